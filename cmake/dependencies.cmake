@@ -1,0 +1,24 @@
+# Libraries from Debian packages; scripts/setup installs them.
+find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Script Test)
+find_package(Eigen3 3.3 REQUIRED NO_MODULE)
+find_package(TBB REQUIRED)
+find_package(embree 3 REQUIRED)
+find_package(fmt 8 REQUIRED)
+find_package(simdjson REQUIRED)
+find_package(nlohmann_json REQUIRED)
+find_package(CLI11 REQUIRED)
+find_package(ZLIB REQUIRED)
+find_package(PNG REQUIRED)
+find_package(GTest REQUIRED)
+find_package(benchmark REQUIRED)
+
+# The package ships no CMake file.
+find_path(OPENSUBDIV_INCLUDE_DIR opensubdiv/far/topologyRefiner.h REQUIRED)
+find_library(OPENSUBDIV_CPU_LIBRARY osdCPU REQUIRED)
+add_library(OpenSubdiv::osdCPU UNKNOWN IMPORTED)
+set_target_properties(OpenSubdiv::osdCPU PROPERTIES
+    IMPORTED_LOCATION ${OPENSUBDIV_CPU_LIBRARY}
+    INTERFACE_INCLUDE_DIRECTORIES ${OPENSUBDIV_INCLUDE_DIR})
+
+# Eigen offers some solvers under the GPL; only the MPL part may be used.
+add_compile_definitions(EIGEN_MPL2_ONLY)

@@ -1,0 +1,11 @@
+# Flags that every target of the project is built with.
+add_library(gantrel_options INTERFACE)
+target_include_directories(gantrel_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(gantrel_options INTERFACE -Wall -Wextra -Wshadow -Wno-missing-field-initializers)
+if(GANTREL_WARNINGS_AS_ERRORS)
+    target_compile_options(gantrel_options INTERFACE -Werror)
+endif()
+if(GANTREL_SANITIZE)
+    add_compile_options(-fsanitize=${GANTREL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+    add_link_options(-fsanitize=${GANTREL_SANITIZE})
+endif()

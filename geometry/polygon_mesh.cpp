@@ -1,0 +1,67 @@
+// Polygon meshes: checks, boxes and triangulation.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/polygon_mesh.h"
+
+#include "geometry/errors.h"
+
+namespace geometry {
+
+namespace {
+
+void CheckFaceLabels(const std::vector<std::uint32_t>& labels, const std::vector<std::string>& names,
+                     std::size_t faceCount, const char* kind)
+{
+    if (labels.empty())
+        return;
+    if (labels.size() != faceCount)
+        throw TopologyError("mesh has {} faces but {} {} entries", faceCount, labels.size(), kind);
+    for (std::size_t f = 0; f < faceCount; ++f)
+        if (labels[f] >= names.size())
+            throw TopologyError("face {} names {} {} but only {} are defined", f, kind, labels[f], names.size());
+}
+
+} // namespace
+
+void Validate(const Topology& topology)
+{
+    if (topology.faceOffsets.empty() || topology.faceOffsets.front() != 0 ||
+        topology.faceOffsets.back() != topology.cornerVertices.size())
+        throw TopologyError("the face offsets do not span the corners");
+    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
+        if (topology.faceOffsets[f + 1] < topology.faceOffsets[f] + 3)
+            throw TopologyError("face {} has fewer than three corners", f);
+        for (const std::uint32_t vertex : topology.face(f))
+            if (vertex >= topology.vertexCount)
+                throw TopologyError("face {} names vertex {} but only {} are defined", f, vertex,
+                                    topology.vertexCount);
+    }
+    CheckFaceLabels(topology.faceGroups, topology.groupNames, topology.faceCount(), "group");
+    CheckFaceLabels(topology.faceSurfaces, topology.surfaceNames, topology.faceCount(), "surface");
+}
+
+Box3f BoundingBox(Span<const Vec3f> positions)
+{
+    Box3f box;
+    for (const Vec3f position : positions)
+        box.include(position);
+    return box;
+}
+
+Triangles Triangulate(const Topology& topology)
+{
+    Triangles result;
+    const std::size_t count = topology.cornerCount() - 2 * topology.faceCount();
+    result.corners.reserve(3 * count);
+    result.faces.reserve(count);
+    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
+        const Span<const std::uint32_t> face = topology.face(f);
+        for (std::size_t c = 2; c < face.size(); ++c) {
+            result.corners.insert(result.corners.end(), {face[0], face[c - 1], face[c]});
+            result.faces.push_back(static_cast<std::uint32_t>(f));
+        }
+    }
+    return result;
+}
+
+} // namespace geometry

@@ -1,0 +1,51 @@
+// Catmull-Clark subdivision through OpenSubdiv.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/polygon_mesh.h"
+
+#include <memory>
+#include <vector>
+
+namespace geometry {
+
+enum class BoundaryRule { None, EdgeOnly, EdgeAndCorner };
+
+/// Uniform refinement of one topology. Build once, then refine any number of shapes, deltas or weight maps.
+///
+/// Vertex order of a level is OpenSubdiv's own refined order for that topology and level: fixed for a given
+/// topology, used alike for export and for loading. The positions are refined positions, not limit positions.
+class Subdivision {
+public:
+    /// @param levels  0 or more; level 0 is the cage itself
+    /// @throws TopologyError  the topology is invalid, or the finest level would exceed 2^31 corners
+    Subdivision(std::shared_ptr<const Topology> cage, int levels, BoundaryRule rule = BoundaryRule::EdgeOnly);
+    ~Subdivision();
+    Subdivision(Subdivision&&) noexcept;
+    Subdivision& operator=(Subdivision&&) noexcept;
+
+    int levels() const;
+    /// Topology of a level, groups and surfaces inherited from the cage's faces.
+    const std::shared_ptr<const Topology>& topology(int level) const;
+    /// The cage face that a face of the level lies in is `face >> 2 * level` only for quads: ask here.
+    std::uint32_t cageFace(int level, std::uint32_t face) const;
+
+    /// Refines values from one level to a later one (linear in the values: positions and deltas alike).
+    /// @param values  one per vertex of fromLevel
+    /// @throws TopologyError  the number of values is not that level's vertex count
+    std::vector<Vec3f> refine(Span<const Vec3f> values, int fromLevel, int toLevel) const;
+    std::vector<float> refine(Span<const float> values, int fromLevel, int toLevel) const;
+
+    /// The cage whose refinement to the level comes closest to the given shape (least squares over the level's
+    /// stencils, conjugate gradients from the given start).
+    /// @param fine   one per vertex of the level; cm
+    /// @param start  one per cage vertex; the cage to begin at
+    std::vector<Vec3f> fitCage(Span<const Vec3f> fine, int level, Span<const Vec3f> start) const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> _impl;
+};
+
+} // namespace geometry

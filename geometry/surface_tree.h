@@ -1,0 +1,54 @@
+// Closest points and rays on a triangulated surface, through Embree.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/polygon_mesh.h"
+
+#include <functional>
+#include <limits>
+#include <memory>
+#include <vector>
+
+namespace geometry {
+
+/// A place on a surface: a triangle and barycentric weights of its three corners (sum 1, none negative).
+struct SurfacePoint {
+    std::uint32_t triangle = UINT32_MAX; ///< index into the tree's triangles; UINT32_MAX for none
+    float weights[3] = {0, 0, 0};
+    Vec3f position;                        ///< cm
+    float distance = std::numeric_limits<float>::infinity(); ///< cm, from the query point
+
+    bool isValid() const { return triangle != UINT32_MAX; }
+};
+
+/// A bounding volume hierarchy over the fan triangulation of a mesh. Zero-area triangles are left out: they have no
+/// barycentric frame. Queries are const and may be made from several threads at once.
+class SurfaceTree {
+public:
+    /// Copies the positions and triangulates the faces.
+    explicit SurfaceTree(const PolygonMeshView& mesh);
+    ~SurfaceTree();
+    SurfaceTree(SurfaceTree&&) noexcept;
+    SurfaceTree& operator=(SurfaceTree&&) noexcept;
+
+    const Triangles& triangles() const;
+    Vec3f triangleNormal(std::uint32_t triangle) const; ///< unit
+
+    /// The closest point within maxDistance (cm), or an invalid one.
+    SurfacePoint closestPoint(Vec3f query, float maxDistance = std::numeric_limits<float>::infinity()) const;
+
+    /// As above, over triangles that the filter accepts.
+    using TriangleFilter = std::function<bool(std::uint32_t triangle, const SurfacePoint& candidate)>;
+    SurfacePoint closestPoint(Vec3f query, float maxDistance, const TriangleFilter& accept) const;
+
+    /// First hit of a ray from origin along a unit direction, or an invalid one. `distance` is along the ray.
+    SurfacePoint firstHit(Vec3f origin, Vec3f direction, float minDistance = 0.0f,
+                          float maxDistance = std::numeric_limits<float>::infinity()) const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> _impl;
+};
+
+} // namespace geometry

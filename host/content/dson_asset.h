@@ -1,0 +1,157 @@
+// What DSON figure and morph files hold, as plain values.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/deltas.h"
+#include "geometry/polygon_mesh.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The DSON file format (.dsf, .duf): figures, morphs, presets. All strings are UTF-8; lengths in cm, angles in
+/// degrees. URIs are percent-encoded text; ids and names are raw text.
+namespace dson {
+
+/// A dial. Which members a file spelled out matters when an instance overlays a definition.
+struct Channel {
+    std::string id;             ///< "value" for a morph's dial; "x", "y", "z" within a vector
+    std::string type = "float"; ///< float, int, bool, enum, string, alias
+    std::string name;           ///< internal property name
+    std::string label;          ///< user text
+    double value = 0.0;         ///< default value; bools are 0 or 1
+    std::optional<double> currentValue;
+    std::optional<double> min, max;
+    bool clamped = false;
+    bool displayAsPercent = false;
+    bool visible = true;
+    bool locked = false;
+    bool autoFollow = false;
+    double stepSize = 1.0;
+    std::vector<std::string> enumValues;
+    std::string text;           ///< value of a string channel
+    std::string targetChannel;  ///< of an alias
+};
+
+struct Operation {
+    enum class Kind { PushUrl, PushValue, PushKnot, Add, Sub, Mult, Div, Inv, Neg, SplineLinear, SplineConstant, SplineTcb };
+    Kind kind = Kind::PushValue;
+    std::string url;          ///< of PushUrl
+    double value = 0.0;       ///< of PushValue
+    std::array<double, 5> knot{}; ///< of PushKnot: in, out, tension, continuity, bias
+};
+
+struct Formula {
+    enum class Stage { Sum, Multiply };
+    std::string output; ///< URI with a property path
+    Stage stage = Stage::Sum;
+    std::vector<Operation> operations;
+};
+
+/// `output += input * factor`, the form that nearly all formulas have.
+Formula MakeDeltaAdd(const std::string& outputUri, const std::string& inputUri, double factor);
+
+struct AssetInfo {
+    std::string id;   ///< the file's own URI path
+    std::string type; ///< "figure", "modifier", "character", "preset_dform", ...
+    std::string author, email, website;
+    std::string revision = "1.0";
+    std::string modified; ///< ISO 8601 with Z; filled in when written, if empty
+};
+
+struct Geometry {
+    std::string id, name, label;
+    bool subdivisionSurface = true;
+    std::string edgeInterpolation = "edges_only";
+    geometry::PolygonMesh mesh; ///< rest pose, cm; groups and surfaces in the topology
+    std::string defaultUvSet;   ///< URI, may be empty
+    int subdivisionLevel = 1;   ///< default of the view level
+};
+
+struct Node {
+    std::string id, name, label;
+    std::string type = "bone";  ///< figure, bone, node
+    std::string parent;         ///< id of the parent within the file; empty for the root
+    std::string rotationOrder = "XYZ";
+    bool inheritsScale = false;
+    std::array<double, 3> centerPoint{}, endPoint{}, orientation{};
+    std::array<Channel, 3> rotation, translation, scale; ///< ids x, y, z
+    Channel generalScale;
+    std::string presentationType; ///< "Actor/Character" for a figure; empty for none
+    std::vector<Formula> formulas;
+};
+/// A node with its twelve channels named as the host names them (XRotate, ... Scale).
+Node MakeNode(const std::string& id, const std::string& label, const std::string& type);
+
+struct JointBinding {
+    std::string node;                    ///< id of the bone
+    std::vector<std::uint32_t> vertices; ///< ascending
+    std::vector<float> weights;          ///< 0..1
+};
+struct SkinBinding {
+    std::string id = "SkinBinding";
+    std::uint32_t vertexCount = 0;
+    std::vector<JointBinding> joints;
+    bool dualQuaternion = true;
+};
+
+/// A morph's displacements.
+struct MorphData {
+    std::int64_t vertexCount = 0; ///< of the base mesh; -1 means unchecked
+    geometry::SparseDeltas deltas;
+    std::string hdUrl;
+};
+
+/// A modifier with a dial: a morph when it has data, otherwise a control.
+struct Modifier {
+    std::string id, name;
+    std::string parent;      ///< URI of the figure node
+    std::string presentationType = "Modifier/Shape";
+    Channel channel;         ///< id "value"
+    std::string region;
+    std::string group = "/"; ///< property path
+    std::vector<Formula> formulas;
+    std::optional<MorphData> morph;
+};
+/// A dial of range 0..1, clamped, shown in percent. The label defaults to the name.
+Modifier MakeMorph(const std::string& name, const std::string& group);
+
+/// A figure with its mesh, bones and skin: what a figure's own .dsf holds.
+struct FigureAsset {
+    AssetInfo info;        ///< id is the figure file's URI path, such as /data/Acme/Mini/Base/Mini.dsf
+    Geometry geometry;
+    std::vector<Node> nodes; ///< the figure's root first, parents before children
+    SkinBinding skin;
+
+    const Node& root() const { return nodes.front(); }
+};
+
+/// A dial's value in a scene or character file.
+struct DialValue {
+    std::string modifierUri; ///< URI of the definition: file and fragment
+    std::string name;
+    std::string label;
+    double value = 0.0;
+};
+
+/// A file that loads one figure into a scene, its dials set.
+struct CharacterAsset {
+    AssetInfo info;
+    std::string figureUri;   ///< file and fragment of the figure's root node
+    std::string label;       ///< of the figure in the scene
+    std::vector<DialValue> dials;
+};
+
+/// A D-Former preset with an influence weight map.
+struct DFormAsset {
+    AssetInfo info;
+    std::string name;        ///< "D-Former_1"
+    std::uint32_t vertexCount = 0;
+    std::vector<std::uint32_t> vertices;
+    std::vector<float> weights; ///< 0..1
+};
+
+} // namespace dson

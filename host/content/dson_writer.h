@@ -1,0 +1,39 @@
+// Writing DSON files.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/content/dson_asset.h"
+
+#include <filesystem>
+
+namespace dson {
+
+struct WriteOptions {
+    bool compress = false; ///< gzip the whole file
+};
+
+/// Writes a file below a content directory, in members' documented order, floats shortest that read back bit for bit.
+/// Folders are made; the file is written beside its place and renamed into it.
+/// @param contentDirectory  the folder that holds data/, People/, ...
+/// @return the path written: contentDirectory + percent-decoded info.id
+/// @throws geometry::IoError      a folder or file cannot be written
+/// @throws geometry::FormatError  info.id leaves the content directory, or a value is not finite
+std::filesystem::path WriteFigure(const FigureAsset& figure, const std::filesystem::path& contentDirectory,
+                                  const WriteOptions& options = {});
+std::filesystem::path WriteMorph(const AssetInfo& info, const Modifier& modifier,
+                                 const std::filesystem::path& contentDirectory, const WriteOptions& options = {});
+/// @param figure  the figure that the character instantiates: every bone is listed as an instance
+std::filesystem::path WriteCharacter(const CharacterAsset& character, const FigureAsset& figure,
+                                     const std::filesystem::path& contentDirectory, const WriteOptions& options = {});
+std::filesystem::path WriteDForm(const DFormAsset& dform, const std::filesystem::path& contentDirectory,
+                                 const WriteOptions& options = {});
+
+/// The URI text of an asset: percent-encoded path, '#', percent-encoded id.
+std::string MakeUri(const std::string& decodedPath, const std::string& id);
+/// Percent-encodes what a path (slashes kept) or a fragment (slashes encoded) may not hold.
+std::string EncodePath(const std::string& text);
+std::string EncodeFragment(const std::string& text);
+std::string PercentDecode(const std::string& text);
+
+} // namespace dson
