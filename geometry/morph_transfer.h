@@ -48,7 +48,8 @@ private:
     friend SurfaceMap MatchSurfaces(const PolygonMeshView&, const PolygonMeshView&, const MatchOptions&);
 };
 
-/// Finds where each target vertex lies on the source's neutral surface: closest point with compatible normals; far,
+/// Finds where each target vertex lies on the source's neutral surface: closest point with compatible normals,
+/// seen from where a smooth field of offsets, fitted to all matches at once, carries the vertex; far,
 /// turned-away or inconsistent matches are dropped and filled by a bi-Laplacian extension over the target's surface,
 /// across disconnected pieces from what is near.
 /// @throws TopologyError  a mesh has no faces or holds a position that is not finite

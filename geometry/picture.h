@@ -44,6 +44,10 @@ Picture Render(Span<const PictureItem> items, const PictureOptions& options = {}
 /// Side by side, the tallest deciding the height.
 Picture Join(Span<const Picture> pictures);
 
+/// The bytes of a PNG file.
+/// @throws Error  the picture is empty or cannot be encoded
+std::vector<std::uint8_t> EncodePng(const Picture& picture);
+
 /// Writes PNG beside the target and renames it into place.
 /// @throws IoError  the file cannot be written
 void WritePng(const std::filesystem::path& file, const Picture& picture);

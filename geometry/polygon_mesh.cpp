@@ -18,7 +18,8 @@ void CheckFaceLabels(const std::vector<std::uint32_t>& labels, const std::vector
         throw TopologyError("mesh has {} faces but {} {} entries", faceCount, labels.size(), kind);
     for (std::size_t f = 0; f < faceCount; ++f)
         if (labels[f] >= names.size())
-            throw TopologyError("face {} names {} {} but only {} are defined", f, kind, labels[f], names.size());
+            throw TopologyError("face {} names {} {} but only {} are defined", f, kind, labels[f],
+                                names.size());
 }
 
 } // namespace

@@ -1,0 +1,101 @@
+// Sparse morph deltas: making, adding, attenuating.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/deltas.h"
+
+#include "geometry/errors.h"
+
+namespace geometry {
+
+namespace {
+
+template <class DeltaOf>
+SparseDeltas Collect(std::size_t count, float tolerance, const DeltaOf& deltaOf)
+{
+    SparseDeltas result;
+    const float squared = tolerance * tolerance;
+    for (std::size_t v = 0; v < count; ++v) {
+        const Vec3f delta = deltaOf(v);
+        if (LengthSquared(delta) <= squared)
+            continue;
+        result.vertices.push_back(static_cast<std::uint32_t>(v));
+        result.deltas.push_back(delta);
+    }
+    return result;
+}
+
+/// What a delta becomes. Strength 0 and 1 must be exact, and strength -1 the exact rest of strength 1.
+Vec3f Attenuated(Vec3f delta, float weight, float strength)
+{
+    const Vec3f weighted = delta * weight;
+    const Vec3f rest = delta - weighted;
+    if (strength >= 0.0f)
+        return strength == 1.0f ? weighted : delta - rest * strength;
+    return strength == -1.0f ? rest : delta + weighted * strength;
+}
+
+} // namespace
+
+SparseDeltas MakeDeltas(Span<const Vec3f> neutral, Span<const Vec3f> morphed, float tolerance)
+{
+    if (neutral.size() != morphed.size())
+        throw TopologyError("neutral shape has {} vertices but morphed shape has {}", neutral.size(),
+                            morphed.size());
+    return Collect(neutral.size(), tolerance, [&](std::size_t v) { return morphed[v] - neutral[v]; });
+}
+
+SparseDeltas MakeDeltas(Span<const Vec3f> perVertex, float tolerance)
+{
+    return Collect(perVertex.size(), tolerance, [&](std::size_t v) { return perVertex[v]; });
+}
+
+std::vector<Vec3f> ToDense(const SparseDeltas& deltas, std::size_t vertexCount)
+{
+    std::vector<Vec3f> result(vertexCount);
+    AddDeltas(result, deltas, 1.0f);
+    return result;
+}
+
+void AddDeltas(Span<Vec3f> positions, const SparseDeltas& deltas, float value)
+{
+    // Checked before the first change, so that a bad morph leaves the shape alone.
+    for (const std::uint32_t vertex : deltas.vertices)
+        if (vertex >= positions.size())
+            throw TopologyError("delta names vertex {} but only {} are defined", vertex, positions.size());
+    for (std::size_t i = 0; i < deltas.size(); ++i)
+        positions[deltas.vertices[i]] += deltas.deltas[i] * value;
+}
+
+void Attenuate(SparseDeltas& deltas, Span<const float> weights, float strength)
+{
+    for (std::size_t i = 0; i < deltas.size(); ++i) {
+        const std::uint32_t vertex = deltas.vertices[i];
+        const float weight = vertex < weights.size() ? weights[vertex] : 0.0f;
+        deltas.deltas[i] = Attenuated(deltas.deltas[i], weight, strength);
+    }
+}
+
+void DropShort(SparseDeltas& deltas, float tolerance)
+{
+    const float squared = tolerance * tolerance;
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < deltas.size(); ++i) {
+        if (LengthSquared(deltas.deltas[i]) < squared)
+            continue;
+        deltas.vertices[kept] = deltas.vertices[i];
+        deltas.deltas[kept] = deltas.deltas[i];
+        ++kept;
+    }
+    deltas.vertices.resize(kept);
+    deltas.deltas.resize(kept);
+}
+
+float LargestLength(const SparseDeltas& deltas)
+{
+    float largest = 0.0f;
+    for (const Vec3f delta : deltas.deltas)
+        largest = std::max(largest, LengthSquared(delta));
+    return std::sqrt(largest);
+}
+
+} // namespace geometry

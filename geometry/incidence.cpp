@@ -1,0 +1,78 @@
+// Flat incidence lists by counting, filling and, for neighbours, sorting the short rows.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/incidence.h"
+
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_for.h>
+
+#include <algorithm>
+
+namespace geometry {
+
+namespace {
+
+/// Sorts each row and drops repeats, then closes the gaps.
+IndexLists Compact(IndexLists lists)
+{
+    std::vector<std::uint32_t> kept(lists.size());
+    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, lists.size(), 4096), [&](const auto& range) {
+        for (std::size_t row = range.begin(); row != range.end(); ++row) {
+            const auto first = lists.indices.begin() + lists.offsets[row];
+            const auto last = lists.indices.begin() + lists.offsets[row + 1];
+            std::sort(first, last);
+            kept[row] = static_cast<std::uint32_t>(std::unique(first, last) - first);
+        }
+    });
+    std::uint32_t end = 0;
+    for (std::size_t row = 0; row < kept.size(); ++row) {
+        const auto first = lists.indices.begin() + lists.offsets[row];
+        std::copy(first, first + kept[row], lists.indices.begin() + end);
+        lists.offsets[row] = end;
+        end += kept[row];
+    }
+    lists.offsets.back() = end;
+    lists.indices.resize(end);
+    return lists;
+}
+
+IndexLists ListsWithRoom(const Topology& topology, std::uint32_t perCorner)
+{
+    IndexLists lists;
+    lists.offsets.assign(topology.vertexCount + std::size_t{1}, 0);
+    for (const std::uint32_t vertex : topology.cornerVertices)
+        lists.offsets[vertex + 1] += perCorner;
+    for (std::size_t v = 0; v < topology.vertexCount; ++v)
+        lists.offsets[v + 1] += lists.offsets[v];
+    lists.indices.resize(lists.offsets.back());
+    return lists;
+}
+
+} // namespace
+
+IndexLists VertexFaces(const Topology& topology)
+{
+    IndexLists lists = ListsWithRoom(topology, 1);
+    std::vector<std::uint32_t> next(lists.offsets.begin(), lists.offsets.end() - 1);
+    for (std::size_t f = 0; f < topology.faceCount(); ++f)
+        for (const std::uint32_t vertex : topology.face(f))
+            lists.indices[next[vertex]++] = static_cast<std::uint32_t>(f);
+    return lists;
+}
+
+IndexLists VertexNeighbours(const Topology& topology)
+{
+    IndexLists lists = ListsWithRoom(topology, 2);
+    std::vector<std::uint32_t> next(lists.offsets.begin(), lists.offsets.end() - 1);
+    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
+        const Span<const std::uint32_t> face = topology.face(f);
+        for (std::size_t c = 0; c < face.size(); ++c) {
+            const std::uint32_t a = face[c], b = face[c + 1 == face.size() ? 0 : c + 1];
+            lists.indices[next[a]++] = b;
+            lists.indices[next[b]++] = a;
+        }
+    }
+    return Compact(std::move(lists));
+}
+
+} // namespace geometry

@@ -1,0 +1,193 @@
+// Morph transfer: matches where they can be trusted, a smooth extension elsewhere.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/morph_transfer.h"
+
+#include "geometry/errors.h"
+#include "geometry/surface_extension.h"
+#include "geometry/surface_match.h"
+#include "geometry/transform.h"
+
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_for.h>
+
+namespace geometry {
+
+namespace {
+
+void CheckMesh(const PolygonMeshView& mesh, const char* which)
+{
+    if (mesh.faceCount() == 0)
+        throw TopologyError("{} mesh has no faces", which);
+    if (mesh.vertexCount() != mesh.topology->vertexCount)
+        throw TopologyError("{} mesh has {} positions but its faces are for {} vertices", which,
+                            mesh.vertexCount(), mesh.topology->vertexCount);
+    for (std::size_t v = 0; v < mesh.vertexCount(); ++v)
+        if (!IsFinite(mesh.positions[v]))
+            throw TopologyError("{} mesh: position of vertex {} is not finite", which, v);
+}
+
+/// The source vertices that a target vertex takes its value from.
+struct Stencil {
+    std::uint32_t vertices[3] = {0, 0, 0};
+    float weights[3] = {0, 0, 0};
+};
+
+/// Pieces of the target without a single match: each of their vertices takes the source's nearest place,
+/// whatever its normal, for want of anything better.
+void MatchLonePieces(const SurfaceTree& tree, const MatchTarget& target, std::vector<SurfacePoint>& matches)
+{
+    std::vector<bool> isReached(matches.size());
+    std::vector<std::uint32_t> queue;
+    for (std::size_t v = 0; v < matches.size(); ++v)
+        if (matches[v].isValid()) {
+            isReached[v] = true;
+            queue.push_back(static_cast<std::uint32_t>(v));
+        }
+    while (!queue.empty()) {
+        const std::uint32_t v = queue.back();
+        queue.pop_back();
+        for (const std::uint32_t w : target.neighbours[v])
+            if (!isReached[w]) {
+                isReached[w] = true;
+                queue.push_back(w);
+            }
+    }
+    tbb::parallel_for(std::size_t{0}, matches.size(), [&](std::size_t v) {
+        if (!isReached[v])
+            matches[v] = tree.closestPoint(target.mesh.positions[v]);
+    });
+}
+
+} // namespace
+
+struct SurfaceMap::Impl {
+    std::size_t sourceVertexCount = 0;
+    std::vector<Stencil> stencils; ///< one per target vertex; unused where filled in
+    std::vector<std::uint32_t> sourceFaces;
+    MatchStatistics statistics;
+    std::unique_ptr<SurfaceExtension> extension;
+
+    void takeMatches(const SurfaceTree& tree, const std::vector<SurfacePoint>& matches)
+    {
+        stencils.resize(matches.size());
+        for (std::size_t v = 0; v < matches.size(); ++v) {
+            if (!matches[v].isValid())
+                continue;
+            for (std::size_t k = 0; k < 3; ++k) {
+                stencils[v].vertices[k] = tree.triangles().corners[3 * std::size_t{matches[v].triangle} + k];
+                stencils[v].weights[k] = matches[v].weights[k];
+            }
+        }
+    }
+
+    template <class T>
+    std::vector<T> interpolate(Span<const T> values) const
+    {
+        if (values.size() != sourceVertexCount)
+            throw TopologyError("source mesh has {} vertices but {} values are given", sourceVertexCount,
+                                values.size());
+        std::vector<T> result(stencils.size());
+        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, result.size(), 4096), [&](const auto& range) {
+            for (std::size_t v = range.begin(); v != range.end(); ++v) {
+                const Stencil& s = stencils[v];
+                // Relative to the first corner, so that a uniform shift arrives to the last digit.
+                const T base = values[s.vertices[0]];
+                result[v] = base + (values[s.vertices[1]] - base) * s.weights[1] +
+                            (values[s.vertices[2]] - base) * s.weights[2];
+            }
+        });
+        return result;
+    }
+
+    void extend(std::vector<Vec3f>& values) const
+    {
+        Eigen::MatrixXd columns(static_cast<Eigen::Index>(values.size()), 3);
+        for (std::size_t v = 0; v < values.size(); ++v)
+            columns.row(static_cast<Eigen::Index>(v)) << values[v].x, values[v].y, values[v].z;
+        extension->extend(columns);
+        for (std::size_t v = 0; v < values.size(); ++v)
+            values[v] = FromEigen(columns.row(static_cast<Eigen::Index>(v)));
+    }
+
+    void extend(std::vector<float>& values) const
+    {
+        Eigen::MatrixXd column =
+            Eigen::Map<const Eigen::VectorXf>(values.data(), static_cast<Eigen::Index>(values.size()))
+                .cast<double>();
+        extension->extend(column);
+        for (std::size_t v = 0; v < values.size(); ++v)
+            values[v] = static_cast<float>(column(static_cast<Eigen::Index>(v), 0));
+    }
+};
+
+SurfaceMap::SurfaceMap(std::unique_ptr<Impl> impl) : _impl(std::move(impl)) {}
+SurfaceMap::~SurfaceMap() = default;
+SurfaceMap::SurfaceMap(SurfaceMap&&) noexcept = default;
+SurfaceMap& SurfaceMap::operator=(SurfaceMap&&) noexcept = default;
+
+std::size_t SurfaceMap::sourceVertexCount() const
+{
+    return _impl->sourceVertexCount;
+}
+std::size_t SurfaceMap::targetVertexCount() const
+{
+    return _impl->stencils.size();
+}
+const MatchStatistics& SurfaceMap::statistics() const
+{
+    return _impl->statistics;
+}
+Span<const std::uint32_t> SurfaceMap::sourceFaces() const
+{
+    return _impl->sourceFaces;
+}
+
+std::vector<Vec3f> SurfaceMap::transfer(Span<const Vec3f> values) const
+{
+    std::vector<Vec3f> result = _impl->interpolate(values);
+    if (_impl->extension)
+        _impl->extend(result);
+    return result;
+}
+
+std::vector<float> SurfaceMap::transfer(Span<const float> values) const
+{
+    std::vector<float> result = _impl->interpolate(values);
+    if (_impl->extension)
+        _impl->extend(result);
+    return result;
+}
+
+SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMeshView& targetNeutral,
+                         const MatchOptions& options)
+{
+    CheckMesh(sourceNeutral, "source");
+    CheckMesh(targetNeutral, "target");
+    const SurfaceTree tree(sourceNeutral);
+    const MatchTarget target(targetNeutral);
+    std::vector<SurfacePoint> matches = MatchVertices(tree, sourceNeutral, target, options);
+
+    auto impl = std::make_unique<SurfaceMap::Impl>();
+    impl->sourceVertexCount = sourceNeutral.vertexCount();
+    impl->sourceFaces.assign(matches.size(), UINT32_MAX);
+    for (std::size_t v = 0; v < matches.size(); ++v)
+        if (matches[v].isValid()) {
+            impl->sourceFaces[v] = tree.triangles().faces[matches[v].triangle];
+            ++impl->statistics.matched;
+        }
+    impl->statistics.filled = matches.size() - impl->statistics.matched;
+
+    MatchLonePieces(tree, target, matches);
+    std::vector<bool> isKnown(matches.size());
+    for (std::size_t v = 0; v < matches.size(); ++v)
+        isKnown[v] = matches[v].isValid();
+    if (std::find(isKnown.begin(), isKnown.end(), true) == isKnown.end())
+        throw TopologyError("source mesh has no face with an area");
+    impl->takeMatches(tree, matches);
+    if (impl->statistics.filled > 0)
+        impl->extension = std::make_unique<SurfaceExtension>(target.neighbours, isKnown);
+    return SurfaceMap(std::move(impl));
+}
+
+} // namespace geometry

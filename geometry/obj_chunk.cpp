@@ -1,0 +1,182 @@
+// Parsing the records of one chunk of OBJ text.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/obj_chunk.h"
+
+#include "geometry/obj_scan.h"
+
+#include <cassert>
+
+namespace geometry {
+
+namespace {
+
+/// Turns file coordinates into ours.
+struct Placement {
+    int axes[3];
+    double factors[3];
+
+    explicit Placement(const ObjSpace& space)
+    {
+        const ObjAxis* const from[] = {&space.first, &space.second, &space.third};
+        for (int k = 0; k < 3; ++k) {
+            axes[k] = from[k]->axis;
+            factors[k] = from[k]->invert ? -space.centimetresPerUnit : space.centimetresPerUnit;
+        }
+        assert((1 << axes[0] | 1 << axes[1] | 1 << axes[2]) == 7 && "each axis is used once");
+    }
+};
+
+class ChunkParser {
+public:
+    ChunkParser(std::string_view text, const ObjReadOptions& options)
+        : _scan(text.data(), text.data() + text.size()), _options(options), _placement(options.space)
+    {
+    }
+
+    ObjChunk parse()
+    {
+        while (!_scan.atEnd()) {
+            if (_scan.nextToken())
+                parseRecord();
+            else if (!_scan.atEnd() && *_scan.at() == '#')
+                _scan.skipLine();
+            else
+                _scan.skipRecord();
+        }
+        return std::move(_chunk);
+    }
+
+private:
+    void parseRecord()
+    {
+        const char* const record = _scan.at();
+        const std::string_view keyword = _scan.takeToken();
+        if (keyword == "v")
+            parseVertex(record);
+        else if (keyword == "f" && _options.readFaces)
+            parseFace(record);
+        else if (keyword == "vt" && _options.readTexCoords)
+            parseTexCoord(record);
+        else if (keyword == "l" && _options.readLines)
+            parseLine(record);
+        else if (keyword == "g" && _options.readGroups)
+            startRun(_chunk.groups);
+        else if (keyword == "usemtl" && _options.readSurfaces)
+            startRun(_chunk.surfaces);
+        else if (keyword == "mtllib")
+            _chunk.materialLibraries.emplace_back(_scan.takeText());
+        _scan.skipRecord();
+    }
+
+    void parseVertex(const char* record)
+    {
+        Vec3f position;
+        for (int k = 0; k < 3; ++k) {
+            if (!_scan.nextToken())
+                throw ObjFault{record, "vertex has fewer than three coordinates"};
+            const char* const start = _scan.at();
+            const float value = static_cast<float>(_scan.takeNumber() * _placement.factors[k]);
+            if (!std::isfinite(value))
+                throw ObjFault{record, "bad number \"" +
+                                           std::string(start, static_cast<std::size_t>(_scan.at() - start)) +
+                                           "\""};
+            position[_placement.axes[k]] = value;
+        }
+        _chunk.positions.push_back(position);
+    }
+
+    void parseTexCoord(const char* record)
+    {
+        if (!_scan.nextToken())
+            throw ObjFault{record, "texture coordinate has no number"};
+        TexCoords::Uv uv;
+        uv.u = static_cast<float>(_scan.takeNumber());
+        if (_scan.nextToken())
+            uv.v = static_cast<float>(_scan.takeNumber());
+        _chunk.uvs.push_back(uv);
+    }
+
+    void parseFace(const char* record)
+    {
+        const std::size_t first = _chunk.corners.values.size();
+        while (_scan.nextToken())
+            parseCorner();
+        const std::size_t size = _chunk.corners.values.size() - first;
+        if (size < 3)
+            throw ObjFault{record, "face has fewer than three corners"};
+        _chunk.faceSizes.push_back(static_cast<std::uint32_t>(size));
+    }
+
+    void parseCorner()
+    {
+        const char* const start = _scan.at();
+        append(_chunk.corners, _scan.takeIndex(), _chunk.positions.size());
+        bool hasUv = false;
+        if (_scan.takeSlash()) {
+            if (!_scan.takeSlash()) {
+                appendUv(_scan.takeIndex());
+                hasUv = true;
+                if (_scan.takeSlash())
+                    _scan.takeIndex(); // normals are always worked out anew
+            } else {
+                _scan.takeIndex();
+            }
+        }
+        _scan.endToken(start);
+        _chunk.cornersHaveUvs &= hasUv;
+    }
+
+    void parseLine(const char* record)
+    {
+        const std::size_t first = _chunk.lineVertices.values.size();
+        while (_scan.nextToken()) {
+            const char* const start = _scan.at();
+            append(_chunk.lineVertices, _scan.takeIndex(), _chunk.positions.size());
+            if (_scan.takeSlash())
+                _scan.takeIndex();
+            _scan.endToken(start);
+        }
+        const std::size_t size = _chunk.lineVertices.values.size() - first;
+        if (size < 2)
+            throw ObjFault{record, "line has fewer than two vertices"};
+        _chunk.lineSizes.push_back(static_cast<std::uint32_t>(size));
+    }
+
+    void appendUv(std::int32_t index)
+    {
+        if (_options.readTexCoords)
+            append(_chunk.cornerUvs, index, _chunk.uvs.size());
+    }
+
+    static void append(ObjIndices& indices, std::int32_t index, std::size_t defined)
+    {
+        if (index > 0) {
+            indices.values.push_back(index - 1);
+            return;
+        }
+        indices.relative.push_back(static_cast<std::uint32_t>(indices.values.size()));
+        indices.values.push_back(static_cast<std::int32_t>(defined) + index);
+    }
+
+    void startRun(std::vector<ObjNameRun>& runs)
+    {
+        const std::string_view name = _scan.takeText();
+        runs.push_back({static_cast<std::uint32_t>(_chunk.faceSizes.size()),
+                        name.empty() ? std::string("default") : std::string(name)});
+    }
+
+    ObjScanner _scan;
+    const ObjReadOptions& _options;
+    Placement _placement;
+    ObjChunk _chunk;
+};
+
+} // namespace
+
+ObjChunk ParseObjChunk(std::string_view text, const ObjReadOptions& options)
+{
+    return ChunkParser(text, options).parse();
+}
+
+} // namespace geometry

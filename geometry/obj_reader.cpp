@@ -1,0 +1,327 @@
+// Reading OBJ text: cut into chunks at record ends, parsed in parallel, put together in order.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/obj.h"
+
+#include "geometry/errors.h"
+#include "geometry/obj_chunk.h"
+#include "geometry/obj_scan.h"
+
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_for.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+
+namespace geometry {
+
+namespace {
+
+constexpr std::size_t chunkBytes = std::size_t{1} << 19;
+
+/// Behind the first line end at or after the place that does not continue a record.
+std::size_t NextRecordStart(std::string_view text, std::size_t from)
+{
+    while (true) {
+        const std::size_t newline = text.find('\n', from);
+        if (newline == text.npos)
+            return text.size();
+        std::size_t last = newline;
+        if (last > 0 && text[last - 1] == '\r')
+            --last;
+        if (last == 0 || text[last - 1] != '\\')
+            return newline + 1;
+        from = newline + 1;
+    }
+}
+
+std::vector<std::string_view> CutIntoChunks(std::string_view text)
+{
+    std::vector<std::string_view> chunks;
+    while (!text.empty()) {
+        const std::size_t size = text.size() <= chunkBytes ? text.size() : NextRecordStart(text, chunkBytes);
+        chunks.push_back(text.substr(0, size));
+        text.remove_prefix(size);
+    }
+    return chunks;
+}
+
+/// What stands before each chunk, in all earlier ones.
+struct Bases {
+    std::size_t positions = 0, uvs = 0, faces = 0, corners = 0;
+};
+
+/// Puts the chunks together and checks every index against what the whole text defines.
+class Assembly {
+public:
+    Assembly(std::string_view text, const ObjReadOptions& options, const std::string& name)
+        : _text(text), _options(options), _name(name)
+    {
+    }
+
+    ObjContent run()
+    {
+        parseChunks();
+        countUp();
+        auto topology = std::make_shared<Topology>();
+        copyNumbers(*topology);
+        checkCorners(*topology);
+        copyNames(*topology, topology->faceGroups, topology->groupNames, &ObjChunk::groups);
+        copyNames(*topology, topology->faceSurfaces, topology->surfaceNames, &ObjChunk::surfaces);
+        copyLines();
+        _content.mesh.topology = std::move(topology);
+        return std::move(_content);
+    }
+
+private:
+    [[noreturn]] void fail(const char* where, const std::string& what) const
+    {
+        throw FormatError("{}:{}: {}", _name, std::count(_text.data(), where, '\n') + 1, what);
+    }
+
+    void parseChunks()
+    {
+        std::string_view records = _text;
+        if (records.substr(0, 3) == "\xEF\xBB\xBF")
+            records.remove_prefix(3);
+        const std::vector<std::string_view> texts = CutIntoChunks(records);
+        _chunks.resize(texts.size());
+        std::vector<std::optional<ObjFault>> faults(texts.size());
+        tbb::parallel_for(std::size_t{0}, texts.size(), [&](std::size_t c) {
+            try {
+                _chunks[c] = ParseObjChunk(texts[c], _options);
+            } catch (ObjFault& fault) {
+                faults[c] = std::move(fault);
+            }
+        });
+        for (const std::optional<ObjFault>& fault : faults)
+            if (fault)
+                fail(fault->where, fault->what); // the first in the text, whichever thread met one first
+    }
+
+    void countUp()
+    {
+        _bases.resize(_chunks.size() + 1);
+        for (std::size_t c = 0; c < _chunks.size(); ++c) {
+            const ObjChunk& chunk = _chunks[c];
+            Bases& next = _bases[c + 1];
+            next = _bases[c];
+            next.positions += chunk.positions.size();
+            next.uvs += chunk.uvs.size();
+            next.faces += chunk.faceSizes.size();
+            next.corners += chunk.corners.values.size();
+            _cornersHaveUvs &= chunk.cornersHaveUvs;
+        }
+        const Bases& all = _bases.back();
+        if (all.positions > INT32_MAX || all.uvs > INT32_MAX || all.corners > UINT32_MAX)
+            throw FormatError("{}: mesh is too large", _name);
+        _cornersHaveUvs &= all.corners > 0 && _options.readTexCoords;
+    }
+
+    void copyNumbers(Topology& topology)
+    {
+        const Bases& all = _bases.back();
+        topology.vertexCount = static_cast<std::uint32_t>(all.positions);
+        topology.faceOffsets.resize(all.faces + 1);
+        topology.cornerVertices.resize(all.corners);
+        _content.mesh.positions.resize(all.positions);
+        _content.texCoords.coordinates.resize(all.uvs);
+        _content.texCoords.cornerIndices.resize(_cornersHaveUvs ? all.corners : 0);
+        tbb::parallel_for(std::size_t{0}, _chunks.size(), [&](std::size_t c) { copyChunk(c, topology); });
+    }
+
+    void copyChunk(std::size_t c, Topology& topology)
+    {
+        ObjChunk& chunk = _chunks[c];
+        const Bases& base = _bases[c];
+        std::copy(chunk.positions.begin(), chunk.positions.end(),
+                  _content.mesh.positions.begin() + base.positions);
+        std::copy(chunk.uvs.begin(), chunk.uvs.end(), _content.texCoords.coordinates.begin() + base.uvs);
+        std::uint32_t end = static_cast<std::uint32_t>(base.corners);
+        for (std::size_t f = 0; f < chunk.faceSizes.size(); ++f)
+            topology.faceOffsets[base.faces + f + 1] = end += chunk.faceSizes[f];
+        copyIndices(chunk.corners, base.positions, topology.cornerVertices.data() + base.corners);
+        if (_cornersHaveUvs)
+            copyIndices(chunk.cornerUvs, base.uvs, _content.texCoords.cornerIndices.data() + base.corners);
+    }
+
+    /// A relative index that reaches before the first element comes out beyond any count: it wraps around.
+    static void copyIndices(ObjIndices& from, std::size_t base, std::uint32_t* to)
+    {
+        for (const std::uint32_t place : from.relative)
+            from.values[place] += static_cast<std::int32_t>(base);
+        std::copy(from.values.begin(), from.values.end(), to);
+    }
+
+    void checkCorners(const Topology& topology) const
+    {
+        const std::size_t bad = firstBeyond(topology.cornerVertices, topology.vertexCount);
+        if (bad < topology.cornerCount())
+            failAtCorner(topology, bad, "vertex", topology.cornerVertices[bad], topology.vertexCount);
+        const std::vector<std::uint32_t>& uvs = _content.texCoords.cornerIndices;
+        const std::size_t badUv = firstBeyond(uvs, _content.texCoords.coordinates.size());
+        if (badUv < uvs.size())
+            failAtCorner(topology, badUv, "texture coordinate", uvs[badUv],
+                         _content.texCoords.coordinates.size());
+    }
+
+    static std::size_t firstBeyond(const std::vector<std::uint32_t>& indices, std::size_t count)
+    {
+        std::atomic<std::size_t> first = indices.size();
+        tbb::parallel_for(
+            tbb::blocked_range<std::size_t>(0, indices.size(), 1 << 16), [&](const auto& range) {
+                const auto begin = indices.begin() + range.begin(), end = indices.begin() + range.end();
+                const auto bad =
+                    std::find_if(begin, end, [&](std::uint32_t index) { return index >= count; });
+                if (bad == end)
+                    return;
+                const std::size_t place = static_cast<std::size_t>(bad - indices.begin());
+                std::size_t known = first;
+                while (place < known && !first.compare_exchange_weak(known, place)) {
+                }
+            });
+        return first;
+    }
+
+    [[noreturn]] void failAtCorner(const Topology& topology, std::size_t corner, const char* kind,
+                                   std::uint32_t index, std::size_t count) const
+    {
+        const auto behind =
+            std::upper_bound(topology.faceOffsets.begin(), topology.faceOffsets.end(), corner);
+        const char* const where =
+            findRecord("f", static_cast<std::size_t>(behind - topology.faceOffsets.begin()));
+        fail(where, nameIndex("face", kind, index, count));
+    }
+
+    static std::string nameIndex(const char* record, const char* kind, std::uint32_t index, std::size_t count)
+    {
+        if (static_cast<std::int32_t>(index) < 0)
+            return fmt::format("{} names a {} before the first", record, kind);
+        return fmt::format("{} names {} {} but only {} are defined", record, kind, std::uint64_t{index} + 1,
+                           count);
+    }
+
+    /// Only once something is wrong: walks the text again to the n-th record (from 1) of the keyword.
+    const char* findRecord(std::string_view keyword, std::size_t n) const
+    {
+        ObjScanner scan(_text.data(), _text.data() + _text.size());
+        while (!scan.atEnd()) {
+            const bool isRecord = scan.nextToken();
+            const char* const record = scan.at();
+            if (isRecord && scan.takeToken() == keyword && --n == 0)
+                return record;
+            if (!isRecord && !scan.atEnd() && *record == '#')
+                scan.skipLine();
+            else
+                scan.skipRecord();
+        }
+        return _text.data();
+    }
+
+    /// Names hold on across chunks; faces before the first name belong to "default".
+    void copyNames(const Topology& topology, std::vector<std::uint32_t>& labels,
+                   std::vector<std::string>& names, std::vector<ObjNameRun> ObjChunk::*runs) const
+    {
+        const auto hasRuns = [&](const ObjChunk& chunk) { return !(chunk.*runs).empty(); };
+        if (topology.faceCount() == 0 || std::none_of(_chunks.begin(), _chunks.end(), hasRuns))
+            return;
+        labels.resize(topology.faceCount());
+        std::unordered_map<std::string, std::uint32_t> known;
+        std::string current = "default";
+        const auto label = [&](std::size_t first, std::size_t last) {
+            if (first == last)
+                return;
+            const auto [entry, isNew] = known.emplace(current, static_cast<std::uint32_t>(names.size()));
+            if (isNew)
+                names.push_back(current);
+            std::fill(labels.begin() + first, labels.begin() + last, entry->second);
+        };
+        std::size_t done = 0;
+        for (std::size_t c = 0; c < _chunks.size(); ++c)
+            for (const ObjNameRun& run : _chunks[c].*runs) {
+                const std::size_t first = _bases[c].faces + run.firstFace;
+                label(done, first);
+                done = first;
+                current = run.name;
+            }
+        label(done, labels.size());
+    }
+
+    void copyLines()
+    {
+        std::size_t number = 0;
+        for (std::size_t c = 0; c < _chunks.size(); ++c) {
+            ObjChunk& chunk = _chunks[c];
+            std::vector<std::uint32_t> vertices(chunk.lineVertices.values.size());
+            copyIndices(chunk.lineVertices, _bases[c].positions, vertices.data());
+            auto next = vertices.begin();
+            for (const std::uint32_t size : chunk.lineSizes) {
+                _content.lines.emplace_back(next, next + size);
+                next += size;
+                ++number;
+                for (const std::uint32_t vertex : _content.lines.back())
+                    if (vertex >= _bases.back().positions)
+                        fail(findRecord("l", number),
+                             nameIndex("line", "vertex", vertex, _bases.back().positions));
+            }
+            std::move(chunk.materialLibraries.begin(), chunk.materialLibraries.end(),
+                      std::back_inserter(_content.materialLibraries));
+        }
+    }
+
+    std::string_view _text;
+    const ObjReadOptions& _options;
+    const std::string& _name;
+    std::vector<ObjChunk> _chunks;
+    std::vector<Bases> _bases;
+    bool _cornersHaveUvs = true;
+    ObjContent _content;
+};
+
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+struct FileText {
+    std::unique_ptr<char[]> bytes; // a string would be filled with zeros first
+    std::size_t size = 0;
+};
+
+FileText ReadWholeFile(const std::filesystem::path& file)
+{
+    std::error_code error;
+    if (std::filesystem::is_directory(file, error))
+        throw IoError("cannot read {}: {}", file.string(), std::strerror(EISDIR));
+    const std::unique_ptr<std::FILE, FileCloser> stream(std::fopen(file.string().c_str(), "rb"));
+    if (!stream)
+        throw IoError("cannot open {}: {}", file.string(), std::strerror(errno));
+    const std::uintmax_t size = std::filesystem::file_size(file, error);
+    if (error)
+        throw IoError("cannot read {}: {}", file.string(), error.message());
+    FileText text{std::unique_ptr<char[]>(new char[size]), 0};
+    text.size = std::fread(text.bytes.get(), 1, size, stream.get());
+    if (std::ferror(stream.get()))
+        throw IoError("cannot read {}: {}", file.string(), std::strerror(errno));
+    return text;
+}
+
+} // namespace
+
+ObjContent ParseObj(std::string_view text, const ObjReadOptions& options, const std::string& name)
+{
+    return Assembly(text, options, name).run();
+}
+
+ObjContent ReadObj(const std::filesystem::path& file, const ObjReadOptions& options)
+{
+    const FileText text = ReadWholeFile(file);
+    return ParseObj({text.bytes.get(), text.size}, options, file.string());
+}
+
+} // namespace geometry

@@ -1,0 +1,280 @@
+// Skeleton evaluation, skinning and its inverse: every vertex has one affine map, blended from its joints.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/skinning.h"
+
+#include "geometry/errors.h"
+
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_for.h>
+
+#include <cassert>
+
+namespace geometry {
+
+namespace {
+
+using Eigen::Matrix3d;
+using Eigen::Quaterniond;
+using Eigen::Vector3d;
+
+struct AffineMap {
+    Matrix3d linear = Matrix3d::Zero();
+    Vector3d offset = Vector3d::Zero();
+};
+
+/// A joint's pose in the forms that blending adds up.
+struct BlendTerm {
+    AffineMap map;     ///< the whole pose: for linear blending
+    AffineMap stretch; ///< the scales alone: first stage of dual quaternion blending
+    Quaterniond real;  ///< rotation and translation after the scales, as a dual quaternion
+    Quaterniond dual;
+    bool isRest = false; ///< moves nothing, exactly
+};
+
+BlendTerm MakeBlendTerm(const JointPose& pose)
+{
+    BlendTerm term;
+    term.map = {pose.linear, pose.origin - pose.linear * pose.center};
+    term.stretch = {pose.stretch, pose.restOrigin - pose.stretch * pose.center};
+    const Vector3d shift = pose.origin - pose.rotation * pose.restOrigin;
+    term.real = pose.rotation.normalized();
+    term.dual = Quaterniond(0, shift.x(), shift.y(), shift.z()) * term.real;
+    term.dual.coeffs() *= 0.5;
+    // Centres chained down the tree come back with the last digit off.
+    const double rounding = 1e-12 * (1.0 + pose.center.norm());
+    term.isRest = pose.linear == Matrix3d::Identity() && pose.stretch == Matrix3d::Identity() &&
+                  (pose.origin - pose.center).norm() <= rounding &&
+                  (pose.restOrigin - pose.center).norm() <= rounding;
+    return term;
+}
+
+std::vector<BlendTerm> MakeBlendTerms(Span<const JointPose> poses)
+{
+    std::vector<BlendTerm> terms;
+    terms.reserve(poses.size());
+    for (const JointPose& pose : poses)
+        terms.push_back(MakeBlendTerm(pose));
+    return terms;
+}
+
+/// The weights of one vertex.
+struct Influences {
+    Span<const std::uint32_t> joints;
+    Span<const float> weights;
+};
+
+Influences InfluencesOf(const SkinWeights& weights, std::size_t v)
+{
+    const std::size_t first = weights.offsets[v], count = weights.offsets[v + 1] - first;
+    return {{weights.joints.data() + first, count}, {weights.weights.data() + first, count}};
+}
+
+bool AllRest(const std::vector<BlendTerm>& terms, const Influences& at)
+{
+    for (const std::uint32_t joint : at.joints)
+        if (!terms[joint].isRest)
+            return false;
+    return true;
+}
+
+template <AffineMap BlendTerm::*Part>
+AffineMap BlendMaps(const std::vector<BlendTerm>& terms, const Influences& at)
+{
+    AffineMap sum;
+    for (std::size_t i = 0; i < at.joints.size(); ++i) {
+        const AffineMap& map = terms[at.joints[i]].*Part;
+        sum.linear += double(at.weights[i]) * map.linear;
+        sum.offset += double(at.weights[i]) * map.offset;
+    }
+    return sum;
+}
+
+std::uint32_t StrongestJoint(const Influences& at)
+{
+    const auto strongest = std::max_element(at.weights.begin(), at.weights.end());
+    return at.joints[static_cast<std::size_t>(strongest - at.weights.begin())];
+}
+
+AffineMap BlendDualQuaternions(const std::vector<BlendTerm>& terms, const Influences& at)
+{
+    const BlendTerm& pivot = terms[StrongestJoint(at)];
+    Eigen::Vector4d real = Eigen::Vector4d::Zero(), dual = Eigen::Vector4d::Zero();
+    for (std::size_t i = 0; i < at.joints.size(); ++i) {
+        const BlendTerm& term = terms[at.joints[i]];
+        // Two quaternions of opposite sign mean the same turn: take the one that goes the short way round.
+        const double w = term.real.dot(pivot.real) < 0.0 ? -double(at.weights[i]) : double(at.weights[i]);
+        real += w * term.real.coeffs();
+        dual += w * term.dual.coeffs();
+    }
+    const double norm = real.norm(); // at least the largest weight, thanks to the signs
+    const Quaterniond q(Eigen::Vector4d(real / norm));
+    const Quaterniond d(Eigen::Vector4d(dual / norm));
+    const AffineMap stretch = BlendMaps<&BlendTerm::stretch>(terms, at);
+    const Matrix3d rotation = q.toRotationMatrix();
+    const Vector3d shift = 2.0 * (d * q.conjugate()).vec();
+    return {rotation * stretch.linear, rotation * stretch.offset + shift};
+}
+
+AffineMap Blend(const std::vector<BlendTerm>& terms, const Influences& at, SkinMode mode)
+{
+    return mode == SkinMode::Linear ? BlendMaps<&BlendTerm::map>(terms, at) : BlendDualQuaternions(terms, at);
+}
+
+Vec3f ApplyInverse(const AffineMap& map, Vec3f posed)
+{
+    const double determinant = map.linear.determinant();
+    const double size = map.linear.norm();
+    if (!(std::abs(determinant) > 1e-9 * size * size * size))
+        return posed;
+    return FromEigen(map.linear.inverse() * (ToEigen(posed) - map.offset));
+}
+
+void CheckSkin(Span<const Vec3f> positions, const SkinWeights& weights, Span<const JointPose> poses)
+{
+    if (positions.size() != weights.vertexCount())
+        throw TopologyError("shape has {} vertices but the weights are for {}", positions.size(),
+                            weights.vertexCount());
+    if (weights.offsets.back() != weights.joints.size() || weights.joints.size() != weights.weights.size())
+        throw TopologyError("the weight offsets do not span the weights");
+    for (const std::uint32_t joint : weights.joints)
+        if (joint >= poses.size())
+            throw TopologyError("weight names joint {} but only {} are defined", joint, poses.size());
+}
+
+/// A joint's own rotation in the figure's axes; exactly none without angles, so that the bind pose moves
+/// nothing.
+Quaterniond Turn(const Joint& joint)
+{
+    if (joint.rotation.isZero(0.0))
+        return Quaterniond::Identity();
+    const Quaterniond orient = EulerRotation(joint.orientation, RotationOrder::XYZ);
+    return orient * EulerRotation(joint.rotation, joint.order) * orient.conjugate();
+}
+
+Matrix3d OwnScale(const Joint& joint)
+{
+    if (joint.scale == Vector3d::Ones())
+        return Matrix3d::Identity();
+    const Matrix3d orient = EulerRotation(joint.orientation, RotationOrder::XYZ).toRotationMatrix();
+    return orient * joint.scale.asDiagonal() * orient.transpose();
+}
+
+template <class Apply>
+std::vector<Vec3f> MapVertices(Span<const Vec3f> positions, const SkinWeights& weights,
+                               Span<const JointPose> poses, SkinMode mode, const Apply& apply)
+{
+    CheckSkin(positions, weights, poses);
+    const std::vector<BlendTerm> terms = MakeBlendTerms(poses);
+    std::vector<Vec3f> result(positions.begin(), positions.end());
+    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, result.size(), 1024), [&](const auto& range) {
+        for (std::size_t v = range.begin(); v != range.end(); ++v) {
+            const Influences at = InfluencesOf(weights, v);
+            if (!AllRest(terms, at))
+                result[v] = apply(Blend(terms, at, mode), result[v]);
+        }
+    });
+    return result;
+}
+
+void Normalize(SkinWeights& weights)
+{
+    for (std::size_t v = 0; v < weights.vertexCount(); ++v) {
+        double sum = 0.0;
+        for (std::size_t i = weights.offsets[v]; i < weights.offsets[v + 1]; ++i)
+            sum += weights.weights[i];
+        for (std::size_t i = weights.offsets[v]; i < weights.offsets[v + 1]; ++i)
+            weights.weights[i] = static_cast<float>(weights.weights[i] / sum);
+    }
+}
+
+/// Zero, negative and non-finite weights pull nothing.
+bool Counts(float weight)
+{
+    return weight > 0.0f && std::isfinite(weight);
+}
+
+void CountRows(SkinWeights& weights, std::size_t vertexCount, Span<const JointWeights> perJoint)
+{
+    weights.offsets.assign(vertexCount + 1, 0);
+    for (std::size_t j = 0; j < perJoint.size(); ++j) {
+        const JointWeights& list = perJoint[j];
+        if (list.vertices.size() != list.weights.size())
+            throw TopologyError("joint {} has {} vertices but {} weights", j, list.vertices.size(),
+                                list.weights.size());
+        for (std::size_t i = 0; i < list.vertices.size(); ++i) {
+            if (list.vertices[i] >= vertexCount)
+                throw TopologyError("joint {} weighs vertex {} but only {} are defined", j, list.vertices[i],
+                                    vertexCount);
+            weights.offsets[list.vertices[i] + 1] += Counts(list.weights[i]);
+        }
+    }
+    for (std::size_t v = 0; v < vertexCount; ++v)
+        weights.offsets[v + 1] += weights.offsets[v];
+}
+
+} // namespace
+
+std::vector<JointPose> EvaluateSkeleton(Span<const Joint> joints)
+{
+    std::vector<JointPose> poses(joints.size());
+    std::vector<Matrix3d> inherited(joints.size(),
+                                    Matrix3d::Identity()); // accumulated scale without the own one
+    for (std::size_t j = 0; j < joints.size(); ++j) {
+        const Joint& joint = joints[j];
+        assert(joint.parent < static_cast<int>(j) && "joints stand parents before children");
+        JointPose& pose = poses[j];
+        pose.center = joint.center;
+        pose.rotation = Turn(joint);
+        pose.origin = joint.center + joint.translation;
+        pose.restOrigin = joint.center;
+        if (joint.parent >= 0) {
+            const std::size_t p = static_cast<std::size_t>(joint.parent);
+            const JointPose& parent = poses[p];
+            const Vector3d arm = joint.center - parent.center;
+            pose.rotation = parent.rotation * pose.rotation;
+            pose.origin = parent.linear * (arm + joint.translation) + parent.origin;
+            pose.restOrigin = parent.stretch * arm + parent.restOrigin;
+            // Not inheriting takes back the parent's own scale only; dividing by it would fail at zero.
+            inherited[j] = joint.inheritsScale ? parent.stretch : inherited[p];
+        }
+        pose.stretch = inherited[j] * OwnScale(joint);
+        pose.linear = pose.rotation.toRotationMatrix() * pose.stretch;
+    }
+    return poses;
+}
+
+SkinWeights MakeSkinWeights(std::size_t vertexCount, Span<const JointWeights> perJoint)
+{
+    SkinWeights weights;
+    CountRows(weights, vertexCount, perJoint);
+    weights.joints.resize(weights.offsets.back());
+    weights.weights.resize(weights.offsets.back());
+    std::vector<std::uint32_t> next(weights.offsets.begin(), weights.offsets.end() - 1);
+    for (std::size_t j = 0; j < perJoint.size(); ++j)
+        for (std::size_t i = 0; i < perJoint[j].vertices.size(); ++i) {
+            if (!Counts(perJoint[j].weights[i]))
+                continue;
+            const std::uint32_t slot = next[perJoint[j].vertices[i]]++;
+            weights.joints[slot] = static_cast<std::uint32_t>(j);
+            weights.weights[slot] = perJoint[j].weights[i];
+        }
+    Normalize(weights);
+    return weights;
+}
+
+std::vector<Vec3f> Skin(Span<const Vec3f> rest, const SkinWeights& weights, Span<const JointPose> poses,
+                        SkinMode mode)
+{
+    return MapVertices(rest, weights, poses, mode, [](const AffineMap& map, Vec3f x) {
+        return FromEigen(map.linear * ToEigen(x) + map.offset);
+    });
+}
+
+std::vector<Vec3f> Unskin(Span<const Vec3f> posed, const SkinWeights& weights, Span<const JointPose> poses,
+                          SkinMode mode)
+{
+    return MapVertices(posed, weights, poses, mode, ApplyInverse);
+}
+
+} // namespace geometry

@@ -1,0 +1,398 @@
+// Catmull-Clark subdivision: OpenSubdiv refines the topology once, and its masks are kept as sparse rows.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/subdivision.h"
+
+#include "geometry/errors.h"
+#include "geometry/refinement.h"
+
+#include <opensubdiv/far/error.h>
+#include <opensubdiv/far/primvarRefiner.h>
+#include <opensubdiv/far/topologyDescriptor.h>
+#include <opensubdiv/far/topologyRefiner.h>
+#include <opensubdiv/far/topologyRefinerFactory.h>
+
+#include <cassert>
+#include <mutex>
+
+namespace geometry {
+
+namespace {
+
+namespace Far = OpenSubdiv::Far;
+namespace Sdc = OpenSubdiv::Sdc;
+
+Sdc::Options::VtxBoundaryInterpolation ToOpenSubdiv(BoundaryRule rule)
+{
+    switch (rule) {
+    case BoundaryRule::None:
+        return Sdc::Options::VTX_BOUNDARY_NONE;
+    case BoundaryRule::EdgeOnly:
+        return Sdc::Options::VTX_BOUNDARY_EDGE_ONLY;
+    case BoundaryRule::EdgeAndCorner:
+        return Sdc::Options::VTX_BOUNDARY_EDGE_AND_CORNER;
+    }
+    return Sdc::Options::VTX_BOUNDARY_EDGE_ONLY;
+}
+
+/// OpenSubdiv counts a vertex's faces and a face's corners in 16 bits.
+void CheckValences(const Topology& cage)
+{
+    constexpr std::uint32_t limit = 65535;
+    for (std::size_t f = 0; f < cage.faceCount(); ++f)
+        if (cage.face(f).size() > limit)
+            throw TopologyError("face {} has {} corners but at most {} can be subdivided", f,
+                                cage.face(f).size(), limit);
+    std::vector<std::uint32_t> valences(cage.vertexCount);
+    for (const std::uint32_t vertex : cage.cornerVertices)
+        if (++valences[vertex] == limit)
+            throw TopologyError("vertex {} has too many faces to be subdivided", vertex);
+}
+
+void CheckSize(const Topology& cage, int levels)
+{
+    double corners = static_cast<double>(cage.cornerCount());
+    for (int level = 1; level <= levels; ++level)
+        corners *= 4.0;
+    if (corners > 2147483648.0)
+        throw TopologyError("subdivision level {} of {} faces is too large", levels, cage.faceCount());
+}
+
+std::unique_ptr<Far::TopologyRefiner> Refine(const Topology& cage, int levels, BoundaryRule rule)
+{
+    std::vector<int> sizes(cage.faceCount());
+    for (std::size_t f = 0; f < sizes.size(); ++f)
+        sizes[f] = static_cast<int>(cage.face(f).size());
+    Far::TopologyDescriptor descriptor;
+    descriptor.numVertices = static_cast<int>(cage.vertexCount);
+    descriptor.numFaces = static_cast<int>(sizes.size());
+    descriptor.numVertsPerFace = sizes.data();
+    descriptor.vertIndicesPerFace = reinterpret_cast<const int*>(cage.cornerVertices.data());
+
+    Sdc::Options options;
+    options.SetVtxBoundaryInterpolation(ToOpenSubdiv(rule));
+    using Factory = Far::TopologyRefinerFactory<Far::TopologyDescriptor>;
+    std::unique_ptr<Far::TopologyRefiner> refiner(
+        Factory::Create(descriptor, Factory::Options(Sdc::SCHEME_CATMARK, options)));
+    if (!refiner)
+        throw TopologyError("the mesh cannot be subdivided");
+    refiner->RefineUniform(Far::TopologyRefiner::UniformOptions(levels));
+    return refiner;
+}
+
+/// Stands in for a buffer of values while OpenSubdiv "interpolates": instead of adding numbers up, each
+/// result notes what it is made of. A result may be made of earlier results, which are spelled out at once.
+class RowRecorder {
+public:
+    struct Source {
+        std::uint32_t index;
+    };
+    struct Sources {
+        Source operator[](int index) const { return {static_cast<std::uint32_t>(index)}; }
+    };
+
+    class Row {
+    public:
+        Row(RowRecorder* recorder, std::uint32_t row) : _recorder(recorder), _row(row) {}
+        void Clear() { _recorder->open(_row); }
+        void AddWithWeight(Source source, float weight) { _recorder->add(source.index, weight); }
+        void AddWithWeight(const Row& other, float weight) { _recorder->addRow(other._row, weight); }
+
+    private:
+        RowRecorder* _recorder;
+        std::uint32_t _row;
+    };
+
+    explicit RowRecorder(std::size_t rows) : _places(rows) { _entries.reserve(rows * 7); }
+    Row operator[](int index) { return {this, static_cast<std::uint32_t>(index)}; }
+
+    /// The rows in order of their index; OpenSubdiv may have come to them in another one.
+    SparseRows finish(std::uint32_t sourceCount)
+    {
+        SparseRows rows;
+        rows.sourceCount = sourceCount;
+        rows.offsets.resize(_places.size() + 1);
+        for (std::size_t row = 0; row < _places.size(); ++row)
+            rows.offsets[row + 1] = rows.offsets[row] + _places[row].count;
+        rows.entries.resize(_entries.size());
+        for (std::size_t row = 0; row < _places.size(); ++row)
+            std::copy_n(_entries.begin() + static_cast<std::ptrdiff_t>(_places[row].first),
+                        _places[row].count,
+                        rows.entries.begin() + static_cast<std::ptrdiff_t>(rows.offsets[row]));
+        return rows;
+    }
+
+private:
+    struct Place {
+        std::uint64_t first = 0;
+        std::uint32_t count = 0;
+    };
+
+    void open(std::uint32_t row)
+    {
+        _open = row;
+        _places[row] = {_entries.size(), 0};
+    }
+
+    void add(std::uint32_t source, float weight)
+    {
+        Place& place = _places[_open];
+        for (std::uint64_t i = place.first; i < _entries.size(); ++i)
+            if (_entries[i].source == source) {
+                _entries[i].weight += weight;
+                return;
+            }
+        _entries.push_back({source, weight});
+        ++place.count;
+    }
+
+    void addRow(std::uint32_t row, float weight)
+    {
+        const Place from = _places[row];
+        for (std::uint32_t i = 0; i < from.count; ++i) {
+            const SparseRows::Entry entry = _entries[from.first + i];
+            add(entry.source, entry.weight * weight);
+        }
+    }
+
+    std::vector<Place> _places;
+    std::vector<SparseRows::Entry> _entries;
+    std::uint32_t _open = 0;
+};
+
+SparseRows RecordRows(const Far::TopologyRefiner& refiner, int level)
+{
+    RowRecorder recorder(static_cast<std::size_t>(refiner.GetLevel(level).GetNumVertices()));
+    Far::PrimvarRefiner(refiner).Interpolate(level, RowRecorder::Sources(), recorder);
+    return recorder.finish(static_cast<std::uint32_t>(refiner.GetLevel(level - 1).GetNumVertices()));
+}
+
+struct Level {
+    std::shared_ptr<const Topology> topology;
+    std::vector<std::uint32_t> cageFaces; ///< empty for the cage itself
+    SparseRows rows;                      ///< from the level before
+};
+
+std::shared_ptr<const Topology> LevelTopology(const Far::TopologyLevel& refined, const Topology& cage,
+                                              const std::vector<std::uint32_t>& cageFaces)
+{
+    auto topology = std::make_shared<Topology>();
+    const std::size_t faces = cageFaces.size();
+    topology->vertexCount = static_cast<std::uint32_t>(refined.GetNumVertices());
+    topology->faceOffsets.resize(faces + 1);
+    topology->cornerVertices.resize(4 * faces); // every refined face is a quad
+    topology->groupNames = cage.groupNames;
+    topology->surfaceNames = cage.surfaceNames;
+    topology->faceGroups.resize(cage.faceGroups.empty() ? 0 : faces);
+    topology->faceSurfaces.resize(cage.faceSurfaces.empty() ? 0 : faces);
+    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, faces, 8192), [&](const auto& range) {
+        for (std::size_t f = range.begin(); f != range.end(); ++f) {
+            const Far::ConstIndexArray corners = refined.GetFaceVertices(static_cast<int>(f));
+            for (int c = 0; c < 4; ++c)
+                topology->cornerVertices[4 * f + static_cast<std::size_t>(c)] =
+                    static_cast<std::uint32_t>(corners[c]);
+            topology->faceOffsets[f + 1] = static_cast<std::uint32_t>(4 * (f + 1));
+            if (!cage.faceGroups.empty())
+                topology->faceGroups[f] = cage.faceGroups[cageFaces[f]];
+            if (!cage.faceSurfaces.empty())
+                topology->faceSurfaces[f] = cage.faceSurfaces[cageFaces[f]];
+        }
+    });
+    return topology;
+}
+
+Level MakeLevel(const Far::TopologyRefiner& refiner, int level, const Topology& cage, const Level& before)
+{
+    const Far::TopologyLevel refined = refiner.GetLevel(level);
+    Level result;
+    result.cageFaces.resize(static_cast<std::size_t>(refined.GetNumFaces()));
+    for (std::size_t f = 0; f < result.cageFaces.size(); ++f) {
+        const auto parent = static_cast<std::uint32_t>(refined.GetFaceParentFace(static_cast<int>(f)));
+        result.cageFaces[f] = before.cageFaces.empty() ? parent : before.cageFaces[parent];
+    }
+    result.topology = LevelTopology(refined, cage, result.cageFaces);
+    result.rows = RecordRows(refiner, level);
+    return result;
+}
+
+/// Single precision halves the memory that every step has to pass through; only sums over vertices need more.
+using Values = std::vector<Vec3f>;
+
+double DotProduct(const Values& a, const Values& b)
+{
+    double sum = 0.0;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        sum += double(Dot(a[i], b[i]));
+    return sum;
+}
+
+void AddScaled(Values& to, double scale, const Values& what)
+{
+    const auto factor = static_cast<float>(scale);
+    for (std::size_t i = 0; i < to.size(); ++i)
+        to[i] += what[i] * factor;
+}
+
+} // namespace
+
+struct Subdivision::Impl {
+    std::vector<Level> levels;
+    mutable std::mutex transposedMutex;
+    mutable std::vector<std::shared_ptr<const SparseRows>> transposed; ///< made when a fit first needs them
+
+    std::size_t vertexCount(int level) const
+    {
+        return levels[static_cast<std::size_t>(level)].topology->vertexCount;
+    }
+
+    template <class T>
+    std::vector<T> refine(Span<const T> values, int from, int to) const
+    {
+        assert(0 <= from && from <= to && to < static_cast<int>(levels.size()));
+        if (values.size() != vertexCount(from))
+            throw TopologyError("subdivision level {} has {} vertices but {} values are given", from,
+                                vertexCount(from), values.size());
+        std::vector<T> result;
+        for (int level = from + 1; level <= to; ++level)
+            result = levels[static_cast<std::size_t>(level)].rows.apply(
+                level == from + 1 ? values : Span<const T>(result));
+        return from == to ? std::vector<T>(values.begin(), values.end()) : result;
+    }
+
+    std::vector<std::shared_ptr<const SparseRows>> transposedUpTo(int level) const
+    {
+        const std::lock_guard lock(transposedMutex);
+        transposed.resize(levels.size());
+        for (int l = 1; l <= level; ++l) {
+            const std::size_t i = static_cast<std::size_t>(l);
+            if (!transposed[i])
+                transposed[i] = std::make_shared<const SparseRows>(levels[i].rows.transposed());
+        }
+        return transposed;
+    }
+};
+
+namespace {
+
+/// The normal equations of "the refined cage comes closest to the fine shape", for a correction of the start.
+class CageFit {
+public:
+    CageFit(const std::vector<Level>& levels, std::vector<std::shared_ptr<const SparseRows>> transposed,
+            int level)
+        : _levels(levels), _transposed(std::move(transposed)), _level(level)
+    {
+    }
+
+    Values refine(Values values) const
+    {
+        for (int l = 1; l <= _level; ++l)
+            values = _levels[static_cast<std::size_t>(l)].rows.apply(Span<const Vec3f>(values));
+        return values;
+    }
+
+    Values gather(Values values) const
+    {
+        for (int l = _level; l >= 1; --l)
+            values = _transposed[static_cast<std::size_t>(l)]->apply(Span<const Vec3f>(values));
+        return values;
+    }
+
+    /// Conjugate gradients. The correction is held back very gently, which decides what the fine shape leaves
+    /// open, such as vertices that no face uses.
+    Values solve(const Values& misfit) const
+    {
+        Values residual = gather(misfit);
+        Values solution(residual.size()), direction = residual;
+        double error = DotProduct(residual, residual);
+        const double enough = error * tolerance * tolerance;
+        for (int step = 0; step < maxSteps && error > enough; ++step) {
+            Values image = gather(refine(direction));
+            AddScaled(image, restraint, direction);
+            const double length = error / DotProduct(direction, image);
+            AddScaled(solution, length, direction);
+            AddScaled(residual, -length, image);
+            const double next = DotProduct(residual, residual);
+            const auto turn = static_cast<float>(next / error);
+            for (std::size_t i = 0; i < direction.size(); ++i)
+                direction[i] = residual[i] + direction[i] * turn;
+            error = next;
+        }
+        return solution;
+    }
+
+private:
+    static constexpr double restraint = 1e-6; ///< beside diagonal entries of about one and more
+    static constexpr double tolerance = 1e-5; ///< of the residual: a micrometre in a misfit of 10 cm
+    static constexpr int maxSteps = 200;
+
+    const std::vector<Level>& _levels;
+    std::vector<std::shared_ptr<const SparseRows>> _transposed;
+    int _level;
+};
+
+} // namespace
+
+Subdivision::Subdivision(std::shared_ptr<const Topology> cage, int levels, BoundaryRule rule)
+    : _impl(std::make_unique<Impl>())
+{
+    assert(levels >= 0);
+    Validate(*cage);
+    CheckSize(*cage, levels);
+    _impl->levels.push_back({cage, {}, {}});
+    if (levels == 0 || cage->faceCount() == 0) {
+        if (levels > 0)
+            throw TopologyError("a mesh without faces cannot be subdivided");
+        return;
+    }
+    CheckValences(*cage);
+    const std::unique_ptr<Far::TopologyRefiner> refiner = Refine(*cage, levels, rule);
+    for (int level = 1; level <= levels; ++level)
+        _impl->levels.push_back(MakeLevel(*refiner, level, *cage, _impl->levels.back()));
+}
+
+Subdivision::~Subdivision() = default;
+Subdivision::Subdivision(Subdivision&&) noexcept = default;
+Subdivision& Subdivision::operator=(Subdivision&&) noexcept = default;
+
+int Subdivision::levels() const
+{
+    return static_cast<int>(_impl->levels.size()) - 1;
+}
+
+const std::shared_ptr<const Topology>& Subdivision::topology(int level) const
+{
+    return _impl->levels.at(static_cast<std::size_t>(level)).topology;
+}
+
+std::uint32_t Subdivision::cageFace(int level, std::uint32_t face) const
+{
+    return level == 0 ? face : _impl->levels.at(static_cast<std::size_t>(level)).cageFaces.at(face);
+}
+
+std::vector<Vec3f> Subdivision::refine(Span<const Vec3f> values, int fromLevel, int toLevel) const
+{
+    return _impl->refine(values, fromLevel, toLevel);
+}
+
+std::vector<float> Subdivision::refine(Span<const float> values, int fromLevel, int toLevel) const
+{
+    return _impl->refine(values, fromLevel, toLevel);
+}
+
+std::vector<Vec3f> Subdivision::fitCage(Span<const Vec3f> fine, int level, Span<const Vec3f> start) const
+{
+    const std::vector<Vec3f> refined = refine(start, 0, level);
+    if (fine.size() != refined.size())
+        throw TopologyError("subdivision level {} has {} vertices but {} values are given", level,
+                            refined.size(), fine.size());
+    Values misfit(fine.size());
+    for (std::size_t v = 0; v < fine.size(); ++v)
+        misfit[v] = fine[v] - refined[v];
+    const Values correction = CageFit(_impl->levels, _impl->transposedUpTo(level), level).solve(misfit);
+    std::vector<Vec3f> cage(start.begin(), start.end());
+    for (std::size_t v = 0; v < cage.size(); ++v)
+        cage[v] += correction[v];
+    return cage;
+}
+
+} // namespace geometry

@@ -1,0 +1,95 @@
+// Assembling and factorising the bi-Laplacian over the unknown vertices.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/surface_extension.h"
+
+#include "geometry/errors.h"
+
+namespace geometry {
+
+namespace {
+
+/// Beyond this many unknowns the bi-Laplacian's factor outgrows the memory; the plain Laplacian's does not.
+constexpr std::size_t bendingLimit = 200000;
+
+constexpr std::uint32_t none = UINT32_MAX;
+
+} // namespace
+
+SurfaceExtension::SurfaceExtension(const IndexLists& neighbours, const std::vector<bool>& isKnown)
+{
+    using Triplet = Eigen::Triplet<double>;
+    std::vector<std::uint32_t> unknownSlot(isKnown.size(), none), ringSlot(isKnown.size(), none);
+    for (std::size_t v = 0; v < isKnown.size(); ++v)
+        if (!isKnown[v]) {
+            unknownSlot[v] = static_cast<std::uint32_t>(_unknown.size());
+            _unknown.push_back(static_cast<std::uint32_t>(v));
+        }
+    if (_unknown.empty())
+        return;
+    const bool bends = _unknown.size() <= bendingLimit;
+
+    // Equations: the Laplacian at each unknown vertex and, for bending, at each known one beside it.
+    std::vector<std::uint32_t> equations = _unknown;
+    if (bends) {
+        std::vector<bool> isListed(isKnown.size());
+        for (const std::uint32_t v : _unknown)
+            for (const std::uint32_t w : neighbours[v])
+                if (isKnown[w] && !isListed[w]) {
+                    isListed[w] = true;
+                    equations.push_back(w);
+                }
+    }
+
+    std::vector<Triplet> unknownPart, knownPart;
+    const auto put = [&](std::size_t row, std::uint32_t v, double weight) {
+        if (unknownSlot[v] != none) {
+            unknownPart.emplace_back(static_cast<int>(row), static_cast<int>(unknownSlot[v]), weight);
+            return;
+        }
+        if (ringSlot[v] == none) {
+            ringSlot[v] = static_cast<std::uint32_t>(_ring.size());
+            _ring.push_back(v);
+        }
+        knownPart.emplace_back(static_cast<int>(row), static_cast<int>(ringSlot[v]), weight);
+    };
+    for (std::size_t row = 0; row < equations.size(); ++row) {
+        const std::uint32_t v = equations[row];
+        // Symmetric without the division, as the plain Laplacian is factorised directly.
+        const double degree = static_cast<double>(neighbours[v].size());
+        put(row, v, bends ? 1.0 : degree);
+        for (const std::uint32_t w : neighbours[v])
+            put(row, w, bends ? -1.0 / degree : -1.0);
+    }
+
+    const auto rows = static_cast<Eigen::Index>(equations.size());
+    Eigen::SparseMatrix<double> unknowns(rows, static_cast<Eigen::Index>(_unknown.size()));
+    Eigen::SparseMatrix<double> knowns(rows, static_cast<Eigen::Index>(_ring.size()));
+    unknowns.setFromTriplets(unknownPart.begin(), unknownPart.end());
+    knowns.setFromTriplets(knownPart.begin(), knownPart.end());
+    if (bends) {
+        _fromKnown = -(unknowns.transpose() * knowns);
+        _solver.compute(Eigen::SparseMatrix<double>(unknowns.transpose() * unknowns));
+    } else {
+        _fromKnown = -knowns;
+        _solver.compute(unknowns);
+    }
+    if (_solver.info() != Eigen::Success)
+        throw TopologyError("the values of {} vertices cannot be extended", _unknown.size());
+}
+
+void SurfaceExtension::extend(Eigen::Ref<Eigen::MatrixXd> values) const
+{
+    if (_unknown.empty())
+        return;
+    // Relative to one known value: what is constant then comes out exactly so.
+    const Eigen::RowVectorXd base = values.row(static_cast<Eigen::Index>(_ring.front()));
+    Eigen::MatrixXd known(static_cast<Eigen::Index>(_ring.size()), values.cols());
+    for (std::size_t i = 0; i < _ring.size(); ++i)
+        known.row(static_cast<Eigen::Index>(i)) = values.row(static_cast<Eigen::Index>(_ring[i])) - base;
+    const Eigen::MatrixXd solved = _solver.solve(_fromKnown * known);
+    for (std::size_t i = 0; i < _unknown.size(); ++i)
+        values.row(static_cast<Eigen::Index>(_unknown[i])) = solved.row(static_cast<Eigen::Index>(i)) + base;
+}
+
+} // namespace geometry

@@ -1,0 +1,35 @@
+// Extending values smoothly over the part of a surface where none are known.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/incidence.h"
+
+#include <Eigen/SparseCholesky>
+
+#include <vector>
+
+namespace geometry {
+
+/// The least-bent continuation of known values: the squared graph Laplacian over the unknown vertices and the
+/// ring around them is least. Constant values continue as that constant. Factorised once, applied to any
+/// number of values.
+class SurfaceExtension {
+public:
+    /// @param isKnown  by vertex; each connected piece holds at least one that is
+    SurfaceExtension(const IndexLists& neighbours, const std::vector<bool>& isKnown);
+
+    std::size_t unknownCount() const { return _unknown.size(); }
+
+    /// Replaces the values of the unknown vertices.
+    /// @param values  rows by vertex, one column a coordinate
+    void extend(Eigen::Ref<Eigen::MatrixXd> values) const;
+
+private:
+    std::vector<std::uint32_t> _unknown;
+    Eigen::SparseMatrix<double> _fromKnown; ///< rows by unknown, columns by known vertex of the ring
+    std::vector<std::uint32_t> _ring;       ///< the known vertices that matter
+    Eigen::SimplicialLDLT<Eigen::SparseMatrix<double>> _solver;
+};
+
+} // namespace geometry

@@ -1,0 +1,214 @@
+// Matching: closest points with compatible normals, improved by a smooth offset field, doubtful ones dropped.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/surface_match.h"
+
+#include "geometry/normals.h"
+#include "geometry/offset_field.h"
+
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_for.h>
+#include <tbb/parallel_sort.h>
+
+namespace geometry {
+
+namespace {
+
+/// Rounds of matching and smoothing. Two find most of what there is to find, the third settles it.
+constexpr int rounds = 3;
+/// From this many vertices on one round has to do: the smoothing reaches over two edges, which on so fine a
+/// mesh is hardly more than the vertex itself.
+constexpr std::size_t denseVertexCount = 150000;
+/// Closer than this share of the whole mesh's size is never far, however fine the mesh.
+constexpr float nearShareOfSize = 0.005f;
+
+std::vector<float> MeanEdgeLengths(Span<const Vec3f> positions, const IndexLists& neighbours)
+{
+    std::vector<float> own(positions.size()), smoothed(positions.size());
+    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, own.size(), 4096), [&](const auto& range) {
+        for (std::size_t v = range.begin(); v != range.end(); ++v) {
+            for (const std::uint32_t w : neighbours[v])
+                own[v] += Length(positions[w] - positions[v]);
+            own[v] /= static_cast<float>(std::max<std::size_t>(neighbours[v].size(), 1));
+        }
+    });
+    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, own.size(), 4096), [&](const auto& range) {
+        for (std::size_t v = range.begin(); v != range.end(); ++v) {
+            smoothed[v] = own[v];
+            for (const std::uint32_t w : neighbours[v])
+                smoothed[v] += own[w];
+            smoothed[v] /= static_cast<float>(neighbours[v].size() + 1);
+        }
+    });
+    return smoothed;
+}
+
+/// Vertices on an edge that only one face uses.
+std::vector<bool> BoundaryVertices(const Topology& topology)
+{
+    std::vector<std::uint64_t> edges;
+    edges.reserve(topology.cornerCount());
+    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
+        const Span<const std::uint32_t> face = topology.face(f);
+        for (std::size_t c = 0; c < face.size(); ++c) {
+            const std::uint32_t a = face[c], b = face[c + 1 == face.size() ? 0 : c + 1];
+            edges.push_back(std::uint64_t{std::min(a, b)} << 32 | std::max(a, b));
+        }
+    }
+    tbb::parallel_sort(edges.begin(), edges.end());
+    std::vector<bool> boundary(topology.vertexCount);
+    for (auto edge = edges.begin(); edge != edges.end();) {
+        const auto next =
+            std::find_if(edge, edges.end(), [&](std::uint64_t other) { return other != *edge; });
+        if (next - edge == 1)
+            boundary[*edge >> 32] = boundary[*edge & UINT32_MAX] = true;
+        edge = next;
+    }
+    return boundary;
+}
+
+class Matcher {
+public:
+    Matcher(const SurfaceTree& tree, const PolygonMeshView& source, const MatchTarget& target,
+            const MatchOptions& options)
+        : _tree(tree), _target(target), _sourceNormals(VertexNormals(source)),
+          _sourceBoundary(BoundaryVertices(*source.topology)),
+          _minCosine(std::cos(options.maxAngleDegrees * 3.14159265f / 180.0f)), _reach(target.edgeLengths)
+    {
+        const float nearby = nearShareOfSize * Length(BoundingBox(target.mesh.positions).size());
+        for (float& reach : _reach)
+            reach = std::max(options.maxDistanceInEdges * reach, nearby);
+    }
+
+    std::vector<SurfacePoint> run()
+    {
+        const std::size_t count = _target.mesh.vertexCount();
+        std::vector<Vec3f> offsets(count);
+        findAll(offsets);
+        for (int round = 0; round < (count < denseVertexCount ? rounds : 1); ++round) {
+            offsets = SmoothOffsets(_target.neighbours, goals(), std::move(offsets));
+            findAll(offsets);
+        }
+        dropDoubtful();
+        return std::move(_matches);
+    }
+
+private:
+    Vec3f sourceNormal(const SurfacePoint& point) const
+    {
+        const std::uint32_t* corner = _tree.triangles().corners.data() + 3 * std::size_t{point.triangle};
+        return Normalized(_sourceNormals[corner[0]] * point.weights[0] +
+                          _sourceNormals[corner[1]] * point.weights[1] +
+                          _sourceNormals[corner[2]] * point.weights[2]);
+    }
+
+    float agreement(std::size_t v, const SurfacePoint& point) const
+    {
+        return Dot(sourceNormal(point), _target.normals[v]);
+    }
+
+    /// The offset carries the vertex to where it seems to belong; the match is the surface's nearest point
+    /// there.
+    void findAll(const std::vector<Vec3f>& offsets)
+    {
+        _matches.resize(offsets.size());
+        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, offsets.size(), 256), [&](const auto& range) {
+            SurfacePoint nearby; // of the vertex before: as a rule not far
+            for (std::size_t v = range.begin(); v != range.end(); ++v)
+                nearby = _matches[v] = find(v, _target.mesh.positions[v] + offsets[v], nearby);
+        });
+    }
+
+    /// @param nearby  any place on the source: nothing further away needs to be looked at
+    SurfacePoint find(std::size_t v, Vec3f at, const SurfacePoint& nearby) const
+    {
+        const float bound = nearby.isValid() ? 1.0001f * Length(nearby.position - at) + 1e-5f : INFINITY;
+        const SurfacePoint nearest = _tree.closestPoint(at, std::min(bound, _reach[v]));
+        if (!nearest.isValid() || agreement(v, nearest) >= _minCosine)
+            return nearest;
+        // Between lips or fingers the wrong side is the nearer one.
+        return _tree.closestPoint(at, _reach[v], [&](std::uint32_t, const SurfacePoint& candidate) {
+            return agreement(v, candidate) >= _minCosine;
+        });
+    }
+
+    std::vector<OffsetGoal> goals() const
+    {
+        std::vector<OffsetGoal> result(_matches.size());
+        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, result.size(), 2048), [&](const auto& range) {
+            for (std::size_t v = range.begin(); v != range.end(); ++v)
+                if (_matches[v].isValid()) {
+                    const float cosine = std::max(agreement(v, _matches[v]), 0.0f);
+                    result[v] = {_matches[v].position - _target.mesh.positions[v], sourceNormal(_matches[v]),
+                                 cosine * cosine};
+                }
+        });
+        return result;
+    }
+
+    void dropDoubtful()
+    {
+        std::vector<bool> doubtful(_matches.size());
+        for (std::size_t v = 0; v < _matches.size(); ++v)
+            doubtful[v] = _matches[v].isValid() && (isFar(v) || isOffTheEdge(v) || isAlone(v));
+        for (std::size_t v = 0; v < _matches.size(); ++v)
+            if (doubtful[v])
+                _matches[v] = {};
+    }
+
+    Vec3f offset(std::size_t v) const { return _matches[v].position - _target.mesh.positions[v]; }
+
+    bool isFar(std::size_t v) const { return Length(offset(v)) > _reach[v]; }
+
+    /// The nearest point is on the source's rim and the vertex lies beyond the rim rather than above it.
+    bool isOffTheEdge(std::size_t v) const
+    {
+        const SurfacePoint& match = _matches[v];
+        const std::uint32_t* corner = _tree.triangles().corners.data() + 3 * std::size_t{match.triangle};
+        for (int k = 0; k < 3; ++k)
+            if (match.weights[k] > 1e-6f && !_sourceBoundary[corner[k]])
+                return false;
+        const Vec3f way = offset(v), normal = _tree.triangleNormal(match.triangle);
+        const Vec3f along = way - normal * Dot(way, normal);
+        return Length(along) > 0.5f * _target.edgeLengths[v];
+    }
+
+    /// The neighbours went elsewhere: their offsets differ from this one by more than their spacing explains.
+    bool isAlone(std::size_t v) const
+    {
+        Vec3f sum;
+        int count = 0;
+        for (const std::uint32_t w : _target.neighbours[v])
+            if (_matches[w].isValid()) {
+                sum += offset(w);
+                ++count;
+            }
+        if (count == 0)
+            return false;
+        return Length(offset(v) - sum * (1.0f / static_cast<float>(count))) > 1.5f * _target.edgeLengths[v];
+    }
+
+    const SurfaceTree& _tree;
+    const MatchTarget& _target;
+    std::vector<Vec3f> _sourceNormals;
+    std::vector<bool> _sourceBoundary;
+    float _minCosine;
+    std::vector<float> _reach; ///< cm, how far a match may be, by target vertex
+    std::vector<SurfacePoint> _matches;
+};
+
+} // namespace
+
+MatchTarget::MatchTarget(const PolygonMeshView& target)
+    : mesh(target), neighbours(VertexNeighbours(*target.topology)),
+      edgeLengths(MeanEdgeLengths(target.positions, neighbours)), normals(VertexNormals(target))
+{
+}
+
+std::vector<SurfacePoint> MatchVertices(const SurfaceTree& tree, const PolygonMeshView& source,
+                                        const MatchTarget& target, const MatchOptions& options)
+{
+    return Matcher(tree, source, target, options).run();
+}
+
+} // namespace geometry

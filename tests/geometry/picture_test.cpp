@@ -1,0 +1,95 @@
+// Rendering and PNG files.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/picture.h"
+
+#include "geometry/errors.h"
+#include "shapes.h"
+#include "throws.h"
+
+#include <fstream>
+#include <random>
+
+using namespace geometry;
+
+namespace {
+
+PictureOptions Small(View view = View::Front)
+{
+    PictureOptions options;
+    options.view = view;
+    options.width = 60;
+    options.height = 80;
+    return options;
+}
+
+std::size_t Differences(const Picture& a, const Picture& b)
+{
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < a.rgb.size(); ++i)
+        count += a.rgb[i] != b.rgb[i];
+    return count;
+}
+
+} // namespace
+
+TEST(Render, shows_the_mesh_in_the_middle_and_the_backdrop_at_the_corners)
+{
+    const PolygonMesh sphere = shapes::Sphere(10.0f, 20, 20);
+    const PictureItem item{sphere.view()};
+    const Picture empty = Render({}, Small()), picture = Render({&item, 1}, Small());
+    ASSERT_EQ(picture.rgb.size(), 3u * 60 * 80);
+    EXPECT_TRUE(std::equal(picture.rgb.begin(), picture.rgb.begin() + 9, empty.rgb.begin()));
+    const std::size_t middle = 3 * (40 * 60 + 30);
+    EXPECT_NE(picture.rgb[middle], empty.rgb[middle]);
+    EXPECT_GT(picture.rgb[middle], picture.rgb[middle + 2]); // a warm colour
+}
+
+TEST(Render, gives_the_same_picture_every_time_and_another_from_each_view)
+{
+    const PolygonMesh cone = shapes::Moved(shapes::OpenCone(5), {0.3f, 0, 0});
+    const PictureItem item{cone.view()};
+    EXPECT_EQ(Differences(Render({&item, 1}, Small()), Render({&item, 1}, Small())), 0u);
+    for (const View view : {View::Side, View::Back, View::ThreeQuarter, View::Face})
+        EXPECT_GT(Differences(Render({&item, 1}, Small()), Render({&item, 1}, Small(view))), 0u);
+}
+
+TEST(Render, refuses_sizes_out_of_range)
+{
+    PictureOptions options;
+    options.width = 0;
+    EXPECT_THROW_MSG(Render({}, options), Error, "picture size 0x1200 is not within 1 to 16384");
+    options.width = 16385;
+    EXPECT_THROW_MSG(Render({}, options), Error, "picture size 16385x1200 is not within 1 to 16384");
+}
+
+TEST(ParseView, knows_the_five_views)
+{
+    EXPECT_EQ(ParseView("three-quarter"), View::ThreeQuarter);
+    EXPECT_EQ(ParseView("face"), View::Face);
+    EXPECT_EQ(ParseView("top"), std::nullopt);
+}
+
+TEST(Join, stands_pictures_side_by_side)
+{
+    const Picture pictures[] = {{1, 2, {1, 2, 3, 4, 5, 6}}, {1, 1, {7, 8, 9}}};
+    const Picture joined = Join({pictures, 2});
+    EXPECT_EQ(joined.width, 2);
+    EXPECT_EQ(joined.height, 2);
+    EXPECT_EQ(joined.rgb, (std::vector<std::uint8_t>{1, 2, 3, 7, 8, 9, 4, 5, 6, 0, 0, 0}));
+}
+
+TEST(WritePng, writes_a_png_file_and_names_the_one_it_cannot)
+{
+    const std::filesystem::path file = std::filesystem::temp_directory_path() /
+                                       ("geometry-" + std::to_string(std::random_device()()) + ".png");
+    WritePng(file, {1, 1, {10, 20, 30}});
+    std::ifstream stream(file, std::ios::binary);
+    char magic[8] = {};
+    stream.read(magic, 8);
+    EXPECT_EQ(std::string(magic, 8), "\x89PNG\r\n\x1a\n");
+    std::filesystem::remove(file);
+    const std::string missing = (file / "no" / "a.png").string();
+    EXPECT_THROW_MSG(WritePng(missing, {1, 1, {0, 0, 0}}), IoError,
+                     "cannot write " + missing + ": No such file or directory");
+}

@@ -1,0 +1,161 @@
+// Normals, closest points, rays and distances.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/surface_tree.h"
+
+#include "geometry/errors.h"
+#include "geometry/normals.h"
+#include "geometry/surface_distance.h"
+#include "geometry/transform.h"
+#include "shapes.h"
+#include "throws.h"
+
+#include <random>
+
+using namespace geometry;
+
+namespace {
+
+/// The slow way: densely weighs corners, edges and interior by plane projection with clamping on each edge.
+double DistanceToTriangle(const Eigen::Vector3d& p, const Eigen::Vector3d corners[3])
+{
+    double best = INFINITY;
+    for (int k = 0; k < 3; ++k) {
+        const Eigen::Vector3d a = corners[k], ab = corners[(k + 1) % 3] - a;
+        const double t = std::clamp((p - a).dot(ab) / ab.squaredNorm(), 0.0, 1.0);
+        best = std::min(best, (a + t * ab - p).norm());
+    }
+    const Eigen::Vector3d normal = (corners[1] - corners[0]).cross(corners[2] - corners[0]).normalized();
+    const Eigen::Vector3d foot = p - normal * normal.dot(p - corners[0]);
+    bool inside = true;
+    for (int k = 0; k < 3; ++k)
+        inside &= normal.dot((corners[(k + 1) % 3] - corners[k]).cross(foot - corners[k])) >= 0.0;
+    return inside ? std::min(best, (foot - p).norm()) : best;
+}
+
+double BruteForce(const PolygonMesh& mesh, Vec3f p)
+{
+    const Triangles triangles = Triangulate(*mesh.topology);
+    double best = INFINITY;
+    for (std::size_t t = 0; t < triangles.count(); ++t) {
+        Eigen::Vector3d corners[3];
+        for (std::size_t k = 0; k < 3; ++k)
+            corners[k] = ToEigen(mesh.positions[triangles.corners[3 * t + k]]);
+        best = std::min(best, DistanceToTriangle(ToEigen(p), corners));
+    }
+    return best;
+}
+
+} // namespace
+
+TEST(VertexNormals, point_outwards_from_a_sphere)
+{
+    const PolygonMesh sphere = shapes::Sphere(10.0f, 24, 32);
+    const std::vector<Vec3f> normals = VertexNormals(sphere.view());
+    for (std::size_t v = 0; v < normals.size(); ++v)
+        EXPECT_GT(Dot(normals[v], Normalized(sphere.positions[v])), 0.999f);
+}
+
+TEST(VertexNormals, do_not_hang_on_how_faces_are_cut_up)
+{
+    const std::vector<Vec3f> normals = VertexNormals(shapes::Cube(2.0f).view());
+    for (const Vec3f normal : normals) // each corner sees three right angles
+        EXPECT_NEAR(std::abs(normal.x), 1.0f / std::sqrt(3.0f), 1e-6f);
+}
+
+TEST(VertexNormals, are_zero_for_a_vertex_that_no_face_uses)
+{
+    EXPECT_EQ(VertexNormals(shapes::LooseVertex().view())[3], Vec3f{});
+}
+
+TEST(FaceNormals, are_zero_for_a_face_without_area)
+{
+    const std::vector<Vec3f> normals = FaceNormals(shapes::Sliver().view());
+    EXPECT_EQ(normals[0], (Vec3f{0, 0, 1}));
+    EXPECT_EQ(normals[1], Vec3f{});
+}
+
+TEST(ClosestPoint, agrees_with_brute_force)
+{
+    const PolygonMesh meshes[] = {shapes::Cube(2.0f), shapes::Sphere(1.0f, 9, 11), shapes::OpenCone(7),
+                                  shapes::Mixed(), shapes::TwoIslands(3, 1.0f, 2.0f)};
+    std::mt19937 random(11);
+    std::uniform_real_distribution<float> coordinate(-2.0f, 2.0f);
+    for (const PolygonMesh& mesh : meshes) {
+        const SurfaceTree tree(mesh.view());
+        for (int i = 0; i < 500; ++i) {
+            const Vec3f p{coordinate(random), coordinate(random), coordinate(random)};
+            const SurfacePoint found = tree.closestPoint(p);
+            ASSERT_TRUE(found.isValid());
+            EXPECT_NEAR(found.distance, BruteForce(mesh, p), 1e-5);
+            EXPECT_NEAR(found.weights[0] + found.weights[1] + found.weights[2], 1.0f, 1e-6f);
+            EXPECT_NEAR(Length(found.position - p), found.distance, 1e-5f);
+        }
+    }
+}
+
+TEST(ClosestPoint, gives_whole_weight_to_a_corner_it_stands_on)
+{
+    const PolygonMesh sphere = shapes::Sphere(90.0f, 20, 20);
+    const SurfaceTree tree(sphere.view());
+    for (const Vec3f position : sphere.positions) {
+        const SurfacePoint found = tree.closestPoint(position);
+        EXPECT_EQ(found.distance, 0.0f);
+        EXPECT_EQ(std::max({found.weights[0], found.weights[1], found.weights[2]}), 1.0f);
+    }
+}
+
+TEST(ClosestPoint, finds_nothing_beyond_the_distance_or_for_a_point_that_is_not_finite)
+{
+    const SurfaceTree tree(shapes::Triangle().view());
+    EXPECT_FALSE(tree.closestPoint({0, 0, 2}, 1.0f).isValid());
+    EXPECT_TRUE(tree.closestPoint({0, 0, 0.5f}, 1.0f).isValid());
+    EXPECT_FALSE(tree.closestPoint({NAN, 0, 0}).isValid());
+}
+
+TEST(ClosestPoint, goes_on_to_triangles_that_the_filter_accepts)
+{
+    const SurfaceTree tree(shapes::Lips(4, 1.0f, 0.1f).view());
+    const Vec3f nearUpper{0.4f, 0.4f, 0.09f};
+    EXPECT_NEAR(tree.closestPoint(nearUpper).distance, 0.01f, 1e-6f);
+    const SurfacePoint facingUp =
+        tree.closestPoint(nearUpper, 1.0f, [&](std::uint32_t triangle, const SurfacePoint&) {
+            return tree.triangleNormal(triangle).z > 0.0f;
+        });
+    EXPECT_NEAR(facingUp.distance, 0.09f, 1e-6f);
+}
+
+TEST(ClosestPoint, leaves_slivers_and_empty_meshes_out)
+{
+    const SurfaceTree sliver(shapes::Sliver().view());
+    EXPECT_EQ(sliver.closestPoint({2, 0, 0}).triangle, 0u);
+    const SurfaceTree empty(shapes::FromFaces({}, {}).view());
+    EXPECT_FALSE(empty.closestPoint({0, 0, 0}).isValid());
+    EXPECT_FALSE(empty.firstHit({0, 0, 1}, {0, 0, -1}).isValid());
+}
+
+TEST(FirstHit, meets_the_nearer_side)
+{
+    const SurfaceTree tree(shapes::Cube(2.0f).view());
+    const SurfacePoint hit = tree.firstHit({0.2f, 0.3f, 5}, {0, 0, -1});
+    ASSERT_TRUE(hit.isValid());
+    EXPECT_NEAR(hit.distance, 4.0f, 1e-6f);
+    EXPECT_NEAR(tree.firstHit({0.2f, 0.3f, 5}, {0, 0, -1}, 4.5f).distance, 6.0f, 1e-6f);
+    EXPECT_FALSE(tree.firstHit({0.2f, 0.3f, 5}, {0, 0, 1}).isValid());
+}
+
+TEST(SurfaceDistances, summarize_to_mean_percentile_and_maximum)
+{
+    const PolygonMesh grid = shapes::Grid(4, 1.0f);
+    const std::vector<Vec3f> points{{0.5f, 0.5f, 1}, {0.5f, 0.5f, 3}};
+    const DistanceSummary summary = Summarize(SurfaceDistances(points, grid.view()));
+    EXPECT_NEAR(summary.mean, 2.0, 1e-6);
+    EXPECT_NEAR(summary.max, 3.0, 1e-6);
+    EXPECT_EQ(Summarize({}).max, 0.0);
+    std::vector<float> hundred;
+    for (int i = 0; i <= 100; ++i)
+        hundred.push_back(static_cast<float>(i));
+    EXPECT_EQ(Summarize(hundred).p95, 95.0);
+    EXPECT_THROW_MSG(SurfaceDistances(points, shapes::FromFaces({}, {}).view()), TopologyError,
+                     "the surface to measure to has no faces");
+}

@@ -1,0 +1,209 @@
+// Morph transfer: laws on small shapes, accuracy on human meshes.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/morph_transfer.h"
+
+#include "geometry/errors.h"
+#include "geometry/surface_distance.h"
+#include "humans.h"
+#include "shapes.h"
+#include "throws.h"
+
+#include <random>
+
+using namespace geometry;
+
+namespace {
+
+/// A smooth field over space, so that the right answer is known on every mesh.
+Vec3f Wave(Vec3f p)
+{
+    return {std::sin(p.y * 0.3f), std::cos(p.z * 0.2f), std::sin(p.x * 0.25f)};
+}
+
+std::vector<Vec3f> WaveOn(const PolygonMesh& mesh)
+{
+    std::vector<Vec3f> values;
+    for (const Vec3f p : mesh.positions)
+        values.push_back(Wave(p));
+    return values;
+}
+
+} // namespace
+
+TEST(TransferMorph, is_the_identity_onto_the_same_mesh)
+{
+    const PolygonMesh sphere = shapes::Sphere(50.0f, 40, 50);
+    const SurfaceMap map = MatchSurfaces(sphere.view(), sphere.view());
+    const std::vector<Vec3f> values = WaveOn(sphere), found = map.transfer(values);
+    EXPECT_EQ(map.statistics().filled, 0u);
+    for (std::size_t v = 0; v < values.size(); ++v) // float rounding of values up to 1
+        EXPECT_LE(Length(found[v] - values[v]), 2e-7f);
+}
+
+TEST(TransferMorph, shifts_every_target_vertex_when_the_whole_source_is_shifted)
+{
+    // The cube's corners are far from the sphere, and the island has no counterpart at all.
+    const PolygonMesh source = shapes::Sphere(5.0f, 20, 20);
+    const PolygonMesh target =
+        shapes::Joined(shapes::Cube(10.0f), shapes::Moved(shapes::Grid(3, 2.0f), {40, 0, 0}));
+    const SurfaceMap map = MatchSurfaces(source.view(), target.view());
+    const Vec3f shift{0.1f, 1.7f, -30.3f};
+    for (const Vec3f delta : map.transfer(std::vector<Vec3f>(source.vertexCount(), shift)))
+        EXPECT_LE(Length(delta - shift), 1e-5f);
+    for (const float weight : map.transfer(std::vector<float>(source.vertexCount(), 1.0f)))
+        EXPECT_NEAR(weight, 1.0f, 1e-6f);
+}
+
+TEST(TransferMorph, is_linear_in_the_values)
+{
+    const PolygonMesh source = shapes::Sphere(10.0f, 20, 24), target = shapes::Sphere(10.1f, 31, 29);
+    const SurfaceMap map = MatchSurfaces(source.view(), target.view());
+    const std::vector<Vec3f> a = WaveOn(source);
+    std::vector<Vec3f> b = source.positions, sum = a;
+    for (std::size_t v = 0; v < sum.size(); ++v)
+        sum[v] = a[v] * 2.0f + b[v] * 0.5f;
+    const std::vector<Vec3f> ta = map.transfer(a), tb = map.transfer(b), tsum = map.transfer(sum);
+    for (std::size_t v = 0; v < tsum.size(); ++v)
+        EXPECT_LE(Length(tsum[v] - ta[v] * 2.0f - tb[v] * 0.5f), 5e-6f); // float steps at about 5
+}
+
+TEST(TransferMorph, carries_a_smooth_field_to_another_topology)
+{
+    const PolygonMesh source = shapes::Sphere(10.0f, 60, 80), target = shapes::Sphere(10.05f, 51, 67);
+    const std::vector<Vec3f> found = MatchSurfaces(source.view(), target.view()).transfer(WaveOn(source));
+    // The field bends by at most 0.09 per cm squared; over the source's edges of about 0.8 cm and the 0.05 cm
+    // between the surfaces that makes 0.09 * 0.8^2 / 8 * sqrt(3) + 0.3 * sqrt(3) * 0.05.
+    for (std::size_t v = 0; v < found.size(); ++v)
+        EXPECT_LE(Length(found[v] - Wave(target.positions[v])), 0.04f);
+}
+
+TEST(TransferMorph, tells_the_lips_apart_by_their_normals)
+{
+    const PolygonMesh source = shapes::Lips(20, 4.0f, 0.05f);
+    // The clone's lips cross each other: nearest would be the wrong lip everywhere.
+    PolygonMesh target = source;
+    for (std::size_t v = 0; v < target.vertexCount(); ++v)
+        target.positions[v].z += v < target.vertexCount() / 2 ? 0.04f : -0.04f;
+    std::vector<float> isUpper(source.vertexCount());
+    std::fill(isUpper.begin() + static_cast<std::ptrdiff_t>(isUpper.size() / 2), isUpper.end(), 1.0f);
+    const std::vector<float> found = MatchSurfaces(source.view(), target.view()).transfer(isUpper);
+    EXPECT_EQ(found, isUpper);
+}
+
+TEST(TransferMorph, continues_smoothly_where_the_source_ends)
+{
+    // A sheet twice as long as the source; along it the values grow evenly and then have to go on somehow.
+    const PolygonMesh source = shapes::Grid(20, 10.0f);
+    PolygonMesh target = shapes::Grid(20, 10.0f);
+    for (Vec3f& p : target.positions)
+        p.x *= 2.0f;
+    const SurfaceMap map = MatchSurfaces(source.view(), target.view());
+    EXPECT_GT(map.statistics().filled, target.vertexCount() / 3);
+    EXPECT_EQ(map.statistics().filled + map.statistics().matched, target.vertexCount());
+    std::vector<float> values;
+    for (const Vec3f p : source.positions)
+        values.push_back(p.x);
+    const std::vector<float> found = map.transfer(values);
+    for (std::size_t v = 0; v + 1 < found.size(); ++v) {
+        if (map.sourceFaces()[v] == UINT32_MAX) {
+            EXPECT_GE(found[v], 9.0f); // no falling back towards what lies further inside
+        }
+        if (target.positions[v + 1].y == target.positions[v].y) {
+            EXPECT_LE(std::abs(found[v + 1] - found[v]), 1.5f); // no jump: neighbours are 1 cm apart
+        }
+    }
+}
+
+TEST(TransferMorph, names_the_source_face_of_each_vertex)
+{
+    const PolygonMesh cube = shapes::Cube(10.0f),
+                      probe = shapes::Moved(shapes::Grid(2, 2.0f), {-1, -1, 5.1f});
+    const SurfaceMap map = MatchSurfaces(cube.view(), probe.view());
+    for (const std::uint32_t face : map.sourceFaces())
+        EXPECT_EQ(face, 1u); // the one that faces +Z
+}
+
+TEST(TransferMorph, lives_through_slivers_loose_vertices_and_odd_faces)
+{
+    const PolygonMesh meshes[] = {shapes::Sliver(), shapes::LooseVertex(), shapes::Mixed(),
+                                  shapes::OpenCone(5), shapes::Triangle()};
+    for (const PolygonMesh& source : meshes)
+        for (const PolygonMesh& target : meshes) {
+            const SurfaceMap map = MatchSurfaces(source.view(), target.view());
+            for (const Vec3f value : map.transfer(WaveOn(source)))
+                EXPECT_TRUE(IsFinite(value));
+        }
+}
+
+TEST(MatchSurfaces, refuses_meshes_without_faces_and_positions_that_are_not_finite)
+{
+    const PolygonMesh cube = shapes::Cube(1.0f), empty = shapes::FromFaces({{0, 0, 0}}, {});
+    PolygonMesh broken = cube;
+    broken.positions[5].y = NAN;
+    EXPECT_THROW_MSG(MatchSurfaces(empty.view(), cube.view()), TopologyError, "source mesh has no faces");
+    EXPECT_THROW_MSG(MatchSurfaces(cube.view(), empty.view()), TopologyError, "target mesh has no faces");
+    EXPECT_THROW_MSG(MatchSurfaces(cube.view(), broken.view()), TopologyError,
+                     "target mesh: position of vertex 5 is not finite");
+    const PolygonMesh flat = shapes::FromFaces({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}}, {{0, 1, 2}});
+    EXPECT_THROW_MSG(MatchSurfaces(flat.view(), cube.view()), TopologyError,
+                     "source mesh has no face with an area");
+}
+
+TEST(TransferMorph, refuses_values_of_another_mesh)
+{
+    const PolygonMesh cube = shapes::Cube(1.0f);
+    const SurfaceMap map = MatchSurfaces(cube.view(), cube.view());
+    EXPECT_THROW_MSG(map.transfer(std::vector<float>(3)), TopologyError,
+                     "source mesh has 8 vertices but 3 values are given");
+}
+
+// The bounds are what the best plain method reaches on these meshes: closest point, normal test, the quads
+// cut along the same diagonal as the truth's.
+TEST(TransferAccuracy, is_at_least_that_of_the_best_plain_method)
+{
+    const auto folder = humans::Folder();
+    if (!folder)
+        GTEST_SKIP() << "no human meshes at hand (set GANTREL_HUMANS to their folder)";
+    const humans::Pair pair = humans::Load(*folder);
+    ASSERT_FALSE(pair.morphs.empty());
+    const SurfaceMap map = MatchSurfaces(pair.source.view(), pair.target.view());
+    std::vector<float> pooled;
+    double mean = 0.0, p95 = 0.0;
+    for (const humans::KnownMorph& morph : pair.morphs) {
+        const std::vector<float> errors = humans::Errors(map.transfer(morph.onSource), morph.onTarget);
+        const DistanceSummary summary = Summarize(errors);
+        std::printf("%-22s mean %.3f  p95 %.3f  max %.2f mm\n", morph.name.c_str(), summary.mean * 10,
+                    summary.p95 * 10, summary.max * 10);
+        mean += summary.mean / double(pair.morphs.size());
+        p95 += summary.p95 / double(pair.morphs.size());
+        pooled.insert(pooled.end(), errors.begin(), errors.end());
+    }
+    const DistanceSummary all = Summarize(pooled);
+    std::printf("%-22s mean %.3f  p95 %.3f  max %.2f mm\n", "all vertices", all.mean * 10, all.p95 * 10,
+                all.max * 10);
+    std::printf("%-22s mean %.3f  p95 %.3f mm\n", "mean of the morphs", mean * 10, p95 * 10);
+    EXPECT_LE(all.mean, 0.0227);
+    EXPECT_LE(all.p95, 0.0751);
+    EXPECT_LE(all.max, 0.86);
+    EXPECT_LE(mean, 0.0227);
+    EXPECT_LE(p95, 0.0751);
+}
+
+TEST(TransferMorph, fills_a_piece_of_the_surface_that_bulges_out_of_reach)
+{
+    // A hump of the clone far above the source: too far to match, so the ring around it decides.
+    const PolygonMesh source = shapes::Grid(40, 40.0f);
+    PolygonMesh target = source;
+    for (Vec3f& p : target.positions)
+        p.z = 12.0f * std::exp(-0.05f * ((p.x - 20) * (p.x - 20) + (p.y - 20) * (p.y - 20)));
+    const SurfaceMap map = MatchSurfaces(source.view(), target.view());
+    EXPECT_GT(map.statistics().filled, 20u);
+    std::vector<Vec3f> values(source.vertexCount());
+    for (std::size_t v = 0; v < values.size(); ++v)
+        values[v].z = 0.1f * source.positions[v].x;
+    const std::vector<Vec3f> found = map.transfer(values);
+    // The values grow evenly over the sheet and stay within a cell or two of that over the hump.
+    for (std::size_t v = 0; v < found.size(); ++v)
+        EXPECT_NEAR(found[v].z, values[v].z, 0.3f);
+}
