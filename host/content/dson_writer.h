@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/content/dson_asset.h"
+#include "host/content/dson_uri.h"
 
 #include <filesystem>
 
@@ -28,12 +29,5 @@ std::filesystem::path WriteCharacter(const CharacterAsset& character, const Figu
                                      const std::filesystem::path& contentDirectory, const WriteOptions& options = {});
 std::filesystem::path WriteDForm(const DFormAsset& dform, const std::filesystem::path& contentDirectory,
                                  const WriteOptions& options = {});
-
-/// The URI text of an asset: percent-encoded path, '#', percent-encoded id.
-std::string MakeUri(const std::string& decodedPath, const std::string& id);
-/// Percent-encodes what a path (slashes kept) or a fragment (slashes encoded) may not hold.
-std::string EncodePath(const std::string& text);
-std::string EncodeFragment(const std::string& text);
-std::string PercentDecode(const std::string& text);
 
 } // namespace dson

@@ -1,0 +1,168 @@
+// Content directories and opening files.
+// SPDX-License-Identifier: MIT
+
+#include "dzcontentmgr.h"
+
+#include "dzcontentfolder.h"
+#include "dzimporter.h"
+#include "dzimportmgr.h"
+#include "dzscene.h"
+#include "geometry/errors.h"
+#include "host/content/asset_library.h"
+#include "host/content/scene_loader.h"
+#include "host/scene/host_log.h"
+#include "openhost/operations.h"
+
+#include <memory>
+#include <vector>
+
+#include <QFileInfo>
+
+#include "dzapp.h"
+
+namespace {
+
+std::filesystem::path ToPath(const QString& text)
+{
+    return std::filesystem::path(text.toStdString());
+}
+
+QString ToQ(const std::filesystem::path& path)
+{
+    return QString::fromStdString(path.string());
+}
+
+bool IsNative(const QString& file)
+{
+    return file.endsWith(QLatin1String(".duf"), Qt::CaseInsensitive) ||
+           file.endsWith(QLatin1String(".dsf"), Qt::CaseInsensitive);
+}
+
+} // namespace
+
+struct DzContentMgr::Impl {
+    Impl() : library(paths) {}
+
+    openhost::ContentPaths paths;
+    openhost::ContentPaths importPaths;
+    openhost::AssetLibrary library;
+    std::vector<std::unique_ptr<DzContentFolder>> folders; ///< one per directory of paths
+
+    void updateFolders()
+    {
+        folders.clear();
+        for (const std::filesystem::path& directory : paths.directories())
+            folders.push_back(std::make_unique<DzContentFolder>(ToQ(directory)));
+    }
+};
+
+DzContentMgr::DzContentMgr() : _impl(std::make_unique<Impl>()) {}
+DzContentMgr::~DzContentMgr() = default;
+
+bool DzContentMgr::openFile(const QString& fullPath, bool merge)
+{
+    if (!openhost::AllowOperation("openFile", fullPath))
+        return false;
+    if (!QFileInfo(fullPath).isFile()) {
+        openhost::LogWarning(fullPath + QLatin1String(": there is no such file"));
+        return false;
+    }
+    try {
+        if (!IsNative(fullPath)) {
+            const std::unique_ptr<DzImporter> importer(dzApp->getImportMgr()->findImporterForFile(fullPath));
+            return importer && importer->readFile(fullPath) == DZ_NO_ERROR;
+        }
+        if (!merge && !shouldMerge(fullPath))
+            dzScene->clear();
+        openhost::LoadIntoScene(_impl->library, ToPath(fullPath));
+        return true;
+    } catch (const std::exception& error) {
+        openhost::LogWarning(QString::fromStdString(error.what()));
+        return false;
+    }
+}
+
+QString DzContentMgr::getAbsolutePath(const QString& relative, bool useImportFolders, const QString& preferred) const
+{
+    if (!preferred.isEmpty()) {
+        openhost::ContentPaths first;
+        first.add(ToPath(preferred));
+        const std::filesystem::path found = first.resolve(relative.toStdString());
+        if (!found.empty())
+            return ToQ(found);
+    }
+    std::filesystem::path found = _impl->paths.resolve(relative.toStdString());
+    if (found.empty() && useImportFolders)
+        found = _impl->importPaths.resolve(relative.toStdString());
+    return ToQ(found);
+}
+
+QString DzContentMgr::getRelativePath(const QString& absolute, bool useImportFolders) const
+{
+    std::string relative = _impl->paths.relativePath(ToPath(absolute));
+    if (relative.empty() && useImportFolders)
+        relative = _impl->importPaths.relativePath(ToPath(absolute));
+    return relative.empty() ? absolute : QString::fromStdString(relative);
+}
+
+DzContentFolder* DzContentMgr::findBaseDirectory(const QString& path, bool) const
+{
+    const std::filesystem::path* const directory = _impl->paths.directoryOf(ToPath(path));
+    if (!directory)
+        return nullptr;
+    const std::size_t index = static_cast<std::size_t>(directory - _impl->paths.directories().data());
+    return _impl->folders[index].get();
+}
+
+int DzContentMgr::getNumContentDirectories() const
+{
+    return static_cast<int>(_impl->folders.size());
+}
+
+QString DzContentMgr::getContentDirectoryPath(int index) const
+{
+    const DzContentFolder* const folder = getContentDirectory(index);
+    return folder ? folder->getFullPath() : QString();
+}
+
+DzContentFolder* DzContentMgr::getContentDirectory(int index) const
+{
+    const bool isInRange = index >= 0 && index < getNumContentDirectories();
+    return isInRange ? _impl->folders[static_cast<std::size_t>(index)].get() : nullptr;
+}
+
+QString DzContentMgr::findFile(const QString& partial) const
+{
+    return getAbsolutePath(partial, true);
+}
+
+bool DzContentMgr::shouldMerge(const QString& fullPath) const
+{
+    if (!IsNative(fullPath))
+        return true;
+    try {
+        return _impl->library.read(ToPath(fullPath))->info.type != "scene";
+    } catch (const geometry::Error&) {
+        return true;
+    }
+}
+
+void DzContentMgr::addContentDirectory(const QString& path, bool)
+{
+    _impl->paths.add(ToPath(path));
+    _impl->updateFolders();
+    emit contentDirectoryListChanged();
+}
+
+void DzContentMgr::addImportDirectory(const QString& path)
+{
+    _impl->importPaths.add(ToPath(path));
+}
+
+void DzContentMgr::removeAllContentDirectories()
+{
+    _impl->paths.clear();
+    _impl->importPaths.clear();
+    _impl->updateFolders();
+    emit contentDirectoryListChanged();
+}

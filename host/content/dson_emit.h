@@ -1,0 +1,28 @@
+// DSON values as JSON, members in their documented order.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/content/dson_asset.h"
+#include "host/content/json_text.h"
+
+namespace dson {
+
+Json EmitAssetInfo(const AssetInfo& info);
+/// @throws geometry::FormatError  a position is not finite, or a face has more than four corners
+Json EmitGeometry(const Geometry& geometry);
+Json EmitNode(const Node& node);
+/// @param figureId, geometryId  the node and geometry of the same file that the skin binds
+Json EmitSkin(const SkinBinding& skin, const std::string& figureId, const std::string& geometryId);
+/// @throws geometry::FormatError  a delta is not finite
+Json EmitModifier(const Modifier& modifier);
+Json EmitDForm(const DFormAsset& dform);
+
+/// `{count, values: [[index, weight], ...]}`
+/// @throws geometry::FormatError  a weight is not finite, or the two lists differ in length
+Json EmitWeights(const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights);
+
+/// The file's first two members; libraries and the scene are added behind them.
+Json EmitFileHead(const AssetInfo& info);
+
+} // namespace dson

@@ -1,0 +1,210 @@
+// Turning the members of a DSON file into values: the large numeric lists.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/errors.h"
+#include "host/content/dson_parts.h"
+#include "host/content/dson_uri.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include <fmt/format.h>
+
+namespace dson {
+
+namespace {
+
+using geometry::FormatError;
+using geometry::Vec3f;
+
+/// Numbers of a row, at most as many as there is room for; returns how many the row has.
+std::size_t ReadRow(const Element& row, double* numbers, std::size_t room)
+{
+    std::size_t count = 0;
+    if (!row.is_array())
+        return 0;
+    for (const Element item : row.get_array().value_unsafe()) {
+        if (count < room)
+            numbers[count] = AsNumber(item).value_or(NAN);
+        ++count;
+    }
+    return count;
+}
+
+bool IsIndex(double number, double limit)
+{
+    return number >= 0.0 && number < limit && number == std::floor(number);
+}
+
+std::vector<Vec3f> ParsePositions(const Element& json, const ParseContext& context)
+{
+    std::vector<Vec3f> positions;
+    ForEachValue(json, "vertices", [&](const Element& row) {
+        double p[3];
+        if (ReadRow(row, p, 3) != 3 || !std::isfinite(p[0]) || !std::isfinite(p[1]) || !std::isfinite(p[2]))
+            throw FormatError("{}: vertex {} is not three numbers", context.name, positions.size());
+        positions.push_back({static_cast<float>(p[0]), static_cast<float>(p[1]), static_cast<float>(p[2])});
+    });
+    return positions;
+}
+
+std::vector<std::string> ParseNames(const Element& json, std::string_view key)
+{
+    std::vector<std::string> names;
+    ForEachValue(json, key, [&](const Element& item) {
+        names.emplace_back(item.is_string() ? item.get_string().value_unsafe() : std::string_view());
+    });
+    return names;
+}
+
+void ParseFaces(const Element& json, geometry::Topology& topology, const ParseContext& context)
+{
+    ForEachValue(json, "polylist", [&](const Element& row) {
+        double n[6];
+        const std::size_t count = ReadRow(row, n, 6);
+        const std::size_t face = topology.faceCount();
+        if (count != 5 && count != 6)
+            throw FormatError("{}: face {} has {} numbers instead of five or six", context.name, face, count);
+        std::uint32_t corners[4];
+        for (std::size_t c = 2; c < count; ++c) {
+            if (!IsIndex(n[c], topology.vertexCount))
+                throw FormatError("{}: face {} names vertex {} but only {} are defined", context.name, face, n[c],
+                                  topology.vertexCount);
+            corners[c - 2] = static_cast<std::uint32_t>(n[c]);
+        }
+        if (!IsIndex(n[0], static_cast<double>(topology.groupNames.size())) ||
+            !IsIndex(n[1], static_cast<double>(topology.surfaceNames.size())))
+            throw FormatError("{}: face {} names a group or surface that is not defined", context.name, face);
+        topology.addFace({corners, count - 2});
+        topology.faceGroups.push_back(static_cast<std::uint32_t>(n[0]));
+        topology.faceSurfaces.push_back(static_cast<std::uint32_t>(n[1]));
+    });
+}
+
+std::optional<double> ResolutionLevel(const Element& json)
+{
+    std::optional<double> level;
+    ForEach(json, "extra", [&](const Element& extra) {
+        ForEach(extra, "channels", [&](const Element& entry) {
+            const auto channel = Find(entry, "channel");
+            if (channel && Text(*channel, "id") == "SubDIALevel")
+                level = Number(*channel, "value");
+        });
+    });
+    return level;
+}
+
+JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, const ParseContext& context)
+{
+    JointBinding joint;
+    joint.node = ParseUri(Text(json, "node")).id;
+    if (joint.node.empty())
+        joint.node = Text(json, "id");
+    const auto weights = Find(json, "node_weights");
+    if (!weights)
+        return joint;
+    ForEach(*weights, "values", [&](const Element& row) {
+        double pair[2];
+        if (ReadRow(row, pair, 2) != 2 || !IsIndex(pair[0], vertexCount) || !std::isfinite(pair[1]))
+            throw FormatError("{}: weight {} of joint {} is out of range", context.name, joint.vertices.size(),
+                              joint.node);
+        joint.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
+        joint.weights.push_back(static_cast<float>(std::clamp(pair[1], 0.0, 1.0)));
+    });
+    return joint;
+}
+
+/// Ascending vertices, each once, the last of equal ones kept.
+void SortDeltas(geometry::SparseDeltas& deltas, ParseContext& context)
+{
+    if (std::is_sorted(deltas.vertices.begin(), deltas.vertices.end(), std::less_equal<>()))
+        return;
+    std::vector<std::size_t> order(deltas.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return deltas.vertices[a] < deltas.vertices[b]; });
+    geometry::SparseDeltas sorted;
+    for (const std::size_t i : order) {
+        if (!sorted.empty() && sorted.vertices.back() == deltas.vertices[i]) {
+            sorted.deltas.back() = deltas.deltas[i];
+            continue;
+        }
+        sorted.vertices.push_back(deltas.vertices[i]);
+        sorted.deltas.push_back(deltas.deltas[i]);
+    }
+    if (sorted.size() != deltas.size())
+        context.warnings.push_back(
+            fmt::format("{}: {} deltas are given twice", context.name, deltas.size() - sorted.size()));
+    deltas = std::move(sorted);
+}
+
+} // namespace
+
+Geometry ParseGeometry(const Element& json, ParseContext& context)
+{
+    Geometry geometry;
+    geometry.id = Text(json, "id");
+    geometry.name = Text(json, "name", geometry.id);
+    geometry.label = Text(json, "label", geometry.name);
+    geometry.subdivisionSurface = Text(json, "type", "polygon_mesh") == "subdivision_surface";
+    geometry.edgeInterpolation = Text(json, "edge_interpolation_mode", "no_interpolation");
+    geometry.defaultUvSet = Text(json, "default_uv_set");
+    constexpr double finestLevel = 10.0;
+    geometry.subdivisionLevel = static_cast<int>(std::clamp(ResolutionLevel(json).value_or(1.0), 0.0, finestLevel));
+    geometry.mesh.positions = ParsePositions(json, context);
+    auto topology = std::make_shared<geometry::Topology>();
+    topology->vertexCount = static_cast<std::uint32_t>(geometry.mesh.positions.size());
+    topology->groupNames = ParseNames(json, "polygon_groups");
+    topology->surfaceNames = ParseNames(json, "polygon_material_groups");
+    ParseFaces(json, *topology, context);
+    geometry.mesh.topology = std::move(topology);
+    return geometry;
+}
+
+SkinDefinition ParseSkin(const Element& modifier, ParseContext& context)
+{
+    SkinDefinition definition;
+    definition.binding.id = Text(modifier, "id", "SkinBinding");
+    const auto skin = Find(modifier, "skin");
+    if (!skin)
+        return definition;
+    definition.node = ParseUri(Text(*skin, "node")).id;
+    definition.geometry = ParseUri(Text(*skin, "geometry")).id;
+    definition.binding.vertexCount =
+        static_cast<std::uint32_t>(std::clamp(Number(*skin, "vertex_count").value_or(0.0), 0.0, 4294967295.0));
+    ForEach(*skin, "joints", [&](const Element& joint) {
+        definition.binding.joints.push_back(ParseJoint(joint, definition.binding.vertexCount, context));
+    });
+    ForEach(modifier, "extra", [&](const Element& extra) {
+        if (Text(extra, "type") == "skin_settings")
+            definition.binding.dualQuaternion = Text(extra, "general_map_mode", "DualQuat") != "Linear";
+    });
+    return definition;
+}
+
+geometry::SparseDeltas ParseDeltas(const Element& morph, ParseContext& context)
+{
+    geometry::SparseDeltas result;
+    const double vertexCount = Number(morph, "vertex_count").value_or(-1.0);
+    const double limit = vertexCount > 0.0 ? vertexCount : 4294967295.0;
+    std::size_t dropped = 0;
+    ForEachValue(morph, "deltas", [&](const Element& row) {
+        double n[4];
+        const bool isGood = ReadRow(row, n, 4) == 4 && IsIndex(n[0], limit) && std::isfinite(n[1]) &&
+                            std::isfinite(n[2]) && std::isfinite(n[3]);
+        if (!isGood) {
+            ++dropped;
+            return;
+        }
+        result.vertices.push_back(static_cast<std::uint32_t>(n[0]));
+        result.deltas.push_back({static_cast<float>(n[1]), static_cast<float>(n[2]), static_cast<float>(n[3])});
+    });
+    if (dropped > 0)
+        context.warnings.push_back(
+            fmt::format("{}: {} deltas name no vertex or are no numbers and are left out", context.name, dropped));
+    SortDeltas(result, context);
+    return result;
+}
+
+} // namespace dson

@@ -1,0 +1,375 @@
+// Turning the members of a DSON file into values: channels, formulas, nodes and instances.
+// SPDX-License-Identifier: MIT
+
+#include "host/content/dson_parts.h"
+
+#include "host/content/dson_uri.h"
+
+#include <fmt/format.h>
+
+namespace dson {
+
+namespace {
+
+constexpr const char* axisIds[3] = {"x", "y", "z"};
+
+/// "#id" to id.
+std::string ReferencedId(const std::string& uri)
+{
+    return ParseUri(uri).id;
+}
+
+/// Calls visit(axis, value) for a vector member given as channel objects or as plain numbers.
+template <class Visit>
+void ForEachAxis(const Element& owner, std::string_view member, Visit visit)
+{
+    int index = 0;
+    ForEach(owner, member, [&](const Element& item) {
+        if (item.is_object()) {
+            const std::string id = Text(item, "id");
+            for (int axis = 0; axis < 3; ++axis)
+                if (id == axisIds[axis])
+                    visit(axis, item);
+        } else if (index < 3) {
+            visit(index, item);
+        }
+        ++index;
+    });
+}
+
+double ValueOf(const Element& channelOrNumber, double fallback)
+{
+    if (!channelOrNumber.is_object())
+        return AsNumber(channelOrNumber).value_or(fallback);
+    if (const auto current = Number(channelOrNumber, "current_value"))
+        return *current;
+    return Number(channelOrNumber, "value").value_or(fallback);
+}
+
+void ParseRigVector(const Element& node, std::string_view member, std::array<double, 3>& values)
+{
+    ForEachAxis(node, member, [&](int axis, const Element& item) {
+        values[static_cast<std::size_t>(axis)] = ValueOf(item, 0.0);
+    });
+}
+
+void ParseChannels(const Element& node, std::string_view member, std::array<Channel, 3>& channels)
+{
+    ForEachAxis(node, member, [&](int axis, const Element& item) {
+        Channel& channel = channels[static_cast<std::size_t>(axis)];
+        if (!item.is_object()) {
+            channel.value = AsNumber(item).value_or(channel.value);
+            return;
+        }
+        const std::string name = channel.name;
+        channel = ParseChannel(item);
+        if (channel.name.empty())
+            channel.name = name;
+    });
+}
+
+void ReadInstanceVector(const Element& node, const std::string& member, ChannelValues& values)
+{
+    ForEachAxis(node, member, [&](int axis, const Element& item) {
+        const bool isGiven = !item.is_object() || Find(item, "current_value") || Find(item, "value");
+        if (isGiven)
+            values[member + "/" + axisIds[axis]] = ValueOf(item, 0.0);
+    });
+}
+
+std::optional<Operation> ParsePush(const Element& json)
+{
+    Operation operation;
+    if (const auto url = Find(json, "url")) {
+        operation.kind = Operation::Kind::PushUrl;
+        operation.url = Text(json, "url");
+        return operation;
+    }
+    const auto value = Find(json, "val");
+    if (!value)
+        return std::nullopt;
+    if (!value->is_array()) {
+        operation.value = AsNumber(*value).value_or(0.0);
+        return operation;
+    }
+    operation.kind = Operation::Kind::PushKnot;
+    std::size_t index = 0;
+    ForEach(json, "val", [&](const Element& item) {
+        if (index < operation.knot.size())
+            operation.knot[index++] = AsNumber(item).value_or(0.0);
+    });
+    return operation;
+}
+
+std::optional<Operation> ParseOperation(const Element& json)
+{
+    using Kind = Operation::Kind;
+    static const std::map<std::string, Kind> kinds{
+        {"add", Kind::Add},   {"sub", Kind::Sub},   {"mult", Kind::Mult},
+        {"div", Kind::Div},   {"inv", Kind::Inv},   {"neg", Kind::Neg},
+        {"spline_linear", Kind::SplineLinear}, {"spline_constant", Kind::SplineConstant},
+        {"spline_tcb", Kind::SplineTcb}};
+    const std::string name = Text(json, "op");
+    if (name == "push")
+        return ParsePush(json);
+    const auto kind = kinds.find(name);
+    if (kind == kinds.end())
+        return std::nullopt;
+    Operation operation;
+    operation.kind = kind->second;
+    return operation;
+}
+
+void CollectFrom(const Element& element, const std::string& owner, bool inDForm, int depth,
+                 std::vector<InfluenceMap>& maps);
+
+std::optional<InfluenceMap> ParseInfluenceMap(const Element& holder, const std::string& owner, bool inDForm)
+{
+    InfluenceMap map;
+    map.owner = owner;
+    map.isDForm = inDForm;
+    const auto count = Number(holder, "influence_vertex_count");
+    map.vertexCount = static_cast<std::int64_t>(count ? *count : Number(holder, "vertex_count").value_or(-1.0));
+    bool isMap = true;
+    ForEachValue(holder, "influence_weights", [&](const Element& row) {
+        double pair[2] = {-1.0, 0.0};
+        std::size_t index = 0;
+        if (row.is_array())
+            for (const Element item : row.get_array().value_unsafe())
+                if (index < 2)
+                    pair[index++] = AsNumber(item).value_or(-1.0);
+        isMap = isMap && index == 2 && pair[0] >= 0.0 && pair[0] < 4294967295.0;
+        if (isMap) {
+            map.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
+            map.weights.push_back(static_cast<float>(pair[1]));
+        }
+    });
+    if (!isMap || map.vertices.empty())
+        return std::nullopt;
+    return map;
+}
+
+void CollectFromObject(const Element& element, std::string owner, bool inDForm, int depth,
+                       std::vector<InfluenceMap>& maps)
+{
+    for (const std::string_view key : {"name", "label"})
+        if (const std::string name = Text(element, key); !name.empty()) {
+            owner = name;
+            break;
+        }
+    if (Find(element, "influence_weights"))
+        if (auto map = ParseInfluenceMap(element, owner, inDForm))
+            maps.push_back(std::move(*map));
+    for (const auto member : element.get_object().value_unsafe())
+        CollectFrom(member.value, owner, inDForm || member.key == "dform", depth + 1, maps);
+}
+
+void CollectFrom(const Element& element, const std::string& owner, bool inDForm, int depth,
+                 std::vector<InfluenceMap>& maps)
+{
+    // Geometry and delta lists cannot hold maps; entering only objects and arrays of them keeps the walk short.
+    constexpr int deepest = 64;
+    if (depth > deepest)
+        return;
+    if (element.is_object()) {
+        CollectFromObject(element, owner, inDForm, depth, maps);
+    } else if (element.is_array()) {
+        for (const Element item : element.get_array().value_unsafe()) {
+            if (!item.is_object())
+                break;
+            CollectFrom(item, owner, inDForm, depth + 1, maps);
+        }
+    }
+}
+
+} // namespace
+
+AssetInfo ParseAssetInfo(const Element& json)
+{
+    AssetInfo info;
+    info.id = PercentDecode(Text(json, "id"));
+    info.type = Text(json, "type");
+    if (const auto contributor = Find(json, "contributor")) {
+        info.author = Text(*contributor, "author");
+        info.email = Text(*contributor, "email");
+        info.website = Text(*contributor, "website");
+    }
+    info.revision = Text(json, "revision", "1.0");
+    info.modified = Text(json, "modified");
+    return info;
+}
+
+Channel ParseChannel(const Element& json)
+{
+    Channel channel;
+    channel.id = Text(json, "id");
+    channel.type = Text(json, "type", "float");
+    channel.name = Text(json, "name");
+    channel.label = Text(json, "label");
+    channel.value = Number(json, "value").value_or(0.0);
+    channel.currentValue = Number(json, "current_value");
+    channel.min = Number(json, "min");
+    channel.max = Number(json, "max");
+    channel.clamped = Flag(json, "clamped", false);
+    channel.displayAsPercent = Flag(json, "display_as_percent", false);
+    channel.visible = Flag(json, "visible", true);
+    channel.locked = Flag(json, "locked", false);
+    channel.autoFollow = Flag(json, "auto_follow", false);
+    channel.stepSize = Number(json, "step_size").value_or(1.0);
+    channel.targetChannel = Text(json, "target_channel");
+    if (channel.type == "string")
+        channel.text = Text(json, "current_value", Text(json, "value"));
+    ForEach(json, "enum_values", [&](const Element& item) {
+        if (item.is_string())
+            channel.enumValues.emplace_back(item.get_string().value_unsafe());
+    });
+    return channel;
+}
+
+std::vector<Formula> ParseFormulas(const Element& owner, ParseContext& context)
+{
+    std::vector<Formula> formulas;
+    ForEach(owner, "formulas", [&](const Element& json) {
+        Formula formula;
+        formula.output = Text(json, "output");
+        const std::string stage = Text(json, "stage", "sum");
+        formula.stage = stage == "mult" || stage == "multiply" ? Formula::Stage::Multiply : Formula::Stage::Sum;
+        bool isComplete = !formula.output.empty();
+        ForEach(json, "operations", [&](const Element& item) {
+            const auto operation = ParseOperation(item);
+            isComplete = isComplete && operation;
+            if (operation)
+                formula.operations.push_back(*operation);
+        });
+        if (isComplete && !formula.operations.empty())
+            formulas.push_back(std::move(formula));
+        else
+            context.warnings.push_back(fmt::format("{}: a formula for {} cannot be understood and is left out",
+                                                   context.name, formula.output));
+    });
+    return formulas;
+}
+
+Node ParseNode(const Element& json, ParseContext& context)
+{
+    const std::string id = Text(json, "id");
+    Node node = MakeNode(id, Text(json, "label", Text(json, "name", id)), Text(json, "type", "node"));
+    node.name = Text(json, "name", id);
+    node.parent = ReferencedId(Text(json, "parent"));
+    node.rotationOrder = Text(json, "rotation_order", "XYZ");
+    node.inheritsScale = Flag(json, "inherits_scale", node.type != "bone");
+    ParseRigVector(json, "center_point", node.centerPoint);
+    ParseRigVector(json, "end_point", node.endPoint);
+    ParseRigVector(json, "orientation", node.orientation);
+    ParseChannels(json, "rotation", node.rotation);
+    ParseChannels(json, "translation", node.translation);
+    ParseChannels(json, "scale", node.scale);
+    if (const auto general = Find(json, "general_scale"))
+        node.generalScale.value = ValueOf(*general, 1.0);
+    if (const auto presentation = Find(json, "presentation"))
+        node.presentationType = Text(*presentation, "type");
+    node.formulas = ParseFormulas(json, context);
+    return node;
+}
+
+Modifier ParseModifier(const Element& json, ParseContext& context)
+{
+    Modifier modifier;
+    modifier.id = Text(json, "id");
+    modifier.name = Text(json, "name", modifier.id);
+    modifier.parent = Text(json, "parent");
+    if (const auto presentation = Find(json, "presentation"))
+        modifier.presentationType = Text(*presentation, "type");
+    if (const auto channel = Find(json, "channel"))
+        modifier.channel = ParseChannel(*channel);
+    if (modifier.channel.label.empty())
+        modifier.channel.label = Text(json, "label", modifier.name);
+    modifier.region = Text(json, "region");
+    modifier.group = Text(json, "group", "/");
+    if (modifier.group.empty() || modifier.group.front() != '/')
+        modifier.group.insert(0, 1, '/');
+    modifier.formulas = ParseFormulas(json, context);
+    if (const auto morph = Find(json, "morph")) {
+        modifier.morph.emplace();
+        modifier.morph->vertexCount = static_cast<std::int64_t>(Number(*morph, "vertex_count").value_or(-1.0));
+        modifier.morph->hdUrl = Text(*morph, "hd_url");
+        if (context.options.deltas)
+            modifier.morph->deltas = ParseDeltas(*morph, context);
+    }
+    return modifier;
+}
+
+NodeInstance ParseNodeInstance(const Element& json)
+{
+    NodeInstance instance;
+    instance.id = Text(json, "id");
+    instance.url = Text(json, "url");
+    instance.name = Text(json, "name");
+    instance.label = Text(json, "label");
+    instance.parent = Text(json, "parent");
+    instance.conformTarget = Text(json, "conform_target");
+    for (const char* const member : {"translation", "rotation", "scale"})
+        ReadInstanceVector(json, member, instance.channels);
+    if (const auto general = Find(json, "general_scale"))
+        instance.channels["general_scale"] = ValueOf(*general, 1.0);
+    ForEach(json, "geometries", [&](const Element& item) {
+        GeometryInstance geometry;
+        geometry.id = Text(item, "id");
+        geometry.url = Text(item, "url");
+        geometry.name = Text(item, "name");
+        geometry.label = Text(item, "label");
+        if (const auto level = Number(item, "current_subdivision_level"))
+            geometry.subdivisionLevel = static_cast<int>(*level);
+        ForEach(item, "extra", [&](const Element& extra) {
+            ForEach(extra, "channels", [&](const Element& entry) {
+                if (const auto channel = Find(entry, "channel"))
+                    geometry.channels[Text(*channel, "id")] = ValueOf(*channel, 0.0);
+            });
+        });
+        instance.geometries.push_back(std::move(geometry));
+    });
+    return instance;
+}
+
+ModifierInstance ParseModifierInstance(const Element& json)
+{
+    ModifierInstance instance;
+    instance.id = Text(json, "id");
+    instance.url = Text(json, "url");
+    instance.parent = Text(json, "parent");
+    instance.name = Text(json, "name");
+    if (const auto channel = Find(json, "channel")) {
+        instance.value = Number(*channel, "current_value");
+        if (!instance.value)
+            instance.value = Number(*channel, "value");
+    }
+    return instance;
+}
+
+std::optional<AnimatedValue> ParseAnimation(const Element& json)
+{
+    AnimatedValue animation;
+    animation.url = Text(json, "url");
+    std::optional<double> value;
+    ForEach(json, "keys", [&](const Element& key) {
+        std::size_t index = 0;
+        if (value || !key.is_array())
+            return;
+        for (const Element item : key.get_array().value_unsafe())
+            if (index++ == 1)
+                value = AsNumber(item);
+    });
+    if (!value || animation.url.empty())
+        return std::nullopt;
+    animation.value = *value;
+    return animation;
+}
+
+std::vector<InfluenceMap> CollectInfluenceMaps(const Element& root)
+{
+    std::vector<InfluenceMap> maps;
+    CollectFrom(root, {}, false, 0, maps);
+    return maps;
+}
+
+} // namespace dson

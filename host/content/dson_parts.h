@@ -1,0 +1,36 @@
+// Turning the members of a DSON file into values.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/content/dson_reader.h"
+#include "host/content/json_view.h"
+
+namespace dson {
+
+/// What the parsing of one file hands around.
+struct ParseContext {
+    std::string name; ///< of the file, for messages
+    ReadOptions options;
+    std::vector<std::string>& warnings;
+};
+
+AssetInfo ParseAssetInfo(const Element& json);
+Channel ParseChannel(const Element& json);
+std::vector<Formula> ParseFormulas(const Element& owner, ParseContext& context);
+
+/// @throws geometry::FormatError  a face names a vertex, group or surface that is not there
+Geometry ParseGeometry(const Element& json, ParseContext& context);
+Node ParseNode(const Element& json, ParseContext& context);
+Modifier ParseModifier(const Element& json, ParseContext& context);
+SkinDefinition ParseSkin(const Element& modifier, ParseContext& context);
+geometry::SparseDeltas ParseDeltas(const Element& morph, ParseContext& context);
+
+NodeInstance ParseNodeInstance(const Element& json);
+ModifierInstance ParseModifierInstance(const Element& json);
+std::optional<AnimatedValue> ParseAnimation(const Element& json);
+
+/// Every weight map called `influence_weights`, wherever in the file it stands.
+std::vector<InfluenceMap> CollectInfluenceMaps(const Element& root);
+
+} // namespace dson

@@ -1,0 +1,119 @@
+// Reading DSON files.
+// SPDX-License-Identifier: MIT
+
+#include "host/content/dson_reader.h"
+
+#include "geometry/errors.h"
+#include "host/content/dson_parts.h"
+#include "host/content/file_text.h"
+
+#include <cstdlib>
+
+namespace dson {
+
+namespace {
+
+/// A parsed file; the elements live as long as the parser.
+class ParsedFile {
+public:
+    explicit ParsedFile(const std::filesystem::path& file) : _name(file.string())
+    {
+        const std::string text = ReadText(file);
+        simdjson::error_code error = _parser.parse(text).get(_root);
+        if (error) {
+            error = _parser.parse(WithoutTrailingCommas(text)).get(_root);
+            if (!error)
+                _warnings.push_back(_name + ": has commas before closing brackets");
+        }
+        if (error)
+            throw geometry::FormatError("{}: is not valid JSON", _name);
+        if (!_root.is_object())
+            throw geometry::FormatError("{}: is not a DSON file", _name);
+    }
+
+    const std::string& name() const { return _name; }
+    const Element& root() const { return _root; }
+    std::vector<std::string>& warnings() { return _warnings; }
+
+private:
+    std::string _name;
+    simdjson::dom::parser _parser;
+    Element _root;
+    std::vector<std::string> _warnings;
+};
+
+void CheckVersion(const ParsedFile& file, std::vector<std::string>& warnings)
+{
+    const std::string version = Text(file.root(), "file_version");
+    if (version.empty())
+        throw geometry::FormatError("{}: is not a DSON file: it has no file_version", file.name());
+    if (std::atof(version.c_str()) >= 1.0)
+        warnings.push_back(file.name() + ": has the newer format version " + version);
+}
+
+void ReadLibraries(const Element& root, Document& document, ParseContext& context)
+{
+    ForEach(root, "geometry_library",
+            [&](const Element& json) { document.geometries.push_back(ParseGeometry(json, context)); });
+    ForEach(root, "node_library", [&](const Element& json) { document.nodes.push_back(ParseNode(json, context)); });
+    ForEach(root, "modifier_library", [&](const Element& json) {
+        if (Find(json, "skin"))
+            document.skins.push_back(ParseSkin(json, context));
+        else if (!Find(json, "legacy_skin"))
+            document.modifiers.push_back(ParseModifier(json, context));
+    });
+}
+
+void ReadScene(const Element& scene, Document& document)
+{
+    ForEach(scene, "nodes", [&](const Element& json) { document.nodeInstances.push_back(ParseNodeInstance(json)); });
+    ForEach(scene, "modifiers",
+            [&](const Element& json) { document.modifierInstances.push_back(ParseModifierInstance(json)); });
+    ForEach(scene, "animations", [&](const Element& json) {
+        if (auto animation = ParseAnimation(json))
+            document.animations.push_back(std::move(*animation));
+    });
+}
+
+} // namespace
+
+Document ReadDocument(const std::filesystem::path& file, const ReadOptions& options)
+{
+    ParsedFile parsed(file);
+    Document document;
+    document.file = file;
+    ParseContext context{parsed.name(), options, parsed.warnings()};
+    CheckVersion(parsed, context.warnings);
+    if (const auto info = Find(parsed.root(), "asset_info"))
+        document.info = ParseAssetInfo(*info);
+    ReadLibraries(parsed.root(), document, context);
+    if (const auto scene = Find(parsed.root(), "scene"))
+        ReadScene(*scene, document);
+    document.influenceMaps = CollectInfluenceMaps(parsed.root());
+    document.warnings = std::move(parsed.warnings());
+    return document;
+}
+
+geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::string& modifier)
+{
+    ParsedFile parsed(file);
+    ParseContext context{parsed.name(), {}, parsed.warnings()};
+    std::optional<Element> found, only;
+    std::size_t count = 0;
+    ForEach(parsed.root(), "modifier_library", [&](const Element& json) {
+        const auto morph = Find(json, "morph");
+        if (!morph)
+            return;
+        ++count;
+        only = morph;
+        if (!found && (Text(json, "id") == modifier || Text(json, "name") == modifier))
+            found = morph;
+    });
+    if (!found && count == 1)
+        found = only;
+    if (!found)
+        throw geometry::FormatError("{}: has no morph {}", parsed.name(), modifier);
+    return ParseDeltas(*found, context);
+}
+
+} // namespace dson

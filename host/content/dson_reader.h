@@ -1,0 +1,90 @@
+// Reading DSON files.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/content/dson_asset.h"
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace dson {
+
+/// A channel value that an instance sets, by the channel's id within its member ("rotation/x", "general_scale").
+using ChannelValues = std::map<std::string, double>;
+
+struct GeometryInstance {
+    std::string id, url, name, label;
+    std::optional<int> subdivisionLevel;
+    ChannelValues channels; ///< of the resolution settings, by channel id
+};
+
+struct NodeInstance {
+    std::string id, url, name, label;
+    std::string parent;        ///< "#id" of the parent instance, or a selection URI; empty for a root
+    std::string conformTarget;
+    ChannelValues channels;    ///< "translation/x" ... "general_scale"
+    std::vector<GeometryInstance> geometries;
+};
+
+struct ModifierInstance {
+    std::string id, url, parent, name;
+    std::optional<double> value; ///< of the channel
+};
+
+/// A preset's entry: a property's URI and the value of its first key.
+struct AnimatedValue {
+    std::string url;
+    double value = 0.0;
+};
+
+/// Influence weights found anywhere in the file.
+struct InfluenceMap {
+    std::string owner;             ///< name or label of the modifier or node that holds it
+    bool isDForm = false;          ///< it stood in a "dform" member
+    std::int64_t vertexCount = -1; ///< -1 for unchecked
+    std::vector<std::uint32_t> vertices;
+    std::vector<float> weights;
+};
+
+/// A skin binding and what it binds.
+struct SkinDefinition {
+    SkinBinding binding;
+    std::string node, geometry; ///< ids
+};
+
+/// A file's content, as far as figures and their shapes need it.
+struct Document {
+    std::filesystem::path file;
+    AssetInfo info;
+    std::vector<Geometry> geometries;
+    std::vector<Node> nodes;
+    std::vector<Modifier> modifiers;
+    std::vector<SkinDefinition> skins;
+    std::vector<InfluenceMap> influenceMaps;
+
+    std::vector<NodeInstance> nodeInstances;
+    std::vector<ModifierInstance> modifierInstances;
+    std::vector<AnimatedValue> animations;
+
+    std::vector<std::string> warnings; ///< one phrase each, for the log
+};
+
+struct ReadOptions {
+    bool deltas = true; ///< off: morphs come without their displacements, which are read later by ReadDeltas
+};
+
+/// Reads a plain or compressed file. Lenient where shipped files are (counts, commas, encodings): such things become
+/// warnings. Face, delta and weight indices are checked here.
+/// @throws geometry::IoError      the file cannot be read
+/// @throws geometry::FormatError  the file is no DSON: names the file and what is wrong
+Document ReadDocument(const std::filesystem::path& file, const ReadOptions& options = {});
+
+/// The displacements of one morph of a file, by id or name.
+/// @throws as ReadDocument, and geometry::FormatError when the file has no such morph
+geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::string& modifier);
+
+} // namespace dson

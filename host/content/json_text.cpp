@@ -1,0 +1,66 @@
+// JSON as DSON files write it: members in the order they were added, floats in single precision.
+// SPDX-License-Identifier: MIT
+
+#include "host/content/json_text.h"
+
+#include <algorithm>
+
+namespace dson {
+
+namespace {
+
+std::string Dump(const Json& json)
+{
+    // A name that is not UTF-8 keeps its readable part rather than spoiling the file.
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+bool IsRow(const Json& json)
+{
+    return std::all_of(json.begin(), json.end(), [](const Json& item) { return item.is_primitive(); });
+}
+
+void Append(std::string& text, const Json& json, int indent);
+
+void AppendItems(std::string& text, const Json& json, int indent)
+{
+    const std::string margin(static_cast<std::size_t>(indent + 1), '\t');
+    bool first = true;
+    for (auto item = json.begin(); item != json.end(); ++item) {
+        text += first ? "\n" : ",\n";
+        first = false;
+        text += margin;
+        if (json.is_object())
+            text += Dump(Json(item.key())) + " : ";
+        Append(text, *item, indent + 1);
+    }
+    text += '\n';
+    text.append(static_cast<std::size_t>(indent), '\t');
+}
+
+void Append(std::string& text, const Json& json, int indent)
+{
+    if (json.is_object() && !json.empty()) {
+        text += '{';
+        AppendItems(text, json, indent);
+        text += '}';
+    } else if (json.is_array() && !IsRow(json)) {
+        text += '[';
+        AppendItems(text, json, indent);
+        text += ']';
+    } else {
+        text += Dump(json);
+    }
+}
+
+} // namespace
+
+std::string ToText(const Json& json)
+{
+    std::string text;
+    Append(text, json, 0);
+    text += '\n';
+    return text;
+}
+
+} // namespace dson

@@ -1,0 +1,117 @@
+// Saving morphs as support assets.
+// SPDX-License-Identifier: MIT
+
+#include "host/content/morph_asset_filter.h"
+
+#include "dzapp.h"
+#include "dzauthor.h"
+#include "dzfileiosettings.h"
+#include "dzmorph.h"
+#include "dzmorphdeltas.h"
+#include "dznode.h"
+#include "dzobject.h"
+#include "dzscene.h"
+#include "geometry/errors.h"
+#include "host/content/dson_writer.h"
+#include "host/content/morph_export.h"
+#include "host/scene/host_log.h"
+
+#include <set>
+#include <vector>
+
+namespace {
+
+struct Wanted {
+    DzNode* node;
+    DzMorph* morph;
+    std::string fileName;
+};
+
+/// Folders are named by the user; what would lead elsewhere is no folder name.
+std::string FolderName(const DzFileIOSettings& options, const char* key)
+{
+    const std::string name = options.getStringValue(QLatin1String(key)).trimmed().toStdString();
+    const bool isUsable = !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos &&
+                          name.find('\\') == std::string::npos && name.find('\0') == std::string::npos;
+    if (!isUsable)
+        throw geometry::FormatError("\"{}\" cannot be the name of a {} folder", name, key);
+    return name;
+}
+
+DzMorph* FindMorph(const DzNode& node, const QString& name)
+{
+    const DzObject* const object = node.getObject();
+    return object ? qobject_cast<DzMorph*>(object->findModifier(name)) : nullptr;
+}
+
+std::vector<Wanted> CollectWanted(const DzFileIOSettings& options)
+{
+    std::vector<Wanted> all;
+    std::set<std::string> fileNames;
+    const DzSettings* const nodes = options.getSettingsValue(QLatin1String("NodeNames"));
+    for (int n = 0; nodes && n < nodes->getNumValues(); ++n) {
+        const QString nodeName = nodes->getKey(n);
+        const DzSettings* const names = nodes->getSettingsValue(nodeName);
+        DzNode* const node = dzScene->findNode(nodeName);
+        if (!node || !names)
+            throw geometry::FormatError("there is no node {} to save morphs of", nodeName.toStdString());
+        for (int i = 0; i < names->getNumValues(); ++i) {
+            const QString name = names->getStringValue(QString::number(i));
+            DzMorph* const morph = FindMorph(*node, name);
+            if (!morph)
+                throw geometry::FormatError("{} has no morph {}", node->getLabel().toStdString(), name.toStdString());
+            const std::string fileName = openhost::FileName(morph->getName().toStdString());
+            if (!fileNames.insert(fileName).second)
+                throw geometry::FormatError("two morphs would be saved as {}", fileName);
+            all.push_back({node, morph, fileName});
+        }
+    }
+    return all;
+}
+
+void Save(const Wanted& wanted, const DzFileIOSettings& options, const std::string& subfolder)
+{
+    const std::string assetFolder = openhost::AssetFolder(*wanted.node);
+    if (assetFolder.empty())
+        throw geometry::FormatError("{} comes from no asset file", wanted.node->getLabel().toStdString());
+    dson::AssetInfo info;
+    info.id = assetFolder + subfolder + wanted.fileName + ".dsf";
+    info.type = "modifier";
+    const DzAuthor author = dzApp->getCurrentAuthor();
+    info.author = author.getName().toStdString();
+    info.email = author.getEmail().toStdString();
+    info.website = author.getURL().toStdString();
+    dson::WriteOptions write;
+    write.compress = options.getBoolValue(QLatin1String("CompressOutput"));
+    const dson::Modifier modifier = openhost::DescribeMorph(*wanted.morph, *wanted.node, wanted.fileName);
+    dson::WriteMorph(info, modifier, options.getStringValue(QLatin1String("BaseDataPath")).toStdString(), write);
+    const DzUri uri(QString::fromStdString(dson::MakeUri(info.id, modifier.id)));
+    wanted.morph->setAssetUri(uri);
+    wanted.morph->getDeltas()->setUri(uri);
+}
+
+} // namespace
+
+QString DzMorphSupportAssetFilter::getDescription() const
+{
+    return QLatin1String("Morph Support Asset(s)");
+}
+
+DzError DzMorphSupportAssetFilter::doSave(DzFileIOSettings* options, const QString&, const QString&)
+{
+    try {
+        if (options->getStringValue(QLatin1String("BaseDataPath")).isEmpty())
+            throw geometry::FormatError("no content folder to save into is given");
+        const std::string subfolder =
+            "/Morphs/" + FolderName(*options, "VendorName") + "/" + FolderName(*options, "ProductName") + "/";
+        const std::vector<Wanted> all = CollectWanted(*options);
+        if (all.empty())
+            throw geometry::FormatError("no morphs to save are given");
+        for (const Wanted& wanted : all)
+            Save(wanted, *options, subfolder);
+        return DZ_NO_ERROR;
+    } catch (const std::exception& error) {
+        openhost::LogWarning(QString::fromStdString(error.what()));
+        return DZ_OPERATION_FAILED_ERROR;
+    }
+}

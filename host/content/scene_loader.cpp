@@ -1,0 +1,238 @@
+// Loading content files into the scene.
+// SPDX-License-Identifier: MIT
+
+#include "host/content/scene_loader.h"
+
+#include "dzfacetshape.h"
+#include "dzintproperty.h"
+#include "dznode.h"
+#include "dznumericproperty.h"
+#include "dzobject.h"
+#include "dzscene.h"
+#include "dzskeleton.h"
+#include "geometry/errors.h"
+#include "host/content/channel_properties.h"
+#include "host/content/dson_uri.h"
+#include "host/content/figure_assembly.h"
+#include "host/content/preset_loader.h"
+#include "host/scene/host_log.h"
+
+#include <memory>
+#include <set>
+
+#include <fmt/format.h>
+
+namespace openhost {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+void Log(const std::string& line)
+{
+    LogWarning(QString::fromStdString(line));
+}
+
+/// One character or scene file on its way into the scene.
+class SceneLoader {
+public:
+    SceneLoader(AssetLibrary& library, std::shared_ptr<const dson::Document> document)
+        : _library(library), _document(std::move(document))
+    {
+    }
+
+    /// The roots that entered the scene.
+    std::vector<DzNode*> load()
+    {
+        for (const dson::NodeInstance& instance : _document->nodeInstances)
+            place(instance);
+        for (const dson::ModifierInstance& instance : _document->modifierInstances)
+            dial(instance);
+        return enterScene();
+    }
+
+private:
+    struct Loaded {
+        FigureAssembly assembly;
+        DzNode* parent = nullptr; ///< of another figure in the file; null for a root of the scene
+    };
+    /// What an instance id stands for.
+    struct Place {
+        std::size_t figure; ///< index into _figures
+        DzNode* node;
+    };
+
+    /// Path of a URL's file as the URL spells it; this file's own for "#id".
+    std::string pathOf(const dson::Uri& uri) const
+    {
+        return uri.path.empty() ? _library.paths().relativePath(_document->file) : uri.path;
+    }
+
+    std::shared_ptr<const dson::Document> documentOf(const dson::Uri& uri)
+    {
+        if (uri.path.empty())
+            return _document;
+        const fs::path file = _library.find(uri.path, _document->file);
+        if (file.empty()) {
+            if (_missing.insert(uri.path).second)
+                Log(fmt::format("{}: {} is in no content library", _document->file.string(), uri.path));
+            return nullptr;
+        }
+        return _library.read(file);
+    }
+
+    const Place* placeOf(const std::string& reference) const
+    {
+        const auto found = _places.find(dson::ParseUri(reference).id);
+        return found == _places.end() ? nullptr : &found->second;
+    }
+
+    void place(const dson::NodeInstance& instance)
+    {
+        const dson::Uri url = dson::ParseUri(instance.url);
+        const Place* const parent = instance.parent.empty() ? nullptr : placeOf(instance.parent);
+        if (parent && overlay(instance, url, parent->figure))
+            return;
+        const std::shared_ptr<const dson::Document> definition = documentOf(url);
+        if (!definition)
+            return;
+        try {
+            instantiate(instance, url, definition, parent ? parent->node : nullptr);
+        } catch (const geometry::Error& error) {
+            Log(error.what());
+        }
+    }
+
+    /// True when the instance is a part of a figure that is there already. A root of the same file is another figure.
+    bool overlay(const dson::NodeInstance& instance, const dson::Uri& url, std::size_t figure)
+    {
+        const FigureAssembly& assembly = _figures[figure].assembly;
+        DzNode* const node = assembly.findNode(url.id);
+        if (!assembly.isNamedBy(pathOf(url)) || node == &assembly.root())
+            return false;
+        if (node)
+            applyInstance(instance, *node, figure);
+        return true;
+    }
+
+    void instantiate(const dson::NodeInstance& instance, const dson::Uri& url,
+                     const std::shared_ptr<const dson::Document>& definition, DzNode* parent)
+    {
+        FigureAssembly assembly(definition, pathOf(url), url.id);
+        assembly.addMorphsOnDisk(_library);
+        _figures.push_back({std::move(assembly), parent});
+        applyInstance(instance, _figures.back().assembly.root(), _figures.size() - 1);
+    }
+
+    void applyInstance(const dson::NodeInstance& instance, DzNode& node, std::size_t figure)
+    {
+        _places[instance.id] = {figure, &node};
+        if (!instance.label.empty())
+            node.setLabel(QString::fromStdString(instance.label));
+        for (const auto& channel : instance.channels)
+            if (DzNumericProperty* const property = FindNodeChannel(node, channel.first))
+                property->setDoubleRawValue(channel.second);
+        for (const dson::GeometryInstance& geometry : instance.geometries) {
+            _places[geometry.id] = {figure, &node};
+            applyGeometry(geometry, node);
+        }
+    }
+
+    static void applyGeometry(const dson::GeometryInstance& geometry, const DzNode& node)
+    {
+        const DzObject* const object = node.getObject();
+        const auto* const shape = object ? qobject_cast<DzFacetShape*>(object->getCurrentShape()) : nullptr;
+        if (!shape)
+            return;
+        DzIntProperty* const level = shape->getSubDLevelControl();
+        if (level && geometry.subdivisionLevel)
+            level->setValue(*geometry.subdivisionLevel);
+        for (const auto& channel : geometry.channels)
+            if (auto* const property =
+                    qobject_cast<DzNumericProperty*>(shape->findProperty(QString::fromStdString(channel.first))))
+                property->setDoubleValue(channel.second);
+    }
+
+    void dial(const dson::ModifierInstance& instance)
+    {
+        const Place* const place = placeOf(instance.parent);
+        if (!place)
+            return;
+        FigureAssembly& assembly = _figures[place->figure].assembly;
+        const dson::Uri url = dson::ParseUri(instance.url);
+        DzNumericProperty* property = assembly.findDial(url.id);
+        if (!property) {
+            // A shape that lies outside the figure's own folders.
+            const std::shared_ptr<const dson::Document> file = url.path.empty() ? _document : documentOf(url);
+            if (!file)
+                return;
+            assembly.addModifiers(file, pathOf(url));
+            property = assembly.findDial(url.id);
+        }
+        if (property && instance.value)
+            property->setDoubleRawValue(*instance.value);
+    }
+
+    std::vector<DzNode*> enterScene()
+    {
+        std::vector<DzNode*> roots;
+        for (Loaded& figure : _figures) {
+            figure.assembly.connectFormulas();
+            DzNode* const root = figure.assembly.takeRoot().release();
+            if (figure.parent) {
+                figure.parent->addNodeChild(root);
+            } else {
+                dzScene->addNode(root);
+                roots.push_back(root);
+            }
+        }
+        return roots;
+    }
+
+    AssetLibrary& _library;
+    std::shared_ptr<const dson::Document> _document;
+    std::vector<Loaded> _figures;
+    std::unordered_map<std::string, Place> _places;
+    std::set<std::string> _missing;
+};
+
+/// Tells the scene that a load is going on, also on the way of an exception.
+struct LoadBracket {
+    LoadBracket() { dzScene->beginLoad(); }
+    ~LoadBracket() { dzScene->endLoad(); }
+};
+
+void ApplyPreset(const dson::Document& document)
+{
+    DzNode* const selected = dzScene->getPrimarySelection();
+    if (!selected)
+        throw geometry::Error(document.file.string() + ": nothing is selected to apply the preset to");
+    DzNode* const figure = selected->getSkeleton();
+    if (!document.influenceMaps.empty())
+        ApplyDForm(document, figure ? *figure : *selected);
+    if (!document.animations.empty())
+        ApplyValues(document, *selected);
+}
+
+} // namespace
+
+void LoadIntoScene(AssetLibrary& library, const fs::path& file)
+{
+    const std::shared_ptr<const dson::Document> document = library.read(file);
+    const LoadBracket bracket;
+    if (document->nodeInstances.empty()) {
+        if (document->influenceMaps.empty() && document->animations.empty())
+            throw geometry::FormatError("{}: holds nothing to load into a scene", file.string());
+        ApplyPreset(*document);
+        return;
+    }
+    const std::vector<DzNode*> roots = SceneLoader(library, document).load();
+    if (roots.empty())
+        throw geometry::FormatError("{}: none of its figures could be loaded", file.string());
+    dzScene->selectAllNodes(false);
+    for (DzNode* const root : roots)
+        root->select(true);
+    dzScene->setPrimarySelection(roots.front());
+}
+
+} // namespace openhost

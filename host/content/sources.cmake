@@ -1,0 +1,27 @@
+# Sources of this room, relative to host/, with the headers that moc is to read.
+set(HOST_CONTENT_SOURCES
+    include/dzassetiomgr.h
+    include/dzcontentmgr.h
+    content/morph_asset_filter.h
+    content/asset_io_manager.cpp
+    content/asset_library.cpp
+    content/channel_properties.cpp
+    content/content_manager.cpp
+    content/content_paths.cpp
+    content/dson_asset.cpp
+    content/dson_emit.cpp
+    content/dson_mesh_parts.cpp
+    content/dson_parts.cpp
+    content/dson_reader.cpp
+    content/dson_uri.cpp
+    content/dson_writer.cpp
+    content/figure_assembly.cpp
+    content/file_text.cpp
+    content/formula_links.cpp
+    content/gzip.cpp
+    content/json_text.cpp
+    content/morph_asset_filter.cpp
+    content/morph_export.cpp
+    content/preset_loader.cpp
+    content/scene_loader.cpp
+)

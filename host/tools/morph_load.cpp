@@ -1,0 +1,300 @@
+// Making a morph from a mesh in a new shape.
+// SPDX-License-Identifier: MIT
+
+#include "host/tools/morph_load.h"
+
+#include "dzapp.h"
+#include "dzcontentmgr.h"
+#include "dzerclink.h"
+#include "dzfileiosettings.h"
+#include "dzfloatproperty.h"
+#include "dzmorph.h"
+#include "dzmorphdeltas.h"
+#include "dzobject.h"
+#include "dzscene.h"
+#include "dzweightmap.h"
+#include "geometry/deltas.h"
+#include "geometry/errors.h"
+#include "geometry/obj.h"
+#include "host/figure/deltas_access.h"
+#include "host/figure/mesh_access.h"
+#include "host/figure/pipeline.h"
+#include "host/scene/node_transform.h"
+#include "host/tools/mirroring.h"
+#include "host/tools/obj_options.h"
+#include "openhost/operations.h"
+
+#include <QFileInfo>
+
+namespace openhost {
+
+namespace {
+
+using geometry::Span;
+using geometry::Vec3f;
+
+std::string ToStd(const QString& text)
+{
+    return text.toStdString();
+}
+
+/// A morph that counts as not there while the shape without it is looked at.
+class DialedOut {
+public:
+    explicit DialedOut(const DzMorph* morph) : _dial(morph ? morph->getValueControl() : nullptr)
+    {
+        if (!_dial)
+            return;
+        _value = _dial->getDoubleRawValue();
+        _wasOverriding = _dial->isOverridingControllers();
+        _dial->setOverrideControllers(true);
+        _dial->setDoubleRawValue(0.0);
+    }
+    ~DialedOut()
+    {
+        if (!_dial)
+            return;
+        _dial->setDoubleRawValue(_value);
+        _dial->setOverrideControllers(_wasOverriding);
+    }
+    DialedOut(const DialedOut&) = delete;
+    DialedOut& operator=(const DialedOut&) = delete;
+
+private:
+    DzFloatProperty* _dial;
+    double _value = 0.0;
+    bool _wasOverriding = false;
+};
+
+/// File positions in figure space at rest: the node's place and the pose undone.
+std::vector<Vec3f> UndoPose(const DzNode& node, Pipeline& pipeline, Span<const Vec3f> file)
+{
+    const NodeTransform& place = WorldTransform(node);
+    std::vector<Vec3f> posed(file.begin(), file.end());
+    if (!place.isIdentity()) {
+        const Eigen::Matrix3d inverse = place.linear.inverse();
+        if (!inverse.allFinite())
+            throw geometry::Error(ToStd(node.getLabel()) + " is scaled to nothing, so its pose cannot be undone");
+        for (Vec3f& position : posed)
+            position =
+                geometry::FromEigen(inverse * (geometry::ToEigen(position) - place.origin) + place.center);
+    }
+    const SkinPose pose = pipeline.skinPose();
+    return pose.atRest || !pose.weights ? posed : geometry::Unskin(posed, *pose.weights, pose.poses, pose.mode);
+}
+
+/// One delta per vertex.
+std::vector<Vec3f> MakeDenseDeltas(const MorphLoadSettings& settings, DzNode& node, Span<const Vec3f> file,
+                                   const DzMorph* present)
+{
+    Pipeline& pipeline = node.getObject()->pipeline();
+    if (file.size() != pipeline.base().vertexCount())
+        throw geometry::TopologyError("the file has {} vertices but {} has {}", file.size(),
+                                      ToStd(node.getLabel()), pipeline.base().vertexCount());
+    std::vector<Vec3f> deltas(file.begin(), file.end());
+    Span<const Vec3f> neutral = pipeline.base().positions;
+    const DialedOut without(settings.reverseDeformations ? present : nullptr);
+    if (settings.reverseDeformations) {
+        deltas = UndoPose(node, pipeline, file);
+        neutral = pipeline.morphedCage();
+    }
+    for (std::size_t v = 0; v < deltas.size(); ++v)
+        deltas[v] -= neutral[v];
+    return deltas;
+}
+
+void Mirror(std::vector<Vec3f>& deltas, Span<const Vec3f> neutral, DzMorphLoader::MirroringType type)
+{
+    if (type == DzMorphLoader::DoNotMirror)
+        return;
+    const int number = type - DzMorphLoader::XSwap;
+    MirrorDeltas(deltas, neutral, number / 3, static_cast<MirrorSide>(number % 3));
+}
+
+void AttenuateByMap(geometry::SparseDeltas& deltas, const MorphLoadSettings& settings, const DzNode& node)
+{
+    if (settings.attenuateMapPath.isEmpty())
+        return;
+    const DzWeightMap* const map = FindAttenuationMap(node, settings.attenuateMapPath);
+    if (!map)
+        throw geometry::Error("there is no weight map at " + ToStd(settings.attenuateMapPath));
+    std::vector<float> weights(static_cast<std::size_t>(map->getNumWeights()));
+    for (std::size_t v = 0; v < weights.size(); ++v)
+        weights[v] = map->getFloatWeight(static_cast<int>(v));
+    geometry::Attenuate(deltas, weights, settings.attenuateStrength);
+}
+
+/// The old deltas of vertices that the new ones do not move.
+geometry::SparseDeltas WithPreserved(const geometry::SparseDeltas& old, const geometry::SparseDeltas& fresh)
+{
+    geometry::SparseDeltas merged;
+    std::size_t o = 0, n = 0;
+    while (o < old.size() || n < fresh.size()) {
+        const bool takeNew = n < fresh.size() && (o == old.size() || fresh.vertices[n] <= old.vertices[o]);
+        if (takeNew && o < old.size() && fresh.vertices[n] == old.vertices[o])
+            ++o;
+        const geometry::SparseDeltas& from = takeNew ? fresh : old;
+        const std::size_t i = takeNew ? n++ : o++;
+        merged.vertices.push_back(from.vertices[i]);
+        merged.deltas.push_back(from.deltas[i]);
+    }
+    return merged;
+}
+
+QString UniqueMorphName(const DzNode& node, const QString& name)
+{
+    QString unique = name;
+    for (int n = 2; node.getObject()->findModifier(unique); ++n)
+        unique = name + QLatin1Char(' ') + QString::number(n);
+    return unique;
+}
+
+QString WithLeadingSlash(const QString& path)
+{
+    return path.startsWith(QLatin1Char('/')) ? path : QLatin1Char('/') + path;
+}
+
+DzMorph& AddMorph(DzNode& node, const QString& name, const MorphLoadSettings& settings)
+{
+    auto* const morph = new DzMorph;
+    morph->setName(name);
+    morph->setLabel(name);
+    node.getObject()->addModifier(morph);
+    if (!settings.propertyGroupPath.isEmpty())
+        morph->getValueControl()->setPath(WithLeadingSlash(settings.propertyGroupPath));
+    morph->getValueControl()->setCanAutoFollow(true);
+    return *morph;
+}
+
+void MakeControlProperty(const MorphLoadSettings& settings, DzNode& node, DzMorph& morph)
+{
+    DzNode& owner = settings.controlNode ? *settings.controlNode : node;
+    DzNumericProperty* control = settings.controlProperty;
+    if (!control) {
+        auto* const dial = new DzFloatProperty(morph.getName(), true, true, 0.0f);
+        dial->setLabel(settings.controlPropertyUseCustomLabel ? settings.controlPropertyCustomLabel : morph.getName());
+        dial->setMinMax(0.0f, 1.0f);
+        dial->setIsClamped(true);
+        dial->setDisplayAsPercent(true);
+        if (owner.addProperty(dial) != DZ_NO_ERROR) {
+            delete dial;
+            throw geometry::Error(ToStd(owner.getLabel()) + " has a property " + ToStd(morph.getName()) + " already");
+        }
+        dial->setPath(morph.getValueControl()->getPath());
+        control = dial;
+    }
+    const double scalar =
+        settings.controlPropertyERCUseCustomValue ? settings.controlPropertyERCCustomValue : 1.0;
+    morph.getValueControl()->insertController(
+        new DzERCLink(settings.controlPropertyERCType, control, scalar, 0.0));
+    morph.getValueControl()->setHidden(settings.hideSecondaryProperties);
+}
+
+void PutInPlace(const MorphLoadSettings& settings, DzNode& node, DzMorph* present, geometry::SparseDeltas deltas)
+{
+    const QString name = EffectiveMorphName(settings);
+    const int vertexCount = static_cast<int>(node.getObject()->pipeline().base().vertexCount());
+    if (present && settings.overwriteExisting == DzMorphLoader::DeltasAndERCLinks) {
+        node.getObject()->removeModifier(present);
+        present = nullptr;
+    }
+    const bool isUnique = !present || settings.overwriteExisting == DzMorphLoader::MakeUnique;
+    if (!isUnique && settings.preserveExistingDeltas)
+        deltas = WithPreserved(DeltasAccess::deltas(*present->getDeltas()), deltas);
+    DzMorph& morph = isUnique ? AddMorph(node, UniqueMorphName(node, name), settings) : *present;
+    morph.setDeltas(DeltasAccess::create(std::move(deltas), vertexCount));
+    if (isUnique && settings.createControlProperty)
+        MakeControlProperty(settings, node, morph);
+}
+
+void LoadPose(const MorphLoadSettings& settings, DzNode& node)
+{
+    if (settings.reverseDeformationsPose.isEmpty())
+        return;
+    dzScene->selectAllNodes(false);
+    dzScene->setPrimarySelection(&node);
+    if (!dzApp->getContentMgr()->openFile(settings.reverseDeformationsPose, true))
+        throw geometry::Error("the pose " + ToStd(settings.reverseDeformationsPose) + " cannot be loaded");
+}
+
+void MakeMorph(const MorphLoadSettings& settings, DzNode* node, Span<const Vec3f> file)
+{
+    if (!node || !node->getObject() || !node->getObject()->pipeline().hasMesh())
+        throw geometry::Error("there is no mesh to load a morph onto");
+    if (settings.morphSubdivision)
+        throw geometry::Error("subdivided morphs need the plug-in Morph Loader Pro SubDivision Resolution");
+    if (!AllowOperation("createMorph", EffectiveMorphName(settings)))
+        throw geometry::Error("the morph was refused");
+    LoadPose(settings, *node);
+    DzMorph* const present = FindMorph(*node, EffectiveMorphName(settings));
+    std::vector<Vec3f> dense = MakeDenseDeltas(settings, *node, file, present);
+    Mirror(dense, node->getObject()->pipeline().base().positions, settings.morphMirroring);
+    // An edge strength damps along the border of a facet selection; without a selection there is no border.
+    geometry::SparseDeltas deltas = geometry::MakeDeltas(dense, 0.0f);
+    AttenuateByMap(deltas, settings, *node);
+    geometry::DropShort(deltas, settings.deltaTolerance);
+    PutInPlace(settings, *node, present, std::move(deltas));
+}
+
+template <class Work>
+MorphLoadReport Report(const MorphLoadSettings& settings, Work work)
+{
+    MorphLoadReport report;
+    try {
+        work();
+        report.success = EffectiveMorphName(settings) + QLatin1String(" was created successfully.");
+    } catch (const std::exception& error) {
+        report.problems << EffectiveMorphName(settings) + QLatin1String(": ") + QString::fromStdString(error.what());
+    }
+    return report;
+}
+
+} // namespace
+
+QString MorphLoadReport::text(bool onlyProblems, bool plainText) const
+{
+    QStringList lines = problems;
+    if (!onlyProblems && !success.isEmpty())
+        lines << success;
+    if (plainText)
+        return lines.join(QLatin1Char('\n'));
+    QString html;
+    for (const QString& line : lines)
+        html += QLatin1String("<p>") + line.toHtmlEscaped() + QLatin1String("</p>");
+    return html;
+}
+
+MorphLoadReport LoadMorphFromFile(const MorphLoadSettings& settings, const DzFileIOSettings* importOptions,
+                                  DzNode* node)
+{
+    return Report(settings, [&] {
+        const DzFileIOSettings defaults;
+        geometry::ObjReadOptions options = ReadObjReadOptions(importOptions ? *importOptions : defaults);
+        options.readFaces = options.readLines = options.readTexCoords = false;
+        options.readGroups = options.readSurfaces = false;
+        const geometry::ObjContent content = geometry::ReadObj(ToStd(settings.filename), options);
+        MakeMorph(settings, node, content.mesh.positions);
+    });
+}
+
+MorphLoadReport LoadMorphFromMesh(const MorphLoadSettings& settings, const DzVertexMesh* mesh, DzNode* node)
+{
+    return Report(settings, [&] {
+        if (!mesh)
+            throw geometry::Error("there is no mesh to make a morph from");
+        MakeMorph(settings, node, MeshAccess::mesh(*mesh).positions);
+    });
+}
+
+QString EffectiveMorphName(const MorphLoadSettings& settings)
+{
+    return settings.morphName.isEmpty() ? QFileInfo(settings.filename).completeBaseName() : settings.morphName;
+}
+
+DzMorph* FindMorph(const DzNode& node, const QString& name)
+{
+    const DzObject* const object = node.getObject();
+    return object ? qobject_cast<DzMorph*>(object->findModifier(name)) : nullptr;
+}
+
+} // namespace openhost

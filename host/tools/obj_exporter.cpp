@@ -1,0 +1,112 @@
+// The host's OBJ exporter.
+// SPDX-License-Identifier: MIT
+
+#include "host/tools/obj_exporter.h"
+
+#include "dzfacetmesh.h"
+#include "dzfileiosettings.h"
+#include "dznode.h"
+#include "dzobject.h"
+#include "geometry/atomic_file.h"
+#include "geometry/errors.h"
+#include "geometry/normals.h"
+#include "host/figure/mesh_access.h"
+#include "host/scene/host_log.h"
+#include "host/tools/mesh_cleanup.h"
+#include "host/tools/obj_options.h"
+#include "host/tools/obj_selection.h"
+
+#include <deque>
+
+#include <QFileInfo>
+
+namespace {
+
+using openhost::MeshAccess;
+
+/// What the parts to write point into.
+struct ExportData {
+    std::deque<geometry::PolygonMesh> cleaned;
+    std::deque<std::vector<geometry::Vec3f>> normals;
+    std::vector<geometry::ObjPart> parts;
+};
+
+void AddPart(ExportData& data, const DzNode& node, const DzFileIOSettings& options)
+{
+    const DzVertexMesh* const evaluated = node.getObject()->getCachedGeom();
+    if (!evaluated)
+        return;
+    const auto isSet = [&options](const char* key) { return options.getBoolValue(QLatin1String(key)); };
+    geometry::ObjPart part;
+    part.mesh = MeshAccess::mesh(*evaluated).view();
+    if (isSet("WeldSeams") || isSet("RemoveUnusedVerts")) {
+        data.cleaned.push_back(openhost::CleanUp(part.mesh, isSet("WeldSeams"), isSet("RemoveUnusedVerts")));
+        part.mesh = data.cleaned.back().view();
+    }
+    part.name = isSet("GroupSingle") ? "default" : node.getLabel().toStdString();
+    if (isSet("WriteVN")) {
+        data.normals.push_back(geometry::VertexNormals(part.mesh));
+        part.normals = data.normals.back();
+    }
+    data.parts.push_back(part);
+}
+
+/// A material library that names every surface, so that other programs find them; the scene holds no materials.
+void WriteMaterialLibrary(const QString& filename, const std::vector<geometry::ObjPart>& parts)
+{
+    std::string text;
+    for (const geometry::ObjPart& part : parts)
+        for (const std::string& surface : part.mesh.topology->surfaceNames)
+            text += "newmtl " + surface + "\nKd 0.8 0.8 0.8\n";
+    geometry::WriteFileAtomically(filename.toStdString(), text);
+}
+
+} // namespace
+
+DzObjExporter::DzObjExporter() : DzExporter(QLatin1String("obj")) {}
+
+QString DzObjExporter::getDescription() const
+{
+    return QLatin1String("Wavefront Object");
+}
+
+void DzObjExporter::getDefaultOptions(DzFileIOSettings* options) const
+{
+    options->setFloatValue(QLatin1String("Scale"), 1.0);
+    options->setStringValue(QLatin1String("LatAxis"), QLatin1String("X"));
+    options->setStringValue(QLatin1String("VertAxis"), QLatin1String("Y"));
+    options->setStringValue(QLatin1String("DepthAxis"), QLatin1String("Z"));
+    options->setIntValue(QLatin1String("FloatPrecision"), 6);
+    options->setBoolValue(QLatin1String("IgnoreInvisible"), true);
+    for (const char* const key : {"WriteVT", "WriteF", "WriteL", "WriteG", "GroupGeom", "WriteUsemtl"})
+        options->setBoolValue(QLatin1String(key), true);
+}
+
+DzError DzObjExporter::write(const QString& filename, const DzFileIOSettings* options)
+{
+    DzFileIOSettings all;
+    getDefaultOptions(&all);
+    const DzFileIOSettings& used = options ? *options : all;
+    try {
+        geometry::ObjWriteOptions writeOptions = openhost::ReadObjWriteOptions(used);
+        ExportData data;
+        for (const DzNode* const node : openhost::NodesToExport(used))
+            AddPart(data, *node, used);
+        if (data.parts.empty())
+            throw geometry::FormatError("{}: there is nothing to export", filename.toStdString());
+        if (used.getBoolValue(QLatin1String("WriteMtllib"))) {
+            const QFileInfo file(filename);
+            const QString library = file.completeBaseName() + QLatin1String(".mtl");
+            WriteMaterialLibrary(file.path() + QLatin1Char('/') + library, data.parts);
+            writeOptions.materialLibrary = library.toStdString();
+        }
+        geometry::WriteObj(filename.toStdString(), data.parts, writeOptions);
+        return DZ_NO_ERROR;
+    } catch (const geometry::IoError& error) {
+        openhost::LogWarning(QString::fromStdString(error.what()));
+        return DZ_UNABLE_TO_OPEN_FILE_ERROR;
+    } catch (const std::exception& error) {
+        openhost::LogWarning(QString::fromStdString(error.what()));
+        return DZ_OPERATION_FAILED_ERROR;
+    }
+}

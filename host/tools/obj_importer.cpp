@@ -1,0 +1,102 @@
+// The host's OBJ importer.
+// SPDX-License-Identifier: MIT
+
+#include "host/tools/obj_importer.h"
+
+#include "dzfacetmesh.h"
+#include "dzfacetshape.h"
+#include "dzfileiosettings.h"
+#include "dznode.h"
+#include "dzobject.h"
+#include "dzscene.h"
+#include "geometry/errors.h"
+#include "host/figure/mesh_access.h"
+#include "host/scene/host_log.h"
+#include "host/tools/obj_options.h"
+
+#include <cmath>
+#include <memory>
+
+#include <QFileInfo>
+
+namespace {
+
+/// Scales by a power of ten so that the largest side is between 50 and 500 cm, the size of people and furniture.
+void AdaptToScene(geometry::PolygonMesh& mesh)
+{
+    const geometry::Vec3f size = geometry::BoundingBox(mesh.positions).size();
+    const float largest = std::max({size.x, size.y, size.z});
+    if (!(largest > 0.0f))
+        return;
+    const float factor = std::pow(10.0f, std::ceil(std::log10(50.0f / largest)));
+    for (geometry::Vec3f& position : mesh.positions)
+        position *= factor;
+}
+
+std::unique_ptr<DzNode> MakeProp(const QString& label, geometry::PolygonMesh mesh)
+{
+    const DzFacetMeshPtr facetMesh(openhost::MeshAccess::create(std::move(mesh)));
+    facetMesh->setName(label);
+    auto shape = std::make_unique<DzFacetShape>();
+    shape->setName(label);
+    shape->setFacetMesh(facetMesh);
+    auto object = std::make_unique<DzObject>();
+    object->setName(label);
+    object->addShape(shape.release());
+    auto node = std::make_unique<DzNode>();
+    node->setName(label);
+    node->setLabel(label);
+    node->setObject(object.release());
+    return node;
+}
+
+} // namespace
+
+QString DzObjImporter::getDescription() const
+{
+    return QLatin1String("Wavefront Object");
+}
+
+void DzObjImporter::getDefaultOptions(DzFileIOSettings* options) const
+{
+    options->setFloatValue(QLatin1String("Scale"), 1.0);
+    options->setStringValue(QLatin1String("LatAxis"), QLatin1String("X"));
+    options->setStringValue(QLatin1String("VertAxis"), QLatin1String("Y"));
+    options->setStringValue(QLatin1String("DepthAxis"), QLatin1String("Z"));
+    for (const char* const key : {"IncludeVT", "IncludeF", "IncludeL", "IncludeG", "IncludeUsemtl", "IncludeMtllib"})
+        options->setBoolValue(QLatin1String(key), true);
+    options->setBoolValue(QLatin1String("AutoAdapt"), false);
+}
+
+QString DzObjImporter::getExtension(int) const
+{
+    return QLatin1String("obj");
+}
+
+DzError DzObjImporter::read(const QString& filename, const DzFileIOSettings* options)
+{
+    DzFileIOSettings all;
+    getDefaultOptions(&all);
+    const DzFileIOSettings& used = options ? *options : all;
+    try {
+        geometry::ObjContent content =
+            geometry::ReadObj(filename.toStdString(), openhost::ReadObjReadOptions(used));
+        if (content.mesh.positions.empty())
+            throw geometry::FormatError("{}: holds no vertices", filename.toStdString());
+        if (used.getBoolValue(QLatin1String("AutoAdapt")))
+            AdaptToScene(content.mesh);
+        DzNode* const node =
+            MakeProp(QFileInfo(filename).completeBaseName(), std::move(content.mesh)).release();
+        dzScene->addNode(node);
+        addImportedNode(node);
+        dzScene->selectAllNodes(false);
+        dzScene->setPrimarySelection(node);
+        return DZ_NO_ERROR;
+    } catch (const geometry::IoError& error) {
+        openhost::LogWarning(QString::fromStdString(error.what()));
+        return DZ_UNABLE_TO_OPEN_FILE_ERROR;
+    } catch (const std::exception& error) {
+        openhost::LogWarning(QString::fromStdString(error.what()));
+        return DZ_INVALID_FILE_ERROR;
+    }
+}

@@ -1,0 +1,19 @@
+// OBJ option sets of the host as options of the geometry library.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/obj.h"
+
+class DzFileIOSettings;
+
+namespace openhost {
+
+/// Axes and scale. The exporter's option set says "InvertLatAxis" where the importer's says "InvertLat"; both are read.
+/// @throws geometry::FormatError  an axis is used twice or unknown, or the scale is not above 0
+geometry::ObjSpace ReadObjSpace(const DzFileIOSettings& options);
+
+geometry::ObjReadOptions ReadObjReadOptions(const DzFileIOSettings& options);
+geometry::ObjWriteOptions ReadObjWriteOptions(const DzFileIOSettings& options);
+
+} // namespace openhost

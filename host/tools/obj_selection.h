@@ -1,0 +1,17 @@
+// Which nodes an export is about.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <vector>
+
+class DzFileIOSettings;
+class DzNode;
+
+namespace openhost {
+
+/// Nodes with geometry, in scene order, as the options "IgnoreInvisible", "SelectedOnly", "SelectedRootsOnly",
+/// "PrimaryRootOnly" and "IncludeParented" ask for. A selected bone stands for its figure.
+std::vector<DzNode*> NodesToExport(const DzFileIOSettings& options);
+
+} // namespace openhost

@@ -1,0 +1,350 @@
+// The driver of a conversion: selection, the sequence of steps, and the restoring of the figures.
+// SPDX-License-Identifier: MIT
+
+#include "plugin/gnt_convert-impl.h"
+
+#include "shared/ks_daz-managers.h"
+#include "shared/ks_debug.h"
+#include "shared/ks_exception.h"
+#include "shared/ks_gui.h"
+#include "shared/ks_help.h"
+#include "shared/ks_morph-loader.h"
+#include "shared/ks_obj-settings.h"
+#include "shared/ks_product.h"
+#include "shared/ks_progress.h"
+#include "shared/ks_string.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include <QDir>
+
+#include <dzaction.h>
+#include <dzfigure.h>
+#include <dzfloatproperty.h>
+#include <dzintproperty.h>
+#include <dzscene.h>
+
+namespace {
+
+using kst::str::MakeRandomString;
+
+const char* const tempMorphName = "Temporary high-res morph";
+const float thighDegrees = 6.5f;
+
+struct Step {
+    int key;
+    const char* text;
+};
+
+const Step steps[] = {
+    {1, "Normalizing target G9 figure"},
+    {2, "Exporting source as OBJ"},
+    {3, "Loading stock figure for morph conversion"},
+    {4, "Exporting stock figure as OBJ for morph conversion"},
+    {5, "Removing stock figure"},
+    {6, "Loading stock figure OBJ again"},
+    {7, "Creating converted morph"},
+    {8, "Dialing up converted morph"},
+    {9, "Loading temporary G9 for fit suit"},
+    {10, "Exporting temporary G9 as OBJ for fit suit"},
+    {11, "Removing temporary G9"},
+    {12, "Loading fit suit OBJ again"},
+    {13, "Running Transfer Utility to create morphs in fit suit OBJ"},
+    {14, "Dialing up morphs in fit suit with transfers"},
+    {15, "Exporting fit suit with transfers as OBJ again"},
+    {16, "Adjusting target G9 before creating morphs"},
+    {17, "Creating full figure morph"},
+    {18, "Creating head morph"},
+    {19, "Creating body morph"},
+};
+
+struct SourceKind {
+    kst::daz::BaseFigure figure;
+    GntCloneShape cloneShape;
+};
+
+const SourceKind sourceKinds[] = {
+    {kst::daz::BaseFigure::Genesis3Female, GntCloneShape::Genesis3Female},
+    {kst::daz::BaseFigure::Genesis8Female, GntCloneShape::Genesis8Female},
+    {kst::daz::BaseFigure::Genesis8_1Female, GntCloneShape::Genesis8Female},
+    {kst::daz::BaseFigure::Genesis3Male, GntCloneShape::Genesis3Male},
+    {kst::daz::BaseFigure::Genesis8Male, GntCloneShape::Genesis8Male},
+    {kst::daz::BaseFigure::Genesis8_1Male, GntCloneShape::Genesis8Male},
+};
+
+void DeleteSelection_X()
+{
+    kst::daz::FindActionOrThrow("DzDeleteAction", true)->trigger();
+}
+
+void SetThighs(DzFigure& figure, float degrees)
+{
+    kst::daz::SetBoneValueOrThrow(figure, "l_thigh", "ZRotate", degrees);
+    kst::daz::SetBoneValueOrThrow(figure, "r_thigh", "ZRotate", -degrees);
+}
+
+std::string RandomStem(const char* prefix)
+{
+    return prefix + MakeRandomString(8);
+}
+
+} // namespace
+
+std::shared_ptr<GntParams> GntConverter::FindSourceAndTargetInSceneSelected_X()
+{
+    std::vector<DzNode*> sources, targets;
+    GntCloneShape cloneShape = GntCloneShape::Genesis3Female;
+    for (DzNode* const selected : kst::daz::GetSceneSelection()) {
+        DzNode* const node = kst::daz::ResolveBone(selected);
+        const kst::daz::BaseFigure figure = kst::daz::GetBaseFigure(kst::daz::GetNodeAssetUri(*node));
+        if (figure == kst::daz::BaseFigure::None)
+            throw kst::Exception("selected figure {} is not a Genesis 3, 8, 8.1, or 9 figure",
+                                 kst::str::Quote(node->getLabel()));
+        if (figure == kst::daz::BaseFigure::Genesis9)
+            targets.push_back(node);
+        for (const SourceKind& kind : sourceKinds) {
+            if (kind.figure == figure) {
+                sources.push_back(node);
+                cloneShape = kind.cloneShape;
+            }
+        }
+    }
+    // The text speaks of Genesis 8 only, although Genesis 3 is accepted; users and support know it so.
+    if (sources.size() != 1 || targets.size() != 1)
+        throw kst::Exception(kst::daz::FormatHelp(
+            "you must select two figures (a ``source'' Genesis 8 or 8.1 and a ``target'' Genesis 9) in the scene"));
+    DzFigure& source = kst::daz::ResolveToFigure_X(*sources.front());
+    const int subdLevel = kst::daz::FindSubdivisionLevelIntProperty(source, true)->getValue();
+    DzFigure& target = kst::daz::ResolveToFigure_X(*targets.front());
+    DzFloatProperty& height = kst::MorphList::FindMorphProperty_X(target, "body_bs_ProportionHeight");
+    return std::make_shared<GntParams>(source, subdLevel, cloneShape, target, height);
+}
+
+GntConverter::GntConverter(std::shared_ptr<GntParams> params) : _pImpl(new Impl(std::move(params))) {}
+GntConverter::~GntConverter() = default;
+
+std::size_t GntConverter::getActiveMorphCount() const
+{
+    return _pImpl->activeMorphs.size();
+}
+
+std::string GntConverter::makeConvertedLabel() const
+{
+    return fmt::format("{} converted to G9", kst::str::ToStd(_pImpl->pParams->figSource.getLabel()));
+}
+
+std::vector<GntCreatedMorph> GntConverter::run_X(GntResolution resolution, std::string_view targetLabel,
+                                                 const std::vector<std::string>& morphPaths,
+                                                 const std::vector<std::string>& morphNames, GntJobs jobs,
+                                                 GntMissingMorphs& missing)
+{
+    Impl& impl = *_pImpl;
+    const kst::WaitCursor waitCursor;
+    const kst::daz::SimpleProgress progress(impl.prepareSteps(resolution, jobs));
+
+    impl.S1_MoveTargetG9ToWorldOrigin();
+    DzNode& morphedStock = impl.makeMorphedStockMesh_X(progress, resolution);
+    DzNode& fitSuit = impl.makeFitSuit_X(progress, resolution);
+    const std::string obj = impl.transferToFitSuit_X(progress, morphedStock, fitSuit, missing);
+    impl.adjustTargetForMorphCreation_X(resolution, targetLabel);
+    const std::vector<GntCreatedMorph> created =
+        impl.createMorphs_X(progress, resolution, obj, morphPaths, morphNames, jobs);
+    impl.removeHeadSplitNodes();
+    if (GntNeedsThighPose(impl.pParams->cloneShape))
+        SetThighs(impl.pParams->figTarget, 0.0f);
+    progress.done();
+    impl.restoreSourceAndTargetParams();
+    return created;
+}
+
+GntConverter::Impl::Impl(std::shared_ptr<GntParams> params)
+    : settings(QString::fromUtf8(kst::product::TITLE)), contentManager(kst::daz::GetContentMgr_X()),
+      pParams(std::move(params)), tempFolder(kst::str::ToStd(QDir::tempPath()))
+{
+    for (std::size_t i = 0; i < figureFiles.size(); ++i)
+        figureFiles[i] = getAbsolutePath_X(GNT_FIGURE_FILES[i].relativePath);
+    activeMorphs = kst::MorphList(pParams->figSource).getActiveProperties();
+    if (activeMorphs.empty())
+        throw kst::Exception("source figure {} has no morphs dialed in; nothing to do",
+                             kst::str::ToStd(pParams->figSource.getLabel()));
+    sourceResolution = kst::daz::GetNodeResolution(pParams->figSource);
+}
+
+GntConverter::Impl::~Impl()
+{
+    restoreSourceAndTargetParams();
+}
+
+std::vector<std::string> GntConverter::Impl::prepareSteps(GntResolution, GntJobs jobs) const
+{
+    // The display opens with the adjusting text and never shows the normalizing one; that is how users know it.
+    std::vector<int> keys{16, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
+    if (jobs.test(GntJobFlag::Full))
+        keys.push_back(17);
+    if (jobs.test(GntJobFlag::Head))
+        keys.push_back(18);
+    if (jobs.test(GntJobFlag::Body))
+        keys.push_back(19);
+    std::map<int, const char*> mapSteps;
+    for (const Step& step : steps)
+        mapSteps.emplace(step.key, step.text);
+    std::vector<std::string> texts;
+    for (const int key : keys) {
+        const auto it = mapSteps.find(key);
+        assert(it != mapSteps.end());
+        texts.push_back(it->second);
+    }
+    return texts;
+}
+
+void GntConverter::Impl::restoreSourceAndTargetParams()
+{
+    for (const auto& saved : savedValues)
+        saved.first->setValue(saved.second);
+    savedValues.clear();
+    if (!savedSourceLabel.isEmpty()) {
+        pParams->figSource.setLabel(savedSourceLabel);
+        savedSourceLabel = QString();
+    }
+    if (sourceResolutionChanged)
+        kst::daz::SetNodeResolution(pParams->figSource, sourceResolution, false);
+}
+
+DzNode& GntConverter::Impl::makeMorphedStockMesh_X(const kst::daz::SimpleProgress& progress, GntResolution resolution)
+{
+    DzFigure& source = pParams->figSource;
+    if (resolution == GntResolution::Base) {
+        kst::daz::SetNodeResolution(source, kst::daz::NodeResolution::BaseResolution, true);
+        sourceResolutionChanged = true;
+    }
+    progress.step_X(debugSteps);
+
+    // Only the second file is used; the host brings its geometry up to date with the first.
+    kst::daz::SetSceneSelection(source);
+    exportSelectedAsObj_X(RandomStem("tempg8-src1-"));
+    kst::daz::SetSceneSelection(source);
+    const std::string sourceObj = exportSelectedAsObj_X(RandomStem("tempg8-src2-"));
+    progress.step_X(debugSteps);
+
+    DzFigure& stock =
+        loadGenesis_X(GntStockFigureOf(pParams->cloneShape), resolution, pParams->iSubdLevelSource);
+    progress.step_X(debugSteps);
+
+    const std::string stockObj = exportSelectedAsObj_X(RandomStem("tempg8-tgt-"));
+    progress.step_X(debugSteps);
+
+    kst::daz::SetSceneSelection(stock);
+    DeleteSelection_X();
+    progress.step_X(debugSteps);
+
+    DzNode& mesh = importObj_X(stockObj);
+    progress.step_X(debugSteps);
+
+    kst::daz::SetSceneSelection(mesh);
+    kst::ObjImportSettings objSettings;
+    objSettings.loadBlenderDefaults();
+    objSettings.setScale(1.0f);
+    const std::string report =
+        kst::MorphLoaderBatch::Exec_X(&mesh, sourceObj, tempMorphName, objSettings.toJsonStringOrThrowQ(), false, 0,
+                                      "test morphs", false, std::string_view(), 0.0f);
+    DzFloatProperty& morph = findNewMorphProperty_X(mesh, tempMorphName, report);
+    progress.step_X(debugSteps);
+
+    morph.setValue(1.0f);
+    progress.step_X(debugSteps);
+    return mesh;
+}
+
+DzNode& GntConverter::Impl::makeFitSuit_X(const kst::daz::SimpleProgress& progress, GntResolution resolution)
+{
+    DzFigure& target = pParams->figTarget;
+    target.setLabel(kst::str::ToQ(fmt::format("Target {} ({})", MakeRandomString(8), kst::str::ToStd(target.getLabel()))));
+
+    DzFigure& temporary = S3_LoadTempG9ForFitSuit_X(resolution);
+    temporary.setLabel(QLatin1String("Genesis 9 temp for fit suit"));
+    progress.step_X(debugSteps);
+
+    const std::string fitSuitObj = exportSelectedAsObj_X(RandomStem("tempg9-"));
+    progress.step_X(debugSteps);
+
+    kst::daz::SetSceneSelection(temporary);
+    DeleteSelection_X();
+    progress.step_X(debugSteps);
+
+    nodeList.snapshot();
+    DzNode& fitSuit = importObj_X(fitSuitObj);
+    progress.step_X(debugSteps);
+    return fitSuit;
+}
+
+std::string GntConverter::Impl::transferToFitSuit_X(const kst::daz::SimpleProgress& progress, DzNode& morphedStock,
+                                                    DzNode& fitSuit, GntMissingMorphs& missing)
+{
+    const MorphValues morphs{{tempMorphName, 1.0f}};
+    DzNode* figure = nullptr;
+    {
+        const kst::Debug scope("Running Transfer Utility");
+        figure = &S7_RunTransferUtilityOnFitSuitToCreateMorphs_X(morphedStock, fitSuit, morphs,
+                                                                 kst::str::ToStd(fitSuit.getLabel()));
+    }
+    kst::daz::SetNodeResolution(*figure, kst::daz::NodeResolution::BaseResolution, true);
+    kst::daz::SetSceneSelection(morphedStock);
+    DeleteSelection_X();
+    progress.step_X(debugSteps);
+
+    S8_DialUpMorphsInFitSuitWithTransfers_X(*figure, morphs, missing);
+    progress.step_X(debugSteps);
+
+    kst::daz::SetSceneSelection(*figure);
+    const std::string obj = exportSelectedAsObj_X(RandomStem("rigged-for-mlp-"));
+    dzScene->removeNode(figure);
+    progress.step_X(debugSteps);
+    return obj;
+}
+
+void GntConverter::Impl::adjustTargetForMorphCreation_X(GntResolution resolution, std::string_view targetLabel)
+{
+    DzFigure& target = pParams->figTarget;
+    if (resolution == GntResolution::Base) {
+        kst::daz::SetNodeResolution(target, kst::daz::NodeResolution::BaseResolution, true);
+    } else {
+        kst::daz::SetNodeResolution(target, kst::daz::NodeResolution::HighResolution, true);
+        DzIntProperty& level = *kst::daz::FindSubdivisionLevelIntProperty(target, true);
+        level.setMax(std::max(level.getMax(), pParams->iSubdLevelSource));
+        level.setValue(pParams->iSubdLevelSource);
+    }
+    if (GntNeedsThighPose(pParams->cloneShape))
+        SetThighs(target, thighDegrees);
+    target.setLabel(kst::str::ToQ(targetLabel));
+}
+
+std::vector<GntCreatedMorph> GntConverter::Impl::createMorphs_X(const kst::daz::SimpleProgress& progress,
+                                                                GntResolution resolution, const std::string& objPath,
+                                                                const std::vector<std::string>& paths,
+                                                                const std::vector<std::string>& names, GntJobs jobs)
+{
+    const int level = pParams->iSubdLevelSource;
+    std::vector<GntCreatedMorph> created;
+    if (jobs.test(GntJobFlag::Full))
+        created.push_back({GntFull, names.at(GntFull),
+                           &createMorph_X(progress, pParams->figTarget, objPath, resolution, level, names.at(GntFull),
+                                          paths.at(GntFull), std::string(), 0.0f)});
+    if (jobs.test(GntJobFlag::Head))
+        created.push_back({GntHead, names.at(GntHead),
+                           &createHeadOrBodyMorph_X(progress, resolution, objPath, names.at(GntHead),
+                                                    paths.at(GntHead), level, 1.0f)});
+    if (jobs.test(GntJobFlag::Body))
+        created.push_back({GntBody, names.at(GntBody),
+                           &createHeadOrBodyMorph_X(progress, resolution, objPath, names.at(GntBody),
+                                                    paths.at(GntBody), level, -1.0f)});
+    return created;
+}
+
+void GntConverter::Impl::removeHeadSplitNodes()
+{
+    for (DzNode* const node : headSplitNodes)
+        if (dzScene->findNodeIndex(node) >= 0)
+            dzScene->removeNode(node);
+    headSplitNodes.clear();
+}

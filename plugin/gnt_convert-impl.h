@@ -1,0 +1,88 @@
+// The state of one conversion and its single operations.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "plugin/gnt_convert-figure.h"
+#include "plugin/gnt_figure-files.h"
+#include "shared/ks_daz-helpers.h"
+#include "shared/ks_morphlist.h"
+#include "shared/ks_node-list.h"
+
+#include <QString>
+
+#include <dzappsettings.h>
+
+class DzContentMgr;
+class DzNode;
+
+namespace kst { namespace daz {
+class SimpleProgress;
+}}
+
+class GntConverter::Impl {
+public:
+    typedef std::vector<kst::MorphList::ActiveMorph> MorphValues; ///< (name, dial value) pairs
+
+    explicit Impl(std::shared_ptr<GntParams> params);
+    ~Impl();
+
+    /// The progress texts of a run, in the order in which they are shown.
+    std::vector<std::string> prepareSteps(GntResolution resolution, GntJobs jobs) const;
+    /// Undoes what the conversion changed on the two figures; nothing to do the second time but the resolution.
+    void restoreSourceAndTargetParams();
+
+    // The single operations. Names ending in _X throw kst::Exception when the host does not do what was asked.
+
+    /// Places and turns the target like the source, at height 0, and gives the source a label of its own.
+    void S1_MoveTargetG9ToWorldOrigin();
+    /// @return absolute path of the written file
+    std::string exportSelectedAsObj_X(const std::string& stem);
+    DzFigure& loadGenesis_X(GntLoadFigure which, GntResolution resolution, int subdLevel);
+    DzNode& importObj_X(const std::string& path);
+    DzNode& findSceneNode_X(const std::string& label);
+    DzFloatProperty& findNewMorphProperty_X(DzNode& node, const std::string& morphName, const std::string& report);
+    DzFigure& S3_LoadTempG9ForFitSuit_X(GntResolution resolution);
+    /// @return the figure that the Transfer Utility made of the fit suit
+    DzNode& S7_RunTransferUtilityOnFitSuitToCreateMorphs_X(DzNode& source, DzNode& fitSuit, const MorphValues& morphs,
+                                                           const std::string& fitSuitLabel);
+    void runTransferUtility(DzNode& source, DzNode& target, const MorphValues& morphs);
+    void S8_DialUpMorphsInFitSuitWithTransfers_X(DzNode& figure, const MorphValues& morphs,
+                                                 GntMissingMorphs& missing);
+    /// @param sign  1 keeps the weight map's part, -1 its complement; an empty path keeps all
+    DzFloatProperty& createMorph_X(const kst::daz::SimpleProgress& progress, DzFigure& target,
+                                   const std::string& objPath, GntResolution resolution, int subdLevel,
+                                   const std::string& morphName, const std::string& morphPath,
+                                   const std::string& weightMapPath, float sign);
+    DzFloatProperty& createHeadOrBodyMorph_X(const kst::daz::SimpleProgress& progress, GntResolution resolution,
+                                             const std::string& objPath, const std::string& morphName,
+                                             const std::string& morphPath, int subdLevel, float sign);
+    void loadHeadSplitDFormerOnce_X();
+    std::string getAbsolutePath_X(const char* relativePath);
+
+    // The driver's paragraphs, in order.
+    DzNode& makeMorphedStockMesh_X(const kst::daz::SimpleProgress& progress, GntResolution resolution);
+    DzNode& makeFitSuit_X(const kst::daz::SimpleProgress& progress, GntResolution resolution);
+    std::string transferToFitSuit_X(const kst::daz::SimpleProgress& progress, DzNode& morphedStock, DzNode& fitSuit,
+                                    GntMissingMorphs& missing);
+    void adjustTargetForMorphCreation_X(GntResolution resolution, std::string_view targetLabel);
+    std::vector<GntCreatedMorph> createMorphs_X(const kst::daz::SimpleProgress& progress, GntResolution resolution,
+                                                const std::string& objPath, const std::vector<std::string>& paths,
+                                                const std::vector<std::string>& names, GntJobs jobs);
+    void removeHeadSplitNodes();
+
+    DzAppSettings settings;
+    DzContentMgr& contentManager;
+    const std::shared_ptr<GntParams> pParams;
+    MorphValues activeMorphs;
+    std::string tempFolder;
+    std::array<std::string, GNT_FIGURE_FILES.size()> figureFiles; ///< absolute, in GntLoadFigure's order
+    kst::NodeList nodeList;
+    QString savedSourceLabel; ///< empty when the source has its own label
+    std::map<DzFloatProperty*, float> savedValues; ///< of the target, from before the conversion
+    kst::daz::NodeResolution sourceResolution = kst::daz::NodeResolution::Unknown;
+    bool sourceResolutionChanged = false;
+    bool debugSteps = false; ///< asks before each step
+    bool headSplitLoaded = false;
+    std::vector<DzNode*> headSplitNodes; ///< what the D-Former's load added; may be gone again
+};

@@ -1,0 +1,49 @@
+// The figures and choices of one conversion.
+// SPDX-License-Identifier: MIT
+
+#include "plugin/gnt_params.h"
+
+#include "shared/ks_daz-helpers.h"
+#include "shared/ks_property-setting.h"
+
+#include <dzfigure.h>
+#include <dzfloatproperty.h>
+
+std::string_view GntClonePropertyName(GntCloneShape cloneShape)
+{
+    switch (cloneShape) {
+    case GntCloneShape::Genesis3Female:
+        return "CloneGenesis3Female";
+    case GntCloneShape::Genesis3Male:
+        return "CloneGenesis3Male";
+    case GntCloneShape::Genesis8Female:
+        return "CloneGenesis8Female";
+    case GntCloneShape::Genesis8Male:
+        return "CloneGenesis8Male";
+    }
+    return {};
+}
+
+bool GntNeedsThighPose(GntCloneShape cloneShape)
+{
+    return cloneShape == GntCloneShape::Genesis8Female || cloneShape == GntCloneShape::Genesis8Male;
+}
+
+GntParams::GntParams(DzFigure& source, int subdLevelSource, GntCloneShape clone, DzFigure& target,
+                     DzFloatProperty& targetHeight)
+    : figSource(source), iSubdLevelSource(subdLevelSource), cloneShape(clone), figTarget(target),
+      propTargetHeight(targetHeight),
+      settingCloneShape(std::make_shared<kst::FloatPropertySetting>(*findPropertyInTarget(GntClonePropertyName(clone)))),
+      settingBaseFeminine(
+          std::make_shared<kst::FloatPropertySetting>(*findPropertyInTarget("BaseFeminine_figure_ctrl_Character"))),
+      settingBaseMasculine(
+          std::make_shared<kst::FloatPropertySetting>(*findPropertyInTarget("BaseMasculine_figure_ctrl_Character"))),
+      settingProportionHeight(
+          std::make_shared<kst::FloatPropertySetting>(*findPropertyInTarget("body_bs_ProportionHeight")))
+{
+}
+
+DzFloatProperty* GntParams::findPropertyInTarget(std::string_view name) const
+{
+    return kst::daz::FindFloatProperty(figTarget, kst::daz::PropertyLocation::Any, name, true);
+}

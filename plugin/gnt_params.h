@@ -1,0 +1,67 @@
+// The figures and choices of one conversion.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "shared/ks_flag-set.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+class DzFigure;
+class DzFloatProperty;
+class DzProperty;
+
+namespace kst {
+class FloatPropertySetting;
+}
+
+/// Which of the target's clone shapes corresponds to the source's generation. Genesis 8.1 uses Genesis 8's.
+enum class GntCloneShape : int { Genesis3Female, Genesis3Male, Genesis8Female, Genesis8Male };
+
+/// The target's float property of a clone shape; empty for a value outside the enumeration.
+std::string_view GntClonePropertyName(GntCloneShape cloneShape);
+/// Genesis 8 stands with its legs further apart than Genesis 9, so the target's thighs are turned for it.
+bool GntNeedsThighPose(GntCloneShape cloneShape);
+
+enum class GntResolution : int { Base, Subd };
+
+enum class GntJobFlag : int { Full = 1, Head = 2, Body = 4 };
+typedef kst::FlagSet<GntJobFlag> GntJobs;
+
+/// Index into lists that hold one value a job.
+enum GntJobIndex : int { GntFull = 0, GntHead = 1, GntBody = 2 };
+
+/// One morph that a conversion made.
+struct GntCreatedMorph {
+    int kind;                  ///< a GntJobIndex
+    std::string name;          ///< as the user chose it
+    DzFloatProperty* property; ///< on the target; borrowed
+};
+
+/// Shared by the converter and the dialogs. Figures and properties are the scene's and are borrowed.
+class GntParams {
+public:
+    /// Finds the four base dials on the target.
+    /// @throws kst::Exception  the target lacks one of them
+    GntParams(DzFigure& source, int subdLevelSource, GntCloneShape clone, DzFigure& target,
+              DzFloatProperty& targetHeight);
+    GntParams(const GntParams&) = delete;
+    GntParams& operator=(const GntParams&) = delete;
+
+    /// Looks on the node, then its modifiers, then its shape.
+    /// @return never null
+    /// @throws kst::Exception  there is none, or it is no float property
+    DzFloatProperty* findPropertyInTarget(std::string_view name) const;
+
+    DzFigure& figSource;
+    const int iSubdLevelSource; ///< at the moment of selection
+    const GntCloneShape cloneShape;
+    DzFigure& figTarget;
+    DzFloatProperty& propTargetHeight;
+    const std::shared_ptr<kst::FloatPropertySetting> settingCloneShape;
+    const std::shared_ptr<kst::FloatPropertySetting> settingBaseFeminine;
+    const std::shared_ptr<kst::FloatPropertySetting> settingBaseMasculine;
+    const std::shared_ptr<kst::FloatPropertySetting> settingProportionHeight;
+};

@@ -1,0 +1,12 @@
+// What the shared library is told about this product.
+// SPDX-License-Identifier: MIT
+
+#include "shared/ks_product.h"
+
+namespace kst { namespace product {
+
+const char* const TITLE = "Kestrom's Gantrel";
+const char* const LOG_PREFIX = "KeGNT: ";
+const Version VERSION = {1, 0, 5};
+
+}} // namespace kst::product

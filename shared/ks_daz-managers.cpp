@@ -1,0 +1,97 @@
+// The host's managers, each returned or missed with its fixed message.
+// SPDX-License-Identifier: MIT
+
+#include "shared/ks_daz-managers.h"
+
+#include "shared/ks_exception.h"
+#include "shared/ks_string.h"
+
+#include <dzaction.h>
+#include <dzactionmgr.h>
+#include <dzapp.h>
+#include <dzassetiomgr.h>
+#include <dzassetmgr.h>
+#include <dzcontentmgr.h>
+#include <dzexporter.h>
+#include <dzexportmgr.h>
+#include <dzimporter.h>
+#include <dzimportmgr.h>
+#include <dzmainwindow.h>
+#include <dzplugin.h>
+#include <dzpluginmgr.h>
+
+namespace kst { namespace daz {
+
+namespace {
+
+template <class T>
+T* CheckedIf(T* manager, bool throwIfMissing, const char* message)
+{
+    if (!manager && throwIfMissing)
+        throw Exception(message);
+    return manager;
+}
+
+} // namespace
+
+DzMainWindow* GetMainWindow(bool throwIfMissing)
+{
+    return CheckedIf(dzApp->getInterface(), throwIfMissing, "failed to get Daz Studio main window");
+}
+
+DzContentMgr& GetContentMgr_X()
+{
+    return *CheckedIf(dzApp->getContentMgr(), true, "failed to get Daz Studio content manager");
+}
+
+DzAssetMgr& GetAssetMgr_X()
+{
+    return *CheckedIf(dzApp->getAssetMgr(), true, "failed to get Daz Studio asset manager");
+}
+
+DzAssetIOMgr& GetAssetIOMgr_X()
+{
+    return *CheckedIf(dzApp->getAssetIOMgr(), true, "failed to get Daz Studio asset IO manager");
+}
+
+DzExporter& GetObjExporter_X()
+{
+    DzExportMgr* const manager = dzApp->getExportMgr();
+    return *CheckedIf(manager ? manager->findExporterByClassName(QLatin1String("DzObjExporter")) : nullptr, true,
+                      "failed to find DzObjExporter");
+}
+
+DzImporter& GetObjImporter_X()
+{
+    DzImportMgr* const manager = dzApp->getImportMgr();
+    return *CheckedIf(manager ? manager->findImporterByClassName(QLatin1String("DzObjImporter")) : nullptr, true,
+                      "failed to find DzObjImporter");
+}
+
+DzActionMgr* GetActionMgr(bool throwIfMissing)
+{
+    const DzMainWindow* const window = GetMainWindow(throwIfMissing);
+    return window ? CheckedIf(window->getActionMgr(), throwIfMissing, "failed to get Daz Studio action manager")
+                  : nullptr;
+}
+
+DzAction* FindActionOrThrow(const char* className, bool throwIfMissing)
+{
+    const DzActionMgr* const manager = GetActionMgr(throwIfMissing);
+    DzAction* const action = manager ? manager->findAction(QLatin1String(className)) : nullptr;
+    if (!action && throwIfMissing)
+        throw Exception("failed to find action {}", str::Quote(className));
+    return action;
+}
+
+bool IsHdMorphPluginPresent()
+{
+    const DzPluginMgr* const manager = dzApp->getPluginMgr();
+    if (!manager)
+        return false;
+    const DzPlugin* const plugin =
+        manager->findPlugin(QLatin1String("Morph Loader Pro SubDivision Resolution"));
+    return plugin && plugin->isActivated() && plugin->getStatus() == DzPlugin::Loaded;
+}
+
+}} // namespace kst::daz
