@@ -1,0 +1,24 @@
+// Morph deltas as geometry deltas.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dzmorphdeltas.h"
+#include "geometry/deltas.h"
+
+#include <functional>
+
+namespace openhost {
+
+class DeltasAccess {
+public:
+    /// Reads them now if they are still in their file. Empty, and a warning in the log once, when that fails.
+    static const geometry::SparseDeltas& deltas(const DzMorphDeltas& deltas);
+    /// @param vertexCount  of the base mesh; 0 when not known
+    static DzMorphDeltas* create(geometry::SparseDeltas deltas, int vertexCount);
+    static void assign(DzMorphDeltas& target, geometry::SparseDeltas deltas);
+    /// Called when the deltas are first needed, and again after unLoadDeltas(). May throw geometry::Error.
+    static void setLoader(DzMorphDeltas& target, std::function<geometry::SparseDeltas()> loader);
+};
+
+} // namespace openhost

@@ -1,0 +1,252 @@
+// Modifiers, morphs and D-Formers.
+// SPDX-License-Identifier: MIT
+
+#include "dzdform.h"
+#include "dzdformbase.h"
+#include "dzdformmodifier.h"
+#include "dzdformzone.h"
+#include "dzfloatproperty.h"
+#include "dzmorph.h"
+#include "dzmorphdeltas.h"
+#include "dzobject.h"
+#include "dzpresentation.h"
+#include "host/figure/modifier_impl.h"
+#include "host/figure/pipeline.h"
+
+DzModifier::DzModifier() : _modifier(new ModifierImpl) {}
+DzModifier::~DzModifier() = default;
+
+DzObject* DzModifier::getObject() const
+{
+    return _modifier->object;
+}
+DzNode* DzModifier::getNode() const
+{
+    return _modifier->object ? _modifier->object->getNode() : nullptr;
+}
+DzElement* DzModifier::getElementParent() const
+{
+    return _modifier->object;
+}
+DzPresentation* DzModifier::getPresentation() const
+{
+    return _modifier->presentation.get();
+}
+void DzModifier::setPresentation(DzPresentation* presentation)
+{
+    _modifier->presentation.reset(presentation);
+}
+
+void DzModifier::renamed(const QString& oldName)
+{
+    if (_modifier->object)
+        _modifier->object->modifierRenamed(this, oldName);
+}
+
+void DzModifier::propertyValueChanged(DzProperty*)
+{
+    emit currentValueChanged();
+}
+
+void DzModifier::appendTreeMembers(QList<const DzElement*>*) const {}
+
+DzMorph::DzMorph() : _morph(new MorphImpl)
+{
+    makeDial();
+    setDeltas(new DzMorphDeltas);
+}
+
+DzMorph::DzMorph(DzMorphDeltas* deltas) : _morph(new MorphImpl)
+{
+    makeDial();
+    setDeltas(deltas ? deltas : new DzMorphDeltas);
+}
+
+DzMorph::~DzMorph() = default;
+
+void DzMorph::makeDial()
+{
+    auto* const dial = new DzFloatProperty(QStringLiteral("Value"), true, true);
+    dial->setMinMax(0.0f, 1.0f);
+    dial->setIsClamped(true);
+    dial->setDisplayAsPercent(true);
+    dial->setSensitivity(0.01f);
+    dial->setPath(QStringLiteral("/Morphs"));
+    addProperty(dial);
+    _morph->dial = dial;
+}
+
+QString DzMorph::getLabel() const
+{
+    const QString label = _morph->dial->getLabel();
+    return label == _morph->dial->getName() && !getName().isEmpty() ? getName() : label;
+}
+
+DzError DzMorph::setLabel(const QString& label)
+{
+    _morph->dial->setLabel(label);
+    return DzModifier::setLabel(label);
+}
+
+DzMorphDeltas* DzMorph::getDeltas() const
+{
+    return _morph->deltas;
+}
+
+void DzMorph::setDeltas(DzMorphDeltas* deltas)
+{
+    if (!deltas || deltas == _morph->deltas)
+        return;
+    if (_morph->deltas)
+        disconnect(_morph->deltas, SIGNAL(deltasChanged()), this, SLOT(handleDeltasChanged()));
+    _morph->deltas = deltas;
+    connect(deltas, SIGNAL(deltasChanged()), this, SLOT(handleDeltasChanged()));
+    handleDeltasChanged();
+}
+
+void DzMorph::handleDeltasChanged()
+{
+    if (DzObject* const object = getObject())
+        object->pipeline().morphChanged(*this, true);
+    emit deltasChanged();
+}
+
+DzFloatProperty* DzMorph::getValueControl() const
+{
+    return _morph->dial;
+}
+DzFloatProperty* DzMorph::getValueChannel() const
+{
+    return _morph->dial;
+}
+DzUri DzMorph::getAssetUri() const
+{
+    return _morph->assetUri;
+}
+void DzMorph::setAssetUri(const DzUri& uri)
+{
+    _morph->assetUri = uri;
+}
+
+bool DzMorph::modifyAsset()
+{
+    _morph->assetModified = true;
+    return true;
+}
+
+bool DzMorph::isAssetModified() const
+{
+    return _morph->assetModified;
+}
+int DzMorph::getHDLimit() const
+{
+    return _morph->hdLimit;
+}
+
+void DzMorph::setHDLimit(int level)
+{
+    if (level == _morph->hdLimit)
+        return;
+    _morph->hdLimit = level;
+    emit hdLimitChanged();
+}
+
+void DzMorph::propertyValueChanged(DzProperty* property)
+{
+    if (property == _morph->dial && getObject())
+        getObject()->pipeline().morphChanged(*this, false);
+    DzModifier::propertyValueChanged(property);
+}
+
+DzDForm::DzDForm() : _base(nullptr), _zone(nullptr) {}
+
+DzDForm::~DzDForm()
+{
+    for (DzDFormModifier* modifier : std::as_const(_modifiers))
+        modifier->_former = nullptr;
+}
+
+void DzDForm::setBase(DzDFormBase* base)
+{
+    _base = base;
+    if (base)
+        connect(base, SIGNAL(destroyed(QObject*)), SLOT(handleNodeDestroyed(QObject*)));
+}
+
+void DzDForm::setZone(DzDFormZone* zone)
+{
+    _zone = zone;
+    if (zone)
+        connect(zone, SIGNAL(destroyed(QObject*)), SLOT(handleNodeDestroyed(QObject*)));
+}
+
+void DzDForm::handleNodeDestroyed(QObject* node)
+{
+    if (node == _base)
+        _base = nullptr;
+    if (node == _zone)
+        _zone = nullptr;
+}
+
+int DzDForm::getNumModifiers() const
+{
+    return _modifiers.size();
+}
+DzDFormModifier* DzDForm::getModifier(int index) const
+{
+    return _modifiers.value(index);
+}
+
+DzDFormModifier* DzDForm::getModifierForNode(const DzNode* node) const
+{
+    for (DzDFormModifier* modifier : _modifiers) {
+        if (modifier->getNode() == node)
+            return modifier;
+    }
+    return nullptr;
+}
+
+DzDFormModifier* DzDForm::applyToNode(DzNode* node)
+{
+    if (!node || !node->getObject())
+        return nullptr;
+    if (DzDFormModifier* const present = getModifierForNode(node))
+        return present;
+    auto* const modifier = new DzDFormModifier(this);
+    modifier->setName(getName());
+    modifier->setLabel(getLabel());
+    node->getObject()->addModifier(modifier);
+    return modifier;
+}
+
+void DzDForm::leftScene()
+{
+    for (DzDFormModifier* modifier : QList<DzDFormModifier*>(_modifiers)) {
+        if (modifier->getObject())
+            modifier->getObject()->removeModifier(modifier);
+    }
+    DzNode::leftScene();
+}
+
+DzDFormBase::DzDFormBase() = default;
+DzDFormBase::~DzDFormBase() = default;
+DzDFormZone::DzDFormZone() : _mode(Sphere) {}
+DzDFormZone::~DzDFormZone() = default;
+
+DzDFormModifier::DzDFormModifier(DzDForm* former) : _former(former)
+{
+    if (former)
+        former->_modifiers.append(this);
+}
+
+DzDFormModifier::~DzDFormModifier()
+{
+    if (_former)
+        _former->_modifiers.removeOne(this);
+}
+
+DzError DzDFormModifier::setInfluenceWeights(DzWeightMap* weights)
+{
+    _weights = weights;
+    return DZ_NO_ERROR;
+}

@@ -1,0 +1,236 @@
+// Objects: shapes and the modifier stack.
+// SPDX-License-Identifier: MIT
+
+#include "dzobject.h"
+
+#include "dzdformmodifier.h"
+#include "dzfacetmesh.h"
+#include "dzmorph.h"
+#include "dznode.h"
+#include "dzshape.h"
+#include "dzskinbinding.h"
+#include "host/figure/mesh_access.h"
+#include "host/figure/modifier_impl.h"
+#include "host/figure/pipeline.h"
+#include "openhost/operations.h"
+
+#include <QHash>
+
+struct DzObject::Impl {
+    DzNode* node = nullptr;
+    QList<DzShape*> shapes;
+    QList<DzModifier*> modifiers;
+    QHash<QString, QList<DzModifier*>> byName;
+    std::unique_ptr<openhost::Pipeline> pipeline;
+};
+
+namespace {
+
+int SectionOf(const DzModifier* modifier)
+{
+    if (qobject_cast<const DzMorph*>(modifier))
+        return 0;
+    if (qobject_cast<const DzDFormModifier*>(modifier))
+        return 1;
+    return qobject_cast<const DzSkinBinding*>(modifier) ? 2 : 3;
+}
+
+} // namespace
+
+DzObject::DzObject() : _impl(new Impl)
+{
+    _impl->pipeline.reset(new openhost::Pipeline(*this));
+}
+
+DzObject::~DzObject()
+{
+    const QList<DzModifier*> modifiers = _impl->modifiers;
+    _impl->modifiers.clear();
+    _impl->byName.clear();
+    for (DzModifier* modifier : modifiers) {
+        modifier->_modifier->object = nullptr;
+        delete modifier;
+    }
+    for (DzShape* shape : std::as_const(_impl->shapes)) {
+        shape->_object = nullptr;
+        delete shape;
+    }
+    _impl->shapes.clear();
+}
+
+DzNode* DzObject::getNode() const
+{
+    return _impl->node;
+}
+DzElement* DzObject::getElementParent() const
+{
+    return _impl->node;
+}
+
+void DzObject::setNode(DzNode* node)
+{
+    _impl->node = node;
+    _impl->pipeline->jointsChanged();
+}
+
+void DzObject::nodeMoved()
+{
+    _impl->pipeline->placeChanged();
+}
+void DzObject::nodeLeftScene()
+{
+    _impl->pipeline->release();
+}
+openhost::Pipeline& DzObject::pipeline() const
+{
+    return *_impl->pipeline;
+}
+
+int DzObject::getNumModifiers() const
+{
+    return _impl->modifiers.size();
+}
+
+DzModifier* DzObject::getModifier(int index) const
+{
+    return index >= 0 && index < _impl->modifiers.size() ? _impl->modifiers.at(index) : nullptr;
+}
+
+DzModifierIterator DzObject::modifierIterator() const
+{
+    return DzModifierIterator(_impl->modifiers);
+}
+
+DzModifier* DzObject::findModifier(const QString& name) const
+{
+    const auto found = _impl->byName.constFind(name);
+    if (found == _impl->byName.constEnd())
+        return nullptr;
+    DzModifier* first = found->first();
+    for (int i = 1; i < found->size(); ++i) {
+        if (findModifierIndex(found->at(i)) < findModifierIndex(first))
+            first = found->at(i);
+    }
+    return first;
+}
+
+int DzObject::findModifierIndex(const DzModifier* modifier) const
+{
+    return _impl->modifiers.indexOf(const_cast<DzModifier*>(modifier));
+}
+
+DzError DzObject::addModifier(DzModifier* modifier, int index)
+{
+    if (!modifier)
+        return DZ_NULL_POINTER_ERROR;
+    if (modifier->_modifier->object)
+        return DZ_ILLEGAL_ARGUMENT_ERROR;
+    auto* const morph = qobject_cast<DzMorph*>(modifier);
+    if (morph && openhost::IsListening() && !openhost::AllowOperation("morph", morph->getName()))
+        return DZ_OPERATION_FAILED_ERROR;
+    int position = index;
+    if (index < 0 || index > _impl->modifiers.size()) {
+        position = _impl->modifiers.size();
+        const int section = SectionOf(modifier);
+        while (position > 0 && SectionOf(_impl->modifiers.at(position - 1)) > section)
+            --position;
+    }
+    _impl->modifiers.insert(position, modifier);
+    _impl->byName[modifier->getName()].append(modifier);
+    modifier->_modifier->object = this;
+    if (morph)
+        _impl->pipeline->morphAdded(*morph);
+    else
+        _impl->pipeline->jointsChanged();
+    propertyPathChanged();
+    emit modifier->added();
+    emit modifierAdded(modifier);
+    emit modifierStackChanged();
+    return DZ_NO_ERROR;
+}
+
+DzError DzObject::removeModifier(DzModifier* modifier)
+{
+    if (!modifier || modifier->_modifier->object != this)
+        return DZ_NOT_FOUND_ERROR;
+    if (auto* const morph = qobject_cast<DzMorph*>(modifier))
+        _impl->pipeline->morphRemoved(*morph);
+    else
+        _impl->pipeline->jointsChanged();
+    _impl->modifiers.removeOne(modifier);
+    modifierRenamed(modifier, modifier->getName());
+    modifier->_modifier->object = nullptr;
+    propertyPathChanged();
+    emit modifier->removed();
+    emit modifierRemoved(modifier);
+    emit modifierStackChanged();
+    delete modifier;
+    return DZ_NO_ERROR;
+}
+
+void DzObject::modifierRenamed(DzModifier* modifier, const QString& oldName)
+{
+    QList<DzModifier*>& old = _impl->byName[oldName];
+    old.removeOne(modifier);
+    if (old.isEmpty())
+        _impl->byName.remove(oldName);
+    if (modifier->getName() != oldName)
+        _impl->byName[modifier->getName()].append(modifier);
+}
+
+DzShape* DzObject::getCurrentShape() const
+{
+    return getShape(0);
+}
+
+DzError DzObject::addShape(DzShape* shape, int index)
+{
+    if (!shape)
+        return DZ_NULL_POINTER_ERROR;
+    if (shape->_object)
+        return DZ_ILLEGAL_ARGUMENT_ERROR;
+    const bool append = index < 0 || index > _impl->shapes.size();
+    _impl->shapes.insert(append ? _impl->shapes.size() : index, shape);
+    shape->_object = this;
+    _impl->pipeline->baseChanged();
+    propertyPathChanged();
+    return DZ_NO_ERROR;
+}
+
+DzShape* DzObject::getShape(int index) const
+{
+    return index >= 0 && index < _impl->shapes.size() ? _impl->shapes.at(index) : nullptr;
+}
+
+int DzObject::getNumShapes() const
+{
+    return _impl->shapes.size();
+}
+
+DzVertexMesh* DzObject::getCachedGeom() const
+{
+    return _impl->pipeline->hasMesh() ? _impl->pipeline->cachedMesh() : nullptr;
+}
+
+void DzObject::forceCacheUpdate(DzNode*, bool)
+{
+    getCachedGeom();
+}
+void DzObject::invalidateCache()
+{
+    _impl->pipeline->baseChanged();
+}
+
+DzBox3 DzObject::getBoundingBox() const
+{
+    const geometry::Box3f box = _impl->pipeline->worldBox();
+    return box.isEmpty() ? DzBox3() : DzBox3(openhost::ToDz(box.min), openhost::ToDz(box.max));
+}
+
+void DzObject::appendTreeMembers(QList<const DzElement*>* members) const
+{
+    for (const DzShape* shape : std::as_const(_impl->shapes))
+        members->append(shape);
+    for (const DzModifier* modifier : std::as_const(_impl->modifiers))
+        members->append(modifier);
+}

@@ -1,0 +1,364 @@
+// From dials to the mesh in the world, stage by stage.
+// SPDX-License-Identifier: MIT
+
+// Before Qt, whose keyword emit names a function there.
+#include <tbb/parallel_for.h>
+
+#include "host/figure/pipeline.h"
+
+#include "dzbone.h"
+#include "dzfacetshape.h"
+#include "dzfloatproperty.h"
+#include "dzskeleton.h"
+#include "dzskinbinding.h"
+#include "geometry/errors.h"
+#include "host/figure/deltas_access.h"
+#include "host/figure/mesh_access.h"
+#include "host/figure/modifier_impl.h"
+#include "host/figure/skin_access.h"
+#include "host/figure/subdivision_cache.h"
+#include "host/scene/host_log.h"
+#include "host/scene/node_transform.h"
+
+#include <QHash>
+
+#include <algorithm>
+
+namespace openhost {
+
+using geometry::Span;
+using geometry::Vec3f;
+
+Pipeline::Pipeline(DzObject& object) : _object(object) {}
+
+Pipeline::~Pipeline()
+{
+    release();
+}
+
+void Pipeline::release()
+{
+    invalidate(Morphs);
+    _sumValid = false;
+    _hot = nullptr;
+    std::vector<Vec3f>().swap(_others);
+    std::vector<Vec3f>().swap(_morphed);
+    std::vector<Vec3f>().swap(_posed);
+    std::vector<Vec3f>().swap(_placed);
+    _subdivision.reset();
+    if (_result)
+        _result->unref();
+    _result = nullptr;
+}
+
+void Pipeline::invalidate(Stage first)
+{
+    const bool wasFresh = !_stale[Result];
+    for (int stage = first; stage < StageCount; ++stage)
+        _stale[stage] = true;
+    if (wasFresh)
+        emit _object.cachedGeomInvalidated();
+}
+
+bool Pipeline::takeStale(Stage stage)
+{
+    const bool stale = _stale[stage];
+    _stale[stage] = false;
+    return stale;
+}
+
+void Pipeline::baseChanged()
+{
+    _sumValid = false;
+    _hot = nullptr;
+    _skinFailed = false;
+    _subdivision.reset();
+    invalidate(Morphs);
+}
+
+void Pipeline::jointsChanged()
+{
+    _skinFailed = false;
+    invalidate(Skinning);
+}
+
+void Pipeline::placeChanged()
+{
+    invalidate(Place);
+}
+void Pipeline::resolutionChanged()
+{
+    invalidate(Result);
+}
+
+void Pipeline::morphAdded(DzMorph& morph)
+{
+    morph._morph->sequence = ++_lastSequence;
+    morph._morph->applied = 0.0f;
+    morphChanged(morph, false);
+}
+
+void Pipeline::morphRemoved(DzMorph& morph)
+{
+    _pending.erase(std::remove(_pending.begin(), _pending.end(), &morph), _pending.end());
+    morph._morph->pending = false;
+    const auto active = std::find(_active.begin(), _active.end(), &morph);
+    if (active == _active.end())
+        return;
+    _active.erase(active);
+    _sumValid = false;
+    _hot = nullptr;
+    invalidate(Morphs);
+}
+
+void Pipeline::morphChanged(DzMorph& morph, bool deltasToo)
+{
+    // A morph at 0 that stays at 0 changes nothing; its dial is read with the others.
+    if (deltasToo && morph._morph->applied != 0.0f) {
+        _sumValid = false;
+        _hot = nullptr;
+    }
+    if (!morph._morph->pending) {
+        morph._morph->pending = true;
+        _pending.push_back(&morph);
+    }
+    invalidate(Morphs);
+}
+
+DzFacetShape* Pipeline::shape() const
+{
+    return qobject_cast<DzFacetShape*>(_object.getCurrentShape());
+}
+
+bool Pipeline::hasMesh() const
+{
+    const DzFacetShape* const facets = shape();
+    return facets && facets->getFacetMesh();
+}
+
+const geometry::PolygonMesh& Pipeline::base() const
+{
+    return MeshAccess::mesh(*shape()->getFacetMesh());
+}
+
+int Pipeline::level() const
+{
+    return shape()->getSubDDrawLevel();
+}
+
+// The morphs whose dials differ from what the sum holds; the list of active ones is brought up to date.
+bool Pipeline::readPending(std::vector<DzMorph*>* changed)
+{
+    std::vector<DzMorph*> pending;
+    pending.swap(_pending);
+    for (DzMorph* morph : pending) {
+        DzMorph::MorphImpl& state = *morph->_morph;
+        state.pending = false;
+        const float value = morph->getValueControl()->getValue();
+        if (value == state.applied)
+            continue;
+        const auto place = std::lower_bound(
+            _active.begin(), _active.end(), state.sequence,
+            [](const DzMorph* m, std::uint64_t sequence) { return m->_morph->sequence < sequence; });
+        if (state.applied == 0.0f)
+            _active.insert(place, morph);
+        else if (value == 0.0f)
+            _active.erase(place);
+        state.applied = value;
+        changed->push_back(morph);
+    }
+    return !changed->empty();
+}
+
+void Pipeline::addMorph(DzMorph& morph, std::vector<Vec3f>* positions)
+{
+    if (morph._morph->applied == 0.0f)
+        return;
+    const geometry::SparseDeltas& deltas = DeltasAccess::deltas(*morph.getDeltas());
+    if (!deltas.empty() && deltas.vertices.back() >= positions->size()) {
+        LogWarning(QStringLiteral("morph %1 moves vertex %2 of a mesh with %3; it is left out")
+                       .arg(morph.getName())
+                       .arg(deltas.vertices.back())
+                       .arg(positions->size()));
+        return;
+    }
+    geometry::AddDeltas(Span<Vec3f>(*positions), deltas, morph._morph->applied);
+}
+
+void Pipeline::sumMorphs(const DzMorph* except, std::vector<Vec3f>* positions)
+{
+    *positions = base().positions;
+    for (DzMorph* morph : _active) {
+        if (morph != except)
+            addMorph(*morph, positions);
+    }
+}
+
+// While one dial is being moved, the sum of all others is kept. It is made from the base mesh each time the
+// dial changes hands, so nothing drifts.
+void Pipeline::updateMorphs()
+{
+    std::vector<DzMorph*> changed;
+    if (!readPending(&changed) && _sumValid)
+        return;
+    if (_sumValid && changed.size() == 1) {
+        if (_hot != changed.front()) {
+            _hot = changed.front();
+            sumMorphs(_hot, &_others);
+        }
+        _morphed = _others;
+        addMorph(*_hot, &_morphed);
+        return;
+    }
+    _hot = nullptr;
+    sumMorphs(nullptr, &_morphed);
+    _sumValid = true;
+}
+
+Span<const Vec3f> Pipeline::morphedCage()
+{
+    if (takeStale(Morphs))
+        updateMorphs();
+    return _morphed;
+}
+
+SkinPose Pipeline::skinPose() const
+{
+    SkinPose pose;
+    DzSkeleton* const skeleton = qobject_cast<DzSkeleton*>(_object.getNode());
+    const DzSkinBinding* binding = nullptr;
+    for (int i = _object.getNumModifiers() - 1; i >= 0 && !binding; --i)
+        binding = qobject_cast<const DzSkinBinding*>(_object.getModifier(i));
+    if (!skeleton || !binding || skeleton->bones().isEmpty())
+        return pose;
+
+    std::vector<geometry::Joint> joints;
+    QHash<const DzNode*, int> indices;
+    for (const DzBone* bone : skeleton->bones()) {
+        const LocalPlace place = ReadPlace(*bone);
+        geometry::Joint joint;
+        joint.center = place.center;
+        joint.orientation = place.orientation;
+        joint.order = place.order;
+        joint.rotation = place.rotation;
+        joint.translation = place.translation;
+        joint.scale = place.scale;
+        joint.inheritsScale = bone->inheritsScale();
+        for (const DzNode* up = bone->getNodeParent(); up && up != skeleton && joint.parent < 0;
+             up = up->getNodeParent())
+            joint.parent = indices.value(up, -1);
+        indices.insert(bone, static_cast<int>(joints.size()));
+        pose.atRest = pose.atRest && place.isAtRest();
+        joints.push_back(joint);
+    }
+    pose.poses = geometry::EvaluateSkeleton(joints);
+    pose.weights = &SkinAccess::weights(*binding, *skeleton, base().vertexCount());
+    pose.mode = binding->getGeneralMapMode() == DzSkinBinding::Linear ? geometry::SkinMode::Linear
+                                                                      : geometry::SkinMode::DualQuaternion;
+    return pose;
+}
+
+void Pipeline::updateSkin()
+{
+    _isPosed = false;
+    if (_skinFailed)
+        return;
+    try {
+        const SkinPose pose = skinPose();
+        if (pose.atRest || !pose.weights)
+            return;
+        _posed = geometry::Skin(_morphed, *pose.weights, pose.poses, pose.mode);
+        _isPosed = true;
+    } catch (const geometry::Error& error) {
+        _skinFailed = true;
+        LogWarning(QStringLiteral("cannot pose %1: %2")
+                       .arg(_object.getNode() ? _object.getNode()->getLabel() : _object.getName(),
+                            QString::fromUtf8(error.what())));
+    }
+}
+
+Span<const Vec3f> Pipeline::posedCage()
+{
+    const Span<const Vec3f> morphed = morphedCage();
+    if (takeStale(Skinning))
+        updateSkin();
+    return _isPosed ? Span<const Vec3f>(_posed) : morphed;
+}
+
+Span<const Vec3f> Pipeline::worldCage()
+{
+    const Span<const Vec3f> posed = posedCage();
+    if (takeStale(Place)) {
+        const DzNode* const node = _object.getNode();
+        const NodeTransform transform = node ? WorldTransform(*node) : NodeTransform();
+        _isPlaced = !transform.isIdentity();
+        _placed.resize(_isPlaced ? posed.size() : 0);
+        tbb::parallel_for(std::size_t(0), _placed.size(), [&](std::size_t i) {
+            _placed[i] = geometry::FromEigen(transform.apply(geometry::ToEigen(posed[i])));
+        });
+    }
+    return _isPlaced ? Span<const Vec3f>(_placed) : posed;
+}
+
+std::shared_ptr<const geometry::Subdivision> Pipeline::subdivision(int levels) const
+{
+    const geometry::PolygonMesh& cage = base();
+    if (!_subdivision || _subdivision->levels() < levels || _subdivision->topology(0) != cage.topology)
+        _subdivision =
+            FindSubdivision(cage.topology, levels, MeshAccess::boundaryRule(*shape()->getFacetMesh()));
+    return _subdivision;
+}
+
+void Pipeline::updateWorld()
+{
+    const Span<const Vec3f> cage = worldCage();
+    if (!takeStale(Result))
+        return;
+    geometry::PolygonMesh mesh;
+    mesh.topology = base().topology;
+    int reached = 0;
+    try {
+        if (level() > 0) {
+            const auto refinement = subdivision(level());
+            mesh.positions = refinement->refine(cage, 0, level());
+            mesh.topology = refinement->topology(level());
+            reached = level();
+        }
+    } catch (const geometry::Error& error) {
+        LogWarning(QStringLiteral("cannot subdivide %1: %2")
+                       .arg(_object.getName(), QString::fromUtf8(error.what())));
+    }
+    if (reached == 0)
+        mesh.positions.assign(cage.begin(), cage.end());
+    _boxStale = true;
+    if (!_result) {
+        _result = new DzFacetMesh;
+        _result->ref();
+    }
+    MeshAccess::assign(*_result, std::move(mesh), reached);
+    emit _object.cachedGeomUpdated();
+}
+
+const geometry::PolygonMesh& Pipeline::world()
+{
+    return MeshAccess::mesh(*cachedMesh());
+}
+
+DzFacetMesh* Pipeline::cachedMesh()
+{
+    updateWorld();
+    return _result;
+}
+
+geometry::Box3f Pipeline::worldBox()
+{
+    if (!hasMesh())
+        return geometry::Box3f();
+    updateWorld();
+    if (_boxStale)
+        _box = geometry::BoundingBox(world().positions);
+    _boxStale = false;
+    return _box;
+}
+
+} // namespace openhost

@@ -1,0 +1,38 @@
+// Refinements shared between figures.
+// SPDX-License-Identifier: MIT
+
+#include "host/figure/subdivision_cache.h"
+
+#include <algorithm>
+
+namespace openhost {
+
+namespace {
+
+struct Entry {
+    std::weak_ptr<const geometry::Topology> cage;
+    geometry::BoundaryRule rule;
+    std::weak_ptr<const geometry::Subdivision> refinement;
+};
+
+} // namespace
+
+std::shared_ptr<const geometry::Subdivision>
+FindSubdivision(const std::shared_ptr<const geometry::Topology>& cage, int levels,
+                geometry::BoundaryRule rule)
+{
+    static std::vector<Entry> entries;
+    entries.erase(
+        std::remove_if(entries.begin(), entries.end(), [](const Entry& e) { return e.refinement.expired(); }),
+        entries.end());
+    for (const Entry& entry : entries) {
+        const auto refinement = entry.refinement.lock();
+        if (refinement && entry.cage.lock() == cage && entry.rule == rule && refinement->levels() >= levels)
+            return refinement;
+    }
+    const auto made = std::make_shared<const geometry::Subdivision>(cage, levels, rule);
+    entries.push_back({cage, rule, made});
+    return made;
+}
+
+} // namespace openhost

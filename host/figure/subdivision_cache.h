@@ -1,0 +1,16 @@
+// Refinements shared between figures.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/subdivision.h"
+
+namespace openhost {
+
+/// The refinement of a topology to at least the given level; one that is in use anywhere is handed out again.
+/// @throws geometry::TopologyError  see geometry::Subdivision
+std::shared_ptr<const geometry::Subdivision>
+FindSubdivision(const std::shared_ptr<const geometry::Topology>& cage, int levels,
+                geometry::BoundaryRule rule);
+
+} // namespace openhost

@@ -1,0 +1,32 @@
+// One bone's part of a skin.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dzbase.h"
+#include "dzweightmap.h"
+
+class DzBone;
+class DzSkinBinding;
+
+class DzBoneBinding : public DzBase {
+    Q_OBJECT
+public:
+    explicit DzBoneBinding(DzBone* bone = 0);
+    ~DzBoneBinding();
+
+    DzBone* getBone() const { return _bone; }
+    void setBone(DzBone* bone);
+    DzWeightMap* getWeights() const { return _weights; }
+    /// Shares the map by counting.
+    void setWeights(DzWeightMap* weights);
+
+private slots:
+    void handleBoneDestroyed();
+
+private:
+    friend class DzSkinBinding;
+    DzBone* _bone;
+    DzWeightMapPtr _weights;
+    DzSkinBinding* _binding;
+};

@@ -1,0 +1,27 @@
+// A D-Former's hold on one object.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dzmodifier.h"
+#include "dzweightmap.h"
+
+class DzDForm;
+
+class DzDFormModifier : public DzModifier {
+    Q_OBJECT
+public:
+    explicit DzDFormModifier(DzDForm* former = 0);
+    ~DzDFormModifier();
+
+    DzDForm* getDForm() const { return _former; }
+    /// Shown to users as "Influence Weights"; null while none are set.
+    DzWeightMap* getInfluenceWeights() const { return _weights; }
+    /// Shares the map by counting.
+    DzError setInfluenceWeights(DzWeightMap* weights);
+
+private:
+    friend class DzDForm;
+    DzDForm* _former;
+    DzWeightMapPtr _weights;
+};

@@ -1,0 +1,69 @@
+// Numeric properties and their evaluation.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dzproperty.h"
+
+class DzNumericController;
+
+/// A number driven by a raw value and links: raw, then each controller in order, then the limits if clamped.
+///
+/// Evaluated when read and cached; a change marks every dependant, each once. A cycle is cut: a property met
+/// while it is being evaluated counts with its raw value, and the log says so once.
+class DzNumericProperty : public DzProperty {
+    Q_OBJECT
+public:
+    DzNumericProperty(const QString& name, bool canAnimate, bool isUserProperty, double defaultValue);
+    ~DzNumericProperty();
+
+    Q_INVOKABLE double getDoubleValue() const;
+    double getDoubleValue(const DzTime& time) const;
+    /// Sets the raw value so that getDoubleValue() returns the given one, held within the limits if clamped.
+    /// A value that is not finite is refused.
+    Q_INVOKABLE void setDoubleValue(double value);
+    double getDoubleDefaultValue() const;
+    void setDoubleDefaultValue(double value);
+    double getDoubleRawValue() const;
+    void setDoubleRawValue(double value);
+
+    double getDoubleMin() const;
+    double getDoubleMax() const;
+    /// The limits are exchanged when they stand the wrong way round.
+    void setDoubleMinMax(double min, double max);
+
+    bool isClamped() const;
+    void setIsClamped(bool onOff);
+    bool isModulo() const;
+    void setIsModulo(bool onOff);
+    bool getDisplayAsPercent() const;
+    void setDisplayAsPercent(bool onOff);
+
+    /// Takes ownership. A negative index puts adding links before multiplying ones, each kind in order of
+    /// insertion. False for a controller that has an owner.
+    bool insertController(DzNumericController* controller, int index = -1);
+    /// Deletes the controller.
+    bool deleteController(DzNumericController* controller);
+
+signals:
+    void minMaxChanged();
+
+protected:
+    void inputsChanged() override;
+    /// What the kind of property makes of an evaluated number; the number itself here.
+    virtual double toKind(double value) const;
+    double sensitivity() const;
+    void setDoubleSensitivity(double value);
+
+private:
+    double evaluate() const;
+    void evaluateFromInputs() const;
+    double controlled(double raw) const;
+    double limited(double value) const;
+    void changed();
+    void collectInputs() const;
+
+    friend class DzNumericController;
+    struct Impl;
+    std::unique_ptr<Impl> _impl;
+};

@@ -1,0 +1,41 @@
+// Progress of long work.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+/// Nests: the outermost one opens the display, inner ones add to it. The destructor finishes.
+class DzProgress {
+public:
+    /// @param totalSteps  0 for work of unknown length
+    DzProgress(const QString& info, int totalSteps = 0, bool isCancellable = false,
+               bool showTimeElapsed = false);
+    ~DzProgress();
+
+    void step(int count = 1);
+    void update(int position);
+    void setInfo(const QString& info);
+    /// Of the innermost progress.
+    static void setCurrentInfo(const QString& info);
+    void finish();
+    void cancel();
+    void enable(bool onOff);
+    void setCloseOnFinish(bool onOff);
+    /// This progress, or one around it, has been cancelled.
+    bool isCancelled() const;
+
+    QString getInfo() const;
+    int getPosition() const;
+    int getTotalSteps() const;
+    static int getDepth();
+
+private:
+    DzProgress(const DzProgress&);
+    DzProgress& operator=(const DzProgress&);
+
+    struct Impl;
+    std::unique_ptr<Impl> _impl;
+};

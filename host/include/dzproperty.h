@@ -1,0 +1,121 @@
+// What all properties have in common.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dzbase.h"
+#include "dzlistiterator.h"
+#include "dztime.h"
+
+#include <memory>
+
+class DzController;
+class DzElement;
+class DzPresentation;
+class DzPropertyGroup;
+
+typedef DzTListIterator<DzController> DzControllerListIterator;
+
+/// A value of an element that users and other properties can drive.
+class DzProperty : public DzBase {
+    Q_OBJECT
+public:
+    DzProperty(const QString& name, bool canAnimate, bool isUserProperty);
+    ~DzProperty();
+
+    /// The user's text; the name as long as no label has been set.
+    Q_INVOKABLE QString getLabel() const;
+    void setLabel(const QString& label);
+    DzElement* getOwner() const; ///< null until added to an element
+
+    /// The group in which the property is shown: begins with '/', no slash at the end.
+    Q_INVOKABLE QString getPath() const;
+    void setPath(const QString& path);
+    /// The path without its region, which here is never part of it.
+    QString getGroupOnlyPath() const;
+    QString getRegion() const;
+    void setRegion(const QString& region);
+    DzPropertyGroup* getGroup() const; ///< null without owner
+
+    bool isHidden() const;
+    void setHidden(bool onOff);
+    bool isLocked() const;
+    /// A locked property refuses new values.
+    void lock(bool onOff);
+    bool isFavorite() const;
+    void setIsFavorite(bool onOff);
+    bool isUserProperty() const;
+    void setIsUserProperty(bool onOff);
+    bool isPrivate() const;
+    bool canAnimate() const;
+    void setCanAnimate(bool onOff);
+    bool canAutoFollow() const;
+    void setCanAutoFollow(bool onOff);
+    bool isManipulator() const;
+    void setIsManipulator(bool onOff);
+
+    void beginEdit();
+    void finishEdit();
+    void cancelEdit();
+
+    /// Links that drive this property, in the order in which they are applied.
+    int getNumControllers() const;
+    DzController* getController(int index) const;
+    bool hasControllers() const;
+    DzControllerListIterator controllerListIterator() const;
+    /// Links elsewhere that this property drives.
+    int getNumSlaveControllers() const;
+    bool hasSlaveControllers() const;
+    DzControllerListIterator slaveControllerListIterator() const;
+    void setOverrideControllers(bool onOff);
+    bool isOverridingControllers() const;
+
+    /// Properties that show and set this one's value.
+    int getNumAliases() const;
+    DzProperty* getAlias(int index) const;
+    DzProperty* getAliasTarget() const;
+    /// Makes this a second dial for the target's value; null ends it. False for itself or a cycle.
+    bool setAliasTarget(DzProperty* target);
+
+    DzPresentation* getPresentation() const;
+    /// Takes ownership.
+    void setPresentation(DzPresentation* presentation);
+
+signals:
+    void currentValueChanged();
+    void removed();
+    void valueChanged(const DzTimeRange& range);
+    void labelChanged(const QString& label);
+    void pathChanged(const QString& path);
+    void lockStateChanged();
+    void hiddenChanged(bool hidden);
+    void propertyDeleted(DzProperty* property);
+    void controllerListChanged();
+
+protected:
+    void renamed(const QString& oldName) override;
+    /// The controllers or the alias target have changed; the value is to be evaluated again.
+    virtual void inputsChanged();
+    /// Tells the owner and emits currentValueChanged.
+    void announceChange();
+
+    const QList<DzController*>& controllers() const;
+    const QList<DzController*>& slaveControllers() const;
+    const QList<DzProperty*>& aliases() const;
+    void insertControllerAt(DzController* controller, int index);
+    /// Deletes the controllers that this property drives; to be called first in a destructor that they may
+    /// call.
+    void dropDependants();
+
+private:
+    friend class DzElement;
+    friend class DzController;
+    friend class DzNumericController;
+    void setOwner(DzElement* owner, bool isPrivate);
+    void addSlaveController(DzController* controller);
+    void removeSlaveController(DzController* controller);
+    void removeController(DzController* controller);
+
+    struct Impl;
+    std::unique_ptr<Impl> _impl;
+};

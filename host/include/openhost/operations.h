@@ -1,0 +1,28 @@
+// Watching, and failing, what is done to the scene.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+namespace openhost {
+
+/// Asked before every operation that changes the scene or writes a file.
+///
+/// Operations: "select", "add", "remove", "rename", "visible", "property", "morph", "export", "import",
+/// "open", "save", "transfer". The detail names the object and what is done to it.
+class OperationListener {
+public:
+    virtual ~OperationListener();
+    /// False makes the operation fail in the way that its result allows; nothing is changed then.
+    virtual bool allow(const QString& operation, const QString& detail) = 0;
+};
+
+/// Null ends it. The listener is not owned.
+void SetOperationListener(OperationListener* listener);
+/// Whether anybody listens; ask before putting a detail together.
+bool IsListening();
+/// What the listener says; true without one.
+bool AllowOperation(const char* operation, const QString& detail);
+
+} // namespace openhost

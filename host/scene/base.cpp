@@ -1,0 +1,69 @@
+// Names, counted items, presentations and selection maps.
+// SPDX-License-Identifier: MIT
+
+#include "dzbase.h"
+#include "dzcontentfolder.h"
+#include "dzpresentation.h"
+#include "dzrefcounteditem.h"
+#include "dzselectionmap.h"
+
+DzBase::DzBase() = default;
+DzBase::~DzBase() = default;
+
+void DzBase::setName(const QString& name)
+{
+    if (name == _name)
+        return;
+    const QString oldName = _name;
+    _name = name;
+    renamed(oldName);
+    emit nameChanged(_name);
+}
+
+QString DzBase::className() const
+{
+    return QLatin1String(metaObject()->className());
+}
+
+void DzBase::renamed(const QString&) {}
+
+DzRefCountedItem::DzRefCountedItem() : _count(0) {}
+DzRefCountedItem::~DzRefCountedItem() = default;
+
+void DzRefCountedItem::ref()
+{
+    ++_count;
+}
+
+void DzRefCountedItem::unref()
+{
+    Q_ASSERT(_count > 0);
+    if (--_count == 0)
+        delete this;
+}
+
+DzPresentation::DzPresentation() = default;
+DzPresentation::~DzPresentation() = default;
+
+DzContentFolder::DzContentFolder(const QString& fullPath) : _fullPath(fullPath) {}
+DzContentFolder::~DzContentFolder() = default;
+
+DzSelectionMap::DzSelectionMap() = default;
+DzSelectionMap::~DzSelectionMap() = default;
+
+void DzSelectionMap::addPair(const QString& faceGroup, const QString& nodeName)
+{
+    const int index = _groups.indexOf(faceGroup);
+    if (index >= 0) {
+        _nodes[index] = nodeName;
+        return;
+    }
+    _groups.append(faceGroup);
+    _nodes.append(nodeName);
+}
+
+QString DzSelectionMap::findNodeName(const QString& faceGroup) const
+{
+    const int index = _groups.indexOf(faceGroup);
+    return index >= 0 ? _nodes.at(index) : QString();
+}

@@ -1,0 +1,55 @@
+// Factories of the host's own classes.
+// SPDX-License-Identifier: MIT
+
+#include "openhost/class_registry.h"
+
+namespace openhost {
+
+namespace {
+
+// A function's static, since other files register while static objects are being made.
+QList<const DzClassFactory*>& Factories()
+{
+    static QList<const DzClassFactory*> factories;
+    return factories;
+}
+
+} // namespace
+
+void RegisterClassFactory(const DzClassFactory* factory)
+{
+    Factories().append(factory);
+}
+
+const DzClassFactory* FindBuiltInClassFactory(const QString& className)
+{
+    for (const DzClassFactory* factory : Factories()) {
+        if (factory->className() == className)
+            return factory;
+    }
+    return nullptr;
+}
+
+QList<const DzClassFactory*> BuiltInClassFactories()
+{
+    return Factories();
+}
+
+} // namespace openhost
+
+DzClassFactory::DzClassFactory(const QMetaObject* metaObject, const DzGuid& guid)
+    : _metaObject(metaObject), _guid(guid)
+{
+}
+
+DzClassFactory::~DzClassFactory() = default;
+
+void DzClassFactory::registerClass(QScriptEngine& engine) const
+{
+    engine.globalObject().setProperty(className(), engine.newQMetaObject(_metaObject));
+}
+
+QString DzClassFactory::className() const
+{
+    return QLatin1String(_metaObject->className());
+}

@@ -1,0 +1,49 @@
+// What a node keeps; for the files that implement it.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dzboolproperty.h"
+#include "dzfloatproperty.h"
+#include "dznode.h"
+#include "dzpresentation.h"
+#include "dzselectionmap.h"
+#include "host/scene/node_transform.h"
+
+#include <algorithm>
+#include <array>
+
+struct DzNode::Impl {
+    /// Three properties named X..., Y..., Z...
+    using Axes = std::array<DzFloatProperty*, 3>;
+
+    DzNode* parent = nullptr;
+    QList<DzNode*> children;
+    DzObject* object = nullptr;
+    bool inScene = false;
+    bool selected = false;
+
+    Axes translation{}, rotation{}, scale{}, origin{}, end{}, orientation{};
+    DzFloatProperty* generalScale = nullptr;
+    DzBoolProperty* visible = nullptr;
+    DzBoolProperty* visibleInSimulation = nullptr;
+    DzRotationOrder order;
+    bool inheritsScale = true;
+
+    openhost::NodeTransform transform;
+    bool transformDirty = true;
+
+    bool isTransform(const DzProperty* property) const
+    {
+        for (const Axes* axes : {&translation, &rotation, &scale, &origin, &end, &orientation}) {
+            if (std::find(axes->begin(), axes->end(), property) != axes->end())
+                return true;
+        }
+        return property == generalScale;
+    }
+
+    DzUri assetUri;
+    bool assetModified = false;
+    std::unique_ptr<DzPresentation> presentation;
+    std::unique_ptr<DzSelectionMap> selectionMap;
+};

@@ -1,0 +1,337 @@
+// Numeric properties: raw values, links, caching.
+// SPDX-License-Identifier: MIT
+
+#include "dznumericproperty.h"
+
+#include "dzelement.h"
+#include "dznumericcontroller.h"
+#include "host/scene/host_log.h"
+#include "openhost/operations.h"
+
+#include <QPointer>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+struct DzNumericProperty::Impl {
+    double raw = 0.0;
+    double defaultValue = 0.0;
+    double min = 0.0;
+    double max = 1.0;
+    double sensitivity = 0.01;
+    bool clamped = false;
+    bool modulo = false;
+    bool percent = false;
+
+    double cached = 0.0;
+    bool dirty = true;
+    bool busy = false; ///< being evaluated
+    bool cycleReported = false;
+    unsigned visit = 0; ///< the last change that reached this property
+};
+
+namespace {
+
+unsigned g_lastVisit = 0;
+
+QString FullName(const DzNumericProperty& property)
+{
+    const DzElement* const owner = property.getOwner();
+    return owner ? owner->getName() + QLatin1Char('.') + property.getName() : property.getName();
+}
+
+/// Folded into [min, max), the maximum itself kept.
+double Wrapped(double value, double min, double max)
+{
+    if (max <= min || (value >= min && value <= max))
+        return value;
+    const double width = max - min;
+    return value - width * std::floor((value - min) / width);
+}
+
+} // namespace
+
+DzNumericProperty::DzNumericProperty(const QString& name, bool canAnimate, bool isUserProperty,
+                                     double defaultValue)
+    : DzProperty(name, canAnimate, isUserProperty), _impl(new Impl)
+{
+    _impl->raw = defaultValue;
+    _impl->defaultValue = defaultValue;
+}
+
+DzNumericProperty::~DzNumericProperty()
+{
+    dropDependants();
+}
+
+double DzNumericProperty::getDoubleValue() const
+{
+    return evaluate();
+}
+double DzNumericProperty::getDoubleValue(const DzTime&) const
+{
+    return evaluate();
+}
+double DzNumericProperty::getDoubleDefaultValue() const
+{
+    return _impl->defaultValue;
+}
+void DzNumericProperty::setDoubleDefaultValue(double value)
+{
+    _impl->defaultValue = value;
+}
+double DzNumericProperty::getDoubleRawValue() const
+{
+    return _impl->raw;
+}
+
+void DzNumericProperty::setDoubleRawValue(double value)
+{
+    if (!std::isfinite(value) || value == _impl->raw)
+        return;
+    _impl->raw = value;
+    changed();
+}
+
+void DzNumericProperty::setDoubleValue(double value)
+{
+    if (isLocked() || !std::isfinite(value))
+        return;
+    if (openhost::IsListening() &&
+        !openhost::AllowOperation("property", FullName(*this) + QLatin1Char('=') + QString::number(value)))
+        return;
+    if (auto* const target = qobject_cast<DzNumericProperty*>(getAliasTarget())) {
+        target->setDoubleValue(value);
+        return;
+    }
+    double raw = toKind(limited(value));
+    if (!isOverridingControllers()) {
+        const QList<DzController*>& list = controllers();
+        collectInputs();
+        for (int i = list.size() - 1; i >= 0; --i) {
+            const auto* const controller = static_cast<const DzNumericController*>(list.at(i));
+            if (controller->isActive())
+                raw = controller->applyInverse(raw, DzTime(0), false);
+        }
+    }
+    setDoubleRawValue(raw);
+}
+
+double DzNumericProperty::getDoubleMin() const
+{
+    return _impl->min;
+}
+double DzNumericProperty::getDoubleMax() const
+{
+    return _impl->max;
+}
+
+void DzNumericProperty::setDoubleMinMax(double min, double max)
+{
+    if (min > max)
+        std::swap(min, max);
+    if (min == _impl->min && max == _impl->max)
+        return;
+    _impl->min = min;
+    _impl->max = max;
+    emit minMaxChanged();
+    if (_impl->clamped)
+        changed();
+}
+
+bool DzNumericProperty::isClamped() const
+{
+    return _impl->clamped;
+}
+
+void DzNumericProperty::setIsClamped(bool onOff)
+{
+    if (onOff == _impl->clamped)
+        return;
+    _impl->clamped = onOff;
+    changed();
+}
+
+bool DzNumericProperty::isModulo() const
+{
+    return _impl->modulo;
+}
+
+void DzNumericProperty::setIsModulo(bool onOff)
+{
+    if (onOff == _impl->modulo)
+        return;
+    _impl->modulo = onOff;
+    changed();
+}
+
+bool DzNumericProperty::getDisplayAsPercent() const
+{
+    return _impl->percent;
+}
+void DzNumericProperty::setDisplayAsPercent(bool onOff)
+{
+    _impl->percent = onOff;
+}
+double DzNumericProperty::sensitivity() const
+{
+    return _impl->sensitivity;
+}
+void DzNumericProperty::setDoubleSensitivity(double value)
+{
+    _impl->sensitivity = value;
+}
+
+bool DzNumericProperty::insertController(DzNumericController* controller, int index)
+{
+    if (!controller || controller->getOwner())
+        return false;
+    const QList<DzController*>& list = controllers();
+    int position = index;
+    if (index < 0 || index > list.size()) {
+        position = list.size();
+        while (!controller->isMultiplying() && position > 0 &&
+               static_cast<DzNumericController*>(list.at(position - 1))->isMultiplying())
+            --position;
+    }
+    insertControllerAt(controller, position);
+    return true;
+}
+
+bool DzNumericProperty::deleteController(DzNumericController* controller)
+{
+    if (!controller || controller->getOwner() != this)
+        return false;
+    delete controller;
+    return true;
+}
+
+void DzNumericProperty::inputsChanged()
+{
+    // Controllers and aliases are let go of while the property is being destroyed.
+    if (_impl)
+        changed();
+}
+
+double DzNumericProperty::toKind(double value) const
+{
+    return value;
+}
+
+double DzNumericProperty::limited(double value) const
+{
+    if (_impl->modulo)
+        return Wrapped(value, _impl->min, _impl->max);
+    return _impl->clamped ? std::min(std::max(value, _impl->min), _impl->max) : value;
+}
+
+double DzNumericProperty::controlled(double raw) const
+{
+    double value = raw;
+    if (isOverridingControllers())
+        return value;
+    for (const DzController* controller : controllers()) {
+        if (controller->isActive())
+            value = static_cast<const DzNumericController*>(controller)->apply(value, DzTime(0), false);
+    }
+    return value;
+}
+
+void DzNumericProperty::evaluateFromInputs() const
+{
+    double value;
+    if (const auto* const target = qobject_cast<const DzNumericProperty*>(getAliasTarget()))
+        value = target->_impl->dirty ? target->_impl->raw : target->_impl->cached;
+    else
+        value = limited(controlled(_impl->raw));
+    _impl->cached = toKind(std::isfinite(value) ? value : _impl->raw);
+    _impl->dirty = false;
+}
+
+double DzNumericProperty::evaluate() const
+{
+    if (_impl->dirty && !_impl->busy && (hasControllers() || getAliasTarget()))
+        collectInputs();
+    if (_impl->dirty && !_impl->busy)
+        evaluateFromInputs();
+    return _impl->dirty ? _impl->raw : _impl->cached;
+}
+
+// A stack of its own instead of recursion: files may chain any number of properties.
+void DzNumericProperty::collectInputs() const
+{
+    struct Frame {
+        const DzNumericProperty* property;
+        std::vector<const DzNumericProperty*> inputs;
+        std::size_t next = 0;
+    };
+    const auto inputsOf = [](const DzNumericProperty* property) {
+        std::vector<const DzNumericProperty*> inputs;
+        if (const auto* const target = qobject_cast<const DzNumericProperty*>(property->getAliasTarget()))
+            inputs.push_back(target);
+        for (const DzController* controller : property->controllers()) {
+            const auto* const numeric = static_cast<const DzNumericController*>(controller);
+            for (int i = 0; i < numeric->getNumInputs(); ++i)
+                inputs.push_back(numeric->getInput(i));
+        }
+        return inputs;
+    };
+    std::vector<Frame> stack;
+    stack.push_back({this, inputsOf(this)});
+    _impl->busy = true;
+    while (!stack.empty()) {
+        Frame& frame = stack.back();
+        if (frame.next == frame.inputs.size()) {
+            frame.property->_impl->busy = false;
+            if (stack.size() > 1)
+                frame.property->evaluateFromInputs();
+            stack.pop_back();
+            continue;
+        }
+        const DzNumericProperty* const input = frame.inputs[frame.next++];
+        if (input->_impl->busy) {
+            if (!input->_impl->cycleReported)
+                openhost::LogWarning(
+                    QStringLiteral("links form a cycle through %1; it counts with its raw value there")
+                        .arg(FullName(*input)));
+            input->_impl->cycleReported = true;
+        } else if (input->_impl->dirty) {
+            input->_impl->busy = true;
+            stack.push_back({input, inputsOf(input)});
+        }
+    }
+}
+
+void DzNumericProperty::changed()
+{
+    // First all are marked, then told, so that whoever listens reads new values only.
+    const unsigned visit = ++g_lastVisit;
+    std::vector<DzNumericProperty*> reached{this};
+    _impl->visit = visit;
+    const auto reach = [&](DzProperty* property) {
+        auto* const numeric = qobject_cast<DzNumericProperty*>(property);
+        if (!numeric || numeric->_impl->visit == visit)
+            return;
+        numeric->_impl->visit = visit;
+        reached.push_back(numeric);
+    };
+    for (std::size_t i = 0; i < reached.size(); ++i) {
+        DzNumericProperty* const property = reached[i];
+        property->_impl->dirty = true;
+        for (const DzController* slave : property->slaveControllers())
+            reach(slave->getOwner());
+        for (DzProperty* alias : property->aliases())
+            reach(alias);
+    }
+    if (reached.size() == 1) {
+        announceChange();
+        return;
+    }
+    // Listeners may delete properties.
+    std::vector<QPointer<DzNumericProperty>> told(reached.begin(), reached.end());
+    for (const QPointer<DzNumericProperty>& property : told) {
+        if (property)
+            property->announceChange();
+    }
+}

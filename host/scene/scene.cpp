@@ -1,0 +1,389 @@
+// The scene: nodes and their selection.
+// SPDX-License-Identifier: MIT
+
+#include "dzscene.h"
+
+#include "dzskeleton.h"
+#include "host/scene/node_impl.h"
+#include "openhost/operations.h"
+
+#include <QPointer>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <vector>
+
+DzScene* dzScene = nullptr;
+
+struct DzScene::Impl {
+    QList<DzNode*> nodes;
+    QList<DzNode*> selection;
+    DzNode* primary = nullptr;
+    std::vector<QPointer<DzNode>> removed; ///< roots whose deletion is due
+    DzTime time = 0;
+    int loading = 0;
+};
+
+namespace {
+
+constexpr DzTime kTicksPerFrame = 160; // 4800 ticks a second at 30 frames
+
+DzNode* At(const QList<DzNode*>& list, int index)
+{
+    return index >= 0 && index < list.size() ? list.at(index) : nullptr;
+}
+
+QObjectList ToObjects(const QList<DzNode*>& nodes)
+{
+    QObjectList list;
+    for (DzNode* node : nodes)
+        list.append(node);
+    return list;
+}
+
+} // namespace
+
+DzScene::DzScene() : _impl(new Impl) {}
+
+DzScene::~DzScene()
+{
+    // Nobody may keep the nodes alive now.
+    openhost::SetOperationListener(nullptr);
+    clear();
+    purgeRemoved();
+}
+
+DzNodeListIterator DzScene::nodeListIterator() const
+{
+    return DzNodeListIterator(_impl->nodes);
+}
+DzNodeListIterator DzScene::selectedNodeListIterator() const
+{
+    return DzNodeListIterator(_impl->selection);
+}
+QObjectList DzScene::getNodeList() const
+{
+    return ToObjects(_impl->nodes);
+}
+QObjectList DzScene::getSelectedNodeList() const
+{
+    return ToObjects(_impl->selection);
+}
+int DzScene::getNumNodes() const
+{
+    return _impl->nodes.size();
+}
+DzNode* DzScene::getNode(int index) const
+{
+    return At(_impl->nodes, index);
+}
+int DzScene::getNumSelectedNodes() const
+{
+    return _impl->selection.size();
+}
+DzNode* DzScene::getSelectedNode(int index) const
+{
+    return At(_impl->selection, index);
+}
+DzNode* DzScene::getPrimarySelection() const
+{
+    return _impl->primary;
+}
+
+bool DzScene::setPrimarySelection(DzNode* node)
+{
+    if (!node) {
+        selectAllNodes(false);
+        return true;
+    }
+    if (findNodeIndex(node) < 0 || node == _impl->primary)
+        return false;
+    if (node->isSelected()) {
+        makePrimary(node);
+        return true;
+    }
+    setSelected(node, true);
+    return node->isSelected();
+}
+
+void DzScene::makePrimary(DzNode* node)
+{
+    if (node == _impl->primary)
+        return;
+    _impl->primary = node;
+    emit primarySelectionChanged(node);
+}
+
+void DzScene::setSelected(DzNode* node, bool onOff)
+{
+    if (node->_impl->selected == onOff)
+        return;
+    if (onOff && openhost::IsListening() && !openhost::AllowOperation("select", node->getLabel()))
+        return;
+    node->_impl->selected = onOff;
+    if (onOff)
+        _impl->selection.append(node);
+    else
+        _impl->selection.removeOne(node);
+    if (onOff)
+        makePrimary(node);
+    else if (node == _impl->primary)
+        makePrimary(_impl->selection.isEmpty() ? nullptr : _impl->selection.last());
+    emit nodeSelectionListChanged();
+}
+
+void DzScene::selectAllNodes(bool onOff)
+{
+    QList<DzNode*> selection;
+    if (onOff)
+        selection = _impl->nodes;
+    if (selection == _impl->selection)
+        return;
+    for (DzNode* node : std::as_const(_impl->nodes))
+        node->_impl->selected = onOff;
+    _impl->selection = selection;
+    makePrimary(selection.isEmpty() ? nullptr : selection.last());
+    emit nodeSelectionListChanged();
+}
+
+DzNode* DzScene::findNode(const QString& name) const
+{
+    for (DzNode* node : std::as_const(_impl->nodes)) {
+        if (node->getName() == name)
+            return node;
+    }
+    return nullptr;
+}
+
+DzNode* DzScene::findNodeByLabel(const QString& label) const
+{
+    for (DzNode* node : std::as_const(_impl->nodes)) {
+        if (node->getLabel() == label)
+            return node;
+    }
+    return nullptr;
+}
+
+DzSkeleton* DzScene::findSkeleton(const QString& name) const
+{
+    for (int i = 0; i < getNumSkeletons(); ++i) {
+        if (getSkeleton(i)->getName() == name)
+            return getSkeleton(i);
+    }
+    return nullptr;
+}
+
+DzSkeleton* DzScene::findSkeletonByLabel(const QString& label) const
+{
+    for (int i = 0; i < getNumSkeletons(); ++i) {
+        if (getSkeleton(i)->getLabel() == label)
+            return getSkeleton(i);
+    }
+    return nullptr;
+}
+
+int DzScene::getNumSkeletons() const
+{
+    int count = 0;
+    for (DzNode* node : std::as_const(_impl->nodes))
+        count += qobject_cast<DzSkeleton*>(node) ? 1 : 0;
+    return count;
+}
+
+DzSkeleton* DzScene::getSkeleton(int index) const
+{
+    for (DzNode* node : std::as_const(_impl->nodes)) {
+        auto* const skeleton = qobject_cast<DzSkeleton*>(node);
+        if (skeleton && index-- == 0)
+            return skeleton;
+    }
+    return nullptr;
+}
+
+int DzScene::findNodeIndex(const DzNode* node) const
+{
+    return _impl->nodes.indexOf(const_cast<DzNode*>(node));
+}
+
+bool DzScene::addNode(DzNode* node)
+{
+    if (!node || node->isInScene() || node->getNodeParent())
+        return false;
+    if (openhost::IsListening() && !openhost::AllowOperation("add", node->getLabel()))
+        return false;
+    const QString label = getUniqueTopLevelLabel(node->getLabel());
+    if (label != node->getLabel())
+        node->DzElement::setLabel(label);
+    if (!node->getName().isEmpty())
+        node->setName(getUniqueTopLevelName(node->getName()));
+    enter(node);
+    return true;
+}
+
+void DzScene::enter(DzNode* node)
+{
+    QList<DzNode*> entering{node};
+    for (QObject* below : node->getNodeChildren(true))
+        entering.append(static_cast<DzNode*>(below));
+    for (DzNode* one : std::as_const(entering)) {
+        one->_impl->inScene = true;
+        _impl->nodes.append(one);
+    }
+    for (DzNode* one : std::as_const(entering))
+        emit nodeAdded(one);
+    emit nodeListChanged();
+}
+
+// Leaves without being deleted here: the node's own destructor calls this as well.
+void DzScene::leave(DzNode* node)
+{
+    setSelected(node, false);
+    if (!_impl->nodes.removeOne(node))
+        return;
+    node->_impl->inScene = false;
+}
+
+bool DzScene::removeNode(DzNode* node)
+{
+    if (findNodeIndex(node) < 0)
+        return false;
+    if (openhost::IsListening() && !openhost::AllowOperation("remove", node->getLabel()))
+        return false;
+    QList<DzNode*> leaving{node};
+    for (QObject* below : node->getNodeChildren(true))
+        leaving.append(static_cast<DzNode*>(below));
+    emit node->aboutToBeRemoved();
+    for (DzNode* one : std::as_const(leaving))
+        emit aboutToRemoveNode(one);
+    node->detachFromParent();
+    for (DzNode* one : std::as_const(leaving))
+        leave(one);
+    for (DzNode* one : std::as_const(leaving)) {
+        one->leftScene();
+        emit nodeRemoved(one);
+        emit one->removed();
+    }
+    emit nodeListChanged();
+    std::vector<QPointer<DzNode>>& removed = _impl->removed;
+    removed.erase(std::remove(removed.begin(), removed.end(), nullptr), removed.end());
+    removed.push_back(node);
+    node->deleteLater();
+    return true;
+}
+
+void DzScene::removeSelected()
+{
+    for (DzNode* node : QList<DzNode*>(_impl->selection)) {
+        if (node && findNodeIndex(node) >= 0)
+            removeNode(node);
+    }
+}
+
+void DzScene::purgeRemoved()
+{
+    std::vector<QPointer<DzNode>> due;
+    due.swap(_impl->removed);
+    for (const QPointer<DzNode>& node : due)
+        delete node.data();
+}
+
+void DzScene::clear()
+{
+    selectAllNodes(false);
+    QList<DzNode*> roots;
+    for (DzNode* node : std::as_const(_impl->nodes)) {
+        if (node->isRootNode())
+            roots.append(node);
+    }
+    for (DzNode* node : std::as_const(roots))
+        removeNode(node);
+    emit sceneCleared();
+}
+
+namespace {
+
+template <class Taken>
+QString FirstFree(const QString& stem, const QString& pattern, const Taken& isTaken)
+{
+    for (int number = 2;; ++number) {
+        const QString candidate = pattern.arg(stem, QString::number(number));
+        if (!isTaken(candidate))
+            return candidate;
+    }
+}
+
+} // namespace
+
+QString DzScene::getUniqueTopLevelLabel(const QString& label) const
+{
+    const auto isTaken = [this](const QString& text) {
+        return std::any_of(_impl->nodes.constBegin(), _impl->nodes.constEnd(), [&](const DzNode* node) {
+            return node->isRootNode() && node->getLabel() == text;
+        });
+    };
+    return isTaken(label) ? FirstFree(stripLabelNumber(label), QStringLiteral("%1 (%2)"), isTaken) : label;
+}
+
+QString DzScene::getUniqueTopLevelName(const QString& name) const
+{
+    const auto isTaken = [this](const QString& text) {
+        return std::any_of(_impl->nodes.constBegin(), _impl->nodes.constEnd(),
+                           [&](const DzNode* node) { return node->isRootNode() && node->getName() == text; });
+    };
+    return isTaken(name) ? FirstFree(name, QStringLiteral("%1 %2"), isTaken) : name;
+}
+
+QString DzScene::stripLabelNumber(const QString& label)
+{
+    static const QRegularExpression number(QStringLiteral(" \\(\\d+\\)$"));
+    QString text = label;
+    return text.remove(number);
+}
+
+DzBox3 DzScene::getBoundingBox() const
+{
+    DzBox3 box;
+    for (DzNode* node : std::as_const(_impl->nodes)) {
+        if (node->isVisible())
+            box.include(node->getWSBoundingBox());
+    }
+    return box;
+}
+
+void DzScene::update()
+{
+    for (DzNode* node : QList<DzNode*>(_impl->nodes))
+        node->update();
+    emit drawnDataChanged();
+}
+
+bool DzScene::isLoading() const
+{
+    return _impl->loading > 0;
+}
+
+void DzScene::beginLoad()
+{
+    if (_impl->loading++ == 0)
+        emit sceneLoadStarting();
+}
+
+void DzScene::endLoad()
+{
+    Q_ASSERT(_impl->loading > 0);
+    if (--_impl->loading == 0)
+        emit sceneLoaded();
+}
+
+DzTime DzScene::getTime() const
+{
+    return _impl->time;
+}
+DzTime DzScene::getTimeStep() const
+{
+    return kTicksPerFrame;
+}
+void DzScene::setFrame(int frame)
+{
+    _impl->time = frame * kTicksPerFrame;
+}

@@ -1,0 +1,215 @@
+// The user's settings on disk.
+// SPDX-License-Identifier: MIT
+
+#include "host/scene/settings_store.h"
+
+#include "dzappsettings.h"
+#include "host/scene/host_log.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLockFile>
+#include <QMap>
+#include <QSaveFile>
+
+#include <nlohmann/json.hpp>
+
+namespace openhost {
+
+namespace {
+
+using Values = QMap<QString, QVariant>;
+
+QString g_folder;
+
+QString FileName()
+{
+    return g_folder + QLatin1String("/settings.json");
+}
+
+QVariant FromJson(const nlohmann::json& value)
+{
+    if (value.is_boolean())
+        return value.get<bool>();
+    if (value.is_number_integer())
+        return value.get<int>();
+    if (value.is_number_float())
+        return value.get<double>();
+    return value.is_string() ? QVariant(QString::fromStdString(value.get<std::string>())) : QVariant();
+}
+
+nlohmann::json ToJson(const QVariant& value)
+{
+    switch (value.userType()) {
+    case QMetaType::Bool:
+        return value.toBool();
+    case QMetaType::Int:
+        return value.toInt();
+    case QMetaType::Double:
+        return value.toDouble();
+    default:
+        return value.toString().toStdString();
+    }
+}
+
+Values Load()
+{
+    Values values;
+    QFile file(FileName());
+    if (!file.open(QIODevice::ReadOnly))
+        return values;
+    const QByteArray text = file.readAll();
+    const nlohmann::json json = nlohmann::json::parse(text.begin(), text.end(), nullptr, false);
+    if (!json.is_object()) {
+        LogWarning(QStringLiteral("the settings in \"%1\" cannot be read; they are kept as \"%1.broken\"")
+                       .arg(FileName()));
+        QFile::remove(FileName() + QLatin1String(".broken"));
+        file.rename(FileName() + QLatin1String(".broken"));
+        return values;
+    }
+    for (auto it = json.begin(); it != json.end(); ++it)
+        values.insert(QString::fromStdString(it.key()), FromJson(it.value()));
+    return values;
+}
+
+bool Save(const Values& values)
+{
+    nlohmann::json json = nlohmann::json::object();
+    for (auto it = values.begin(); it != values.end(); ++it)
+        json[it.key().toStdString()] = ToJson(it.value());
+    QSaveFile file(FileName());
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    const std::string text = json.dump(2) + '\n';
+    file.write(text.data(), static_cast<qint64>(text.size()));
+    return file.commit();
+}
+
+// Other processes may share the file: it is locked, read anew, changed and written as one step.
+template <class Change>
+bool Update(const Change& change)
+{
+    QDir().mkpath(g_folder);
+    QLockFile lock(FileName() + QLatin1String(".lock"));
+    constexpr int kPatience = 5000; // ms
+    if (!lock.tryLock(kPatience))
+        return false;
+    Values values = Load();
+    return change(values) && Save(values);
+}
+
+} // namespace
+
+void SetSettingsFolder(const QString& folder)
+{
+    g_folder = folder;
+}
+
+QVariant ReadSetting(const QString& key)
+{
+    return Load().value(key);
+}
+
+bool WriteSetting(const QString& key, const QVariant& value)
+{
+    return Update([&](Values& values) {
+        if (!value.isValid())
+            return values.remove(key) > 0;
+        values.insert(key, value);
+        return true;
+    });
+}
+
+bool RemoveSettings(const QString& group)
+{
+    return Update([&](Values& values) {
+        const QString prefix = group + QLatin1Char('/');
+        bool any = false;
+        for (const QString& key : values.keys()) {
+            if (key.startsWith(prefix))
+                any = values.remove(key) > 0 || any;
+        }
+        return any;
+    });
+}
+
+} // namespace openhost
+
+DzAppSettings::DzAppSettings(const QString& startPath)
+{
+    pushPath(startPath);
+}
+DzAppSettings::~DzAppSettings() = default;
+
+QString DzAppSettings::fullKey(const QString& key) const
+{
+    return (_path + QStringList(key)).join(QLatin1Char('/'));
+}
+
+namespace {
+
+template <class T>
+T ValueOr(const QString& key, const T& fallback)
+{
+    const QVariant value = openhost::ReadSetting(key);
+    return value.isValid() && value.canConvert<T>() ? value.value<T>() : fallback;
+}
+
+} // namespace
+
+QString DzAppSettings::getStringValue(const QString& key, const QString& def) const
+{
+    return ValueOr(fullKey(key), def);
+}
+int DzAppSettings::getIntValue(const QString& key, int def) const
+{
+    return ValueOr(fullKey(key), def);
+}
+bool DzAppSettings::getBoolValue(const QString& key, bool def) const
+{
+    return ValueOr(fullKey(key), def);
+}
+double DzAppSettings::getFloatValue(const QString& key, double def) const
+{
+    return ValueOr(fullKey(key), def);
+}
+
+bool DzAppSettings::setStringValue(const QString& key, const QString& value)
+{
+    return openhost::WriteSetting(fullKey(key), value);
+}
+
+bool DzAppSettings::setIntValue(const QString& key, int value)
+{
+    return openhost::WriteSetting(fullKey(key), value);
+}
+bool DzAppSettings::setBoolValue(const QString& key, bool value)
+{
+    return openhost::WriteSetting(fullKey(key), value);
+}
+bool DzAppSettings::setFloatValue(const QString& key, double value)
+{
+    return openhost::WriteSetting(fullKey(key), value);
+}
+bool DzAppSettings::containsValue(const QString& key) const
+{
+    return openhost::ReadSetting(fullKey(key)).isValid();
+}
+bool DzAppSettings::removeValue(const QString& key)
+{
+    return openhost::WriteSetting(fullKey(key), QVariant());
+}
+bool DzAppSettings::removeKey(const QString& key)
+{
+    return openhost::RemoveSettings(fullKey(key));
+}
+void DzAppSettings::pushPath(const QString& path)
+{
+    _path += path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+}
+
+void DzAppSettings::popPath()
+{
+    if (!_path.isEmpty())
+        _path.removeLast();
+}

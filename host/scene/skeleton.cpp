@@ -1,0 +1,124 @@
+// Skeletons and bones.
+// SPDX-License-Identifier: MIT
+
+#include "dzbone.h"
+#include "dzskeleton.h"
+
+#include <QHash>
+#include <QPointer>
+
+struct DzSkeleton::SkeletonImpl {
+    QList<DzBone*> bones; ///< as of the last look, valid unless stale
+    QHash<QString, DzBone*> byName;
+    bool stale = true;
+    QPointer<DzSkeleton> followTarget;
+    QList<DzSkeleton*> followers;
+};
+
+DzSkeleton::DzSkeleton() : _skeleton(new SkeletonImpl) {}
+
+DzSkeleton::~DzSkeleton()
+{
+    setFollowTarget(nullptr);
+    for (DzSkeleton* follower : QList<DzSkeleton*>(_skeleton->followers))
+        follower->setFollowTarget(nullptr);
+}
+
+namespace {
+
+void CollectBones(const DzNode& node, QList<DzBone*>* bones)
+{
+    for (int i = 0; i < node.getNumNodeChildren(); ++i) {
+        DzNode* const child = node.getNodeChild(i);
+        if (qobject_cast<DzSkeleton*>(child))
+            continue;
+        if (auto* const bone = qobject_cast<DzBone*>(child))
+            bones->append(bone);
+        CollectBones(*child, bones);
+    }
+}
+
+} // namespace
+
+const QList<DzBone*>& DzSkeleton::bones() const
+{
+    if (_skeleton->stale) {
+        _skeleton->stale = false;
+        _skeleton->bones.clear();
+        _skeleton->byName.clear();
+        CollectBones(*this, &_skeleton->bones);
+        for (DzBone* bone : std::as_const(_skeleton->bones)) {
+            if (!_skeleton->byName.contains(bone->getName()))
+                _skeleton->byName.insert(bone->getName(), bone);
+        }
+    }
+    return _skeleton->bones;
+}
+
+DzBone* DzSkeleton::findBone(const QString& name) const
+{
+    bones();
+    return _skeleton->byName.value(name);
+}
+
+DzBone* DzSkeleton::findBoneByLabel(const QString& label) const
+{
+    for (DzBone* bone : bones()) {
+        if (bone->getLabel() == label)
+            return bone;
+    }
+    return nullptr;
+}
+
+QObjectList DzSkeleton::getAllBones() const
+{
+    QObjectList list;
+    for (DzBone* bone : bones())
+        list.append(bone);
+    return list;
+}
+
+DzSkeleton* DzSkeleton::getFollowTarget() const
+{
+    return _skeleton->followTarget;
+}
+
+void DzSkeleton::setFollowTarget(DzSkeleton* target)
+{
+    if (target == this || target == _skeleton->followTarget)
+        return;
+    if (_skeleton->followTarget)
+        _skeleton->followTarget->_skeleton->followers.removeOne(this);
+    _skeleton->followTarget = target;
+    if (target)
+        target->_skeleton->followers.append(this);
+}
+
+int DzSkeleton::getNumFollowSkeletons() const
+{
+    return _skeleton->followers.size();
+}
+
+DzSkeleton* DzSkeleton::getFollowSkeleton(int index) const
+{
+    return index >= 0 && index < _skeleton->followers.size() ? _skeleton->followers.at(index) : nullptr;
+}
+
+void DzSkeleton::hierarchyChanged()
+{
+    // The tree is taken apart after this part of the object has gone.
+    if (_skeleton)
+        _skeleton->stale = true;
+}
+
+void DzSkeleton::boneChanged() {}
+
+DzBone::DzBone() = default;
+DzBone::~DzBone() = default;
+
+void DzBone::propertyValueChanged(DzProperty* property)
+{
+    DzNode::propertyValueChanged(property);
+    if (DzSkeleton* const skeleton = getSkeleton())
+        skeleton->boneChanged();
+}

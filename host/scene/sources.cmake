@@ -1,0 +1,22 @@
+# Sources of this room, relative to host/.
+set(HOST_SCENE_SOURCES
+    scene/base.cpp
+    scene/class_registry.cpp
+    scene/controllers.cpp
+    scene/element.cpp
+    scene/file_io.cpp
+    scene/formula_controller.cpp
+    scene/node.cpp
+    scene/node_transform.cpp
+    scene/numeric_kinds.cpp
+    scene/numeric_property.cpp
+    scene/operations.cpp
+    scene/property.cpp
+    scene/property_groups.cpp
+    scene/scene.cpp
+    scene/settings.cpp
+    scene/settings_store.cpp
+    scene/skeleton.cpp
+    scene/spline.cpp
+    scene/values.cpp
+)

@@ -1,0 +1,67 @@
+// Interpolation between knots.
+// SPDX-License-Identifier: MIT
+
+#include "host/scene/spline.h"
+
+#include <algorithm>
+
+namespace openhost {
+
+namespace {
+
+double Slope(const SplineKnot& a, const SplineKnot& b)
+{
+    return b.in > a.in ? (b.out - a.out) / (b.in - a.in) : 0.0;
+}
+
+struct Tangents {
+    double incoming, outgoing; ///< per unit of `in`
+};
+
+// Kochanek and Bartels, "Interpolating splines with local tension, continuity, and bias control", 1984,
+// written with slopes so that unequal spacing is taken care of. At the ends the one neighbour counts for
+// both.
+Tangents TangentsAt(const std::vector<SplineKnot>& knots, std::size_t i)
+{
+    const SplineKnot& k = knots[i];
+    const double after = i + 1 < knots.size() ? Slope(k, knots[i + 1]) : Slope(knots[i - 1], k);
+    const double before = i > 0 ? Slope(knots[i - 1], k) : after;
+    const double loose = (1.0 - k.tension) / 2.0;
+    return {loose * ((1.0 - k.continuity) * (1.0 + k.bias) * before +
+                     (1.0 + k.continuity) * (1.0 - k.bias) * after),
+            loose * ((1.0 + k.continuity) * (1.0 + k.bias) * before +
+                     (1.0 - k.continuity) * (1.0 - k.bias) * after)};
+}
+
+double Hermite(double y0, double m0, double y1, double m1, double t)
+{
+    const double t2 = t * t, t3 = t2 * t;
+    return (2.0 * t3 - 3.0 * t2 + 1.0) * y0 + (t3 - 2.0 * t2 + t) * m0 + (3.0 * t2 - 2.0 * t3) * y1 +
+           (t3 - t2) * m1;
+}
+
+} // namespace
+
+double Interpolate(const std::vector<SplineKnot>& knots, SplineKind kind, double x)
+{
+    if (knots.empty())
+        return 0.0;
+    if (x <= knots.front().in)
+        return knots.front().out;
+    if (x >= knots.back().in)
+        return knots.back().out;
+    const auto after = std::upper_bound(knots.begin(), knots.end(), x,
+                                        [](double value, const SplineKnot& k) { return value < k.in; });
+    const std::size_t i = static_cast<std::size_t>(after - knots.begin()) - 1;
+    const SplineKnot &a = knots[i], &b = knots[i + 1];
+    if (kind == SplineKind::Constant)
+        return a.out;
+    const double width = b.in - a.in;
+    const double t = (x - a.in) / width;
+    if (kind == SplineKind::Linear)
+        return a.out + (b.out - a.out) * t;
+    return Hermite(a.out, TangentsAt(knots, i).outgoing * width, b.out,
+                   TangentsAt(knots, i + 1).incoming * width, t);
+}
+
+} // namespace openhost

@@ -1,0 +1,220 @@
+// Actions, the main window without its views, panes.
+// SPDX-License-Identifier: MIT
+
+#include "dzaction.h"
+#include "dzactionmgr.h"
+#include "dzdeleteaction.h"
+#include "dzmainwindow.h"
+#include "dzpane.h"
+#include "dzpanemgr.h"
+#include "dzplugin.h"
+#include "dzscene.h"
+#include "dzviewportmgr.h"
+#include "openhost/operations.h"
+
+#include <memory>
+
+DzAction::DzAction(const QString& text, const QString& description, bool isToggle)
+    : QAction(nullptr), _description(description)
+{
+    setText(text);
+    setToolTip(description);
+    setCheckable(isToggle);
+    connect(this, SIGNAL(triggered()), SLOT(handleTriggered()));
+}
+
+DzAction::~DzAction() = default;
+
+QString DzAction::getActionGroup() const
+{
+    return QString();
+}
+QString DzAction::getDefaultMenuPath() const
+{
+    return QString();
+}
+QKeySequence DzAction::getDefaultAccel() const
+{
+    return QKeySequence();
+}
+void DzAction::executeAction() {}
+
+void DzAction::handleTriggered()
+{
+    emit preExecute();
+    executeAction();
+}
+
+DzActionMgr::DzActionMgr(QWidget* parent) : QWidget(parent)
+{
+    hide();
+}
+DzActionMgr::~DzActionMgr()
+{
+    qDeleteAll(_actions);
+}
+
+DzAction* DzActionMgr::findAction(const QString& className) const
+{
+    for (DzAction* action : _actions) {
+        if (className == QLatin1String(action->metaObject()->className()))
+            return action;
+    }
+    return nullptr;
+}
+
+int DzActionMgr::getNumActions() const
+{
+    return _actions.size();
+}
+
+DzAction* DzActionMgr::getAction(int index) const
+{
+    return index >= 0 && index < _actions.size() ? _actions.at(index) : nullptr;
+}
+
+void DzActionMgr::addAction(DzAction* action)
+{
+    if (!action || _actions.contains(action))
+        return;
+    action->setShortcut(action->getDefaultAccel());
+    _actions.append(action);
+    emit actionListChanged();
+}
+
+void DzActionMgr::addActions(const DzPlugin& plugin)
+{
+    for (int i = 0; i < plugin.getNumClassFactories(); ++i) {
+        std::unique_ptr<QObject> object(plugin.getClassFactory(i)->createInstance());
+        if (auto* const action = qobject_cast<DzAction*>(object.get())) {
+            object.release();
+            addAction(action);
+        }
+    }
+}
+
+DzDeleteAction::DzDeleteAction()
+    : DzAction(QStringLiteral("&Delete Selected Items"),
+               QStringLiteral("Deletes the selected items from the scene."))
+{
+    connect(dzScene, SIGNAL(nodeSelectionListChanged()), SLOT(updateEnabled()));
+    updateEnabled();
+}
+
+DzDeleteAction::~DzDeleteAction() = default;
+
+QString DzDeleteAction::getActionGroup() const
+{
+    return QStringLiteral("Edit");
+}
+QString DzDeleteAction::getDefaultMenuPath() const
+{
+    return QStringLiteral("&Edit");
+}
+QKeySequence DzDeleteAction::getDefaultAccel() const
+{
+    return QKeySequence(Qt::Key_Delete);
+}
+void DzDeleteAction::executeAction()
+{
+    dzScene->removeSelected();
+}
+void DzDeleteAction::updateEnabled()
+{
+    setEnabled(dzScene->getNumSelectedNodes() > 0);
+}
+
+DzMainWindow::DzMainWindow()
+    : _actionMgr(new DzActionMgr(this)), _paneMgr(new DzPaneMgr(this)), _viewportMgr(nullptr)
+{
+}
+
+DzMainWindow::~DzMainWindow() = default;
+
+DzPaneMgr::DzPaneMgr(QWidget* parent) : QWidget(parent)
+{
+    hide();
+}
+DzPaneMgr::~DzPaneMgr() = default;
+
+DzPane* DzPaneMgr::findPane(const QString& className) const
+{
+    for (DzPane* pane : _panes) {
+        if (className == QLatin1String(pane->metaObject()->className()))
+            return pane;
+    }
+    return nullptr;
+}
+
+DzError DzPaneMgr::showPane(DzPane* pane)
+{
+    return _panes.contains(pane) ? pane->showPane() : DZ_NOT_FOUND_ERROR;
+}
+DzError DzPaneMgr::showPane(const QString& className)
+{
+    return showPane(findPane(className));
+}
+DzPane* DzPaneMgr::getPane(int index) const
+{
+    return _panes.value(index);
+}
+
+void DzPaneMgr::addPane(DzPane* pane)
+{
+    if (!pane || _panes.contains(pane))
+        return;
+    _panes.append(pane);
+    connect(pane, SIGNAL(destroyed(QObject*)), SLOT(handlePaneDestroyed(QObject*)));
+}
+
+void DzPaneMgr::handlePaneDestroyed(QObject* pane)
+{
+    _panes.removeOne(static_cast<DzPane*>(pane));
+}
+
+DzPane::DzPane(const QString& label) : _label(label)
+{
+    setWindowTitle(label);
+}
+DzPane::~DzPane() = default;
+
+DzError DzPane::showPane()
+{
+    show();
+    raise();
+    return DZ_NO_ERROR;
+}
+
+DzError DzPane::hidePane()
+{
+    hide();
+    return DZ_NO_ERROR;
+}
+
+void DzPane::refresh() {}
+
+DzViewportMgr::DzViewportMgr(QWidget* parent) : QWidget(parent) {}
+DzViewportMgr::~DzViewportMgr() = default;
+
+DzViewTool* DzViewportMgr::findTool(const QString&) const
+{
+    return nullptr;
+}
+DzViewTool* DzViewportMgr::getActiveTool() const
+{
+    return nullptr;
+}
+void DzViewportMgr::setActiveTool(DzViewTool*) {}
+int DzViewportMgr::getNumViewports() const
+{
+    return 0;
+}
+DzViewport* DzViewportMgr::getViewport(int) const
+{
+    return nullptr;
+}
+DzViewport* DzViewportMgr::getActiveViewport() const
+{
+    return nullptr;
+}
+void DzViewportMgr::setActiveViewport(DzViewport*) {}

@@ -1,0 +1,305 @@
+// The application: log, folders, managers.
+// SPDX-License-Identifier: MIT
+
+#include "dzapp.h"
+
+#include "dzaction.h"
+#include "dzactionmgr.h"
+#include "dzassetiomgr.h"
+#include "dzassetmgr.h"
+#include "dzcontentmgr.h"
+#include "dzdeleteaction.h"
+#include "dzexportmgr.h"
+#include "dzimportmgr.h"
+#include "dzmainwindow.h"
+#include "dzplugin.h"
+#include "dzpluginmgr.h"
+#include "dzscene.h"
+#include "host/scene/host_log.h"
+#include "openhost/class_registry.h"
+#include "openhost/operations.h"
+
+#include <QDateTime>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <QUrl>
+
+#include <cstdio>
+
+DzApp* dzApp = nullptr;
+
+struct DzApp::Impl {
+    Options options;
+    QFile logFile;
+    QString logBuffer;
+    DzAuthor author;
+    bool closing = false;
+    int tempFiles = 0;
+
+    std::unique_ptr<DzScene> scene;
+    std::unique_ptr<DzExportMgr> exportMgr;
+    std::unique_ptr<DzImportMgr> importMgr;
+    std::unique_ptr<DzAssetMgr> assetMgr;
+    std::unique_ptr<DzPluginMgr> pluginMgr;
+    std::unique_ptr<DzMainWindow> mainWindow;
+    std::unique_ptr<DzContentMgr> contentMgr;
+    std::unique_ptr<DzAssetIOMgr> assetIOMgr;
+};
+
+namespace {
+
+constexpr int kLogBufferSize = 512;
+
+QString WithoutSlash(const QString& path)
+{
+    return QDir(path).absolutePath();
+}
+
+} // namespace
+
+DzApp::DzApp(int& argc, char** argv, const Options& options) : QApplication(argc, argv), _impl(new Impl)
+{
+    dzApp = this;
+    _impl->options = options;
+    setOrganizationName(QStringLiteral("Gantrel"));
+    if (!options.logFilename.isEmpty()) {
+        _impl->logFile.setFileName(options.logFilename);
+        if (!_impl->logFile.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            std::fprintf(stderr, "cannot write the log file \"%s\"\n", qPrintable(options.logFilename));
+    }
+    _impl->pluginMgr.reset(new DzPluginMgr);
+    createManagers();
+    emit starting();
+}
+
+DzApp::~DzApp()
+{
+    _impl->closing = true;
+    emit closing();
+    deleteManagers();
+    _impl->pluginMgr.reset();
+    flushLogBuffer();
+    dzApp = nullptr;
+}
+
+void DzApp::createManagers()
+{
+    dzScene = new DzScene;
+    _impl->scene.reset(dzScene);
+    _impl->exportMgr.reset(new DzExportMgr);
+    _impl->importMgr.reset(new DzImportMgr);
+    _impl->assetMgr.reset(new DzAssetMgr);
+    _impl->contentMgr.reset(new DzContentMgr);
+    _impl->assetIOMgr.reset(new DzAssetIOMgr);
+    _impl->mainWindow.reset(new DzMainWindow);
+    DzActionMgr* const actions = _impl->mainWindow->getActionMgr();
+    actions->addAction(new DzDeleteAction);
+    for (int i = 0; i < _impl->pluginMgr->getNumPlugins(); ++i)
+        actions->addActions(*_impl->pluginMgr->getPlugin(i));
+    connect(_impl->pluginMgr.get(), &DzPluginMgr::pluginLoaded, _impl->mainWindow.get(),
+            [this](const QString& name) {
+                _impl->mainWindow->getActionMgr()->addActions(*_impl->pluginMgr->findPlugin(name));
+            });
+}
+
+void DzApp::deleteManagers()
+{
+    openhost::SetOperationListener(nullptr);
+    _impl->mainWindow.reset();
+    _impl->assetIOMgr.reset();
+    _impl->contentMgr.reset();
+    _impl->assetMgr.reset();
+    _impl->importMgr.reset();
+    _impl->exportMgr.reset();
+    _impl->scene.reset();
+    dzScene = nullptr;
+}
+
+void DzApp::reset()
+{
+    deleteManagers();
+    createManagers();
+}
+
+DzMainWindow* DzApp::getInterface() const
+{
+    return _impl->mainWindow.get();
+}
+
+QWidget* DzApp::getDialogParent() const
+{
+    if (_impl->options.headless)
+        return nullptr;
+    return activeModalWidget() ? activeModalWidget() : _impl->mainWindow.get();
+}
+
+bool DzApp::showsTerminalProgress() const
+{
+    return _impl->options.headless && _impl->options.terminalProgress;
+}
+
+bool DzApp::isHeadless() const
+{
+    return _impl->options.headless;
+}
+
+void DzApp::log(const QString& line)
+{
+    if (_impl->options.echoLog)
+        std::fprintf(stderr, "%s\n", line.toUtf8().constData());
+    _impl->logBuffer += QDateTime::currentDateTime().toString(Qt::ISODateWithMs) + QLatin1Char(' ') + line +
+                        QLatin1Char('\n');
+    if (_impl->logBuffer.size() > kLogBufferSize)
+        flushLogBuffer();
+}
+
+void DzApp::debug(const QString& line)
+{
+    log(QLatin1String("DEBUG: ") + line);
+    emit debugMsg(line);
+}
+
+void DzApp::warning(const QString& line)
+{
+    log(QLatin1String("WARNING: ") + line);
+}
+void DzApp::error(const QString& line)
+{
+    log(QLatin1String("ERROR: ") + line);
+}
+
+bool DzApp::flushLogBuffer()
+{
+    const QByteArray text = _impl->logBuffer.toUtf8();
+    _impl->logBuffer.clear();
+    if (!_impl->logFile.isOpen())
+        return _impl->options.logFilename.isEmpty();
+    return _impl->logFile.write(text) == text.size() && _impl->logFile.flush();
+}
+
+QString DzApp::getLogFilename() const
+{
+    return _impl->options.logFilename;
+}
+
+void DzApp::statusLine(const QString& text, bool addToLog)
+{
+    if (addToLog)
+        log(text);
+}
+
+QString DzApp::getDocumentationPath() const
+{
+    return WithoutSlash(_impl->options.documentationPath);
+}
+
+QString DzApp::getDocumentsPath() const
+{
+    return WithoutSlash(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+}
+
+QString DzApp::getAppDataPath() const
+{
+    return WithoutSlash(_impl->options.appDataPath);
+}
+QString DzApp::getHomePath() const
+{
+    return WithoutSlash(applicationDirPath());
+}
+QString DzApp::getPluginsPath() const
+{
+    return getHomePath() + QLatin1String("/plugins");
+}
+
+QString DzApp::getTempPath() const
+{
+    return WithoutSlash(_impl->options.tempPath.isEmpty() ? QDir::tempPath() : _impl->options.tempPath);
+}
+
+QString DzApp::getTempFilename()
+{
+    const QDir folder(getTempPath());
+    QString name;
+    do {
+        name = QStringLiteral("temp-%1-%2").arg(applicationPid()).arg(++_impl->tempFiles);
+    } while (!folder.entryList(QStringList(name + QLatin1Char('*'))).isEmpty());
+    return folder.filePath(name);
+}
+
+void DzApp::showURL(const QString& url)
+{
+    if (_impl->options.headless)
+        log(QLatin1String("not shown without display: ") + url);
+    else
+        QDesktopServices::openUrl(QUrl(url));
+}
+
+void DzApp::setBusyCursor()
+{
+    setOverrideCursor(Qt::WaitCursor);
+}
+void DzApp::clearBusyCursor()
+{
+    restoreOverrideCursor();
+}
+
+const DzClassFactory* DzApp::findClassFactory(const QString& className) const
+{
+    const DzClassFactory* const builtIn = openhost::FindBuiltInClassFactory(className);
+    return builtIn ? builtIn : _impl->pluginMgr->findClassFactory(className);
+}
+
+DzContentMgr* DzApp::getContentMgr() const
+{
+    return _impl->contentMgr.get();
+}
+DzAssetIOMgr* DzApp::getAssetIOMgr() const
+{
+    return _impl->assetIOMgr.get();
+}
+DzAssetMgr* DzApp::getAssetMgr() const
+{
+    return _impl->assetMgr.get();
+}
+DzExportMgr* DzApp::getExportMgr() const
+{
+    return _impl->exportMgr.get();
+}
+DzImportMgr* DzApp::getImportMgr() const
+{
+    return _impl->importMgr.get();
+}
+DzPluginMgr* DzApp::getPluginMgr() const
+{
+    return _impl->pluginMgr.get();
+}
+DzAuthor DzApp::getCurrentAuthor() const
+{
+    return _impl->author;
+}
+void DzApp::setCurrentAuthor(const DzAuthor& author)
+{
+    _impl->author = author;
+}
+DzVersion DzApp::getVersion() const
+{
+    return DzVersion(4, 21, 0, 5);
+}
+QString DzApp::getOrgName() const
+{
+    return organizationName();
+}
+bool DzApp::isClosing() const
+{
+    return _impl->closing;
+}
+
+void openhost::LogWarning(const QString& line)
+{
+    if (dzApp)
+        dzApp->warning(line);
+    else
+        std::fprintf(stderr, "WARNING: %s\n", line.toUtf8().constData());
+}

@@ -1,0 +1,170 @@
+// Progress of long work, on a terminal.
+// SPDX-License-Identifier: MIT
+
+#include "dzprogress.h"
+
+#include "dzapp.h"
+#include "openhost/operations.h"
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <unistd.h>
+#include <vector>
+
+struct DzProgress::Impl {
+    QString info;
+    int total = 0;
+    int position = 0;
+    bool cancellable = false;
+    bool showTime = false;
+    bool enabled = true;
+    bool cancelled = false;
+    bool closeOnFinish = true;
+    bool finished = false;
+    QElapsedTimer timer;
+};
+
+namespace {
+
+/// Outermost first.
+std::vector<DzProgress*>& Stack()
+{
+    static std::vector<DzProgress*> stack;
+    return stack;
+}
+
+bool ShowsOnTerminal()
+{
+    return dzApp && dzApp->showsTerminalProgress() && isatty(STDERR_FILENO) != 0;
+}
+
+QString Described(const DzProgress& progress)
+{
+    const int total = progress.getTotalSteps();
+    const QString info = progress.getInfo();
+    return total > 0 ? QStringLiteral("%1 (%2/%3)").arg(info).arg(progress.getPosition()).arg(total) : info;
+}
+
+// One line, written over each time; cleared with the last progress.
+void Show()
+{
+    if (!ShowsOnTerminal())
+        return;
+    QStringList parts;
+    for (const DzProgress* progress : Stack())
+        parts.append(Described(*progress));
+    constexpr int kWidth = 79;
+    std::fprintf(stderr, "\r\033[K%s", parts.join(QLatin1String(": ")).left(kWidth).toUtf8().constData());
+    std::fflush(stderr);
+}
+
+/// Tells the listener; progress is told and cannot be refused.
+void Announce(const QString& info)
+{
+    openhost::AllowOperation("progress", info);
+}
+
+} // namespace
+
+DzProgress::DzProgress(const QString& info, int totalSteps, bool isCancellable, bool showTimeElapsed)
+    : _impl(new Impl)
+{
+    _impl->info = info;
+    _impl->total = std::max(0, totalSteps);
+    _impl->cancellable = isCancellable;
+    _impl->showTime = showTimeElapsed;
+    _impl->timer.start();
+    Stack().push_back(this);
+    Announce(info);
+    Show();
+}
+
+DzProgress::~DzProgress()
+{
+    finish();
+}
+
+void DzProgress::step(int count)
+{
+    update(_impl->position + count);
+}
+
+void DzProgress::update(int position)
+{
+    _impl->position = std::max(0, _impl->total > 0 ? std::min(position, _impl->total) : position);
+    if (_impl->enabled)
+        Show();
+}
+
+void DzProgress::setInfo(const QString& info)
+{
+    _impl->info = info;
+    Announce(info);
+    if (_impl->enabled)
+        Show();
+}
+
+void DzProgress::setCurrentInfo(const QString& info)
+{
+    if (!Stack().empty())
+        Stack().back()->setInfo(info);
+}
+
+void DzProgress::finish()
+{
+    if (_impl->finished)
+        return;
+    _impl->finished = true;
+    std::vector<DzProgress*>& stack = Stack();
+    stack.erase(std::remove(stack.begin(), stack.end(), this), stack.end());
+    if (_impl->showTime && dzApp)
+        dzApp->log(QStringLiteral("%1: %2 s")
+                       .arg(_impl->info)
+                       .arg(double(_impl->timer.elapsed()) / 1000.0, 0, 'f', 1));
+    Show();
+}
+
+void DzProgress::cancel()
+{
+    if (_impl->cancellable)
+        _impl->cancelled = true;
+}
+
+void DzProgress::enable(bool onOff)
+{
+    _impl->enabled = onOff;
+}
+void DzProgress::setCloseOnFinish(bool onOff)
+{
+    _impl->closeOnFinish = onOff;
+}
+
+bool DzProgress::isCancelled() const
+{
+    for (const DzProgress* progress : Stack()) {
+        if (progress->_impl->cancelled)
+            return true;
+        if (progress == this)
+            break;
+    }
+    return _impl->cancelled;
+}
+
+QString DzProgress::getInfo() const
+{
+    return _impl->info;
+}
+int DzProgress::getPosition() const
+{
+    return _impl->position;
+}
+int DzProgress::getTotalSteps() const
+{
+    return _impl->total;
+}
+int DzProgress::getDepth()
+{
+    return static_cast<int>(Stack().size());
+}
