@@ -24,7 +24,7 @@ std::size_t ReadRow(const Element& row, double* numbers, std::size_t room)
     std::size_t count = 0;
     if (!row.is_array())
         return 0;
-    for (const Element item : row.get_array().value_unsafe()) {
+    for (const Element item : Items(row)) {
         if (count < room)
             numbers[count] = AsNumber(item).value_or(NAN);
         ++count;

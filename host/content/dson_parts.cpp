@@ -135,7 +135,7 @@ std::optional<InfluenceMap> ParseInfluenceMap(const Element& holder, const std::
         double pair[2] = {-1.0, 0.0};
         std::size_t index = 0;
         if (row.is_array())
-            for (const Element item : row.get_array().value_unsafe())
+            for (const Element item : Items(row))
                 if (index < 2)
                     pair[index++] = AsNumber(item).value_or(-1.0);
         isMap = isMap && index == 2 && pair[0] >= 0.0 && pair[0] < 4294967295.0;
@@ -160,7 +160,7 @@ void CollectFromObject(const Element& element, std::string owner, bool inDForm, 
     if (Find(element, "influence_weights"))
         if (auto map = ParseInfluenceMap(element, owner, inDForm))
             maps.push_back(std::move(*map));
-    for (const auto member : element.get_object().value_unsafe())
+    for (const auto member : Members(element))
         CollectFrom(member.value, owner, inDForm || member.key == "dform", depth + 1, maps);
 }
 
@@ -174,7 +174,7 @@ void CollectFrom(const Element& element, const std::string& owner, bool inDForm,
     if (element.is_object()) {
         CollectFromObject(element, owner, inDForm, depth, maps);
     } else if (element.is_array()) {
-        for (const Element item : element.get_array().value_unsafe()) {
+        for (const Element item : Items(element)) {
             if (!item.is_object())
                 break;
             CollectFrom(item, owner, inDForm, depth + 1, maps);
@@ -355,7 +355,7 @@ std::optional<AnimatedValue> ParseAnimation(const Element& json)
         std::size_t index = 0;
         if (value || !key.is_array())
             return;
-        for (const Element item : key.get_array().value_unsafe())
+        for (const Element item : Items(key))
             if (index++ == 1)
                 value = AsNumber(item);
     });

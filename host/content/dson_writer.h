@@ -17,7 +17,7 @@ struct WriteOptions {
 /// Writes a file below a content directory, in members' documented order, floats shortest that read back bit for bit.
 /// Folders are made; the file is written beside its place and renamed into it.
 /// @param contentDirectory  the folder that holds data/, People/, ...
-/// @return the path written: contentDirectory + percent-decoded info.id
+/// @return the path written: contentDirectory followed by info.id, which is decoded text
 /// @throws geometry::IoError      a folder or file cannot be written
 /// @throws geometry::FormatError  info.id leaves the content directory, or a value is not finite
 std::filesystem::path WriteFigure(const FigureAsset& figure, const std::filesystem::path& contentDirectory,

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <cassert>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,10 +14,30 @@ namespace dson {
 
 using Element = simdjson::dom::element;
 
+/// The items of an array, which the element must be. By value: iterating over a temporary result would dangle.
+inline simdjson::dom::array Items(const Element& element)
+{
+    simdjson::dom::array items;
+    const simdjson::error_code error = element.get(items);
+    assert(error == simdjson::SUCCESS);
+    (void)error;
+    return items;
+}
+
+/// The members of an object, which the element must be.
+inline simdjson::dom::object Members(const Element& element)
+{
+    simdjson::dom::object members;
+    const simdjson::error_code error = element.get(members);
+    assert(error == simdjson::SUCCESS);
+    (void)error;
+    return members;
+}
+
 inline std::optional<Element> Find(const Element& object, std::string_view key)
 {
     Element found;
-    if (!object.is_object() || object.get_object().value_unsafe().at_key(key).get(found) != simdjson::SUCCESS)
+    if (!object.is_object() || Members(object).at_key(key).get(found) != simdjson::SUCCESS)
         return std::nullopt;
     return found;
 }
@@ -62,7 +83,7 @@ void ForEach(const Element& object, std::string_view key, Visit visit)
             visit(*found);
         return;
     }
-    for (const Element item : found->get_array().value_unsafe())
+    for (const Element item : Items(*found))
         visit(item);
 }
 

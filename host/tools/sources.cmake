@@ -1,3 +1,21 @@
 # Sources of this room, relative to host/, with the headers that moc is to read.
 set(HOST_TOOLS_SOURCES
+    tools/morph_loader.h
+    tools/morph_loader_batch.h
+    tools/obj_exporter.h
+    tools/obj_importer.h
+    tools/transfer_utility.h
+    tools/attenuation.cpp
+    tools/class_factories.cpp
+    tools/mesh_cleanup.cpp
+    tools/mirroring.cpp
+    tools/morph_load.cpp
+    tools/morph_loader.cpp
+    tools/morph_loader_batch.cpp
+    tools/obj_exporter.cpp
+    tools/obj_importer.cpp
+    tools/obj_options.cpp
+    tools/obj_selection.cpp
+    tools/transfer_parts.cpp
+    tools/transfer_utility.cpp
 )

@@ -1,0 +1,261 @@
+// The Transfer Utility: binding, groups and morphs from one mesh to another.
+// SPDX-License-Identifier: MIT
+
+#include "host/tools/transfer_utility.h"
+
+#include "dzfacetmesh.h"
+#include "dzfacetshape.h"
+#include "dzfigure.h"
+#include "dzfloatproperty.h"
+#include "dzmorph.h"
+#include "dzobject.h"
+#include "dzpresentation.h"
+#include "dzscene.h"
+#include "geometry/errors.h"
+#include "host/figure/mesh_access.h"
+#include "host/figure/pipeline.h"
+#include "host/scene/host_log.h"
+#include "host/tools/transfer_parts.h"
+#include "openhost/operations.h"
+
+namespace {
+
+bool HasMesh(const DzNode* node)
+{
+    return node && node->getObject() && node->getObject()->pipeline().hasMesh();
+}
+
+bool IsWanted(const DzMorph& morph, int type, const QStringList& names)
+{
+    const DzFloatProperty& dial = *morph.getValueControl();
+    switch (type) {
+    case DzTransferUtility::NameList:
+        return names.contains(morph.getName());
+    case DzTransferUtility::Favorites:
+    case DzTransferUtility::FavoritesAndSubComponets:
+        return dial.isFavorite();
+    case DzTransferUtility::ShapingAndPoseType: {
+        const DzPresentation* const presentation = morph.getPresentation();
+        return presentation && (presentation->getType() == QLatin1String("Modifier/Shape") ||
+                                presentation->getType() == QLatin1String("Modifier/Pose"));
+    }
+    case DzTransferUtility::AllMorphs:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Morphs in the order in which they are asked for; the source's own where there is no list.
+std::vector<const DzMorph*> WantedMorphs(const DzNode& source, int type, const QStringList& names)
+{
+    std::vector<const DzMorph*> morphs;
+    const DzObject& object = *source.getObject();
+    if (type == DzTransferUtility::NameList) {
+        for (const QString& name : names)
+            if (const auto* const morph = qobject_cast<DzMorph*>(object.findModifier(name)))
+                morphs.push_back(morph);
+        return morphs;
+    }
+    for (int i = 0; i < object.getNumModifiers(); ++i) {
+        const auto* const morph = qobject_cast<DzMorph*>(object.getModifier(i));
+        if (morph && IsWanted(*morph, type, names))
+            morphs.push_back(morph);
+    }
+    return morphs;
+}
+
+void CopyPlace(const DzNode& from, DzNode& to)
+{
+    for (const char* const name : {"XTranslate", "YTranslate", "ZTranslate", "XRotate", "YRotate", "ZRotate", "Scale",
+                                   "XScale", "YScale", "ZScale"}) {
+        const auto* const source = qobject_cast<DzFloatProperty*>(from.findProperty(QLatin1String(name)));
+        auto* const copy = qobject_cast<DzFloatProperty*>(to.findProperty(QLatin1String(name)));
+        if (source && copy)
+            copy->setValue(source->getValue());
+    }
+}
+
+std::unique_ptr<DzObject> CopyObject(const DzNode& prop)
+{
+    const DzFacetMeshPtr mesh(openhost::MeshAccess::create(prop.getObject()->pipeline().base()));
+    mesh->setName(prop.getName());
+    mesh->enableSubDivision(true);
+    auto shape = std::make_unique<DzFacetShape>();
+    shape->setName(prop.getName());
+    shape->setFacetMesh(mesh);
+    auto object = std::make_unique<DzObject>();
+    object->setName(prop.getName());
+    object->addShape(shape.release());
+    return object;
+}
+
+} // namespace
+
+DzTransferUtility::DzTransferUtility() = default;
+DzTransferUtility::~DzTransferUtility() = default;
+
+bool DzTransferUtility::setSource(DzNode* node)
+{
+    _source = HasMesh(node) ? node : nullptr;
+    return _source;
+}
+
+bool DzTransferUtility::setTarget(DzNode* node)
+{
+    _target = HasMesh(node) ? node : nullptr;
+    return _target;
+}
+
+DzNode* DzTransferUtility::getSource() const
+{
+    return qobject_cast<DzNode*>(_source.data());
+}
+
+DzNode* DzTransferUtility::getTarget() const
+{
+    return qobject_cast<DzNode*>(_target.data());
+}
+
+DzFigure* DzTransferUtility::getTargetOutputFigure() const
+{
+    return qobject_cast<DzFigure*>(_output.data());
+}
+
+/// The target itself if it is a figure; otherwise a figure made of it, which takes its place in the scene.
+DzFigure* DzTransferUtility::figureToFill()
+{
+    DzNode& target = *getTarget();
+    if (auto* const figure = qobject_cast<DzFigure*>(&target))
+        return figure;
+    const QString name = target.getName(), label = target.getLabel();
+    auto figure = std::make_unique<DzFigure>();
+    figure->setObject(CopyObject(target).release());
+    CopyPlace(target, *figure);
+    if (_removeOriginalTarget)
+        dzScene->removeNode(&target);
+    figure->setName(name);
+    figure->setLabel(label);
+    DzFigure* const made = figure.get();
+    dzScene->addNode(figure.release());
+    return made;
+}
+
+bool DzTransferUtility::doTransfer()
+{
+    DzNode* const source = getSource();
+    DzNode* const target = getTarget();
+    if (!source || !target || source == target || !openhost::AllowOperation("transfer", target->getLabel()))
+        return false;
+    try {
+        const std::vector<geometry::Vec3f> from = openhost::BasePositionsInWorld(*source);
+        const std::vector<geometry::Vec3f> to = openhost::BasePositionsInWorld(*target);
+        const geometry::SurfaceMap map =
+            geometry::MatchSurfaces({source->getObject()->pipeline().base().topology.get(), from},
+                                    {target->getObject()->pipeline().base().topology.get(), to});
+        DzFigure& figure = *figureToFill();
+        _output = &figure;
+        if (_transferFaceGroups || _transferRegionGroups || _transferMaterialGroups)
+            openhost::TransferGroups(map, *source, figure, _transferFaceGroups || _transferRegionGroups,
+                                     _transferMaterialGroups);
+        if (_transferBinding)
+            openhost::TransferBinding(map, *source, figure);
+        if (_transferSelectionMap)
+            openhost::TransferSelectionMap(*source, figure);
+        if (_transferMorphs)
+            for (const DzMorph* const morph : WantedMorphs(*source, _transferSourceMorphs, _morphTransferList))
+                openhost::TransferMorphTo(map, *morph, *source, figure, _overrideExistingMorphs);
+        if (_parentToFigure)
+            source->addNodeChild(&figure, true);
+        auto* const skeleton = qobject_cast<DzSkeleton*>(source);
+        if (_fitToFigure && skeleton)
+            figure.setFollowTarget(skeleton);
+        if (_targetReplacesSource)
+            dzScene->removeNode(source);
+        dzScene->selectAllNodes(false);
+        dzScene->setPrimarySelection(&figure);
+        return true;
+    } catch (const std::exception& error) {
+        openhost::LogWarning(QString::fromStdString(error.what()));
+        return false;
+    }
+}
+
+bool DzTransferUtility::setTransferBinding(bool value)
+{
+    _transferBinding = value;
+    return true;
+}
+
+bool DzTransferUtility::setTransferMorphs(bool value)
+{
+    _transferMorphs = value;
+    return true;
+}
+
+bool DzTransferUtility::setTransferSourceMorphs(int value)
+{
+    _transferSourceMorphs = value;
+    return true;
+}
+
+bool DzTransferUtility::setMorphTransferList(const QStringList& value)
+{
+    _morphTransferList = value;
+    return true;
+}
+
+bool DzTransferUtility::setOverrideExistingMorphs(bool value)
+{
+    _overrideExistingMorphs = value;
+    return true;
+}
+
+bool DzTransferUtility::setTransferSelectionMap(bool value)
+{
+    _transferSelectionMap = value;
+    return true;
+}
+
+bool DzTransferUtility::setTransferFaceGroups(bool value)
+{
+    _transferFaceGroups = value;
+    return true;
+}
+
+bool DzTransferUtility::setTransferRegionGroups(bool value)
+{
+    _transferRegionGroups = value;
+    return true;
+}
+
+bool DzTransferUtility::setTransferMaterialGroups(bool value)
+{
+    _transferMaterialGroups = value;
+    return true;
+}
+
+bool DzTransferUtility::setFitToFigure(bool value)
+{
+    _fitToFigure = value;
+    return true;
+}
+
+bool DzTransferUtility::setParentToFigure(bool value)
+{
+    _parentToFigure = value;
+    return true;
+}
+
+bool DzTransferUtility::setTargetReplacesSource(bool value)
+{
+    _targetReplacesSource = value;
+    return true;
+}
+
+bool DzTransferUtility::setRemoveOriginalTarget(bool value)
+{
+    _removeOriginalTarget = value;
+    return true;
+}
+
