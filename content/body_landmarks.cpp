@@ -1,0 +1,80 @@
+// Where the canonical body's joints lie.
+// SPDX-License-Identifier: MIT
+
+#include "content/body_landmarks.h"
+
+namespace content::landmarks {
+
+namespace {
+
+const Vec3f handAlong = Normalized(Vec3f{0.72f, -0.69f, 0.06f});
+const Vec3f handAcross = Normalized(Cross(Cross(handAlong, Vec3f{0.0f, 0.0f, 1.0f}), handAlong));
+const Vec3f handPalmward = Normalized(Cross(handAcross, handAlong)) * -1.0f;
+
+struct FingerMeasure {
+    Vec3f root;          ///< along, across, palmward
+    float spreadDegrees; ///< towards the thumb
+    std::array<float, 3> lengths;
+    std::array<float, 3> curlDegrees;
+    std::array<float, 4> radii;
+};
+
+const std::array<FingerMeasure, fingerCount>& Measures()
+{
+    static const std::array<FingerMeasure, fingerCount> measures{{
+        {{1.9f, 2.0f, 0.9f}, 47.0f, {4.3f, 3.2f, 2.5f}, {14.0f, 10.0f, 8.0f}, {1.45f, 1.15f, 1.0f, 0.78f}},
+        {{8.7f, 3.25f, 0.0f}, 9.5f, {3.9f, 2.4f, 1.8f}, {4.0f, 12.0f, 18.0f}, {1.0f, 0.86f, 0.76f, 0.62f}},
+        {{9.0f, 1.05f, -0.2f}, 2.5f, {4.3f, 2.7f, 1.9f}, {4.0f, 12.0f, 18.0f}, {1.02f, 0.88f, 0.78f, 0.64f}},
+        {{8.6f, -1.1f, -0.1f}, -4.5f, {3.9f, 2.5f, 1.9f}, {5.0f, 13.0f, 19.0f}, {0.98f, 0.83f, 0.74f, 0.61f}},
+        {{7.8f, -3.1f, 0.2f}, -13.0f, {3.2f, 1.9f, 1.6f}, {6.0f, 14.0f, 20.0f}, {0.88f, 0.74f, 0.65f, 0.54f}},
+    }};
+    return measures;
+}
+
+FingerChain MakeChain(const FingerMeasure& measure)
+{
+    constexpr float degree = 0.017453293f;
+    FingerChain chain;
+    Vec3f local = measure.root;
+    chain[0] = HandPoint(local.x, local.y, local.z);
+    float curl = 0.0f;
+    for (int i = 0; i < 3; ++i) {
+        curl += measure.curlDegrees[i] * 0.6f;
+        const float flat = std::cos(curl * degree), spread = measure.spreadDegrees * degree;
+        local += Vec3f{flat * std::cos(spread), flat * std::sin(spread), std::sin(curl * degree)} *
+                 measure.lengths[i];
+        chain[i + 1] = HandPoint(local.x, local.y, local.z);
+    }
+    return chain;
+}
+
+} // namespace
+
+Vec3f HandPoint(float along, float across, float palmward)
+{
+    return wrist + handAlong * along + handAcross * across + handPalmward * palmward;
+}
+
+const std::array<FingerChain, fingerCount>& Fingers()
+{
+    static const std::array<FingerChain, fingerCount> fingers = [] {
+        std::array<FingerChain, fingerCount> result;
+        for (int f = 0; f < fingerCount; ++f)
+            result[f] = MakeChain(Measures()[f]);
+        return result;
+    }();
+    return fingers;
+}
+
+const std::array<std::array<float, 4>, fingerCount>& FingerRadii()
+{
+    static const std::array<std::array<float, 4>, fingerCount> radii = [] {
+        std::array<std::array<float, 4>, fingerCount> result;
+        for (int f = 0; f < fingerCount; ++f)
+            result[f] = Measures()[f].radii;
+        return result;
+    }();
+    return radii;
+}
+
+} // namespace content::landmarks

@@ -1,0 +1,71 @@
+// The canonical body as a smooth solid: the parts put together.
+// SPDX-License-Identifier: MIT
+
+#include "content/body_solid.h"
+
+namespace content {
+
+namespace {
+
+/// A part is worth evaluating where its bounding ball is nearer than what was found so far.
+float BallDistance(Vec3f p, Vec3f center, float radius)
+{
+    return Length(p - center) - radius;
+}
+
+/// The seams between parts are wider than any distance error of the bounding balls.
+constexpr float seamReach = 6.0f;
+
+float HalfLimbs(Vec3f p, float distance)
+{
+    if (BallDistance(p, {9.5f, 48.0f, -1.0f}, 52.0f) < distance + seamReach) {
+        float leg = LegDistance(p);
+        if (p.y < 20.0f)
+            leg = Join(leg, FootDistance(p), 1.6f);
+        distance = Join(distance, leg, 3.0f);
+    }
+    if (BallDistance(p, {38.0f, 117.0f, -2.5f}, 34.0f) < distance + seamReach)
+        distance = Join(distance, ArmDistance(p), 3.5f);
+    if (BallDistance(p, {60.5f, 93.0f, 0.5f}, 14.0f) < distance + seamReach)
+        distance = Join(distance, HandDistance(p), 1.6f);
+    return distance;
+}
+
+} // namespace
+
+float BodyDistance(Vec3f p)
+{
+    float distance = TorsoDistance(p);
+    if (BallDistance(p, {0.0f, 155.0f, 0.0f}, 18.0f) < distance + seamReach)
+        distance = Join(distance, HeadDistance(p), 2.6f);
+    // Near the middle both halves count, so that nothing creases there.
+    const Vec3f left{std::abs(p.x), p.y, p.z};
+    distance = HalfLimbs(left, distance);
+    if (left.x < seamReach)
+        distance = Join(distance, LegDistance(Mirrored(left)), 2.0f);
+    return distance;
+}
+
+Vec3f BodyGradient(Vec3f p)
+{
+    constexpr float step = 0.02f;
+    const Vec3f dx{step, 0, 0}, dy{0, step, 0}, dz{0, 0, step};
+    return Vec3f{BodyDistance(p + dx) - BodyDistance(p - dx), BodyDistance(p + dy) - BodyDistance(p - dy),
+                 BodyDistance(p + dz) - BodyDistance(p - dz)} *
+           (0.5f / step);
+}
+
+Vec3f ProjectToBody(Vec3f p)
+{
+    for (int round = 0; round < 6; ++round) {
+        const float distance = BodyDistance(p);
+        if (std::abs(distance) < 2e-5f)
+            break;
+        const Vec3f gradient = BodyGradient(p);
+        const float slope = std::max(LengthSquared(gradient), 0.1f);
+        p -= gradient * std::clamp(distance / slope, -0.6f, 0.6f);
+    }
+    return p;
+}
+
+} // namespace content

@@ -1,0 +1,204 @@
+// The sample library: open stand-ins for the stock figures, and characters shaped on them.
+// SPDX-License-Identifier: MIT
+
+#include "content/sample_library.h"
+
+#include "content/figure_files.h"
+#include "content/sample_figures.h"
+
+#include <tbb/parallel_for.h>
+#include <tbb/parallel_invoke.h>
+
+namespace content {
+
+using geometry::Span;
+
+namespace {
+
+/// A source character: a name, its figure and its dials.
+struct SampleCharacter {
+    const char* name;
+    FigureKind kind;
+    std::vector<std::pair<std::string, double>> dials;
+};
+
+const std::vector<SampleCharacter>& Characters()
+{
+    static const std::vector<SampleCharacter> characters{
+        {"Vera",
+         FigureKind::Genesis8Female,
+         {{"FBMPear", 0.55},
+          {"PBMBreastSize", 0.4},
+          {"PBMBelly", 0.35},
+          {"PHMFullLips", 0.8},
+          {"PHMLongNose", 0.5},
+          {"PHMFullCheeks", 0.7}}},
+        {"Gina",
+         FigureKind::Genesis3Female,
+         {{"FBMThin", 0.6},
+          {"FBMLongLegs", 0.7},
+          {"PHMElfEars", 1.0},
+          {"PHMLargeEyes", 0.8},
+          {"PHMNarrowFace", 0.6}}},
+        {"Magnus",
+         FigureKind::Genesis8Male,
+         {{"FBMMuscular", 0.9},
+          {"PBMBroadShoulders", 0.6},
+          {"PBMBigHands", 0.5},
+          {"PHMWideJaw", 0.7},
+          {"PHMHeavyBrow", 0.9}}},
+        {"Otto",
+         FigureKind::Genesis3Male,
+         {{"FBMHeavy", 0.85},
+          {"FBMShort", 0.5},
+          {"PBMBelly", 0.6},
+          {"PHMWideNose", 0.9},
+          {"PHMFullCheeks", 0.8},
+          {"PHMUnevenFace", 0.6}}},
+        {"Iris",
+         FigureKind::Genesis8_1Female,
+         {{"PBMUnevenBody", 0.7}, {"PBMBigFeet", 0.5}, {"PHMBigHead", 0.3}, {"PHMLongChin", 0.6}}}};
+    return characters;
+}
+
+std::vector<FigureBone> MakeBones(FigureKind kind)
+{
+    const std::vector<JointPlaces> places = NeutralJoints(kind);
+    std::vector<FigureBone> bones;
+    for (std::size_t b = 0; b < places.size(); ++b) {
+        const BodyBone& from = BodyBones()[b];
+        FigureBone bone;
+        bone.id = bone.label = kind == FigureKind::Genesis9 ? from.newName : from.oldName;
+        bone.parent = from.parent;
+        bone.center = places[b].center;
+        bone.end = places[b].end;
+        bone.orientation = from.orientation;
+        bone.order = from.order;
+        bone.inLegs = from.part == BonePart::Legs;
+        bone.inArms = from.part == BonePart::Arms;
+        bone.inHead = from.part == BonePart::Head;
+        bones.push_back(std::move(bone));
+    }
+    return bones;
+}
+
+std::vector<JointShift> JointShifts(Span<const ShapePart> parts)
+{
+    std::vector<JointShift> shifts;
+    for (const BodyBone& bone : BodyBones())
+        shifts.push_back({Displacement(parts, bone.center), Displacement(parts, bone.end)});
+    return shifts;
+}
+
+MorphParts MakeMorphParts(const SampleMorph& morph, Span<const Vec3f> canonical)
+{
+    MorphParts parts;
+    parts.name = morph.name;
+    parts.label = morph.label;
+    parts.group = morph.group;
+    parts.lowest = morph.lowest;
+    parts.deltas.resize(canonical.size());
+    for (std::size_t v = 0; v < canonical.size(); ++v)
+        parts.deltas[v] = Displacement(morph.parts, canonical[v]);
+    parts.joints = JointShifts(morph.parts);
+    return parts;
+}
+
+void WriteMorphs(const FigureFiles& files, const std::vector<SampleMorph>& morphs,
+                 Span<const Vec3f> canonical)
+{
+    tbb::parallel_for(std::size_t(0), morphs.size(),
+                      [&](std::size_t i) { files.writeMorph(MakeMorphParts(morphs[i], canonical)); });
+}
+
+MorphParts MakeCloneParts(std::size_t which, const SampleTopology& newest)
+{
+    static constexpr FigureKind kinds[4] = {FigureKind::Genesis3Female, FigureKind::Genesis3Male,
+                                            FigureKind::Genesis8Female, FigureKind::Genesis8Male};
+    CloneShape clone = MakeClone(kinds[which], newest);
+    const std::vector<JointPlaces> neutral = NeutralJoints(FigureKind::Genesis9);
+    MorphParts parts;
+    parts.name = cloneNames[which];
+    parts.label = "Clone " + InfoOf(kinds[which]).label;
+    parts.group = "/General/Clones";
+    parts.deltas = std::move(clone.deltas);
+    for (std::size_t b = 0; b < neutral.size(); ++b)
+        parts.joints.push_back(
+            {clone.joints[b].center - neutral[b].center, clone.joints[b].end - neutral[b].end});
+    return parts;
+}
+
+/// The dials that set the base shape: they have no shape of their own and drive one of the head and one of
+/// the body.
+void WriteBaseDials(const FigureFiles& files)
+{
+    MorphParts control;
+    control.group = "/General/Base";
+    control.name = baseFeminineName;
+    control.label = "Base Feminine";
+    control.drives = {{"body_bs_BaseFeminine", 1.0}, {"head_bs_BaseFeminine", 1.0}};
+    files.writeMorph(control);
+    control.name = baseMasculineName;
+    control.label = "Base Masculine";
+    control.drives = {{"body_bs_BaseMasculine", 1.0}, {"head_bs_BaseMasculine", 1.0}};
+    files.writeMorph(control);
+}
+
+FigureFiles WritePlainFigure(FigureKind kind, const SampleTopology& topology,
+                             const std::filesystem::path& directory)
+{
+    FigureParts parts;
+    parts.neutral.topology = topology.canonical.topology;
+    parts.neutral.positions = NeutralPositions(kind, topology.canonical.positions);
+    parts.bones = MakeBones(kind);
+    parts.weights = topology.weights;
+    return FigureFiles(InfoOf(kind), parts, directory);
+}
+
+void WriteSource(FigureKind kind, const SampleTopology& topology, const std::filesystem::path& directory)
+{
+    const FigureFiles files = WritePlainFigure(kind, topology, directory);
+    WriteMorphs(files, SourceMorphs(), topology.canonical.positions);
+    for (const SampleCharacter& character : Characters())
+        if (character.kind == kind)
+            files.writeCharacter(InfoOf(kind).peopleFolder + "/Characters/" + character.name + ".duf",
+                                 character.name, character.dials);
+}
+
+void WriteTarget(const SampleTopology& topology, const std::filesystem::path& directory)
+{
+    const FigureFiles files = WritePlainFigure(FigureKind::Genesis9, topology, directory);
+    const std::vector<Vec3f>& canonical = topology.canonical.positions;
+    WriteMorphs(files, TargetMorphs(), canonical);
+    WriteBaseDials(files);
+    tbb::parallel_for(std::size_t(0), std::size_t(4),
+                      [&](std::size_t which) { files.writeMorph(MakeCloneParts(which, topology)); });
+    std::vector<float> head(canonical.size());
+    for (std::size_t v = 0; v < canonical.size(); ++v)
+        head[v] = HeadInfluence(canonical[v]);
+    WriteHeadSplit(head, directory);
+}
+
+} // namespace
+
+void WriteSampleLibrary(const std::filesystem::path& directory,
+                        const std::function<void(const std::string&)>& progress)
+{
+    const auto tell = [&](const std::string& text) {
+        if (progress)
+            progress(text);
+    };
+    tell("Shaping the bodies");
+    SampleTopology older, newest;
+    tbb::parallel_invoke([&] { older = MakeSampleTopology(FigureKind::Genesis8Female); },
+                         [&] { newest = MakeSampleTopology(FigureKind::Genesis9); });
+    for (const FigureKindInfo& info : FigureKinds()) {
+        tell("Writing " + info.label);
+        if (info.kind == FigureKind::Genesis9)
+            WriteTarget(newest, directory);
+        else
+            WriteSource(info.kind, older, directory);
+    }
+}
+
+} // namespace content
