@@ -122,11 +122,11 @@ geometry::PolygonMesh MeshBody(const MeshRecipe& recipe)
 MeshRecipe OldGenerationRecipe()
 {
     MeshRecipe recipe;
-    recipe.step = 1.62f;
+    recipe.step = 1.72f;
     recipe.coarse = {
         {{0.0f, 159.5f, 0.0f}, 2.1f, 13.0f, 20.0f, {0.0f, 14.0f, 0.0f}, false},
         {landmarks::HandPoint(9.5f, 0.5f, 0.0f), 2.7f, 10.2f, 24.0f, {17.0f, -14.0f, 0.0f}, true},
-        {{11.2f, 2.0f, 6.0f}, 1.4f, 11.0f, 14.0f, {8.0f, -8.0f, 3.0f}, true}};
+        {{11.2f, 2.0f, 6.0f}, 1.9f, 12.5f, 16.0f, {11.0f, -12.0f, 4.0f}, true}};
     recipe.fine = {{{0.0f, 155.2f, 8.2f}, 1.6f, 6.0f, 12.0f, {0.0f, 0.0f, 7.0f}, false}};
     recipe.relaxRounds = 12;
     return recipe;

@@ -112,8 +112,8 @@ std::shared_ptr<GntParams> GntConverter::FindSourceAndTargetInSceneSelected_X()
     }
     // The text speaks of Genesis 8 only, although Genesis 3 is accepted; users and support know it so.
     if (sources.size() != 1 || targets.size() != 1)
-        throw kst::Exception(kst::daz::FormatHelp(
-            "you must select two figures (a ``source'' Genesis 8 or 8.1 and a ``target'' Genesis 9) in the scene"));
+        throw kst::Exception(kst::daz::FormatHelp("you must select two figures (a ``source'' Genesis 8 or "
+                                                  "8.1 and a ``target'' Genesis 9) in the scene"));
     DzFigure& source = kst::daz::ResolveToFigure_X(*sources.front());
     const int subdLevel = kst::daz::FindSubdivisionLevelIntProperty(source, true)->getValue();
     DzFigure& target = kst::daz::ResolveToFigure_X(*targets.front());
@@ -178,7 +178,8 @@ GntConverter::Impl::~Impl()
 
 std::vector<std::string> GntConverter::Impl::prepareSteps(GntResolution, GntJobs jobs) const
 {
-    // The display opens with the adjusting text and never shows the normalizing one; that is how users know it.
+    // The display opens with the adjusting text and never shows the normalizing one; that is how users know
+    // it.
     std::vector<int> keys{16, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
     if (jobs.test(GntJobFlag::Full))
         keys.push_back(17);
@@ -211,7 +212,8 @@ void GntConverter::Impl::restoreSourceAndTargetParams()
         kst::daz::SetNodeResolution(pParams->figSource, sourceResolution, false);
 }
 
-DzNode& GntConverter::Impl::makeMorphedStockMesh_X(const kst::daz::SimpleProgress& progress, GntResolution resolution)
+DzNode& GntConverter::Impl::makeMorphedStockMesh_X(const kst::daz::SimpleProgress& progress,
+                                                   GntResolution resolution)
 {
     DzFigure& source = pParams->figSource;
     if (resolution == GntResolution::Base) {
@@ -246,8 +248,8 @@ DzNode& GntConverter::Impl::makeMorphedStockMesh_X(const kst::daz::SimpleProgres
     objSettings.loadBlenderDefaults();
     objSettings.setScale(1.0f);
     const std::string report =
-        kst::MorphLoaderBatch::Exec_X(&mesh, sourceObj, tempMorphName, objSettings.toJsonStringOrThrowQ(), false, 0,
-                                      "test morphs", false, std::string_view(), 0.0f);
+        kst::MorphLoaderBatch::Exec_X(&mesh, sourceObj, tempMorphName, objSettings.toJsonStringOrThrowQ(),
+                                      false, 0, "test morphs", false, std::string_view(), 0.0f);
     DzFloatProperty& morph = findNewMorphProperty_X(mesh, tempMorphName, report);
     progress.step_X(debugSteps);
 
@@ -259,7 +261,8 @@ DzNode& GntConverter::Impl::makeMorphedStockMesh_X(const kst::daz::SimpleProgres
 DzNode& GntConverter::Impl::makeFitSuit_X(const kst::daz::SimpleProgress& progress, GntResolution resolution)
 {
     DzFigure& target = pParams->figTarget;
-    target.setLabel(kst::str::ToQ(fmt::format("Target {} ({})", MakeRandomString(8), kst::str::ToStd(target.getLabel()))));
+    target.setLabel(kst::str::ToQ(
+        fmt::format("Target {} ({})", MakeRandomString(8), kst::str::ToStd(target.getLabel()))));
 
     DzFigure& temporary = S3_LoadTempG9ForFitSuit_X(resolution);
     temporary.setLabel(QLatin1String("Genesis 9 temp for fit suit"));
@@ -278,8 +281,9 @@ DzNode& GntConverter::Impl::makeFitSuit_X(const kst::daz::SimpleProgress& progre
     return fitSuit;
 }
 
-std::string GntConverter::Impl::transferToFitSuit_X(const kst::daz::SimpleProgress& progress, DzNode& morphedStock,
-                                                    DzNode& fitSuit, GntMissingMorphs& missing)
+std::string GntConverter::Impl::transferToFitSuit_X(const kst::daz::SimpleProgress& progress,
+                                                    DzNode& morphedStock, DzNode& fitSuit,
+                                                    GntMissingMorphs& missing)
 {
     const MorphValues morphs{{tempMorphName, 1.0f}};
     DzNode* figure = nullptr;
@@ -303,7 +307,8 @@ std::string GntConverter::Impl::transferToFitSuit_X(const kst::daz::SimpleProgre
     return obj;
 }
 
-void GntConverter::Impl::adjustTargetForMorphCreation_X(GntResolution resolution, std::string_view targetLabel)
+void GntConverter::Impl::adjustTargetForMorphCreation_X(GntResolution resolution,
+                                                        std::string_view targetLabel)
 {
     DzFigure& target = pParams->figTarget;
     if (resolution == GntResolution::Base) {
@@ -319,17 +324,17 @@ void GntConverter::Impl::adjustTargetForMorphCreation_X(GntResolution resolution
     target.setLabel(kst::str::ToQ(targetLabel));
 }
 
-std::vector<GntCreatedMorph> GntConverter::Impl::createMorphs_X(const kst::daz::SimpleProgress& progress,
-                                                                GntResolution resolution, const std::string& objPath,
-                                                                const std::vector<std::string>& paths,
-                                                                const std::vector<std::string>& names, GntJobs jobs)
+std::vector<GntCreatedMorph>
+GntConverter::Impl::createMorphs_X(const kst::daz::SimpleProgress& progress, GntResolution resolution,
+                                   const std::string& objPath, const std::vector<std::string>& paths,
+                                   const std::vector<std::string>& names, GntJobs jobs)
 {
     const int level = pParams->iSubdLevelSource;
     std::vector<GntCreatedMorph> created;
     if (jobs.test(GntJobFlag::Full))
         created.push_back({GntFull, names.at(GntFull),
-                           &createMorph_X(progress, pParams->figTarget, objPath, resolution, level, names.at(GntFull),
-                                          paths.at(GntFull), std::string(), 0.0f)});
+                           &createMorph_X(progress, pParams->figTarget, objPath, resolution, level,
+                                          names.at(GntFull), paths.at(GntFull), std::string(), 0.0f)});
     if (jobs.test(GntJobFlag::Head))
         created.push_back({GntHead, names.at(GntHead),
                            &createHeadOrBodyMorph_X(progress, resolution, objPath, names.at(GntHead),

@@ -19,8 +19,8 @@ class GntConverter {
 public:
     class Impl;
 
-    /// Reads the scene's selection: exactly one source and one Genesis 9 figure, in any order; bones count as their
-    /// figures. Changes nothing.
+    /// Reads the scene's selection: exactly one source and one Genesis 9 figure, in any order; bones count as
+    /// their figures. Changes nothing.
     /// @throws kst::Exception  with the text for the user
     static std::shared_ptr<GntParams> FindSourceAndTargetInSceneSelected_X();
 

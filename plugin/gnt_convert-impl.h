@@ -16,9 +16,11 @@
 class DzContentMgr;
 class DzNode;
 
-namespace kst { namespace daz {
+namespace kst {
+namespace daz {
 class SimpleProgress;
-}}
+}
+} // namespace kst
 
 class GntConverter::Impl {
 public:
@@ -29,10 +31,12 @@ public:
 
     /// The progress texts of a run, in the order in which they are shown.
     std::vector<std::string> prepareSteps(GntResolution resolution, GntJobs jobs) const;
-    /// Undoes what the conversion changed on the two figures; nothing to do the second time but the resolution.
+    /// Undoes what the conversion changed on the two figures; nothing to do the second time but the
+    /// resolution.
     void restoreSourceAndTargetParams();
 
-    // The single operations. Names ending in _X throw kst::Exception when the host does not do what was asked.
+    // The single operations. Names ending in _X throw kst::Exception when the host does not do what was
+    // asked.
 
     /// Places and turns the target like the source, at height 0, and gives the source a label of its own.
     void S1_MoveTargetG9ToWorldOrigin();
@@ -41,10 +45,12 @@ public:
     DzFigure& loadGenesis_X(GntLoadFigure which, GntResolution resolution, int subdLevel);
     DzNode& importObj_X(const std::string& path);
     DzNode& findSceneNode_X(const std::string& label);
-    DzFloatProperty& findNewMorphProperty_X(DzNode& node, const std::string& morphName, const std::string& report);
+    DzFloatProperty& findNewMorphProperty_X(DzNode& node, const std::string& morphName,
+                                            const std::string& report);
     DzFigure& S3_LoadTempG9ForFitSuit_X(GntResolution resolution);
     /// @return the figure that the Transfer Utility made of the fit suit
-    DzNode& S7_RunTransferUtilityOnFitSuitToCreateMorphs_X(DzNode& source, DzNode& fitSuit, const MorphValues& morphs,
+    DzNode& S7_RunTransferUtilityOnFitSuitToCreateMorphs_X(DzNode& source, DzNode& fitSuit,
+                                                           const MorphValues& morphs,
                                                            const std::string& fitSuitLabel);
     void runTransferUtility(DzNode& source, DzNode& target, const MorphValues& morphs);
     void S8_DialUpMorphsInFitSuitWithTransfers_X(DzNode& figure, const MorphValues& morphs,
@@ -54,20 +60,22 @@ public:
                                    const std::string& objPath, GntResolution resolution, int subdLevel,
                                    const std::string& morphName, const std::string& morphPath,
                                    const std::string& weightMapPath, float sign);
-    DzFloatProperty& createHeadOrBodyMorph_X(const kst::daz::SimpleProgress& progress, GntResolution resolution,
-                                             const std::string& objPath, const std::string& morphName,
-                                             const std::string& morphPath, int subdLevel, float sign);
+    DzFloatProperty& createHeadOrBodyMorph_X(const kst::daz::SimpleProgress& progress,
+                                             GntResolution resolution, const std::string& objPath,
+                                             const std::string& morphName, const std::string& morphPath,
+                                             int subdLevel, float sign);
     void loadHeadSplitDFormerOnce_X();
     std::string getAbsolutePath_X(const char* relativePath);
 
     // The driver's paragraphs, in order.
     DzNode& makeMorphedStockMesh_X(const kst::daz::SimpleProgress& progress, GntResolution resolution);
     DzNode& makeFitSuit_X(const kst::daz::SimpleProgress& progress, GntResolution resolution);
-    std::string transferToFitSuit_X(const kst::daz::SimpleProgress& progress, DzNode& morphedStock, DzNode& fitSuit,
-                                    GntMissingMorphs& missing);
+    std::string transferToFitSuit_X(const kst::daz::SimpleProgress& progress, DzNode& morphedStock,
+                                    DzNode& fitSuit, GntMissingMorphs& missing);
     void adjustTargetForMorphCreation_X(GntResolution resolution, std::string_view targetLabel);
-    std::vector<GntCreatedMorph> createMorphs_X(const kst::daz::SimpleProgress& progress, GntResolution resolution,
-                                                const std::string& objPath, const std::vector<std::string>& paths,
+    std::vector<GntCreatedMorph> createMorphs_X(const kst::daz::SimpleProgress& progress,
+                                                GntResolution resolution, const std::string& objPath,
+                                                const std::vector<std::string>& paths,
                                                 const std::vector<std::string>& names, GntJobs jobs);
     void removeHeadSplitNodes();
 
@@ -78,7 +86,7 @@ public:
     std::string tempFolder;
     std::array<std::string, GNT_FIGURE_FILES.size()> figureFiles; ///< absolute, in GntLoadFigure's order
     kst::NodeList nodeList;
-    QString savedSourceLabel; ///< empty when the source has its own label
+    QString savedSourceLabel;                      ///< empty when the source has its own label
     std::map<DzFloatProperty*, float> savedValues; ///< of the target, from before the conversion
     kst::daz::NodeResolution sourceResolution = kst::daz::NodeResolution::Unknown;
     bool sourceResolutionChanged = false;

@@ -148,12 +148,14 @@ DzFigure& GntConverter::Impl::S3_LoadTempG9ForFitSuit_X(GntResolution resolution
     }
     if (resolution == GntResolution::Subd) {
         int iSubdLevelTemp = 0;
-        assert(kst::daz::GetNodeResolution(*pfigTempG9ForFitSuit) == kst::daz::NodeResolution::HighResolution);
+        assert(kst::daz::GetNodeResolution(*pfigTempG9ForFitSuit) ==
+               kst::daz::NodeResolution::HighResolution);
         assert(kst::daz::GetSubdivisionLevel(*pfigTempG9ForFitSuit, &iSubdLevelTemp) &&
                (iSubdLevelTemp == pParams->iSubdLevelSource));
         Q_UNUSED(iSubdLevelTemp);
     } else {
-        assert(kst::daz::GetNodeResolution(*pfigTempG9ForFitSuit) == kst::daz::NodeResolution::BaseResolution);
+        assert(kst::daz::GetNodeResolution(*pfigTempG9ForFitSuit) ==
+               kst::daz::NodeResolution::BaseResolution);
     }
     return *pfigTempG9ForFitSuit;
 }
@@ -193,7 +195,8 @@ DzNode& GntConverter::Impl::S7_RunTransferUtilityOnFitSuitToCreateMorphs_X(DzNod
     // The utility replaces the mesh by a figure of the same label, so it is looked for anew.
     DzNode* const figure = nodeList.findNewByLabel(fitSuitLabel);
     if (!figure)
-        throw kst::Exception("unable to find figure labeled {} after running Transfer Utility", Quote(fitSuitLabel));
+        throw kst::Exception("unable to find figure labeled {} after running Transfer Utility",
+                             Quote(fitSuitLabel));
     return *figure;
 }
 
@@ -223,8 +226,8 @@ DzFloatProperty& GntConverter::Impl::findNewMorphProperty_X(DzNode& node, const 
 DzFloatProperty& GntConverter::Impl::createMorph_X(const kst::daz::SimpleProgress& progress, DzFigure& target,
                                                    const std::string& objPath, GntResolution resolution,
                                                    int subdLevel, const std::string& morphName,
-                                                   const std::string& morphPath, const std::string& weightMapPath,
-                                                   float sign)
+                                                   const std::string& morphPath,
+                                                   const std::string& weightMapPath, float sign)
 {
     progress.step_X(debugSteps);
     kst::daz::SetSceneSelection(target);
@@ -233,21 +236,21 @@ DzFloatProperty& GntConverter::Impl::createMorph_X(const kst::daz::SimpleProgres
     objSettings.setScale(1.0f);
     // The thighs are posed and base dials may be set, so the deformations are reversed.
     const std::string report = kst::MorphLoaderBatch::Exec_X(
-        &target, objPath, morphName, objSettings.toJsonStringOrThrowQ(), resolution == GntResolution::Subd, subdLevel,
-        morphPath, true, weightMapPath, sign);
+        &target, objPath, morphName, objSettings.toJsonStringOrThrowQ(), resolution == GntResolution::Subd,
+        subdLevel, morphPath, true, weightMapPath, sign);
     return findNewMorphProperty_X(target, morphName, report);
 }
 
-DzFloatProperty& GntConverter::Impl::createHeadOrBodyMorph_X(const kst::daz::SimpleProgress& progress,
-                                                             GntResolution resolution, const std::string& objPath,
-                                                             const std::string& morphName,
-                                                             const std::string& morphPath, int subdLevel, float sign)
+DzFloatProperty& GntConverter::Impl::createHeadOrBodyMorph_X(
+    const kst::daz::SimpleProgress& progress, GntResolution resolution, const std::string& objPath,
+    const std::string& morphName, const std::string& morphPath, int subdLevel, float sign)
 {
     loadHeadSplitDFormerOnce_X();
     DzFigure& target = pParams->figTarget;
     const std::string weightMapPath =
         fmt::format("D-Former_1::weightmap::{}/Influence Weights", ToStd(target.getLabel()));
-    return createMorph_X(progress, target, objPath, resolution, subdLevel, morphName, morphPath, weightMapPath, sign);
+    return createMorph_X(progress, target, objPath, resolution, subdLevel, morphName, morphPath,
+                         weightMapPath, sign);
 }
 
 void GntConverter::Impl::loadHeadSplitDFormerOnce_X()

@@ -32,12 +32,12 @@ bool GntNeedsThighPose(GntCloneShape cloneShape)
 GntParams::GntParams(DzFigure& source, int subdLevelSource, GntCloneShape clone, DzFigure& target,
                      DzFloatProperty& targetHeight)
     : figSource(source), iSubdLevelSource(subdLevelSource), cloneShape(clone), figTarget(target),
-      propTargetHeight(targetHeight),
-      settingCloneShape(std::make_shared<kst::FloatPropertySetting>(*findPropertyInTarget(GntClonePropertyName(clone)))),
-      settingBaseFeminine(
-          std::make_shared<kst::FloatPropertySetting>(*findPropertyInTarget("BaseFeminine_figure_ctrl_Character"))),
-      settingBaseMasculine(
-          std::make_shared<kst::FloatPropertySetting>(*findPropertyInTarget("BaseMasculine_figure_ctrl_Character"))),
+      propTargetHeight(targetHeight), settingCloneShape(std::make_shared<kst::FloatPropertySetting>(
+                                          *findPropertyInTarget(GntClonePropertyName(clone)))),
+      settingBaseFeminine(std::make_shared<kst::FloatPropertySetting>(
+          *findPropertyInTarget("BaseFeminine_figure_ctrl_Character"))),
+      settingBaseMasculine(std::make_shared<kst::FloatPropertySetting>(
+          *findPropertyInTarget("BaseMasculine_figure_ctrl_Character"))),
       settingProportionHeight(
           std::make_shared<kst::FloatPropertySetting>(*findPropertyInTarget("body_bs_ProportionHeight")))
 {

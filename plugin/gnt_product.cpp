@@ -3,10 +3,12 @@
 
 #include "shared/ks_product.h"
 
-namespace kst { namespace product {
+namespace kst {
+namespace product {
 
 const char* const TITLE = "Kestrom's Gantrel";
 const char* const LOG_PREFIX = "KeGNT: ";
 const Version VERSION = {1, 0, 5};
 
-}} // namespace kst::product
+} // namespace product
+} // namespace kst

@@ -51,8 +51,8 @@ Snapshot::Snapshot()
     const QWidgetList widgets = QApplication::topLevelWidgets();
     for (QWidget* const widget : widgets)
         if (!widget->windowTitle().isEmpty())
-            windows.insert(
-                std::make_shared<ToplevelWindow>(ToplevelWindow{widget->objectName(), widget->windowTitle(), widget}));
+            windows.insert(std::make_shared<ToplevelWindow>(
+                ToplevelWindow{widget->objectName(), widget->windowTitle(), widget}));
 }
 
 class Clickaway::Impl {

@@ -31,8 +31,8 @@ struct Snapshot {
     std::set<std::shared_ptr<ToplevelWindow>, ToplevelWindowLess> windows;
 };
 
-/// While it exists, looks every 300 ms at windows that were not there when it was made and closes or answers those it
-/// knows. It works inside the nested event loops that the host's modal pop-ups run.
+/// While it exists, looks every 300 ms at windows that were not there when it was made and closes or answers
+/// those it knows. It works inside the nested event loops that the host's modal pop-ups run.
 class Clickaway : public QObject {
     Q_OBJECT
 

@@ -12,7 +12,8 @@
 
 #include <dzapp.h>
 
-namespace kst { namespace daz {
+namespace kst {
+namespace daz {
 
 void CriticalBox(std::string_view heading, std::string_view message, QWidget* parent, bool log)
 {
@@ -28,4 +29,5 @@ void CriticalBox(std::string_view heading, std::string_view message, QWidget* pa
     box.exec();
 }
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst

@@ -7,11 +7,13 @@
 
 class QWidget;
 
-namespace kst { namespace daz {
+namespace kst {
+namespace daz {
 
 /// Shows a failure and blocks until the user closes the box.
 /// @param parent  null for the host's dialog parent
 /// @param log     also writes one line to the host's log
 void CriticalBox(std::string_view heading, std::string_view message, QWidget* parent, bool log);
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst

@@ -30,7 +30,8 @@
 #include <dzskeleton.h>
 #include <dzuri.h>
 
-namespace kst { namespace daz {
+namespace kst {
+namespace daz {
 
 namespace {
 
@@ -43,7 +44,8 @@ struct StockFigure {
 const StockFigure stockFigures[] = {
     {BaseFigure::Genesis3Female, "/data/DAZ%203D/Genesis%203/Female/Genesis3Female.dsf#Genesis3Female"},
     {BaseFigure::Genesis8Female, "/data/Daz%203D/Genesis%208/Female/Genesis8Female.dsf#Genesis8Female"},
-    {BaseFigure::Genesis8_1Female, "/data/Daz%203D/Genesis%208/Female%208_1/Genesis8_1Female.dsf#Genesis8_1Female"},
+    {BaseFigure::Genesis8_1Female,
+     "/data/Daz%203D/Genesis%208/Female%208_1/Genesis8_1Female.dsf#Genesis8_1Female"},
     {BaseFigure::Genesis3Male, "/data/DAZ%203D/Genesis%203/Male/Genesis3Male.dsf#Genesis3Male"},
     {BaseFigure::Genesis8Male, "/data/Daz%203D/Genesis%208/Male/Genesis8Male.dsf#Genesis8Male"},
     {BaseFigure::Genesis8_1Male, "/data/Daz%203D/Genesis%208/Male%208_1/Genesis8_1Male.dsf#Genesis8_1Male"},
@@ -90,16 +92,17 @@ DzProperty* FindAt(const DzNode& node, PropertyLocation location, const QString&
 }
 
 template <class T>
-T* FindTypedProperty(const DzNode& node, PropertyLocation location, std::string_view name, bool throwIfMissing)
+T* FindTypedProperty(const DzNode& node, PropertyLocation location, std::string_view name,
+                     bool throwIfMissing)
 {
     DzProperty* const property = FindProperty(node, location, name, throwIfMissing);
     if (!property)
         return nullptr;
     T* const typed = qobject_cast<T*>(property);
     if (!typed && throwIfMissing)
-        throw Exception("expected property {} in node {} ({}) to be a {} but it is {} instead", str::Quote(name),
-                        str::Quote(node.getName()), str::Quote(node.getLabel()), T::staticMetaObject.className(),
-                        property->metaObject()->className());
+        throw Exception("expected property {} in node {} ({}) to be a {} but it is {} instead",
+                        str::Quote(name), str::Quote(node.getName()), str::Quote(node.getLabel()),
+                        T::staticMetaObject.className(), property->metaObject()->className());
     return typed;
 }
 
@@ -167,7 +170,8 @@ DzObject* GetObject(const DzNode& node, bool throwIfMissing)
 {
     DzObject* const object = node.getObject();
     if (!object && throwIfMissing)
-        throw Exception("node {} ({}) has no DzObject", str::Quote(node.getName()), str::Quote(node.getLabel()));
+        throw Exception("node {} ({}) has no DzObject", str::Quote(node.getName()),
+                        str::Quote(node.getLabel()));
     return object;
 }
 
@@ -182,7 +186,8 @@ DzShape* GetCurrentShape(const DzNode& node, bool throwIfMissing)
     return shape;
 }
 
-DzProperty* FindProperty(const DzNode& node, PropertyLocation location, std::string_view name, bool throwIfMissing)
+DzProperty* FindProperty(const DzNode& node, PropertyLocation location, std::string_view name,
+                         bool throwIfMissing)
 {
     DzProperty* const property = FindAt(node, location, str::ToQ(name), throwIfMissing);
     if (!property && throwIfMissing)
@@ -215,14 +220,15 @@ DzEnumProperty* FindEnumProperty(const DzNode& node, PropertyLocation location, 
     return FindTypedProperty<DzEnumProperty>(node, location, name, throwIfMissing);
 }
 
-DzFloatProperty* FindBoneProperty(const DzSkeleton& skeleton, std::string_view boneName, std::string_view propertyName,
-                                  bool throwIfMissing)
+DzFloatProperty* FindBoneProperty(const DzSkeleton& skeleton, std::string_view boneName,
+                                  std::string_view propertyName, bool throwIfMissing)
 {
     const DzBone* const bone = skeleton.findBone(str::ToQ(boneName));
     if (bone)
         return FindFloatProperty(*bone, PropertyLocation::Node, propertyName, throwIfMissing);
     if (throwIfMissing)
-        throw Exception("cannot find bone {} in figure {}", str::Quote(boneName), str::Quote(skeleton.getLabel()));
+        throw Exception("cannot find bone {} in figure {}", str::Quote(boneName),
+                        str::Quote(skeleton.getLabel()));
     return nullptr;
 }
 
@@ -295,7 +301,8 @@ void ImportOneObj_X(DzFileIOSettings& settings, std::string_view path)
     settings.setIntValue(QLatin1String("RunSilent"), 1);
     const DzError result = importer->readFile(str::ToQ(path), &settings);
     if (result != DZ_NO_ERROR)
-        throw Exception("failed to export import OBJ {}: {}", str::Quote(path), str::ToStd(getErrorMessage(result)));
+        throw Exception("failed to export import OBJ {}: {}", str::Quote(path),
+                        str::ToStd(getErrorMessage(result)));
 }
 
 std::string GetAbsolutePath_X(std::string_view relativePath)
@@ -308,4 +315,5 @@ QString GetAbsolutePathQ_X(const QString& relativePath)
     return GetContentMgr_X().getAbsolutePath(relativePath, true);
 }
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst

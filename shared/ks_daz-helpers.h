@@ -21,9 +21,10 @@ class DzProperty;
 class DzShape;
 class DzSkeleton;
 
-/// All objects are the host's and are borrowed. Functions ending in _X, and those with a set throwIfMissing flag,
-/// throw kst::Exception where they find nothing; the others then answer null or false. GUI thread only.
-namespace kst { namespace daz {
+/// All objects are the host's and are borrowed. Functions ending in _X, and those with a set throwIfMissing
+/// flag, throw kst::Exception where they find nothing; the others then answer null or false. GUI thread only.
+namespace kst {
+namespace daz {
 
 /// Where FindProperty looks.
 enum class PropertyLocation : int { Node, Modifiers, Shape, Any };
@@ -45,8 +46,8 @@ enum class BaseFigure : int {
 // Scene and selection.
 std::vector<DzNode*> GetSceneSelection(); ///< in selection order
 DzNode* GetPrimarySceneSelection(bool throwIfMissing);
-DzNode* ResolveBone(DzNode* node);   ///< a bone's skeleton; any other node, null included, as it is
-DzNode* ResolveSceneSelection();     ///< the primary selection, resolved; null for none
+DzNode* ResolveBone(DzNode* node); ///< a bone's skeleton; any other node, null included, as it is
+DzNode* ResolveSceneSelection();   ///< the primary selection, resolved; null for none
 /// Makes the node the only selected one.
 /// @return false, touching nothing, when it already is
 bool SetSceneSelection(DzNode& node);
@@ -57,7 +58,8 @@ BaseFigure GetBaseFigure(std::string_view assetUri); ///< ignores case
 // Objects, shapes and properties.
 DzObject* GetObject(const DzNode& node, bool throwIfMissing);
 DzShape* GetCurrentShape(const DzNode& node, bool throwIfMissing);
-DzProperty* FindProperty(const DzNode& node, PropertyLocation location, std::string_view name, bool throwIfMissing);
+DzProperty* FindProperty(const DzNode& node, PropertyLocation location, std::string_view name,
+                         bool throwIfMissing);
 DzIntProperty* FindIntProperty(const DzNode& node, PropertyLocation location, std::string_view name,
                                bool throwIfMissing);
 DzFloatProperty* FindFloatProperty(const DzNode& node, PropertyLocation location, std::string_view name,
@@ -66,8 +68,8 @@ DzBoolProperty* FindBoolProperty(const DzNode& node, PropertyLocation location, 
                                  bool throwIfMissing);
 DzEnumProperty* FindEnumProperty(const DzNode& node, PropertyLocation location, std::string_view name,
                                  bool throwIfMissing);
-DzFloatProperty* FindBoneProperty(const DzSkeleton& skeleton, std::string_view boneName, std::string_view propertyName,
-                                  bool throwIfMissing);
+DzFloatProperty* FindBoneProperty(const DzSkeleton& skeleton, std::string_view boneName,
+                                  std::string_view propertyName, bool throwIfMissing);
 void SetBoneValueOrThrow(const DzSkeleton& skeleton, std::string_view boneName, std::string_view propertyName,
                          float value);
 
@@ -86,4 +88,5 @@ void ImportOneObj_X(DzFileIOSettings& settings, std::string_view path);
 std::string GetAbsolutePath_X(std::string_view relativePath); ///< empty when no content library holds it
 QString GetAbsolutePathQ_X(const QString& relativePath);
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst

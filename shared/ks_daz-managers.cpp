@@ -20,7 +20,8 @@
 #include <dzplugin.h>
 #include <dzpluginmgr.h>
 
-namespace kst { namespace daz {
+namespace kst {
+namespace daz {
 
 namespace {
 
@@ -57,22 +58,23 @@ DzAssetIOMgr& GetAssetIOMgr_X()
 DzExporter& GetObjExporter_X()
 {
     DzExportMgr* const manager = dzApp->getExportMgr();
-    return *CheckedIf(manager ? manager->findExporterByClassName(QLatin1String("DzObjExporter")) : nullptr, true,
-                      "failed to find DzObjExporter");
+    return *CheckedIf(manager ? manager->findExporterByClassName(QLatin1String("DzObjExporter")) : nullptr,
+                      true, "failed to find DzObjExporter");
 }
 
 DzImporter& GetObjImporter_X()
 {
     DzImportMgr* const manager = dzApp->getImportMgr();
-    return *CheckedIf(manager ? manager->findImporterByClassName(QLatin1String("DzObjImporter")) : nullptr, true,
-                      "failed to find DzObjImporter");
+    return *CheckedIf(manager ? manager->findImporterByClassName(QLatin1String("DzObjImporter")) : nullptr,
+                      true, "failed to find DzObjImporter");
 }
 
 DzActionMgr* GetActionMgr(bool throwIfMissing)
 {
     const DzMainWindow* const window = GetMainWindow(throwIfMissing);
-    return window ? CheckedIf(window->getActionMgr(), throwIfMissing, "failed to get Daz Studio action manager")
-                  : nullptr;
+    return window
+               ? CheckedIf(window->getActionMgr(), throwIfMissing, "failed to get Daz Studio action manager")
+               : nullptr;
 }
 
 DzAction* FindActionOrThrow(const char* className, bool throwIfMissing)
@@ -94,4 +96,5 @@ bool IsHdMorphPluginPresent()
     return plugin && plugin->isActivated() && plugin->getStatus() == DzPlugin::Loaded;
 }
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst

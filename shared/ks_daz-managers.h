@@ -14,8 +14,10 @@ class DzExporter;
 class DzImporter;
 class DzMainWindow;
 
-/// Managers are the host's and are borrowed; all throw kst::Exception where one is missing and the flag, if any, is set.
-namespace kst { namespace daz {
+/// Managers are the host's and are borrowed; all throw kst::Exception where one is missing and the flag, if
+/// any, is set.
+namespace kst {
+namespace daz {
 
 DzMainWindow* GetMainWindow(bool throwIfMissing);
 DzContentMgr& GetContentMgr_X();
@@ -29,4 +31,5 @@ DzAction* FindActionOrThrow(const char* className, bool throwIfMissing);
 /// The host's add-on that lets Morph Loader Pro make subdivided morphs is there, active and without error.
 bool IsHdMorphPluginPresent();
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst

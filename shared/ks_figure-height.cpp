@@ -9,7 +9,8 @@
 #include <dzfigure.h>
 #include <dzfloatproperty.h>
 
-namespace kst { namespace daz {
+namespace kst {
+namespace daz {
 
 namespace {
 
@@ -41,4 +42,5 @@ float AdjustFigureHeight(DzFigure& figure, DzFloatProperty& heightProperty, cons
     return -1.0f;
 }
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst

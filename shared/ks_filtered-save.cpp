@@ -45,9 +45,10 @@ FilteredSave::FilteredSave(const char* filterClassName) : _pImpl(new Impl)
 
 FilteredSave::~FilteredSave() = default;
 
-bool FilteredSave::SaveMorphSupportAsset_X(DzNode& node, std::string_view baseDataPath, std::string_view vendorName,
-                                           std::string_view productName, const std::vector<std::string>& propertyNames,
-                                           bool compress, bool showOptions)
+bool FilteredSave::SaveMorphSupportAsset_X(DzNode& node, std::string_view baseDataPath,
+                                           std::string_view vendorName, std::string_view productName,
+                                           const std::vector<std::string>& propertyNames, bool compress,
+                                           bool showOptions)
 {
     FilteredSave save("DzMorphSupportAssetFilter");
     save._pImpl->set("RootLabel", node.getLabel());
@@ -58,7 +59,8 @@ bool FilteredSave::SaveMorphSupportAsset_X(DzNode& node, std::string_view baseDa
         NestedSet(NestedSet(save._pImpl->settings, QLatin1String("NodeNames")), node.getName());
     for (std::size_t i = 0; i < propertyNames.size(); ++i)
         names.setStringValue(QString::number(static_cast<int>(i)), ToQ(propertyNames[i]));
-    return save.run_X(std::string_view(), compress, showOptions ? RunGetOptions::Interactive : RunGetOptions::Skip);
+    return save.run_X(std::string_view(), compress,
+                      showOptions ? RunGetOptions::Interactive : RunGetOptions::Skip);
 }
 
 bool FilteredSave::run_X(std::string_view path, bool compress, RunGetOptions runGetOptions)
@@ -67,15 +69,16 @@ bool FilteredSave::run_X(std::string_view path, bool compress, RunGetOptions run
     const bool isInteractive = runGetOptions == RunGetOptions::Interactive;
     if (!isInteractive)
         settings.setBoolValue(QLatin1String("RunSilent"), true);
-    if (runGetOptions != RunGetOptions::Skip && !_pImpl->filter->getOptions(&settings, isInteractive, QString()))
+    if (runGetOptions != RunGetOptions::Skip &&
+        !_pImpl->filter->getOptions(&settings, isInteractive, QString()))
         throw CanceledException();
     settings.setBoolValue(QLatin1String("CompressOutput"), compress);
     const WaitCursor waitCursor;
     settings.setBoolValue(QLatin1String("RunSilent"), true);
     const std::size_t slash = path.rfind('/');
     const QString directory = slash == std::string_view::npos ? QString() : ToQ(path.substr(0, slash));
-    const DzError result = _pImpl->manager.doSaveWithOptions(_pImpl->filter, &settings, false, ToQ(path), directory,
-                                                             QString());
+    const DzError result =
+        _pImpl->manager.doSaveWithOptions(_pImpl->filter, &settings, false, ToQ(path), directory, QString());
     if (result == DZ_USER_CANCELLED_OPERATION)
         return false;
     if (result != DZ_NO_ERROR)

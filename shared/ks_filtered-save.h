@@ -27,10 +27,12 @@ public:
     /// @param baseDataPath   content directory to save into
     /// @param propertyNames  morph names
     /// @return false when the host says that the user cancelled
-    /// @throws Exception  "Daz Studio asset IO manager reported: {}"; CanceledException  the options were refused
-    static bool SaveMorphSupportAsset_X(DzNode& node, std::string_view baseDataPath, std::string_view vendorName,
-                                        std::string_view productName, const std::vector<std::string>& propertyNames,
-                                        bool compress, bool showOptions);
+    /// @throws Exception  "Daz Studio asset IO manager reported: {}"; CanceledException  the options were
+    /// refused
+    static bool SaveMorphSupportAsset_X(DzNode& node, std::string_view baseDataPath,
+                                        std::string_view vendorName, std::string_view productName,
+                                        const std::vector<std::string>& propertyNames, bool compress,
+                                        bool showOptions);
 
 private:
     bool run_X(std::string_view path, bool compress, RunGetOptions runGetOptions);

@@ -20,7 +20,7 @@ public:
     WaitCursor(const WaitCursor&) = delete;
     WaitCursor& operator=(const WaitCursor&) = delete;
 
-    void again();   ///< pushes the cursor again after restore()
+    void again(); ///< pushes the cursor again after restore()
     void restore();
 
 private:

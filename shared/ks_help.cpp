@@ -8,7 +8,8 @@
 
 #include <fmt/format.h>
 
-namespace kst { namespace daz {
+namespace kst {
+namespace daz {
 
 std::string FormatHelp(std::string_view text)
 {
@@ -28,7 +29,9 @@ QString FormatHelpQ(const QString& text)
 
 std::string MakeVersionStringOnly()
 {
-    return fmt::format("V{}.{}.{}", product::VERSION.majorNumber, product::VERSION.minorNumber, product::VERSION.revision);
+    return fmt::format("V{}.{}.{}", product::VERSION.majorNumber, product::VERSION.minorNumber,
+                       product::VERSION.revision);
 }
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst

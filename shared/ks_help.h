@@ -8,7 +8,8 @@
 
 #include <QString>
 
-namespace kst { namespace daz {
+namespace kst {
+namespace daz {
 
 /// Puts typographic quotes for %{ }% and `` '', and the plug-in title for %PLUGINNAME%.
 std::string FormatHelp(std::string_view text);
@@ -16,4 +17,5 @@ QString FormatHelpQ(const QString& text);
 
 std::string MakeVersionStringOnly(); ///< "V1.0.5"
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst

@@ -17,8 +17,8 @@ class DzNode;
 
 namespace kst {
 
-/// One morph to load: wraps and owns a host object. Setters invoke the host's method of the same name; a call that
-/// cannot be made throws kst::Exception "failed to invoke {}::{}".
+/// One morph to load: wraps and owns a host object. Setters invoke the host's method of the same name; a call
+/// that cannot be made throws kst::Exception "failed to invoke {}::{}".
 class MorphLoader : public qt::MagicImpl<QObject, MorphLoader> {
 public:
     // The host's enumerations, as far as they are used here.
@@ -71,7 +71,8 @@ public:
     /// @return the host's log text
     QString createMorphs(DzFileIOSettings* settings, DzNode* node, bool onlyErrorsOrWarnings, bool plainText);
 
-    /// Makes one morph on a node from an OBJ file. Whether the morph is there afterwards is for the caller to check.
+    /// Makes one morph on a node from an OBJ file. Whether the morph is there afterwards is for the caller to
+    /// check.
     /// @param importSettingsJson   OBJ import options; an empty text leaves the host's own
     /// @param subdivide            the file holds the mesh subdivided to builtResolution
     /// @param propertyGroupPath    where the dial is filed
@@ -79,7 +80,8 @@ public:
     /// @param attenuateMapPath     weight map that limits the morph; empty for none
     /// @param attenuateStrength    1 the map, -1 its complement
     /// @return always empty
-    /// @throws Exception  "invalid JSON settings for OBJ importer in Morph Loader Pro", "incompatible load mode"
+    /// @throws Exception  "invalid JSON settings for OBJ importer in Morph Loader Pro", "incompatible load
+    /// mode"
     static std::string Exec_X(DzNode* node, std::string_view objFile, std::string_view morphName,
                               const QString& importSettingsJson, bool subdivide, int builtResolution,
                               std::string_view propertyGroupPath, bool reverseDeformations,

@@ -22,8 +22,8 @@ struct MorphInfo {
     DzMorph* morph = nullptr;
     std::string morphName;
     DzFloatProperty* property = nullptr;
-    bool isFavorite = false; ///< when the list was built
-    std::string deltasUri;   ///< empty when the morph has no deltas of its own asset
+    bool isFavorite = false;     ///< when the list was built
+    std::string deltasUri;       ///< empty when the morph has no deltas of its own asset
     bool isInDataFolder = false; ///< the deltas live in a content library's data file
     std::string propertyPath;
 
@@ -32,7 +32,8 @@ struct MorphInfo {
     QString getLabelQ() const;
 };
 
-/// A snapshot of a node's morphs: build a new one after morphs were added. Must not outlive the node's morphs.
+/// A snapshot of a node's morphs: build a new one after morphs were added. Must not outlive the node's
+/// morphs.
 class MorphList {
 public:
     /// Where a property name was found.

@@ -12,8 +12,8 @@ class DzNode;
 
 namespace kst {
 
-/// A node counts as new because its label was not seen, not because its pointer was not: a new node that shares its
-/// label with an old one is not found.
+/// A node counts as new because its label was not seen, not because its pointer was not: a new node that
+/// shares its label with an old one is not found.
 class NodeList {
 public:
     NodeList() = default;
@@ -31,8 +31,8 @@ public:
 
     static bool IsSceneNode(const DzNode* node);
 
-    /// Visits the scene's nodes (no root) or a node's children, each followed by its own children; with no root a
-    /// child is visited again under its parent. Stops when the visitor answers false.
+    /// Visits the scene's nodes (no root) or a node's children, each followed by its own children; with no
+    /// root a child is visited again under its parent. Stops when the visitor answers false.
     /// @return whether the walk ran to the end
     static bool ForEachNode(const DzNode* root, const std::function<bool(DzNode&)>& visitor);
 

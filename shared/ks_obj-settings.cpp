@@ -35,20 +35,34 @@ const ImportExportDefs& ExportDefaults()
     static const ImportExportDefs defs{
         {{"Preset", "Custom"}, {"LatAxis", "X"}, {"VertAxis", "Y"}, {"DepthAxis", "Z"}},
         {{"Scale", 50.0f}},
-        {{"InvertLatAxis", false},    {"InvertVertAxis", false},
-         {"InvertDepthAxis", false},  {"IgnoreInvisible", true},
-         {"WeldSeams", false},        {"RemoveUnusedVerts", false},
-         {"TriangulateNgons", false}, {"CollapseUVTiles", false},
-         {"WriteVT", true},           {"WriteVN", false},
-         {"WriteF", true},            {"WriteL", true},
-         {"WriteO", false},           {"WriteG", true},
-         {"GroupGeom", true},         {"GroupNodes", false},
-         {"GroupSurfaces", false},    {"GroupSingle", false},
-         {"WriteUsemtl", true},       {"NoMaps", false},
-         {"OriginalMaps", true},      {"CollectMaps", false},
-         {"ConvertMaps", false},      {"WriteMtllib", false},
-         {"QuoteMapPathsWithSpaces", true}, {"SelectedOnly", false},
-         {"PrimaryRootOnly", false},  {"SelectedRootsOnly", true},
+        {{"InvertLatAxis", false},
+         {"InvertVertAxis", false},
+         {"InvertDepthAxis", false},
+         {"IgnoreInvisible", true},
+         {"WeldSeams", false},
+         {"RemoveUnusedVerts", false},
+         {"TriangulateNgons", false},
+         {"CollapseUVTiles", false},
+         {"WriteVT", true},
+         {"WriteVN", false},
+         {"WriteF", true},
+         {"WriteL", true},
+         {"WriteO", false},
+         {"WriteG", true},
+         {"GroupGeom", true},
+         {"GroupNodes", false},
+         {"GroupSurfaces", false},
+         {"GroupSingle", false},
+         {"WriteUsemtl", true},
+         {"NoMaps", false},
+         {"OriginalMaps", true},
+         {"CollectMaps", false},
+         {"ConvertMaps", false},
+         {"WriteMtllib", false},
+         {"QuoteMapPathsWithSpaces", true},
+         {"SelectedOnly", false},
+         {"PrimaryRootOnly", false},
+         {"SelectedRootsOnly", true},
          {"IncludeParented", false}},
         {{"FloatPrecision", 8}, {"RunSilent", 0}}};
     return defs;
@@ -130,8 +144,9 @@ QString ImportExportSettingsBase::toJsonStringOrThrowQ() const
     const QMetaObject* const metaObject = _pImpl->settings.metaObject();
     const int index = metaObject->indexOfMethod("toJsonString()");
     QString text;
-    const bool isInvoked = index >= 0 && metaObject->method(index).invoke(&_pImpl->settings, Qt::DirectConnection,
-                                                                         Q_RETURN_ARG(QString, text));
+    const bool isInvoked =
+        index >= 0 && metaObject->method(index).invoke(&_pImpl->settings, Qt::DirectConnection,
+                                                       Q_RETURN_ARG(QString, text));
     if (!isInvoked)
         throw Exception("failed to invoke DzFileIOSettings::toJsonString()");
     return text;

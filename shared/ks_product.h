@@ -3,7 +3,8 @@
 
 #pragma once
 
-namespace kst { namespace product {
+namespace kst {
+namespace product {
 
 extern const char* const TITLE;      ///< plug-in title, UTF-8
 extern const char* const LOG_PREFIX; ///< before every log line, with its trailing blank
@@ -14,4 +15,5 @@ struct Version {
 };
 extern const Version VERSION;
 
-}} // namespace kst::product
+} // namespace product
+} // namespace kst

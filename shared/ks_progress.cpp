@@ -12,7 +12,8 @@
 
 #include <dzprogress.h>
 
-namespace kst { namespace daz {
+namespace kst {
+namespace daz {
 
 namespace {
 
@@ -84,7 +85,8 @@ void Log(std::string_view text)
     Debug::Log(text);
 }
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst
 
 KsLogEnteringLeaving::KsLogEnteringLeaving(std::string_view name) : _name(name)
 {

@@ -9,7 +9,8 @@
 #include <string_view>
 #include <vector>
 
-namespace kst { namespace daz {
+namespace kst {
+namespace daz {
 
 /// Shows one named step after the other; ends the display when it goes away.
 class SimpleProgress {
@@ -37,7 +38,8 @@ private:
 /// Writes one line to the host's log.
 void Log(std::string_view text);
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst
 
 /// Writes "Entering {}" and, at the end of the scope, "Leaving {}".
 class KsLogEnteringLeaving {

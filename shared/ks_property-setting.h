@@ -10,8 +10,8 @@ class DzIntProperty;
 
 namespace kst {
 
-/// Keeps a property's value, default and limits as they were when the setting was made. The property is borrowed and
-/// is not written by set(); who owns the conversation with the user does that.
+/// Keeps a property's value, default and limits as they were when the setting was made. The property is
+/// borrowed and is not written by set(); who owns the conversation with the user does that.
 template <class T, class Property>
 class NumericPropertySetting : public NumericSetting<T> {
 public:

@@ -6,7 +6,8 @@
 #include <QByteArray>
 #include <QMetaMethod>
 
-namespace kst { namespace qt {
+namespace kst {
+namespace qt {
 
 /// The method's normalised signature, such as "setSource(DzNode*)".
 inline QByteArray Signature(const QMetaMethod& method)
@@ -25,4 +26,5 @@ inline QByteArray ReturnTypeName(const QMetaMethod& method)
     return name && *name ? QByteArray(name) : QByteArray("void");
 }
 
-}} // namespace kst::qt
+} // namespace qt
+} // namespace kst

@@ -11,7 +11,8 @@
 #include <dzapp.h>
 #include <dzclassfactory.h>
 
-namespace kst { namespace qt {
+namespace kst {
+namespace qt {
 
 QMetaMethod MagicBase::FindMethodOrThrow(const QMetaObject& metaObject, const char* signature)
 {
@@ -58,4 +59,5 @@ void MagicBase::ThrowCannotInvoke(const QMetaObject& metaObject, const QMetaMeth
     throw Exception("failed to invoke {}::{}", metaObject.className(), Signature(method).constData());
 }
 
-}} // namespace kst::qt
+} // namespace qt
+} // namespace kst

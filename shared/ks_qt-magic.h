@@ -11,7 +11,8 @@
 #include <QMetaProperty>
 #include <QObject>
 
-namespace kst { namespace qt {
+namespace kst {
+namespace qt {
 
 /// One entry of a wrapper's method table.
 struct MagicMethod {
@@ -43,8 +44,9 @@ protected:
     [[noreturn]] static void ThrowCannotInvoke(const QMetaObject& metaObject, const QMetaMethod& method);
 };
 
-/// Base of a wrapper class: Derived names its table through `static const std::vector<const char*>& Signatures()`.
-/// An instance holds a reference to the wrapped object, of type Base; the table is shared by the class.
+/// Base of a wrapper class: Derived names its table through `static const std::vector<const char*>&
+/// Signatures()`. An instance holds a reference to the wrapped object, of type Base; the table is shared by
+/// the class.
 template <class Base, class Derived>
 class MagicImpl : public MagicBase {
 protected:
@@ -100,4 +102,5 @@ private:
     Base& _object;
 };
 
-}} // namespace kst::qt
+} // namespace qt
+} // namespace kst

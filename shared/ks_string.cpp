@@ -11,7 +11,8 @@
 
 #include <fmt/format.h>
 
-namespace kst { namespace str {
+namespace kst {
+namespace str {
 
 namespace {
 
@@ -107,7 +108,8 @@ bool ForEachSubstring(std::string_view text, std::string_view separator,
     }
 }
 
-std::vector<std::string> ExplodeVector(std::string_view text, std::string_view separator, bool trim, bool keepEmpty)
+std::vector<std::string> ExplodeVector(std::string_view text, std::string_view separator, bool trim,
+                                       bool keepEmpty)
 {
     std::vector<std::string> result;
     ForEachSubstring(text, separator, [&](std::string_view piece) {
@@ -217,7 +219,8 @@ std::string FormatNumberWithThousands(std::uint64_t number)
 
 std::string Pluralize(std::uint64_t number, std::string_view singular, std::string_view plural)
 {
-    return number == 1 ? std::string(singular) : FindReplaceReturn(plural, "%d", FormatNumberWithThousands(number));
+    return number == 1 ? std::string(singular)
+                       : FindReplaceReturn(plural, "%d", FormatNumberWithThousands(number));
 }
 
 std::string FormatSecondsElapsed(std::uint64_t seconds)
@@ -247,4 +250,5 @@ std::string MakePath(std::string_view directory, std::string_view name)
     return fmt::format("{}{}{}", directory, needsSlash ? "/" : "", name);
 }
 
-}} // namespace kst::str
+} // namespace str
+} // namespace kst

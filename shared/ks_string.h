@@ -13,8 +13,10 @@
 #include <QString>
 #include <QStringList>
 
-/// Names ending in Q take or give the toolkit's UTF-16 string. All functions are pure except MakeRandomString.
-namespace kst { namespace str {
+/// Names ending in Q take or give the toolkit's UTF-16 string. All functions are pure except
+/// MakeRandomString.
+namespace kst {
+namespace str {
 
 constexpr std::string_view EMPTY = "";
 constexpr std::string_view OPEN_QUOTE = "\xE2\x80\x9C";
@@ -30,13 +32,15 @@ std::vector<std::string_view> FromSv(const std::vector<std::string>& texts); ///
 
 // Splitting.
 
-/// Calls back with each piece between separators (never empty); an empty piece is passed on only when it is the last.
+/// Calls back with each piece between separators (never empty); an empty piece is passed on only when it is
+/// the last.
 /// @return false when the callback returned false, which ends the walk
 bool ForEachSubstring(std::string_view text, std::string_view separator,
                       const std::function<bool(std::string_view)>& callback);
 /// @param trim       pieces lose white space at both ends, after the emptiness test
 /// @param keepEmpty  keeps an empty last piece
-std::vector<std::string> ExplodeVector(std::string_view text, std::string_view separator, bool trim, bool keepEmpty);
+std::vector<std::string> ExplodeVector(std::string_view text, std::string_view separator, bool trim,
+                                       bool keepEmpty);
 std::string_view trimmed(std::string_view text); ///< without white space at both ends
 
 // Joining.
@@ -75,4 +79,5 @@ std::string MakeRandomString(std::size_t length);
 // Paths, with "/" between folders.
 std::string MakePath(std::string_view directory, std::string_view name);
 
-}} // namespace kst::str
+} // namespace str
+} // namespace kst

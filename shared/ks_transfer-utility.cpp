@@ -8,7 +8,8 @@
 #include <dzapp.h>
 #include <dzclassfactory.h>
 
-namespace kst { namespace daz {
+namespace kst {
+namespace daz {
 
 namespace {
 
@@ -150,4 +151,5 @@ bool TransferUtility::doTransfer()
     return result;
 }
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst

@@ -12,7 +12,8 @@
 
 class DzNode;
 
-namespace kst { namespace daz {
+namespace kst {
+namespace daz {
 
 /// Owns one host object. Setters answer what the host answers; a call that cannot be made throws
 /// kst::Exception "failed to invoke {}::{}".
@@ -40,7 +41,10 @@ public:
     bool doTransfer();
 
     static const std::vector<const char*>& Signatures();
-    static std::size_t getResolveCount() { return ResolveCount(); } ///< how often the method table was resolved
+    static std::size_t getResolveCount()
+    {
+        return ResolveCount();
+    } ///< how often the method table was resolved
 
 private:
     explicit TransferUtility(std::unique_ptr<QObject> object);
@@ -50,4 +54,5 @@ private:
     std::unique_ptr<QObject> _object;
 };
 
-}} // namespace kst::daz
+} // namespace daz
+} // namespace kst

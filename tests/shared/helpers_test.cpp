@@ -1,0 +1,195 @@
+// Finding nodes, objects and properties.
+// SPDX-License-Identifier: MIT
+
+#include "dzbone.h"
+#include "dzenumproperty.h"
+#include "dzfacetmesh.h"
+#include "dzfacetshape.h"
+#include "dzfigure.h"
+#include "dzfileiosettings.h"
+#include "dzfloatproperty.h"
+#include "dzintproperty.h"
+#include "dzmorph.h"
+#include "dzobject.h"
+#include "shared/ks_daz-helpers.h"
+#include "shared/ks_daz-managers.h"
+#include "tests/host/host_fixture.h"
+#include "tests/shared/throws.h"
+
+using namespace kst::daz;
+
+namespace {
+
+class HelpersTest : public HostTest {
+protected:
+    void SetUp() override
+    {
+        HostTest::SetUp();
+        figure = new DzFigure;
+        figure->setName(QLatin1String("Mini"));
+        figure->setLabel(QLatin1String("Mini One"));
+        auto* const bone = new DzBone;
+        bone->setName(QLatin1String("l_thigh"));
+        figure->addNodeChild(bone);
+        auto* const object = new DzObject;
+        auto* const shape = new DzFacetShape;
+        auto* const mesh = new DzFacetMesh;
+        for (const float x : {0.0f, 1.0f, 2.0f})
+            mesh->addVertex(x, x * x, 0.0f);
+        const int corners[4] = {0, 1, 2, -1};
+        mesh->addFacet(corners);
+        mesh->enableSubDivision(true);
+        shape->setFacetMesh(mesh);
+        object->addShape(shape);
+        figure->setObject(object);
+        dzScene->addNode(figure);
+        prop = new DzNode;
+        prop->setName(QLatin1String("Chair"));
+        prop->setLabel(QLatin1String("Chair"));
+        dzScene->addNode(prop);
+    }
+
+    DzFloatProperty* addFloat(DzElement& owner, const char* name)
+    {
+        auto* const property = new DzFloatProperty(QLatin1String(name), true, true);
+        owner.addProperty(property);
+        return property;
+    }
+
+    DzFigure* figure = nullptr;
+    DzNode* prop = nullptr;
+};
+
+TEST_F(HelpersTest, select_makes_a_node_the_only_one)
+{
+    figure->select(true);
+    prop->select(true);
+    EXPECT_TRUE(SetSceneSelection(*prop));
+    EXPECT_EQ(GetSceneSelection(), std::vector<DzNode*>{prop});
+    EXPECT_FALSE(SetSceneSelection(*prop));
+    EXPECT_EQ(GetPrimarySceneSelection(true), prop);
+    dzScene->selectAllNodes(false);
+    EXPECT_EQ(GetPrimarySceneSelection(false), nullptr);
+    EXPECT_EQ(MessageOf([] { GetPrimarySceneSelection(true); }), "nothing selected in scene");
+}
+
+TEST_F(HelpersTest, selection_comes_in_the_order_of_selecting)
+{
+    dzScene->selectAllNodes(false);
+    prop->select(true);
+    figure->select(true);
+    EXPECT_EQ(GetSceneSelection(), (std::vector<DzNode*>{prop, figure}));
+}
+
+TEST_F(HelpersTest, a_bone_stands_for_its_figure)
+{
+    EXPECT_EQ(ResolveBone(figure->findBone(QLatin1String("l_thigh"))), figure);
+    EXPECT_EQ(ResolveBone(prop), prop);
+    EXPECT_EQ(ResolveBone(nullptr), nullptr);
+    EXPECT_EQ(&ResolveToFigure_X(*figure), figure);
+    EXPECT_EQ(MessageOf([&] { ResolveToFigure_X(*prop); }), "node " + Quoted("Chair") + " is not a DzFigure");
+}
+
+TEST_F(HelpersTest, stock_figures_are_known_by_address_whatever_the_case)
+{
+    EXPECT_EQ(GetBaseFigure("/data/daz%203d/genesis%209/base/genesis9.dsf#genesis9"), BaseFigure::Genesis9);
+    EXPECT_EQ(GetBaseFigure("/data/DAZ%203D/Genesis%209/Base/Genesis9.dsf#Eyes"), BaseFigure::None);
+    EXPECT_EQ(GetBaseFigure("/data/Daz%203D/Genesis%208/Female%208_1/Genesis8_1Female.dsf#Genesis8_1Female"),
+              BaseFigure::Genesis8_1Female);
+    EXPECT_EQ(GetBaseFigure(""), BaseFigure::None);
+}
+
+TEST_F(HelpersTest, missing_objects_are_null_or_named)
+{
+    EXPECT_EQ(GetObject(*prop, false), nullptr);
+    EXPECT_EQ(MessageOf([&] { GetObject(*prop, true); }),
+              "node " + Quoted("Chair") + " (" + Quoted("Chair") + ") has no DzObject");
+    prop->setObject(new DzObject);
+    EXPECT_EQ(GetCurrentShape(*prop, false), nullptr);
+    EXPECT_EQ(MessageOf([&] { GetCurrentShape(*prop, true); }),
+              "node " + Quoted("Chair") + " has no DzShape");
+}
+
+TEST_F(HelpersTest, any_prefers_the_node_over_its_modifiers)
+{
+    auto* const morph = new DzMorph;
+    morph->setName(QLatin1String("Round"));
+    figure->getObject()->addModifier(morph);
+    EXPECT_EQ(FindProperty(*figure, PropertyLocation::Any, "Round", true), morph->getValueControl());
+    DzFloatProperty* const own = addFloat(*figure, "Round");
+    EXPECT_EQ(FindProperty(*figure, PropertyLocation::Any, "Round", true), own);
+}
+
+TEST_F(HelpersTest, a_modifier_with_two_properties_is_searched_by_property_name)
+{
+    auto* const modifier = new DzModifier;
+    modifier->setName(QLatin1String("Smooth"));
+    addFloat(*modifier, "Strength");
+    DzFloatProperty* const amount = addFloat(*modifier, "Amount");
+    figure->getObject()->addModifier(modifier);
+    EXPECT_EQ(FindProperty(*figure, PropertyLocation::Modifiers, "Smooth", false), nullptr);
+    EXPECT_EQ(FindProperty(*figure, PropertyLocation::Modifiers, "Amount", false), amount);
+}
+
+TEST_F(HelpersTest, a_property_of_another_kind_is_null_or_named)
+{
+    auto* const level = new DzIntProperty(QLatin1String("Count"), true, true, 1);
+    figure->addProperty(level);
+    EXPECT_EQ(FindFloatProperty(*figure, PropertyLocation::Node, "Count", false), nullptr);
+    EXPECT_EQ(MessageOf([&] { FindFloatProperty(*figure, PropertyLocation::Node, "Count", true); }),
+              "expected property " + Quoted("Count") + " in node " + Quoted("Mini") + " (" +
+                  Quoted("Mini One") + ") to be a DzFloatProperty but it is DzIntProperty instead");
+    EXPECT_EQ(MessageOf([&] { FindFloatProperty(*figure, PropertyLocation::Node, "Nope", true); }),
+              "node " + Quoted("Mini") + " (" + Quoted("Mini One") + ") has no property named " +
+                  Quoted("Nope"));
+}
+
+TEST_F(HelpersTest, bones_are_turned_by_name)
+{
+    SetBoneValueOrThrow(*figure, "l_thigh", "ZRotate", 6.5f);
+    EXPECT_EQ(FindBoneProperty(*figure, "l_thigh", "ZRotate", true)->getValue(), 6.5f);
+    EXPECT_EQ(FindBoneProperty(*figure, "tail", "ZRotate", false), nullptr);
+    EXPECT_EQ(MessageOf([&] { SetBoneValueOrThrow(*figure, "tail", "ZRotate", 1.0f); }),
+              "cannot find bone " + Quoted("tail") + " in figure " + Quoted("Mini One"));
+}
+
+TEST_F(HelpersTest, resolution_is_read_and_set)
+{
+    EXPECT_EQ(GetNodeResolution(*prop), NodeResolution::Unknown);
+    EXPECT_TRUE(SetNodeResolution(*figure, NodeResolution::BaseResolution, true));
+    EXPECT_EQ(GetNodeResolution(*figure), NodeResolution::BaseResolution);
+    EXPECT_FALSE(SetNodeResolution(*figure, NodeResolution::Unknown, false));
+    EXPECT_EQ(GetNodeResolution(*figure), NodeResolution::BaseResolution);
+    EXPECT_EQ(MessageOf([&] { SetNodeResolution(*figure, NodeResolution::Unknown, true); }),
+              "invalid enum value");
+    int level = -1;
+    EXPECT_TRUE(GetSubdivisionLevel(*figure, &level));
+    EXPECT_EQ(level, 1);
+    EXPECT_FALSE(GetSubdivisionLevel(*prop, &level));
+}
+
+TEST_F(HelpersTest, a_failed_export_or_import_names_the_file)
+{
+    SetSceneSelection(*figure);
+    DzFileIOSettings settings;
+    const std::string path = "/proc/none/x.obj";
+    EXPECT_EQ(MessageOf([&] {
+                  ExportOneObj_X(settings, path);
+              }).find("failed to export OBJ " + Quoted(path) + ": "),
+              0u);
+    EXPECT_EQ(MessageOf([&] {
+                  ImportOneObj_X(settings, path);
+              }).find("failed to export import OBJ " + Quoted(path) + ": "),
+              0u);
+    EXPECT_EQ(settings.getIntValue(QLatin1String("RunSilent")), 1);
+}
+
+TEST_F(HelpersTest, actions_are_found_by_class)
+{
+    EXPECT_NE(FindActionOrThrow("DzDeleteAction", true), nullptr);
+    EXPECT_EQ(FindActionOrThrow("DzNoAction", false), nullptr);
+    EXPECT_EQ(MessageOf([] { FindActionOrThrow("DzNoAction", true); }),
+              "failed to find action " + Quoted("DzNoAction"));
+}
+
+} // namespace

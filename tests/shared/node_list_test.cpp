@@ -1,0 +1,72 @@
+// Snapshots of the scene's labels.
+// SPDX-License-Identifier: MIT
+
+#include "shared/ks_node-list.h"
+#include "tests/host/host_fixture.h"
+
+namespace {
+
+class NodeListTest : public HostTest {
+protected:
+    static DzNode* add(const char* label, DzNode* parent = nullptr)
+    {
+        auto* const node = new DzNode;
+        node->setLabel(QLatin1String(label));
+        if (parent)
+            parent->addNodeChild(node);
+        else
+            dzScene->addNode(node);
+        return node;
+    }
+    kst::NodeList list;
+};
+
+TEST_F(NodeListTest, finds_what_was_added_since_the_snapshot)
+{
+    add("Old");
+    list.snapshot();
+    DzNode* const fresh = add("Fresh");
+    EXPECT_EQ(list.getNew(), std::set<DzNode*>{fresh});
+    EXPECT_EQ(list.findNewByLabel("Fresh"), fresh);
+    EXPECT_EQ(list.findNewByLabel("fresh"), nullptr);
+}
+
+TEST_F(NodeListTest, does_not_report_a_new_node_with_an_old_label)
+{
+    DzNode* const parent = add("Parent");
+    add("Twin", parent);
+    list.snapshot();
+    add("Twin", parent);
+    EXPECT_TRUE(list.getNew().empty());
+}
+
+TEST_F(NodeListTest, takes_all_for_new_when_cleared)
+{
+    DzNode* const node = add("Node");
+    list.snapshot();
+    list.clear();
+    EXPECT_EQ(list.getNew(), std::set<DzNode*>{node});
+}
+
+TEST_F(NodeListTest, walks_children_below_their_parents_and_stops_on_request)
+{
+    DzNode* const parent = add("Parent");
+    DzNode* const child = add("Child", parent);
+    std::vector<DzNode*> visited;
+    EXPECT_TRUE(kst::NodeList::ForEachNode(parent, [&](DzNode& node) {
+        visited.push_back(&node);
+        return true;
+    }));
+    EXPECT_EQ(visited, std::vector<DzNode*>{child});
+    EXPECT_FALSE(kst::NodeList::ForEachNode(nullptr, [](DzNode&) { return false; }));
+}
+
+TEST_F(NodeListTest, tells_nodes_of_the_scene_from_others)
+{
+    const DzNode* const inside = add("Inside");
+    const DzNode outside;
+    EXPECT_TRUE(kst::NodeList::IsSceneNode(inside));
+    EXPECT_FALSE(kst::NodeList::IsSceneNode(&outside));
+}
+
+} // namespace
