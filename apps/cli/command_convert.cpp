@@ -1,0 +1,221 @@
+// `gantrel convert`: a source figure's shape as morphs on a Genesis 9 figure.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/command_convert.h"
+
+#include "apps/cli/conversion.h"
+#include "apps/cli/host_session.h"
+#include "apps/cli/options.h"
+#include "apps/cli/progress.h"
+#include "apps/cli/report.h"
+
+#include <memory>
+#include <sys/resource.h>
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+namespace cli {
+
+namespace {
+
+/// The arguments as they stand on the command line.
+struct ConvertArguments {
+    std::vector<std::string> content, dials, bases;
+    std::string source, target, jobs = "head,body", name, path = "/Gantrel";
+    std::string resolution = "base", library, vendor, product, exportObj, pictures;
+    bool compress = false, json = false;
+};
+
+void AddOptions(CLI::App& command, ConvertArguments& arguments)
+{
+    AddContentOption(command, arguments.content);
+    command.add_option("--source", arguments.source, "Genesis 3, 8 or 8.1 character to convert")
+        ->type_name("FILE.duf")
+        ->required();
+    AddDialOption(command, arguments.dials);
+    command.add_option("--target", arguments.target, "Genesis 9 figure that receives the morphs")
+        ->type_name("FILE.duf")
+        ->required();
+    command
+        .add_option(
+            "--base", arguments.bases,
+            "Base dial of the target against which the morphs are built: clone, feminine, masculine or "
+            "height; height=auto matches the source")
+        ->type_name("DIAL=VALUE")
+        ->expected(1);
+    command.add_option("--jobs", arguments.jobs, "Morphs to create, of full, head and body")
+        ->type_name("LIST")
+        ->capture_default_str();
+    command.add_option("--name", arguments.name, "Name of the morphs; head and body have it in front")
+        ->type_name("TEXT");
+    command.add_option("--path", arguments.path, "Property group of the new dials")
+        ->type_name("PATH")
+        ->capture_default_str();
+    command.add_option("--resolution", arguments.resolution, "Resolution of the morphs")
+        ->check(CLI::IsMember({"base"}))
+        ->capture_default_str();
+    CLI::Option* const library =
+        command.add_option("--save-library", arguments.library, "Content directory to save the morphs into")
+            ->type_name("DIR");
+    CLI::Option* const vendor =
+        command.add_option("--vendor", arguments.vendor, "Vendor folder of the saved morphs")
+            ->type_name("TEXT");
+    CLI::Option* const product =
+        command.add_option("--product", arguments.product, "Product folder of the saved morphs")
+            ->type_name("TEXT");
+    library->needs(vendor)->needs(product);
+    vendor->needs(library);
+    product->needs(library);
+    command.add_flag("--compress", arguments.compress, "Compress the saved morphs")->needs(library);
+    command.add_option("--export-obj", arguments.exportObj, "Also write the converted figure")
+        ->type_name("FILE.obj");
+    command
+        .add_option("--pictures", arguments.pictures, "Also draw source and converted figure into a folder")
+        ->type_name("DIR");
+    AddJsonOption(command, arguments.json);
+}
+
+void ParseJobs(const std::string& text, ConversionRequest& request)
+{
+    request.full = request.head = request.body = false;
+    std::size_t at = 0;
+    while (at <= text.size()) {
+        const std::size_t end = std::min(text.find(',', at), text.size());
+        const std::string job = text.substr(at, end - at);
+        if (job == "full")
+            request.full = true;
+        else if (job == "head")
+            request.head = true;
+        else if (job == "body")
+            request.body = true;
+        else
+            throw UsageError("--jobs names \"" + job + "\"; the jobs are full, head and body");
+        at = end + 1;
+    }
+}
+
+void ParseBase(const std::string& text, BaseDials& bases)
+{
+    if (text == "height=auto") {
+        bases.matchHeight = true;
+        return;
+    }
+    const NameValue base = ParseNameValue(text);
+    if (base.name == "clone")
+        bases.clone = base.value;
+    else if (base.name == "feminine")
+        bases.feminine = base.value;
+    else if (base.name == "masculine")
+        bases.masculine = base.value;
+    else if (base.name == "height")
+        bases.height = base.value;
+    else
+        throw UsageError("--base names \"" + base.name +
+                         "\"; the bases are clone, feminine, masculine and height");
+}
+
+ConversionRequest MakeRequest(const ConvertArguments& arguments)
+{
+    ConversionRequest request;
+    request.source = arguments.source;
+    request.target = arguments.target;
+    request.contentDirectories = ContentDirectoriesFor(request.source, ToPaths(arguments.content));
+    request.dials = ParseDials(arguments.dials);
+    for (const std::string& base : arguments.bases)
+        ParseBase(base, request.bases);
+    ParseJobs(arguments.jobs, request);
+    request.name = arguments.name;
+    request.path = arguments.path;
+    if (!arguments.library.empty())
+        request.save =
+            SaveRequest{arguments.library, arguments.vendor, arguments.product, arguments.compress};
+    request.exportObj = arguments.exportObj;
+    request.pictures = arguments.pictures;
+    return request;
+}
+
+Json Describe(const FigureReport& figure)
+{
+    return {{"label", figure.label},
+            {"kind", figure.kind},
+            {"asset_uri", figure.assetUri},
+            {"vertices", figure.vertices}};
+}
+
+Json Describe(const MorphReport& morph)
+{
+    Json json{{"name", morph.name},
+              {"kind", morph.kind},
+              {"path", morph.path},
+              {"vertices_moved", morph.verticesMoved},
+              {"largest_displacement_mm", Rounded(morph.largestDisplacementMm, 3)}};
+    if (!morph.savedFile.empty())
+        json["file"] = morph.savedFile;
+    return json;
+}
+
+double PeakMemoryMebibytes()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_maxrss) / 1024.0;
+}
+
+Json Describe(const Progress& progress)
+{
+    Json steps = Json::array();
+    for (const auto& stage : progress.seconds())
+        steps.push_back({{"step", stage.first}, {"seconds", Rounded(stage.second, 4)}});
+    return {{"total", Rounded(progress.totalSeconds(), 4)}, {"steps", steps}};
+}
+
+Json Describe(const ConversionReport& report, const Progress& progress)
+{
+    Json created = Json::array(), missing = Json::array(), files = Json::array();
+    for (const MorphReport& morph : report.created)
+        created.push_back(Describe(morph));
+    for (const auto& morph : report.missing)
+        missing.push_back({{"name", morph.first}, {"value", morph.second}});
+    for (const std::filesystem::path& file : report.files)
+        files.push_back(FileText(file));
+    Json json{{"figures", {{"source", Describe(report.source)}, {"target", Describe(report.target)}}},
+              {"kind", report.source.kind},
+              {"clone_shape", report.cloneShape},
+              {"active_morphs", report.activeMorphs},
+              {"jobs", report.jobs},
+              {"created_morphs", created},
+              {"missing_morphs", missing}};
+    json["surface_distance_mm"] = nullptr;
+    if (report.distance)
+        json["surface_distance_mm"] = {
+            {"mean", Rounded(kMillimetresPerCentimetre * report.distance->mean, 4)},
+            {"p95", Rounded(kMillimetresPerCentimetre * report.distance->p95, 4)},
+            {"max", Rounded(kMillimetresPerCentimetre * report.distance->max, 4)}};
+    json["files"] = files;
+    json["seconds"] = Describe(progress);
+    json["peak_memory_mib"] = Rounded(PeakMemoryMebibytes(), 1);
+    json["warnings"] = report.warnings;
+    return json;
+}
+
+} // namespace
+
+void AddConvertCommand(CLI::App& program, CommandContext& context)
+{
+    CLI::App* const command =
+        program.add_subcommand("convert", "Turn a figure's shape into morphs on a Genesis 9 figure");
+    const auto arguments = std::make_shared<ConvertArguments>();
+    AddOptions(*command, *arguments);
+    command->callback([arguments, &context] {
+        context.work = [arguments, &context] {
+            ConversionRequest request = MakeRequest(*arguments);
+            request.verbose = context.verbose;
+            Progress progress(!arguments->json);
+            const ConversionReport report = Convert(request, progress);
+            WriteReport(Describe(report, progress), arguments->json);
+        };
+    });
+}
+
+} // namespace cli

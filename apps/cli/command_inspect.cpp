@@ -1,0 +1,112 @@
+// The subcommand `inspect`.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/command_inspect.h"
+
+#include "apps/cli/command.h"
+#include "apps/cli/file_facts.h"
+#include "apps/cli/host_session.h"
+#include "apps/cli/mesh_files.h"
+#include "apps/cli/options.h"
+#include "apps/cli/progress.h"
+#include "dzscene.h"
+#include "host/content/dson_reader.h"
+
+#include <algorithm>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+namespace cli {
+
+namespace {
+
+struct InspectArguments {
+    std::string file;
+    std::vector<std::string> content;
+    bool json = false;
+    bool verbose = false;
+};
+
+Json Figures(Detail detail)
+{
+    Json figures = Json::array();
+    for (int i = 0; i < dzScene->getNumNodes(); ++i)
+        if (dzScene->getNode(i)->getObject())
+            figures.push_back(FigureFacts(*dzScene->getNode(i), detail));
+    return figures;
+}
+
+/// Content that is missing belongs into the report: it is what one inspects a file for.
+void AddFigures(Json& facts, std::vector<std::string>& warnings, const InspectArguments& arguments,
+                Detail detail)
+{
+    HostSession session(ContentDirectoriesFor(arguments.file, ToPaths(arguments.content)), arguments.verbose);
+    std::string reason;
+    try {
+        session.open(arguments.file);
+    } catch (const std::runtime_error& error) {
+        reason = error.what();
+    }
+    facts["figures"] = Figures(detail);
+    const std::vector<std::string> told = session.warnings();
+    warnings.insert(warnings.end(), told.begin(), told.end());
+    if (!reason.empty())
+        warnings.push_back(reason);
+}
+
+/// Each once, in order.
+Json Unique(const std::vector<std::string>& texts)
+{
+    Json list = Json::array();
+    for (const std::string& text : texts)
+        if (std::find(list.begin(), list.end(), Json(text)) == list.end())
+            list.push_back(text);
+    return list;
+}
+
+Json DsonFacts(const InspectArguments& arguments, Progress& progress)
+{
+    const Detail detail = arguments.json ? Detail::Full : Detail::Summary;
+    const dson::Document document = dson::ReadDocument(arguments.file);
+    Json facts = DocumentFacts(document, detail);
+    std::vector<std::string> warnings = document.warnings;
+    if (!document.nodeInstances.empty()) {
+        progress.stage("load", "Loading what it names");
+        AddFigures(facts, warnings, arguments, detail);
+    }
+    facts["warnings"] = Unique(warnings);
+    return facts;
+}
+
+void Inspect(const InspectArguments& arguments)
+{
+    Progress progress(!arguments.json);
+    progress.stage("read", "Reading " + arguments.file);
+    const Json facts =
+        HasExtension(arguments.file, ".obj") ? ObjFacts(arguments.file) : DsonFacts(arguments, progress);
+    progress.finish();
+    WriteReport(facts, arguments.json);
+}
+
+} // namespace
+
+void AddInspectCommand(CLI::App& program, CommandContext& context)
+{
+    const auto arguments = std::make_shared<InspectArguments>();
+    CLI::App* const command = program.add_subcommand("inspect", "Tell what is in a file");
+    command->add_option("FILE", arguments->file, "What to look into")
+        ->type_name("FILE.duf|FILE.dsf|FILE.obj")
+        ->required();
+    AddContentOption(*command, arguments->content);
+    AddJsonOption(*command, arguments->json);
+    command->callback([arguments, &context] {
+        context.work = [arguments, &context] {
+            arguments->verbose = context.verbose;
+            Inspect(*arguments);
+        };
+    });
+}
+
+} // namespace cli

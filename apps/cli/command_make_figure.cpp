@@ -1,0 +1,122 @@
+// The subcommand `make-figure`.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/command_make_figure.h"
+
+#include "apps/cli/command.h"
+#include "apps/cli/options.h"
+#include "apps/cli/progress.h"
+#include "apps/cli/report.h"
+#include "content/figure_kinds.h"
+#include "content/make_figure.h"
+
+#include <algorithm>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace cli {
+
+namespace {
+
+using NamedFile = std::pair<std::string, std::filesystem::path>;
+
+struct MakeFigureArguments {
+    std::string kind, mesh, skeleton, joints, weights, library;
+    std::vector<std::string> morphs, weightMaps;
+    bool json = false;
+};
+
+std::string CheckKind(const std::string& keyword)
+{
+    std::string known;
+    for (const content::FigureKindInfo& kind : content::FigureKinds()) {
+        if (kind.keyword == keyword)
+            return {};
+        known += (known.empty() ? "" : ", ") + kind.keyword;
+    }
+    return fmt::format("\"{}\" is none of {}", keyword, known);
+}
+
+/// File names hold "=" more often than morphs do, so the first one counts.
+std::string CheckNamedFile(const std::string& text)
+{
+    const std::size_t equals = text.find('=');
+    const bool isNamed = equals != text.npos && equals > 0 && equals + 1 < text.size();
+    return isNamed ? std::string() : fmt::format("\"{}\" is not of the form NAME=FILE", text);
+}
+
+std::vector<NamedFile> NamedFiles(const std::vector<std::string>& texts)
+{
+    std::vector<NamedFile> files;
+    for (const std::string& text : texts) {
+        const std::size_t equals = text.find('=');
+        files.emplace_back(text.substr(0, equals), text.substr(equals + 1));
+    }
+    return files;
+}
+
+void MakeFigure(const MakeFigureArguments& arguments)
+{
+    Progress progress(!arguments.json);
+    progress.stage("figure", "Making the figure");
+    content::MakeFigureOptions options;
+    options.kind = arguments.kind;
+    options.mesh = arguments.mesh;
+    options.skeleton = arguments.skeleton;
+    options.joints = arguments.joints;
+    options.weights = arguments.weights;
+    options.morphs = NamedFiles(arguments.morphs);
+    options.weightMaps = NamedFiles(arguments.weightMaps);
+    options.library = arguments.library;
+    const content::MadeFigure made = content::MakeFigure(options);
+    progress.finish();
+    Json report;
+    report["figure"] = made.label;
+    report["kind"] = arguments.kind;
+    report["library"] = arguments.library;
+    report["vertices"] = made.vertexCount;
+    report["bones"] = made.boneCount;
+    report["morphs"] = made.morphCount;
+    report["joints"] = made.joints;
+    report["seconds"] = Rounded(progress.totalSeconds(), 4);
+    WriteReport(report, arguments.json);
+}
+
+} // namespace
+
+void AddMakeFigureCommand(CLI::App& program, CommandContext& context)
+{
+    const auto arguments = std::make_shared<MakeFigureArguments>();
+    CLI::App* const command = program.add_subcommand(
+        "make-figure", "Make a library figure of a mesh, a skeleton, weights and morphs");
+    const auto add = [&](const char* option, std::string& text, const char* type, const char* what) {
+        return command->add_option(option, text, what)->type_name(type);
+    };
+    add("--kind", arguments->kind, "KIND",
+        "Stock figure that it stands in for, such as genesis8female or genesis9")
+        ->required()
+        ->check(CheckKind);
+    add("--mesh", arguments->mesh, "NEUTRAL.obj", "The neutral shape")->required();
+    add("--skeleton", arguments->skeleton, "S.json", "Bones and their places")->required();
+    add("--joints", arguments->joints, "SET", "Which of the skeleton's sets of places (by kind)");
+    add("--weights", arguments->weights, "W.json[.gz]", "Skin weights")->required();
+    const auto addNamed = [&](const char* option, std::vector<std::string>& files, const char* type,
+                              const char* what) {
+        command->add_option(option, files, what)
+            ->type_name(type)
+            ->allow_extra_args(false)
+            ->check(CheckNamedFile);
+    };
+    addNamed("--morph", arguments->morphs, "NAME=FILE.obj|FILE.csv[.gz]",
+             "A morph; again for each further one");
+    addNamed("--weight-map", arguments->weightMaps, "NAME=FILE.csv[.gz]",
+             "A weight map; again for each further one");
+    add("--library", arguments->library, "DIR", "Content directory to write into")->required();
+    AddJsonOption(*command, arguments->json);
+    command->callback([arguments, &context] { context.work = [arguments] { MakeFigure(*arguments); }; });
+}
+
+} // namespace cli

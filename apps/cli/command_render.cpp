@@ -1,0 +1,159 @@
+// The subcommand `render`.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/command_render.h"
+
+#include "apps/cli/command.h"
+#include "apps/cli/host_session.h"
+#include "apps/cli/mesh_files.h"
+#include "apps/cli/options.h"
+#include "apps/cli/progress.h"
+#include "apps/cli/report.h"
+#include "apps/cli/scene_picture.h"
+#include "dznumericproperty.h"
+#include "dzscene.h"
+#include "geometry/errors.h"
+
+#include <charconv>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace cli {
+
+namespace {
+
+constexpr int kLargestSize = 16384;
+
+struct RenderArguments {
+    std::string file, out, size;
+    std::vector<std::string> content, dials, views;
+    bool verbose = false;
+};
+
+struct PictureSize {
+    int width = 0, height = 0;
+};
+
+/// @return false when the text is not of the form WxH or a number is out of range
+bool ParseSize(const std::string& text, PictureSize& size)
+{
+    const char* const end = text.data() + text.size();
+    const std::from_chars_result width = std::from_chars(text.data(), end, size.width);
+    if (width.ec != std::errc() || width.ptr == end || *width.ptr != 'x')
+        return false;
+    const std::from_chars_result height = std::from_chars(width.ptr + 1, end, size.height);
+    return height.ec == std::errc() && height.ptr == end && size.width >= 1 && size.height >= 1 &&
+           size.width <= kLargestSize && size.height <= kLargestSize;
+}
+
+std::string CheckSize(const std::string& text)
+{
+    PictureSize size;
+    return ParseSize(text, size)
+               ? std::string()
+               : fmt::format("\"{}\" is not of the form WxH with numbers from 1 to {}", text, kLargestSize);
+}
+
+std::string CheckView(const std::string& text)
+{
+    return geometry::ParseView(text)
+               ? std::string()
+               : fmt::format("\"{}\" is none of front, side, back, three-quarter and face", text);
+}
+
+geometry::Picture RenderViews(const std::vector<geometry::PictureItem>& items,
+                              const RenderArguments& arguments, Progress& progress)
+{
+    geometry::PictureOptions options;
+    PictureSize size;
+    if (ParseSize(arguments.size, size)) {
+        options.width = size.width;
+        options.height = size.height;
+    }
+    std::vector<geometry::Picture> pictures;
+    for (const std::string& view : arguments.views) {
+        progress.stage(view, "Rendering the view " + view);
+        options.view = *geometry::ParseView(view);
+        pictures.push_back(geometry::Render(items, options));
+    }
+    return pictures.size() == 1 ? std::move(pictures.front()) : geometry::Join(pictures);
+}
+
+geometry::Picture RenderObj(const RenderArguments& arguments, Progress& progress)
+{
+    if (!arguments.dials.empty())
+        throw UsageError(fmt::format("{}: an OBJ file has no dials to set", arguments.file));
+    const geometry::ObjContent content = ReadSurfaceFile(arguments.file);
+    geometry::PictureItem item;
+    item.mesh = content.mesh.view();
+    return RenderViews({item}, arguments, progress);
+}
+
+void SetDials(const std::vector<NameValue>& dials)
+{
+    std::vector<const DzNode*> figures;
+    for (int i = 0; i < dzScene->getNumNodes(); ++i)
+        if (dzScene->getNode(i)->getObject())
+            figures.push_back(dzScene->getNode(i));
+    for (const NameValue& dial : dials)
+        FindDial(figures, dial.name).setDoubleValue(dial.value);
+}
+
+geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progress)
+{
+    HostSession session(ContentDirectoriesFor(arguments.file, ToPaths(arguments.content)), arguments.verbose);
+    session.open(arguments.file);
+    SetDials(ParseDials(arguments.dials));
+    progress.stage("evaluate", "Shaping the figures");
+    const std::vector<geometry::PictureItem> items = VisibleItems(*dzScene);
+    if (items.empty())
+        throw std::runtime_error(fmt::format("{}: nothing in it can be seen", arguments.file));
+    return RenderViews(items, arguments, progress);
+}
+
+void Render(const RenderArguments& arguments)
+{
+    Progress progress(true);
+    progress.stage("read", "Reading " + arguments.file);
+    const geometry::Picture picture = HasExtension(arguments.file, ".obj") ? RenderObj(arguments, progress)
+                                                                           : RenderScene(arguments, progress);
+    progress.stage("write", "Writing " + arguments.out);
+    geometry::WritePng(arguments.out, picture);
+    progress.finish();
+    WriteOutput(fmt::format("{}: {} x {} pixels\n", arguments.out, picture.width, picture.height));
+}
+
+} // namespace
+
+void AddRenderCommand(CLI::App& program, CommandContext& context)
+{
+    const auto arguments = std::make_shared<RenderArguments>();
+    CLI::App* const command = program.add_subcommand("render", "Draw what a file shows into a picture");
+    command->add_option("FILE", arguments->file, "What to draw")->type_name("FILE.duf|FILE.obj")->required();
+    command->add_option("--out", arguments->out, "The picture to write")
+        ->type_name("PICTURE.png")
+        ->required();
+    AddContentOption(*command, arguments->content);
+    AddDialOption(*command, arguments->dials);
+    command
+        ->add_option("--view", arguments->views,
+                     "front, side, back, three-quarter or face; again for further ones beside it (front)")
+        ->type_name("VIEW")
+        ->allow_extra_args(false)
+        ->check(CheckView);
+    command->add_option("--size", arguments->size, "Pixels of each view (900x1200)")
+        ->type_name("WxH")
+        ->check(CheckSize);
+    command->callback([arguments, &context] {
+        if (arguments->views.empty())
+            arguments->views = {"front"};
+        context.work = [arguments, &context] {
+            arguments->verbose = context.verbose;
+            Render(*arguments);
+        };
+    });
+}
+
+} // namespace cli

@@ -1,0 +1,56 @@
+// The subcommand `sample-content`.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/command_sample_content.h"
+
+#include "apps/cli/command.h"
+#include "apps/cli/progress.h"
+#include "apps/cli/report.h"
+#include "content/sample_library.h"
+
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <system_error>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace cli {
+
+namespace {
+
+/// Making the figures takes seconds; a place that cannot be written to shows at once.
+void MakeDirectory(const std::string& directory)
+{
+    std::error_code error;
+    std::filesystem::create_directories(directory, error);
+    if (error)
+        throw std::runtime_error(fmt::format("cannot write {}: {}", directory, error.message()));
+}
+
+void WriteSamples(const std::string& directory)
+{
+    MakeDirectory(directory);
+    Progress progress(true);
+    content::WriteSampleLibrary(
+        directory, [&](const std::string& figure) { progress.stage(figure, "Making " + figure); });
+    progress.finish();
+    WriteOutput(fmt::format("Sample library written to {}\n", directory));
+}
+
+} // namespace
+
+void AddSampleContentCommand(CLI::App& program, CommandContext& context)
+{
+    const auto directory = std::make_shared<std::string>();
+    CLI::App* const command = program.add_subcommand(
+        "sample-content",
+        "Write the sample library: stand-ins for the stock figures and characters shaped on them");
+    command->add_option("DIR", *directory, "Content directory to write into; other files in it stay")
+        ->type_name("DIR")
+        ->required();
+    command->callback([directory, &context] { context.work = [directory] { WriteSamples(*directory); }; });
+}
+
+} // namespace cli

@@ -1,0 +1,134 @@
+// The subcommand `transfer`.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/command_transfer.h"
+
+#include "apps/cli/command.h"
+#include "apps/cli/mesh_files.h"
+#include "apps/cli/options.h"
+#include "apps/cli/progress.h"
+#include "apps/cli/report.h"
+#include "geometry/deltas.h"
+#include "geometry/errors.h"
+#include "geometry/morph_transfer.h"
+
+#include <memory>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace cli {
+
+namespace {
+
+using geometry::Vec3f;
+
+/// A vertex that moves less counts as resting; cm.
+constexpr float kMovedTolerance = 1e-4f;
+
+struct TransferArguments {
+    std::string sourceNeutral, sourceMorphed, targetNeutral, out;
+    bool json = false;
+};
+
+struct TransferInput {
+    geometry::ObjContent source, morphed, target;
+};
+
+TransferInput ReadInput(const TransferArguments& arguments)
+{
+    TransferInput input{ReadSurfaceFile(arguments.sourceNeutral), ReadMeshFile(arguments.sourceMorphed),
+                        ReadSurfaceFile(arguments.targetNeutral)};
+    const std::size_t neutralCount = input.source.mesh.vertexCount(),
+                      morphedCount = input.morphed.mesh.vertexCount();
+    if (neutralCount != morphedCount)
+        throw geometry::TopologyError("{} has {} vertices but {} has {}", arguments.sourceMorphed,
+                                      morphedCount, arguments.sourceNeutral, neutralCount);
+    return input;
+}
+
+std::vector<Vec3f> Difference(const std::vector<Vec3f>& neutral, const std::vector<Vec3f>& morphed)
+{
+    std::vector<Vec3f> deltas(neutral.size());
+    for (std::size_t v = 0; v < deltas.size(); ++v)
+        deltas[v] = morphed[v] - neutral[v];
+    return deltas;
+}
+
+void WriteMoved(const std::string& file, const geometry::ObjContent& target, const std::vector<Vec3f>& deltas)
+{
+    std::vector<Vec3f> positions = target.mesh.positions;
+    for (std::size_t v = 0; v < positions.size(); ++v)
+        positions[v] += deltas[v];
+    geometry::ObjPart part;
+    part.mesh = {target.mesh.topology.get(), positions};
+    part.texCoords = &target.texCoords;
+    part.name = std::filesystem::path(file).stem().u8string();
+    geometry::ObjWriteOptions options;
+    if (!target.materialLibraries.empty())
+        options.materialLibrary = target.materialLibraries.front();
+    geometry::WriteObj(file, {&part, 1}, options);
+}
+
+Json Report(const TransferArguments& arguments, const TransferInput& input,
+            const geometry::MatchStatistics& statistics, const std::vector<Vec3f>& deltas,
+            const Progress& progress)
+{
+    const geometry::SparseDeltas moved = geometry::MakeDeltas(deltas, kMovedTolerance);
+    Json report;
+    report["source_neutral"] = arguments.sourceNeutral;
+    report["source_morphed"] = arguments.sourceMorphed;
+    report["target_neutral"] = arguments.targetNeutral;
+    report["out"] = arguments.out;
+    report["source_vertices"] = input.source.mesh.vertexCount();
+    report["target_vertices"] = input.target.mesh.vertexCount();
+    report["matched_vertices"] = statistics.matched;
+    report["filled_vertices"] = statistics.filled;
+    report["moved_vertices"] = moved.size();
+    report["largest_displacement_mm"] =
+        Rounded(geometry::LargestLength(moved) * kMillimetresPerCentimetre, 4);
+    Json seconds = Json::object();
+    for (const auto& [stage, duration] : progress.seconds())
+        seconds[stage] = Rounded(duration, 4);
+    seconds["total"] = Rounded(progress.totalSeconds(), 4);
+    report["seconds"] = std::move(seconds);
+    return report;
+}
+
+void Transfer(const TransferArguments& arguments)
+{
+    Progress progress(!arguments.json);
+    progress.stage("read", "Reading the meshes");
+    const TransferInput input = ReadInput(arguments);
+    progress.stage("match", "Matching the surfaces");
+    const geometry::SurfaceMap map =
+        geometry::MatchSurfaces(input.source.mesh.view(), input.target.mesh.view());
+    progress.stage("transfer", "Carrying the morph over");
+    const std::vector<Vec3f> deltas =
+        map.transfer(Difference(input.source.mesh.positions, input.morphed.mesh.positions));
+    progress.stage("write", "Writing " + arguments.out);
+    WriteMoved(arguments.out, input.target, deltas);
+    progress.finish();
+    WriteReport(Report(arguments, input, map.statistics(), deltas, progress), arguments.json);
+}
+
+} // namespace
+
+void AddTransferCommand(CLI::App& program, CommandContext& context)
+{
+    const auto arguments = std::make_shared<TransferArguments>();
+    CLI::App* const command = program.add_subcommand(
+        "transfer", "Carry a morph from one mesh to another one that lies close to it");
+    const auto addFile = [&](const char* option, std::string& file, const char* what) {
+        command->add_option(option, file, what)->type_name("FILE.obj")->required();
+    };
+    addFile("--source-neutral", arguments->sourceNeutral, "The source's neutral shape");
+    addFile("--source-morphed", arguments->sourceMorphed, "The source's morphed shape, same vertices");
+    addFile("--target-neutral", arguments->targetNeutral, "The target's neutral shape");
+    addFile("--out", arguments->out, "The target's morphed shape, to be written");
+    AddJsonOption(*command, arguments->json);
+    command->callback([arguments, &context] { context.work = [arguments] { Transfer(*arguments); }; });
+}
+
+} // namespace cli

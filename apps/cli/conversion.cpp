@@ -1,0 +1,192 @@
+// One conversion from files to files, as the command line runs it.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/conversion.h"
+
+#include "apps/cli/command.h"
+#include "apps/cli/conversion_results.h"
+#include "apps/cli/host_session.h"
+#include "apps/cli/progress.h"
+#include "dzfigure.h"
+#include "dzfloatproperty.h"
+#include "dzobject.h"
+#include "dzscene.h"
+#include "openhost/operations.h"
+#include "plugin/gnt_convert-figure.h"
+#include "shared/ks_daz-helpers.h"
+#include "shared/ks_figure-height.h"
+#include "shared/ks_filtered-save.h"
+#include "shared/ks_property-setting.h"
+
+namespace cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Shows the steps of the conversion, which it tells the host, as stages of our own progress.
+class HostStepsAsStages : public openhost::OperationListener {
+public:
+    explicit HostStepsAsStages(Progress& progress) : _progress(progress)
+    {
+        openhost::SetOperationListener(this);
+    }
+    ~HostStepsAsStages() override { openhost::SetOperationListener(nullptr); }
+    HostStepsAsStages(const HostStepsAsStages&) = delete;
+    HostStepsAsStages& operator=(const HostStepsAsStages&) = delete;
+
+    bool allow(const QString& operation, const QString& detail) override
+    {
+        if (operation == QLatin1String("progress"))
+            _progress.stage(detail.toStdString());
+        return true;
+    }
+
+private:
+    Progress& _progress;
+};
+
+void SetBase(const std::shared_ptr<kst::FloatPropertySetting>& setting, const std::optional<double>& value)
+{
+    if (value)
+        setting->getProperty().setValue(static_cast<float>(*value));
+}
+
+void SetBases(const GntParams& params, const BaseDials& bases)
+{
+    SetBase(params.settingCloneShape, bases.clone);
+    SetBase(params.settingBaseFeminine, bases.feminine);
+    SetBase(params.settingBaseMasculine, bases.masculine);
+    SetBase(params.settingProportionHeight, bases.height);
+    if (bases.matchHeight)
+        kst::daz::AdjustFigureHeight(params.figTarget, params.propTargetHeight, params.figSource);
+}
+
+GntJobs JobsOf(const ConversionRequest& request)
+{
+    GntJobs jobs;
+    if (request.full)
+        jobs.set(GntJobFlag::Full);
+    if (request.head)
+        jobs.set(GntJobFlag::Head);
+    if (request.body)
+        jobs.set(GntJobFlag::Body);
+    return jobs;
+}
+
+/// The names that the product's dialog proposes.
+std::vector<std::string> MorphNames(const std::string& name)
+{
+    return {name, name + " Head", name + " Body"};
+}
+
+void SelectBoth(DzNode& source, DzNode& target)
+{
+    dzScene->selectAllNodes(false);
+    source.select(true);
+    target.select(true);
+}
+
+/// Folders that will be written to are made before the work, so that a wrong one costs no time.
+void PrepareFolders(const ConversionRequest& request)
+{
+    std::error_code error;
+    if (!request.pictures.empty())
+        fs::create_directories(request.pictures, error);
+    if (error)
+        throw std::runtime_error("cannot create folder " + FileText(request.pictures) + ": " +
+                                 error.message());
+    if (request.save)
+        fs::create_directories(request.save->library, error);
+    if (error)
+        throw std::runtime_error("cannot create folder " + FileText(request.save->library) + ": " +
+                                 error.message());
+    const fs::path folder = request.exportObj.parent_path();
+    if (!folder.empty() && !fs::is_directory(folder, error))
+        throw std::runtime_error("cannot write " + FileText(request.exportObj) + ": there is no folder " +
+                                 FileText(folder));
+}
+
+void Save(const SaveRequest& save, DzNode& target, const std::vector<GntCreatedMorph>& created,
+          HostSession& session)
+{
+    std::vector<std::string> names;
+    for (const GntCreatedMorph& morph : created)
+        names.push_back(morph.name);
+    try {
+        kst::FilteredSave::SaveMorphSupportAsset_X(target, FileText(fs::absolute(save.library)), save.vendor,
+                                                   save.product, names, save.compress, false);
+    } catch (const std::exception&) {
+        // The host's code says only that it failed; its log says why.
+        const std::vector<std::string> warnings = session.warnings();
+        if (warnings.empty())
+            throw;
+        throw std::runtime_error("cannot save the morphs: " + warnings.back());
+    }
+}
+
+} // namespace
+
+ConversionReport Convert(const ConversionRequest& request, Progress& progress)
+{
+    PrepareFolders(request);
+    ConversionReport report;
+    progress.stage("Loading the figures");
+    HostSession session(request.contentDirectories, request.verbose);
+    // Temporary files of the run go with the session.
+    qputenv("TMPDIR", QByteArray::fromStdString(FileText(session.temporaryFolder())));
+    DzNode* const source = session.open(request.source);
+    for (const NameValue& dial : request.dials)
+        FindDial(*source, dial.name).setDoubleValue(dial.value);
+    DzNode* const target = session.open(request.target);
+    SelectBoth(*source, *target);
+    const std::shared_ptr<GntParams> params = GntConverter::FindSourceAndTargetInSceneSelected_X();
+    GntConverter converter(params);
+    report.activeMorphs = converter.getActiveMorphCount();
+    report.source = DescribeFigure(params->figSource);
+    report.target = DescribeFigure(params->figTarget);
+    report.cloneShape = std::string(GntClonePropertyName(params->cloneShape));
+    SetBases(*params, request.bases);
+
+    const GntJobs jobs = JobsOf(request);
+    report.jobs = JobNames(jobs);
+    const std::string label = converter.makeConvertedLabel();
+    const std::vector<std::string> names = MorphNames(request.name.empty() ? label : request.name);
+    const std::vector<std::string> paths(3, request.path);
+    GntMissingMorphs missing;
+    std::vector<GntCreatedMorph> created;
+    {
+        const HostStepsAsStages steps(progress);
+        created = converter.run_X(GntResolution::Base, label, paths, names, jobs, missing);
+    }
+    for (const auto& morph : missing)
+        report.missing.emplace_back(morph.first, morph.second);
+
+    progress.stage("Measuring the result");
+    for (const GntCreatedMorph& morph : created)
+        report.created.push_back(DescribeMorph(params->figTarget, morph));
+    if (request.save) {
+        progress.stage("Saving the morphs");
+        Save(*request.save, params->figTarget, created, session);
+        AddSavedFiles(params->figTarget, request.save->library, report);
+        progress.stage("Measuring the result");
+    }
+    WearMorphs(created);
+    if (MakesWholeFigure(jobs))
+        report.distance = MeasureDistance(*params);
+    if (!request.exportObj.empty()) {
+        progress.stage("Writing the OBJ file");
+        ExportFigure(params->figTarget, request.exportObj);
+        report.files.push_back(request.exportObj);
+    }
+    if (!request.pictures.empty()) {
+        progress.stage("Drawing the pictures");
+        const std::vector<fs::path> pictures = DrawPictures(*params, request.pictures);
+        report.files.insert(report.files.end(), pictures.begin(), pictures.end());
+    }
+    progress.finish();
+    report.warnings = session.warnings();
+    return report;
+}
+
+} // namespace cli

@@ -1,0 +1,76 @@
+// One conversion from files to files, as the command line runs it.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "apps/cli/dials.h"
+#include "geometry/surface_distance.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace cli {
+
+class Progress;
+
+/// The target's base dials; those without a value stay as the target's file has them.
+struct BaseDials {
+    std::optional<double> clone, feminine, masculine, height;
+    bool matchHeight = false; ///< makes the target as tall as the source; instead of a value for the height
+};
+
+struct SaveRequest {
+    std::filesystem::path library;
+    std::string vendor, product;
+    bool compress = false;
+};
+
+struct ConversionRequest {
+    std::vector<std::filesystem::path> contentDirectories;
+    std::filesystem::path source, target;
+    std::vector<NameValue> dials; ///< of the source
+    BaseDials bases;
+    bool full = false, head = true, body = true;
+    std::string name; ///< of the morphs; empty for the product's default
+    std::string path = "/Gantrel";
+    std::optional<SaveRequest> save;
+    std::filesystem::path exportObj; ///< empty for none
+    std::filesystem::path pictures;  ///< folder; empty for none
+    bool verbose = false;
+};
+
+struct FigureReport {
+    std::string label, kind, assetUri;
+    std::size_t vertices = 0;
+};
+
+struct MorphReport {
+    std::string name, label, kind, path;
+    std::size_t verticesMoved = 0;
+    double largestDisplacementMm = 0.0;
+    std::string savedFile; ///< empty if not saved
+};
+
+struct ConversionReport {
+    FigureReport source, target;
+    std::string cloneShape;
+    std::vector<std::string> jobs;
+    std::size_t activeMorphs = 0;
+    std::vector<MorphReport> created;
+    std::vector<std::pair<std::string, double>> missing; ///< morphs lost on the way, with their values
+    /// Vertices of either figure to the surface of the other, both in the pose of the conversion; cm. Only
+    /// measured when the created morphs make the whole figure.
+    std::optional<geometry::DistanceSummary> distance;
+    std::vector<std::filesystem::path> files; ///< written besides the morphs
+    std::vector<std::string> warnings;
+};
+
+/// Loads both figures, converts, measures and writes what is asked for, each step a stage of the progress.
+/// @throws UsageError           a name or folder of the request cannot be used
+/// @throws std::runtime_error   with one phrase for the user; kst::Exception from the conversion likewise
+ConversionReport Convert(const ConversionRequest& request, Progress& progress);
+
+} // namespace cli

@@ -1,0 +1,34 @@
+// Looking at what a conversion made.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "apps/cli/conversion.h"
+#include "plugin/gnt_convert-figure.h"
+
+class DzFigure;
+
+namespace cli {
+
+FigureReport DescribeFigure(DzFigure& figure);
+std::vector<std::string> JobNames(GntJobs jobs);
+MorphReport DescribeMorph(DzFigure& target, const GntCreatedMorph& morph);
+/// Where the created morphs were saved.
+void AddSavedFiles(DzFigure& target, const std::filesystem::path& library, ConversionReport& report);
+
+/// Dials the new morphs up so that the figure looks converted: the full one, or else the head's and the
+/// body's.
+void WearMorphs(const std::vector<GntCreatedMorph>& created);
+bool MakesWholeFigure(GntJobs jobs);
+
+/// Source against target in the place and pose of the conversion, at base resolution. Both are put back.
+geometry::DistanceSummary MeasureDistance(const GntParams& params);
+
+/// @throws geometry::IoError  the file cannot be written
+void ExportFigure(DzFigure& figure, const std::filesystem::path& file);
+
+/// Source and target, and both side by side from several directions.
+/// @return the files
+std::vector<std::filesystem::path> DrawPictures(const GntParams& params, const std::filesystem::path& folder);
+
+} // namespace cli

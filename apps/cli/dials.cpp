@@ -1,0 +1,173 @@
+// The dials of a figure: listing them, finding one by what the user calls it, setting it.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/dials.h"
+
+#include "apps/cli/command.h"
+#include "dzmodifier.h"
+#include "dzmorph.h"
+#include "dznode.h"
+#include "dznumericproperty.h"
+#include "dzobject.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <numeric>
+
+#include <fmt/format.h>
+
+namespace cli {
+
+namespace {
+
+void AppendDials(std::vector<Dial>& dials, const DzElement& element, DzModifier* modifier)
+{
+    // A morph has one dial, and users know it by the morph's name.
+    const bool isMorph = qobject_cast<const DzMorph*>(modifier) != nullptr;
+    for (DzPropertyListIterator properties = element.propertyListIterator(); properties.hasNext();) {
+        auto* const property = qobject_cast<DzNumericProperty*>(properties.next());
+        if (property)
+            dials.push_back({property, modifier,
+                             (isMorph ? modifier->getName() : property->getName()).toStdString(),
+                             property->getLabel().toStdString()});
+    }
+}
+
+std::string Folded(const std::string& text)
+{
+    return QString::fromStdString(text).toCaseFolded().toStdString();
+}
+
+/// Levenshtein's number of insertions, deletions and replacements that turn `wanted` into the candidate, or
+/// into the part of it that is most like it.
+std::size_t EditDistance(const std::string& wanted, const std::string& candidate, bool isPartEnough)
+{
+    std::vector<std::size_t> row(candidate.size() + 1, 0);
+    if (!isPartEnough)
+        std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < candidate.size(); ++j) {
+            const std::size_t replaced = diagonal + (wanted[i] == candidate[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({row[j] + 1, diagonal + 1, replaced});
+        }
+    }
+    return isPartEnough ? *std::min_element(row.begin(), row.end()) : row.back();
+}
+
+/// Names have prefixes and suffixes that nobody types, so the best part counts; the rest decides between
+/// equals.
+using Unlikeness = std::pair<std::size_t, std::size_t>;
+
+Unlikeness CompareNames(const std::string& wanted, const std::string& candidate)
+{
+    const std::string folded = Folded(candidate);
+    return {EditDistance(wanted, folded, true), EditDistance(wanted, folded, false)};
+}
+
+std::string ClosestNames(const std::vector<Dial>& dials, const std::string& name)
+{
+    constexpr std::size_t shown = 3;
+    const std::string wanted = Folded(name);
+    std::vector<std::pair<Unlikeness, std::string>> ranked;
+    for (const Dial& dial : dials)
+        ranked.emplace_back(std::min(CompareNames(wanted, dial.name), CompareNames(wanted, dial.label)),
+                            dial.name);
+    std::sort(ranked.begin(), ranked.end());
+    ranked.erase(std::unique(ranked.begin(), ranked.end()), ranked.end());
+    std::string text;
+    for (std::size_t i = 0; i < std::min(shown, ranked.size()); ++i)
+        text += fmt::format("{}\"{}\"", i == 0 ? "" : ", ", ranked[i].second);
+    return text;
+}
+
+template <class Match>
+std::vector<const Dial*> Matching(const std::vector<Dial>& dials, Match match)
+{
+    std::vector<const Dial*> found;
+    for (const Dial& dial : dials)
+        if (match(dial))
+            found.push_back(&dial);
+    return found;
+}
+
+/// In the order of the ways of naming a dial; names come before labels, exact spelling before any other.
+DzNumericProperty* TryFindDial(const std::vector<Dial>& dials, const std::string& name)
+{
+    const std::string folded = Folded(name);
+    for (const bool ignoresCase : {false, true}) {
+        const auto equals = [&](const std::string& text) {
+            return ignoresCase ? Folded(text) == folded : text == name;
+        };
+        for (const bool ofModifier : {true, false}) {
+            const auto byName = Matching(dials, [&](const Dial& dial) {
+                return (dial.modifier != nullptr) == ofModifier && equals(dial.name);
+            });
+            if (!byName.empty())
+                return byName.front()->property;
+        }
+        const auto byLabel = Matching(dials, [&](const Dial& dial) { return equals(dial.label); });
+        if (byLabel.size() > 1)
+            throw std::runtime_error(fmt::format("several dials are labelled \"{}\": \"{}\" and \"{}\"", name,
+                                                 byLabel[0]->name, byLabel[1]->name));
+        if (!byLabel.empty())
+            return byLabel.front()->property;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+std::vector<Dial> DialsOf(const DzNode& node)
+{
+    std::vector<Dial> dials;
+    if (const DzObject* const object = node.getObject())
+        for (DzModifierIterator modifiers = object->modifierIterator(); modifiers.hasNext();) {
+            DzModifier* const modifier = modifiers.next();
+            AppendDials(dials, *modifier, modifier);
+        }
+    AppendDials(dials, node, nullptr);
+    return dials;
+}
+
+DzNumericProperty& FindDial(const std::vector<const DzNode*>& nodes, const std::string& name)
+{
+    std::vector<Dial> all;
+    std::string labels;
+    for (const DzNode* const node : nodes) {
+        const std::vector<Dial> dials = DialsOf(*node);
+        if (DzNumericProperty* const property = TryFindDial(dials, name))
+            return *property;
+        all.insert(all.end(), dials.begin(), dials.end());
+        labels += fmt::format("{}\"{}\"", labels.empty() ? "" : ", ", node->getLabel().toStdString());
+    }
+    if (all.empty())
+        throw std::runtime_error(fmt::format("no dial \"{}\": nothing loaded has dials", name));
+    throw std::runtime_error(
+        fmt::format("{} has no dial \"{}\"; the closest are {}", labels, name, ClosestNames(all, name)));
+}
+
+DzNumericProperty& FindDial(const DzNode& node, const std::string& name)
+{
+    return FindDial(std::vector<const DzNode*>{&node}, name);
+}
+
+NameValue ParseNameValue(const std::string& text)
+{
+    const std::size_t equals = text.rfind('=');
+    if (equals == text.npos || equals == 0)
+        throw UsageError(fmt::format("\"{}\" is not of the form NAME=VALUE", text));
+    NameValue parsed;
+    parsed.name = text.substr(0, equals);
+    const char* const begin = text.data() + equals + 1;
+    const char* const end = text.data() + text.size();
+    const std::from_chars_result result = std::from_chars(begin, end, parsed.value);
+    if (result.ec != std::errc() || result.ptr != end || !std::isfinite(parsed.value))
+        throw UsageError(fmt::format("\"{}\" has no number behind the equals sign", text));
+    return parsed;
+}
+
+} // namespace cli

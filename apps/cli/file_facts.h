@@ -1,0 +1,30 @@
+// What is in a file, as a report.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "apps/cli/report.h"
+
+#include <filesystem>
+
+class DzNode;
+
+namespace dson {
+struct Document;
+} // namespace dson
+
+namespace cli {
+
+enum class Detail { Summary, Full };
+
+/// Vertices, faces by number of corners, groups, surfaces, size, edges.
+/// @throws geometry::IoError, geometry::FormatError
+Json ObjFacts(const std::filesystem::path& file);
+
+/// What a DSON file defines and what it puts into a scene. Full detail lists the nodes, too.
+Json DocumentFacts(const dson::Document& document, Detail detail);
+
+/// A figure of the scene with its dials: those not at their defaults, or in full detail all of them.
+Json FigureFacts(const DzNode& figure, Detail detail);
+
+} // namespace cli

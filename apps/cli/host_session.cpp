@@ -1,0 +1,221 @@
+// The open host as the subcommands use it: without a display, without a trace.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/host_session.h"
+
+#include "apps/cli/command.h"
+#include "dzapp.h"
+#include "dzcontentmgr.h"
+#include "dzfigure.h"
+#include "dzscene.h"
+#include "openhost/openhost.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <clocale>
+#include <cstring>
+#include <set>
+#include <stdexcept>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTextCodec>
+
+#include <fmt/format.h>
+
+namespace cli {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+QString ToQ(const fs::path& path)
+{
+    return QString::fromStdString(path.u8string());
+}
+
+/// The toolkit's own remarks belong into the log, since stderr is for one sentence.
+void LogToolkitMessage(QtMsgType, const QMessageLogContext&, const QString& text)
+{
+    if (dzApp)
+        dzApp->log(text);
+}
+
+void CheckDirectory(const fs::path& directory)
+{
+    std::error_code error;
+    if (!fs::is_directory(directory, error))
+        throw std::runtime_error(fmt::format("{}: there is no such content directory", FileText(directory)));
+}
+
+void CheckFile(const fs::path& file)
+{
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (!fs::exists(status))
+        throw std::runtime_error(fmt::format("cannot open {}: {}", FileText(file), std::strerror(ENOENT)));
+    if (fs::is_directory(status))
+        throw std::runtime_error(fmt::format("cannot read {}: {}", FileText(file), std::strerror(EISDIR)));
+}
+
+std::set<const DzNode*> NodesInScene()
+{
+    std::set<const DzNode*> nodes;
+    for (int i = 0; i < dzScene->getNumNodes(); ++i)
+        nodes.insert(dzScene->getNode(i));
+    return nodes;
+}
+
+/// A figure before anything else; null when nothing came.
+DzNode* FirstNewNode(const std::set<const DzNode*>& before)
+{
+    DzNode* first = nullptr;
+    for (int i = 0; i < dzScene->getNumNodes(); ++i) {
+        DzNode* const node = dzScene->getNode(i);
+        if (before.count(node))
+            continue;
+        if (qobject_cast<DzFigure*>(node))
+            return node;
+        if (!first && node->isRootNode())
+            first = node;
+    }
+    return first;
+}
+
+/// The toolkit makes a folder for the user's session where the system has none; it is to go with the others.
+class RuntimeFolder {
+public:
+    explicit RuntimeFolder(const QString& folder) : _isOurs(qEnvironmentVariableIsEmpty(variable))
+    {
+        if (_isOurs)
+            qputenv(variable, QFile::encodeName(folder));
+    }
+    ~RuntimeFolder()
+    {
+        if (_isOurs)
+            qunsetenv(variable);
+    }
+    RuntimeFolder(const RuntimeFolder&) = delete;
+    RuntimeFolder& operator=(const RuntimeFolder&) = delete;
+
+private:
+    static constexpr const char* variable = "XDG_RUNTIME_DIR";
+    bool _isOurs;
+};
+
+} // namespace
+
+struct HostSession::Impl {
+    QTemporaryDir folder{QDir::tempPath() + QLatin1String("/gantrel-XXXXXX")};
+    RuntimeFolder runtimeFolder{folder.path()};
+    QtMessageHandler formerHandler = nullptr;
+    std::string name = "gantrel";
+    std::vector<char*> arguments{&name[0], nullptr};
+    int argumentCount = 1;
+    std::unique_ptr<openhost::OpenHost> host;
+
+    QString logFile() const { return folder.filePath(QStringLiteral("log.txt")); }
+
+    std::vector<std::string> warnings() const
+    {
+        dzApp->flushLogBuffer();
+        QFile file(logFile());
+        std::vector<std::string> found;
+        if (!file.open(QIODevice::ReadOnly))
+            return found;
+        const QString mark = QStringLiteral(" WARNING: ");
+        const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+        for (const QString& line : lines) {
+            // The time stamp before the mark has no space.
+            const int at = line.indexOf(QLatin1Char(' '));
+            if (at < 0 || line.mid(at, mark.size()) != mark)
+                continue;
+            const std::string text = line.mid(at + mark.size()).toStdString();
+            if (std::find(found.begin(), found.end(), text) == found.end())
+                found.push_back(text);
+        }
+        return found;
+    }
+};
+
+HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool verbose, bool showProgress)
+    : _impl(std::make_unique<Impl>())
+{
+    std::for_each(contentDirectories.begin(), contentDirectories.end(), CheckDirectory);
+    if (!_impl->folder.isValid())
+        throw std::runtime_error(fmt::format("cannot make a temporary folder in {}: {}",
+                                             QDir::tempPath().toStdString(),
+                                             _impl->folder.errorString().toStdString()));
+    _impl->formerHandler = qInstallMessageHandler(LogToolkitMessage);
+    // Content's file names are UTF-8 whatever the locale is, and numbers in files have decimal points.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    openhost::OpenHost::Options options;
+    options.settingsFolder = _impl->folder.filePath(QStringLiteral("settings"));
+    options.tempPath = _impl->folder.path();
+    options.logFilename = _impl->logFile();
+    options.echoLog = verbose;
+    options.terminalProgress = showProgress;
+    options.terminalProgress = false;
+    for (const fs::path& directory : contentDirectories)
+        options.contentDirectories.append(ToQ(fs::absolute(directory)));
+    _impl->host =
+        std::make_unique<openhost::OpenHost>(_impl->argumentCount, _impl->arguments.data(), options);
+    std::setlocale(LC_NUMERIC, "C");
+}
+
+HostSession::~HostSession()
+{
+    _impl->host.reset();
+    qInstallMessageHandler(_impl->formerHandler);
+}
+
+DzNode* HostSession::open(const fs::path& file)
+{
+    CheckFile(file);
+    const std::set<const DzNode*> before = NodesInScene();
+    const std::size_t warningsBefore = warnings().size();
+    const bool isOpened = dzApp->getContentMgr()->openFile(ToQ(fs::absolute(file)), true);
+    DzNode* const node = isOpened ? FirstNewNode(before) : nullptr;
+    if (node)
+        return node;
+    const std::vector<std::string> reasons = warnings();
+    if (!isOpened && !reasons.empty())
+        throw std::runtime_error(reasons.size() > warningsBefore ? reasons[warningsBefore] : reasons.back());
+    throw std::runtime_error(
+        fmt::format(isOpened ? "{}: adds nothing to the scene" : "{}: cannot be opened", FileText(file)));
+}
+
+std::vector<std::string> HostSession::warnings() const
+{
+    return _impl->warnings();
+}
+
+fs::path HostSession::temporaryFolder() const
+{
+    return _impl->folder.path().toStdString();
+}
+
+fs::path FindContentDirectory(const fs::path& file)
+{
+    std::error_code error;
+    fs::path folder = fs::weakly_canonical(file, error).parent_path();
+    if (error)
+        return {};
+    for (;; folder = folder.parent_path()) {
+        if (fs::is_directory(folder / "data", error) || fs::is_directory(folder / "People", error))
+            return folder;
+        if (folder == folder.root_path() || folder.empty())
+            return {};
+    }
+}
+
+std::vector<fs::path> ContentDirectoriesFor(const fs::path& file, const std::vector<fs::path>& given)
+{
+    if (!given.empty())
+        return given;
+    const fs::path found = FindContentDirectory(file);
+    return found.empty() ? std::vector<fs::path>() : std::vector<fs::path>{found};
+}
+
+} // namespace cli

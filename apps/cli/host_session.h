@@ -1,0 +1,51 @@
+// The open host as the subcommands use it: without a display, without a trace.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+class DzNode;
+
+namespace cli {
+
+/// Runs the host with settings in a temporary folder of its own, so that the user's settings are neither read
+/// nor written. The folder goes when the session ends. One at a time.
+class HostSession {
+public:
+    /// @param verbose       the host's log goes to stderr
+    /// @param showProgress  the host's own progress goes to stderr where that is a terminal
+    /// @throws std::runtime_error  a content directory is none, or the temporary folder cannot be made
+    HostSession(const std::vector<std::filesystem::path>& contentDirectories, bool verbose,
+                bool showProgress = false);
+    ~HostSession();
+    HostSession(const HostSession&) = delete;
+    HostSession& operator=(const HostSession&) = delete;
+
+    /// Adds the file's content to the scene.
+    /// @return the first figure that came with it, or else the first root node; the scene's own
+    /// @throws std::runtime_error  the file cannot be opened or adds nothing; the text has the host's reason
+    DzNode* open(const std::filesystem::path& file);
+
+    /// What the host has warned of since the session began: texts without the log's marks, in order, each
+    /// once.
+    std::vector<std::string> warnings() const;
+    /// A folder that lasts as long as the session.
+    std::filesystem::path temporaryFolder() const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> _impl;
+};
+
+/// The nearest folder above the file that looks like a content directory (it has `data` or `People`); empty
+/// if none.
+std::filesystem::path FindContentDirectory(const std::filesystem::path& file);
+/// The directories given, or without any the one that holds the file.
+std::vector<std::filesystem::path> ContentDirectoriesFor(const std::filesystem::path& file,
+                                                         const std::vector<std::filesystem::path>& given);
+
+} // namespace cli

@@ -1,0 +1,81 @@
+// The command line: subcommands, errors as one sentence, exit codes.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/command.h"
+#include "apps/cli/commands.h"
+#include "apps/cli/error_sentence.h"
+#include "apps/cli/interrupt.h"
+#include "apps/cli/report.h"
+
+#include <cstdio>
+#include <exception>
+#include <functional>
+#include <new>
+#include <sstream>
+
+#include <CLI/CLI.hpp>
+
+namespace {
+
+enum ExitCode { kSuccess = 0, kFailure = 1, kWrongUse = 2 };
+
+const char* const versionText = "gantrel " GANTREL_VERSION;
+
+int Fail(const std::string& text, ExitCode code)
+{
+    std::fprintf(stderr, "gantrel: %s\n", cli::ErrorSentence(text).c_str());
+    return code;
+}
+
+/// Everything that a subcommand can throw ends here.
+int Run(const std::function<void()>& work)
+{
+    try {
+        work();
+        return kSuccess;
+    } catch (const cli::UsageError& error) {
+        return Fail(error.what(), kWrongUse);
+    } catch (const std::bad_alloc&) {
+        return Fail("there is not enough memory", kFailure);
+    } catch (const std::exception& error) {
+        return Fail(cli::InterruptSignal() != 0 ? "interrupted" : error.what(), kFailure);
+    } catch (...) {
+        return Fail("unknown error", kFailure);
+    }
+}
+
+void Describe(CLI::App& program, cli::CommandContext& context)
+{
+    program.require_subcommand(0, 1); // none is found out later, when what was there instead has been named
+    program.set_version_flag("--version", versionText, "Print the version");
+    cli::AddCommands(program, context);
+    for (CLI::App* const command : program.get_subcommands({})) {
+        command->set_version_flag("--version", versionText, "Print the version");
+        command->add_flag("--verbose", context.verbose, "Show the log");
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    cli::NoteInterrupts();
+    cli::CommandContext context;
+    CLI::App program("Gantrel: shapes of older figure generations as morphs on Genesis 9.", "gantrel");
+    Describe(program, context);
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::Success& request) {
+        std::ostringstream help;
+        program.exit(request, help, help);
+        return Run([&] { cli::WriteOutput(help.str()); });
+    } catch (const CLI::ParseError& error) {
+        return Fail(error.what(), kWrongUse);
+    }
+    if (!context.work)
+        return Fail("a subcommand is required; gantrel --help lists them", kWrongUse);
+    const int code = Run(context.work);
+    if (code != kSuccess && cli::InterruptSignal() != 0)
+        cli::EndBySignal(cli::InterruptSignal());
+    return code;
+}

@@ -1,0 +1,54 @@
+// Options that several subcommands share.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/options.h"
+
+#include "apps/cli/command.h"
+
+#include <CLI/CLI.hpp>
+
+namespace cli {
+
+CLI::Option* AddJsonOption(CLI::App& command, bool& json)
+{
+    return command.add_flag("--json", json, "Print one JSON object and nothing else");
+}
+
+CLI::Option* AddContentOption(CLI::App& command, std::vector<std::string>& directories)
+{
+    return command
+        .add_option("--content", directories, "Content directory; again for each further one, in order")
+        ->type_name("DIR")
+        ->allow_extra_args(false);
+}
+
+CLI::Option* AddDialOption(CLI::App& command, std::vector<std::string>& dials)
+{
+    const auto check = [](const std::string& text) {
+        try {
+            ParseNameValue(text);
+            return std::string();
+        } catch (const UsageError& error) {
+            return std::string(error.what());
+        }
+    };
+    return command.add_option("--dial", dials, "Dial to set, by name or label; again for each further one")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false)
+        ->check(check);
+}
+
+std::vector<NameValue> ParseDials(const std::vector<std::string>& texts)
+{
+    std::vector<NameValue> dials;
+    for (const std::string& text : texts)
+        dials.push_back(ParseNameValue(text));
+    return dials;
+}
+
+std::vector<std::filesystem::path> ToPaths(const std::vector<std::string>& texts)
+{
+    return {texts.begin(), texts.end()};
+}
+
+} // namespace cli

@@ -1,0 +1,28 @@
+// Options that several subcommands share.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "apps/cli/dials.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+class Option;
+} // namespace CLI
+
+namespace cli {
+
+CLI::Option* AddJsonOption(CLI::App& command, bool& json);
+/// `--content DIR`, once for each directory.
+CLI::Option* AddContentOption(CLI::App& command, std::vector<std::string>& directories);
+/// `--dial NAME=VALUE`, once for each dial; wrong syntax is wrong use.
+CLI::Option* AddDialOption(CLI::App& command, std::vector<std::string>& dials);
+
+std::vector<NameValue> ParseDials(const std::vector<std::string>& texts);
+std::vector<std::filesystem::path> ToPaths(const std::vector<std::string>& texts);
+
+} // namespace cli

@@ -1,0 +1,46 @@
+// Progress on the terminal, and how long each stage took.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace cli {
+
+/// One line on a terminal that tells what is going on; nothing where stderr is no terminal. The line is gone
+/// when the object goes, so that a report or an error stands alone.
+class Progress {
+public:
+    /// @param wanted  false for none at all, as with --json
+    explicit Progress(bool wanted);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    /// Begins a stage and ends the former one.
+    /// @param name  of the stage in reports, such as "match"
+    /// @param text  what the terminal shows; the name where empty
+    /// @throws InterruptedError  the user asked to end
+    void stage(const std::string& name, const std::string& text = {});
+    /// Ends the last stage.
+    void finish();
+
+    /// Name and seconds of each finished stage, in order.
+    const std::vector<std::pair<std::string, double>>& seconds() const { return _seconds; }
+    double totalSeconds() const; ///< since the object was made
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void clearLine() const;
+
+    bool _isShown;
+    Clock::time_point _begin = Clock::now(), _stageBegin = _begin;
+    std::string _stage;
+    std::vector<std::pair<std::string, double>> _seconds;
+};
+
+} // namespace cli

@@ -1,0 +1,193 @@
+// What a subcommand tells on stdout: one JSON object, or the same for people.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/report.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+#include <vector>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace cli {
+
+namespace {
+
+constexpr int kIndent = 2;
+
+std::string Words(std::string key)
+{
+    std::replace(key.begin(), key.end(), '_', ' ');
+    return key;
+}
+
+std::string ScalarText(const Json& value)
+{
+    if (value.is_string())
+        return value.get_ref<const std::string&>().empty() ? "-" : value.get<std::string>();
+    if (value.is_boolean())
+        return value.get<bool>() ? "yes" : "no";
+    if (value.is_null())
+        return "-";
+    if (value.is_number_float())
+        return fmt::format("{:.6g}", value.get<double>());
+    return value.dump();
+}
+
+bool IsListOfObjects(const Json& value)
+{
+    return value.is_array() && !value.empty() && value.front().is_object();
+}
+
+bool IsListOfScalars(const Json& value)
+{
+    return value.is_array() &&
+           std::none_of(value.begin(), value.end(), [](const Json& item) { return item.is_structured(); });
+}
+
+/// Numbers on one line; texts, which may be long, one a line.
+bool FitsOnOneLine(const Json& value)
+{
+    return value.is_primitive() || value.empty() ||
+           (IsListOfScalars(value) &&
+            std::all_of(value.begin(), value.end(), [](const Json& item) { return item.is_number(); }));
+}
+
+std::string LineText(const Json& value)
+{
+    if (value.is_primitive())
+        return ScalarText(value);
+    if (value.empty())
+        return "-";
+    std::string text;
+    for (const Json& item : value)
+        text += (text.empty() ? "" : ", ") + ScalarText(item);
+    return text;
+}
+
+/// Counts code points, which is near enough to columns for the names that content has.
+std::size_t Columns(const std::string& text)
+{
+    return static_cast<std::size_t>(std::count_if(
+        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+std::string Padded(const std::string& text, std::size_t columns)
+{
+    const std::size_t used = Columns(text);
+    return text + std::string(columns > used ? columns - used : 0, ' ');
+}
+
+void AppendRow(std::string& text, const std::vector<std::string>& cells,
+               const std::vector<std::size_t>& widths, int indent)
+{
+    std::string line(static_cast<std::size_t>(indent), ' ');
+    for (std::size_t column = 0; column < cells.size(); ++column)
+        line += Padded(cells[column], widths[column]) + "  ";
+    line.erase(line.find_last_not_of(' ') + 1);
+    text += line + '\n';
+}
+
+/// The first object decides on the columns. A list in an object, empty or not, has a block of its own.
+bool IsTable(const Json& list)
+{
+    const auto isCell = [](const Json& value) {
+        return value.is_primitive() || (FitsOnOneLine(value) && !value.empty());
+    };
+    return std::all_of(list.begin(), list.end(), [&](const Json& row) {
+        return row.is_object() && std::all_of(row.begin(), row.end(), isCell);
+    });
+}
+
+void AppendTable(std::string& text, const Json& list, int indent)
+{
+    std::vector<std::vector<std::string>> rows(1);
+    std::vector<std::string> keys;
+    for (const auto& cell : list.front().items()) {
+        keys.push_back(cell.key());
+        rows.front().push_back(Words(cell.key()));
+    }
+    for (const Json& item : list) {
+        std::vector<std::string> row;
+        for (const std::string& key : keys)
+            row.push_back(item.contains(key) ? LineText(item.at(key)) : "-");
+        rows.push_back(std::move(row));
+    }
+    std::vector<std::size_t> widths(keys.size(), 0);
+    for (const std::vector<std::string>& row : rows)
+        for (std::size_t column = 0; column < row.size(); ++column)
+            widths[column] = std::max(widths[column], Columns(row[column]));
+    for (const std::vector<std::string>& row : rows)
+        AppendRow(text, row, widths, indent);
+}
+
+void AppendObject(std::string& text, const Json& object, int indent);
+
+void AppendNested(std::string& text, const Json& value, int indent)
+{
+    if (value.is_object()) {
+        AppendObject(text, value, indent);
+    } else if (IsListOfScalars(value)) {
+        for (const Json& item : value)
+            text += std::string(static_cast<std::size_t>(indent), ' ') + ScalarText(item) + '\n';
+    } else if (IsListOfObjects(value) && IsTable(value)) {
+        AppendTable(text, value, indent);
+    } else {
+        for (const Json& item : value) {
+            if (&item != &value.front())
+                text += '\n';
+            AppendNested(text, item, indent);
+        }
+    }
+}
+
+void AppendObject(std::string& text, const Json& object, int indent)
+{
+    std::size_t width = 0;
+    for (const auto& member : object.items())
+        if (FitsOnOneLine(member.value()))
+            width = std::max(width, Columns(member.key()));
+    const std::string margin(static_cast<std::size_t>(indent), ' ');
+    for (const auto& member : object.items()) {
+        if (FitsOnOneLine(member.value())) {
+            text += margin + Padded(Words(member.key()), width) + "  " + LineText(member.value()) + '\n';
+            continue;
+        }
+        text += margin + Words(member.key()) + '\n';
+        AppendNested(text, member.value(), indent + kIndent);
+    }
+}
+
+} // namespace
+
+void WriteOutput(const std::string& text)
+{
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+        throw std::runtime_error(fmt::format("cannot write to standard output: {}", std::strerror(errno)));
+}
+
+std::string ReportText(const Json& report)
+{
+    std::string text;
+    AppendObject(text, report, 0);
+    return text;
+}
+
+void WriteReport(const Json& report, bool asJson)
+{
+    WriteOutput(asJson ? report.dump(kIndent, ' ', false, Json::error_handler_t::replace) + '\n'
+                       : ReportText(report));
+}
+
+double Rounded(double value, int decimals)
+{
+    const double factor = std::pow(10.0, decimals);
+    return std::round(value * factor) / factor;
+}
+
+} // namespace cli

@@ -1,0 +1,42 @@
+// `gantrel sample-content` and `gantrel make-figure`.
+// SPDX-License-Identifier: MIT
+
+#include "cli_expectations.h"
+#include "cli_workspace.h"
+
+#include <csignal>
+
+TEST(SampleContentCommand, ends_between_two_files_when_interrupted)
+{
+    const Workspace workspace;
+    const ProgramResult result =
+        InterruptProgram({"sample-content", workspace.path("lib")}, workspace.path("lib"));
+    EXPECT_EQ(result.signal, SIGINT);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
+    for (const std::string& entry : workspace.entries())
+        EXPECT_EQ(entry.find(".part"), std::string::npos) << entry;
+}
+
+TEST(SampleContentCommand, says_why_it_cannot_write)
+{
+    const Workspace workspace;
+    const std::string file = workspace.write("file", "text");
+    const ProgramResult result = RunProgram({"sample-content", file + "/lib"});
+    ExpectError(result, 1, "Cannot write " + file + "/lib: Not a directory.");
+    EXPECT_EQ(workspace.read("file"), "text");
+}
+
+TEST(MakeFigureCommand, writes_nothing_when_an_input_is_missing)
+{
+    const Workspace workspace;
+    const std::string mesh = workspace.write("cube.obj", CubeText(0.0));
+    const std::string skeleton = workspace.path("skeleton.json");
+    const ProgramResult result =
+        RunProgram({"make-figure", "--kind", "genesis9", "--mesh", mesh, "--skeleton", skeleton, "--weights",
+                    skeleton, "--library", workspace.path("lib")});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_NE(result.err.find(skeleton), std::string::npos) << result.err;
+    EXPECT_EQ(workspace.entries(), std::vector<std::string>{"cube.obj"});
+}

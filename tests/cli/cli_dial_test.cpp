@@ -1,0 +1,157 @@
+// Dials given on the command line, on a figure of one morph.
+// SPDX-License-Identifier: MIT
+
+#include "cli_expectations.h"
+#include "cli_workspace.h"
+
+#include <filesystem>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using nlohmann::json;
+
+const char* const figureText = R"({"file_version": "0.6.0.0",
+    "asset_info": {"id": "/data/Acme/Box/Box.dsf", "type": "figure"},
+    "geometry_library": [{"id": "Box-1", "name": "Box", "type": "polygon_mesh",
+        "vertices": {"count": 4, "values": [[0, 0, 0], [10, 0, 0], [10, 20, 0], [0, 20, 0]]},
+        "polygon_groups": {"count": 1, "values": ["all"]},
+        "polygon_material_groups": {"count": 1, "values": ["skin"]},
+        "polylist": {"count": 1, "values": [[0, 0, 0, 1, 2, 3]]}}],
+    "node_library": [{"id": "Box", "name": "Box", "label": "Box", "type": "figure"},
+                     {"id": "hip", "name": "hip", "label": "Hip", "type": "bone", "parent": "#Box"}],
+    "modifier_library": [{"id": "SkinBinding", "name": "SkinBinding", "parent": "#Box-1",
+        "skin": {"node": "#Box", "geometry": "#Box-1", "vertex_count": 4,
+            "joints": [{"id": "hip", "node": "#hip",
+                "node_weights": {"count": 4, "values": [[0, 1], [1, 1], [2, 1], [3, 1]]}}]}}]})";
+
+std::string MorphText(const std::string& name, const std::string& label)
+{
+    return R"({"file_version": "0.6.0.0", "asset_info": {"id": "/data/Acme/Box/Morphs/)" + name +
+           R"(.dsf", "type": "modifier"}, "modifier_library": [{"id": ")" + name + R"(", "name": ")" + name +
+           R"(", "parent": "/data/Acme/Box/Box.dsf#Box-1", "group": "/Shapes",
+            "channel": {"id": "value", "type": "float", "name": "Value", "label": ")" +
+           label + R"(", "value": 0, "min": 0, "max": 1, "clamped": true},
+            "morph": {"vertex_count": 4, "deltas": {"count": 2, "values": [[2, 0, 10, 0], [3, 0, 10, 0]]}}}]})";
+}
+
+std::string CharacterText(double tall)
+{
+    return R"({"file_version": "0.6.0.0", "asset_info": {"id": "/People/Boxer.duf", "type": "character"},
+        "scene": {"nodes": [{"id": "Box", "url": "/data/Acme/Box/Box.dsf#Box", "label": "Boxer",
+                             "geometries": [{"id": "Box-g", "url": "/data/Acme/Box/Box.dsf#Box-1"}]}],
+                  "modifiers": [{"id": "Tall-1", "url": "/data/Acme/Box/Morphs/Tall.dsf#Tall", "parent": "#Box-g",
+                                 "channel": {"id": "value", "current_value": )" +
+           std::to_string(tall) + "}}]}}";
+}
+
+/// A library with one character, 20 cm high and 10 cm more with its dial at 1.
+struct Dials : ::testing::Test {
+    Workspace workspace;
+    std::string character;
+
+    Dials()
+    {
+        for (const char* folder : {"lib/data/Acme/Box/Morphs", "lib/People"})
+            std::filesystem::create_directories(workspace.path(folder));
+        workspace.write("lib/data/Acme/Box/Box.dsf", figureText);
+        workspace.write("lib/data/Acme/Box/Morphs/Tall.dsf", MorphText("Tall", "Tall Box"));
+        character = workspace.write("lib/People/Boxer.duf", CharacterText(0.5));
+    }
+
+    json inspect(const std::vector<std::string>& more = {}) const
+    {
+        std::vector<std::string> arguments{"inspect", "--json", character};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        const ProgramResult result = RunProgram(arguments);
+        ExpectSuccess(result);
+        return json::parse(result.out);
+    }
+
+    /// The picture's bytes.
+    std::string render(const std::vector<std::string>& more) const
+    {
+        const std::string picture = workspace.path("picture.png");
+        std::vector<std::string> arguments{"render", character, "--out", picture, "--size", "40x60"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        ExpectSuccess(RunProgram(arguments));
+        return workspace.read("picture.png");
+    }
+};
+
+} // namespace
+
+TEST_F(Dials, are_listed_with_their_values_and_files)
+{
+    const json figures = inspect().at("figures");
+    ASSERT_EQ(figures.size(), 1u);
+    const json& figure = figures.front();
+    EXPECT_EQ(figure.at("label"), "Boxer");
+    EXPECT_EQ(figure.at("kind"), "other");
+    EXPECT_EQ(figure.at("vertices"), 4);
+    EXPECT_EQ(figure.at("bones"), 1);
+    EXPECT_DOUBLE_EQ(figure.at("height_cm").get<double>(), 25.0);
+    ASSERT_EQ(figure.at("dial_count"), 1);
+    EXPECT_EQ(figure.at("dials").front(), json({{"name", "Tall"},
+                                                {"label", "Tall Box"},
+                                                {"value", 0.5},
+                                                {"default", 0.0},
+                                                {"path", "/Shapes"},
+                                                {"min", 0.0},
+                                                {"max", 1.0},
+                                                {"asset", "/data/Acme/Box/Morphs/Tall.dsf#Tall"}}));
+}
+
+TEST_F(Dials, are_found_in_the_directories_given)
+{
+    std::filesystem::create_directories(workspace.path("elsewhere"));
+    character = workspace.write("elsewhere/Boxer.duf", CharacterText(1.0));
+    const json figures = inspect({"--content", workspace.path("lib")}).at("figures");
+    ASSERT_EQ(figures.size(), 1u);
+    EXPECT_DOUBLE_EQ(figures.front().at("height_cm").get<double>(), 30.0);
+}
+
+TEST_F(Dials, can_be_set_by_name_and_by_label_in_any_case)
+{
+    const std::string base = render({"--dial", "Tall=0"});
+    const std::string tall = render({"--dial", "Tall=1"});
+    EXPECT_NE(tall, base);
+    EXPECT_EQ(render({"--dial", "Tall Box=1"}), tall);
+    EXPECT_EQ(render({"--dial", "tall=1"}), tall);
+}
+
+TEST_F(Dials, hold_values_within_their_limits)
+{
+    EXPECT_EQ(render({"--dial", "Tall=5"}), render({"--dial", "Tall=1"}));
+}
+
+TEST_F(Dials, that_are_unknown_bring_up_the_closest_names)
+{
+    workspace.write("lib/data/Acme/Box/Morphs/Small.dsf", MorphText("Small", "Small Box"));
+    const ProgramResult result =
+        RunProgram({"render", character, "--out", workspace.path("a.png"), "--dial", "Tal=1"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    const std::string beginning = "gantrel: \"Boxer\" has no dial \"Tal\"; the closest are \"Tall\", ";
+    EXPECT_EQ(result.err.compare(0, beginning.size(), beginning), 0) << result.err;
+    EXPECT_FALSE(workspace.has("a.png"));
+}
+
+TEST_F(Dials, with_the_same_label_are_told_apart_by_name_alone)
+{
+    workspace.write("lib/data/Acme/Box/Morphs/Taller.dsf", MorphText("Taller", "Tall Box"));
+    const ProgramResult result =
+        RunProgram({"render", character, "--out", workspace.path("a.png"), "--dial", "Tall Box=1"});
+    ExpectError(result, 1, "Several dials are labelled \"Tall Box\": \"Tall\" and \"Taller\".");
+    render({"--dial", "Taller=1"});
+}
+
+TEST_F(Dials, leave_no_trace_of_the_program_behind)
+{
+    inspect();
+    EXPECT_EQ(workspace.entries(),
+              (std::vector<std::string>{"lib", "lib/People", "lib/People/Boxer.duf", "lib/data",
+                                        "lib/data/Acme", "lib/data/Acme/Box", "lib/data/Acme/Box/Box.dsf",
+                                        "lib/data/Acme/Box/Morphs", "lib/data/Acme/Box/Morphs/Tall.dsf"}));
+}

@@ -1,0 +1,114 @@
+// Running the program and looking at what it says.
+// SPDX-License-Identifier: MIT
+
+#include "cli_run_program.h"
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <stdexcept>
+#include <thread>
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace {
+
+/// A nameless file that a child writes into; unlike a pipe it takes any amount without a reader.
+class Capture {
+public:
+    Capture() : _file(std::tmpfile())
+    {
+        if (!_file)
+            throw std::runtime_error("cannot make a temporary file");
+    }
+    ~Capture() { std::fclose(_file); }
+    Capture(const Capture&) = delete;
+    Capture& operator=(const Capture&) = delete;
+
+    int descriptor() const { return fileno(_file); }
+    std::string text() const
+    {
+        std::rewind(_file);
+        std::string text;
+        char buffer[4096];
+        while (const std::size_t count = std::fread(buffer, 1, sizeof buffer, _file))
+            text.append(buffer, count);
+        return text;
+    }
+
+private:
+    std::FILE* _file;
+};
+
+/// A program on its way.
+class RunningProgram {
+public:
+    explicit RunningProgram(const std::vector<std::string>& arguments)
+    {
+        std::vector<std::string> owned{GANTREL_PROGRAM};
+        owned.insert(owned.end(), arguments.begin(), arguments.end());
+        std::vector<char*> argv;
+        for (std::string& argument : owned)
+            argv.push_back(&argument[0]);
+        argv.push_back(nullptr);
+
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", 0, 0);
+        posix_spawn_file_actions_adddup2(&actions, _out.descriptor(), STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&actions, _err.descriptor(), STDERR_FILENO);
+        const int error = posix_spawn(&_child, GANTREL_PROGRAM, &actions, nullptr, argv.data(), environ);
+        posix_spawn_file_actions_destroy(&actions);
+        if (error != 0)
+            throw std::runtime_error("cannot run the program");
+    }
+
+    bool hasEnded() const
+    {
+        // The child stays to be waited for.
+        siginfo_t info{};
+        return waitid(P_PID, static_cast<id_t>(_child), &info, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+               info.si_pid != 0;
+    }
+    void interrupt() const { kill(_child, SIGINT); }
+
+    ProgramResult wait() const
+    {
+        int status = 0;
+        while (waitpid(_child, &status, 0) < 0)
+            if (errno != EINTR)
+                throw std::runtime_error("cannot wait for the program");
+        ProgramResult result;
+        result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        result.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+        result.out = _out.text();
+        result.err = _err.text();
+        return result;
+    }
+
+private:
+    Capture _out, _err;
+    pid_t _child = 0;
+};
+
+} // namespace
+
+ProgramResult RunProgram(const std::vector<std::string>& arguments)
+{
+    return RunningProgram(arguments).wait();
+}
+
+ProgramResult InterruptProgram(const std::vector<std::string>& arguments, const std::string& awaitedPath)
+{
+    const RunningProgram program(arguments);
+    while (!std::filesystem::exists(awaitedPath) && !program.hasEnded())
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    program.interrupt();
+    return program.wait();
+}

@@ -1,0 +1,18 @@
+// Running the program and looking at what it says.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct ProgramResult {
+    int exitCode = -1; ///< -1 when a signal ended it
+    int signal = 0;    ///< the one that ended it
+    std::string out, err;
+};
+
+/// Runs the program under test to its end, without a terminal.
+ProgramResult RunProgram(const std::vector<std::string>& arguments);
+/// Starts the program, waits until the file or folder exists, and sends Ctrl+C's signal.
+ProgramResult InterruptProgram(const std::vector<std::string>& arguments, const std::string& awaitedPath);

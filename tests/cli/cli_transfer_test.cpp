@@ -1,0 +1,153 @@
+// `gantrel transfer`.
+// SPDX-License-Identifier: MIT
+
+#include "cli_expectations.h"
+#include "cli_workspace.h"
+#include "geometry/obj.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using nlohmann::json;
+
+/// A cube that is lifted by 2 cm, and a finer cube in the same place.
+struct TransferCommand : ::testing::Test {
+    Workspace workspace;
+    std::string neutral = workspace.write("neutral.obj", CubeText(0.0));
+    std::string morphed = workspace.write("morphed.obj", CubeText(2.0));
+    std::string target = workspace.write("target.obj", FineCubeText(6));
+
+    ProgramResult run(const std::string& out, const std::vector<std::string>& more = {}) const
+    {
+        std::vector<std::string> arguments{"transfer", "--source-neutral", neutral, "--source-morphed",
+                                           morphed,    "--target-neutral", target,  "--out",
+                                           out};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return RunProgram(arguments);
+    }
+};
+
+} // namespace
+
+TEST_F(TransferCommand, moves_the_target_as_the_source_moves)
+{
+    ExpectSuccess(run(workspace.path("out.obj")));
+
+    const geometry::PolygonMesh before = geometry::ReadObj(target).mesh;
+    const geometry::PolygonMesh after = geometry::ReadObj(workspace.path("out.obj")).mesh;
+    ASSERT_EQ(after.vertexCount(), before.vertexCount());
+    EXPECT_EQ(after.topology->cornerVertices, before.topology->cornerVertices);
+    for (std::size_t v = 0; v < after.vertexCount(); ++v) {
+        const geometry::Vec3f delta = after.positions[v] - before.positions[v];
+        EXPECT_NEAR(geometry::Length(delta - geometry::Vec3f{0.0f, 2.0f, 0.0f}), 0.0f, 1e-4f);
+    }
+}
+
+TEST_F(TransferCommand, prints_one_json_object)
+{
+    const ProgramResult result = run(workspace.path("out.obj"), {"--json"});
+    ExpectSuccess(result);
+
+    const json report = json::parse(result.out);
+    EXPECT_EQ(report.at("source_neutral"), neutral);
+    EXPECT_EQ(report.at("out"), workspace.path("out.obj"));
+    EXPECT_EQ(report.at("source_vertices"), 8);
+    EXPECT_EQ(report.at("target_vertices"), 6 * 6 * 6 + 2);
+    EXPECT_EQ(report.at("matched_vertices").get<int>() + report.at("filled_vertices").get<int>(),
+              6 * 6 * 6 + 2);
+    EXPECT_EQ(report.at("moved_vertices"), 6 * 6 * 6 + 2);
+    EXPECT_NEAR(report.at("largest_displacement_mm").get<double>(), 20.0, 1e-2);
+    for (const char* stage : {"read", "match", "transfer", "write", "total"})
+        EXPECT_GE(report.at("seconds").at(stage).get<double>(), 0.0) << stage;
+}
+
+TEST_F(TransferCommand, tells_people_the_same)
+{
+    const ProgramResult result = run(workspace.path("out.obj"));
+    ExpectSuccess(result);
+    EXPECT_NE(result.out.find("largest displacement mm  20\n"), std::string::npos) << result.out;
+}
+
+TEST_F(TransferCommand, keeps_the_targets_groups_surfaces_and_texture_coordinates)
+{
+    target =
+        workspace.write("target.obj", "mtllib skin.mtl\nv 0 0 1\nv 1 0 1\nv 0 1 1\nvt 0 0\nvt 1 0\nvt 0 1\n"
+                                      "g Head\nusemtl Face\nf 1/1 2/2 3/3\n");
+    ExpectSuccess(run(workspace.path("out.obj")));
+
+    const geometry::ObjContent written = geometry::ReadObj(workspace.path("out.obj"));
+    EXPECT_EQ(written.mesh.topology->groupNames, std::vector<std::string>{"Head"});
+    EXPECT_EQ(written.mesh.topology->surfaceNames, std::vector<std::string>{"Face"});
+    EXPECT_EQ(written.texCoords.cornerIndices, (std::vector<std::uint32_t>{0, 1, 2}));
+    EXPECT_EQ(written.materialLibraries, std::vector<std::string>{"skin.mtl"});
+}
+
+TEST_F(TransferCommand, leaves_nothing_behind_but_the_result)
+{
+    ExpectSuccess(run(workspace.path("out.obj")));
+    EXPECT_EQ(workspace.entries(),
+              (std::vector<std::string>{"morphed.obj", "neutral.obj", "out.obj", "target.obj"}));
+}
+
+TEST_F(TransferCommand, names_a_file_that_is_missing)
+{
+    neutral = workspace.path("nowhere.obj");
+    ExpectError(run(workspace.path("out.obj")), 1, "Cannot open " + neutral + ": No such file or directory.");
+    EXPECT_FALSE(workspace.has("out.obj"));
+}
+
+TEST_F(TransferCommand, names_file_and_line_of_what_it_cannot_read)
+{
+    morphed = workspace.write("morphed.obj", "v 0 0 0\nv 1 zero 0\n");
+    ExpectError(run(workspace.path("out.obj")), 1, morphed + ":2: bad number \"zero\".");
+}
+
+TEST_F(TransferCommand, refuses_a_folder_as_input)
+{
+    target = workspace.path("tmp");
+    ExpectError(run(workspace.path("out.obj")), 1, "Cannot read " + target + ": Is a directory.");
+}
+
+TEST_F(TransferCommand, names_both_files_and_counts_when_the_shapes_do_not_fit)
+{
+    morphed = target;
+    ExpectError(run(workspace.path("out.obj")), 1, target + " has 218 vertices but " + neutral + " has 8.");
+    EXPECT_FALSE(workspace.has("out.obj"));
+}
+
+TEST_F(TransferCommand, refuses_a_mesh_without_vertices)
+{
+    morphed = workspace.write("empty.obj", "# nothing\n");
+    ExpectError(run(workspace.path("out.obj")), 1, morphed + ": has no vertices.");
+}
+
+TEST_F(TransferCommand, refuses_a_mesh_without_faces)
+{
+    target = workspace.write("points.obj", "v 0 0 0\n");
+    ExpectError(run(workspace.path("out.obj")), 1, target + ": has no faces.");
+}
+
+TEST_F(TransferCommand, leaves_the_old_output_when_the_work_fails)
+{
+    const std::string out = workspace.write("out.obj", "old");
+    morphed = target;
+    EXPECT_EQ(run(out).exitCode, 1);
+    EXPECT_EQ(workspace.read("out.obj"), "old");
+}
+
+TEST_F(TransferCommand, says_why_the_output_cannot_be_written)
+{
+    // A path below a file: also a superuser cannot write there.
+    const std::string out = neutral + "/out.obj";
+    ExpectError(run(out), 1, "Cannot write " + out + ": Not a directory.");
+    EXPECT_EQ(workspace.entries(), (std::vector<std::string>{"morphed.obj", "neutral.obj", "target.obj"}));
+}
+
+TEST_F(TransferCommand, leaves_nothing_unfinished_when_the_output_is_a_folder)
+{
+    const ProgramResult result = run(workspace.path("tmp"));
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(workspace.entries(), (std::vector<std::string>{"morphed.obj", "neutral.obj", "target.obj"}));
+}

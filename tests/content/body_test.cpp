@@ -1,0 +1,242 @@
+// The canonical body and its two topologies.
+// SPDX-License-Identifier: MIT
+
+#include "content/body_mesher.h"
+#include "content/body_relax.h"
+#include "content/body_skeleton.h"
+#include "content/body_solid.h"
+#include "tests/content/sample_topologies.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <set>
+#include <utility>
+
+using namespace content;
+using geometry::PolygonMesh;
+
+namespace {
+
+/// How often each directed edge is used.
+std::map<std::pair<std::uint32_t, std::uint32_t>, int> DirectedEdges(const PolygonMesh& mesh)
+{
+    std::map<std::pair<std::uint32_t, std::uint32_t>, int> edges;
+    for (std::size_t f = 0; f < mesh.faceCount(); ++f) {
+        const auto face = mesh.topology->face(f);
+        for (std::size_t c = 0; c < face.size(); ++c)
+            ++edges[{face[c], face[(c + 1) % face.size()]}];
+    }
+    return edges;
+}
+
+std::size_t CountPieces(const PolygonMesh& mesh)
+{
+    std::vector<std::uint32_t> root(mesh.vertexCount());
+    for (std::uint32_t v = 0; v < root.size(); ++v)
+        root[v] = v;
+    const auto find = [&](std::uint32_t v) {
+        while (root[v] != v)
+            v = root[v] = root[root[v]];
+        return v;
+    };
+    for (std::size_t f = 0; f < mesh.faceCount(); ++f)
+        for (const std::uint32_t v : mesh.topology->face(f))
+            root[find(v)] = find(mesh.topology->face(f)[0]);
+    std::size_t pieces = 0;
+    for (std::uint32_t v = 0; v < root.size(); ++v)
+        pieces += find(v) == v;
+    return pieces;
+}
+
+class BodyMesh : public testing::TestWithParam<const char*> {
+protected:
+    bool isOld() const { return std::string(GetParam()) == "old"; }
+    const PolygonMesh& mesh() const { return isOld() ? OldTopology().canonical : NewTopology().canonical; }
+};
+
+TEST_P(BodyMesh, has_quads_only)
+{
+    for (std::size_t f = 0; f < mesh().faceCount(); ++f) {
+        const auto face = mesh().topology->face(f);
+        ASSERT_EQ(face.size(), 4u);
+        for (int a = 0; a < 4; ++a)
+            for (int b = 0; b < a; ++b)
+                ASSERT_NE(face[a], face[b]) << "face " << f;
+    }
+}
+
+TEST_P(BodyMesh, is_closed_and_manifold)
+{
+    const auto edges = DirectedEdges(mesh());
+    for (const auto& [edge, count] : edges) {
+        ASSERT_EQ(count, 1) << edge.first << " " << edge.second;
+        ASSERT_EQ(edges.count({edge.second, edge.first}), 1u) << edge.first << " " << edge.second;
+    }
+}
+
+TEST_P(BodyMesh, has_one_fan_of_at_least_three_faces_at_each_vertex)
+{
+    // Following the faces around a vertex must come past all of them: two fans that touch in a point would
+    // not.
+    std::vector<std::size_t> valence(mesh().vertexCount(), 0);
+    std::map<std::pair<std::uint32_t, std::uint32_t>, std::uint32_t>
+        before; // (vertex, next corner) -> corner before
+    std::vector<std::uint32_t> first(mesh().vertexCount(), 0);
+    for (std::size_t f = 0; f < mesh().faceCount(); ++f) {
+        const auto face = mesh().topology->face(f);
+        for (int c = 0; c < 4; ++c) {
+            ++valence[face[c]];
+            before[{face[c], face[(c + 1) & 3]}] = face[(c + 3) & 3];
+            first[face[c]] = face[(c + 1) & 3];
+        }
+    }
+    for (std::uint32_t v = 0; v < mesh().vertexCount(); ++v) {
+        ASSERT_GE(valence[v], 3u) << v;
+        std::size_t steps = 0;
+        std::uint32_t at = first[v];
+        do {
+            at = before.at({v, at});
+            ++steps;
+        } while (at != first[v] && steps <= valence[v]);
+        ASSERT_EQ(steps, valence[v]) << v;
+    }
+}
+
+TEST_P(BodyMesh, is_one_piece_without_handles)
+{
+    EXPECT_EQ(CountPieces(mesh()), 1u);
+    const auto vertices = static_cast<long>(mesh().vertexCount()),
+               faces = static_cast<long>(mesh().faceCount());
+    EXPECT_EQ(vertices - 2 * faces + faces, 2) << "Euler characteristic of a sphere";
+}
+
+TEST_P(BodyMesh, has_a_stock_figures_number_of_vertices)
+{
+    EXPECT_GE(mesh().vertexCount(), isOld() ? 15000u : 24000u);
+    EXPECT_LE(mesh().vertexCount(), isOld() ? 17500u : 26000u);
+}
+
+TEST_P(BodyMesh, lies_on_the_body_and_nowhere_twice)
+{
+    std::vector<std::array<float, 3>> sorted;
+    for (const Vec3f p : mesh().positions) {
+        // Two hundredths of a millimetre; the deepest creases stop the projection short of its own aim.
+        ASSERT_LT(std::abs(BodyDistance(p)), 2e-3f) << p.x << " " << p.y << " " << p.z;
+        sorted.push_back({p.x, p.y, p.z});
+    }
+    std::sort(sorted.begin(), sorted.end());
+    EXPECT_EQ(std::adjacent_find(sorted.begin(), sorted.end()), sorted.end());
+}
+
+TEST_P(BodyMesh, faces_outwards)
+{
+    double volume = 0.0;
+    for (std::size_t f = 0; f < mesh().faceCount(); ++f) {
+        const auto q = mesh().topology->face(f);
+        const auto& p = mesh().positions;
+        volume += Dot(p[q[0]], Cross(p[q[1]], p[q[2]])) / 6.0 + Dot(p[q[0]], Cross(p[q[2]], p[q[3]])) / 6.0;
+    }
+    // An adult has 50 to 100 litres.
+    EXPECT_GT(volume, 50e3);
+    EXPECT_LT(volume, 100e3);
+}
+
+TEST_P(BodyMesh, folds_hardly_anywhere)
+{
+    EXPECT_LT(CountFoldedQuads(mesh().view()), mesh().faceCount() / 200);
+}
+
+TEST_P(BodyMesh, comes_out_the_same_each_time)
+{
+    const PolygonMesh again = MeshBody(isOld() ? OldGenerationRecipe() : NewGenerationRecipe());
+    EXPECT_EQ(again.topology->cornerVertices, mesh().topology->cornerVertices);
+    ASSERT_EQ(again.vertexCount(), mesh().vertexCount());
+    for (std::size_t v = 0; v < again.vertexCount(); ++v)
+        ASSERT_EQ(again.positions[v], mesh().positions[v]) << v;
+}
+
+INSTANTIATE_TEST_SUITE_P(Topologies, BodyMesh, testing::Values("old", "new"),
+                         [](const auto& which) { return std::string(which.param); });
+
+TEST(BodySolid, is_a_mirror_image_of_itself)
+{
+    for (float y = 1.0f; y < 170.0f; y += 3.7f)
+        for (float x = 0.1f; x < 70.0f; x += 2.3f)
+            for (float z = -12.0f; z < 18.0f; z += 4.1f)
+                ASSERT_EQ(BodyDistance({x, y, z}), BodyDistance({-x, y, z})) << x << " " << y << " " << z;
+}
+
+TEST(BodySolid, has_a_persons_measures)
+{
+    const geometry::Box3f box = geometry::BoundingBox(NewTopology().canonical.positions);
+    EXPECT_NEAR(box.min.y, 0.0f, 0.3f);
+    EXPECT_NEAR(box.max.y, 170.0f, 1.0f);
+    EXPECT_LT(BodyDistance({0.0f, 120.0f, 0.0f}), -5.0f); // chest
+    EXPECT_GT(BodyDistance({0.0f, 60.0f, 0.0f}), 0.5f);   // between the legs
+    EXPECT_GT(BodyDistance({24.0f, 105.0f, 0.0f}), 3.0f); // between arm and flank
+}
+
+TEST(OldTopology, is_symmetric)
+{
+    std::set<std::array<float, 3>> places;
+    for (const Vec3f p : OldTopology().canonical.positions)
+        places.insert({p.x + 0.0f, p.y, p.z});
+    for (const Vec3f p : OldTopology().canonical.positions)
+        ASSERT_EQ(places.count({-p.x + 0.0f, p.y, p.z}), 1u) << p.x << " " << p.y << " " << p.z;
+}
+
+TEST(NewTopology, is_not_symmetric)
+{
+    std::size_t matched = 0, count = 0;
+    const auto& positions = NewTopology().canonical.positions;
+    for (std::size_t v = 0; v < positions.size(); v += 10, ++count)
+        matched += std::any_of(positions.begin(), positions.end(),
+                               [&](Vec3f q) { return LengthSquared(positions[v] - Mirrored(q)) < 1e-4f; });
+    EXPECT_LT(matched, count / 20);
+}
+
+TEST(BodyWeights, sum_to_one_at_each_vertex)
+{
+    for (const SampleTopology* topology : {&OldTopology(), &NewTopology()}) {
+        std::vector<float> sums(topology->canonical.vertexCount(), 0.0f);
+        std::vector<int> counts(sums.size(), 0);
+        for (const geometry::JointWeights& bone : topology->weights)
+            for (std::size_t i = 0; i < bone.vertices.size(); ++i) {
+                ASSERT_GT(bone.weights[i], 0.0f);
+                sums[bone.vertices[i]] += bone.weights[i];
+                ++counts[bone.vertices[i]];
+            }
+        for (std::size_t v = 0; v < sums.size(); ++v) {
+            ASSERT_NEAR(sums[v], 1.0f, 1e-5f) << v;
+            ASSERT_LE(counts[v], 8) << v;
+        }
+    }
+}
+
+TEST(BodyWeights, give_each_bone_some_skin)
+{
+    for (std::size_t b = 0; b < BodyBones().size(); ++b)
+        EXPECT_FALSE(NewTopology().weights[b].vertices.empty()) << BodyBones()[b].newName;
+}
+
+TEST(BodyWeights, of_one_leg_stop_at_the_middle)
+{
+    for (std::size_t b = 0; b < BodyBones().size(); ++b) {
+        if (BodyBones()[b].part != BonePart::Legs)
+            continue;
+        for (const std::uint32_t v : NewTopology().weights[b].vertices)
+            ASSERT_GT(NewTopology().canonical.positions[v].x * static_cast<float>(BodyBones()[b].side), 0.0f)
+                << BodyBones()[b].newName;
+    }
+}
+
+TEST(BodySkeleton, lies_within_the_body)
+{
+    for (const BodyBone& bone : BodyBones())
+        EXPECT_LT(BodyDistance(bone.center), 0.0f) << bone.newName;
+}
+
+} // namespace

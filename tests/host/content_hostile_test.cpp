@@ -1,0 +1,251 @@
+// Content files that others made, or broke.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/errors.h"
+#include "host/content/dson_reader.h"
+#include "tests/host/content_fixture.h"
+
+#include "dzfigure.h"
+#include "dzfloatproperty.h"
+
+#include <cmath>
+#include <functional>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
+
+class HostileFile : public testing::Test {
+protected:
+    fs::path library() const { return _folder.path().toStdString(); }
+    fs::path file() const { return library() / "file.dsf"; }
+    dson::Document read(const std::string& text) const
+    {
+        WriteBytes(file(), text);
+        return dson::ReadDocument(file());
+    }
+    std::string error(const std::string& text) const
+    {
+        return ErrorOf([&] { read(text); });
+    }
+    std::string errorIn(const Json& json) const { return error(json.dump()); }
+    std::string named(const char* text) const { return file().string() + ": " + text; }
+    Json figure() const { return Json::parse(ReadBytes(dson::WriteFigure(mini::Figure(), library()))); }
+    Json morph() const
+    {
+        dson::Modifier modifier = mini::Morph("Up", 1, {0, 1, 0});
+        modifier.formulas = {dson::MakeDeltaAdd(mini::NodeChannel("arm", "center_point/x"), mini::Dial("Up"), 2.0)};
+        return Json::parse(ReadBytes(mini::WriteMorph(modifier, library())));
+    }
+    Json character() const { return Json::parse(ReadBytes(mini::WriteCharacter(library(), {{"#x", "x", "", 1.0}}))); }
+
+    QTemporaryDir _folder;
+};
+
+const std::vector<Json>& OtherValues()
+{
+    static const std::vector<Json> values{nullptr,       true,          -1,
+                                          1e300,         1.5,           4294967296.0,
+                                          "text",        Json::array(), Json::object(),
+                                          {{1}, {"x"}},  {{"id", 1}},   {{"values", {1, nullptr, {0, "x"}}}}};
+    return values;
+}
+
+/// Calls visit(json) with every member and item replaced, in turn, by values of every kind.
+void ForEachSpoilt(Json& json, Json& at, const std::function<void(const Json&)>& visit)
+{
+    for (Json& child : at) {
+        const Json kept = child;
+        for (const Json& other : OtherValues()) {
+            child = other;
+            visit(json);
+        }
+        child = kept;
+        if (child.is_structured())
+            ForEachSpoilt(json, child, visit);
+    }
+}
+
+} // namespace
+
+TEST_F(HostileFile, any_member_of_any_other_type_gives_a_document_or_an_error)
+{
+    std::size_t documents = 0, errors = 0;
+    for (Json json : {morph(), character()})
+        ForEachSpoilt(json, json, [&](const Json& spoilt) {
+            const std::string text = errorIn(spoilt);
+            ++(text == "no error" ? documents : errors);
+            EXPECT_TRUE(text == "no error" || text.find(file().string()) == 0) << text;
+        });
+    EXPECT_GT(documents, 100u);
+    EXPECT_GT(errors, 5u);
+}
+
+TEST_F(HostileFile, any_part_of_a_figure_of_any_other_type_gives_a_document_or_an_error)
+{
+    Json json = figure();
+    json["node_library"].erase(1); // the bones are alike
+    std::size_t errors = 0;
+    ForEachSpoilt(json, json, [&](const Json& spoilt) {
+        const std::string text = errorIn(spoilt);
+        errors += text != "no error";
+        EXPECT_TRUE(text == "no error" || text.find(file().string()) == 0) << text;
+    });
+    EXPECT_GT(errors, 100u);
+}
+
+TEST_F(HostileFile, every_beginning_of_a_good_file_is_refused)
+{
+    for (const Json& json : {morph(), character()}) {
+        const std::string text = json.dump();
+        for (std::size_t size = 0; size < text.size(); ++size)
+            EXPECT_EQ(error(text.substr(0, size)), named("line 1 is not valid JSON")) << size;
+    }
+    const std::string text = figure().dump();
+    for (std::size_t size = 0; size < text.size(); size += 13)
+        EXPECT_EQ(error(text.substr(0, size)), named("line 1 is not valid JSON")) << size;
+}
+
+TEST_F(HostileFile, errors_say_what_is_wrong_and_where)
+{
+    EXPECT_EQ(error("{\n\"a\": 1,\n\"b\": nan\n}"), named("line 3 is not valid JSON"));
+    EXPECT_EQ(error("{\n\"a\": \"\xFF\"\n}"), named("line 2 is not valid JSON"));
+    EXPECT_EQ(error("[]"), named("is not a DSON file"));
+    EXPECT_EQ(error("{}"), named("is not a DSON file: it has no file_version"));
+    EXPECT_EQ(error(std::string(100000, '[')), named("is nested too deeply"));
+    EXPECT_EQ(error("{\"a\":" + std::string(2000, '[') + std::string(2000, ']') + "}"), named("is nested too deeply"));
+    EXPECT_EQ(error("{\"file_version\": \"0.6.0.0\"}"), "no error");
+    EXPECT_EQ(read("{\"file_version\": \"1.2\"}").warnings,
+              std::vector<std::string>{named("has the newer format version 1.2")});
+}
+
+TEST_F(HostileFile, faces_and_weights_are_checked)
+{
+    const Json good = figure();
+    const auto spoilt = [&](const char* pointer, const Json& value) {
+        Json json = good;
+        json[Json::json_pointer(pointer)] = value;
+        return errorIn(json);
+    };
+    const char* const face = "/geometry_library/0/polylist/values/2";
+    EXPECT_EQ(spoilt(face, {0, 0, 1, 2, 10}), named("face 2 names vertex 10 but only 10 are defined"));
+    EXPECT_EQ(spoilt(face, {0, 0, 1, 2, -1}), named("face 2 names vertex -1 but only 10 are defined"));
+    EXPECT_EQ(spoilt(face, {0, 0, 1, 2, 1.5}), named("face 2 names vertex 1.5 but only 10 are defined"));
+    EXPECT_EQ(spoilt(face, {0, 0, 1, 2}), named("face 2 has 4 numbers instead of five or six"));
+    EXPECT_EQ(spoilt(face, "x"), named("face 2 has 0 numbers instead of five or six"));
+    EXPECT_EQ(spoilt(face, {2, 0, 1, 2, 3}), named("face 2 names a group or surface that is not defined"));
+    EXPECT_EQ(spoilt(face, {0, 1, 1, 2, 3}), named("face 2 names a group or surface that is not defined"));
+    EXPECT_EQ(spoilt("/geometry_library/0/vertices/values/4", {0, 1}), named("vertex 4 is not three numbers"));
+    EXPECT_EQ(spoilt("/geometry_library/0/vertices/values/4", {0, 1, 1e39}), named("vertex 4 is not three numbers"));
+    const char* const weight = "/modifier_library/0/skin/joints/1/node_weights/values/3";
+    for (const Json& row : {Json{10, 1}, Json{-1, 1}, Json{1e30, 1}, Json{1, "x"}, Json{1}, Json("x")})
+        EXPECT_EQ(spoilt(weight, row), named("weight 3 of joint arm is out of range"));
+}
+
+TEST_F(HostileFile, counts_are_not_believed)
+{
+    Json json = figure();
+    json["geometry_library"][0]["vertices"]["count"] = 4000000000u;
+    json["geometry_library"][0]["polylist"]["count"] = -5;
+    EXPECT_EQ(read(json.dump()).geometries[0].mesh.positions.size(), 10u);
+    json = morph();
+    json["modifier_library"][0]["morph"]["deltas"]["count"] = 1e18;
+    EXPECT_EQ(read(json.dump()).modifiers[0].morph->deltas.size(), 1u);
+}
+
+TEST_F(HostileFile, deltas_that_make_no_sense_are_left_out_with_a_warning)
+{
+    Json json = morph();
+    Json& rows = json["modifier_library"][0]["morph"]["deltas"]["values"];
+    rows = Json::parse("[[7,1,1,1],[2,0,0,1],[10,1,1,1],[-1,1,1,1],[2.5,1,1,1],[3,1e39,0,0],[4,1,1],[5,null,0,0],[7,2,2,2]]");
+    dson::Document document = read(json.dump());
+    EXPECT_EQ(document.modifiers[0].morph->deltas.vertices, (std::vector<std::uint32_t>{2, 7}));
+    EXPECT_EQ(document.modifiers[0].morph->deltas.deltas[1], (geometry::Vec3f{2, 2, 2}));
+    EXPECT_EQ(document.warnings,
+              (std::vector<std::string>{named("6 deltas name no vertex or are no numbers and are left out"),
+                                        named("1 deltas are given twice")}));
+    json["modifier_library"][0]["morph"]["vertex_count"] = -1;
+    document = read(json.dump());
+    EXPECT_EQ(document.modifiers[0].morph->deltas.vertices, (std::vector<std::uint32_t>{2, 7, 10}));
+}
+
+TEST_F(HostileFile, a_formula_that_cannot_be_read_is_left_out_with_a_warning)
+{
+    for (const char* const operations : {"[]", "[{\"op\":\"jump\"}]", "[{\"op\":\"push\"}]", "[1]", "{}", "null"}) {
+        Json json = morph();
+        json["modifier_library"][0]["formulas"][0]["operations"] = Json::parse(operations);
+        const dson::Document document = read(json.dump());
+        EXPECT_TRUE(document.modifiers[0].formulas.empty()) << operations;
+        ASSERT_EQ(document.warnings.size(), 1u) << operations;
+        EXPECT_EQ(document.warnings[0], named("a formula for arm:/data/Acme/Mini/Base/Mini.dsf#arm?center_point/x "
+                                              "cannot be understood and is left out"));
+    }
+}
+
+TEST_F(HostileFile, influence_weights_are_found_in_three_places_and_checked)
+{
+    const char* const map = R"("influence_vertex_count": 4, "influence_weights": {"values": [[0, 1], [3, 7]]})";
+    const std::string head = "{\"file_version\": \"0.6.0.0\", ";
+    const std::string places[] = {
+        std::string("\"modifier_library\": [{\"name\": \"DF\", \"dform\": {") + map + "}}]}",
+        std::string("\"scene\": {\"modifiers\": [{\"label\": \"DF\", ") + map + "}]}}",
+        std::string("\"node_library\": [{\"id\": \"n\", \"name\": \"DF\", \"extra\": [{\"type\": \"studio/node/dform\", ") +
+            map + "}]}]}"};
+    for (const std::string& place : places) {
+        const dson::Document document = read(head + place);
+        ASSERT_EQ(document.influenceMaps.size(), 1u) << place;
+        EXPECT_EQ(document.influenceMaps[0].owner, "DF");
+        EXPECT_EQ(document.influenceMaps[0].vertexCount, 4);
+        EXPECT_EQ(document.influenceMaps[0].weights, (std::vector<float>{1, 1})); // held within 0..1
+    }
+    for (const char* const rows : {"[[-1, 1]]", "[[1e30, 1]]", "[[0.5, 1]]", "[[0]]", "[[0, \"x\"]]", "[7]", "[]"})
+        EXPECT_TRUE(read(head + "\"x\": {\"influence_weights\": {\"values\": " + rows + "}}}").influenceMaps.empty())
+            << rows;
+    EXPECT_EQ(read(head + "\"x\": {\"influence_vertex_count\": 1e300, \"influence_weights\": [[0, 1]]}}")
+                  .influenceMaps.at(0)
+                  .vertexCount,
+              -1);
+}
+
+class HostileScene : public LibraryTest {};
+
+TEST_F(HostileScene, a_spoilt_character_loads_or_is_refused)
+{
+    mini::WriteMorph(mini::Morph("Up", 1, {0, 1, 0}), _library);
+    const std::string uri = dson::MakeUri(mini::MorphInfo("Up").id, "Up");
+    const fs::path file = mini::WriteCharacter(_library, {{uri, "Up", "", 1.0}}, "Spoilt");
+    Json json = Json::parse(ReadBytes(file));
+    json["asset_info"] = {{"type", "character"}};
+    std::size_t loaded = 0;
+    ForEachSpoilt(json, json["scene"], [&](const Json& spoilt) {
+        WriteBytes(file, spoilt.dump());
+        if (open(file))
+            ++loaded;
+        for (int i = 0; i < dzScene->getNumNodes(); ++i)
+            dzScene->getNode(i)->getWSBoundingBox();
+        dzScene->clear();
+        dzScene->purgeRemoved();
+    });
+    EXPECT_GT(loaded, 10u);
+}
+
+TEST_F(HostileScene, a_spoilt_morph_file_never_spoils_the_figure)
+{
+    const fs::path file = mini::WriteMorph(mini::Morph("Up", 1, {0, 1, 0}), _library);
+    Json json = Json::parse(ReadBytes(file));
+    ForEachSpoilt(json, json["modifier_library"], [&](const Json& spoilt) {
+        WriteBytes(file, spoilt.dump());
+        DzFigure* const figure = openMini();
+        ASSERT_NE(figure, nullptr) << spoilt.dump();
+        if (DzFloatProperty* const dial = DialOf(*figure, "Up")) {
+            dial->setValue(1.0f);
+            const DzVec3 moved = VertexAt(*figure, 1);
+            EXPECT_TRUE(std::isfinite(moved.m_x) && std::isfinite(moved.m_y) && std::isfinite(moved.m_z));
+        }
+        dzScene->clear();
+        dzScene->purgeRemoved();
+    });
+}

@@ -1,0 +1,199 @@
+// Presets on what is selected, and saving morphs.
+// SPDX-License-Identifier: MIT
+
+#include "dzassetiomgr.h"
+#include "dzbone.h"
+#include "dzdformmodifier.h"
+#include "dzerror.h"
+#include "dzfigure.h"
+#include "dzfloatproperty.h"
+#include "dzmorph.h"
+#include "dzmorphdeltas.h"
+#include "dzobject.h"
+#include "dzweightmap.h"
+#include "host/content/dson_reader.h"
+#include "host/figure/deltas_access.h"
+#include "shared/ks_exception.h"
+#include "shared/ks_filtered-save.h"
+#include "tests/host/content_fixture.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class Preset : public LibraryTest {
+protected:
+    fs::path writeDForm(std::uint32_t vertexCount, std::vector<std::uint32_t> vertices) const
+    {
+        dson::DFormAsset dform;
+        dform.info.id = "/Presets/Split.duf";
+        dform.info.type = "preset_dform";
+        dform.name = "D-Former_1";
+        dform.vertexCount = vertexCount;
+        dform.weights.assign(vertices.size(), 0.25f);
+        dform.vertices = std::move(vertices);
+        return dson::WriteDForm(dform, _library);
+    }
+    fs::path writePose(const char* animations) const
+    {
+        const fs::path file = _library / "Presets/Pose.duf";
+        WriteBytes(file, std::string(R"({"file_version": "0.6.0.0", "asset_info": {"type": "preset_pose"}, "scene": )") +
+                             "{\"animations\": " + animations + "}}");
+        return file;
+    }
+};
+
+class SavedMorph : public LibraryTest {
+protected:
+    /// The figure with a morph made in the scene.
+    DzFigure* openWithMorph(const char* name = "My Shape")
+    {
+        DzFigure* const figure = openMini();
+        if (!figure)
+            return nullptr;
+        auto* const morph = new DzMorph(openhost::DeltasAccess::create({{2, 7}, {{0.1f, 0, -3}, {0, 1.0f / 3, 0}}}, 10));
+        morph->setName(QString::fromUtf8(name));
+        morph->setLabel(QStringLiteral("Shape of Mine"));
+        morph->getValueControl()->setPath(QStringLiteral("/Actor/Mine"));
+        figure->getObject()->addModifier(morph);
+        return figure;
+    }
+    static std::string save(DzNode& node, const fs::path& folder, const char* vendor = "Me", const char* product = "Own",
+                            bool compress = false, const char* name = "My Shape")
+    {
+        try {
+            return kst::FilteredSave::SaveMorphSupportAsset_X(node, folder.string(), vendor, product, {name}, compress,
+                                                              false)
+                       ? "saved"
+                       : "cancelled";
+        } catch (const kst::Exception& error) {
+            return error.what();
+        }
+    }
+    fs::path savedFile() const { return folder("mine") / "data/Acme/Mini/Base/Morphs/Me/Own/My_Shape.dsf"; }
+};
+
+} // namespace
+
+TEST_F(Preset, a_d_former_lends_its_weights_to_the_selected_figure)
+{
+    const fs::path preset = writeDForm(10, {1, 9});
+    DzFigure* const figure = openMini();
+    ASSERT_NE(figure, nullptr);
+    dzScene->setPrimarySelection(figure->findNodeChild(QStringLiteral("arm"), true));
+    ASSERT_TRUE(open(preset)) << log().toStdString();
+    auto* const modifier = qobject_cast<DzDFormModifier*>(figure->getObject()->findModifier(QStringLiteral("D-Former_1")));
+    ASSERT_NE(modifier, nullptr);
+    const DzWeightMap& weights = *modifier->getInfluenceWeights();
+    EXPECT_EQ(weights.getName(), QStringLiteral("Influence Weights"));
+    EXPECT_EQ(weights.getNumWeights(), 10);
+    EXPECT_NEAR(weights.getFloatWeight(9), 0.25, 1e-4);
+    EXPECT_EQ(weights.getFloatWeight(2), 0.0f);
+    EXPECT_NE(dzScene->findNodeByLabel(QStringLiteral("D-Former_1")), nullptr);
+}
+
+TEST_F(Preset, that_does_not_fit_or_has_nothing_to_be_applied_to_changes_nothing)
+{
+    const fs::path preset = writeDForm(10, {1});
+    EXPECT_FALSE(open(preset));
+    EXPECT_TRUE(log().contains(QStringLiteral("Split.duf: nothing is selected to apply the preset to")));
+    EXPECT_EQ(dzScene->getNumNodes(), 0);
+    ASSERT_NE(openMini(), nullptr);
+    EXPECT_FALSE(open(writeDForm(11, {1})));
+    EXPECT_TRUE(log().contains(QStringLiteral("Split.duf: the influence weights are for 11 vertices but Mini has 10")));
+    std::string unchecked = ReadBytes(writeDForm(10, {1, 10}));
+    unchecked.replace(unchecked.find("\"influence_vertex_count\" : 10"), 29, "\"influence_vertex_count\" : -1");
+    WriteBytes(preset, unchecked);
+    EXPECT_FALSE(open(preset));
+    EXPECT_TRUE(log().contains(QStringLiteral("Split.duf: influence weight 1 names vertex 10 but Mini has 10")));
+    EXPECT_FALSE(open(writePose(R"([{"url": "name://@selection/tail:?rotation/z/value", "keys": [[0, 1]]}])")));
+    EXPECT_TRUE(log().contains(QStringLiteral("Pose.duf: names nothing that Mini has")));
+    EXPECT_FALSE(open(_library / "data/Acme/Mini/Base/Mini.dsf"));
+    EXPECT_TRUE(log().contains(QStringLiteral("Mini.dsf: holds nothing to load into a scene")));
+    EXPECT_EQ(dzScene->getNumNodes(), 3);
+}
+
+TEST_F(Preset, a_pose_turns_bones_and_sets_dials)
+{
+    mini::WriteMorph(mini::Morph("Up", 1, {0, 2, 0}), _library);
+    DzFigure* const figure = openMini();
+    ASSERT_NE(figure, nullptr);
+    const fs::path pose = writePose(R"([
+        {"url": "name://@selection/hip/arm:?rotation/z/value", "keys": [[0, 90], [1, 5]]},
+        {"url": "name://@selection:?translation/y/value", "keys": [[0, 100, ["TCB", 0, 0, 0]]]},
+        {"url": "name://@selection#Up:?value/value", "keys": [[0, 0.5]]},
+        {"url": "name://@selection/tail:?rotation/z/value", "keys": [[0, 1]]},
+        {"url": "name://@selection/arm:?rotation/x/value", "keys": []}])");
+    ASSERT_TRUE(open(pose)) << log().toStdString();
+    EXPECT_EQ(DialOf(*figure, "Up")->getValue(), 0.5f);
+    ExpectAt(VertexAt(*figure, 1), 0, 111, 0);
+    ExpectAt(VertexAt(*figure, 9), 10, 120, 0);
+}
+
+TEST_F(SavedMorph, is_found_by_the_next_load_of_the_figure)
+{
+    for (const bool compress : {false, true}) {
+        TestHost().reset();
+        use(_library);
+        use(folder("mine"));
+        DzFigure* figure = openWithMorph();
+        ASSERT_NE(figure, nullptr);
+        ASSERT_EQ(save(*figure, folder("mine"), "Me", "Own", compress), "saved") << log().toStdString();
+        EXPECT_EQ(ReadBytes(savedFile()).substr(0, 2) == "\x1F\x8B", compress);
+        EXPECT_EQ(FindMorph(*figure, "My Shape")->getAssetUri().toString(),
+                  QStringLiteral("/data/Acme/Mini/Base/Morphs/Me/Own/My_Shape.dsf#My_Shape"));
+        const geometry::SparseDeltas saved = openhost::DeltasAccess::deltas(*FindMorph(*figure, "My Shape")->getDeltas());
+
+        TestHost().reset();
+        use(_library);
+        use(folder("mine"));
+        figure = openMini();
+        ASSERT_NE(figure, nullptr);
+        DzMorph* const morph = FindMorph(*figure, "My_Shape");
+        ASSERT_NE(morph, nullptr);
+        EXPECT_EQ(morph->getLabel(), QStringLiteral("Shape of Mine"));
+        EXPECT_EQ(morph->getValueControl()->getPath(), QStringLiteral("/Actor/Mine"));
+        EXPECT_EQ(morph->getValueControl()->getValue(), 0.0f);
+        const geometry::SparseDeltas& loaded = openhost::DeltasAccess::deltas(*morph->getDeltas());
+        EXPECT_EQ(loaded.vertices, saved.vertices);
+        EXPECT_EQ(loaded.deltas, saved.deltas);
+        fs::remove_all(folder("mine"));
+    }
+}
+
+TEST_F(SavedMorph, keeps_what_others_put_into_the_file_that_it_replaces)
+{
+    DzFigure* const figure = openWithMorph();
+    ASSERT_NE(figure, nullptr);
+    ASSERT_EQ(save(*figure, folder("mine")), "saved");
+    auto json = nlohmann::ordered_json::parse(ReadBytes(savedFile()));
+    json["modifier_library"][0]["extra"] = {{{"type", "note"}, {"text", "hand-made"}}};
+    WriteBytes(savedFile(), json.dump());
+    FindMorph(*figure, "My Shape")->setLabel(QStringLiteral("Renamed"));
+    ASSERT_EQ(save(*figure, folder("mine")), "saved");
+    const auto now = nlohmann::ordered_json::parse(ReadBytes(savedFile()));
+    EXPECT_EQ(now["modifier_library"][0]["extra"], json["modifier_library"][0]["extra"]);
+    EXPECT_EQ(now["modifier_library"][0]["channel"]["label"], "Renamed");
+}
+
+TEST_F(SavedMorph, is_not_written_where_that_is_impossible_or_under_a_bad_name)
+{
+    DzFigure* const figure = openWithMorph();
+    ASSERT_NE(figure, nullptr);
+    const std::string failed = "Daz Studio asset IO manager reported: " + getErrorMessage(DZ_OPERATION_FAILED_ERROR).toStdString();
+    for (const char* const vendor : {"", ".", "..", "a/b", "a\\b", "  ", "a:b", "a\nb", "Inc."}) {
+        EXPECT_EQ(save(*figure, folder("mine"), vendor), failed) << vendor;
+        EXPECT_EQ(save(*figure, folder("mine"), "Me", vendor), failed) << vendor;
+    }
+    EXPECT_TRUE(log().contains(QStringLiteral("\"a/b\" cannot be the name of a VendorName folder")));
+    EXPECT_EQ(save(*figure, folder("mine"), "Me", "Own", false, "None"), failed);
+    EXPECT_TRUE(log().contains(QStringLiteral("Mini has no morph None")));
+    EXPECT_FALSE(fs::exists(folder("mine")));
+    WriteBytes(folder("file"), "in the way");
+    EXPECT_EQ(save(*figure, folder("file")), failed);
+    EXPECT_TRUE(log().contains(QStringLiteral("cannot create folder ")));
+    EXPECT_EQ(ReadBytes(folder("file")), "in the way");
+    EXPECT_TRUE(FindMorph(*figure, "My Shape")->getAssetUri().toString().isEmpty());
+}

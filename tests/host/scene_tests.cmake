@@ -1,0 +1,9 @@
+# Scene and figure rooms.
+gantrel_add_tests(host_scene_tests
+    SOURCES
+        host_fixture.cpp
+        figure_pipeline_test.cpp
+        scene_node_test.cpp
+        scene_property_test.cpp
+        scene_settings_test.cpp
+    LIBRARIES dzhost geometry Qt5::Test)
