@@ -31,8 +31,8 @@ std::vector<Vec3f> ToDense(const SparseDeltas& deltas, std::size_t vertexCount);
 /// @throws TopologyError  a vertex index is out of range
 void AddDeltas(Span<Vec3f> positions, const SparseDeltas& deltas, float value);
 
-/// Multiplies each delta by its vertex's factor. Strength 1: weight; 0: one; -1: one minus weight, computed as
-/// delta - delta * weight so that the parts of strength 1 and -1 add up to the whole; linear in between.
+/// Multiplies each delta by its vertex's factor. Strength 1: weight; 0: one; -1: one minus weight, computed
+/// as delta - delta * weight so that the parts of strength 1 and -1 add up to the whole; linear in between.
 /// @param weights  0..1, one per vertex; a vertex beyond the map counts as 0
 void Attenuate(SparseDeltas& deltas, Span<const float> weights, float strength);
 

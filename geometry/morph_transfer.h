@@ -21,8 +21,8 @@ struct MatchStatistics {
     std::size_t filled = 0;  ///< target vertices that take their values from their neighbours
 };
 
-/// Where each target vertex lies on the source's surface, and how the rest is filled in. Linear in the values that
-/// are carried: build once per pair, apply to any number of morphs or weights.
+/// Where each target vertex lies on the source's surface, and how the rest is filled in. Linear in the values
+/// that are carried: build once per pair, apply to any number of morphs or weights.
 class SurfaceMap {
 public:
     ~SurfaceMap();
@@ -48,10 +48,10 @@ private:
     friend SurfaceMap MatchSurfaces(const PolygonMeshView&, const PolygonMeshView&, const MatchOptions&);
 };
 
-/// Finds where each target vertex lies on the source's neutral surface: closest point with compatible normals,
-/// seen from where a smooth field of offsets, fitted to all matches at once, carries the vertex; far,
-/// turned-away or inconsistent matches are dropped and filled by a bi-Laplacian extension over the target's surface,
-/// across disconnected pieces from what is near.
+/// Finds where each target vertex lies on the source's neutral surface: closest point with compatible
+/// normals, seen from where a smooth field of offsets, fitted to all matches at once, carries the vertex;
+/// far, turned-away or inconsistent matches are dropped and filled by a bi-Laplacian extension over the
+/// target's surface, across disconnected pieces from what is near.
 /// @throws TopologyError  a mesh has no faces or holds a position that is not finite
 SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMeshView& targetNeutral,
                          const MatchOptions& options = {});

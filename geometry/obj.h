@@ -18,7 +18,8 @@ struct ObjAxis {
     bool invert = false;
 };
 
-/// How file coordinates and ours correspond; the same for reading and writing, so a round trip is the identity.
+/// How file coordinates and ours correspond; the same for reading and writing, so a round trip is the
+/// identity.
 struct ObjSpace {
     ObjAxis first{0, false}, second{1, false}, third{2, false}; ///< each axis is used once
     double centimetresPerUnit = 1.0; ///< OBJ carries no unit; reading multiplies by it, writing divides
@@ -26,11 +27,11 @@ struct ObjSpace {
 
 struct ObjReadOptions {
     ObjSpace space;
-    bool readFaces = true;    ///< `f` records
-    bool readLines = true;    ///< `l` records
+    bool readFaces = true;     ///< `f` records
+    bool readLines = true;     ///< `l` records
     bool readTexCoords = true; ///< `vt` records
-    bool readGroups = true;   ///< `g` records, kept as face groups
-    bool readSurfaces = true; ///< `usemtl` records, kept as surfaces
+    bool readGroups = true;    ///< `g` records, kept as face groups
+    bool readSurfaces = true;  ///< `usemtl` records, kept as surfaces
 };
 
 /// Texture coordinates, one index a corner; empty without.
@@ -39,7 +40,8 @@ struct TexCoords {
         float u = 0.0f, v = 0.0f;
     };
     std::vector<Uv> coordinates;
-    std::vector<std::uint32_t> cornerIndices; ///< one per corner of the topology; empty when any corner has none
+    std::vector<std::uint32_t>
+        cornerIndices; ///< one per corner of the topology; empty when any corner has none
 };
 
 /// What an OBJ file holds.
@@ -52,9 +54,10 @@ struct ObjContent {
 
 /// Reads one polygon mesh from OBJ text.
 ///
-/// Positions come back in centimetres, Y up. Vertex i is the file's (i + 1)th `v` record, also when no face uses
-/// it: a morph read from the file relies on the figure's own numbering. Faces keep corner count and winding.
-/// Relative (negative) indices are resolved; records of other kinds are skipped. Large texts are read in parallel.
+/// Positions come back in centimetres, Y up. Vertex i is the file's (i + 1)th `v` record, also when no face
+/// uses it: a morph read from the file relies on the figure's own numbering. Faces keep corner count and
+/// winding. Relative (negative) indices are resolved; records of other kinds are skipped. Large texts are
+/// read in parallel.
 ///
 /// @param name  stands for the text in error messages, usually the file name
 /// @throws FormatError  a record cannot be understood; the text names the file and the line
@@ -70,17 +73,17 @@ enum class ObjGrouping { None, Geometry, Surfaces, Single };
 struct ObjPart {
     PolygonMeshView mesh;
     const TexCoords* texCoords = nullptr;
-    std::string name;      ///< for `o` records and as the single group's or node's name
+    std::string name;          ///< for `o` records and as the single group's or node's name
     Span<const Vec3f> normals; ///< one per vertex, or empty
 };
 
 struct ObjWriteOptions {
     ObjSpace space;
-    int decimals = 6;            ///< after the decimal point, 0 to 17
+    int decimals = 6; ///< after the decimal point, 0 to 17
     bool writeFaces = true;
     bool writeTexCoords = true;
     bool writeNormals = false;
-    bool writeObjects = false;   ///< `o` records
+    bool writeObjects = false; ///< `o` records
     ObjGrouping grouping = ObjGrouping::Geometry;
     bool writeSurfaces = true;   ///< `usemtl` records
     bool triangulate = false;    ///< faces with more than four corners only
@@ -90,8 +93,10 @@ struct ObjWriteOptions {
 /// The text of an OBJ file. Parallel over large meshes; decimal point '.', lines end in '\n'.
 std::string FormatObj(Span<const ObjPart> parts, const ObjWriteOptions& options = {});
 
-/// Writes FormatObj beside the target and renames it into place, so that a failure leaves no half-written file.
+/// Writes FormatObj beside the target and renames it into place, so that a failure leaves no half-written
+/// file.
 /// @throws IoError  the file cannot be written; the text names it and the reason
-void WriteObj(const std::filesystem::path& file, Span<const ObjPart> parts, const ObjWriteOptions& options = {});
+void WriteObj(const std::filesystem::path& file, Span<const ObjPart> parts,
+              const ObjWriteOptions& options = {});
 
 } // namespace geometry

@@ -18,12 +18,14 @@ namespace geometry {
 /// The corners of one face are contiguous, so a face is a pair of offsets.
 struct Topology {
     std::uint32_t vertexCount = 0;
-    std::vector<std::uint32_t> faceOffsets{0};  ///< faceCount + 1 entries, ascending, first is 0
-    std::vector<std::uint32_t> cornerVertices;  ///< face f: [faceOffsets[f], faceOffsets[f + 1]); below vertexCount
-    std::vector<std::string> groupNames;        ///< face groups, for example one per bone
-    std::vector<std::uint32_t> faceGroups;      ///< one per face, index into groupNames; empty without groups
-    std::vector<std::string> surfaceNames;      ///< materials
-    std::vector<std::uint32_t> faceSurfaces;    ///< one per face, index into surfaceNames; empty without surfaces
+    std::vector<std::uint32_t> faceOffsets{0}; ///< faceCount + 1 entries, ascending, first is 0
+    std::vector<std::uint32_t>
+        cornerVertices;                  ///< face f: [faceOffsets[f], faceOffsets[f + 1]); below vertexCount
+    std::vector<std::string> groupNames; ///< face groups, for example one per bone
+    std::vector<std::uint32_t> faceGroups; ///< one per face, index into groupNames; empty without groups
+    std::vector<std::string> surfaceNames; ///< materials
+    std::vector<std::uint32_t>
+        faceSurfaces; ///< one per face, index into surfaceNames; empty without surfaces
 
     std::size_t faceCount() const { return faceOffsets.size() - 1; }
     std::size_t cornerCount() const { return cornerVertices.size(); }

@@ -37,8 +37,8 @@ public:
     std::vector<Vec3f> refine(Span<const Vec3f> values, int fromLevel, int toLevel) const;
     std::vector<float> refine(Span<const float> values, int fromLevel, int toLevel) const;
 
-    /// The cage whose refinement to the level comes closest to the given shape (least squares over the level's
-    /// stencils, conjugate gradients from the given start).
+    /// The cage whose refinement to the level comes closest to the given shape (least squares over the
+    /// level's stencils, conjugate gradients from the given start).
     /// @param fine   one per vertex of the level; cm
     /// @param start  one per cage vertex; the cage to begin at
     std::vector<Vec3f> fitCage(Span<const Vec3f> fine, int level, Span<const Vec3f> start) const;

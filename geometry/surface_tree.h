@@ -16,14 +16,14 @@ namespace geometry {
 struct SurfacePoint {
     std::uint32_t triangle = UINT32_MAX; ///< index into the tree's triangles; UINT32_MAX for none
     float weights[3] = {0, 0, 0};
-    Vec3f position;                        ///< cm
+    Vec3f position;                                          ///< cm
     float distance = std::numeric_limits<float>::infinity(); ///< cm, from the query point
 
     bool isValid() const { return triangle != UINT32_MAX; }
 };
 
-/// A bounding volume hierarchy over the fan triangulation of a mesh. Zero-area triangles are left out: they have no
-/// barycentric frame. Queries are const and may be made from several threads at once.
+/// A bounding volume hierarchy over the fan triangulation of a mesh. Zero-area triangles are left out: they
+/// have no barycentric frame. Queries are const and may be made from several threads at once.
 class SurfaceTree {
 public:
     /// Copies the positions and triangulates the faces.

@@ -21,7 +21,10 @@ std::string_view RotationOrderName(RotationOrder order);
 /// Rx * Rz * Ry for column vectors.
 Eigen::Quaterniond EulerRotation(const Eigen::Vector3d& degrees, RotationOrder order);
 
-inline Eigen::Vector3d ToEigen(Vec3f v) { return {v.x, v.y, v.z}; }
+inline Eigen::Vector3d ToEigen(Vec3f v)
+{
+    return {v.x, v.y, v.z};
+}
 inline Vec3f FromEigen(const Eigen::Vector3d& v)
 {
     return {static_cast<float>(v.x()), static_cast<float>(v.y()), static_cast<float>(v.z())};

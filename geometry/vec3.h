@@ -32,27 +32,60 @@ struct Vec3f {
 };
 static_assert(sizeof(Vec3f) == 3 * sizeof(float), "arrays of Vec3f are handed on as arrays of floats");
 
-constexpr Vec3f operator+(Vec3f a, Vec3f b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
-constexpr Vec3f operator-(Vec3f a, Vec3f b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
-constexpr Vec3f operator-(Vec3f a) { return {-a.x, -a.y, -a.z}; }
-constexpr Vec3f operator*(Vec3f a, float s) { return {a.x * s, a.y * s, a.z * s}; }
-constexpr Vec3f operator*(float s, Vec3f a) { return a * s; }
-constexpr bool operator==(Vec3f a, Vec3f b) { return a.x == b.x && a.y == b.y && a.z == b.z; }
-constexpr bool operator!=(Vec3f a, Vec3f b) { return !(a == b); }
-constexpr float Dot(Vec3f a, Vec3f b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
+constexpr Vec3f operator+(Vec3f a, Vec3f b)
+{
+    return {a.x + b.x, a.y + b.y, a.z + b.z};
+}
+constexpr Vec3f operator-(Vec3f a, Vec3f b)
+{
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+constexpr Vec3f operator-(Vec3f a)
+{
+    return {-a.x, -a.y, -a.z};
+}
+constexpr Vec3f operator*(Vec3f a, float s)
+{
+    return {a.x * s, a.y * s, a.z * s};
+}
+constexpr Vec3f operator*(float s, Vec3f a)
+{
+    return a * s;
+}
+constexpr bool operator==(Vec3f a, Vec3f b)
+{
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+}
+constexpr bool operator!=(Vec3f a, Vec3f b)
+{
+    return !(a == b);
+}
+constexpr float Dot(Vec3f a, Vec3f b)
+{
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
 constexpr Vec3f Cross(Vec3f a, Vec3f b)
 {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
-constexpr float LengthSquared(Vec3f a) { return Dot(a, a); }
-inline float Length(Vec3f a) { return std::sqrt(LengthSquared(a)); }
+constexpr float LengthSquared(Vec3f a)
+{
+    return Dot(a, a);
+}
+inline float Length(Vec3f a)
+{
+    return std::sqrt(LengthSquared(a));
+}
 /// The zero vector stays zero.
 inline Vec3f Normalized(Vec3f a)
 {
     const float length = Length(a);
     return length > 0.0f ? a * (1.0f / length) : a;
 }
-inline bool IsFinite(Vec3f a) { return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z); }
+inline bool IsFinite(Vec3f a)
+{
+    return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z);
+}
 
 /// An axis-aligned box; empty (min above max) until something is included.
 struct Box3f {
