@@ -203,7 +203,7 @@ std::shared_ptr<const Topology> LevelTopology(const Far::TopologyLevel& refined,
 
 Level MakeLevel(const Far::TopologyRefiner& refiner, int level, const Topology& cage, const Level& before)
 {
-    const Far::TopologyLevel refined = refiner.GetLevel(level);
+    const Far::TopologyLevel& refined = refiner.GetLevel(level);
     Level result;
     result.cageFaces.resize(static_cast<std::size_t>(refined.GetNumFaces()));
     for (std::size_t f = 0; f < result.cageFaces.size(); ++f) {

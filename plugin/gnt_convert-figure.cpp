@@ -14,7 +14,6 @@
 #include "shared/ks_progress.h"
 #include "shared/ks_string.h"
 
-#include <algorithm>
 #include <cassert>
 
 #include <QDir>
@@ -30,7 +29,6 @@ namespace {
 using kst::str::MakeRandomString;
 
 const char* const tempMorphName = "Temporary high-res morph";
-const float thighDegrees = 6.5f;
 
 struct Step {
     int key;
@@ -311,16 +309,9 @@ void GntConverter::Impl::adjustTargetForMorphCreation_X(GntResolution resolution
                                                         std::string_view targetLabel)
 {
     DzFigure& target = pParams->figTarget;
-    if (resolution == GntResolution::Base) {
-        kst::daz::SetNodeResolution(target, kst::daz::NodeResolution::BaseResolution, true);
-    } else {
-        kst::daz::SetNodeResolution(target, kst::daz::NodeResolution::HighResolution, true);
-        DzIntProperty& level = *kst::daz::FindSubdivisionLevelIntProperty(target, true);
-        level.setMax(std::max(level.getMax(), pParams->iSubdLevelSource));
-        level.setValue(pParams->iSubdLevelSource);
-    }
+    SetResolution_X(target, resolution, pParams->iSubdLevelSource);
     if (GntNeedsThighPose(pParams->cloneShape))
-        SetThighs(target, thighDegrees);
+        SetThighs(target, GNT_THIGH_DEGREES);
     target.setLabel(kst::str::ToQ(targetLabel));
 }
 

@@ -35,6 +35,9 @@ public:
     /// resolution.
     void restoreSourceAndTargetParams();
 
+    /// Base, or subdivided at the level, whose maximum is raised to it where needed.
+    static void SetResolution_X(DzFigure& figure, GntResolution resolution, int subdLevel);
+
     // The single operations. Names ending in _X throw kst::Exception when the host does not do what was
     // asked.
 

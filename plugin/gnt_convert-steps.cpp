@@ -36,15 +36,19 @@ DzFloatProperty& OwnFloatProperty_X(const DzNode& node, const char* name)
     return *kst::daz::FindFloatProperty(node, kst::daz::PropertyLocation::Node, name, true);
 }
 
-void SetHighResolution_X(DzFigure& figure, int subdLevel)
+} // namespace
+
+void GntConverter::Impl::SetResolution_X(DzFigure& figure, GntResolution resolution, int subdLevel)
 {
+    if (resolution == GntResolution::Base) {
+        kst::daz::SetNodeResolution(figure, kst::daz::NodeResolution::BaseResolution, true);
+        return;
+    }
     kst::daz::SetNodeResolution(figure, kst::daz::NodeResolution::HighResolution, true);
     DzIntProperty& level = *kst::daz::FindSubdivisionLevelIntProperty(figure, true);
     level.setMax(std::max(level.getMax(), subdLevel));
     level.setValue(subdLevel);
 }
-
-} // namespace
 
 void GntConverter::Impl::S1_MoveTargetG9ToWorldOrigin()
 {
@@ -125,10 +129,7 @@ DzFigure& GntConverter::Impl::loadGenesis_X(GntLoadFigure which, GntResolution r
         throw kst::Exception("failed to find a figure named {} in the scene after loading {}", Quote(label),
                              Quote(file));
     DzFigure& figure = kst::daz::ResolveToFigure_X(*node);
-    if (resolution == GntResolution::Subd)
-        SetHighResolution_X(figure, subdLevel);
-    else
-        kst::daz::SetNodeResolution(figure, kst::daz::NodeResolution::BaseResolution, true);
+    SetResolution_X(figure, resolution, subdLevel);
     // Hiding and showing makes the host rebuild its display at the new resolution.
     figure.setVisible(false);
     figure.setVisible(true);
@@ -143,8 +144,8 @@ DzFigure& GntConverter::Impl::S3_LoadTempG9ForFitSuit_X(GntResolution resolution
     if (!cloneName.empty())
         kst::MorphList::FindMorphProperty_X(*pfigTempG9ForFitSuit, cloneName).setValue(1.0f);
     if (GntNeedsThighPose(pParams->cloneShape)) {
-        kst::daz::SetBoneValueOrThrow(*pfigTempG9ForFitSuit, "l_thigh", "ZRotate", 6.5f);
-        kst::daz::SetBoneValueOrThrow(*pfigTempG9ForFitSuit, "r_thigh", "ZRotate", -6.5f);
+        kst::daz::SetBoneValueOrThrow(*pfigTempG9ForFitSuit, "l_thigh", "ZRotate", GNT_THIGH_DEGREES);
+        kst::daz::SetBoneValueOrThrow(*pfigTempG9ForFitSuit, "r_thigh", "ZRotate", -GNT_THIGH_DEGREES);
     }
     if (resolution == GntResolution::Subd) {
         int iSubdLevelTemp = 0;

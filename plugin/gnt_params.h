@@ -24,6 +24,8 @@ enum class GntCloneShape : int { Genesis3Female, Genesis3Male, Genesis8Female, G
 std::string_view GntClonePropertyName(GntCloneShape cloneShape);
 /// Genesis 8 stands with its legs further apart than Genesis 9, so the target's thighs are turned for it.
 bool GntNeedsThighPose(GntCloneShape cloneShape);
+/// Of the left thigh about Z; the right one's is negative.
+constexpr float GNT_THIGH_DEGREES = 6.5f;
 
 enum class GntResolution : int { Base, Subd };
 

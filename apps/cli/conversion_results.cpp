@@ -3,6 +3,7 @@
 
 #include "apps/cli/conversion_results.h"
 
+#include "apps/cli/figure_kind.h"
 #include "dzfacetmesh.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
@@ -23,30 +24,6 @@ namespace cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-const char* KindName(kst::daz::BaseFigure figure)
-{
-    using kst::daz::BaseFigure;
-    switch (figure) {
-    case BaseFigure::Genesis3Female:
-        return "genesis3female";
-    case BaseFigure::Genesis8Female:
-        return "genesis8female";
-    case BaseFigure::Genesis8_1Female:
-        return "genesis8_1female";
-    case BaseFigure::Genesis3Male:
-        return "genesis3male";
-    case BaseFigure::Genesis8Male:
-        return "genesis8male";
-    case BaseFigure::Genesis8_1Male:
-        return "genesis8_1male";
-    case BaseFigure::Genesis9:
-        return "genesis9";
-    case BaseFigure::None:
-        break;
-    }
-    return "other";
-}
 
 const char* const jobNames[] = {"full", "head", "body"};
 
@@ -105,8 +82,8 @@ void PlaceForComparison(const GntParams& params, TemporaryValues& values)
                0.0f);
     if (!GntNeedsThighPose(params.cloneShape))
         return;
-    values.set(*kst::daz::FindBoneProperty(params.figTarget, "l_thigh", "ZRotate", true), 6.5f);
-    values.set(*kst::daz::FindBoneProperty(params.figTarget, "r_thigh", "ZRotate", true), -6.5f);
+    values.set(*kst::daz::FindBoneProperty(params.figTarget, "l_thigh", "ZRotate", true), GNT_THIGH_DEGREES);
+    values.set(*kst::daz::FindBoneProperty(params.figTarget, "r_thigh", "ZRotate", true), -GNT_THIGH_DEGREES);
 }
 
 geometry::Picture Draw(const geometry::PolygonMeshView& mesh, geometry::View view,
@@ -130,7 +107,7 @@ FigureReport DescribeFigure(DzFigure& figure)
     FigureReport report;
     report.label = figure.getLabel().toStdString();
     report.assetUri = kst::daz::GetNodeAssetUri(figure);
-    report.kind = KindName(kst::daz::GetBaseFigure(report.assetUri));
+    report.kind = FigureKindName(kst::daz::GetBaseFigure(report.assetUri));
     report.vertices = figure.getObject()->pipeline().base().vertexCount();
     return report;
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "apps/cli/dials.h"
+#include "apps/cli/figure_kind.h"
 #include "apps/cli/file_facts.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
@@ -19,30 +20,6 @@
 namespace cli {
 
 namespace {
-
-const char* KindText(kst::daz::BaseFigure kind)
-{
-    using kst::daz::BaseFigure;
-    switch (kind) {
-    case BaseFigure::Genesis3Female:
-        return "genesis3female";
-    case BaseFigure::Genesis8Female:
-        return "genesis8female";
-    case BaseFigure::Genesis8_1Female:
-        return "genesis8_1female";
-    case BaseFigure::Genesis3Male:
-        return "genesis3male";
-    case BaseFigure::Genesis8Male:
-        return "genesis8male";
-    case BaseFigure::Genesis8_1Male:
-        return "genesis8_1male";
-    case BaseFigure::Genesis9:
-        return "genesis9";
-    case BaseFigure::None:
-        break;
-    }
-    return "other";
-}
 
 int VertexCount(const DzNode& node)
 {
@@ -106,7 +83,7 @@ Json FigureFacts(const DzNode& figure, Detail detail)
             listed.push_back(DialFacts(dial, detail));
     Json facts;
     facts["label"] = figure.getLabel().toStdString();
-    facts["kind"] = KindText(kst::daz::GetBaseFigure(uri));
+    facts["kind"] = FigureKindName(kst::daz::GetBaseFigure(uri));
     facts["asset"] = uri;
     facts["vertices"] = VertexCount(figure);
     facts["bones"] = skeleton ? skeleton->bones().size() : 0;
