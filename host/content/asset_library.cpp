@@ -79,7 +79,7 @@ std::vector<std::shared_ptr<const dson::Document>> AssetLibrary::readAll(const s
         const std::size_t i = missing[m];
         try {
             documents[i] = ReadHeaders(files[i]);
-        } catch (const geometry::Error& error) {
+        } catch (const std::exception& error) {
             failures[i] = error.what();
         }
     });

@@ -25,10 +25,11 @@ public:
 
     /// Reads many files in parallel into the cache; files that cannot be read are logged and left out.
     /// @return the documents, in the order of the files
-    std::vector<std::shared_ptr<const dson::Document>> readAll(const std::vector<std::filesystem::path>& files);
+    std::vector<std::shared_ptr<const dson::Document>>
+    readAll(const std::vector<std::filesystem::path>& files);
 
-    /// The file that a URI's path names; relative paths are also looked for beside the file that refers to them.
-    /// Empty when there is none.
+    /// The file that a URI's path names; relative paths are also looked for beside the file that refers to
+    /// them. Empty when there is none.
     std::filesystem::path find(const std::string& uriPath, const std::filesystem::path& referringFile) const;
 
 private:

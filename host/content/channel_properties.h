@@ -20,8 +20,8 @@ void ApplyChannel(DzNumericProperty& property, const dson::Channel& channel);
 /// A new property of the channel's type; null for types that hold no number.
 std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const dson::Channel& channel);
 
-/// The property of a node that a URI's property path names: "rotation/z" is ZRotate, "center_point/x" is XOrigin,
-/// "scale/general" is Scale; null for none.
+/// The property of a node that a URI's property path names: "rotation/z" is ZRotate, "center_point/x" is
+/// XOrigin, "scale/general" is Scale; null for none.
 DzNumericProperty* FindNodeChannel(const DzNode& node, const std::string& propertyPath);
 
 } // namespace openhost

@@ -82,7 +82,8 @@ bool DzContentMgr::openFile(const QString& fullPath, bool merge)
     }
 }
 
-QString DzContentMgr::getAbsolutePath(const QString& relative, bool useImportFolders, const QString& preferred) const
+QString DzContentMgr::getAbsolutePath(const QString& relative, bool useImportFolders,
+                                      const QString& preferred) const
 {
     if (!preferred.isEmpty()) {
         openhost::ContentPaths first;

@@ -26,18 +26,80 @@ bool ComponentsMatch(const fs::path& directory, const fs::path& path)
     return mismatch.first == directory.end();
 }
 
-fs::path EntryIgnoringCase(const fs::path& folder, const std::string& name)
+/// Names in a folder that match ignoring case, the exact spelling first, then in order, so that the answer
+/// does not depend on the disk.
+std::vector<fs::path> EntriesIgnoringCase(const fs::path& folder, const fs::path& name)
 {
-    const std::string wanted = FoldCase(name);
-    fs::path best;
+    const std::string wanted = FoldCase(name.string());
+    std::vector<fs::path> entries;
     std::error_code error;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
-        const fs::path candidate = entry.path().filename();
-        // Of several spellings the first in order is taken, so that the answer does not depend on the disk.
-        if (FoldCase(candidate.string()) == wanted && (best.empty() || candidate < best))
-            best = candidate;
+    for (auto entry = fs::directory_iterator(folder, error); !error && entry != fs::directory_iterator();
+         entry.increment(error))
+        if (FoldCase(entry->path().filename().string()) == wanted)
+            entries.push_back(entry->path().filename());
+    std::sort(entries.begin(), entries.end());
+    const auto exact = std::find(entries.begin(), entries.end(), name);
+    if (exact != entries.end())
+        std::rotate(entries.begin(), exact, exact + 1);
+    return entries;
+}
+
+using Component = fs::path::const_iterator;
+
+/// Calls visit(path) for each spelling of folder/name/.../end on disk until it answers true.
+template <class Visit>
+bool ForEachSpelling(const fs::path& folder, Component name, Component end, const Visit& visit)
+{
+    while (name != end && name->empty())
+        ++name;
+    if (name == end)
+        return visit(folder);
+    for (const fs::path& entry : EntriesIgnoringCase(folder, *name))
+        if (ForEachSpelling(folder / entry, std::next(name), end, visit))
+            return true;
+    return false;
+}
+
+/// The first spelling that passes; empty for none. The given spelling is tried without reading any folder.
+template <class Test>
+fs::path FindSpelling(const fs::path& base, const std::string& relative, const Test& test)
+{
+    const fs::path direct = base / relative;
+    if (test(direct))
+        return direct;
+    const fs::path path(relative);
+    fs::path found;
+    ForEachSpelling(base, path.begin(), path.end(), [&](const fs::path& candidate) {
+        if (!test(candidate))
+            return false;
+        found = candidate;
+        return true;
+    });
+    return found;
+}
+
+bool IsFile(const fs::path& path)
+{
+    std::error_code error;
+    return fs::is_regular_file(path, error);
+}
+
+/// Files of an extension below a folder, in order of their paths.
+std::vector<fs::path> FilesBelow(const fs::path& folder, const std::string& extension)
+{
+    std::vector<fs::path> files;
+    std::error_code error;
+    auto entry =
+        fs::recursive_directory_iterator(folder, fs::directory_options::skip_permission_denied, error);
+    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        const fs::path& file = entry->path();
+        // Other systems leave companion files of the same extension behind.
+        const bool isCompanion = file.filename().string().compare(0, 2, "._") == 0;
+        if (!isCompanion && FoldCase(file.extension().string()) == extension && IsFile(file))
+            files.push_back(file);
     }
-    return best;
+    std::sort(files.begin(), files.end());
+    return files;
 }
 
 } // namespace
@@ -53,25 +115,10 @@ std::string FoldCase(const std::string& text)
 
 fs::path FindIgnoringCase(const fs::path& base, const std::string& relative)
 {
-    std::error_code error;
-    const fs::path direct = base / relative;
-    if (fs::exists(direct, error))
-        return direct;
-    fs::path found = base;
-    for (const fs::path& component : fs::path(relative)) {
-        if (component.empty())
-            continue;
-        const fs::path next = found / component;
-        if (fs::exists(next, error)) {
-            found = next;
-            continue;
-        }
-        const fs::path entry = EntryIgnoringCase(found, component.string());
-        if (entry.empty())
-            return {};
-        found /= entry;
-    }
-    return found;
+    return FindSpelling(base, relative, [](const fs::path& path) {
+        std::error_code error;
+        return fs::exists(path, error);
+    });
 }
 
 void ContentPaths::add(const fs::path& directory)
@@ -94,38 +141,33 @@ fs::path ContentPaths::resolve(const std::string& relative) const
     const std::string wanted = WithoutLeadingSlash(relative);
     if (wanted.empty() || dson::LeavesFolder(wanted))
         return {};
-    std::error_code error;
     for (const fs::path& directory : _directories) {
-        const fs::path found = FindIgnoringCase(directory, wanted);
-        if (!found.empty() && fs::is_regular_file(found, error))
+        const fs::path found = FindSpelling(directory, wanted, IsFile);
+        if (!found.empty())
             return found;
     }
     return {};
 }
 
-std::vector<fs::path> ContentPaths::filesBelow(const std::string& relativeFolder, const std::string& extension,
+std::vector<fs::path> ContentPaths::filesBelow(const std::string& relativeFolder,
+                                               const std::string& extension,
                                                std::vector<fs::path>* duplicates) const
 {
     const std::string wanted = WithoutLeadingSlash(relativeFolder);
     std::map<std::string, fs::path> files;
     if (dson::LeavesFolder(wanted))
         return {};
+    const fs::path path(wanted);
     for (const fs::path& directory : _directories) {
-        const fs::path folder = FindIgnoringCase(directory, wanted);
-        if (folder.empty())
-            continue;
-        std::error_code error;
-        auto entry = fs::recursive_directory_iterator(folder, fs::directory_options::skip_permission_denied, error);
-        for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-            const fs::path& file = entry->path();
-            // Other systems leave companion files of the same extension behind.
-            const bool isCompanion = file.filename().string().compare(0, 2, "._") == 0;
-            if (isCompanion || FoldCase(file.extension().string()) != extension || !entry->is_regular_file(error))
-                continue;
-            const bool isFirst = files.emplace(FoldCase(file.lexically_relative(folder).string()), file).second;
-            if (!isFirst && duplicates)
-                duplicates->push_back(file);
-        }
+        ForEachSpelling(directory, path.begin(), path.end(), [&](const fs::path& folder) {
+            for (const fs::path& file : FilesBelow(folder, extension)) {
+                const bool isFirst =
+                    files.emplace(FoldCase(file.lexically_relative(folder).string()), file).second;
+                if (!isFirst && duplicates)
+                    duplicates->push_back(file);
+            }
+            return false;
+        });
     }
     std::vector<fs::path> sorted;
     for (const auto& file : files)
@@ -145,7 +187,8 @@ const fs::path* ContentPaths::directoryOf(const fs::path& absolute) const
 std::string ContentPaths::relativePath(const fs::path& absolute) const
 {
     const fs::path* const directory = directoryOf(absolute);
-    return directory ? "/" + absolute.lexically_normal().lexically_relative(*directory).string() : std::string();
+    return directory ? "/" + absolute.lexically_normal().lexically_relative(*directory).string()
+                     : std::string();
 }
 
 } // namespace openhost

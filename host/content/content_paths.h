@@ -9,11 +9,12 @@
 
 namespace openhost {
 
-/// Content grew on disks that ignore case, so a path that does not exist as spelled is looked for ignoring case.
-/// Paths that climb out of a content directory name nothing.
+/// Content grew on disks that ignore case, so a path that does not exist as spelled is looked for ignoring
+/// case. Paths that climb out of a content directory name nothing.
 class ContentPaths {
 public:
-    void add(const std::filesystem::path& directory); ///< at the end; one that is there already stays where it is
+    void
+    add(const std::filesystem::path& directory); ///< at the end; one that is there already stays where it is
     void clear();
     const std::vector<std::filesystem::path>& directories() const { return _directories; }
 
@@ -21,11 +22,12 @@ public:
     /// @param relative  decoded, with or without a leading '/'
     std::filesystem::path resolve(const std::string& relative) const;
 
-    /// Every file with the extension below a folder, united over all directories and sorted by relative path; of equal
-    /// relative paths the first directory's file alone.
+    /// Every file with the extension below a folder, united over all directories and sorted by relative path;
+    /// of equal relative paths the first directory's file alone.
     /// @param relativeFolder  decoded, with or without a leading '/'
     /// @param duplicates      receives the files that were left out
-    std::vector<std::filesystem::path> filesBelow(const std::string& relativeFolder, const std::string& extension,
+    std::vector<std::filesystem::path> filesBelow(const std::string& relativeFolder,
+                                                  const std::string& extension,
                                                   std::vector<std::filesystem::path>* duplicates) const;
 
     /// Path below its directory, beginning with '/'; empty if it is below none.
@@ -37,7 +39,8 @@ private:
     std::vector<std::filesystem::path> _directories;
 };
 
-/// `base`/`relative` as it is on disk, ignoring case where the spelling does not exist; empty if there is none.
+/// `base`/`relative` as it is on disk, ignoring case where the spelling does not exist; empty if there is
+/// none.
 std::filesystem::path FindIgnoringCase(const std::filesystem::path& base, const std::string& relative);
 
 /// ASCII letters to lower case; the others stay.

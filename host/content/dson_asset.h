@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-/// The DSON file format (.dsf, .duf): figures, morphs, presets. All strings are UTF-8; lengths in cm, angles in
-/// degrees. URIs are percent-encoded text; ids and names are raw text.
+/// The DSON file format (.dsf, .duf): figures, morphs, presets. All strings are UTF-8; lengths in cm, angles
+/// in degrees. URIs are percent-encoded text; ids and names are raw text.
 namespace dson {
 
 /// A dial. Which members a file spelled out matters when an instance overlays a definition.
@@ -32,15 +32,28 @@ struct Channel {
     bool autoFollow = false;
     double stepSize = 1.0;
     std::vector<std::string> enumValues;
-    std::string text;           ///< value of a string channel
-    std::string targetChannel;  ///< of an alias
+    std::string text;          ///< value of a string channel
+    std::string targetChannel; ///< of an alias
 };
 
 struct Operation {
-    enum class Kind { PushUrl, PushValue, PushKnot, Add, Sub, Mult, Div, Inv, Neg, SplineLinear, SplineConstant, SplineTcb };
+    enum class Kind {
+        PushUrl,
+        PushValue,
+        PushKnot,
+        Add,
+        Sub,
+        Mult,
+        Div,
+        Inv,
+        Neg,
+        SplineLinear,
+        SplineConstant,
+        SplineTcb
+    };
     Kind kind = Kind::PushValue;
-    std::string url;          ///< of PushUrl
-    double value = 0.0;       ///< of PushValue
+    std::string url;              ///< of PushUrl
+    double value = 0.0;           ///< of PushValue
     std::array<double, 5> knot{}; ///< of PushKnot: in, out, tension, continuity, bias
 };
 
@@ -73,8 +86,8 @@ struct Geometry {
 
 struct Node {
     std::string id, name, label;
-    std::string type = "bone";  ///< figure, bone, node
-    std::string parent;         ///< id of the parent within the file; empty for the root
+    std::string type = "bone"; ///< figure, bone, node
+    std::string parent;        ///< id of the parent within the file; empty for the root
     std::string rotationOrder = "XYZ";
     bool inheritsScale = false;
     std::array<double, 3> centerPoint{}, endPoint{}, orientation{};
@@ -108,9 +121,9 @@ struct MorphData {
 /// A modifier with a dial: a morph when it has data, otherwise a control.
 struct Modifier {
     std::string id, name;
-    std::string parent;      ///< URI of the figure node
+    std::string parent; ///< URI of the figure node
     std::string presentationType = "Modifier/Shape";
-    Channel channel;         ///< id "value"
+    Channel channel; ///< id "value"
     std::string region;
     std::string group = "/"; ///< property path
     std::vector<Formula> formulas;
@@ -121,7 +134,7 @@ Modifier MakeMorph(const std::string& name, const std::string& group);
 
 /// A figure with its mesh, bones and skin: what a figure's own .dsf holds.
 struct FigureAsset {
-    AssetInfo info;        ///< id is the figure file's URI path, such as /data/Acme/Mini/Base/Mini.dsf
+    AssetInfo info; ///< id is the figure file's URI path, such as /data/Acme/Mini/Base/Mini.dsf
     Geometry geometry;
     std::vector<Node> nodes; ///< the figure's root first, parents before children
     SkinBinding skin;
@@ -140,15 +153,15 @@ struct DialValue {
 /// A file that loads one figure into a scene, its dials set.
 struct CharacterAsset {
     AssetInfo info;
-    std::string figureUri;   ///< file and fragment of the figure's root node
-    std::string label;       ///< of the figure in the scene
+    std::string figureUri; ///< file and fragment of the figure's root node
+    std::string label;     ///< of the figure in the scene
     std::vector<DialValue> dials;
 };
 
 /// A D-Former preset with an influence weight map.
 struct DFormAsset {
     AssetInfo info;
-    std::string name;        ///< "D-Former_1"
+    std::string name; ///< "D-Former_1"
     std::uint32_t vertexCount = 0;
     std::vector<std::uint32_t> vertices;
     std::vector<float> weights; ///< 0..1

@@ -6,6 +6,7 @@
 #include "geometry/errors.h"
 #include "host/content/dson_uri.h"
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
 
@@ -24,9 +25,11 @@ float Finite(double value, const char* what, std::size_t index)
 /// 3.0 as `3`: whole numbers are written without a fraction, as the format's own files have them.
 Json Number(double value)
 {
+    if (!std::isfinite(static_cast<float>(value)))
+        throw geometry::FormatError("a value of a channel or formula is not a finite number");
     if (value == std::floor(value) && std::abs(value) < 1e9)
         return static_cast<std::int64_t>(value);
-    return Finite(value, "channel value", 0);
+    return static_cast<float>(value);
 }
 
 Json List(Json values)
@@ -152,7 +155,8 @@ const char* OperationName(Operation::Kind kind)
     return "push";
 }
 
-Json EmitOperation(const Operation& operation)
+/// @param knotLength  numbers in a knot: in and out, and three more for splines with tension
+Json EmitOperation(const Operation& operation, std::size_t knotLength)
 {
     Json json{{"op", OperationName(operation.kind)}};
     if (operation.kind == Operation::Kind::PushUrl)
@@ -160,8 +164,8 @@ Json EmitOperation(const Operation& operation)
     if (operation.kind == Operation::Kind::PushValue)
         json["val"] = Number(operation.value);
     if (operation.kind == Operation::Kind::PushKnot)
-        for (const double value : operation.knot)
-            json["val"].push_back(Number(value));
+        for (std::size_t i = 0; i < knotLength; ++i)
+            json["val"].push_back(Number(operation.knot[i]));
     return json;
 }
 
@@ -173,8 +177,12 @@ Json EmitFormulas(const std::vector<Formula>& formulas)
         if (formula.stage == Formula::Stage::Multiply)
             json["stage"] = "mult";
         json["operations"] = Json::array();
+        const bool hasTension =
+            std::any_of(formula.operations.begin(), formula.operations.end(), [](const Operation& operation) {
+                return operation.kind == Operation::Kind::SplineTcb;
+            });
         for (const Operation& operation : formula.operations)
-            json["operations"].push_back(EmitOperation(operation));
+            json["operations"].push_back(EmitOperation(operation, hasTension ? 5 : 2));
         list.push_back(std::move(json));
     }
     return list;
@@ -229,7 +237,8 @@ Json EmitResolutionChannels(int level)
     Json channels = Json::array();
     for (const Channel& channel : {view, render})
         channels.push_back({{"channel", EmitChannel(channel)}, {"group", "/General/Mesh Resolution"}});
-    return Json{{"type", "studio_geometry_channels"}, {"version", "0.1.8"}, {"channels", std::move(channels)}};
+    return Json{
+        {"type", "studio_geometry_channels"}, {"version", "0.1.8"}, {"channels", std::move(channels)}};
 }
 
 } // namespace
@@ -237,7 +246,8 @@ Json EmitResolutionChannels(int level)
 Json EmitWeights(const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights)
 {
     if (vertices.size() != weights.size())
-        throw geometry::FormatError("weight map has {} vertices but {} weights", vertices.size(), weights.size());
+        throw geometry::FormatError("weight map has {} vertices but {} weights", vertices.size(),
+                                    weights.size());
     Json rows = Json::array();
     for (std::size_t i = 0; i < vertices.size(); ++i)
         rows.push_back(Json::array({vertices[i], Finite(weights[i], "weight", i)}));
@@ -310,23 +320,22 @@ Json EmitSkin(const SkinBinding& skin, const std::string& figureId, const std::s
         mappings.push_back(Json::array({joint.node, joint.node}));
     }
     // Without the settings the host loads the binding but does not deform by it.
-    const Json settings{{"type", "skin_settings"},
-                        {"auto_normalize_general", true},
-                        {"auto_normalize_local", true},
-                        {"auto_normalize_scale", true},
-                        {"binding_mode", "General"},
-                        {"general_map_mode", skin.dualQuaternion ? "DualQuat" : "Linear"},
-                        {"scale_mode", "BindingMaps"}};
-    return Json{{"id", skin.id},
-                {"name", skin.id},
-                {"parent", "#" + EncodeFragment(geometryId)},
-                {"skin",
-                 {{"node", "#" + EncodeFragment(figureId)},
-                  {"geometry", "#" + EncodeFragment(geometryId)},
-                  {"vertex_count", skin.vertexCount},
-                  {"joints", std::move(joints)},
-                  {"selection_map", Json::array({Json{{"id", "Bones"}, {"mappings", std::move(mappings)}}})}}},
-                {"extra", Json::array({settings})}};
+    const Json settings{
+        {"type", "skin_settings"},      {"auto_normalize_general", true},
+        {"auto_normalize_local", true}, {"auto_normalize_scale", true},
+        {"binding_mode", "General"},    {"general_map_mode", skin.dualQuaternion ? "DualQuat" : "Linear"},
+        {"scale_mode", "BindingMaps"}};
+    return Json{
+        {"id", skin.id},
+        {"name", skin.id},
+        {"parent", "#" + EncodeFragment(geometryId)},
+        {"skin",
+         {{"node", "#" + EncodeFragment(figureId)},
+          {"geometry", "#" + EncodeFragment(geometryId)},
+          {"vertex_count", skin.vertexCount},
+          {"joints", std::move(joints)},
+          {"selection_map", Json::array({Json{{"id", "Bones"}, {"mappings", std::move(mappings)}}})}}},
+        {"extra", Json::array({settings})}};
 }
 
 Json EmitModifier(const Modifier& modifier)
@@ -346,10 +355,11 @@ Json EmitModifier(const Modifier& modifier)
         Json rows = Json::array();
         for (std::size_t i = 0; i < deltas.size(); ++i) {
             const geometry::Vec3f delta = deltas.deltas[i];
-            rows.push_back(Json::array({deltas.vertices[i], Finite(delta.x, "delta", i), Finite(delta.y, "delta", i),
-                                        Finite(delta.z, "delta", i)}));
+            rows.push_back(Json::array({deltas.vertices[i], Finite(delta.x, "delta", i),
+                                        Finite(delta.y, "delta", i), Finite(delta.z, "delta", i)}));
         }
-        json["morph"] = Json{{"vertex_count", modifier.morph->vertexCount}, {"deltas", List(std::move(rows))}};
+        json["morph"] =
+            Json{{"vertex_count", modifier.morph->vertexCount}, {"deltas", List(std::move(rows))}};
         if (!modifier.morph->hdUrl.empty())
             json["morph"]["hd_url"] = modifier.morph->hdUrl;
     }

@@ -32,6 +32,9 @@ std::size_t ReadRow(const Element& row, double* numbers, std::size_t room)
     return count;
 }
 
+/// Above every index that 32 bits hold.
+constexpr double unlimited = 4294967295.0;
+
 bool IsIndex(double number, double limit)
 {
     return number >= 0.0 && number < limit && number == std::floor(number);
@@ -69,8 +72,8 @@ void ParseFaces(const Element& json, geometry::Topology& topology, const ParseCo
         std::uint32_t corners[4];
         for (std::size_t c = 2; c < count; ++c) {
             if (!IsIndex(n[c], topology.vertexCount))
-                throw FormatError("{}: face {} names vertex {} but only {} are defined", context.name, face, n[c],
-                                  topology.vertexCount);
+                throw FormatError("{}: face {} names vertex {} but only {} are defined", context.name, face,
+                                  n[c], topology.vertexCount);
             corners[c - 2] = static_cast<std::uint32_t>(n[c]);
         }
         if (!IsIndex(n[0], static_cast<double>(topology.groupNames.size())) ||
@@ -101,14 +104,13 @@ JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, const Pa
     joint.node = ParseUri(Text(json, "node")).id;
     if (joint.node.empty())
         joint.node = Text(json, "id");
-    const auto weights = Find(json, "node_weights");
-    if (!weights)
-        return joint;
-    ForEach(*weights, "values", [&](const Element& row) {
+    // A skin that does not say for how many vertices it is, is checked against the mesh that it binds.
+    const double limit = vertexCount > 0 ? vertexCount : unlimited;
+    ForEachValue(json, "node_weights", [&](const Element& row) {
         double pair[2];
-        if (ReadRow(row, pair, 2) != 2 || !IsIndex(pair[0], vertexCount) || !std::isfinite(pair[1]))
-            throw FormatError("{}: weight {} of joint {} is out of range", context.name, joint.vertices.size(),
-                              joint.node);
+        if (ReadRow(row, pair, 2) != 2 || !IsIndex(pair[0], limit) || !std::isfinite(pair[1]))
+            throw FormatError("{}: weight {} of joint {} is out of range", context.name,
+                              joint.vertices.size(), joint.node);
         joint.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
         joint.weights.push_back(static_cast<float>(std::clamp(pair[1], 0.0, 1.0)));
     });
@@ -118,7 +120,9 @@ JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, const Pa
 /// Ascending vertices, each once, the last of equal ones kept.
 void SortDeltas(geometry::SparseDeltas& deltas, ParseContext& context)
 {
-    if (std::is_sorted(deltas.vertices.begin(), deltas.vertices.end(), std::less_equal<>()))
+    const auto disorder =
+        std::adjacent_find(deltas.vertices.begin(), deltas.vertices.end(), std::greater_equal<>());
+    if (disorder == deltas.vertices.end())
         return;
     std::vector<std::size_t> order(deltas.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
@@ -150,8 +154,8 @@ Geometry ParseGeometry(const Element& json, ParseContext& context)
     geometry.subdivisionSurface = Text(json, "type", "polygon_mesh") == "subdivision_surface";
     geometry.edgeInterpolation = Text(json, "edge_interpolation_mode", "no_interpolation");
     geometry.defaultUvSet = Text(json, "default_uv_set");
-    constexpr double finestLevel = 10.0;
-    geometry.subdivisionLevel = static_cast<int>(std::clamp(ResolutionLevel(json).value_or(1.0), 0.0, finestLevel));
+    geometry.subdivisionLevel = static_cast<int>(
+        std::clamp(ResolutionLevel(json).value_or(1.0), 0.0, double{finestSubdivisionLevel}));
     geometry.mesh.positions = ParsePositions(json, context);
     auto topology = std::make_shared<geometry::Topology>();
     topology->vertexCount = static_cast<std::uint32_t>(geometry.mesh.positions.size());
@@ -172,7 +176,7 @@ SkinDefinition ParseSkin(const Element& modifier, ParseContext& context)
     definition.node = ParseUri(Text(*skin, "node")).id;
     definition.geometry = ParseUri(Text(*skin, "geometry")).id;
     definition.binding.vertexCount =
-        static_cast<std::uint32_t>(std::clamp(Number(*skin, "vertex_count").value_or(0.0), 0.0, 4294967295.0));
+        static_cast<std::uint32_t>(std::max<std::int64_t>(Count(*skin, "vertex_count", 0), 0));
     ForEach(*skin, "joints", [&](const Element& joint) {
         definition.binding.joints.push_back(ParseJoint(joint, definition.binding.vertexCount, context));
     });
@@ -186,8 +190,8 @@ SkinDefinition ParseSkin(const Element& modifier, ParseContext& context)
 geometry::SparseDeltas ParseDeltas(const Element& morph, ParseContext& context)
 {
     geometry::SparseDeltas result;
-    const double vertexCount = Number(morph, "vertex_count").value_or(-1.0);
-    const double limit = vertexCount > 0.0 ? vertexCount : 4294967295.0;
+    const std::int64_t vertexCount = Count(morph, "vertex_count", -1);
+    const double limit = vertexCount > 0 ? static_cast<double>(vertexCount) : unlimited;
     std::size_t dropped = 0;
     ForEachValue(morph, "deltas", [&](const Element& row) {
         double n[4];
@@ -198,11 +202,12 @@ geometry::SparseDeltas ParseDeltas(const Element& morph, ParseContext& context)
             return;
         }
         result.vertices.push_back(static_cast<std::uint32_t>(n[0]));
-        result.deltas.push_back({static_cast<float>(n[1]), static_cast<float>(n[2]), static_cast<float>(n[3])});
+        result.deltas.push_back(
+            {static_cast<float>(n[1]), static_cast<float>(n[2]), static_cast<float>(n[3])});
     });
     if (dropped > 0)
-        context.warnings.push_back(
-            fmt::format("{}: {} deltas name no vertex or are no numbers and are left out", context.name, dropped));
+        context.warnings.push_back(fmt::format(
+            "{}: {} deltas name no vertex or are no numbers and are left out", context.name, dropped));
     SortDeltas(result, context);
     return result;
 }

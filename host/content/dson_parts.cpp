@@ -5,6 +5,9 @@
 
 #include "host/content/dson_uri.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include <fmt/format.h>
 
 namespace dson {
@@ -62,9 +65,13 @@ void ParseChannels(const Element& node, std::string_view member, std::array<Chan
             return;
         }
         const std::string name = channel.name;
+        const double value = channel.value;
         channel = ParseChannel(item);
         if (channel.name.empty())
             channel.name = name;
+        // A scale that is not spelled out is 1, not a channel's usual 0.
+        if (!Find(item, "value"))
+            channel.value = value;
     });
 }
 
@@ -104,11 +111,15 @@ std::optional<Operation> ParsePush(const Element& json)
 std::optional<Operation> ParseOperation(const Element& json)
 {
     using Kind = Operation::Kind;
-    static const std::map<std::string, Kind> kinds{
-        {"add", Kind::Add},   {"sub", Kind::Sub},   {"mult", Kind::Mult},
-        {"div", Kind::Div},   {"inv", Kind::Inv},   {"neg", Kind::Neg},
-        {"spline_linear", Kind::SplineLinear}, {"spline_constant", Kind::SplineConstant},
-        {"spline_tcb", Kind::SplineTcb}};
+    static const std::map<std::string, Kind> kinds{{"add", Kind::Add},
+                                                   {"sub", Kind::Sub},
+                                                   {"mult", Kind::Mult},
+                                                   {"div", Kind::Div},
+                                                   {"inv", Kind::Inv},
+                                                   {"neg", Kind::Neg},
+                                                   {"spline_linear", Kind::SplineLinear},
+                                                   {"spline_constant", Kind::SplineConstant},
+                                                   {"spline_tcb", Kind::SplineTcb}};
     const std::string name = Text(json, "op");
     if (name == "push")
         return ParsePush(json);
@@ -128,20 +139,20 @@ std::optional<InfluenceMap> ParseInfluenceMap(const Element& holder, const std::
     InfluenceMap map;
     map.owner = owner;
     map.isDForm = inDForm;
-    const auto count = Number(holder, "influence_vertex_count");
-    map.vertexCount = static_cast<std::int64_t>(count ? *count : Number(holder, "vertex_count").value_or(-1.0));
+    map.vertexCount = Count(holder, "influence_vertex_count", Count(holder, "vertex_count", -1));
     bool isMap = true;
     ForEachValue(holder, "influence_weights", [&](const Element& row) {
         double pair[2] = {-1.0, 0.0};
-        std::size_t index = 0;
+        std::size_t numbers = 0;
         if (row.is_array())
             for (const Element item : Items(row))
-                if (index < 2)
-                    pair[index++] = AsNumber(item).value_or(-1.0);
-        isMap = isMap && index == 2 && pair[0] >= 0.0 && pair[0] < 4294967295.0;
+                if (const auto number = AsNumber(item); number && numbers < 2)
+                    pair[numbers++] = *number;
+        isMap = isMap && numbers == 2 && pair[0] >= 0.0 && pair[0] < 4294967295.0 &&
+                pair[0] == std::floor(pair[0]);
         if (isMap) {
             map.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
-            map.weights.push_back(static_cast<float>(pair[1]));
+            map.weights.push_back(static_cast<float>(std::clamp(pair[1], 0.0, 1.0)));
         }
     });
     if (!isMap || map.vertices.empty())
@@ -167,7 +178,8 @@ void CollectFromObject(const Element& element, std::string owner, bool inDForm, 
 void CollectFrom(const Element& element, const std::string& owner, bool inDForm, int depth,
                  std::vector<InfluenceMap>& maps)
 {
-    // Geometry and delta lists cannot hold maps; entering only objects and arrays of them keeps the walk short.
+    // Geometry and delta lists cannot hold maps; entering only objects and arrays of them keeps the walk
+    // short.
     constexpr int deepest = 64;
     if (depth > deepest)
         return;
@@ -233,7 +245,8 @@ std::vector<Formula> ParseFormulas(const Element& owner, ParseContext& context)
         Formula formula;
         formula.output = Text(json, "output");
         const std::string stage = Text(json, "stage", "sum");
-        formula.stage = stage == "mult" || stage == "multiply" ? Formula::Stage::Multiply : Formula::Stage::Sum;
+        formula.stage =
+            stage == "mult" || stage == "multiply" ? Formula::Stage::Multiply : Formula::Stage::Sum;
         bool isComplete = !formula.output.empty();
         ForEach(json, "operations", [&](const Element& item) {
             const auto operation = ParseOperation(item);
@@ -244,8 +257,8 @@ std::vector<Formula> ParseFormulas(const Element& owner, ParseContext& context)
         if (isComplete && !formula.operations.empty())
             formulas.push_back(std::move(formula));
         else
-            context.warnings.push_back(fmt::format("{}: a formula for {} cannot be understood and is left out",
-                                                   context.name, formula.output));
+            context.warnings.push_back(fmt::format(
+                "{}: a formula for {} cannot be understood and is left out", context.name, formula.output));
     });
     return formulas;
 }
@@ -276,7 +289,9 @@ Modifier ParseModifier(const Element& json, ParseContext& context)
 {
     Modifier modifier;
     modifier.id = Text(json, "id");
-    modifier.name = Text(json, "name", modifier.id);
+    modifier.name = Text(json, "name");
+    if (modifier.name.empty())
+        modifier.name = modifier.id;
     modifier.parent = Text(json, "parent");
     if (const auto presentation = Find(json, "presentation"))
         modifier.presentationType = Text(*presentation, "type");
@@ -291,7 +306,7 @@ Modifier ParseModifier(const Element& json, ParseContext& context)
     modifier.formulas = ParseFormulas(json, context);
     if (const auto morph = Find(json, "morph")) {
         modifier.morph.emplace();
-        modifier.morph->vertexCount = static_cast<std::int64_t>(Number(*morph, "vertex_count").value_or(-1.0));
+        modifier.morph->vertexCount = Count(*morph, "vertex_count", -1);
         modifier.morph->hdUrl = Text(*morph, "hd_url");
         if (context.options.deltas)
             modifier.morph->deltas = ParseDeltas(*morph, context);
@@ -318,8 +333,9 @@ NodeInstance ParseNodeInstance(const Element& json)
         geometry.url = Text(item, "url");
         geometry.name = Text(item, "name");
         geometry.label = Text(item, "label");
-        if (const auto level = Number(item, "current_subdivision_level"))
-            geometry.subdivisionLevel = static_cast<int>(*level);
+        if (Find(item, "current_subdivision_level"))
+            geometry.subdivisionLevel = static_cast<int>(std::clamp<std::int64_t>(
+                Count(item, "current_subdivision_level", 1), 0, finestSubdivisionLevel));
         ForEach(item, "extra", [&](const Element& extra) {
             ForEach(extra, "channels", [&](const Element& entry) {
                 if (const auto channel = Find(entry, "channel"))

@@ -8,6 +8,9 @@
 
 namespace dson {
 
+/// Levels above it are read as this one.
+constexpr int finestSubdivisionLevel = 10;
+
 /// What the parsing of one file hands around.
 struct ParseContext {
     std::string name; ///< of the file, for messages

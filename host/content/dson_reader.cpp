@@ -6,8 +6,9 @@
 #include "geometry/errors.h"
 #include "host/content/dson_parts.h"
 #include "host/content/file_text.h"
+#include "host/content/json_text.h"
 
-#include <cstdlib>
+#include <charconv>
 
 namespace dson {
 
@@ -25,8 +26,10 @@ public:
             if (!error)
                 _warnings.push_back(_name + ": has commas before closing brackets");
         }
+        if (error == simdjson::DEPTH_ERROR)
+            throw geometry::FormatError("{}: is nested too deeply", _name);
         if (error)
-            throw geometry::FormatError("{}: is not valid JSON", _name);
+            throwInvalid(text);
         if (!_root.is_object())
             throw geometry::FormatError("{}: is not a DSON file", _name);
     }
@@ -36,6 +39,15 @@ public:
     std::vector<std::string>& warnings() { return _warnings; }
 
 private:
+    [[noreturn]] void throwInvalid(const std::string& text) const
+    {
+        // The fast parser does not say where; numbers that no double holds pass the other one.
+        const std::size_t line = LineOfError(text);
+        if (line == 0)
+            throw geometry::FormatError("{}: is not valid JSON", _name);
+        throw geometry::FormatError("{}: line {} is not valid JSON", _name, line);
+    }
+
     std::string _name;
     simdjson::dom::parser _parser;
     Element _root;
@@ -47,7 +59,9 @@ void CheckVersion(const ParsedFile& file, std::vector<std::string>& warnings)
     const std::string version = Text(file.root(), "file_version");
     if (version.empty())
         throw geometry::FormatError("{}: is not a DSON file: it has no file_version", file.name());
-    if (std::atof(version.c_str()) >= 1.0)
+    int major = 0;
+    std::from_chars(version.data(), version.data() + version.size(), major);
+    if (major >= 1)
         warnings.push_back(file.name() + ": has the newer format version " + version);
 }
 
@@ -55,7 +69,8 @@ void ReadLibraries(const Element& root, Document& document, ParseContext& contex
 {
     ForEach(root, "geometry_library",
             [&](const Element& json) { document.geometries.push_back(ParseGeometry(json, context)); });
-    ForEach(root, "node_library", [&](const Element& json) { document.nodes.push_back(ParseNode(json, context)); });
+    ForEach(root, "node_library",
+            [&](const Element& json) { document.nodes.push_back(ParseNode(json, context)); });
     ForEach(root, "modifier_library", [&](const Element& json) {
         if (Find(json, "skin"))
             document.skins.push_back(ParseSkin(json, context));
@@ -66,7 +81,8 @@ void ReadLibraries(const Element& root, Document& document, ParseContext& contex
 
 void ReadScene(const Element& scene, Document& document)
 {
-    ForEach(scene, "nodes", [&](const Element& json) { document.nodeInstances.push_back(ParseNodeInstance(json)); });
+    ForEach(scene, "nodes",
+            [&](const Element& json) { document.nodeInstances.push_back(ParseNodeInstance(json)); });
     ForEach(scene, "modifiers",
             [&](const Element& json) { document.modifierInstances.push_back(ParseModifierInstance(json)); });
     ForEach(scene, "animations", [&](const Element& json) {

@@ -13,7 +13,8 @@
 
 namespace dson {
 
-/// A channel value that an instance sets, by the channel's id within its member ("rotation/x", "general_scale").
+/// A channel value that an instance sets, by the channel's id within its member ("rotation/x",
+/// "general_scale").
 using ChannelValues = std::map<std::string, double>;
 
 struct GeometryInstance {
@@ -24,9 +25,9 @@ struct GeometryInstance {
 
 struct NodeInstance {
     std::string id, url, name, label;
-    std::string parent;        ///< "#id" of the parent instance, or a selection URI; empty for a root
+    std::string parent; ///< "#id" of the parent instance, or a selection URI; empty for a root
     std::string conformTarget;
-    ChannelValues channels;    ///< "translation/x" ... "general_scale"
+    ChannelValues channels; ///< "translation/x" ... "general_scale"
     std::vector<GeometryInstance> geometries;
 };
 
@@ -77,8 +78,8 @@ struct ReadOptions {
     bool deltas = true; ///< off: morphs come without their displacements, which are read later by ReadDeltas
 };
 
-/// Reads a plain or compressed file. Lenient where shipped files are (counts, commas, encodings): such things become
-/// warnings. Face, delta and weight indices are checked here.
+/// Reads a plain or compressed file. Lenient where shipped files are (counts, commas, encodings): such things
+/// become warnings. Face, delta and weight indices are checked here.
 /// @throws geometry::IoError      the file cannot be read
 /// @throws geometry::FormatError  the file is no DSON: names the file and what is wrong
 Document ReadDocument(const std::filesystem::path& file, const ReadOptions& options = {});

@@ -29,8 +29,8 @@ std::string Encode(std::string_view text, bool keepSlash)
     std::string result;
     for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
-        const bool plain = (byte < 0x80 && std::isalnum(byte)) || c == '-' || c == '_' || c == '.' || c == '~' ||
-                           (keepSlash && c == '/');
+        const bool plain = (byte < 0x80 && std::isalnum(byte)) || c == '-' || c == '_' || c == '.' ||
+                           c == '~' || (keepSlash && c == '/');
         if (plain) {
             result += c;
         } else {

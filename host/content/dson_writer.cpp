@@ -6,6 +6,7 @@
 #include "geometry/atomic_file.h"
 #include "geometry/errors.h"
 #include "host/content/dson_emit.h"
+#include "host/content/dson_rewrite.h"
 #include "host/content/gzip.h"
 
 #include <set>
@@ -16,12 +17,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path WriteFile(const AssetInfo& info, const Json& json, const fs::path& contentDirectory,
-                   const WriteOptions& options)
+fs::path FilePath(const AssetInfo& info, const fs::path& contentDirectory)
 {
     if (info.id.empty() || info.id.front() != '/' || LeavesFolder(info.id))
         throw geometry::FormatError("{} is no path within a content directory", info.id);
-    const fs::path file = contentDirectory / info.id.substr(1);
+    return contentDirectory / info.id.substr(1);
+}
+
+fs::path WriteFile(const AssetInfo& info, const Json& json, const fs::path& contentDirectory,
+                   const WriteOptions& options)
+{
+    const fs::path file = FilePath(info, contentDirectory);
     std::error_code error;
     fs::create_directories(file.parent_path(), error);
     if (error)
@@ -51,7 +57,8 @@ std::string Reference(const std::string& id)
     return "#" + EncodeFragment(id);
 }
 
-Json EmitNodeInstances(const CharacterAsset& character, const FigureAsset& figure, const std::string& geometryId)
+Json EmitNodeInstances(const CharacterAsset& character, const FigureAsset& figure,
+                       const std::string& geometryId)
 {
     const std::string& path = figure.info.id;
     Json nodes = Json::array();
@@ -64,21 +71,21 @@ Json EmitNodeInstances(const CharacterAsset& character, const FigureAsset& figur
         if (!isRoot)
             json["parent"] = Reference(node.parent);
         else
-            json["geometries"] = Json::array({Json{{"id", geometryId},
-                                                   {"url", MakeUri(path, figure.geometry.id)},
-                                                   {"name", figure.geometry.name},
-                                                   {"label", figure.geometry.label},
-                                                   {"type", figure.geometry.subdivisionSurface ? "subdivision_surface"
-                                                                                               : "polygon_mesh"},
-                                                   {"current_subdivision_level", figure.geometry.subdivisionLevel},
-                                                   {"edge_interpolation_mode", figure.geometry.edgeInterpolation}}});
+            json["geometries"] = Json::array(
+                {Json{{"id", geometryId},
+                      {"url", MakeUri(path, figure.geometry.id)},
+                      {"name", figure.geometry.name},
+                      {"label", figure.geometry.label},
+                      {"type", figure.geometry.subdivisionSurface ? "subdivision_surface" : "polygon_mesh"},
+                      {"current_subdivision_level", figure.geometry.subdivisionLevel},
+                      {"edge_interpolation_mode", figure.geometry.edgeInterpolation}}});
         nodes.push_back(std::move(json));
     }
     return nodes;
 }
 
-Json EmitModifierInstances(const CharacterAsset& character, const FigureAsset& figure, const std::string& geometryId,
-                           InstanceIds& ids)
+Json EmitModifierInstances(const CharacterAsset& character, const FigureAsset& figure,
+                           const std::string& geometryId, InstanceIds& ids)
 {
     Json modifiers = Json::array();
     modifiers.push_back({{"id", ids.take(figure.skin.id + "-1")},
@@ -116,12 +123,14 @@ fs::path WriteMorph(const AssetInfo& info, const Modifier& modifier, const fs::p
     Json json = EmitFileHead(info);
     json["modifier_library"] = Json::array({EmitModifier(modifier)});
     // The instance's id must differ from the library's in the same file.
-    json["scene"] = Json{{"modifiers", Json::array({Json{{"id", modifier.id + "-1"}, {"url", Reference(modifier.id)}}})}};
+    json["scene"] =
+        Json{{"modifiers", Json::array({Json{{"id", modifier.id + "-1"}, {"url", Reference(modifier.id)}}})}};
+    json = KeepUnknown(std::move(json), FilePath(info, contentDirectory));
     return WriteFile(info, json, contentDirectory, options);
 }
 
-fs::path WriteCharacter(const CharacterAsset& character, const FigureAsset& figure, const fs::path& contentDirectory,
-                        const WriteOptions& options)
+fs::path WriteCharacter(const CharacterAsset& character, const FigureAsset& figure,
+                        const fs::path& contentDirectory, const WriteOptions& options)
 {
     InstanceIds ids;
     for (const Node& node : figure.nodes)

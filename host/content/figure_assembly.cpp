@@ -24,6 +24,8 @@
 #include "host/figure/skin_access.h"
 #include "host/scene/host_log.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 namespace openhost {
@@ -37,7 +39,8 @@ QString ToQ(const std::string& text)
 
 DzVec3 ToVector(const std::array<double, 3>& values)
 {
-    return DzVec3(static_cast<float>(values[0]), static_cast<float>(values[1]), static_cast<float>(values[2]));
+    return DzVec3(static_cast<float>(values[0]), static_cast<float>(values[1]),
+                  static_cast<float>(values[2]));
 }
 
 std::unique_ptr<DzNode> MakeNodeOfType(const std::string& type)
@@ -111,6 +114,21 @@ std::unique_ptr<DzObject> MakeObject(const dson::Geometry& geometry)
     return object;
 }
 
+/// Without the deltas of vertices that the mesh does not have: files may leave their vertex count open.
+geometry::SparseDeltas WithinMesh(geometry::SparseDeltas deltas, int vertexCount, const std::string& file)
+{
+    const auto end = std::lower_bound(deltas.vertices.begin(), deltas.vertices.end(),
+                                      static_cast<std::uint32_t>(vertexCount));
+    const auto kept = static_cast<std::size_t>(end - deltas.vertices.begin());
+    if (kept < deltas.size())
+        LogWarning(
+            ToQ(fmt::format("{}: {} deltas are of vertices that the figure does not have and are left out",
+                            file, deltas.size() - kept)));
+    deltas.vertices.resize(kept);
+    deltas.deltas.resize(kept);
+    return deltas;
+}
+
 /// A dial of the host for a modifier's channel.
 void ApplyDial(DzNumericProperty& property, const dson::Modifier& modifier)
 {
@@ -140,6 +158,7 @@ struct FigureAssembly::Impl {
     std::unordered_map<std::string, DzNumericProperty*> dials;
     std::vector<PendingFormula> formulas;
     std::vector<PendingAlias> aliases;
+    std::vector<std::string> forOtherMeshes; ///< files of morphs with another vertex count
 
     DzNode* node(const std::string& idOrName) const
     {
@@ -210,13 +229,12 @@ struct FigureAssembly::Impl {
 
     void bind(const dson::SkinDefinition& skin, std::size_t vertexCount)
     {
-        if (skin.binding.vertexCount != vertexCount)
-            throw geometry::FormatError("{}: the skin is for {} vertices but the mesh has {}",
-                                        definition->file.string(), skin.binding.vertexCount, vertexCount);
+        checkSkin(skin.binding, vertexCount);
         auto binding = std::make_unique<DzSkinBinding>();
         binding->setName(ToQ(skin.binding.id));
         binding->setTargetVertexCount(static_cast<int>(vertexCount));
-        binding->setGeneralMapMode(skin.binding.dualQuaternion ? DzSkinBinding::DualQuat : DzSkinBinding::Linear);
+        binding->setGeneralMapMode(skin.binding.dualQuaternion ? DzSkinBinding::DualQuat
+                                                               : DzSkinBinding::Linear);
         auto selectionMap = std::make_unique<DzSelectionMap>();
         for (const dson::JointBinding& joint : skin.binding.joints) {
             auto* const bone = qobject_cast<DzBone*>(node(joint.node));
@@ -227,6 +245,18 @@ struct FigureAssembly::Impl {
         }
         root->setSelectionMap(selectionMap.release());
         root->getObject()->addModifier(binding.release());
+    }
+
+    void checkSkin(const dson::SkinBinding& skin, std::size_t vertexCount) const
+    {
+        if (skin.vertexCount != 0 && skin.vertexCount != vertexCount)
+            throw geometry::FormatError("{}: the skin is for {} vertices but the mesh has {}",
+                                        definition->file.string(), skin.vertexCount, vertexCount);
+        for (const dson::JointBinding& joint : skin.joints)
+            for (const std::uint32_t vertex : joint.vertices)
+                if (vertex >= vertexCount)
+                    throw geometry::FormatError("{}: joint {} binds vertex {} but the mesh has {}",
+                                                definition->file.string(), joint.node, vertex, vertexCount);
     }
 
     bool isOurs(const dson::Modifier& modifier, const dson::Document& file) const
@@ -274,8 +304,7 @@ struct FigureAssembly::Impl {
         const int baseCount = baseVertexCount();
         const bool isChecked = modifier.morph->vertexCount > 0;
         if (isChecked && modifier.morph->vertexCount != baseCount) {
-            LogWarning(ToQ(fmt::format("{}: morph {} is for {} vertices but the figure has {}; it is left out",
-                                       file.file.string(), modifier.name, modifier.morph->vertexCount, baseCount)));
+            forOtherMeshes.push_back(file.file.string());
             return;
         }
         const DzUri uri(ToQ(dson::MakeUri(filePath, modifier.id)));
@@ -283,11 +312,7 @@ struct FigureAssembly::Impl {
         deltas->setTargetVertexCount(baseCount);
         deltas->setUri(uri);
         DeltasAccess::setLoader(*deltas, [path = file.file, id = modifier.id, baseCount] {
-            geometry::SparseDeltas loaded = dson::ReadDeltas(path, id);
-            if (!loaded.empty() && loaded.vertices.back() >= static_cast<std::uint32_t>(baseCount))
-                throw geometry::FormatError("{}: morph {} moves vertex {} but the figure has {}", path.string(), id,
-                                            loaded.vertices.back(), baseCount);
-            return loaded;
+            return WithinMesh(dson::ReadDeltas(path, id), baseCount, path.string());
         });
         auto morph = std::make_unique<DzMorph>(deltas);
         morph->setName(ToQ(modifier.name));
@@ -367,12 +392,16 @@ FigureAssembly::FigureAssembly(FigureAssembly&&) noexcept = default;
 
 void FigureAssembly::addMorphsOnDisk(AssetLibrary& library)
 {
+    // A figure within a scene file has no folder of its own.
+    if (_impl->uriPath.empty())
+        return;
     const std::string folder = _impl->uriPath.substr(0, _impl->uriPath.rfind('/') + 1) + "Morphs";
     std::vector<std::filesystem::path> duplicates;
     const std::vector<std::filesystem::path> files = library.paths().filesBelow(folder, ".dsf", &duplicates);
     if (!duplicates.empty())
-        LogWarning(ToQ(fmt::format("{} morph files of {} are in more than one content library; the first is used",
-                                   duplicates.size(), _impl->uriPath)));
+        LogWarning(
+            ToQ(fmt::format("{} morph files of {} are in more than one content library; the first is used",
+                            duplicates.size(), _impl->uriPath)));
     for (const auto& document : library.readAll(files))
         if (document)
             addModifiers(document, library.paths().relativePath(document->file));
@@ -398,6 +427,11 @@ void FigureAssembly::connectFormulas()
             alias.property->setAliasTarget(target);
     _impl->formulas.clear();
     _impl->aliases.clear();
+    if (!_impl->forOtherMeshes.empty())
+        LogWarning(
+            ToQ(fmt::format("{}: {} morphs are for a mesh of another size and are left out, such as {}",
+                            _impl->uriPath, _impl->forOtherMeshes.size(), _impl->forOtherMeshes.front())));
+    _impl->forOtherMeshes.clear();
     if (missing + notUnderstood > 0)
         LogWarning(ToQ(fmt::format("{}: {} formulas name what is not installed and {} cannot be understood",
                                    _impl->uriPath, missing, notUnderstood)));

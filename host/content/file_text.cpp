@@ -22,7 +22,8 @@ std::string ReadBytes(const std::filesystem::path& file)
     std::error_code error;
     if (std::filesystem::is_directory(file, error))
         throw geometry::IoError("cannot read {}: it is a folder", file.string());
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen(file.c_str(), "rbe"), std::fclose);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen(file.c_str(), "rbe"),
+                                                                 std::fclose);
     if (!stream)
         throw geometry::IoError("cannot read {}: {}", file.string(), std::strerror(errno));
     std::string bytes;
@@ -59,10 +60,13 @@ void AppendUtf8(std::string& text, std::uint32_t code)
     }
 }
 
-std::string FromUtf16(std::string_view bytes, bool bigEndian)
+std::string FromUtf16(std::string_view bytes, bool bigEndian, const std::string& name)
 {
+    if (bytes.size() % 2 != 0)
+        throw geometry::FormatError("{}: the UTF-16 text is cut off", name);
     const auto unit = [&](std::size_t at) -> std::uint32_t {
-        const auto first = static_cast<unsigned char>(bytes[at]), second = static_cast<unsigned char>(bytes[at + 1]);
+        const auto first = static_cast<unsigned char>(bytes[at]),
+                   second = static_cast<unsigned char>(bytes[at + 1]);
         return bigEndian ? first << 8 | second : second << 8 | first;
     };
     std::string text;
@@ -95,12 +99,14 @@ std::string ReadText(const std::filesystem::path& file)
     if (StartsWith(bytes, "\xEF\xBB\xBF"))
         return bytes.substr(3);
     // A JSON text starts with an ASCII character, so a zero byte beside it tells UTF-16 without a mark.
-    const bool littleEndian = StartsWith(bytes, "\xFF\xFE") || (bytes.size() > 1 && bytes[0] != 0 && bytes[1] == 0);
-    const bool bigEndian = StartsWith(bytes, "\xFE\xFF") || (bytes.size() > 1 && bytes[0] == 0 && bytes[1] == '{');
+    const bool littleEndian =
+        StartsWith(bytes, "\xFF\xFE") || (bytes.size() > 1 && bytes[0] != 0 && bytes[1] == 0);
+    const bool bigEndian =
+        StartsWith(bytes, "\xFE\xFF") || (bytes.size() > 1 && bytes[0] == 0 && bytes[1] == '{');
     if (!littleEndian && !bigEndian)
         return bytes;
     const bool hasMark = StartsWith(bytes, "\xFF\xFE") || StartsWith(bytes, "\xFE\xFF");
-    return FromUtf16(std::string_view(bytes).substr(hasMark ? 2 : 0), bigEndian);
+    return FromUtf16(std::string_view(bytes).substr(hasMark ? 2 : 0), bigEndian, file.string());
 }
 
 std::string WithoutTrailingCommas(const std::string& json)

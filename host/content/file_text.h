@@ -14,7 +14,8 @@ constexpr std::size_t maxTextSize = std::size_t{1} << 30;
 
 /// Reads a file whole, expands gzip, drops a byte-order mark and turns UTF-16 into UTF-8.
 /// @throws geometry::IoError      the file cannot be read
-/// @throws geometry::FormatError  the compressed data is cut off, damaged or too large, or the text is UTF-16 cut off
+/// @throws geometry::FormatError  the compressed data is cut off, damaged or too large, or the text is UTF-16
+/// cut off
 std::string ReadText(const std::filesystem::path& file);
 
 /// The text with commas before ']' and '}' taken out: hand-edited files have them.

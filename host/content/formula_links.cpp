@@ -91,8 +91,8 @@ FormulaOperation::Kind ArithmeticKind(Kind kind)
 }
 
 /// The knots before a spline, and the count behind them, are operands of the spline alone.
-std::optional<FormulaOperation> TakeSpline(std::vector<FormulaOperation>& compiled, std::vector<SplineKnot>& knots,
-                                           Kind kind)
+std::optional<FormulaOperation> TakeSpline(std::vector<FormulaOperation>& compiled,
+                                           std::vector<SplineKnot>& knots, Kind kind)
 {
     if (compiled.empty() || compiled.back().kind != FormulaOperation::Kind::PushValue)
         return std::nullopt;
@@ -104,7 +104,8 @@ std::optional<FormulaOperation> TakeSpline(std::vector<FormulaOperation>& compil
     return spline;
 }
 
-std::unique_ptr<DzNumericController> MakeController(const dson::Formula& formula, const PropertyResolver& resolve)
+std::unique_ptr<DzNumericController> MakeController(const dson::Formula& formula,
+                                                    const PropertyResolver& resolve)
 {
     std::vector<FormulaOperation> compiled;
     std::vector<SplineKnot> knots;
@@ -142,9 +143,16 @@ LinkResult MakeLink(const dson::Formula& formula, const PropertyResolver& resolv
     DzNumericProperty* const output = resolve(formula.output);
     if (!output)
         return LinkResult::MissingProperty;
-    for (const dson::Operation& operation : formula.operations)
-        if (operation.kind == Kind::PushUrl && !resolve(operation.url))
+    for (const dson::Operation& operation : formula.operations) {
+        if (operation.kind != Kind::PushUrl)
+            continue;
+        const DzNumericProperty* const input = resolve(operation.url);
+        if (!input)
             return LinkResult::MissingProperty;
+        // A property that drives itself has no value; longer circles are cut when they are evaluated.
+        if (input == output)
+            return LinkResult::NotUnderstood;
+    }
     std::unique_ptr<DzNumericController> controller = MakeScaledLink(formula, resolve);
     if (!controller)
         controller = MakeKeyedLink(formula, resolve);

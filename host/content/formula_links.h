@@ -17,8 +17,9 @@ using PropertyResolver = std::function<DzNumericProperty*(const std::string& uri
 
 enum class LinkResult { Made, MissingProperty, NotUnderstood };
 
-/// Drives the formula's output. `push url, push value, mult` becomes a delta-add link, a spline of one property a keyed
-/// link, a lone property in the multiply stage a multiply link; anything else a controller of its own.
+/// Drives the formula's output. `push url, push value, mult` becomes a delta-add link, a spline of one
+/// property a keyed link, a lone property in the multiply stage a multiply link; anything else a controller
+/// of its own.
 LinkResult MakeLink(const dson::Formula& formula, const PropertyResolver& resolve);
 
 } // namespace openhost

@@ -36,7 +36,8 @@ std::size_t HeaderLength(std::string_view bytes)
     if (flags & Extra) {
         if (bytes.size() < length + 2)
             return 0;
-        length += 2 + static_cast<unsigned char>(bytes[length]) + 256u * static_cast<unsigned char>(bytes[length + 1]);
+        length += 2 + static_cast<unsigned char>(bytes[length]) +
+                  256u * static_cast<unsigned char>(bytes[length + 1]);
     }
     for (const int textFlag : {static_cast<int>(Name), static_cast<int>(Comment)}) {
         if (!(flags & textFlag))

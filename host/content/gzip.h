@@ -14,8 +14,8 @@ bool IsGzip(std::string_view bytes);
 
 std::string Compress(std::string_view text);
 
-/// Expands one gzip member. An all-zero trailer is accepted, since shipped files have it; any other that does not
-/// match the data is refused.
+/// Expands one gzip member. An all-zero trailer is accepted, since shipped files have it; any other that does
+/// not match the data is refused.
 /// @param name   stands for the data in error messages, usually the file name
 /// @param limit  the most bytes that it may expand to
 /// @throws geometry::FormatError  truncated, damaged or larger than the limit

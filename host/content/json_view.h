@@ -4,6 +4,9 @@
 #pragma once
 
 #include <cassert>
+#include <cmath>
+#include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,7 +17,8 @@ namespace dson {
 
 using Element = simdjson::dom::element;
 
-/// The items of an array, which the element must be. By value: iterating over a temporary result would dangle.
+/// The items of an array, which the element must be. By value: iterating over a temporary result would
+/// dangle.
 inline simdjson::dom::array Items(const Element& element)
 {
     simdjson::dom::array items;
@@ -48,12 +52,15 @@ inline std::string Text(const Element& object, std::string_view key, std::string
     return std::string(found && found->is_string() ? found->get_string().value_unsafe() : fallback);
 }
 
-/// Numbers of any kind, and booleans as 0 and 1.
+/// Numbers of any kind, and booleans as 0 and 1. What single precision cannot hold counts as no number: it
+/// would turn infinite in the scene.
 inline std::optional<double> AsNumber(const Element& element)
 {
     double number = 0.0;
-    if (element.get(number) == simdjson::SUCCESS)
-        return number;
+    if (element.get(number) == simdjson::SUCCESS) {
+        const bool fits = std::abs(number) <= static_cast<double>(std::numeric_limits<float>::max());
+        return fits ? std::optional<double>(number) : std::nullopt;
+    }
     bool flag = false;
     if (element.get(flag) == simdjson::SUCCESS)
         return flag ? 1.0 : 0.0;
@@ -64,6 +71,14 @@ inline std::optional<double> Number(const Element& object, std::string_view key)
 {
     const auto found = Find(object, key);
     return found ? AsNumber(*found) : std::nullopt;
+}
+
+/// A count; what is no whole number that 32 bits hold reads as the fallback.
+inline std::int64_t Count(const Element& object, std::string_view key, std::int64_t fallback)
+{
+    const double number = Number(object, key).value_or(static_cast<double>(fallback));
+    const bool isCount = number == std::floor(number) && std::abs(number) <= 4294967295.0;
+    return isCount ? static_cast<std::int64_t>(number) : fallback;
 }
 
 inline bool Flag(const Element& object, std::string_view key, bool fallback)

@@ -12,10 +12,13 @@
 #include "dzobject.h"
 #include "dzscene.h"
 #include "geometry/errors.h"
+#include "host/content/content_paths.h"
 #include "host/content/dson_writer.h"
 #include "host/content/morph_export.h"
 #include "host/scene/host_log.h"
 
+#include <algorithm>
+#include <cstring>
 #include <set>
 #include <vector>
 
@@ -31,8 +34,11 @@ struct Wanted {
 std::string FolderName(const DzFileIOSettings& options, const char* key)
 {
     const std::string name = options.getStringValue(QLatin1String(key)).trimmed().toStdString();
-    const bool isUsable = !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos &&
-                          name.find('\\') == std::string::npos && name.find('\0') == std::string::npos;
+    // Libraries move between systems; some refuse these characters, and drop a full stop at the end.
+    const bool hasBadCharacter = std::any_of(name.begin(), name.end(), [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 || std::strchr("/\\:*?\"<>|", c);
+    });
+    const bool isUsable = !name.empty() && name.back() != '.' && !hasBadCharacter;
     if (!isUsable)
         throw geometry::FormatError("\"{}\" cannot be the name of a {} folder", name, key);
     return name;
@@ -47,7 +53,7 @@ DzMorph* FindMorph(const DzNode& node, const QString& name)
 std::vector<Wanted> CollectWanted(const DzFileIOSettings& options)
 {
     std::vector<Wanted> all;
-    std::set<std::string> fileNames;
+    std::set<std::string> filePlaces;
     const DzSettings* const nodes = options.getSettingsValue(QLatin1String("NodeNames"));
     for (int n = 0; nodes && n < nodes->getNumValues(); ++n) {
         const QString nodeName = nodes->getKey(n);
@@ -59,9 +65,12 @@ std::vector<Wanted> CollectWanted(const DzFileIOSettings& options)
             const QString name = names->getStringValue(QString::number(i));
             DzMorph* const morph = FindMorph(*node, name);
             if (!morph)
-                throw geometry::FormatError("{} has no morph {}", node->getLabel().toStdString(), name.toStdString());
+                throw geometry::FormatError("{} has no morph {}", node->getLabel().toStdString(),
+                                            name.toStdString());
             const std::string fileName = openhost::FileName(morph->getName().toStdString());
-            if (!fileNames.insert(fileName).second)
+            // Two names that differ in case are one file on many disks.
+            const std::string place = openhost::AssetFolder(*node) + "/" + fileName;
+            if (!filePlaces.insert(openhost::FoldCase(place)).second)
                 throw geometry::FormatError("two morphs would be saved as {}", fileName);
             all.push_back({node, morph, fileName});
         }
@@ -84,7 +93,8 @@ void Save(const Wanted& wanted, const DzFileIOSettings& options, const std::stri
     dson::WriteOptions write;
     write.compress = options.getBoolValue(QLatin1String("CompressOutput"));
     const dson::Modifier modifier = openhost::DescribeMorph(*wanted.morph, *wanted.node, wanted.fileName);
-    dson::WriteMorph(info, modifier, options.getStringValue(QLatin1String("BaseDataPath")).toStdString(), write);
+    dson::WriteMorph(info, modifier, options.getStringValue(QLatin1String("BaseDataPath")).toStdString(),
+                     write);
     const DzUri uri(QString::fromStdString(dson::MakeUri(info.id, modifier.id)));
     wanted.morph->setAssetUri(uri);
     wanted.morph->getDeltas()->setUri(uri);

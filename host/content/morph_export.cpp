@@ -37,8 +37,8 @@ std::string FileName(const std::string& name)
 {
     std::string result;
     for (const char c : name) {
-        const bool isSafe = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-                            c == '-';
+        const bool isSafe = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+                            c == '_' || c == '-';
         result += isSafe ? c : '_';
     }
     if (result.empty() || (result[0] >= '0' && result[0] <= '9'))

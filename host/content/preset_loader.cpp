@@ -45,17 +45,20 @@ int VertexCount(const DzNode& node)
     return shape && shape->getFacetMesh() ? shape->getFacetMesh()->getNumVertices() : 0;
 }
 
-DzWeightMapPtr MakeWeightMap(const dson::InfluenceMap& source, const dson::Document& preset, const DzNode& node)
+DzWeightMapPtr MakeWeightMap(const dson::InfluenceMap& source, const dson::Document& preset,
+                             const DzNode& node)
 {
     const int count = VertexCount(node);
     if (source.vertexCount >= 0 && source.vertexCount != count)
         throw geometry::FormatError("{}: the influence weights are for {} vertices but {} has {}",
-                                    preset.file.string(), source.vertexCount, node.getLabel().toStdString(), count);
+                                    preset.file.string(), source.vertexCount, node.getLabel().toStdString(),
+                                    count);
     DzWeightMapPtr map(new DzWeightMap(count, QLatin1String("Influence Weights")));
     for (std::size_t i = 0; i < source.vertices.size(); ++i) {
         if (source.vertices[i] >= static_cast<std::uint32_t>(count))
-            throw geometry::FormatError("{}: influence weight {} names vertex {} but {} has {}", preset.file.string(),
-                                        i, source.vertices[i], node.getLabel().toStdString(), count);
+            throw geometry::FormatError("{}: influence weight {} names vertex {} but {} has {}",
+                                        preset.file.string(), i, source.vertices[i],
+                                        node.getLabel().toStdString(), count);
         map->setFloatWeight(static_cast<int>(source.vertices[i]), source.weights[i]);
     }
     return map;
@@ -100,7 +103,8 @@ void ApplyDForm(const dson::Document& preset, DzNode& node)
     zone->setName(name + QLatin1String(" Field"));
     zone->setLabel(zone->getName());
     zone->setInfluenceMode(DzDFormZone::WeightMap);
-    for (DzNode* const part : {static_cast<DzNode*>(former), static_cast<DzNode*>(base), static_cast<DzNode*>(zone)})
+    for (DzNode* const part :
+         {static_cast<DzNode*>(former), static_cast<DzNode*>(base), static_cast<DzNode*>(zone)})
         dzScene->addNode(part);
     former->setBase(base);
     former->setZone(zone);

@@ -93,17 +93,15 @@ private:
         const Place* const parent = instance.parent.empty() ? nullptr : placeOf(instance.parent);
         if (parent && overlay(instance, url, parent->figure))
             return;
-        const std::shared_ptr<const dson::Document> definition = documentOf(url);
-        if (!definition)
-            return;
-        try {
-            instantiate(instance, url, definition, parent ? parent->node : nullptr);
-        } catch (const geometry::Error& error) {
-            Log(error.what());
-        }
+        // The bones of a figure that could not be loaded are no figures of their own.
+        const bool hangsOnMissing = _failed.count(dson::ParseUri(instance.parent).id) > 0;
+        const bool isMade = !hangsOnMissing && instantiate(instance, url, parent ? parent->node : nullptr);
+        if (!isMade && !instance.id.empty())
+            _failed.insert(instance.id);
     }
 
-    /// True when the instance is a part of a figure that is there already. A root of the same file is another figure.
+    /// True when the instance is a part of a figure that is there already. A root of the same file is another
+    /// figure.
     bool overlay(const dson::NodeInstance& instance, const dson::Uri& url, std::size_t figure)
     {
         const FigureAssembly& assembly = _figures[figure].assembly;
@@ -115,13 +113,21 @@ private:
         return true;
     }
 
-    void instantiate(const dson::NodeInstance& instance, const dson::Uri& url,
-                     const std::shared_ptr<const dson::Document>& definition, DzNode* parent)
+    bool instantiate(const dson::NodeInstance& instance, const dson::Uri& url, DzNode* parent)
     {
-        FigureAssembly assembly(definition, pathOf(url), url.id);
-        assembly.addMorphsOnDisk(_library);
-        _figures.push_back({std::move(assembly), parent});
-        applyInstance(instance, _figures.back().assembly.root(), _figures.size() - 1);
+        try {
+            const std::shared_ptr<const dson::Document> definition = documentOf(url);
+            if (!definition)
+                return false;
+            FigureAssembly assembly(definition, pathOf(url), url.id);
+            assembly.addMorphsOnDisk(_library);
+            _figures.push_back({std::move(assembly), parent});
+            applyInstance(instance, _figures.back().assembly.root(), _figures.size() - 1);
+            return true;
+        } catch (const geometry::Error& error) {
+            Log(error.what());
+            return false;
+        }
     }
 
     void applyInstance(const dson::NodeInstance& instance, DzNode& node, std::size_t figure)
@@ -148,8 +154,8 @@ private:
         if (level && geometry.subdivisionLevel)
             level->setValue(*geometry.subdivisionLevel);
         for (const auto& channel : geometry.channels)
-            if (auto* const property =
-                    qobject_cast<DzNumericProperty*>(shape->findProperty(QString::fromStdString(channel.first))))
+            if (auto* const property = qobject_cast<DzNumericProperty*>(
+                    shape->findProperty(QString::fromStdString(channel.first))))
                 property->setDoubleValue(channel.second);
     }
 
@@ -162,15 +168,22 @@ private:
         const dson::Uri url = dson::ParseUri(instance.url);
         DzNumericProperty* property = assembly.findDial(url.id);
         if (!property) {
-            // A shape that lies outside the figure's own folders.
-            const std::shared_ptr<const dson::Document> file = url.path.empty() ? _document : documentOf(url);
-            if (!file)
-                return;
-            assembly.addModifiers(file, pathOf(url));
+            addShapeFile(assembly, url);
             property = assembly.findDial(url.id);
         }
         if (property && instance.value)
             property->setDoubleRawValue(*instance.value);
+    }
+
+    /// A shape that lies outside the figure's own folders.
+    void addShapeFile(FigureAssembly& assembly, const dson::Uri& url)
+    {
+        try {
+            if (const std::shared_ptr<const dson::Document> file = documentOf(url))
+                assembly.addModifiers(file, pathOf(url));
+        } catch (const geometry::Error& error) {
+            Log(error.what());
+        }
     }
 
     std::vector<DzNode*> enterScene()
@@ -193,7 +206,8 @@ private:
     std::shared_ptr<const dson::Document> _document;
     std::vector<Loaded> _figures;
     std::unordered_map<std::string, Place> _places;
-    std::set<std::string> _missing;
+    std::set<std::string> _missing; ///< paths that are in no library
+    std::set<std::string> _failed;  ///< instances that stand for nothing
 };
 
 /// Tells the scene that a load is going on, also on the way of an exception.
@@ -210,8 +224,17 @@ void ApplyPreset(const dson::Document& document)
     DzNode* const figure = selected->getSkeleton();
     if (!document.influenceMaps.empty())
         ApplyDForm(document, figure ? *figure : *selected);
-    if (!document.animations.empty())
-        ApplyValues(document, *selected);
+    const int applied = ApplyValues(document, *selected);
+    if (document.influenceMaps.empty() && applied == 0)
+        throw geometry::Error(fmt::format("{}: names nothing that {} has", document.file.string(),
+                                          selected->getLabel().toStdString()));
+}
+
+/// Types may lie, so the content decides; presets with nodes of their own are told by the type alone.
+bool IsPreset(const dson::Document& document)
+{
+    const bool hasValues = !document.influenceMaps.empty() || !document.animations.empty();
+    return document.nodeInstances.empty() || (hasValues && document.info.type.compare(0, 7, "preset_") == 0);
 }
 
 } // namespace
@@ -220,7 +243,7 @@ void LoadIntoScene(AssetLibrary& library, const fs::path& file)
 {
     const std::shared_ptr<const dson::Document> document = library.read(file);
     const LoadBracket bracket;
-    if (document->nodeInstances.empty()) {
+    if (IsPreset(*document)) {
         if (document->influenceMaps.empty() && document->animations.empty())
             throw geometry::FormatError("{}: holds nothing to load into a scene", file.string());
         ApplyPreset(*document);

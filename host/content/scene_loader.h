@@ -9,8 +9,8 @@
 
 namespace openhost {
 
-/// Adds a file's figures and props to the scene and selects what it added, or applies a preset to the selection.
-/// Missing parts are left out, one line each in the log.
+/// Adds a file's figures and props to the scene and selects what it added, or applies a preset to the
+/// selection. Missing parts are left out, one line each in the log.
 /// @throws geometry::IoError, geometry::FormatError  the file cannot be read
 /// @throws geometry::Error  a preset has nothing selected to be applied to, or the file holds nothing to load
 void LoadIntoScene(AssetLibrary& library, const std::filesystem::path& file);

@@ -13,6 +13,7 @@ set(HOST_CONTENT_SOURCES
     content/dson_mesh_parts.cpp
     content/dson_parts.cpp
     content/dson_reader.cpp
+    content/dson_rewrite.cpp
     content/dson_uri.cpp
     content/dson_writer.cpp
     content/figure_assembly.cpp

@@ -33,12 +33,13 @@ const DzDFormModifier* FindDForm(const DzObject& object, const QString& name)
 
 const DzWeightMap* FindAttenuationMap(const DzNode& node, const QString& path)
 {
-    const QStringList parts = path.split(QLatin1String(separator));
+    // Matched from its end: a name may hold the separator too.
+    const QString end = QLatin1String(separator) + QLatin1String(weightMapKind) + QLatin1String(separator) +
+                        node.getLabel() + QLatin1Char('/') + QLatin1String(influenceWeights);
     const DzObject* const object = node.getObject();
-    if (parts.size() != 3 || !object || parts[1] != QLatin1String(weightMapKind) ||
-        parts[2] != node.getLabel() + QLatin1Char('/') + QLatin1String(influenceWeights))
+    if (!object || !path.endsWith(end))
         return nullptr;
-    const DzDFormModifier* const modifier = FindDForm(*object, parts[0]);
+    const DzDFormModifier* const modifier = FindDForm(*object, path.left(path.size() - end.size()));
     return modifier ? modifier->getInfluenceWeights() : nullptr;
 }
 

@@ -16,7 +16,8 @@ std::vector<std::uint32_t> FirstAtSamePlace(geometry::Span<const geometry::Vec3f
     std::map<std::tuple<float, float, float>, std::uint32_t> firsts;
     std::vector<std::uint32_t> first(positions.size());
     for (std::uint32_t v = 0; v < positions.size(); ++v)
-        first[v] = firsts.emplace(std::make_tuple(positions[v].x, positions[v].y, positions[v].z), v).first->second;
+        first[v] =
+            firsts.emplace(std::make_tuple(positions[v].x, positions[v].y, positions[v].z), v).first->second;
     return first;
 }
 
@@ -29,7 +30,8 @@ std::vector<std::uint32_t> Unchanged(std::size_t count)
 }
 
 /// A face's corners after merging, without repeats of the corner before.
-std::vector<std::uint32_t> MergedFace(geometry::Span<const std::uint32_t> face, const std::vector<std::uint32_t>& first)
+std::vector<std::uint32_t> MergedFace(geometry::Span<const std::uint32_t> face,
+                                      const std::vector<std::uint32_t>& first)
 {
     std::vector<std::uint32_t> corners;
     for (const std::uint32_t vertex : face)

@@ -3,6 +3,7 @@
 
 #include "host/tools/mirroring.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <unordered_map>
@@ -44,7 +45,12 @@ public:
     }
 
 private:
-    static std::int64_t cell(float coordinate) { return static_cast<std::int64_t>(std::floor(coordinate / tolerance)); }
+    static std::int64_t cell(float coordinate)
+    {
+        // Beyond any scene, but within the integers.
+        constexpr float farthest = 1e15f;
+        return static_cast<std::int64_t>(std::clamp(std::floor(coordinate / tolerance), -farthest, farthest));
+    }
     static std::uint64_t key(std::int64_t x, std::int64_t y, std::int64_t z)
     {
         constexpr std::uint64_t mask = (std::uint64_t{1} << 21) - 1;
@@ -68,6 +74,10 @@ void MirrorDeltas(std::vector<Vec3f>& deltas, geometry::Span<const Vec3f> neutra
                               (side == MirrorSide::NegativeToPositive && coordinate < -tolerance);
         if (isSource)
             continue;
+        if (side != MirrorSide::Swap && std::abs(coordinate) <= tolerance) {
+            deltas[v][axis] = 0.0f;
+            continue;
+        }
         Vec3f place = neutral[v];
         place[axis] = -place[axis];
         const std::uint32_t counterpart = grid.nearest(place, UINT32_MAX);

@@ -24,6 +24,8 @@
 #include "host/tools/obj_options.h"
 #include "openhost/operations.h"
 
+#include <memory>
+
 #include <QFileInfo>
 
 namespace openhost {
@@ -74,13 +76,15 @@ std::vector<Vec3f> UndoPose(const DzNode& node, Pipeline& pipeline, Span<const V
     if (!place.isIdentity()) {
         const Eigen::Matrix3d inverse = place.linear.inverse();
         if (!inverse.allFinite())
-            throw geometry::Error(ToStd(node.getLabel()) + " is scaled to nothing, so its pose cannot be undone");
+            throw geometry::Error(ToStd(node.getLabel()) +
+                                  " is scaled to nothing, so its pose cannot be undone");
         for (Vec3f& position : posed)
             position =
                 geometry::FromEigen(inverse * (geometry::ToEigen(position) - place.origin) + place.center);
     }
     const SkinPose pose = pipeline.skinPose();
-    return pose.atRest || !pose.weights ? posed : geometry::Unskin(posed, *pose.weights, pose.poses, pose.mode);
+    return pose.atRest || !pose.weights ? posed
+                                        : geometry::Unskin(posed, *pose.weights, pose.poses, pose.mode);
 }
 
 /// One delta per vertex.
@@ -88,12 +92,11 @@ std::vector<Vec3f> MakeDenseDeltas(const MorphLoadSettings& settings, DzNode& no
                                    const DzMorph* present)
 {
     Pipeline& pipeline = node.getObject()->pipeline();
-    if (file.size() != pipeline.base().vertexCount())
-        throw geometry::TopologyError("the file has {} vertices but {} has {}", file.size(),
-                                      ToStd(node.getLabel()), pipeline.base().vertexCount());
     std::vector<Vec3f> deltas(file.begin(), file.end());
     Span<const Vec3f> neutral = pipeline.base().positions;
-    const DialedOut without(settings.reverseDeformations ? present : nullptr);
+    // A morph that stays beside the new one is part of the shape that the new one is added to.
+    const bool isReplaced = settings.overwriteExisting != DzMorphLoader::MakeUnique;
+    const DialedOut without(settings.reverseDeformations && isReplaced ? present : nullptr);
     if (settings.reverseDeformations) {
         deltas = UndoPose(node, pipeline, file);
         neutral = pipeline.morphedCage();
@@ -111,17 +114,29 @@ void Mirror(std::vector<Vec3f>& deltas, Span<const Vec3f> neutral, DzMorphLoader
     MirrorDeltas(deltas, neutral, number / 3, static_cast<MirrorSide>(number % 3));
 }
 
+void DropZero(geometry::SparseDeltas& deltas)
+{
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < deltas.size(); ++i) {
+        if (deltas.deltas[i] == Vec3f{})
+            continue;
+        deltas.vertices[kept] = deltas.vertices[i];
+        deltas.deltas[kept++] = deltas.deltas[i];
+    }
+    deltas.vertices.resize(kept);
+    deltas.deltas.resize(kept);
+}
+
 void AttenuateByMap(geometry::SparseDeltas& deltas, const MorphLoadSettings& settings, const DzNode& node)
 {
     if (settings.attenuateMapPath.isEmpty())
         return;
     const DzWeightMap* const map = FindAttenuationMap(node, settings.attenuateMapPath);
-    if (!map)
-        throw geometry::Error("there is no weight map at " + ToStd(settings.attenuateMapPath));
     std::vector<float> weights(static_cast<std::size_t>(map->getNumWeights()));
     for (std::size_t v = 0; v < weights.size(); ++v)
         weights[v] = map->getFloatWeight(static_cast<int>(v));
     geometry::Attenuate(deltas, weights, settings.attenuateStrength);
+    DropZero(deltas);
 }
 
 /// The old deltas of vertices that the new ones do not move.
@@ -156,10 +171,12 @@ QString WithLeadingSlash(const QString& path)
 
 DzMorph& AddMorph(DzNode& node, const QString& name, const MorphLoadSettings& settings)
 {
-    auto* const morph = new DzMorph;
-    morph->setName(name);
-    morph->setLabel(name);
-    node.getObject()->addModifier(morph);
+    auto made = std::make_unique<DzMorph>();
+    made->setName(name);
+    made->setLabel(name);
+    if (node.getObject()->addModifier(made.get()) != DZ_NO_ERROR)
+        throw geometry::Error("the morph was refused");
+    DzMorph* const morph = made.release();
     if (!settings.propertyGroupPath.isEmpty())
         morph->getValueControl()->setPath(WithLeadingSlash(settings.propertyGroupPath));
     morph->getValueControl()->setCanAutoFollow(true);
@@ -170,16 +187,17 @@ void MakeControlProperty(const MorphLoadSettings& settings, DzNode& node, DzMorp
 {
     DzNode& owner = settings.controlNode ? *settings.controlNode : node;
     DzNumericProperty* control = settings.controlProperty;
+    // A control that an earlier load made is used again.
+    if (!control)
+        control = qobject_cast<DzNumericProperty*>(owner.findProperty(morph.getName()));
     if (!control) {
         auto* const dial = new DzFloatProperty(morph.getName(), true, true, 0.0f);
-        dial->setLabel(settings.controlPropertyUseCustomLabel ? settings.controlPropertyCustomLabel : morph.getName());
+        dial->setLabel(settings.controlPropertyUseCustomLabel ? settings.controlPropertyCustomLabel
+                                                              : morph.getName());
         dial->setMinMax(0.0f, 1.0f);
         dial->setIsClamped(true);
         dial->setDisplayAsPercent(true);
-        if (owner.addProperty(dial) != DZ_NO_ERROR) {
-            delete dial;
-            throw geometry::Error(ToStd(owner.getLabel()) + " has a property " + ToStd(morph.getName()) + " already");
-        }
+        owner.addProperty(dial);
         dial->setPath(morph.getValueControl()->getPath());
         control = dial;
     }
@@ -190,7 +208,8 @@ void MakeControlProperty(const MorphLoadSettings& settings, DzNode& node, DzMorp
     morph.getValueControl()->setHidden(settings.hideSecondaryProperties);
 }
 
-void PutInPlace(const MorphLoadSettings& settings, DzNode& node, DzMorph* present, geometry::SparseDeltas deltas)
+void PutInPlace(const MorphLoadSettings& settings, DzNode& node, DzMorph* present,
+                geometry::SparseDeltas deltas)
 {
     const QString name = EffectiveMorphName(settings);
     const int vertexCount = static_cast<int>(node.getObject()->pipeline().base().vertexCount());
@@ -217,22 +236,37 @@ void LoadPose(const MorphLoadSettings& settings, DzNode& node)
         throw geometry::Error("the pose " + ToStd(settings.reverseDeformationsPose) + " cannot be loaded");
 }
 
-void MakeMorph(const MorphLoadSettings& settings, DzNode* node, Span<const Vec3f> file)
+/// What can be told before anything is changed.
+void CheckLoad(const MorphLoadSettings& settings, const DzNode* node, std::size_t fileVertexCount)
 {
     if (!node || !node->getObject() || !node->getObject()->pipeline().hasMesh())
         throw geometry::Error("there is no mesh to load a morph onto");
+    if (EffectiveMorphName(settings).isEmpty())
+        throw geometry::Error("the morph has no name");
     if (settings.morphSubdivision)
         throw geometry::Error("subdivided morphs need the plug-in Morph Loader Pro SubDivision Resolution");
+    const std::size_t vertexCount = node->getObject()->pipeline().base().vertexCount();
+    if (fileVertexCount != vertexCount)
+        throw geometry::TopologyError("the file has {} vertices but {} has {}", fileVertexCount,
+                                      ToStd(node->getLabel()), vertexCount);
+    if (!settings.attenuateMapPath.isEmpty() && !FindAttenuationMap(*node, settings.attenuateMapPath))
+        throw geometry::Error("there is no weight map at " + ToStd(settings.attenuateMapPath));
     if (!AllowOperation("createMorph", EffectiveMorphName(settings)))
         throw geometry::Error("the morph was refused");
+}
+
+void MakeMorph(const MorphLoadSettings& settings, DzNode* node, Span<const Vec3f> file)
+{
+    CheckLoad(settings, node, file.size());
     LoadPose(settings, *node);
     DzMorph* const present = FindMorph(*node, EffectiveMorphName(settings));
     std::vector<Vec3f> dense = MakeDenseDeltas(settings, *node, file, present);
     Mirror(dense, node->getObject()->pipeline().base().positions, settings.morphMirroring);
     // An edge strength damps along the border of a facet selection; without a selection there is no border.
     geometry::SparseDeltas deltas = geometry::MakeDeltas(dense, 0.0f);
-    AttenuateByMap(deltas, settings, *node);
     geometry::DropShort(deltas, settings.deltaTolerance);
+    // After dropping, so that the parts of a map and of its complement add up to the full morph.
+    AttenuateByMap(deltas, settings, *node);
     PutInPlace(settings, *node, present, std::move(deltas));
 }
 
@@ -244,7 +278,8 @@ MorphLoadReport Report(const MorphLoadSettings& settings, Work work)
         work();
         report.success = EffectiveMorphName(settings) + QLatin1String(" was created successfully.");
     } catch (const std::exception& error) {
-        report.problems << EffectiveMorphName(settings) + QLatin1String(": ") + QString::fromStdString(error.what());
+        report.problems << EffectiveMorphName(settings) + QLatin1String(": ") +
+                               QString::fromStdString(error.what());
     }
     return report;
 }
@@ -288,7 +323,8 @@ MorphLoadReport LoadMorphFromMesh(const MorphLoadSettings& settings, const DzVer
 
 QString EffectiveMorphName(const MorphLoadSettings& settings)
 {
-    return settings.morphName.isEmpty() ? QFileInfo(settings.filename).completeBaseName() : settings.morphName;
+    return settings.morphName.isEmpty() ? QFileInfo(settings.filename).completeBaseName()
+                                        : settings.morphName;
 }
 
 DzMorph* FindMorph(const DzNode& node, const QString& name)

@@ -4,8 +4,8 @@
 #include "host/tools/morph_loader.h"
 
 #include "dzapp.h"
-#include "dzfileiosettings.h"
 #include "dzfigure.h"
+#include "dzfileiosettings.h"
 #include "dzmorph.h"
 #include "dzobject.h"
 #include "dzplugin.h"
@@ -63,24 +63,28 @@ void ReadSettings(const DzSettings& from, openhost::MorphLoadSettings& to)
         from.getIntValue(QLatin1String("SubdivisionMinResolution"), to.subdivisionMinResolution);
     to.subdivisionMaxResolution =
         from.getIntValue(QLatin1String("SubdivisionMaxResolution"), to.subdivisionMaxResolution);
-    to.subdivisionSmoothCage = from.getBoolValue(QLatin1String("SubdivisionSmoothCage"), to.subdivisionSmoothCage);
+    to.subdivisionSmoothCage =
+        from.getBoolValue(QLatin1String("SubdivisionSmoothCage"), to.subdivisionSmoothCage);
     to.subdivisionMapping =
         ReadEnum(from, "SubdivisionMapping", to.subdivisionMapping, DzMorphLoader::MudboxCage);
     to.deltaTolerance =
         static_cast<float>(from.getFloatValue(QLatin1String("DeltaTolerance"), to.deltaTolerance));
-    to.createControlProperty = from.getBoolValue(QLatin1String("CreateControlProperty"), to.createControlProperty);
+    to.createControlProperty =
+        from.getBoolValue(QLatin1String("CreateControlProperty"), to.createControlProperty);
     to.reverseDeformations = from.getBoolValue(QLatin1String("ReverseDeformations"), to.reverseDeformations);
-    to.preserveExistingDeltas = from.getBoolValue(QLatin1String("PreserveExistingDeltas"), to.preserveExistingDeltas);
+    to.preserveExistingDeltas =
+        from.getBoolValue(QLatin1String("PreserveExistingDeltas"), to.preserveExistingDeltas);
     to.reverseDeformationsPose =
         from.getStringValue(QLatin1String("ReverseDeformationsPose"), to.reverseDeformationsPose);
-    to.overwriteExisting = ReadEnum(from, "OverwriteExisting", to.overwriteExisting, DzMorphLoader::DeltasOnly);
+    to.overwriteExisting =
+        ReadEnum(from, "OverwriteExisting", to.overwriteExisting, DzMorphLoader::DeltasOnly);
     to.cleanUpOrphans = from.getBoolValue(QLatin1String("CleanUpOrphans"), to.cleanUpOrphans);
     to.morphMirroring = ReadEnum(from, "MorphMirroring", to.morphMirroring, DzMorphLoader::ZNegToPos);
     to.attenuateMapPath = from.getStringValue(QLatin1String("AttenuateMapPath"), to.attenuateMapPath);
     to.attenuateStrength =
         static_cast<float>(from.getFloatValue(QLatin1String("AttenuateStrength"), to.attenuateStrength));
-    to.attenuateEdgeStrength =
-        static_cast<float>(from.getFloatValue(QLatin1String("AttenuateEdgeStrength"), to.attenuateEdgeStrength));
+    to.attenuateEdgeStrength = static_cast<float>(
+        from.getFloatValue(QLatin1String("AttenuateEdgeStrength"), to.attenuateEdgeStrength));
 }
 
 QString ObjectKey(const QString& object)
@@ -106,7 +110,8 @@ bool ReadSection(const QString& file, const QString& key, openhost::MorphLoadSet
 DzMorphLoader::DzMorphLoader() : _impl(std::make_unique<openhost::MorphLoadSettings>()) {}
 DzMorphLoader::~DzMorphLoader() = default;
 
-QString DzMorphLoader::createMorph(DzFileIOSettings* settings, DzNode* node, bool onlyErrorsOrWarnings, bool plainText)
+QString DzMorphLoader::createMorph(DzFileIOSettings* settings, DzNode* node, bool onlyErrorsOrWarnings,
+                                   bool plainText)
 {
     return openhost::LoadMorphFromFile(*_impl, settings, node).text(onlyErrorsOrWarnings, plainText);
 }
@@ -143,9 +148,12 @@ bool DzMorphLoader::saveObjectSettingsToConfigFile(const QString& file, const QS
 {
     DzFileIOSettings all;
     QFile stream(file);
-    if (stream.open(QIODevice::ReadOnly))
-        all.fromString(QString::fromUtf8(stream.readAll()));
-    WriteSettings(*_impl, all.setSettingsValue(common ? QString(QLatin1String("Common")) : ObjectKey(object)));
+    // A file that holds something else is not ours to replace.
+    if (stream.exists() &&
+        !(stream.open(QIODevice::ReadOnly) && all.fromString(QString::fromUtf8(stream.readAll()))))
+        return false;
+    WriteSettings(*_impl,
+                  all.setSettingsValue(common ? QString(QLatin1String("Common")) : ObjectKey(object)));
     try {
         geometry::WriteFileAtomically(file.toStdString(), all.toString().toStdString());
         return true;
@@ -171,61 +179,235 @@ QString DzMorphLoader::getPathForContext(DzWeightMapContext* context, DzNode* no
     return openhost::AttenuationPath(context, node);
 }
 
-void DzMorphLoader::setDisplayName(const QString& value) { _impl->displayName = value; }
-QString DzMorphLoader::getDisplayName() const { return _impl->displayName; }
-void DzMorphLoader::setFilename(const QString& value) { _impl->filename = value; }
-QString DzMorphLoader::getFilename() const { return _impl->filename; }
-void DzMorphLoader::setMorphName(const QString& value) { _impl->morphName = value; }
-QString DzMorphLoader::getMorphName() const { return _impl->morphName; }
-void DzMorphLoader::setMorphSubdivision(bool value) { _impl->morphSubdivision = value; }
-bool DzMorphLoader::getMorphSubdivision() const { return _impl->morphSubdivision; }
-void DzMorphLoader::setSubdivisionBuiltResolution(int value) { _impl->subdivisionBuiltResolution = value; }
-int DzMorphLoader::getSubdivisionBuiltResolution() const { return _impl->subdivisionBuiltResolution; }
-void DzMorphLoader::setSubdivisionMinResolution(int value) { _impl->subdivisionMinResolution = value; }
-int DzMorphLoader::getSubdivisionMinResolution() const { return _impl->subdivisionMinResolution; }
-void DzMorphLoader::setSubdivisionMaxResolution(int value) { _impl->subdivisionMaxResolution = value; }
-int DzMorphLoader::getSubdivisionMaxResolution() const { return _impl->subdivisionMaxResolution; }
-void DzMorphLoader::setSubdivisionSmoothCage(bool value) { _impl->subdivisionSmoothCage = value; }
-bool DzMorphLoader::getSubdivisionSmoothCage() const { return _impl->subdivisionSmoothCage; }
-void DzMorphLoader::setSubdivisionMapping(SubdMapping value) { _impl->subdivisionMapping = value; }
-DzMorphLoader::SubdMapping DzMorphLoader::getSubdivisionMapping() const { return _impl->subdivisionMapping; }
-void DzMorphLoader::setDeltaTolerance(float value) { _impl->deltaTolerance = value; }
-float DzMorphLoader::getDeltaTolerance() const { return _impl->deltaTolerance; }
-void DzMorphLoader::setCreateControlProperty(bool value) { _impl->createControlProperty = value; }
-bool DzMorphLoader::getCreateControlProperty() const { return _impl->createControlProperty; }
-void DzMorphLoader::setPropertyGroupPath(const QString& value) { _impl->propertyGroupPath = value; }
-QString DzMorphLoader::getPropertyGroupPath() const { return _impl->propertyGroupPath; }
-void DzMorphLoader::setControlPropertyERCType(DzERCLink::ERCType value) { _impl->controlPropertyERCType = value; }
-DzERCLink::ERCType DzMorphLoader::getControlPropertyERCType() const { return _impl->controlPropertyERCType; }
-void DzMorphLoader::setControlPropertyERCUseCustomValue(bool value) { _impl->controlPropertyERCUseCustomValue = value; }
-bool DzMorphLoader::getControlPropertyERCUseCustomValue() const { return _impl->controlPropertyERCUseCustomValue; }
-void DzMorphLoader::setControlPropertyERCCustomValue(float value) { _impl->controlPropertyERCCustomValue = value; }
-float DzMorphLoader::getControlPropertyERCCustomValue() const { return _impl->controlPropertyERCCustomValue; }
-void DzMorphLoader::setControlNode(DzNode* value) { _impl->controlNode = value; }
-DzNode* DzMorphLoader::getControlNode() const { return _impl->controlNode; }
-void DzMorphLoader::setControlProperty(DzNumericProperty* value) { _impl->controlProperty = value; }
-DzNumericProperty* DzMorphLoader::getControlProperty() const { return _impl->controlProperty; }
-void DzMorphLoader::setControlPropertyUseCustomLabel(bool value) { _impl->controlPropertyUseCustomLabel = value; }
-bool DzMorphLoader::getControlPropertyUseCustomLabel() const { return _impl->controlPropertyUseCustomLabel; }
-void DzMorphLoader::setControlPropertyCustomLabel(const QString& value) { _impl->controlPropertyCustomLabel = value; }
-QString DzMorphLoader::getControlPropertyCustomLabel() const { return _impl->controlPropertyCustomLabel; }
-void DzMorphLoader::setHideSecondaryProperties(bool value) { _impl->hideSecondaryProperties = value; }
-bool DzMorphLoader::getHideSecondaryProperties() const { return _impl->hideSecondaryProperties; }
-void DzMorphLoader::setReverseDeformations(bool value) { _impl->reverseDeformations = value; }
-bool DzMorphLoader::getReverseDeformations() const { return _impl->reverseDeformations; }
-void DzMorphLoader::setPreserveExistingDeltas(bool value) { _impl->preserveExistingDeltas = value; }
-bool DzMorphLoader::getPreserveExistingDeltas() const { return _impl->preserveExistingDeltas; }
-void DzMorphLoader::setReverseDeformationsPose(const QString& value) { _impl->reverseDeformationsPose = value; }
-QString DzMorphLoader::getReverseDeformationsPose() const { return _impl->reverseDeformationsPose; }
-void DzMorphLoader::setOverwriteExisting(OverwriteMode value) { _impl->overwriteExisting = value; }
-DzMorphLoader::OverwriteMode DzMorphLoader::getOverwriteExisting() const { return _impl->overwriteExisting; }
-void DzMorphLoader::setCleanUpOrphans(bool value) { _impl->cleanUpOrphans = value; }
-bool DzMorphLoader::getCleanUpOrphans() const { return _impl->cleanUpOrphans; }
-void DzMorphLoader::setMorphMirroring(MirroringType value) { _impl->morphMirroring = value; }
-DzMorphLoader::MirroringType DzMorphLoader::getMorphMirroring() const { return _impl->morphMirroring; }
-void DzMorphLoader::setAttenuateMapPath(const QString& value) { _impl->attenuateMapPath = value; }
-QString DzMorphLoader::getAttenuateMapPath() const { return _impl->attenuateMapPath; }
-void DzMorphLoader::setAttenuateStrength(float value) { _impl->attenuateStrength = value; }
-float DzMorphLoader::getAttenuateStrength() const { return _impl->attenuateStrength; }
-void DzMorphLoader::setAttenuateEdgeStrength(float value) { _impl->attenuateEdgeStrength = value; }
-float DzMorphLoader::getAttenuateEdgeStrength() const { return _impl->attenuateEdgeStrength; }
+void DzMorphLoader::setDisplayName(const QString& value)
+{
+    _impl->displayName = value;
+}
+QString DzMorphLoader::getDisplayName() const
+{
+    return _impl->displayName;
+}
+void DzMorphLoader::setFilename(const QString& value)
+{
+    _impl->filename = value;
+}
+QString DzMorphLoader::getFilename() const
+{
+    return _impl->filename;
+}
+void DzMorphLoader::setMorphName(const QString& value)
+{
+    _impl->morphName = value;
+}
+QString DzMorphLoader::getMorphName() const
+{
+    return _impl->morphName;
+}
+void DzMorphLoader::setMorphSubdivision(bool value)
+{
+    _impl->morphSubdivision = value;
+}
+bool DzMorphLoader::getMorphSubdivision() const
+{
+    return _impl->morphSubdivision;
+}
+void DzMorphLoader::setSubdivisionBuiltResolution(int value)
+{
+    _impl->subdivisionBuiltResolution = value;
+}
+int DzMorphLoader::getSubdivisionBuiltResolution() const
+{
+    return _impl->subdivisionBuiltResolution;
+}
+void DzMorphLoader::setSubdivisionMinResolution(int value)
+{
+    _impl->subdivisionMinResolution = value;
+}
+int DzMorphLoader::getSubdivisionMinResolution() const
+{
+    return _impl->subdivisionMinResolution;
+}
+void DzMorphLoader::setSubdivisionMaxResolution(int value)
+{
+    _impl->subdivisionMaxResolution = value;
+}
+int DzMorphLoader::getSubdivisionMaxResolution() const
+{
+    return _impl->subdivisionMaxResolution;
+}
+void DzMorphLoader::setSubdivisionSmoothCage(bool value)
+{
+    _impl->subdivisionSmoothCage = value;
+}
+bool DzMorphLoader::getSubdivisionSmoothCage() const
+{
+    return _impl->subdivisionSmoothCage;
+}
+void DzMorphLoader::setSubdivisionMapping(SubdMapping value)
+{
+    _impl->subdivisionMapping = value;
+}
+DzMorphLoader::SubdMapping DzMorphLoader::getSubdivisionMapping() const
+{
+    return _impl->subdivisionMapping;
+}
+void DzMorphLoader::setDeltaTolerance(float value)
+{
+    _impl->deltaTolerance = value;
+}
+float DzMorphLoader::getDeltaTolerance() const
+{
+    return _impl->deltaTolerance;
+}
+void DzMorphLoader::setCreateControlProperty(bool value)
+{
+    _impl->createControlProperty = value;
+}
+bool DzMorphLoader::getCreateControlProperty() const
+{
+    return _impl->createControlProperty;
+}
+void DzMorphLoader::setPropertyGroupPath(const QString& value)
+{
+    _impl->propertyGroupPath = value;
+}
+QString DzMorphLoader::getPropertyGroupPath() const
+{
+    return _impl->propertyGroupPath;
+}
+void DzMorphLoader::setControlPropertyERCType(DzERCLink::ERCType value)
+{
+    _impl->controlPropertyERCType = value;
+}
+DzERCLink::ERCType DzMorphLoader::getControlPropertyERCType() const
+{
+    return _impl->controlPropertyERCType;
+}
+void DzMorphLoader::setControlPropertyERCUseCustomValue(bool value)
+{
+    _impl->controlPropertyERCUseCustomValue = value;
+}
+bool DzMorphLoader::getControlPropertyERCUseCustomValue() const
+{
+    return _impl->controlPropertyERCUseCustomValue;
+}
+void DzMorphLoader::setControlPropertyERCCustomValue(float value)
+{
+    _impl->controlPropertyERCCustomValue = value;
+}
+float DzMorphLoader::getControlPropertyERCCustomValue() const
+{
+    return _impl->controlPropertyERCCustomValue;
+}
+void DzMorphLoader::setControlNode(DzNode* value)
+{
+    _impl->controlNode = value;
+}
+DzNode* DzMorphLoader::getControlNode() const
+{
+    return _impl->controlNode;
+}
+void DzMorphLoader::setControlProperty(DzNumericProperty* value)
+{
+    _impl->controlProperty = value;
+}
+DzNumericProperty* DzMorphLoader::getControlProperty() const
+{
+    return _impl->controlProperty;
+}
+void DzMorphLoader::setControlPropertyUseCustomLabel(bool value)
+{
+    _impl->controlPropertyUseCustomLabel = value;
+}
+bool DzMorphLoader::getControlPropertyUseCustomLabel() const
+{
+    return _impl->controlPropertyUseCustomLabel;
+}
+void DzMorphLoader::setControlPropertyCustomLabel(const QString& value)
+{
+    _impl->controlPropertyCustomLabel = value;
+}
+QString DzMorphLoader::getControlPropertyCustomLabel() const
+{
+    return _impl->controlPropertyCustomLabel;
+}
+void DzMorphLoader::setHideSecondaryProperties(bool value)
+{
+    _impl->hideSecondaryProperties = value;
+}
+bool DzMorphLoader::getHideSecondaryProperties() const
+{
+    return _impl->hideSecondaryProperties;
+}
+void DzMorphLoader::setReverseDeformations(bool value)
+{
+    _impl->reverseDeformations = value;
+}
+bool DzMorphLoader::getReverseDeformations() const
+{
+    return _impl->reverseDeformations;
+}
+void DzMorphLoader::setPreserveExistingDeltas(bool value)
+{
+    _impl->preserveExistingDeltas = value;
+}
+bool DzMorphLoader::getPreserveExistingDeltas() const
+{
+    return _impl->preserveExistingDeltas;
+}
+void DzMorphLoader::setReverseDeformationsPose(const QString& value)
+{
+    _impl->reverseDeformationsPose = value;
+}
+QString DzMorphLoader::getReverseDeformationsPose() const
+{
+    return _impl->reverseDeformationsPose;
+}
+void DzMorphLoader::setOverwriteExisting(OverwriteMode value)
+{
+    _impl->overwriteExisting = value;
+}
+DzMorphLoader::OverwriteMode DzMorphLoader::getOverwriteExisting() const
+{
+    return _impl->overwriteExisting;
+}
+void DzMorphLoader::setCleanUpOrphans(bool value)
+{
+    _impl->cleanUpOrphans = value;
+}
+bool DzMorphLoader::getCleanUpOrphans() const
+{
+    return _impl->cleanUpOrphans;
+}
+void DzMorphLoader::setMorphMirroring(MirroringType value)
+{
+    _impl->morphMirroring = value;
+}
+DzMorphLoader::MirroringType DzMorphLoader::getMorphMirroring() const
+{
+    return _impl->morphMirroring;
+}
+void DzMorphLoader::setAttenuateMapPath(const QString& value)
+{
+    _impl->attenuateMapPath = value;
+}
+QString DzMorphLoader::getAttenuateMapPath() const
+{
+    return _impl->attenuateMapPath;
+}
+void DzMorphLoader::setAttenuateStrength(float value)
+{
+    _impl->attenuateStrength = value;
+}
+float DzMorphLoader::getAttenuateStrength() const
+{
+    return _impl->attenuateStrength;
+}
+void DzMorphLoader::setAttenuateEdgeStrength(float value)
+{
+    _impl->attenuateEdgeStrength = value;
+}
+float DzMorphLoader::getAttenuateEdgeStrength() const
+{
+    return _impl->attenuateEdgeStrength;
+}

@@ -59,8 +59,8 @@ public slots:
                         bool plainText = true);
     QString createMorphFromMesh(DzVertexMeshPtr mesh, DzNode* node, bool onlyErrorsOrWarnings = true,
                                 bool plainText = true);
-    /// False when the mode does not suit the node: a figure with one skin takes the single-skin modes, a prop the
-    /// primary node's.
+    /// False when the mode does not suit the node: a figure with one skin takes the single-skin modes, a prop
+    /// the primary node's.
     bool setLoadMode(LoadMode mode, DzNode* node);
 
     void setDisplayName(const QString& value); ///< caption in the loader's list

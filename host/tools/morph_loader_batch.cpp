@@ -144,7 +144,8 @@ bool DzMorphLoaderBatch::saveProjectSettingsToConfigFile(const QString& file, bo
         if (common && i == 0)
             isSaved = _morphs[i]->saveObjectSettingsToConfigFile(file, QString(), true);
         if (objects)
-            isSaved = _morphs[i]->saveObjectSettingsToConfigFile(file, _morphs[i]->getMorphName(), false) && isSaved;
+            isSaved = _morphs[i]->saveObjectSettingsToConfigFile(file, _morphs[i]->getMorphName(), false) &&
+                      isSaved;
     }
     return isSaved;
 }

@@ -29,8 +29,8 @@ public slots:
                          bool plainText = true);
     void addMorph(DzMorphLoader* morph);
     int getNumMorphs() const;
-    DzMorphLoader* getMorph(int index) const;      ///< null out of range
-    int findMorph(DzMorphLoader* morph) const;     ///< -1 if it is not in the list
+    DzMorphLoader* getMorph(int index) const;  ///< null out of range
+    int findMorph(DzMorphLoader* morph) const; ///< -1 if it is not in the list
     void clear();
     bool moveMorph(DzMorphLoader* morph, bool up); ///< false at the end of the list
     bool removeMorph(DzMorphLoader* morph);

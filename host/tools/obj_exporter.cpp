@@ -17,6 +17,7 @@
 #include "host/tools/obj_selection.h"
 
 #include <deque>
+#include <set>
 
 #include <QFileInfo>
 
@@ -51,13 +52,16 @@ void AddPart(ExportData& data, const DzNode& node, const DzFileIOSettings& optio
     data.parts.push_back(part);
 }
 
-/// A material library that names every surface, so that other programs find them; the scene holds no materials.
+/// A material library that names every surface, so that other programs find them; the scene holds no
+/// materials.
 void WriteMaterialLibrary(const QString& filename, const std::vector<geometry::ObjPart>& parts)
 {
     std::string text;
+    std::set<std::string> written;
     for (const geometry::ObjPart& part : parts)
         for (const std::string& surface : part.mesh.topology->surfaceNames)
-            text += "newmtl " + surface + "\nKd 0.8 0.8 0.8\n";
+            if (written.insert(surface).second)
+                text += "newmtl " + surface + "\nKd 0.8 0.8 0.8\n";
     geometry::WriteFileAtomically(filename.toStdString(), text);
 }
 

@@ -5,8 +5,8 @@
 
 #include "dzexporter.h"
 
-/// Writes world-space geometry at the present resolution, vertices in the mesh's own order unless an option asks for
-/// cleaning up.
+/// Writes world-space geometry at the present resolution, vertices in the mesh's own order unless an option
+/// asks for cleaning up.
 class DzObjExporter : public DzExporter {
     Q_OBJECT
 

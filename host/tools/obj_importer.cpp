@@ -21,7 +21,8 @@
 
 namespace {
 
-/// Scales by a power of ten so that the largest side is between 50 and 500 cm, the size of people and furniture.
+/// Scales by a power of ten so that the largest side is between 50 and 500 cm, the size of people and
+/// furniture.
 void AdaptToScene(geometry::PolygonMesh& mesh)
 {
     const geometry::Vec3f size = geometry::BoundingBox(mesh.positions).size();
@@ -63,7 +64,8 @@ void DzObjImporter::getDefaultOptions(DzFileIOSettings* options) const
     options->setStringValue(QLatin1String("LatAxis"), QLatin1String("X"));
     options->setStringValue(QLatin1String("VertAxis"), QLatin1String("Y"));
     options->setStringValue(QLatin1String("DepthAxis"), QLatin1String("Z"));
-    for (const char* const key : {"IncludeVT", "IncludeF", "IncludeL", "IncludeG", "IncludeUsemtl", "IncludeMtllib"})
+    for (const char* const key :
+         {"IncludeVT", "IncludeF", "IncludeL", "IncludeG", "IncludeUsemtl", "IncludeMtllib"})
         options->setBoolValue(QLatin1String(key), true);
     options->setBoolValue(QLatin1String("AutoAdapt"), false);
 }

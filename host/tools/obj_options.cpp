@@ -20,11 +20,13 @@ bool Flag(const DzFileIOSettings& options, const char* key, bool fallback)
     return options.getBoolValue(QLatin1String(key), fallback);
 }
 
-geometry::ObjAxis ReadAxis(const DzFileIOSettings& options, const char* key, const char* invertKey, int fallback)
+geometry::ObjAxis ReadAxis(const DzFileIOSettings& options, const char* key, const char* invertKey,
+                           int fallback)
 {
     static const char* const letters = "XYZ";
-    const QString name =
-        options.getStringValue(QLatin1String(key), QString(QLatin1Char(letters[fallback]))).trimmed().toUpper();
+    const QString name = options.getStringValue(QLatin1String(key), QString(QLatin1Char(letters[fallback])))
+                             .trimmed()
+                             .toUpper();
     geometry::ObjAxis axis;
     axis.axis = static_cast<int>(QString::fromLatin1(letters).indexOf(name));
     if (name.size() != 1 || axis.axis < 0)

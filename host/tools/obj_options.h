@@ -9,7 +9,8 @@ class DzFileIOSettings;
 
 namespace openhost {
 
-/// Axes and scale. The exporter's option set says "InvertLatAxis" where the importer's says "InvertLat"; both are read.
+/// Axes and scale. The exporter's option set says "InvertLatAxis" where the importer's says "InvertLat"; both
+/// are read.
 /// @throws geometry::FormatError  an axis is used twice or unknown, or the scale is not above 0
 geometry::ObjSpace ReadObjSpace(const DzFileIOSettings& options);
 

@@ -21,20 +21,22 @@ const DzNode* ItemOf(const DzNode& node)
     return skeleton ? skeleton : &node;
 }
 
-const DzNode* RootOf(const DzNode& node)
-{
-    const DzNode* root = &node;
-    while (const DzNode* const parent = root->getNodeParent())
-        root = parent;
-    return root;
-}
-
 bool IsBelowOneOf(const DzNode& node, const std::set<const DzNode*>& items)
 {
     for (const DzNode* n = &node; n; n = n->getNodeParent())
         if (items.count(n))
             return true;
     return false;
+}
+
+/// Those that stand below no other of them.
+std::set<const DzNode*> RootsAmong(const std::set<const DzNode*>& items)
+{
+    std::set<const DzNode*> roots;
+    for (const DzNode* const item : items)
+        if (!item->getNodeParent() || !IsBelowOneOf(*item->getNodeParent(), items))
+            roots.insert(item);
+    return roots;
 }
 
 } // namespace
@@ -50,10 +52,11 @@ std::vector<DzNode*> NodesToExport(const DzFileIOSettings& options)
     DzNodeListIterator selected = dzScene->selectedNodeListIterator();
     while (isLimited && selected.hasNext()) {
         const DzNode* const node = selected.next();
-        if (primaryRootOnly && node != dzScene->getPrimarySelection())
-            continue;
-        items.insert(rootsOnly ? RootOf(*node) : ItemOf(*node));
+        if (!primaryRootOnly || node == dzScene->getPrimarySelection())
+            items.insert(ItemOf(*node));
     }
+    if (rootsOnly)
+        items = RootsAmong(items);
 
     std::vector<DzNode*> nodes;
     DzNodeListIterator all = dzScene->nodeListIterator();

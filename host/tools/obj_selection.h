@@ -10,8 +10,9 @@ class DzNode;
 
 namespace openhost {
 
-/// Nodes with geometry, in scene order, as the options "IgnoreInvisible", "SelectedOnly", "SelectedRootsOnly",
-/// "PrimaryRootOnly" and "IncludeParented" ask for. A selected bone stands for its figure.
+/// Nodes with geometry, in scene order, as the options "IgnoreInvisible", "SelectedOnly",
+/// "SelectedRootsOnly", "PrimaryRootOnly" and "IncludeParented" ask for. A selected bone stands for its
+/// figure; the roots of a selection are those that stand below no other part of it.
 std::vector<DzNode*> NodesToExport(const DzFileIOSettings& options);
 
 } // namespace openhost

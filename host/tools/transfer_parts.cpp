@@ -16,6 +16,7 @@
 #include "dzskinbinding.h"
 #include "dzweightmap.h"
 #include "geometry/deltas.h"
+#include "geometry/errors.h"
 #include "host/figure/deltas_access.h"
 #include "host/figure/mesh_access.h"
 #include "host/figure/pipeline.h"
@@ -47,6 +48,11 @@ void CopyBones(const DzNode& from, DzNode& to, std::map<const DzNode*, DzBone*>&
         const auto* const bone = qobject_cast<const DzBone*>(from.getNodeChild(i));
         if (!bone)
             continue;
+        if (auto* const present = qobject_cast<DzBone*>(to.findNodeChild(bone->getName()))) {
+            copies[bone] = present;
+            CopyBones(*bone, *present, copies);
+            continue;
+        }
         auto* const copy = new DzBone;
         copy->setName(bone->getName());
         copy->setLabel(bone->getLabel());
@@ -101,7 +107,8 @@ void BindToOneBone(DzSkinBinding& binding, DzFigure& target)
     SkinAccess::bind(binding, *bone, all, std::vector<float>(all.size(), 1.0f));
 }
 
-void BindLikeSource(DzSkinBinding& binding, const geometry::SurfaceMap& map, const DzFigure& source, DzFigure& target)
+void BindLikeSource(DzSkinBinding& binding, const geometry::SurfaceMap& map, const DzFigure& source,
+                    DzFigure& target)
 {
     std::map<const DzNode*, DzBone*> copies;
     CopyBones(source, target, copies);
@@ -131,7 +138,8 @@ std::vector<std::uint32_t> NearestLabels(const geometry::SurfaceMap& map, const 
         for (const std::uint32_t vertex : target.face(f))
             if (const std::uint32_t face = map.sourceFaces()[vertex]; face != UINT32_MAX)
                 votes.push_back(sourceLabels[face]);
-        // A face without any match belongs with the faces around it, which mostly stand beside it in the list too.
+        // A face without any match belongs with the faces around it, which mostly stand beside it in the list
+        // too.
         std::uint32_t best = previous;
         std::ptrdiff_t bestCount = 0;
         for (const std::uint32_t vote : votes) {
@@ -158,8 +166,14 @@ std::vector<Vec3f> BasePositionsInWorld(const DzNode& node)
     return positions;
 }
 
-void TransferMorphTo(const geometry::SurfaceMap& map, const DzMorph& morph, const DzNode& source, DzFigure& target,
-                     bool overrideExisting)
+void RequireInvertiblePlace(const DzNode& node)
+{
+    if (!WorldTransform(node).linear.inverse().allFinite())
+        throw geometry::Error(node.getLabel().toStdString() + " is scaled to nothing");
+}
+
+void TransferMorphTo(const geometry::SurfaceMap& map, const DzMorph& morph, const DzNode& source,
+                     DzFigure& target, bool overrideExisting)
 {
     DzObject& object = *target.getObject();
     auto* present = qobject_cast<DzMorph*>(object.findModifier(morph.getName()));
@@ -178,6 +192,7 @@ void TransferMorphTo(const geometry::SurfaceMap& map, const DzMorph& morph, cons
         DzFloatProperty& dial = *present->getValueControl();
         const DzFloatProperty& model = *morph.getValueControl();
         dial.setPath(model.getPath());
+        dial.setRegion(model.getRegion());
         dial.setMinMax(model.getMin(), model.getMax());
         dial.setIsClamped(model.isClamped());
         dial.setDisplayAsPercent(model.getDisplayAsPercent());
@@ -188,13 +203,17 @@ void TransferMorphTo(const geometry::SurfaceMap& map, const DzMorph& morph, cons
 
 void TransferBinding(const geometry::SurfaceMap& map, const DzNode& source, DzFigure& target)
 {
-    if (DzSkinBinding* const present = target.getSkinBinding())
+    const auto* const figure = qobject_cast<const DzFigure*>(&source);
+    const bool isSkinned = figure && figure->getSkinBinding();
+    DzSkinBinding* const present = target.getSkinBinding();
+    if (present && !isSkinned)
+        return;
+    if (present)
         target.getObject()->removeModifier(present);
     auto* const binding = new DzSkinBinding;
     binding->setName(QLatin1String("SkinBinding"));
     binding->setTargetVertexCount(static_cast<int>(map.targetVertexCount()));
-    const auto* const figure = qobject_cast<const DzFigure*>(&source);
-    if (figure && figure->getSkinBinding())
+    if (isSkinned)
         BindLikeSource(*binding, map, *figure, target);
     else
         BindToOneBone(*binding, target);

@@ -14,11 +14,15 @@ namespace openhost {
 /// Positions of a node's base mesh, neither morphed nor posed, at its place in the world; cm.
 std::vector<geometry::Vec3f> BasePositionsInWorld(const DzNode& node);
 
-/// A copy of the morph with deltas for the target's mesh; its dial stands at 0.
-void TransferMorphTo(const geometry::SurfaceMap& map, const DzMorph& morph, const DzNode& source, DzFigure& target,
-                     bool overrideExisting);
+/// @throws geometry::Error  the node is scaled to nothing, so nothing can be carried into its own space
+void RequireInvertiblePlace(const DzNode& node);
 
-/// Copies the source's bones and interpolates its weights; without bones the target gets one for all its vertices.
+/// A copy of the morph with deltas for the target's mesh; its dial stands at 0.
+void TransferMorphTo(const geometry::SurfaceMap& map, const DzMorph& morph, const DzNode& source,
+                     DzFigure& target, bool overrideExisting);
+
+/// Copies the source's bones, as far as the target has none of that name, and interpolates its weights.
+/// Without bones on the source the target keeps its own binding, or gets one bone for all its vertices.
 void TransferBinding(const geometry::SurfaceMap& map, const DzNode& source, DzFigure& target);
 
 /// Groups (and surfaces, if asked for) of the nearest source faces.

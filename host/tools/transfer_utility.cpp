@@ -18,6 +18,8 @@
 #include "host/tools/transfer_parts.h"
 #include "openhost/operations.h"
 
+#include <memory>
+
 namespace {
 
 bool HasMesh(const DzNode* node)
@@ -67,8 +69,8 @@ std::vector<const DzMorph*> WantedMorphs(const DzNode& source, int type, const Q
 
 void CopyPlace(const DzNode& from, DzNode& to)
 {
-    for (const char* const name : {"XTranslate", "YTranslate", "ZTranslate", "XRotate", "YRotate", "ZRotate", "Scale",
-                                   "XScale", "YScale", "ZScale"}) {
+    for (const char* const name : {"XTranslate", "YTranslate", "ZTranslate", "XRotate", "YRotate", "ZRotate",
+                                   "Scale", "XScale", "YScale", "ZScale"}) {
         const auto* const source = qobject_cast<DzFloatProperty*>(from.findProperty(QLatin1String(name)));
         auto* const copy = qobject_cast<DzFloatProperty*>(to.findProperty(QLatin1String(name)));
         if (source && copy)
@@ -132,13 +134,16 @@ DzFigure* DzTransferUtility::figureToFill()
     auto figure = std::make_unique<DzFigure>();
     figure->setObject(CopyObject(target).release());
     CopyPlace(target, *figure);
-    if (_removeOriginalTarget)
-        dzScene->removeNode(&target);
+    DzNode* const parent = target.getNodeParent();
+    if (_removeOriginalTarget && !dzScene->removeNode(&target))
+        throw geometry::Error(label.toStdString() + " cannot be removed from the scene");
     figure->setName(name);
     figure->setLabel(label);
-    DzFigure* const made = figure.get();
-    dzScene->addNode(figure.release());
-    return made;
+    const bool isAdded =
+        parent ? parent->addNodeChild(figure.get()) == DZ_NO_ERROR : dzScene->addNode(figure.get());
+    if (!isAdded)
+        throw geometry::Error(label.toStdString() + " cannot be added to the scene");
+    return figure.release();
 }
 
 bool DzTransferUtility::doTransfer()
@@ -148,6 +153,7 @@ bool DzTransferUtility::doTransfer()
     if (!source || !target || source == target || !openhost::AllowOperation("transfer", target->getLabel()))
         return false;
     try {
+        openhost::RequireInvertiblePlace(*target);
         const std::vector<geometry::Vec3f> from = openhost::BasePositionsInWorld(*source);
         const std::vector<geometry::Vec3f> to = openhost::BasePositionsInWorld(*target);
         const geometry::SurfaceMap map =
@@ -163,7 +169,8 @@ bool DzTransferUtility::doTransfer()
         if (_transferSelectionMap)
             openhost::TransferSelectionMap(*source, figure);
         if (_transferMorphs)
-            for (const DzMorph* const morph : WantedMorphs(*source, _transferSourceMorphs, _morphTransferList))
+            for (const DzMorph* const morph :
+                 WantedMorphs(*source, _transferSourceMorphs, _morphTransferList))
                 openhost::TransferMorphTo(map, *morph, *source, figure, _overrideExistingMorphs);
         if (_parentToFigure)
             source->addNodeChild(&figure, true);
@@ -258,4 +265,3 @@ bool DzTransferUtility::setRemoveOriginalTarget(bool value)
     _removeOriginalTarget = value;
     return true;
 }
-

@@ -63,10 +63,10 @@ public slots:
     bool setRemoveOriginalTarget(bool value); ///< the prop that became a figure leaves the scene
     bool getRemoveOriginalTarget() const { return _removeOriginalTarget; }
 
-    /// Finds where each target vertex lies on the source's base mesh, both at their places in the world, and carries
-    /// over what is asked for. A prop becomes a figure of the same label in its place, which is selected; a figure is
-    /// changed in place. Names that the source lacks are skipped. False, the scene unchanged, when source or target
-    /// has no faces or both are the same node.
+    /// Finds where each target vertex lies on the source's base mesh, both at their places in the world, and
+    /// carries over what is asked for. A prop becomes a figure of the same label in its place, which is
+    /// selected; a figure is changed in place. Names that the source lacks are skipped. False, the scene
+    /// unchanged, when source or target has no faces or both are the same node.
     bool doTransfer();
     /// What the last transfer made or changed; null before.
     DzFigure* getTargetOutputFigure() const;

@@ -61,10 +61,13 @@ dson::FigureAsset Figure()
     figure.geometry.id = "Mini-1";
     figure.geometry.name = figure.geometry.label = "Mini";
     figure.geometry.mesh = Strip();
-    figure.nodes = {dson::MakeNode("Mini", "Mini", "figure"), Bone("hip", "Mini", 0.0), Bone("arm", "hip", 20.0)};
+    figure.geometry.subdivisionLevel = 0; // tests look at the cage
+    figure.nodes = {dson::MakeNode("Mini", "Mini", "figure"), Bone("hip", "Mini", 0.0),
+                    Bone("arm", "hip", 20.0)};
     figure.nodes.front().presentationType = "Actor/Character";
     figure.skin.vertexCount = vertexCount;
-    figure.skin.joints = {{"hip", {0, 1, 2, 3}, {1, 1, 1, 1}}, {"arm", {4, 5, 6, 7, 8, 9}, {1, 1, 1, 1, 1, 1}}};
+    figure.skin.joints = {{"hip", {0, 1, 2, 3}, {1, 1, 1, 1}},
+                          {"arm", {4, 5, 6, 7, 8, 9}, {1, 1, 1, 1, 1, 1}}};
     return figure;
 }
 
@@ -127,6 +130,8 @@ std::string NodeChannel(const std::string& node, const std::string& property)
 void WriteBytes(const fs::path& file, const std::string& bytes)
 {
     fs::create_directories(file.parent_path());
+    // Rewriting a file in place makes some file systems wait for the disk.
+    fs::remove(file);
     std::ofstream(file, std::ios::binary) << bytes;
 }
 
@@ -164,7 +169,8 @@ bool LibraryTest::open(const fs::path& file)
 
 DzFigure* LibraryTest::openMini()
 {
-    return open(_library / "People/Mini.duf") ? qobject_cast<DzFigure*>(dzScene->getPrimarySelection()) : nullptr;
+    return open(_library / "People/Mini.duf") ? qobject_cast<DzFigure*>(dzScene->getPrimarySelection())
+                                              : nullptr;
 }
 
 QString LibraryTest::log() const
@@ -174,7 +180,8 @@ QString LibraryTest::log() const
 
 DzMorph* FindMorph(const DzNode& node, const char* name)
 {
-    return qobject_cast<DzMorph*>(node.getObject()->findModifier(QString::fromUtf8(name)));
+    const DzObject* const object = node.getObject();
+    return object ? qobject_cast<DzMorph*>(object->findModifier(QString::fromUtf8(name))) : nullptr;
 }
 
 DzFloatProperty* DialOf(const DzNode& node, const char* name)

@@ -15,8 +15,8 @@ class DzFloatProperty;
 class DzMorph;
 class DzNode;
 
-/// Figure "Mini" of vendor "Acme": a strip of four quads along X, vertices 2i at (10 i, 0, 0) and 2i + 1 at (10 i, 10, 0),
-/// the last six bound to bone "arm" at x = 20, the others to its parent "hip" at the origin.
+/// Figure "Mini" of vendor "Acme": a strip of four quads along X, vertices 2i at (10 i, 0, 0) and 2i + 1 at
+/// (10 i, 10, 0), the last six bound to bone "arm" at x = 20, the others to its parent "hip" at the origin.
 namespace mini {
 
 constexpr int vertexCount = 10;
@@ -32,7 +32,8 @@ dson::AssetInfo MorphInfo(const std::string& name);
 /// Into the stock's morph folder.
 std::filesystem::path WriteMorph(const dson::Modifier& modifier, const std::filesystem::path& library);
 /// Writes People/Mini.duf.
-std::filesystem::path WriteCharacter(const std::filesystem::path& library, std::vector<dson::DialValue> dials = {},
+std::filesystem::path WriteCharacter(const std::filesystem::path& library,
+                                     std::vector<dson::DialValue> dials = {},
                                      const std::string& label = "Mini");
 /// URI of a property of a morph or control of the figure, as formulas name it.
 std::string Dial(const std::string& name);

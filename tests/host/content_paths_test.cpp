@@ -80,8 +80,8 @@ TEST_F(Paths, files_below_a_folder_are_united_over_all_directories)
 {
     for (const char* const file :
          {"a/data/Mini/Morphs/V/two.dsf", "a/data/Mini/Morphs/V/one.dsf", "b/Data/mini/MORPHS/v/Two.DSF",
-          "b/Data/mini/MORPHS/W/three.dsf", "b/Data/mini/MORPHS/W/._three.dsf", "b/Data/mini/MORPHS/W/readme.txt",
-          "b/data/Mini/Morphs/four.dsf", "c/data/Other/Morphs/five.dsf"})
+          "b/Data/mini/MORPHS/W/three.dsf", "b/Data/mini/MORPHS/W/._three.dsf",
+          "b/Data/mini/MORPHS/W/readme.txt", "b/data/Mini/Morphs/four.dsf", "c/data/Other/Morphs/five.dsf"})
         write(file);
     for (const char* const directory : {"a", "missing", "b", "c"})
         _paths.add(root() / directory);
@@ -103,9 +103,11 @@ TEST_F(ContentManager, finds_files_and_directories)
     EXPECT_EQ(manager.getContentDirectoryPath(0), stock);
     EXPECT_EQ(manager.getContentDirectoryPath(1), QString());
     EXPECT_EQ(manager.getContentDirectory(-1), nullptr);
-    EXPECT_EQ(manager.getAbsolutePath(QStringLiteral("/People/mini.DUF"), false), stock + QStringLiteral("/People/Mini.duf"));
+    EXPECT_EQ(manager.getAbsolutePath(QStringLiteral("/People/mini.DUF"), false),
+              stock + QStringLiteral("/People/Mini.duf"));
     EXPECT_EQ(manager.getAbsolutePath(QStringLiteral("/People/None.duf"), true), QString());
-    EXPECT_EQ(manager.getRelativePath(stock + QStringLiteral("/People/Mini.duf"), true), QStringLiteral("/People/Mini.duf"));
+    EXPECT_EQ(manager.getRelativePath(stock + QStringLiteral("/People/Mini.duf"), true),
+              QStringLiteral("/People/Mini.duf"));
     EXPECT_EQ(manager.getRelativePath(QStringLiteral("/elsewhere/x"), true), QStringLiteral("/elsewhere/x"));
     ASSERT_NE(manager.findBaseDirectory(stock + QStringLiteral("/data"), false), nullptr);
     EXPECT_EQ(manager.findBaseDirectory(stock + QStringLiteral("/data"), false)->getFullPath(), stock);

@@ -39,8 +39,10 @@ protected:
     fs::path writePose(const char* animations) const
     {
         const fs::path file = _library / "Presets/Pose.duf";
-        WriteBytes(file, std::string(R"({"file_version": "0.6.0.0", "asset_info": {"type": "preset_pose"}, "scene": )") +
-                             "{\"animations\": " + animations + "}}");
+        WriteBytes(
+            file,
+            std::string(R"({"file_version": "0.6.0.0", "asset_info": {"type": "preset_pose"}, "scene": )") +
+                "{\"animations\": " + animations + "}}");
         return file;
     }
 };
@@ -53,19 +55,20 @@ protected:
         DzFigure* const figure = openMini();
         if (!figure)
             return nullptr;
-        auto* const morph = new DzMorph(openhost::DeltasAccess::create({{2, 7}, {{0.1f, 0, -3}, {0, 1.0f / 3, 0}}}, 10));
+        auto* const morph =
+            new DzMorph(openhost::DeltasAccess::create({{2, 7}, {{0.1f, 0, -3}, {0, 1.0f / 3, 0}}}, 10));
         morph->setName(QString::fromUtf8(name));
         morph->setLabel(QStringLiteral("Shape of Mine"));
         morph->getValueControl()->setPath(QStringLiteral("/Actor/Mine"));
         figure->getObject()->addModifier(morph);
         return figure;
     }
-    static std::string save(DzNode& node, const fs::path& folder, const char* vendor = "Me", const char* product = "Own",
-                            bool compress = false, const char* name = "My Shape")
+    static std::string save(DzNode& node, const fs::path& folder, const char* vendor = "Me",
+                            const char* product = "Own", bool compress = false, const char* name = "My Shape")
     {
         try {
-            return kst::FilteredSave::SaveMorphSupportAsset_X(node, folder.string(), vendor, product, {name}, compress,
-                                                              false)
+            return kst::FilteredSave::SaveMorphSupportAsset_X(node, folder.string(), vendor, product, {name},
+                                                              compress, false)
                        ? "saved"
                        : "cancelled";
         } catch (const kst::Exception& error) {
@@ -84,7 +87,8 @@ TEST_F(Preset, a_d_former_lends_its_weights_to_the_selected_figure)
     ASSERT_NE(figure, nullptr);
     dzScene->setPrimarySelection(figure->findNodeChild(QStringLiteral("arm"), true));
     ASSERT_TRUE(open(preset)) << log().toStdString();
-    auto* const modifier = qobject_cast<DzDFormModifier*>(figure->getObject()->findModifier(QStringLiteral("D-Former_1")));
+    auto* const modifier =
+        qobject_cast<DzDFormModifier*>(figure->getObject()->findModifier(QStringLiteral("D-Former_1")));
     ASSERT_NE(modifier, nullptr);
     const DzWeightMap& weights = *modifier->getInfluenceWeights();
     EXPECT_EQ(weights.getName(), QStringLiteral("Influence Weights"));
@@ -102,13 +106,17 @@ TEST_F(Preset, that_does_not_fit_or_has_nothing_to_be_applied_to_changes_nothing
     EXPECT_EQ(dzScene->getNumNodes(), 0);
     ASSERT_NE(openMini(), nullptr);
     EXPECT_FALSE(open(writeDForm(11, {1})));
-    EXPECT_TRUE(log().contains(QStringLiteral("Split.duf: the influence weights are for 11 vertices but Mini has 10")));
+    EXPECT_TRUE(log().contains(
+        QStringLiteral("Split.duf: the influence weights are for 11 vertices but Mini has 10")));
     std::string unchecked = ReadBytes(writeDForm(10, {1, 10}));
-    unchecked.replace(unchecked.find("\"influence_vertex_count\" : 10"), 29, "\"influence_vertex_count\" : -1");
+    unchecked.replace(unchecked.find("\"influence_vertex_count\" : 10"), 29,
+                      "\"influence_vertex_count\" : -1");
     WriteBytes(preset, unchecked);
     EXPECT_FALSE(open(preset));
-    EXPECT_TRUE(log().contains(QStringLiteral("Split.duf: influence weight 1 names vertex 10 but Mini has 10")));
-    EXPECT_FALSE(open(writePose(R"([{"url": "name://@selection/tail:?rotation/z/value", "keys": [[0, 1]]}])")));
+    EXPECT_TRUE(
+        log().contains(QStringLiteral("Split.duf: influence weight 1 names vertex 10 but Mini has 10")));
+    EXPECT_FALSE(
+        open(writePose(R"([{"url": "name://@selection/tail:?rotation/z/value", "keys": [[0, 1]]}])")));
     EXPECT_TRUE(log().contains(QStringLiteral("Pose.duf: names nothing that Mini has")));
     EXPECT_FALSE(open(_library / "data/Acme/Mini/Base/Mini.dsf"));
     EXPECT_TRUE(log().contains(QStringLiteral("Mini.dsf: holds nothing to load into a scene")));
@@ -144,7 +152,8 @@ TEST_F(SavedMorph, is_found_by_the_next_load_of_the_figure)
         EXPECT_EQ(ReadBytes(savedFile()).substr(0, 2) == "\x1F\x8B", compress);
         EXPECT_EQ(FindMorph(*figure, "My Shape")->getAssetUri().toString(),
                   QStringLiteral("/data/Acme/Mini/Base/Morphs/Me/Own/My_Shape.dsf#My_Shape"));
-        const geometry::SparseDeltas saved = openhost::DeltasAccess::deltas(*FindMorph(*figure, "My Shape")->getDeltas());
+        const geometry::SparseDeltas saved =
+            openhost::DeltasAccess::deltas(*FindMorph(*figure, "My Shape")->getDeltas());
 
         TestHost().reset();
         use(_library);
@@ -182,7 +191,8 @@ TEST_F(SavedMorph, is_not_written_where_that_is_impossible_or_under_a_bad_name)
 {
     DzFigure* const figure = openWithMorph();
     ASSERT_NE(figure, nullptr);
-    const std::string failed = "Daz Studio asset IO manager reported: " + getErrorMessage(DZ_OPERATION_FAILED_ERROR).toStdString();
+    const std::string failed =
+        "Daz Studio asset IO manager reported: " + getErrorMessage(DZ_OPERATION_FAILED_ERROR).toStdString();
     for (const char* const vendor : {"", ".", "..", "a/b", "a\\b", "  ", "a:b", "a\nb", "Inc."}) {
         EXPECT_EQ(save(*figure, folder("mine"), vendor), failed) << vendor;
         EXPECT_EQ(save(*figure, folder("mine"), "Me", vendor), failed) << vendor;

@@ -15,7 +15,8 @@ std::string Expand(const std::string& bytes, std::size_t limit = dson::maxTextSi
     return dson::Decompress(bytes, "file", limit);
 }
 
-const char* const json = "{ \"name\" : \"Gr\xC3\xB6\xC3\x9F" "e \xF0\x9F\x98\x80\" }";
+const char* const json = "{ \"name\" : \"Gr\xC3\xB6\xC3\x9F"
+                         "e \xF0\x9F\x98\x80\" }";
 
 std::string Utf16(bool bigEndian, bool mark)
 {
@@ -68,9 +69,11 @@ TEST(Gzip, a_zeroed_trailer_is_accepted_and_a_wrong_one_refused)
 
 TEST(Gzip, cut_off_at_any_byte_it_is_refused)
 {
-    const std::string good = dson::Compress("{ \"file_version\" : \"0.6.0.0\", \"numbers\" : [ 1, 2, 3, 4, 5 ] }");
+    const std::string good =
+        dson::Compress("{ \"file_version\" : \"0.6.0.0\", \"numbers\" : [ 1, 2, 3, 4, 5 ] }");
     for (std::size_t size = 2; size < good.size(); ++size)
-        EXPECT_EQ(ErrorOf([&] { Expand(good.substr(0, size)); }), "file: the compressed data is cut off") << size;
+        EXPECT_EQ(ErrorOf([&] { Expand(good.substr(0, size)); }), "file: the compressed data is cut off")
+            << size;
 }
 
 TEST(Gzip, damage_anywhere_is_an_error_or_harmless)
@@ -99,7 +102,12 @@ TEST(Gzip, optional_parts_of_the_header_are_stepped_over)
 {
     std::string packed = dson::Compress("some text");
     packed[3] = 4 | 8 | 16 | 2;
-    packed.insert(10, std::string("\x03\x00" "abc" "name\0" "comment\0" "\x00\x00", 20));
+    packed.insert(10, std::string("\x03\x00"
+                                  "abc"
+                                  "name\0"
+                                  "comment\0"
+                                  "\x00\x00",
+                                  20));
     EXPECT_EQ(Expand(packed), "some text");
 }
 
@@ -132,11 +140,14 @@ TEST_F(FileText, of_what_is_no_file_is_an_error)
 
 TEST_F(FileText, loses_commas_before_closing_brackets_only)
 {
-    EXPECT_EQ(dson::WithoutTrailingCommas(R"({"a": [1, 2 , ], "b,]": ",}\",]", })"), R"({"a": [1, 2  ], "b,]": ",}\",]" })");
-    WriteBytes(file(), R"({"file_version": "0.6.0.0", "asset_info": {"id": "/x.dsf", "type": "modifier",},})");
+    EXPECT_EQ(dson::WithoutTrailingCommas(R"({"a": [1, 2 , ], "b,]": ",}\",]", })"),
+              R"({"a": [1, 2  ], "b,]": ",}\",]" })");
+    WriteBytes(file(),
+               R"({"file_version": "0.6.0.0", "asset_info": {"id": "/x.dsf", "type": "modifier",},})");
     const dson::Document document = dson::ReadDocument(file());
     EXPECT_EQ(document.info.type, "modifier");
-    EXPECT_EQ(document.warnings, std::vector<std::string>{file().string() + ": has commas before closing brackets"});
+    EXPECT_EQ(document.warnings,
+              std::vector<std::string>{file().string() + ": has commas before closing brackets"});
 }
 
 TEST_F(FileText, of_another_systems_companion_file_is_no_document)
@@ -158,9 +169,11 @@ TEST(Uri, every_form_is_taken_apart)
         {"Mini:/data/a.dsf#MiniHeadRound?value", {"", "Mini", "/data/a.dsf", "MiniHeadRound", "value"}},
         {"l_arm:/data/a.dsf#l_arm?center_point/x", {"", "l_arm", "/data/a.dsf", "l_arm", "center_point/x"}},
         {"l_arm:#l_arm?rotation/z", {"", "l_arm", "", "l_arm", "rotation/z"}},
-        {"name://@selection/l_arm:?rotation/x/value", {"name", "//@selection/l_arm", "", "", "rotation/x/value"}},
+        {"name://@selection/l_arm:?rotation/x/value",
+         {"name", "//@selection/l_arm", "", "", "rotation/x/value"}},
         {"name://@selection:?translation/y/value", {"name", "//@selection", "", "", "translation/y/value"}},
-        {"name://@selection#MiniHeadRound:?value/value", {"name", "//@selection", "", "MiniHeadRound", "value/value"}},
+        {"name://@selection#MiniHeadRound:?value/value",
+         {"name", "//@selection", "", "MiniHeadRound", "value/value"}},
         {"name://@selection#materials/Skin:?diffuse/value",
          {"name", "//@selection", "", "materials/Skin", "diffuse/value"}},
         {"name://@selection#geometries/Mini:", {"name", "//@selection", "", "geometries/Mini", ""}},
@@ -185,10 +198,15 @@ TEST(Uri, every_form_is_taken_apart)
 TEST(Uri, parts_are_decoded_once_and_after_splitting)
 {
     const dson::Uri uri = dson::ParseUri("/data/DAZ%203D/Gr%C3%B6%C3%9Fe%2520.dsf#Base%20%23%3f%25?value");
-    EXPECT_EQ(uri.path, "/data/DAZ 3D/Gr\xC3\xB6\xC3\x9F" "e%20.dsf");
+    EXPECT_EQ(uri.path, "/data/DAZ 3D/Gr\xC3\xB6\xC3\x9F"
+                        "e%20.dsf");
     EXPECT_EQ(uri.id, "Base #?%");
     EXPECT_EQ(uri.property, "value");
-    EXPECT_EQ(dson::ParseUri("/Gr\xC3\xB6\xC3\x9F" "e no code.dsf").path, "/Gr\xC3\xB6\xC3\x9F" "e no code.dsf");
+    EXPECT_EQ(dson::ParseUri("/Gr\xC3\xB6\xC3\x9F"
+                             "e no code.dsf")
+                  .path,
+              "/Gr\xC3\xB6\xC3\x9F"
+              "e no code.dsf");
     EXPECT_EQ(dson::PercentDecode("100% %2 %zz %"), "100% %2 %zz %");
 }
 
@@ -201,7 +219,8 @@ TEST(Uri, what_is_encoded_is_decoded_to_the_same)
     EXPECT_EQ(dson::PercentDecode(dson::EncodeFragment(every)), every);
     EXPECT_EQ(dson::EncodePath("/DAZ 3D/a-b_c.d~(+).dsf"), "/DAZ%203D/a-b_c.d~%28%2B%29.dsf");
     EXPECT_EQ(dson::EncodeFragment("a/b \xC3\xB6"), "a%2Fb%20%C3%B6");
-    const dson::Uri uri = dson::ParseUri(dson::MakePropertyUri("l arm", "/data/A B/m.dsf", "a#b:c", "rotation/z"));
+    const dson::Uri uri =
+        dson::ParseUri(dson::MakePropertyUri("l arm", "/data/A B/m.dsf", "a#b:c", "rotation/z"));
     EXPECT_EQ(uri.node, "l arm");
     EXPECT_EQ(uri.path, "/data/A B/m.dsf");
     EXPECT_EQ(uri.id, "a#b:c");

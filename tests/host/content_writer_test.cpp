@@ -40,16 +40,11 @@ bool SameBits(float a, float b)
 
 const std::vector<float>& AwkwardNumbers()
 {
-    static const std::vector<float> numbers{0.1f,
-                                            -0.0f,
-                                            1.0f / 3.0f,
-                                            16777217.0f,
-                                            1e-38f,
-                                            -123456.789f,
-                                            3.4e38f,
-                                            1.17549435e-38f,
-                                            std::numeric_limits<float>::denorm_min(),
-                                            -9.99999905f};
+    static const std::vector<float> numbers{
+        0.1f,        -0.0f,           1.0f / 3.0f,
+        16777217.0f, 1e-38f,          -123456.789f,
+        3.4e38f,     1.17549435e-38f, std::numeric_limits<float>::denorm_min(),
+        -9.99999905f};
     return numbers;
 }
 
@@ -61,13 +56,15 @@ TEST_F(DsonWriter, a_figure_reads_back_bit_for_bit)
 {
     dson::FigureAsset figure = mini::Figure();
     for (std::size_t v = 0; v < mini::vertexCount; ++v)
-        figure.geometry.mesh.positions[v] = {AwkwardNumbers()[v], AwkwardNumbers()[(v + 3) % 10], -AwkwardNumbers()[v]};
+        figure.geometry.mesh.positions[v] = {AwkwardNumbers()[v], AwkwardNumbers()[(v + 3) % 10],
+                                             -AwkwardNumbers()[v]};
     figure.nodes[2].centerPoint = {0.1f, -2.5, 3.0};
     figure.nodes[2].orientation = {1.25, 0, -90};
     figure.nodes[2].rotationOrder = "YZX";
     figure.nodes[2].rotation[1].min = -12.5;
     figure.nodes[2].rotation[1].clamped = true;
-    figure.nodes[2].formulas = {dson::MakeDeltaAdd(mini::NodeChannel("arm", "center_point/x"), "Mini:#Long?value", 2.5)};
+    figure.nodes[2].formulas = {
+        dson::MakeDeltaAdd(mini::NodeChannel("arm", "center_point/x"), "Mini:#Long?value", 2.5)};
     figure.skin.joints[1].weights[2] = 1.0f / 3.0f;
     const dson::Document read = dson::ReadDocument(dson::WriteFigure(figure, library()));
 
@@ -105,7 +102,9 @@ TEST_F(DsonWriter, a_figure_reads_back_bit_for_bit)
 TEST_F(DsonWriter, a_morph_reads_back_bit_for_bit_plain_and_compressed)
 {
     for (const bool compress : {false, true}) {
-        dson::Modifier morph = mini::Morph("Mini Gr\xC3\xB6\xC3\x9F" "e", 0, {});
+        dson::Modifier morph = mini::Morph("Mini Gr\xC3\xB6\xC3\x9F"
+                                           "e",
+                                           0, {});
         morph.id = morph.name;
         morph.region = "Head";
         morph.channel.label = "\"Quoted\\\" \t label";
@@ -113,7 +112,8 @@ TEST_F(DsonWriter, a_morph_reads_back_bit_for_bit_plain_and_compressed)
         morph.morph->deltas = {};
         for (std::uint32_t v = 0; v < mini::vertexCount; ++v) {
             morph.morph->deltas.vertices.push_back(v);
-            morph.morph->deltas.deltas.push_back({AwkwardNumbers()[v], -AwkwardNumbers()[v], AwkwardNumbers()[9 - v]});
+            morph.morph->deltas.deltas.push_back(
+                {AwkwardNumbers()[v], -AwkwardNumbers()[v], AwkwardNumbers()[9 - v]});
         }
         dson::WriteOptions options;
         options.compress = compress;
@@ -134,7 +134,8 @@ TEST_F(DsonWriter, a_morph_reads_back_bit_for_bit_plain_and_compressed)
             for (int axis = 0; axis < 3; ++axis)
                 EXPECT_TRUE(SameBits(deltas.deltas[i][axis], morph.morph->deltas.deltas[i][axis])) << i;
         EXPECT_EQ(dson::ReadDeltas(file, morph.id).vertices, deltas.vertices);
-        EXPECT_EQ(ErrorOf([&] { dson::ReadDeltas(library() / "none.dsf", "x"); }).substr(0, 12), "cannot read ");
+        EXPECT_EQ(ErrorOf([&] { dson::ReadDeltas(library() / "none.dsf", "x"); }).substr(0, 12),
+                  "cannot read ");
     }
 }
 
@@ -145,8 +146,8 @@ TEST_F(DsonWriter, every_kind_of_operation_reads_back)
     dson::Formula formula;
     formula.output = mini::Dial("Other");
     formula.stage = dson::Formula::Stage::Multiply;
-    for (const Kind kind : {Kind::PushUrl, Kind::PushValue, Kind::Add, Kind::Sub, Kind::Mult, Kind::Div, Kind::Inv,
-                            Kind::Neg, Kind::PushKnot, Kind::SplineLinear, Kind::SplineConstant}) {
+    for (const Kind kind : {Kind::PushUrl, Kind::PushValue, Kind::Add, Kind::Sub, Kind::Mult, Kind::Div,
+                            Kind::Inv, Kind::Neg, Kind::PushKnot, Kind::SplineLinear, Kind::SplineConstant}) {
         dson::Operation operation;
         operation.kind = kind;
         operation.url = "Mini:#x?value";
@@ -170,8 +171,9 @@ TEST_F(DsonWriter, every_kind_of_operation_reads_back)
         for (std::size_t i = 0; i < written.size(); ++i) {
             const dson::Operation& operation = read.modifiers[0].formulas[f].operations[i];
             EXPECT_EQ(operation.kind, written[i].kind);
-            if (operation.kind == Kind::PushKnot)
+            if (operation.kind == Kind::PushKnot) {
                 EXPECT_EQ(operation.knot, written[i].knot);
+            }
         }
     }
     const OrderedJson formulas = parse(file)["modifier_library"][0]["formulas"];
@@ -223,23 +225,24 @@ TEST_F(DsonWriter, a_d_former_reads_back)
 TEST_F(DsonWriter, members_stand_in_their_documented_order)
 {
     const OrderedJson figure = parse(dson::WriteFigure(mini::Figure(), library()));
-    EXPECT_EQ(Keys(figure),
-              (Strings{"file_version", "asset_info", "geometry_library", "node_library", "modifier_library"}));
+    EXPECT_EQ(Keys(figure), (Strings{"file_version", "asset_info", "geometry_library", "node_library",
+                                     "modifier_library"}));
     EXPECT_EQ(Keys(figure["asset_info"]), (Strings{"id", "type", "contributor", "revision", "modified"}));
     EXPECT_EQ(Keys(figure["asset_info"]["contributor"]), (Strings{"author", "email", "website"}));
     EXPECT_EQ(Keys(figure["geometry_library"][0]),
               (Strings{"id", "name", "label", "type", "edge_interpolation_mode", "vertices", "polygon_groups",
                        "polygon_material_groups", "polylist", "graft", "extra"}));
-    EXPECT_EQ(Keys(figure["node_library"][1]),
-              (Strings{"id", "name", "type", "label", "parent", "rotation_order", "inherits_scale", "center_point",
-                       "end_point", "orientation", "rotation", "translation", "scale", "general_scale"}));
+    EXPECT_EQ(
+        Keys(figure["node_library"][1]),
+        (Strings{"id", "name", "type", "label", "parent", "rotation_order", "inherits_scale", "center_point",
+                 "end_point", "orientation", "rotation", "translation", "scale", "general_scale"}));
     dson::Modifier morph = mini::Morph("Up", 1, {0, 1, 0});
     morph.region = "Head";
     morph.formulas = {dson::MakeDeltaAdd(mini::NodeChannel("arm", "center_point/x"), mini::Dial("Up"), 2.0)};
     const OrderedJson file = parse(mini::WriteMorph(morph, library()));
     EXPECT_EQ(Keys(file), (Strings{"file_version", "asset_info", "modifier_library", "scene"}));
-    EXPECT_EQ(Keys(file["modifier_library"][0]), (Strings{"id", "name", "parent", "presentation", "channel", "region",
-                                                          "group", "formulas", "morph"}));
+    EXPECT_EQ(Keys(file["modifier_library"][0]), (Strings{"id", "name", "parent", "presentation", "channel",
+                                                          "region", "group", "formulas", "morph"}));
     EXPECT_EQ(Keys(file["modifier_library"][0]["morph"]), (Strings{"vertex_count", "deltas"}));
     EXPECT_EQ(Keys(file["modifier_library"][0]["formulas"][0]["operations"][0]), (Strings{"op", "url"}));
 }
@@ -250,7 +253,8 @@ TEST_F(DsonWriter, files_hold_what_readers_insist_on)
     for (const OrderedJson& node : figure["node_library"]) {
         for (const char* const key : {"label", "rotation_order", "center_point"})
             EXPECT_TRUE(node.contains(key)) << key;
-        for (const char* const member : {"center_point", "end_point", "orientation", "rotation", "translation", "scale"})
+        for (const char* const member :
+             {"center_point", "end_point", "orientation", "rotation", "translation", "scale"})
             for (int axis = 0; axis < 3; ++axis) {
                 const OrderedJson& channel = node[member].at(static_cast<std::size_t>(axis));
                 EXPECT_EQ(channel["id"], std::string(1, static_cast<char>('x' + axis)));
@@ -285,8 +289,8 @@ TEST_F(DsonWriter, files_hold_what_readers_insist_on)
     EXPECT_EQ(Keys(instance), (Strings{"id", "url"}));
     EXPECT_NE(instance["id"], entry["id"]);
     EXPECT_EQ(instance["url"], "#Up");
-    EXPECT_FALSE(parse(mini::WriteMorph(mini::Morph("Plain", 1, {0, 1, 0}), library()))["modifier_library"][0].contains(
-        "formulas"));
+    EXPECT_FALSE(parse(mini::WriteMorph(mini::Morph("Plain", 1, {0, 1, 0}), library()))["modifier_library"][0]
+                     .contains("formulas"));
 }
 
 TEST_F(DsonWriter, the_same_content_is_the_same_text)
@@ -318,7 +322,8 @@ TEST_F(DsonWriter, what_cannot_be_written_is_refused_and_leaves_no_file)
     EXPECT_EQ(ErrorOf([&] { dson::WriteFigure(figure, library()); }), "vertex 3 is not a finite number");
     figure = mini::Figure();
     figure.skin.joints[0].weights.pop_back();
-    EXPECT_EQ(ErrorOf([&] { dson::WriteFigure(figure, library()); }), "weight map has 4 vertices but 3 weights");
+    EXPECT_EQ(ErrorOf([&] { dson::WriteFigure(figure, library()); }),
+              "weight map has 4 vertices but 3 weights");
     EXPECT_TRUE(fs::is_empty(library()));
 }
 
@@ -337,12 +342,14 @@ TEST_F(DsonWriter, rewriting_a_morph_keeps_what_others_put_into_the_file)
     morph.morph->hdUrl = "/data/Up.dhdm";
     const fs::path file = mini::WriteMorph(morph, library());
     OrderedJson json = parse(file);
-    OrderedJson& entry = json["modifier_library"][0];
-    entry["extra"] = {{{"type", "studio_modifier_channels"}, {"number", 0.1234567890123456}, {"big", 9007199254740993}}};
+    OrderedJson entry = json["modifier_library"][0];
+    entry["extra"] = {
+        {{"type", "studio_modifier_channels"}, {"number", 0.1234567890123456}, {"big", 9007199254740993}}};
     entry["presentation"]["description"] = "made by \"me\"";
     entry["formulas"] = {{{"output", "Mini:#Other?value"}}};
     entry["channel"]["mappable"] = true;
     entry["morph"]["normals"] = {1, 2};
+    json["modifier_library"][0] = entry;
     json["modifier_library"].push_back({{"id", "Second"}, {"name", "Second"}});
     json["image_library"] = {{{"id", "picture"}}};
     json["scene"]["extra"] = {{"x", nullptr}};
@@ -370,8 +377,8 @@ TEST_F(DsonWriter, rewriting_a_morph_keeps_what_others_put_into_the_file)
     EXPECT_FALSE(kept["morph"].contains("hd_url"));
     EXPECT_EQ(kept["morph"]["deltas"]["count"], 2);
     EXPECT_EQ(now["scene"]["modifiers"].size(), 1u);
-    EXPECT_EQ(Keys(kept), (Strings{"id", "name", "parent", "presentation", "channel", "region", "group", "morph",
-                                   "extra", "formulas"}));
+    EXPECT_EQ(Keys(kept), (Strings{"id", "name", "parent", "presentation", "channel", "region", "group",
+                                   "morph", "extra", "formulas"}));
     const std::string text = ReadBytes(file);
     mini::WriteMorph(morph, library());
     EXPECT_EQ(ReadBytes(file), text);

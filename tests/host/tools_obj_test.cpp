@@ -1,0 +1,262 @@
+// OBJ files out of the scene and into it.
+// SPDX-License-Identifier: MIT
+
+#include "dzbone.h"
+#include "dzenumproperty.h"
+#include "dzexporter.h"
+#include "dzexportmgr.h"
+#include "dzfacetmesh.h"
+#include "dzfacetshape.h"
+#include "dzfigure.h"
+#include "dzfloatproperty.h"
+#include "dzimporter.h"
+#include "dzimportmgr.h"
+#include "dzintproperty.h"
+#include "dznode.h"
+#include "dzobject.h"
+#include "tests/host/tools_fixture.h"
+
+#include <set>
+#include <sstream>
+
+#include <QFile>
+
+namespace {
+
+class ObjFiles : public HostTest {
+protected:
+    DzError write(const DzFileIOSettings& options, const char* name = "out.obj") const
+    {
+        const std::unique_ptr<DzExporter> exporter(
+            dzApp->getExportMgr()->findExporterByClassName(QStringLiteral("DzObjExporter")));
+        return exporter->writeFile(TestFile(name), &options);
+    }
+    /// The node that was imported; null on an error.
+    DzNode* read(const DzFileIOSettings& options, const char* name = "out.obj") const
+    {
+        const std::unique_ptr<DzImporter> importer(
+            dzApp->getImportMgr()->findImporterByClassName(QStringLiteral("DzObjImporter")));
+        return importer->readFile(TestFile(name), &options) == DZ_NO_ERROR ? importer->getImportedNode(0)
+                                                                           : nullptr;
+    }
+    static DzFileIOSettings flags(std::initializer_list<const char*> names)
+    {
+        DzFileIOSettings options;
+        options.setIntValue(QStringLiteral("RunSilent"), 1);
+        for (const char* const name : names)
+            options.setBoolValue(QString::fromUtf8(name), true);
+        return options;
+    }
+    /// What stands behind records of a kind, in order.
+    static std::vector<std::string> records(const char* kind, const char* name = "out.obj")
+    {
+        std::vector<std::string> found;
+        std::istringstream lines(FileText(TestFile(name)));
+        for (std::string line; std::getline(lines, line);)
+            if (line.rfind(std::string(kind) + " ", 0) == 0)
+                found.push_back(line.substr(std::string(kind).size() + 1));
+        return found;
+    }
+    /// Labels of the exported nodes, by `o` records.
+    std::vector<std::string> exported(std::initializer_list<const char*> names) const
+    {
+        DzFileIOSettings options = flags(names);
+        options.setBoolValue(QStringLiteral("WriteO"), true);
+        QFile::remove(TestFile("out.obj"));
+        write(options);
+        return records("o");
+    }
+};
+
+using Labels = std::vector<std::string>;
+
+} // namespace
+
+TEST_F(ObjFiles, a_round_trip_is_the_identity_for_every_choice_of_axes_and_scale)
+{
+    TubeFigure tube;
+    tube.lower->getZRotControl()->setValue(33.0f);
+    const std::vector<geometry::Vec3f> before = WorldPositions(*tube.figure);
+    const char* const orders[] = {"XYZ", "XZY", "ZXY", "YZX"};
+    for (const char* const order : orders)
+        for (const double scale : {1.0, 100.0, 243.84, 0.1})
+            for (const int inverted : {0, 3, 4, 7}) {
+                DzFileIOSettings options = flags({});
+                const char* const axes[] = {"LatAxis", "VertAxis", "DepthAxis"};
+                const char* const inversions[] = {"InvertLat", "InvertVert", "InvertDepth"};
+                for (int i = 0; i < 3; ++i) {
+                    options.setStringValue(QString::fromUtf8(axes[i]), QString(QLatin1Char(order[i])));
+                    options.setBoolValue(QString::fromUtf8(inversions[i]), inverted >> i & 1);
+                }
+                options.setFloatValue(QStringLiteral("Scale"), scale);
+                options.setIntValue(QStringLiteral("FloatPrecision"), 8);
+                ASSERT_EQ(write(options), DZ_NO_ERROR);
+                DzNode* const prop = read(options);
+                ASSERT_NE(prop, nullptr);
+                // Half a unit of the last decimal on each axis, and single precision at 20 cm.
+                EXPECT_LE(LargestDistance(WorldPositions(*prop), before), 0.9e-8 * scale + 4e-6)
+                    << order << scale;
+                dzScene->removeNode(prop);
+            }
+}
+
+TEST_F(ObjFiles, scale_is_centimetres_per_file_unit_and_axes_are_those_of_the_scene)
+{
+    geometry::PolygonMesh mesh = Tube(2);
+    mesh.positions[0] = {100, 20, 3};
+    AddProp("Tube", mesh);
+    DzFileIOSettings options = flags({"InvertDepth"});
+    options.setFloatValue(QStringLiteral("Scale"), 50.0);
+    options.setStringValue(QStringLiteral("VertAxis"), QStringLiteral("Z"));
+    options.setStringValue(QStringLiteral("DepthAxis"), QStringLiteral("Y"));
+    options.setIntValue(QStringLiteral("FloatPrecision"), 2);
+    ASSERT_EQ(write(options), DZ_NO_ERROR);
+    EXPECT_EQ(records("v").at(0), "2.00 0.06 -0.40");
+    options.removeValue(QStringLiteral("InvertDepth"));
+    options.setBoolValue(QStringLiteral("InvertDepthAxis"), true);
+    ASSERT_EQ(write(options), DZ_NO_ERROR);
+    EXPECT_EQ(records("v").at(0), "2.00 0.06 -0.40");
+}
+
+TEST_F(ObjFiles, senseless_options_are_refused)
+{
+    AddProp("Tube", Tube(2));
+    QFile::remove(TestFile("out.obj"));
+    struct Case {
+        const char* key;
+        const char* value;
+        const char* message;
+    };
+    const Case cases[] = {{"LatAxis", "Y", "the axes of the OBJ options name one axis twice"},
+                          {"LatAxis", "W", "LatAxis is \"W\" instead of X, Y or Z"},
+                          {"VertAxis", "YY", "VertAxis is \"YY\" instead of X, Y or Z"},
+                          {"Scale", "0", "the scale of the OBJ options is 0"},
+                          {"Scale", "-1", "the scale of the OBJ options is -1"}};
+    for (const Case& one : cases) {
+        DzFileIOSettings options = flags({});
+        options.setStringValue(QString::fromUtf8(one.key), QString::fromUtf8(one.value));
+        EXPECT_EQ(write(options), DZ_OPERATION_FAILED_ERROR) << one.message;
+        EXPECT_TRUE(LogText().contains(QString::fromUtf8(one.message))) << one.message;
+        EXPECT_FALSE(QFile::exists(TestFile("out.obj")));
+    }
+}
+
+TEST_F(ObjFiles, hold_the_nodes_that_the_options_ask_for)
+{
+    TubeFigure body("Body"), hat("Hat");
+    body.lower->addNodeChild(hat.figure);
+    DzNode* const chair = AddProp("Chair", Tube(2));
+    DzNode* const cup = AddProp("Cup", Tube(2));
+    chair->addNodeChild(cup);
+    DzNode* const hidden = AddProp("Hidden", Tube(2));
+    hidden->setVisible(false);
+
+    EXPECT_EQ(exported({}), (Labels{"Body", "Hat", "Chair", "Cup", "Hidden"}));
+    EXPECT_EQ(exported({"IgnoreInvisible"}), (Labels{"Body", "Hat", "Chair", "Cup"}));
+    EXPECT_EQ(exported({"SelectedOnly"}), Labels{});
+
+    dzScene->selectAllNodes(false);
+    body.upper->select();
+    EXPECT_EQ(exported({"SelectedOnly"}), (Labels{"Body"}));
+    EXPECT_EQ(exported({"SelectedOnly", "SelectedRootsOnly"}), (Labels{"Body"}));
+    EXPECT_EQ(exported({"SelectedOnly", "IncludeParented"}), (Labels{"Body", "Hat"}));
+
+    hat.figure->select();
+    chair->select();
+    EXPECT_EQ(exported({"SelectedOnly"}), (Labels{"Body", "Hat", "Chair"}));
+    EXPECT_EQ(exported({"SelectedOnly", "SelectedRootsOnly"}), (Labels{"Body", "Chair"}));
+    EXPECT_EQ(exported({"SelectedRootsOnly", "IncludeParented"}), (Labels{"Body", "Hat", "Chair", "Cup"}));
+    dzScene->setPrimarySelection(hat.figure);
+    EXPECT_EQ(exported({"SelectedOnly", "PrimaryRootOnly"}), (Labels{"Hat"}));
+    dzScene->selectAllNodes(false);
+    hat.figure->select();
+    EXPECT_EQ(exported({"SelectedOnly", "SelectedRootsOnly"}), (Labels{"Hat"}));
+}
+
+TEST_F(ObjFiles, groups_come_from_where_the_options_say)
+{
+    AddProp("Tube", Tube(2));
+    write(flags({"WriteG", "GroupGeom"}));
+    EXPECT_EQ(records("g"), (Labels{"left", "right"}));
+    write(flags({"WriteG", "GroupSurfaces"}));
+    EXPECT_EQ(records("g"), (Labels{"Skin"}));
+    write(flags({"WriteG", "GroupNodes"}));
+    EXPECT_EQ(records("g"), (Labels{"Tube"}));
+    write(flags({"WriteG", "GroupSingle"}));
+    EXPECT_EQ(records("g"), (Labels{"default"}));
+    DzFileIOSettings none = flags({});
+    none.setBoolValue(QStringLiteral("WriteG"), false);
+    none.setBoolValue(QStringLiteral("WriteUsemtl"), false);
+    none.setBoolValue(QStringLiteral("WriteF"), false);
+    write(none);
+    EXPECT_TRUE(records("g").empty() && records("usemtl").empty() && records("f").empty());
+    EXPECT_EQ(records("v").size(), 24u);
+}
+
+TEST_F(ObjFiles, a_material_library_names_each_surface_once)
+{
+    AddProp("Tube", Tube(2));
+    AddProp("Other", Tube(2));
+    write(flags({"WriteMtllib", "WriteUsemtl"}));
+    EXPECT_EQ(records("mtllib"), (Labels{"out.mtl"}));
+    EXPECT_EQ(records("newmtl", "out.mtl"), (Labels{"Skin"}));
+}
+
+TEST_F(ObjFiles, hold_the_subdivided_mesh_at_the_level_in_view)
+{
+    TubeFigure tube("Tube", true, 8, true);
+    auto* const shape = qobject_cast<DzFacetShape*>(tube.figure->getObject()->getCurrentShape());
+    // A tube open at both ends: each level doubles the sides and the segments.
+    for (const int level : {0, 1, 2}) {
+        if (level == 0)
+            shape->getLODControl()->setValue(0);
+        else
+            shape->getLODControl()->setValue(1);
+        if (level > 0)
+            shape->getSubDLevelControl()->setValue(level);
+        ASSERT_EQ(write(flags({})), DZ_NO_ERROR);
+        EXPECT_EQ(records("v").size(), (8u << level) * ((8u << level) + 1u));
+        EXPECT_EQ(records("f").size(), (8u << level) * (8u << level));
+    }
+}
+
+TEST_F(ObjFiles, that_cannot_be_written_leave_no_file)
+{
+    AddProp("Tube", Tube(2));
+    EXPECT_EQ(write(flags({"WriteMtllib"}), "none/out.obj"), DZ_UNABLE_TO_OPEN_FILE_ERROR);
+    EXPECT_FALSE(QFile::exists(TestFile("none")));
+    dzScene->clear();
+    QFile::remove(TestFile("empty.obj"));
+    EXPECT_EQ(write(flags({}), "empty.obj"), DZ_OPERATION_FAILED_ERROR);
+    EXPECT_FALSE(QFile::exists(TestFile("empty.obj")));
+    EXPECT_TRUE(LogText().contains(QStringLiteral("empty.obj: there is nothing to export")));
+}
+
+TEST_F(ObjFiles, an_import_is_labelled_after_the_file_and_selected)
+{
+    AddProp("My Prop.v2", Tube(2));
+    write(flags({"WriteG", "GroupGeom"}), "My Prop.v2.obj");
+    DzNode* const prop = read(flags({}), "My Prop.v2.obj");
+    ASSERT_NE(prop, nullptr);
+    EXPECT_EQ(prop->getLabel(), QStringLiteral("My Prop.v2 (2)"));
+    EXPECT_EQ(dzScene->getPrimarySelection(), prop);
+    EXPECT_EQ(dzScene->getNumSelectedNodes(), 1);
+    const auto& topology = *openhost::MeshAccess::mesh(*prop->getObject()->getCachedGeom()).topology;
+    EXPECT_EQ(topology.groupNames, (Labels{"left", "right"}));
+    EXPECT_EQ(topology.faceCount(), 16u);
+}
+
+TEST_F(ObjFiles, a_bad_import_is_an_error_and_changes_nothing)
+{
+    QFile file(TestFile("bad.obj"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("v 0 0 0\nf 1 2 9\n");
+    file.close();
+    EXPECT_EQ(read(flags({}), "bad.obj"), nullptr);
+    EXPECT_EQ(read(flags({}), "missing.obj"), nullptr);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.close();
+    EXPECT_EQ(read(flags({}), "bad.obj"), nullptr);
+    EXPECT_TRUE(LogText().contains(QStringLiteral("bad.obj: holds no vertices")));
+    EXPECT_EQ(dzScene->getNumNodes(), 0);
+}

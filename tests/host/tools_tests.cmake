@@ -1,0 +1,9 @@
+# Tools room.
+gantrel_add_tests(host_tools_tests
+    SOURCES
+        host_fixture.cpp
+        tools_fixture.cpp
+        tools_morph_loader_test.cpp
+        tools_obj_test.cpp
+        tools_transfer_test.cpp
+    LIBRARIES kst dzhost geometry)
