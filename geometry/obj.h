@@ -75,12 +75,14 @@ struct ObjPart {
     const TexCoords* texCoords = nullptr;
     std::string name;          ///< for `o` records and as the single group's or node's name
     Span<const Vec3f> normals; ///< one per vertex, or empty
+    Span<const std::vector<std::uint32_t>> lines; ///< vertex indices of each polyline, at least two
 };
 
 struct ObjWriteOptions {
     ObjSpace space;
     int decimals = 6; ///< after the decimal point, 0 to 17
     bool writeFaces = true;
+    bool writeLines = true;
     bool writeTexCoords = true;
     bool writeNormals = false;
     bool writeObjects = false; ///< `o` records

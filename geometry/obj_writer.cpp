@@ -68,13 +68,22 @@ private:
     double _power = 1.0;
 };
 
-enum class Record { Header, Vertices, TexCoords, Normals, PartStart, Faces };
+enum class Record { Header, Vertices, TexCoords, Normals, PartStart, Faces, Lines };
 
 /// A run of records of one kind of one part.
 struct Piece {
     Record record = Record::Header;
     std::size_t part = 0, first = 0, last = 0;
 };
+
+/// A name as one line: a line break in it would begin a record of its own.
+std::string OneLine(std::string name)
+{
+    for (char& c : name)
+        if (c == '\n' || c == '\r')
+            c = ' ';
+    return name;
+}
 
 /// How many elements the parts before have numbered.
 struct Numbering {
@@ -116,6 +125,9 @@ public:
         case Record::Faces:
             formatFaces(text, p);
             break;
+        case Record::Lines:
+            formatLines(text, p);
+            break;
         }
         return text;
     }
@@ -145,6 +157,8 @@ private:
             }
             if (_options.writeFaces)
                 cut(Record::Faces, p, part.mesh.faceCount());
+            if (_options.writeLines)
+                cut(Record::Lines, p, part.lines.size());
         }
     }
 
@@ -157,7 +171,7 @@ private:
     void formatPartStart(std::string& text, const ObjPart& part) const
     {
         if (_options.writeObjects && !part.name.empty())
-            text += "o " + part.name + "\n";
+            text += "o " + OneLine(part.name) + "\n";
     }
 
     void formatVectors(std::string& text, std::string_view keyword, Span<const Vec3f> values,
@@ -208,6 +222,19 @@ private:
         }
     }
 
+    void formatLines(std::string& text, const Piece& piece) const
+    {
+        Digits digits(text, 0);
+        for (std::size_t i = piece.first; i < piece.last; ++i) {
+            text += 'l';
+            for (const std::uint32_t vertex : _parts[piece.part].lines[i]) {
+                text += ' ';
+                digits.index(_bases[piece.part].vertices + vertex + 1);
+            }
+            text += '\n';
+        }
+    }
+
     /// One face of the corner `pivot` and the corners [from, to).
     void formatFace(std::string& text, std::size_t part, std::uint32_t pivot, std::uint32_t from,
                     std::uint32_t to) const
@@ -243,7 +270,7 @@ private:
         const Topology& topology = *part.mesh.topology;
         const bool isGrouped = _options.grouping == ObjGrouping::Geometry;
         if (_options.grouping == ObjGrouping::Single && f == 0)
-            text += "g " + (part.name.empty() ? std::string("default") : part.name) + "\n";
+            text += "g " + (part.name.empty() ? std::string("default") : OneLine(part.name)) + "\n";
         if (isGrouped)
             formatChange(text, "g ", topology.faceGroups, topology.groupNames, f);
         if (_options.grouping == ObjGrouping::Surfaces)
@@ -258,7 +285,7 @@ private:
         if (labels.empty() || (f > 0 && labels[f] == labels[f - 1]))
             return;
         text += keyword;
-        text += names[labels[f]];
+        text += OneLine(names[labels[f]]);
         text += '\n';
     }
 

@@ -88,6 +88,9 @@ void Save(const Wanted& wanted, const DzFileIOSettings& options, const std::stri
     info.type = "modifier";
     const DzAuthor author = dzApp->getCurrentAuthor();
     info.author = author.getName().toStdString();
+    // Readers want an author; who has set none is known by the vendor name.
+    if (info.author.empty())
+        info.author = FolderName(options, "VendorName");
     info.email = author.getEmail().toStdString();
     info.website = author.getURL().toStdString();
     dson::WriteOptions write;

@@ -129,6 +129,7 @@ struct DzFacetMesh::FacetImpl {
     bool subdivides = false;
     SubDEdgeInterpolation edgeInterpolation = SharpEdges;
     int level = 0;
+    std::shared_ptr<const openhost::MeshExtras> extras;
 };
 
 DzFacetMesh::DzFacetMesh() : _facets(new FacetImpl) {}
@@ -165,17 +166,24 @@ void DzFacetMesh::buildFacets() const
     _facets->facetsStale = false;
     _facets->facets.clear();
     const Topology& topology = *_impl->mesh.topology;
+    const std::vector<std::uint32_t> none;
+    const std::vector<std::uint32_t>& uvs = _facets->extras ? _facets->extras->texCoords.cornerIndices : none;
+    const auto uvOf = [&](std::size_t face, std::size_t corner) {
+        return uvs.empty() ? -1 : int(uvs[topology.faceOffsets[face] + corner]);
+    };
     _facets->facets.reserve(topology.faceCount());
     for (std::size_t f = 0; f < topology.faceCount(); ++f) {
         const geometry::Span<const std::uint32_t> corners = topology.face(f);
         for (std::size_t i = 1; i + 1 < corners.size(); i += 2) {
             DzFacet facet = {{int(corners[0]), int(corners[i]), int(corners[i + 1]), -1},
-                             {-1, -1, -1, -1},
+                             {uvOf(f, 0), uvOf(f, i), uvOf(f, i + 1), -1},
                              -1,
                              -1,
                              int(f)};
-            if (i + 2 < corners.size())
+            if (i + 2 < corners.size()) {
                 facet.m_vertIdx[3] = int(corners[i + 2]);
+                facet.m_uvwIdx[3] = uvOf(f, i + 2);
+            }
             facet.m_faceGroup = topology.faceGroups.empty() ? -1 : int(topology.faceGroups[f]);
             facet.m_materialGroup = topology.faceSurfaces.empty() ? -1 : int(topology.faceSurfaces[f]);
             _facets->facets.push_back(facet);
@@ -335,6 +343,7 @@ int DzFacetMesh::getCurrentSubDivisionLevel() const
 
 void DzFacetMesh::topologyEdited()
 {
+    _facets->extras.reset();
     _facets->facetsStale = true;
     _facets->groupsStale = true;
     DzVertexMesh::topologyEdited();
@@ -345,6 +354,7 @@ DzGeometry* DzFacetMesh::makeCopy(bool, bool) const
     DzFacetMesh* const copy = openhost::MeshAccess::create(_impl->mesh, _facets->level);
     copy->_facets->subdivides = _facets->subdivides;
     copy->_facets->edgeInterpolation = _facets->edgeInterpolation;
+    copy->_facets->extras = _facets->extras;
     return copy;
 }
 
@@ -370,6 +380,17 @@ void MeshAccess::assign(DzFacetMesh& target, geometry::PolygonMesh mesh, int sub
     if (!sameTopology)
         target.topologyEdited();
     emit target.verticesChanged();
+}
+
+const MeshExtras* MeshAccess::extras(const DzFacetMesh& mesh)
+{
+    return mesh._facets->extras.get();
+}
+
+void MeshAccess::setExtras(DzFacetMesh& mesh, std::shared_ptr<const MeshExtras> extras)
+{
+    mesh._facets->extras = std::move(extras);
+    mesh._facets->facetsStale = true;
 }
 
 geometry::BoundaryRule MeshAccess::boundaryRule(const DzFacetMesh& mesh)

@@ -4,9 +4,16 @@
 #pragma once
 
 #include "dzfacetmesh.h"
+#include "geometry/obj.h"
 #include "geometry/subdivision.h"
 
 namespace openhost {
+
+/// What a mesh file holds besides polygons; belongs to the cage.
+struct MeshExtras {
+    geometry::TexCoords texCoords;                 ///< one index a corner, or empty
+    std::vector<std::vector<std::uint32_t>> lines; ///< vertex indices of each polyline
+};
 
 class MeshAccess {
 public:
@@ -16,6 +23,10 @@ public:
     static DzFacetMesh* create(geometry::PolygonMesh mesh, int subdivisionLevel = 0);
     /// Replaces all; the topology's facets and groups are made anew only if it is another one.
     static void assign(DzFacetMesh& target, geometry::PolygonMesh mesh, int subdivisionLevel);
+    /// Null without any.
+    static const MeshExtras* extras(const DzFacetMesh& mesh);
+    /// Gone with the next change of the topology.
+    static void setExtras(DzFacetMesh& mesh, std::shared_ptr<const MeshExtras> extras);
     static geometry::BoundaryRule boundaryRule(const DzFacetMesh& mesh);
 };
 

@@ -240,6 +240,8 @@ double DzNumericProperty::controlled(double raw) const
 
 void DzNumericProperty::evaluateFromInputs() const
 {
+    // While it is read by its own inputs, as one that is linked to itself is, the raw value counts.
+    _impl->busy = true;
     double value;
     if (const auto* const target = qobject_cast<const DzNumericProperty*>(getAliasTarget()))
         value = target->_impl->dirty ? target->_impl->raw : target->_impl->cached;
@@ -247,6 +249,7 @@ void DzNumericProperty::evaluateFromInputs() const
         value = limited(controlled(_impl->raw));
     _impl->cached = toKind(std::isfinite(value) ? value : _impl->raw);
     _impl->dirty = false;
+    _impl->busy = false;
 }
 
 double DzNumericProperty::evaluate() const

@@ -4,6 +4,7 @@
 #include "host/tools/obj_exporter.h"
 
 #include "dzfacetmesh.h"
+#include "dzfacetshape.h"
 #include "dzfileiosettings.h"
 #include "dznode.h"
 #include "dzobject.h"
@@ -16,6 +17,7 @@
 #include "host/tools/obj_options.h"
 #include "host/tools/obj_selection.h"
 
+#include <cmath>
 #include <deque>
 #include <set>
 
@@ -29,8 +31,33 @@ using openhost::MeshAccess;
 struct ExportData {
     std::deque<geometry::PolygonMesh> cleaned;
     std::deque<std::vector<geometry::Vec3f>> normals;
+    std::deque<geometry::TexCoords> texCoords;
     std::vector<geometry::ObjPart> parts;
 };
+
+/// Every coordinate in the first tile, 0 to 1.
+geometry::TexCoords InFirstTile(geometry::TexCoords texCoords)
+{
+    for (geometry::TexCoords::Uv& uv : texCoords.coordinates)
+        uv = {uv.u - std::floor(uv.u), uv.v - std::floor(uv.v)};
+    return texCoords;
+}
+
+/// Texture coordinates and lines belong to the cage and to its own vertex numbers.
+void AddExtras(ExportData& data, const DzNode& node, bool collapseTiles, geometry::ObjPart& part)
+{
+    const auto* const shape = qobject_cast<DzFacetShape*>(node.getObject()->getCurrentShape());
+    const DzFacetMesh* const cage = shape ? shape->getFacetMesh() : nullptr;
+    const openhost::MeshExtras* const extras = cage ? MeshAccess::extras(*cage) : nullptr;
+    if (!extras || part.mesh.topology != MeshAccess::mesh(*cage).topology.get())
+        return;
+    part.lines = extras->lines;
+    part.texCoords = &extras->texCoords;
+    if (collapseTiles) {
+        data.texCoords.push_back(InFirstTile(extras->texCoords));
+        part.texCoords = &data.texCoords.back();
+    }
+}
 
 void AddPart(ExportData& data, const DzNode& node, const DzFileIOSettings& options)
 {
@@ -44,6 +71,7 @@ void AddPart(ExportData& data, const DzNode& node, const DzFileIOSettings& optio
         data.cleaned.push_back(openhost::CleanUp(part.mesh, isSet("WeldSeams"), isSet("RemoveUnusedVerts")));
         part.mesh = data.cleaned.back().view();
     }
+    AddExtras(data, node, isSet("CollapseUVTiles"), part);
     part.name = isSet("GroupSingle") ? "default" : node.getLabel().toStdString();
     if (isSet("WriteVN")) {
         data.normals.push_back(geometry::VertexNormals(part.mesh));

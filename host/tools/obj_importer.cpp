@@ -34,9 +34,12 @@ void AdaptToScene(geometry::PolygonMesh& mesh)
         position *= factor;
 }
 
-std::unique_ptr<DzNode> MakeProp(const QString& label, geometry::PolygonMesh mesh)
+std::unique_ptr<DzNode> MakeProp(const QString& label, geometry::ObjContent content)
 {
-    const DzFacetMeshPtr facetMesh(openhost::MeshAccess::create(std::move(mesh)));
+    const DzFacetMeshPtr facetMesh(openhost::MeshAccess::create(std::move(content.mesh)));
+    openhost::MeshAccess::setExtras(
+        *facetMesh, std::make_shared<const openhost::MeshExtras>(
+                        openhost::MeshExtras{std::move(content.texCoords), std::move(content.lines)}));
     facetMesh->setName(label);
     auto shape = std::make_unique<DzFacetShape>();
     shape->setName(label);
@@ -87,8 +90,7 @@ DzError DzObjImporter::read(const QString& filename, const DzFileIOSettings* opt
             throw geometry::FormatError("{}: holds no vertices", filename.toStdString());
         if (used.getBoolValue(QLatin1String("AutoAdapt")))
             AdaptToScene(content.mesh);
-        DzNode* const node =
-            MakeProp(QFileInfo(filename).completeBaseName(), std::move(content.mesh)).release();
+        DzNode* const node = MakeProp(QFileInfo(filename).completeBaseName(), std::move(content)).release();
         dzScene->addNode(node);
         addImportedNode(node);
         dzScene->selectAllNodes(false);

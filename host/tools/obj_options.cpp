@@ -84,6 +84,7 @@ geometry::ObjWriteOptions ReadObjWriteOptions(const DzFileIOSettings& options)
     write.space = ReadObjSpace(options);
     write.decimals = std::clamp(options.getIntValue(QLatin1String("FloatPrecision"), 6), 0, mostDecimals);
     write.writeFaces = Flag(options, "WriteF", true);
+    write.writeLines = Flag(options, "WriteL", true);
     write.writeTexCoords = Flag(options, "WriteVT", true);
     write.writeNormals = Flag(options, "WriteVN", false);
     write.writeObjects = Flag(options, "WriteO", false);

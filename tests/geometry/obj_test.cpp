@@ -283,6 +283,19 @@ TEST(FormatObj, writes_texture_coordinates_and_normals)
               "vn 0 0 1\nf 1/1/1 2/2/2 3/2/3\n");
 }
 
+TEST(FormatObj, keeps_a_name_with_a_line_break_on_one_line)
+{
+    const PolygonMesh mesh = shapes::Cube(2.0f);
+    ObjPart part;
+    part.mesh = mesh.view();
+    part.name = "two\nv 1 2 3";
+    ObjWriteOptions options;
+    options.writeObjects = true;
+    const std::string text = FormatObj({&part, 1}, options);
+    EXPECT_NE(text.find("o two v 1 2 3\n"), std::string::npos);
+    EXPECT_EQ(ParseObj(text, {}, "text").mesh.vertexCount(), mesh.vertexCount());
+}
+
 TEST(ObjRoundTrip, keeps_every_vertex_face_group_and_surface)
 {
     for (unsigned seed = 1; seed <= 100; ++seed) {

@@ -279,6 +279,15 @@ TEST_F(Link, a_cycle_is_cut_and_reported_once)
     EXPECT_EQ(LogText().count(QStringLiteral("links form a cycle through .round")), 1);
 }
 
+TEST_F(Link, to_itself_counts_with_the_raw_value)
+{
+    DzFloatProperty* const a = Add(element, "ouroboros", 2.0f);
+    a->insertController(new DzERCLink(a, 3.0, 0.0));
+    EXPECT_EQ(a->getValue(), 8.0f);
+    a->setRawValue(1.0f);
+    EXPECT_EQ(a->getValue(), 4.0f);
+}
+
 TEST_F(Link, a_long_chain_needs_no_deep_stack)
 {
     constexpr int kLength = 200000;

@@ -202,6 +202,33 @@ TEST_F(ObjFiles, a_material_library_names_each_surface_once)
     EXPECT_EQ(records("newmtl", "out.mtl"), (Labels{"Skin"}));
 }
 
+TEST_F(ObjFiles, texture_coordinates_and_lines_come_out_as_they_went_in)
+{
+    const std::string text =
+        "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nvt 0.25 0.5\nvt 1.25 0.5\nvt 1.25 1.5\nvt 0.25 1.5\n"
+        "f 1/1 2/2 3/3 4/4\nl 1 3 4\n";
+    QFile file(TestFile("in.obj"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text.data(), static_cast<qint64>(text.size()));
+    file.close();
+    ASSERT_NE(read(flags({}), "in.obj"), nullptr);
+    DzFileIOSettings options = flags({});
+    options.setIntValue(QStringLiteral("FloatPrecision"), 2);
+    ASSERT_EQ(write(options), DZ_NO_ERROR);
+    EXPECT_EQ(records("vt"), (Labels{"0.25 0.50", "1.25 0.50", "1.25 1.50", "0.25 1.50"}));
+    EXPECT_EQ(records("f"), (Labels{"1/1 2/2 3/3 4/4"}));
+    EXPECT_EQ(records("l"), (Labels{"1 3 4"}));
+    options.setBoolValue(QStringLiteral("CollapseUVTiles"), true);
+    ASSERT_EQ(write(options), DZ_NO_ERROR);
+    EXPECT_EQ(records("vt"), (Labels{"0.25 0.50", "0.25 0.50", "0.25 0.50", "0.25 0.50"}));
+    options.setBoolValue(QStringLiteral("WriteVT"), false);
+    options.setBoolValue(QStringLiteral("WriteL"), false);
+    ASSERT_EQ(write(options), DZ_NO_ERROR);
+    EXPECT_EQ(records("f"), (Labels{"1 2 3 4"}));
+    EXPECT_TRUE(records("vt").empty());
+    EXPECT_TRUE(records("l").empty());
+}
+
 TEST_F(ObjFiles, hold_the_subdivided_mesh_at_the_level_in_view)
 {
     TubeFigure tube("Tube", true, 8, true);

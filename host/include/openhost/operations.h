@@ -10,7 +10,8 @@ namespace openhost {
 /// Asked before every operation that changes the scene or writes a file.
 ///
 /// Operations: "select", "add", "remove", "rename", "visible", "property", "morph", "export", "import",
-/// "open", "save", "transfer". The detail names the object and what is done to it.
+/// "openFile", "saveAsset", "createMorph", "transfer". The detail names the object and what is done to it.
+/// "progress" tells the text that a progress display shows from now on and cannot be refused.
 class OperationListener {
 public:
     virtual ~OperationListener();
