@@ -31,8 +31,8 @@ public:
         QString tempPath;
         QString documentationPath;
         QString appDataPath;
-        bool headless = true; ///< no window is shown and nothing asks
-        bool echoLog = false; ///< the log goes to stderr too
+        bool headless = true;         ///< no window is shown and nothing asks
+        bool echoLog = false;         ///< the log goes to stderr too
         bool terminalProgress = true; ///< headless, progress is shown on stderr if that is a terminal
     };
     DzApp(int& argc, char** argv, const Options& options);

@@ -18,9 +18,9 @@ public:
         QStringList contentDirectories; ///< in order
         QString tempPath;               ///< the system's when empty
         QString documentationPath;
-        QString logFilename;  ///< none is written when empty
-        bool headless = true; ///< with Qt's offscreen platform unless QT_QPA_PLATFORM says otherwise
-        bool echoLog = false; ///< the log goes to stderr too
+        QString logFilename;          ///< none is written when empty
+        bool headless = true;         ///< with Qt's offscreen platform unless QT_QPA_PLATFORM says otherwise
+        bool echoLog = false;         ///< the log goes to stderr too
         bool terminalProgress = true; ///< headless, progress is shown on stderr if that is a terminal
     };
     OpenHost(int& argc, char** argv, const Options& options);
