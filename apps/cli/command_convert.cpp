@@ -9,7 +9,10 @@
 #include "apps/cli/progress.h"
 #include "apps/cli/report.h"
 
+#include <algorithm>
+#include <cstring>
 #include <memory>
+
 #include <sys/resource.h>
 
 #include <CLI/CLI.hpp>
@@ -29,7 +32,10 @@ struct ConvertArguments {
 
 void AddOptions(CLI::App& command, ConvertArguments& arguments)
 {
-    AddContentOption(command, arguments.content);
+    // Nothing stands on its own behind the subcommand, so a list cannot swallow it.
+    AddContentOption(command, arguments.content)
+        ->allow_extra_args(true)
+        ->description("Content directories, in order; also again for each further one");
     command.add_option("--source", arguments.source, "Genesis 3, 8 or 8.1 character to convert")
         ->type_name("FILE.duf")
         ->required();
@@ -41,9 +47,9 @@ void AddOptions(CLI::App& command, ConvertArguments& arguments)
         .add_option(
             "--base", arguments.bases,
             "Base dial of the target against which the morphs are built: clone, feminine, masculine or "
-            "height; height=auto matches the source")
+            "height; height=auto matches the source; again for each further one")
         ->type_name("DIAL=VALUE")
-        ->expected(1);
+        ->allow_extra_args(false);
     command.add_option("--jobs", arguments.jobs, "Morphs to create, of full, head and body")
         ->type_name("LIST")
         ->capture_default_str();
@@ -115,6 +121,24 @@ void ParseBase(const std::string& text, BaseDials& bases)
                          "\"; the bases are clone, feminine, masculine and height");
 }
 
+/// Libraries move between systems; some refuse these characters, and drop a full stop at the end.
+void CheckFolderName(const char* option, const std::string& name)
+{
+    const bool hasBadCharacter = std::any_of(name.begin(), name.end(), [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 || std::strchr("/\\:*?\"<>|", c);
+    });
+    const bool isBlank = name.find_first_not_of(' ') == name.npos;
+    if (isBlank || hasBadCharacter || name.back() == '.')
+        throw UsageError(std::string(option) + " \"" + name + "\" cannot be the name of a folder");
+}
+
+SaveRequest MakeSaveRequest(const ConvertArguments& arguments)
+{
+    CheckFolderName("--vendor", arguments.vendor);
+    CheckFolderName("--product", arguments.product);
+    return {arguments.library, arguments.vendor, arguments.product, arguments.compress};
+}
+
 ConversionRequest MakeRequest(const ConvertArguments& arguments)
 {
     ConversionRequest request;
@@ -128,8 +152,7 @@ ConversionRequest MakeRequest(const ConvertArguments& arguments)
     request.name = arguments.name;
     request.path = arguments.path;
     if (!arguments.library.empty())
-        request.save =
-            SaveRequest{arguments.library, arguments.vendor, arguments.product, arguments.compress};
+        request.save = MakeSaveRequest(arguments);
     request.exportObj = arguments.exportObj;
     request.pictures = arguments.pictures;
     return request;

@@ -4,6 +4,7 @@
 #include "apps/cli/conversion.h"
 
 #include "apps/cli/command.h"
+#include "apps/cli/conversion_checks.h"
 #include "apps/cli/conversion_results.h"
 #include "apps/cli/host_session.h"
 #include "apps/cli/progress.h"
@@ -46,20 +47,26 @@ private:
     Progress& _progress;
 };
 
-void SetBase(const std::shared_ptr<kst::FloatPropertySetting>& setting, const std::optional<double>& value)
+void SetBase(const char* name, const std::shared_ptr<kst::FloatPropertySetting>& setting,
+             const std::optional<double>& value)
 {
-    if (value)
-        setting->getProperty().setValue(static_cast<float>(*value));
+    if (!value)
+        return;
+    DzFloatProperty& dial = setting->getProperty();
+    CheckBaseValue(name, dial, *value);
+    dial.setValue(static_cast<float>(*value));
 }
 
-void SetBases(const GntParams& params, const BaseDials& bases)
+void SetBases(const GntParams& params, const BaseDials& bases, std::vector<std::string>& warnings)
 {
-    SetBase(params.settingCloneShape, bases.clone);
-    SetBase(params.settingBaseFeminine, bases.feminine);
-    SetBase(params.settingBaseMasculine, bases.masculine);
-    SetBase(params.settingProportionHeight, bases.height);
-    if (bases.matchHeight)
-        kst::daz::AdjustFigureHeight(params.figTarget, params.propTargetHeight, params.figSource);
+    SetBase("clone", params.settingCloneShape, bases.clone);
+    SetBase("feminine", params.settingBaseFeminine, bases.feminine);
+    SetBase("masculine", params.settingBaseMasculine, bases.masculine);
+    SetBase("height", params.settingProportionHeight, bases.height);
+    if (bases.matchHeight &&
+        kst::daz::AdjustFigureHeight(params.figTarget, params.propTargetHeight, params.figSource) == -1.0f)
+        warnings.emplace_back(
+            "--base height=auto: the height dial cannot make the target as tall as the source");
 }
 
 GntJobs JobsOf(const ConversionRequest& request)
@@ -87,26 +94,6 @@ void SelectBoth(DzNode& source, DzNode& target)
     target.select(true);
 }
 
-/// Folders that will be written to are made before the work, so that a wrong one costs no time.
-void PrepareFolders(const ConversionRequest& request)
-{
-    std::error_code error;
-    if (!request.pictures.empty())
-        fs::create_directories(request.pictures, error);
-    if (error)
-        throw std::runtime_error("cannot create folder " + FileText(request.pictures) + ": " +
-                                 error.message());
-    if (request.save)
-        fs::create_directories(request.save->library, error);
-    if (error)
-        throw std::runtime_error("cannot create folder " + FileText(request.save->library) + ": " +
-                                 error.message());
-    const fs::path folder = request.exportObj.parent_path();
-    if (!folder.empty() && !fs::is_directory(folder, error))
-        throw std::runtime_error("cannot write " + FileText(request.exportObj) + ": there is no folder " +
-                                 FileText(folder));
-}
-
 void Save(const SaveRequest& save, DzNode& target, const std::vector<GntCreatedMorph>& created,
           HostSession& session)
 {
@@ -125,11 +112,33 @@ void Save(const SaveRequest& save, DzNode& target, const std::vector<GntCreatedM
     }
 }
 
+/// What is wanted besides the morphs. These are safe by then, and a failure says so.
+void WriteExtras(const ConversionRequest& request, const GntParams& params, Progress& progress,
+                 ConversionReport& report)
+{
+    try {
+        if (!request.exportObj.empty()) {
+            progress.stage("Writing the OBJ file");
+            ExportFigure(params.figTarget, request.exportObj);
+            report.files.push_back(request.exportObj);
+        }
+        if (!request.pictures.empty()) {
+            progress.stage("Drawing the pictures");
+            const std::vector<fs::path> pictures = DrawPictures(params, request.pictures);
+            report.files.insert(report.files.end(), pictures.begin(), pictures.end());
+        }
+    } catch (const std::exception& error) {
+        if (!request.save)
+            throw;
+        throw std::runtime_error(std::string(error.what()) + "; the morphs are saved");
+    }
+}
+
 } // namespace
 
 ConversionReport Convert(const ConversionRequest& request, Progress& progress)
 {
-    PrepareFolders(request);
+    CheckPlaces(request);
     ConversionReport report;
     progress.stage("Loading the figures");
     HostSession session(request.contentDirectories, request.verbose);
@@ -138,7 +147,12 @@ ConversionReport Convert(const ConversionRequest& request, Progress& progress)
     DzNode* const source = session.open(request.source);
     for (const NameValue& dial : request.dials)
         FindDial(*source, dial.name).setDoubleValue(dial.value);
+    CheckIsSource(*source, request.source);
+    if (const DzObject* const object = source->getObject())
+        object->getCachedGeom(); // reads the shapes that are dialed in
+    CheckShapesAreWhole(request.source, session.warnings());
     DzNode* const target = session.open(request.target);
+    CheckIsTarget(*target, request.target);
     SelectBoth(*source, *target);
     const std::shared_ptr<GntParams> params = GntConverter::FindSourceAndTargetInSceneSelected_X();
     GntConverter converter(params);
@@ -146,7 +160,7 @@ ConversionReport Convert(const ConversionRequest& request, Progress& progress)
     report.source = DescribeFigure(params->figSource);
     report.target = DescribeFigure(params->figTarget);
     report.cloneShape = std::string(GntClonePropertyName(params->cloneShape));
-    SetBases(*params, request.bases);
+    SetBases(*params, request.bases, report.warnings);
 
     const GntJobs jobs = JobsOf(request);
     report.jobs = JobNames(jobs);
@@ -174,18 +188,10 @@ ConversionReport Convert(const ConversionRequest& request, Progress& progress)
     WearMorphs(created);
     if (MakesWholeFigure(jobs))
         report.distance = MeasureDistance(*params);
-    if (!request.exportObj.empty()) {
-        progress.stage("Writing the OBJ file");
-        ExportFigure(params->figTarget, request.exportObj);
-        report.files.push_back(request.exportObj);
-    }
-    if (!request.pictures.empty()) {
-        progress.stage("Drawing the pictures");
-        const std::vector<fs::path> pictures = DrawPictures(*params, request.pictures);
-        report.files.insert(report.files.end(), pictures.begin(), pictures.end());
-    }
+    WriteExtras(request, *params, progress, report);
     progress.finish();
-    report.warnings = session.warnings();
+    const std::vector<std::string> warnings = session.warnings();
+    report.warnings.insert(report.warnings.end(), warnings.begin(), warnings.end());
     return report;
 }
 

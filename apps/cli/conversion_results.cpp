@@ -179,6 +179,7 @@ void ExportFigure(DzFigure& figure, const fs::path& file)
 std::vector<fs::path> DrawPictures(const GntParams& params, const fs::path& folder)
 {
     using geometry::View;
+    fs::create_directories(folder);
     const AtBaseResolution source(params.figSource), target(params.figTarget);
     TemporaryValues values;
     PlaceForComparison(params, values);

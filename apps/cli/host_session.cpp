@@ -139,7 +139,7 @@ struct HostSession::Impl {
     }
 };
 
-HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool verbose, bool showProgress)
+HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool verbose)
     : _impl(std::make_unique<Impl>())
 {
     std::for_each(contentDirectories.begin(), contentDirectories.end(), CheckDirectory);
@@ -155,8 +155,7 @@ HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool v
     options.tempPath = _impl->folder.path();
     options.logFilename = _impl->logFile();
     options.echoLog = verbose;
-    options.terminalProgress = showProgress;
-    options.terminalProgress = false;
+    options.terminalProgress = false; // the subcommands have their own
     for (const fs::path& directory : contentDirectories)
         options.contentDirectories.append(ToQ(fs::absolute(directory)));
     _impl->host =

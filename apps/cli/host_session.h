@@ -16,11 +16,9 @@ namespace cli {
 /// nor written. The folder goes when the session ends. One at a time.
 class HostSession {
 public:
-    /// @param verbose       the host's log goes to stderr
-    /// @param showProgress  the host's own progress goes to stderr where that is a terminal
+    /// @param verbose  the host's log goes to stderr
     /// @throws std::runtime_error  a content directory is none, or the temporary folder cannot be made
-    HostSession(const std::vector<std::filesystem::path>& contentDirectories, bool verbose,
-                bool showProgress = false);
+    HostSession(const std::vector<std::filesystem::path>& contentDirectories, bool verbose);
     ~HostSession();
     HostSession(const HostSession&) = delete;
     HostSession& operator=(const HostSession&) = delete;

@@ -12,6 +12,7 @@
 #include <functional>
 #include <new>
 #include <sstream>
+#include <string>
 
 #include <CLI/CLI.hpp>
 
@@ -44,6 +45,20 @@ int Run(const std::function<void()>& work)
     }
 }
 
+/// A script's variable that is not set must not quietly mean no file, or the folder one is in.
+void RefuseEmptyNames(CLI::App& command)
+{
+    for (CLI::Option* const option : command.get_options()) {
+        const std::string type = option->get_type_name();
+        const bool isName =
+            type.find("FILE") != type.npos || type.find("DIR") != type.npos || type.find(".png") != type.npos;
+        if (isName)
+            option->check([](const std::string& name) {
+                return name.empty() ? std::string("the name is empty") : std::string();
+            });
+    }
+}
+
 void Describe(CLI::App& program, cli::CommandContext& context)
 {
     program.require_subcommand(0, 1); // none is found out later, when what was there instead has been named
@@ -52,6 +67,7 @@ void Describe(CLI::App& program, cli::CommandContext& context)
     for (CLI::App* const command : program.get_subcommands({})) {
         command->set_version_flag("--version", versionText, "Print the version");
         command->add_flag("--verbose", context.verbose, "Show the log");
+        RefuseEmptyNames(*command);
     }
 }
 

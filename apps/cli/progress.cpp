@@ -6,6 +6,8 @@
 #include "apps/cli/interrupt.h"
 
 #include <cstdio>
+
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace cli {
@@ -15,6 +17,19 @@ namespace {
 double SecondsSince(std::chrono::steady_clock::time_point begin)
 {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+/// A line that the terminal breaks cannot be taken back as a whole.
+std::string FitToTerminal(std::string line)
+{
+    winsize size{};
+    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || line.size() < size.ws_col)
+        return line;
+    std::size_t end = size.ws_col - 1u;
+    while (end > 0 && (static_cast<unsigned char>(line[end]) & 0xC0) == 0x80)
+        --end; // not within a character
+    line.resize(end);
+    return line;
 }
 
 } // namespace
@@ -44,7 +59,7 @@ void Progress::stage(const std::string& name, const std::string& text)
     if (!_isShown)
         return;
     clearLine();
-    std::fprintf(stderr, "%s ...", (text.empty() ? name : text).c_str());
+    std::fputs(FitToTerminal((text.empty() ? name : text) + " ...").c_str(), stderr);
     std::fflush(stderr);
 }
 

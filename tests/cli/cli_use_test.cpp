@@ -51,6 +51,15 @@ TEST(CommandLine, names_a_required_option_that_is_missing)
     ExpectWrongUse(RunProgram({"transfer", "--source-neutral", "a.obj"}), "required");
 }
 
+TEST(CommandLine, refuses_names_of_files_that_are_empty)
+{
+    ExpectWrongUse(RunProgram({"inspect", ""}), "FILE: the name is empty");
+    ExpectWrongUse(RunProgram({"render", "a.obj", "--out", ""}), "--out: the name is empty");
+    ExpectWrongUse(RunProgram({"convert", "--source", "", "--target", "b.duf"}),
+                   "--source: the name is empty");
+    ExpectWrongUse(RunProgram({"sample-content", ""}), "DIR: the name is empty");
+}
+
 TEST(CommandLine, refuses_an_unknown_view)
 {
     ExpectWrongUse(RunProgram({"render", "a.obj", "--out", "a.png", "--view", "sideways"}), "\"sideways\"");

@@ -1,0 +1,117 @@
+// What a conversion is checked for before it costs time.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/conversion_checks.h"
+
+#include "apps/cli/command.h"
+#include "dzfloatproperty.h"
+#include "dznode.h"
+#include "host/content/dson_reader.h"
+#include "host/content/dson_uri.h"
+#include "shared/ks_daz-helpers.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+namespace cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Why the folder can neither be used nor made; zero when it can.
+int FolderError(fs::path folder)
+{
+    std::error_code error;
+    folder = fs::absolute(folder, error);
+    while (!error && !fs::exists(folder, error) && folder.has_relative_path())
+        folder = folder.parent_path();
+    // Below a file there is nothing to look for, which the system tells as an error.
+    if (error)
+        return error.value();
+    if (!fs::is_directory(folder, error))
+        return ENOTDIR;
+    return access(folder.c_str(), W_OK | X_OK) == 0 ? 0 : errno;
+}
+
+void CheckFolder(const fs::path& folder)
+{
+    if (const int error = FolderError(folder))
+        throw std::runtime_error(
+            fmt::format("cannot create folder {}: {}", FileText(folder), std::strerror(error)));
+}
+
+kst::daz::BaseFigure KindOf(const DzNode& node)
+{
+    return kst::daz::GetBaseFigure(kst::daz::GetNodeAssetUri(node));
+}
+
+/// Names stand with or without percent encoding in the host's warnings.
+bool IsAbout(const std::string& warning, const std::string& url)
+{
+    const std::string encoded = url.substr(0, url.find('#'));
+    for (const std::string& path : {encoded, dson::ParseUri(url).path}) {
+        const std::size_t slash = path.rfind('/');
+        if (slash != path.npos && warning.find(path.substr(slash)) != warning.npos)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+void CheckPlaces(const ConversionRequest& request)
+{
+    if (!request.pictures.empty())
+        CheckFolder(request.pictures);
+    if (request.save)
+        CheckFolder(request.save->library);
+    if (request.exportObj.empty())
+        return;
+    std::error_code error;
+    const fs::path folder = request.exportObj.parent_path();
+    if (!folder.empty() && !fs::is_directory(folder, error))
+        throw std::runtime_error(fmt::format("cannot write {}: there is no folder {}",
+                                             FileText(request.exportObj), FileText(folder)));
+    if (fs::is_directory(request.exportObj, error))
+        throw std::runtime_error(
+            fmt::format("cannot write {}: {}", FileText(request.exportObj), std::strerror(EISDIR)));
+}
+
+void CheckIsSource(const DzNode& node, const fs::path& file)
+{
+    const kst::daz::BaseFigure kind = KindOf(node);
+    if (kind == kst::daz::BaseFigure::None || kind == kst::daz::BaseFigure::Genesis9)
+        throw std::runtime_error(
+            fmt::format("{}: is no Genesis 3, 8 or 8.1 figure to convert from", FileText(file)));
+}
+
+void CheckIsTarget(const DzNode& node, const fs::path& file)
+{
+    if (KindOf(node) != kst::daz::BaseFigure::Genesis9)
+        throw std::runtime_error(fmt::format("{}: is no Genesis 9 figure to convert to", FileText(file)));
+}
+
+void CheckShapesAreWhole(const fs::path& file, const std::vector<std::string>& warnings)
+{
+    if (warnings.empty())
+        return;
+    dson::ReadOptions options;
+    options.deltas = false;
+    for (const dson::ModifierInstance& dialed : dson::ReadDocument(file, options).modifierInstances)
+        for (const std::string& warning : warnings)
+            if (dialed.value.value_or(0.0) != 0.0 && IsAbout(warning, dialed.url))
+                throw std::runtime_error(warning);
+}
+
+void CheckBaseValue(const char* base, const DzFloatProperty& dial, double value)
+{
+    if (dial.isClamped() && (value < dial.getMin() || value > dial.getMax()))
+        throw UsageError(fmt::format("--base {}={} is outside of {} to {}, the range of \"{}\"", base, value,
+                                     dial.getMin(), dial.getMax(), dial.getLabel().toStdString()));
+}
+
+} // namespace cli

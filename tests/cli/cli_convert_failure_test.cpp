@@ -1,0 +1,262 @@
+// Conversions that cannot be done: one sentence, and nothing half-written.
+// SPDX-License-Identifier: MIT
+
+#include "cli_conversion.h"
+
+#include "geometry/vec3.h"
+
+#include <filesystem>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const char* const headSplit = "/People/Genesis 9/Developer Kit/G9 HeadSplit DFormer.duf";
+const char* const otherStock = "/People/Genesis 3 Male/Genesis 3 Male.duf";
+const char* const wideMorph = "/data/Daz 3D/Genesis 8/Female/Morphs/Test/Base/Wide.dsf";
+
+class ConvertFailure : public ConversionTest {
+protected:
+    /// A character whose file dials "Wide" to 1, as a saved scene would.
+    std::string writeCharacter() const
+    {
+        return workspace.write(
+            "lib/People/Hero.duf",
+            R"({"file_version": "0.6.0.0", "asset_info": {"id": "/People/Hero.duf", "type": "character"},
+            "scene": {"nodes": [{"id": "Genesis8Female", "label": "Hero",
+                    "url": "/data/Daz%203D/Genesis%208/Female/Genesis8Female.dsf#Genesis8Female",
+                    "geometries": [{"id": "g",
+                        "url": "/data/Daz%203D/Genesis%208/Female/Genesis8Female.dsf#Genesis8Female-1"}]}],
+                "modifiers": [{"id": "Wide-1", "parent": "#g",
+                    "url": "/data/Daz%203D/Genesis%208/Female/Morphs/Test/Base/Wide.dsf#Wide",
+                    "channel": {"id": "value", "current_value": 1}}]}})");
+    }
+    std::string writeProp() const
+    {
+        fs::create_directories(library("/data/Acme/Box"));
+        workspace.write("lib/data/Acme/Box/Box.dsf", R"({"file_version": "0.6.0.0",
+            "asset_info": {"id": "/data/Acme/Box/Box.dsf", "type": "prop"},
+            "geometry_library": [{"id": "Box-1", "name": "Box", "type": "polygon_mesh",
+                "vertices": {"count": 4, "values": [[0, 0, 0], [10, 0, 0], [10, 20, 0], [0, 20, 0]]},
+                "polygon_groups": {"count": 1, "values": ["all"]},
+                "polygon_material_groups": {"count": 1, "values": ["wood"]},
+                "polylist": {"count": 1, "values": [[0, 0, 0, 1, 2, 3]]}}],
+            "node_library": [{"id": "Box", "name": "Box", "label": "Box", "type": "node"}]})");
+        return workspace.write("lib/People/Box.duf", R"({"file_version": "0.6.0.0",
+            "asset_info": {"id": "/People/Box.duf", "type": "scene_subset"},
+            "scene": {"nodes": [{"id": "Box", "url": "/data/Acme/Box/Box.dsf#Box", "label": "Box",
+                                 "geometries": [{"id": "Box-g", "url": "/data/Acme/Box/Box.dsf#Box-1"}]}]}})");
+    }
+    std::string writeTruncatedGzip() const
+    {
+        // A header and the beginning of a stored block that promises a hundred bytes.
+        const unsigned char bytes[] = {0x1f, 0x8b, 8, 0, 0, 0, 0, 0, 0, 3, 0x01, 100, 0, 155, 255, '{', '"'};
+        return workspace.write("cut.duf", std::string(std::begin(bytes), std::end(bytes)));
+    }
+    void replaceInMorph(const std::string& what, const std::string& by) const
+    {
+        std::string text = workspace.read(std::string("lib") + wideMorph);
+        const std::size_t at = text.find(what);
+        ASSERT_NE(at, text.npos) << what;
+        workspace.write(std::string("lib") + wideMorph, text.replace(at, what.size(), by));
+    }
+
+    ProgramResult convertFrom(const std::string& source, const std::vector<std::string>& more = {}) const
+    {
+        return RunProgram(argumentsFor(source, targetFile(), more));
+    }
+    ProgramResult convertTo(const std::string& target) const
+    {
+        return RunProgram(argumentsFor(sourceFile(), target, {"--dial", "Wide=1"}));
+    }
+    /// The program fails, and files and folders are as before.
+    void expectNothingMade(const std::vector<std::string>& more, int exitCode, const std::string& part) const
+    {
+        const std::vector<std::string> before = workspace.entries();
+        expectFailureWith(convert(more), exitCode, part);
+        EXPECT_EQ(workspace.entries(), before);
+    }
+    bool hasSaved(const std::string& name) const
+    {
+        return workspace.has(std::string("saved/") + savedFolder + "/" + name + ".dsf");
+    }
+};
+
+} // namespace
+
+TEST_F(ConvertFailure, wants_figures_of_the_right_kinds)
+{
+    expectFailure(convertTo(sourceFile()), 1, sourceFile() + ": is no Genesis 9 figure to convert to.");
+    expectFailure(convertFrom(targetFile()), 1,
+                  targetFile() + ": is no Genesis 3, 8 or 8.1 figure to convert from.");
+    const std::string prop = writeProp();
+    expectFailure(convertFrom(prop), 1, prop + ": is no Genesis 3, 8 or 8.1 figure to convert from.");
+    expectFailure(convertTo(prop), 1, prop + ": is no Genesis 9 figure to convert to.");
+}
+
+TEST_F(ConvertFailure, wants_files_that_can_be_loaded)
+{
+    const std::string none = workspace.path("none.duf");
+    expectFailure(convertFrom(none), 1, "Cannot open " + none + ": No such file or directory.");
+    expectFailure(convertTo(none), 1, "Cannot open " + none + ": No such file or directory.");
+    expectFailure(convertFrom(library()), 1, "Cannot read " + library() + ": Is a directory.");
+    for (const char* text : {"", "hello", "{", "[1, 2]", "{}", "\x89PNG"}) {
+        SCOPED_TRACE(text);
+        const std::string file = workspace.write("bad.duf", text);
+        expectFailureWith(convertFrom(file), 1, file + ": ");
+        expectFailureWith(convertTo(file), 1, file + ": ");
+    }
+    const std::string cut = writeTruncatedGzip();
+    expectFailure(convertFrom(cut), 1, cut + ": the compressed data is cut off.");
+}
+
+TEST_F(ConvertFailure, wants_a_source_that_is_shaped)
+{
+    expectFailure(convertFrom(sourceFile()), 1,
+                  "Source figure Genesis 8 Female has no morphs dialed in; nothing to do.");
+}
+
+TEST_F(ConvertFailure, wants_dials_that_the_source_has)
+{
+    expectFailureWith(convert({"--dial", "Wid=1"}), 1, "has no dial \"Wid\"; the closest are \"Wide\"");
+    expectFailureWith(convert({"--dial", "Wide"}), 2, "\"Wide\"");
+}
+
+TEST_F(ConvertFailure, takes_a_character_file_as_it_is)
+{
+    ExpectSuccess(convertFrom(writeCharacter()));
+}
+
+TEST_F(ConvertFailure, does_not_convert_a_character_without_one_of_its_shapes)
+{
+    const std::string character = writeCharacter();
+    fs::remove(library(wideMorph));
+    expectFailureWith(convertFrom(character), 1, "Wide.dsf is in no content library.");
+}
+
+TEST_F(ConvertFailure, does_not_convert_a_character_with_a_broken_shape)
+{
+    const std::string character = writeCharacter(), sound = workspace.read(std::string("lib") + wideMorph);
+    for (const std::string& text : {std::string(), std::string("hello"), sound.substr(0, sound.size() / 2),
+                                    std::string("\x1f\x8b\x08")}) {
+        SCOPED_TRACE(text.substr(0, 40));
+        workspace.write(std::string("lib") + wideMorph, text);
+        expectFailureWith(convertFrom(character), 1, "Wide.dsf");
+    }
+}
+
+TEST_F(ConvertFailure, does_not_convert_a_character_with_a_shape_for_another_mesh)
+{
+    const std::string character = writeCharacter();
+    replaceInMorph("\"vertex_count\" : 488", "\"vertex_count\" : 487");
+    expectFailureWith(convertFrom(character), 1, "Wide.dsf");
+}
+
+TEST_F(ConvertFailure, is_not_caused_by_a_broken_shape_that_nobody_wears)
+{
+    workspace.write("lib/data/Daz 3D/Genesis 8/Female/Morphs/Test/Base/Unused.dsf", "hello");
+    ExpectSuccess(convertFrom(writeCharacter()));
+}
+
+TEST_F(ConvertFailure, wants_the_stock_figures)
+{
+    fs::remove(library(otherStock));
+    expectNothingMade(saving(workspace.path("saved")), 1, "Genesis 3 Male.duf");
+}
+
+TEST_F(ConvertFailure, wants_the_file_of_the_head_split)
+{
+    const std::string text = workspace.read(std::string("lib") + headSplit);
+    for (const std::string& broken : {std::string("hello"), text.substr(0, text.size() / 2)}) {
+        workspace.write(std::string("lib") + headSplit, broken);
+        expectNothingMade(saving(workspace.path("saved"), {"--jobs", "full,head"}), 1,
+                          "G9 HeadSplit DFormer.duf");
+    }
+    fs::remove(library(headSplit));
+    expectNothingMade(saving(workspace.path("saved"), {"--jobs", "full,head"}), 1,
+                      "G9 HeadSplit DFormer.duf");
+    ExpectSuccess(convert({"--jobs", "full"}));
+}
+
+TEST_F(ConvertFailure, wants_vendor_and_product_with_a_library_and_the_other_way_round)
+{
+    const std::string place = workspace.path("saved");
+    expectNothingMade({"--save-library", place}, 2, "--vendor");
+    expectNothingMade({"--save-library", place, "--product", "Heroes"}, 2, "--vendor");
+    expectNothingMade({"--save-library", place, "--vendor", "Acme"}, 2, "--product");
+    expectNothingMade({"--vendor", "Acme", "--product", "Heroes"}, 2, "--save-library");
+    expectNothingMade({"--compress"}, 2, "--save-library");
+}
+
+TEST_F(ConvertFailure, wants_names_that_can_be_folders)
+{
+    const std::string place = workspace.path("saved");
+    for (const char* name : {"", " ", ".", "..", "../up", "a/b", "a\\b", "a:b", "a\nb", "end."}) {
+        SCOPED_TRACE(name);
+        expectNothingMade({"--save-library", place, "--vendor", name, "--product", "Heroes"}, 2,
+                          "cannot be the name of a folder.");
+        expectNothingMade({"--save-library", place, "--vendor", "Acme", "--product", name}, 2,
+                          "cannot be the name of a folder.");
+    }
+}
+
+TEST_F(ConvertFailure, wants_places_that_can_be_written_to)
+{
+    const std::string below = workspace.write("file", "text") + "/below";
+    expectNothingMade(saving(below), 1, "annot create folder " + below + ": Not a directory.");
+    expectNothingMade(saving(workspace.path("file")), 1, "Not a directory.");
+    expectNothingMade({"--pictures", below}, 1, "annot create folder " + below + ": Not a directory.");
+    expectNothingMade({"--export-obj", below + ".obj"}, 1, "");
+    expectNothingMade({"--export-obj", workspace.path("none/a.obj")}, 1,
+                      "there is no folder " + workspace.path("none"));
+    expectNothingMade({"--export-obj", library()}, 1, "Is a directory.");
+    for (const char* option : {"--save-library", "--export-obj", "--pictures"})
+        expectNothingMade({option, ""}, 2, option);
+}
+
+TEST_F(ConvertFailure, makes_no_folders_for_a_conversion_that_fails)
+{
+    expectNothingMade(
+        saving(workspace.path("saved"), {"--pictures", workspace.path("drawn"), "--dial", "No=1"}), 1, "No");
+}
+
+TEST_F(ConvertFailure, to_save_one_morph_leaves_no_part_of_it)
+{
+    fs::create_directories(workspace.path("saved/") + savedFolder + "/Vera_Head.dsf");
+    expectFailureWith(convert(saving(workspace.path("saved"))), 1, "Vera_Head.dsf: Is a directory.");
+}
+
+TEST_F(ConvertFailure, to_write_the_obj_keeps_the_saved_morphs_and_says_so)
+{
+    // The name fits, but not with what an unfinished file is called.
+    const std::string obj = workspace.path(std::string(250, 'a') + ".obj");
+    expectFailureWith(convert(saving(workspace.path("saved"), {"--export-obj", obj})), 1,
+                      ".obj: File name too long; the morphs are saved.");
+    EXPECT_TRUE(hasSaved("Vera_Head"));
+    EXPECT_TRUE(hasSaved("Vera_Body"));
+    EXPECT_FALSE(fs::exists(obj));
+}
+
+TEST_F(ConvertFailure, to_draw_a_picture_keeps_the_saved_morphs_and_says_so)
+{
+    fs::create_directories(workspace.path("drawn/converted.png"));
+    expectFailureWith(convert(saving(workspace.path("saved"), {"--pictures", workspace.path("drawn")})), 1,
+                      "converted.png: Is a directory; the morphs are saved.");
+    EXPECT_TRUE(hasSaved("Vera_Head"));
+    EXPECT_TRUE(hasSaved("Vera_Body"));
+}
+
+TEST_F(ConvertFailure, to_write_what_is_wanted_besides_claims_no_morphs_where_none_are_saved)
+{
+    fs::create_directories(workspace.path("drawn/converted.png"));
+    expectFailure(convert({"--pictures", workspace.path("drawn")}), 1,
+                  "Cannot write " + workspace.path("drawn/converted.png") + ": Is a directory.");
+}
+
+TEST_F(ConvertFailure, names_required_arguments_that_are_missing)
+{
+    ExpectWrongUse(RunProgram({"convert", "--source", sourceFile()}), "--target");
+    ExpectWrongUse(RunProgram({"convert", "--target", targetFile()}), "--source");
+    ExpectWrongUse(RunProgram(arguments({"--resolution", "finest"})), "finest");
+    ExpectWrongUse(RunProgram(arguments({"--content"})), "--content");
+}
