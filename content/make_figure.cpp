@@ -234,11 +234,11 @@ MadeFigure MakeFigure(const MakeFigureOptions& options)
 {
     const FigureKindInfo& kind = ParseFigureKind(options.kind);
     const FigureInput input = ReadInput(options, kind.kind);
-    const FigureFiles files(kind, input.parts, options.library);
+    const FigureFiles files(kind, input.parts, options.contentDirectory);
     for (const MorphParts& morph : input.morphs)
         files.writeMorph(morph);
     for (const NamedWeights& map : input.weightMaps)
-        WriteHeadSplit(map.weights, options.library);
+        WriteHeadSplit(map.weights, options.contentDirectory);
     return {kind.label, input.parts.neutral.vertexCount(), input.parts.bones.size(), input.morphs.size(),
             input.joints};
 }

@@ -18,7 +18,7 @@ struct MakeFigureOptions {
     std::filesystem::path weights;                                     ///< JSON, may be gzip
     std::vector<std::pair<std::string, std::filesystem::path>> morphs; ///< name and OBJ or CSV, may be gzip
     std::vector<std::pair<std::string, std::filesystem::path>> weightMaps; ///< name and CSV, may be gzip
-    std::filesystem::path library; ///< the content directory to write into
+    std::filesystem::path contentDirectory; ///< the content directory to write into
 };
 
 /// What was made, for the caller's report.

@@ -26,7 +26,7 @@ namespace {
 struct ConvertArguments {
     std::vector<std::string> content, dials, bases;
     std::string source, target, jobs = "head,body", name, path = "/Gantrel";
-    std::string resolution = "base", library, vendor, product, exportObj, pictures;
+    std::string resolution = "base", contentDirectory, vendor, product, exportObj, pictures;
     bool compress = false, json = false;
 };
 
@@ -61,9 +61,10 @@ void AddOptions(CLI::App& command, ConvertArguments& arguments)
     command.add_option("--resolution", arguments.resolution, "Resolution of the morphs")
         ->check(CLI::IsMember({"base"}))
         ->capture_default_str();
-    CLI::Option* const library =
-        command.add_option("--save-library", arguments.library, "Content directory to save the morphs into")
-            ->type_name("DIR");
+    CLI::Option* const library = command
+                                     .add_option("--save-library", arguments.contentDirectory,
+                                                 "Content directory to save the morphs into")
+                                     ->type_name("DIR");
     CLI::Option* const vendor =
         command.add_option("--vendor", arguments.vendor, "Vendor folder of the saved morphs")
             ->type_name("TEXT");
@@ -136,7 +137,7 @@ SaveRequest MakeSaveRequest(const ConvertArguments& arguments)
 {
     CheckFolderName("--vendor", arguments.vendor);
     CheckFolderName("--product", arguments.product);
-    return {arguments.library, arguments.vendor, arguments.product, arguments.compress};
+    return {arguments.contentDirectory, arguments.vendor, arguments.product, arguments.compress};
 }
 
 ConversionRequest MakeRequest(const ConvertArguments& arguments)
@@ -151,7 +152,7 @@ ConversionRequest MakeRequest(const ConvertArguments& arguments)
     ParseJobs(arguments.jobs, request);
     request.name = arguments.name;
     request.path = arguments.path;
-    if (!arguments.library.empty())
+    if (!arguments.contentDirectory.empty())
         request.save = MakeSaveRequest(arguments);
     request.exportObj = arguments.exportObj;
     request.pictures = arguments.pictures;

@@ -24,7 +24,7 @@ namespace {
 using NamedFile = std::pair<std::string, std::filesystem::path>;
 
 struct MakeFigureArguments {
-    std::string kind, mesh, skeleton, joints, weights, library;
+    std::string kind, mesh, skeleton, joints, weights, contentDirectory;
     std::vector<std::string> morphs, weightMaps;
     bool json = false;
 };
@@ -70,13 +70,13 @@ void MakeFigure(const MakeFigureArguments& arguments)
     options.weights = arguments.weights;
     options.morphs = NamedFiles(arguments.morphs);
     options.weightMaps = NamedFiles(arguments.weightMaps);
-    options.library = arguments.library;
+    options.contentDirectory = arguments.contentDirectory;
     const content::MadeFigure made = content::MakeFigure(options);
     progress.finish();
     Json report;
     report["figure"] = made.label;
     report["kind"] = arguments.kind;
-    report["library"] = arguments.library;
+    report["library"] = arguments.contentDirectory;
     report["vertices"] = made.vertexCount;
     report["bones"] = made.boneCount;
     report["morphs"] = made.morphCount;
@@ -114,7 +114,7 @@ void AddMakeFigureCommand(CLI::App& program, CommandContext& context)
              "A morph; again for each further one");
     addNamed("--weight-map", arguments->weightMaps, "NAME=FILE.csv[.gz]",
              "A weight map; again for each further one");
-    add("--library", arguments->library, "DIR", "Content directory to write into")->required();
+    add("--library", arguments->contentDirectory, "DIR", "Content directory to write into")->required();
     AddJsonOption(*command, arguments->json);
     command->callback([arguments, &context] { context.work = [arguments] { MakeFigure(*arguments); }; });
 }

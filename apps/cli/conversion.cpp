@@ -101,8 +101,8 @@ void Save(const SaveRequest& save, DzNode& target, const std::vector<GntCreatedM
     for (const GntCreatedMorph& morph : created)
         names.push_back(morph.name);
     try {
-        kst::FilteredSave::SaveMorphSupportAsset_X(target, FileText(fs::absolute(save.library)), save.vendor,
-                                                   save.product, names, save.compress, false);
+        kst::FilteredSave::SaveMorphSupportAsset_X(target, FileText(fs::absolute(save.contentDirectory)),
+                                                   save.vendor, save.product, names, save.compress, false);
     } catch (const std::exception&) {
         // The host's code says only that it failed; its log says why.
         const std::vector<std::string> warnings = session.warnings();
@@ -182,7 +182,7 @@ ConversionReport Convert(const ConversionRequest& request, Progress& progress)
     if (request.save) {
         progress.stage("Saving the morphs");
         Save(*request.save, params->figTarget, created, session);
-        AddSavedFiles(params->figTarget, request.save->library, report);
+        AddSavedFiles(params->figTarget, request.save->contentDirectory, report);
         progress.stage("Measuring the result");
     }
     WearMorphs(created);

@@ -23,7 +23,7 @@ struct BaseDials {
 };
 
 struct SaveRequest {
-    std::filesystem::path library;
+    std::filesystem::path contentDirectory;
     std::string vendor, product;
     bool compress = false;
 };

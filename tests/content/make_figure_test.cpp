@@ -31,14 +31,15 @@ TEST(MakeFigure, writes_the_figure_under_the_kinds_own_address)
     EXPECT_EQ(made.boneCount, 3u);
     EXPECT_EQ(made.joints, "only");
     const dson::Document figure =
-        dson::ReadDocument(tiny.options.library / "data/DAZ 3D/Genesis 9/Base/Genesis9.dsf");
+        dson::ReadDocument(tiny.options.contentDirectory / "data/DAZ 3D/Genesis 9/Base/Genesis9.dsf");
     ASSERT_EQ(figure.geometries.size(), 1u);
     EXPECT_EQ(figure.geometries[0].mesh.vertexCount(), 8u);
     ASSERT_EQ(figure.nodes.size(), 4u);
     EXPECT_EQ(figure.nodes[0].id, "Genesis9");
     EXPECT_EQ(figure.nodes[2].parent, "hip");
-    EXPECT_TRUE(fs::exists(tiny.options.library / "People/Genesis 9/Genesis 9.duf"));
-    EXPECT_TRUE(fs::exists(tiny.options.library / "People/Genesis 9/Developer Kit/Genesis 9 Dev Load.duf"));
+    EXPECT_TRUE(fs::exists(tiny.options.contentDirectory / "People/Genesis 9/Genesis 9.duf"));
+    EXPECT_TRUE(
+        fs::exists(tiny.options.contentDirectory / "People/Genesis 9/Developer Kit/Genesis 9 Dev Load.duf"));
 }
 
 TEST(MakeFigure, names_the_thighs_of_the_newest_kind)
@@ -46,7 +47,7 @@ TEST(MakeFigure, names_the_thighs_of_the_newest_kind)
     TinyFigure tiny;
     MakeFigure(tiny.options);
     const dson::Document figure =
-        dson::ReadDocument(tiny.options.library / "data/DAZ 3D/Genesis 9/Base/Genesis9.dsf");
+        dson::ReadDocument(tiny.options.contentDirectory / "data/DAZ 3D/Genesis 9/Base/Genesis9.dsf");
     EXPECT_EQ(figure.nodes[2].id, "l_thigh");
     EXPECT_EQ(figure.nodes[3].id, "r_thigh");
 }
@@ -56,7 +57,7 @@ TEST(MakeFigure, keeps_the_bone_names_of_older_kinds)
     TinyFigure tiny("genesis8female");
     MakeFigure(tiny.options);
     const dson::Document figure =
-        dson::ReadDocument(tiny.options.library / "data/Daz 3D/Genesis 8/Female/Genesis8Female.dsf");
+        dson::ReadDocument(tiny.options.contentDirectory / "data/Daz 3D/Genesis 8/Female/Genesis8Female.dsf");
     EXPECT_EQ(figure.nodes[2].id, "upperleg.L");
 }
 
@@ -66,7 +67,7 @@ TEST(MakeFigure, gives_the_newest_kind_the_dials_that_conversions_need)
     EXPECT_EQ(MakeFigure(tiny.options).morphCount, 7u);
     for (const char* name :
          {baseFeminineName, baseMasculineName, proportionHeightName, cloneNames[0], cloneNames[3]})
-        EXPECT_TRUE(fs::exists(MorphFile(tiny.options.library, name))) << name;
+        EXPECT_TRUE(fs::exists(MorphFile(tiny.options.contentDirectory, name))) << name;
 }
 
 TEST(MakeFigure, takes_an_obj_as_the_difference_to_the_neutral)
@@ -75,7 +76,7 @@ TEST(MakeFigure, takes_an_obj_as_the_difference_to_the_neutral)
     tiny.options.morphs = {{"Pulled", tiny.folder.write("pulled.obj", TinyFigure::objText("v 0 1 3\n"))}};
     MakeFigure(tiny.options);
     const geometry::SparseDeltas deltas =
-        dson::ReadDeltas(MorphFile(tiny.options.library, "Pulled"), "Pulled");
+        dson::ReadDeltas(MorphFile(tiny.options.contentDirectory, "Pulled"), "Pulled");
     ASSERT_EQ(deltas.vertices, std::vector<std::uint32_t>{7});
     EXPECT_EQ(deltas.deltas[0], (geometry::Vec3f{0, 0, 2}));
 }
@@ -87,7 +88,7 @@ TEST(MakeFigure, takes_a_table_of_deltas)
         {"CloneGenesis8Male", tiny.folder.write("d.csv", "vertex,dx,dy,dz\n2,0.5,-1e-1,0\n")}};
     EXPECT_EQ(MakeFigure(tiny.options).morphCount, 7u);
     const geometry::SparseDeltas deltas =
-        dson::ReadDeltas(MorphFile(tiny.options.library, "CloneGenesis8Male"), "CloneGenesis8Male");
+        dson::ReadDeltas(MorphFile(tiny.options.contentDirectory, "CloneGenesis8Male"), "CloneGenesis8Male");
     ASSERT_EQ(deltas.vertices, std::vector<std::uint32_t>{2});
     EXPECT_EQ(deltas.deltas[0], (geometry::Vec3f{0.5f, -0.1f, 0}));
 }
@@ -97,7 +98,7 @@ TEST(MakeFigure, binds_skin_that_no_bone_claims_to_the_first_bone)
     TinyFigure tiny;
     MakeFigure(tiny.options);
     const dson::Document figure =
-        dson::ReadDocument(tiny.options.library / "data/DAZ 3D/Genesis 9/Base/Genesis9.dsf");
+        dson::ReadDocument(tiny.options.contentDirectory / "data/DAZ 3D/Genesis 9/Base/Genesis9.dsf");
     ASSERT_EQ(figure.skins.size(), 1u);
     const auto& hip = figure.skins[0].binding.joints.at(0);
     EXPECT_EQ(hip.node, "hip");
@@ -111,8 +112,8 @@ TEST(MakeFigure, makes_the_head_split_of_a_weight_map_called_head)
     TinyFigure tiny;
     tiny.options.weightMaps = {{"head", tiny.folder.write("head.csv", "vertex,weight\n1,0.25\n7,1\n")}};
     MakeFigure(tiny.options);
-    const dson::Document preset =
-        dson::ReadDocument(tiny.options.library / "People/Genesis 9/Developer Kit/G9 HeadSplit DFormer.duf");
+    const dson::Document preset = dson::ReadDocument(
+        tiny.options.contentDirectory / "People/Genesis 9/Developer Kit/G9 HeadSplit DFormer.duf");
     ASSERT_EQ(preset.influenceMaps.size(), 1u);
     EXPECT_EQ(preset.influenceMaps[0].vertices, (std::vector<std::uint32_t>{1, 7}));
 }
@@ -177,7 +178,7 @@ TEST(MakeFigure, writes_nothing_when_an_input_is_wrong)
     TinyFigure tiny;
     tiny.options.morphs = {{"A", tiny.folder.write("d.csv", "vertex,dx,dy,dz\n8,0,0,0\n")}};
     EXPECT_THROW(MakeFigure(tiny.options), geometry::FormatError);
-    EXPECT_FALSE(fs::exists(tiny.options.library));
+    EXPECT_FALSE(fs::exists(tiny.options.contentDirectory));
 }
 
 /// The folder of real meshes, or an empty path.
@@ -201,7 +202,7 @@ TEST(MakeFigure, makes_a_source_and_a_target_of_real_people)
     source.skeleton = humans / "skeleton.json";
     source.weights = humans / "source/weights.json.gz";
     source.morphs = {{"heavy_full", humans / "source/morphs/heavy_full.csv.gz"}};
-    source.library = folder.path();
+    source.contentDirectory = folder.path();
     const MadeFigure madeSource = MakeFigure(source);
     EXPECT_EQ(madeSource.vertexCount, 13380u);
     EXPECT_EQ(madeSource.joints, "source_neutral");

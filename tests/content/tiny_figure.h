@@ -40,6 +40,6 @@ struct TinyFigure {
         options.mesh = folder.write("neutral.obj", objText());
         options.skeleton = folder.write("skeleton.json", skeletonText());
         options.weights = folder.write("weights.json", weightsText());
-        options.library = folder.path() / "library";
+        options.contentDirectory = folder.path() / "library";
     }
 };
