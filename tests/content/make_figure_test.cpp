@@ -194,7 +194,8 @@ TEST(MakeFigure, makes_a_source_and_a_target_of_real_people)
 {
     const fs::path humans = HumansFolder();
     if (humans.empty())
-        GTEST_SKIP() << "no folder of real human meshes";
+        GTEST_SKIP()
+            << "the real human meshes are no part of the project; set GANTREL_HUMANS to their folder";
     const TempFolder folder;
     MakeFigureOptions source;
     source.kind = "genesis8female";

@@ -164,7 +164,8 @@ TEST(TransferAccuracy, is_at_least_that_of_the_best_plain_method)
 {
     const auto folder = humans::Folder();
     if (!folder)
-        GTEST_SKIP() << "no human meshes at hand (set GANTREL_HUMANS to their folder)";
+        GTEST_SKIP()
+            << "the real human meshes are no part of the project; set GANTREL_HUMANS to their folder";
     const humans::Pair pair = humans::Load(*folder);
     ASSERT_FALSE(pair.morphs.empty());
     const SurfaceMap map = MatchSurfaces(pair.source.view(), pair.target.view());
