@@ -3,6 +3,7 @@
 
 #include "plugin/gnt_convert-impl.h"
 
+#include "shared/ks_assert.h"
 #include "shared/ks_daz-managers.h"
 #include "shared/ks_debug.h"
 #include "shared/ks_exception.h"
@@ -13,8 +14,6 @@
 #include "shared/ks_product.h"
 #include "shared/ks_progress.h"
 #include "shared/ks_string.h"
-
-#include <cassert>
 
 #include <QDir>
 

@@ -3,6 +3,7 @@
 
 #include "plugin/gnt_convert-impl.h"
 
+#include "shared/ks_assert.h"
 #include "shared/ks_clickaway.h"
 #include "shared/ks_exception.h"
 #include "shared/ks_gui.h"
@@ -13,7 +14,6 @@
 #include "shared/ks_transfer-utility.h"
 
 #include <algorithm>
-#include <cassert>
 #include <cmath>
 #include <limits>
 

@@ -3,9 +3,9 @@
 
 #include "shared/ks_clickaway.h"
 
+#include "shared/ks_assert.h"
 #include "shared/ks_gui.h"
 
-#include <cassert>
 #include <vector>
 
 #include <QApplication>

@@ -3,7 +3,9 @@
 
 #pragma once
 
+#include <exception>
 #include <string_view>
+#include <utility>
 
 class QWidget;
 
@@ -14,6 +16,21 @@ namespace daz {
 /// @param parent  null for the host's dialog parent
 /// @param log     also writes one line to the host's log
 void CriticalBox(std::string_view heading, std::string_view message, QWidget* parent, bool log);
+
+/// The outermost handler: runs what the toolkit or the host called in, and shows whatever std::exception it
+/// throws in the box, with a log line. Nothing else may leave it: any other exception, and a failure of the
+/// box itself, ends the process.
+/// @param heading  names the entry point, such as "Unhandled exception in button handler"
+/// @param parent   null for the host's dialog parent
+template <class Call>
+void CallOutermost(std::string_view heading, QWidget* parent, Call&& call) noexcept
+{
+    try {
+        std::forward<Call>(call)();
+    } catch (const std::exception& error) {
+        CriticalBox(heading, error.what(), parent, true);
+    }
+}
 
 } // namespace daz
 } // namespace kst

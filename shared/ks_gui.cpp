@@ -3,9 +3,8 @@
 
 #include "shared/ks_gui.h"
 
+#include "shared/ks_assert.h"
 #include "shared/ks_string.h"
-
-#include <cassert>
 
 #include <QApplication>
 #include <QMessageBox>

@@ -3,11 +3,11 @@
 
 #include "shared/ks_morph-loader.h"
 
+#include "shared/ks_assert.h"
 #include "shared/ks_exception.h"
 #include "shared/ks_string.h"
 
 #include <algorithm>
-#include <cassert>
 #include <cstring>
 
 #include <dzfileiosettings.h>

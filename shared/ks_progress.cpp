@@ -3,12 +3,11 @@
 
 #include "shared/ks_progress.h"
 
+#include "shared/ks_assert.h"
 #include "shared/ks_debug.h"
 #include "shared/ks_exception.h"
 #include "shared/ks_gui.h"
 #include "shared/ks_string.h"
-
-#include <cassert>
 
 #include <dzprogress.h>
 

@@ -3,7 +3,8 @@
 
 #include "shared/ks_string.h"
 
-#include <cassert>
+#include "shared/ks_assert.h"
+
 #include <cctype>
 #include <locale>
 #include <random>
