@@ -20,7 +20,7 @@ class IconTest : public testing::TestWithParam<const char*> {};
 
 } // namespace
 
-TEST_P(IconTest, IsA24PixelPictureWithAShapeToTint)
+TEST_P(IconTest, is_a_24_pixel_picture_with_a_shape_to_tint)
 {
     const QImage picture(QStringLiteral(":/bootstrap/24/%1.png").arg(QLatin1String(GetParam())));
     ASSERT_FALSE(picture.isNull());
