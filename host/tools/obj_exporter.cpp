@@ -104,10 +104,7 @@ QString DzObjExporter::getDescription() const
 
 void DzObjExporter::getDefaultOptions(DzFileIOSettings* options) const
 {
-    options->setFloatValue(QLatin1String("Scale"), 1.0);
-    options->setStringValue(QLatin1String("LatAxis"), QLatin1String("X"));
-    options->setStringValue(QLatin1String("VertAxis"), QLatin1String("Y"));
-    options->setStringValue(QLatin1String("DepthAxis"), QLatin1String("Z"));
+    openhost::SetDefaultObjSpace(*options);
     options->setIntValue(QLatin1String("FloatPrecision"), 6);
     options->setBoolValue(QLatin1String("IgnoreInvisible"), true);
     for (const char* const key : {"WriteVT", "WriteF", "WriteL", "WriteG", "GroupGeom", "WriteUsemtl"})

@@ -63,10 +63,7 @@ QString DzObjImporter::getDescription() const
 
 void DzObjImporter::getDefaultOptions(DzFileIOSettings* options) const
 {
-    options->setFloatValue(QLatin1String("Scale"), 1.0);
-    options->setStringValue(QLatin1String("LatAxis"), QLatin1String("X"));
-    options->setStringValue(QLatin1String("VertAxis"), QLatin1String("Y"));
-    options->setStringValue(QLatin1String("DepthAxis"), QLatin1String("Z"));
+    openhost::SetDefaultObjSpace(*options);
     for (const char* const key :
          {"IncludeVT", "IncludeF", "IncludeL", "IncludeG", "IncludeUsemtl", "IncludeMtllib"})
         options->setBoolValue(QLatin1String(key), true);

@@ -65,6 +65,14 @@ geometry::ObjSpace ReadObjSpace(const DzFileIOSettings& options)
     return space;
 }
 
+void SetDefaultObjSpace(DzFileIOSettings& options)
+{
+    options.setFloatValue(QLatin1String("Scale"), 1.0);
+    options.setStringValue(QLatin1String("LatAxis"), QLatin1String("X"));
+    options.setStringValue(QLatin1String("VertAxis"), QLatin1String("Y"));
+    options.setStringValue(QLatin1String("DepthAxis"), QLatin1String("Z"));
+}
+
 geometry::ObjReadOptions ReadObjReadOptions(const DzFileIOSettings& options)
 {
     geometry::ObjReadOptions read;

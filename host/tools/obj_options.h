@@ -14,6 +14,9 @@ namespace openhost {
 /// @throws geometry::FormatError  an axis is used twice or unknown, or the scale is not above 0
 geometry::ObjSpace ReadObjSpace(const DzFileIOSettings& options);
 
+/// The host's own: one unit of the file is a centimetre, axes as in the scene.
+void SetDefaultObjSpace(DzFileIOSettings& options);
+
 geometry::ObjReadOptions ReadObjReadOptions(const DzFileIOSettings& options);
 geometry::ObjWriteOptions ReadObjWriteOptions(const DzFileIOSettings& options);
 

@@ -8,9 +8,10 @@
 #include "host/content/dson_reader.h"
 #include "tests/content/throws.h"
 #include "tests/content/tiny_figure.h"
+#include "tests/geometry/humans.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <optional>
 
 using namespace content;
 
@@ -181,28 +182,20 @@ TEST(MakeFigure, writes_nothing_when_an_input_is_wrong)
     EXPECT_FALSE(fs::exists(tiny.options.contentDirectory));
 }
 
-/// The folder of real meshes, or an empty path.
-fs::path HumansFolder()
-{
-    if (const char* named = std::getenv("GANTREL_HUMANS"))
-        return named;
-    const fs::path beside = fs::path(GANTREL_SOURCE_DIR).parent_path() / "shared/humans";
-    return fs::exists(beside / "skeleton.json") ? beside : fs::path();
-}
-
 TEST(MakeFigure, makes_a_source_and_a_target_of_real_people)
 {
-    const fs::path humans = HumansFolder();
-    if (humans.empty())
+    const std::optional<fs::path> folderOfHumans = humans::Folder();
+    if (!folderOfHumans)
         GTEST_SKIP()
             << "the real human meshes are no part of the project; set GANTREL_HUMANS to their folder";
+    const fs::path& meshes = *folderOfHumans;
     const TempFolder folder;
     MakeFigureOptions source;
     source.kind = "genesis8female";
-    source.mesh = humans / "source/neutral.obj";
-    source.skeleton = humans / "skeleton.json";
-    source.weights = humans / "source/weights.json.gz";
-    source.morphs = {{"heavy_full", humans / "source/morphs/heavy_full.csv.gz"}};
+    source.mesh = meshes / "source/neutral.obj";
+    source.skeleton = meshes / "skeleton.json";
+    source.weights = meshes / "source/weights.json.gz";
+    source.morphs = {{"heavy_full", meshes / "source/morphs/heavy_full.csv.gz"}};
     source.contentDirectory = folder.path();
     const MadeFigure madeSource = MakeFigure(source);
     EXPECT_EQ(madeSource.vertexCount, 13380u);
@@ -210,10 +203,10 @@ TEST(MakeFigure, makes_a_source_and_a_target_of_real_people)
 
     MakeFigureOptions target = source;
     target.kind = "genesis9";
-    target.mesh = humans / "target/default.obj";
-    target.weights = humans / "target/weights.json.gz";
-    target.morphs = {{"CloneGenesis8Female", humans / "target/clone.csv.gz"}};
-    target.weightMaps = {{"head", humans / "target/head_map.csv.gz"}};
+    target.mesh = meshes / "target/default.obj";
+    target.weights = meshes / "target/weights.json.gz";
+    target.morphs = {{"CloneGenesis8Female", meshes / "target/clone.csv.gz"}};
+    target.weightMaps = {{"head", meshes / "target/head_map.csv.gz"}};
     const MadeFigure madeTarget = MakeFigure(target);
     EXPECT_EQ(madeTarget.vertexCount, 25996u);
     EXPECT_EQ(madeTarget.joints, "target_default");
