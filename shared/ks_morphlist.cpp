@@ -3,6 +3,8 @@
 
 #include "shared/ks_morphlist.h"
 
+#include "shared/ks_assert.h"
+#include "shared/ks_daz-helpers.h"
 #include "shared/ks_exception.h"
 #include "shared/ks_string.h"
 
@@ -10,6 +12,9 @@
 #include <limits>
 #include <map>
 
+#include <fmt/format.h>
+
+#include <dzerclink.h>
 #include <dzfloatproperty.h>
 #include <dzmorph.h>
 #include <dzmorphdeltas.h>
@@ -37,7 +42,7 @@ QString MorphInfo::getLabelQ() const
 struct MorphList::Impl {
     explicit Impl(DzNode& owner) : node(owner) {}
 
-    void add(DzMorph& morph, DzFloatProperty& property)
+    std::shared_ptr<MorphInfo> createInfo(DzMorph& morph, DzFloatProperty& property)
     {
         const std::shared_ptr<MorphInfo> info = std::make_shared<MorphInfo>();
         info->morph = &morph;
@@ -54,6 +59,7 @@ struct MorphList::Impl {
             favorites.push_back(info);
         byName.emplace(info->morphName, info);
         byLabel.emplace(str::ToStd(info->getLabelQ()), info);
+        return info;
     }
 
     typedef std::map<std::string, std::shared_ptr<MorphInfo>, std::less<>> Index;
@@ -83,7 +89,7 @@ MorphList::MorphList(DzNode& node) : _pImpl(new Impl(node))
         if (morph->getNumProperties() != 1)
             throw Exception("expected modifier to have exactly one property");
         if (DzFloatProperty* const property = qobject_cast<DzFloatProperty*>(morph->getProperty(0)))
-            _pImpl->add(*morph, *property);
+            _pImpl->createInfo(*morph, *property);
     }
 }
 
@@ -145,6 +151,86 @@ std::vector<MorphList::ActiveMorph> MorphList::getActiveProperties() const
             active.emplace_back(info->morphName, value);
     }
     return active;
+}
+
+std::vector<ExpandedProperty> MorphList::expandProperty(std::string_view name, Location* where) const
+{
+    Location location = Location::Morph;
+    DzFloatProperty* const property = findPropertyInNode(name, &location);
+    if (!property)
+        return {};
+    if (where)
+        *where = location;
+    std::vector<ExpandedProperty> driven = GetSubControllers(property);
+    if (location == Location::Node && !driven.empty())
+        return driven;
+    ExpandedProperty itself;
+    itself.property = property;
+    driven.insert(driven.begin(), itself);
+    return driven;
+}
+
+std::string MorphList::describe(const ExpandedProperty& entry) const
+{
+    const DzNumericProperty& property = *entry.property;
+    const std::string label = str::ToStd(property.getLabel());
+    const std::shared_ptr<MorphInfo> info = findMorphByLabel(label);
+    return fmt::format("{}: {} ({}{}/{}{})", IsHeadMorph(&property) ? "Head" : "Body",
+                       info ? info->morphName : str::ToStd(property.getName()), str::OPEN_QUOTE,
+                       str::ToStd(property.getPath()), label, str::CLOSE_QUOTE);
+}
+
+std::shared_ptr<MorphInfo> MorphList::createMorph_X(DzMorphDeltas& deltas, std::string_view morphName,
+                                                    bool replaceDeltasIfExists, const QString& label,
+                                                    const QString& path)
+{
+    if (const std::shared_ptr<MorphInfo> existing = findMorphByName(morphName)) {
+        if (!replaceDeltasIfExists)
+            throw Exception("a morph with the name {} exists already", str::Quote(morphName));
+        existing->morph->setDeltas(&deltas);
+        return existing;
+    }
+    DzObject* const object = daz::GetObject(_pImpl->node, true);
+    const QString name = str::ToQ(morphName);
+    DzMorph* const morph = new DzMorph(&deltas);
+    morph->setName(name);
+    morph->setLabel(label);
+    object->addModifier(morph);
+
+    DzFloatProperty& property = GetMorphProperty_X(*morph);
+    property.setName(name);
+    property.setLabel(name);
+    property.setObjectName(name);
+    property.setMinMax(0.0f, 1.0f);
+    property.setIsClamped(true);
+    property.setDisplayAsPercent(true);
+    property.setPath(path);
+    return _pImpl->createInfo(*morph, property);
+}
+
+bool MorphList::IsHeadMorph(const DzProperty* property)
+{
+    return property && str::StartsWith(str::ToStd(property->getPath()), "/Actor/Head/");
+}
+
+std::vector<ExpandedProperty> MorphList::GetSubControllers(const DzProperty* property)
+{
+    std::vector<ExpandedProperty> driven;
+    DzControllerListIterator links = property->slaveControllerListIterator();
+    while (links.hasNext()) {
+        const DzERCLink* const link = qobject_cast<DzERCLink*>(links.next());
+        if (!link)
+            continue;
+        ExpandedProperty entry;
+        entry.property = qobject_cast<DzNumericProperty*>(link->getOwner());
+        entry.linkType = link->getType();
+        entry.scalar = link->getScalar();
+        entry.addend = link->getAddend();
+        assert(entry.property);
+        assert(entry.linkType < ExpandedProperty::ITSELF);
+        driven.push_back(entry);
+    }
+    return driven;
 }
 
 DzFloatProperty& MorphList::GetMorphProperty_X(DzMorph& morph)

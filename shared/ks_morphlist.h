@@ -13,7 +13,10 @@
 
 class DzFloatProperty;
 class DzMorph;
+class DzMorphDeltas;
 class DzNode;
+class DzNumericProperty;
+class DzProperty;
 
 namespace kst {
 
@@ -30,6 +33,17 @@ struct MorphInfo {
     QString getMorphNameQ() const;
     QString getPathQ() const;
     QString getLabelQ() const;
+};
+
+/// A property that another one drives, or the one itself.
+struct ExpandedProperty {
+    /// Says in linkType that the property was not reached through a link.
+    static constexpr int ITSELF = 7;
+
+    DzNumericProperty* property = nullptr; ///< borrowed from the scene
+    int linkType = ITSELF;                 ///< the host's link type, 0 to 6, or ITSELF
+    double scalar = 1.0;
+    double addend = 0.0;
 };
 
 /// A snapshot of a node's morphs: build a new one after morphs were added. Must not outlive the node's
@@ -62,6 +76,25 @@ public:
     /// Morphs whose value is not zero, in modifier order.
     std::vector<ActiveMorph> getActiveProperties() const;
 
+    /// What moving the named dial moves: a morph's dial itself and then all that it drives; of a property of
+    /// the node only what it drives, or itself where it drives nothing. Empty for an unknown name.
+    /// @param where  as for findPropertyInNode
+    std::vector<ExpandedProperty> expandProperty(std::string_view name, Location* where) const;
+    /// One line for the user: head or body, name, path and label.
+    std::string describe(const ExpandedProperty& entry) const;
+
+    /// Makes a morph of the deltas, which it shares by counting, with a dial from 0 to 1, as the node's last
+    /// modifier and enters it in the list.
+    /// @param replaceDeltasIfExists  gives a morph of this name the deltas instead of failing
+    /// @throws Exception  "a morph with the name {} exists already"; the node has no object
+    std::shared_ptr<MorphInfo> createMorph_X(DzMorphDeltas& deltas, std::string_view morphName,
+                                             bool replaceDeltasIfExists, const QString& label,
+                                             const QString& path);
+
+    /// Whether the property stands below "/Actor/Head/"; false for null.
+    static bool IsHeadMorph(const DzProperty* property);
+    /// What the property drives, in the order of its links.
+    static std::vector<ExpandedProperty> GetSubControllers(const DzProperty* property);
     static DzFloatProperty& GetMorphProperty_X(DzMorph& morph);
     static DzMorph* FindMorph(DzNode& node, std::string_view name);
     static DzMorph& FindMorph_X(DzNode& node, std::string_view name);

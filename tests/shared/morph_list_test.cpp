@@ -1,6 +1,7 @@
 // The morphs of a node.
 // SPDX-License-Identifier: MIT
 
+#include "dzerclink.h"
 #include "dzfloatproperty.h"
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
@@ -108,6 +109,112 @@ TEST_F(MorphListTest, tells_morphs_of_data_files_and_favourites)
     ASSERT_EQ(list.getFavorites().size(), 1u);
     EXPECT_TRUE(list.getFavorites().front()->isInDataFolder);
     EXPECT_FALSE(list.findMorphByName("Other")->isInDataFolder);
+}
+
+TEST_F(MorphListTest, tells_head_morphs_by_their_path_and_its_letter_case)
+{
+    const DzMorph* const morph = add("Nose", 0.0f);
+    DzFloatProperty* const dial = morph->getValueControl();
+    EXPECT_FALSE(kst::MorphList::IsHeadMorph(nullptr));
+    dial->setPath(QLatin1String("/Actor/Head/Nose"));
+    EXPECT_TRUE(kst::MorphList::IsHeadMorph(dial));
+    dial->setPath(QLatin1String("/actor/head/Nose"));
+    EXPECT_FALSE(kst::MorphList::IsHeadMorph(dial));
+    dial->setPath(QLatin1String("/Actor/Header"));
+    EXPECT_FALSE(kst::MorphList::IsHeadMorph(dial));
+}
+
+TEST_F(MorphListTest, expands_a_morphs_dial_to_itself_and_all_that_it_drives)
+{
+    DzFloatProperty* const dial = add("Round", 0.0f)->getValueControl();
+    DzFloatProperty* const first = add("First", 0.0f)->getValueControl();
+    DzFloatProperty* const second = add("Second", 0.0f)->getValueControl();
+    first->insertController(new DzERCLink(DzERCLink::ERCDeltaAdd, dial, 0.5, 0.25));
+    second->insertController(new DzERCLink(DzERCLink::ERCMultiply, dial));
+    auto where = kst::MorphList::Location::Node;
+    const auto expanded = kst::MorphList(*node).expandProperty("Round", &where);
+    EXPECT_EQ(where, kst::MorphList::Location::Morph);
+    ASSERT_EQ(expanded.size(), 3u);
+    EXPECT_EQ(expanded[0].property, dial);
+    EXPECT_EQ(expanded[0].linkType, kst::ExpandedProperty::ITSELF);
+    EXPECT_EQ(expanded[0].scalar, 1.0);
+    EXPECT_EQ(expanded[0].addend, 0.0);
+    EXPECT_EQ(expanded[1].property, first);
+    EXPECT_EQ(expanded[1].linkType, int(DzERCLink::ERCDeltaAdd));
+    EXPECT_EQ(expanded[1].scalar, 0.5);
+    EXPECT_EQ(expanded[1].addend, 0.25);
+    EXPECT_EQ(expanded[2].property, second);
+    EXPECT_EQ(expanded[2].linkType, int(DzERCLink::ERCMultiply));
+}
+
+TEST_F(MorphListTest, expands_a_property_of_the_node_to_what_it_drives_or_else_to_itself)
+{
+    DzFloatProperty* const dial = add("Round", 0.0f)->getValueControl();
+    auto* const control = new DzFloatProperty(QLatin1String("Control"), true, true);
+    node->addProperty(control);
+    const kst::MorphList list(*node);
+    auto where = kst::MorphList::Location::Morph;
+    auto expanded = list.expandProperty("Control", &where);
+    EXPECT_EQ(where, kst::MorphList::Location::Node);
+    ASSERT_EQ(expanded.size(), 1u);
+    EXPECT_EQ(expanded[0].property, control);
+
+    dial->insertController(new DzERCLink(DzERCLink::ERCAdd, control));
+    expanded = list.expandProperty("Control", nullptr);
+    ASSERT_EQ(expanded.size(), 1u);
+    EXPECT_EQ(expanded[0].property, dial);
+    EXPECT_TRUE(list.expandProperty("Nope", nullptr).empty());
+}
+
+TEST_F(MorphListTest, describes_a_property_by_part_name_path_and_label)
+{
+    DzFloatProperty* const dial = add("Nose", 0.0f)->getValueControl();
+    dial->setPath(QLatin1String("/Actor/Head/Face"));
+    auto* const control = new DzFloatProperty(QLatin1String("Control"), true, true);
+    control->setLabel(QLatin1String("Master"));
+    control->setPath(QLatin1String("/General"));
+    node->addProperty(control);
+    const kst::MorphList list(*node);
+    kst::ExpandedProperty entry;
+    entry.property = dial;
+    EXPECT_EQ(list.describe(entry), "Head: Nose (" + Quoted("/Actor/Head/Face/Nose Label") + ")");
+    entry.property = control;
+    EXPECT_EQ(list.describe(entry), "Body: Control (" + Quoted("/General/Master") + ")");
+}
+
+TEST_F(MorphListTest, makes_a_morph_as_the_last_modifier_with_a_dial_from_0_to_1)
+{
+    add("Round", 0.0f);
+    kst::MorphList list(*node);
+    const DzMorphDeltasPtr deltas(new DzMorphDeltas);
+    const auto made =
+        list.createMorph_X(*deltas, "New", false, QLatin1String("Brand New"), QLatin1String("/Actor"));
+    EXPECT_EQ(node->getObject()->getModifier(1), made->morph);
+    EXPECT_EQ(made->morph->getDeltas(), &*deltas);
+    EXPECT_EQ(list.findMorphByName("New"), made);
+    EXPECT_EQ(list.getAll().back(), made);
+    const DzFloatProperty& dial = *made->property;
+    EXPECT_EQ(dial.getName().toStdString(), "New");
+    EXPECT_EQ(dial.getLabel().toStdString(), "New");
+    EXPECT_EQ(dial.objectName().toStdString(), "New");
+    EXPECT_EQ(dial.getPath().toStdString(), "/Actor");
+    EXPECT_EQ(dial.getMin(), 0.0f);
+    EXPECT_EQ(dial.getMax(), 1.0f);
+    EXPECT_TRUE(dial.isClamped());
+}
+
+TEST_F(MorphListTest, refuses_a_second_morph_of_a_name_unless_its_deltas_may_be_replaced)
+{
+    kst::MorphList list(*node);
+    const DzMorphDeltasPtr first(new DzMorphDeltas);
+    const DzMorphDeltasPtr second(new DzMorphDeltas);
+    const auto made = list.createMorph_X(*first, "New", false, QString(), QString());
+    EXPECT_EQ(MessageOf([&] { list.createMorph_X(*second, "New", false, QString(), QString()); }),
+              "a morph with the name " + Quoted("New") + " exists already");
+    EXPECT_EQ(made->morph->getDeltas(), &*first);
+    EXPECT_EQ(list.createMorph_X(*second, "New", true, QString(), QString()), made);
+    EXPECT_EQ(made->morph->getDeltas(), &*second);
+    EXPECT_EQ(list.getAll().size(), 1u);
 }
 
 } // namespace
