@@ -73,6 +73,16 @@ DzFloatProperty* FindBoneProperty(const DzSkeleton& skeleton, std::string_view b
 void SetBoneValueOrThrow(const DzSkeleton& skeleton, std::string_view boneName, std::string_view propertyName,
                          float value);
 
+// Properties with fixed names, each at its fixed location.
+DzBoolProperty* FindEnableSmoothingProperty(const DzNode& node, bool throwIfMissing);
+DzBoolProperty* FindSmoothingInteractiveUpdateProperty(const DzNode& node, bool throwIfMissing);
+DzBoolProperty* FindGeneratePreRenderHairsProperty(const DzNode& node, bool throwIfMissing);
+DzBoolProperty* FindPreviewPreRenderHairsProperty(const DzNode& node, bool throwIfMissing);
+DzIntProperty* FindRenderLineTessellationSidesProperty(const DzNode& node, bool throwIfMissing);
+DzIntProperty* FindViewportLineTessellationSidesProperty(const DzNode& node, bool throwIfMissing);
+DzBoolProperty* FindFreezeSimulationProperty(const DzNode& node, bool throwIfMissing);
+DzProperty* FindVisibleInSimulationProperty(const DzNode& node); ///< null for none
+
 // Resolution.
 DzEnumProperty* FindNodeResolutionEnumProperty(const DzNode& node, bool throwIfMissing);
 DzIntProperty* FindSubdivisionLevelIntProperty(const DzNode& node, bool throwIfMissing);
@@ -87,6 +97,8 @@ void ImportOneObj_X(DzFileIOSettings& settings, std::string_view path);
 // Content paths.
 std::string GetAbsolutePath_X(std::string_view relativePath); ///< empty when no content library holds it
 QString GetAbsolutePathQ_X(const QString& relativePath);
+std::string GetDazRelativePath_X(std::string_view absolutePath); ///< empty for an empty path
+std::string GetBaseDirectory_X(std::string_view path); ///< the content folder that holds it; empty if none
 
 } // namespace daz
 } // namespace kst

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "dzbone.h"
+#include "dzboolproperty.h"
 #include "dzenumproperty.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
@@ -190,6 +191,41 @@ TEST_F(HelpersTest, actions_are_found_by_class)
     EXPECT_EQ(FindActionOrThrow("DzNoAction", false), nullptr);
     EXPECT_EQ(MessageOf([] { FindActionOrThrow("DzNoAction", true); }),
               "failed to find action " + Quoted("DzNoAction"));
+}
+
+TEST_F(HelpersTest, named_finders_look_on_modifiers_and_fail_with_the_propertys_name)
+{
+    auto* const modifier = new DzMorph;
+    modifier->setName(QLatin1String("Smoothing"));
+    figure->getObject()->addModifier(modifier);
+    const auto expect = [&](const char* name, auto find, DzProperty* property) {
+        EXPECT_EQ(find(*figure, false), nullptr) << name;
+        EXPECT_EQ(MessageOf([&] { find(*figure, true); }), "node " + Quoted("Mini") + " (" +
+                                                               Quoted("Mini One") +
+                                                               ") has no property named " + Quoted(name));
+        modifier->addProperty(property);
+        EXPECT_EQ(find(*figure, true), property) << name;
+    };
+    const auto addBool = [](const char* name) { return new DzBoolProperty(QLatin1String(name), true, true); };
+    const auto addInt = [](const char* name) { return new DzIntProperty(QLatin1String(name), true, true); };
+    const auto expectBool = [&](const char* name, auto find) { expect(name, find, addBool(name)); };
+    const auto expectInt = [&](const char* name, auto find) { expect(name, find, addInt(name)); };
+    expectBool("Enable Smoothing", FindEnableSmoothingProperty);
+    expectBool("Interactive Update", FindSmoothingInteractiveUpdateProperty);
+    expectBool("Generate PreRender Hairs", FindGeneratePreRenderHairsProperty);
+    expectBool("Preview Pre Render Hairs", FindPreviewPreRenderHairsProperty);
+    expectInt("Render Line Tessellation Sides", FindRenderLineTessellationSidesProperty);
+    expectInt("Viewport Line Tessellation Sides", FindViewportLineTessellationSidesProperty);
+    expectBool("Freeze Simulation", FindFreezeSimulationProperty);
+}
+
+TEST_F(HelpersTest, visible_in_simulation_is_one_of_the_nodes_own_and_may_be_missing)
+{
+    DzProperty* const property = FindVisibleInSimulationProperty(*prop);
+    ASSERT_NE(property, nullptr);
+    EXPECT_EQ(property->getOwner(), prop);
+    prop->removeProperty(property);
+    EXPECT_EQ(FindVisibleInSimulationProperty(*prop), nullptr);
 }
 
 } // namespace
