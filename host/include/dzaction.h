@@ -14,11 +14,11 @@ public:
     ~DzAction();
 
     /// Group in the customisation dialog.
-    virtual QString getActionGroup() const;
+    Q_INVOKABLE virtual QString getActionGroup() const;
     /// Menus with '/' between levels and '&' before mnemonics.
-    virtual QString getDefaultMenuPath() const;
+    Q_INVOKABLE virtual QString getDefaultMenuPath() const;
     virtual QKeySequence getDefaultAccel() const;
-    QString getDescription() const { return _description; }
+    Q_INVOKABLE QString getDescription() const { return _description; }
 
 signals:
     void preExecute();

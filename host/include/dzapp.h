@@ -39,7 +39,7 @@ public:
     ~DzApp();
 
     /// The main window, hidden when headless; null while the application closes.
-    DzMainWindow* getInterface() const;
+    Q_INVOKABLE DzMainWindow* getInterface() const;
     /// The active modal widget, else the main window; null when headless.
     QWidget* getDialogParent() const;
     bool isHeadless() const;
@@ -52,35 +52,35 @@ public:
     /// Writes buffered text to the file; happens by itself past 512 characters. False if it cannot be
     /// written.
     bool flushLogBuffer();
-    QString getLogFilename() const;
-    void statusLine(const QString& text, bool addToLog = true);
+    Q_INVOKABLE QString getLogFilename() const;
+    Q_INVOKABLE void statusLine(const QString& text, bool addToLog = true);
 
     /// Absolute folders without a slash at the end.
-    QString getDocumentationPath() const;
-    QString getDocumentsPath() const;
-    QString getAppDataPath() const;
-    QString getHomePath() const;
-    QString getPluginsPath() const;
-    QString getTempPath() const;
+    Q_INVOKABLE QString getDocumentationPath() const;
+    Q_INVOKABLE QString getDocumentsPath() const;
+    Q_INVOKABLE QString getAppDataPath() const;
+    Q_INVOKABLE QString getHomePath() const;
+    Q_INVOKABLE QString getPluginsPath() const;
+    Q_INVOKABLE QString getTempPath() const;
     /// A name in the temporary folder that no file has yet, without extension.
-    QString getTempFilename();
-    void showURL(const QString& url);
-    void setBusyCursor();
-    void clearBusyCursor();
+    Q_INVOKABLE QString getTempFilename();
+    Q_INVOKABLE void showURL(const QString& url);
+    Q_INVOKABLE void setBusyCursor();
+    Q_INVOKABLE void clearBusyCursor();
 
     /// Null for an unknown class.
     const DzClassFactory* findClassFactory(const QString& className) const;
-    DzContentMgr* getContentMgr() const;
-    DzAssetMgr* getAssetMgr() const;
-    DzAssetIOMgr* getAssetIOMgr() const;
-    DzExportMgr* getExportMgr() const;
-    DzImportMgr* getImportMgr() const;
-    DzPluginMgr* getPluginMgr() const;
+    Q_INVOKABLE DzContentMgr* getContentMgr() const;
+    Q_INVOKABLE DzAssetMgr* getAssetMgr() const;
+    Q_INVOKABLE DzAssetIOMgr* getAssetIOMgr() const;
+    Q_INVOKABLE DzExportMgr* getExportMgr() const;
+    Q_INVOKABLE DzImportMgr* getImportMgr() const;
+    Q_INVOKABLE DzPluginMgr* getPluginMgr() const;
 
     DzAuthor getCurrentAuthor() const;
     void setCurrentAuthor(const DzAuthor& author);
     DzVersion getVersion() const;
-    QString getOrgName() const;
+    Q_INVOKABLE QString getOrgName() const;
     bool isClosing() const;
 
     /// Empties the scene and makes the content, asset and import managers anew.

@@ -13,8 +13,8 @@ public:
     DzBase();
     ~DzBase();
 
-    QString getName() const { return _name; }
-    void setName(const QString& name);
+    Q_INVOKABLE QString getName() const { return _name; }
+    Q_INVOKABLE void setName(const QString& name);
     /// The class name of the meta-object.
     Q_INVOKABLE QString className() const;
 

@@ -26,11 +26,11 @@ public:
     /// The path below its directory, with a leading '/'; the input itself if it is below none.
     Q_INVOKABLE QString getRelativePath(const QString& absolute, bool useImportFolders) const;
     /// The directory that contains the path; null if none.
-    DzContentFolder* findBaseDirectory(const QString& path, bool useImportFolders) const;
+    Q_INVOKABLE DzContentFolder* findBaseDirectory(const QString& path, bool useImportFolders) const;
     Q_INVOKABLE int getNumContentDirectories() const;
-    Q_INVOKABLE QString getContentDirectoryPath(int index) const; ///< empty out of range
-    DzContentFolder* getContentDirectory(int index) const;        ///< null out of range
-    QString findFile(const QString& partial) const;
+    Q_INVOKABLE QString getContentDirectoryPath(int index) const;      ///< empty out of range
+    Q_INVOKABLE DzContentFolder* getContentDirectory(int index) const; ///< null out of range
+    Q_INVOKABLE QString findFile(const QString& partial) const;
     /// By content type: whether opening adds to the scene.
     Q_INVOKABLE bool shouldMerge(const QString& fullPath) const;
     Q_INVOKABLE void addContentDirectory(const QString& path, bool saveSetting = true);

@@ -18,7 +18,7 @@ public:
     DzController();
     ~DzController();
 
-    DzProperty* getOwner() const { return _owner; }
+    Q_INVOKABLE DzProperty* getOwner() const { return _owner; }
     bool isActive() const { return _active; }
     void setActive(bool onOff);
     bool isUserLink() const { return _userLink; }

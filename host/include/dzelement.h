@@ -27,29 +27,29 @@ public:
 
     /// The user's text; the name as long as no label has been set.
     Q_INVOKABLE virtual QString getLabel() const;
-    virtual DzError setLabel(const QString& label);
-    int getElementID() const;
+    Q_INVOKABLE virtual DzError setLabel(const QString& label);
+    Q_INVOKABLE int getElementID() const;
     /// A modifier's or shape's parent is its object, an object's its node; null at the top.
     virtual DzElement* getElementParent() const;
 
-    DzProperty* findProperty(const QString& name) const;
-    DzProperty* findProperty(const QString& name, bool caseSensitive) const;
-    DzProperty* findPropertyByLabel(const QString& label) const;
-    DzProperty* findPrivateProperty(const QString& name) const;
-    int getNumProperties() const;
-    DzProperty* getProperty(int index) const; ///< null out of range
-    QObjectList getPropertyList() const;
+    Q_INVOKABLE DzProperty* findProperty(const QString& name) const;
+    Q_INVOKABLE DzProperty* findProperty(const QString& name, bool caseSensitive) const;
+    Q_INVOKABLE DzProperty* findPropertyByLabel(const QString& label) const;
+    Q_INVOKABLE DzProperty* findPrivateProperty(const QString& name) const;
+    Q_INVOKABLE int getNumProperties() const;
+    Q_INVOKABLE DzProperty* getProperty(int index) const; ///< null out of range
+    Q_INVOKABLE QObjectList getPropertyList() const;
     DzPropertyListIterator propertyListIterator() const;
-    int getNumPrivateProperties() const;
-    DzProperty* getPrivateProperty(int index) const;
+    Q_INVOKABLE int getNumPrivateProperties() const;
+    Q_INVOKABLE DzProperty* getPrivateProperty(int index) const;
 
     /// Takes ownership. Fails for a property that has an owner and for a name that this element has already.
-    DzError addProperty(DzProperty* property);
+    Q_INVOKABLE DzError addProperty(DzProperty* property);
     DzError addPrivateProperty(DzProperty* property);
     /// Deletes the property after its signal removed().
-    DzError removeProperty(DzProperty* property);
+    Q_INVOKABLE DzError removeProperty(DzProperty* property);
 
-    DzPropertyGroupTree* getPropertyGroups() const;
+    Q_INVOKABLE DzPropertyGroupTree* getPropertyGroups() const;
     DzPropertyGroupTree* getPrivatePropertyGroups() const;
 
     void beginEdit();

@@ -14,13 +14,13 @@ public:
     DzEnumProperty(const QString& name, bool canAnimate, bool isUserProperty, int defaultValue = 0);
     ~DzEnumProperty();
 
-    int getNumItems() const;
-    QString getItem(int index) const;              ///< empty out of range
-    int findItemString(const QString& item) const; ///< -1 if none
+    Q_INVOKABLE int getNumItems() const;
+    Q_INVOKABLE QString getItem(int index) const;              ///< empty out of range
+    Q_INVOKABLE int findItemString(const QString& item) const; ///< -1 if none
     /// A negative index appends. Returns the item's index.
-    int addItem(const QString& item, int index = -1);
-    QString getStringValue() const;
-    bool setValueFromString(const QString& item);
+    Q_INVOKABLE int addItem(const QString& item, int index = -1);
+    Q_INVOKABLE QString getStringValue() const;
+    Q_INVOKABLE bool setValueFromString(const QString& item);
 
 protected:
     double toKind(double value) const override;

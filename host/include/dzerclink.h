@@ -25,10 +25,10 @@ public:
     Q_INVOKABLE int getType() const;
     void setType(ERCType type);
     Q_INVOKABLE double getScalar() const;
-    void setScalar(double scalar);
+    Q_INVOKABLE void setScalar(double scalar);
     Q_INVOKABLE double getAddend() const;
-    void setAddend(double addend);
-    DzNumericProperty* getProperty() const;
+    Q_INVOKABLE void setAddend(double addend);
+    Q_INVOKABLE DzNumericProperty* getProperty() const;
     void setProperty(DzNumericProperty* controller);
     DzNumericProperty* getCurrentProperty() const;
 

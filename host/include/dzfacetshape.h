@@ -18,19 +18,19 @@ public:
     ~DzFacetShape();
 
     DzGeometry* getGeometry() const override;
-    DzFacetMesh* getFacetMesh() const;
+    Q_INVOKABLE DzFacetMesh* getFacetMesh() const;
     /// Shares the mesh by counting.
     void setFacetMesh(DzFacetMesh* mesh);
 
     /// Turns the shape into a subdivision surface (high resolution, level 1) or back into a polygon mesh.
     void enableSubDivision(bool onOff);
-    DzEnumProperty* getLODControl() const;            ///< null for a polygon mesh
-    DzIntProperty* getSubDLevelControl() const;       ///< null for a polygon mesh
-    DzIntProperty* getSubDRenderLevelControl() const; ///< null for a polygon mesh
+    Q_INVOKABLE DzEnumProperty* getLODControl() const;      ///< null for a polygon mesh
+    Q_INVOKABLE DzIntProperty* getSubDLevelControl() const; ///< null for a polygon mesh
+    DzIntProperty* getSubDRenderLevelControl() const;       ///< null for a polygon mesh
     /// High resolution is chosen and the level is above 0.
-    bool isSubDivisionActive() const;
+    Q_INVOKABLE bool isSubDivisionActive() const;
     /// The level in effect; 0 for the cage.
-    int getSubDDrawLevel() const;
+    Q_INVOKABLE int getSubDDrawLevel() const;
 
 protected:
     void propertyValueChanged(DzProperty* property) override;

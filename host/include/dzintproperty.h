@@ -17,16 +17,16 @@ public:
     Q_INVOKABLE void setValue(int value);
     void setValue(const DzTime& time, int value);
     int getLocalValue() const;
-    int getRawValue() const;
-    void setRawValue(int value);
-    int getDefaultValue() const;
-    void setDefaultValue(int value);
-    int getMin() const;
-    int getMax() const;
+    Q_INVOKABLE int getRawValue() const;
+    Q_INVOKABLE void setRawValue(int value);
+    Q_INVOKABLE int getDefaultValue() const;
+    Q_INVOKABLE void setDefaultValue(int value);
+    Q_INVOKABLE int getMin() const;
+    Q_INVOKABLE int getMax() const;
     bool getMinMax(int& min, int& max) const;
-    void setMin(int min);
-    void setMax(int max);
-    void setMinMax(int min, int max);
+    Q_INVOKABLE void setMin(int min);
+    Q_INVOKABLE void setMax(int max);
+    Q_INVOKABLE void setMinMax(int min, int max);
     int getSensitivity() const;
     void setSensitivity(int sensitivity);
 

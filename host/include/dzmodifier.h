@@ -15,8 +15,8 @@ public:
     DzModifier();
     ~DzModifier();
 
-    DzObject* getObject() const;
-    DzNode* getNode() const;
+    Q_INVOKABLE DzObject* getObject() const;
+    Q_INVOKABLE DzNode* getNode() const;
     DzElement* getElementParent() const override;
     DzPresentation* getPresentation() const;
     /// Takes ownership.

@@ -26,12 +26,12 @@ public:
     QString getLabel() const override;
     DzError setLabel(const QString& label) override;
 
-    DzMorphDeltas* getDeltas() const; ///< never null
-    void setDeltas(DzMorphDeltas* deltas);
-    DzFloatProperty* getValueControl() const;
-    DzFloatProperty* getValueChannel() const;
+    Q_INVOKABLE DzMorphDeltas* getDeltas() const; ///< never null
+    Q_INVOKABLE void setDeltas(DzMorphDeltas* deltas);
+    Q_INVOKABLE DzFloatProperty* getValueControl() const;
+    Q_INVOKABLE DzFloatProperty* getValueChannel() const;
 
-    DzUri getAssetUri() const;
+    Q_INVOKABLE DzUri getAssetUri() const;
     void setAssetUri(const DzUri& uri);
     bool modifyAsset();
     bool isAssetModified() const;

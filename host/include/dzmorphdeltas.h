@@ -31,25 +31,25 @@ public:
     /// Returns the delta's index; -1 for a negative vertex or a delta that is not finite.
     int addDelta(int vertex, const DzVec3& delta, bool checkForDuplicates = true);
     DzError addDeltas(const DzIntArray& vertices, const DzTArray<DzVec3>& deltas, bool checkForDuplicates);
-    int getNumDeltas() const;
-    int getDeltaIndex(int index) const; ///< vertex of a delta; -1 out of range
-    DzVec3 getDeltaVec(int index) const;
+    Q_INVOKABLE int getNumDeltas() const;
+    Q_INVOKABLE int getDeltaIndex(int index) const; ///< vertex of a delta; -1 out of range
+    Q_INVOKABLE DzVec3 getDeltaVec(int index) const;
     int getVertexDeltaIndex(int vertex) const; ///< -1 if none
     DzError setDelta(int index, const DzVec3& delta);
     DzError removeVertex(int vertex);
     void removeAllDeltas();
 
     /// Vertices of the base mesh; 0 while unknown.
-    int getTargetVertexCount() const;
+    Q_INVOKABLE int getTargetVertexCount() const;
     void setTargetVertexCount(int count);
-    bool hasDeltas() const;
+    Q_INVOKABLE bool hasDeltas() const;
     bool areDeltasLoaded() const;
-    bool loadDeltas();
+    Q_INVOKABLE bool loadDeltas();
     /// Gives the memory back; only deltas that can be read again.
     void unLoadDeltas();
 
     /// Where the deltas come from; empty for those made in the scene.
-    DzUri getUri() const;
+    Q_INVOKABLE DzUri getUri() const;
     void setUri(const DzUri& uri);
 
 signals:

@@ -41,42 +41,42 @@ public:
 
     DzError setLabel(const QString& label) override;
 
-    DzObject* getObject() const;
+    Q_INVOKABLE DzObject* getObject() const;
     /// Takes ownership; the former object is deleted.
     void setObject(DzObject* object);
     /// The nearest skeleton up the tree, this node included.
     Q_INVOKABLE DzSkeleton* getSkeleton() const;
 
-    DzNode* getNodeParent() const;
-    int getNumNodeChildren() const;
-    DzNode* getNodeChild(int index) const;
-    QObjectList getNodeChildren(bool recurse = false) const;
+    Q_INVOKABLE DzNode* getNodeParent() const;
+    Q_INVOKABLE int getNumNodeChildren() const;
+    Q_INVOKABLE DzNode* getNodeChild(int index) const;
+    Q_INVOKABLE QObjectList getNodeChildren(bool recurse = false) const;
     DzNodeListIterator nodeChildrenIterator() const;
-    DzNode* findNodeChild(const QString& name, bool recurse = false) const;
-    DzNode* findNodeChildByLabel(const QString& label, bool recurse = false) const;
+    Q_INVOKABLE DzNode* findNodeChild(const QString& name, bool recurse = false) const;
+    Q_INVOKABLE DzNode* findNodeChildByLabel(const QString& label, bool recurse = false) const;
     /// Takes ownership. A child of a node in the scene enters the scene.
     /// @param inPlace  keeps the child's world position and rotation
-    DzError addNodeChild(DzNode* child, bool inPlace = false);
+    Q_INVOKABLE DzError addNodeChild(DzNode* child, bool inPlace = false);
     /// The child becomes a root; in the scene if this node is.
-    DzError removeNodeChild(DzNode* child, bool inPlace = false);
+    Q_INVOKABLE DzError removeNodeChild(DzNode* child, bool inPlace = false);
 
-    bool isRootNode() const;
-    bool isSelected() const;
-    bool isInScene() const;
+    Q_INVOKABLE bool isRootNode() const;
+    Q_INVOKABLE bool isSelected() const;
+    Q_INVOKABLE bool isInScene() const;
     Q_INVOKABLE void select(bool onOff = true);
     Q_INVOKABLE void setVisible(bool onOff);
     Q_INVOKABLE bool isVisible() const;
 
-    DzFloatProperty* getXPosControl() const;
-    DzFloatProperty* getYPosControl() const;
-    DzFloatProperty* getZPosControl() const;
-    DzFloatProperty* getXRotControl() const;
-    DzFloatProperty* getYRotControl() const;
-    DzFloatProperty* getZRotControl() const;
-    DzFloatProperty* getXScaleControl() const;
-    DzFloatProperty* getYScaleControl() const;
-    DzFloatProperty* getZScaleControl() const;
-    DzFloatProperty* getScaleControl() const;
+    Q_INVOKABLE DzFloatProperty* getXPosControl() const;
+    Q_INVOKABLE DzFloatProperty* getYPosControl() const;
+    Q_INVOKABLE DzFloatProperty* getZPosControl() const;
+    Q_INVOKABLE DzFloatProperty* getXRotControl() const;
+    Q_INVOKABLE DzFloatProperty* getYRotControl() const;
+    Q_INVOKABLE DzFloatProperty* getZRotControl() const;
+    Q_INVOKABLE DzFloatProperty* getXScaleControl() const;
+    Q_INVOKABLE DzFloatProperty* getYScaleControl() const;
+    Q_INVOKABLE DzFloatProperty* getZScaleControl() const;
+    Q_INVOKABLE DzFloatProperty* getScaleControl() const;
     DzFloatProperty* getOriginXControl() const;
     DzFloatProperty* getOriginYControl() const;
     DzFloatProperty* getOriginZControl() const;
@@ -107,19 +107,19 @@ public:
     /// Rotation and scale; a point p of the rest shape stands at getWSTransform() * (p - origin) +
     /// getWSPos().
     DzMatrix3 getWSTransform() const;
-    DzVec3 getLocalPos() const;
+    Q_INVOKABLE DzVec3 getLocalPos() const;
 
     /// Of the node's geometry in its present, deformed shape; cm. Invalid without geometry.
     Q_INVOKABLE DzBox3 getWSBoundingBox() const;
     /// Relative to the node's world position.
-    DzBox3 getLocalBoundingBox() const;
-    void update(bool isRender = false);
-    void finalize(bool isRender = false, bool allowResChange = true);
+    Q_INVOKABLE DzBox3 getLocalBoundingBox() const;
+    Q_INVOKABLE void update(bool isRender = false);
+    Q_INVOKABLE void finalize(bool isRender = false, bool allowResChange = true);
     void invalidateBoundingBoxes(bool recurse = true);
 
-    DzUri getAssetUri() const;
+    Q_INVOKABLE DzUri getAssetUri() const;
     void setAssetUri(const DzUri& uri);
-    QString getAssetId() const;
+    Q_INVOKABLE QString getAssetId() const;
     DzAssetFileInfo getAssetFileInfo() const;
     bool modifyAsset();
     bool isAssetModified() const;

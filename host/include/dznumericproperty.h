@@ -22,22 +22,22 @@ public:
     /// Sets the raw value so that getDoubleValue() returns the given one, held within the limits if clamped.
     /// A value that is not finite is refused.
     Q_INVOKABLE void setDoubleValue(double value);
-    double getDoubleDefaultValue() const;
-    void setDoubleDefaultValue(double value);
-    double getDoubleRawValue() const;
-    void setDoubleRawValue(double value);
+    Q_INVOKABLE double getDoubleDefaultValue() const;
+    Q_INVOKABLE void setDoubleDefaultValue(double value);
+    Q_INVOKABLE double getDoubleRawValue() const;
+    Q_INVOKABLE void setDoubleRawValue(double value);
 
-    double getDoubleMin() const;
-    double getDoubleMax() const;
+    Q_INVOKABLE double getDoubleMin() const;
+    Q_INVOKABLE double getDoubleMax() const;
     /// The limits are exchanged when they stand the wrong way round.
-    void setDoubleMinMax(double min, double max);
+    Q_INVOKABLE void setDoubleMinMax(double min, double max);
 
-    bool isClamped() const;
-    void setIsClamped(bool onOff);
+    Q_INVOKABLE bool isClamped() const;
+    Q_INVOKABLE void setIsClamped(bool onOff);
     bool isModulo() const;
     void setIsModulo(bool onOff);
-    bool getDisplayAsPercent() const;
-    void setDisplayAsPercent(bool onOff);
+    Q_INVOKABLE bool getDisplayAsPercent() const;
+    Q_INVOKABLE void setDisplayAsPercent(bool onOff);
 
     /// Takes ownership. A negative index puts adding links before multiplying ones, each kind in order of
     /// insertion. False for a controller that has an owner.

@@ -25,31 +25,31 @@ public:
     DzObject();
     ~DzObject();
 
-    DzNode* getNode() const;
+    Q_INVOKABLE DzNode* getNode() const;
     DzElement* getElementParent() const override;
 
-    int getNumModifiers() const;
-    DzModifier* getModifier(int index) const; ///< null out of range
+    Q_INVOKABLE int getNumModifiers() const;
+    Q_INVOKABLE DzModifier* getModifier(int index) const; ///< null out of range
     DzModifierIterator modifierIterator() const;
     /// The first in stack order; null if none.
-    DzModifier* findModifier(const QString& name) const;
+    Q_INVOKABLE DzModifier* findModifier(const QString& name) const;
     int findModifierIndex(const DzModifier* modifier) const;
     /// Takes ownership. Negative appends, morphs to the end of the morphs.
-    DzError addModifier(DzModifier* modifier, int index = -1);
+    Q_INVOKABLE DzError addModifier(DzModifier* modifier, int index = -1);
     /// Deletes the modifier after its signal removed().
-    DzError removeModifier(DzModifier* modifier);
+    Q_INVOKABLE DzError removeModifier(DzModifier* modifier);
 
-    DzShape* getCurrentShape() const; ///< the first one
+    Q_INVOKABLE DzShape* getCurrentShape() const; ///< the first one
     DzError addShape(DzShape* shape, int index = -1);
-    DzShape* getShape(int index) const;
-    int getNumShapes() const;
+    Q_INVOKABLE DzShape* getShape(int index) const;
+    Q_INVOKABLE int getNumShapes() const;
 
     /// The pipeline's result: world space, at the current resolution, evaluated now if out of date. Null
     /// without a facet shape. Belongs to the object and changes with it.
     DzVertexMesh* getCachedGeom() const;
     void forceCacheUpdate(DzNode* node, bool isRender = false);
     void invalidateCache();
-    DzBox3 getBoundingBox() const;
+    Q_INVOKABLE DzBox3 getBoundingBox() const;
 
     /// The stages of the evaluation, for the host's own tools.
     openhost::Pipeline& pipeline() const;

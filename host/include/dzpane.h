@@ -13,9 +13,9 @@ public:
     explicit DzPane(const QString& label);
     ~DzPane();
 
-    QString getLabel() const { return _label; }
-    DzError showPane();
-    DzError hidePane();
+    Q_INVOKABLE QString getLabel() const { return _label; }
+    Q_INVOKABLE DzError showPane();
+    Q_INVOKABLE DzError hidePane();
     virtual void refresh();
 
 private:

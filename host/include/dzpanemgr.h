@@ -20,8 +20,8 @@ public:
     Q_INVOKABLE DzPane* findPane(const QString& className) const;
     Q_INVOKABLE DzError showPane(DzPane* pane);
     Q_INVOKABLE DzError showPane(const QString& className);
-    int getNumPanes() const { return _panes.size(); }
-    DzPane* getPane(int index) const;
+    Q_INVOKABLE int getNumPanes() const { return _panes.size(); }
+    Q_INVOKABLE DzPane* getPane(int index) const;
     /// The pane's parent widget keeps ownership.
     void addPane(DzPane* pane);
 

@@ -25,29 +25,29 @@ public:
 
     /// The user's text; the name as long as no label has been set.
     Q_INVOKABLE QString getLabel() const;
-    void setLabel(const QString& label);
-    DzElement* getOwner() const; ///< null until added to an element
+    Q_INVOKABLE void setLabel(const QString& label);
+    Q_INVOKABLE DzElement* getOwner() const; ///< null until added to an element
 
     /// The group in which the property is shown: begins with '/', no slash at the end.
     Q_INVOKABLE QString getPath() const;
-    void setPath(const QString& path);
+    Q_INVOKABLE void setPath(const QString& path);
     /// The path without its region, which here is never part of it.
-    QString getGroupOnlyPath() const;
+    Q_INVOKABLE QString getGroupOnlyPath() const;
     QString getRegion() const;
     void setRegion(const QString& region);
     DzPropertyGroup* getGroup() const; ///< null without owner
 
-    bool isHidden() const;
-    void setHidden(bool onOff);
-    bool isLocked() const;
+    Q_INVOKABLE bool isHidden() const;
+    Q_INVOKABLE void setHidden(bool onOff);
+    Q_INVOKABLE bool isLocked() const;
     /// A locked property refuses new values.
-    void lock(bool onOff);
-    bool isFavorite() const;
-    void setIsFavorite(bool onOff);
-    bool isUserProperty() const;
+    Q_INVOKABLE void lock(bool onOff);
+    Q_INVOKABLE bool isFavorite() const;
+    Q_INVOKABLE void setIsFavorite(bool onOff);
+    Q_INVOKABLE bool isUserProperty() const;
     void setIsUserProperty(bool onOff);
-    bool isPrivate() const;
-    bool canAnimate() const;
+    Q_INVOKABLE bool isPrivate() const;
+    Q_INVOKABLE bool canAnimate() const;
     void setCanAnimate(bool onOff);
     bool canAutoFollow() const;
     void setCanAutoFollow(bool onOff);
@@ -59,21 +59,21 @@ public:
     void cancelEdit();
 
     /// Links that drive this property, in the order in which they are applied.
-    int getNumControllers() const;
-    DzController* getController(int index) const;
+    Q_INVOKABLE int getNumControllers() const;
+    Q_INVOKABLE DzController* getController(int index) const;
     bool hasControllers() const;
     DzControllerListIterator controllerListIterator() const;
     /// Links elsewhere that this property drives.
-    int getNumSlaveControllers() const;
+    Q_INVOKABLE int getNumSlaveControllers() const;
     bool hasSlaveControllers() const;
     DzControllerListIterator slaveControllerListIterator() const;
     void setOverrideControllers(bool onOff);
     bool isOverridingControllers() const;
 
     /// Properties that show and set this one's value.
-    int getNumAliases() const;
-    DzProperty* getAlias(int index) const;
-    DzProperty* getAliasTarget() const;
+    Q_INVOKABLE int getNumAliases() const;
+    Q_INVOKABLE DzProperty* getAlias(int index) const;
+    Q_INVOKABLE DzProperty* getAliasTarget() const;
     /// Makes this a second dial for the target's value; null ends it. False for itself or a cycle.
     bool setAliasTarget(DzProperty* target);
 

@@ -38,12 +38,12 @@ public:
 
     Q_INVOKABLE DzNode* findNode(const QString& name) const;
     Q_INVOKABLE DzNode* findNodeByLabel(const QString& label) const;
-    DzSkeleton* findSkeleton(const QString& name) const;
-    DzSkeleton* findSkeletonByLabel(const QString& label) const;
-    int getNumSkeletons() const;
-    DzSkeleton* getSkeleton(int index) const;
+    Q_INVOKABLE DzSkeleton* findSkeleton(const QString& name) const;
+    Q_INVOKABLE DzSkeleton* findSkeletonByLabel(const QString& label) const;
+    Q_INVOKABLE int getNumSkeletons() const;
+    Q_INVOKABLE DzSkeleton* getSkeleton(int index) const;
     /// -1 if it is not in the scene; a stale pointer is never followed.
-    int findNodeIndex(const DzNode* node) const;
+    Q_INVOKABLE int findNodeIndex(const DzNode* node) const;
 
     /// Takes ownership of a root node, with its children. Its name and label are made unique among the roots.
     Q_INVOKABLE bool addNode(DzNode* node);
@@ -55,12 +55,12 @@ public:
     Q_INVOKABLE void clear();
 
     /// "Label", or "Label (2)" and so on when a root node has it already.
-    QString getUniqueTopLevelLabel(const QString& label) const;
+    Q_INVOKABLE QString getUniqueTopLevelLabel(const QString& label) const;
     QString getUniqueTopLevelName(const QString& name) const;
     static QString stripLabelNumber(const QString& label);
 
-    DzBox3 getBoundingBox() const;
-    void update();
+    Q_INVOKABLE DzBox3 getBoundingBox() const;
+    Q_INVOKABLE void update();
     bool isLoading() const;
     /// Brackets a load; nests. Emits sceneLoadStarting and sceneLoaded at the outermost level.
     void beginLoad();

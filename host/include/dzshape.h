@@ -16,11 +16,11 @@ public:
     ~DzShape();
 
     /// The base mesh: local space, unmorphed.
-    virtual DzGeometry* getGeometry() const;
+    Q_INVOKABLE virtual DzGeometry* getGeometry() const;
     /// The base mesh with what is grafted onto it.
     virtual DzGeometry* getAssemblyGeometry() const;
-    DzNode* getNode() const;
-    DzObject* getObject() const { return _object; }
+    Q_INVOKABLE DzNode* getNode() const;
+    Q_INVOKABLE DzObject* getObject() const { return _object; }
     DzElement* getElementParent() const override;
 
 private:

@@ -14,15 +14,15 @@ public:
     ~DzSkeleton();
 
     Q_INVOKABLE DzBone* findBone(const QString& name) const;
-    DzBone* findBoneByLabel(const QString& label) const;
+    Q_INVOKABLE DzBone* findBoneByLabel(const QString& label) const;
     /// Parents before children.
-    QObjectList getAllBones() const;
+    Q_INVOKABLE QObjectList getAllBones() const;
     const QList<DzBone*>& bones() const;
 
-    DzSkeleton* getFollowTarget() const;
-    void setFollowTarget(DzSkeleton* target);
-    int getNumFollowSkeletons() const;
-    DzSkeleton* getFollowSkeleton(int index) const;
+    Q_INVOKABLE DzSkeleton* getFollowTarget() const;
+    Q_INVOKABLE void setFollowTarget(DzSkeleton* target);
+    Q_INVOKABLE int getNumFollowSkeletons() const;
+    Q_INVOKABLE DzSkeleton* getFollowSkeleton(int index) const;
 
 protected:
     void hierarchyChanged() override;

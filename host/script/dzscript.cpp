@@ -1,0 +1,176 @@
+// Scripts.
+// SPDX-License-Identifier: MIT
+
+#include "dzscript.h"
+
+#include "dzapp.h"
+#include "host/script/script_session.h"
+#include "openhost/class_registry.h"
+
+#include <QFile>
+#include <QScriptEngine>
+
+struct DzScript::Impl {
+    QString code;
+    QString filename;
+    int timeLimit = 0;
+    QVariant result;
+    QString errorMessage;
+    int errorLine = -1;
+    QStringList stackTrace;
+
+    void forget()
+    {
+        result = QVariant();
+        errorMessage.clear();
+        errorLine = -1;
+        stackTrace.clear();
+    }
+
+    bool keep(const openhost::ScriptSession& session, bool succeeded)
+    {
+        result = session.result();
+        errorMessage = session.errorMessage();
+        errorLine = session.errorLine();
+        stackTrace = session.stackTrace();
+        if (!succeeded)
+            logError();
+        return succeeded;
+    }
+
+    void logError() const
+    {
+        const QString place = filename.isEmpty() ? QStringLiteral("script") : filename;
+        dzApp->warning(errorLine > 0
+                           ? QStringLiteral("%1, line %2: %3").arg(place).arg(errorLine).arg(errorMessage)
+                           : QStringLiteral("%1: %2").arg(place, errorMessage));
+    }
+};
+
+DzScript::DzScript() : _impl(new Impl) {}
+DzScript::~DzScript() = default;
+
+void DzScript::addLine(const QString& line, int indent)
+{
+    constexpr int kIndentWidth = 4;
+    _impl->code += QString(indent * kIndentWidth, QLatin1Char(' ')) + line + QLatin1Char('\n');
+}
+
+void DzScript::addCode(const QString& code)
+{
+    _impl->code += code;
+}
+
+void DzScript::setCode(const QString& code)
+{
+    _impl->code = code;
+}
+
+QString DzScript::getCode() const
+{
+    return _impl->code;
+}
+
+void DzScript::clear()
+{
+    _impl->code.clear();
+    _impl->filename.clear();
+    _impl->forget();
+}
+
+bool DzScript::loadFromFile(const QString& filename, bool)
+{
+    QFile file(filename);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray text = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return false;
+    _impl->code = QString::fromUtf8(text);
+    _impl->filename = filename;
+    return true;
+}
+
+QString DzScript::getFilename() const
+{
+    return _impl->filename;
+}
+
+bool DzScript::checkSyntax()
+{
+    _impl->forget();
+    const QScriptSyntaxCheckResult check = QScriptEngine::checkSyntax(_impl->code);
+    if (check.state() == QScriptSyntaxCheckResult::Valid)
+        return true;
+    _impl->errorMessage = check.errorMessage();
+    _impl->errorLine = check.errorLineNumber();
+    return false;
+}
+
+bool DzScript::execute()
+{
+    return execute(QVariantList());
+}
+
+bool DzScript::execute(const QVariantList& args)
+{
+    _impl->forget();
+    openhost::ScriptSession session(args, _impl->timeLimit);
+    return _impl->keep(session, session.evaluate(_impl->code, _impl->filename));
+}
+
+bool DzScript::call(const QString& function, const QVariantList& args)
+{
+    _impl->forget();
+    openhost::ScriptSession session(args, _impl->timeLimit);
+    const bool succeeded = session.evaluate(_impl->code, _impl->filename) && session.call(function, args);
+    return _impl->keep(session, succeeded);
+}
+
+QVariant DzScript::result() const
+{
+    return _impl->result;
+}
+
+QString DzScript::errorMessage() const
+{
+    return _impl->errorMessage;
+}
+
+int DzScript::errorLine() const
+{
+    return _impl->errorLine;
+}
+
+QStringList DzScript::stackTrace() const
+{
+    return _impl->stackTrace;
+}
+
+QVariant DzScript::evaluate(const QString& code, QObject* context)
+{
+    DzScript script;
+    openhost::ScriptSession session(QVariantList(), 0);
+    QScriptEngine& engine = session.engine();
+    QScriptContext* const frame = engine.pushContext();
+    if (context)
+        frame->pushScope(engine.newQObject(context));
+    script._impl->keep(session, session.evaluate(code, QString()));
+    return script.result();
+}
+
+void DzScript::setTimeLimit(int milliseconds)
+{
+    _impl->timeLimit = milliseconds;
+}
+
+void DzScript::stopAll()
+{
+    openhost::ScriptSession::StopAll();
+}
+
+namespace {
+
+const openhost::BuiltInClass<DzScript> registration;
+
+} // namespace

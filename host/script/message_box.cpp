@@ -1,0 +1,54 @@
+// Message boxes of scripts.
+// SPDX-License-Identifier: MIT
+
+#include "host/script/message_box.h"
+
+#include "dzapp.h"
+
+#include <QPushButton>
+
+namespace openhost {
+
+int ScriptMessageBox::information(const QString& text, const QString& title, const QString& button0,
+                                  const QString& button1)
+{
+    return ask(QMessageBox::Information, text, title, {button0, button1});
+}
+
+int ScriptMessageBox::warning(const QString& text, const QString& title, const QString& button0,
+                              const QString& button1, const QString& button2)
+{
+    return ask(QMessageBox::Warning, text, title, {button0, button1, button2});
+}
+
+int ScriptMessageBox::critical(const QString& text, const QString& title, const QString& button0,
+                               const QString& button1)
+{
+    return ask(QMessageBox::Critical, text, title, {button0, button1});
+}
+
+int ScriptMessageBox::question(const QString& text, const QString& title, const QString& button0,
+                               const QString& button1, const QString& button2)
+{
+    return ask(QMessageBox::Question, text, title, {button0, button1, button2});
+}
+
+int ScriptMessageBox::ask(QMessageBox::Icon icon, const QString& text, const QString& title,
+                          QStringList buttons)
+{
+    buttons.removeAll(QString());
+    if (dzApp->isHeadless()) {
+        dzApp->warning(QStringLiteral("not shown without display: %1: %2").arg(title, text));
+        return icon == QMessageBox::Question && !buttons.isEmpty() ? buttons.size() - 1 : 0;
+    }
+    QMessageBox box(icon, title, text, QMessageBox::NoButton, dzApp->getDialogParent());
+    QList<QAbstractButton*> pushButtons;
+    for (const QString& button : buttons)
+        pushButtons.append(box.addButton(button, QMessageBox::AcceptRole));
+    if (pushButtons.size() > 1)
+        box.setEscapeButton(pushButtons.last());
+    box.exec();
+    return std::max(0, pushButtons.indexOf(box.clickedButton()));
+}
+
+} // namespace openhost

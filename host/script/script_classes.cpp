@@ -1,0 +1,220 @@
+// The host's classes in scripts.
+// SPDX-License-Identifier: MIT
+
+#include "host/script/script_classes.h"
+
+#include "dzaction.h"
+#include "dzactionmgr.h"
+#include "dzapp.h"
+#include "dzassetiofilter.h"
+#include "dzassetiomgr.h"
+#include "dzassetmgr.h"
+#include "dzbone.h"
+#include "dzboolproperty.h"
+#include "dzbox3.h"
+#include "dzcontentfolder.h"
+#include "dzcontentmgr.h"
+#include "dzdform.h"
+#include "dzdformmodifier.h"
+#include "dzenumproperty.h"
+#include "dzerclink.h"
+#include "dzerror.h"
+#include "dzexporter.h"
+#include "dzexportmgr.h"
+#include "dzfacetmesh.h"
+#include "dzfacetshape.h"
+#include "dzfigure.h"
+#include "dzfileiosettings.h"
+#include "dzfloatproperty.h"
+#include "dzimporter.h"
+#include "dzimportmgr.h"
+#include "dzintproperty.h"
+#include "dzmainwindow.h"
+#include "dzmorph.h"
+#include "dzmorphdeltas.h"
+#include "dznumericcontroller.h"
+#include "dzobject.h"
+#include "dzpane.h"
+#include "dzpanemgr.h"
+#include "dzplugin.h"
+#include "dzpluginmgr.h"
+#include "dzpropertygroup.h"
+#include "dzpropertygrouptree.h"
+#include "dzscene.h"
+#include "dzskinbinding.h"
+#include "dzstringproperty.h"
+#include "dzuri.h"
+#include "dzviewportmgr.h"
+#include "dzweightmap.h"
+#include "host/script/script_session.h"
+#include "host/tools/morph_loader.h"
+#include "host/tools/morph_loader_batch.h"
+#include "host/tools/transfer_utility.h"
+#include "openhost/class_registry.h"
+
+Q_DECLARE_METATYPE(DzVec3)
+Q_DECLARE_METATYPE(DzBox3)
+Q_DECLARE_METATYPE(DzUri)
+Q_DECLARE_METATYPE(DzERCLink::ERCType)
+
+namespace openhost {
+
+namespace {
+
+template <class T>
+QScriptValue PointerToScript(QScriptEngine* engine, T* const& object)
+{
+    if (!object)
+        return engine->nullValue();
+    return engine->newQObject(object, QScriptEngine::QtOwnership, QScriptEngine::PreferExistingWrapperObject);
+}
+
+template <class T>
+void PointerFromScript(const QScriptValue& value, T*& object)
+{
+    object = qobject_cast<T*>(value.toQObject());
+}
+
+template <class... Classes>
+void RegisterPointers(QScriptEngine& engine)
+{
+    (qScriptRegisterMetaType<Classes*>(&engine, PointerToScript<Classes>, PointerFromScript<Classes>), ...);
+}
+
+QScriptValue VectorToScript(QScriptEngine* engine, const DzVec3& vector)
+{
+    QScriptValue value = engine->newObject();
+    value.setProperty(QStringLiteral("x"), double(vector.m_x));
+    value.setProperty(QStringLiteral("y"), double(vector.m_y));
+    value.setProperty(QStringLiteral("z"), double(vector.m_z));
+    return value;
+}
+
+void VectorFromScript(const QScriptValue& value, DzVec3& vector)
+{
+    const auto coordinate = [&](const char* name) {
+        return static_cast<float>(value.property(QLatin1String(name)).toNumber());
+    };
+    vector = DzVec3(coordinate("x"), coordinate("y"), coordinate("z"));
+}
+
+QScriptValue BoxToScript(QScriptEngine* engine, const DzBox3& box)
+{
+    QScriptValue value = engine->newObject();
+    value.setProperty(QStringLiteral("min"), VectorToScript(engine, box.getMin()));
+    value.setProperty(QStringLiteral("max"), VectorToScript(engine, box.getMax()));
+    return value;
+}
+
+void BoxFromScript(const QScriptValue& value, DzBox3& box)
+{
+    DzVec3 min;
+    DzVec3 max;
+    VectorFromScript(value.property(QStringLiteral("min")), min);
+    VectorFromScript(value.property(QStringLiteral("max")), max);
+    box = DzBox3(min, max);
+}
+
+/// An object, since scripts ask an address for its parts and for toString().
+QScriptValue UriToScript(QScriptEngine* engine, const DzUri& uri)
+{
+    QScriptValue value = engine->newObject();
+    value.setProperty(QStringLiteral("filePath"), uri.getFilePath());
+    value.setProperty(QStringLiteral("id"), uri.getId());
+    value.setProperty(QStringLiteral("text"), uri.toString());
+    value.setProperty(QStringLiteral("toString"),
+                      engine->evaluate(QStringLiteral("(function() { return this.text; })")));
+    return value;
+}
+
+void UriFromScript(const QScriptValue& value, DzUri& uri)
+{
+    uri = DzUri(value.toString());
+}
+
+QScriptValue LinkTypeToScript(QScriptEngine*, const DzERCLink::ERCType& type)
+{
+    return QScriptValue(static_cast<int>(type));
+}
+
+void LinkTypeFromScript(const QScriptValue& value, DzERCLink::ERCType& type)
+{
+    type = static_cast<DzERCLink::ERCType>(value.toInt32());
+}
+
+void RegisterTypes(QScriptEngine& engine)
+{
+    RegisterPointers<DzBase, DzElement, DzNode, DzSkeleton, DzFigure, DzBone, DzObject, DzShape, DzFacetShape,
+                     DzModifier, DzMorph, DzSkinBinding, DzDForm, DzDFormModifier>(engine);
+    RegisterPointers<DzProperty, DzNumericProperty, DzFloatProperty, DzIntProperty, DzBoolProperty,
+                     DzEnumProperty, DzStringProperty, DzPropertyGroup, DzPropertyGroupTree, DzController,
+                     DzNumericController, DzERCLink>(engine);
+    RegisterPointers<DzGeometry, DzVertexMesh, DzFacetMesh, DzMorphDeltas, DzWeightMap>(engine);
+    RegisterPointers<DzScene, DzMainWindow, DzActionMgr, DzAction, DzPaneMgr, DzPane, DzViewportMgr,
+                     DzContentMgr, DzContentFolder, DzAssetMgr, DzAssetIOMgr, DzAssetIOFilter, DzExportMgr,
+                     DzExporter, DzImportMgr, DzImporter, DzPluginMgr>(engine);
+    RegisterPointers<DzSettings, DzFileIOSettings, DzMorphLoader, DzMorphLoaderBatch, DzTransferUtility>(
+        engine);
+    qScriptRegisterMetaType<DzVec3>(&engine, VectorToScript, VectorFromScript);
+    qScriptRegisterMetaType<DzBox3>(&engine, BoxToScript, BoxFromScript);
+    qScriptRegisterMetaType<DzUri>(&engine, UriToScript, UriFromScript);
+    qScriptRegisterMetaType<DzERCLink::ERCType>(&engine, LinkTypeToScript, LinkTypeFromScript);
+    qRegisterMetaType<DzError>("DzError");
+}
+
+/// `new Class(arguments)`: the session keeps what the factory makes until somebody else does.
+QScriptValue Construct(QScriptContext* context, QScriptEngine* engine, void* data)
+{
+    const auto& factory = *static_cast<const DzClassFactory*>(data);
+    QVariantList arguments;
+    for (int i = 0; i < context->argumentCount(); ++i)
+        arguments.append(context->argument(i).toVariant());
+    QObject* const object =
+        arguments.isEmpty() ? factory.createInstance() : factory.createInstance(arguments);
+    if (!object)
+        return context->throwError(QStringLiteral("%1 cannot be made").arg(factory.className()));
+    ScriptSession::Of(engine).adopt(object);
+    return PointerToScript<QObject>(engine, object);
+}
+
+QScriptValue Uninstantiable(QScriptContext* context, QScriptEngine*)
+{
+    return context->throwError(QStringLiteral("this class cannot be made in a script"));
+}
+
+QScriptValue Inherits(QScriptContext* context, QScriptEngine*)
+{
+    const QObject* const object = context->thisObject().toQObject();
+    return QScriptValue(object && object->inherits(context->argument(0).toString().toUtf8().constData()));
+}
+
+/// Classes that scripts name for their enumerations only.
+const QMetaObject* const enumerationClasses[] = {&DzERCLink::staticMetaObject, &DzSettings::staticMetaObject};
+
+const BuiltInClass<DzNode> nodeRegistration;
+const BuiltInClass<DzMorph> morphRegistration;
+const BuiltInClass<DzMorphDeltas> deltasRegistration;
+
+} // namespace
+
+void RegisterScriptClasses(QScriptEngine& engine)
+{
+    RegisterTypes(engine);
+    // All wrapped objects share one prototype.
+    engine.newQObject(dzScene).prototype().setProperty(
+        QStringLiteral("inherits"), engine.newFunction(Inherits), QScriptValue::SkipInEnumeration);
+    QScriptValue global = engine.globalObject();
+    for (const QMetaObject* const metaObject : enumerationClasses)
+        global.setProperty(QLatin1String(metaObject->className()),
+                           engine.newQMetaObject(metaObject, engine.newFunction(Uninstantiable)));
+    for (const DzClassFactory* const factory : BuiltInClassFactories()) {
+        const QScriptValue constructor = engine.newFunction(Construct, const_cast<DzClassFactory*>(factory));
+        global.setProperty(factory->className(), engine.newQMetaObject(factory->metaObject(), constructor));
+    }
+    const DzPluginMgr& plugins = *dzApp->getPluginMgr();
+    for (int p = 0; p < plugins.getNumPlugins(); ++p)
+        for (int i = 0; i < plugins.getPlugin(p)->getNumClassFactories(); ++i)
+            plugins.getPlugin(p)->getClassFactory(i)->registerClass(engine);
+}
+
+} // namespace openhost

@@ -1,0 +1,182 @@
+// Functions and objects that scripts find as globals.
+// SPDX-License-Identifier: MIT
+
+#include "host/script/script_functions.h"
+
+#include "dzapp.h"
+#include "dzerror.h"
+#include "dzmainwindow.h"
+#include "dzprogress.h"
+#include "dzscene.h"
+#include "host/script/message_box.h"
+#include "host/script/script_session.h"
+
+#include <QElapsedTimer>
+#include <QThread>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+namespace openhost {
+
+namespace {
+
+QString JoinedArguments(const QScriptContext& context)
+{
+    QStringList texts;
+    for (int i = 0; i < context.argumentCount(); ++i)
+        texts.append(context.argument(i).toString());
+    return texts.join(QLatin1Char(' '));
+}
+
+QScriptValue Print(QScriptContext* context, QScriptEngine* engine)
+{
+    const QString line = JoinedArguments(*context);
+    dzApp->log(line);
+    if (dzApp->isHeadless()) {
+        std::fprintf(stdout, "%s\n", line.toUtf8().constData());
+        std::fflush(stdout);
+    }
+    return engine->undefinedValue();
+}
+
+QScriptValue DebugLine(QScriptContext* context, QScriptEngine* engine)
+{
+    dzApp->debug(JoinedArguments(*context));
+    return engine->undefinedValue();
+}
+
+QScriptValue GetArguments(QScriptContext*, QScriptEngine* engine)
+{
+    return engine->toScriptValue(ScriptSession::Of(engine).arguments());
+}
+
+QScriptValue GetErrorMessage(QScriptContext* context, QScriptEngine*)
+{
+    return QScriptValue(getErrorMessage(static_cast<DzError>(context->argument(0).toInt32())));
+}
+
+/// Waits in small pieces, so that a run can be stopped meanwhile.
+QScriptValue Sleep(QScriptContext* context, QScriptEngine* engine)
+{
+    constexpr qint64 kPiece = 20;
+    const qint64 wanted = std::max(0, context->argument(0).toInt32());
+    ScriptSession& session = ScriptSession::Of(engine);
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < wanted && !session.checkStop())
+        QThread::msleep(static_cast<unsigned long>(std::min(kPiece, wanted - clock.elapsed())));
+    return engine->undefinedValue();
+}
+
+QScriptValue ProcessEvents(QScriptContext*, QScriptEngine* engine)
+{
+    QCoreApplication::processEvents();
+    return engine->undefinedValue();
+}
+
+QScriptValue SetBusyCursor(QScriptContext*, QScriptEngine* engine)
+{
+    dzApp->setBusyCursor();
+    return engine->undefinedValue();
+}
+
+QScriptValue ClearBusyCursor(QScriptContext*, QScriptEngine* engine)
+{
+    dzApp->clearBusyCursor();
+    return engine->undefinedValue();
+}
+
+/// The progress displays that one run has open, innermost last. They close with the run.
+class ScriptProgress : public QObject {
+public:
+    explicit ScriptProgress(QObject* parent) : QObject(parent) {}
+    std::vector<std::unique_ptr<DzProgress>> displays;
+
+    static ScriptProgress& Of(QScriptEngine* engine)
+    {
+        ScriptSession& session = ScriptSession::Of(engine);
+        for (QObject* const child : session.children())
+            if (auto* const progress = dynamic_cast<ScriptProgress*>(child))
+                return *progress;
+        return *new ScriptProgress(&session);
+    }
+};
+
+QScriptValue StartProgress(QScriptContext* context, QScriptEngine* engine)
+{
+    ScriptProgress::Of(engine).displays.push_back(
+        std::make_unique<DzProgress>(context->argument(0).toString(), context->argument(1).toInt32(),
+                                     context->argument(2).toBool(), context->argument(3).toBool()));
+    return engine->undefinedValue();
+}
+
+QScriptValue StepProgress(QScriptContext* context, QScriptEngine* engine)
+{
+    auto& displays = ScriptProgress::Of(engine).displays;
+    if (!displays.empty())
+        displays.back()->step(context->argumentCount() > 0 ? context->argument(0).toInt32() : 1);
+    return engine->undefinedValue();
+}
+
+QScriptValue SetProgressInfo(QScriptContext* context, QScriptEngine* engine)
+{
+    auto& displays = ScriptProgress::Of(engine).displays;
+    if (!displays.empty())
+        displays.back()->setInfo(context->argument(0).toString());
+    return engine->undefinedValue();
+}
+
+QScriptValue ProgressIsCancelled(QScriptContext*, QScriptEngine* engine)
+{
+    const auto& displays = ScriptProgress::Of(engine).displays;
+    return QScriptValue(!displays.empty() && displays.back()->isCancelled());
+}
+
+QScriptValue FinishProgress(QScriptContext*, QScriptEngine* engine)
+{
+    auto& displays = ScriptProgress::Of(engine).displays;
+    if (!displays.empty())
+        displays.pop_back();
+    return engine->undefinedValue();
+}
+
+struct GlobalFunction {
+    const char* name;
+    QScriptEngine::FunctionSignature function;
+};
+
+const GlobalFunction globalFunctions[] = {
+    {"print", Print},
+    {"debug", DebugLine},
+    {"getArguments", GetArguments},
+    {"getErrorMessage", GetErrorMessage},
+    {"sleep", Sleep},
+    {"processEvents", ProcessEvents},
+    {"setBusyCursor", SetBusyCursor},
+    {"clearBusyCursor", ClearBusyCursor},
+    {"startProgress", StartProgress},
+    {"stepProgress", StepProgress},
+    {"setProgressInfo", SetProgressInfo},
+    {"progressIsCancelled", ProgressIsCancelled},
+    {"finishProgress", FinishProgress},
+};
+
+} // namespace
+
+void RegisterScriptFunctions(QScriptEngine& engine)
+{
+    QScriptValue global = engine.globalObject();
+    for (const GlobalFunction& entry : globalFunctions)
+        global.setProperty(QLatin1String(entry.name), engine.newFunction(entry.function));
+    global.setProperty(QStringLiteral("Scene"), engine.newQObject(dzScene));
+    global.setProperty(QStringLiteral("App"), engine.newQObject(dzApp));
+    if (dzApp->getInterface())
+        global.setProperty(QStringLiteral("MainWindow"), engine.newQObject(dzApp->getInterface()));
+    global.setProperty(QStringLiteral("MessageBox"),
+                       engine.newQObject(new ScriptMessageBox, QScriptEngine::ScriptOwnership));
+}
+
+} // namespace openhost

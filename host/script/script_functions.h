@@ -1,0 +1,13 @@
+// Functions and objects that scripts find as globals.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+class QScriptEngine;
+
+namespace openhost {
+
+/// Scene, App, MainWindow, MessageBox, and functions from print to startProgress.
+void RegisterScriptFunctions(QScriptEngine& engine);
+
+} // namespace openhost

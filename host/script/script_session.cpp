@@ -1,0 +1,148 @@
+// One run of a script.
+// SPDX-License-Identifier: MIT
+
+#include "host/script/script_session.h"
+
+#include "dzcontroller.h"
+#include "dzmodifier.h"
+#include "dznode.h"
+#include "dzobject.h"
+#include "dzproperty.h"
+#include "dzrefcounteditem.h"
+#include "dzshape.h"
+#include "host/script/script_classes.h"
+#include "host/script/script_functions.h"
+
+#include <csignal>
+
+namespace openhost {
+
+namespace {
+
+/// How often a running script is asked to look at its clock and at the stop sign, in milliseconds.
+constexpr int kWatchInterval = 50;
+
+volatile std::sig_atomic_t g_stop = 0;
+int g_running = 0;
+
+/// Whether the host holds the object by now.
+bool IsTaken(const QObject& object)
+{
+    if (object.parent())
+        return true;
+    if (const auto* const node = qobject_cast<const DzNode*>(&object))
+        return node->isInScene() || node->getNodeParent();
+    if (const auto* const owned = qobject_cast<const DzObject*>(&object))
+        return owned->getNode();
+    if (const auto* const modifier = qobject_cast<const DzModifier*>(&object))
+        return modifier->getObject();
+    if (const auto* const shape = qobject_cast<const DzShape*>(&object))
+        return shape->getObject();
+    if (const auto* const property = qobject_cast<const DzProperty*>(&object))
+        return property->getOwner();
+    if (const auto* const controller = qobject_cast<const DzController*>(&object))
+        return controller->getOwner();
+    return false;
+}
+
+/// Deletes what nobody holds.
+void LetGo(QObject* object)
+{
+    if (const auto* const counted = qobject_cast<DzRefCountedItem*>(object)) {
+        if (counted->getRefCount() == 0)
+            delete object;
+    } else if (!IsTaken(*object)) {
+        delete object;
+    }
+}
+
+} // namespace
+
+ScriptSession::ScriptSession(const QVariantList& arguments, int timeLimit)
+    : _arguments(arguments), _timeLimit(timeLimit)
+{
+    // A script may run another; a stop ends them all, and only a run of its own takes it back.
+    if (g_running++ == 0)
+        g_stop = 0;
+    _engine.setProperty("session", QVariant::fromValue<QObject*>(this));
+    _engine.setProcessEventsInterval(kWatchInterval);
+    RegisterScriptClasses(_engine);
+    RegisterScriptFunctions(_engine);
+    connect(&_watch, SIGNAL(timeout()), SLOT(checkStop()));
+    _watch.start(kWatchInterval);
+    _clock.start();
+}
+
+ScriptSession::~ScriptSession()
+{
+    --g_running;
+    // The engine lets go of its wrappers first, so that no script value points to what is deleted.
+    _engine.setGlobalObject(_engine.newObject());
+    _engine.collectGarbage();
+    for (const QPointer<QObject>& object : _made)
+        if (object)
+            LetGo(object);
+}
+
+ScriptSession& ScriptSession::Of(QScriptEngine* engine)
+{
+    return *static_cast<ScriptSession*>(engine->property("session").value<QObject*>());
+}
+
+bool ScriptSession::evaluate(const QString& code, const QString& filename)
+{
+    return finish(_engine.evaluate(code, filename));
+}
+
+bool ScriptSession::call(const QString& function, const QVariantList& arguments)
+{
+    QScriptValue callee = _engine.globalObject().property(function);
+    if (!callee.isFunction()) {
+        _errorMessage = QStringLiteral("there is no function %1").arg(function);
+        return false;
+    }
+    QScriptValueList values;
+    for (const QVariant& argument : arguments)
+        values.append(_engine.toScriptValue(argument));
+    return finish(callee.call(QScriptValue(), values));
+}
+
+bool ScriptSession::finish(const QScriptValue& value)
+{
+    _result = QVariant();
+    if (_wasStopped) {
+        _errorMessage = g_stop ? QStringLiteral("the script was stopped")
+                               : QStringLiteral("the script was stopped after %1 s").arg(_timeLimit / 1000.0);
+        return false;
+    }
+    if (!_engine.hasUncaughtException()) {
+        _result = value.toVariant();
+        return true;
+    }
+    _errorMessage = _engine.uncaughtException().toString();
+    _errorLine = _engine.uncaughtExceptionLineNumber();
+    _stackTrace = _engine.uncaughtExceptionBacktrace();
+    _engine.clearExceptions();
+    return false;
+}
+
+void ScriptSession::adopt(QObject* object)
+{
+    _made.emplace_back(object);
+}
+
+bool ScriptSession::checkStop()
+{
+    if (!_wasStopped && (g_stop || (_timeLimit > 0 && _clock.elapsed() >= _timeLimit))) {
+        _wasStopped = true;
+        _engine.abortEvaluation();
+    }
+    return _wasStopped;
+}
+
+void ScriptSession::StopAll()
+{
+    g_stop = 1;
+}
+
+} // namespace openhost

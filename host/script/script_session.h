@@ -1,0 +1,67 @@
+// One run of a script.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QScriptEngine>
+#include <QStringList>
+#include <QTimer>
+#include <QVariant>
+
+#include <vector>
+
+namespace openhost {
+
+/// An engine with the host's globals that can be stopped from outside. When it ends, it deletes what the
+/// script made and handed to nobody.
+class ScriptSession : public QObject {
+    Q_OBJECT
+public:
+    /// @param arguments  what getArguments() gives the script
+    /// @param timeLimit  in milliseconds; 0 for none
+    ScriptSession(const QVariantList& arguments, int timeLimit);
+    ~ScriptSession() override;
+
+    QScriptEngine& engine() { return _engine; }
+    /// The session whose engine it is.
+    static ScriptSession& Of(QScriptEngine* engine);
+
+    /// False when the script throws or is stopped.
+    bool evaluate(const QString& code, const QString& filename);
+    bool call(const QString& function, const QVariantList& arguments);
+
+    QVariant result() const { return _result; }
+    QString errorMessage() const { return _errorMessage; }
+    int errorLine() const { return _errorLine; }
+    QStringList stackTrace() const { return _stackTrace; }
+    const QVariantList& arguments() const { return _arguments; }
+
+    /// Remembers an object that the script made.
+    void adopt(QObject* object);
+
+    /// Ends every run, until one begins while none is left. Async-signal-safe.
+    static void StopAll();
+
+public slots:
+    /// Ends the run if that was asked for or its time is over; long work of the host's script functions asks.
+    bool checkStop();
+
+private:
+    bool finish(const QScriptValue& value);
+
+    QScriptEngine _engine;
+    QVariantList _arguments;
+    std::vector<QPointer<QObject>> _made;
+    QElapsedTimer _clock;
+    int _timeLimit;
+    QTimer _watch;
+    bool _wasStopped = false;
+    QVariant _result;
+    QString _errorMessage;
+    int _errorLine = -1;
+    QStringList _stackTrace;
+};
+
+} // namespace openhost

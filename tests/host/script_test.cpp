@@ -1,0 +1,214 @@
+// Scripts and what they find in the host.
+// SPDX-License-Identifier: MIT
+
+#include "dzscript.h"
+
+#include "dzfloatproperty.h"
+#include "dznode.h"
+#include "tests/host/host_fixture.h"
+
+#include <QFile>
+#include <QTimer>
+
+namespace {
+
+class ScriptTest : public HostTest {
+protected:
+    /// The value of the code's last statement, after a run that must succeed.
+    static QVariant valueOf(const char* code)
+    {
+        DzScript script;
+        script.setCode(QString::fromUtf8(code));
+        EXPECT_TRUE(script.execute()) << code << ": " << script.errorMessage().toStdString();
+        return script.result();
+    }
+
+    static std::string textOf(const char* code) { return valueOf(code).toString().toStdString(); }
+
+    static DzNode* addNode(const char* label)
+    {
+        auto* const node = new DzNode;
+        node->setName(QLatin1String(label));
+        node->setLabel(QLatin1String(label));
+        dzScene->addNode(node);
+        return node;
+    }
+};
+
+TEST_F(ScriptTest, gives_the_value_of_its_last_statement)
+{
+    EXPECT_EQ(valueOf("var a = 2; a * 21;").toInt(), 42);
+    EXPECT_EQ(textOf("'Gr\xC3\xBC\xC3\x9F' + 'e'"), "Gr\xC3\xBC\xC3\x9F"
+                                                    "e");
+    EXPECT_EQ(valueOf("[1, 2, 3]").toList().size(), 3);
+}
+
+TEST_F(ScriptTest, finds_the_scene_and_its_nodes)
+{
+    DzNode* const chair = addNode("Chair");
+    dzScene->setPrimarySelection(chair);
+    EXPECT_EQ(valueOf("Scene.getNumNodes()").toInt(), 1);
+    EXPECT_EQ(textOf("Scene.getPrimarySelection().getLabel()"), "Chair");
+    EXPECT_TRUE(valueOf("Scene.findNodeByLabel('Chair').inherits('DzNode')").toBool());
+    EXPECT_FALSE(valueOf("Scene.findNodeByLabel('Chair').inherits('DzFigure')").toBool());
+    EXPECT_TRUE(valueOf("Scene.findNodeByLabel('Table') === null").toBool());
+}
+
+TEST_F(ScriptTest, moves_a_dial)
+{
+    DzNode* const chair = addNode("Chair");
+    valueOf("Scene.findNode('Chair').findProperty('XTranslate').setValue(12.5)");
+    EXPECT_EQ(qobject_cast<DzFloatProperty*>(chair->findProperty(QLatin1String("XTranslate")))->getValue(),
+              12.5f);
+}
+
+TEST_F(ScriptTest, reaches_the_main_windows_managers)
+{
+    EXPECT_TRUE(valueOf("MainWindow.getActionMgr().findAction('DzDeleteAction') != null").toBool());
+    EXPECT_TRUE(valueOf("MainWindow.getPaneMgr().findPane('NoSuchPane') === null").toBool());
+}
+
+TEST_F(ScriptTest, makes_objects_and_knows_the_enumerations_of_their_classes)
+{
+    EXPECT_EQ(valueOf("DzMorphLoader.PrimaryNode").toInt(), 2);
+    EXPECT_EQ(valueOf("DzMorphLoader.SingleSkinFigure").toInt(), 3);
+    EXPECT_EQ(valueOf("DzERCLink.ERCMultiply").toInt(), 3);
+    EXPECT_EQ(textOf("var s = new DzFileIOSettings(); s.setStringValue('a', 'b'); s.getStringValue('a')"),
+              "b");
+    EXPECT_FALSE(valueOf("new DzFileIOSettings().fromString('{')").toBool());
+}
+
+TEST_F(ScriptTest, deletes_what_it_made_unless_the_scene_took_it)
+{
+    valueOf("var kept = new DzNode(); kept.setName('Kept'); Scene.addNode(kept); var lost = new DzNode();");
+    ASSERT_EQ(dzScene->getNumNodes(), 1);
+    EXPECT_EQ(dzScene->getNode(0)->getName().toStdString(), "Kept");
+}
+
+TEST_F(ScriptTest, starts_each_run_with_nothing_of_the_one_before)
+{
+    valueOf("var left = 1;");
+    EXPECT_EQ(textOf("typeof left"), "undefined");
+}
+
+TEST_F(ScriptTest, tells_the_line_and_the_text_of_an_error)
+{
+    DzScript script;
+    script.setCode(QLatin1String("var a = 1;\nvar b = a +\n  missing;\n"));
+    EXPECT_FALSE(script.execute());
+    EXPECT_EQ(script.errorMessage().toStdString(), "ReferenceError: Can't find variable: missing");
+    EXPECT_EQ(script.errorLine(), 3);
+    EXPECT_FALSE(script.stackTrace().isEmpty());
+    EXPECT_FALSE(script.result().isValid());
+    EXPECT_TRUE(LogText().contains(QLatin1String("line 3: ReferenceError: Can't find variable: missing")));
+}
+
+TEST_F(ScriptTest, finds_an_error_of_syntax_without_running)
+{
+    DzScript script;
+    script.setCode(QLatin1String("Scene.clear();\nif (\n"));
+    addNode("Chair");
+    EXPECT_FALSE(script.checkSyntax());
+    EXPECT_GE(script.errorLine(), 2);
+    EXPECT_EQ(dzScene->getNumNodes(), 1);
+    script.setCode(QLatin1String("1 + 1"));
+    EXPECT_TRUE(script.checkSyntax());
+}
+
+TEST_F(ScriptTest, calls_a_function_with_arguments)
+{
+    DzScript script;
+    script.addLine(QLatin1String("function join(a, b, c)"));
+    script.addLine(QLatin1String("{"));
+    script.addLine(QLatin1String("return a + '-' + b + '-' + c;"), 1);
+    script.addLine(QLatin1String("}"));
+    EXPECT_TRUE(script.call(QLatin1String("join"), {QLatin1String("x"), true, 1.5}));
+    EXPECT_EQ(script.result().toString().toStdString(), "x-true-1.5");
+    EXPECT_FALSE(script.call(QLatin1String("nope"), {}));
+    EXPECT_EQ(script.errorMessage().toStdString(), "there is no function nope");
+}
+
+TEST_F(ScriptTest, hands_arguments_to_the_whole_script)
+{
+    DzScript script;
+    script.setCode(QLatin1String("getArguments().join('+')"));
+    EXPECT_TRUE(script.execute({QLatin1String("a"), 2}));
+    EXPECT_EQ(script.result().toString().toStdString(), "a+2");
+}
+
+TEST_F(ScriptTest, is_read_from_a_file_and_named_by_it_in_errors)
+{
+    const QString path = TestFolder() + QLatin1String("/broken.dsa");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("throw 'no luck';");
+    file.close();
+    DzScript script;
+    EXPECT_FALSE(script.loadFromFile(TestFolder() + QLatin1String("/missing.dsa")));
+    ASSERT_TRUE(script.loadFromFile(path));
+    EXPECT_FALSE(script.execute());
+    EXPECT_EQ(script.errorMessage().toStdString(), "no luck");
+    EXPECT_TRUE(LogText().contains(path + QLatin1String(", line 1: no luck")));
+}
+
+TEST_F(ScriptTest, that_never_ends_is_ended_by_its_time_limit_and_leaves_the_host_working)
+{
+    addNode("Chair");
+    DzScript script;
+    script.setTimeLimit(200);
+    script.setCode(QLatin1String("Scene.getNode(0).setVisible(false); while (true) {}"));
+    EXPECT_FALSE(script.execute());
+    EXPECT_EQ(script.errorMessage().toStdString(), "the script was stopped after 0.2 s");
+    EXPECT_FALSE(dzScene->getNode(0)->isVisible());
+    EXPECT_EQ(valueOf("1 + 1").toInt(), 2);
+}
+
+TEST_F(ScriptTest, that_sleeps_is_ended_too)
+{
+    DzScript script;
+    script.setTimeLimit(100);
+    script.setCode(QLatin1String("sleep(1000000)"));
+    EXPECT_FALSE(script.execute());
+}
+
+TEST_F(ScriptTest, is_stopped_from_outside)
+{
+    QTimer::singleShot(50, [] { DzScript::stopAll(); });
+    DzScript script;
+    script.setCode(QLatin1String("while (true) {}"));
+    EXPECT_FALSE(script.execute());
+    EXPECT_EQ(script.errorMessage().toStdString(), "the script was stopped");
+    EXPECT_EQ(valueOf("1 + 1").toInt(), 2);
+}
+
+TEST_F(ScriptTest, evaluates_with_an_objects_members_in_reach)
+{
+    DzNode* const chair = addNode("Chair");
+    EXPECT_EQ(DzScript::evaluate(QLatin1String("getLabel() + '!'"), chair).toString().toStdString(),
+              "Chair!");
+    EXPECT_FALSE(DzScript::evaluate(QLatin1String("missing")).isValid());
+}
+
+TEST_F(ScriptTest, writes_to_the_log)
+{
+    valueOf("App.log('from App'); debug('from debug');");
+    EXPECT_TRUE(LogText().contains(QLatin1String("from App")));
+    EXPECT_TRUE(LogText().contains(QLatin1String("DEBUG: from debug")));
+}
+
+TEST_F(ScriptTest, answers_a_question_by_itself_without_display)
+{
+    EXPECT_EQ(valueOf("MessageBox.question('Go on?', 'Title', '&Yes', '&No')").toInt(), 1);
+    EXPECT_EQ(valueOf("MessageBox.information('Done.', 'Title', '&OK')").toInt(), 0);
+    EXPECT_TRUE(LogText().contains(QLatin1String("not shown without display: Title: Go on?")));
+}
+
+TEST_F(ScriptTest, shows_progress_that_ends_with_the_run)
+{
+    const Recorder recorder;
+    valueOf("startProgress('working', 3, true, false); stepProgress(); setProgressInfo('still working');");
+    EXPECT_EQ(recorder.lines, (std::vector<std::string>{"progress working", "progress still working"}));
+    EXPECT_EQ(valueOf("startProgress('again', 1); progressIsCancelled()").toBool(), false);
+}
+
+} // namespace
