@@ -15,8 +15,10 @@
 #include "host/figure/deltas_access.h"
 #include "host/tools/morph_loader.h"
 #include "shared/ks_exception.h"
+#include "shared/ks_morph-loader-script.h"
 #include "shared/ks_morph-loader.h"
 #include "tests/host/tools_fixture.h"
+#include "tests/shared/throws.h"
 
 #include <cmath>
 
@@ -378,6 +380,49 @@ TEST_F(MorphLoaderPro, settings_files_give_settings_back_and_foreign_files_are_l
     foreign.close();
     EXPECT_FALSE(_loader.saveObjectSettingsToConfigFile(foreign.fileName(), QStringLiteral("Tube"), false));
     EXPECT_EQ(FileText(foreign.fileName()), "a letter");
+}
+
+TEST_F(MorphLoaderPro, the_script_makes_the_same_morphs_as_the_driver)
+{
+    TubeFigure tube;
+    AddHeadSplit(tube);
+    tube.upper->getZRotControl()->setValue(20.0f);
+    const QString json = QStringLiteral("{\"Scale\": 1.0}");
+    const std::string file = WritePositions("script.obj", Bumped(BasePositions())).toStdString();
+    dzScene->setPrimarySelection(tube.figure);
+    for (const float strength : {1.0f, -1.0f}) {
+        kst::MorphLoaderBatch::Exec_X(tube.figure, file, "Driver", json, false, 0, "/Actor", true,
+                                      headSplitPath, strength);
+        const std::string report = kst::MorphLoaderProScript::ScriptExec(
+            file, "Script", json, false, 0, "/Actor", true, headSplitPath, strength);
+        EXPECT_NE(report.find("successfully"), std::string::npos) << report;
+        ASSERT_NE(morph(*tube.figure, "Script"), nullptr);
+        EXPECT_FALSE(deltas(*tube.figure, "Script").deltas.empty());
+        EXPECT_EQ(deltas(*tube.figure, "Script").deltas, deltas(*tube.figure, "Driver").deltas);
+        EXPECT_EQ(morph(*tube.figure, "Script")->getValueControl()->getPath(),
+                  morph(*tube.figure, "Driver")->getValueControl()->getPath());
+    }
+}
+
+TEST_F(MorphLoaderPro, the_script_names_what_is_missing_first_and_what_the_host_refuses)
+{
+    const auto run = [](const char* file, const char* name, const char* path, const char* json) {
+        return MessageOf([&] {
+            kst::MorphLoaderProScript::ScriptExec(file, name, QLatin1String(json), false, 0, path, false, "",
+                                                  1.0f);
+        });
+    };
+    EXPECT_EQ(run("", "", "", ""), "missing import OBJ file");
+    EXPECT_EQ(run("a.obj", "", "", ""), "missing morph name");
+    EXPECT_EQ(run("a.obj", "A", "", ""), "missing property group path");
+    dzScene->setPrimarySelection(AddProp("Prop", Tube(8)));
+    EXPECT_EQ(run("a.obj", "A", "/A", ""),
+              "Script error: invalid JSON settings for OBJ importer in Morph Loader Pro");
+    TubeFigure tube;
+    dzScene->setPrimarySelection(tube.upper);
+    EXPECT_EQ(run("a.obj", "A", "/A", "{\"Scale\": 1.0}"), "Script error: incompatible load mode");
+    dzScene->selectAllNodes(false);
+    EXPECT_EQ(run("a.obj", "A", "/A", "{\"Scale\": 1.0}").rfind("Script error: TypeError", 0), 0u);
 }
 
 TEST_F(MorphLoaderPro, the_batch_runs_as_the_driver_calls_it)
