@@ -8,6 +8,7 @@
 #include "apps/cli/command_make_figure.h"
 #include "apps/cli/command_render.h"
 #include "apps/cli/command_sample_content.h"
+#include "apps/cli/command_script.h"
 #include "apps/cli/command_transfer.h"
 
 namespace cli {
@@ -20,6 +21,7 @@ void AddCommands(CLI::App& program, CommandContext& context)
     AddTransferCommand(program, context);
     AddInspectCommand(program, context);
     AddRenderCommand(program, context);
+    AddScriptCommand(program, context);
 }
 
 } // namespace cli

@@ -14,9 +14,13 @@ namespace {
 std::atomic<int> receivedSignal{0};
 static_assert(std::atomic<int>::is_always_lock_free, "a signal handler may not wait for a lock");
 
+std::atomic<void (*)()> interruptAction{nullptr};
+
 void Note(int signal)
 {
     receivedSignal = signal;
+    if (void (*const action)() = interruptAction)
+        action();
 }
 
 } // namespace
@@ -40,6 +44,18 @@ void ThrowIfInterrupted()
 {
     if (InterruptSignal() != 0)
         throw InterruptedError();
+}
+
+InterruptAction::InterruptAction(void (*action)())
+{
+    interruptAction = action;
+    if (InterruptSignal() != 0)
+        action();
+}
+
+InterruptAction::~InterruptAction()
+{
+    interruptAction = nullptr;
 }
 
 void EndBySignal(int signal)

@@ -21,6 +21,15 @@ void NoteInterrupts();
 int InterruptSignal();
 /// @throws InterruptedError  a signal has asked to end
 void ThrowIfInterrupted();
+/// While it lives, a signal that asks to end also does this. One at a time.
+class InterruptAction {
+public:
+    /// @param action  async-signal-safe
+    explicit InterruptAction(void (*action)());
+    ~InterruptAction();
+    InterruptAction(const InterruptAction&) = delete;
+    InterruptAction& operator=(const InterruptAction&) = delete;
+};
 /// Ends the program the way the signal would have done, so that a calling shell knows.
 [[noreturn]] void EndBySignal(int signal);
 

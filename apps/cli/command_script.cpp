@@ -1,0 +1,77 @@
+// The subcommand `script`.
+// SPDX-License-Identifier: MIT
+
+#include "apps/cli/command_script.h"
+
+#include "apps/cli/command.h"
+#include "apps/cli/host_session.h"
+#include "apps/cli/interrupt.h"
+#include "apps/cli/options.h"
+#include "dzscript.h"
+
+#include <memory>
+#include <stdexcept>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace cli {
+
+namespace {
+
+struct ScriptArguments {
+    std::string file;
+    std::vector<std::string> arguments;
+    std::vector<std::string> content;
+    double timeout = 0.0; ///< seconds; 0 for none
+    bool verbose = false;
+};
+
+std::string ErrorOf(const DzScript& script, const std::string& file)
+{
+    const std::string message = script.errorMessage().toStdString();
+    return script.errorLine() > 0 ? fmt::format("{}, line {}: {}", file, script.errorLine(), message)
+                                  : fmt::format("{}: {}", file, message);
+}
+
+void RunScript(const ScriptArguments& arguments)
+{
+    HostSession session(ToPaths(arguments.content), arguments.verbose);
+    DzScript script;
+    if (!script.loadFromFile(QString::fromStdString(arguments.file)))
+        throw std::runtime_error(fmt::format("{}: the script cannot be read", arguments.file));
+    constexpr double kMillisecondsPerSecond = 1000.0;
+    script.setTimeLimit(static_cast<int>(arguments.timeout * kMillisecondsPerSecond));
+    QVariantList scriptArguments;
+    for (const std::string& argument : arguments.arguments)
+        scriptArguments.append(QString::fromStdString(argument));
+
+    const InterruptAction stopScripts(DzScript::stopAll);
+    const bool succeeded = script.execute(scriptArguments);
+    ThrowIfInterrupted();
+    if (!succeeded)
+        throw std::runtime_error(ErrorOf(script, arguments.file));
+}
+
+} // namespace
+
+void AddScriptCommand(CLI::App& program, CommandContext& context)
+{
+    const auto arguments = std::make_shared<ScriptArguments>();
+    CLI::App* const command = program.add_subcommand("script", "Run a script in the host");
+    command->add_option("FILE", arguments->file, "The script")->type_name("FILE.dsa|FILE.js")->required();
+    command->add_option("ARG", arguments->arguments, "What getArguments() gives the script")
+        ->type_name("TEXT");
+    AddContentOption(*command, arguments->content);
+    command->add_option("--timeout", arguments->timeout, "End the script after this time")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.001, 1e6));
+    command->callback([arguments, &context] {
+        context.work = [arguments, &context] {
+            arguments->verbose = context.verbose;
+            RunScript(*arguments);
+        };
+    });
+}
+
+} // namespace cli
