@@ -38,6 +38,12 @@ void PressAccept(QWidget& window)
     }
 }
 
+/// Answering one window may have deleted another of the same look.
+bool IsToplevel(const QWidget* widget)
+{
+    return QApplication::topLevelWidgets().contains(const_cast<QWidget*>(widget));
+}
+
 } // namespace
 
 bool ToplevelWindowLess::operator()(const std::shared_ptr<ToplevelWindow>& a,
@@ -75,7 +81,7 @@ void Clickaway::slotTimeout()
 {
     const Snapshot now;
     for (const std::shared_ptr<ToplevelWindow>& window : now.windows)
-        if (_pImpl->before.windows.count(window) == 0)
+        if (_pImpl->before.windows.count(window) == 0 && IsToplevel(window->widget))
             handle(*window);
 }
 

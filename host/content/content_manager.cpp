@@ -11,6 +11,7 @@
 #include "host/content/asset_library.h"
 #include "host/content/scene_loader.h"
 #include "host/scene/host_log.h"
+#include "host/scene/load_questions.h"
 #include "openhost/operations.h"
 
 #include <memory>
@@ -38,6 +39,18 @@ bool IsNative(const QString& file)
            file.endsWith(QLatin1String(".dsf"), Qt::CaseInsensitive);
 }
 
+/// Reads a file of another program; what went wrong, or nothing.
+QString ImportError(const QString& file)
+{
+    if (!QFileInfo(file).isFile())
+        return file + QLatin1String(": there is no such file");
+    const std::unique_ptr<DzImporter> importer(dzApp->getImportMgr()->findImporterForFile(file));
+    if (!importer)
+        return file + QLatin1String(": no importer reads files of this kind");
+    const DzError error = importer->readFile(file);
+    return error == DZ_NO_ERROR ? QString() : file + QLatin1String(": ") + getErrorMessage(error);
+}
+
 } // namespace
 
 struct DzContentMgr::Impl {
@@ -63,23 +76,23 @@ bool DzContentMgr::openFile(const QString& fullPath, bool merge)
 {
     if (!openhost::AllowOperation("openFile", fullPath))
         return false;
-    if (!QFileInfo(fullPath).isFile()) {
-        openhost::LogWarning(fullPath + QLatin1String(": there is no such file"));
-        return false;
-    }
+    QString reason;
     try {
-        if (!IsNative(fullPath)) {
-            const std::unique_ptr<DzImporter> importer(dzApp->getImportMgr()->findImporterForFile(fullPath));
-            return importer && importer->readFile(fullPath) == DZ_NO_ERROR;
+        if (IsNative(fullPath) && QFileInfo(fullPath).isFile()) {
+            if (!merge && !shouldMerge(fullPath))
+                dzScene->clear();
+            return openhost::LoadIntoScene(_impl->library, ToPath(fullPath));
         }
-        if (!merge && !shouldMerge(fullPath))
-            dzScene->clear();
-        openhost::LoadIntoScene(_impl->library, ToPath(fullPath));
-        return true;
+        reason = ImportError(fullPath);
     } catch (const std::exception& error) {
-        openhost::LogWarning(QString::fromStdString(error.what()));
-        return false;
+        reason = QString::fromStdString(error.what());
     }
+    if (reason.isEmpty())
+        return true;
+    openhost::LogWarning(reason);
+    // After the exception has ended, since this may run an event loop.
+    openhost::CurrentLoadQuestions().openError(fullPath, reason);
+    return false;
 }
 
 QString DzContentMgr::getAbsolutePath(const QString& relative, bool useImportFolders,

@@ -25,6 +25,7 @@
 #include "host/scene/host_log.h"
 
 #include <algorithm>
+#include <functional>
 
 #include <fmt/format.h>
 
@@ -127,6 +128,23 @@ geometry::SparseDeltas WithinMesh(geometry::SparseDeltas deltas, int vertexCount
     deltas.vertices.resize(kept);
     deltas.deltas.resize(kept);
     return deltas;
+}
+
+std::size_t HashOf(const dson::Formula& formula)
+{
+    std::string text = formula.output;
+    for (const dson::Operation& operation : formula.operations)
+        text += operation.url + fmt::format(" {} {} ", static_cast<int>(operation.kind), operation.value);
+    return std::hash<std::string>()(text);
+}
+
+bool AreEqual(const dson::Formula& a, const dson::Formula& b)
+{
+    return a.output == b.output && a.stage == b.stage &&
+           std::equal(a.operations.begin(), a.operations.end(), b.operations.begin(), b.operations.end(),
+                      [](const dson::Operation& x, const dson::Operation& y) {
+                          return x.kind == y.kind && x.url == y.url && x.value == y.value && x.knot == y.knot;
+                      });
 }
 
 /// A dial of the host for a modifier's channel.
@@ -411,6 +429,23 @@ void FigureAssembly::addModifiers(std::shared_ptr<const dson::Document> file, co
 {
     for (const dson::Modifier& modifier : file->modifiers)
         _impl->add(modifier, file, uriPath);
+}
+
+std::set<std::string> FigureAssembly::duplicateOutputs() const
+{
+    std::unordered_multimap<std::size_t, const dson::Formula*> seen;
+    std::set<std::string> duplicates;
+    for (const Impl::PendingFormula& pending : _impl->formulas) {
+        const dson::Formula& formula = *pending.formula;
+        const std::size_t hash = HashOf(formula);
+        const auto alike = seen.equal_range(hash);
+        if (std::any_of(alike.first, alike.second,
+                        [&formula](const auto& entry) { return AreEqual(*entry.second, formula); }))
+            duplicates.insert(formula.output);
+        else
+            seen.emplace(hash, &formula);
+    }
+    return duplicates;
 }
 
 void FigureAssembly::connectFormulas()

@@ -7,6 +7,7 @@
 #include "host/content/dson_reader.h"
 
 #include <memory>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -36,6 +37,8 @@ public:
     /// Adds what the file defines for this figure and is not there yet.
     /// @param uriPath  decoded path of the file
     void addModifiers(std::shared_ptr<const dson::Document> file, const std::string& uriPath);
+    /// The properties that two and more of the formulas to be connected drive in just the same way.
+    std::set<std::string> duplicateOutputs() const;
     /// Makes the links of all formulas that were added; what they name and is not there is left out, with one
     /// line in the log for all.
     void connectFormulas();

@@ -18,8 +18,12 @@
 #include "geometry/errors.h"
 #include "host/content/channel_properties.h"
 #include "host/content/dson_uri.h"
+#include "host/scene/host_log.h"
 
 #include <algorithm>
+#include <vector>
+
+#include <QPointer>
 
 namespace openhost {
 
@@ -85,13 +89,86 @@ DzNumericProperty* FindPresetProperty(const DzNode& node, const dson::Uri& uri)
     return child ? FindNodeChannel(*child, uri.property) : nullptr;
 }
 
+/// The D-Formers of that name that deform the node.
+std::vector<DzDForm*> FindDForms(const QString& name, const DzNode& node)
+{
+    std::vector<DzDForm*> found;
+    for (int i = 0; i < dzScene->getNumNodes(); ++i) {
+        auto* const former = qobject_cast<DzDForm*>(dzScene->getNode(i));
+        if (former && former->getName() == name && former->getModifierForNode(&node))
+            found.push_back(former);
+    }
+    return found;
+}
+
+void RemoveDForm(DzDForm& former)
+{
+    for (DzNode* const part : {static_cast<DzNode*>(former.getBase()), static_cast<DzNode*>(former.getZone()),
+                               static_cast<DzNode*>(&former)})
+        if (part)
+            dzScene->removeNode(part);
+}
+
+/// One value on its way to its dial; the dial may be gone after a question.
+struct PresetValue {
+    QPointer<DzNumericProperty> property;
+    double value;
+
+    bool isBeyondLimits() const
+    {
+        return property->isClamped() &&
+               (value < property->getDoubleMin() || value > property->getDoubleMax());
+    }
+};
+
+std::vector<PresetValue> FindValues(const dson::Document& preset, const DzNode& target)
+{
+    std::vector<PresetValue> values;
+    for (const dson::AnimatedValue& entry : preset.animations)
+        if (DzNumericProperty* const property = FindPresetProperty(target, dson::ParseUri(entry.url)))
+            values.push_back({property, entry.value});
+    return values;
+}
+
+void SettleLimits(const dson::Document& preset, const std::vector<PresetValue>& values)
+{
+    QStringList labels;
+    std::vector<QPointer<DzNumericProperty>> exceeded;
+    for (const PresetValue& value : values) {
+        if (!value.isBeyondLimits())
+            continue;
+        exceeded.push_back(value.property);
+        labels.append(value.property->getLabel());
+    }
+    if (exceeded.empty())
+        return;
+    const bool isUnlimited = CurrentLoadQuestions().presetExceedsLimits(labels);
+    for (const QPointer<DzNumericProperty>& property : exceeded)
+        if (property && isUnlimited)
+            property->setIsClamped(false);
+    const QString outcome = isUnlimited ? QStringLiteral("limits are switched off for values beyond them")
+                                        : QStringLiteral("values beyond the limits stop at them");
+    LogWarning(ToQ(preset.file.string()) + QLatin1String(": ") + outcome + QLatin1String(": ") +
+               labels.join(QLatin1String(", ")));
+}
+
 } // namespace
 
-void ApplyDForm(const dson::Document& preset, DzNode& node)
+DFormLoadOptions ProposedDFormOptions(const dson::Document& preset)
 {
-    const dson::InfluenceMap& source = BestMap(preset);
-    const DzWeightMapPtr weights = MakeWeightMap(source, preset, node);
-    const QString name = ToQ(source.owner.empty() ? "D-Former" : source.owner);
+    const std::string& owner = BestMap(preset).owner;
+    DFormLoadOptions options;
+    options.name = ToQ(owner.empty() ? "D-Former" : owner);
+    return options;
+}
+
+void ApplyDForm(const dson::Document& preset, DzNode& node, const DFormLoadOptions& options)
+{
+    const DzWeightMapPtr weights = MakeWeightMap(BestMap(preset), preset, node);
+    const QString& name = options.name;
+    if (options.replaceSameName)
+        for (DzDForm* const present : FindDForms(name, node))
+            RemoveDForm(*present);
 
     auto* const former = new DzDForm;
     former->setName(name);
@@ -116,15 +193,12 @@ int ApplyValues(const dson::Document& preset, DzNode& node)
 {
     DzNode* const figure = node.getSkeleton();
     const DzNode& target = figure ? *figure : node;
-    int applied = 0;
-    for (const dson::AnimatedValue& entry : preset.animations) {
-        DzNumericProperty* const property = FindPresetProperty(target, dson::ParseUri(entry.url));
-        if (!property)
-            continue;
-        property->setDoubleValue(entry.value);
-        ++applied;
-    }
-    return applied;
+    const std::vector<PresetValue> values = FindValues(preset, target);
+    SettleLimits(preset, values);
+    for (const PresetValue& value : values)
+        if (value.property)
+            value.property->setDoubleValue(value.value);
+    return static_cast<int>(values.size());
 }
 
 } // namespace openhost

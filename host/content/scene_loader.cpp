@@ -16,6 +16,7 @@
 #include "host/content/figure_assembly.h"
 #include "host/content/preset_loader.h"
 #include "host/scene/host_log.h"
+#include "host/scene/load_questions.h"
 
 #include <memory>
 #include <set>
@@ -33,6 +34,14 @@ void Log(const std::string& line)
     LogWarning(QString::fromStdString(line));
 }
 
+QStringList ToList(const std::set<std::string>& texts)
+{
+    QStringList list;
+    for (const std::string& text : texts)
+        list.append(QString::fromStdString(text));
+    return list;
+}
+
 /// One character or scene file on its way into the scene.
 class SceneLoader {
 public:
@@ -48,6 +57,7 @@ public:
             place(instance);
         for (const dson::ModifierInstance& instance : _document->modifierInstances)
             dial(instance);
+        report();
         return enterScene();
     }
 
@@ -186,6 +196,21 @@ private:
         }
     }
 
+    /// What a person should know before the figures appear.
+    void report() const
+    {
+        if (!_missing.empty())
+            CurrentLoadQuestions().missingFiles(ToList(_missing));
+        std::set<std::string> duplicates;
+        for (const Loaded& figure : _figures)
+            duplicates.merge(figure.assembly.duplicateOutputs());
+        if (duplicates.empty())
+            return;
+        Log(fmt::format("{}: formulas drive {} properties in the same way more than once, such as {}",
+                        _document->file.string(), duplicates.size(), *duplicates.begin()));
+        CurrentLoadQuestions().duplicateFormulas(ToList(duplicates));
+    }
+
     std::vector<DzNode*> enterScene()
     {
         std::vector<DzNode*> roots;
@@ -216,18 +241,36 @@ struct LoadBracket {
     ~LoadBracket() { dzScene->endLoad(); }
 };
 
-void ApplyPreset(const dson::Document& document)
+DzNode& SelectedNode(const dson::Document& document)
 {
     DzNode* const selected = dzScene->getPrimarySelection();
     if (!selected)
         throw geometry::Error(document.file.string() + ": nothing is selected to apply the preset to");
-    DzNode* const figure = selected->getSkeleton();
-    if (!document.influenceMaps.empty())
-        ApplyDForm(document, figure ? *figure : *selected);
-    const int applied = ApplyValues(document, *selected);
+    return *selected;
+}
+
+/// False when it was cancelled.
+bool ApplyDFormPreset(const dson::Document& document)
+{
+    DFormLoadOptions options = ProposedDFormOptions(document);
+    if (!CurrentLoadQuestions().dformOptions(options))
+        return false;
+    DzNode& selected = SelectedNode(document);
+    DzNode* const figure = selected.getSkeleton();
+    ApplyDForm(document, figure ? *figure : selected, options);
+    return true;
+}
+
+bool ApplyPreset(const dson::Document& document)
+{
+    const QString label = SelectedNode(document).getLabel();
+    if (!document.influenceMaps.empty() && !ApplyDFormPreset(document))
+        return false;
+    const int applied = ApplyValues(document, SelectedNode(document));
     if (document.influenceMaps.empty() && applied == 0)
-        throw geometry::Error(fmt::format("{}: names nothing that {} has", document.file.string(),
-                                          selected->getLabel().toStdString()));
+        throw geometry::Error(
+            fmt::format("{}: names nothing that {} has", document.file.string(), label.toStdString()));
+    return true;
 }
 
 /// Types may lie, so the content decides; presets with nodes of their own are told by the type alone.
@@ -239,15 +282,14 @@ bool IsPreset(const dson::Document& document)
 
 } // namespace
 
-void LoadIntoScene(AssetLibrary& library, const fs::path& file)
+bool LoadIntoScene(AssetLibrary& library, const fs::path& file)
 {
     const std::shared_ptr<const dson::Document> document = library.read(file);
     const LoadBracket bracket;
     if (IsPreset(*document)) {
         if (document->influenceMaps.empty() && document->animations.empty())
             throw geometry::FormatError("{}: holds nothing to load into a scene", file.string());
-        ApplyPreset(*document);
-        return;
+        return ApplyPreset(*document);
     }
     const std::vector<DzNode*> roots = SceneLoader(library, document).load();
     if (roots.empty())
@@ -256,6 +298,7 @@ void LoadIntoScene(AssetLibrary& library, const fs::path& file)
     for (DzNode* const root : roots)
         root->select(true);
     dzScene->setPrimarySelection(roots.front());
+    return true;
 }
 
 } // namespace openhost

@@ -77,6 +77,8 @@ public:
     Q_INVOKABLE DzImportMgr* getImportMgr() const;
     Q_INVOKABLE DzPluginMgr* getPluginMgr() const;
 
+    DzStyle* getStyle() const; ///< null while the application closes
+
     DzAuthor getCurrentAuthor() const;
     void setCurrentAuthor(const DzAuthor& author);
     DzVersion getVersion() const;

@@ -6,6 +6,7 @@ set(HOST_SCENE_SOURCES
     scene/element.cpp
     scene/file_io.cpp
     scene/formula_controller.cpp
+    scene/load_questions.cpp
     scene/node.cpp
     scene/node_transform.cpp
     scene/numeric_kinds.cpp

@@ -15,7 +15,11 @@
 #include "dzplugin.h"
 #include "dzpluginmgr.h"
 #include "dzscene.h"
+#include "dzstyle.h"
 #include "host/scene/host_log.h"
+#include "host/ui/headless_dialogs.h"
+#include "host/ui/load_windows.h"
+#include "host/ui/look.h"
 #include "openhost/class_registry.h"
 #include "openhost/operations.h"
 
@@ -38,6 +42,9 @@ struct DzApp::Impl {
     bool closing = false;
     int tempFiles = 0;
 
+    openhost::HeadlessDialogs headlessDialogs{nullptr}; ///< at work without display
+    openhost::LoadWindows loadWindows;                  ///< at work with one
+    std::unique_ptr<DzStyle> style;
     std::unique_ptr<DzScene> scene;
     std::unique_ptr<DzExportMgr> exportMgr;
     std::unique_ptr<DzImportMgr> importMgr;
@@ -69,6 +76,16 @@ DzApp::DzApp(int& argc, char** argv, const Options& options) : QApplication(argc
         if (!_impl->logFile.open(QIODevice::WriteOnly | QIODevice::Truncate))
             std::fprintf(stderr, "cannot write the log file \"%s\"\n", qPrintable(options.logFilename));
     }
+    if (options.headless) {
+        installEventFilter(&_impl->headlessDialogs);
+    } else {
+        openhost::SetLoadQuestions(&_impl->loadWindows);
+        openhost::ApplyLook(*this);
+    }
+    _impl->style.reset(new DzStyle);
+    const auto tellStyle = [this] { emit styleChanged(_impl->style.get()); };
+    connect(this, &QGuiApplication::paletteChanged, this, tellStyle);
+    connect(this, &QGuiApplication::fontChanged, this, tellStyle);
     _impl->pluginMgr.reset(new DzPluginMgr);
     createManagers();
     emit starting();
@@ -77,9 +94,11 @@ DzApp::DzApp(int& argc, char** argv, const Options& options) : QApplication(argc
 DzApp::~DzApp()
 {
     _impl->closing = true;
+    openhost::SetLoadQuestions(nullptr);
     emit closing();
     deleteManagers();
     _impl->pluginMgr.reset();
+    _impl->style.reset();
     flushLogBuffer();
     dzApp = nullptr;
 }
@@ -274,6 +293,10 @@ DzImportMgr* DzApp::getImportMgr() const
 DzPluginMgr* DzApp::getPluginMgr() const
 {
     return _impl->pluginMgr.get();
+}
+DzStyle* DzApp::getStyle() const
+{
+    return _impl->style.get();
 }
 DzAuthor DzApp::getCurrentAuthor() const
 {

@@ -2,7 +2,18 @@
 set(HOST_UI_SOURCES
     ui/actions.cpp
     ui/app.cpp
+    ui/dform_load_options.cpp
+    ui/headless_dialogs.cpp
+    ui/load_windows.cpp
+    ui/look.cpp
     ui/openhost.cpp
     ui/plugins.cpp
     ui/progress.cpp
+    ui/slider.cpp
+    ui/slider_accessible.cpp
+    ui/slider_kinds.cpp
+    ui/slider_picture.cpp
+    ui/slider_text.cpp
+    ui/style.cpp
+    ui/style_pictures.cpp
 )

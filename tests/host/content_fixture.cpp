@@ -173,6 +173,27 @@ DzFigure* LibraryTest::openMini()
                                               : nullptr;
 }
 
+fs::path LibraryTest::writeDForm(std::uint32_t vertexCount, std::vector<std::uint32_t> vertices) const
+{
+    dson::DFormAsset dform;
+    dform.info.id = "/Presets/Split.duf";
+    dform.info.type = "preset_dform";
+    dform.name = "D-Former_1";
+    dform.vertexCount = vertexCount;
+    dform.weights.assign(vertices.size(), 0.25f);
+    dform.vertices = std::move(vertices);
+    return dson::WriteDForm(dform, _library);
+}
+
+fs::path LibraryTest::writePose(const char* animations) const
+{
+    const fs::path file = _library / "Presets/Pose.duf";
+    WriteBytes(
+        file, std::string(R"({"file_version": "0.6.0.0", "asset_info": {"type": "preset_pose"}, "scene": )") +
+                  "{\"animations\": " + animations + "}}");
+    return file;
+}
+
 QString LibraryTest::log() const
 {
     return LogText().mid(_logStart);

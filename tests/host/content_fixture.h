@@ -67,6 +67,10 @@ protected:
     /// Loads a file, merging.
     bool open(const std::filesystem::path& file);
     DzFigure* openMini(); ///< null when it cannot be loaded
+    /// A D-Former preset "D-Former_1" with the weight 0.25 at each of the vertices.
+    std::filesystem::path writeDForm(std::uint32_t vertexCount, std::vector<std::uint32_t> vertices) const;
+    /// A pose preset of these animations, as JSON text.
+    std::filesystem::path writePose(const char* animations) const;
     /// The log since the test began.
     QString log() const;
 

@@ -23,29 +23,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class Preset : public LibraryTest {
-protected:
-    fs::path writeDForm(std::uint32_t vertexCount, std::vector<std::uint32_t> vertices) const
-    {
-        dson::DFormAsset dform;
-        dform.info.id = "/Presets/Split.duf";
-        dform.info.type = "preset_dform";
-        dform.name = "D-Former_1";
-        dform.vertexCount = vertexCount;
-        dform.weights.assign(vertices.size(), 0.25f);
-        dform.vertices = std::move(vertices);
-        return dson::WriteDForm(dform, _library);
-    }
-    fs::path writePose(const char* animations) const
-    {
-        const fs::path file = _library / "Presets/Pose.duf";
-        WriteBytes(
-            file,
-            std::string(R"({"file_version": "0.6.0.0", "asset_info": {"type": "preset_pose"}, "scene": )") +
-                "{\"animations\": " + animations + "}}");
-        return file;
-    }
-};
+using Preset = LibraryTest;
 
 class SavedMorph : public LibraryTest {
 protected:
@@ -138,6 +116,15 @@ TEST_F(Preset, a_pose_turns_bones_and_sets_dials)
     EXPECT_EQ(DialOf(*figure, "Up")->getValue(), 0.5f);
     ExpectAt(VertexAt(*figure, 1), 0, 111, 0);
     ExpectAt(VertexAt(*figure, 9), 10, 120, 0);
+}
+
+TEST_F(Preset, stops_at_the_limits_of_a_dial_where_nobody_can_be_asked)
+{
+    mini::WriteMorph(mini::Morph("Up", 1, {0, 2, 0}), _library);
+    DzFigure* const figure = openMini();
+    ASSERT_TRUE(open(writePose(R"([{"url": "name://@selection#Up:?value/value", "keys": [[0, 2.5]]}])")));
+    EXPECT_EQ(DialOf(*figure, "Up")->getValue(), 1.0f);
+    EXPECT_TRUE(log().contains(QStringLiteral("Pose.duf: values beyond the limits stop at them: Up")));
 }
 
 TEST_F(SavedMorph, is_found_by_the_next_load_of_the_figure)

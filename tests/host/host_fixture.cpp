@@ -39,6 +39,10 @@ int main(int argc, char** argv)
     options.settingsFolder = folder.filePath(QStringLiteral("settings"));
     options.logFilename = folder.filePath(QStringLiteral("log.txt"));
     options.tempPath = folder.path();
+    options.documentationPath = folder.filePath(QStringLiteral("documentation"));
+#ifdef HOST_WITH_WINDOWS
+    options.headless = false;
+#endif
     openhost::OpenHost host(argc, argv, options);
     g_host = &host;
     return RUN_ALL_TESTS();

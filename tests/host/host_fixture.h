@@ -14,7 +14,8 @@
 
 #include <vector>
 
-/// The process's host, with settings and log in a folder that goes with it.
+/// The process's host, with settings and log in a folder that goes with it. It is headless unless the program
+/// is compiled with HOST_WITH_WINDOWS.
 openhost::OpenHost& TestHost();
 const QString& TestFolder();
 /// The log's text so far.

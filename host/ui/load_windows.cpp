@@ -1,0 +1,112 @@
+// Windows for what loading content has to ask or tell.
+// SPDX-License-Identifier: MIT
+
+#include "host/ui/load_windows.h"
+
+#include "dzapp.h"
+#include "host/ui/dform_load_options.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace openhost {
+
+namespace {
+
+/// As many lines as a box has room for; the log has them all.
+QString FirstLines(const QStringList& lines)
+{
+    constexpr int kShown = 10;
+    QString text = QStringList(lines.mid(0, kShown)).join(QLatin1Char('\n'));
+    if (lines.size() > kShown)
+        text += QStringLiteral("\nand %1 more").arg(lines.size() - kShown);
+    return text;
+}
+
+constexpr int kListWidth = 60; ///< characters
+
+class MissingFilesDialog : public QDialog {
+public:
+    MissingFilesDialog(QWidget* parent, const QStringList& files) : QDialog(parent)
+    {
+        setObjectName(QStringLiteral("MissingAssetsDialog"));
+        setWindowTitle(QStringLiteral("Missing Files"));
+        setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
+        setModal(true);
+        auto* const text = new QLabel(
+            QStringLiteral("These files are in no content library. What refers to them is left out."));
+        text->setWordWrap(true);
+        auto* const list = new QListWidget;
+        list->addItems(files);
+        for (int i = 0; i < files.size(); ++i)
+            list->item(i)->setToolTip(files.at(i));
+        // Of a long path the beginning and the file's name tell most.
+        list->setTextElideMode(Qt::ElideMiddle);
+        list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        list->setMinimumWidth(kListWidth * fontMetrics().averageCharWidth());
+        auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+        connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+        auto* const rows = new QVBoxLayout(this);
+        rows->addWidget(text);
+        rows->addWidget(list);
+        rows->addWidget(buttons);
+    }
+};
+
+} // namespace
+
+void LoadWindows::missingFiles(const QStringList& files)
+{
+    MissingFilesDialog(dzApp->getDialogParent(), files).exec();
+}
+
+void LoadWindows::openError(const QString& file, const QString& reason)
+{
+    const QString text = reason.contains(file) ? reason : file + QLatin1String(": ") + reason;
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Error opening file"),
+                    QStringLiteral("The file could not be opened.\n\n") + text, QMessageBox::Ok,
+                    dzApp->getDialogParent());
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+void LoadWindows::duplicateFormulas(const QStringList& outputs)
+{
+    QMessageBox box(
+        QMessageBox::Warning, QStringLiteral("Duplicate Formulas Found"),
+        QStringLiteral("Formulas that say the same more than once drive:\n\n%1").arg(FirstLines(outputs)),
+        QMessageBox::Ok, dzApp->getDialogParent());
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+bool LoadWindows::presetExceedsLimits(const QStringList& dials)
+{
+    QMessageBox box(
+        QMessageBox::Question, QStringLiteral("Preset Exceeds Limits"),
+        QStringLiteral("The preset goes beyond the limits of these dials:\n\n%1").arg(FirstLines(dials)),
+        QMessageBox::NoButton, dzApp->getDialogParent());
+    box.setTextFormat(Qt::PlainText);
+    const QAbstractButton* const off =
+        box.addButton(QStringLiteral("Turn Limits Off"), QMessageBox::AcceptRole);
+    QPushButton* const keep = box.addButton(QStringLiteral("Keep Limits"), QMessageBox::RejectRole);
+    box.setDefaultButton(keep);
+    box.setEscapeButton(keep);
+    box.exec();
+    return box.clickedButton() == off;
+}
+
+bool LoadWindows::dformOptions(DFormLoadOptions& options)
+{
+    DzDFormPresetLoadOptionsDlg dialog(dzApp->getDialogParent(), options);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    options = dialog.options();
+    return true;
+}
+
+} // namespace openhost

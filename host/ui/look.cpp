@@ -1,0 +1,69 @@
+// Colours of the application's windows.
+// SPDX-License-Identifier: MIT
+
+#include "host/ui/look.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QPalette>
+#include <QProxyStyle>
+#include <QStyleOption>
+
+namespace openhost {
+
+namespace {
+
+QPalette DarkPalette()
+{
+    const QColor window(54, 56, 60);
+    const QColor base(36, 38, 41);
+    const QColor text(224, 226, 229);
+    const QColor dimmed(128, 131, 136);
+    const QColor highlight(226, 152, 60);
+    QPalette palette(text, QColor(72, 75, 80), QColor(104, 108, 114), QColor(26, 27, 29), QColor(88, 91, 97),
+                     text, Qt::white, base, window);
+    palette.setColor(QPalette::AlternateBase, QColor(43, 45, 49));
+    palette.setColor(QPalette::Highlight, highlight);
+    palette.setColor(QPalette::HighlightedText, QColor(24, 24, 24));
+    palette.setColor(QPalette::Link, QColor(120, 178, 240));
+    palette.setColor(QPalette::ToolTipBase, QColor(66, 69, 74));
+    palette.setColor(QPalette::ToolTipText, text);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, dimmed);
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(96, 99, 104));
+    return palette;
+}
+
+/// The style draws the frames of boxes darker than the window, where dark windows swallow them.
+class OutlinedStyle : public QProxyStyle {
+public:
+    OutlinedStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override
+    {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (element != PE_IndicatorCheckBox && element != PE_IndicatorRadioButton)
+            return;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(option->palette.color(QPalette::Midlight));
+        painter->setBrush(Qt::NoBrush);
+        const QRectF frame = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+        if (element == PE_IndicatorCheckBox)
+            painter->drawRect(frame);
+        else
+            painter->drawEllipse(frame);
+        painter->restore();
+    }
+};
+
+} // namespace
+
+void ApplyLook(QApplication& application)
+{
+    application.setStyle(new OutlinedStyle);
+    application.setPalette(DarkPalette());
+}
+
+} // namespace openhost
