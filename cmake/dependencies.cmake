@@ -11,6 +11,7 @@ find_package(ZLIB REQUIRED)
 find_package(PNG REQUIRED)
 find_package(GTest REQUIRED)
 find_package(benchmark REQUIRED)
+find_package(rapidcheck REQUIRED)
 
 # The package ships no CMake file.
 find_path(OPENSUBDIV_INCLUDE_DIR opensubdiv/far/topologyRefiner.h REQUIRED)

@@ -7,13 +7,13 @@
 #include "shared/ks_daz-managers.h"
 #include "shared/ks_debug.h"
 #include "shared/ks_exception.h"
-#include "shared/ks_gui.h"
 #include "shared/ks_help.h"
 #include "shared/ks_morph-loader.h"
 #include "shared/ks_obj-settings.h"
 #include "shared/ks_product.h"
 #include "shared/ks_progress.h"
 #include "shared/ks_string.h"
+#include "shared/ks_wait-cursor.h"
 
 #include <QDir>
 

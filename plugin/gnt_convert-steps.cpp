@@ -6,12 +6,12 @@
 #include "shared/ks_assert.h"
 #include "shared/ks_clickaway.h"
 #include "shared/ks_exception.h"
-#include "shared/ks_gui.h"
 #include "shared/ks_morph-loader.h"
 #include "shared/ks_obj-settings.h"
 #include "shared/ks_progress.h"
 #include "shared/ks_string.h"
 #include "shared/ks_transfer-utility.h"
+#include "shared/ks_wait-cursor.h"
 
 #include <algorithm>
 #include <cmath>

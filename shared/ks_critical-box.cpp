@@ -1,4 +1,4 @@
-// The box at the end of the error path.
+// The box at the end of the error path, and its friendly sister.
 // SPDX-License-Identifier: MIT
 
 #include "shared/ks_critical-box.h"
@@ -15,18 +15,37 @@
 namespace kst {
 namespace daz {
 
+namespace {
+
+void ShowBox(QMessageBox::Icon icon, const std::string& title, std::string_view heading,
+             std::string_view message, QWidget* parent)
+{
+    QMessageBox box(icon, str::ToQ(title), str::ToQ(MakeBoxBody(heading, message)), QMessageBox::Ok,
+                    parent ? parent : dzApp->getDialogParent());
+    box.setTextFormat(Qt::RichText);
+    box.exec();
+}
+
+} // namespace
+
 void CriticalBox(std::string_view heading, std::string_view message, QWidget* parent, bool log)
 {
     const std::string version = MakeVersionStringOnly();
     if (log)
         Debug::Log("Critical error message box in {} {}: {}: {}", product::TITLE, version, heading, message);
-    const std::string title = fmt::format("Error {} {} {}", str::EM_DASH, product::TITLE, version);
-    const std::string body =
-        fmt::format("<p><b>{}</b></p>\n<p>{}</p>", str::MakeSentence(heading), str::MakeSentence(message));
-    QMessageBox box(QMessageBox::Critical, str::ToQ(title), str::ToQ(body), QMessageBox::Ok,
-                    parent ? parent : dzApp->getDialogParent());
-    box.setTextFormat(Qt::RichText);
-    box.exec();
+    ShowBox(QMessageBox::Critical, fmt::format("Error {} {} {}", str::EM_DASH, product::TITLE, version),
+            heading, message, parent);
+}
+
+void InfoBox(std::string_view heading, std::string_view message, QWidget* parent)
+{
+    ShowBox(QMessageBox::Information, fmt::format("{} {}", product::TITLE, MakeVersionStringOnly()), heading,
+            message, parent);
+}
+
+std::string MakeBoxBody(std::string_view heading, std::string_view message)
+{
+    return fmt::format("<p><b>{}</b></p>\n<p>{}</p>", str::MakeSentence(heading), str::MakeSentence(message));
 }
 
 } // namespace daz

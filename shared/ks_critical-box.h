@@ -1,9 +1,10 @@
-// The box at the end of the error path.
+// The box at the end of the error path, and its friendly sister.
 // SPDX-License-Identifier: MIT
 
 #pragma once
 
 #include <exception>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -16,6 +17,14 @@ namespace daz {
 /// @param parent  null for the host's dialog parent
 /// @param log     also writes one line to the host's log
 void CriticalBox(std::string_view heading, std::string_view message, QWidget* parent, bool log);
+
+/// Tells what was done and blocks until the user closes the box.
+/// @param parent  null for the host's dialog parent
+void InfoBox(std::string_view heading, std::string_view message, QWidget* parent);
+
+/// The rich text of such boxes: the heading in bold, then the message, each made a sentence. Neither is
+/// escaped.
+std::string MakeBoxBody(std::string_view heading, std::string_view message);
 
 /// The outermost handler: runs what the toolkit or the host called in, and shows whatever std::exception it
 /// throws in the box, with a log line. Nothing else may leave it: any other exception, and a failure of the

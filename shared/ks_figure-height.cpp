@@ -3,7 +3,7 @@
 
 #include "shared/ks_figure-height.h"
 
-#include "shared/ks_gui.h"
+#include "shared/ks_wait-cursor.h"
 
 #include <dzbox3.h>
 #include <dzfigure.h>

@@ -5,8 +5,8 @@
 
 #include "shared/ks_daz-managers.h"
 #include "shared/ks_exception.h"
-#include "shared/ks_gui.h"
 #include "shared/ks_string.h"
+#include "shared/ks_wait-cursor.h"
 
 #include <dzassetiofilter.h>
 #include <dzassetiomgr.h>

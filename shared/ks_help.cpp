@@ -11,6 +11,12 @@
 namespace kst {
 namespace daz {
 
+namespace {
+
+const char* const BUILD_DATE = "2023-06-22";
+
+} // namespace
+
 std::string FormatHelp(std::string_view text)
 {
     std::string result(text);
@@ -31,6 +37,18 @@ std::string MakeVersionStringOnly()
 {
     return fmt::format("V{}.{}.{}", product::VERSION.majorNumber, product::VERSION.minorNumber,
                        product::VERSION.revision);
+}
+
+std::string MakeExtendedVersionString()
+{
+    return fmt::format("{} ({})", MakeVersionStringOnly(), BUILD_DATE);
+}
+
+std::string MakeWindowTitle(const char* title)
+{
+    const std::string version = MakeExtendedVersionString();
+    return title ? fmt::format("{} {} {} {}", title, str::EM_DASH, product::TITLE, version)
+                 : fmt::format("{} {}", product::TITLE, version);
 }
 
 } // namespace daz

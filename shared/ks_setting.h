@@ -10,6 +10,7 @@
 
 namespace kst {
 
+/// Base of what has one place and no copies.
 class ProhibitCopy {
 public:
     ProhibitCopy() = default;
@@ -27,19 +28,23 @@ public:
         _listeners->push_back(std::move(callback));
     }
 
+    /// A listener that is added meanwhile is not called yet.
     /// @throws std::bad_function_call  a listener is empty
     void notifyListeners() const
     {
-        if (_listeners)
-            for (const std::function<void()>& listener : *_listeners)
-                listener();
+        if (!_listeners)
+            return;
+        // A listener may add others, or bring down the setting with its list.
+        const std::vector<std::function<void()>> listeners = *_listeners;
+        for (const std::function<void()>& listener : listeners)
+            listener();
     }
 
 private:
     std::shared_ptr<std::vector<std::function<void()>>> _listeners;
 };
 
-/// A value with a default.
+/// A value with a default. A derived setting may keep it elsewhere too, which is why get() is not const.
 template <class T>
 class SettingBase : public SettingRoot {
 public:
@@ -47,7 +52,7 @@ public:
     SettingBase(T defaultValue, T value) : _defaultValue(std::move(defaultValue)), _value(std::move(value)) {}
 
     virtual const T& get() { return _value; }
-    virtual void set(const T& value) { _value = value; }
+    virtual void set(const T& value) { _value = value; } ///< silent: no listener is called
     virtual ~SettingBase() = default;
 
     const T& getDefault() const { return _defaultValue; }

@@ -1,14 +1,13 @@
-// UTF-8 strings: conversion, splitting and joining, quoting, numbers and durations, file names.
+// UTF-8 strings: conversion, splitting and joining, searching, quoting, identifiers.
 // SPDX-License-Identifier: MIT
 
 #include "shared/ks_string.h"
 
 #include "shared/ks_assert.h"
 
+#include <algorithm>
 #include <cctype>
-#include <locale>
-#include <random>
-#include <sstream>
+#include <iterator>
 
 #include <fmt/format.h>
 
@@ -17,22 +16,20 @@ namespace str {
 
 namespace {
 
-/// Commas between groups of three digits, whatever the user's locale.
-class SeparateThousands : public std::numpunct<char> {
-protected:
-    char do_thousands_sep() const override { return ','; }
-    std::string do_grouping() const override { return "\3"; }
-};
-
-const std::locale& ThousandsLocale()
-{
-    static const std::locale locale(std::locale::classic(), new SeparateThousands);
-    return locale;
-}
-
+// The C library's functions take no negative number but EOF, and char may be signed.
 bool IsSpace(char c)
 {
     return std::isspace(static_cast<unsigned char>(c)) != 0;
+}
+
+bool IsUpper(char c)
+{
+    return std::isupper(static_cast<unsigned char>(c)) != 0;
+}
+
+char Lower(char c)
+{
+    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
 }
 
 char Upper(char c)
@@ -40,22 +37,38 @@ char Upper(char c)
     return static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
 }
 
+bool SameLetter(char a, char b)
+{
+    return Upper(a) == Upper(b);
+}
+
 template <class Container>
 std::string ImplodeItems(std::string_view separator, const Container& items)
 {
-    std::size_t length = 0;
+    if (items.empty())
+        return std::string();
+    std::size_t length = (items.size() - 1) * separator.size();
     for (const auto& item : items)
-        length += item.size() + separator.size();
+        length += item.size();
     std::string result;
     result.reserve(length);
-    bool first = true;
-    for (const auto& item : items) {
-        if (!first)
-            result += separator;
-        first = false;
-        result += item;
+    result += *items.begin();
+    for (auto item = std::next(items.begin()); item != items.end(); ++item) {
+        result += separator;
+        result += *item;
     }
     return result;
+}
+
+template <class Store>
+void ExplodeInto(std::string_view text, std::string_view separator, bool trim, bool keepEmpty,
+                 const Store& store)
+{
+    ForEachSubstring(text, separator, [&](std::string_view piece) {
+        if (!piece.empty() || keepEmpty)
+            store(trim ? trimmed(piece) : piece);
+        return true;
+    });
 }
 
 } // namespace
@@ -92,6 +105,25 @@ std::vector<std::string_view> FromSv(const std::vector<std::string>& texts)
     return std::vector<std::string_view>(texts.begin(), texts.end());
 }
 
+std::vector<std::string> FromSvv(const std::vector<std::string_view>& texts)
+{
+    return std::vector<std::string>(texts.begin(), texts.end());
+}
+
+std::string ToLower(std::string_view text)
+{
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), Lower);
+    return result;
+}
+
+std::string ToUpper(std::string_view text)
+{
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), Upper);
+    return result;
+}
+
 bool ForEachSubstring(std::string_view text, std::string_view separator,
                       const std::function<bool(std::string_view)>& callback)
 {
@@ -113,11 +145,42 @@ std::vector<std::string> ExplodeVector(std::string_view text, std::string_view s
                                        bool keepEmpty)
 {
     std::vector<std::string> result;
-    ForEachSubstring(text, separator, [&](std::string_view piece) {
-        if (!piece.empty() || keepEmpty)
-            result.emplace_back(trim ? trimmed(piece) : piece);
-        return true;
-    });
+    ExplodeInto(text, separator, trim, keepEmpty,
+                [&](std::string_view piece) { result.emplace_back(piece); });
+    return result;
+}
+
+std::vector<std::string> ExplodeVector(const char* text, std::string_view separator, bool trim,
+                                       bool keepEmpty)
+{
+    return ExplodeVector(std::string_view(text), separator, trim, keepEmpty);
+}
+
+std::vector<std::string> ExplodeVector(const QString& text, std::string_view separator, bool trim,
+                                       bool keepEmpty)
+{
+    return ExplodeVector(std::string_view(ToStd(text)), separator, trim, keepEmpty);
+}
+
+std::vector<std::string_view> ExplodeViewVector(std::string_view text, std::string_view separator,
+                                                bool keepEmpty)
+{
+    std::vector<std::string_view> result;
+    ExplodeViewVector(text, separator, keepEmpty, result);
+    return result;
+}
+
+void ExplodeViewVector(std::string_view text, std::string_view separator, bool keepEmpty,
+                       std::vector<std::string_view>& pieces)
+{
+    pieces.clear();
+    ExplodeInto(text, separator, false, keepEmpty, [&](std::string_view piece) { pieces.push_back(piece); });
+}
+
+std::set<std::string> ExplodeSet(std::string_view text, std::string_view separator, bool trim, bool keepEmpty)
+{
+    std::set<std::string> result;
+    ExplodeInto(text, separator, trim, keepEmpty, [&](std::string_view piece) { result.emplace(piece); });
     return result;
 }
 
@@ -143,6 +206,52 @@ std::string Implode(std::string_view separator, const std::vector<std::string_vi
 std::string Implode(std::string_view separator, const std::set<std::string>& items)
 {
     return ImplodeItems(separator, items);
+}
+
+std::string Implode(std::string_view separator, const std::set<int>& items) noexcept
+{
+    std::vector<std::string> texts;
+    for (const int item : items)
+        texts.push_back(fmt::format("{}", item));
+    return ImplodeItems(separator, texts);
+}
+
+std::string Implode(std::string_view separator, const QStringList& items)
+{
+    return ImplodeItems(separator, ToStd(items));
+}
+
+QString ImplodeQ(std::string_view separator, const std::vector<std::string>& items)
+{
+    return ToQ(Implode(separator, items));
+}
+
+QString ImplodeQ(std::string_view separator, const std::vector<std::string_view>& items)
+{
+    return ToQ(Implode(separator, items));
+}
+
+QString ImplodeQ(std::string_view separator, const std::set<std::string>& items)
+{
+    return ToQ(Implode(separator, items));
+}
+
+QString ImplodeQ(std::string_view separator, const std::set<int>& items) noexcept
+{
+    return ToQ(Implode(separator, items));
+}
+
+QString ImplodeQ(std::string_view separator, const QStringList& items)
+{
+    return ToQ(Implode(separator, items));
+}
+
+std::string UnorderedList(std::size_t indent, std::string_view prefix, const std::vector<std::string>& items)
+{
+    if (items.empty())
+        return std::string();
+    const std::string separator = fmt::format("\n{}{}", std::string(indent, ' '), prefix);
+    return separator + Implode(separator, items);
 }
 
 bool StartsWith(std::string_view text, std::string_view prefix)
@@ -171,12 +280,21 @@ std::string FindReplaceReturn(std::string_view text, std::string_view find, std:
 
 bool EqualsCaseInsensitive(std::string_view a, std::string_view b)
 {
-    if (a.size() != b.size())
-        return false;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        if (Upper(a[i]) != Upper(b[i]))
-            return false;
-    return true;
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), SameLetter);
+}
+
+std::size_t FindCaseInsensitive(std::string_view haystack, std::string_view needle)
+{
+    const auto found =
+        std::search(haystack.begin(), haystack.end(), needle.begin(), needle.end(), SameLetter);
+    // An empty needle is found at the start, which in an empty text is the end and so counts as not found.
+    return found == haystack.end() ? std::string_view::npos
+                                   : static_cast<std::size_t>(found - haystack.begin());
+}
+
+std::string StringOrOther(std::string_view text, std::string_view other)
+{
+    return std::string(text.empty() ? other : text);
 }
 
 std::string Quote(std::string_view text)
@@ -199,56 +317,38 @@ QString QuoteQ(std::string_view text)
     return ToQ(Quote(text));
 }
 
-std::string MakeSentence(std::string_view text)
+std::string BoldQuote(const QString& text)
 {
-    std::string result(text);
-    if (!result.empty() && std::islower(static_cast<unsigned char>(result.front())))
-        result.front() = Upper(result.front());
-    const std::string_view enders = ".!?>";
-    if (result.empty() || enders.find(result.back()) == std::string_view::npos)
-        result += '.';
-    return result;
+    return fmt::format("<b>{}{}{}</b>", OPEN_QUOTE, ToStd(text), CLOSE_QUOTE);
 }
 
-std::string FormatNumberWithThousands(std::uint64_t number)
+std::string MakeQuotedIdentifier(std::string_view text)
 {
-    std::ostringstream stream;
-    stream.imbue(ThousandsLocale());
-    stream << number;
-    return stream.str();
+    const bool needsQuotes = !StartsWith(text, "\"") && std::any_of(text.begin(), text.end(), IsUpper);
+    return needsQuotes ? fmt::format("\"{}\"", text) : std::string(text);
 }
 
-std::string Pluralize(std::uint64_t number, std::string_view singular, std::string_view plural)
+std::string CamelCase(std::string_view text, FlagSet<CamelCaseFlag> flags)
 {
-    return number == 1 ? std::string(singular)
-                       : FindReplaceReturn(plural, "%d", FormatNumberWithThousands(number));
-}
-
-std::string FormatSecondsElapsed(std::uint64_t seconds)
-{
-    const std::uint64_t hours = seconds / 3600, minutes = seconds / 60 % 60, rest = seconds % 60;
-    if (hours > 0)
-        return fmt::format("{}:{:02}:{:02} hours", hours, minutes, rest);
-    if (minutes > 0)
-        return fmt::format("{}:{:02} minutes", minutes, rest);
-    return seconds == 1 ? "1 second" : fmt::format("{} seconds", seconds);
-}
-
-std::string MakeRandomString(std::size_t length)
-{
-    static const std::string_view alphabet = "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
-    static std::mt19937 generator(std::random_device("/dev/urandom")());
-    static std::uniform_int_distribution<std::size_t> pick(0, alphabet.size() - 1);
+    const std::string_view spaces = flags.test(CamelCaseFlag::KeepUnderscores) ? " )[]{}" : " )[]{}_";
+    bool lowerNext = flags.test(CamelCaseFlag::LowerFirst);
+    bool upperNext = false;
+    bool wordStart = true;
     std::string result;
-    for (std::size_t i = 0; i < length; ++i)
-        result += alphabet[pick(generator)];
+    for (const char c : text) {
+        if (spaces.find(c) != std::string_view::npos) {
+            upperNext = upperNext || !wordStart;
+            wordStart = true;
+        } else if (c == '(') {
+            if (!wordStart)
+                result += '_';
+            wordStart = true;
+        } else if (c != '\'') {
+            result += lowerNext ? Lower(c) : upperNext ? Upper(c) : c;
+            lowerNext = upperNext = wordStart = false;
+        }
+    }
     return result;
-}
-
-std::string MakePath(std::string_view directory, std::string_view name)
-{
-    const bool needsSlash = !directory.empty() && directory.back() != '/';
-    return fmt::format("{}{}{}", directory, needsSlash ? "/" : "", name);
 }
 
 } // namespace str

@@ -1,0 +1,37 @@
+// The wait cursor for a scope.
+// SPDX-License-Identifier: MIT
+
+#include "shared/ks_wait-cursor.h"
+
+#include <QApplication>
+#include <QCursor>
+
+namespace kst {
+
+WaitCursor::WaitCursor(bool busyOnly) : _busyOnly(busyOnly)
+{
+    again();
+}
+
+WaitCursor::~WaitCursor()
+{
+    restore();
+}
+
+void WaitCursor::again()
+{
+    if (_pushed)
+        return;
+    QApplication::setOverrideCursor(_busyOnly ? Qt::BusyCursor : Qt::WaitCursor);
+    _pushed = true;
+}
+
+void WaitCursor::restore()
+{
+    if (!_pushed)
+        return;
+    QApplication::restoreOverrideCursor();
+    _pushed = false;
+}
+
+} // namespace kst
