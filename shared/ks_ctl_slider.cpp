@@ -39,6 +39,7 @@ SliderControllerBase<S, T>::SliderControllerBase(QHBoxLayout& layout, QLabel* la
     : ControllerWithWidget<S, T>(setting, std::move(onChange)), _slider(*new S(layout.parentWidget()))
 {
     setUpSlider(setting, flags);
+    _slider.setDefaultValue(setting.getDefault());
     _slider.setAccessibleName(PlainText(name));
     if (label) {
         label->setText(str::ToQ(fmt::format("<b>{}</b>", name)));

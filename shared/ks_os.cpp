@@ -70,7 +70,11 @@ bool ShowInFileManager(const QFileInfo& item)
                                   << QLatin1String("org.freedesktop.FileManager1.ShowItems")
                                   << QLatin1String("array:string:") + QString::fromLatin1(url.constData())
                                   << QLatin1String("string:");
-    return QProcess::execute(QLatin1String("dbus-send"), arguments) == 0;
+    // Not execute(): the reply is of no use, and it would go to the host's own output.
+    QProcess process;
+    process.start(QLatin1String("dbus-send"), arguments);
+    return process.waitForFinished(2 * patienceMs) && process.exitStatus() == QProcess::NormalExit &&
+           process.exitCode() == 0;
 }
 
 } // namespace

@@ -27,8 +27,8 @@ bool LoadQuestions::presetExceedsLimits(const QStringList&)
 
 bool LoadQuestions::dformOptions(DFormLoadOptions& options)
 {
-    LogWarning(QStringLiteral("not shown without display: D-Former Load Options; %1 is added as it is")
-                   .arg(options.name));
+    LogNote(QStringLiteral("not shown without display: D-Former Load Options; %1 is added as it is")
+                .arg(options.name));
     return true;
 }
 

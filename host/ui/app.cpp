@@ -319,6 +319,12 @@ bool DzApp::isClosing() const
     return _impl->closing;
 }
 
+void openhost::LogNote(const QString& line)
+{
+    if (dzApp)
+        dzApp->log(line);
+}
+
 void openhost::LogWarning(const QString& line)
 {
     if (dzApp)

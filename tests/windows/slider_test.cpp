@@ -5,7 +5,6 @@
 #include "dzintslider.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/picture.h"
-#include "tests/windows/picture.h"
 
 #include <cmath>
 #include <limits>
@@ -304,9 +303,9 @@ TEST_F(SliderTest, shows_as_many_decimals_as_its_range_asks_for)
         float max, value;
         bool asPercent;
         const char* text;
-    } rows[] = {{1.0f, 0.125f, true, "12.5%"},      {1.0f, -1e-5f, true, "0.0%"},
+    } rows[] = {{1.0f, 0.125f, true, "12.5%"},     {1.0f, -1e-5f, true, "0.0%"},
                 {0.01f, 0.0034f, false, "0.0034"}, {90.0f, -12.5f, false, "-12.50"},
-                {2000.0f, 0.04f, false, "0.0"},     {10.0f, 3.0f, true, "300.0%"}};
+                {2000.0f, 0.04f, false, "0.0"},    {10.0f, 3.0f, true, "300.0%"}};
     for (const auto& row : rows) {
         slider.setMinMax(0.0f, row.max);
         slider.setDisplayAsPercent(row.asPercent);
