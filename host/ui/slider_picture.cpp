@@ -155,7 +155,7 @@ QSize SliderSizeHint(const QWidget& slider, const SliderLook& look)
 
 QSize SliderMinimumSize(const QWidget& slider, const SliderLook& look)
 {
-    return SizeWithBar(slider, look, 3 * HandleWidth(slider));
+    return SizeWithBar(slider, look, 5 * slider.fontMetrics().height());
 }
 
 void PaintSlider(QPainter& painter, const QWidget& slider, const SliderLook& look)
