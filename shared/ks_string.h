@@ -219,6 +219,10 @@ QString GetDirnameQ(const QString& path);
 /// @return whether every component was found
 bool CaseCorrectPath(std::string_view baseDir, std::string_view relativePath, std::string& out);
 
+/// One check of a start-up check on the user's machine.
+/// @param condition  as the source has it
+/// @throws kst::Exception  "Test failed: {}" with the condition, unless it holds
+void ThrowUnless(bool holds, std::string_view condition);
 /// Checks joining and trimming, for a start-up check on the user's machine.
 /// @throws kst::Exception  "Test failed: {}" with the first condition that does not hold
 void TestCasesOrThrow();

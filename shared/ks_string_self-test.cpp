@@ -12,13 +12,13 @@ namespace {
 
 typedef std::set<std::string> StringSet;
 
+} // namespace
+
 void ThrowUnless(bool holds, std::string_view condition)
 {
     if (!holds)
         throw Exception("Test failed: {}", condition);
 }
-
-} // namespace
 
 void TestCasesOrThrow()
 {

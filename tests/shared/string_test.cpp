@@ -3,6 +3,8 @@
 
 #include "shared/ks_string.h"
 
+#include "tests/shared/throws.h"
+
 #include <gtest/gtest.h>
 
 #include <set>
@@ -257,6 +259,12 @@ TEST(CamelCase, takes_an_underscore_for_a_blank_unless_it_is_to_stay)
     EXPECT_EQ(CamelCase("Hello_big world", Flags(CamelCaseFlag::KeepUnderscores) | CamelCaseFlag::LowerFirst),
               "hello_bigWorld");
     EXPECT_EQ(static_cast<int>(CamelCaseFlag::KeepUnderscores), 2);
+}
+
+TEST(Strings, name_the_check_that_fails)
+{
+    EXPECT_NO_THROW(ThrowUnless(true, "1 == 1"));
+    EXPECT_EQ(MessageOf([] { ThrowUnless(false, "str5.empty()"); }), "Test failed: str5.empty()");
 }
 
 TEST(Strings, pass_their_own_checks)

@@ -53,6 +53,15 @@ TEST_F(ActionBox, shows_heading_and_message_as_sentences_that_can_be_copied)
     EXPECT_TRUE(label->textInteractionFlags() & Qt::TextSelectableByMouse);
 }
 
+TEST_F(ActionBox, has_its_layouts_by_name)
+{
+    const std::unique_ptr<ActionBoxDialog> box(make(ActionBoxDialog::OK));
+    EXPECT_EQ(box->objectName(), QStringLiteral("ActionBox"));
+    EXPECT_EQ(box->findChild<QVBoxLayout*>(QStringLiteral("pvertMain")), &box->getMainLayout());
+    EXPECT_NE(box->findChild<QHBoxLayout*>(QStringLiteral("phorzLabel")), nullptr);
+    EXPECT_NE(box->findChild<QVBoxLayout*>(QStringLiteral("pvertForCheckbox")), nullptr);
+}
+
 TEST_F(ActionBox, has_the_products_title_unless_it_is_given_one_to_put_before)
 {
     const std::unique_ptr<ActionBoxDialog> plain(make(ActionBoxDialog::OK));
