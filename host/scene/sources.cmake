@@ -12,6 +12,7 @@ set(HOST_SCENE_SOURCES
     scene/numeric_kinds.cpp
     scene/numeric_property.cpp
     scene/operations.cpp
+    scene/option_table.cpp
     scene/property.cpp
     scene/property_groups.cpp
     scene/scene.cpp

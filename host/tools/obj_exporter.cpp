@@ -14,6 +14,7 @@
 #include "host/figure/mesh_access.h"
 #include "host/scene/host_log.h"
 #include "host/tools/mesh_cleanup.h"
+#include "host/tools/obj_option_rows.h"
 #include "host/tools/obj_options.h"
 #include "host/tools/obj_selection.h"
 
@@ -109,6 +110,13 @@ void DzObjExporter::getDefaultOptions(DzFileIOSettings* options) const
     options->setBoolValue(QLatin1String("IgnoreInvisible"), true);
     for (const char* const key : {"WriteVT", "WriteF", "WriteL", "WriteG", "GroupGeom", "WriteUsemtl"})
         options->setBoolValue(QLatin1String(key), true);
+}
+
+bool DzObjExporter::getOptions(DzFileIOSettings* options, bool useInterface, const QString& filename)
+{
+    return DzExporter::getOptions(options, useInterface, filename) &&
+           (!useInterface ||
+            openhost::AskOptions(QStringLiteral("OBJ Export Options"), openhost::ObjExportRows(), *options));
 }
 
 DzError DzObjExporter::write(const QString& filename, const DzFileIOSettings* options)

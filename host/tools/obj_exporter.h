@@ -15,6 +15,7 @@ public:
 
     QString getDescription() const override;
     void getDefaultOptions(DzFileIOSettings* options) const override;
+    bool getOptions(DzFileIOSettings* options, bool useInterface, const QString& filename) override;
 
 protected:
     DzError write(const QString& filename, const DzFileIOSettings* options) override;

@@ -12,6 +12,7 @@
 #include "geometry/errors.h"
 #include "host/figure/mesh_access.h"
 #include "host/scene/host_log.h"
+#include "host/tools/obj_option_rows.h"
 #include "host/tools/obj_options.h"
 
 #include <cmath>
@@ -68,6 +69,13 @@ void DzObjImporter::getDefaultOptions(DzFileIOSettings* options) const
          {"IncludeVT", "IncludeF", "IncludeL", "IncludeG", "IncludeUsemtl", "IncludeMtllib"})
         options->setBoolValue(QLatin1String(key), true);
     options->setBoolValue(QLatin1String("AutoAdapt"), false);
+}
+
+bool DzObjImporter::getOptions(DzFileIOSettings* options, bool useInterface, const QString& filename)
+{
+    return DzImporter::getOptions(options, useInterface, filename) &&
+           (!useInterface ||
+            openhost::AskOptions(QStringLiteral("OBJ Import Options"), openhost::ObjImportRows(), *options));
 }
 
 QString DzObjImporter::getExtension(int) const

@@ -12,6 +12,7 @@ class DzObjImporter : public DzImporter {
 public:
     QString getDescription() const override;
     void getDefaultOptions(DzFileIOSettings* options) const override;
+    bool getOptions(DzFileIOSettings* options, bool useInterface, const QString& filename) override;
     int getNumExtensions() const override { return 1; }
     QString getExtension(int index) const override;
 

@@ -14,6 +14,7 @@ set(HOST_TOOLS_SOURCES
     tools/morph_loader_batch.cpp
     tools/obj_exporter.cpp
     tools/obj_importer.cpp
+    tools/obj_option_rows.cpp
     tools/obj_options.cpp
     tools/obj_selection.cpp
     tools/transfer_parts.cpp

@@ -20,6 +20,7 @@
 #include "host/ui/headless_dialogs.h"
 #include "host/ui/load_windows.h"
 #include "host/ui/look.h"
+#include "host/ui/options_dialog.h"
 #include "openhost/class_registry.h"
 #include "openhost/operations.h"
 
@@ -80,6 +81,7 @@ DzApp::DzApp(int& argc, char** argv, const Options& options) : QApplication(argc
         installEventFilter(&_impl->headlessDialogs);
     } else {
         openhost::SetLoadQuestions(&_impl->loadWindows);
+        openhost::SetOptionsAsker(openhost::OptionsDialog::Ask);
         openhost::ApplyLook(*this);
     }
     _impl->style.reset(new DzStyle);
@@ -95,6 +97,7 @@ DzApp::~DzApp()
 {
     _impl->closing = true;
     openhost::SetLoadQuestions(nullptr);
+    openhost::SetOptionsAsker(nullptr);
     emit closing();
     deleteManagers();
     _impl->pluginMgr.reset();

@@ -7,6 +7,7 @@ set(HOST_UI_SOURCES
     ui/load_windows.cpp
     ui/look.cpp
     ui/openhost.cpp
+    ui/options_dialog.cpp
     ui/plugins.cpp
     ui/progress.cpp
     ui/slider.cpp

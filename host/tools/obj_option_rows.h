@@ -1,0 +1,13 @@
+// The OBJ options as dialogs show them.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/scene/option_table.h"
+
+namespace openhost {
+
+const std::vector<OptionRow>& ObjExportRows();
+const std::vector<OptionRow>& ObjImportRows();
+
+} // namespace openhost
