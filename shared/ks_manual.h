@@ -9,7 +9,7 @@ namespace daz {
 /// Shows the PDF file "Plugins/<name>/<name> Manual.pdf" of the host's documentation folder in the system's
 /// viewer. Throws nothing: a file that does not exist is told of in the critical box, with a log line. GUI
 /// thread only.
-/// @param manualName  UTF-8, such as "Gantrel for Genesis 9"
+/// @param manualName  UTF-8, the name of folder and file
 void OpenPluginManual(const char* manualName) noexcept;
 
 } // namespace daz
