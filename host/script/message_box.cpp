@@ -37,10 +37,6 @@ int ScriptMessageBox::ask(QMessageBox::Icon icon, const QString& text, const QSt
                           QStringList buttons)
 {
     buttons.removeAll(QString());
-    if (dzApp->isHeadless()) {
-        dzApp->warning(QStringLiteral("not shown without display: %1: %2").arg(title, text));
-        return icon == QMessageBox::Question && !buttons.isEmpty() ? buttons.size() - 1 : 0;
-    }
     QMessageBox box(icon, title, text, QMessageBox::NoButton, dzApp->getDialogParent());
     QList<QAbstractButton*> pushButtons;
     for (const QString& button : buttons)

@@ -8,8 +8,8 @@
 
 namespace openhost {
 
-/// Each blocks until the user answers and gives the index of the button. Without a display the text goes to
-/// the log and the answer is the first button of a statement and the last one of a question.
+/// Each blocks until the user answers and gives the index of the button; closing the box counts as the last
+/// one, and so does a box that nobody can see.
 class ScriptMessageBox : public QObject {
     Q_OBJECT
 public:

@@ -5,6 +5,7 @@
 
 #include "dzfloatproperty.h"
 #include "dznode.h"
+#include "openhost/class_registry.h"
 #include "tests/host/host_fixture.h"
 
 #include <QFile>
@@ -83,6 +84,36 @@ TEST_F(ScriptTest, deletes_what_it_made_unless_the_scene_took_it)
     valueOf("var kept = new DzNode(); kept.setName('Kept'); Scene.addNode(kept); var lost = new DzNode();");
     ASSERT_EQ(dzScene->getNumNodes(), 1);
     EXPECT_EQ(dzScene->getNode(0)->getName().toStdString(), "Kept");
+}
+
+/// Counts those that live.
+class CountedTimer : public QTimer {
+public:
+    CountedTimer()
+    {
+        ++alive;
+        ++made;
+    }
+    ~CountedTimer() override { --alive; }
+    static int alive, made;
+};
+int CountedTimer::alive = 0;
+int CountedTimer::made = 0;
+
+class CountedTimerFactory : public DzClassFactory {
+public:
+    CountedTimerFactory() : DzClassFactory(&QTimer::staticMetaObject, DzGuid()) {}
+    QObject* createInstance() const override { return new CountedTimer; }
+    QObject* createInstance(const QVariantList&) const override { return new CountedTimer; }
+};
+
+TEST_F(ScriptTest, deletes_what_nobody_took_when_the_run_ends)
+{
+    static const CountedTimerFactory factory;
+    openhost::RegisterClassFactory(&factory);
+    EXPECT_EQ(valueOf("var a = new QTimer(); var b = new QTimer(); 7").toInt(), 7);
+    EXPECT_EQ(CountedTimer::made, 2);
+    EXPECT_EQ(CountedTimer::alive, 0);
 }
 
 TEST_F(ScriptTest, starts_each_run_with_nothing_of_the_one_before)
