@@ -3,178 +3,35 @@
 
 #include "geometry/picture.h"
 
-#include "geometry/embree_device.h"
 #include "geometry/errors.h"
-#include "geometry/normals.h"
+#include "geometry/picture_stage.h"
 
 #include <tbb/parallel_for.h>
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 
 namespace geometry {
 
 namespace {
 
 constexpr float pi = 3.14159265f;
-constexpr int largestSide = 16384;
 
-struct SceneReleaser {
-    void operator()(RTCScene scene) const { rtcReleaseScene(scene); }
-};
-
-/// The items' triangles in one Embree scene, and their smooth normals.
-class Stage {
-public:
-    explicit Stage(Span<const PictureItem> items) : _items(items), _scene(rtcNewScene(EmbreeDevice()))
-    {
-        rtcSetSceneFlags(_scene.get(), RTC_SCENE_FLAG_ROBUST);
-        for (std::size_t i = 0; i < items.size(); ++i)
-            add(items[i], static_cast<unsigned>(i));
-        rtcCommitScene(_scene.get());
-    }
-
-    struct Hit {
-        Vec3f position, normal;
-        Vec3f faceNormal; ///< of the flat triangle; both turned to the viewer's side of the face
-        std::array<float, 3> color{};
-        bool isValid = false;
-    };
-
-    Hit trace(Vec3f origin, Vec3f direction) const
-    {
-        RTCRayHit ray{};
-        ray.ray = makeRay(origin, direction, 0.0f, INFINITY);
-        ray.hit.geomID = RTC_INVALID_GEOMETRY_ID;
-        RTCIntersectContext context;
-        rtcInitIntersectContext(&context);
-        rtcIntersect1(_scene.get(), &context, &ray);
-        if (ray.hit.geomID == RTC_INVALID_GEOMETRY_ID)
-            return {};
-        Hit hit;
-        hit.isValid = true;
-        hit.position = origin + direction * ray.ray.tfar;
-        hit.color = _items[ray.hit.geomID].color;
-        hit.faceNormal = Normalized({ray.hit.Ng_x, ray.hit.Ng_y, ray.hit.Ng_z});
-        if (Dot(hit.faceNormal, direction) > 0.0f)
-            hit.faceNormal = -hit.faceNormal;
-        hit.normal = shadingNormal(ray.hit, hit.faceNormal);
-        return hit;
-    }
-
-    bool isFree(Vec3f origin, Vec3f direction, float from, float to) const
-    {
-        RTCRay ray = makeRay(origin, direction, from, to);
-        RTCIntersectContext context;
-        rtcInitIntersectContext(&context);
-        rtcOccluded1(_scene.get(), &context, &ray);
-        return ray.tfar >= 0.0f;
-    }
-
-private:
-    static RTCRay makeRay(Vec3f origin, Vec3f direction, float from, float to)
-    {
-        RTCRay ray{};
-        ray.org_x = origin.x, ray.org_y = origin.y, ray.org_z = origin.z;
-        ray.dir_x = direction.x, ray.dir_y = direction.y, ray.dir_z = direction.z;
-        ray.tnear = from, ray.tfar = to;
-        ray.mask = ~0u;
-        return ray;
-    }
-
-    void add(const PictureItem& item, unsigned id)
-    {
-        _triangles.push_back(Triangulate(*item.mesh.topology));
-        _normals.push_back(VertexNormals(item.mesh));
-        const std::vector<std::uint32_t>& corners = _triangles.back().corners;
-        if (corners.empty())
-            return;
-        RTCGeometry geometry = rtcNewGeometry(EmbreeDevice(), RTC_GEOMETRY_TYPE_TRIANGLE);
-        void* vertices = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
-                                                 sizeof(Vec3f), item.mesh.vertexCount());
-        std::copy(item.mesh.positions.begin(), item.mesh.positions.end(), static_cast<Vec3f*>(vertices));
-        void* indices = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
-                                                3 * sizeof(std::uint32_t), corners.size() / 3);
-        std::copy(corners.begin(), corners.end(), static_cast<std::uint32_t*>(indices));
-        rtcCommitGeometry(geometry);
-        rtcAttachGeometryByID(_scene.get(), geometry, id);
-        rtcReleaseGeometry(geometry);
-    }
-
-    /// Interpolated over the triangle, on the side of the face's normal.
-    Vec3f shadingNormal(const RTCHit& hit, Vec3f faceNormal) const
-    {
-        const std::uint32_t* corner = _triangles[hit.geomID].corners.data() + 3 * std::size_t{hit.primID};
-        const std::vector<Vec3f>& normals = _normals[hit.geomID];
-        const Vec3f normal = Normalized(normals[corner[0]] * (1.0f - hit.u - hit.v) +
-                                        normals[corner[1]] * hit.u + normals[corner[2]] * hit.v);
-        if (normal == Vec3f{})
-            return faceNormal;
-        return Dot(normal, faceNormal) < 0.0f ? -normal : normal;
-    }
-
-    Span<const PictureItem> _items;
-    std::unique_ptr<RTCSceneTy, SceneReleaser> _scene;
-    std::vector<Triangles> _triangles;
-    std::vector<std::vector<Vec3f>> _normals;
-};
-
-/// Perspective through a long lens, the frame's eight corners inside the picture.
-class Camera {
-public:
-    Camera(const Box3f& frame, View view, float aspect) : _aspect(aspect)
-    {
-        const float turn = Angle(view);
-        _forward = {-std::sin(turn), 0.0f, -std::cos(turn)};
-        _right = {std::cos(turn), 0.0f, -std::sin(turn)};
-        const Vec3f center = frame.center();
-        const float slope = std::tan(fieldOfView * 0.5f), margin = 0.94f;
-        float distance = 0.0f;
-        for (int corner = 0; corner < 8; ++corner) {
-            const Vec3f p =
-                Vec3f{corner & 1 ? frame.max.x : frame.min.x, corner & 2 ? frame.max.y : frame.min.y,
-                      corner & 4 ? frame.max.z : frame.min.z} -
-                center;
-            const float across = std::max(std::abs(Dot(p, _right)) / aspect, std::abs(p.y));
-            distance = std::max(distance, across / (slope * margin) - Dot(p, _forward));
-        }
-        _slope = slope;
-        _eye = center - _forward * std::max(distance, 1e-3f);
-    }
-
-    Vec3f eye() const { return _eye; }
-    Vec3f right() const { return _right; }
-    Vec3f forward() const { return _forward; }
-
-    /// @param x, y  -1 to 1, right and up
-    Vec3f direction(float x, float y) const
-    {
-        return Normalized(_forward + _right * (x * _slope * _aspect) + Vec3f{0.0f, y * _slope, 0.0f});
-    }
-
-private:
-    static constexpr float fieldOfView = 18.0f * pi / 180.0f; ///< from top to bottom
-
-    static float Angle(View view)
-    {
-        switch (view) {
-        case View::Front:
-        case View::Face:
-            return 0.0f;
-        case View::Side:
-            return 0.5f * pi;
-        case View::Back:
-            return pi;
-        case View::ThreeQuarter:
-            return 35.0f * pi / 180.0f;
-        }
+float Angle(View view)
+{
+    switch (view) {
+    case View::Front:
+    case View::Face:
         return 0.0f;
+    case View::Side:
+        return 0.5f * pi;
+    case View::Back:
+        return pi;
+    case View::ThreeQuarter:
+        return 35.0f * pi / 180.0f;
     }
-
-    Vec3f _eye, _forward, _right;
-    float _aspect, _slope = 0.0f;
-};
+    return 0.0f;
+}
 
 struct Light {
     Vec3f direction; ///< towards the light, unit
@@ -182,9 +39,9 @@ struct Light {
 };
 
 /// Fixed to the camera, so that every view is lit alike.
-std::array<Light, 3> StudioLights(const Camera& camera)
+std::array<Light, 3> StudioLights(const PictureCamera& camera)
 {
-    const Vec3f right = camera.right(), up{0.0f, 1.0f, 0.0f}, back = -camera.forward();
+    const Vec3f right = camera.right, up = camera.up, back = -camera.forward;
     return {{{Normalized(back * 0.9f + up * 0.9f - right * 0.8f), {1.55f, 1.48f, 1.40f}},
              {Normalized(back * 0.8f + up * 0.1f + right * 1.0f), {0.34f, 0.37f, 0.42f}},
              {Normalized(back * -0.8f + up * 0.8f + right * 0.7f), {0.75f, 0.78f, 0.85f}}}};
@@ -237,24 +94,24 @@ Rgb Backdrop(float x, float y)
 
 class Tracer {
 public:
-    Tracer(const Stage& stage, const Camera& camera, float size)
-        : _stage(stage), _camera(camera), _lights(StudioLights(camera)), _size(size)
+    Tracer(const PictureStage& stage, const PictureCamera& camera, float aspect, float size)
+        : _stage(stage), _camera(camera), _lights(StudioLights(camera)), _aspect(aspect), _size(size)
     {
     }
 
     Rgb sample(float x, float y, float turn) const
     {
-        const Stage::Hit hit = _stage.trace(_camera.eye(), _camera.direction(x, y));
-        return hit.isValid ? shade(hit, turn) : Backdrop(x, y);
+        const Ray ray = _camera.ray(x, y, _aspect);
+        const PictureStage::Hit hit = _stage.trace(ray);
+        return hit.isValid ? shade(hit, -ray.direction, turn) : Backdrop(x, y);
     }
 
 private:
-    Rgb shade(const Stage::Hit& hit, float turn) const
+    Rgb shade(const PictureStage::Hit& hit, Vec3f toEye, float turn) const
     {
         const float skip = 2e-4f * _size; // off the surface that the ray starts from
         const Vec3f start = hit.position + hit.faceNormal * skip;
         const float open = openness(start, hit.normal, skip, turn);
-        const Vec3f toEye = Normalized(_camera.eye() - hit.position);
         Rgb light{0.20f * open, 0.205f * open, 0.22f * open};
         Rgb gloss{};
         for (std::size_t l = 0; l < _lights.size(); ++l) {
@@ -288,7 +145,7 @@ private:
             const float away = radius * std::sqrt((static_cast<float>(i) + 0.5f) / rays);
             const float angle = turn + static_cast<float>(i) * 2.39996323f; // the golden angle
             const Vec3f aim = direction + u * (away * std::cos(angle)) + v * (away * std::sin(angle));
-            seen += _stage.isFree(start, Normalized(aim), skip, INFINITY);
+            seen += _stage.isFree({start, Normalized(aim)}, skip, INFINITY);
         }
         return static_cast<float>(seen) / rays;
     }
@@ -297,14 +154,15 @@ private:
     {
         int open = 0;
         for (int i = 0; i < occlusionRays; ++i)
-            open += _stage.isFree(start, _hemisphere.direction(i, normal, turn), skip, 0.15f * _size);
+            open += _stage.isFree({start, _hemisphere.direction(i, normal, turn)}, skip, 0.15f * _size);
         return static_cast<float>(open) / occlusionRays;
     }
 
-    const Stage& _stage;
-    const Camera& _camera;
+    const PictureStage& _stage;
+    const PictureCamera& _camera;
     std::array<Light, 3> _lights;
     Hemisphere _hemisphere;
+    float _aspect;
     float _size; ///< of the frame; what counts as near is measured in it
 };
 
@@ -352,10 +210,7 @@ Box3f FrameOf(Span<const PictureItem> items, const PictureOptions& options)
 
 void CheckOptions(const PictureOptions& options)
 {
-    if (options.width < 1 || options.height < 1 || options.width > largestSide ||
-        options.height > largestSide)
-        throw Error(fmt::format("picture size {}x{} is not within 1 to {}", options.width, options.height,
-                                largestSide));
+    CheckPictureSize(options.width, options.height);
     if (options.samplesPerAxis < 1 || options.samplesPerAxis > 16)
         throw Error(fmt::format("{} samples per axis are not within 1 to 16", options.samplesPerAxis));
 }
@@ -399,14 +254,22 @@ std::optional<View> ParseView(std::string_view text)
     return std::nullopt;
 }
 
+void CheckPictureSize(int width, int height)
+{
+    constexpr int largest = 16384;
+    if (width < 1 || height < 1 || width > largest || height > largest)
+        throw Error(fmt::format("picture size {}x{} is not within 1 to {}", width, height, largest));
+}
+
 Picture Render(Span<const PictureItem> items, const PictureOptions& options)
 {
     CheckOptions(options);
     const Box3f frame = FrameOf(items, options);
-    const Stage stage(items);
-    const Camera camera(frame, options.view,
-                        static_cast<float>(options.width) / static_cast<float>(options.height));
-    const Tracer tracer(stage, camera, std::max(Length(frame.size()), 1e-6f));
+    const float aspect = static_cast<float>(options.width) / static_cast<float>(options.height);
+    const PictureCamera camera =
+        options.camera ? *options.camera : CameraAround(frame, Angle(options.view), aspect);
+    const PictureStage stage(items);
+    const Tracer tracer(stage, camera, aspect, std::max(Length(frame.size()), 1e-6f));
     Picture picture{options.width, options.height, {}};
     const std::size_t rowBytes = 3 * static_cast<std::size_t>(options.width);
     picture.rgb.resize(rowBytes * static_cast<std::size_t>(options.height));

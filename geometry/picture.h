@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "geometry/picture_camera.h"
 #include "geometry/polygon_mesh.h"
 
 #include <array>
@@ -31,10 +32,14 @@ struct PictureItem {
 
 struct PictureOptions {
     View view = View::Front;
-    int width = 900, height = 1200; ///< pixels, 1 to 16384
-    int samplesPerAxis = 2;         ///< antialiasing: this many squared a pixel
-    std::optional<Box3f> frame;     ///< what to fit into the picture; the items' own box without it
+    int width = 900, height = 1200;      ///< pixels, 1 to 16384
+    int samplesPerAxis = 2;              ///< antialiasing: this many squared a pixel
+    std::optional<Box3f> frame;          ///< what to fit into the picture; the items' own box without it
+    std::optional<PictureCamera> camera; ///< instead of view and frame
 };
+
+/// @throws Error  a side (pixels) is not within 1 to 16384
+void CheckPictureSize(int width, int height);
 
 /// Shades with smooth normals, a key, a fill and a rim light and ambient occlusion on a plain background.
 /// An empty mesh gives the background alone.

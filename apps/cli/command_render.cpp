@@ -9,10 +9,10 @@
 #include "apps/cli/options.h"
 #include "apps/cli/progress.h"
 #include "apps/cli/report.h"
-#include "apps/cli/scene_picture.h"
 #include "dznumericproperty.h"
 #include "dzscene.h"
 #include "geometry/errors.h"
+#include "host/ui/scene_picture.h"
 
 #include <charconv>
 #include <memory>
@@ -107,7 +107,7 @@ geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progre
     session.open(arguments.file);
     SetDials(ParseDials(arguments.dials));
     progress.stage("evaluate", "Shaping the figures");
-    const std::vector<geometry::PictureItem> items = VisibleItems(*dzScene);
+    const std::vector<geometry::PictureItem> items = openhost::VisibleItems(*dzScene).items;
     if (items.empty())
         throw std::runtime_error(fmt::format("{}: nothing in it can be seen", arguments.file));
     return RenderViews(items, arguments, progress);

@@ -20,6 +20,7 @@ class DzExportMgr;
 class DzImportMgr;
 class DzMainWindow;
 class DzPluginMgr;
+class DzRenderMgr;
 class DzStyle;
 
 /// Owns the managers, the main window, the scene and the log. One in a process.
@@ -76,6 +77,7 @@ public:
     Q_INVOKABLE DzExportMgr* getExportMgr() const;
     Q_INVOKABLE DzImportMgr* getImportMgr() const;
     Q_INVOKABLE DzPluginMgr* getPluginMgr() const;
+    Q_INVOKABLE DzRenderMgr* getRenderMgr() const;
 
     DzStyle* getStyle() const; ///< null while the application closes
 
@@ -85,6 +87,10 @@ public:
     Q_INVOKABLE QString getOrgName() const;
     bool isClosing() const;
 
+    /// Deletes a manager, or the main window, until the next reset, to see how others fare in a host that
+    /// lacks it.
+    /// @return false when there is none of that class
+    bool removeManager(const QString& className);
     /// Empties the scene and makes the content, asset and import managers anew.
     void reset();
 

@@ -3,11 +3,12 @@
 
 #pragma once
 
-#include <QMainWindow>
+#include "dzactionmgr.h"
+#include "dzpanemgr.h"
+#include "dzviewportmgr.h"
 
-class DzActionMgr;
-class DzPaneMgr;
-class DzViewportMgr;
+#include <QMainWindow>
+#include <QPointer>
 
 /// Exists hidden when the host runs without display, so that actions can be found and triggered there.
 class DzMainWindow : public QMainWindow {
@@ -18,12 +19,11 @@ public:
 
     Q_INVOKABLE DzActionMgr* getActionMgr() const { return _actionMgr; }
     Q_INVOKABLE DzPaneMgr* getPaneMgr() const { return _paneMgr; }
-    /// Null as long as no viewport has been made.
     Q_INVOKABLE DzViewportMgr* getViewportMgr() const { return _viewportMgr; }
-    void setViewportMgr(DzViewportMgr* viewportMgr) { _viewportMgr = viewportMgr; }
 
 private:
-    DzActionMgr* _actionMgr;
-    DzPaneMgr* _paneMgr;
-    DzViewportMgr* _viewportMgr;
+    // Guarded, since a manager may be taken away; see DzApp::removeManager.
+    QPointer<DzActionMgr> _actionMgr;
+    QPointer<DzPaneMgr> _paneMgr;
+    QPointer<DzViewportMgr> _viewportMgr;
 };

@@ -151,6 +151,8 @@ protected:
     virtual void hierarchyChanged();
     /// The scene has let go of this node and of those below; they will be deleted later.
     virtual void leftScene();
+    /// Sets the node's own channels so that it stands there, with that rotation; world space, cm.
+    void placeAt(const DzVec3& position, const DzQuat& rotation);
 
 private:
     friend class DzScene;
@@ -159,7 +161,6 @@ private:
     void invalidateTransform();
     void announceHierarchyChange();
     void detachFromParent();
-    void placeAt(const DzVec3& position, const DzQuat& rotation);
 
     struct Impl;
     std::unique_ptr<Impl> _impl;

@@ -14,7 +14,25 @@ QList<const DzClassFactory*>& Factories()
     return factories;
 }
 
+/// The newest last.
+QList<const ClassFactoryOverride*>& Overrides()
+{
+    static QList<const ClassFactoryOverride*> overrides;
+    return overrides;
+}
+
 } // namespace
+
+ClassFactoryOverride::ClassFactoryOverride(const QString& className, const DzClassFactory* factory)
+    : _className(className), _factory(factory)
+{
+    Overrides().append(this);
+}
+
+ClassFactoryOverride::~ClassFactoryOverride()
+{
+    Overrides().removeOne(this);
+}
 
 void RegisterClassFactory(const DzClassFactory* factory)
 {
@@ -23,6 +41,9 @@ void RegisterClassFactory(const DzClassFactory* factory)
 
 const DzClassFactory* FindBuiltInClassFactory(const QString& className)
 {
+    for (int i = Overrides().size() - 1; i >= 0; --i)
+        if (Overrides().at(i)->className() == className)
+            return Overrides().at(i)->factory();
     for (const DzClassFactory* factory : Factories()) {
         if (factory->className() == className)
             return factory;

@@ -1,6 +1,7 @@
 # Sources of this room, relative to host/.
 set(HOST_SCENE_SOURCES
     scene/base.cpp
+    scene/camera.cpp
     scene/class_registry.cpp
     scene/controllers.cpp
     scene/element.cpp

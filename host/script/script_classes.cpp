@@ -3,12 +3,14 @@
 
 #include "host/script/script_classes.h"
 
+#include "dz3dviewport.h"
 #include "dzaction.h"
 #include "dzactionmgr.h"
 #include "dzapp.h"
 #include "dzassetiofilter.h"
 #include "dzassetiomgr.h"
 #include "dzassetmgr.h"
+#include "dzbasiccamera.h"
 #include "dzbone.h"
 #include "dzboolproperty.h"
 #include "dzbox3.h"
@@ -16,6 +18,7 @@
 #include "dzcontentmgr.h"
 #include "dzdform.h"
 #include "dzdformmodifier.h"
+#include "dzdrawstyle.h"
 #include "dzenumproperty.h"
 #include "dzerclink.h"
 #include "dzerror.h"
@@ -40,17 +43,24 @@
 #include "dzpluginmgr.h"
 #include "dzpropertygroup.h"
 #include "dzpropertygrouptree.h"
+#include "dzrenderer.h"
+#include "dzrendermgr.h"
+#include "dzrenderoptions.h"
 #include "dzscene.h"
 #include "dzskinbinding.h"
 #include "dzstringproperty.h"
 #include "dzuri.h"
+#include "dzviewport.h"
 #include "dzviewportmgr.h"
+#include "dzviewtool.h"
 #include "dzweightmap.h"
 #include "host/script/script_session.h"
 #include "host/tools/morph_loader.h"
 #include "host/tools/morph_loader_batch.h"
 #include "host/tools/transfer_utility.h"
 #include "openhost/class_registry.h"
+
+#include <QSize>
 
 Q_DECLARE_METATYPE(DzVec3)
 Q_DECLARE_METATYPE(DzBox3)
@@ -115,6 +125,20 @@ void BoxFromScript(const QScriptValue& value, DzBox3& box)
     box = DzBox3(min, max);
 }
 
+QScriptValue SizeToScript(QScriptEngine* engine, const QSize& size)
+{
+    QScriptValue value = engine->newObject();
+    value.setProperty(QStringLiteral("width"), size.width());
+    value.setProperty(QStringLiteral("height"), size.height());
+    return value;
+}
+
+void SizeFromScript(const QScriptValue& value, QSize& size)
+{
+    size = QSize(value.property(QStringLiteral("width")).toInt32(),
+                 value.property(QStringLiteral("height")).toInt32());
+}
+
 /// An object, since scripts ask an address for its parts and for toString().
 QScriptValue UriToScript(QScriptEngine* engine, const DzUri& uri)
 {
@@ -145,7 +169,8 @@ void LinkTypeFromScript(const QScriptValue& value, DzERCLink::ERCType& type)
 void RegisterTypes(QScriptEngine& engine)
 {
     RegisterPointers<DzBase, DzElement, DzNode, DzSkeleton, DzFigure, DzBone, DzObject, DzShape, DzFacetShape,
-                     DzModifier, DzMorph, DzSkinBinding, DzDForm, DzDFormModifier>(engine);
+                     DzModifier, DzMorph, DzSkinBinding, DzDForm, DzDFormModifier, DzCamera, DzBasicCamera>(
+        engine);
     RegisterPointers<DzProperty, DzNumericProperty, DzFloatProperty, DzIntProperty, DzBoolProperty,
                      DzEnumProperty, DzStringProperty, DzPropertyGroup, DzPropertyGroupTree, DzController,
                      DzNumericController, DzERCLink>(engine);
@@ -153,10 +178,13 @@ void RegisterTypes(QScriptEngine& engine)
     RegisterPointers<DzScene, DzMainWindow, DzActionMgr, DzAction, DzPaneMgr, DzPane, DzViewportMgr,
                      DzContentMgr, DzContentFolder, DzAssetMgr, DzAssetIOMgr, DzAssetIOFilter, DzExportMgr,
                      DzExporter, DzImportMgr, DzImporter, DzPluginMgr>(engine);
+    RegisterPointers<DzViewport, Dz3DViewport, DzViewTool, DzDrawStyle, DzUserDrawStyle, DzRenderMgr,
+                     DzRenderOptions, DzRenderer>(engine);
     RegisterPointers<DzSettings, DzFileIOSettings, DzMorphLoader, DzMorphLoaderBatch, DzTransferUtility>(
         engine);
     qScriptRegisterMetaType<DzVec3>(&engine, VectorToScript, VectorFromScript);
     qScriptRegisterMetaType<DzBox3>(&engine, BoxToScript, BoxFromScript);
+    qScriptRegisterMetaType<QSize>(&engine, SizeToScript, SizeFromScript);
     qScriptRegisterMetaType<DzUri>(&engine, UriToScript, UriFromScript);
     qScriptRegisterMetaType<DzERCLink::ERCType>(&engine, LinkTypeToScript, LinkTypeFromScript);
     qRegisterMetaType<DzError>("DzError");

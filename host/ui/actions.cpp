@@ -125,8 +125,9 @@ void DzDeleteAction::updateEnabled()
 }
 
 DzMainWindow::DzMainWindow()
-    : _actionMgr(new DzActionMgr(this)), _paneMgr(new DzPaneMgr(this)), _viewportMgr(nullptr)
+    : _actionMgr(new DzActionMgr(this)), _paneMgr(new DzPaneMgr(this)), _viewportMgr(new DzViewportMgr(this))
 {
+    setCentralWidget(_viewportMgr);
 }
 
 DzMainWindow::~DzMainWindow() = default;
@@ -192,29 +193,3 @@ DzError DzPane::hidePane()
 }
 
 void DzPane::refresh() {}
-
-DzViewportMgr::DzViewportMgr(QWidget* parent) : QWidget(parent) {}
-DzViewportMgr::~DzViewportMgr() = default;
-
-DzViewTool* DzViewportMgr::findTool(const QString&) const
-{
-    return nullptr;
-}
-DzViewTool* DzViewportMgr::getActiveTool() const
-{
-    return nullptr;
-}
-void DzViewportMgr::setActiveTool(DzViewTool*) {}
-int DzViewportMgr::getNumViewports() const
-{
-    return 0;
-}
-DzViewport* DzViewportMgr::getViewport(int) const
-{
-    return nullptr;
-}
-DzViewport* DzViewportMgr::getActiveViewport() const
-{
-    return nullptr;
-}
-void DzViewportMgr::setActiveViewport(DzViewport*) {}

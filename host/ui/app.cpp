@@ -14,6 +14,7 @@
 #include "dzmainwindow.h"
 #include "dzplugin.h"
 #include "dzpluginmgr.h"
+#include "dzrendermgr.h"
 #include "dzscene.h"
 #include "dzstyle.h"
 #include "host/scene/host_log.h"
@@ -51,6 +52,7 @@ struct DzApp::Impl {
     std::unique_ptr<DzImportMgr> importMgr;
     std::unique_ptr<DzAssetMgr> assetMgr;
     std::unique_ptr<DzPluginMgr> pluginMgr;
+    std::unique_ptr<DzRenderMgr> renderMgr;
     std::unique_ptr<DzMainWindow> mainWindow;
     std::unique_ptr<DzContentMgr> contentMgr;
     std::unique_ptr<DzAssetIOMgr> assetIOMgr;
@@ -88,7 +90,6 @@ DzApp::DzApp(int& argc, char** argv, const Options& options) : QApplication(argc
     const auto tellStyle = [this] { emit styleChanged(_impl->style.get()); };
     connect(this, &QGuiApplication::paletteChanged, this, tellStyle);
     connect(this, &QGuiApplication::fontChanged, this, tellStyle);
-    _impl->pluginMgr.reset(new DzPluginMgr);
     createManagers();
     emit starting();
 }
@@ -115,7 +116,10 @@ void DzApp::createManagers()
     _impl->assetMgr.reset(new DzAssetMgr);
     _impl->contentMgr.reset(new DzContentMgr);
     _impl->assetIOMgr.reset(new DzAssetIOMgr);
+    _impl->renderMgr.reset(new DzRenderMgr);
     _impl->mainWindow.reset(new DzMainWindow);
+    if (!_impl->pluginMgr) // loaded modules stay loaded
+        _impl->pluginMgr.reset(new DzPluginMgr);
     DzActionMgr* const actions = _impl->mainWindow->getActionMgr();
     actions->addAction(new DzDeleteAction);
     for (int i = 0; i < _impl->pluginMgr->getNumPlugins(); ++i)
@@ -130,6 +134,7 @@ void DzApp::deleteManagers()
 {
     openhost::SetOperationListener(nullptr);
     _impl->mainWindow.reset();
+    _impl->renderMgr.reset();
     _impl->assetIOMgr.reset();
     _impl->contentMgr.reset();
     _impl->assetMgr.reset();
@@ -143,6 +148,44 @@ void DzApp::reset()
 {
     deleteManagers();
     createManagers();
+}
+
+namespace {
+
+template <class T>
+bool RemoveIf(const QString& className, std::unique_ptr<T>& manager)
+{
+    if (!manager || className != QLatin1String(T::staticMetaObject.className()))
+        return false;
+    manager.reset();
+    return true;
+}
+
+template <class T>
+bool RemoveIf(const QString& className, T* manager)
+{
+    if (!manager || className != QLatin1String(T::staticMetaObject.className()))
+        return false;
+    delete manager;
+    return true;
+}
+
+template <class... Managers>
+bool RemoveOneOf(const QString& className, Managers&&... managers)
+{
+    return (RemoveIf(className, managers) || ...);
+}
+
+} // namespace
+
+bool DzApp::removeManager(const QString& className)
+{
+    const DzMainWindow* const window = _impl->mainWindow.get();
+    if (window &&
+        RemoveOneOf(className, window->getActionMgr(), window->getPaneMgr(), window->getViewportMgr()))
+        return true;
+    return RemoveOneOf(className, _impl->mainWindow, _impl->contentMgr, _impl->assetMgr, _impl->assetIOMgr,
+                       _impl->exportMgr, _impl->importMgr, _impl->renderMgr, _impl->pluginMgr);
 }
 
 DzMainWindow* DzApp::getInterface() const
@@ -270,7 +313,9 @@ void DzApp::clearBusyCursor()
 const DzClassFactory* DzApp::findClassFactory(const QString& className) const
 {
     const DzClassFactory* const builtIn = openhost::FindBuiltInClassFactory(className);
-    return builtIn ? builtIn : _impl->pluginMgr->findClassFactory(className);
+    if (builtIn || !_impl->pluginMgr)
+        return builtIn;
+    return _impl->pluginMgr->findClassFactory(className);
 }
 
 DzContentMgr* DzApp::getContentMgr() const
@@ -296,6 +341,10 @@ DzImportMgr* DzApp::getImportMgr() const
 DzPluginMgr* DzApp::getPluginMgr() const
 {
     return _impl->pluginMgr.get();
+}
+DzRenderMgr* DzApp::getRenderMgr() const
+{
+    return _impl->renderMgr.get();
 }
 DzStyle* DzApp::getStyle() const
 {

@@ -10,6 +10,8 @@ set(HOST_UI_SOURCES
     ui/options_dialog.cpp
     ui/plugins.cpp
     ui/progress.cpp
+    ui/render_manager.cpp
+    ui/scene_picture.cpp
     ui/slider.cpp
     ui/slider_accessible.cpp
     ui/slider_kinds.cpp
@@ -17,4 +19,9 @@ set(HOST_UI_SOURCES
     ui/slider_text.cpp
     ui/style.cpp
     ui/style_pictures.cpp
+    ui/viewport.cpp
+    ui/viewport_manager.cpp
+    ui/viewport_picture.cpp
+    ui/viewport_tools.cpp
+    ui/viewport_tools.h
 )

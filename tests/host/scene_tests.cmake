@@ -3,6 +3,7 @@ gantrel_add_tests(host_scene_tests
     SOURCES
         host_fixture.cpp
         figure_pipeline_test.cpp
+        scene_camera_test.cpp
         scene_node_test.cpp
         scene_property_test.cpp
         scene_settings_test.cpp

@@ -55,6 +55,22 @@ TEST_F(ScriptTest, finds_the_scene_and_its_nodes)
     EXPECT_TRUE(valueOf("Scene.findNodeByLabel('Table') === null").toBool());
 }
 
+TEST_F(ScriptTest, reaches_viewports_tools_styles_and_render_options)
+{
+    EXPECT_EQ(textOf("MainWindow.getViewportMgr().findTool('DzPickTool').className()"), "DzPickTool");
+    EXPECT_EQ(textOf("var view = MainWindow.getViewportMgr().getActiveViewport().get3DViewport();"
+                     "view.setUserDrawStyle('Hidden Line'); view.getDrawStyle().getDescription()"),
+              "Hidden Line");
+    EXPECT_EQ(textOf("var camera = new DzBasicCamera(); Scene.addNode(camera);"
+                     "var view = MainWindow.getViewportMgr().getActiveViewport().get3DViewport();"
+                     "view.setCamera(camera); view.getCamera().getLabel()"),
+              "Camera");
+    EXPECT_EQ(textOf("var options = App.getRenderMgr().getRenderOptions();"
+                     "options.imageSize = {width: 320, height: 200};"
+                     "options.imageSize.width + 'x' + options.imageSize.height"),
+              "320x200");
+}
+
 TEST_F(ScriptTest, moves_a_dial)
 {
     DzNode* const chair = addNode("Chair");

@@ -1,14 +1,14 @@
 // What of the scene a picture shows.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/scene_picture.h"
+#include "host/ui/scene_picture.h"
 
 #include "dznode.h"
 #include "dzobject.h"
 #include "dzscene.h"
 #include "host/figure/mesh_access.h"
 
-namespace cli {
+namespace openhost {
 
 namespace {
 
@@ -23,21 +23,22 @@ bool IsSeen(const DzNode* node)
 
 } // namespace
 
-std::vector<geometry::PictureItem> VisibleItems(const DzScene& scene)
+ScenePicture VisibleItems(const DzScene& scene)
 {
-    std::vector<geometry::PictureItem> items;
+    ScenePicture picture;
     for (int i = 0; i < scene.getNumNodes(); ++i) {
-        const DzNode& node = *scene.getNode(i);
+        DzNode& node = *scene.getNode(i);
         const DzObject* const object = node.getObject();
         if (!object || !IsSeen(&node))
             continue;
         if (const DzVertexMesh* const mesh = object->getCachedGeom()) {
             geometry::PictureItem item;
-            item.mesh = openhost::MeshAccess::mesh(*mesh).view();
-            items.push_back(item);
+            item.mesh = MeshAccess::mesh(*mesh).view();
+            picture.items.push_back(item);
+            picture.nodes.push_back(&node);
         }
     }
-    return items;
+    return picture;
 }
 
-} // namespace cli
+} // namespace openhost

@@ -1,0 +1,114 @@
+// Tracing rays against the items of a picture, through Embree.
+// SPDX-License-Identifier: MIT
+
+#include "geometry/picture_stage.h"
+
+#include "geometry/embree_device.h"
+#include "geometry/normals.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace geometry {
+
+namespace {
+
+struct SceneReleaser {
+    void operator()(RTCScene scene) const { rtcReleaseScene(scene); }
+};
+
+RTCRay ToEmbree(const Ray& ray, float from, float to)
+{
+    RTCRay result{};
+    result.org_x = ray.origin.x, result.org_y = ray.origin.y, result.org_z = ray.origin.z;
+    result.dir_x = ray.direction.x, result.dir_y = ray.direction.y, result.dir_z = ray.direction.z;
+    result.tnear = from, result.tfar = to;
+    result.mask = ~0u;
+    return result;
+}
+
+} // namespace
+
+struct PictureStage::Impl {
+    explicit Impl(Span<const PictureItem> shown) : items(shown), scene(rtcNewScene(EmbreeDevice()))
+    {
+        rtcSetSceneFlags(scene.get(), RTC_SCENE_FLAG_ROBUST);
+        for (std::size_t i = 0; i < items.size(); ++i)
+            add(items[i], static_cast<unsigned>(i));
+        rtcCommitScene(scene.get());
+    }
+
+    void add(const PictureItem& item, unsigned id)
+    {
+        triangles.push_back(Triangulate(*item.mesh.topology));
+        normals.push_back(VertexNormals(item.mesh));
+        const std::vector<std::uint32_t>& corners = triangles.back().corners;
+        if (corners.empty())
+            return;
+        RTCGeometry geometry = rtcNewGeometry(EmbreeDevice(), RTC_GEOMETRY_TYPE_TRIANGLE);
+        void* vertices = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
+                                                 sizeof(Vec3f), item.mesh.vertexCount());
+        std::copy(item.mesh.positions.begin(), item.mesh.positions.end(), static_cast<Vec3f*>(vertices));
+        void* indices = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
+                                                3 * sizeof(std::uint32_t), corners.size() / 3);
+        std::copy(corners.begin(), corners.end(), static_cast<std::uint32_t*>(indices));
+        rtcCommitGeometry(geometry);
+        rtcAttachGeometryByID(scene.get(), geometry, id);
+        rtcReleaseGeometry(geometry);
+    }
+
+    Vec3f shadingNormal(const RTCHit& hit, Vec3f faceNormal) const
+    {
+        const std::uint32_t* corner = triangles[hit.geomID].corners.data() + 3 * std::size_t{hit.primID};
+        const std::vector<Vec3f>& vertexNormals = normals[hit.geomID];
+        const Vec3f normal = Normalized(vertexNormals[corner[0]] * (1.0f - hit.u - hit.v) +
+                                        vertexNormals[corner[1]] * hit.u + vertexNormals[corner[2]] * hit.v);
+        if (normal == Vec3f{})
+            return faceNormal;
+        return Dot(normal, faceNormal) < 0.0f ? -normal : normal;
+    }
+
+    Span<const PictureItem> items;
+    std::unique_ptr<RTCSceneTy, SceneReleaser> scene;
+    std::vector<Triangles> triangles;
+    std::vector<std::vector<Vec3f>> normals;
+};
+
+PictureStage::PictureStage(Span<const PictureItem> items) : _impl(new Impl(items)) {}
+PictureStage::~PictureStage() = default;
+PictureStage::PictureStage(PictureStage&&) noexcept = default;
+PictureStage& PictureStage::operator=(PictureStage&&) noexcept = default;
+
+PictureStage::Hit PictureStage::trace(const Ray& ray) const
+{
+    RTCRayHit query{};
+    query.ray = ToEmbree(ray, 0.0f, INFINITY);
+    query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
+    RTCIntersectContext context;
+    rtcInitIntersectContext(&context);
+    rtcIntersect1(_impl->scene.get(), &context, &query);
+    if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID)
+        return {};
+    Hit hit;
+    hit.isValid = true;
+    hit.item = query.hit.geomID;
+    hit.face = _impl->triangles[hit.item].faces[query.hit.primID];
+    hit.position = ray.origin + ray.direction * query.ray.tfar;
+    hit.color = _impl->items[hit.item].color;
+    hit.faceNormal = Normalized({query.hit.Ng_x, query.hit.Ng_y, query.hit.Ng_z});
+    if (Dot(hit.faceNormal, ray.direction) > 0.0f)
+        hit.faceNormal = -hit.faceNormal;
+    hit.normal = _impl->shadingNormal(query.hit, hit.faceNormal);
+    return hit;
+}
+
+bool PictureStage::isFree(const Ray& ray, float from, float to) const
+{
+    RTCRay query = ToEmbree(ray, from, to);
+    RTCIntersectContext context;
+    rtcInitIntersectContext(&context);
+    rtcOccluded1(_impl->scene.get(), &context, &query);
+    return query.tfar >= 0.0f;
+}
+
+} // namespace geometry

@@ -1,0 +1,28 @@
+// Quick pictures for a viewport: one ray a pixel, lit from the eye.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/picture_stage.h"
+
+namespace geometry {
+
+enum class PreviewShading {
+    Smooth, ///< over interpolated normals
+    Flat,   ///< one shade a face
+    None    ///< the background's colour: hides what lies behind
+};
+
+struct PreviewOptions {
+    PreviewShading shading = PreviewShading::Smooth;
+    bool drawEdges = false;        ///< of polygons, where they can be seen
+    float edgeOpacity = 0.45f;     ///< over shaded faces; 0 to 1
+    int width = 640, height = 480; ///< pixels, 1 to 16384
+    std::array<std::uint8_t, 3> background{58, 60, 64}, edges{20, 22, 24};
+};
+
+/// Draws what the stage holds.
+/// @throws Error  a size out of range
+Picture DrawPreview(const PictureStage& stage, const PictureCamera& camera, const PreviewOptions& options);
+
+} // namespace geometry
