@@ -3,7 +3,7 @@
 
 #include "shared/ks_daz-managers.h"
 
-#include "shared/ks_exception.h"
+#include "shared/ks_daz-checked.h"
 #include "shared/ks_string.h"
 
 #include <dzaction.h>
@@ -23,18 +23,6 @@
 namespace kst {
 namespace daz {
 
-namespace {
-
-template <class T>
-T* CheckedIf(T* manager, bool throwIfMissing, const char* message)
-{
-    if (!manager && throwIfMissing)
-        throw Exception(message);
-    return manager;
-}
-
-} // namespace
-
 DzMainWindow* GetMainWindow(bool throwIfMissing)
 {
     return CheckedIf(dzApp->getInterface(), throwIfMissing, "failed to get Daz Studio main window");
@@ -42,17 +30,17 @@ DzMainWindow* GetMainWindow(bool throwIfMissing)
 
 DzContentMgr& GetContentMgr_X()
 {
-    return *CheckedIf(dzApp->getContentMgr(), true, "failed to get Daz Studio content manager");
+    return Checked(dzApp->getContentMgr(), "failed to get Daz Studio content manager");
 }
 
 DzAssetMgr& GetAssetMgr_X()
 {
-    return *CheckedIf(dzApp->getAssetMgr(), true, "failed to get Daz Studio asset manager");
+    return Checked(dzApp->getAssetMgr(), "failed to get Daz Studio asset manager");
 }
 
 DzAssetIOMgr& GetAssetIOMgr_X()
 {
-    return *CheckedIf(dzApp->getAssetIOMgr(), true, "failed to get Daz Studio asset IO manager");
+    return Checked(dzApp->getAssetIOMgr(), "failed to get Daz Studio asset IO manager");
 }
 
 DzExporter& GetObjExporter_X()
