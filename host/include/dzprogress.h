@@ -7,7 +7,9 @@
 
 #include <memory>
 
-/// Nests: the outermost one opens the display, inner ones add to it. The destructor finishes.
+/// Nests: the outermost one opens the display, inner ones add to it. The destructor finishes. With windows
+/// the display is one, and every change handles events: those of the user only while the work can be
+/// cancelled.
 class DzProgress {
 public:
     /// @param totalSteps  0 for work of unknown length
@@ -23,6 +25,7 @@ public:
     void finish();
     void cancel();
     void enable(bool onOff);
+    /// Off: the outermost window stays until the user closes it.
     void setCloseOnFinish(bool onOff);
     /// This progress, or one around it, has been cancelled.
     bool isCancelled() const;
@@ -35,6 +38,9 @@ public:
 private:
     DzProgress(const DzProgress&);
     DzProgress& operator=(const DzProgress&);
+
+    static void show();
+    static void showInWindow();
 
     struct Impl;
     std::unique_ptr<Impl> _impl;

@@ -1,12 +1,14 @@
-// Progress of long work, on a terminal.
+// Progress of long work, on a terminal or in a window.
 // SPDX-License-Identifier: MIT
 
 #include "dzprogress.h"
 
 #include "dzapp.h"
+#include "host/ui/progress_window.h"
 #include "openhost/operations.h"
 
 #include <QElapsedTimer>
+#include <QPointer>
 
 #include <algorithm>
 #include <cstdio>
@@ -48,16 +50,27 @@ QString Described(const DzProgress& progress)
 }
 
 // One line, written over each time; cleared with the last progress.
-void Show()
+void ShowOnTerminal()
 {
-    if (!ShowsOnTerminal())
-        return;
     QStringList parts;
     for (const DzProgress* progress : Stack())
         parts.append(Described(*progress));
     constexpr int kWidth = 79;
     std::fprintf(stderr, "\r\033[K%s", parts.join(QLatin1String(": ")).left(kWidth).toUtf8().constData());
     std::fflush(stderr);
+}
+
+/// The one window; it goes with the outermost progress.
+QPointer<openhost::ProgressWindow>& Window()
+{
+    static QPointer<openhost::ProgressWindow> window;
+    return window;
+}
+
+void CancelAll()
+{
+    for (DzProgress* progress : Stack())
+        progress->cancel();
 }
 
 /// Tells the listener; progress is told and cannot be refused.
@@ -67,6 +80,33 @@ void Announce(const QString& info)
 }
 
 } // namespace
+
+/// Only work that can be cancelled takes input meanwhile, and only in its own, modal window: nothing else is
+/// to happen to the scene before it ends.
+void DzProgress::showInWindow()
+{
+    const std::vector<DzProgress*>& stack = Stack();
+    std::vector<openhost::ProgressLevel> levels;
+    bool isCancellable = false, showsTime = false;
+    for (const DzProgress* const progress : stack) {
+        levels.push_back({progress->_impl->info, progress->_impl->position, progress->_impl->total});
+        isCancellable = isCancellable || progress->_impl->cancellable;
+        showsTime = showsTime || progress->_impl->showTime;
+    }
+    if (!Window())
+        Window() = new openhost::ProgressWindow(dzApp->getDialogParent());
+    Window()->setCancel(isCancellable ? std::function<void()>(CancelAll) : std::function<void()>());
+    Window()->showLevels(levels, showsTime ? double(stack.front()->_impl->timer.elapsed()) / 1000.0 : -1.0);
+    QApplication::processEvents(isCancellable ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
+}
+
+void DzProgress::show()
+{
+    if (ShowsOnTerminal())
+        ShowOnTerminal();
+    else if (dzApp && !dzApp->isHeadless() && !Stack().empty())
+        showInWindow();
+}
 
 DzProgress::DzProgress(const QString& info, int totalSteps, bool isCancellable, bool showTimeElapsed)
     : _impl(new Impl)
@@ -78,7 +118,7 @@ DzProgress::DzProgress(const QString& info, int totalSteps, bool isCancellable, 
     _impl->timer.start();
     Stack().push_back(this);
     Announce(info);
-    Show();
+    show();
 }
 
 DzProgress::~DzProgress()
@@ -95,7 +135,7 @@ void DzProgress::update(int position)
 {
     _impl->position = std::max(0, _impl->total > 0 ? std::min(position, _impl->total) : position);
     if (_impl->enabled)
-        Show();
+        show();
 }
 
 void DzProgress::setInfo(const QString& info)
@@ -103,7 +143,7 @@ void DzProgress::setInfo(const QString& info)
     _impl->info = info;
     Announce(info);
     if (_impl->enabled)
-        Show();
+        show();
 }
 
 void DzProgress::setCurrentInfo(const QString& info)
@@ -123,7 +163,14 @@ void DzProgress::finish()
         dzApp->log(QStringLiteral("%1: %2 s")
                        .arg(_impl->info)
                        .arg(double(_impl->timer.elapsed()) / 1000.0, 0, 'f', 1));
-    Show();
+    show();
+    if (!stack.empty() || !Window())
+        return;
+    if (_impl->closeOnFinish)
+        delete Window();
+    else
+        Window()->stayOpen();
+    Window().clear();
 }
 
 void DzProgress::cancel()

@@ -10,6 +10,8 @@ set(HOST_UI_SOURCES
     ui/options_dialog.cpp
     ui/plugins.cpp
     ui/progress.cpp
+    ui/progress_window.cpp
+    ui/progress_window.h
     ui/render_manager.cpp
     ui/scene_picture.cpp
     ui/slider.cpp
