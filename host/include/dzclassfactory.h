@@ -50,7 +50,8 @@ public:
     static QScriptValue objectToScript(QScriptEngine* engine, T* const& object)
     {
         return engine->newQObject(object, QScriptEngine::QtOwnership,
-                                  QScriptEngine::PreferExistingWrapperObject);
+                                  QScriptEngine::PreferExistingWrapperObject |
+                                      QScriptEngine::ExcludeDeleteLater);
     }
     static void objectFromScript(const QScriptValue& value, T*& object)
     {

@@ -62,6 +62,7 @@
 
 #include <QSize>
 
+Q_DECLARE_METATYPE(QObjectList) // under the name that the engine gives it
 Q_DECLARE_METATYPE(DzVec3)
 Q_DECLARE_METATYPE(DzBox3)
 Q_DECLARE_METATYPE(DzUri)
@@ -74,9 +75,23 @@ namespace {
 template <class T>
 QScriptValue PointerToScript(QScriptEngine* engine, T* const& object)
 {
-    if (!object)
-        return engine->nullValue();
-    return engine->newQObject(object, QScriptEngine::QtOwnership, QScriptEngine::PreferExistingWrapperObject);
+    return WrapObject(*engine, object);
+}
+
+QScriptValue ListToScript(QScriptEngine* engine, const QObjectList& objects)
+{
+    QScriptValue array = engine->newArray(static_cast<uint>(objects.size()));
+    for (int i = 0; i < objects.size(); ++i)
+        array.setProperty(static_cast<quint32>(i), WrapObject(*engine, objects.at(i)));
+    return array;
+}
+
+void ListFromScript(const QScriptValue& array, QObjectList& objects)
+{
+    objects.clear();
+    const quint32 count = array.property(QStringLiteral("length")).toUInt32();
+    for (quint32 i = 0; i < count; ++i)
+        objects.append(array.property(i).toQObject());
 }
 
 template <class T>
@@ -182,6 +197,7 @@ void RegisterTypes(QScriptEngine& engine)
                      DzRenderOptions, DzRenderer>(engine);
     RegisterPointers<DzSettings, DzFileIOSettings, DzMorphLoader, DzMorphLoaderBatch, DzTransferUtility>(
         engine);
+    qScriptRegisterMetaType<QObjectList>(&engine, ListToScript, ListFromScript);
     qScriptRegisterMetaType<DzVec3>(&engine, VectorToScript, VectorFromScript);
     qScriptRegisterMetaType<DzBox3>(&engine, BoxToScript, BoxFromScript);
     qScriptRegisterMetaType<QSize>(&engine, SizeToScript, SizeFromScript);
@@ -225,12 +241,22 @@ const BuiltInClass<DzMorphDeltas> deltasRegistration;
 
 } // namespace
 
+QScriptValue WrapObject(QScriptEngine& engine, QObject* object)
+{
+    if (!object)
+        return engine.nullValue();
+    return engine.newQObject(object, QScriptEngine::QtOwnership,
+                             QScriptEngine::PreferExistingWrapperObject | QScriptEngine::ExcludeDeleteLater);
+}
+
 void RegisterScriptClasses(QScriptEngine& engine)
 {
     RegisterTypes(engine);
     // All wrapped objects share one prototype.
-    engine.newQObject(dzScene).prototype().setProperty(
-        QStringLiteral("inherits"), engine.newFunction(Inherits), QScriptValue::SkipInEnumeration);
+    WrapObject(engine, dzScene)
+        .prototype()
+        .setProperty(QStringLiteral("inherits"), engine.newFunction(Inherits),
+                     QScriptValue::SkipInEnumeration);
     QScriptValue global = engine.globalObject();
     for (const QMetaObject* const metaObject : enumerationClasses)
         global.setProperty(QLatin1String(metaObject->className()),

@@ -9,6 +9,7 @@
 #include "dzprogress.h"
 #include "dzscene.h"
 #include "host/script/message_box.h"
+#include "host/script/script_classes.h"
 #include "host/script/script_session.h"
 
 #include <QElapsedTimer>
@@ -77,37 +78,48 @@ QScriptValue ProcessEvents(QScriptContext*, QScriptEngine* engine)
     return engine->undefinedValue();
 }
 
+/// What one run shows the user; it goes with the run, however that ends.
+class ScriptDisplays : public QObject {
+public:
+    explicit ScriptDisplays(QObject* parent) : QObject(parent) {}
+    ~ScriptDisplays() override
+    {
+        for (; busyCursors > 0; --busyCursors)
+            dzApp->clearBusyCursor();
+    }
+    std::vector<std::unique_ptr<DzProgress>> progress; ///< innermost last
+    int busyCursors = 0;
+
+    static ScriptDisplays& Of(QScriptEngine* engine)
+    {
+        ScriptSession& session = ScriptSession::Of(engine);
+        for (QObject* const child : session.children())
+            if (auto* const displays = dynamic_cast<ScriptDisplays*>(child))
+                return *displays;
+        return *new ScriptDisplays(&session);
+    }
+};
+
 QScriptValue SetBusyCursor(QScriptContext*, QScriptEngine* engine)
 {
+    ++ScriptDisplays::Of(engine).busyCursors;
     dzApp->setBusyCursor();
     return engine->undefinedValue();
 }
 
 QScriptValue ClearBusyCursor(QScriptContext*, QScriptEngine* engine)
 {
+    ScriptDisplays& displays = ScriptDisplays::Of(engine);
+    if (displays.busyCursors == 0)
+        return engine->undefinedValue(); // those of others are theirs
+    --displays.busyCursors;
     dzApp->clearBusyCursor();
     return engine->undefinedValue();
 }
 
-/// The progress displays that one run has open, innermost last. They close with the run.
-class ScriptProgress : public QObject {
-public:
-    explicit ScriptProgress(QObject* parent) : QObject(parent) {}
-    std::vector<std::unique_ptr<DzProgress>> displays;
-
-    static ScriptProgress& Of(QScriptEngine* engine)
-    {
-        ScriptSession& session = ScriptSession::Of(engine);
-        for (QObject* const child : session.children())
-            if (auto* const progress = dynamic_cast<ScriptProgress*>(child))
-                return *progress;
-        return *new ScriptProgress(&session);
-    }
-};
-
 QScriptValue StartProgress(QScriptContext* context, QScriptEngine* engine)
 {
-    ScriptProgress::Of(engine).displays.push_back(
+    ScriptDisplays::Of(engine).progress.push_back(
         std::make_unique<DzProgress>(context->argument(0).toString(), context->argument(1).toInt32(),
                                      context->argument(2).toBool(), context->argument(3).toBool()));
     return engine->undefinedValue();
@@ -115,31 +127,31 @@ QScriptValue StartProgress(QScriptContext* context, QScriptEngine* engine)
 
 QScriptValue StepProgress(QScriptContext* context, QScriptEngine* engine)
 {
-    auto& displays = ScriptProgress::Of(engine).displays;
-    if (!displays.empty())
-        displays.back()->step(context->argumentCount() > 0 ? context->argument(0).toInt32() : 1);
+    auto& progress = ScriptDisplays::Of(engine).progress;
+    if (!progress.empty())
+        progress.back()->step(context->argumentCount() > 0 ? context->argument(0).toInt32() : 1);
     return engine->undefinedValue();
 }
 
 QScriptValue SetProgressInfo(QScriptContext* context, QScriptEngine* engine)
 {
-    auto& displays = ScriptProgress::Of(engine).displays;
-    if (!displays.empty())
-        displays.back()->setInfo(context->argument(0).toString());
+    auto& progress = ScriptDisplays::Of(engine).progress;
+    if (!progress.empty())
+        progress.back()->setInfo(context->argument(0).toString());
     return engine->undefinedValue();
 }
 
 QScriptValue ProgressIsCancelled(QScriptContext*, QScriptEngine* engine)
 {
-    const auto& displays = ScriptProgress::Of(engine).displays;
-    return QScriptValue(!displays.empty() && displays.back()->isCancelled());
+    const auto& progress = ScriptDisplays::Of(engine).progress;
+    return QScriptValue(!progress.empty() && progress.back()->isCancelled());
 }
 
 QScriptValue FinishProgress(QScriptContext*, QScriptEngine* engine)
 {
-    auto& displays = ScriptProgress::Of(engine).displays;
-    if (!displays.empty())
-        displays.pop_back();
+    auto& progress = ScriptDisplays::Of(engine).progress;
+    if (!progress.empty())
+        progress.pop_back();
     return engine->undefinedValue();
 }
 
@@ -171,10 +183,10 @@ void RegisterScriptFunctions(QScriptEngine& engine)
     QScriptValue global = engine.globalObject();
     for (const GlobalFunction& entry : globalFunctions)
         global.setProperty(QLatin1String(entry.name), engine.newFunction(entry.function));
-    global.setProperty(QStringLiteral("Scene"), engine.newQObject(dzScene));
-    global.setProperty(QStringLiteral("App"), engine.newQObject(dzApp));
+    global.setProperty(QStringLiteral("Scene"), WrapObject(engine, dzScene));
+    global.setProperty(QStringLiteral("App"), WrapObject(engine, dzApp));
     if (dzApp->getInterface())
-        global.setProperty(QStringLiteral("MainWindow"), engine.newQObject(dzApp->getInterface()));
+        global.setProperty(QStringLiteral("MainWindow"), WrapObject(engine, dzApp->getInterface()));
     global.setProperty(QStringLiteral("MessageBox"),
                        engine.newQObject(new ScriptMessageBox, QScriptEngine::ScriptOwnership));
 }

@@ -258,4 +258,42 @@ TEST_F(ScriptTest, shows_progress_that_ends_with_the_run)
     EXPECT_EQ(valueOf("startProgress('again', 1); progressIsCancelled()").toBool(), false);
 }
 
+TEST_F(ScriptTest, cannot_delete_what_is_the_hosts)
+{
+    addNode("Chair");
+    for (const char* const object :
+         {"Scene", "App", "MainWindow", "Scene.getNode(0)", "Scene.getNodeList()[0]",
+          "Scene.getNode(0).getXPosControl()", "MainWindow.getActionMgr().findAction('DzDeleteAction')",
+          "App.getContentMgr()", "MainWindow.getViewportMgr().getPerspectiveView()", "new DzNode()"})
+        EXPECT_EQ(textOf((std::string("typeof ") + object + ".deleteLater").c_str()), "undefined") << object;
+    EXPECT_EQ(valueOf("Scene.getNodeList().length").toInt(), 1);
+}
+
+TEST_F(ScriptTest, leaves_no_busy_cursor_behind_and_takes_none_away)
+{
+    dzApp->setBusyCursor();
+    valueOf("clearBusyCursor(); clearBusyCursor(); setBusyCursor(); setBusyCursor();");
+    EXPECT_NE(QApplication::overrideCursor(), nullptr) << "the host's own";
+    dzApp->clearBusyCursor();
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(ScriptTest, that_calls_itself_for_ever_ends_with_an_error)
+{
+    DzScript script;
+    script.setCode(QLatin1String("function deeper(n) { return deeper(n + 1) + 1; } deeper(0);"));
+    EXPECT_FALSE(script.execute());
+    EXPECT_FALSE(script.errorMessage().isEmpty());
+    EXPECT_EQ(valueOf("1 + 1").toInt(), 2);
+}
+
+TEST_F(ScriptTest, that_hands_one_thing_to_two_owners_is_refused_the_second)
+{
+    valueOf("var p = new DzNode(); var q = new DzNode(); Scene.addNode(p); Scene.addNode(q);"
+            "p.addNodeChild(q); q.addNodeChild(p); Scene.addNode(p); p.addNodeChild(p);");
+    EXPECT_EQ(dzScene->getNumNodes(), 2);
+    TestHost().purge();
+    EXPECT_EQ(dzScene->getNode(0)->getNumNodeChildren(), 1);
+}
+
 } // namespace
