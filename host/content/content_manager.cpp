@@ -39,16 +39,23 @@ bool IsNative(const QString& file)
            file.endsWith(QLatin1String(".dsf"), Qt::CaseInsensitive);
 }
 
-/// Reads a file of another program; what went wrong, or nothing.
-QString ImportError(const QString& file)
+/// Reads a file of another program.
+/// @param reason  what went wrong; nothing when the user cancelled
+bool Import(const QString& file, QString* reason)
 {
-    if (!QFileInfo(file).isFile())
-        return file + QLatin1String(": there is no such file");
+    if (!QFileInfo(file).isFile()) {
+        *reason = file + QLatin1String(": there is no such file");
+        return false;
+    }
     const std::unique_ptr<DzImporter> importer(dzApp->getImportMgr()->findImporterForFile(file));
-    if (!importer)
-        return file + QLatin1String(": no importer reads files of this kind");
+    if (!importer) {
+        *reason = file + QLatin1String(": no importer reads files of this kind");
+        return false;
+    }
     const DzError error = importer->readFile(file);
-    return error == DZ_NO_ERROR ? QString() : file + QLatin1String(": ") + getErrorMessage(error);
+    if (error != DZ_NO_ERROR && error != DZ_USER_CANCELLED_OPERATION)
+        *reason = file + QLatin1String(": ") + getErrorMessage(error);
+    return error == DZ_NO_ERROR;
 }
 
 } // namespace
@@ -83,12 +90,13 @@ bool DzContentMgr::openFile(const QString& fullPath, bool merge)
                 dzScene->clear();
             return openhost::LoadIntoScene(_impl->library, ToPath(fullPath));
         }
-        reason = ImportError(fullPath);
+        if (Import(fullPath, &reason))
+            return true;
     } catch (const std::exception& error) {
         reason = QString::fromStdString(error.what());
     }
     if (reason.isEmpty())
-        return true;
+        return false;
     openhost::LogWarning(reason);
     // After the exception has ended, since this may run an event loop.
     openhost::CurrentLoadQuestions().openError(fullPath, reason);

@@ -12,6 +12,7 @@ public:
     explicit DzExporter(const QString& extension);
     ~DzExporter();
 
+    /// Asks for the options first, where there is somebody to ask, unless "RunSilent" is set in them.
     Q_INVOKABLE DzError writeFile(const QString& filename, const DzFileIOSettings* options = 0);
     QString getExtension() const { return _extension; }
     virtual bool isFileExporter() const;

@@ -17,6 +17,7 @@ public:
     DzImporter();
     ~DzImporter();
 
+    /// Asks for the options first, where there is somebody to ask, unless "RunSilent" is set in them.
     Q_INVOKABLE DzError readFile(const QString& filename, const DzFileIOSettings* options = 0);
     virtual bool recognize(const QString& filename) const;
     virtual int getNumExtensions() const = 0;

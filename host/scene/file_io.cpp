@@ -41,14 +41,33 @@ bool DzFileIO::showOptions() const
     return false;
 }
 
+namespace {
+
+/// The given options, or the defaults, after asking; options that are to run silently are taken as they are.
+/// @return false when the user cancels
+bool AgreeOptions(DzFileIO& fileIO, const DzFileIOSettings* given, const QString& filename,
+                  DzFileIOSettings* agreed)
+{
+    if (given)
+        *agreed = *given;
+    if (agreed->getIntValue(QStringLiteral("RunSilent")) != 0)
+        return true;
+    return fileIO.getOptions(agreed, true, filename);
+}
+
+} // namespace
+
 DzExporter::DzExporter(const QString& extension) : _extension(extension) {}
 DzExporter::~DzExporter() = default;
 
 DzError DzExporter::writeFile(const QString& filename, const DzFileIOSettings* options)
 {
+    DzFileIOSettings agreed;
+    if (!AgreeOptions(*this, options, filename, &agreed))
+        return DZ_USER_CANCELLED_OPERATION;
     if (!openhost::AllowOperation("export", filename))
         return DZ_OPERATION_FAILED_ERROR;
-    return write(filename, options);
+    return write(filename, &agreed);
 }
 
 bool DzExporter::isFileExporter() const
@@ -61,12 +80,17 @@ DzImporter::~DzImporter() = default;
 
 DzError DzImporter::readFile(const QString& filename, const DzFileIOSettings* options)
 {
+    DzFileIOSettings agreed;
+    if (!QFileInfo(filename).isFile())
+        return DZ_UNABLE_TO_OPEN_FILE_ERROR; // before anybody chooses options for it
+    if (!AgreeOptions(*this, options, filename, &agreed))
+        return DZ_USER_CANCELLED_OPERATION;
     if (!openhost::AllowOperation("import", filename))
         return DZ_OPERATION_FAILED_ERROR;
     for (QObject* node : std::as_const(_nodes))
         node->disconnect(this);
     _nodes.clear();
-    return read(filename, options);
+    return read(filename, &agreed);
 }
 
 bool DzImporter::recognize(const QString& filename) const

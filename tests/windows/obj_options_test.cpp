@@ -1,6 +1,8 @@
 // The options of OBJ files, set by a person.
 // SPDX-License-Identifier: MIT
 
+#include "dzcontentmgr.h"
+#include "dzexporter.h"
 #include "dzfileiosettings.h"
 #include "dzimporter.h"
 #include "shared/ks_daz-managers.h"
@@ -15,6 +17,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QFile>
 #include <QSpinBox>
 #include <QTest>
 
@@ -126,6 +129,83 @@ TEST_F(ObjOptionsTest, shows_every_option_of_an_import)
     EXPECT_TRUE(importer->getOptions(&import.getDzFileIOSettings(), true, QString()));
     EXPECT_EQ(answer.title, QStringLiteral("OBJ Import Options"));
     EXPECT_EQ(shown, Keys(import.getDzFileIOSettings()));
+}
+
+/// A file of one triangle.
+QString TriangleFile(const char* name)
+{
+    const QString path = TestFolder() + QLatin1Char('/') + QLatin1String(name);
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+    return path;
+}
+
+std::unique_ptr<DzImporter> Importer()
+{
+    return std::unique_ptr<DzImporter>(&kst::daz::GetObjImporter_X());
+}
+
+TEST_F(ObjOptionsTest, are_asked_for_when_a_file_is_read_or_written_and_nobody_said_to_be_silent)
+{
+    const QString file = TriangleFile("asked.obj");
+    {
+        ModalAnswer answer(Press("Accept"));
+        EXPECT_EQ(Importer()->readFile(file), DZ_NO_ERROR);
+        EXPECT_TRUE(answer.seen);
+        EXPECT_EQ(answer.title, QLatin1String("OBJ Import Options"));
+    }
+    const std::unique_ptr<DzExporter> exporter(&kst::daz::GetObjExporter_X());
+    const QString copy = TestFolder() + QLatin1String("/asked-copy.obj");
+    {
+        ModalAnswer answer(Press("Accept"));
+        EXPECT_EQ(exporter->writeFile(copy, &options()), DZ_NO_ERROR);
+        EXPECT_TRUE(answer.seen);
+        EXPECT_EQ(answer.title, QLatin1String("OBJ Export Options"));
+    }
+    EXPECT_TRUE(QFile::exists(copy));
+}
+
+TEST_F(ObjOptionsTest, are_not_asked_for_when_told_to_be_silent)
+{
+    const QString file = TriangleFile("silent.obj");
+    ModalAnswer answer;
+    DzFileIOSettings silent;
+    silent.setIntValue(QLatin1String("RunSilent"), 1);
+    EXPECT_EQ(Importer()->readFile(file, &silent), DZ_NO_ERROR);
+    settings.loadBlenderDefaults();
+    options().setIntValue(QLatin1String("RunSilent"), 1);
+    const std::unique_ptr<DzExporter> exporter(&kst::daz::GetObjExporter_X());
+    EXPECT_EQ(exporter->writeFile(TestFolder() + QLatin1String("/silent-copy.obj"), &options()), DZ_NO_ERROR);
+    EXPECT_FALSE(answer.seen);
+}
+
+TEST_F(ObjOptionsTest, cancelled_leave_scene_and_files_alone_and_no_complaint)
+{
+    const QString file = TriangleFile("cancelled.obj");
+    {
+        ModalAnswer answer(Press("Cancel"));
+        EXPECT_EQ(Importer()->readFile(file), DZ_USER_CANCELLED_OPERATION);
+    }
+    {
+        ModalAnswer answer(Press("Cancel"));
+        EXPECT_FALSE(dzApp->getContentMgr()->openFile(file, true));
+        EXPECT_EQ(answer.title, QLatin1String("OBJ Import Options")) << "and no box about an error after it";
+    }
+    EXPECT_EQ(dzScene->getNumNodes(), 0);
+    const std::unique_ptr<DzExporter> exporter(&kst::daz::GetObjExporter_X());
+    const QString copy = TestFolder() + QLatin1String("/cancelled-copy.obj");
+    ModalAnswer answer(Press("Cancel"));
+    EXPECT_EQ(exporter->writeFile(copy, &options()), DZ_USER_CANCELLED_OPERATION);
+    EXPECT_FALSE(QFile::exists(copy));
+}
+
+TEST_F(ObjOptionsTest, are_not_asked_for_a_file_that_is_not_there)
+{
+    ModalAnswer answer;
+    EXPECT_EQ(Importer()->readFile(TestFolder() + QLatin1String("/missing.obj")),
+              DZ_UNABLE_TO_OPEN_FILE_ERROR);
+    EXPECT_FALSE(answer.seen);
 }
 
 } // namespace
