@@ -5,107 +5,13 @@
 
 #include "dzapp.h"
 #include "dzfigure.h"
-#include "dzfileiosettings.h"
 #include "dzmorph.h"
 #include "dzobject.h"
 #include "dzplugin.h"
 #include "dzpluginmgr.h"
-#include "geometry/atomic_file.h"
-#include "geometry/errors.h"
 #include "host/tools/morph_load.h"
+#include "host/tools/morph_load_config.h"
 #include "host/tools/morph_load_settings.h"
-
-#include <QFile>
-
-namespace {
-
-/// Settings that differ from object to object; the others are common to a whole project.
-void WriteSettings(const openhost::MorphLoadSettings& from, DzSettings* to)
-{
-    to->setStringValue(QLatin1String("Filename"), from.filename);
-    to->setStringValue(QLatin1String("MorphName"), from.morphName);
-    to->setStringValue(QLatin1String("PropertyGroupPath"), from.propertyGroupPath);
-    to->setBoolValue(QLatin1String("MorphSubdivision"), from.morphSubdivision);
-    to->setIntValue(QLatin1String("SubdivisionBuiltResolution"), from.subdivisionBuiltResolution);
-    to->setIntValue(QLatin1String("SubdivisionMinResolution"), from.subdivisionMinResolution);
-    to->setIntValue(QLatin1String("SubdivisionMaxResolution"), from.subdivisionMaxResolution);
-    to->setBoolValue(QLatin1String("SubdivisionSmoothCage"), from.subdivisionSmoothCage);
-    to->setIntValue(QLatin1String("SubdivisionMapping"), from.subdivisionMapping);
-    to->setFloatValue(QLatin1String("DeltaTolerance"), from.deltaTolerance);
-    to->setBoolValue(QLatin1String("CreateControlProperty"), from.createControlProperty);
-    to->setBoolValue(QLatin1String("ReverseDeformations"), from.reverseDeformations);
-    to->setBoolValue(QLatin1String("PreserveExistingDeltas"), from.preserveExistingDeltas);
-    to->setStringValue(QLatin1String("ReverseDeformationsPose"), from.reverseDeformationsPose);
-    to->setIntValue(QLatin1String("OverwriteExisting"), from.overwriteExisting);
-    to->setBoolValue(QLatin1String("CleanUpOrphans"), from.cleanUpOrphans);
-    to->setIntValue(QLatin1String("MorphMirroring"), from.morphMirroring);
-    to->setStringValue(QLatin1String("AttenuateMapPath"), from.attenuateMapPath);
-    to->setFloatValue(QLatin1String("AttenuateStrength"), from.attenuateStrength);
-    to->setFloatValue(QLatin1String("AttenuateEdgeStrength"), from.attenuateEdgeStrength);
-}
-
-template <class Enum>
-Enum ReadEnum(const DzSettings& from, const char* key, Enum present, Enum last)
-{
-    const int value = from.getIntValue(QLatin1String(key), present);
-    return value >= 0 && value <= last ? static_cast<Enum>(value) : present;
-}
-
-void ReadSettings(const DzSettings& from, openhost::MorphLoadSettings& to)
-{
-    to.filename = from.getStringValue(QLatin1String("Filename"), to.filename);
-    to.morphName = from.getStringValue(QLatin1String("MorphName"), to.morphName);
-    to.propertyGroupPath = from.getStringValue(QLatin1String("PropertyGroupPath"), to.propertyGroupPath);
-    to.morphSubdivision = from.getBoolValue(QLatin1String("MorphSubdivision"), to.morphSubdivision);
-    to.subdivisionBuiltResolution =
-        from.getIntValue(QLatin1String("SubdivisionBuiltResolution"), to.subdivisionBuiltResolution);
-    to.subdivisionMinResolution =
-        from.getIntValue(QLatin1String("SubdivisionMinResolution"), to.subdivisionMinResolution);
-    to.subdivisionMaxResolution =
-        from.getIntValue(QLatin1String("SubdivisionMaxResolution"), to.subdivisionMaxResolution);
-    to.subdivisionSmoothCage =
-        from.getBoolValue(QLatin1String("SubdivisionSmoothCage"), to.subdivisionSmoothCage);
-    to.subdivisionMapping =
-        ReadEnum(from, "SubdivisionMapping", to.subdivisionMapping, DzMorphLoader::MudboxCage);
-    to.deltaTolerance =
-        static_cast<float>(from.getFloatValue(QLatin1String("DeltaTolerance"), to.deltaTolerance));
-    to.createControlProperty =
-        from.getBoolValue(QLatin1String("CreateControlProperty"), to.createControlProperty);
-    to.reverseDeformations = from.getBoolValue(QLatin1String("ReverseDeformations"), to.reverseDeformations);
-    to.preserveExistingDeltas =
-        from.getBoolValue(QLatin1String("PreserveExistingDeltas"), to.preserveExistingDeltas);
-    to.reverseDeformationsPose =
-        from.getStringValue(QLatin1String("ReverseDeformationsPose"), to.reverseDeformationsPose);
-    to.overwriteExisting =
-        ReadEnum(from, "OverwriteExisting", to.overwriteExisting, DzMorphLoader::DeltasOnly);
-    to.cleanUpOrphans = from.getBoolValue(QLatin1String("CleanUpOrphans"), to.cleanUpOrphans);
-    to.morphMirroring = ReadEnum(from, "MorphMirroring", to.morphMirroring, DzMorphLoader::ZNegToPos);
-    to.attenuateMapPath = from.getStringValue(QLatin1String("AttenuateMapPath"), to.attenuateMapPath);
-    to.attenuateStrength =
-        static_cast<float>(from.getFloatValue(QLatin1String("AttenuateStrength"), to.attenuateStrength));
-    to.attenuateEdgeStrength = static_cast<float>(
-        from.getFloatValue(QLatin1String("AttenuateEdgeStrength"), to.attenuateEdgeStrength));
-}
-
-QString ObjectKey(const QString& object)
-{
-    return QLatin1String("Object:") + object;
-}
-
-bool ReadSection(const QString& file, const QString& key, openhost::MorphLoadSettings& to)
-{
-    QFile stream(file);
-    DzFileIOSettings all;
-    if (!stream.open(QIODevice::ReadOnly) || !all.fromString(QString::fromUtf8(stream.readAll())))
-        return false;
-    const DzSettings* const section = all.getSettingsValue(key);
-    if (!section)
-        return false;
-    ReadSettings(*section, to);
-    return true;
-}
-
-} // namespace
 
 DzMorphLoader::DzMorphLoader() : _impl(std::make_unique<openhost::MorphLoadSettings>()) {}
 DzMorphLoader::~DzMorphLoader() = default;
@@ -136,30 +42,19 @@ bool DzMorphLoader::setLoadMode(LoadMode mode, DzNode* node)
 
 bool DzMorphLoader::readObjectSettingsFromConfigFile(const QString& file, const QString& object)
 {
-    return ReadSection(file, ObjectKey(object), *_impl);
+    return openhost::ReadConfig(file, openhost::ConfigSection::Object, object, _impl.get());
 }
 
 bool DzMorphLoader::readObjectCommonSettingsFromConfigFile(const QString& file)
 {
-    return ReadSection(file, QLatin1String("Common"), *_impl);
+    return openhost::ReadConfig(file, openhost::ConfigSection::Common, QString(), _impl.get());
 }
 
 bool DzMorphLoader::saveObjectSettingsToConfigFile(const QString& file, const QString& object, bool common)
 {
-    DzFileIOSettings all;
-    QFile stream(file);
-    // A file that holds something else is not ours to replace.
-    if (stream.exists() &&
-        !(stream.open(QIODevice::ReadOnly) && all.fromString(QString::fromUtf8(stream.readAll()))))
-        return false;
-    WriteSettings(*_impl,
-                  all.setSettingsValue(common ? QString(QLatin1String("Common")) : ObjectKey(object)));
-    try {
-        geometry::WriteFileAtomically(file.toStdString(), all.toString().toStdString());
-        return true;
-    } catch (const geometry::IoError&) {
-        return false;
-    }
+    using openhost::ConfigSection;
+    return openhost::WriteConfig(file, common ? ConfigSection::Common : ConfigSection::Object, object,
+                                 *_impl);
 }
 
 bool DzMorphLoader::morphAlreadyExists(DzNode* node)

@@ -10,6 +10,7 @@ set(HOST_TOOLS_SOURCES
     tools/mesh_cleanup.cpp
     tools/mirroring.cpp
     tools/morph_load.cpp
+    tools/morph_load_config.cpp
     tools/morph_loader.cpp
     tools/morph_loader_batch.cpp
     tools/obj_exporter.cpp

@@ -3,6 +3,7 @@
 
 #include "host/tools/transfer_utility.h"
 
+#include "dzcontroller.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
 #include "dzfigure.h"
@@ -18,7 +19,10 @@
 #include "host/tools/transfer_parts.h"
 #include "openhost/operations.h"
 
+#include <QSet>
+
 #include <memory>
+#include <vector>
 
 namespace {
 
@@ -27,14 +31,38 @@ bool HasMesh(const DzNode* node)
     return node && node->getObject() && node->getObject()->pipeline().hasMesh();
 }
 
-bool IsWanted(const DzMorph& morph, int type, const QStringList& names)
+/// The favourite dials, of the node and of its morphs, and all that they drive, directly or through others.
+QSet<const DzProperty*> FavoritesWithParts(const DzNode& node)
+{
+    QSet<const DzProperty*> found;
+    std::vector<const DzProperty*> open;
+    const DzObject& object = *node.getObject();
+    for (int i = 0; i < node.getNumProperties(); ++i)
+        if (node.getProperty(i)->isFavorite())
+            open.push_back(node.getProperty(i));
+    for (int i = 0; i < object.getNumModifiers(); ++i) {
+        const auto* const morph = qobject_cast<const DzMorph*>(object.getModifier(i));
+        if (morph && morph->getValueControl()->isFavorite())
+            open.push_back(morph->getValueControl());
+    }
+    while (!open.empty()) {
+        const DzProperty* const dial = open.back();
+        open.pop_back();
+        if (found.contains(dial))
+            continue; // dials may drive each other in a circle
+        found.insert(dial);
+        for (DzControllerListIterator links = dial->slaveControllerListIterator(); links.hasNext();)
+            if (const DzProperty* const driven = links.next()->getOwner())
+                open.push_back(driven);
+    }
+    return found;
+}
+
+bool IsWanted(const DzMorph& morph, int type)
 {
     const DzFloatProperty& dial = *morph.getValueControl();
     switch (type) {
-    case DzTransferUtility::NameList:
-        return names.contains(morph.getName());
     case DzTransferUtility::Favorites:
-    case DzTransferUtility::FavoritesAndSubComponets:
         return dial.isFavorite();
     case DzTransferUtility::ShapingAndPoseType: {
         const DzPresentation* const presentation = morph.getPresentation();
@@ -59,9 +87,12 @@ std::vector<const DzMorph*> WantedMorphs(const DzNode& source, int type, const Q
                 morphs.push_back(morph);
         return morphs;
     }
+    QSet<const DzProperty*> favorites;
+    if (type == DzTransferUtility::FavoritesAndSubComponets)
+        favorites = FavoritesWithParts(source);
     for (int i = 0; i < object.getNumModifiers(); ++i) {
         const auto* const morph = qobject_cast<DzMorph*>(object.getModifier(i));
-        if (morph && IsWanted(*morph, type, names))
+        if (morph && (IsWanted(*morph, type) || favorites.contains(morph->getValueControl())))
             morphs.push_back(morph);
     }
     return morphs;
