@@ -11,6 +11,7 @@
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
+#include "dzscript.h"
 #include "dzweightmap.h"
 #include "host/figure/deltas_access.h"
 #include "host/tools/morph_loader.h"
@@ -22,8 +23,10 @@
 
 #include <cmath>
 
+#include <QEventLoop>
 #include <QFile>
 #include <QMetaMethod>
+#include <QTimer>
 
 using geometry::Vec3f;
 
@@ -423,6 +426,37 @@ TEST_F(MorphLoaderPro, the_script_names_what_is_missing_first_and_what_the_host_
     EXPECT_EQ(run("a.obj", "A", "/A", "{\"Scale\": 1.0}"), "Script error: incompatible load mode");
     dzScene->selectAllNodes(false);
     EXPECT_EQ(run("a.obj", "A", "/A", "{\"Scale\": 1.0}").rfind("Script error: TypeError", 0), 0u);
+}
+
+/// Stops all scripts in the middle of a load, and waits until the running one has noticed.
+class Stopper : public openhost::OperationListener {
+public:
+    Stopper() { openhost::SetOperationListener(this); }
+    ~Stopper() override { openhost::SetOperationListener(nullptr); }
+    bool allow(const QString& operation, const QString&) override
+    {
+        if (operation != QLatin1String("createMorph"))
+            return true;
+        DzScript::stopAll();
+        QEventLoop loop;
+        QTimer::singleShot(500, &loop, &QEventLoop::quit);
+        loop.exec();
+        return false;
+    }
+};
+
+TEST_F(MorphLoaderPro, a_script_that_is_stopped_is_told_as_such)
+{
+    TubeFigure tube;
+    dzScene->setPrimarySelection(tube.figure);
+    const std::string file = WritePositions("stopped.obj", Bumped(BasePositions())).toStdString();
+    const Stopper stopper;
+    EXPECT_EQ(MessageOf([&] {
+                  kst::MorphLoaderProScript::ScriptExec(file, "Stopped", QStringLiteral("{\"Scale\": 1.0}"),
+                                                        false, 0, "/Actor", false, "", 1.0f);
+              }),
+              "failed to execute script to run Morph Loader Pro");
+    EXPECT_EQ(morph(*tube.figure, "Stopped"), nullptr);
 }
 
 TEST_F(MorphLoaderPro, the_batch_runs_as_the_driver_calls_it)

@@ -100,6 +100,26 @@ TEST_F(HelpersTest, stock_figures_are_known_by_address_whatever_the_case)
     EXPECT_EQ(GetBaseFigure(""), BaseFigure::None);
 }
 
+TEST_F(HelpersTest, every_stock_figure_has_its_address)
+{
+    const std::pair<const char*, BaseFigure> figures[] = {
+        {"/data/DAZ%203D/Genesis%203/Female/Genesis3Female.dsf#Genesis3Female", BaseFigure::Genesis3Female},
+        {"/data/Daz%203D/Genesis%208/Female/Genesis8Female.dsf#Genesis8Female", BaseFigure::Genesis8Female},
+        {"/data/Daz%203D/Genesis%208/Female%208_1/Genesis8_1Female.dsf#Genesis8_1Female",
+         BaseFigure::Genesis8_1Female},
+        {"/data/DAZ%203D/Genesis%203/Male/Genesis3Male.dsf#Genesis3Male", BaseFigure::Genesis3Male},
+        {"/data/Daz%203D/Genesis%208/Male/Genesis8Male.dsf#Genesis8Male", BaseFigure::Genesis8Male},
+        {"/data/Daz%203D/Genesis%208/Male%208_1/Genesis8_1Male.dsf#Genesis8_1Male",
+         BaseFigure::Genesis8_1Male},
+        {"/data/DAZ%203D/Genesis%209/Base/Genesis9.dsf#Genesis9", BaseFigure::Genesis9}};
+    for (const auto& [uri, base] : figures) {
+        EXPECT_EQ(GetBaseFigure(uri), base);
+        EXPECT_EQ(GetBaseFigure(QString::fromUtf8(uri).toUpper().toStdString()), base);
+        EXPECT_EQ(GetBaseFigure(std::string(uri) + "x"), BaseFigure::None);
+    }
+    EXPECT_EQ(static_cast<int>(BaseFigure::Genesis9), 7);
+}
+
 TEST_F(HelpersTest, missing_objects_are_null_or_named)
 {
     EXPECT_EQ(GetObject(*prop, false), nullptr);

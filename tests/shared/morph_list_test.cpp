@@ -3,6 +3,7 @@
 
 #include "dzerclink.h"
 #include "dzfloatproperty.h"
+#include "dzintproperty.h"
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
@@ -77,6 +78,16 @@ TEST_F(MorphListTest, refuses_a_morph_with_two_properties)
     EXPECT_EQ(MessageOf([&] { kst::MorphList::FindMorphProperty_X(*node, "Two"); }),
               "internal error: expected morph " + Quoted("Two") +
                   " to have exactly one property, but it has 2");
+}
+
+TEST_F(MorphListTest, leaves_out_a_morph_whose_property_is_no_float)
+{
+    DzMorph* const morph = add("Whole", 0.0f);
+    ASSERT_EQ(morph->removeProperty(morph->getValueControl()), DZ_NO_ERROR);
+    morph->addProperty(new DzIntProperty(QLatin1String("Value"), true, true));
+    EXPECT_TRUE(kst::MorphList(*node).getAll().empty());
+    EXPECT_EQ(MessageOf([&] { kst::MorphList::FindMorphProperty_X(*node, "Whole"); }),
+              "property of morph " + Quoted("Whole") + " is not a DzFloatProperty");
 }
 
 TEST_F(MorphListTest, names_the_morph_or_property_that_is_missing)
