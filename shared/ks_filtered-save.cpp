@@ -3,6 +3,7 @@
 
 #include "shared/ks_filtered-save.h"
 
+#include "shared/ks_daz-helpers.h"
 #include "shared/ks_daz-managers.h"
 #include "shared/ks_exception.h"
 #include "shared/ks_string.h"
@@ -12,6 +13,7 @@
 #include <dzassetiomgr.h>
 #include <dzfileiosettings.h>
 #include <dznode.h>
+#include <dzskeleton.h>
 
 namespace kst {
 
@@ -31,6 +33,19 @@ DzSettings& NestedSet(DzSettings& settings, const QString& key)
 {
     DzSettings* const present = settings.getSettingsValue(key);
     return present ? *present : *settings.setSettingsValue(key);
+}
+
+FilteredSave::RunGetOptions Asking(bool showOptions)
+{
+    return showOptions ? FilteredSave::RunGetOptions::Interactive : FilteredSave::RunGetOptions::Skip;
+}
+
+/// The figure of the primary selection, or the selected node where that is no figure's.
+DzNode& SelectedRoot_X()
+{
+    DzNode* const selected = daz::GetPrimarySceneSelection(true);
+    DzNode* const figure = selected->getSkeleton();
+    return figure ? *figure : *selected;
 }
 
 } // namespace
@@ -59,8 +74,34 @@ bool FilteredSave::SaveMorphSupportAsset_X(DzNode& node, std::string_view baseDa
         NestedSet(NestedSet(save._pImpl->settings, QLatin1String("NodeNames")), node.getName());
     for (std::size_t i = 0; i < propertyNames.size(); ++i)
         names.setStringValue(QString::number(static_cast<int>(i)), ToQ(propertyNames[i]));
-    return save.run_X(std::string_view(), compress,
-                      showOptions ? RunGetOptions::Interactive : RunGetOptions::Skip);
+    return save.run_X(std::string_view(), compress, Asking(showOptions));
+}
+
+bool FilteredSave::SaveScene_X(std::string_view path, bool compress)
+{
+    FilteredSave save("DzSceneAssetFilter");
+    return save.run_X(path, compress, RunGetOptions::Skip);
+}
+
+bool FilteredSave::SaveSceneSubset_X(std::string_view path, bool compress, bool showOptions)
+{
+    FilteredSave save("DzSceneSubsetAssetFilter");
+    return save.run_X(path, compress, Asking(showOptions));
+}
+
+bool FilteredSave::SaveWearablePreset_X(std::string_view path, bool compress, bool showOptions)
+{
+    FilteredSave save("DzWearablesAssetFilter");
+    save._pImpl->set("RootLabel", SelectedRoot_X().getLabel());
+    return save.run_X(path, compress, Asking(showOptions));
+}
+
+bool FilteredSave::SavePosePreset_X(std::string_view path, bool compress, bool showOptions)
+{
+    FilteredSave save("DzPoseAssetFilter");
+    save._pImpl->set("RootLabel", SelectedRoot_X().getLabel());
+    save._pImpl->settings.setBoolValue(QLatin1String("SaveCurFrame"), true);
+    return save.run_X(path, compress, Asking(showOptions));
 }
 
 bool FilteredSave::run_X(std::string_view path, bool compress, RunGetOptions runGetOptions)

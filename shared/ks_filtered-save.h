@@ -34,6 +34,18 @@ public:
                                         const std::vector<std::string>& propertyNames, bool compress,
                                         bool showOptions);
 
+    /// Write a file for users; a missing extension is added. The throws and the result are those above.
+    /// @param path  the file
+    static bool SaveScene_X(std::string_view path, bool compress);
+    /// The selected nodes with what is below them.
+    static bool SaveSceneSubset_X(std::string_view path, bool compress, bool showOptions);
+    /// What the selected figure wears.
+    /// @throws Exception  also when no node is selected
+    static bool SaveWearablePreset_X(std::string_view path, bool compress, bool showOptions);
+    /// How the selected figure stands.
+    /// @throws Exception  also when no node is selected
+    static bool SavePosePreset_X(std::string_view path, bool compress, bool showOptions);
+
 private:
     bool run_X(std::string_view path, bool compress, RunGetOptions runGetOptions);
 

@@ -3,20 +3,65 @@
 
 #include "dzassetiomgr.h"
 
+#include "dzapp.h"
+#include "dzcontentmgr.h"
 #include "dzfileiosettings.h"
+#include "geometry/errors.h"
+#include "host/content/dson_reader.h"
 #include "host/content/morph_asset_filter.h"
+#include "host/content/save_file_question.h"
+#include "host/content/scene_asset_filters.h"
+#include "host/scene/host_log.h"
+#include "openhost/class_registry.h"
 #include "openhost/operations.h"
 
 #include <vector>
 
+#include <QFileInfo>
+
+namespace {
+
+const openhost::BuiltInClass<DzMorphSupportAssetFilter> morphSupport;
+const openhost::BuiltInClass<DzSceneAssetFilter> scene;
+const openhost::BuiltInClass<DzSceneSubsetAssetFilter> sceneSubset;
+const openhost::BuiltInClass<DzWearablesAssetFilter> wearables;
+const openhost::BuiltInClass<DzPoseAssetFilter> pose;
+
+/// Sets a flag for as long as it lives.
+class Raised {
+public:
+    explicit Raised(bool& flag) : _flag(flag), _former(flag) { _flag = true; }
+    ~Raised() { _flag = _former; }
+    Raised(const Raised&) = delete;
+    Raised& operator=(const Raised&) = delete;
+
+private:
+    bool& _flag;
+    bool _former;
+};
+
+/// Where the dialog begins when nobody says where.
+QString StandardFolder(const DzAssetIOFilter& filter)
+{
+    const QString content = dzApp->getContentMgr()->getContentDirectoryPath(0);
+    return content.isEmpty() ? content : content + filter.getStandardSaveRelativePath();
+}
+
+} // namespace
+
 struct DzAssetIOMgr::Impl {
     std::vector<std::unique_ptr<DzAssetIOFilter>> filters;
     bool writing = false;
+    bool reading = false;
 };
 
 DzAssetIOMgr::DzAssetIOMgr() : _impl(std::make_unique<Impl>())
 {
     _impl->filters.push_back(std::make_unique<DzMorphSupportAssetFilter>());
+    _impl->filters.push_back(std::make_unique<DzSceneAssetFilter>());
+    _impl->filters.push_back(std::make_unique<DzSceneSubsetAssetFilter>());
+    _impl->filters.push_back(std::make_unique<DzWearablesAssetFilter>());
+    _impl->filters.push_back(std::make_unique<DzPoseAssetFilter>());
 }
 
 DzAssetIOMgr::~DzAssetIOMgr() = default;
@@ -50,26 +95,70 @@ DzAssetIOFilter* DzAssetIOMgr::getFilter(int index) const
     return getAssetFilter(index);
 }
 
-DzError DzAssetIOMgr::doSaveWithOptions(DzAssetIOFilter* filter, DzFileIOSettings* options, bool,
+DzError DzAssetIOMgr::doSaveWithOptions(DzAssetIOFilter* filter, DzFileIOSettings* options, bool showOptions,
                                         const QString& filename, const QString& startingDir, const QString&)
 {
     if (!filter || !options)
         return DZ_ILLEGAL_ARGUMENT_ERROR;
+    const bool isSilent = options->getBoolValue(QLatin1String("RunSilent"));
+    QString file = filename;
+    if (file.isEmpty() && !filter->isSupportAssetFilter()) {
+        const openhost::SaveFileAsker ask = isSilent ? nullptr : openhost::CurrentSaveFileAsker();
+        if (!ask)
+            return DZ_ILLEGAL_ARGUMENT_ERROR;
+        file = ask(filter->getDescription(), startingDir.isEmpty() ? StandardFolder(*filter) : startingDir);
+        if (file.isEmpty())
+            return DZ_USER_CANCELLED_OPERATION;
+    }
+    if (!filter->isSupportAssetFilter())
+        file = openhost::WithUserExtension(file);
+    if (showOptions && !isSilent && !filter->getOptions(options, true, file))
+        return DZ_USER_CANCELLED_OPERATION;
     if (!openhost::AllowOperation("saveAsset", filter->className()))
         return DZ_OPERATION_FAILED_ERROR;
+    return write(*filter, *options, file, startingDir);
+}
+
+DzError DzAssetIOMgr::write(DzAssetIOFilter& filter, DzFileIOSettings& options, const QString& filename,
+                            const QString& startingDir)
+{
     emit assetSaveStarted(filename);
-    _impl->writing = true;
-    const DzError result = filter->doSave(options, filename, startingDir);
-    _impl->writing = false;
+    DzError result = DZ_OPERATION_FAILED_ERROR;
+    {
+        const Raised writing(_impl->writing);
+        result = filter.doSave(&options, filename, startingDir);
+    }
     emit assetSaveFinished(filename);
     if (result == DZ_NO_ERROR)
         emit assetSaved();
     return result;
 }
 
+DzError DzAssetIOMgr::doLoad(const QString& filename, DzScene::DzOpenMethod method)
+{
+    if (!QFileInfo(filename).isFile())
+        return DZ_FILE_NOT_FOUND_ERROR;
+    DzContentMgr& content = *dzApp->getContentMgr();
+    if (method == DzScene::OpenNew) {
+        // What cannot be read must not cost the present scene.
+        try {
+            dson::ReadOptions options;
+            options.deltas = false;
+            dson::ReadDocument(filename.toStdString(), options);
+        } catch (const geometry::Error& error) {
+            openhost::LogWarning(QString::fromStdString(error.what()));
+            return DZ_INVALID_FILE_ERROR;
+        }
+        dzScene->clear();
+    }
+    const Raised reading(_impl->reading);
+    const bool isLoaded = content.openFile(filename, method != DzScene::DefaultMethod);
+    return isLoaded ? DZ_NO_ERROR : DZ_OPERATION_FAILED_ERROR;
+}
+
 bool DzAssetIOMgr::isReading() const
 {
-    return false;
+    return _impl->reading;
 }
 
 bool DzAssetIOMgr::isWriting() const

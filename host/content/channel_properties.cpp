@@ -39,9 +39,9 @@ void ApplyChannel(DzNumericProperty& property, const dson::Channel& channel)
 {
     if (!channel.label.empty())
         property.setLabel(QString::fromStdString(channel.label));
-    const bool hasLimits = channel.min && channel.max && (channel.type == "float" || channel.type == "int");
+    const bool hasLimits = (channel.min || channel.max) && (channel.type == "float" || channel.type == "int");
     if (hasLimits)
-        property.setDoubleMinMax(*channel.min, *channel.max);
+        property.setDoubleMinMax(channel.min.value_or(0.0), channel.max.value_or(1.0));
     property.setIsClamped(channel.clamped);
     property.setDisplayAsPercent(channel.displayAsPercent);
     property.setDoubleDefaultValue(channel.value);
@@ -51,6 +51,21 @@ void ApplyChannel(DzNumericProperty& property, const dson::Channel& channel)
     if (auto* const number = qobject_cast<DzFloatProperty*>(&property))
         number->setSensitivity(static_cast<float>(channel.stepSize));
     property.lock(channel.locked);
+}
+
+void ApplyChange(DzNumericProperty& property, const dson::ChannelChange& change)
+{
+    if (!change.label.empty())
+        property.setLabel(QString::fromStdString(change.label));
+    if (change.min || change.max)
+        property.setDoubleMinMax(change.min.value_or(property.getDoubleMin()),
+                                 change.max.value_or(property.getDoubleMax()));
+    if (change.clamped)
+        property.setIsClamped(*change.clamped);
+    if (change.visible)
+        property.setHidden(!*change.visible);
+    if (change.locked)
+        property.lock(*change.locked);
 }
 
 std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const dson::Channel& channel)

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "host/content/dson_asset.h"
+#include "host/content/dson_reader.h"
 
 #include <memory>
 #include <string>
@@ -16,6 +16,9 @@ namespace openhost {
 
 /// Label, limits, default, display and present value of an existing property, from a file's channel.
 void ApplyChannel(DzNumericProperty& property, const dson::Channel& channel);
+
+/// What an instance says of a property besides its value.
+void ApplyChange(DzNumericProperty& property, const dson::ChannelChange& change);
 
 /// A new property of the channel's type; null for types that hold no number.
 std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const dson::Channel& channel);

@@ -86,9 +86,8 @@ bool DzContentMgr::openFile(const QString& fullPath, bool merge)
     QString reason;
     try {
         if (IsNative(fullPath) && QFileInfo(fullPath).isFile()) {
-            if (!merge && !shouldMerge(fullPath))
-                dzScene->clear();
-            return openhost::LoadIntoScene(_impl->library, ToPath(fullPath));
+            const bool replace = !merge && !shouldMerge(fullPath);
+            return openhost::LoadIntoScene(_impl->library, ToPath(fullPath), replace);
         }
         if (Import(fullPath, &reason))
             return true;

@@ -6,7 +6,10 @@
 #include "host/content/dson_uri.h"
 
 #include <algorithm>
+#include <chrono>
 #include <map>
+
+#include <QString>
 
 namespace openhost {
 
@@ -26,50 +29,34 @@ bool ComponentsMatch(const fs::path& directory, const fs::path& path)
     return mismatch.first == directory.end();
 }
 
-/// Names in a folder that match ignoring case, the exact spelling first, then in order, so that the answer
-/// does not depend on the disk.
-std::vector<fs::path> EntriesIgnoringCase(const fs::path& folder, const fs::path& name)
-{
-    const std::string wanted = FoldCase(name.string());
-    std::vector<fs::path> entries;
-    std::error_code error;
-    for (auto entry = fs::directory_iterator(folder, error); !error && entry != fs::directory_iterator();
-         entry.increment(error))
-        if (FoldCase(entry->path().filename().string()) == wanted)
-            entries.push_back(entry->path().filename());
-    std::sort(entries.begin(), entries.end());
-    const auto exact = std::find(entries.begin(), entries.end(), name);
-    if (exact != entries.end())
-        std::rotate(entries.begin(), exact, exact + 1);
-    return entries;
-}
-
 using Component = fs::path::const_iterator;
 
 /// Calls visit(path) for each spelling of folder/name/.../end on disk until it answers true.
 template <class Visit>
-bool ForEachSpelling(const fs::path& folder, Component name, Component end, const Visit& visit)
+bool ForEachSpelling(FolderListings& listings, const fs::path& folder, Component name, Component end,
+                     const Visit& visit)
 {
     while (name != end && name->empty())
         ++name;
     if (name == end)
         return visit(folder);
-    for (const fs::path& entry : EntriesIgnoringCase(folder, *name))
-        if (ForEachSpelling(folder / entry, std::next(name), end, visit))
+    for (const fs::path& entry : listings.entries(folder, *name))
+        if (ForEachSpelling(listings, folder / entry, std::next(name), end, visit))
             return true;
     return false;
 }
 
 /// The first spelling that passes; empty for none. The given spelling is tried without reading any folder.
 template <class Test>
-fs::path FindSpelling(const fs::path& base, const std::string& relative, const Test& test)
+fs::path FindSpelling(FolderListings& listings, const fs::path& base, const std::string& relative,
+                      const Test& test)
 {
     const fs::path direct = base / relative;
     if (test(direct))
         return direct;
     const fs::path path(relative);
     fs::path found;
-    ForEachSpelling(base, path.begin(), path.end(), [&](const fs::path& candidate) {
+    ForEachSpelling(listings, base, path.begin(), path.end(), [&](const fs::path& candidate) {
         if (!test(candidate))
             return false;
         found = candidate;
@@ -104,8 +91,51 @@ std::vector<fs::path> FilesBelow(const fs::path& folder, const std::string& exte
 
 } // namespace
 
+std::vector<fs::path> FolderListings::entries(const fs::path& folder, const fs::path& name)
+{
+    const std::shared_ptr<const Names> names = namesIn(folder);
+    const auto found = names->find(FoldCase(name.string()));
+    if (found == names->end())
+        return {};
+    std::vector<fs::path> entries = found->second;
+    const auto exact = std::find(entries.begin(), entries.end(), name);
+    if (exact != entries.end())
+        std::rotate(entries.begin(), exact, exact + 1);
+    return entries;
+}
+
+std::shared_ptr<const FolderListings::Names> FolderListings::namesIn(const fs::path& folder)
+{
+    const std::lock_guard<std::mutex> lock(_mutex);
+    std::error_code error;
+    const fs::file_time_type modified = fs::last_write_time(folder, error);
+    const auto kept = _listings.find(folder.string());
+    if (kept != _listings.end() && !error && kept->second.modified == modified)
+        return kept->second.names;
+    auto names = std::make_shared<Names>();
+    for (auto entry = fs::directory_iterator(folder, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        const fs::path name = entry->path().filename();
+        (*names)[FoldCase(name.string())].push_back(name);
+    }
+    // In order, so that the answer does not depend on the disk.
+    for (auto& alike : *names)
+        std::sort(alike.second.begin(), alike.second.end());
+    // Disks keep times coarsely: a folder that has just changed may change again within the same one.
+    constexpr std::chrono::seconds settled(2);
+    if (!error && fs::file_time_type::clock::now() - modified > settled)
+        _listings[folder.string()] = {modified, names};
+    return names;
+}
+
 std::string FoldCase(const std::string& text)
 {
+    const bool isAscii = std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
+    if (!isAscii)
+        return QString::fromStdString(text)
+            .normalized(QString::NormalizationForm_C)
+            .toCaseFolded()
+            .toStdString();
     std::string folded = text;
     for (char& c : folded)
         if (c >= 'A' && c <= 'Z')
@@ -115,7 +145,8 @@ std::string FoldCase(const std::string& text)
 
 fs::path FindIgnoringCase(const fs::path& base, const std::string& relative)
 {
-    return FindSpelling(base, relative, [](const fs::path& path) {
+    FolderListings listings;
+    return FindSpelling(listings, base, relative, [](const fs::path& path) {
         std::error_code error;
         return fs::exists(path, error);
     });
@@ -142,7 +173,7 @@ fs::path ContentPaths::resolve(const std::string& relative) const
     if (wanted.empty() || dson::LeavesFolder(wanted))
         return {};
     for (const fs::path& directory : _directories) {
-        const fs::path found = FindSpelling(directory, wanted, IsFile);
+        const fs::path found = FindSpelling(_listings, directory, wanted, IsFile);
         if (!found.empty())
             return found;
     }
@@ -159,7 +190,7 @@ std::vector<fs::path> ContentPaths::filesBelow(const std::string& relativeFolder
         return {};
     const fs::path path(wanted);
     for (const fs::path& directory : _directories) {
-        ForEachSpelling(directory, path.begin(), path.end(), [&](const fs::path& folder) {
+        ForEachSpelling(_listings, directory, path.begin(), path.end(), [&](const fs::path& folder) {
             for (const fs::path& file : FilesBelow(folder, extension)) {
                 const bool isFirst =
                     files.emplace(FoldCase(file.lexically_relative(folder).string()), file).second;

@@ -4,10 +4,33 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
+#include <mutex>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace openhost {
+
+/// What folders hold, by names without case. Kept while a folder does not change, since a scene may look for
+/// thousands of files in vain. Safe to use from several threads.
+class FolderListings {
+public:
+    /// The entries of the name, whatever their case: the exact spelling first, then in order.
+    std::vector<std::filesystem::path> entries(const std::filesystem::path& folder,
+                                               const std::filesystem::path& name);
+
+private:
+    using Names = std::unordered_map<std::string, std::vector<std::filesystem::path>>;
+    struct Listing {
+        std::filesystem::file_time_type modified;
+        std::shared_ptr<const Names> names;
+    };
+    std::shared_ptr<const Names> namesIn(const std::filesystem::path& folder);
+
+    std::mutex _mutex;
+    std::unordered_map<std::string, Listing> _listings;
+};
 
 /// Content grew on disks that ignore case, so a path that does not exist as spelled is looked for ignoring
 /// case. Paths that climb out of a content directory name nothing.
@@ -37,13 +60,14 @@ public:
 
 private:
     std::vector<std::filesystem::path> _directories;
+    mutable FolderListings _listings;
 };
 
 /// `base`/`relative` as it is on disk, ignoring case where the spelling does not exist; empty if there is
 /// none.
 std::filesystem::path FindIgnoringCase(const std::filesystem::path& base, const std::string& relative);
 
-/// ASCII letters to lower case; the others stay.
+/// What all spellings of a text have in common that differ in case, or in how accents are composed.
 std::string FoldCase(const std::string& text);
 
 } // namespace openhost

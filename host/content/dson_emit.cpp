@@ -7,6 +7,7 @@
 #include "host/content/dson_uri.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <ctime>
 
@@ -162,30 +163,11 @@ Json EmitOperation(const Operation& operation, std::size_t knotLength)
     if (operation.kind == Operation::Kind::PushUrl)
         json["url"] = operation.url;
     if (operation.kind == Operation::Kind::PushValue)
-        json["val"] = Number(operation.value);
+        json["val"] = ExactNumber(operation.value);
     if (operation.kind == Operation::Kind::PushKnot)
         for (std::size_t i = 0; i < knotLength; ++i)
-            json["val"].push_back(Number(operation.knot[i]));
+            json["val"].push_back(ExactNumber(operation.knot[i]));
     return json;
-}
-
-Json EmitFormulas(const std::vector<Formula>& formulas)
-{
-    Json list = Json::array();
-    for (const Formula& formula : formulas) {
-        Json json{{"output", formula.output}};
-        if (formula.stage == Formula::Stage::Multiply)
-            json["stage"] = "mult";
-        json["operations"] = Json::array();
-        const bool hasTension =
-            std::any_of(formula.operations.begin(), formula.operations.end(), [](const Operation& operation) {
-                return operation.kind == Operation::Kind::SplineTcb;
-            });
-        for (const Operation& operation : formula.operations)
-            json["operations"].push_back(EmitOperation(operation, hasTension ? 5 : 2));
-        list.push_back(std::move(json));
-    }
-    return list;
 }
 
 Json EmitNames(const std::vector<std::string>& names, const char* fallback)
@@ -242,6 +224,34 @@ Json EmitResolutionChannels(int level)
 }
 
 } // namespace
+
+Json ExactNumber(double value)
+{
+    if (!std::isfinite(value))
+        throw geometry::FormatError("a value of a channel or formula is not a finite number");
+    char text[32];
+    const std::to_chars_result end = std::to_chars(text, text + sizeof text, value);
+    return Json::binary(std::vector<std::uint8_t>(text, end.ptr));
+}
+
+Json EmitFormulas(const std::vector<Formula>& formulas)
+{
+    Json list = Json::array();
+    for (const Formula& formula : formulas) {
+        Json json{{"output", formula.output}};
+        if (formula.stage == Formula::Stage::Multiply)
+            json["stage"] = "mult";
+        json["operations"] = Json::array();
+        const bool hasTension =
+            std::any_of(formula.operations.begin(), formula.operations.end(), [](const Operation& operation) {
+                return operation.kind == Operation::Kind::SplineTcb;
+            });
+        for (const Operation& operation : formula.operations)
+            json["operations"].push_back(EmitOperation(operation, hasTension ? 5 : 2));
+        list.push_back(std::move(json));
+    }
+    return list;
+}
 
 Json EmitWeights(const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights)
 {
@@ -310,15 +320,19 @@ Json EmitNode(const Node& node)
     return json;
 }
 
-Json EmitSkin(const SkinBinding& skin, const std::string& figureId, const std::string& geometryId)
+Json EmitSkin(const SkinBinding& skin, const std::string& figureId, const std::string& geometryId,
+              const std::vector<std::pair<std::string, std::string>>& selectionMap)
 {
     Json joints = Json::array(), mappings = Json::array();
     for (const JointBinding& joint : skin.joints) {
         joints.push_back({{"id", joint.node},
                           {"node", "#" + EncodeFragment(joint.node)},
                           {"node_weights", EmitWeights(joint.vertices, joint.weights)}});
-        mappings.push_back(Json::array({joint.node, joint.node}));
+        if (selectionMap.empty())
+            mappings.push_back(Json::array({joint.node, joint.node}));
     }
+    for (const auto& pair : selectionMap)
+        mappings.push_back(Json::array({pair.first, pair.second}));
     // Without the settings the host loads the binding but does not deform by it.
     const Json settings{
         {"type", "skin_settings"},      {"auto_normalize_general", true},

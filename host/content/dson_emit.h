@@ -6,6 +6,10 @@
 #include "host/content/dson_asset.h"
 #include "host/content/json_text.h"
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace dson {
 
 Json EmitAssetInfo(const AssetInfo& info);
@@ -13,10 +17,19 @@ Json EmitAssetInfo(const AssetInfo& info);
 Json EmitGeometry(const Geometry& geometry);
 Json EmitNode(const Node& node);
 /// @param figureId, geometryId  the node and geometry of the same file that the skin binds
-Json EmitSkin(const SkinBinding& skin, const std::string& figureId, const std::string& geometryId);
+/// @param selectionMap  face groups and ids of the bones that they select; if empty, each joint's bone is
+///                      selected by the face group of its name
+Json EmitSkin(const SkinBinding& skin, const std::string& figureId, const std::string& geometryId,
+              const std::vector<std::pair<std::string, std::string>>& selectionMap = {});
 /// @throws geometry::FormatError  a delta is not finite
 Json EmitModifier(const Modifier& modifier);
 Json EmitDForm(const DFormAsset& dform);
+
+/// A number as the shortest text that reads back to the same double; the others keep single precision.
+/// @throws geometry::FormatError  it is not finite
+Json ExactNumber(double value);
+
+Json EmitFormulas(const std::vector<Formula>& formulas);
 
 /// `{count, values: [[index, weight], ...]}`
 /// @throws geometry::FormatError  a weight is not finite, or the two lists differ in length

@@ -117,6 +117,22 @@ JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, const Pa
     return joint;
 }
 
+void ReadSelectionMap(const Element& skin, SkinDefinition& definition)
+{
+    ForEach(skin, "selection_map", [&](const Element& map) {
+        ForEach(map, "mappings", [&](const Element& pair) {
+            std::string names[2];
+            std::size_t count = 0;
+            if (pair.is_array())
+                for (const Element item : Items(pair))
+                    if (count < 2 && item.is_string())
+                        names[count++] = std::string(item.get_string().value_unsafe());
+            if (count == 2)
+                definition.selectionMap.emplace_back(names[0], names[1]);
+        });
+    });
+}
+
 /// Ascending vertices, each once, the last of equal ones kept.
 void SortDeltas(geometry::SparseDeltas& deltas, ParseContext& context)
 {
@@ -177,13 +193,19 @@ SkinDefinition ParseSkin(const Element& modifier, ParseContext& context)
     definition.geometry = ParseUri(Text(*skin, "geometry")).id;
     definition.binding.vertexCount =
         static_cast<std::uint32_t>(std::max<std::int64_t>(Count(*skin, "vertex_count", 0), 0));
+    std::size_t perAxis = 0;
     ForEach(*skin, "joints", [&](const Element& joint) {
         definition.binding.joints.push_back(ParseJoint(joint, definition.binding.vertexCount, context));
+        perAxis += !Find(joint, "node_weights") && Find(joint, "local_weights");
     });
+    if (perAxis > 0)
+        context.warnings.push_back(fmt::format(
+            "{}: {} joints have weights for each axis alone, which move nothing", context.name, perAxis));
     ForEach(modifier, "extra", [&](const Element& extra) {
         if (Text(extra, "type") == "skin_settings")
             definition.binding.dualQuaternion = Text(extra, "general_map_mode", "DualQuat") != "Linear";
     });
+    ReadSelectionMap(*skin, definition);
     return definition;
 }
 

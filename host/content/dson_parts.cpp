@@ -75,13 +75,78 @@ void ParseChannels(const Element& node, std::string_view member, std::array<Chan
     });
 }
 
-void ReadInstanceVector(const Element& node, const std::string& member, ChannelValues& values)
+std::optional<bool> GivenFlag(const Element& json, const char* member)
+{
+    return Find(json, member) ? std::optional<bool>(Flag(json, member, false)) : std::nullopt;
+}
+
+ChannelChange ParseChannelChange(const Element& channel)
+{
+    ChannelChange change;
+    change.label = Text(channel, "label");
+    change.min = Number(channel, "min");
+    change.max = Number(channel, "max");
+    change.clamped = GivenFlag(channel, "clamped");
+    change.visible = GivenFlag(channel, "visible");
+    change.locked = GivenFlag(channel, "locked");
+    return change;
+}
+
+void ReadInstanceChannel(const Element& item, const std::string& id, NodeInstance& instance)
+{
+    const bool isGiven = !item.is_object() || Find(item, "current_value") || Find(item, "value");
+    if (isGiven)
+        instance.channels[id] = ValueOf(item, 0.0);
+    if (item.is_object())
+        instance.changes[id] = ParseChannelChange(item);
+}
+
+void ReadInstanceVector(const Element& node, const std::string& member, NodeInstance& instance)
 {
     ForEachAxis(node, member, [&](int axis, const Element& item) {
-        const bool isGiven = !item.is_object() || Find(item, "current_value") || Find(item, "value");
-        if (isGiven)
-            values[member + "/" + axisIds[axis]] = ValueOf(item, 0.0);
+        ReadInstanceChannel(item, member + "/" + axisIds[axis], instance);
     });
+}
+
+/// The favourites' names; what stands behind the first slash is of no use here.
+void ReadFavorites(const Element& owner, std::vector<std::string>& names)
+{
+    ForEach(owner, "extra", [&](const Element& extra) {
+        ForEach(extra, "favorites", [&](const Element& item) {
+            const std::string text(item.is_string() ? item.get_string().value_unsafe() : std::string_view());
+            if (const std::string name = text.substr(0, text.find('/')); !name.empty())
+                names.push_back(name);
+        });
+    });
+}
+
+/// Channels that an `extra` object lists, by id.
+void ReadExtraChannels(const Element& owner, ChannelValues& values)
+{
+    ForEach(owner, "extra", [&](const Element& extra) {
+        ForEach(extra, "channels", [&](const Element& entry) {
+            if (const auto channel = Find(entry, "channel"))
+                values[Text(*channel, "id")] = ValueOf(*channel, 0.0);
+        });
+    });
+}
+
+struct Key {
+    double time, value;
+};
+
+/// Between keys along a straight line, before the first and behind the last as they are.
+double ValueAtZero(std::vector<Key> keys)
+{
+    std::stable_sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) { return a.time < b.time; });
+    const auto after = std::upper_bound(keys.begin(), keys.end(), 0.0,
+                                        [](double time, const Key& k) { return time < k.time; });
+    if (after == keys.begin())
+        return after->value;
+    const Key& before = *std::prev(after);
+    if (after == keys.end() || before.time == 0.0)
+        return before.value;
+    return before.value + (after->value - before.value) * (0.0 - before.time) / (after->time - before.time);
 }
 
 std::optional<Operation> ParsePush(const Element& json)
@@ -314,7 +379,25 @@ Modifier ParseModifier(const Element& json, ParseContext& context)
     return modifier;
 }
 
-NodeInstance ParseNodeInstance(const Element& json)
+namespace {
+
+GeometryInstance ParseGeometryInstance(const Element& json)
+{
+    GeometryInstance geometry;
+    geometry.id = Text(json, "id");
+    geometry.url = Text(json, "url");
+    geometry.name = Text(json, "name");
+    geometry.label = Text(json, "label");
+    if (Find(json, "current_subdivision_level"))
+        geometry.subdivisionLevel = static_cast<int>(
+            std::clamp<std::int64_t>(Count(json, "current_subdivision_level", 1), 0, finestSubdivisionLevel));
+    ReadExtraChannels(json, geometry.channels);
+    return geometry;
+}
+
+} // namespace
+
+NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
 {
     NodeInstance instance;
     instance.id = Text(json, "id");
@@ -322,43 +405,43 @@ NodeInstance ParseNodeInstance(const Element& json)
     instance.name = Text(json, "name");
     instance.label = Text(json, "label");
     instance.parent = Text(json, "parent");
+    if (instance.parent.empty()) {
+        instance.parent = Text(json, "parent_in_place");
+        instance.inPlace = !instance.parent.empty();
+    }
     instance.conformTarget = Text(json, "conform_target");
-    for (const char* const member : {"translation", "rotation", "scale"})
-        ReadInstanceVector(json, member, instance.channels);
+    instance.rotationOrder = Text(json, "rotation_order");
+    instance.inheritsScale = GivenFlag(json, "inherits_scale");
+    for (const char* const member :
+         {"translation", "rotation", "scale", "center_point", "end_point", "orientation"})
+        ReadInstanceVector(json, member, instance);
     if (const auto general = Find(json, "general_scale"))
-        instance.channels["general_scale"] = ValueOf(*general, 1.0);
+        ReadInstanceChannel(*general, "general_scale", instance);
+    ReadExtraChannels(json, instance.properties);
+    ReadFavorites(json, instance.favorites);
     ForEach(json, "geometries", [&](const Element& item) {
-        GeometryInstance geometry;
-        geometry.id = Text(item, "id");
-        geometry.url = Text(item, "url");
-        geometry.name = Text(item, "name");
-        geometry.label = Text(item, "label");
-        if (Find(item, "current_subdivision_level"))
-            geometry.subdivisionLevel = static_cast<int>(std::clamp<std::int64_t>(
-                Count(item, "current_subdivision_level", 1), 0, finestSubdivisionLevel));
-        ForEach(item, "extra", [&](const Element& extra) {
-            ForEach(extra, "channels", [&](const Element& entry) {
-                if (const auto channel = Find(entry, "channel"))
-                    geometry.channels[Text(*channel, "id")] = ValueOf(*channel, 0.0);
-            });
-        });
-        instance.geometries.push_back(std::move(geometry));
+        instance.geometries.push_back(ParseGeometryInstance(item));
+        ReadFavorites(item, instance.favorites);
     });
+    instance.formulas = ParseFormulas(json, context);
     return instance;
 }
 
-ModifierInstance ParseModifierInstance(const Element& json)
+ModifierInstance ParseModifierInstance(const Element& json, ParseContext& context)
 {
     ModifierInstance instance;
     instance.id = Text(json, "id");
     instance.url = Text(json, "url");
     instance.parent = Text(json, "parent");
     instance.name = Text(json, "name");
+    instance.group = Text(json, "group");
     if (const auto channel = Find(json, "channel")) {
         instance.value = Number(*channel, "current_value");
         if (!instance.value)
             instance.value = Number(*channel, "value");
+        instance.change = ParseChannelChange(*channel);
     }
+    instance.formulas = ParseFormulas(json, context);
     return instance;
 }
 
@@ -366,18 +449,21 @@ std::optional<AnimatedValue> ParseAnimation(const Element& json)
 {
     AnimatedValue animation;
     animation.url = Text(json, "url");
-    std::optional<double> value;
-    ForEach(json, "keys", [&](const Element& key) {
-        std::size_t index = 0;
-        if (value || !key.is_array())
+    std::vector<Key> keys;
+    ForEach(json, "keys", [&](const Element& row) {
+        if (!row.is_array())
             return;
-        for (const Element item : Items(key))
-            if (index++ == 1)
-                value = AsNumber(item);
+        std::optional<double> numbers[2];
+        std::size_t index = 0;
+        for (const Element item : Items(row))
+            if (index < 2)
+                numbers[index++] = AsNumber(item);
+        if (numbers[0] && numbers[1])
+            keys.push_back({*numbers[0], *numbers[1]});
     });
-    if (!value || animation.url.empty())
+    if (keys.empty() || animation.url.empty())
         return std::nullopt;
-    animation.value = *value;
+    animation.value = ValueAtZero(std::move(keys));
     return animation;
 }
 

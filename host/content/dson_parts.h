@@ -29,8 +29,9 @@ Modifier ParseModifier(const Element& json, ParseContext& context);
 SkinDefinition ParseSkin(const Element& modifier, ParseContext& context);
 geometry::SparseDeltas ParseDeltas(const Element& morph, ParseContext& context);
 
-NodeInstance ParseNodeInstance(const Element& json);
-ModifierInstance ParseModifierInstance(const Element& json);
+NodeInstance ParseNodeInstance(const Element& json, ParseContext& context);
+ModifierInstance ParseModifierInstance(const Element& json, ParseContext& context);
+/// Nothing for an entry that holds no number.
 std::optional<AnimatedValue> ParseAnimation(const Element& json);
 
 /// Every weight map called `influence_weights`, wherever in the file it stands.

@@ -9,6 +9,9 @@
 #include "host/content/json_text.h"
 
 #include <charconv>
+#include <unordered_set>
+
+#include <fmt/format.h>
 
 namespace dson {
 
@@ -79,16 +82,72 @@ void ReadLibraries(const Element& root, Document& document, ParseContext& contex
     });
 }
 
-void ReadScene(const Element& scene, Document& document)
+/// Counts the ids of one library that an earlier part has already.
+template <class Parts>
+void CountRepeated(const Parts& parts, std::size_t& count, std::string& example)
+{
+    std::unordered_set<std::string> ids;
+    for (const auto& part : parts)
+        if (!part.id.empty() && !ids.insert(part.id).second) {
+            if (count++ == 0)
+                example = part.id;
+        }
+}
+
+void CheckIds(const Document& document, ParseContext& context)
+{
+    std::size_t count = 0;
+    std::string example;
+    CountRepeated(document.geometries, count, example);
+    CountRepeated(document.nodes, count, example);
+    CountRepeated(document.modifiers, count, example);
+    CountRepeated(document.nodeInstances, count, example);
+    if (count > 0)
+        context.warnings.push_back(
+            fmt::format("{}: {} ids are given more than once, such as {}; the first counts", context.name,
+                        count, example));
+}
+
+std::size_t CountItems(const Element& owner, std::string_view key)
+{
+    std::size_t count = 0;
+    ForEach(owner, key, [&](const Element&) { ++count; });
+    return count;
+}
+
+/// Parts that have no bearing on shapes and poses.
+void NoteLeftOut(const Element& scene, Document& document)
+{
+    if (const std::size_t count = CountItems(scene, "materials"))
+        document.leftOut.push_back(fmt::format("{} materials", count));
+    if (const std::size_t count = CountItems(scene, "uvs"))
+        document.leftOut.push_back(fmt::format("{} UV sets", count));
+    std::size_t scripts = 0;
+    ForEach(scene, "extra", [&](const Element& extra) {
+        scripts +=
+            Text(extra, "type").find("post_load") != std::string::npos || Find(extra, "PostLoadAddons");
+    });
+    if (scripts > 0)
+        document.leftOut.push_back("what is to be run or added after loading");
+}
+
+void ReadScene(const Element& scene, Document& document, ParseContext& context)
 {
     ForEach(scene, "nodes",
-            [&](const Element& json) { document.nodeInstances.push_back(ParseNodeInstance(json)); });
-    ForEach(scene, "modifiers",
-            [&](const Element& json) { document.modifierInstances.push_back(ParseModifierInstance(json)); });
+            [&](const Element& json) { document.nodeInstances.push_back(ParseNodeInstance(json, context)); });
+    ForEach(scene, "modifiers", [&](const Element& json) {
+        document.modifierInstances.push_back(ParseModifierInstance(json, context));
+    });
+    std::size_t strange = 0;
     ForEach(scene, "animations", [&](const Element& json) {
         if (auto animation = ParseAnimation(json))
             document.animations.push_back(std::move(*animation));
+        else
+            ++strange;
     });
+    NoteLeftOut(scene, document);
+    if (strange > 0)
+        document.leftOut.push_back(fmt::format("{} values that are no numbers", strange));
 }
 
 } // namespace
@@ -98,13 +157,15 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
     ParsedFile parsed(file);
     Document document;
     document.file = file;
+    document.hasDeltas = options.deltas;
     ParseContext context{parsed.name(), options, parsed.warnings()};
     CheckVersion(parsed, context.warnings);
     if (const auto info = Find(parsed.root(), "asset_info"))
         document.info = ParseAssetInfo(*info);
     ReadLibraries(parsed.root(), document, context);
     if (const auto scene = Find(parsed.root(), "scene"))
-        ReadScene(*scene, document);
+        ReadScene(*scene, document, context);
+    CheckIds(document, context);
     document.influenceMaps = CollectInfluenceMaps(parsed.root());
     document.warnings = std::move(parsed.warnings());
     return document;

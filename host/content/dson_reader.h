@@ -9,6 +9,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace dson {
@@ -16,6 +17,13 @@ namespace dson {
 /// A channel value that an instance sets, by the channel's id within its member ("rotation/x",
 /// "general_scale").
 using ChannelValues = std::map<std::string, double>;
+
+/// What an instance says of a channel besides its value; what is not set stays as the definition has it.
+struct ChannelChange {
+    std::string label;
+    std::optional<double> min, max;
+    std::optional<bool> clamped, visible, locked;
+};
 
 struct GeometryInstance {
     std::string id, url, name, label;
@@ -25,18 +33,28 @@ struct GeometryInstance {
 
 struct NodeInstance {
     std::string id, url, name, label;
-    std::string parent; ///< "#id" of the parent instance, or a selection URI; empty for a root
+    std::string parent;   ///< "#id" of the parent instance, or a selection URI; empty for a root
+    bool inPlace = false; ///< the place in the world is to be kept when the parent is set
     std::string conformTarget;
-    ChannelValues channels; ///< "translation/x" ... "general_scale"
+    std::string rotationOrder;                    ///< empty for the definition's
+    std::optional<bool> inheritsScale;            ///< none for the definition's
+    ChannelValues channels;                       ///< "translation/x" ... "general_scale"
+    std::map<std::string, ChannelChange> changes; ///< by the same ids
+    ChannelValues properties;                     ///< of further channels, by property name
+    std::vector<std::string> favorites;           ///< names of properties, also of the node's geometry
+    std::vector<Formula> formulas;
     std::vector<GeometryInstance> geometries;
 };
 
 struct ModifierInstance {
     std::string id, url, parent, name;
+    std::string group;           ///< where its dial is shown; empty where the definition says it
     std::optional<double> value; ///< of the channel
+    ChannelChange change;
+    std::vector<Formula> formulas;
 };
 
-/// A preset's entry: a property's URI and the value of its first key.
+/// A preset's entry: a property's URI and its value at time 0.
 struct AnimatedValue {
     std::string url;
     double value = 0.0;
@@ -54,7 +72,8 @@ struct InfluenceMap {
 /// A skin binding and what it binds.
 struct SkinDefinition {
     SkinBinding binding;
-    std::string node, geometry; ///< ids
+    std::string node, geometry;                                    ///< ids
+    std::vector<std::pair<std::string, std::string>> selectionMap; ///< face groups and the nodes they select
 };
 
 /// A file's content, as far as figures and their shapes need it.
@@ -71,7 +90,9 @@ struct Document {
     std::vector<ModifierInstance> modifierInstances;
     std::vector<AnimatedValue> animations;
 
+    std::vector<std::string> leftOut;  ///< what else there is, such as "3 materials"
     std::vector<std::string> warnings; ///< one phrase each, for the log
+    bool hasDeltas = true;             ///< morphs came with their displacements
 };
 
 struct ReadOptions {

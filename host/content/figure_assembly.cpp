@@ -3,6 +3,7 @@
 
 #include "host/content/figure_assembly.h"
 
+#include "dzbasiccamera.h"
 #include "dzbone.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
@@ -16,9 +17,9 @@
 #include "dzselectionmap.h"
 #include "dzskinbinding.h"
 #include "geometry/errors.h"
+#include "host/content/asset_origin.h"
 #include "host/content/channel_properties.h"
-#include "host/content/dson_uri.h"
-#include "host/content/formula_links.h"
+#include "host/content/dial_index.h"
 #include "host/figure/deltas_access.h"
 #include "host/figure/mesh_access.h"
 #include "host/figure/skin_access.h"
@@ -26,6 +27,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <set>
+#include <unordered_map>
+#include <unordered_set>
 
 #include <fmt/format.h>
 
@@ -50,6 +54,8 @@ std::unique_ptr<DzNode> MakeNodeOfType(const std::string& type)
         return std::make_unique<DzFigure>();
     if (type == "bone")
         return std::make_unique<DzBone>();
+    if (type == "camera")
+        return std::make_unique<DzBasicCamera>();
     return std::make_unique<DzNode>();
 }
 
@@ -59,6 +65,24 @@ void ApplyVector(const DzNode& node, const char* member, const std::array<dson::
     for (std::size_t axis = 0; axis < 3; ++axis)
         if (DzNumericProperty* const property = FindNodeChannel(node, std::string(member) + axes[axis]))
             ApplyChannel(*property, channels[axis]);
+}
+
+void SetTransformsAsDefined(const DzNode& node)
+{
+    for (const char* const member : {"translation", "rotation", "scale"})
+        for (const char* const axis : {"/x", "/y", "/z"})
+            SetAsDefined(*FindNodeChannel(node, std::string(member) + axis));
+    SetAsDefined(*FindNodeChannel(node, "general_scale"));
+}
+
+/// Null for an empty type.
+std::unique_ptr<DzPresentation> MakePresentation(const std::string& type)
+{
+    if (type.empty())
+        return nullptr;
+    auto presentation = std::make_unique<DzPresentation>();
+    presentation->setType(ToQ(type));
+    return presentation;
 }
 
 std::unique_ptr<DzNode> MakeNode(const dson::Node& definition)
@@ -80,11 +104,7 @@ std::unique_ptr<DzNode> MakeNode(const dson::Node& definition)
     ApplyVector(*node, "scale", definition.scale);
     if (DzNumericProperty* const scale = FindNodeChannel(*node, "general_scale"))
         scale->setDoubleValue(definition.generalScale.value);
-    if (!definition.presentationType.empty()) {
-        auto* const presentation = new DzPresentation;
-        presentation->setType(ToQ(definition.presentationType));
-        node->setPresentation(presentation);
-    }
+    node->setPresentation(MakePresentation(definition.presentationType).release());
     return node;
 }
 
@@ -147,6 +167,47 @@ bool AreEqual(const dson::Formula& a, const dson::Formula& b)
                       });
 }
 
+std::string FolderOf(const std::string& path)
+{
+    return path.substr(0, path.rfind('/') + 1);
+}
+
+/// The folder of the figure whose mesh, bones and morphs the figure in this folder shares; empty for none.
+std::string FolderOfSharedFigure(const std::string& folder)
+{
+    constexpr const char suffix[] = " 8_1/";
+    constexpr std::size_t length = sizeof suffix - 1;
+    const bool isShared =
+        folder.size() > length && folder.compare(folder.size() - length, length, suffix) == 0;
+    return isShared ? folder.substr(0, folder.size() - length) + "/" : std::string();
+}
+
+bool IsPreset(const std::string& path)
+{
+    constexpr std::size_t length = 4;
+    return path.size() > length && FoldCase(path.substr(path.size() - length)) == ".duf";
+}
+
+/// What was left out for one reason, for one line in the log.
+struct Omission {
+    std::size_t count = 0;
+    std::string example;
+
+    void add(const std::string& what)
+    {
+        if (count++ == 0)
+            example = what;
+    }
+};
+
+/// What an alias shows is its target's, and so are the limits.
+void ShowLike(const DzNumericProperty& target, DzNumericProperty& alias)
+{
+    alias.setDoubleMinMax(target.getDoubleMin(), target.getDoubleMax());
+    alias.setIsClamped(target.isClamped());
+    alias.setDisplayAsPercent(target.getDisplayAsPercent());
+}
+
 /// A dial of the host for a modifier's channel.
 void ApplyDial(DzNumericProperty& property, const dson::Modifier& modifier)
 {
@@ -171,12 +232,14 @@ struct FigureAssembly::Impl {
     std::string uriPath;
     std::string nodeId;
     std::string geometryName;
+    std::optional<std::string> wantedGeometry;
     std::unique_ptr<DzNode> root;
     std::unordered_map<std::string, DzNode*> nodes;
-    std::unordered_map<std::string, DzNumericProperty*> dials;
+    DialIndex dials;
+    std::unordered_set<const dson::Modifier*> added; ///< also those that were left out
     std::vector<PendingFormula> formulas;
     std::vector<PendingAlias> aliases;
-    std::vector<std::string> forOtherMeshes; ///< files of morphs with another vertex count
+    Omission forOtherMeshes, forOtherFigures, ofEqualNames;
 
     DzNode* node(const std::string& idOrName) const
     {
@@ -194,6 +257,9 @@ struct FigureAssembly::Impl {
 
     void enter(const dson::Node& source, DzNode& made)
     {
+        made.setAssetUri(AssetUri(uriPath, source.id));
+        if (IsDataFile(uriPath))
+            SetTransformsAsDefined(made);
         nodes.emplace(source.id, &made);
         nodes.emplace(source.name, &made);
         for (const dson::Formula& formula : source.formulas)
@@ -204,7 +270,6 @@ struct FigureAssembly::Impl {
     {
         const dson::Node& top = definitionOf(nodeId);
         root = MakeNode(top);
-        root->setAssetUri(DzUri(ToQ(dson::MakeUri(uriPath, top.id))));
         enter(top, *root);
         // Parents stand before children in files; what does not hang on this figure belongs to another one.
         for (const dson::Node& source : definition->nodes) {
@@ -220,7 +285,7 @@ struct FigureAssembly::Impl {
     const dson::Geometry* geometryOf(const dson::SkinDefinition* skin) const
     {
         for (const dson::Geometry& geometry : definition->geometries)
-            if (!skin || geometry.id == skin->geometry)
+            if (wantedGeometry ? geometry.id == *wantedGeometry : !skin || geometry.id == skin->geometry)
                 return &geometry;
         return nullptr;
     }
@@ -228,7 +293,7 @@ struct FigureAssembly::Impl {
     const dson::SkinDefinition* skinOf() const
     {
         for (const dson::SkinDefinition& skin : definition->skins)
-            if (skin.node == nodeId || definition->skins.size() == 1)
+            if (skin.node == nodeId || (!wantedGeometry && definition->skins.size() == 1))
                 return &skin;
         return nullptr;
     }
@@ -241,6 +306,7 @@ struct FigureAssembly::Impl {
             return;
         geometryName = geometry->id;
         root->setObject(MakeObject(*geometry).release());
+        SetAssetUri(*root->getObject(), AssetUri(uriPath, geometry->id));
         if (skin)
             bind(*skin, geometry->mesh.vertexCount());
     }
@@ -253,16 +319,31 @@ struct FigureAssembly::Impl {
         binding->setTargetVertexCount(static_cast<int>(vertexCount));
         binding->setGeneralMapMode(skin.binding.dualQuaternion ? DzSkinBinding::DualQuat
                                                                : DzSkinBinding::Linear);
-        auto selectionMap = std::make_unique<DzSelectionMap>();
-        for (const dson::JointBinding& joint : skin.binding.joints) {
-            auto* const bone = qobject_cast<DzBone*>(node(joint.node));
-            if (!bone)
-                continue;
-            SkinAccess::bind(*binding, *bone, joint.vertices, joint.weights);
-            selectionMap->addPair(bone->getName(), bone->getName());
-        }
-        root->setSelectionMap(selectionMap.release());
+        for (const dson::JointBinding& joint : skin.binding.joints)
+            if (auto* const bone = qobject_cast<DzBone*>(node(joint.node)))
+                SkinAccess::bind(*binding, *bone, joint.vertices, joint.weights);
+        root->setSelectionMap(makeSelectionMap(skin).release());
         root->getObject()->addModifier(binding.release());
+    }
+
+    /// As the file says; bones that it does not mention are selected by the face groups of their names.
+    std::unique_ptr<DzSelectionMap> makeSelectionMap(const dson::SkinDefinition& skin) const
+    {
+        auto map = std::make_unique<DzSelectionMap>();
+        std::set<const DzNode*> selected;
+        for (const auto& pair : skin.selectionMap) {
+            const DzNode* const target = node(pair.second);
+            if (!target)
+                continue;
+            map->addPair(ToQ(pair.first), target->getName());
+            selected.insert(target);
+        }
+        for (const dson::JointBinding& joint : skin.binding.joints) {
+            const auto* const bone = qobject_cast<DzBone*>(node(joint.node));
+            if (bone && !selected.count(bone) && map->findNodeName(bone->getName()).isEmpty())
+                map->addPair(bone->getName(), bone->getName());
+        }
+        return map;
     }
 
     void checkSkin(const dson::SkinBinding& skin, std::size_t vertexCount) const
@@ -280,12 +361,28 @@ struct FigureAssembly::Impl {
     bool isOurs(const dson::Modifier& modifier, const dson::Document& file) const
     {
         const dson::Uri parent = dson::ParseUri(modifier.parent);
-        if (!parent.path.empty())
-            return FoldCase(parent.path) == FoldCase(uriPath) &&
-                   (parent.id == geometryName || nodes.count(parent.id) > 0);
-        if (&file == definition.get())
-            return parent.id == geometryName || nodes.count(parent.id) > 0;
-        return modifier.morph && modifier.morph->vertexCount == baseVertexCount();
+        const bool isPart = parent.id == geometryName || nodes.count(parent.id) > 0;
+        // Presets may lie anywhere, so one that is named as a parent says nothing.
+        const bool namesFile = !parent.path.empty() && !IsPreset(parent.path);
+        if (namesFile && isOfSharedFigure(parent))
+            return isPart || !modifier.morph || fitsMesh(*modifier.morph);
+        if (namesFile && FoldCase(parent.path) != FoldCase(uriPath))
+            return false;
+        // A file with definitions of its own may hold several figures of one size.
+        const bool hasRightSize =
+            &file != definition.get() && modifier.morph && modifier.morph->vertexCount == baseVertexCount();
+        return isPart || hasRightSize;
+    }
+
+    bool isOfSharedFigure(const dson::Uri& parent) const
+    {
+        const std::string shared = FolderOfSharedFigure(FolderOf(uriPath));
+        return !shared.empty() && FoldCase(FolderOf(parent.path)) == FoldCase(shared);
+    }
+
+    bool fitsMesh(const dson::MorphData& morph) const
+    {
+        return morph.vertexCount <= 0 || morph.vertexCount == baseVertexCount();
     }
 
     int baseVertexCount() const
@@ -295,108 +392,169 @@ struct FigureAssembly::Impl {
         return shape && shape->getFacetMesh() ? shape->getFacetMesh()->getNumVertices() : 0;
     }
 
+    void addIfOurs(const dson::Modifier& modifier, const std::shared_ptr<const dson::Document>& file,
+                   const std::string& filePath)
+    {
+        const dson::Uri parent = dson::ParseUri(modifier.parent);
+        if (isOfSharedFigure(parent))
+            nodes.emplace(parent.id, root.get()); // formulas call the root as its own figure does
+        if (isOurs(modifier, *file))
+            add(modifier, file, filePath);
+        else if (file != definition && added.insert(&modifier).second)
+            forOtherFigures.add(file->file.string());
+    }
+
     void add(const dson::Modifier& modifier, const std::shared_ptr<const dson::Document>& file,
              const std::string& filePath)
     {
-        if (modifier.name.empty() || dials.count(modifier.name) || !isOurs(modifier, *file))
+        if (modifier.name.empty() || !added.insert(&modifier).second)
             return;
+        if (dials.hasName(modifier.name)) {
+            // The figure's own shapes stand for those of the figure that it shares others with.
+            if (!isOfSharedFigure(dson::ParseUri(modifier.parent)))
+                ofEqualNames.add(file->file.string());
+            return;
+        }
         if (modifier.channel.type == "alias")
-            addAlias(modifier);
+            addAlias(modifier, *file, filePath);
         else if (modifier.morph && root->getObject())
             addMorph(modifier, *file, filePath);
         else
-            addControl(modifier);
-        if (dials.count(modifier.name))
+            addControl(modifier, *file, filePath);
+        if (dials.hasName(modifier.name))
             for (const dson::Formula& formula : modifier.formulas)
                 formulas.push_back({&formula, file});
-    }
-
-    void enterDial(const dson::Modifier& modifier, DzNumericProperty& property)
-    {
-        dials.emplace(modifier.name, &property);
-        dials.emplace(modifier.id, &property);
     }
 
     void addMorph(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath)
     {
         const int baseCount = baseVertexCount();
-        const bool isChecked = modifier.morph->vertexCount > 0;
-        if (isChecked && modifier.morph->vertexCount != baseCount) {
-            forOtherMeshes.push_back(file.file.string());
+        if (!fitsMesh(*modifier.morph)) {
+            forOtherMeshes.add(file.file.string());
             return;
         }
-        const DzUri uri(ToQ(dson::MakeUri(filePath, modifier.id)));
+        const DzUri uri = AssetUri(filePath, modifier.id);
         auto* const deltas = new DzMorphDeltas;
         deltas->setTargetVertexCount(baseCount);
         deltas->setUri(uri);
-        DeltasAccess::setLoader(*deltas, [path = file.file, id = modifier.id, baseCount] {
-            return WithinMesh(dson::ReadDeltas(path, id), baseCount, path.string());
-        });
+        if (file.hasDeltas)
+            DeltasAccess::assign(*deltas, WithinMesh(modifier.morph->deltas, baseCount, file.file.string()));
+        else
+            DeltasAccess::setLoader(*deltas, [path = file.file, id = modifier.id, baseCount] {
+                return WithinMesh(dson::ReadDeltas(path, id), baseCount, path.string());
+            });
         auto morph = std::make_unique<DzMorph>(deltas);
         morph->setName(ToQ(modifier.name));
         morph->setAssetUri(uri);
-        if (!modifier.presentationType.empty()) {
-            auto* const presentation = new DzPresentation;
-            presentation->setType(ToQ(modifier.presentationType));
-            morph->setPresentation(presentation);
-        }
+        morph->setPresentation(MakePresentation(modifier.presentationType).release());
         DzFloatProperty& dial = *morph->getValueControl();
         root->getObject()->addModifier(morph.release());
         ApplyDial(dial, modifier);
-        enterDial(modifier, dial);
+        if (!uri.isEmpty())
+            SetAsDefined(dial);
+        dials.add(modifier, file, filePath, dial);
     }
 
-    void addControl(const dson::Modifier& modifier)
+    DzNode& ownerOf(const dson::Modifier& modifier) const
     {
-        const dson::Uri parent = dson::ParseUri(modifier.parent);
-        DzNode* const owner = node(parent.id);
-        addToNode(owner ? *owner : *root, modifier);
+        DzNode* const owner = node(dson::ParseUri(modifier.parent).id);
+        return owner ? *owner : *root;
     }
 
-    void addToNode(DzNode& owner, const dson::Modifier& modifier)
+    void addControl(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath)
     {
+        DzNode& owner = ownerOf(modifier);
         std::unique_ptr<DzNumericProperty> property = MakeProperty(modifier.name, modifier.channel);
         if (!property || owner.findProperty(property->getName()))
             return;
         DzNumericProperty& dial = *property;
         owner.addProperty(property.release());
         ApplyDial(dial, modifier);
-        enterDial(modifier, dial);
+        SetAssetUri(dial, AssetUri(filePath, modifier.id));
+        if (IsDataFile(filePath))
+            SetAsDefined(dial);
+        dial.setPresentation(MakePresentation(modifier.presentationType).release());
+        dials.add(modifier, file, filePath, dial);
     }
 
-    void addAlias(const dson::Modifier& modifier)
+    void addAlias(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath)
     {
-        DzNode* const owner = node(dson::ParseUri(modifier.parent).id);
-        DzNode& element = owner ? *owner : *root;
+        DzNode& owner = ownerOf(modifier);
         const QString name = ToQ(modifier.name);
-        if (element.findProperty(name))
+        if (owner.findProperty(name))
             return;
         auto* const property = new DzFloatProperty(name, true, true, 0.0f);
         property->setLabel(ToQ(modifier.channel.label));
-        element.addProperty(property);
+        property->setHidden(!modifier.channel.visible);
+        owner.addProperty(property);
         property->setPath(ToQ(modifier.group));
+        property->setRegion(ToQ(modifier.region));
+        SetAssetUri(*property, AssetUri(filePath, modifier.id));
         aliases.push_back({property, modifier.channel.targetChannel});
+        dials.add(modifier, file, filePath, *property);
     }
 
     /// The dial or node channel that a URI names within this figure.
     DzNumericProperty* resolve(const std::string& text) const
     {
         const dson::Uri uri = dson::ParseUri(text);
-        if (uri.property.compare(0, 5, "value") == 0) {
-            const auto found = dials.find(uri.id);
-            return found == dials.end() ? nullptr : found->second;
-        }
+        if (uri.property.compare(0, 5, "value") == 0)
+            return dials.find(uri);
         const DzNode* target = node(uri.id);
         if (!target)
             target = node(uri.node);
         return target ? FindNodeChannel(*target, uri.property) : nullptr;
     }
+
+    /// As resolve, here or elsewhere; for an alias what it stands for.
+    DzNumericProperty* resolveForLink(const std::string& text, const PropertyResolver& elsewhere) const
+    {
+        DzNumericProperty* property = resolve(text);
+        if (!property)
+            property = elsewhere(text);
+        while (property && property->getAliasTarget())
+            property = qobject_cast<DzNumericProperty*>(property->getAliasTarget());
+        return property;
+    }
+
+    /// Returns how many aliases have no target.
+    std::size_t connectAliases(const PropertyResolver& elsewhere)
+    {
+        std::size_t missing = 0;
+        for (const PendingAlias& alias : aliases) {
+            DzNumericProperty* const target = resolveForLink(alias.target, elsewhere);
+            if (!target || !alias.property->setAliasTarget(target)) {
+                // A dial that turns nothing would only mislead.
+                alias.property->setHidden(true);
+                ++missing;
+            }
+        }
+        for (const PendingAlias& alias : aliases)
+            if (const DzNumericProperty* const target = resolveForLink(alias.target, elsewhere))
+                ShowLike(*target, *alias.property);
+        aliases.clear();
+        return missing;
+    }
+
+    void reportOmissions()
+    {
+        const auto report = [this](Omission& omission, const char* why) {
+            if (omission.count > 0)
+                LogWarning(ToQ(fmt::format("{}: {} morphs {} and are left out, such as {}", uriPath,
+                                           omission.count, why, omission.example)));
+            omission = {};
+        };
+        report(forOtherMeshes, "are for a mesh of another size");
+        report(forOtherFigures, "belong to other figures");
+        report(ofEqualNames, "have names that are taken");
+    }
 };
 
 FigureAssembly::FigureAssembly(std::shared_ptr<const dson::Document> definition, std::string uriPath,
-                               const std::string& nodeId)
+                               const std::string& nodeId, std::optional<std::string> geometryId)
     : _impl(std::make_unique<Impl>())
 {
+    _impl->wantedGeometry = std::move(geometryId);
     _impl->definition = std::move(definition);
     _impl->uriPath = std::move(uriPath);
     _impl->nodeId = nodeId;
@@ -411,11 +569,15 @@ FigureAssembly::FigureAssembly(FigureAssembly&&) noexcept = default;
 void FigureAssembly::addMorphsOnDisk(AssetLibrary& library)
 {
     // A figure within a scene file has no folder of its own.
-    if (_impl->uriPath.empty())
+    const std::string own = FolderOf(_impl->uriPath);
+    if (own.empty() || IsPreset(_impl->uriPath))
         return;
-    const std::string folder = _impl->uriPath.substr(0, _impl->uriPath.rfind('/') + 1) + "Morphs";
-    std::vector<std::filesystem::path> duplicates;
-    const std::vector<std::filesystem::path> files = library.paths().filesBelow(folder, ".dsf", &duplicates);
+    std::vector<std::filesystem::path> duplicates, files;
+    for (const std::string& folder : {own, FolderOfSharedFigure(own)})
+        if (!folder.empty())
+            for (std::filesystem::path& file :
+                 library.paths().filesBelow(folder + "Morphs", ".dsf", &duplicates))
+                files.push_back(std::move(file));
     if (!duplicates.empty())
         LogWarning(
             ToQ(fmt::format("{} morph files of {} are in more than one content library; the first is used",
@@ -428,7 +590,41 @@ void FigureAssembly::addMorphsOnDisk(AssetLibrary& library)
 void FigureAssembly::addModifiers(std::shared_ptr<const dson::Document> file, const std::string& uriPath)
 {
     for (const dson::Modifier& modifier : file->modifiers)
-        _impl->add(modifier, file, uriPath);
+        _impl->addIfOurs(modifier, file, uriPath);
+}
+
+void FigureAssembly::addModifier(std::shared_ptr<const dson::Document> file, const std::string& uriPath,
+                                 const std::string& idOrName)
+{
+    const dson::Modifier* found = nullptr;
+    for (const dson::Modifier& modifier : file->modifiers)
+        if (modifier.id == idOrName || (!found && modifier.name == idOrName)) {
+            found = &modifier;
+            if (modifier.id == idOrName)
+                break;
+        }
+    if (!found && file->modifiers.size() == 1)
+        found = &file->modifiers.front();
+    if (found)
+        _impl->add(*found, file, uriPath);
+}
+
+void FigureAssembly::addFormulas(const std::vector<dson::Formula>& formulas,
+                                 const std::shared_ptr<const dson::Document>& owner)
+{
+    for (const dson::Formula& formula : formulas) {
+        const auto& present = _impl->formulas;
+        const bool isThere = std::any_of(present.begin(), present.end(), [&formula](const auto& pending) {
+            return AreEqual(*pending.formula, formula);
+        });
+        if (!isThere)
+            _impl->formulas.push_back({&formula, owner});
+    }
+}
+
+void FigureAssembly::addNodeId(const std::string& id, DzNode& node)
+{
+    _impl->nodes.emplace(id, &node);
 }
 
 std::set<std::string> FigureAssembly::duplicateOutputs() const
@@ -448,25 +644,24 @@ std::set<std::string> FigureAssembly::duplicateOutputs() const
     return duplicates;
 }
 
-void FigureAssembly::connectFormulas()
+void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
 {
+    const std::size_t blind = _impl->connectAliases(elsewhere);
     std::size_t missing = 0, notUnderstood = 0;
-    const PropertyResolver resolve = [this](const std::string& uri) { return _impl->resolve(uri); };
+    const PropertyResolver resolve = [&](const std::string& uri) {
+        return _impl->resolveForLink(uri, elsewhere);
+    };
     for (const Impl::PendingFormula& pending : _impl->formulas) {
-        const LinkResult result = MakeLink(*pending.formula, resolve);
+        const bool isFromDataFile = IsDataFile(pending.owner->file.string());
+        const LinkResult result = MakeLink(*pending.formula, resolve, isFromDataFile);
         missing += result == LinkResult::MissingProperty;
         notUnderstood += result == LinkResult::NotUnderstood;
     }
-    for (const Impl::PendingAlias& alias : _impl->aliases)
-        if (DzNumericProperty* const target = _impl->resolve(alias.target))
-            alias.property->setAliasTarget(target);
     _impl->formulas.clear();
-    _impl->aliases.clear();
-    if (!_impl->forOtherMeshes.empty())
-        LogWarning(
-            ToQ(fmt::format("{}: {} morphs are for a mesh of another size and are left out, such as {}",
-                            _impl->uriPath, _impl->forOtherMeshes.size(), _impl->forOtherMeshes.front())));
-    _impl->forOtherMeshes.clear();
+    _impl->reportOmissions();
+    if (blind > 0)
+        LogWarning(ToQ(
+            fmt::format("{}: {} aliases name what is not installed and are hidden", _impl->uriPath, blind)));
     if (missing + notUnderstood > 0)
         LogWarning(ToQ(fmt::format("{}: {} formulas name what is not installed and {} cannot be understood",
                                    _impl->uriPath, missing, notUnderstood)));
@@ -487,10 +682,19 @@ DzNode* FigureAssembly::findNode(const std::string& idOrName) const
     return _impl->node(idOrName);
 }
 
+DzNumericProperty* FigureAssembly::findDial(const dson::Uri& uri) const
+{
+    return _impl->dials.find(uri);
+}
+
 DzNumericProperty* FigureAssembly::findDial(const std::string& nameOrId) const
 {
-    const auto found = _impl->dials.find(nameOrId);
-    return found == _impl->dials.end() ? nullptr : found->second;
+    return _impl->dials.find(nameOrId);
+}
+
+DzNumericProperty* FigureAssembly::resolve(const std::string& uri) const
+{
+    return _impl->resolve(uri);
 }
 
 bool FigureAssembly::isNamedBy(const std::string& uriPath) const

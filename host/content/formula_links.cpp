@@ -5,6 +5,7 @@
 
 #include "dzerclink.h"
 #include "dznumericproperty.h"
+#include "host/content/asset_origin.h"
 #include "host/scene/formula_controller.h"
 
 #include <memory>
@@ -138,7 +139,7 @@ std::unique_ptr<DzNumericController> MakeController(const dson::Formula& formula
 
 } // namespace
 
-LinkResult MakeLink(const dson::Formula& formula, const PropertyResolver& resolve)
+LinkResult MakeLink(const dson::Formula& formula, const PropertyResolver& resolve, bool isFromDataFile)
 {
     DzNumericProperty* const output = resolve(formula.output);
     if (!output)
@@ -160,6 +161,8 @@ LinkResult MakeLink(const dson::Formula& formula, const PropertyResolver& resolv
         controller = MakeController(formula, resolve);
     if (!controller)
         return LinkResult::NotUnderstood;
+    if (isFromDataFile)
+        SetFromDataFile(*controller);
     output->insertController(controller.release());
     return LinkResult::Made;
 }

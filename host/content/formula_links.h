@@ -20,6 +20,7 @@ enum class LinkResult { Made, MissingProperty, NotUnderstood };
 /// Drives the formula's output. `push url, push value, mult` becomes a delta-add link, a spline of one
 /// property a keyed link, a lone property in the multiply stage a multiply link; anything else a controller
 /// of its own.
-LinkResult MakeLink(const dson::Formula& formula, const PropertyResolver& resolve);
+/// @param isFromDataFile  the link comes with an asset, so that saving a scene need not keep it
+LinkResult MakeLink(const dson::Formula& formula, const PropertyResolver& resolve, bool isFromDataFile);
 
 } // namespace openhost

@@ -3,13 +3,16 @@
 
 #include "host/content/preset_loader.h"
 
+#include "dzbone.h"
 #include "dzdform.h"
 #include "dzdformbase.h"
 #include "dzdformmodifier.h"
 #include "dzdformzone.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
+#include "dzfloatproperty.h"
 #include "dzmodifier.h"
+#include "dzmorph.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
 #include "dzobject.h"
@@ -19,11 +22,15 @@
 #include "host/content/channel_properties.h"
 #include "host/content/dson_uri.h"
 #include "host/scene/host_log.h"
+#include "openhost/operations.h"
 
 #include <algorithm>
 #include <vector>
 
 #include <QPointer>
+#include <QStringList>
+
+#include <fmt/format.h>
 
 namespace openhost {
 
@@ -68,25 +75,39 @@ DzWeightMapPtr MakeWeightMap(const dson::InfluenceMap& source, const dson::Docum
     return map;
 }
 
-DzNumericProperty* FindModifierDial(const DzNode& node, const std::string& name)
+DzNode* FindBelow(const DzNode& node, const QString& name)
 {
-    if (const DzObject* const object = node.getObject())
-        if (const DzModifier* const modifier = object->findModifier(ToQ(name)))
-            if (modifier->getNumProperties() > 0)
-                return qobject_cast<DzNumericProperty*>(modifier->getProperty(0));
-    return qobject_cast<DzNumericProperty*>(node.findProperty(ToQ(name)));
+    // The figure's own bones come before those of clothes that it wears.
+    if (const auto* const skeleton = qobject_cast<const DzSkeleton*>(&node))
+        if (DzBone* const bone = skeleton->findBone(name))
+            return bone;
+    return node.findNodeChild(name, true);
 }
 
-DzNumericProperty* FindPresetProperty(const DzNode& node, const dson::Uri& uri)
+DzNumericProperty* DialOf(const DzModifier& modifier)
 {
-    if (uri.property.compare(0, 5, "value") == 0)
-        return FindModifierDial(node, uri.id);
-    const std::size_t slash = uri.node.rfind('/');
-    const std::string name = slash == std::string::npos ? std::string() : uri.node.substr(slash + 1);
-    if (name.empty() || name == "@selection")
-        return FindNodeChannel(node, uri.property);
-    const DzNode* const child = node.findNodeChild(ToQ(name), true);
-    return child ? FindNodeChannel(*child, uri.property) : nullptr;
+    return modifier.getNumProperties() > 0 ? qobject_cast<DzNumericProperty*>(modifier.getProperty(0))
+                                           : nullptr;
+}
+
+/// Of a morph or control of the node or of one of its bones.
+DzNumericProperty* FindDialByName(const DzNode& node, const QString& name)
+{
+    if (const DzObject* const object = node.getObject())
+        if (const DzModifier* const modifier = object->findModifier(name))
+            return DialOf(*modifier);
+    if (auto* const own = qobject_cast<DzNumericProperty*>(node.findProperty(name)))
+        return own;
+    if (const auto* const skeleton = qobject_cast<const DzSkeleton*>(&node))
+        for (const DzBone* const bone : skeleton->bones())
+            if (auto* const property = qobject_cast<DzNumericProperty*>(bone->findProperty(name)))
+                return property;
+    return nullptr;
+}
+
+bool IsOfMaterial(const dson::Uri& uri)
+{
+    return uri.id.compare(0, 10, "materials/") == 0;
 }
 
 /// The D-Formers of that name that deform the node.
@@ -114,6 +135,18 @@ struct PresetValue {
     QPointer<DzNumericProperty> property;
     double value;
 
+    /// Presets hold what the dials themselves are set to; what drives them comes on top, whatever the order.
+    void apply() const
+    {
+        auto* const target = qobject_cast<DzNumericProperty*>(property->getAliasTarget());
+        DzNumericProperty& dial = target ? *target : *property;
+        const QString detail = dial.getName() + QLatin1Char('=') + QString::number(value);
+        if (dial.isLocked() || !AllowOperation("property", detail))
+            return;
+        const bool isHeld = dial.isClamped();
+        dial.setDoubleRawValue(isHeld ? std::clamp(value, dial.getDoubleMin(), dial.getDoubleMax()) : value);
+    }
+
     bool isBeyondLimits() const
     {
         return property->isClamped() &&
@@ -121,12 +154,28 @@ struct PresetValue {
     }
 };
 
-std::vector<PresetValue> FindValues(const dson::Document& preset, const DzNode& target)
+std::vector<PresetValue> FindValues(const dson::Document& preset, const PresetTarget& target)
 {
     std::vector<PresetValue> values;
-    for (const dson::AnimatedValue& entry : preset.animations)
-        if (DzNumericProperty* const property = FindPresetProperty(target, dson::ParseUri(entry.url)))
-            values.push_back({property, entry.value});
+    std::vector<std::string> missing;
+    const auto enter = [&](DzNumericProperty* property, double value, const std::string& url) {
+        if (property)
+            values.push_back({property, value});
+        else
+            missing.push_back(url);
+    };
+    for (const dson::AnimatedValue& entry : preset.animations) {
+        const dson::Uri uri = dson::ParseUri(entry.url);
+        if (!IsOfMaterial(uri))
+            enter(target.find(uri), entry.value, entry.url);
+    }
+    for (const dson::ModifierInstance& instance : preset.modifierInstances)
+        if (instance.value)
+            enter(target.findDial(dson::ParseUri(instance.url).id), *instance.value, instance.url);
+    if (!missing.empty() && !values.empty())
+        LogWarning(ToQ(fmt::format("{}: {} of {} values name nothing that {} has, such as {}",
+                                   preset.file.string(), missing.size(), missing.size() + values.size(),
+                                   target.node().getLabel().toStdString(), missing.front())));
     return values;
 }
 
@@ -153,6 +202,75 @@ void SettleLimits(const dson::Document& preset, const std::vector<PresetValue>& 
 }
 
 } // namespace
+
+DzNode* FindByPath(DzNode& top, const std::string& path)
+{
+    DzNode* node = &top;
+    const QStringList steps = ToQ(path).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    for (const QString& step : steps) {
+        if (step == QLatin1String("@selection"))
+            continue;
+        node = FindBelow(*node, step);
+        if (!node)
+            return steps.last() == step ? nullptr : FindBelow(top, steps.last());
+    }
+    return node;
+}
+
+DzNode& FigureOf(DzNode& node)
+{
+    DzNode* const figure = qobject_cast<DzBone*>(&node) ? node.getSkeleton() : nullptr;
+    return figure ? *figure : node;
+}
+
+DzNumericProperty* PresetTarget::find(const dson::Uri& uri) const
+{
+    DzNode* const part = FindByPath(_node, uri.node);
+    if (!part)
+        return nullptr;
+    if (uri.property.compare(0, 5, "value") != 0)
+        return uri.id.empty() ? FindNodeChannel(*part, uri.property) : nullptr;
+    return part == &_node ? findDial(uri.id) : FindDialByName(*part, ToQ(uri.id));
+}
+
+DzNumericProperty* PresetTarget::findDial(const std::string& nameOrId) const
+{
+    const QString text = ToQ(nameOrId);
+    DzNumericProperty* const property = FindDialByName(_node, text);
+    return property ? property : findMorphById(text);
+}
+
+DzNumericProperty* PresetTarget::findMorphById(const QString& id) const
+{
+    if (!_morphsById) {
+        _morphsById.emplace();
+        const DzObject* const object = _node.getObject();
+        for (int i = 0; object && i < object->getNumModifiers(); ++i)
+            if (const auto* const morph = qobject_cast<DzMorph*>(object->getModifier(i)))
+                _morphsById->insert(morph->getAssetUri().getId(), morph->getValueControl());
+    }
+    return id.isEmpty() ? nullptr : _morphsById->value(id);
+}
+
+bool HoldsValues(const dson::Document& preset)
+{
+    return std::any_of(
+               preset.animations.begin(), preset.animations.end(),
+               [](const dson::AnimatedValue& entry) { return !IsOfMaterial(dson::ParseUri(entry.url)); }) ||
+           std::any_of(preset.modifierInstances.begin(), preset.modifierInstances.end(),
+                       [](const dson::ModifierInstance& instance) { return instance.value.has_value(); });
+}
+
+std::vector<std::string> LeftOutOf(const dson::Document& preset)
+{
+    std::vector<std::string> parts = preset.leftOut;
+    const auto count = std::count_if(
+        preset.animations.begin(), preset.animations.end(),
+        [](const dson::AnimatedValue& entry) { return IsOfMaterial(dson::ParseUri(entry.url)); });
+    if (count > 0)
+        parts.push_back(fmt::format("{} values of materials", count));
+    return parts;
+}
 
 DFormLoadOptions ProposedDFormOptions(const dson::Document& preset)
 {
@@ -191,13 +309,14 @@ void ApplyDForm(const dson::Document& preset, DzNode& node, const DFormLoadOptio
 
 int ApplyValues(const dson::Document& preset, DzNode& node)
 {
-    DzNode* const figure = node.getSkeleton();
-    const DzNode& target = figure ? *figure : node;
+    const PresetTarget target(FigureOf(node));
+    if (const std::vector<std::string> others = LeftOutOf(preset); !others.empty())
+        LogWarning(ToQ(fmt::format("{}: {} are left out", preset.file.string(), fmt::join(others, ", "))));
     const std::vector<PresetValue> values = FindValues(preset, target);
     SettleLimits(preset, values);
     for (const PresetValue& value : values)
         if (value.property)
-            value.property->setDoubleValue(value.value);
+            value.apply();
     return static_cast<int>(values.size());
 }
 

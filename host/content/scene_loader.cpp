@@ -15,11 +15,20 @@
 #include "host/content/dson_uri.h"
 #include "host/content/figure_assembly.h"
 #include "host/content/preset_loader.h"
+#include "host/figure/fitting.h"
 #include "host/scene/host_log.h"
 #include "host/scene/load_questions.h"
 
+#include <algorithm>
 #include <memory>
+#include <optional>
 #include <set>
+#include <unordered_map>
+#include <unordered_set>
+
+#include <QPointer>
+
+#include <QPointer>
 
 #include <fmt/format.h>
 
@@ -42,35 +51,107 @@ QStringList ToList(const std::set<std::string>& texts)
     return list;
 }
 
+/// The instances of a file, parents before children, otherwise in the file's order.
+class InstanceOrder {
+public:
+    explicit InstanceOrder(const dson::Document& document)
+    {
+        for (const dson::NodeInstance& instance : document.nodeInstances)
+            _byId.emplace(instance.id, &instance);
+        for (const dson::NodeInstance& instance : document.nodeInstances)
+            if (instance.id.empty() || _byId.at(instance.id) == &instance)
+                addWithParents(instance);
+    }
+
+    const std::vector<const dson::NodeInstance*>& instances() const { return _ordered; }
+    /// An instance that is its own ancestor; null if there is none.
+    const dson::NodeInstance* circular() const { return _circular; }
+
+private:
+    void addWithParents(const dson::NodeInstance& instance)
+    {
+        std::vector<const dson::NodeInstance*> line;
+        for (const dson::NodeInstance* next = &instance; next && !_seen.count(next); next = parentOf(*next)) {
+            _seen.insert(next);
+            line.push_back(next);
+        }
+        const dson::NodeInstance* const above = line.empty() ? nullptr : parentOf(*line.back());
+        if (above && std::find(line.begin(), line.end(), above) != line.end())
+            _circular = above;
+        _ordered.insert(_ordered.end(), line.rbegin(), line.rend());
+    }
+
+    const dson::NodeInstance* parentOf(const dson::NodeInstance& instance) const
+    {
+        const std::string id = dson::ParseUri(instance.parent).id;
+        const auto found = id.empty() ? _byId.end() : _byId.find(id);
+        return found == _byId.end() ? nullptr : found->second;
+    }
+
+    std::unordered_map<std::string, const dson::NodeInstance*> _byId;
+    std::unordered_set<const dson::NodeInstance*> _seen;
+    std::vector<const dson::NodeInstance*> _ordered;
+    const dson::NodeInstance* _circular = nullptr;
+};
+
+bool NamesSelection(const dson::Uri& uri)
+{
+    return uri.node.compare(0, 12, "//@selection") == 0;
+}
+
 /// One character or scene file on its way into the scene.
 class SceneLoader {
 public:
-    SceneLoader(AssetLibrary& library, std::shared_ptr<const dson::Document> document)
-        : _library(library), _document(std::move(document))
+    /// @param selected  what references to the selection mean; null for nothing
+    SceneLoader(AssetLibrary& library, std::shared_ptr<const dson::Document> document, DzNode* selected)
+        : _library(library), _document(std::move(document)), _selected(selected)
     {
     }
 
-    /// The roots that entered the scene.
-    std::vector<DzNode*> load()
+    /// Makes everything and tells what is missing; the scene is as it was.
+    void prepare()
     {
-        for (const dson::NodeInstance& instance : _document->nodeInstances)
-            place(instance);
+        const InstanceOrder order(*_document);
+        if (const dson::NodeInstance* const instance = order.circular())
+            log(fmt::format("{} is below itself; its parent is left out", instance->id));
+        for (const dson::NodeInstance* const instance : order.instances())
+            place(*instance);
         for (const dson::ModifierInstance& instance : _document->modifierInstances)
             dial(instance);
+        for (const Loaded& figure : _figures)
+            markFavorites(figure);
         report();
-        return enterScene();
+    }
+
+    /// Whether nothing could be made.
+    bool isEmpty() const { return _figures.empty(); }
+
+    /// Hands it all to the scene.
+    /// @return what is to be selected: what neither hangs on anything nor is worn by what is selected
+    std::vector<DzNode*> enter()
+    {
+        std::vector<DzNode*> tops = enterScene();
+        for (const Loaded& figure : _figures)
+            fit(figure);
+        animate();
+        return tops;
     }
 
 private:
     struct Loaded {
         FigureAssembly assembly;
-        DzNode* parent = nullptr; ///< of another figure in the file; null for a root of the scene
+        const dson::NodeInstance* instance;
+        DzNode* node;
+        DzNode* parent = nullptr; ///< in another figure of the file or in the scene; null for a root
+        bool isTop = true;        ///< neither hangs on anything nor is worn by what is selected
     };
     /// What an instance id stands for.
     struct Place {
         std::size_t figure; ///< index into _figures
         DzNode* node;
     };
+
+    void log(const std::string& what) const { Log(_document->file.string() + ": " + what); }
 
     /// Path of a URL's file as the URL spells it; this file's own for "#id".
     std::string pathOf(const dson::Uri& uri) const
@@ -84,8 +165,7 @@ private:
             return _document;
         const fs::path file = _library.find(uri.path, _document->file);
         if (file.empty()) {
-            if (_missing.insert(uri.path).second)
-                Log(fmt::format("{}: {} is in no content library", _document->file.string(), uri.path));
+            _missing.insert(uri.path);
             return nullptr;
         }
         return _library.read(file);
@@ -93,8 +173,24 @@ private:
 
     const Place* placeOf(const std::string& reference) const
     {
-        const auto found = _places.find(dson::ParseUri(reference).id);
+        return placeOfId(dson::ParseUri(reference).id);
+    }
+
+    const Place* placeOfId(const std::string& id) const
+    {
+        const auto found = _places.find(id);
         return found == _places.end() ? nullptr : &found->second;
+    }
+
+    /// What a reference to the selection means in the scene; null for other references.
+    DzNode* selectedNode(const std::string& reference) const
+    {
+        const dson::Uri uri = dson::ParseUri(reference);
+        if (!NamesSelection(uri) || !_selected)
+            return nullptr;
+        DzNode& figure = FigureOf(*_selected);
+        DzNode* const part = FindByPath(figure, uri.node);
+        return part ? part : &figure;
     }
 
     void place(const dson::NodeInstance& instance)
@@ -105,8 +201,12 @@ private:
             return;
         // The bones of a figure that could not be loaded are no figures of their own.
         const bool hangsOnMissing = _failed.count(dson::ParseUri(instance.parent).id) > 0;
-        const bool isMade = !hangsOnMissing && instantiate(instance, url, parent ? parent->node : nullptr);
-        if (!isMade && !instance.id.empty())
+        DzNode* const above = parent ? parent->node : selectedNode(instance.parent);
+        const bool isMade = !hangsOnMissing && instantiate(instance, url, above);
+        if (isMade)
+            _figures.back().isTop =
+                !above && !(_selected && NamesSelection(dson::ParseUri(instance.conformTarget)));
+        else if (!instance.id.empty())
             _failed.insert(instance.id);
     }
 
@@ -118,6 +218,9 @@ private:
         DzNode* const node = assembly.findNode(url.id);
         if (!assembly.isNamedBy(pathOf(url)) || node == &assembly.root())
             return false;
+        // A file that defines things of its own may define many.
+        if (!node && url.path.empty())
+            return false;
         if (node)
             applyInstance(instance, *node, figure);
         return true;
@@ -126,13 +229,22 @@ private:
     bool instantiate(const dson::NodeInstance& instance, const dson::Uri& url, DzNode* parent)
     {
         try {
-            const std::shared_ptr<const dson::Document> definition = documentOf(url);
+            const bool isDefined = !instance.url.empty();
+            const std::shared_ptr<const dson::Document> definition =
+                isDefined ? documentOf(url) : groupOf(instance);
             if (!definition)
                 return false;
-            FigureAssembly assembly(definition, pathOf(url), url.id);
+            if (IsBone(*definition, url.id)) {
+                ++_lostBones;
+                return false;
+            }
+            FigureAssembly assembly(definition, isDefined ? pathOf(url) : std::string(),
+                                    isDefined ? url.id : definition->nodes.front().id,
+                                    geometryOf(instance, url));
             assembly.addMorphsOnDisk(_library);
-            _figures.push_back({std::move(assembly), parent});
-            applyInstance(instance, _figures.back().assembly.root(), _figures.size() - 1);
+            DzNode& root = assembly.root();
+            _figures.push_back({std::move(assembly), &instance, &root, parent});
+            applyInstance(instance, root, _figures.size() - 1);
             return true;
         } catch (const geometry::Error& error) {
             Log(error.what());
@@ -140,18 +252,74 @@ private:
         }
     }
 
+    /// Where several definitions stand in one file, the instance says which geometry is the node's.
+    std::optional<std::string> geometryOf(const dson::NodeInstance& instance, const dson::Uri& url) const
+    {
+        if (!url.path.empty())
+            return std::nullopt;
+        return instance.geometries.empty() ? std::string()
+                                           : dson::ParseUri(instance.geometries.front().url).id;
+    }
+
+    /// A bone that hangs on another node of its file is a part of a figure.
+    static bool IsBone(const dson::Document& definition, const std::string& id)
+    {
+        for (const dson::Node& node : definition.nodes)
+            if (node.id == id)
+                return node.type == "bone" && !node.parent.empty();
+        return false;
+    }
+
+    /// A node that nothing but its instance describes.
+    static std::shared_ptr<const dson::Document> groupOf(const dson::NodeInstance& instance)
+    {
+        auto document = std::make_shared<dson::Document>();
+        document->nodes.push_back(dson::MakeNode(instance.id, instance.label, "node"));
+        return document;
+    }
+
+    void enterPlace(const std::string& id, std::size_t figure, DzNode& node)
+    {
+        if (!id.empty())
+            _places.emplace(id, Place{figure, &node});
+    }
+
     void applyInstance(const dson::NodeInstance& instance, DzNode& node, std::size_t figure)
     {
-        _places[instance.id] = {figure, &node};
+        enterPlace(instance.id, figure, node);
+        FigureAssembly& assembly = _figures[figure].assembly;
+        assembly.addNodeId(instance.id, node);
+        assembly.addFormulas(instance.formulas, _document);
+        const QString name = QString::fromStdString(instance.name);
+        if (!name.isEmpty() && name != node.getName())
+            node.setName(name);
         if (!instance.label.empty())
             node.setLabel(QString::fromStdString(instance.label));
+        DzRotationOrder order;
+        if (!instance.rotationOrder.empty() &&
+            order.fromString(QString::fromStdString(instance.rotationOrder)))
+            node.setRotationOrder(order);
+        if (instance.inheritsScale)
+            node.setInheritsScale(*instance.inheritsScale);
+        applyChannels(instance, node);
+        for (const dson::GeometryInstance& geometry : instance.geometries) {
+            enterPlace(geometry.id, figure, node);
+            applyGeometry(geometry, node);
+        }
+    }
+
+    static void applyChannels(const dson::NodeInstance& instance, const DzNode& node)
+    {
         for (const auto& channel : instance.channels)
             if (DzNumericProperty* const property = FindNodeChannel(node, channel.first))
                 property->setDoubleRawValue(channel.second);
-        for (const dson::GeometryInstance& geometry : instance.geometries) {
-            _places[geometry.id] = {figure, &node};
-            applyGeometry(geometry, node);
-        }
+        for (const auto& change : instance.changes)
+            if (DzNumericProperty* const property = FindNodeChannel(node, change.first))
+                ApplyChange(*property, change.second);
+        for (const auto& entry : instance.properties)
+            if (auto* const property =
+                    qobject_cast<DzNumericProperty*>(node.findProperty(QString::fromStdString(entry.first))))
+                property->setDoubleRawValue(entry.second);
     }
 
     static void applyGeometry(const dson::GeometryInstance& geometry, const DzNode& node)
@@ -175,22 +343,39 @@ private:
         if (!place)
             return;
         FigureAssembly& assembly = _figures[place->figure].assembly;
-        const dson::Uri url = dson::ParseUri(instance.url);
-        DzNumericProperty* property = assembly.findDial(url.id);
+        assembly.addFormulas(instance.formulas, _document);
+        const dson::Uri url = uriOf(instance);
+        DzNumericProperty* property = assembly.findDial(url);
         if (!property) {
             addShapeFile(assembly, url);
-            property = assembly.findDial(url.id);
+            property = assembly.findDial(url);
         }
-        if (property && instance.value)
+        if (!property)
+            return;
+        _dials.emplace(instance.id, property);
+        ApplyChange(*property, instance.change);
+        if (!instance.group.empty())
+            property->setPath(QString::fromStdString(instance.group));
+        if (instance.value)
             property->setDoubleRawValue(*instance.value);
     }
 
-    /// A shape that lies outside the figure's own folders.
+    /// The URL of the definition, with this file's path where it has none.
+    dson::Uri uriOf(const dson::ModifierInstance& instance) const
+    {
+        dson::Uri url = dson::ParseUri(instance.url);
+        if (url.path.empty())
+            url.path = pathOf(url);
+        return url;
+    }
+
+    /// A shape that lies outside the figure's own folders, or in this file.
     void addShapeFile(FigureAssembly& assembly, const dson::Uri& url)
     {
         try {
-            if (const std::shared_ptr<const dson::Document> file = documentOf(url))
-                assembly.addModifiers(file, pathOf(url));
+            const bool isHere = url.path == pathOf(dson::Uri());
+            if (const std::shared_ptr<const dson::Document> file = isHere ? _document : documentOf(url))
+                assembly.addModifier(file, url.path, url.id);
         } catch (const geometry::Error& error) {
             Log(error.what());
         }
@@ -199,6 +384,15 @@ private:
     /// What a person should know before the figures appear.
     void report() const
     {
+        if (_missing.size() == 1)
+            log(fmt::format("{} is in no content library", *_missing.begin()));
+        else if (!_missing.empty())
+            log(fmt::format("{} files are in no content library, such as {}", _missing.size(),
+                            *_missing.begin()));
+        if (_lostBones > 0)
+            log(fmt::format("{} bones hang on no figure and are left out", _lostBones));
+        if (!_document->leftOut.empty())
+            log(fmt::format("{} are left out", fmt::join(_document->leftOut, ", ")));
         if (!_missing.empty())
             CurrentLoadQuestions().missingFiles(ToList(_missing));
         std::set<std::string> duplicates;
@@ -206,33 +400,97 @@ private:
             duplicates.merge(figure.assembly.duplicateOutputs());
         if (duplicates.empty())
             return;
-        Log(fmt::format("{}: formulas drive {} properties in the same way more than once, such as {}",
-                        _document->file.string(), duplicates.size(), *duplicates.begin()));
+        log(fmt::format("formulas drive {} properties in the same way more than once, such as {}",
+                        duplicates.size(), *duplicates.begin()));
         CurrentLoadQuestions().duplicateFormulas(ToList(duplicates));
     }
 
     std::vector<DzNode*> enterScene()
     {
-        std::vector<DzNode*> roots;
+        const PropertyResolver elsewhere = [this](const std::string& uri) { return resolve(uri); };
+        for (Loaded& figure : _figures)
+            figure.assembly.connectFormulas(elsewhere);
+        std::vector<DzNode*> tops;
         for (Loaded& figure : _figures) {
-            figure.assembly.connectFormulas();
             DzNode* const root = figure.assembly.takeRoot().release();
-            if (figure.parent) {
-                figure.parent->addNodeChild(root);
-            } else {
+            if (figure.parent)
+                figure.parent->addNodeChild(root, figure.instance->inPlace);
+            else
                 dzScene->addNode(root);
-                roots.push_back(root);
-            }
+            if (figure.isTop)
+                tops.push_back(root);
         }
-        return roots;
+        return tops;
+    }
+
+    /// The property that a URI names by the ids of instances.
+    DzNumericProperty* resolve(const std::string& text) const
+    {
+        const dson::Uri uri = dson::ParseUri(text);
+        const auto dial = _dials.find(uri.id);
+        if (dial != _dials.end() && uri.property.compare(0, 5, "value") == 0)
+            return dial->second;
+        const Place* place = placeOfId(uri.node);
+        if (!place)
+            place = placeOfId(uri.id);
+        if (!place)
+            return nullptr;
+        if (uri.property.compare(0, 5, "value") == 0)
+            return _figures[place->figure].assembly.findDial(uri.id);
+        const Place* const part = placeOfId(uri.id);
+        return FindNodeChannel(part ? *part->node : *place->node, uri.property);
+    }
+
+    void markFavorites(const Loaded& figure) const
+    {
+        for (const std::string& name : figure.instance->favorites) {
+            DzProperty* property = figure.assembly.findDial(name);
+            if (!property)
+                property = figure.node->findProperty(QString::fromStdString(name));
+            if (property)
+                property->setIsFavorite(true);
+        }
+    }
+
+    void fit(const Loaded& figure) const
+    {
+        const std::string& reference = figure.instance->conformTarget;
+        auto* const follower = qobject_cast<DzSkeleton*>(figure.node);
+        if (reference.empty() || !follower)
+            return;
+        const Place* const place = placeOf(reference);
+        const DzNode* const node = place ? place->node : selectedNode(reference);
+        DzSkeleton* const target = node ? node->getSkeleton() : nullptr;
+        if (!target || IsBelow(*target, *follower))
+            log(fmt::format("there is nothing that {} can be fitted to",
+                            figure.node->getLabel().toStdString()));
+        else
+            FitTo(*follower, *target);
+    }
+
+    /// A scene that moves is loaded as it is at its beginning.
+    void animate() const
+    {
+        if (_figures.empty())
+            return;
+        const PresetTarget first(*_figures.front().node);
+        for (const dson::AnimatedValue& value : _document->animations) {
+            const dson::Uri uri = dson::ParseUri(value.url);
+            DzNumericProperty* const property = NamesSelection(uri) ? first.find(uri) : resolve(value.url);
+            if (property)
+                property->setDoubleRawValue(value.value);
+        }
     }
 
     AssetLibrary& _library;
     std::shared_ptr<const dson::Document> _document;
     std::vector<Loaded> _figures;
     std::unordered_map<std::string, Place> _places;
-    std::set<std::string> _missing; ///< paths that are in no library
-    std::set<std::string> _failed;  ///< instances that stand for nothing
+    std::unordered_map<std::string, DzNumericProperty*> _dials; ///< by the ids of their instances
+    QPointer<DzNode> _selected;                                 ///< when the load began
+    std::size_t _lostBones = 0;                                 ///< bones without a figure
+    std::set<std::string> _missing;                             ///< paths that are in no library
+    std::set<std::string> _failed;                              ///< instances that stand for nothing
 };
 
 /// Tells the scene that a load is going on, also on the way of an exception.
@@ -255,9 +513,7 @@ bool ApplyDFormPreset(const dson::Document& document)
     DFormLoadOptions options = ProposedDFormOptions(document);
     if (!CurrentLoadQuestions().dformOptions(options))
         return false;
-    DzNode& selected = SelectedNode(document);
-    DzNode* const figure = selected.getSkeleton();
-    ApplyDForm(document, figure ? *figure : selected, options);
+    ApplyDForm(document, FigureOf(SelectedNode(document)), options);
     return true;
 }
 
@@ -273,6 +529,24 @@ bool ApplyPreset(const dson::Document& document)
     return true;
 }
 
+void RefuseEmptyPreset(const dson::Document& document)
+{
+    if (!document.influenceMaps.empty() || HoldsValues(document))
+        return;
+    const std::vector<std::string> others = LeftOutOf(document);
+    throw geometry::FormatError(
+        "{}: holds nothing to load into a scene{}", document.file.string(),
+        others.empty() ? std::string() : fmt::format(" but {}, which are left out", fmt::join(others, ", ")));
+}
+
+/// Files that users save may be overwritten while the scene still needs the morphs in them.
+std::shared_ptr<const dson::Document> WithOwnDeltas(std::shared_ptr<const dson::Document> document)
+{
+    const bool hasMorphs = std::any_of(document->modifiers.begin(), document->modifiers.end(),
+                                       [](const dson::Modifier& modifier) { return bool(modifier.morph); });
+    return hasMorphs ? std::make_shared<const dson::Document>(dson::ReadDocument(document->file)) : document;
+}
+
 /// Types may lie, so the content decides; presets with nodes of their own are told by the type alone.
 bool IsPreset(const dson::Document& document)
 {
@@ -282,18 +556,23 @@ bool IsPreset(const dson::Document& document)
 
 } // namespace
 
-bool LoadIntoScene(AssetLibrary& library, const fs::path& file)
+bool LoadIntoScene(AssetLibrary& library, const fs::path& file, bool replace)
 {
     const std::shared_ptr<const dson::Document> document = library.read(file);
     const LoadBracket bracket;
     if (IsPreset(*document)) {
-        if (document->influenceMaps.empty() && document->animations.empty())
-            throw geometry::FormatError("{}: holds nothing to load into a scene", file.string());
+        RefuseEmptyPreset(*document);
         return ApplyPreset(*document);
     }
-    const std::vector<DzNode*> roots = SceneLoader(library, document).load();
-    if (roots.empty())
+    SceneLoader loader(library, WithOwnDeltas(document), replace ? nullptr : dzScene->getPrimarySelection());
+    loader.prepare();
+    if (loader.isEmpty())
         throw geometry::FormatError("{}: none of its figures could be loaded", file.string());
+    if (replace)
+        dzScene->clear();
+    const std::vector<DzNode*> roots = loader.enter();
+    if (roots.empty())
+        return true;
     dzScene->selectAllNodes(false);
     for (DzNode* const root : roots)
         root->select(true);

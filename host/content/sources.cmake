@@ -3,17 +3,22 @@ set(HOST_CONTENT_SOURCES
     include/dzassetiomgr.h
     include/dzcontentmgr.h
     content/morph_asset_filter.h
+    content/scene_asset_filters.h
     content/asset_io_manager.cpp
     content/asset_library.cpp
+    content/asset_origin.cpp
+    content/channel_export.cpp
     content/channel_properties.cpp
     content/content_manager.cpp
     content/content_paths.cpp
+    content/dial_index.cpp
     content/dson_asset.cpp
     content/dson_emit.cpp
     content/dson_mesh_parts.cpp
     content/dson_parts.cpp
     content/dson_reader.cpp
     content/dson_rewrite.cpp
+    content/dson_scene.cpp
     content/dson_uri.cpp
     content/dson_writer.cpp
     content/figure_assembly.cpp
@@ -21,8 +26,16 @@ set(HOST_CONTENT_SOURCES
     content/formula_links.cpp
     content/gzip.cpp
     content/json_text.cpp
+    content/link_export.cpp
     content/morph_asset_filter.cpp
     content/morph_export.cpp
     content/preset_loader.cpp
+    content/save_file_question.cpp
+    content/saved_nodes.cpp
+    content/scene_asset_filters.cpp
+    content/scene_export.cpp
+    content/scene_files.cpp
     content/scene_loader.cpp
+    content/scene_units.cpp
+    content/unit_export.cpp
 )

@@ -1,5 +1,6 @@
 # Sources of this room, relative to host/.
 set(HOST_FIGURE_SOURCES
+    figure/fitting.cpp
     figure/mesh.cpp
     figure/modifiers.cpp
     figure/morph_deltas.cpp

@@ -13,8 +13,8 @@ public:
     ~DzAssetIOFilter();
 
     /// Writes data files rather than a file for users.
-    virtual bool isSupportAssetFilter() const;
-    virtual QString getStandardSaveRelativePath() const;
-    virtual DzError doSave(DzFileIOSettings* options, const QString& filename,
-                           const QString& startingDir) = 0;
+    Q_INVOKABLE virtual bool isSupportAssetFilter() const;
+    Q_INVOKABLE virtual QString getStandardSaveRelativePath() const;
+    Q_INVOKABLE virtual DzError doSave(DzFileIOSettings* options, const QString& filename,
+                                       const QString& startingDir) = 0;
 };

@@ -5,6 +5,7 @@
 
 #include "dzbase.h"
 #include "dzerror.h"
+#include "dzscene.h"
 
 #include <memory>
 
@@ -23,12 +24,19 @@ public:
     /// Belongs to the manager; null out of range.
     Q_INVOKABLE DzAssetIOFilter* getAssetFilter(int index) const;
     Q_INVOKABLE DzAssetIOFilter* getFilter(int index) const;
+    /// Saves under the name, to which a missing extension is added. An empty name asks for one, unless the
+    /// filter needs none; where nobody can be asked, or "RunSilent" is set, it is refused.
+    /// @param showOptions  asks for the options first, unless "RunSilent" is set
+    /// @return DZ_USER_CANCELLED_OPERATION when a question was refused
     Q_INVOKABLE DzError doSaveWithOptions(DzAssetIOFilter* filter, DzFileIOSettings* options,
-                                          bool saveOnly = false, const QString& filename = QString(),
+                                          bool showOptions = false, const QString& filename = QString(),
                                           const QString& startingDir = QString(),
                                           const QString& category = QString());
-    bool isReading() const;
-    bool isWriting() const;
+    /// A file that cannot be understood leaves the scene as it is.
+    Q_INVOKABLE DzError doLoad(const QString& filename,
+                               DzScene::DzOpenMethod method = DzScene::DefaultMethod);
+    Q_INVOKABLE bool isReading() const;
+    Q_INVOKABLE bool isWriting() const;
 
 signals:
     void assetSaved();
@@ -36,6 +44,9 @@ signals:
     void assetSaveFinished(const QString& filename);
 
 private:
+    DzError write(DzAssetIOFilter& filter, DzFileIOSettings& options, const QString& filename,
+                  const QString& startingDir);
+
     struct Impl;
     std::unique_ptr<Impl> _impl;
 };

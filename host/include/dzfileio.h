@@ -13,10 +13,11 @@ public:
     DzFileIO();
     ~DzFileIO();
 
-    virtual QString getDescription() const;
-    virtual void getDefaultOptions(DzFileIOSettings* options) const;
+    Q_INVOKABLE virtual QString getDescription() const;
+    Q_INVOKABLE virtual void getDefaultOptions(DzFileIOSettings* options) const;
     /// Fills in what is missing from the defaults; asks when the interface is to be used and there is one.
     /// False when the user cancels.
-    virtual bool getOptions(DzFileIOSettings* options, bool useInterface, const QString& filename);
+    Q_INVOKABLE virtual bool getOptions(DzFileIOSettings* options, bool useInterface,
+                                        const QString& filename);
     virtual bool showOptions() const;
 };

@@ -17,7 +17,11 @@ class DzSkeleton;
 /// All nodes, flat and in order of entry, and the selection in order of selection.
 class DzScene : public DzBase {
     Q_OBJECT
+    Q_ENUMS(DzOpenMethod)
 public:
+    /// By content type; into an emptied scene; beside what is there.
+    enum DzOpenMethod { DefaultMethod, OpenNew, MergeFile };
+
     DzScene();
     ~DzScene();
 
@@ -61,7 +65,11 @@ public:
 
     Q_INVOKABLE DzBox3 getBoundingBox() const;
     Q_INVOKABLE void update();
-    bool isLoading() const;
+    /// Writes all that is in the scene; a missing extension is added, and an empty name asked for where
+    /// somebody can be asked.
+    Q_INVOKABLE DzError saveScene(const QString& filename);
+    Q_INVOKABLE DzError loadScene(const QString& filename, DzScene::DzOpenMethod method);
+    Q_INVOKABLE bool isLoading() const;
     /// Brackets a load; nests. Emits sceneLoadStarting and sceneLoaded at the outermost level.
     void beginLoad();
     void endLoad();

@@ -299,6 +299,9 @@ void DzNumericProperty::collectInputs() const
                     QStringLiteral("links form a cycle through %1; it counts with its raw value there")
                         .arg(FullName(*input)));
             input->_impl->cycleReported = true;
+            // The other members of the cycle would report it again when they are asked first.
+            for (auto member = stack.rbegin(); member != stack.rend() && member->property != input; ++member)
+                member->property->_impl->cycleReported = true;
         } else if (input->_impl->dirty) {
             input->_impl->busy = true;
             stack.push_back({input, inputsOf(input)});

@@ -67,6 +67,7 @@ Q_DECLARE_METATYPE(DzVec3)
 Q_DECLARE_METATYPE(DzBox3)
 Q_DECLARE_METATYPE(DzUri)
 Q_DECLARE_METATYPE(DzERCLink::ERCType)
+Q_DECLARE_METATYPE(DzScene::DzOpenMethod)
 
 namespace openhost {
 
@@ -171,14 +172,16 @@ void UriFromScript(const QScriptValue& value, DzUri& uri)
     uri = DzUri(value.toString());
 }
 
-QScriptValue LinkTypeToScript(QScriptEngine*, const DzERCLink::ERCType& type)
+template <class Enumeration>
+QScriptValue EnumerationToScript(QScriptEngine*, const Enumeration& value)
 {
-    return QScriptValue(static_cast<int>(type));
+    return QScriptValue(static_cast<int>(value));
 }
 
-void LinkTypeFromScript(const QScriptValue& value, DzERCLink::ERCType& type)
+template <class Enumeration>
+void EnumerationFromScript(const QScriptValue& number, Enumeration& value)
 {
-    type = static_cast<DzERCLink::ERCType>(value.toInt32());
+    value = static_cast<Enumeration>(number.toInt32());
 }
 
 void RegisterTypes(QScriptEngine& engine)
@@ -202,7 +205,8 @@ void RegisterTypes(QScriptEngine& engine)
     qScriptRegisterMetaType<DzBox3>(&engine, BoxToScript, BoxFromScript);
     qScriptRegisterMetaType<QSize>(&engine, SizeToScript, SizeFromScript);
     qScriptRegisterMetaType<DzUri>(&engine, UriToScript, UriFromScript);
-    qScriptRegisterMetaType<DzERCLink::ERCType>(&engine, LinkTypeToScript, LinkTypeFromScript);
+    qScriptRegisterMetaType<DzERCLink::ERCType>(&engine, EnumerationToScript, EnumerationFromScript);
+    qScriptRegisterMetaType<DzScene::DzOpenMethod>(&engine, EnumerationToScript, EnumerationFromScript);
     qRegisterMetaType<DzError>("DzError");
 }
 
@@ -233,7 +237,8 @@ QScriptValue Inherits(QScriptContext* context, QScriptEngine*)
 }
 
 /// Classes that scripts name for their enumerations only.
-const QMetaObject* const enumerationClasses[] = {&DzERCLink::staticMetaObject, &DzSettings::staticMetaObject};
+const QMetaObject* const enumerationClasses[] = {&DzERCLink::staticMetaObject, &DzScene::staticMetaObject,
+                                                 &DzSettings::staticMetaObject};
 
 const BuiltInClass<DzNode> nodeRegistration;
 const BuiltInClass<DzMorph> morphRegistration;

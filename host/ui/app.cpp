@@ -17,11 +17,13 @@
 #include "dzrendermgr.h"
 #include "dzscene.h"
 #include "dzstyle.h"
+#include "host/content/save_file_question.h"
 #include "host/scene/host_log.h"
 #include "host/ui/headless_dialogs.h"
 #include "host/ui/load_windows.h"
 #include "host/ui/look.h"
 #include "host/ui/options_dialog.h"
+#include "host/ui/save_file_dialog.h"
 #include "openhost/class_registry.h"
 #include "openhost/operations.h"
 
@@ -84,6 +86,7 @@ DzApp::DzApp(int& argc, char** argv, const Options& options) : QApplication(argc
     } else {
         openhost::SetLoadQuestions(&_impl->loadWindows);
         openhost::SetOptionsAsker(openhost::OptionsDialog::Ask);
+        openhost::SetSaveFileAsker(openhost::AskForSaveFile);
         openhost::ApplyLook(*this);
     }
     _impl->style.reset(new DzStyle);
@@ -99,6 +102,7 @@ DzApp::~DzApp()
     _impl->closing = true;
     openhost::SetLoadQuestions(nullptr);
     openhost::SetOptionsAsker(nullptr);
+    openhost::SetSaveFileAsker(nullptr);
     emit closing();
     deleteManagers();
     _impl->pluginMgr.reset();

@@ -13,6 +13,7 @@ set(HOST_UI_SOURCES
     ui/progress_window.cpp
     ui/progress_window.h
     ui/render_manager.cpp
+    ui/save_file_dialog.cpp
     ui/scene_picture.cpp
     ui/slider.cpp
     ui/slider_accessible.cpp

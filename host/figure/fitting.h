@@ -1,0 +1,21 @@
+// Clothes and other parts that move with the figure they are fitted to.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+class DzNode;
+class DzSkeleton;
+
+namespace openhost {
+
+/// The node is the other one or below it in the tree.
+bool IsBelow(const DzNode& node, const DzNode& above);
+
+/// Makes one figure follow another: it moves with it, unless it hangs on it anyway; its bones turn, move and
+/// scale as the bones of equal names do, its joints shift as theirs do where nothing else shifts them, and
+/// its dials follow those of the same name that may be followed. What it has in its own right is added to
+/// that. All of it ends when the follow target changes.
+/// @param follower  must not be the target or above it in the tree
+void FitTo(DzSkeleton& follower, DzSkeleton& target);
+
+} // namespace openhost
