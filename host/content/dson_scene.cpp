@@ -47,12 +47,21 @@ void AddVector(Json& json, const char* member, const std::vector<SceneChannel>& 
         json[member].push_back(EmitSceneChannel(channel));
 }
 
-Json EmitExtra(const char* type, const std::vector<SceneChannel>& channels)
+Json EmitChannels(const char* type, const std::vector<SceneChannel>& channels)
 {
     Json list = Json::array();
     for (const SceneChannel& channel : channels)
         list.push_back({{"channel", EmitSceneChannel(channel)}});
-    return Json::array({Json{{"type", type}, {"version", "0.1.8"}, {"channels", std::move(list)}}});
+    return Json{{"type", type}, {"version", "0.1.8"}, {"channels", std::move(list)}};
+}
+
+/// Readers take what stands before the first slash for the dial's name.
+Json EmitFavorites(const std::vector<std::string>& names)
+{
+    Json list = Json::array();
+    for (const std::string& name : names)
+        list.push_back(name + "/value");
+    return Json{{"type", "studio/node/favorites"}, {"favorites", std::move(list)}};
 }
 
 Json EmitSceneGeometry(const SceneGeometry& geometry)
@@ -66,7 +75,7 @@ Json EmitSceneGeometry(const SceneGeometry& geometry)
         json["current_subdivision_level"] = geometry.subdivisionLevel;
     json["edge_interpolation_mode"] = geometry.edgeInterpolation;
     if (!geometry.resolution.empty())
-        json["extra"] = EmitExtra("studio_geometry_channels", geometry.resolution);
+        json["extra"].push_back(EmitChannels("studio_geometry_channels", geometry.resolution));
     return json;
 }
 
@@ -87,7 +96,9 @@ Json EmitSceneNode(const SceneNode& node)
     if (node.geometry)
         json["geometries"] = Json::array({EmitSceneGeometry(*node.geometry)});
     if (!node.properties.empty())
-        json["extra"] = EmitExtra("studio_node_channels", node.properties);
+        json["extra"].push_back(EmitChannels("studio_node_channels", node.properties));
+    if (!node.favorites.empty())
+        json["extra"].push_back(EmitFavorites(node.favorites));
     return json;
 }
 

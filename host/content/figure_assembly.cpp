@@ -19,7 +19,9 @@
 #include "geometry/errors.h"
 #include "host/content/asset_origin.h"
 #include "host/content/channel_properties.h"
+#include "host/content/definition_nodes.h"
 #include "host/content/dial_index.h"
+#include "host/content/pending_formulas.h"
 #include "host/figure/deltas_access.h"
 #include "host/figure/mesh_access.h"
 #include "host/figure/skin_access.h"
@@ -42,99 +44,6 @@ QString ToQ(const std::string& text)
     return QString::fromStdString(text);
 }
 
-DzVec3 ToVector(const std::array<double, 3>& values)
-{
-    return DzVec3(static_cast<float>(values[0]), static_cast<float>(values[1]),
-                  static_cast<float>(values[2]));
-}
-
-std::unique_ptr<DzNode> MakeNodeOfType(const std::string& type)
-{
-    if (type == "figure" || type == "legacy_figure")
-        return std::make_unique<DzFigure>();
-    if (type == "bone")
-        return std::make_unique<DzBone>();
-    if (type == "camera")
-        return std::make_unique<DzBasicCamera>();
-    return std::make_unique<DzNode>();
-}
-
-void ApplyVector(const DzNode& node, const char* member, const std::array<dson::Channel, 3>& channels)
-{
-    static const char* const axes[3] = {"/x", "/y", "/z"};
-    for (std::size_t axis = 0; axis < 3; ++axis)
-        if (DzNumericProperty* const property = FindNodeChannel(node, std::string(member) + axes[axis]))
-            ApplyChannel(*property, channels[axis]);
-}
-
-void SetTransformsAsDefined(const DzNode& node)
-{
-    for (const char* const member : {"translation", "rotation", "scale"})
-        for (const char* const axis : {"/x", "/y", "/z"})
-            SetAsDefined(*FindNodeChannel(node, std::string(member) + axis));
-    SetAsDefined(*FindNodeChannel(node, "general_scale"));
-}
-
-/// Null for an empty type.
-std::unique_ptr<DzPresentation> MakePresentation(const std::string& type)
-{
-    if (type.empty())
-        return nullptr;
-    auto presentation = std::make_unique<DzPresentation>();
-    presentation->setType(ToQ(type));
-    return presentation;
-}
-
-std::unique_ptr<DzNode> MakeNode(const dson::Node& definition)
-{
-    std::unique_ptr<DzNode> node = MakeNodeOfType(definition.type);
-    node->setName(ToQ(definition.name));
-    node->setLabel(ToQ(definition.label));
-    DzRotationOrder order;
-    if (!order.fromString(ToQ(definition.rotationOrder)))
-        LogWarning(ToQ(fmt::format("node {} has the unknown rotation order {}; XYZ is used", definition.id,
-                                   definition.rotationOrder)));
-    node->setRotationOrder(order);
-    node->setInheritsScale(definition.inheritsScale);
-    node->setOrigin(ToVector(definition.centerPoint));
-    node->setEndPoint(ToVector(definition.endPoint));
-    node->setOrientation(ToVector(definition.orientation));
-    ApplyVector(*node, "translation", definition.translation);
-    ApplyVector(*node, "rotation", definition.rotation);
-    ApplyVector(*node, "scale", definition.scale);
-    if (DzNumericProperty* const scale = FindNodeChannel(*node, "general_scale"))
-        scale->setDoubleValue(definition.generalScale.value);
-    node->setPresentation(MakePresentation(definition.presentationType).release());
-    return node;
-}
-
-DzFacetMesh::SubDEdgeInterpolation EdgeInterpolation(const std::string& name)
-{
-    return name == "edges_only"          ? DzFacetMesh::SharpEdges
-           : name == "edges_and_corners" ? DzFacetMesh::SharpCornersEdges
-                                         : DzFacetMesh::SoftCornersEdges;
-}
-
-std::unique_ptr<DzObject> MakeObject(const dson::Geometry& geometry)
-{
-    const DzFacetMeshPtr mesh(MeshAccess::create(geometry.mesh));
-    mesh->setName(ToQ(geometry.name));
-    mesh->enableSubDivision(geometry.subdivisionSurface);
-    mesh->setSubDEdgeInterpolation(EdgeInterpolation(geometry.edgeInterpolation));
-    auto shape = std::make_unique<DzFacetShape>();
-    shape->setName(ToQ(geometry.name));
-    shape->setLabel(ToQ(geometry.label));
-    shape->setFacetMesh(mesh);
-    if (DzIntProperty* const level = shape->getSubDLevelControl()) {
-        level->setDefaultValue(geometry.subdivisionLevel);
-        level->setValue(geometry.subdivisionLevel);
-    }
-    auto object = std::make_unique<DzObject>();
-    object->setName(ToQ(geometry.name));
-    object->addShape(shape.release());
-    return object;
-}
-
 /// Without the deltas of vertices that the mesh does not have: files may leave their vertex count open.
 geometry::SparseDeltas WithinMesh(geometry::SparseDeltas deltas, int vertexCount, const std::string& file)
 {
@@ -148,23 +57,6 @@ geometry::SparseDeltas WithinMesh(geometry::SparseDeltas deltas, int vertexCount
     deltas.vertices.resize(kept);
     deltas.deltas.resize(kept);
     return deltas;
-}
-
-std::size_t HashOf(const dson::Formula& formula)
-{
-    std::string text = formula.output;
-    for (const dson::Operation& operation : formula.operations)
-        text += operation.url + fmt::format(" {} {} ", static_cast<int>(operation.kind), operation.value);
-    return std::hash<std::string>()(text);
-}
-
-bool AreEqual(const dson::Formula& a, const dson::Formula& b)
-{
-    return a.output == b.output && a.stage == b.stage &&
-           std::equal(a.operations.begin(), a.operations.end(), b.operations.begin(), b.operations.end(),
-                      [](const dson::Operation& x, const dson::Operation& y) {
-                          return x.kind == y.kind && x.url == y.url && x.value == y.value && x.knot == y.knot;
-                      });
 }
 
 std::string FolderOf(const std::string& path)
@@ -219,10 +111,6 @@ void ApplyDial(DzNumericProperty& property, const dson::Modifier& modifier)
 } // namespace
 
 struct FigureAssembly::Impl {
-    struct PendingFormula {
-        const dson::Formula* formula;
-        std::shared_ptr<const dson::Document> owner; ///< keeps the formula alive
-    };
     struct PendingAlias {
         DzNumericProperty* property;
         std::string target;
@@ -237,7 +125,7 @@ struct FigureAssembly::Impl {
     std::unordered_map<std::string, DzNode*> nodes;
     DialIndex dials;
     std::unordered_set<const dson::Modifier*> added; ///< also those that were left out
-    std::vector<PendingFormula> formulas;
+    PendingFormulas formulas;
     std::vector<PendingAlias> aliases;
     Omission forOtherMeshes, forOtherFigures, ofEqualNames;
 
@@ -263,7 +151,7 @@ struct FigureAssembly::Impl {
         nodes.emplace(source.id, &made);
         nodes.emplace(source.name, &made);
         for (const dson::Formula& formula : source.formulas)
-            formulas.push_back({&formula, definition});
+            formulas.add(formula, definition);
     }
 
     void makeNodes()
@@ -423,7 +311,7 @@ struct FigureAssembly::Impl {
             addControl(modifier, *file, filePath);
         if (dials.hasName(modifier.name))
             for (const dson::Formula& formula : modifier.formulas)
-                formulas.push_back({&formula, file});
+                formulas.add(formula, file);
     }
 
     void addMorph(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath)
@@ -612,14 +500,8 @@ void FigureAssembly::addModifier(std::shared_ptr<const dson::Document> file, con
 void FigureAssembly::addFormulas(const std::vector<dson::Formula>& formulas,
                                  const std::shared_ptr<const dson::Document>& owner)
 {
-    for (const dson::Formula& formula : formulas) {
-        const auto& present = _impl->formulas;
-        const bool isThere = std::any_of(present.begin(), present.end(), [&formula](const auto& pending) {
-            return AreEqual(*pending.formula, formula);
-        });
-        if (!isThere)
-            _impl->formulas.push_back({&formula, owner});
-    }
+    for (const dson::Formula& formula : formulas)
+        _impl->formulas.addOnce(formula, owner);
 }
 
 void FigureAssembly::addNodeId(const std::string& id, DzNode& node)
@@ -629,42 +511,23 @@ void FigureAssembly::addNodeId(const std::string& id, DzNode& node)
 
 std::set<std::string> FigureAssembly::duplicateOutputs() const
 {
-    std::unordered_multimap<std::size_t, const dson::Formula*> seen;
-    std::set<std::string> duplicates;
-    for (const Impl::PendingFormula& pending : _impl->formulas) {
-        const dson::Formula& formula = *pending.formula;
-        const std::size_t hash = HashOf(formula);
-        const auto alike = seen.equal_range(hash);
-        if (std::any_of(alike.first, alike.second,
-                        [&formula](const auto& entry) { return AreEqual(*entry.second, formula); }))
-            duplicates.insert(formula.output);
-        else
-            seen.emplace(hash, &formula);
-    }
-    return duplicates;
+    return _impl->formulas.duplicateOutputs();
 }
 
 void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
 {
     const std::size_t blind = _impl->connectAliases(elsewhere);
-    std::size_t missing = 0, notUnderstood = 0;
     const PropertyResolver resolve = [&](const std::string& uri) {
         return _impl->resolveForLink(uri, elsewhere);
     };
-    for (const Impl::PendingFormula& pending : _impl->formulas) {
-        const bool isFromDataFile = IsDataFile(pending.owner->file.string());
-        const LinkResult result = MakeLink(*pending.formula, resolve, isFromDataFile);
-        missing += result == LinkResult::MissingProperty;
-        notUnderstood += result == LinkResult::NotUnderstood;
-    }
-    _impl->formulas.clear();
+    const PendingFormulas::LeftOut leftOut = _impl->formulas.connect(resolve);
     _impl->reportOmissions();
     if (blind > 0)
         LogWarning(ToQ(
             fmt::format("{}: {} aliases name what is not installed and are hidden", _impl->uriPath, blind)));
-    if (missing + notUnderstood > 0)
+    if (leftOut.missing + leftOut.notUnderstood > 0)
         LogWarning(ToQ(fmt::format("{}: {} formulas name what is not installed and {} cannot be understood",
-                                   _impl->uriPath, missing, notUnderstood)));
+                                   _impl->uriPath, leftOut.missing, leftOut.notUnderstood)));
 }
 
 std::unique_ptr<DzNode> FigureAssembly::takeRoot()

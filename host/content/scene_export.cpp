@@ -26,6 +26,7 @@
 #include "host/scene/host_log.h"
 
 #include <algorithm>
+#include <set>
 
 #include <fmt/format.h>
 
@@ -54,6 +55,19 @@ bool HasTextureCoordinates(const DzNode& node)
     const MeshExtras* const extras =
         shape && shape->getFacetMesh() ? MeshAccess::extras(*shape->getFacetMesh()) : nullptr;
     return extras && (!extras->lines.empty() || !extras->texCoords.coordinates.empty());
+}
+
+/// Marked dials of the figure's morphs and of its node; sorted, so that saving again gives the same file.
+std::vector<std::string> FavoritesOf(const SceneUnit& unit)
+{
+    std::set<std::string> names;
+    for (const UnitDial& dial : unit.dials)
+        if (dial.property->isFavorite())
+            names.insert((dial.morph ? dial.morph->getName() : dial.property->getName()).toStdString());
+    for (int i = 0; i < unit.root->getNumProperties(); ++i)
+        if (unit.root->getProperty(i)->isFavorite())
+            names.insert(unit.root->getProperty(i)->getName().toStdString());
+    return {names.begin(), names.end()};
 }
 
 class SceneDescriber {
@@ -160,8 +174,10 @@ private:
             instance.parent = parentOf(*node);
             instance.conformTarget = conformTargetOf(*node);
             DescribeInstanceChannels(*node, instance);
-            if (node == _scene.units[unit].root)
+            if (node == _scene.units[unit].root) {
                 instance.geometry = describeGeometryInstance(unit);
+                instance.favorites = FavoritesOf(_scene.units[unit]);
+            }
             _instances[node] = _asset.sceneNodes.size();
             _asset.sceneNodes.push_back(std::move(instance));
         }

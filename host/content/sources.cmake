@@ -11,6 +11,7 @@ set(HOST_CONTENT_SOURCES
     content/channel_properties.cpp
     content/content_manager.cpp
     content/content_paths.cpp
+    content/definition_nodes.cpp
     content/dial_index.cpp
     content/dson_asset.cpp
     content/dson_emit.cpp
@@ -29,6 +30,7 @@ set(HOST_CONTENT_SOURCES
     content/link_export.cpp
     content/morph_asset_filter.cpp
     content/morph_export.cpp
+    content/pending_formulas.cpp
     content/preset_loader.cpp
     content/save_file_question.cpp
     content/saved_nodes.cpp

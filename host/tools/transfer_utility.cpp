@@ -13,6 +13,7 @@
 #include "dzpresentation.h"
 #include "dzscene.h"
 #include "geometry/errors.h"
+#include "host/figure/fitting.h"
 #include "host/figure/mesh_access.h"
 #include "host/figure/pipeline.h"
 #include "host/scene/host_log.h"
@@ -206,8 +207,8 @@ bool DzTransferUtility::doTransfer()
         if (_parentToFigure)
             source->addNodeChild(&figure, true);
         auto* const skeleton = qobject_cast<DzSkeleton*>(source);
-        if (_fitToFigure && skeleton)
-            figure.setFollowTarget(skeleton);
+        if (_fitToFigure && skeleton && !openhost::IsBelow(*skeleton, figure))
+            openhost::FitTo(figure, *skeleton);
         if (_targetReplacesSource)
             dzScene->removeNode(source);
         dzScene->selectAllNodes(false);

@@ -231,3 +231,30 @@ TEST_F(SavedPart, a_node_without_a_name_is_kept)
     EXPECT_EQ(node("Hat").getNodeParent(), &node("Nameless"));
     EXPECT_TRUE(node("Nameless").getName().isEmpty());
 }
+
+TEST_F(SavedPart, favourites_stay_favourites)
+{
+    DzFigure& figure = second();
+    addMorph(figure, "Mine", {{1}, {{0.0f, 0.5f, 0.0f}}})->getValueControl()->setIsFavorite(true);
+    figure.getYRotControl()->setIsFavorite(true);
+    DzMorph* ofFile = nullptr;
+    for (int i = 0; i < figure.getObject()->getNumModifiers() && !ofFile; ++i)
+        ofFile = qobject_cast<DzMorph*>(figure.getObject()->getModifier(i));
+    ASSERT_NE(ofFile, nullptr);
+    ofFile->getValueControl()->setIsFavorite(true);
+    const QString name = ofFile->getName();
+    ASSERT_EQ(save("DzSceneAssetFilter", file("Marked.duf")), 0) << log().toStdString();
+    ASSERT_TRUE(reload(file("Marked.duf"))) << log().toStdString();
+    const DzFigure& loaded = second();
+    const auto isMarked = [&](const QString& morph) {
+        return qobject_cast<DzMorph*>(loaded.getObject()->findModifier(morph))
+            ->getValueControl()
+            ->isFavorite();
+    };
+    EXPECT_TRUE(isMarked(name));
+    EXPECT_TRUE(isMarked(QStringLiteral("Mine")));
+    EXPECT_TRUE(loaded.getYRotControl()->isFavorite());
+    EXPECT_FALSE(loaded.getXRotControl()->isFavorite());
+    const auto& other = static_cast<const DzFigure&>(node("Mini"));
+    EXPECT_FALSE(other.getYRotControl()->isFavorite()) << "the other one's are its own";
+}

@@ -188,7 +188,14 @@ TEST_F(TransferOptions, fit_the_result_to_the_source)
     EXPECT_EQ(transferred()->getFollowTarget(), nullptr);
     utility.setTarget(AddProp("Second", Tube(8)));
     utility.setFitToFigure(true);
-    EXPECT_EQ(transferred()->getFollowTarget(), tube->figure);
+    utility.setTransferBinding(true);
+    DzFigure* const fitted = transferred();
+    EXPECT_EQ(fitted->getFollowTarget(), tube->figure);
+    tube->lower->getZRotControl()->setValue(30.0f);
+    const DzBone* const lower = fitted->findBone(tube->lower->getName());
+    ASSERT_NE(lower, nullptr);
+    EXPECT_NEAR(lower->getWSRot().m_z, tube->lower->getWSRot().m_z, 1e-6) << "it bends with the figure";
+    EXPECT_GT(lower->getWSRot().m_z, 0.2);
 }
 
 TEST_F(TransferOptions, let_the_result_replace_the_source)
