@@ -7,6 +7,7 @@
 
 #include <QWidget>
 
+/// A part of the main window that people dock, stack and close.
 class DzPane : public QWidget {
     Q_OBJECT
 public:
@@ -16,6 +17,7 @@ public:
     Q_INVOKABLE QString getLabel() const { return _label; }
     Q_INVOKABLE DzError showPane();
     Q_INVOKABLE DzError hidePane();
+    /// Brings what the pane shows up to date, now.
     virtual void refresh();
 
 private:

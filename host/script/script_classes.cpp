@@ -7,6 +7,7 @@
 #include "dzaction.h"
 #include "dzactionmgr.h"
 #include "dzapp.h"
+#include "dzasset.h"
 #include "dzassetiofilter.h"
 #include "dzassetiomgr.h"
 #include "dzassetmgr.h"
@@ -194,8 +195,8 @@ void RegisterTypes(QScriptEngine& engine)
                      DzNumericController, DzERCLink>(engine);
     RegisterPointers<DzGeometry, DzVertexMesh, DzFacetMesh, DzMorphDeltas, DzWeightMap>(engine);
     RegisterPointers<DzScene, DzMainWindow, DzActionMgr, DzAction, DzPaneMgr, DzPane, DzViewportMgr,
-                     DzContentMgr, DzContentFolder, DzAssetMgr, DzAssetIOMgr, DzAssetIOFilter, DzExportMgr,
-                     DzExporter, DzImportMgr, DzImporter, DzPluginMgr>(engine);
+                     DzContentMgr, DzContentFolder, DzAsset, DzAssetMgr, DzAssetIOMgr, DzAssetIOFilter,
+                     DzExportMgr, DzExporter, DzImportMgr, DzImporter, DzPluginMgr>(engine);
     RegisterPointers<DzViewport, Dz3DViewport, DzViewTool, DzDrawStyle, DzUserDrawStyle, DzRenderMgr,
                      DzRenderOptions, DzRenderer>(engine);
     RegisterPointers<DzSettings, DzFileIOSettings, DzMorphLoader, DzMorphLoaderBatch, DzTransferUtility>(

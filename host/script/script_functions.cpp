@@ -10,6 +10,7 @@
 #include "dzscene.h"
 #include "host/script/message_box.h"
 #include "host/script/script_classes.h"
+#include "host/script/script_output.h"
 #include "host/script/script_session.h"
 
 #include <QElapsedTimer>
@@ -36,6 +37,7 @@ QScriptValue Print(QScriptContext* context, QScriptEngine* engine)
 {
     const QString line = JoinedArguments(*context);
     dzApp->log(line);
+    ScriptOutput::Tell(line);
     if (dzApp->isHeadless()) {
         std::fprintf(stdout, "%s\n", line.toUtf8().constData());
         std::fflush(stdout);
@@ -45,7 +47,9 @@ QScriptValue Print(QScriptContext* context, QScriptEngine* engine)
 
 QScriptValue DebugLine(QScriptContext* context, QScriptEngine* engine)
 {
-    dzApp->debug(JoinedArguments(*context));
+    const QString line = JoinedArguments(*context);
+    dzApp->debug(line);
+    ScriptOutput::Tell(line);
     return engine->undefinedValue();
 }
 

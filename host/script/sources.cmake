@@ -8,6 +8,8 @@ set(HOST_SCRIPT_SOURCES
     script/script_classes.h
     script/script_functions.cpp
     script/script_functions.h
+    script/script_output.cpp
+    script/script_output.h
     script/script_session.cpp
     script/script_session.h
 )

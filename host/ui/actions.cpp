@@ -1,15 +1,15 @@
-// Actions, the main window without its views, panes.
+// Actions, and the main window without its views.
 // SPDX-License-Identifier: MIT
 
 #include "dzaction.h"
 #include "dzactionmgr.h"
 #include "dzdeleteaction.h"
 #include "dzmainwindow.h"
-#include "dzpane.h"
 #include "dzpanemgr.h"
 #include "dzplugin.h"
 #include "dzscene.h"
 #include "dzviewportmgr.h"
+#include "host/ui/main_panes.h"
 #include "openhost/operations.h"
 
 #include <memory>
@@ -128,68 +128,7 @@ DzMainWindow::DzMainWindow()
     : _actionMgr(new DzActionMgr(this)), _paneMgr(new DzPaneMgr(this)), _viewportMgr(new DzViewportMgr(this))
 {
     setCentralWidget(_viewportMgr);
+    openhost::AddPanes(*this);
 }
 
 DzMainWindow::~DzMainWindow() = default;
-
-DzPaneMgr::DzPaneMgr(QWidget* parent) : QWidget(parent)
-{
-    hide();
-}
-DzPaneMgr::~DzPaneMgr() = default;
-
-DzPane* DzPaneMgr::findPane(const QString& className) const
-{
-    for (DzPane* pane : _panes) {
-        if (className == QLatin1String(pane->metaObject()->className()))
-            return pane;
-    }
-    return nullptr;
-}
-
-DzError DzPaneMgr::showPane(DzPane* pane)
-{
-    return _panes.contains(pane) ? pane->showPane() : DZ_NOT_FOUND_ERROR;
-}
-DzError DzPaneMgr::showPane(const QString& className)
-{
-    return showPane(findPane(className));
-}
-DzPane* DzPaneMgr::getPane(int index) const
-{
-    return _panes.value(index);
-}
-
-void DzPaneMgr::addPane(DzPane* pane)
-{
-    if (!pane || _panes.contains(pane))
-        return;
-    _panes.append(pane);
-    connect(pane, SIGNAL(destroyed(QObject*)), SLOT(handlePaneDestroyed(QObject*)));
-}
-
-void DzPaneMgr::handlePaneDestroyed(QObject* pane)
-{
-    _panes.removeOne(static_cast<DzPane*>(pane));
-}
-
-DzPane::DzPane(const QString& label) : _label(label)
-{
-    setWindowTitle(label);
-}
-DzPane::~DzPane() = default;
-
-DzError DzPane::showPane()
-{
-    show();
-    raise();
-    return DZ_NO_ERROR;
-}
-
-DzError DzPane::hidePane()
-{
-    hide();
-    return DZ_NO_ERROR;
-}
-
-void DzPane::refresh() {}

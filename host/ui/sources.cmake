@@ -2,12 +2,23 @@
 set(HOST_UI_SOURCES
     ui/actions.cpp
     ui/app.cpp
+    ui/content_library_pane.cpp
     ui/dform_load_options.cpp
     ui/headless_dialogs.cpp
+    ui/hierarchy_pane.cpp
     ui/load_windows.cpp
     ui/look.cpp
+    ui/main_panes.cpp
     ui/openhost.cpp
     ui/options_dialog.cpp
+    ui/pane_asset_list.cpp
+    ui/pane_manager.cpp
+    ui/pane_property_editor.cpp
+    ui/pane_property_row.cpp
+    ui/pane_property_rows.cpp
+    ui/pane_refresh.cpp
+    ui/pane_user_files.cpp
+    ui/parameters_pane.cpp
     ui/plugins.cpp
     ui/progress.cpp
     ui/progress_window.cpp
@@ -15,11 +26,13 @@ set(HOST_UI_SOURCES
     ui/render_manager.cpp
     ui/save_file_dialog.cpp
     ui/scene_picture.cpp
+    ui/script_pane.cpp
     ui/slider.cpp
     ui/slider_accessible.cpp
     ui/slider_kinds.cpp
     ui/slider_picture.cpp
     ui/slider_text.cpp
+    ui/smart_content_pane.cpp
     ui/style.cpp
     ui/style_pictures.cpp
     ui/viewport.cpp

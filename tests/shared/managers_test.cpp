@@ -32,6 +32,17 @@ protected:
         EXPECT_TRUE(dzApp->removeManager(QLatin1String(className))) << className;
         return MessageOf(lookUp);
     }
+
+    /// The same for a host without one pane.
+    template <class LookUp>
+    static std::string withoutPane(const char* className, const LookUp& lookUp)
+    {
+        TestHost().reset();
+        DzPane* const pane = GetPaneMgr_X(true)->findPane(QLatin1String(className));
+        EXPECT_NE(pane, nullptr) << className;
+        delete pane;
+        return MessageOf(lookUp);
+    }
 };
 
 TEST_F(ManagersTest, are_all_there)
@@ -108,6 +119,29 @@ TEST_F(ManagersTest, tell_content_paths_that_there_is_no_content)
     EXPECT_EQ(without("DzContentMgr", [] { GetDazRelativePath_X("/a"); }), message);
     EXPECT_EQ(without("DzContentMgr", [] { GetBaseDirectory_X("/a"); }), message);
     EXPECT_EQ(without("DzContentMgr", [] { const KsPathResolver resolver; }), message);
+}
+
+TEST_F(ManagersTest, find_the_panes_that_people_work_with)
+{
+    EXPECT_STREQ(GetHierarchyPane_X().metaObject()->className(), "DzHierarchyPane");
+    EXPECT_STREQ(GetContentLibraryPane_X().metaObject()->className(), "DzContentLibraryPane");
+    EXPECT_STREQ(GetSmartContentPane_X().metaObject()->className(), "DzSmartContentPane");
+    EXPECT_STREQ(GetParametersPane_X().metaObject()->className(), "DzParametersPane");
+    EXPECT_STREQ(GetScriptIdePane_X().metaObject()->className(), "DzScriptPane");
+}
+
+TEST_F(ManagersTest, name_the_pane_that_is_missing)
+{
+    EXPECT_EQ(withoutPane("DzHierarchyPane", [] { GetHierarchyPane_X(); }),
+              "cannot find Daz Studio scene hierarchy pane");
+    EXPECT_EQ(withoutPane("DzContentLibraryPane", [] { GetContentLibraryPane_X(); }),
+              "failed to find the Daz Studio Content Library pane");
+    EXPECT_EQ(withoutPane("DzSmartContentPane", [] { GetSmartContentPane_X(); }),
+              "failed to find the Daz Studio Smart Content pane");
+    EXPECT_EQ(withoutPane("DzParametersPane", [] { GetParametersPane_X(); }),
+              "failed to find the Daz Studio Parameters pane");
+    EXPECT_EQ(withoutPane("DzScriptPane", [] { GetScriptIdePane_X(); }),
+              "failed to find the Daz Studio Script IDE pane");
 }
 
 class ViewsTest : public HostTest {};

@@ -25,7 +25,7 @@ protected:
     {
         HostTest::SetUp();
         window = dzApp->getInterface();
-        window->resize(640, 480);
+        window->resize(1400, 700); // with room for the panes on both sides
         window->show();
         QApplication::processEvents();
         view = window->getViewportMgr()->getActiveViewport()->get3DViewport();

@@ -1,0 +1,171 @@
+// The pane of the content directories.
+// SPDX-License-Identifier: MIT
+
+#include "host/ui/content_library_pane.h"
+
+#include "dzapp.h"
+#include "dzasset.h"
+#include "dzcontentmgr.h"
+#include "host/ui/pane_asset_list.h"
+#include "host/ui/pane_refresh.h"
+#include "host/ui/pane_user_files.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSplitter>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int kPathRole = Qt::UserRole;
+constexpr int kIsReadRole = Qt::UserRole + 1;
+
+} // namespace
+
+DzContentLibraryPane::DzContentLibraryPane()
+    : DzPane(QStringLiteral("Content Library")),
+      _refresh(new openhost::PaneRefresh(*this, [this] { fillTree(); }))
+{
+}
+
+DzContentLibraryPane::~DzContentLibraryPane() = default;
+
+void DzContentLibraryPane::refresh()
+{
+    _refresh->mark();
+    _refresh->settle();
+}
+
+void DzContentLibraryPane::markStale()
+{
+    _refresh->mark();
+}
+
+void DzContentLibraryPane::build()
+{
+    if (_tree)
+        return;
+    _tree = new QTreeWidget;
+    _tree->setHeaderHidden(true);
+    _tree->setUniformRowHeights(true);
+    _list = new openhost::AssetList;
+    auto* const splitter = new QSplitter(Qt::Vertical);
+    splitter->addWidget(_tree);
+    splitter->addWidget(_list);
+    splitter->setChildrenCollapsible(false);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->addWidget(splitter);
+    connect(_tree, SIGNAL(itemExpanded(QTreeWidgetItem*)), SLOT(addSubfolders(QTreeWidgetItem*)));
+    connect(_tree, SIGNAL(currentItemChanged(QTreeWidgetItem*, QTreeWidgetItem*)), SLOT(showFolder()));
+    // The manager is made after the panes.
+    if (const DzContentMgr* const content = dzApp->getContentMgr())
+        connect(content, SIGNAL(contentDirectoryListChanged()), SLOT(markStale()));
+}
+
+void DzContentLibraryPane::fillTree()
+{
+    build();
+    const QString chosen =
+        _tree->currentItem() ? _tree->currentItem()->data(0, kPathRole).toString() : QString();
+    const QStringList selected = _list->selectedFiles();
+    _tree->clear();
+    for (const QString& directory : openhost::ContentDirectories())
+        addFolder(*_tree->invisibleRootItem(), QFileInfo(directory).fileName(), directory);
+    if (_tree->topLevelItemCount() == 1)
+        _tree->topLevelItem(0)->setExpanded(true);
+    if (!chosen.isEmpty() && browseTo(chosen))
+        _list->selectFiles(selected);
+    else
+        showFolder();
+}
+
+QTreeWidgetItem* DzContentLibraryPane::addFolder(QTreeWidgetItem& parent, const QString& name,
+                                                 const QString& path)
+{
+    auto* const item = new QTreeWidgetItem(&parent, {name});
+    item->setData(0, kPathRole, path);
+    item->setToolTip(0, path);
+    // What is below is read when it is to be seen.
+    item->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
+    return item;
+}
+
+void DzContentLibraryPane::addSubfolders(QTreeWidgetItem* item)
+{
+    if (item->data(0, kIsReadRole).toBool())
+        return;
+    item->setData(0, kIsReadRole, true);
+    const QDir folder(item->data(0, kPathRole).toString());
+    for (const QString& name :
+         folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase))
+        addFolder(*item, name, folder.filePath(name));
+    item->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
+}
+
+void DzContentLibraryPane::showFolder()
+{
+    const QTreeWidgetItem* const item = _tree->currentItem();
+    _list->setFiles(item ? openhost::UserFilesIn(item->data(0, kPathRole).toString()) : QStringList());
+}
+
+/// The folder itself, or the one on the way to it; null when there is none.
+QTreeWidgetItem* DzContentLibraryPane::childOf(QTreeWidgetItem& item, const QString& path)
+{
+    for (int i = 0; i < item.childCount(); ++i) {
+        const QString folder = item.child(i)->data(0, kPathRole).toString();
+        if (path == folder || path.startsWith(folder + QLatin1Char('/')))
+            return item.child(i);
+    }
+    return nullptr;
+}
+
+bool DzContentLibraryPane::browseTo(const QString& folder)
+{
+    QTreeWidgetItem* item = childOf(*_tree->invisibleRootItem(), folder);
+    while (item && item->data(0, kPathRole).toString() != folder) {
+        addSubfolders(item);
+        item = childOf(*item, folder);
+    }
+    if (!item)
+        return false;
+    for (QTreeWidgetItem* above = item->parent(); above; above = above->parent())
+        above->setExpanded(true);
+    _tree->setCurrentItem(item);
+    showFolder();
+    return true;
+}
+
+QObjectList DzContentLibraryPane::getSelectedAssets()
+{
+    _refresh->settle();
+    return _list->selectedAssets();
+}
+
+bool DzContentLibraryPane::browseToAsset(DzAsset* asset)
+{
+    _refresh->settle();
+    if (!asset || !QFileInfo(asset->getAsLocalFile()).isFile())
+        return false;
+    const QString file = asset->getAsLocalFile();
+    return browseTo(QFileInfo(file).absolutePath()) && _list->selectFiles({file});
+}
+
+bool DzContentLibraryPane::browseToCategory(const QString& category)
+{
+    _refresh->settle();
+    for (const QString& directory : openhost::ContentDirectories())
+        if (browseTo(QDir::cleanPath(directory + QLatin1Char('/') + category)))
+            return true;
+    return false;
+}
+
+bool DzContentLibraryPane::browseToProduct(const QString& product)
+{
+    _refresh->settle();
+    for (const openhost::ProductFolder& folder : openhost::ProductFolders())
+        if (folder.name.compare(product, Qt::CaseInsensitive) == 0)
+            return browseTo(folder.path);
+    return false;
+}

@@ -1,0 +1,30 @@
+// The main window's panes.
+// SPDX-License-Identifier: MIT
+
+#include "host/ui/main_panes.h"
+
+#include "dzmainwindow.h"
+#include "host/ui/content_library_pane.h"
+#include "host/ui/hierarchy_pane.h"
+#include "host/ui/parameters_pane.h"
+#include "host/ui/script_pane.h"
+#include "host/ui/smart_content_pane.h"
+
+#include <QTabWidget>
+
+namespace openhost {
+
+void AddPanes(DzMainWindow& window)
+{
+    DzPaneMgr& panes = *window.getPaneMgr();
+    window.setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
+    panes.addPane(new DzContentLibraryPane, Qt::LeftDockWidgetArea);
+    panes.addPane(new DzSmartContentPane, Qt::LeftDockWidgetArea);
+    panes.addPane(new DzScriptPane, Qt::LeftDockWidgetArea);
+    panes.addPane(new DzHierarchyPane, Qt::RightDockWidgetArea);
+    panes.addPane(new DzParametersPane, Qt::RightDockWidgetArea);
+    panes.showPane(QStringLiteral("DzContentLibraryPane"));
+    panes.showPane(QStringLiteral("DzParametersPane"));
+}
+
+} // namespace openhost

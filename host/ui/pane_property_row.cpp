@@ -1,0 +1,150 @@
+// One property in a list of them.
+// SPDX-License-Identifier: MIT
+
+#include "host/ui/pane_property_row.h"
+
+#include "dzfloatslider.h"
+#include "dzproperty.h"
+#include "host/ui/pane_property_editor.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QToolButton>
+
+#include <algorithm>
+#include <cmath>
+
+namespace openhost {
+
+namespace {
+
+constexpr int kMargin = 3;
+
+QPolygonF StarShape(double size)
+{
+    constexpr double kPi = 3.14159265358979323846;
+    QPolygonF star;
+    for (int i = 0; i < 10; ++i) {
+        const double radius = (i % 2 ? 0.2 : 0.46) * size;
+        const double angle = i * kPi / 5.0;
+        star << QPointF(size / 2.0 + radius * std::sin(angle), size / 2.0 - radius * std::cos(angle));
+    }
+    return star;
+}
+
+/// A star as high as the widget's text, filled for a favourite.
+QIcon Star(const QWidget& widget, bool isFilled)
+{
+    const int size = widget.fontMetrics().height();
+    QPixmap picture(size, size);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor highlight = widget.palette().color(QPalette::Highlight);
+    painter.setPen(isFilled ? highlight : widget.palette().color(QPalette::Mid).lighter(130));
+    painter.setBrush(isFilled ? QBrush(highlight) : QBrush(Qt::NoBrush));
+    painter.drawPolygon(StarShape(size));
+    return QIcon(picture);
+}
+
+} // namespace
+
+PropertyRow::PropertyRow(DzProperty& property, QWidget* parent) : QWidget(parent), _property(&property)
+{
+    auto* const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(2 * kMargin, 0, kMargin, 0);
+    layout->addWidget(PropertyEditor::Make(property, this), 1);
+    addStar(*layout);
+    for (QWidget* widget : findChildren<QWidget*>()) {
+        widget->installEventFilter(this);
+        if (widget->focusPolicy() == Qt::WheelFocus)
+            widget->setFocusPolicy(Qt::StrongFocus);
+    }
+    connect(&property, SIGNAL(removed()), SLOT(letGo()));
+    connect(&property, SIGNAL(propertyDeleted(DzProperty*)), SLOT(letGo()));
+}
+
+PropertyRow::~PropertyRow() = default;
+
+void PropertyRow::addStar(QHBoxLayout& layout)
+{
+    _star = new QToolButton(this);
+    _star->setObjectName(QStringLiteral("Favorite"));
+    _star->setAutoRaise(true);
+    _star->setCheckable(true);
+    _star->setToolTip(QStringLiteral("Favorite"));
+    _star->setFocusPolicy(Qt::TabFocus);
+    const int size = fontMetrics().height();
+    _star->setIconSize(QSize(size, size));
+    _star->setChecked(_property->isFavorite());
+    _star->setIcon(Star(*this, _property->isFavorite()));
+    connect(_star, SIGNAL(toggled(bool)), SLOT(setFavorite(bool)));
+    layout.addWidget(_star);
+}
+
+int PropertyRow::HeightFor(const QWidget& widget)
+{
+    const DzFloatSlider slider(nullptr, QStringLiteral("X"));
+    const QComboBox box;
+    const QLineEdit line;
+    const int editor = std::max({slider.sizeHint().height(), box.sizeHint().height(),
+                                 line.sizeHint().height(), widget.fontMetrics().height() + 2 * kMargin});
+    return editor + 2 * kMargin;
+}
+
+void PropertyRow::letGo()
+{
+    _property = nullptr;
+    setEnabled(false);
+}
+
+void PropertyRow::setFavorite(bool onOff)
+{
+    if (!_property)
+        return;
+    _property->setIsFavorite(onOff);
+    _star->setIcon(Star(*this, onOff));
+}
+
+void PropertyRow::setPicked(bool onOff)
+{
+    if (onOff == _isPicked)
+        return;
+    _isPicked = onOff;
+    update();
+}
+
+bool PropertyRow::eventFilter(QObject* object, QEvent* event)
+{
+    if (event->type() == QEvent::MouseButtonPress)
+        emit picked(static_cast<QMouseEvent*>(event)->modifiers());
+    // The wheel scrolls the list, not the value that happens to be under it.
+    if (event->type() == QEvent::Wheel && !static_cast<QWidget*>(object)->hasFocus()) {
+        QCoreApplication::sendEvent(parentWidget(), event);
+        return true;
+    }
+    return QWidget::eventFilter(object, event);
+}
+
+void PropertyRow::mousePressEvent(QMouseEvent* event)
+{
+    emit picked(event->modifiers());
+}
+
+void PropertyRow::paintEvent(QPaintEvent*)
+{
+    if (!_isPicked)
+        return;
+    QPainter painter(this);
+    QColor fill = palette().color(QPalette::Highlight);
+    painter.fillRect(QRect(0, 1, kMargin, height() - 2), fill);
+    fill.setAlpha(60);
+    painter.fillRect(rect().adjusted(0, 1, 0, -1), fill);
+}
+
+} // namespace openhost

@@ -1,0 +1,144 @@
+// The files that content panes show.
+// SPDX-License-Identifier: MIT
+
+#include "host/ui/pane_user_files.h"
+
+#include "dzapp.h"
+#include "dzcontentmgr.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+
+#include <zlib.h>
+
+#include <algorithm>
+
+namespace openhost {
+
+const char* const kUserFilePattern = "*.duf";
+
+namespace {
+
+/// The block that tells what a file is stands at its beginning; a preview's text may come before it.
+constexpr unsigned kHeadSize = 1 << 16;
+
+/// The first bytes of a file, expanded if they are compressed.
+QByteArray HeadOf(const QString& file)
+{
+    QByteArray head(int(kHeadSize), '\0');
+    const gzFile stream = gzopen(QFile::encodeName(file).constData(), "rb");
+    if (!stream)
+        return QByteArray();
+    const int count = gzread(stream, head.data(), kHeadSize);
+    gzclose(stream);
+    head.truncate(std::max(0, count));
+    return head;
+}
+
+const QStringList& DataFolders()
+{
+    static const QStringList folders{QStringLiteral("data"), QStringLiteral("runtime")};
+    return folders;
+}
+
+QStringList FoldersIn(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase);
+}
+
+bool ComesBefore(const QString& one, const QString& other)
+{
+    const int order = one.compare(other, Qt::CaseInsensitive);
+    return order != 0 ? order < 0 : one < other;
+}
+
+} // namespace
+
+QString AssetTypeOf(const QString& file)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral("\"asset_info\"\\s*:\\s*\\{.*?\"type\"\\s*:\\s*\"([^\"]*)\""),
+        QRegularExpression::DotMatchesEverythingOption);
+    return pattern.match(QString::fromUtf8(HeadOf(file))).captured(1);
+}
+
+bool SuitsSelection(const QString& assetType, bool isAnythingSelected)
+{
+    return isAnythingSelected || !assetType.startsWith(QLatin1String("preset_"));
+}
+
+QStringList ContentDirectories()
+{
+    QStringList directories;
+    const DzContentMgr* const content = dzApp->getContentMgr();
+    for (int i = 0; content && i < content->getNumContentDirectories(); ++i)
+        directories.append(QDir(content->getContentDirectoryPath(i)).absolutePath());
+    return directories;
+}
+
+QStringList UserFilesIn(const QString& folder)
+{
+    const QDir directory(folder);
+    QStringList files;
+    for (const QString& name :
+         directory.entryList({QLatin1String(kUserFilePattern)}, QDir::Files, QDir::Name | QDir::IgnoreCase))
+        files.append(directory.filePath(name));
+    return files;
+}
+
+UserFileScan::UserFileScan() : _directories(ContentDirectories()) {}
+
+bool UserFileScan::step(int files)
+{
+    for (int i = 0; i < files; ++i) {
+        while (!_iterator || !_iterator->hasNext()) {
+            if (_directories.isEmpty()) {
+                sort();
+                return false;
+            }
+            _iterator = std::make_unique<QDirIterator>(_directories.takeFirst(),
+                                                       QStringList(QLatin1String(kUserFilePattern)),
+                                                       QDir::Files, QDirIterator::Subdirectories);
+        }
+        const QString file = _iterator->next();
+        _files.push_back({file, AssetTypeOf(file)});
+    }
+    return true;
+}
+
+void UserFileScan::sort()
+{
+    std::stable_sort(_files.begin(), _files.end(), [](const UserFile& one, const UserFile& other) {
+        return ComesBefore(one.path, other.path);
+    });
+}
+
+std::vector<ProductFolder> ProductFolders()
+{
+    std::vector<ProductFolder> products;
+    for (const QString& directory : ContentDirectories())
+        for (const QString& category : FoldersIn(directory)) {
+            if (DataFolders().contains(category, Qt::CaseInsensitive))
+                continue;
+            const QString folder = directory + QLatin1Char('/') + category;
+            for (const QString& name : FoldersIn(folder))
+                products.push_back({name, category, folder + QLatin1Char('/') + name});
+        }
+    std::stable_sort(products.begin(), products.end(),
+                     [](const auto& one, const auto& other) { return ComesBefore(one.name, other.name); });
+    return products;
+}
+
+QStringList UserFilesBelow(const QString& folder)
+{
+    QStringList files;
+    QDirIterator iterator(folder, {QLatin1String(kUserFilePattern)}, QDir::Files,
+                          QDirIterator::Subdirectories);
+    while (iterator.hasNext())
+        files.append(iterator.next());
+    std::sort(files.begin(), files.end(), ComesBefore);
+    return files;
+}
+
+} // namespace openhost
