@@ -4,6 +4,7 @@
 #pragma once
 
 #include "geometry/deltas.h"
+#include "geometry/obj.h"
 #include "geometry/polygon_mesh.h"
 
 #include <array>
@@ -79,9 +80,11 @@ struct Geometry {
     std::string id, name, label;
     bool subdivisionSurface = true;
     std::string edgeInterpolation = "edges_only";
-    geometry::PolygonMesh mesh; ///< rest pose, cm; groups and surfaces in the topology
-    std::string defaultUvSet;   ///< URI, may be empty
-    int subdivisionLevel = 1;   ///< default of the view level
+    geometry::PolygonMesh mesh;                    ///< rest pose, cm; groups and surfaces in the topology
+    std::string defaultUvSet;                      ///< URI, may be empty
+    geometry::TexCoords texCoords;                 ///< of a set in the same file
+    std::vector<std::vector<std::uint32_t>> lines; ///< vertex indices of each polyline
+    int subdivisionLevel = 1;                      ///< default of the view level
 };
 
 struct Node {

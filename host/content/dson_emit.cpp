@@ -5,6 +5,7 @@
 
 #include "geometry/errors.h"
 #include "host/content/dson_uri.h"
+#include "host/content/dson_uv.h"
 
 #include <algorithm>
 #include <charconv>
@@ -290,6 +291,8 @@ Json EmitGeometry(const Geometry& geometry)
               {"polygon_groups", EmitNames(topology.groupNames, "default")},
               {"polygon_material_groups", EmitNames(topology.surfaceNames, "Default")},
               {"polylist", EmitPolygons(topology)}};
+    if (!geometry.lines.empty())
+        json["polyline_list"] = EmitPolylines(geometry.lines);
     if (!geometry.defaultUvSet.empty())
         json["default_uv_set"] = geometry.defaultUvSet;
     json["graft"] = Json::object();

@@ -4,6 +4,8 @@
 #include "geometry/errors.h"
 #include "host/content/dson_parts.h"
 #include "host/content/dson_uri.h"
+#include "host/content/dson_uv.h"
+#include "host/content/json_rows.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,28 +19,6 @@ namespace {
 
 using geometry::FormatError;
 using geometry::Vec3f;
-
-/// Numbers of a row, at most as many as there is room for; returns how many the row has.
-std::size_t ReadRow(const Element& row, double* numbers, std::size_t room)
-{
-    std::size_t count = 0;
-    if (!row.is_array())
-        return 0;
-    for (const Element item : Items(row)) {
-        if (count < room)
-            numbers[count] = AsNumber(item).value_or(NAN);
-        ++count;
-    }
-    return count;
-}
-
-/// Above every index that 32 bits hold.
-constexpr double unlimited = 4294967295.0;
-
-bool IsIndex(double number, double limit)
-{
-    return number >= 0.0 && number < limit && number == std::floor(number);
-}
 
 std::vector<Vec3f> ParsePositions(const Element& json, const ParseContext& context)
 {
@@ -179,6 +159,7 @@ Geometry ParseGeometry(const Element& json, ParseContext& context)
     topology->surfaceNames = ParseNames(json, "polygon_material_groups");
     ParseFaces(json, *topology, context);
     geometry.mesh.topology = std::move(topology);
+    geometry.lines = ParsePolylines(json, geometry.mesh.topology->vertexCount, context);
     return geometry;
 }
 

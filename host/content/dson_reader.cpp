@@ -5,6 +5,8 @@
 
 #include "geometry/errors.h"
 #include "host/content/dson_parts.h"
+#include "host/content/dson_uri.h"
+#include "host/content/dson_uv.h"
 #include "host/content/file_text.h"
 #include "host/content/json_text.h"
 
@@ -68,10 +70,25 @@ void CheckVersion(const ParsedFile& file, std::vector<std::string>& warnings)
         warnings.push_back(file.name() + ": has the newer format version " + version);
 }
 
+/// Those that geometries of the same file name; nobody needs the others.
+void ReadUvSets(const Element& root, Document& document, ParseContext& context)
+{
+    for (Geometry& geometry : document.geometries) {
+        const Uri wanted = ParseUri(geometry.defaultUvSet);
+        if (wanted.id.empty() || !wanted.path.empty())
+            continue;
+        ForEach(root, "uv_set_library", [&](const Element& json) {
+            if (Text(json, "id") == wanted.id)
+                geometry.texCoords = CornersOf(ParseUvSet(json, context), *geometry.mesh.topology, context);
+        });
+    }
+}
+
 void ReadLibraries(const Element& root, Document& document, ParseContext& context)
 {
     ForEach(root, "geometry_library",
             [&](const Element& json) { document.geometries.push_back(ParseGeometry(json, context)); });
+    ReadUvSets(root, document, context);
     ForEach(root, "node_library",
             [&](const Element& json) { document.nodes.push_back(ParseNode(json, context)); });
     ForEach(root, "modifier_library", [&](const Element& json) {

@@ -5,6 +5,8 @@
 
 #include "geometry/atomic_file.h"
 #include "host/content/dson_emit.h"
+#include "host/content/dson_uri.h"
+#include "host/content/dson_uv.h"
 #include "host/content/gzip.h"
 
 #include <cmath>
@@ -131,6 +133,9 @@ void WriteScene(const SceneAsset& scene, const std::filesystem::path& file, cons
 {
     Json json = EmitFileHead(scene.info);
     AddList(json, "geometry_library", scene.geometries, EmitGeometry);
+    for (const Geometry& geometry : scene.geometries)
+        if (!geometry.texCoords.cornerIndices.empty())
+            json["uv_set_library"].push_back(EmitUvSet(geometry, ParseUri(geometry.defaultUvSet).id));
     AddList(json, "node_library", scene.nodes, EmitNode);
     AddList(json, "modifier_library", scene.skins, [](const SkinDefinition& skin) {
         return EmitSkin(skin.binding, skin.node, skin.geometry, skin.selectionMap);

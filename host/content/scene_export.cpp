@@ -48,15 +48,6 @@ std::size_t CountDFormers(const DzNode& node)
     return count;
 }
 
-bool HasTextureCoordinates(const DzNode& node)
-{
-    const DzObject* const object = node.getObject();
-    const auto* const shape = object ? qobject_cast<const DzFacetShape*>(object->getCurrentShape()) : nullptr;
-    const MeshExtras* const extras =
-        shape && shape->getFacetMesh() ? MeshAccess::extras(*shape->getFacetMesh()) : nullptr;
-    return extras && (!extras->lines.empty() || !extras->texCoords.coordinates.empty());
-}
-
 /// Marked dials of the figure's morphs and of its node; sorted, so that saving again gives the same file.
 std::vector<std::string> FavoritesOf(const SceneUnit& unit)
 {
@@ -114,14 +105,11 @@ private:
                 LogWarning(
                     QString::fromStdString(fmt::format("{} {} cannot be kept in a file", count, what)));
         };
-        std::size_t formers = 0, textured = 0;
-        for (const SceneUnit& unit : _scene.units) {
+        std::size_t formers = 0;
+        for (const SceneUnit& unit : _scene.units)
             formers += CountDFormers(*unit.root);
-            textured += unit.isDescribedWhole() && HasTextureCoordinates(*unit.root);
-        }
         tell(_lostLinks, "links between properties");
         tell(formers, "D-Formers");
-        tell(textured, "meshes' texture coordinates and lines");
     }
 
     /// URI of the node's definition.

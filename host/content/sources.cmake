@@ -21,6 +21,7 @@ set(HOST_CONTENT_SOURCES
     content/dson_rewrite.cpp
     content/dson_scene.cpp
     content/dson_uri.cpp
+    content/dson_uv.cpp
     content/dson_writer.cpp
     content/figure_assembly.cpp
     content/file_text.cpp

@@ -64,37 +64,52 @@ const char* EdgeInterpolation(const DzFacetMesh& mesh)
     }
 }
 
-void AddFace(geometry::Topology& target, const geometry::Topology& source, std::size_t face,
-             const std::vector<std::uint32_t>& corners)
+/// A mesh as files have it, with the texture coordinates of its corners.
+struct FileMesh {
+    std::shared_ptr<const geometry::Topology> topology;
+    geometry::TexCoords texCoords;
+};
+
+/// @param corners  places in the source's list of corners
+void AddFace(geometry::Topology& target, std::vector<std::uint32_t>& uvs, const FileMesh& source,
+             std::size_t face, const std::vector<std::uint32_t>& corners)
 {
-    target.addFace(corners);
-    if (!source.faceGroups.empty())
-        target.faceGroups.push_back(source.faceGroups[face]);
-    if (!source.faceSurfaces.empty())
-        target.faceSurfaces.push_back(source.faceSurfaces[face]);
+    std::vector<std::uint32_t> vertices;
+    for (const std::uint32_t corner : corners) {
+        vertices.push_back(source.topology->cornerVertices[corner]);
+        if (!source.texCoords.cornerIndices.empty())
+            uvs.push_back(source.texCoords.cornerIndices[corner]);
+    }
+    target.addFace(vertices);
+    if (!source.topology->faceGroups.empty())
+        target.faceGroups.push_back(source.topology->faceGroups[face]);
+    if (!source.topology->faceSurfaces.empty())
+        target.faceSurfaces.push_back(source.topology->faceSurfaces[face]);
 }
 
 /// Files know faces of three and four corners.
-std::shared_ptr<const geometry::Topology> WithSmallFaces(std::shared_ptr<const geometry::Topology> topology)
+FileMesh WithSmallFaces(FileMesh mesh)
 {
+    const geometry::Topology& topology = *mesh.topology;
     std::size_t largest = 0;
-    for (std::size_t f = 0; f < topology->faceCount(); ++f)
-        largest = std::max(largest, topology->face(f).size());
+    for (std::size_t f = 0; f < topology.faceCount(); ++f)
+        largest = std::max(largest, topology.face(f).size());
     if (largest <= 4)
-        return topology;
+        return mesh;
     auto cut = std::make_shared<geometry::Topology>();
-    cut->vertexCount = topology->vertexCount;
-    cut->groupNames = topology->groupNames;
-    cut->surfaceNames = topology->surfaceNames;
-    for (std::size_t f = 0; f < topology->faceCount(); ++f) {
-        const auto corners = topology->face(f);
-        if (corners.size() <= 4)
-            AddFace(*cut, *topology, f, {corners.begin(), corners.end()});
+    cut->vertexCount = topology.vertexCount;
+    cut->groupNames = topology.groupNames;
+    cut->surfaceNames = topology.surfaceNames;
+    std::vector<std::uint32_t> uvs;
+    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
+        const std::uint32_t first = topology.faceOffsets[f], end = topology.faceOffsets[f + 1];
+        if (end - first == 4)
+            AddFace(*cut, uvs, mesh, f, {first, first + 1, first + 2, first + 3});
         else
-            for (std::size_t c = 1; c + 1 < corners.size(); ++c)
-                AddFace(*cut, *topology, f, {corners[0], corners[c], corners[c + 1]});
+            for (std::uint32_t c = first + 1; c + 1 < end; ++c)
+                AddFace(*cut, uvs, mesh, f, {first, c, c + 1});
     }
-    return cut;
+    return {std::move(cut), {std::move(mesh.texCoords.coordinates), std::move(uvs)}};
 }
 
 dson::JointBinding DescribeJoint(const DzBoneBinding& binding, const std::string& id)
@@ -179,7 +194,15 @@ std::optional<dson::Geometry> DescribeGeometry(const SceneUnit& unit, const std:
     if (const DzIntProperty* const level = shape->getSubDLevelControl())
         described.subdivisionLevel = static_cast<int>(level->getDoubleDefaultValue());
     described.mesh = MeshAccess::mesh(mesh);
-    described.mesh.topology = WithSmallFaces(described.mesh.topology);
+    const MeshExtras* const extras = MeshAccess::extras(mesh);
+    FileMesh inFile =
+        WithSmallFaces({described.mesh.topology, extras ? extras->texCoords : geometry::TexCoords()});
+    described.mesh.topology = std::move(inFile.topology);
+    described.texCoords = std::move(inFile.texCoords);
+    if (!described.texCoords.cornerIndices.empty())
+        described.defaultUvSet = "#" + dson::EncodeFragment(id + "-UVs");
+    if (extras)
+        described.lines = extras->lines;
     return described;
 }
 

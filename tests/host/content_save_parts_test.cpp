@@ -9,10 +9,14 @@
 #include "dzfloatproperty.h"
 #include "dzmorph.h"
 #include "dzobject.h"
+#include "host/figure/mesh_access.h"
 #include "tests/host/save_fixture.h"
 #include "tests/host/scene_text.h"
 
 #include <nlohmann/json.hpp>
+
+#include <set>
+#include <tuple>
 
 namespace {
 
@@ -257,4 +261,40 @@ TEST_F(SavedPart, favourites_stay_favourites)
     EXPECT_FALSE(loaded.getXRotControl()->isFavorite());
     const auto& other = static_cast<const DzFigure&>(node("Mini"));
     EXPECT_FALSE(other.getYRotControl()->isFavorite()) << "the other one's are its own";
+}
+
+TEST_F(SavedPart, texture_coordinates_and_lines_of_an_imported_mesh_are_kept)
+{
+    // A seam along the second edge: its vertices have other coordinates in the second face.
+    WriteBytes(file("seam.obj"), "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nv 2 0 0\nv 2 1 0\nv 3 2 0\n"
+                                "vt 0 0\nvt 0.5 0\nvt 0.5 1\nvt 0 1\nvt 0.25 0.125\nvt 0.75 0.25\nvt 1 1\n"
+                                "f 1/1 2/2 3/3 4/4\nf 2/5 5/6 7/7 6/7 3/5\nl 1 3 6\n");
+    ASSERT_TRUE(open(file("seam.obj")));
+    const auto cornersOf = [](const DzNode& imported) {
+        auto* const shape = qobject_cast<DzFacetShape*>(imported.getObject()->getCurrentShape());
+        const openhost::MeshExtras& extras = *openhost::MeshAccess::extras(*shape->getFacetMesh());
+        const geometry::Topology& topology = *openhost::MeshAccess::mesh(*shape->getFacetMesh()).topology;
+        std::multiset<std::tuple<std::uint32_t, float, float>> corners;
+        for (std::size_t c = 0; c < topology.cornerCount(); ++c) {
+            const auto& uv = extras.texCoords.coordinates[extras.texCoords.cornerIndices[c]];
+            corners.emplace(topology.cornerVertices[c], uv.u, uv.v);
+        }
+        return std::pair(corners, extras.lines);
+    };
+    const auto before = cornersOf(node("seam"));
+    ASSERT_EQ(before.second, (std::vector<std::vector<std::uint32_t>>{{0, 2, 5}}));
+    ASSERT_EQ(save("DzSceneAssetFilter", file("Seam.duf")), 0) << log().toStdString();
+    const json saved = json::parse(ReadBytes(file("Seam.duf")));
+    ASSERT_EQ(saved["uv_set_library"].size(), 1u);
+    const json& set = saved["uv_set_library"][0];
+    EXPECT_EQ(set["vertex_count"], 7);
+    EXPECT_EQ(set["uvs"]["count"], set["uvs"]["values"].size());
+    EXPECT_FALSE(set["polygon_vertex_indices"].empty());
+    ASSERT_TRUE(reload(file("Seam.duf"))) << log().toStdString();
+    const auto after = cornersOf(node("seam"));
+    EXPECT_EQ(after.second, before.second);
+    // The face of five corners has become three triangles: it gained corners but none with other coordinates.
+    const auto kinds = [](const auto& corners) { return std::set(corners.begin(), corners.end()); };
+    EXPECT_EQ(kinds(after.first), kinds(before.first));
+    EXPECT_EQ(after.first.size(), 4u + 9u);
 }

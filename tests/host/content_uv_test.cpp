@@ -1,0 +1,77 @@
+// Texture coordinates and polylines in files of others.
+// SPDX-License-Identifier: MIT
+
+#include "host/content/dson_reader.h"
+#include "tests/host/content_fixture.h"
+
+namespace {
+
+/// Two triangles that share an edge.
+class ForeignUvs : public LibraryTest {
+protected:
+    dson::Document read(const std::string& uvSet, const std::string& lines = "[]") const
+    {
+        const std::filesystem::path file = folder("uv") / "Uv.dsf";
+        WriteBytes(file,
+                   R"({"file_version": "0.6.0.0", "asset_info": {"id": "/Uv.dsf"}, "geometry_library": [{
+            "id": "Mesh", "default_uv_set": "#My%20Set",
+            "vertices": {"count": 4, "values": [[0,0,0],[1,0,0],[1,1,0],[0,1,0]]},
+            "polygon_groups": {"count": 1, "values": ["all"]},
+            "polygon_material_groups": {"count": 1, "values": ["Skin"]},
+            "polylist": {"count": 2, "values": [[0,0,0,1,2],[0,0,0,2,3]]},
+            "polyline_list": )" +
+                       lines + R"(}], "uv_set_library": [{"id": "Other"}, )" + uvSet + "]}");
+        return dson::ReadDocument(file);
+    }
+    static std::vector<float> us(const dson::Document& document)
+    {
+        std::vector<float> values;
+        const geometry::TexCoords& uvs = document.geometries.front().texCoords;
+        for (const std::uint32_t index : uvs.cornerIndices)
+            values.push_back(uvs.coordinates[index].u);
+        return values;
+    }
+};
+
+TEST_F(ForeignUvs, are_those_of_the_vertex_unless_a_corner_says_otherwise)
+{
+    EXPECT_EQ(us(read(R"({"id": "My Set", "uvs": [[0,0],[0.25,0],[0.5,1],[0.75,1],[1,1]],
+                          "polygon_vertex_indices": [[1, 2, 4]]})")),
+              (std::vector<float>{0.0f, 0.25f, 0.5f, 0.0f, 1.0f, 0.75f}));
+    EXPECT_EQ(us(read(R"({"id": "My Set", "uvs": {"count": 9, "values": [[0,0],[0.25,0],[0.5,1],[0.75,1]]},
+                          "polygon_vertex_indices": {"count": 0, "values": []}})"))
+                  .size(),
+              6u);
+}
+
+TEST_F(ForeignUvs, that_do_not_fit_are_left_out_and_told)
+{
+    for (const char* const corners : {"[[7, 0, 0]]", "[[0, 0, 99]]"}) {
+        const dson::Document document = read(
+            std::string(R"({"id": "My Set", "uvs": [[0,0],[1,0],[1,1],[0,1]], "polygon_vertex_indices": )") +
+            corners + "}");
+        EXPECT_TRUE(us(document).empty());
+        ASSERT_EQ(document.warnings.size(), 1u);
+        EXPECT_NE(document.warnings[0].find("UV set My Set does not fit its mesh"), std::string::npos);
+    }
+    EXPECT_TRUE(us(read(R"({"id": "My Set", "uvs": [[0,0]]})")).empty());
+    EXPECT_NE(ErrorOf([&] {
+                  read(R"({"id": "My Set", "uvs": [[0,"x"]]})");
+              }).find("texture coordinate 0 is not two numbers"),
+              std::string::npos);
+}
+
+TEST_F(ForeignUvs, are_not_needed)
+{
+    EXPECT_TRUE(us(read(R"({"id": "Somebody else's", "uvs": [[0,"x"]]})")).empty());
+}
+
+TEST_F(ForeignUvs, come_with_lines_whose_vertices_are_there)
+{
+    const dson::Document document =
+        read(R"({"id": "My Set"})", R"({"count": 3, "values": [[0,0,1,3], [0,0,2,17], [0,0,3]]})");
+    EXPECT_EQ(document.geometries.front().lines, (std::vector<std::vector<std::uint32_t>>{{1, 3}}));
+    EXPECT_FALSE(document.warnings.empty());
+}
+
+} // namespace
