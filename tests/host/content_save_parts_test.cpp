@@ -267,8 +267,8 @@ TEST_F(SavedPart, texture_coordinates_and_lines_of_an_imported_mesh_are_kept)
 {
     // A seam along the second edge: its vertices have other coordinates in the second face.
     WriteBytes(file("seam.obj"), "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nv 2 0 0\nv 2 1 0\nv 3 2 0\n"
-                                "vt 0 0\nvt 0.5 0\nvt 0.5 1\nvt 0 1\nvt 0.25 0.125\nvt 0.75 0.25\nvt 1 1\n"
-                                "f 1/1 2/2 3/3 4/4\nf 2/5 5/6 7/7 6/7 3/5\nl 1 3 6\n");
+                                 "vt 0 0\nvt 0.5 0\nvt 0.5 1\nvt 0 1\nvt 0.25 0.125\nvt 0.75 0.25\nvt 1 1\n"
+                                 "f 1/1 2/2 3/3 4/4\nf 2/5 5/6 7/7 6/7 3/5\nl 1 3 6\n");
     ASSERT_TRUE(open(file("seam.obj")));
     const auto cornersOf = [](const DzNode& imported) {
         auto* const shape = qobject_cast<DzFacetShape*>(imported.getObject()->getCurrentShape());
