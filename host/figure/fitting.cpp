@@ -76,6 +76,34 @@ DzNumericProperty* FindDial(const DzNode& node, const QString& name)
     return qobject_cast<DzNumericProperty*>(node.findProperty(name));
 }
 
+/// What an earlier fit has left, or a figure that is fitted to the same one again would follow twice.
+void Forget(DzNumericProperty& property)
+{
+    for (int i = property.getNumControllers(); i-- > 0;)
+        if (auto* const controller = dynamic_cast<FollowController*>(property.getController(i)))
+            property.deleteController(controller);
+}
+
+void ForgetAll(const DzElement& element)
+{
+    for (int i = 0; i < element.getNumProperties(); ++i)
+        if (auto* const property = qobject_cast<DzNumericProperty*>(element.getProperty(i)))
+            Forget(*property);
+    for (int i = 0; i < element.getNumPrivateProperties(); ++i)
+        if (auto* const property = qobject_cast<DzNumericProperty*>(element.getPrivateProperty(i)))
+            Forget(*property);
+}
+
+void ForgetAll(const DzSkeleton& follower)
+{
+    ForgetAll(static_cast<const DzElement&>(follower));
+    for (const DzBone* const bone : follower.bones())
+        ForgetAll(static_cast<const DzElement&>(*bone));
+    if (const DzObject* const object = follower.getObject())
+        for (int i = 0; i < object->getNumModifiers(); ++i)
+            ForgetAll(static_cast<const DzElement&>(*object->getModifier(i)));
+}
+
 struct Fit {
     DzSkeleton& follower;
     DzSkeleton& target;
@@ -149,6 +177,7 @@ void FitTo(DzSkeleton& follower, DzSkeleton& target)
 {
     if (follower.getFollowTarget() == &target)
         return;
+    ForgetAll(follower);
     follower.setFollowTarget(&target);
     const Fit fit{follower, target};
     if (!IsBelow(follower, target))

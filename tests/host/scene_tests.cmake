@@ -2,6 +2,7 @@
 gantrel_add_tests(host_scene_tests
     SOURCES
         host_fixture.cpp
+        figure_fitting_test.cpp
         figure_pipeline_test.cpp
         scene_camera_test.cpp
         scene_node_test.cpp
