@@ -25,6 +25,8 @@ public:
     void addAction(DzAction* action);
     /// One action for each action class of the plug-in.
     void addActions(const DzPlugin& plugin);
+    /// Deletes the actions of the plug-in's classes.
+    void removeActions(const DzPlugin& plugin);
 
 signals:
     void actionListChanged();

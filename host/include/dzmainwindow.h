@@ -21,6 +21,9 @@ public:
     Q_INVOKABLE DzPaneMgr* getPaneMgr() const { return _paneMgr; }
     Q_INVOKABLE DzViewportMgr* getViewportMgr() const { return _viewportMgr; }
 
+private slots:
+    void handleActionListChanged();
+
 private:
     // Guarded, since a manager may be taken away; see DzApp::removeManager.
     QPointer<DzActionMgr> _actionMgr;

@@ -10,6 +10,7 @@
 #include "dzscene.h"
 #include "dzviewportmgr.h"
 #include "host/ui/main_panes.h"
+#include "host/ui/menus.h"
 #include "openhost/operations.h"
 
 #include <memory>
@@ -93,6 +94,23 @@ void DzActionMgr::addActions(const DzPlugin& plugin)
     }
 }
 
+void DzActionMgr::removeActions(const DzPlugin& plugin)
+{
+    const auto isOfPlugin = [&plugin](const DzAction& action) {
+        for (int i = 0; i < plugin.getNumClassFactories(); ++i)
+            if (plugin.getClassFactory(i)->matches(action.metaObject()))
+                return true;
+        return false;
+    };
+    for (DzAction* const action : QList<DzAction*>(_actions)) {
+        if (!isOfPlugin(*action))
+            continue;
+        _actions.removeOne(action);
+        delete action;
+    }
+    emit actionListChanged();
+}
+
 DzDeleteAction::DzDeleteAction()
     : DzAction(QStringLiteral("&Delete Selected Items"),
                QStringLiteral("Deletes the selected items from the scene."))
@@ -129,6 +147,12 @@ DzMainWindow::DzMainWindow()
 {
     setCentralWidget(_viewportMgr);
     openhost::AddPanes(*this);
+    connect(_actionMgr, SIGNAL(actionListChanged()), SLOT(handleActionListChanged()));
 }
 
 DzMainWindow::~DzMainWindow() = default;
+
+void DzMainWindow::handleActionListChanged()
+{
+    openhost::FillMenus(*this, *_actionMgr);
+}

@@ -132,6 +132,10 @@ void DzApp::createManagers()
             [this](const QString& name) {
                 _impl->mainWindow->getActionMgr()->addActions(*_impl->pluginMgr->findPlugin(name));
             });
+    connect(_impl->pluginMgr.get(), &DzPluginMgr::aboutToUnload, _impl->mainWindow.get(),
+            [this](const QString& name) {
+                _impl->mainWindow->getActionMgr()->removeActions(*_impl->pluginMgr->findPlugin(name));
+            });
 }
 
 void DzApp::deleteManagers()

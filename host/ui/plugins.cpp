@@ -4,8 +4,14 @@
 #include "dzplugin.h"
 #include "dzpluginmgr.h"
 
-#include <QHash>
+#include "host/scene/host_log.h"
+
+#include <QDir>
+#include <QFileInfo>
 #include <QLibrary>
+
+#include <algorithm>
+#include <vector>
 
 DzPlugin::DzPlugin(const QString& name, const QString& author, const QString& description,
                    unsigned short major, unsigned short minor, unsigned short rev, unsigned short build)
@@ -51,60 +57,152 @@ using DefinitionFunction = DzPlugin* (*)();
 } // namespace
 
 struct DzPluginMgr::Impl {
-    QList<DzPlugin*> plugins; ///< owned by their modules
+    struct Entry {
+        DzPlugin* plugin; ///< its module's, or a record of ours for what failed
+        QString filename; ///< empty for a part of the host
+        QString failure;
+        std::unique_ptr<DzPlugin> failed;
+        std::unique_ptr<QLibrary> library;
+    };
+    std::vector<Entry> entries;
+
+    std::vector<Entry>::iterator find(const QString& name)
+    {
+        return std::find_if(entries.begin(), entries.end(),
+                            [&name](const Entry& entry) { return entry.plugin->getName() == name; });
+    }
+    const Entry* entryOf(const DzPlugin* plugin) const
+    {
+        for (const Entry& entry : entries)
+            if (entry.plugin == plugin)
+                return &entry;
+        return nullptr;
+    }
 };
 
 DzPluginMgr::DzPluginMgr() : _impl(new Impl) {}
-DzPluginMgr::~DzPluginMgr() = default;
+
+DzPluginMgr::~DzPluginMgr()
+{
+    while (!_impl->entries.empty()) {
+        if (_impl->entries.back().library)
+            _impl->entries.back().library->unload();
+        _impl->entries.pop_back();
+    }
+}
 
 DzPlugin* DzPluginMgr::findPlugin(const QString& name) const
 {
-    for (DzPlugin* plugin : std::as_const(_impl->plugins)) {
-        if (plugin->getName() == name)
-            return plugin;
-    }
-    return nullptr;
+    const auto found = _impl->find(name);
+    return found == _impl->entries.end() ? nullptr : found->plugin;
 }
 
 int DzPluginMgr::getNumPlugins() const
 {
-    return _impl->plugins.size();
+    return static_cast<int>(_impl->entries.size());
 }
+
 DzPlugin* DzPluginMgr::getPlugin(int index) const
 {
-    return _impl->plugins.value(index);
+    const bool isInRange = index >= 0 && index < getNumPlugins();
+    return isInRange ? _impl->entries[static_cast<std::size_t>(index)].plugin : nullptr;
 }
+
+QString DzPluginMgr::getFilename(const DzPlugin* plugin) const
+{
+    const Impl::Entry* const entry = _impl->entryOf(plugin);
+    return entry ? entry->filename : QString();
+}
+
+QString DzPluginMgr::getFailure(const DzPlugin* plugin) const
+{
+    const Impl::Entry* const entry = _impl->entryOf(plugin);
+    return entry ? entry->failure : QString();
+}
+
+namespace {
+
+/// The module's definition; null, with the reason, when it is none of ours.
+DzPlugin* DefinitionOf(QLibrary& library, QString* reason)
+{
+    const QString filename = library.fileName();
+    if (!library.load()) {
+        *reason = library.errorString();
+        return nullptr;
+    }
+    const auto version = reinterpret_cast<VersionFunction>(library.resolve("getSDKVersion"));
+    const auto definition = reinterpret_cast<DefinitionFunction>(library.resolve("getPluginDefinition"));
+    if (!version || !definition) {
+        *reason = QStringLiteral("\"%1\" is no plug-in").arg(filename);
+        return nullptr;
+    }
+    if (version().getMajorVersion() != DZ_SDK_VERSION_MAJOR) {
+        *reason = QStringLiteral("\"%1\" is made for another host, version %2")
+                      .arg(filename, version().getLongVersionString());
+        return nullptr;
+    }
+    DzPlugin* const plugin = definition();
+    if (!plugin)
+        *reason = QStringLiteral("\"%1\" defines nothing").arg(filename);
+    return plugin;
+}
+
+} // namespace
 
 DzPlugin* DzPluginMgr::loadPlugin(const QString& filename, QString* error)
 {
     QString reason;
-    QLibrary library(filename);
-    const auto version = reinterpret_cast<VersionFunction>(library.resolve("getSDKVersion"));
-    const auto definition = reinterpret_cast<DefinitionFunction>(library.resolve("getPluginDefinition"));
-    DzPlugin* plugin = nullptr;
-    if (!library.isLoaded())
-        reason = library.errorString();
-    else if (!version || !definition)
-        reason = QStringLiteral("\"%1\" is no plug-in").arg(filename);
-    else if (version().getMajorVersion() != DZ_SDK_VERSION_MAJOR)
-        reason = QStringLiteral("\"%1\" is made for another host, version %2")
-                     .arg(filename, version().getLongVersionString());
-    else
-        plugin = definition();
-    if (plugin && !addPlugin(plugin)) {
+    auto library = std::make_unique<QLibrary>(filename);
+    DzPlugin* const plugin = DefinitionOf(*library, &reason);
+    const bool isSecond = plugin && findPlugin(plugin->getName());
+    if (isSecond)
         reason = QStringLiteral("plug-in \"%1\" is loaded already").arg(plugin->getName());
-        plugin = nullptr;
-    }
     if (error)
         *error = reason;
-    return plugin;
+    if (reason.isEmpty()) {
+        _impl->entries.push_back({plugin, filename, QString(), nullptr, std::move(library)});
+        plugin->startup();
+        emit pluginLoaded(plugin->getName());
+        return plugin;
+    }
+    openhost::LogWarning(reason);
+    const QString name = QFileInfo(filename).completeBaseName();
+    library->unload();
+    if (isSecond || findPlugin(name))
+        return nullptr;
+    auto failed = std::make_unique<DzPlugin>(name, QString(), reason);
+    failed->_status = DzPlugin::Failed;
+    DzPlugin* const record = failed.get();
+    _impl->entries.push_back({record, filename, reason, std::move(failed), nullptr});
+    return nullptr;
+}
+
+int DzPluginMgr::loadPlugins(const QString& folder)
+{
+    int loaded = 0;
+    for (const QFileInfo& file : QDir(folder).entryInfoList(QDir::Files, QDir::Name))
+        if (QLibrary::isLibrary(file.fileName()) && loadPlugin(file.absoluteFilePath()))
+            ++loaded;
+    return loaded;
+}
+
+bool DzPluginMgr::unloadPlugin(const QString& name)
+{
+    const auto found = _impl->find(name);
+    if (found == _impl->entries.end() || !found->library)
+        return false;
+    emit aboutToUnload(name);
+    const std::unique_ptr<QLibrary> library = std::move(found->library);
+    _impl->entries.erase(found);
+    library->unload();
+    return true;
 }
 
 bool DzPluginMgr::addPlugin(DzPlugin* plugin)
 {
     if (!plugin || findPlugin(plugin->getName()))
         return false;
-    _impl->plugins.append(plugin);
+    _impl->entries.push_back({plugin, QString(), QString(), nullptr, nullptr});
     plugin->startup();
     emit pluginLoaded(plugin->getName());
     return true;
@@ -112,11 +210,9 @@ bool DzPluginMgr::addPlugin(DzPlugin* plugin)
 
 const DzClassFactory* DzPluginMgr::findClassFactory(const QString& className) const
 {
-    for (const DzPlugin* plugin : std::as_const(_impl->plugins)) {
-        for (int i = 0; i < plugin->getNumClassFactories(); ++i) {
-            if (plugin->getClassFactory(i)->className() == className)
-                return plugin->getClassFactory(i);
-        }
-    }
+    for (const Impl::Entry& entry : _impl->entries)
+        for (int i = 0; i < entry.plugin->getNumClassFactories(); ++i)
+            if (entry.plugin->getClassFactory(i)->className() == className)
+                return entry.plugin->getClassFactory(i);
     return nullptr;
 }

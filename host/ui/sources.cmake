@@ -9,6 +9,7 @@ set(HOST_UI_SOURCES
     ui/load_windows.cpp
     ui/look.cpp
     ui/main_panes.cpp
+    ui/menus.cpp
     ui/openhost.cpp
     ui/options_dialog.cpp
     ui/pane_asset_list.cpp

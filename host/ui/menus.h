@@ -1,0 +1,15 @@
+// The main window's menus.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+class DzActionMgr;
+class QMainWindow;
+
+namespace openhost {
+
+/// Puts each action that asks for a menu into it, and makes the menus that are missing; those left empty go.
+/// Texts that differ only in their mnemonic name one menu.
+void FillMenus(QMainWindow& window, const DzActionMgr& actions);
+
+} // namespace openhost
