@@ -11,6 +11,9 @@
 #include <string_view>
 #include <vector>
 
+class GntForms;
+class QWidget;
+
 /// Morph name and dial value of morphs that were not there after the transfer.
 typedef std::map<std::string, float> GntMissingMorphs;
 
@@ -18,6 +21,13 @@ typedef std::map<std::string, float> GntMissingMorphs;
 class GntConverter {
 public:
     class Impl;
+
+    /// The whole conversion of what is selected, with its dialogs: asks, converts, and tells of the success
+    /// without waiting. Returns also when the user wants no conversion; nothing is changed then.
+    /// @throws kst::CanceledException  the user stopped it; kst::Exception on any failure
+    static void Exec_X(QWidget* parent);
+    /// Whose dialogs Exec_X shows; not owned.
+    static void SetForms(GntForms* forms);
 
     /// Reads the scene's selection: exactly one source and one Genesis 9 figure, in any order; bones count as
     /// their figures. Changes nothing.

@@ -1,0 +1,189 @@
+// A conversion from the menu action's entry, its dialogs answered by a script.
+// SPDX-License-Identifier: MIT
+
+#include "dzcontentmgr.h"
+#include "dzfigure.h"
+#include "dzfloatproperty.h"
+#include "dzmorph.h"
+#include "dzobject.h"
+#include "plugin/gnt_actions.h"
+#include "plugin/gnt_convert-figure.h"
+#include "plugin/gnt_forms.h"
+#include "shared/ks_daz-helpers.h"
+#include "shared/ks_exception.h"
+#include "tests/host/host_fixture.h"
+#include "tests/plugin/mini_library.h"
+#include "tests/shared/throws.h"
+
+#include <optional>
+
+namespace {
+
+/// Answers as it is told, and notes what it was asked.
+class ScriptedForms : public GntForms {
+public:
+    ScriptedForms() { GntConverter::SetForms(this); }
+    ~ScriptedForms() override { GntConverter::SetForms(nullptr); }
+
+    bool goesOn = true;
+    GntJobs jobs{GntJobFlag::Full};
+    bool debugSteps = false;
+    std::optional<GntConvertQuestion> question;
+    std::optional<GntConvertOutcome> outcome;
+
+private:
+    class Form : public GntConvertForm {
+    public:
+        explicit Form(const ScriptedForms& forms) : _forms(forms) {}
+        bool exec() override { return _forms.goesOn; }
+        std::vector<std::string> getMorphPaths() const override { return {"/G/Full", "/G/Head", "/G/Body"}; }
+        bool isDebuggingSteps() const override { return _forms.debugSteps; }
+        GntResolution getResolution() const override { return GntResolution::Base; }
+        std::vector<std::string> getMorphNames() const override { return {"Full", "Head", "Body"}; }
+        GntJobs getJobs() const override { return _forms.jobs; }
+
+    private:
+        const ScriptedForms& _forms;
+    };
+
+    std::unique_ptr<GntConvertForm> makeConvertForm(const GntConvertQuestion& asked) override
+    {
+        question = asked;
+        return std::make_unique<Form>(*this);
+    }
+    void showSuccess(const GntConvertOutcome& told) override { outcome = told; }
+};
+
+class ExecTest : public HostTest {
+protected:
+    void SetUp() override
+    {
+        HostTest::SetUp();
+        qputenv("TMPDIR", TestFolder().toUtf8());
+        static const std::filesystem::path library = [] {
+            const std::filesystem::path path = TestFolder().toStdString() + "/exec-mini";
+            WriteMiniLibrary(path);
+            return path;
+        }();
+        dzApp->getContentMgr()->addContentDirectory(QString::fromStdString(library.string()), false);
+        source = &load("People/Genesis 8 Female/Developer Kit/Genesis 8 Female Dev Load.duf");
+        target = &load("People/Genesis 9/Genesis 9.duf");
+        source->setLabel(QLatin1String("Vera"));
+        kst::daz::FindFloatProperty(*source, kst::daz::PropertyLocation::Any, "Wide", true)->setValue(1.0f);
+        dzScene->selectAllNodes(false);
+        source->select(true);
+        target->select(true);
+    }
+
+    static DzFigure& load(const char* relativePath)
+    {
+        DzContentMgr& content = *dzApp->getContentMgr();
+        EXPECT_TRUE(content.openFile(content.getAbsolutePath(QLatin1String(relativePath), true), true));
+        return *qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
+    }
+
+    static int boxes() { return LogText().count(QLatin1String("Critical error message box")); }
+
+    ScriptedForms forms;
+    DzFigure* source = nullptr;
+    DzFigure* target = nullptr;
+};
+
+TEST_F(ExecTest, asks_converts_and_tells)
+{
+    forms.jobs = GntJobs(GntJobFlag::Head) | GntJobFlag::Body;
+    GntConverter::Exec_X(nullptr);
+    ASSERT_TRUE(forms.question && forms.outcome);
+    EXPECT_EQ(forms.question->defaultMorphName, "Vera converted to G9");
+    EXPECT_EQ(forms.question->activeMorphCount, 1u);
+    EXPECT_EQ(&forms.question->params->figSource, source);
+    EXPECT_EQ(forms.outcome->params, forms.question->params);
+    ASSERT_EQ(forms.outcome->created.size(), 2u);
+    EXPECT_EQ(forms.outcome->created[0].name, "Head");
+    EXPECT_EQ(forms.outcome->created[1].name, "Body");
+    EXPECT_EQ(forms.outcome->created[1].property->getPath(), QLatin1String("/G/Body"));
+    EXPECT_FALSE(forms.outcome->elapsed.empty());
+    EXPECT_TRUE(forms.outcome->note.empty());
+    EXPECT_EQ(target->getLabel(), QLatin1String("Vera converted to G9"));
+    EXPECT_EQ(source->getLabel(), QLatin1String("Vera"));
+    EXPECT_TRUE(LogText().contains(QLatin1String("Entering GntConverter::exec_X()")));
+    EXPECT_TRUE(LogText().contains(QLatin1String("Leaving GntConverter::exec_X()")));
+}
+
+TEST_F(ExecTest, changes_and_tells_nothing_when_the_user_does_not_want_to)
+{
+    forms.goesOn = false;
+    const QString label = target->getLabel();
+    const int nodes = dzScene->getNumNodes();
+    GntConverter::Exec_X(nullptr);
+    EXPECT_TRUE(forms.question);
+    EXPECT_FALSE(forms.outcome);
+    EXPECT_EQ(target->getLabel(), label);
+    EXPECT_EQ(dzScene->getNumNodes(), nodes);
+}
+
+TEST_F(ExecTest, asks_nothing_when_there_is_nothing_to_convert)
+{
+    kst::daz::FindFloatProperty(*source, kst::daz::PropertyLocation::Any, "Wide", true)->setValue(0.0f);
+    EXPECT_EQ(MessageOf([] { GntConverter::Exec_X(nullptr); }),
+              "source figure Vera has no morphs dialed in; nothing to do");
+    EXPECT_FALSE(forms.question);
+}
+
+/// Loses the morph between the transfer and the dialing, as a host may.
+class MorphLoser : public openhost::OperationListener {
+public:
+    MorphLoser() { openhost::SetOperationListener(this); }
+    ~MorphLoser() override { openhost::SetOperationListener(nullptr); }
+    bool allow(const QString& operation, const QString& detail) override
+    {
+        if (operation == QLatin1String("progress") &&
+            detail == QLatin1String("Dialing up morphs in fit suit with transfers"))
+            lose();
+        return true;
+    }
+
+private:
+    static void lose()
+    {
+        for (int i = 0; i < dzScene->getNumNodes(); ++i)
+            if (DzObject* const object = dzScene->getNode(i)->getObject())
+                if (DzModifier* const morph =
+                        object->findModifier(QStringLiteral("Temporary high-res morph")))
+                    morph->setName(QStringLiteral("Elsewhere"));
+    }
+};
+
+TEST_F(ExecTest, names_morphs_that_were_not_there_after_the_transfer)
+{
+    const MorphLoser loser;
+    GntConverter::Exec_X(nullptr);
+    ASSERT_TRUE(forms.outcome);
+    EXPECT_EQ(
+        forms.outcome->note,
+        "<p><b>Note:</b> The following morphs had non-zero values in the source figure but could not be "
+        "found in the target figure created by the Transfer Utility:</p><ul><li><li>Temporary high-res "
+        "morph (100.0%)</li></li></ul>");
+}
+
+TEST_F(ExecTest, says_nothing_more_when_a_step_is_cancelled)
+{
+    forms.debugSteps = true; // without display the question is answered with Cancel
+    const int before = boxes();
+    GntConvertFigureAction action;
+    action.trigger();
+    EXPECT_EQ(boxes(), before);
+    EXPECT_FALSE(forms.outcome);
+    EXPECT_EQ(source->getLabel(), QLatin1String("Vera")) << "restored";
+}
+
+TEST_F(ExecTest, shows_a_failure_in_the_box_of_the_action)
+{
+    dzScene->selectAllNodes(false);
+    GntConvertFigureAction action;
+    action.trigger();
+    EXPECT_EQ(boxes(), 1);
+    EXPECT_TRUE(LogText().contains(QLatin1String("Could not convert figure")));
+}
+
+} // namespace
