@@ -27,7 +27,7 @@ struct ConvertArguments {
     std::vector<std::string> content, dials, bases;
     std::string source, target, jobs = "head,body", name, path = "/Gantrel";
     std::string resolution = "base", contentDirectory, vendor, product, exportObj, pictures;
-    bool compress = false, json = false;
+    bool compress = false, keepTemporary = false, json = false;
 };
 
 void AddOptions(CLI::App& command, ConvertArguments& arguments)
@@ -80,6 +80,8 @@ void AddOptions(CLI::App& command, ConvertArguments& arguments)
     command
         .add_option("--pictures", arguments.pictures, "Also draw source and converted figure into a folder")
         ->type_name("DIR");
+    command.add_flag("--keep-temp", arguments.keepTemporary,
+                     "Keep the folder of temporary files, and say where it is");
     AddJsonOption(command, arguments.json);
 }
 
@@ -156,6 +158,7 @@ ConversionRequest MakeRequest(const ConvertArguments& arguments)
         request.save = MakeSaveRequest(arguments);
     request.exportObj = arguments.exportObj;
     request.pictures = arguments.pictures;
+    request.keepTemporary = arguments.keepTemporary;
     return request;
 }
 
@@ -217,6 +220,8 @@ Json Describe(const ConversionReport& report, const Progress& progress)
             {"p95", Rounded(kMillimetresPerCentimetre * report.distance->p95, 4)},
             {"max", Rounded(kMillimetresPerCentimetre * report.distance->max, 4)}};
     json["files"] = files;
+    if (!report.temporaryFolder.empty())
+        json["temporary_folder"] = FileText(report.temporaryFolder);
     json["seconds"] = Describe(progress);
     json["peak_memory_mib"] = Rounded(PeakMemoryMebibytes(), 1);
     json["warnings"] = report.warnings;

@@ -134,16 +134,9 @@ void WriteExtras(const ConversionRequest& request, const GntParams& params, Prog
     }
 }
 
-} // namespace
-
-ConversionReport Convert(const ConversionRequest& request, Progress& progress)
+ConversionReport ConvertIn(HostSession& session, const ConversionRequest& request, Progress& progress)
 {
-    CheckPlaces(request);
     ConversionReport report;
-    progress.stage("Loading the figures");
-    HostSession session(request.contentDirectories, request.verbose);
-    // Temporary files of the run go with the session.
-    qputenv("TMPDIR", QByteArray::fromStdString(FileText(session.temporaryFolder())));
     DzNode* const source = session.open(request.source);
     for (const NameValue& dial : request.dials)
         FindDial(*source, dial.name).setDoubleValue(dial.value);
@@ -193,6 +186,30 @@ ConversionReport Convert(const ConversionRequest& request, Progress& progress)
     const std::vector<std::string> warnings = session.warnings();
     report.warnings.insert(report.warnings.end(), warnings.begin(), warnings.end());
     return report;
+}
+
+} // namespace
+
+ConversionReport Convert(const ConversionRequest& request, Progress& progress)
+{
+    CheckPlaces(request);
+    progress.stage("Loading the figures");
+    HostSession session(request.contentDirectories, request.verbose);
+    const std::string folder = FileText(session.temporaryFolder());
+    // Temporary files of the run go with the session, unless they are to be kept.
+    qputenv("TMPDIR", QByteArray::fromStdString(folder));
+    if (!request.keepTemporary)
+        return ConvertIn(session, request, progress);
+    session.keepTemporaryFolder();
+    try {
+        ConversionReport report = ConvertIn(session, request, progress);
+        report.temporaryFolder = folder;
+        return report;
+    } catch (const UsageError&) {
+        throw;
+    } catch (const std::exception& error) {
+        throw std::runtime_error(std::string(error.what()) + "; the temporary files are in " + folder);
+    }
 }
 
 } // namespace cli

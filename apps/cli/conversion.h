@@ -39,6 +39,7 @@ struct ConversionRequest {
     std::optional<SaveRequest> save;
     std::filesystem::path exportObj; ///< empty for none
     std::filesystem::path pictures;  ///< folder; empty for none
+    bool keepTemporary = false;      ///< the folder of temporary files stays, also after a failure
     bool verbose = false;
 };
 
@@ -65,6 +66,7 @@ struct ConversionReport {
     /// measured when the created morphs make the whole figure.
     std::optional<geometry::DistanceSummary> distance;
     std::vector<std::filesystem::path> files; ///< written besides the morphs
+    std::filesystem::path temporaryFolder;    ///< empty unless it was to be kept
     std::vector<std::string> warnings;
 };
 

@@ -195,6 +195,11 @@ fs::path HostSession::temporaryFolder() const
     return _impl->folder.path().toStdString();
 }
 
+void HostSession::keepTemporaryFolder()
+{
+    _impl->folder.setAutoRemove(false);
+}
+
 fs::path FindContentDirectory(const fs::path& file)
 {
     std::error_code error;

@@ -33,6 +33,8 @@ public:
     std::vector<std::string> warnings() const;
     /// A folder that lasts as long as the session.
     std::filesystem::path temporaryFolder() const;
+    /// The folder stays when the session ends.
+    void keepTemporaryFolder();
 
 private:
     struct Impl;

@@ -5,6 +5,7 @@
 
 #include "geometry/obj.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 
@@ -222,6 +223,37 @@ TEST_F(Convert, draws_pictures_into_a_new_folder)
         const std::string name = std::filesystem::path(file.get<std::string>()).filename();
         EXPECT_EQ(workspace.read("new/pictures/" + name).compare(1, 3, "PNG"), 0) << name;
     }
+}
+
+TEST_F(Convert, keeps_its_temporary_files_when_told_so_and_says_where)
+{
+    const ProgramResult result = convert({"--keep-temp", "--json"});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    const std::filesystem::path folder =
+        nlohmann::json::parse(result.out).at("temporary_folder").get<std::string>();
+    EXPECT_EQ(folder.parent_path(), workspace.path("tmp"));
+    std::vector<std::string> prefixes;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        if (entry.path().extension() == ".obj") {
+            const std::string stem = entry.path().stem().string();
+            prefixes.push_back(stem.substr(0, stem.rfind('-')));
+        }
+    std::sort(prefixes.begin(), prefixes.end());
+    EXPECT_EQ(prefixes, (std::vector<std::string>{"rigged-for-mlp", "tempg8-src1", "tempg8-src2",
+                                                  "tempg8-tgt", "tempg9"}));
+}
+
+TEST_F(Convert, keeps_its_temporary_files_after_a_failure_too)
+{
+    std::filesystem::remove(library("/People/Genesis 9/Developer Kit/G9 HeadSplit DFormer.duf"));
+    const ProgramResult result = convert({"--keep-temp"});
+    EXPECT_EQ(result.exitCode, 1);
+    const std::string mark = "; the temporary files are in ";
+    const std::size_t at = result.err.find(mark);
+    ASSERT_NE(at, std::string::npos) << result.err;
+    const std::string folder = result.err.substr(at + mark.size(), result.err.size() - at - mark.size() -
+                                                                       2); // full stop and line end
+    EXPECT_FALSE(std::filesystem::is_empty(folder)) << folder;
 }
 
 TEST_F(Convert, leaves_the_library_as_it_was_without_a_place_to_save)
