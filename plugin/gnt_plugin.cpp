@@ -8,6 +8,11 @@
 
 #include <dzplugin.h>
 
+#if defined(__clang__)
+// The host looks these entry points up by their plain names, and has them return a class.
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
+
 // The description's quotation marks around the menu's name are typographic ones.
 DZ_PLUGIN_DEFINITION(kst::product::TITLE)
 DZ_PLUGIN_AUTHOR("Kestrom")

@@ -301,6 +301,21 @@ TEST_F(ForeignScene, has_controls_morphs_and_formulas_of_its_own)
     EXPECT_EQ(BoneOf(*second, "hip")->getXRotControl()->getValue(), 10.0f);
 }
 
+TEST_F(ForeignScene, that_repeats_a_formula_of_the_figures_own_files_counts_it_once)
+{
+    const std::string formula = Driven("hand:#hand?rotation/z", "Doll:#Lever?value", "20");
+    const std::string other = Driven("hand:#hand?rotation/x", "Doll:#Lever?value", "20");
+    for (const std::string& repeated : {formula, other}) {
+        SetUp();
+        writeShape("Lever", Control("Lever", formula));
+        ASSERT_TRUE(load("Scenes/Repeated.duf", Scene(Instance("", R"(, "label": "A")" + repeated))));
+        DialIn(*labelled("A"), "Lever")->setDoubleRawValue(1.0);
+        EXPECT_EQ(BoneOf(*labelled("A"), "hand")->getZRotControl()->getValue(), 20.0f);
+        EXPECT_EQ(BoneOf(*labelled("A"), "hand")->getXRotControl()->getValue(),
+                  repeated == other ? 20.0f : 0.0f);
+    }
+}
+
 TEST_F(ForeignScene, that_moves_is_loaded_as_it_is_at_its_beginning)
 {
     writeShape("Up", Morph("Up", 1, 1.0));
