@@ -62,7 +62,7 @@ struct DzPluginMgr::Impl {
         QString filename; ///< empty for a part of the host
         QString failure;
         std::unique_ptr<DzPlugin> failed;
-        std::unique_ptr<QLibrary> library;
+        std::unique_ptr<QLibrary> module;
     };
     std::vector<Entry> entries;
 
@@ -85,8 +85,8 @@ DzPluginMgr::DzPluginMgr() : _impl(new Impl) {}
 DzPluginMgr::~DzPluginMgr()
 {
     while (!_impl->entries.empty()) {
-        if (_impl->entries.back().library)
-            _impl->entries.back().library->unload();
+        if (_impl->entries.back().module)
+            _impl->entries.back().module->unload();
         _impl->entries.pop_back();
     }
 }
@@ -189,10 +189,10 @@ int DzPluginMgr::loadPlugins(const QString& folder)
 bool DzPluginMgr::unloadPlugin(const QString& name)
 {
     const auto found = _impl->find(name);
-    if (found == _impl->entries.end() || !found->library)
+    if (found == _impl->entries.end() || !found->module)
         return false;
     emit aboutToUnload(name);
-    const std::unique_ptr<QLibrary> library = std::move(found->library);
+    const std::unique_ptr<QLibrary> library = std::move(found->module);
     _impl->entries.erase(found);
     library->unload();
     return true;

@@ -3,6 +3,9 @@ gantrel_add_tests(host_content_tests
     SOURCES
         content_fixture.cpp
         content_figure_test.cpp
+        content_foreign_clothes_test.cpp
+        content_foreign_formula_test.cpp
+        content_foreign_preset_test.cpp
         content_foreign_scene_test.cpp
         content_hostile_test.cpp
         content_paths_test.cpp

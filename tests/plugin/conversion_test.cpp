@@ -3,9 +3,9 @@
 
 #include "tests/host/host_fixture.h"
 #include "tests/plugin/mini_library.h"
+#include "tests/plugin/mini_scene.h"
 
 #include "dzassetiomgr.h"
-#include "dzcontentmgr.h"
 #include "dzfacetmesh.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
@@ -58,36 +58,18 @@ private:
     int _number;
 };
 
-const std::filesystem::path& MiniLibrary()
-{
-    static const std::filesystem::path folder = [] {
-        const std::filesystem::path path = TestFolder().toStdString() + "/mini";
-        WriteMiniLibrary(path);
-        return path;
-    }();
-    return folder;
-}
-
 class ConversionTest : public HostTest {
 protected:
     void SetUp() override
     {
         HostTest::SetUp();
-        qputenv("TMPDIR", TestFolder().toUtf8());
-        dzApp->getContentMgr()->addContentDirectory(QString::fromStdString(MiniLibrary().string()), false);
-    }
-
-    DzFigure& load(const char* relativePath)
-    {
-        const QString file = dzApp->getContentMgr()->getAbsolutePath(QLatin1String(relativePath), true);
-        EXPECT_TRUE(dzApp->getContentMgr()->openFile(file, true)) << LogText().toStdString();
-        return *qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
+        AddMiniLibrary();
     }
 
     void loadPair(const char* sourcePath)
     {
-        source = &load(sourcePath);
-        target = &load("People/Genesis 9/Genesis 9.duf");
+        source = &LoadMini(sourcePath);
+        target = &LoadMini("People/Genesis 9/Genesis 9.duf");
         source->setLabel(QLatin1String("Vera"));
         dial(*source, "Wide").setValue(1.0f);
         dial(*source, "Bulge").setValue(0.5f);
@@ -250,7 +232,7 @@ TEST_F(ConversionTest, restores_both_figures_after_a_failure_at_any_operation)
     ASSERT_GE(operations, 12);
     for (int number = 0; number < operations; ++number) {
         TestHost().reset();
-        dzApp->getContentMgr()->addContentDirectory(QString::fromStdString(MiniLibrary().string()), false);
+        AddMiniLibrary();
         loadPair(genesis8);
         transform(*target, "YTranslate").setValue(25.0f);
         const auto before = stateOfBoth();

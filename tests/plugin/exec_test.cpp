@@ -1,7 +1,6 @@
 // A conversion from the menu action's entry, its dialogs answered by a script.
 // SPDX-License-Identifier: MIT
 
-#include "dzcontentmgr.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzmorph.h"
@@ -12,7 +11,7 @@
 #include "shared/ks_daz-helpers.h"
 #include "shared/ks_exception.h"
 #include "tests/host/host_fixture.h"
-#include "tests/plugin/mini_library.h"
+#include "tests/plugin/mini_scene.h"
 #include "tests/shared/throws.h"
 
 #include <optional>
@@ -59,27 +58,14 @@ protected:
     void SetUp() override
     {
         HostTest::SetUp();
-        qputenv("TMPDIR", TestFolder().toUtf8());
-        static const std::filesystem::path library = [] {
-            const std::filesystem::path path = TestFolder().toStdString() + "/exec-mini";
-            WriteMiniLibrary(path);
-            return path;
-        }();
-        dzApp->getContentMgr()->addContentDirectory(QString::fromStdString(library.string()), false);
-        source = &load("People/Genesis 8 Female/Developer Kit/Genesis 8 Female Dev Load.duf");
-        target = &load("People/Genesis 9/Genesis 9.duf");
+        AddMiniLibrary();
+        source = &LoadMini("People/Genesis 8 Female/Developer Kit/Genesis 8 Female Dev Load.duf");
+        target = &LoadMini("People/Genesis 9/Genesis 9.duf");
         source->setLabel(QLatin1String("Vera"));
         kst::daz::FindFloatProperty(*source, kst::daz::PropertyLocation::Any, "Wide", true)->setValue(1.0f);
         dzScene->selectAllNodes(false);
         source->select(true);
         target->select(true);
-    }
-
-    static DzFigure& load(const char* relativePath)
-    {
-        DzContentMgr& content = *dzApp->getContentMgr();
-        EXPECT_TRUE(content.openFile(content.getAbsolutePath(QLatin1String(relativePath), true), true));
-        return *qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
     }
 
     static int boxes() { return LogText().count(QLatin1String("Critical error message box")); }

@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/host/host_fixture.h"
-#include "tests/plugin/mini_library.h"
+#include "tests/plugin/mini_scene.h"
 
 #include "dzbone.h"
-#include "dzcontentmgr.h"
 #include "dzelement.h"
 #include "dzfigure.h"
 #include "dzproperty.h"
@@ -21,19 +20,7 @@ protected:
     void SetUp() override
     {
         HostTest::SetUp();
-        static const std::filesystem::path library = [] {
-            const std::filesystem::path path = TestFolder().toStdString() + "/selection";
-            WriteMiniLibrary(path);
-            return path;
-        }();
-        dzApp->getContentMgr()->addContentDirectory(QString::fromStdString(library.string()), false);
-    }
-
-    DzFigure& load(const char* relativePath)
-    {
-        DzContentMgr& content = *dzApp->getContentMgr();
-        EXPECT_TRUE(content.openFile(content.getAbsolutePath(QLatin1String(relativePath), true), true));
-        return *qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
+        AddMiniLibrary();
     }
 
     static void select(std::initializer_list<DzNode*> nodes)
@@ -63,8 +50,8 @@ const char* const twoFigures =
 
 TEST_F(SelectionTest, takes_source_and_target_in_any_order)
 {
-    DzFigure& source = load(genesis3Male);
-    DzFigure& target = load(genesis9);
+    DzFigure& source = LoadMini(genesis3Male);
+    DzFigure& target = LoadMini(genesis9);
     for (const bool sourceFirst : {true, false}) {
         select({sourceFirst ? &source : &target, sourceFirst ? &target : &source});
         const std::shared_ptr<GntParams> params = GntConverter::FindSourceAndTargetInSceneSelected_X();
@@ -77,18 +64,18 @@ TEST_F(SelectionTest, takes_source_and_target_in_any_order)
 
 TEST_F(SelectionTest, takes_a_bone_for_its_figure)
 {
-    DzFigure& source = load(genesis8);
-    DzFigure& target = load(genesis9);
+    DzFigure& source = LoadMini(genesis8);
+    DzFigure& target = LoadMini(genesis9);
     select({source.findBone(QLatin1String("head")), &target});
     EXPECT_EQ(&GntConverter::FindSourceAndTargetInSceneSelected_X()->figSource, &source);
 }
 
 TEST_F(SelectionTest, maps_genesis_8_1_to_the_genesis_8_clone)
 {
-    DzFigure& source = load(genesis8);
+    DzFigure& source = LoadMini(genesis8);
     source.setAssetUri(DzUri(
         QLatin1String("/data/Daz%203D/Genesis%208/Female%208_1/Genesis8_1Female.dsf#Genesis8_1Female")));
-    DzFigure& target = load(genesis9);
+    DzFigure& target = LoadMini(genesis9);
     select({&source, &target});
     EXPECT_EQ(GntConverter::FindSourceAndTargetInSceneSelected_X()->cloneShape,
               GntCloneShape::Genesis8Female);
@@ -97,16 +84,16 @@ TEST_F(SelectionTest, maps_genesis_8_1_to_the_genesis_8_clone)
 TEST_F(SelectionTest, asks_for_two_figures_when_the_count_is_wrong)
 {
     EXPECT_EQ(messageOfSelection(), twoFigures);
-    DzFigure& target = load(genesis9);
+    DzFigure& target = LoadMini(genesis9);
     EXPECT_EQ(messageOfSelection(), twoFigures);
-    DzFigure& other = load(genesis9);
+    DzFigure& other = LoadMini(genesis9);
     select({&target, &other});
     EXPECT_EQ(messageOfSelection(), twoFigures);
 }
 
 TEST_F(SelectionTest, names_a_node_of_no_known_kind)
 {
-    DzFigure& target = load(genesis9);
+    DzFigure& target = LoadMini(genesis9);
     auto* const prop = new DzNode;
     prop->setLabel(QLatin1String("Chair"));
     dzScene->addNode(prop);
@@ -117,8 +104,8 @@ TEST_F(SelectionTest, names_a_node_of_no_known_kind)
 
 TEST_F(SelectionTest, names_the_dial_that_the_target_lacks)
 {
-    DzFigure& source = load(genesis8);
-    DzFigure& target = load(genesis9);
+    DzFigure& source = LoadMini(genesis8);
+    DzFigure& target = LoadMini(genesis9);
     select({&source, &target});
     kst::daz::FindProperty(target, kst::daz::PropertyLocation::Modifiers,
                            "BaseFeminine_figure_ctrl_Character", true)

@@ -1,13 +1,12 @@
 // The exact sequence of what a conversion does to its host.
 // SPDX-License-Identifier: MIT
 
-#include "dzcontentmgr.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "plugin/gnt_convert-figure.h"
 #include "shared/ks_daz-helpers.h"
 #include "tests/host/host_fixture.h"
-#include "tests/plugin/mini_library.h"
+#include "tests/plugin/mini_scene.h"
 
 #include <QRegularExpression>
 
@@ -221,15 +220,9 @@ protected:
     void SetUp() override
     {
         TestHost().reset();
-        qputenv("TMPDIR", TestFolder().toUtf8());
-        static const std::filesystem::path library = [] {
-            const std::filesystem::path path = TestFolder().toStdString() + "/trace-mini";
-            WriteMiniLibrary(path);
-            return path;
-        }();
-        dzApp->getContentMgr()->addContentDirectory(QString::fromStdString(library.string()), false);
-        source = &load(GetParam().file);
-        target = &load("People/Genesis 9/Genesis 9.duf");
+        AddMiniLibrary();
+        source = &LoadMini(GetParam().file);
+        target = &LoadMini("People/Genesis 9/Genesis 9.duf");
         if (GetParam().assetUri)
             source->setAssetUri(DzUri(QLatin1String(GetParam().assetUri)));
         source->setLabel(QStringLiteral("Vera"));
@@ -237,13 +230,6 @@ protected:
         dzScene->selectAllNodes(false);
         source->select(true);
         target->select(true);
-    }
-
-    static DzFigure& load(const char* relativePath)
-    {
-        DzContentMgr& content = *dzApp->getContentMgr();
-        EXPECT_TRUE(content.openFile(content.getAbsolutePath(QLatin1String(relativePath), true), true));
-        return *qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
     }
 
     static Lines traceOf(GntJobs jobs)
