@@ -28,9 +28,13 @@ std::filesystem::path UnfinishedName(const std::filesystem::path& target)
 } // namespace
 
 AtomicFile::AtomicFile(std::filesystem::path target)
-    : _target(std::move(target)), _unfinished(UnfinishedName(_target)),
-      _stream(std::fopen(_unfinished.string().c_str(), "wbx"))
+    : _target(std::move(target)), _unfinished(UnfinishedName(_target))
 {
+    // Told now rather than at the end, when other files may have been put in place already.
+    std::error_code ignored;
+    if (std::filesystem::is_directory(_target, ignored))
+        fail(EISDIR);
+    _stream = std::fopen(_unfinished.string().c_str(), "wbx");
     if (!_stream)
         fail(errno);
 }
@@ -51,14 +55,13 @@ void AtomicFile::fail(int reason) const
 
 void AtomicFile::write(std::string_view bytes)
 {
-    if (std::fwrite(bytes.data(), 1, bytes.size(), _stream) != bytes.size())
+    // Flushed, so that a full disk shows here and commit() only has to rename.
+    if (std::fwrite(bytes.data(), 1, bytes.size(), _stream) != bytes.size() || std::fflush(_stream) != 0)
         fail(errno);
 }
 
 void AtomicFile::commit()
 {
-    if (std::fflush(_stream) != 0)
-        fail(errno);
     std::error_code error;
     std::filesystem::rename(_unfinished, _target, error);
     if (error)

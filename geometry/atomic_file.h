@@ -13,7 +13,7 @@ namespace geometry {
 /// unfinished file is removed.
 class AtomicFile {
 public:
-    /// @throws IoError  the file beside the target cannot be made
+    /// @throws IoError  the file beside the target cannot be made, or the target is a folder
     explicit AtomicFile(std::filesystem::path target);
     ~AtomicFile();
     AtomicFile(const AtomicFile&) = delete;

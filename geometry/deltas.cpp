@@ -24,16 +24,6 @@ SparseDeltas Collect(std::size_t count, float tolerance, const DeltaOf& deltaOf)
     return result;
 }
 
-/// What a delta becomes. Strength 0 and 1 must be exact, and strength -1 the exact rest of strength 1.
-Vec3f Attenuated(Vec3f delta, float weight, float strength)
-{
-    const Vec3f weighted = delta * weight;
-    const Vec3f rest = delta - weighted;
-    if (strength >= 0.0f)
-        return strength == 1.0f ? weighted : delta - rest * strength;
-    return strength == -1.0f ? rest : delta + weighted * strength;
-}
-
 } // namespace
 
 SparseDeltas MakeDeltas(Span<const Vec3f> neutral, Span<const Vec3f> morphed, float tolerance)
@@ -64,6 +54,16 @@ void AddDeltas(Span<Vec3f> positions, const SparseDeltas& deltas, float value)
             throw TopologyError("delta names vertex {} but only {} are defined", vertex, positions.size());
     for (std::size_t i = 0; i < deltas.size(); ++i)
         positions[deltas.vertices[i]] += deltas.deltas[i] * value;
+}
+
+// Strength 0 and 1 must be exact, and strength -1 the exact rest of strength 1.
+Vec3f Attenuated(Vec3f delta, float weight, float strength)
+{
+    const Vec3f weighted = delta * weight;
+    const Vec3f rest = delta - weighted;
+    if (strength >= 0.0f)
+        return strength == 1.0f ? weighted : delta - rest * strength;
+    return strength == -1.0f ? rest : delta + weighted * strength;
 }
 
 void Attenuate(SparseDeltas& deltas, Span<const float> weights, float strength)

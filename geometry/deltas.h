@@ -31,8 +31,11 @@ std::vector<Vec3f> ToDense(const SparseDeltas& deltas, std::size_t vertexCount);
 /// @throws TopologyError  a vertex index is out of range
 void AddDeltas(Span<Vec3f> positions, const SparseDeltas& deltas, float value);
 
-/// Multiplies each delta by its vertex's factor. Strength 1: weight; 0: one; -1: one minus weight, computed
-/// as delta - delta * weight so that the parts of strength 1 and -1 add up to the whole; linear in between.
+/// A delta times a factor. Strength 1: weight; 0: one; -1: one minus weight, computed as delta - delta *
+/// weight so that the parts of strength 1 and -1 add up to the whole; linear in between.
+Vec3f Attenuated(Vec3f delta, float weight, float strength);
+
+/// Does that to each delta with its vertex's weight.
 /// @param weights  0..1, one per vertex; a vertex beyond the map counts as 0
 void Attenuate(SparseDeltas& deltas, Span<const float> weights, float strength);
 

@@ -259,11 +259,11 @@ struct Subdivision::Impl {
         return from == to ? std::vector<T>(values.begin(), values.end()) : result;
     }
 
-    std::vector<std::shared_ptr<const SparseRows>> transposedUpTo(int level) const
+    std::vector<std::shared_ptr<const SparseRows>> transposedBetween(int from, int to) const
     {
         const std::lock_guard lock(transposedMutex);
         transposed.resize(levels.size());
-        for (int l = 1; l <= level; ++l) {
+        for (int l = from + 1; l <= to; ++l) {
             const std::size_t i = static_cast<std::size_t>(l);
             if (!transposed[i])
                 transposed[i] = std::make_shared<const SparseRows>(levels[i].rows.transposed());
@@ -274,25 +274,25 @@ struct Subdivision::Impl {
 
 namespace {
 
-/// The normal equations of "the refined cage comes closest to the fine shape", for a correction of the start.
-class CageFit {
+/// The normal equations of "the refined shape comes closest to the fine one", for a correction of the start.
+class LevelFit {
 public:
-    CageFit(const std::vector<Level>& levels, std::vector<std::shared_ptr<const SparseRows>> transposed,
-            int level)
-        : _levels(levels), _transposed(std::move(transposed)), _level(level)
+    LevelFit(const std::vector<Level>& levels, std::vector<std::shared_ptr<const SparseRows>> transposed,
+             int from, int to)
+        : _levels(levels), _transposed(std::move(transposed)), _from(from), _to(to)
     {
     }
 
     Values refine(Values values) const
     {
-        for (int l = 1; l <= _level; ++l)
+        for (int l = _from + 1; l <= _to; ++l)
             values = _levels[static_cast<std::size_t>(l)].rows.apply(Span<const Vec3f>(values));
         return values;
     }
 
     Values gather(Values values) const
     {
-        for (int l = _level; l >= 1; --l)
+        for (int l = _to; l > _from; --l)
             values = _transposed[static_cast<std::size_t>(l)]->apply(Span<const Vec3f>(values));
         return values;
     }
@@ -327,7 +327,7 @@ private:
 
     const std::vector<Level>& _levels;
     std::vector<std::shared_ptr<const SparseRows>> _transposed;
-    int _level;
+    int _from, _to;
 };
 
 } // namespace
@@ -379,20 +379,22 @@ std::vector<float> Subdivision::refine(Span<const float> values, int fromLevel, 
     return _impl->refine(values, fromLevel, toLevel);
 }
 
-std::vector<Vec3f> Subdivision::fitCage(Span<const Vec3f> fine, int level, Span<const Vec3f> start) const
+std::vector<Vec3f> Subdivision::fit(Span<const Vec3f> fine, int fineLevel, Span<const Vec3f> start,
+                                    int startLevel) const
 {
-    const std::vector<Vec3f> refined = refine(start, 0, level);
+    const std::vector<Vec3f> refined = refine(start, startLevel, fineLevel);
     if (fine.size() != refined.size())
-        throw TopologyError("subdivision level {} has {} vertices but {} values are given", level,
+        throw TopologyError("subdivision level {} has {} vertices but {} values are given", fineLevel,
                             refined.size(), fine.size());
     Values misfit(fine.size());
     for (std::size_t v = 0; v < fine.size(); ++v)
         misfit[v] = fine[v] - refined[v];
-    const Values correction = CageFit(_impl->levels, _impl->transposedUpTo(level), level).solve(misfit);
-    std::vector<Vec3f> cage(start.begin(), start.end());
-    for (std::size_t v = 0; v < cage.size(); ++v)
-        cage[v] += correction[v];
-    return cage;
+    const LevelFit fit(_impl->levels, _impl->transposedBetween(startLevel, fineLevel), startLevel, fineLevel);
+    const Values correction = fit.solve(misfit);
+    std::vector<Vec3f> coarse(start.begin(), start.end());
+    for (std::size_t v = 0; v < coarse.size(); ++v)
+        coarse[v] += correction[v];
+    return coarse;
 }
 
 } // namespace geometry

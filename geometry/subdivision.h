@@ -37,11 +37,13 @@ public:
     std::vector<Vec3f> refine(Span<const Vec3f> values, int fromLevel, int toLevel) const;
     std::vector<float> refine(Span<const float> values, int fromLevel, int toLevel) const;
 
-    /// The cage whose refinement to the level comes closest to the given shape (least squares over the
-    /// level's stencils, conjugate gradients from the given start).
-    /// @param fine   one per vertex of the level; cm
-    /// @param start  one per cage vertex; the cage to begin at
-    std::vector<Vec3f> fitCage(Span<const Vec3f> fine, int level, Span<const Vec3f> start) const;
+    /// The coarse shape whose refinement comes closest to the given fine one (least squares over the stencils
+    /// between the two levels, conjugate gradients from the given start).
+    /// @param fine   one per vertex of fineLevel; cm
+    /// @param start  one per vertex of startLevel; the coarse shape to begin at
+    /// @throws TopologyError  a number of values is not its level's vertex count
+    std::vector<Vec3f> fit(Span<const Vec3f> fine, int fineLevel, Span<const Vec3f> start,
+                           int startLevel = 0) const;
 
 private:
     struct Impl;

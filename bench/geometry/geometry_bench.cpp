@@ -138,7 +138,7 @@ void SubdivisionFitCage(benchmark::State& state, const PolygonMesh& mesh, int le
     for (Vec3f& p : fine)
         p += {std::sin(p.y), std::sin(p.z), std::sin(p.x)};
     for (auto _ : state)
-        benchmark::DoNotOptimize(subdivision.fitCage(fine, level, mesh.positions));
+        benchmark::DoNotOptimize(subdivision.fit(fine, level, mesh.positions));
 }
 
 void TreeBuild(benchmark::State& state, const PolygonMesh& mesh)

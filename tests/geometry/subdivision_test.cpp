@@ -90,7 +90,7 @@ TEST(FitCage, finds_the_cage_that_a_shape_was_refined_from)
         for (Vec3f& p : cage)
             p += Vec3f{noise(random), noise(random), noise(random)};
         const std::vector<Vec3f> found =
-            subdivision.fitCage(subdivision.refine(cage, 0, level), level, sphere.positions);
+            subdivision.fit(subdivision.refine(cage, 0, level), level, sphere.positions);
         for (std::size_t v = 0; v < cage.size(); ++v) // the restraint's share of a change of about 1 cm
             EXPECT_LE(Length(found[v] - cage[v]), 2e-4f);
     }
@@ -100,7 +100,7 @@ TEST(FitCage, leaves_a_fitting_cage_and_a_loose_vertex_alone)
 {
     const PolygonMesh mesh = shapes::LooseVertex();
     const Subdivision subdivision(mesh.topology, 2);
-    EXPECT_EQ(subdivision.fitCage(subdivision.refine(mesh.positions, 0, 2), 2, mesh.positions),
+    EXPECT_EQ(subdivision.fit(subdivision.refine(mesh.positions, 0, 2), 2, mesh.positions),
               mesh.positions);
 }
 
@@ -110,7 +110,7 @@ TEST(Subdivision, refuses_what_does_not_fit)
     const Subdivision subdivision(cube.topology, 1);
     EXPECT_THROW_MSG(subdivision.refine(std::vector<float>(5), 0, 1), TopologyError,
                      "subdivision level 0 has 8 vertices but 5 values are given");
-    EXPECT_THROW_MSG(subdivision.fitCage(std::vector<Vec3f>(5), 1, cube.positions), TopologyError,
+    EXPECT_THROW_MSG(subdivision.fit(std::vector<Vec3f>(5), 1, cube.positions), TopologyError,
                      "subdivision level 1 has 26 vertices but 5 values are given");
     EXPECT_THROW_MSG(Subdivision(cube.topology, 14), TopologyError,
                      "subdivision level 14 of 6 faces is too large");
