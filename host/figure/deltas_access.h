@@ -5,6 +5,7 @@
 
 #include "dzmorphdeltas.h"
 #include "geometry/deltas.h"
+#include "geometry/multires_detail.h"
 
 #include <functional>
 
@@ -19,6 +20,13 @@ public:
     static void assign(DzMorphDeltas& target, geometry::SparseDeltas deltas);
     /// Called when the deltas are first needed, and again after unLoadDeltas(). May throw geometry::Error.
     static void setLoader(DzMorphDeltas& target, std::function<geometry::SparseDeltas()> loader);
+
+    /// What the morph adds to the subdivided mesh. Read now if it is still in its file; empty, and a warning
+    /// in the log once, when that fails.
+    static const geometry::MultiresDetail& detail(const DzMorphDeltas& deltas);
+    static void assignDetail(DzMorphDeltas& target, geometry::MultiresDetail detail);
+    /// Called when the detail is first needed, and again after unLoadDeltas(). May throw geometry::Error.
+    static void setDetailLoader(DzMorphDeltas& target, std::function<geometry::MultiresDetail()> loader);
 };
 
 } // namespace openhost

@@ -148,6 +148,8 @@ void DzMorph::setHDLimit(int level)
     if (level == _morph->hdLimit)
         return;
     _morph->hdLimit = level;
+    if (DzObject* const object = getObject())
+        object->pipeline().resolutionChanged();
     emit hdLimitChanged();
 }
 

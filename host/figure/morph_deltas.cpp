@@ -12,32 +12,69 @@
 #include <algorithm>
 #include <cmath>
 
-struct DzMorphDeltas::Impl {
-    geometry::SparseDeltas deltas;
-    std::function<geometry::SparseDeltas()> loader;
-    bool loaded = true;
-    bool readable = true; ///< the last try to load succeeded
-    int vertexCount = 0;
-    DzUri uri;
+namespace {
 
-    geometry::SparseDeltas& get()
+/// A value that is read from its file when first needed.
+template <class T>
+class Lazy {
+public:
+    bool isLoaded() const { return _isLoaded; }
+    bool isReadable() const { return _isReadable; } ///< the last try to load succeeded
+
+    T& get(const DzUri& uri)
     {
-        if (!loaded)
-            load();
-        return deltas;
+        if (!_isLoaded)
+            load(uri);
+        return _value;
     }
-    void load()
+    /// What is read from a file no longer counts.
+    void assign(T value)
     {
-        loaded = true;
+        _value = std::move(value);
+        _loader = nullptr;
+        _isLoaded = true;
+    }
+    void setLoader(std::function<T()> loader)
+    {
+        _loader = std::move(loader);
+        _isLoaded = !_loader;
+        _value = T();
+    }
+    void unload()
+    {
+        if (_loader)
+            setLoader(_loader);
+    }
+
+private:
+    void load(const DzUri& uri)
+    {
+        _isLoaded = true;
         try {
-            deltas = loader();
-            readable = true;
+            _value = _loader();
+            _isReadable = true;
         } catch (const std::exception& error) {
-            readable = false;
+            _isReadable = false;
             openhost::LogWarning(QStringLiteral("cannot load the deltas of %1: %2")
                                      .arg(uri.toString(), QString::fromUtf8(error.what())));
         }
     }
+
+    T _value;
+    std::function<T()> _loader;
+    bool _isLoaded = true;
+    bool _isReadable = true;
+};
+
+} // namespace
+
+struct DzMorphDeltas::Impl {
+    Lazy<geometry::SparseDeltas> deltas;
+    Lazy<geometry::MultiresDetail> detail;
+    int vertexCount = 0;
+    DzUri uri;
+
+    geometry::SparseDeltas& get() { return deltas.get(uri); }
     std::size_t place(int vertex)
     {
         const std::vector<std::uint32_t>& vertices = get().vertices;
@@ -47,7 +84,7 @@ struct DzMorphDeltas::Impl {
     }
     bool holds(std::size_t at, int vertex)
     {
-        return at < deltas.size() && deltas.vertices[at] == static_cast<std::uint32_t>(vertex);
+        return at < get().size() && get().vertices[at] == static_cast<std::uint32_t>(vertex);
     }
 };
 
@@ -72,7 +109,7 @@ int DzMorphDeltas::addDelta(int vertex, const DzVec3& delta, bool)
     if (vertex < 0 || !geometry::IsFinite(value))
         return -1;
     const std::size_t at = _impl->place(vertex);
-    geometry::SparseDeltas& deltas = _impl->deltas;
+    geometry::SparseDeltas& deltas = _impl->get();
     if (_impl->holds(at, vertex)) {
         deltas.deltas[at] = value;
     } else {
@@ -118,13 +155,13 @@ int DzMorphDeltas::getNumDeltas() const
 
 int DzMorphDeltas::getDeltaIndex(int index) const
 {
-    return index >= 0 && index < getNumDeltas() ? static_cast<int>(_impl->deltas.vertices[std::size_t(index)])
+    return index >= 0 && index < getNumDeltas() ? static_cast<int>(_impl->get().vertices[std::size_t(index)])
                                                 : -1;
 }
 
 DzVec3 DzMorphDeltas::getDeltaVec(int index) const
 {
-    return index >= 0 && index < getNumDeltas() ? openhost::ToDz(_impl->deltas.deltas[std::size_t(index)])
+    return index >= 0 && index < getNumDeltas() ? openhost::ToDz(_impl->get().deltas[std::size_t(index)])
                                                 : DzVec3();
 }
 
@@ -141,7 +178,7 @@ DzError DzMorphDeltas::setDelta(int index, const DzVec3& delta)
     const geometry::Vec3f value = openhost::FromDz(delta);
     if (index < 0 || index >= getNumDeltas() || !geometry::IsFinite(value))
         return DZ_ILLEGAL_ARGUMENT_ERROR;
-    _impl->deltas.deltas[static_cast<std::size_t>(index)] = value;
+    _impl->get().deltas[static_cast<std::size_t>(index)] = value;
     emit deltasChanged();
     return DZ_NO_ERROR;
 }
@@ -151,8 +188,9 @@ DzError DzMorphDeltas::removeVertex(int vertex)
     const int index = getVertexDeltaIndex(vertex);
     if (index < 0)
         return DZ_NOT_FOUND_ERROR;
-    _impl->deltas.vertices.erase(_impl->deltas.vertices.begin() + index);
-    _impl->deltas.deltas.erase(_impl->deltas.deltas.begin() + index);
+    geometry::SparseDeltas& deltas = _impl->get();
+    deltas.vertices.erase(deltas.vertices.begin() + index);
+    deltas.deltas.erase(deltas.deltas.begin() + index);
     emit deltasChanged();
     return DZ_NO_ERROR;
 }
@@ -176,21 +214,20 @@ bool DzMorphDeltas::hasDeltas() const
 }
 bool DzMorphDeltas::areDeltasLoaded() const
 {
-    return _impl->loaded;
+    return _impl->deltas.isLoaded();
 }
 
 bool DzMorphDeltas::loadDeltas()
 {
     _impl->get();
-    return _impl->readable;
+    _impl->detail.get(_impl->uri);
+    return _impl->deltas.isReadable() && _impl->detail.isReadable();
 }
 
 void DzMorphDeltas::unLoadDeltas()
 {
-    if (!_impl->loader)
-        return;
-    _impl->deltas = geometry::SparseDeltas();
-    _impl->loaded = false;
+    _impl->deltas.unload();
+    _impl->detail.unload();
 }
 
 DzUri DzMorphDeltas::getUri() const
@@ -212,24 +249,37 @@ const geometry::SparseDeltas& DeltasAccess::deltas(const DzMorphDeltas& deltas)
 DzMorphDeltas* DeltasAccess::create(geometry::SparseDeltas deltas, int vertexCount)
 {
     auto* const result = new DzMorphDeltas;
-    result->_impl->deltas = std::move(deltas);
+    result->_impl->deltas.assign(std::move(deltas));
     result->_impl->vertexCount = vertexCount;
     return result;
 }
 
 void DeltasAccess::assign(DzMorphDeltas& target, geometry::SparseDeltas deltas)
 {
-    target._impl->deltas = std::move(deltas);
-    target._impl->loaded = true;
-    target._impl->loader = nullptr; // what was read from a file no longer counts
+    target._impl->deltas.assign(std::move(deltas));
     emit target.deltasChanged();
 }
 
 void DeltasAccess::setLoader(DzMorphDeltas& target, std::function<geometry::SparseDeltas()> loader)
 {
-    target._impl->loader = std::move(loader);
-    target._impl->loaded = !target._impl->loader;
-    target._impl->deltas = geometry::SparseDeltas();
+    target._impl->deltas.setLoader(std::move(loader));
+    emit target.deltasChanged();
+}
+
+const geometry::MultiresDetail& DeltasAccess::detail(const DzMorphDeltas& deltas)
+{
+    return deltas._impl->detail.get(deltas._impl->uri);
+}
+
+void DeltasAccess::assignDetail(DzMorphDeltas& target, geometry::MultiresDetail detail)
+{
+    target._impl->detail.assign(std::move(detail));
+    emit target.deltasChanged();
+}
+
+void DeltasAccess::setDetailLoader(DzMorphDeltas& target, std::function<geometry::MultiresDetail()> loader)
+{
+    target._impl->detail.setLoader(std::move(loader));
     emit target.deltasChanged();
 }
 

@@ -285,19 +285,56 @@ Span<const Vec3f> Pipeline::posedCage()
     return _isPosed ? Span<const Vec3f>(_posed) : morphed;
 }
 
+void Pipeline::toWorld(Span<Vec3f> positions) const
+{
+    const DzNode* const node = _object.getNode();
+    const NodeTransform transform = node ? WorldTransform(*node) : NodeTransform();
+    if (transform.isIdentity())
+        return;
+    tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t i) {
+        positions[i] = geometry::FromEigen(transform.apply(geometry::ToEigen(positions[i])));
+    });
+}
+
 Span<const Vec3f> Pipeline::worldCage()
 {
     const Span<const Vec3f> posed = posedCage();
     if (takeStale(Place)) {
         const DzNode* const node = _object.getNode();
-        const NodeTransform transform = node ? WorldTransform(*node) : NodeTransform();
-        _isPlaced = !transform.isIdentity();
-        _placed.resize(_isPlaced ? posed.size() : 0);
-        tbb::parallel_for(std::size_t(0), _placed.size(), [&](std::size_t i) {
-            _placed[i] = geometry::FromEigen(transform.apply(geometry::ToEigen(posed[i])));
-        });
+        _isPlaced = node && !WorldTransform(*node).isIdentity();
+        _placed.clear();
+        if (_isPlaced) {
+            _placed.assign(posed.begin(), posed.end());
+            toWorld(_placed);
+        }
     }
     return _isPlaced ? Span<const Vec3f>(_placed) : posed;
+}
+
+std::vector<geometry::ActiveDetail> Pipeline::activeDetails()
+{
+    morphedCage();
+    std::vector<geometry::ActiveDetail> details;
+    for (const DzMorph* const morph : _active) {
+        const geometry::MultiresDetail& detail = DeltasAccess::detail(*morph->getDeltas());
+        if (detail.empty())
+            continue;
+        const int limit = morph->getHDLimit();
+        details.push_back({&detail, morph->_morph->applied, limit < 0 ? INT32_MAX : limit});
+    }
+    return details;
+}
+
+// Detail is added in frames of the posed cage, and the whole then put into its place, so that it turns and
+// grows with the figure.
+std::vector<Vec3f> Pipeline::refinedInWorld(const geometry::Subdivision& refinement, int level)
+{
+    const std::vector<geometry::ActiveDetail> details = activeDetails();
+    if (details.empty())
+        return refinement.refine(worldCage(), 0, level);
+    std::vector<Vec3f> positions = geometry::RefineWithDetail(refinement, posedCage(), level, details);
+    toWorld(positions);
+    return positions;
 }
 
 std::shared_ptr<const geometry::Subdivision> Pipeline::subdivision(int levels) const
@@ -320,7 +357,7 @@ void Pipeline::updateWorld()
     try {
         if (level() > 0) {
             const auto refinement = subdivision(level());
-            mesh.positions = refinement->refine(cage, 0, level());
+            mesh.positions = refinedInWorld(*refinement, level());
             mesh.topology = refinement->topology(level());
             reached = level();
         }

@@ -4,9 +4,9 @@
 #pragma once
 
 #include "dzobject.h"
+#include "geometry/multires_detail.h"
 #include "geometry/polygon_mesh.h"
 #include "geometry/skinning.h"
-#include "geometry/subdivision.h"
 
 #include <memory>
 #include <vector>
@@ -27,9 +27,9 @@ struct SkinPose {
         true; ///< nothing moves; the skin is left out, so that positions stay as they are to the bit
 };
 
-/// Base mesh, morphs, skin, the node's place in the world, subdivision. Each stage is kept and made again
-/// only when something before it has changed; all is evaluated when read. Spans are valid until the next
-/// change.
+/// Base mesh, morphs, skin, subdivision with the morphs' fine detail, the node's place in the world. Each
+/// stage is kept and made again only when something before it has changed; all is evaluated when read. Spans
+/// are valid until the next change.
 class Pipeline {
 public:
     explicit Pipeline(DzObject& object);
@@ -62,6 +62,10 @@ public:
     /// Of world(); empty without a mesh.
     geometry::Box3f worldBox();
 
+    /// What the dialed-in morphs add to the subdivided mesh, each up to its own limit; read now if it is
+    /// still in its file. Brings the dials up to date.
+    std::vector<geometry::ActiveDetail> activeDetails();
+
     SkinPose skinPose() const;
     /// The refinement of the base mesh to at least this level, shared by all objects with the same topology.
     std::shared_ptr<const geometry::Subdivision> subdivision(int levels) const;
@@ -77,6 +81,8 @@ private:
     void addMorph(DzMorph& morph, std::vector<geometry::Vec3f>* positions);
     void updateSkin();
     void updateWorld();
+    std::vector<geometry::Vec3f> refinedInWorld(const geometry::Subdivision& refinement, int level);
+    void toWorld(geometry::Span<geometry::Vec3f> positions) const;
 
     DzObject& _object;
     bool _stale[StageCount] = {true, true, true, true};

@@ -37,6 +37,9 @@ public:
     bool unloadPlugin(const QString& name);
     /// A plug-in that is part of the host. Not owned.
     bool addPlugin(DzPlugin* plugin);
+    /// Takes a plug-in that is part of the host away again.
+    /// @return false for a module, and for an unknown one
+    bool removePlugin(const QString& name);
     const DzClassFactory* findClassFactory(const QString& className) const;
 
 signals:

@@ -19,11 +19,13 @@
 #include "host/figure/deltas_access.h"
 #include "host/figure/mesh_access.h"
 #include "host/figure/pipeline.h"
-#include "host/scene/node_transform.h"
-#include "host/tools/mirroring.h"
+#include "host/tools/morph_split.h"
 #include "host/tools/obj_options.h"
+#include "host/tools/reverse_deformation.h"
 #include "openhost/operations.h"
 
+#include <algorithm>
+#include <cmath>
 #include <memory>
 
 #include <QFileInfo>
@@ -68,50 +70,40 @@ private:
     bool _wasOverriding = false;
 };
 
-/// File positions in figure space at rest: the node's place and the pose undone.
-std::vector<Vec3f> UndoPose(const DzNode& node, Pipeline& pipeline, Span<const Vec3f> file)
-{
-    const NodeTransform& place = WorldTransform(node);
-    std::vector<Vec3f> posed(file.begin(), file.end());
-    if (!place.isIdentity()) {
-        const Eigen::Matrix3d inverse = place.linear.inverse();
-        if (!inverse.allFinite())
-            throw geometry::Error(ToStd(node.getLabel()) +
-                                  " is scaled to nothing, so its pose cannot be undone");
-        for (Vec3f& position : posed)
-            position =
-                geometry::FromEigen(inverse * (geometry::ToEigen(position) - place.origin) + place.center);
-    }
-    const SkinPose pose = pipeline.skinPose();
-    return pose.atRest || !pose.weights ? posed
-                                        : geometry::Unskin(posed, *pose.weights, pose.poses, pose.mode);
-}
+/// What a load makes.
+struct NewMorph {
+    geometry::SparseDeltas deltas;
+    geometry::MultiresDetail detail; ///< empty without subdivision
+};
 
-/// One delta per vertex.
-std::vector<Vec3f> MakeDenseDeltas(const MorphLoadSettings& settings, DzNode& node, Span<const Vec3f> file,
-                                   const DzMorph* present)
+NewMorph MakePlainMorph(const MorphLoadSettings& settings, DzNode& node, Span<const Vec3f> file)
 {
     Pipeline& pipeline = node.getObject()->pipeline();
     std::vector<Vec3f> deltas(file.begin(), file.end());
     Span<const Vec3f> neutral = pipeline.base().positions;
-    // A morph that stays beside the new one is part of the shape that the new one is added to.
-    const bool isReplaced = settings.overwriteExisting != DzMorphLoader::MakeUnique;
-    const DialedOut without(settings.reverseDeformations && isReplaced ? present : nullptr);
     if (settings.reverseDeformations) {
-        deltas = UndoPose(node, pipeline, file);
+        deltas = UndoSkin(pipeline, UndoPlace(node, file));
         neutral = pipeline.morphedCage();
     }
     for (std::size_t v = 0; v < deltas.size(); ++v)
         deltas[v] -= neutral[v];
-    return deltas;
+    Mirror(deltas, pipeline.base().positions, settings.morphMirroring);
+    // An edge strength damps along the border of a facet selection; without a selection there is no border.
+    NewMorph made;
+    made.deltas = geometry::MakeDeltas(deltas, 0.0f);
+    geometry::DropShort(made.deltas, settings.deltaTolerance);
+    return made;
 }
 
-void Mirror(std::vector<Vec3f>& deltas, Span<const Vec3f> neutral, DzMorphLoader::MirroringType type)
+NewMorph MakeSubdividedMorph(const MorphLoadSettings& settings, DzNode& node, Span<const Vec3f> file)
 {
-    if (type == DzMorphLoader::DoNotMirror)
-        return;
-    const int number = type - DzMorphLoader::XSwap;
-    MirrorDeltas(deltas, neutral, number / 3, static_cast<MirrorSide>(number % 3));
+    Pipeline& pipeline = node.getObject()->pipeline();
+    NewMorph made;
+    if (settings.reverseDeformations)
+        SplitMorph(settings, pipeline, UndoPlace(node, file), &made.deltas, &made.detail);
+    else
+        SplitMorph(settings, pipeline, file, &made.deltas, &made.detail);
+    return made;
 }
 
 void DropZero(geometry::SparseDeltas& deltas)
@@ -127,16 +119,21 @@ void DropZero(geometry::SparseDeltas& deltas)
     deltas.deltas.resize(kept);
 }
 
-void AttenuateByMap(geometry::SparseDeltas& deltas, const MorphLoadSettings& settings, const DzNode& node)
+void AttenuateByMap(NewMorph& made, const MorphLoadSettings& settings, const DzNode& node)
 {
     if (settings.attenuateMapPath.isEmpty())
         return;
     const DzWeightMap* const map = FindAttenuationMap(node, settings.attenuateMapPath);
-    std::vector<float> weights(static_cast<std::size_t>(map->getNumWeights()));
-    for (std::size_t v = 0; v < weights.size(); ++v)
+    const Pipeline& pipeline = node.getObject()->pipeline();
+    std::vector<float> weights(pipeline.base().vertexCount());
+    const std::size_t count = std::min(weights.size(), static_cast<std::size_t>(map->getNumWeights()));
+    for (std::size_t v = 0; v < count; ++v)
         weights[v] = map->getFloatWeight(static_cast<int>(v));
-    geometry::Attenuate(deltas, weights, settings.attenuateStrength);
-    DropZero(deltas);
+    geometry::Attenuate(made.deltas, weights, settings.attenuateStrength);
+    DropZero(made.deltas);
+    if (!made.detail.empty())
+        geometry::Attenuate(made.detail, *pipeline.subdivision(static_cast<int>(made.detail.levels.size())),
+                            weights, settings.attenuateStrength);
 }
 
 /// The old deltas of vertices that the new ones do not move.
@@ -154,6 +151,19 @@ geometry::SparseDeltas WithPreserved(const geometry::SparseDeltas& old, const ge
         merged.deltas.push_back(from.deltas[i]);
     }
     return merged;
+}
+
+void Preserve(NewMorph& made, const DzMorph& present, const Pipeline& pipeline)
+{
+    made.deltas = WithPreserved(DeltasAccess::deltas(*present.getDeltas()), made.deltas);
+    const geometry::MultiresDetail& old = DeltasAccess::detail(*present.getDeltas());
+    if (old.empty())
+        return;
+    const auto subdivision = pipeline.subdivision(static_cast<int>(old.levels.size()));
+    made.detail.levels.resize(std::max(made.detail.levels.size(), old.levels.size()));
+    for (std::size_t i = 0; i < old.levels.size(); ++i)
+        made.detail.levels[i] = geometry::WithPreserved(old.levels[i], made.detail.levels[i],
+                                                        *subdivision->topology(static_cast<int>(i) + 1));
 }
 
 QString UniqueMorphName(const DzNode& node, const QString& name)
@@ -208,8 +218,7 @@ void MakeControlProperty(const MorphLoadSettings& settings, DzNode& node, DzMorp
     morph.getValueControl()->setHidden(settings.hideSecondaryProperties);
 }
 
-void PutInPlace(const MorphLoadSettings& settings, DzNode& node, DzMorph* present,
-                geometry::SparseDeltas deltas)
+void PutInPlace(const MorphLoadSettings& settings, DzNode& node, DzMorph* present, NewMorph made)
 {
     const QString name = EffectiveMorphName(settings);
     const int vertexCount = static_cast<int>(node.getObject()->pipeline().base().vertexCount());
@@ -219,9 +228,11 @@ void PutInPlace(const MorphLoadSettings& settings, DzNode& node, DzMorph* presen
     }
     const bool isUnique = !present || settings.overwriteExisting == DzMorphLoader::MakeUnique;
     if (!isUnique && settings.preserveExistingDeltas)
-        deltas = WithPreserved(DeltasAccess::deltas(*present->getDeltas()), deltas);
+        Preserve(made, *present, node.getObject()->pipeline());
     DzMorph& morph = isUnique ? AddMorph(node, UniqueMorphName(node, name), settings) : *present;
-    morph.setDeltas(DeltasAccess::create(std::move(deltas), vertexCount));
+    DzMorphDeltas* const deltas = DeltasAccess::create(std::move(made.deltas), vertexCount);
+    DeltasAccess::assignDetail(*deltas, std::move(made.detail));
+    morph.setDeltas(deltas);
     if (isUnique && settings.createControlProperty)
         MakeControlProperty(settings, node, morph);
 }
@@ -236,6 +247,29 @@ void LoadPose(const MorphLoadSettings& settings, DzNode& node)
         throw geometry::Error("the pose " + ToStd(settings.reverseDeformationsPose) + " cannot be loaded");
 }
 
+/// The file must hold the mesh as it is subdivided at the level that it was made at.
+void CheckSubdividedLoad(const MorphLoadSettings& settings, const DzNode& node, std::size_t fileVertexCount)
+{
+    if (!DzMorphLoader::SupportsMultiResolution())
+        throw geometry::Error("subdivided morphs need the plug-in Morph Loader Pro SubDivision Resolution");
+    const int level = settings.subdivisionBuiltResolution;
+    if (level < 0)
+        throw geometry::TopologyError("there is no subdivision level {}", level);
+    if (settings.subdivisionMapping != DzMorphLoader::Catmark)
+        throw geometry::Error("only files in the order of our own subdivision can be loaded");
+    Pipeline& pipeline = node.getObject()->pipeline();
+    // Each face of the level before has a vertex of its own, so most wrong levels show without subdividing.
+    const double leastCount =
+        level == 0 ? 0.0
+                   : std::pow(4.0, level - 2) * static_cast<double>(pipeline.base().topology->cornerCount());
+    const bool isPossible = static_cast<double>(fileVertexCount) >= leastCount;
+    const std::size_t vertexCount =
+        isPossible ? pipeline.subdivision(level)->topology(level)->vertexCount : 0;
+    if (fileVertexCount != vertexCount)
+        throw geometry::TopologyError("the file has {} vertices, which is not {} at subdivision level {}",
+                                      fileVertexCount, ToStd(node.getLabel()), level);
+}
+
 /// What can be told before anything is changed.
 void CheckLoad(const MorphLoadSettings& settings, const DzNode* node, std::size_t fileVertexCount)
 {
@@ -244,9 +278,9 @@ void CheckLoad(const MorphLoadSettings& settings, const DzNode* node, std::size_
     if (EffectiveMorphName(settings).isEmpty())
         throw geometry::Error("the morph has no name");
     if (settings.morphSubdivision)
-        throw geometry::Error("subdivided morphs need the plug-in Morph Loader Pro SubDivision Resolution");
+        CheckSubdividedLoad(settings, *node, fileVertexCount);
     const std::size_t vertexCount = node->getObject()->pipeline().base().vertexCount();
-    if (fileVertexCount != vertexCount)
+    if (!settings.morphSubdivision && fileVertexCount != vertexCount)
         throw geometry::TopologyError("the file has {} vertices but {} has {}", fileVertexCount,
                                       ToStd(node->getLabel()), vertexCount);
     if (!settings.attenuateMapPath.isEmpty() && !FindAttenuationMap(*node, settings.attenuateMapPath))
@@ -260,14 +294,18 @@ void MakeMorph(const MorphLoadSettings& settings, DzNode* node, Span<const Vec3f
     CheckLoad(settings, node, file.size());
     LoadPose(settings, *node);
     DzMorph* const present = FindMorph(*node, EffectiveMorphName(settings));
-    std::vector<Vec3f> dense = MakeDenseDeltas(settings, *node, file, present);
-    Mirror(dense, node->getObject()->pipeline().base().positions, settings.morphMirroring);
-    // An edge strength damps along the border of a facet selection; without a selection there is no border.
-    geometry::SparseDeltas deltas = geometry::MakeDeltas(dense, 0.0f);
-    geometry::DropShort(deltas, settings.deltaTolerance);
+    NewMorph made;
+    {
+        // A morph that stays beside the new one is part of the shape that the new one is added to.
+        const bool isReplaced = settings.overwriteExisting != DzMorphLoader::MakeUnique;
+        const DialedOut without(settings.reverseDeformations && isReplaced ? present : nullptr);
+        made = settings.morphSubdivision && settings.subdivisionBuiltResolution > 0
+                   ? MakeSubdividedMorph(settings, *node, file)
+                   : MakePlainMorph(settings, *node, file);
+    }
     // After dropping, so that the parts of a map and of its complement add up to the full morph.
-    AttenuateByMap(deltas, settings, *node);
-    PutInPlace(settings, *node, present, std::move(deltas));
+    AttenuateByMap(made, settings, *node);
+    PutInPlace(settings, *node, present, std::move(made));
 }
 
 template <class Work>

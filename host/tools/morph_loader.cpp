@@ -64,6 +64,11 @@ bool DzMorphLoader::morphAlreadyExists(DzNode* node)
 
 bool DzMorphLoader::allowMultiResolutionMorphs()
 {
+    return SupportsMultiResolution();
+}
+
+bool DzMorphLoader::SupportsMultiResolution()
+{
     const DzPlugin* const plugin =
         dzApp->getPluginMgr()->findPlugin(QLatin1String("Morph Loader Pro SubDivision Resolution"));
     return plugin && plugin->isActivated();

@@ -51,6 +51,9 @@ public:
     DzMorphLoader();
     ~DzMorphLoader() override;
 
+    /// The add-on for subdivided morphs is installed.
+    static bool SupportsMultiResolution();
+
 public slots:
     /// Loads the file and makes the morph.
     /// @param settings  options of the OBJ importer
@@ -127,7 +130,6 @@ public slots:
     bool readObjectCommonSettingsFromConfigFile(const QString& file);
     bool saveObjectSettingsToConfigFile(const QString& file, const QString& object, bool common);
     bool morphAlreadyExists(DzNode* node);
-    /// The add-on for subdivided morphs is installed.
     bool allowMultiResolutionMorphs();
     /// The path under which a weight map of a context is found on a node.
     QString getPathForContext(DzWeightMapContext* context, DzNode* node);

@@ -13,11 +13,13 @@ set(HOST_TOOLS_SOURCES
     tools/morph_load_config.cpp
     tools/morph_loader.cpp
     tools/morph_loader_batch.cpp
+    tools/morph_split.cpp
     tools/obj_exporter.cpp
     tools/obj_importer.cpp
     tools/obj_option_rows.cpp
     tools/obj_options.cpp
     tools/obj_selection.cpp
+    tools/reverse_deformation.cpp
     tools/transfer_parts.cpp
     tools/transfer_utility.cpp
 )

@@ -5,6 +5,7 @@
 
 #include "dzapp.h"
 #include "dzcontentmgr.h"
+#include "dzplugin.h"
 #include "dzpluginmgr.h"
 #include "dzscene.h"
 #include "host/scene/settings_store.h"
@@ -55,6 +56,7 @@ OpenHost::OpenHost(int& argc, char** argv, const Options& options) : _impl(new I
     SetSettingsFolder(folder);
     _impl->app.reset(new DzApp(argc, argv, AppOptions(options, folder)));
     AddContentDirectories(options.contentDirectories);
+    SetHdMorphSupport(options.hdMorphs);
 }
 
 OpenHost::~OpenHost()
@@ -68,6 +70,7 @@ void OpenHost::reset()
     purge();
     _impl->app->reset();
     AddContentDirectories(_impl->options.contentDirectories);
+    SetHdMorphSupport(_impl->options.hdMorphs);
 }
 
 void OpenHost::purge()
@@ -86,6 +89,17 @@ bool OpenHost::loadPlugin(const QString& filename, QString* error)
 int OpenHost::exec()
 {
     return QApplication::exec();
+}
+
+void SetHdMorphSupport(bool isPresent)
+{
+    static DzPlugin addOn(QStringLiteral("Morph Loader Pro SubDivision Resolution"),
+                          QStringLiteral("Gantrel open host"),
+                          QStringLiteral("Loads morphs from subdivided meshes."), 1, 0, 0, 0);
+    if (isPresent)
+        dzApp->getPluginMgr()->addPlugin(&addOn);
+    else
+        dzApp->getPluginMgr()->removePlugin(addOn.getName());
 }
 
 } // namespace openhost

@@ -208,6 +208,16 @@ bool DzPluginMgr::addPlugin(DzPlugin* plugin)
     return true;
 }
 
+bool DzPluginMgr::removePlugin(const QString& name)
+{
+    const auto found = _impl->find(name);
+    if (found == _impl->entries.end() || !found->filename.isEmpty())
+        return false;
+    emit aboutToUnload(name);
+    _impl->entries.erase(found);
+    return true;
+}
+
 const DzClassFactory* DzPluginMgr::findClassFactory(const QString& className) const
 {
     for (const Impl::Entry& entry : _impl->entries)

@@ -190,7 +190,11 @@ TEST_F(MorphLoaderSettings, tell_whether_the_morph_is_there_already)
 TEST_F(MorphLoaderSettings, allow_subdivided_morphs_with_the_add_on_only)
 {
     DzMorphLoader loader;
+    EXPECT_TRUE(loader.allowMultiResolutionMorphs());
+    openhost::SetHdMorphSupport(false);
     EXPECT_FALSE(loader.allowMultiResolutionMorphs());
+    openhost::SetHdMorphSupport(true);
+    EXPECT_TRUE(loader.allowMultiResolutionMorphs());
 }
 
 /// So that a spy can keep them.

@@ -95,6 +95,7 @@ TEST_F(ManagersTest, are_null_when_missing_and_nobody_minds)
     EXPECT_EQ(GetMainWindow(false), nullptr);
     EXPECT_EQ(GetActionMgr(false), nullptr);
     EXPECT_EQ(GetPaneMgr_X(false), nullptr);
+    EXPECT_TRUE(IsHdMorphPluginPresent());
     dzApp->removeManager(QLatin1String("DzPluginMgr"));
     EXPECT_FALSE(IsHdMorphPluginPresent());
     EXPECT_FALSE(dzApp->removeManager(QLatin1String("DzMainWindow"))) << "it is gone";

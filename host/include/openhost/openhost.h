@@ -22,6 +22,7 @@ public:
         bool headless = true;         ///< with Qt's offscreen platform unless QT_QPA_PLATFORM says otherwise
         bool echoLog = false;         ///< the log goes to stderr too
         bool terminalProgress = true; ///< headless, progress is shown on stderr if that is a terminal
+        bool hdMorphs = true;         ///< with the add-on for subdivided morphs
     };
     OpenHost(int& argc, char** argv, const Options& options);
     ~OpenHost();
@@ -41,5 +42,8 @@ private:
     struct Impl;
     std::unique_ptr<Impl> _impl;
 };
+
+/// Adds the add-on for subdivided morphs to the running host, or takes it away, until the next reset.
+void SetHdMorphSupport(bool isPresent);
 
 } // namespace openhost

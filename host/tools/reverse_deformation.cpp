@@ -1,0 +1,52 @@
+// Taking a figure's place and pose out of positions.
+// SPDX-License-Identifier: MIT
+
+// Before Qt, whose keyword emit names a function there.
+#include <tbb/parallel_for.h>
+
+#include "host/tools/reverse_deformation.h"
+
+#include "dznode.h"
+#include "geometry/errors.h"
+#include "host/figure/pipeline.h"
+#include "host/scene/node_transform.h"
+
+namespace openhost {
+
+using geometry::Span;
+using geometry::Vec3f;
+
+std::vector<Vec3f> UndoPlace(const DzNode& node, Span<const Vec3f> world)
+{
+    const NodeTransform& place = WorldTransform(node);
+    std::vector<Vec3f> positions(world.begin(), world.end());
+    if (place.isIdentity())
+        return positions;
+    const Eigen::Matrix3d inverse = place.linear.inverse();
+    if (!inverse.allFinite())
+        throw geometry::Error(node.getLabel().toStdString() +
+                              " is scaled to nothing, so its pose cannot be undone");
+    tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t v) {
+        positions[v] =
+            geometry::FromEigen(inverse * (geometry::ToEigen(positions[v]) - place.origin) + place.center);
+    });
+    return positions;
+}
+
+std::vector<Vec3f> UndoSkin(const Pipeline& pipeline, Span<const Vec3f> posed)
+{
+    const SkinPose pose = pipeline.skinPose();
+    if (pose.atRest || !pose.weights)
+        return {posed.begin(), posed.end()};
+    return geometry::Unskin(posed, *pose.weights, pose.poses, pose.mode);
+}
+
+std::vector<Vec3f> ApplySkin(const Pipeline& pipeline, Span<const Vec3f> rest)
+{
+    const SkinPose pose = pipeline.skinPose();
+    if (pose.atRest || !pose.weights)
+        return {rest.begin(), rest.end()};
+    return geometry::Skin(rest, *pose.weights, pose.poses, pose.mode);
+}
+
+} // namespace openhost
