@@ -9,6 +9,7 @@
 #include "host/content/dson_rewrite.h"
 #include "host/content/gzip.h"
 
+#include <optional>
 #include <set>
 
 namespace dson {
@@ -24,16 +25,26 @@ fs::path FilePath(const AssetInfo& info, const fs::path& contentDirectory)
     return contentDirectory / info.id.substr(1);
 }
 
-fs::path WriteFile(const AssetInfo& info, const Json& json, const fs::path& contentDirectory,
-                   const WriteOptions& options)
+void MakeFolderOf(const fs::path& file)
 {
-    const fs::path file = FilePath(info, contentDirectory);
     std::error_code error;
     fs::create_directories(file.parent_path(), error);
     if (error)
         throw geometry::IoError("cannot create folder {}: {}", file.parent_path().string(), error.message());
+}
+
+/// @param companion  put in place together with the file; null for none
+fs::path WriteFile(const AssetInfo& info, const Json& json, const fs::path& contentDirectory,
+                   const WriteOptions& options, geometry::AtomicFile* companion = nullptr)
+{
+    const fs::path file = FilePath(info, contentDirectory);
+    MakeFolderOf(file);
     const std::string text = ToText(json);
-    geometry::WriteFileAtomically(file, options.compress ? Compress(text) : text);
+    geometry::AtomicFile target(file);
+    target.write(options.compress ? Compress(text) : text);
+    if (companion)
+        companion->commit();
+    target.commit();
     return file;
 }
 
@@ -118,15 +129,23 @@ fs::path WriteFigure(const FigureAsset& figure, const fs::path& contentDirectory
 }
 
 fs::path WriteMorph(const AssetInfo& info, const Modifier& modifier, const fs::path& contentDirectory,
-                    const WriteOptions& options)
+                    const WriteOptions& options, std::string_view detail)
 {
     Json json = EmitFileHead(info);
     json["modifier_library"] = Json::array({EmitModifier(modifier)});
+    const fs::path companion = FilePath(info, contentDirectory).replace_extension(".dhdm");
+    std::optional<geometry::AtomicFile> detailFile;
+    if (!detail.empty()) {
+        json["modifier_library"][0]["morph"]["hd_url"] =
+            EncodePath(fs::path(info.id).replace_extension(".dhdm").generic_string());
+        MakeFolderOf(companion);
+        detailFile.emplace(companion).write(detail);
+    }
     // The instance's id must differ from the library's in the same file.
     json["scene"] =
         Json{{"modifiers", Json::array({Json{{"id", modifier.id + "-1"}, {"url", Reference(modifier.id)}}})}};
     json = KeepUnknown(std::move(json), FilePath(info, contentDirectory));
-    return WriteFile(info, json, contentDirectory, options);
+    return WriteFile(info, json, contentDirectory, options, detailFile ? &*detailFile : nullptr);
 }
 
 fs::path WriteCharacter(const CharacterAsset& character, const FigureAsset& figure,

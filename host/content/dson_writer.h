@@ -7,6 +7,7 @@
 #include "host/content/dson_uri.h"
 
 #include <filesystem>
+#include <string_view>
 
 namespace dson {
 
@@ -24,9 +25,12 @@ std::filesystem::path WriteFigure(const FigureAsset& figure, const std::filesyst
                                   const WriteOptions& options = {});
 /// A file that is there already keeps what it holds beyond what is written here, such as `extra` and
 /// formulas.
+/// @param detail  bytes of the companion file, which is written beside, under the same name with the ending
+///                .dhdm, and named in the morph; none when empty. Neither file changes if one cannot be
+///                written.
 std::filesystem::path WriteMorph(const AssetInfo& info, const Modifier& modifier,
                                  const std::filesystem::path& contentDirectory,
-                                 const WriteOptions& options = {});
+                                 const WriteOptions& options = {}, std::string_view detail = {});
 /// @param figure  the figure that the character instantiates: every bone is listed as an instance
 std::filesystem::path WriteCharacter(const CharacterAsset& character, const FigureAsset& figure,
                                      const std::filesystem::path& contentDirectory,

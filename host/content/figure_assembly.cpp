@@ -3,8 +3,10 @@
 
 #include "host/content/figure_assembly.h"
 
+#include "dzapp.h"
 #include "dzbasiccamera.h"
 #include "dzbone.h"
+#include "dzcontentmgr.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
 #include "dzfigure.h"
@@ -20,7 +22,9 @@
 #include "host/content/asset_origin.h"
 #include "host/content/channel_properties.h"
 #include "host/content/definition_nodes.h"
+#include "host/content/dhdm.h"
 #include "host/content/dial_index.h"
+#include "host/content/file_text.h"
 #include "host/content/pending_formulas.h"
 #include "host/figure/deltas_access.h"
 #include "host/figure/mesh_access.h"
@@ -57,6 +61,17 @@ geometry::SparseDeltas WithinMesh(geometry::SparseDeltas deltas, int vertexCount
     deltas.vertices.resize(kept);
     deltas.deltas.resize(kept);
     return deltas;
+}
+
+/// The companion file of a morph: where the morph says, otherwise beside the morph's own file.
+geometry::MultiresDetail ReadDetail(const std::string& url, const std::filesystem::path& morphFile,
+                                    const geometry::Topology& cage)
+{
+    const QString path = ToQ(dson::ParseUri(url).path);
+    std::filesystem::path file = dzApp->getContentMgr()->getAbsolutePath(path, true).toStdString();
+    if (file.empty())
+        file = std::filesystem::path(morphFile).replace_extension(".dhdm");
+    return dson::DecodeDhdm(dson::ReadBytes(file), cage, file.string());
 }
 
 std::string FolderOf(const std::string& path)
@@ -280,6 +295,13 @@ struct FigureAssembly::Impl {
         return shape && shape->getFacetMesh() ? shape->getFacetMesh()->getNumVertices() : 0;
     }
 
+    /// Of a figure with a mesh.
+    std::shared_ptr<const geometry::Topology> baseTopology() const
+    {
+        const auto* const shape = qobject_cast<DzFacetShape*>(root->getObject()->getCurrentShape());
+        return MeshAccess::mesh(*shape->getFacetMesh()).topology;
+    }
+
     void addIfOurs(const dson::Modifier& modifier, const std::shared_ptr<const dson::Document>& file,
                    const std::string& filePath)
     {
@@ -331,6 +353,10 @@ struct FigureAssembly::Impl {
             DeltasAccess::setLoader(*deltas, [path = file.file, id = modifier.id, baseCount] {
                 return WithinMesh(dson::ReadDeltas(path, id), baseCount, path.string());
             });
+        if (!modifier.morph->hdUrl.empty())
+            DeltasAccess::setDetailLoader(*deltas,
+                                          [cage = baseTopology(), url = modifier.morph->hdUrl,
+                                           path = file.file] { return ReadDetail(url, path, *cage); });
         auto morph = std::make_unique<DzMorph>(deltas);
         morph->setName(ToQ(modifier.name));
         morph->setAssetUri(uri);

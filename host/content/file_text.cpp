@@ -17,7 +17,7 @@ namespace dson {
 
 namespace {
 
-std::string ReadBytes(const std::filesystem::path& file)
+std::string ReadStored(const std::filesystem::path& file)
 {
     std::error_code error;
     if (std::filesystem::is_directory(file, error))
@@ -91,11 +91,15 @@ bool StartsWith(const std::string& bytes, std::string_view prefix)
 
 } // namespace
 
+std::string ReadBytes(const std::filesystem::path& file)
+{
+    std::string bytes = ReadStored(file);
+    return IsGzip(bytes) ? Decompress(bytes, file.string(), maxTextSize) : bytes;
+}
+
 std::string ReadText(const std::filesystem::path& file)
 {
     std::string bytes = ReadBytes(file);
-    if (IsGzip(bytes))
-        bytes = Decompress(bytes, file.string(), maxTextSize);
     if (StartsWith(bytes, "\xEF\xBB\xBF"))
         return bytes.substr(3);
     // A JSON text starts with an ASCII character, so a zero byte beside it tells UTF-16 without a mark.

@@ -12,6 +12,11 @@ namespace dson {
 /// A gzip may expand to this many bytes at most; ten times the largest files known.
 constexpr std::size_t maxTextSize = std::size_t{1} << 30;
 
+/// The bytes of a file, expanded if they are a gzip.
+/// @throws geometry::IoError      the file cannot be read
+/// @throws geometry::FormatError  the compressed data is cut off, damaged or too large
+std::string ReadBytes(const std::filesystem::path& file);
+
 /// Reads a file whole, expands gzip, drops a byte-order mark and turns UTF-16 into UTF-8.
 /// @throws geometry::IoError      the file cannot be read
 /// @throws geometry::FormatError  the compressed data is cut off, damaged or too large, or the text is UTF-16

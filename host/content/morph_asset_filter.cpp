@@ -13,8 +13,11 @@
 #include "dzscene.h"
 #include "geometry/errors.h"
 #include "host/content/content_paths.h"
+#include "host/content/dhdm.h"
 #include "host/content/dson_writer.h"
 #include "host/content/morph_export.h"
+#include "host/figure/deltas_access.h"
+#include "host/figure/pipeline.h"
 #include "host/scene/host_log.h"
 
 #include <algorithm>
@@ -78,6 +81,24 @@ std::vector<Wanted> CollectWanted(const DzFileIOSettings& options)
     return all;
 }
 
+/// Of the morph's companion file; empty without detail.
+std::string DetailBytes(const Wanted& wanted)
+{
+    const geometry::MultiresDetail& detail = openhost::DeltasAccess::detail(*wanted.morph->getDeltas());
+    if (detail.empty())
+        return std::string();
+    std::size_t leftOut = 0;
+    std::string bytes =
+        dson::EncodeDhdm(detail, *wanted.node->getObject()->pipeline().base().topology, &leftOut);
+    if (leftOut > 0)
+        openhost::LogWarning(
+            QStringLiteral("%1 displacements of %2 lie behind the fourth corner of a face, where "
+                           "files have no place for them, and are not saved")
+                .arg(leftOut)
+                .arg(wanted.morph->getName()));
+    return bytes;
+}
+
 void Save(const Wanted& wanted, const DzFileIOSettings& options, const std::string& subfolder)
 {
     const std::string assetFolder = openhost::AssetFolder(*wanted.node);
@@ -95,9 +116,12 @@ void Save(const Wanted& wanted, const DzFileIOSettings& options, const std::stri
     info.website = author.getURL().toStdString();
     dson::WriteOptions write;
     write.compress = options.getBoolValue(QLatin1String("CompressOutput"));
+    // A file that could not be read must not be replaced by one without its content.
+    if (!wanted.morph->getDeltas()->loadDeltas())
+        throw geometry::FormatError("the deltas of {} cannot be read", wanted.morph->getName().toStdString());
     const dson::Modifier modifier = openhost::DescribeMorph(*wanted.morph, *wanted.node, wanted.fileName);
     dson::WriteMorph(info, modifier, options.getStringValue(QLatin1String("BaseDataPath")).toStdString(),
-                     write);
+                     write, DetailBytes(wanted));
     const DzUri uri(QString::fromStdString(dson::MakeUri(info.id, modifier.id)));
     wanted.morph->setAssetUri(uri);
     wanted.morph->getDeltas()->setUri(uri);

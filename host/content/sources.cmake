@@ -12,6 +12,7 @@ set(HOST_CONTENT_SOURCES
     content/content_manager.cpp
     content/content_paths.cpp
     content/definition_nodes.cpp
+    content/dhdm.cpp
     content/dial_index.cpp
     content/dson_asset.cpp
     content/dson_emit.cpp

@@ -19,6 +19,7 @@
 #include "host/content/channel_export.h"
 #include "host/figure/deltas_access.h"
 #include "host/figure/mesh_access.h"
+#include "host/scene/host_log.h"
 
 namespace openhost {
 
@@ -269,6 +270,12 @@ dson::Modifier DescribeDial(const UnitDial& dial, const std::string& id, const s
     modifier.presentationType = PresentationType(dial.morph->getPresentation());
     modifier.morph.emplace();
     modifier.morph->deltas = DeltasAccess::deltas(*dial.morph->getDeltas());
+    // Its file would need a place in a content library, which a scene need not have.
+    if (!DeltasAccess::detail(*dial.morph->getDeltas()).empty())
+        LogWarning(
+            QStringLiteral("the detail of %1 for subdivided meshes is not saved with the scene; save it "
+                           "as a morph asset")
+                .arg(dial.morph->getName()));
     modifier.morph->vertexCount = ShapeOf(unit) ? ShapeOf(unit)->getFacetMesh()->getNumVertices() : -1;
     return modifier;
 }
