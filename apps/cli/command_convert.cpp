@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <optional>
 
 #include <sys/resource.h>
 
@@ -27,6 +28,7 @@ struct ConvertArguments {
     std::vector<std::string> content, dials, bases;
     std::string source, target, jobs = "head,body", name, path = "/Gantrel";
     std::string resolution = "base", contentDirectory, vendor, product, exportObj, pictures;
+    std::optional<int> subdLevel;
     bool compress = false, keepTemporary = false, json = false;
 };
 
@@ -58,9 +60,20 @@ void AddOptions(CLI::App& command, ConvertArguments& arguments)
     command.add_option("--path", arguments.path, "Property group of the new dials")
         ->type_name("PATH")
         ->capture_default_str();
-    command.add_option("--resolution", arguments.resolution, "Resolution of the morphs")
-        ->check(CLI::IsMember({"base"}))
+    command
+        .add_option(
+            "--resolution", arguments.resolution,
+            "Resolution of the morphs: base, or subd for those with detail of the source's subdivision "
+            "level, which take longer")
+        ->check(CLI::IsMember({"base", "subd"}))
         ->capture_default_str();
+    command
+        .add_option(
+            "--subd", arguments.subdLevel,
+            "Subdivision level of the source, 1 to 5, with --resolution subd; as its file has it when "
+            "not given")
+        ->type_name("LEVEL")
+        ->check(CLI::Range(1, 5));
     CLI::Option* const library = command
                                      .add_option("--save-library", arguments.contentDirectory,
                                                  "Content directory to save the morphs into")
@@ -152,6 +165,10 @@ ConversionRequest MakeRequest(const ConvertArguments& arguments)
     for (const std::string& base : arguments.bases)
         ParseBase(base, request.bases);
     ParseJobs(arguments.jobs, request);
+    request.isSubdivided = arguments.resolution == "subd";
+    request.subdLevel = arguments.subdLevel;
+    if (request.subdLevel && !request.isSubdivided)
+        throw UsageError("--subd needs --resolution subd");
     request.name = arguments.name;
     request.path = arguments.path;
     if (!arguments.contentDirectory.empty())
@@ -177,6 +194,8 @@ Json Describe(const MorphReport& morph)
               {"path", morph.path},
               {"vertices_moved", morph.verticesMoved},
               {"largest_displacement_mm", Rounded(morph.largestDisplacementMm, 3)}};
+    if (morph.detailVerticesMoved > 0)
+        json["detail_vertices_moved"] = morph.detailVerticesMoved;
     if (!morph.savedFile.empty())
         json["file"] = morph.savedFile;
     return json;
@@ -211,6 +230,8 @@ Json Describe(const ConversionReport& report, const Progress& progress)
               {"clone_shape", report.cloneShape},
               {"active_morphs", report.activeMorphs},
               {"jobs", report.jobs},
+              {"resolution", report.subdLevel ? "subd" : "base"},
+              {"subd_level", report.subdLevel ? Json(*report.subdLevel) : Json(nullptr)},
               {"created_morphs", created},
               {"missing_morphs", missing}};
     json["surface_distance_mm"] = nullptr;

@@ -10,6 +10,7 @@
 #include "apps/cli/progress.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
+#include "dzintproperty.h"
 #include "dzobject.h"
 #include "dzscene.h"
 #include "openhost/operations.h"
@@ -18,6 +19,8 @@
 #include "shared/ks_figure-height.h"
 #include "shared/ks_filtered-save.h"
 #include "shared/ks_property-setting.h"
+
+#include <algorithm>
 
 namespace cli {
 
@@ -87,6 +90,18 @@ std::vector<std::string> MorphNames(const std::string& name)
     return {name, name + " Head", name + " Body"};
 }
 
+/// High resolution, and the wanted level, as a user would set them before a conversion.
+void Subdivide(DzNode& source, const std::optional<int>& level)
+{
+    DzFigure& figure = kst::daz::ResolveToFigure_X(source);
+    kst::daz::SetNodeResolution(figure, kst::daz::NodeResolution::HighResolution, true);
+    if (!level)
+        return;
+    DzIntProperty& control = *kst::daz::FindSubdivisionLevelIntProperty(figure, true);
+    control.setMax(std::max(control.getMax(), *level));
+    control.setValue(*level);
+}
+
 void SelectBoth(DzNode& source, DzNode& target)
 {
     dzScene->selectAllNodes(false);
@@ -113,18 +128,18 @@ void Save(const SaveRequest& save, DzNode& target, const std::vector<GntCreatedM
 }
 
 /// What is wanted besides the morphs. These are safe by then, and a failure says so.
-void WriteExtras(const ConversionRequest& request, const GntParams& params, Progress& progress,
-                 ConversionReport& report)
+void WriteExtras(const ConversionRequest& request, const GntParams& params, GntResolution resolution,
+                 Progress& progress, ConversionReport& report)
 {
     try {
         if (!request.exportObj.empty()) {
             progress.stage("Writing the OBJ file");
-            ExportFigure(params.figTarget, request.exportObj);
+            ExportFigure(params.figTarget, request.exportObj, resolution);
             report.files.push_back(request.exportObj);
         }
         if (!request.pictures.empty()) {
             progress.stage("Drawing the pictures");
-            const std::vector<fs::path> pictures = DrawPictures(params, request.pictures);
+            const std::vector<fs::path> pictures = DrawPictures(params, request.pictures, resolution);
             report.files.insert(report.files.end(), pictures.begin(), pictures.end());
         }
     } catch (const std::exception& error) {
@@ -146,12 +161,17 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     CheckShapesAreWhole(request.source, session.warnings());
     DzNode* const target = session.open(request.target);
     CheckIsTarget(*target, request.target);
+    if (request.isSubdivided)
+        Subdivide(*source, request.subdLevel);
     SelectBoth(*source, *target);
     const std::shared_ptr<GntParams> params = GntConverter::FindSourceAndTargetInSceneSelected_X();
     GntConverter converter(params);
     report.activeMorphs = converter.getActiveMorphCount();
     report.source = DescribeFigure(params->figSource);
     report.target = DescribeFigure(params->figTarget);
+    const GntResolution resolution = request.isSubdivided ? GntResolution::Subd : GntResolution::Base;
+    if (request.isSubdivided)
+        report.subdLevel = params->iSubdLevelSource;
     report.cloneShape = std::string(GntClonePropertyName(params->cloneShape));
     SetBases(*params, request.bases, report.warnings);
 
@@ -164,7 +184,7 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     std::vector<GntCreatedMorph> created;
     {
         const HostStepsAsStages steps(progress);
-        created = converter.run_X(GntResolution::Base, label, paths, names, jobs, missing);
+        created = converter.run_X(resolution, label, paths, names, jobs, missing);
     }
     for (const auto& morph : missing)
         report.missing.emplace_back(morph.first, morph.second);
@@ -180,8 +200,8 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     }
     WearMorphs(created);
     if (MakesWholeFigure(jobs))
-        report.distance = MeasureDistance(*params);
-    WriteExtras(request, *params, progress, report);
+        report.distance = MeasureDistance(*params, resolution);
+    WriteExtras(request, *params, resolution, progress, report);
     progress.finish();
     const std::vector<std::string> warnings = session.warnings();
     report.warnings.insert(report.warnings.end(), warnings.begin(), warnings.end());

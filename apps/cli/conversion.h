@@ -36,6 +36,8 @@ struct ConversionRequest {
     bool full = false, head = true, body = true;
     std::string name; ///< of the morphs; empty for the product's default
     std::string path = "/Gantrel";
+    bool isSubdivided = false;    ///< the morphs hold detail of the source's subdivision level
+    std::optional<int> subdLevel; ///< the level to bring the source to; as its file has it when not given
     std::optional<SaveRequest> save;
     std::filesystem::path exportObj; ///< empty for none
     std::filesystem::path pictures;  ///< folder; empty for none
@@ -50,7 +52,8 @@ struct FigureReport {
 
 struct MorphReport {
     std::string name, label, kind, path;
-    std::size_t verticesMoved = 0;
+    std::size_t verticesMoved = 0;       ///< of the cage
+    std::size_t detailVerticesMoved = 0; ///< of all subdivision levels
     double largestDisplacementMm = 0.0;
     std::string savedFile; ///< empty if not saved
 };
@@ -60,6 +63,7 @@ struct ConversionReport {
     std::string cloneShape;
     std::vector<std::string> jobs;
     std::size_t activeMorphs = 0;
+    std::optional<int> subdLevel; ///< without one, the morphs are of base resolution
     std::vector<MorphReport> created;
     std::vector<std::pair<std::string, double>> missing; ///< morphs lost on the way, with their values
     /// Vertices of either figure to the surface of the other, both in the pose of the conversion; cm. Only

@@ -54,16 +54,21 @@ private:
     std::vector<std::pair<DzFloatProperty*, float>> _saved;
 };
 
-/// Switches a figure to its cage for a while.
-class AtBaseResolution {
+/// Switches a figure to the resolution of the conversion for a while.
+class AtResolution {
 public:
-    explicit AtBaseResolution(const DzNode& node) : _node(node), _before(kst::daz::GetNodeResolution(node))
+    AtResolution(const DzNode& node, GntResolution resolution)
+        : _node(node), _before(kst::daz::GetNodeResolution(node))
     {
-        kst::daz::SetNodeResolution(_node, kst::daz::NodeResolution::BaseResolution, false);
+        kst::daz::SetNodeResolution(_node,
+                                    resolution == GntResolution::Base
+                                        ? kst::daz::NodeResolution::BaseResolution
+                                        : kst::daz::NodeResolution::HighResolution,
+                                    false);
     }
-    ~AtBaseResolution() { kst::daz::SetNodeResolution(_node, _before, false); }
-    AtBaseResolution(const AtBaseResolution&) = delete;
-    AtBaseResolution& operator=(const AtBaseResolution&) = delete;
+    ~AtResolution() { kst::daz::SetNodeResolution(_node, _before, false); }
+    AtResolution(const AtResolution&) = delete;
+    AtResolution& operator=(const AtResolution&) = delete;
 
 private:
     const DzNode& _node;
@@ -131,6 +136,8 @@ MorphReport DescribeMorph(DzFigure& target, const GntCreatedMorph& morph)
     const DzMorph& made = kst::MorphList::FindMorph_X(target, morph.name);
     const geometry::SparseDeltas& deltas = openhost::DeltasAccess::deltas(*made.getDeltas());
     report.verticesMoved = deltas.size();
+    for (const geometry::DetailLevel& level : openhost::DeltasAccess::detail(*made.getDeltas()).levels)
+        report.detailVerticesMoved += level.size();
     report.largestDisplacementMm = 10.0 * geometry::LargestLength(deltas);
     return report;
 }
@@ -155,9 +162,9 @@ void WearMorphs(const std::vector<GntCreatedMorph>& created)
         morph.property->setValue(!hasFull || morph.kind == GntFull ? 1.0f : 0.0f);
 }
 
-geometry::DistanceSummary MeasureDistance(const GntParams& params)
+geometry::DistanceSummary MeasureDistance(const GntParams& params, GntResolution resolution)
 {
-    const AtBaseResolution source(params.figSource), target(params.figTarget);
+    const AtResolution source(params.figSource, resolution), target(params.figTarget, resolution);
     TemporaryValues values;
     PlaceForComparison(params, values);
     const geometry::PolygonMeshView a = WorldMesh(params.figSource), b = WorldMesh(params.figTarget);
@@ -167,20 +174,20 @@ geometry::DistanceSummary MeasureDistance(const GntParams& params)
     return geometry::Summarize(std::move(distances));
 }
 
-void ExportFigure(DzFigure& figure, const fs::path& file)
+void ExportFigure(DzFigure& figure, const fs::path& file, GntResolution resolution)
 {
-    const AtBaseResolution cage(figure);
+    const AtResolution shown(figure, resolution);
     geometry::ObjPart part;
     part.mesh = WorldMesh(figure);
     part.name = figure.getLabel().toStdString();
     geometry::WriteObj(file, {&part, 1});
 }
 
-std::vector<fs::path> DrawPictures(const GntParams& params, const fs::path& folder)
+std::vector<fs::path> DrawPictures(const GntParams& params, const fs::path& folder, GntResolution resolution)
 {
     using geometry::View;
     fs::create_directories(folder);
-    const AtBaseResolution source(params.figSource), target(params.figTarget);
+    const AtResolution source(params.figSource, resolution), target(params.figTarget, resolution);
     TemporaryValues values;
     PlaceForComparison(params, values);
     const geometry::PolygonMeshView a = WorldMesh(params.figSource), b = WorldMesh(params.figTarget);

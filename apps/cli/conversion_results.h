@@ -21,14 +21,15 @@ void AddSavedFiles(DzFigure& target, const std::filesystem::path& library, Conve
 void WearMorphs(const std::vector<GntCreatedMorph>& created);
 bool MakesWholeFigure(GntJobs jobs);
 
-/// Source against target in the place and pose of the conversion, at base resolution. Both are put back.
-geometry::DistanceSummary MeasureDistance(const GntParams& params);
+/// Source against target in the place, pose and resolution of the conversion. Both are put back.
+geometry::DistanceSummary MeasureDistance(const GntParams& params, GntResolution resolution);
 
 /// @throws geometry::IoError  the file cannot be written
-void ExportFigure(DzFigure& figure, const std::filesystem::path& file);
+void ExportFigure(DzFigure& figure, const std::filesystem::path& file, GntResolution resolution);
 
 /// Source and target, and both side by side from several directions.
 /// @return the files
-std::vector<std::filesystem::path> DrawPictures(const GntParams& params, const std::filesystem::path& folder);
+std::vector<std::filesystem::path> DrawPictures(const GntParams& params, const std::filesystem::path& folder,
+                                                GntResolution resolution);
 
 } // namespace cli
