@@ -19,6 +19,7 @@
 #include "host/figure/deltas_access.h"
 #include "host/figure/mesh_access.h"
 #include "host/figure/pipeline.h"
+#include "host/scene/host_log.h"
 #include "host/tools/morph_split.h"
 #include "host/tools/obj_options.h"
 #include "host/tools/reverse_deformation.h"
@@ -318,6 +319,8 @@ MorphLoadReport Report(const MorphLoadSettings& settings, Work work)
     } catch (const std::exception& error) {
         report.problems << EffectiveMorphName(settings) + QLatin1String(": ") +
                                QString::fromStdString(error.what());
+        // Callers may throw the report away.
+        LogWarning(report.problems.last());
     }
     return report;
 }

@@ -3,6 +3,7 @@
 
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
+#include "dzintproperty.h"
 #include "plugin/gnt_convert-figure.h"
 #include "shared/ks_daz-helpers.h"
 #include "tests/host/host_fixture.h"
@@ -11,6 +12,7 @@
 #include <QRegularExpression>
 
 #include <ostream>
+#include <tuple>
 
 namespace {
 
@@ -73,7 +75,7 @@ private:
         else if (lines.back() != former)
             lines.push_back(former);
     }
-    /// Loading gives nodes their labels, too.
+    /// Loading gives nodes their labels and levels, too.
     static bool isDrivers(const QString& detail)
     {
         return detail.contains(QLatin1String("Vera")) || detail.contains(QLatin1String("Target ")) ||
@@ -81,9 +83,9 @@ private:
     }
     static bool isDial(const QString& detail)
     {
-        static const QRegularExpression dials(
-            QStringLiteral("^(Genesis\\w+\\.(YTranslate|lodlevel)|[lr]_thigh\\.ZRotate|Clone\\w+\\.Value|"
-                           "Temporary high-res morph\\.Value|tempg9-\\w+\\.lodlevel)="));
+        static const QRegularExpression dials(QStringLiteral(
+            "^(Genesis\\w+\\.(YTranslate|lodlevel|SubDIALevel(?==2))|[lr]_thigh\\.ZRotate|Clone\\w+\\.Value|"
+            "Temporary high-res morph\\.Value|tempg9-\\w+\\.lodlevel)="));
         return dials.match(detail).hasMatch();
     }
     static QString normal(QString detail)
@@ -103,10 +105,23 @@ void Append(Lines& lines, const Lines& more)
     lines.insert(lines.end(), more.begin(), more.end());
 }
 
-Lines LoadedAs(const std::string& file, const std::string& label)
+/// The level is the source's own, which is none that figures have by themselves.
+const int subdLevel = 2;
+
+/// A figure at the resolution of the conversion.
+Lines Resolved(GntResolution resolution)
 {
-    return {"openFile " + file, "select " + label, "property figure.lodlevel=0",
-            "visible " + label + "=false", "visible " + label + "=true"};
+    if (resolution == GntResolution::Base)
+        return {"property figure.lodlevel=0"};
+    return {"property figure.lodlevel=1", "property figure.SubDIALevel=" + std::to_string(subdLevel)};
+}
+
+Lines LoadedAs(const std::string& file, const std::string& label, GntResolution resolution)
+{
+    Lines lines{"openFile " + file, "select " + label};
+    Append(lines, Resolved(resolution));
+    Append(lines, {"visible " + label + "=false", "visible " + label + "=true"});
+    return lines;
 }
 
 Lines Thighs(const Kind& kind, const std::string& degrees, const std::string& other)
@@ -116,19 +131,16 @@ Lines Thighs(const Kind& kind, const std::string& degrees, const std::string& ot
     return {"property l_thigh.ZRotate=" + degrees, "property r_thigh.ZRotate=" + other};
 }
 
-Lines ExpectedUpToTheMorphs(const Kind& kind)
+Lines ExpectedUpToTheMorphs(const Kind& kind, GntResolution resolution)
 {
     const std::string file = kind.file;
-    Lines lines{"progress Adjusting target G9 before creating morphs",
-                "property figure.YTranslate=0",
-                "rename Vera -> Vera-*",
-                "property figure.lodlevel=0",
-                "progress Exporting source as OBJ",
-                "select Vera-*",
-                "export tempg8-src1-*.obj",
-                "export tempg8-src2-*.obj",
-                "progress Loading stock figure for morph conversion"};
-    Append(lines, LoadedAs(file.substr(file.rfind('/') + 1), kind.label));
+    Lines lines{"progress Adjusting target G9 before creating morphs", "property figure.YTranslate=0",
+                "rename Vera -> Vera-*"};
+    if (resolution == GntResolution::Base)
+        lines.push_back("property figure.lodlevel=0");
+    Append(lines, {"progress Exporting source as OBJ", "select Vera-*", "export tempg8-src1-*.obj",
+                   "export tempg8-src2-*.obj", "progress Loading stock figure for morph conversion"});
+    Append(lines, LoadedAs(file.substr(file.rfind('/') + 1), kind.label, resolution));
     Append(lines,
            {"progress Exporting stock figure as OBJ for morph conversion", "export tempg8-tgt-*.obj",
             "progress Removing stock figure", std::string("remove ") + kind.label,
@@ -136,7 +148,7 @@ Lines ExpectedUpToTheMorphs(const Kind& kind)
             "progress Creating converted morph", "createMorph Temporary high-res morph",
             "progress Dialing up converted morph", "property Temporary high-res morph.Value=1",
             "progress Loading temporary G9 for fit suit", "rename Genesis 9 -> Target * (Genesis 9)"});
-    Append(lines, LoadedAs("Genesis 9 Dev Load.duf", "Genesis 9"));
+    Append(lines, LoadedAs("Genesis 9 Dev Load.duf", "Genesis 9", resolution));
     Append(lines, {std::string("property ") + kind.clone + ".Value=1"});
     Append(lines, Thighs(kind, "6.5", "-6.5"));
     Append(lines, {"rename Genesis 9 -> Genesis 9 temp for fit suit",
@@ -160,8 +172,8 @@ Lines ExpectedUpToTheMorphs(const Kind& kind)
                    "select tempg9-*",
                    "export rigged-for-mlp-*.obj",
                    "remove tempg9-*",
-                   "progress Adjusting target G9 before creating morphs",
-                   "property figure.lodlevel=0"});
+                   "progress Adjusting target G9 before creating morphs"});
+    Append(lines, Resolved(resolution));
     Append(lines, Thighs(kind, "6.5", "-6.5"));
     Append(lines, {"rename Target * (Genesis 9) -> Vera converted to G9"});
     return lines;
@@ -215,29 +227,33 @@ std::string Text(const Lines& lines)
     return text;
 }
 
-class ConversionTrace : public testing::TestWithParam<Kind> {
+class ConversionTrace : public testing::TestWithParam<std::tuple<Kind, GntResolution>> {
 protected:
     void SetUp() override
     {
         TestHost().reset();
         AddMiniLibrary();
-        source = &LoadMini(GetParam().file);
+        source = &LoadMini(kind().file);
         target = &LoadMini("People/Genesis 9/Genesis 9.duf");
-        if (GetParam().assetUri)
-            source->setAssetUri(DzUri(QLatin1String(GetParam().assetUri)));
+        if (kind().assetUri)
+            source->setAssetUri(DzUri(QLatin1String(kind().assetUri)));
         source->setLabel(QStringLiteral("Vera"));
         kst::daz::FindFloatProperty(*source, kst::daz::PropertyLocation::Any, "Wide", true)->setValue(1.0f);
+        kst::daz::FindSubdivisionLevelIntProperty(*source, true)->setValue(subdLevel);
         dzScene->selectAllNodes(false);
         source->select(true);
         target->select(true);
     }
+
+    static const Kind& kind() { return std::get<0>(GetParam()); }
+    static GntResolution resolution() { return std::get<1>(GetParam()); }
 
     static Lines traceOf(GntJobs jobs)
     {
         GntConverter converter(GntConverter::FindSourceAndTargetInSceneSelected_X());
         GntMissingMorphs missing;
         const Trace trace;
-        converter.run_X(GntResolution::Base, converter.makeConvertedLabel(), Lines(3, "/G"),
+        converter.run_X(resolution(), converter.makeConvertedLabel(), Lines(3, "/G"),
                         {"Full", "Head", "Body"}, jobs, missing);
         return trace.lines;
     }
@@ -254,18 +270,23 @@ TEST_P(ConversionTrace, is_the_same_for_every_set_of_jobs)
             if (bits & static_cast<int>(flag))
                 jobs.set(flag);
         SetUp();
-        Lines expected = ExpectedUpToTheMorphs(GetParam());
+        Lines expected = ExpectedUpToTheMorphs(kind(), resolution());
         Append(expected, ExpectedMorphs(jobs));
-        Append(expected, Thighs(GetParam(), "0", "0"));
-        Append(expected,
-               {"property figure.YTranslate=0", "rename Vera-* -> Vera", "property figure.lodlevel=1"});
+        Append(expected, Thighs(kind(), "0", "0"));
+        Append(expected, {"property figure.YTranslate=0", "rename Vera-* -> Vera"});
+        if (resolution() == GntResolution::Base)
+            expected.push_back("property figure.lodlevel=1");
         EXPECT_EQ(Text(traceOf(jobs)), Text(expected)) << "jobs " << bits;
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Sources, ConversionTrace, testing::ValuesIn(kinds),
-                         [](const testing::TestParamInfo<Kind>& tested) {
-                             return std::string(tested.param.name);
+INSTANTIATE_TEST_SUITE_P(Sources, ConversionTrace,
+                         testing::Combine(testing::ValuesIn(kinds),
+                                          testing::Values(GntResolution::Base, GntResolution::Subd)),
+                         [](const testing::TestParamInfo<std::tuple<Kind, GntResolution>>& tested) {
+                             return std::string(std::get<0>(tested.param).name) +
+                                    (std::get<1>(tested.param) == GntResolution::Base ? "AtBase"
+                                                                                      : "Subdivided");
                          });
 
 } // namespace
