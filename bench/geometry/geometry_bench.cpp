@@ -3,6 +3,7 @@
 
 #include "geometry/deltas.h"
 #include "geometry/morph_transfer.h"
+#include "geometry/multires_detail.h"
 #include "geometry/normals.h"
 #include "geometry/obj.h"
 #include "geometry/picture.h"
@@ -141,6 +142,33 @@ void SubdivisionFitCage(benchmark::State& state, const PolygonMesh& mesh, int le
         benchmark::DoNotOptimize(subdivision.fit(fine, level, mesh.positions));
 }
 
+std::vector<Vec3f> Bumped(std::vector<Vec3f> fine)
+{
+    for (Vec3f& p : fine)
+        p += {std::sin(9 * p.y), std::sin(9 * p.z), std::sin(9 * p.x)};
+    return fine;
+}
+
+void DetailSplit(benchmark::State& state, const PolygonMesh& mesh, int level)
+{
+    const Subdivision subdivision(mesh.topology, level);
+    const std::vector<Vec3f> fine = Bumped(subdivision.refine(mesh.positions, 0, level));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(SplitDetail(subdivision, fine, level, mesh.positions, {}, 0.001f));
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(fine.size()));
+}
+
+void DetailRefine(benchmark::State& state, const PolygonMesh& mesh, int level)
+{
+    const Subdivision subdivision(mesh.topology, level);
+    const std::vector<Vec3f> fine = Bumped(subdivision.refine(mesh.positions, 0, level));
+    const MultiresDetail detail = SplitDetail(subdivision, fine, level, mesh.positions, {}, 0.001f);
+    const ActiveDetail active{&detail};
+    for (auto _ : state)
+        benchmark::DoNotOptimize(RefineWithDetail(subdivision, mesh.positions, level, {&active, 1}));
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(fine.size()));
+}
+
 void TreeBuild(benchmark::State& state, const PolygonMesh& mesh)
 {
     for (auto _ : state)
@@ -256,6 +284,8 @@ void RegisterAll()
         Register("subdivision_build" + suffix, SubdivisionBuild, target, level);
         Register("subdivision_refine" + suffix, SubdivisionRefine, target, level);
         Register("subdivision_fit_cage" + suffix, SubdivisionFitCage, target, level);
+        Register("detail_split" + suffix, DetailSplit, target, level);
+        Register("detail_refine" + suffix, DetailRefine, target, level);
     }
     Register("skin/linear/25k", Skinning, target, SkinMode::Linear, false);
     Register("skin/dual_quaternion/25k", Skinning, target, SkinMode::DualQuaternion, false);
