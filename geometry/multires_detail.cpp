@@ -57,11 +57,12 @@ std::vector<std::uint32_t> NamingCorners(const Topology& topology, int level, Sp
 std::vector<std::vector<Vec3f>> LevelGoals(const Subdivision& subdivision, Span<const Vec3f> fine, int level,
                                            Span<const Vec3f> cage)
 {
+    constexpr double accuracy = 1e-3; // finer levels make up for the rest
     std::vector<std::vector<Vec3f>> goals(static_cast<std::size_t>(level) + 1);
     goals.back().assign(fine.begin(), fine.end());
     for (int l = level - 1; l >= 1; --l) {
         const std::size_t i = static_cast<std::size_t>(l);
-        goals[i] = subdivision.fit(goals[i + 1], l + 1, subdivision.refine(cage, 0, l), l);
+        goals[i] = subdivision.fit(goals[i + 1], l + 1, subdivision.refine(cage, 0, l), l, accuracy);
     }
     return goals;
 }

@@ -299,12 +299,12 @@ public:
 
     /// Conjugate gradients. The correction is held back very gently, which decides what the fine shape leaves
     /// open, such as vertices that no face uses.
-    Values solve(const Values& misfit) const
+    Values solve(const Values& misfit, double accuracy) const
     {
         Values residual = gather(misfit);
         Values solution(residual.size()), direction = residual;
         double error = DotProduct(residual, residual);
-        const double enough = error * tolerance * tolerance;
+        const double enough = error * accuracy * accuracy;
         for (int step = 0; step < maxSteps && error > enough; ++step) {
             Values image = gather(refine(direction));
             AddScaled(image, restraint, direction);
@@ -322,7 +322,6 @@ public:
 
 private:
     static constexpr double restraint = 1e-6; ///< beside diagonal entries of about one and more
-    static constexpr double tolerance = 1e-5; ///< of the residual: a micrometre in a misfit of 10 cm
     static constexpr int maxSteps = 200;
 
     const std::vector<Level>& _levels;
@@ -380,7 +379,7 @@ std::vector<float> Subdivision::refine(Span<const float> values, int fromLevel, 
 }
 
 std::vector<Vec3f> Subdivision::fit(Span<const Vec3f> fine, int fineLevel, Span<const Vec3f> start,
-                                    int startLevel) const
+                                    int startLevel, double accuracy) const
 {
     const std::vector<Vec3f> refined = refine(start, startLevel, fineLevel);
     if (fine.size() != refined.size())
@@ -390,7 +389,7 @@ std::vector<Vec3f> Subdivision::fit(Span<const Vec3f> fine, int fineLevel, Span<
     for (std::size_t v = 0; v < fine.size(); ++v)
         misfit[v] = fine[v] - refined[v];
     const LevelFit fit(_impl->levels, _impl->transposedBetween(startLevel, fineLevel), startLevel, fineLevel);
-    const Values correction = fit.solve(misfit);
+    const Values correction = fit.solve(misfit, accuracy);
     std::vector<Vec3f> coarse(start.begin(), start.end());
     for (std::size_t v = 0; v < coarse.size(); ++v)
         coarse[v] += correction[v];

@@ -41,9 +41,11 @@ public:
     /// between the two levels, conjugate gradients from the given start).
     /// @param fine   one per vertex of fineLevel; cm
     /// @param start  one per vertex of startLevel; the coarse shape to begin at
+    /// @param accuracy  of the misfit that could still be removed, the share at which to stop; the default
+    ///                  leaves a micrometre of 10 cm
     /// @throws TopologyError  a number of values is not its level's vertex count
-    std::vector<Vec3f> fit(Span<const Vec3f> fine, int fineLevel, Span<const Vec3f> start,
-                           int startLevel = 0) const;
+    std::vector<Vec3f> fit(Span<const Vec3f> fine, int fineLevel, Span<const Vec3f> start, int startLevel = 0,
+                           double accuracy = 1e-5) const;
 
 private:
     struct Impl;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "dzenumproperty.h"
+#include "dzerror.h"
 #include "dzfacetshape.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
@@ -349,4 +350,14 @@ TEST_F(DetailOnDisk, goes_from_the_morph_that_is_saved_again_without_it)
     save(figure);
     EXPECT_FALSE(
         nlohmann::json::parse(ReadBytes(morphFile()))["modifier_library"][0]["morph"].contains("hd_url"));
+}
+
+TEST_F(DetailOnDisk, is_left_out_of_saved_scenes_and_the_log_says_so)
+{
+    addUp(openSubdivided());
+    const fs::path scene = folder("scenes") / "Up.duf";
+    EXPECT_EQ(dzScene->saveScene(QString::fromStdString(scene.string())), DZ_NO_ERROR);
+    EXPECT_TRUE(log().contains(QStringLiteral(
+        "the detail of Up for subdivided meshes is not saved with the scene; save it as a morph asset")))
+        << log().toStdString();
 }
