@@ -87,6 +87,8 @@ bool DzContentMgr::openFile(const QString& fullPath, bool merge)
     try {
         if (IsNative(fullPath) && QFileInfo(fullPath).isFile()) {
             const bool replace = !merge && !shouldMerge(fullPath);
+            if (replace && !openhost::AllowOperation("replaceScene", fullPath))
+                return false;
             return openhost::LoadIntoScene(_impl->library, ToPath(fullPath), replace);
         }
         if (Import(fullPath, &reason))

@@ -362,7 +362,9 @@ struct FigureAssembly::Impl {
         morph->setAssetUri(uri);
         morph->setPresentation(MakePresentation(modifier.presentationType).release());
         DzFloatProperty& dial = *morph->getValueControl();
-        root->getObject()->addModifier(morph.release());
+        if (root->getObject()->addModifier(morph.get()) != DZ_NO_ERROR)
+            return;
+        morph.release();
         ApplyDial(dial, modifier);
         if (!uri.isEmpty())
             SetAsDefined(dial);

@@ -130,6 +130,20 @@ void RemoveDForm(DzDForm& former)
             dzScene->removeNode(part);
 }
 
+/// All of its parts, or none; none of them is left then.
+void AddDForm(DzDForm& former)
+{
+    const QString name = former.getLabel();
+    std::vector<DzNode*> missing{&former, former.getBase(), former.getZone()};
+    while (!missing.empty() && dzScene->addNode(missing.front()))
+        missing.erase(missing.begin());
+    if (missing.empty())
+        return;
+    RemoveDForm(former);
+    qDeleteAll(missing);
+    throw geometry::Error(name.toStdString() + " cannot be added to the scene");
+}
+
 /// One value on its way to its dial; the dial may be gone after a question.
 struct PresetValue {
     QPointer<DzNumericProperty> property;
@@ -298,11 +312,9 @@ void ApplyDForm(const dson::Document& preset, DzNode& node, const DFormLoadOptio
     zone->setName(name + QLatin1String(" Field"));
     zone->setLabel(zone->getName());
     zone->setInfluenceMode(DzDFormZone::WeightMap);
-    for (DzNode* const part :
-         {static_cast<DzNode*>(former), static_cast<DzNode*>(base), static_cast<DzNode*>(zone)})
-        dzScene->addNode(part);
     former->setBase(base);
     former->setZone(zone);
+    AddDForm(*former);
     if (DzDFormModifier* const modifier = former->applyToNode(&node))
         modifier->setInfluenceWeights(weights);
 }

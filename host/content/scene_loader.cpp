@@ -368,13 +368,14 @@ private:
             figure.assembly.connectFormulas(elsewhere);
         std::vector<DzNode*> tops;
         for (Loaded& figure : _figures) {
-            DzNode* const root = figure.assembly.takeRoot().release();
+            std::unique_ptr<DzNode> root = figure.assembly.takeRoot();
             if (figure.parent)
-                figure.parent->addNodeChild(root, figure.instance->inPlace);
-            else
-                dzScene->addNode(root);
+                figure.parent->addNodeChild(root.get(), figure.instance->inPlace);
+            else if (!dzScene->addNode(root.get()))
+                throw geometry::Error(root->getLabel().toStdString() + " cannot be added to the scene");
             if (figure.isTop)
-                tops.push_back(root);
+                tops.push_back(root.get());
+            root.release();
         }
         return tops;
     }

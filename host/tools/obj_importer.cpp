@@ -95,8 +95,10 @@ DzError DzObjImporter::read(const QString& filename, const DzFileIOSettings* opt
             throw geometry::FormatError("{}: holds no vertices", filename.toStdString());
         if (used.getBoolValue(QLatin1String("AutoAdapt")))
             AdaptToScene(content.mesh);
-        DzNode* const node = MakeProp(QFileInfo(filename).completeBaseName(), std::move(content)).release();
-        dzScene->addNode(node);
+        std::unique_ptr<DzNode> made = MakeProp(QFileInfo(filename).completeBaseName(), std::move(content));
+        if (!dzScene->addNode(made.get()))
+            return DZ_OPERATION_FAILED_ERROR;
+        DzNode* const node = made.release();
         addImportedNode(node);
         dzScene->selectAllNodes(false);
         dzScene->setPrimarySelection(node);

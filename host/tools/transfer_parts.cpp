@@ -185,10 +185,12 @@ void TransferMorphTo(const geometry::SurfaceMap& map, const DzMorph& morph, cons
     const Eigen::Matrix3d inverse = WorldTransform(target).linear.inverse();
     const std::vector<Vec3f> deltas = Turned(map.transfer(sourceDeltas), inverse);
     if (!present) {
-        present = new DzMorph;
-        present->setName(morph.getName());
-        present->setLabel(morph.getLabel());
-        object.addModifier(present);
+        auto made = std::make_unique<DzMorph>();
+        made->setName(morph.getName());
+        made->setLabel(morph.getLabel());
+        if (object.addModifier(made.get()) != DZ_NO_ERROR)
+            return;
+        present = made.release();
         DzFloatProperty& dial = *present->getValueControl();
         const DzFloatProperty& model = *morph.getValueControl();
         dial.setPath(model.getPath());

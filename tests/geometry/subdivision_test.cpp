@@ -100,8 +100,7 @@ TEST(FitCage, leaves_a_fitting_cage_and_a_loose_vertex_alone)
 {
     const PolygonMesh mesh = shapes::LooseVertex();
     const Subdivision subdivision(mesh.topology, 2);
-    EXPECT_EQ(subdivision.fit(subdivision.refine(mesh.positions, 0, 2), 2, mesh.positions),
-              mesh.positions);
+    EXPECT_EQ(subdivision.fit(subdivision.refine(mesh.positions, 0, 2), 2, mesh.positions), mesh.positions);
 }
 
 TEST(Subdivision, refuses_what_does_not_fit)

@@ -10,8 +10,10 @@ namespace openhost {
 /// Asked before every operation that changes the scene or writes a file.
 ///
 /// Operations: "select", "add", "remove", "rename", "visible", "property", "morph", "export", "import",
-/// "openFile", "saveAsset", "createMorph", "transfer". The detail names the object and what is done to it.
-/// "progress" tells the text that a progress display shows from now on and cannot be refused.
+/// "openFile", "replaceScene", "saveAsset", "createMorph", "transfer". The detail names the object and what
+/// is done to it. "replaceScene" follows "openFile" when the scene is to be emptied for the file; its
+/// listener may ask the user. "progress" tells the text that a progress display shows from now on and cannot
+/// be refused.
 class OperationListener {
 public:
     virtual ~OperationListener();
