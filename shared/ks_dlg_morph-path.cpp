@@ -1,0 +1,68 @@
+// A picker for the property-group path of a new morph.
+// SPDX-License-Identifier: MIT
+
+#include "shared/ks_dlg_morph-path.h"
+
+#include "shared/ks_product.h"
+#include "shared/ks_string.h"
+
+#include "ui_ks_dlg_morph-path.h"
+
+#include <algorithm>
+
+#include <QFontMetrics>
+#include <QPushButton>
+
+namespace kst {
+
+namespace {
+
+// What the tree shows at least.
+const int fewestColumns = 16;
+const int fewestLines = 4;
+
+} // namespace
+
+class MorphPathDialog::Impl {
+public:
+    Ui_MorphPathDialog ui;
+};
+
+MorphPathDialog::MorphPathDialog(QWidget* parent, DzNode& node, std::string_view initialPath,
+                                 const char* windowPosKey)
+    : MorphPathDialogBase(parent), _pImpl(new Impl)
+{
+    Ui_MorphPathDialog& ui = _pImpl->ui;
+    ui.setupUi(this);
+    initCommon("Morph property path", str::ToQ(product::TITLE), QLatin1String(windowPosKey));
+    makeRoom();
+    connectButtonBox(ui.pButtonBox);
+    initializePropertyPaths(*ui.pTreeWidgetPropertyPaths, *ui.pledMorphPropertyPath);
+    insertPropertyPaths(node, str::ExplodeVector(initialPath, "/", false, false));
+    // The tree would make its first item the current one if it got the focus without having one.
+    ui.pledMorphPropertyPath->setFocus();
+}
+
+MorphPathDialog::~MorphPathDialog() = default;
+
+void MorphPathDialog::makeRoom()
+{
+    const Ui_MorphPathDialog& ui = _pImpl->ui;
+    const QFontMetrics metrics = fontMetrics();
+    ui.pTreeWidgetPropertyPaths->setMinimumSize(fewestColumns * metrics.averageCharWidth(),
+                                                fewestLines * metrics.lineSpacing());
+    const int width = std::max(this->width(), layout()->minimumSize().width());
+    setMinimumSize(width, ui.verticalLayout->minimumHeightForWidth(width));
+}
+
+std::string MorphPathDialog::getPropertyPathFromLineEdit() const
+{
+    return str::ToStd(_pImpl->ui.pledMorphPropertyPath->text());
+}
+
+void MorphPathDialog::enableDisableWidgets()
+{
+    _pImpl->ui.pButtonBox->button(QDialogButtonBox::Ok)->setEnabled(isPropertyPathValid());
+}
+
+} // namespace kst
