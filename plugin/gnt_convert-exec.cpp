@@ -2,30 +2,21 @@
 // SPDX-License-Identifier: MIT
 
 #include "plugin/gnt_convert-impl.h"
-#include "plugin/gnt_forms.h"
+#include "plugin/gnt_dialog-forms.h"
+#include "plugin/gnt_outcome-texts.h"
 
 #include "shared/ks_debug.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
 
 #include <QElapsedTimer>
 
 namespace {
 
-GntForms* forms = nullptr;
+GntForms* givenForms = nullptr;
 
-/// The doubled list items are part of the text that the success dialog shows.
-std::string MissingNote(const GntMissingMorphs& missing)
+GntForms& CurrentForms()
 {
-    if (missing.empty())
-        return std::string();
-    std::vector<std::string> items;
-    for (const auto& morph : missing)
-        items.push_back(fmt::format("<li>{} ({:03.1f}%)</li>", morph.first, morph.second * 100.0f));
-    return fmt::format("<p><b>Note:</b> The following morphs had non-zero values in the source figure but "
-                       "could not be found in the target figure created by the Transfer "
-                       "Utility:</p><ul><li>{}</li></ul>",
-                       kst::str::Implode("</li><li>", items));
+    static GntDialogForms dialogs;
+    return givenForms ? *givenForms : dialogs;
 }
 
 } // namespace
@@ -33,9 +24,9 @@ std::string MissingNote(const GntMissingMorphs& missing)
 GntConvertForm::~GntConvertForm() = default;
 GntForms::~GntForms() = default;
 
-void GntConverter::SetForms(GntForms* newForms)
+void GntConverter::SetForms(GntForms* forms)
 {
-    forms = newForms;
+    givenForms = forms;
 }
 
 void GntConverter::Exec_X(QWidget* parent)
@@ -44,10 +35,9 @@ void GntConverter::Exec_X(QWidget* parent)
     const std::shared_ptr<GntParams> params = FindSourceAndTargetInSceneSelected_X();
     GntConverter converter(params);
     const std::string label = converter.makeConvertedLabel();
-    if (!forms)
-        throw kst::Exception("there is no convert dialog");
-    const std::unique_ptr<GntConvertForm> form =
-        forms->makeConvertForm({parent, params, converter.getActiveMorphCount(), label});
+    GntForms& forms = CurrentForms();
+    std::unique_ptr<GntConvertForm> form = forms.makeConvertForm(
+        {parent, params, converter.getActiveMorphCount(), label, &converter._pImpl->settings});
     if (!form->exec())
         return;
     const std::vector<std::string> paths = form->getMorphPaths();
@@ -57,11 +47,11 @@ void GntConverter::Exec_X(QWidget* parent)
     const GntResolution resolution = form->getResolution();
     const std::vector<std::string> names = form->getMorphNames();
     const GntJobs jobs = form->getJobs();
+    form.reset(); // nothing that it had still to do may touch the figures from here on
     GntMissingMorphs missing;
     const std::vector<GntCreatedMorph> created =
         converter.run_X(resolution, label, paths, names, jobs, missing);
-    const std::string note = MissingNote(missing);
-    const std::string elapsed =
-        kst::str::FormatSecondsElapsed(static_cast<std::uint64_t>(timer.elapsed() / 1000));
-    forms->showSuccess({parent, params, created, elapsed, note});
+    const std::string note = GntMissingNote(missing);
+    const std::string elapsed = GntElapsedText(timer.elapsed());
+    forms.showSuccess({parent, params, created, elapsed, note});
 }

@@ -3,6 +3,7 @@
 
 #include "plugin/gnt_convert-impl.h"
 
+#include "shared/ks_app-setting.h"
 #include "shared/ks_assert.h"
 #include "shared/ks_daz-managers.h"
 #include "shared/ks_debug.h"
@@ -159,6 +160,10 @@ GntConverter::Impl::Impl(std::shared_ptr<GntParams> params)
     : settings(QString::fromUtf8(kst::product::TITLE)), contentManager(kst::daz::GetContentMgr_X()),
       pParams(std::move(params)), tempFolder(kst::str::ToStd(QDir::tempPath()))
 {
+    if (kst::BoolAppSetting(settings, "use-own-temp-folder", false).get()) {
+        ownTempFolder.reset(new GntTempFolder);
+        tempFolder = ownTempFolder->getPath();
+    }
     for (std::size_t i = 0; i < figureFiles.size(); ++i)
         figureFiles[i] = getAbsolutePath_X(GNT_FIGURE_FILES[i].relativePath);
     activeMorphs = kst::MorphList(pParams->figSource).getActiveProperties();
@@ -205,6 +210,11 @@ void GntConverter::Impl::restoreSourceAndTargetParams()
         pParams->figSource.setLabel(savedSourceLabel);
         savedSourceLabel = QString();
     }
+    // Who has got another label since keeps it: the target may be among them.
+    for (const LentLabel& label : lentLabels)
+        if (label.node && dzScene->findNodeIndex(label.node) >= 0 && label.node->getLabel() == label.lent)
+            label.node->setLabel(label.own);
+    lentLabels.clear();
     if (sourceResolutionChanged)
         kst::daz::SetNodeResolution(pParams->figSource, sourceResolution, false);
 }

@@ -26,7 +26,7 @@ public:
     /// without waiting. Returns also when the user wants no conversion; nothing is changed then.
     /// @throws kst::CanceledException  the user stopped it; kst::Exception on any failure
     static void Exec_X(QWidget* parent);
-    /// Whose dialogs Exec_X shows; not owned.
+    /// Whose dialogs Exec_X shows; not owned. Null for the product's own.
     static void SetForms(GntForms* forms);
 
     /// Reads the scene's selection: exactly one source and one Genesis 9 figure, in any order; bones count as

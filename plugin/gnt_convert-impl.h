@@ -5,10 +5,12 @@
 
 #include "plugin/gnt_convert-figure.h"
 #include "plugin/gnt_figure-files.h"
+#include "plugin/gnt_temp-folder.h"
 #include "shared/ks_daz-helpers.h"
 #include "shared/ks_morphlist.h"
 #include "shared/ks_node-list.h"
 
+#include <QPointer>
 #include <QString>
 
 #include <dzappsettings.h>
@@ -25,6 +27,11 @@ class SimpleProgress;
 class GntConverter::Impl {
 public:
     typedef std::vector<kst::MorphList::ActiveMorph> MorphValues; ///< (name, dial value) pairs
+
+    struct LentLabel {
+        QPointer<DzNode> node;
+        QString own, lent;
+    };
 
     explicit Impl(std::shared_ptr<GntParams> params);
     ~Impl();
@@ -69,6 +76,9 @@ public:
                                              int subdLevel, float sign);
     void loadHeadSplitDFormerOnce_X();
     std::string getAbsolutePath_X(const char* relativePath);
+    /// Lends every node of that label another until the figures are restored: a figure that is loaded gets
+    /// its label only while nobody has it.
+    void clearLabel(const char* label);
 
     // The driver's paragraphs, in order.
     DzNode& makeMorphedStockMesh_X(const kst::daz::SimpleProgress& progress, GntResolution resolution);
@@ -86,10 +96,12 @@ public:
     DzContentMgr& contentManager;
     const std::shared_ptr<GntParams> pParams;
     MorphValues activeMorphs;
+    std::unique_ptr<GntTempFolder> ownTempFolder; ///< null unless the setting wants one
     std::string tempFolder;
     std::array<std::string, GNT_FIGURE_FILES.size()> figureFiles; ///< absolute, in GntLoadFigure's order
     kst::NodeList nodeList;
     QString savedSourceLabel;                      ///< empty when the source has its own label
+    std::vector<LentLabel> lentLabels;             ///< of nodes that only stand in the way
     std::map<DzFloatProperty*, float> savedValues; ///< of the target, from before the conversion
     kst::daz::NodeResolution sourceResolution = kst::daz::NodeResolution::Unknown;
     bool sourceResolutionChanged = false;

@@ -36,6 +36,12 @@ DzFloatProperty& OwnFloatProperty_X(const DzNode& node, const char* name)
     return *kst::daz::FindFloatProperty(node, kst::daz::PropertyLocation::Node, name, true);
 }
 
+/// Unlike any other in the scene, and telling whose it is.
+QString UniqueLabel(const QString& label)
+{
+    return ToQ(fmt::format("{}-{}", ToStd(label), kst::str::MakeRandomString(8)));
+}
+
 } // namespace
 
 void GntConverter::Impl::SetResolution_X(DzFigure& figure, GntResolution resolution, int subdLevel)
@@ -69,7 +75,7 @@ void GntConverter::Impl::S1_MoveTargetG9ToWorldOrigin()
 
     // A label of its own keeps look-ups by label from finding another node.
     savedSourceLabel = source.getLabel();
-    source.setLabel(ToQ(fmt::format("{}-{}", ToStd(savedSourceLabel), kst::str::MakeRandomString(8))));
+    source.setLabel(UniqueLabel(savedSourceLabel));
 }
 
 std::string GntConverter::Impl::getAbsolutePath_X(const char* relativePath)
@@ -112,16 +118,31 @@ DzNode& GntConverter::Impl::findSceneNode_X(const std::string& label)
     return *node;
 }
 
+void GntConverter::Impl::clearLabel(const char* label)
+{
+    const QString wanted = QLatin1String(label);
+    kst::NodeList::ForEachNode(nullptr, [&](DzNode& node) {
+        if (node.getLabel() == wanted) {
+            lentLabels.push_back({&node, wanted, UniqueLabel(wanted)});
+            node.setLabel(lentLabels.back().lent);
+        }
+        return true;
+    });
+}
+
 DzFigure& GntConverter::Impl::loadGenesis_X(GntLoadFigure which, GntResolution resolution, int subdLevel)
 {
+    const std::size_t index = static_cast<std::size_t>(which) - 1;
+    const bool isValid = index < figureFiles.size();
+    if (isValid)
+        clearLabel(GNT_FIGURE_FILES[index].label);
     nodeList.snapshot();
     const kst::WaitCursor waitCursor;
     dzScene->selectAllNodes(false);
-    const int index = static_cast<int>(which) - 1;
-    if (index < 0 || index >= static_cast<int>(figureFiles.size()))
+    if (!isValid)
         throw kst::Exception("invalid load figure value");
-    const std::string& file = figureFiles[static_cast<std::size_t>(index)];
-    const char* const label = GNT_FIGURE_FILES[static_cast<std::size_t>(index)].label;
+    const std::string& file = figureFiles[index];
+    const char* const label = GNT_FIGURE_FILES[index].label;
     if (!contentManager.openFile(ToQ(file), true))
         throw kst::Exception("failed to load Genesis figure from file {}", Quote(file));
     DzNode* const node = nodeList.findNewByLabel(label);

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+class DzAppSettings;
 class QWidget;
 
 /// The user's decisions. Lists hold one value a job, by GntJobIndex.
@@ -32,6 +33,7 @@ struct GntConvertQuestion {
     std::shared_ptr<GntParams> params;
     std::size_t activeMorphCount;
     std::string defaultMorphName;
+    DzAppSettings* settings; ///< where choices are remembered; borrowed, never null
 };
 
 /// What has come of it.

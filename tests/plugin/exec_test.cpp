@@ -6,52 +6,16 @@
 #include "dzmorph.h"
 #include "dzobject.h"
 #include "plugin/gnt_actions.h"
-#include "plugin/gnt_convert-figure.h"
-#include "plugin/gnt_forms.h"
 #include "shared/ks_daz-helpers.h"
 #include "shared/ks_exception.h"
 #include "tests/host/host_fixture.h"
 #include "tests/plugin/mini_scene.h"
+#include "tests/plugin/scripted_forms.h"
 #include "tests/shared/throws.h"
 
-#include <optional>
+#include <stdexcept>
 
 namespace {
-
-/// Answers as it is told, and notes what it was asked.
-class ScriptedForms : public GntForms {
-public:
-    ScriptedForms() { GntConverter::SetForms(this); }
-    ~ScriptedForms() override { GntConverter::SetForms(nullptr); }
-
-    bool goesOn = true;
-    GntJobs jobs{GntJobFlag::Full};
-    bool debugSteps = false;
-    std::optional<GntConvertQuestion> question;
-    std::optional<GntConvertOutcome> outcome;
-
-private:
-    class Form : public GntConvertForm {
-    public:
-        explicit Form(const ScriptedForms& forms) : _forms(forms) {}
-        bool exec() override { return _forms.goesOn; }
-        std::vector<std::string> getMorphPaths() const override { return {"/G/Full", "/G/Head", "/G/Body"}; }
-        bool isDebuggingSteps() const override { return _forms.debugSteps; }
-        GntResolution getResolution() const override { return GntResolution::Base; }
-        std::vector<std::string> getMorphNames() const override { return {"Full", "Head", "Body"}; }
-        GntJobs getJobs() const override { return _forms.jobs; }
-
-    private:
-        const ScriptedForms& _forms;
-    };
-
-    std::unique_ptr<GntConvertForm> makeConvertForm(const GntConvertQuestion& asked) override
-    {
-        question = asked;
-        return std::make_unique<Form>(*this);
-    }
-    void showSuccess(const GntConvertOutcome& told) override { outcome = told; }
-};
 
 class ExecTest : public HostTest {
 protected:
@@ -74,6 +38,8 @@ protected:
     DzFigure* source = nullptr;
     DzFigure* target = nullptr;
 };
+
+using ExecDeathTest = ExecTest;
 
 TEST_F(ExecTest, asks_converts_and_tells)
 {
@@ -163,13 +129,62 @@ TEST_F(ExecTest, says_nothing_more_when_a_step_is_cancelled)
     EXPECT_EQ(source->getLabel(), QLatin1String("Vera")) << "restored";
 }
 
+TEST_F(ExecTest, shows_no_box_when_the_user_does_not_want_to)
+{
+    forms.goesOn = false;
+    const int before = boxes();
+    GntConvertFigureAction action;
+    action.trigger();
+    EXPECT_TRUE(forms.question);
+    EXPECT_EQ(boxes(), before);
+}
+
 TEST_F(ExecTest, shows_a_failure_in_the_box_of_the_action)
 {
     dzScene->selectAllNodes(false);
     GntConvertFigureAction action;
     action.trigger();
     EXPECT_EQ(boxes(), 1);
-    EXPECT_TRUE(LogText().contains(QLatin1String("Could not convert figure")));
+    EXPECT_TRUE(LogText().contains(QStringLiteral(
+        "KeGNT: Critical error message box in Kestrom's Gantrel V1.0.5: Could not convert figure: you must "
+        "select two figures (a \u201Csource\u201D Genesis 8 or 8.1 and a \u201Ctarget\u201D Genesis 9) in "
+        "the "
+        "scene\n")));
+}
+
+/// Forms that fail in a way of their own.
+template <class Failure>
+class FailingForms : public GntForms {
+public:
+    explicit FailingForms(Failure failure) : _failure(failure) { GntConverter::SetForms(this); }
+    ~FailingForms() override { GntConverter::SetForms(nullptr); }
+
+private:
+    std::unique_ptr<GntConvertForm> makeConvertForm(const GntConvertQuestion&) override { throw _failure; }
+    void showSuccess(const GntConvertOutcome&) override {}
+
+    Failure _failure;
+};
+
+TEST_F(ExecTest, shows_any_standard_exception_in_the_box)
+{
+    const FailingForms failing{std::length_error("too long")};
+    const int before = boxes();
+    GntConvertFigureAction().trigger();
+    EXPECT_EQ(boxes(), before + 1);
+    EXPECT_TRUE(LogText().contains(QStringLiteral(
+        "Critical error message box in Kestrom's Gantrel V1.0.5: Could not convert figure: too long\n")));
+}
+
+TEST_F(ExecDeathTest, ends_the_process_on_what_is_no_standard_exception)
+{
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_DEATH(
+        {
+            const FailingForms failing{1};
+            GntConvertFigureAction().trigger();
+        },
+        "terminate called");
 }
 
 } // namespace

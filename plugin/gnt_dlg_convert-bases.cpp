@@ -1,0 +1,132 @@
+// The convert dialog's dials: the bases of the new morph, and the matching of the figures' heights.
+// SPDX-License-Identifier: MIT
+
+#include "plugin/gnt_dlg_convert-impl.h"
+
+#include "shared/ks_figure-height.h"
+#include "shared/ks_property-setting.h"
+#include "shared/ks_string.h"
+
+#include <QFontMetrics>
+
+#include <dzfigure.h>
+#include <dzfloatproperty.h>
+
+#include <fmt/format.h>
+
+namespace {
+
+using kst::str::HtmlEscape;
+using kst::str::Quote;
+using kst::str::ToQ;
+
+const int matchDelay = 100; // milliseconds, so that the dialog is to be seen first
+const int widestLabel = 30; // characters; longer ones are wrapped
+
+// Users know the text about the check box with the blank that it lacks.
+const char* const autoAdjustHelp =
+    "If %% is turned on, Gantrelwill automatically adjust the target figure's height when you open this "
+    "window, as if you had pressed the magic button above. This is the default behavior. Turn this off if "
+    "you would like to control this manually.";
+
+const char* const dialHelp =
+    "\n<p>The dials in the <b>{}</b> group determine what base the new morph will be built against. The "
+    "dials\nare shortcuts to property dials of the selected target G9 figure.</p>\n<p>If all dials are zero, "
+    "the new morph will contain the full set of vertex deltas against the default G9 figure.</p>\n<p>If any "
+    "dial is not zero (or any other morph is active in the selected target G9 figure),\nthose morphs will "
+    "need to be active in addition to the new morph for a G9 figure to look like the source G8 "
+    "figure:\n<ul>\n<li>with <b>{}</b>, the matching G8 clone morph (which is hidden under the ``Hidden'' "
+    "category) will be needed;</li>\n<li>with <b>{}</b>, the ``Base feminine'' morph under "
+    "``Actor/People/Feminine'' will be needed;</li>\n<li>with <b>{}</b>, the ``Base masculine'' morph under "
+    "``Actor/People/Masculine'' will be needed.</li>\n</ul><p>Please see the user manual for details.</p>\n";
+
+} // namespace
+
+GntConvertDialog::Impl::Dials GntConvertDialog::Impl::listDials() const
+{
+    return {{{kst::str::ToStd(params.settingCloneShape->getProperty().getLabel()), params.settingCloneShape},
+             {"Base feminine", params.settingBaseFeminine},
+             {"Base masculine", params.settingBaseMasculine},
+             {"Proportion height", params.settingProportionHeight}}};
+}
+
+std::string GntConvertDialog::Impl::makeDialHelp(const Dials& rows) const
+{
+    return fmt::format(dialHelp, kst::str::ToStd(ui.pgrpMorphBases->title()),
+                       Quote(HtmlEscape(rows[0].label)), Quote(HtmlEscape(rows[1].label)),
+                       Quote(HtmlEscape(rows[2].label)));
+}
+
+void GntConvertDialog::Impl::initBases()
+{
+    const Dials rows = listDials();
+    const std::string help = makeDialHelp(rows);
+    for (const Dial& row : rows)
+        addDial(row, help);
+    initAutoAdjust();
+}
+
+void GntConvertDialog::Impl::addDial(const Dial& dial, std::string_view help)
+{
+    const int rowIndex = static_cast<int>(dials.size());
+    QLabel* const pLabel = new QLabel(ToQ(dial.label));
+    pLabel->setTextFormat(Qt::PlainText);
+    const int widest = widestLabel * pLabel->fontMetrics().averageCharWidth();
+    if (pLabel->sizeHint().width() > widest) {
+        pLabel->setWordWrap(true);
+        pLabel->setFixedWidth(widest);
+    }
+    ui.pgridMorphBases->addWidget(pLabel, rowIndex, 0);
+    QHBoxLayout& row = *new QHBoxLayout;
+    ui.pgridMorphBases->addLayout(&row, rowIndex, 1);
+
+    typedef kst::SliderControllerRoot Sliders;
+    const auto pSetting = dial.pSetting;
+    const std::string name = HtmlEscape(dial.label);
+    const auto pController = std::make_shared<kst::FloatSliderController>(
+        row, nullptr, *pSetting, name, Sliders::Flags(Sliders::EditableText) | Sliders::DisplayAsPercent,
+        [pSetting](const float& value) { pSetting->getProperty().setValue(value); }, help);
+    dials.push_back(pController);
+    toolButtons.addLeftDefaultRightToolButtons(row, name, pSetting, pController);
+    if (pSetting != params.settingProportionHeight)
+        return;
+    pHeightDial = pController;
+    toolButtons.addToolButton(
+        row, ":/bootstrap/24/magic.png", [this] { matchHeight(); }, "Auto",
+        "Calculates an optimal height value for the G9 target figure to match that of the source figure.");
+}
+
+void GntConvertDialog::Impl::initAutoAdjust()
+{
+    pAutoAdjustController.reset(new kst::CheckBoxController(*ui.pchkAutoAdjustProportionalHeight, autoAdjust,
+                                                            autoAdjustHelp,
+                                                            [this](const bool& on) { setAutoAdjust(on); }));
+    if (!autoAdjust.get())
+        return;
+    pTimer.reset(new kst::Timer);
+    pTimer->launchSingle(matchDelay, [this] { matchHeight(); });
+}
+
+void GntConvertDialog::Impl::setAutoAdjust(bool on)
+{
+    pTimer.reset();
+    autoAdjust.setAndNotify(on);
+    if (on)
+        matchHeight();
+    else
+        pHeightDial->setWidgetValue(params.settingProportionHeight->getInitialValue());
+}
+
+void GntConvertDialog::Impl::matchHeight()
+{
+    DzFloatProperty& height = params.settingProportionHeight->getProperty();
+    kst::daz::AdjustFigureHeight(params.figTarget, height, params.figSource);
+    pHeightDial->setWidgetValue(height.getValue());
+}
+
+void GntConvertDialog::Impl::restoreDials()
+{
+    pTimer.reset();
+    for (const Dial& dial : listDials())
+        dial.pSetting->getProperty().setValue(dial.pSetting->getInitialValue());
+}
