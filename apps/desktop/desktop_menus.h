@@ -1,0 +1,49 @@
+// The desktop application's menu entries among those of the host and its plug-ins.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <dzaction.h>
+
+#include <functional>
+
+class QMainWindow;
+class QMenu;
+
+namespace desktop {
+
+struct ActionTexts {
+    const char* text;        ///< with its mnemonic
+    const char* description; ///< a sentence
+    const char* menu;        ///< with its mnemonic
+    QKeySequence keys;
+    bool startsGroup = false; ///< a line stands before it in the menu
+};
+
+/// Runs a function when it is chosen.
+class MenuAction : public DzAction {
+    Q_OBJECT
+
+public:
+    MenuAction(const ActionTexts& texts, std::function<void()> work);
+
+    QString getDefaultMenuPath() const override { return _menu; }
+    QKeySequence getDefaultAccel() const override { return _keys; }
+    bool startsGroup() const { return _startsGroup; }
+
+protected:
+    void executeAction() override;
+
+private:
+    QString _menu;
+    QKeySequence _keys;
+    bool _startsGroup;
+    std::function<void()> _work;
+};
+
+/// Puts the menus into the order that people look for, with lines between groups. To be called whenever the
+/// host has filled them anew.
+/// @param panes  borrowed; stands before the help
+void ArrangeMenus(QMainWindow& window, QMenu& panes);
+
+} // namespace desktop

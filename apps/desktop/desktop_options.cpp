@@ -1,0 +1,54 @@
+// What the desktop application is started with.
+// SPDX-License-Identifier: MIT
+
+#include "apps/desktop/desktop_options.h"
+
+#include "apps/cli/error_sentence.h"
+
+#include <ostream>
+
+#include <CLI/CLI.hpp>
+
+namespace desktop {
+
+namespace {
+
+const int wrongUse = 2;
+
+std::string RefuseEmpty(const std::string& name)
+{
+    return name.empty() ? "the name is empty" : std::string();
+}
+
+} // namespace
+
+std::optional<int> ParseOptions(int argc, const char* const* argv, Options& options, std::ostream& out,
+                                std::ostream& err)
+{
+    CLI::App program("Gantrel's desktop application: figures, their dials and the plug-in in one window.",
+                     "gantrel-desktop");
+    program.set_version_flag("--version", "gantrel-desktop " GANTREL_VERSION, "Print the version");
+    program
+        .add_option("--content", options.contentFolders,
+                    "Content folder, once for each; without it the remembered ones are used")
+        ->type_name("DIR")
+        ->allow_extra_args(false)
+        ->check(RefuseEmpty);
+    program
+        .add_option("--plugins", options.pluginFolder,
+                    "Folder of the plug-ins to load; without it the one beside the program")
+        ->type_name("DIR")
+        ->check(RefuseEmpty);
+    program.add_option("files", options.files, "Files to open")->type_name("FILE")->check(RefuseEmpty);
+    try {
+        program.parse(argc, argv);
+        return std::nullopt;
+    } catch (const CLI::Success& request) {
+        return program.exit(request, out, err);
+    } catch (const CLI::ParseError& error) {
+        err << "gantrel-desktop: " << cli::ErrorSentence(error.what()) << '\n';
+        return wrongUse;
+    }
+}
+
+} // namespace desktop

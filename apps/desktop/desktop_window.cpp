@@ -1,0 +1,240 @@
+// The host's main window made an application.
+// SPDX-License-Identifier: MIT
+
+#include "apps/desktop/desktop_window.h"
+
+#include "apps/desktop/desktop_menus.h"
+#include "apps/desktop/desktop_options.h"
+#include "apps/desktop/desktop_settings.h"
+#include "apps/desktop/folders_dialog.h"
+
+#include <dzapp.h>
+#include <dzcontentmgr.h>
+#include <dzmainwindow.h>
+#include <dznode.h>
+#include <dzpane.h>
+#include <dzplugin.h>
+#include <dzpluginmgr.h>
+#include <dzscene.h>
+
+#include <QCloseEvent>
+#include <QDir>
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace desktop {
+
+namespace {
+
+QStringList ToQ(const std::vector<std::string>& texts)
+{
+    QStringList all;
+    for (const std::string& text : texts)
+        all.append(QString::fromStdString(text));
+    return all;
+}
+
+QString Quoted(const QString& path)
+{
+    return QStringLiteral("\u201C%1\u201D").arg(QDir::toNativeSeparators(path));
+}
+
+QDockWidget* DockOf(DzMainWindow& window, const char* paneClass)
+{
+    DzPane* const pane = window.getPaneMgr()->findPane(QLatin1String(paneClass));
+    return pane ? qobject_cast<QDockWidget*>(pane->parentWidget()) : nullptr;
+}
+
+/// Figures and props, not their bones.
+void SelectAll()
+{
+    dzScene->selectAllNodes(false);
+    for (int i = 0; i < dzScene->getNumNodes(); ++i)
+        if (dzScene->getNode(i)->isRootNode())
+            dzScene->getNode(i)->select(true);
+}
+
+} // namespace
+
+QStringList UseContentFolders(const QStringList& folders)
+{
+    DzContentMgr& content = *dzApp->getContentMgr();
+    content.removeAllContentDirectories();
+    QStringList missing;
+    for (const QString& folder : folders) {
+        if (QFileInfo(folder).isDir())
+            content.addContentDirectory(QFileInfo(folder).absoluteFilePath(), false);
+        else
+            missing.append(folder);
+    }
+    return missing;
+}
+
+QString PluginFolderBesideProgram()
+{
+    return QCoreApplication::applicationDirPath() + QLatin1String("/plugins");
+}
+
+DesktopWindow::DesktopWindow() : _window(*dzApp->getInterface()), _files(_window), _panes(tr("&Window"))
+{
+    for (QDockWidget* const dock : _window.findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        _panes.addAction(dock->toggleViewAction());
+    connect(_window.getActionMgr(), SIGNAL(actionListChanged()), SLOT(arrangeMenus()));
+    connect(&_files, SIGNAL(stateChanged()), SLOT(updateTitle()));
+    addActions();
+    arrangeDocks();
+    updateTitle();
+    _window.installEventFilter(this);
+}
+
+void DesktopWindow::show()
+{
+    const bool isRestored = RestoreLayout(_window);
+    if (!isRestored)
+        _window.resize(QSize(1280, 800).expandedTo(_window.screen()->availableSize() * 3 / 4));
+    _window.show();
+    if (!isRestored)
+        sizeDocks();
+}
+
+void DesktopWindow::start(const Options& options)
+{
+    const bool isRemembered = options.contentFolders.empty();
+    _contentFolders = isRemembered ? RememberedContentFolders() : ToQ(options.contentFolders);
+    QStringList troubles;
+    for (const QString& folder : UseContentFolders(_contentFolders))
+        troubles.append(tr("There is no content folder %1.").arg(Quoted(folder)));
+    const QString plugins = QString::fromStdString(options.pluginFolder);
+    troubles += loadPlugins(plugins.isEmpty() ? PluginFolderBesideProgram() : plugins);
+    troubles += openFiles(ToQ(options.files));
+    if (!troubles.isEmpty())
+        QMessageBox::warning(&_window, tr("Missing at the Start"), troubles.join(QLatin1Char('\n')));
+}
+
+QStringList DesktopWindow::loadPlugins(const QString& folder)
+{
+    if (!QFileInfo(folder).isDir())
+        return {tr("There is no plug-in folder %1.").arg(Quoted(folder))};
+    DzPluginMgr& manager = *dzApp->getPluginMgr();
+    const int before = manager.getNumPlugins();
+    manager.loadPlugins(folder);
+    QStringList troubles;
+    for (int i = before; i < manager.getNumPlugins(); ++i) {
+        const DzPlugin* const plugin = manager.getPlugin(i);
+        const QString failure = manager.getFailure(plugin);
+        if (!failure.isEmpty())
+            troubles.append(
+                tr("The plug-in %1 could not be loaded: %2.").arg(Quoted(plugin->getName()), failure));
+    }
+    return troubles;
+}
+
+QStringList DesktopWindow::openFiles(const QStringList& files)
+{
+    QStringList troubles;
+    for (const QString& file : files) {
+        if (!QFileInfo(file).isFile())
+            troubles.append(tr("There is no file %1.").arg(Quoted(file)));
+        else
+            _files.openFile(QFileInfo(file).absoluteFilePath());
+    }
+    return troubles;
+}
+
+void DesktopWindow::add(const ActionTexts& texts, std::function<void()> work)
+{
+    _window.getActionMgr()->addAction(new MenuAction(texts, std::move(work)));
+}
+
+void DesktopWindow::addActions()
+{
+    add({"&Open...", "Opens a scene, or adds a figure to the present one.", "&File", QKeySequence::Open},
+        [this] { _files.open(); });
+    add({"&Merge...", "Adds what a file holds to the scene.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_O},
+        [this] { _files.merge(); });
+    add({"&Save Scene As...", "Writes the scene to a file.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_S},
+        [this] { _files.saveAs(); });
+    add({"Content &Folders...", "Chooses where figures are looked for.", "&File", QKeySequence(), true},
+        [this] { chooseContentFolders(); });
+    add({"&Quit", "Ends the program.", "&File", Qt::CTRL + Qt::Key_Q, true}, [this] { _window.close(); });
+    add({"Select &All", "Selects every figure and prop.", "&Edit", QKeySequence::SelectAll, true}, SelectAll);
+    add({"Select &None", "Selects nothing.", "&Edit", Qt::CTRL + Qt::SHIFT + Qt::Key_A},
+        [] { dzScene->selectAllNodes(false); });
+    add({"&About Gantrel", "Tells what this is.", "&Help", QKeySequence()}, [this] { tellAbout(); });
+}
+
+void DesktopWindow::arrangeMenus()
+{
+    ArrangeMenus(_window, _panes);
+}
+
+void DesktopWindow::arrangeDocks()
+{
+    QDockWidget* const scene = DockOf(_window, "DzHierarchyPane");
+    QDockWidget* const parameters = DockOf(_window, "DzParametersPane");
+    if (!scene || !parameters)
+        return;
+    // One under the other, since both are needed at once. What was taken out of the tabs does not go back.
+    for (QDockWidget* const dock : {scene, parameters}) {
+        _window.removeDockWidget(dock);
+        _window.addDockWidget(Qt::RightDockWidgetArea, dock, Qt::Vertical);
+        dock->show();
+    }
+}
+
+void DesktopWindow::sizeDocks()
+{
+    const int width = std::min(45 * _window.fontMetrics().averageCharWidth(), _window.width() * 3 / 10);
+    const QList<QDockWidget*> sides{DockOf(_window, "DzContentLibraryPane"),
+                                    DockOf(_window, "DzParametersPane")};
+    const QList<QDockWidget*> right{DockOf(_window, "DzHierarchyPane"), sides.last()};
+    if (sides.contains(nullptr) || right.contains(nullptr))
+        return;
+    _window.resizeDocks(sides, {width, width}, Qt::Horizontal);
+    _window.resizeDocks(right, {_window.height() / 3, _window.height() * 2 / 3}, Qt::Vertical);
+}
+
+void DesktopWindow::updateTitle()
+{
+    const QString name = QFileInfo(_files.filename()).fileName();
+    _window.setWindowTitle(
+        QStringLiteral("%1[*] \u2014 Gantrel").arg(name.isEmpty() ? tr("Untitled") : name));
+    _window.setWindowModified(_files.isChanged());
+}
+
+bool DesktopWindow::eventFilter(QObject* object, QEvent* event)
+{
+    if (object != &_window || event->type() != QEvent::Close)
+        return QObject::eventFilter(object, event);
+    if (!_files.mayLoseScene()) {
+        event->ignore();
+        return true;
+    }
+    RememberLayout(_window);
+    return false;
+}
+
+void DesktopWindow::chooseContentFolders()
+{
+    FoldersDialog dialog(&_window, _contentFolders);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    _contentFolders = dialog.folders();
+    RememberContentFolders(_contentFolders);
+    UseContentFolders(_contentFolders);
+}
+
+void DesktopWindow::tellAbout()
+{
+    QMessageBox::about(
+        &_window, tr("About Gantrel"),
+        tr("<p><b>Gantrel %1</b></p><p>Shapes of older figure generations as morphs on Genesis "
+           "9, in a window of its own.</p>")
+            .arg(QLatin1String(GANTREL_VERSION)));
+}
+
+} // namespace desktop

@@ -1,0 +1,63 @@
+// The host's main window made an application.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "apps/desktop/scene_files.h"
+
+#include <QMenu>
+#include <QObject>
+#include <QStringList>
+
+class DzMainWindow;
+
+namespace desktop {
+
+struct Options;
+struct ActionTexts;
+
+/// Menus, docks and questions around the window of the running host, which has to outlive it. One at a time.
+class DesktopWindow : public QObject {
+    Q_OBJECT
+
+public:
+    DesktopWindow();
+
+    /// As it was left the last time.
+    void show();
+    /// Takes the content folders, loads the plug-ins and opens the files. What is missing is told in one box.
+    void start(const Options& options);
+
+    SceneFiles& files() { return _files; }
+
+protected:
+    /// The window's closing.
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private slots:
+    void arrangeMenus();
+    void updateTitle();
+
+private:
+    void addActions();
+    void add(const ActionTexts& texts, std::function<void()> work);
+    void arrangeDocks();
+    void sizeDocks();
+    QStringList loadPlugins(const QString& folder);
+    QStringList openFiles(const QStringList& files);
+    void chooseContentFolders();
+    void tellAbout();
+
+    DzMainWindow& _window;
+    SceneFiles _files;
+    QMenu _panes;
+    QStringList _contentFolders; ///< those that are not there too
+};
+
+/// Makes them the host's only ones, as far as they are there.
+/// @return those that are not
+QStringList UseContentFolders(const QStringList& folders);
+/// Where the modules lie that come with the program.
+QString PluginFolderBesideProgram();
+
+} // namespace desktop

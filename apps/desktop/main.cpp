@@ -1,0 +1,58 @@
+// The desktop application: the host with a window, and the plug-ins that it loads.
+// SPDX-License-Identifier: MIT
+
+#include "apps/desktop/desktop_options.h"
+#include "apps/desktop/desktop_window.h"
+#include "openhost/openhost.h"
+
+#include <clocale>
+#include <cstdio>
+#include <iostream>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QTextCodec>
+
+namespace {
+
+/// The toolkit would end the process with a trap.
+bool HasDisplay()
+{
+    for (const char* const variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (!qEnvironmentVariableIsEmpty(variable))
+            return true;
+    return false;
+}
+
+QString LogFile()
+{
+    const QString folder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + QLatin1String("/gantrel");
+    QDir().mkpath(folder);
+    return folder + QLatin1String("/desktop-log.txt");
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    desktop::Options options;
+    if (const std::optional<int> code = desktop::ParseOptions(argc, argv, options, std::cout, std::cerr))
+        return *code;
+    if (!HasDisplay()) {
+        std::fputs("gantrel-desktop: There is no display to show a window on.\n", stderr);
+        return 1;
+    }
+    // Content's file names are UTF-8 whatever the locale is, and numbers in files have decimal points.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    openhost::OpenHost::Options hostOptions;
+    hostOptions.headless = false;
+    hostOptions.logFilename = LogFile();
+    openhost::OpenHost host(argc, argv, hostOptions);
+    std::setlocale(LC_NUMERIC, "C");
+    desktop::DesktopWindow window;
+    window.show();
+    window.start(options);
+    return host.exec();
+}

@@ -1,0 +1,118 @@
+// The desktop application's window, with a small library.
+// SPDX-License-Identifier: MIT
+
+#include "tests/desktop/desktop_fixture.h"
+
+#include "tests/plugin/mini_scene.h"
+
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTreeWidget>
+#include <QtTest/QTest>
+
+#include <dzapp.h>
+#include <dzappsettings.h>
+#include <dzcontentmgr.h>
+#include <dzmainwindow.h>
+#include <dznode.h>
+#include <dzpane.h>
+
+void DesktopTest::SetUp()
+{
+    HostTest::SetUp();
+    DzAppSettings settings(QStringLiteral("Gantrel Desktop"));
+    for (const char* const key : {"content_folders", "window_geometry", "window_docks"})
+        settings.removeValue(QLatin1String(key));
+    AddMiniLibrary();
+    desktop.reset(new desktop::DesktopWindow);
+}
+
+void DesktopTest::TearDown()
+{
+    desktop.reset();
+    window().hide();
+}
+
+desktop::Options DesktopTest::smallLibrary() const
+{
+    desktop::Options options;
+    options.contentFolders = {dzApp->getContentMgr()->getContentDirectoryPath(0).toStdString()};
+    options.pluginFolder = GANTREL_PLUGINS;
+    return options;
+}
+
+void DesktopTest::start()
+{
+    start(smallLibrary());
+}
+
+void DesktopTest::start(const desktop::Options& options)
+{
+    desktop->show();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    desktop->start(options);
+    QCoreApplication::processEvents();
+}
+
+DzMainWindow& DesktopTest::window()
+{
+    return *dzApp->getInterface();
+}
+
+DzPane& DesktopTest::pane(const char* className)
+{
+    return *window().getPaneMgr()->findPane(QLatin1String(className));
+}
+
+QStringList DesktopTest::menuTitles()
+{
+    QStringList titles;
+    for (const QAction* const menu : window().menuBar()->actions())
+        titles << menu->text();
+    return titles;
+}
+
+QAction* DesktopTest::entry(const char* text)
+{
+    for (const QAction* const menu : window().menuBar()->actions())
+        for (QAction* const action : menu->menu()->actions())
+            if (action->text().remove(QLatin1Char('&')) == QLatin1String(text))
+                return action;
+    return nullptr;
+}
+
+QTreeWidget& DesktopTest::sceneTree()
+{
+    return *pane("DzHierarchyPane").findChild<QTreeWidget*>();
+}
+
+QTreeWidgetItem* DesktopTest::sceneItem(const DzNode& node)
+{
+    QCoreApplication::processEvents();
+    return sceneTree().findItems(node.getLabel(), Qt::MatchExactly | Qt::MatchRecursive).value(0);
+}
+
+void DesktopTest::click(const DzNode& node, Qt::KeyboardModifiers modifiers)
+{
+    QTreeWidgetItem* const item = sceneItem(node);
+    ASSERT_NE(item, nullptr);
+    sceneTree().scrollToItem(item);
+    QTest::mouseClick(sceneTree().viewport(), Qt::LeftButton, modifiers,
+                      sceneTree().visualItemRect(item).center());
+}
+
+QString DesktopTest::pathOf(const char* relative)
+{
+    return dzApp->getContentMgr()->getAbsolutePath(QLatin1String(relative), true);
+}
+
+std::function<void(QWidget&)> TypeFile(const QString& file)
+{
+    return [file](QWidget& dialog) {
+        auto* const line = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        ASSERT_NE(line, nullptr);
+        line->setText(file);
+        QTest::keyClick(line, Qt::Key_Return);
+    };
+}

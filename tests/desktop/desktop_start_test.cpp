@@ -1,0 +1,164 @@
+// How the desktop application starts.
+// SPDX-License-Identifier: MIT
+
+#include "tests/desktop/desktop_fixture.h"
+#include "tests/windows/modal_answer.h"
+
+#include <QProcess>
+
+#include <dzcontentmgr.h>
+#include <dzmainwindow.h>
+#include <dzpluginmgr.h>
+
+#include <sstream>
+
+namespace {
+
+struct Parsed {
+    desktop::Options options;
+    std::optional<int> code;
+    std::string out;
+    std::string err;
+};
+
+Parsed Parse(std::vector<const char*> arguments)
+{
+    arguments.insert(arguments.begin(), "gantrel-desktop");
+    Parsed parsed;
+    std::ostringstream out, err;
+    parsed.code =
+        desktop::ParseOptions(static_cast<int>(arguments.size()), arguments.data(), parsed.options, out, err);
+    parsed.out = out.str();
+    parsed.err = err.str();
+    return parsed;
+}
+
+/// Runs the program itself.
+int RunProgram(const QStringList& arguments, QString* err = nullptr)
+{
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* const variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        environment.remove(QLatin1String(variable));
+    program.setProcessEnvironment(environment);
+    program.start(QStringLiteral(GANTREL_DESKTOP), arguments);
+    EXPECT_TRUE(program.waitForFinished(60000));
+    if (err)
+        *err = QString::fromUtf8(program.readAllStandardError());
+    return program.exitCode();
+}
+
+using Texts = std::vector<std::string>;
+
+TEST(DesktopOptions, take_folders_and_files)
+{
+    const Parsed parsed =
+        Parse({"--content", "/a", "--plugins", "/p", "one.duf", "--content", "/b", "two.duf"});
+    EXPECT_FALSE(parsed.code);
+    EXPECT_EQ(parsed.options.contentFolders, (Texts{"/a", "/b"}));
+    EXPECT_EQ(parsed.options.pluginFolder, "/p");
+    EXPECT_EQ(parsed.options.files, (Texts{"one.duf", "two.duf"}));
+}
+
+TEST(DesktopOptions, may_all_be_left_out)
+{
+    const Parsed parsed = Parse({});
+    EXPECT_FALSE(parsed.code);
+    EXPECT_TRUE(parsed.options.contentFolders.empty());
+    EXPECT_TRUE(parsed.options.pluginFolder.empty());
+    EXPECT_TRUE(parsed.options.files.empty());
+}
+
+TEST(DesktopOptions, ask_for_help_and_for_the_version)
+{
+    const Parsed help = Parse({"--help"});
+    EXPECT_EQ(help.code, 0);
+    EXPECT_NE(help.out.find("--content DIR"), std::string::npos) << help.out;
+    EXPECT_NE(help.out.find("--plugins DIR"), std::string::npos) << help.out;
+    const Parsed version = Parse({"--version"});
+    EXPECT_EQ(version.code, 0);
+    EXPECT_EQ(version.out, "gantrel-desktop " GANTREL_VERSION "\n");
+}
+
+TEST(DesktopOptions, refuse_wrong_use_in_one_sentence)
+{
+    for (const std::vector<const char*>& wrong :
+         {std::vector<const char*>{"--wrong"}, {"--content"}, {"--content", ""}, {"--plugins", ""}, {""}}) {
+        const Parsed parsed = Parse(wrong);
+        EXPECT_EQ(parsed.code, 2);
+        EXPECT_EQ(parsed.err.rfind("gantrel-desktop: ", 0), 0u) << parsed.err;
+        EXPECT_EQ(parsed.err.find('\n'), parsed.err.size() - 1) << parsed.err;
+        EXPECT_TRUE(parsed.out.empty());
+    }
+}
+
+TEST(DesktopProgram, ends_with_the_codes_of_its_options)
+{
+    EXPECT_EQ(RunProgram({QStringLiteral("--help")}), 0);
+    EXPECT_EQ(RunProgram({QStringLiteral("--wrong")}), 2);
+}
+
+TEST(DesktopProgram, says_that_there_is_no_display)
+{
+    QString err;
+    EXPECT_EQ(RunProgram({}, &err), 1);
+    EXPECT_EQ(err.toStdString(), "gantrel-desktop: There is no display to show a window on.\n");
+}
+
+TEST_F(DesktopTest, loads_the_plug_ins_of_a_folder_into_its_menus)
+{
+    start();
+    EXPECT_EQ(menuTitles().join(QLatin1Char('|')).toStdString(), "&File|&Edit|Co&nvert|&Window|&Help");
+    ASSERT_NE(entry("Convert selected Genesis 3 / 8 / 8.1 figure..."), nullptr);
+    EXPECT_NE(entry("Open Gantrel PDF manual"), nullptr);
+}
+
+TEST_F(DesktopTest, opens_the_files_that_it_is_given)
+{
+    desktop::Options options = smallLibrary();
+    options.files = {pathOf(sourceFile).toStdString(), pathOf(targetFile).toStdString()};
+    start(options);
+    EXPECT_EQ(dzScene->getNumSkeletons(), 2);
+}
+
+TEST_F(DesktopTest, tells_what_is_missing_in_one_box)
+{
+    desktop::Options options = smallLibrary();
+    const std::string there = options.contentFolders.front();
+    options.contentFolders = {"/no/such/library", there};
+    options.pluginFolder = "/no/such/plug-ins";
+    options.files = {"/no/such/figure.duf"};
+    ModalAnswer box(Press("OK"));
+    start(options);
+    EXPECT_EQ(box.text.toStdString(), "There is no content folder \u201C/no/such/library\u201D.\n"
+                                      "There is no plug-in folder \u201C/no/such/plug-ins\u201D.\n"
+                                      "There is no file \u201C/no/such/figure.duf\u201D.");
+    EXPECT_EQ(box.icon, QMessageBox::Warning);
+    EXPECT_EQ(dzApp->getContentMgr()->getNumContentDirectories(), 1);
+    EXPECT_TRUE(window().isVisible());
+}
+
+TEST_F(DesktopTest, tells_of_a_plug_in_that_is_none)
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("broken.so")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("no module");
+    file.close();
+    desktop::Options options = smallLibrary();
+    options.pluginFolder = folder.path().toStdString();
+    ModalAnswer box(Press("OK"));
+    start(options);
+    EXPECT_TRUE(box.text.startsWith(QStringLiteral("The plug-in \u201Cbroken\u201D could not be loaded: ")))
+        << box.text.toStdString();
+}
+
+TEST_F(DesktopTest, looks_for_plug_ins_beside_the_program)
+{
+    EXPECT_EQ(desktop::PluginFolderBesideProgram(),
+              QCoreApplication::applicationDirPath() + QLatin1String("/plugins"));
+    EXPECT_TRUE(QFile::exists(QFileInfo(QStringLiteral(GANTREL_DESKTOP)).path() +
+                              QStringLiteral("/plugins/libgantrel.so")));
+}
+
+} // namespace
