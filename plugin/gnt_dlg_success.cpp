@@ -3,6 +3,7 @@
 
 #include "plugin/gnt_dlg_success.h"
 
+#include "plugin/gnt_dlg_success-box.h"
 #include "shared/ks_app-setting.h"
 #include "shared/ks_assert.h"
 #include "shared/ks_critical-box.h"
@@ -23,6 +24,9 @@
 #include <algorithm>
 #include <string>
 
+#include <QEvent>
+#include <QFileInfo>
+#include <QFocusEvent>
 #include <QFontMetrics>
 #include <QPointer>
 #include <QPushButton>
@@ -42,6 +46,7 @@ using kst::str::ToStd;
 namespace {
 
 const char* const dialogTitle = "Conversion complete";
+const int handyColumns = 75; // average characters in the width of the window
 const char* const windowPosKey = "winpos_dlg_success";
 
 const char* const introTemplate =
@@ -55,10 +60,10 @@ const char* const saveButtonHelp = "<p>%%: Saves the selected new morphs as supp
                                    "Genesis 9 figure.</p><p>The button is "
                                    "disabled if no morphs have been selected with the checkboxes above.</p>";
 
-/// An ampersand in a name is no mnemonic.
-QString BoxText(const std::string& name)
+/// For rich text: what the user typed may read as markup.
+std::string QuotedText(std::string_view text)
 {
-    return ToQ(kst::str::FindReplaceReturn(name, "&", "&&"));
+    return kst::str::Quote(kst::str::HtmlEscape(text));
 }
 
 /// Whose change is under way between a morph and its dial.
@@ -108,6 +113,9 @@ public:
     void addMorphList(GntSuccessDialog& dialog);
     void initSaving(GntSuccessDialog& dialog);
     void orderFocus();
+    void watchLines(GntSuccessDialog& dialog);
+    /// The return key saves from within the two lines, and closes elsewhere.
+    void chooseDefaultButton(const QObject* widget, const QEvent& event);
     /// Makes the window, remembered or not, high enough for its present text.
     void growToFit(GntSuccessDialog& dialog);
     void enableDisableControls();
@@ -123,7 +131,10 @@ private:
     void addMorphRow(GntSuccessDialog& dialog, QGridLayout& grid, const GntCreatedMorph& morph);
     void addDial(MorphRow& row);
     void onDialMoved(MorphRow& row, float value);
+    /// On its rows' dials, which are several when jobs shared a name, but for the one that the user moves.
+    void showValue(const DzFloatProperty& property, const MorphRow* moved);
     void initContentLibraries();
+    void throwIfNowhereToSave();
     /// False when the host says that the user cancelled.
     bool saveMorphs_X(GntParams& params);
     std::vector<QWidget*> saveControls() const;
@@ -139,6 +150,7 @@ private:
     std::vector<std::unique_ptr<MorphRow>> _rows;
     std::vector<std::string> _names; ///< of all created morphs
     kst::ButtonHandler _saveHandler;
+    QPushButton* _closeButton = nullptr;
     UpdateMark _updateMark = Idle;
 };
 
@@ -157,8 +169,8 @@ GntSuccessDialog::Impl::Impl(GntSuccessDialog& dialog, std::shared_ptr<GntParams
 void GntSuccessDialog::Impl::showIntro(std::string_view elapsed, std::string_view note)
 {
     ui.plblIntro->setText(ToQ(
-        fmt::format(introTemplate, kst::str::Quote(_params->figSource.getLabel()),
-                    kst::str::Quote(_params->figTarget.getLabel()),
+        fmt::format(introTemplate, QuotedText(ToStd(_params->figSource.getLabel())),
+                    QuotedText(ToStd(_params->figTarget.getLabel())),
                     kst::str::Pluralize(_created.size(), "one new morph", "%d new morphs"), elapsed, note)));
     // Wrapped text has no width of its own; about sixty characters a line read well.
     ui.plblIntro->setMinimumWidth(60 * ui.plblIntro->fontMetrics().averageCharWidth());
@@ -183,7 +195,7 @@ void GntSuccessDialog::Impl::addMorphRow(GntSuccessDialog& dialog, QGridLayout& 
     MorphRow& row = *_rows.back();
     row.property = morph.property;
 
-    row.box = new QCheckBox(BoxText(morph.name), parent);
+    row.box = new GntNameBox(ToQ(morph.name), parent);
     row.boxHandler.connect(
         *row.box, false, [this](bool) { enableDisableControls(); }, morphBoxHelp);
     grid.addWidget(row.box, gridRow, 0);
@@ -206,13 +218,13 @@ void GntSuccessDialog::Impl::addMorphRow(GntSuccessDialog& dialog, QGridLayout& 
 
 void GntSuccessDialog::Impl::addDial(MorphRow& row)
 {
-    const std::string label = ToStd(row.property->getLabel());
+    const std::string label = kst::str::HtmlEscape(row.property->getLabel());
     const kst::SliderControllerRoot::Flags flags =
         kst::SliderControllerRoot::Flags(kst::SliderControllerRoot::EditableText) |
         kst::SliderControllerRoot::DisplayAsPercent;
     row.setting = std::make_shared<kst::FloatPropertySetting>(*row.property);
     row.dial = std::make_shared<kst::FloatSliderController>(
-        *row.dialLayout, nullptr, *row.setting, kst::str::HtmlEscape(label), flags,
+        *row.dialLayout, nullptr, *row.setting, label, flags,
         [this, &row](const float& value) { onDialMoved(row, value); });
     row.dialButtons.addLeftDefaultRightToolButtons(*row.dialLayout, label, row.setting, row.dial);
 }
@@ -262,12 +274,38 @@ void GntSuccessDialog::Impl::orderFocus()
     order.front()->setFocus();
 }
 
+void GntSuccessDialog::Impl::watchLines(GntSuccessDialog& dialog)
+{
+    const QLayout* const row = ui.pvertMain->itemAt(ui.pvertMain->count() - 1)->layout();
+    _closeButton = qobject_cast<QPushButton*>(row->itemAt(row->count() - 1)->widget());
+    assert(_closeButton);
+    ui.pledVendorName->installEventFilter(&dialog);
+    ui.pledProductName->installEventFilter(&dialog);
+}
+
+void GntSuccessDialog::Impl::chooseDefaultButton(const QObject* widget, const QEvent& event)
+{
+    if (widget != ui.pledVendorName && widget != ui.pledProductName)
+        return;
+    if (event.type() == QEvent::FocusIn) {
+        ui.pbtnSaveMorphAssets->setDefault(true);
+    } else if (event.type() == QEvent::FocusOut) {
+        // Behind another window or a menu the line goes on to be the one that is worked in.
+        const Qt::FocusReason reason = static_cast<const QFocusEvent&>(event).reason();
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
+            _closeButton->setDefault(true);
+    }
+}
+
 void GntSuccessDialog::Impl::growToFit(GntSuccessDialog& dialog)
 {
     QLayout& layout = *ui.pvertMain;
     layout.activate();
+    // Longer dials are no better ones, so a window that was not made wider stays handy.
+    const int handyWidth = handyColumns * dialog.fontMetrics().averageCharWidth();
     const bool isRemembered = dialog.testAttribute(Qt::WA_Resized);
-    const QSize wanted = isRemembered ? dialog.size() : layout.totalSizeHint();
+    const QSize liked = layout.totalSizeHint();
+    const QSize wanted = isRemembered ? dialog.size() : QSize(std::min(liked.width(), handyWidth), 0);
     const int width = std::max(wanted.width(), layout.totalMinimumSize().width());
     dialog.resize(width, std::max(wanted.height(), layout.totalHeightForWidth(width)));
 }
@@ -303,6 +341,8 @@ void GntSuccessDialog::Impl::onDialMoved(MorphRow& row, float value)
         return;
     _updateMark = MovingDial;
     row.property->setValue(value);
+    if (row.property) // what else follows the dial may have removed it
+        showValue(*row.property, &row);
     _updateMark = Idle;
 }
 
@@ -314,8 +354,15 @@ void GntSuccessDialog::Impl::followProperty(const QObject* sender)
     if (!row)
         return;
     _updateMark = FollowingProperty;
-    row->dial->setWidgetValue(row->property->getValue());
+    showValue(*row->property, nullptr);
     _updateMark = Idle;
+}
+
+void GntSuccessDialog::Impl::showValue(const DzFloatProperty& property, const MorphRow* moved)
+{
+    for (const std::unique_ptr<MorphRow>& row : _rows)
+        if (row->property == &property && row.get() != moved)
+            row->dial->setWidgetValue(property.getValue());
 }
 
 void GntSuccessDialog::Impl::onSaveMorphsButtonClicked(const std::shared_ptr<GntParams>& params,
@@ -329,17 +376,34 @@ void GntSuccessDialog::Impl::onSaveMorphsButtonClicked(const std::shared_ptr<Gnt
             return;
         const std::string count =
             kst::str::Pluralize(_names.size(), "selected morph has", "%d selected morphs have");
-        kst::daz::InfoBox("Morph support assets saved",
-                          fmt::format("The {} been saved to {}", count, _lastContentLibrary.get()), &dialog);
+        kst::daz::InfoBox(
+            "Morph support assets saved",
+            fmt::format("The {} been saved to {}", count, kst::str::HtmlEscape(_lastContentLibrary.get())),
+            &dialog);
     } catch (const std::exception& error) {
         dialog.criticalBox("Failed to save morph support assets", error.what());
     }
+}
+
+void GntSuccessDialog::Impl::throwIfNowhereToSave()
+{
+    const QString library = ToQ(_lastContentLibrary.get());
+    if (library.isEmpty())
+        throw kst::Exception("there is no content library to save into");
+    // The host would make the folder anew, and what is on a disk that is not there now would lie beside it.
+    if (!QFileInfo(library).isDir())
+        throw kst::Exception("the content library {} does not exist", QuotedText(_lastContentLibrary.get()));
+    if (ToQ(_lastVendorName.get()).trimmed().isEmpty())
+        throw kst::Exception("please enter a vendor name; it names a folder in the content library");
+    if (ToQ(_lastProductName.get()).trimmed().isEmpty())
+        throw kst::Exception("please enter a product name; it names a folder in the content library");
 }
 
 bool GntSuccessDialog::Impl::saveMorphs_X(GntParams& params)
 {
     if (!_target)
         throw kst::Exception("the target figure is no longer in the scene");
+    throwIfNowhereToSave();
     return kst::FilteredSave::SaveMorphSupportAsset_X(params.figTarget, _lastContentLibrary.get(),
                                                       _lastVendorName.get(), _lastProductName.get(), _names,
                                                       ui.pchkCompressFiles->isChecked(), false);
@@ -355,6 +419,7 @@ GntSuccessDialog::GntSuccessDialog(QWidget* parent, std::shared_ptr<GntParams> p
     _pImpl->addMorphList(*this);
     _pImpl->initSaving(*this);
     createAndConnectStandardButtons(*_pImpl->ui.pvertMain, "Close", "");
+    _pImpl->watchLines(*this);
     _pImpl->enableDisableControls();
     _pImpl->orderFocus();
     initCommon(dialogTitle, QString::fromUtf8(kst::product::TITLE), QLatin1String(windowPosKey));
@@ -367,6 +432,12 @@ GntSuccessDialog::~GntSuccessDialog() = default;
 void GntSuccessDialog::done(int result)
 {
     DialogBase::done(result);
+}
+
+bool GntSuccessDialog::eventFilter(QObject* watched, QEvent* event)
+{
+    _pImpl->chooseDefaultButton(watched, *event);
+    return DialogBase::eventFilter(watched, event);
 }
 
 void GntSuccessDialog::slotPropertyValueChanged()

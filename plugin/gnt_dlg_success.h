@@ -29,6 +29,9 @@ public:
 
     void done(int result) override;
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private slots:
     void slotPropertyValueChanged();
     void slotPropertyRemoved();

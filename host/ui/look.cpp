@@ -34,10 +34,44 @@ QPalette DarkPalette()
     return palette;
 }
 
-/// The style draws the frames of boxes darker than the window, where dark windows swallow them.
+/// The style draws the frames of boxes darker than the window, where dark windows swallow them; it marks the
+/// default button and the one with the focus alike; and it clips the titles of groups at the ink of their
+/// letters, which is less than what drawing them takes.
 class OutlinedStyle : public QProxyStyle {
 public:
     OutlinedStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                         const QWidget* widget) const override
+    {
+        const QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+        const auto* const group = qstyleoption_cast<const QStyleOptionGroupBox*>(option);
+        if (control != CC_GroupBox || part != SC_GroupBoxLabel || !group)
+            return rect;
+        const int missing = group->fontMetrics.size(Qt::TextShowMnemonic, group->text).width() - rect.width();
+        if (missing <= 0)
+            return rect;
+        const Qt::Alignment side = visualAlignment(group->direction, group->textAlignment);
+        if (side & Qt::AlignRight)
+            return rect.adjusted(-missing, 0, 0, 0);
+        return side & Qt::AlignHCenter ? rect.adjusted(-missing, 0, missing, 0)
+                                       : rect.adjusted(0, 0, missing, 0);
+    }
+
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override
+    {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        constexpr State focusByKey = State_HasFocus | State_KeyboardFocusChange;
+        if (element != CE_PushButton || (option->state & focusByKey) != focusByKey)
+            return;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(option->palette.color(QPalette::ButtonText));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRoundedRect(QRectF(option->rect).adjusted(3.5, 3.5, -3.5, -3.5), 1, 1);
+        painter->restore();
+    }
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override
