@@ -19,6 +19,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTextCodec>
 
@@ -153,6 +154,8 @@ HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool v
     openhost::OpenHost::Options options;
     options.settingsFolder = _impl->folder.filePath(QStringLiteral("settings"));
     options.tempPath = _impl->folder.path();
+    options.documentationPath =
+        QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath() + QLatin1String("/documentation");
     options.logFilename = _impl->logFile();
     options.echoLog = verbose;
     options.terminalProgress = false; // the subcommands have their own

@@ -79,6 +79,12 @@ QString PluginFolderBesideProgram()
     return QCoreApplication::applicationDirPath() + QLatin1String("/plugins");
 }
 
+QString DocumentationFolderBesideProgram()
+{
+    // The host wants it at its start, when the toolkit does not yet know the program's place.
+    return QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath() + QLatin1String("/documentation");
+}
+
 DesktopWindow::DesktopWindow() : _window(*dzApp->getInterface()), _files(_window), _panes(tr("&Window"))
 {
     for (QDockWidget* const dock : _window.findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))

@@ -59,5 +59,7 @@ private:
 QStringList UseContentFolders(const QStringList& folders);
 /// Where the modules lie that come with the program.
 QString PluginFolderBesideProgram();
+/// Where the manuals of plug-ins lie; known before there is an application, too.
+QString DocumentationFolderBesideProgram();
 
 } // namespace desktop

@@ -48,6 +48,7 @@ int main(int argc, char** argv)
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     openhost::OpenHost::Options hostOptions;
     hostOptions.headless = false;
+    hostOptions.documentationPath = desktop::DocumentationFolderBesideProgram();
     hostOptions.logFilename = LogFile();
     openhost::OpenHost host(argc, argv, hostOptions);
     std::setlocale(LC_NUMERIC, "C");

@@ -1,0 +1,311 @@
+// The conversion that the manual's pictures show.
+// SPDX-License-Identifier: MIT
+
+#include "docs/manual/maker/picture_story.h"
+
+#include "apps/desktop/desktop_options.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPixmap>
+#include <QPointer>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTimer>
+#include <QToolButton>
+
+#include <dz3dviewport.h>
+#include <dzaction.h>
+#include <dzactionmgr.h>
+#include <dzapp.h>
+#include <dzbox3.h>
+#include <dzcamera.h>
+#include <dzcontentmgr.h>
+#include <dzfigure.h>
+#include <dzfloatproperty.h>
+#include <dzfloatslider.h>
+#include <dzmainwindow.h>
+#include <dzmorph.h>
+#include <dzobject.h>
+#include <dzpane.h>
+#include <dzpanemgr.h>
+#include <dzscene.h>
+#include <dzviewportmgr.h>
+
+#include <functional>
+#include <stdexcept>
+#include <utility>
+
+namespace manual {
+
+namespace {
+
+constexpr int kPatience = 60000; ///< milliseconds, far beyond what a loaded machine needs
+constexpr float kApart = 75.0f;  ///< cm, of each figure from the middle
+
+void Require(bool isSo, const char* what)
+{
+    if (!isSo)
+        throw std::runtime_error(what);
+}
+
+void WaitUntil(const std::function<bool()>& isSo, const char* what)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!isSo()) {
+        Require(timer.elapsed() < kPatience, what);
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    }
+}
+
+template <class Widget>
+Widget& Named(const QWidget& window, const char* name)
+{
+    auto* const widget = window.findChild<Widget*>(QLatin1String(name));
+    Require(widget, name);
+    return *widget;
+}
+
+QWidget& WindowTitled(const char* title)
+{
+    for (QWidget* const window : QApplication::topLevelWidgets())
+        if (window->isVisible() && window->windowTitle().contains(QLatin1String(title)))
+            return *window;
+    throw std::runtime_error(title);
+}
+
+QAbstractButton& ButtonOf(const QWidget& window, const char* text)
+{
+    for (auto* const button : window.findChildren<QAbstractButton*>())
+        if (button->text() == QLatin1String(text) || button->accessibleName() == QLatin1String(text))
+            return *button;
+    throw std::runtime_error(text);
+}
+
+/// Shows the next modal window to a function and closes it when that has not. What the function throws is
+/// kept for rethrow(): the event loop between lets nothing through.
+class NextModal {
+public:
+    explicit NextModal(std::function<void(QWidget&)> look) : _look(std::move(look))
+    {
+        QObject::connect(&_timer, &QTimer::timeout, [this] { poll(); });
+        _timer.start(1);
+    }
+    void rethrow() const
+    {
+        if (_failure)
+            std::rethrow_exception(_failure);
+        Require(!_timer.isActive(), "a dialog did not open");
+    }
+
+private:
+    void poll()
+    {
+        const QPointer<QWidget> window = QApplication::activeModalWidget();
+        if (!window)
+            return;
+        _timer.stop();
+        try {
+            _look(*window);
+        } catch (...) {
+            _failure = std::current_exception();
+        }
+        if (auto* const dialog = qobject_cast<QDialog*>(window.data()); dialog && dialog->isVisible())
+            dialog->reject();
+    }
+
+    std::function<void(QWidget&)> _look;
+    QTimer _timer;
+    std::exception_ptr _failure;
+};
+
+Dz3DViewport& Viewport()
+{
+    auto* const viewport = dzApp->getInterface()->findChild<Dz3DViewport*>();
+    Require(viewport, "there is no viewport");
+    return *viewport;
+}
+
+/// Looks at what is visible from the front, with a margin around it.
+void FrameAll()
+{
+    DzBox3 all;
+    for (int i = 0; i < dzScene->getNumNodes(); ++i)
+        if (auto* const figure = qobject_cast<DzFigure*>(dzScene->getNode(i)); figure && figure->isVisible())
+            all.include(figure->getWSBoundingBox());
+    const DzVec3 reach = all.getSize() * 0.6f;
+    all.include(DzBox3(all.getCenter() - reach, all.getCenter() + reach));
+    const QSizeF size = Viewport().size();
+    Viewport().getCamera()->frame(all, static_cast<float>(size.width() / size.height()));
+}
+
+QPixmap Beside(const std::vector<QPixmap>& pictures)
+{
+    QSize size(0, 0);
+    for (const QPixmap& picture : pictures)
+        size = QSize(size.width() + picture.width(), std::max(size.height(), picture.height()));
+    QPixmap all(size);
+    QPainter painter(&all);
+    int x = 0;
+    for (QPixmap picture : pictures) {
+        picture.setDevicePixelRatio(1.0);
+        painter.drawPixmap(x, 0, picture);
+        x += picture.width();
+    }
+    return all;
+}
+
+} // namespace
+
+PictureStory::PictureStory(QString library, QString plugins, QString pictures)
+    : _library(std::move(library)), _plugins(std::move(plugins)), _pictures(std::move(pictures))
+{
+}
+
+void PictureStory::tell()
+{
+    start();
+    showMistake();
+    convert();
+    showResult();
+    showDials();
+    showHeadAndBody();
+}
+
+void PictureStory::start()
+{
+    DzMainWindow& window = *dzApp->getInterface();
+    // Of a desktop's usual size; without a display letters are larger. The dialogs can do with those.
+    QFont letters = window.font();
+    letters.setPointSize(9);
+    window.setFont(letters);
+    _desktop.show();
+    window.resize(1040, 620);
+    desktop::Options options;
+    options.contentFolders = {_library.toStdString()};
+    options.pluginFolder = _plugins.toStdString();
+    _desktop.start(options);
+    _source = &open("People/Genesis 8 Female/Characters/Vera.duf");
+    _target = &open("People/Genesis 9/Genesis 9.duf");
+    _source->getXPosControl()->setValue(-kApart);
+    _target->getXPosControl()->setValue(kApart);
+    FrameAll();
+}
+
+void PictureStory::showMistake()
+{
+    dzScene->selectAllNodes(false);
+    _source->select(true);
+    NextModal box([this](QWidget& window) { save(window.grab(), "error-box"); });
+    triggerConversion();
+    box.rethrow();
+}
+
+void PictureStory::convert()
+{
+    _target->select(true);
+    QCoreApplication::processEvents();
+    save(dzApp->getInterface()->grab(), "desktop");
+    NextModal dialog([this](QWidget& window) { showConvertDialog(window); });
+    triggerConversion();
+    dialog.rethrow();
+}
+
+void PictureStory::showConvertDialog(QWidget& dialog)
+{
+    auto& grid = Named<QGridLayout>(dialog, "pgridMorphBases");
+    const QLayout& heightRow = *grid.itemAtPosition(3, 1)->layout();
+    const auto& height = *qobject_cast<DzFloatSlider*>(heightRow.itemAt(0)->widget());
+    const float before = height.getValue();
+    WaitUntil([&height, before] { return height.getValue() != before; }, "the height is not matched");
+    Named<QCheckBox>(dialog, "pchkCreateFullFigureMorph").setChecked(true);
+    Named<QRadioButton>(dialog, "pRadioResolutionBase").setChecked(true);
+    Named<QLineEdit>(dialog, "pledFullFigureMorphName").setText(QStringLiteral("Vera"));
+    Named<QLineEdit>(dialog, "pledHeadMorphName").setText(QStringLiteral("Vera Head"));
+    Named<QLineEdit>(dialog, "pledBodyMorphName").setText(QStringLiteral("Vera Body"));
+    save(dialog.grab(), "convert-dialog");
+    NextModal picker([this](QWidget& window) { save(window.grab(), "morph-path-dialog"); });
+    ButtonOf(dialog, "Pick morph path").click();
+    picker.rethrow();
+    Named<QPushButton>(dialog, "pbtnConvert").click();
+}
+
+void PictureStory::showResult()
+{
+    QWidget& dialog = WindowTitled("Conversion complete");
+    setDial("Vera", 1.0f);
+    for (const char* const name : {"Vera", "Vera Head", "Vera Body"})
+        ButtonOf(dialog, name).setChecked(true);
+    // Readers have folders of their own.
+    auto& libraries = Named<QComboBox>(dialog, "pcboContentLibrary");
+    libraries.setItemText(0, QStringLiteral("/home/vera/My Library"));
+    Named<QLineEdit>(dialog, "pledVendorName").setText(QStringLiteral("Vera Novak"));
+    Named<QLineEdit>(dialog, "pledProductName").setText(QStringLiteral("My Shapes"));
+    save(dialog.grab(), "success-dialog");
+    ButtonOf(dialog, "Show in Parameters").click();
+    ButtonOf(dialog, "Close").click();
+}
+
+void PictureStory::showDials()
+{
+    QCoreApplication::processEvents();
+    QWidget* const pane = dzApp->getInterface()->getPaneMgr()->findPane(QStringLiteral("DzParametersPane"));
+    Require(pane, "there is no Parameters pane");
+    save(pane->grab(), "parameters");
+}
+
+void PictureStory::showHeadAndBody()
+{
+    _source->setVisible(false);
+    setDial("Vera", 0.0f);
+    dzScene->selectAllNodes(false);
+    FrameAll();
+    std::vector<QPixmap> views;
+    for (const auto& [head, body] : {std::pair(1.0f, 0.0f), std::pair(0.0f, 1.0f), std::pair(1.0f, 1.0f)}) {
+        setDial("Vera Head", head);
+        setDial("Vera Body", body);
+        const QPixmap view = Viewport().grab();
+        // Without the view's name above the figure.
+        const int width = view.width() * 7 / 8, height = view.height() * 7 / 8;
+        views.push_back(view.copy((view.width() - width) / 2, (view.height() - height) / 2, width, height));
+    }
+    save(Beside(views), "head-and-body");
+}
+
+DzFigure& PictureStory::open(const char* relativePath)
+{
+    const QString file = dzApp->getContentMgr()->getAbsolutePath(QLatin1String(relativePath), true);
+    Require(_desktop.files().openFile(file), relativePath);
+    auto* const figure = qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
+    Require(figure, relativePath);
+    return *figure;
+}
+
+void PictureStory::setDial(const char* morph, float value)
+{
+    auto* const made = qobject_cast<DzMorph*>(_target->getObject()->findModifier(QLatin1String(morph)));
+    Require(made, morph);
+    made->getValueChannel()->setValue(value);
+}
+
+void PictureStory::triggerConversion()
+{
+    DzAction* const action =
+        dzApp->getInterface()->getActionMgr()->findAction(QStringLiteral("GntConvertFigureAction"));
+    Require(action, "the plug-in has no action");
+    action->trigger();
+}
+
+void PictureStory::save(const QPixmap& picture, const char* name) const
+{
+    Require(picture.save(QStringLiteral("%1/%2.png").arg(_pictures, QLatin1String(name))), name);
+}
+
+} // namespace manual
