@@ -45,10 +45,26 @@ protected:
         return options;
     }
 
+    /// From the menu, its name typed.
     DzFigure& openFigure(const char* file)
     {
-        EXPECT_TRUE(desktop->files().openFile(pathOf(file)));
+        ModalAnswer dialog(TypeFile(pathOf(file)));
+        entry("Open...")->trigger();
+        EXPECT_TRUE(dialog.seen);
+        window().activateWindow(); // no window manager does it here
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
         return *qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
+    }
+    /// To its largest value, with its slider in the Parameters pane.
+    static void turnUp(DzFloatProperty& property)
+    {
+        DzPane& parameters = pane("DzParametersPane");
+        EXPECT_TRUE(QMetaObject::invokeMethod(&parameters, "jumpToProperty", Q_ARG(DzProperty*, &property)));
+        QCoreApplication::processEvents();
+        for (DzFloatSlider* const slider : parameters.findChildren<DzFloatSlider*>())
+            if (slider->isVisible() && slider->getLabel() == property.getLabel())
+                QTest::keyClick(slider, Qt::Key_End);
+        EXPECT_EQ(property.getValue(), property.getMax());
     }
     static DzMorph* morphOf(const DzFigure& figure, const char* name)
     {
@@ -59,7 +75,8 @@ protected:
     {
         source = &openFigure(sourceFile);
         source->setLabel(QStringLiteral("Vera"));
-        morphOf(*source, "Wide")->getValueChannel()->setValue(1.0f);
+        click(*source);
+        turnUp(*morphOf(*source, "Wide")->getValueChannel());
         target = &openFigure(targetFile);
         click(*source);
         click(*target, Qt::ControlModifier);
@@ -176,7 +193,8 @@ TEST_F(DesktopStory, from_two_figures_to_a_saved_morph_that_another_run_finds)
     ASSERT_NE(found, nullptr) << LogText().toStdString();
     EXPECT_EQ(found->getValueChannel()->getPath(), QStringLiteral("/Gantrel"));
     const DzBox3 before = fresh.getWSBoundingBox();
-    found->getValueChannel()->setValue(1.0f);
+    click(fresh);
+    turnUp(*found->getValueChannel());
     EXPECT_NE(fresh.getWSBoundingBox().getMax().m_x, before.getMax().m_x);
 }
 
