@@ -1,0 +1,140 @@
+// The desktop application itself, run twice on a screen in memory by a user with mouse and keys.
+// SPDX-License-Identifier: MIT
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+#include <vector>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+namespace {
+
+constexpr int kStartMilliseconds = 30000;
+constexpr int kRunMilliseconds = 300000;
+
+/// An X server without a display, and a window manager on it. Ends with the object.
+class VirtualScreen {
+public:
+    VirtualScreen()
+    {
+        _server.start(QStringLiteral(GANTREL_XVFB),
+                      {"-displayfd", "1", "-screen", "0", "1600x1000x24", "-nolisten", "tcp"});
+        while (!_server.canReadLine() && _server.waitForReadyRead(kStartMilliseconds)) {
+        }
+        name = QLatin1Char(':') + QString::fromUtf8(_server.readLine()).trimmed();
+    }
+    ~VirtualScreen()
+    {
+        for (QProcess* const process : {&_manager, &_server}) {
+            process->terminate();
+            process->waitForFinished(kStartMilliseconds);
+        }
+    }
+    /// Waits until it manages windows.
+    void startManager(const QProcessEnvironment& environment)
+    {
+        _manager.setProcessEnvironment(environment);
+        _manager.start(QStringLiteral(GANTREL_WINDOW_MANAGER), {"--startup", "echo started"});
+        QByteArray said;
+        while (!said.contains("started") && _manager.waitForReadyRead(kStartMilliseconds))
+            said += _manager.readAllStandardOutput();
+        ASSERT_TRUE(said.contains("started")) << said.toStdString();
+    }
+
+    QString name; ///< such as ":1"; ":" alone where the server did not start
+
+private:
+    QProcess _server;
+    QProcess _manager;
+};
+
+class DisplayStory : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(_folder.isValid());
+        for (const char* const name : {"saved", "plugins", "home"})
+            ASSERT_TRUE(QDir(_folder.path()).mkdir(QLatin1String(name)));
+        ASSERT_EQ(QProcess::execute(QStringLiteral(GANTREL_CLI), {"sample-content", path("sample")}), 0);
+        for (const char* const module : {GANTREL_MODULE, GANTREL_STORY_MODULE})
+            ASSERT_TRUE(QFile::link(QLatin1String(module),
+                                    path("plugins/") + QFileInfo(QLatin1String(module)).fileName()));
+        ASSERT_GT(screen.name.size(), 1) << "the X server does not start";
+        screen.startManager(environment());
+    }
+
+    QString path(const char* relative) const { return _folder.filePath(QLatin1String(relative)); }
+
+    QProcessEnvironment environment() const
+    {
+        QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
+        all.insert(QStringLiteral("DISPLAY"), screen.name);
+        all.insert(QStringLiteral("HOME"), path("home"));
+        for (const char* const variable :
+             {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
+            all.remove(QLatin1String(variable));
+        return all;
+    }
+
+    /// @return what the program wrote; nothing when all went well
+    std::string run(const char* story, const char* extent) const
+    {
+        QProcessEnvironment told = environment();
+        told.insert(QStringLiteral("GANTREL_STORY"), QLatin1String(story));
+        told.insert(QStringLiteral("GANTREL_STORY_TARGET"), path("sample/People/Genesis 9/Genesis 9.duf"));
+        told.insert(QStringLiteral("GANTREL_STORY_LIBRARY"), path("saved"));
+        told.insert(QStringLiteral("GANTREL_STORY_EXTENT"), path(extent));
+        QProcess program;
+        program.setProcessEnvironment(told);
+        program.setProcessChannelMode(QProcess::MergedChannels);
+        program.start(QStringLiteral(GANTREL_DESKTOP), {"--content", path("sample"), "--content",
+                                                        path("saved"), "--plugins", path("plugins")});
+        const bool hasEnded = program.waitForFinished(kRunMilliseconds);
+        EXPECT_TRUE(hasEnded);
+        EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(program.exitCode(), 0);
+        return program.readAll().toStdString();
+    }
+
+    std::vector<double> numbersIn(const char* relative) const
+    {
+        std::ifstream in(path(relative).toStdString());
+        return {std::istream_iterator<double>(in), std::istream_iterator<double>()};
+    }
+
+private:
+    QTemporaryDir _folder;
+
+protected:
+    VirtualScreen screen;
+};
+
+} // namespace
+
+TEST_F(DisplayStory, from_two_figures_to_a_saved_morph_that_the_next_run_finds)
+{
+    std::string output = run("convert", "converted.txt");
+    ASSERT_FALSE(HasFailure()) << output;
+    const std::vector<double> converted = numbersIn("converted.txt");
+    ASSERT_EQ(converted.size(), 6u);
+
+    output = run("find", "found.txt");
+    ASSERT_FALSE(HasFailure()) << output;
+    const std::vector<double> found = numbersIn("found.txt");
+    ASSERT_EQ(found.size(), 6u);
+    for (std::size_t i = 0; i < found.size(); ++i)
+        EXPECT_NEAR(found[i], converted[i], 1e-4) << "centimetres, number " << i;
+}
+
+int main(int argc, char** argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
