@@ -9,6 +9,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -87,6 +88,8 @@ protected:
     {
         QProcessEnvironment told = environment();
         told.insert(QStringLiteral("GANTREL_STORY"), QLatin1String(story));
+        told.insert(QStringLiteral("GANTREL_STORY_SOURCE"),
+                    path("sample/People/Genesis 3 Female/Characters/Gina.duf"));
         told.insert(QStringLiteral("GANTREL_STORY_TARGET"), path("sample/People/Genesis 9/Genesis 9.duf"));
         told.insert(QStringLiteral("GANTREL_STORY_LIBRARY"), path("saved"));
         told.insert(QStringLiteral("GANTREL_STORY_EXTENT"), path(extent));
@@ -128,8 +131,23 @@ TEST_F(DisplayStory, from_two_figures_to_a_saved_morph_that_the_next_run_finds)
     ASSERT_FALSE(HasFailure()) << output;
     const std::vector<double> found = numbersIn("found.txt");
     ASSERT_EQ(found.size(), 6u);
+    const std::vector<double> bare = numbersIn("found.txt.bare");
+    ASSERT_EQ(bare.size(), 6u);
     for (std::size_t i = 0; i < found.size(); ++i)
         EXPECT_NEAR(found[i], converted[i], 1e-4) << "centimetres, number " << i;
+    EXPECT_GT(std::abs(found[4] - bare[4]), 1.0) << "the shape is a smaller woman's";
+}
+
+TEST_F(DisplayStory, by_keys_alone_saves_a_morph)
+{
+    const std::string output = run("keys", "unused.txt");
+    ASSERT_FALSE(HasFailure()) << output;
+    QDirIterator saved(path("sample/data"), {"*.dsf"}, QDir::Files, QDirIterator::Subdirectories);
+    QStringList ofVendor;
+    while (saved.hasNext())
+        if (saved.next().contains(QStringLiteral("/Acme/Product/")))
+            ofVendor.append(saved.fileName());
+    EXPECT_EQ(ofVendor.join(QLatin1Char('|')).toStdString(), "Gina_converted_to_G9_Body.dsf");
 }
 
 int main(int argc, char** argv)

@@ -25,10 +25,10 @@ KeySym SymbolOf(VirtualInput::Key key)
         return XK_Escape;
     case VirtualInput::Key::Tab:
         return XK_Tab;
+    case VirtualInput::Key::Space:
+        return XK_space;
     case VirtualInput::Key::Right:
         return XK_Right;
-    case VirtualInput::Key::Down:
-        return XK_Down;
     case VirtualInput::Key::End:
         return XK_End;
     }

@@ -10,7 +10,7 @@
 /// object belongs to one thread.
 class VirtualInput {
 public:
-    enum class Key { Control, Alt, Return, Escape, Tab, Right, Down, End };
+    enum class Key { Control, Alt, Return, Escape, Tab, Space, Right, End };
 
     /// On the display that the environment names. Throws std::runtime_error when it cannot be reached, or
     /// does not let events be made.
