@@ -75,6 +75,22 @@ void Attenuate(SparseDeltas& deltas, Span<const float> weights, float strength)
     }
 }
 
+SparseDeltas WithPreserved(const SparseDeltas& old, const SparseDeltas& fresh)
+{
+    SparseDeltas merged;
+    std::size_t o = 0, n = 0;
+    while (o < old.size() || n < fresh.size()) {
+        const bool takeNew = n < fresh.size() && (o == old.size() || fresh.vertices[n] <= old.vertices[o]);
+        if (takeNew && o < old.size() && fresh.vertices[n] == old.vertices[o])
+            ++o;
+        const SparseDeltas& from = takeNew ? fresh : old;
+        const std::size_t i = takeNew ? n++ : o++;
+        merged.vertices.push_back(from.vertices[i]);
+        merged.deltas.push_back(from.deltas[i]);
+    }
+    return merged;
+}
+
 void DropShort(SparseDeltas& deltas, float tolerance)
 {
     const float squared = tolerance * tolerance;

@@ -39,6 +39,9 @@ Vec3f Attenuated(Vec3f delta, float weight, float strength);
 /// @param weights  0..1, one per vertex; a vertex beyond the map counts as 0
 void Attenuate(SparseDeltas& deltas, Span<const float> weights, float strength);
 
+/// The fresh deltas, and the old ones of vertices that the fresh ones do not name.
+SparseDeltas WithPreserved(const SparseDeltas& old, const SparseDeltas& fresh);
+
 /// Drops deltas shorter than the tolerance (cm).
 void DropShort(SparseDeltas& deltas, float tolerance);
 

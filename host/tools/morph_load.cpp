@@ -137,26 +137,9 @@ void AttenuateByMap(NewMorph& made, const MorphLoadSettings& settings, const DzN
                             weights, settings.attenuateStrength);
 }
 
-/// The old deltas of vertices that the new ones do not move.
-geometry::SparseDeltas WithPreserved(const geometry::SparseDeltas& old, const geometry::SparseDeltas& fresh)
-{
-    geometry::SparseDeltas merged;
-    std::size_t o = 0, n = 0;
-    while (o < old.size() || n < fresh.size()) {
-        const bool takeNew = n < fresh.size() && (o == old.size() || fresh.vertices[n] <= old.vertices[o]);
-        if (takeNew && o < old.size() && fresh.vertices[n] == old.vertices[o])
-            ++o;
-        const geometry::SparseDeltas& from = takeNew ? fresh : old;
-        const std::size_t i = takeNew ? n++ : o++;
-        merged.vertices.push_back(from.vertices[i]);
-        merged.deltas.push_back(from.deltas[i]);
-    }
-    return merged;
-}
-
 void Preserve(NewMorph& made, const DzMorph& present, const Pipeline& pipeline)
 {
-    made.deltas = WithPreserved(DeltasAccess::deltas(*present.getDeltas()), made.deltas);
+    made.deltas = geometry::WithPreserved(DeltasAccess::deltas(*present.getDeltas()), made.deltas);
     const geometry::MultiresDetail& old = DeltasAccess::detail(*present.getDeltas());
     if (old.empty())
         return;

@@ -42,6 +42,17 @@ TEST(ToDense, undoes_making_sparse)
     EXPECT_EQ(ToDense(MakeDeltas(dense, 0.0f), dense.size()), dense);
 }
 
+TEST(WithPreserved, keeps_old_deltas_where_the_fresh_ones_name_no_vertex)
+{
+    const SparseDeltas old{{1, 3, 4, 9}, {{1, 0, 0}, {3, 0, 0}, {4, 0, 0}, {9, 0, 0}}};
+    const SparseDeltas fresh{{0, 3, 9}, {{0, 5, 0}, {0, 6, 0}, {0, 7, 0}}};
+    const SparseDeltas merged = WithPreserved(old, fresh);
+    EXPECT_EQ(merged.vertices, (std::vector<std::uint32_t>{0, 1, 3, 4, 9}));
+    EXPECT_EQ(merged.deltas, (std::vector<Vec3f>{{0, 5, 0}, {1, 0, 0}, {0, 6, 0}, {4, 0, 0}, {0, 7, 0}}));
+    EXPECT_EQ(WithPreserved({}, fresh).vertices, fresh.vertices);
+    EXPECT_EQ(WithPreserved(old, {}).vertices, old.vertices);
+}
+
 TEST(DropShort, drops_only_what_is_shorter)
 {
     SparseDeltas deltas{{1, 4, 7}, {{0.5f, 0, 0}, {0.1f, 0, 0}, {0, 0, 2}}};
