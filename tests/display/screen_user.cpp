@@ -86,6 +86,7 @@ void ScreenUser::click(const std::string& what, const std::function<QRect()>& fi
     clickAt(place);
     for (const Key key : held)
         _input.releaseKey(key);
+    _input.send();
 }
 
 void ScreenUser::doubleClick(const std::string& what, const std::function<QRect()>& find)
@@ -94,6 +95,7 @@ void ScreenUser::doubleClick(const std::string& what, const std::function<QRect(
     pauseBetweenClicks();
     clickAt(place);
     clickAt(place);
+    _input.send();
 }
 
 void ScreenUser::dragRight(const std::string& what, const std::function<QRect()>& find)
@@ -107,6 +109,7 @@ void ScreenUser::dragRight(const std::string& what, const std::function<QRect()>
     for (int step = 1; step <= kSteps; ++step)
         _input.moveTo(place.x() + step * width / kSteps, place.y());
     _input.releaseButton();
+    _input.send();
     _lastClick = std::chrono::steady_clock::now();
 }
 
@@ -116,6 +119,7 @@ void ScreenUser::press(const Keys& keys)
         _input.pressKey(key);
     for (const Key key : keys)
         _input.releaseKey(key);
+    _input.send();
 }
 
 void ScreenUser::pressWith(const Keys& held, char letter)
@@ -125,12 +129,14 @@ void ScreenUser::pressWith(const Keys& held, char letter)
     _input.type(std::string(1, letter));
     for (const Key key : held)
         _input.releaseKey(key);
+    _input.send();
 }
 
 void ScreenUser::retype(const std::string& text)
 {
     pressWith({Key::Control}, 'a');
     _input.type(text);
+    _input.send();
 }
 
 void ScreenUser::takePicture(const std::string& name)

@@ -49,12 +49,10 @@ struct VirtualInput::Impl {
     void sendKey(KeySym symbol, bool isDown) const
     {
         XTestFakeKeyEvent(display, XKeysymToKeycode(display, symbol), isDown ? True : False, CurrentTime);
-        XSync(display, False);
     }
     void sendButton(bool isDown) const
     {
         XTestFakeButtonEvent(display, 1, isDown ? True : False, CurrentTime);
-        XSync(display, False);
     }
     void typeLetter(KeySym symbol) const
     {
@@ -76,14 +74,20 @@ VirtualInput::VirtualInput() : _impl(new Impl)
     int event = 0, error = 0, major = 0, minor = 0;
     if (!_impl->display || !XTestQueryExtension(_impl->display, &event, &error, &major, &minor))
         throw std::runtime_error("there is no X server that lets events be made");
+    // On a busy machine the time between a key's press and its release may be long enough for repeating.
+    XAutoRepeatOff(_impl->display);
 }
 
 VirtualInput::~VirtualInput() = default;
 
+void VirtualInput::send()
+{
+    XSync(_impl->display, False);
+}
+
 void VirtualInput::moveTo(int x, int y)
 {
     XTestFakeMotionEvent(_impl->display, -1, x, y, CurrentTime);
-    XSync(_impl->display, False);
 }
 
 void VirtualInput::pressButton()

@@ -6,8 +6,9 @@
 #include <memory>
 #include <string>
 
-/// The events go through the server, so that the window manager and the toolkit treat them as real ones. An
-/// object belongs to one thread.
+/// The events go through the server, so that the window manager and the toolkit treat them as real ones. They
+/// are gathered until they are sent, and so follow each other at once: two clicks make a double click however
+/// busy the machine is. An object belongs to one thread.
 class VirtualInput {
 public:
     enum class Key { Control, Alt, Return, Escape, Tab, Space, Right, End };
@@ -16,6 +17,9 @@ public:
     /// does not let events be made.
     VirtualInput();
     ~VirtualInput();
+
+    /// Until the server has them all.
+    void send();
 
     /// Pixels of the whole screen.
     void moveTo(int x, int y);
