@@ -46,6 +46,8 @@ public:
 private:
     [[noreturn]] void throwInvalid(const std::string& text) const
     {
+        if (text.find_first_not_of(" \t\r\n") == std::string::npos)
+            throw geometry::FormatError("{}: is empty", _name);
         // The fast parser does not say where; numbers that no double holds pass the other one.
         const std::size_t line = LineOfError(text);
         if (line == 0)

@@ -105,11 +105,11 @@ TEST_F(HostileFile, every_beginning_of_a_good_file_is_refused)
 {
     for (const Json& json : {morph(), character()}) {
         const std::string text = json.dump();
-        for (std::size_t size = 0; size < text.size(); ++size)
+        for (std::size_t size = 1; size < text.size(); ++size)
             EXPECT_EQ(error(text.substr(0, size)), named("line 1 is not valid JSON")) << size;
     }
     const std::string text = figure().dump();
-    for (std::size_t size = 0; size < text.size(); size += 13)
+    for (std::size_t size = 1; size < text.size(); size += 13)
         EXPECT_EQ(error(text.substr(0, size)), named("line 1 is not valid JSON")) << size;
 }
 
@@ -117,6 +117,8 @@ TEST_F(HostileFile, errors_say_what_is_wrong_and_where)
 {
     EXPECT_EQ(error("{\n\"a\": 1,\n\"b\": nan\n}"), named("line 3 is not valid JSON"));
     EXPECT_EQ(error("{\n\"a\": \"\xFF\"\n}"), named("line 2 is not valid JSON"));
+    EXPECT_EQ(error(""), named("is empty"));
+    EXPECT_EQ(error(" \r\n\t"), named("is empty"));
     EXPECT_EQ(error("[]"), named("is not a DSON file"));
     EXPECT_EQ(error("{}"), named("is not a DSON file: it has no file_version"));
     EXPECT_EQ(error(std::string(100000, '[')), named("line 1 is not valid JSON"));
