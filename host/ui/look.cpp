@@ -4,6 +4,7 @@
 #include "host/ui/look.h"
 
 #include <QApplication>
+#include <QFontMetrics>
 #include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
@@ -35,11 +36,34 @@ QPalette DarkPalette()
 }
 
 /// The style draws the frames of boxes darker than the window, where dark windows swallow them; it marks the
-/// default button and the one with the focus alike; and it clips the titles of groups at the ink of their
-/// letters, which is less than what drawing them takes.
+/// default button and the one with the focus alike; it clips the titles of groups at the ink of their
+/// letters, which is less than what drawing them takes; its boxes to check stay small beside large letters;
+/// and on some desktops it puts pictures made for light windows on the buttons of dialogs.
 class OutlinedStyle : public QProxyStyle {
 public:
     OutlinedStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override
+    {
+        const int length = QProxyStyle::pixelMetric(metric, option, widget);
+        switch (metric) {
+        case PM_IndicatorWidth:
+        case PM_IndicatorHeight:
+        case PM_ExclusiveIndicatorWidth:
+        case PM_ExclusiveIndicatorHeight:
+            return qMax(length, QFontMetrics(widget ? widget->font() : QApplication::font()).ascent());
+        default:
+            return length;
+        }
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* more) const override
+    {
+        if (hint == SH_DialogButtonBox_ButtonsHaveIcons)
+            return 0;
+        return QProxyStyle::styleHint(hint, option, widget, more);
+    }
 
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
                          const QWidget* widget) const override

@@ -6,7 +6,10 @@
 #include "tests/host/host_fixture.h"
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QDialogButtonBox>
 #include <QSignalSpy>
+#include <QStyle>
 #include <QToolButton>
 
 namespace {
@@ -109,6 +112,29 @@ TEST_F(StyleTest, sets_light_text_on_dark_windows)
          {std::pair(QPalette::WindowText, QPalette::Window), std::pair(QPalette::Text, QPalette::Base),
           std::pair(QPalette::ButtonText, QPalette::Button)})
         EXPECT_GT(palette.color(ink).lightness(), palette.color(ground).lightness() + 100);
+}
+
+TEST_F(StyleTest, draws_boxes_to_check_as_large_as_the_letters_beside_them)
+{
+    QCheckBox box;
+    for (const int points : {9, 12, 18, 30}) {
+        QFont font = QApplication::font();
+        font.setPointSize(points);
+        box.setFont(font);
+        for (const QStyle::PixelMetric metric :
+             {QStyle::PM_IndicatorWidth, QStyle::PM_IndicatorHeight, QStyle::PM_ExclusiveIndicatorWidth,
+              QStyle::PM_ExclusiveIndicatorHeight})
+            EXPECT_GE(box.style()->pixelMetric(metric, nullptr, &box), box.fontMetrics().ascent()) << points;
+    }
+}
+
+TEST_F(StyleTest, leaves_the_buttons_of_dialogs_without_pictures)
+{
+    const QDialogButtonBox buttons(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    ASSERT_EQ(buttons.buttons().size(), 2);
+    EXPECT_FALSE(QApplication::style()->styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons));
+    for (const QAbstractButton* const button : buttons.buttons())
+        EXPECT_TRUE(button->icon().isNull()) << button->text().toStdString();
 }
 
 } // namespace
