@@ -313,7 +313,7 @@ TEST_F(LoadedFigure, that_is_missing_or_broken_leaves_the_scene_as_it_was)
         std::string bytes;
         const char* message;
     };
-    const Case cases[] = {{"", "Mini.dsf: line 1 is not valid JSON"},
+    const Case cases[] = {{"", "Mini.dsf: is empty"},
                           {"{}", "Mini.dsf: is not a DSON file: it has no file_version"},
                           {"{\"file_version\": \"0.6.0.0\"}", "Mini.dsf: has no node Mini"},
                           {unfit, "Mini.dsf: the skin is for 11 vertices but the mesh has 10"}};

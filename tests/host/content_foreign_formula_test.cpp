@@ -105,7 +105,7 @@ TEST_F(ForeignScene, a_file_that_cannot_be_read_is_one_sentence_and_the_scene_st
         const char* message;
     };
     const Case cases[] = {
-        {"", "Bad.duf: line 1 is not valid JSON"},
+        {"", "Bad.duf: is empty"},
         {"ply\nformat ascii", "Bad.duf: line 1 is not valid JSON"},
         {"{\"file_version\": \"0.6.0.0\",\n\"scene\": {\"nodes\": [}}", "Bad.duf: line 2 is not valid JSON"},
         {"[1, 2]", "Bad.duf: is not a DSON file"},
@@ -135,7 +135,7 @@ TEST_F(ForeignScene, a_broken_morph_file_costs_that_morph_alone)
     DzFigure* const figure = openDoll();
     ASSERT_NE(figure, nullptr);
     EXPECT_NE(DialIn(*figure, "Good"), nullptr);
-    EXPECT_EQ(timesLogged("Empty.dsf: line 1 is not valid JSON"), 1);
+    EXPECT_EQ(timesLogged("Empty.dsf: is empty"), 1);
     EXPECT_EQ(timesLogged("Cut.dsf: the compressed data is cut off"), 1);
     EXPECT_EQ(timesLogged("Folder.dsf"), 0);
 }
