@@ -138,9 +138,9 @@ std::size_t CountItems(const Element& owner, std::string_view key)
 void NoteLeftOut(const Element& scene, Document& document)
 {
     if (const std::size_t count = CountItems(scene, "materials"))
-        document.leftOut.push_back(fmt::format("{} materials", count));
+        document.leftOut.push_back(Counted(count, "material", "materials"));
     if (const std::size_t count = CountItems(scene, "uvs"))
-        document.leftOut.push_back(fmt::format("{} UV sets", count));
+        document.leftOut.push_back(Counted(count, "UV set", "UV sets"));
     std::size_t scripts = 0;
     ForEach(scene, "extra", [&](const Element& extra) {
         scripts +=
@@ -166,10 +166,15 @@ void ReadScene(const Element& scene, Document& document, ParseContext& context)
     });
     NoteLeftOut(scene, document);
     if (strange > 0)
-        document.leftOut.push_back(fmt::format("{} values that are no numbers", strange));
+        document.leftOut.push_back(Counted(strange, "value that is no number", "values that are no numbers"));
 }
 
 } // namespace
+
+std::string Counted(std::size_t count, const char* one, const char* many)
+{
+    return fmt::format("{} {}", count, count == 1 ? one : many);
+}
 
 Document ReadDocument(const std::filesystem::path& file, const ReadOptions& options)
 {

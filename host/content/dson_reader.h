@@ -95,6 +95,9 @@ struct Document {
     bool hasDeltas = true;             ///< morphs came with their displacements
 };
 
+/// An entry of Document::leftOut.
+std::string Counted(std::size_t count, const char* one, const char* many);
+
 struct ReadOptions {
     bool deltas = true; ///< off: morphs come without their displacements, which are read later by ReadDeltas
 };

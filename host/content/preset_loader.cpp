@@ -282,7 +282,7 @@ std::vector<std::string> LeftOutOf(const dson::Document& preset)
         preset.animations.begin(), preset.animations.end(),
         [](const dson::AnimatedValue& entry) { return IsOfMaterial(dson::ParseUri(entry.url)); });
     if (count > 0)
-        parts.push_back(fmt::format("{} values of materials", count));
+        parts.push_back(dson::Counted(std::size_t(count), "value of materials", "values of materials"));
     return parts;
 }
 
@@ -323,7 +323,7 @@ int ApplyValues(const dson::Document& preset, DzNode& node)
 {
     const PresetTarget target(FigureOf(node));
     if (const std::vector<std::string> others = LeftOutOf(preset); !others.empty())
-        LogWarning(ToQ(fmt::format("{}: {} are left out", preset.file.string(), fmt::join(others, ", "))));
+        LogWarning(ToQ(fmt::format("{}: left out: {}", preset.file.string(), fmt::join(others, ", "))));
     const std::vector<PresetValue> values = FindValues(preset, target);
     SettleLimits(preset, values);
     for (const PresetValue& value : values)

@@ -19,6 +19,7 @@
 #include "host/figure/fitting.h"
 #include "host/scene/host_log.h"
 #include "host/scene/load_questions.h"
+#include "openhost/operations.h"
 
 #include <algorithm>
 #include <memory>
@@ -36,11 +37,6 @@ namespace openhost {
 namespace {
 
 namespace fs = std::filesystem;
-
-void Log(const std::string& line)
-{
-    LogWarning(QString::fromStdString(line));
-}
 
 QStringList ToList(const std::set<std::string>& texts)
 {
@@ -69,7 +65,7 @@ public:
     {
         const InstanceOrder order(*_document);
         if (const dson::NodeInstance* const instance = order.circular())
-            log(fmt::format("{} is below itself; its parent is left out", instance->id));
+            logLeftOut(fmt::format("{} is below itself; its parent is left out", instance->id));
         for (const dson::NodeInstance* const instance : order.instances())
             place(*instance);
         for (const dson::ModifierInstance& instance : _document->modifierInstances)
@@ -107,7 +103,24 @@ private:
         DzNode* node;
     };
 
-    void log(const std::string& what) const { Log(_document->file.string() + ": " + what); }
+    void log(const std::string& what) const
+    {
+        LogWarning(QString::fromStdString(_document->file.string() + ": " + what));
+    }
+
+    /// Of something that the scene will lack.
+    void logLeftOut(const std::string& what) const
+    {
+        log(what);
+        AllowOperation("leftOut", QString::fromStdString(what));
+    }
+
+    static void logLeftOut(const geometry::Error& error)
+    {
+        const QString what = QString::fromUtf8(error.what());
+        LogWarning(what);
+        AllowOperation("leftOut", what);
+    }
 
     /// Path of a URL's file as the URL spells it; this file's own for "#id".
     std::string pathOf(const dson::Uri& uri) const
@@ -203,7 +216,7 @@ private:
             applyInstance(instance, root, _figures.size() - 1);
             return true;
         } catch (const geometry::Error& error) {
-            Log(error.what());
+            logLeftOut(error);
             return false;
         }
     }
@@ -333,7 +346,7 @@ private:
             if (const std::shared_ptr<const dson::Document> file = isHere ? _document : documentOf(url))
                 assembly.addModifier(file, url.path, url.id);
         } catch (const geometry::Error& error) {
-            Log(error.what());
+            logLeftOut(error);
         }
     }
 
@@ -341,14 +354,14 @@ private:
     void report() const
     {
         if (_missing.size() == 1)
-            log(fmt::format("{} is in no content library", *_missing.begin()));
+            logLeftOut(fmt::format("{} is in no content library", *_missing.begin()));
         else if (!_missing.empty())
-            log(fmt::format("{} files are in no content library, such as {}", _missing.size(),
-                            *_missing.begin()));
+            logLeftOut(fmt::format("{} files are in no content library, such as {}", _missing.size(),
+                                   *_missing.begin()));
         if (_lostBones > 0)
-            log(fmt::format("{} bones hang on no figure and are left out", _lostBones));
+            logLeftOut(fmt::format("{} bones hang on no figure and are left out", _lostBones));
         if (!_document->leftOut.empty())
-            log(fmt::format("{} are left out", fmt::join(_document->leftOut, ", ")));
+            logLeftOut(fmt::format("left out: {}", fmt::join(_document->leftOut, ", ")));
         if (!_missing.empty())
             CurrentLoadQuestions().missingFiles(ToList(_missing));
         std::set<std::string> duplicates;
@@ -419,8 +432,8 @@ private:
         const DzNode* const node = place ? place->node : selectedNode(reference);
         DzSkeleton* const target = node ? node->getSkeleton() : nullptr;
         if (!target || IsBelow(*target, *follower))
-            log(fmt::format("there is nothing that {} can be fitted to",
-                            figure.node->getLabel().toStdString()));
+            logLeftOut(fmt::format("there is nothing that {} can be fitted to",
+                                   figure.node->getLabel().toStdString()));
         else
             FitTo(*follower, *target);
     }
@@ -493,7 +506,7 @@ void RefuseEmptyPreset(const dson::Document& document)
     const std::vector<std::string> others = LeftOutOf(document);
     throw geometry::FormatError(
         "{}: holds nothing to load into a scene{}", document.file.string(),
-        others.empty() ? std::string() : fmt::format(" but {}, which are left out", fmt::join(others, ", ")));
+        others.empty() ? std::string() : fmt::format(" but what is left out: {}", fmt::join(others, ", ")));
 }
 
 /// Files that users save may be overwritten while the scene still needs the morphs in them.

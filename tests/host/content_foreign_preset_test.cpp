@@ -49,7 +49,7 @@ TEST_F(ForeignScene, a_pose_sets_bones_dials_of_bones_and_morphs_by_name_or_id)
                           "name://@selection/tail:?rotation/z/value"),
               1)
         << log().toStdString();
-    EXPECT_EQ(timesLogged("Preset.duf: 1 values of materials are left out"), 1);
+    EXPECT_EQ(timesLogged("Preset.duf: left out: 1 value of materials"), 1);
 }
 
 TEST_F(ForeignScene, a_hierarchical_pose_reaches_what_hangs_on_the_figure)
@@ -117,11 +117,10 @@ TEST_F(ForeignScene, a_material_preset_is_refused_with_the_reason_and_harms_noth
         "animations": [{"url": "name://@selection#materials/Skin:?diffuse/value", "keys": [[0, [1, 0.5, 0]]]},
             {"url": "name://@selection#materials/Skin:?value", "keys": [[0, 1]]}])",
                             "preset_material"));
-    EXPECT_EQ(
-        timesLogged(
-            "Preset.duf: holds nothing to load into a scene but 1 materials, 1 values that are no numbers, 1 "
-            "values of materials, which are left out"),
-        1)
+    EXPECT_EQ(timesLogged("Preset.duf: holds nothing to load into a scene but what is left out: 1 material, "
+                          "1 value that is "
+                          "no number, 1 value of materials"),
+              1)
         << log().toStdString();
     EXPECT_EQ(dzScene->getNumNodes(), 3);
     EXPECT_FALSE(loadPreset("", "preset_material"));

@@ -303,8 +303,8 @@ TEST_F(ForeignScene, parts_that_are_no_matter_of_shape_are_told_in_one_line)
     ASSERT_TRUE(load("Scenes/Painted.duf", Scene(Instance(), more)));
     EXPECT_EQ(
         timesLogged(
-            "Painted.duf: 2 materials, 1 UV sets, what is to be run or added after loading, 1 values that "
-            "are no numbers are left out"),
+            "Painted.duf: left out: 2 materials, 1 UV set, what is to be run or added after loading, 1 value "
+            "that is no number"),
         1)
         << log().toStdString();
 }

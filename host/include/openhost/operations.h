@@ -12,8 +12,8 @@ namespace openhost {
 /// Operations: "select", "add", "remove", "rename", "visible", "property", "morph", "export", "import",
 /// "openFile", "replaceScene", "saveAsset", "createMorph", "transfer". The detail names the object and what
 /// is done to it. "replaceScene" follows "openFile" when the scene is to be emptied for the file; its
-/// listener may ask the user. "progress" tells the text that a progress display shows from now on and cannot
-/// be refused.
+/// listener may ask the user. "progress" tells the text that a progress display shows from now on, and
+/// "leftOut" what of a file does not come into the scene that is being made of it; neither can be refused.
 class OperationListener {
 public:
     virtual ~OperationListener();
