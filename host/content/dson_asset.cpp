@@ -20,12 +20,14 @@ Formula MakeDeltaAdd(const std::string& outputUri, const std::string& inputUri, 
 
 namespace {
 
-Channel MakeTransformChannel(const char* id, const std::string& name, double value, double limit)
+/// @param axis  before the name; empty for all axes at once
+Channel MakeTransformChannel(const char* id, const std::string& axis, const std::string& name, double value,
+                             double limit)
 {
     Channel channel;
     channel.id = id;
-    channel.name = name;
-    channel.label = name;
+    channel.name = axis + name;
+    channel.label = axis.empty() ? name : axis + " " + name;
     channel.value = value;
     channel.min = -limit;
     channel.max = limit;
@@ -45,11 +47,11 @@ Node MakeNode(const std::string& id, const std::string& label, const std::string
     static const char* const letters[3] = {"X", "Y", "Z"};
     for (int axis = 0; axis < 3; ++axis) {
         const std::string letter = letters[axis];
-        node.translation[axis] = MakeTransformChannel(axes[axis], letter + "Translate", 0.0, 10000.0);
-        node.rotation[axis] = MakeTransformChannel(axes[axis], letter + "Rotate", 0.0, 180.0);
-        node.scale[axis] = MakeTransformChannel(axes[axis], letter + "Scale", 1.0, 10000.0);
+        node.translation[axis] = MakeTransformChannel(axes[axis], letter, "Translate", 0.0, 10000.0);
+        node.rotation[axis] = MakeTransformChannel(axes[axis], letter, "Rotate", 0.0, 180.0);
+        node.scale[axis] = MakeTransformChannel(axes[axis], letter, "Scale", 1.0, 10000.0);
     }
-    node.generalScale = MakeTransformChannel("general_scale", "Scale", 1.0, 10000.0);
+    node.generalScale = MakeTransformChannel("general_scale", "", "Scale", 1.0, 10000.0);
     return node;
 }
 

@@ -19,9 +19,13 @@ DzFloatProperty* MakeFloat(const QString& name, const QString& path, float value
     return property;
 }
 
-DzFloatProperty* AddFloat(DzNode& node, const QString& name, const QString& path, float value = 0.0f)
+/// @param axis  before the name; empty for all axes at once
+DzFloatProperty* AddFloat(DzNode& node, const QString& axis, const QString& name, const QString& group,
+                          float value = 0.0f)
 {
-    DzFloatProperty* const property = MakeFloat(name, path, value);
+    DzFloatProperty* const property =
+        MakeFloat(axis + name, QLatin1String("/General/Transforms/") + group, value);
+    property->setLabel((axis + QLatin1Char(' ') + name).trimmed());
     node.addProperty(property);
     return property;
 }
@@ -103,17 +107,15 @@ void SetBoth(const std::array<DzFloatProperty*, 3>& axes, const DzVec3& v)
 
 void DzNode::makeProperties()
 {
-    const QString transforms = QStringLiteral("/General/Transforms/");
+    const QString translate = QStringLiteral("Translate"), rotate = QStringLiteral("Rotate"),
+                  scale = QStringLiteral("Scale");
     for (std::size_t i = 0; i < 3; ++i)
-        _impl->translation[i] = AddFloat(*this, Axis(int(i)) + QLatin1String("Translate"),
-                                         transforms + QLatin1String("Translation"));
+        _impl->translation[i] = AddFloat(*this, Axis(int(i)), translate, QStringLiteral("Translation"));
     for (std::size_t i = 0; i < 3; ++i)
-        _impl->rotation[i] =
-            AddFloat(*this, Axis(int(i)) + QLatin1String("Rotate"), transforms + QLatin1String("Rotation"));
-    _impl->generalScale = AddFloat(*this, QStringLiteral("Scale"), transforms + QLatin1String("Scale"), 1.0f);
+        _impl->rotation[i] = AddFloat(*this, Axis(int(i)), rotate, QStringLiteral("Rotation"));
+    _impl->generalScale = AddFloat(*this, QString(), scale, scale, 1.0f);
     for (std::size_t i = 0; i < 3; ++i)
-        _impl->scale[i] =
-            AddFloat(*this, Axis(int(i)) + QLatin1String("Scale"), transforms + QLatin1String("Scale"), 1.0f);
+        _impl->scale[i] = AddFloat(*this, Axis(int(i)), scale, scale, 1.0f);
     _impl->visible = AddSwitch(*this, QStringLiteral("Visible"));
     _impl->visibleInSimulation = AddSwitch(*this, QStringLiteral("Visible in Simulation"));
     for (std::size_t i = 0; i < 3; ++i) {
