@@ -18,6 +18,8 @@ void AddPanes(DzMainWindow& window)
 {
     DzPaneMgr& panes = *window.getPaneMgr();
     window.setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
+    // Beside narrow panes there is room for whole titles, above them there is not.
+    window.setTabPosition(Qt::LeftDockWidgetArea, QTabWidget::West);
     panes.addPane(new DzContentLibraryPane, Qt::LeftDockWidgetArea);
     panes.addPane(new DzSmartContentPane, Qt::LeftDockWidgetArea);
     panes.addPane(new DzScriptPane, Qt::LeftDockWidgetArea);

@@ -72,6 +72,13 @@ void PropertyEditor::setWidget(QWidget* widget)
     static_cast<QHBoxLayout*>(layout())->addWidget(widget, 3);
 }
 
+void PropertyEditor::setStacked(bool onOff)
+{
+    const bool isStacked = onOff && !qobject_cast<QCheckBox*>(_widget);
+    static_cast<QHBoxLayout*>(layout())->setDirection(isStacked ? QBoxLayout::TopToBottom
+                                                                : QBoxLayout::LeftToRight);
+}
+
 void PropertyEditor::write(const std::function<void()>& write)
 {
     if (_isReading || !_property)

@@ -21,6 +21,9 @@ public:
     static PropertyEditor* Make(DzProperty& property, QWidget* parent);
     ~PropertyEditor() override;
 
+    /// The label above the widget instead of before it; a check box stays beside its label.
+    void setStacked(bool onOff);
+
 public slots:
     /// Shows the property's value.
     void read();

@@ -54,11 +54,12 @@ QIcon Star(const QWidget& widget, bool isFilled)
 
 } // namespace
 
-PropertyRow::PropertyRow(DzProperty& property, QWidget* parent) : QWidget(parent), _property(&property)
+PropertyRow::PropertyRow(DzProperty& property, QWidget* parent)
+    : QWidget(parent), _property(&property), _editor(PropertyEditor::Make(property, this))
 {
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(2 * kMargin, 0, kMargin, 0);
-    layout->addWidget(PropertyEditor::Make(property, this), 1);
+    layout->addWidget(_editor, 1);
     addStar(*layout);
     for (QWidget* widget : findChildren<QWidget*>()) {
         widget->installEventFilter(this);
@@ -87,14 +88,19 @@ void PropertyRow::addStar(QHBoxLayout& layout)
     layout.addWidget(_star);
 }
 
-int PropertyRow::HeightFor(const QWidget& widget)
+void PropertyRow::setStacked(bool onOff)
+{
+    _editor->setStacked(onOff);
+}
+
+int PropertyRow::HeightFor(const QWidget& widget, bool isStacked)
 {
     const DzFloatSlider slider(nullptr, QStringLiteral("X"));
     const QComboBox box;
     const QLineEdit line;
     const int editor = std::max({slider.sizeHint().height(), box.sizeHint().height(),
                                  line.sizeHint().height(), widget.fontMetrics().height() + 2 * kMargin});
-    return editor + 2 * kMargin;
+    return editor + 2 * kMargin + (isStacked ? widget.fontMetrics().height() : 0);
 }
 
 void PropertyRow::letGo()

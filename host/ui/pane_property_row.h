@@ -12,6 +12,8 @@ class QToolButton;
 
 namespace openhost {
 
+class PropertyEditor;
+
 /// An editor, with a star for favourites. A property that goes away leaves a row that does nothing.
 class PropertyRow : public QWidget {
     Q_OBJECT
@@ -21,9 +23,11 @@ public:
 
     DzProperty* property() const { return _property; } ///< null when it is gone
     void setPicked(bool onOff);
+    /// The label above what it names, for a narrow list.
+    void setStacked(bool onOff);
 
     /// The height that rows of every kind fit into, in pixels.
-    static int HeightFor(const QWidget& widget);
+    static int HeightFor(const QWidget& widget, bool isStacked);
 
 signals:
     /// Pressed with the mouse, anywhere.
@@ -42,6 +46,7 @@ private:
     void addStar(QHBoxLayout& layout);
 
     QPointer<DzProperty> _property;
+    PropertyEditor* _editor;
     QToolButton* _star = nullptr;
     bool _isPicked = false;
 };

@@ -33,7 +33,7 @@ QSet<const DzProperty*> SetOf(const std::vector<QPointer<DzProperty>>& list)
 } // namespace
 
 PropertyRows::PropertyRows(QWidget* parent)
-    : QAbstractScrollArea(parent), _rowHeight(PropertyRow::HeightFor(*this))
+    : QAbstractScrollArea(parent), _rowHeight(PropertyRow::HeightFor(*this, false))
 {
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFrameShape(QFrame::NoFrame);
@@ -94,9 +94,10 @@ void PropertyRows::changeEvent(QEvent* event)
     QAbstractScrollArea::changeEvent(event);
     if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange)
         return;
-    _rowHeight = PropertyRow::HeightFor(*this);
+    _rowHeight = PropertyRow::HeightFor(*this, _isStacked);
     dropRowsBut({});
     _rows.clear();
+    arrangeForWidth();
     updateScrollBar();
     layOut();
 }
@@ -104,8 +105,24 @@ void PropertyRows::changeEvent(QEvent* event)
 void PropertyRows::resizeEvent(QResizeEvent* event)
 {
     QAbstractScrollArea::resizeEvent(event);
+    arrangeForWidth();
     updateScrollBar();
     layOut();
+}
+
+/// With the scroll bar or without it, which may come and go with the rows' height. What is at the top stays
+/// there.
+void PropertyRows::arrangeForWidth()
+{
+    constexpr int kLeast = 30; // characters; two fifths of it are the label's
+    const bool isStacked = width() < kLeast * fontMetrics().averageCharWidth();
+    if (isStacked == _isStacked)
+        return;
+    _isStacked = isStacked;
+    const int top = verticalScrollBar()->value() / _rowHeight;
+    _rowHeight = PropertyRow::HeightFor(*this, _isStacked);
+    updateScrollBar();
+    verticalScrollBar()->setValue(top * _rowHeight);
 }
 
 void PropertyRows::scrollContentsBy(int, int)
@@ -132,6 +149,7 @@ void PropertyRows::layOut()
             continue;
         PropertyRow& row = rowFor(*property);
         row.setGeometry(0, i * _rowHeight - top, viewport()->width(), _rowHeight);
+        row.setStacked(_isStacked);
         row.setPicked(isPicked(property));
         row.show();
         inSight.push_back(&row);

@@ -44,6 +44,7 @@ private slots:
 
 private:
     void layOut();
+    void arrangeForWidth();
     void updateScrollBar();
     PropertyRow& rowFor(DzProperty& property);
     void dropRowsBut(const std::vector<PropertyRow*>& kept);
@@ -54,6 +55,7 @@ private:
     std::vector<QPointer<DzProperty>> _properties;
     std::vector<QPointer<DzProperty>> _picked;
     std::vector<PropertyRow*> _rows; ///< in sight
+    bool _isStacked = false;         ///< too narrow for labels beside dials
     int _rowHeight;
     int _anchor = -1; ///< where a range of picked rows begins
 };

@@ -475,6 +475,52 @@ TEST_F(ParametersPaneTest, does_nothing_as_long_as_it_is_hidden)
     EXPECT_EQ(inside->getNodeSelections(), QObjectList{&chair}) << "but it answers";
 }
 
+TEST_F(ParametersPaneTest, puts_labels_above_dials_where_it_is_narrow)
+{
+    DzNode& chair = addNode("Chair");
+    DzFloatProperty& dial = addDial(chair, "Height");
+    auto& flag = add<DzBoolProperty>(chair, "Folded", "/Actor");
+    auto& kind = add<DzEnumProperty>(chair, "Kind", "/Actor");
+    pane->jumpToProperty(&dial);
+    settle();
+    const auto left = [&](QWidget& editor) { return editor.mapTo(pane.get(), QPoint()).x(); };
+    const int labelled = left(editorOf<DzFloatSlider>(dial));
+    pane->resize(25 * pane->fontMetrics().averageCharWidth(), 640);
+    settle();
+    auto& slider = editorOf<DzFloatSlider>(dial);
+    EXPECT_LT(left(slider), labelled);
+    EXPECT_GT(slider.width(), rows().viewport()->width() * 3 / 4);
+    EXPECT_GE(slider.mapTo(rowOf(dial), QPoint()).y(), pane->fontMetrics().ascent());
+    EXPECT_GE(rowOf(dial)->height(), slider.sizeHint().height() + pane->fontMetrics().height());
+    EXPECT_LT(left(editorOf<QComboBox>(kind)), labelled);
+    EXPECT_GT(left(editorOf<QCheckBox>(flag)), left(slider)) << "a box takes no room";
+    EXPECT_EQ(rows().picked(), QObjectList{&dial});
+    SavePicture(*pane, "parameters_pane_narrow");
+    pane->resize(420, 640);
+    settle();
+    EXPECT_EQ(left(editorOf<DzFloatSlider>(dial)), labelled);
+}
+
+TEST_F(ParametersPaneTest, keeps_what_is_at_the_top_when_it_becomes_narrow)
+{
+    DzNode& chair = addNode("Chair");
+    for (int i = 0; i < 200; ++i)
+        addDial(chair, qPrintable(QStringLiteral("Dial%1").arg(i)));
+    chair.select();
+    settle();
+    tree().setCurrentItem(item("Actor"));
+    QScrollBar& bar = *rows().verticalScrollBar();
+    const auto* const row = rows().viewport()->findChild<PropertyRow*>();
+    ASSERT_NE(row, nullptr);
+    bar.setValue(100 * row->height());
+    const DzProperty& top = *chair.findProperty(QStringLiteral("Dial100"));
+    EXPECT_EQ(rowOf(top)->y(), 0);
+    pane->resize(25 * pane->fontMetrics().averageCharWidth(), 640);
+    settle();
+    ASSERT_NE(rowOf(top), nullptr);
+    EXPECT_EQ(rowOf(top)->y(), 0);
+}
+
 TEST_F(ParametersPaneTest, looks_well_at_any_font)
 {
     DzNode& chair = addNode("Chair with a very long label that does not fit");
