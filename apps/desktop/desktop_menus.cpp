@@ -17,19 +17,21 @@ namespace {
 int Rank(const QAction* menu)
 {
     const QString title = menu->text().remove(QLatin1Char('&'));
-    if (title == QLatin1String("File"))
-        return 0;
-    if (title == QLatin1String("Edit"))
-        return 1;
-    return title == QLatin1String("Help") ? 3 : 2;
+    const QStringList order{QStringLiteral("File"),   QStringLiteral("Edit"),
+                            QStringLiteral("View"),   QString(),
+                            QStringLiteral("Window"), QStringLiteral("Help")};
+    const int place = order.indexOf(title);
+    return place >= 0 ? place : order.indexOf(QString());
 }
 
-void DrawLines(QMenu& menu)
+void Divide(QMenu& menu)
 {
     for (QAction* const entry : menu.actions()) {
         const auto* const action = qobject_cast<const MenuAction*>(entry);
         if (action && action->startsGroup())
             menu.insertSeparator(entry);
+        if (action && action->above())
+            menu.insertMenu(entry, action->above());
     }
 }
 
@@ -37,7 +39,7 @@ void DrawLines(QMenu& menu)
 
 MenuAction::MenuAction(const ActionTexts& texts, std::function<void()> work)
     : DzAction(tr(texts.text), tr(texts.description)), _menu(QLatin1String(texts.menu)), _keys(texts.keys),
-      _startsGroup(texts.startsGroup), _work(std::move(work))
+      _startsGroup(texts.startsGroup), _above(texts.above), _work(std::move(work))
 {
 }
 
@@ -46,17 +48,15 @@ void MenuAction::executeAction()
     _work();
 }
 
-void ArrangeMenus(QMainWindow& window, QMenu& panes)
+void ArrangeMenus(QMainWindow& window, QMenu& view, QMenu& panes)
 {
     QMenuBar& bar = *window.menuBar();
-    QList<QAction*> menus = bar.actions();
+    for (const QAction* const menu : bar.actions())
+        Divide(*menu->menu());
+    QList<QAction*> menus = bar.actions() + QList<QAction*>{view.menuAction(), panes.menuAction()};
     std::stable_sort(menus.begin(), menus.end(),
                      [](const QAction* a, const QAction* b) { return Rank(a) < Rank(b); });
     bar.addActions(menus); // moves those that are there
-    const bool endsInHelp = !menus.isEmpty() && Rank(menus.last()) == 3;
-    bar.insertMenu(endsInHelp ? menus.last() : nullptr, &panes);
-    for (const QAction* const menu : std::as_const(menus))
-        DrawLines(*menu->menu());
 }
 
 } // namespace desktop

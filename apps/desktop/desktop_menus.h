@@ -18,6 +18,7 @@ struct ActionTexts {
     const char* menu;        ///< with its mnemonic
     QKeySequence keys;
     bool startsGroup = false; ///< a line stands before it in the menu
+    QMenu* above = nullptr;   ///< a menu that stands before it, borrowed; null for none
 };
 
 /// Runs a function when it is chosen.
@@ -30,6 +31,7 @@ public:
     QString getDefaultMenuPath() const override { return _menu; }
     QKeySequence getDefaultAccel() const override { return _keys; }
     bool startsGroup() const { return _startsGroup; }
+    QMenu* above() const { return _above; }
 
 protected:
     void executeAction() override;
@@ -38,12 +40,14 @@ private:
     QString _menu;
     QKeySequence _keys;
     bool _startsGroup;
+    QMenu* _above;
     std::function<void()> _work;
 };
 
 /// Puts the menus into the order that people look for, with lines between groups. To be called whenever the
 /// host has filled them anew.
+/// @param view   borrowed; stands behind File and Edit
 /// @param panes  borrowed; stands before the help
-void ArrangeMenus(QMainWindow& window, QMenu& panes);
+void ArrangeMenus(QMainWindow& window, QMenu& view, QMenu& panes);
 
 } // namespace desktop

@@ -13,9 +13,20 @@ namespace {
 
 const QLatin1String group("Gantrel Desktop");
 const QLatin1String foldersKey("content_folders");
+const QLatin1String recentKey("recent_files");
 const QLatin1String geometryKey("window_geometry");
 const QLatin1String docksKey("window_docks");
 const QLatin1Char between('\n'); // in no sensible path
+
+QStringList Paths(const QString& key)
+{
+    return DzAppSettings(group).getStringValue(key).split(between, Qt::SkipEmptyParts);
+}
+
+void SetPaths(const QString& key, const QStringList& paths)
+{
+    DzAppSettings(group).setStringValue(key, paths.join(between));
+}
 
 QByteArray Bytes(const DzAppSettings& settings, const QString& key)
 {
@@ -31,12 +42,22 @@ void SetBytes(DzAppSettings& settings, const QString& key, const QByteArray& byt
 
 QStringList RememberedContentFolders()
 {
-    return DzAppSettings(group).getStringValue(foldersKey).split(between, Qt::SkipEmptyParts);
+    return Paths(foldersKey);
 }
 
 void RememberContentFolders(const QStringList& folders)
 {
-    DzAppSettings(group).setStringValue(foldersKey, folders.join(between));
+    SetPaths(foldersKey, folders);
+}
+
+QStringList RememberedRecentFiles()
+{
+    return Paths(recentKey);
+}
+
+void RememberRecentFiles(const QStringList& files)
+{
+    SetPaths(recentKey, files);
 }
 
 bool RestoreLayout(QMainWindow& window)

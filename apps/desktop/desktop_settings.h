@@ -13,6 +13,10 @@ namespace desktop {
 QStringList RememberedContentFolders();
 void RememberContentFolders(const QStringList& folders);
 
+/// The files that were opened or saved last, newest first.
+QStringList RememberedRecentFiles();
+void RememberRecentFiles(const QStringList& files);
+
 /// Size, place and docks. False when there is nothing to restore.
 bool RestoreLayout(QMainWindow& window);
 void RememberLayout(const QMainWindow& window);

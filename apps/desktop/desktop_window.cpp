@@ -6,7 +6,9 @@
 #include "apps/desktop/desktop_menus.h"
 #include "apps/desktop/desktop_options.h"
 #include "apps/desktop/desktop_settings.h"
+#include "apps/desktop/dropped_files.h"
 #include "apps/desktop/folders_dialog.h"
+#include "apps/desktop/quoted.h"
 
 #include <dzapp.h>
 #include <dzcontentmgr.h>
@@ -17,12 +19,14 @@
 #include <dzpluginmgr.h>
 #include <dzscene.h>
 
-#include <QCloseEvent>
-#include <QDir>
+#include <QApplication>
 #include <QDockWidget>
+#include <QDropEvent>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMessageBox>
 #include <QScreen>
+#include <QStatusBar>
 
 #include <algorithm>
 
@@ -36,11 +40,6 @@ QStringList ToQ(const std::vector<std::string>& texts)
     for (const std::string& text : texts)
         all.append(QString::fromStdString(text));
     return all;
-}
-
-QString Quoted(const QString& path)
-{
-    return QStringLiteral("\u201C%1\u201D").arg(QDir::toNativeSeparators(path));
 }
 
 QDockWidget* DockOf(DzMainWindow& window, const char* paneClass)
@@ -85,15 +84,19 @@ QString DocumentationFolderBesideProgram()
     return QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath() + QLatin1String("/documentation");
 }
 
-DesktopWindow::DesktopWindow() : _window(*dzApp->getInterface()), _files(_window), _panes(tr("&Window"))
+DesktopWindow::DesktopWindow()
+    : _window(*dzApp->getInterface()), _files(_window), _view(_window), _panes(tr("&Window"))
 {
     for (QDockWidget* const dock : _window.findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))
         _panes.addAction(dock->toggleViewAction());
     connect(_window.getActionMgr(), SIGNAL(actionListChanged()), SLOT(arrangeMenus()));
     connect(&_files, SIGNAL(stateChanged()), SLOT(updateTitle()));
+    connect(&_files, SIGNAL(fileUsed(QString)), &_recent, SLOT(note(QString)));
+    connect(&_recent, SIGNAL(chosen(QString)), SLOT(openRecent(QString)));
     addActions();
     arrangeDocks();
     updateTitle();
+    _window.setAcceptDrops(true);
     _window.installEventFilter(this);
 }
 
@@ -112,7 +115,7 @@ void DesktopWindow::start(const Options& options)
     const bool isRemembered = options.contentFolders.empty();
     _contentFolders = isRemembered ? RememberedContentFolders() : ToQ(options.contentFolders);
     QStringList troubles;
-    for (const QString& folder : UseContentFolders(_contentFolders))
+    for (const QString& folder : takeContentFolders())
         troubles.append(tr("There is no content folder %1.").arg(Quoted(folder)));
     const QString plugins = QString::fromStdString(options.pluginFolder);
     troubles += loadPlugins(plugins.isEmpty() ? PluginFolderBesideProgram() : plugins);
@@ -143,7 +146,9 @@ QStringList DesktopWindow::openFiles(const QStringList& files)
 {
     QStringList troubles;
     for (const QString& file : files) {
-        if (!QFileInfo(file).isFile())
+        if (QFileInfo(file).isDir())
+            troubles.append(tr("%1 is a folder, not a file.").arg(Quoted(file)));
+        else if (!QFileInfo(file).isFile())
             troubles.append(tr("There is no file %1.").arg(Quoted(file)));
         else
             _files.openFile(QFileInfo(file).absoluteFilePath());
@@ -158,11 +163,15 @@ void DesktopWindow::add(const ActionTexts& texts, std::function<void()> work)
 
 void DesktopWindow::addActions()
 {
+    add({"&New", "Begins with an empty scene.", "&File", QKeySequence::New}, [this] { _files.newScene(); });
     add({"&Open...", "Opens a scene, or adds a figure to the present one.", "&File", QKeySequence::Open},
         [this] { _files.open(); });
-    add({"&Merge...", "Adds what a file holds to the scene.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_O},
+    add({"&Merge...", "Adds what a file holds to the scene.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_O,
+         false, &_recent},
         [this] { _files.merge(); });
-    add({"&Save Scene As...", "Writes the scene to a file.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_S},
+    add({"&Save Scene", "Writes the scene to its file.", "&File", QKeySequence::Save, true},
+        [this] { _files.save(); });
+    add({"Save Scene &As...", "Writes the scene to another file.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_S},
         [this] { _files.saveAs(); });
     add({"Content &Folders...", "Chooses where figures are looked for.", "&File", QKeySequence(), true},
         [this] { chooseContentFolders(); });
@@ -175,7 +184,7 @@ void DesktopWindow::addActions()
 
 void DesktopWindow::arrangeMenus()
 {
-    ArrangeMenus(_window, _panes);
+    ArrangeMenus(_window, _view, _panes);
 }
 
 void DesktopWindow::arrangeDocks()
@@ -214,14 +223,68 @@ void DesktopWindow::updateTitle()
 
 bool DesktopWindow::eventFilter(QObject* object, QEvent* event)
 {
-    if (object != &_window || event->type() != QEvent::Close)
+    if (object != &_window)
         return QObject::eventFilter(object, event);
-    if (!_files.mayLoseScene()) {
-        event->ignore();
-        return true;
+    switch (event->type()) {
+    case QEvent::Close:
+        event->setAccepted(mayClose());
+        return !event->isAccepted();
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+        return TakeFiles(static_cast<QDropEvent&>(*event));
+    case QEvent::Drop:
+        _waiting += DroppedFiles(*static_cast<QDropEvent*>(event)->mimeData());
+        // Later: who dropped them waits, and a file may need an answer.
+        QMetaObject::invokeMethod(this, "openWaiting", Qt::QueuedConnection);
+        return TakeFiles(static_cast<QDropEvent&>(*event));
+    default:
+        return false;
     }
+}
+
+bool DesktopWindow::mayClose()
+{
+    // A dialog is not to lose what it stands for.
+    if (QApplication::activeModalWidget() || !_files.mayLoseScene())
+        return false;
     RememberLayout(_window);
-    return false;
+    return true;
+}
+
+void DesktopWindow::openRecent(const QString& file)
+{
+    if (QFileInfo(file).isFile()) {
+        _files.openFile(file);
+        return;
+    }
+    _recent.forget(file);
+    QMessageBox::information(&_window, tr("Open Recent"),
+                             tr("There is no file %1 any more.").arg(Quoted(file)));
+}
+
+void DesktopWindow::openWaiting()
+{
+    // A question about one file lets others be dropped meanwhile.
+    if (_isOpening)
+        return;
+    _isOpening = true;
+    QStringList troubles;
+    while (!_waiting.isEmpty())
+        troubles += openFiles({_waiting.takeFirst()});
+    _isOpening = false;
+    if (!troubles.isEmpty())
+        QMessageBox::warning(&_window, tr("Open"), troubles.join(QLatin1Char('\n')));
+}
+
+QStringList DesktopWindow::takeContentFolders()
+{
+    const QStringList missing = UseContentFolders(_contentFolders);
+    _window.setStatusBar(nullptr);
+    // A widget, since messages vanish when the pointer is on a menu.
+    if (dzApp->getContentMgr()->getNumContentDirectories() == 0)
+        _window.statusBar()->addWidget(
+            new QLabel(tr("Choose File > Content Folders to say where your figures are.")));
+    return missing;
 }
 
 void DesktopWindow::chooseContentFolders()
@@ -231,7 +294,7 @@ void DesktopWindow::chooseContentFolders()
         return;
     _contentFolders = dialog.folders();
     RememberContentFolders(_contentFolders);
-    UseContentFolders(_contentFolders);
+    takeContentFolders();
 }
 
 void DesktopWindow::tellAbout()

@@ -3,7 +3,9 @@
 
 #pragma once
 
+#include "apps/desktop/recent_files.h"
 #include "apps/desktop/scene_files.h"
+#include "apps/desktop/view_menu.h"
 
 #include <QMenu>
 #include <QObject>
@@ -31,26 +33,35 @@ public:
     SceneFiles& files() { return _files; }
 
 protected:
-    /// The window's closing.
+    /// The window's closing, and files that are dropped on it.
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private slots:
     void arrangeMenus();
     void updateTitle();
+    void openRecent(const QString& file);
+    void openWaiting();
 
 private:
+    bool mayClose();
     void addActions();
     void add(const ActionTexts& texts, std::function<void()> work);
     void arrangeDocks();
     void sizeDocks();
     QStringList loadPlugins(const QString& folder);
     QStringList openFiles(const QStringList& files);
+    /// @return those that are missing
+    QStringList takeContentFolders();
     void chooseContentFolders();
     void tellAbout();
 
     DzMainWindow& _window;
     SceneFiles _files;
+    RecentFilesMenu _recent;
+    ViewMenu _view;
     QMenu _panes;
+    QStringList _waiting; ///< files that were dropped
+    bool _isOpening = false;
     QStringList _contentFolders; ///< those that are not there too
 };
 

@@ -24,8 +24,7 @@ bool IsOfPerspectiveView(const QString& detail)
 
 } // namespace
 
-SceneChanges::SceneChanges(std::function<void()> onToggle, std::function<bool(const QString&)> mayReplace)
-    : _onToggle(std::move(onToggle)), _mayReplace(std::move(mayReplace))
+SceneChanges::SceneChanges(ChangeAnswers answers) : _answers(std::move(answers))
 {
     openhost::SetOperationListener(this);
 }
@@ -40,13 +39,15 @@ void SceneChanges::setChanged(bool isChanged)
     if (isChanged == _isChanged)
         return;
     _isChanged = isChanged;
-    _onToggle();
+    _answers.onToggle();
 }
 
 bool SceneChanges::allow(const QString& operation, const QString& detail)
 {
     if (operation == QLatin1String("replaceScene"))
-        return _mayReplace(detail);
+        return _answers.mayReplace(detail);
+    if (operation == QLatin1String("leftOut"))
+        _answers.onLeftOut(detail);
     static const QStringList changing{QStringLiteral("add"),     QStringLiteral("remove"),
                                       QStringLiteral("rename"),  QStringLiteral("visible"),
                                       QStringLiteral("morph"),   QStringLiteral("property"),

@@ -9,12 +9,17 @@
 
 namespace desktop {
 
+/// What is to be done about what is seen.
+struct ChangeAnswers {
+    std::function<void()> onToggle;                 ///< there are changes now, or none any more
+    std::function<bool(const QString&)> mayReplace; ///< whether the file may take the scene's place
+    std::function<void(const QString&)> onLeftOut;  ///< what of a file does not come into the scene
+};
+
 /// Watches as long as it lives; one at a time.
 class SceneChanges : public openhost::OperationListener {
 public:
-    /// @param onToggle    called when the answer changes
-    /// @param mayReplace  whether a file may take the scene's place; asked with its path
-    SceneChanges(std::function<void()> onToggle, std::function<bool(const QString&)> mayReplace);
+    explicit SceneChanges(ChangeAnswers answers);
     ~SceneChanges() override;
     SceneChanges(const SceneChanges&) = delete;
     SceneChanges& operator=(const SceneChanges&) = delete;
@@ -25,8 +30,7 @@ public:
     bool allow(const QString& operation, const QString& detail) override;
 
 private:
-    std::function<void()> _onToggle;
-    std::function<bool(const QString&)> _mayReplace;
+    ChangeAnswers _answers;
     bool _isChanged = false;
 };
 

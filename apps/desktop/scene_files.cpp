@@ -3,6 +3,8 @@
 
 #include "apps/desktop/scene_files.h"
 
+#include "apps/desktop/quoted.h"
+
 #include <dzapp.h>
 #include <dzcontentmgr.h>
 #include <dzscene.h>
@@ -10,17 +12,64 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include <utility>
 
 namespace desktop {
 
+namespace {
+
+const QLatin1String extension(".duf");
+
+/// As the host names the file that it writes.
+QString WithExtension(const QString& file)
+{
+    return file.endsWith(extension, Qt::CaseInsensitive) ? file : file + extension;
+}
+
+QDateTime ChangeOf(const QString& file)
+{
+    return QFileInfo(file).lastModified();
+}
+
+enum class Overwriting { Refused, Wanted, Elsewhere };
+
+Overwriting AskAboutOverwriting(QWidget& window, const QString& reason)
+{
+    QMessageBox question(QMessageBox::Warning, SceneFiles::tr("Save Scene"), reason, QMessageBox::Cancel,
+                         &window);
+    question.setTextFormat(Qt::PlainText);
+    const QAbstractButton* const overwrite =
+        question.addButton(SceneFiles::tr("&Overwrite"), QMessageBox::DestructiveRole);
+    QPushButton* const elsewhere = question.addButton(SceneFiles::tr("Save &As..."), QMessageBox::AcceptRole);
+    question.setDefaultButton(elsewhere);
+    question.setEscapeButton(QMessageBox::Cancel);
+    question.exec();
+    if (question.clickedButton() == elsewhere)
+        return Overwriting::Elsewhere;
+    return question.clickedButton() == overwrite ? Overwriting::Wanted : Overwriting::Refused;
+}
+
+} // namespace
+
 SceneFiles::SceneFiles(QWidget& window)
-    : _window(window),
-      _changes([this] { emit stateChanged(); }, [this](const QString& file) { return mayReplaceScene(file); })
+    : _window(window), _changes({[this] { emit stateChanged(); },
+                                 [this](const QString& file) { return mayReplaceScene(file); },
+                                 [this](const QString& what) { _replacing.leftOut.append(what); }})
 {
     connect(dzScene, SIGNAL(sceneCleared()), SLOT(handleSceneCleared()));
     connect(dzScene, SIGNAL(sceneLoaded()), SLOT(handleSceneLoaded()));
+}
+
+bool SceneFiles::newScene()
+{
+    if (!mayLoseScene())
+        return false;
+    _replacing = File();
+    dzScene->clear();
+    setFile(File());
+    return true;
 }
 
 bool SceneFiles::open()
@@ -32,33 +81,39 @@ bool SceneFiles::open()
 bool SceneFiles::merge()
 {
     const QString file = askForFile(tr("Merge"));
-    return !file.isEmpty() && dzApp->getContentMgr()->openFile(file, true);
+    if (file.isEmpty() || !dzApp->getContentMgr()->openFile(file, true))
+        return false;
+    emit fileUsed(file);
+    return true;
 }
 
 bool SceneFiles::openFile(const QString& file)
 {
     DzContentMgr& content = *dzApp->getContentMgr();
-    return content.openFile(file, content.shouldMerge(file));
+    if (!content.openFile(file, content.shouldMerge(file)))
+        return false;
+    emit fileUsed(file);
+    return true;
 }
 
 bool SceneFiles::mayReplaceScene(const QString& file)
 {
     if (!mayLoseScene())
         return false;
-    _replacing = file;
+    _replacing = {file, ChangeOf(file), {}};
     _isReplaced = false;
     return true;
 }
 
 void SceneFiles::handleSceneCleared()
 {
-    _isReplaced = !_replacing.isEmpty();
+    _isReplaced = !_replacing.name.isEmpty();
 }
 
 void SceneFiles::handleSceneLoaded()
 {
     // Also after a load that failed before the old scene went.
-    const QString file = std::exchange(_replacing, QString());
+    const File file = std::exchange(_replacing, File());
     if (std::exchange(_isReplaced, false))
         setFile(file);
 }
@@ -72,32 +127,84 @@ QString SceneFiles::askForFile(const QString& title)
     return file;
 }
 
+bool SceneFiles::isEmpty() const
+{
+    return dzScene->getNumNodes() == 0;
+}
+
+bool SceneFiles::save()
+{
+    return _file.name.isEmpty() ? saveAs() : saveTo(_file.name);
+}
+
 bool SceneFiles::saveAs()
 {
-    QFileDialog dialog(&_window, tr("Save Scene As"), _filename.isEmpty() ? _folder : _filename,
+    if (isEmpty())
+        return write(QString());
+    QFileDialog dialog(&_window, tr("Save Scene As"), _file.name.isEmpty() ? _folder : _file.name,
                        tr("Scenes (*.duf)"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(QStringLiteral("duf"));
-    return dialog.exec() == QDialog::Accepted && save(dialog.selectedFiles().value(0));
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    const QString chosen = dialog.selectedFiles().value(0);
+    const QString file = WithExtension(chosen);
+    // The dialog has asked about the name as it was typed.
+    if (file != chosen && QFileInfo::exists(file) &&
+        QMessageBox::question(
+            &_window, tr("Save Scene As"),
+            tr("The file %1 is there already. Would you like to replace it?").arg(Quoted(file))) !=
+            QMessageBox::Yes)
+        return false;
+    return saveTo(file);
 }
 
-bool SceneFiles::save(const QString& file)
+bool SceneFiles::saveTo(const QString& file)
 {
+    const QString reason = file == _file.name ? reasonAgainstOverwriting() : QString();
+    const Overwriting overwriting =
+        reason.isEmpty() ? Overwriting::Wanted : AskAboutOverwriting(_window, reason);
+    if (overwriting == Overwriting::Elsewhere)
+        return saveAs();
+    return overwriting == Overwriting::Wanted && write(file);
+}
+
+QString SceneFiles::reasonAgainstOverwriting() const
+{
+    if (!QFileInfo::exists(_file.name))
+        return QString();
+    if (ChangeOf(_file.name) != _file.changed)
+        return tr("The file %1 has been changed by another program. Saving would lose these changes.")
+            .arg(Quoted(_file.name));
+    if (_file.leftOut.isEmpty())
+        return QString();
+    return tr("Not everything in %1 could be read, and saving would lose the rest:\n\n%2")
+        .arg(Quoted(_file.name), _file.leftOut.join(QLatin1Char('\n')));
+}
+
+bool SceneFiles::write(const QString& file)
+{
+    if (isEmpty()) {
+        QMessageBox::information(&_window, tr("Save Scene"),
+                                 tr("The scene is empty: there is nothing to save."));
+        return false;
+    }
     const DzError error = dzScene->saveScene(file);
     if (error == DZ_NO_ERROR) {
         _folder = QFileInfo(file).absolutePath();
-        setFile(file);
+        setFile({file, ChangeOf(file), {}});
         return true;
     }
-    QMessageBox::warning(&_window, tr("Save Scene As"),
-                         tr("The scene could not be saved as \u201C%1\u201D: %2")
-                             .arg(QDir::toNativeSeparators(file), getErrorMessage(error)));
+    QMessageBox::warning(
+        &_window, tr("Save Scene"),
+        tr("The scene could not be saved as %1: %2").arg(Quoted(file), getErrorMessage(error)));
     return false;
 }
 
 bool SceneFiles::mayLoseScene()
 {
-    if (!isChanged())
+    const bool wasNeverThere = isEmpty() && _file.name.isEmpty();
+    if (!isChanged() || wasNeverThere)
         return true;
     QMessageBox question(QMessageBox::Question, tr("Unsaved Scene"),
                          tr("The scene has been changed. Would you like to save it?"),
@@ -105,14 +212,16 @@ bool SceneFiles::mayLoseScene()
     question.setDefaultButton(QMessageBox::Save);
     question.setEscapeButton(QMessageBox::Cancel);
     const int answer = question.exec();
-    return answer == QMessageBox::Discard || (answer == QMessageBox::Save && saveAs());
+    return answer == QMessageBox::Discard || (answer == QMessageBox::Save && save());
 }
 
-void SceneFiles::setFile(const QString& file)
+void SceneFiles::setFile(const File& file)
 {
-    _filename = file;
+    _file = file;
     _changes.setChanged(false);
     emit stateChanged();
+    if (!file.name.isEmpty())
+        emit fileUsed(file.name);
 }
 
 } // namespace desktop

@@ -5,8 +5,10 @@
 
 #include "apps/desktop/scene_changes.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 class QWidget;
 
@@ -21,11 +23,16 @@ public:
     explicit SceneFiles(QWidget& window);
 
     bool isChanged() const { return _changes.isChanged(); }
-    QString filename() const { return _filename; } ///< empty for a scene that was never saved
+    /// Empty for a scene that was neither saved nor opened as one: figures are never written over.
+    QString filename() const { return _file.name; }
 
     // False when the user changed their mind, or when it failed.
+    bool newScene();
     bool open();
     bool merge();
+    /// To the scene's own file; asks for one where there is none. Asks once, too, before that loses what
+    /// could not be read from the file, or what somebody else has written to it since.
+    bool save();
     bool saveAs();
     /// What is no scene is added; a scene replaces the present one, after a question if that was changed, as
     /// it does when it is opened elsewhere in the program.
@@ -34,23 +41,34 @@ public:
     bool mayLoseScene();
 
 signals:
-    void stateChanged(); ///< of the file or of the changes
+    void stateChanged();                ///< of the file or of the changes
+    void fileUsed(const QString& file); ///< opened or saved
 
 private slots:
     void handleSceneCleared();
     void handleSceneLoaded();
 
 private:
+    /// A scene's file as it was when it was read or written.
+    struct File {
+        QString name;
+        QDateTime changed;
+        QStringList leftOut; ///< what of it is not in the scene
+    };
+
     bool mayReplaceScene(const QString& file);
-    bool save(const QString& file);
+    bool isEmpty() const;
+    bool saveTo(const QString& file);
+    bool write(const QString& file);
+    QString reasonAgainstOverwriting() const;
     QString askForFile(const QString& title);
-    void setFile(const QString& file);
+    void setFile(const File& file);
 
     QWidget& _window;
     SceneChanges _changes;
-    QString _filename;
-    QString _folder;    ///< where the user was last
-    QString _replacing; ///< the file that is to take the scene's place
+    File _file;
+    QString _folder; ///< where the user was last
+    File _replacing; ///< the one that is to take the scene's place
     bool _isReplaced = false;
 };
 

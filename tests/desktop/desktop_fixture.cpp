@@ -22,7 +22,7 @@ void DesktopTest::SetUp()
 {
     HostTest::SetUp();
     DzAppSettings settings(QStringLiteral("Gantrel Desktop"));
-    for (const char* const key : {"content_folders", "window_geometry", "window_docks"})
+    for (const char* const key : {"content_folders", "recent_files", "window_geometry", "window_docks"})
         settings.removeValue(QLatin1String(key));
     AddMiniLibrary();
     desktop.reset(new desktop::DesktopWindow);
@@ -112,6 +112,9 @@ std::function<void(QWidget&)> TypeFile(const QString& file)
     return [file](QWidget& dialog) {
         auto* const line = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         ASSERT_NE(line, nullptr);
+        // Without the focus the line leaves selected what the dialog proposes.
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        line->setFocus();
         line->setText(file);
         QTest::keyClick(line, Qt::Key_Return);
     };

@@ -108,7 +108,7 @@ TEST(DesktopProgram, says_that_there_is_no_display)
 TEST_F(DesktopTest, loads_the_plug_ins_of_a_folder_into_its_menus)
 {
     start();
-    EXPECT_EQ(menuTitles().join(QLatin1Char('|')).toStdString(), "&File|&Edit|Co&nvert|&Window|&Help");
+    EXPECT_EQ(menuTitles().join(QLatin1Char('|')).toStdString(), "&File|&Edit|&View|Co&nvert|&Window|&Help");
     ASSERT_NE(entry("Convert selected Genesis 3 / 8 / 8.1 figure..."), nullptr);
     EXPECT_NE(entry("Open Gantrel PDF manual"), nullptr);
 }

@@ -1,0 +1,226 @@
+// The viewport's menu, and what can be read and reached in the window.
+// SPDX-License-Identifier: MIT
+
+#include "tests/desktop/desktop_fixture.h"
+#include "tests/windows/modal_answer.h"
+#include "tests/windows/picture.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <QRegularExpression>
+#include <QTabBar>
+#include <QtTest/QTest>
+
+#include <dzcamera.h>
+#include <dzdrawstyle.h>
+#include <dzfigure.h>
+#include <dzfloatproperty.h>
+#include <dzfloatslider.h>
+#include <dzmainwindow.h>
+#include <dzpane.h>
+#include <dzviewport.h>
+
+#include <cmath>
+
+namespace {
+
+class DesktopView : public DesktopTest {
+protected:
+    static Dz3DViewport& view() { return *window().getViewportMgr()->getActiveViewport()->get3DViewport(); }
+    DzFigure& openFigure(const char* file)
+    {
+        EXPECT_TRUE(desktop->files().openFile(pathOf(file)));
+        return *qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
+    }
+    static QStringList checkedStyles()
+    {
+        QStringList checked;
+        for (int i = 0; i < window().getViewportMgr()->getNumUserDrawStyles(); ++i)
+            if (styleEntry(i).isChecked())
+                checked << window().getViewportMgr()->getUserDrawStyle(i)->getDescription();
+        return checked;
+    }
+    static QAction& styleEntry(int i)
+    {
+        const DzUserDrawStyle& style = *window().getViewportMgr()->getUserDrawStyle(i);
+        return *entry(style.getDescription().toLatin1());
+    }
+    static float distance() { return view().getCamera()->getFocalDistance(); }
+    /// The figure's box is in the middle of the picture.
+    static void expectInTheMiddle(const DzNode& node)
+    {
+        const DzVec3 seen = view().getCamera()->getFocalPoint(), middle = node.getWSBoundingBox().getCenter();
+        EXPECT_NEAR(seen.m_x, middle.m_x, 0.1f);
+        EXPECT_NEAR(seen.m_y, middle.m_y, 0.1f);
+    }
+    /// Every menu of the window with what it holds, menus in menus too.
+    static QList<QList<QAction*>> allMenus()
+    {
+        QList<QList<QAction*>> menus{window().menuBar()->actions()};
+        for (int i = 0; i < menus.size(); ++i)
+            for (const QAction* const action : QList<QAction*>(menus[i]))
+                if (action->menu())
+                    menus << action->menu()->actions();
+        return menus;
+    }
+    void startAt(const QSize& size)
+    {
+        start();
+        click(openFigure(sourceFile));
+        window().resize(size);
+        QCoreApplication::processEvents();
+    }
+};
+
+TEST_F(DesktopView, chooses_the_draw_style_by_menu_and_key_and_follows_the_viewport)
+{
+    start();
+    ASSERT_EQ(window().getViewportMgr()->getNumUserDrawStyles(), 5);
+    EXPECT_EQ(checkedStyles(), QStringList{QStringLiteral("Smooth Shaded")});
+    entry("Wireframe")->trigger();
+    EXPECT_EQ(view().getDrawStyle()->getDescription().toStdString(), "Wireframe");
+    EXPECT_EQ(checkedStyles(), QStringList{QStringLiteral("Wireframe")});
+    QTest::keyClick(&window(), Qt::Key_3, Qt::ControlModifier);
+    EXPECT_EQ(view().getDrawStyle()->getDescription().toStdString(), "Hidden Line");
+    EXPECT_TRUE(view().setUserDrawStyle(QStringLiteral("Wire Shaded")));
+    EXPECT_EQ(checkedStyles(), QStringList{QStringLiteral("Wire Shaded")});
+}
+
+TEST_F(DesktopView, is_no_change_of_the_scene)
+{
+    start();
+    openFigure(sourceFile);
+    ModalAnswer dialog(TypeFile(TestFolder() + QStringLiteral("/viewed.duf")));
+    ASSERT_TRUE(desktop->files().saveAs());
+    entry("Wireframe")->trigger();
+    entry("Frame All")->trigger();
+    EXPECT_FALSE(desktop->files().isChanged());
+}
+
+TEST_F(DesktopView, brings_everything_or_what_is_selected_into_the_middle)
+{
+    start();
+    EXPECT_FALSE(entry("Frame All")->isEnabled());
+    EXPECT_FALSE(entry("Frame Selection")->isEnabled());
+    DzFigure& left = openFigure(sourceFile);
+    DzFigure& right = openFigure(targetFile);
+    left.getXPosControl()->setValue(-200.0f);
+    right.getXPosControl()->setValue(200.0f);
+    QTest::keyClick(&window(), Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+    const float ofBoth = distance();
+    EXPECT_NEAR(view().getCamera()->getFocalPoint().m_x, dzScene->getBoundingBox().getCenter().m_x, 0.1f);
+    click(left);
+    QTest::keyClick(&window(), Qt::Key_F, Qt::ControlModifier);
+    expectInTheMiddle(left);
+    EXPECT_LT(distance(), ofBoth);
+    dzScene->selectAllNodes(false);
+    EXPECT_FALSE(entry("Frame Selection")->isEnabled());
+    EXPECT_TRUE(entry("Frame All")->isEnabled());
+}
+
+TEST_F(DesktopView, frames_the_figure_of_a_selected_bone)
+{
+    start();
+    DzFigure& figure = openFigure(sourceFile);
+    figure.getXPosControl()->setValue(300.0f);
+    dzScene->selectAllNodes(false);
+    ASSERT_GT(figure.getNumNodeChildren(), 0);
+    dzScene->setPrimarySelection(figure.getNodeChild(0));
+    entry("Frame Selection")->trigger();
+    EXPECT_NEAR(view().getCamera()->getFocalPoint().m_x, 300.0f, 50.0f) << "about the figure";
+}
+
+TEST_F(DesktopView, has_every_letter_and_key_once)
+{
+    start();
+    openFigure(sourceFile);
+    static const QRegularExpression mnemonic(QStringLiteral("&([^&])"));
+    QStringList keys;
+    for (const QList<QAction*>& menu : allMenus()) {
+        QStringList letters;
+        for (const QAction* const action : menu) {
+            const auto found = mnemonic.match(action->text().replace(QLatin1String("&&"), QString()));
+            if (found.hasMatch())
+                letters << found.captured(1).toLower();
+            if (!action->shortcut().isEmpty())
+                keys << action->shortcut().toString();
+        }
+        QStringList once = letters;
+        once.removeDuplicates();
+        EXPECT_EQ(letters, once) << letters.join(QLatin1Char(' ')).toStdString();
+    }
+    QStringList once = keys;
+    once.removeDuplicates();
+    EXPECT_EQ(keys, once) << keys.join(QLatin1Char(' ')).toStdString();
+    for (const char* const key : {"Ctrl+N", "Ctrl+O", "Ctrl+S", "Ctrl+Shift+S", "Ctrl+Q", "Ctrl+F"})
+        EXPECT_TRUE(keys.contains(QLatin1String(key))) << key;
+}
+
+TEST_F(DesktopView, has_room_for_the_whole_titles_of_its_panes)
+{
+    for (const bool isLarge : {false, true}) {
+        const auto large = isLarge ? std::make_unique<LargeFont>() : nullptr;
+        desktop.reset();
+        TestHost().reset();
+        SetUp();
+        startAt(isLarge ? QSize(1024, 700) : QSize(1280, 800));
+        int tabs = 0;
+        for (const QTabBar* const bar : window().findChildren<QTabBar*>()) {
+            if (!bar->isVisible() || bar->parentWidget() != &window())
+                continue;
+            for (int i = 0; i < bar->count(); ++i, ++tabs) {
+                const QRect tab = bar->tabRect(i);
+                EXPECT_GE(std::max(tab.width(), tab.height()),
+                          bar->fontMetrics().horizontalAdvance(bar->tabText(i)) + 8)
+                    << bar->tabText(i).toStdString();
+                EXPECT_TRUE(bar->rect().contains(tab)) << bar->tabText(i).toStdString();
+            }
+        }
+        EXPECT_GE(tabs, 3);
+        SavePicture(window(), isLarge ? "desktop-view-18pt" : "desktop-view");
+    }
+}
+
+TEST_F(DesktopView, calls_transforms_as_people_do)
+{
+    start();
+    const DzNode made;
+    for (const DzNode* const node : {&made, static_cast<const DzNode*>(&openFigure(sourceFile))}) {
+        EXPECT_EQ(node->getXPosControl()->getLabel().toStdString(), "X Translate");
+        EXPECT_EQ(node->getYRotControl()->getLabel().toStdString(), "Y Rotate");
+        EXPECT_EQ(node->getZScaleControl()->getLabel().toStdString(), "Z Scale");
+        EXPECT_EQ(node->getScaleControl()->getLabel().toStdString(), "Scale");
+        EXPECT_EQ(node->getXPosControl()->getName().toStdString(), "XTranslate");
+    }
+}
+
+TEST_F(DesktopView, shows_menus_that_can_be_read)
+{
+    for (const bool isLarge : {false, true}) {
+        const auto large = isLarge ? std::make_unique<LargeFont>() : nullptr;
+        desktop.reset();
+        TestHost().reset();
+        SetUp();
+        start();
+        openFigure(sourceFile);
+        openFigure(targetFile);
+        for (const char* const title : {"File", "View"}) {
+            QMenu& menu = *[&] {
+                for (QAction* const action : window().menuBar()->actions())
+                    if (action->text().remove(QLatin1Char('&')) == QLatin1String(title))
+                        return action->menu();
+                return static_cast<QMenu*>(nullptr);
+            }();
+            menu.popup(window().mapToGlobal(QPoint(20, 40)));
+            QCoreApplication::processEvents();
+            EXPECT_LE(menu.height(), window().height());
+            SavePicture(menu, qPrintable(QStringLiteral("menu-%1%2")
+                                             .arg(QLatin1String(title),
+                                                  isLarge ? QStringLiteral("-18pt") : QString())));
+            menu.close();
+        }
+    }
+}
+
+} // namespace
