@@ -8,6 +8,8 @@
 #include "shared/ks_string.h"
 
 #include <QFontMetrics>
+#include <QToolButton>
+#include <QWidget>
 
 #include <dzfigure.h>
 #include <dzfloatproperty.h>
@@ -63,6 +65,7 @@ void GntConvertDialog::Impl::initBases()
     const std::string help = makeDialHelp(rows);
     for (const Dial& row : rows)
         addDial(row, help);
+    alignRows(addHeightButton());
     initAutoAdjust();
 }
 
@@ -88,12 +91,29 @@ void GntConvertDialog::Impl::addDial(const Dial& dial, std::string_view help)
         [pSetting](const float& value) { pSetting->getProperty().setValue(value); }, help);
     dials.push_back(pController);
     toolButtons.addLeftDefaultRightToolButtons(row, name, pSetting, pController);
-    if (pSetting != params.settingProportionHeight)
-        return;
-    pHeightDial = pController;
-    toolButtons.addToolButton(
-        row, ":/bootstrap/24/magic.png", [this] { matchHeight(); }, "Auto",
+}
+
+QHBoxLayout& GntConvertDialog::Impl::dialRow(int row) const
+{
+    return *static_cast<QHBoxLayout*>(ui.pgridMorphBases->itemAtPosition(row, 1)->layout());
+}
+
+QToolButton& GntConvertDialog::Impl::addHeightButton()
+{
+    pHeightDial = dials.back();
+    return toolButtons.addToolButton(
+        dialRow(DIAL_COUNT - 1), ":/bootstrap/24/magic.png", [this] { matchHeight(); }, "Auto",
         "Calculates an optimal height value for the G9 target figure to match that of the source figure.");
+}
+
+void GntConvertDialog::Impl::alignRows(const QToolButton& lastButton)
+{
+    // A widget and no spacer: a layout sets a spacer closer than it sets the button.
+    for (int row = 0; row + 1 < DIAL_COUNT; ++row) {
+        QWidget* const blank = new QWidget;
+        blank->setFixedWidth(lastButton.sizeHint().width());
+        dialRow(row).addWidget(blank);
+    }
 }
 
 void GntConvertDialog::Impl::initAutoAdjust()

@@ -16,6 +16,8 @@
 
 #include <array>
 
+class QToolButton;
+
 namespace kst {
 class FloatPropertySetting;
 }
@@ -64,6 +66,10 @@ private:
 
     void initBases();
     void addDial(const Dial& dial, std::string_view help);
+    QHBoxLayout& dialRow(int row) const;
+    QToolButton& addHeightButton();
+    /// Leaves as much room behind the other rows as the last one's additional button takes.
+    void alignRows(const QToolButton& lastButton);
     void initAutoAdjust();
     void setAutoAdjust(bool on);
     void matchHeight();

@@ -71,6 +71,7 @@ GntConvertDialog::Impl::MorphPathControl::MorphPathControl(Impl& impl, QHBoxLayo
         "Pick morph path",
         "Allows you to pick a morph path from the tree of existing property paths in the target figure.");
     edit.setText(ToQ(_pSetting->get()));
+    edit.setCursorPosition(0); // a long path shows from its beginning
 }
 
 std::string GntConvertDialog::Impl::MorphPathControl::getPath() const

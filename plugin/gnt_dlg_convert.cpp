@@ -11,6 +11,7 @@
 #include "shared/ks_string.h"
 
 #include <QFontMetrics>
+#include <QLineEdit>
 
 #include <dzfigure.h>
 
@@ -137,6 +138,9 @@ void GntConvertDialog::Impl::showNames(std::string_view defaultMorphName)
     ui.pledFullFigureMorphName->setText(ToQ(defaultMorphName));
     ui.pledHeadMorphName->setText(ToQ(fmt::format("{} Head", defaultMorphName)));
     ui.pledBodyMorphName->setText(ToQ(fmt::format("{} Body", defaultMorphName)));
+    // Long names show from their beginning.
+    for (QLineEdit* const pEdit : {ui.pledFullFigureMorphName, ui.pledHeadMorphName, ui.pledBodyMorphName})
+        pEdit->setCursorPosition(0);
 }
 
 void GntConvertDialog::Impl::commit()

@@ -4,6 +4,7 @@
 #include "plugin/gnt_dlg_success.h"
 
 #include "plugin/gnt_dlg_success-box.h"
+#include "plugin/gnt_dlg_success-place.h"
 #include "shared/ks_app-setting.h"
 #include "shared/ks_assert.h"
 #include "shared/ks_critical-box.h"
@@ -24,12 +25,14 @@
 #include <algorithm>
 #include <string>
 
+#include <QApplication>
 #include <QEvent>
 #include <QFileInfo>
 #include <QFocusEvent>
 #include <QFontMetrics>
 #include <QPointer>
 #include <QPushButton>
+#include <QShowEvent>
 
 #include <dzapp.h>
 #include <dzappsettings.h>
@@ -64,6 +67,18 @@ const char* const saveButtonHelp = "<p>%%: Saves the selected new morphs as supp
 std::string QuotedText(std::string_view text)
 {
     return kst::str::Quote(kst::str::HtmlEscape(text));
+}
+
+/// Those that a user sees, without this one.
+std::vector<const QWidget*> OtherDialogs(const GntSuccessDialog& dialog)
+{
+    std::vector<const QWidget*> others;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget* const window : windows)
+        if (window != &dialog && qobject_cast<const GntSuccessDialog*>(window) && window->isVisible() &&
+            !window->isMinimized())
+            others.push_back(window);
+    return others;
 }
 
 /// Whose change is under way between a morph and its dial.
@@ -126,6 +141,7 @@ public:
     void onSaveMorphsButtonClicked(const std::shared_ptr<GntParams>& params, GntSuccessDialog& dialog);
 
     Ui_SuccessDialog ui;
+    GntCascade cascade;
 
 private:
     void addMorphRow(GntSuccessDialog& dialog, QGridLayout& grid, const GntCreatedMorph& morph);
@@ -323,6 +339,8 @@ void GntSuccessDialog::Impl::enableDisableControls()
                     [](const std::unique_ptr<MorphRow>& row) { return row->box->isChecked(); });
     for (QWidget* const control : saveControls())
         control->setEnabled(isAnyChecked);
+    for (QLabel* const label : {ui.plblContentLibrary, ui.plblVendorName, ui.plblProductName})
+        label->setEnabled(isAnyChecked);
 }
 
 MorphRow* GntSuccessDialog::Impl::findSender(const QObject* sender) const
@@ -429,6 +447,18 @@ GntSuccessDialog::GntSuccessDialog(QWidget* parent, std::shared_ptr<GntParams> p
 
 GntSuccessDialog::~GntSuccessDialog() = default;
 
+void GntSuccessDialog::accept()
+{
+    _pImpl->cascade.goBack(*this);
+    DialogBase::accept();
+}
+
+void GntSuccessDialog::reject()
+{
+    _pImpl->cascade.goBack(*this);
+    DialogBase::reject();
+}
+
 void GntSuccessDialog::done(int result)
 {
     DialogBase::done(result);
@@ -438,6 +468,13 @@ bool GntSuccessDialog::eventFilter(QObject* watched, QEvent* event)
 {
     _pImpl->chooseDefaultButton(watched, *event);
     return DialogBase::eventFilter(watched, event);
+}
+
+void GntSuccessDialog::showEvent(QShowEvent* event)
+{
+    DialogBase::showEvent(event); // gives the window its place
+    if (!event->spontaneous())
+        _pImpl->cascade.makeWay(*this, OtherDialogs(*this));
 }
 
 void GntSuccessDialog::slotPropertyValueChanged()

@@ -11,7 +11,8 @@
 #include <vector>
 
 /// Shows itself without blocking and deletes itself when it is closed; the caller does not own it. The
-/// figures and their morphs may go while it is open: the row of a morph that is gone is disabled.
+/// figures and their morphs may go while it is open: the row of a morph that is gone is disabled. It opens
+/// beside those that are open already, and remembers where it stood, or would have stood alone.
 class GntSuccessDialog : public kst::DialogBase {
     Q_OBJECT
 
@@ -27,10 +28,13 @@ public:
                      std::string_view note);
     ~GntSuccessDialog() override;
 
+    void accept() override;
+    void reject() override;
     void done(int result) override;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private slots:
     void slotPropertyValueChanged();

@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include <QFontMetrics>
+#include <QList>
 #include <QPushButton>
 
 namespace kst {
@@ -51,6 +52,10 @@ void MorphPathDialog::makeRoom()
     const QFontMetrics metrics = fontMetrics();
     ui.pTreeWidgetPropertyPaths->setMinimumSize(fewestColumns * metrics.averageCharWidth(),
                                                 fewestLines * metrics.lineSpacing());
+    const QList<QAbstractButton*> buttons = ui.pButtonBox->buttons();
+    for (QAbstractButton* const pButton : buttons)
+        pButton->setMinimumWidth(metrics.boundingRect(pButton->text()).width() +
+                                 4 * metrics.averageCharWidth());
     const int width = std::max(this->width(), layout()->minimumSize().width());
     setMinimumSize(width, ui.verticalLayout->minimumHeightForWidth(width));
 }

@@ -61,7 +61,9 @@ struct DzSlider::Impl {
     {
         QString widest = QLatin1String("--");
         const QFontMetrics metrics = slider.fontMetrics();
-        for (const double value : {min, max, number, defaultNumber}) {
+        // Percentages mostly go to 100 on one side or on both; their sliders shall line up.
+        const double usual = asPercent ? -1.0 : number;
+        for (const double value : {min, max, number, defaultNumber, usual}) {
             const QString text = format(value);
             if (metrics.horizontalAdvance(text) > metrics.horizontalAdvance(widest))
                 widest = text;

@@ -107,7 +107,7 @@ QToolButton& ConvertDialogTest::dialButton(int row, const char* name) const
     const QLayout& layout = RowOf(*dialog, row);
     for (int i = 1; i < layout.count(); ++i) {
         auto* const button = qobject_cast<QToolButton*>(layout.itemAt(i)->widget());
-        if (button->accessibleName() == QLatin1String(name))
+        if (button && button->accessibleName() == QLatin1String(name))
             return *button;
     }
     throw std::out_of_range(name);

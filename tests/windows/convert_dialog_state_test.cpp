@@ -14,8 +14,10 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QtTest/QTest>
@@ -92,6 +94,18 @@ TEST_F(ConvertDialogState, remembers_jobs_and_paths_for_the_next_run_when_accept
     EXPECT_EQ(dialog->getMorphNames()[GntHead], "Foo Head") << "names are of one run";
 }
 
+TEST_F(ConvertDialogState, stores_jobs_that_changed_and_gives_those_that_are_stored)
+{
+    open();
+    QTest::mouseClick(&convert(), Qt::LeftButton);
+    EXPECT_FALSE(isStored("last_job_flags")) << "they are the usual ones";
+    EXPECT_EQ(dialog->getJobs(), 6);
+    for (const char* const key : {"morph_path_full", "morph_path_head", "morph_path_body"})
+        EXPECT_EQ(ToStd(settings.getStringValue(QLatin1String(key))), "/Gantrel") << "these in any case";
+    settings.setIntValue(QStringLiteral("last_job_flags"), 1);
+    EXPECT_EQ(dialog->getJobs(), 1);
+}
+
 TEST_F(ConvertDialogState, remembers_neither_jobs_nor_paths_when_cancelled)
 {
     open();
@@ -161,6 +175,38 @@ TEST_F(ConvertDialogState, keeps_the_dials_when_accepted)
     EXPECT_EQ(params->settingBaseFeminine->get(), 0.5f);
     openInNextRun();
     EXPECT_EQ(slider(1).getValue(), 0.5f) << "it is the figure's own value";
+}
+
+TEST_F(ConvertDialogState, stores_the_jobs_before_the_dials_and_those_before_the_paths)
+{
+    storeAutoAdjust(false);
+    open();
+    click("pchkCreateFullFigureMorph");
+    std::string told;
+    const auto expectMidway = [this] {
+        EXPECT_TRUE(isStored("last_job_flags"));
+        EXPECT_FALSE(isStored("morph_path_full"));
+        EXPECT_FALSE(isStored("winpos_convert-figure-dialog")) << "not accepted yet";
+    };
+    params->settingBaseFeminine->addListener([&] { expectMidway(), told += "feminine "; });
+    params->settingBaseMasculine->addListener([&] { expectMidway(), told += "masculine "; });
+    slider(1).setValue(0.5f);
+    slider(2).setValue(0.25f);
+    EXPECT_EQ(told, "");
+    QTest::mouseClick(&convert(), Qt::LeftButton);
+    EXPECT_EQ(told, "feminine masculine ");
+    EXPECT_EQ(dialog->result(), QDialog::Accepted);
+    for (const char* const key : {"morph_path_full", "morph_path_head", "morph_path_body"})
+        EXPECT_TRUE(isStored(key)) << key;
+}
+
+TEST_F(ConvertDialogState, matches_the_height_once_by_itself)
+{
+    open();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return isMatched(); }, patienceMilliseconds));
+    slider(3).setValue(0.5f);
+    waitForMatching();
+    EXPECT_EQ(dial(3).getValue(), 0.5f) << "the user's own value";
 }
 
 TEST_F(ConvertDialogState, puts_the_dials_back_when_cancelled)
@@ -278,11 +324,18 @@ TEST_F(ConvertDialogState, picks_a_path_for_each_morph)
 
 TEST_F(ConvertDialogState, offers_the_targets_own_paths)
 {
+    for (DzFigure* const figure : {source, target}) {
+        auto* const property = new DzFloatProperty(QStringLiteral("Extra"), false, false);
+        property->setPath(QStringLiteral("/Only ") + figure->getLabel());
+        figure->addProperty(property);
+    }
     open();
     pick("phorzBodyMorphPath", [](QWidget& picker) {
         auto& tree = *picker.findChild<QTreeWidget*>(QStringLiteral("pTreeWidgetPropertyPaths"));
         const QList<QTreeWidgetItem*> found = tree.findItems(QStringLiteral("Actor"), Qt::MatchExactly);
         ASSERT_EQ(found.size(), 1) << "where the small library's morphs are";
+        EXPECT_EQ(tree.findItems(QStringLiteral("Only Nova"), Qt::MatchExactly).size(), 1);
+        EXPECT_EQ(tree.findItems(QStringLiteral("Only Vera"), Qt::MatchExactly).size(), 0);
         tree.setCurrentItem(found.front());
         Press("OK")(picker);
     });
@@ -349,7 +402,10 @@ TEST_F(ConvertDialogState, is_what_the_menu_action_asks_with)
     for (QWidget* const window : QApplication::topLevelWidgets())
         if (auto* const success = qobject_cast<GntSuccessDialog*>(window))
             successes.emplace_back(success);
-    EXPECT_EQ(successes.size(), 1u);
+    ASSERT_EQ(successes.size(), 1u);
+    const QString told = successes[0]->findChild<QLabel*>(QStringLiteral("plblIntro"))->text();
+    EXPECT_TRUE(told.contains(QRegularExpression(QStringLiteral("<p>Time taken: [0-9]+ seconds?</p>"))))
+        << ToStd(told);
 }
 
 } // namespace

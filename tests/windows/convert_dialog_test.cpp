@@ -3,6 +3,8 @@
 
 #include "tests/windows/convert_dialog_scene.h"
 
+#include "plugin/gnt_convert-figure.h"
+#include "shared/ks_gui_button.h"
 #include "shared/ks_help.h"
 #include "shared/ks_string.h"
 #include "tests/windows/modal_answer.h"
@@ -12,6 +14,7 @@
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -23,6 +26,8 @@
 #include <dzfigure.h>
 #include <dzfloatproperty.h>
 #include <dzfloatslider.h>
+
+#include <memory>
 
 namespace {
 
@@ -93,6 +98,8 @@ TEST_F(ConvertDialog, has_a_row_for_each_morph)
     open();
     EXPECT_EQ(ToStd(inGrid<QLabel>(1, 1)->text()), "Morph path");
     EXPECT_EQ(ToStd(inGrid<QLabel>(1, 2)->text()), "Morph name");
+    EXPECT_EQ(inGrid<QLabel>(1, 1), &widget<QLabel>("plblHeadingMorphPath"));
+    EXPECT_EQ(inGrid<QLabel>(1, 2), &widget<QLabel>("plblHeadingMorphName"));
     const char* const texts[] = {"Create full figure morph", "Create head morph", "Create body morph"};
     const char* const kinds[] = {"FullFigure", "Head", "Body"};
     for (int i = 0; i < 3; ++i) {
@@ -196,6 +203,29 @@ TEST_F(ConvertDialog, has_a_button_behind_each_path)
             "paths in the target figure.");
 }
 
+QImage PictureOn(const QToolButton& button)
+{
+    return button.icon().pixmap(button.iconSize()).toImage();
+}
+
+TEST_F(ConvertDialog, has_a_picture_on_each_tool_button)
+{
+    open();
+    const auto pictureOf = [](const char* file) {
+        QToolButton button;
+        kst::gui::SetUpToolButton(button, file, "Name", "");
+        return PictureOn(button);
+    };
+    const QImage wand = pictureOf(":/bootstrap/24/magic.png");
+    const QImage dropper = pictureOf(":/bootstrap/24/eyedropper.png");
+    const QImage question = pictureOf(":/bootstrap/24/question-square.png");
+    ASSERT_TRUE(!wand.isNull() && wand != dropper && dropper != question && question != wand);
+    EXPECT_EQ(PictureOn(dialButton(3, "Auto")), wand);
+    for (const char* const row : {"phorzFullFigureMorphPath", "phorzHeadMorphPath", "phorzBodyMorphPath"})
+        EXPECT_EQ(PictureOn(toolButton(row)), dropper) << row;
+    EXPECT_EQ(PictureOn(toolButton("phorzBottomButtons")), question);
+}
+
 TEST_F(ConvertDialog, opens_the_manual)
 {
     open();
@@ -281,6 +311,72 @@ TEST_F(ConvertDialog, takes_return_for_convert_and_escape_for_cancel)
     EXPECT_FALSE(dialog->isVisible());
 }
 
+TEST_F(ConvertDialog, has_the_texts_of_its_buttons)
+{
+    open();
+    EXPECT_EQ(ToStd(widget<QPushButton>("pbtnConvert").text()), "Convert");
+    EXPECT_EQ(ToStd(widget<QPushButton>("pbtnCancel").text()), "Cancel");
+    const QLayout& row = widget<QHBoxLayout>("phorzBottomButtons");
+    ASSERT_EQ(row.count(), 4);
+    EXPECT_TRUE(qobject_cast<QToolButton*>(row.itemAt(0)->widget()));
+    EXPECT_TRUE(row.itemAt(1)->spacerItem());
+    EXPECT_EQ(row.itemAt(2)->widget(), &widget<QPushButton>("pbtnConvert"));
+    EXPECT_EQ(row.itemAt(3)->widget(), &widget<QPushButton>("pbtnCancel"));
+}
+
+TEST_F(ConvertDialog, shows_its_parts_from_the_introduction_down_to_the_buttons)
+{
+    open();
+    const QLayout& rows = widget<QVBoxLayout>("verticalLayout");
+    EXPECT_EQ(dialog->layout(), &rows);
+    const QObject* const parts[] = {&widget<QLabel>("plblIntro"), &widget<QGroupBox>("pgrpMorphBases"),
+                                    &widget<QGridLayout>("pgridCreateMorphs"),
+                                    &widget<QGroupBox>("pgrpResolution"),
+                                    &widget<QHBoxLayout>("phorzBottomButtons")};
+    int last = -1;
+    for (const QObject* const part : parts) {
+        int place = 0;
+        while (place < rows.count() && rows.itemAt(place)->widget() != part &&
+               rows.itemAt(place)->layout() != part)
+            ++place;
+        EXPECT_LT(place, rows.count()) << ToStd(part->objectName());
+        EXPECT_GT(place, last) << ToStd(part->objectName());
+        last = place;
+    }
+    const QLayout& bases = widget<QVBoxLayout>("pvertMorphBasesGroup");
+    EXPECT_EQ(widget<QGroupBox>("pgrpMorphBases").layout(), &bases);
+    EXPECT_EQ(bases.itemAt(0)->layout(), &widget<QGridLayout>("pgridMorphBases"));
+    const QLayout& adjusting = widget<QHBoxLayout>("horizontalLayout");
+    EXPECT_EQ(bases.itemAt(1)->layout(), &adjusting);
+    EXPECT_TRUE(adjusting.itemAt(0)->spacerItem());
+    EXPECT_EQ(adjusting.itemAt(1)->widget(), &widget<QCheckBox>("pchkAutoAdjustProportionalHeight"));
+    const QLayout& resolutions = widget<QHBoxLayout>("horizontalLayout_2");
+    EXPECT_EQ(widget<QGroupBox>("pgrpResolution").layout(), &resolutions);
+    EXPECT_EQ(resolutions.itemAt(0)->widget(), &widget<QRadioButton>("pRadioResolutionBase"));
+    EXPECT_EQ(resolutions.itemAt(1)->widget(), &widget<QRadioButton>("pRadioResolutionSubd"));
+    EXPECT_EQ(resolutions.itemAt(2)->widget(), &widget<QLabel>("label"));
+    EXPECT_TRUE(widget<QLabel>("label").wordWrap());
+}
+
+TEST_F(ConvertDialog, lines_its_dials_up_at_any_size_of_text)
+{
+    for (const bool isLarge : {false, true}) {
+        const auto large = isLarge ? std::make_unique<LargeFont>() : nullptr;
+        dial(1).setMinMax(0.0f, 1.0f); // a number of another length
+        params = GntConverter::FindSourceAndTargetInSceneSelected_X();
+        open();
+        ASSERT_EQ(slider(1).getMin(), 0.0f);
+        for (int row = 0; row < 3; ++row) {
+            EXPECT_EQ(slider(row).x(), slider(3).x()) << row;
+            EXPECT_EQ(slider(row).width(), slider(3).width()) << row;
+            EXPECT_EQ(slider(row).sizeHint(), slider(3).sizeHint()) << row << ": the number's place";
+            for (const char* const name : {"Min", "Default", "Max"})
+                EXPECT_EQ(dialButton(row, name).x(), dialButton(3, name).x()) << row << name;
+        }
+        EXPECT_GT(dialButton(3, "Auto").x(), dialButton(3, "Max").geometry().right());
+    }
+}
+
 TEST_F(ConvertDialog, has_room_for_everything)
 {
     open();
@@ -315,6 +411,9 @@ TEST_F(ConvertDialog, stays_on_the_screen_with_very_long_labels_and_names)
     SavePicture(*dialog, "convert-long");
     EXPECT_LE(dialog->width(), 1000);
     EXPECT_EQ(dialog->getMorphNames()[GntHead], std::string(200, 'x') + " Head");
+    for (const char* const line : {"pledFullFigureMorphName", "pledHeadMorphName", "pledBodyMorphName",
+                                   "pledFullFigureMorphPath", "pledHeadMorphPath", "pledBodyMorphPath"})
+        EXPECT_EQ(widget<QLineEdit>(line).cursorPosition(), 0) << line << " shows its beginning";
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "plugin/gnt_dlg_convert.h"
 #include "shared/ks_dlg_morph-path.h"
 #include "shared/ks_string.h"
+#include "tests/windows/dialog_room.h"
 #include "tests/windows/dialog_use_scene.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"
@@ -17,8 +18,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QStyle>
-#include <QStyleOptionGroupBox>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QtTest/QTest>
@@ -35,29 +34,6 @@ namespace {
 
 using kst::str::ToQ;
 using kst::str::ToStd;
-
-/// Texts of one and a half times the usual size in every window made within its life.
-class HalfAsLargeAgain {
-public:
-    HalfAsLargeAgain() : _usual(QApplication::font())
-    {
-        QFont font = _usual;
-        font.setPointSizeF(_usual.pointSizeF() * 1.5);
-        QApplication::setFont(font);
-    }
-    ~HalfAsLargeAgain() { QApplication::setFont(_usual); }
-    HalfAsLargeAgain(const HalfAsLargeAgain&) = delete;
-    HalfAsLargeAgain& operator=(const HalfAsLargeAgain&) = delete;
-
-private:
-    QFont _usual;
-};
-
-std::string NameOf(const QWidget& widget)
-{
-    const QString name = widget.objectName().isEmpty() ? widget.accessibleName() : widget.objectName();
-    return ToStd(QLatin1String(widget.metaObject()->className()) + QLatin1Char(' ') + name);
-}
 
 /// What a user can work with.
 bool IsControl(const QWidget& widget)
@@ -122,44 +98,6 @@ void ExpectVisibleFocus(QWidget& dialog)
         widget.setFocus(Qt::TabFocusReason);
         ASSERT_EQ(dialog.focusWidget(), &widget) << NameOf(widget);
         EXPECT_NE(widget.grab().toImage(), without) << NameOf(widget);
-    }
-}
-
-/// What a group box needs for its title, frame included.
-int TitleWidth(const QGroupBox& group)
-{
-    QStyleOptionGroupBox option;
-    option.initFrom(&group);
-    option.text = group.title();
-    option.subControls = QStyle::SC_GroupBoxFrame | QStyle::SC_GroupBoxLabel;
-    return group.style()
-        ->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxLabel, &group)
-        .width();
-}
-
-void ExpectNothingCutOff(const QWidget& dialog)
-{
-    for (const QWidget* const widget : dialog.findChildren<QWidget*>()) {
-        if (!widget->isVisible() || widget->isWindow())
-            continue;
-        const auto* const label = qobject_cast<const QLabel*>(widget);
-        const QSize wanted = widget->sizeHint();
-        if (label && label->wordWrap()) {
-            EXPECT_GE(label->height(), label->heightForWidth(label->width())) << NameOf(*widget);
-        } else if (label || qobject_cast<const QPushButton*>(widget) ||
-                   qobject_cast<const QCheckBox*>(widget) || qobject_cast<const QRadioButton*>(widget) ||
-                   qobject_cast<const QToolButton*>(widget)) {
-            EXPECT_GE(widget->width(), wanted.width()) << NameOf(*widget);
-            EXPECT_GE(widget->height(), wanted.height()) << NameOf(*widget);
-        } else if (qobject_cast<const QLineEdit*>(widget)) {
-            EXPECT_GE(widget->height(), widget->minimumSizeHint().height()) << NameOf(*widget);
-        } else if (const auto* const group = qobject_cast<const QGroupBox*>(widget)) {
-            EXPECT_GE(TitleWidth(*group), group->fontMetrics().horizontalAdvance(group->title()))
-                << NameOf(*widget);
-        }
-        EXPECT_TRUE(dialog.rect().contains(
-            QRect(widget->mapTo(const_cast<QWidget*>(&dialog), QPoint(0, 0)), widget->size())))
-            << NameOf(*widget);
     }
 }
 

@@ -96,6 +96,18 @@ TEST_F(MorphNameChecker, warns_a_moment_after_the_name_of_a_morph_was_typed)
     EXPECT_EQ(ToStd(warning.styleSheet()), "QLabel { font-weight:600; color:#FF9933;  }");
 }
 
+TEST_F(MorphNameChecker, checks_once_for_each_letter)
+{
+    checker->onSingleSceneNodeSelected(node);
+    QTest::keyClicks(&name, QStringLiteral("Anna"));
+    EXPECT_EQ(changes, 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return changes >= 4; }, patienceMilliseconds));
+    bool isLater = false;
+    QTimer::singleShot(200, qApp, [&] { isLater = true; });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isLater; }, patienceMilliseconds));
+    EXPECT_EQ(changes, 4);
+}
+
 TEST_F(MorphNameChecker, takes_the_warning_back_when_the_name_changes)
 {
     checker->onSingleSceneNodeSelected(node);

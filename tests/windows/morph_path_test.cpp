@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -170,6 +171,11 @@ TEST_F(MorphPathDialog, says_what_it_is_for)
     EXPECT_EQ(ToStd(dialog->findChild<QLabel*>(QStringLiteral("plblMorphPath"))->text()), "Morph path:");
     EXPECT_EQ(tree().columnCount(), 1);
     EXPECT_EQ(ToStd(tree().headerItem()->text(0)), "1");
+    const auto& grid = *dialog->findChild<QGridLayout*>(QStringLiteral("gridLayout_2"));
+    EXPECT_EQ(ToStd(grid.itemAtPosition(0, 0)->widget()->objectName()), "plblMorphPath");
+    EXPECT_EQ(grid.itemAtPosition(0, 1)->widget(), &tree());
+    EXPECT_EQ(grid.itemAtPosition(1, 1)->widget(), &edit());
+    EXPECT_EQ(ToStd(dialog->layout()->objectName()), "verticalLayout");
     const std::string help =
         "<p>Here you can select where the control slider of the morph should appear in the "
         "\xE2\x80\x9CParameters\xE2\x80\x9D pane.</p><p>You can select an existing item from the tree (which "
@@ -191,6 +197,27 @@ TEST_F(MorphPathDialog, shows_where_the_user_starts)
     EXPECT_EQ(Outline(tree()), "Actor(Head(Eyes) Body) General Else(wh\xC3\xA9re)");
 }
 
+/// Notes how many items the tree has at each change of the line.
+class NotingDialog : public kst::MorphPathDialogBase {
+public:
+    NotingDialog() : MorphPathDialogBase(nullptr) { initializePropertyPaths(tree, edit); }
+    std::vector<int> itemCounts;
+    QTreeWidget tree;
+    QLineEdit edit;
+
+protected:
+    void enableDisableWidgets() override { itemCounts.push_back(tree.topLevelItemCount()); }
+};
+
+TEST_F(MorphPathDialog, has_the_path_in_the_line_before_the_tree_is_filled)
+{
+    NotingDialog noting;
+    noting.insertPropertyPaths(node, {"Actor", "Head"});
+    EXPECT_EQ(noting.itemCounts, std::vector<int>{0});
+    EXPECT_EQ(ToStd(noting.edit.text()), "/Actor/Head");
+    EXPECT_EQ(noting.tree.topLevelItemCount(), 2);
+}
+
 TEST_F(MorphPathDialog, starts_nowhere_without_a_path)
 {
     open("");
@@ -203,6 +230,8 @@ TEST_F(MorphPathDialog, reads_a_path_without_its_slashes_in_order)
 {
     open("Actor//Head/");
     EXPECT_EQ(dialog->getPropertyPathFromLineEdit(), "/Actor/Head");
+    open("/Actor/ / Head ");
+    EXPECT_EQ(dialog->getPropertyPathFromLineEdit(), "/Actor/ / Head ") << "a blank is a part";
 }
 
 TEST_F(MorphPathDialog, writes_the_chosen_item_into_the_line)
@@ -285,6 +314,12 @@ TEST_F(MorphPathDialog, has_room_for_its_texts_at_a_large_font_too)
     const auto& intro = *dialog->findChild<QLabel*>(QStringLiteral("plblIntro"));
     EXPECT_GE(intro.height(), intro.heightForWidth(intro.width()));
     EXPECT_GE(tree().height(), 3 * tree().fontMetrics().lineSpacing());
+    for (const char* const text : {"OK", "Cancel"}) {
+        const QPushButton& button = *FindButton(*dialog, text);
+        EXPECT_GT(button.width(), button.fontMetrics().horizontalAdvance(button.text()) +
+                                      2 * button.fontMetrics().averageCharWidth())
+            << text << " is not at the button's edges";
+    }
 }
 
 } // namespace

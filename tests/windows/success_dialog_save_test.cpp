@@ -267,6 +267,21 @@ TEST_F(SuccessDialogSaveTest, tells_when_the_figure_is_gone)
     EXPECT_TRUE(dialog->isVisible());
 }
 
+TEST_F(SuccessDialogSaveTest, remembers_its_fields_also_when_the_saving_fails)
+{
+    open({"Vera"});
+    clickBox(0);
+    type(vendor(), "Zoe");
+    type(product(), "Shapes");
+    dzScene->clear();
+    TestHost().purge();
+    save(told);
+    EXPECT_EQ(told->icon, QMessageBox::Critical);
+    EXPECT_EQ(stored("save_last_content_library"), own());
+    EXPECT_EQ(ToStd(stored("save_last_vendor_name")), "Zoe");
+    EXPECT_EQ(ToStd(stored("save_last_product_name")), "Shapes");
+}
+
 TEST_F(SuccessDialogSaveTest, tells_when_the_host_refuses_to_save)
 {
     open({"Vera"});

@@ -1,6 +1,7 @@
 // What the success dialog shows, and its dials.
 // SPDX-License-Identifier: MIT
 
+#include "host/ui/parameters_pane.h"
 #include "shared/ks_string.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"
@@ -8,7 +9,9 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGridLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
@@ -132,6 +135,27 @@ TEST_F(SuccessDialogTest, has_the_texts_of_the_saving)
               "selected with the checkboxes above.</p>");
 }
 
+TEST_F(SuccessDialogTest, has_the_saving_below_the_morphs)
+{
+    open({"Vera"});
+    EXPECT_EQ(ToStd(dialog->objectName()), "SuccessDialog");
+    EXPECT_EQ(ToStd(dialog->layout()->objectName()), "pvertMain");
+    const auto& group = *dialog->findChild<QGroupBox*>(QLatin1String("groupBox"));
+    EXPECT_EQ(dialog->layout()->itemAt(2)->widget(), &group);
+    const QGridLayout& grid = *dialog->findChild<QGridLayout*>(QLatin1String("gridLayout"));
+    EXPECT_EQ(group.layout()->itemAt(0)->layout(), &grid);
+    const char* const labels[] = {"plblContentLibrary", "plblVendorName", "plblProductName"};
+    const QWidget* const fields[] = {&library(), &vendor(), &product()};
+    for (int row = 0; row < 3; ++row) {
+        EXPECT_EQ(ToStd(grid.itemAtPosition(row, 0)->widget()->objectName()), labels[row]);
+        EXPECT_EQ(grid.itemAtPosition(row, 1)->widget(), fields[row]);
+    }
+    const QHBoxLayout& last = *dialog->findChild<QHBoxLayout*>(QLatin1String("horizontalLayout"));
+    EXPECT_EQ(group.layout()->itemAt(1)->layout(), &last);
+    EXPECT_GE(last.indexOf(&compress()), 0);
+    EXPECT_GT(last.indexOf(&saveButton()), last.indexOf(&compress()));
+}
+
 TEST_F(SuccessDialogTest, saves_only_while_a_box_is_checked)
 {
     open({"Vera Head", "Vera Body"});
@@ -220,6 +244,14 @@ TEST_F(SuccessDialogTest, shows_the_morph_in_the_parameters_pane)
     QTest::mouseClick(&showButton(1), Qt::LeftButton);
     EXPECT_TRUE(pane->isVisible());
     EXPECT_EQ(dzScene->getPrimarySelection(), target);
+    const auto revealed = [pane] {
+        const auto* const inside =
+            pane->findChild<openhost::ParametersWidget*>(QStringLiteral("ParametersWgt"));
+        return inside->getPropertySelections();
+    };
+    EXPECT_EQ(revealed(), QObjectList{&dial(1)});
+    QTest::mouseClick(&showButton(0), Qt::LeftButton);
+    EXPECT_EQ(revealed(), QObjectList{&dial(0)});
 }
 
 TEST_F(SuccessDialogTest, tells_when_there_is_no_parameters_pane)
