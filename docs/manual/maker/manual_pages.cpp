@@ -4,14 +4,18 @@
 #include "docs/manual/maker/manual_pages.h"
 
 #include "docs/manual/maker/manual_text.h"
+#include "docs/manual/maker/pdf_navigation.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QBuffer>
+#include <QFile>
 #include <QPainter>
 #include <QPalette>
 #include <QPdfWriter>
 #include <QTextBlock>
 
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace manual {
@@ -21,8 +25,10 @@ namespace {
 constexpr int kDotsPerInch = 600;
 constexpr double kSideMillimetres = 21.0;
 constexpr double kTopMillimetres = 19.0;
-constexpr double kFootMillimetres = 12.0; ///< of the page number above the page's end
+constexpr double kFootMillimetres = 12.0;    ///< of the page number above the page's end
+constexpr double kHeadroomMillimetres = 3.0; ///< above what a jump leads to
 const QString kTitle = QStringLiteral("Gantrel for Genesis 9");
+const QString kAuthor = QStringLiteral("Kestrom");
 const QString kTitlePicture = QStringLiteral("/pictures/head-and-body.png");
 const QColor kAccent(0x1f, 0x4e, 0x79);
 const QColor kGrey(0x60, 0x68, 0x70);
@@ -35,18 +41,32 @@ double Millimetres(double value)
 struct Entry {
     QString text;
     int level;
-    int page; ///< of the text, from 0
+    int page;   ///< of the text, from 0
+    double top; ///< of its letters on that page, in pixels
 };
 
-std::vector<Entry> ListContents(const QTextDocument& document)
+std::vector<Entry> ListHeadings(const QTextDocument& document)
 {
     std::vector<Entry> entries;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         const int level = HeadingLevel(block);
-        if (level == 1 || level == 2)
-            entries.push_back({block.text(), level, PageOf(document, block)});
+        if (level > 0) {
+            const int page = PageOf(document, block);
+            const double top = LineBox(document, block, 0).top() - page * document.pageSize().height();
+            entries.push_back({block.text().simplified(), level, page, top});
+        }
     }
     return entries;
+}
+
+/// Those that the contents show; the bookmarks have all.
+std::vector<Entry> OfContents(const std::vector<Entry>& entries)
+{
+    std::vector<Entry> shown;
+    for (const Entry& entry : entries)
+        if (entry.level <= 2)
+            shown.push_back(entry);
+    return shown;
 }
 
 /// Paints page after page; the first is there from the start.
@@ -65,18 +85,55 @@ public:
     /// @return how many pages they take; painted only when wanted
     int paintContents(const std::vector<Entry>& entries, int firstTextPage, bool isPainted);
     void paintText(QTextDocument& document);
+    /// Makes the chapters' numbers in the text lead there.
+    void linkText(const QTextDocument& document, const std::vector<Entry>& entries, int firstTextPage);
+
+    PdfPlace placeOf(const Entry& entry, int firstTextPage) const;
+    const std::vector<PdfLink>& links() const { return _links; }
 
 private:
     void next();
     void paintFoot();
-    void paintLine(const Entry& entry, int page, double y, double height);
+    QRectF paintLine(const Entry& entry, int page, double y, double height);
+    QRectF inPoints(const QRectF& box) const;
 
     QPdfWriter& _writer;
     QPainter& _painter;
     QRectF _sheet;
     QRectF _room;
+    std::vector<PdfLink> _links;
     int _number = 1;
 };
+
+/// The file's own measure, which begins at the page's lower edge.
+QRectF Pages::inPoints(const QRectF& box) const
+{
+    const double point = kDotsPerInch / 72.0;
+    return QRectF(box.left() / point, (_sheet.height() - box.bottom()) / point, box.width() / point,
+                  box.height() / point);
+}
+
+PdfPlace Pages::placeOf(const Entry& entry, int firstTextPage) const
+{
+    const double top = _room.top() + entry.top - Millimetres(kHeadroomMillimetres);
+    return {firstTextPage - 1 + entry.page, inPoints(QRectF(0, top, 0, 0)).top()};
+}
+
+void Pages::linkText(const QTextDocument& document, const std::vector<Entry>& entries, int firstTextPage)
+{
+    std::vector<PdfPlace> chapters;
+    for (const Entry& entry : entries)
+        if (entry.level == 1)
+            chapters.push_back(placeOf(entry, firstTextPage));
+    const double height = document.pageSize().height();
+    for (const Mention& mention : FindMentions(document)) {
+        if (mention.chapter < 1 || mention.chapter > static_cast<int>(chapters.size()))
+            throw std::runtime_error("there is no chapter " + std::to_string(mention.chapter));
+        const int page = static_cast<int>(mention.box.center().y() / height);
+        const QRectF box = mention.box.translated(_room.left(), _room.top() - page * height);
+        _links.push_back({firstTextPage - 1 + page, inPoints(box), chapters[mention.chapter - 1]});
+    }
+}
 
 void Pages::next()
 {
@@ -131,7 +188,7 @@ int Pages::paintContents(const std::vector<Entry>& entries, int firstTextPage, b
     y += Millimetres(13);
     for (const Entry& entry : entries) {
         const double gap = Millimetres(entry.level == 1 ? 1.0 : 0.0);
-        const double height = Millimetres(4.2);
+        const double height = Millimetres(3.8);
         if (y + gap + height > _room.bottom()) {
             ++pages;
             y = _room.top();
@@ -139,14 +196,16 @@ int Pages::paintContents(const std::vector<Entry>& entries, int firstTextPage, b
                 next();
         }
         y += gap;
-        if (isPainted)
-            paintLine(entry, firstTextPage + entry.page, y, height);
+        if (isPainted) {
+            const QRectF line = paintLine(entry, firstTextPage + entry.page, y, height);
+            _links.push_back({_number - 1, inPoints(line), placeOf(entry, firstTextPage)});
+        }
         y += height;
     }
     return pages;
 }
 
-void Pages::paintLine(const Entry& entry, int page, double y, double height)
+QRectF Pages::paintLine(const Entry& entry, int page, double y, double height)
 {
     _painter.setPen(Qt::black);
     _painter.setFont(Letters(9, entry.level == 1 ? QFont::Bold : QFont::Normal));
@@ -164,6 +223,7 @@ void Pages::paintLine(const Entry& entry, int page, double y, double height)
     const double base = y + 0.66 * height;
     if (entry.level > 1 && to > from)
         _painter.drawLine(QPointF(from, base), QPointF(to, base));
+    return line;
 }
 
 void Pages::paintText(QTextDocument& document)
@@ -173,41 +233,56 @@ void Pages::paintText(QTextDocument& document)
     const QSizeF page = document.pageSize();
     for (int i = 0; i < document.pageCount(); ++i) {
         next();
-        const QRectF shown(0, i * page.height(), page.width(), page.height());
+        // What begins on the next page can do so a hair early, and would be on both.
+        const QRectF shown(0, i * page.height(), page.width(), page.height() - Millimetres(0.2));
         _painter.save();
         _painter.translate(_room.left(), _room.top() - shown.top());
-        // Lists' numbers stand out on the left, and what begins on the next page can do so a hair early.
-        _painter.setClipRect(shown.adjusted(-Millimetres(5), 0, Millimetres(5), -Millimetres(0.2)));
+        // Lists' numbers stand out on the left.
+        _painter.setClipRect(shown.adjusted(-Millimetres(5), 0, Millimetres(5), 0));
         context.clip = shown;
         document.documentLayout()->draw(&_painter, context);
         _painter.restore();
     }
 }
 
+void Save(const QByteArray& bytes, const QString& name)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
+        throw std::runtime_error("cannot write " + name.toStdString());
+}
+
 } // namespace
 
 void WriteManual(const QString& file, const ManualParts& parts)
 {
-    QPdfWriter writer(file);
+    QBuffer bytes;
+    bytes.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&bytes);
     writer.setResolution(kDotsPerInch);
     writer.setPageSize(QPageSize(QPageSize::A4));
     writer.setPageMargins(QMarginsF(0, 0, 0, 0));
     writer.setTitle(kTitle + QStringLiteral(" Manual"));
     writer.setCreator(QStringLiteral("Gantrel ") + parts.version);
     QPainter painter(&writer);
-    if (!painter.isActive())
-        throw std::runtime_error("cannot write " + file.toStdString());
+    // Letters in pictures of windows would be blurred.
+    painter.setRenderHint(QPainter::LosslessImageRendering);
     Pages pages(writer, painter);
     const std::unique_ptr<QTextDocument> text =
         MakeDocument(parts.chapters, QDir(parts.pictures), writer, pages.room().size());
     KeepTogether(*text);
-    const std::vector<Entry> entries = ListContents(*text);
-    const int firstTextPage = 2 + pages.paintContents(entries, 0, false);
+    const std::vector<Entry> headings = ListHeadings(*text);
+    const std::vector<Entry> contents = OfContents(headings);
+    const int firstTextPage = 2 + pages.paintContents(contents, 0, false);
     pages.paintTitle(parts.version, ReadPicture(parts.pictures + kTitlePicture));
-    pages.paintContents(entries, firstTextPage, true);
+    pages.paintContents(contents, firstTextPage, true);
     pages.paintText(*text);
-    if (!painter.end())
-        throw std::runtime_error("cannot write " + file.toStdString());
+    pages.linkText(*text, headings, firstTextPage);
+    painter.end();
+    PdfNavigation navigation{kAuthor, "en", {}, pages.links()};
+    for (const Entry& entry : headings)
+        navigation.bookmarks.push_back({entry.text, entry.level, pages.placeOf(entry, firstTextPage)});
+    Save(WithNavigation(bytes.data(), navigation), file);
 }
 
 } // namespace manual

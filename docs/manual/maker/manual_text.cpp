@@ -6,8 +6,10 @@
 #include <QAbstractTextDocumentLayout>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTextBlock>
 #include <QTextCursor>
+#include <QTextList>
 #include <QTextTable>
 #include <QUrl>
 
@@ -27,7 +29,7 @@ constexpr double kParagraphGap = 7.0;
 constexpr double kItemGap = 3.0;
 constexpr double kLineHeight = 118.0; ///< percent
 constexpr double kTallestPicture = 380.0;
-constexpr double kPicturePixel = 0.45; ///< pictures have two pixels for one, and may be a little smaller
+constexpr double kPicturePixel = 0.38; ///< pictures have two pixels for one, and may be a little smaller
 constexpr int kWholeLines = 4;         ///< paragraphs of no more stay on one page
 const QColor kAccent(0x1f, 0x4e, 0x79);
 const QColor kCodeGround(0xf1, 0xf3, 0xf5);
@@ -118,6 +120,25 @@ void FormatCode(const QTextBlock& block)
     cursor.setBlockFormat(format);
 }
 
+const QRegularExpression& MentionPattern()
+{
+    static const QRegularExpression pattern(QStringLiteral("\\b[Cc]hapter (\\d+)\\b"));
+    return pattern;
+}
+
+void ColourMentions(const QTextBlock& block)
+{
+    for (auto found = MentionPattern().globalMatch(block.text()); found.hasNext();) {
+        const auto mention = found.next();
+        QTextCursor cursor(block);
+        cursor.setPosition(block.position() + mention.capturedStart());
+        cursor.setPosition(block.position() + mention.capturedEnd(), QTextCursor::KeepAnchor);
+        QTextCharFormat letters;
+        letters.setForeground(kAccent);
+        cursor.mergeCharFormat(letters);
+    }
+}
+
 /// Of words in fixed letters within a text, which look larger than those around them.
 void FormatWords(const QTextBlock& block)
 {
@@ -138,6 +159,7 @@ void FormatWords(const QTextBlock& block)
 void FormatParagraph(const QTextBlock& block)
 {
     FormatWords(block);
+    ColourMentions(block);
     QTextCursor cursor(block);
     QTextBlockFormat format = block.blockFormat();
     format.setLineHeight(kLineHeight, QTextBlockFormat::ProportionalHeight);
@@ -221,10 +243,19 @@ void RemoveEmptyCode(QTextDocument& document)
     }
 }
 
+/// Those that the reader of Markdown leaves behind a table.
+void RemoveEmptyParagraphs(QTextDocument& document)
+{
+    for (const QTextBlock& block : BlocksOf(document))
+        if (block.text().isEmpty() && block.next().isValid() && !IsInTable(block) && !IsCode(block))
+            QTextCursor(block).deleteChar();
+}
+
 void Format(QTextDocument& document, const QDir& pictures, double width)
 {
     NumberChapters(document);
     RemoveEmptyCode(document);
+    RemoveEmptyParagraphs(document);
     for (const QTextBlock& block : BlocksOf(document)) {
         const QTextImageFormat image = ImageOf(block);
         if (!image.name().isEmpty())
@@ -241,14 +272,30 @@ void Format(QTextDocument& document, const QDir& pictures, double width)
             FormatTable(*table);
 }
 
-/// The page of a line of the block; its place is counted from the document's top.
 int PageOfLine(const QTextDocument& document, const QTextBlock& block, int line)
 {
-    const double top = document.documentLayout()->blockBoundingRect(block).top();
-    const QTextLine at = block.layout()->lineAt(line);
     // Its middle: a line that is pushed to the next page can begin a hair before it.
-    const double y = top + (at.isValid() ? at.y() + at.height() / 2 : 0.0);
-    return static_cast<int>(y / document.pageSize().height());
+    return static_cast<int>(LineBox(document, block, line).center().y() / document.pageSize().height());
+}
+
+QRectF BoxOfLetters(const QTextDocument& document, const QTextBlock& block, int from, int length)
+{
+    const QTextLine line = block.layout()->lineForTextPosition(from);
+    const double left = line.cursorToX(from);
+    const int end = std::min(from + length, line.textStart() + line.textLength());
+    const QRectF whole = LineBox(document, block, line.lineNumber());
+    const double origin = whole.left() - line.x();
+    return QRectF(origin + left, whole.top(), line.cursorToX(end) - left, whole.height());
+}
+
+/// A list's first two lines stay together, and so do its last two.
+bool IsFirstOrLastButOne(const QTextBlock& block)
+{
+    const QTextList* const list = block.textList();
+    if (!list || block.next().textList() != list)
+        return false;
+    const int number = list->itemNumber(block);
+    return number == 0 || number == list->count() - 2;
 }
 
 bool StandsWithNext(const QTextBlock& block)
@@ -259,8 +306,8 @@ bool StandsWithNext(const QTextBlock& block)
     const bool isCodeEnd = IsCode(block) && !IsCode(block.next());
     const bool leadsIn =
         !block.textList() && (IsInTable(block.next()) || !ImageOf(block.next()).name().isEmpty());
-    return HeadingLevel(block) > 0 || leadsIn || !ImageOf(block).name().isEmpty() ||
-           (introduces && !isCodeEnd);
+    return HeadingLevel(block) > 0 || leadsIn || IsFirstOrLastButOne(block) ||
+           !ImageOf(block).name().isEmpty() || (introduces && !isCodeEnd);
 }
 
 /// Where the block is the first of a table that fits on a page, but not on the rest of this one.
@@ -342,6 +389,29 @@ void KeepTogether(QTextDocument& document)
         // All of it: what follows a new break can be left without lines otherwise.
         document.markContentsDirty(0, document.characterCount());
     }
+}
+
+QRectF LineBox(const QTextDocument& document, const QTextBlock& block, int line)
+{
+    const QPointF corner = document.documentLayout()->blockBoundingRect(block).topLeft();
+    const QTextLine at = block.layout()->lineAt(line);
+    return at.isValid() ? at.rect().translated(corner) : QRectF(corner, QSizeF());
+}
+
+std::vector<Mention> FindMentions(const QTextDocument& document)
+{
+    std::vector<Mention> mentions;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        if (HeadingLevel(block) > 0)
+            continue;
+        for (auto found = MentionPattern().globalMatch(block.text()); found.hasNext();) {
+            const auto mention = found.next();
+            mentions.push_back(
+                {mention.captured(1).toInt(),
+                 BoxOfLetters(document, block, mention.capturedStart(), mention.capturedLength())});
+        }
+    }
+    return mentions;
 }
 
 QImage ReadPicture(const QString& path)

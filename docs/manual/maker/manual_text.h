@@ -10,6 +10,7 @@
 #include <QTextDocument>
 
 #include <memory>
+#include <vector>
 
 class QPaintDevice;
 
@@ -30,6 +31,18 @@ void KeepTogether(QTextDocument& document);
 
 /// @throws std::runtime_error  it cannot be read; the text names it
 QImage ReadPicture(const QString& path);
+
+/// Of one of the block's lines, from the document's left upper corner; empty where it has no such line.
+QRectF LineBox(const QTextDocument& document, const QTextBlock& block, int line);
+
+/// A place in the text that refers to a chapter, such as "chapter 4".
+struct Mention {
+    int chapter;
+    QRectF box; ///< from the document's left upper corner
+};
+
+/// In the order of the text. What a line's end parts has its first half only.
+std::vector<Mention> FindMentions(const QTextDocument& document);
 
 /// The page that the block's first line stands on, from 0.
 int PageOf(const QTextDocument& document, const QTextBlock& block);
