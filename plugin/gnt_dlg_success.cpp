@@ -84,6 +84,17 @@ std::vector<const QWidget*> OtherDialogs(const GntSuccessDialog& dialog)
 /// Whose change is under way between a morph and its dial.
 enum UpdateMark : int { Idle = 0, FollowingProperty = 1, MovingDial = 2 };
 
+/// Sets a mark for as long as it lives, also when an exception ends that.
+class MarkWhile {
+public:
+    MarkWhile(UpdateMark& mark, UpdateMark value) : _mark(mark) { _mark = value; }
+    ~MarkWhile() { _mark = Idle; }
+
+private:
+    Q_DISABLE_COPY(MarkWhile)
+    UpdateMark& _mark;
+};
+
 /// A created morph with what its row of the list is made of.
 struct MorphRow {
     DzFloatProperty* property; ///< null when the host has removed it
@@ -357,11 +368,10 @@ void GntSuccessDialog::Impl::onDialMoved(MorphRow& row, float value)
 {
     if (_updateMark != Idle || !row.property)
         return;
-    _updateMark = MovingDial;
+    const MarkWhile mark(_updateMark, MovingDial);
     row.property->setValue(value);
     if (row.property) // what else follows the dial may have removed it
         showValue(*row.property, &row);
-    _updateMark = Idle;
 }
 
 void GntSuccessDialog::Impl::followProperty(const QObject* sender)
@@ -371,9 +381,8 @@ void GntSuccessDialog::Impl::followProperty(const QObject* sender)
     MorphRow* const row = findSender(sender);
     if (!row)
         return;
-    _updateMark = FollowingProperty;
+    const MarkWhile mark(_updateMark, FollowingProperty);
     showValue(*row->property, nullptr);
-    _updateMark = Idle;
 }
 
 void GntSuccessDialog::Impl::showValue(const DzFloatProperty& property, const MorphRow* moved)
