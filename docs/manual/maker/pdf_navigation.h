@@ -37,8 +37,8 @@ struct PdfNavigation {
 };
 
 /// The same file with what the navigation says; bookmarks below the outermost are folded at first.
-/// @param pdf  as QPdfWriter of Qt 5 writes it
-/// @throws std::runtime_error  it is not, or the navigation names a page that it does not have
-QByteArray WithNavigation(const QByteArray& pdf, const PdfNavigation& navigation);
+/// @param bytes  of a PDF
+/// @throws std::runtime_error  they are none, or the navigation names a page that it does not have
+QByteArray WithNavigation(const QByteArray& bytes, const PdfNavigation& navigation);
 
 } // namespace manual
