@@ -1,0 +1,123 @@
+// The success dialog's saving: where to and under what names, and what came of it.
+// SPDX-License-Identifier: MIT
+
+#include "plugin/gnt_dlg_success-impl.h"
+
+#include "shared/ks_critical-box.h"
+#include "shared/ks_exception.h"
+#include "shared/ks_filtered-save.h"
+#include "shared/ks_string.h"
+
+#include <algorithm>
+
+#include <QFileInfo>
+#include <QFontMetrics>
+#include <QPushButton>
+
+#include <dzapp.h>
+
+#include <fmt/format.h>
+
+using kst::str::ToQ;
+using kst::str::ToStd;
+
+namespace {
+
+const char* const saveButtonHelp = "<p>%%: Saves the selected new morphs as support morph assets for the "
+                                   "Genesis 9 figure.</p><p>The button is "
+                                   "disabled if no morphs have been selected with the checkboxes above.</p>";
+
+} // namespace
+
+void GntSuccessDialog::Impl::initSaving(GntSuccessDialog& dialog)
+{
+    initContentLibraries();
+    const std::string& vendor = _lastVendorName.get();
+    ui.pledVendorName->setText(vendor.empty() ? dzApp->getCurrentAuthor().getName() : ToQ(vendor));
+    ui.pledProductName->setText(ToQ(_lastProductName.get()));
+    QPushButton& button = *ui.pbtnSaveMorphAssets;
+    const QFontMetrics metrics = button.fontMetrics();
+    button.setMinimumWidth(metrics.boundingRect(button.text()).width() + 4 * metrics.averageCharWidth());
+    _saveHandler.connect(
+        button, [this, &dialog] { onSaveMorphsButtonClicked(_params, dialog); }, saveButtonHelp);
+}
+
+void GntSuccessDialog::Impl::initContentLibraries()
+{
+    QComboBox& combo = *ui.pcboContentLibrary;
+    int longest = 0;
+    for (int i = 0; i < _contentManager.getNumContentDirectories(); ++i) {
+        const QString path = _contentManager.getContentDirectoryPath(i);
+        combo.addItem(path);
+        combo.setItemData(i, path, Qt::ToolTipRole);
+        longest = std::max(longest, path.size());
+    }
+    // Usual paths show whole, and a very long one does not push the window off the screen.
+    combo.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    combo.setMinimumContentsLength(std::min(longest, 60));
+    const int last = combo.findText(ToQ(_lastContentLibrary.get()));
+    if (last >= 0)
+        combo.setCurrentIndex(last);
+}
+
+std::vector<QWidget*> GntSuccessDialog::Impl::saveControls() const
+{
+    return {ui.pcboContentLibrary, ui.pledVendorName, ui.pledProductName, ui.pchkCompressFiles,
+            ui.pbtnSaveMorphAssets};
+}
+
+void GntSuccessDialog::Impl::enableDisableControls()
+{
+    const bool isAnyChecked =
+        std::any_of(_rows.begin(), _rows.end(),
+                    [](const std::unique_ptr<MorphRow>& row) { return row->box->isChecked(); });
+    for (QWidget* const control : saveControls())
+        control->setEnabled(isAnyChecked);
+    for (QLabel* const label : {ui.plblContentLibrary, ui.plblVendorName, ui.plblProductName})
+        label->setEnabled(isAnyChecked);
+}
+
+void GntSuccessDialog::Impl::onSaveMorphsButtonClicked(const std::shared_ptr<GntParams>& params,
+                                                       GntSuccessDialog& dialog)
+{
+    try {
+        _lastContentLibrary.setAndNotify(ToStd(ui.pcboContentLibrary->currentText()));
+        _lastVendorName.setAndNotify(ToStd(ui.pledVendorName->text()));
+        _lastProductName.setAndNotify(ToStd(ui.pledProductName->text()));
+        if (!saveMorphs_X(*params))
+            return;
+        const std::string count =
+            kst::str::Pluralize(_names.size(), "selected morph has", "%d selected morphs have");
+        kst::daz::InfoBox(
+            "Morph support assets saved",
+            fmt::format("The {} been saved to {}", count, kst::str::HtmlEscape(_lastContentLibrary.get())),
+            &dialog);
+    } catch (const std::exception& error) {
+        dialog.criticalBox("Failed to save morph support assets", error.what());
+    }
+}
+
+void GntSuccessDialog::Impl::throwIfNowhereToSave()
+{
+    const QString library = ToQ(_lastContentLibrary.get());
+    if (library.isEmpty())
+        throw kst::Exception("there is no content library to save into");
+    // The host would make the folder anew, and what is on a disk that is not there now would lie beside it.
+    if (!QFileInfo(library).isDir())
+        throw kst::Exception("the content library {} does not exist",
+                             kst::str::Quote(kst::str::HtmlEscape(_lastContentLibrary.get())));
+    if (ToQ(_lastVendorName.get()).trimmed().isEmpty())
+        throw kst::Exception("please enter a vendor name; it names a folder in the content library");
+    if (ToQ(_lastProductName.get()).trimmed().isEmpty())
+        throw kst::Exception("please enter a product name; it names a folder in the content library");
+}
+
+bool GntSuccessDialog::Impl::saveMorphs_X(GntParams& params)
+{
+    if (!_target)
+        throw kst::Exception("the target figure is no longer in the scene");
+    throwIfNowhereToSave();
+    return kst::FilteredSave::SaveMorphSupportAsset_X(params.figTarget, _lastContentLibrary.get(),
+                                                      _lastVendorName.get(), _lastProductName.get(), _names,
+                                                      ui.pchkCompressFiles->isChecked(), false);
+}
