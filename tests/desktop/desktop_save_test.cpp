@@ -3,6 +3,7 @@
 
 #include "tests/desktop/desktop_fixture.h"
 #include "tests/host/content_fixture.h"
+#include "tests/host/hostile_disk.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"
 
@@ -16,31 +17,7 @@
 #include <dzfloatproperty.h>
 #include <dzmainwindow.h>
 
-#include <csignal>
-#include <sys/resource.h>
-
 namespace {
-
-/// Files that grow beyond some bytes cannot be written, as on a full disk.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes)
-    {
-        _handler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &_usual);
-        const rlimit small{bytes, _usual.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~FullDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &_usual);
-        std::signal(SIGXFSZ, _handler);
-    }
-
-private:
-    rlimit _usual{};
-    void (*_handler)(int);
-};
 
 class DesktopSave : public DesktopTest {
 protected:
@@ -225,6 +202,25 @@ TEST_F(DesktopSave, keeps_the_old_file_whole_when_the_disk_is_full)
     EXPECT_EQ(QDir(_folder.path()).entryList(QDir::Files), QStringList{QStringLiteral("One.duf")});
     EXPECT_TRUE(isChanged());
     EXPECT_TRUE(desktop->files().save()) << "when there is room again";
+}
+
+TEST_F(DesktopSave, keeps_the_old_file_where_nothing_may_be_written)
+{
+    haveSceneIn("One.duf");
+    const QByteArray before = bytesOf("One.duf");
+    ModalAnswer box(Press("OK"));
+    bool isSaved = true;
+    {
+        const ReadOnlyFolder folder(_folder.path());
+        isSaved = desktop->files().save();
+    }
+    EXPECT_FALSE(isSaved);
+    EXPECT_TRUE(box.text.startsWith(
+        QStringLiteral("The scene could not be saved as \u201C%1\u201D: ").arg(file("One.duf"))))
+        << box.text.toStdString();
+    EXPECT_EQ(bytesOf("One.duf"), before);
+    EXPECT_TRUE(isChanged());
+    EXPECT_TRUE(desktop->files().save()) << "when it may be written again";
 }
 
 TEST_F(DesktopSave, stays_changed_when_a_file_stands_where_the_folder_was)

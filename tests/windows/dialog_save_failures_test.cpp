@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "shared/ks_string.h"
+#include "tests/host/hostile_disk.h"
 #include "tests/windows/dialog_use_scene.h"
 #include "tests/windows/picture.h"
 
@@ -17,72 +18,11 @@
 #include <dzmorph.h>
 #include <dzobject.h>
 
-#include <csignal>
-#include <linux/capability.h>
-#include <sys/resource.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-
 namespace {
 
 using kst::str::ToStd;
 
 const char* const heading = "<p><b>Failed to save morph support assets.</b></p>\n<p>";
-
-/// Files of the process grow no further, as on a disk that is full.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes)
-    {
-        _formerHandler = std::signal(SIGXFSZ, SIG_IGN); // a write fails then instead of ending the process
-        getrlimit(RLIMIT_FSIZE, &_former);
-        rlimit tight = _former;
-        tight.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &tight);
-    }
-    ~FullDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &_former);
-        std::signal(SIGXFSZ, _formerHandler);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit _former{};
-    void (*_formerHandler)(int) = nullptr;
-};
-
-/// The folder is for reading only, also for root, who may otherwise write everywhere.
-class ReadOnly {
-public:
-    explicit ReadOnly(const QString& folder) : _folder(folder)
-    {
-        QFile::setPermissions(_folder, QFileDevice::ReadOwner | QFileDevice::ExeOwner);
-        setMayOverride(false);
-    }
-    ~ReadOnly()
-    {
-        setMayOverride(true);
-        QFile::setPermissions(_folder,
-                              QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    }
-    ReadOnly(const ReadOnly&) = delete;
-    ReadOnly& operator=(const ReadOnly&) = delete;
-
-private:
-    static void setMayOverride(bool may)
-    {
-        __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
-        __user_cap_data_struct data[2] = {};
-        ASSERT_EQ(syscall(SYS_capget, &header, data), 0);
-        const auto bit = 1u << CAP_DAC_OVERRIDE;
-        data[0].effective = may ? data[0].effective | (data[0].permitted & bit) : data[0].effective & ~bit;
-        ASSERT_EQ(syscall(SYS_capset, &header, data), 0);
-    }
-
-    QString _folder;
-};
 
 /// A converted figure, its morph checked, and two libraries: a bad one is chosen, and the test's own.
 class SavingFails : public DialogUseTest {
@@ -140,7 +80,7 @@ TEST_F(SavingFails, in_a_library_that_lets_no_folder_be_made)
 TEST_F(SavingFails, in_a_library_for_reading_only)
 {
     {
-        const ReadOnly library(bad);
+        const ReadOnlyFolder library(bad);
         ASSERT_FALSE(QDir(bad).mkpath(QStringLiteral("data")));
         EXPECT_EQ(ToStd(save(*dialog)), failure());
     }
