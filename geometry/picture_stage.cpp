@@ -7,6 +7,7 @@
 #include "geometry/normals.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace geometry {
@@ -17,14 +18,23 @@ struct SceneReleaser {
     void operator()(RTCScene scene) const { rtcReleaseScene(scene); }
 };
 
-RTCRay ToEmbree(const Ray& ray, float from, float to)
+/// All that Embree reads of it.
+void SetRay(const Ray& ray, float from, float to, RTCRay* result)
 {
-    RTCRay result{};
-    result.org_x = ray.origin.x, result.org_y = ray.origin.y, result.org_z = ray.origin.z;
-    result.dir_x = ray.direction.x, result.dir_y = ray.direction.y, result.dir_z = ray.direction.z;
-    result.tnear = from, result.tfar = to;
-    result.mask = ~0u;
-    return result;
+    result->org_x = ray.origin.x, result->org_y = ray.origin.y, result->org_z = ray.origin.z;
+    result->tnear = from;
+    result->dir_x = ray.direction.x, result->dir_y = ray.direction.y, result->dir_z = ray.direction.z;
+    result->time = 0.0f;
+    result->tfar = to;
+    result->mask = ~0u;
+    result->id = 0, result->flags = 0;
+}
+
+void SetQuery(const Ray& ray, RTCRayHit* query)
+{
+    SetRay(ray, 0.0f, INFINITY, &query->ray);
+    query->hit.geomID = RTC_INVALID_GEOMETRY_ID;
+    query->hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
 }
 
 } // namespace
@@ -68,6 +78,23 @@ struct PictureStage::Impl {
         return Dot(normal, faceNormal) < 0.0f ? -normal : normal;
     }
 
+    Hit hitOf(const Ray& ray, const RTCRayHit& query) const
+    {
+        Hit hit;
+        if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID)
+            return hit;
+        hit.isValid = true;
+        hit.item = query.hit.geomID;
+        hit.face = triangles[hit.item].faces[query.hit.primID];
+        hit.position = ray.origin + ray.direction * query.ray.tfar;
+        hit.color = items[hit.item].color;
+        hit.faceNormal = Normalized({query.hit.Ng_x, query.hit.Ng_y, query.hit.Ng_z});
+        if (Dot(hit.faceNormal, ray.direction) > 0.0f)
+            hit.faceNormal = -hit.faceNormal;
+        hit.normal = shadingNormal(query.hit, hit.faceNormal);
+        return hit;
+    }
+
     Span<const PictureItem> items;
     std::unique_ptr<RTCSceneTy, SceneReleaser> scene;
     std::vector<Triangles> triangles;
@@ -81,30 +108,36 @@ PictureStage& PictureStage::operator=(PictureStage&&) noexcept = default;
 
 PictureStage::Hit PictureStage::trace(const Ray& ray) const
 {
-    RTCRayHit query{};
-    query.ray = ToEmbree(ray, 0.0f, INFINITY);
-    query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
+    RTCRayHit query;
+    SetQuery(ray, &query);
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
     rtcIntersect1(_impl->scene.get(), &context, &query);
-    if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID)
-        return {};
-    Hit hit;
-    hit.isValid = true;
-    hit.item = query.hit.geomID;
-    hit.face = _impl->triangles[hit.item].faces[query.hit.primID];
-    hit.position = ray.origin + ray.direction * query.ray.tfar;
-    hit.color = _impl->items[hit.item].color;
-    hit.faceNormal = Normalized({query.hit.Ng_x, query.hit.Ng_y, query.hit.Ng_z});
-    if (Dot(hit.faceNormal, ray.direction) > 0.0f)
-        hit.faceNormal = -hit.faceNormal;
-    hit.normal = _impl->shadingNormal(query.hit, hit.faceNormal);
-    return hit;
+    return _impl->hitOf(ray, query);
+}
+
+void PictureStage::trace(Span<const Ray> rays, Hit* hits) const
+{
+    constexpr std::size_t kBundle = 64;
+    std::array<RTCRayHit, kBundle> queries;
+    RTCIntersectContext context;
+    rtcInitIntersectContext(&context);
+    context.flags = RTC_INTERSECT_CONTEXT_FLAG_COHERENT;
+    for (std::size_t first = 0; first < rays.size(); first += kBundle) {
+        const std::size_t count = std::min(kBundle, rays.size() - first);
+        for (std::size_t i = 0; i < count; ++i)
+            SetQuery(rays[first + i], &queries[i]);
+        rtcIntersect1M(_impl->scene.get(), &context, queries.data(), static_cast<unsigned>(count),
+                       sizeof(RTCRayHit));
+        for (std::size_t i = 0; i < count; ++i)
+            hits[first + i] = _impl->hitOf(rays[first + i], queries[i]);
+    }
 }
 
 bool PictureStage::isFree(const Ray& ray, float from, float to) const
 {
-    RTCRay query = ToEmbree(ray, from, to);
+    RTCRay query;
+    SetRay(ray, from, to, &query);
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
     rtcOccluded1(_impl->scene.get(), &context, &query);

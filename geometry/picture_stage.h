@@ -29,6 +29,9 @@ public:
         bool isValid = false;
     };
     Hit trace(const Ray& ray) const;
+    /// Many rays that go nearly the same way, such as neighbours in a picture: faster than one by one.
+    /// @param hits  one per ray
+    void trace(Span<const Ray> rays, Hit* hits) const;
     /// Whether nothing is in the way between two distances (cm) along a ray.
     bool isFree(const Ray& ray, float from, float to) const;
 

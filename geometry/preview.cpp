@@ -50,12 +50,17 @@ public:
     void draw(int row, Seen* seen) const
     {
         const float y = 1.0f - 2.0f * (static_cast<float>(row) + 0.5f) / static_cast<float>(_options.height);
-        for (int column = 0; column < _options.width; ++column) {
-            const float x =
-                2.0f * (static_cast<float>(column) + 0.5f) / static_cast<float>(_options.width) - 1.0f;
-            const Ray ray = _camera.ray(x, y, _aspect);
-            const PictureStage::Hit hit = _stage.trace(ray);
-            seen[column] = hit.isValid ? Seen{Shade(hit, -ray.direction, _options), FaceKey(hit)}
+        const std::size_t width = static_cast<std::size_t>(_options.width);
+        std::vector<Ray> rays(width);
+        for (std::size_t column = 0; column < width; ++column)
+            rays[column] = _camera.ray(
+                2.0f * (static_cast<float>(column) + 0.5f) / static_cast<float>(_options.width) - 1.0f, y,
+                _aspect);
+        std::vector<PictureStage::Hit> hits(width);
+        _stage.trace(rays, hits.data());
+        for (std::size_t column = 0; column < width; ++column) {
+            const PictureStage::Hit& hit = hits[column];
+            seen[column] = hit.isValid ? Seen{Shade(hit, -rays[column].direction, _options), FaceKey(hit)}
                                        : Seen{_options.background, UINT64_MAX};
         }
     }

@@ -63,6 +63,29 @@ TEST(PictureCamera, sends_the_middle_ray_forward_and_the_edge_rays_to_the_edges)
     EXPECT_EQ(corner.origin, camera.eye);
 }
 
+TEST(PictureStage, sees_the_same_by_many_rays_as_by_each)
+{
+    const BallFixture scene;
+    std::vector<Ray> rays;
+    for (const float y : {-0.61f, -0.2f, 0.03f, 0.4f})
+        for (int i = 0; i < 57; ++i) // not a whole number of bundles
+            rays.push_back(scene.camera.ray(-1.0f + 2.0f * static_cast<float>(i) / 57.0f, y, 1.5f));
+    std::vector<PictureStage::Hit> hits(rays.size());
+    scene.stage.trace(rays, hits.data());
+    int valid = 0;
+    for (std::size_t i = 0; i < rays.size(); ++i) {
+        const PictureStage::Hit one = scene.stage.trace(rays[i]);
+        ASSERT_EQ(hits[i].isValid, one.isValid) << i;
+        EXPECT_EQ(hits[i].face, one.face) << i;
+        EXPECT_LT(Length(hits[i].position - one.position), 1e-4f) << i;
+        EXPECT_LT(Length(hits[i].normal - one.normal), 1e-4f) << i;
+        valid += one.isValid;
+    }
+    EXPECT_GT(valid, 60);
+    EXPECT_LT(valid, 200) << "some pass by";
+    scene.stage.trace({}, nullptr);
+}
+
 TEST(PictureCamera, sends_parallel_rays_without_perspective)
 {
     PictureCamera camera;
