@@ -19,7 +19,7 @@
 namespace {
 
 using kst::str::HtmlEscape;
-using kst::str::Quote;
+using kst::str::QuoteHtml;
 using kst::str::ToQ;
 
 const int matchDelay = 100; // milliseconds, so that the dialog is to be seen first
@@ -54,9 +54,8 @@ GntConvertDialog::Impl::Dials GntConvertDialog::Impl::listDials() const
 
 std::string GntConvertDialog::Impl::makeDialHelp(const Dials& rows) const
 {
-    return fmt::format(dialHelp, kst::str::ToStd(ui.pgrpMorphBases->title()),
-                       Quote(HtmlEscape(rows[0].label)), Quote(HtmlEscape(rows[1].label)),
-                       Quote(HtmlEscape(rows[2].label)));
+    return fmt::format(dialHelp, kst::str::ToStd(ui.pgrpMorphBases->title()), QuoteHtml(rows[0].label),
+                       QuoteHtml(rows[1].label), QuoteHtml(rows[2].label));
 }
 
 void GntConvertDialog::Impl::initBases()

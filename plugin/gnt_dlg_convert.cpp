@@ -10,7 +10,6 @@
 #include "shared/ks_product.h"
 #include "shared/ks_string.h"
 
-#include <QFontMetrics>
 #include <QLineEdit>
 
 #include <dzfigure.h>
@@ -36,12 +35,6 @@ const char* const resolutionHelp =
     "8 figure\nin the scene. The target G9 figure will also be set to that resolution, and the morph will "
     "have that resolution as well.</p>\n<p>If you want to use a different subd value, please cancel now and "
     "change the subd value in your source G8 figure.</p>";
-
-/// For rich text: a label may hold what reads as markup.
-std::string QuotedLabel(const DzFigure& figure)
-{
-    return kst::str::Quote(kst::str::HtmlEscape(figure.getLabel()));
-}
 
 } // namespace
 
@@ -129,8 +122,8 @@ GntConvertDialog::Impl::~Impl() = default;
 void GntConvertDialog::Impl::showIntro(std::size_t activeMorphCount)
 {
     const std::string morphs = kst::str::Pluralize(activeMorphCount, "one active morph", "%d active morphs");
-    ui.plblIntro->setText(
-        ToQ(fmt::format(introText, morphs, QuotedLabel(params.figSource), QuotedLabel(params.figTarget))));
+    ui.plblIntro->setText(ToQ(fmt::format(introText, morphs, kst::str::QuoteHtml(params.figSource.getLabel()),
+                                          kst::str::QuoteHtml(params.figTarget.getLabel()))));
 }
 
 void GntConvertDialog::Impl::showNames(std::string_view defaultMorphName)
@@ -178,11 +171,8 @@ GntResolution GntConvertDialog::Impl::readSourceResolution()
 
 void GntConvertDialog::Impl::setUpButtons()
 {
-    for (QPushButton* const pButton : {ui.pbtnConvert, ui.pbtnCancel}) {
-        const QFontMetrics metrics = pButton->fontMetrics();
-        pButton->setMinimumWidth(metrics.boundingRect(pButton->text()).width() +
-                                 4 * metrics.averageCharWidth());
-    }
+    for (QPushButton* const pButton : {ui.pbtnConvert, ui.pbtnCancel})
+        kst::gui::GiveRoomForText(*pButton);
     helpHandler.createAndConnectToolButton(
         *ui.phorzBottomButtons, ":/bootstrap/24/question-square.png",
         [] { kst::daz::OpenPluginManual("Gantrel for Genesis 9"); }, "Help",

@@ -11,7 +11,6 @@
 #include <algorithm>
 
 #include <QFileInfo>
-#include <QFontMetrics>
 #include <QPushButton>
 
 #include <dzapp.h>
@@ -36,8 +35,7 @@ void GntSuccessDialog::Impl::initSaving(GntSuccessDialog& dialog)
     ui.pledVendorName->setText(vendor.empty() ? dzApp->getCurrentAuthor().getName() : ToQ(vendor));
     ui.pledProductName->setText(ToQ(_lastProductName.get()));
     QPushButton& button = *ui.pbtnSaveMorphAssets;
-    const QFontMetrics metrics = button.fontMetrics();
-    button.setMinimumWidth(metrics.boundingRect(button.text()).width() + 4 * metrics.averageCharWidth());
+    kst::gui::GiveRoomForText(button);
     _saveHandler.connect(
         button, [this, &dialog] { onSaveMorphsButtonClicked(_params, dialog); }, saveButtonHelp);
 }
@@ -105,7 +103,7 @@ void GntSuccessDialog::Impl::throwIfNowhereToSave()
     // The host would make the folder anew, and what is on a disk that is not there now would lie beside it.
     if (!QFileInfo(library).isDir())
         throw kst::Exception("the content library {} does not exist",
-                             kst::str::Quote(kst::str::HtmlEscape(_lastContentLibrary.get())));
+                             kst::str::QuoteHtml(_lastContentLibrary.get()));
     if (ToQ(_lastVendorName.get()).trimmed().isEmpty())
         throw kst::Exception("please enter a vendor name; it names a folder in the content library");
     if (ToQ(_lastProductName.get()).trimmed().isEmpty())

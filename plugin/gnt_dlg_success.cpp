@@ -33,12 +33,6 @@ const char* const introTemplate =
     "<p>The source figure {} has been converted successfully.</p><p>The target figure <b>{}</b> now contains "
     "{}:</p><p>Time taken: {}</p>{}";
 
-/// For rich text: a label may hold what reads as markup.
-std::string QuotedLabel(const DzFigure& figure)
-{
-    return kst::str::Quote(kst::str::HtmlEscape(figure.getLabel()));
-}
-
 /// Those that a user sees, without this one.
 std::vector<const QWidget*> OtherDialogs(const GntSuccessDialog& dialog)
 {
@@ -68,7 +62,8 @@ GntSuccessDialog::Impl::Impl(GntSuccessDialog& dialog, std::shared_ptr<GntParams
 void GntSuccessDialog::Impl::showIntro(std::string_view elapsed, std::string_view note)
 {
     ui.plblIntro->setText(ToQ(
-        fmt::format(introTemplate, QuotedLabel(_params->figSource), QuotedLabel(_params->figTarget),
+        fmt::format(introTemplate, kst::str::QuoteHtml(_params->figSource.getLabel()),
+                    kst::str::QuoteHtml(_params->figTarget.getLabel()),
                     kst::str::Pluralize(_created.size(), "one new morph", "%d new morphs"), elapsed, note)));
     // Wrapped text has no width of its own; about sixty characters a line read well.
     ui.plblIntro->setMinimumWidth(60 * ui.plblIntro->fontMetrics().averageCharWidth());

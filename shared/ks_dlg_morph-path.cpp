@@ -3,6 +3,7 @@
 
 #include "shared/ks_dlg_morph-path.h"
 
+#include "shared/ks_gui_button.h"
 #include "shared/ks_product.h"
 #include "shared/ks_string.h"
 
@@ -54,8 +55,7 @@ void MorphPathDialog::makeRoom()
                                                 fewestLines * metrics.lineSpacing());
     const QList<QAbstractButton*> buttons = ui.pButtonBox->buttons();
     for (QAbstractButton* const pButton : buttons)
-        pButton->setMinimumWidth(metrics.boundingRect(pButton->text()).width() +
-                                 4 * metrics.averageCharWidth());
+        gui::GiveRoomForText(*pButton);
     const int width = std::max(this->width(), layout()->minimumSize().width());
     setMinimumSize(width, ui.verticalLayout->minimumHeightForWidth(width));
 }

@@ -127,13 +127,19 @@ QPushButton* CreateAndConnectButtonClicked(std::string_view text, const QObject*
     return button;
 }
 
+void GiveRoomForText(QAbstractButton& button)
+{
+    const QFontMetrics metrics = button.fontMetrics();
+    button.setMinimumWidth(metrics.boundingRect(button.text()).width() + 4 * metrics.averageCharWidth());
+}
+
 QPushButton* CreateDialogButton(std::string_view text, QWidget* parent)
 {
     QPushButton* const button = new QPushButton(str::ToQ(text), parent);
-    const QFontMetrics metrics = button->fontMetrics();
-    const int textWidth = metrics.boundingRect(button->text()).width() + 4 * metrics.averageCharWidth();
+    GiveRoomForText(*button);
     const DzStyle* const style = dzApp->getStyle();
-    button->setMinimumWidth(std::max(textWidth, style ? style->pixelMetric(DZ_PM_ButtonMinWidth) : 0));
+    button->setMinimumWidth(
+        std::max(button->minimumWidth(), style ? style->pixelMetric(DZ_PM_ButtonMinWidth) : 0));
     button->setMinimumHeight(style ? style->pixelMetric(DZ_PM_ButtonHeight) : 0);
     return button;
 }

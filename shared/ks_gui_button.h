@@ -78,6 +78,8 @@ namespace gui {
 /// Makes a push button, owned by the parent, and connects its click.
 QPushButton* CreateAndConnectButtonClicked(std::string_view text, const QObject* pReceiver,
                                            const char* pcszSlot, QWidget* parent = nullptr);
+/// Lets a button be no narrower than its text and some room beside it take.
+void GiveRoomForText(QAbstractButton& button);
 /// A push button of the size that the host gives its own; the caller or the parent owns it.
 QPushButton* CreateDialogButton(std::string_view text, QWidget* parent);
 /// A push button no wider than its text needs; the caller or the parent owns it.

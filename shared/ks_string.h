@@ -126,12 +126,16 @@ enum class CamelCaseFlag : int {
 /// dropped.
 std::string CamelCase(std::string_view text, FlagSet<CamelCaseFlag> flags = {});
 
-// Markup for rich-text boxes. Only HtmlEscape escapes.
+// Markup for rich-text boxes. Only those with Html in their names escape.
 
 std::string HtmlEscape(std::string_view text); ///< the five characters " & ' < > as entities
 std::string HtmlEscape(const char* text);
 std::string HtmlEscape(const QString& text);
 QString HtmlEscapeQ(std::string_view text);
+/// As Quote, for rich text: a name may hold what reads as markup.
+std::string QuoteHtml(std::string_view text);
+std::string QuoteHtml(const char* text);
+std::string QuoteHtml(const QString& text);
 /// Escapes the entries and joins them; the separator stays as it is.
 std::string HtmlEscape(std::string_view separator, const QStringList& texts);
 std::string MakeTableRow(std::string_view label, std::string_view value); ///< puts a colon behind the label

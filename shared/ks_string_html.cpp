@@ -53,6 +53,21 @@ QString HtmlEscapeQ(std::string_view text)
     return ToQ(HtmlEscape(text));
 }
 
+std::string QuoteHtml(std::string_view text)
+{
+    return Quote(HtmlEscape(text));
+}
+
+std::string QuoteHtml(const char* text)
+{
+    return QuoteHtml(std::string_view(text));
+}
+
+std::string QuoteHtml(const QString& text)
+{
+    return Quote(HtmlEscape(text));
+}
+
 std::string HtmlEscape(std::string_view separator, const QStringList& texts)
 {
     std::vector<std::string> escaped;

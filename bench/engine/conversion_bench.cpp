@@ -1,18 +1,15 @@
 // A whole conversion at base resolution, files on disk to morphs saved, on the sample library.
 // SPDX-License-Identifier: MIT
 
-#include "content/sample_library.h"
+#include "bench/sample_host.h"
 #include "dzapp.h"
 #include "dzcontentmgr.h"
 #include "dzfigure.h"
 #include "dzscene.h"
-#include "openhost/openhost.h"
 #include "plugin/gnt_convert-figure.h"
 #include "shared/ks_filtered-save.h"
 
 #include <benchmark/benchmark.h>
-
-#include <QTemporaryDir>
 
 #include <filesystem>
 
@@ -69,16 +66,10 @@ void LoadFigure(benchmark::State& state)
 
 int main(int argc, char** argv)
 {
-    QTemporaryDir folder;
-    g_library = folder.path().toUtf8().constData();
-    content::WriteSampleLibrary(g_library, [](const std::string&) {});
-    qputenv("TMPDIR", folder.path().toUtf8());
-    openhost::OpenHost::Options options;
-    options.settingsFolder = folder.path();
-    options.contentDirectories << folder.path();
-    options.terminalProgress = false;
-    openhost::OpenHost host(argc, argv, options);
-    g_host = &host;
+    bench::SampleHost sample(argc, argv);
+    g_host = &sample.host();
+    g_library = sample.folder().toUtf8().constData();
+    qputenv("TMPDIR", sample.folder().toUtf8());
     benchmark::RegisterBenchmark("convert/genesis8", WholeConversion,
                                  "People/Genesis 8 Female/Characters/Vera.duf")
         ->Unit(benchmark::kMillisecond);

@@ -1,7 +1,7 @@
 // Matching heights on the sample library's Genesis 9 figure: one step, and a whole match.
 // SPDX-License-Identifier: MIT
 
-#include "content/sample_library.h"
+#include "bench/sample_host.h"
 #include "dzapp.h"
 #include "dzbox3.h"
 #include "dzcontentmgr.h"
@@ -10,13 +10,10 @@
 #include "dzfloatproperty.h"
 #include "dzobject.h"
 #include "dzscene.h"
-#include "openhost/openhost.h"
 #include "shared/ks_daz-helpers.h"
 #include "shared/ks_figure-height.h"
 
 #include <benchmark/benchmark.h>
-
-#include <QTemporaryDir>
 
 namespace {
 
@@ -81,14 +78,8 @@ void WholeMatch(benchmark::State& state)
 
 int main(int argc, char** argv)
 {
-    QTemporaryDir folder;
-    content::WriteSampleLibrary(folder.path().toUtf8().constData(), [](const std::string&) {});
-    openhost::OpenHost::Options options;
-    options.settingsFolder = folder.path();
-    options.contentDirectories << folder.path();
-    options.terminalProgress = false;
-    openhost::OpenHost host(argc, argv, options);
-    g_host = &host;
+    bench::SampleHost sample(argc, argv);
+    g_host = &sample.host();
     benchmark::RegisterBenchmark("height/step", OneStep)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("height/match", WholeMatch)->Unit(benchmark::kMillisecond);
     benchmark::Initialize(&argc, argv);

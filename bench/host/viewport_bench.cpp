@@ -1,7 +1,7 @@
 // Frames of the viewport with the sample library's Genesis 9 figure at base resolution.
 // SPDX-License-Identifier: MIT
 
-#include "content/sample_library.h"
+#include "bench/sample_host.h"
 #include "dz3dviewport.h"
 #include "dzapp.h"
 #include "dzcamera.h"
@@ -14,12 +14,10 @@
 #include "dzscene.h"
 #include "dzviewport.h"
 #include "dzviewportmgr.h"
-#include "openhost/openhost.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QPixmap>
-#include <QTemporaryDir>
 
 namespace {
 
@@ -73,14 +71,7 @@ void Dial(benchmark::State& state)
 
 int main(int argc, char** argv)
 {
-    QTemporaryDir folder;
-    content::WriteSampleLibrary(folder.path().toUtf8().constData(), [](const std::string&) {});
-    openhost::OpenHost::Options options;
-    options.headless = false;
-    options.settingsFolder = folder.path();
-    options.contentDirectories << folder.path();
-    options.terminalProgress = false;
-    openhost::OpenHost host(argc, argv, options);
+    const bench::SampleHost sample(argc, argv, false);
     dzApp->getInterface()->show();
     DzContentMgr& content = *dzApp->getContentMgr();
     content.openFile(content.getAbsolutePath(QStringLiteral("People/Genesis 9/Genesis 9.duf"), true), true);

@@ -1,7 +1,7 @@
 // Finding, saving and loading content, and starting scripts, on the sample library.
 // SPDX-License-Identifier: MIT
 
-#include "content/sample_library.h"
+#include "bench/sample_host.h"
 #include "dzapp.h"
 #include "dzassetiomgr.h"
 #include "dzcontentmgr.h"
@@ -9,7 +9,6 @@
 #include "dzfileiosettings.h"
 #include "dzscene.h"
 #include "dzscript.h"
-#include "openhost/openhost.h"
 #include "shared/ks_daz-helpers.h"
 #include "shared/ks_filtered-save.h"
 #include "shared/ks_morph-loader.h"
@@ -18,7 +17,6 @@
 #include <benchmark/benchmark.h>
 
 #include <QDir>
-#include <QTemporaryDir>
 
 #include <filesystem>
 
@@ -138,16 +136,10 @@ BENCHMARK(StartAScript)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    QTemporaryDir folder;
-    g_folder = folder.filePath(QStringLiteral("saved")).toStdString();
+    bench::SampleHost sample(argc, argv);
+    g_host = &sample.host();
+    g_folder = (sample.folder() + QStringLiteral("/saved")).toStdString();
     QDir().mkpath(QString::fromStdString(g_folder));
-    content::WriteSampleLibrary(folder.path().toStdString(), [](const std::string&) {});
-    openhost::OpenHost::Options options;
-    options.settingsFolder = folder.path();
-    options.contentDirectories << folder.path();
-    options.terminalProgress = false;
-    openhost::OpenHost host(argc, argv, options);
-    g_host = &host;
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

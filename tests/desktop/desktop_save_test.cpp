@@ -44,6 +44,24 @@ protected:
         dzScene->getSkeleton(0)->getXPosControl()->setValue(5.0f);
         EXPECT_TRUE(isChanged());
     }
+    /// The changed scene cannot be saved while the trouble lasts, and can afterwards.
+    template <class MakeTrouble>
+    void expectKeeps(const char* name, const MakeTrouble& makeTrouble)
+    {
+        const QByteArray before = bytesOf(name);
+        ModalAnswer box(Press("OK"));
+        {
+            const auto trouble = makeTrouble();
+            EXPECT_FALSE(desktop->files().save());
+        }
+        EXPECT_TRUE(box.text.startsWith(
+            QStringLiteral("The scene could not be saved as \u201C%1\u201D: ").arg(file(name))))
+            << box.text.toStdString();
+        EXPECT_EQ(bytesOf(name), before);
+        EXPECT_TRUE(isChanged());
+        EXPECT_EQ(QDir(_folder.path()).entryList(QDir::Files).size(), 1) << "nothing half written";
+        EXPECT_TRUE(desktop->files().save()) << "when it is over";
+    }
     static void press(Qt::Key key)
     {
         // A dialog may have had the keys before.
@@ -186,41 +204,14 @@ TEST_F(DesktopSave, says_that_there_is_nothing_to_save)
 TEST_F(DesktopSave, keeps_the_old_file_whole_when_the_disk_is_full)
 {
     haveSceneIn("One.duf");
-    const QByteArray before = bytesOf("One.duf");
-    ASSERT_GT(before.size(), 64);
-    ModalAnswer box(Press("OK"));
-    bool isSaved = true;
-    {
-        const FullDisk disk(64);
-        isSaved = desktop->files().save();
-    }
-    EXPECT_FALSE(isSaved);
-    EXPECT_TRUE(box.text.startsWith(
-        QStringLiteral("The scene could not be saved as \u201C%1\u201D: ").arg(file("One.duf"))))
-        << box.text.toStdString();
-    EXPECT_EQ(bytesOf("One.duf"), before);
-    EXPECT_EQ(QDir(_folder.path()).entryList(QDir::Files), QStringList{QStringLiteral("One.duf")});
-    EXPECT_TRUE(isChanged());
-    EXPECT_TRUE(desktop->files().save()) << "when there is room again";
+    ASSERT_GT(bytesOf("One.duf").size(), 64);
+    expectKeeps("One.duf", [] { return std::make_unique<FullDisk>(64); });
 }
 
 TEST_F(DesktopSave, keeps_the_old_file_where_nothing_may_be_written)
 {
     haveSceneIn("One.duf");
-    const QByteArray before = bytesOf("One.duf");
-    ModalAnswer box(Press("OK"));
-    bool isSaved = true;
-    {
-        const ReadOnlyFolder folder(_folder.path());
-        isSaved = desktop->files().save();
-    }
-    EXPECT_FALSE(isSaved);
-    EXPECT_TRUE(box.text.startsWith(
-        QStringLiteral("The scene could not be saved as \u201C%1\u201D: ").arg(file("One.duf"))))
-        << box.text.toStdString();
-    EXPECT_EQ(bytesOf("One.duf"), before);
-    EXPECT_TRUE(isChanged());
-    EXPECT_TRUE(desktop->files().save()) << "when it may be written again";
+    expectKeeps("One.duf", [this] { return std::make_unique<ReadOnlyFolder>(_folder.path()); });
 }
 
 TEST_F(DesktopSave, stays_changed_when_a_file_stands_where_the_folder_was)

@@ -83,7 +83,7 @@ protected:
         return all;
     }
 
-    /// @return what the program wrote; nothing when all went well
+    /// @return what the program wrote, for the message of a failure
     std::string run(const char* story, const char* extent) const
     {
         QProcessEnvironment told = environment();

@@ -15,6 +15,12 @@ TEST(HtmlEscape, replaces_five_characters_and_no_other)
     EXPECT_EQ(HtmlEscape("\xC3\xA4 \t%{}/"), "\xC3\xA4 \t%{}/");
 }
 
+TEST(QuoteHtml, shows_a_name_as_it_is_in_rich_text)
+{
+    EXPECT_EQ(QuoteHtml("<b>Tom & Jerry</b>"), "\xE2\x80\x9C&lt;b&gt;Tom &amp; Jerry&lt;/b&gt;\xE2\x80\x9D");
+    EXPECT_EQ(QuoteHtml(QStringLiteral("A<B")), QuoteHtml(std::string("A<B")));
+}
+
 TEST(HtmlEscape, takes_every_kind_of_text)
 {
     EXPECT_EQ(HtmlEscape(ToQ("a<b")), "a&lt;b");
