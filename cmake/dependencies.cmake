@@ -1,5 +1,6 @@
 # Libraries from Debian packages; scripts/setup installs them.
 find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Script Test)
+set(QT_VERSION_MAJOR 5)
 find_package(Eigen3 3.3 REQUIRED NO_MODULE)
 find_package(TBB REQUIRED)
 find_package(embree 3 REQUIRED)

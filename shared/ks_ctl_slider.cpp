@@ -6,6 +6,7 @@
 #include "shared/ks_critical-box.h"
 #include "shared/ks_gui.h"
 #include "shared/ks_gui_style.h"
+#include "shared/ks_qt-compat.h"
 #include "shared/ks_string.h"
 
 #include <QHBoxLayout>
@@ -40,7 +41,7 @@ SliderControllerBase<S, T>::SliderControllerBase(QHBoxLayout& layout, QLabel* la
 {
     setUpSlider(setting, flags);
     _slider.setDefaultValue(setting.getDefault());
-    _slider.setAccessibleName(PlainText(name));
+    qt::SetAccessibleName(_slider, PlainText(name));
     if (label) {
         label->setText(str::ToQ(fmt::format("<b>{}</b>", name)));
         layout.addWidget(label);

@@ -5,6 +5,7 @@
 
 #include "shared/ks_daz-managers.h"
 #include "shared/ks_exception.h"
+#include "shared/ks_helpers-daz.h"
 #include "shared/ks_string.h"
 
 #include <memory>
@@ -107,7 +108,7 @@ void ExportOneObj_X(DzFileIOSettings& settings, std::string_view path)
     settings.setIntValue(QLatin1String("RunSilent"), 1);
     const DzError result = exporter->writeFile(str::ToQ(path), &settings);
     if (result != DZ_NO_ERROR)
-        throw Exception("failed to export OBJ {}: {}", str::Quote(path), str::ToStd(getErrorMessage(result)));
+        throw Exception("failed to export OBJ {}: {}", str::Quote(path), KsHelpersDaz::GetErrorText(result));
 }
 
 void ImportOneObj_X(DzFileIOSettings& settings, std::string_view path)
@@ -117,7 +118,7 @@ void ImportOneObj_X(DzFileIOSettings& settings, std::string_view path)
     const DzError result = importer->readFile(str::ToQ(path), &settings);
     if (result != DZ_NO_ERROR)
         throw Exception("failed to export import OBJ {}: {}", str::Quote(path),
-                        str::ToStd(getErrorMessage(result)));
+                        KsHelpersDaz::GetErrorText(result));
 }
 
 } // namespace daz

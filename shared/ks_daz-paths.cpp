@@ -4,9 +4,9 @@
 #include "shared/ks_daz-helpers.h"
 
 #include "shared/ks_daz-managers.h"
+#include "shared/ks_helpers-daz.h"
 #include "shared/ks_string.h"
 
-#include <dzcontentfolder.h>
 #include <dzcontentmgr.h>
 
 namespace kst {
@@ -32,7 +32,7 @@ std::string GetDazRelativePath_X(std::string_view absolutePath)
 std::string GetBaseDirectory_X(std::string_view path)
 {
     const DzContentFolder* const folder = GetContentMgr_X().findBaseDirectory(str::ToQ(path), true);
-    return folder ? str::ToStd(folder->getFullPath()) : std::string();
+    return folder ? str::ToStd(KsHelpersDaz::GetFullPath(*folder)) : std::string();
 }
 
 } // namespace daz

@@ -4,17 +4,16 @@
 #include "shared/ks_daz-managers.h"
 
 #include "shared/ks_daz-checked.h"
+#include "shared/ks_helpers-daz.h"
 #include "shared/ks_string.h"
 
 #include <dz3dviewport.h>
 #include <dzapp.h>
 #include <dzcamera.h>
-#include <dzdrawstyle.h>
 #include <dzmainwindow.h>
 #include <dzpane.h>
 #include <dzpanemgr.h>
 #include <dzrendermgr.h>
-#include <dzrenderoptions.h>
 #include <dzviewport.h>
 #include <dzviewportmgr.h>
 #include <dzviewtool.h>
@@ -87,7 +86,7 @@ DzViewportMgr* GetViewportMgr(bool throwIfMissing)
 Dz3DViewport& GetActive3dViewport_X()
 {
     const DzViewport* const viewport = GetViewportMgr(true)->getActiveViewport();
-    return Checked(viewport ? viewport->get3DViewport() : nullptr, "failed to find active 3D viewport");
+    return Checked(viewport ? KsHelpersDaz::Get3dViewport(*viewport) : nullptr, "failed to find active 3D viewport");
 }
 
 DzCamera& GetActiveViewportCamera_X()
@@ -97,7 +96,7 @@ DzCamera& GetActiveViewportCamera_X()
 
 DzCamera& GetPerspectiveView_X()
 {
-    return Checked(GetViewportMgr(true)->getPerspectiveView(), "cannot get perspective view");
+    return Checked(KsHelpersDaz::GetPerspectiveView(*GetViewportMgr(true)), "cannot get perspective view");
 }
 
 DzViewport& GetMainViewport_X()
@@ -112,7 +111,7 @@ void SetMainViewportActive_X()
 
 DzCamera& GetViewportCamera_X(const DzViewport& viewport)
 {
-    const Dz3DViewport* const view = viewport.get3DViewport();
+    const Dz3DViewport* const view = KsHelpersDaz::Get3dViewport(viewport);
     return Checked(view ? view->getCamera() : nullptr, "cannot get viewport camera");
 }
 
@@ -142,7 +141,7 @@ QSize GetGlobalRenderDimensions_X()
 {
     const DzRenderOptions& options =
         Checked(GetRenderMgr(true)->getRenderOptions(), "failed to access Daz Studio render options");
-    return options.getImageSize();
+    return KsHelpersDaz::GetImageSize(options);
 }
 
 } // namespace daz

@@ -6,6 +6,7 @@
 #include "shared/ks_daz-helpers.h"
 #include "shared/ks_daz-managers.h"
 #include "shared/ks_exception.h"
+#include "shared/ks_helpers-daz.h"
 #include "shared/ks_string.h"
 #include "shared/ks_wait-cursor.h"
 
@@ -123,7 +124,7 @@ bool FilteredSave::run_X(std::string_view path, bool compress, RunGetOptions run
     if (result == DZ_USER_CANCELLED_OPERATION)
         return false;
     if (result != DZ_NO_ERROR)
-        throw Exception("Daz Studio asset IO manager reported: {}", str::ToStd(getErrorMessage(result)));
+        throw Exception("Daz Studio asset IO manager reported: {}", KsHelpersDaz::GetErrorText(result));
     return true;
 }
 

@@ -8,6 +8,7 @@
 #include "shared/ks_gui.h"
 #include "shared/ks_gui_style.h"
 #include "shared/ks_property-setting.h"
+#include "shared/ks_qt-compat.h"
 #include "shared/ks_string.h"
 
 #include <algorithm>
@@ -167,7 +168,7 @@ void SetUpToolButton(QToolButton& button, std::string_view iconPath, std::string
                      std::string_view tooltip)
 {
     button.setText(str::ToQ(text));
-    button.setAccessibleName(str::ToQ(text));
+    qt::SetAccessibleName(button, str::ToQ(text));
     button.setStyleSheet(QLatin1String("QToolButton { padding: 0px; margin: 0px; }"));
     SetHelp(button,
             tooltip.empty() ? fmt::format("<b>{}</b>", text) : fmt::format("<b>{}:</b> {}", text, tooltip));

@@ -4,6 +4,7 @@
 #include "shared/ks_gui_style.h"
 
 #include "shared/ks_help.h"
+#include "shared/ks_qt-compat.h"
 #include "shared/ks_string.h"
 
 #include <QAbstractButton>
@@ -32,7 +33,7 @@ QString LabelOf(const QWidget& control)
         return button->text();
     if (const QGroupBox* const box = qobject_cast<const QGroupBox*>(&control))
         return box->title();
-    return control.accessibleName();
+    return qt::AccessibleName(control);
 }
 
 QString WithoutMnemonic(const QString& label)

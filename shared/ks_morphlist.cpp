@@ -6,6 +6,7 @@
 #include "shared/ks_assert.h"
 #include "shared/ks_daz-helpers.h"
 #include "shared/ks_exception.h"
+#include "shared/ks_helpers-daz.h"
 #include "shared/ks_string.h"
 
 #include <cmath>
@@ -20,7 +21,6 @@
 #include <dzmorphdeltas.h>
 #include <dznode.h>
 #include <dzobject.h>
-#include <dzuri.h>
 
 namespace kst {
 
@@ -50,7 +50,7 @@ struct MorphList::Impl {
         info->property = &property;
         info->isFavorite = property.isFavorite();
         if (const DzMorphDeltas* const deltas = morph.getDeltas())
-            info->deltasUri = str::ToStd(deltas->getUri().toString());
+            info->deltasUri = KsHelpersDaz::GetDeltasUri(*deltas);
         info->isInDataFolder = str::StartsWith(info->deltasUri, "/data/");
         info->propertyPath = str::ToStd(property.getPath());
 

@@ -5,6 +5,9 @@
 
 #include <QByteArray>
 #include <QMetaMethod>
+#include <QString>
+#include <QVariant>
+#include <QWidget>
 
 namespace kst {
 namespace qt {
@@ -24,6 +27,17 @@ inline QByteArray ReturnTypeName(const QMetaMethod& method)
 {
     const char* const name = method.typeName();
     return name && *name ? QByteArray(name) : QByteArray("void");
+}
+
+// What a screen reader calls a widget, by the property's name: a toolkit built without accessibility lacks
+// the methods, and keeps what it is told all the same.
+inline void SetAccessibleName(QWidget& widget, const QString& name)
+{
+    widget.setProperty("accessibleName", name);
+}
+inline QString AccessibleName(const QWidget& widget)
+{
+    return widget.property("accessibleName").toString();
 }
 
 } // namespace qt

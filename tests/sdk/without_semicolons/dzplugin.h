@@ -1,0 +1,39 @@
+// The host's plug-in definitions, whose macros hand plain texts on as they are, and end with their semicolon.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "host/include/dzplugin.h"
+
+#undef DZ_PLUGIN_DEFINITION
+#undef DZ_PLUGIN_AUTHOR
+#undef DZ_PLUGIN_VERSION
+#undef DZ_PLUGIN_DESCRIPTION
+#undef DZ_PLUGIN_CLASS_GUID
+
+#define DZ_PLUGIN_DEFINITION(pluginName)                                                                     \
+    static DzPlugin s_pluginDef(pluginName);                                                                 \
+    extern "C" Q_DECL_EXPORT DzVersion getSDKVersion()                                                       \
+    {                                                                                                        \
+        return DZ_SDK_VERSION;                                                                               \
+    }                                                                                                        \
+    extern "C" Q_DECL_EXPORT DzPlugin* getPluginDefinition()                                                 \
+    {                                                                                                        \
+        return &s_pluginDef;                                                                                 \
+    }                                                                                                        \
+    static const bool s_isDefined = (s_pluginDef.getStatus(), true);
+
+#define DZ_PLUGIN_AUTHOR(author)                                                                             \
+    static const bool s_hasAuthor = s_isDefined && (s_pluginDef.setAuthor(author), true);
+
+#define DZ_PLUGIN_VERSION(major, minor, revision, build)                                                     \
+    static const bool s_hasVersion =                                                                         \
+        s_hasAuthor && (s_pluginDef.setVersion(major, minor, revision, build), true);
+
+#define DZ_PLUGIN_DESCRIPTION(description)                                                                   \
+    static const bool s_hasDescription = s_hasVersion && (s_pluginDef.setDescription(description), true);
+
+#define DZ_PLUGIN_CLASS_GUID(typeName, guid)                                                                 \
+    static const bool s_has##typeName =                                                                      \
+        s_hasDescription && (DzGuid::fromString(QLatin1String("{" #guid "}")),                               \
+                             typeName::staticMetaObject.className() != nullptr);
