@@ -55,7 +55,7 @@ function(daz_sdk_add_qt module header)
     find_path(DAZ_SDK_${module}_INCLUDE_DIR ${header} PATHS ${folders} NO_DEFAULT_PATH)
     daz_sdk_demand(DAZ_SDK_${module}_INCLUDE_DIR "Qt's header ${header}")
     unset(CMAKE_FIND_FRAMEWORK)
-    find_library(DAZ_SDK_${module}_LIBRARY NAMES ${module} ${module}4 PATHS ${library_folders} NO_DEFAULT_PATH)
+    find_library(DAZ_SDK_${module}_LIBRARY NAMES ${module} ${module}4 ${module}.4 PATHS ${library_folders} NO_DEFAULT_PATH)
     daz_sdk_demand(DAZ_SDK_${module}_LIBRARY "The library ${module}")
     set(own "${DAZ_SDK_${module}_INCLUDE_DIR}")
     target_include_directories(daz_sdk SYSTEM INTERFACE "${own}")
@@ -101,5 +101,8 @@ if(NOT FMT_INCLUDE_DIR IN_LIST CMAKE_CXX_IMPLICIT_INCLUDE_DIRECTORIES)
     target_compile_options(fmt::fmt INTERFACE "SHELL:$<IF:$<CXX_COMPILER_ID:MSVC>,/I,-isystem> \"${FMT_INCLUDE_DIR}\"")
 endif()
 target_compile_definitions(fmt::fmt INTERFACE FMT_HEADER_ONLY=1)
+
+# The host's process has these libraries already; a path of this machine is of no use there.
+set(CMAKE_SKIP_RPATH ON)
 
 message(STATUS "Host SDK: ${DAZ_SDK_LIBRARY} with Qt ${QT_VERSION_MAJOR}.${QT_VERSION_MINOR}")

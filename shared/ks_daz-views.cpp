@@ -86,7 +86,8 @@ DzViewportMgr* GetViewportMgr(bool throwIfMissing)
 Dz3DViewport& GetActive3dViewport_X()
 {
     const DzViewport* const viewport = GetViewportMgr(true)->getActiveViewport();
-    return Checked(viewport ? KsHelpersDaz::Get3dViewport(*viewport) : nullptr, "failed to find active 3D viewport");
+    return Checked(viewport ? KsHelpersDaz::Get3dViewport(*viewport) : nullptr,
+                   "failed to find active 3D viewport");
 }
 
 DzCamera& GetActiveViewportCamera_X()
