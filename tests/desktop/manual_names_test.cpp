@@ -85,7 +85,7 @@ QStringList TextsOnControls(const QStringList& patterns)
 QStringList SourcesOfChapter(const QString& chapter)
 {
     QStringList sources{QStringLiteral("plugin/gnt_dlg_convert*.cpp"),
-                        QStringLiteral("plugin/forms/gnt_dlg_convert.ui")};
+                        QStringLiteral("shared/forms/gnt_dlg_convert.ui")};
     const auto isOneOf = [&chapter](const QStringList& begins) {
         return std::any_of(begins.begin(), begins.end(),
                            [&chapter](const QString& begin) { return chapter.startsWith(begin); });
@@ -94,7 +94,7 @@ QStringList SourcesOfChapter(const QString& chapter)
         sources << QStringLiteral("plugin/gnt_actions.cpp");
     if (isOneOf({QStringLiteral("03"), QStringLiteral("06")}))
         sources << QStringLiteral("plugin/gnt_dlg_success*.cpp")
-                << QStringLiteral("plugin/forms/gnt_dlg_success.ui");
+                << QStringLiteral("shared/forms/gnt_dlg_success.ui");
     if (isOneOf({QStringLiteral("04")}))
         sources << QStringLiteral("shared/ks_gui_button.cpp")
                 << QStringLiteral("shared/forms/ks_dlg_morph-path.ui");
@@ -151,7 +151,7 @@ TEST(ManualNames, tells_of_every_control_of_the_dialogs)
     QStringList told;
     for (const QString& chapter : ChapterFiles())
         told += NamesInBold(chapter);
-    const QStringList texts = TextsOnControls({QStringLiteral("plugin/forms/*.ui")});
+    const QStringList texts = TextsOnControls({QStringLiteral("shared/forms/gnt_*.ui")});
     EXPECT_GT(texts.size(), 15);
     for (const QString& text : texts) {
         if (!replaced.contains(text) && text != warning) {

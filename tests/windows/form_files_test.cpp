@@ -175,11 +175,11 @@ TEST(FormFiles, ask_for_nothing_that_the_older_toolkit_lacks)
 
 TEST(FormFiles, hold_the_texts_that_stand_in_for_those_of_the_dialogs)
 {
-    const Form convert = Read("plugin/forms/gnt_dlg_convert.ui");
+    const Form convert = Read("shared/forms/gnt_dlg_convert.ui");
     EXPECT_EQ(TextOf(convert, "plblIntro", "text"),
               "You are about to convert the active morphs in the selected");
     EXPECT_EQ(TextOf(convert, "pRadioResolutionSubd", "text"), "Subd");
-    const Form success = Read("plugin/forms/gnt_dlg_success.ui");
+    const Form success = Read("shared/forms/gnt_dlg_success.ui");
     EXPECT_EQ(TextOf(success, "plblIntro", "text"), "TBR1");
     EXPECT_EQ(TextOf(success, "SuccessDialog", "windowTitle"), "Dialog");
     const Form picker = Read("shared/forms/ks_dlg_morph-path.ui");
