@@ -60,6 +60,11 @@ DzObject* GetObject(const DzNode& node, bool throwIfMissing);
 DzShape* GetCurrentShape(const DzNode& node, bool throwIfMissing);
 DzProperty* FindProperty(const DzNode& node, PropertyLocation location, std::string_view name,
                          bool throwIfMissing);
+/// What FindProperty finds, if it is of class T: DzIntProperty, DzFloatProperty, DzBoolProperty or
+/// DzEnumProperty.
+template <class T>
+T* FindTypedProperty(const DzNode& node, PropertyLocation location, std::string_view name,
+                     bool throwIfMissing);
 DzIntProperty* FindIntProperty(const DzNode& node, PropertyLocation location, std::string_view name,
                                bool throwIfMissing);
 DzFloatProperty* FindFloatProperty(const DzNode& node, PropertyLocation location, std::string_view name,

@@ -63,21 +63,6 @@ DzProperty* FindAt(const DzNode& node, PropertyLocation location, const QString&
     return nullptr;
 }
 
-template <class T>
-T* FindTypedProperty(const DzNode& node, PropertyLocation location, std::string_view name,
-                     bool throwIfMissing)
-{
-    DzProperty* const property = FindProperty(node, location, name, throwIfMissing);
-    if (!property)
-        return nullptr;
-    T* const typed = qobject_cast<T*>(property);
-    if (!typed && throwIfMissing)
-        throw Exception("expected property {} in node {} ({}) to be a {} but it is {} instead",
-                        str::Quote(name), str::Quote(node.getName()), str::Quote(node.getLabel()),
-                        T::staticMetaObject.className(), property->metaObject()->className());
-    return typed;
-}
-
 } // namespace
 
 DzObject* GetObject(const DzNode& node, bool throwIfMissing)
@@ -109,6 +94,26 @@ DzProperty* FindProperty(const DzNode& node, PropertyLocation location, std::str
                         str::Quote(node.getLabel()), str::Quote(name));
     return property;
 }
+
+template <class T>
+T* FindTypedProperty(const DzNode& node, PropertyLocation location, std::string_view name,
+                     bool throwIfMissing)
+{
+    DzProperty* const property = FindProperty(node, location, name, throwIfMissing);
+    if (!property)
+        return nullptr;
+    T* const typed = qobject_cast<T*>(property);
+    if (!typed && throwIfMissing)
+        throw Exception("expected property {} in node {} ({}) to be a {} but it is {} instead",
+                        str::Quote(name), str::Quote(node.getName()), str::Quote(node.getLabel()),
+                        T::staticMetaObject.className(), property->metaObject()->className());
+    return typed;
+}
+
+template DzIntProperty* FindTypedProperty(const DzNode&, PropertyLocation, std::string_view, bool);
+template DzFloatProperty* FindTypedProperty(const DzNode&, PropertyLocation, std::string_view, bool);
+template DzBoolProperty* FindTypedProperty(const DzNode&, PropertyLocation, std::string_view, bool);
+template DzEnumProperty* FindTypedProperty(const DzNode&, PropertyLocation, std::string_view, bool);
 
 DzIntProperty* FindIntProperty(const DzNode& node, PropertyLocation location, std::string_view name,
                                bool throwIfMissing)

@@ -165,6 +165,36 @@ TEST_F(HelpersTest, a_property_of_another_kind_is_null_or_named)
                   Quoted("Nope"));
 }
 
+TEST_F(HelpersTest, a_property_is_found_by_its_class_or_the_class_it_has_is_named)
+{
+    auto* const count = new DzIntProperty(QLatin1String("Count"), true, true, 1);
+    auto* const kind = new DzEnumProperty(QLatin1String("Kind"), true, true);
+    auto* const isOn = new DzBoolProperty(QLatin1String("On"), true, true);
+    figure->addProperty(count);
+    figure->addProperty(kind);
+    figure->addProperty(isOn);
+    DzFloatProperty* const amount = addFloat(*figure, "Amount");
+    const auto node = PropertyLocation::Node;
+    EXPECT_EQ(FindTypedProperty<DzIntProperty>(*figure, node, "Count", true), count);
+    EXPECT_EQ(FindTypedProperty<DzEnumProperty>(*figure, node, "Kind", true), kind);
+    EXPECT_EQ(FindTypedProperty<DzBoolProperty>(*figure, node, "On", true), isOn);
+    EXPECT_EQ(FindTypedProperty<DzFloatProperty>(*figure, node, "Amount", true), amount);
+    EXPECT_EQ(FindTypedProperty<DzIntProperty>(*figure, node, "Nope", false), nullptr);
+    EXPECT_EQ(FindTypedProperty<DzFloatProperty>(*figure, node, "Count", false), nullptr);
+    const auto message = [](const char* name, const char* wanted, const char* actual) {
+        return "expected property " + Quoted(name) + " in node " + Quoted("Mini") + " (" +
+               Quoted("Mini One") + ") to be a " + wanted + " but it is " + actual + " instead";
+    };
+    EXPECT_EQ(MessageOf([&] { FindTypedProperty<DzFloatProperty>(*figure, node, "Count", true); }),
+              message("Count", "DzFloatProperty", "DzIntProperty"));
+    EXPECT_EQ(MessageOf([&] { FindTypedProperty<DzIntProperty>(*figure, node, "Amount", true); }),
+              message("Amount", "DzIntProperty", "DzFloatProperty"));
+    EXPECT_EQ(MessageOf([&] { FindTypedProperty<DzEnumProperty>(*figure, node, "On", true); }),
+              message("On", "DzEnumProperty", "DzBoolProperty"));
+    EXPECT_EQ(MessageOf([&] { FindTypedProperty<DzBoolProperty>(*figure, node, "Kind", true); }),
+              message("Kind", "DzBoolProperty", "DzEnumProperty"));
+}
+
 TEST_F(HelpersTest, bones_are_turned_by_name)
 {
     SetBoneValueOrThrow(*figure, "l_thigh", "ZRotate", 6.5f);
