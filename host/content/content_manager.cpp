@@ -63,16 +63,34 @@ bool Import(const QString& file, QString* reason)
 struct DzContentMgr::Impl {
     Impl() : library(paths) {}
 
+    using Folders = std::vector<std::unique_ptr<DzContentFolder>>;
+
     openhost::ContentPaths paths;
     openhost::ContentPaths importPaths;
     openhost::AssetLibrary library;
-    std::vector<std::unique_ptr<DzContentFolder>> folders; ///< one per directory of paths
+    Folders folders;       ///< one per directory of paths
+    Folders importFolders; ///< one per directory of importPaths
 
     void updateFolders()
     {
-        folders.clear();
+        folders = FoldersOf(paths);
+        importFolders = FoldersOf(importPaths);
+    }
+
+    static Folders FoldersOf(const openhost::ContentPaths& paths)
+    {
+        Folders folders;
         for (const std::filesystem::path& directory : paths.directories())
             folders.push_back(std::make_unique<DzContentFolder>(ToQ(directory)));
+        return folders;
+    }
+
+    static DzContentFolder* FolderOf(const QString& file, const openhost::ContentPaths& paths,
+                                     const Folders& folders)
+    {
+        const std::filesystem::path* const directory = paths.directoryOf(ToPath(file));
+        return directory ? folders[static_cast<std::size_t>(directory - paths.directories().data())].get()
+                         : nullptr;
     }
 };
 
@@ -128,13 +146,11 @@ QString DzContentMgr::getRelativePath(const QString& absolute, bool useImportFol
     return relative.empty() ? absolute : QString::fromStdString(relative);
 }
 
-DzContentFolder* DzContentMgr::findBaseDirectory(const QString& path, bool) const
+DzContentFolder* DzContentMgr::findBaseDirectory(const QString& path, bool useImportFolders) const
 {
-    const std::filesystem::path* const directory = _impl->paths.directoryOf(ToPath(path));
-    if (!directory)
-        return nullptr;
-    const std::size_t index = static_cast<std::size_t>(directory - _impl->paths.directories().data());
-    return _impl->folders[index].get();
+    DzContentFolder* const folder = Impl::FolderOf(path, _impl->paths, _impl->folders);
+    return folder || !useImportFolders ? folder
+                                       : Impl::FolderOf(path, _impl->importPaths, _impl->importFolders);
 }
 
 int DzContentMgr::getNumContentDirectories() const
@@ -180,6 +196,7 @@ void DzContentMgr::addContentDirectory(const QString& path, bool)
 void DzContentMgr::addImportDirectory(const QString& path)
 {
     _impl->importPaths.add(ToPath(path));
+    _impl->updateFolders();
 }
 
 void DzContentMgr::removeAllContentDirectories()

@@ -25,7 +25,8 @@ public:
                                         const QString& preferred = QString()) const;
     /// The path below its directory, with a leading '/'; the input itself if it is below none.
     Q_INVOKABLE QString getRelativePath(const QString& absolute, bool useImportFolders) const;
-    /// The directory that contains the path; null if none.
+    /// The content directory that contains the path, otherwise the import directory if those are wanted; null
+    /// if none.
     Q_INVOKABLE DzContentFolder* findBaseDirectory(const QString& path, bool useImportFolders) const;
     Q_INVOKABLE int getNumContentDirectories() const;
     Q_INVOKABLE QString getContentDirectoryPath(int index) const;      ///< empty out of range

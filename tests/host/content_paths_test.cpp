@@ -117,7 +117,18 @@ TEST_F(ContentManager, finds_files_and_directories)
     WriteBytes(folder("other") / "x.obj", "v 0 0 0\n");
     EXPECT_EQ(manager.getAbsolutePath(QStringLiteral("x.obj"), false), QString());
     EXPECT_EQ(manager.getAbsolutePath(QStringLiteral("x.obj"), true), other + QStringLiteral("/x.obj"));
+    EXPECT_EQ(manager.getRelativePath(other + QStringLiteral("/x.obj"), false),
+              other + QStringLiteral("/x.obj"));
+    EXPECT_EQ(manager.getRelativePath(other + QStringLiteral("/x.obj"), true), QStringLiteral("/x.obj"));
+    EXPECT_EQ(manager.findBaseDirectory(other + QStringLiteral("/x.obj"), false), nullptr);
+    ASSERT_NE(manager.findBaseDirectory(other + QStringLiteral("/x.obj"), true), nullptr);
+    EXPECT_EQ(manager.findBaseDirectory(other + QStringLiteral("/x.obj"), true)->getFullPath(), other);
+    const QString above = QString::fromStdString(folder("other").parent_path().string());
+    manager.addContentDirectory(above, false);
+    EXPECT_EQ(manager.findBaseDirectory(other, true)->getFullPath(), above)
+        << "content directories come first";
     manager.removeAllContentDirectories();
+    EXPECT_EQ(manager.findBaseDirectory(other, true), nullptr);
     EXPECT_EQ(manager.getNumContentDirectories(), 0);
     EXPECT_EQ(manager.findFile(QStringLiteral("People/Mini.duf")), QString());
 }

@@ -50,6 +50,15 @@ TEST_F(ContentPathTest, go_from_relative_to_absolute_and_back)
     EXPECT_EQ(kst::daz::GetBaseDirectory_X("/elsewhere/Chair.duf"), "");
 }
 
+TEST_F(ContentPathTest, may_stand_in_import_folders)
+{
+    addFile("import/x.obj");
+    dzApp->getContentMgr()->addImportDirectory(folder.filePath(QStringLiteral("import")));
+    EXPECT_EQ(kst::daz::GetAbsolutePath_X("x.obj"), in("import/x.obj"));
+    EXPECT_EQ(kst::daz::GetDazRelativePath_X(in("import/x.obj")), "/x.obj");
+    EXPECT_EQ(kst::daz::GetBaseDirectory_X(in("import/x.obj")), in("import"));
+}
+
 TEST_F(ContentPathTest, are_resolved_in_the_hosts_order_past_directories_that_do_not_exist)
 {
     const KsPathResolver resolver;
