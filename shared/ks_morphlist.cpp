@@ -192,10 +192,14 @@ std::shared_ptr<MorphInfo> MorphList::createMorph_X(DzMorphDeltas& deltas, std::
     }
     DzObject* const object = daz::GetObject(_pImpl->node, true);
     const QString name = str::ToQ(morphName);
-    DzMorph* const morph = new DzMorph(&deltas);
-    morph->setName(name);
-    morph->setLabel(label);
-    object->addModifier(morph);
+    std::unique_ptr<DzMorph> owned(new DzMorph(&deltas));
+    owned->setName(name);
+    owned->setLabel(label);
+    const DzError result = object->addModifier(owned.get());
+    if (result != DZ_NO_ERROR)
+        throw Exception("failed to add morph {} to node {}: {}", str::Quote(morphName),
+                        str::Quote(_pImpl->node.getLabel()), KsHelpersDaz::GetErrorText(result));
+    DzMorph* const morph = owned.release(); // the object's from now on
 
     DzFloatProperty& property = GetMorphProperty_X(*morph);
     property.setName(name);
@@ -216,6 +220,8 @@ bool MorphList::IsHeadMorph(const DzProperty* property)
 std::vector<ExpandedProperty> MorphList::GetSubControllers(const DzProperty* property)
 {
     std::vector<ExpandedProperty> driven;
+    if (!property)
+        return driven;
     DzControllerListIterator links = property->slaveControllerListIterator();
     while (links.hasNext()) {
         const DzERCLink* const link = qobject_cast<DzERCLink*>(links.next());

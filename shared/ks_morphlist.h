@@ -86,14 +86,15 @@ public:
     /// Makes a morph of the deltas, which it shares by counting, with a dial from 0 to 1, as the node's last
     /// modifier and enters it in the list.
     /// @param replaceDeltasIfExists  gives a morph of this name the deltas instead of failing
-    /// @throws Exception  "a morph with the name {} exists already"; the node has no object
+    /// @throws Exception  "a morph with the name {} exists already"; the node has no object, or it takes no
+    /// morph
     std::shared_ptr<MorphInfo> createMorph_X(DzMorphDeltas& deltas, std::string_view morphName,
                                              bool replaceDeltasIfExists, const QString& label,
                                              const QString& path);
 
     /// Whether the property stands below "/Actor/Head/"; false for null.
     static bool IsHeadMorph(const DzProperty* property);
-    /// What the property drives, in the order of its links.
+    /// What the property drives, in the order of its links; nothing for null.
     static std::vector<ExpandedProperty> GetSubControllers(const DzProperty* property);
     static DzFloatProperty& GetMorphProperty_X(DzMorph& morph);
     static DzMorph* FindMorph(DzNode& node, std::string_view name);

@@ -228,4 +228,40 @@ TEST_F(MorphListTest, refuses_a_second_morph_of_a_name_unless_its_deltas_may_be_
     EXPECT_EQ(list.getAll().size(), 1u);
 }
 
+/// Says in a flag when it goes.
+class MortalDeltas : public DzMorphDeltas {
+public:
+    explicit MortalDeltas(bool& gone) : _gone(gone) {}
+    ~MortalDeltas() { _gone = true; }
+
+private:
+    bool& _gone;
+};
+
+TEST_F(MorphListTest, makes_no_morph_that_the_host_refuses_and_leaves_nothing_of_it)
+{
+    bool gone = false;
+    kst::MorphList list(*node);
+    {
+        Recorder host;
+        host.refused = QStringLiteral("morph");
+        auto* const deltas = new MortalDeltas(gone); // owned by the morphs that count them
+        EXPECT_EQ(MessageOf([&] { list.createMorph_X(*deltas, "New", false, QString(), QString()); }),
+                  "failed to add morph " + Quoted("New") + " to node " + Quoted("Mini") + ": " +
+                      getErrorMessage(DZ_OPERATION_FAILED_ERROR).toStdString());
+    }
+    EXPECT_TRUE(gone) << "the refused morph held them";
+    EXPECT_TRUE(list.getAll().empty());
+    EXPECT_EQ(list.findMorphByName("New"), nullptr);
+    EXPECT_EQ(node->getObject()->getNumModifiers(), 0);
+    const DzMorphDeltasPtr others(new DzMorphDeltas);
+    EXPECT_NE(list.createMorph_X(*others, "New", false, QString(), QString()), nullptr)
+        << "the name is still free";
+}
+
+TEST_F(MorphListTest, finds_nothing_driven_by_no_property)
+{
+    EXPECT_TRUE(kst::MorphList::GetSubControllers(nullptr).empty());
+}
+
 } // namespace
