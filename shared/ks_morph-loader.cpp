@@ -132,103 +132,101 @@ MorphLoader::MorphLoader(std::unique_ptr<QObject> object)
 
 MorphLoader::~MorphLoader() = default;
 
-void MorphLoader::set(const char* signature, const char* typeName, const void* value)
+bool MorphLoader::set(const char* signature, const char* typeName, const void* value)
 {
     static_assert(sizeof(LoadMode) == sizeof(int), "enumerations are handed over as the host's");
-    invoke(IndexOf(Signatures(), signature), QGenericArgument(typeName, value));
+    return invokeBool(IndexOf(Signatures(), signature), QGenericArgument(typeName, value));
 }
 
 bool MorphLoader::setLoadMode(LoadMode mode, DzNode* node)
 {
-    bool result = false;
-    invoke(IndexOf(Signatures(), "setLoadMode(LoadMode,DzNode*)"), Q_RETURN_ARG(bool, result),
-           QGenericArgument("LoadMode", &mode), Q_ARG(DzNode*, node));
-    return result;
+    return invokeBool(IndexOf(Signatures(), "setLoadMode(LoadMode,DzNode*)"),
+                      QGenericArgument("LoadMode", &mode), Q_ARG(DzNode*, node));
 }
 
-void MorphLoader::setFilename(const QString& file)
+bool MorphLoader::setFilename(const QString& file)
 {
-    set("setFilename(QString)", "QString", &file);
+    return set("setFilename(QString)", "QString", &file);
 }
 
-void MorphLoader::setMorphName(const QString& name)
+bool MorphLoader::setMorphName(const QString& name)
 {
-    set("setMorphName(QString)", "QString", &name);
+    return set("setMorphName(QString)", "QString", &name);
 }
 
-void MorphLoader::setPropertyGroupPath(const QString& path)
+bool MorphLoader::setPropertyGroupPath(const QString& path)
 {
-    set("setPropertyGroupPath(QString)", "QString", &path);
+    return set("setPropertyGroupPath(QString)", "QString", &path);
 }
 
-void MorphLoader::setAttenuateMapPath(const QString& path)
+bool MorphLoader::setAttenuateMapPath(const QString& path)
 {
-    set("setAttenuateMapPath(QString)", "QString", &path);
+    return set("setAttenuateMapPath(QString)", "QString", &path);
 }
 
-void MorphLoader::setAttenuateStrength(float strength)
+bool MorphLoader::setAttenuateStrength(float strength)
 {
-    set("setAttenuateStrength(float)", "float", &strength);
+    return set("setAttenuateStrength(float)", "float", &strength);
 }
 
-void MorphLoader::setDeltaTolerance(float centimetres)
+bool MorphLoader::setDeltaTolerance(float centimetres)
 {
-    set("setDeltaTolerance(float)", "float", &centimetres);
+    return set("setDeltaTolerance(float)", "float", &centimetres);
 }
 
-void MorphLoader::setCleanUpOrphans(bool on)
+bool MorphLoader::setCleanUpOrphans(bool on)
 {
-    set("setCleanUpOrphans(bool)", "bool", &on);
+    return set("setCleanUpOrphans(bool)", "bool", &on);
 }
 
-void MorphLoader::setCreateControlProperty(bool on)
+bool MorphLoader::setCreateControlProperty(bool on)
 {
-    set("setCreateControlProperty(bool)", "bool", &on);
+    return set("setCreateControlProperty(bool)", "bool", &on);
 }
 
-void MorphLoader::setMorphSubdivision(bool on)
+bool MorphLoader::setMorphSubdivision(bool on)
 {
-    set("setMorphSubdivision(bool)", "bool", &on);
+    return set("setMorphSubdivision(bool)", "bool", &on);
 }
 
-void MorphLoader::setReverseDeformations(bool on)
+bool MorphLoader::setReverseDeformations(bool on)
 {
-    set("setReverseDeformations(bool)", "bool", &on);
+    return set("setReverseDeformations(bool)", "bool", &on);
 }
 
-void MorphLoader::setSubdivisionSmoothCage(bool on)
+bool MorphLoader::setSubdivisionSmoothCage(bool on)
 {
-    set("setSubdivisionSmoothCage(bool)", "bool", &on);
+    return set("setSubdivisionSmoothCage(bool)", "bool", &on);
 }
 
-void MorphLoader::setSubdivisionBuiltResolution(int level)
+bool MorphLoader::setSubdivisionBuiltResolution(int level)
 {
-    set("setSubdivisionBuiltResolution(int)", "int", &level);
+    return set("setSubdivisionBuiltResolution(int)", "int", &level);
 }
 
-void MorphLoader::setSubdivisionMinResolution(int level)
+bool MorphLoader::setSubdivisionMinResolution(int level)
 {
-    set("setSubdivisionMinResolution(int)", "int", &level);
+    return set("setSubdivisionMinResolution(int)", "int", &level);
 }
 
-void MorphLoader::setSubdivisionMaxResolution(int level)
+bool MorphLoader::setSubdivisionMaxResolution(int level)
 {
-    set("setSubdivisionMaxResolution(int)", "int", &level);
+    return set("setSubdivisionMaxResolution(int)", "int", &level);
 }
 
-void MorphLoader::setSubdivisionMapping(SubdMapping mapping)
+bool MorphLoader::setSubdivisionMapping(SubdMapping mapping)
 {
-    set("setSubdivisionMapping(SubdMapping)", "SubdMapping", &mapping);
+    return set("setSubdivisionMapping(SubdMapping)", "SubdMapping", &mapping);
 }
 
-void MorphLoader::setOverwriteExisting(OverwriteMode mode)
+bool MorphLoader::setOverwriteExisting(OverwriteMode mode)
 {
-    set("setOverwriteExisting(OverwriteMode)", "OverwriteMode", &mode);
+    return set("setOverwriteExisting(OverwriteMode)", "OverwriteMode", &mode);
 }
 
-void MorphLoader::setMorphMirroring(MirroringType type)
+bool MorphLoader::setMorphMirroring(MirroringType type)
 {
-    set("setMorphMirroring(MirroringType)", "MirroringType", &type);
+    return set("setMorphMirroring(MirroringType)", "MirroringType", &type);
 }
 
 const std::vector<const char*>& MorphLoaderBatch::Signatures()
@@ -283,11 +281,9 @@ void MorphLoaderBatch::addMorph(MorphLoader& loader)
 QString MorphLoaderBatch::createMorphs(DzFileIOSettings* settings, DzNode* node, bool onlyErrorsOrWarnings,
                                        bool plainText)
 {
-    QString result;
-    invoke(IndexOf(Signatures(), "createMorphs(DzFileIOSettings*,DzNode*,bool,bool)"),
-           Q_RETURN_ARG(QString, result), Q_ARG(DzFileIOSettings*, settings), Q_ARG(DzNode*, node),
-           Q_ARG(bool, onlyErrorsOrWarnings), Q_ARG(bool, plainText));
-    return result;
+    return invokeText(IndexOf(Signatures(), "createMorphs(DzFileIOSettings*,DzNode*,bool,bool)"),
+                      Q_ARG(DzFileIOSettings*, settings), Q_ARG(DzNode*, node),
+                      Q_ARG(bool, onlyErrorsOrWarnings), Q_ARG(bool, plainText));
 }
 
 std::string MorphLoaderBatch::Exec_X(DzNode* node, std::string_view objFile, std::string_view morphName,

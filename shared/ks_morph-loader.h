@@ -17,8 +17,9 @@ class DzNode;
 
 namespace kst {
 
-/// One morph to load: wraps and owns a host object. Setters invoke the host's method of the same name; a call
-/// that cannot be made throws kst::Exception "failed to invoke {}::{}".
+/// One morph to load: wraps and owns a host object. Setters invoke the host's method of the same name and
+/// answer what it answers, true in a host whose methods answer nothing; a call that cannot be made throws
+/// kst::Exception "failed to invoke {}::{}".
 class MorphLoader : public qt::MagicImpl<QObject, MorphLoader> {
 public:
     // The host's enumerations, as far as they are used here.
@@ -33,30 +34,30 @@ public:
 
     /// @return false when the mode does not suit the node
     bool setLoadMode(LoadMode mode, DzNode* node);
-    void setFilename(const QString& file);
-    void setMorphName(const QString& name);
-    void setPropertyGroupPath(const QString& path);
-    void setAttenuateMapPath(const QString& path);
-    void setAttenuateStrength(float strength);
-    void setDeltaTolerance(float centimetres);
-    void setCleanUpOrphans(bool on);
-    void setCreateControlProperty(bool on);
-    void setMorphSubdivision(bool on);
-    void setReverseDeformations(bool on);
-    void setSubdivisionSmoothCage(bool on);
-    void setSubdivisionBuiltResolution(int level);
-    void setSubdivisionMinResolution(int level);
-    void setSubdivisionMaxResolution(int level);
-    void setSubdivisionMapping(SubdMapping mapping);
-    void setOverwriteExisting(OverwriteMode mode);
-    void setMorphMirroring(MirroringType type);
+    bool setFilename(const QString& file);
+    bool setMorphName(const QString& name);
+    bool setPropertyGroupPath(const QString& path);
+    bool setAttenuateMapPath(const QString& path);
+    bool setAttenuateStrength(float strength);
+    bool setDeltaTolerance(float centimetres);
+    bool setCleanUpOrphans(bool on);
+    bool setCreateControlProperty(bool on);
+    bool setMorphSubdivision(bool on);
+    bool setReverseDeformations(bool on);
+    bool setSubdivisionSmoothCage(bool on);
+    bool setSubdivisionBuiltResolution(int level);
+    bool setSubdivisionMinResolution(int level);
+    bool setSubdivisionMaxResolution(int level);
+    bool setSubdivisionMapping(SubdMapping mapping);
+    bool setOverwriteExisting(OverwriteMode mode);
+    bool setMorphMirroring(MirroringType type);
 
     QObject& getObject() const { return object(); }
     static const std::vector<const char*>& Signatures();
 
 private:
     explicit MorphLoader(std::unique_ptr<QObject> object);
-    void set(const char* signature, const char* typeName, const void* value);
+    bool set(const char* signature, const char* typeName, const void* value);
 
     std::unique_ptr<QObject> _object;
 };
@@ -68,7 +69,7 @@ public:
     ~MorphLoaderBatch();
 
     void addMorph(MorphLoader& loader);
-    /// @return the host's log text
+    /// @return the host's log text; empty in a host that gives none
     QString createMorphs(DzFileIOSettings* settings, DzNode* node, bool onlyErrorsOrWarnings, bool plainText);
 
     /// Makes one morph on a node from an OBJ file. Whether the morph is there afterwards is for the caller to

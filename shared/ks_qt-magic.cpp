@@ -50,8 +50,10 @@ std::mutex& MagicBase::GetInitMutex()
 
 void MagicBase::ResolveTable_X(const QMetaObject& metaObject, std::vector<MagicMethod>& table)
 {
-    for (MagicMethod& entry : table)
+    for (MagicMethod& entry : table) {
         entry.method = FindMethodOrThrow(metaObject, entry.signature);
+        entry.returnType = ReturnTypeName(entry.method);
+    }
 }
 
 void MagicBase::ThrowCannotInvoke(const QMetaObject& metaObject, const QMetaMethod& method)

@@ -7,9 +7,11 @@
 #include <mutex>
 #include <vector>
 
+#include <QByteArray>
 #include <QMetaMethod>
 #include <QMetaProperty>
 #include <QObject>
+#include <QString>
 
 namespace kst {
 namespace qt {
@@ -18,6 +20,7 @@ namespace qt {
 struct MagicMethod {
     const char* signature; ///< such as "setSource(DzNode*)"
     QMetaMethod method;    ///< resolved once for the class
+    QByteArray returnType; ///< as the method declares it; "void" for none
 };
 
 /// What every wrapper needs, whatever it wraps.
@@ -66,6 +69,23 @@ protected:
             throwCannotInvoke(method);
     }
 
+    /// The same for a method that may tell whether it did its work.
+    /// @return the host's bool; true when the method's type is another, void for one, since a call cannot ask
+    /// for what the method does not have
+    template <class... Arguments>
+    bool invokeBool(std::size_t index, Arguments... arguments) const
+    {
+        return invokeAs<bool>(index, "bool", true, arguments...);
+    }
+
+    /// The same for a method that may answer with a text.
+    /// @return the host's text; empty when the method's type is another
+    template <class... Arguments>
+    QString invokeText(std::size_t index, Arguments... arguments) const
+    {
+        return invokeAs<QString>(index, "QString", QString(), arguments...);
+    }
+
     [[noreturn]] static void throwCannotInvoke(const QMetaMethod& method)
     {
         ThrowCannotInvoke(*State().metaObject, method);
@@ -77,6 +97,16 @@ private:
         std::vector<MagicMethod> table;
         std::size_t resolveCount = 0; ///< how often the table was resolved: once, unless that failed
     };
+
+    template <class Result, class... Arguments>
+    Result invokeAs(std::size_t index, const char* typeName, Result result, Arguments... arguments) const
+    {
+        if (State().table[index].returnType == typeName)
+            invoke(index, QGenericReturnArgument(typeName, &result), arguments...);
+        else
+            invoke(index, arguments...);
+        return result;
+    }
 
     static ClassState& State()
     {
@@ -92,7 +122,7 @@ private:
             return;
         std::vector<MagicMethod> table;
         for (const char* const signature : Derived::Signatures())
-            table.push_back(MagicMethod{signature, QMetaMethod()});
+            table.push_back(MagicMethod{signature, QMetaMethod(), QByteArray()});
         ResolveTable_X(*object.metaObject(), table);
         state.table.swap(table);
         state.metaObject = object.metaObject();

@@ -69,16 +69,12 @@ TransferUtility::~TransferUtility() = default;
 
 bool TransferUtility::setBool(std::size_t method, bool on)
 {
-    bool result = false;
-    invoke(method, Q_RETURN_ARG(bool, result), Q_ARG(bool, on));
-    return result;
+    return invokeBool(method, Q_ARG(bool, on));
 }
 
 bool TransferUtility::setNode(std::size_t method, DzNode* node)
 {
-    bool result = false;
-    invoke(method, Q_RETURN_ARG(bool, result), Q_ARG(DzNode*, node));
-    return result;
+    return invokeBool(method, Q_ARG(DzNode*, node));
 }
 
 bool TransferUtility::setSource(DzNode* node)
@@ -123,10 +119,8 @@ bool TransferUtility::setTransferMorphs(bool on)
 
 bool TransferUtility::setTransferSourceMorphs(SourceMorphTransferType type)
 {
-    bool result = false;
     const int number = static_cast<int>(type);
-    invoke(SetTransferSourceMorphs, Q_RETURN_ARG(bool, result), Q_ARG(int, number));
-    return result;
+    return invokeBool(SetTransferSourceMorphs, Q_ARG(int, number));
 }
 
 void TransferUtility::setMorphTransferList(const QStringList& names)
@@ -146,9 +140,7 @@ bool TransferUtility::setTargetReplacesSource(bool on)
 
 bool TransferUtility::doTransfer()
 {
-    bool result = false;
-    invoke(DoTransfer, Q_RETURN_ARG(bool, result));
-    return result;
+    return invokeBool(DoTransfer);
 }
 
 } // namespace daz

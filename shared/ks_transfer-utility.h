@@ -15,8 +15,8 @@ class DzNode;
 namespace kst {
 namespace daz {
 
-/// Owns one host object. Setters answer what the host answers; a call that cannot be made throws
-/// kst::Exception "failed to invoke {}::{}".
+/// Owns one host object. Setters and the transfer answer what the host answers, true in a host whose methods
+/// answer nothing; a call that cannot be made throws kst::Exception "failed to invoke {}::{}".
 class TransferUtility : public qt::MagicImpl<QObject, TransferUtility> {
 public:
     /// Which morphs of the source to transfer, by the host's numbers.

@@ -8,6 +8,7 @@
 #include "shared/ks_obj-settings.h"
 #include "shared/ks_transfer-utility.h"
 #include "tests/host/host_fixture.h"
+#include "tests/shared/stand_in.h"
 #include "tests/shared/throws.h"
 
 #include <cstdio>
@@ -21,19 +22,6 @@ public:
     EmptyFactory() : DzClassFactory(&QObject::staticMetaObject, DzGuid()) {}
     QObject* createInstance() const override { return nullptr; }
     QObject* createInstance(const QVariantList&) const override { return nullptr; }
-};
-
-template <class T>
-class FactoryOf : public DzClassFactory {
-public:
-    FactoryOf() : DzClassFactory(&T::staticMetaObject, DzGuid()) {}
-    QObject* createInstance() const override
-    {
-        ++made;
-        return new T;
-    }
-    QObject* createInstance(const QVariantList&) const override { return createInstance(); }
-    mutable int made = 0;
 };
 
 /// What a first use says in a host whose class is another. The process ends, since a wrapper class looks for
