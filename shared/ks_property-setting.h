@@ -10,11 +10,25 @@ class DzIntProperty;
 
 namespace kst {
 
+/// The host's property of a number's type: int or float.
+template <class T>
+struct NumericPropertyOf;
+template <>
+struct NumericPropertyOf<int> {
+    typedef DzIntProperty Type;
+};
+template <>
+struct NumericPropertyOf<float> {
+    typedef DzFloatProperty Type;
+};
+
 /// Keeps a property's value, default and limits as they were when the setting was made. The property is
 /// borrowed and is not written by set(); who owns the conversation with the user does that.
-template <class T, class Property>
+template <class T>
 class NumericPropertySetting : public NumericSetting<T> {
 public:
+    typedef typename NumericPropertyOf<T>::Type Property;
+
     Property& getProperty() const { return _property; }
     T getInitialValue() const { return _initialValue; } ///< when the setting was made
 
@@ -29,12 +43,12 @@ private:
     T _initialValue;
 };
 
-class IntPropertySetting : public NumericPropertySetting<int, DzIntProperty> {
+class IntPropertySetting : public NumericPropertySetting<int> {
 public:
     explicit IntPropertySetting(DzIntProperty& property);
 };
 
-class FloatPropertySetting : public NumericPropertySetting<float, DzFloatProperty> {
+class FloatPropertySetting : public NumericPropertySetting<float> {
 public:
     explicit FloatPropertySetting(DzFloatProperty& property);
 };

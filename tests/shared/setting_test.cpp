@@ -122,6 +122,18 @@ TEST(PropertySetting, takes_limits_and_values_from_the_property_without_writing_
     EXPECT_EQ(&setting.getProperty(), &property);
 }
 
+TEST(PropertySetting, has_the_property_of_its_numbers_type)
+{
+    DzIntProperty level(QLatin1String("Level"), true, true, 7);
+    DzFloatProperty size(QLatin1String("Size"), true, true, 0.25f);
+    kst::IntPropertySetting levelSetting(level);
+    kst::FloatPropertySetting sizeSetting(size);
+    const kst::NumericPropertySetting<int>& anyInt = levelSetting;
+    const kst::NumericPropertySetting<float>& anyFloat = sizeSetting;
+    EXPECT_EQ(&anyInt.getProperty(), &level);
+    EXPECT_EQ(&anyFloat.getProperty(), &size);
+}
+
 TEST(PropertySetting, keeps_what_the_property_was_when_it_was_made)
 {
     DzFloatProperty property(QLatin1String("Size"), true, true, 0.25f);
