@@ -10,8 +10,6 @@
 #include <QCheckBox>
 #include <QGroupBox>
 
-namespace kst {
-
 const char* const KsCheckOrRadioBase::CHECK_BOX_HEADING = "Unhandled exception in check box handler";
 const char* const KsCheckOrRadioBase::RADIO_BUTTON_HEADING = "Unhandled exception in radio button handler";
 
@@ -20,13 +18,15 @@ KsCheckOrRadioBase::~KsCheckOrRadioBase() = default;
 
 void KsCheckOrRadioBase::connectToggled(const QAbstractButton& button)
 {
-    gui::ConnectSignal(button, SIGNAL(toggled(bool)), this, SLOT(slotCheckBoxOrRadioToggled(bool)));
+    kst::gui::ConnectSignal(button, SIGNAL(toggled(bool)), this, SLOT(slotCheckBoxOrRadioToggled(bool)));
 }
 
 void KsCheckOrRadioBase::slotCheckBoxOrRadioToggled(bool checked)
 {
-    daz::CallOutermost(_heading, nullptr, [this, checked] { onCheckBoxOrRadioToggled(checked); });
+    kst::daz::CallOutermost(_heading, nullptr, [this, checked] { onCheckBoxOrRadioToggled(checked); });
 }
+
+namespace kst {
 
 CheckBox::CheckBox() : KsCheckOrRadioBase(CHECK_BOX_HEADING) {}
 CheckBox::~CheckBox() = default;

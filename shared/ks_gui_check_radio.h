@@ -16,8 +16,6 @@ class QAbstractButton;
 class QCheckBox;
 class QGroupBox;
 
-namespace kst {
-
 /// What answers the toggles of check boxes or radio buttons. What the answer throws is shown in the critical
 /// box.
 class KsCheckOrRadioBase : public QObject {
@@ -42,6 +40,8 @@ private slots:
 private:
     const char* _heading;
 };
+
+namespace kst {
 
 /// One check box with a callback. Must live as long as the box can be toggled.
 class CheckBox : public KsCheckOrRadioBase {

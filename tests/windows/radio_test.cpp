@@ -164,6 +164,13 @@ protected:
     std::vector<bool> states;
 };
 
+TEST_F(CheckBox, is_known_to_the_toolkit_by_the_name_of_its_base)
+{
+    const QObject& object = handler;
+    EXPECT_STREQ(object.metaObject()->className(), "KsCheckOrRadioBase");
+    EXPECT_TRUE((std::is_base_of<::KsCheckOrRadioBase, kst::RadioGroupBase>::value));
+}
+
 TEST_F(CheckableGroupBox, calls_back_with_each_new_state)
 {
     handler.connect(box, [this](bool checked) { states.push_back(checked); });
