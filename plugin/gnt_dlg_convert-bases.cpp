@@ -4,6 +4,7 @@
 #include "plugin/gnt_dlg_convert-impl.h"
 
 #include "shared/ks_figure-height.h"
+#include "shared/ks_help.h"
 #include "shared/ks_property-setting.h"
 #include "shared/ks_string.h"
 
@@ -13,6 +14,7 @@
 
 #include <dzfigure.h>
 #include <dzfloatproperty.h>
+#include <dzfloatslider.h>
 
 #include <fmt/format.h>
 
@@ -54,7 +56,9 @@ GntConvertDialog::Impl::Dials GntConvertDialog::Impl::listDials() const
 
 std::string GntConvertDialog::Impl::makeDialHelp(const Dials& rows) const
 {
-    return fmt::format(dialHelp, kst::str::ToStd(ui.pgrpMorphBases->title()), QuoteHtml(rows[0].label),
+    // The names go into the finished text: they may hold what the help formatter takes for its marks.
+    return fmt::format(fmt::runtime(kst::daz::FormatHelp(dialHelp)),
+                       kst::str::ToStd(ui.pgrpMorphBases->title()), QuoteHtml(rows[0].label),
                        QuoteHtml(rows[1].label), QuoteHtml(rows[2].label));
 }
 
@@ -87,7 +91,8 @@ void GntConvertDialog::Impl::addDial(const Dial& dial, std::string_view help)
     const std::string name = HtmlEscape(dial.label);
     const auto pController = std::make_shared<kst::FloatSliderController>(
         row, nullptr, *pSetting, name, Sliders::Flags(Sliders::EditableText) | Sliders::DisplayAsPercent,
-        [pSetting](const float& value) { pSetting->getProperty().setValue(value); }, help);
+        [pSetting](const float& value) { pSetting->getProperty().setValue(value); });
+    pController->getWidget().setToolTip(ToQ(help));
     dials.push_back(pController);
     toolButtons.addLeftDefaultRightToolButtons(row, name, pSetting, pController);
 }

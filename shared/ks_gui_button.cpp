@@ -31,6 +31,15 @@
 
 namespace kst {
 
+namespace {
+
+std::string ToolTipOf(std::string_view text, std::string_view tooltip)
+{
+    return tooltip.empty() ? fmt::format("<b>{}</b>", text) : fmt::format("<b>{}:</b> {}", text, tooltip);
+}
+
+} // namespace
+
 ButtonHandler::ButtonHandler() = default;
 ButtonHandler::~ButtonHandler() = default;
 
@@ -76,17 +85,23 @@ void ToolButtons::addLeftDefaultRightToolButtons(QBoxLayout& layout, std::string
                                                  const std::shared_ptr<FloatSliderController>& pController)
 {
     const std::string dial = str::Quote(dialName);
-    addToolButton(
-        layout, ":/bootstrap/24/chevron-bar-left.png",
+    const auto add = [&](const char* iconPath, std::function<void()> callback, const char* text,
+                         const std::string& tooltip) {
+        QToolButton& button = addToolButton(layout, iconPath, std::move(callback), text, std::string_view());
+        // Past the help formatter, which would take what it knows of the name for marks of the text.
+        button.setToolTip(str::ToQ(ToolTipOf(text, tooltip)));
+    };
+    add(
+        ":/bootstrap/24/chevron-bar-left.png",
         [pSetting, pController] { pController->setWidgetValue(pSetting->getMin()); }, "Min",
         fmt::format("Sets the {} dial to the minimum value ({:03.1f}%).", dial, pSetting->getMin() * 100));
-    addToolButton(
-        layout, ":/bootstrap/24/stop-circle.png",
+    add(
+        ":/bootstrap/24/stop-circle.png",
         [pSetting, pController] { pController->setWidgetValue(pSetting->getDefault()); }, "Default",
         fmt::format("Sets the {} dial to the default value ({:03.1f}%).", dial,
                     pSetting->getDefault() * 100));
-    addToolButton(
-        layout, ":/bootstrap/24/chevron-bar-right.png",
+    add(
+        ":/bootstrap/24/chevron-bar-right.png",
         [pSetting, pController] { pController->setWidgetValue(pSetting->getMax()); }, "Max",
         fmt::format("Sets the {} dial to the maximum value ({:03.1f}%).", dial, pSetting->getMax() * 100));
 }
@@ -170,8 +185,7 @@ void SetUpToolButton(QToolButton& button, std::string_view iconPath, std::string
     button.setText(str::ToQ(text));
     qt::SetAccessibleName(button, str::ToQ(text));
     button.setStyleSheet(QLatin1String("QToolButton { padding: 0px; margin: 0px; }"));
-    SetHelp(button,
-            tooltip.empty() ? fmt::format("<b>{}</b>", text) : fmt::format("<b>{}:</b> {}", text, tooltip));
+    SetHelp(button, ToolTipOf(text, tooltip));
     const int side = button.fontMetrics().height();
     button.setIconSize(QSize(side, side));
     button.setToolButtonStyle(SetIcon(button, str::ToQ(iconPath)) ? Qt::ToolButtonIconOnly

@@ -63,7 +63,7 @@ public:
 
     /// Appends "Min", "Default" and "Max" for a dial. A click moves the slider alone; the setting follows
     /// when the dialog accepts.
-    /// @param dialName    as the tool tips name the dial
+    /// @param dialName    rich text, as the tool tips name the dial; shown as it is
     /// @param pSetting    its limits and default, in dial units (1.0 shows as 100 %)
     void addLeftDefaultRightToolButtons(QBoxLayout& layout, std::string_view dialName,
                                         const std::shared_ptr<FloatPropertySetting>& pSetting,

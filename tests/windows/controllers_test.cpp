@@ -247,6 +247,24 @@ TEST_F(DialRow, names_the_dial_and_the_values_in_percent_in_the_tool_tips)
               "<b>Max:</b> Sets the " + dial + " dial to the maximum value (100.0%).");
 }
 
+TEST_F(DialRow, names_any_dial_as_it_is_called)
+{
+    for (const std::string name : {"%PLUGINNAME%", "A%%B", "a ``b''", "%{c}%", "{} 100%"}) {
+        QWidget other;
+        QHBoxLayout otherRow(&other);
+        buttons.addLeftDefaultRightToolButtons(otherRow, name, setting, controller);
+        const auto tip = [&otherRow](int index) {
+            return ToStd(otherRow.itemAt(index)->widget()->toolTip());
+        };
+        EXPECT_EQ(tip(0), "<b>Min:</b> Sets the " + str::Quote(std::string_view(name)) +
+                              " dial to the minimum value (-100.0%).");
+        EXPECT_EQ(tip(1), "<b>Default:</b> Sets the " + str::Quote(std::string_view(name)) +
+                              " dial to the default value (0.0%).");
+        EXPECT_EQ(tip(2), "<b>Max:</b> Sets the " + str::Quote(std::string_view(name)) +
+                              " dial to the maximum value (100.0%).");
+    }
+}
+
 TEST_F(DialRow, moves_the_slider_at_a_click_and_the_setting_on_acceptance)
 {
     QTest::mouseClick(&button("Max"), Qt::LeftButton);

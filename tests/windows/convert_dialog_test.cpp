@@ -177,6 +177,15 @@ TEST_F(ConvertDialog, explains_all_dials_alike)
         EXPECT_EQ(ToStd(slider(row).toolTip()), help);
 }
 
+TEST_F(ConvertDialog, names_a_dial_in_the_explanation_as_it_is_called)
+{
+    dial(0).setLabel(QStringLiteral("%PLUGINNAME% A%%B %{c}% ``d"));
+    open();
+    const std::string name = "<b>" + Quote("%PLUGINNAME% A%%B %{c}% ``d") + "</b>, the matching";
+    for (int row = 0; row < 4; ++row)
+        EXPECT_NE(ToStd(slider(row).toolTip()).find(name), std::string::npos) << ToStd(slider(row).toolTip());
+}
+
 TEST_F(ConvertDialog, offers_to_match_the_height)
 {
     open();
