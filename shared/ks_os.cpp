@@ -30,51 +30,42 @@ const char* const ASSET_EDITOR_BUNDLE = "/Applications/Asset Editor.app";
 const char* const OPENER = "open";
 const char* const DESKTOP_OPENER = "xdg-open";
 
-bool StartDetached(const char* program, const QStringList& arguments)
+// Asks the desktop's file manager to show an item in its folder and, where that fails, opens the folder. A
+// shell does the waiting: the windows are not to stand still for it.
+const char* const SHELL = "/bin/sh";
+const char* const SHOW_SCRIPT =
+    "exec >/dev/null 2>&1; dbus-send --session --print-reply --reply-timeout=2000 "
+    "--dest=org.freedesktop.FileManager1 /org/freedesktop/FileManager1 "
+    "org.freedesktop.FileManager1.ShowItems \"array:string:$1\" string: || exec xdg-open \"$2\"";
+
+void StartDetached(const char* program, const QStringList& arguments)
 {
-    return QProcess::startDetached(QLatin1String(program), arguments);
+    QProcess::startDetached(QLatin1String(program), arguments);
 }
 
 /// Some desktops install their own opener under the same name; it refuses every option, which a detached
 /// start does not show.
-bool IsOpenerTheDesktopsOwn()
+bool HasOpener()
 {
     const char* const path = std::getenv("PATH");
     for (const std::string_view folder : str::ExplodeViewVector(path ? path : "", ":", false)) {
         const QFileInfo file(str::ToQ(str::MakePath(folder, OPENER)));
         if (file.isFile() && file.isExecutable()) {
             const std::string target = str::ToStd(QFileInfo(file.canonicalFilePath()).fileName());
-            return target == DESKTOP_OPENER || target == "run-mailcap";
+            return target != DESKTOP_OPENER && target != "run-mailcap";
         }
     }
     return false;
 }
 
-bool StartOpener(const QStringList& arguments)
-{
-    return !IsOpenerTheDesktopsOwn() && StartDetached(OPENER, arguments);
-}
-
-/// Asks the desktop's file manager to show the item in its folder.
-bool ShowInFileManager(const QFileInfo& item)
+void ShowInFileManager(const QFileInfo& item)
 {
     // dbus-send splits lists at commas, which addresses may hold as they are.
     QByteArray url = QUrl::fromLocalFile(item.absoluteFilePath()).toEncoded();
     url.replace(",", "%2C");
-    const int patienceMs = 2000;
-    const QStringList arguments = QStringList()
-                                  << QLatin1String("--session") << QLatin1String("--print-reply")
-                                  << QString(QLatin1String("--reply-timeout=%1")).arg(patienceMs)
-                                  << QLatin1String("--dest=org.freedesktop.FileManager1")
-                                  << QLatin1String("/org/freedesktop/FileManager1")
-                                  << QLatin1String("org.freedesktop.FileManager1.ShowItems")
-                                  << QLatin1String("array:string:") + QString::fromLatin1(url.constData())
-                                  << QLatin1String("string:");
-    // Not execute(): the reply is of no use, and it would go to the host's own output.
-    QProcess process;
-    process.start(QLatin1String("dbus-send"), arguments);
-    return process.waitForFinished(2 * patienceMs) && process.exitStatus() == QProcess::NormalExit &&
-           process.exitCode() == 0;
+    StartDetached(SHELL, QStringList()
+                             << QLatin1String("-c") << QLatin1String(SHOW_SCRIPT) << QLatin1String(SHELL)
+                             << QString::fromLatin1(url.constData()) << item.absolutePath());
 }
 
 } // namespace
@@ -127,9 +118,10 @@ void LaunchExplorerOrThrow(const std::string& path)
     const QFileInfo item(pathQ);
     if (!item.exists())
         throw Exception("file {} does not exist", str::Quote(std::string_view(path)));
-    if (StartOpener(QStringList() << QLatin1String("-R") << pathQ) || ShowInFileManager(item))
-        return;
-    StartDetached(DESKTOP_OPENER, QStringList() << item.absolutePath());
+    if (HasOpener())
+        StartDetached(OPENER, QStringList() << QLatin1String("-R") << pathQ);
+    else
+        ShowInFileManager(item);
 }
 
 std::string FindAssetEditor()
@@ -143,7 +135,9 @@ void LaunchAssetEditorWithFileOrThrow(std::string_view file)
     if (editor.empty())
         return;
     const QString fileQ = str::ToQ(file);
-    if (!StartOpener(QStringList() << QLatin1String("-a") << str::ToQ(editor) << fileQ))
+    if (HasOpener())
+        StartDetached(OPENER, QStringList() << QLatin1String("-a") << str::ToQ(editor) << fileQ);
+    else
         StartDetached(DESKTOP_OPENER, QStringList() << fileQ);
 }
 

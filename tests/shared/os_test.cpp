@@ -14,6 +14,8 @@
 #include <QTemporaryDir>
 #include <QThread>
 
+#include <algorithm>
+
 namespace {
 
 using kst::str::ToQ;
@@ -77,17 +79,20 @@ protected:
     }
     void TearDown() override { qputenv("PATH", _path); }
 
-    void addProgram(const char* name, int exitCode) const
+    /// @param before  what it does before it writes
+    void addProgram(const char* name, int exitCode, const QString& before = QString()) const
     {
         QFile script(programs() + QLatin1Char('/') + QLatin1String(name));
         ASSERT_TRUE(script.open(QIODevice::WriteOnly));
         const QString text = QStringLiteral("#!/bin/sh\n"
+                                            "%4\n"
                                             "line=%1\n"
                                             "for argument in \"$@\"; do line=\"$line|$argument\"; done\n"
                                             "printf '%s\\n' \"$line\" >> '%2'\n"
                                             "exit %3\n")
                                  .arg(QLatin1String(name), recordFile())
-                                 .arg(exitCode);
+                                 .arg(exitCode)
+                                 .arg(before);
         script.write(text.toUtf8());
         script.close();
         ASSERT_TRUE(script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
@@ -114,14 +119,19 @@ protected:
     {
         QElapsedTimer timer;
         timer.start();
-        std::vector<std::string> lines;
+        std::vector<std::string> lines = callsSoFar();
         while (lines.size() < expected && timer.elapsed() < 60000) {
-            QFile record(recordFile());
-            if (record.open(QIODevice::ReadOnly))
-                lines = kst::str::ExplodeVector(record.readAll().toStdString(), "\n", false, false);
             QThread::msleep(2);
+            lines = callsSoFar();
         }
         return lines;
+    }
+    std::vector<std::string> callsSoFar() const
+    {
+        QFile record(recordFile());
+        return record.open(QIODevice::ReadOnly)
+                   ? kst::str::ExplodeVector(record.readAll().toStdString(), "\n", false, false)
+                   : std::vector<std::string>();
     }
 
     std::string folder(const char* name) const { return ToStd(_folder.filePath(QLatin1String(name))); }
@@ -206,6 +216,26 @@ TEST_F(LaunchTest, knows_the_desktops_own_opener_by_any_name)
     addLink("open", "xdg-open");
     kst::os::LaunchExplorerOrThrow(file);
     EXPECT_EQ(calls(1), std::vector<std::string>{busCall(fileUrl())}) << "it takes no options";
+}
+
+TEST_F(LaunchTest, does_not_wait_for_any_program)
+{
+    // No longer than a minute, should nobody let it go.
+    const QString waiting = QStringLiteral("i=0; while [ ! -e '%1' ] && [ $i -lt 6000 ]; do /bin/sleep 0.01; "
+                                           "i=$((i + 1)); done")
+                                .arg(ToQ(folder("go")));
+    addProgram("dbus-send", 1, waiting);
+    addProgram("xdg-open", 0);
+    kst::os::LaunchExplorerOrThrow(file);
+    EXPECT_EQ(callsSoFar(), std::vector<std::string>{}) << "the file manager has not answered yet";
+    addProgram("open", 0, waiting);
+    kst::os::LaunchExplorerOrThrow(folder("Items"));
+    EXPECT_EQ(callsSoFar(), std::vector<std::string>{});
+    addFile("go");
+    std::vector<std::string> lines = calls(3);
+    std::sort(lines.begin(), lines.end());
+    EXPECT_EQ(lines, (std::vector<std::string>{busCall(fileUrl()), "open|-R|" + folder("Items"),
+                                               "xdg-open|" + folder("Items")}));
 }
 
 TEST_F(LaunchTest, is_content_when_no_program_is_there)
