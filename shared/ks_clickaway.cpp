@@ -3,7 +3,6 @@
 
 #include "shared/ks_clickaway.h"
 
-#include "shared/ks_assert.h"
 #include "shared/ks_gui.h"
 
 #include <vector>
@@ -54,6 +53,7 @@ bool ToplevelWindowLess::operator()(const std::shared_ptr<ToplevelWindow>& a,
 
 Snapshot::Snapshot()
 {
+    gui::AssertGuiThread();
     const QWidgetList widgets = QApplication::topLevelWidgets();
     for (QWidget* const widget : widgets)
         if (!widget->windowTitle().isEmpty())
@@ -69,9 +69,7 @@ public:
 
 Clickaway::Clickaway(bool pressFirstButton) : _pressFirstButton(pressFirstButton), _pImpl(new Impl)
 {
-    const bool connected = QObject::connect(&_pImpl->timer, SIGNAL(timeout()), this, SLOT(slotTimeout()));
-    assert(connected && "QObject connection failed");
-    Q_UNUSED(connected);
+    gui::ConnectSignal(_pImpl->timer, SIGNAL(timeout()), this, SLOT(slotTimeout()));
     _pImpl->timer.start(intervalMilliseconds);
 }
 

@@ -4,6 +4,7 @@
 #include "shared/ks_critical-box.h"
 
 #include "shared/ks_debug.h"
+#include "shared/ks_gui.h"
 #include "shared/ks_help.h"
 #include "shared/ks_product.h"
 #include "shared/ks_string.h"
@@ -30,6 +31,7 @@ void ShowBox(QMessageBox::Icon icon, const std::string& title, std::string_view 
 
 void CriticalBox(std::string_view heading, std::string_view message, QWidget* parent, bool log)
 {
+    gui::AssertGuiThread();
     const std::string version = MakeVersionStringOnly();
     if (log)
         Debug::Log("Critical error message box in {} {}: {}: {}", product::TITLE, version, heading, message);
@@ -39,6 +41,7 @@ void CriticalBox(std::string_view heading, std::string_view message, QWidget* pa
 
 void InfoBox(std::string_view heading, std::string_view message, QWidget* parent)
 {
+    gui::AssertGuiThread();
     ShowBox(QMessageBox::Information, fmt::format("{} {}", product::TITLE, MakeVersionStringOnly()), heading,
             message, parent);
 }

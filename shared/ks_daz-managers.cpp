@@ -4,6 +4,7 @@
 #include "shared/ks_daz-managers.h"
 
 #include "shared/ks_daz-checked.h"
+#include "shared/ks_gui.h"
 #include "shared/ks_string.h"
 
 #include <dzaction.h>
@@ -25,6 +26,7 @@ namespace daz {
 
 DzMainWindow* GetMainWindow(bool throwIfMissing)
 {
+    gui::AssertGuiThread();
     return CheckedIf(dzApp->getInterface(), throwIfMissing, "failed to get Daz Studio main window");
 }
 

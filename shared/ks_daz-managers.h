@@ -26,7 +26,8 @@ class DzViewport;
 class DzViewportMgr;
 
 /// Managers, panes, viewports and tools are the host's and are borrowed; all throw kst::Exception where one
-/// is missing and the flag, if any, is set.
+/// is missing and the flag, if any, is set. What is reached through the main window, and a viewport's camera,
+/// assert that this is the GUI thread.
 namespace kst {
 namespace daz {
 

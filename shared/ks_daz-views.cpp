@@ -4,6 +4,7 @@
 #include "shared/ks_daz-managers.h"
 
 #include "shared/ks_daz-checked.h"
+#include "shared/ks_gui.h"
 #include "shared/ks_helpers-daz.h"
 #include "shared/ks_string.h"
 
@@ -112,6 +113,7 @@ void SetMainViewportActive_X()
 
 DzCamera& GetViewportCamera_X(const DzViewport& viewport)
 {
+    gui::AssertGuiThread();
     const Dz3DViewport* const view = KsHelpersDaz::Get3dViewport(viewport);
     return Checked(view ? view->getCamera() : nullptr, "cannot get viewport camera");
 }

@@ -26,7 +26,7 @@ const int standardMargin = 10; // pixels
 
 } // namespace
 
-DialogBase::DialogBase(QWidget* parent) : QDialog(parent) {}
+DialogBase::DialogBase(QWidget* parent) : QDialog((gui::AssertGuiThread(), parent)) {}
 DialogBase::~DialogBase() = default;
 
 void DialogBase::accept()

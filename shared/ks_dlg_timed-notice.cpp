@@ -3,6 +3,7 @@
 
 #include "shared/ks_dlg_timed-notice.h"
 
+#include "shared/ks_gui.h"
 #include "shared/ks_product.h"
 #include "shared/ks_string.h"
 
@@ -12,7 +13,8 @@
 
 namespace kst {
 
-TimedNoticeBox::TimedNoticeBox(QWidget* parent, std::string_view text, int milliseconds) : QMessageBox(parent)
+TimedNoticeBox::TimedNoticeBox(QWidget* parent, std::string_view text, int milliseconds)
+    : QMessageBox((gui::AssertGuiThread(), parent))
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(str::ToQ(product::TITLE));

@@ -102,11 +102,13 @@ void CollectPushButtons(QWidget* widget, std::vector<QPushButton*>& buttons)
 
 void PushButtonClick(QPushButton& button)
 {
+    AssertGuiThread();
     button.animateClick(100);
 }
 
 void ShowHideLayout(QLayout& layout, bool show)
 {
+    AssertGuiThread();
     for (int i = 0; i < layout.count(); ++i) {
         QLayoutItem* const item = layout.itemAt(i);
         if (QWidget* const widget = item->widget())
@@ -125,6 +127,7 @@ void ShowHideGroupBox(QGroupBox& box, bool show)
 
 bool AskCustomActionOrCancel(QWidget* parent, const char* title, const char* text, const char* actionText)
 {
+    AssertGuiThread();
     QMessageBox box(QMessageBox::Question, str::ToQ(title), str::ToQ(text), QMessageBox::NoButton,
                     parent ? parent : dzApp->getDialogParent());
     const QPushButton* const action = box.addButton(str::ToQ(actionText), QMessageBox::AcceptRole);

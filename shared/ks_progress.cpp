@@ -18,6 +18,7 @@ namespace {
 
 const std::string& FirstOf(const std::vector<std::string>& steps)
 {
+    gui::AssertGuiThread();
     const std::size_t cSteps = steps.size();
     assert(cSteps > 0);
     Q_UNUSED(cSteps);
@@ -35,6 +36,7 @@ struct SimpleProgress::Impl {
 
     const std::string& advance()
     {
+        gui::AssertGuiThread();
         assert(currentStep < cSteps);
         const std::string& text = steps[currentStep++];
         progress.setInfo(str::ToQ(text));
@@ -75,6 +77,7 @@ std::size_t SimpleProgress::getStep() const
 
 void SimpleProgress::done() const
 {
+    gui::AssertGuiThread();
     _pImpl->currentStep = _pImpl->cSteps - 1;
     _pImpl->progress.step();
 }

@@ -19,12 +19,14 @@ Timer::~Timer() = default;
 
 void Timer::launchSingle(int milliseconds, std::function<void()> callback)
 {
+    gui::AssertGuiThread();
     _callback = std::move(callback);
     QTimer::singleShot(milliseconds, this, SLOT(slotElapsedOneshot()));
 }
 
 void Timer::launchRepeat(int milliseconds, std::function<void()> callback)
 {
+    gui::AssertGuiThread();
     _callback = std::move(callback);
     _pTimer.reset(new QTimer);
     gui::ConnectSignal(*_pTimer, SIGNAL(timeout()), this, SLOT(slotElapsedRepeat()));
@@ -50,6 +52,7 @@ void Timer::runCallback()
 
 GuiSleep::GuiSleep(int milliseconds) : _pEventLoop(new QEventLoop)
 {
+    gui::AssertGuiThread();
     QTimer::singleShot(milliseconds, this, SLOT(slotTimer()));
     _pEventLoop->exec();
     _pEventLoop.reset();

@@ -3,6 +3,8 @@
 
 #include "shared/ks_wait-cursor.h"
 
+#include "shared/ks_gui.h"
+
 #include <QApplication>
 #include <QCursor>
 
@@ -20,6 +22,7 @@ WaitCursor::~WaitCursor()
 
 void WaitCursor::again()
 {
+    gui::AssertGuiThread();
     if (_pushed)
         return;
     QApplication::setOverrideCursor(_busyOnly ? Qt::BusyCursor : Qt::WaitCursor);
@@ -28,6 +31,7 @@ void WaitCursor::again()
 
 void WaitCursor::restore()
 {
+    gui::AssertGuiThread();
     if (!_pushed)
         return;
     QApplication::restoreOverrideCursor();
