@@ -38,6 +38,9 @@ public:
     void setEnabled(bool enabled) override;
     S& getWidget() const override { return _slider; }
 
+    /// Gives the slider the setting's limits and value, and shows it as the flags say.
+    void setUpSlider(NumericSetting<T>& setting, SliderControllerRoot::Flags flags);
+
 protected:
     /// @param label    shows the name in bold and stands before the slider; may be null
     /// @param name     rich text; also names the slider to screen readers
@@ -50,8 +53,6 @@ protected:
     void handleValueChanged(T value);
 
 private:
-    void setUpSlider(NumericSetting<T>& setting, SliderControllerRoot::Flags flags);
-
     S& _slider;
 };
 

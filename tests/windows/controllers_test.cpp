@@ -143,6 +143,20 @@ TEST_F(SliderController, sets_the_host_slider_up_from_the_setting)
                                        "dial\xE2\x80\x9D.");
 }
 
+TEST_F(SliderController, can_set_its_slider_up_anew)
+{
+    NumericSetting<int> setting(0, 5, 0, 10);
+    IntSliderController controller(row, nullptr, setting, "Level", SliderControllerRoot::EditableText, {});
+    NumericSetting<int> other(0, 40, 20, 50);
+    controller.setUpSlider(other, SliderControllerRoot::DisplayAsPercent);
+    const DzIntSlider& slider = controller.getWidget();
+    EXPECT_EQ(slider.getMin(), 20);
+    EXPECT_EQ(slider.getMax(), 50);
+    EXPECT_EQ(slider.getValue(), 40);
+    EXPECT_FALSE(slider.isTextEditable());
+    EXPECT_TRUE(slider.isDisplayedAsPercent());
+}
+
 TEST_F(SliderController, turns_its_flags_into_the_sliders_options)
 {
     typedef SliderControllerRoot Root;
