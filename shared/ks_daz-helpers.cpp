@@ -49,7 +49,8 @@ std::vector<DzNode*> GetSceneSelection()
     std::vector<DzNode*> nodes;
     DzNodeListIterator iterator = dzScene->selectedNodeListIterator();
     while (iterator.hasNext())
-        nodes.push_back(iterator.next());
+        if (DzNode* const node = iterator.next())
+            nodes.push_back(node);
     return nodes;
 }
 

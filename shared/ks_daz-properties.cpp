@@ -32,9 +32,11 @@ DzProperty* FindInModifiers(const DzNode& node, const QString& name, bool throwI
     const DzModifier* const named = object->findModifier(name);
     if (named && named->getNumProperties() == 1)
         return named->getProperty(0);
-    for (int i = 0; i < object->getNumModifiers(); ++i)
-        if (DzProperty* const property = object->getModifier(i)->findProperty(name))
+    for (int i = 0; i < object->getNumModifiers(); ++i) {
+        const DzModifier* const modifier = object->getModifier(i);
+        if (DzProperty* const property = modifier ? modifier->findProperty(name) : nullptr)
             return property;
+    }
     return nullptr;
 }
 

@@ -53,7 +53,8 @@ MorphPathTree::~MorphPathTree() = default;
 
 void MorphPathTree::insertPathsFromNode(DzNode& node)
 {
-    const QStringList paths = node.getPropertyGroups()->getAllPaths();
+    const DzPropertyGroupTree* const groups = node.getPropertyGroups();
+    const QStringList paths = groups ? groups->getAllPaths() : QStringList();
     for (const QString& path : paths)
         insertOne(str::ExplodeVector(path, "/", false, false));
 }

@@ -3,6 +3,7 @@
 
 #include "shared/ks_filtered-save.h"
 
+#include "shared/ks_daz-checked.h"
 #include "shared/ks_daz-helpers.h"
 #include "shared/ks_daz-managers.h"
 #include "shared/ks_exception.h"
@@ -33,7 +34,8 @@ namespace {
 DzSettings& NestedSet(DzSettings& settings, const QString& key)
 {
     DzSettings* const present = settings.getSettingsValue(key);
-    return present ? *present : *settings.setSettingsValue(key);
+    return daz::Checked(present ? present : settings.setSettingsValue(key),
+                        "failed to create options for saving");
 }
 
 FilteredSave::RunGetOptions Asking(bool showOptions)

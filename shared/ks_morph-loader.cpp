@@ -295,8 +295,9 @@ std::string MorphLoaderBatch::Exec_X(DzNode* node, std::string_view objFile, std
     PrepareImportSettings_X(settings, importSettingsJson);
 
     const std::unique_ptr<MorphLoader> loader = MorphLoader::CreateMlpInstance_X();
-    const MorphLoader::LoadMode mode = node->inherits("DzFigure") ? MorphLoader::LoadMode::SingleSkinFigure
-                                                                  : MorphLoader::LoadMode::PrimaryNode;
+    const MorphLoader::LoadMode mode = node && node->inherits("DzFigure")
+                                           ? MorphLoader::LoadMode::SingleSkinFigure
+                                           : MorphLoader::LoadMode::PrimaryNode;
     if (!loader->setLoadMode(mode, node))
         throw Exception("incompatible load mode");
     loader->setFilename(str::ToQ(objFile));

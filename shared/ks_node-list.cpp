@@ -54,7 +54,7 @@ bool NodeList::ForEachNode(const DzNode* root, const std::function<bool(DzNode&)
     DzNodeListIterator iterator = root ? root->nodeChildrenIterator() : dzScene->nodeListIterator();
     while (iterator.hasNext()) {
         DzNode* const node = iterator.next();
-        if (!visitor(*node) || !ForEachNode(node, visitor))
+        if (node && (!visitor(*node) || !ForEachNode(node, visitor)))
             return false;
     }
     return true;

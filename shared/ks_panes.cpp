@@ -242,6 +242,9 @@ QObject* SmartContentPane::tab_X(const char* getter) const
 {
     const QMetaMethod method = FindMethodOrThrow(*object().metaObject(), getter);
     const QByteArray type = qt::ReturnTypeName(method);
+    // Anything but a pointer would not fit into one.
+    if (!type.endsWith('*'))
+        throwCannotInvoke(method);
     QObject* tab = nullptr;
     if (!method.invoke(&object(), Qt::DirectConnection, QGenericReturnArgument(type.constData(), &tab)))
         throwCannotInvoke(method);

@@ -83,6 +83,11 @@ TEST_F(MagicTest, refuses_a_node_that_the_load_mode_does_not_suit)
                                                 0.0f);
               }),
               "incompatible load mode");
+    EXPECT_EQ(MessageOf([] {
+                  kst::MorphLoaderBatch::Exec_X(nullptr, "a.obj", "A", QString(), false, 0, "/A", false, "",
+                                                0.0f);
+              }),
+              "incompatible load mode");
     EXPECT_EQ(MessageOf([&] {
                   kst::MorphLoaderBatch::Exec_X(&empty, "a.obj", "A", QLatin1String("{oops"), false, 0, "/A",
                                                 false, "", 0.0f);

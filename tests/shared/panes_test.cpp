@@ -17,6 +17,9 @@
 #include <QElapsedTimer>
 #include <QFile>
 
+#include <cstdio>
+#include <cstdlib>
+
 using namespace kst::daz;
 
 namespace {
@@ -42,6 +45,16 @@ public:
             QCoreApplication::processEvents();
         return QObjectList();
     }
+};
+
+/// Answers with something else where others have a tab.
+class TablessPane : public DzPane {
+    Q_OBJECT
+public:
+    TablessPane() : DzPane(QStringLiteral("Smart Content")) {}
+    Q_INVOKABLE void setCurrentTab(int) {}
+    Q_INVOKABLE QString getFileContentTab() { return QStringLiteral("none"); }
+    Q_INVOKABLE void getProductContentTab() {}
 };
 
 DzPane* FindPane(const char* name)
@@ -249,6 +262,26 @@ TEST_F(PanesTest, answer_scripts)
         " MainWindow.getPaneMgr().findPane('DzContentLibraryPane').getSelectedAssets().length].join()"));
     EXPECT_TRUE(script.execute()) << script.errorMessage().toStdString();
     EXPECT_EQ(script.result().toString().toStdString(), "Chair,/Things/Chair.duf," + chair + ",0");
+}
+
+using PanesDeathTest = PanesTest;
+
+/// A process of its own, since a wrapper class looks for its methods once in a process.
+TEST_F(PanesDeathTest, need_tabs_that_are_objects)
+{
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_EXIT(
+        {
+            TablessPane pane;
+            const SmartContentPane smart(pane);
+            const std::string files = MessageOf([&] { smart.browseToAssetInFilesTab_X("", {}); });
+            const std::string products = MessageOf([&] { smart.browseToProductInProductsTab_X("", {}); });
+            std::fprintf(stderr, "[%s, %s]", files.c_str(), products.c_str());
+            std::_Exit(0);
+        },
+        testing::ExitedWithCode(0),
+        "\\[failed to invoke .*TablessPane::getFileContentTab\\(\\), "
+        "failed to invoke .*TablessPane::getProductContentTab\\(\\)\\]");
 }
 
 } // namespace
