@@ -31,27 +31,33 @@ protected:
 
 /// Loading fills the cache when nothing was loaded or stored before; storing fills both store and cache.
 class AppSettingsStorageInt : public AppSettingsStorageBase {
-protected:
-    AppSettingsStorageInt(DzAppSettings& settings, std::string_view key);
+public:
     /// @param defaultValue  for a key that the store does not have
     void loadInt(int& cache, int defaultValue);
     void storeInt(int& cache, int value);
+
+protected:
+    AppSettingsStorageInt(DzAppSettings& settings, std::string_view key);
 };
 
 class AppSettingsStorageFloat : public AppSettingsStorageBase {
-protected:
-    AppSettingsStorageFloat(DzAppSettings& settings, std::string_view key);
+public:
     /// @param defaultValue  for a key that the store does not have
     void loadFloat(float& cache, float defaultValue);
     void storeFloat(float& cache, float value);
+
+protected:
+    AppSettingsStorageFloat(DzAppSettings& settings, std::string_view key);
 };
 
 class AppSettingsStorageString : public AppSettingsStorageBase {
-protected:
-    AppSettingsStorageString(DzAppSettings& settings, std::string_view key);
+public:
     /// @param defaultValue  UTF-8; for a key that the store does not have, and for an empty text in it
     void loadString(std::string& cache, const std::string& defaultValue);
     void storeString(std::string& cache, const std::string& value);
+
+protected:
+    AppSettingsStorageString(DzAppSettings& settings, std::string_view key);
 };
 
 class BoolAppSetting : public SettingBase<bool>, public AppSettingsStorageBase {

@@ -45,6 +45,33 @@ TEST_F(AppSettingTest, has_its_default_at_hand_when_the_store_has_another_value)
     EXPECT_EQ(setting.getDefault(), 7);
 }
 
+TEST_F(AppSettingTest, loads_and_stores_a_number_or_a_text_for_whoever_keeps_it)
+{
+    kst::IntAppSetting setting(store, "Key", 0);
+    kst::AppSettingsStorageInt& integer = setting;
+    int count = 1;
+    integer.loadInt(count, 7);
+    EXPECT_EQ(count, 7);
+    integer.storeInt(count, 3);
+    EXPECT_EQ(count, 3);
+    EXPECT_EQ(store.getIntValue(key, -1), 3);
+
+    kst::FloatAppSetting floatSetting(store, "Key", 0.0f);
+    float share = 0.0f;
+    floatSetting.loadFloat(share, 1.0f);
+    EXPECT_EQ(share, 3.0f);
+    floatSetting.storeFloat(share, 0.5f);
+    EXPECT_EQ(store.getFloatValue(key, -1), 0.5);
+
+    kst::StringAppSetting textSetting(store, "Text", "");
+    std::string text = "before";
+    textSetting.loadString(text, "Vera");
+    EXPECT_EQ(text, "Vera");
+    textSetting.storeString(text, "Otto");
+    EXPECT_EQ(store.getStringValue(QStringLiteral("Text")), QStringLiteral("Otto"));
+    store.removeValue(QStringLiteral("Text"));
+}
+
 TEST_F(AppSettingTest, writes_every_change_at_once)
 {
     {
