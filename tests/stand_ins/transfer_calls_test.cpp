@@ -1,0 +1,36 @@
+// What the Transfer Utility is told when there is no morph to name.
+// SPDX-License-Identifier: MIT
+
+#include "tests/stand_ins/noting_tools.h"
+
+#include "plugin/gnt_convert-impl.h"
+#include "tests/windows/success_dialog_scene.h"
+
+#include <dzfigure.h>
+#include <dzfloatproperty.h>
+
+namespace {
+
+/// Of a conversion of Vera to Nova.
+class TransferCalls : public SuccessDialogTest {
+protected:
+    void SetUp() override
+    {
+        SuccessDialogTest::SetUp();
+        kst::daz::FindFloatProperty(*source, kst::daz::PropertyLocation::Any, "Wide", true)->setValue(1.0f);
+        noting::calls.clear();
+    }
+};
+
+TEST_F(TransferCalls, ask_for_all_morphs_and_list_none_when_none_is_named)
+{
+    GntConverter::Impl(params).runTransferUtility(*source, *target, {});
+    EXPECT_EQ(noting::calls,
+              (std::vector<std::string>{
+                  "setSource Vera", "setTarget Nova", "setParentToFigure false", "setTransferBinding true",
+                  "setTransferSelectionMap true", "setTransferFaceGroups true",
+                  "setTransferRegionGroups true", "setTransferMorphs true", "setTransferSourceMorphs 5",
+                  "setOverrideExistingMorphs true", "setTargetReplacesSource false", "doTransfer"}));
+}
+
+} // namespace
