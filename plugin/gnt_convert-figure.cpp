@@ -94,11 +94,12 @@ std::shared_ptr<GntParams> GntConverter::FindSourceAndTargetInSceneSelected_X()
     std::vector<DzNode*> sources, targets;
     GntCloneShape cloneShape = GntCloneShape::Genesis3Female;
     for (DzNode* const selected : kst::daz::GetSceneSelection()) {
-        DzNode* const node = kst::daz::ResolveBone(selected);
-        const kst::daz::BaseFigure figure = kst::daz::GetBaseFigure(kst::daz::GetNodeAssetUri(*node));
+        DzNode* const node = kst::daz::ResolveBone(selected); // null for a bone that has lost its figure
+        const kst::daz::BaseFigure figure =
+            node ? kst::daz::GetBaseFigure(kst::daz::GetNodeAssetUri(*node)) : kst::daz::BaseFigure::None;
         if (figure == kst::daz::BaseFigure::None)
             throw kst::Exception("selected figure {} is not a Genesis 3, 8, 8.1, or 9 figure",
-                                 kst::str::Quote(node->getLabel()));
+                                 kst::str::Quote((node ? node : selected)->getLabel()));
         if (figure == kst::daz::BaseFigure::Genesis9)
             targets.push_back(node);
         for (const SourceKind& kind : sourceKinds) {

@@ -109,6 +109,20 @@ TEST_F(SelectionTest, names_a_node_of_no_known_kind)
                                     "Chair\xE2\x80\x9D is not a Genesis 3, 8, 8.1, or 9 figure");
 }
 
+TEST_F(SelectionTest, names_a_bone_that_belongs_to_no_figure)
+{
+    DzFigure& source = LoadMini(genesis8);
+    DzFigure& target = LoadMini(genesis9);
+    auto* const bone = new DzBone;
+    bone->setLabel(QLatin1String("Lost Head"));
+    bone->setAssetUri(source.getAssetUri()); // whatever it came from, it is no figure
+    dzScene->addNode(bone);
+    ASSERT_EQ(bone->getSkeleton(), nullptr);
+    select({bone, &source, &target});
+    EXPECT_EQ(messageOfSelection(),
+              "selected figure " + Quoted("Lost Head") + " is not a Genesis 3, 8, 8.1, or 9 figure");
+}
+
 TEST_F(SelectionTest, names_each_dial_that_the_target_lacks)
 {
     const std::string noProperty =
