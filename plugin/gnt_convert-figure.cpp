@@ -116,7 +116,7 @@ std::shared_ptr<GntParams> GntConverter::FindSourceAndTargetInSceneSelected_X()
     DzFigure& source = kst::daz::ResolveToFigure_X(*sources.front());
     const int subdLevel = kst::daz::FindSubdivisionLevelIntProperty(source, true)->getValue();
     DzFigure& target = kst::daz::ResolveToFigure_X(*targets.front());
-    DzFloatProperty& height = kst::MorphList::FindMorphProperty_X(target, "body_bs_ProportionHeight");
+    DzFloatProperty& height = Impl::FindMorphProperty_X(target, "body_bs_ProportionHeight");
     return std::make_shared<GntParams>(source, subdLevel, cloneShape, target, height);
 }
 

@@ -42,6 +42,8 @@ public:
     /// resolution.
     void restoreSourceAndTargetParams();
 
+    /// From the node's morph list, so that a figure with an unsound morph is refused.
+    static DzFloatProperty& FindMorphProperty_X(DzNode& node, std::string_view name);
     /// Base, or subdivided at the level, whose maximum is raised to it where needed.
     static void SetResolution_X(DzFigure& figure, GntResolution resolution, int subdLevel);
 

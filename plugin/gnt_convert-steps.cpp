@@ -157,13 +157,19 @@ DzFigure& GntConverter::Impl::loadGenesis_X(GntLoadFigure which, GntResolution r
     return figure;
 }
 
+DzFloatProperty& GntConverter::Impl::FindMorphProperty_X(DzNode& node, std::string_view name)
+{
+    const std::shared_ptr<kst::MorphInfo> info = kst::MorphList(node).findMorphByName(name);
+    return info ? *info->property : kst::MorphList::FindMorphProperty_X(node, name); // tells what is wrong
+}
+
 DzFigure& GntConverter::Impl::S3_LoadTempG9ForFitSuit_X(GntResolution resolution)
 {
     DzFigure* const pfigTempG9ForFitSuit =
         &loadGenesis_X(GntLoadFigure::Genesis9DeveloperLoad, resolution, pParams->iSubdLevelSource);
     const std::string_view cloneName = GntClonePropertyName(pParams->cloneShape);
     if (!cloneName.empty())
-        kst::MorphList::FindMorphProperty_X(*pfigTempG9ForFitSuit, cloneName).setValue(1.0f);
+        FindMorphProperty_X(*pfigTempG9ForFitSuit, cloneName).setValue(1.0f);
     if (GntNeedsThighPose(pParams->cloneShape)) {
         kst::daz::SetBoneValueOrThrow(*pfigTempG9ForFitSuit, "l_thigh", "ZRotate", GNT_THIGH_DEGREES);
         kst::daz::SetBoneValueOrThrow(*pfigTempG9ForFitSuit, "r_thigh", "ZRotate", -GNT_THIGH_DEGREES);

@@ -183,7 +183,7 @@ TEST(ManualNames, tells_of_the_messages_of_the_library_below)
             EXPECT_TRUE(HasMessage(message)) << name;
     for (const char* const message :
          {"node {} is not a DzFigure", "failed to export OBJ {}: {}", "failed to export import OBJ {}: {}",
-          "failed to find property {} in node {}", "expected modifier to have exactly one property",
+          "cannot find morph {} in node {}", "expected modifier to have exactly one property",
           "failed to get Daz Studio main window", "failed to get Daz Studio content manager",
           "failed to get Daz Studio asset manager", "failed to get Daz Studio asset IO manager",
           "failed to get Daz Studio action manager", "failed to find DzObjExporter",

@@ -5,6 +5,7 @@
 
 #include "dzbox3.h"
 #include "dzintproperty.h"
+#include "dzmorph.h"
 #include "host/tools/morph_load.h"
 #include "plugin/gnt_convert-impl.h"
 #include "plugin/gnt_outcome-texts.h"
@@ -372,6 +373,21 @@ private:
     QString _end;
     std::function<bool()> _answer;
 };
+
+TEST_F(EdgeCase, a_temporary_figure_with_a_morph_of_two_dials_is_refused)
+{
+    loadPair(genesis8Female);
+    target->setLabel(QLatin1String("Nova"));
+    const auto impl = makeImpl();
+    const AtOperation listener(".lodlevel=0", [] {
+        DzNode& loaded = *dzScene->findNodeByLabel(QLatin1String("Genesis 9"));
+        kst::MorphList::FindMorph_X(loaded, "CloneGenesis3Male")
+            .addProperty(new DzFloatProperty(QStringLiteral("Second"), true, false));
+        return true;
+    });
+    EXPECT_EQ(MessageOf([&] { impl->S3_LoadTempG9ForFitSuit_X(GntResolution::Base); }),
+              "expected modifier to have exactly one property");
+}
 
 /// As what the system prints of a failed assertion.
 std::string Assertion(const std::string& expression)

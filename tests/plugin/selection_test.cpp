@@ -9,6 +9,8 @@
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzintproperty.h"
+#include "dzmorph.h"
+#include "dzobject.h"
 #include "dzproperty.h"
 #include "dzuri.h"
 #include "plugin/gnt_convert-figure.h"
@@ -144,6 +146,53 @@ TEST_F(SelectionTest, names_each_dial_that_the_target_lacks)
             ->setName(QLatin1String("renamed"));
         EXPECT_EQ(messageOfSelection(), message);
     }
+}
+
+TEST_F(SelectionTest, refuses_a_target_with_a_morph_of_two_dials)
+{
+    DzFigure& source = LoadMini(genesis8);
+    DzFigure& target = LoadMini(genesis9);
+    select({&source, &target});
+    kst::MorphList::FindMorph_X(target, "CloneGenesis3Male") // none that this conversion uses
+        .addProperty(new DzFloatProperty(QStringLiteral("Second"), true, false));
+    EXPECT_EQ(messageOfSelection(), "expected modifier to have exactly one property");
+}
+
+TEST_F(SelectionTest, names_what_a_figure_without_geometry_lacks)
+{
+    DzFigure& stock = LoadMini(genesis8);
+    DzFigure& target = LoadMini(genesis9);
+    auto* const bare = new DzFigure;
+    bare->setName(QLatin1String("Bare"));
+    bare->setLabel(QLatin1String("Bare One"));
+    bare->setAssetUri(stock.getAssetUri());
+    dzScene->addNode(bare);
+    select({bare, &target});
+    EXPECT_EQ(messageOfSelection(),
+              "node " + Quoted("Bare") + " (" + Quoted("Bare One") + ") has no DzObject");
+    bare->setAssetUri(target.getAssetUri());
+    select({&stock, bare});
+    EXPECT_EQ(messageOfSelection(),
+              "cannot find morph " + Quoted("body_bs_ProportionHeight") + " in node " + Quoted("Bare One"));
+    bare->setObject(new DzObject);
+    bare->setAssetUri(stock.getAssetUri());
+    select({bare, &target});
+    EXPECT_EQ(messageOfSelection(), "node " + Quoted("Bare One") + " has no DzShape");
+}
+
+TEST_F(SelectionTest, names_a_node_that_is_no_figure_but_comes_from_one)
+{
+    DzFigure& source = LoadMini(genesis8);
+    DzFigure& target = LoadMini(genesis9);
+    auto* const prop = new DzNode;
+    prop->setLabel(QLatin1String("Copy"));
+    dzScene->addNode(prop);
+    prop->setAssetUri(source.getAssetUri());
+    select({prop, &target});
+    EXPECT_EQ(messageOfSelection(), "node " + Quoted("Copy") + " is not a DzFigure");
+    prop->setAssetUri(target.getAssetUri());
+    select({&source, prop});
+    EXPECT_EQ(messageOfSelection(), "node " + Quoted("Copy") + " is not a DzFigure");
 }
 
 TEST_F(SelectionTest, needs_no_clone_dial_of_another_generation)
