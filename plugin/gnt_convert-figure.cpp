@@ -170,7 +170,7 @@ GntConverter::Impl::Impl(std::shared_ptr<GntParams> params)
     activeMorphs = kst::MorphList(pParams->figSource).getActiveProperties();
     if (activeMorphs.empty())
         throw kst::Exception("source figure {} has no morphs dialed in; nothing to do",
-                             kst::str::ToStd(pParams->figSource.getLabel()));
+                             kst::str::Quote(pParams->figSource.getLabel()));
     sourceResolution = kst::daz::GetNodeResolution(pParams->figSource);
 }
 

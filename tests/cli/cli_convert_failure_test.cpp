@@ -112,8 +112,9 @@ TEST_F(ConvertFailure, wants_files_that_can_be_loaded)
 
 TEST_F(ConvertFailure, wants_a_source_that_is_shaped)
 {
-    expectFailure(convertFrom(sourceFile()), 1,
-                  "Source figure Genesis 8 Female has no morphs dialed in; nothing to do.");
+    expectFailure(
+        convertFrom(sourceFile()), 1,
+        "Source figure \xE2\x80\x9CGenesis 8 Female\xE2\x80\x9D has no morphs dialed in; nothing to do.");
 }
 
 TEST_F(ConvertFailure, wants_dials_that_the_source_has)

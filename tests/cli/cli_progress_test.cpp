@@ -47,8 +47,8 @@ TEST_F(ProgressOnTerminal, leaves_the_error_alone_on_the_line)
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_NE(result.bytes.find(steps[0]), std::string::npos);
     ASSERT_EQ(result.screen.size(), 1u);
-    EXPECT_EQ(result.screen.front(),
-              "gantrel: Source figure Genesis 8 Female has no morphs dialed in; nothing to do.");
+    EXPECT_EQ(result.screen.front(), "gantrel: Source figure \xE2\x80\x9CGenesis 8 Female\xE2\x80\x9D has no "
+                                     "morphs dialed in; nothing to do.");
 }
 
 TEST_F(ProgressOnTerminal, keeps_to_one_line_of_a_narrow_window)

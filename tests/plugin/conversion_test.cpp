@@ -139,7 +139,7 @@ TEST_F(ConversionTest, refuses_a_source_without_morphs)
     dial(*source, "Wide").setValue(0.0f);
     dial(*source, "Bulge").setValue(0.0f);
     EXPECT_EQ(MessageOf([&] { convert(GntJobFlag::Full); }),
-              "source figure Vera has no morphs dialed in; nothing to do");
+              "source figure " + Quoted("Vera") + " has no morphs dialed in; nothing to do");
 }
 
 TEST_F(ConversionTest, loads_the_head_split_once_for_head_and_body)

@@ -78,7 +78,7 @@ TEST_F(ExecTest, asks_nothing_when_there_is_nothing_to_convert)
 {
     kst::daz::FindFloatProperty(*source, kst::daz::PropertyLocation::Any, "Wide", true)->setValue(0.0f);
     EXPECT_EQ(MessageOf([] { GntConverter::Exec_X(nullptr); }),
-              "source figure Vera has no morphs dialed in; nothing to do");
+              "source figure " + Quoted("Vera") + " has no morphs dialed in; nothing to do");
     EXPECT_FALSE(forms.question);
 }
 

@@ -120,7 +120,7 @@ TEST_F(TempFolderTest, goes_when_there_is_nothing_to_convert)
     dial(*source, "Wide").setValue(0.0f);
     dial(*source, "Bulge").setValue(0.0f);
     EXPECT_EQ(MessageOf([&] { convert(GntJobFlag::Full); }),
-              "source figure Vera has no morphs dialed in; nothing to do");
+              "source figure " + Quoted("Vera") + " has no morphs dialed in; nothing to do");
     EXPECT_TRUE(OwnFolders().isEmpty());
 }
 
