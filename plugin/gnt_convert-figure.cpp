@@ -211,11 +211,6 @@ void GntConverter::Impl::restoreSourceAndTargetParams()
         pParams->figSource.setLabel(savedSourceLabel);
         savedSourceLabel = QString();
     }
-    // Who has got another label since keeps it: the target may be among them.
-    for (const LentLabel& label : lentLabels)
-        if (label.node && dzScene->findNodeIndex(label.node) >= 0 && label.node->getLabel() == label.lent)
-            label.node->setLabel(label.own);
-    lentLabels.clear();
     if (sourceResolutionChanged)
         kst::daz::SetNodeResolution(pParams->figSource, sourceResolution, false);
 }

@@ -10,7 +10,6 @@
 #include "shared/ks_morphlist.h"
 #include "shared/ks_node-list.h"
 
-#include <QPointer>
 #include <QString>
 
 #include <dzappsettings.h>
@@ -27,11 +26,6 @@ class SimpleProgress;
 class GntConverter::Impl {
 public:
     typedef std::vector<kst::MorphList::ActiveMorph> MorphValues; ///< (name, dial value) pairs
-
-    struct LentLabel {
-        QPointer<DzNode> node;
-        QString own, lent;
-    };
 
     explicit Impl(std::shared_ptr<GntParams> params);
     ~Impl();
@@ -78,9 +72,6 @@ public:
                                              int subdLevel, float sign);
     void loadHeadSplitDFormerOnce_X();
     std::string getAbsolutePath_X(const char* relativePath);
-    /// Lends every node of that label another until the figures are restored: a figure that is loaded gets
-    /// its label only while nobody has it.
-    void clearLabel(const char* label);
 
     // The driver's paragraphs, in order.
     DzNode& makeMorphedStockMesh_X(const kst::daz::SimpleProgress& progress, GntResolution resolution);
@@ -103,7 +94,6 @@ public:
     std::array<std::string, GNT_FIGURE_FILES.size()> figureFiles; ///< absolute, in GntLoadFigure's order
     kst::NodeList nodeList;
     QString savedSourceLabel;                      ///< empty when the source has its own label
-    std::vector<LentLabel> lentLabels;             ///< of nodes that only stand in the way
     std::map<DzFloatProperty*, float> savedValues; ///< of the target, from before the conversion
     kst::daz::NodeResolution sourceResolution = kst::daz::NodeResolution::Unknown;
     bool sourceResolutionChanged = false;

@@ -36,12 +36,6 @@ DzFloatProperty& OwnFloatProperty_X(const DzNode& node, const char* name)
     return *kst::daz::FindFloatProperty(node, kst::daz::PropertyLocation::Node, name, true);
 }
 
-/// Unlike any other in the scene, and telling whose it is.
-QString UniqueLabel(const QString& label)
-{
-    return ToQ(fmt::format("{}-{}", ToStd(label), kst::str::MakeRandomString(8)));
-}
-
 } // namespace
 
 void GntConverter::Impl::SetResolution_X(DzFigure& figure, GntResolution resolution, int subdLevel)
@@ -75,7 +69,7 @@ void GntConverter::Impl::S1_MoveTargetG9ToWorldOrigin()
 
     // A label of its own keeps look-ups by label from finding another node.
     savedSourceLabel = source.getLabel();
-    source.setLabel(UniqueLabel(savedSourceLabel));
+    source.setLabel(ToQ(fmt::format("{}-{}", ToStd(savedSourceLabel), kst::str::MakeRandomString(8))));
 }
 
 std::string GntConverter::Impl::getAbsolutePath_X(const char* relativePath)
@@ -118,28 +112,13 @@ DzNode& GntConverter::Impl::findSceneNode_X(const std::string& label)
     return *node;
 }
 
-void GntConverter::Impl::clearLabel(const char* label)
-{
-    const QString wanted = QLatin1String(label);
-    kst::NodeList::ForEachNode(nullptr, [&](DzNode& node) {
-        if (node.getLabel() == wanted) {
-            lentLabels.push_back({&node, wanted, UniqueLabel(wanted)});
-            node.setLabel(lentLabels.back().lent);
-        }
-        return true;
-    });
-}
-
 DzFigure& GntConverter::Impl::loadGenesis_X(GntLoadFigure which, GntResolution resolution, int subdLevel)
 {
-    const std::size_t index = static_cast<std::size_t>(which) - 1;
-    const bool isValid = index < figureFiles.size();
-    if (isValid)
-        clearLabel(GNT_FIGURE_FILES[index].label);
     nodeList.snapshot();
     const kst::WaitCursor waitCursor;
     dzScene->selectAllNodes(false);
-    if (!isValid)
+    const std::size_t index = static_cast<std::size_t>(which) - 1;
+    if (index >= figureFiles.size())
         throw kst::Exception("invalid load figure value");
     const std::string& file = figureFiles[index];
     const char* const label = GNT_FIGURE_FILES[index].label;

@@ -60,6 +60,15 @@ void ConversionFixture::selectBoth()
     target->select(true);
 }
 
+void ConversionFixture::deleteLeftOvers()
+{
+    for (int i = dzScene->getNumNodes() - 1; i >= 0; --i) {
+        DzNode* const node = i < dzScene->getNumNodes() ? dzScene->getNode(i) : nullptr;
+        if (node && node->isRootNode() && node != source && node != target)
+            dzScene->removeNode(node);
+    }
+}
+
 DzFloatProperty& ConversionFixture::dial(DzFigure& figure, const char* name)
 {
     return *FindFloatProperty(figure, PropertyLocation::Any, name, true);

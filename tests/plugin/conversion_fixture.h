@@ -25,6 +25,8 @@ protected:
     /// The same, each placed and turned in its own way.
     void loadPair(const char* sourcePath);
     void selectBoth();
+    /// Deletes what a failure left in the scene, as a user does before the next try.
+    void deleteLeftOvers();
 
     static DzFloatProperty& dial(DzFigure& figure, const char* name);
     static DzFloatProperty& transform(DzFigure& figure, const char* name);

@@ -123,6 +123,7 @@ TEST_F(DebugSteps, may_each_be_the_last_without_a_trace_on_figures_and_next_conv
         EXPECT_EQ(stateOfBoth(), before);
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
         EXPECT_EQ(DzProgress::getDepth(), 0);
+        deleteLeftOvers();
         selectBoth();
         convert(allJobs());
         EXPECT_EQ(madeMorphs(), fresh);

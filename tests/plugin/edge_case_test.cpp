@@ -274,14 +274,15 @@ TEST_F(EdgeCase, a_figure_is_loaded_at_the_level_that_is_wanted)
 TEST_F(EdgeCase, each_stock_figure_is_found_under_its_label)
 {
     loadPair(genesis3Female);
+    target->setLabel(QLatin1String("Nova"));
     const auto impl = makeImpl();
     const char* const labels[] = {"Genesis 3 Female", "Genesis 3 Male", "Genesis 8 Female",
                                   "Genesis 8 Male",   "Genesis 9",      "Genesis 9"};
     for (int which = 1; which <= 6; ++which) {
-        const DzFigure& figure =
-            impl->loadGenesis_X(static_cast<GntLoadFigure>(which), GntResolution::Base, 1);
+        DzFigure& figure = impl->loadGenesis_X(static_cast<GntLoadFigure>(which), GntResolution::Base, 1);
         EXPECT_EQ(figure.getLabel(), QLatin1String(labels[which - 1]));
         EXPECT_TRUE(figure.isVisible());
+        dzScene->removeNode(&figure);
     }
 }
 
@@ -406,6 +407,7 @@ protected:
     void loadTemporary(GntResolution wanted, const char* operation, bool (*answer)())
     {
         loadPair(genesis8Female);
+        target->setLabel(QLatin1String("Nova"));
         kst::daz::FindSubdivisionLevelIntProperty(*source, true)->setValue(2);
         const auto impl = makeImpl();
         const AtOperation listener(operation, answer);

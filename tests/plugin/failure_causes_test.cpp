@@ -224,50 +224,36 @@ protected:
     MadeMorphs fresh;
 };
 
-TEST_F(NamesakeTest, of_a_stock_figure_is_not_in_the_way_and_keeps_its_label)
+TEST_F(NamesakeTest, of_a_stock_figure_is_in_the_way_until_it_has_another_name)
 {
-    DzFigure& stock = LoadMini(genesis8Female);
-    DzFigure& nine = LoadMini("People/Genesis 9/Genesis 9.duf");
-    nine.setLabel(QLatin1String("Genesis 9"));
-    auto* const prop = new DzNode;
-    dzScene->addNode(prop);
-    prop->setLabel(QLatin1String("Genesis 8 Female"));
-    stock.addNodeChild(prop);
-    ASSERT_EQ(stock.getLabel(), QLatin1String("Genesis 8 Female"));
-    selectBoth();
-    convert(allJobs());
-    EXPECT_EQ(madeMorphs(), fresh);
-    EXPECT_EQ(stock.getLabel(), QLatin1String("Genesis 8 Female"));
-    EXPECT_EQ(nine.getLabel(), QLatin1String("Genesis 9"));
-    EXPECT_EQ(prop->getLabel(), QLatin1String("Genesis 8 Female"));
+    const std::pair<const char*, const char*> figures[] = {
+        {"Genesis 8 Female", genesis8Female},
+        {"Genesis 9", "People/Genesis 9/Developer Kit/Genesis 9 Dev Load.duf"}};
+    for (const auto& [label, file] : figures) {
+        loadPair(genesis8Female);
+        target->setLabel(QLatin1String("Nova"));
+        DzFigure& namesake = LoadMini(file);
+        ASSERT_EQ(namesake.getLabel(), QLatin1String(label));
+        selectBoth();
+        EXPECT_EQ(messageOf(allJobs()), "failed to find a figure named " + Quoted(label) +
+                                            " in the scene after loading " +
+                                            Quoted(inLibrary(file).string()));
+        EXPECT_EQ(namesake.getLabel(), QLatin1String(label)) << "nobody else's node is touched";
+        namesake.setLabel(QLatin1String("Mine"));
+        DzNode* const leftOver = dzScene->findNodeByLabel(QLatin1String(label) + QStringLiteral(" (2)"));
+        ASSERT_NE(leftOver, nullptr);
+        dzScene->removeNode(leftOver);
+        selectBoth();
+        EXPECT_EQ(messageOf(allJobs()), "(nothing was thrown)");
+        EXPECT_EQ(madeMorphs(), fresh);
+        EXPECT_EQ(namesake.getLabel(), QLatin1String("Mine"));
+    }
 }
 
-TEST_F(NamesakeTest, has_its_label_again_after_a_failure)
-{
-    DzFigure& stock = LoadMini(genesis8Female);
-    const openhost::ClassFactoryOverride lacking(QLatin1String("DzMorphLoader"), nullptr);
-    selectBoth();
-    EXPECT_EQ(messageOf(GntJobFlag::Full), "cannot find DzMorphLoader factory");
-    EXPECT_EQ(stock.getLabel(), QLatin1String("Genesis 8 Female"));
-}
-
-TEST_F(NamesakeTest, may_leave_the_scene_meanwhile)
-{
-    DzFigure& stock = LoadMini(genesis8Female);
-    const Newcomers removal([&](DzNode& node) {
-        if (node.getLabel().startsWith(QLatin1String("tempg9-")) && dzScene->findNodeIndex(&stock) >= 0)
-            dzScene->removeNode(&stock);
-    });
-    selectBoth();
-    convert(allJobs());
-    EXPECT_EQ(madeMorphs(), fresh);
-    EXPECT_TRUE(otherRoots().empty());
-}
-
-TEST_F(NamesakeTest, may_be_one_of_the_two_figures)
+TEST_F(NamesakeTest, may_be_the_source_or_have_the_label_that_the_target_lays_down)
 {
     source->setLabel(QLatin1String("Genesis 8 Female"));
-    target->setLabel(QLatin1String("Genesis 8 Female"));
+    target->setLabel(QLatin1String("Genesis 9"));
     convert(allJobs());
     EXPECT_EQ(madeMorphs(), fresh);
     EXPECT_EQ(source->getLabel(), QLatin1String("Genesis 8 Female"));

@@ -147,6 +147,10 @@ std::vector<Consequence> ConsequencesOnTheTargetSide(const Kind& kind)
     const std::string path = "People/Genesis 9/Developer Kit/Genesis 9 Dev Load.duf";
     const std::string transfer = "Running Transfer Utility to create morphs in fit suit OBJ";
     std::vector<Consequence> consequences{
+        // The temporary Genesis 9 gets its label only while the target does not have it.
+        {"rename Genesis 9 -> Target * (Genesis 9)", "",
+         "failed to find a figure named " + Quoted("Genesis 9") + " in the scene after loading " +
+             LibraryFile(path)},
         {"openFile Genesis 9 Dev Load.duf", "", NoLoad(path)},
         {std::string("morph ") + kind.clone, "Loading temporary G9 for fit suit",
          "cannot find morph " + Quoted(kind.clone) + " in node " + Quoted("Genesis 9")},
@@ -238,10 +242,10 @@ protected:
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
         EXPECT_EQ(DzProgress::getDepth(), 0);
         EXPECT_EQ(LogText().count(QLatin1String("Entering ")), LogText().count(QLatin1String("Leaving ")));
-        const std::set<std::string> allowed{kind().label,      "tempg8-tgt-*",
-                                            "tempg9-*",        "Genesis 9",
-                                            "D-Former_1",      "Genesis 9 temp for fit suit",
-                                            "D-Former_1 Base", "D-Former_1 Field"};
+        const std::set<std::string> allowed{
+            kind().label,      "tempg8-tgt-*",     "tempg9-*",
+            "Genesis 9",       "D-Former_1",       "Genesis 9 temp for fit suit",
+            "D-Former_1 Base", "D-Former_1 Field", "Genesis 9 (2)"};
         for (const std::string& label : otherRoots())
             EXPECT_EQ(allowed.count(label), 1u) << label;
     }
@@ -267,11 +271,11 @@ protected:
 
     void expectNextConversionAsFresh()
     {
-        const std::vector<std::string> leftOver = otherRoots();
+        deleteLeftOvers();
         selectBoth();
         EXPECT_NO_THROW(convertAll());
         EXPECT_EQ(madeMorphs(), fresh);
-        EXPECT_EQ(otherRoots(), leftOver) << "with their own labels again";
+        EXPECT_TRUE(otherRoots().empty());
     }
 
     /// Subdivided meshes take long, and what goes on goes on at any resolution.
