@@ -79,7 +79,7 @@ void DeleteSelection_X()
 void SetThighs(DzFigure& figure, float degrees)
 {
     kst::daz::SetBoneValueOrThrow(figure, "l_thigh", "ZRotate", degrees);
-    kst::daz::SetBoneValueOrThrow(figure, "r_thigh", "ZRotate", -degrees);
+    kst::daz::SetBoneValueOrThrow(figure, "r_thigh", "ZRotate", 0.0f - degrees); // no negative zero
 }
 
 std::string RandomStem(const char* prefix)
