@@ -18,10 +18,14 @@ namespace daz {
 
 namespace {
 
-void ShowBox(QMessageBox::Icon icon, const std::string& title, std::string_view heading,
-             std::string_view message, QWidget* parent)
+std::string MakeBody(std::string_view heading, std::string_view message)
 {
-    QMessageBox box(icon, str::ToQ(title), str::ToQ(MakeBoxBody(heading, message)), QMessageBox::Ok,
+    return fmt::format("<p><b>{}</b></p>\n<p>{}</p>", heading, message);
+}
+
+void ShowBox(QMessageBox::Icon icon, const std::string& title, const std::string& body, QWidget* parent)
+{
+    QMessageBox box(icon, str::ToQ(title), str::ToQ(body), QMessageBox::Ok,
                     parent ? parent : dzApp->getDialogParent());
     box.setTextFormat(Qt::RichText);
     box.exec();
@@ -36,19 +40,19 @@ void CriticalBox(std::string_view heading, std::string_view message, QWidget* pa
     if (log)
         Debug::Log("Critical error message box in {} {}: {}: {}", product::TITLE, version, heading, message);
     ShowBox(QMessageBox::Critical, fmt::format("Error {} {} {}", str::EM_DASH, product::TITLE, version),
-            heading, message, parent);
+            MakeBoxBody(heading, message), parent);
 }
 
 void InfoBox(std::string_view heading, std::string_view message, QWidget* parent)
 {
     gui::AssertGuiThread();
-    ShowBox(QMessageBox::Information, fmt::format("{} {}", product::TITLE, MakeVersionStringOnly()), heading,
-            message, parent);
+    ShowBox(QMessageBox::Information, fmt::format("{} {}", product::TITLE, MakeVersionStringOnly()),
+            MakeBody(heading, message), parent);
 }
 
 std::string MakeBoxBody(std::string_view heading, std::string_view message)
 {
-    return fmt::format("<p><b>{}</b></p>\n<p>{}</p>", str::MakeSentence(heading), str::MakeSentence(message));
+    return MakeBody(str::MakeSentence(heading), str::MakeSentence(message));
 }
 
 } // namespace daz

@@ -18,11 +18,11 @@ namespace daz {
 /// @param log     also writes one line to the host's log
 void CriticalBox(std::string_view heading, std::string_view message, QWidget* parent, bool log);
 
-/// Tells what was done and blocks until the user closes the box.
+/// Tells what was done, in rich text as it stands, and blocks until the user closes the box.
 /// @param parent  null for the host's dialog parent
 void InfoBox(std::string_view heading, std::string_view message, QWidget* parent);
 
-/// The rich text of such boxes: the heading in bold, then the message, each made a sentence. Neither is
+/// The rich text of a failure: the heading in bold, then the message, each made a sentence. Neither is
 /// escaped.
 std::string MakeBoxBody(std::string_view heading, std::string_view message);
 

@@ -111,7 +111,7 @@ TEST_F(CriticalBox, shows_all_of_its_text_at_a_large_font_too)
     }
 }
 
-TEST_F(CriticalBox, has_a_friendly_sister_for_what_went_well)
+TEST_F(CriticalBox, has_a_friendly_sister_that_tells_what_went_well_as_it_stands)
 {
     QWidget parent;
     ModalAnswer box(Press("OK"));
@@ -119,8 +119,8 @@ TEST_F(CriticalBox, has_a_friendly_sister_for_what_went_well)
                       &parent);
     ASSERT_TRUE(box.seen);
     EXPECT_EQ(ToStd(box.title), "Kestrom's Gantrel V1.0.5");
-    EXPECT_EQ(ToStd(box.text), "<p><b>Morph support assets saved.</b></p>\n"
-                               "<p>The 2 selected morphs have been saved to /library.</p>");
+    EXPECT_EQ(ToStd(box.text), "<p><b>Morph support assets saved</b></p>\n"
+                               "<p>The 2 selected morphs have been saved to /library</p>");
     EXPECT_EQ(box.icon, QMessageBox::Information);
     EXPECT_EQ(ToStd(box.buttons.join(QLatin1Char('|'))), "OK");
     EXPECT_EQ(box.parent, &parent);

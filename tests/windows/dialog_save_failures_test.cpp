@@ -177,8 +177,8 @@ TEST_F(SavingFails, under_a_vendor_that_can_be_no_folder)
 TEST_F(SavingFails, not_in_a_library_whose_name_reads_as_markup)
 {
     EXPECT_EQ(ToStd(save(*dialog)),
-              "<p><b>Morph support assets saved.</b></p>\n<p>The selected morph has been saved to " +
-                  ToStd(other.path()) + "/bad &lt;library&gt; &amp; co.</p>");
+              "<p><b>Morph support assets saved</b></p>\n<p>The selected morph has been saved to " +
+                  ToStd(other.path()) + "/bad &lt;library&gt; &amp; co</p>");
 }
 
 } // namespace

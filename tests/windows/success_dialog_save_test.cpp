@@ -108,9 +108,9 @@ TEST_F(SuccessDialogSaveTest, saves_one_morph_and_tells_where)
     clickBox(0);
     save(told);
     EXPECT_EQ(ToStd(told->title), "Kestrom's Gantrel V1.0.5");
-    EXPECT_EQ(ToStd(told->text), "<p><b>Morph support assets saved.</b></p>\n<p>The selected morph has been "
+    EXPECT_EQ(ToStd(told->text), "<p><b>Morph support assets saved</b></p>\n<p>The selected morph has been "
                                  "saved to " +
-                                     ToStd(own()) + ".</p>");
+                                     ToStd(own()) + "</p>");
     EXPECT_EQ(told->icon, QMessageBox::Information);
     EXPECT_EQ(told->parent, dialog.data());
     EXPECT_EQ(ReadBytes(saved("Ada", "Product", "Vera")).front(), '{');
