@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include <QFontMetrics>
+#include <QHeaderView>
 #include <QList>
 #include <QPushButton>
 
@@ -36,8 +37,9 @@ MorphPathDialog::MorphPathDialog(QWidget* parent, DzNode& node, std::string_view
 {
     Ui_MorphPathDialog& ui = _pImpl->ui;
     ui.setupUi(this);
+    const int formWidth = width(); // before a remembered one, which may be wider, takes its place
     initCommon("Morph property path", str::ToQ(product::TITLE), QLatin1String(windowPosKey));
-    makeRoom();
+    makeRoom(formWidth);
     connectButtonBox(ui.pButtonBox);
     initializePropertyPaths(*ui.pTreeWidgetPropertyPaths, *ui.pledMorphPropertyPath);
     insertPropertyPaths(node, str::ExplodeVector(initialPath, "/", false, false));
@@ -47,16 +49,17 @@ MorphPathDialog::MorphPathDialog(QWidget* parent, DzNode& node, std::string_view
 
 MorphPathDialog::~MorphPathDialog() = default;
 
-void MorphPathDialog::makeRoom()
+void MorphPathDialog::makeRoom(int formWidth)
 {
     const Ui_MorphPathDialog& ui = _pImpl->ui;
     const QFontMetrics metrics = fontMetrics();
     ui.pTreeWidgetPropertyPaths->setMinimumSize(fewestColumns * metrics.averageCharWidth(),
-                                                fewestLines * metrics.lineSpacing());
+                                                ui.pTreeWidgetPropertyPaths->header()->sizeHint().height() +
+                                                    fewestLines * metrics.lineSpacing());
     const QList<QAbstractButton*> buttons = ui.pButtonBox->buttons();
     for (QAbstractButton* const pButton : buttons)
         gui::GiveRoomForText(*pButton);
-    const int width = std::max(this->width(), layout()->minimumSize().width());
+    const int width = std::max(formWidth, layout()->minimumSize().width());
     setMinimumSize(width, ui.verticalLayout->minimumHeightForWidth(width));
 }
 

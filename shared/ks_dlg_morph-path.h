@@ -28,7 +28,7 @@ protected:
     void enableDisableWidgets() override;
 
 private:
-    void makeRoom();
+    void makeRoom(int formWidth);
 
     class Impl;
     std::unique_ptr<Impl> _pImpl;

@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -171,6 +172,7 @@ TEST_F(MorphPathDialog, says_what_it_is_for)
     EXPECT_EQ(ToStd(dialog->findChild<QLabel*>(QStringLiteral("plblMorphPath"))->text()), "Morph path:");
     EXPECT_EQ(tree().columnCount(), 1);
     EXPECT_EQ(ToStd(tree().headerItem()->text(0)), "1");
+    EXPECT_TRUE(tree().header()->isVisible());
     const auto& grid = *dialog->findChild<QGridLayout*>(QStringLiteral("gridLayout_2"));
     EXPECT_EQ(ToStd(grid.itemAtPosition(0, 0)->widget()->objectName()), "plblMorphPath");
     EXPECT_EQ(grid.itemAtPosition(0, 1)->widget(), &tree());
@@ -304,6 +306,20 @@ TEST_F(MorphPathDialog, has_the_size_of_its_form)
     open("/Gantrel");
     EXPECT_EQ(dialog->width(), 309);
     EXPECT_GE(dialog->height(), 334);
+}
+
+TEST_F(MorphPathDialog, can_be_made_narrow_again_when_it_was_wide_the_last_time)
+{
+    open("/Gantrel");
+    const QSize least = dialog->minimumSize();
+    EXPECT_LT(least.width(), 400);
+    dialog->resize(640, 500);
+    QTest::mouseClick(FindButton(*dialog, "Cancel"), Qt::LeftButton);
+    open("/Gantrel");
+    ASSERT_EQ(dialog->size(), QSize(640, 500)) << "as it was";
+    dialog->resize(least);
+    EXPECT_EQ(dialog->size(), least);
+    EXPECT_EQ(dialog->minimumSize(), least);
 }
 
 TEST_F(MorphPathDialog, has_room_for_its_texts_at_a_large_font_too)
