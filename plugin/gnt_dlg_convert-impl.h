@@ -49,7 +49,6 @@ public:
     kst::FlagSetController<GntJobFlag> jobFlagsController;
     kst::RadioGroup<GntResolution> resolutionGroup;
     kst::ToolButtons toolButtons;
-    kst::ButtonHandler helpHandler;
     int subdLevel = 0; ///< of the source
     std::vector<MorphPathControl> morphPaths;
 

@@ -173,7 +173,7 @@ void GntConvertDialog::Impl::setUpButtons()
 {
     for (QPushButton* const pButton : {ui.pbtnConvert, ui.pbtnCancel})
         kst::gui::GiveRoomForText(*pButton);
-    helpHandler.createAndConnectToolButton(
+    toolButtons.addToolButton(
         *ui.phorzBottomButtons, ":/bootstrap/24/question-square.png",
         [] { kst::daz::OpenPluginManual("Gantrel for Genesis 9"); }, "Help",
         "Opens the tool's PDF manual in your system's default PDF viewer.", 0);
