@@ -42,5 +42,5 @@ std::unique_ptr<GntConvertForm> GntDialogForms::makeConvertForm(const GntConvert
 
 void GntDialogForms::showSuccess(const GntConvertOutcome& outcome)
 {
-    new GntSuccessDialog(outcome.parent, outcome.params, outcome.created, outcome.elapsed, outcome.note);
+    GntSuccessDialog::Create(outcome.parent, outcome.params, outcome.created, outcome.elapsed, outcome.note);
 }

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "plugin/gnt_dlg_success-place.h"
 #include "plugin/gnt_dlg_success.h"
 #include "shared/ks_app-setting.h"
 #include "shared/ks_ctl_slider.h"
@@ -46,7 +45,6 @@ public:
     void onSaveMorphsButtonClicked(const std::shared_ptr<GntParams>& params, GntSuccessDialog& dialog);
 
     Ui_SuccessDialog ui;
-    GntCascade cascade;
 
 private:
     /// Whose change is under way between a morph and its dial.

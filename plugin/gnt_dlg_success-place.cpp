@@ -48,7 +48,7 @@ QPoint NextPlace(const QRect& window, const QRect& screen, int step)
 
 } // namespace
 
-void GntCascade::makeWay(QWidget& window, const std::vector<const QWidget*>& others)
+void GntMakeWay(QWidget& window, const std::vector<const QWidget*>& others)
 {
     const int step = TitleBarHeight(window);
     const QRect screen = QApplication::desktop()->availableGeometry(&window);
@@ -56,17 +56,6 @@ void GntCascade::makeWay(QWidget& window, const std::vector<const QWidget*>& oth
     // A screen may be too small for a place of its own for each.
     for (std::size_t tries = 0; tries < others.size() && IsTaken(place.topLeft(), others, step); ++tries)
         place.moveTopLeft(NextPlace(place, screen, step));
-    const QPoint shift = place.topLeft() - window.geometry().topLeft();
-    if (shift.isNull())
-        return;
-    window.move(window.pos() + shift);
-    _shift += shift;
-    _standing = window.pos();
-}
-
-void GntCascade::goBack(QWidget& window)
-{
-    if (!_shift.isNull() && StandsAt(_standing, window, TitleBarHeight(window)))
-        window.move(window.pos() - _shift);
-    _shift = QPoint();
+    if (place.topLeft() != window.geometry().topLeft())
+        window.move(window.pos() + place.topLeft() - window.geometry().topLeft());
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "plugin/gnt_dlg_success-impl.h"
+#include "plugin/gnt_dlg_success-place.h"
 
 #include "shared/ks_assert.h"
 #include "shared/ks_daz-managers.h"
@@ -119,6 +120,13 @@ void GntSuccessDialog::Impl::growToFit(GntSuccessDialog& dialog)
     dialog.resize(width, std::max(wanted.height(), layout.totalHeightForWidth(width)));
 }
 
+GntSuccessDialog* GntSuccessDialog::Create(QWidget* parent, std::shared_ptr<GntParams> params,
+                                           const std::vector<GntCreatedMorph>& created,
+                                           std::string_view elapsed, std::string_view note)
+{
+    return new GntSuccessDialog(parent, std::move(params), created, elapsed, note);
+}
+
 GntSuccessDialog::GntSuccessDialog(QWidget* parent, std::shared_ptr<GntParams> params,
                                    const std::vector<GntCreatedMorph>& created, std::string_view elapsed,
                                    std::string_view note)
@@ -139,18 +147,6 @@ GntSuccessDialog::GntSuccessDialog(QWidget* parent, std::shared_ptr<GntParams> p
 
 GntSuccessDialog::~GntSuccessDialog() = default;
 
-void GntSuccessDialog::accept()
-{
-    _pImpl->cascade.goBack(*this);
-    DialogBase::accept();
-}
-
-void GntSuccessDialog::reject()
-{
-    _pImpl->cascade.goBack(*this);
-    DialogBase::reject();
-}
-
 void GntSuccessDialog::done(int result)
 {
     DialogBase::done(result);
@@ -166,7 +162,7 @@ void GntSuccessDialog::showEvent(QShowEvent* event)
 {
     DialogBase::showEvent(event); // gives the window its place
     if (!event->spontaneous())
-        _pImpl->cascade.makeWay(*this, OtherDialogs(*this));
+        GntMakeWay(*this, OtherDialogs(*this));
 }
 
 void GntSuccessDialog::slotPropertyValueChanged()

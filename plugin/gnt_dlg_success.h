@@ -10,26 +10,24 @@
 #include <string_view>
 #include <vector>
 
-/// Shows itself without blocking and deletes itself when it is closed; the caller does not own it. The
-/// figures and their morphs may go while it is open: the row of a morph that is gone is disabled. It opens
-/// beside those that are open already, and remembers where it stood, or would have stood alone.
+/// Shows itself without blocking and deletes itself when it is closed. The figures and their morphs may go
+/// while it is open: the row of a morph that is gone is disabled. It opens beside those that are open
+/// already.
 class GntSuccessDialog : public kst::DialogBase {
     Q_OBJECT
 
 public:
-    /// @param parent   null for a window of its own
+    /// @param parent   owns the dialog, which may close before it; null for a window of its own
     /// @param params   of the conversion; never null
     /// @param created  one row each; the list is copied
     /// @param elapsed  the time taken, for the user, such as "12 seconds"
     /// @param note     HTML below the introduction; empty when there is nothing to add
     /// @throws kst::Exception  the host has no content manager
-    GntSuccessDialog(QWidget* parent, std::shared_ptr<GntParams> params,
-                     const std::vector<GntCreatedMorph>& created, std::string_view elapsed,
-                     std::string_view note);
+    static GntSuccessDialog* Create(QWidget* parent, std::shared_ptr<GntParams> params,
+                                    const std::vector<GntCreatedMorph>& created, std::string_view elapsed,
+                                    std::string_view note);
     ~GntSuccessDialog() override;
 
-    void accept() override;
-    void reject() override;
     void done(int result) override;
 
 protected:
@@ -41,6 +39,10 @@ private slots:
     void slotPropertyRemoved();
 
 private:
+    GntSuccessDialog(QWidget* parent, std::shared_ptr<GntParams> params,
+                     const std::vector<GntCreatedMorph>& created, std::string_view elapsed,
+                     std::string_view note);
+
     class Impl;
     const std::unique_ptr<Impl> _pImpl;
 };

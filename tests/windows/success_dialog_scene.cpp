@@ -91,7 +91,7 @@ GntSuccessDialog& SuccessDialogTest::open(const std::vector<const char*>& names,
 
 GntSuccessDialog& SuccessDialogTest::openAgain(const char* note)
 {
-    dialog = new GntSuccessDialog(nullptr, params, created, "12 seconds", note);
+    dialog = GntSuccessDialog::Create(nullptr, params, created, "12 seconds", note);
     EXPECT_TRUE(QTest::qWaitForWindowActive(dialog.data()));
     return *dialog;
 }

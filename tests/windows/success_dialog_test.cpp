@@ -331,6 +331,25 @@ TEST_F(SuccessDialogTest, closes_and_deletes_itself_by_escape_and_by_the_windows
     EXPECT_NE(ToStd(stored("winpos_dlg_success")), "(nothing)");
 }
 
+TEST_F(SuccessDialogTest, goes_with_its_parent)
+{
+    open({"Vera"});
+    QWidget parent;
+    const QPointer<GntSuccessDialog> child =
+        GntSuccessDialog::Create(&parent, params, created, "1 second", "");
+    EXPECT_EQ(child->parentWidget(), &parent);
+    EXPECT_TRUE(child->isVisible());
+    EXPECT_FALSE(child->isModal());
+    auto* const other = new QWidget;
+    const QPointer<GntSuccessDialog> orphan =
+        GntSuccessDialog::Create(other, params, created, "1 second", "");
+    delete other;
+    EXPECT_TRUE(orphan.isNull());
+    child->close();
+    Settle();
+    EXPECT_TRUE(child.isNull());
+}
+
 TEST_F(SuccessDialogTest, opens_where_it_stood)
 {
     open({"Vera"}).setGeometry(120, 90, dialog->width() + 60, dialog->height() + 40);
