@@ -57,9 +57,6 @@ private:
     /// On its rows' dials, which are several when jobs shared a name, but for the one that the user moves.
     void showValue(const DzFloatProperty& property, const MorphRow* moved);
     void initContentLibraries();
-    void throwIfNowhereToSave();
-    /// False when the host says that the user cancelled.
-    bool saveMorphs_X(GntParams& params);
     std::vector<QWidget*> saveControls() const;
 
     const std::shared_ptr<GntParams> _params;

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 
-#include <QFileInfo>
 #include <QPushButton>
 
 #include <dzapp.h>
@@ -82,8 +81,12 @@ void GntSuccessDialog::Impl::onSaveMorphsButtonClicked(const std::shared_ptr<Gnt
         _lastContentLibrary.setAndNotify(ToStd(ui.pcboContentLibrary->currentText()));
         _lastVendorName.setAndNotify(ToStd(ui.pledVendorName->text()));
         _lastProductName.setAndNotify(ToStd(ui.pledProductName->text()));
-        if (!saveMorphs_X(*params))
-            return;
+        if (!_target)
+            throw kst::Exception("the target figure is no longer in the scene");
+        if (!kst::FilteredSave::SaveMorphSupportAsset_X(params->figTarget, _lastContentLibrary.get(),
+                                                        _lastVendorName.get(), _lastProductName.get(), _names,
+                                                        ui.pchkCompressFiles->isChecked(), false))
+            return; // the user cancelled it
         const std::string count =
             kst::str::Pluralize(_names.size(), "selected morph has", "%d selected morphs have");
         kst::daz::InfoBox(
@@ -93,29 +96,4 @@ void GntSuccessDialog::Impl::onSaveMorphsButtonClicked(const std::shared_ptr<Gnt
     } catch (const std::exception& error) {
         dialog.criticalBox("Failed to save morph support assets", error.what());
     }
-}
-
-void GntSuccessDialog::Impl::throwIfNowhereToSave()
-{
-    const QString library = ToQ(_lastContentLibrary.get());
-    if (library.isEmpty())
-        throw kst::Exception("there is no content library to save into");
-    // The host would make the folder anew, and what is on a disk that is not there now would lie beside it.
-    if (!QFileInfo(library).isDir())
-        throw kst::Exception("the content library {} does not exist",
-                             kst::str::QuoteHtml(_lastContentLibrary.get()));
-    if (ToQ(_lastVendorName.get()).trimmed().isEmpty())
-        throw kst::Exception("please enter a vendor name; it names a folder in the content library");
-    if (ToQ(_lastProductName.get()).trimmed().isEmpty())
-        throw kst::Exception("please enter a product name; it names a folder in the content library");
-}
-
-bool GntSuccessDialog::Impl::saveMorphs_X(GntParams& params)
-{
-    if (!_target)
-        throw kst::Exception("the target figure is no longer in the scene");
-    throwIfNowhereToSave();
-    return kst::FilteredSave::SaveMorphSupportAsset_X(params.figTarget, _lastContentLibrary.get(),
-                                                      _lastVendorName.get(), _lastProductName.get(), _names,
-                                                      ui.pchkCompressFiles->isChecked(), false);
 }

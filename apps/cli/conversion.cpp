@@ -115,9 +115,11 @@ void Save(const SaveRequest& save, DzNode& target, const std::vector<GntCreatedM
     std::vector<std::string> names;
     for (const GntCreatedMorph& morph : created)
         names.push_back(morph.name);
+    const fs::path library = fs::absolute(save.contentDirectory);
+    fs::create_directories(library); // the host saves into libraries that are there
     try {
-        kst::FilteredSave::SaveMorphSupportAsset_X(target, FileText(fs::absolute(save.contentDirectory)),
-                                                   save.vendor, save.product, names, save.compress, false);
+        kst::FilteredSave::SaveMorphSupportAsset_X(target, FileText(library), save.vendor, save.product,
+                                                   names, save.compress, false);
     } catch (const std::exception&) {
         // The host's code says only that it failed; its log says why.
         const std::vector<std::string> warnings = session.warnings();

@@ -37,6 +37,7 @@ void Convert(const char* source)
     const std::vector<std::string> names{"Bench", "Bench Head", "Bench Body"}, paths(3, "/Gantrel");
     converter.run_X(GntResolution::Base, converter.makeConvertedLabel(), paths, names,
                     GntJobs(GntJobFlag::Head) | GntJobFlag::Body, missing);
+    std::filesystem::create_directories(g_library / "saved");
     kst::FilteredSave::SaveMorphSupportAsset_X(to, (g_library / "saved").string(), "Bench", "Bench",
                                                {"Bench Head", "Bench Body"}, false, false);
 }

@@ -20,10 +20,15 @@
 #include "host/figure/pipeline.h"
 #include "host/scene/host_log.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <cstring>
 #include <set>
+#include <utility>
 #include <vector>
+
+#include <fmt/format.h>
 
 namespace {
 
@@ -33,18 +38,48 @@ struct Wanted {
     std::string fileName;
 };
 
-/// Folders are named by the user; what would lead elsewhere is no folder name.
+const char* const vendorKey = "VendorName";
+const char* const productKey = "ProductName";
+
 std::string FolderName(const DzFileIOSettings& options, const char* key)
 {
-    const std::string name = options.getStringValue(QLatin1String(key)).trimmed().toStdString();
+    return options.getStringValue(QLatin1String(key)).trimmed().toStdString();
+}
+
+/// Folders are named by the user; what would lead elsewhere is no folder name.
+bool CanNameFolder(const std::string& name)
+{
     // Libraries move between systems; some refuse these characters, and drop a full stop at the end.
     const bool hasBadCharacter = std::any_of(name.begin(), name.end(), [](char c) {
         return static_cast<unsigned char>(c) < 0x20 || std::strchr("/\\:*?\"<>|", c);
     });
-    const bool isUsable = !name.empty() && name.back() != '.' && !hasBadCharacter;
-    if (!isUsable)
-        throw geometry::FormatError("\"{}\" cannot be the name of a {} folder", name, key);
-    return name;
+    return !name.empty() && name.back() != '.' && !hasBadCharacter;
+}
+
+DzError Refuse(DzError error, const std::string& reason)
+{
+    openhost::LogWarning(QString::fromStdString(reason));
+    return error;
+}
+
+/// Whether the options say where to save; no folder is made for those that do not.
+DzError CheckPlace(const DzFileIOSettings& options)
+{
+    const QString library = options.getStringValue(QLatin1String("BaseDataPath"));
+    if (library.isEmpty())
+        return Refuse(DZ_OPERATION_FAILED_ERROR, "no content folder to save into is given");
+    // Made anew, it would hide what is on a disk that is not there now.
+    if (!QFileInfo(library).isDir())
+        return Refuse(DZ_CONTENT_FOLDER_NOT_FOUND_ERROR,
+                      fmt::format("there is no folder {} to save into", library.toStdString()));
+    const std::pair<const char*, DzError> names[] = {{vendorKey, DZ_INVALID_VENDOR_NAME_ERROR},
+                                                     {productKey, DZ_INVALID_PRODUCT_NAME_ERROR}};
+    for (const auto& [key, error] : names) {
+        const std::string name = FolderName(options, key);
+        if (!CanNameFolder(name))
+            return Refuse(error, fmt::format("\"{}\" cannot be the name of a {} folder", name, key));
+    }
+    return DZ_NO_ERROR;
 }
 
 DzMorph* FindMorph(const DzNode& node, const QString& name)
@@ -111,7 +146,7 @@ void Save(const Wanted& wanted, const DzFileIOSettings& options, const std::stri
     info.author = author.getName().toStdString();
     // Readers want an author; who has set none is known by the vendor name.
     if (info.author.empty())
-        info.author = FolderName(options, "VendorName");
+        info.author = FolderName(options, vendorKey);
     info.email = author.getEmail().toStdString();
     info.website = author.getURL().toStdString();
     dson::WriteOptions write;
@@ -136,11 +171,11 @@ QString DzMorphSupportAssetFilter::getDescription() const
 
 DzError DzMorphSupportAssetFilter::doSave(DzFileIOSettings* options, const QString&, const QString&)
 {
+    if (const DzError error = CheckPlace(*options))
+        return error;
     try {
-        if (options->getStringValue(QLatin1String("BaseDataPath")).isEmpty())
-            throw geometry::FormatError("no content folder to save into is given");
         const std::string subfolder =
-            "/Morphs/" + FolderName(*options, "VendorName") + "/" + FolderName(*options, "ProductName") + "/";
+            "/Morphs/" + FolderName(*options, vendorKey) + "/" + FolderName(*options, productKey) + "/";
         const std::vector<Wanted> all = CollectWanted(*options);
         if (all.empty())
             throw geometry::FormatError("no morphs to save are given");
@@ -148,7 +183,6 @@ DzError DzMorphSupportAssetFilter::doSave(DzFileIOSettings* options, const QStri
             Save(wanted, *options, subfolder);
         return DZ_NO_ERROR;
     } catch (const std::exception& error) {
-        openhost::LogWarning(QString::fromStdString(error.what()));
-        return DZ_OPERATION_FAILED_ERROR;
+        return Refuse(DZ_OPERATION_FAILED_ERROR, error.what());
     }
 }

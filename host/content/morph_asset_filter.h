@@ -8,9 +8,9 @@
 /// Writes one data file per listed morph below the figure's own folder in a content directory:
 /// `<BaseDataPath>/data/.../Morphs/<VendorName>/<ProductName>/<name>.dsf`.
 ///
-/// Options: "BaseDataPath" (a folder), "VendorName", "ProductName", "CompressOutput", and "NodeNames" with
-/// one set per node name holding morph names under "0", "1", ... After success the morphs belong to the
-/// files.
+/// Options: "BaseDataPath" (a folder that is there), "VendorName", "ProductName", "CompressOutput", and
+/// "NodeNames" with one set per node name holding morph names under "0", "1", ... After success the morphs
+/// belong to the files.
 class DzMorphSupportAssetFilter : public DzAssetIOFilter {
     Q_OBJECT
 

@@ -19,7 +19,10 @@ enum {
     DZ_NOT_FOUND_ERROR = 7,
     DZ_CYCLIC_REFERENCE_ERROR = 8,
     DZ_OPERATION_FAILED_ERROR = 98,
-    DZ_USER_CANCELLED_OPERATION = 100
+    DZ_USER_CANCELLED_OPERATION = 100,
+    DZ_CONTENT_FOLDER_NOT_FOUND_ERROR = 201,
+    DZ_INVALID_VENDOR_NAME_ERROR = 202,
+    DZ_INVALID_PRODUCT_NAME_ERROR = 203
 };
 
 /// A short sentence for people; a code without a text of its own is named by its number.

@@ -41,6 +41,12 @@ QString getErrorMessage(DzError error)
         return QStringLiteral("The operation failed.");
     case DZ_USER_CANCELLED_OPERATION:
         return QStringLiteral("The operation was cancelled by the user.");
+    case DZ_CONTENT_FOLDER_NOT_FOUND_ERROR:
+        return QStringLiteral("The content library does not exist.");
+    case DZ_INVALID_VENDOR_NAME_ERROR:
+        return QStringLiteral("The vendor name is empty or cannot be the name of a folder.");
+    case DZ_INVALID_PRODUCT_NAME_ERROR:
+        return QStringLiteral("The product name is empty or cannot be the name of a folder.");
     default:
         return QStringLiteral("Unknown error (%1).").arg(error);
     }

@@ -53,6 +53,10 @@ protected:
             return error.what();
         }
     }
+    static std::string reported(const char* reason)
+    {
+        return std::string("Daz Studio asset IO manager reported: ") + reason;
+    }
     fs::path savedFile() const { return folder("mine") / "data/Acme/Mini/Base/Morphs/Me/Own/My_Shape.dsf"; }
 };
 
@@ -132,6 +136,7 @@ TEST_F(SavedMorph, is_found_by_the_next_load_of_the_figure)
     for (const bool compress : {false, true}) {
         TestHost().reset();
         use(_library);
+        fs::create_directories(folder("mine"));
         use(folder("mine"));
         DzFigure* figure = openWithMorph();
         ASSERT_NE(figure, nullptr);
@@ -163,6 +168,7 @@ TEST_F(SavedMorph, keeps_what_others_put_into_the_file_that_it_replaces)
 {
     DzFigure* const figure = openWithMorph();
     ASSERT_NE(figure, nullptr);
+    fs::create_directories(folder("mine"));
     ASSERT_EQ(save(*figure, folder("mine")), "saved");
     auto json = nlohmann::ordered_json::parse(ReadBytes(savedFile()));
     json["modifier_library"][0]["extra"] = {{{"type", "note"}, {"text", "hand-made"}}};
@@ -174,23 +180,46 @@ TEST_F(SavedMorph, keeps_what_others_put_into_the_file_that_it_replaces)
     EXPECT_EQ(now["modifier_library"][0]["channel"]["label"], "Renamed");
 }
 
-TEST_F(SavedMorph, is_not_written_where_that_is_impossible_or_under_a_bad_name)
+TEST_F(SavedMorph, is_not_written_under_a_bad_name)
 {
     DzFigure* const figure = openWithMorph();
     ASSERT_NE(figure, nullptr);
-    const std::string failed =
-        "Daz Studio asset IO manager reported: " + getErrorMessage(DZ_OPERATION_FAILED_ERROR).toStdString();
-    for (const char* const vendor : {"", ".", "..", "a/b", "a\\b", "  ", "a:b", "a\nb", "Inc."}) {
-        EXPECT_EQ(save(*figure, folder("mine"), vendor), failed) << vendor;
-        EXPECT_EQ(save(*figure, folder("mine"), "Me", vendor), failed) << vendor;
+    fs::create_directories(folder("mine"));
+    for (const char* const bad : {"", ".", "..", "a/b", "a\\b", "  ", "a:b", "a\nb", "Inc."}) {
+        EXPECT_EQ(save(*figure, folder("mine"), bad),
+                  reported("The vendor name is empty or cannot be the name of a folder."))
+            << bad;
+        EXPECT_EQ(save(*figure, folder("mine"), "Me", bad),
+                  reported("The product name is empty or cannot be the name of a folder."))
+            << bad;
     }
     EXPECT_TRUE(log().contains(QStringLiteral("\"a/b\" cannot be the name of a VendorName folder")));
-    EXPECT_EQ(save(*figure, folder("mine"), "Me", "Own", false, "None"), failed);
+    EXPECT_TRUE(log().contains(QStringLiteral("\"a/b\" cannot be the name of a ProductName folder")));
+    EXPECT_EQ(save(*figure, folder("mine"), "Me", "Own", false, "None"), reported("The operation failed."));
     EXPECT_TRUE(log().contains(QStringLiteral("Mini has no morph None")));
+    EXPECT_TRUE(fs::is_empty(folder("mine")));
+    EXPECT_TRUE(FindMorph(*figure, "My Shape")->getAssetUri().toString().isEmpty());
+    EXPECT_EQ(save(*figure, folder("mine"), "  Me ", " Own "), "saved")
+        << "blanks around a name do not count";
+    EXPECT_TRUE(fs::exists(savedFile()));
+}
+
+TEST_F(SavedMorph, is_written_only_into_a_folder_that_is_there)
+{
+    DzFigure* const figure = openWithMorph();
+    ASSERT_NE(figure, nullptr);
+    EXPECT_EQ(save(*figure, folder("mine")), reported("The content library does not exist."));
+    EXPECT_TRUE(log().contains(QStringLiteral("there is no folder ") +
+                               QString::fromStdString(folder("mine").string())));
     EXPECT_FALSE(fs::exists(folder("mine")));
+    EXPECT_EQ(save(*figure, ""), reported("The operation failed."));
+    EXPECT_TRUE(log().contains(QStringLiteral("no content folder to save into is given")));
     WriteBytes(folder("file"), "in the way");
-    EXPECT_EQ(save(*figure, folder("file")), failed);
-    EXPECT_TRUE(log().contains(QStringLiteral("cannot create folder ")));
+    EXPECT_EQ(save(*figure, folder("file")), reported("The content library does not exist."));
     EXPECT_EQ(ReadBytes(folder("file")), "in the way");
+    WriteBytes(folder("mine") / "data", "in the way");
+    EXPECT_EQ(save(*figure, folder("mine")), reported("The operation failed."));
+    EXPECT_TRUE(log().contains(QStringLiteral("cannot create folder ")));
+    EXPECT_EQ(ReadBytes(folder("mine") / "data"), "in the way");
     EXPECT_TRUE(FindMorph(*figure, "My Shape")->getAssetUri().toString().isEmpty());
 }

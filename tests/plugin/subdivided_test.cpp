@@ -23,6 +23,8 @@
 #include "tests/plugin/mini_scene.h"
 #include "tests/shared/throws.h"
 
+#include <QDir>
+
 #include <cmath>
 
 using geometry::Vec3f;
@@ -242,6 +244,7 @@ TEST_F(SubdividedConversion, is_saved_and_dialed_again_in_a_fresh_scene)
     created[0].property->setValue(1.0f);
     const std::vector<Vec3f> whole = WorldMesh(*target).positions;
     const QString folder = TestFolder() + QStringLiteral("/subdivided");
+    ASSERT_TRUE(QDir().mkpath(folder));
     kst::FilteredSave::SaveMorphSupportAsset_X(*target, folder.toStdString(), "Acme", "Vera", {"Vera"}, true,
                                                false);
     TestHost().reset();

@@ -159,6 +159,7 @@ TEST_F(FilteredSaveTest, writes_morphs_silently_in_the_order_given)
     for (const char* const name : {"One", "Two", "Three"})
         addMorph(name);
     const std::string mine = folder("mine").string();
+    fs::create_directories(mine);
     EXPECT_TRUE(FilteredSave::SaveMorphSupportAsset_X(*_figure, mine, "Me", "Own", {"Three", "One", "Two"},
                                                       false, false));
     EXPECT_EQ(g_timesAsked, 0);

@@ -56,11 +56,12 @@ protected:
         EXPECT_TRUE(filesIn(own()).contains(
             QStringLiteral("data/DAZ 3D/Genesis 9/Base/Morphs/Acme/Product/Vera_Shape.dsf")));
     }
-    /// The host tells no more; its log has the reason.
-    static std::string failure()
+    static std::string refusal(const char* reason)
     {
-        return std::string(heading) + "Daz Studio asset IO manager reported: The operation failed.</p>";
+        return std::string(heading) + "Daz Studio asset IO manager reported: " + reason + "</p>";
     }
+    /// The host tells no more; its log has the reason.
+    static std::string failure() { return refusal("The operation failed."); }
 
     QTemporaryDir other;
     QString bad;
@@ -142,24 +143,22 @@ TEST_F(SavingFails, on_a_full_disk_and_leaves_the_file_of_the_last_time_as_it_wa
 TEST_F(SavingFails, in_a_library_that_is_gone_and_does_not_make_it_anew)
 {
     ASSERT_TRUE(QDir(bad).removeRecursively());
-    EXPECT_EQ(ToStd(save(*dialog)), std::string(heading) + "The content library \xE2\x80\x9C" +
-                                        ToStd(other.path()) +
-                                        "/bad &lt;library&gt; &amp; co\xE2\x80\x9D does not exist.</p>");
+    EXPECT_EQ(ToStd(save(*dialog)), refusal("The content library does not exist."));
     EXPECT_FALSE(QDir(bad).exists());
     expectSavesElsewhere();
 }
 
 TEST_F(SavingFails, without_a_vendor_or_a_product)
 {
-    line("pledVendorName").setText(QStringLiteral(" "));
-    EXPECT_EQ(ToStd(save(*dialog)),
-              std::string(heading) +
-                  "Please enter a vendor name; it names a folder in the content library.</p>");
-    line("pledVendorName").setText(QStringLiteral("Acme"));
-    line("pledProductName").clear();
-    EXPECT_EQ(ToStd(save(*dialog)),
-              std::string(heading) +
-                  "Please enter a product name; it names a folder in the content library.</p>");
+    for (const char* const name : {"", " "}) {
+        line("pledVendorName").setText(QLatin1String(name));
+        EXPECT_EQ(ToStd(save(*dialog)),
+                  refusal("The vendor name is empty or cannot be the name of a folder."));
+        line("pledVendorName").setText(QStringLiteral("Acme"));
+        line("pledProductName").setText(QLatin1String(name));
+        EXPECT_EQ(ToStd(save(*dialog)),
+                  refusal("The product name is empty or cannot be the name of a folder."));
+    }
     EXPECT_TRUE(filesIn(bad).isEmpty());
     line("pledProductName").setText(QStringLiteral("Product"));
     expectSavesElsewhere();
@@ -168,7 +167,11 @@ TEST_F(SavingFails, without_a_vendor_or_a_product)
 TEST_F(SavingFails, under_a_vendor_that_can_be_no_folder)
 {
     line("pledVendorName").setText(QStringLiteral("../<Acme>"));
-    EXPECT_EQ(ToStd(save(*dialog)), failure());
+    EXPECT_EQ(ToStd(save(*dialog)), refusal("The vendor name is empty or cannot be the name of a folder."));
+    line("pledVendorName").setText(QStringLiteral("Acme"));
+    line("pledProductName").setText(QStringLiteral("Shapes/Heads"));
+    EXPECT_EQ(ToStd(save(*dialog)), refusal("The product name is empty or cannot be the name of a folder."));
+    line("pledProductName").setText(QStringLiteral("Product"));
     EXPECT_TRUE(filesIn(other.path()).isEmpty());
     line("pledVendorName").setText(QStringLiteral("Acme"));
     expectSavesElsewhere();

@@ -19,6 +19,8 @@
 #include <dzmorph.h>
 #include <dzobject.h>
 
+#include <functional>
+#include <iterator>
 #include <optional>
 
 namespace {
@@ -240,8 +242,58 @@ TEST_F(SuccessDialogSaveTest, tells_when_no_library_is_there)
     EXPECT_EQ(library().count(), 0);
     clickBox(0);
     save(told);
-    EXPECT_TRUE(told->text.startsWith(QLatin1String(failureHeading))) << ToStd(told->text);
+    EXPECT_EQ(ToStd(told->text), std::string(failureHeading) +
+                                     "\n<p>Daz Studio asset IO manager reported: The operation failed.</p>");
+    EXPECT_TRUE(LogText().contains(QLatin1String("no content folder to save into is given")));
     EXPECT_TRUE(dialog->isVisible());
+}
+
+/// Notes what is stored when the host is asked to save, and refuses.
+class StoredWhenSaving : public openhost::OperationListener {
+public:
+    explicit StoredWhenSaving(std::function<std::string()> store) : _store(std::move(store))
+    {
+        openhost::SetOperationListener(this);
+    }
+    ~StoredWhenSaving() override { openhost::SetOperationListener(nullptr); }
+    bool allow(const QString& operation, const QString&) override
+    {
+        if (operation == QLatin1String("saveAsset"))
+            seen.push_back(_store());
+        return operation != QLatin1String("saveAsset");
+    }
+    std::vector<std::string> seen;
+
+private:
+    std::function<std::string()> _store;
+};
+
+TEST_F(SuccessDialogSaveTest, stores_its_fields_and_leaves_all_else_to_the_host)
+{
+    QTemporaryDir gone;
+    dzApp->getContentMgr()->addContentDirectory(gone.path(), false);
+    open({"Vera"});
+    clickBox(0);
+    library().setCurrentIndex(library().findText(gone.path()));
+    ASSERT_TRUE(gone.remove());
+    const StoredWhenSaving host([] {
+        return ToStd(stored("save_last_content_library") + QLatin1Char('|') +
+                     stored("save_last_vendor_name") + QLatin1Char('|') + stored("save_last_product_name"));
+    });
+    const std::string place = ToStd(gone.path()) + "|";
+    const std::pair<const char*, const char*> names[] = {{"Zoe", "Shapes"}, {"", "Shapes"}, {" ", "Shapes"},
+                                                         {"a/b", "Shapes"}, {"Zoe", ""},    {"Zoe", " "}};
+    for (const auto& [vendorName, productName] : names) {
+        vendor().setText(QLatin1String(vendorName));
+        product().setText(QLatin1String(productName));
+        save(told);
+        EXPECT_EQ(ToStd(told->text),
+                  std::string(failureHeading) +
+                      "\n<p>Daz Studio asset IO manager reported: The operation failed.</p>");
+        ASSERT_FALSE(host.seen.empty()) << "the host was not asked";
+        EXPECT_EQ(host.seen.back(), place + vendorName + "|" + productName);
+    }
+    EXPECT_EQ(host.seen.size(), std::size(names));
 }
 
 TEST_F(SuccessDialogSaveTest, tells_when_a_listed_morph_is_gone)
