@@ -6,13 +6,12 @@
 #include "shared/ks_critical-box.h"
 #include "shared/ks_exception.h"
 #include "shared/ks_filtered-save.h"
+#include "shared/ks_helpers-daz.h"
 #include "shared/ks_string.h"
 
 #include <algorithm>
 
 #include <QPushButton>
-
-#include <dzapp.h>
 
 #include <fmt/format.h>
 
@@ -31,7 +30,7 @@ void GntSuccessDialog::Impl::initSaving(GntSuccessDialog& dialog)
 {
     initContentLibraries();
     const std::string& vendor = _lastVendorName.get();
-    ui.pledVendorName->setText(vendor.empty() ? dzApp->getCurrentAuthor().getName() : ToQ(vendor));
+    ui.pledVendorName->setText(vendor.empty() ? KsHelpersDaz::GetCurrentAuthorName() : ToQ(vendor));
     ui.pledProductName->setText(ToQ(_lastProductName.get()));
     QPushButton& button = *ui.pbtnSaveMorphAssets;
     kst::gui::GiveRoomForText(button);
