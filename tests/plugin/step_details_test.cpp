@@ -3,13 +3,10 @@
 
 #include "tests/plugin/conversion_fixture.h"
 
-#include "dzclassfactory.h"
-#include "openhost/class_registry.h"
 #include "plugin/gnt_convert-impl.h"
 #include "shared/ks_figure-height.h"
 #include "shared/ks_morphlist.h"
 #include "tests/plugin/mini_scene.h"
-#include "tests/plugin/recording_transfer.h"
 #include "tests/shared/throws.h"
 
 #include <QApplication>
@@ -17,8 +14,6 @@
 #include <QDir>
 
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 
 namespace {
@@ -53,6 +48,24 @@ bool IsWaitCursorShown()
 {
     const QCursor* const cursor = QApplication::overrideCursor();
     return cursor && cursor->shape() == Qt::WaitCursor;
+}
+
+struct Watched {
+    int operations = 0;
+    Lines withoutCursor;
+};
+
+/// Runs the work and tells of the host's operations in it.
+Watched WatchCursorDuring(const std::function<void()>& work)
+{
+    Watched watched;
+    const OnLooker looker([&watched](const std::string& operation) {
+        ++watched.operations;
+        if (!IsWaitCursorShown())
+            watched.withoutCursor.push_back(operation);
+    });
+    work();
+    return watched;
 }
 
 class StepDetails : public ConversionFixture {
@@ -133,16 +146,11 @@ TEST_F(StepDetails, the_wait_cursor_is_shown_from_the_first_operation_of_a_run_t
 {
     loadPair(genesis8Female);
     GntConverter converter(GntConverter::FindSourceAndTargetInSceneSelected_X());
-    int operations = 0;
-    Lines without;
-    const OnLooker looker([&](const std::string& operation) {
-        ++operations;
-        if (!IsWaitCursorShown())
-            without.push_back(operation);
+    const Watched run = WatchCursorDuring([&] {
+        converter.run_X(resolution, "any", Lines(3, "/G"), {"Full", "Head", "Body"}, allJobs(), missing);
     });
-    converter.run_X(resolution, "any", Lines(3, "/G"), {"Full", "Head", "Body"}, allJobs(), missing);
-    EXPECT_GT(operations, 50);
-    EXPECT_EQ(without, Lines());
+    EXPECT_GT(run.operations, 50);
+    EXPECT_EQ(run.withoutCursor, Lines());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
@@ -150,68 +158,21 @@ TEST_F(StepDetails, the_wait_cursor_is_shown_while_a_stock_figure_is_loaded)
 {
     loadPair(genesis8Female);
     const auto impl = makeImpl();
-    int operations = 0;
-    Lines without;
-    {
-        const OnLooker looker([&](const std::string& operation) {
-            ++operations;
-            if (!IsWaitCursorShown())
-                without.push_back(operation);
-        });
-        impl->loadGenesis_X(GntLoadFigure::Genesis8Female, GntResolution::Base, 1);
-    }
-    EXPECT_GT(operations, 3);
-    EXPECT_EQ(without, Lines());
+    const Watched load = WatchCursorDuring(
+        [&] { impl->loadGenesis_X(GntLoadFigure::Genesis8Female, GntResolution::Base, 1); });
+    EXPECT_GT(load.operations, 3);
+    EXPECT_EQ(load.withoutCursor, Lines());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
 TEST_F(StepDetails, the_wait_cursor_is_shown_while_a_height_is_matched)
 {
     loadPairInOnePlace(genesis8Female);
-    int operations = 0, waiting = 0;
-    {
-        const OnLooker looker([&](const std::string&) {
-            ++operations;
-            waiting += IsWaitCursorShown();
-        });
-        kst::daz::AdjustFigureHeight(*target, dial(*target, "body_bs_ProportionHeight"), *source);
-    }
-    EXPECT_GT(operations, 0);
-    EXPECT_EQ(waiting, operations);
+    const Watched matching = WatchCursorDuring(
+        [&] { kst::daz::AdjustFigureHeight(*target, dial(*target, "body_bs_ProportionHeight"), *source); });
+    EXPECT_GT(matching.operations, 0);
+    EXPECT_EQ(matching.withoutCursor, Lines());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-}
-
-class RecordingFactory : public DzClassFactory {
-public:
-    RecordingFactory() : DzClassFactory(&RecordingTransfer::staticMetaObject, DzGuid()) {}
-    QObject* createInstance() const override { return new RecordingTransfer; }
-    QObject* createInstance(const QVariantList&) const override { return new RecordingTransfer; }
-};
-
-class StepDetailsDeathTest : public StepDetails {
-protected:
-    StepDetailsDeathTest() { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
-
-    /// The process ends, since a class of the host is looked up once in a process, at its first use.
-    [[noreturn]] void reportTransfer()
-    {
-        loadPair(genesis8Female);
-        const auto impl = makeImpl();
-        const RecordingFactory factory;
-        const openhost::ClassFactoryOverride override(QLatin1String("DzTransferUtility"), &factory);
-        impl->runTransferUtility(*source, *target, {{"First", 1.0f}, {"Second", 0.5f}});
-        std::fprintf(stderr, "[%s]", RecordingTransfer::calls.c_str());
-        std::_Exit(0);
-    }
-};
-
-TEST_F(StepDetailsDeathTest, the_transfer_is_asked_for_all_but_a_parent_and_a_replaced_source)
-{
-    EXPECT_EXIT(
-        reportTransfer(), testing::ExitedWithCode(0),
-        "\\[source Vera, target Genesis 9, parent no, binding yes, selection map yes, face groups yes, "
-        "region groups yes, morphs yes, type 1, list First\\+Second, override yes, replaces source no, "
-        "transfer yes\\]");
 }
 
 } // namespace

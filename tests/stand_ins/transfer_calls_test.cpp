@@ -1,4 +1,4 @@
-// What the Transfer Utility is told when there is no morph to name.
+// What the Transfer Utility is told by a conversion.
 // SPDX-License-Identifier: MIT
 
 #include "tests/stand_ins/noting_tools.h"
@@ -31,6 +31,18 @@ TEST_F(TransferCalls, ask_for_all_morphs_and_list_none_when_none_is_named)
                   "setTransferSelectionMap true", "setTransferFaceGroups true",
                   "setTransferRegionGroups true", "setTransferMorphs true", "setTransferSourceMorphs 5",
                   "setOverrideExistingMorphs true", "setTargetReplacesSource false", "doTransfer"}));
+}
+
+TEST_F(TransferCalls, list_the_morphs_in_their_order_and_want_all_but_a_parent_and_a_replaced_source)
+{
+    GntConverter::Impl(params).runTransferUtility(*source, *target, {{"First", 1.0f}, {"Second", 0.5f}});
+    EXPECT_EQ(noting::calls,
+              (std::vector<std::string>{"setSource Vera", "setTarget Nova", "setParentToFigure false",
+                                        "setTransferBinding true", "setTransferSelectionMap true",
+                                        "setTransferFaceGroups true", "setTransferRegionGroups true",
+                                        "setTransferMorphs true", "setTransferSourceMorphs 1",
+                                        "setMorphTransferList First+Second", "setOverrideExistingMorphs true",
+                                        "setTargetReplacesSource false", "doTransfer"}));
 }
 
 } // namespace

@@ -1,9 +1,16 @@
-// The host's plug-in definitions, whose macros hand plain texts on as they are, and want a semicolon.
+// The host's plug-in definitions, whose macros hand plain texts on as they are. Such macros may
+// want a semicolon or end with their own: MACROS_HAVE_SEMICOLONS chooses.
 // SPDX-License-Identifier: MIT
 
 #pragma once
 
 #include "host/include/dzplugin.h"
+
+#ifdef MACROS_HAVE_SEMICOLONS
+#define END_OF_MACRO ;
+#else
+#define END_OF_MACRO
+#endif
 
 #undef DZ_PLUGIN_DEFINITION
 #undef DZ_PLUGIN_AUTHOR
@@ -11,6 +18,7 @@
 #undef DZ_PLUGIN_DESCRIPTION
 #undef DZ_PLUGIN_CLASS_GUID
 
+// clang-format off
 #define DZ_PLUGIN_DEFINITION(pluginName)                                                                     \
     static DzPlugin s_pluginDef(pluginName);                                                                 \
     extern "C" Q_DECL_EXPORT DzVersion getSDKVersion()                                                       \
@@ -21,19 +29,21 @@
     {                                                                                                        \
         return &s_pluginDef;                                                                                 \
     }                                                                                                        \
-    static const bool s_isDefined = (s_pluginDef.getStatus(), true)
+    static const bool s_isDefined = (s_pluginDef.getStatus(), true) END_OF_MACRO
 
 #define DZ_PLUGIN_AUTHOR(author)                                                                             \
-    static const bool s_hasAuthor = s_isDefined && (s_pluginDef.setAuthor(author), true)
+    static const bool s_hasAuthor = s_isDefined && (s_pluginDef.setAuthor(author), true) END_OF_MACRO
 
 #define DZ_PLUGIN_VERSION(major, minor, revision, build)                                                     \
     static const bool s_hasVersion =                                                                         \
-        s_hasAuthor && (s_pluginDef.setVersion(major, minor, revision, build), true)
+        s_hasAuthor && (s_pluginDef.setVersion(major, minor, revision, build), true) END_OF_MACRO
 
 #define DZ_PLUGIN_DESCRIPTION(description)                                                                   \
-    static const bool s_hasDescription = s_hasVersion && (s_pluginDef.setDescription(description), true)
+    static const bool s_hasDescription =                                                                     \
+        s_hasVersion && (s_pluginDef.setDescription(description), true) END_OF_MACRO
 
 #define DZ_PLUGIN_CLASS_GUID(typeName, guid)                                                                 \
     static const bool s_has##typeName =                                                                      \
         s_hasDescription && (DzGuid::fromString(QLatin1String("{" #guid "}")),                               \
-                             typeName::staticMetaObject.className() != nullptr)
+                             typeName::staticMetaObject.className() != nullptr) END_OF_MACRO
+// clang-format on
