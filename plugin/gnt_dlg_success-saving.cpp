@@ -4,9 +4,9 @@
 #include "plugin/gnt_dlg_success-impl.h"
 
 #include "shared/ks_critical-box.h"
+#include "shared/ks_daz-adaptation.h"
 #include "shared/ks_exception.h"
 #include "shared/ks_filtered-save.h"
-#include "shared/ks_helpers-daz.h"
 #include "shared/ks_string.h"
 
 #include <algorithm>

@@ -3,8 +3,8 @@
 
 #include "shared/ks_daz-helpers.h"
 
+#include "shared/ks_daz-adaptation.h"
 #include "shared/ks_daz-managers.h"
-#include "shared/ks_helpers-daz.h"
 #include "shared/ks_string.h"
 
 #include <dzcontentmgr.h>

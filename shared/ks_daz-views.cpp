@@ -3,9 +3,9 @@
 
 #include "shared/ks_daz-managers.h"
 
+#include "shared/ks_daz-adaptation.h"
 #include "shared/ks_daz-checked.h"
 #include "shared/ks_gui.h"
-#include "shared/ks_helpers-daz.h"
 #include "shared/ks_string.h"
 
 #include <dz3dviewport.h>

@@ -3,11 +3,11 @@
 
 #include "shared/ks_filtered-save.h"
 
+#include "shared/ks_daz-adaptation.h"
 #include "shared/ks_daz-checked.h"
 #include "shared/ks_daz-helpers.h"
 #include "shared/ks_daz-managers.h"
 #include "shared/ks_exception.h"
-#include "shared/ks_helpers-daz.h"
 #include "shared/ks_string.h"
 #include "shared/ks_wait-cursor.h"
 

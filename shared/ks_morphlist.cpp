@@ -4,9 +4,9 @@
 #include "shared/ks_morphlist.h"
 
 #include "shared/ks_assert.h"
+#include "shared/ks_daz-adaptation.h"
 #include "shared/ks_daz-helpers.h"
 #include "shared/ks_exception.h"
-#include "shared/ks_helpers-daz.h"
 #include "shared/ks_string.h"
 
 #include <cmath>

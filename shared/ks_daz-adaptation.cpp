@@ -1,7 +1,7 @@
 // What the closed host may spell otherwise.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_helpers-daz.h"
+#include "shared/ks_daz-adaptation.h"
 
 #include "shared/ks_string.h"
 
