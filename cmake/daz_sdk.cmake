@@ -11,6 +11,18 @@ foreach(folder include lib bin)
     endif()
 endforeach()
 
+# What was found in another SDK before is looked for anew.
+if(DEFINED DAZ_SDK_FOUND_IN AND NOT DAZ_SDK_FOUND_IN STREQUAL DAZ_SDK_DIR)
+    get_cmake_property(names CACHE_VARIABLES)
+    foreach(name IN LISTS names)
+        string(FIND "${${name}}" "${DAZ_SDK_FOUND_IN}/" place)
+        if(name MATCHES "^DAZ_SDK_" AND place EQUAL 0)
+            unset(${name} CACHE)
+        endif()
+    endforeach()
+endif()
+set(DAZ_SDK_FOUND_IN "${DAZ_SDK_DIR}" CACHE INTERNAL "")
+
 # Some SDKs keep one folder a platform below each of theirs; 64 bits are wanted.
 function(daz_sdk_folders variable folder)
     file(GLOB all LIST_DIRECTORIES true "${DAZ_SDK_DIR}/${folder}/*")
