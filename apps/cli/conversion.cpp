@@ -22,6 +22,8 @@
 
 #include <algorithm>
 
+#include <fmt/format.h>
+
 namespace cli {
 
 namespace {
@@ -109,14 +111,25 @@ void SelectBoth(DzNode& source, DzNode& target)
     target.select(true);
 }
 
+/// The host saves into libraries that are there only.
+fs::path MakeLibrary(const fs::path& folder)
+{
+    const fs::path library = fs::absolute(folder);
+    std::error_code error;
+    fs::create_directories(library, error);
+    if (!fs::is_directory(library))
+        throw std::runtime_error(
+            fmt::format("cannot create folder {}: {}", FileText(library), error.message()));
+    return library;
+}
+
 void Save(const SaveRequest& save, DzNode& target, const std::vector<GntCreatedMorph>& created,
           HostSession& session)
 {
     std::vector<std::string> names;
     for (const GntCreatedMorph& morph : created)
         names.push_back(morph.name);
-    const fs::path library = fs::absolute(save.contentDirectory);
-    fs::create_directories(library); // the host saves into libraries that are there
+    const fs::path library = MakeLibrary(save.contentDirectory);
     try {
         kst::FilteredSave::SaveMorphSupportAsset_X(target, FileText(library), save.vendor, save.product,
                                                    names, save.compress, false);

@@ -221,6 +221,15 @@ TEST_F(ConvertFailure, makes_no_folders_for_a_conversion_that_fails)
         saving(workspace.path("saved"), {"--pictures", workspace.path("drawn"), "--dial", "No=1"}), 1, "No");
 }
 
+TEST_F(ConvertFailure, to_make_the_library_s_folder_names_it)
+{
+    // The superuser may write into it, and it takes nothing all the same.
+    expectFailureWith(convert(saving("/proc/none")), 1, "annot create folder /proc/none: ");
+    fs::create_symlink(workspace.path("gone"), workspace.path("link"));
+    expectFailureWith(convert(saving(workspace.path("link"))), 1,
+                      "annot create folder " + workspace.path("link"));
+}
+
 TEST_F(ConvertFailure, to_save_one_morph_leaves_no_part_of_it)
 {
     fs::create_directories(workspace.path("saved/") + savedFolder + "/Vera_Head.dsf");

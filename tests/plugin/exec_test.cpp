@@ -142,9 +142,10 @@ TEST_F(ExecTest, shows_no_box_when_the_user_does_not_want_to)
 TEST_F(ExecTest, shows_a_failure_in_the_box_of_the_action)
 {
     dzScene->selectAllNodes(false);
+    const int before = boxes();
     GntConvertFigureAction action;
     action.trigger();
-    EXPECT_EQ(boxes(), 1);
+    EXPECT_EQ(boxes(), before + 1);
     EXPECT_TRUE(LogText().contains(QStringLiteral(
         "KeGNT: Critical error message box in Kestrom's Gantrel V1.0.5: Could not convert figure: you must "
         "select two figures (a \u201Csource\u201D Genesis 8 or 8.1 and a \u201Ctarget\u201D Genesis 9) in "

@@ -156,6 +156,7 @@ TEST_F(ObjSettingsTest, limit_the_export_by_both_options_at_once)
 TEST_F(ObjSettingsTest, survive_as_json_in_the_application_settings)
 {
     DzAppSettings store(QLatin1String("Test"));
+    store.removeValue(QLatin1String("obj"));
     kst::ObjImportSettings saved;
     EXPECT_FALSE(saved.loadFromAppSettings(store, "obj")) << "nothing is stored yet";
     saved.loadBlenderDefaults();
