@@ -6,6 +6,7 @@
 #include "plugin/gnt_outcome-texts.h"
 
 #include "shared/ks_debug.h"
+#include "shared/ks_exception.h"
 
 #include <QElapsedTimer>
 
@@ -40,6 +41,8 @@ void GntConverter::Exec_X(QWidget* parent)
         {parent, params, converter.getActiveMorphCount(), label, &converter._pImpl->settings});
     if (!form->exec())
         return;
+    if (!params->areFiguresInScene())
+        throw kst::Exception("the source or the target figure is no longer in the scene");
     const std::vector<std::string> paths = form->getMorphPaths();
     QElapsedTimer timer;
     timer.start();

@@ -91,7 +91,10 @@ void GntConvertDialog::Impl::addDial(const Dial& dial, std::string_view help)
     const std::string name = HtmlEscape(dial.label);
     const auto pController = std::make_shared<kst::FloatSliderController>(
         row, nullptr, *pSetting, name, Sliders::Flags(Sliders::EditableText) | Sliders::DisplayAsPercent,
-        [pSetting](const float& value) { pSetting->getProperty().setValue(value); });
+        [this, pSetting](const float& value) {
+            if (params.areFiguresInScene())
+                pSetting->getProperty().setValue(value);
+        });
     pController->getWidget().setToolTip(ToQ(help));
     dials.push_back(pController);
     toolButtons.addLeftDefaultRightToolButtons(row, name, pSetting, pController);
@@ -143,6 +146,8 @@ void GntConvertDialog::Impl::setAutoAdjust(bool on)
 
 void GntConvertDialog::Impl::matchHeight()
 {
+    if (!params.areFiguresInScene())
+        return;
     DzFloatProperty& height = params.settingProportionHeight->getProperty();
     kst::daz::AdjustFigureHeight(params.figTarget, height, params.figSource);
     pHeightDial->setWidgetValue(height.getValue());
@@ -151,6 +156,8 @@ void GntConvertDialog::Impl::matchHeight()
 void GntConvertDialog::Impl::restoreDials()
 {
     pTimer.reset();
+    if (!params.areFiguresInScene())
+        return;
     for (const Dial& dial : listDials())
         dial.pSetting->getProperty().setValue(dial.pSetting->getInitialValue());
 }

@@ -8,6 +8,7 @@
 
 #include <dzfigure.h>
 #include <dzfloatproperty.h>
+#include <dzscene.h>
 
 std::string_view GntClonePropertyName(GntCloneShape cloneShape)
 {
@@ -46,4 +47,10 @@ GntParams::GntParams(DzFigure& source, int subdLevelSource, GntCloneShape clone,
 DzFloatProperty* GntParams::findPropertyInTarget(std::string_view name) const
 {
     return kst::daz::FindFloatProperty(figTarget, kst::daz::PropertyLocation::Any, name, true);
+}
+
+bool GntParams::areFiguresInScene() const
+{
+    // The scene compares addresses only, so that figures that are deleted may be asked about.
+    return dzScene->findNodeIndex(&figSource) >= 0 && dzScene->findNodeIndex(&figTarget) >= 0;
 }

@@ -56,6 +56,8 @@ public:
     /// @return never null
     /// @throws kst::Exception  there is none, or it is no float property
     DzFloatProperty* findPropertyInTarget(std::string_view name) const;
+    /// While a dialog waits for the user, a script or a timer of the host may take them away.
+    bool areFiguresInScene() const;
 
     DzFigure& figSource;
     const int iSubdLevelSource; ///< at the moment of selection

@@ -74,6 +74,22 @@ TEST_F(ExecTest, changes_and_tells_nothing_when_the_user_does_not_want_to)
     EXPECT_EQ(dzScene->getNumNodes(), nodes);
 }
 
+TEST_F(ExecTest, tells_when_a_figure_went_while_the_user_was_asked)
+{
+    for (const bool isSource : {true, false}) {
+        SetUp();
+        forms.meanwhile = [this, isSource] {
+            dzScene->removeNode(isSource ? source : target);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        };
+        const int nodes = dzScene->getNumNodes();
+        EXPECT_EQ(MessageOf([] { GntConverter::Exec_X(nullptr); }),
+                  "the source or the target figure is no longer in the scene");
+        EXPECT_FALSE(forms.outcome);
+        EXPECT_LT(dzScene->getNumNodes(), nodes) << "and nothing was loaded";
+    }
+}
+
 TEST_F(ExecTest, asks_nothing_when_there_is_nothing_to_convert)
 {
     kst::daz::FindFloatProperty(*source, kst::daz::PropertyLocation::Any, "Wide", true)->setValue(0.0f);

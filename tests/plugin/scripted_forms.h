@@ -6,6 +6,7 @@
 #include "plugin/gnt_convert-figure.h"
 #include "plugin/gnt_forms.h"
 
+#include <functional>
 #include <optional>
 
 /// Answers as it is told, and notes what it was asked. Stands in for the dialogs as long as it lives.
@@ -15,6 +16,7 @@ public:
     ~ScriptedForms() override { GntConverter::SetForms(nullptr); }
 
     bool goesOn = true;
+    std::function<void()> meanwhile; ///< what happens while the user is asked
     GntJobs jobs{GntJobFlag::Full};
     bool debugSteps = false;
     std::vector<std::string> names{"Full", "Head", "Body"};
@@ -25,7 +27,12 @@ private:
     class Form : public GntConvertForm {
     public:
         explicit Form(const ScriptedForms& forms) : _forms(forms) {}
-        bool exec() override { return _forms.goesOn; }
+        bool exec() override
+        {
+            if (_forms.meanwhile)
+                _forms.meanwhile();
+            return _forms.goesOn;
+        }
         std::vector<std::string> getMorphPaths() const override { return {"/G/Full", "/G/Head", "/G/Body"}; }
         bool isDebuggingSteps() const override { return _forms.debugSteps; }
         GntResolution getResolution() const override { return GntResolution::Base; }

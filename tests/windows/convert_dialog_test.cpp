@@ -308,6 +308,22 @@ TEST_F(ConvertDialog, reaches_its_dials_by_keys_too)
     }
 }
 
+TEST_F(ConvertDialog, leaves_dials_alone_whose_figure_went_meanwhile)
+{
+    for (const bool isSource : {true, false}) {
+        SetUp();
+        open();
+        dzScene->removeNode(isSource ? source : target);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        slider(1).setValue(0.5f);
+        dialButton(3, "Auto").click();
+        waitForMatching();
+        dialog->reject(); // would put the dials back
+        EXPECT_EQ(dialog->result(), QDialog::Rejected);
+        dialog.reset();
+    }
+}
+
 TEST_F(ConvertDialog, takes_return_for_convert_and_escape_for_cancel)
 {
     open();
