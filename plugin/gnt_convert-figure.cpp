@@ -207,9 +207,9 @@ void GntConverter::Impl::restoreSourceAndTargetParams()
     for (const auto& saved : savedValues)
         saved.first->setValue(saved.second);
     savedValues.clear();
-    if (!savedSourceLabel.isEmpty()) {
+    if (sourceLabelSaved) {
         pParams->figSource.setLabel(savedSourceLabel);
-        savedSourceLabel = QString();
+        sourceLabelSaved = false;
     }
     if (sourceResolutionChanged)
         kst::daz::SetNodeResolution(pParams->figSource, sourceResolution, false);

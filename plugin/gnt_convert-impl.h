@@ -93,7 +93,8 @@ public:
     std::string tempFolder;
     std::array<std::string, GNT_FIGURE_FILES.size()> figureFiles; ///< absolute, in GntLoadFigure's order
     kst::NodeList nodeList;
-    QString savedSourceLabel;                      ///< empty when the source has its own label
+    bool sourceLabelSaved = false; ///< the source has another label than its own
+    QString savedSourceLabel;
     std::map<DzFloatProperty*, float> savedValues; ///< of the target, from before the conversion
     kst::daz::NodeResolution sourceResolution = kst::daz::NodeResolution::Unknown;
     bool sourceResolutionChanged = false;

@@ -69,6 +69,7 @@ void GntConverter::Impl::S1_MoveTargetG9ToWorldOrigin()
 
     // A label of its own keeps look-ups by label from finding another node.
     savedSourceLabel = source.getLabel();
+    sourceLabelSaved = true;
     source.setLabel(ToQ(fmt::format("{}-{}", ToStd(savedSourceLabel), kst::str::MakeRandomString(8))));
 }
 
