@@ -28,6 +28,12 @@ TEST(HelpTexts, get_typographic_quotes)
                   " Genesis 9) in the scene");
 }
 
+TEST(HelpTexts, replace_opening_marks_before_closing_ones)
+{
+    EXPECT_EQ(kst::daz::FormatHelp("a}%{b"), "a}\xE2\x80\x9C"
+                                             "b");
+}
+
 TEST(HelpTexts, get_the_plugins_title)
 {
     EXPECT_EQ(kst::daz::FormatHelp("%PLUGINNAME% help"), "Kestrom's Gantrel help");
