@@ -80,8 +80,14 @@ endfunction()
 daz_sdk_add_qt(QtCore qglobal.h)
 daz_sdk_add_qt(QtGui qwidget.h)
 daz_sdk_add_qt(QtScript qscriptengine.h)
+# The toolkit's own checks are for its developers; ours stay.
+target_compile_definitions(daz_sdk INTERFACE $<$<NOT:$<CONFIG:Debug>>:QT_NO_DEBUG>)
 if(WIN32)
     target_compile_definitions(daz_sdk INTERFACE QT_DLL)
+endif()
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+    # A failed assertion names the file, without the folders of whoever built it.
+    target_compile_options(daz_sdk INTERFACE "-fmacro-prefix-map=${gantrel_root}/=")
 endif()
 
 foreach(tool moc uic rcc)
@@ -104,6 +110,10 @@ find_path(FMT_INCLUDE_DIR fmt/format.h)
 if(NOT EXISTS "${FMT_INCLUDE_DIR}/fmt/format.h")
     message(FATAL_ERROR "The headers of fmt (8 or later) were not found: give the folder with fmt/format.h as "
         "-DFMT_INCLUDE_DIR=FOLDER.")
+endif()
+file(STRINGS "${FMT_INCLUDE_DIR}/fmt/core.h" fmt_version REGEX "define FMT_VERSION")
+if(NOT fmt_version MATCHES "([0-9]+)[0-9][0-9][0-9][0-9]" OR CMAKE_MATCH_1 LESS 8)
+    message(FATAL_ERROR "The fmt in ${FMT_INCLUDE_DIR} is older than version 8: give another as -DFMT_INCLUDE_DIR=FOLDER.")
 endif()
 add_library(fmt::fmt INTERFACE IMPORTED GLOBAL)
 # As an option and not as an include folder: the older moc reads what it finds in those, and cannot read this.

@@ -17,8 +17,9 @@
 #pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
 #endif
 
-// Some of the host's macros end with their semicolon and some want one: another does no harm.
-DZ_PLUGIN_DEFINITION(kst::product::TITLE);
+// Some of the host's macros end with their semicolon and some want one: another does no harm. A bare name
+// would declare a function where a macro wraps it into a string.
+DZ_PLUGIN_DEFINITION(kst::product::TITLE + 0);
 DZ_PLUGIN_AUTHOR("Kestrom");
 DZ_PLUGIN_VERSION(1, 0, 5, 0);
 // The description's quotation marks around the menu's name are typographic ones.

@@ -1,5 +1,5 @@
-// The host's plug-in definitions, whose macros hand plain texts on as they are. Such macros may
-// want a semicolon or end with their own: MACROS_HAVE_SEMICOLONS chooses.
+// The host's plug-in definitions, whose macros hand plain texts on as they are. Such macros may want a
+// semicolon or end with their own: MACROS_HAVE_SEMICOLONS chooses; MACROS_WRAP_TEXTS lets them make strings.
 // SPDX-License-Identifier: MIT
 
 #pragma once
@@ -12,6 +12,12 @@
 #define END_OF_MACRO
 #endif
 
+#ifdef MACROS_WRAP_TEXTS
+#define PLUGIN_TEXT(text) QString(text)
+#else
+#define PLUGIN_TEXT(text) text
+#endif
+
 #undef DZ_PLUGIN_DEFINITION
 #undef DZ_PLUGIN_AUTHOR
 #undef DZ_PLUGIN_VERSION
@@ -20,7 +26,7 @@
 
 // clang-format off
 #define DZ_PLUGIN_DEFINITION(pluginName)                                                                     \
-    static DzPlugin s_pluginDef(pluginName);                                                                 \
+    static DzPlugin s_pluginDef(PLUGIN_TEXT(pluginName));                                                    \
     extern "C" Q_DECL_EXPORT DzVersion getSDKVersion()                                                       \
     {                                                                                                        \
         return DZ_SDK_VERSION;                                                                               \
