@@ -41,6 +41,13 @@ TEST(FlagSet, is_combined_and_cut)
     EXPECT_TRUE(set != all);
 }
 
+TEST(NumericSetting, tests_its_lower_limit_before_its_upper_one)
+{
+    kst::NumericSetting<int> setting(0, 0, 10, -10); // limits the wrong way round
+    setting.set(5);
+    EXPECT_EQ(setting.get(), -10);
+}
+
 TEST(Setting, tells_listeners_in_order_and_only_about_changes)
 {
     kst::NumericSetting<int> setting(1, 1, 0, 10);

@@ -15,6 +15,8 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <vector>
+
 namespace {
 
 /// More than a tick ever takes, so that a watcher that does nothing fails a test and does not hang it.
@@ -229,6 +231,20 @@ TEST_F(ClickawayTest, answers_the_hosts_own_windows_from_within_their_event_loop
                                            Clickaway::DuplicateFormulas, Clickaway::PresetLimits})
             EXPECT_GE(watcher.handledCount(kind), 1u) << kind;
     }
+}
+
+TEST_F(ClickawayTest, sees_windows_in_the_order_of_their_names_and_then_of_their_titles)
+{
+    QDialog last, second, first;
+    Show(last, "Order b", "A");
+    Show(second, "Order a", "B");
+    Show(first, "Order a", "A");
+    const kst::Snapshot snapshot;
+    std::vector<const QWidget*> seen;
+    for (const auto& window : snapshot.windows)
+        if (window->objectName.startsWith(QStringLiteral("Order")))
+            seen.push_back(window->widget);
+    EXPECT_EQ(seen, (std::vector<const QWidget*>{&first, &second, &last}));
 }
 
 TEST_F(ClickawayTest, counts_windows_of_one_name_and_title_as_one)
