@@ -3,6 +3,9 @@
 
 #include "tests/host/host_fixture.h"
 
+#include <dznode.h>
+#include <dzscene.h>
+
 #include <QFile>
 
 namespace {
@@ -46,4 +49,16 @@ int main(int argc, char** argv)
     openhost::OpenHost host(argc, argv, options);
     g_host = &host;
     return RUN_ALL_TESTS();
+}
+
+DzNode* AddNode(const char* label, DzNode* parent)
+{
+    auto* const node = new DzNode;
+    node->setName(QLatin1String(label));
+    node->setLabel(QLatin1String(label));
+    if (parent)
+        parent->addNodeChild(node);
+    else
+        dzScene->addNode(node);
+    return node;
 }

@@ -26,6 +26,9 @@ protected:
     void SetUp() override { TestHost().reset(); }
 };
 
+/// A new node of that name and label in the scene, below the parent if there is one; the scene owns it.
+DzNode* AddNode(const char* label, DzNode* parent = nullptr);
+
 /// Keeps a record, and refuses what it is told to.
 class Recorder : public openhost::OperationListener {
 public:

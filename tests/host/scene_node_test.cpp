@@ -14,15 +14,6 @@
 
 namespace {
 
-DzNode* AddNode(const char* label)
-{
-    auto* const node = new DzNode;
-    node->setName(QLatin1String(label));
-    node->setLabel(QLatin1String(label));
-    dzScene->addNode(node);
-    return node;
-}
-
 DzFigure* AddFigure(const char* label)
 {
     auto* const figure = new DzFigure;

@@ -8,24 +8,14 @@ namespace {
 
 class NodeListTest : public HostTest {
 protected:
-    static DzNode* add(const char* label, DzNode* parent = nullptr)
-    {
-        auto* const node = new DzNode;
-        node->setLabel(QLatin1String(label));
-        if (parent)
-            parent->addNodeChild(node);
-        else
-            dzScene->addNode(node);
-        return node;
-    }
     kst::NodeList list;
 };
 
 TEST_F(NodeListTest, finds_what_was_added_since_the_snapshot)
 {
-    add("Old");
+    AddNode("Old");
     list.snapshot();
-    DzNode* const fresh = add("Fresh");
+    DzNode* const fresh = AddNode("Fresh");
     EXPECT_EQ(list.getNew(), std::set<DzNode*>{fresh});
     EXPECT_EQ(list.findNewByLabel("Fresh"), fresh);
     EXPECT_EQ(list.findNewByLabel("fresh"), nullptr);
@@ -33,16 +23,16 @@ TEST_F(NodeListTest, finds_what_was_added_since_the_snapshot)
 
 TEST_F(NodeListTest, does_not_report_a_new_node_with_an_old_label)
 {
-    DzNode* const parent = add("Parent");
-    add("Twin", parent);
+    DzNode* const parent = AddNode("Parent");
+    AddNode("Twin", parent);
     list.snapshot();
-    add("Twin", parent);
+    AddNode("Twin", parent);
     EXPECT_TRUE(list.getNew().empty());
 }
 
 TEST_F(NodeListTest, takes_all_for_new_when_cleared)
 {
-    DzNode* const node = add("Node");
+    DzNode* const node = AddNode("Node");
     list.snapshot();
     list.clear();
     EXPECT_EQ(list.getNew(), std::set<DzNode*>{node});
@@ -50,8 +40,8 @@ TEST_F(NodeListTest, takes_all_for_new_when_cleared)
 
 TEST_F(NodeListTest, walks_children_below_their_parents_and_stops_on_request)
 {
-    DzNode* const parent = add("Parent");
-    DzNode* const child = add("Child", parent);
+    DzNode* const parent = AddNode("Parent");
+    DzNode* const child = AddNode("Child", parent);
     std::vector<DzNode*> visited;
     EXPECT_TRUE(kst::NodeList::ForEachNode(parent, [&](DzNode& node) {
         visited.push_back(&node);
@@ -63,7 +53,7 @@ TEST_F(NodeListTest, walks_children_below_their_parents_and_stops_on_request)
 
 TEST_F(NodeListTest, tells_nodes_of_the_scene_from_others)
 {
-    const DzNode* const inside = add("Inside");
+    const DzNode* const inside = AddNode("Inside");
     const DzNode outside;
     EXPECT_TRUE(kst::NodeList::IsSceneNode(inside));
     EXPECT_FALSE(kst::NodeList::IsSceneNode(&outside));

@@ -18,28 +18,13 @@ using kst::daz::FindProperty;
 using kst::daz::PropertyLocation;
 using Nodes = std::vector<DzNode*>;
 
-class SceneSearch : public HostTest {
-protected:
-    static DzNode* add(const char* label, DzNode* parent = nullptr)
-    {
-        auto* const node = new DzNode;
-        node->setName(QLatin1String(label));
-        node->setLabel(QLatin1String(label));
-        if (parent)
-            parent->addNodeChild(node);
-        else
-            dzScene->addNode(node);
-        return node;
-    }
-};
-
 /// A node with a mesh, and with a property of its own.
-class PropertySearch : public SceneSearch {
+class PropertySearch : public HostTest {
 protected:
     void SetUp() override
     {
-        SceneSearch::SetUp();
-        node = add("Chair");
+        HostTest::SetUp();
+        node = AddNode("Chair");
         auto* const shape = new DzFacetShape;
         auto* const mesh = new DzFacetMesh;
         mesh->enableSubDivision(true); // gives the shape its properties
@@ -72,13 +57,13 @@ TEST_F(PropertySearch, finds_nothing_in_a_place_that_there_is_not)
     }
 }
 
-using NodeSearch = SceneSearch;
+using NodeSearch = HostTest;
 
 TEST_F(NodeSearch, takes_a_snapshot_of_what_is_below_the_root_it_is_given)
 {
-    DzNode* const root = add("Root");
-    DzNode* const other = add("Other");
-    add("Below", add("Child", root));
+    DzNode* const root = AddNode("Root");
+    DzNode* const other = AddNode("Other");
+    AddNode("Below", AddNode("Child", root));
     kst::NodeList list;
     list.snapshot(root);
     EXPECT_EQ(list.getNew(), (std::set<DzNode*>{root, other}));
@@ -86,21 +71,21 @@ TEST_F(NodeSearch, takes_a_snapshot_of_what_is_below_the_root_it_is_given)
 
 TEST_F(NodeSearch, tells_what_is_new_below_the_root_it_is_given)
 {
-    DzNode* const root = add("Root");
-    DzNode* const child = add("Child", root);
+    DzNode* const root = AddNode("Root");
+    DzNode* const child = AddNode("Child", root);
     kst::NodeList list;
     list.snapshot();
-    add("Fresh elsewhere");
-    DzNode* const fresh = add("Fresh below", child);
+    AddNode("Fresh elsewhere");
+    DzNode* const fresh = AddNode("Fresh below", child);
     EXPECT_EQ(list.getNew(root), std::set<DzNode*>{fresh});
 }
 
 TEST_F(NodeSearch, goes_no_further_once_it_is_stopped_further_down)
 {
-    DzNode* const root = add("Root");
-    DzNode* const first = add("First", root);
-    DzNode* const below = add("Below", first);
-    add("Second", root);
+    DzNode* const root = AddNode("Root");
+    DzNode* const first = AddNode("First", root);
+    DzNode* const below = AddNode("Below", first);
+    AddNode("Second", root);
     Nodes visited;
     EXPECT_FALSE(kst::NodeList::ForEachNode(root, [&](DzNode& node) {
         visited.push_back(&node);
@@ -109,11 +94,11 @@ TEST_F(NodeSearch, goes_no_further_once_it_is_stopped_further_down)
     EXPECT_EQ(visited, (Nodes{first, below}));
 }
 
-using ObjFiles = SceneSearch;
+using ObjFiles = HostTest;
 
 TEST_F(ObjFiles, are_written_without_asking)
 {
-    kst::daz::SetSceneSelection(*add("Chair"));
+    kst::daz::SetSceneSelection(*AddNode("Chair"));
     DzFileIOSettings settings;
     MessageOf([&] { kst::daz::ExportOneObj_X(settings, "/proc/none/x.obj"); });
     EXPECT_EQ(settings.getIntValue(QLatin1String("RunSilent")), 1);

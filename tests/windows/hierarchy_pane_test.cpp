@@ -27,17 +27,7 @@ protected:
     }
     void TearDown() override { pane.reset(); }
 
-    static DzNode& addNode(const char* label, DzNode* parent = nullptr)
-    {
-        auto* const node = new DzNode;
-        node->setName(QLatin1String(label));
-        node->setLabel(QLatin1String(label));
-        if (parent)
-            parent->addNodeChild(node);
-        else
-            dzScene->addNode(node);
-        return *node;
-    }
+    static DzNode& addNode(const char* label, DzNode* parent = nullptr) { return *AddNode(label, parent); }
     static void settle() { QCoreApplication::processEvents(); }
 
     QTreeWidget& tree() const { return *pane->findChild<QTreeWidget*>(); }
