@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "content/sample_library.h"
 #include "openhost/openhost.h"
+#include "sample_content/sample_library.h"
 
 #include <QTemporaryDir>
 

@@ -17,8 +17,6 @@ if(CCACHE)
 endif()
 
 add_library(gantrel_options INTERFACE)
-get_filename_component(gantrel_root ${CMAKE_CURRENT_LIST_DIR}/.. ABSOLUTE)
-target_include_directories(gantrel_options INTERFACE ${gantrel_root})
 if(APPLE)
     # The standard library of the closed host.
     target_compile_options(gantrel_options INTERFACE -stdlib=libc++)

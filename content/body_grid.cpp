@@ -1,9 +1,9 @@
 // The sampled body: a grid of signs over an enlarged space.
 // SPDX-License-Identifier: MIT
 
-#include "content/body_grid.h"
+#include "body_grid.h"
 
-#include "content/body_solid.h"
+#include "body_solid.h"
 
 #include <tbb/parallel_for.h>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "content/body_mesher.h"
+#include "body_mesher.h"
 
 #include <array>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // The canonical body's head.
 // SPDX-License-Identifier: MIT
 
-#include "content/body_solid.h"
+#include "body_solid.h"
 
 namespace content {
 

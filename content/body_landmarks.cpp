@@ -1,7 +1,7 @@
 // Where the canonical body's joints lie.
 // SPDX-License-Identifier: MIT
 
-#include "content/body_landmarks.h"
+#include "body_landmarks.h"
 
 namespace content::landmarks {
 

@@ -1,8 +1,8 @@
 // The canonical body's arms, hands, legs and feet; left side.
 // SPDX-License-Identifier: MIT
 
-#include "content/body_landmarks.h"
-#include "content/body_solid.h"
+#include "body_landmarks.h"
+#include "body_solid.h"
 
 namespace content {
 

@@ -1,12 +1,12 @@
 // All-quad meshes of the canonical body.
 // SPDX-License-Identifier: MIT
 
-#include "content/body_mesher.h"
+#include "body_mesher.h"
 
-#include "content/body_grid.h"
-#include "content/body_landmarks.h"
-#include "content/body_relax.h"
-#include "content/body_solid.h"
+#include "body_grid.h"
+#include "body_landmarks.h"
+#include "body_relax.h"
+#include "body_solid.h"
 
 namespace content {
 

@@ -1,15 +1,15 @@
 // Evening out a mesh along the canonical body.
 // SPDX-License-Identifier: MIT
 
-#include "content/body_relax.h"
+#include "body_relax.h"
 
-#include "content/body_solid.h"
+#include "body_solid.h"
 
 #include <tbb/parallel_for.h>
 
 namespace content {
 
-using geometry::Span;
+using base::Span;
 
 namespace {
 
@@ -29,14 +29,14 @@ struct Incidence {
             for (const std::uint32_t vertex : topology.face(f))
                 faces[next[vertex]++] = f;
     }
-    Span<const std::uint32_t> around(std::size_t v) const
+    base::Span<const std::uint32_t> around(std::size_t v) const
     {
         return {faces.data() + offsets[v], offsets[v + 1] - offsets[v]};
     }
 };
 
 /// Twice the corner's area, negative where the corner is turned against the normal.
-float CornerArea(Span<const Vec3f> positions, Span<const std::uint32_t> quad, std::size_t corner,
+float CornerArea(base::Span<const Vec3f> positions, base::Span<const std::uint32_t> quad, std::size_t corner,
                  Vec3f normal)
 {
     const Vec3f here = positions[quad[corner]];
@@ -44,7 +44,8 @@ float CornerArea(Span<const Vec3f> positions, Span<const std::uint32_t> quad, st
                normal);
 }
 
-bool IsFolded(Span<const Vec3f> positions, Span<const Vec3f> normals, Span<const std::uint32_t> quad)
+bool IsFolded(base::Span<const Vec3f> positions, base::Span<const Vec3f> normals,
+              base::Span<const std::uint32_t> quad)
 {
     for (std::size_t corner = 0; corner < 4; ++corner)
         if (CornerArea(positions, quad, corner, normals[quad[corner]]) <= 0.0f)
@@ -52,7 +53,7 @@ bool IsFolded(Span<const Vec3f> positions, Span<const Vec3f> normals, Span<const
     return false;
 }
 
-std::vector<Vec3f> BodyNormals(Span<const Vec3f> positions)
+std::vector<Vec3f> BodyNormals(base::Span<const Vec3f> positions)
 {
     std::vector<Vec3f> normals(positions.size());
     tbb::parallel_for(std::size_t(0), positions.size(),
@@ -63,7 +64,7 @@ std::vector<Vec3f> BodyNormals(Span<const Vec3f> positions)
 /// Mean offset to the vertices of the quads around, rolled out into the tangent plane: each keeps its length,
 /// or the rims of ears and the tips of fingers would slide off towards where the body is thick.
 Vec3f RolledOutPull(const geometry::Topology& topology, const Incidence& incidence,
-                    Span<const Vec3f> positions, std::size_t v, Vec3f normal)
+                    base::Span<const Vec3f> positions, std::size_t v, Vec3f normal)
 {
     Vec3f sum;
     for (const std::uint32_t f : incidence.around(v))
@@ -74,8 +75,8 @@ Vec3f RolledOutPull(const geometry::Topology& topology, const Incidence& inciden
     return sum * (0.25f / static_cast<float>(incidence.around(v).size()));
 }
 
-std::vector<char> VerticesOfFoldedQuads(const geometry::Topology& topology, Span<const Vec3f> positions,
-                                        Span<const Vec3f> normals)
+std::vector<char> VerticesOfFoldedQuads(const geometry::Topology& topology, base::Span<const Vec3f> positions,
+                                        base::Span<const Vec3f> normals)
 {
     std::vector<char> marked(positions.size(), 0);
     for (std::size_t f = 0; f < topology.faceCount(); ++f)

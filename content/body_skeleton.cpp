@@ -1,9 +1,9 @@
 // The canonical body's bones.
 // SPDX-License-Identifier: MIT
 
-#include "content/body_skeleton.h"
+#include "body_skeleton.h"
 
-#include "content/body_landmarks.h"
+#include "body_landmarks.h"
 
 namespace content {
 

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "content/distance_field.h"
+#include "base/span.h"
+#include "distance_field.h"
 #include "geometry/skinning.h"
-#include "geometry/span.h"
 
 #include <string>
 #include <vector>
@@ -34,6 +34,6 @@ const std::vector<BodyBone>& BodyBones();
 
 /// Weights of each place on the canonical body, smooth and summing to 1; at most eight bones each.
 /// @return one list a bone, in the bones' order
-std::vector<geometry::JointWeights> BodyWeights(geometry::Span<const Vec3f> canonical);
+std::vector<geometry::JointWeights> BodyWeights(base::Span<const Vec3f> canonical);
 
 } // namespace content

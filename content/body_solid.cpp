@@ -1,7 +1,7 @@
 // The canonical body as a smooth solid: the parts put together.
 // SPDX-License-Identifier: MIT
 
-#include "content/body_solid.h"
+#include "body_solid.h"
 
 namespace content {
 

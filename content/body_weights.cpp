@@ -1,8 +1,8 @@
 // Skin weights as closed forms of the canonical place.
 // SPDX-License-Identifier: MIT
 
-#include "content/body_skeleton.h"
-#include "content/shape_fields.h"
+#include "body_skeleton.h"
+#include "shape_fields.h"
 
 #include <array>
 
@@ -69,7 +69,7 @@ Influences InfluencesAt(Vec3f p)
 
 } // namespace
 
-std::vector<geometry::JointWeights> BodyWeights(geometry::Span<const Vec3f> canonical)
+std::vector<geometry::JointWeights> BodyWeights(base::Span<const Vec3f> canonical)
 {
     std::vector<Influences> perVertex(canonical.size());
     tbb::parallel_for(std::size_t(0), canonical.size(),

@@ -1,11 +1,11 @@
 // Writing one figure's files into a library: the figure, its morphs, the files that load it.
 // SPDX-License-Identifier: MIT
 
-#include "content/figure_files.h"
+#include "figure_files.h"
 
+#include "dson/uri.h"
+#include "dson/writer.h"
 #include "geometry/deltas.h"
-#include "host/content/dson_uri.h"
-#include "host/content/dson_writer.h"
 
 #include <algorithm>
 #include <cassert>
@@ -183,7 +183,7 @@ void FigureFiles::writeCharacter(const std::string& path, const std::string& lab
     dson::WriteCharacter(character, _figure, _library);
 }
 
-void WriteHeadSplit(geometry::Span<const float> weights, const std::filesystem::path& library)
+void WriteHeadSplit(base::Span<const float> weights, const std::filesystem::path& library)
 {
     dson::DFormAsset preset;
     preset.info = MakeInfo(headSplitPath, "preset_dform");

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "content/figure_kinds.h"
+#include "dson/asset.h"
 #include "geometry/skinning.h"
-#include "host/content/dson_asset.h"
+#include "sample_content/figure_kinds.h"
 
 #include <filesystem>
 #include <string>
@@ -50,7 +50,7 @@ struct MorphParts {
 class FigureFiles {
 public:
     /// Writes the figure itself and the files that load it plain.
-    /// @throws geometry::IoError, geometry::FormatError
+    /// @throws base::IoError, base::FormatError
     FigureFiles(const FigureKindInfo& kind, const FigureParts& parts, std::filesystem::path library);
 
     void writeMorph(const MorphParts& morph) const;
@@ -70,6 +70,6 @@ private:
 };
 
 /// The head-split preset of the newest figure, from one weight per vertex.
-void WriteHeadSplit(geometry::Span<const float> weights, const std::filesystem::path& library);
+void WriteHeadSplit(base::Span<const float> weights, const std::filesystem::path& library);
 
 } // namespace content

@@ -1,9 +1,9 @@
 // The seven kinds of figures and where their files stand in a library.
 // SPDX-License-Identifier: MIT
 
-#include "content/figure_kinds.h"
+#include "sample_content/figure_kinds.h"
 
-#include "geometry/errors.h"
+#include "base/errors.h"
 
 namespace content {
 
@@ -83,7 +83,7 @@ const FigureKindInfo& ParseFigureKind(std::string_view keyword)
             return info;
         known += (known.empty() ? "" : ", ") + info.keyword;
     }
-    throw geometry::FormatError("unknown figure kind '{}'; known are {}", std::string(keyword), known);
+    throw base::FormatError("unknown figure kind '{}'; known are {}", std::string(keyword), known);
 }
 
 } // namespace content

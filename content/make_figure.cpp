@@ -1,12 +1,12 @@
 // Making a library figure from plain files.
 // SPDX-License-Identifier: MIT
 
-#include "content/make_figure.h"
+#include "sample_content/make_figure.h"
 
-#include "content/figure_files.h"
-#include "content/plain_formats.h"
-#include "geometry/errors.h"
+#include "base/errors.h"
+#include "figure_files.h"
 #include "geometry/obj.h"
+#include "plain_formats.h"
 
 #include <algorithm>
 #include <cctype>
@@ -14,7 +14,7 @@
 
 namespace content {
 
-using geometry::FormatError;
+using base::FormatError;
 using geometry::Vec3f;
 
 namespace {
@@ -82,14 +82,14 @@ void NameThighs(std::vector<FigureBone>& bones, const std::string& file)
         if (!side)
             continue;
         if (found.find(side) != std::string::npos)
-            throw FormatError("{}: bone '{}' is a second {} thigh", file, bone.id,
-                              side == 'l' ? "left" : "right");
+            throw base::FormatError("{}: bone '{}' is a second {} thigh", file, bone.id,
+                                    side == 'l' ? "left" : "right");
         found += side;
         bone.id = bone.label = side == 'l' ? "l_thigh" : "r_thigh";
     }
     for (const char side : {'l', 'r'})
         if (found.find(side) == std::string::npos)
-            throw FormatError("{}: has no bone '{}_thigh'", file, side);
+            throw base::FormatError("{}: has no bone '{}_thigh'", file, side);
 }
 
 std::vector<FigureBone> MakeBones(const PlainSkeleton& skeleton, FigureKind kind)
@@ -143,8 +143,8 @@ std::vector<Vec3f> ReadMorphDeltas(const std::filesystem::path& file, const std:
         return ReadDeltaTable(file, neutral.size());
     std::vector<Vec3f> deltas = std::move(geometry::ReadObj(file).mesh.positions);
     if (deltas.size() != neutral.size())
-        throw FormatError("{}: has {} vertices but the neutral mesh has {}", file.string(), deltas.size(),
-                          neutral.size());
+        throw base::FormatError("{}: has {} vertices but the neutral mesh has {}", file.string(),
+                                deltas.size(), neutral.size());
     for (std::size_t v = 0; v < deltas.size(); ++v)
         deltas[v] -= neutral[v];
     return deltas;
@@ -153,9 +153,9 @@ std::vector<Vec3f> ReadMorphDeltas(const std::filesystem::path& file, const std:
 void CheckName(const std::string& name, const std::filesystem::path& file, std::set<std::string>& used)
 {
     if (name.empty())
-        throw FormatError("{}: has no name", file.string());
+        throw base::FormatError("{}: has no name", file.string());
     if (!used.insert(name).second)
-        throw FormatError("{}: name '{}' is used twice", file.string(), name);
+        throw base::FormatError("{}: name '{}' is used twice", file.string(), name);
 }
 
 std::vector<MorphParts> ReadMorphs(const MakeFigureOptions& options, const PlainSkeleton& skeleton,
@@ -206,7 +206,7 @@ FigureInput ReadInput(const MakeFigureOptions& options, FigureKind kind)
     input.parts.neutral = geometry::ReadObj(options.mesh).mesh;
     const std::size_t vertexCount = input.parts.neutral.vertexCount();
     if (vertexCount == 0 || input.parts.neutral.faceCount() == 0)
-        throw FormatError("{}: has no faces", options.mesh.string());
+        throw base::FormatError("{}: has no faces", options.mesh.string());
     const bool isNewest = kind == FigureKind::Genesis9;
     const PlainSkeleton skeleton =
         ReadPlainSkeleton(options.skeleton, options.joints, isNewest ? "target_default" : "source_neutral");
@@ -221,8 +221,8 @@ FigureInput ReadInput(const MakeFigureOptions& options, FigureKind kind)
     for (const auto& [name, file] : options.weightMaps) {
         CheckName(name, file, used);
         if (!isNewest || name != "head")
-            throw FormatError("{}: weight map '{}' has no use; genesis9 takes one called head", file.string(),
-                              name);
+            throw base::FormatError("{}: weight map '{}' has no use; genesis9 takes one called head",
+                                    file.string(), name);
         input.weightMaps.push_back({name, ReadWeightTable(file, vertexCount)});
     }
     return input;

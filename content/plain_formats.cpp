@@ -1,9 +1,9 @@
 // Skeletons and skin weights in plain JSON.
 // SPDX-License-Identifier: MIT
 
-#include "content/plain_formats.h"
+#include "plain_formats.h"
 
-#include "geometry/errors.h"
+#include "base/errors.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,7 +14,7 @@ namespace content {
 
 namespace {
 
-using geometry::FormatError;
+using base::FormatError;
 using geometry::Vec3f;
 using nlohmann::json;
 
@@ -27,13 +27,13 @@ json ParseJson(const std::filesystem::path& file)
     constexpr int deepest = 32;
     const auto guard = [&](int depth, json::parse_event_t, json&) {
         if (depth > deepest)
-            throw FormatError("{}: nested too deeply", file.string());
+            throw base::FormatError("{}: nested too deeply", file.string());
         return true;
     };
     try {
         return json::parse(ReadPlainText(file), guard);
     } catch (const json::exception&) {
-        throw FormatError("{}: not valid JSON", file.string());
+        throw base::FormatError("{}: not valid JSON", file.string());
     }
 }
 
@@ -41,31 +41,31 @@ const json& Member(const json& object, const char* name, const std::string& wher
 {
     const auto found = object.is_object() ? object.find(name) : object.end();
     if (!object.is_object() || found == object.end())
-        throw FormatError("{}: has no member '{}'", where, name);
+        throw base::FormatError("{}: has no member '{}'", where, name);
     return *found;
 }
 
 float Number(const json& value, const std::string& where)
 {
     if (!value.is_number())
-        throw FormatError("{}: expected a number", where);
+        throw base::FormatError("{}: expected a number", where);
     const double number = value.get<double>();
     if (!std::isfinite(number) || std::abs(number) > 1e6)
-        throw FormatError("{}: number is out of range", where);
+        throw base::FormatError("{}: number is out of range", where);
     return static_cast<float>(number);
 }
 
 std::string Text(const json& value, const std::string& where)
 {
     if (!value.is_string() || value.get_ref<const std::string&>().empty())
-        throw FormatError("{}: expected a name", where);
+        throw base::FormatError("{}: expected a name", where);
     return value.get<std::string>();
 }
 
 Vec3f Place(const json& value, const std::string& where)
 {
     if (!value.is_array() || value.size() != 3)
-        throw FormatError("{}: expected three numbers", where);
+        throw base::FormatError("{}: expected three numbers", where);
     return {Number(value[0], where), Number(value[1], where), Number(value[2], where)};
 }
 
@@ -73,7 +73,7 @@ std::vector<PlainBone> ReadBones(const json& root, const std::string& file)
 {
     const json& list = Member(root, "bones", file);
     if (!list.is_array() || list.empty() || list.size() > mostBones)
-        throw FormatError("{}: 'bones' is not a list of 1 to {} bones", file, mostBones);
+        throw base::FormatError("{}: 'bones' is not a list of 1 to {} bones", file, mostBones);
     std::vector<PlainBone> bones;
     std::map<std::string, int> indices;
     for (const json& entry : list) {
@@ -84,12 +84,12 @@ std::vector<PlainBone> ReadBones(const json& root, const std::string& file)
         if (!parent.is_null()) {
             const auto found = indices.find(Text(parent, where));
             if (found == indices.end())
-                throw FormatError("{}: parent '{}' is not listed before it", where,
-                                  parent.get<std::string>());
+                throw base::FormatError("{}: parent '{}' is not listed before it", where,
+                                        parent.get<std::string>());
             bone.parent = found->second;
         }
         if (!indices.emplace(bone.name, static_cast<int>(bones.size())).second)
-            throw FormatError("{}: name '{}' is used twice", where, bone.name);
+            throw base::FormatError("{}: name '{}' is used twice", where, bone.name);
         bones.push_back(std::move(bone));
     }
     return bones;
@@ -125,16 +125,16 @@ std::string ChooseSet(const std::vector<std::string>& sets, const std::string& w
     for (const std::string& name : sets)
         all += (all.empty() ? "" : ", ") + name;
     if (sets.empty())
-        throw FormatError("{}: has no joint set", file);
+        throw base::FormatError("{}: has no joint set", file);
     if (!wanted.empty()) {
         if (!has(wanted))
-            throw FormatError("{}: has no joint set '{}'; there are {}", file, wanted, all);
+            throw base::FormatError("{}: has no joint set '{}'; there are {}", file, wanted, all);
         return wanted;
     }
     if (has(preferred))
         return preferred;
     if (sets.size() > 1)
-        throw FormatError("{}: has several joint sets, name one of {}", file, all);
+        throw base::FormatError("{}: has several joint sets, name one of {}", file, all);
     return sets.front();
 }
 
@@ -142,23 +142,23 @@ geometry::JointWeights ReadBoneWeights(const json& entry, std::size_t vertexCoun
 {
     const json &vertices = Member(entry, "i", where), &weights = Member(entry, "w", where);
     if (!vertices.is_array() || !weights.is_array() || vertices.size() != weights.size())
-        throw FormatError("{}: 'i' and 'w' are not two lists of the same length", where);
+        throw base::FormatError("{}: 'i' and 'w' are not two lists of the same length", where);
     std::vector<std::pair<std::uint32_t, float>> rows;
     rows.reserve(vertices.size());
     for (std::size_t i = 0; i < vertices.size(); ++i) {
         if (!vertices[i].is_number_unsigned() || vertices[i].get<std::uint64_t>() >= vertexCount)
-            throw FormatError("{}: entry {} names vertex {} but the mesh has {}", where, i,
-                              vertices[i].dump(), vertexCount);
+            throw base::FormatError("{}: entry {} names vertex {} but the mesh has {}", where, i,
+                                    vertices[i].dump(), vertexCount);
         const float weight = Number(weights[i], where);
         if (weight < 0.0f || weight > 1.0f)
-            throw FormatError("{}: entry {} has a weight that is not within 0 and 1", where, i);
+            throw base::FormatError("{}: entry {} has a weight that is not within 0 and 1", where, i);
         rows.emplace_back(vertices[i].get<std::uint32_t>(), weight);
     }
     std::sort(rows.begin(), rows.end());
     geometry::JointWeights result;
     for (const auto& [vertex, weight] : rows) {
         if (!result.vertices.empty() && result.vertices.back() == vertex)
-            throw FormatError("{}: vertex {} is listed twice", where, vertex);
+            throw base::FormatError("{}: vertex {} is listed twice", where, vertex);
         result.vertices.push_back(vertex);
         result.weights.push_back(weight);
     }
@@ -191,10 +191,11 @@ std::vector<geometry::JointWeights> ReadPlainWeights(const std::filesystem::path
     const std::string name = file.string();
     const json& count = Member(root, "vertex_count", name);
     if (!count.is_number_unsigned() || count.get<std::uint64_t>() != vertexCount)
-        throw FormatError("{}: is for {} vertices but the mesh has {}", name, count.dump(), vertexCount);
+        throw base::FormatError("{}: is for {} vertices but the mesh has {}", name, count.dump(),
+                                vertexCount);
     const json& perBone = Member(root, "weights", name);
     if (!perBone.is_object())
-        throw FormatError("{}: 'weights' is not an object", name);
+        throw base::FormatError("{}: 'weights' is not an object", name);
     std::map<std::string, std::size_t> indices;
     for (std::size_t b = 0; b < skeleton.bones.size(); ++b)
         indices[skeleton.bones[b].name] = b;
@@ -202,7 +203,7 @@ std::vector<geometry::JointWeights> ReadPlainWeights(const std::filesystem::path
     for (const auto& [bone, entry] : perBone.items()) {
         const auto found = indices.find(bone);
         if (found == indices.end())
-            throw FormatError("{}: bone '{}' is not in {}", name, bone, skeleton.file);
+            throw base::FormatError("{}: bone '{}' is not in {}", name, bone, skeleton.file);
         weights[found->second] = ReadBoneWeights(entry, vertexCount, name + ": " + bone);
     }
     return weights;

@@ -32,27 +32,27 @@ struct PlainSkeleton {
 };
 
 /// @param joints     the set to use; empty chooses `preferred` when the file has it, or else the only one
-/// @throws geometry::IoError, geometry::FormatError
+/// @throws base::IoError, base::FormatError
 PlainSkeleton ReadPlainSkeleton(const std::filesystem::path& file, const std::string& joints,
                                 const std::string& preferred);
 
 /// One list per bone of the skeleton.
-/// @throws geometry::IoError, geometry::FormatError
+/// @throws base::IoError, base::FormatError
 std::vector<geometry::JointWeights> ReadPlainWeights(const std::filesystem::path& file,
                                                      const PlainSkeleton& skeleton, std::size_t vertexCount);
 
 /// `vertex,dx,dy,dz` rows below a header line.
 /// @return one delta per vertex, cm
-/// @throws geometry::IoError, geometry::FormatError
+/// @throws base::IoError, base::FormatError
 std::vector<geometry::Vec3f> ReadDeltaTable(const std::filesystem::path& file, std::size_t vertexCount);
 
 /// `vertex,weight` rows below a header line; weights 0 to 1.
 /// @return one weight per vertex
-/// @throws geometry::IoError, geometry::FormatError
+/// @throws base::IoError, base::FormatError
 std::vector<float> ReadWeightTable(const std::filesystem::path& file, std::size_t vertexCount);
 
 /// A whole file's text, expanded when it is gzip.
-/// @throws geometry::IoError, geometry::FormatError
+/// @throws base::IoError, base::FormatError
 std::string ReadPlainText(const std::filesystem::path& file);
 
 } // namespace content

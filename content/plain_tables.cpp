@@ -1,9 +1,9 @@
 // Sparse tables: comma-separated rows that begin with a vertex index.
 // SPDX-License-Identifier: MIT
 
-#include "content/plain_formats.h"
+#include "plain_formats.h"
 
-#include "geometry/errors.h"
+#include "base/errors.h"
 
 #include <array>
 #include <charconv>
@@ -14,7 +14,7 @@ namespace content {
 
 namespace {
 
-using geometry::FormatError;
+using base::FormatError;
 using geometry::Vec3f;
 
 /// Walks over the rows of a table; each has a vertex and `Count` numbers.
@@ -48,12 +48,12 @@ void ForEachRow(const std::filesystem::path& file, std::size_t vertexCount, std:
             next = result.ptr;
         }
         if (!understood || next != last)
-            throw FormatError("{}:{}: expected {}", file.string(), line, header);
+            throw base::FormatError("{}:{}: expected {}", file.string(), line, header);
         if (vertex >= vertexCount)
-            throw FormatError("{}:{}: vertex {} is out of range, the mesh has {}", file.string(), line,
-                              vertex, vertexCount);
+            throw base::FormatError("{}:{}: vertex {} is out of range, the mesh has {}", file.string(), line,
+                                    vertex, vertexCount);
         if (seen[vertex])
-            throw FormatError("{}:{}: vertex {} is listed twice", file.string(), line, vertex);
+            throw base::FormatError("{}:{}: vertex {} is listed twice", file.string(), line, vertex);
         seen[vertex] = 1;
         use(static_cast<std::size_t>(vertex), numbers, line);
     }
@@ -77,7 +77,7 @@ std::vector<float> ReadWeightTable(const std::filesystem::path& file, std::size_
     ForEachRow<1>(file, vertexCount, "vertex,weight",
                   [&](std::size_t vertex, const std::array<float, 1>& weight, std::size_t line) {
                       if (weight[0] < 0.0f || weight[0] > 1.0f)
-                          throw FormatError("{}:{}: weight is not within 0 and 1", file.string(), line);
+                          throw base::FormatError("{}:{}: weight is not within 0 and 1", file.string(), line);
                       weights[vertex] = weight[0];
                   });
     return weights;

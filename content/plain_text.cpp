@@ -1,9 +1,9 @@
 // Whole text files, plain or gzip.
 // SPDX-License-Identifier: MIT
 
-#include "content/plain_formats.h"
+#include "plain_formats.h"
 
-#include "geometry/errors.h"
+#include "base/errors.h"
 
 #include <cerrno>
 #include <cstring>
@@ -15,8 +15,8 @@ namespace content {
 
 namespace {
 
-using geometry::FormatError;
-using geometry::IoError;
+using base::FormatError;
+using base::IoError;
 
 /// No honest skeleton, weight file or table comes near this; what expands further is refused.
 constexpr std::size_t mostBytes = std::size_t(512) << 20;
@@ -26,13 +26,13 @@ std::string ReadBytes(const std::filesystem::path& file)
     std::error_code error;
     const auto size = std::filesystem::file_size(file, error);
     if (error)
-        throw IoError("cannot read {}: {}", file.string(), error.message());
+        throw base::IoError("cannot read {}: {}", file.string(), error.message());
     if (size > mostBytes)
-        throw FormatError("{}: larger than {} bytes", file.string(), mostBytes);
+        throw base::FormatError("{}: larger than {} bytes", file.string(), mostBytes);
     std::ifstream stream(file, std::ios::binary);
     std::string bytes(static_cast<std::size_t>(size), '\0');
     if (!stream || !stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size())))
-        throw IoError("cannot read {}: {}", file.string(), std::strerror(errno));
+        throw base::IoError("cannot read {}: {}", file.string(), std::strerror(errno));
     return bytes;
 }
 
@@ -51,7 +51,7 @@ std::string Expand(const std::string& bytes, const std::string& name)
 {
     Inflater inflater;
     if (!inflater.ready)
-        throw FormatError("{}: cannot expand", name);
+        throw base::FormatError("{}: cannot expand", name);
     z_stream& stream = inflater.stream;
     stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
     stream.avail_in = static_cast<uInt>(bytes.size());
@@ -63,11 +63,11 @@ std::string Expand(const std::string& bytes, const std::string& name)
         state = inflate(&stream, Z_NO_FLUSH);
         const std::size_t produced = block.size() - stream.avail_out;
         if (state == Z_BUF_ERROR || (state == Z_OK && produced == 0 && stream.avail_in == 0))
-            throw FormatError("{}: gzip data is truncated", name);
+            throw base::FormatError("{}: gzip data is truncated", name);
         if (state != Z_OK && state != Z_STREAM_END)
-            throw FormatError("{}: gzip data is damaged", name);
+            throw base::FormatError("{}: gzip data is damaged", name);
         if (text.size() + produced > mostBytes)
-            throw FormatError("{}: gzip data expands to more than {} bytes", name, mostBytes);
+            throw base::FormatError("{}: gzip data expands to more than {} bytes", name, mostBytes);
         text.append(block.data(), produced);
     }
     return text;

@@ -1,15 +1,15 @@
 // The sample figures' neutral shapes and the clones between them.
 // SPDX-License-Identifier: MIT
 
-#include "content/sample_figures.h"
+#include "sample_figures.h"
 
-#include "content/body_mesher.h"
+#include "body_mesher.h"
 
 #include <cassert>
 
 namespace content {
 
-using geometry::Span;
+using base::Span;
 using namespace shapes;
 
 SampleTopology MakeSampleTopology(FigureKind kind)
@@ -65,7 +65,7 @@ Vec3f NeutralPlace(FigureKind kind, Vec3f canonical)
     return canonical + Displacement(NeutralParts(kind), canonical);
 }
 
-std::vector<Vec3f> NeutralPositions(FigureKind kind, Span<const Vec3f> canonical)
+std::vector<Vec3f> NeutralPositions(FigureKind kind, base::Span<const Vec3f> canonical)
 {
     std::vector<Vec3f> positions(canonical.size());
     for (std::size_t v = 0; v < canonical.size(); ++v)

@@ -3,11 +3,11 @@
 
 #pragma once
 
-#include "content/body_skeleton.h"
-#include "content/figure_kinds.h"
-#include "content/shape_fields.h"
+#include "body_skeleton.h"
 #include "geometry/polygon_mesh.h"
 #include "geometry/transform.h"
+#include "sample_content/figure_kinds.h"
+#include "shape_fields.h"
 
 #include <memory>
 #include <string>
@@ -25,7 +25,7 @@ SampleTopology MakeSampleTopology(FigureKind kind); ///< of the kind's generatio
 /// The fields that make a kind's neutral shape of the canonical body.
 const std::vector<ShapePart>& NeutralParts(FigureKind kind);
 Vec3f NeutralPlace(FigureKind kind, Vec3f canonical);
-std::vector<Vec3f> NeutralPositions(FigureKind kind, geometry::Span<const Vec3f> canonical);
+std::vector<Vec3f> NeutralPositions(FigureKind kind, base::Span<const Vec3f> canonical);
 
 /// A bone's centre and end.
 struct JointPlaces {

@@ -1,17 +1,17 @@
 // The sample library: open stand-ins for the stock figures, and characters shaped on them.
 // SPDX-License-Identifier: MIT
 
-#include "content/sample_library.h"
+#include "sample_content/sample_library.h"
 
-#include "content/figure_files.h"
-#include "content/sample_figures.h"
+#include "figure_files.h"
+#include "sample_figures.h"
 
 #include <tbb/parallel_for.h>
 #include <tbb/parallel_invoke.h>
 
 namespace content {
 
-using geometry::Span;
+using base::Span;
 
 namespace {
 
@@ -82,7 +82,7 @@ std::vector<FigureBone> MakeBones(FigureKind kind)
     return bones;
 }
 
-std::vector<JointShift> JointShifts(Span<const ShapePart> parts)
+std::vector<JointShift> JointShifts(base::Span<const ShapePart> parts)
 {
     std::vector<JointShift> shifts;
     for (const BodyBone& bone : BodyBones())
@@ -90,7 +90,7 @@ std::vector<JointShift> JointShifts(Span<const ShapePart> parts)
     return shifts;
 }
 
-MorphParts MakeMorphParts(const SampleMorph& morph, Span<const Vec3f> canonical)
+MorphParts MakeMorphParts(const SampleMorph& morph, base::Span<const Vec3f> canonical)
 {
     MorphParts parts;
     parts.name = morph.name;
@@ -105,7 +105,7 @@ MorphParts MakeMorphParts(const SampleMorph& morph, Span<const Vec3f> canonical)
 }
 
 void WriteMorphs(const FigureFiles& files, const std::vector<SampleMorph>& morphs,
-                 Span<const Vec3f> canonical)
+                 base::Span<const Vec3f> canonical)
 {
     tbb::parallel_for(std::size_t(0), morphs.size(),
                       [&](std::size_t i) { files.writeMorph(MakeMorphParts(morphs[i], canonical)); });

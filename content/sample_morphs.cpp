@@ -1,7 +1,7 @@
 // The sample figures' dials.
 // SPDX-License-Identifier: MIT
 
-#include "content/sample_figures.h"
+#include "sample_figures.h"
 
 namespace content {
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "content/distance_field.h"
+#include "distance_field.h"
 
 namespace content {
 

@@ -1,16 +1,16 @@
 // Shapes of the whole body and the trunk.
 // SPDX-License-Identifier: MIT
 
-#include "content/shape_fields.h"
+#include "shape_fields.h"
 
-#include "content/body_landmarks.h"
-#include "content/shape_blends.h"
+#include "body_landmarks.h"
+#include "shape_blends.h"
 
 namespace content {
 
 using namespace landmarks;
 
-Vec3f Displacement(geometry::Span<const ShapePart> parts, Vec3f canonical)
+Vec3f Displacement(base::Span<const ShapePart> parts, Vec3f canonical)
 {
     Vec3f sum;
     for (const ShapePart& part : parts)

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "content/distance_field.h"
-#include "geometry/span.h"
+#include "base/span.h"
+#include "distance_field.h"
 
 #include <vector>
 
@@ -19,7 +19,7 @@ struct ShapePart {
     ShapeField field;
     float amount;
 };
-Vec3f Displacement(geometry::Span<const ShapePart> parts, Vec3f canonical);
+Vec3f Displacement(base::Span<const ShapePart> parts, Vec3f canonical);
 
 /// 1 on the head, falling off over the neck, 0 on the body.
 float HeadInfluence(Vec3f canonical);

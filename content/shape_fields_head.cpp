@@ -1,8 +1,8 @@
 // Shapes of the head.
 // SPDX-License-Identifier: MIT
 
-#include "content/shape_blends.h"
-#include "content/shape_fields.h"
+#include "shape_blends.h"
+#include "shape_fields.h"
 
 namespace content::shapes {
 

@@ -26,7 +26,7 @@ SparseDeltas Collect(std::size_t count, float tolerance, const DeltaOf& deltaOf)
 
 } // namespace
 
-SparseDeltas MakeDeltas(Span<const Vec3f> neutral, Span<const Vec3f> morphed, float tolerance)
+SparseDeltas MakeDeltas(base::Span<const Vec3f> neutral, base::Span<const Vec3f> morphed, float tolerance)
 {
     if (neutral.size() != morphed.size())
         throw TopologyError("neutral shape has {} vertices but morphed shape has {}", neutral.size(),
@@ -34,7 +34,7 @@ SparseDeltas MakeDeltas(Span<const Vec3f> neutral, Span<const Vec3f> morphed, fl
     return Collect(neutral.size(), tolerance, [&](std::size_t v) { return morphed[v] - neutral[v]; });
 }
 
-SparseDeltas MakeDeltas(Span<const Vec3f> perVertex, float tolerance)
+SparseDeltas MakeDeltas(base::Span<const Vec3f> perVertex, float tolerance)
 {
     return Collect(perVertex.size(), tolerance, [&](std::size_t v) { return perVertex[v]; });
 }
@@ -46,7 +46,7 @@ std::vector<Vec3f> ToDense(const SparseDeltas& deltas, std::size_t vertexCount)
     return result;
 }
 
-void AddDeltas(Span<Vec3f> positions, const SparseDeltas& deltas, float value)
+void AddDeltas(base::Span<Vec3f> positions, const SparseDeltas& deltas, float value)
 {
     // Checked before the first change, so that a bad morph leaves the shape alone.
     for (const std::uint32_t vertex : deltas.vertices)
@@ -66,7 +66,7 @@ Vec3f Attenuated(Vec3f delta, float weight, float strength)
     return strength == -1.0f ? rest : delta + weighted * strength;
 }
 
-void Attenuate(SparseDeltas& deltas, Span<const float> weights, float strength)
+void Attenuate(SparseDeltas& deltas, base::Span<const float> weights, float strength)
 {
     for (std::size_t i = 0; i < deltas.size(); ++i) {
         const std::uint32_t vertex = deltas.vertices[i];

@@ -1,9 +1,9 @@
 // The one Embree device of the process.
 // SPDX-License-Identifier: MIT
 
-#include "geometry/embree_device.h"
+#include "embree_device.h"
 
-#include "geometry/errors.h"
+#include "base/errors.h"
 
 namespace geometry {
 
@@ -12,7 +12,7 @@ RTCDevice EmbreeDevice()
     static const RTCDevice device = [] {
         const RTCDevice created = rtcNewDevice(nullptr);
         if (!created)
-            throw Error("cannot start the ray tracer");
+            throw base::Error("cannot start the ray tracer");
         return created;
     }();
     return device;

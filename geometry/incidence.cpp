@@ -65,7 +65,7 @@ IndexLists VertexNeighbours(const Topology& topology)
     IndexLists lists = ListsWithRoom(topology, 2);
     std::vector<std::uint32_t> next(lists.offsets.begin(), lists.offsets.end() - 1);
     for (std::size_t f = 0; f < topology.faceCount(); ++f) {
-        const Span<const std::uint32_t> face = topology.face(f);
+        const base::Span<const std::uint32_t> face = topology.face(f);
         for (std::size_t c = 0; c < face.size(); ++c) {
             const std::uint32_t a = face[c], b = face[c + 1 == face.size() ? 0 : c + 1];
             lists.indices[next[a]++] = b;

@@ -5,8 +5,8 @@
 
 #include "geometry/errors.h"
 #include "geometry/surface_extension.h"
-#include "geometry/surface_match.h"
 #include "geometry/transform.h"
+#include "surface_match.h"
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
@@ -82,7 +82,7 @@ struct SurfaceMap::Impl {
     }
 
     template <class T>
-    std::vector<T> interpolate(Span<const T> values) const
+    std::vector<T> interpolate(base::Span<const T> values) const
     {
         if (values.size() != sourceVertexCount)
             throw TopologyError("source mesh has {} vertices but {} values are given", sourceVertexCount,
@@ -138,12 +138,12 @@ const MatchStatistics& SurfaceMap::statistics() const
 {
     return _impl->statistics;
 }
-Span<const std::uint32_t> SurfaceMap::sourceFaces() const
+base::Span<const std::uint32_t> SurfaceMap::sourceFaces() const
 {
     return _impl->sourceFaces;
 }
 
-std::vector<Vec3f> SurfaceMap::transfer(Span<const Vec3f> values) const
+std::vector<Vec3f> SurfaceMap::transfer(base::Span<const Vec3f> values) const
 {
     std::vector<Vec3f> result = _impl->interpolate(values);
     if (_impl->extension)
@@ -151,7 +151,7 @@ std::vector<Vec3f> SurfaceMap::transfer(Span<const Vec3f> values) const
     return result;
 }
 
-std::vector<float> SurfaceMap::transfer(Span<const float> values) const
+std::vector<float> SurfaceMap::transfer(base::Span<const float> values) const
 {
     std::vector<float> result = _impl->interpolate(values);
     if (_impl->extension)

@@ -20,7 +20,7 @@ namespace {
 constexpr std::uint32_t none = UINT32_MAX;
 
 void AddDetail(std::vector<Vec3f>& positions, const DetailLevel& detail, int level, float value,
-               const Topology& topology, Span<const CornerFrame> frames)
+               const Topology& topology, base::Span<const CornerFrame> frames)
 {
     if (!detail.empty() && detail.corners.back() >= topology.cornerCount())
         throw TopologyError("detail of level {} names corner {} of a mesh with {}", level,
@@ -33,8 +33,8 @@ void AddDetail(std::vector<Vec3f>& positions, const DetailLevel& detail, int lev
 }
 
 /// The detail of all morphs on one level.
-void AddDetails(std::vector<Vec3f>& positions, Span<const ActiveDetail> details, int level,
-                const Topology& topology, Span<const CornerFrame> frames)
+void AddDetails(std::vector<Vec3f>& positions, base::Span<const ActiveDetail> details, int level,
+                const Topology& topology, base::Span<const CornerFrame> frames)
 {
     for (const ActiveDetail& active : details)
         if (level <= active.finestLevel && level <= static_cast<int>(active.detail->levels.size()))
@@ -43,7 +43,8 @@ void AddDetails(std::vector<Vec3f>& positions, Span<const ActiveDetail> details,
 }
 
 /// For each vertex of a level the first of its corners with a usable frame; `none` without one.
-std::vector<std::uint32_t> NamingCorners(const Topology& topology, int level, Span<const CornerFrame> frames)
+std::vector<std::uint32_t> NamingCorners(const Topology& topology, int level,
+                                         base::Span<const CornerFrame> frames)
 {
     std::vector<std::uint32_t> corners(topology.vertexCount, none);
     for (std::size_t corner = topology.cornerCount(); corner-- > 0;)
@@ -54,8 +55,8 @@ std::vector<std::uint32_t> NamingCorners(const Topology& topology, int level, Sp
 
 /// What each level should look like: the fine shape at the finest, below it the nearest that the level above
 /// can be made from. One step at a time, which costs little beside fitting each to the finest.
-std::vector<std::vector<Vec3f>> LevelGoals(const Subdivision& subdivision, Span<const Vec3f> fine, int level,
-                                           Span<const Vec3f> cage)
+std::vector<std::vector<Vec3f>> LevelGoals(const Subdivision& subdivision, base::Span<const Vec3f> fine,
+                                           int level, base::Span<const Vec3f> cage)
 {
     constexpr double accuracy = 1e-3; // finer levels make up for the rest
     std::vector<std::vector<Vec3f>> goals(static_cast<std::size_t>(level) + 1);
@@ -87,12 +88,12 @@ Vec3f CornerFrame::toLocal(Vec3f displacement) const
     return {(alongX - cosine * alongN) * scale, (alongN - cosine * alongX) * scale, Dot(displacement, z)};
 }
 
-std::vector<CornerFrame> CornerFrames(const Topology& cage, Span<const Vec3f> positions)
+std::vector<CornerFrame> CornerFrames(const Topology& cage, base::Span<const Vec3f> positions)
 {
     std::vector<CornerFrame> frames(cage.cornerCount());
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, cage.faceCount(), 2048), [&](const auto& range) {
         for (std::size_t f = range.begin(); f != range.end(); ++f) {
-            const Span<const std::uint32_t> face = cage.face(f);
+            const base::Span<const std::uint32_t> face = cage.face(f);
             const std::size_t last = face.size() - 1;
             const Vec3f origin = positions[face[0]];
             const Vec3f normal =
@@ -111,8 +112,8 @@ std::vector<CornerFrame> CornerFrames(const Topology& cage, Span<const Vec3f> po
     return frames;
 }
 
-std::vector<Vec3f> RefineWithDetail(const Subdivision& subdivision, Span<const Vec3f> cage, int level,
-                                    Span<const ActiveDetail> details)
+std::vector<Vec3f> RefineWithDetail(const Subdivision& subdivision, base::Span<const Vec3f> cage, int level,
+                                    base::Span<const ActiveDetail> details)
 {
     const std::vector<CornerFrame> frames = CornerFrames(*subdivision.topology(0), cage);
     std::vector<Vec3f> positions(cage.begin(), cage.end());
@@ -123,8 +124,9 @@ std::vector<Vec3f> RefineWithDetail(const Subdivision& subdivision, Span<const V
     return positions;
 }
 
-MultiresDetail SplitDetail(const Subdivision& subdivision, Span<const Vec3f> fine, int level,
-                           Span<const Vec3f> cage, Span<const ActiveDetail> others, float tolerance)
+MultiresDetail SplitDetail(const Subdivision& subdivision, base::Span<const Vec3f> fine, int level,
+                           base::Span<const Vec3f> cage, base::Span<const ActiveDetail> others,
+                           float tolerance)
 {
     const std::vector<CornerFrame> frames = CornerFrames(*subdivision.topology(0), cage);
     std::vector<std::vector<Vec3f>> goals = LevelGoals(subdivision, fine, level, cage);
@@ -144,8 +146,8 @@ MultiresDetail SplitDetail(const Subdivision& subdivision, Span<const Vec3f> fin
     return result;
 }
 
-std::vector<Vec3f> SampleCage(const Subdivision& subdivision, Span<const Vec3f> fine, int level,
-                              Span<const Vec3f> cage)
+std::vector<Vec3f> SampleCage(const Subdivision& subdivision, base::Span<const Vec3f> fine, int level,
+                              base::Span<const Vec3f> cage)
 {
     std::vector<Vec3f> sampled(cage.begin(), cage.end());
     const Topology& coarse = *subdivision.topology(0);
@@ -168,7 +170,7 @@ std::vector<Vec3f> SampleCage(const Subdivision& subdivision, Span<const Vec3f> 
     return sampled;
 }
 
-void Attenuate(MultiresDetail& detail, const Subdivision& subdivision, Span<const float> weights,
+void Attenuate(MultiresDetail& detail, const Subdivision& subdivision, base::Span<const float> weights,
                float strength)
 {
     std::vector<float> refined(weights.begin(), weights.end());
@@ -192,7 +194,7 @@ void Attenuate(MultiresDetail& detail, const Subdivision& subdivision, Span<cons
 }
 
 std::vector<Vec3f> ToDisplacements(const DetailLevel& detail, int level, const Subdivision& subdivision,
-                                   Span<const CornerFrame> frames)
+                                   base::Span<const CornerFrame> frames)
 {
     const Topology& topology = *subdivision.topology(level);
     std::vector<Vec3f> displacements(topology.vertexCount);
@@ -200,8 +202,8 @@ std::vector<Vec3f> ToDisplacements(const DetailLevel& detail, int level, const S
     return displacements;
 }
 
-DetailLevel ToDetail(Span<const Vec3f> displacements, int level, const Subdivision& subdivision,
-                     Span<const CornerFrame> frames, float tolerance)
+DetailLevel ToDetail(base::Span<const Vec3f> displacements, int level, const Subdivision& subdivision,
+                     base::Span<const CornerFrame> frames, float tolerance)
 {
     const Topology& topology = *subdivision.topology(level);
     if (displacements.size() != topology.vertexCount)

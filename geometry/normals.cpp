@@ -16,7 +16,7 @@ namespace {
 
 Vec3f NewellNormal(const PolygonMeshView& mesh, std::size_t f)
 {
-    const Span<const std::uint32_t> face = mesh.face(f);
+    const base::Span<const std::uint32_t> face = mesh.face(f);
     const Vec3f base = mesh.positions[face[0]]; // relative to one corner, or far-off meshes lose digits
     Vec3f sum;
     for (std::size_t c = 2; c < face.size(); ++c)
@@ -30,7 +30,7 @@ float CornerAngle(Vec3f toPrevious, Vec3f toNext)
 }
 
 /// The angle of the face at the vertex; the sum of them where a face visits a vertex twice.
-float AngleAt(const PolygonMeshView& mesh, Span<const std::uint32_t> face, std::uint32_t vertex)
+float AngleAt(const PolygonMeshView& mesh, base::Span<const std::uint32_t> face, std::uint32_t vertex)
 {
     float angle = 0.0f;
     for (std::size_t c = 0; c < face.size(); ++c) {

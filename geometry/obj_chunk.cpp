@@ -1,9 +1,9 @@
 // Parsing the records of one chunk of OBJ text.
 // SPDX-License-Identifier: MIT
 
-#include "geometry/obj_chunk.h"
+#include "obj_chunk.h"
 
-#include "geometry/obj_scan.h"
+#include "obj_scan.h"
 
 #include <cassert>
 

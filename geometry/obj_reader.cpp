@@ -3,9 +3,9 @@
 
 #include "geometry/obj.h"
 
-#include "geometry/errors.h"
-#include "geometry/obj_chunk.h"
-#include "geometry/obj_scan.h"
+#include "base/errors.h"
+#include "obj_chunk.h"
+#include "obj_scan.h"
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
@@ -82,7 +82,7 @@ public:
 private:
     [[noreturn]] void fail(const char* where, const std::string& what) const
     {
-        throw FormatError("{}:{}: {}", _name, std::count(_text.data(), where, '\n') + 1, what);
+        throw base::FormatError("{}:{}: {}", _name, std::count(_text.data(), where, '\n') + 1, what);
     }
 
     void parseChunks()
@@ -120,7 +120,7 @@ private:
         }
         const Bases& all = _bases.back();
         if (all.positions > INT32_MAX || all.uvs > INT32_MAX || all.corners > UINT32_MAX)
-            throw FormatError("{}: mesh is too large", _name);
+            throw base::FormatError("{}: mesh is too large", _name);
         _cornersHaveUvs &= all.corners > 0 && _options.readTexCoords;
     }
 
@@ -297,17 +297,17 @@ FileText ReadWholeFile(const std::filesystem::path& file)
 {
     std::error_code error;
     if (std::filesystem::is_directory(file, error))
-        throw IoError("cannot read {}: {}", file.string(), std::strerror(EISDIR));
+        throw base::IoError("cannot read {}: {}", file.string(), std::strerror(EISDIR));
     const std::unique_ptr<std::FILE, FileCloser> stream(std::fopen(file.string().c_str(), "rb"));
     if (!stream)
-        throw IoError("cannot open {}: {}", file.string(), std::strerror(errno));
+        throw base::IoError("cannot open {}: {}", file.string(), std::strerror(errno));
     const std::uintmax_t size = std::filesystem::file_size(file, error);
     if (error)
-        throw IoError("cannot read {}: {}", file.string(), error.message());
+        throw base::IoError("cannot read {}: {}", file.string(), error.message());
     FileText text{std::unique_ptr<char[]>(new char[size]), 0};
     text.size = std::fread(text.bytes.get(), 1, size, stream.get());
     if (std::ferror(stream.get()))
-        throw IoError("cannot read {}: {}", file.string(), std::strerror(errno));
+        throw base::IoError("cannot read {}: {}", file.string(), std::strerror(errno));
     return text;
 }
 

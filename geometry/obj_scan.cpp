@@ -1,7 +1,7 @@
 // The slower ways through OBJ records: continued lines, unusual numbers, names.
 // SPDX-License-Identifier: MIT
 
-#include "geometry/obj_scan.h"
+#include "obj_scan.h"
 
 #include <charconv>
 #include <cmath>

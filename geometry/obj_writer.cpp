@@ -3,8 +3,8 @@
 
 #include "geometry/obj.h"
 
-#include "geometry/atomic_file.h"
-#include "geometry/errors.h"
+#include "base/atomic_file.h"
+#include "base/errors.h"
 
 #include <tbb/parallel_for.h>
 
@@ -92,7 +92,8 @@ struct Numbering {
 
 class Formatter {
 public:
-    Formatter(Span<const ObjPart> parts, const ObjWriteOptions& options) : _parts(parts), _options(options)
+    Formatter(base::Span<const ObjPart> parts, const ObjWriteOptions& options)
+        : _parts(parts), _options(options)
     {
         assert(options.decimals >= 0 && options.decimals <= 17);
         plan();
@@ -174,7 +175,7 @@ private:
             text += "o " + OneLine(part.name) + "\n";
     }
 
-    void formatVectors(std::string& text, std::string_view keyword, Span<const Vec3f> values,
+    void formatVectors(std::string& text, std::string_view keyword, base::Span<const Vec3f> values,
                        const Piece& piece, double factor) const
     {
         const ObjAxis axes[] = {_options.space.first, _options.space.second, _options.space.third};
@@ -289,7 +290,7 @@ private:
         text += '\n';
     }
 
-    Span<const ObjPart> _parts;
+    base::Span<const ObjPart> _parts;
     const ObjWriteOptions& _options;
     std::vector<Numbering> _bases;
     std::vector<Piece> _pieces;
@@ -305,7 +306,7 @@ std::vector<std::string> FormatPieces(const Formatter& formatter, std::size_t fi
 
 } // namespace
 
-std::string FormatObj(Span<const ObjPart> parts, const ObjWriteOptions& options)
+std::string FormatObj(base::Span<const ObjPart> parts, const ObjWriteOptions& options)
 {
     const Formatter formatter(parts, options);
     const std::vector<std::string> texts = FormatPieces(formatter, 0, formatter.pieceCount());
@@ -319,11 +320,12 @@ std::string FormatObj(Span<const ObjPart> parts, const ObjWriteOptions& options)
     return whole;
 }
 
-void WriteObj(const std::filesystem::path& file, Span<const ObjPart> parts, const ObjWriteOptions& options)
+void WriteObj(const std::filesystem::path& file, base::Span<const ObjPart> parts,
+              const ObjWriteOptions& options)
 {
     constexpr std::size_t batch = 64; // pieces held in memory at a time
     const Formatter formatter(parts, options);
-    AtomicFile output(file);
+    base::AtomicFile output(file);
     for (std::size_t first = 0; first < formatter.pieceCount(); first += batch)
         for (const std::string& text :
              FormatPieces(formatter, first, std::min(first + batch, formatter.pieceCount())))

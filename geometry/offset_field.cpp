@@ -1,7 +1,7 @@
 // Solving for smooth offsets with conjugate gradients, matrix-free.
 // SPDX-License-Identifier: MIT
 
-#include "geometry/offset_field.h"
+#include "offset_field.h"
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
@@ -44,7 +44,7 @@ double DotProduct(const std::vector<Vec3f>& a, const std::vector<Vec3f>& b)
 
 class OffsetSystem {
 public:
-    OffsetSystem(const IndexLists& neighbours, Span<const OffsetGoal> goals)
+    OffsetSystem(const IndexLists& neighbours, base::Span<const OffsetGoal> goals)
         : _neighbours(neighbours), _goals(goals), _bends(goals.size()), _inverseDegrees(goals.size())
     {
         for (std::size_t v = 0; v < goals.size(); ++v)
@@ -88,14 +88,14 @@ public:
 
 private:
     const IndexLists& _neighbours;
-    Span<const OffsetGoal> _goals;
+    base::Span<const OffsetGoal> _goals;
     std::vector<Vec3f> _bends;
     std::vector<float> _inverseDegrees;
 };
 
 } // namespace
 
-std::vector<Vec3f> SmoothOffsets(const IndexLists& neighbours, Span<const OffsetGoal> goals,
+std::vector<Vec3f> SmoothOffsets(const IndexLists& neighbours, base::Span<const OffsetGoal> goals,
                                  std::vector<Vec3f> start)
 {
     const std::size_t count = goals.size();

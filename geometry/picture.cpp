@@ -3,7 +3,7 @@
 
 #include "geometry/picture.h"
 
-#include "geometry/errors.h"
+#include "base/errors.h"
 #include "geometry/picture_stage.h"
 
 #include <tbb/parallel_for.h>
@@ -174,7 +174,7 @@ std::uint8_t ToByte(float linear)
     return static_cast<std::uint8_t>(std::lround(255.0f * std::clamp(encoded, 0.0f, 1.0f)));
 }
 
-Box3f WholeBox(Span<const PictureItem> items)
+Box3f WholeBox(base::Span<const PictureItem> items)
 {
     Box3f box;
     for (const PictureItem& item : items)
@@ -196,7 +196,7 @@ Box3f HeadBox(const PictureItem& figure)
     return head;
 }
 
-Box3f FrameOf(Span<const PictureItem> items, const PictureOptions& options)
+Box3f FrameOf(base::Span<const PictureItem> items, const PictureOptions& options)
 {
     if (options.frame)
         return *options.frame;
@@ -212,7 +212,7 @@ void CheckOptions(const PictureOptions& options)
 {
     CheckPictureSize(options.width, options.height);
     if (options.samplesPerAxis < 1 || options.samplesPerAxis > 16)
-        throw Error(fmt::format("{} samples per axis are not within 1 to 16", options.samplesPerAxis));
+        throw base::Error(fmt::format("{} samples per axis are not within 1 to 16", options.samplesPerAxis));
 }
 
 void RenderRow(const Tracer& tracer, const PictureOptions& options, int row, std::uint8_t* rgb)
@@ -258,10 +258,10 @@ void CheckPictureSize(int width, int height)
 {
     constexpr int largest = 16384;
     if (width < 1 || height < 1 || width > largest || height > largest)
-        throw Error(fmt::format("picture size {}x{} is not within 1 to {}", width, height, largest));
+        throw base::Error(fmt::format("picture size {}x{} is not within 1 to {}", width, height, largest));
 }
 
-Picture Render(Span<const PictureItem> items, const PictureOptions& options)
+Picture Render(base::Span<const PictureItem> items, const PictureOptions& options)
 {
     CheckOptions(options);
     const Box3f frame = FrameOf(items, options);
@@ -279,7 +279,7 @@ Picture Render(Span<const PictureItem> items, const PictureOptions& options)
     return picture;
 }
 
-Picture Join(Span<const Picture> pictures)
+Picture Join(base::Span<const Picture> pictures)
 {
     Picture joined;
     for (const Picture& picture : pictures) {

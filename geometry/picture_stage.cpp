@@ -3,7 +3,7 @@
 
 #include "geometry/picture_stage.h"
 
-#include "geometry/embree_device.h"
+#include "embree_device.h"
 #include "geometry/normals.h"
 
 #include <algorithm>
@@ -40,7 +40,7 @@ void SetQuery(const Ray& ray, RTCRayHit* query)
 } // namespace
 
 struct PictureStage::Impl {
-    explicit Impl(Span<const PictureItem> shown) : items(shown), scene(rtcNewScene(EmbreeDevice()))
+    explicit Impl(base::Span<const PictureItem> shown) : items(shown), scene(rtcNewScene(EmbreeDevice()))
     {
         rtcSetSceneFlags(scene.get(), RTC_SCENE_FLAG_ROBUST);
         for (std::size_t i = 0; i < items.size(); ++i)
@@ -95,13 +95,13 @@ struct PictureStage::Impl {
         return hit;
     }
 
-    Span<const PictureItem> items;
+    base::Span<const PictureItem> items;
     std::unique_ptr<RTCSceneTy, SceneReleaser> scene;
     std::vector<Triangles> triangles;
     std::vector<std::vector<Vec3f>> normals;
 };
 
-PictureStage::PictureStage(Span<const PictureItem> items) : _impl(new Impl(items)) {}
+PictureStage::PictureStage(base::Span<const PictureItem> items) : _impl(new Impl(items)) {}
 PictureStage::~PictureStage() = default;
 PictureStage::PictureStage(PictureStage&&) noexcept = default;
 PictureStage& PictureStage::operator=(PictureStage&&) noexcept = default;
@@ -116,7 +116,7 @@ PictureStage::Hit PictureStage::trace(const Ray& ray) const
     return _impl->hitOf(ray, query);
 }
 
-void PictureStage::trace(Span<const Ray> rays, Hit* hits) const
+void PictureStage::trace(base::Span<const Ray> rays, Hit* hits) const
 {
     constexpr std::size_t kBundle = 64;
     std::array<RTCRayHit, kBundle> queries;

@@ -3,8 +3,8 @@
 
 #include "geometry/picture.h"
 
-#include "geometry/atomic_file.h"
-#include "geometry/errors.h"
+#include "base/atomic_file.h"
+#include "base/errors.h"
 
 #include <png.h>
 
@@ -24,7 +24,7 @@ std::vector<std::uint8_t> EncodePng(const Picture& picture)
     png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
     std::vector<std::uint8_t> bytes(size);
     if (!png_image_write_to_memory(&image, bytes.data(), &size, 0, picture.rgb.data(), 0, nullptr))
-        throw Error(std::string("cannot encode a picture: ") + image.message);
+        throw base::Error(std::string("cannot encode a picture: ") + image.message);
     bytes.resize(size);
     return bytes;
 }
@@ -32,7 +32,7 @@ std::vector<std::uint8_t> EncodePng(const Picture& picture)
 void WritePng(const std::filesystem::path& file, const Picture& picture)
 {
     const std::vector<std::uint8_t> bytes = EncodePng(picture);
-    AtomicFile output(file);
+    base::AtomicFile output(file);
     output.write({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     output.commit();
 }

@@ -41,7 +41,7 @@ void Validate(const Topology& topology)
     CheckFaceLabels(topology.faceSurfaces, topology.surfaceNames, topology.faceCount(), "surface");
 }
 
-Box3f BoundingBox(Span<const Vec3f> positions)
+Box3f BoundingBox(base::Span<const Vec3f> positions)
 {
     Box3f box;
     for (const Vec3f position : positions)
@@ -56,7 +56,7 @@ Triangles Triangulate(const Topology& topology)
     result.corners.reserve(3 * count);
     result.faces.reserve(count);
     for (std::size_t f = 0; f < topology.faceCount(); ++f) {
-        const Span<const std::uint32_t> face = topology.face(f);
+        const base::Span<const std::uint32_t> face = topology.face(f);
         for (std::size_t c = 2; c < face.size(); ++c) {
             result.corners.insert(result.corners.end(), {face[0], face[c - 1], face[c]});
             result.faces.push_back(static_cast<std::uint32_t>(f));

@@ -1,7 +1,7 @@
 // Transposing sparse rows.
 // SPDX-License-Identifier: MIT
 
-#include "geometry/refinement.h"
+#include "refinement.h"
 
 namespace geometry {
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "geometry/span.h"
+#include "base/span.h"
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
@@ -26,7 +26,7 @@ struct SparseRows {
     std::size_t size() const { return offsets.size() - 1; }
 
     template <class T>
-    std::vector<T> apply(Span<const T> values) const
+    std::vector<T> apply(base::Span<const T> values) const
     {
         std::vector<T> result(size());
         tbb::parallel_for(tbb::blocked_range<std::size_t>(0, size(), 4096), [&](const auto& range) {

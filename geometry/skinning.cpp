@@ -49,7 +49,7 @@ BlendTerm MakeBlendTerm(const JointPose& pose)
     return term;
 }
 
-std::vector<BlendTerm> MakeBlendTerms(Span<const JointPose> poses)
+std::vector<BlendTerm> MakeBlendTerms(base::Span<const JointPose> poses)
 {
     std::vector<BlendTerm> terms;
     terms.reserve(poses.size());
@@ -60,8 +60,8 @@ std::vector<BlendTerm> MakeBlendTerms(Span<const JointPose> poses)
 
 /// The weights of one vertex.
 struct Influences {
-    Span<const std::uint32_t> joints;
-    Span<const float> weights;
+    base::Span<const std::uint32_t> joints;
+    base::Span<const float> weights;
 };
 
 Influences InfluencesOf(const SkinWeights& weights, std::size_t v)
@@ -130,7 +130,8 @@ Vec3f ApplyInverse(const AffineMap& map, Vec3f posed)
     return FromEigen(map.linear.inverse() * (ToEigen(posed) - map.offset));
 }
 
-void CheckSkin(Span<const Vec3f> positions, const SkinWeights& weights, Span<const JointPose> poses)
+void CheckSkin(base::Span<const Vec3f> positions, const SkinWeights& weights,
+               base::Span<const JointPose> poses)
 {
     if (positions.size() != weights.vertexCount())
         throw TopologyError("shape has {} vertices but the weights are for {}", positions.size(),
@@ -161,8 +162,8 @@ Matrix3d OwnScale(const Joint& joint)
 }
 
 template <class Apply>
-std::vector<Vec3f> MapVertices(Span<const Vec3f> positions, const SkinWeights& weights,
-                               Span<const JointPose> poses, SkinMode mode, const Apply& apply)
+std::vector<Vec3f> MapVertices(base::Span<const Vec3f> positions, const SkinWeights& weights,
+                               base::Span<const JointPose> poses, SkinMode mode, const Apply& apply)
 {
     CheckSkin(positions, weights, poses);
     const std::vector<BlendTerm> terms = MakeBlendTerms(poses);
@@ -194,7 +195,7 @@ bool Counts(float weight)
     return weight > 0.0f && std::isfinite(weight);
 }
 
-void CountRows(SkinWeights& weights, std::size_t vertexCount, Span<const JointWeights> perJoint)
+void CountRows(SkinWeights& weights, std::size_t vertexCount, base::Span<const JointWeights> perJoint)
 {
     weights.offsets.assign(vertexCount + 1, 0);
     for (std::size_t j = 0; j < perJoint.size(); ++j) {
@@ -215,7 +216,7 @@ void CountRows(SkinWeights& weights, std::size_t vertexCount, Span<const JointWe
 
 } // namespace
 
-std::vector<JointPose> EvaluateSkeleton(Span<const Joint> joints)
+std::vector<JointPose> EvaluateSkeleton(base::Span<const Joint> joints)
 {
     std::vector<JointPose> poses(joints.size());
     std::vector<Matrix3d> inherited(joints.size(),
@@ -244,7 +245,7 @@ std::vector<JointPose> EvaluateSkeleton(Span<const Joint> joints)
     return poses;
 }
 
-SkinWeights MakeSkinWeights(std::size_t vertexCount, Span<const JointWeights> perJoint)
+SkinWeights MakeSkinWeights(std::size_t vertexCount, base::Span<const JointWeights> perJoint)
 {
     SkinWeights weights;
     CountRows(weights, vertexCount, perJoint);
@@ -263,16 +264,16 @@ SkinWeights MakeSkinWeights(std::size_t vertexCount, Span<const JointWeights> pe
     return weights;
 }
 
-std::vector<Vec3f> Skin(Span<const Vec3f> rest, const SkinWeights& weights, Span<const JointPose> poses,
-                        SkinMode mode)
+std::vector<Vec3f> Skin(base::Span<const Vec3f> rest, const SkinWeights& weights,
+                        base::Span<const JointPose> poses, SkinMode mode)
 {
     return MapVertices(rest, weights, poses, mode, [](const AffineMap& map, Vec3f x) {
         return FromEigen(map.linear * ToEigen(x) + map.offset);
     });
 }
 
-std::vector<Vec3f> Unskin(Span<const Vec3f> posed, const SkinWeights& weights, Span<const JointPose> poses,
-                          SkinMode mode)
+std::vector<Vec3f> Unskin(base::Span<const Vec3f> posed, const SkinWeights& weights,
+                          base::Span<const JointPose> poses, SkinMode mode)
 {
     return MapVertices(posed, weights, poses, mode, ApplyInverse);
 }

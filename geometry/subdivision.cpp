@@ -4,7 +4,7 @@
 #include "geometry/subdivision.h"
 
 #include "geometry/errors.h"
-#include "geometry/refinement.h"
+#include "refinement.h"
 
 #include <opensubdiv/far/error.h>
 #include <opensubdiv/far/primvarRefiner.h>
@@ -246,7 +246,7 @@ struct Subdivision::Impl {
     }
 
     template <class T>
-    std::vector<T> refine(Span<const T> values, int from, int to) const
+    std::vector<T> refine(base::Span<const T> values, int from, int to) const
     {
         assert(0 <= from && from <= to && to < static_cast<int>(levels.size()));
         if (values.size() != vertexCount(from))
@@ -255,7 +255,7 @@ struct Subdivision::Impl {
         std::vector<T> result;
         for (int level = from + 1; level <= to; ++level)
             result = levels[static_cast<std::size_t>(level)].rows.apply(
-                level == from + 1 ? values : Span<const T>(result));
+                level == from + 1 ? values : base::Span<const T>(result));
         return from == to ? std::vector<T>(values.begin(), values.end()) : result;
     }
 
@@ -286,14 +286,14 @@ public:
     Values refine(Values values) const
     {
         for (int l = _from + 1; l <= _to; ++l)
-            values = _levels[static_cast<std::size_t>(l)].rows.apply(Span<const Vec3f>(values));
+            values = _levels[static_cast<std::size_t>(l)].rows.apply(base::Span<const Vec3f>(values));
         return values;
     }
 
     Values gather(Values values) const
     {
         for (int l = _to; l > _from; --l)
-            values = _transposed[static_cast<std::size_t>(l)]->apply(Span<const Vec3f>(values));
+            values = _transposed[static_cast<std::size_t>(l)]->apply(base::Span<const Vec3f>(values));
         return values;
     }
 
@@ -368,18 +368,18 @@ std::uint32_t Subdivision::cageFace(int level, std::uint32_t face) const
     return level == 0 ? face : _impl->levels.at(static_cast<std::size_t>(level)).cageFaces.at(face);
 }
 
-std::vector<Vec3f> Subdivision::refine(Span<const Vec3f> values, int fromLevel, int toLevel) const
+std::vector<Vec3f> Subdivision::refine(base::Span<const Vec3f> values, int fromLevel, int toLevel) const
 {
     return _impl->refine(values, fromLevel, toLevel);
 }
 
-std::vector<float> Subdivision::refine(Span<const float> values, int fromLevel, int toLevel) const
+std::vector<float> Subdivision::refine(base::Span<const float> values, int fromLevel, int toLevel) const
 {
     return _impl->refine(values, fromLevel, toLevel);
 }
 
-std::vector<Vec3f> Subdivision::fit(Span<const Vec3f> fine, int fineLevel, Span<const Vec3f> start,
-                                    int startLevel, double accuracy) const
+std::vector<Vec3f> Subdivision::fit(base::Span<const Vec3f> fine, int fineLevel,
+                                    base::Span<const Vec3f> start, int startLevel, double accuracy) const
 {
     const std::vector<Vec3f> refined = refine(start, startLevel, fineLevel);
     if (fine.size() != refined.size())

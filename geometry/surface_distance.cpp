@@ -27,7 +27,7 @@ DistanceSummary Summarize(std::vector<float> distances)
     return summary;
 }
 
-std::vector<float> SurfaceDistances(Span<const Vec3f> from, const PolygonMeshView& to)
+std::vector<float> SurfaceDistances(base::Span<const Vec3f> from, const PolygonMeshView& to)
 {
     if (to.faceCount() == 0)
         throw TopologyError("the surface to measure to has no faces");

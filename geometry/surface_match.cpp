@@ -1,10 +1,10 @@
 // Matching: closest points with compatible normals, improved by a smooth offset field, doubtful ones dropped.
 // SPDX-License-Identifier: MIT
 
-#include "geometry/surface_match.h"
+#include "surface_match.h"
 
 #include "geometry/normals.h"
-#include "geometry/offset_field.h"
+#include "offset_field.h"
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
@@ -22,7 +22,7 @@ constexpr std::size_t denseVertexCount = 150000;
 /// Closer than this share of the whole mesh's size is never far, however fine the mesh.
 constexpr float nearShareOfSize = 0.005f;
 
-std::vector<float> MeanEdgeLengths(Span<const Vec3f> positions, const IndexLists& neighbours)
+std::vector<float> MeanEdgeLengths(base::Span<const Vec3f> positions, const IndexLists& neighbours)
 {
     std::vector<float> own(positions.size()), smoothed(positions.size());
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, own.size(), 4096), [&](const auto& range) {
@@ -49,7 +49,7 @@ std::vector<bool> BoundaryVertices(const Topology& topology)
     std::vector<std::uint64_t> edges;
     edges.reserve(topology.cornerCount());
     for (std::size_t f = 0; f < topology.faceCount(); ++f) {
-        const Span<const std::uint32_t> face = topology.face(f);
+        const base::Span<const std::uint32_t> face = topology.face(f);
         for (std::size_t c = 0; c < face.size(); ++c) {
             const std::uint32_t a = face[c], b = face[c + 1 == face.size() ? 0 : c + 1];
             edges.push_back(std::uint64_t{std::min(a, b)} << 32 | std::max(a, b));

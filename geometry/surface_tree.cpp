@@ -3,7 +3,7 @@
 
 #include "geometry/surface_tree.h"
 
-#include "geometry/embree_device.h"
+#include "embree_device.h"
 #include "geometry/transform.h"
 
 #include <cassert>

@@ -3,7 +3,7 @@
 
 #include "geometry/transform.h"
 
-#include "geometry/errors.h"
+#include "base/errors.h"
 
 #include <array>
 
@@ -33,7 +33,7 @@ RotationOrder ParseRotationOrder(std::string_view text)
     for (const OrderEntry& entry : orders)
         if (entry.name == text)
             return entry.order;
-    throw FormatError("unknown rotation order \"{}\"", text);
+    throw base::FormatError("unknown rotation order \"{}\"", text);
 }
 
 std::string_view RotationOrderName(RotationOrder order)

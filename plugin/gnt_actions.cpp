@@ -1,14 +1,14 @@
 // The menu actions of the plug-in.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_actions.h"
+#include "gnt_actions.h"
 
-#include "plugin/gnt_convert-figure.h"
-#include "shared/ks_critical-box.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_manual.h"
-#include "shared/ks_product.h"
-#include "shared/ks_string.h"
+#include "gnt_convert-figure.h"
+#include "ks_critical-box.h"
+#include "ks_exception.h"
+#include "ks_manual.h"
+#include "ks_product.h"
+#include "ks_string.h"
 
 #include <QKeySequence>
 #include <QWidget>

@@ -1,12 +1,12 @@
 // A conversion with its dialogs: what the menu action runs.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_convert-impl.h"
-#include "plugin/gnt_dialog-forms.h"
-#include "plugin/gnt_outcome-texts.h"
+#include "gnt_convert-impl.h"
+#include "gnt_dialog-forms.h"
+#include "gnt_outcome-texts.h"
 
-#include "shared/ks_debug.h"
-#include "shared/ks_exception.h"
+#include "ks_debug.h"
+#include "ks_exception.h"
 
 #include <QElapsedTimer>
 

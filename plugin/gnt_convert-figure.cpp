@@ -1,20 +1,20 @@
 // The driver of a conversion: selection, the sequence of steps, and the restoring of the figures.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_convert-impl.h"
+#include "gnt_convert-impl.h"
 
-#include "shared/ks_app-setting.h"
-#include "shared/ks_assert.h"
-#include "shared/ks_daz-managers.h"
-#include "shared/ks_debug.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_help.h"
-#include "shared/ks_morph-loader.h"
-#include "shared/ks_obj-settings.h"
-#include "shared/ks_product.h"
-#include "shared/ks_progress.h"
-#include "shared/ks_string.h"
-#include "shared/ks_wait-cursor.h"
+#include "ks_app-setting.h"
+#include "ks_assert.h"
+#include "ks_daz-managers.h"
+#include "ks_debug.h"
+#include "ks_exception.h"
+#include "ks_help.h"
+#include "ks_morph-loader.h"
+#include "ks_obj-settings.h"
+#include "ks_product.h"
+#include "ks_progress.h"
+#include "ks_string.h"
+#include "ks_wait-cursor.h"
 
 #include <QDir>
 

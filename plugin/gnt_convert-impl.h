@@ -3,12 +3,12 @@
 
 #pragma once
 
-#include "plugin/gnt_convert-figure.h"
-#include "plugin/gnt_figure-files.h"
-#include "plugin/gnt_temp-folder.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_morphlist.h"
-#include "shared/ks_node-list.h"
+#include "gnt_convert-figure.h"
+#include "gnt_figure-files.h"
+#include "gnt_temp-folder.h"
+#include "ks_daz-helpers.h"
+#include "ks_morphlist.h"
+#include "ks_node-list.h"
 
 #include <QString>
 

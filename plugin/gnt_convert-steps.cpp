@@ -1,17 +1,17 @@
 // The single operations of a conversion.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_convert-impl.h"
+#include "gnt_convert-impl.h"
 
-#include "shared/ks_assert.h"
-#include "shared/ks_clickaway.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_morph-loader.h"
-#include "shared/ks_obj-settings.h"
-#include "shared/ks_progress.h"
-#include "shared/ks_string.h"
-#include "shared/ks_transfer-utility.h"
-#include "shared/ks_wait-cursor.h"
+#include "ks_assert.h"
+#include "ks_clickaway.h"
+#include "ks_exception.h"
+#include "ks_morph-loader.h"
+#include "ks_obj-settings.h"
+#include "ks_progress.h"
+#include "ks_string.h"
+#include "ks_transfer-utility.h"
+#include "ks_wait-cursor.h"
 
 #include <algorithm>
 #include <cmath>

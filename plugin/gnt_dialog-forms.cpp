@@ -1,10 +1,10 @@
 // The dialogs of a conversion that a user sees.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_dialog-forms.h"
+#include "gnt_dialog-forms.h"
 
-#include "plugin/gnt_dlg_convert.h"
-#include "plugin/gnt_dlg_success.h"
+#include "gnt_dlg_convert.h"
+#include "gnt_dlg_success.h"
 
 namespace {
 

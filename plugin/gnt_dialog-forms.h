@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "plugin/gnt_forms.h"
+#include "gnt_forms.h"
 
 /// Shows windows: for the GUI thread of a host that has a display.
 class GntDialogForms : public GntForms {

@@ -1,12 +1,12 @@
 // The convert dialog's dials: the bases of the new morph, and the matching of the figures' heights.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_dlg_convert-impl.h"
+#include "gnt_dlg_convert-impl.h"
 
-#include "shared/ks_figure-height.h"
-#include "shared/ks_help.h"
-#include "shared/ks_property-setting.h"
-#include "shared/ks_string.h"
+#include "ks_figure-height.h"
+#include "ks_help.h"
+#include "ks_property-setting.h"
+#include "ks_string.h"
 
 #include <QFontMetrics>
 #include <QToolButton>

@@ -3,14 +3,14 @@
 
 #pragma once
 
-#include "plugin/gnt_dlg_convert.h"
-#include "shared/ks_app-setting.h"
-#include "shared/ks_ctl_checkbox.h"
-#include "shared/ks_ctl_flag-set.h"
-#include "shared/ks_ctl_slider.h"
-#include "shared/ks_gui_button.h"
-#include "shared/ks_gui_check_radio.h"
-#include "shared/ks_timer.h"
+#include "gnt_dlg_convert.h"
+#include "ks_app-setting.h"
+#include "ks_ctl_checkbox.h"
+#include "ks_ctl_flag-set.h"
+#include "ks_ctl_slider.h"
+#include "ks_gui_button.h"
+#include "ks_gui_check_radio.h"
+#include "ks_timer.h"
 
 #include "ui_gnt_dlg_convert.h"
 

@@ -1,10 +1,10 @@
 // The convert dialog's morphs: which to make, and where their dials appear.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_dlg_convert-impl.h"
+#include "gnt_dlg_convert-impl.h"
 
-#include "shared/ks_dlg_morph-path.h"
-#include "shared/ks_string.h"
+#include "ks_dlg_morph-path.h"
+#include "ks_string.h"
 
 #include <dzfigure.h>
 

@@ -1,14 +1,14 @@
 // What is asked before a conversion: which morphs to make, under what names, and against which bases.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_dlg_convert-impl.h"
+#include "gnt_dlg_convert-impl.h"
 
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_daz-managers.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_manual.h"
-#include "shared/ks_product.h"
-#include "shared/ks_string.h"
+#include "ks_daz-helpers.h"
+#include "ks_daz-managers.h"
+#include "ks_gui.h"
+#include "ks_manual.h"
+#include "ks_product.h"
+#include "ks_string.h"
 
 #include <QLineEdit>
 

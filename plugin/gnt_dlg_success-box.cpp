@@ -1,7 +1,7 @@
 // A check box for a name of any length.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_dlg_success-box.h"
+#include "gnt_dlg_success-box.h"
 
 #include <QFontMetrics>
 #include <QStringList>

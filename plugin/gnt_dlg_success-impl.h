@@ -3,12 +3,12 @@
 
 #pragma once
 
-#include "plugin/gnt_dlg_success.h"
-#include "shared/ks_app-setting.h"
-#include "shared/ks_ctl_slider.h"
-#include "shared/ks_gui_button.h"
-#include "shared/ks_gui_check_radio.h"
-#include "shared/ks_property-setting.h"
+#include "gnt_dlg_success.h"
+#include "ks_app-setting.h"
+#include "ks_ctl_slider.h"
+#include "ks_gui_button.h"
+#include "ks_gui_check_radio.h"
+#include "ks_property-setting.h"
 
 #include "ui_gnt_dlg_success.h"
 

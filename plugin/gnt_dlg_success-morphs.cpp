@@ -1,13 +1,13 @@
 // The success dialog's morphs: a row for each, with its dial and the way to it in the host.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_dlg_success-impl.h"
+#include "gnt_dlg_success-impl.h"
 
-#include "plugin/gnt_dlg_success-box.h"
-#include "shared/ks_assert.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_panes.h"
-#include "shared/ks_string.h"
+#include "gnt_dlg_success-box.h"
+#include "ks_assert.h"
+#include "ks_gui.h"
+#include "ks_panes.h"
+#include "ks_string.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // A place beside other windows of the same kind.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_dlg_success-place.h"
+#include "gnt_dlg_success-place.h"
 
 #include <algorithm>
 

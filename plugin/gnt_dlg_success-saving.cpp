@@ -1,13 +1,13 @@
 // The success dialog's saving: where to and under what names, and what came of it.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_dlg_success-impl.h"
+#include "gnt_dlg_success-impl.h"
 
-#include "shared/ks_critical-box.h"
-#include "shared/ks_daz-adaptation.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_filtered-save.h"
-#include "shared/ks_string.h"
+#include "ks_critical-box.h"
+#include "ks_daz-adaptation.h"
+#include "ks_exception.h"
+#include "ks_filtered-save.h"
+#include "ks_string.h"
 
 #include <algorithm>
 

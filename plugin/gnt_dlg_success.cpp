@@ -1,13 +1,13 @@
 // What is told after a conversion: the new morphs, their dials, and a way to save them.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_dlg_success-impl.h"
-#include "plugin/gnt_dlg_success-place.h"
+#include "gnt_dlg_success-impl.h"
+#include "gnt_dlg_success-place.h"
 
-#include "shared/ks_assert.h"
-#include "shared/ks_daz-managers.h"
-#include "shared/ks_product.h"
-#include "shared/ks_string.h"
+#include "ks_assert.h"
+#include "ks_daz-managers.h"
+#include "ks_product.h"
+#include "ks_string.h"
 
 #include <algorithm>
 #include <string>

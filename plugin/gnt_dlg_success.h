@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "plugin/gnt_params.h"
-#include "shared/ks_dlg_base.h"
+#include "gnt_params.h"
+#include "ks_dlg_base.h"
 
 #include <memory>
 #include <string_view>

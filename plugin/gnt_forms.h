@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "plugin/gnt_params.h"
+#include "gnt_params.h"
 
 #include <cstddef>
 #include <memory>

@@ -1,9 +1,9 @@
 // What a finished conversion tells in words.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_outcome-texts.h"
+#include "gnt_outcome-texts.h"
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 
 #include <vector>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "plugin/gnt_convert-figure.h"
+#include "gnt_convert-figure.h"
 
 #include <cstdint>
 #include <string>

@@ -1,10 +1,10 @@
 // The figures and choices of one conversion.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_params.h"
+#include "gnt_params.h"
 
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_property-setting.h"
+#include "ks_daz-helpers.h"
+#include "ks_property-setting.h"
 
 #include <dzfigure.h>
 #include <dzfloatproperty.h>

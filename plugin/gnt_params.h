@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "shared/ks_flag-set.h"
+#include "ks_flag-set.h"
 
 #include <memory>
 #include <string>

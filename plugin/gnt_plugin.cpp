@@ -5,8 +5,8 @@
 // or turned before.
 #undef QT_NO_CAST_FROM_ASCII
 
-#include "plugin/gnt_actions.h"
-#include "shared/ks_product.h"
+#include "gnt_actions.h"
+#include "ks_product.h"
 
 #include <QString>
 

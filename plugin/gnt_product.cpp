@@ -1,7 +1,7 @@
 // What the shared library is told about this product.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_product.h"
+#include "ks_product.h"
 
 namespace kst {
 namespace product {

@@ -1,11 +1,11 @@
 // A folder of a conversion's own for its temporary files.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_temp-folder.h"
+#include "gnt_temp-folder.h"
 
-#include "shared/ks_debug.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
+#include "ks_debug.h"
+#include "ks_exception.h"
+#include "ks_string.h"
 
 #include <QDir>
 #include <QStringList>

@@ -1,9 +1,9 @@
 // Settings that live in the host's store.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_app-setting.h"
+#include "ks_app-setting.h"
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 
 #include <utility>
 

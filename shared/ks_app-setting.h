@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "shared/ks_flag-set.h"
-#include "shared/ks_setting.h"
+#include "ks_flag-set.h"
+#include "ks_setting.h"
 
 #include <string>
 #include <string_view>

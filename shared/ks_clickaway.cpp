@@ -1,9 +1,9 @@
 // Answering the host's known pop-ups while an operation runs unattended.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_clickaway.h"
+#include "ks_clickaway.h"
 
-#include "shared/ks_gui.h"
+#include "ks_gui.h"
 
 #include <vector>
 

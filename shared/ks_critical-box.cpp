@@ -1,13 +1,13 @@
 // The box at the end of the error path, and its friendly sister.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_critical-box.h"
+#include "ks_critical-box.h"
 
-#include "shared/ks_debug.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_help.h"
-#include "shared/ks_product.h"
-#include "shared/ks_string.h"
+#include "ks_debug.h"
+#include "ks_gui.h"
+#include "ks_help.h"
+#include "ks_product.h"
+#include "ks_string.h"
 
 #include <QMessageBox>
 

@@ -1,7 +1,7 @@
 // Binding a widget to a setting.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_ctl_base.h"
+#include "ks_ctl_base.h"
 
 namespace kst {
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "shared/ks_setting.h"
+#include "ks_setting.h"
 
 #include <functional>
 #include <utility>

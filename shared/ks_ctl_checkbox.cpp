@@ -1,9 +1,9 @@
 // A check box bound to a setting.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_ctl_checkbox.h"
+#include "ks_ctl_checkbox.h"
 
-#include "shared/ks_gui_style.h"
+#include "ks_gui_style.h"
 
 namespace kst {
 

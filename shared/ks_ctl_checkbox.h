@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "shared/ks_ctl_base.h"
-#include "shared/ks_gui_check_radio.h"
+#include "ks_ctl_base.h"
+#include "ks_gui_check_radio.h"
 
 #include <string_view>
 

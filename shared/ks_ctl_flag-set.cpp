@@ -1,11 +1,11 @@
 // Check boxes bound to the flags of one setting.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_ctl_flag-set.h"
+#include "ks_ctl_flag-set.h"
 
-#include "shared/ks_critical-box.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_gui_style.h"
+#include "ks_critical-box.h"
+#include "ks_gui.h"
+#include "ks_gui_style.h"
 
 #include <QCheckBox>
 

@@ -1,13 +1,13 @@
 // The host's sliders bound to numbers.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_ctl_slider.h"
+#include "ks_ctl_slider.h"
 
-#include "shared/ks_critical-box.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_gui_style.h"
-#include "shared/ks_qt-compat.h"
-#include "shared/ks_string.h"
+#include "ks_critical-box.h"
+#include "ks_gui.h"
+#include "ks_gui_style.h"
+#include "ks_qt-compat.h"
+#include "ks_string.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "shared/ks_ctl_base.h"
-#include "shared/ks_flag-set.h"
+#include "ks_ctl_base.h"
+#include "ks_flag-set.h"
 
 #include <string_view>
 

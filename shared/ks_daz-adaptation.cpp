@@ -1,9 +1,9 @@
 // What the closed host may spell otherwise.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_daz-adaptation.h"
+#include "ks_daz-adaptation.h"
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 
 #include <dzapp.h>
 #include <dzauthor.h>

@@ -1,12 +1,12 @@
 // The host's scene: selection, figures and OBJ files.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_daz-helpers.h"
+#include "ks_daz-helpers.h"
 
-#include "shared/ks_daz-adaptation.h"
-#include "shared/ks_daz-managers.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
+#include "ks_daz-adaptation.h"
+#include "ks_daz-managers.h"
+#include "ks_exception.h"
+#include "ks_string.h"
 
 #include <memory>
 

@@ -1,11 +1,11 @@
 // The host's managers, each returned or missed with its fixed message.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_daz-managers.h"
+#include "ks_daz-managers.h"
 
-#include "shared/ks_daz-checked.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_string.h"
+#include "ks_daz-checked.h"
+#include "ks_gui.h"
+#include "ks_string.h"
 
 #include <dzaction.h>
 #include <dzactionmgr.h>

@@ -1,11 +1,11 @@
 // Content paths, as the host's content manager resolves them.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_daz-helpers.h"
+#include "ks_daz-helpers.h"
 
-#include "shared/ks_daz-adaptation.h"
-#include "shared/ks_daz-managers.h"
-#include "shared/ks_string.h"
+#include "ks_daz-adaptation.h"
+#include "ks_daz-managers.h"
+#include "ks_string.h"
 
 #include <dzcontentmgr.h>
 

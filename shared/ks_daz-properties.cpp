@@ -1,10 +1,10 @@
 // The host's objects, shapes and properties, and the resolution of figures.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_daz-helpers.h"
+#include "ks_daz-helpers.h"
 
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
+#include "ks_exception.h"
+#include "ks_string.h"
 
 #include <QMetaObject>
 

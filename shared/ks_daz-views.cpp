@@ -1,12 +1,12 @@
 // The host's panes, viewports, tools and render options, each returned or missed with its fixed message.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_daz-managers.h"
+#include "ks_daz-managers.h"
 
-#include "shared/ks_daz-adaptation.h"
-#include "shared/ks_daz-checked.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_string.h"
+#include "ks_daz-adaptation.h"
+#include "ks_daz-checked.h"
+#include "ks_gui.h"
+#include "ks_string.h"
 
 #include <dz3dviewport.h>
 #include <dzapp.h>

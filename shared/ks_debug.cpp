@@ -1,9 +1,9 @@
 // Trace lines in the host's log.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_debug.h"
+#include "ks_debug.h"
 
-#include "shared/ks_product.h"
+#include "ks_product.h"
 
 #include <QString>
 

@@ -1,12 +1,12 @@
 // A message box with buttons, check boxes and widgets of one's own.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_dlg_action-box.h"
+#include "ks_dlg_action-box.h"
 
-#include "shared/ks_critical-box.h"
-#include "shared/ks_gui_button.h"
-#include "shared/ks_gui_style.h"
-#include "shared/ks_string.h"
+#include "ks_critical-box.h"
+#include "ks_gui_button.h"
+#include "ks_gui_style.h"
+#include "ks_string.h"
 
 #include "ui_ks_dlg_action-box.h"
 

@@ -1,13 +1,13 @@
 // The base of every dialog.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_dlg_base.h"
+#include "ks_dlg_base.h"
 
-#include "shared/ks_critical-box.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_gui_button.h"
-#include "shared/ks_help.h"
-#include "shared/ks_string.h"
+#include "ks_critical-box.h"
+#include "ks_gui.h"
+#include "ks_gui_button.h"
+#include "ks_help.h"
+#include "ks_string.h"
 
 #include <QDialogButtonBox>
 #include <QPushButton>

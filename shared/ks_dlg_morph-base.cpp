@@ -1,12 +1,12 @@
 // Choosing a property-group path from the tree of a node's paths.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_dlg_morph-base.h"
+#include "ks_dlg_morph-base.h"
 
-#include "shared/ks_assert.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_help.h"
-#include "shared/ks_string.h"
+#include "ks_assert.h"
+#include "ks_gui.h"
+#include "ks_help.h"
+#include "ks_string.h"
 
 #include <map>
 

@@ -1,11 +1,11 @@
 // A picker for the property-group path of a new morph.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_dlg_morph-path.h"
+#include "ks_dlg_morph-path.h"
 
-#include "shared/ks_gui_button.h"
-#include "shared/ks_product.h"
-#include "shared/ks_string.h"
+#include "ks_gui_button.h"
+#include "ks_product.h"
+#include "ks_string.h"
 
 #include "ui_ks_dlg_morph-path.h"
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "shared/ks_dlg_morph-base.h"
+#include "ks_dlg_morph-base.h"
 
 #include <memory>
 #include <string>

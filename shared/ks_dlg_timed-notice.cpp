@@ -1,11 +1,11 @@
 // A notice that goes away by itself.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_dlg_timed-notice.h"
+#include "ks_dlg_timed-notice.h"
 
-#include "shared/ks_gui.h"
-#include "shared/ks_product.h"
-#include "shared/ks_string.h"
+#include "ks_gui.h"
+#include "ks_product.h"
+#include "ks_string.h"
 
 #include <QTimer>
 

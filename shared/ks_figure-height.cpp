@@ -1,9 +1,9 @@
 // Making one figure as tall as another.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_figure-height.h"
+#include "ks_figure-height.h"
 
-#include "shared/ks_wait-cursor.h"
+#include "ks_wait-cursor.h"
 
 #include <dzbox3.h>
 #include <dzfigure.h>

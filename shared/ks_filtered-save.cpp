@@ -1,15 +1,15 @@
 // Saving through the host's asset filters.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_filtered-save.h"
+#include "ks_filtered-save.h"
 
-#include "shared/ks_daz-adaptation.h"
-#include "shared/ks_daz-checked.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_daz-managers.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
-#include "shared/ks_wait-cursor.h"
+#include "ks_daz-adaptation.h"
+#include "ks_daz-checked.h"
+#include "ks_daz-helpers.h"
+#include "ks_daz-managers.h"
+#include "ks_exception.h"
+#include "ks_string.h"
+#include "ks_wait-cursor.h"
 
 #include <dzassetiofilter.h>
 #include <dzassetiomgr.h>

@@ -1,10 +1,10 @@
 // Small helpers around widgets: connections, visibility, a question.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_gui.h"
+#include "ks_gui.h"
 
-#include "shared/ks_assert.h"
-#include "shared/ks_string.h"
+#include "ks_assert.h"
+#include "ks_string.h"
 
 #include <QAbstractItemView>
 #include <QCheckBox>

@@ -1,15 +1,15 @@
 // Buttons whose clicks run a callback.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_gui_button.h"
+#include "ks_gui_button.h"
 
-#include "shared/ks_critical-box.h"
-#include "shared/ks_ctl_slider.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_gui_style.h"
-#include "shared/ks_property-setting.h"
-#include "shared/ks_qt-compat.h"
-#include "shared/ks_string.h"
+#include "ks_critical-box.h"
+#include "ks_ctl_slider.h"
+#include "ks_gui.h"
+#include "ks_gui_style.h"
+#include "ks_property-setting.h"
+#include "ks_qt-compat.h"
+#include "ks_string.h"
 
 #include <algorithm>
 #include <utility>

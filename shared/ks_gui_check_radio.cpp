@@ -1,11 +1,11 @@
 // Check boxes, radio buttons and checkable group boxes whose toggles run a callback.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_gui_check_radio.h"
+#include "ks_gui_check_radio.h"
 
-#include "shared/ks_critical-box.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_gui_style.h"
+#include "ks_critical-box.h"
+#include "ks_gui.h"
+#include "ks_gui_style.h"
 
 #include <QCheckBox>
 #include <QGroupBox>

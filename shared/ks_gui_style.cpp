@@ -1,11 +1,11 @@
 // Style sheets, markup and pictures for widgets.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_gui_style.h"
+#include "ks_gui_style.h"
 
-#include "shared/ks_help.h"
-#include "shared/ks_qt-compat.h"
-#include "shared/ks_string.h"
+#include "ks_help.h"
+#include "ks_qt-compat.h"
+#include "ks_string.h"
 
 #include <QAbstractButton>
 #include <QBuffer>

@@ -1,10 +1,10 @@
 // Help texts and version texts as the user reads them.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_help.h"
+#include "ks_help.h"
 
-#include "shared/ks_product.h"
-#include "shared/ks_string.h"
+#include "ks_product.h"
+#include "ks_string.h"
 
 #include <fmt/format.h>
 

@@ -1,11 +1,11 @@
 // Opening a plug-in's manual.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_manual.h"
+#include "ks_manual.h"
 
-#include "shared/ks_critical-box.h"
-#include "shared/ks_string.h"
-#include "shared/ks_wait-cursor.h"
+#include "ks_critical-box.h"
+#include "ks_string.h"
+#include "ks_wait-cursor.h"
 
 #include <QFileInfo>
 

@@ -1,10 +1,10 @@
 // The host's Morph Loader Pro, run by a fixed script.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_morph-loader-script.h"
+#include "ks_morph-loader-script.h"
 
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
+#include "ks_exception.h"
+#include "ks_string.h"
 
 #include <QString>
 #include <QVariant>

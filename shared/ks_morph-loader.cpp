@@ -1,11 +1,11 @@
 // The host's Morph Loader Pro, driven by method name.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_morph-loader.h"
+#include "ks_morph-loader.h"
 
-#include "shared/ks_assert.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
+#include "ks_assert.h"
+#include "ks_exception.h"
+#include "ks_string.h"
 
 #include <algorithm>
 #include <cstring>

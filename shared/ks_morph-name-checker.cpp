@@ -1,13 +1,13 @@
 // Warning that a morph's name is taken, while it is typed.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_morph-name-checker.h"
+#include "ks_morph-name-checker.h"
 
-#include "shared/ks_critical-box.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_gui_style.h"
-#include "shared/ks_morphlist.h"
-#include "shared/ks_string.h"
+#include "ks_critical-box.h"
+#include "ks_gui.h"
+#include "ks_gui_style.h"
+#include "ks_morphlist.h"
+#include "ks_string.h"
 
 #include <optional>
 #include <utility>

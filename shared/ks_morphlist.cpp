@@ -1,13 +1,13 @@
 // The morphs of one node, and those that are dialed in.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_morphlist.h"
+#include "ks_morphlist.h"
 
-#include "shared/ks_assert.h"
-#include "shared/ks_daz-adaptation.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
+#include "ks_assert.h"
+#include "ks_daz-adaptation.h"
+#include "ks_daz-helpers.h"
+#include "ks_exception.h"
+#include "ks_string.h"
 
 #include <cmath>
 #include <limits>

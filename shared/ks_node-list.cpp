@@ -1,9 +1,9 @@
 // A snapshot of the scene's node labels, for finding what an operation added.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_node-list.h"
+#include "ks_node-list.h"
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 
 #include <dznode.h>
 #include <dzscene.h>

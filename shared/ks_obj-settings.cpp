@@ -1,10 +1,10 @@
 // The option sets of the host's OBJ exporter and importer.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_obj-settings.h"
+#include "ks_obj-settings.h"
 
-#include "shared/ks_daz-managers.h"
-#include "shared/ks_exception.h"
+#include "ks_daz-managers.h"
+#include "ks_exception.h"
 
 #include <vector>
 

@@ -1,10 +1,10 @@
 // The few things that are asked of the operating system directly.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_os.h"
+#include "ks_os.h"
 
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
+#include "ks_exception.h"
+#include "ks_string.h"
 
 #include <cstdlib>
 #include <set>

@@ -1,12 +1,12 @@
 // The host's Parameters, Content Library and Smart Content panes.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_panes.h"
+#include "ks_panes.h"
 
-#include "shared/ks_daz-managers.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_qt-compat.h"
-#include "shared/ks_string.h"
+#include "ks_daz-managers.h"
+#include "ks_exception.h"
+#include "ks_qt-compat.h"
+#include "ks_string.h"
 
 #include <QString>
 #include <QStringList>

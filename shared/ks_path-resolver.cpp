@@ -1,10 +1,10 @@
 // Finding files of content libraries on disk.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_path-resolver.h"
+#include "ks_path-resolver.h"
 
-#include "shared/ks_daz-managers.h"
-#include "shared/ks_string.h"
+#include "ks_daz-managers.h"
+#include "ks_string.h"
 
 #include <sys/stat.h>
 

@@ -1,13 +1,13 @@
 // The host's progress display for a fixed list of steps.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_progress.h"
+#include "ks_progress.h"
 
-#include "shared/ks_assert.h"
-#include "shared/ks_debug.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_string.h"
+#include "ks_assert.h"
+#include "ks_debug.h"
+#include "ks_exception.h"
+#include "ks_gui.h"
+#include "ks_string.h"
 
 #include <dzprogress.h>
 

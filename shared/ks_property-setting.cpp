@@ -1,7 +1,7 @@
 // Settings bound to a number of the scene.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_property-setting.h"
+#include "ks_property-setting.h"
 
 #include <dzfloatproperty.h>
 #include <dzintproperty.h>

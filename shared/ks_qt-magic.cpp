@@ -1,10 +1,10 @@
 // Driving host objects by the names of their methods, where the host offers no header.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_qt-magic.h"
+#include "ks_qt-magic.h"
 
-#include "shared/ks_exception.h"
-#include "shared/ks_qt-compat.h"
+#include "ks_exception.h"
+#include "ks_qt-compat.h"
 
 #include <QMetaObject>
 

@@ -1,9 +1,9 @@
 // UTF-8 strings: conversion, splitting and joining, searching, quoting, identifiers.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 
-#include "shared/ks_assert.h"
+#include "ks_assert.h"
 
 #include <algorithm>
 #include <cctype>

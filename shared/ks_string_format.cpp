@@ -1,7 +1,7 @@
 // Numbers, sizes, durations and dates as texts, and random names.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 
 #include <charconv>
 #include <random>

@@ -1,7 +1,7 @@
 // Parts and spelling of paths.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 // Checks of the string functions on the user's machine.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 
-#include "shared/ks_exception.h"
+#include "ks_exception.h"
 
 namespace kst {
 namespace str {

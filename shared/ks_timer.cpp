@@ -1,11 +1,11 @@
 // Delayed and repeated callbacks, and a sleep that keeps the windows alive.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_timer.h"
+#include "ks_timer.h"
 
-#include "shared/ks_assert.h"
-#include "shared/ks_critical-box.h"
-#include "shared/ks_gui.h"
+#include "ks_assert.h"
+#include "ks_critical-box.h"
+#include "ks_gui.h"
 
 #include <utility>
 

@@ -1,9 +1,9 @@
 // The host's Transfer Utility, driven by method name.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_transfer-utility.h"
+#include "ks_transfer-utility.h"
 
-#include "shared/ks_exception.h"
+#include "ks_exception.h"
 
 #include <dzapp.h>
 #include <dzclassfactory.h>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "shared/ks_qt-magic.h"
+#include "ks_qt-magic.h"
 
 #include <memory>
 #include <vector>

@@ -1,9 +1,9 @@
 // The wait cursor for a scope.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_wait-cursor.h"
+#include "ks_wait-cursor.h"
 
-#include "shared/ks_gui.h"
+#include "ks_gui.h"
 
 #include <QApplication>
 #include <QCursor>

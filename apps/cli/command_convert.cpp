@@ -1,13 +1,13 @@
 // `gantrel convert`: a source figure's shape as morphs on a Genesis 9 figure.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/command_convert.h"
+#include "command_convert.h"
 
-#include "apps/cli/conversion.h"
-#include "apps/cli/host_session.h"
-#include "apps/cli/options.h"
-#include "apps/cli/progress.h"
-#include "apps/cli/report.h"
+#include "conversion.h"
+#include "host_session.h"
+#include "options.h"
+#include "progress.h"
+#include "report.h"
 
 #include <algorithm>
 #include <cstring>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "apps/cli/command.h"
+#include "command.h"
 
 namespace cli {
 

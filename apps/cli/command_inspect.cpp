@@ -1,16 +1,16 @@
 // The subcommand `inspect`.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/command_inspect.h"
+#include "command_inspect.h"
 
-#include "apps/cli/command.h"
-#include "apps/cli/file_facts.h"
-#include "apps/cli/host_session.h"
-#include "apps/cli/mesh_files.h"
-#include "apps/cli/options.h"
-#include "apps/cli/progress.h"
+#include "command.h"
+#include "dson/reader.h"
 #include "dzscene.h"
-#include "host/content/dson_reader.h"
+#include "file_facts.h"
+#include "host_session.h"
+#include "mesh_files.h"
+#include "options.h"
+#include "progress.h"
 
 #include <algorithm>
 #include <memory>

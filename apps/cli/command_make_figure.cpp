@@ -1,14 +1,14 @@
 // The subcommand `make-figure`.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/command_make_figure.h"
+#include "command_make_figure.h"
 
-#include "apps/cli/command.h"
-#include "apps/cli/options.h"
-#include "apps/cli/progress.h"
-#include "apps/cli/report.h"
-#include "content/figure_kinds.h"
-#include "content/make_figure.h"
+#include "command.h"
+#include "options.h"
+#include "progress.h"
+#include "report.h"
+#include "sample_content/figure_kinds.h"
+#include "sample_content/make_figure.h"
 
 #include <algorithm>
 #include <memory>

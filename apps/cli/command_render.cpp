@@ -1,18 +1,18 @@
 // The subcommand `render`.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/command_render.h"
+#include "command_render.h"
 
-#include "apps/cli/command.h"
-#include "apps/cli/host_session.h"
-#include "apps/cli/mesh_files.h"
-#include "apps/cli/options.h"
-#include "apps/cli/progress.h"
-#include "apps/cli/report.h"
+#include "base/errors.h"
+#include "command.h"
 #include "dznumericproperty.h"
 #include "dzscene.h"
-#include "geometry/errors.h"
-#include "host/ui/scene_picture.h"
+#include "host_session.h"
+#include "mesh_files.h"
+#include "openhost/scene_picture.h"
+#include "options.h"
+#include "progress.h"
+#include "report.h"
 
 #include <charconv>
 #include <memory>

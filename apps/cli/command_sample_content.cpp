@@ -1,12 +1,12 @@
 // The subcommand `sample-content`.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/command_sample_content.h"
+#include "command_sample_content.h"
 
-#include "apps/cli/command.h"
-#include "apps/cli/progress.h"
-#include "apps/cli/report.h"
-#include "content/sample_library.h"
+#include "command.h"
+#include "progress.h"
+#include "report.h"
+#include "sample_content/sample_library.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,13 +1,13 @@
 // The subcommand `script`.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/command_script.h"
+#include "command_script.h"
 
-#include "apps/cli/command.h"
-#include "apps/cli/host_session.h"
-#include "apps/cli/interrupt.h"
-#include "apps/cli/options.h"
+#include "command.h"
 #include "dzscript.h"
+#include "host_session.h"
+#include "interrupt.h"
+#include "options.h"
 
 #include <memory>
 #include <stdexcept>

@@ -1,16 +1,16 @@
 // The subcommand `transfer`.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/command_transfer.h"
+#include "command_transfer.h"
 
-#include "apps/cli/command.h"
-#include "apps/cli/mesh_files.h"
-#include "apps/cli/options.h"
-#include "apps/cli/progress.h"
-#include "apps/cli/report.h"
+#include "command.h"
 #include "geometry/deltas.h"
 #include "geometry/errors.h"
 #include "geometry/morph_transfer.h"
+#include "mesh_files.h"
+#include "options.h"
+#include "progress.h"
+#include "report.h"
 
 #include <memory>
 

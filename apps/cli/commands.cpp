@@ -1,15 +1,15 @@
 // All subcommands.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/commands.h"
+#include "commands.h"
 
-#include "apps/cli/command_convert.h"
-#include "apps/cli/command_inspect.h"
-#include "apps/cli/command_make_figure.h"
-#include "apps/cli/command_render.h"
-#include "apps/cli/command_sample_content.h"
-#include "apps/cli/command_script.h"
-#include "apps/cli/command_transfer.h"
+#include "command_convert.h"
+#include "command_inspect.h"
+#include "command_make_figure.h"
+#include "command_render.h"
+#include "command_sample_content.h"
+#include "command_script.h"
+#include "command_transfer.h"
 
 namespace cli {
 

@@ -1,24 +1,24 @@
 // One conversion from files to files, as the command line runs it.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/conversion.h"
+#include "conversion.h"
 
-#include "apps/cli/command.h"
-#include "apps/cli/conversion_checks.h"
-#include "apps/cli/conversion_results.h"
-#include "apps/cli/host_session.h"
-#include "apps/cli/progress.h"
+#include "command.h"
+#include "conversion_checks.h"
+#include "conversion_results.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzintproperty.h"
 #include "dzobject.h"
 #include "dzscene.h"
+#include "gnt_convert-figure.h"
+#include "host_session.h"
+#include "ks_daz-helpers.h"
+#include "ks_figure-height.h"
+#include "ks_filtered-save.h"
+#include "ks_property-setting.h"
 #include "openhost/operations.h"
-#include "plugin/gnt_convert-figure.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_figure-height.h"
-#include "shared/ks_filtered-save.h"
-#include "shared/ks_property-setting.h"
+#include "progress.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "apps/cli/dials.h"
+#include "dials.h"
 #include "geometry/surface_distance.h"
 
 #include <filesystem>

@@ -1,14 +1,14 @@
 // What a conversion is checked for before it costs time.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/conversion_checks.h"
+#include "conversion_checks.h"
 
-#include "apps/cli/command.h"
+#include "command.h"
+#include "dson/reader.h"
+#include "dson/uri.h"
 #include "dzfloatproperty.h"
 #include "dznode.h"
-#include "host/content/dson_reader.h"
-#include "host/content/dson_uri.h"
-#include "shared/ks_daz-helpers.h"
+#include "ks_daz-helpers.h"
 
 #include <cerrno>
 #include <cstring>

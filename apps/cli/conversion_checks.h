@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "apps/cli/conversion.h"
+#include "conversion.h"
 
 class DzFloatProperty;
 class DzNode;

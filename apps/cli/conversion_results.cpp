@@ -1,23 +1,19 @@
 // Looking at what a conversion made.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/conversion_results.h"
+#include "conversion_results.h"
 
-#include "apps/cli/figure_kind.h"
-#include "dzfacetmesh.h"
+#include "dson/uri.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
-#include "dzobject.h"
+#include "figure_kind.h"
 #include "geometry/obj.h"
 #include "geometry/picture.h"
-#include "host/content/dson_uri.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/mesh_access.h"
-#include "host/figure/pipeline.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_morphlist.h"
+#include "ks_daz-helpers.h"
+#include "ks_morphlist.h"
+#include "openhost/shapes.h"
 
 namespace cli {
 
@@ -26,11 +22,6 @@ namespace {
 namespace fs = std::filesystem;
 
 const char* const jobNames[] = {"full", "head", "body"};
-
-geometry::PolygonMeshView WorldMesh(const DzNode& node)
-{
-    return openhost::MeshAccess::mesh(*node.getObject()->getCachedGeom()).view();
-}
 
 /// Values of properties that are set for a while.
 class TemporaryValues {
@@ -113,7 +104,7 @@ FigureReport DescribeFigure(DzFigure& figure)
     report.label = figure.getLabel().toStdString();
     report.assetUri = kst::daz::GetNodeAssetUri(figure);
     report.kind = FigureKindName(kst::daz::GetBaseFigure(report.assetUri));
-    report.vertices = figure.getObject()->pipeline().base().vertexCount();
+    report.vertices = openhost::CageVertexCount(figure);
     return report;
 }
 
@@ -134,9 +125,9 @@ MorphReport DescribeMorph(DzFigure& target, const GntCreatedMorph& morph)
     report.kind = jobNames[morph.kind];
     report.path = morph.property->getPath().toStdString();
     const DzMorph& made = kst::MorphList::FindMorph_X(target, morph.name);
-    const geometry::SparseDeltas& deltas = openhost::DeltasAccess::deltas(*made.getDeltas());
+    const geometry::SparseDeltas& deltas = openhost::MorphDeltas(made);
     report.verticesMoved = deltas.size();
-    for (const geometry::DetailLevel& level : openhost::DeltasAccess::detail(*made.getDeltas()).levels)
+    for (const geometry::DetailLevel& level : openhost::MorphDetail(made).levels)
         report.detailVerticesMoved += level.size();
     report.largestDisplacementMm = 10.0 * geometry::LargestLength(deltas);
     return report;
@@ -167,7 +158,8 @@ geometry::DistanceSummary MeasureDistance(const GntParams& params, GntResolution
     const AtResolution source(params.figSource, resolution), target(params.figTarget, resolution);
     TemporaryValues values;
     PlaceForComparison(params, values);
-    const geometry::PolygonMeshView a = WorldMesh(params.figSource), b = WorldMesh(params.figTarget);
+    const geometry::PolygonMeshView a = openhost::WorldMesh(params.figSource),
+                                    b = openhost::WorldMesh(params.figTarget);
     std::vector<float> distances = geometry::SurfaceDistances(a.positions, b);
     const std::vector<float> back = geometry::SurfaceDistances(b.positions, a);
     distances.insert(distances.end(), back.begin(), back.end());
@@ -178,7 +170,7 @@ void ExportFigure(DzFigure& figure, const fs::path& file, GntResolution resoluti
 {
     const AtResolution shown(figure, resolution);
     geometry::ObjPart part;
-    part.mesh = WorldMesh(figure);
+    part.mesh = openhost::WorldMesh(figure);
     part.name = figure.getLabel().toStdString();
     geometry::WriteObj(file, {&part, 1});
 }
@@ -190,7 +182,8 @@ std::vector<fs::path> DrawPictures(const GntParams& params, const fs::path& fold
     const AtResolution source(params.figSource, resolution), target(params.figTarget, resolution);
     TemporaryValues values;
     PlaceForComparison(params, values);
-    const geometry::PolygonMeshView a = WorldMesh(params.figSource), b = WorldMesh(params.figTarget);
+    const geometry::PolygonMeshView a = openhost::WorldMesh(params.figSource),
+                                    b = openhost::WorldMesh(params.figTarget);
     // One frame for both, so that a difference in size is seen.
     geometry::Box3f frame = geometry::BoundingBox(a.positions);
     for (const geometry::Vec3f position : b.positions)

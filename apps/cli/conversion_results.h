@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "apps/cli/conversion.h"
-#include "plugin/gnt_convert-figure.h"
+#include "conversion.h"
+#include "gnt_convert-figure.h"
 
 class DzFigure;
 
@@ -24,7 +24,7 @@ bool MakesWholeFigure(GntJobs jobs);
 /// Source against target in the place, pose and resolution of the conversion. Both are put back.
 geometry::DistanceSummary MeasureDistance(const GntParams& params, GntResolution resolution);
 
-/// @throws geometry::IoError  the file cannot be written
+/// @throws base::IoError  the file cannot be written
 void ExportFigure(DzFigure& figure, const std::filesystem::path& file, GntResolution resolution);
 
 /// Source and target, and both side by side from several directions.

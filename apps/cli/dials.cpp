@@ -1,9 +1,9 @@
 // The dials of a figure: listing them, finding one by what the user calls it, setting it.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/dials.h"
+#include "dials.h"
 
-#include "apps/cli/command.h"
+#include "command.h"
 #include "dzmodifier.h"
 #include "dzmorph.h"
 #include "dznode.h"

@@ -1,10 +1,10 @@
 // What is in a DSON file.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/command.h"
-#include "apps/cli/file_facts.h"
+#include "command.h"
+#include "dson/reader.h"
+#include "file_facts.h"
 #include "geometry/deltas.h"
-#include "host/content/dson_reader.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,9 +1,7 @@
 // What a loaded figure is.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/dials.h"
-#include "apps/cli/figure_kind.h"
-#include "apps/cli/file_facts.h"
+#include "dials.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
 #include "dzmorph.h"
@@ -11,7 +9,9 @@
 #include "dznumericproperty.h"
 #include "dzobject.h"
 #include "dzskeleton.h"
-#include "shared/ks_daz-helpers.h"
+#include "figure_kind.h"
+#include "file_facts.h"
+#include "ks_daz-helpers.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The kinds of stock figures by the names of the command line.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/figure_kind.h"
+#include "figure_kind.h"
 
 namespace cli {
 

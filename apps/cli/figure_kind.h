@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "shared/ks_daz-helpers.h"
+#include "ks_daz-helpers.h"
 
 namespace cli {
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "apps/cli/report.h"
+#include "report.h"
 
 #include <filesystem>
 
@@ -18,7 +18,7 @@ namespace cli {
 enum class Detail { Summary, Full };
 
 /// Vertices, faces by number of corners, groups, surfaces, size, edges.
-/// @throws geometry::IoError, geometry::FormatError
+/// @throws base::IoError, base::FormatError
 Json ObjFacts(const std::filesystem::path& file);
 
 /// What a DSON file defines and what it puts into a scene. Full detail lists the nodes, too.

@@ -1,9 +1,9 @@
 // The open host as the subcommands use it: without a display, without a trace.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/host_session.h"
+#include "host_session.h"
 
-#include "apps/cli/command.h"
+#include "command.h"
 #include "dzapp.h"
 #include "dzcontentmgr.h"
 #include "dzfigure.h"

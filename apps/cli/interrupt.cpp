@@ -1,7 +1,7 @@
 // Ctrl+C and requests to end.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/interrupt.h"
+#include "interrupt.h"
 
 #include <atomic>
 #include <csignal>

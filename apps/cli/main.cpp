@@ -1,11 +1,11 @@
 // The command line: subcommands, errors as one sentence, exit codes.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/command.h"
-#include "apps/cli/commands.h"
-#include "apps/cli/error_sentence.h"
-#include "apps/cli/interrupt.h"
-#include "apps/cli/report.h"
+#include "command.h"
+#include "commands.h"
+#include "error_sentence.h"
+#include "interrupt.h"
+#include "report.h"
 
 #include <cstdio>
 #include <exception>
@@ -24,7 +24,7 @@ const char* const versionText = "gantrel " GANTREL_VERSION;
 
 int Fail(const std::string& text, ExitCode code)
 {
-    std::fprintf(stderr, "gantrel: %s\n", cli::ErrorSentence(text).c_str());
+    std::fprintf(stderr, "gantrel: %s\n", app::ErrorSentence(text).c_str());
     return code;
 }
 

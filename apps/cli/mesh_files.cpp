@@ -1,10 +1,10 @@
 // OBJ files as the subcommands need them, and facts about meshes.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/mesh_files.h"
+#include "mesh_files.h"
 
-#include "apps/cli/command.h"
-#include "geometry/errors.h"
+#include "base/errors.h"
+#include "command.h"
 
 #include <algorithm>
 #include <cctype>
@@ -18,11 +18,11 @@ geometry::ObjContent ReadMeshFile(const std::filesystem::path& file)
     geometry::ObjContent content = geometry::ReadObj(file);
     const std::vector<geometry::Vec3f>& positions = content.mesh.positions;
     if (positions.empty())
-        throw geometry::FormatError("{}: has no vertices", FileText(file));
+        throw base::FormatError("{}: has no vertices", FileText(file));
     const auto bad = std::find_if_not(positions.begin(), positions.end(), geometry::IsFinite);
     if (bad != positions.end())
-        throw geometry::FormatError("{}: vertex {} has a position that is not finite", FileText(file),
-                                    bad - positions.begin() + 1);
+        throw base::FormatError("{}: vertex {} has a position that is not finite", FileText(file),
+                                bad - positions.begin() + 1);
     return content;
 }
 
@@ -30,7 +30,7 @@ geometry::ObjContent ReadSurfaceFile(const std::filesystem::path& file)
 {
     geometry::ObjContent content = ReadMeshFile(file);
     if (content.mesh.faceCount() == 0)
-        throw geometry::FormatError("{}: has no faces", FileText(file));
+        throw base::FormatError("{}: has no faces", FileText(file));
     return content;
 }
 
@@ -47,7 +47,7 @@ EdgeCounts CountEdges(const geometry::Topology& topology)
     std::vector<std::uint64_t> edges;
     edges.reserve(topology.cornerCount());
     for (std::size_t f = 0; f < topology.faceCount(); ++f) {
-        const geometry::Span<const std::uint32_t> face = topology.face(f);
+        const base::Span<const std::uint32_t> face = topology.face(f);
         for (std::size_t c = 0; c < face.size(); ++c) {
             const auto [low, high] = std::minmax(face[c], face[(c + 1) % face.size()]);
             edges.push_back(std::uint64_t{low} << 32 | high);

@@ -9,7 +9,7 @@
 
 namespace cli {
 
-/// @throws geometry::IoError, geometry::FormatError  it cannot be read, holds no vertex, or a position is not
+/// @throws base::IoError, base::FormatError  it cannot be read, holds no vertex, or a position is not
 /// finite
 geometry::ObjContent ReadMeshFile(const std::filesystem::path& file);
 /// As above, and the mesh has faces.

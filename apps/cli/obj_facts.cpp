@@ -1,9 +1,9 @@
 // What is in an OBJ file.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/command.h"
-#include "apps/cli/file_facts.h"
-#include "apps/cli/mesh_files.h"
+#include "command.h"
+#include "file_facts.h"
+#include "mesh_files.h"
 
 #include <map>
 

@@ -1,9 +1,9 @@
 // Options that several subcommands share.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/options.h"
+#include "options.h"
 
-#include "apps/cli/command.h"
+#include "command.h"
 
 #include <CLI/CLI.hpp>
 

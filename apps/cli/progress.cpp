@@ -1,9 +1,9 @@
 // Progress on the terminal, and how long each stage took.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/progress.h"
+#include "progress.h"
 
-#include "apps/cli/interrupt.h"
+#include "interrupt.h"
 
 #include <cstdio>
 

@@ -1,7 +1,7 @@
 // What a subcommand tells on stdout: one JSON object, or the same for people.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/report.h"
+#include "report.h"
 
 #include <algorithm>
 #include <cerrno>

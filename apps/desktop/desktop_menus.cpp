@@ -1,7 +1,7 @@
 // The desktop application's menu entries among those of the host and its plug-ins.
 // SPDX-License-Identifier: MIT
 
-#include "apps/desktop/desktop_menus.h"
+#include "desktop_menus.h"
 
 #include <QMainWindow>
 #include <QMenu>

@@ -1,9 +1,9 @@
 // What the desktop application is started with.
 // SPDX-License-Identifier: MIT
 
-#include "apps/desktop/desktop_options.h"
+#include "desktop_options.h"
 
-#include "apps/cli/error_sentence.h"
+#include "error_sentence.h"
 
 #include <ostream>
 
@@ -46,7 +46,7 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     } catch (const CLI::Success& request) {
         return program.exit(request, out, err);
     } catch (const CLI::ParseError& error) {
-        err << "gantrel-desktop: " << cli::ErrorSentence(error.what()) << '\n';
+        err << "gantrel-desktop: " << app::ErrorSentence(error.what()) << '\n';
         return wrongUse;
     }
 }

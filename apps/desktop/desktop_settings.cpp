@@ -1,7 +1,7 @@
 // What the desktop application keeps between runs.
 // SPDX-License-Identifier: MIT
 
-#include "apps/desktop/desktop_settings.h"
+#include "desktop_settings.h"
 
 #include <QMainWindow>
 

@@ -1,14 +1,14 @@
 // The host's main window made an application.
 // SPDX-License-Identifier: MIT
 
-#include "apps/desktop/desktop_window.h"
+#include "desktop_window.h"
 
-#include "apps/desktop/desktop_menus.h"
-#include "apps/desktop/desktop_options.h"
-#include "apps/desktop/desktop_settings.h"
-#include "apps/desktop/dropped_files.h"
-#include "apps/desktop/folders_dialog.h"
-#include "apps/desktop/quoted.h"
+#include "desktop_menus.h"
+#include "desktop_options.h"
+#include "desktop_settings.h"
+#include "dropped_files.h"
+#include "folders_dialog.h"
+#include "quoted.h"
 
 #include <dzapp.h>
 #include <dzcontentmgr.h>

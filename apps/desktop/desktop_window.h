@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "apps/desktop/recent_files.h"
-#include "apps/desktop/scene_files.h"
-#include "apps/desktop/view_menu.h"
+#include "recent_files.h"
+#include "scene_files.h"
+#include "view_menu.h"
 
 #include <QMenu>
 #include <QObject>

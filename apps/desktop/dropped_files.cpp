@@ -1,7 +1,7 @@
 // Files that come by drag and drop.
 // SPDX-License-Identifier: MIT
 
-#include "apps/desktop/dropped_files.h"
+#include "dropped_files.h"
 
 #include <QDropEvent>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 // Choosing the content folders.
 // SPDX-License-Identifier: MIT
 
-#include "apps/desktop/folders_dialog.h"
+#include "folders_dialog.h"
 
 #include <QDialogButtonBox>
 #include <QFileDialog>

@@ -1,8 +1,8 @@
 // The desktop application: the host with a window, and the plug-ins that it loads.
 // SPDX-License-Identifier: MIT
 
-#include "apps/desktop/desktop_options.h"
-#include "apps/desktop/desktop_window.h"
+#include "desktop_options.h"
+#include "desktop_window.h"
 #include "openhost/openhost.h"
 
 #include <clocale>

@@ -1,9 +1,9 @@
 // The menu of the files that were opened or saved last.
 // SPDX-License-Identifier: MIT
 
-#include "apps/desktop/recent_files.h"
+#include "recent_files.h"
 
-#include "apps/desktop/desktop_settings.h"
+#include "desktop_settings.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 // Whether the scene has been changed since it was last as in its file.
 // SPDX-License-Identifier: MIT
 
-#include "apps/desktop/scene_changes.h"
+#include "scene_changes.h"
 
 #include <dzapp.h>
 #include <dzcamera.h>

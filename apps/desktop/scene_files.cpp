@@ -1,9 +1,9 @@
 // Opening files and saving the scene, with the questions that belong to it.
 // SPDX-License-Identifier: MIT
 
-#include "apps/desktop/scene_files.h"
+#include "scene_files.h"
 
-#include "apps/desktop/quoted.h"
+#include "quoted.h"
 
 #include <dzapp.h>
 #include <dzcontentmgr.h>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "apps/desktop/scene_changes.h"
+#include "scene_changes.h"
 
 #include <QDateTime>
 #include <QObject>

@@ -1,7 +1,7 @@
 // The menu of what the viewport shows and how.
 // SPDX-License-Identifier: MIT
 
-#include "apps/desktop/view_menu.h"
+#include "view_menu.h"
 
 #include <dzbox3.h>
 #include <dzcamera.h>

@@ -6,8 +6,8 @@
 #include "dzcontentmgr.h"
 #include "dzfigure.h"
 #include "dzscene.h"
-#include "plugin/gnt_convert-figure.h"
-#include "shared/ks_filtered-save.h"
+#include "gnt_convert-figure.h"
+#include "ks_filtered-save.h"
 
 #include <benchmark/benchmark.h>
 

@@ -10,8 +10,8 @@
 #include "dzfloatproperty.h"
 #include "dzobject.h"
 #include "dzscene.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_figure-height.h"
+#include "ks_daz-helpers.h"
+#include "ks_figure-height.h"
 
 #include <benchmark/benchmark.h>
 

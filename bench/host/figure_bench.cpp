@@ -11,9 +11,9 @@
 #include "dzobject.h"
 #include "dzscene.h"
 #include "dzskinbinding.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/mesh_access.h"
-#include "host/figure/skin_access.h"
+#include "figure/deltas_access.h"
+#include "figure/mesh_access.h"
+#include "figure/skin_access.h"
 #include "openhost/openhost.h"
 
 #include <benchmark/benchmark.h>

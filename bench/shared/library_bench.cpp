@@ -9,10 +9,10 @@
 #include "dzfileiosettings.h"
 #include "dzscene.h"
 #include "dzscript.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_filtered-save.h"
-#include "shared/ks_morph-loader.h"
-#include "shared/ks_path-resolver.h"
+#include "ks_daz-helpers.h"
+#include "ks_filtered-save.h"
+#include "ks_morph-loader.h"
+#include "ks_path-resolver.h"
 
 #include <benchmark/benchmark.h>
 

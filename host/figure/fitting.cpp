@@ -1,7 +1,7 @@
 // Clothes and other parts that move with the figure they are fitted to.
 // SPDX-License-Identifier: MIT
 
-#include "host/figure/fitting.h"
+#include "figure/fitting.h"
 
 #include "dzbone.h"
 #include "dzfloatproperty.h"

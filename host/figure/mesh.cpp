@@ -3,7 +3,7 @@
 
 #include "dzfacegroup.h"
 #include "dzfacetmesh.h"
-#include "host/figure/mesh_access.h"
+#include "figure/mesh_access.h"
 
 #include <algorithm>
 #include <cmath>
@@ -173,7 +173,7 @@ void DzFacetMesh::buildFacets() const
     };
     _facets->facets.reserve(topology.faceCount());
     for (std::size_t f = 0; f < topology.faceCount(); ++f) {
-        const geometry::Span<const std::uint32_t> corners = topology.face(f);
+        const base::Span<const std::uint32_t> corners = topology.face(f);
         for (std::size_t i = 1; i + 1 < corners.size(); i += 2) {
             DzFacet facet = {{int(corners[0]), int(corners[i]), int(corners[i + 1]), -1},
                              {uvOf(f, 0), uvOf(f, i), uvOf(f, i + 1), -1},

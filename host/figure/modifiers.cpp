@@ -10,8 +10,8 @@
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
 #include "dzpresentation.h"
-#include "host/figure/modifier_impl.h"
-#include "host/figure/pipeline.h"
+#include "figure/pipeline.h"
+#include "modifier_impl.h"
 
 DzModifier::DzModifier() : _modifier(new ModifierImpl) {}
 DzModifier::~DzModifier() = default;

@@ -3,11 +3,11 @@
 
 #include "dzmorphdeltas.h"
 
+#include "base/errors.h"
 #include "dzvertexmesh.h"
-#include "geometry/errors.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/mesh_access.h"
-#include "host/scene/host_log.h"
+#include "figure/deltas_access.h"
+#include "figure/mesh_access.h"
+#include "scene/host_log.h"
 
 #include <algorithm>
 #include <cmath>

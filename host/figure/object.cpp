@@ -9,9 +9,9 @@
 #include "dznode.h"
 #include "dzshape.h"
 #include "dzskinbinding.h"
-#include "host/figure/mesh_access.h"
-#include "host/figure/modifier_impl.h"
-#include "host/figure/pipeline.h"
+#include "figure/mesh_access.h"
+#include "figure/pipeline.h"
+#include "modifier_impl.h"
 #include "openhost/operations.h"
 
 #include <QHash>

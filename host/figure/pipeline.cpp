@@ -4,21 +4,21 @@
 // Before Qt, whose keyword emit names a function there.
 #include <tbb/parallel_for.h>
 
-#include "host/figure/pipeline.h"
+#include "figure/pipeline.h"
 
+#include "base/errors.h"
 #include "dzbone.h"
 #include "dzfacetshape.h"
 #include "dzfloatproperty.h"
 #include "dzskeleton.h"
 #include "dzskinbinding.h"
-#include "geometry/errors.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/mesh_access.h"
-#include "host/figure/modifier_impl.h"
-#include "host/figure/skin_access.h"
-#include "host/figure/subdivision_cache.h"
-#include "host/scene/host_log.h"
-#include "host/scene/node_transform.h"
+#include "figure/deltas_access.h"
+#include "figure/mesh_access.h"
+#include "figure/skin_access.h"
+#include "modifier_impl.h"
+#include "scene/host_log.h"
+#include "scene/node_transform.h"
+#include "subdivision_cache.h"
 
 #include <QHash>
 
@@ -26,7 +26,7 @@
 
 namespace openhost {
 
-using geometry::Span;
+using base::Span;
 using geometry::Vec3f;
 
 Pipeline::Pipeline(DzObject& object) : _object(object) {}
@@ -182,7 +182,7 @@ void Pipeline::addMorph(DzMorph& morph, std::vector<Vec3f>* positions)
                        .arg(positions->size()));
         return;
     }
-    geometry::AddDeltas(Span<Vec3f>(*positions), deltas, morph._morph->applied);
+    geometry::AddDeltas(base::Span<Vec3f>(*positions), deltas, morph._morph->applied);
 }
 
 void Pipeline::sumMorphs(const DzMorph* except, std::vector<Vec3f>* positions)
@@ -215,7 +215,7 @@ void Pipeline::updateMorphs()
     _sumValid = true;
 }
 
-Span<const Vec3f> Pipeline::morphedCage()
+base::Span<const Vec3f> Pipeline::morphedCage()
 {
     if (takeStale(Morphs))
         updateMorphs();
@@ -269,7 +269,7 @@ void Pipeline::updateSkin()
             return;
         _posed = geometry::Skin(_morphed, *pose.weights, pose.poses, pose.mode);
         _isPosed = true;
-    } catch (const geometry::Error& error) {
+    } catch (const base::Error& error) {
         _skinFailed = true;
         LogWarning(QStringLiteral("cannot pose %1: %2")
                        .arg(_object.getNode() ? _object.getNode()->getLabel() : _object.getName(),
@@ -277,15 +277,15 @@ void Pipeline::updateSkin()
     }
 }
 
-Span<const Vec3f> Pipeline::posedCage()
+base::Span<const Vec3f> Pipeline::posedCage()
 {
-    const Span<const Vec3f> morphed = morphedCage();
+    const base::Span<const Vec3f> morphed = morphedCage();
     if (takeStale(Skinning))
         updateSkin();
-    return _isPosed ? Span<const Vec3f>(_posed) : morphed;
+    return _isPosed ? base::Span<const Vec3f>(_posed) : morphed;
 }
 
-void Pipeline::toWorld(Span<Vec3f> positions) const
+void Pipeline::toWorld(base::Span<Vec3f> positions) const
 {
     const DzNode* const node = _object.getNode();
     const NodeTransform transform = node ? WorldTransform(*node) : NodeTransform();
@@ -296,9 +296,9 @@ void Pipeline::toWorld(Span<Vec3f> positions) const
     });
 }
 
-Span<const Vec3f> Pipeline::worldCage()
+base::Span<const Vec3f> Pipeline::worldCage()
 {
-    const Span<const Vec3f> posed = posedCage();
+    const base::Span<const Vec3f> posed = posedCage();
     if (takeStale(Place)) {
         const DzNode* const node = _object.getNode();
         _isPlaced = node && !WorldTransform(*node).isIdentity();
@@ -308,7 +308,7 @@ Span<const Vec3f> Pipeline::worldCage()
             toWorld(_placed);
         }
     }
-    return _isPlaced ? Span<const Vec3f>(_placed) : posed;
+    return _isPlaced ? base::Span<const Vec3f>(_placed) : posed;
 }
 
 std::vector<geometry::ActiveDetail> Pipeline::activeDetails()
@@ -348,7 +348,7 @@ std::shared_ptr<const geometry::Subdivision> Pipeline::subdivision(int levels) c
 
 void Pipeline::updateWorld()
 {
-    const Span<const Vec3f> cage = worldCage();
+    const base::Span<const Vec3f> cage = worldCage();
     if (!takeStale(Result))
         return;
     geometry::PolygonMesh mesh;
@@ -361,7 +361,7 @@ void Pipeline::updateWorld()
             mesh.topology = refinement->topology(level());
             reached = level();
         }
-    } catch (const geometry::Error& error) {
+    } catch (const base::Error& error) {
         LogWarning(QStringLiteral("cannot subdivide %1: %2")
                        .arg(_object.getName(), QString::fromUtf8(error.what())));
     }

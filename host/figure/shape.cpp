@@ -10,7 +10,7 @@
 #include "dznode.h"
 #include "dzobject.h"
 #include "dzskinbinding.h"
-#include "host/figure/pipeline.h"
+#include "figure/pipeline.h"
 
 DzShape::DzShape() : _object(nullptr) {}
 DzShape::~DzShape() = default;

@@ -7,9 +7,9 @@
 #include "dzskeleton.h"
 #include "dzskinbinding.h"
 #include "dzweightmap.h"
+#include "figure/pipeline.h"
+#include "figure/skin_access.h"
 #include "geometry/errors.h"
-#include "host/figure/pipeline.h"
-#include "host/figure/skin_access.h"
 
 #include <QHash>
 

@@ -1,7 +1,7 @@
 // Refinements shared between figures.
 // SPDX-License-Identifier: MIT
 
-#include "host/figure/subdivision_cache.h"
+#include "subdivision_cache.h"
 
 #include <algorithm>
 

@@ -4,9 +4,9 @@
 #include "dzbasiccamera.h"
 #include "dzboolproperty.h"
 #include "dzfloatproperty.h"
-#include "host/scene/camera_optics.h"
-#include "host/scene/node_transform.h"
 #include "openhost/class_registry.h"
+#include "scene/camera_optics.h"
+#include "scene/node_transform.h"
 
 #include <algorithm>
 #include <cmath>

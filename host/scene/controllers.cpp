@@ -6,7 +6,7 @@
 #include "dznumericcontroller.h"
 
 #include "dznumericproperty.h"
-#include "host/scene/spline.h"
+#include "scene/spline.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // Links computed by a small stack machine.
 // SPDX-License-Identifier: MIT
 
-#include "host/scene/formula_controller.h"
+#include "scene/formula_controller.h"
 
 #include "dznumericproperty.h"
 

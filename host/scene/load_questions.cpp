@@ -1,9 +1,9 @@
 // What loading content may have to ask or tell a person.
 // SPDX-License-Identifier: MIT
 
-#include "host/scene/load_questions.h"
+#include "scene/load_questions.h"
 
-#include "host/scene/host_log.h"
+#include "scene/host_log.h"
 
 namespace openhost {
 

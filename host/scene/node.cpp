@@ -9,7 +9,7 @@
 #include "dzscene.h"
 #include "dzselectionmap.h"
 #include "dzskeleton.h"
-#include "host/scene/node_impl.h"
+#include "node_impl.h"
 #include "openhost/operations.h"
 
 DzNode::DzNode() : _impl(new Impl)

@@ -8,7 +8,7 @@
 #include "dznode.h"
 #include "dzpresentation.h"
 #include "dzselectionmap.h"
-#include "host/scene/node_transform.h"
+#include "scene/node_transform.h"
 
 #include <algorithm>
 #include <array>

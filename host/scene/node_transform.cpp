@@ -1,11 +1,11 @@
 // Transform properties of nodes and the world transforms they give.
 // SPDX-License-Identifier: MIT
 
-#include "host/scene/node_transform.h"
+#include "scene/node_transform.h"
 
 #include "dznode.h"
 #include "dzobject.h"
-#include "host/scene/node_impl.h"
+#include "node_impl.h"
 
 namespace {
 

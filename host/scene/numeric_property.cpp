@@ -5,8 +5,8 @@
 
 #include "dzelement.h"
 #include "dznumericcontroller.h"
-#include "host/scene/host_log.h"
 #include "openhost/operations.h"
+#include "scene/host_log.h"
 
 #include <QPointer>
 

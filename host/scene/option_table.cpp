@@ -1,7 +1,7 @@
 // Options that a person may set before a file is written or read.
 // SPDX-License-Identifier: MIT
 
-#include "host/scene/option_table.h"
+#include "scene/option_table.h"
 
 namespace openhost {
 

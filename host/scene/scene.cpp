@@ -4,7 +4,7 @@
 #include "dzscene.h"
 
 #include "dzskeleton.h"
-#include "host/scene/node_impl.h"
+#include "node_impl.h"
 #include "openhost/operations.h"
 
 #include <QPointer>

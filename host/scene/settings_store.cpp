@@ -1,10 +1,10 @@
 // The user's settings on disk.
 // SPDX-License-Identifier: MIT
 
-#include "host/scene/settings_store.h"
+#include "scene/settings_store.h"
 
 #include "dzappsettings.h"
-#include "host/scene/host_log.h"
+#include "scene/host_log.h"
 
 #include <QDir>
 #include <QFile>

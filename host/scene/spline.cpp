@@ -1,7 +1,7 @@
 // Interpolation between knots.
 // SPDX-License-Identifier: MIT
 
-#include "host/scene/spline.h"
+#include "scene/spline.h"
 
 #include <algorithm>
 

@@ -4,8 +4,8 @@
 #include "dzscript.h"
 
 #include "dzapp.h"
-#include "host/script/script_session.h"
 #include "openhost/class_registry.h"
+#include "script_session.h"
 
 #include <QFile>
 #include <QScriptEngine>

@@ -1,7 +1,7 @@
 // Message boxes of scripts.
 // SPDX-License-Identifier: MIT
 
-#include "host/script/message_box.h"
+#include "message_box.h"
 
 #include "dzapp.h"
 

@@ -1,7 +1,7 @@
 // The host's classes in scripts.
 // SPDX-License-Identifier: MIT
 
-#include "host/script/script_classes.h"
+#include "script_classes.h"
 
 #include "dz3dviewport.h"
 #include "dzaction.h"
@@ -55,11 +55,11 @@
 #include "dzviewportmgr.h"
 #include "dzviewtool.h"
 #include "dzweightmap.h"
-#include "host/script/script_session.h"
-#include "host/tools/morph_loader.h"
-#include "host/tools/morph_loader_batch.h"
-#include "host/tools/transfer_utility.h"
 #include "openhost/class_registry.h"
+#include "script_session.h"
+#include "tools/morph_loader.h"
+#include "tools/morph_loader_batch.h"
+#include "tools/transfer_utility.h"
 
 #include <QSize>
 

@@ -1,17 +1,17 @@
 // Functions and objects that scripts find as globals.
 // SPDX-License-Identifier: MIT
 
-#include "host/script/script_functions.h"
+#include "script_functions.h"
 
 #include "dzapp.h"
 #include "dzerror.h"
 #include "dzmainwindow.h"
 #include "dzprogress.h"
 #include "dzscene.h"
-#include "host/script/message_box.h"
-#include "host/script/script_classes.h"
-#include "host/script/script_output.h"
-#include "host/script/script_session.h"
+#include "message_box.h"
+#include "script/script_output.h"
+#include "script_classes.h"
+#include "script_session.h"
 
 #include <QElapsedTimer>
 #include <QThread>

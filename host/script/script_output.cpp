@@ -1,7 +1,7 @@
 // What scripts print, for those who want to read along.
 // SPDX-License-Identifier: MIT
 
-#include "host/script/script_output.h"
+#include "script/script_output.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // One run of a script.
 // SPDX-License-Identifier: MIT
 
-#include "host/script/script_session.h"
+#include "script_session.h"
 
 #include "dzcontroller.h"
 #include "dzmodifier.h"
@@ -10,8 +10,8 @@
 #include "dzproperty.h"
 #include "dzrefcounteditem.h"
 #include "dzshape.h"
-#include "host/script/script_classes.h"
-#include "host/script/script_functions.h"
+#include "script_classes.h"
+#include "script_functions.h"
 
 #include <csignal>
 

@@ -1,11 +1,11 @@
 // The weight maps that limit a morph.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/morph_load.h"
+#include "morph_load.h"
 
 #include "dzdformmodifier.h"
 #include "dzobject.h"
-#include "host/tools/weight_map_context.h"
+#include "weight_map_context.h"
 
 namespace openhost {
 

@@ -1,12 +1,12 @@
 // The tools as classes that others make by name.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/morph_loader.h"
-#include "host/tools/morph_loader_batch.h"
-#include "host/tools/obj_exporter.h"
-#include "host/tools/obj_importer.h"
-#include "host/tools/transfer_utility.h"
+#include "obj_exporter.h"
+#include "obj_importer.h"
 #include "openhost/class_registry.h"
+#include "tools/morph_loader.h"
+#include "tools/morph_loader_batch.h"
+#include "tools/transfer_utility.h"
 
 namespace {
 

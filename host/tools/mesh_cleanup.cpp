@@ -1,7 +1,7 @@
 // Merging and dropping vertices for export.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/mesh_cleanup.h"
+#include "mesh_cleanup.h"
 
 #include <map>
 #include <tuple>
@@ -11,7 +11,7 @@ namespace openhost {
 namespace {
 
 /// For each vertex the first one at its place.
-std::vector<std::uint32_t> FirstAtSamePlace(geometry::Span<const geometry::Vec3f> positions)
+std::vector<std::uint32_t> FirstAtSamePlace(base::Span<const geometry::Vec3f> positions)
 {
     std::map<std::tuple<float, float, float>, std::uint32_t> firsts;
     std::vector<std::uint32_t> first(positions.size());
@@ -30,7 +30,7 @@ std::vector<std::uint32_t> Unchanged(std::size_t count)
 }
 
 /// A face's corners after merging, without repeats of the corner before.
-std::vector<std::uint32_t> MergedFace(geometry::Span<const std::uint32_t> face,
+std::vector<std::uint32_t> MergedFace(base::Span<const std::uint32_t> face,
                                       const std::vector<std::uint32_t>& first)
 {
     std::vector<std::uint32_t> corners;

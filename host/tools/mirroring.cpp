@@ -1,7 +1,7 @@
 // Mirroring morph deltas across a plane through the origin.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/mirroring.h"
+#include "mirroring.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,7 +19,7 @@ constexpr float tolerance = 0.01f; ///< cm
 /// Vertices by the cell of a grid that they stand in.
 class VertexGrid {
 public:
-    explicit VertexGrid(geometry::Span<const Vec3f> positions) : _positions(positions)
+    explicit VertexGrid(base::Span<const Vec3f> positions) : _positions(positions)
     {
         for (std::uint32_t v = 0; v < positions.size(); ++v)
             _cells.emplace(key(cell(positions[v].x), cell(positions[v].y), cell(positions[v].z)), v);
@@ -58,13 +58,13 @@ private:
                (static_cast<std::uint64_t>(z) & mask);
     }
 
-    geometry::Span<const Vec3f> _positions;
+    base::Span<const Vec3f> _positions;
     std::unordered_multimap<std::uint64_t, std::uint32_t> _cells;
 };
 
 } // namespace
 
-void MirrorDeltas(std::vector<Vec3f>& deltas, geometry::Span<const Vec3f> neutral, int axis, MirrorSide side)
+void MirrorDeltas(std::vector<Vec3f>& deltas, base::Span<const Vec3f> neutral, int axis, MirrorSide side)
 {
     const VertexGrid grid(neutral);
     const std::vector<Vec3f> original = deltas;

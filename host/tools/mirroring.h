@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "geometry/span.h"
+#include "base/span.h"
 #include "geometry/vec3.h"
 
 #include <vector>
@@ -17,7 +17,7 @@ enum class MirrorSide { Swap, PositiveToNegative, NegativeToPositive };
 /// plane.
 /// @param axis    0 X, 1 Y, 2 Z: the axis across which it is mirrored
 /// @param neutral cm, one per vertex; deltas likewise
-void MirrorDeltas(std::vector<geometry::Vec3f>& deltas, geometry::Span<const geometry::Vec3f> neutral,
-                  int axis, MirrorSide side);
+void MirrorDeltas(std::vector<geometry::Vec3f>& deltas, base::Span<const geometry::Vec3f> neutral, int axis,
+                  MirrorSide side);
 
 } // namespace openhost

@@ -1,7 +1,7 @@
 // Making a morph from a mesh in a new shape.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/morph_load.h"
+#include "morph_load.h"
 
 #include "dzapp.h"
 #include "dzcontentmgr.h"
@@ -13,17 +13,17 @@
 #include "dzobject.h"
 #include "dzscene.h"
 #include "dzweightmap.h"
+#include "figure/deltas_access.h"
+#include "figure/mesh_access.h"
+#include "figure/pipeline.h"
 #include "geometry/deltas.h"
 #include "geometry/errors.h"
 #include "geometry/obj.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/mesh_access.h"
-#include "host/figure/pipeline.h"
-#include "host/scene/host_log.h"
-#include "host/tools/morph_split.h"
-#include "host/tools/obj_options.h"
-#include "host/tools/reverse_deformation.h"
+#include "morph_split.h"
+#include "obj_options.h"
 #include "openhost/operations.h"
+#include "reverse_deformation.h"
+#include "scene/host_log.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,7 +35,7 @@ namespace openhost {
 
 namespace {
 
-using geometry::Span;
+using base::Span;
 using geometry::Vec3f;
 
 std::string ToStd(const QString& text)
@@ -77,11 +77,11 @@ struct NewMorph {
     geometry::MultiresDetail detail; ///< empty without subdivision
 };
 
-NewMorph MakePlainMorph(const MorphLoadSettings& settings, DzNode& node, Span<const Vec3f> file)
+NewMorph MakePlainMorph(const MorphLoadSettings& settings, DzNode& node, base::Span<const Vec3f> file)
 {
     Pipeline& pipeline = node.getObject()->pipeline();
     std::vector<Vec3f> deltas(file.begin(), file.end());
-    Span<const Vec3f> neutral = pipeline.base().positions;
+    base::Span<const Vec3f> neutral = pipeline.base().positions;
     if (settings.reverseDeformations) {
         deltas = UndoSkin(pipeline, UndoPlace(node, file));
         neutral = pipeline.morphedCage();
@@ -96,7 +96,7 @@ NewMorph MakePlainMorph(const MorphLoadSettings& settings, DzNode& node, Span<co
     return made;
 }
 
-NewMorph MakeSubdividedMorph(const MorphLoadSettings& settings, DzNode& node, Span<const Vec3f> file)
+NewMorph MakeSubdividedMorph(const MorphLoadSettings& settings, DzNode& node, base::Span<const Vec3f> file)
 {
     Pipeline& pipeline = node.getObject()->pipeline();
     NewMorph made;
@@ -169,7 +169,7 @@ DzMorph& AddMorph(DzNode& node, const QString& name, const MorphLoadSettings& se
     made->setName(name);
     made->setLabel(name);
     if (node.getObject()->addModifier(made.get()) != DZ_NO_ERROR)
-        throw geometry::Error("the morph was refused");
+        throw base::Error("the morph was refused");
     DzMorph* const morph = made.release();
     if (!settings.propertyGroupPath.isEmpty())
         morph->getValueControl()->setPath(WithLeadingSlash(settings.propertyGroupPath));
@@ -228,19 +228,19 @@ void LoadPose(const MorphLoadSettings& settings, DzNode& node)
     dzScene->selectAllNodes(false);
     dzScene->setPrimarySelection(&node);
     if (!dzApp->getContentMgr()->openFile(settings.reverseDeformationsPose, true))
-        throw geometry::Error("the pose " + ToStd(settings.reverseDeformationsPose) + " cannot be loaded");
+        throw base::Error("the pose " + ToStd(settings.reverseDeformationsPose) + " cannot be loaded");
 }
 
 /// The file must hold the mesh as it is subdivided at the level that it was made at.
 void CheckSubdividedLoad(const MorphLoadSettings& settings, const DzNode& node, std::size_t fileVertexCount)
 {
     if (!DzMorphLoader::SupportsMultiResolution())
-        throw geometry::Error("subdivided morphs need the plug-in Morph Loader Pro SubDivision Resolution");
+        throw base::Error("subdivided morphs need the plug-in Morph Loader Pro SubDivision Resolution");
     const int level = settings.subdivisionBuiltResolution;
     if (level < 0)
         throw geometry::TopologyError("there is no subdivision level {}", level);
     if (settings.subdivisionMapping != DzMorphLoader::Catmark)
-        throw geometry::Error("only files in the order of our own subdivision can be loaded");
+        throw base::Error("only files in the order of our own subdivision can be loaded");
     Pipeline& pipeline = node.getObject()->pipeline();
     // Each face of the level before has a vertex of its own, so most wrong levels show without subdividing.
     const double leastCount =
@@ -258,9 +258,9 @@ void CheckSubdividedLoad(const MorphLoadSettings& settings, const DzNode& node, 
 void CheckLoad(const MorphLoadSettings& settings, const DzNode* node, std::size_t fileVertexCount)
 {
     if (!node || !node->getObject() || !node->getObject()->pipeline().hasMesh())
-        throw geometry::Error("there is no mesh to load a morph onto");
+        throw base::Error("there is no mesh to load a morph onto");
     if (EffectiveMorphName(settings).isEmpty())
-        throw geometry::Error("the morph has no name");
+        throw base::Error("the morph has no name");
     if (settings.morphSubdivision)
         CheckSubdividedLoad(settings, *node, fileVertexCount);
     const std::size_t vertexCount = node->getObject()->pipeline().base().vertexCount();
@@ -268,12 +268,12 @@ void CheckLoad(const MorphLoadSettings& settings, const DzNode* node, std::size_
         throw geometry::TopologyError("the file has {} vertices but {} has {}", fileVertexCount,
                                       ToStd(node->getLabel()), vertexCount);
     if (!settings.attenuateMapPath.isEmpty() && !FindAttenuationMap(*node, settings.attenuateMapPath))
-        throw geometry::Error("there is no weight map at " + ToStd(settings.attenuateMapPath));
+        throw base::Error("there is no weight map at " + ToStd(settings.attenuateMapPath));
     if (!AllowOperation("createMorph", EffectiveMorphName(settings)))
-        throw geometry::Error("the morph was refused");
+        throw base::Error("the morph was refused");
 }
 
-void MakeMorph(const MorphLoadSettings& settings, DzNode* node, Span<const Vec3f> file)
+void MakeMorph(const MorphLoadSettings& settings, DzNode* node, base::Span<const Vec3f> file)
 {
     CheckLoad(settings, node, file.size());
     LoadPose(settings, *node);
@@ -340,7 +340,7 @@ MorphLoadReport LoadMorphFromMesh(const MorphLoadSettings& settings, const DzVer
 {
     return Report(settings, [&] {
         if (!mesh)
-            throw geometry::Error("there is no mesh to make a morph from");
+            throw base::Error("there is no mesh to make a morph from");
         MakeMorph(settings, node, MeshAccess::mesh(*mesh).positions);
     });
 }

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "host/tools/morph_load_settings.h"
+#include "morph_load_settings.h"
 
 #include <string>
 #include <vector>

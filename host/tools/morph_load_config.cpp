@@ -1,12 +1,12 @@
 // Settings files of Morph Loader Pro.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/morph_load_config.h"
+#include "morph_load_config.h"
 
+#include "base/atomic_file.h"
+#include "base/errors.h"
 #include "dzfileiosettings.h"
-#include "geometry/atomic_file.h"
-#include "geometry/errors.h"
-#include "host/tools/morph_load_settings.h"
+#include "morph_load_settings.h"
 
 #include <QFile>
 
@@ -128,9 +128,9 @@ bool WriteConfig(const QString& file, ConfigSection section, const QString& obje
         return false;
     VisitSettings(settings, section, Writer{*all.setSettingsValue(KeyOf(section, object))});
     try {
-        geometry::WriteFileAtomically(file.toStdString(), all.toString().toStdString());
+        base::WriteFileAtomically(file.toStdString(), all.toString().toStdString());
         return true;
-    } catch (const geometry::IoError&) {
+    } catch (const base::IoError&) {
         return false;
     }
 }

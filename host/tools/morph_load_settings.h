@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "host/tools/morph_loader.h"
+#include "tools/morph_loader.h"
 
 #include "dznode.h"
 #include "dznumericproperty.h"

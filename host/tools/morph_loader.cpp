@@ -1,7 +1,7 @@
 // Morph Loader Pro: the settings of one morph.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/morph_loader.h"
+#include "tools/morph_loader.h"
 
 #include "dzapp.h"
 #include "dzfigure.h"
@@ -9,9 +9,9 @@
 #include "dzobject.h"
 #include "dzplugin.h"
 #include "dzpluginmgr.h"
-#include "host/tools/morph_load.h"
-#include "host/tools/morph_load_config.h"
-#include "host/tools/morph_load_settings.h"
+#include "morph_load.h"
+#include "morph_load_config.h"
+#include "morph_load_settings.h"
 
 DzMorphLoader::DzMorphLoader() : _impl(std::make_unique<openhost::MorphLoadSettings>()) {}
 DzMorphLoader::~DzMorphLoader() = default;

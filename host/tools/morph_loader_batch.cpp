@@ -1,11 +1,11 @@
 // Morph Loader Pro: a list of morphs.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/morph_loader_batch.h"
+#include "tools/morph_loader_batch.h"
 
 #include "dzfileiosettings.h"
 #include "dznode.h"
-#include "host/tools/morph_loader.h"
+#include "tools/morph_loader.h"
 
 #include <QFile>
 #include <QFileInfo>

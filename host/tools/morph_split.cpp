@@ -1,37 +1,37 @@
 // A subdivided mesh in a new shape, split into the cage's deltas and detail per level.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/morph_split.h"
+#include "morph_split.h"
 
-#include "host/figure/pipeline.h"
-#include "host/tools/mirroring.h"
-#include "host/tools/reverse_deformation.h"
+#include "figure/pipeline.h"
+#include "mirroring.h"
+#include "reverse_deformation.h"
 
 namespace openhost {
 
-using geometry::Span;
+using base::Span;
 using geometry::Vec3f;
 
 namespace {
 
 /// What the new shape is seen against.
 struct Present {
-    Span<const Vec3f> rest;  ///< the cage that the deltas are added to
-    Span<const Vec3f> posed; ///< the same as it stands now
+    base::Span<const Vec3f> rest;  ///< the cage that the deltas are added to
+    base::Span<const Vec3f> posed; ///< the same as it stands now
     std::vector<geometry::ActiveDetail> details;
 };
 
 Present PresentShape(Pipeline& pipeline, bool isReversed)
 {
-    const Span<const Vec3f> base = pipeline.base().positions;
+    const base::Span<const Vec3f> base = pipeline.base().positions;
     if (!isReversed)
         return {base, base, {}};
     return {pipeline.morphedCage(), pipeline.posedCage(), pipeline.activeDetails()};
 }
 
 /// The fine shape without what other morphs add to it, as far as that can be known before the cage is.
-std::vector<Vec3f> WithoutOthers(const geometry::Subdivision& subdivision, Span<const Vec3f> fine, int level,
-                                 const Present& present)
+std::vector<Vec3f> WithoutOthers(const geometry::Subdivision& subdivision, base::Span<const Vec3f> fine,
+                                 int level, const Present& present)
 {
     std::vector<Vec3f> shape(fine.begin(), fine.end());
     if (present.details.empty())
@@ -44,16 +44,16 @@ std::vector<Vec3f> WithoutOthers(const geometry::Subdivision& subdivision, Span<
     return shape;
 }
 
-std::vector<Vec3f> Sum(Span<const Vec3f> positions, const geometry::SparseDeltas& deltas)
+std::vector<Vec3f> Sum(base::Span<const Vec3f> positions, const geometry::SparseDeltas& deltas)
 {
     std::vector<Vec3f> sum(positions.begin(), positions.end());
-    geometry::AddDeltas(Span<Vec3f>(sum), deltas, 1.0f);
+    geometry::AddDeltas(base::Span<Vec3f>(sum), deltas, 1.0f);
     return sum;
 }
 
 /// Cage and detail at rest, mirrored each on its own level and then expressed on the mirrored cage.
 void MirrorSplit(const MorphLoadSettings& settings, const geometry::Subdivision& subdivision,
-                 Span<const Vec3f> base, Span<const Vec3f> rest, geometry::SparseDeltas* deltas,
+                 base::Span<const Vec3f> base, base::Span<const Vec3f> rest, geometry::SparseDeltas* deltas,
                  geometry::MultiresDetail* detail)
 {
     const geometry::Topology& cage = *subdivision.topology(0);
@@ -86,7 +86,7 @@ void KeepLevels(const MorphLoadSettings& settings, geometry::SparseDeltas* delta
 
 } // namespace
 
-void Mirror(std::vector<Vec3f>& deltas, Span<const Vec3f> neutral, DzMorphLoader::MirroringType type)
+void Mirror(std::vector<Vec3f>& deltas, base::Span<const Vec3f> neutral, DzMorphLoader::MirroringType type)
 {
     if (type == DzMorphLoader::DoNotMirror)
         return;
@@ -94,7 +94,7 @@ void Mirror(std::vector<Vec3f>& deltas, Span<const Vec3f> neutral, DzMorphLoader
     MirrorDeltas(deltas, neutral, number / 3, static_cast<MirrorSide>(number % 3));
 }
 
-void SplitMorph(const MorphLoadSettings& settings, Pipeline& pipeline, Span<const Vec3f> fine,
+void SplitMorph(const MorphLoadSettings& settings, Pipeline& pipeline, base::Span<const Vec3f> fine,
                 geometry::SparseDeltas* deltas, geometry::MultiresDetail* detail)
 {
     const int level = settings.subdivisionBuiltResolution;

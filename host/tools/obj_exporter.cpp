@@ -1,22 +1,22 @@
 // The host's OBJ exporter.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/obj_exporter.h"
+#include "obj_exporter.h"
 
+#include "base/atomic_file.h"
+#include "base/errors.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
 #include "dzfileiosettings.h"
 #include "dznode.h"
 #include "dzobject.h"
-#include "geometry/atomic_file.h"
-#include "geometry/errors.h"
+#include "figure/mesh_access.h"
 #include "geometry/normals.h"
-#include "host/figure/mesh_access.h"
-#include "host/scene/host_log.h"
-#include "host/tools/mesh_cleanup.h"
-#include "host/tools/obj_option_rows.h"
-#include "host/tools/obj_options.h"
-#include "host/tools/obj_selection.h"
+#include "mesh_cleanup.h"
+#include "obj_option_rows.h"
+#include "obj_options.h"
+#include "obj_selection.h"
+#include "scene/host_log.h"
 
 #include <cmath>
 #include <deque>
@@ -91,7 +91,7 @@ void WriteMaterialLibrary(const QString& filename, const std::vector<geometry::O
         for (const std::string& surface : part.mesh.topology->surfaceNames)
             if (written.insert(surface).second)
                 text += "newmtl " + surface + "\nKd 0.8 0.8 0.8\n";
-    geometry::WriteFileAtomically(filename.toStdString(), text);
+    base::WriteFileAtomically(filename.toStdString(), text);
 }
 
 } // namespace
@@ -130,7 +130,7 @@ DzError DzObjExporter::write(const QString& filename, const DzFileIOSettings* op
         for (const DzNode* const node : openhost::NodesToExport(used))
             AddPart(data, *node, used);
         if (data.parts.empty())
-            throw geometry::FormatError("{}: there is nothing to export", filename.toStdString());
+            throw base::FormatError("{}: there is nothing to export", filename.toStdString());
         if (used.getBoolValue(QLatin1String("WriteMtllib"))) {
             const QFileInfo file(filename);
             const QString library = file.completeBaseName() + QLatin1String(".mtl");
@@ -139,7 +139,7 @@ DzError DzObjExporter::write(const QString& filename, const DzFileIOSettings* op
         }
         geometry::WriteObj(filename.toStdString(), data.parts, writeOptions);
         return DZ_NO_ERROR;
-    } catch (const geometry::IoError& error) {
+    } catch (const base::IoError& error) {
         openhost::LogWarning(QString::fromStdString(error.what()));
         return DZ_UNABLE_TO_OPEN_FILE_ERROR;
     } catch (const std::exception& error) {

@@ -1,19 +1,19 @@
 // The host's OBJ importer.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/obj_importer.h"
+#include "obj_importer.h"
 
+#include "base/errors.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
 #include "dzfileiosettings.h"
 #include "dznode.h"
 #include "dzobject.h"
 #include "dzscene.h"
-#include "geometry/errors.h"
-#include "host/figure/mesh_access.h"
-#include "host/scene/host_log.h"
-#include "host/tools/obj_option_rows.h"
-#include "host/tools/obj_options.h"
+#include "figure/mesh_access.h"
+#include "obj_option_rows.h"
+#include "obj_options.h"
+#include "scene/host_log.h"
 
 #include <cmath>
 #include <memory>
@@ -92,7 +92,7 @@ DzError DzObjImporter::read(const QString& filename, const DzFileIOSettings* opt
         geometry::ObjContent content =
             geometry::ReadObj(filename.toStdString(), openhost::ReadObjReadOptions(used));
         if (content.mesh.positions.empty())
-            throw geometry::FormatError("{}: holds no vertices", filename.toStdString());
+            throw base::FormatError("{}: holds no vertices", filename.toStdString());
         if (used.getBoolValue(QLatin1String("AutoAdapt")))
             AdaptToScene(content.mesh);
         std::unique_ptr<DzNode> made = MakeProp(QFileInfo(filename).completeBaseName(), std::move(content));
@@ -103,7 +103,7 @@ DzError DzObjImporter::read(const QString& filename, const DzFileIOSettings* opt
         dzScene->selectAllNodes(false);
         dzScene->setPrimarySelection(node);
         return DZ_NO_ERROR;
-    } catch (const geometry::IoError& error) {
+    } catch (const base::IoError& error) {
         openhost::LogWarning(QString::fromStdString(error.what()));
         return DZ_UNABLE_TO_OPEN_FILE_ERROR;
     } catch (const std::exception& error) {

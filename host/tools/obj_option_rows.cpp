@@ -1,7 +1,7 @@
 // The OBJ options as dialogs show them.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/obj_option_rows.h"
+#include "obj_option_rows.h"
 
 namespace openhost {
 

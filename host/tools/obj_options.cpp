@@ -1,10 +1,10 @@
 // OBJ option sets of the host as options of the geometry library.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/obj_options.h"
+#include "obj_options.h"
 
+#include "base/errors.h"
 #include "dzfileiosettings.h"
-#include "geometry/errors.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,7 +30,7 @@ geometry::ObjAxis ReadAxis(const DzFileIOSettings& options, const char* key, con
     geometry::ObjAxis axis;
     axis.axis = static_cast<int>(QString::fromLatin1(letters).indexOf(name));
     if (name.size() != 1 || axis.axis < 0)
-        throw geometry::FormatError("{} is \"{}\" instead of X, Y or Z", key, name.toStdString());
+        throw base::FormatError("{} is \"{}\" instead of X, Y or Z", key, name.toStdString());
     axis.invert = Flag(options, invertKey, false) ||
                   options.getBoolValue(QLatin1String(invertKey) + QLatin1String("Axis"), false);
     return axis;
@@ -58,10 +58,10 @@ geometry::ObjSpace ReadObjSpace(const DzFileIOSettings& options)
     space.third = ReadAxis(options, "DepthAxis", "InvertDepth", 2);
     const int used = 1 << space.first.axis | 1 << space.second.axis | 1 << space.third.axis;
     if (used != 7)
-        throw geometry::FormatError("the axes of the OBJ options name one axis twice");
+        throw base::FormatError("the axes of the OBJ options name one axis twice");
     space.centimetresPerUnit = options.getFloatValue(QLatin1String("Scale"), 1.0);
     if (!(space.centimetresPerUnit > 0.0) || !std::isfinite(space.centimetresPerUnit))
-        throw geometry::FormatError("the scale of the OBJ options is {}", space.centimetresPerUnit);
+        throw base::FormatError("the scale of the OBJ options is {}", space.centimetresPerUnit);
     return space;
 }
 

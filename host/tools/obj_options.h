@@ -11,7 +11,7 @@ namespace openhost {
 
 /// Axes and scale. The exporter's option set says "InvertLatAxis" where the importer's says "InvertLat"; both
 /// are read.
-/// @throws geometry::FormatError  an axis is used twice or unknown, or the scale is not above 0
+/// @throws base::FormatError  an axis is used twice or unknown, or the scale is not above 0
 geometry::ObjSpace ReadObjSpace(const DzFileIOSettings& options);
 
 /// The host's own: one unit of the file is a centimetre, axes as in the scene.

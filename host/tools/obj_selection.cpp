@@ -1,7 +1,7 @@
 // Which nodes an export is about.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/obj_selection.h"
+#include "obj_selection.h"
 
 #include "dzfileiosettings.h"
 #include "dznode.h"

@@ -4,19 +4,19 @@
 // Before Qt, whose keyword emit names a function there.
 #include <tbb/parallel_for.h>
 
-#include "host/tools/reverse_deformation.h"
+#include "reverse_deformation.h"
 
+#include "base/errors.h"
 #include "dznode.h"
-#include "geometry/errors.h"
-#include "host/figure/pipeline.h"
-#include "host/scene/node_transform.h"
+#include "figure/pipeline.h"
+#include "scene/node_transform.h"
 
 namespace openhost {
 
-using geometry::Span;
+using base::Span;
 using geometry::Vec3f;
 
-std::vector<Vec3f> UndoPlace(const DzNode& node, Span<const Vec3f> world)
+std::vector<Vec3f> UndoPlace(const DzNode& node, base::Span<const Vec3f> world)
 {
     const NodeTransform& place = WorldTransform(node);
     std::vector<Vec3f> positions(world.begin(), world.end());
@@ -24,8 +24,8 @@ std::vector<Vec3f> UndoPlace(const DzNode& node, Span<const Vec3f> world)
         return positions;
     const Eigen::Matrix3d inverse = place.linear.inverse();
     if (!inverse.allFinite())
-        throw geometry::Error(node.getLabel().toStdString() +
-                              " is scaled to nothing, so its pose cannot be undone");
+        throw base::Error(node.getLabel().toStdString() +
+                          " is scaled to nothing, so its pose cannot be undone");
     tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t v) {
         positions[v] =
             geometry::FromEigen(inverse * (geometry::ToEigen(positions[v]) - place.origin) + place.center);
@@ -33,7 +33,7 @@ std::vector<Vec3f> UndoPlace(const DzNode& node, Span<const Vec3f> world)
     return positions;
 }
 
-std::vector<Vec3f> UndoSkin(const Pipeline& pipeline, Span<const Vec3f> posed)
+std::vector<Vec3f> UndoSkin(const Pipeline& pipeline, base::Span<const Vec3f> posed)
 {
     const SkinPose pose = pipeline.skinPose();
     if (pose.atRest || !pose.weights)
@@ -41,7 +41,7 @@ std::vector<Vec3f> UndoSkin(const Pipeline& pipeline, Span<const Vec3f> posed)
     return geometry::Unskin(posed, *pose.weights, pose.poses, pose.mode);
 }
 
-std::vector<Vec3f> ApplySkin(const Pipeline& pipeline, Span<const Vec3f> rest)
+std::vector<Vec3f> ApplySkin(const Pipeline& pipeline, base::Span<const Vec3f> rest)
 {
     const SkinPose pose = pipeline.skinPose();
     if (pose.atRest || !pose.weights)

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "geometry/span.h"
+#include "base/span.h"
 #include "geometry/vec3.h"
 
 #include <vector>
@@ -15,11 +15,11 @@ namespace openhost {
 class Pipeline;
 
 /// World positions in figure space.
-/// @throws geometry::Error  the node is scaled to nothing
-std::vector<geometry::Vec3f> UndoPlace(const DzNode& node, geometry::Span<const geometry::Vec3f> world);
+/// @throws base::Error  the node is scaled to nothing
+std::vector<geometry::Vec3f> UndoPlace(const DzNode& node, base::Span<const geometry::Vec3f> world);
 
 /// Posed cage positions at rest, and rest positions posed; both in figure space.
-std::vector<geometry::Vec3f> UndoSkin(const Pipeline& pipeline, geometry::Span<const geometry::Vec3f> posed);
-std::vector<geometry::Vec3f> ApplySkin(const Pipeline& pipeline, geometry::Span<const geometry::Vec3f> rest);
+std::vector<geometry::Vec3f> UndoSkin(const Pipeline& pipeline, base::Span<const geometry::Vec3f> posed);
+std::vector<geometry::Vec3f> ApplySkin(const Pipeline& pipeline, base::Span<const geometry::Vec3f> rest);
 
 } // namespace openhost

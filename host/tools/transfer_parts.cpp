@@ -1,8 +1,9 @@
 // The single things that a transfer carries over.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/transfer_parts.h"
+#include "transfer_parts.h"
 
+#include "base/errors.h"
 #include "dzbone.h"
 #include "dzbonebinding.h"
 #include "dzfacetmesh.h"
@@ -15,13 +16,12 @@
 #include "dzselectionmap.h"
 #include "dzskinbinding.h"
 #include "dzweightmap.h"
+#include "figure/deltas_access.h"
+#include "figure/mesh_access.h"
+#include "figure/pipeline.h"
+#include "figure/skin_access.h"
 #include "geometry/deltas.h"
-#include "geometry/errors.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/mesh_access.h"
-#include "host/figure/pipeline.h"
-#include "host/figure/skin_access.h"
-#include "host/scene/node_transform.h"
+#include "scene/node_transform.h"
 
 #include <algorithm>
 #include <map>
@@ -169,7 +169,7 @@ std::vector<Vec3f> BasePositionsInWorld(const DzNode& node)
 void RequireInvertiblePlace(const DzNode& node)
 {
     if (!WorldTransform(node).linear.inverse().allFinite())
-        throw geometry::Error(node.getLabel().toStdString() + " is scaled to nothing");
+        throw base::Error(node.getLabel().toStdString() + " is scaled to nothing");
 }
 
 void TransferMorphTo(const geometry::SurfaceMap& map, const DzMorph& morph, const DzNode& source,

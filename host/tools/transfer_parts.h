@@ -14,7 +14,7 @@ namespace openhost {
 /// Positions of a node's base mesh, neither morphed nor posed, at its place in the world; cm.
 std::vector<geometry::Vec3f> BasePositionsInWorld(const DzNode& node);
 
-/// @throws geometry::Error  the node is scaled to nothing, so nothing can be carried into its own space
+/// @throws base::Error  the node is scaled to nothing, so nothing can be carried into its own space
 void RequireInvertiblePlace(const DzNode& node);
 
 /// A copy of the morph with deltas for the target's mesh; its dial stands at 0.

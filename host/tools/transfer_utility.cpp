@@ -1,8 +1,9 @@
 // The Transfer Utility: binding, groups and morphs from one mesh to another.
 // SPDX-License-Identifier: MIT
 
-#include "host/tools/transfer_utility.h"
+#include "tools/transfer_utility.h"
 
+#include "base/errors.h"
 #include "dzcontroller.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
@@ -12,13 +13,12 @@
 #include "dzobject.h"
 #include "dzpresentation.h"
 #include "dzscene.h"
-#include "geometry/errors.h"
-#include "host/figure/fitting.h"
-#include "host/figure/mesh_access.h"
-#include "host/figure/pipeline.h"
-#include "host/scene/host_log.h"
-#include "host/tools/transfer_parts.h"
+#include "figure/fitting.h"
+#include "figure/mesh_access.h"
+#include "figure/pipeline.h"
 #include "openhost/operations.h"
+#include "scene/host_log.h"
+#include "transfer_parts.h"
 
 #include <QSet>
 
@@ -168,13 +168,13 @@ DzFigure* DzTransferUtility::figureToFill()
     CopyPlace(target, *figure);
     DzNode* const parent = target.getNodeParent();
     if (_removeOriginalTarget && !dzScene->removeNode(&target))
-        throw geometry::Error(label.toStdString() + " cannot be removed from the scene");
+        throw base::Error(label.toStdString() + " cannot be removed from the scene");
     figure->setName(name);
     figure->setLabel(label);
     const bool isAdded =
         parent ? parent->addNodeChild(figure.get()) == DZ_NO_ERROR : dzScene->addNode(figure.get());
     if (!isAdded)
-        throw geometry::Error(label.toStdString() + " cannot be added to the scene");
+        throw base::Error(label.toStdString() + " cannot be added to the scene");
     return figure.release();
 }
 

@@ -9,8 +9,8 @@
 #include "dzplugin.h"
 #include "dzscene.h"
 #include "dzviewportmgr.h"
-#include "host/ui/main_panes.h"
-#include "host/ui/menus.h"
+#include "main_panes.h"
+#include "menus.h"
 #include "openhost/operations.h"
 
 #include <memory>

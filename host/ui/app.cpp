@@ -17,15 +17,15 @@
 #include "dzrendermgr.h"
 #include "dzscene.h"
 #include "dzstyle.h"
-#include "host/content/save_file_question.h"
-#include "host/scene/host_log.h"
-#include "host/ui/headless_dialogs.h"
-#include "host/ui/load_windows.h"
-#include "host/ui/look.h"
-#include "host/ui/options_dialog.h"
-#include "host/ui/save_file_dialog.h"
+#include "headless_dialogs.h"
+#include "load_windows.h"
+#include "look.h"
 #include "openhost/class_registry.h"
 #include "openhost/operations.h"
+#include "options_dialog.h"
+#include "save_file_dialog.h"
+#include "saving/save_file_question.h"
+#include "scene/host_log.h"
 
 #include <QDateTime>
 #include <QDesktopServices>

@@ -1,14 +1,14 @@
 // The pane of the content directories.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/content_library_pane.h"
+#include "content_library_pane.h"
 
 #include "dzapp.h"
 #include "dzasset.h"
 #include "dzcontentmgr.h"
-#include "host/ui/pane_asset_list.h"
-#include "host/ui/pane_refresh.h"
-#include "host/ui/pane_user_files.h"
+#include "pane_asset_list.h"
+#include "pane_refresh.h"
+#include "pane_user_files.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 // The question before a D-Former preset is applied.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/dform_load_options.h"
+#include "dform_load_options.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "host/scene/load_questions.h"
+#include "scene/load_questions.h"
 
 #include <QDialog>
 

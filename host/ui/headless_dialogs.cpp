@@ -1,9 +1,9 @@
 // Modal windows where nobody can answer them.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/headless_dialogs.h"
+#include "headless_dialogs.h"
 
-#include "host/scene/host_log.h"
+#include "scene/host_log.h"
 
 #include <QAbstractButton>
 #include <QEvent>

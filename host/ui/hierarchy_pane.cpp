@@ -1,10 +1,10 @@
 // The pane of the scene's tree.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/hierarchy_pane.h"
+#include "hierarchy_pane.h"
 
 #include "dzscene.h"
-#include "host/ui/pane_refresh.h"
+#include "pane_refresh.h"
 
 #include <QHeaderView>
 #include <QTreeWidget>

@@ -1,10 +1,10 @@
 // Windows for what loading content has to ask or tell.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/load_windows.h"
+#include "load_windows.h"
 
+#include "dform_load_options.h"
 #include "dzapp.h"
-#include "host/ui/dform_load_options.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>

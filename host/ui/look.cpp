@@ -1,7 +1,7 @@
 // Colours of the application's windows.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/look.h"
+#include "look.h"
 
 #include <QApplication>
 #include <QFontMetrics>

@@ -1,14 +1,14 @@
 // The main window's panes.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/main_panes.h"
+#include "main_panes.h"
 
+#include "content_library_pane.h"
 #include "dzmainwindow.h"
-#include "host/ui/content_library_pane.h"
-#include "host/ui/hierarchy_pane.h"
-#include "host/ui/parameters_pane.h"
-#include "host/ui/script_pane.h"
-#include "host/ui/smart_content_pane.h"
+#include "hierarchy_pane.h"
+#include "parameters_pane.h"
+#include "script_pane.h"
+#include "smart_content_pane.h"
 
 #include <QTabWidget>
 

@@ -1,7 +1,7 @@
 // The main window's menus.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/menus.h"
+#include "menus.h"
 
 #include "dzaction.h"
 #include "dzactionmgr.h"

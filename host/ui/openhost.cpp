@@ -8,7 +8,7 @@
 #include "dzplugin.h"
 #include "dzpluginmgr.h"
 #include "dzscene.h"
-#include "host/scene/settings_store.h"
+#include "scene/settings_store.h"
 
 #include <QCoreApplication>
 #include <QDir>

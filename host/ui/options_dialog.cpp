@@ -1,7 +1,7 @@
 // A dialog for the options of a file.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/options_dialog.h"
+#include "options_dialog.h"
 
 #include "dzapp.h"
 #include "dzfileiosettings.h"

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "host/scene/option_table.h"
+#include "scene/option_table.h"
 
 #include <QDialog>
 

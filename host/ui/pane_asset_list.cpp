@@ -1,7 +1,7 @@
 // Assets, and a list of their files.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/pane_asset_list.h"
+#include "pane_asset_list.h"
 
 #include "dzapp.h"
 #include "dzasset.h"

@@ -1,7 +1,7 @@
 // A property's label and value, to be seen and changed.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/pane_property_editor.h"
+#include "pane_property_editor.h"
 
 #include "dzboolproperty.h"
 #include "dzenumproperty.h"

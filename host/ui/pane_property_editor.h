@@ -3,12 +3,11 @@
 
 #pragma once
 
+#include "dzproperty.h"
 #include <QPointer>
 #include <QWidget>
 
 #include <functional>
-
-class DzProperty;
 
 namespace openhost {
 

@@ -1,11 +1,11 @@
 // One property in a list of them.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/pane_property_row.h"
+#include "pane_property_row.h"
 
 #include "dzfloatslider.h"
 #include "dzproperty.h"
-#include "host/ui/pane_property_editor.h"
+#include "pane_property_editor.h"
 
 #include <QComboBox>
 #include <QCoreApplication>

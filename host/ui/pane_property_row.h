@@ -3,10 +3,10 @@
 
 #pragma once
 
+#include "dzproperty.h"
 #include <QPointer>
 #include <QWidget>
 
-class DzProperty;
 class QHBoxLayout;
 class QToolButton;
 

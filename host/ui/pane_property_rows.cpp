@@ -1,10 +1,10 @@
 // A list of properties of any length.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/pane_property_rows.h"
+#include "pane_property_rows.h"
 
 #include "dzproperty.h"
-#include "host/ui/pane_property_row.h"
+#include "pane_property_row.h"
 
 #include <QEvent>
 #include <QScrollBar>

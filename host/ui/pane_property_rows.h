@@ -3,12 +3,11 @@
 
 #pragma once
 
+#include "dzproperty.h"
 #include <QAbstractScrollArea>
 #include <QPointer>
 
 #include <vector>
-
-class DzProperty;
 
 namespace openhost {
 

@@ -1,7 +1,7 @@
 // Bringing a view up to date when that is worth the work.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/pane_refresh.h"
+#include "pane_refresh.h"
 
 #include <QEvent>
 #include <QWidget>

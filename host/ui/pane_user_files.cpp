@@ -1,7 +1,7 @@
 // The files that content panes show.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/pane_user_files.h"
+#include "pane_user_files.h"
 
 #include "dzapp.h"
 #include "dzcontentmgr.h"

@@ -1,15 +1,15 @@
 // The pane of the selected nodes' properties.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/parameters_pane.h"
+#include "parameters_pane.h"
 
 #include "dznode.h"
 #include "dzproperty.h"
 #include "dzpropertygroup.h"
 #include "dzpropertygrouptree.h"
 #include "dzscene.h"
-#include "host/ui/pane_property_rows.h"
-#include "host/ui/pane_refresh.h"
+#include "pane_property_rows.h"
+#include "pane_refresh.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>

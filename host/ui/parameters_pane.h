@@ -4,6 +4,7 @@
 #pragma once
 
 #include "dzpane.h"
+#include "dzproperty.h"
 
 #include <QPointer>
 #include <QSet>
@@ -12,7 +13,6 @@
 #include <vector>
 
 class DzNode;
-class DzProperty;
 class QLineEdit;
 class QSplitter;
 class QToolButton;

@@ -4,7 +4,7 @@
 #include "dzplugin.h"
 #include "dzpluginmgr.h"
 
-#include "host/scene/host_log.h"
+#include "scene/host_log.h"
 
 #include <QDir>
 #include <QFileInfo>

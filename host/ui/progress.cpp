@@ -4,8 +4,8 @@
 #include "dzprogress.h"
 
 #include "dzapp.h"
-#include "host/ui/progress_window.h"
 #include "openhost/operations.h"
+#include "progress_window.h"
 
 #include <QElapsedTimer>
 #include <QPointer>

@@ -1,7 +1,7 @@
 // The window that shows how far long work has come.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/progress_window.h"
+#include "progress_window.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>

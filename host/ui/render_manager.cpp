@@ -1,6 +1,7 @@
 // Rendering the scene into picture files.
 // SPDX-License-Identifier: MIT
 
+#include "base/errors.h"
 #include "dz3dviewport.h"
 #include "dzapp.h"
 #include "dzcamera.h"
@@ -11,9 +12,8 @@
 #include "dzscene.h"
 #include "dzviewport.h"
 #include "dzviewportmgr.h"
-#include "geometry/errors.h"
-#include "host/scene/camera_optics.h"
-#include "host/ui/scene_picture.h"
+#include "openhost/scene_picture.h"
+#include "scene/camera_optics.h"
 
 #include <QPointer>
 
@@ -35,7 +35,7 @@ public:
         try {
             geometry::WritePng(filename.toStdString(),
                                geometry::Render(openhost::VisibleItems(*dzScene).items, picture));
-        } catch (const geometry::Error& error) {
+        } catch (const base::Error& error) {
             dzApp->error(QString::fromUtf8(error.what()));
             return false;
         }

@@ -1,7 +1,7 @@
 // The dialog for the file to save.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/save_file_dialog.h"
+#include "save_file_dialog.h"
 
 #include "dzapp.h"
 

@@ -1,12 +1,12 @@
 // What of the scene a picture shows.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/scene_picture.h"
+#include "openhost/scene_picture.h"
 
 #include "dznode.h"
 #include "dzobject.h"
 #include "dzscene.h"
-#include "host/figure/mesh_access.h"
+#include "figure/mesh_access.h"
 
 namespace openhost {
 

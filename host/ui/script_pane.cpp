@@ -1,10 +1,10 @@
 // The pane for writing and running scripts.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/script_pane.h"
+#include "script_pane.h"
 
 #include "dzscript.h"
-#include "host/script/script_output.h"
+#include "script/script_output.h"
 
 #include <QFontDatabase>
 #include <QHBoxLayout>

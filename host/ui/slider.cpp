@@ -3,9 +3,9 @@
 
 #include "dzslider.h"
 
-#include "host/ui/slider_access.h"
-#include "host/ui/slider_picture.h"
-#include "host/ui/slider_text.h"
+#include "slider_access.h"
+#include "slider_picture.h"
+#include "slider_text.h"
 
 #include <QAccessible>
 #include <QContextMenuEvent>

@@ -1,7 +1,7 @@
 // Sliders as assistive technology sees them.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/slider_access.h"
+#include "slider_access.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>

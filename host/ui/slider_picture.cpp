@@ -1,7 +1,7 @@
 // Where a slider's parts are, and how they are painted.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/slider_picture.h"
+#include "slider_picture.h"
 
 #include <QFontMetrics>
 #include <QPainter>

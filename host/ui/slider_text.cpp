@@ -1,7 +1,7 @@
 // A slider's number as text.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/slider_text.h"
+#include "slider_text.h"
 
 #include <QLocale>
 

@@ -1,14 +1,14 @@
 // The pane of the content that suits what is selected.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/smart_content_pane.h"
+#include "smart_content_pane.h"
 
 #include "dzapp.h"
 #include "dzcontentmgr.h"
 #include "dzscene.h"
-#include "host/ui/pane_asset_list.h"
-#include "host/ui/pane_refresh.h"
-#include "host/ui/pane_user_files.h"
+#include "pane_asset_list.h"
+#include "pane_refresh.h"
+#include "pane_user_files.h"
 
 #include <QFileInfo>
 #include <QLineEdit>

@@ -3,7 +3,7 @@
 
 #include "dzstyle.h"
 
-#include "host/ui/style_pictures.h"
+#include "style_pictures.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,7 +1,7 @@
 // The style's own pictures.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/style_pictures.h"
+#include "style_pictures.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -12,8 +12,8 @@
 #include "dzviewport.h"
 #include "dzviewportmgr.h"
 #include "dzviewtool.h"
-#include "host/scene/camera_optics.h"
-#include "host/ui/viewport_picture.h"
+#include "scene/camera_optics.h"
+#include "viewport_picture.h"
 
 #include <QMouseEvent>
 #include <QPainter>

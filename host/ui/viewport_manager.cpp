@@ -7,8 +7,8 @@
 #include "dzfloatproperty.h"
 #include "dzviewport.h"
 #include "dzviewportmgr.h"
-#include "host/ui/viewport_picture.h"
-#include "host/ui/viewport_tools.h"
+#include "viewport_picture.h"
+#include "viewport_tools.h"
 
 #include <QPointer>
 #include <QVBoxLayout>

@@ -1,7 +1,7 @@
 // Drawing the scene into a viewport: traced surfaces, drawn lines.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/viewport_picture.h"
+#include "viewport_picture.h"
 
 #include "dznode.h"
 #include "dzscene.h"
@@ -81,7 +81,7 @@ void AddEdges(const geometry::PolygonMeshView& mesh, const Projector& projector,
     std::vector<std::pair<std::uint32_t, std::uint32_t>> edges;
     edges.reserve(mesh.topology->cornerCount());
     for (std::size_t f = 0; f < mesh.faceCount(); ++f) {
-        const geometry::Span<const std::uint32_t> face = mesh.face(f);
+        const base::Span<const std::uint32_t> face = mesh.face(f);
         for (std::size_t i = 0; i < face.size(); ++i)
             edges.push_back(std::minmax(face[i], face[(i + 1) % face.size()]));
     }

@@ -5,7 +5,7 @@
 
 #include "geometry/picture_camera.h"
 #include "geometry/picture_stage.h"
-#include "host/ui/scene_picture.h"
+#include "openhost/scene_picture.h"
 
 #include <QImage>
 #include <QString>

@@ -1,7 +1,7 @@
 // The tools that every viewport offers.
 // SPDX-License-Identifier: MIT
 
-#include "host/ui/viewport_tools.h"
+#include "viewport_tools.h"
 
 #include "dz3dviewport.h"
 #include "dznode.h"

@@ -3,8 +3,8 @@
 
 #include "cli_conversion.h"
 
+#include "dson/reader.h"
 #include "geometry/deltas.h"
-#include "host/content/dson_reader.h"
 #include "tests/plugin/mini_library.h"
 
 #include <limits>

@@ -1,11 +1,11 @@
 // Errors as one sentence.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/error_sentence.h"
+#include "error_sentence.h"
 
 #include <gtest/gtest.h>
 
-using cli::ErrorSentence;
+using app::ErrorSentence;
 
 TEST(ErrorSentence, begins_with_an_upper_case_letter_and_ends_with_a_full_stop)
 {

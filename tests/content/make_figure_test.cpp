@@ -1,11 +1,11 @@
 // Making figures from plain files.
 // SPDX-License-Identifier: MIT
 
-#include "content/make_figure.h"
+#include "sample_content/make_figure.h"
 
-#include "content/figure_kinds.h"
-#include "geometry/errors.h"
-#include "host/content/dson_reader.h"
+#include "base/errors.h"
+#include "dson/reader.h"
+#include "sample_content/figure_kinds.h"
 #include "tests/content/throws.h"
 #include "tests/content/tiny_figure.h"
 #include "tests/geometry/humans.h"
@@ -124,7 +124,7 @@ TEST(MakeFigure, refuses_a_weight_map_without_use)
     TinyFigure tiny("genesis3male");
     const auto file = tiny.folder.write("head.csv", "vertex,weight\n1,0.25\n");
     tiny.options.weightMaps = {{"head", file}};
-    EXPECT_THROW_MSG(MakeFigure(tiny.options), geometry::FormatError,
+    EXPECT_THROW_MSG(MakeFigure(tiny.options), base::FormatError,
                      file.string() + ": weight map 'head' has no use; genesis9 takes one called head");
 }
 
@@ -132,7 +132,7 @@ TEST(MakeFigure, refuses_an_unknown_kind)
 {
     TinyFigure tiny("genesis7");
     EXPECT_THROW_MSG(
-        MakeFigure(tiny.options), geometry::FormatError,
+        MakeFigure(tiny.options), base::FormatError,
         "unknown figure kind 'genesis7'; known are genesis3female, genesis3male, genesis8female, "
         "genesis8male, genesis8_1female, genesis8_1male, genesis9");
 }
@@ -142,7 +142,7 @@ TEST(MakeFigure, refuses_a_morph_of_another_mesh)
     TinyFigure tiny;
     const auto file = tiny.folder.write("other.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
     tiny.options.morphs = {{"Other", file}};
-    EXPECT_THROW_MSG(MakeFigure(tiny.options), geometry::FormatError,
+    EXPECT_THROW_MSG(MakeFigure(tiny.options), base::FormatError,
                      file.string() + ": has 3 vertices but the neutral mesh has 8");
 }
 
@@ -150,7 +150,7 @@ TEST(MakeFigure, refuses_a_mesh_without_faces)
 {
     TinyFigure tiny;
     tiny.options.mesh = tiny.folder.write("points.obj", "v 0 0 0\n");
-    EXPECT_THROW_MSG(MakeFigure(tiny.options), geometry::FormatError,
+    EXPECT_THROW_MSG(MakeFigure(tiny.options), base::FormatError,
                      tiny.options.mesh.string() + ": has no faces");
 }
 
@@ -159,8 +159,7 @@ TEST(MakeFigure, refuses_two_morphs_of_one_name)
     TinyFigure tiny;
     const auto file = tiny.folder.write("d.csv", "vertex,dx,dy,dz\n2,0.5,0,0\n");
     tiny.options.morphs = {{"A", file}, {"A", file}};
-    EXPECT_THROW_MSG(MakeFigure(tiny.options), geometry::FormatError,
-                     file.string() + ": name 'A' is used twice");
+    EXPECT_THROW_MSG(MakeFigure(tiny.options), base::FormatError, file.string() + ": name 'A' is used twice");
 }
 
 TEST(MakeFigure, needs_both_thighs_on_the_newest_kind)
@@ -170,7 +169,7 @@ TEST(MakeFigure, needs_both_thighs_on_the_newest_kind)
     for (std::size_t at; (at = text.find("RightThigh")) != std::string::npos;)
         text.replace(at, 10, "tail");
     tiny.folder.write("skeleton.json", text);
-    EXPECT_THROW_MSG(MakeFigure(tiny.options), geometry::FormatError,
+    EXPECT_THROW_MSG(MakeFigure(tiny.options), base::FormatError,
                      tiny.options.skeleton.string() + ": has no bone 'r_thigh'");
 }
 
@@ -178,7 +177,7 @@ TEST(MakeFigure, writes_nothing_when_an_input_is_wrong)
 {
     TinyFigure tiny;
     tiny.options.morphs = {{"A", tiny.folder.write("d.csv", "vertex,dx,dy,dz\n8,0,0,0\n")}};
-    EXPECT_THROW(MakeFigure(tiny.options), geometry::FormatError);
+    EXPECT_THROW(MakeFigure(tiny.options), base::FormatError);
     EXPECT_FALSE(fs::exists(tiny.options.contentDirectory));
 }
 

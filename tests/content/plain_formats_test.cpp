@@ -3,15 +3,15 @@
 
 #include "content/plain_formats.h"
 
-#include "geometry/errors.h"
+#include "base/errors.h"
 #include "tests/content/throws.h"
 #include "tests/content/tiny_figure.h"
 
 #include <zlib.h>
 
 using namespace content;
-using geometry::FormatError;
-using geometry::IoError;
+using base::FormatError;
+using base::IoError;
 
 namespace {
 
@@ -48,7 +48,7 @@ TEST(PlainText, tells_when_gzip_data_ends_early)
     const std::string whole = Gzip(std::string(10000, 'x') + "end");
     for (std::size_t length = 2; length < whole.size(); ++length) {
         const auto file = folder.write("cut.gz", whole.substr(0, length));
-        EXPECT_THROW_MSG(ReadPlainText(file), FormatError, file.string() + ": gzip data is truncated");
+        EXPECT_THROW_MSG(ReadPlainText(file), base::FormatError, file.string() + ": gzip data is truncated");
     }
 }
 
@@ -58,7 +58,7 @@ TEST(PlainText, tells_when_gzip_data_is_damaged)
     std::string bytes = Gzip("some text that is long enough to be damaged in the middle");
     bytes[bytes.size() - 6] ^= 0x55;
     const auto file = folder.write("bad.gz", bytes);
-    EXPECT_THROW_MSG(ReadPlainText(file), FormatError, file.string() + ": gzip data is damaged");
+    EXPECT_THROW_MSG(ReadPlainText(file), base::FormatError, file.string() + ": gzip data is damaged");
 }
 
 TEST(PlainText, stops_a_gzip_that_expands_without_end)
@@ -67,13 +67,13 @@ TEST(PlainText, stops_a_gzip_that_expands_without_end)
     // 600 MB of zeros in about 600 KB: a member of its own for each 100 MB would be refused for other
     // reasons.
     const auto file = folder.write("bomb.gz", Gzip(std::string(std::size_t(600) << 20, '\0')));
-    EXPECT_THROW_MSG(ReadPlainText(file), FormatError,
+    EXPECT_THROW_MSG(ReadPlainText(file), base::FormatError,
                      file.string() + ": gzip data expands to more than 536870912 bytes");
 }
 
 TEST(PlainText, names_a_missing_file)
 {
-    EXPECT_THROW_MSG(ReadPlainText("/nowhere/at-all.csv"), IoError,
+    EXPECT_THROW_MSG(ReadPlainText("/nowhere/at-all.csv"), base::IoError,
                      "cannot read /nowhere/at-all.csv: No such file or directory");
 }
 
@@ -93,7 +93,7 @@ TEST(DeltaTable, names_the_line_that_it_cannot_read)
     for (const char* row :
          {"1,2,3", "1,2,3,x", "1,2,3,4,5", "-1,0,0,0", "1,nan,0,0", "1,1e99,0,0", "a,b,c,d"}) {
         const auto file = folder.write("d.csv", std::string("vertex,dx,dy,dz\n0,0,0,0\n") + row + "\n");
-        EXPECT_THROW_MSG(ReadDeltaTable(file, 4), FormatError,
+        EXPECT_THROW_MSG(ReadDeltaTable(file, 4), base::FormatError,
                          file.string() + ":3: expected vertex,dx,dy,dz");
     }
 }
@@ -102,7 +102,7 @@ TEST(DeltaTable, refuses_a_vertex_beyond_the_mesh)
 {
     const TempFolder folder;
     const auto file = folder.write("d.csv", "vertex,dx,dy,dz\n4,0,0,1\n");
-    EXPECT_THROW_MSG(ReadDeltaTable(file, 4), FormatError,
+    EXPECT_THROW_MSG(ReadDeltaTable(file, 4), base::FormatError,
                      file.string() + ":2: vertex 4 is out of range, the mesh has 4");
 }
 
@@ -110,14 +110,15 @@ TEST(DeltaTable, refuses_a_vertex_listed_twice)
 {
     const TempFolder folder;
     const auto file = folder.write("d.csv", "vertex,dx,dy,dz\n2,0,0,1\n2,0,0,1\n");
-    EXPECT_THROW_MSG(ReadDeltaTable(file, 4), FormatError, file.string() + ":3: vertex 2 is listed twice");
+    EXPECT_THROW_MSG(ReadDeltaTable(file, 4), base::FormatError,
+                     file.string() + ":3: vertex 2 is listed twice");
 }
 
 TEST(WeightTable, refuses_weights_outside_0_and_1)
 {
     const TempFolder folder;
     const auto file = folder.write("w.csv", "vertex,weight\n2,1.5\n");
-    EXPECT_THROW_MSG(ReadWeightTable(file, 4), FormatError,
+    EXPECT_THROW_MSG(ReadWeightTable(file, 4), base::FormatError,
                      file.string() + ":2: weight is not within 0 and 1");
 }
 
@@ -134,7 +135,7 @@ TEST(PlainSkeleton, takes_the_only_set_of_joints)
 TEST(PlainSkeleton, names_the_sets_when_the_one_asked_for_is_missing)
 {
     const TinyFigure tiny;
-    EXPECT_THROW_MSG(ReadPlainSkeleton(tiny.options.skeleton, "other", ""), FormatError,
+    EXPECT_THROW_MSG(ReadPlainSkeleton(tiny.options.skeleton, "other", ""), base::FormatError,
                      tiny.options.skeleton.string() + ": has no joint set 'other'; there are only");
 }
 
@@ -142,14 +143,15 @@ TEST(PlainSkeleton, refuses_what_is_no_json)
 {
     const TempFolder folder;
     const auto file = folder.write("s.json", "{\"bones\": [");
-    EXPECT_THROW_MSG(ReadPlainSkeleton(file, "", ""), FormatError, file.string() + ": not valid JSON");
+    EXPECT_THROW_MSG(ReadPlainSkeleton(file, "", ""), base::FormatError, file.string() + ": not valid JSON");
 }
 
 TEST(PlainSkeleton, refuses_endless_nesting)
 {
     const TempFolder folder;
     const auto file = folder.write("s.json", std::string(100000, '['));
-    EXPECT_THROW_MSG(ReadPlainSkeleton(file, "", ""), FormatError, file.string() + ": nested too deeply");
+    EXPECT_THROW_MSG(ReadPlainSkeleton(file, "", ""), base::FormatError,
+                     file.string() + ": nested too deeply");
 }
 
 TEST(PlainSkeleton, refuses_a_parent_that_does_not_come_first)
@@ -158,7 +160,7 @@ TEST(PlainSkeleton, refuses_a_parent_that_does_not_come_first)
     const auto file =
         folder.write("s.json", Replaced(TinyFigure::skeletonText(), "\"upperleg.L\", \"parent\": \"hip\"",
                                         "\"upperleg.L\", \"parent\": \"RightThigh\""));
-    EXPECT_THROW_MSG(ReadPlainSkeleton(file, "", ""), FormatError,
+    EXPECT_THROW_MSG(ReadPlainSkeleton(file, "", ""), base::FormatError,
                      file.string() + ": bone 1: parent 'RightThigh' is not listed before it");
 }
 
@@ -167,7 +169,7 @@ TEST(PlainSkeleton, refuses_a_place_that_is_not_three_numbers)
     const TempFolder folder;
     const auto file =
         folder.write("s.json", Replaced(TinyFigure::skeletonText(), "[1, -1, 0]", "[1, \"x\", 0]"));
-    EXPECT_THROW_MSG(ReadPlainSkeleton(file, "", ""), FormatError,
+    EXPECT_THROW_MSG(ReadPlainSkeleton(file, "", ""), base::FormatError,
                      file.string() + ": only/upperleg.L/tail: expected a number");
 }
 
@@ -179,7 +181,7 @@ protected:
     void expectRefused(const std::string& from, const std::string& to, const std::string& text)
     {
         const auto file = tiny.folder.write("weights.json", Replaced(TinyFigure::weightsText(), from, to));
-        EXPECT_THROW_MSG(ReadPlainWeights(file, skeleton, 8), FormatError, file.string() + text);
+        EXPECT_THROW_MSG(ReadPlainWeights(file, skeleton, 8), base::FormatError, file.string() + text);
     }
 };
 

@@ -1,12 +1,12 @@
 // The sample library on disk.
 // SPDX-License-Identifier: MIT
 
-#include "content/sample_library.h"
+#include "sample_content/sample_library.h"
 
+#include "base/errors.h"
 #include "content/sample_figures.h"
-#include "geometry/errors.h"
-#include "host/content/dson_reader.h"
-#include "host/content/dson_uri.h"
+#include "dson/reader.h"
+#include "dson/uri.h"
 #include "tests/content/sample_topologies.h"
 #include "tests/content/temp_folder.h"
 
@@ -146,7 +146,7 @@ TEST(SampleLibrary, tells_what_it_is_making)
     std::vector<std::string> told;
     EXPECT_THROW(
         WriteSampleLibrary(folder.write("taken", ""), [&](const std::string& text) { told.push_back(text); }),
-        geometry::IoError);
+        base::IoError);
     EXPECT_EQ(told, (std::vector<std::string>{"Shaping the bodies", "Writing Genesis 3 Female"}));
 }
 

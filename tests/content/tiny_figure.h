@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "content/make_figure.h"
+#include "sample_content/make_figure.h"
 #include "tests/content/temp_folder.h"
 
 #include <string>

@@ -3,7 +3,7 @@
 
 #include "geometry/obj.h"
 
-#include "geometry/errors.h"
+#include "base/errors.h"
 #include "shapes.h"
 #include "throws.h"
 
@@ -144,29 +144,31 @@ TEST(ParseObj, places_axes_and_scale)
 
 TEST(ParseObj, names_file_line_and_fault)
 {
-    EXPECT_THROW_MSG(Parse("v 1 2 3\nv 1 two 3\n"), FormatError, "body.obj:2: bad number \"two\"");
-    EXPECT_THROW_MSG(Parse("v 1 2 nan\n"), FormatError, "body.obj:1: bad number \"nan\"");
-    EXPECT_THROW_MSG(Parse("v 1 2 -inf\n"), FormatError, "body.obj:1: bad number \"-inf\"");
-    EXPECT_THROW_MSG(Parse("v 1 2 1e999\n"), FormatError, "body.obj:1: bad number \"1e999\"");
-    EXPECT_THROW_MSG(Parse("v 1 2 1e39\n"), FormatError, "body.obj:1: bad number \"1e39\"");
-    EXPECT_THROW_MSG(Parse("v 1 2\n"), FormatError, "body.obj:1: vertex has fewer than three coordinates");
-    EXPECT_THROW_MSG(Parse("v 0 0 0\n\nf 1 1\n"), FormatError,
+    EXPECT_THROW_MSG(Parse("v 1 2 3\nv 1 two 3\n"), base::FormatError, "body.obj:2: bad number \"two\"");
+    EXPECT_THROW_MSG(Parse("v 1 2 nan\n"), base::FormatError, "body.obj:1: bad number \"nan\"");
+    EXPECT_THROW_MSG(Parse("v 1 2 -inf\n"), base::FormatError, "body.obj:1: bad number \"-inf\"");
+    EXPECT_THROW_MSG(Parse("v 1 2 1e999\n"), base::FormatError, "body.obj:1: bad number \"1e999\"");
+    EXPECT_THROW_MSG(Parse("v 1 2 1e39\n"), base::FormatError, "body.obj:1: bad number \"1e39\"");
+    EXPECT_THROW_MSG(Parse("v 1 2\n"), base::FormatError,
+                     "body.obj:1: vertex has fewer than three coordinates");
+    EXPECT_THROW_MSG(Parse("v 0 0 0\n\nf 1 1\n"), base::FormatError,
                      "body.obj:3: face has fewer than three corners");
-    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 0 1\n"), FormatError,
+    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 0 1\n"), base::FormatError,
                      "body.obj:2: index 0 where indices start at 1");
-    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1/x 1\n"), FormatError, "body.obj:2: bad index \"x\"");
-    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1.5 1\n"), FormatError, "body.obj:2: bad index \"1.5\"");
-    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1 99999999999\n"), FormatError,
+    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1/x 1\n"), base::FormatError, "body.obj:2: bad index \"x\"");
+    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1.5 1\n"), base::FormatError, "body.obj:2: bad index \"1.5\"");
+    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1 99999999999\n"), base::FormatError,
                      "body.obj:2: index \"99999999999\" is too large");
-    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1 1\nf 1 2 1\n"), FormatError,
+    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1 1\nf 1 2 1\n"), base::FormatError,
                      "body.obj:3: face names vertex 2 but only 1 are defined");
-    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 -2 1\n"), FormatError,
+    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 -2 1\n"), base::FormatError,
                      "body.obj:2: face names a vertex before the first");
-    EXPECT_THROW_MSG(Parse("v 0 0 0\nvt 0 0\nf 1/1 1/2 1/1\n"), FormatError,
+    EXPECT_THROW_MSG(Parse("v 0 0 0\nvt 0 0\nf 1/1 1/2 1/1\n"), base::FormatError,
                      "body.obj:3: face names texture coordinate 2 but only 1 are defined");
-    EXPECT_THROW_MSG(Parse("v 0 0 0\nl 1 5\n"), FormatError,
+    EXPECT_THROW_MSG(Parse("v 0 0 0\nl 1 5\n"), base::FormatError,
                      "body.obj:2: line names vertex 5 but only 1 are defined");
-    EXPECT_THROW_MSG(Parse("v 0 0 0\nl 1\n"), FormatError, "body.obj:2: line has fewer than two vertices");
+    EXPECT_THROW_MSG(Parse("v 0 0 0\nl 1\n"), base::FormatError,
+                     "body.obj:2: line has fewer than two vertices");
 }
 
 TEST(ParseObj, gives_the_same_mesh_however_many_chunks_the_text_has)
@@ -181,7 +183,7 @@ TEST(ParseObj, gives_the_same_mesh_however_many_chunks_the_text_has)
     EXPECT_EQ(content.mesh.topology->faceSurfaces, sphere.topology->faceSurfaces);
     // Behind the first chunk, so the line is counted across chunks.
     const auto lines = std::count(text.begin(), text.end(), '\n');
-    EXPECT_THROW_MSG(Parse(text + "f 1 2\n"), FormatError,
+    EXPECT_THROW_MSG(Parse(text + "f 1 2\n"), base::FormatError,
                      "body.obj:" + std::to_string(lines + 1) + ": face has fewer than three corners");
 }
 
@@ -195,7 +197,7 @@ TEST(ParseObj, answers_every_cut_of_a_good_text_with_a_mesh_or_a_format_error)
         std::copy_n(text.begin(), size, exact.get());
         try {
             EXPECT_LE(ParseObj({exact.get(), size}, {}, "cut").mesh.faceCount(), 1u);
-        } catch (const FormatError&) {
+        } catch (const base::FormatError&) {
         }
     }
 }
@@ -213,7 +215,7 @@ TEST(ParseObj, answers_random_damage_with_a_mesh_or_a_format_error)
         std::copy(text.begin(), text.end(), exact.get());
         try {
             Validate(*ParseObj({exact.get(), text.size()}, {}, "damaged").mesh.topology);
-        } catch (const FormatError&) {
+        } catch (const base::FormatError&) {
         }
     }
 }
@@ -337,7 +339,7 @@ TEST(WriteObj, leaves_nothing_when_the_target_cannot_be_replaced)
     std::filesystem::create_directories(target / "inside");
     const PolygonMesh cube = shapes::Cube(2.0f);
     const ObjPart part{cube.view()};
-    EXPECT_THROW_MSG(WriteObj(target, {&part, 1}), IoError,
+    EXPECT_THROW_MSG(WriteObj(target, {&part, 1}), base::IoError,
                      "cannot write " + target.string() + ": Is a directory");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 1);
 }
@@ -346,7 +348,7 @@ TEST(WriteObj, names_the_file_when_its_folder_is_missing)
 {
     const TemporaryFolder folder;
     const std::filesystem::path target = folder.path / "no" / "cube.obj";
-    EXPECT_THROW_MSG(WriteObj(target, {}), IoError,
+    EXPECT_THROW_MSG(WriteObj(target, {}), base::IoError,
                      "cannot write " + target.string() + ": No such file or directory");
 }
 
@@ -354,7 +356,8 @@ TEST(ReadObj, names_the_file_that_cannot_be_opened)
 {
     const TemporaryFolder folder;
     const std::string missing = (folder.path / "missing.obj").string();
-    EXPECT_THROW_MSG(ReadObj(missing), IoError, "cannot open " + missing + ": No such file or directory");
-    EXPECT_THROW_MSG(ReadObj(folder.path), IoError,
+    EXPECT_THROW_MSG(ReadObj(missing), base::IoError,
+                     "cannot open " + missing + ": No such file or directory");
+    EXPECT_THROW_MSG(ReadObj(folder.path), base::IoError,
                      "cannot read " + folder.path.string() + ": Is a directory");
 }

@@ -3,7 +3,7 @@
 
 #include "geometry/picture.h"
 
-#include "geometry/errors.h"
+#include "base/errors.h"
 #include "shapes.h"
 #include "throws.h"
 
@@ -58,9 +58,9 @@ TEST(Render, refuses_sizes_out_of_range)
 {
     PictureOptions options;
     options.width = 0;
-    EXPECT_THROW_MSG(Render({}, options), Error, "picture size 0x1200 is not within 1 to 16384");
+    EXPECT_THROW_MSG(Render({}, options), base::Error, "picture size 0x1200 is not within 1 to 16384");
     options.width = 16385;
-    EXPECT_THROW_MSG(Render({}, options), Error, "picture size 16385x1200 is not within 1 to 16384");
+    EXPECT_THROW_MSG(Render({}, options), base::Error, "picture size 16385x1200 is not within 1 to 16384");
 }
 
 TEST(ParseView, knows_the_five_views)
@@ -90,6 +90,6 @@ TEST(WritePng, writes_a_png_file_and_names_the_one_it_cannot)
     EXPECT_EQ(std::string(magic, 8), "\x89PNG\r\n\x1a\n");
     std::filesystem::remove(file);
     const std::string missing = (file / "no" / "a.png").string();
-    EXPECT_THROW_MSG(WritePng(missing, {1, 1, {0, 0, 0}}), IoError,
+    EXPECT_THROW_MSG(WritePng(missing, {1, 1, {0, 0, 0}}), base::IoError,
                      "cannot write " + missing + ": No such file or directory");
 }

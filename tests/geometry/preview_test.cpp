@@ -3,7 +3,7 @@
 
 #include "geometry/preview.h"
 
-#include "geometry/errors.h"
+#include "base/errors.h"
 #include "shapes.h"
 #include "throws.h"
 
@@ -178,7 +178,7 @@ TEST(DrawPreview, refuses_sizes_out_of_range)
 {
     PreviewOptions options;
     options.height = 0;
-    EXPECT_THROW_MSG(DrawPreview(PictureStage({}), PictureCamera(), options), Error,
+    EXPECT_THROW_MSG(DrawPreview(PictureStage({}), PictureCamera(), options), base::Error,
                      "picture size 640x0 is not within 1 to 16384");
 }
 

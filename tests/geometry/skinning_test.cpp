@@ -81,7 +81,7 @@ TEST(RotationOrder, reads_and_names_all_six)
 {
     for (const char* name : {"XYZ", "XZY", "YXZ", "YZX", "ZXY", "ZYX"})
         EXPECT_EQ(RotationOrderName(ParseRotationOrder(name)), name);
-    EXPECT_THROW_MSG(ParseRotationOrder("XXY"), FormatError, "unknown rotation order \"XXY\"");
+    EXPECT_THROW_MSG(ParseRotationOrder("XXY"), base::FormatError, "unknown rotation order \"XXY\"");
 }
 
 TEST(EulerRotation, applies_the_first_letter_first)

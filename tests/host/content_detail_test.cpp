@@ -1,6 +1,7 @@
 // Detail of morphs for subdivided meshes: the companion file, saving and loading.
 // SPDX-License-Identifier: MIT
 
+#include "dson/dhdm.h"
 #include "dzenumproperty.h"
 #include "dzerror.h"
 #include "dzfacetshape.h"
@@ -10,11 +11,10 @@
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
-#include "host/content/dhdm.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/mesh_access.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_filtered-save.h"
+#include "figure/deltas_access.h"
+#include "figure/mesh_access.h"
+#include "ks_exception.h"
+#include "ks_filtered-save.h"
 #include "tests/host/content_fixture.h"
 
 #include <cstring>
@@ -184,7 +184,7 @@ TEST(DetailFile, cut_off_anywhere_is_refused_and_changed_anywhere_does_no_harm)
         try {
             for (const geometry::DetailLevel& level : dson::DecodeDhdm(bytes, Strip(), "x").levels)
                 EXPECT_TRUE(std::is_sorted(level.corners.begin(), level.corners.end()));
-        } catch (const geometry::FormatError&) {
+        } catch (const base::FormatError&) {
         }
     }
 }

@@ -3,13 +3,13 @@
 
 #include "tests/host/content_fixture.h"
 
+#include "base/errors.h"
 #include "dzcontentmgr.h"
 #include "dzfacetmesh.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzmorph.h"
 #include "dzobject.h"
-#include "geometry/errors.h"
 
 #include <fstream>
 #include <sstream>

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "geometry/errors.h"
-#include "host/content/dson_writer.h"
+#include "base/errors.h"
+#include "dson/writer.h"
 #include "tests/host/host_fixture.h"
 
 #include <filesystem>
@@ -45,13 +45,13 @@ std::string NodeChannel(const std::string& node, const std::string& property);
 void WriteBytes(const std::filesystem::path& file, const std::string& bytes);
 std::string ReadBytes(const std::filesystem::path& file);
 
-/// The text of the geometry::Error that the work throws; "no error" when it throws none.
+/// The text of the base::Error that the work throws; "no error" when it throws none.
 template <class Work>
 std::string ErrorOf(Work work)
 {
     try {
         work();
-    } catch (const geometry::Error& error) {
+    } catch (const base::Error& error) {
         return error.what();
     }
     return "no error";

@@ -1,12 +1,12 @@
 // Formulas of others, and files that are broken.
 // SPDX-License-Identifier: MIT
 
+#include "dson/gzip.h"
 #include "dzbone.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzmorph.h"
-#include "host/content/content_paths.h"
-#include "host/content/gzip.h"
+#include "library/content_paths.h"
 #include "tests/host/foreign_scene.h"
 
 #include <chrono>

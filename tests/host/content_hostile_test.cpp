@@ -1,8 +1,8 @@
 // Content files that others made, or broke.
 // SPDX-License-Identifier: MIT
 
-#include "geometry/errors.h"
-#include "host/content/dson_reader.h"
+#include "base/errors.h"
+#include "dson/reader.h"
 #include "tests/host/content_fixture.h"
 
 #include "dzfigure.h"

@@ -3,7 +3,7 @@
 
 #include "dzcontentfolder.h"
 #include "dzcontentmgr.h"
-#include "host/content/content_paths.h"
+#include "library/content_paths.h"
 #include "tests/host/content_fixture.h"
 
 namespace {

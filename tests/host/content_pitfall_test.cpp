@@ -1,6 +1,8 @@
 // What other programs' files do that no document promises; each line of the list of pitfalls is one test.
 // SPDX-License-Identifier: MIT
 
+#include "dson/gzip.h"
+#include "dson/reader.h"
 #include "dzbone.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
@@ -8,8 +10,6 @@
 #include "dzobject.h"
 #include "dzselectionmap.h"
 #include "dzskinbinding.h"
-#include "host/content/dson_reader.h"
-#include "host/content/gzip.h"
 #include "tests/host/foreign_fixture.h"
 
 #include <clocale>

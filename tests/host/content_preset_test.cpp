@@ -1,6 +1,7 @@
 // Presets on what is selected, and saving morphs.
 // SPDX-License-Identifier: MIT
 
+#include "dson/reader.h"
 #include "dzassetiomgr.h"
 #include "dzbone.h"
 #include "dzdformmodifier.h"
@@ -11,10 +12,9 @@
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
 #include "dzweightmap.h"
-#include "host/content/dson_reader.h"
-#include "host/figure/deltas_access.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_filtered-save.h"
+#include "figure/deltas_access.h"
+#include "ks_exception.h"
+#include "ks_filtered-save.h"
 #include "tests/host/content_fixture.h"
 
 #include <nlohmann/json.hpp>

@@ -5,9 +5,9 @@
 #include "dzassetiomgr.h"
 #include "dzfileiosettings.h"
 #include "dzfloatproperty.h"
-#include "host/content/save_file_question.h"
-#include "host/scene/option_table.h"
 #include "openhost/class_registry.h"
+#include "saving/save_file_question.h"
+#include "scene/option_table.h"
 #include "tests/host/save_fixture.h"
 
 #include <memory>

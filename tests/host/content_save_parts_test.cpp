@@ -9,7 +9,7 @@
 #include "dzfloatproperty.h"
 #include "dzmorph.h"
 #include "dzobject.h"
-#include "host/figure/mesh_access.h"
+#include "figure/mesh_access.h"
 #include "tests/host/save_fixture.h"
 #include "tests/host/scene_text.h"
 

@@ -23,4 +23,4 @@ gantrel_add_tests(host_content_tests
         host_fixture.cpp
         save_fixture.cpp
         scene_text.cpp
-    LIBRARIES kst dzhost geometry nlohmann_json::nlohmann_json simdjson::simdjson)
+    LIBRARIES kst host_rooms geometry nlohmann_json::nlohmann_json simdjson::simdjson)

@@ -1,11 +1,11 @@
 // Packaging of content files and the URIs in them.
 // SPDX-License-Identifier: MIT
 
-#include "geometry/errors.h"
-#include "host/content/dson_reader.h"
-#include "host/content/dson_uri.h"
-#include "host/content/file_text.h"
-#include "host/content/gzip.h"
+#include "base/errors.h"
+#include "dson/file_text.h"
+#include "dson/gzip.h"
+#include "dson/reader.h"
+#include "dson/uri.h"
 #include "tests/host/content_fixture.h"
 
 namespace {
@@ -85,7 +85,7 @@ TEST(Gzip, damage_anywhere_is_an_error_or_harmless)
         bad[i] = static_cast<char>(~bad[i]);
         try {
             EXPECT_EQ(Expand(bad), text) << i;
-        } catch (const geometry::FormatError&) {
+        } catch (const base::FormatError&) {
         }
     }
 }

@@ -1,7 +1,7 @@
 // Texture coordinates and polylines in files of others.
 // SPDX-License-Identifier: MIT
 
-#include "host/content/dson_reader.h"
+#include "dson/reader.h"
 #include "tests/host/content_fixture.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include "dzbone.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
-#include "host/figure/fitting.h"
+#include "figure/fitting.h"
 #include "tests/host/host_fixture.h"
 
 #include <cmath>

@@ -1,6 +1,7 @@
 // From dials to the mesh in the world.
 // SPDX-License-Identifier: MIT
 
+#include "base/errors.h"
 #include "dzbone.h"
 #include "dzdform.h"
 #include "dzdformmodifier.h"
@@ -14,11 +15,10 @@
 #include "dzmorphdeltas.h"
 #include "dzpropertygrouptree.h"
 #include "dzskinbinding.h"
-#include "geometry/errors.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/mesh_access.h"
-#include "host/figure/pipeline.h"
-#include "host/figure/skin_access.h"
+#include "figure/deltas_access.h"
+#include "figure/mesh_access.h"
+#include "figure/pipeline.h"
+#include "figure/skin_access.h"
 #include "tests/host/host_fixture.h"
 
 #include <QPointer>
@@ -276,7 +276,7 @@ TEST_F(FigurePipeline, data_that_does_not_fit_or_cannot_be_read_is_left_out_and_
     DzMorph* const lost = test.addMorph("lost", {}, {});
     lost->getDeltas()->setUri(DzUri(Q("/data/lost.dsf#lost")));
     openhost::DeltasAccess::setLoader(*lost->getDeltas(), []() -> geometry::SparseDeltas {
-        throw geometry::IoError("cannot open {}", "lost.dsf");
+        throw base::IoError("cannot open {}", "lost.dsf");
     });
     lost->getValueControl()->setValue(1.0f);
     EXPECT_EQ(test.at(9), DzVec3(40, 10, 0));

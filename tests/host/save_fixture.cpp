@@ -14,10 +14,10 @@
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/fitting.h"
-#include "host/figure/mesh_access.h"
-#include "host/tools/transfer_utility.h"
+#include "figure/deltas_access.h"
+#include "figure/fitting.h"
+#include "figure/mesh_access.h"
+#include "tools/transfer_utility.h"
 
 #include <QRegularExpression>
 

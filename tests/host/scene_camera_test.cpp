@@ -15,7 +15,7 @@
 #include "dzviewport.h"
 #include "dzviewportmgr.h"
 #include "dzviewtool.h"
-#include "host/scene/camera_optics.h"
+#include "scene/camera_optics.h"
 #include "tests/host/host_fixture.h"
 
 #include <QImage>

@@ -11,7 +11,7 @@
 #include "dzpropertygroup.h"
 #include "dzpropertygrouptree.h"
 #include "dzstringproperty.h"
-#include "host/scene/formula_controller.h"
+#include "scene/formula_controller.h"
 #include "tests/host/host_fixture.h"
 
 #include <QSignalSpy>

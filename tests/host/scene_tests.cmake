@@ -8,4 +8,4 @@ gantrel_add_tests(host_scene_tests
         scene_node_test.cpp
         scene_property_test.cpp
         scene_settings_test.cpp
-    LIBRARIES dzhost geometry Qt5::Test)
+    LIBRARIES host_rooms geometry Qt5::Test)

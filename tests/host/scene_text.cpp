@@ -15,8 +15,8 @@
 #include "dzscene.h"
 #include "dzskeleton.h"
 #include "dzskinbinding.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/mesh_access.h"
+#include "figure/deltas_access.h"
+#include "figure/mesh_access.h"
 
 #include <fmt/format.h>
 

@@ -10,8 +10,8 @@
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
 #include "dzskinbinding.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/skin_access.h"
+#include "figure/deltas_access.h"
+#include "figure/skin_access.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,8 +4,8 @@
 #pragma once
 
 #include "dzfileiosettings.h"
+#include "figure/mesh_access.h"
 #include "geometry/polygon_mesh.h"
-#include "host/figure/mesh_access.h"
 #include "tests/host/host_fixture.h"
 
 #include <memory>

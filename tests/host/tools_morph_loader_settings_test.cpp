@@ -8,10 +8,10 @@
 #include "dzobject.h"
 #include "dzplugin.h"
 #include "dzpluginmgr.h"
-#include "host/tools/morph_loader.h"
-#include "host/tools/morph_loader_batch.h"
-#include "shared/ks_morph-loader.h"
+#include "ks_morph-loader.h"
 #include "tests/host/tools_fixture.h"
+#include "tools/morph_loader.h"
+#include "tools/morph_loader_batch.h"
 
 #include <QFile>
 #include <QMetaMethod>

@@ -13,13 +13,13 @@
 #include "dzobject.h"
 #include "dzscript.h"
 #include "dzweightmap.h"
-#include "host/figure/deltas_access.h"
-#include "host/tools/morph_loader.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_morph-loader-script.h"
-#include "shared/ks_morph-loader.h"
+#include "figure/deltas_access.h"
+#include "ks_exception.h"
+#include "ks_morph-loader-script.h"
+#include "ks_morph-loader.h"
 #include "tests/host/tools_fixture.h"
 #include "tests/shared/throws.h"
+#include "tools/morph_loader.h"
 
 #include <cmath>
 

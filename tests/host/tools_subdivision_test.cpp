@@ -13,10 +13,10 @@
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
 #include "dzweightmap.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/pipeline.h"
-#include "host/tools/morph_loader.h"
+#include "figure/deltas_access.h"
+#include "figure/pipeline.h"
 #include "tests/host/tools_fixture.h"
+#include "tools/morph_loader.h"
 
 #include <cmath>
 

@@ -9,4 +9,4 @@ gantrel_add_tests(host_tools_tests
         tools_subdivision_test.cpp
         tools_transfer_options_test.cpp
         tools_transfer_test.cpp
-    LIBRARIES kst dzhost geometry Qt5::Test)
+    LIBRARIES kst host_rooms geometry Qt5::Test)

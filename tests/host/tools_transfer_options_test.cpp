@@ -11,8 +11,8 @@
 #include "dzpresentation.h"
 #include "dzselectionmap.h"
 #include "dzskinbinding.h"
-#include "host/tools/transfer_utility.h"
 #include "tests/host/tools_fixture.h"
+#include "tools/transfer_utility.h"
 
 #include <QMetaMethod>
 

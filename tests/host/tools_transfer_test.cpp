@@ -11,10 +11,10 @@
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
 #include "dzskinbinding.h"
-#include "host/figure/deltas_access.h"
-#include "host/tools/transfer_utility.h"
-#include "shared/ks_transfer-utility.h"
+#include "figure/deltas_access.h"
+#include "ks_transfer-utility.h"
 #include "tests/host/tools_fixture.h"
+#include "tools/transfer_utility.h"
 
 #include <cmath>
 

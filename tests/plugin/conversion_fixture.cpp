@@ -8,11 +8,11 @@
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
+#include "figure/deltas_access.h"
+#include "figure/pipeline.h"
 #include "geometry/deltas.h"
-#include "host/figure/deltas_access.h"
-#include "host/figure/pipeline.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_morphlist.h"
+#include "ks_daz-helpers.h"
+#include "ks_morphlist.h"
 
 #include <QRegularExpression>
 

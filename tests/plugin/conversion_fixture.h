@@ -6,7 +6,7 @@
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "geometry/vec3.h"
-#include "plugin/gnt_convert-figure.h"
+#include "gnt_convert-figure.h"
 #include "tests/host/host_fixture.h"
 
 #include <map>

@@ -6,11 +6,11 @@
 
 #include "dzfacetmesh.h"
 #include "dzobject.h"
+#include "figure/mesh_access.h"
+#include "figure/pipeline.h"
 #include "geometry/surface_distance.h"
-#include "host/figure/mesh_access.h"
-#include "host/figure/pipeline.h"
-#include "plugin/gnt_convert-impl.h"
-#include "shared/ks_property-setting.h"
+#include "gnt_convert-impl.h"
+#include "ks_property-setting.h"
 #include "tests/shared/throws.h"
 
 #include <algorithm>

@@ -5,8 +5,8 @@
 #include "tests/plugin/scripted_forms.h"
 
 #include "dzprogress.h"
-#include "plugin/gnt_actions.h"
-#include "shared/ks_exception.h"
+#include "gnt_actions.h"
+#include "ks_exception.h"
 
 #include <QAbstractButton>
 #include <QApplication>

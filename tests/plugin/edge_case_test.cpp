@@ -6,10 +6,10 @@
 #include "dzbox3.h"
 #include "dzintproperty.h"
 #include "dzmorph.h"
+#include "gnt_convert-impl.h"
+#include "gnt_outcome-texts.h"
 #include "host/tools/morph_load.h"
-#include "plugin/gnt_convert-impl.h"
-#include "plugin/gnt_outcome-texts.h"
-#include "shared/ks_figure-height.h"
+#include "ks_figure-height.h"
 #include "tests/plugin/mini_scene.h"
 #include "tests/shared/throws.h"
 

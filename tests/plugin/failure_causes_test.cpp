@@ -9,8 +9,8 @@
 #include "dzcontentmgr.h"
 #include "dzprogress.h"
 #include "dzskeleton.h"
+#include "gnt_convert-impl.h"
 #include "openhost/class_registry.h"
-#include "plugin/gnt_convert-impl.h"
 #include "tests/shared/throws.h"
 
 #include <QApplication>

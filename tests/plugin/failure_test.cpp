@@ -6,7 +6,7 @@
 
 #include "dzintproperty.h"
 #include "dzprogress.h"
-#include "shared/ks_daz-helpers.h"
+#include "ks_daz-helpers.h"
 #include "tests/shared/throws.h"
 
 #include <QApplication>

@@ -3,8 +3,8 @@
 
 #include "tests/plugin/mini_library.h"
 
+#include "dson/writer.h"
 #include "geometry/skinning.h"
-#include "host/content/dson_writer.h"
 
 #include <algorithm>
 #include <cmath>

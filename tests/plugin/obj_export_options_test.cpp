@@ -5,8 +5,8 @@
 
 #include "dzexporter.h"
 #include "dzfileiosettings.h"
+#include "gnt_convert-impl.h"
 #include "openhost/class_registry.h"
-#include "plugin/gnt_convert-impl.h"
 
 #include <QFileInfo>
 

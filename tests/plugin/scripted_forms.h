@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "plugin/gnt_convert-figure.h"
-#include "plugin/gnt_forms.h"
+#include "gnt_convert-figure.h"
+#include "gnt_forms.h"
 
 #include <functional>
 #include <optional>

@@ -13,11 +13,11 @@
 #include "dzobject.h"
 #include "dzproperty.h"
 #include "dzuri.h"
-#include "plugin/gnt_convert-figure.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_morphlist.h"
-#include "shared/ks_property-setting.h"
+#include "gnt_convert-figure.h"
+#include "ks_daz-helpers.h"
+#include "ks_exception.h"
+#include "ks_morphlist.h"
+#include "ks_property-setting.h"
 #include "tests/shared/throws.h"
 
 #include <tuple>

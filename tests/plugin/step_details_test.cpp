@@ -3,9 +3,9 @@
 
 #include "tests/plugin/conversion_fixture.h"
 
-#include "plugin/gnt_convert-impl.h"
-#include "shared/ks_figure-height.h"
-#include "shared/ks_morphlist.h"
+#include "gnt_convert-impl.h"
+#include "ks_figure-height.h"
+#include "ks_morphlist.h"
 #include "tests/plugin/mini_scene.h"
 #include "tests/shared/throws.h"
 

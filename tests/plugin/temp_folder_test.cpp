@@ -5,7 +5,7 @@
 #include "tests/plugin/scripted_forms.h"
 
 #include "dzappsettings.h"
-#include "plugin/gnt_temp-folder.h"
+#include "gnt_temp-folder.h"
 #include "tests/shared/throws.h"
 
 #include <QDir>

@@ -4,8 +4,8 @@
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzintproperty.h"
-#include "plugin/gnt_convert-figure.h"
-#include "shared/ks_daz-helpers.h"
+#include "gnt_convert-figure.h"
+#include "ks_daz-helpers.h"
 #include "tests/host/host_fixture.h"
 #include "tests/plugin/mini_scene.h"
 

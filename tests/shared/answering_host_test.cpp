@@ -3,10 +3,10 @@
 
 #include "tests/shared/answering_host.h"
 
+#include "ks_morph-loader.h"
+#include "ks_string.h"
+#include "ks_transfer-utility.h"
 #include "openhost/class_registry.h"
-#include "shared/ks_morph-loader.h"
-#include "shared/ks_string.h"
-#include "shared/ks_transfer-utility.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/stand_in.h"
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "dzappsettings.h"
-#include "shared/ks_app-setting.h"
-#include "shared/ks_string.h"
+#include "ks_app-setting.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 
 #include <type_traits>

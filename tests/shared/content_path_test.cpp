@@ -3,8 +3,8 @@
 
 #include "dzapp.h"
 #include "dzcontentmgr.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_path-resolver.h"
+#include "ks_daz-helpers.h"
+#include "ks_path-resolver.h"
 #include "tests/host/host_fixture.h"
 
 #include <QDir>

@@ -1,9 +1,9 @@
 // Trace lines in the host's log.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_debug.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_gui.h"
+#include "ks_debug.h"
+#include "ks_exception.h"
+#include "ks_gui.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/throws.h"
 

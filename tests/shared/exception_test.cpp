@@ -1,7 +1,7 @@
 // Errors as texts.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_exception.h"
+#include "ks_exception.h"
 
 #include <gtest/gtest.h>
 

@@ -4,8 +4,8 @@
 #include "dzcontentmgr.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_figure-height.h"
+#include "ks_daz-helpers.h"
+#include "ks_figure-height.h"
 #include "tests/host/host_fixture.h"
 #include "tests/plugin/mini_library.h"
 

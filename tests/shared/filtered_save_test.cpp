@@ -10,8 +10,8 @@
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
 #include "dzshape.h"
-#include "host/scene/option_table.h"
-#include "shared/ks_filtered-save.h"
+#include "ks_filtered-save.h"
+#include "scene/option_table.h"
 #include "tests/host/content_fixture.h"
 #include "tests/shared/throws.h"
 

@@ -1,9 +1,9 @@
 // Help texts, version texts and the manual.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_help.h"
-#include "shared/ks_manual.h"
-#include "shared/ks_string.h"
+#include "ks_help.h"
+#include "ks_manual.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 
 #include <QDir>

@@ -12,8 +12,8 @@
 #include "dzintproperty.h"
 #include "dzmorph.h"
 #include "dzobject.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_daz-managers.h"
+#include "ks_daz-helpers.h"
+#include "ks_daz-managers.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/throws.h"
 

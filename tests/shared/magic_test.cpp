@@ -1,8 +1,8 @@
 // Calling host objects by method name.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_morph-loader.h"
-#include "shared/ks_transfer-utility.h"
+#include "ks_morph-loader.h"
+#include "ks_transfer-utility.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/throws.h"
 

@@ -12,9 +12,9 @@
 #include "dzviewport.h"
 #include "dzviewportmgr.h"
 #include "dzviewtool.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_daz-managers.h"
-#include "shared/ks_path-resolver.h"
+#include "ks_daz-helpers.h"
+#include "ks_daz-managers.h"
+#include "ks_path-resolver.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/throws.h"
 

@@ -6,8 +6,8 @@
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
-#include "shared/ks_morphlist.h"
-#include "shared/ks_string.h"
+#include "ks_morphlist.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
-#include "shared/ks_morphlist.h"
+#include "ks_morphlist.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/throws.h"
 

@@ -1,7 +1,7 @@
 // Snapshots of the scene's labels.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_node-list.h"
+#include "ks_node-list.h"
 #include "tests/host/host_fixture.h"
 
 namespace {

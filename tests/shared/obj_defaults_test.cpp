@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "dzappsettings.h"
-#include "shared/ks_obj-settings.h"
+#include "ks_obj-settings.h"
 #include "tests/host/host_fixture.h"
 
 namespace {

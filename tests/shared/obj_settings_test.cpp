@@ -3,7 +3,7 @@
 
 #include "dzappsettings.h"
 #include "dzfileiosettings.h"
-#include "shared/ks_obj-settings.h"
+#include "ks_obj-settings.h"
 #include "tests/host/host_fixture.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 // What is asked of the operating system.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_os.h"
-#include "shared/ks_string.h"
+#include "ks_os.h"
+#include "ks_string.h"
 #include "tests/shared/throws.h"
 
 #include <gtest/gtest.h>

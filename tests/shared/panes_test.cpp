@@ -1,7 +1,7 @@
 // The host's panes as the library drives them.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_panes.h"
+#include "ks_panes.h"
 
 #include "dzasset.h"
 #include "dzcontentmgr.h"
@@ -9,7 +9,7 @@
 #include "dzmainwindow.h"
 #include "dzpane.h"
 #include "dzscript.h"
-#include "shared/ks_daz-managers.h"
+#include "ks_daz-managers.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/throws.h"
 

@@ -1,7 +1,7 @@
 // The progress of fixed steps.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_progress.h"
+#include "ks_progress.h"
 #include "tests/host/host_fixture.h"
 
 namespace {

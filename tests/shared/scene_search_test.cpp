@@ -7,8 +7,8 @@
 #include "dzfileiosettings.h"
 #include "dzfloatproperty.h"
 #include "dzobject.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_node-list.h"
+#include "ks_daz-helpers.h"
+#include "ks_node-list.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/throws.h"
 

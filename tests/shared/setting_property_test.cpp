@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "dzappsettings.h"
-#include "shared/ks_app-setting.h"
+#include "ks_app-setting.h"
 #include "tests/shared/text_generators.h"
 
 #include <gtest/gtest.h>

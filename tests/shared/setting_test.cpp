@@ -3,8 +3,8 @@
 
 #include "dzfloatproperty.h"
 #include "dzintproperty.h"
-#include "shared/ks_flag-set.h"
-#include "shared/ks_property-setting.h"
+#include "ks_flag-set.h"
+#include "ks_property-setting.h"
 
 #include <gtest/gtest.h>
 

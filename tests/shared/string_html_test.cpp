@@ -1,7 +1,7 @@
 // Markup for rich-text boxes.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Laws of the string functions.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 #include "tests/shared/text_generators.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // UTF-8 strings: conversion, splitting and joining, searching, quoting, identifiers.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 
 #include "tests/shared/throws.h"
 

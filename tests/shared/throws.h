@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "shared/ks_exception.h"
+#include "ks_exception.h"
 
 #include <string>
 

@@ -4,8 +4,8 @@
 #include "tests/stand_ins/noting_tools.h"
 
 #include "dzfigure.h"
-#include "shared/ks_morph-loader-script.h"
-#include "shared/ks_morph-loader.h"
+#include "ks_morph-loader-script.h"
+#include "ks_morph-loader.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/throws.h"
 

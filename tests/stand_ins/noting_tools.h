@@ -6,9 +6,9 @@
 #include "dzfileiosettings.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
-#include "host/tools/morph_loader.h"
-#include "host/tools/morph_loader_batch.h"
-#include "host/tools/transfer_utility.h"
+#include "tools/morph_loader.h"
+#include "tools/morph_loader_batch.h"
+#include "tools/transfer_utility.h"
 
 #include <string>
 #include <vector>

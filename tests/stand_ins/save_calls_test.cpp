@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "dznode.h"
-#include "host/scene/option_table.h"
 #include "host/ui/options_dialog.h"
-#include "shared/ks_filtered-save.h"
+#include "ks_filtered-save.h"
+#include "scene/option_table.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/throws.h"
 #include "tests/stand_ins/noting_saver.h"

@@ -1,7 +1,7 @@
 // The start-up check of the string functions, when one of these goes wrong.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 #include "tests/shared/throws.h"
 
 #include <gtest/gtest.h>

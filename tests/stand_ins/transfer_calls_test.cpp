@@ -3,7 +3,7 @@
 
 #include "tests/stand_ins/noting_tools.h"
 
-#include "plugin/gnt_convert-impl.h"
+#include "gnt_convert-impl.h"
 #include "tests/windows/success_dialog_scene.h"
 
 #include <dzfigure.h>

@@ -1,10 +1,10 @@
 // The message box with buttons, check boxes and widgets of one's own.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_dlg_action-box.h"
+#include "ks_dlg_action-box.h"
 
-#include "shared/ks_help.h"
-#include "shared/ks_string.h"
+#include "ks_help.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"

@@ -3,9 +3,9 @@
 
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
-#include "plugin/gnt_actions.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_exception.h"
+#include "gnt_actions.h"
+#include "ks_daz-helpers.h"
+#include "ks_exception.h"
 #include "tests/host/host_fixture.h"
 #include "tests/plugin/mini_scene.h"
 #include "tests/plugin/scripted_forms.h"

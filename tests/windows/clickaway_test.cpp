@@ -5,7 +5,7 @@
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzobject.h"
-#include "shared/ks_clickaway.h"
+#include "ks_clickaway.h"
 #include "tests/host/content_fixture.h"
 #include "tests/plugin/mini_library.h"
 

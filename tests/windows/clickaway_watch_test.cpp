@@ -1,9 +1,9 @@
 // How often the watcher of pop-ups looks, and which answer a conversion has it give.
 // SPDX-License-Identifier: MIT
 
+#include "gnt_convert-impl.h"
 #include "host/ui/load_windows.h"
-#include "plugin/gnt_convert-impl.h"
-#include "shared/ks_clickaway.h"
+#include "ks_clickaway.h"
 #include "tests/windows/success_dialog_scene.h"
 
 #include <QApplication>

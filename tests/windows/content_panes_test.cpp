@@ -1,9 +1,9 @@
 // The Content Library and Smart Content panes, by mouse and keys.
 // SPDX-License-Identifier: MIT
 
+#include "dson/gzip.h"
 #include "dzasset.h"
 #include "dzcontentmgr.h"
-#include "host/content/gzip.h"
 #include "host/ui/content_library_pane.h"
 #include "host/ui/pane_asset_list.h"
 #include "host/ui/pane_user_files.h"

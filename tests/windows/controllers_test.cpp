@@ -1,13 +1,13 @@
 // Widgets bound to settings.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_ctl_checkbox.h"
-#include "shared/ks_ctl_flag-set.h"
-#include "shared/ks_ctl_slider.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_gui_button.h"
-#include "shared/ks_property-setting.h"
-#include "shared/ks_string.h"
+#include "ks_ctl_checkbox.h"
+#include "ks_ctl_flag-set.h"
+#include "ks_ctl_slider.h"
+#include "ks_exception.h"
+#include "ks_gui_button.h"
+#include "ks_property-setting.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"

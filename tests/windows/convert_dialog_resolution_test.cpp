@@ -3,9 +3,9 @@
 
 #include "tests/windows/convert_dialog_scene.h"
 
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_daz-managers.h"
-#include "shared/ks_string.h"
+#include "ks_daz-helpers.h"
+#include "ks_daz-managers.h"
+#include "ks_string.h"
 #include "tests/windows/picture.h"
 
 #include <QGroupBox>

@@ -3,10 +3,10 @@
 
 #include "tests/windows/convert_dialog_scene.h"
 
-#include "plugin/gnt_convert-figure.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_property-setting.h"
-#include "shared/ks_timer.h"
+#include "gnt_convert-figure.h"
+#include "ks_daz-helpers.h"
+#include "ks_property-setting.h"
+#include "ks_timer.h"
 #include "tests/plugin/mini_scene.h"
 
 #include <QAbstractButton>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "plugin/gnt_dlg_convert.h"
+#include "gnt_dlg_convert.h"
 #include "tests/host/host_fixture.h"
 
 #include <QString>

@@ -3,12 +3,12 @@
 
 #include "tests/windows/convert_dialog_scene.h"
 
-#include "plugin/gnt_convert-figure.h"
-#include "plugin/gnt_dlg_success.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_figure-height.h"
-#include "shared/ks_property-setting.h"
-#include "shared/ks_string.h"
+#include "gnt_convert-figure.h"
+#include "gnt_dlg_success.h"
+#include "ks_daz-helpers.h"
+#include "ks_figure-height.h"
+#include "ks_property-setting.h"
+#include "ks_string.h"
 #include "tests/windows/modal_answer.h"
 
 #include <QApplication>

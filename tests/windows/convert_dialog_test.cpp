@@ -3,10 +3,10 @@
 
 #include "tests/windows/convert_dialog_scene.h"
 
-#include "plugin/gnt_convert-figure.h"
-#include "shared/ks_gui_button.h"
-#include "shared/ks_help.h"
-#include "shared/ks_string.h"
+#include "gnt_convert-figure.h"
+#include "ks_gui_button.h"
+#include "ks_help.h"
+#include "ks_string.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"
 

@@ -1,12 +1,12 @@
 // The boxes that tell of failures and successes, and the outermost handler.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_critical-box.h"
+#include "ks_critical-box.h"
 
-#include "shared/ks_exception.h"
-#include "shared/ks_gui_button.h"
-#include "shared/ks_manual.h"
-#include "shared/ks_string.h"
+#include "ks_exception.h"
+#include "ks_gui_button.h"
+#include "ks_manual.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"

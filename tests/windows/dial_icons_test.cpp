@@ -1,7 +1,7 @@
 // The pictures on the buttons beside a dial.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_gui_button.h"
+#include "ks_gui_button.h"
 #include "tests/windows/success_dialog_scene.h"
 
 #include <QImage>

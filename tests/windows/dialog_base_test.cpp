@@ -1,10 +1,10 @@
 // The base of every dialog.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_dlg_base.h"
+#include "ks_dlg_base.h"
 
-#include "shared/ks_help.h"
-#include "shared/ks_string.h"
+#include "ks_help.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/modal_answer.h"
 

@@ -1,10 +1,10 @@
 // The product's dialogs without a mouse, and with room for every text.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_convert-figure.h"
-#include "plugin/gnt_dlg_convert.h"
-#include "shared/ks_dlg_morph-path.h"
-#include "shared/ks_string.h"
+#include "gnt_convert-figure.h"
+#include "gnt_dlg_convert.h"
+#include "ks_dlg_morph-path.h"
+#include "ks_string.h"
 #include "tests/windows/dialog_room.h"
 #include "tests/windows/dialog_use_scene.h"
 #include "tests/windows/modal_answer.h"

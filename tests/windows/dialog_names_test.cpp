@@ -1,7 +1,7 @@
 // Names and paths that users type: what becomes of them in a whole conversion.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 #include "tests/plugin/mini_scene.h"
 #include "tests/windows/dialog_use_scene.h"
 #include "tests/windows/picture.h"

@@ -3,7 +3,7 @@
 
 #include "tests/windows/dialog_room.h"
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -1,7 +1,7 @@
 // Saving into places that do not take it: what is told, and that nothing is lost or left lying about.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 #include "tests/host/hostile_disk.h"
 #include "tests/windows/dialog_use_scene.h"
 #include "tests/windows/picture.h"

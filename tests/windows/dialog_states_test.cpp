@@ -1,8 +1,8 @@
 // The product's dialogs in each of their states: everything shows whole, and what cannot be used looks so.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_convert-figure.h"
-#include "shared/ks_daz-helpers.h"
+#include "gnt_convert-figure.h"
+#include "ks_daz-helpers.h"
 #include "tests/host/content_fixture.h"
 #include "tests/windows/convert_dialog_scene.h"
 #include "tests/windows/dialog_room.h"

@@ -3,9 +3,9 @@
 
 #include "tests/windows/dialog_use_scene.h"
 
-#include "plugin/gnt_actions.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_string.h"
+#include "gnt_actions.h"
+#include "ks_daz-helpers.h"
+#include "ks_string.h"
 #include "tests/plugin/mini_scene.h"
 #include "tests/windows/modal_answer.h"
 

@@ -1,9 +1,9 @@
 // A day's work with the product: several conversions, their dialogs open side by side.
 // SPDX-License-Identifier: MIT
 
-#include "plugin/gnt_dlg_convert.h"
-#include "shared/ks_daz-helpers.h"
-#include "shared/ks_string.h"
+#include "gnt_dlg_convert.h"
+#include "ks_daz-helpers.h"
+#include "ks_string.h"
 #include "tests/windows/dialog_use_scene.h"
 #include "tests/windows/modal_answer.h"
 

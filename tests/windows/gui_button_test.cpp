@@ -1,10 +1,10 @@
 // Buttons whose clicks run a callback.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_gui_button.h"
+#include "ks_gui_button.h"
 
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
+#include "ks_exception.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/modal_answer.h"
 

@@ -1,9 +1,9 @@
 // Style sheets, markup and pictures for widgets.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_gui_style.h"
+#include "ks_gui_style.h"
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 
 #include <QCheckBox>

@@ -1,11 +1,11 @@
 // Small helpers around widgets: connections, visibility, a question, the wait cursor.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_gui.h"
+#include "ks_gui.h"
 
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
-#include "shared/ks_wait-cursor.h"
+#include "ks_exception.h"
+#include "ks_string.h"
+#include "ks_wait-cursor.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/modal_answer.h"
 

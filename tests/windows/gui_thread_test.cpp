@@ -1,15 +1,15 @@
 // What belongs to the GUI thread, called from another one.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_clickaway.h"
-#include "shared/ks_critical-box.h"
-#include "shared/ks_daz-managers.h"
-#include "shared/ks_dlg_action-box.h"
-#include "shared/ks_dlg_timed-notice.h"
-#include "shared/ks_gui.h"
-#include "shared/ks_progress.h"
-#include "shared/ks_timer.h"
-#include "shared/ks_wait-cursor.h"
+#include "ks_clickaway.h"
+#include "ks_critical-box.h"
+#include "ks_daz-managers.h"
+#include "ks_dlg_action-box.h"
+#include "ks_dlg_timed-notice.h"
+#include "ks_gui.h"
+#include "ks_progress.h"
+#include "ks_timer.h"
+#include "ks_wait-cursor.h"
 #include "tests/host/host_fixture.h"
 
 #include <QHBoxLayout>

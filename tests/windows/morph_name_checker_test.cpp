@@ -1,9 +1,9 @@
 // Warning that a morph's name is taken.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_morph-name-checker.h"
+#include "ks_morph-name-checker.h"
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/throws.h"
 

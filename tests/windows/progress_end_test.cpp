@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "host/ui/progress_window.h"
-#include "shared/ks_progress.h"
+#include "ks_progress.h"
 #include "tests/host/host_fixture.h"
 
 #include <QApplication>

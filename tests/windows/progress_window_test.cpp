@@ -5,8 +5,8 @@
 
 #include "dzmainwindow.h"
 #include "dzprogress.h"
-#include "shared/ks_exception.h"
-#include "shared/ks_progress.h"
+#include "ks_exception.h"
+#include "ks_progress.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"

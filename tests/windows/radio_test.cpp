@@ -1,10 +1,10 @@
 // Radio groups, check boxes and checkable group boxes with callbacks.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_gui_check_radio.h"
+#include "ks_gui_check_radio.h"
 
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
+#include "ks_exception.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/modal_answer.h"
 

@@ -1,7 +1,7 @@
 // Saving from the success dialog.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 #include "tests/host/content_fixture.h"
 #include "tests/plugin/mini_scene.h"
 #include "tests/windows/modal_answer.h"

@@ -3,8 +3,8 @@
 
 #include "tests/windows/success_dialog_scene.h"
 
-#include "plugin/gnt_convert-figure.h"
-#include "shared/ks_string.h"
+#include "gnt_convert-figure.h"
+#include "ks_string.h"
 #include "tests/plugin/mini_scene.h"
 #include "tests/windows/modal_answer.h"
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "plugin/gnt_dlg_success.h"
+#include "gnt_dlg_success.h"
 #include "tests/host/host_fixture.h"
 
 #include <QPointer>

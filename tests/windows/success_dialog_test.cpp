@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "host/ui/parameters_pane.h"
-#include "shared/ks_string.h"
+#include "ks_string.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"
 #include "tests/windows/success_dialog_scene.h"

@@ -1,9 +1,9 @@
 // The notice that goes away by itself.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_dlg_timed-notice.h"
+#include "ks_dlg_timed-notice.h"
 
-#include "shared/ks_string.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/picture.h"
 

@@ -1,10 +1,10 @@
 // Delayed and repeated callbacks, and the sleep that keeps the windows alive.
 // SPDX-License-Identifier: MIT
 
-#include "shared/ks_timer.h"
+#include "ks_timer.h"
 
-#include "shared/ks_exception.h"
-#include "shared/ks_string.h"
+#include "ks_exception.h"
+#include "ks_string.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/modal_answer.h"
 

@@ -1,7 +1,7 @@
 // Writes the sample library, for the pictures of the manual.
 // SPDX-License-Identifier: MIT
 
-#include "content/sample_library.h"
+#include "sample_content/sample_library.h"
 
 #include <cstdio>
 #include <exception>

@@ -1,10 +1,10 @@
 // The manual's pages: title, contents and text.
 // SPDX-License-Identifier: MIT
 
-#include "docs/manual/maker/manual_pages.h"
+#include "manual_pages.h"
 
-#include "docs/manual/maker/manual_text.h"
-#include "docs/manual/maker/pdf_navigation.h"
+#include "manual_text.h"
+#include "pdf_navigation.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>

@@ -1,7 +1,7 @@
 // The manual's text as a formatted document.
 // SPDX-License-Identifier: MIT
 
-#include "docs/manual/maker/manual_text.h"
+#include "manual_text.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QFile>

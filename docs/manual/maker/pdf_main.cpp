@@ -1,7 +1,7 @@
 // Turns the manual's chapters into one PDF.
 // SPDX-License-Identifier: MIT
 
-#include "docs/manual/maker/manual_pages.h"
+#include "manual_pages.h"
 
 #include <QGuiApplication>
 #include <QStringList>

@@ -1,7 +1,7 @@
 // Bookmarks, links and the author's name in a PDF, which the toolkit's writer leaves out.
 // SPDX-License-Identifier: MIT
 
-#include "docs/manual/maker/pdf_navigation.h"
+#include "pdf_navigation.h"
 
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFWriter.hh>

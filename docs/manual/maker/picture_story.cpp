@@ -1,9 +1,9 @@
 // The conversion that the manual's pictures show.
 // SPDX-License-Identifier: MIT
 
-#include "docs/manual/maker/picture_story.h"
+#include "picture_story.h"
 
-#include "apps/desktop/desktop_options.h"
+#include "desktop_options.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "apps/desktop/desktop_window.h"
+#include "desktop_window.h"
 
 #include <QString>
 

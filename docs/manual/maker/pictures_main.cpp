@@ -1,8 +1,8 @@
 // Makes the manual's pictures of the real windows.
 // SPDX-License-Identifier: MIT
 
-#include "docs/manual/maker/picture_story.h"
 #include "openhost/openhost.h"
+#include "picture_story.h"
 
 #include <QDir>
 #include <QTemporaryDir>

@@ -4,7 +4,7 @@
 
 #pragma once
 
-#include "host/include/dzplugin.h"
+#include "../../../host/include/dzplugin.h"
 
 #ifdef MACROS_HAVE_SEMICOLONS
 #define END_OF_MACRO ;

@@ -1,0 +1,395 @@
+// DSON values as JSON, members in their documented order.
+// SPDX-License-Identifier: MIT
+
+#include "emit.h"
+
+#include "base/errors.h"
+#include "dson/uri.h"
+#include "uv.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <ctime>
+
+namespace dson {
+
+namespace {
+
+float Finite(double value, const char* what, std::size_t index)
+{
+    const auto single = static_cast<float>(value);
+    if (!std::isfinite(single))
+        throw base::FormatError("{} {} is not a finite number", what, index);
+    return single;
+}
+
+/// 3.0 as `3`: whole numbers are written without a fraction, as the format's own files have them.
+Json Number(double value)
+{
+    if (!std::isfinite(static_cast<float>(value)))
+        throw base::FormatError("a value of a channel or formula is not a finite number");
+    if (value == std::floor(value) && std::abs(value) < 1e9)
+        return static_cast<std::int64_t>(value);
+    return static_cast<float>(value);
+}
+
+Json List(Json values)
+{
+    const std::size_t count = values.size();
+    return Json{{"count", count}, {"values", std::move(values)}};
+}
+
+std::string Timestamp()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm utc{};
+    gmtime_r(&now, &utc);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
+    return text;
+}
+
+Json ChannelValue(const Channel& channel, double value)
+{
+    if (channel.type == "bool")
+        return value != 0.0;
+    if (channel.type == "string")
+        return channel.text;
+    return Number(value);
+}
+
+Json EmitChannel(const Channel& channel)
+{
+    Json json{{"id", channel.id}, {"type", channel.type}, {"name", channel.name}};
+    if (!channel.label.empty())
+        json["label"] = channel.label;
+    if (channel.type == "alias") {
+        json["visible"] = channel.visible;
+        json["target_channel"] = channel.targetChannel;
+        return json;
+    }
+    if (!channel.visible)
+        json["visible"] = false;
+    if (channel.locked)
+        json["locked"] = true;
+    if (channel.autoFollow)
+        json["auto_follow"] = true;
+    json["value"] = ChannelValue(channel, channel.value);
+    if (channel.currentValue)
+        json["current_value"] = ChannelValue(channel, *channel.currentValue);
+    if (channel.min)
+        json["min"] = Number(*channel.min);
+    if (channel.max)
+        json["max"] = Number(*channel.max);
+    if (channel.clamped)
+        json["clamped"] = true;
+    if (channel.displayAsPercent)
+        json["display_as_percent"] = true;
+    if (channel.type == "float" || channel.type == "int")
+        json["step_size"] = Number(channel.stepSize);
+    if (!channel.enumValues.empty())
+        json["enum_values"] = channel.enumValues;
+    return json;
+}
+
+Json EmitVector(const std::array<Channel, 3>& channels)
+{
+    Json json = Json::array();
+    for (const Channel& channel : channels)
+        json.push_back(EmitChannel(channel));
+    return json;
+}
+
+Json EmitRigVector(const std::array<double, 3>& values, const char* suffix)
+{
+    static const char* const axes[3] = {"x", "y", "z"};
+    static const char* const letters[3] = {"X", "Y", "Z"};
+    std::array<Channel, 3> channels;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        channels[axis].id = axes[axis];
+        channels[axis].name = std::string(letters[axis]) + suffix;
+        channels[axis].label = std::string(letters[axis]) + " " + suffix;
+        channels[axis].value = values[axis];
+        channels[axis].min = -10000.0;
+        channels[axis].max = 10000.0;
+        channels[axis].stepSize = 0.01;
+    }
+    return EmitVector(channels);
+}
+
+Json EmitPresentation(const std::string& type, const std::string& label)
+{
+    return Json{{"type", type},
+                {"label", label},
+                {"description", ""},
+                {"icon_large", ""},
+                {"colors", {{0.3529412f, 0.3529412f, 0.3529412f}, {1.0f, 1.0f, 1.0f}}}};
+}
+
+const char* OperationName(Operation::Kind kind)
+{
+    using Kind = Operation::Kind;
+    switch (kind) {
+    case Kind::PushUrl:
+    case Kind::PushValue:
+    case Kind::PushKnot:
+        return "push";
+    case Kind::Add:
+        return "add";
+    case Kind::Sub:
+        return "sub";
+    case Kind::Mult:
+        return "mult";
+    case Kind::Div:
+        return "div";
+    case Kind::Inv:
+        return "inv";
+    case Kind::Neg:
+        return "neg";
+    case Kind::SplineLinear:
+        return "spline_linear";
+    case Kind::SplineConstant:
+        return "spline_constant";
+    case Kind::SplineTcb:
+        return "spline_tcb";
+    }
+    return "push";
+}
+
+/// @param knotLength  numbers in a knot: in and out, and three more for splines with tension
+Json EmitOperation(const Operation& operation, std::size_t knotLength)
+{
+    Json json{{"op", OperationName(operation.kind)}};
+    if (operation.kind == Operation::Kind::PushUrl)
+        json["url"] = operation.url;
+    if (operation.kind == Operation::Kind::PushValue)
+        json["val"] = ExactNumber(operation.value);
+    if (operation.kind == Operation::Kind::PushKnot)
+        for (std::size_t i = 0; i < knotLength; ++i)
+            json["val"].push_back(ExactNumber(operation.knot[i]));
+    return json;
+}
+
+Json EmitNames(const std::vector<std::string>& names, const char* fallback)
+{
+    return List(names.empty() ? Json::array({fallback}) : Json(names));
+}
+
+Json EmitPolygons(const geometry::Topology& topology)
+{
+    Json rows = Json::array();
+    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
+        const auto corners = topology.face(f);
+        if (corners.size() > 4)
+            throw base::FormatError("face {} has {} corners; a figure's faces have three or four", f,
+                                    corners.size());
+        Json row = Json::array();
+        row.push_back(topology.faceGroups.empty() ? 0u : topology.faceGroups[f]);
+        row.push_back(topology.faceSurfaces.empty() ? 0u : topology.faceSurfaces[f]);
+        for (const std::uint32_t vertex : corners)
+            row.push_back(vertex);
+        rows.push_back(std::move(row));
+    }
+    return List(std::move(rows));
+}
+
+Json EmitPositions(const std::vector<geometry::Vec3f>& positions)
+{
+    Json rows = Json::array();
+    for (std::size_t v = 0; v < positions.size(); ++v)
+        rows.push_back({Finite(positions[v].x, "vertex", v), Finite(positions[v].y, "vertex", v),
+                        Finite(positions[v].z, "vertex", v)});
+    return List(std::move(rows));
+}
+
+/// The dials of the mesh's resolution.
+Json EmitResolutionChannels(int level)
+{
+    Channel view;
+    view.id = view.name = "SubDIALevel";
+    view.type = "int";
+    view.label = "View SubD Level";
+    view.value = level;
+    view.min = 0.0;
+    view.max = 5.0;
+    Channel render = view;
+    render.id = render.name = "SubDRenderLevel";
+    render.label = "Render SubD Level (Minimum)";
+    render.value = 2;
+    Json channels = Json::array();
+    for (const Channel& channel : {view, render})
+        channels.push_back({{"channel", EmitChannel(channel)}, {"group", "/General/Mesh Resolution"}});
+    return Json{
+        {"type", "studio_geometry_channels"}, {"version", "0.1.8"}, {"channels", std::move(channels)}};
+}
+
+} // namespace
+
+Json ExactNumber(double value)
+{
+    if (!std::isfinite(value))
+        throw base::FormatError("a value of a channel or formula is not a finite number");
+    char text[32];
+    const std::to_chars_result end = std::to_chars(text, text + sizeof text, value);
+    return Json::binary(std::vector<std::uint8_t>(text, end.ptr));
+}
+
+Json EmitFormulas(const std::vector<Formula>& formulas)
+{
+    Json list = Json::array();
+    for (const Formula& formula : formulas) {
+        Json json{{"output", formula.output}};
+        if (formula.stage == Formula::Stage::Multiply)
+            json["stage"] = "mult";
+        json["operations"] = Json::array();
+        const bool hasTension =
+            std::any_of(formula.operations.begin(), formula.operations.end(), [](const Operation& operation) {
+                return operation.kind == Operation::Kind::SplineTcb;
+            });
+        for (const Operation& operation : formula.operations)
+            json["operations"].push_back(EmitOperation(operation, hasTension ? 5 : 2));
+        list.push_back(std::move(json));
+    }
+    return list;
+}
+
+Json EmitWeights(const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights)
+{
+    if (vertices.size() != weights.size())
+        throw base::FormatError("weight map has {} vertices but {} weights", vertices.size(), weights.size());
+    Json rows = Json::array();
+    for (std::size_t i = 0; i < vertices.size(); ++i)
+        rows.push_back(Json::array({vertices[i], Finite(weights[i], "weight", i)}));
+    return List(std::move(rows));
+}
+
+Json EmitAssetInfo(const AssetInfo& info)
+{
+    return Json{{"id", EncodePath(info.id)},
+                {"type", info.type},
+                {"contributor", {{"author", info.author}, {"email", info.email}, {"website", info.website}}},
+                {"revision", info.revision},
+                {"modified", info.modified.empty() ? Timestamp() : info.modified}};
+}
+
+Json EmitFileHead(const AssetInfo& info)
+{
+    return Json{{"file_version", "0.6.0.0"}, {"asset_info", EmitAssetInfo(info)}};
+}
+
+Json EmitGeometry(const Geometry& geometry)
+{
+    const geometry::Topology& topology = *geometry.mesh.topology;
+    Json json{{"id", geometry.id},
+              {"name", geometry.name},
+              {"label", geometry.label.empty() ? geometry.name : geometry.label},
+              {"type", geometry.subdivisionSurface ? "subdivision_surface" : "polygon_mesh"},
+              {"edge_interpolation_mode", geometry.edgeInterpolation},
+              {"vertices", EmitPositions(geometry.mesh.positions)},
+              {"polygon_groups", EmitNames(topology.groupNames, "default")},
+              {"polygon_material_groups", EmitNames(topology.surfaceNames, "Default")},
+              {"polylist", EmitPolygons(topology)}};
+    if (!geometry.lines.empty())
+        json["polyline_list"] = EmitPolylines(geometry.lines);
+    if (!geometry.defaultUvSet.empty())
+        json["default_uv_set"] = geometry.defaultUvSet;
+    json["graft"] = Json::object();
+    json["extra"] = Json::array();
+    if (geometry.subdivisionSurface)
+        json["extra"].push_back(EmitResolutionChannels(geometry.subdivisionLevel));
+    return json;
+}
+
+Json EmitNode(const Node& node)
+{
+    Json json{{"id", node.id}, {"name", node.name}, {"type", node.type}, {"label", node.label}};
+    if (!node.parent.empty())
+        json["parent"] = "#" + EncodeFragment(node.parent);
+    json["rotation_order"] = node.rotationOrder;
+    json["inherits_scale"] = node.inheritsScale;
+    json["center_point"] = EmitRigVector(node.centerPoint, "Origin");
+    json["end_point"] = EmitRigVector(node.endPoint, "End");
+    json["orientation"] = EmitRigVector(node.orientation, "Orientation");
+    json["rotation"] = EmitVector(node.rotation);
+    json["translation"] = EmitVector(node.translation);
+    json["scale"] = EmitVector(node.scale);
+    json["general_scale"] = EmitChannel(node.generalScale);
+    if (!node.presentationType.empty())
+        json["presentation"] = EmitPresentation(node.presentationType, node.label);
+    if (!node.formulas.empty())
+        json["formulas"] = EmitFormulas(node.formulas);
+    return json;
+}
+
+Json EmitSkin(const SkinBinding& skin, const std::string& figureId, const std::string& geometryId,
+              const std::vector<std::pair<std::string, std::string>>& selectionMap)
+{
+    Json joints = Json::array(), mappings = Json::array();
+    for (const JointBinding& joint : skin.joints) {
+        joints.push_back({{"id", joint.node},
+                          {"node", "#" + EncodeFragment(joint.node)},
+                          {"node_weights", EmitWeights(joint.vertices, joint.weights)}});
+        if (selectionMap.empty())
+            mappings.push_back(Json::array({joint.node, joint.node}));
+    }
+    for (const auto& pair : selectionMap)
+        mappings.push_back(Json::array({pair.first, pair.second}));
+    // Without the settings the host loads the binding but does not deform by it.
+    const Json settings{
+        {"type", "skin_settings"},      {"auto_normalize_general", true},
+        {"auto_normalize_local", true}, {"auto_normalize_scale", true},
+        {"binding_mode", "General"},    {"general_map_mode", skin.dualQuaternion ? "DualQuat" : "Linear"},
+        {"scale_mode", "BindingMaps"}};
+    return Json{
+        {"id", skin.id},
+        {"name", skin.id},
+        {"parent", "#" + EncodeFragment(geometryId)},
+        {"skin",
+         {{"node", "#" + EncodeFragment(figureId)},
+          {"geometry", "#" + EncodeFragment(geometryId)},
+          {"vertex_count", skin.vertexCount},
+          {"joints", std::move(joints)},
+          {"selection_map", Json::array({Json{{"id", "Bones"}, {"mappings", std::move(mappings)}}})}}},
+        {"extra", Json::array({settings})}};
+}
+
+Json EmitModifier(const Modifier& modifier)
+{
+    Json json{{"id", modifier.id},
+              {"name", modifier.name},
+              {"parent", modifier.parent},
+              {"presentation", EmitPresentation(modifier.presentationType, "")},
+              {"channel", EmitChannel(modifier.channel)}};
+    if (!modifier.region.empty())
+        json["region"] = modifier.region;
+    json["group"] = modifier.group;
+    if (!modifier.formulas.empty())
+        json["formulas"] = EmitFormulas(modifier.formulas);
+    if (modifier.morph) {
+        const geometry::SparseDeltas& deltas = modifier.morph->deltas;
+        Json rows = Json::array();
+        for (std::size_t i = 0; i < deltas.size(); ++i) {
+            const geometry::Vec3f delta = deltas.deltas[i];
+            rows.push_back(Json::array({deltas.vertices[i], Finite(delta.x, "delta", i),
+                                        Finite(delta.y, "delta", i), Finite(delta.z, "delta", i)}));
+        }
+        json["morph"] =
+            Json{{"vertex_count", modifier.morph->vertexCount}, {"deltas", List(std::move(rows))}};
+        if (!modifier.morph->hdUrl.empty())
+            json["morph"]["hd_url"] = modifier.morph->hdUrl;
+    }
+    return json;
+}
+
+Json EmitDForm(const DFormAsset& dform)
+{
+    return Json{{"id", dform.name},
+                {"name", dform.name},
+                {"parent", "name://@selection:"},
+                {"dform",
+                 {{"influence_vertex_count", dform.vertexCount},
+                  {"influence_weights", EmitWeights(dform.vertices, dform.weights)}}}};
+}
+
+} // namespace dson

@@ -1,0 +1,142 @@
+// The text of a file from a content library, whatever its packaging.
+// SPDX-License-Identifier: MIT
+
+#include "dson/file_text.h"
+
+#include "base/errors.h"
+#include "gzip.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string_view>
+
+namespace dson {
+
+namespace {
+
+std::string ReadStored(const std::filesystem::path& file)
+{
+    std::error_code error;
+    if (std::filesystem::is_directory(file, error))
+        throw base::IoError("cannot read {}: it is a folder", file.string());
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen(file.c_str(), "rbe"),
+                                                                 std::fclose);
+    if (!stream)
+        throw base::IoError("cannot read {}: {}", file.string(), std::strerror(errno));
+    std::string bytes;
+    const auto size = std::filesystem::file_size(file, error);
+    if (!error && size <= maxTextSize)
+        bytes.reserve(size);
+    char buffer[1 << 16];
+    while (const std::size_t count = std::fread(buffer, 1, sizeof buffer, stream.get())) {
+        bytes.append(buffer, count);
+        if (bytes.size() > maxTextSize)
+            throw base::FormatError("{}: is larger than {} bytes", file.string(), maxTextSize);
+    }
+    if (std::ferror(stream.get()))
+        throw base::IoError("cannot read {}: {}", file.string(), std::strerror(errno));
+    return bytes;
+}
+
+void AppendUtf8(std::string& text, std::uint32_t code)
+{
+    if (code < 0x80) {
+        text += static_cast<char>(code);
+    } else if (code < 0x800) {
+        text += static_cast<char>(0xC0 | code >> 6);
+        text += static_cast<char>(0x80 | (code & 0x3F));
+    } else if (code < 0x10000) {
+        text += static_cast<char>(0xE0 | code >> 12);
+        text += static_cast<char>(0x80 | (code >> 6 & 0x3F));
+        text += static_cast<char>(0x80 | (code & 0x3F));
+    } else {
+        text += static_cast<char>(0xF0 | code >> 18);
+        text += static_cast<char>(0x80 | (code >> 12 & 0x3F));
+        text += static_cast<char>(0x80 | (code >> 6 & 0x3F));
+        text += static_cast<char>(0x80 | (code & 0x3F));
+    }
+}
+
+std::string FromUtf16(std::string_view bytes, bool bigEndian, const std::string& name)
+{
+    if (bytes.size() % 2 != 0)
+        throw base::FormatError("{}: the UTF-16 text is cut off", name);
+    const auto unit = [&](std::size_t at) -> std::uint32_t {
+        const auto first = static_cast<unsigned char>(bytes[at]),
+                   second = static_cast<unsigned char>(bytes[at + 1]);
+        return bigEndian ? first << 8 | second : second << 8 | first;
+    };
+    std::string text;
+    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+        std::uint32_t code = unit(at);
+        if (code >= 0xD800 && code < 0xDC00 && at + 3 < bytes.size()) {
+            const std::uint32_t low = unit(at + 2);
+            if (low >= 0xDC00 && low < 0xE000) {
+                code = 0x10000 + ((code - 0xD800) << 10) + (low - 0xDC00);
+                at += 2;
+            }
+        }
+        AppendUtf8(text, code >= 0xD800 && code < 0xE000 ? 0xFFFD : code);
+    }
+    return text;
+}
+
+bool StartsWith(const std::string& bytes, std::string_view prefix)
+{
+    return bytes.compare(0, prefix.size(), prefix) == 0;
+}
+
+} // namespace
+
+std::string ReadBytes(const std::filesystem::path& file)
+{
+    std::string bytes = ReadStored(file);
+    return IsGzip(bytes) ? Decompress(bytes, file.string(), maxTextSize) : bytes;
+}
+
+std::string ReadText(const std::filesystem::path& file)
+{
+    std::string bytes = ReadBytes(file);
+    if (StartsWith(bytes, "\xEF\xBB\xBF"))
+        return bytes.substr(3);
+    // A JSON text starts with an ASCII character, so a zero byte beside it tells UTF-16 without a mark.
+    const bool littleEndian =
+        StartsWith(bytes, "\xFF\xFE") || (bytes.size() > 1 && bytes[0] != 0 && bytes[1] == 0);
+    const bool bigEndian =
+        StartsWith(bytes, "\xFE\xFF") || (bytes.size() > 1 && bytes[0] == 0 && bytes[1] == '{');
+    if (!littleEndian && !bigEndian)
+        return bytes;
+    const bool hasMark = StartsWith(bytes, "\xFF\xFE") || StartsWith(bytes, "\xFE\xFF");
+    return FromUtf16(std::string_view(bytes).substr(hasMark ? 2 : 0), bigEndian, file.string());
+}
+
+std::string WithoutTrailingCommas(const std::string& json)
+{
+    std::string result;
+    result.reserve(json.size());
+    bool inString = false;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        const char c = json[i];
+        if (inString) {
+            result += c;
+            if (c == '\\' && i + 1 < json.size())
+                result += json[++i];
+            else if (c == '"')
+                inString = false;
+            continue;
+        }
+        if (c == ',') {
+            const std::size_t next = json.find_first_not_of(" \t\r\n", i + 1);
+            if (next != std::string::npos && (json[next] == ']' || json[next] == '}'))
+                continue;
+        }
+        inString = c == '"';
+        result += c;
+    }
+    return result;
+}
+
+} // namespace dson

@@ -1,0 +1,145 @@
+// Whole-file gzip.
+// SPDX-License-Identifier: MIT
+
+#include "gzip.h"
+
+#include "base/errors.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include <zlib.h>
+
+namespace dson {
+
+namespace {
+
+/// zlib counts in 32 bits; larger inputs are handed over in pieces.
+constexpr std::size_t maxPiece = std::size_t{1} << 30;
+
+/// Ends a zlib stream when the scope ends.
+struct StreamGuard {
+    z_stream& stream;
+    int (*end)(z_stream*);
+    ~StreamGuard() { end(&stream); }
+};
+
+/// Length of the gzip header, or 0 when it is not complete.
+std::size_t HeaderLength(std::string_view bytes)
+{
+    enum Flag { HeaderCrc = 2, Extra = 4, Name = 8, Comment = 16 };
+    if (bytes.size() < 10 || bytes[2] != 8)
+        return 0;
+    const auto flags = static_cast<unsigned char>(bytes[3]);
+    std::size_t length = 10;
+    if (flags & Extra) {
+        if (bytes.size() < length + 2)
+            return 0;
+        length += 2 + static_cast<unsigned char>(bytes[length]) +
+                  256u * static_cast<unsigned char>(bytes[length + 1]);
+    }
+    for (const int textFlag : {static_cast<int>(Name), static_cast<int>(Comment)}) {
+        if (!(flags & textFlag))
+            continue;
+        const std::size_t end = length < bytes.size() ? bytes.find('\0', length) : std::string_view::npos;
+        if (end == std::string_view::npos)
+            return 0;
+        length = end + 1;
+    }
+    if (flags & HeaderCrc)
+        length += 2;
+    return length < bytes.size() ? length : 0;
+}
+
+std::uint32_t LittleEndian(std::string_view bytes)
+{
+    std::uint32_t value = 0;
+    for (int i = 3; i >= 0; --i)
+        value = value << 8 | static_cast<unsigned char>(bytes[static_cast<std::size_t>(i)]);
+    return value;
+}
+
+void CheckTrailer(std::string_view trailer, const std::string& text, const std::string& name)
+{
+    if (trailer.size() < 8)
+        throw base::FormatError("{}: the compressed data is cut off", name);
+    const std::uint32_t crc = LittleEndian(trailer);
+    const std::uint32_t length = LittleEndian(trailer.substr(4));
+    if (crc == 0 && length == 0)
+        return;
+    uLong actual = ::crc32(0, nullptr, 0);
+    for (std::size_t at = 0; at < text.size(); at += maxPiece)
+        actual = ::crc32(actual, reinterpret_cast<const Bytef*>(text.data() + at),
+                         static_cast<uInt>(std::min(maxPiece, text.size() - at)));
+    if (crc != actual || length != static_cast<std::uint32_t>(text.size()))
+        throw base::FormatError("{}: the compressed data is damaged", name);
+}
+
+} // namespace
+
+bool IsGzip(std::string_view bytes)
+{
+    return bytes.size() >= 2 && bytes[0] == '\x1f' && bytes[1] == '\x8b';
+}
+
+std::string Compress(std::string_view text)
+{
+    z_stream stream{};
+    constexpr int gzipWindow = 15 + 16, level = 6, memory = 8;
+    if (deflateInit2(&stream, level, Z_DEFLATED, gzipWindow, memory, Z_DEFAULT_STRATEGY) != Z_OK)
+        throw base::Error("cannot set up compression");
+    const StreamGuard guard{stream, deflateEnd};
+    std::string result;
+    char buffer[1 << 16];
+    std::size_t at = 0;
+    int state = Z_OK;
+    while (state != Z_STREAM_END) {
+        const std::size_t piece = std::min(maxPiece, text.size() - at);
+        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data() + at));
+        stream.avail_in = static_cast<uInt>(piece);
+        at += piece;
+        do {
+            stream.next_out = reinterpret_cast<Bytef*>(buffer);
+            stream.avail_out = sizeof buffer;
+            state = deflate(&stream, at == text.size() ? Z_FINISH : Z_NO_FLUSH);
+            result.append(buffer, sizeof buffer - stream.avail_out);
+        } while (stream.avail_out == 0);
+    }
+    return result;
+}
+
+std::string Decompress(std::string_view bytes, const std::string& name, std::size_t limit)
+{
+    const std::size_t header = HeaderLength(bytes);
+    if (header == 0)
+        throw base::FormatError("{}: the compressed data is cut off", name);
+    z_stream stream{};
+    if (inflateInit2(&stream, -15) != Z_OK)
+        throw base::Error("cannot set up decompression");
+    const StreamGuard guard{stream, inflateEnd};
+    std::string text;
+    std::size_t at = header;
+    int state = Z_OK;
+    while (state != Z_STREAM_END) {
+        const std::size_t piece = std::min(maxPiece, bytes.size() - at);
+        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data() + at));
+        stream.avail_in = static_cast<uInt>(piece);
+        char buffer[1 << 16];
+        stream.next_out = reinterpret_cast<Bytef*>(buffer);
+        stream.avail_out = sizeof buffer;
+        state = inflate(&stream, Z_NO_FLUSH);
+        at += piece - stream.avail_in;
+        if (state == Z_BUF_ERROR || (state == Z_OK && at == bytes.size() && stream.avail_out != 0))
+            throw base::FormatError("{}: the compressed data is cut off", name);
+        if (state != Z_OK && state != Z_STREAM_END)
+            throw base::FormatError("{}: the compressed data is damaged", name);
+        text.append(buffer, sizeof buffer - stream.avail_out);
+        if (text.size() > limit)
+            throw base::FormatError("{}: expands to more than {} bytes", name, limit);
+    }
+    CheckTrailer(bytes.substr(at), text, name);
+    return text;
+}
+
+} // namespace dson

@@ -1,0 +1,24 @@
+// Whole-file gzip.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace dson {
+
+/// True when the bytes begin as a gzip member does.
+bool IsGzip(std::string_view bytes);
+
+std::string Compress(std::string_view text);
+
+/// Expands one gzip member. An all-zero trailer is accepted, since shipped files have it; any other that does
+/// not match the data is refused.
+/// @param name   stands for the data in error messages, usually the file name
+/// @param limit  the most bytes that it may expand to
+/// @throws base::FormatError  truncated, damaged or larger than the limit
+std::string Decompress(std::string_view bytes, const std::string& name, std::size_t limit);
+
+} // namespace dson

@@ -1,0 +1,27 @@
+// The companion file of a morph that holds its detail for subdivided meshes.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/multires_detail.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace dson {
+
+/// What the bytes of a .dhdm file say: little-endian, per level the edits of each cage face, each with the
+/// path from the face's corner down to a vertex.
+/// @param cage  of the figure; its faces must be those that the file counts
+/// @param name  stands for the data in error messages
+/// @throws base::FormatError  damaged, cut off, or for a mesh with other faces
+geometry::MultiresDetail DecodeDhdm(std::string_view bytes, const geometry::Topology& cage,
+                                    const std::string& name);
+
+/// @param leftOut  how many displacements the file cannot hold: a path leads to the first four corners of a
+///                 face only
+std::string EncodeDhdm(const geometry::MultiresDetail& detail, const geometry::Topology& cage,
+                       std::size_t* leftOut);
+
+} // namespace dson

@@ -1,0 +1,29 @@
+// The text of a file from a content library, whatever its packaging.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+
+namespace dson {
+
+/// A gzip may expand to this many bytes at most; ten times the largest files known.
+constexpr std::size_t maxTextSize = std::size_t{1} << 30;
+
+/// The bytes of a file, expanded if they are a gzip.
+/// @throws base::IoError      the file cannot be read
+/// @throws base::FormatError  the compressed data is cut off, damaged or too large
+std::string ReadBytes(const std::filesystem::path& file);
+
+/// Reads a file whole, expands gzip, drops a byte-order mark and turns UTF-16 into UTF-8.
+/// @throws base::IoError      the file cannot be read
+/// @throws base::FormatError  the compressed data is cut off, damaged or too large, or the text is UTF-16
+/// cut off
+std::string ReadText(const std::filesystem::path& file);
+
+/// The text with commas before ']' and '}' taken out: hand-edited files have them.
+std::string WithoutTrailingCommas(const std::string& json);
+
+} // namespace dson

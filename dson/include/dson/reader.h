@@ -1,0 +1,115 @@
+// Reading DSON files.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/asset.h"
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace dson {
+
+/// A channel value that an instance sets, by the channel's id within its member ("rotation/x",
+/// "general_scale").
+using ChannelValues = std::map<std::string, double>;
+
+/// What an instance says of a channel besides its value; what is not set stays as the definition has it.
+struct ChannelChange {
+    std::string label;
+    std::optional<double> min, max;
+    std::optional<bool> clamped, visible, locked;
+};
+
+struct GeometryInstance {
+    std::string id, url, name, label;
+    std::optional<int> subdivisionLevel;
+    ChannelValues channels; ///< of the resolution settings, by channel id
+};
+
+struct NodeInstance {
+    std::string id, url, name, label;
+    std::string parent;   ///< "#id" of the parent instance, or a selection URI; empty for a root
+    bool inPlace = false; ///< the place in the world is to be kept when the parent is set
+    std::string conformTarget;
+    std::string rotationOrder;                    ///< empty for the definition's
+    std::optional<bool> inheritsScale;            ///< none for the definition's
+    ChannelValues channels;                       ///< "translation/x" ... "general_scale"
+    std::map<std::string, ChannelChange> changes; ///< by the same ids
+    ChannelValues properties;                     ///< of further channels, by property name
+    std::vector<std::string> favorites;           ///< names of properties, also of the node's geometry
+    std::vector<Formula> formulas;
+    std::vector<GeometryInstance> geometries;
+};
+
+struct ModifierInstance {
+    std::string id, url, parent, name;
+    std::string group;           ///< where its dial is shown; empty where the definition says it
+    std::optional<double> value; ///< of the channel
+    ChannelChange change;
+    std::vector<Formula> formulas;
+};
+
+/// A preset's entry: a property's URI and its value at time 0.
+struct AnimatedValue {
+    std::string url;
+    double value = 0.0;
+};
+
+/// Influence weights found anywhere in the file.
+struct InfluenceMap {
+    std::string owner;             ///< name or label of the modifier or node that holds it
+    bool isDForm = false;          ///< it stood in a "dform" member
+    std::int64_t vertexCount = -1; ///< -1 for unchecked
+    std::vector<std::uint32_t> vertices;
+    std::vector<float> weights;
+};
+
+/// A skin binding and what it binds.
+struct SkinDefinition {
+    SkinBinding binding;
+    std::string node, geometry;                                    ///< ids
+    std::vector<std::pair<std::string, std::string>> selectionMap; ///< face groups and the nodes they select
+};
+
+/// A file's content, as far as figures and their shapes need it.
+struct Document {
+    std::filesystem::path file;
+    AssetInfo info;
+    std::vector<Geometry> geometries;
+    std::vector<Node> nodes;
+    std::vector<Modifier> modifiers;
+    std::vector<SkinDefinition> skins;
+    std::vector<InfluenceMap> influenceMaps;
+
+    std::vector<NodeInstance> nodeInstances;
+    std::vector<ModifierInstance> modifierInstances;
+    std::vector<AnimatedValue> animations;
+
+    std::vector<std::string> leftOut;  ///< what else there is, such as "3 materials"
+    std::vector<std::string> warnings; ///< one phrase each, for the log
+    bool hasDeltas = true;             ///< morphs came with their displacements
+};
+
+/// An entry of Document::leftOut.
+std::string Counted(std::size_t count, const char* one, const char* many);
+
+struct ReadOptions {
+    bool deltas = true; ///< off: morphs come without their displacements, which are read later by ReadDeltas
+};
+
+/// Reads a plain or compressed file. Lenient where shipped files are (counts, commas, encodings): such things
+/// become warnings. Face, delta and weight indices are checked here.
+/// @throws base::IoError      the file cannot be read
+/// @throws base::FormatError  the file is no DSON: names the file and what is wrong
+Document ReadDocument(const std::filesystem::path& file, const ReadOptions& options = {});
+
+/// The displacements of one morph of a file, by id or name.
+/// @throws as ReadDocument, and base::FormatError when the file has no such morph
+geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::string& modifier);
+
+} // namespace dson

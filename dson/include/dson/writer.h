@@ -1,0 +1,41 @@
+// Writing DSON files.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/asset.h"
+#include "dson/uri.h"
+
+#include <filesystem>
+#include <string_view>
+
+namespace dson {
+
+struct WriteOptions {
+    bool compress = false; ///< gzip the whole file
+};
+
+/// Writes a file below a content directory, in members' documented order, floats shortest that read back bit
+/// for bit. Folders are made; the file is written beside its place and renamed into it.
+/// @param contentDirectory  the folder that holds data/, People/, ...
+/// @return the path written: contentDirectory followed by info.id, which is decoded text
+/// @throws base::IoError      a folder or file cannot be written
+/// @throws base::FormatError  info.id leaves the content directory, or a value is not finite
+std::filesystem::path WriteFigure(const FigureAsset& figure, const std::filesystem::path& contentDirectory,
+                                  const WriteOptions& options = {});
+/// A file that is there already keeps what it holds beyond what is written here, such as `extra` and
+/// formulas.
+/// @param detail  bytes of the companion file, which is written beside, under the same name with the ending
+///                .dhdm, and named in the morph; none when empty. Neither file changes if one cannot be
+///                written.
+std::filesystem::path WriteMorph(const AssetInfo& info, const Modifier& modifier,
+                                 const std::filesystem::path& contentDirectory,
+                                 const WriteOptions& options = {}, std::string_view detail = {});
+/// @param figure  the figure that the character instantiates: every bone is listed as an instance
+std::filesystem::path WriteCharacter(const CharacterAsset& character, const FigureAsset& figure,
+                                     const std::filesystem::path& contentDirectory,
+                                     const WriteOptions& options = {});
+std::filesystem::path WriteDForm(const DFormAsset& dform, const std::filesystem::path& contentDirectory,
+                                 const WriteOptions& options = {});
+
+} // namespace dson

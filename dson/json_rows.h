@@ -1,0 +1,35 @@
+// Rows of numbers in JSON.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "json_view.h"
+
+#include <cmath>
+#include <cstddef>
+
+namespace dson {
+
+/// Numbers of a row, at most as many as there is room for; returns how many the row has.
+inline std::size_t ReadRow(const Element& row, double* numbers, std::size_t room)
+{
+    std::size_t count = 0;
+    if (!row.is_array())
+        return 0;
+    for (const Element item : Items(row)) {
+        if (count < room)
+            numbers[count] = AsNumber(item).value_or(NAN);
+        ++count;
+    }
+    return count;
+}
+
+/// Above every index that 32 bits hold.
+inline constexpr double unlimited = 4294967295.0;
+
+inline bool IsIndex(double number, double limit)
+{
+    return number >= 0.0 && number < limit && number == std::floor(number);
+}
+
+} // namespace dson

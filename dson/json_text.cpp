@@ -1,0 +1,100 @@
+// JSON as DSON files write it: members in the order they were added, floats in single precision.
+// SPDX-License-Identifier: MIT
+
+#include "json_text.h"
+
+#include <algorithm>
+
+namespace dson {
+
+namespace {
+
+std::string Dump(const Json& json)
+{
+    // A name that is not UTF-8 keeps its readable part rather than spoiling the file.
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+bool IsRow(const Json& json)
+{
+    return std::all_of(json.begin(), json.end(),
+                       [](const Json& item) { return item.is_primitive() && !item.is_binary(); });
+}
+
+void Append(std::string& text, const Json& json, int indent);
+
+void AppendItems(std::string& text, const Json& json, int indent)
+{
+    const std::string margin(static_cast<std::size_t>(indent + 1), '\t');
+    bool first = true;
+    for (auto item = json.begin(); item != json.end(); ++item) {
+        text += first ? "\n" : ",\n";
+        first = false;
+        text += margin;
+        if (json.is_object())
+            text += Dump(Json(item.key())) + " : ";
+        Append(text, *item, indent + 1);
+    }
+    text += '\n';
+    text.append(static_cast<std::size_t>(indent), '\t');
+}
+
+void Append(std::string& text, const Json& json, int indent)
+{
+    if (json.is_object() && !json.empty()) {
+        text += '{';
+        AppendItems(text, json, indent);
+        text += '}';
+    } else if (json.is_array() && !IsRow(json)) {
+        text += '[';
+        AppendItems(text, json, indent);
+        text += ']';
+    } else if (json.is_binary()) {
+        text.append(json.get_binary().begin(), json.get_binary().end());
+    } else {
+        text += Dump(json);
+    }
+}
+
+} // namespace
+
+std::size_t LineOfError(const std::string& text)
+{
+    /// Listens to nothing but the place of the error.
+    struct Finder : nlohmann::json_sax<Json> {
+        bool null() override { return true; }
+        bool boolean(bool) override { return true; }
+        bool number_integer(std::int64_t) override { return true; }
+        bool number_unsigned(std::uint64_t) override { return true; }
+        bool number_float(float, const std::string&) override { return true; }
+        bool string(std::string&) override { return true; }
+        bool binary(Json::binary_t&) override { return true; }
+        bool start_object(std::size_t) override { return true; }
+        bool key(std::string&) override { return true; }
+        bool end_object() override { return true; }
+        bool start_array(std::size_t) override { return true; }
+        bool end_array() override { return true; }
+        bool parse_error(std::size_t at, const std::string&, const nlohmann::detail::exception&) override
+        {
+            position = at;
+            return false;
+        }
+        std::size_t position = 0;
+    };
+    Finder finder;
+    if (Json::sax_parse(text, &finder))
+        return 0;
+    const std::size_t end = std::min(finder.position, text.size());
+    return 1 + static_cast<std::size_t>(
+                   std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end), '\n'));
+}
+
+std::string ToText(const Json& json)
+{
+    std::string text;
+    Append(text, json, 0);
+    text += '\n';
+    return text;
+}
+
+} // namespace dson

@@ -1,0 +1,220 @@
+// Turning the members of a DSON file into values: the large numeric lists.
+// SPDX-License-Identifier: MIT
+
+#include "base/errors.h"
+#include "dson/uri.h"
+#include "json_rows.h"
+#include "parts.h"
+#include "uv.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include <fmt/format.h>
+
+namespace dson {
+
+namespace {
+
+using base::FormatError;
+using geometry::Vec3f;
+
+std::vector<Vec3f> ParsePositions(const Element& json, const ParseContext& context)
+{
+    std::vector<Vec3f> positions;
+    ForEachValue(json, "vertices", [&](const Element& row) {
+        double p[3];
+        if (ReadRow(row, p, 3) != 3 || !std::isfinite(p[0]) || !std::isfinite(p[1]) || !std::isfinite(p[2]))
+            throw base::FormatError("{}: vertex {} is not three numbers", context.name, positions.size());
+        positions.push_back({static_cast<float>(p[0]), static_cast<float>(p[1]), static_cast<float>(p[2])});
+    });
+    return positions;
+}
+
+std::vector<std::string> ParseNames(const Element& json, std::string_view key)
+{
+    std::vector<std::string> names;
+    ForEachValue(json, key, [&](const Element& item) {
+        names.emplace_back(item.is_string() ? item.get_string().value_unsafe() : std::string_view());
+    });
+    return names;
+}
+
+void ParseFaces(const Element& json, geometry::Topology& topology, const ParseContext& context)
+{
+    ForEachValue(json, "polylist", [&](const Element& row) {
+        double n[6];
+        const std::size_t count = ReadRow(row, n, 6);
+        const std::size_t face = topology.faceCount();
+        if (count != 5 && count != 6)
+            throw base::FormatError("{}: face {} has {} numbers instead of five or six", context.name, face,
+                                    count);
+        std::uint32_t corners[4];
+        for (std::size_t c = 2; c < count; ++c) {
+            if (!IsIndex(n[c], topology.vertexCount))
+                throw base::FormatError("{}: face {} names vertex {} but only {} are defined", context.name,
+                                        face, n[c], topology.vertexCount);
+            corners[c - 2] = static_cast<std::uint32_t>(n[c]);
+        }
+        if (!IsIndex(n[0], static_cast<double>(topology.groupNames.size())) ||
+            !IsIndex(n[1], static_cast<double>(topology.surfaceNames.size())))
+            throw base::FormatError("{}: face {} names a group or surface that is not defined", context.name,
+                                    face);
+        topology.addFace({corners, count - 2});
+        topology.faceGroups.push_back(static_cast<std::uint32_t>(n[0]));
+        topology.faceSurfaces.push_back(static_cast<std::uint32_t>(n[1]));
+    });
+}
+
+std::optional<double> ResolutionLevel(const Element& json)
+{
+    std::optional<double> level;
+    ForEach(json, "extra", [&](const Element& extra) {
+        ForEach(extra, "channels", [&](const Element& entry) {
+            const auto channel = Find(entry, "channel");
+            if (channel && Text(*channel, "id") == "SubDIALevel")
+                level = Number(*channel, "value");
+        });
+    });
+    return level;
+}
+
+JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, const ParseContext& context)
+{
+    JointBinding joint;
+    joint.node = ParseUri(Text(json, "node")).id;
+    if (joint.node.empty())
+        joint.node = Text(json, "id");
+    // A skin that does not say for how many vertices it is, is checked against the mesh that it binds.
+    const double limit = vertexCount > 0 ? vertexCount : unlimited;
+    ForEachValue(json, "node_weights", [&](const Element& row) {
+        double pair[2];
+        if (ReadRow(row, pair, 2) != 2 || !IsIndex(pair[0], limit) || !std::isfinite(pair[1]))
+            throw base::FormatError("{}: weight {} of joint {} is out of range", context.name,
+                                    joint.vertices.size(), joint.node);
+        joint.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
+        joint.weights.push_back(static_cast<float>(std::clamp(pair[1], 0.0, 1.0)));
+    });
+    return joint;
+}
+
+void ReadSelectionMap(const Element& skin, SkinDefinition& definition)
+{
+    ForEach(skin, "selection_map", [&](const Element& map) {
+        ForEach(map, "mappings", [&](const Element& pair) {
+            std::string names[2];
+            std::size_t count = 0;
+            if (pair.is_array())
+                for (const Element item : Items(pair))
+                    if (count < 2 && item.is_string())
+                        names[count++] = std::string(item.get_string().value_unsafe());
+            if (count == 2)
+                definition.selectionMap.emplace_back(names[0], names[1]);
+        });
+    });
+}
+
+/// Ascending vertices, each once, the last of equal ones kept.
+void SortDeltas(geometry::SparseDeltas& deltas, ParseContext& context)
+{
+    const auto disorder =
+        std::adjacent_find(deltas.vertices.begin(), deltas.vertices.end(), std::greater_equal<>());
+    if (disorder == deltas.vertices.end())
+        return;
+    std::vector<std::size_t> order(deltas.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return deltas.vertices[a] < deltas.vertices[b]; });
+    geometry::SparseDeltas sorted;
+    for (const std::size_t i : order) {
+        if (!sorted.empty() && sorted.vertices.back() == deltas.vertices[i]) {
+            sorted.deltas.back() = deltas.deltas[i];
+            continue;
+        }
+        sorted.vertices.push_back(deltas.vertices[i]);
+        sorted.deltas.push_back(deltas.deltas[i]);
+    }
+    if (sorted.size() != deltas.size())
+        context.warnings.push_back(
+            fmt::format("{}: {} deltas are given twice", context.name, deltas.size() - sorted.size()));
+    deltas = std::move(sorted);
+}
+
+} // namespace
+
+Geometry ParseGeometry(const Element& json, ParseContext& context)
+{
+    Geometry geometry;
+    geometry.id = Text(json, "id");
+    geometry.name = Text(json, "name", geometry.id);
+    geometry.label = Text(json, "label", geometry.name);
+    geometry.subdivisionSurface = Text(json, "type", "polygon_mesh") == "subdivision_surface";
+    geometry.edgeInterpolation = Text(json, "edge_interpolation_mode", "no_interpolation");
+    geometry.defaultUvSet = Text(json, "default_uv_set");
+    geometry.subdivisionLevel = static_cast<int>(
+        std::clamp(ResolutionLevel(json).value_or(1.0), 0.0, double{finestSubdivisionLevel}));
+    geometry.mesh.positions = ParsePositions(json, context);
+    auto topology = std::make_shared<geometry::Topology>();
+    topology->vertexCount = static_cast<std::uint32_t>(geometry.mesh.positions.size());
+    topology->groupNames = ParseNames(json, "polygon_groups");
+    topology->surfaceNames = ParseNames(json, "polygon_material_groups");
+    ParseFaces(json, *topology, context);
+    geometry.mesh.topology = std::move(topology);
+    geometry.lines = ParsePolylines(json, geometry.mesh.topology->vertexCount, context);
+    return geometry;
+}
+
+SkinDefinition ParseSkin(const Element& modifier, ParseContext& context)
+{
+    SkinDefinition definition;
+    definition.binding.id = Text(modifier, "id", "SkinBinding");
+    const auto skin = Find(modifier, "skin");
+    if (!skin)
+        return definition;
+    definition.node = ParseUri(Text(*skin, "node")).id;
+    definition.geometry = ParseUri(Text(*skin, "geometry")).id;
+    definition.binding.vertexCount =
+        static_cast<std::uint32_t>(std::max<std::int64_t>(Count(*skin, "vertex_count", 0), 0));
+    std::size_t perAxis = 0;
+    ForEach(*skin, "joints", [&](const Element& joint) {
+        definition.binding.joints.push_back(ParseJoint(joint, definition.binding.vertexCount, context));
+        perAxis += !Find(joint, "node_weights") && Find(joint, "local_weights");
+    });
+    if (perAxis > 0)
+        context.warnings.push_back(fmt::format(
+            "{}: {} joints have weights for each axis alone, which move nothing", context.name, perAxis));
+    ForEach(modifier, "extra", [&](const Element& extra) {
+        if (Text(extra, "type") == "skin_settings")
+            definition.binding.dualQuaternion = Text(extra, "general_map_mode", "DualQuat") != "Linear";
+    });
+    ReadSelectionMap(*skin, definition);
+    return definition;
+}
+
+geometry::SparseDeltas ParseDeltas(const Element& morph, ParseContext& context)
+{
+    geometry::SparseDeltas result;
+    const std::int64_t vertexCount = Count(morph, "vertex_count", -1);
+    const double limit = vertexCount > 0 ? static_cast<double>(vertexCount) : unlimited;
+    std::size_t dropped = 0;
+    ForEachValue(morph, "deltas", [&](const Element& row) {
+        double n[4];
+        const bool isGood = ReadRow(row, n, 4) == 4 && IsIndex(n[0], limit) && std::isfinite(n[1]) &&
+                            std::isfinite(n[2]) && std::isfinite(n[3]);
+        if (!isGood) {
+            ++dropped;
+            return;
+        }
+        result.vertices.push_back(static_cast<std::uint32_t>(n[0]));
+        result.deltas.push_back(
+            {static_cast<float>(n[1]), static_cast<float>(n[2]), static_cast<float>(n[3])});
+    });
+    if (dropped > 0)
+        context.warnings.push_back(fmt::format(
+            "{}: {} deltas name no vertex or are no numbers and are left out", context.name, dropped));
+    SortDeltas(result, context);
+    return result;
+}
+
+} // namespace dson

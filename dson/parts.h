@@ -1,0 +1,40 @@
+// Turning the members of a DSON file into values.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/reader.h"
+#include "json_view.h"
+
+namespace dson {
+
+/// Levels above it are read as this one.
+constexpr int finestSubdivisionLevel = 10;
+
+/// What the parsing of one file hands around.
+struct ParseContext {
+    std::string name; ///< of the file, for messages
+    ReadOptions options;
+    std::vector<std::string>& warnings;
+};
+
+AssetInfo ParseAssetInfo(const Element& json);
+Channel ParseChannel(const Element& json);
+std::vector<Formula> ParseFormulas(const Element& owner, ParseContext& context);
+
+/// @throws base::FormatError  a face names a vertex, group or surface that is not there
+Geometry ParseGeometry(const Element& json, ParseContext& context);
+Node ParseNode(const Element& json, ParseContext& context);
+Modifier ParseModifier(const Element& json, ParseContext& context);
+SkinDefinition ParseSkin(const Element& modifier, ParseContext& context);
+geometry::SparseDeltas ParseDeltas(const Element& morph, ParseContext& context);
+
+NodeInstance ParseNodeInstance(const Element& json, ParseContext& context);
+ModifierInstance ParseModifierInstance(const Element& json, ParseContext& context);
+/// Nothing for an entry that holds no number.
+std::optional<AnimatedValue> ParseAnimation(const Element& json);
+
+/// Every weight map called `influence_weights`, wherever in the file it stands.
+std::vector<InfluenceMap> CollectInfluenceMaps(const Element& root);
+
+} // namespace dson

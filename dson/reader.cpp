@@ -1,0 +1,220 @@
+// Reading DSON files.
+// SPDX-License-Identifier: MIT
+
+#include "dson/reader.h"
+
+#include "base/errors.h"
+#include "dson/file_text.h"
+#include "dson/uri.h"
+#include "json_text.h"
+#include "parts.h"
+#include "uv.h"
+
+#include <charconv>
+#include <unordered_set>
+
+#include <fmt/format.h>
+
+namespace dson {
+
+namespace {
+
+/// A parsed file; the elements live as long as the parser.
+class ParsedFile {
+public:
+    explicit ParsedFile(const std::filesystem::path& file) : _name(file.string())
+    {
+        const std::string text = ReadText(file);
+        simdjson::error_code error = _parser.parse(text).get(_root);
+        if (error) {
+            error = _parser.parse(WithoutTrailingCommas(text)).get(_root);
+            if (!error)
+                _warnings.push_back(_name + ": has commas before closing brackets");
+        }
+        if (error == simdjson::DEPTH_ERROR)
+            throw base::FormatError("{}: is nested too deeply", _name);
+        if (error)
+            throwInvalid(text);
+        if (!_root.is_object())
+            throw base::FormatError("{}: is not a DSON file", _name);
+    }
+
+    const std::string& name() const { return _name; }
+    const Element& root() const { return _root; }
+    std::vector<std::string>& warnings() { return _warnings; }
+
+private:
+    [[noreturn]] void throwInvalid(const std::string& text) const
+    {
+        if (text.find_first_not_of(" \t\r\n") == std::string::npos)
+            throw base::FormatError("{}: is empty", _name);
+        // The fast parser does not say where; numbers that no double holds pass the other one.
+        const std::size_t line = LineOfError(text);
+        if (line == 0)
+            throw base::FormatError("{}: is not valid JSON", _name);
+        throw base::FormatError("{}: line {} is not valid JSON", _name, line);
+    }
+
+    std::string _name;
+    simdjson::dom::parser _parser;
+    Element _root;
+    std::vector<std::string> _warnings;
+};
+
+void CheckVersion(const ParsedFile& file, std::vector<std::string>& warnings)
+{
+    const std::string version = Text(file.root(), "file_version");
+    if (version.empty())
+        throw base::FormatError("{}: is not a DSON file: it has no file_version", file.name());
+    int major = 0;
+    std::from_chars(version.data(), version.data() + version.size(), major);
+    if (major >= 1)
+        warnings.push_back(file.name() + ": has the newer format version " + version);
+}
+
+/// Those that geometries of the same file name; nobody needs the others.
+void ReadUvSets(const Element& root, Document& document, ParseContext& context)
+{
+    for (Geometry& geometry : document.geometries) {
+        const Uri wanted = ParseUri(geometry.defaultUvSet);
+        if (wanted.id.empty() || !wanted.path.empty())
+            continue;
+        ForEach(root, "uv_set_library", [&](const Element& json) {
+            if (Text(json, "id") == wanted.id)
+                geometry.texCoords = CornersOf(ParseUvSet(json, context), *geometry.mesh.topology, context);
+        });
+    }
+}
+
+void ReadLibraries(const Element& root, Document& document, ParseContext& context)
+{
+    ForEach(root, "geometry_library",
+            [&](const Element& json) { document.geometries.push_back(ParseGeometry(json, context)); });
+    ReadUvSets(root, document, context);
+    ForEach(root, "node_library",
+            [&](const Element& json) { document.nodes.push_back(ParseNode(json, context)); });
+    ForEach(root, "modifier_library", [&](const Element& json) {
+        if (Find(json, "skin"))
+            document.skins.push_back(ParseSkin(json, context));
+        else if (!Find(json, "legacy_skin"))
+            document.modifiers.push_back(ParseModifier(json, context));
+    });
+}
+
+/// Counts the ids of one library that an earlier part has already.
+template <class Parts>
+void CountRepeated(const Parts& parts, std::size_t& count, std::string& example)
+{
+    std::unordered_set<std::string> ids;
+    for (const auto& part : parts)
+        if (!part.id.empty() && !ids.insert(part.id).second) {
+            if (count++ == 0)
+                example = part.id;
+        }
+}
+
+void CheckIds(const Document& document, ParseContext& context)
+{
+    std::size_t count = 0;
+    std::string example;
+    CountRepeated(document.geometries, count, example);
+    CountRepeated(document.nodes, count, example);
+    CountRepeated(document.modifiers, count, example);
+    CountRepeated(document.nodeInstances, count, example);
+    if (count > 0)
+        context.warnings.push_back(
+            fmt::format("{}: {} ids are given more than once, such as {}; the first counts", context.name,
+                        count, example));
+}
+
+std::size_t CountItems(const Element& owner, std::string_view key)
+{
+    std::size_t count = 0;
+    ForEach(owner, key, [&](const Element&) { ++count; });
+    return count;
+}
+
+/// Parts that have no bearing on shapes and poses.
+void NoteLeftOut(const Element& scene, Document& document)
+{
+    if (const std::size_t count = CountItems(scene, "materials"))
+        document.leftOut.push_back(Counted(count, "material", "materials"));
+    if (const std::size_t count = CountItems(scene, "uvs"))
+        document.leftOut.push_back(Counted(count, "UV set", "UV sets"));
+    std::size_t scripts = 0;
+    ForEach(scene, "extra", [&](const Element& extra) {
+        scripts +=
+            Text(extra, "type").find("post_load") != std::string::npos || Find(extra, "PostLoadAddons");
+    });
+    if (scripts > 0)
+        document.leftOut.push_back("what is to be run or added after loading");
+}
+
+void ReadScene(const Element& scene, Document& document, ParseContext& context)
+{
+    ForEach(scene, "nodes",
+            [&](const Element& json) { document.nodeInstances.push_back(ParseNodeInstance(json, context)); });
+    ForEach(scene, "modifiers", [&](const Element& json) {
+        document.modifierInstances.push_back(ParseModifierInstance(json, context));
+    });
+    std::size_t strange = 0;
+    ForEach(scene, "animations", [&](const Element& json) {
+        if (auto animation = ParseAnimation(json))
+            document.animations.push_back(std::move(*animation));
+        else
+            ++strange;
+    });
+    NoteLeftOut(scene, document);
+    if (strange > 0)
+        document.leftOut.push_back(Counted(strange, "value that is no number", "values that are no numbers"));
+}
+
+} // namespace
+
+std::string Counted(std::size_t count, const char* one, const char* many)
+{
+    return fmt::format("{} {}", count, count == 1 ? one : many);
+}
+
+Document ReadDocument(const std::filesystem::path& file, const ReadOptions& options)
+{
+    ParsedFile parsed(file);
+    Document document;
+    document.file = file;
+    document.hasDeltas = options.deltas;
+    ParseContext context{parsed.name(), options, parsed.warnings()};
+    CheckVersion(parsed, context.warnings);
+    if (const auto info = Find(parsed.root(), "asset_info"))
+        document.info = ParseAssetInfo(*info);
+    ReadLibraries(parsed.root(), document, context);
+    if (const auto scene = Find(parsed.root(), "scene"))
+        ReadScene(*scene, document, context);
+    CheckIds(document, context);
+    document.influenceMaps = CollectInfluenceMaps(parsed.root());
+    document.warnings = std::move(parsed.warnings());
+    return document;
+}
+
+geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::string& modifier)
+{
+    ParsedFile parsed(file);
+    ParseContext context{parsed.name(), {}, parsed.warnings()};
+    std::optional<Element> found, only;
+    std::size_t count = 0;
+    ForEach(parsed.root(), "modifier_library", [&](const Element& json) {
+        const auto morph = Find(json, "morph");
+        if (!morph)
+            return;
+        ++count;
+        only = morph;
+        if (!found && (Text(json, "id") == modifier || Text(json, "name") == modifier))
+            found = morph;
+    });
+    if (!found && count == 1)
+        found = only;
+    if (!found)
+        throw base::FormatError("{}: has no morph {}", parsed.name(), modifier);
+    return ParseDeltas(*found, context);
+}
+
+} // namespace dson

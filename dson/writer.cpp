@@ -1,0 +1,174 @@
+// Writing DSON files.
+// SPDX-License-Identifier: MIT
+
+#include "dson/writer.h"
+
+#include "base/atomic_file.h"
+#include "base/errors.h"
+#include "emit.h"
+#include "gzip.h"
+#include "rewrite.h"
+
+#include <optional>
+#include <set>
+
+namespace dson {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path FilePath(const AssetInfo& info, const fs::path& contentDirectory)
+{
+    if (info.id.empty() || info.id.front() != '/' || LeavesFolder(info.id))
+        throw base::FormatError("{} is no path within a content directory", info.id);
+    return contentDirectory / info.id.substr(1);
+}
+
+void MakeFolderOf(const fs::path& file)
+{
+    std::error_code error;
+    fs::create_directories(file.parent_path(), error);
+    if (error)
+        throw base::IoError("cannot create folder {}: {}", file.parent_path().string(), error.message());
+}
+
+/// @param companion  put in place together with the file; null for none
+fs::path WriteFile(const AssetInfo& info, const Json& json, const fs::path& contentDirectory,
+                   const WriteOptions& options, base::AtomicFile* companion = nullptr)
+{
+    const fs::path file = FilePath(info, contentDirectory);
+    MakeFolderOf(file);
+    const std::string text = ToText(json);
+    base::AtomicFile target(file);
+    target.write(options.compress ? Compress(text) : text);
+    if (companion)
+        companion->commit();
+    target.commit();
+    return file;
+}
+
+/// Hands out ids that are unique within one file's scene.
+class InstanceIds {
+public:
+    std::string take(const std::string& wanted)
+    {
+        std::string id = wanted;
+        for (int n = 1; !_taken.insert(id).second; ++n)
+            id = wanted + "-" + std::to_string(n);
+        return id;
+    }
+
+private:
+    std::set<std::string> _taken;
+};
+
+std::string Reference(const std::string& id)
+{
+    return "#" + EncodeFragment(id);
+}
+
+Json EmitNodeInstances(const CharacterAsset& character, const FigureAsset& figure,
+                       const std::string& geometryId)
+{
+    const std::string& path = figure.info.id;
+    Json nodes = Json::array();
+    for (const Node& node : figure.nodes) {
+        const bool isRoot = &node == &figure.root();
+        Json json{{"id", node.id},
+                  {"url", MakeUri(path, node.id)},
+                  {"name", node.name},
+                  {"label", isRoot ? character.label : node.label}};
+        if (!isRoot)
+            json["parent"] = Reference(node.parent);
+        else
+            json["geometries"] = Json::array(
+                {Json{{"id", geometryId},
+                      {"url", MakeUri(path, figure.geometry.id)},
+                      {"name", figure.geometry.name},
+                      {"label", figure.geometry.label},
+                      {"type", figure.geometry.subdivisionSurface ? "subdivision_surface" : "polygon_mesh"},
+                      {"current_subdivision_level", figure.geometry.subdivisionLevel},
+                      {"edge_interpolation_mode", figure.geometry.edgeInterpolation}}});
+        nodes.push_back(std::move(json));
+    }
+    return nodes;
+}
+
+Json EmitModifierInstances(const CharacterAsset& character, const FigureAsset& figure,
+                           const std::string& geometryId, InstanceIds& ids)
+{
+    Json modifiers = Json::array();
+    modifiers.push_back({{"id", ids.take(figure.skin.id + "-1")},
+                         {"url", MakeUri(figure.info.id, figure.skin.id)},
+                         {"parent", Reference(geometryId)}});
+    for (const DialValue& dial : character.dials)
+        modifiers.push_back({{"id", ids.take(dial.name)},
+                             {"url", dial.modifierUri},
+                             {"parent", Reference(geometryId)},
+                             {"channel",
+                              {{"id", "value"},
+                               {"type", "float"},
+                               {"name", "Value"},
+                               {"label", dial.label.empty() ? dial.name : dial.label},
+                               {"current_value", static_cast<float>(dial.value)}}}});
+    return modifiers;
+}
+
+} // namespace
+
+fs::path WriteFigure(const FigureAsset& figure, const fs::path& contentDirectory, const WriteOptions& options)
+{
+    Json json = EmitFileHead(figure.info);
+    json["geometry_library"] = Json::array({EmitGeometry(figure.geometry)});
+    json["node_library"] = Json::array();
+    for (const Node& node : figure.nodes)
+        json["node_library"].push_back(EmitNode(node));
+    json["modifier_library"] = Json::array({EmitSkin(figure.skin, figure.root().id, figure.geometry.id)});
+    return WriteFile(figure.info, json, contentDirectory, options);
+}
+
+fs::path WriteMorph(const AssetInfo& info, const Modifier& modifier, const fs::path& contentDirectory,
+                    const WriteOptions& options, std::string_view detail)
+{
+    Json json = EmitFileHead(info);
+    json["modifier_library"] = Json::array({EmitModifier(modifier)});
+    const fs::path companion = FilePath(info, contentDirectory).replace_extension(".dhdm");
+    std::optional<base::AtomicFile> detailFile;
+    if (!detail.empty()) {
+        json["modifier_library"][0]["morph"]["hd_url"] =
+            EncodePath(fs::path(info.id).replace_extension(".dhdm").generic_string());
+        MakeFolderOf(companion);
+        detailFile.emplace(companion).write(detail);
+    }
+    // The instance's id must differ from the library's in the same file.
+    json["scene"] =
+        Json{{"modifiers", Json::array({Json{{"id", modifier.id + "-1"}, {"url", Reference(modifier.id)}}})}};
+    json = KeepUnknown(std::move(json), FilePath(info, contentDirectory));
+    return WriteFile(info, json, contentDirectory, options, detailFile ? &*detailFile : nullptr);
+}
+
+fs::path WriteCharacter(const CharacterAsset& character, const FigureAsset& figure,
+                        const fs::path& contentDirectory, const WriteOptions& options)
+{
+    InstanceIds ids;
+    for (const Node& node : figure.nodes)
+        ids.take(node.id);
+    const std::string geometryId = ids.take(figure.geometry.id);
+    Json json = EmitFileHead(character.info);
+    json["scene"] = Json{{"nodes", EmitNodeInstances(character, figure, geometryId)},
+                         {"modifiers", EmitModifierInstances(character, figure, geometryId, ids)}};
+    return WriteFile(character.info, json, contentDirectory, options);
+}
+
+fs::path WriteDForm(const DFormAsset& dform, const fs::path& contentDirectory, const WriteOptions& options)
+{
+    Json json = EmitFileHead(dform.info);
+    json["modifier_library"] = Json::array({EmitDForm(dform)});
+    json["scene"] = Json{{"modifiers", Json::array({Json{{"id", dform.name + "-1"},
+                                                         {"url", Reference(dform.name)},
+                                                         {"parent", "name://@selection:"}}})}};
+    return WriteFile(dform.info, json, contentDirectory, options);
+}
+
+} // namespace dson

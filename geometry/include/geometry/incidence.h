@@ -1,0 +1,30 @@
+// Which faces and vertices meet at each vertex, as flat arrays.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/polygon_mesh.h"
+
+#include <vector>
+
+namespace geometry {
+
+/// Lists of indices, one a row, in one array.
+struct IndexLists {
+    std::vector<std::uint32_t> offsets{0}; ///< rows + 1
+    std::vector<std::uint32_t> indices;
+
+    std::size_t size() const { return offsets.size() - 1; }
+    base::Span<const std::uint32_t> operator[](std::size_t row) const
+    {
+        return {indices.data() + offsets[row], offsets[row + 1] - offsets[row]};
+    }
+};
+
+/// The faces around each vertex, ascending.
+IndexLists VertexFaces(const Topology& topology);
+
+/// The vertices that share a face's edge with each vertex, ascending, each once.
+IndexLists VertexNeighbours(const Topology& topology);
+
+} // namespace geometry

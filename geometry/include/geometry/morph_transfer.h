@@ -1,0 +1,59 @@
+// Carrying morphs from one mesh to another that lies close to it.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/polygon_mesh.h"
+
+#include <memory>
+#include <vector>
+
+namespace geometry {
+
+struct MatchOptions {
+    float maxDistanceInEdges = 3.0f; ///< in mean edge lengths near the vertex, not in cm
+    float maxAngleDegrees = 75.0f;   ///< between the two normals
+};
+
+/// What a match found, for reports.
+struct MatchStatistics {
+    std::size_t matched = 0; ///< target vertices with a place of their own on the source
+    std::size_t filled = 0;  ///< target vertices that take their values from their neighbours
+};
+
+/// Where each target vertex lies on the source's surface, and how the rest is filled in. Linear in the values
+/// that are carried: build once per pair, apply to any number of morphs or weights.
+class SurfaceMap {
+public:
+    ~SurfaceMap();
+    SurfaceMap(SurfaceMap&&) noexcept;
+    SurfaceMap& operator=(SurfaceMap&&) noexcept;
+
+    std::size_t sourceVertexCount() const;
+    std::size_t targetVertexCount() const;
+    const MatchStatistics& statistics() const;
+    /// The source face each target vertex lies nearest to (for groups); UINT32_MAX where filled in.
+    base::Span<const std::uint32_t> sourceFaces() const;
+
+    /// @param values  one per source vertex; cm for deltas
+    /// @return        one per target vertex
+    /// @throws TopologyError  the number of values is not the source's vertex count
+    std::vector<Vec3f> transfer(base::Span<const Vec3f> values) const;
+    std::vector<float> transfer(base::Span<const float> values) const;
+
+private:
+    struct Impl;
+    explicit SurfaceMap(std::unique_ptr<Impl> impl);
+    std::unique_ptr<Impl> _impl;
+    friend SurfaceMap MatchSurfaces(const PolygonMeshView&, const PolygonMeshView&, const MatchOptions&);
+};
+
+/// Finds where each target vertex lies on the source's neutral surface: closest point with compatible
+/// normals, seen from where a smooth field of offsets, fitted to all matches at once, carries the vertex;
+/// far, turned-away or inconsistent matches are dropped and filled by a bi-Laplacian extension over the
+/// target's surface, across disconnected pieces from what is near.
+/// @throws TopologyError  a mesh has no faces or holds a position that is not finite
+SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMeshView& targetNeutral,
+                         const MatchOptions& options = {});
+
+} // namespace geometry

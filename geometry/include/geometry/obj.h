@@ -1,0 +1,104 @@
+// Wavefront OBJ text: reading and writing polygon meshes.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/polygon_mesh.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace geometry {
+
+/// One coordinate of the file: which of our axes (0 X, 1 Y, 2 Z) it holds, and whether negated.
+struct ObjAxis {
+    int axis = 0;
+    bool invert = false;
+};
+
+/// How file coordinates and ours correspond; the same for reading and writing, so a round trip is the
+/// identity.
+struct ObjSpace {
+    ObjAxis first{0, false}, second{1, false}, third{2, false}; ///< each axis is used once
+    double centimetresPerUnit = 1.0; ///< OBJ carries no unit; reading multiplies by it, writing divides
+};
+
+struct ObjReadOptions {
+    ObjSpace space;
+    bool readFaces = true;     ///< `f` records
+    bool readLines = true;     ///< `l` records
+    bool readTexCoords = true; ///< `vt` records
+    bool readGroups = true;    ///< `g` records, kept as face groups
+    bool readSurfaces = true;  ///< `usemtl` records, kept as surfaces
+};
+
+/// Texture coordinates, one index a corner; empty without.
+struct TexCoords {
+    struct Uv {
+        float u = 0.0f, v = 0.0f;
+    };
+    std::vector<Uv> coordinates;
+    std::vector<std::uint32_t>
+        cornerIndices; ///< one per corner of the topology; empty when any corner has none
+};
+
+/// What an OBJ file holds.
+struct ObjContent {
+    PolygonMesh mesh;
+    TexCoords texCoords;
+    std::vector<std::vector<std::uint32_t>> lines; ///< `l` records, vertex indices from 0
+    std::vector<std::string> materialLibraries;    ///< `mtllib` records
+};
+
+/// Reads one polygon mesh from OBJ text.
+///
+/// Positions come back in centimetres, Y up. Vertex i is the file's (i + 1)th `v` record, also when no face
+/// uses it: a morph read from the file relies on the figure's own numbering. Faces keep corner count and
+/// winding. Relative (negative) indices are resolved; records of other kinds are skipped. Large texts are
+/// read in parallel.
+///
+/// @param name  stands for the text in error messages, usually the file name
+/// @throws base::FormatError  a record cannot be understood; the text names the file and the line
+ObjContent ParseObj(std::string_view text, const ObjReadOptions& options, const std::string& name);
+
+/// As ParseObj, from a file.
+/// @throws base::IoError  the file cannot be opened or read
+ObjContent ReadObj(const std::filesystem::path& file, const ObjReadOptions& options = {});
+
+enum class ObjGrouping { None, Geometry, Surfaces, Single };
+
+/// One mesh to write; several may stand in one file, numbered on.
+struct ObjPart {
+    PolygonMeshView mesh;
+    const TexCoords* texCoords = nullptr;
+    std::string name;                ///< for `o` records and as the single group's or node's name
+    base::Span<const Vec3f> normals; ///< one per vertex, or empty
+    base::Span<const std::vector<std::uint32_t>> lines; ///< vertex indices of each polyline, at least two
+};
+
+struct ObjWriteOptions {
+    ObjSpace space;
+    int decimals = 6; ///< after the decimal point, 0 to 17
+    bool writeFaces = true;
+    bool writeLines = true;
+    bool writeTexCoords = true;
+    bool writeNormals = false;
+    bool writeObjects = false; ///< `o` records
+    ObjGrouping grouping = ObjGrouping::Geometry;
+    bool writeSurfaces = true;   ///< `usemtl` records
+    bool triangulate = false;    ///< faces with more than four corners only
+    std::string materialLibrary; ///< `mtllib` record; empty for none
+};
+
+/// The text of an OBJ file. Parallel over large meshes; decimal point '.', lines end in '\n'.
+std::string FormatObj(base::Span<const ObjPart> parts, const ObjWriteOptions& options = {});
+
+/// Writes FormatObj beside the target and renames it into place, so that a failure leaves no half-written
+/// file.
+/// @throws base::IoError  the file cannot be written; the text names it and the reason
+void WriteObj(const std::filesystem::path& file, base::Span<const ObjPart> parts,
+              const ObjWriteOptions& options = {});
+
+} // namespace geometry

@@ -1,0 +1,60 @@
+// Shaded pictures of meshes, traced with Embree; no display needed.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/picture_camera.h"
+#include "geometry/polygon_mesh.h"
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace geometry {
+
+enum class View { Front, Side, Back, ThreeQuarter, Face };
+
+/// "front", "side", "back", "three-quarter", "face"; nothing for any other text.
+std::optional<View> ParseView(std::string_view text);
+
+struct Picture {
+    int width = 0, height = 0;
+    std::vector<std::uint8_t> rgb; ///< three bytes a pixel, top row first
+};
+
+struct PictureItem {
+    PolygonMeshView mesh;
+    std::array<float, 3> color{0.80f, 0.66f, 0.58f}; ///< linear RGB, 0..1
+};
+
+struct PictureOptions {
+    View view = View::Front;
+    int width = 900, height = 1200;      ///< pixels, 1 to 16384
+    int samplesPerAxis = 2;              ///< antialiasing: this many squared a pixel
+    std::optional<Box3f> frame;          ///< what to fit into the picture; the items' own box without it
+    std::optional<PictureCamera> camera; ///< instead of view and frame
+};
+
+/// @throws Error  a side (pixels) is not within 1 to 16384
+void CheckPictureSize(int width, int height);
+
+/// Shades with smooth normals, a key, a fill and a rim light and ambient occlusion on a plain background.
+/// An empty mesh gives the background alone.
+/// @throws Error  a size out of range
+Picture Render(base::Span<const PictureItem> items, const PictureOptions& options = {});
+
+/// Side by side, the tallest deciding the height.
+Picture Join(base::Span<const Picture> pictures);
+
+/// The bytes of a PNG file.
+/// @throws Error  the picture is empty or cannot be encoded
+std::vector<std::uint8_t> EncodePng(const Picture& picture);
+
+/// Writes PNG beside the target and renames it into place.
+/// @throws base::IoError  the file cannot be written
+void WritePng(const std::filesystem::path& file, const Picture& picture);
+
+} // namespace geometry

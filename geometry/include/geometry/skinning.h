@@ -1,0 +1,75 @@
+// Joint-centred skinning, linear and dual-quaternion, and its inverse.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "base/span.h"
+#include "geometry/transform.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace geometry {
+
+/// One joint's rest placement and present pose. Joints stand parents before children.
+struct Joint {
+    int parent = -1;                                       ///< index, -1 for the root
+    Eigen::Vector3d center = Eigen::Vector3d::Zero();      ///< cm, figure space, absolute
+    Eigen::Vector3d orientation = Eigen::Vector3d::Zero(); ///< degrees, always in order XYZ
+    RotationOrder order = RotationOrder::XYZ;
+    Eigen::Vector3d rotation = Eigen::Vector3d::Zero();    ///< degrees
+    Eigen::Vector3d translation = Eigen::Vector3d::Zero(); ///< cm
+    Eigen::Vector3d scale = Eigen::Vector3d::Ones();       ///< per axis, general scale already multiplied in
+    bool inheritsScale = true;
+};
+
+/// Where a joint's pose puts things: x -> linear * (x - center) + origin for a rest point x.
+struct JointPose {
+    Eigen::Matrix3d linear = Eigen::Matrix3d::Identity(); ///< rotation times scale
+    Eigen::Quaterniond rotation = Eigen::Quaterniond::Identity();
+    Eigen::Vector3d center = Eigen::Vector3d::Zero();      ///< the joint's own centre, cm
+    Eigen::Vector3d origin = Eigen::Vector3d::Zero();      ///< where the centre goes, cm
+    Eigen::Matrix3d stretch = Eigen::Matrix3d::Identity(); ///< the accumulated scale alone
+    Eigen::Vector3d restOrigin = Eigen::Vector3d::Zero();  ///< where scaling alone puts the centre, cm
+
+    Eigen::Vector3d apply(const Eigen::Vector3d& x) const { return linear * (x - center) + origin; }
+};
+
+/// World poses of all joints, following the DSON node transform: rotation O*R*inverse(O) chained down the
+/// tree, translation turned and scaled by the parent, scale passed on where inherited.
+std::vector<JointPose> EvaluateSkeleton(base::Span<const Joint> joints);
+
+/// Sparse weights of each vertex, by vertex. Rows are normalised to sum 1; a vertex with an empty row stays
+/// put.
+struct SkinWeights {
+    std::vector<std::uint32_t> offsets{0}; ///< vertexCount + 1
+    std::vector<std::uint32_t> joints;     ///< joint index
+    std::vector<float> weights;
+
+    std::size_t vertexCount() const { return offsets.size() - 1; }
+};
+
+/// One (vertex, weight) list a joint, as files hold them; normalises.
+/// @throws TopologyError  a vertex index is out of range
+struct JointWeights {
+    std::vector<std::uint32_t> vertices;
+    std::vector<float> weights;
+};
+SkinWeights MakeSkinWeights(std::size_t vertexCount, base::Span<const JointWeights> perJoint);
+
+enum class SkinMode { Linear, DualQuaternion };
+
+/// Moves rest positions by the blended poses. Dual quaternions: Kavan et al., "Geometric skinning with
+/// approximate dual quaternion blending", 2008, after a linear blend of the joints' scales; signs follow the
+/// largest weight.
+/// @param rest  cm, one per vertex of the weights
+/// @throws TopologyError  rest and weights differ in length, or a joint index is out of range
+std::vector<Vec3f> Skin(base::Span<const Vec3f> rest, const SkinWeights& weights,
+                        base::Span<const JointPose> poses, SkinMode mode);
+
+/// The inverse: rest positions which Skin would move onto the given ones. Exact, since the blended map of a
+/// vertex depends on its weights only. A vertex whose blended map is singular keeps its posed position.
+std::vector<Vec3f> Unskin(base::Span<const Vec3f> posed, const SkinWeights& weights,
+                          base::Span<const JointPose> poses, SkinMode mode);
+
+} // namespace geometry

@@ -1,0 +1,55 @@
+// Catmull-Clark subdivision through OpenSubdiv.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "geometry/polygon_mesh.h"
+
+#include <memory>
+#include <vector>
+
+namespace geometry {
+
+enum class BoundaryRule { None, EdgeOnly, EdgeAndCorner };
+
+/// Uniform refinement of one topology. Build once, then refine any number of shapes, deltas or weight maps.
+///
+/// Vertex order of a level is OpenSubdiv's own refined order for that topology and level: fixed for a given
+/// topology, used alike for export and for loading. The positions are refined positions, not limit positions.
+class Subdivision {
+public:
+    /// @param levels  0 or more; level 0 is the cage itself
+    /// @throws TopologyError  the topology is invalid, or the finest level would exceed 2^31 corners
+    Subdivision(std::shared_ptr<const Topology> cage, int levels, BoundaryRule rule = BoundaryRule::EdgeOnly);
+    ~Subdivision();
+    Subdivision(Subdivision&&) noexcept;
+    Subdivision& operator=(Subdivision&&) noexcept;
+
+    int levels() const;
+    /// Topology of a level, groups and surfaces inherited from the cage's faces.
+    const std::shared_ptr<const Topology>& topology(int level) const;
+    /// The cage face that a face of the level lies in is `face >> 2 * level` only for quads: ask here.
+    std::uint32_t cageFace(int level, std::uint32_t face) const;
+
+    /// Refines values from one level to a later one (linear in the values: positions and deltas alike).
+    /// @param values  one per vertex of fromLevel
+    /// @throws TopologyError  the number of values is not that level's vertex count
+    std::vector<Vec3f> refine(base::Span<const Vec3f> values, int fromLevel, int toLevel) const;
+    std::vector<float> refine(base::Span<const float> values, int fromLevel, int toLevel) const;
+
+    /// The coarse shape whose refinement comes closest to the given fine one (least squares over the stencils
+    /// between the two levels, conjugate gradients from the given start).
+    /// @param fine   one per vertex of fineLevel; cm
+    /// @param start  one per vertex of startLevel; the coarse shape to begin at
+    /// @param accuracy  of the misfit that could still be removed, the share at which to stop; the default
+    ///                  leaves a micrometre of 10 cm
+    /// @throws TopologyError  a number of values is not its level's vertex count
+    std::vector<Vec3f> fit(base::Span<const Vec3f> fine, int fineLevel, base::Span<const Vec3f> start,
+                           int startLevel = 0, double accuracy = 1e-5) const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> _impl;
+};
+
+} // namespace geometry

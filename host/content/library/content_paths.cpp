@@ -1,0 +1,225 @@
+// Finding files in an ordered list of content directories.
+// SPDX-License-Identifier: MIT
+
+#include "library/content_paths.h"
+
+#include "dson/uri.h"
+
+#include <algorithm>
+#include <chrono>
+#include <map>
+
+#include <QString>
+
+namespace openhost {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string WithoutLeadingSlash(const std::string& path)
+{
+    const std::size_t first = path.find_first_not_of('/');
+    return first == std::string::npos ? std::string() : path.substr(first);
+}
+
+bool ComponentsMatch(const fs::path& directory, const fs::path& path)
+{
+    const auto mismatch = std::mismatch(directory.begin(), directory.end(), path.begin(), path.end());
+    return mismatch.first == directory.end();
+}
+
+using Component = fs::path::const_iterator;
+
+/// Calls visit(path) for each spelling of folder/name/.../end on disk until it answers true.
+template <class Visit>
+bool ForEachSpelling(FolderListings& listings, const fs::path& folder, Component name, Component end,
+                     const Visit& visit)
+{
+    while (name != end && name->empty())
+        ++name;
+    if (name == end)
+        return visit(folder);
+    for (const fs::path& entry : listings.entries(folder, *name))
+        if (ForEachSpelling(listings, folder / entry, std::next(name), end, visit))
+            return true;
+    return false;
+}
+
+/// The first spelling that passes; empty for none. The given spelling is tried without reading any folder.
+template <class Test>
+fs::path FindSpelling(FolderListings& listings, const fs::path& base, const std::string& relative,
+                      const Test& test)
+{
+    const fs::path direct = base / relative;
+    if (test(direct))
+        return direct;
+    const fs::path path(relative);
+    fs::path found;
+    ForEachSpelling(listings, base, path.begin(), path.end(), [&](const fs::path& candidate) {
+        if (!test(candidate))
+            return false;
+        found = candidate;
+        return true;
+    });
+    return found;
+}
+
+bool IsFile(const fs::path& path)
+{
+    std::error_code error;
+    return fs::is_regular_file(path, error);
+}
+
+/// Files of an extension below a folder, in order of their paths.
+std::vector<fs::path> FilesBelow(const fs::path& folder, const std::string& extension)
+{
+    std::vector<fs::path> files;
+    std::error_code error;
+    auto entry =
+        fs::recursive_directory_iterator(folder, fs::directory_options::skip_permission_denied, error);
+    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        const fs::path& file = entry->path();
+        // Other systems leave companion files of the same extension behind.
+        const bool isCompanion = file.filename().string().compare(0, 2, "._") == 0;
+        if (!isCompanion && FoldCase(file.extension().string()) == extension && IsFile(file))
+            files.push_back(file);
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+} // namespace
+
+std::vector<fs::path> FolderListings::entries(const fs::path& folder, const fs::path& name)
+{
+    const std::shared_ptr<const Names> names = namesIn(folder);
+    const auto found = names->find(FoldCase(name.string()));
+    if (found == names->end())
+        return {};
+    std::vector<fs::path> entries = found->second;
+    const auto exact = std::find(entries.begin(), entries.end(), name);
+    if (exact != entries.end())
+        std::rotate(entries.begin(), exact, exact + 1);
+    return entries;
+}
+
+std::shared_ptr<const FolderListings::Names> FolderListings::namesIn(const fs::path& folder)
+{
+    const std::lock_guard<std::mutex> lock(_mutex);
+    std::error_code error;
+    const fs::file_time_type modified = fs::last_write_time(folder, error);
+    const auto kept = _listings.find(folder.string());
+    if (kept != _listings.end() && !error && kept->second.modified == modified)
+        return kept->second.names;
+    auto names = std::make_shared<Names>();
+    for (auto entry = fs::directory_iterator(folder, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        const fs::path name = entry->path().filename();
+        (*names)[FoldCase(name.string())].push_back(name);
+    }
+    // In order, so that the answer does not depend on the disk.
+    for (auto& alike : *names)
+        std::sort(alike.second.begin(), alike.second.end());
+    // Disks keep times coarsely: a folder that has just changed may change again within the same one.
+    constexpr std::chrono::seconds settled(2);
+    if (!error && fs::file_time_type::clock::now() - modified > settled)
+        _listings[folder.string()] = {modified, names};
+    return names;
+}
+
+std::string FoldCase(const std::string& text)
+{
+    const bool isAscii = std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
+    if (!isAscii)
+        return QString::fromStdString(text)
+            .normalized(QString::NormalizationForm_C)
+            .toCaseFolded()
+            .toStdString();
+    std::string folded = text;
+    for (char& c : folded)
+        if (c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
+    return folded;
+}
+
+fs::path FindIgnoringCase(const fs::path& base, const std::string& relative)
+{
+    FolderListings listings;
+    return FindSpelling(listings, base, relative, [](const fs::path& path) {
+        std::error_code error;
+        return fs::exists(path, error);
+    });
+}
+
+void ContentPaths::add(const fs::path& directory)
+{
+    std::error_code error;
+    fs::path absolute = fs::absolute(directory, error).lexically_normal();
+    if (!absolute.has_filename())
+        absolute = absolute.parent_path();
+    if (std::find(_directories.begin(), _directories.end(), absolute) == _directories.end())
+        _directories.push_back(absolute);
+}
+
+void ContentPaths::clear()
+{
+    _directories.clear();
+}
+
+fs::path ContentPaths::resolve(const std::string& relative) const
+{
+    const std::string wanted = WithoutLeadingSlash(relative);
+    if (wanted.empty() || dson::LeavesFolder(wanted))
+        return {};
+    for (const fs::path& directory : _directories) {
+        const fs::path found = FindSpelling(_listings, directory, wanted, IsFile);
+        if (!found.empty())
+            return found;
+    }
+    return {};
+}
+
+std::vector<fs::path> ContentPaths::filesBelow(const std::string& relativeFolder,
+                                               const std::string& extension,
+                                               std::vector<fs::path>* duplicates) const
+{
+    const std::string wanted = WithoutLeadingSlash(relativeFolder);
+    std::map<std::string, fs::path> files;
+    if (dson::LeavesFolder(wanted))
+        return {};
+    const fs::path path(wanted);
+    for (const fs::path& directory : _directories) {
+        ForEachSpelling(_listings, directory, path.begin(), path.end(), [&](const fs::path& folder) {
+            for (const fs::path& file : FilesBelow(folder, extension)) {
+                const bool isFirst =
+                    files.emplace(FoldCase(file.lexically_relative(folder).string()), file).second;
+                if (!isFirst && duplicates)
+                    duplicates->push_back(file);
+            }
+            return false;
+        });
+    }
+    std::vector<fs::path> sorted;
+    for (const auto& file : files)
+        sorted.push_back(file.second);
+    return sorted;
+}
+
+const fs::path* ContentPaths::directoryOf(const fs::path& absolute) const
+{
+    const fs::path normal = absolute.lexically_normal();
+    for (const fs::path& directory : _directories)
+        if (ComponentsMatch(directory, normal))
+            return &directory;
+    return nullptr;
+}
+
+std::string ContentPaths::relativePath(const fs::path& absolute) const
+{
+    const fs::path* const directory = directoryOf(absolute);
+    return directory ? "/" + absolute.lexically_normal().lexically_relative(*directory).string()
+                     : std::string();
+}
+
+} // namespace openhost

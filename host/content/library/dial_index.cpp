@@ -1,0 +1,61 @@
+// A figure's dials by what files call them.
+// SPDX-License-Identifier: MIT
+
+#include "library/dial_index.h"
+
+#include "library/content_paths.h"
+
+namespace openhost {
+
+namespace {
+
+std::string FragmentKey(const std::string& foldedPath, const std::string& id)
+{
+    return foldedPath + "#" + id;
+}
+
+} // namespace
+
+void DialIndex::add(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath,
+                    DzNumericProperty& dial)
+{
+    const std::string path = FoldCase(filePath);
+    if (file.modifiers.size() == 1 && file.skins.empty())
+        _byFile.emplace(path, &dial);
+    for (const std::string& text : {modifier.id, modifier.name}) {
+        _byFragment.emplace(FragmentKey(path, text), &dial);
+        _byFoldedName.emplace(FoldCase(text), &dial);
+    }
+    _byName.emplace(modifier.name, &dial);
+    _byId.emplace(modifier.id, &dial);
+}
+
+DzNumericProperty* DialIndex::look(const Dials& dials, const std::string& key)
+{
+    const auto found = dials.find(key);
+    return found == dials.end() ? nullptr : found->second;
+}
+
+DzNumericProperty* DialIndex::find(const dson::Uri& uri) const
+{
+    if (uri.path.empty())
+        return find(uri.id);
+    const std::string path = FoldCase(uri.path);
+    if (DzNumericProperty* const dial = look(_byFragment, FragmentKey(path, uri.id)))
+        return dial;
+    DzNumericProperty* const dial = find(uri.id);
+    // Files and what is in them get renamed one without the other.
+    return dial ? dial : look(_byFile, path);
+}
+
+DzNumericProperty* DialIndex::find(const std::string& nameOrId) const
+{
+    if (nameOrId.empty())
+        return nullptr;
+    for (const Dials* const dials : {&_byName, &_byId})
+        if (DzNumericProperty* const dial = look(*dials, nameOrId))
+            return dial;
+    return look(_byFoldedName, FoldCase(nameOrId));
+}
+
+} // namespace openhost

@@ -1,0 +1,40 @@
+// A figure's dials by what files call them.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/reader.h"
+#include "dson/uri.h"
+
+#include <string>
+#include <unordered_map>
+
+class DzNumericProperty;
+
+namespace openhost {
+
+/// Of dials that answer to the same text the first one counts.
+class DialIndex {
+public:
+    /// @param file      the file that defines the dial
+    /// @param filePath  its decoded path
+    /// @param dial      not owned; must outlive the index
+    void add(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath,
+             DzNumericProperty& dial);
+
+    bool hasName(const std::string& name) const { return _byName.count(name) > 0; }
+
+    /// The dial that a URI's file and fragment name; without such a file the fragment alone counts: as a
+    /// name, as an id, then as either ignoring case. Null for none.
+    DzNumericProperty* find(const dson::Uri& uri) const;
+    DzNumericProperty* find(const std::string& nameOrId) const;
+
+private:
+    using Dials = std::unordered_map<std::string, DzNumericProperty*>;
+    static DzNumericProperty* look(const Dials& dials, const std::string& key);
+
+    Dials _byFile; ///< of files that define nothing else, by path
+    Dials _byFragment, _byName, _byId, _byFoldedName;
+};
+
+} // namespace openhost

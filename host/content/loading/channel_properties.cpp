@@ -1,0 +1,108 @@
+// Channels of files as properties of the scene.
+// SPDX-License-Identifier: MIT
+
+#include "loading/channel_properties.h"
+
+#include "dzboolproperty.h"
+#include "dzenumproperty.h"
+#include "dzfloatproperty.h"
+#include "dzintproperty.h"
+#include "dznode.h"
+
+#include <QString>
+
+namespace openhost {
+
+namespace {
+
+struct ChannelSuffix {
+    const char* member;
+    const char* suffix; ///< of the property, behind the axis letter
+};
+
+const ChannelSuffix channelSuffixes[] = {
+    {"translation", "Translate"}, {"rotation", "Rotate"}, {"scale", "Scale"},
+    {"center_point", "Origin"},   {"end_point", "End"},   {"orientation", "Orientation"},
+};
+
+QString NodePropertyName(const std::string& member, const std::string& axis)
+{
+    for (const ChannelSuffix& entry : channelSuffixes)
+        if (member == entry.member && axis.size() == 1 && axis[0] >= 'x' && axis[0] <= 'z')
+            return QChar::fromLatin1(static_cast<char>(axis[0] - 'x' + 'X')) + QLatin1String(entry.suffix);
+    return QString();
+}
+
+} // namespace
+
+void ApplyChannel(DzNumericProperty& property, const dson::Channel& channel)
+{
+    if (!channel.label.empty())
+        property.setLabel(QString::fromStdString(channel.label));
+    const bool hasLimits = (channel.min || channel.max) && (channel.type == "float" || channel.type == "int");
+    if (hasLimits)
+        property.setDoubleMinMax(channel.min.value_or(0.0), channel.max.value_or(1.0));
+    property.setIsClamped(channel.clamped);
+    property.setDisplayAsPercent(channel.displayAsPercent);
+    property.setDoubleDefaultValue(channel.value);
+    property.setDoubleRawValue(channel.currentValue.value_or(channel.value));
+    property.setHidden(!channel.visible);
+    property.setCanAutoFollow(channel.autoFollow);
+    if (auto* const number = qobject_cast<DzFloatProperty*>(&property))
+        number->setSensitivity(static_cast<float>(channel.stepSize));
+    property.lock(channel.locked);
+}
+
+void ApplyChange(DzNumericProperty& property, const dson::ChannelChange& change)
+{
+    if (!change.label.empty())
+        property.setLabel(QString::fromStdString(change.label));
+    if (change.min || change.max)
+        property.setDoubleMinMax(change.min.value_or(property.getDoubleMin()),
+                                 change.max.value_or(property.getDoubleMax()));
+    if (change.clamped)
+        property.setIsClamped(*change.clamped);
+    if (change.visible)
+        property.setHidden(!*change.visible);
+    if (change.locked)
+        property.lock(*change.locked);
+}
+
+std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const dson::Channel& channel)
+{
+    const QString text = QString::fromStdString(name);
+    std::unique_ptr<DzNumericProperty> property;
+    if (channel.type == "float") {
+        property = std::make_unique<DzFloatProperty>(text, true, true, static_cast<float>(channel.value));
+    } else if (channel.type == "int") {
+        property = std::make_unique<DzIntProperty>(text, true, true, static_cast<int>(channel.value));
+    } else if (channel.type == "bool") {
+        property = std::make_unique<DzBoolProperty>(text, true, true, channel.value != 0.0);
+    } else if (channel.type == "enum") {
+        auto choice = std::make_unique<DzEnumProperty>(text, true, true, static_cast<int>(channel.value));
+        for (const std::string& item : channel.enumValues)
+            choice->addItem(QString::fromStdString(item));
+        property = std::move(choice);
+    } else {
+        return nullptr;
+    }
+    ApplyChannel(*property, channel);
+    return property;
+}
+
+DzNumericProperty* FindNodeChannel(const DzNode& node, const std::string& propertyPath)
+{
+    const std::size_t slash = propertyPath.find('/');
+    const std::string member = propertyPath.substr(0, slash);
+    const std::string rest = slash == std::string::npos ? std::string() : propertyPath.substr(slash + 1);
+    const std::string axis = rest.substr(0, rest.find('/'));
+    const bool isGeneralScale = member == "general_scale" || (member == "scale" && axis == "general");
+    const QString name = isGeneralScale ? QString(QLatin1String("Scale")) : NodePropertyName(member, axis);
+    if (name.isEmpty())
+        return nullptr;
+    // The rig's own channels are not shown to users.
+    DzProperty* const property = node.findProperty(name);
+    return qobject_cast<DzNumericProperty*>(property ? property : node.findPrivateProperty(name));
+}
+
+} // namespace openhost

@@ -1,0 +1,127 @@
+// Nodes and objects of the host from the definitions of a file.
+// SPDX-License-Identifier: MIT
+
+#include "definition_nodes.h"
+
+#include "dzbasiccamera.h"
+#include "dzbone.h"
+#include "dzfacetmesh.h"
+#include "dzfacetshape.h"
+#include "dzfigure.h"
+#include "dzintproperty.h"
+#include "dzobject.h"
+#include "dzpresentation.h"
+#include "figure/mesh_access.h"
+#include "library/asset_origin.h"
+#include "loading/channel_properties.h"
+#include "scene/host_log.h"
+
+#include <fmt/format.h>
+
+namespace openhost {
+
+namespace {
+
+QString ToQ(const std::string& text)
+{
+    return QString::fromStdString(text);
+}
+
+DzVec3 ToVector(const std::array<double, 3>& values)
+{
+    return DzVec3(static_cast<float>(values[0]), static_cast<float>(values[1]),
+                  static_cast<float>(values[2]));
+}
+
+std::unique_ptr<DzNode> MakeNodeOfType(const std::string& type)
+{
+    if (type == "figure" || type == "legacy_figure")
+        return std::make_unique<DzFigure>();
+    if (type == "bone")
+        return std::make_unique<DzBone>();
+    if (type == "camera")
+        return std::make_unique<DzBasicCamera>();
+    return std::make_unique<DzNode>();
+}
+
+void ApplyVector(const DzNode& node, const char* member, const std::array<dson::Channel, 3>& channels)
+{
+    static const char* const axes[3] = {"/x", "/y", "/z"};
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        if (DzNumericProperty* const property = FindNodeChannel(node, std::string(member) + axes[axis]))
+            ApplyChannel(*property, channels[axis]);
+}
+
+DzFacetMesh::SubDEdgeInterpolation EdgeInterpolation(const std::string& name)
+{
+    return name == "edges_only"          ? DzFacetMesh::SharpEdges
+           : name == "edges_and_corners" ? DzFacetMesh::SharpCornersEdges
+                                         : DzFacetMesh::SoftCornersEdges;
+}
+
+} // namespace
+
+void SetTransformsAsDefined(const DzNode& node)
+{
+    for (const char* const member : {"translation", "rotation", "scale"})
+        for (const char* const axis : {"/x", "/y", "/z"})
+            SetAsDefined(*FindNodeChannel(node, std::string(member) + axis));
+    SetAsDefined(*FindNodeChannel(node, "general_scale"));
+}
+
+std::unique_ptr<DzPresentation> MakePresentation(const std::string& type)
+{
+    if (type.empty())
+        return nullptr;
+    auto presentation = std::make_unique<DzPresentation>();
+    presentation->setType(ToQ(type));
+    return presentation;
+}
+
+std::unique_ptr<DzNode> MakeNode(const dson::Node& definition)
+{
+    std::unique_ptr<DzNode> node = MakeNodeOfType(definition.type);
+    node->setName(ToQ(definition.name));
+    node->setLabel(ToQ(definition.label));
+    DzRotationOrder order;
+    if (!order.fromString(ToQ(definition.rotationOrder)))
+        LogWarning(ToQ(fmt::format("node {} has the unknown rotation order {}; XYZ is used", definition.id,
+                                   definition.rotationOrder)));
+    node->setRotationOrder(order);
+    node->setInheritsScale(definition.inheritsScale);
+    node->setOrigin(ToVector(definition.centerPoint));
+    node->setEndPoint(ToVector(definition.endPoint));
+    node->setOrientation(ToVector(definition.orientation));
+    ApplyVector(*node, "translation", definition.translation);
+    ApplyVector(*node, "rotation", definition.rotation);
+    ApplyVector(*node, "scale", definition.scale);
+    if (DzNumericProperty* const scale = FindNodeChannel(*node, "general_scale"))
+        scale->setDoubleValue(definition.generalScale.value);
+    node->setPresentation(MakePresentation(definition.presentationType).release());
+    return node;
+}
+
+std::unique_ptr<DzObject> MakeObject(const dson::Geometry& geometry)
+{
+    const DzFacetMeshPtr mesh(MeshAccess::create(geometry.mesh));
+    mesh->setName(ToQ(geometry.name));
+    mesh->enableSubDivision(geometry.subdivisionSurface);
+    mesh->setSubDEdgeInterpolation(EdgeInterpolation(geometry.edgeInterpolation));
+    if (!geometry.texCoords.cornerIndices.empty() || !geometry.lines.empty())
+        MeshAccess::setExtras(*mesh,
+                              std::make_shared<MeshExtras>(MeshExtras{geometry.texCoords, geometry.lines}));
+    auto shape = std::make_unique<DzFacetShape>();
+    shape->setName(ToQ(geometry.name));
+    shape->setLabel(ToQ(geometry.label));
+    shape->setFacetMesh(mesh);
+    if (DzIntProperty* const level = shape->getSubDLevelControl()) {
+        level->setDefaultValue(geometry.subdivisionLevel);
+        level->setValue(geometry.subdivisionLevel);
+    }
+    auto object = std::make_unique<DzObject>();
+    object->setName(ToQ(geometry.name));
+    object->addShape(shape.release());
+    return object;
+}
+
+} // namespace openhost

@@ -1,0 +1,26 @@
+// Nodes and objects of the host from the definitions of a file.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/reader.h"
+
+#include <memory>
+#include <string>
+
+class DzNode;
+class DzObject;
+class DzPresentation;
+
+namespace openhost {
+
+/// Without geometry, parent and children. An unknown rotation order is told in the log and counts as XYZ.
+std::unique_ptr<DzNode> MakeNode(const dson::Node& definition);
+/// The mesh and its present subdivision level, in one shape.
+std::unique_ptr<DzObject> MakeObject(const dson::Geometry& geometry);
+/// Null for an empty type.
+std::unique_ptr<DzPresentation> MakePresentation(const std::string& type);
+/// What translation, rotation and scale are now is what the definition says.
+void SetTransformsAsDefined(const DzNode& node);
+
+} // namespace openhost

@@ -1,0 +1,77 @@
+// Putting one figure together from its files.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/reader.h"
+#include "dson/uri.h"
+#include "formula_links.h"
+#include "library/asset_library.h"
+
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+class DzNode;
+class DzObject;
+
+namespace openhost {
+
+/// A node with its geometry, bones, skin, dials and links, not in the scene yet. The assembly knows it by the
+/// files' ids; the dials keep no reference to it, so it may go away once everything is set.
+class FigureAssembly {
+public:
+    /// Builds the node, the nodes below it and its geometry.
+    /// @param definition  the file that defines it; shared, since morphs and formulas are resolved against it
+    /// @param uriPath     decoded path of that file as the referring file spells it
+    /// @param nodeId      id of the root node in the definition
+    /// @param geometryId  id of its geometry in the definition, empty for a node without; if not given, the
+    ///                    one that its skin names, else the first
+    /// @throws base::FormatError  there is no such node, or its skin does not fit its mesh
+    FigureAssembly(std::shared_ptr<const dson::Document> definition, std::string uriPath,
+                   const std::string& nodeId, std::optional<std::string> geometryId = std::nullopt);
+    ~FigureAssembly();
+    FigureAssembly(FigureAssembly&&) noexcept;
+
+    /// Finds every morph and control below the figure's Morphs folder, in all content directories. A figure
+    /// in a folder "Name 8_1" also has those of "Name", whose mesh and bones it shares.
+    void addMorphsOnDisk(AssetLibrary& library);
+    /// Adds what the file defines for this figure and is not there yet.
+    /// @param uriPath  decoded path of the file
+    void addModifiers(std::shared_ptr<const dson::Document> file, const std::string& uriPath);
+    /// Adds one morph or control that an instance on this figure names, whatever the file says about its
+    /// parent; a morph for another mesh is left out.
+    void addModifier(std::shared_ptr<const dson::Document> file, const std::string& uriPath,
+                     const std::string& idOrName);
+    /// Adds formulas of an instance of this figure; those that are there already count once.
+    void addFormulas(const std::vector<dson::Formula>& formulas,
+                     const std::shared_ptr<const dson::Document>& owner);
+    /// Lets formulas call a node by another id, unless that is taken.
+    void addNodeId(const std::string& id, DzNode& node);
+    /// The properties that two and more of the formulas to be connected drive in just the same way.
+    std::set<std::string> duplicateOutputs() const;
+    /// Makes the links of all formulas that were added; what they name and is not there is left out, with one
+    /// line in the log for all.
+    /// @param elsewhere  finds what this figure does not have
+    void connectFormulas(const PropertyResolver& elsewhere);
+
+    /// The root; the caller takes it over.
+    std::unique_ptr<DzNode> takeRoot();
+    DzNode& root() const;
+
+    DzNode* findNode(const std::string& idOrName) const;            ///< null for none
+    DzNumericProperty* findDial(const dson::Uri& uri) const;        ///< of a morph or control; null for none
+    DzNumericProperty* findDial(const std::string& nameOrId) const; ///< likewise
+    /// The dial or node channel that a property's URI names; null for none.
+    DzNumericProperty* resolve(const std::string& uri) const;
+    bool isNamedBy(const std::string& uriPath) const; ///< the path is that of the figure's file
+    const std::string& geometryId() const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> _impl;
+};
+
+} // namespace openhost

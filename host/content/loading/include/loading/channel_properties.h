@@ -1,0 +1,30 @@
+// Channels of files as properties of the scene.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/reader.h"
+
+#include <memory>
+#include <string>
+
+class DzNode;
+class DzNumericProperty;
+class DzProperty;
+
+namespace openhost {
+
+/// Label, limits, default, display and present value of an existing property, from a file's channel.
+void ApplyChannel(DzNumericProperty& property, const dson::Channel& channel);
+
+/// What an instance says of a property besides its value.
+void ApplyChange(DzNumericProperty& property, const dson::ChannelChange& change);
+
+/// A new property of the channel's type; null for types that hold no number.
+std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const dson::Channel& channel);
+
+/// The property of a node that a URI's property path names: "rotation/z" is ZRotate, "center_point/x" is
+/// XOrigin, "scale/general" is Scale; null for none.
+DzNumericProperty* FindNodeChannel(const DzNode& node, const std::string& propertyPath);
+
+} // namespace openhost

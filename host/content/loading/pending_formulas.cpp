@@ -1,0 +1,86 @@
+// Formulas that wait until everything that they name is there.
+// SPDX-License-Identifier: MIT
+
+#include "pending_formulas.h"
+
+#include "library/asset_origin.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace openhost {
+
+namespace {
+
+void Mix(std::size_t& hash, std::size_t other)
+{
+    hash ^= other + 0x9e3779b97f4a7c15u + (hash << 6) + (hash >> 2);
+}
+
+std::size_t HashOf(const dson::Formula& formula)
+{
+    std::size_t hash = std::hash<std::string>()(formula.output);
+    for (const dson::Operation& operation : formula.operations) {
+        Mix(hash, std::hash<std::string>()(operation.url));
+        Mix(hash, static_cast<std::size_t>(operation.kind));
+        Mix(hash, std::hash<double>()(operation.value));
+    }
+    return hash;
+}
+
+bool AreEqual(const dson::Formula& a, const dson::Formula& b)
+{
+    return a.output == b.output && a.stage == b.stage &&
+           std::equal(a.operations.begin(), a.operations.end(), b.operations.begin(), b.operations.end(),
+                      [](const dson::Operation& x, const dson::Operation& y) {
+                          return x.kind == y.kind && x.url == y.url && x.value == y.value && x.knot == y.knot;
+                      });
+}
+
+} // namespace
+
+bool PendingFormulas::hasEqual(std::size_t hash, const dson::Formula& formula) const
+{
+    const auto alike = _byHash.equal_range(hash);
+    return std::any_of(alike.first, alike.second,
+                       [&formula](const auto& entry) { return AreEqual(*entry.second, formula); });
+}
+
+void PendingFormulas::add(const dson::Formula& formula, const std::shared_ptr<const dson::Document>& owner)
+{
+    const std::size_t hash = HashOf(formula);
+    if (hasEqual(hash, formula))
+        _duplicateOutputs.insert(formula.output);
+    else
+        _byHash.emplace(hash, &formula);
+    _formulas.push_back({&formula, owner});
+}
+
+void PendingFormulas::addOnce(const dson::Formula& formula,
+                              const std::shared_ptr<const dson::Document>& owner)
+{
+    if (!hasEqual(HashOf(formula), formula))
+        add(formula, owner);
+}
+
+std::set<std::string> PendingFormulas::duplicateOutputs() const
+{
+    return _duplicateOutputs;
+}
+
+PendingFormulas::LeftOut PendingFormulas::connect(const PropertyResolver& resolve)
+{
+    LeftOut leftOut;
+    for (const Pending& pending : _formulas) {
+        const bool isFromDataFile = IsDataFile(pending.owner->file.string());
+        const LinkResult result = MakeLink(*pending.formula, resolve, isFromDataFile);
+        leftOut.missing += result == LinkResult::MissingProperty;
+        leftOut.notUnderstood += result == LinkResult::NotUnderstood;
+    }
+    _formulas.clear();
+    _byHash.clear();
+    _duplicateOutputs.clear();
+    return leftOut;
+}
+
+} // namespace openhost

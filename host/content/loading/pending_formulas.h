@@ -1,0 +1,46 @@
+// Formulas that wait until everything that they name is there.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/reader.h"
+#include "formula_links.h"
+
+#include <memory>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace openhost {
+
+class PendingFormulas {
+public:
+    /// @param owner  keeps the formula alive
+    void add(const dson::Formula& formula, const std::shared_ptr<const dson::Document>& owner);
+    /// Unless an equal one waits already.
+    void addOnce(const dson::Formula& formula, const std::shared_ptr<const dson::Document>& owner);
+
+    /// The properties that two and more of them drive in just the same way.
+    std::set<std::string> duplicateOutputs() const;
+
+    struct LeftOut {
+        std::size_t missing = 0; ///< a property that they name is not there
+        std::size_t notUnderstood = 0;
+    };
+    /// Makes the links of all, in the order of adding. None waits any longer.
+    LeftOut connect(const PropertyResolver& resolve);
+
+private:
+    struct Pending {
+        const dson::Formula* formula;
+        std::shared_ptr<const dson::Document> owner;
+    };
+    bool hasEqual(std::size_t hash, const dson::Formula& formula) const;
+
+    std::vector<Pending> _formulas;
+    std::unordered_multimap<std::size_t, const dson::Formula*> _byHash; ///< of those that differ
+    std::set<std::string> _duplicateOutputs;
+};
+
+} // namespace openhost

@@ -1,0 +1,208 @@
+// Content directories and opening files.
+// SPDX-License-Identifier: MIT
+
+#include "dzcontentmgr.h"
+
+#include "base/errors.h"
+#include "dzcontentfolder.h"
+#include "dzimporter.h"
+#include "dzimportmgr.h"
+#include "dzscene.h"
+#include "library/asset_library.h"
+#include "loading/scene_loader.h"
+#include "openhost/operations.h"
+#include "scene/host_log.h"
+#include "scene/load_questions.h"
+
+#include <memory>
+#include <vector>
+
+#include <QFileInfo>
+
+#include "dzapp.h"
+
+namespace {
+
+std::filesystem::path ToPath(const QString& text)
+{
+    return std::filesystem::path(text.toStdString());
+}
+
+QString ToQ(const std::filesystem::path& path)
+{
+    return QString::fromStdString(path.string());
+}
+
+bool IsNative(const QString& file)
+{
+    return file.endsWith(QLatin1String(".duf"), Qt::CaseInsensitive) ||
+           file.endsWith(QLatin1String(".dsf"), Qt::CaseInsensitive);
+}
+
+/// Reads a file of another program.
+/// @param reason  what went wrong; nothing when the user cancelled
+bool Import(const QString& file, QString* reason)
+{
+    if (!QFileInfo(file).isFile()) {
+        *reason = file + QLatin1String(": there is no such file");
+        return false;
+    }
+    const std::unique_ptr<DzImporter> importer(dzApp->getImportMgr()->findImporterForFile(file));
+    if (!importer) {
+        *reason = file + QLatin1String(": no importer reads files of this kind");
+        return false;
+    }
+    const DzError error = importer->readFile(file);
+    if (error != DZ_NO_ERROR && error != DZ_USER_CANCELLED_OPERATION)
+        *reason = file + QLatin1String(": ") + getErrorMessage(error);
+    return error == DZ_NO_ERROR;
+}
+
+} // namespace
+
+struct DzContentMgr::Impl {
+    Impl() : library(paths) {}
+
+    using Folders = std::vector<std::unique_ptr<DzContentFolder>>;
+
+    openhost::ContentPaths paths;
+    openhost::ContentPaths importPaths;
+    openhost::AssetLibrary library;
+    Folders folders;       ///< one per directory of paths
+    Folders importFolders; ///< one per directory of importPaths
+
+    void updateFolders()
+    {
+        folders = FoldersOf(paths);
+        importFolders = FoldersOf(importPaths);
+    }
+
+    static Folders FoldersOf(const openhost::ContentPaths& paths)
+    {
+        Folders folders;
+        for (const std::filesystem::path& directory : paths.directories())
+            folders.push_back(std::make_unique<DzContentFolder>(ToQ(directory)));
+        return folders;
+    }
+
+    static DzContentFolder* FolderOf(const QString& file, const openhost::ContentPaths& paths,
+                                     const Folders& folders)
+    {
+        const std::filesystem::path* const directory = paths.directoryOf(ToPath(file));
+        return directory ? folders[static_cast<std::size_t>(directory - paths.directories().data())].get()
+                         : nullptr;
+    }
+};
+
+DzContentMgr::DzContentMgr() : _impl(std::make_unique<Impl>()) {}
+DzContentMgr::~DzContentMgr() = default;
+
+bool DzContentMgr::openFile(const QString& fullPath, bool merge)
+{
+    if (!openhost::AllowOperation("openFile", fullPath))
+        return false;
+    QString reason;
+    try {
+        if (IsNative(fullPath) && QFileInfo(fullPath).isFile()) {
+            const bool replace = !merge && !shouldMerge(fullPath);
+            if (replace && !openhost::AllowOperation("replaceScene", fullPath))
+                return false;
+            return openhost::LoadIntoScene(_impl->library, ToPath(fullPath), replace);
+        }
+        if (Import(fullPath, &reason))
+            return true;
+    } catch (const std::exception& error) {
+        reason = QString::fromStdString(error.what());
+    }
+    if (reason.isEmpty())
+        return false;
+    openhost::LogWarning(reason);
+    // After the exception has ended, since this may run an event loop.
+    openhost::CurrentLoadQuestions().openError(fullPath, reason);
+    return false;
+}
+
+QString DzContentMgr::getAbsolutePath(const QString& relative, bool useImportFolders,
+                                      const QString& preferred) const
+{
+    if (!preferred.isEmpty()) {
+        openhost::ContentPaths first;
+        first.add(ToPath(preferred));
+        const std::filesystem::path found = first.resolve(relative.toStdString());
+        if (!found.empty())
+            return ToQ(found);
+    }
+    std::filesystem::path found = _impl->paths.resolve(relative.toStdString());
+    if (found.empty() && useImportFolders)
+        found = _impl->importPaths.resolve(relative.toStdString());
+    return ToQ(found);
+}
+
+QString DzContentMgr::getRelativePath(const QString& absolute, bool useImportFolders) const
+{
+    std::string relative = _impl->paths.relativePath(ToPath(absolute));
+    if (relative.empty() && useImportFolders)
+        relative = _impl->importPaths.relativePath(ToPath(absolute));
+    return relative.empty() ? absolute : QString::fromStdString(relative);
+}
+
+DzContentFolder* DzContentMgr::findBaseDirectory(const QString& path, bool useImportFolders) const
+{
+    DzContentFolder* const folder = Impl::FolderOf(path, _impl->paths, _impl->folders);
+    return folder || !useImportFolders ? folder
+                                       : Impl::FolderOf(path, _impl->importPaths, _impl->importFolders);
+}
+
+int DzContentMgr::getNumContentDirectories() const
+{
+    return static_cast<int>(_impl->folders.size());
+}
+
+QString DzContentMgr::getContentDirectoryPath(int index) const
+{
+    const DzContentFolder* const folder = getContentDirectory(index);
+    return folder ? folder->getFullPath() : QString();
+}
+
+DzContentFolder* DzContentMgr::getContentDirectory(int index) const
+{
+    const bool isInRange = index >= 0 && index < getNumContentDirectories();
+    return isInRange ? _impl->folders[static_cast<std::size_t>(index)].get() : nullptr;
+}
+
+QString DzContentMgr::findFile(const QString& partial) const
+{
+    return getAbsolutePath(partial, true);
+}
+
+bool DzContentMgr::shouldMerge(const QString& fullPath) const
+{
+    if (!IsNative(fullPath))
+        return true;
+    try {
+        return _impl->library.read(ToPath(fullPath))->info.type != "scene";
+    } catch (const base::Error&) {
+        return true;
+    }
+}
+
+void DzContentMgr::addContentDirectory(const QString& path, bool)
+{
+    _impl->paths.add(ToPath(path));
+    _impl->updateFolders();
+    emit contentDirectoryListChanged();
+}
+
+void DzContentMgr::addImportDirectory(const QString& path)
+{
+    _impl->importPaths.add(ToPath(path));
+    _impl->updateFolders();
+}
+
+void DzContentMgr::removeAllContentDirectories()
+{
+    _impl->paths.clear();
+    _impl->importPaths.clear();
+    _impl->updateFolders();
+    emit contentDirectoryListChanged();
+}

@@ -1,0 +1,188 @@
+// Saving morphs as support assets.
+// SPDX-License-Identifier: MIT
+
+#include "saving/morph_asset_filter.h"
+
+#include "base/errors.h"
+#include "dson/dhdm.h"
+#include "dson/writer.h"
+#include "dzapp.h"
+#include "dzauthor.h"
+#include "dzfileiosettings.h"
+#include "dzmorph.h"
+#include "dzmorphdeltas.h"
+#include "dznode.h"
+#include "dzobject.h"
+#include "dzscene.h"
+#include "figure/deltas_access.h"
+#include "figure/pipeline.h"
+#include "library/content_paths.h"
+#include "morph_export.h"
+#include "scene/host_log.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cstring>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include <fmt/format.h>
+
+namespace {
+
+struct Wanted {
+    DzNode* node;
+    DzMorph* morph;
+    std::string fileName;
+};
+
+const char* const vendorKey = "VendorName";
+const char* const productKey = "ProductName";
+
+std::string FolderName(const DzFileIOSettings& options, const char* key)
+{
+    return options.getStringValue(QLatin1String(key)).trimmed().toStdString();
+}
+
+/// Folders are named by the user; what would lead elsewhere is no folder name.
+bool CanNameFolder(const std::string& name)
+{
+    // Libraries move between systems; some refuse these characters, and drop a full stop at the end.
+    const bool hasBadCharacter = std::any_of(name.begin(), name.end(), [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 || std::strchr("/\\:*?\"<>|", c);
+    });
+    return !name.empty() && name.back() != '.' && !hasBadCharacter;
+}
+
+DzError Refuse(DzError error, const std::string& reason)
+{
+    openhost::LogWarning(QString::fromStdString(reason));
+    return error;
+}
+
+/// Whether the options say where to save; no folder is made for those that do not.
+DzError CheckPlace(const DzFileIOSettings& options)
+{
+    const QString library = options.getStringValue(QLatin1String("BaseDataPath"));
+    if (library.isEmpty())
+        return Refuse(DZ_OPERATION_FAILED_ERROR, "no content folder to save into is given");
+    // Made anew, it would hide what is on a disk that is not there now.
+    if (!QFileInfo(library).isDir())
+        return Refuse(DZ_CONTENT_FOLDER_NOT_FOUND_ERROR,
+                      fmt::format("there is no folder {} to save into", library.toStdString()));
+    const std::pair<const char*, DzError> names[] = {{vendorKey, DZ_INVALID_VENDOR_NAME_ERROR},
+                                                     {productKey, DZ_INVALID_PRODUCT_NAME_ERROR}};
+    for (const auto& [key, error] : names) {
+        const std::string name = FolderName(options, key);
+        if (!CanNameFolder(name))
+            return Refuse(error, fmt::format("\"{}\" cannot be the name of a {} folder", name, key));
+    }
+    return DZ_NO_ERROR;
+}
+
+DzMorph* FindMorph(const DzNode& node, const QString& name)
+{
+    const DzObject* const object = node.getObject();
+    return object ? qobject_cast<DzMorph*>(object->findModifier(name)) : nullptr;
+}
+
+std::vector<Wanted> CollectWanted(const DzFileIOSettings& options)
+{
+    std::vector<Wanted> all;
+    std::set<std::string> filePlaces;
+    const DzSettings* const nodes = options.getSettingsValue(QLatin1String("NodeNames"));
+    for (int n = 0; nodes && n < nodes->getNumValues(); ++n) {
+        const QString nodeName = nodes->getKey(n);
+        const DzSettings* const names = nodes->getSettingsValue(nodeName);
+        DzNode* const node = dzScene->findNode(nodeName);
+        if (!node || !names)
+            throw base::FormatError("there is no node {} to save morphs of", nodeName.toStdString());
+        for (int i = 0; i < names->getNumValues(); ++i) {
+            const QString name = names->getStringValue(QString::number(i));
+            DzMorph* const morph = FindMorph(*node, name);
+            if (!morph)
+                throw base::FormatError("{} has no morph {}", node->getLabel().toStdString(),
+                                        name.toStdString());
+            const std::string fileName = openhost::FileName(morph->getName().toStdString());
+            // Two names that differ in case are one file on many disks.
+            const std::string place = openhost::AssetFolder(*node) + "/" + fileName;
+            if (!filePlaces.insert(openhost::FoldCase(place)).second)
+                throw base::FormatError("two morphs would be saved as {}", fileName);
+            all.push_back({node, morph, fileName});
+        }
+    }
+    return all;
+}
+
+/// Of the morph's companion file; empty without detail.
+std::string DetailBytes(const Wanted& wanted)
+{
+    const geometry::MultiresDetail& detail = openhost::DeltasAccess::detail(*wanted.morph->getDeltas());
+    if (detail.empty())
+        return std::string();
+    std::size_t leftOut = 0;
+    std::string bytes =
+        dson::EncodeDhdm(detail, *wanted.node->getObject()->pipeline().base().topology, &leftOut);
+    if (leftOut > 0)
+        openhost::LogWarning(
+            QStringLiteral("%1 displacements of %2 lie behind the fourth corner of a face, where "
+                           "files have no place for them, and are not saved")
+                .arg(leftOut)
+                .arg(wanted.morph->getName()));
+    return bytes;
+}
+
+void Save(const Wanted& wanted, const DzFileIOSettings& options, const std::string& subfolder)
+{
+    const std::string assetFolder = openhost::AssetFolder(*wanted.node);
+    if (assetFolder.empty())
+        throw base::FormatError("{} comes from no asset file", wanted.node->getLabel().toStdString());
+    dson::AssetInfo info;
+    info.id = assetFolder + subfolder + wanted.fileName + ".dsf";
+    info.type = "modifier";
+    const DzAuthor author = dzApp->getCurrentAuthor();
+    info.author = author.getName().toStdString();
+    // Readers want an author; who has set none is known by the vendor name.
+    if (info.author.empty())
+        info.author = FolderName(options, vendorKey);
+    info.email = author.getEmail().toStdString();
+    info.website = author.getURL().toStdString();
+    dson::WriteOptions write;
+    write.compress = options.getBoolValue(QLatin1String("CompressOutput"));
+    // A file that could not be read must not be replaced by one without its content.
+    if (!wanted.morph->getDeltas()->loadDeltas())
+        throw base::FormatError("the deltas of {} cannot be read", wanted.morph->getName().toStdString());
+    const dson::Modifier modifier = openhost::DescribeMorph(*wanted.morph, *wanted.node, wanted.fileName);
+    dson::WriteMorph(info, modifier, options.getStringValue(QLatin1String("BaseDataPath")).toStdString(),
+                     write, DetailBytes(wanted));
+    const DzUri uri(QString::fromStdString(dson::MakeUri(info.id, modifier.id)));
+    wanted.morph->setAssetUri(uri);
+    wanted.morph->getDeltas()->setUri(uri);
+}
+
+} // namespace
+
+QString DzMorphSupportAssetFilter::getDescription() const
+{
+    return QLatin1String("Morph Support Asset(s)");
+}
+
+DzError DzMorphSupportAssetFilter::doSave(DzFileIOSettings* options, const QString&, const QString&)
+{
+    if (const DzError error = CheckPlace(*options))
+        return error;
+    try {
+        const std::string subfolder =
+            "/Morphs/" + FolderName(*options, vendorKey) + "/" + FolderName(*options, productKey) + "/";
+        const std::vector<Wanted> all = CollectWanted(*options);
+        if (all.empty())
+            throw base::FormatError("no morphs to save are given");
+        for (const Wanted& wanted : all)
+            Save(wanted, *options, subfolder);
+        return DZ_NO_ERROR;
+    } catch (const std::exception& error) {
+        return Refuse(DZ_OPERATION_FAILED_ERROR, error.what());
+    }
+}

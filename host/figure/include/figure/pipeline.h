@@ -1,0 +1,109 @@
+// From dials to the mesh in the world, stage by stage.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dzobject.h"
+#include "geometry/multires_detail.h"
+#include "geometry/polygon_mesh.h"
+#include "geometry/skinning.h"
+
+#include <memory>
+#include <vector>
+
+class DzFacetMesh;
+class DzFacetShape;
+class DzMorph;
+class DzSkinBinding;
+
+namespace openhost {
+
+/// How a figure's skin is posed at the moment.
+struct SkinPose {
+    std::vector<geometry::JointPose> poses; ///< one per bone of the skeleton, parents first
+    const geometry::SkinWeights* weights = nullptr;
+    geometry::SkinMode mode = geometry::SkinMode::DualQuaternion;
+    bool atRest =
+        true; ///< nothing moves; the skin is left out, so that positions stay as they are to the bit
+};
+
+/// Base mesh, morphs, skin, subdivision with the morphs' fine detail, the node's place in the world. Each
+/// stage is kept and made again only when something before it has changed; all is evaluated when read. Spans
+/// are valid until the next change.
+class Pipeline {
+public:
+    explicit Pipeline(DzObject& object);
+    ~Pipeline();
+
+    void morphAdded(DzMorph& morph);
+    void morphRemoved(DzMorph& morph);
+    void morphChanged(DzMorph& morph, bool deltasToo);
+    void baseChanged();
+    void jointsChanged();
+    void placeChanged();
+    void resolutionChanged();
+    /// Gives the memory of all results back.
+    void release();
+
+    /// False without a facet shape that has a mesh; the rest is not to be called then.
+    bool hasMesh() const;
+    const geometry::PolygonMesh& base() const;
+    /// The subdivision level in effect.
+    int level() const;
+    /// Rest pose, figure space, cage.
+    base::Span<const geometry::Vec3f> morphedCage();
+    /// Posed, figure space, cage.
+    base::Span<const geometry::Vec3f> posedCage();
+    /// World space, cage.
+    base::Span<const geometry::Vec3f> worldCage();
+    /// World space, at the level in effect.
+    const geometry::PolygonMesh& world();
+    DzFacetMesh* cachedMesh();
+    /// Of world(); empty without a mesh.
+    geometry::Box3f worldBox();
+
+    /// What the dialed-in morphs add to the subdivided mesh, each up to its own limit; read now if it is
+    /// still in its file. Brings the dials up to date.
+    std::vector<geometry::ActiveDetail> activeDetails();
+
+    SkinPose skinPose() const;
+    /// The refinement of the base mesh to at least this level, shared by all objects with the same topology.
+    std::shared_ptr<const geometry::Subdivision> subdivision(int levels) const;
+
+private:
+    enum Stage { Morphs, Skinning, Place, Result, StageCount };
+    void invalidate(Stage first);
+    bool takeStale(Stage stage);
+    DzFacetShape* shape() const;
+    bool readPending(std::vector<DzMorph*>* changed);
+    void updateMorphs();
+    void sumMorphs(const DzMorph* except, std::vector<geometry::Vec3f>* positions);
+    void addMorph(DzMorph& morph, std::vector<geometry::Vec3f>* positions);
+    void updateSkin();
+    void updateWorld();
+    std::vector<geometry::Vec3f> refinedInWorld(const geometry::Subdivision& refinement, int level);
+    void toWorld(base::Span<geometry::Vec3f> positions) const;
+
+    DzObject& _object;
+    bool _stale[StageCount] = {true, true, true, true};
+
+    std::vector<DzMorph*> _pending; ///< changed since last read
+    std::vector<DzMorph*> _active;  ///< not at 0, in order of sequence
+    std::uint64_t _lastSequence = 0;
+    bool _sumValid = false;
+    DzMorph* _hot = nullptr;              ///< the dial being moved
+    std::vector<geometry::Vec3f> _others; ///< base and all active morphs but the hot one
+    std::vector<geometry::Vec3f> _morphed;
+
+    bool _isPosed = false;
+    bool _skinFailed = false;
+    std::vector<geometry::Vec3f> _posed;
+    bool _isPlaced = false;
+    std::vector<geometry::Vec3f> _placed;
+    mutable std::shared_ptr<const geometry::Subdivision> _subdivision;
+    bool _boxStale = true;
+    geometry::Box3f _box;
+    DzFacetMesh* _result = nullptr; ///< counted
+};
+
+} // namespace openhost

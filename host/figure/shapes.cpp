@@ -1,0 +1,35 @@
+// Shapes of the scene as the geometry library has them, for programs.
+// SPDX-License-Identifier: MIT
+
+#include "openhost/shapes.h"
+
+#include "dzfacetmesh.h"
+#include "dzmorph.h"
+#include "dznode.h"
+#include "figure/deltas_access.h"
+#include "figure/mesh_access.h"
+#include "figure/pipeline.h"
+
+namespace openhost {
+
+geometry::PolygonMeshView WorldMesh(const DzNode& node)
+{
+    return MeshAccess::mesh(*node.getObject()->getCachedGeom()).view();
+}
+
+std::size_t CageVertexCount(const DzNode& node)
+{
+    return node.getObject()->pipeline().base().vertexCount();
+}
+
+const geometry::SparseDeltas& MorphDeltas(const DzMorph& morph)
+{
+    return DeltasAccess::deltas(*morph.getDeltas());
+}
+
+const geometry::MultiresDetail& MorphDetail(const DzMorph& morph)
+{
+    return DeltasAccess::detail(*morph.getDeltas());
+}
+
+} // namespace openhost
