@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "gnt_convert-impl.h"
+#include "gnt_steps.h"
 
 #include "ks_app-setting.h"
-#include "ks_assert.h"
 #include "ks_daz-managers.h"
 #include "ks_debug.h"
 #include "ks_exception.h"
@@ -12,7 +12,6 @@
 #include "ks_morph-loader.h"
 #include "ks_obj-settings.h"
 #include "ks_product.h"
-#include "ks_progress.h"
 #include "ks_string.h"
 #include "ks_wait-cursor.h"
 
@@ -29,33 +28,6 @@ namespace {
 using kst::str::MakeRandomString;
 
 const char* const tempMorphName = "Temporary high-res morph";
-
-struct Step {
-    int key;
-    const char* text;
-};
-
-const Step steps[] = {
-    {1, "Normalizing target G9 figure"},
-    {2, "Exporting source as OBJ"},
-    {3, "Loading stock figure for morph conversion"},
-    {4, "Exporting stock figure as OBJ for morph conversion"},
-    {5, "Removing stock figure"},
-    {6, "Loading stock figure OBJ again"},
-    {7, "Creating converted morph"},
-    {8, "Dialing up converted morph"},
-    {9, "Loading temporary G9 for fit suit"},
-    {10, "Exporting temporary G9 as OBJ for fit suit"},
-    {11, "Removing temporary G9"},
-    {12, "Loading fit suit OBJ again"},
-    {13, "Running Transfer Utility to create morphs in fit suit OBJ"},
-    {14, "Dialing up morphs in fit suit with transfers"},
-    {15, "Exporting fit suit with transfers as OBJ again"},
-    {16, "Adjusting target G9 before creating morphs"},
-    {17, "Creating full figure morph"},
-    {18, "Creating head morph"},
-    {19, "Creating body morph"},
-};
 
 struct SourceKind {
     kst::daz::BaseFigure figure;
@@ -140,19 +112,19 @@ std::vector<GntCreatedMorph> GntConverter::run_X(GntResolution resolution, std::
 {
     Impl& impl = *_pImpl;
     const kst::WaitCursor waitCursor;
-    const kst::daz::SimpleProgress progress(impl.prepareSteps(resolution, jobs));
+    GntStepper stepper(GntStepsOf(jobs), impl.prepareSteps(resolution, jobs), impl.debugSteps);
 
     impl.S1_MoveTargetG9ToWorldOrigin();
-    DzNode& morphedStock = impl.makeMorphedStockMesh_X(progress, resolution);
-    DzNode& fitSuit = impl.makeFitSuit_X(progress, resolution);
-    const std::string obj = impl.transferToFitSuit_X(progress, morphedStock, fitSuit, missing);
-    impl.adjustTargetForMorphCreation_X(resolution, targetLabel);
+    DzNode& morphedStock = impl.makeMorphedStockMesh_X(stepper, resolution);
+    DzNode& fitSuit = impl.makeFitSuit_X(stepper, resolution);
+    const std::string obj = impl.transferToFitSuit_X(stepper, morphedStock, fitSuit, missing);
+    impl.adjustTargetForMorphCreation_X(stepper, resolution, targetLabel);
     const std::vector<GntCreatedMorph> created =
-        impl.createMorphs_X(progress, resolution, obj, morphPaths, morphNames, jobs);
+        impl.createMorphs_X(stepper, resolution, obj, morphPaths, morphNames, jobs);
     impl.removeHeadSplitNodes();
     if (GntNeedsThighPose(impl.pParams->cloneShape))
         SetThighs(impl.pParams->figTarget, 0.0f);
-    progress.done();
+    stepper.done();
     impl.restoreSourceAndTargetParams();
     return created;
 }
@@ -181,24 +153,9 @@ GntConverter::Impl::~Impl()
 
 std::vector<std::string> GntConverter::Impl::prepareSteps(GntResolution, GntJobs jobs) const
 {
-    // The display opens with the adjusting text and never shows the normalizing one; that is how users know
-    // it.
-    std::vector<int> keys{16, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
-    if (jobs.test(GntJobFlag::Full))
-        keys.push_back(17);
-    if (jobs.test(GntJobFlag::Head))
-        keys.push_back(18);
-    if (jobs.test(GntJobFlag::Body))
-        keys.push_back(19);
-    std::map<int, const char*> mapSteps;
-    for (const Step& step : steps)
-        mapSteps.emplace(step.key, step.text);
     std::vector<std::string> texts;
-    for (const int key : keys) {
-        const auto it = mapSteps.find(key);
-        assert(it != mapSteps.end());
-        texts.push_back(it->second);
-    }
+    for (const GntStep step : GntStepsOf(jobs))
+        texts.push_back(GntStepText(step));
     return texts;
 }
 
@@ -215,37 +172,36 @@ void GntConverter::Impl::restoreSourceAndTargetParams()
         kst::daz::SetNodeResolution(pParams->figSource, sourceResolution, false);
 }
 
-DzNode& GntConverter::Impl::makeMorphedStockMesh_X(const kst::daz::SimpleProgress& progress,
-                                                   GntResolution resolution)
+DzNode& GntConverter::Impl::makeMorphedStockMesh_X(GntStepper& stepper, GntResolution resolution)
 {
     DzFigure& source = pParams->figSource;
     if (resolution == GntResolution::Base) {
         kst::daz::SetNodeResolution(source, kst::daz::NodeResolution::BaseResolution, true);
         sourceResolutionChanged = true;
     }
-    progress.step_X(debugSteps);
 
+    stepper.begin_X(GntStep::ExportSource);
     // Only the second file is used; the host brings its geometry up to date with the first.
     kst::daz::SetSceneSelection(source);
     exportSelectedAsObj_X(RandomStem("tempg8-src1-"));
     kst::daz::SetSceneSelection(source);
     const std::string sourceObj = exportSelectedAsObj_X(RandomStem("tempg8-src2-"));
-    progress.step_X(debugSteps);
 
+    stepper.begin_X(GntStep::LoadStockFigure);
     DzFigure& stock =
         loadGenesis_X(GntStockFigureOf(pParams->cloneShape), resolution, pParams->iSubdLevelSource);
-    progress.step_X(debugSteps);
 
+    stepper.begin_X(GntStep::ExportStockFigure);
     const std::string stockObj = exportSelectedAsObj_X(RandomStem("tempg8-tgt-"));
-    progress.step_X(debugSteps);
 
+    stepper.begin_X(GntStep::RemoveStockFigure);
     kst::daz::SetSceneSelection(stock);
     DeleteSelection_X();
-    progress.step_X(debugSteps);
 
+    stepper.begin_X(GntStep::ImportStockMesh);
     DzNode& mesh = importObj_X(stockObj);
-    progress.step_X(debugSteps);
 
+    stepper.begin_X(GntStep::CreateConvertedMorph);
     kst::daz::SetSceneSelection(mesh);
     kst::ObjImportSettings objSettings;
     objSettings.loadBlenderDefaults();
@@ -254,40 +210,38 @@ DzNode& GntConverter::Impl::makeMorphedStockMesh_X(const kst::daz::SimpleProgres
         kst::MorphLoaderBatch::Exec_X(&mesh, sourceObj, tempMorphName, objSettings.toJsonStringOrThrowQ(),
                                       false, 0, "test morphs", false, std::string_view(), 0.0f);
     DzFloatProperty& morph = findNewMorphProperty_X(mesh, tempMorphName, report);
-    progress.step_X(debugSteps);
 
+    stepper.begin_X(GntStep::DialConvertedMorph);
     morph.setValue(1.0f);
-    progress.step_X(debugSteps);
     return mesh;
 }
 
-DzNode& GntConverter::Impl::makeFitSuit_X(const kst::daz::SimpleProgress& progress, GntResolution resolution)
+DzNode& GntConverter::Impl::makeFitSuit_X(GntStepper& stepper, GntResolution resolution)
 {
+    stepper.begin_X(GntStep::LoadTempG9);
     DzFigure& target = pParams->figTarget;
     target.setLabel(kst::str::ToQ(
         fmt::format("Target {} ({})", MakeRandomString(8), kst::str::ToStd(target.getLabel()))));
 
     DzFigure& temporary = S3_LoadTempG9ForFitSuit_X(resolution);
     temporary.setLabel(QLatin1String("Genesis 9 temp for fit suit"));
-    progress.step_X(debugSteps);
 
+    stepper.begin_X(GntStep::ExportTempG9);
     const std::string fitSuitObj = exportSelectedAsObj_X(RandomStem("tempg9-"));
-    progress.step_X(debugSteps);
 
+    stepper.begin_X(GntStep::RemoveTempG9);
     kst::daz::SetSceneSelection(temporary);
     DeleteSelection_X();
-    progress.step_X(debugSteps);
 
+    stepper.begin_X(GntStep::ImportFitSuit);
     nodeList.snapshot();
-    DzNode& fitSuit = importObj_X(fitSuitObj);
-    progress.step_X(debugSteps);
-    return fitSuit;
+    return importObj_X(fitSuitObj);
 }
 
-std::string GntConverter::Impl::transferToFitSuit_X(const kst::daz::SimpleProgress& progress,
-                                                    DzNode& morphedStock, DzNode& fitSuit,
-                                                    GntMissingMorphs& missing)
+std::string GntConverter::Impl::transferToFitSuit_X(GntStepper& stepper, DzNode& morphedStock,
+                                                    DzNode& fitSuit, GntMissingMorphs& missing)
 {
+    stepper.begin_X(GntStep::RunTransferUtility);
     const MorphValues morphs{{tempMorphName, 1.0f}};
     DzNode* figure = nullptr;
     {
@@ -298,21 +252,21 @@ std::string GntConverter::Impl::transferToFitSuit_X(const kst::daz::SimpleProgre
     kst::daz::SetNodeResolution(*figure, kst::daz::NodeResolution::BaseResolution, true);
     kst::daz::SetSceneSelection(morphedStock);
     DeleteSelection_X();
-    progress.step_X(debugSteps);
 
+    stepper.begin_X(GntStep::DialFitSuitMorphs);
     S8_DialUpMorphsInFitSuitWithTransfers_X(*figure, morphs, missing);
-    progress.step_X(debugSteps);
 
+    stepper.begin_X(GntStep::ExportFitSuit);
     kst::daz::SetSceneSelection(*figure);
     const std::string obj = exportSelectedAsObj_X(RandomStem("rigged-for-mlp-"));
     dzScene->removeNode(figure);
-    progress.step_X(debugSteps);
     return obj;
 }
 
-void GntConverter::Impl::adjustTargetForMorphCreation_X(GntResolution resolution,
+void GntConverter::Impl::adjustTargetForMorphCreation_X(GntStepper& stepper, GntResolution resolution,
                                                         std::string_view targetLabel)
 {
+    stepper.begin_X(GntStep::AdjustTarget);
     DzFigure& target = pParams->figTarget;
     SetResolution_X(target, resolution, pParams->iSubdLevelSource);
     if (GntNeedsThighPose(pParams->cloneShape))
@@ -320,25 +274,25 @@ void GntConverter::Impl::adjustTargetForMorphCreation_X(GntResolution resolution
     target.setLabel(kst::str::ToQ(targetLabel));
 }
 
-std::vector<GntCreatedMorph>
-GntConverter::Impl::createMorphs_X(const kst::daz::SimpleProgress& progress, GntResolution resolution,
-                                   const std::string& objPath, const std::vector<std::string>& paths,
-                                   const std::vector<std::string>& names, GntJobs jobs)
+std::vector<GntCreatedMorph> GntConverter::Impl::createMorphs_X(GntStepper& stepper, GntResolution resolution,
+                                                                const std::string& objPath,
+                                                                const std::vector<std::string>& paths,
+                                                                const std::vector<std::string>& names,
+                                                                GntJobs jobs)
 {
     const int level = pParams->iSubdLevelSource;
     std::vector<GntCreatedMorph> created;
-    if (jobs.test(GntJobFlag::Full))
-        created.push_back({GntFull, names.at(GntFull),
-                           &createMorph_X(progress, pParams->figTarget, objPath, resolution, level,
-                                          names.at(GntFull), paths.at(GntFull), std::string(), 0.0f)});
-    if (jobs.test(GntJobFlag::Head))
-        created.push_back({GntHead, names.at(GntHead),
-                           &createHeadOrBodyMorph_X(progress, resolution, objPath, names.at(GntHead),
-                                                    paths.at(GntHead), level, 1.0f)});
-    if (jobs.test(GntJobFlag::Body))
-        created.push_back({GntBody, names.at(GntBody),
-                           &createHeadOrBodyMorph_X(progress, resolution, objPath, names.at(GntBody),
-                                                    paths.at(GntBody), level, -1.0f)});
+    for (const GntJob& job : GNT_JOBS) {
+        if (!jobs.test(job.flag))
+            continue;
+        const std::string &name = names.at(job.index), &path = paths.at(job.index);
+        DzFloatProperty& property =
+            job.index == GntFull
+                ? createMorph_X(stepper, pParams->figTarget, objPath, resolution, level, name, path,
+                                std::string(), job.weightMapSign)
+                : createHeadOrBodyMorph_X(stepper, resolution, objPath, name, path, level, job.weightMapSign);
+        created.push_back({job.index, name, &property});
+    }
     return created;
 }
 

@@ -16,12 +16,7 @@
 
 class DzContentMgr;
 class DzNode;
-
-namespace kst {
-namespace daz {
-class SimpleProgress;
-}
-} // namespace kst
+class GntStepper;
 
 class GntConverter::Impl {
 public:
@@ -62,25 +57,25 @@ public:
     void S8_DialUpMorphsInFitSuitWithTransfers_X(DzNode& figure, const MorphValues& morphs,
                                                  GntMissingMorphs& missing);
     /// @param sign  1 keeps the weight map's part, -1 its complement; an empty path keeps all
-    DzFloatProperty& createMorph_X(const kst::daz::SimpleProgress& progress, DzFigure& target,
-                                   const std::string& objPath, GntResolution resolution, int subdLevel,
-                                   const std::string& morphName, const std::string& morphPath,
-                                   const std::string& weightMapPath, float sign);
-    DzFloatProperty& createHeadOrBodyMorph_X(const kst::daz::SimpleProgress& progress,
-                                             GntResolution resolution, const std::string& objPath,
-                                             const std::string& morphName, const std::string& morphPath,
-                                             int subdLevel, float sign);
+    DzFloatProperty& createMorph_X(GntStepper& stepper, DzFigure& target, const std::string& objPath,
+                                   GntResolution resolution, int subdLevel, const std::string& morphName,
+                                   const std::string& morphPath, const std::string& weightMapPath,
+                                   float sign);
+    DzFloatProperty& createHeadOrBodyMorph_X(GntStepper& stepper, GntResolution resolution,
+                                             const std::string& objPath, const std::string& morphName,
+                                             const std::string& morphPath, int subdLevel, float sign);
     void loadHeadSplitDFormerOnce_X();
     std::string getAbsolutePath_X(const char* relativePath);
 
     // The driver's paragraphs, in order.
-    DzNode& makeMorphedStockMesh_X(const kst::daz::SimpleProgress& progress, GntResolution resolution);
-    DzNode& makeFitSuit_X(const kst::daz::SimpleProgress& progress, GntResolution resolution);
-    std::string transferToFitSuit_X(const kst::daz::SimpleProgress& progress, DzNode& morphedStock,
-                                    DzNode& fitSuit, GntMissingMorphs& missing);
-    void adjustTargetForMorphCreation_X(GntResolution resolution, std::string_view targetLabel);
-    std::vector<GntCreatedMorph> createMorphs_X(const kst::daz::SimpleProgress& progress,
-                                                GntResolution resolution, const std::string& objPath,
+    DzNode& makeMorphedStockMesh_X(GntStepper& stepper, GntResolution resolution);
+    DzNode& makeFitSuit_X(GntStepper& stepper, GntResolution resolution);
+    std::string transferToFitSuit_X(GntStepper& stepper, DzNode& morphedStock, DzNode& fitSuit,
+                                    GntMissingMorphs& missing);
+    void adjustTargetForMorphCreation_X(GntStepper& stepper, GntResolution resolution,
+                                        std::string_view targetLabel);
+    std::vector<GntCreatedMorph> createMorphs_X(GntStepper& stepper, GntResolution resolution,
+                                                const std::string& objPath,
                                                 const std::vector<std::string>& paths,
                                                 const std::vector<std::string>& names, GntJobs jobs);
     void removeHeadSplitNodes();

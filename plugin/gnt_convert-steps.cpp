@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 #include "gnt_convert-impl.h"
+#include "gnt_steps.h"
 
 #include "ks_assert.h"
 #include "ks_clickaway.h"
 #include "ks_exception.h"
 #include "ks_morph-loader.h"
 #include "ks_obj-settings.h"
-#include "ks_progress.h"
 #include "ks_string.h"
 #include "ks_transfer-utility.h"
 #include "ks_wait-cursor.h"
@@ -34,6 +34,15 @@ namespace {
 DzFloatProperty& OwnFloatProperty_X(const DzNode& node, const char* name)
 {
     return *kst::daz::FindFloatProperty(node, kst::daz::PropertyLocation::Node, name, true);
+}
+
+/// The sign tells whose part of the figure a morph is.
+GntStep CreationStepOf(float sign)
+{
+    const auto job = std::find_if(GNT_JOBS.begin(), GNT_JOBS.end(),
+                                  [sign](const GntJob& each) { return each.weightMapSign == sign; });
+    assert(job != GNT_JOBS.end());
+    return GntCreationStep(job->index);
 }
 
 } // namespace
@@ -231,13 +240,13 @@ DzFloatProperty& GntConverter::Impl::findNewMorphProperty_X(DzNode& node, const 
     return *info->property;
 }
 
-DzFloatProperty& GntConverter::Impl::createMorph_X(const kst::daz::SimpleProgress& progress, DzFigure& target,
+DzFloatProperty& GntConverter::Impl::createMorph_X(GntStepper& stepper, DzFigure& target,
                                                    const std::string& objPath, GntResolution resolution,
                                                    int subdLevel, const std::string& morphName,
                                                    const std::string& morphPath,
                                                    const std::string& weightMapPath, float sign)
 {
-    progress.step_X(debugSteps);
+    stepper.begin_X(CreationStepOf(sign));
     kst::daz::SetSceneSelection(target);
     kst::ObjImportSettings objSettings;
     objSettings.loadBlenderDefaults();
@@ -249,16 +258,18 @@ DzFloatProperty& GntConverter::Impl::createMorph_X(const kst::daz::SimpleProgres
     return findNewMorphProperty_X(target, morphName, report);
 }
 
-DzFloatProperty& GntConverter::Impl::createHeadOrBodyMorph_X(
-    const kst::daz::SimpleProgress& progress, GntResolution resolution, const std::string& objPath,
-    const std::string& morphName, const std::string& morphPath, int subdLevel, float sign)
+DzFloatProperty& GntConverter::Impl::createHeadOrBodyMorph_X(GntStepper& stepper, GntResolution resolution,
+                                                             const std::string& objPath,
+                                                             const std::string& morphName,
+                                                             const std::string& morphPath, int subdLevel,
+                                                             float sign)
 {
     loadHeadSplitDFormerOnce_X();
     DzFigure& target = pParams->figTarget;
     const std::string weightMapPath =
         fmt::format("D-Former_1::weightmap::{}/Influence Weights", ToStd(target.getLabel()));
-    return createMorph_X(progress, target, objPath, resolution, subdLevel, morphName, morphPath,
-                         weightMapPath, sign);
+    return createMorph_X(stepper, target, objPath, resolution, subdLevel, morphName, morphPath, weightMapPath,
+                         sign);
 }
 
 void GntConverter::Impl::loadHeadSplitDFormerOnce_X()

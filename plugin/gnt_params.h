@@ -5,6 +5,7 @@
 
 #include "ks_flag-set.h"
 
+#include <array>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -34,6 +35,18 @@ typedef kst::FlagSet<GntJobFlag> GntJobs;
 
 /// Index into lists that hold one value a job.
 enum GntJobIndex : int { GntFull = 0, GntHead = 1, GntBody = 2 };
+
+/// What tells the jobs apart.
+struct GntJob {
+    GntJobIndex index;
+    GntJobFlag flag;
+    const char* keyword;
+    float weightMapSign; ///< 1 keeps the head split's part of the figure, -1 its complement; 0 keeps all
+};
+/// In GntJobIndex's order, which is also that of the creation.
+constexpr std::array<GntJob, 3> GNT_JOBS{{{GntFull, GntJobFlag::Full, "full", 0.0f},
+                                          {GntHead, GntJobFlag::Head, "head", 1.0f},
+                                          {GntBody, GntJobFlag::Body, "body", -1.0f}}};
 
 /// One morph that a conversion made.
 struct GntCreatedMorph {
