@@ -9,8 +9,6 @@
 #include "ks_debug.h"
 #include "ks_exception.h"
 #include "ks_help.h"
-#include "ks_morph-loader.h"
-#include "ks_obj-settings.h"
 #include "ks_product.h"
 #include "ks_string.h"
 #include "ks_wait-cursor.h"
@@ -203,12 +201,8 @@ DzNode& GntConverter::Impl::makeMorphedStockMesh_X(GntStepper& stepper, GntResol
 
     stepper.begin_X(GntStep::CreateConvertedMorph);
     kst::daz::SetSceneSelection(mesh);
-    kst::ObjImportSettings objSettings;
-    objSettings.loadBlenderDefaults();
-    objSettings.setScale(1.0f);
     const std::string report =
-        kst::MorphLoaderBatch::Exec_X(&mesh, sourceObj, tempMorphName, objSettings.toJsonStringOrThrowQ(),
-                                      false, 0, "test morphs", false, std::string_view(), 0.0f);
+        kst::MorphLoaderBatch::Exec_X(&mesh, MakeMorphLoad_X(sourceObj, tempMorphName, "test morphs"));
     DzFloatProperty& morph = findNewMorphProperty_X(mesh, tempMorphName, report);
 
     stepper.begin_X(GntStep::DialConvertedMorph);

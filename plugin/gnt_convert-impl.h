@@ -7,6 +7,7 @@
 #include "gnt_figure-files.h"
 #include "gnt_temp-folder.h"
 #include "ks_daz-helpers.h"
+#include "ks_morph-loader.h"
 #include "ks_morphlist.h"
 #include "ks_node-list.h"
 
@@ -56,6 +57,9 @@ public:
     void runTransferUtility(DzNode& source, DzNode& target, const MorphValues& morphs);
     void S8_DialUpMorphsInFitSuitWithTransfers_X(DzNode& figure, const MorphValues& morphs,
                                                  GntMissingMorphs& missing);
+    /// A morph of the whole mesh at base resolution, from a file of this conversion's.
+    static kst::MorphLoad MakeMorphLoad_X(const std::string& objPath, const std::string& morphName,
+                                          const std::string& morphPath);
     /// @param sign  1 keeps the weight map's part, -1 its complement; an empty path keeps all
     DzFloatProperty& createMorph_X(GntStepper& stepper, DzFigure& target, const std::string& objPath,
                                    GntResolution resolution, int subdLevel, const std::string& morphName,

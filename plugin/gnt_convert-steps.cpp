@@ -7,7 +7,6 @@
 #include "ks_assert.h"
 #include "ks_clickaway.h"
 #include "ks_exception.h"
-#include "ks_morph-loader.h"
 #include "ks_obj-settings.h"
 #include "ks_string.h"
 #include "ks_transfer-utility.h"
@@ -240,6 +239,20 @@ DzFloatProperty& GntConverter::Impl::findNewMorphProperty_X(DzNode& node, const 
     return *info->property;
 }
 
+kst::MorphLoad GntConverter::Impl::MakeMorphLoad_X(const std::string& objPath, const std::string& morphName,
+                                                   const std::string& morphPath)
+{
+    kst::ObjImportSettings objSettings;
+    objSettings.loadBlenderDefaults();
+    objSettings.setScale(1.0f);
+    kst::MorphLoad load;
+    load.objFile = objPath;
+    load.morphName = morphName;
+    load.importSettingsJson = objSettings.toJsonStringOrThrowQ();
+    load.propertyGroupPath = morphPath;
+    return load;
+}
+
 DzFloatProperty& GntConverter::Impl::createMorph_X(GntStepper& stepper, DzFigure& target,
                                                    const std::string& objPath, GntResolution resolution,
                                                    int subdLevel, const std::string& morphName,
@@ -248,13 +261,13 @@ DzFloatProperty& GntConverter::Impl::createMorph_X(GntStepper& stepper, DzFigure
 {
     stepper.begin_X(CreationStepOf(sign));
     kst::daz::SetSceneSelection(target);
-    kst::ObjImportSettings objSettings;
-    objSettings.loadBlenderDefaults();
-    objSettings.setScale(1.0f);
-    // The thighs are posed and base dials may be set, so the deformations are reversed.
-    const std::string report = kst::MorphLoaderBatch::Exec_X(
-        &target, objPath, morphName, objSettings.toJsonStringOrThrowQ(), resolution == GntResolution::Subd,
-        subdLevel, morphPath, true, weightMapPath, sign);
+    kst::MorphLoad load = MakeMorphLoad_X(objPath, morphName, morphPath);
+    load.subdivide = resolution == GntResolution::Subd;
+    load.builtResolution = subdLevel;
+    load.reverseDeformations = true; // the thighs are posed and base dials may be set
+    load.attenuateMapPath = weightMapPath;
+    load.attenuateStrength = sign;
+    const std::string report = kst::MorphLoaderBatch::Exec_X(&target, load);
     return findNewMorphProperty_X(target, morphName, report);
 }
 

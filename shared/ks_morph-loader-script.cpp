@@ -4,6 +4,7 @@
 #include "ks_morph-loader-script.h"
 
 #include "ks_exception.h"
+#include "ks_morph-loader.h"
 #include "ks_string.h"
 
 #include <QString>
@@ -11,11 +12,13 @@
 
 #include <dzscript.h>
 
+#include <fmt/format.h>
+
 namespace kst {
 
 namespace {
 
-const char* const scriptText = R"script(
+const char* const scriptBegin = R"script(
 function Kestrom_RunMorphLoaderPro(sInputFilename, sMorphName, sJsonObjImportSettings, fSubd, iSubdBuiltResolution,
                                    sPropertyGroupPath, fReverseDeformations, sAttenuateMapPath, tAttenuate)
 {
@@ -25,7 +28,9 @@ function Kestrom_RunMorphLoaderPro(sInputFilename, sMorphName, sJsonObjImportSet
 
         var oSettings = new DzFileIOSettings();
         if (!oSettings.fromString(sJsonObjImportSettings))
-            throw "invalid JSON settings for OBJ importer in Morph Loader Pro";
+            throw ")script";
+
+const char* const scriptSettings = R"script(";
         // The settings text brings the axes and the scale:
         // oSettings.setFloatValue("Scale", 50);
         // oSettings.setStringValue("LatAxis", "X");
@@ -34,10 +39,9 @@ function Kestrom_RunMorphLoaderPro(sInputFilename, sMorphName, sJsonObjImportSet
         // oSettings.setBoolValue("InvertLat", false);
         // oSettings.setBoolValue("InvertVert", false);
         // oSettings.setBoolValue("InvertDepth", false);
-        oSettings.setBoolValue("IncludeVT", false);
-        oSettings.setBoolValue("IncludeG", false);
-        oSettings.setBoolValue("IncludeUsemtl", false);
-        oSettings.setBoolValue("IncludeMtllib", false);
+)script";
+
+const char* const scriptLoader = R"script(
         oSettings.setIntValue("RunSilent", 1);
 
         var oBatch = new DzMorphLoaderBatch();
@@ -46,26 +50,14 @@ function Kestrom_RunMorphLoaderPro(sInputFilename, sMorphName, sJsonObjImportSet
         if (oNode.inherits("DzFigure"))
             mode = DzMorphLoader.SingleSkinFigure;
         if (!oLoader.setLoadMode(mode, oNode))
-            throw "incompatible load mode";
-        oLoader.setFilename(sInputFilename);
-        oLoader.setMorphName(sMorphName);
-        oLoader.setMorphSubdivision(fSubd);
-        oLoader.setSubdivisionBuiltResolution(iSubdBuiltResolution);
-        oLoader.setSubdivisionMinResolution(0);
-        oLoader.setSubdivisionMaxResolution(9);
-        oLoader.setSubdivisionSmoothCage(fSubd);
-        oLoader.setSubdivisionMapping(DzMorphLoader.Catmark);
-        oLoader.setDeltaTolerance(0.001);
-        oLoader.setCreateControlProperty(false);
-        oLoader.setPropertyGroupPath(sPropertyGroupPath);
-        oLoader.setReverseDeformations(fReverseDeformations);
-        oLoader.setOverwriteExisting(DzMorphLoader.DeltasOnly);
-        oLoader.setCleanUpOrphans(true);
-        oLoader.setMorphMirroring(DzMorphLoader.DoNotMirror);
+            throw ")script";
+
+const char* const scriptAttenuation = R"script(
         if (sAttenuateMapPath.length != 0)
         {
-            oLoader.setAttenuateMapPath(sAttenuateMapPath);
-            oLoader.setAttenuateStrength(tAttenuate);
+)script";
+
+const char* const scriptEnd = R"script(
         }
 
         oBatch.addMorph(oLoader);
@@ -78,13 +70,31 @@ function Kestrom_RunMorphLoaderPro(sInputFilename, sMorphName, sJsonObjImportSet
 }
 )script";
 
+std::string CallsOn(const std::vector<MorphLoadOption>& options)
+{
+    std::string calls;
+    for (const MorphLoadOption& option : options)
+        calls += fmt::format("        oLoader.{}({});\n", option.scriptMethod, option.scriptValue);
+    return calls;
+}
+
+std::string ScriptText()
+{
+    std::string switches;
+    for (const char* const key : MorphImportSwitchedOff())
+        switches += fmt::format("        oSettings.setBoolValue(\"{}\", false);\n", key);
+    return std::string(scriptBegin) + MORPH_IMPORT_SETTINGS_ERROR + scriptSettings + switches + scriptLoader +
+           MORPH_LOAD_MODE_ERROR + "\";\n" + CallsOn(MorphLoadOptions()) + scriptAttenuation +
+           CallsOn(MorphAttenuationOptions()) + scriptEnd;
+}
+
 /// Made on first use and kept for the life of the process: the host may be gone by the time statics are.
 DzScript& Script()
 {
     static DzScript* script = nullptr;
     if (!script) {
         script = new DzScript;
-        script->addCode(str::ToQ(scriptText));
+        script->addCode(str::ToQ(ScriptText()));
     }
     return *script;
 }

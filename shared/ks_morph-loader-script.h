@@ -13,7 +13,7 @@ namespace kst {
 /// The same load as MorphLoaderBatch::Exec_X, done by the host's script engine on the scene's primary
 /// selection.
 struct MorphLoaderProScript {
-    /// Parameters are those of MorphLoaderBatch::Exec_X; importSettingsJson may not be empty here.
+    /// Parameters are MorphLoad's members; importSettingsJson may not be empty here.
     /// @return what the host's loader reports
     /// @throws Exception  "missing import OBJ file", "missing morph name", "missing property group path",
     /// "failed to execute script to run Morph Loader Pro", or a text that begins with "Script error: "

@@ -17,8 +17,6 @@ namespace kst {
 
 namespace {
 
-const float deltaToleranceCentimetres = 0.001f;
-
 /// Position of a signature in a table; each that is called stands there.
 std::size_t IndexOf(const std::vector<const char*>& signatures, const char* signature)
 {
@@ -38,9 +36,8 @@ QGenericArgument ObjectArgument(const char* typeName, QObject* const& object)
 void PrepareImportSettings_X(DzFileIOSettings& settings, const QString& json)
 {
     if (!json.isEmpty() && !settings.fromString(json))
-        throw Exception("invalid JSON settings for OBJ importer in Morph Loader Pro");
-    // A morph needs positions only; the rest costs time.
-    for (const char* const key : {"IncludeVT", "IncludeG", "IncludeUsemtl", "IncludeMtllib"})
+        throw Exception(MORPH_IMPORT_SETTINGS_ERROR);
+    for (const char* const key : MorphImportSwitchedOff())
         settings.setBoolValue(QLatin1String(key), false);
     settings.setIntValue(QLatin1String("RunSilent"), 1);
 }
@@ -229,6 +226,56 @@ bool MorphLoader::setMorphMirroring(MirroringType type)
     return set("setMorphMirroring(MirroringType)", "MirroringType", &type);
 }
 
+const std::vector<MorphLoadOption>& MorphLoadOptions()
+{
+    typedef MorphLoader L;
+    typedef const MorphLoad& Load;
+    static const std::vector<MorphLoadOption> options{
+        {[](L& l, Load load) { l.setFilename(str::ToQ(load.objFile)); }, "setFilename", "sInputFilename"},
+        {[](L& l, Load load) { l.setMorphName(str::ToQ(load.morphName)); }, "setMorphName", "sMorphName"},
+        {[](L& l, Load load) { l.setMorphSubdivision(load.subdivide); }, "setMorphSubdivision", "fSubd"},
+        {[](L& l, Load load) { l.setSubdivisionBuiltResolution(load.builtResolution); },
+         "setSubdivisionBuiltResolution", "iSubdBuiltResolution"},
+        {[](L& l, Load) { l.setSubdivisionMinResolution(0); }, "setSubdivisionMinResolution", "0"},
+        {[](L& l, Load) { l.setSubdivisionMaxResolution(9); }, "setSubdivisionMaxResolution", "9"},
+        {[](L& l, Load load) { l.setSubdivisionSmoothCage(load.subdivide); }, "setSubdivisionSmoothCage",
+         "fSubd"},
+        {[](L& l, Load) { l.setSubdivisionMapping(L::SubdMapping::Catmark); }, "setSubdivisionMapping",
+         "DzMorphLoader.Catmark"},
+        {[](L& l, Load) { l.setDeltaTolerance(0.001f); }, "setDeltaTolerance", "0.001"}, // centimetres
+        {[](L& l, Load) { l.setCreateControlProperty(false); }, "setCreateControlProperty", "false"},
+        {[](L& l, Load load) { l.setPropertyGroupPath(str::ToQ(load.propertyGroupPath)); },
+         "setPropertyGroupPath", "sPropertyGroupPath"},
+        {[](L& l, Load load) { l.setReverseDeformations(load.reverseDeformations); },
+         "setReverseDeformations", "fReverseDeformations"},
+        {[](L& l, Load) { l.setOverwriteExisting(L::OverwriteMode::DeltasOnly); }, "setOverwriteExisting",
+         "DzMorphLoader.DeltasOnly"},
+        {[](L& l, Load) { l.setCleanUpOrphans(true); }, "setCleanUpOrphans", "true"},
+        {[](L& l, Load) { l.setMorphMirroring(L::MirroringType::DoNotMirror); }, "setMorphMirroring",
+         "DzMorphLoader.DoNotMirror"},
+    };
+    return options;
+}
+
+const std::vector<MorphLoadOption>& MorphAttenuationOptions()
+{
+    static const std::vector<MorphLoadOption> options{
+        {[](MorphLoader& l, const MorphLoad& load) {
+             l.setAttenuateMapPath(str::ToQ(load.attenuateMapPath));
+         },
+         "setAttenuateMapPath", "sAttenuateMapPath"},
+        {[](MorphLoader& l, const MorphLoad& load) { l.setAttenuateStrength(load.attenuateStrength); },
+         "setAttenuateStrength", "tAttenuate"},
+    };
+    return options;
+}
+
+const std::vector<const char*>& MorphImportSwitchedOff()
+{
+    static const std::vector<const char*> keys{"IncludeVT", "IncludeG", "IncludeUsemtl", "IncludeMtllib"};
+    return keys;
+}
+
 const std::vector<const char*>& MorphLoaderBatch::Signatures()
 {
     static const std::vector<const char*> signatures{"morphListChanged()",
@@ -286,44 +333,37 @@ QString MorphLoaderBatch::createMorphs(DzFileIOSettings* settings, DzNode* node,
                       Q_ARG(bool, onlyErrorsOrWarnings), Q_ARG(bool, plainText));
 }
 
-std::string MorphLoaderBatch::Exec_X(DzNode* node, std::string_view objFile, std::string_view morphName,
-                                     const QString& importSettingsJson, bool subdivide, int builtResolution,
-                                     std::string_view propertyGroupPath, bool reverseDeformations,
-                                     std::string_view attenuateMapPath, float attenuateStrength)
+std::string MorphLoaderBatch::Exec_X(DzNode* node, const MorphLoad& load)
 {
     DzFileIOSettings settings;
-    PrepareImportSettings_X(settings, importSettingsJson);
+    PrepareImportSettings_X(settings, load.importSettingsJson);
 
     const std::unique_ptr<MorphLoader> loader = MorphLoader::CreateMlpInstance_X();
     const MorphLoader::LoadMode mode = node && node->inherits("DzFigure")
                                            ? MorphLoader::LoadMode::SingleSkinFigure
                                            : MorphLoader::LoadMode::PrimaryNode;
     if (!loader->setLoadMode(mode, node))
-        throw Exception("incompatible load mode");
-    loader->setFilename(str::ToQ(objFile));
-    loader->setMorphName(str::ToQ(morphName));
-    loader->setMorphSubdivision(subdivide);
-    loader->setSubdivisionBuiltResolution(builtResolution);
-    loader->setSubdivisionMinResolution(0);
-    loader->setSubdivisionMaxResolution(9);
-    loader->setSubdivisionSmoothCage(subdivide);
-    loader->setSubdivisionMapping(MorphLoader::SubdMapping::Catmark);
-    loader->setDeltaTolerance(deltaToleranceCentimetres);
-    loader->setCreateControlProperty(false);
-    loader->setPropertyGroupPath(str::ToQ(propertyGroupPath));
-    loader->setReverseDeformations(reverseDeformations);
-    loader->setOverwriteExisting(MorphLoader::OverwriteMode::DeltasOnly);
-    loader->setCleanUpOrphans(true);
-    loader->setMorphMirroring(MorphLoader::MirroringType::DoNotMirror);
-    if (!attenuateMapPath.empty()) {
-        loader->setAttenuateMapPath(str::ToQ(attenuateMapPath));
-        loader->setAttenuateStrength(attenuateStrength);
-    }
+        throw Exception(MORPH_LOAD_MODE_ERROR);
+    for (const MorphLoadOption& option : MorphLoadOptions())
+        option.set(*loader, load);
+    if (!load.attenuateMapPath.empty())
+        for (const MorphLoadOption& option : MorphAttenuationOptions())
+            option.set(*loader, load);
 
     const std::unique_ptr<MorphLoaderBatch> batch = CreateMlBatchInstance_X();
     batch->addMorph(*loader);
     batch->createMorphs(&settings, node, false, true);
     return std::string();
+}
+
+std::string MorphLoaderBatch::Exec_X(DzNode* node, std::string_view objFile, std::string_view morphName,
+                                     const QString& importSettingsJson, bool subdivide, int builtResolution,
+                                     std::string_view propertyGroupPath, bool reverseDeformations,
+                                     std::string_view attenuateMapPath, float attenuateStrength)
+{
+    return Exec_X(node, MorphLoad{std::string(objFile), std::string(morphName), importSettingsJson, subdivide,
+                                  builtResolution, std::string(propertyGroupPath), reverseDeformations,
+                                  std::string(attenuateMapPath), attenuateStrength});
 }
 
 } // namespace kst

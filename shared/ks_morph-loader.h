@@ -62,6 +62,37 @@ private:
     std::unique_ptr<QObject> _object;
 };
 
+/// One morph as it is to be loaded. Texts are UTF-8.
+struct MorphLoad {
+    std::string objFile, morphName;
+    QString importSettingsJson;       ///< OBJ import options; an empty text leaves the host's own
+    bool subdivide = false;           ///< the file holds the mesh subdivided to builtResolution
+    int builtResolution = 0;          ///< subdivision level
+    std::string propertyGroupPath;    ///< where the dial is filed
+    bool reverseDeformations = false; ///< the new morph under the present pose and dials reproduces the file
+    std::string attenuateMapPath;     ///< weight map that limits the morph; empty for none
+    float attenuateStrength = 0.0f;   ///< 1 the map, -1 its complement
+};
+
+/// One option of a load, as the native driver sets it and as the script does.
+struct MorphLoadOption {
+    void (*set)(MorphLoader& loader, const MorphLoad& load);
+    const char* scriptMethod; ///< of the loader
+    const char* scriptValue;  ///< a value of the load is the script function's parameter
+};
+
+/// In the order in which the loader gets them.
+const std::vector<MorphLoadOption>& MorphLoadOptions();
+/// Set only when there is a weight map: without one, the host's own values stay.
+const std::vector<MorphLoadOption>& MorphAttenuationOptions();
+
+/// OBJ import options that are switched off: a morph needs positions only, and the rest costs time.
+const std::vector<const char*>& MorphImportSwitchedOff();
+
+constexpr const char* MORPH_IMPORT_SETTINGS_ERROR =
+    "invalid JSON settings for OBJ importer in Morph Loader Pro";
+constexpr const char* MORPH_LOAD_MODE_ERROR = "incompatible load mode";
+
 /// A list of morphs to load: wraps and owns a host object.
 class MorphLoaderBatch : public qt::MagicImpl<QObject, MorphLoaderBatch> {
 public:
@@ -74,15 +105,11 @@ public:
 
     /// Makes one morph on a node from an OBJ file. Whether the morph is there afterwards is for the caller to
     /// check.
-    /// @param importSettingsJson   OBJ import options; an empty text leaves the host's own
-    /// @param subdivide            the file holds the mesh subdivided to builtResolution
-    /// @param propertyGroupPath    where the dial is filed
-    /// @param reverseDeformations  the new morph under the present pose and dials reproduces the file
-    /// @param attenuateMapPath     weight map that limits the morph; empty for none
-    /// @param attenuateStrength    1 the map, -1 its complement
     /// @return always empty
     /// @throws Exception  "invalid JSON settings for OBJ importer in Morph Loader Pro", "incompatible load
     /// mode"
+    static std::string Exec_X(DzNode* node, const MorphLoad& load);
+    /// The same with the load's members one by one.
     static std::string Exec_X(DzNode* node, std::string_view objFile, std::string_view morphName,
                               const QString& importSettingsJson, bool subdivide, int builtResolution,
                               std::string_view propertyGroupPath, bool reverseDeformations,

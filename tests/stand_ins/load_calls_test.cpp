@@ -35,6 +35,21 @@ std::string ByDriver(const Load& load)
                                          load.reverseDeformations, load.mapPath, load.strength);
 }
 
+std::string ByOptions(const Load& load)
+{
+    kst::MorphLoad wanted;
+    wanted.objFile = "/tmp/a.obj";
+    wanted.morphName = "Round";
+    wanted.importSettingsJson = QString::fromStdString(load.json);
+    wanted.subdivide = load.subdivide;
+    wanted.builtResolution = load.builtResolution;
+    wanted.propertyGroupPath = "/Actor/Mine";
+    wanted.reverseDeformations = load.reverseDeformations;
+    wanted.attenuateMapPath = load.mapPath;
+    wanted.attenuateStrength = load.strength;
+    return kst::MorphLoaderBatch::Exec_X(load.node, wanted);
+}
+
 std::string ByScript(const Load& load)
 {
     dzScene->setPrimarySelection(load.node);
@@ -50,7 +65,7 @@ struct Way {
     std::string prefix; ///< of its failures
 };
 
-/// Both ways of loading have the same to say.
+/// All ways of loading have the same to say.
 class LoadCalls : public HostTest, public testing::WithParamInterface<Way> {
 protected:
     void SetUp() override
@@ -82,7 +97,9 @@ protected:
     Load load;
 };
 
-const Way ways[] = {{"driver", ByDriver, "", ""}, {"script", ByScript, "one morph", "Script error: "}};
+const Way ways[] = {{"driver", ByDriver, "", ""},
+                    {"options", ByOptions, "", ""},
+                    {"script", ByScript, "one morph", "Script error: "}};
 
 INSTANTIATE_TEST_SUITE_P(, LoadCalls, testing::ValuesIn(ways),
                          [](const testing::TestParamInfo<Way>& way) { return way.param.name; });
