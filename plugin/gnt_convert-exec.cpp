@@ -1,4 +1,4 @@
-// A conversion with its dialogs: what the menu action runs.
+// Whole conversions: with dialogs, as the menu action runs it, and of two given figures without any.
 // SPDX-License-Identifier: MIT
 
 #include "gnt_convert-impl.h"
@@ -9,6 +9,9 @@
 #include "ks_exception.h"
 
 #include <QElapsedTimer>
+
+#include <dzfigure.h>
+#include <dzscene.h>
 
 namespace {
 
@@ -43,18 +46,21 @@ void GntConverter::Exec_X(QWidget* parent)
         return;
     if (!params->areFiguresInScene())
         throw kst::Exception("the source or the target figure is no longer in the scene");
-    const std::vector<std::string> paths = form->getMorphPaths();
     QElapsedTimer timer;
     timer.start();
-    converter._pImpl->debugSteps = form->isDebuggingSteps();
-    const GntResolution resolution = form->getResolution();
-    const std::vector<std::string> names = form->getMorphNames();
-    const GntJobs jobs = form->getJobs();
+    GntRequest request = form->makeRequest();
+    request.targetLabel = label;
     form.reset(); // nothing that it had still to do may touch the figures from here on
-    GntMissingMorphs missing;
-    const std::vector<GntCreatedMorph> created =
-        converter.run_X(resolution, label, paths, names, jobs, missing);
-    const std::string note = GntMissingNote(missing);
-    const std::string elapsed = GntElapsedText(timer.elapsed());
-    forms.showSuccess({parent, params, created, elapsed, note});
+    const GntOutcome outcome = converter.run_X(request);
+    forms.showSuccess({parent, outcome, GntElapsedText(timer.elapsed()), GntMissingNote(outcome.missing)});
+}
+
+GntOutcome GntConverter::Convert_X(DzNode& source, DzNode& target, const GntRequest& request)
+{
+    if (request.resolution == GntResolution::Subd)
+        Impl::Subdivide_X(kst::daz::ResolveToFigure_X(source), request.subdLevel);
+    dzScene->selectAllNodes(false);
+    source.select(true);
+    target.select(true);
+    return GntConverter(FindSourceAndTargetInSceneSelected_X()).run_X(request);
 }

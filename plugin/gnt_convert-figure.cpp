@@ -5,6 +5,7 @@
 #include "gnt_steps.h"
 
 #include "ks_app-setting.h"
+#include "ks_assert.h"
 #include "ks_daz-managers.h"
 #include "ks_debug.h"
 #include "ks_exception.h"
@@ -44,12 +45,6 @@ const SourceKind sourceKinds[] = {
 void DeleteSelection_X()
 {
     kst::daz::FindActionOrThrow("DzDeleteAction", true)->trigger();
-}
-
-void SetThighs(DzFigure& figure, float degrees)
-{
-    kst::daz::SetBoneValueOrThrow(figure, "l_thigh", "ZRotate", degrees);
-    kst::daz::SetBoneValueOrThrow(figure, "r_thigh", "ZRotate", 0.0f - degrees); // no negative zero
 }
 
 std::string RandomStem(const char* prefix)
@@ -103,28 +98,51 @@ std::string GntConverter::makeConvertedLabel() const
     return fmt::format("{} converted to G9", kst::str::ToStd(_pImpl->pParams->figSource.getLabel()));
 }
 
+GntRequest GntConverter::complete(const GntRequest& request) const
+{
+    const GntParams& params = *_pImpl->pParams;
+    // The figures would not match: it is the selected source's level that all of them get.
+    assert(!request.subdLevel || *request.subdLevel == params.iSubdLevelSource);
+    GntRequest whole = request;
+    whole.subdLevel = params.iSubdLevelSource;
+    if (whole.targetLabel.empty())
+        whole.targetLabel = makeConvertedLabel();
+    if (whole.names.empty())
+        whole.names = GntProposedNames(whole.targetLabel);
+    if (whole.paths.empty())
+        whole.paths.assign(GNT_JOBS.size(), GNT_DEFAULT_MORPH_PATH);
+    if (!whole.thighDegrees)
+        whole.thighDegrees = GntThighDegrees(params.cloneShape);
+    return whole;
+}
+
+GntOutcome GntConverter::run_X(const GntRequest& request)
+{
+    Impl& impl = *_pImpl;
+    GntOutcome outcome;
+    outcome.params = impl.pParams;
+    outcome.request = complete(request);
+    outcome.activeMorphCount = impl.activeMorphs.size();
+    const kst::WaitCursor waitCursor;
+    outcome.isHeightMatched = GntSetBases_X(*impl.pParams, request);
+    impl.runSteps_X(outcome);
+    return outcome;
+}
+
 std::vector<GntCreatedMorph> GntConverter::run_X(GntResolution resolution, std::string_view targetLabel,
                                                  const std::vector<std::string>& morphPaths,
                                                  const std::vector<std::string>& morphNames, GntJobs jobs,
                                                  GntMissingMorphs& missing)
 {
-    Impl& impl = *_pImpl;
-    const kst::WaitCursor waitCursor;
-    GntStepper stepper(GntStepsOf(jobs), impl.prepareSteps(resolution, jobs), impl.debugSteps);
-
-    impl.S1_MoveTargetG9ToWorldOrigin();
-    DzNode& morphedStock = impl.makeMorphedStockMesh_X(stepper, resolution);
-    DzNode& fitSuit = impl.makeFitSuit_X(stepper, resolution);
-    const std::string obj = impl.transferToFitSuit_X(stepper, morphedStock, fitSuit, missing);
-    impl.adjustTargetForMorphCreation_X(stepper, resolution, targetLabel);
-    const std::vector<GntCreatedMorph> created =
-        impl.createMorphs_X(stepper, resolution, obj, morphPaths, morphNames, jobs);
-    impl.removeHeadSplitNodes();
-    if (GntNeedsThighPose(impl.pParams->cloneShape))
-        SetThighs(impl.pParams->figTarget, 0.0f);
-    stepper.done();
-    impl.restoreSourceAndTargetParams();
-    return created;
+    GntRequest request;
+    request.jobs = jobs;
+    request.names = morphNames;
+    request.paths = morphPaths;
+    request.targetLabel = std::string(targetLabel);
+    request.resolution = resolution;
+    GntOutcome outcome = run_X(request);
+    missing.insert(outcome.missing.begin(), outcome.missing.end());
+    return outcome.created;
 }
 
 GntConverter::Impl::Impl(std::shared_ptr<GntParams> params)
@@ -142,6 +160,29 @@ GntConverter::Impl::Impl(std::shared_ptr<GntParams> params)
         throw kst::Exception("source figure {} has no morphs dialed in; nothing to do",
                              kst::str::Quote(pParams->figSource.getLabel()));
     sourceResolution = kst::daz::GetNodeResolution(pParams->figSource);
+    thighDegrees = GntThighDegrees(pParams->cloneShape);
+}
+
+void GntConverter::Impl::runSteps_X(GntOutcome& outcome)
+{
+    const GntRequest& request = outcome.request;
+    const GntResolution resolution = request.resolution;
+    thighDegrees = *request.thighDegrees;
+    if (!request.tempFolder.empty())
+        tempFolder = request.tempFolder;
+    GntStepper stepper(GntStepsOf(request.jobs), prepareSteps(resolution, request.jobs), request.debugSteps);
+
+    S1_MoveTargetG9ToWorldOrigin();
+    DzNode& morphedStock = makeMorphedStockMesh_X(stepper, resolution);
+    DzNode& fitSuit = makeFitSuit_X(stepper, resolution);
+    const std::string obj = transferToFitSuit_X(stepper, morphedStock, fitSuit, outcome.missing);
+    adjustTargetForMorphCreation_X(stepper, resolution, request.targetLabel);
+    createMorphs_X(stepper, obj, outcome);
+    removeHeadSplitNodes();
+    if (thighDegrees != 0.0f)
+        GntSetThighs_X(pParams->figTarget, 0.0f);
+    stepper.done();
+    restoreSourceAndTargetParams();
 }
 
 GntConverter::Impl::~Impl()
@@ -263,31 +304,28 @@ void GntConverter::Impl::adjustTargetForMorphCreation_X(GntStepper& stepper, Gnt
     stepper.begin_X(GntStep::AdjustTarget);
     DzFigure& target = pParams->figTarget;
     SetResolution_X(target, resolution, pParams->iSubdLevelSource);
-    if (GntNeedsThighPose(pParams->cloneShape))
-        SetThighs(target, GNT_THIGH_DEGREES);
+    if (thighDegrees != 0.0f)
+        GntSetThighs_X(target, thighDegrees);
     target.setLabel(kst::str::ToQ(targetLabel));
 }
 
-std::vector<GntCreatedMorph> GntConverter::Impl::createMorphs_X(GntStepper& stepper, GntResolution resolution,
-                                                                const std::string& objPath,
-                                                                const std::vector<std::string>& paths,
-                                                                const std::vector<std::string>& names,
-                                                                GntJobs jobs)
+void GntConverter::Impl::createMorphs_X(GntStepper& stepper, const std::string& objPath, GntOutcome& outcome)
 {
+    const GntRequest& request = outcome.request;
+    const GntResolution resolution = request.resolution;
     const int level = pParams->iSubdLevelSource;
-    std::vector<GntCreatedMorph> created;
     for (const GntJob& job : GNT_JOBS) {
-        if (!jobs.test(job.flag))
+        if (!request.jobs.test(job.flag))
             continue;
-        const std::string &name = names.at(job.index), &path = paths.at(job.index);
+        const std::string& name = request.names.at(job.index);
+        const std::string& path = request.paths.at(job.index);
         DzFloatProperty& property =
             job.index == GntFull
                 ? createMorph_X(stepper, pParams->figTarget, objPath, resolution, level, name, path,
                                 std::string(), job.weightMapSign)
                 : createHeadOrBodyMorph_X(stepper, resolution, objPath, name, path, level, job.weightMapSign);
-        created.push_back({job.index, name, &property});
+        outcome.created.push_back({job.index, name, &property, path});
     }
-    return created;
 }
 
 void GntConverter::Impl::removeHeadSplitNodes()

@@ -3,19 +3,16 @@
 
 #pragma once
 
-#include "gnt_params.h"
+#include "gnt_outcome.h"
 
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+class DzNode;
 class GntForms;
 class QWidget;
-
-/// Morph name and dial value of morphs that were not there after the transfer.
-typedef std::map<std::string, float> GntMissingMorphs;
 
 /// Lives for one conversion. Puts the two figures back as they were when it goes away, also after a failure.
 class GntConverter {
@@ -26,6 +23,11 @@ public:
     /// without waiting. Returns also when the user wants no conversion; nothing is changed then.
     /// @throws kst::CanceledException  the user stopped it; kst::Exception on any failure
     static void Exec_X(QWidget* parent);
+    /// The same of two given figures, with a request instead of dialogs. Selects them, and leaves the source
+    /// at the level that a subdivided conversion is asked for.
+    /// @param source, target  figures or bones of theirs
+    /// @throws kst::CanceledException  the user stopped it; kst::Exception on any failure
+    static GntOutcome Convert_X(DzNode& source, DzNode& target, const GntRequest& request);
     /// Whose dialogs Exec_X shows; not owned. Null for the product's own.
     static void SetForms(GntForms* forms);
 
@@ -41,11 +43,11 @@ public:
     GntConverter(const GntConverter&) = delete;
     GntConverter& operator=(const GntConverter&) = delete;
 
-    /// Runs the whole sequence of steps.
-    /// @param targetLabel  the target's label from now on
-    /// @param morphPaths, morphNames  one per job, by GntJobIndex; those of other jobs are ignored
-    /// @param missing  receives the morphs that could not be found after the transfer
+    /// Sets the bases and runs the whole sequence of steps.
     /// @throws kst::CanceledException  the user stopped it; kst::Exception on any failure
+    GntOutcome run_X(const GntRequest& request);
+    /// The same with the request's members one by one.
+    /// @param missing  receives the morphs that could not be found after the transfer
     std::vector<GntCreatedMorph> run_X(GntResolution resolution, std::string_view targetLabel,
                                        const std::vector<std::string>& morphPaths,
                                        const std::vector<std::string>& morphNames, GntJobs jobs,
@@ -58,5 +60,8 @@ public:
     std::string makeConvertedLabel() const;
 
 private:
+    /// With a value for all that the request leaves to the product.
+    GntRequest complete(const GntRequest& request) const;
+
     std::unique_ptr<Impl> _pImpl;
 };

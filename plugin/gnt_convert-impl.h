@@ -37,6 +37,11 @@ public:
     /// Base, or subdivided at the level, whose maximum is raised to it where needed.
     static void SetResolution_X(DzFigure& figure, GntResolution resolution, int subdLevel);
 
+    /// High resolution; at the level if there is one.
+    static void Subdivide_X(DzFigure& figure, const std::optional<int>& level);
+    /// Runs a request that is complete; fills in what was created and what is missing.
+    void runSteps_X(GntOutcome& outcome);
+
     // The single operations. Names ending in _X throw kst::Exception when the host does not do what was
     // asked.
 
@@ -78,10 +83,7 @@ public:
                                     GntMissingMorphs& missing);
     void adjustTargetForMorphCreation_X(GntStepper& stepper, GntResolution resolution,
                                         std::string_view targetLabel);
-    std::vector<GntCreatedMorph> createMorphs_X(GntStepper& stepper, GntResolution resolution,
-                                                const std::string& objPath,
-                                                const std::vector<std::string>& paths,
-                                                const std::vector<std::string>& names, GntJobs jobs);
+    void createMorphs_X(GntStepper& stepper, const std::string& objPath, GntOutcome& outcome);
     void removeHeadSplitNodes();
 
     DzAppSettings settings;
@@ -97,7 +99,7 @@ public:
     std::map<DzFloatProperty*, float> savedValues; ///< of the target, from before the conversion
     kst::daz::NodeResolution sourceResolution = kst::daz::NodeResolution::Unknown;
     bool sourceResolutionChanged = false;
-    bool debugSteps = false; ///< asks before each step
+    float thighDegrees = 0.0f; ///< of the left thigh while the target's morphs are built
     bool headSplitLoaded = false;
     std::vector<DzNode*> headSplitNodes; ///< what the D-Former's load added; may be gone again
 };

@@ -52,17 +52,24 @@ void GntConverter::Impl::SetResolution_X(DzFigure& figure, GntResolution resolut
         kst::daz::SetNodeResolution(figure, kst::daz::NodeResolution::BaseResolution, true);
         return;
     }
+    Subdivide_X(figure, subdLevel);
+}
+
+void GntConverter::Impl::Subdivide_X(DzFigure& figure, const std::optional<int>& level)
+{
     kst::daz::SetNodeResolution(figure, kst::daz::NodeResolution::HighResolution, true);
-    DzIntProperty& level = *kst::daz::FindSubdivisionLevelIntProperty(figure, true);
-    level.setMax(std::max(level.getMax(), subdLevel));
-    level.setValue(subdLevel);
+    if (!level)
+        return;
+    DzIntProperty& control = *kst::daz::FindSubdivisionLevelIntProperty(figure, true);
+    control.setMax(std::max(control.getMax(), *level));
+    control.setValue(*level);
 }
 
 void GntConverter::Impl::S1_MoveTargetG9ToWorldOrigin()
 {
     DzFigure& source = pParams->figSource;
     DzFigure& target = pParams->figTarget;
-    for (const char* const name : {"XTranslate", "ZTranslate", "XRotate", "YRotate", "ZRotate"}) {
+    for (const char* const name : GNT_PLACING_PROPERTIES) {
         const float wanted = OwnFloatProperty_X(source, name).getValue();
         DzFloatProperty& property = OwnFloatProperty_X(target, name);
         const float present = property.getValue();
@@ -71,7 +78,7 @@ void GntConverter::Impl::S1_MoveTargetG9ToWorldOrigin()
             property.setValue(wanted);
         }
     }
-    DzFloatProperty& height = OwnFloatProperty_X(target, "YTranslate");
+    DzFloatProperty& height = OwnFloatProperty_X(target, GNT_LIFTING_PROPERTY);
     savedValues[&height] = height.getValue();
     height.setValue(0.0f);
 
@@ -158,10 +165,8 @@ DzFigure& GntConverter::Impl::S3_LoadTempG9ForFitSuit_X(GntResolution resolution
     const std::string_view cloneName = GntClonePropertyName(pParams->cloneShape);
     if (!cloneName.empty())
         FindMorphProperty_X(*pfigTempG9ForFitSuit, cloneName).setValue(1.0f);
-    if (GntNeedsThighPose(pParams->cloneShape)) {
-        kst::daz::SetBoneValueOrThrow(*pfigTempG9ForFitSuit, "l_thigh", "ZRotate", GNT_THIGH_DEGREES);
-        kst::daz::SetBoneValueOrThrow(*pfigTempG9ForFitSuit, "r_thigh", "ZRotate", -GNT_THIGH_DEGREES);
-    }
+    if (thighDegrees != 0.0f)
+        GntSetThighs_X(*pfigTempG9ForFitSuit, thighDegrees);
     if (resolution == GntResolution::Subd) {
         int iSubdLevelTemp = 0;
         assert(kst::daz::GetNodeResolution(*pfigTempG9ForFitSuit) ==

@@ -18,15 +18,17 @@ public:
     }
 
     bool exec() override { return _dialog.exec() == QDialog::Accepted; }
-    std::vector<std::string> getMorphPaths() const override { return _dialog.getMorphPaths(); }
-    bool isDebuggingSteps() const override { return _dialog.getDebugSteps(); }
-    GntResolution getResolution() const override
+    GntRequest makeRequest() const override
     {
+        GntRequest request;
+        request.jobs = GntJobs::fromInt(_dialog.getJobs());
+        request.names = _dialog.getMorphNames();
+        request.paths = _dialog.getMorphPaths();
         int subdLevel = 0; // the conversion takes the level that the source had when it was selected
-        return _dialog.getBaseOrHighResolution(subdLevel);
+        request.resolution = _dialog.getBaseOrHighResolution(subdLevel);
+        request.debugSteps = _dialog.getDebugSteps();
+        return request;
     }
-    std::vector<std::string> getMorphNames() const override { return _dialog.getMorphNames(); }
-    GntJobs getJobs() const override { return GntJobs::fromInt(_dialog.getJobs()); }
 
 private:
     std::shared_ptr<GntParams> _params;
@@ -40,7 +42,8 @@ std::unique_ptr<GntConvertForm> GntDialogForms::makeConvertForm(const GntConvert
     return std::unique_ptr<GntConvertForm>(new DialogConvertForm(question));
 }
 
-void GntDialogForms::showSuccess(const GntConvertOutcome& outcome)
+void GntDialogForms::showSuccess(const GntSuccess& success)
 {
-    GntSuccessDialog::Create(outcome.parent, outcome.params, outcome.created, outcome.elapsed, outcome.note);
+    GntSuccessDialog::Create(success.parent, success.outcome.params, success.outcome.created, success.elapsed,
+                             success.note);
 }

@@ -9,5 +9,5 @@
 class GntDialogForms : public GntForms {
 public:
     std::unique_ptr<GntConvertForm> makeConvertForm(const GntConvertQuestion& question) override;
-    void showSuccess(const GntConvertOutcome& outcome) override;
+    void showSuccess(const GntSuccess& success) override;
 };

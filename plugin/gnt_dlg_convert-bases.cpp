@@ -3,7 +3,6 @@
 
 #include "gnt_dlg_convert-impl.h"
 
-#include "ks_figure-height.h"
 #include "ks_help.h"
 #include "ks_property-setting.h"
 #include "ks_string.h"
@@ -148,9 +147,8 @@ void GntConvertDialog::Impl::matchHeight()
 {
     if (!params.areFiguresInScene())
         return;
-    DzFloatProperty& height = params.settingProportionHeight->getProperty();
-    kst::daz::AdjustFigureHeight(params.figTarget, height, params.figSource);
-    pHeightDial->setWidgetValue(height.getValue());
+    params.matchHeight();
+    pHeightDial->setWidgetValue(params.settingProportionHeight->getProperty().getValue());
 }
 
 void GntConvertDialog::Impl::restoreDials()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "gnt_dlg_convert-impl.h"
+#include "gnt_request.h"
 
 #include "ks_dlg_morph-path.h"
 #include "ks_string.h"
@@ -36,9 +37,9 @@ void GntConvertDialog::Impl::initJobs()
                              {GntJobFlag::Head, ui.pchkCreateHeadMorph, headHelp},
                              {GntJobFlag::Body, ui.pchkCreateBodyMorph, bodyHelp}},
                             [this](bool) { enableConvert(); });
-    addMorphPath(*ui.phorzFullFigureMorphPath, *ui.pledFullFigureMorphPath, "full");
-    addMorphPath(*ui.phorzHeadMorphPath, *ui.pledHeadMorphPath, "head");
-    addMorphPath(*ui.phorzBodyMorphPath, *ui.pledBodyMorphPath, "body");
+    addMorphPath(*ui.phorzFullFigureMorphPath, *ui.pledFullFigureMorphPath, GNT_JOBS[GntFull].keyword);
+    addMorphPath(*ui.phorzHeadMorphPath, *ui.pledHeadMorphPath, GNT_JOBS[GntHead].keyword);
+    addMorphPath(*ui.phorzBodyMorphPath, *ui.pledBodyMorphPath, GNT_JOBS[GntBody].keyword);
 }
 
 void GntConvertDialog::Impl::enableConvert()
@@ -49,8 +50,8 @@ void GntConvertDialog::Impl::enableConvert()
 
 void GntConvertDialog::Impl::addMorphPath(QHBoxLayout& row, QLineEdit& edit, const char* job)
 {
-    const auto pSetting =
-        std::make_shared<kst::StringAppSetting>(settings, std::string("morph_path_") + job, "/Gantrel");
+    const auto pSetting = std::make_shared<kst::StringAppSetting>(settings, std::string("morph_path_") + job,
+                                                                  GNT_DEFAULT_MORPH_PATH);
     morphPaths.push_back(MorphPathControl(*this, row, edit, pSetting));
 }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "gnt_dlg_convert-impl.h"
+#include "gnt_request.h"
 
 #include "ks_daz-helpers.h"
 #include "ks_daz-managers.h"
@@ -20,8 +21,6 @@ namespace {
 
 using kst::str::ToQ;
 using kst::str::ToStd;
-
-const GntJobs defaultJobs = GntJobs(GntJobFlag::Head) | GntJobFlag::Body;
 
 const char* const introText =
     "\n<p>You are about to convert {} in the selected <b>source figure {}</b> to a single\n"
@@ -70,7 +69,9 @@ std::vector<std::string> GntConvertDialog::getMorphPaths() const
 
 int GntConvertDialog::getJobs() const
 {
-    return kst::FlagAppSetting<GntJobFlag>(_pImpl->settings, "last_job_flags", defaultJobs).get().toInt();
+    return kst::FlagAppSetting<GntJobFlag>(_pImpl->settings, "last_job_flags", GntDefaultJobs())
+        .get()
+        .toInt();
 }
 
 GntResolution GntConvertDialog::getBaseOrHighResolution(int& subd) const
@@ -106,7 +107,7 @@ void GntConvertDialog::reject()
 GntConvertDialog::Impl::Impl(GntConvertDialog& owner, GntParams& runParams, DzAppSettings& appSettings)
     : dialog(owner), params(runParams), settings(appSettings),
       autoAdjust(appSettings, "auto-adjust-proportional-height", true),
-      lastJobFlags(appSettings, "last_job_flags", defaultJobs), jobFlagsController(lastJobFlags)
+      lastJobFlags(appSettings, "last_job_flags", GntDefaultJobs()), jobFlagsController(lastJobFlags)
 {
     ui.setupUi(&owner);
     initBases();
@@ -128,9 +129,10 @@ void GntConvertDialog::Impl::showIntro(std::size_t activeMorphCount)
 
 void GntConvertDialog::Impl::showNames(std::string_view defaultMorphName)
 {
-    ui.pledFullFigureMorphName->setText(ToQ(defaultMorphName));
-    ui.pledHeadMorphName->setText(ToQ(fmt::format("{} Head", defaultMorphName)));
-    ui.pledBodyMorphName->setText(ToQ(fmt::format("{} Body", defaultMorphName)));
+    const std::vector<std::string> names = GntProposedNames(defaultMorphName);
+    ui.pledFullFigureMorphName->setText(ToQ(names[GntFull]));
+    ui.pledHeadMorphName->setText(ToQ(names[GntHead]));
+    ui.pledBodyMorphName->setText(ToQ(names[GntBody]));
     // Long names show from their beginning.
     for (QLineEdit* const pEdit : {ui.pledFullFigureMorphName, ui.pledHeadMorphName, ui.pledBodyMorphName})
         pEdit->setCursorPosition(0);

@@ -68,7 +68,6 @@ private:
     kst::StringAppSetting _lastProductName;
     DzContentMgr& _contentManager;
     std::vector<std::unique_ptr<MorphRow>> _rows;
-    std::vector<std::string> _names; ///< of all created morphs
     kst::ButtonHandler _saveHandler;
     QPushButton* _closeButton = nullptr;
     UpdateMark _updateMark = Idle;

@@ -86,7 +86,6 @@ void GntSuccessDialog::Impl::addMorphRow(GntSuccessDialog& dialog, QGridLayout& 
     kst::gui::ConnectSignal(*row.property, SIGNAL(currentValueChanged()), &dialog,
                             SLOT(slotPropertyValueChanged()));
     kst::gui::ConnectSignal(*row.property, SIGNAL(removed()), &dialog, SLOT(slotPropertyRemoved()));
-    _names.push_back(morph.name);
 }
 
 void GntSuccessDialog::Impl::addDial(MorphRow& row)

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "gnt_dlg_success-impl.h"
+#include "gnt_outcome.h"
 
 #include "ks_critical-box.h"
 #include "ks_daz-adaptation.h"
 #include "ks_exception.h"
-#include "ks_filtered-save.h"
 #include "ks_string.h"
 
 #include <algorithm>
@@ -82,12 +82,12 @@ void GntSuccessDialog::Impl::onSaveMorphsButtonClicked(const std::shared_ptr<Gnt
         _lastProductName.setAndNotify(ToStd(ui.pledProductName->text()));
         if (!_target)
             throw kst::Exception("the target figure is no longer in the scene");
-        if (!kst::FilteredSave::SaveMorphSupportAsset_X(params->figTarget, _lastContentLibrary.get(),
-                                                        _lastVendorName.get(), _lastProductName.get(), _names,
-                                                        ui.pchkCompressFiles->isChecked(), false))
+        if (!GntSaveMorphs_X(params->figTarget, _created,
+                             {_lastContentLibrary.get(), _lastVendorName.get(), _lastProductName.get(),
+                              ui.pchkCompressFiles->isChecked()}))
             return; // the user cancelled it
         const std::string count =
-            kst::str::Pluralize(_names.size(), "selected morph has", "%d selected morphs have");
+            kst::str::Pluralize(_created.size(), "selected morph has", "%d selected morphs have");
         kst::daz::InfoBox(
             "Morph support assets saved",
             fmt::format("The {} been saved to {}", count, kst::str::HtmlEscape(_lastContentLibrary.get())),

@@ -3,28 +3,24 @@
 
 #pragma once
 
-#include "gnt_params.h"
+#include "gnt_outcome.h"
 
 #include <cstddef>
 #include <memory>
 #include <string>
-#include <vector>
 
 class DzAppSettings;
 class QWidget;
 
-/// The user's decisions. Lists hold one value a job, by GntJobIndex.
+/// The user's decisions.
 class GntConvertForm {
 public:
     virtual ~GntConvertForm();
 
     /// Asks. False when the user does not want to go on.
     virtual bool exec() = 0;
-    virtual std::vector<std::string> getMorphPaths() const = 0;
-    virtual bool isDebuggingSteps() const = 0; ///< the user confirms each step
-    virtual GntResolution getResolution() const = 0;
-    virtual std::vector<std::string> getMorphNames() const = 0;
-    virtual GntJobs getJobs() const = 0;
+    /// What the user wants, once that is known.
+    virtual GntRequest makeRequest() const = 0;
 };
 
 /// What the form begins with.
@@ -36,11 +32,10 @@ struct GntConvertQuestion {
     DzAppSettings* settings; ///< where choices are remembered; borrowed, never null
 };
 
-/// What has come of it.
-struct GntConvertOutcome {
+/// What the user is told in the end.
+struct GntSuccess {
     QWidget* parent;
-    std::shared_ptr<GntParams> params;
-    std::vector<GntCreatedMorph> created;
+    GntOutcome outcome;
     std::string elapsed; ///< for the user, such as "12 seconds"
     std::string note;    ///< HTML about morphs that could not be found; empty when none is missing
 };
@@ -52,5 +47,5 @@ public:
 
     virtual std::unique_ptr<GntConvertForm> makeConvertForm(const GntConvertQuestion& question) = 0;
     /// Tells of the success and does not wait until the user has read it.
-    virtual void showSuccess(const GntConvertOutcome& outcome) = 0;
+    virtual void showSuccess(const GntSuccess& success) = 0;
 };

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "gnt_convert-figure.h"
+#include "gnt_outcome.h"
 
 #include <cstdint>
 #include <string>

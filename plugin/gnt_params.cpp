@@ -4,6 +4,7 @@
 #include "gnt_params.h"
 
 #include "ks_daz-helpers.h"
+#include "ks_figure-height.h"
 #include "ks_property-setting.h"
 
 #include <dzfigure.h>
@@ -30,6 +31,17 @@ bool GntNeedsThighPose(GntCloneShape cloneShape)
     return cloneShape == GntCloneShape::Genesis8Female || cloneShape == GntCloneShape::Genesis8Male;
 }
 
+float GntThighDegrees(GntCloneShape cloneShape)
+{
+    return GntNeedsThighPose(cloneShape) ? GNT_THIGH_DEGREES : 0.0f;
+}
+
+void GntSetThighs_X(DzFigure& target, float leftDegrees)
+{
+    kst::daz::SetBoneValueOrThrow(target, "l_thigh", "ZRotate", leftDegrees);
+    kst::daz::SetBoneValueOrThrow(target, "r_thigh", "ZRotate", 0.0f - leftDegrees); // no negative zero
+}
+
 GntParams::GntParams(DzFigure& source, int subdLevelSource, GntCloneShape clone, DzFigure& target,
                      DzFloatProperty& targetHeight)
     : figSource(source), iSubdLevelSource(subdLevelSource), cloneShape(clone), figTarget(target),
@@ -53,4 +65,10 @@ bool GntParams::areFiguresInScene() const
 {
     // The scene compares addresses only, so that figures that are deleted may be asked about.
     return dzScene->findNodeIndex(&figSource) >= 0 && dzScene->findNodeIndex(&figTarget) >= 0;
+}
+
+bool GntParams::matchHeight() const
+{
+    return kst::daz::AdjustFigureHeight(figTarget, settingProportionHeight->getProperty(), figSource) !=
+           -1.0f;
 }

@@ -25,8 +25,17 @@ enum class GntCloneShape : int { Genesis3Female, Genesis3Male, Genesis8Female, G
 std::string_view GntClonePropertyName(GntCloneShape cloneShape);
 /// Genesis 8 stands with its legs further apart than Genesis 9, so the target's thighs are turned for it.
 bool GntNeedsThighPose(GntCloneShape cloneShape);
-/// Of the left thigh about Z; the right one's is negative.
 constexpr float GNT_THIGH_DEGREES = 6.5f;
+/// Of the target's left thigh about Z while morphs of such a source are built; the right one's is negative.
+float GntThighDegrees(GntCloneShape cloneShape);
+/// @throws kst::Exception  the figure lacks such a thigh
+void GntSetThighs_X(DzFigure& target, float leftDegrees);
+
+/// By these the target is placed and turned like the source while its morphs are built.
+constexpr std::array<const char*, 5> GNT_PLACING_PROPERTIES{
+    {"XTranslate", "ZTranslate", "XRotate", "YRotate", "ZRotate"}};
+/// At zero meanwhile: the target stands on the floor.
+constexpr const char* GNT_LIFTING_PROPERTY = "YTranslate";
 
 enum class GntResolution : int { Base, Subd };
 
@@ -53,6 +62,7 @@ struct GntCreatedMorph {
     int kind;                  ///< a GntJobIndex
     std::string name;          ///< as the user chose it
     DzFloatProperty* property; ///< on the target; borrowed
+    std::string path = {};     ///< where its dial is filed
 };
 
 /// Shared by the converter and the dialogs. Figures and properties are the scene's and are borrowed.
@@ -71,6 +81,9 @@ public:
     DzFloatProperty* findPropertyInTarget(std::string_view name) const;
     /// While a dialog waits for the user, a script or a timer of the host may take them away.
     bool areFiguresInScene() const;
+    /// Moves the target's height dial until it is as tall as the source.
+    /// @return false when the dial did not get so far
+    bool matchHeight() const;
 
     DzFigure& figSource;
     const int iSubdLevelSource; ///< at the moment of selection

@@ -8,6 +8,7 @@
 #include <dzapp.h>
 #include <dzauthor.h>
 #include <dzcontentfolder.h>
+#include <dzfloatproperty.h>
 #include <dzmorphdeltas.h>
 #include <dzrenderoptions.h>
 #include <dzuri.h>
@@ -44,6 +45,11 @@ Dz3DViewport* KsHelpersDaz::Get3dViewport(const DzViewport& viewport)
 DzCamera* KsHelpersDaz::GetPerspectiveView(const DzViewportMgr& manager)
 {
     return manager.getPerspectiveView();
+}
+
+bool KsHelpersDaz::IsClamped(const DzFloatProperty& property)
+{
+    return property.isClamped();
 }
 
 QSize KsHelpersDaz::GetImageSize(const DzRenderOptions& options)

@@ -11,6 +11,7 @@
 class Dz3DViewport;
 class DzCamera;
 class DzContentFolder;
+class DzFloatProperty;
 class DzMorphDeltas;
 class DzRenderOptions;
 class DzViewport;
@@ -31,5 +32,7 @@ public:
     static Dz3DViewport* Get3dViewport(const DzViewport& viewport); ///< null when it shows no scene
     /// The camera that is not in the scene; null when the host has none.
     static DzCamera* GetPerspectiveView(const DzViewportMgr& manager);
+    /// Whether the host moves a value that is outside of the property's limits to the nearer one.
+    static bool IsClamped(const DzFloatProperty& property);
     static QSize GetImageSize(const DzRenderOptions& options); ///< pixels
 };

@@ -91,8 +91,8 @@ TEST_F(DebugSteps, ask_before_each_of_them)
     GntConverter::Exec_X(nullptr);
     EXPECT_EQ(answers.texts, questions);
     EXPECT_EQ(answers.titles, std::vector<std::string>(questions.size(), "Next step?"));
-    ASSERT_TRUE(forms.outcome);
-    EXPECT_EQ(forms.outcome->created.size(), 3u);
+    ASSERT_TRUE(forms.success);
+    EXPECT_EQ(forms.success->outcome.created.size(), 3u);
 }
 
 TEST_F(DebugSteps, ask_nothing_when_they_are_off)
@@ -119,7 +119,7 @@ TEST_F(DebugSteps, may_each_be_the_last_without_a_trace_on_figures_and_next_conv
             EXPECT_EQ(answers.texts.size(), step + 1);
             EXPECT_EQ(answers.texts.back(), questions[step]);
         }
-        EXPECT_FALSE(forms.outcome);
+        EXPECT_FALSE(forms.success);
         EXPECT_EQ(stateOfBoth(), before);
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
         EXPECT_EQ(DzProgress::getDepth(), 0);
@@ -139,7 +139,7 @@ TEST_F(DebugSteps, are_cancelled_without_a_box_from_the_menu_action)
         GntConvertFigureAction action;
         action.trigger();
         EXPECT_EQ(answers.texts.size(), step + 1) << "one more would be a box";
-        EXPECT_FALSE(forms.outcome);
+        EXPECT_FALSE(forms.success);
         EXPECT_EQ(source->getLabel(), QLatin1String("Vera"));
     }
     EXPECT_EQ(boxes(), before);

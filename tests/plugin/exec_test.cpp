@@ -45,17 +45,17 @@ TEST_F(ExecTest, asks_converts_and_tells)
 {
     forms.jobs = GntJobs(GntJobFlag::Head) | GntJobFlag::Body;
     GntConverter::Exec_X(nullptr);
-    ASSERT_TRUE(forms.question && forms.outcome);
+    ASSERT_TRUE(forms.question && forms.success);
     EXPECT_EQ(forms.question->defaultMorphName, "Vera converted to G9");
     EXPECT_EQ(forms.question->activeMorphCount, 1u);
     EXPECT_EQ(&forms.question->params->figSource, source);
-    EXPECT_EQ(forms.outcome->params, forms.question->params);
-    ASSERT_EQ(forms.outcome->created.size(), 2u);
-    EXPECT_EQ(forms.outcome->created[0].name, "Head");
-    EXPECT_EQ(forms.outcome->created[1].name, "Body");
-    EXPECT_EQ(forms.outcome->created[1].property->getPath(), QLatin1String("/G/Body"));
-    EXPECT_FALSE(forms.outcome->elapsed.empty());
-    EXPECT_TRUE(forms.outcome->note.empty());
+    EXPECT_EQ(forms.success->outcome.params, forms.question->params);
+    ASSERT_EQ(forms.success->outcome.created.size(), 2u);
+    EXPECT_EQ(forms.success->outcome.created[0].name, "Head");
+    EXPECT_EQ(forms.success->outcome.created[1].name, "Body");
+    EXPECT_EQ(forms.success->outcome.created[1].property->getPath(), QLatin1String("/G/Body"));
+    EXPECT_FALSE(forms.success->elapsed.empty());
+    EXPECT_TRUE(forms.success->note.empty());
     EXPECT_EQ(target->getLabel(), QLatin1String("Vera converted to G9"));
     EXPECT_EQ(source->getLabel(), QLatin1String("Vera"));
     EXPECT_TRUE(LogText().contains(QLatin1String("Entering GntConverter::exec_X()")));
@@ -69,7 +69,7 @@ TEST_F(ExecTest, changes_and_tells_nothing_when_the_user_does_not_want_to)
     const int nodes = dzScene->getNumNodes();
     GntConverter::Exec_X(nullptr);
     EXPECT_TRUE(forms.question);
-    EXPECT_FALSE(forms.outcome);
+    EXPECT_FALSE(forms.success);
     EXPECT_EQ(target->getLabel(), label);
     EXPECT_EQ(dzScene->getNumNodes(), nodes);
 }
@@ -85,7 +85,7 @@ TEST_F(ExecTest, tells_when_a_figure_went_while_the_user_was_asked)
         const int nodes = dzScene->getNumNodes();
         EXPECT_EQ(MessageOf([] { GntConverter::Exec_X(nullptr); }),
                   "the source or the target figure is no longer in the scene");
-        EXPECT_FALSE(forms.outcome);
+        EXPECT_FALSE(forms.success);
         EXPECT_LT(dzScene->getNumNodes(), nodes) << "and nothing was loaded";
     }
 }
@@ -126,9 +126,9 @@ TEST_F(ExecTest, names_morphs_that_were_not_there_after_the_transfer)
 {
     const MorphLoser loser;
     GntConverter::Exec_X(nullptr);
-    ASSERT_TRUE(forms.outcome);
+    ASSERT_TRUE(forms.success);
     EXPECT_EQ(
-        forms.outcome->note,
+        forms.success->note,
         "<p><b>Note:</b> The following morphs had non-zero values in the source figure but could not be "
         "found in the target figure created by the Transfer Utility:</p><ul><li><li>Temporary high-res "
         "morph (100.0%)</li></li></ul>");
@@ -141,7 +141,7 @@ TEST_F(ExecTest, says_nothing_more_when_a_step_is_cancelled)
     GntConvertFigureAction action;
     action.trigger();
     EXPECT_EQ(boxes(), before);
-    EXPECT_FALSE(forms.outcome);
+    EXPECT_FALSE(forms.success);
     EXPECT_EQ(source->getLabel(), QLatin1String("Vera")) << "restored";
 }
 
@@ -178,7 +178,7 @@ public:
 
 private:
     std::unique_ptr<GntConvertForm> makeConvertForm(const GntConvertQuestion&) override { throw _failure; }
-    void showSuccess(const GntConvertOutcome&) override {}
+    void showSuccess(const GntSuccess&) override {}
 
     Failure _failure;
 };

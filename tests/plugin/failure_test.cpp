@@ -234,7 +234,7 @@ protected:
         ScriptedForms forms;
         forms.jobs = allJobs();
         GntConverter::Exec_X(nullptr);
-        EXPECT_TRUE(forms.outcome);
+        EXPECT_TRUE(forms.success);
     }
 
     void expectAllFreed() const

@@ -21,7 +21,7 @@ public:
     bool debugSteps = false;
     std::vector<std::string> names{"Full", "Head", "Body"};
     std::optional<GntConvertQuestion> question;
-    std::optional<GntConvertOutcome> outcome;
+    std::optional<GntSuccess> success;
 
 private:
     class Form : public GntConvertForm {
@@ -33,11 +33,15 @@ private:
                 _forms.meanwhile();
             return _forms.goesOn;
         }
-        std::vector<std::string> getMorphPaths() const override { return {"/G/Full", "/G/Head", "/G/Body"}; }
-        bool isDebuggingSteps() const override { return _forms.debugSteps; }
-        GntResolution getResolution() const override { return GntResolution::Base; }
-        std::vector<std::string> getMorphNames() const override { return _forms.names; }
-        GntJobs getJobs() const override { return _forms.jobs; }
+        GntRequest makeRequest() const override
+        {
+            GntRequest request;
+            request.jobs = _forms.jobs;
+            request.names = _forms.names;
+            request.paths = {"/G/Full", "/G/Head", "/G/Body"};
+            request.debugSteps = _forms.debugSteps;
+            return request;
+        }
 
     private:
         const ScriptedForms& _forms;
@@ -48,5 +52,5 @@ private:
         question = asked;
         return std::make_unique<Form>(*this);
     }
-    void showSuccess(const GntConvertOutcome& told) override { outcome = told; }
+    void showSuccess(const GntSuccess& told) override { success = told; }
 };

@@ -28,7 +28,7 @@ private:
         _front.hide();
         throw kst::Exception("nobody can be asked");
     }
-    void showSuccess(const GntConvertOutcome&) override {}
+    void showSuccess(const GntSuccess&) override {}
 
     QWidget& _front;
 };
@@ -62,8 +62,8 @@ TEST_F(ActionParent, owns_the_dialog_that_tells)
 {
     const ScriptedForms forms;
     GntConvertFigureAction().trigger();
-    ASSERT_TRUE(forms.outcome);
-    EXPECT_EQ(forms.outcome->parent, dzApp->getDialogParent());
+    ASSERT_TRUE(forms.success);
+    EXPECT_EQ(forms.success->parent, dzApp->getDialogParent());
 }
 
 TEST_F(ActionParent, owns_the_box_that_tells_of_a_failure)
