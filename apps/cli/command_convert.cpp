@@ -23,10 +23,19 @@ namespace cli {
 
 namespace {
 
+std::string DefaultJobs()
+{
+    std::string list;
+    for (const GntJob& job : GNT_JOBS)
+        if (GntDefaultJobs().test(job.flag))
+            list += (list.empty() ? "" : ",") + std::string(job.keyword);
+    return list;
+}
+
 /// The arguments as they stand on the command line.
 struct ConvertArguments {
     std::vector<std::string> content, dials, bases;
-    std::string source, target, jobs = "head,body", name, path = "/Gantrel";
+    std::string source, target, jobs = DefaultJobs(), name, path = GNT_DEFAULT_MORPH_PATH;
     std::string resolution = "base", contentDirectory, vendor, product, exportObj, pictures;
     std::optional<int> subdLevel;
     bool compress = false, keepTemporary = false, json = false;
@@ -98,43 +107,40 @@ void AddOptions(CLI::App& command, ConvertArguments& arguments)
     AddJsonOption(command, arguments.json);
 }
 
-void ParseJobs(const std::string& text, ConversionRequest& request)
+GntJobFlag ParseJob(const std::string& text)
 {
-    request.full = request.head = request.body = false;
+    for (const GntJob& job : GNT_JOBS)
+        if (text == job.keyword)
+            return job.flag;
+    throw UsageError("--jobs names \"" + text + "\"; the jobs are full, head and body");
+}
+
+GntJobs ParseJobs(const std::string& text)
+{
+    GntJobs jobs;
     std::size_t at = 0;
     while (at <= text.size()) {
         const std::size_t end = std::min(text.find(',', at), text.size());
-        const std::string job = text.substr(at, end - at);
-        if (job == "full")
-            request.full = true;
-        else if (job == "head")
-            request.head = true;
-        else if (job == "body")
-            request.body = true;
-        else
-            throw UsageError("--jobs names \"" + job + "\"; the jobs are full, head and body");
+        jobs.set(ParseJob(text.substr(at, end - at)));
         at = end + 1;
     }
+    return jobs;
 }
 
-void ParseBase(const std::string& text, BaseDials& bases)
+void ParseBase(const std::string& text, GntRequest& request)
 {
     if (text == "height=auto") {
-        bases.matchHeight = true;
+        request.matchHeight = true;
         return;
     }
-    const NameValue base = ParseNameValue(text);
-    if (base.name == "clone")
-        bases.clone = base.value;
-    else if (base.name == "feminine")
-        bases.feminine = base.value;
-    else if (base.name == "masculine")
-        bases.masculine = base.value;
-    else if (base.name == "height")
-        bases.height = base.value;
-    else
-        throw UsageError("--base names \"" + base.name +
-                         "\"; the bases are clone, feminine, masculine and height");
+    const NameValue parsed = ParseNameValue(text);
+    for (const GntBase base : {GntBase::Clone, GntBase::Feminine, GntBase::Masculine, GntBase::Height})
+        if (parsed.name == BaseName(base)) {
+            request.bases[base] = parsed.value;
+            return;
+        }
+    throw UsageError("--base names \"" + parsed.name +
+                     "\"; the bases are clone, feminine, masculine and height");
 }
 
 /// Libraries move between systems; some refuse these characters, and drop a full stop at the end.
@@ -148,11 +154,28 @@ void CheckFolderName(const char* option, const std::string& name)
         throw UsageError(std::string(option) + " \"" + name + "\" cannot be the name of a folder");
 }
 
-SaveRequest MakeSaveRequest(const ConvertArguments& arguments)
+GntSaveOptions MakeSaveOptions(const ConvertArguments& arguments)
 {
     CheckFolderName("--vendor", arguments.vendor);
     CheckFolderName("--product", arguments.product);
     return {arguments.contentDirectory, arguments.vendor, arguments.product, arguments.compress};
+}
+
+GntRequest MakeMorphRequest(const ConvertArguments& arguments)
+{
+    GntRequest request;
+    for (const std::string& base : arguments.bases)
+        ParseBase(base, request);
+    request.jobs = ParseJobs(arguments.jobs);
+    if (arguments.resolution == "subd")
+        request.resolution = GntResolution::Subd;
+    request.subdLevel = arguments.subdLevel;
+    if (request.subdLevel && request.resolution != GntResolution::Subd)
+        throw UsageError("--subd needs --resolution subd");
+    if (!arguments.name.empty())
+        request.names = GntProposedNames(arguments.name);
+    request.paths.assign(GNT_JOBS.size(), arguments.path);
+    return request;
 }
 
 ConversionRequest MakeRequest(const ConvertArguments& arguments)
@@ -162,17 +185,9 @@ ConversionRequest MakeRequest(const ConvertArguments& arguments)
     request.target = arguments.target;
     request.contentDirectories = ContentDirectoriesFor(request.source, ToPaths(arguments.content));
     request.dials = ParseDials(arguments.dials);
-    for (const std::string& base : arguments.bases)
-        ParseBase(base, request.bases);
-    ParseJobs(arguments.jobs, request);
-    request.isSubdivided = arguments.resolution == "subd";
-    request.subdLevel = arguments.subdLevel;
-    if (request.subdLevel && !request.isSubdivided)
-        throw UsageError("--subd needs --resolution subd");
-    request.name = arguments.name;
-    request.path = arguments.path;
+    request.morphs = MakeMorphRequest(arguments);
     if (!arguments.contentDirectory.empty())
-        request.save = MakeSaveRequest(arguments);
+        request.save = MakeSaveOptions(arguments);
     request.exportObj = arguments.exportObj;
     request.pictures = arguments.pictures;
     request.keepTemporary = arguments.keepTemporary;

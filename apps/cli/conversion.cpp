@@ -8,19 +8,12 @@
 #include "conversion_results.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
-#include "dzintproperty.h"
 #include "dzobject.h"
-#include "dzscene.h"
 #include "gnt_convert-figure.h"
 #include "host_session.h"
 #include "ks_daz-helpers.h"
-#include "ks_figure-height.h"
-#include "ks_filtered-save.h"
-#include "ks_property-setting.h"
 #include "openhost/operations.h"
 #include "progress.h"
-
-#include <algorithm>
 
 #include <fmt/format.h>
 
@@ -52,87 +45,35 @@ private:
     Progress& _progress;
 };
 
-void SetBase(const char* name, const std::shared_ptr<kst::FloatPropertySetting>& setting,
-             const std::optional<double>& value)
+GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, Progress& progress)
 {
-    if (!value)
-        return;
-    DzFloatProperty& dial = setting->getProperty();
-    CheckBaseValue(name, dial, *value);
-    dial.setValue(static_cast<float>(*value));
-}
-
-void SetBases(const GntParams& params, const BaseDials& bases, std::vector<std::string>& warnings)
-{
-    SetBase("clone", params.settingCloneShape, bases.clone);
-    SetBase("feminine", params.settingBaseFeminine, bases.feminine);
-    SetBase("masculine", params.settingBaseMasculine, bases.masculine);
-    SetBase("height", params.settingProportionHeight, bases.height);
-    if (bases.matchHeight &&
-        kst::daz::AdjustFigureHeight(params.figTarget, params.propTargetHeight, params.figSource) == -1.0f)
-        warnings.emplace_back(
-            "--base height=auto: the height dial cannot make the target as tall as the source");
-}
-
-GntJobs JobsOf(const ConversionRequest& request)
-{
-    GntJobs jobs;
-    if (request.full)
-        jobs.set(GntJobFlag::Full);
-    if (request.head)
-        jobs.set(GntJobFlag::Head);
-    if (request.body)
-        jobs.set(GntJobFlag::Body);
-    return jobs;
-}
-
-/// The names that the product's dialog proposes.
-std::vector<std::string> MorphNames(const std::string& name)
-{
-    return {name, name + " Head", name + " Body"};
-}
-
-/// High resolution, and the wanted level, as a user would set them before a conversion.
-void Subdivide(DzNode& source, const std::optional<int>& level)
-{
-    DzFigure& figure = kst::daz::ResolveToFigure_X(source);
-    kst::daz::SetNodeResolution(figure, kst::daz::NodeResolution::HighResolution, true);
-    if (!level)
-        return;
-    DzIntProperty& control = *kst::daz::FindSubdivisionLevelIntProperty(figure, true);
-    control.setMax(std::max(control.getMax(), *level));
-    control.setValue(*level);
-}
-
-void SelectBoth(DzNode& source, DzNode& target)
-{
-    dzScene->selectAllNodes(false);
-    source.select(true);
-    target.select(true);
+    const HostStepsAsStages steps(progress);
+    try {
+        return GntConverter::Convert_X(source, target, request);
+    } catch (const GntBaseRangeError& error) {
+        const DzFloatProperty& dial = error.dial;
+        throw UsageError(fmt::format("--base {}={} is outside of {} to {}, the range of \"{}\"",
+                                     BaseName(error.base), error.value, dial.getMin(), dial.getMax(),
+                                     dial.getLabel().toStdString()));
+    }
 }
 
 /// The host saves into libraries that are there only.
-fs::path MakeLibrary(const fs::path& folder)
+void MakeLibrary(const fs::path& library)
 {
-    const fs::path library = fs::absolute(folder);
     std::error_code error;
     fs::create_directories(library, error);
     if (!fs::is_directory(library))
         throw std::runtime_error(
             fmt::format("cannot create folder {}: {}", FileText(library), error.message()));
-    return library;
 }
 
-void Save(const SaveRequest& save, DzNode& target, const std::vector<GntCreatedMorph>& created,
-          HostSession& session)
+void Save(GntSaveOptions save, const GntOutcome& outcome, HostSession& session)
 {
-    std::vector<std::string> names;
-    for (const GntCreatedMorph& morph : created)
-        names.push_back(morph.name);
-    const fs::path library = MakeLibrary(save.contentDirectory);
+    save.library = FileText(fs::absolute(save.library));
+    MakeLibrary(save.library);
     try {
-        kst::FilteredSave::SaveMorphSupportAsset_X(target, FileText(library), save.vendor, save.product,
-                                                   names, save.compress, false);
+        GntSaveMorphs_X(outcome.params->figTarget, outcome.created, save);
     } catch (const std::exception&) {
         // The host's code says only that it failed; its log says why.
         const std::vector<std::string> warnings = session.warnings();
@@ -143,18 +84,18 @@ void Save(const SaveRequest& save, DzNode& target, const std::vector<GntCreatedM
 }
 
 /// What is wanted besides the morphs. These are safe by then, and a failure says so.
-void WriteExtras(const ConversionRequest& request, const GntParams& params, GntResolution resolution,
-                 Progress& progress, ConversionReport& report)
+void WriteExtras(const ConversionRequest& request, const GntOutcome& outcome, Progress& progress,
+                 ConversionReport& report)
 {
     try {
         if (!request.exportObj.empty()) {
             progress.stage("Writing the OBJ file");
-            ExportFigure(params.figTarget, request.exportObj, resolution);
+            ExportFigure(outcome.params->figTarget, request.exportObj, outcome.request.resolution);
             report.files.push_back(request.exportObj);
         }
         if (!request.pictures.empty()) {
             progress.stage("Drawing the pictures");
-            const std::vector<fs::path> pictures = DrawPictures(params, request.pictures, resolution);
+            const std::vector<fs::path> pictures = DrawPictures(outcome, request.pictures);
             report.files.insert(report.files.end(), pictures.begin(), pictures.end());
         }
     } catch (const std::exception& error) {
@@ -176,47 +117,24 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     CheckShapesAreWhole(request.source, session.warnings());
     DzNode* const target = session.open(request.target);
     CheckIsTarget(*target, request.target);
-    if (request.isSubdivided)
-        Subdivide(*source, request.subdLevel);
-    SelectBoth(*source, *target);
-    const std::shared_ptr<GntParams> params = GntConverter::FindSourceAndTargetInSceneSelected_X();
-    GntConverter converter(params);
-    report.activeMorphs = converter.getActiveMorphCount();
-    report.source = DescribeFigure(params->figSource);
-    report.target = DescribeFigure(params->figTarget);
-    const GntResolution resolution = request.isSubdivided ? GntResolution::Subd : GntResolution::Base;
-    if (request.isSubdivided)
-        report.subdLevel = params->iSubdLevelSource;
-    report.cloneShape = std::string(GntClonePropertyName(params->cloneShape));
-    SetBases(*params, request.bases, report.warnings);
-
-    const GntJobs jobs = JobsOf(request);
-    report.jobs = JobNames(jobs);
-    const std::string label = converter.makeConvertedLabel();
-    const std::vector<std::string> names = MorphNames(request.name.empty() ? label : request.name);
-    const std::vector<std::string> paths(3, request.path);
-    GntMissingMorphs missing;
-    std::vector<GntCreatedMorph> created;
-    {
-        const HostStepsAsStages steps(progress);
-        created = converter.run_X(resolution, label, paths, names, jobs, missing);
-    }
-    for (const auto& morph : missing)
-        report.missing.emplace_back(morph.first, morph.second);
+    report.source = DescribeFigure(kst::daz::ResolveToFigure_X(*source));
+    report.target = DescribeFigure(kst::daz::ResolveToFigure_X(*target));
+    const GntOutcome outcome = Run(*source, *target, request.morphs, progress);
+    DescribeOutcome(outcome, report);
 
     progress.stage("Measuring the result");
-    for (const GntCreatedMorph& morph : created)
-        report.created.push_back(DescribeMorph(params->figTarget, morph));
+    for (const GntCreatedMorph& morph : outcome.created)
+        report.created.push_back(DescribeMorph(outcome.params->figTarget, morph));
     if (request.save) {
         progress.stage("Saving the morphs");
-        Save(*request.save, params->figTarget, created, session);
-        AddSavedFiles(params->figTarget, request.save->contentDirectory, report);
+        Save(*request.save, outcome, session);
+        AddSavedFiles(outcome.params->figTarget, request.save->library, report);
         progress.stage("Measuring the result");
     }
-    WearMorphs(created);
-    if (MakesWholeFigure(jobs))
-        report.distance = MeasureDistance(*params, resolution);
-    WriteExtras(request, *params, resolution, progress, report);
+    GntWearMorphs(outcome.created);
+    if (GntMakesWholeFigure(outcome.request.jobs))
+        report.distance = MeasureDistance(outcome);
+    WriteExtras(request, outcome, progress, report);
     progress.finish();
     const std::vector<std::string> warnings = session.warnings();
     report.warnings.insert(report.warnings.end(), warnings.begin(), warnings.end());
@@ -225,25 +143,41 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
 
 } // namespace
 
+const char* BaseName(GntBase base)
+{
+    switch (base) {
+    case GntBase::Clone:
+        return "clone";
+    case GntBase::Feminine:
+        return "feminine";
+    case GntBase::Masculine:
+        return "masculine";
+    case GntBase::Height:
+        break;
+    }
+    return "height";
+}
+
 ConversionReport Convert(const ConversionRequest& request, Progress& progress)
 {
     CheckPlaces(request);
     progress.stage("Loading the figures");
     HostSession session(request.contentDirectories, request.verbose);
-    const std::string folder = FileText(session.temporaryFolder());
     // Temporary files of the run go with the session, unless they are to be kept.
-    qputenv("TMPDIR", QByteArray::fromStdString(folder));
+    ConversionRequest own = request;
+    own.morphs.tempFolder = FileText(session.temporaryFolder());
     if (!request.keepTemporary)
-        return ConvertIn(session, request, progress);
+        return ConvertIn(session, own, progress);
     session.keepTemporaryFolder();
     try {
-        ConversionReport report = ConvertIn(session, request, progress);
-        report.temporaryFolder = folder;
+        ConversionReport report = ConvertIn(session, own, progress);
+        report.temporaryFolder = own.morphs.tempFolder;
         return report;
     } catch (const UsageError&) {
         throw;
     } catch (const std::exception& error) {
-        throw std::runtime_error(std::string(error.what()) + "; the temporary files are in " + folder);
+        throw std::runtime_error(std::string(error.what()) + "; the temporary files are in " +
+                                 own.morphs.tempFolder);
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include "dials.h"
 #include "geometry/surface_distance.h"
+#include "gnt_outcome.h"
 
 #include <filesystem>
 #include <optional>
@@ -16,29 +17,13 @@ namespace cli {
 
 class Progress;
 
-/// The target's base dials; those without a value stay as the target's file has them.
-struct BaseDials {
-    std::optional<double> clone, feminine, masculine, height;
-    bool matchHeight = false; ///< makes the target as tall as the source; instead of a value for the height
-};
-
-struct SaveRequest {
-    std::filesystem::path contentDirectory;
-    std::string vendor, product;
-    bool compress = false;
-};
-
+/// A request of the product, with the files that it begins and ends with.
 struct ConversionRequest {
     std::vector<std::filesystem::path> contentDirectories;
     std::filesystem::path source, target;
     std::vector<NameValue> dials; ///< of the source
-    BaseDials bases;
-    bool full = false, head = true, body = true;
-    std::string name; ///< of the morphs; empty for the product's default
-    std::string path = "/Gantrel";
-    bool isSubdivided = false;    ///< the morphs hold detail of the source's subdivision level
-    std::optional<int> subdLevel; ///< the level to bring the source to; as its file has it when not given
-    std::optional<SaveRequest> save;
+    GntRequest morphs;            ///< its temporary files go with the conversion
+    std::optional<GntSaveOptions> save;
     std::filesystem::path exportObj; ///< empty for none
     std::filesystem::path pictures;  ///< folder; empty for none
     bool keepTemporary = false;      ///< the folder of temporary files stays, also after a failure
@@ -73,6 +58,9 @@ struct ConversionReport {
     std::filesystem::path temporaryFolder;    ///< empty unless it was to be kept
     std::vector<std::string> warnings;
 };
+
+/// What the command line calls the bases.
+const char* BaseName(GntBase base);
 
 /// Loads both figures, converts, measures and writes what is asked for, each step a stage of the progress.
 /// @throws UsageError           a name or folder of the request cannot be used

@@ -6,7 +6,6 @@
 #include "command.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
-#include "dzfloatproperty.h"
 #include "dznode.h"
 #include "ks_daz-helpers.h"
 
@@ -68,7 +67,7 @@ void CheckPlaces(const ConversionRequest& request)
     if (!request.pictures.empty())
         CheckFolder(request.pictures);
     if (request.save)
-        CheckFolder(request.save->contentDirectory);
+        CheckFolder(request.save->library);
     if (request.exportObj.empty())
         return;
     std::error_code error;
@@ -105,13 +104,6 @@ void CheckShapesAreWhole(const fs::path& file, const std::vector<std::string>& w
         for (const std::string& warning : warnings)
             if (dialed.value.value_or(0.0) != 0.0 && IsAbout(warning, dialed.url))
                 throw std::runtime_error(warning);
-}
-
-void CheckBaseValue(const char* base, const DzFloatProperty& dial, double value)
-{
-    if (dial.isClamped() && (value < dial.getMin() || value > dial.getMax()))
-        throw UsageError(fmt::format("--base {}={} is outside of {} to {}, the range of \"{}\"", base, value,
-                                     dial.getMin(), dial.getMax(), dial.getLabel().toStdString()));
 }
 
 } // namespace cli

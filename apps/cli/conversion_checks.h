@@ -5,7 +5,6 @@
 
 #include "conversion.h"
 
-class DzFloatProperty;
 class DzNode;
 
 namespace cli {
@@ -25,8 +24,5 @@ void CheckIsTarget(const DzNode& node, const std::filesystem::path& file);
 /// @param warnings  the host's, after the figure's shape has been computed
 /// @throws std::runtime_error  one of them is about a shape that the file dials in
 void CheckShapesAreWhole(const std::filesystem::path& file, const std::vector<std::string>& warnings);
-
-/// @throws UsageError  the value is outside of the dial's range, to which the host would quietly move it
-void CheckBaseValue(const char* base, const DzFloatProperty& dial, double value);
 
 } // namespace cli

@@ -21,8 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const char* const jobNames[] = {"full", "head", "body"};
-
 /// Values of properties that are set for a while.
 class TemporaryValues {
 public:
@@ -67,20 +65,34 @@ private:
 };
 
 /// Puts the target where the conversion had it: placed like the source, on the floor, legs as the source's.
-void PlaceForComparison(const GntParams& params, TemporaryValues& values)
+void PlaceForComparison(const GntOutcome& outcome, TemporaryValues& values)
 {
     using kst::daz::PropertyLocation;
-    for (const char* const name : {"XTranslate", "ZTranslate", "XRotate", "YRotate", "ZRotate"})
-        values.set(
-            *kst::daz::FindFloatProperty(params.figTarget, PropertyLocation::Node, name, true),
-            kst::daz::FindFloatProperty(params.figSource, PropertyLocation::Node, name, true)->getValue());
-    values.set(*kst::daz::FindFloatProperty(params.figTarget, PropertyLocation::Node, "YTranslate", true),
+    DzFigure &source = outcome.params->figSource, &target = outcome.params->figTarget;
+    for (const char* const name : GNT_PLACING_PROPERTIES)
+        values.set(*kst::daz::FindFloatProperty(target, PropertyLocation::Node, name, true),
+                   kst::daz::FindFloatProperty(source, PropertyLocation::Node, name, true)->getValue());
+    values.set(*kst::daz::FindFloatProperty(target, PropertyLocation::Node, GNT_LIFTING_PROPERTY, true),
                0.0f);
-    if (!GntNeedsThighPose(params.cloneShape))
+    const float thighDegrees = *outcome.request.thighDegrees;
+    if (thighDegrees == 0.0f)
         return;
-    values.set(*kst::daz::FindBoneProperty(params.figTarget, "l_thigh", "ZRotate", true), GNT_THIGH_DEGREES);
-    values.set(*kst::daz::FindBoneProperty(params.figTarget, "r_thigh", "ZRotate", true), -GNT_THIGH_DEGREES);
+    values.set(*kst::daz::FindBoneProperty(target, "l_thigh", "ZRotate", true), thighDegrees);
+    values.set(*kst::daz::FindBoneProperty(target, "r_thigh", "ZRotate", true), -thighDegrees);
 }
+
+/// Both figures as they are compared, as long as it lives.
+struct Comparison {
+    explicit Comparison(const GntOutcome& outcome)
+        : source(outcome.params->figSource, outcome.request.resolution),
+          target(outcome.params->figTarget, outcome.request.resolution)
+    {
+        PlaceForComparison(outcome, values);
+    }
+
+    AtResolution source, target;
+    TemporaryValues values;
+};
 
 geometry::Picture Draw(const geometry::PolygonMeshView& mesh, geometry::View view,
                        const geometry::Box3f& frame)
@@ -108,13 +120,20 @@ FigureReport DescribeFigure(DzFigure& figure)
     return report;
 }
 
-std::vector<std::string> JobNames(GntJobs jobs)
+void DescribeOutcome(const GntOutcome& outcome, ConversionReport& report)
 {
-    std::vector<std::string> names;
-    for (const GntJobIndex index : {GntFull, GntHead, GntBody})
-        if (jobs.test(static_cast<GntJobFlag>(1 << index)))
-            names.emplace_back(jobNames[index]);
-    return names;
+    report.activeMorphs = outcome.activeMorphCount;
+    report.cloneShape = std::string(GntClonePropertyName(outcome.params->cloneShape));
+    for (const GntJob& job : GNT_JOBS)
+        if (outcome.request.jobs.test(job.flag))
+            report.jobs.emplace_back(job.keyword);
+    if (outcome.request.resolution == GntResolution::Subd)
+        report.subdLevel = outcome.request.subdLevel;
+    if (!outcome.isHeightMatched)
+        report.warnings.emplace_back(
+            "--base height=auto: the height dial cannot make the target as tall as the source");
+    for (const auto& morph : outcome.missing)
+        report.missing.emplace_back(morph.first, morph.second);
 }
 
 MorphReport DescribeMorph(DzFigure& target, const GntCreatedMorph& morph)
@@ -122,7 +141,7 @@ MorphReport DescribeMorph(DzFigure& target, const GntCreatedMorph& morph)
     MorphReport report;
     report.name = morph.name;
     report.label = morph.property->getLabel().toStdString();
-    report.kind = jobNames[morph.kind];
+    report.kind = GNT_JOBS.at(static_cast<std::size_t>(morph.kind)).keyword;
     report.path = morph.property->getPath().toStdString();
     const DzMorph& made = kst::MorphList::FindMorph_X(target, morph.name);
     const geometry::SparseDeltas& deltas = openhost::MorphDeltas(made);
@@ -141,25 +160,11 @@ void AddSavedFiles(DzFigure& target, const fs::path& library, ConversionReport& 
     }
 }
 
-bool MakesWholeFigure(GntJobs jobs)
+geometry::DistanceSummary MeasureDistance(const GntOutcome& outcome)
 {
-    return jobs.test(GntJobFlag::Full) || (jobs.test(GntJobFlag::Head) && jobs.test(GntJobFlag::Body));
-}
-
-void WearMorphs(const std::vector<GntCreatedMorph>& created)
-{
-    const bool hasFull = !created.empty() && created.front().kind == GntFull;
-    for (const GntCreatedMorph& morph : created)
-        morph.property->setValue(!hasFull || morph.kind == GntFull ? 1.0f : 0.0f);
-}
-
-geometry::DistanceSummary MeasureDistance(const GntParams& params, GntResolution resolution)
-{
-    const AtResolution source(params.figSource, resolution), target(params.figTarget, resolution);
-    TemporaryValues values;
-    PlaceForComparison(params, values);
-    const geometry::PolygonMeshView a = openhost::WorldMesh(params.figSource),
-                                    b = openhost::WorldMesh(params.figTarget);
+    const Comparison comparison(outcome);
+    const geometry::PolygonMeshView a = openhost::WorldMesh(outcome.params->figSource),
+                                    b = openhost::WorldMesh(outcome.params->figTarget);
     std::vector<float> distances = geometry::SurfaceDistances(a.positions, b);
     const std::vector<float> back = geometry::SurfaceDistances(b.positions, a);
     distances.insert(distances.end(), back.begin(), back.end());
@@ -175,15 +180,13 @@ void ExportFigure(DzFigure& figure, const fs::path& file, GntResolution resoluti
     geometry::WriteObj(file, {&part, 1});
 }
 
-std::vector<fs::path> DrawPictures(const GntParams& params, const fs::path& folder, GntResolution resolution)
+std::vector<fs::path> DrawPictures(const GntOutcome& outcome, const fs::path& folder)
 {
     using geometry::View;
     fs::create_directories(folder);
-    const AtResolution source(params.figSource, resolution), target(params.figTarget, resolution);
-    TemporaryValues values;
-    PlaceForComparison(params, values);
-    const geometry::PolygonMeshView a = openhost::WorldMesh(params.figSource),
-                                    b = openhost::WorldMesh(params.figTarget);
+    const Comparison comparison(outcome);
+    const geometry::PolygonMeshView a = openhost::WorldMesh(outcome.params->figSource),
+                                    b = openhost::WorldMesh(outcome.params->figTarget);
     // One frame for both, so that a difference in size is seen.
     geometry::Box3f frame = geometry::BoundingBox(a.positions);
     for (const geometry::Vec3f position : b.positions)
