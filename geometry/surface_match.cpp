@@ -21,6 +21,16 @@ constexpr int rounds = 3;
 constexpr std::size_t denseVertexCount = 150000;
 /// Closer than this share of the whole mesh's size is never far, however fine the mesh.
 constexpr float nearShareOfSize = 0.005f;
+/// A place known before bounds the search; the surface's own is never beyond it but for rounding, relative
+/// to the distance and, near zero, in cm.
+constexpr float boundSlack = 1.0001f, boundSlackNearZero = 1e-5f;
+/// A corner with less weight is not what the point lies on, but rounding of a point on the other corners.
+constexpr float leastWeight = 1e-6f;
+/// In mean edge lengths: closer to the rim than half a face, the next vertex inward would match as well.
+constexpr float farthestBeyondRim = 0.5f;
+/// In mean edge lengths: neighbours are one apart, and a steep but whole surface may take them half an edge
+/// further.
+constexpr float farthestFromNeighbours = 1.5f;
 
 std::vector<float> MeanEdgeLengths(base::Span<const Vec3f> positions, const IndexLists& neighbours)
 {
@@ -122,7 +132,8 @@ private:
     /// @param nearby  any place on the source: nothing further away needs to be looked at
     SurfacePoint find(std::size_t v, Vec3f at, const SurfacePoint& nearby) const
     {
-        const float bound = nearby.isValid() ? 1.0001f * Length(nearby.position - at) + 1e-5f : INFINITY;
+        const float bound =
+            nearby.isValid() ? boundSlack * Length(nearby.position - at) + boundSlackNearZero : INFINITY;
         const SurfacePoint nearest = _tree.closestPoint(at, std::min(bound, _reach[v]));
         if (!nearest.isValid() || agreement(v, nearest) >= _minCosine)
             return nearest;
@@ -166,11 +177,11 @@ private:
         const SurfacePoint& match = _matches[v];
         const std::uint32_t* corner = _tree.triangles().corners.data() + 3 * std::size_t{match.triangle};
         for (int k = 0; k < 3; ++k)
-            if (match.weights[k] > 1e-6f && !_sourceBoundary[corner[k]])
+            if (match.weights[k] > leastWeight && !_sourceBoundary[corner[k]])
                 return false;
         const Vec3f way = offset(v), normal = _tree.triangleNormal(match.triangle);
         const Vec3f along = way - normal * Dot(way, normal);
-        return Length(along) > 0.5f * _target.edgeLengths[v];
+        return Length(along) > farthestBeyondRim * _target.edgeLengths[v];
     }
 
     /// The neighbours went elsewhere: their offsets differ from this one by more than their spacing explains.
@@ -185,7 +196,8 @@ private:
             }
         if (count == 0)
             return false;
-        return Length(offset(v) - sum * (1.0f / static_cast<float>(count))) > 1.5f * _target.edgeLengths[v];
+        return Length(offset(v) - sum * (1.0f / static_cast<float>(count))) >
+               farthestFromNeighbours * _target.edgeLengths[v];
     }
 
     const SurfaceTree& _tree;
