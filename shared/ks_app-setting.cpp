@@ -5,8 +5,6 @@
 
 #include "ks_string.h"
 
-#include <utility>
-
 #include <dzappsettings.h>
 
 namespace kst {
@@ -95,54 +93,6 @@ void BoolAppSetting::set(const bool& value)
     _settings.setBoolValue(_key, value);
     _value = value;
     _loaded = true;
-}
-
-IntAppSetting::IntAppSetting(DzAppSettings& settings, std::string_view key, int defaultValue)
-    : SettingBase<int>(defaultValue), AppSettingsStorageInt(settings, key)
-{
-}
-
-const int& IntAppSetting::get()
-{
-    loadInt(_value, _defaultValue);
-    return _value;
-}
-
-void IntAppSetting::set(const int& value)
-{
-    storeInt(_value, value);
-}
-
-FloatAppSetting::FloatAppSetting(DzAppSettings& settings, std::string_view key, float defaultValue)
-    : SettingBase<float>(defaultValue), AppSettingsStorageFloat(settings, key)
-{
-}
-
-const float& FloatAppSetting::get()
-{
-    loadFloat(_value, _defaultValue);
-    return _value;
-}
-
-void FloatAppSetting::set(const float& value)
-{
-    storeFloat(_value, value);
-}
-
-StringAppSetting::StringAppSetting(DzAppSettings& settings, std::string_view key, std::string defaultValue)
-    : SettingBase<std::string>(std::move(defaultValue)), AppSettingsStorageString(settings, key)
-{
-}
-
-const std::string& StringAppSetting::get()
-{
-    loadString(_value, _defaultValue);
-    return _value;
-}
-
-void StringAppSetting::set(const std::string& value)
-{
-    storeString(_value, value);
 }
 
 } // namespace kst

@@ -8,6 +8,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <QString>
 
@@ -67,27 +68,41 @@ public:
     void set(const bool& value) override;
 };
 
-class IntAppSetting : public SettingBase<int>, public AppSettingsStorageInt {
+/// A value of a type that a storage class has functions for.
+/// @tparam Argument  how these take a value
+template <class T, class Storage, class Argument, void (Storage::*load)(T&, Argument),
+          void (Storage::*store)(T&, Argument)>
+class StoredAppSetting : public SettingBase<T>, public Storage {
 public:
-    IntAppSetting(DzAppSettings& settings, std::string_view key, int defaultValue);
-    const int& get() override;
-    void set(const int& value) override;
+    StoredAppSetting(DzAppSettings& settings, std::string_view key, T defaultValue)
+        : SettingBase<T>(std::move(defaultValue)), Storage(settings, key)
+    {
+    }
+
+    const T& get() override
+    {
+        Storage& storage = *this;
+        (storage.*load)(this->_value, this->_defaultValue);
+        return this->_value;
+    }
+
+    void set(const T& value) override
+    {
+        Storage& storage = *this;
+        (storage.*store)(this->_value, value);
+    }
 };
 
-class FloatAppSetting : public SettingBase<float>, public AppSettingsStorageFloat {
-public:
-    FloatAppSetting(DzAppSettings& settings, std::string_view key, float defaultValue);
-    const float& get() override;
-    void set(const float& value) override;
-};
-
+typedef StoredAppSetting<int, AppSettingsStorageInt, int, &AppSettingsStorageInt::loadInt,
+                         &AppSettingsStorageInt::storeInt>
+    IntAppSetting;
+typedef StoredAppSetting<float, AppSettingsStorageFloat, float, &AppSettingsStorageFloat::loadFloat,
+                         &AppSettingsStorageFloat::storeFloat>
+    FloatAppSetting;
 /// A UTF-8 text. An empty text reads as the default in the next run.
-class StringAppSetting : public SettingBase<std::string>, public AppSettingsStorageString {
-public:
-    StringAppSetting(DzAppSettings& settings, std::string_view key, std::string defaultValue);
-    const std::string& get() override;
-    void set(const std::string& value) override;
-};
+typedef StoredAppSetting<std::string, AppSettingsStorageString, const std::string&,
+                         &AppSettingsStorageString::loadString, &AppSettingsStorageString::storeString>
+    StringAppSetting;
 
 /// Stored as the number made of its bits.
 template <class E>
