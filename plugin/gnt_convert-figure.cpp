@@ -7,10 +7,10 @@
 #include "ks_app-setting.h"
 #include "ks_assert.h"
 #include "ks_daz-managers.h"
-#include "ks_debug.h"
 #include "ks_exception.h"
 #include "ks_help.h"
 #include "ks_product.h"
+#include "ks_progress.h"
 #include "ks_string.h"
 #include "ks_wait-cursor.h"
 
@@ -280,7 +280,7 @@ std::string GntConverter::Impl::transferToFitSuit_X(GntStepper& stepper, DzNode&
     const MorphValues morphs{{tempMorphName, 1.0f}};
     DzNode* figure = nullptr;
     {
-        const kst::Debug scope("Running Transfer Utility");
+        const KsLogEnteringLeaving scope("Running Transfer Utility");
         figure = &S7_RunTransferUtilityOnFitSuitToCreateMorphs_X(morphedStock, fitSuit, morphs,
                                                                  kst::str::ToStd(fitSuit.getLabel()));
     }

@@ -4,7 +4,6 @@
 #include "ks_progress.h"
 
 #include "ks_assert.h"
-#include "ks_debug.h"
 #include "ks_exception.h"
 #include "ks_gui.h"
 #include "ks_string.h"
@@ -89,13 +88,3 @@ void Log(std::string_view text)
 
 } // namespace daz
 } // namespace kst
-
-KsLogEnteringLeaving::KsLogEnteringLeaving(std::string_view name) : _name(name)
-{
-    kst::Debug::Log("Entering {}", _name);
-}
-
-KsLogEnteringLeaving::~KsLogEnteringLeaving()
-{
-    kst::Debug::Log("Leaving {}", _name);
-}

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "ks_debug.h"
+
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -44,11 +46,8 @@ void Log(std::string_view text);
 /// Writes "Entering {}" and, at the end of the scope, "Leaving {}".
 class KsLogEnteringLeaving {
 public:
-    explicit KsLogEnteringLeaving(std::string_view name);
-    ~KsLogEnteringLeaving();
-    KsLogEnteringLeaving(const KsLogEnteringLeaving&) = delete;
-    KsLogEnteringLeaving& operator=(const KsLogEnteringLeaving&) = delete;
+    explicit KsLogEnteringLeaving(std::string_view name) : _scope(name) {}
 
 private:
-    std::string _name;
+    kst::Debug _scope;
 };
