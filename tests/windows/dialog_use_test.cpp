@@ -1,6 +1,7 @@
 // A day's work with the product: several conversions, their dialogs open side by side.
 // SPDX-License-Identifier: MIT
 
+#include "gnt_convert-figure.h"
 #include "gnt_dlg_convert.h"
 #include "ks_daz-helpers.h"
 #include "ks_string.h"
@@ -233,6 +234,27 @@ TEST_F(ThroughTheDialogs, no_resolution_is_asked_without_the_add_on)
     };
     ASSERT_NE(convert(wish), nullptr) << ToStd(boxText);
     EXPECT_EQ(kst::daz::GetNodeResolution(*target), kst::daz::NodeResolution::BaseResolution);
+}
+
+TEST_F(ThroughTheDialogs, the_choices_make_what_the_same_request_makes_without_them)
+{
+    openhost::SetHdMorphSupport(false); // both at base resolution
+    Wish wish = FullFigure("Chosen");
+    wish.full.path = QStringLiteral("/Actor/Chosen");
+    ASSERT_NE(convert(wish), nullptr) << ToStd(boxText);
+    GntRequest request;
+    request.jobs = GntJobFlag::Full;
+    request.names = GntProposedNames("Asked");
+    request.paths.assign(3, "/Actor/Chosen");
+    const GntOutcome outcome = GntConverter::Convert_X(*source, *target, request);
+    ASSERT_EQ(outcome.created.size(), 1u);
+    const DzMorph* const morph = morphOf(*target, QStringLiteral("Chosen"));
+    ASSERT_NE(morph, nullptr);
+    DzFloatProperty& chosen = *morph->getValueChannel();
+    EXPECT_EQ(ToStd(chosen.getPath()), "/Actor/Chosen");
+    EXPECT_EQ(outcome.created[0].property->getPath(), chosen.getPath());
+    EXPECT_NEAR(reach(*target, *outcome.created[0].property), reach(*target, chosen), 1e-3f)
+        << "the smallest move that is kept, in cm";
 }
 
 } // namespace
