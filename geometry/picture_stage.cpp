@@ -118,13 +118,13 @@ PictureStage::Hit PictureStage::trace(const Ray& ray) const
 
 void PictureStage::trace(base::Span<const Ray> rays, Hit* hits) const
 {
-    constexpr std::size_t kBundle = 64;
-    std::array<RTCRayHit, kBundle> queries;
+    constexpr std::size_t bundle = 64;
+    std::array<RTCRayHit, bundle> queries;
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
     context.flags = RTC_INTERSECT_CONTEXT_FLAG_COHERENT;
-    for (std::size_t first = 0; first < rays.size(); first += kBundle) {
-        const std::size_t count = std::min(kBundle, rays.size() - first);
+    for (std::size_t first = 0; first < rays.size(); first += bundle) {
+        const std::size_t count = std::min(bundle, rays.size() - first);
         for (std::size_t i = 0; i < count; ++i)
             SetQuery(rays[first + i], &queries[i]);
         rtcIntersect1M(_impl->scene.get(), &context, queries.data(), static_cast<unsigned>(count),

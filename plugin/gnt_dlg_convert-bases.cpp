@@ -108,14 +108,14 @@ QToolButton& GntConvertDialog::Impl::addHeightButton()
 {
     pHeightDial = dials.back();
     return toolButtons.addToolButton(
-        dialRow(DIAL_COUNT - 1), ":/bootstrap/24/magic.png", [this] { matchHeight(); }, "Auto",
+        dialRow(dialCount - 1), ":/bootstrap/24/magic.png", [this] { matchHeight(); }, "Auto",
         "Calculates an optimal height value for the G9 target figure to match that of the source figure.");
 }
 
 void GntConvertDialog::Impl::alignRows(const QToolButton& lastButton)
 {
     // A widget and no spacer: a layout sets a spacer closer than it sets the button.
-    for (int row = 0; row + 1 < DIAL_COUNT; ++row) {
+    for (int row = 0; row + 1 < dialCount; ++row) {
         QWidget* const blank = new QWidget;
         blank->setFixedWidth(lastButton.sizeHint().width());
         dialRow(row).addWidget(blank);

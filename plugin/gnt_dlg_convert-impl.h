@@ -57,8 +57,8 @@ private:
         std::string label; ///< UTF-8, plain
         std::shared_ptr<kst::FloatPropertySetting> pSetting;
     };
-    static const int DIAL_COUNT = 4;
-    typedef std::array<Dial, DIAL_COUNT> Dials;
+    static const int dialCount = 4;
+    typedef std::array<Dial, dialCount> Dials;
 
     Dials listDials() const;
     std::string makeDialHelp(const Dials& rows) const;

@@ -13,7 +13,7 @@ namespace daz {
 
 namespace {
 
-const char* const BUILD_DATE = "2023-06-22";
+const char* const buildDate = "2023-06-22";
 
 } // namespace
 
@@ -41,7 +41,7 @@ std::string MakeVersionStringOnly()
 
 std::string MakeExtendedVersionString()
 {
-    return fmt::format("{} ({})", MakeVersionStringOnly(), BUILD_DATE);
+    return fmt::format("{} ({})", MakeVersionStringOnly(), buildDate);
 }
 
 std::string MakeWindowTitle(const char* title)

@@ -18,14 +18,14 @@ namespace daz {
 
 namespace {
 
-const char* const FAILURE = "Could not open PDF file";
+const char* const failure = "Could not open PDF file";
 
 void ShowManual(const char* manualName)
 {
     const std::string path =
         fmt::format("{0}/Plugins/{1}/{1} Manual.pdf", str::ToStd(dzApp->getDocumentationPath()), manualName);
     if (!QFileInfo(str::ToQ(path)).exists()) {
-        CriticalBox(FAILURE,
+        CriticalBox(failure,
                     fmt::format("The file {} does not exist. Did you install the plugin correctly?",
                                 str::Quote(path)),
                     nullptr, true);
@@ -41,7 +41,7 @@ void ShowManual(const char* manualName)
 
 void OpenPluginManual(const char* manualName) noexcept
 {
-    CallOutermost(FAILURE, nullptr, [manualName] { ShowManual(manualName); });
+    CallOutermost(failure, nullptr, [manualName] { ShowManual(manualName); });
 }
 
 } // namespace daz

@@ -24,16 +24,16 @@ namespace os {
 namespace {
 
 // Facts of the platform.
-constexpr std::string_view INVALID_FILENAME_CHARACTERS = "/";
-const char* const FILE_BROWSER = "macOS Finder";
-const char* const ASSET_EDITOR_BUNDLE = "/Applications/Asset Editor.app";
-const char* const OPENER = "open";
-const char* const DESKTOP_OPENER = "xdg-open";
+constexpr std::string_view invalidFilenameCharacters = "/";
+const char* const fileBrowser = "macOS Finder";
+const char* const assetEditorBundle = "/Applications/Asset Editor.app";
+const char* const openCommand = "open";
+const char* const desktopOpener = "xdg-open";
 
 // Asks the desktop's file manager to show an item in its folder and, where that fails, opens the folder. A
 // shell does the waiting: the windows are not to stand still for it.
-const char* const SHELL = "/bin/sh";
-const char* const SHOW_SCRIPT =
+const char* const shell = "/bin/sh";
+const char* const showScript =
     "exec >/dev/null 2>&1; dbus-send --session --print-reply --reply-timeout=2000 "
     "--dest=org.freedesktop.FileManager1 /org/freedesktop/FileManager1 "
     "org.freedesktop.FileManager1.ShowItems \"array:string:$1\" string: || exec xdg-open \"$2\"";
@@ -49,10 +49,10 @@ bool HasOpener()
 {
     const char* const path = std::getenv("PATH");
     for (const std::string_view folder : str::ExplodeViewVector(path ? path : "", ":", false)) {
-        const QFileInfo file(str::ToQ(str::MakePath(folder, OPENER)));
+        const QFileInfo file(str::ToQ(str::MakePath(folder, openCommand)));
         if (file.isFile() && file.isExecutable()) {
             const std::string target = str::ToStd(QFileInfo(file.canonicalFilePath()).fileName());
-            return target != DESKTOP_OPENER && target != "run-mailcap";
+            return target != desktopOpener && target != "run-mailcap";
         }
     }
     return false;
@@ -63,8 +63,8 @@ void ShowInFileManager(const QFileInfo& item)
     // dbus-send splits lists at commas, which addresses may hold as they are.
     QByteArray url = QUrl::fromLocalFile(item.absoluteFilePath()).toEncoded();
     url.replace(",", "%2C");
-    StartDetached(SHELL, QStringList()
-                             << QLatin1String("-c") << QLatin1String(SHOW_SCRIPT) << QLatin1String(SHELL)
+    StartDetached(shell, QStringList()
+                             << QLatin1String("-c") << QLatin1String(showScript) << QLatin1String(shell)
                              << QString::fromLatin1(url.constData()) << item.absolutePath());
 }
 
@@ -86,7 +86,7 @@ std::string GetTempDir()
 void ForEachInvalidFilenameCharacter(std::string_view filename, const std::function<void(char)>& callback)
 {
     for (const char c : filename)
-        if (INVALID_FILENAME_CHARACTERS.find(c) != std::string_view::npos)
+        if (invalidFilenameCharacters.find(c) != std::string_view::npos)
             callback(c);
 }
 
@@ -109,7 +109,7 @@ void ThrowIfFilenameHasInvalidCharacters(std::string_view filename)
 
 std::string GetWindowsExplorerString()
 {
-    return FILE_BROWSER;
+    return fileBrowser;
 }
 
 void LaunchExplorerOrThrow(const std::string& path)
@@ -119,14 +119,14 @@ void LaunchExplorerOrThrow(const std::string& path)
     if (!item.exists())
         throw Exception("file {} does not exist", str::Quote(std::string_view(path)));
     if (HasOpener())
-        StartDetached(OPENER, QStringList() << QLatin1String("-R") << pathQ);
+        StartDetached(openCommand, QStringList() << QLatin1String("-R") << pathQ);
     else
         ShowInFileManager(item);
 }
 
 std::string FindAssetEditor()
 {
-    return QFileInfo(QLatin1String(ASSET_EDITOR_BUNDLE)).exists() ? ASSET_EDITOR_BUNDLE : std::string();
+    return QFileInfo(QLatin1String(assetEditorBundle)).exists() ? assetEditorBundle : std::string();
 }
 
 void LaunchAssetEditorWithFileOrThrow(std::string_view file)
@@ -136,9 +136,9 @@ void LaunchAssetEditorWithFileOrThrow(std::string_view file)
         return;
     const QString fileQ = str::ToQ(file);
     if (HasOpener())
-        StartDetached(OPENER, QStringList() << QLatin1String("-a") << str::ToQ(editor) << fileQ);
+        StartDetached(openCommand, QStringList() << QLatin1String("-a") << str::ToQ(editor) << fileQ);
     else
-        StartDetached(DESKTOP_OPENER, QStringList() << fileQ);
+        StartDetached(desktopOpener, QStringList() << fileQ);
 }
 
 } // namespace os

@@ -251,10 +251,9 @@ Json Describe(const ConversionReport& report, const Progress& progress)
               {"missing_morphs", missing}};
     json["surface_distance_mm"] = nullptr;
     if (report.distance)
-        json["surface_distance_mm"] = {
-            {"mean", Rounded(kMillimetresPerCentimetre * report.distance->mean, 4)},
-            {"p95", Rounded(kMillimetresPerCentimetre * report.distance->p95, 4)},
-            {"max", Rounded(kMillimetresPerCentimetre * report.distance->max, 4)}};
+        json["surface_distance_mm"] = {{"mean", Rounded(millimetresPerCentimetre * report.distance->mean, 4)},
+                                       {"p95", Rounded(millimetresPerCentimetre * report.distance->p95, 4)},
+                                       {"max", Rounded(millimetresPerCentimetre * report.distance->max, 4)}};
     json["files"] = files;
     if (!report.temporaryFolder.empty())
         json["temporary_folder"] = FileText(report.temporaryFolder);

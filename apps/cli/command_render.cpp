@@ -24,7 +24,7 @@ namespace cli {
 
 namespace {
 
-constexpr int kLargestSize = 16384;
+constexpr int largestSize = 16384;
 
 struct RenderArguments {
     std::string file, out, size;
@@ -45,7 +45,7 @@ bool ParseSize(const std::string& text, PictureSize& size)
         return false;
     const std::from_chars_result height = std::from_chars(width.ptr + 1, end, size.height);
     return height.ec == std::errc() && height.ptr == end && size.width >= 1 && size.height >= 1 &&
-           size.width <= kLargestSize && size.height <= kLargestSize;
+           size.width <= largestSize && size.height <= largestSize;
 }
 
 std::string CheckSize(const std::string& text)
@@ -53,7 +53,7 @@ std::string CheckSize(const std::string& text)
     PictureSize size;
     return ParseSize(text, size)
                ? std::string()
-               : fmt::format("\"{}\" is not of the form WxH with numbers from 1 to {}", text, kLargestSize);
+               : fmt::format("\"{}\" is not of the form WxH with numbers from 1 to {}", text, largestSize);
 }
 
 std::string CheckView(const std::string& text)

@@ -40,8 +40,8 @@ void RunScript(const ScriptArguments& arguments)
     DzScript script;
     if (!script.loadFromFile(QString::fromStdString(arguments.file)))
         throw std::runtime_error(fmt::format("{}: the script cannot be read", arguments.file));
-    constexpr double kMillisecondsPerSecond = 1000.0;
-    script.setTimeLimit(static_cast<int>(arguments.timeout * kMillisecondsPerSecond));
+    constexpr double millisecondsPerSecond = 1000.0;
+    script.setTimeLimit(static_cast<int>(arguments.timeout * millisecondsPerSecond));
     QVariantList scriptArguments;
     for (const std::string& argument : arguments.arguments)
         scriptArguments.append(QString::fromStdString(argument));

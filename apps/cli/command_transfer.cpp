@@ -25,7 +25,7 @@ namespace {
 using geometry::Vec3f;
 
 /// A vertex that moves less counts as resting; cm.
-constexpr float kMovedTolerance = 1e-4f;
+constexpr float movedTolerance = 1e-4f;
 
 struct TransferArguments {
     std::string sourceNeutral, sourceMorphed, targetNeutral, out;
@@ -75,7 +75,7 @@ Json Report(const TransferArguments& arguments, const TransferInput& input,
             const geometry::MatchStatistics& statistics, const std::vector<Vec3f>& deltas,
             const Progress& progress)
 {
-    const geometry::SparseDeltas moved = geometry::MakeDeltas(deltas, kMovedTolerance);
+    const geometry::SparseDeltas moved = geometry::MakeDeltas(deltas, movedTolerance);
     Json report;
     report["source_neutral"] = arguments.sourceNeutral;
     report["source_morphed"] = arguments.sourceMorphed;
@@ -86,8 +86,7 @@ Json Report(const TransferArguments& arguments, const TransferInput& input,
     report["matched_vertices"] = statistics.matched;
     report["filled_vertices"] = statistics.filled;
     report["moved_vertices"] = moved.size();
-    report["largest_displacement_mm"] =
-        Rounded(geometry::LargestLength(moved) * kMillimetresPerCentimetre, 4);
+    report["largest_displacement_mm"] = Rounded(geometry::LargestLength(moved) * millimetresPerCentimetre, 4);
     Json seconds = Json::object();
     for (const auto& [stage, duration] : progress.seconds())
         seconds[stage] = Rounded(duration, 4);

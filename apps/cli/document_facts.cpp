@@ -68,7 +68,7 @@ Json Modifiers(const dson::Document& document)
     for (const dson::Modifier& modifier : document.modifiers) {
         const geometry::SparseDeltas deltas =
             modifier.morph ? modifier.morph->deltas : geometry::SparseDeltas();
-        const double largestMm = geometry::LargestLength(deltas) * kMillimetresPerCentimetre;
+        const double largestMm = geometry::LargestLength(deltas) * millimetresPerCentimetre;
         list.push_back({{"name", modifier.name},
                         {"label", modifier.channel.label},
                         {"group", modifier.group},

@@ -18,7 +18,7 @@
 
 namespace {
 
-enum ExitCode { kSuccess = 0, kFailure = 1, kWrongUse = 2 };
+enum ExitCode { success = 0, failure = 1, wrongUse = 2 };
 
 const char* const versionText = "gantrel " GANTREL_VERSION;
 
@@ -33,15 +33,15 @@ int Run(const std::function<void()>& work)
 {
     try {
         work();
-        return kSuccess;
+        return success;
     } catch (const cli::UsageError& error) {
-        return Fail(error.what(), kWrongUse);
+        return Fail(error.what(), wrongUse);
     } catch (const std::bad_alloc&) {
-        return Fail("there is not enough memory", kFailure);
+        return Fail("there is not enough memory", failure);
     } catch (const std::exception& error) {
-        return Fail(cli::InterruptSignal() != 0 ? "interrupted" : error.what(), kFailure);
+        return Fail(cli::InterruptSignal() != 0 ? "interrupted" : error.what(), failure);
     } catch (...) {
-        return Fail("unknown error", kFailure);
+        return Fail("unknown error", failure);
     }
 }
 
@@ -86,12 +86,12 @@ int main(int argc, char** argv)
         program.exit(request, help, help);
         return Run([&] { cli::WriteOutput(help.str()); });
     } catch (const CLI::ParseError& error) {
-        return Fail(error.what(), kWrongUse);
+        return Fail(error.what(), wrongUse);
     }
     if (!context.work)
-        return Fail("a subcommand is required; gantrel --help lists them", kWrongUse);
+        return Fail("a subcommand is required; gantrel --help lists them", wrongUse);
     const int code = Run(context.work);
-    if (code != kSuccess && cli::InterruptSignal() != 0)
+    if (code != success && cli::InterruptSignal() != 0)
         cli::EndBySignal(cli::InterruptSignal());
     return code;
 }

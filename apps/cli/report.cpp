@@ -18,7 +18,7 @@ namespace cli {
 
 namespace {
 
-constexpr int kIndent = 2;
+constexpr int indentWidth = 2;
 
 std::string Words(std::string key)
 {
@@ -159,7 +159,7 @@ void AppendObject(std::string& text, const Json& object, int indent)
             continue;
         }
         text += margin + Words(member.key()) + '\n';
-        AppendNested(text, member.value(), indent + kIndent);
+        AppendNested(text, member.value(), indent + indentWidth);
     }
 }
 
@@ -180,7 +180,7 @@ std::string ReportText(const Json& report)
 
 void WriteReport(const Json& report, bool asJson)
 {
-    WriteOutput(asJson ? report.dump(kIndent, ' ', false, Json::error_handler_t::replace) + '\n'
+    WriteOutput(asJson ? report.dump(indentWidth, ' ', false, Json::error_handler_t::replace) + '\n'
                        : ReportText(report));
 }
 

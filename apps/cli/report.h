@@ -22,6 +22,6 @@ std::string ReportText(const Json& report);
 
 /// To so many decimals, since single-precision values have no more to tell.
 double Rounded(double value, int decimals);
-constexpr double kMillimetresPerCentimetre = 10.0;
+constexpr double millimetresPerCentimetre = 10.0;
 
 } // namespace cli

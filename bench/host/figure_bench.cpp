@@ -22,26 +22,26 @@
 
 namespace {
 
-constexpr std::uint32_t kSide = 160; // 25,600 vertices
-constexpr int kMorphs = 10000;
-constexpr int kActiveMorphs = 20;
-constexpr int kBones = 140;
+constexpr std::uint32_t side = 160; // 25,600 vertices
+constexpr int morphCount = 10000;
+constexpr int activeMorphs = 20;
+constexpr int boneCount = 140;
 
 geometry::PolygonMesh Sheet()
 {
     geometry::PolygonMesh mesh;
     auto topology = std::make_shared<geometry::Topology>();
-    for (std::uint32_t y = 0; y < kSide; ++y) {
-        for (std::uint32_t x = 0; x < kSide; ++x)
+    for (std::uint32_t y = 0; y < side; ++y) {
+        for (std::uint32_t x = 0; x < side; ++x)
             mesh.positions.push_back({float(x), float(y), 0.0f});
     }
-    for (std::uint32_t y = 0; y + 1 < kSide; ++y) {
-        for (std::uint32_t x = 0; x + 1 < kSide; ++x) {
-            const std::uint32_t v = y * kSide + x;
-            topology->addFace(std::vector<std::uint32_t>{v, v + 1, v + kSide + 1, v + kSide});
+    for (std::uint32_t y = 0; y + 1 < side; ++y) {
+        for (std::uint32_t x = 0; x + 1 < side; ++x) {
+            const std::uint32_t v = y * side + x;
+            topology->addFace(std::vector<std::uint32_t>{v, v + 1, v + side + 1, v + side});
         }
     }
-    topology->vertexCount = kSide * kSide;
+    topology->vertexCount = side * side;
     mesh.topology = topology;
     return mesh;
 }
@@ -73,13 +73,13 @@ struct BenchFigure {
     void addBones()
     {
         auto* const skin = new DzSkinBinding;
-        skin->setTargetVertexCount(kSide * kSide);
-        for (int i = 0; i < kBones; ++i) {
+        skin->setTargetVertexCount(side * side);
+        for (int i = 0; i < boneCount; ++i) {
             auto* const bone = new DzBone;
             (bones.empty() ? static_cast<DzNode*>(figure) : bones[std::size_t(i) / 2])->addNodeChild(bone);
             bones.push_back(bone);
             std::vector<std::uint32_t> vertices;
-            for (std::uint32_t v = std::uint32_t(i); v < kSide * kSide; v += kBones / 4)
+            for (std::uint32_t v = std::uint32_t(i); v < side * side; v += boneCount / 4)
                 vertices.push_back(v);
             openhost::SkinAccess::bind(*skin, *bone, vertices, std::vector<float>(vertices.size(), 0.25f));
         }
@@ -88,18 +88,18 @@ struct BenchFigure {
     void addMorphs()
     {
         auto deltas = std::make_shared<geometry::SparseDeltas>();
-        for (std::uint32_t v = 0; v < kSide * kSide; ++v) {
+        for (std::uint32_t v = 0; v < side * side; ++v) {
             deltas->vertices.push_back(v);
             deltas->deltas.push_back({0.0f, 0.0f, 0.001f * float(v % 97)});
         }
-        for (int i = 0; i < kMorphs; ++i) {
+        for (int i = 0; i < morphCount; ++i) {
             auto* const morph = new DzMorph;
             morph->setName(QStringLiteral("morph %1").arg(i));
             openhost::DeltasAccess::setLoader(*morph->getDeltas(), [deltas] { return *deltas; });
             object->addModifier(morph);
             morphs.push_back(morph);
         }
-        for (std::size_t i = 0; i < kActiveMorphs; ++i)
+        for (std::size_t i = 0; i < activeMorphs; ++i)
             morphs[i * 7]->getValueControl()->setValue(0.5f);
     }
     void turn(benchmark::State& state, DzFloatProperty* property)
@@ -148,7 +148,7 @@ void MakeTenThousandMorphs(benchmark::State& state)
 {
     for (auto _ : state) {
         DzObject object;
-        for (int i = 0; i < kMorphs; ++i) {
+        for (int i = 0; i < morphCount; ++i) {
             auto* const morph = new DzMorph;
             morph->setName(QStringLiteral("morph %1").arg(i));
             morph->getValueControl()->setPath(QStringLiteral("/Actor/%1").arg(i % 50));

@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr int kWidth = 1000, kHeight = 760; // pixels, as the desktop application has it on a common screen
+constexpr int width = 1000, height = 760; // pixels, as the desktop application has it on a common screen
 
 /// The figure in the middle of the viewport, set to a draw style.
 struct Stage {
@@ -30,8 +30,8 @@ struct Stage {
           figure(qobject_cast<DzFigure*>(dzScene->getPrimarySelection()))
     {
         view->setUserDrawStyle(QLatin1String(style));
-        view->setFixedSize(kWidth, kHeight);
-        view->getCamera()->frame(dzScene->getBoundingBox(), float(kWidth) / float(kHeight));
+        view->setFixedSize(width, height);
+        view->getCamera()->frame(dzScene->getBoundingBox(), float(width) / float(height));
         view->grab(); // what is made once and kept
     }
     Dz3DViewport* view;

@@ -41,13 +41,13 @@ struct DzFacetShape::Impl {
 
 namespace {
 
-constexpr int kLargestLevel = 5;
+constexpr int largestLevel = 5;
 
 DzIntProperty* AddLevel(DzElement& shape, const QString& name, const QString& label, int level)
 {
     auto* const property = new DzIntProperty(name, false, false, level);
     property->setLabel(label);
-    property->setMinMax(0, kLargestLevel);
+    property->setMinMax(0, largestLevel);
     property->setIsClamped(true);
     property->setPath(QStringLiteral("/General/Mesh Resolution"));
     shape.addProperty(property);

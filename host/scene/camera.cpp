@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr double kDegree = 3.14159265358979323846 / 180.0;
+constexpr double degree = 3.14159265358979323846 / 180.0;
 
 DzVec3 ToDz(geometry::Vec3f v)
 {
@@ -115,7 +115,7 @@ bool DzCamera::isPerspective() const
 float DzCamera::getFieldOfView() const
 {
     return static_cast<float>(
-        2.0 * std::atan(0.5 * double(_frameWidth->getValue()) / double(_focalLength->getValue())) / kDegree);
+        2.0 * std::atan(0.5 * double(_frameWidth->getValue()) / double(_focalLength->getValue())) / degree);
 }
 
 DzVec3 DzCamera::getFocalPoint() const
@@ -153,11 +153,11 @@ void DzCamera::frame(const DzBox3& box, float aspect)
 
 void DzCamera::orbit(float turn, float tilt)
 {
-    constexpr double kSteepest = 89.0 * kDegree;
+    constexpr double steepest = 89.0 * degree;
     const geometry::Vec3f forward = Forward(*this);
     const geometry::Vec3f point = FromDz(getFocalPoint());
-    const double newTurn = TurnOf(forward) + double(turn) * kDegree;
-    const double newTilt = std::clamp(TiltOf(forward) + double(tilt) * kDegree, -kSteepest, kSteepest);
+    const double newTurn = TurnOf(forward) + double(turn) * degree;
+    const double newTilt = std::clamp(TiltOf(forward) + double(tilt) * degree, -steepest, steepest);
     const geometry::Vec3f newForward{static_cast<float>(-std::sin(newTurn) * std::cos(newTilt)),
                                      static_cast<float>(std::sin(newTilt)),
                                      static_cast<float>(-std::cos(newTurn) * std::cos(newTilt))};
@@ -188,7 +188,7 @@ geometry::PictureCamera openhost::OpticsOf(const DzCamera& camera, float aspect)
     optics.forward = Forward(camera);
     optics.isPerspective = camera.isPerspective();
     // The lens covers the picture's longer side.
-    const auto half = static_cast<float>(std::tan(0.5 * double(camera.getFieldOfView()) * kDegree));
+    const auto half = static_cast<float>(std::tan(0.5 * double(camera.getFieldOfView()) * degree));
     optics.halfHeight = aspect > 1.0f ? half / aspect : half;
     if (!optics.isPerspective)
         optics.halfHeight *= camera.getFocalDistance();

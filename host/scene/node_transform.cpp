@@ -9,12 +9,12 @@
 
 namespace {
 
-constexpr double kTransformLimit = 10000.0;
+constexpr double transformLimit = 10000.0;
 
 DzFloatProperty* MakeFloat(const QString& name, const QString& path, float value)
 {
     auto* const property = new DzFloatProperty(name, true, false, value);
-    property->setDoubleMinMax(-kTransformLimit, kTransformLimit);
+    property->setDoubleMinMax(-transformLimit, transformLimit);
     property->setPath(path);
     return property;
 }

@@ -98,8 +98,8 @@ QString DzProperty::getPath() const
 void DzProperty::setPath(const QString& path)
 {
     // Deeper trees are no work of people, and trees are walked by recursion.
-    constexpr int kMaxDepth = 64;
-    const QStringList names = path.split(QLatin1Char('/'), Qt::SkipEmptyParts).mid(0, kMaxDepth);
+    constexpr int maxDepth = 64;
+    const QStringList names = path.split(QLatin1Char('/'), Qt::SkipEmptyParts).mid(0, maxDepth);
     const QString normal = QLatin1Char('/') + names.join(QLatin1Char('/'));
     if (normal == _impl->path)
         return;

@@ -26,7 +26,7 @@ struct DzScene::Impl {
 
 namespace {
 
-constexpr DzTime kTicksPerFrame = 160; // 4800 ticks a second at 30 frames
+constexpr DzTime ticksPerFrame = 160; // 4800 ticks a second at 30 frames
 
 DzNode* At(const QList<DzNode*>& list, int index)
 {
@@ -381,9 +381,9 @@ DzTime DzScene::getTime() const
 }
 DzTime DzScene::getTimeStep() const
 {
-    return kTicksPerFrame;
+    return ticksPerFrame;
 }
 void DzScene::setFrame(int frame)
 {
-    _impl->time = frame * kTicksPerFrame;
+    _impl->time = frame * ticksPerFrame;
 }

@@ -56,7 +56,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 // Sets nested deeper than this are no work of this program.
-constexpr int kMaxDepth = 32;
+constexpr int maxDepth = 32;
 
 QString FloatText(double value)
 {
@@ -82,7 +82,7 @@ double ToNumber(const QString& text, bool* ok)
     return *ok ? number : ToBool(text, ok) ? 1.0 : 0.0;
 }
 
-const char* const kTypeNames[] = {"String", "Int", "Bool", "Float", "Settings"};
+const char* const typeNames[] = {"String", "Int", "Bool", "Float", "Settings"};
 
 } // namespace
 
@@ -266,7 +266,7 @@ Json ToJson(const DzSettings& settings)
 
 bool FromJson(const Json& json, DzSettings* settings, int depth)
 {
-    if (!json.is_object() || depth > kMaxDepth)
+    if (!json.is_object() || depth > maxDepth)
         return false;
     for (auto it = json.begin(); it != json.end(); ++it) {
         const QString key = QString::fromStdString(it.key());
@@ -291,7 +291,7 @@ void WriteXml(const DzSettings& settings, QXmlStreamWriter* xml)
     for (int i = 0; i < settings.getNumValues(); ++i) {
         xml->writeStartElement(QStringLiteral("Setting"));
         xml->writeAttribute(QStringLiteral("Key"), settings.getKey(i));
-        xml->writeAttribute(QStringLiteral("Type"), QLatin1String(kTypeNames[settings.getValueType(i)]));
+        xml->writeAttribute(QStringLiteral("Type"), QLatin1String(typeNames[settings.getValueType(i)]));
         if (const DzSettings* const nested = settings.getSettingsValue(settings.getKey(i)))
             WriteXml(*nested, xml);
         else
@@ -319,7 +319,7 @@ bool SetFromText(DzSettings* settings, const QString& key, const QString& type, 
 bool ReadXml(QXmlStreamReader* xml, DzSettings* settings, int depth)
 {
     while (xml->readNextStartElement()) {
-        if (xml->name() != QLatin1String("Setting") || depth > kMaxDepth)
+        if (xml->name() != QLatin1String("Setting") || depth > maxDepth)
             return false;
         const QXmlStreamAttributes attributes = xml->attributes();
         const QString key = attributes.value(QLatin1String("Key")).toString();
@@ -346,7 +346,7 @@ bool ReadXmlText(const QString& text, DzSettings* settings)
 bool ReadJsonText(const QString& text, DzSettings* settings)
 {
     // The parser recurses, so the depth is checked while it reads.
-    const auto shallow = [](int depth, Json::parse_event_t, Json&) { return depth <= kMaxDepth; };
+    const auto shallow = [](int depth, Json::parse_event_t, Json&) { return depth <= maxDepth; };
     const Json json = Json::parse(text.toStdString(), shallow, false);
     return FromJson(json, settings, 0);
 }

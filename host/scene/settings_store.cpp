@@ -91,8 +91,8 @@ bool Update(const Change& change)
 {
     QDir().mkpath(g_folder);
     QLockFile lock(FileName() + QLatin1String(".lock"));
-    constexpr int kPatience = 5000; // ms
-    if (!lock.tryLock(kPatience))
+    constexpr int patience = 5000; // ms
+    if (!lock.tryLock(patience))
         return false;
     Values values = Load();
     return change(values) && Save(values);

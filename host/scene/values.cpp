@@ -101,19 +101,19 @@ DzVec3 DzMatrix3::multVec(const DzVec3& v) const
 
 namespace {
 
-const char* const kRotationOrders[] = {"XYZ", "XZY", "YXZ", "YZX", "ZXY", "ZYX"};
+const char* const rotationOrders[] = {"XYZ", "XZY", "YXZ", "YZX", "ZXY", "ZYX"};
 
 } // namespace
 
 QString DzRotationOrder::toString() const
 {
-    return QLatin1String(kRotationOrders[_order]);
+    return QLatin1String(rotationOrders[_order]);
 }
 
 bool DzRotationOrder::fromString(const QString& text)
 {
     for (int i = 0; i < 6; ++i) {
-        if (text == QLatin1String(kRotationOrders[i])) {
+        if (text == QLatin1String(rotationOrders[i])) {
             _order = static_cast<Order>(i);
             return true;
         }

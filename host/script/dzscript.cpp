@@ -52,8 +52,8 @@ DzScript::~DzScript() = default;
 
 void DzScript::addLine(const QString& line, int indent)
 {
-    constexpr int kIndentWidth = 4;
-    _impl->code += QString(indent * kIndentWidth, QLatin1Char(' ')) + line + QLatin1Char('\n');
+    constexpr int indentWidth = 4;
+    _impl->code += QString(indent * indentWidth, QLatin1Char(' ')) + line + QLatin1Char('\n');
 }
 
 void DzScript::addCode(const QString& code)

@@ -66,13 +66,13 @@ QScriptValue GetErrorMessage(QScriptContext* context, QScriptEngine*)
 /// Waits in small pieces, so that a run can be stopped meanwhile.
 QScriptValue Sleep(QScriptContext* context, QScriptEngine* engine)
 {
-    constexpr qint64 kPiece = 20;
+    constexpr qint64 piece = 20;
     const qint64 wanted = std::max(0, context->argument(0).toInt32());
     ScriptSession& session = ScriptSession::Of(engine);
     QElapsedTimer clock;
     clock.start();
     while (clock.elapsed() < wanted && !session.checkStop())
-        QThread::msleep(static_cast<unsigned long>(std::min(kPiece, wanted - clock.elapsed())));
+        QThread::msleep(static_cast<unsigned long>(std::min(piece, wanted - clock.elapsed())));
     return engine->undefinedValue();
 }
 

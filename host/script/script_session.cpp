@@ -20,7 +20,7 @@ namespace openhost {
 namespace {
 
 /// How often a running script is asked to look at its clock and at the stop sign, in milliseconds.
-constexpr int kWatchInterval = 50;
+constexpr int watchInterval = 50;
 
 volatile std::sig_atomic_t g_stop = 0;
 int g_running = 0;
@@ -65,11 +65,11 @@ ScriptSession::ScriptSession(const QVariantList& arguments, int timeLimit)
     if (g_running++ == 0)
         g_stop = 0;
     _engine.setProperty("session", QVariant::fromValue<QObject*>(this));
-    _engine.setProcessEventsInterval(kWatchInterval);
+    _engine.setProcessEventsInterval(watchInterval);
     RegisterScriptClasses(_engine);
     RegisterScriptFunctions(_engine);
     connect(&_watch, SIGNAL(timeout()), SLOT(checkStop()));
-    _watch.start(kWatchInterval);
+    _watch.start(watchInterval);
     _clock.start();
 }
 

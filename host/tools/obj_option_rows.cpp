@@ -17,23 +17,23 @@ const char* const groupsGroup = "Groups";
 const char* const surfaceGroup = "Surfaces";
 const char* const objectGroup = "Which objects";
 
-constexpr double kSmallestScale = 0.0001;
-constexpr double kLargestScale = 1e6;
-constexpr double kMostDecimals = 17;
+constexpr double smallestScale = 0.0001;
+constexpr double largestScale = 1e6;
+constexpr double mostDecimals = 17;
 
 } // namespace
 
 const std::vector<OptionRow>& ObjExportRows()
 {
     static const std::vector<OptionRow> rows{
-        {spaceGroup, "Scale", "Centimetres per unit", OptionRow::Number, {}, kSmallestScale, kLargestScale},
+        {spaceGroup, "Scale", "Centimetres per unit", OptionRow::Number, {}, smallestScale, largestScale},
         {spaceGroup, "LatAxis", "Lateral axis", OptionRow::Choice, axes},
         {spaceGroup, "InvertLatAxis", "Invert the lateral axis"},
         {spaceGroup, "VertAxis", "Vertical axis", OptionRow::Choice, axes},
         {spaceGroup, "InvertVertAxis", "Invert the vertical axis"},
         {spaceGroup, "DepthAxis", "Depth axis", OptionRow::Choice, axes},
         {spaceGroup, "InvertDepthAxis", "Invert the depth axis"},
-        {spaceGroup, "FloatPrecision", "Decimals", OptionRow::Whole, {}, 0.0, kMostDecimals},
+        {spaceGroup, "FloatPrecision", "Decimals", OptionRow::Whole, {}, 0.0, mostDecimals},
         {contentGroup, "WriteVT", "Texture coordinates"},
         {contentGroup, "WriteVN", "Normals"},
         {contentGroup, "WriteF", "Faces"},
@@ -67,7 +67,7 @@ const std::vector<OptionRow>& ObjExportRows()
 const std::vector<OptionRow>& ObjImportRows()
 {
     static const std::vector<OptionRow> rows{
-        {spaceGroup, "Scale", "Centimetres per unit", OptionRow::Number, {}, kSmallestScale, kLargestScale},
+        {spaceGroup, "Scale", "Centimetres per unit", OptionRow::Number, {}, smallestScale, largestScale},
         {spaceGroup, "LatAxis", "Lateral axis", OptionRow::Choice, axes},
         {spaceGroup, "InvertLat", "Invert the lateral axis"},
         {spaceGroup, "VertAxis", "Vertical axis", OptionRow::Choice, axes},

@@ -62,7 +62,7 @@ struct DzApp::Impl {
 
 namespace {
 
-constexpr int kLogBufferSize = 512;
+constexpr int logBufferSize = 512;
 
 QString WithoutSlash(const QString& path)
 {
@@ -224,7 +224,7 @@ void DzApp::log(const QString& line)
         std::fprintf(stderr, "%s\n", line.toUtf8().constData());
     _impl->logBuffer += QDateTime::currentDateTime().toString(Qt::ISODateWithMs) + QLatin1Char(' ') + line +
                         QLatin1Char('\n');
-    if (_impl->logBuffer.size() > kLogBufferSize)
+    if (_impl->logBuffer.size() > logBufferSize)
         flushLogBuffer();
 }
 

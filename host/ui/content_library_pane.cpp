@@ -18,8 +18,8 @@
 
 namespace {
 
-constexpr int kPathRole = Qt::UserRole;
-constexpr int kIsReadRole = Qt::UserRole + 1;
+constexpr int pathRole = Qt::UserRole;
+constexpr int isReadRole = Qt::UserRole + 1;
 
 } // namespace
 
@@ -68,7 +68,7 @@ void DzContentLibraryPane::fillTree()
 {
     build();
     const QString chosen =
-        _tree->currentItem() ? _tree->currentItem()->data(0, kPathRole).toString() : QString();
+        _tree->currentItem() ? _tree->currentItem()->data(0, pathRole).toString() : QString();
     const QStringList selected = _list->selectedFiles();
     _tree->clear();
     for (const QString& directory : openhost::ContentDirectories())
@@ -85,7 +85,7 @@ QTreeWidgetItem* DzContentLibraryPane::addFolder(QTreeWidgetItem& parent, const 
                                                  const QString& path)
 {
     auto* const item = new QTreeWidgetItem(&parent, {name});
-    item->setData(0, kPathRole, path);
+    item->setData(0, pathRole, path);
     item->setToolTip(0, path);
     // What is below is read when it is to be seen.
     item->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
@@ -94,10 +94,10 @@ QTreeWidgetItem* DzContentLibraryPane::addFolder(QTreeWidgetItem& parent, const 
 
 void DzContentLibraryPane::addSubfolders(QTreeWidgetItem* item)
 {
-    if (item->data(0, kIsReadRole).toBool())
+    if (item->data(0, isReadRole).toBool())
         return;
-    item->setData(0, kIsReadRole, true);
-    const QDir folder(item->data(0, kPathRole).toString());
+    item->setData(0, isReadRole, true);
+    const QDir folder(item->data(0, pathRole).toString());
     for (const QString& name :
          folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase))
         addFolder(*item, name, folder.filePath(name));
@@ -107,14 +107,14 @@ void DzContentLibraryPane::addSubfolders(QTreeWidgetItem* item)
 void DzContentLibraryPane::showFolder()
 {
     const QTreeWidgetItem* const item = _tree->currentItem();
-    _list->setFiles(item ? openhost::UserFilesIn(item->data(0, kPathRole).toString()) : QStringList());
+    _list->setFiles(item ? openhost::UserFilesIn(item->data(0, pathRole).toString()) : QStringList());
 }
 
 /// The folder itself, or the one on the way to it; null when there is none.
 QTreeWidgetItem* DzContentLibraryPane::childOf(QTreeWidgetItem& item, const QString& path)
 {
     for (int i = 0; i < item.childCount(); ++i) {
-        const QString folder = item.child(i)->data(0, kPathRole).toString();
+        const QString folder = item.child(i)->data(0, pathRole).toString();
         if (path == folder || path.startsWith(folder + QLatin1Char('/')))
             return item.child(i);
     }
@@ -124,7 +124,7 @@ QTreeWidgetItem* DzContentLibraryPane::childOf(QTreeWidgetItem& item, const QStr
 bool DzContentLibraryPane::browseTo(const QString& folder)
 {
     QTreeWidgetItem* item = childOf(*_tree->invisibleRootItem(), folder);
-    while (item && item->data(0, kPathRole).toString() != folder) {
+    while (item && item->data(0, pathRole).toString() != folder) {
         addSubfolders(item);
         item = childOf(*item, folder);
     }

@@ -20,14 +20,14 @@ namespace {
 /// As many lines as a box has room for; the log has them all.
 QString FirstLines(const QStringList& lines)
 {
-    constexpr int kShown = 10;
-    QString text = QStringList(lines.mid(0, kShown)).join(QLatin1Char('\n'));
-    if (lines.size() > kShown)
-        text += QStringLiteral("\nand %1 more").arg(lines.size() - kShown);
+    constexpr int shown = 10;
+    QString text = QStringList(lines.mid(0, shown)).join(QLatin1Char('\n'));
+    if (lines.size() > shown)
+        text += QStringLiteral("\nand %1 more").arg(lines.size() - shown);
     return text;
 }
 
-constexpr int kListWidth = 60; ///< characters
+constexpr int listWidth = 60; ///< characters
 
 class MissingFilesDialog : public QDialog {
 public:
@@ -47,7 +47,7 @@ public:
         // Of a long path the beginning and the file's name tell most.
         list->setTextElideMode(Qt::ElideMiddle);
         list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        list->setMinimumWidth(kListWidth * fontMetrics().averageCharWidth());
+        list->setMinimumWidth(listWidth * fontMetrics().averageCharWidth());
         auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
         connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
         auto* const rows = new QVBoxLayout(this);

@@ -24,8 +24,8 @@ namespace openhost {
 
 namespace {
 
-constexpr int kDecimals = 4; ///< of a number's editor
-constexpr int kColumns = 2;
+constexpr int decimals = 4; ///< of a number's editor
+constexpr int columnCount = 2;
 
 QWidget* MakeEditor(const OptionRow& row, const DzFileIOSettings& options)
 {
@@ -39,7 +39,7 @@ QWidget* MakeEditor(const OptionRow& row, const DzFileIOSettings& options)
     }
     case OptionRow::Number: {
         auto* const box = new QDoubleSpinBox;
-        box->setDecimals(kDecimals);
+        box->setDecimals(decimals);
         box->setRange(row.min, row.max);
         box->setValue(options.getFloatValue(key, row.min));
         return box;
@@ -61,7 +61,7 @@ QWidget* MakeEditor(const OptionRow& row, const DzFileIOSettings& options)
 /// The editor shows fewer digits than the value may have: left as it was, it shall not round the value.
 void StoreNumber(const QString& key, double shown, DzFileIOSettings& options)
 {
-    const double halfDigit = 0.5 * std::pow(10.0, -kDecimals);
+    const double halfDigit = 0.5 * std::pow(10.0, -decimals);
     if (options.hasKey(key) < 0 || std::abs(options.getFloatValue(key) - shown) > halfDigit)
         options.setFloatValue(key, shown);
 }
@@ -89,12 +89,12 @@ OptionsDialog::OptionsDialog(const QString& title, const std::vector<OptionRow>&
     auto* const layout = new QVBoxLayout(this);
     auto* const columns = new QHBoxLayout;
     layout->addLayout(columns);
-    QVBoxLayout* column[kColumns];
+    QVBoxLayout* column[columnCount];
     for (QVBoxLayout*& one : column)
         columns->addLayout(one = new QVBoxLayout);
 
     QMap<QString, QFormLayout*> forms;
-    int filled[kColumns] = {0, 0};
+    int filled[columnCount] = {0, 0};
     for (const OptionRow& row : rows) {
         const QString group = QLatin1String(row.group);
         if (!forms.contains(group)) {

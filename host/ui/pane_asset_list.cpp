@@ -24,7 +24,7 @@ namespace openhost {
 
 namespace {
 
-constexpr int kFileRole = Qt::UserRole;
+constexpr int fileRole = Qt::UserRole;
 
 QString RelativePath(const QString& file)
 {
@@ -57,7 +57,7 @@ void AssetList::setFiles(const QStringList& files)
     clear();
     for (const QString& file : files) {
         auto* const item = new QListWidgetItem(QFileInfo(file).completeBaseName(), this);
-        item->setData(kFileRole, file);
+        item->setData(fileRole, file);
         item->setToolTip(RelativePath(file));
     }
     selectFiles(selected);
@@ -67,7 +67,7 @@ QStringList AssetList::files() const
 {
     QStringList files;
     for (int i = 0; i < count(); ++i)
-        files.append(item(i)->data(kFileRole).toString());
+        files.append(item(i)->data(fileRole).toString());
     return files;
 }
 
@@ -76,7 +76,7 @@ QStringList AssetList::selectedFiles() const
     QStringList files;
     for (int i = 0; i < count(); ++i)
         if (item(i)->isSelected())
-            files.append(item(i)->data(kFileRole).toString());
+            files.append(item(i)->data(fileRole).toString());
     return files;
 }
 
@@ -86,7 +86,7 @@ bool AssetList::selectFiles(const QStringList& files)
     clearSelection();
     bool isAny = false;
     for (int i = 0; i < count(); ++i) {
-        if (!wanted.contains(item(i)->data(kFileRole).toString()))
+        if (!wanted.contains(item(i)->data(fileRole).toString()))
             continue;
         if (!isAny)
             setCurrentItem(item(i));

@@ -23,15 +23,15 @@ namespace openhost {
 
 namespace {
 
-constexpr int kMargin = 3;
+constexpr int margin = 3;
 
 QPolygonF StarShape(double size)
 {
-    constexpr double kPi = 3.14159265358979323846;
+    constexpr double pi = 3.14159265358979323846;
     QPolygonF star;
     for (int i = 0; i < 10; ++i) {
         const double radius = (i % 2 ? 0.2 : 0.46) * size;
-        const double angle = i * kPi / 5.0;
+        const double angle = i * pi / 5.0;
         star << QPointF(size / 2.0 + radius * std::sin(angle), size / 2.0 - radius * std::cos(angle));
     }
     return star;
@@ -58,7 +58,7 @@ PropertyRow::PropertyRow(DzProperty& property, QWidget* parent)
     : QWidget(parent), _property(&property), _editor(PropertyEditor::Make(property, this))
 {
     auto* const layout = new QHBoxLayout(this);
-    layout->setContentsMargins(2 * kMargin, 0, kMargin, 0);
+    layout->setContentsMargins(2 * margin, 0, margin, 0);
     layout->addWidget(_editor, 1);
     addStar(*layout);
     for (QWidget* widget : findChildren<QWidget*>()) {
@@ -99,8 +99,8 @@ int PropertyRow::HeightFor(const QWidget& widget, bool isStacked)
     const QComboBox box;
     const QLineEdit line;
     const int editor = std::max({slider.sizeHint().height(), box.sizeHint().height(),
-                                 line.sizeHint().height(), widget.fontMetrics().height() + 2 * kMargin});
-    return editor + 2 * kMargin + (isStacked ? widget.fontMetrics().height() : 0);
+                                 line.sizeHint().height(), widget.fontMetrics().height() + 2 * margin});
+    return editor + 2 * margin + (isStacked ? widget.fontMetrics().height() : 0);
 }
 
 void PropertyRow::letGo()
@@ -148,7 +148,7 @@ void PropertyRow::paintEvent(QPaintEvent*)
         return;
     QPainter painter(this);
     QColor fill = palette().color(QPalette::Highlight);
-    painter.fillRect(QRect(0, 1, kMargin, height() - 2), fill);
+    painter.fillRect(QRect(0, 1, margin, height() - 2), fill);
     fill.setAlpha(60);
     painter.fillRect(rect().adjusted(0, 1, 0, -1), fill);
 }

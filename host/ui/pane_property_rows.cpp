@@ -114,8 +114,8 @@ void PropertyRows::resizeEvent(QResizeEvent* event)
 /// there.
 void PropertyRows::arrangeForWidth()
 {
-    constexpr int kLeast = 30; // characters; two fifths of it are the label's
-    const bool isStacked = width() < kLeast * fontMetrics().averageCharWidth();
+    constexpr int least = 30; // characters; two fifths of it are the label's
+    const bool isStacked = width() < least * fontMetrics().averageCharWidth();
     if (isStacked == _isStacked)
         return;
     _isStacked = isStacked;

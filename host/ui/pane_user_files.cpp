@@ -16,21 +16,21 @@
 
 namespace openhost {
 
-const char* const kUserFilePattern = "*.duf";
+const char* const userFilePattern = "*.duf";
 
 namespace {
 
 /// The block that tells what a file is stands at its beginning; a preview's text may come before it.
-constexpr unsigned kHeadSize = 1 << 16;
+constexpr unsigned headSize = 1 << 16;
 
 /// The first bytes of a file, expanded if they are compressed.
 QByteArray HeadOf(const QString& file)
 {
-    QByteArray head(int(kHeadSize), '\0');
+    QByteArray head(int(headSize), '\0');
     const gzFile stream = gzopen(QFile::encodeName(file).constData(), "rb");
     if (!stream)
         return QByteArray();
-    const int count = gzread(stream, head.data(), kHeadSize);
+    const int count = gzread(stream, head.data(), headSize);
     gzclose(stream);
     head.truncate(std::max(0, count));
     return head;
@@ -82,7 +82,7 @@ QStringList UserFilesIn(const QString& folder)
     const QDir directory(folder);
     QStringList files;
     for (const QString& name :
-         directory.entryList({QLatin1String(kUserFilePattern)}, QDir::Files, QDir::Name | QDir::IgnoreCase))
+         directory.entryList({QLatin1String(userFilePattern)}, QDir::Files, QDir::Name | QDir::IgnoreCase))
         files.append(directory.filePath(name));
     return files;
 }
@@ -98,7 +98,7 @@ bool UserFileScan::step(int files)
                 return false;
             }
             _iterator = std::make_unique<QDirIterator>(_directories.takeFirst(),
-                                                       QStringList(QLatin1String(kUserFilePattern)),
+                                                       QStringList(QLatin1String(userFilePattern)),
                                                        QDir::Files, QDirIterator::Subdirectories);
         }
         const QString file = _iterator->next();
@@ -133,7 +133,7 @@ std::vector<ProductFolder> ProductFolders()
 QStringList UserFilesBelow(const QString& folder)
 {
     QStringList files;
-    QDirIterator iterator(folder, {QLatin1String(kUserFilePattern)}, QDir::Files,
+    QDirIterator iterator(folder, {QLatin1String(userFilePattern)}, QDir::Files,
                           QDirIterator::Subdirectories);
     while (iterator.hasNext())
         files.append(iterator.next());

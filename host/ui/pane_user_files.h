@@ -19,7 +19,7 @@ struct UserFile {
 };
 
 /// People open these; files of other extensions are the data behind them.
-extern const char* const kUserFilePattern;
+extern const char* const userFilePattern;
 
 /// What kind of asset a file says it is, read from its first bytes alone, compressed or not; empty when it
 /// cannot be told.

@@ -26,7 +26,7 @@ namespace openhost {
 
 namespace {
 
-constexpr int kPathRole = Qt::UserRole;
+constexpr int pathRole = Qt::UserRole;
 
 /// The node that the property is shown under; null for a property without one.
 DzNode* NodeOf(const DzProperty& property)
@@ -155,10 +155,10 @@ void ParametersWidget::fillTree()
     QSet<QString> expanded;
     for (QTreeWidgetItemIterator it(_tree); *it; ++it)
         if (const DzNode* const node = (*it)->isExpanded() ? nodeOf(*it) : nullptr)
-            expanded.insert(KeyOf(*node, (*it)->data(0, kPathRole).toString()));
+            expanded.insert(KeyOf(*node, (*it)->data(0, pathRole).toString()));
     const QTreeWidgetItem* const current = _tree->currentItem();
     const QPointer<DzNode> chosenNode = nodeOf(current);
-    const QString chosenPath = current ? current->data(0, kPathRole).toString() : QString();
+    const QString chosenPath = current ? current->data(0, pathRole).toString() : QString();
 
     _tree->blockSignals(true);
     _tree->clear();
@@ -194,7 +194,7 @@ void ParametersWidget::addGroups(DzNode& node, QTreeWidgetItem& top, const QSet<
             if (!HasVisible(*group))
                 continue;
             auto* const item = new QTreeWidgetItem(&parent, {group->getName()});
-            item->setData(0, kPathRole, group->getPath());
+            item->setData(0, pathRole, group->getPath());
             self(self, group->getFirstChild(), *item);
             item->setExpanded(expanded.contains(KeyOf(node, group->getPath())));
         }
@@ -250,7 +250,7 @@ std::vector<QPointer<DzProperty>> ParametersWidget::propertiesOf(const QTreeWidg
     if (!node)
         return properties;
     const DzPropertyGroupTree& groups = *node->getPropertyGroups();
-    const QString path = item.data(0, kPathRole).toString();
+    const QString path = item.data(0, pathRole).toString();
     if (!path.isEmpty()) {
         if (const DzPropertyGroup* const group = groups.findChild(path))
             Collect(*group, &properties);

@@ -55,8 +55,8 @@ void ShowOnTerminal()
     QStringList parts;
     for (const DzProgress* progress : Stack())
         parts.append(Described(*progress));
-    constexpr int kWidth = 79;
-    std::fprintf(stderr, "\r\033[K%s", parts.join(QLatin1String(": ")).left(kWidth).toUtf8().constData());
+    constexpr int width = 79;
+    std::fprintf(stderr, "\r\033[K%s", parts.join(QLatin1String(": ")).left(width).toUtf8().constData());
     std::fflush(stderr);
 }
 

@@ -50,8 +50,8 @@ DzRenderOptions::~DzRenderOptions() = default;
 
 void DzRenderOptions::setImageSize(const QSize& size)
 {
-    constexpr int kLargest = 16384;
-    const QSize kept(std::clamp(size.width(), 1, kLargest), std::clamp(size.height(), 1, kLargest));
+    constexpr int largest = 16384;
+    const QSize kept(std::clamp(size.width(), 1, largest), std::clamp(size.height(), 1, largest));
     if (kept == _imageSize)
         return;
     _imageSize = kept;

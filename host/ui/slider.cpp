@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr int kLeastDrag = 3; ///< pixels; a shaking hand means a click
+constexpr int leastDrag = 3; ///< pixels; a shaking hand means a click
 
 } // namespace
 
@@ -120,8 +120,8 @@ struct DzSlider::Impl {
 
     void drag(const QPoint& position, bool isFine)
     {
-        constexpr double kFine = 0.1;
-        const double way = (position.x() - draggedTo.x()) * (isFine ? kFine : 1.0);
+        constexpr double fine = 0.1;
+        const double way = (position.x() - draggedTo.x()) * (isFine ? fine : 1.0);
         draggedTo = position;
         draggedNumber += way / openhost::HandleTravel(parts(), slider) * (max - min);
         slider.setNumber(withinReach(draggedNumber, pressedNumber));
@@ -430,7 +430,7 @@ void DzSlider::contextMenuEvent(QContextMenuEvent* event)
 
 void DzSlider::keyPressEvent(QKeyEvent* event)
 {
-    constexpr double kPage = 10.0;
+    constexpr double page = 10.0;
     switch (event->key()) {
     case Qt::Key_Left:
     case Qt::Key_Down:
@@ -439,9 +439,9 @@ void DzSlider::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Up:
         return _impl->stepBy(1.0);
     case Qt::Key_PageDown:
-        return _impl->stepBy(-kPage);
+        return _impl->stepBy(-page);
     case Qt::Key_PageUp:
-        return _impl->stepBy(kPage);
+        return _impl->stepBy(page);
     case Qt::Key_Home:
         return _impl->changeOnce(_impl->min);
     case Qt::Key_End:
@@ -485,7 +485,7 @@ void DzSlider::mouseMoveEvent(QMouseEvent* event)
     if (!_impl->isPressed)
         return;
     const int way = std::abs(event->pos().x() - _impl->pressedAt.x());
-    if (!_impl->isDragging && way < kLeastDrag)
+    if (!_impl->isDragging && way < leastDrag)
         return;
     if (!_impl->isDragging) {
         _impl->isDragging = true;
@@ -535,11 +535,11 @@ void DzSlider::wheelEvent(QWheelEvent* event)
         event->ignore();
         return;
     }
-    constexpr int kNotch = 120; // eighths of a degree
+    constexpr int notch = 120; // eighths of a degree
     const QPoint turned = event->angleDelta();
     _impl->wheelRest += turned.y() != 0 ? turned.y() : -turned.x();
-    const int notches = _impl->wheelRest / kNotch;
-    _impl->wheelRest -= notches * kNotch;
+    const int notches = _impl->wheelRest / notch;
+    _impl->wheelRest -= notches * notch;
     if (notches != 0)
         _impl->stepBy(notches);
     event->accept();

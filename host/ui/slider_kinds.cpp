@@ -106,8 +106,8 @@ void DzFloatSlider::setValue(float value)
 
 double DzFloatSlider::nearest(double number) const
 {
-    constexpr double kLargest = double(std::numeric_limits<float>::max());
-    return double(static_cast<float>(std::clamp(number, -kLargest, kLargest)));
+    constexpr double largest = double(std::numeric_limits<float>::max());
+    return double(static_cast<float>(std::clamp(number, -largest, largest)));
 }
 void DzFloatSlider::reportChange()
 {

@@ -14,8 +14,8 @@ namespace openhost {
 
 namespace {
 
-constexpr int kFrame = 2;      ///< pixels around everything, for the focus frame
-constexpr double kRound = 3.0; ///< radius of corners, in pixels
+constexpr int frameWidth = 2; ///< pixels around everything, for the focus frame
+constexpr double round = 3.0; ///< radius of corners, in pixels
 
 /// Room between parts and around texts.
 int Gap(const QWidget& slider)
@@ -42,10 +42,10 @@ int TextWidth(const QWidget& slider, const SliderLook& look)
 
 QSize SizeWithBar(const QWidget& slider, const SliderLook& look, int barWidth)
 {
-    int width = 2 * kFrame + barWidth;
+    int width = 2 * frameWidth + barWidth;
     for (const int part : {LabelWidth(slider, look), TextWidth(slider, look)})
         width += part > 0 ? part + Gap(slider) : 0;
-    return QSize(width, slider.fontMetrics().height() + 2 * Gap(slider) + 2 * kFrame);
+    return QSize(width, slider.fontMetrics().height() + 2 * Gap(slider) + 2 * frameWidth);
 }
 
 QColor Mixed(const QColor& a, const QColor& b, qreal partOfB)
@@ -60,7 +60,7 @@ void PaintBox(QPainter& painter, const QRectF& box, const QColor& fill, const QC
 {
     painter.setPen(frame);
     painter.setBrush(fill);
-    painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), kRound, kRound);
+    painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), round, round);
 }
 
 /// The slider's own colours are mixed from the palette's, so that they suit any of them.
@@ -123,7 +123,7 @@ void PaintText(QPainter& painter, const QWidget& slider, const SliderLook& look,
 SliderParts LayOutSlider(const QWidget& slider, const SliderLook& look)
 {
     const int gap = Gap(slider);
-    QRect room = slider.rect().adjusted(kFrame, kFrame, -kFrame, -kFrame);
+    QRect room = slider.rect().adjusted(frameWidth, frameWidth, -frameWidth, -frameWidth);
     SliderParts parts;
     if (const int width = LabelWidth(slider, look)) {
         parts.label = QRect(room.left(), room.top(), width, room.height());
@@ -174,7 +174,7 @@ void PaintSlider(QPainter& painter, const QWidget& slider, const SliderLook& loo
     if (slider.hasFocus()) {
         painter.setPen(colours.palette.color(colours.group, QPalette::Highlight));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(slider.rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRound, kRound);
+        painter.drawRoundedRect(QRectF(slider.rect()).adjusted(0.5, 0.5, -0.5, -0.5), round, round);
     }
 }
 

@@ -21,8 +21,8 @@ int Decimals(const NumberStyle& style)
     if (!(range > 0.0))
         return style.asPercent ? 1 : 2;
     // Single precision's 0.01 lies a little below the power of ten.
-    constexpr double kSlack = 1e-6;
-    const int digits = static_cast<int>(std::floor(std::log10(range) + kSlack));
+    constexpr double slack = 1e-6;
+    const int digits = static_cast<int>(std::floor(std::log10(range) + slack));
     return std::clamp(digits <= 0 ? 2 - digits : digits == 1 ? 2 : 1, 1, 6);
 }
 

@@ -21,9 +21,9 @@
 namespace {
 
 /// Files that are looked at before events are handled again.
-constexpr int kScanStep = 100;
-constexpr int kPathRole = Qt::UserRole;
-constexpr int kCategoryRole = Qt::UserRole + 1;
+constexpr int scanStep = 100;
+constexpr int pathRole = Qt::UserRole;
+constexpr int categoryRole = Qt::UserRole + 1;
 
 /// Content directories may come and go; the manager is made after the panes.
 void FollowDirectories(const QObject* receiver, const char* slot)
@@ -101,7 +101,7 @@ void DzFileContentTab::refresh()
 
 void DzFileContentTab::scanOn()
 {
-    if (_scan && _scan->step(kScanStep))
+    if (_scan && _scan->step(scanStep))
         return;
     _scanTimer->stop();
     _refresh->mark();
@@ -112,7 +112,7 @@ void DzFileContentTab::finishScan()
     _refresh->settle();
     if (!_scanTimer->isActive())
         return;
-    while (_scan->step(kScanStep)) {
+    while (_scan->step(scanStep)) {
     }
     _scanTimer->stop();
     showFiles();
@@ -200,15 +200,15 @@ void DzProductContentTab::fillProducts()
     const QStringList selected = [this] {
         QStringList paths;
         for (const QListWidgetItem* item : _products->selectedItems())
-            paths.append(item->data(kPathRole).toString());
+            paths.append(item->data(pathRole).toString());
         return paths;
     }();
     _products->clear();
     for (const openhost::ProductFolder& product : openhost::ProductFolders()) {
         auto* const item =
             new QListWidgetItem(QStringLiteral("%1 (%2)").arg(product.name, product.category), _products);
-        item->setData(kPathRole, product.path);
-        item->setData(kCategoryRole, product.category);
+        item->setData(pathRole, product.path);
+        item->setData(categoryRole, product.category);
         item->setToolTip(product.path);
         item->setSelected(selected.contains(product.path));
     }
@@ -218,7 +218,7 @@ void DzProductContentTab::showFiles()
 {
     QStringList files;
     for (const QListWidgetItem* item : _products->selectedItems())
-        files += openhost::UserFilesBelow(item->data(kPathRole).toString());
+        files += openhost::UserFilesBelow(item->data(pathRole).toString());
     _list->setFiles(files);
 }
 
@@ -236,10 +236,10 @@ bool DzProductContentTab::selectProducts(const QString& category, const QStringL
     const QString wantedCategory = WithoutSlashes(category);
     for (int i = 0; i < _products->count(); ++i) {
         QListWidgetItem* const item = _products->item(i);
-        const QString name = QFileInfo(item->data(kPathRole).toString()).fileName();
+        const QString name = QFileInfo(item->data(pathRole).toString()).fileName();
         const bool isIn =
             wantedCategory.isEmpty() ||
-            wantedCategory.compare(item->data(kCategoryRole).toString(), Qt::CaseInsensitive) == 0;
+            wantedCategory.compare(item->data(categoryRole).toString(), Qt::CaseInsensitive) == 0;
         if (!isIn || !products.contains(name, Qt::CaseInsensitive))
             continue;
         if (!first)
@@ -256,7 +256,7 @@ QStringList DzProductContentTab::getSelectedProducts()
     _refresh->settle();
     QStringList names;
     for (const QListWidgetItem* item : _products->selectedItems())
-        names.append(QFileInfo(item->data(kPathRole).toString()).fileName());
+        names.append(QFileInfo(item->data(pathRole).toString()).fileName());
     return names;
 }
 

@@ -47,8 +47,8 @@ bool DzStyle::setStyledIcon(QAbstractButton* button, const QString& pixmapName) 
 
 QPixmap DzStyle::standardPixmap(const QString& name) const
 {
-    constexpr int kSmallest = 16; // pixels
-    const int size = qMax(kSmallest, QFontMetrics(QApplication::font()).height());
+    constexpr int smallest = 16; // pixels
+    const int size = qMax(smallest, QFontMetrics(QApplication::font()).height());
     const QPixmap own = openhost::DrawStylePicture(name, size);
     return own.isNull() ? QPixmap(name) : own;
 }

@@ -164,9 +164,9 @@ void Dz3DViewport::mousePressEvent(QMouseEvent* event)
 
 void Dz3DViewport::mouseMoveEvent(QMouseEvent* event)
 {
-    constexpr int kSlack = 4;     // pixels that a click may wander
-    constexpr float kTurn = 0.4f; // degrees a pixel
-    if ((event->pos() - _impl->pressed).manhattanLength() > kSlack)
+    constexpr int slack = 4;     // pixels that a click may wander
+    constexpr float turn = 0.4f; // degrees a pixel
+    if ((event->pos() - _impl->pressed).manhattanLength() > slack)
         _impl->isDragging = true;
     if (!_impl->isDragging || !_impl->camera)
         return;
@@ -174,7 +174,7 @@ void Dz3DViewport::mouseMoveEvent(QMouseEvent* event)
     _impl->last = event->pos();
     DzCamera& camera = *_impl->camera;
     if (event->buttons() & Qt::LeftButton) {
-        camera.orbit(-kTurn * float(moved.x()), -kTurn * float(moved.y()));
+        camera.orbit(-turn * float(moved.x()), -turn * float(moved.y()));
         return;
     }
     // What lies at the focal distance stays under the pointer.
@@ -194,9 +194,9 @@ void Dz3DViewport::mouseReleaseEvent(QMouseEvent* event)
 
 void Dz3DViewport::wheelEvent(QWheelEvent* event)
 {
-    constexpr double kNotch = 120.0, kNearer = 0.9;
+    constexpr double notch = 120.0, nearer = 0.9;
     if (_impl->camera)
-        _impl->camera->dolly(float(std::pow(kNearer, double(event->angleDelta().y()) / kNotch)));
+        _impl->camera->dolly(float(std::pow(nearer, double(event->angleDelta().y()) / notch)));
 }
 
 DzViewport::DzViewport(QWidget* parent) : QWidget(parent), _view(new Dz3DViewport(this))

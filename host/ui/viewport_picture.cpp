@@ -19,7 +19,7 @@ using geometry::Vec3f;
 
 namespace {
 
-const QColor kBackground(58, 60, 64), kLines(188, 192, 198), kSelection(226, 152, 60);
+const QColor background(58, 60, 64), lineColor(188, 192, 198), selection(226, 152, 60);
 
 /// Places points on the picture and cuts lines at the eye.
 class Projector {
@@ -106,9 +106,9 @@ QImage Traced(const geometry::PictureStage& stage, const PictureCamera& camera, 
         return std::array<std::uint8_t, 3>{std::uint8_t(color.red()), std::uint8_t(color.green()),
                                            std::uint8_t(color.blue())};
     };
-    options.background = bytes(kBackground);
+    options.background = bytes(background);
     if (!method.isShaded)
-        options.edges = bytes(kLines);
+        options.edges = bytes(lineColor);
     const geometry::Picture picture = DrawPreview(stage, camera, options);
     return QImage(picture.rgb.data(), picture.width, picture.height, 3 * picture.width, QImage::Format_RGB888)
         .convertToFormat(QImage::Format_RGB32);
@@ -130,7 +130,7 @@ void DrawSelection(QPainter& painter, const Projector& projector)
                     {box.getMax().m_x, box.getMax().m_y, box.getMax().m_z}},
                    projector, &lines);
     }
-    DrawLines(painter, lines, kSelection);
+    DrawLines(painter, lines, selection);
 }
 
 } // namespace
@@ -176,7 +176,7 @@ QImage ViewportPicture::draw(const PictureCamera& camera, const DrawMethod& meth
         image = Traced(stage(), camera, method, size);
     } else {
         image = QImage(size, QImage::Format_RGB32);
-        image.fill(kBackground);
+        image.fill(background);
     }
     QPainter painter(&image);
     const Projector projector(camera, size);
@@ -188,7 +188,7 @@ QImage ViewportPicture::draw(const PictureCamera& camera, const DrawMethod& meth
             else
                 AddEdges(item.mesh, projector, &lines);
         }
-        DrawLines(painter, lines, kLines);
+        DrawLines(painter, lines, lineColor);
     }
     DrawSelection(painter, projector);
     return image;

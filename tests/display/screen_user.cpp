@@ -17,8 +17,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kPatience = 60s;
-constexpr auto kGlance = 20ms;
+constexpr auto patience = 60s;
+constexpr auto glance = 20ms;
 
 QTreeWidgetItem* ChildNamed(const QTreeWidgetItem& parent, const std::string& text)
 {
@@ -37,7 +37,7 @@ void ScreenUser::look(const std::function<void()>& question)
 
 void ScreenUser::waitUntil(const std::string& what, const std::function<bool()>& isSo)
 {
-    const auto end = std::chrono::steady_clock::now() + kPatience;
+    const auto end = std::chrono::steady_clock::now() + patience;
     while (true) {
         bool isSoNow = false;
         look([&] { isSoNow = isSo(); });
@@ -45,7 +45,7 @@ void ScreenUser::waitUntil(const std::string& what, const std::function<bool()>&
             return;
         if (std::chrono::steady_clock::now() > end)
             throw std::runtime_error("waited in vain for: " + what);
-        std::this_thread::sleep_for(kGlance);
+        std::this_thread::sleep_for(glance);
     }
 }
 
@@ -105,9 +105,9 @@ void ScreenUser::dragRight(const std::string& what, const std::function<QRect()>
     pauseBetweenClicks();
     _input.moveTo(place.x(), place.y());
     _input.pressButton();
-    constexpr int kSteps = 10;
-    for (int step = 1; step <= kSteps; ++step)
-        _input.moveTo(place.x() + step * width / kSteps, place.y());
+    constexpr int steps = 10;
+    for (int step = 1; step <= steps; ++step)
+        _input.moveTo(place.x() + step * width / steps, place.y());
     _input.releaseButton();
     _input.send();
     _lastClick = std::chrono::steady_clock::now();

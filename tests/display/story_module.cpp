@@ -26,30 +26,30 @@ namespace {
 
 using Key = ScreenUser::Key;
 
-constexpr const char* kConvert = "Convert figure";
-constexpr const char* kComplete = "Conversion complete";
+constexpr const char* convert = "Convert figure";
+constexpr const char* complete = "Conversion complete";
 
 void ChooseWhatToMake(ScreenUser& user)
 {
     user.waitUntil("the height that suits", [] {
-        const QWidget* const dialog = WindowTitled(kConvert);
+        const QWidget* const dialog = WindowTitled(convert);
         return dialog && dialog->findChildren<DzFloatSlider*>().last()->getValue() != 0.0f;
     });
     user.takePicture("display-convert");
     // The proportions stay as they are, so that the next run can compare.
-    ClickButton(user, kConvert, "Auto-adjust proportional height");
+    ClickButton(user, convert, "Auto-adjust proportional height");
     for (const char* const job : {"Create full figure morph", "Create head morph", "Create body morph"})
-        ClickButton(user, kConvert, job);
+        ClickButton(user, convert, job);
     Retype(
         user, "the morph's name",
-        [] { return In<QLineEdit>(WindowTitled(kConvert), "pledFullFigureMorphName"); }, "Vera Shape");
-    ClickButton(user, kConvert, "Convert");
+        [] { return In<QLineEdit>(WindowTitled(convert), "pledFullFigureMorphName"); }, "Vera Shape");
+    ClickButton(user, convert, "Convert");
 }
 
 void SaveTheMorph(ScreenUser& user)
 {
-    user.click("the morph's box", [] { return PlaceOf(ButtonIn(WindowTitled(kComplete), "Vera Shape")); });
-    const auto library = [] { return In<QComboBox>(WindowTitled(kComplete), "pcboContentLibrary"); };
+    user.click("the morph's box", [] { return PlaceOf(ButtonIn(WindowTitled(complete), "Vera Shape")); });
+    const auto library = [] { return In<QComboBox>(WindowTitled(complete), "pcboContentLibrary"); };
     user.click("the content library", [&] { return PlaceOf(library()); });
     user.waitUntil("the list of libraries", [&] { return library()->view()->isVisible(); });
     user.press({Key::End});
@@ -58,10 +58,10 @@ void SaveTheMorph(ScreenUser& user)
         return library()->currentText().toStdString() == Setting("GANTREL_STORY_LIBRARY");
     });
     Retype(
-        user, "the vendor", [] { return In<QLineEdit>(WindowTitled(kComplete), "pledVendorName"); }, "Acme");
-    ClickButton(user, kComplete, "Save morph assets");
+        user, "the vendor", [] { return In<QLineEdit>(WindowTitled(complete), "pledVendorName"); }, "Acme");
+    ClickButton(user, complete, "Save morph assets");
     ConfirmSaved(user);
-    ClickButton(user, kComplete, "Close");
+    ClickButton(user, complete, "Close");
 }
 
 void ConvertAndSave(ScreenUser& user)
@@ -77,10 +77,10 @@ void ConvertAndSave(ScreenUser& user)
     PressInMainWindow(user, {Key::Control, Key::Alt}, 'c');
     ChooseWhatToMake(user);
 
-    const auto newDial = [] { return In<DzFloatSlider>(WindowTitled(kComplete)); };
+    const auto newDial = [] { return In<DzFloatSlider>(WindowTitled(complete)); };
     user.dragRight("the new morph's dial", [&] { return PlaceOf(newDial()); });
     user.waitUntil("the dial at its end", [&] { return newDial()->getValue() == 1.0f; });
-    ClickButton(user, kComplete, "Show in Parameters");
+    ClickButton(user, complete, "Show in Parameters");
     user.waitUntil("the dial in the Parameters pane", [] {
         const DzFloatSlider* const dial = DialLabelled("Vera Shape");
         return dial && dial->getValue() == 1.0f && !dial->visibleRegion().isEmpty();
@@ -110,21 +110,21 @@ void ConvertByKeysAlone(ScreenUser& user)
     PressInMainWindow(user, {Key::Control}, 'a');
     user.waitUntil("two selected figures", [] { return dzScene->getNumSelectedNodes() == 2; });
     PressInMainWindow(user, {Key::Control, Key::Alt}, 'c');
-    WaitForWindow(user, kConvert);
-    TabTo(user, "the head morph's box", [] { return ButtonIn(WindowTitled(kConvert), "Create head morph"); });
+    WaitForWindow(user, convert);
+    TabTo(user, "the head morph's box", [] { return ButtonIn(WindowTitled(convert), "Create head morph"); });
     user.press({Key::Space});
     user.press({Key::Return});
-    WaitForWindow(user, kComplete);
-    TabTo(user, "the new dial", [] { return In<DzFloatSlider>(WindowTitled(kComplete)); });
+    WaitForWindow(user, complete);
+    TabTo(user, "the new dial", [] { return In<DzFloatSlider>(WindowTitled(complete)); });
     user.press({Key::End});
     TabTo(user, "the morph's box",
-          [] { return ButtonIn(WindowTitled(kComplete), "Gina converted to G9 Body"); });
+          [] { return ButtonIn(WindowTitled(complete), "Gina converted to G9 Body"); });
     user.press({Key::Space});
-    TabTo(user, "the vendor", [] { return In<QLineEdit>(WindowTitled(kComplete), "pledVendorName"); });
+    TabTo(user, "the vendor", [] { return In<QLineEdit>(WindowTitled(complete), "pledVendorName"); });
     user.retype("Acme");
     user.press({Key::Return});
     ConfirmSaved(user);
-    WaitForWindow(user, kComplete);
+    WaitForWindow(user, complete);
     user.press({Key::Escape});
     QuitWithoutSaving(user);
 }

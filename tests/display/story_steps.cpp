@@ -26,7 +26,7 @@ namespace {
 
 using Key = ScreenUser::Key;
 
-constexpr int kMostTabs = 100;
+constexpr int mostTabs = 100;
 
 } // namespace
 
@@ -112,7 +112,7 @@ void PressInMainWindow(ScreenUser& user, const ScreenUser::Keys& held, char lett
 void TabTo(ScreenUser& user, const std::string& what, const std::function<QWidget*()>& find)
 {
     const auto hasFocus = [&] { return find() && find()->isActiveWindow() && find()->hasFocus(); };
-    for (int i = 0; i < kMostTabs; ++i) {
+    for (int i = 0; i < mostTabs; ++i) {
         bool isThere = false;
         const QWidget* before = nullptr;
         user.look([&] {

@@ -16,8 +16,8 @@
 
 namespace {
 
-constexpr int kStartMilliseconds = 30000;
-constexpr int kRunMilliseconds = 300000;
+constexpr int startMilliseconds = 30000;
+constexpr int runMilliseconds = 300000;
 
 /// An X server without a display, and a window manager on it. Ends with the object.
 class VirtualScreen {
@@ -26,7 +26,7 @@ public:
     {
         _server.start(QStringLiteral(GANTREL_XVFB),
                       {"-displayfd", "1", "-screen", "0", "1600x1000x24", "-nolisten", "tcp"});
-        while (!_server.canReadLine() && _server.waitForReadyRead(kStartMilliseconds)) {
+        while (!_server.canReadLine() && _server.waitForReadyRead(startMilliseconds)) {
         }
         name = QLatin1Char(':') + QString::fromUtf8(_server.readLine()).trimmed();
     }
@@ -34,7 +34,7 @@ public:
     {
         for (QProcess* const process : {&_manager, &_server}) {
             process->terminate();
-            process->waitForFinished(kStartMilliseconds);
+            process->waitForFinished(startMilliseconds);
         }
     }
     /// Waits until it manages windows.
@@ -43,7 +43,7 @@ public:
         _manager.setProcessEnvironment(environment);
         _manager.start(QStringLiteral(GANTREL_WINDOW_MANAGER), {"--startup", "echo started"});
         QByteArray said;
-        while (!said.contains("started") && _manager.waitForReadyRead(kStartMilliseconds))
+        while (!said.contains("started") && _manager.waitForReadyRead(startMilliseconds))
             said += _manager.readAllStandardOutput();
         ASSERT_TRUE(said.contains("started")) << said.toStdString();
     }
@@ -98,7 +98,7 @@ protected:
         program.setProcessChannelMode(QProcess::MergedChannels);
         program.start(QStringLiteral(GANTREL_DESKTOP), {"--content", path("sample"), "--content",
                                                         path("saved"), "--plugins", path("plugins")});
-        const bool hasEnded = program.waitForFinished(kRunMilliseconds);
+        const bool hasEnded = program.waitForFinished(runMilliseconds);
         EXPECT_TRUE(hasEnded);
         EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
         EXPECT_EQ(program.exitCode(), 0);

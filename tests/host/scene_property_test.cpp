@@ -290,9 +290,9 @@ TEST_F(Link, to_itself_counts_with_the_raw_value)
 
 TEST_F(Link, a_long_chain_needs_no_deep_stack)
 {
-    constexpr int kLength = 200000;
+    constexpr int length = 200000;
     std::vector<std::unique_ptr<DzFloatProperty>> chain;
-    for (int i = 0; i < kLength; ++i) {
+    for (int i = 0; i < length; ++i) {
         chain.push_back(std::make_unique<DzFloatProperty>(QString(), true, true));
         if (i > 0)
             chain[std::size_t(i)]->insertController(new DzERCLink(chain[std::size_t(i) - 1].get(), 1.0, 0.0));

@@ -42,9 +42,9 @@ std::vector<Vec3f> Lifted(std::vector<Vec3f> positions)
     return positions;
 }
 
-constexpr float kTolerance = 0.001f; // cm, of the loader
+constexpr float tolerance = 0.001f; // cm, of the loader
 /// What the loader may leave out, and single precision on coordinates of some 20 cm.
-constexpr float kAllowed = kTolerance + 2e-5f;
+constexpr float allowed = tolerance + 2e-5f;
 
 class SubdividedMorph : public HostTest {
 protected:
@@ -54,7 +54,7 @@ protected:
         tube = std::make_unique<TubeFigure>("Tube", true, 8, true);
         view(2);
         loader.setMorphName(QStringLiteral("New"));
-        loader.setDeltaTolerance(kTolerance);
+        loader.setDeltaTolerance(tolerance);
         loader.setOverwriteExisting(DzMorphLoader::DeltasOnly);
         loader.setMorphSubdivision(true);
         loader.setSubdivisionBuiltResolution(2);
@@ -110,7 +110,7 @@ TEST_F(SubdividedMorph, gives_the_file_again_at_every_level)
         ASSERT_NE(morph(), nullptr);
         EXPECT_EQ(detail(*morph()).levels.size(), std::size_t(level));
         dial(morph(), 1.0f);
-        EXPECT_LE(LargestDistance(seen(), file), kAllowed) << "level " << level;
+        EXPECT_LE(LargestDistance(seen(), file), allowed) << "level " << level;
         dial(morph(), 0.0f);
     }
 }
@@ -126,7 +126,7 @@ TEST_F(SubdividedMorph, gives_the_file_again_under_a_pose_and_other_dials)
     const std::vector<Vec3f> file = Wrinkled(Lifted(seen()), 0.2f);
     EXPECT_EQ(load(file), QString());
     dial(morph(), 1.0f);
-    EXPECT_LE(LargestDistance(seen(), file), 1.5f * kAllowed); // the figure is scaled
+    EXPECT_LE(LargestDistance(seen(), file), 1.5f * allowed); // the figure is scaled
 }
 
 TEST_F(SubdividedMorph, replaces_one_that_is_dialed_in_as_if_it_were_not_there)
@@ -134,7 +134,7 @@ TEST_F(SubdividedMorph, replaces_one_that_is_dialed_in_as_if_it_were_not_there)
     addWrinkles("New", 1.0f);
     const std::vector<Vec3f> file = Lifted(seen());
     EXPECT_EQ(load(file), QString());
-    EXPECT_LE(LargestDistance(seen(), file), kAllowed);
+    EXPECT_LE(LargestDistance(seen(), file), allowed);
 }
 
 TEST_F(SubdividedMorph, without_reversal_is_the_file_on_the_plain_base_mesh)
@@ -147,7 +147,7 @@ TEST_F(SubdividedMorph, without_reversal_is_the_file_on_the_plain_base_mesh)
     tube->lower->getZRotControl()->setValue(0.0f);
     dial(morph("Other"), 0.0f);
     dial(morph(), 1.0f);
-    EXPECT_LE(LargestDistance(seen(), file), kAllowed);
+    EXPECT_LE(LargestDistance(seen(), file), allowed);
 }
 
 TEST_F(SubdividedMorph, of_a_shape_that_the_cage_can_make_is_all_cage)
@@ -225,7 +225,7 @@ TEST_F(SubdividedMorph, parts_of_a_map_and_of_its_complement_add_up_to_the_whole
         untouched += geometry::Length(withHead[v] - before[v]) < 1e-6f;
     EXPECT_GE(untouched, 8u);
     dial(morph("Body"), 1.0f);
-    EXPECT_LE(LargestDistance(seen(), file), kAllowed);
+    EXPECT_LE(LargestDistance(seen(), file), allowed);
 }
 
 TEST_F(SubdividedMorph, keeps_only_levels_within_its_range)
@@ -253,7 +253,7 @@ TEST_F(SubdividedMorph, without_a_smooth_cage_has_the_places_of_its_vertices)
     EXPECT_EQ(load(file), QString());
     // A tube's subdivision lies within it; its cage vertices move to where their descendants are.
     dial(morph(), 1.0f);
-    EXPECT_LE(LargestDistance(seen(), file), kAllowed);
+    EXPECT_LE(LargestDistance(seen(), file), allowed);
     EXPECT_FALSE(detail(*morph()).empty());
     shape().getLODControl()->setValue(0);
     const std::vector<Vec3f> cage = seen();
@@ -261,7 +261,7 @@ TEST_F(SubdividedMorph, without_a_smooth_cage_has_the_places_of_its_vertices)
         float nearest = 1e9f;
         for (const Vec3f q : file)
             nearest = std::min(nearest, geometry::Length(p - q));
-        EXPECT_LE(nearest, kAllowed);
+        EXPECT_LE(nearest, allowed);
     }
 }
 
@@ -277,7 +277,7 @@ TEST_F(SubdividedMorph, mirrored_across_and_back_is_the_file_again)
     dial(morph(), 0.0f);
     EXPECT_EQ(load(mirrored), QString());
     dial(morph(), 1.0f);
-    EXPECT_LE(LargestDistance(seen(), file), 2 * kAllowed);
+    EXPECT_LE(LargestDistance(seen(), file), 2 * allowed);
 }
 
 TEST_F(SubdividedMorph, keeps_detail_of_what_the_file_does_not_move_when_asked)
@@ -302,7 +302,7 @@ TEST_F(SubdividedMorph, of_level_0_is_one_of_the_cage)
     EXPECT_EQ(load(file), QString());
     EXPECT_TRUE(detail(*morph()).levels.empty());
     dial(morph(), 1.0f);
-    EXPECT_LE(LargestDistance(seen(), file), kAllowed);
+    EXPECT_LE(LargestDistance(seen(), file), allowed);
 }
 
 TEST_F(SubdividedMorph, refuses_files_and_settings_that_do_not_fit_and_changes_nothing)

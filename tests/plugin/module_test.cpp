@@ -17,8 +17,8 @@
 
 namespace {
 
-const QString kModule = QStringLiteral(GANTREL_MODULE);
-const QString kName = QStringLiteral("Kestrom's Gantrel");
+const QString module = QStringLiteral(GANTREL_MODULE);
+const QString pluginName = QStringLiteral("Kestrom's Gantrel");
 
 class ModuleTest : public HostTest {
 protected:
@@ -26,12 +26,12 @@ protected:
     {
         HostTest::SetUp();
         QString error;
-        plugin = plugins().loadPlugin(kModule, &error);
+        plugin = plugins().loadPlugin(module, &error);
         ASSERT_NE(plugin, nullptr) << error.toStdString();
     }
     void TearDown() override
     {
-        plugins().unloadPlugin(kName);
+        plugins().unloadPlugin(pluginName);
         for (int i = plugins().getNumPlugins(); i-- > 0;)
             plugins().unloadPlugin(plugins().getPlugin(i)->getName());
     }
@@ -62,7 +62,7 @@ protected:
 
 TEST_F(ModuleTest, says_what_it_is)
 {
-    EXPECT_EQ(plugin->getName(), kName);
+    EXPECT_EQ(plugin->getName(), pluginName);
     EXPECT_EQ(plugin->getAuthor(), QLatin1String("Kestrom"));
     EXPECT_EQ(plugin->getVersionString(), QLatin1String("1.0.5.0"));
     EXPECT_EQ(
@@ -73,13 +73,13 @@ TEST_F(ModuleTest, says_what_it_is)
                           "Convert\xE2\x80\x9D menu or with the Ctrl + Alt + C keyboard shortcut.</p>"));
     EXPECT_TRUE(plugin->isActivated());
     EXPECT_EQ(plugin->getStatus(), DzPlugin::Loaded);
-    EXPECT_EQ(plugins().getFilename(plugin), kModule);
+    EXPECT_EQ(plugins().getFilename(plugin), module);
     EXPECT_TRUE(plugins().getFailure(plugin).isEmpty());
 }
 
 TEST_F(ModuleTest, tells_the_version_of_the_host_that_it_was_made_for)
 {
-    QLibrary library(kModule);
+    QLibrary library(module);
     const auto version = reinterpret_cast<DzVersion (*)()>(library.resolve("getSDKVersion"));
     ASSERT_NE(version, nullptr);
     EXPECT_EQ(version().getLongVersionString(), QLatin1String("4.5.0.100"));
@@ -116,7 +116,7 @@ TEST_F(ModuleTest, puts_both_actions_into_one_menu_and_only_one_has_a_shortcut)
     EXPECT_EQ(manual->getDescription(), QLatin1String("Opens the PDF user manual for Kestrom's Gantrel"));
     EXPECT_TRUE(manual->shortcut().isEmpty());
     for (DzAction* const each : {convert, manual}) {
-        EXPECT_EQ(each->getActionGroup(), kName);
+        EXPECT_EQ(each->getActionGroup(), pluginName);
         EXPECT_EQ(each->getDefaultMenuPath(), QLatin1String("Co&nvert"));
     }
     EXPECT_EQ(menuTitles(), (QStringList{QStringLiteral("&Edit"), QStringLiteral("Co&nvert")}));
@@ -153,7 +153,7 @@ TEST_F(ModuleTest, is_not_loaded_twice)
 {
     QString error;
     const int before = plugins().getNumPlugins();
-    EXPECT_EQ(plugins().loadPlugin(kModule, &error), nullptr);
+    EXPECT_EQ(plugins().loadPlugin(module, &error), nullptr);
     EXPECT_EQ(error, QLatin1String("plug-in \"Kestrom's Gantrel\" is loaded already"));
     EXPECT_EQ(plugins().getNumPlugins(), before);
     EXPECT_NE(action("GntConvertFigureAction"), nullptr);
@@ -161,26 +161,26 @@ TEST_F(ModuleTest, is_not_loaded_twice)
 
 TEST_F(ModuleTest, takes_its_actions_and_its_menu_along_when_it_is_unloaded_and_comes_back)
 {
-    ASSERT_TRUE(plugins().unloadPlugin(kName));
-    EXPECT_FALSE(plugins().unloadPlugin(kName));
-    EXPECT_EQ(plugins().findPlugin(kName), nullptr);
+    ASSERT_TRUE(plugins().unloadPlugin(pluginName));
+    EXPECT_FALSE(plugins().unloadPlugin(pluginName));
+    EXPECT_EQ(plugins().findPlugin(pluginName), nullptr);
     EXPECT_EQ(action("GntConvertFigureAction"), nullptr);
     EXPECT_EQ(menuTitles(), QStringList{QStringLiteral("&Edit")});
     EXPECT_EQ(dzApp->findClassFactory(QStringLiteral("GntConvertFigureAction")), nullptr);
-    EXPECT_NE(plugins().loadPlugin(kModule), nullptr);
+    EXPECT_NE(plugins().loadPlugin(module), nullptr);
     EXPECT_NE(action("GntConvertFigureAction"), nullptr);
 }
 
 TEST_F(ModuleTest, is_found_in_a_folder_beside_broken_ones_that_are_listed_as_failed)
 {
-    ASSERT_TRUE(plugins().unloadPlugin(kName));
+    ASSERT_TRUE(plugins().unloadPlugin(pluginName));
     const QString folder = TestFolder() + QStringLiteral("/plugins");
     ASSERT_TRUE(QDir().mkpath(folder));
     const auto put = [&](const QString& from, const char* name) {
         QFile::remove(folder + QLatin1Char('/') + QLatin1String(name));
         ASSERT_TRUE(QFile::copy(from, folder + QLatin1Char('/') + QLatin1String(name)));
     };
-    put(kModule, "libgantrel.so");
+    put(module, "libgantrel.so");
     put(QStringLiteral(GANTREL_WRONG_VERSION_MODULE), "a_wrong_version.so");
     put(QStringLiteral(GANTREL_NO_ENTRY_MODULE), "b_no_entry.so");
     QFile text(folder + QStringLiteral("/c_text.so"));
@@ -204,7 +204,7 @@ TEST_F(ModuleTest, is_found_in_a_folder_beside_broken_ones_that_are_listed_as_fa
               std::string::npos);
     EXPECT_NE(failureOf("b_no_entry").find("is no plug-in"), std::string::npos);
     EXPECT_NE(failureOf("c_text").find("c_text.so"), std::string::npos);
-    EXPECT_TRUE(plugins().findPlugin(kName)->isActivated());
+    EXPECT_TRUE(plugins().findPlugin(pluginName)->isActivated());
     EXPECT_EQ(plugins().loadPlugins(QStringLiteral("/no/such/folder")), 0);
 }
 

@@ -20,7 +20,7 @@
 namespace {
 
 /// More than a tick ever takes, so that a watcher that does nothing fails a test and does not hang it.
-constexpr int kPatience = 20000;
+constexpr int patience = 20000;
 
 QDialog* Show(QDialog& dialog, const char* objectName, const char* title)
 {
@@ -55,8 +55,8 @@ void WaitForALook()
         QDialog probe;
         Show(probe, "", "Error opening file");
         const auto count = later.handledCount(kst::Clickaway::OpenError);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return later.handledCount(kst::Clickaway::OpenError) > count; },
-                                    kPatience));
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return later.handledCount(kst::Clickaway::OpenError) > count; }, patience));
     }
 }
 
@@ -85,7 +85,7 @@ TEST_F(ClickawayTest, closes_and_counts_the_windows_that_it_knows)
     Show(error, "", "Error opening file");
     Show(duplicate, "", "Duplicate Formulas Found");
     EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return !missing.isVisible() && !error.isVisible() && !duplicate.isVisible(); }, kPatience));
+        [&] { return !missing.isVisible() && !error.isVisible() && !duplicate.isVisible(); }, patience));
     EXPECT_GE(watcher.handledCount(Clickaway::MissingFiles), 1u);
     EXPECT_GE(watcher.handledCount(Clickaway::OpenError), 1u);
     EXPECT_GE(watcher.handledCount(Clickaway::DuplicateFormulas), 1u);
@@ -108,7 +108,7 @@ TEST_F(ClickawayTest, presses_the_second_button_of_the_limits_question_or_on_dem
         const Clickaway watcher(first);
         ButtonDialog question({QStringLiteral("One"), QStringLiteral("Two")});
         Show(question, "", "Preset Exceeds Limits");
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !question.isVisible(); }, kPatience));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !question.isVisible(); }, patience));
         EXPECT_EQ(question.clicked.first().toStdString(), first ? "One" : "Two");
     }
 }
@@ -119,7 +119,7 @@ TEST_F(ClickawayTest, counts_but_does_not_answer_a_limits_question_with_three_bu
     ButtonDialog question({QStringLiteral("One"), QStringLiteral("Two"), QStringLiteral("Three")});
     Show(question, "", "Preset Exceeds Limits");
     EXPECT_TRUE(
-        QTest::qWaitFor([&] { return watcher.handledCount(Clickaway::PresetLimits) >= 2; }, kPatience));
+        QTest::qWaitFor([&] { return watcher.handledCount(Clickaway::PresetLimits) >= 2; }, patience));
     EXPECT_TRUE(question.isVisible());
     EXPECT_TRUE(question.clicked.isEmpty());
 }
@@ -129,7 +129,7 @@ TEST_F(ClickawayTest, accepts_d_former_options_whose_title_only_begins_as_it_sho
     const Clickaway watcher(false);
     ButtonDialog options({QStringLiteral("Cancel"), QStringLiteral("Accept"), QStringLiteral("Accept all")});
     Show(options, "DzDFormPresetLoadOptionsDlg", "D-Former Load Options (2)");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !options.isVisible(); }, kPatience));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !options.isVisible(); }, patience));
     EXPECT_EQ(options.clicked.first().toStdString(), "Accept");
     ButtonDialog lower({QStringLiteral("Accept")});
     Show(lower, "DzDFormPresetLoadOptionsDlg", "d-former load options");
@@ -143,7 +143,7 @@ TEST_F(ClickawayTest, counts_but_leaves_open_d_former_options_without_an_accept_
     ButtonDialog options({QStringLiteral("Accept all"), QStringLiteral("accept")});
     Show(options, "DzDFormPresetLoadOptionsDlg", "D-Former Load Options");
     EXPECT_TRUE(
-        QTest::qWaitFor([&] { return watcher.handledCount(Clickaway::DFormOptions) >= 2; }, kPatience));
+        QTest::qWaitFor([&] { return watcher.handledCount(Clickaway::DFormOptions) >= 2; }, patience));
     EXPECT_TRUE(options.isVisible());
     EXPECT_TRUE(options.clicked.isEmpty());
 }
@@ -172,7 +172,7 @@ TEST_F(ClickawayTest, does_not_touch_a_window_that_went_while_another_was_handle
     child->setWindowTitle(QStringLiteral("Error opening file"));
     child->setObjectName(QString());
     const QPointer<QDialog> alive(child);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !alive; }, kPatience));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !alive; }, patience));
 }
 
 TEST_F(ClickawayTest, lets_a_d_former_load_unattended)

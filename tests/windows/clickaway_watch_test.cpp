@@ -19,7 +19,7 @@ namespace {
 
 using kst::Clickaway;
 
-constexpr int kPatience = 20000; ///< far beyond what a loaded machine needs, so that a failure does not hang
+constexpr int patience = 20000; ///< far beyond what a loaded machine needs, so that a failure does not hang
 
 /// Finds the timer at whose ticks the watcher handles a window.
 class TimerFinder : public QObject {
@@ -55,7 +55,7 @@ TEST_F(ClickawayWatch, looks_again_and_again_after_300_milliseconds)
         QDialog error;
         error.setWindowTitle(QStringLiteral("Error opening file"));
         error.show();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return finder.ticks >= looks; }, kPatience));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return finder.ticks >= looks; }, patience));
         EXPECT_EQ(finder.interval, 300);
     }
 }
@@ -73,7 +73,7 @@ public:
             auto* const button = new QPushButton(QString::number(number), &question);
             QObject::connect(button, &QPushButton::clicked, [&question, number] { question.done(number); });
         }
-        QTimer::singleShot(kPatience, &question, [&question] { question.done(0); });
+        QTimer::singleShot(patience, &question, [&question] { question.done(0); });
         pressed.push_back(question.exec());
         return openhost::LoadWindows::dformOptions(options);
     }
