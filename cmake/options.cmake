@@ -32,3 +32,19 @@ if(GANTREL_SANITIZE)
     add_compile_options(-fsanitize=${GANTREL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
     add_link_options(-fsanitize=${GANTREL_SANITIZE})
 endif()
+
+# gantrel_precompile(target [FROM OTHER]): reads once what most sources of the target begin with; of targets with the
+# same options one can lend its result to others.
+option(GANTREL_PRECOMPILE "Read the headers that most sources have in common once for each target" ${GANTREL_STRICT})
+function(gantrel_precompile target)
+    cmake_parse_arguments(ARG "" "FROM" "" ${ARGN})
+    if(NOT GANTREL_PRECOMPILE)
+        return()
+    endif()
+    if(ARG_FROM)
+        target_precompile_headers(${target} REUSE_FROM ${ARG_FROM})
+    else()
+        target_precompile_headers(${target} PRIVATE <QHash> <QList> <QObject> <QPointer> <QString> <QStringList> <QVariant>
+            <QWidget> <algorithm> <functional> <map> <memory> <string> <vector>)
+    endif()
+endfunction()
