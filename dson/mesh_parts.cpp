@@ -116,7 +116,7 @@ void ReadSelectionMap(const Element& skin, SkinDefinition& definition)
 }
 
 /// Ascending vertices, each once, the last of equal ones kept.
-void SortDeltas(geometry::SparseDeltas& deltas, ParseContext& context)
+void SortDeltas(geometry::SparseDeltas& deltas, const std::string& id, ParseContext& context)
 {
     const auto disorder =
         std::adjacent_find(deltas.vertices.begin(), deltas.vertices.end(), std::greater_equal<>());
@@ -136,8 +136,7 @@ void SortDeltas(geometry::SparseDeltas& deltas, ParseContext& context)
         sorted.deltas.push_back(deltas.deltas[i]);
     }
     if (sorted.size() != deltas.size())
-        context.warnings.push_back(
-            fmt::format("{}: {} deltas are given twice", context.name, deltas.size() - sorted.size()));
+        context.warn(id, fmt::format("{} deltas are given twice", deltas.size() - sorted.size()));
     deltas = std::move(sorted);
 }
 
@@ -182,8 +181,8 @@ SkinDefinition ParseSkin(const Element& modifier, ParseContext& context)
         perAxis += !Find(joint, "node_weights") && Find(joint, "local_weights");
     });
     if (perAxis > 0)
-        context.warnings.push_back(fmt::format(
-            "{}: {} joints have weights for each axis alone, which move nothing", context.name, perAxis));
+        context.warn(definition.binding.id,
+                     fmt::format("{} joints have weights for each axis alone, which move nothing", perAxis));
     ForEach(modifier, "extra", [&](const Element& extra) {
         if (Text(extra, "type") == "skin_settings")
             definition.binding.dualQuaternion = Text(extra, "general_map_mode", "DualQuat") != "Linear";
@@ -192,7 +191,7 @@ SkinDefinition ParseSkin(const Element& modifier, ParseContext& context)
     return definition;
 }
 
-geometry::SparseDeltas ParseDeltas(const Element& morph, ParseContext& context)
+geometry::SparseDeltas ParseDeltas(const Element& morph, const std::string& id, ParseContext& context)
 {
     geometry::SparseDeltas result;
     const std::int64_t vertexCount = Count(morph, "vertex_count", -1);
@@ -211,9 +210,8 @@ geometry::SparseDeltas ParseDeltas(const Element& morph, ParseContext& context)
             {static_cast<float>(n[1]), static_cast<float>(n[2]), static_cast<float>(n[3])});
     });
     if (dropped > 0)
-        context.warnings.push_back(fmt::format(
-            "{}: {} deltas name no vertex or are no numbers and are left out", context.name, dropped));
-    SortDeltas(result, context);
+        context.warn(id, fmt::format("{} deltas name no vertex or are no numbers and are left out", dropped));
+    SortDeltas(result, id, context);
     return result;
 }
 

@@ -322,8 +322,9 @@ std::vector<Formula> ParseFormulas(const Element& owner, ParseContext& context)
         if (isComplete && !formula.operations.empty())
             formulas.push_back(std::move(formula));
         else
-            context.warnings.push_back(fmt::format(
-                "{}: a formula for {} cannot be understood and is left out", context.name, formula.output));
+            context.warn(
+                Text(owner, "id"),
+                fmt::format("a formula for {} cannot be understood and is left out", formula.output));
     });
     return formulas;
 }
@@ -374,7 +375,7 @@ Modifier ParseModifier(const Element& json, ParseContext& context)
         modifier.morph->vertexCount = Count(*morph, "vertex_count", -1);
         modifier.morph->hdUrl = Text(*morph, "hd_url");
         if (context.options.deltas)
-            modifier.morph->deltas = ParseDeltas(*morph, context);
+            modifier.morph->deltas = ParseDeltas(*morph, modifier.id, context);
     }
     return modifier;
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/diagnostic.h"
 #include "dson/reader.h"
 #include "json_view.h"
 
@@ -13,9 +14,15 @@ constexpr int finestSubdivisionLevel = 10;
 
 /// What the parsing of one file hands around.
 struct ParseContext {
-    std::string name; ///< of the file, for messages
+    std::string name; ///< of the file
     ReadOptions options;
-    std::vector<std::string>& warnings;
+    base::Diagnostics& diagnostics;
+
+    /// @param asset  id of what is concerned; empty for the file as a whole
+    void warn(std::string asset, std::string what)
+    {
+        diagnostics.push_back({base::Severity::Warning, name, std::move(asset), std::move(what)});
+    }
 };
 
 AssetInfo ParseAssetInfo(const Element& json);
@@ -27,7 +34,8 @@ Geometry ParseGeometry(const Element& json, ParseContext& context);
 Node ParseNode(const Element& json, ParseContext& context);
 Modifier ParseModifier(const Element& json, ParseContext& context);
 SkinDefinition ParseSkin(const Element& modifier, ParseContext& context);
-geometry::SparseDeltas ParseDeltas(const Element& morph, ParseContext& context);
+/// @param id  of the morph
+geometry::SparseDeltas ParseDeltas(const Element& morph, const std::string& id, ParseContext& context);
 
 NodeInstance ParseNodeInstance(const Element& json, ParseContext& context);
 ModifierInstance ParseModifierInstance(const Element& json, ParseContext& context);

@@ -29,7 +29,8 @@ public:
         if (error) {
             error = _parser.parse(WithoutTrailingCommas(text)).get(_root);
             if (!error)
-                _warnings.push_back(_name + ": has commas before closing brackets");
+                _diagnostics.push_back(
+                    {base::Severity::Warning, _name, std::string(), "has commas before closing brackets"});
         }
         if (error == simdjson::DEPTH_ERROR)
             throw base::FormatError("{}: is nested too deeply", _name);
@@ -41,7 +42,7 @@ public:
 
     const std::string& name() const { return _name; }
     const Element& root() const { return _root; }
-    std::vector<std::string>& warnings() { return _warnings; }
+    base::Diagnostics& diagnostics() { return _diagnostics; }
 
 private:
     [[noreturn]] void throwInvalid(const std::string& text) const
@@ -58,10 +59,10 @@ private:
     std::string _name;
     simdjson::dom::parser _parser;
     Element _root;
-    std::vector<std::string> _warnings;
+    base::Diagnostics _diagnostics;
 };
 
-void CheckVersion(const ParsedFile& file, std::vector<std::string>& warnings)
+void CheckVersion(const ParsedFile& file, ParseContext& context)
 {
     const std::string version = Text(file.root(), "file_version");
     if (version.empty())
@@ -69,7 +70,7 @@ void CheckVersion(const ParsedFile& file, std::vector<std::string>& warnings)
     int major = 0;
     std::from_chars(version.data(), version.data() + version.size(), major);
     if (major >= 1)
-        warnings.push_back(file.name() + ": has the newer format version " + version);
+        context.warn({}, "has the newer format version " + version);
 }
 
 /// Those that geometries of the same file name; nobody needs the others.
@@ -122,9 +123,8 @@ void CheckIds(const Document& document, ParseContext& context)
     CountRepeated(document.modifiers, count, example);
     CountRepeated(document.nodeInstances, count, example);
     if (count > 0)
-        context.warnings.push_back(
-            fmt::format("{}: {} ids are given more than once, such as {}; the first counts", context.name,
-                        count, example));
+        context.warn(
+            {}, fmt::format("{} ids are given more than once, such as {}; the first counts", count, example));
 }
 
 std::size_t CountItems(const Element& owner, std::string_view key)
@@ -182,8 +182,8 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
     Document document;
     document.file = file;
     document.hasDeltas = options.deltas;
-    ParseContext context{parsed.name(), options, parsed.warnings()};
-    CheckVersion(parsed, context.warnings);
+    ParseContext context{parsed.name(), options, parsed.diagnostics()};
+    CheckVersion(parsed, context);
     if (const auto info = Find(parsed.root(), "asset_info"))
         document.info = ParseAssetInfo(*info);
     ReadLibraries(parsed.root(), document, context);
@@ -191,14 +191,17 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
         ReadScene(*scene, document, context);
     CheckIds(document, context);
     document.influenceMaps = CollectInfluenceMaps(parsed.root());
-    document.warnings = std::move(parsed.warnings());
+    document.diagnostics = std::move(parsed.diagnostics());
     return document;
 }
 
-geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::string& modifier)
+geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::string& modifier,
+                                  base::Diagnostics* diagnostics)
 {
+    // What concerns the file as a whole was told when the figure was put together.
     ParsedFile parsed(file);
-    ParseContext context{parsed.name(), {}, parsed.warnings()};
+    base::Diagnostics unheard;
+    ParseContext context{parsed.name(), {}, diagnostics ? *diagnostics : unheard};
     std::optional<Element> found, only;
     std::size_t count = 0;
     ForEach(parsed.root(), "modifier_library", [&](const Element& json) {
@@ -214,7 +217,7 @@ geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::
         found = only;
     if (!found)
         throw base::FormatError("{}: has no morph {}", parsed.name(), modifier);
-    return ParseDeltas(*found, context);
+    return ParseDeltas(*found, modifier, context);
 }
 
 } // namespace dson

@@ -80,8 +80,7 @@ TexCoords CornersOf(const UvSet& set, const geometry::Topology& topology, ParseC
                                      [&](std::uint32_t index) { return index < set.values.size(); });
     if (isWhole)
         return result;
-    context.warnings.push_back(
-        fmt::format("{}: UV set {} does not fit its mesh and is left out", context.name, set.id));
+    context.warn(set.id, "the UV set does not fit its mesh and is left out");
     return {};
 }
 
@@ -108,8 +107,8 @@ std::vector<std::vector<std::uint32_t>> ParsePolylines(const Element& json, std:
             ++broken;
     });
     if (broken > 0)
-        context.warnings.push_back(fmt::format(
-            "{}: {} lines name vertices that are not there and are left out", context.name, broken));
+        context.warn(Text(json, "id"),
+                     fmt::format("{} lines name vertices that are not there and are left out", broken));
     return lines;
 }
 

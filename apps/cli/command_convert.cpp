@@ -231,7 +231,7 @@ Json Describe(const Progress& progress)
     return {{"total", Rounded(progress.totalSeconds(), 4)}, {"steps", steps}};
 }
 
-Json Describe(const ConversionReport& report, const Progress& progress)
+Json Describe(const ConversionReport& report, const Progress& progress, bool asJson)
 {
     Json created = Json::array(), missing = Json::array(), files = Json::array();
     for (const MorphReport& morph : report.created)
@@ -259,7 +259,7 @@ Json Describe(const ConversionReport& report, const Progress& progress)
         json["temporary_folder"] = FileText(report.temporaryFolder);
     json["seconds"] = Describe(progress);
     json["peak_memory_mib"] = Rounded(PeakMemoryMebibytes(), 1);
-    json["warnings"] = report.warnings;
+    AddDiagnostics(json, report.diagnostics, asJson);
     return json;
 }
 
@@ -277,7 +277,7 @@ void AddConvertCommand(CLI::App& program, CommandContext& context)
             request.verbose = context.verbose;
             Progress progress(!arguments->json);
             const ConversionReport report = Convert(request, progress);
-            WriteReport(Describe(report, progress), arguments->json);
+            WriteReport(Describe(report, progress, arguments->json), arguments->json);
         };
     });
 }

@@ -12,7 +12,6 @@
 #include "options.h"
 #include "progress.h"
 
-#include <algorithm>
 #include <memory>
 
 #include <CLI/CLI.hpp>
@@ -39,31 +38,19 @@ Json Figures(Detail detail)
 }
 
 /// Content that is missing belongs into the report: it is what one inspects a file for.
-void AddFigures(Json& facts, std::vector<std::string>& warnings, const InspectArguments& arguments,
-                Detail detail)
+void AddFigures(Json& facts, base::Diagnostics& diagnostics, const InspectArguments& arguments, Detail detail)
 {
     HostSession session(ContentDirectoriesFor(arguments.file, ToPaths(arguments.content)), arguments.verbose);
-    std::string reason;
+    base::Diagnostics reason;
     try {
         session.open(arguments.file);
     } catch (const std::runtime_error& error) {
-        reason = error.what();
+        if (!base::FirstError(session.diagnostics()))
+            reason.push_back(base::FromSentence(base::Severity::Error, arguments.file, error.what()));
     }
     facts["figures"] = Figures(detail);
-    const std::vector<std::string> told = session.warnings();
-    warnings.insert(warnings.end(), told.begin(), told.end());
-    if (!reason.empty())
-        warnings.push_back(reason);
-}
-
-/// Each once, in order.
-Json Unique(const std::vector<std::string>& texts)
-{
-    Json list = Json::array();
-    for (const std::string& text : texts)
-        if (std::find(list.begin(), list.end(), Json(text)) == list.end())
-            list.push_back(text);
-    return list;
+    for (const base::Diagnostics& met : {session.diagnostics(), reason})
+        diagnostics.insert(diagnostics.end(), met.begin(), met.end());
 }
 
 Json DsonFacts(const InspectArguments& arguments, Progress& progress)
@@ -71,12 +58,12 @@ Json DsonFacts(const InspectArguments& arguments, Progress& progress)
     const Detail detail = arguments.json ? Detail::Full : Detail::Summary;
     const dson::Document document = dson::ReadDocument(arguments.file);
     Json facts = DocumentFacts(document, detail);
-    std::vector<std::string> warnings = document.warnings;
+    base::Diagnostics diagnostics = document.diagnostics;
     if (!document.nodeInstances.empty()) {
         progress.stage("load", "Loading what it names");
-        AddFigures(facts, warnings, arguments, detail);
+        AddFigures(facts, diagnostics, arguments, detail);
     }
-    facts["warnings"] = Unique(warnings);
+    AddDiagnostics(facts, diagnostics, arguments.json);
     return facts;
 }
 

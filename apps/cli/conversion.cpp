@@ -6,12 +6,14 @@
 #include "command.h"
 #include "conversion_checks.h"
 #include "conversion_results.h"
+#include "dzapp.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzobject.h"
 #include "gnt_convert-figure.h"
 #include "host_session.h"
 #include "ks_daz-helpers.h"
+#include "openhost/diagnostics.h"
 #include "openhost/operations.h"
 #include "progress.h"
 
@@ -68,18 +70,19 @@ void MakeLibrary(const fs::path& library)
             fmt::format("cannot create folder {}: {}", FileText(library), error.message()));
 }
 
-void Save(GntSaveOptions save, const GntOutcome& outcome, HostSession& session)
+void Save(GntSaveOptions save, const GntOutcome& outcome)
 {
     save.library = FileText(fs::absolute(save.library));
     MakeLibrary(save.library);
+    const openhost::DiagnosticsCollector met(dzApp->diagnostics());
     try {
         GntSaveMorphs_X(outcome.params->figTarget, outcome.created, save);
     } catch (const std::exception&) {
-        // The host's code says only that it failed; its log says why.
-        const std::vector<std::string> warnings = session.warnings();
-        if (warnings.empty())
+        // The host's code says only that it failed.
+        const base::Diagnostic* const reason = base::FirstError(met.all());
+        if (!reason)
             throw;
-        throw std::runtime_error("cannot save the morphs: " + warnings.back());
+        throw std::runtime_error("cannot save the morphs: " + base::ToLine(*reason));
     }
 }
 
@@ -114,7 +117,7 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     CheckIsSource(*source, request.source);
     if (const DzObject* const object = source->getObject())
         object->getCachedGeom(); // reads the shapes that are dialed in
-    CheckShapesAreWhole(request.source, session.warnings());
+    CheckShapesAreWhole(request.source, session.diagnostics());
     DzNode* const target = session.open(request.target);
     CheckIsTarget(*target, request.target);
     report.source = DescribeFigure(kst::daz::ResolveToFigure_X(*source));
@@ -127,7 +130,7 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
         report.created.push_back(DescribeMorph(outcome.params->figTarget, morph));
     if (request.save) {
         progress.stage("Saving the morphs");
-        Save(*request.save, outcome, session);
+        Save(*request.save, outcome);
         AddSavedFiles(outcome.params->figTarget, request.save->library, report);
         progress.stage("Measuring the result");
     }
@@ -136,8 +139,8 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
         report.distance = MeasureDistance(outcome);
     WriteExtras(request, outcome, progress, report);
     progress.finish();
-    const std::vector<std::string> warnings = session.warnings();
-    report.warnings.insert(report.warnings.end(), warnings.begin(), warnings.end());
+    const base::Diagnostics& met = session.diagnostics();
+    report.diagnostics.insert(report.diagnostics.end(), met.begin(), met.end());
     return report;
 }
 

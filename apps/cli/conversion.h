@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/diagnostic.h"
 #include "dials.h"
 #include "geometry/surface_distance.h"
 #include "gnt_outcome.h"
@@ -56,7 +57,7 @@ struct ConversionReport {
     std::optional<geometry::DistanceSummary> distance;
     std::vector<std::filesystem::path> files; ///< written besides the morphs
     std::filesystem::path temporaryFolder;    ///< empty unless it was to be kept
-    std::vector<std::string> warnings;
+    base::Diagnostics diagnostics;
 };
 
 /// What the command line calls the bases.

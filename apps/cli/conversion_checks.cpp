@@ -94,16 +94,16 @@ void CheckIsTarget(const DzNode& node, const fs::path& file)
         throw std::runtime_error(fmt::format("{}: is no Genesis 9 figure to convert to", FileText(file)));
 }
 
-void CheckShapesAreWhole(const fs::path& file, const std::vector<std::string>& warnings)
+void CheckShapesAreWhole(const fs::path& file, const base::Diagnostics& warnings)
 {
     if (warnings.empty())
         return;
     dson::ReadOptions options;
     options.deltas = false;
     for (const dson::ModifierInstance& dialed : dson::ReadDocument(file, options).modifierInstances)
-        for (const std::string& warning : warnings)
-            if (dialed.value.value_or(0.0) != 0.0 && IsAbout(warning, dialed.url))
-                throw std::runtime_error(warning);
+        for (const base::Diagnostic& warning : warnings)
+            if (dialed.value.value_or(0.0) != 0.0 && IsAbout(base::ToLine(warning), dialed.url))
+                throw std::runtime_error(base::ToLine(warning));
 }
 
 } // namespace cli

@@ -23,6 +23,6 @@ void CheckIsTarget(const DzNode& node, const std::filesystem::path& file);
 /// another character.
 /// @param warnings  the host's, after the figure's shape has been computed
 /// @throws std::runtime_error  one of them is about a shape that the file dials in
-void CheckShapesAreWhole(const std::filesystem::path& file, const std::vector<std::string>& warnings);
+void CheckShapesAreWhole(const std::filesystem::path& file, const base::Diagnostics& warnings);
 
 } // namespace cli

@@ -130,8 +130,11 @@ void DescribeOutcome(const GntOutcome& outcome, ConversionReport& report)
     if (outcome.request.resolution == GntResolution::Subd)
         report.subdLevel = outcome.request.subdLevel;
     if (!outcome.isHeightMatched)
-        report.warnings.emplace_back(
-            "--base height=auto: the height dial cannot make the target as tall as the source");
+        report.diagnostics.push_back(
+            {base::Severity::Warning,
+             {},
+             {},
+             "--base height=auto: the height dial cannot make the target as tall as the source"});
     for (const auto& morph : outcome.missing)
         report.missing.emplace_back(morph.first, morph.second);
 }

@@ -8,6 +8,7 @@
 #include "dzcontentmgr.h"
 #include "dzfigure.h"
 #include "dzscene.h"
+#include "openhost/diagnostics.h"
 #include "openhost/openhost.h"
 
 #include <algorithm>
@@ -115,29 +116,7 @@ struct HostSession::Impl {
     std::vector<char*> arguments{&name[0], nullptr};
     int argumentCount = 1;
     std::unique_ptr<openhost::OpenHost> host;
-
-    QString logFile() const { return folder.filePath(QStringLiteral("log.txt")); }
-
-    std::vector<std::string> warnings() const
-    {
-        dzApp->flushLogBuffer();
-        QFile file(logFile());
-        std::vector<std::string> found;
-        if (!file.open(QIODevice::ReadOnly))
-            return found;
-        const QString mark = QStringLiteral(" WARNING: ");
-        const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
-        for (const QString& line : lines) {
-            // The time stamp before the mark has no space.
-            const int at = line.indexOf(QLatin1Char(' '));
-            if (at < 0 || line.mid(at, mark.size()) != mark)
-                continue;
-            const std::string text = line.mid(at + mark.size()).toStdString();
-            if (std::find(found.begin(), found.end(), text) == found.end())
-                found.push_back(text);
-        }
-        return found;
-    }
+    std::unique_ptr<openhost::DiagnosticsCollector> diagnostics;
 };
 
 HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool verbose)
@@ -156,13 +135,14 @@ HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool v
     options.tempPath = _impl->folder.path();
     options.documentationPath =
         QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath() + QLatin1String("/documentation");
-    options.logFilename = _impl->logFile();
+    options.logFilename = _impl->folder.filePath(QStringLiteral("log.txt"));
     options.echoLog = verbose;
     options.terminalProgress = false; // the subcommands have their own
     for (const fs::path& directory : contentDirectories)
         options.contentDirectories.append(ToQ(fs::absolute(directory)));
     _impl->host =
         std::make_unique<openhost::OpenHost>(_impl->argumentCount, _impl->arguments.data(), options);
+    _impl->diagnostics = std::make_unique<openhost::DiagnosticsCollector>(dzApp->diagnostics());
     std::setlocale(LC_NUMERIC, "C");
 }
 
@@ -176,21 +156,21 @@ DzNode* HostSession::open(const fs::path& file)
 {
     CheckFile(file);
     const std::set<const DzNode*> before = NodesInScene();
-    const std::size_t warningsBefore = warnings().size();
+    const openhost::DiagnosticsCollector met(dzApp->diagnostics());
     const bool isOpened = dzApp->getContentMgr()->openFile(ToQ(fs::absolute(file)), true);
     DzNode* const node = isOpened ? FirstNewNode(before) : nullptr;
     if (node)
         return node;
-    const std::vector<std::string> reasons = warnings();
-    if (!isOpened && !reasons.empty())
-        throw std::runtime_error(reasons.size() > warningsBefore ? reasons[warningsBefore] : reasons.back());
+    const base::Diagnostic* const reason = base::FirstError(met.all());
+    if (!isOpened && reason)
+        throw std::runtime_error(base::ToLine(*reason));
     throw std::runtime_error(
         fmt::format(isOpened ? "{}: adds nothing to the scene" : "{}: cannot be opened", FileText(file)));
 }
 
-std::vector<std::string> HostSession::warnings() const
+const base::Diagnostics& HostSession::diagnostics() const
 {
-    return _impl->warnings();
+    return _impl->diagnostics->all();
 }
 
 fs::path HostSession::temporaryFolder() const

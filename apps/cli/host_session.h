@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "base/diagnostic.h"
+
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -28,9 +30,8 @@ public:
     /// @throws std::runtime_error  the file cannot be opened or adds nothing; the text has the host's reason
     DzNode* open(const std::filesystem::path& file);
 
-    /// What the host has warned of since the session began: texts without the log's marks, in order, each
-    /// once.
-    std::vector<std::string> warnings() const;
+    /// What the host has had to say since the session began, each once.
+    const base::Diagnostics& diagnostics() const;
     /// A folder that lasts as long as the session.
     std::filesystem::path temporaryFolder() const;
     /// The folder stays when the session ends.

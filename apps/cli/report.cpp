@@ -184,6 +184,27 @@ void WriteReport(const Json& report, bool asJson)
                        : ReportText(report));
 }
 
+void AddDiagnostics(Json& report, const base::Diagnostics& diagnostics, bool asJson)
+{
+    Json lines = Json::array(), all = Json::array();
+    const auto addOnce = [](Json& list, Json entry) {
+        if (std::find(list.begin(), list.end(), entry) == list.end())
+            list.push_back(std::move(entry));
+    };
+    for (const base::Diagnostic& diagnostic : diagnostics) {
+        if (diagnostic.severity == base::Severity::Note)
+            continue;
+        addOnce(lines, base::ToLine(diagnostic));
+        addOnce(all, {{"severity", base::NameOf(diagnostic.severity)},
+                      {"file", diagnostic.file},
+                      {"asset", diagnostic.asset},
+                      {"what", diagnostic.what}});
+    }
+    report["warnings"] = lines;
+    if (asJson)
+        report["diagnostics"] = all;
+}
+
 double Rounded(double value, int decimals)
 {
     const double factor = std::pow(10.0, decimals);

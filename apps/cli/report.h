@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "base/diagnostic.h"
+
 #include <string>
 
 #include <nlohmann/json_fwd.hpp>
@@ -19,6 +21,10 @@ void WriteOutput(const std::string& text);
 /// @throws std::runtime_error  the text cannot be written
 void WriteReport(const Json& report, bool asJson);
 std::string ReportText(const Json& report);
+
+/// Adds the list "warnings", a line each; as JSON also "diagnostics", with severity, file, asset and what
+/// apart. Each stands there once; notes do not.
+void AddDiagnostics(Json& report, const base::Diagnostics& diagnostics, bool asJson);
 
 /// To so many decimals, since single-precision values have no more to tell.
 double Rounded(double value, int decimals);

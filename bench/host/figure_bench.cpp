@@ -95,7 +95,8 @@ struct BenchFigure {
         for (int i = 0; i < morphCount; ++i) {
             auto* const morph = new DzMorph;
             morph->setName(QStringLiteral("morph %1").arg(i));
-            openhost::DeltasAccess::setLoader(*morph->getDeltas(), [deltas] { return *deltas; });
+            openhost::DeltasAccess::setLoader(*morph->getDeltas(),
+                                              [deltas](base::Diagnostics&) { return *deltas; });
             object->addModifier(morph);
             morphs.push_back(morph);
         }

@@ -7,7 +7,8 @@
 #include "dzvertexmesh.h"
 #include "figure/deltas_access.h"
 #include "figure/mesh_access.h"
-#include "scene/host_log.h"
+#include "openhost/diagnostics.h"
+#include "scene/guard.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,8 +19,14 @@ namespace {
 template <class T>
 class Lazy {
 public:
+    using Loader = std::function<T(base::Diagnostics& lost)>;
+
+    /// @param doing  as HostCall::doing
+    explicit Lazy(const char* doing) : _doing(doing) {}
+
     bool isLoaded() const { return _isLoaded; }
     bool isReadable() const { return _isReadable; } ///< the last try to load succeeded
+    const base::Diagnostics& lost() const { return _lost; }
 
     T& get(const DzUri& uri)
     {
@@ -28,17 +35,19 @@ public:
         return _value;
     }
     /// What is read from a file no longer counts.
-    void assign(T value)
+    void assign(T value, base::Diagnostics lost = {})
     {
         _value = std::move(value);
+        _lost = std::move(lost);
         _loader = nullptr;
         _isLoaded = true;
     }
-    void setLoader(std::function<T()> loader)
+    void setLoader(Loader loader)
     {
         _loader = std::move(loader);
         _isLoaded = !_loader;
         _value = T();
+        _lost.clear();
     }
     void unload()
     {
@@ -50,18 +59,24 @@ private:
     void load(const DzUri& uri)
     {
         _isLoaded = true;
-        try {
-            _value = _loader();
-            _isReadable = true;
-        } catch (const std::exception& error) {
-            _isReadable = false;
-            openhost::LogWarning(QStringLiteral("cannot load the deltas of %1: %2")
-                                     .arg(uri.toString(), QString::fromUtf8(error.what())));
-        }
+        const auto read = [this] {
+            _value = _loader(_lost);
+            openhost::Report(_lost);
+            return true;
+        };
+        const auto lose = [this](const openhost::HostFailure& failure) {
+            _lost = {failure.diagnostic};
+            return false;
+        };
+        _isReadable = openhost::GuardHostCall(
+            {uri.getFilePath().toStdString(), uri.getId().toStdString(), _doing, base::Severity::Warning},
+            read, lose);
     }
 
+    const char* _doing;
     T _value;
-    std::function<T()> _loader;
+    Loader _loader;
+    base::Diagnostics _lost;
     bool _isLoaded = true;
     bool _isReadable = true;
 };
@@ -69,8 +84,8 @@ private:
 } // namespace
 
 struct DzMorphDeltas::Impl {
-    Lazy<geometry::SparseDeltas> deltas;
-    Lazy<geometry::MultiresDetail> detail;
+    Lazy<geometry::SparseDeltas> deltas{"cannot load the deltas"};
+    Lazy<geometry::MultiresDetail> detail{"cannot load the detail for subdivided meshes"};
     int vertexCount = 0;
     DzUri uri;
 
@@ -254,13 +269,25 @@ DzMorphDeltas* DeltasAccess::create(geometry::SparseDeltas deltas, int vertexCou
     return result;
 }
 
-void DeltasAccess::assign(DzMorphDeltas& target, geometry::SparseDeltas deltas)
+void DeltasAccess::assign(DzMorphDeltas& target, geometry::SparseDeltas deltas, base::Diagnostics lost)
 {
-    target._impl->deltas.assign(std::move(deltas));
+    target._impl->deltas.assign(std::move(deltas), std::move(lost));
     emit target.deltasChanged();
 }
 
-void DeltasAccess::setLoader(DzMorphDeltas& target, std::function<geometry::SparseDeltas()> loader)
+const base::Diagnostics& DeltasAccess::lostDeltas(const DzMorphDeltas& deltas)
+{
+    deltas._impl->get();
+    return deltas._impl->deltas.lost();
+}
+
+const base::Diagnostics& DeltasAccess::lostDetail(const DzMorphDeltas& deltas)
+{
+    deltas._impl->detail.get(deltas._impl->uri);
+    return deltas._impl->detail.lost();
+}
+
+void DeltasAccess::setLoader(DzMorphDeltas& target, Loader<geometry::SparseDeltas> loader)
 {
     target._impl->deltas.setLoader(std::move(loader));
     emit target.deltasChanged();
@@ -277,7 +304,7 @@ void DeltasAccess::assignDetail(DzMorphDeltas& target, geometry::MultiresDetail 
     emit target.deltasChanged();
 }
 
-void DeltasAccess::setDetailLoader(DzMorphDeltas& target, std::function<geometry::MultiresDetail()> loader)
+void DeltasAccess::setDetailLoader(DzMorphDeltas& target, Loader<geometry::MultiresDetail> loader)
 {
     target._impl->detail.setLoader(std::move(loader));
     emit target.deltasChanged();

@@ -16,7 +16,8 @@
 #include "figure/mesh_access.h"
 #include "figure/skin_access.h"
 #include "modifier_impl.h"
-#include "scene/host_log.h"
+#include "openhost/diagnostics.h"
+#include "scene/guard.h"
 #include "scene/node_transform.h"
 #include "subdivision_cache.h"
 
@@ -176,10 +177,11 @@ void Pipeline::addMorph(DzMorph& morph, std::vector<Vec3f>* positions)
         return;
     const geometry::SparseDeltas& deltas = DeltasAccess::deltas(*morph.getDeltas());
     if (!deltas.empty() && deltas.vertices.back() >= positions->size()) {
-        LogWarning(QStringLiteral("morph %1 moves vertex %2 of a mesh with %3; it is left out")
-                       .arg(morph.getName())
-                       .arg(deltas.vertices.back())
-                       .arg(positions->size()));
+        Report({base::Severity::Warning,
+                {},
+                morph.getName().toStdString(),
+                fmt::format("the morph moves vertex {} of a mesh with {}; it is left out",
+                            deltas.vertices.back(), positions->size())});
         return;
     }
     geometry::AddDeltas(base::Span<Vec3f>(*positions), deltas, morph._morph->applied);
@@ -263,18 +265,16 @@ void Pipeline::updateSkin()
     _isPosed = false;
     if (_skinFailed)
         return;
-    try {
-        const SkinPose pose = skinPose();
-        if (pose.atRest || !pose.weights)
-            return;
-        _posed = geometry::Skin(_morphed, *pose.weights, pose.poses, pose.mode);
-        _isPosed = true;
-    } catch (const base::Error& error) {
-        _skinFailed = true;
-        LogWarning(QStringLiteral("cannot pose %1: %2")
-                       .arg(_object.getNode() ? _object.getNode()->getLabel() : _object.getName(),
-                            QString::fromUtf8(error.what())));
-    }
+    const QString name = _object.getNode() ? _object.getNode()->getLabel() : _object.getName();
+    _skinFailed =
+        !GuardHostCall({{}, name.toStdString(), "cannot be posed", base::Severity::Warning}, [this] {
+            const SkinPose pose = skinPose();
+            if (pose.atRest || !pose.weights)
+                return true;
+            _posed = geometry::Skin(_morphed, *pose.weights, pose.poses, pose.mode);
+            _isPosed = true;
+            return true;
+        });
 }
 
 base::Span<const Vec3f> Pipeline::posedCage()
@@ -354,17 +354,15 @@ void Pipeline::updateWorld()
     geometry::PolygonMesh mesh;
     mesh.topology = base().topology;
     int reached = 0;
-    try {
-        if (level() > 0) {
-            const auto refinement = subdivision(level());
-            mesh.positions = refinedInWorld(*refinement, level());
-            mesh.topology = refinement->topology(level());
-            reached = level();
-        }
-    } catch (const base::Error& error) {
-        LogWarning(QStringLiteral("cannot subdivide %1: %2")
-                       .arg(_object.getName(), QString::fromUtf8(error.what())));
-    }
+    if (level() > 0)
+        GuardHostCall({{}, _object.getName().toStdString(), "cannot be subdivided", base::Severity::Warning},
+                      [&] {
+                          const auto refinement = subdivision(level());
+                          mesh.positions = refinedInWorld(*refinement, level());
+                          mesh.topology = refinement->topology(level());
+                          reached = level();
+                          return true;
+                      });
     if (reached == 0)
         mesh.positions.assign(cage.begin(), cage.end());
     _boxStale = true;

@@ -22,6 +22,9 @@ class DzMainWindow;
 class DzPluginMgr;
 class DzRenderMgr;
 class DzStyle;
+namespace openhost {
+class DiagnosticsHub;
+}
 
 /// Owns the managers, the main window, the scene and the log. One in a process.
 class DzApp : public QApplication {
@@ -50,6 +53,9 @@ public:
     Q_INVOKABLE void debug(const QString& line);
     Q_INVOKABLE void warning(const QString& line);
     Q_INVOKABLE void error(const QString& line);
+    /// What the host and its plug-ins have to say, warnings and errors among them; lives as long as the
+    /// application.
+    openhost::DiagnosticsHub& diagnostics() const;
     /// Writes buffered text to the file; happens by itself past 512 characters. False if it cannot be
     /// written.
     bool flushLogBuffer();

@@ -5,8 +5,8 @@
 
 #include "dzelement.h"
 #include "dznumericcontroller.h"
+#include "openhost/diagnostics.h"
 #include "openhost/operations.h"
-#include "scene/host_log.h"
 
 #include <QPointer>
 
@@ -295,9 +295,13 @@ void DzNumericProperty::collectInputs() const
         const DzNumericProperty* const input = frame.inputs[frame.next++];
         if (input->_impl->busy) {
             if (!input->_impl->cycleReported)
-                openhost::LogWarning(
-                    QStringLiteral("links form a cycle through %1; it counts with its raw value there")
-                        .arg(FullName(*input)));
+                openhost::Report(
+                    {base::Severity::Warning,
+                     {},
+                     {},
+                     QStringLiteral("links form a cycle through %1; it counts with its raw value there")
+                         .arg(FullName(*input))
+                         .toStdString()});
             input->_impl->cycleReported = true;
             // The other members of the cycle would report it again when they are asked first.
             for (auto member = stack.rbegin(); member != stack.rend() && member->property != input; ++member)

@@ -4,7 +4,7 @@
 #include "scene/settings_store.h"
 
 #include "dzappsettings.h"
-#include "scene/host_log.h"
+#include "openhost/diagnostics.h"
 
 #include <QDir>
 #include <QFile>
@@ -61,8 +61,12 @@ Values Load()
     const QByteArray text = file.readAll();
     const nlohmann::json json = nlohmann::json::parse(text.begin(), text.end(), nullptr, false);
     if (!json.is_object()) {
-        LogWarning(QStringLiteral("the settings in \"%1\" cannot be read; they are kept as \"%1.broken\"")
-                       .arg(FileName()));
+        Report({base::Severity::Warning,
+                {},
+                {},
+                QStringLiteral("the settings in \"%1\" cannot be read; they are kept as \"%1.broken\"")
+                    .arg(FileName())
+                    .toStdString()});
         QFile::remove(FileName() + QLatin1String(".broken"));
         file.rename(FileName() + QLatin1String(".broken"));
         return values;

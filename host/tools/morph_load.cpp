@@ -23,7 +23,7 @@
 #include "obj_options.h"
 #include "openhost/operations.h"
 #include "reverse_deformation.h"
-#include "scene/host_log.h"
+#include "scene/guard.h"
 
 #include <algorithm>
 #include <cmath>
@@ -296,15 +296,20 @@ template <class Work>
 MorphLoadReport Report(const MorphLoadSettings& settings, Work work)
 {
     MorphLoadReport report;
-    try {
-        work();
-        report.success = EffectiveMorphName(settings) + QLatin1String(" was created successfully.");
-    } catch (const std::exception& error) {
-        report.problems << EffectiveMorphName(settings) + QLatin1String(": ") +
-                               QString::fromStdString(error.what());
-        // Callers may throw the report away.
-        LogWarning(report.problems.last());
-    }
+    const QString name = EffectiveMorphName(settings);
+    // Reported too, since callers may throw the report away.
+    const bool isMade = GuardHostCall(
+        {{}, name.toStdString()},
+        [&work] {
+            work();
+            return true;
+        },
+        [&](const HostFailure& failure) {
+            report.problems << name + QLatin1String(": ") + QString::fromStdString(failure.reason);
+            return false;
+        });
+    if (isMade)
+        report.success = name + QLatin1String(" was created successfully.");
     return report;
 }
 

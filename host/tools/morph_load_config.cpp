@@ -7,6 +7,7 @@
 #include "base/errors.h"
 #include "dzfileiosettings.h"
 #include "morph_load_settings.h"
+#include "scene/guard.h"
 
 #include <QFile>
 
@@ -127,12 +128,10 @@ bool WriteConfig(const QString& file, ConfigSection section, const QString& obje
         !(stream.open(QIODevice::ReadOnly) && all.fromString(QString::fromUtf8(stream.readAll()))))
         return false;
     VisitSettings(settings, section, Writer{*all.setSettingsValue(KeyOf(section, object))});
-    try {
+    return GuardHostCall({file.toStdString()}, [&] {
         base::WriteFileAtomically(file.toStdString(), all.toString().toStdString());
         return true;
-    } catch (const base::IoError&) {
-        return false;
-    }
+    });
 }
 
 } // namespace openhost

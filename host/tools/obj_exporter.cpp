@@ -16,7 +16,7 @@
 #include "obj_option_rows.h"
 #include "obj_options.h"
 #include "obj_selection.h"
-#include "scene/host_log.h"
+#include "scene/guard.h"
 
 #include <cmath>
 #include <deque>
@@ -124,7 +124,7 @@ DzError DzObjExporter::write(const QString& filename, const DzFileIOSettings* op
     DzFileIOSettings all;
     getDefaultOptions(&all);
     const DzFileIOSettings& used = options ? *options : all;
-    try {
+    const auto write = [&] {
         geometry::ObjWriteOptions writeOptions = openhost::ReadObjWriteOptions(used);
         ExportData data;
         for (const DzNode* const node : openhost::NodesToExport(used))
@@ -138,12 +138,9 @@ DzError DzObjExporter::write(const QString& filename, const DzFileIOSettings* op
             writeOptions.materialLibrary = library.toStdString();
         }
         geometry::WriteObj(filename.toStdString(), data.parts, writeOptions);
-        return DZ_NO_ERROR;
-    } catch (const base::IoError& error) {
-        openhost::LogWarning(QString::fromStdString(error.what()));
-        return DZ_UNABLE_TO_OPEN_FILE_ERROR;
-    } catch (const std::exception& error) {
-        openhost::LogWarning(QString::fromStdString(error.what()));
-        return DZ_OPERATION_FAILED_ERROR;
-    }
+        return DzError(DZ_NO_ERROR);
+    };
+    return openhost::GuardHostCall(
+        {filename.toStdString()}, write,
+        openhost::ErrorCodes{DZ_UNABLE_TO_OPEN_FILE_ERROR, DZ_OPERATION_FAILED_ERROR});
 }

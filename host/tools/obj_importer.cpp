@@ -13,7 +13,7 @@
 #include "figure/mesh_access.h"
 #include "obj_option_rows.h"
 #include "obj_options.h"
-#include "scene/host_log.h"
+#include "scene/guard.h"
 
 #include <cmath>
 #include <memory>
@@ -88,7 +88,7 @@ DzError DzObjImporter::read(const QString& filename, const DzFileIOSettings* opt
     DzFileIOSettings all;
     getDefaultOptions(&all);
     const DzFileIOSettings& used = options ? *options : all;
-    try {
+    const auto read = [&] {
         geometry::ObjContent content =
             geometry::ReadObj(filename.toStdString(), openhost::ReadObjReadOptions(used));
         if (content.mesh.positions.empty())
@@ -97,17 +97,13 @@ DzError DzObjImporter::read(const QString& filename, const DzFileIOSettings* opt
             AdaptToScene(content.mesh);
         std::unique_ptr<DzNode> made = MakeProp(QFileInfo(filename).completeBaseName(), std::move(content));
         if (!dzScene->addNode(made.get()))
-            return DZ_OPERATION_FAILED_ERROR;
+            return DzError(DZ_OPERATION_FAILED_ERROR);
         DzNode* const node = made.release();
         addImportedNode(node);
         dzScene->selectAllNodes(false);
         dzScene->setPrimarySelection(node);
-        return DZ_NO_ERROR;
-    } catch (const base::IoError& error) {
-        openhost::LogWarning(QString::fromStdString(error.what()));
-        return DZ_UNABLE_TO_OPEN_FILE_ERROR;
-    } catch (const std::exception& error) {
-        openhost::LogWarning(QString::fromStdString(error.what()));
-        return DZ_INVALID_FILE_ERROR;
-    }
+        return DzError(DZ_NO_ERROR);
+    };
+    return openhost::GuardHostCall({filename.toStdString()}, read,
+                                   openhost::ErrorCodes{DZ_UNABLE_TO_OPEN_FILE_ERROR, DZ_INVALID_FILE_ERROR});
 }

@@ -17,7 +17,7 @@
 #include "figure/mesh_access.h"
 #include "figure/pipeline.h"
 #include "openhost/operations.h"
-#include "scene/host_log.h"
+#include "scene/guard.h"
 #include "transfer_parts.h"
 
 #include <QSet>
@@ -184,7 +184,7 @@ bool DzTransferUtility::doTransfer()
     DzNode* const target = getTarget();
     if (!source || !target || source == target || !openhost::AllowOperation("transfer", target->getLabel()))
         return false;
-    try {
+    return openhost::GuardHostCall({{}, target->getLabel().toStdString()}, [&] {
         openhost::RequireInvertiblePlace(*target);
         const std::vector<geometry::Vec3f> from = openhost::BasePositionsInWorld(*source);
         const std::vector<geometry::Vec3f> to = openhost::BasePositionsInWorld(*target);
@@ -214,10 +214,7 @@ bool DzTransferUtility::doTransfer()
         dzScene->selectAllNodes(false);
         dzScene->setPrimarySelection(&figure);
         return true;
-    } catch (const std::exception& error) {
-        openhost::LogWarning(QString::fromStdString(error.what()));
-        return false;
-    }
+    });
 }
 
 bool DzTransferUtility::setTransferBinding(bool value)

@@ -21,6 +21,7 @@
 #include "load_windows.h"
 #include "look.h"
 #include "openhost/class_registry.h"
+#include "openhost/diagnostics.h"
 #include "openhost/operations.h"
 #include "options_dialog.h"
 #include "save_file_dialog.h"
@@ -45,6 +46,7 @@ struct DzApp::Impl {
     DzAuthor author;
     bool closing = false;
     int tempFiles = 0;
+    openhost::DiagnosticsHub diagnostics;
 
     openhost::HeadlessDialogs headlessDialogs{nullptr}; ///< at work without display
     openhost::LoadWindows loadWindows;                  ///< at work with one
@@ -69,6 +71,13 @@ QString WithoutSlash(const QString& path)
     return QDir(path).absolutePath();
 }
 
+const char* LogMark(base::Severity severity)
+{
+    return severity == base::Severity::Note    ? ""
+           : severity == base::Severity::Error ? "ERROR: "
+                                               : "WARNING: ";
+}
+
 } // namespace
 
 DzApp::DzApp(int& argc, char** argv, const Options& options) : QApplication(argc, argv), _impl(new Impl)
@@ -81,6 +90,11 @@ DzApp::DzApp(int& argc, char** argv, const Options& options) : QApplication(argc
         if (!_impl->logFile.open(QIODevice::WriteOnly | QIODevice::Truncate))
             std::fprintf(stderr, "cannot write the log file \"%s\"\n", qPrintable(options.logFilename));
     }
+    connect(&_impl->diagnostics, &openhost::DiagnosticsHub::reported, this,
+            [this](const base::Diagnostic& diagnostic) {
+                log(QLatin1String(LogMark(diagnostic.severity)) +
+                    QString::fromStdString(base::ToLine(diagnostic)));
+            });
     if (options.headless) {
         installEventFilter(&_impl->headlessDialogs);
     } else {
@@ -236,11 +250,16 @@ void DzApp::debug(const QString& line)
 
 void DzApp::warning(const QString& line)
 {
-    log(QLatin1String("WARNING: ") + line);
+    _impl->diagnostics.report({base::Severity::Warning, {}, {}, line.toStdString()});
 }
 void DzApp::error(const QString& line)
 {
-    log(QLatin1String("ERROR: ") + line);
+    _impl->diagnostics.report({base::Severity::Error, {}, {}, line.toStdString()});
+}
+
+openhost::DiagnosticsHub& DzApp::diagnostics() const
+{
+    return _impl->diagnostics;
 }
 
 bool DzApp::flushLogBuffer()
@@ -385,10 +404,10 @@ void openhost::LogNote(const QString& line)
         dzApp->log(line);
 }
 
-void openhost::LogWarning(const QString& line)
+void openhost::Report(const base::Diagnostic& diagnostic)
 {
     if (dzApp)
-        dzApp->warning(line);
+        dzApp->diagnostics().report(diagnostic);
     else
-        std::fprintf(stderr, "WARNING: %s\n", line.toUtf8().constData());
+        std::fprintf(stderr, "%s%s\n", LogMark(diagnostic.severity), base::ToLine(diagnostic).c_str());
 }

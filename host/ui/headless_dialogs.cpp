@@ -3,7 +3,7 @@
 
 #include "headless_dialogs.h"
 
-#include "scene/host_log.h"
+#include "openhost/diagnostics.h"
 
 #include <QAbstractButton>
 #include <QEvent>
@@ -65,8 +65,9 @@ void End(const QPointer<QDialog>& dialog)
 void Answer(QDialog& dialog)
 {
     const QString text = TextOf(dialog);
-    LogWarning(QStringLiteral("not shown without display: ") + dialog.windowTitle() +
-               (text.isEmpty() ? QString() : QStringLiteral(": ") + text));
+    const QString what = QStringLiteral("not shown without display: ") + dialog.windowTitle() +
+                         (text.isEmpty() ? QString() : QStringLiteral(": ") + text);
+    Report({base::Severity::Warning, {}, {}, what.toStdString()});
     End(&dialog);
 }
 

@@ -4,7 +4,7 @@
 #include "dzplugin.h"
 #include "dzpluginmgr.h"
 
-#include "scene/host_log.h"
+#include "openhost/diagnostics.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -165,7 +165,7 @@ DzPlugin* DzPluginMgr::loadPlugin(const QString& filename, QString* error)
         emit pluginLoaded(plugin->getName());
         return plugin;
     }
-    openhost::LogWarning(reason);
+    openhost::Report(base::FromSentence(base::Severity::Error, filename.toStdString(), reason.toStdString()));
     const QString name = QFileInfo(filename).completeBaseName();
     library->unload();
     if (isSecond || findPlugin(name))

@@ -14,6 +14,7 @@
 #include "dzviewportmgr.h"
 #include "openhost/scene_picture.h"
 #include "scene/camera_optics.h"
+#include "scene/guard.h"
 
 #include <QPointer>
 
@@ -32,14 +33,11 @@ public:
         picture.width = options.getImageSize().width();
         picture.height = options.getImageSize().height();
         picture.camera = openhost::OpticsOf(camera, static_cast<float>(options.getAspect()));
-        try {
+        return openhost::GuardHostCall({filename.toStdString()}, [&] {
             geometry::WritePng(filename.toStdString(),
                                geometry::Render(openhost::VisibleItems(*dzScene).items, picture));
-        } catch (const base::Error& error) {
-            dzApp->error(QString::fromUtf8(error.what()));
-            return false;
-        }
-        return true;
+            return true;
+        });
     }
 };
 

@@ -63,6 +63,7 @@ TEST_F(Convert, tells_the_figures_their_kind_and_the_jobs)
     EXPECT_EQ(told.at("jobs"), json({"full", "head", "body"}));
     EXPECT_EQ(told.at("missing_morphs"), json::array());
     EXPECT_EQ(told.at("warnings"), json::array());
+    EXPECT_EQ(told.at("diagnostics"), json::array());
 }
 
 TEST_F(Convert, tells_each_created_morph)

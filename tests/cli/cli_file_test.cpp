@@ -91,7 +91,12 @@ TEST(InspectCommand, takes_missing_content_for_a_warning)
     const json facts = InspectJson(workspace.write("orphan.duf", orphanText));
     EXPECT_EQ(facts.at("instances").front().at("label"), "Orphan");
     EXPECT_TRUE(facts.at("figures").empty());
-    EXPECT_NE(facts.at("warnings").dump().find("/data/Acme/Box/Box.dsf"), std::string::npos);
+    const std::string file = workspace.path("orphan.duf"),
+                      what = "/data/Acme/Box/Box.dsf is in no content library";
+    EXPECT_EQ(facts.at("warnings")[0], file + ": " + what);
+    EXPECT_EQ(facts.at("diagnostics")[0],
+              json({{"severity", "error"}, {"file", file}, {"asset", ""}, {"what", what}}));
+    EXPECT_EQ(facts.at("diagnostics").size(), facts.at("warnings").size());
     EXPECT_EQ(workspace.entries(), std::vector<std::string>{"orphan.duf"});
 }
 
@@ -101,7 +106,7 @@ TEST(InspectCommand, shows_the_log_on_stderr_alone_and_when_asked_only)
     const ProgramResult result =
         RunProgram({"inspect", workspace.write("orphan.duf", orphanText), "--json", "--verbose"});
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_NE(result.err.find("WARNING: "), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("ERROR: "), std::string::npos) << result.err;
     EXPECT_TRUE(json::accept(result.out));
 }
 

@@ -50,7 +50,7 @@ TEST(SampleLibrary, has_each_kinds_figure_and_loading_files)
 TEST(SampleLibrary, reads_back_the_newest_figure)
 {
     const dson::Document figure = dson::ReadDocument(Library() / "data/DAZ 3D/Genesis 9/Base/Genesis9.dsf");
-    EXPECT_TRUE(figure.warnings.empty()) << figure.warnings.front();
+    EXPECT_TRUE(figure.diagnostics.empty()) << base::ToLine(figure.diagnostics.front());
     ASSERT_EQ(figure.geometries.size(), 1u);
     EXPECT_EQ(figure.geometries[0].mesh.positions,
               NeutralPositions(FigureKind::Genesis9, NewTopology().canonical.positions));

@@ -358,6 +358,6 @@ TEST_F(DetailOnDisk, is_left_out_of_saved_scenes_and_the_log_says_so)
     const fs::path scene = folder("scenes") / "Up.duf";
     EXPECT_EQ(dzScene->saveScene(QString::fromStdString(scene.string())), DZ_NO_ERROR);
     EXPECT_TRUE(log().contains(QStringLiteral(
-        "the detail of Up for subdivided meshes is not saved with the scene; save it as a morph asset")))
+        "Up: the detail for subdivided meshes is not saved with the scene; save it as a morph asset")))
         << log().toStdString();
 }

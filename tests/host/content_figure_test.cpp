@@ -156,8 +156,8 @@ TEST_F(LoadedFigure, leaves_out_morphs_for_other_meshes_and_keeps_unchecked_ones
     ASSERT_NE(DialOf(*figure, "Open"), nullptr);
     DialOf(*figure, "Open")->setValue(1.0f);
     ExpectAt(VertexAt(*figure, 1), 0, 12, 0);
-    EXPECT_TRUE(log().contains(
-        QStringLiteral("Open.dsf: 2 deltas are of vertices that the figure does not have and are left out")));
+    EXPECT_TRUE(log().contains(QStringLiteral(
+        "Open.dsf: Open: 2 deltas are of vertices that the figure does not have and are left out")));
 }
 
 TEST_F(LoadedFigure, finds_morphs_of_other_directories_whatever_their_case)
@@ -176,7 +176,7 @@ TEST_F(LoadedFigure, finds_morphs_of_other_directories_whatever_their_case)
     DialOf(*figure, "Same")->setValue(1.0f);
     ExpectAt(VertexAt(*figure, 1), 0, 15, 0);
     EXPECT_TRUE(
-        log().contains(QStringLiteral("1 morph files of /data/Acme/Mini/Base/Mini.dsf are in more than one "
+        log().contains(QStringLiteral("/data/Acme/Mini/Base/Mini.dsf: 1 morph files are in more than one "
                                       "content library; the first is used")));
 }
 

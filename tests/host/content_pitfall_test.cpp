@@ -218,7 +218,7 @@ TEST_F(Pitfall, of_the_same_morph_in_two_directories_the_first_counts)
     ASSERT_NE(figure, nullptr);
     DialIn(*figure, "Up")->setDoubleValue(1.0);
     ExpectAt(VertexAt(*figure, 1), 5, 1, 0);
-    EXPECT_TRUE(logged("1 morph files of /data/Nord/Doll/Doll.dsf are in more than one content library; the "
+    EXPECT_TRUE(logged("/data/Nord/Doll/Doll.dsf: 1 morph files are in more than one content library; the "
                        "first is used"));
 }
 

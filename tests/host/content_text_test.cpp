@@ -146,8 +146,8 @@ TEST_F(FileText, loses_commas_before_closing_brackets_only)
                R"({"file_version": "0.6.0.0", "asset_info": {"id": "/x.dsf", "type": "modifier",},})");
     const dson::Document document = dson::ReadDocument(file());
     EXPECT_EQ(document.info.type, "modifier");
-    EXPECT_EQ(document.warnings,
-              std::vector<std::string>{file().string() + ": has commas before closing brackets"});
+    EXPECT_EQ(document.diagnostics, (base::Diagnostics{{base::Severity::Warning, file().string(), "",
+                                                        "has commas before closing brackets"}}));
 }
 
 TEST_F(FileText, of_another_systems_companion_file_is_no_document)

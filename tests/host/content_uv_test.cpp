@@ -51,8 +51,10 @@ TEST_F(ForeignUvs, that_do_not_fit_are_left_out_and_told)
             std::string(R"({"id": "My Set", "uvs": [[0,0],[1,0],[1,1],[0,1]], "polygon_vertex_indices": )") +
             corners + "}");
         EXPECT_TRUE(us(document).empty());
-        ASSERT_EQ(document.warnings.size(), 1u);
-        EXPECT_NE(document.warnings[0].find("UV set My Set does not fit its mesh"), std::string::npos);
+        ASSERT_EQ(document.diagnostics.size(), 1u);
+        EXPECT_EQ(document.diagnostics[0].file, document.file.string());
+        EXPECT_EQ(document.diagnostics[0].asset, "My Set");
+        EXPECT_EQ(document.diagnostics[0].what, "the UV set does not fit its mesh and is left out");
     }
     EXPECT_TRUE(us(read(R"({"id": "My Set", "uvs": [[0,0]]})")).empty());
     EXPECT_NE(ErrorOf([&] {
@@ -71,7 +73,8 @@ TEST_F(ForeignUvs, come_with_lines_whose_vertices_are_there)
     const dson::Document document =
         read(R"({"id": "My Set"})", R"({"count": 3, "values": [[0,0,1,3], [0,0,2,17], [0,0,3]]})");
     EXPECT_EQ(document.geometries.front().lines, (std::vector<std::vector<std::uint32_t>>{{1, 3}}));
-    EXPECT_FALSE(document.warnings.empty());
+    ASSERT_FALSE(document.diagnostics.empty());
+    EXPECT_EQ(document.diagnostics[0].what, "2 lines name vertices that are not there and are left out");
 }
 
 } // namespace

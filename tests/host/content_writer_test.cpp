@@ -68,7 +68,7 @@ TEST_F(DsonWriter, a_figure_reads_back_bit_for_bit)
     figure.skin.joints[1].weights[2] = 1.0f / 3.0f;
     const dson::Document read = dson::ReadDocument(dson::WriteFigure(figure, library()));
 
-    EXPECT_TRUE(read.warnings.empty());
+    EXPECT_TRUE(read.diagnostics.empty());
     EXPECT_EQ(read.info.id, figure.info.id);
     EXPECT_EQ(read.info.author, "Acme");
     EXPECT_EQ(read.info.modified, "2024-05-01T10:20:30Z");

@@ -252,7 +252,7 @@ TEST_F(FigurePipeline, morph_data_is_read_when_a_dial_moves)
     TestFigure test;
     int reads = 0;
     auto* const morph = new DzMorph;
-    openhost::DeltasAccess::setLoader(*morph->getDeltas(), [&reads] {
+    openhost::DeltasAccess::setLoader(*morph->getDeltas(), [&reads](base::Diagnostics&) {
         ++reads;
         return geometry::SparseDeltas{{2}, {{0, 0, 2}}};
     });
@@ -275,13 +275,14 @@ TEST_F(FigurePipeline, data_that_does_not_fit_or_cannot_be_read_is_left_out_and_
     test.addMorph("alien", {99}, {{0, 0, 2}})->getValueControl()->setValue(1.0f);
     DzMorph* const lost = test.addMorph("lost", {}, {});
     lost->getDeltas()->setUri(DzUri(Q("/data/lost.dsf#lost")));
-    openhost::DeltasAccess::setLoader(*lost->getDeltas(), []() -> geometry::SparseDeltas {
+    openhost::DeltasAccess::setLoader(*lost->getDeltas(), [](base::Diagnostics&) -> geometry::SparseDeltas {
         throw base::IoError("cannot open {}", "lost.dsf");
     });
     lost->getValueControl()->setValue(1.0f);
     EXPECT_EQ(test.at(9), DzVec3(40, 10, 0));
-    EXPECT_TRUE(LogText().contains(Q("morph alien moves vertex 99 of a mesh with 10; it is left out")));
-    EXPECT_TRUE(LogText().contains(Q("cannot load the deltas of /data/lost.dsf#lost: cannot open lost.dsf")));
+    EXPECT_TRUE(LogText().contains(Q("alien: the morph moves vertex 99 of a mesh with 10; it is left out")));
+    EXPECT_TRUE(
+        LogText().contains(Q("WARNING: /data/lost.dsf: lost: cannot load the deltas: cannot open lost.dsf")));
     EXPECT_FALSE(lost->getDeltas()->loadDeltas() && lost->getDeltas()->hasDeltas());
 }
 

@@ -1,6 +1,7 @@
 # Scene and figure rooms.
 gantrel_add_tests(host_scene_tests
     SOURCES
+        diagnostics_test.cpp
         host_fixture.cpp
         figure_fitting_test.cpp
         figure_pipeline_test.cpp

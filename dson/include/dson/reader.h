@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/diagnostic.h"
 #include "dson/asset.h"
 
 #include <filesystem>
@@ -90,9 +91,9 @@ struct Document {
     std::vector<ModifierInstance> modifierInstances;
     std::vector<AnimatedValue> animations;
 
-    std::vector<std::string> leftOut;  ///< what else there is, such as "3 materials"
-    std::vector<std::string> warnings; ///< one phrase each, for the log
-    bool hasDeltas = true;             ///< morphs came with their displacements
+    std::vector<std::string> leftOut; ///< what else there is, such as "3 materials"
+    base::Diagnostics diagnostics;    ///< what was met in reading it
+    bool hasDeltas = true;            ///< morphs came with their displacements
 };
 
 /// An entry of Document::leftOut.
@@ -103,13 +104,15 @@ struct ReadOptions {
 };
 
 /// Reads a plain or compressed file. Lenient where shipped files are (counts, commas, encodings): such things
-/// become warnings. Face, delta and weight indices are checked here.
+/// become diagnostics. Face, delta and weight indices are checked here.
 /// @throws base::IoError      the file cannot be read
 /// @throws base::FormatError  the file is no DSON: names the file and what is wrong
 Document ReadDocument(const std::filesystem::path& file, const ReadOptions& options = {});
 
 /// The displacements of one morph of a file, by id or name.
+/// @param diagnostics  what was met in reading them is added to it; null for nothing
 /// @throws as ReadDocument, and base::FormatError when the file has no such morph
-geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::string& modifier);
+geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::string& modifier,
+                                  base::Diagnostics* diagnostics = nullptr);
 
 } // namespace dson

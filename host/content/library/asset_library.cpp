@@ -8,9 +8,7 @@
 
 #include "base/errors.h"
 #include "dson/uri.h"
-#include "scene/host_log.h"
-
-#include <QString>
+#include "openhost/diagnostics.h"
 
 namespace openhost {
 
@@ -23,11 +21,6 @@ std::shared_ptr<const dson::Document> ReadHeaders(const fs::path& file)
     dson::ReadOptions options;
     options.deltas = false;
     return std::make_shared<const dson::Document>(dson::ReadDocument(file, options));
-}
-
-void Log(const std::string& line)
-{
-    LogWarning(QString::fromStdString(line));
 }
 
 } // namespace
@@ -45,8 +38,7 @@ const AssetLibrary::Entry* AssetLibrary::unchanged(const fs::path& file) const
 
 void AssetLibrary::keep(const fs::path& file, std::shared_ptr<const dson::Document> document)
 {
-    for (const std::string& warning : document->warnings)
-        Log(warning);
+    Report(document->diagnostics);
     std::error_code error;
     Entry entry;
     entry.modified = fs::last_write_time(file, error);
@@ -67,7 +59,7 @@ std::shared_ptr<const dson::Document> AssetLibrary::read(const fs::path& file)
 std::vector<std::shared_ptr<const dson::Document>> AssetLibrary::readAll(const std::vector<fs::path>& files)
 {
     std::vector<std::shared_ptr<const dson::Document>> documents(files.size());
-    std::vector<std::string> failures(files.size());
+    base::Diagnostics failures(files.size());
     std::vector<std::size_t> missing;
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (const Entry* const entry = unchanged(files[i]))
@@ -80,14 +72,14 @@ std::vector<std::shared_ptr<const dson::Document>> AssetLibrary::readAll(const s
         try {
             documents[i] = ReadHeaders(files[i]);
         } catch (const std::exception& error) {
-            failures[i] = error.what();
+            failures[i] = base::FromSentence(base::Severity::Warning, files[i].string(), error.what());
         }
     });
     for (const std::size_t i : missing) {
         if (documents[i])
             keep(files[i], documents[i]);
         else
-            Log(failures[i]);
+            Report(failures[i]);
     }
     return documents;
 }

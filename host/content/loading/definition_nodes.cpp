@@ -14,7 +14,7 @@
 #include "figure/mesh_access.h"
 #include "library/asset_origin.h"
 #include "loading/channel_properties.h"
-#include "scene/host_log.h"
+#include "openhost/diagnostics.h"
 
 #include <fmt/format.h>
 
@@ -85,8 +85,11 @@ std::unique_ptr<DzNode> MakeNode(const dson::Node& definition)
     node->setLabel(ToQ(definition.label));
     DzRotationOrder order;
     if (!order.fromString(ToQ(definition.rotationOrder)))
-        LogWarning(ToQ(fmt::format("node {} has the unknown rotation order {}; XYZ is used", definition.id,
-                                   definition.rotationOrder)));
+        Report({base::Severity::Warning,
+                {},
+                definition.id,
+                fmt::format("the node has the unknown rotation order {}; XYZ is used",
+                            definition.rotationOrder)});
     node->setRotationOrder(order);
     node->setInheritsScale(definition.inheritsScale);
     node->setOrigin(ToVector(definition.centerPoint));

@@ -28,8 +28,8 @@
 #include "library/asset_origin.h"
 #include "library/dial_index.h"
 #include "loading/channel_properties.h"
+#include "openhost/diagnostics.h"
 #include "pending_formulas.h"
-#include "scene/host_log.h"
 
 #include <algorithm>
 #include <functional>
@@ -49,15 +49,18 @@ QString ToQ(const std::string& text)
 }
 
 /// Without the deltas of vertices that the mesh does not have: files may leave their vertex count open.
-geometry::SparseDeltas WithinMesh(geometry::SparseDeltas deltas, int vertexCount, const std::string& file)
+/// @param lost  receives what is left out
+geometry::SparseDeltas WithinMesh(geometry::SparseDeltas deltas, int vertexCount, const std::string& file,
+                                  const std::string& id, base::Diagnostics& lost)
 {
     const auto end = std::lower_bound(deltas.vertices.begin(), deltas.vertices.end(),
                                       static_cast<std::uint32_t>(vertexCount));
     const auto kept = static_cast<std::size_t>(end - deltas.vertices.begin());
     if (kept < deltas.size())
-        LogWarning(
-            ToQ(fmt::format("{}: {} deltas are of vertices that the figure does not have and are left out",
-                            file, deltas.size() - kept)));
+        lost.push_back(
+            {base::Severity::Warning, file, id,
+             fmt::format("{} deltas are of vertices that the figure does not have and are left out",
+                         deltas.size() - kept)});
     deltas.vertices.resize(kept);
     deltas.deltas.resize(kept);
     return deltas;
@@ -336,6 +339,30 @@ struct FigureAssembly::Impl {
                 formulas.add(formula, file);
     }
 
+    void setDeltas(DzMorphDeltas& deltas, const dson::Modifier& modifier, const dson::Document& file,
+                   int baseCount) const
+    {
+        if (file.hasDeltas) {
+            base::Diagnostics lost;
+            geometry::SparseDeltas kept =
+                WithinMesh(modifier.morph->deltas, baseCount, file.file.string(), modifier.id, lost);
+            Report(lost);
+            DeltasAccess::assign(deltas, std::move(kept), std::move(lost));
+        } else {
+            DeltasAccess::setLoader(deltas,
+                                    [path = file.file, id = modifier.id, baseCount](base::Diagnostics& lost) {
+                                        base::Diagnostics met;
+                                        geometry::SparseDeltas all = dson::ReadDeltas(path, id, &met);
+                                        Report(met);
+                                        return WithinMesh(std::move(all), baseCount, path.string(), id, lost);
+                                    });
+        }
+        if (!modifier.morph->hdUrl.empty())
+            DeltasAccess::setDetailLoader(
+                deltas, [cage = baseTopology(), url = modifier.morph->hdUrl,
+                         path = file.file](base::Diagnostics&) { return ReadDetail(url, path, *cage); });
+    }
+
     void addMorph(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath)
     {
         const int baseCount = baseVertexCount();
@@ -347,16 +374,7 @@ struct FigureAssembly::Impl {
         auto* const deltas = new DzMorphDeltas;
         deltas->setTargetVertexCount(baseCount);
         deltas->setUri(uri);
-        if (file.hasDeltas)
-            DeltasAccess::assign(*deltas, WithinMesh(modifier.morph->deltas, baseCount, file.file.string()));
-        else
-            DeltasAccess::setLoader(*deltas, [path = file.file, id = modifier.id, baseCount] {
-                return WithinMesh(dson::ReadDeltas(path, id), baseCount, path.string());
-            });
-        if (!modifier.morph->hdUrl.empty())
-            DeltasAccess::setDetailLoader(*deltas,
-                                          [cage = baseTopology(), url = modifier.morph->hdUrl,
-                                           path = file.file] { return ReadDetail(url, path, *cage); });
+        setDeltas(*deltas, modifier, file, baseCount);
         auto morph = std::make_unique<DzMorph>(deltas);
         morph->setName(ToQ(modifier.name));
         morph->setAssetUri(uri);
@@ -452,12 +470,14 @@ struct FigureAssembly::Impl {
         return missing;
     }
 
+    void warn(std::string what) const { Report({base::Severity::Warning, uriPath, {}, std::move(what)}); }
+
     void reportOmissions()
     {
         const auto report = [this](Omission& omission, const char* why) {
             if (omission.count > 0)
-                LogWarning(ToQ(fmt::format("{}: {} morphs {} and are left out, such as {}", uriPath,
-                                           omission.count, why, omission.example)));
+                warn(fmt::format("{} morphs {} and are left out, such as {}", omission.count, why,
+                                 omission.example));
             omission = {};
         };
         report(forOtherMeshes, "are for a mesh of another size");
@@ -495,9 +515,8 @@ void FigureAssembly::addMorphsOnDisk(AssetLibrary& library)
                  library.paths().filesBelow(folder + "Morphs", ".dsf", &duplicates))
                 files.push_back(std::move(file));
     if (!duplicates.empty())
-        LogWarning(
-            ToQ(fmt::format("{} morph files of {} are in more than one content library; the first is used",
-                            duplicates.size(), _impl->uriPath)));
+        _impl->warn(fmt::format("{} morph files are in more than one content library; the first is used",
+                                duplicates.size()));
     for (const auto& document : library.readAll(files))
         if (document)
             addModifiers(document, library.paths().relativePath(document->file));
@@ -551,11 +570,10 @@ void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
     const PendingFormulas::LeftOut leftOut = _impl->formulas.connect(resolve);
     _impl->reportOmissions();
     if (blind > 0)
-        LogWarning(ToQ(
-            fmt::format("{}: {} aliases name what is not installed and are hidden", _impl->uriPath, blind)));
+        _impl->warn(fmt::format("{} aliases name what is not installed and are hidden", blind));
     if (leftOut.missing + leftOut.notUnderstood > 0)
-        LogWarning(ToQ(fmt::format("{}: {} formulas name what is not installed and {} cannot be understood",
-                                   _impl->uriPath, leftOut.missing, leftOut.notUnderstood)));
+        _impl->warn(fmt::format("{} formulas name what is not installed and {} cannot be understood",
+                                leftOut.missing, leftOut.notUnderstood));
 }
 
 std::unique_ptr<DzNode> FigureAssembly::takeRoot()

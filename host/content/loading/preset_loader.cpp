@@ -21,8 +21,8 @@
 #include "dzscene.h"
 #include "dzskeleton.h"
 #include "loading/channel_properties.h"
+#include "openhost/diagnostics.h"
 #include "openhost/operations.h"
-#include "scene/host_log.h"
 
 #include <algorithm>
 #include <vector>
@@ -39,6 +39,11 @@ namespace {
 QString ToQ(const std::string& text)
 {
     return QString::fromStdString(text);
+}
+
+base::Diagnostic Warning(const dson::Document& preset, std::string what)
+{
+    return {base::Severity::Warning, preset.file.string(), {}, std::move(what)};
 }
 
 const dson::InfluenceMap& BestMap(const dson::Document& preset)
@@ -187,9 +192,9 @@ std::vector<PresetValue> FindValues(const dson::Document& preset, const PresetTa
         if (instance.value)
             enter(target.findDial(dson::ParseUri(instance.url).id), *instance.value, instance.url);
     if (!missing.empty() && !values.empty())
-        LogWarning(ToQ(fmt::format("{}: {} of {} values name nothing that {} has, such as {}",
-                                   preset.file.string(), missing.size(), missing.size() + values.size(),
-                                   target.node().getLabel().toStdString(), missing.front())));
+        Report(Warning(preset, fmt::format("{} of {} values name nothing that {} has, such as {}",
+                                           missing.size(), missing.size() + values.size(),
+                                           target.node().getLabel().toStdString(), missing.front())));
     return values;
 }
 
@@ -209,10 +214,9 @@ void SettleLimits(const dson::Document& preset, const std::vector<PresetValue>& 
     for (const QPointer<DzNumericProperty>& property : exceeded)
         if (property && isUnlimited)
             property->setIsClamped(false);
-    const QString outcome = isUnlimited ? QStringLiteral("limits are switched off for values beyond them")
-                                        : QStringLiteral("values beyond the limits stop at them");
-    LogWarning(ToQ(preset.file.string()) + QLatin1String(": ") + outcome + QLatin1String(": ") +
-               labels.join(QLatin1String(", ")));
+    const QString outcome = isUnlimited ? QStringLiteral("limits are switched off for values beyond them: ")
+                                        : QStringLiteral("values beyond the limits stop at them: ");
+    Report(Warning(preset, (outcome + labels.join(QLatin1String(", "))).toStdString()));
 }
 
 } // namespace
@@ -323,7 +327,7 @@ int ApplyValues(const dson::Document& preset, DzNode& node)
 {
     const PresetTarget target(FigureOf(node));
     if (const std::vector<std::string> others = LeftOutOf(preset); !others.empty())
-        LogWarning(ToQ(fmt::format("{}: left out: {}", preset.file.string(), fmt::join(others, ", "))));
+        Report(Warning(preset, fmt::format("left out: {}", fmt::join(others, ", "))));
     const std::vector<PresetValue> values = FindValues(preset, target);
     SettleLimits(preset, values);
     for (const PresetValue& value : values)

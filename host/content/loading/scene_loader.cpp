@@ -16,9 +16,9 @@
 #include "figure_assembly.h"
 #include "instance_order.h"
 #include "loading/channel_properties.h"
+#include "openhost/diagnostics.h"
 #include "openhost/operations.h"
 #include "preset_loader.h"
-#include "scene/host_log.h"
 #include "scene/load_questions.h"
 
 #include <algorithm>
@@ -65,7 +65,7 @@ public:
     {
         const InstanceOrder order(*_document);
         if (const dson::NodeInstance* const instance = order.circular())
-            logLeftOut(fmt::format("{} is below itself; its parent is left out", instance->id));
+            warnLeftOut(fmt::format("{} is below itself; its parent is left out", instance->id));
         for (const dson::NodeInstance* const instance : order.instances())
             place(*instance);
         for (const dson::ModifierInstance& instance : _document->modifierInstances)
@@ -85,6 +85,7 @@ public:
         std::vector<DzNode*> tops = enterScene();
         for (const Loaded& figure : _figures)
             fit(figure);
+        handOver();
         animate();
         return tops;
     }
@@ -103,23 +104,33 @@ private:
         DzNode* node;
     };
 
-    void log(const std::string& what) const
+    void warn(const std::string& what)
     {
-        LogWarning(QString::fromStdString(_document->file.string() + ": " + what));
+        _diagnostics.push_back({base::Severity::Warning, _document->file.string(), {}, what});
     }
 
     /// Of something that the scene will lack.
-    void logLeftOut(const std::string& what) const
+    void warnLeftOut(const std::string& what)
     {
-        log(what);
+        warn(what);
         AllowOperation("leftOut", QString::fromStdString(what));
     }
 
-    static void logLeftOut(const base::Error& error)
+    void warnLeftOut(const base::Error& error, const fs::path& file)
     {
-        const QString what = QString::fromUtf8(error.what());
-        LogWarning(what);
-        AllowOperation("leftOut", what);
+        _diagnostics.push_back(base::FromSentence(base::Severity::Warning, file.string(), error.what()));
+        AllowOperation("leftOut", QString::fromUtf8(error.what()));
+    }
+
+    /// Without any figure, what was met is why nothing could be loaded.
+    void handOver()
+    {
+        for (base::Diagnostic& diagnostic : _diagnostics) {
+            if (isEmpty())
+                diagnostic.severity = base::Severity::Error;
+            Report(diagnostic);
+        }
+        _diagnostics.clear();
     }
 
     /// Path of a URL's file as the URL spells it; this file's own for "#id".
@@ -216,7 +227,7 @@ private:
             applyInstance(instance, root, _figures.size() - 1);
             return true;
         } catch (const base::Error& error) {
-            logLeftOut(error);
+            warnLeftOut(error, _library.find(pathOf(url), _document->file));
             return false;
         }
     }
@@ -346,32 +357,33 @@ private:
             if (const std::shared_ptr<const dson::Document> file = isHere ? _document : documentOf(url))
                 assembly.addModifier(file, url.path, url.id);
         } catch (const base::Error& error) {
-            logLeftOut(error);
+            warnLeftOut(error, _library.find(url.path, _document->file));
         }
     }
 
     /// What a person should know before the figures appear.
-    void report() const
+    void report()
     {
         if (_missing.size() == 1)
-            logLeftOut(fmt::format("{} is in no content library", *_missing.begin()));
+            warnLeftOut(fmt::format("{} is in no content library", *_missing.begin()));
         else if (!_missing.empty())
-            logLeftOut(fmt::format("{} files are in no content library, such as {}", _missing.size(),
-                                   *_missing.begin()));
+            warnLeftOut(fmt::format("{} files are in no content library, such as {}", _missing.size(),
+                                    *_missing.begin()));
         if (_lostBones > 0)
-            logLeftOut(fmt::format("{} bones hang on no figure and are left out", _lostBones));
+            warnLeftOut(fmt::format("{} bones hang on no figure and are left out", _lostBones));
         if (!_document->leftOut.empty())
-            logLeftOut(fmt::format("left out: {}", fmt::join(_document->leftOut, ", ")));
-        if (!_missing.empty())
-            CurrentLoadQuestions().missingFiles(ToList(_missing));
+            warnLeftOut(fmt::format("left out: {}", fmt::join(_document->leftOut, ", ")));
         std::set<std::string> duplicates;
         for (const Loaded& figure : _figures)
             duplicates.merge(figure.assembly.duplicateOutputs());
-        if (duplicates.empty())
-            return;
-        log(fmt::format("formulas drive {} properties in the same way more than once, such as {}",
-                        duplicates.size(), *duplicates.begin()));
-        CurrentLoadQuestions().duplicateFormulas(ToList(duplicates));
+        if (!duplicates.empty())
+            warn(fmt::format("formulas drive {} properties in the same way more than once, such as {}",
+                             duplicates.size(), *duplicates.begin()));
+        handOver();
+        if (!_missing.empty())
+            CurrentLoadQuestions().missingFiles(ToList(_missing));
+        if (!duplicates.empty())
+            CurrentLoadQuestions().duplicateFormulas(ToList(duplicates));
     }
 
     std::vector<DzNode*> enterScene()
@@ -422,7 +434,7 @@ private:
         }
     }
 
-    void fit(const Loaded& figure) const
+    void fit(const Loaded& figure)
     {
         const std::string& reference = figure.instance->conformTarget;
         auto* const follower = qobject_cast<DzSkeleton*>(figure.node);
@@ -432,8 +444,8 @@ private:
         const DzNode* const node = place ? place->node : selectedNode(reference);
         DzSkeleton* const target = node ? node->getSkeleton() : nullptr;
         if (!target || IsBelow(*target, *follower))
-            logLeftOut(fmt::format("there is nothing that {} can be fitted to",
-                                   figure.node->getLabel().toStdString()));
+            warnLeftOut(fmt::format("there is nothing that {} can be fitted to",
+                                    figure.node->getLabel().toStdString()));
         else
             FitTo(*follower, *target);
     }
@@ -461,6 +473,7 @@ private:
     std::size_t _lostBones = 0;                                 ///< bones without a figure
     std::set<std::string> _missing;                             ///< paths that are in no library
     std::set<std::string> _failed;                              ///< instances that stand for nothing
+    base::Diagnostics _diagnostics;                             ///< met, and not handed over yet
 };
 
 /// Tells the scene that a load is going on, also on the way of an exception.

@@ -13,7 +13,7 @@
 #include "saving/morph_asset_filter.h"
 #include "saving/save_file_question.h"
 #include "saving/scene_asset_filters.h"
-#include "scene/host_log.h"
+#include "scene/guard.h"
 
 #include <vector>
 
@@ -141,14 +141,15 @@ DzError DzAssetIOMgr::doLoad(const QString& filename, DzScene::DzOpenMethod meth
     DzContentMgr& content = *dzApp->getContentMgr();
     if (method == DzScene::OpenNew) {
         // What cannot be read must not cost the present scene.
-        try {
+        const std::string file = filename.toStdString();
+        const bool isReadable = openhost::GuardHostCall({file}, [&file] {
             dson::ReadOptions options;
             options.deltas = false;
-            dson::ReadDocument(filename.toStdString(), options);
-        } catch (const base::Error& error) {
-            openhost::LogWarning(QString::fromStdString(error.what()));
+            dson::ReadDocument(file, options);
+            return true;
+        });
+        if (!isReadable)
             return DZ_INVALID_FILE_ERROR;
-        }
         dzScene->clear();
     }
     const Raised reading(_impl->reading);

@@ -11,13 +11,15 @@
 #include "library/asset_library.h"
 #include "loading/scene_loader.h"
 #include "openhost/operations.h"
-#include "scene/host_log.h"
+#include "scene/guard.h"
 #include "scene/load_questions.h"
 
 #include <memory>
 #include <vector>
 
 #include <QFileInfo>
+
+#include <fmt/format.h>
 
 #include "dzapp.h"
 
@@ -39,22 +41,18 @@ bool IsNative(const QString& file)
            file.endsWith(QLatin1String(".dsf"), Qt::CaseInsensitive);
 }
 
-/// Reads a file of another program.
-/// @param reason  what went wrong; nothing when the user cancelled
-bool Import(const QString& file, QString* reason)
+/// Reads a file of another program. False when the user cancelled.
+bool Import(const QString& file)
 {
-    if (!QFileInfo(file).isFile()) {
-        *reason = file + QLatin1String(": there is no such file");
-        return false;
-    }
+    const std::string name = file.toStdString();
+    if (!QFileInfo(file).isFile())
+        throw base::IoError("{}: there is no such file", name);
     const std::unique_ptr<DzImporter> importer(dzApp->getImportMgr()->findImporterForFile(file));
-    if (!importer) {
-        *reason = file + QLatin1String(": no importer reads files of this kind");
-        return false;
-    }
+    if (!importer)
+        throw base::FormatError("{}: no importer reads files of this kind", name);
     const DzError error = importer->readFile(file);
     if (error != DZ_NO_ERROR && error != DZ_USER_CANCELLED_OPERATION)
-        *reason = file + QLatin1String(": ") + getErrorMessage(error);
+        throw base::Error(fmt::format("{}: {}", name, getErrorMessage(error).toStdString()));
     return error == DZ_NO_ERROR;
 }
 
@@ -101,25 +99,19 @@ bool DzContentMgr::openFile(const QString& fullPath, bool merge)
 {
     if (!openhost::AllowOperation("openFile", fullPath))
         return false;
-    QString reason;
-    try {
-        if (IsNative(fullPath) && QFileInfo(fullPath).isFile()) {
-            const bool replace = !merge && !shouldMerge(fullPath);
-            if (replace && !openhost::AllowOperation("replaceScene", fullPath))
-                return false;
-            return openhost::LoadIntoScene(_impl->library, ToPath(fullPath), replace);
-        }
-        if (Import(fullPath, &reason))
-            return true;
-    } catch (const std::exception& error) {
-        reason = QString::fromStdString(error.what());
-    }
-    if (reason.isEmpty())
-        return false;
-    openhost::LogWarning(reason);
-    // After the exception has ended, since this may run an event loop.
-    openhost::CurrentLoadQuestions().openError(fullPath, reason);
-    return false;
+    const auto open = [&] {
+        if (!IsNative(fullPath) || !QFileInfo(fullPath).isFile())
+            return Import(fullPath);
+        const bool replace = !merge && !shouldMerge(fullPath);
+        if (replace && !openhost::AllowOperation("replaceScene", fullPath))
+            return false;
+        return openhost::LoadIntoScene(_impl->library, ToPath(fullPath), replace);
+    };
+    return openhost::GuardHostCall(
+        {fullPath.toStdString()}, open, [&fullPath](const openhost::HostFailure& failure) {
+            openhost::CurrentLoadQuestions().openError(fullPath, QString::fromStdString(failure.reason));
+            return false;
+        });
 }
 
 QString DzContentMgr::getAbsolutePath(const QString& relative, bool useImportFolders,

@@ -18,7 +18,8 @@
 #include "figure/pipeline.h"
 #include "library/content_paths.h"
 #include "morph_export.h"
-#include "scene/host_log.h"
+#include "openhost/diagnostics.h"
+#include "scene/guard.h"
 
 #include <QFileInfo>
 
@@ -58,7 +59,7 @@ bool CanNameFolder(const std::string& name)
 
 DzError Refuse(DzError error, const std::string& reason)
 {
-    openhost::LogWarning(QString::fromStdString(reason));
+    openhost::Report({base::Severity::Error, {}, {}, reason});
     return error;
 }
 
@@ -126,11 +127,12 @@ std::string DetailBytes(const Wanted& wanted)
     std::string bytes =
         dson::EncodeDhdm(detail, *wanted.node->getObject()->pipeline().base().topology, &leftOut);
     if (leftOut > 0)
-        openhost::LogWarning(
-            QStringLiteral("%1 displacements of %2 lie behind the fourth corner of a face, where "
-                           "files have no place for them, and are not saved")
-                .arg(leftOut)
-                .arg(wanted.morph->getName()));
+        openhost::Report({base::Severity::Warning,
+                          {},
+                          wanted.morph->getName().toStdString(),
+                          fmt::format("{} displacements lie behind the fourth corner of a face, where files "
+                                      "have no place for them, and are not saved",
+                                      leftOut)});
     return bytes;
 }
 
@@ -173,7 +175,7 @@ DzError DzMorphSupportAssetFilter::doSave(DzFileIOSettings* options, const QStri
 {
     if (const DzError error = CheckPlace(*options))
         return error;
-    try {
+    const auto save = [options] {
         const std::string subfolder =
             "/Morphs/" + FolderName(*options, vendorKey) + "/" + FolderName(*options, productKey) + "/";
         const std::vector<Wanted> all = CollectWanted(*options);
@@ -181,8 +183,8 @@ DzError DzMorphSupportAssetFilter::doSave(DzFileIOSettings* options, const QStri
             throw base::FormatError("no morphs to save are given");
         for (const Wanted& wanted : all)
             Save(wanted, *options, subfolder);
-        return DZ_NO_ERROR;
-    } catch (const std::exception& error) {
-        return Refuse(DZ_OPERATION_FAILED_ERROR, error.what());
-    }
+        return DzError(DZ_NO_ERROR);
+    };
+    return openhost::GuardHostCall(
+        {}, save, openhost::ErrorCodes{DZ_OPERATION_FAILED_ERROR, DZ_OPERATION_FAILED_ERROR});
 }

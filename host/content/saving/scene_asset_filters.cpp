@@ -11,7 +11,7 @@
 #include "dzscene.h"
 #include "dzskeleton.h"
 #include "saved_nodes.h"
-#include "scene/host_log.h"
+#include "scene/guard.h"
 #include "scene_export.h"
 
 #include <QFileInfo>
@@ -43,12 +43,6 @@ void MakeFolder(const std::filesystem::path& folder)
     std::filesystem::create_directories(folder, error);
     if (error)
         throw base::IoError("cannot create folder {}: {}", folder.string(), error.message());
-}
-
-DzError Failed(const QString& filename, const std::exception& error, DzError code)
-{
-    openhost::LogWarning(filename + QLatin1String(": ") + QString::fromStdString(error.what()));
-    return code;
 }
 
 dson::SceneAsset DescribeTrees(const std::vector<DzNode*>& roots)
@@ -98,7 +92,7 @@ DzError DzUserAssetFilter::doSave(DzFileIOSettings* options, const QString& file
     const QString file = openhost::WithUserExtension(filename);
     if (!options || file.isEmpty())
         return DZ_ILLEGAL_ARGUMENT_ERROR;
-    try {
+    const auto save = [&] {
         dson::SceneAsset scene = describe(*options);
         scene.info = Info(file, assetType());
         dson::WriteOptions write;
@@ -106,12 +100,9 @@ DzError DzUserAssetFilter::doSave(DzFileIOSettings* options, const QString& file
         const std::filesystem::path path = QFileInfo(file).absoluteFilePath().toStdString();
         MakeFolder(path.parent_path());
         dson::WriteScene(scene, path, write);
-        return DZ_NO_ERROR;
-    } catch (const base::IoError& error) {
-        return Failed(file, error, DZ_UNABLE_TO_OPEN_FILE_ERROR);
-    } catch (const std::exception& error) {
-        return Failed(file, error, DZ_OPERATION_FAILED_ERROR);
-    }
+        return DzError(DZ_NO_ERROR);
+    };
+    return openhost::GuardHostCall({file.toStdString()}, save, openhost::ErrorCodes());
 }
 
 QString DzSceneAssetFilter::getDescription() const

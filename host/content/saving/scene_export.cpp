@@ -22,7 +22,7 @@
 #include "library/asset_origin.h"
 #include "link_export.h"
 #include "loading/channel_properties.h"
-#include "scene/host_log.h"
+#include "openhost/diagnostics.h"
 #include "unit_export.h"
 
 #include <algorithm>
@@ -102,8 +102,10 @@ private:
     {
         const auto tell = [](std::size_t count, const char* what) {
             if (count > 0)
-                LogWarning(
-                    QString::fromStdString(fmt::format("{} {} cannot be kept in a file", count, what)));
+                Report({base::Severity::Warning,
+                        {},
+                        {},
+                        fmt::format("{} {} cannot be kept in a file", count, what)});
         };
         std::size_t formers = 0;
         for (const SceneUnit& unit : _scene.units)

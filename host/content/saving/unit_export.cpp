@@ -19,7 +19,7 @@
 #include "dzweightmap.h"
 #include "figure/deltas_access.h"
 #include "figure/mesh_access.h"
-#include "scene/host_log.h"
+#include "openhost/diagnostics.h"
 
 namespace openhost {
 
@@ -272,10 +272,10 @@ dson::Modifier DescribeDial(const UnitDial& dial, const std::string& id, const s
     modifier.morph->deltas = DeltasAccess::deltas(*dial.morph->getDeltas());
     // Its file would need a place in a content library, which a scene need not have.
     if (!DeltasAccess::detail(*dial.morph->getDeltas()).empty())
-        LogWarning(
-            QStringLiteral("the detail of %1 for subdivided meshes is not saved with the scene; save it "
-                           "as a morph asset")
-                .arg(dial.morph->getName()));
+        Report({base::Severity::Warning,
+                {},
+                dial.morph->getName().toStdString(),
+                "the detail for subdivided meshes is not saved with the scene; save it as a morph asset"});
     modifier.morph->vertexCount = ShapeOf(unit) ? ShapeOf(unit)->getFacetMesh()->getNumVertices() : -1;
     return modifier;
 }

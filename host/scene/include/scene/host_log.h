@@ -7,9 +7,8 @@
 
 namespace openhost {
 
-/// To the application's log as a plain line; nowhere while there is no application.
+/// To the application's log as a plain line; nowhere while there is no application. What somebody should know
+/// is a diagnostic instead.
 void LogNote(const QString& line);
-/// To the application's log as a warning; to stderr while there is no application.
-void LogWarning(const QString& line);
 
 } // namespace openhost

@@ -13,7 +13,7 @@
 
 namespace openhost {
 
-/// Files are read without deltas, once each until they change. Warnings go to the log once a reading.
+/// Files are read without deltas, once each until they change. What readings meet is reported once each.
 class AssetLibrary {
 public:
     explicit AssetLibrary(const ContentPaths& paths) : _paths(paths) {}
@@ -23,7 +23,7 @@ public:
     /// @throws base::IoError, base::FormatError  as dson::ReadDocument
     std::shared_ptr<const dson::Document> read(const std::filesystem::path& file);
 
-    /// Reads many files in parallel into the cache; files that cannot be read are logged and left out.
+    /// Reads many files in parallel into the cache; files that cannot be read are reported and left out.
     /// @return the documents, in the order of the files
     std::vector<std::shared_ptr<const dson::Document>>
     readAll(const std::vector<std::filesystem::path>& files);

@@ -1,0 +1,28 @@
+// Where exceptions end: the host's calls answer with results.
+// SPDX-License-Identifier: MIT
+
+#include "scene/guard.h"
+
+#include "base/errors.h"
+#include "openhost/diagnostics.h"
+
+namespace openhost {
+
+HostFailure FailureOf(const HostCall& call, const std::exception& error)
+{
+    HostFailure failure;
+    failure.reason = error.what();
+    failure.isIo = dynamic_cast<const base::IoError*>(&error) != nullptr;
+    failure.diagnostic = base::FromSentence(call.severity, call.file, failure.reason);
+    failure.diagnostic.asset = call.asset;
+    if (!call.doing.empty())
+        failure.diagnostic.what = call.doing + ": " + failure.diagnostic.what;
+    return failure;
+}
+
+void ReportFailure(const HostFailure& failure)
+{
+    Report(failure.diagnostic);
+}
+
+} // namespace openhost
