@@ -180,17 +180,73 @@ TEST_F(Pitfall, of_equal_ids_in_a_file_the_first_counts)
         << log().toStdString();
 }
 
-TEST_F(Pitfall, of_equal_names_in_different_files_the_first_counts_and_a_line_says_so)
+TEST_F(Pitfall, equal_names_in_different_files_are_told_apart_by_the_file_and_a_line_says_so)
 {
     write("data/Nord/Doll/Morphs/A/Same.dsf", ModifierFile(Morph("Same", 1, 1.0)));
     write("data/Nord/Doll/Morphs/B/Same.dsf", ModifierFile(Morph("Same", 1, 50.0)));
     write("data/Nord/Doll/Morphs/C/Same.dsf", ModifierFile(Morph("Same", 1, 70.0)));
+    const char* const modifiers = R"(, "modifiers": [
+        {"id": "s-1", "url": "/data/Nord/Doll/Morphs/B/Same.dsf#Same", "parent": "#Doll-1",
+         "channel": {"id": "value", "current_value": 1}}])";
+    ASSERT_TRUE(load("People/Same.duf", Scene(Instance(), modifiers)));
+    const DzNode* const figure = dzScene->getPrimarySelection();
+    for (const char* const name : {"Same", "Same 2", "Same 3"})
+        ASSERT_NE(FindMorph(*figure, name), nullptr) << name;
+    ExpectAt(VertexAt(*figure, 1), 5, 50, 0);
+    EXPECT_EQ(ValueIn(*figure, "Same"), 0.0); // of the first file
+    EXPECT_EQ(ValueIn(*figure, "Same 2"), 1.0);
+    DialIn(*figure, "Same 3")->setDoubleValue(1.0);
+    ExpectAt(VertexAt(*figure, 1), 5, 120, 0);
+    EXPECT_EQ(timesLogged("2 morphs have names that are taken and get others, such as "), 1);
+    EXPECT_TRUE(logged("B/Same.dsf"));
+}
+
+TEST_F(Pitfall, a_name_that_is_given_is_not_given_again)
+{
+    write("data/Nord/Doll/Morphs/A/Same.dsf", ModifierFile(Morph("Same", 1, 1.0)));
+    write("data/Nord/Doll/Morphs/B/Same.dsf", ModifierFile(Morph("Same", 1, 2.0)));
+    write("data/Nord/Doll/Morphs/C/Same 2.dsf", ModifierFile(Morph("Same 2", 1, 4.0)));
+    write("data/Nord/Doll/Morphs/D/Same.dsf", ModifierFile(Morph("Same", 1, 8.0)));
     DzFigure* const figure = openDoll();
     ASSERT_NE(figure, nullptr);
-    DialIn(*figure, "Same")->setDoubleValue(1.0);
-    ExpectAt(VertexAt(*figure, 1), 5, 1, 0);
-    EXPECT_EQ(timesLogged("2 morphs have names that are taken and are left out, such as "), 1);
-    EXPECT_TRUE(logged("B/Same.dsf"));
+    std::set<QString> names;
+    for (int i = 0; i < figure->getObject()->getNumModifiers(); ++i) {
+        DzModifier* const modifier = figure->getObject()->getModifier(i);
+        EXPECT_TRUE(names.insert(modifier->getName()).second) << modifier->getName().toStdString();
+        if (const auto* const morph = qobject_cast<DzMorph*>(modifier))
+            morph->getValueControl()->setValue(1.0f);
+    }
+    ExpectAt(VertexAt(*figure, 1), 5, 15, 0);
+}
+
+TEST_F(Pitfall, a_morph_of_a_taken_name_is_driven_by_its_own_formulas_and_no_other_s)
+{
+    const char* const drive = R"(, "formulas": [{"output": "Doll:#Same?value",
+        "operations": [{"op": "push", "url": "hand:#hand?rotation/z"}]}])";
+    write("data/Nord/Doll/Morphs/A/Same.dsf", ModifierFile(Morph("Same", 1, 1.0, drive)));
+    write("data/Nord/Doll/Morphs/B/Same.dsf", ModifierFile(Morph("Same", 1, 1.0, drive)));
+    DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    DialIn(*BoneOf(*figure, "hand"), "ZRotate")->setDoubleValue(3.0);
+    ASSERT_NE(FindMorph(*figure, "Same 2"), nullptr);
+    EXPECT_EQ(ValueIn(*figure, "Same"), 3.0);
+    EXPECT_EQ(ValueIn(*figure, "Same 2"), 3.0);
+}
+
+TEST_F(Pitfall, an_alias_does_not_take_the_name_of_what_it_stands_for)
+{
+    write("data/Nord/Doll/Morphs/A/alias_Up.dsf", ModifierFile(R"({"id": "Up", "name": "Up",
+        "parent": "/data/Nord/Doll/Doll.dsf#hand", "channel": {"id": "value", "type": "alias", "name": "Value",
+        "label": "Here", "target_channel": "Doll:/data/Nord/Doll/Morphs/Nord/Shapes/Up.dsf#Up?value"}})"));
+    writeShape("Up", Morph("Up", 1, 1.0));
+    DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    ASSERT_NE(FindMorph(*figure, "Up"), nullptr);
+    FindMorph(*figure, "Up")->getValueControl()->setValue(0.5f);
+    EXPECT_EQ(qobject_cast<DzNumericProperty*>(BoneOf(*figure, "hand")->findProperty(QStringLiteral("Up")))
+                  ->getDoubleValue(),
+              0.5);
+    EXPECT_FALSE(logged("have names that are taken")) << log().toStdString();
 }
 
 TEST_F(Pitfall, equal_ids_in_different_files_are_told_apart_by_the_file)

@@ -22,18 +22,24 @@ void DialIndex::add(const dson::Modifier& modifier, const dson::Document& file, 
     const std::string path = FoldCase(filePath);
     if (file.modifiers.size() == 1 && file.skins.empty())
         _byFile.emplace(path, &dial);
+    Names& names = modifier.channel.type == "alias" ? _aliases : _dials;
     for (const std::string& text : {modifier.id, modifier.name}) {
         _byFragment.emplace(FragmentKey(path, text), &dial);
-        _byFoldedName.emplace(FoldCase(text), &dial);
+        names.byFoldedName.emplace(FoldCase(text), &dial);
     }
-    _byName.emplace(modifier.name, &dial);
-    _byId.emplace(modifier.id, &dial);
+    names.byName.emplace(modifier.name, &dial);
+    names.byId.emplace(modifier.id, &dial);
 }
 
 DzNumericProperty* DialIndex::look(const Dials& dials, const std::string& key)
 {
     const auto found = dials.find(key);
     return found == dials.end() ? nullptr : found->second;
+}
+
+bool DialIndex::has(const std::string& filePath, const std::string& idOrName) const
+{
+    return _byFragment.count(FragmentKey(FoldCase(filePath), idOrName)) > 0;
 }
 
 DzNumericProperty* DialIndex::find(const dson::Uri& uri) const
@@ -52,10 +58,14 @@ DzNumericProperty* DialIndex::find(const std::string& nameOrId) const
 {
     if (nameOrId.empty())
         return nullptr;
-    for (const Dials* const dials : {&_byName, &_byId})
-        if (DzNumericProperty* const dial = look(*dials, nameOrId))
-            return dial;
-    return look(_byFoldedName, FoldCase(nameOrId));
+    const std::string folded = FoldCase(nameOrId);
+    for (const Names* const names : {&_dials, &_aliases})
+        for (const auto& [dials, key] :
+             {std::pair(&names->byName, &nameOrId), std::pair(&names->byId, &nameOrId),
+              std::pair(&names->byFoldedName, &folded)})
+            if (DzNumericProperty* const dial = look(*dials, *key))
+                return dial;
+    return nullptr;
 }
 
 } // namespace openhost

@@ -98,7 +98,7 @@ bool IsPreset(const std::string& path)
     return path.size() > length && FoldCase(path.substr(path.size() - length)) == ".duf";
 }
 
-/// What was left out for one reason, for one line in the log.
+/// What was left out or taken otherwise for one reason, for one diagnostic.
 struct Omission {
     std::size_t count = 0;
     std::string example;
@@ -116,6 +116,27 @@ void ShowLike(const DzNumericProperty& target, DzNumericProperty& alias)
     alias.setDoubleMinMax(target.getDoubleMin(), target.getDoubleMax());
     alias.setIsClamped(target.isClamped());
     alias.setDisplayAsPercent(target.getDisplayAsPercent());
+}
+
+/// The file's formulas with its own path in what they say of this modifier by its id or name alone.
+std::shared_ptr<const dson::Document> WithPathTo(const dson::Modifier& modifier, const dson::Document& file,
+                                                 const std::string& filePath)
+{
+    auto copy = std::make_shared<dson::Document>();
+    copy->file = file.file;
+    copy->modifiers.push_back(modifier);
+    const auto addPath = [&](std::string& text) {
+        const dson::Uri uri = dson::ParseUri(text);
+        const std::size_t mark = text.find('#');
+        if (mark != text.npos && uri.path.empty() && (uri.id == modifier.id || uri.id == modifier.name))
+            text.insert(mark, dson::EncodePath(filePath));
+    };
+    for (dson::Formula& formula : copy->modifiers.front().formulas) {
+        addPath(formula.output);
+        for (dson::Operation& operation : formula.operations)
+            addPath(operation.url);
+    }
+    return copy;
 }
 
 /// A dial of the host for a modifier's channel.
@@ -143,6 +164,7 @@ struct FigureAssembly::Impl {
     std::unordered_map<std::string, DzNode*> nodes;
     DialIndex dials;
     std::unordered_set<const dson::Modifier*> added; ///< also those that were left out
+    std::set<std::string> givenNames;                ///< in place of those that were taken
     PendingFormulas formulas;
     std::vector<PendingAlias> aliases;
     Omission forOtherMeshes, forOtherFigures, ofEqualNames;
@@ -322,21 +344,38 @@ struct FigureAssembly::Impl {
     {
         if (modifier.name.empty() || !added.insert(&modifier).second)
             return;
-        if (dials.hasName(modifier.name)) {
-            // The figure's own shapes stand for those of the figure that it shares others with.
-            if (!isOfSharedFigure(dson::ParseUri(modifier.parent)))
-                ofEqualNames.add(file->file.string());
+        const bool isAlias = modifier.channel.type == "alias";
+        // An alias often has the name of what it stands for.
+        const bool isTaken = !isAlias && hasName(modifier.name);
+        // The figure's own shapes stand for those of the figure that it shares others with; of equal ids in a
+        // file the first counts.
+        if (isTaken &&
+            (isOfSharedFigure(dson::ParseUri(modifier.parent)) || dials.has(filePath, modifier.id)))
             return;
-        }
-        if (modifier.channel.type == "alias")
-            addAlias(modifier, *file, filePath);
-        else if (modifier.morph && root->getObject())
-            addMorph(modifier, *file, filePath);
-        else
-            addControl(modifier, *file, filePath);
-        if (dials.hasName(modifier.name))
-            for (const dson::Formula& formula : modifier.formulas)
-                formulas.add(formula, file);
+        const std::string name = isTaken ? freeName(modifier.name) : modifier.name;
+        const bool isMade = isAlias ? addAlias(modifier, *file, filePath)
+                            : modifier.morph && root->getObject()
+                                ? addMorph(modifier, name, *file, filePath)
+                                : addControl(modifier, name, *file, filePath);
+        if (!isMade)
+            return;
+        if (isTaken)
+            ofEqualNames.add(file->file.string());
+        const auto owner = isTaken ? WithPathTo(modifier, *file, filePath) : file;
+        for (const dson::Formula& formula : isTaken ? owner->modifiers.front().formulas : modifier.formulas)
+            formulas.add(formula, owner);
+    }
+
+    bool hasName(const std::string& name) const { return dials.hasName(name) || givenNames.count(name) > 0; }
+
+    /// Scripts and plug-ins look dials up by name, so each has a name of its own; files tell them apart by
+    /// their paths.
+    std::string freeName(const std::string& taken)
+    {
+        int number = 2;
+        while (hasName(fmt::format("{} {}", taken, number)))
+            ++number;
+        return *givenNames.insert(fmt::format("{} {}", taken, number)).first;
     }
 
     void setDeltas(DzMorphDeltas& deltas, const dson::Modifier& modifier, const dson::Document& file,
@@ -363,12 +402,13 @@ struct FigureAssembly::Impl {
                          path = file.file](base::Diagnostics&) { return ReadDetail(url, path, *cage); });
     }
 
-    void addMorph(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath)
+    bool addMorph(const dson::Modifier& modifier, const std::string& name, const dson::Document& file,
+                  const std::string& filePath)
     {
         const int baseCount = baseVertexCount();
         if (!fitsMesh(*modifier.morph)) {
             forOtherMeshes.add(file.file.string());
-            return;
+            return false;
         }
         const DzUri uri = AssetUri(filePath, modifier.id);
         auto* const deltas = new DzMorphDeltas;
@@ -376,17 +416,18 @@ struct FigureAssembly::Impl {
         deltas->setUri(uri);
         setDeltas(*deltas, modifier, file, baseCount);
         auto morph = std::make_unique<DzMorph>(deltas);
-        morph->setName(ToQ(modifier.name));
+        morph->setName(ToQ(name));
         morph->setAssetUri(uri);
         morph->setPresentation(MakePresentation(modifier.presentationType).release());
         DzFloatProperty& dial = *morph->getValueControl();
         if (root->getObject()->addModifier(morph.get()) != DZ_NO_ERROR)
-            return;
+            return false;
         morph.release();
         ApplyDial(dial, modifier);
         if (!uri.isEmpty())
             SetAsDefined(dial);
         dials.add(modifier, file, filePath, dial);
+        return true;
     }
 
     DzNode& ownerOf(const dson::Modifier& modifier) const
@@ -395,12 +436,13 @@ struct FigureAssembly::Impl {
         return owner ? *owner : *root;
     }
 
-    void addControl(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath)
+    bool addControl(const dson::Modifier& modifier, const std::string& name, const dson::Document& file,
+                    const std::string& filePath)
     {
         DzNode& owner = ownerOf(modifier);
-        std::unique_ptr<DzNumericProperty> property = MakeProperty(modifier.name, modifier.channel);
+        std::unique_ptr<DzNumericProperty> property = MakeProperty(name, modifier.channel);
         if (!property || owner.findProperty(property->getName()))
-            return;
+            return false;
         DzNumericProperty& dial = *property;
         owner.addProperty(property.release());
         ApplyDial(dial, modifier);
@@ -409,14 +451,15 @@ struct FigureAssembly::Impl {
             SetAsDefined(dial);
         dial.setPresentation(MakePresentation(modifier.presentationType).release());
         dials.add(modifier, file, filePath, dial);
+        return true;
     }
 
-    void addAlias(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath)
+    bool addAlias(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath)
     {
         DzNode& owner = ownerOf(modifier);
         const QString name = ToQ(modifier.name);
         if (owner.findProperty(name))
-            return;
+            return false;
         auto* const property = new DzFloatProperty(name, true, true, 0.0f);
         property->setLabel(ToQ(modifier.channel.label));
         property->setHidden(!modifier.channel.visible);
@@ -426,6 +469,7 @@ struct FigureAssembly::Impl {
         SetAssetUri(*property, AssetUri(filePath, modifier.id));
         aliases.push_back({property, modifier.channel.targetChannel});
         dials.add(modifier, file, filePath, *property);
+        return true;
     }
 
     /// The dial or node channel that a URI names within this figure.
@@ -476,13 +520,12 @@ struct FigureAssembly::Impl {
     {
         const auto report = [this](Omission& omission, const char* why) {
             if (omission.count > 0)
-                warn(fmt::format("{} morphs {} and are left out, such as {}", omission.count, why,
-                                 omission.example));
+                warn(fmt::format("{} morphs {}, such as {}", omission.count, why, omission.example));
             omission = {};
         };
-        report(forOtherMeshes, "are for a mesh of another size");
-        report(forOtherFigures, "belong to other figures");
-        report(ofEqualNames, "have names that are taken");
+        report(forOtherMeshes, "are for a mesh of another size and are left out");
+        report(forOtherFigures, "belong to other figures and are left out");
+        report(ofEqualNames, "have names that are taken and get others");
     }
 };
 

@@ -13,7 +13,7 @@ class DzNumericProperty;
 
 namespace openhost {
 
-/// Of dials that answer to the same text the first one counts.
+/// Of dials that answer to the same text the first one counts, and aliases come last.
 class DialIndex {
 public:
     /// @param file      the file that defines the dial
@@ -22,7 +22,10 @@ public:
     void add(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath,
              DzNumericProperty& dial);
 
-    bool hasName(const std::string& name) const { return _byName.count(name) > 0; }
+    /// Whether a dial that is no alias has it.
+    bool hasName(const std::string& name) const { return _dials.byName.count(name) > 0; }
+    /// Whether a dial is the one that a file of this decoded path defines under the id or name.
+    bool has(const std::string& filePath, const std::string& idOrName) const;
 
     /// The dial that a URI's file and fragment name; without such a file the fragment alone counts: as a
     /// name, as an id, then as either ignoring case. Null for none.
@@ -33,8 +36,13 @@ private:
     using Dials = std::unordered_map<std::string, DzNumericProperty*>;
     static DzNumericProperty* look(const Dials& dials, const std::string& key);
 
+    struct Names {
+        Dials byName, byId, byFoldedName;
+    };
+
     Dials _byFile; ///< of files that define nothing else, by path
-    Dials _byFragment, _byName, _byId, _byFoldedName;
+    Dials _byFragment;
+    Names _dials, _aliases;
 };
 
 } // namespace openhost
