@@ -38,7 +38,7 @@ struct ConvertArguments {
     std::string source, target, jobs = DefaultJobs(), name, path = GNT_DEFAULT_MORPH_PATH;
     std::string resolution = "base", contentDirectory, vendor, product, exportObj, pictures;
     std::optional<int> subdLevel;
-    bool compress = false, keepTemporary = false, json = false;
+    bool compress = false, acceptMissing = false, keepTemporary = false, json = false;
 };
 
 void AddOptions(CLI::App& command, ConvertArguments& arguments)
@@ -102,6 +102,9 @@ void AddOptions(CLI::App& command, ConvertArguments& arguments)
     command
         .add_option("--pictures", arguments.pictures, "Also draw source and converted figure into a folder")
         ->type_name("DIR");
+    command.add_flag(
+        "--accept-missing", arguments.acceptMissing,
+        "Convert also without shapes that the source wears and whose files are missing or broken");
     command.add_flag("--keep-temp", arguments.keepTemporary,
                      "Keep the folder of temporary files, and say where it is");
     AddJsonOption(command, arguments.json);
@@ -190,6 +193,7 @@ ConversionRequest MakeRequest(const ConvertArguments& arguments)
         request.save = MakeSaveOptions(arguments);
     request.exportObj = arguments.exportObj;
     request.pictures = arguments.pictures;
+    request.acceptsMissing = arguments.acceptMissing;
     request.keepTemporary = arguments.keepTemporary;
     return request;
 }

@@ -9,11 +9,11 @@
 #include "dzapp.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
-#include "dzobject.h"
 #include "gnt_convert-figure.h"
 #include "host_session.h"
 #include "ks_daz-helpers.h"
 #include "openhost/diagnostics.h"
+#include "openhost/missing_shapes.h"
 #include "openhost/operations.h"
 #include "progress.h"
 
@@ -108,16 +108,25 @@ void WriteExtras(const ConversionRequest& request, const GntOutcome& outcome, Pr
     }
 }
 
+/// A shape that is missing is dialed too, so that it is missed.
+void TurnDial(const DzNode& source, const NameValue& dial)
+{
+    try {
+        FindDial(source, dial.name).setDoubleValue(dial.value);
+    } catch (const std::runtime_error&) {
+        if (!openhost::DialMissingShape(source, QString::fromStdString(dial.name), dial.value))
+            throw;
+    }
+}
+
 ConversionReport ConvertIn(HostSession& session, const ConversionRequest& request, Progress& progress)
 {
     ConversionReport report;
     DzNode* const source = session.open(request.source);
     for (const NameValue& dial : request.dials)
-        FindDial(*source, dial.name).setDoubleValue(dial.value);
+        TurnDial(*source, dial);
     CheckIsSource(*source, request.source);
-    if (const DzObject* const object = source->getObject())
-        object->getCachedGeom(); // reads the shapes that are dialed in
-    CheckShapesAreWhole(request.source, session.diagnostics());
+    report.diagnostics = CheckShapesAreWhole(*source, request);
     DzNode* const target = session.open(request.target);
     CheckIsTarget(*target, request.target);
     report.source = DescribeFigure(kst::daz::ResolveToFigure_X(*source));

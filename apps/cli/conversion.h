@@ -27,6 +27,7 @@ struct ConversionRequest {
     std::optional<GntSaveOptions> save;
     std::filesystem::path exportObj; ///< empty for none
     std::filesystem::path pictures;  ///< folder; empty for none
+    bool acceptsMissing = false;     ///< converts without worn shapes whose displacements cannot be had
     bool keepTemporary = false;      ///< the folder of temporary files stays, also after a failure
     bool verbose = false;
 };

@@ -4,10 +4,9 @@
 #include "conversion_checks.h"
 
 #include "command.h"
-#include "dson/reader.h"
-#include "dson/uri.h"
 #include "dznode.h"
 #include "ks_daz-helpers.h"
+#include "openhost/missing_shapes.h"
 
 #include <cerrno>
 #include <cstring>
@@ -48,18 +47,6 @@ kst::daz::BaseFigure KindOf(const DzNode& node)
     return kst::daz::GetBaseFigure(kst::daz::GetNodeAssetUri(node));
 }
 
-/// Names stand with or without percent encoding in the host's warnings.
-bool IsAbout(const std::string& warning, const std::string& url)
-{
-    const std::string encoded = url.substr(0, url.find('#'));
-    for (const std::string& path : {encoded, dson::ParseUri(url).path}) {
-        const std::size_t slash = path.rfind('/');
-        if (slash != path.npos && warning.find(path.substr(slash)) != warning.npos)
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 void CheckPlaces(const ConversionRequest& request)
@@ -94,16 +81,21 @@ void CheckIsTarget(const DzNode& node, const fs::path& file)
         throw std::runtime_error(fmt::format("{}: is no Genesis 9 figure to convert to", FileText(file)));
 }
 
-void CheckShapesAreWhole(const fs::path& file, const base::Diagnostics& warnings)
+base::Diagnostics CheckShapesAreWhole(const DzNode& source, const ConversionRequest& request)
 {
-    if (warnings.empty())
-        return;
-    dson::ReadOptions options;
-    options.deltas = false;
-    for (const dson::ModifierInstance& dialed : dson::ReadDocument(file, options).modifierInstances)
-        for (const base::Diagnostic& warning : warnings)
-            if (dialed.value.value_or(0.0) != 0.0 && IsAbout(base::ToLine(warning), dialed.url))
-                throw std::runtime_error(base::ToLine(warning));
+    const openhost::MissingShapes found = openhost::FindMissingShapes(source);
+    base::Diagnostics missing = found.shapes;
+    if (request.morphs.resolution == GntResolution::Subd)
+        missing.insert(missing.end(), found.details.begin(), found.details.end());
+    if (missing.empty() || request.acceptsMissing)
+        return missing;
+    std::string names;
+    for (const base::Diagnostic& shape : missing)
+        names +=
+            fmt::format("{}\"{}\" ({}: {})", names.empty() ? "" : ", ", shape.asset, shape.file, shape.what);
+    throw std::runtime_error(
+        fmt::format("{}: worn shapes are missing: {}; --accept-missing converts without them",
+                    FileText(request.source), names));
 }
 
 } // namespace cli

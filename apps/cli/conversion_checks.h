@@ -19,10 +19,9 @@ void CheckIsSource(const DzNode& node, const std::filesystem::path& file);
 /// @throws std::runtime_error  the figure of the file is no Genesis 9
 void CheckIsTarget(const DzNode& node, const std::filesystem::path& file);
 
-/// A shape whose file is missing or broken is left out by the host with a warning; the result would then be
-/// another character.
-/// @param warnings  the host's, after the figure's shape has been computed
-/// @throws std::runtime_error  one of them is about a shape that the file dials in
-void CheckShapesAreWhole(const std::filesystem::path& file, const base::Diagnostics& warnings);
+/// Without the displacements of a shape that it wears, the figure would become another character.
+/// @return what is missing all the same, since the request accepts it
+/// @throws std::runtime_error  anything is missing; the text names every shape and its file
+base::Diagnostics CheckShapesAreWhole(const DzNode& source, const ConversionRequest& request);
 
 } // namespace cli

@@ -13,24 +13,9 @@ namespace fs = std::filesystem;
 
 const char* const headSplit = "/People/Genesis 9/Developer Kit/G9 HeadSplit DFormer.duf";
 const char* const otherStock = "/People/Genesis 3 Male/Genesis 3 Male.duf";
-const char* const wideMorph = "/data/Daz 3D/Genesis 8/Female/Morphs/Test/Base/Wide.dsf";
 
 class ConvertFailure : public ConversionTest {
 protected:
-    /// A character whose file dials "Wide" to 1, as a saved scene would.
-    std::string writeCharacter() const
-    {
-        return workspace.write(
-            "lib/People/Hero.duf",
-            R"({"file_version": "0.6.0.0", "asset_info": {"id": "/People/Hero.duf", "type": "character"},
-            "scene": {"nodes": [{"id": "Genesis8Female", "label": "Hero",
-                    "url": "/data/Daz%203D/Genesis%208/Female/Genesis8Female.dsf#Genesis8Female",
-                    "geometries": [{"id": "g",
-                        "url": "/data/Daz%203D/Genesis%208/Female/Genesis8Female.dsf#Genesis8Female-1"}]}],
-                "modifiers": [{"id": "Wide-1", "parent": "#g",
-                    "url": "/data/Daz%203D/Genesis%208/Female/Morphs/Test/Base/Wide.dsf#Wide",
-                    "channel": {"id": "value", "current_value": 1}}]}})");
-    }
     std::string writeProp() const
     {
         fs::create_directories(library("/data/Acme/Box"));
@@ -53,14 +38,6 @@ protected:
         const unsigned char bytes[] = {0x1f, 0x8b, 8, 0, 0, 0, 0, 0, 0, 3, 0x01, 100, 0, 155, 255, '{', '"'};
         return workspace.write("cut.duf", std::string(std::begin(bytes), std::end(bytes)));
     }
-    void replaceInMorph(const std::string& what, const std::string& by) const
-    {
-        std::string text = workspace.read(std::string("lib") + wideMorph);
-        const std::size_t at = text.find(what);
-        ASSERT_NE(at, text.npos) << what;
-        workspace.write(std::string("lib") + wideMorph, text.replace(at, what.size(), by));
-    }
-
     ProgramResult convertFrom(const std::string& source, const std::vector<std::string>& more = {}) const
     {
         return RunProgram(argumentsFor(source, targetFile(), more));
@@ -121,42 +98,6 @@ TEST_F(ConvertFailure, wants_dials_that_the_source_has)
 {
     expectFailureWith(convert({"--dial", "Wid=1"}), 1, "has no dial \"Wid\"; the closest are \"Wide\"");
     expectFailureWith(convert({"--dial", "Wide"}), 2, "\"Wide\"");
-}
-
-TEST_F(ConvertFailure, takes_a_character_file_as_it_is)
-{
-    ExpectSuccess(convertFrom(writeCharacter()));
-}
-
-TEST_F(ConvertFailure, does_not_convert_a_character_without_one_of_its_shapes)
-{
-    const std::string character = writeCharacter();
-    fs::remove(library(wideMorph));
-    expectFailureWith(convertFrom(character), 1, "Wide.dsf is in no content library.");
-}
-
-TEST_F(ConvertFailure, does_not_convert_a_character_with_a_broken_shape)
-{
-    const std::string character = writeCharacter(), sound = workspace.read(std::string("lib") + wideMorph);
-    for (const std::string& text : {std::string(), std::string("hello"), sound.substr(0, sound.size() / 2),
-                                    std::string("\x1f\x8b\x08")}) {
-        SCOPED_TRACE(text.substr(0, 40));
-        workspace.write(std::string("lib") + wideMorph, text);
-        expectFailureWith(convertFrom(character), 1, "Wide.dsf");
-    }
-}
-
-TEST_F(ConvertFailure, does_not_convert_a_character_with_a_shape_for_another_mesh)
-{
-    const std::string character = writeCharacter();
-    replaceInMorph("\"vertex_count\" : 488", "\"vertex_count\" : 487");
-    expectFailureWith(convertFrom(character), 1, "Wide.dsf");
-}
-
-TEST_F(ConvertFailure, is_not_caused_by_a_broken_shape_that_nobody_wears)
-{
-    workspace.write("lib/data/Daz 3D/Genesis 8/Female/Morphs/Test/Base/Unused.dsf", "hello");
-    ExpectSuccess(convertFrom(writeCharacter()));
 }
 
 TEST_F(ConvertFailure, wants_the_stock_figures)

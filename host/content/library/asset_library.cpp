@@ -10,6 +10,8 @@
 #include "dson/uri.h"
 #include "openhost/diagnostics.h"
 
+#include <algorithm>
+
 namespace openhost {
 
 namespace {
@@ -90,6 +92,29 @@ fs::path AssetLibrary::find(const std::string& uriPath, const fs::path& referrin
     if (found.empty() && !uriPath.empty() && uriPath.front() != '/' && !dson::LeavesFolder(uriPath))
         found = FindIgnoringCase(referringFile.parent_path(), uriPath);
     return found;
+}
+
+std::optional<base::Diagnostic> AssetLibrary::whyMissing(const dson::Uri& uri, const fs::path& referringFile)
+{
+    base::Diagnostic why{base::Severity::Warning, uri.path, uri.id, "is in no content library"};
+    const fs::path file = find(uri.path, referringFile);
+    if (file.empty())
+        return why;
+    try {
+        const std::vector<dson::Modifier>& modifiers = read(file)->modifiers;
+        const bool isThere =
+            std::any_of(modifiers.begin(), modifiers.end(), [&uri](const dson::Modifier& modifier) {
+                return modifier.id == uri.id || modifier.name == uri.id;
+            });
+        // Files and what is in them get renamed one without the other.
+        if (isThere || modifiers.size() == 1)
+            return std::nullopt;
+        why.what = "is not in its file";
+    } catch (const base::Error& error) {
+        why.what = base::FromSentence(why.severity, file.string(), error.what()).what;
+    }
+    why.file = file.string();
+    return why;
 }
 
 } // namespace openhost

@@ -28,6 +28,7 @@
 #include "library/asset_origin.h"
 #include "library/dial_index.h"
 #include "loading/channel_properties.h"
+#include "lost_shapes.h"
 #include "openhost/diagnostics.h"
 #include "pending_formulas.h"
 
@@ -118,6 +119,14 @@ void ShowLike(const DzNumericProperty& target, DzNumericProperty& alias)
     alias.setDisplayAsPercent(target.getDisplayAsPercent());
 }
 
+dson::Uri UriOf(const std::string& decodedPath, const std::string& id)
+{
+    dson::Uri uri;
+    uri.path = decodedPath;
+    uri.id = id;
+    return uri;
+}
+
 /// The file's formulas with its own path in what they say of this modifier by its id or name alone.
 std::shared_ptr<const dson::Document> WithPathTo(const dson::Modifier& modifier, const dson::Document& file,
                                                  const std::string& filePath)
@@ -168,6 +177,8 @@ struct FigureAssembly::Impl {
     PendingFormulas formulas;
     std::vector<PendingAlias> aliases;
     Omission forOtherMeshes, forOtherFigures, ofEqualNames;
+    AssetLibrary* library = nullptr; ///< where its shapes were looked for
+    LostShapes lostShapes;
 
     DzNode* node(const std::string& idOrName) const
     {
@@ -408,6 +419,11 @@ struct FigureAssembly::Impl {
         const int baseCount = baseVertexCount();
         if (!fitsMesh(*modifier.morph)) {
             forOtherMeshes.add(file.file.string());
+            lostShapes.add({UriOf(filePath, modifier.id), modifier.name,
+                            base::Diagnostic{base::Severity::Warning, file.file.string(), modifier.name,
+                                             fmt::format("is for a mesh of {} vertices instead of {}",
+                                                         modifier.morph->vertexCount, baseCount)},
+                            modifier.channel});
             return false;
         }
         const DzUri uri = AssetUri(filePath, modifier.id);
@@ -516,6 +532,30 @@ struct FigureAssembly::Impl {
 
     void warn(std::string what) const { Report({base::Severity::Warning, uriPath, {}, std::move(what)}); }
 
+    /// Whether a path leads to where this figure's shapes are.
+    bool isOwn(const std::string& path) const
+    {
+        const std::string own = FolderOf(uriPath), shared = FolderOfSharedFigure(own);
+        const auto isBelow = [folded = FoldCase(path)](const std::string& folder) {
+            return !folder.empty() && folded.compare(0, folder.size(), FoldCase(folder)) == 0;
+        };
+        return isBelow(own) || isBelow(shared);
+    }
+
+    /// A formula may turn a shape that is not there.
+    void driveLost(const dson::Formula& formula, const PropertyResolver& resolveInput)
+    {
+        const dson::Uri output = dson::ParseUri(formula.output);
+        if (output.property.compare(0, 5, "value") != 0)
+            return;
+        LostShape* shape = lostShapes.find(output);
+        if (!shape && library && isOwn(output.path))
+            if (const auto why = library->whyMissing(output, definition->file))
+                shape = &lostShapes.add({output, output.id, *why});
+        if (shape)
+            shape->drive(formula, resolveInput);
+    }
+
     void reportOmissions()
     {
         const auto report = [this](Omission& omission, const char* why) {
@@ -547,6 +587,7 @@ FigureAssembly::FigureAssembly(FigureAssembly&&) noexcept = default;
 
 void FigureAssembly::addMorphsOnDisk(AssetLibrary& library)
 {
+    _impl->library = &library;
     // A figure within a scene file has no folder of its own.
     const std::string own = FolderOf(_impl->uriPath);
     if (own.empty() || IsPreset(_impl->uriPath))
@@ -610,13 +651,25 @@ void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
     const PropertyResolver resolve = [&](const std::string& uri) {
         return _impl->resolveForLink(uri, elsewhere);
     };
-    const PendingFormulas::LeftOut leftOut = _impl->formulas.connect(resolve);
+    const PendingFormulas::LeftOut leftOut = _impl->formulas.connect(
+        resolve, [&](const dson::Formula& formula) { _impl->driveLost(formula, resolve); });
     _impl->reportOmissions();
     if (blind > 0)
         _impl->warn(fmt::format("{} aliases name what is not installed and are hidden", blind));
     if (leftOut.missing + leftOut.notUnderstood > 0)
         _impl->warn(fmt::format("{} formulas name what is not installed and {} cannot be understood",
                                 leftOut.missing, leftOut.notUnderstood));
+    if (!_impl->lostShapes.empty())
+        LostShapes::Attach(*_impl->root, std::move(_impl->lostShapes));
+}
+
+void FigureAssembly::loseShape(const dson::Uri& uri, const std::optional<base::Diagnostic>& why, double value)
+{
+    LostShape* shape = _impl->lostShapes.find(uri);
+    if (!shape && why)
+        shape = &_impl->lostShapes.add({uri, uri.id, *why});
+    if (shape)
+        shape->set(value);
 }
 
 std::unique_ptr<DzNode> FigureAssembly::takeRoot()

@@ -52,8 +52,11 @@ public:
     void addNodeId(const std::string& id, DzNode& node);
     /// The properties that two and more of the formulas to be connected drive in just the same way.
     std::set<std::string> duplicateOutputs() const;
-    /// Makes the links of all formulas that were added; what they name and is not there is left out, with one
-    /// line in the log for all.
+    /// Notes that an instance dials in a shape that is not there.
+    /// @param why  nothing for what its file has and is no shape of this figure
+    void loseShape(const dson::Uri& uri, const std::optional<base::Diagnostic>& why, double value);
+    /// Makes the links of all formulas that were added; what they name and is not there is left out, and
+    /// reported once for all. The root has the lost shapes then.
     /// @param elsewhere  finds what this figure does not have
     void connectFormulas(const PropertyResolver& elsewhere);
 

@@ -68,13 +68,17 @@ std::set<std::string> PendingFormulas::duplicateOutputs() const
     return _duplicateOutputs;
 }
 
-PendingFormulas::LeftOut PendingFormulas::connect(const PropertyResolver& resolve)
+PendingFormulas::LeftOut
+PendingFormulas::connect(const PropertyResolver& resolve,
+                         const std::function<void(const dson::Formula&)>& tellHomeless)
 {
     LeftOut leftOut;
     for (const Pending& pending : _formulas) {
         const bool isFromDataFile = IsDataFile(pending.owner->file.string());
         const LinkResult result = MakeLink(*pending.formula, resolve, isFromDataFile);
         leftOut.missing += result == LinkResult::MissingProperty;
+        if (result == LinkResult::MissingProperty && !resolve(pending.formula->output))
+            tellHomeless(*pending.formula);
         leftOut.notUnderstood += result == LinkResult::NotUnderstood;
     }
     _formulas.clear();

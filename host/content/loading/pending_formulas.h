@@ -6,6 +6,7 @@
 #include "dson/reader.h"
 #include "formula_links.h"
 
+#include <functional>
 #include <memory>
 #include <set>
 #include <string>
@@ -29,7 +30,9 @@ public:
         std::size_t notUnderstood = 0;
     };
     /// Makes the links of all, in the order of adding. None waits any longer.
-    LeftOut connect(const PropertyResolver& resolve);
+    /// @param tellHomeless  called with each formula whose output is not there
+    LeftOut connect(const PropertyResolver& resolve,
+                    const std::function<void(const dson::Formula&)>& tellHomeless);
 
 private:
     struct Pending {

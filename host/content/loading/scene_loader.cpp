@@ -330,8 +330,11 @@ private:
             addShapeFile(assembly, url);
             property = assembly.findDial(url);
         }
-        if (!property)
+        if (!property) {
+            if (instance.value && !url.id.empty())
+                assembly.loseShape(url, _library.whyMissing(url, _document->file), *instance.value);
             return;
+        }
         _dials.emplace(instance.id, property);
         ApplyChange(*property, instance.change);
         if (!instance.group.empty())

@@ -4,10 +4,12 @@
 #pragma once
 
 #include "dson/reader.h"
+#include "dson/uri.h"
 #include "library/content_paths.h"
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -31,6 +33,10 @@ public:
     /// The file that a URI's path names; relative paths are also looked for beside the file that refers to
     /// them. Empty when there is none.
     std::filesystem::path find(const std::string& uriPath, const std::filesystem::path& referringFile) const;
+
+    /// Why the shape or control that a URI names cannot be had; nothing when its file has it.
+    std::optional<base::Diagnostic> whyMissing(const dson::Uri& uri,
+                                               const std::filesystem::path& referringFile);
 
 private:
     struct Entry {

@@ -1,0 +1,28 @@
+// Shapes that a figure wears without having them.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "base/diagnostic.h"
+
+class DzNode;
+class QString;
+
+namespace openhost {
+
+/// One diagnostic each, with the shape's file, the shape as its asset, and why.
+struct MissingShapes {
+    base::Diagnostics shapes;  ///< displacements could not be had, or not all of them
+    base::Diagnostics details; ///< what a shape adds to the subdivided mesh could not be had
+};
+
+/// Of the shapes that the figure wears, whatever turns their dials: those with files that are missing, cannot
+/// be read or are for another mesh. What the figure wears is read from its files for that.
+MissingShapes FindMissingShapes(const DzNode& figure);
+
+/// Sets the dial of a shape that the figure would have if its file could be had; nobody sees that dial.
+/// @param name  the shape's name or id
+/// @return false if there is no such shape
+bool DialMissingShape(const DzNode& figure, const QString& name, double value);
+
+} // namespace openhost
