@@ -85,10 +85,13 @@ QString DocumentationFolderBesideProgram()
 }
 
 DesktopWindow::DesktopWindow()
-    : _window(*dzApp->getInterface()), _files(_window), _view(_window), _panes(tr("&Window"))
+    : _window(*dzApp->getInterface()), _files(_window), _view(_window), _panes(tr("&Window")),
+      _log(new LogWindow(&_window))
 {
     for (QDockWidget* const dock : _window.findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))
         _panes.addAction(dock->toggleViewAction());
+    _panes.addSeparator();
+    _panes.addAction(tr("&Log"), _log, SLOT(bringUp()));
     connect(_window.getActionMgr(), SIGNAL(actionListChanged()), SLOT(arrangeMenus()));
     connect(&_files, SIGNAL(stateChanged()), SLOT(updateTitle()));
     connect(&_files, SIGNAL(fileUsed(QString)), &_recent, SLOT(note(QString)));
@@ -98,6 +101,11 @@ DesktopWindow::DesktopWindow()
     updateTitle();
     _window.setAcceptDrops(true);
     _window.installEventFilter(this);
+}
+
+DesktopWindow::~DesktopWindow()
+{
+    delete _log;
 }
 
 void DesktopWindow::show()

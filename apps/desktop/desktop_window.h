@@ -3,12 +3,14 @@
 
 #pragma once
 
+#include "log_window.h"
 #include "recent_files.h"
 #include "scene_files.h"
 #include "view_menu.h"
 
 #include <QMenu>
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 
 class DzMainWindow;
@@ -24,6 +26,7 @@ class DesktopWindow : public QObject {
 
 public:
     DesktopWindow();
+    ~DesktopWindow() override;
 
     /// As it was left the last time.
     void show();
@@ -60,7 +63,8 @@ private:
     RecentFilesMenu _recent;
     ViewMenu _view;
     QMenu _panes;
-    QStringList _waiting; ///< files that were dropped
+    QPointer<LogWindow> _log; ///< goes with the window if that goes first
+    QStringList _waiting;     ///< files that were dropped
     bool _isOpening = false;
     QStringList _contentFolders; ///< those that are not there too
 };
