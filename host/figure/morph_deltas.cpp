@@ -3,12 +3,12 @@
 
 #include "dzmorphdeltas.h"
 
+#include "app/guard.h"
 #include "base/errors.h"
 #include "dzvertexmesh.h"
 #include "figure/deltas_access.h"
 #include "figure/mesh_access.h"
 #include "openhost/diagnostics.h"
-#include "scene/guard.h"
 
 #include <algorithm>
 #include <cmath>

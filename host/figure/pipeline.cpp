@@ -6,6 +6,7 @@
 
 #include "figure/pipeline.h"
 
+#include "app/guard.h"
 #include "base/errors.h"
 #include "dzbone.h"
 #include "dzfacetshape.h"
@@ -17,7 +18,6 @@
 #include "figure/skin_access.h"
 #include "modifier_impl.h"
 #include "openhost/diagnostics.h"
-#include "scene/guard.h"
 #include "scene/node_transform.h"
 #include "subdivision_cache.h"
 

@@ -26,6 +26,10 @@ namespace openhost {
 class DiagnosticsHub;
 }
 
+namespace openhost {
+struct AppAccess;
+} // namespace openhost
+
 /// Owns the managers, the main window, the scene and the log. One in a process.
 class DzApp : public QApplication {
     Q_OBJECT
@@ -97,8 +101,6 @@ public:
     /// lacks it.
     /// @return false when there is none of that class
     bool removeManager(const QString& className);
-    /// Empties the scene and makes the content, asset and import managers anew.
-    void reset();
 
 signals:
     void starting();
@@ -107,8 +109,7 @@ signals:
     void styleChanged(DzStyle* style);
 
 private:
-    void createManagers();
-    void deleteManagers();
+    friend struct openhost::AppAccess;
 
     struct Impl;
     std::unique_ptr<Impl> _impl;

@@ -3,7 +3,7 @@
 
 #include "scene/load_questions.h"
 
-#include "scene/host_log.h"
+#include "app/host_log.h"
 
 namespace openhost {
 

@@ -43,7 +43,10 @@ QObjectList ToObjects(const QList<DzNode*>& nodes)
 
 } // namespace
 
-DzScene::DzScene() : _impl(new Impl) {}
+DzScene::DzScene() : _impl(new Impl)
+{
+    dzScene = this;
+}
 
 DzScene::~DzScene()
 {
@@ -51,6 +54,7 @@ DzScene::~DzScene()
     openhost::SetOperationListener(nullptr);
     clear();
     purgeRemoved();
+    dzScene = nullptr;
 }
 
 DzNodeListIterator DzScene::nodeListIterator() const

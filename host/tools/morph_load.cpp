@@ -3,6 +3,7 @@
 
 #include "morph_load.h"
 
+#include "app/guard.h"
 #include "dzapp.h"
 #include "dzcontentmgr.h"
 #include "dzerclink.h"
@@ -23,7 +24,6 @@
 #include "obj_options.h"
 #include "openhost/operations.h"
 #include "reverse_deformation.h"
-#include "scene/guard.h"
 
 #include <algorithm>
 #include <cmath>

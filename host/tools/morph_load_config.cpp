@@ -3,11 +3,11 @@
 
 #include "morph_load_config.h"
 
+#include "app/guard.h"
 #include "base/atomic_file.h"
 #include "base/errors.h"
 #include "dzfileiosettings.h"
 #include "morph_load_settings.h"
-#include "scene/guard.h"
 
 #include <QFile>
 

@@ -3,6 +3,7 @@
 
 #include "obj_exporter.h"
 
+#include "app/guard.h"
 #include "base/atomic_file.h"
 #include "base/errors.h"
 #include "dzfacetmesh.h"
@@ -16,7 +17,6 @@
 #include "obj_option_rows.h"
 #include "obj_options.h"
 #include "obj_selection.h"
-#include "scene/guard.h"
 
 #include <cmath>
 #include <deque>

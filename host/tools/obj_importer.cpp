@@ -3,6 +3,7 @@
 
 #include "obj_importer.h"
 
+#include "app/guard.h"
 #include "base/errors.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
@@ -13,7 +14,6 @@
 #include "figure/mesh_access.h"
 #include "obj_option_rows.h"
 #include "obj_options.h"
-#include "scene/guard.h"
 
 #include <cmath>
 #include <memory>

@@ -3,6 +3,7 @@
 
 #include "tools/transfer_utility.h"
 
+#include "app/guard.h"
 #include "base/errors.h"
 #include "dzcontroller.h"
 #include "dzfacetmesh.h"
@@ -17,7 +18,6 @@
 #include "figure/mesh_access.h"
 #include "figure/pipeline.h"
 #include "openhost/operations.h"
-#include "scene/guard.h"
 #include "transfer_parts.h"
 
 #include <QSet>

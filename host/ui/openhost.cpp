@@ -3,23 +3,28 @@
 
 #include "openhost/openhost.h"
 
+#include "app/app_access.h"
+#include "app/app_parts.h"
+#include "app/settings_store.h"
 #include "dzapp.h"
 #include "dzcontentmgr.h"
 #include "dzplugin.h"
 #include "dzpluginmgr.h"
 #include "dzscene.h"
-#include "scene/settings_store.h"
+#include "load_windows.h"
+#include "openhost/operations.h"
+#include "options_dialog.h"
+#include "save_file_dialog.h"
+#include "saving/save_file_question.h"
+#include "scene/load_questions.h"
+#include "scene/option_table.h"
+#include "startup.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QStandardPaths>
 
 namespace openhost {
-
-struct OpenHost::Impl {
-    Options options;
-    std::unique_ptr<DzApp> app;
-};
 
 namespace {
 
@@ -44,6 +49,21 @@ void AddContentDirectories(const QStringList& directories)
 
 } // namespace
 
+struct OpenHost::Impl {
+    Options options;
+    std::unique_ptr<DzApp> app;
+    LoadWindows windows; ///< at work with a display
+
+    AppParts& parts() { return AppAccess::Parts(*app); }
+
+    void furnish()
+    {
+        Furnish(parts());
+        AddContentDirectories(options.contentDirectories);
+        SetHdMorphSupport(options.hdMorphs);
+    }
+};
+
 OpenHost::OpenHost(int& argc, char** argv, const Options& options) : _impl(new Impl)
 {
     if (options.headless && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
@@ -55,22 +75,31 @@ OpenHost::OpenHost(int& argc, char** argv, const Options& options) : _impl(new I
                  QLatin1String("/gantrel");
     SetSettingsFolder(folder);
     _impl->app.reset(new DzApp(argc, argv, AppOptions(options, folder)));
-    AddContentDirectories(options.contentDirectories);
-    SetHdMorphSupport(options.hdMorphs);
+    if (!options.headless) {
+        SetLoadQuestions(&_impl->windows);
+        SetOptionsAsker(OptionsDialog::Ask);
+        SetSaveFileAsker(AskForSaveFile);
+    }
+    Dress(*_impl->app, _impl->parts());
+    _impl->furnish();
+    emit _impl->app->starting();
 }
 
 OpenHost::~OpenHost()
 {
     purge();
+    SetLoadQuestions(nullptr);
+    SetOptionsAsker(nullptr);
+    SetSaveFileAsker(nullptr);
     _impl->app.reset();
 }
 
 void OpenHost::reset()
 {
     purge();
-    _impl->app->reset();
-    AddContentDirectories(_impl->options.contentDirectories);
-    SetHdMorphSupport(_impl->options.hdMorphs);
+    SetOperationListener(nullptr);
+    _impl->parts().clear();
+    _impl->furnish();
 }
 
 void OpenHost::purge()

@@ -1,6 +1,7 @@
 // Rendering the scene into picture files.
 // SPDX-License-Identifier: MIT
 
+#include "app/guard.h"
 #include "base/errors.h"
 #include "dz3dviewport.h"
 #include "dzapp.h"
@@ -14,7 +15,6 @@
 #include "dzviewportmgr.h"
 #include "openhost/scene_picture.h"
 #include "scene/camera_optics.h"
-#include "scene/guard.h"
 
 #include <QPointer>
 

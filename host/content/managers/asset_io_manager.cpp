@@ -3,6 +3,7 @@
 
 #include "dzassetiomgr.h"
 
+#include "app/guard.h"
 #include "base/errors.h"
 #include "dson/reader.h"
 #include "dzapp.h"
@@ -13,7 +14,6 @@
 #include "saving/morph_asset_filter.h"
 #include "saving/save_file_question.h"
 #include "saving/scene_asset_filters.h"
-#include "scene/guard.h"
 
 #include <vector>
 

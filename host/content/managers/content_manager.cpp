@@ -3,6 +3,7 @@
 
 #include "dzcontentmgr.h"
 
+#include "app/guard.h"
 #include "base/errors.h"
 #include "dzcontentfolder.h"
 #include "dzimporter.h"
@@ -11,7 +12,6 @@
 #include "library/asset_library.h"
 #include "loading/scene_loader.h"
 #include "openhost/operations.h"
-#include "scene/guard.h"
 #include "scene/load_questions.h"
 
 #include <memory>

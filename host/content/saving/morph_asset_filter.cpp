@@ -3,6 +3,7 @@
 
 #include "saving/morph_asset_filter.h"
 
+#include "app/guard.h"
 #include "base/errors.h"
 #include "dson/dhdm.h"
 #include "dson/writer.h"
@@ -19,7 +20,6 @@
 #include "library/content_paths.h"
 #include "morph_export.h"
 #include "openhost/diagnostics.h"
-#include "scene/guard.h"
 
 #include <QFileInfo>
 

@@ -3,6 +3,7 @@
 
 #include "saving/scene_asset_filters.h"
 
+#include "app/guard.h"
 #include "base/errors.h"
 #include "dzapp.h"
 #include "dzauthor.h"
@@ -11,7 +12,6 @@
 #include "dzscene.h"
 #include "dzskeleton.h"
 #include "saved_nodes.h"
-#include "scene/guard.h"
 #include "scene_export.h"
 
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-// The log, for rooms below the application.
+// The log, for the rooms of the host.
 // SPDX-License-Identifier: MIT
 
 #pragma once

@@ -1,8 +1,9 @@
 // The user's settings on disk.
 // SPDX-License-Identifier: MIT
 
-#include "scene/settings_store.h"
+#include "app/settings_store.h"
 
+#include "app/host_log.h"
 #include "dzappsettings.h"
 #include "openhost/diagnostics.h"
 

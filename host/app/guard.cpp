@@ -1,7 +1,7 @@
 // Where exceptions end: the host's calls answer with results.
 // SPDX-License-Identifier: MIT
 
-#include "scene/guard.h"
+#include "app/guard.h"
 
 #include "base/errors.h"
 #include "openhost/diagnostics.h"

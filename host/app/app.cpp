@@ -3,30 +3,15 @@
 
 #include "dzapp.h"
 
-#include "dzaction.h"
-#include "dzactionmgr.h"
-#include "dzassetiomgr.h"
-#include "dzassetmgr.h"
-#include "dzcontentmgr.h"
-#include "dzdeleteaction.h"
-#include "dzexportmgr.h"
-#include "dzimportmgr.h"
+#include "app/app_access.h"
+#include "app/app_parts.h"
+#include "app/host_log.h"
 #include "dzmainwindow.h"
-#include "dzplugin.h"
 #include "dzpluginmgr.h"
-#include "dzrendermgr.h"
-#include "dzscene.h"
 #include "dzstyle.h"
-#include "headless_dialogs.h"
-#include "load_windows.h"
-#include "look.h"
 #include "openhost/class_registry.h"
 #include "openhost/diagnostics.h"
 #include "openhost/operations.h"
-#include "options_dialog.h"
-#include "save_file_dialog.h"
-#include "saving/save_file_question.h"
-#include "scene/host_log.h"
 
 #include <QDateTime>
 #include <QDesktopServices>
@@ -48,18 +33,7 @@ struct DzApp::Impl {
     int tempFiles = 0;
     openhost::DiagnosticsHub diagnostics;
 
-    openhost::HeadlessDialogs headlessDialogs{nullptr}; ///< at work without display
-    openhost::LoadWindows loadWindows;                  ///< at work with one
-    std::unique_ptr<DzStyle> style;
-    std::unique_ptr<DzScene> scene;
-    std::unique_ptr<DzExportMgr> exportMgr;
-    std::unique_ptr<DzImportMgr> importMgr;
-    std::unique_ptr<DzAssetMgr> assetMgr;
-    std::unique_ptr<DzPluginMgr> pluginMgr;
-    std::unique_ptr<DzRenderMgr> renderMgr;
-    std::unique_ptr<DzMainWindow> mainWindow;
-    std::unique_ptr<DzContentMgr> contentMgr;
-    std::unique_ptr<DzAssetIOMgr> assetIOMgr;
+    openhost::AppParts parts;
 };
 
 namespace {
@@ -95,131 +69,43 @@ DzApp::DzApp(int& argc, char** argv, const Options& options) : QApplication(argc
                 log(QLatin1String(LogMark(diagnostic.severity)) +
                     QString::fromStdString(base::ToLine(diagnostic)));
             });
-    if (options.headless) {
-        installEventFilter(&_impl->headlessDialogs);
-    } else {
-        openhost::SetLoadQuestions(&_impl->loadWindows);
-        openhost::SetOptionsAsker(openhost::OptionsDialog::Ask);
-        openhost::SetSaveFileAsker(openhost::AskForSaveFile);
-        openhost::ApplyLook(*this);
-    }
-    _impl->style.reset(new DzStyle);
-    const auto tellStyle = [this] { emit styleChanged(_impl->style.get()); };
+    const auto tellStyle = [this] { emit styleChanged(getStyle()); };
     connect(this, &QGuiApplication::paletteChanged, this, tellStyle);
     connect(this, &QGuiApplication::fontChanged, this, tellStyle);
-    createManagers();
-    emit starting();
 }
 
 DzApp::~DzApp()
 {
     _impl->closing = true;
-    openhost::SetLoadQuestions(nullptr);
-    openhost::SetOptionsAsker(nullptr);
-    openhost::SetSaveFileAsker(nullptr);
     emit closing();
-    deleteManagers();
-    _impl->pluginMgr.reset();
-    _impl->style.reset();
+    openhost::SetOperationListener(nullptr);
+    _impl->parts.clear();
+    _impl->parts.pluginMgr.reset();
+    _impl->parts.style.reset();
     flushLogBuffer();
     dzApp = nullptr;
 }
 
-void DzApp::createManagers()
+openhost::AppParts& openhost::AppAccess::Parts(const DzApp& app)
 {
-    dzScene = new DzScene;
-    _impl->scene.reset(dzScene);
-    _impl->exportMgr.reset(new DzExportMgr);
-    _impl->importMgr.reset(new DzImportMgr);
-    _impl->assetMgr.reset(new DzAssetMgr);
-    _impl->contentMgr.reset(new DzContentMgr);
-    _impl->assetIOMgr.reset(new DzAssetIOMgr);
-    _impl->renderMgr.reset(new DzRenderMgr);
-    _impl->mainWindow.reset(new DzMainWindow);
-    if (!_impl->pluginMgr) // loaded modules stay loaded
-        _impl->pluginMgr.reset(new DzPluginMgr);
-    DzActionMgr* const actions = _impl->mainWindow->getActionMgr();
-    actions->addAction(new DzDeleteAction);
-    for (int i = 0; i < _impl->pluginMgr->getNumPlugins(); ++i)
-        actions->addActions(*_impl->pluginMgr->getPlugin(i));
-    connect(_impl->pluginMgr.get(), &DzPluginMgr::pluginLoaded, _impl->mainWindow.get(),
-            [this](const QString& name) {
-                _impl->mainWindow->getActionMgr()->addActions(*_impl->pluginMgr->findPlugin(name));
-            });
-    connect(_impl->pluginMgr.get(), &DzPluginMgr::aboutToUnload, _impl->mainWindow.get(),
-            [this](const QString& name) {
-                _impl->mainWindow->getActionMgr()->removeActions(*_impl->pluginMgr->findPlugin(name));
-            });
+    return app._impl->parts;
 }
-
-void DzApp::deleteManagers()
-{
-    openhost::SetOperationListener(nullptr);
-    _impl->mainWindow.reset();
-    _impl->renderMgr.reset();
-    _impl->assetIOMgr.reset();
-    _impl->contentMgr.reset();
-    _impl->assetMgr.reset();
-    _impl->importMgr.reset();
-    _impl->exportMgr.reset();
-    _impl->scene.reset();
-    dzScene = nullptr;
-}
-
-void DzApp::reset()
-{
-    deleteManagers();
-    createManagers();
-}
-
-namespace {
-
-template <class T>
-bool RemoveIf(const QString& className, std::unique_ptr<T>& manager)
-{
-    if (!manager || className != QLatin1String(T::staticMetaObject.className()))
-        return false;
-    manager.reset();
-    return true;
-}
-
-template <class T>
-bool RemoveIf(const QString& className, T* manager)
-{
-    if (!manager || className != QLatin1String(T::staticMetaObject.className()))
-        return false;
-    delete manager;
-    return true;
-}
-
-template <class... Managers>
-bool RemoveOneOf(const QString& className, Managers&&... managers)
-{
-    return (RemoveIf(className, managers) || ...);
-}
-
-} // namespace
 
 bool DzApp::removeManager(const QString& className)
 {
-    const DzMainWindow* const window = _impl->mainWindow.get();
-    if (window &&
-        RemoveOneOf(className, window->getActionMgr(), window->getPaneMgr(), window->getViewportMgr()))
-        return true;
-    return RemoveOneOf(className, _impl->mainWindow, _impl->contentMgr, _impl->assetMgr, _impl->assetIOMgr,
-                       _impl->exportMgr, _impl->importMgr, _impl->renderMgr, _impl->pluginMgr);
+    return _impl->parts.remove(className);
 }
 
 DzMainWindow* DzApp::getInterface() const
 {
-    return _impl->mainWindow.get();
+    return _impl->parts.mainWindow.get();
 }
 
 QWidget* DzApp::getDialogParent() const
 {
     if (_impl->options.headless)
         return nullptr;
-    return activeModalWidget() ? activeModalWidget() : _impl->mainWindow.get();
+    return activeModalWidget() ? activeModalWidget() : _impl->parts.mainWindow.get();
 }
 
 bool DzApp::showsTerminalProgress() const
@@ -340,42 +226,42 @@ void DzApp::clearBusyCursor()
 const DzClassFactory* DzApp::findClassFactory(const QString& className) const
 {
     const DzClassFactory* const builtIn = openhost::FindBuiltInClassFactory(className);
-    if (builtIn || !_impl->pluginMgr)
+    if (builtIn || !_impl->parts.pluginMgr)
         return builtIn;
-    return _impl->pluginMgr->findClassFactory(className);
+    return _impl->parts.pluginMgr->findClassFactory(className);
 }
 
 DzContentMgr* DzApp::getContentMgr() const
 {
-    return _impl->contentMgr.get();
+    return _impl->parts.contentMgr.get();
 }
 DzAssetIOMgr* DzApp::getAssetIOMgr() const
 {
-    return _impl->assetIOMgr.get();
+    return _impl->parts.assetIOMgr.get();
 }
 DzAssetMgr* DzApp::getAssetMgr() const
 {
-    return _impl->assetMgr.get();
+    return _impl->parts.assetMgr.get();
 }
 DzExportMgr* DzApp::getExportMgr() const
 {
-    return _impl->exportMgr.get();
+    return _impl->parts.exportMgr.get();
 }
 DzImportMgr* DzApp::getImportMgr() const
 {
-    return _impl->importMgr.get();
+    return _impl->parts.importMgr.get();
 }
 DzPluginMgr* DzApp::getPluginMgr() const
 {
-    return _impl->pluginMgr.get();
+    return _impl->parts.pluginMgr.get();
 }
 DzRenderMgr* DzApp::getRenderMgr() const
 {
-    return _impl->renderMgr.get();
+    return _impl->parts.renderMgr.get();
 }
 DzStyle* DzApp::getStyle() const
 {
-    return _impl->style.get();
+    return _impl->parts.style.get();
 }
 DzAuthor DzApp::getCurrentAuthor() const
 {
