@@ -13,8 +13,8 @@
 #include "host_session.h"
 #include "ks_daz-helpers.h"
 #include "openhost/diagnostics.h"
+#include "openhost/events.h"
 #include "openhost/missing_shapes.h"
-#include "openhost/operations.h"
 #include "progress.h"
 
 #include <fmt/format.h>
@@ -25,31 +25,29 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Shows the steps of the conversion, which it tells the host, as stages of our own progress.
-class HostStepsAsStages : public openhost::OperationListener {
+/// Shows the steps of the conversion, which it tells the host, as stages of our own progress. A wish to end
+/// is followed at the next of them.
+class HostStepsAsStages {
 public:
-    explicit HostStepsAsStages(Progress& progress) : _progress(progress)
+    HostStepsAsStages(HostSession& session, Progress& progress) : _session(session)
     {
-        openhost::SetOperationListener(this);
+        _session.endAtSteps(true);
+        QObject::connect(&openhost::Events(), &openhost::HostEvents::progressTextShown, &_context,
+                         [&progress](const QString& text) { progress.begin(text.toStdString()); });
     }
-    ~HostStepsAsStages() override { openhost::SetOperationListener(nullptr); }
+    ~HostStepsAsStages() { _session.endAtSteps(false); }
     HostStepsAsStages(const HostStepsAsStages&) = delete;
     HostStepsAsStages& operator=(const HostStepsAsStages&) = delete;
 
-    bool allow(const QString& operation, const QString& detail) override
-    {
-        if (operation == QLatin1String("progress"))
-            _progress.stage(detail.toStdString());
-        return true;
-    }
-
 private:
-    Progress& _progress;
+    HostSession& _session;
+    QObject _context;
 };
 
-GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, Progress& progress)
+GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, HostSession& session,
+               Progress& progress)
 {
-    const HostStepsAsStages steps(progress);
+    const HostStepsAsStages steps(session, progress);
     try {
         return GntConverter::Convert_X(source, target, request);
     } catch (const GntBaseRangeError& error) {
@@ -131,7 +129,7 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     CheckIsTarget(*target, request.target);
     report.source = DescribeFigure(kst::daz::ResolveToFigure_X(*source));
     report.target = DescribeFigure(kst::daz::ResolveToFigure_X(*target));
-    const GntOutcome outcome = Run(*source, *target, request.morphs, progress);
+    const GntOutcome outcome = Run(*source, *target, request.morphs, session, progress);
     DescribeOutcome(outcome, report);
 
     progress.stage("Measuring the result");

@@ -8,6 +8,8 @@
 #include "dzcontentmgr.h"
 #include "dzfigure.h"
 #include "dzscene.h"
+#include "interrupt.h"
+#include "openhost/attendant.h"
 #include "openhost/diagnostics.h"
 #include "openhost/openhost.h"
 
@@ -106,6 +108,17 @@ private:
     bool _isOurs;
 };
 
+/// Nobody watches, but somebody may have pressed Ctrl+C.
+class InterruptibleAttendant : public openhost::Attendant {
+public:
+    void beforeProgress() override
+    {
+        if (endsAtSteps)
+            ThrowIfInterrupted();
+    }
+    bool endsAtSteps = false;
+};
+
 } // namespace
 
 struct HostSession::Impl {
@@ -115,6 +128,7 @@ struct HostSession::Impl {
     std::string name = "gantrel";
     std::vector<char*> arguments{&name[0], nullptr};
     int argumentCount = 1;
+    InterruptibleAttendant attendant;
     std::unique_ptr<openhost::OpenHost> host;
     std::unique_ptr<openhost::DiagnosticsCollector> diagnostics;
 };
@@ -138,6 +152,7 @@ HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool v
     options.logFilename = _impl->folder.filePath(QStringLiteral("log.txt"));
     options.echoLog = verbose;
     options.terminalProgress = false; // the subcommands have their own
+    options.attendant = &_impl->attendant;
     for (const fs::path& directory : contentDirectories)
         options.contentDirectories.append(ToQ(fs::absolute(directory)));
     _impl->host =
@@ -171,6 +186,11 @@ DzNode* HostSession::open(const fs::path& file)
 const base::Diagnostics& HostSession::diagnostics() const
 {
     return _impl->diagnostics->all();
+}
+
+void HostSession::endAtSteps(bool doesEnd)
+{
+    _impl->attendant.endsAtSteps = doesEnd;
 }
 
 fs::path HostSession::temporaryFolder() const

@@ -32,6 +32,9 @@ public:
 
     /// What the host has had to say since the session began, each once.
     const base::Diagnostics& diagnostics() const;
+    /// Whether a signal that asks to end is followed at the next text of a progress display, by
+    /// InterruptedError.
+    void endAtSteps(bool doesEnd);
     /// A folder that lasts as long as the session.
     std::filesystem::path temporaryFolder() const;
     /// The folder stays when the session ends.

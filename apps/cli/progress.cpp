@@ -54,6 +54,12 @@ void Progress::stage(const std::string& name, const std::string& text)
 {
     finish();
     ThrowIfInterrupted();
+    begin(name, text);
+}
+
+void Progress::begin(const std::string& name, const std::string& text)
+{
+    finish();
     _stage = name;
     _stageBegin = Clock::now();
     if (!_isShown)

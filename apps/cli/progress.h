@@ -25,6 +25,8 @@ public:
     /// @param text  what the terminal shows; the name where empty
     /// @throws InterruptedError  the user asked to end
     void stage(const std::string& name, const std::string& text = {});
+    /// The same from where nothing may be thrown.
+    void begin(const std::string& name, const std::string& text = {});
     /// Ends the last stage.
     void finish();
 

@@ -84,8 +84,8 @@ QString DocumentationFolderBesideProgram()
     return QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath() + QLatin1String("/documentation");
 }
 
-DesktopWindow::DesktopWindow()
-    : _window(*dzApp->getInterface()), _files(_window), _view(_window), _panes(tr("&Window")),
+DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
+    : _window(*dzApp->getInterface()), _files(_window, attendant), _view(_window), _panes(tr("&Window")),
       _log(new LogWindow(&_window))
 {
     for (QDockWidget* const dock : _window.findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))

@@ -25,7 +25,8 @@ class DesktopWindow : public QObject {
     Q_OBJECT
 
 public:
-    DesktopWindow();
+    /// @param attendant  the running host's; borrowed
+    explicit DesktopWindow(DesktopAttendant& attendant);
     ~DesktopWindow() override;
 
     /// As it was left the last time.

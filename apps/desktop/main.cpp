@@ -1,6 +1,7 @@
 // The desktop application: the host with a window, and the plug-ins that it loads.
 // SPDX-License-Identifier: MIT
 
+#include "desktop_attendant.h"
 #include "desktop_options.h"
 #include "desktop_window.h"
 #include "openhost/openhost.h"
@@ -46,13 +47,15 @@ int main(int argc, char** argv)
     }
     // Content's file names are UTF-8 whatever the locale is, and numbers in files have decimal points.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    desktop::DesktopAttendant attendant;
     openhost::OpenHost::Options hostOptions;
+    hostOptions.attendant = &attendant;
     hostOptions.headless = false;
     hostOptions.documentationPath = desktop::DocumentationFolderBesideProgram();
     hostOptions.logFilename = LogFile();
     openhost::OpenHost host(argc, argv, hostOptions);
     std::setlocale(LC_NUMERIC, "C");
-    desktop::DesktopWindow window;
+    desktop::DesktopWindow window(attendant);
     window.show();
     window.start(options);
     return host.exec();

@@ -6,32 +6,28 @@
 #include <dzapp.h>
 #include <dzcamera.h>
 #include <dzmainwindow.h>
-
-#include <QStringList>
+#include <dzscene.h>
 
 namespace desktop {
 
 namespace {
 
 /// Looking from elsewhere changes nothing that is saved.
-bool IsOfPerspectiveView(const QString& detail)
+bool IsPerspectiveView(const DzElement* element)
 {
     const DzMainWindow* const window = dzApp->getInterface();
     const DzViewportMgr* const viewports = window ? window->getViewportMgr() : nullptr;
-    const DzCamera* const camera = viewports ? viewports->getPerspectiveView() : nullptr;
-    return camera && detail.startsWith(camera->getName() + QLatin1Char('.'));
+    return viewports && element && element == viewports->getPerspectiveView();
 }
 
 } // namespace
 
-SceneChanges::SceneChanges(ChangeAnswers answers) : _answers(std::move(answers))
+SceneChanges::SceneChanges()
 {
-    openhost::SetOperationListener(this);
-}
-
-SceneChanges::~SceneChanges()
-{
-    openhost::SetOperationListener(nullptr);
+    connect(dzScene, SIGNAL(nodeAdded(DzNode*)), SLOT(handleNodes()));
+    connect(dzScene, SIGNAL(nodeRemoved(DzNode*)), SLOT(handleNodes()));
+    connect(&openhost::Events(), SIGNAL(sceneEdited(openhost::SceneEdit, DzElement*)),
+            SLOT(handleEdit(openhost::SceneEdit, DzElement*)));
 }
 
 void SceneChanges::setChanged(bool isChanged)
@@ -39,22 +35,18 @@ void SceneChanges::setChanged(bool isChanged)
     if (isChanged == _isChanged)
         return;
     _isChanged = isChanged;
-    _answers.onToggle();
+    emit toggled();
 }
 
-bool SceneChanges::allow(const QString& operation, const QString& detail)
+void SceneChanges::handleNodes()
 {
-    if (operation == QLatin1String("replaceScene"))
-        return _answers.mayReplace(detail);
-    if (operation == QLatin1String("leftOut"))
-        _answers.onLeftOut(detail);
-    static const QStringList changing{QStringLiteral("add"),     QStringLiteral("remove"),
-                                      QStringLiteral("rename"),  QStringLiteral("visible"),
-                                      QStringLiteral("morph"),   QStringLiteral("property"),
-                                      QStringLiteral("transfer")};
-    if (!_isChanged && changing.contains(operation) && !IsOfPerspectiveView(detail))
+    setChanged(true);
+}
+
+void SceneChanges::handleEdit(openhost::SceneEdit, DzElement* element)
+{
+    if (!_isChanged && !IsPerspectiveView(element))
         setChanged(true);
-    return true;
 }
 
 } // namespace desktop

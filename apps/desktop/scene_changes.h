@@ -3,34 +3,30 @@
 
 #pragma once
 
-#include "openhost/operations.h"
+#include "openhost/events.h"
 
-#include <functional>
+#include <QObject>
 
 namespace desktop {
 
-/// What is to be done about what is seen.
-struct ChangeAnswers {
-    std::function<void()> onToggle;                 ///< there are changes now, or none any more
-    std::function<bool(const QString&)> mayReplace; ///< whether the file may take the scene's place
-    std::function<void(const QString&)> onLeftOut;  ///< what of a file does not come into the scene
-};
+/// Listens to the host as long as it lives.
+class SceneChanges : public QObject {
+    Q_OBJECT
 
-/// Watches as long as it lives; one at a time.
-class SceneChanges : public openhost::OperationListener {
 public:
-    explicit SceneChanges(ChangeAnswers answers);
-    ~SceneChanges() override;
-    SceneChanges(const SceneChanges&) = delete;
-    SceneChanges& operator=(const SceneChanges&) = delete;
+    SceneChanges();
 
     bool isChanged() const { return _isChanged; }
     void setChanged(bool isChanged);
 
-    bool allow(const QString& operation, const QString& detail) override;
+signals:
+    void toggled(); ///< there are changes now, or none any more
+
+private slots:
+    void handleNodes();
+    void handleEdit(openhost::SceneEdit edit, DzElement* element);
 
 private:
-    ChangeAnswers _answers;
     bool _isChanged = false;
 };
 

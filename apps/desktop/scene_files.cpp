@@ -3,6 +3,7 @@
 
 #include "scene_files.h"
 
+#include "desktop_attendant.h"
 #include "quoted.h"
 
 #include <dzapp.h>
@@ -53,13 +54,19 @@ Overwriting AskAboutOverwriting(QWidget& window, const QString& reason)
 
 } // namespace
 
-SceneFiles::SceneFiles(QWidget& window)
-    : _window(window), _changes({[this] { emit stateChanged(); },
-                                 [this](const QString& file) { return mayReplaceScene(file); },
-                                 [this](const QString& what) { _replacing.leftOut.append(what); }})
+SceneFiles::SceneFiles(QWidget& window, DesktopAttendant& attendant) : _window(window), _attendant(attendant)
 {
+    _attendant.serve(this);
+    connect(&_changes, SIGNAL(toggled()), SIGNAL(stateChanged()));
+    connect(&openhost::Events(), SIGNAL(contentLeftOut(QString, QString)),
+            SLOT(handleLeftOut(QString, QString)));
     connect(dzScene, SIGNAL(sceneCleared()), SLOT(handleSceneCleared()));
     connect(dzScene, SIGNAL(sceneLoaded()), SLOT(handleSceneLoaded()));
+}
+
+SceneFiles::~SceneFiles()
+{
+    _attendant.serve(nullptr);
 }
 
 bool SceneFiles::newScene()
@@ -116,6 +123,11 @@ void SceneFiles::handleSceneLoaded()
     const File file = std::exchange(_replacing, File());
     if (std::exchange(_isReplaced, false))
         setFile(file);
+}
+
+void SceneFiles::handleLeftOut(const QString&, const QString& what)
+{
+    _replacing.leftOut.append(what);
 }
 
 QString SceneFiles::askForFile(const QString& title)

@@ -14,13 +14,17 @@ class QWidget;
 
 namespace desktop {
 
+class DesktopAttendant;
+
 /// The scene and the file that it is saved in. Every failure is told in a box.
 class SceneFiles : public QObject {
     Q_OBJECT
 
 public:
-    /// @param window  borrowed; boxes and dialogs stand over it
-    explicit SceneFiles(QWidget& window);
+    /// @param window     borrowed; boxes and dialogs stand over it
+    /// @param attendant  borrowed; brings the host's question whether the scene may go
+    SceneFiles(QWidget& window, DesktopAttendant& attendant);
+    ~SceneFiles() override;
 
     bool isChanged() const { return _changes.isChanged(); }
     /// Empty for a scene that was neither saved nor opened as one: figures are never written over.
@@ -37,6 +41,8 @@ public:
     /// What is no scene is added; a scene replaces the present one, after a question if that was changed, as
     /// it does when it is opened elsewhere in the program.
     bool openFile(const QString& file);
+    /// As mayLoseScene(); the file is the scene's own once it is loaded.
+    bool mayReplaceScene(const QString& file);
     /// Asks what is to become of changes that are not saved. False when the user would rather go on.
     bool mayLoseScene();
 
@@ -47,6 +53,7 @@ signals:
 private slots:
     void handleSceneCleared();
     void handleSceneLoaded();
+    void handleLeftOut(const QString& file, const QString& what);
 
 private:
     /// A scene's file as it was when it was read or written.
@@ -56,7 +63,6 @@ private:
         QStringList leftOut; ///< what of it is not in the scene
     };
 
-    bool mayReplaceScene(const QString& file);
     bool isEmpty() const;
     bool saveTo(const QString& file);
     bool write(const QString& file);
@@ -65,6 +71,7 @@ private:
     void setFile(const File& file);
 
     QWidget& _window;
+    DesktopAttendant& _attendant;
     SceneChanges _changes;
     File _file;
     QString _folder; ///< where the user was last

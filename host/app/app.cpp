@@ -11,7 +11,7 @@
 #include "dzstyle.h"
 #include "openhost/class_registry.h"
 #include "openhost/diagnostics.h"
-#include "openhost/operations.h"
+#include "openhost/events.h"
 
 #include <QDateTime>
 #include <QDesktopServices>
@@ -33,6 +33,7 @@ struct DzApp::Impl {
     int tempFiles = 0;
     openhost::DiagnosticsHub diagnostics;
 
+    openhost::HostEvents events;
     openhost::AppParts parts;
 };
 
@@ -78,7 +79,6 @@ DzApp::~DzApp()
 {
     _impl->closing = true;
     emit closing();
-    openhost::SetOperationListener(nullptr);
     _impl->parts.clear();
     _impl->parts.pluginMgr.reset();
     _impl->parts.style.reset();
@@ -91,9 +91,14 @@ openhost::AppParts& openhost::AppAccess::Parts(const DzApp& app)
     return app._impl->parts;
 }
 
-bool DzApp::removeManager(const QString& className)
+openhost::HostEvents& openhost::AppAccess::Events(const DzApp& app)
 {
-    return _impl->parts.remove(className);
+    return app._impl->events;
+}
+
+openhost::Attendant*& openhost::AppAccess::AttendantOf(const DzApp& app)
+{
+    return app._impl->options.attendant;
 }
 
 DzMainWindow* DzApp::getInterface() const

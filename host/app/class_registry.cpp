@@ -3,6 +3,8 @@
 
 #include "openhost/class_registry.h"
 
+#include "openhost/testing.h"
+
 namespace openhost {
 
 namespace {

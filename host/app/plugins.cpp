@@ -4,7 +4,6 @@
 #include "dzplugin.h"
 #include "dzpluginmgr.h"
 
-#include "app/host_log.h"
 #include "openhost/diagnostics.h"
 
 #include <QDir>

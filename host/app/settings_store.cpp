@@ -3,7 +3,6 @@
 
 #include "app/settings_store.h"
 
-#include "app/host_log.h"
 #include "dzappsettings.h"
 #include "openhost/diagnostics.h"
 

@@ -3,6 +3,7 @@
 
 #include "dzobject.h"
 
+#include "app/operations.h"
 #include "dzdformmodifier.h"
 #include "dzfacetmesh.h"
 #include "dzmorph.h"
@@ -12,7 +13,7 @@
 #include "figure/mesh_access.h"
 #include "figure/pipeline.h"
 #include "modifier_impl.h"
-#include "openhost/operations.h"
+#include "openhost/events.h"
 
 #include <QHash>
 
@@ -126,7 +127,7 @@ DzError DzObject::addModifier(DzModifier* modifier, int index)
     if (modifier->_modifier->object)
         return DZ_ILLEGAL_ARGUMENT_ERROR;
     auto* const morph = qobject_cast<DzMorph*>(modifier);
-    if (morph && openhost::IsListening() && !openhost::AllowOperation("morph", morph->getName()))
+    if (morph && openhost::IsWatched() && !openhost::Allows(openhost::Operation::AddMorph, morph->getName()))
         return DZ_OPERATION_FAILED_ERROR;
     int position = index;
     if (index < 0 || index > _impl->modifiers.size()) {
@@ -146,6 +147,8 @@ DzError DzObject::addModifier(DzModifier* modifier, int index)
     emit modifier->added();
     emit modifierAdded(modifier);
     emit modifierStackChanged();
+    if (morph)
+        emit openhost::Events().sceneEdited(openhost::SceneEdit::Morph, this);
     return DZ_NO_ERROR;
 }
 

@@ -27,6 +27,7 @@ class DiagnosticsHub;
 }
 
 namespace openhost {
+class Attendant;
 struct AppAccess;
 } // namespace openhost
 
@@ -42,6 +43,7 @@ public:
         bool headless = true;         ///< no window is shown and nothing asks
         bool echoLog = false;         ///< the log goes to stderr too
         bool terminalProgress = true; ///< headless, progress is shown on stderr if that is a terminal
+        openhost::Attendant* attendant = nullptr; ///< borrowed; null for nobody
     };
     DzApp(int& argc, char** argv, const Options& options);
     ~DzApp();
@@ -96,11 +98,6 @@ public:
     DzVersion getVersion() const;
     Q_INVOKABLE QString getOrgName() const;
     bool isClosing() const;
-
-    /// Deletes a manager, or the main window, until the next reset, to see how others fare in a host that
-    /// lacks it.
-    /// @return false when there is none of that class
-    bool removeManager(const QString& className);
 
 signals:
     void starting();

@@ -25,7 +25,7 @@ private slots:
     void handleActionListChanged();
 
 private:
-    // Guarded, since a manager may be taken away; see DzApp::removeManager.
+    // Guarded, since tests may take a manager away.
     QPointer<DzActionMgr> _actionMgr;
     QPointer<DzPaneMgr> _paneMgr;
     QPointer<DzViewportMgr> _viewportMgr;

@@ -94,6 +94,8 @@ private:
     friend class DzNode;
     void enter(DzNode* node);
     void leave(DzNode* node);
+    void expel(DzNode* node);
+    QList<DzNode*> rootNodes() const;
     void setSelected(DzNode* node, bool onOff);
     void makePrimary(DzNode* node);
 

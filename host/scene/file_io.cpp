@@ -1,6 +1,7 @@
 // Exporters, importers, savers and their managers.
 // SPDX-License-Identifier: MIT
 
+#include "app/operations.h"
 #include "dzassetiofilter.h"
 #include "dzassetmgr.h"
 #include "dzexporter.h"
@@ -10,7 +11,6 @@
 #include "dzimportmgr.h"
 #include "dznode.h"
 #include "openhost/class_registry.h"
-#include "openhost/operations.h"
 
 #include <QFileInfo>
 
@@ -65,7 +65,7 @@ DzError DzExporter::writeFile(const QString& filename, const DzFileIOSettings* o
     DzFileIOSettings agreed;
     if (!AgreeOptions(*this, options, filename, &agreed))
         return DZ_USER_CANCELLED_OPERATION;
-    if (!openhost::AllowOperation("export", filename))
+    if (!openhost::Allows(openhost::Operation::Export, filename))
         return DZ_OPERATION_FAILED_ERROR;
     return write(filename, &agreed);
 }
@@ -85,7 +85,7 @@ DzError DzImporter::readFile(const QString& filename, const DzFileIOSettings* op
         return DZ_UNABLE_TO_OPEN_FILE_ERROR; // before anybody chooses options for it
     if (!AgreeOptions(*this, options, filename, &agreed))
         return DZ_USER_CANCELLED_OPERATION;
-    if (!openhost::AllowOperation("import", filename))
+    if (!openhost::Allows(openhost::Operation::Import, filename))
         return DZ_OPERATION_FAILED_ERROR;
     for (QObject* node : std::as_const(_nodes))
         node->disconnect(this);

@@ -3,6 +3,7 @@
 
 #include "dznode.h"
 
+#include "app/operations.h"
 #include "dzboolproperty.h"
 #include "dzobject.h"
 #include "dzpresentation.h"
@@ -10,7 +11,7 @@
 #include "dzselectionmap.h"
 #include "dzskeleton.h"
 #include "node_impl.h"
-#include "openhost/operations.h"
+#include "openhost/events.h"
 
 DzNode::DzNode() : _impl(new Impl)
 {
@@ -34,10 +35,14 @@ DzNode::~DzNode()
 
 DzError DzNode::setLabel(const QString& label)
 {
-    if (openhost::IsListening() &&
-        !openhost::AllowOperation("rename", getLabel() + QLatin1String(" -> ") + label))
+    if (openhost::IsWatched() &&
+        !openhost::Allows(openhost::Operation::Rename, getLabel() + QLatin1String(" -> ") + label))
         return DZ_OPERATION_FAILED_ERROR;
-    return DzElement::setLabel(label);
+    const QString before = getLabel();
+    const DzError error = DzElement::setLabel(label);
+    if (getLabel() != before)
+        emit openhost::Events().sceneEdited(openhost::SceneEdit::Label, this);
+    return error;
 }
 
 DzObject* DzNode::getObject() const
@@ -200,8 +205,8 @@ void DzNode::select(bool onOff)
 
 void DzNode::setVisible(bool onOff)
 {
-    if (openhost::IsListening() &&
-        !openhost::AllowOperation("visible", getLabel() + QLatin1String(onOff ? "=true" : "=false")))
+    if (openhost::IsWatched() &&
+        !openhost::Allows(openhost::Operation::Show, getLabel() + QLatin1String(onOff ? "=true" : "=false")))
         return;
     _impl->visible->setBoolValue(onOff);
     _impl->visibleInSimulation->setBoolValue(onOff);

@@ -3,10 +3,11 @@
 
 #include "dznumericproperty.h"
 
+#include "app/operations.h"
 #include "dzelement.h"
 #include "dznumericcontroller.h"
 #include "openhost/diagnostics.h"
-#include "openhost/operations.h"
+#include "openhost/events.h"
 
 #include <QPointer>
 
@@ -98,8 +99,9 @@ void DzNumericProperty::setDoubleValue(double value)
 {
     if (isLocked() || !std::isfinite(value))
         return;
-    if (openhost::IsListening() &&
-        !openhost::AllowOperation("property", FullName(*this) + QLatin1Char('=') + QString::number(value)))
+    if (openhost::IsWatched() &&
+        !openhost::Allows(openhost::Operation::SetValue,
+                          FullName(*this) + QLatin1Char('=') + QString::number(value)))
         return;
     if (auto* const target = qobject_cast<DzNumericProperty*>(getAliasTarget())) {
         target->setDoubleValue(value);
@@ -115,7 +117,10 @@ void DzNumericProperty::setDoubleValue(double value)
                 raw = controller->applyInverse(raw, DzTime(0), false);
         }
     }
+    const double before = _impl->raw;
     setDoubleRawValue(raw);
+    if (_impl->raw != before)
+        emit openhost::Events().sceneEdited(openhost::SceneEdit::Value, getOwner());
 }
 
 double DzNumericProperty::getDoubleMin() const

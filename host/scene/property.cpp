@@ -3,12 +3,13 @@
 
 #include "dzproperty.h"
 
+#include "app/operations.h"
 #include "dzcontroller.h"
 #include "dzelement.h"
 #include "dzpresentation.h"
 #include "dzpropertygrouptree.h"
 #include "dzstringproperty.h"
-#include "openhost/operations.h"
+#include "openhost/events.h"
 
 struct DzProperty::Impl {
     DzElement* owner = nullptr;
@@ -365,12 +366,13 @@ QString DzStringProperty::getValue() const
 
 bool DzStringProperty::setValue(const QString& value)
 {
-    if (isLocked() || !openhost::AllowOperation("property", getName()))
+    if (isLocked() || !openhost::Allows(openhost::Operation::SetValue, getName()))
         return false;
     if (value == _value)
         return true;
     _value = value;
     announceChange();
+    emit openhost::Events().sceneEdited(openhost::SceneEdit::Value, getOwner());
     return true;
 }
 

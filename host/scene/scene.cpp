@@ -3,9 +3,9 @@
 
 #include "dzscene.h"
 
+#include "app/operations.h"
 #include "dzskeleton.h"
 #include "node_impl.h"
-#include "openhost/operations.h"
 
 #include <QPointer>
 #include <QRegularExpression>
@@ -50,9 +50,9 @@ DzScene::DzScene() : _impl(new Impl)
 
 DzScene::~DzScene()
 {
-    // Nobody may keep the nodes alive now.
-    openhost::SetOperationListener(nullptr);
-    clear();
+    selectAllNodes(false);
+    for (DzNode* const root : rootNodes())
+        expel(root); // unasked: nobody may keep a node alive now
     purgeRemoved();
     dzScene = nullptr;
 }
@@ -122,7 +122,7 @@ void DzScene::setSelected(DzNode* node, bool onOff)
 {
     if (node->_impl->selected == onOff)
         return;
-    if (onOff && openhost::IsListening() && !openhost::AllowOperation("select", node->getLabel()))
+    if (onOff && openhost::IsWatched() && !openhost::Allows(openhost::Operation::Select, node->getLabel()))
         return;
     node->_impl->selected = onOff;
     if (onOff)
@@ -213,7 +213,7 @@ bool DzScene::addNode(DzNode* node)
 {
     if (!node || node->isInScene() || node->getNodeParent())
         return false;
-    if (openhost::IsListening() && !openhost::AllowOperation("add", node->getLabel()))
+    if (openhost::IsWatched() && !openhost::Allows(openhost::Operation::Add, node->getLabel()))
         return false;
     const QString label = getUniqueTopLevelLabel(node->getLabel());
     if (label != node->getLabel())
@@ -251,8 +251,14 @@ bool DzScene::removeNode(DzNode* node)
 {
     if (findNodeIndex(node) < 0)
         return false;
-    if (openhost::IsListening() && !openhost::AllowOperation("remove", node->getLabel()))
+    if (openhost::IsWatched() && !openhost::Allows(openhost::Operation::Remove, node->getLabel()))
         return false;
+    expel(node);
+    return true;
+}
+
+void DzScene::expel(DzNode* node)
+{
     QList<DzNode*> leaving{node};
     for (QObject* below : node->getNodeChildren(true))
         leaving.append(static_cast<DzNode*>(below));
@@ -272,7 +278,6 @@ bool DzScene::removeNode(DzNode* node)
     removed.erase(std::remove(removed.begin(), removed.end(), nullptr), removed.end());
     removed.push_back(node);
     node->deleteLater();
-    return true;
 }
 
 void DzScene::removeSelected()
@@ -294,14 +299,19 @@ void DzScene::purgeRemoved()
 void DzScene::clear()
 {
     selectAllNodes(false);
+    for (DzNode* const root : rootNodes())
+        removeNode(root);
+    emit sceneCleared();
+}
+
+QList<DzNode*> DzScene::rootNodes() const
+{
     QList<DzNode*> roots;
     for (DzNode* node : std::as_const(_impl->nodes)) {
         if (node->isRootNode())
             roots.append(node);
     }
-    for (DzNode* node : std::as_const(roots))
-        removeNode(node);
-    emit sceneCleared();
+    return roots;
 }
 
 namespace {

@@ -4,6 +4,8 @@
 #include "morph_load.h"
 
 #include "app/guard.h"
+#include "app/operations.h"
+#include "base/errors.h"
 #include "dzapp.h"
 #include "dzcontentmgr.h"
 #include "dzerclink.h"
@@ -22,7 +24,6 @@
 #include "geometry/obj.h"
 #include "morph_split.h"
 #include "obj_options.h"
-#include "openhost/operations.h"
 #include "reverse_deformation.h"
 
 #include <algorithm>
@@ -269,7 +270,7 @@ void CheckLoad(const MorphLoadSettings& settings, const DzNode* node, std::size_
                                       ToStd(node->getLabel()), vertexCount);
     if (!settings.attenuateMapPath.isEmpty() && !FindAttenuationMap(*node, settings.attenuateMapPath))
         throw base::Error("there is no weight map at " + ToStd(settings.attenuateMapPath));
-    if (!AllowOperation("createMorph", EffectiveMorphName(settings)))
+    if (!Allows(Operation::CreateMorph, EffectiveMorphName(settings)))
         throw base::Error("the morph was refused");
 }
 

@@ -3,6 +3,7 @@
 
 #include "obj_exporter.h"
 
+#include "app/current_attendant.h"
 #include "app/guard.h"
 #include "base/atomic_file.h"
 #include "base/errors.h"
@@ -115,8 +116,8 @@ void DzObjExporter::getDefaultOptions(DzFileIOSettings* options) const
 bool DzObjExporter::getOptions(DzFileIOSettings* options, bool useInterface, const QString& filename)
 {
     return DzExporter::getOptions(options, useInterface, filename) &&
-           (!useInterface ||
-            openhost::AskOptions(QStringLiteral("OBJ Export Options"), openhost::ObjExportRows(), *options));
+           (!useInterface || openhost::CurrentAttendant().chooseFileOptions(
+                                 QStringLiteral("OBJ Export Options"), openhost::ObjExportRows(), *options));
 }
 
 DzError DzObjExporter::write(const QString& filename, const DzFileIOSettings* options)

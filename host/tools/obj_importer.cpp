@@ -3,6 +3,7 @@
 
 #include "obj_importer.h"
 
+#include "app/current_attendant.h"
 #include "app/guard.h"
 #include "base/errors.h"
 #include "dzfacetmesh.h"
@@ -74,8 +75,8 @@ void DzObjImporter::getDefaultOptions(DzFileIOSettings* options) const
 bool DzObjImporter::getOptions(DzFileIOSettings* options, bool useInterface, const QString& filename)
 {
     return DzImporter::getOptions(options, useInterface, filename) &&
-           (!useInterface ||
-            openhost::AskOptions(QStringLiteral("OBJ Import Options"), openhost::ObjImportRows(), *options));
+           (!useInterface || openhost::CurrentAttendant().chooseFileOptions(
+                                 QStringLiteral("OBJ Import Options"), openhost::ObjImportRows(), *options));
 }
 
 QString DzObjImporter::getExtension(int) const

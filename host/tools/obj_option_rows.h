@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "scene/option_table.h"
+#include "openhost/attendant.h"
 
 namespace openhost {
 

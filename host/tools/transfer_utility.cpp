@@ -4,6 +4,7 @@
 #include "tools/transfer_utility.h"
 
 #include "app/guard.h"
+#include "app/operations.h"
 #include "base/errors.h"
 #include "dzcontroller.h"
 #include "dzfacetmesh.h"
@@ -17,7 +18,7 @@
 #include "figure/fitting.h"
 #include "figure/mesh_access.h"
 #include "figure/pipeline.h"
-#include "openhost/operations.h"
+#include "openhost/events.h"
 #include "transfer_parts.h"
 
 #include <QSet>
@@ -182,7 +183,8 @@ bool DzTransferUtility::doTransfer()
 {
     DzNode* const source = getSource();
     DzNode* const target = getTarget();
-    if (!source || !target || source == target || !openhost::AllowOperation("transfer", target->getLabel()))
+    if (!source || !target || source == target ||
+        !openhost::Allows(openhost::Operation::Transfer, target->getLabel()))
         return false;
     return openhost::GuardHostCall({{}, target->getLabel().toStdString()}, [&] {
         openhost::RequireInvertiblePlace(*target);
@@ -213,6 +215,7 @@ bool DzTransferUtility::doTransfer()
             dzScene->removeNode(source);
         dzScene->selectAllNodes(false);
         dzScene->setPrimarySelection(&figure);
+        emit openhost::Events().sceneEdited(openhost::SceneEdit::Transfer, &figure);
         return true;
     });
 }

@@ -11,7 +11,6 @@
 #include "dzviewportmgr.h"
 #include "main_panes.h"
 #include "menus.h"
-#include "openhost/operations.h"
 
 #include <memory>
 

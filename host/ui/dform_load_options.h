@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "scene/load_questions.h"
+#include "openhost/attendant.h"
 
 #include <QDialog>
 

@@ -11,13 +11,8 @@
 #include "dzplugin.h"
 #include "dzpluginmgr.h"
 #include "dzscene.h"
-#include "load_windows.h"
-#include "openhost/operations.h"
-#include "options_dialog.h"
-#include "save_file_dialog.h"
-#include "saving/save_file_question.h"
-#include "scene/load_questions.h"
-#include "scene/option_table.h"
+#include "openhost/testing.h"
+#include "openhost/window_attendant.h"
 #include "startup.h"
 
 #include <QCoreApplication>
@@ -38,6 +33,7 @@ DzApp::Options AppOptions(const OpenHost::Options& options, const QString& setti
     result.headless = options.headless;
     result.echoLog = options.echoLog;
     result.terminalProgress = options.terminalProgress;
+    result.attendant = options.attendant;
     return result;
 }
 
@@ -51,8 +47,8 @@ void AddContentDirectories(const QStringList& directories)
 
 struct OpenHost::Impl {
     Options options;
+    WindowAttendant windows; ///< at work with a display
     std::unique_ptr<DzApp> app;
-    LoadWindows windows; ///< at work with a display
 
     AppParts& parts() { return AppAccess::Parts(*app); }
 
@@ -69,17 +65,14 @@ OpenHost::OpenHost(int& argc, char** argv, const Options& options) : _impl(new I
     if (options.headless && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     _impl->options = options;
+    if (!options.attendant && !options.headless)
+        _impl->options.attendant = &_impl->windows;
     QString folder = options.settingsFolder;
     if (folder.isEmpty())
         folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                  QLatin1String("/gantrel");
     SetSettingsFolder(folder);
-    _impl->app.reset(new DzApp(argc, argv, AppOptions(options, folder)));
-    if (!options.headless) {
-        SetLoadQuestions(&_impl->windows);
-        SetOptionsAsker(OptionsDialog::Ask);
-        SetSaveFileAsker(AskForSaveFile);
-    }
+    _impl->app.reset(new DzApp(argc, argv, AppOptions(_impl->options, folder)));
     Dress(*_impl->app, _impl->parts());
     _impl->furnish();
     emit _impl->app->starting();
@@ -88,16 +81,12 @@ OpenHost::OpenHost(int& argc, char** argv, const Options& options) : _impl(new I
 OpenHost::~OpenHost()
 {
     purge();
-    SetLoadQuestions(nullptr);
-    SetOptionsAsker(nullptr);
-    SetSaveFileAsker(nullptr);
     _impl->app.reset();
 }
 
 void OpenHost::reset()
 {
     purge();
-    SetOperationListener(nullptr);
     _impl->parts().clear();
     _impl->furnish();
 }

@@ -3,7 +3,6 @@
 
 #include "options_dialog.h"
 
-#include "dzapp.h"
 #include "dzfileiosettings.h"
 
 #include <QCheckBox>
@@ -126,15 +125,6 @@ void OptionsDialog::store(DzFileIOSettings& options) const
 {
     for (std::size_t i = 0; i < _rows.size(); ++i)
         StoreEditor(_rows[i], *_editors[i], options);
-}
-
-bool OptionsDialog::Ask(const QString& title, const std::vector<OptionRow>& rows, DzFileIOSettings& options)
-{
-    OptionsDialog dialog(title, rows, options, dzApp->getDialogParent());
-    if (dialog.exec() != QDialog::Accepted)
-        return false;
-    dialog.store(options);
-    return true;
 }
 
 } // namespace openhost

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "scene/option_table.h"
+#include "openhost/attendant.h"
 
 #include <QDialog>
 
@@ -21,9 +21,6 @@ public:
 
     /// Writes what the widgets show into the option set.
     void store(DzFileIOSettings& options) const;
-
-    /// An OptionsAsker over the application's dialog parent.
-    static bool Ask(const QString& title, const std::vector<OptionRow>& rows, DzFileIOSettings& options);
 
 private:
     const std::vector<OptionRow>& _rows;

@@ -3,8 +3,9 @@
 
 #include "dzprogress.h"
 
+#include "app/current_attendant.h"
 #include "dzapp.h"
-#include "openhost/operations.h"
+#include "openhost/events.h"
 #include "progress_window.h"
 
 #include <QElapsedTimer>
@@ -73,12 +74,6 @@ void CancelAll()
         progress->cancel();
 }
 
-/// Tells the listener; progress is told and cannot be refused.
-void Announce(const QString& info)
-{
-    openhost::AllowOperation("progress", info);
-}
-
 } // namespace
 
 /// Only work that can be cancelled takes input meanwhile, and only in its own, modal window: nothing else is
@@ -111,13 +106,15 @@ void DzProgress::show()
 DzProgress::DzProgress(const QString& info, int totalSteps, bool isCancellable, bool showTimeElapsed)
     : _impl(new Impl)
 {
+    // Before this is among the others, where an exception would leave it.
+    openhost::CurrentAttendant().beforeProgress();
     _impl->info = info;
     _impl->total = std::max(0, totalSteps);
     _impl->cancellable = isCancellable;
     _impl->showTime = showTimeElapsed;
     _impl->timer.start();
     Stack().push_back(this);
-    Announce(info);
+    emit openhost::Events().progressTextShown(info);
     show();
 }
 
@@ -140,8 +137,9 @@ void DzProgress::update(int position)
 
 void DzProgress::setInfo(const QString& info)
 {
+    openhost::CurrentAttendant().beforeProgress();
     _impl->info = info;
-    Announce(info);
+    emit openhost::Events().progressTextShown(info);
     if (_impl->enabled)
         show();
 }

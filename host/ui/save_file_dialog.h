@@ -7,7 +7,8 @@
 
 namespace openhost {
 
-/// A SaveFileAsker over the application's dialog parent.
+/// Over the application's dialog parent.
+/// @return empty when it was cancelled
 QString AskForSaveFile(const QString& title, const QString& startingDir);
 
 } // namespace openhost

@@ -146,7 +146,7 @@ TEST_F(DesktopFilesTest, tells_when_the_scene_cannot_be_saved)
     start();
     change();
     Recorder refusing;
-    refusing.refused = QStringLiteral("saveAsset");
+    refusing.refused = openhost::Operation::SaveAsset;
     QString told;
     // The box comes when the dialog is done.
     ModalAnswer dialog(TypeFile(file("One.duf")));

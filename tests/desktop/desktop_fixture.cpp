@@ -25,7 +25,7 @@ void DesktopTest::SetUp()
     for (const char* const key : {"content_folders", "recent_files", "window_geometry", "window_docks"})
         settings.removeValue(QLatin1String(key));
     AddMiniLibrary();
-    desktop.reset(new desktop::DesktopWindow);
+    desktop.reset(new desktop::DesktopWindow(attendant));
 }
 
 void DesktopTest::TearDown()

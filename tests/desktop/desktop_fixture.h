@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "apps/desktop/desktop_attendant.h"
 #include "apps/desktop/desktop_options.h"
 #include "apps/desktop/desktop_window.h"
 #include "tests/host/host_fixture.h"
@@ -41,6 +42,8 @@ protected:
     static void click(const DzNode& node, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     static QString pathOf(const char* relative); ///< in the small library
 
+    desktop::DesktopAttendant attendant;
+    openhost::AttendantOverride answering{attendant};
     std::unique_ptr<desktop::DesktopWindow> desktop;
 };
 

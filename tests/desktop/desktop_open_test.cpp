@@ -116,8 +116,9 @@ TEST_F(DesktopOpen, keeps_the_last_eight_until_the_next_start)
     EXPECT_EQ(texts.size(), 8);
     EXPECT_EQ(texts.first().toStdString(), "&1 9.duf");
     EXPECT_EQ(texts.last().toStdString(), "&8 2.duf");
+    desktop.reset();
     TestHost().reset();
-    desktop.reset(new desktop::DesktopWindow);
+    desktop.reset(new desktop::DesktopWindow(attendant));
     EXPECT_EQ(recentTexts(), texts);
 }
 

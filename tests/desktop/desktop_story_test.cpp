@@ -186,7 +186,7 @@ TEST_F(DesktopStory, from_two_figures_to_a_saved_morph_that_another_run_finds)
     desktop.reset();
     TestHost().reset();
     AddMiniLibrary();
-    desktop.reset(new desktop::DesktopWindow);
+    desktop.reset(new desktop::DesktopWindow(attendant));
     start(withLibrary());
     DzFigure& fresh = openFigure(targetFile);
     DzMorph* const found = morphOf(fresh, "Vera_Shape");

@@ -163,8 +163,9 @@ TEST_F(DesktopWindowTest, opens_as_it_was_left)
     window().resize(1100, 700);
     const QSize size = window().size();
     EXPECT_TRUE(window().close());
+    desktop.reset();
     TestHost().reset();
-    desktop.reset(new desktop::DesktopWindow);
+    desktop.reset(new desktop::DesktopWindow(attendant));
     desktop->show();
     EXPECT_EQ(window().size(), size);
     EXPECT_FALSE(pane("DzHierarchyPane").isVisible());
@@ -175,8 +176,8 @@ TEST_F(DesktopWindowTest, looks_well)
 {
     for (const bool isLarge : {false, true}) {
         const auto large = isLarge ? std::make_unique<LargeFont>() : nullptr;
-        TestHost().reset();
         desktop.reset();
+        TestHost().reset();
         SetUp();
         start();
         DzFigure& figure = openFigure(sourceFile);

@@ -5,9 +5,8 @@
 #include "dzassetiomgr.h"
 #include "dzfileiosettings.h"
 #include "dzfloatproperty.h"
+#include "openhost/attendant.h"
 #include "openhost/class_registry.h"
-#include "saving/save_file_question.h"
-#include "scene/option_table.h"
 #include "tests/host/save_fixture.h"
 
 #include <memory>
@@ -16,17 +15,37 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// Answers as it is told, and keeps the questions.
+class Answers : public openhost::Attendant {
+public:
+    std::optional<QString> chooseFileToSave(const QString& asked, const QString& startingDir) override
+    {
+        title = asked;
+        folder = startingDir;
+        return file;
+    }
+    bool chooseFileOptions(const QString& asked, const std::vector<openhost::OptionRow>& offered,
+                           DzFileIOSettings& options) override
+    {
+        title = asked;
+        rows = offered;
+        options.setBoolValue(QLatin1String("CompressOutput"), false);
+        return isAccepted;
+    }
+    QString title, folder, file;
+    std::vector<openhost::OptionRow> rows;
+    bool isAccepted = false;
+
+private:
+    openhost::AttendantOverride _answering{*this};
+};
+
 class SaveManager : public SaveTest {
 protected:
     void SetUp() override
     {
         SaveTest::SetUp();
         openMini();
-    }
-    void TearDown() override
-    {
-        openhost::SetSaveFileAsker(nullptr);
-        openhost::SetOptionsAsker(nullptr);
     }
     static DzAssetIOMgr& manager() { return *dzApp->getAssetIOMgr(); }
     static DzAssetIOFilter* filter(const char* name)
@@ -41,27 +60,6 @@ protected:
 
     DzFileIOSettings _options;
 };
-
-QString g_title, g_folder, g_answer;
-
-QString Answer(const QString& title, const QString& folder)
-{
-    g_title = title;
-    g_folder = folder;
-    return g_answer;
-}
-
-std::vector<openhost::OptionRow> g_rows;
-bool g_isAccepted = false;
-
-bool AnswerOptions(const QString& title, const std::vector<openhost::OptionRow>& rows,
-                   DzFileIOSettings& options)
-{
-    g_title = title;
-    g_rows = rows;
-    options.setBoolValue(QLatin1String("CompressOutput"), false);
-    return g_isAccepted;
-}
 
 const char* const filterNames[] = {"DzSceneAssetFilter", "DzSceneSubsetAssetFilter", "DzWearablesAssetFilter",
                                    "DzPoseAssetFilter", "DzMorphSupportAssetFilter"};
@@ -93,8 +91,8 @@ TEST_F(SaveManager, adds_a_missing_extension)
 TEST_F(SaveManager, never_waits_for_a_name_where_nobody_can_be_asked)
 {
     EXPECT_EQ(saveAs(QString()), DZ_ILLEGAL_ARGUMENT_ERROR);
-    openhost::SetSaveFileAsker(Answer);
-    g_answer = place("Asked.duf");
+    Answers answers;
+    answers.file = place("Asked.duf");
     _options.setBoolValue(QStringLiteral("RunSilent"), true);
     EXPECT_EQ(saveAs(QString()), DZ_ILLEGAL_ARGUMENT_ERROR);
     EXPECT_FALSE(fs::exists(file("Asked.duf")));
@@ -103,31 +101,31 @@ TEST_F(SaveManager, never_waits_for_a_name_where_nobody_can_be_asked)
 
 TEST_F(SaveManager, asks_for_a_name_and_takes_no_for_an_answer)
 {
-    openhost::SetSaveFileAsker(Answer);
-    g_answer = QString();
+    Answers answers;
+    answers.file = QString();
     EXPECT_EQ(saveAs(QString()), DZ_USER_CANCELLED_OPERATION);
-    EXPECT_EQ(g_title, QStringLiteral("Scene"));
-    EXPECT_EQ(g_folder, QString::fromStdString(_library.string()) + QStringLiteral("/Scenes"));
-    g_answer = place("Asked");
+    EXPECT_EQ(answers.title, QStringLiteral("Scene"));
+    EXPECT_EQ(answers.folder, QString::fromStdString(_library.string()) + QStringLiteral("/Scenes"));
+    answers.file = place("Asked");
     EXPECT_EQ(saveAs(QString()), 0);
     EXPECT_TRUE(fs::exists(file("Asked.duf")));
 }
 
 TEST_F(SaveManager, asks_for_options_and_takes_no_for_an_answer)
 {
-    openhost::SetOptionsAsker(AnswerOptions);
-    g_isAccepted = false;
+    Answers answers;
+    answers.isAccepted = false;
     EXPECT_EQ(saveAs(place("A.duf"), true), DZ_USER_CANCELLED_OPERATION);
     EXPECT_FALSE(fs::exists(file("A.duf")));
-    EXPECT_EQ(g_title, QStringLiteral("Scene Save Options"));
-    ASSERT_EQ(g_rows.size(), 1u);
-    EXPECT_STREQ(g_rows[0].key, "CompressOutput");
-    g_isAccepted = true;
+    EXPECT_EQ(answers.title, QStringLiteral("Scene Save Options"));
+    ASSERT_EQ(answers.rows.size(), 1u);
+    EXPECT_STREQ(answers.rows[0].key, "CompressOutput");
+    answers.isAccepted = true;
     EXPECT_EQ(saveAs(place("A.duf"), true), 0);
     EXPECT_NE(ReadBytes(file("A.duf")).substr(0, 2), "\x1F\x8B");
     EXPECT_TRUE(filter("DzPoseAssetFilter")->getOptions(&_options, true, QString()));
-    ASSERT_EQ(g_rows.size(), 2u);
-    EXPECT_STREQ(g_rows[1].key, "SaveCurFrame");
+    ASSERT_EQ(answers.rows.size(), 2u);
+    EXPECT_STREQ(answers.rows[1].key, "SaveCurFrame");
     EXPECT_TRUE(_options.getBoolValue(QStringLiteral("SaveCurFrame")));
 }
 
@@ -186,7 +184,7 @@ TEST_F(SaveManager, tells_of_each_save_and_asks_before_it)
     EXPECT_EQ(told, (QStringList{QStringLiteral("started ") + place("Told.duf"),
                                  QStringLiteral("finished ") + place("Told.duf"), QStringLiteral("saved")}));
     Recorder recorder;
-    recorder.refused = QStringLiteral("saveAsset");
+    recorder.refused = openhost::Operation::SaveAsset;
     EXPECT_EQ(saveAs(place("Refused.duf")), DZ_OPERATION_FAILED_ERROR);
     EXPECT_EQ(recorder.lines, (std::vector<std::string>{"saveAsset DzSceneAssetFilter"}));
     EXPECT_FALSE(fs::exists(file("Refused.duf")));

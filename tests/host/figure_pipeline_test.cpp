@@ -318,7 +318,7 @@ TEST_F(FigurePipeline, morphs_stand_before_the_skin_and_are_found_by_name)
     first->getValueControl()->setPath(Q("/Actor/Head/Own"));
     EXPECT_TRUE(test.figure->getPropertyGroups()->getAllPaths().contains(Q("/Actor/Head/Own")));
     Recorder recorder;
-    recorder.refused = Q("morph");
+    recorder.refused = openhost::Operation::AddMorph;
     DzMorph refused;
     EXPECT_EQ(test.object->addModifier(&refused), DZ_OPERATION_FAILED_ERROR);
 }

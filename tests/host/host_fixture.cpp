@@ -62,3 +62,57 @@ DzNode* AddNode(const char* label, DzNode* parent)
         dzScene->addNode(node);
     return node;
 }
+
+namespace {
+
+const char* NameOf(openhost::Operation operation)
+{
+    switch (operation) {
+    case openhost::Operation::Select:
+        return "select";
+    case openhost::Operation::Add:
+        return "add";
+    case openhost::Operation::Remove:
+        return "remove";
+    case openhost::Operation::Rename:
+        return "rename";
+    case openhost::Operation::Show:
+        return "visible";
+    case openhost::Operation::SetValue:
+        return "property";
+    case openhost::Operation::AddMorph:
+        return "morph";
+    case openhost::Operation::Export:
+        return "export";
+    case openhost::Operation::Import:
+        return "import";
+    case openhost::Operation::OpenFile:
+        return "openFile";
+    case openhost::Operation::SaveAsset:
+        return "saveAsset";
+    case openhost::Operation::CreateMorph:
+        return "createMorph";
+    case openhost::Operation::Transfer:
+        return "transfer";
+    }
+    return "";
+}
+
+} // namespace
+
+HostWatch::HostWatch()
+{
+    QObject::connect(&openhost::Events(), &openhost::HostEvents::progressTextShown, &_context,
+                     [this](const QString& text) { see(QStringLiteral("progress"), text); });
+}
+
+bool HostWatch::allow(openhost::Operation operation, const QString& detail)
+{
+    return see(QLatin1String(NameOf(operation)), detail);
+}
+
+bool Recorder::see(const QString& operation, const QString& detail)
+{
+    lines.push_back((operation + QLatin1Char(' ') + detail).toStdString());
+    return !refused || operation != QLatin1String(NameOf(*refused));
+}

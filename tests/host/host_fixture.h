@@ -5,13 +5,15 @@
 
 #include "dzapp.h"
 #include "dzscene.h"
+#include "openhost/events.h"
 #include "openhost/openhost.h"
-#include "openhost/operations.h"
+#include "openhost/testing.h"
 
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
 
+#include <optional>
 #include <vector>
 
 /// The process's host, with settings and log in a folder that goes with it. It is headless unless the program
@@ -29,16 +31,25 @@ protected:
 /// A new node of that name and label in the scene, below the parent if there is one; the scene owns it.
 DzNode* AddNode(const char* label, DzNode* parent = nullptr);
 
-/// Keeps a record, and refuses what it is told to.
-class Recorder : public openhost::OperationListener {
+/// Sees what is done to the scene and which texts progress displays show, in their order and in words.
+class HostWatch : private openhost::OperationWatch {
 public:
-    Recorder() { openhost::SetOperationListener(this); }
-    ~Recorder() override { openhost::SetOperationListener(nullptr); }
-    bool allow(const QString& operation, const QString& detail) override
-    {
-        lines.push_back((operation + QLatin1Char(' ') + detail).toStdString());
-        return operation != refused;
-    }
+    HostWatch();
+    /// @param operation  such as "select", or "progress" with the text
+    /// @return false to refuse; a text cannot be refused
+    virtual bool see(const QString& operation, const QString& detail) = 0;
+
+private:
+    bool allow(openhost::Operation operation, const QString& detail) final;
+
+    QObject _context;
+};
+
+/// Keeps a record, and refuses what it is told to.
+class Recorder : public HostWatch {
+public:
+    bool see(const QString& operation, const QString& detail) override;
+
     std::vector<std::string> lines;
-    QString refused;
+    std::optional<openhost::Operation> refused;
 };

@@ -136,12 +136,12 @@ TEST_F(Scene, a_listener_sees_operations_and_can_refuse_them)
     Recorder recorder;
     a->select();
     a->setVisible(false);
-    recorder.refused = QStringLiteral("remove");
+    recorder.refused = openhost::Operation::Remove;
     EXPECT_FALSE(dzScene->removeNode(a));
-    recorder.refused = QStringLiteral("rename");
+    recorder.refused = openhost::Operation::Rename;
     EXPECT_EQ(a->setLabel(QStringLiteral("b")), DZ_OPERATION_FAILED_ERROR);
     EXPECT_EQ(a->getLabel(), QStringLiteral("a"));
-    recorder.refused = QStringLiteral("property");
+    recorder.refused = openhost::Operation::SetValue;
     a->getXPosControl()->setValue(3.0f);
     EXPECT_EQ(a->getXPosControl()->getValue(), 0.0f);
     EXPECT_EQ(recorder.lines, (std::vector<std::string>{"select a", "visible a=false", "property a.Visible=0",

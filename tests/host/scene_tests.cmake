@@ -6,6 +6,7 @@ gantrel_add_tests(host_scene_tests
         figure_fitting_test.cpp
         figure_pipeline_test.cpp
         scene_camera_test.cpp
+        scene_events_test.cpp
         scene_node_test.cpp
         scene_property_test.cpp
         scene_settings_test.cpp

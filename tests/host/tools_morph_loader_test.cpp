@@ -429,13 +429,11 @@ TEST_F(MorphLoaderPro, the_script_names_what_is_missing_first_and_what_the_host_
 }
 
 /// Stops all scripts in the middle of a load, and waits until the running one has noticed.
-class Stopper : public openhost::OperationListener {
+class Stopper : public openhost::OperationWatch {
 public:
-    Stopper() { openhost::SetOperationListener(this); }
-    ~Stopper() override { openhost::SetOperationListener(nullptr); }
-    bool allow(const QString& operation, const QString&) override
+    bool allow(openhost::Operation operation, const QString&) override
     {
-        if (operation != QLatin1String("createMorph"))
+        if (operation != openhost::Operation::CreateMorph)
             return true;
         DzScript::stopAll();
         QEventLoop loop;

@@ -230,7 +230,8 @@ TEST_F(EdgeCase, the_transfer_is_in_the_log_from_its_beginning_to_its_end)
         loadPair(genesis3Female);
         const QString before = LogText();
         Recorder recorder;
-        recorder.refused = succeeds ? QString() : QStringLiteral("transfer");
+        if (!succeeds)
+            recorder.refused = openhost::Operation::Transfer;
         EXPECT_EQ(MessageOf([&] { convert(GntJobFlag::Full); }),
                   succeeds ? "(nothing was thrown)" : "Transfer Utility failed");
         const QString log = LogText().mid(before.size());
@@ -328,7 +329,7 @@ TEST_F(EdgeCase, the_head_split_is_loaded_once_and_taken_away_as_far_as_it_is_th
               nullptr);
     {
         Recorder recorder;
-        recorder.refused = QStringLiteral("openFile");
+        recorder.refused = openhost::Operation::OpenFile;
         impl->loadHeadSplitDFormerOnce_X();
         EXPECT_TRUE(recorder.lines.empty());
     }
@@ -345,7 +346,7 @@ TEST_F(EdgeCase, a_head_split_that_failed_may_be_tried_again)
     const auto impl = makeImpl();
     {
         Recorder recorder;
-        recorder.refused = QStringLiteral("openFile");
+        recorder.refused = openhost::Operation::OpenFile;
         EXPECT_EQ(MessageOf([&] { impl->loadHeadSplitDFormerOnce_X(); }),
                   "failed to load head split D-former from file " +
                       Quoted(TestFolder().toStdString() +
@@ -357,17 +358,15 @@ TEST_F(EdgeCase, a_head_split_that_failed_may_be_tried_again)
 }
 
 /// Asked before operations whose text ends so; its answer is the host's.
-class AtOperation : public openhost::OperationListener {
+class AtOperation : public openhost::OperationWatch {
 public:
     AtOperation(const char* end, std::function<bool()> answer)
         : _end(QLatin1String(end)), _answer(std::move(answer))
     {
-        openhost::SetOperationListener(this);
     }
-    ~AtOperation() override { openhost::SetOperationListener(nullptr); }
-    bool allow(const QString& operation, const QString& detail) override
+    bool allow(openhost::Operation operation, const QString& detail) override
     {
-        return operation != QLatin1String("property") || !detail.endsWith(_end) || _answer();
+        return operation != openhost::Operation::SetValue || !detail.endsWith(_end) || _answer();
     }
 
 private:

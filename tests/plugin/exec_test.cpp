@@ -99,16 +99,15 @@ TEST_F(ExecTest, asks_nothing_when_there_is_nothing_to_convert)
 }
 
 /// Loses the morph between the transfer and the dialing, as a host may.
-class MorphLoser : public openhost::OperationListener {
+class MorphLoser {
 public:
-    MorphLoser() { openhost::SetOperationListener(this); }
-    ~MorphLoser() override { openhost::SetOperationListener(nullptr); }
-    bool allow(const QString& operation, const QString& detail) override
+    MorphLoser()
     {
-        if (operation == QLatin1String("progress") &&
-            detail == QLatin1String("Dialing up morphs in fit suit with transfers"))
-            lose();
-        return true;
+        QObject::connect(&openhost::Events(), &openhost::HostEvents::progressTextShown, &_context,
+                         [](const QString& text) {
+                             if (text == QLatin1String("Dialing up morphs in fit suit with transfers"))
+                                 lose();
+                         });
     }
 
 private:
@@ -120,6 +119,8 @@ private:
                         object->findModifier(QStringLiteral("Temporary high-res morph")))
                     morph->setName(QStringLiteral("Elsewhere"));
     }
+
+    QObject _context;
 };
 
 TEST_F(ExecTest, names_morphs_that_were_not_there_after_the_transfer)

@@ -6,11 +6,12 @@
 #include "tests/plugin/scripted_forms.h"
 
 #include "dzbone.h"
+#include "dzclassfactory.h"
 #include "dzcontentmgr.h"
 #include "dzprogress.h"
 #include "dzskeleton.h"
 #include "gnt_convert-impl.h"
-#include "openhost/class_registry.h"
+#include "openhost/testing.h"
 #include "tests/shared/throws.h"
 
 #include <QApplication>
@@ -179,7 +180,7 @@ TEST_F(FailureCauses, a_manager_that_is_not_there)
         {"DzMainWindow", "failed to get Daz Studio main window"}};
     for (const auto& [className, message] : managers) {
         loadPair(genesis8Female);
-        ASSERT_TRUE(dzApp->removeManager(QLatin1String(className)));
+        ASSERT_TRUE(openhost::RemoveManager(QLatin1String(className)));
         EXPECT_EQ(messageOf(GntJobFlag::Full), message);
     }
 }
@@ -261,16 +262,12 @@ TEST_F(NamesakeTest, may_be_the_source_or_have_the_label_that_the_target_lays_do
 }
 
 /// Refuses to make one morph.
-class NoMorphCalled : public openhost::OperationListener {
+class NoMorphCalled : public openhost::OperationWatch {
 public:
-    explicit NoMorphCalled(const char* name) : _name(QLatin1String(name))
+    explicit NoMorphCalled(const char* name) : _name(QLatin1String(name)) {}
+    bool allow(openhost::Operation operation, const QString& detail) override
     {
-        openhost::SetOperationListener(this);
-    }
-    ~NoMorphCalled() override { openhost::SetOperationListener(nullptr); }
-    bool allow(const QString& operation, const QString& detail) override
-    {
-        return operation != QLatin1String("createMorph") || detail != _name;
+        return operation != openhost::Operation::CreateMorph || detail != _name;
     }
 
 private:

@@ -44,15 +44,11 @@ struct Operation {
 };
 
 /// Notes all operations and refuses one of them.
-class Refusal : public openhost::OperationListener {
+class Refusal : public HostWatch {
 public:
-    explicit Refusal(Operation refused = {}) : _refused(std::move(refused))
-    {
-        openhost::SetOperationListener(this);
-    }
-    ~Refusal() override { openhost::SetOperationListener(nullptr); }
+    explicit Refusal(Operation refused = {}) : _refused(std::move(refused)) {}
 
-    bool allow(const QString& operation, const QString& detail) override
+    bool see(const QString& operation, const QString& detail) override
     {
         const std::string name = operation.toStdString();
         if (name == "progress") {

@@ -3,10 +3,11 @@
 
 #include "tests/plugin/conversion_fixture.h"
 
+#include "dzclassfactory.h"
 #include "dzexporter.h"
 #include "dzfileiosettings.h"
 #include "gnt_convert-impl.h"
-#include "openhost/class_registry.h"
+#include "openhost/testing.h"
 
 #include <QFileInfo>
 

@@ -22,14 +22,10 @@ using Impl = GntConverter::Impl;
 using Lines = std::vector<std::string>;
 
 /// Looks on before each operation of the host.
-class OnLooker : public openhost::OperationListener {
+class OnLooker : public HostWatch {
 public:
-    explicit OnLooker(std::function<void(const std::string& operation)> look) : _look(std::move(look))
-    {
-        openhost::SetOperationListener(this);
-    }
-    ~OnLooker() override { openhost::SetOperationListener(nullptr); }
-    bool allow(const QString& operation, const QString& detail) override
+    explicit OnLooker(std::function<void(const std::string& operation)> look) : _look(std::move(look)) {}
+    bool see(const QString& operation, const QString& detail) override
     {
         _look(operation.toStdString() + " " + detail.toStdString());
         return true;

@@ -14,16 +14,12 @@
 namespace {
 
 /// Notes where files are exported to; refuses one of them.
-class ExportWatch : public openhost::OperationListener {
+class ExportWatch : public openhost::OperationWatch {
 public:
-    explicit ExportWatch(const char* refusedStem = nullptr) : _refusedStem(refusedStem)
+    explicit ExportWatch(const char* refusedStem = nullptr) : _refusedStem(refusedStem) {}
+    bool allow(openhost::Operation operation, const QString& detail) override
     {
-        openhost::SetOperationListener(this);
-    }
-    ~ExportWatch() override { openhost::SetOperationListener(nullptr); }
-    bool allow(const QString& operation, const QString& detail) override
-    {
-        if (operation != QLatin1String("export"))
+        if (operation != openhost::Operation::Export)
             return true;
         exports.push_back(detail.left(detail.lastIndexOf(QLatin1Char('/'))));
         return !_refusedStem || !detail.contains(QLatin1String(_refusedStem));

@@ -47,12 +47,9 @@ const Kind kinds[] = {
 
 /// Notes what the driver asks of the host. What the host does to carry a request out is left out; random
 /// characters are shown as *, files without their folders.
-class Trace : public openhost::OperationListener {
+class Trace : public HostWatch {
 public:
-    Trace() { openhost::SetOperationListener(this); }
-    ~Trace() override { openhost::SetOperationListener(nullptr); }
-
-    bool allow(const QString& operation, const QString& detail) override
+    bool see(const QString& operation, const QString& detail) override
     {
         static const QStringList whole =
             QStringLiteral("progress select visible remove export import openFile transfer createMorph")

@@ -11,7 +11,7 @@
 #include "dzobject.h"
 #include "dzshape.h"
 #include "ks_filtered-save.h"
-#include "scene/option_table.h"
+#include "openhost/attendant.h"
 #include "tests/host/content_fixture.h"
 #include "tests/shared/throws.h"
 
@@ -22,27 +22,29 @@ namespace {
 namespace fs = std::filesystem;
 using kst::FilteredSave;
 
-int g_timesAsked = 0;
-bool g_isAccepted = true;
-QString g_optionsSeen;
-
-bool NoteOptions(const QString&, const std::vector<openhost::OptionRow>&, DzFileIOSettings& options)
-{
-    ++g_timesAsked;
-    g_optionsSeen = options.toJsonString();
-    return g_isAccepted;
-}
+/// Answers the question for options, and keeps it.
+class OptionsNote : public openhost::Attendant {
+public:
+    bool chooseFileOptions(const QString&, const std::vector<openhost::OptionRow>&,
+                           DzFileIOSettings& options) override
+    {
+        ++timesAsked;
+        seen = options.toJsonString();
+        return isAccepted;
+    }
+    int timesAsked = 0;
+    bool isAccepted = true;
+    QString seen;
+};
 
 /// Keeps what the host is asked for.
-class SaveWatcher : public openhost::OperationListener {
+class SaveWatcher : public openhost::OperationWatch {
 public:
-    SaveWatcher() { openhost::SetOperationListener(this); }
-    ~SaveWatcher() override { openhost::SetOperationListener(nullptr); }
-    bool allow(const QString& operation, const QString& detail) override
+    bool allow(openhost::Operation operation, const QString& detail) override
     {
-        if (operation == QLatin1String("saveAsset"))
+        if (operation == openhost::Operation::SaveAsset)
             filters.push_back(detail.toStdString());
-        return operation != QLatin1String("saveAsset") || isAllowed;
+        return operation != openhost::Operation::SaveAsset || isAllowed;
     }
     bool isAllowed = true;
     std::vector<std::string> filters;
@@ -53,13 +55,9 @@ protected:
     void SetUp() override
     {
         LibraryTest::SetUp();
-        g_timesAsked = 0;
-        g_isAccepted = true;
-        openhost::SetOptionsAsker(NoteOptions);
         _figure = openMini();
         ASSERT_NE(_figure, nullptr);
     }
-    void TearDown() override { openhost::SetOptionsAsker(nullptr); }
 
     std::string path(const char* name) const { return (folder("saved") / name).string(); }
     nlohmann::json saved(const char* name) const { return nlohmann::json::parse(ReadBytes(path(name))); }
@@ -74,6 +72,10 @@ protected:
     }
 
     DzFigure* _figure = nullptr;
+    OptionsNote note;
+
+private:
+    openhost::AttendantOverride _answering{note};
 };
 
 } // namespace
@@ -91,7 +93,7 @@ TEST_F(FilteredSaveTest, writes_the_scene_plain_or_compressed)
     }
     EXPECT_TRUE(FilteredSave::SaveScene_X(path("Scene"), false));
     EXPECT_EQ(saved("Scene.duf")["asset_info"]["type"], "scene");
-    EXPECT_EQ(g_timesAsked, 0);
+    EXPECT_EQ(note.timesAsked, 0);
 }
 
 TEST_F(FilteredSaveTest, uses_the_filter_of_each_kind)
@@ -111,15 +113,15 @@ TEST_F(FilteredSaveTest, uses_the_filter_of_each_kind)
     EXPECT_EQ(saved("C.duf")["asset_info"]["type"], "wearable");
     EXPECT_EQ(saved("C.duf")["scene"]["nodes"][0]["name"], "Ring");
     EXPECT_EQ(saved("D.duf")["asset_info"]["type"], "preset_pose");
-    EXPECT_EQ(g_timesAsked, 0);
+    EXPECT_EQ(note.timesAsked, 0);
 }
 
 TEST_F(FilteredSaveTest, names_the_selected_figure_and_the_present_frame)
 {
     dzScene->setPrimarySelection(_figure->findNodeChild(QStringLiteral("arm"), true));
     EXPECT_TRUE(FilteredSave::SavePosePreset_X(path("Pose.duf"), false, true));
-    EXPECT_EQ(g_timesAsked, 1);
-    const auto options = nlohmann::json::parse(g_optionsSeen.toStdString());
+    EXPECT_EQ(note.timesAsked, 1);
+    const auto options = nlohmann::json::parse(note.seen.toStdString());
     EXPECT_EQ(options["RootLabel"], "Mini");
     EXPECT_EQ(options["SaveCurFrame"], true);
     EXPECT_FALSE(options.contains("RunSilent"));
@@ -132,12 +134,12 @@ TEST_F(FilteredSaveTest, names_the_selected_figure_and_the_present_frame)
 
 TEST_F(FilteredSaveTest, ends_when_the_options_are_refused)
 {
-    g_isAccepted = false;
+    note.isAccepted = false;
     EXPECT_EQ(MessageOf([this] { FilteredSave::SaveSceneSubset_X(path("S"), false, true); }),
               "operation canceled");
     EXPECT_THROW(FilteredSave::SavePosePreset_X(path("P"), false, true), kst::CanceledException);
     EXPECT_FALSE(fs::exists(path("S.duf")));
-    EXPECT_EQ(g_timesAsked, 2);
+    EXPECT_EQ(note.timesAsked, 2);
 }
 
 TEST_F(FilteredSaveTest, tells_the_host_s_text_of_any_other_result)
@@ -162,7 +164,7 @@ TEST_F(FilteredSaveTest, writes_morphs_silently_in_the_order_given)
     fs::create_directories(mine);
     EXPECT_TRUE(FilteredSave::SaveMorphSupportAsset_X(*_figure, mine, "Me", "Own", {"Three", "One", "Two"},
                                                       false, false));
-    EXPECT_EQ(g_timesAsked, 0);
+    EXPECT_EQ(note.timesAsked, 0);
     for (const char* const name : {"One", "Two", "Three"})
         EXPECT_TRUE(
             fs::exists(folder("mine") / "data/Acme/Mini/Base/Morphs/Me/Own" / (std::string(name) + ".dsf")));

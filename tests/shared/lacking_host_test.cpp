@@ -3,10 +3,11 @@
 
 #include "tests/shared/lacking_host.h"
 
+#include "dzclassfactory.h"
 #include "ks_morph-loader.h"
 #include "ks_obj-settings.h"
 #include "ks_transfer-utility.h"
-#include "openhost/class_registry.h"
+#include "openhost/testing.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/stand_in.h"
 #include "tests/shared/throws.h"

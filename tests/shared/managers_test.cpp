@@ -29,7 +29,7 @@ protected:
     static std::string without(const char* className, const LookUp& lookUp)
     {
         TestHost().reset();
-        EXPECT_TRUE(dzApp->removeManager(QLatin1String(className))) << className;
+        EXPECT_TRUE(openhost::RemoveManager(QLatin1String(className))) << className;
         return MessageOf(lookUp);
     }
 
@@ -81,30 +81,30 @@ TEST_F(ManagersTest, are_told_by_name_when_missing)
 
 TEST_F(ManagersTest, are_null_when_missing_and_nobody_minds)
 {
-    dzApp->removeManager(QLatin1String("DzRenderMgr"));
+    openhost::RemoveManager(QLatin1String("DzRenderMgr"));
     EXPECT_EQ(GetRenderMgr(false), nullptr);
-    dzApp->removeManager(QLatin1String("DzActionMgr"));
+    openhost::RemoveManager(QLatin1String("DzActionMgr"));
     EXPECT_EQ(GetActionMgr(false), nullptr);
     EXPECT_EQ(FindActionOrThrow("DzDeleteAction", false), nullptr);
-    dzApp->removeManager(QLatin1String("DzPaneMgr"));
+    openhost::RemoveManager(QLatin1String("DzPaneMgr"));
     EXPECT_EQ(GetPaneMgr_X(false), nullptr);
-    dzApp->removeManager(QLatin1String("DzViewportMgr"));
+    openhost::RemoveManager(QLatin1String("DzViewportMgr"));
     EXPECT_EQ(GetViewportMgr(false), nullptr);
     EXPECT_EQ(FindTool(Tool::Pick, false), nullptr);
-    dzApp->removeManager(QLatin1String("DzMainWindow"));
+    openhost::RemoveManager(QLatin1String("DzMainWindow"));
     EXPECT_EQ(GetMainWindow(false), nullptr);
     EXPECT_EQ(GetActionMgr(false), nullptr);
     EXPECT_EQ(GetPaneMgr_X(false), nullptr);
     EXPECT_TRUE(IsHdMorphPluginPresent());
-    dzApp->removeManager(QLatin1String("DzPluginMgr"));
+    openhost::RemoveManager(QLatin1String("DzPluginMgr"));
     EXPECT_FALSE(IsHdMorphPluginPresent());
-    EXPECT_FALSE(dzApp->removeManager(QLatin1String("DzMainWindow"))) << "it is gone";
+    EXPECT_FALSE(openhost::RemoveManager(QLatin1String("DzMainWindow"))) << "it is gone";
 }
 
 TEST_F(ManagersTest, are_back_after_a_reset)
 {
     for (const char* const name : {"DzMainWindow", "DzContentMgr", "DzPluginMgr", "DzRenderMgr"})
-        EXPECT_TRUE(dzApp->removeManager(QLatin1String(name)));
+        EXPECT_TRUE(openhost::RemoveManager(QLatin1String(name)));
     TestHost().reset();
     EXPECT_NE(GetMainWindow(false), nullptr);
     EXPECT_NE(dzApp->getContentMgr(), nullptr);

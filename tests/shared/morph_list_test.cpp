@@ -244,7 +244,7 @@ TEST_F(MorphListTest, makes_no_morph_that_the_host_refuses_and_leaves_nothing_of
     kst::MorphList list(*node);
     {
         Recorder host;
-        host.refused = QStringLiteral("morph");
+        host.refused = openhost::Operation::AddMorph;
         auto* const deltas = new MortalDeltas(gone); // owned by the morphs that count them
         EXPECT_EQ(MessageOf([&] { list.createMorph_X(*deltas, "New", false, QString(), QString()); }),
                   "failed to add morph " + Quoted("New") + " to node " + Quoted("Mini") + ": " +

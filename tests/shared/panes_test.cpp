@@ -235,7 +235,7 @@ TEST_F(PanesTest, hand_on_what_the_script_says_of_a_missing_pane)
 TEST_F(PanesTest, hand_on_what_else_the_script_fails_with)
 {
     const auto library = ContentLibraryPane::GetAndShow_X();
-    ASSERT_TRUE(dzApp->removeManager(QStringLiteral("DzPaneMgr")));
+    ASSERT_TRUE(openhost::RemoveManager(QStringLiteral("DzPaneMgr")));
     const std::string message = MessageOf([&] { library->getSelectedAssetPaths_X(); });
     EXPECT_EQ(message.substr(0, 25), "Script error: TypeError: ") << message;
 }

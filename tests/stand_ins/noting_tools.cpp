@@ -4,6 +4,7 @@
 #include "tests/stand_ins/noting_tools.h"
 
 #include "openhost/class_registry.h"
+#include "openhost/testing.h"
 
 namespace {
 

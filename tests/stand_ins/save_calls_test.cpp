@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "dznode.h"
-#include "host/ui/options_dialog.h"
 #include "ks_filtered-save.h"
-#include "scene/option_table.h"
+#include "openhost/attendant.h"
 #include "tests/host/host_fixture.h"
 #include "tests/shared/throws.h"
 #include "tests/stand_ins/noting_saver.h"
@@ -22,14 +21,12 @@ protected:
     {
         HostTest::SetUp();
         noting::ForgetSaves();
-        openhost::SetOptionsAsker(nullptr); // no filter shows a window
         node = new DzNode;
         node->setName(QLatin1String("Genesis9"));
         node->setLabel(QLatin1String("Nova"));
         dzScene->addNode(node);
         dzScene->setPrimarySelection(node);
     }
-    void TearDown() override { openhost::SetOptionsAsker(openhost::OptionsDialog::Ask); }
 
     /// Three morphs whose names are in no order.
     bool saveMorphs(bool compress = false, bool showOptions = false) const
@@ -41,6 +38,10 @@ protected:
     static json asked() { return json::parse(noting::questions.at(0).options); }
 
     DzNode* node = nullptr;
+
+private:
+    openhost::Attendant _nobody; // no filter shows a window
+    openhost::AttendantOverride _answering{_nobody};
 };
 
 TEST_F(SaveCalls, name_the_figure_and_the_place_of_its_morphs)

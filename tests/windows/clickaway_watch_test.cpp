@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "gnt_convert-impl.h"
-#include "host/ui/load_windows.h"
 #include "ks_clickaway.h"
+#include "openhost/window_attendant.h"
 #include "tests/windows/success_dialog_scene.h"
 
 #include <QApplication>
@@ -61,11 +61,9 @@ TEST_F(ClickawayWatch, looks_again_and_again_after_300_milliseconds)
 }
 
 /// Asks about limits before the options of a D-Former are asked for.
-class AskingFirst : public openhost::LoadWindows {
+class AskingFirst : public openhost::WindowAttendant {
 public:
-    AskingFirst() : _former(openhost::CurrentLoadQuestions()) { openhost::SetLoadQuestions(this); }
-    ~AskingFirst() override { openhost::SetLoadQuestions(&_former); }
-    bool dformOptions(openhost::DFormLoadOptions& options) override
+    bool chooseDFormOptions(openhost::DFormLoadOptions& options) override
     {
         QDialog question;
         question.setWindowTitle(QStringLiteral("Preset Exceeds Limits"));
@@ -75,12 +73,12 @@ public:
         }
         QTimer::singleShot(patience, &question, [&question] { question.done(0); });
         pressed.push_back(question.exec());
-        return openhost::LoadWindows::dformOptions(options);
+        return openhost::WindowAttendant::chooseDFormOptions(options);
     }
     std::vector<int> pressed;
 
 private:
-    openhost::LoadQuestions& _former;
+    openhost::AttendantOverride _answering{*this};
 };
 
 using HeadSplitLoad = SuccessDialogTest;

@@ -355,21 +355,25 @@ TEST_F(ConvertDialogState, keeps_the_path_when_the_picker_is_cancelled)
 }
 
 /// Whether the dialog was still there when the conversion showed its progress.
-class Watcher : public openhost::OperationListener {
+class Watcher {
 public:
-    Watcher() { openhost::SetOperationListener(this); }
-    ~Watcher() override { openhost::SetOperationListener(nullptr); }
-    bool allow(const QString& operation, const QString&) override
+    Watcher()
     {
-        if (operation != QLatin1String("progress"))
-            return true;
-        hasConverted = true;
-        for (const QWidget* const window : QApplication::topLevelWidgets())
-            hasDialog |= qobject_cast<const GntConvertDialog*>(window) != nullptr;
-        return true;
+        QObject::connect(&openhost::Events(), &openhost::HostEvents::progressTextShown, &_context,
+                         [this] { look(); });
     }
     bool hasConverted = false;
     bool hasDialog = false;
+
+private:
+    void look()
+    {
+        hasConverted = true;
+        for (const QWidget* const window : QApplication::topLevelWidgets())
+            hasDialog |= qobject_cast<const GntConvertDialog*>(window) != nullptr;
+    }
+
+    QObject _context;
 };
 
 TEST_F(ConvertDialogState, is_what_the_menu_action_asks_with)

@@ -127,7 +127,7 @@ TEST_F(HierarchyPaneTest, shows_that_a_selection_was_refused)
     addNode("Chair");
     settle();
     Recorder recorder;
-    recorder.refused = QStringLiteral("select");
+    recorder.refused = openhost::Operation::Select;
     click("Chair");
     EXPECT_EQ(dzScene->getNumSelectedNodes(), 0);
     EXPECT_TRUE(tree().selectedItems().isEmpty());

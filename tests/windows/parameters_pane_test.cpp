@@ -226,7 +226,7 @@ TEST_F(ParametersPaneTest, shows_the_old_value_when_a_new_one_is_refused)
     chair.select();
     pane->jumpToProperty(&dial);
     Recorder recorder;
-    recorder.refused = QStringLiteral("property");
+    recorder.refused = openhost::Operation::SetValue;
     auto& slider = editorOf<DzFloatSlider>(dial);
     QTest::keyClick(&slider, Qt::Key_End);
     EXPECT_EQ(dial.getValue(), 0.0f);
@@ -355,7 +355,7 @@ TEST_F(ParametersPaneTest, does_not_jump_when_the_selection_is_refused)
 {
     DzNode& chair = addNode("Chair");
     Recorder recorder;
-    recorder.refused = QStringLiteral("select");
+    recorder.refused = openhost::Operation::Select;
     pane->jumpToProperty(chair.getXPosControl());
     EXPECT_TRUE(picked().isEmpty());
 }

@@ -249,18 +249,14 @@ TEST_F(SuccessDialogSaveTest, tells_when_no_library_is_there)
 }
 
 /// Notes what is stored when the host is asked to save, and refuses.
-class StoredWhenSaving : public openhost::OperationListener {
+class StoredWhenSaving : public openhost::OperationWatch {
 public:
-    explicit StoredWhenSaving(std::function<std::string()> store) : _store(std::move(store))
+    explicit StoredWhenSaving(std::function<std::string()> store) : _store(std::move(store)) {}
+    bool allow(openhost::Operation operation, const QString&) override
     {
-        openhost::SetOperationListener(this);
-    }
-    ~StoredWhenSaving() override { openhost::SetOperationListener(nullptr); }
-    bool allow(const QString& operation, const QString&) override
-    {
-        if (operation == QLatin1String("saveAsset"))
+        if (operation == openhost::Operation::SaveAsset)
             seen.push_back(_store());
-        return operation != QLatin1String("saveAsset");
+        return operation != openhost::Operation::SaveAsset;
     }
     std::vector<std::string> seen;
 
@@ -339,7 +335,7 @@ TEST_F(SuccessDialogSaveTest, tells_when_the_host_refuses_to_save)
     open({"Vera"});
     clickBox(0);
     Recorder recorder;
-    recorder.refused = QLatin1String("saveAsset");
+    recorder.refused = openhost::Operation::SaveAsset;
     save(told);
     EXPECT_TRUE(told->text.startsWith(QLatin1String(failureHeading))) << ToStd(told->text);
     EXPECT_EQ(recorder.lines, std::vector<std::string>{"saveAsset DzMorphSupportAssetFilter"});

@@ -257,7 +257,7 @@ TEST_F(SuccessDialogTest, shows_the_morph_in_the_parameters_pane)
 TEST_F(SuccessDialogTest, tells_when_there_is_no_parameters_pane)
 {
     open({"Vera"});
-    dzApp->removeManager(QLatin1String("DzPaneMgr"));
+    openhost::RemoveManager(QLatin1String("DzPaneMgr"));
     ModalAnswer answer(Press("OK"));
     QTest::mouseClick(&showButton(0), Qt::LeftButton);
     EXPECT_TRUE(

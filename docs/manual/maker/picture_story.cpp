@@ -164,8 +164,10 @@ QPixmap Beside(const std::vector<QPixmap>& pictures)
 
 } // namespace
 
-PictureStory::PictureStory(QString library, QString plugins, QString pictures)
-    : _library(std::move(library)), _plugins(std::move(plugins)), _pictures(std::move(pictures))
+PictureStory::PictureStory(desktop::DesktopAttendant& attendant, QString library, QString plugins,
+                           QString pictures)
+    : _library(std::move(library)), _plugins(std::move(plugins)), _pictures(std::move(pictures)),
+      _desktop(attendant)
 {
 }
 

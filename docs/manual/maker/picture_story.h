@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "desktop_attendant.h"
 #include "desktop_window.h"
 
 #include <QString>
@@ -17,9 +18,10 @@ namespace manual {
 class PictureStory {
 public:
     /// @param library  content folder with the sample figures
+    /// @param attendant  the running host's
     /// @param plugins  folder of the module
     /// @param pictures  where the pictures go; must be there
-    PictureStory(QString library, QString plugins, QString pictures);
+    PictureStory(desktop::DesktopAttendant& attendant, QString library, QString plugins, QString pictures);
 
     /// @throws std::runtime_error  something does not come out as for a user, or cannot be written
     void tell();

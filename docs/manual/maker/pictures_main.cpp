@@ -25,11 +25,13 @@ void MakePictures(int argc, char** argv)
     options.logFilename = own.filePath(QStringLiteral("log.txt"));
     options.tempPath = own.path();
     options.headless = false;
+    desktop::DesktopAttendant attendant;
+    options.attendant = &attendant;
     const QString library = QString::fromLocal8Bit(argv[1]);
     const QString plugins = QString::fromLocal8Bit(argv[2]);
     const openhost::OpenHost host(argc, argv, options);
     std::setlocale(LC_NUMERIC, "C");
-    manual::PictureStory(library, plugins, pictures).tell();
+    manual::PictureStory(attendant, library, plugins, pictures).tell();
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 
 #include "preset_loader.h"
 
+#include "app/current_attendant.h"
+#include "app/operations.h"
 #include "base/errors.h"
 #include "dson/uri.h"
 #include "dzbone.h"
@@ -22,7 +24,7 @@
 #include "dzskeleton.h"
 #include "loading/channel_properties.h"
 #include "openhost/diagnostics.h"
-#include "openhost/operations.h"
+#include "openhost/events.h"
 
 #include <algorithm>
 #include <vector>
@@ -160,10 +162,11 @@ struct PresetValue {
         auto* const target = qobject_cast<DzNumericProperty*>(property->getAliasTarget());
         DzNumericProperty& dial = target ? *target : *property;
         const QString detail = dial.getName() + QLatin1Char('=') + QString::number(value);
-        if (dial.isLocked() || !AllowOperation("property", detail))
+        if (dial.isLocked() || !Allows(Operation::SetValue, detail))
             return;
         const bool isHeld = dial.isClamped();
         dial.setDoubleRawValue(isHeld ? std::clamp(value, dial.getDoubleMin(), dial.getDoubleMax()) : value);
+        emit Events().sceneEdited(SceneEdit::Value, dial.getOwner());
     }
 
     bool isBeyondLimits() const
@@ -210,7 +213,7 @@ void SettleLimits(const dson::Document& preset, const std::vector<PresetValue>& 
     }
     if (exceeded.empty())
         return;
-    const bool isUnlimited = CurrentLoadQuestions().presetExceedsLimits(labels);
+    const bool isUnlimited = CurrentAttendant().mayExceedLimits(labels);
     for (const QPointer<DzNumericProperty>& property : exceeded)
         if (property && isUnlimited)
             property->setIsClamped(false);

@@ -3,9 +3,9 @@
 
 #pragma once
 
+#include "app/current_attendant.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
-#include "scene/load_questions.h"
 
 #include <optional>
 #include <string>

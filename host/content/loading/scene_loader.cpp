@@ -3,6 +3,7 @@
 
 #include "loading/scene_loader.h"
 
+#include "app/current_attendant.h"
 #include "base/errors.h"
 #include "dson/uri.h"
 #include "dzfacetshape.h"
@@ -17,9 +18,8 @@
 #include "instance_order.h"
 #include "loading/channel_properties.h"
 #include "openhost/diagnostics.h"
-#include "openhost/operations.h"
+#include "openhost/events.h"
 #include "preset_loader.h"
-#include "scene/load_questions.h"
 
 #include <algorithm>
 #include <memory>
@@ -113,13 +113,18 @@ private:
     void warnLeftOut(const std::string& what)
     {
         warn(what);
-        AllowOperation("leftOut", QString::fromStdString(what));
+        tellLeftOut(QString::fromStdString(what));
     }
 
     void warnLeftOut(const base::Error& error, const fs::path& file)
     {
         _diagnostics.push_back(base::FromSentence(base::Severity::Warning, file.string(), error.what()));
-        AllowOperation("leftOut", QString::fromUtf8(error.what()));
+        tellLeftOut(QString::fromUtf8(error.what()));
+    }
+
+    void tellLeftOut(const QString& what) const
+    {
+        emit Events().contentLeftOut(QString::fromStdString(_document->file.string()), what);
     }
 
     /// Without any figure, what was met is why nothing could be loaded.
@@ -384,9 +389,9 @@ private:
                              duplicates.size(), *duplicates.begin()));
         handOver();
         if (!_missing.empty())
-            CurrentLoadQuestions().missingFiles(ToList(_missing));
+            CurrentAttendant().tellMissingFiles(ToList(_missing));
         if (!duplicates.empty())
-            CurrentLoadQuestions().duplicateFormulas(ToList(duplicates));
+            CurrentAttendant().tellDuplicateFormulas(ToList(duplicates));
     }
 
     std::vector<DzNode*> enterScene()
@@ -497,7 +502,7 @@ DzNode& SelectedNode(const dson::Document& document)
 bool ApplyDFormPreset(const dson::Document& document)
 {
     DFormLoadOptions options = ProposedDFormOptions(document);
-    if (!CurrentLoadQuestions().dformOptions(options))
+    if (!CurrentAttendant().chooseDFormOptions(options))
         return false;
     ApplyDForm(document, FigureOf(SelectedNode(document)), options);
     return true;

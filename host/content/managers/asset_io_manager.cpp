@@ -3,16 +3,16 @@
 
 #include "dzassetiomgr.h"
 
+#include "app/current_attendant.h"
 #include "app/guard.h"
+#include "app/operations.h"
 #include "base/errors.h"
 #include "dson/reader.h"
 #include "dzapp.h"
 #include "dzcontentmgr.h"
 #include "dzfileiosettings.h"
 #include "openhost/class_registry.h"
-#include "openhost/operations.h"
 #include "saving/morph_asset_filter.h"
-#include "saving/save_file_question.h"
 #include "saving/scene_asset_filters.h"
 
 #include <vector>
@@ -103,18 +103,21 @@ DzError DzAssetIOMgr::doSaveWithOptions(DzAssetIOFilter* filter, DzFileIOSetting
     const bool isSilent = options->getBoolValue(QLatin1String("RunSilent"));
     QString file = filename;
     if (file.isEmpty() && !filter->isSupportAssetFilter()) {
-        const openhost::SaveFileAsker ask = isSilent ? nullptr : openhost::CurrentSaveFileAsker();
-        if (!ask)
+        if (isSilent)
             return DZ_ILLEGAL_ARGUMENT_ERROR;
-        file = ask(filter->getDescription(), startingDir.isEmpty() ? StandardFolder(*filter) : startingDir);
-        if (file.isEmpty())
+        const std::optional<QString> chosen = openhost::CurrentAttendant().chooseFileToSave(
+            filter->getDescription(), startingDir.isEmpty() ? StandardFolder(*filter) : startingDir);
+        if (!chosen)
+            return DZ_ILLEGAL_ARGUMENT_ERROR;
+        if (chosen->isEmpty())
             return DZ_USER_CANCELLED_OPERATION;
+        file = *chosen;
     }
     if (!filter->isSupportAssetFilter())
         file = openhost::WithUserExtension(file);
     if (showOptions && !isSilent && !filter->getOptions(options, true, file))
         return DZ_USER_CANCELLED_OPERATION;
-    if (!openhost::AllowOperation("saveAsset", filter->className()))
+    if (!openhost::Allows(openhost::Operation::SaveAsset, filter->className()))
         return DZ_OPERATION_FAILED_ERROR;
     return write(*filter, *options, file, startingDir);
 }

@@ -3,7 +3,9 @@
 
 #include "dzcontentmgr.h"
 
+#include "app/current_attendant.h"
 #include "app/guard.h"
+#include "app/operations.h"
 #include "base/errors.h"
 #include "dzcontentfolder.h"
 #include "dzimporter.h"
@@ -11,8 +13,6 @@
 #include "dzscene.h"
 #include "library/asset_library.h"
 #include "loading/scene_loader.h"
-#include "openhost/operations.h"
-#include "scene/load_questions.h"
 
 #include <memory>
 #include <vector>
@@ -97,19 +97,19 @@ DzContentMgr::~DzContentMgr() = default;
 
 bool DzContentMgr::openFile(const QString& fullPath, bool merge)
 {
-    if (!openhost::AllowOperation("openFile", fullPath))
+    if (!openhost::Allows(openhost::Operation::OpenFile, fullPath))
         return false;
     const auto open = [&] {
         if (!IsNative(fullPath) || !QFileInfo(fullPath).isFile())
             return Import(fullPath);
         const bool replace = !merge && !shouldMerge(fullPath);
-        if (replace && !openhost::AllowOperation("replaceScene", fullPath))
+        if (replace && !openhost::CurrentAttendant().mayReplaceScene(fullPath))
             return false;
         return openhost::LoadIntoScene(_impl->library, ToPath(fullPath), replace);
     };
     return openhost::GuardHostCall(
         {fullPath.toStdString()}, open, [&fullPath](const openhost::HostFailure& failure) {
-            openhost::CurrentLoadQuestions().openError(fullPath, QString::fromStdString(failure.reason));
+            openhost::CurrentAttendant().tellOpenError(fullPath, QString::fromStdString(failure.reason));
             return false;
         });
 }

@@ -3,6 +3,7 @@
 
 #include "saving/scene_asset_filters.h"
 
+#include "app/current_attendant.h"
 #include "app/guard.h"
 #include "base/errors.h"
 #include "dzapp.h"
@@ -83,8 +84,8 @@ std::vector<openhost::OptionRow> DzUserAssetFilter::optionRows() const
 bool DzUserAssetFilter::getOptions(DzFileIOSettings* options, bool useInterface, const QString& filename)
 {
     return DzAssetIOFilter::getOptions(options, useInterface, filename) &&
-           (!useInterface ||
-            openhost::AskOptions(getDescription() + QLatin1String(" Save Options"), optionRows(), *options));
+           (!useInterface || openhost::CurrentAttendant().chooseFileOptions(
+                                 getDescription() + QLatin1String(" Save Options"), optionRows(), *options));
 }
 
 DzError DzUserAssetFilter::doSave(DzFileIOSettings* options, const QString& filename, const QString&)

@@ -14,23 +14,6 @@ void RegisterClassFactory(const DzClassFactory* factory);
 const DzClassFactory* FindBuiltInClassFactory(const QString& className);
 QList<const DzClassFactory*> BuiltInClassFactories();
 
-/// As long as it lives, another factory, or none, stands in for a built-in class: how others fare in a host
-/// of another version. The factory is borrowed. Of several for one class the newest counts.
-class ClassFactoryOverride {
-public:
-    ClassFactoryOverride(const QString& className, const DzClassFactory* factory);
-    ~ClassFactoryOverride();
-    ClassFactoryOverride(const ClassFactoryOverride&) = delete;
-    ClassFactoryOverride& operator=(const ClassFactoryOverride&) = delete;
-
-    const QString& className() const { return _className; }
-    const DzClassFactory* factory() const { return _factory; }
-
-private:
-    QString _className;
-    const DzClassFactory* _factory;
-};
-
 /// A built-in class. Define one at namespace scope in the class's source file:
 /// `const openhost::BuiltInClass<DzObjExporter> registration;`
 template <class T>

@@ -9,6 +9,8 @@
 
 namespace openhost {
 
+class Attendant;
+
 /// Owns the application with its scene, managers and main window; its end deletes them all. One at a time,
 /// since Qt allows one application in a process.
 class OpenHost {
@@ -23,6 +25,9 @@ public:
         bool echoLog = false;         ///< the log goes to stderr too
         bool terminalProgress = true; ///< headless, progress is shown on stderr if that is a terminal
         bool hdMorphs = true;         ///< with the add-on for subdivided morphs
+        /// Borrowed, and outlives the host; null for windows, or headless for one that answers as nobody
+        /// would.
+        Attendant* attendant = nullptr;
     };
     OpenHost(int& argc, char** argv, const Options& options);
     ~OpenHost();
@@ -42,8 +47,5 @@ private:
     struct Impl;
     std::unique_ptr<Impl> _impl;
 };
-
-/// Adds the add-on for subdivided morphs to the running host, or takes it away, until the next reset.
-void SetHdMorphSupport(bool isPresent);
 
 } // namespace openhost

@@ -11,7 +11,7 @@ namespace openhost {
 
 /// Adds a file's figures and props to the scene and selects what it added, or applies a preset to the
 /// selection. Missing parts are left out, one line each in the log. What a person should know or decide goes
-/// through CurrentLoadQuestions().
+/// through CurrentAttendant().
 /// @param replace  figures and props take the place of all that is in the scene, which stays if they cannot
 /// be
 ///                 loaded

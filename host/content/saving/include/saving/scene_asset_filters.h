@@ -5,7 +5,7 @@
 
 #include "dson/scene.h"
 #include "dzassetiofilter.h"
-#include "scene/option_table.h"
+#include "openhost/attendant.h"
 
 #include <vector>
 

@@ -1,10 +1,12 @@
-// Windows for what loading content has to ask or tell.
+// Windows for what a person should know or decide.
 // SPDX-License-Identifier: MIT
 
-#include "load_windows.h"
+#include "openhost/window_attendant.h"
 
 #include "dform_load_options.h"
 #include "dzapp.h"
+#include "options_dialog.h"
+#include "save_file_dialog.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -59,12 +61,12 @@ public:
 
 } // namespace
 
-void LoadWindows::missingFiles(const QStringList& files)
+void WindowAttendant::tellMissingFiles(const QStringList& files)
 {
     MissingFilesDialog(dzApp->getDialogParent(), files).exec();
 }
 
-void LoadWindows::openError(const QString& file, const QString& reason)
+void WindowAttendant::tellOpenError(const QString& file, const QString& reason)
 {
     const QString text = reason.contains(file) ? reason : file + QLatin1String(": ") + reason;
     QMessageBox box(QMessageBox::Warning, QStringLiteral("Error opening file"),
@@ -74,7 +76,7 @@ void LoadWindows::openError(const QString& file, const QString& reason)
     box.exec();
 }
 
-void LoadWindows::duplicateFormulas(const QStringList& outputs)
+void WindowAttendant::tellDuplicateFormulas(const QStringList& outputs)
 {
     QMessageBox box(
         QMessageBox::Warning, QStringLiteral("Duplicate Formulas Found"),
@@ -84,7 +86,7 @@ void LoadWindows::duplicateFormulas(const QStringList& outputs)
     box.exec();
 }
 
-bool LoadWindows::presetExceedsLimits(const QStringList& dials)
+bool WindowAttendant::mayExceedLimits(const QStringList& dials)
 {
     QMessageBox box(
         QMessageBox::Question, QStringLiteral("Preset Exceeds Limits"),
@@ -100,13 +102,28 @@ bool LoadWindows::presetExceedsLimits(const QStringList& dials)
     return box.clickedButton() == off;
 }
 
-bool LoadWindows::dformOptions(DFormLoadOptions& options)
+bool WindowAttendant::chooseDFormOptions(DFormLoadOptions& options)
 {
     DzDFormPresetLoadOptionsDlg dialog(dzApp->getDialogParent(), options);
     if (dialog.exec() != QDialog::Accepted)
         return false;
     options = dialog.options();
     return true;
+}
+
+bool WindowAttendant::chooseFileOptions(const QString& title, const std::vector<OptionRow>& rows,
+                                        DzFileIOSettings& options)
+{
+    OptionsDialog dialog(title, rows, options, dzApp->getDialogParent());
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    dialog.store(options);
+    return true;
+}
+
+std::optional<QString> WindowAttendant::chooseFileToSave(const QString& title, const QString& startingDir)
+{
+    return AskForSaveFile(title, startingDir);
 }
 
 } // namespace openhost
