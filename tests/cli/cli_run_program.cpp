@@ -106,8 +106,14 @@ ProgramResult RunProgram(const std::vector<std::string>& arguments)
 
 ProgramResult InterruptProgram(const std::vector<std::string>& arguments, const std::string& awaitedPath)
 {
+    return InterruptProgram(arguments, [&awaitedPath] { return std::filesystem::exists(awaitedPath); });
+}
+
+ProgramResult InterruptProgram(const std::vector<std::string>& arguments,
+                               const std::function<bool()>& hasCome)
+{
     const RunningProgram program(arguments);
-    while (!std::filesystem::exists(awaitedPath) && !program.hasEnded())
+    while (!hasCome() && !program.hasEnded())
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     program.interrupt();
     return program.wait();

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,5 +15,8 @@ struct ProgramResult {
 
 /// Runs the program under test to its end, without a terminal.
 ProgramResult RunProgram(const std::vector<std::string>& arguments);
-/// Starts the program, waits until the file or folder exists, and sends Ctrl+C's signal.
+/// Starts the program, waits until something has come, and sends Ctrl+C's signal.
+ProgramResult InterruptProgram(const std::vector<std::string>& arguments,
+                               const std::function<bool()>& hasCome);
+/// The same when the file or folder exists.
 ProgramResult InterruptProgram(const std::vector<std::string>& arguments, const std::string& awaitedPath);
