@@ -3,6 +3,7 @@
 
 #include "app/app_parts.h"
 
+#include "app/progress_display.h"
 #include "dzassetiomgr.h"
 #include "dzassetmgr.h"
 #include "dzcontentmgr.h"

@@ -47,9 +47,9 @@ public:
     /// The pipeline's result: world space, at the current resolution, evaluated now if out of date. Null
     /// without a facet shape. Belongs to the object and changes with it.
     DzVertexMesh* getCachedGeom() const;
-    void forceCacheUpdate(DzNode* node, bool isRender = false);
+    virtual void forceCacheUpdate(DzNode* node, bool isRender = false);
     void invalidateCache();
-    Q_INVOKABLE DzBox3 getBoundingBox() const;
+    Q_INVOKABLE virtual DzBox3 getBoundingBox() const;
 
     /// The stages of the evaluation, for the host's own tools.
     openhost::Pipeline& pipeline() const;

@@ -7,6 +7,10 @@
 
 #include <memory>
 
+namespace openhost {
+class ProgressDisplay;
+} // namespace openhost
+
 /// Nests: the outermost one opens the display, inner ones add to it. The destructor finishes. With windows
 /// the display is one, and every change handles events: those of the user only while the work can be
 /// cancelled.
@@ -40,7 +44,7 @@ private:
     DzProgress& operator=(const DzProgress&);
 
     static void show();
-    static void showInWindow();
+    static void showOn(openhost::ProgressDisplay& display);
 
     struct Impl;
     std::unique_ptr<Impl> _impl;

@@ -1,31 +1,10 @@
-// Names, counted items, presentations and selection maps.
+// Counted items, presentations and selection maps.
 // SPDX-License-Identifier: MIT
 
-#include "dzbase.h"
 #include "dzcontentfolder.h"
 #include "dzpresentation.h"
 #include "dzrefcounteditem.h"
 #include "dzselectionmap.h"
-
-DzBase::DzBase() = default;
-DzBase::~DzBase() = default;
-
-void DzBase::setName(const QString& name)
-{
-    if (name == _name)
-        return;
-    const QString oldName = _name;
-    _name = name;
-    renamed(oldName);
-    emit nameChanged(_name);
-}
-
-QString DzBase::className() const
-{
-    return QLatin1String(metaObject()->className());
-}
-
-void DzBase::renamed(const QString&) {}
 
 DzRefCountedItem::DzRefCountedItem() : _count(0) {}
 DzRefCountedItem::~DzRefCountedItem() = default;

@@ -1,4 +1,4 @@
-// Vectors, boxes, matrices, URIs, ids and versions.
+// Vectors, boxes, matrices, URIs and ids.
 // SPDX-License-Identifier: MIT
 
 #include "dzassetfileinfo.h"
@@ -8,7 +8,6 @@
 #include "dzmatrix3.h"
 #include "dzrotationorder.h"
 #include "dzuri.h"
-#include "dzversion.h"
 
 #include <QRegularExpression>
 #include <QUrl>
@@ -129,15 +128,6 @@ DzGuid DzGuid::fromString(const QString& text)
     if (form.match(text).hasMatch())
         guid._text = text.toLower();
     return guid;
-}
-
-QString DzVersion::getLongVersionString() const
-{
-    return QStringLiteral("%1.%2.%3.%4")
-        .arg(getMajorVersion())
-        .arg(getMinorVersion())
-        .arg(getRevisionNumber())
-        .arg(getBuildNumber());
 }
 
 namespace {

@@ -3,6 +3,8 @@
 
 #include "progress_window.h"
 
+#include "dzapp.h"
+
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -115,6 +117,28 @@ void ProgressWindow::keyPressEvent(QKeyEvent* event)
         close();
     else
         QDialog::keyPressEvent(event);
+}
+
+void ProgressWindows::show(const std::vector<ProgressLevel>& levels, double seconds,
+                           std::function<void()> cancel)
+{
+    const bool isCancellable = bool(cancel);
+    if (!_window)
+        _window = new ProgressWindow(dzApp->getDialogParent());
+    _window->setCancel(std::move(cancel));
+    _window->showLevels(levels, seconds);
+    QApplication::processEvents(isCancellable ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
+}
+
+void ProgressWindows::end(bool closes)
+{
+    if (!_window)
+        return;
+    if (closes)
+        delete _window;
+    else
+        _window->stayOpen();
+    _window.clear();
 }
 
 } // namespace openhost

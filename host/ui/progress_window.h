@@ -3,7 +3,10 @@
 
 #pragma once
 
+#include "app/progress_display.h"
+
 #include <QDialog>
+#include <QPointer>
 
 #include <functional>
 #include <vector>
@@ -14,12 +17,6 @@ class QPushButton;
 class QVBoxLayout;
 
 namespace openhost {
-
-/// What one progress shows.
-struct ProgressLevel {
-    QString info;
-    int position = 0, total = 0; ///< a total of 0 stands for work of unknown length
-};
 
 /// One bar for each progress, the outermost on top. It takes input from other windows only while the work can
 /// be cancelled: then it is modal.
@@ -56,6 +53,17 @@ private:
     QLabel* _time;
     QPushButton* _button;
     bool _isOver = false;
+};
+
+/// One window, which goes with the outermost progress.
+class ProgressWindows : public ProgressDisplay {
+public:
+    void show(const std::vector<ProgressLevel>& levels, double seconds,
+              std::function<void()> cancel) override;
+    void end(bool closes) override;
+
+private:
+    QPointer<ProgressWindow> _window;
 };
 
 } // namespace openhost

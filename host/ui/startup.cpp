@@ -19,6 +19,7 @@
 #include "dzstyle.h"
 #include "headless_dialogs.h"
 #include "look.h"
+#include "progress_window.h"
 
 namespace openhost {
 
@@ -42,10 +43,12 @@ void AddActionsOfPlugins(DzPluginMgr& plugins, DzMainWindow& window)
 
 void Dress(DzApp& app, AppParts& parts)
 {
-    if (app.isHeadless())
+    if (app.isHeadless()) {
         app.installEventFilter(new HeadlessDialogs(&app));
-    else
+    } else {
         ApplyLook(app);
+        parts.progressDisplay = std::make_unique<ProgressWindows>();
+    }
     parts.style = std::make_unique<DzStyle>();
 }
 

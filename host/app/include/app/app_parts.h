@@ -20,6 +20,8 @@ class DzStyle;
 
 namespace openhost {
 
+class ProgressDisplay;
+
 /// Kept here and made by whoever starts the application, since the rooms that they live in lie above this
 /// one.
 struct AppParts {
@@ -36,6 +38,7 @@ struct AppParts {
     bool remove(const QString& className);
 
     std::unique_ptr<DzStyle> style;
+    std::unique_ptr<ProgressDisplay> progressDisplay; ///< none headless
     std::unique_ptr<DzPluginMgr> pluginMgr;
     std::unique_ptr<DzScene> scene;
     std::unique_ptr<DzExportMgr> exportMgr;

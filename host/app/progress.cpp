@@ -1,15 +1,16 @@
-// Progress of long work, on a terminal or in a window.
+// Progress of long work, on a terminal or on a display.
 // SPDX-License-Identifier: MIT
 
 #include "dzprogress.h"
 
+#include "app/app_access.h"
+#include "app/app_parts.h"
 #include "app/current_attendant.h"
+#include "app/progress_display.h"
 #include "dzapp.h"
 #include "openhost/events.h"
-#include "progress_window.h"
 
 #include <QElapsedTimer>
-#include <QPointer>
 
 #include <algorithm>
 #include <cstdio>
@@ -61,11 +62,10 @@ void ShowOnTerminal()
     std::fflush(stderr);
 }
 
-/// The one window; it goes with the outermost progress.
-QPointer<openhost::ProgressWindow>& Window()
+/// Null without windows.
+openhost::ProgressDisplay* Display()
 {
-    static QPointer<openhost::ProgressWindow> window;
-    return window;
+    return dzApp ? openhost::AppAccess::Parts(*dzApp).progressDisplay.get() : nullptr;
 }
 
 void CancelAll()
@@ -76,9 +76,7 @@ void CancelAll()
 
 } // namespace
 
-/// Only work that can be cancelled takes input meanwhile, and only in its own, modal window: nothing else is
-/// to happen to the scene before it ends.
-void DzProgress::showInWindow()
+void DzProgress::showOn(openhost::ProgressDisplay& display)
 {
     const std::vector<DzProgress*>& stack = Stack();
     std::vector<openhost::ProgressLevel> levels;
@@ -88,19 +86,16 @@ void DzProgress::showInWindow()
         isCancellable = isCancellable || progress->_impl->cancellable;
         showsTime = showsTime || progress->_impl->showTime;
     }
-    if (!Window())
-        Window() = new openhost::ProgressWindow(dzApp->getDialogParent());
-    Window()->setCancel(isCancellable ? std::function<void()>(CancelAll) : std::function<void()>());
-    Window()->showLevels(levels, showsTime ? double(stack.front()->_impl->timer.elapsed()) / 1000.0 : -1.0);
-    QApplication::processEvents(isCancellable ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
+    display.show(levels, showsTime ? double(stack.front()->_impl->timer.elapsed()) / 1000.0 : -1.0,
+                 isCancellable ? std::function<void()>(CancelAll) : std::function<void()>());
 }
 
 void DzProgress::show()
 {
     if (ShowsOnTerminal())
         ShowOnTerminal();
-    else if (dzApp && !dzApp->isHeadless() && !Stack().empty())
-        showInWindow();
+    else if (Display() && !Stack().empty())
+        showOn(*Display());
 }
 
 DzProgress::DzProgress(const QString& info, int totalSteps, bool isCancellable, bool showTimeElapsed)
@@ -162,13 +157,8 @@ void DzProgress::finish()
                        .arg(_impl->info)
                        .arg(double(_impl->timer.elapsed()) / 1000.0, 0, 'f', 1));
     show();
-    if (!stack.empty() || !Window())
-        return;
-    if (_impl->closeOnFinish)
-        delete Window();
-    else
-        Window()->stayOpen();
-    Window().clear();
+    if (stack.empty() && Display())
+        Display()->end(_impl->closeOnFinish);
 }
 
 void DzProgress::cancel()
