@@ -3,6 +3,7 @@
 
 #include "definition_nodes.h"
 
+#include "app/texts.h"
 #include "dzbasiccamera.h"
 #include "dzbone.h"
 #include "dzfacetmesh.h"
@@ -21,11 +22,6 @@
 namespace openhost {
 
 namespace {
-
-QString ToQ(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
 
 DzVec3 ToVector(const std::array<double, 3>& values)
 {

@@ -3,6 +3,7 @@
 
 #include "figure_assembly.h"
 
+#include "app/texts.h"
 #include "base/errors.h"
 #include "definition_nodes.h"
 #include "dson/dhdm.h"
@@ -43,11 +44,6 @@
 namespace openhost {
 
 namespace {
-
-QString ToQ(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
 
 /// Without the deltas of vertices that the mesh does not have: files may leave their vertex count open.
 /// @param lost  receives what is left out

@@ -5,6 +5,7 @@
 
 #include "app/current_attendant.h"
 #include "app/operations.h"
+#include "app/texts.h"
 #include "base/errors.h"
 #include "dson/uri.h"
 #include "dzbone.h"
@@ -37,11 +38,6 @@
 namespace openhost {
 
 namespace {
-
-QString ToQ(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
 
 base::Diagnostic Warning(const dson::Document& preset, std::string what)
 {

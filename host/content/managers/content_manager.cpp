@@ -6,6 +6,7 @@
 #include "app/current_attendant.h"
 #include "app/guard.h"
 #include "app/operations.h"
+#include "app/texts.h"
 #include "base/errors.h"
 #include "dzcontentfolder.h"
 #include "dzimporter.h"
@@ -25,15 +26,8 @@
 
 namespace {
 
-std::filesystem::path ToPath(const QString& text)
-{
-    return std::filesystem::path(text.toStdString());
-}
-
-QString ToQ(const std::filesystem::path& path)
-{
-    return QString::fromStdString(path.string());
-}
+using openhost::ToPath;
+using openhost::ToQ;
 
 bool IsNative(const QString& file)
 {
@@ -79,7 +73,7 @@ struct DzContentMgr::Impl {
     {
         Folders folders;
         for (const std::filesystem::path& directory : paths.directories())
-            folders.push_back(std::make_unique<DzContentFolder>(ToQ(directory)));
+            folders.push_back(std::make_unique<DzContentFolder>(ToQ(directory.string())));
         return folders;
     }
 
@@ -122,12 +116,12 @@ QString DzContentMgr::getAbsolutePath(const QString& relative, bool useImportFol
         first.add(ToPath(preferred));
         const std::filesystem::path found = first.resolve(relative.toStdString());
         if (!found.empty())
-            return ToQ(found);
+            return ToQ(found.string());
     }
     std::filesystem::path found = _impl->paths.resolve(relative.toStdString());
     if (found.empty() && useImportFolders)
         found = _impl->importPaths.resolve(relative.toStdString());
-    return ToQ(found);
+    return ToQ(found.string());
 }
 
 QString DzContentMgr::getRelativePath(const QString& absolute, bool useImportFolders) const
