@@ -5,8 +5,10 @@
 
 #include "app/guard.h"
 #include "app/operations.h"
+#include "app/texts.h"
 #include "base/errors.h"
 #include "dzapp.h"
+#include "dzbone.h"
 #include "dzcontentmgr.h"
 #include "dzerclink.h"
 #include "dzfileiosettings.h"
@@ -15,6 +17,7 @@
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
 #include "dzscene.h"
+#include "dzskeleton.h"
 #include "dzweightmap.h"
 #include "figure/deltas_access.h"
 #include "figure/mesh_access.h"
@@ -38,11 +41,6 @@ namespace {
 
 using base::Span;
 using geometry::Vec3f;
-
-std::string ToStd(const QString& text)
-{
-    return text.toStdString();
-}
 
 /// A morph that counts as not there while the shape without it is looked at.
 class DialedOut {
@@ -222,6 +220,29 @@ void PutInPlace(const MorphLoadSettings& settings, DzNode& node, DzMorph* presen
         MakeControlProperty(settings, node, morph);
 }
 
+/// The nodes of one figure, or the node alone.
+std::vector<DzNode*> PartsOf(DzNode& node)
+{
+    auto* skeleton = qobject_cast<DzSkeleton*>(&node);
+    if (const auto* const bone = qobject_cast<DzBone*>(&node))
+        skeleton = bone->getSkeleton();
+    std::vector<DzNode*> parts{skeleton ? static_cast<DzNode*>(skeleton) : &node};
+    if (skeleton)
+        parts.insert(parts.end(), skeleton->bones().begin(), skeleton->bones().end());
+    return parts;
+}
+
+/// Morphs of the same name on the figure's other parts, which the file holds nothing for.
+void RemoveOrphans(const MorphLoadSettings& settings, DzNode& node)
+{
+    for (DzNode* const part : PartsOf(node)) {
+        DzMorph* const orphan =
+            part != &node && part->getObject() ? FindMorph(*part, EffectiveMorphName(settings)) : nullptr;
+        if (orphan)
+            part->getObject()->removeModifier(orphan);
+    }
+}
+
 void LoadPose(const MorphLoadSettings& settings, DzNode& node)
 {
     if (settings.reverseDeformationsPose.isEmpty())
@@ -277,6 +298,11 @@ void CheckLoad(const MorphLoadSettings& settings, const DzNode* node, std::size_
 void MakeMorph(const MorphLoadSettings& settings, DzNode* node, base::Span<const Vec3f> file)
 {
     CheckLoad(settings, node, file.size());
+    if (settings.loadMode == DzMorphLoader::SingleSkinFigureFromGraft)
+        LogNote(
+            EffectiveMorphName(settings) +
+            QLatin1String(": the load mode SingleSkinFigureFromGraft has no effect here; the file is read "
+                          "as the figure's own mesh"));
     LoadPose(settings, *node);
     DzMorph* const present = FindMorph(*node, EffectiveMorphName(settings));
     NewMorph made;
@@ -291,6 +317,8 @@ void MakeMorph(const MorphLoadSettings& settings, DzNode* node, base::Span<const
     // After dropping, so that the parts of a map and of its complement add up to the full morph.
     AttenuateByMap(made, settings, *node);
     PutInPlace(settings, *node, present, std::move(made));
+    if (settings.cleanUpOrphans && settings.overwriteExisting != DzMorphLoader::MakeUnique)
+        RemoveOrphans(settings, *node);
 }
 
 template <class Work>

@@ -111,6 +111,7 @@ void DzObjExporter::getDefaultOptions(DzFileIOSettings* options) const
     options->setBoolValue(QLatin1String("IgnoreInvisible"), true);
     for (const char* const key : {"WriteVT", "WriteF", "WriteL", "WriteG", "GroupGeom", "WriteUsemtl"})
         options->setBoolValue(QLatin1String(key), true);
+    openhost::SetDefaultMapOptions(*options);
 }
 
 bool DzObjExporter::getOptions(DzFileIOSettings* options, bool useInterface, const QString& filename)
@@ -125,6 +126,7 @@ DzError DzObjExporter::write(const QString& filename, const DzFileIOSettings* op
     DzFileIOSettings all;
     getDefaultOptions(&all);
     const DzFileIOSettings& used = options ? *options : all;
+    openhost::NoteMapOptions(filename, used);
     const auto write = [&] {
         geometry::ObjWriteOptions writeOptions = openhost::ReadObjWriteOptions(used);
         ExportData data;

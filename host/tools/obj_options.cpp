@@ -3,13 +3,14 @@
 
 #include "obj_options.h"
 
+#include "app/host_log.h"
 #include "base/errors.h"
 #include "dzfileiosettings.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include <QString>
+#include <QStringList>
 
 namespace openhost {
 
@@ -48,6 +49,17 @@ geometry::ObjGrouping ReadGrouping(const DzFileIOSettings& options)
     return Flag(options, "GroupGeom", true) ? ObjGrouping::Geometry : ObjGrouping::None;
 }
 
+struct MapOption {
+    const char* key;
+    bool isSet; ///< by default
+};
+
+constexpr MapOption mapOptions[] = {{"NoMaps", false},
+                                    {"OriginalMaps", true},
+                                    {"CollectMaps", false},
+                                    {"ConvertMaps", false},
+                                    {"QuoteMapPathsWithSpaces", true}};
+
 } // namespace
 
 geometry::ObjSpace ReadObjSpace(const DzFileIOSettings& options)
@@ -71,6 +83,23 @@ void SetDefaultObjSpace(DzFileIOSettings& options)
     options.setStringValue(QLatin1String("LatAxis"), QLatin1String("X"));
     options.setStringValue(QLatin1String("VertAxis"), QLatin1String("Y"));
     options.setStringValue(QLatin1String("DepthAxis"), QLatin1String("Z"));
+}
+
+void SetDefaultMapOptions(DzFileIOSettings& options)
+{
+    for (const MapOption& option : mapOptions)
+        options.setBoolValue(QLatin1String(option.key), option.isSet);
+}
+
+void NoteMapOptions(const QString& file, const DzFileIOSettings& options)
+{
+    QStringList unusual;
+    for (const MapOption& option : mapOptions)
+        if (Flag(options, option.key, option.isSet) != option.isSet)
+            unusual.append(QLatin1String(option.key));
+    if (!unusual.isEmpty())
+        LogNote(QStringLiteral("%1: %2 has no effect here: the scene holds no maps")
+                    .arg(file, unusual.join(QLatin1String(", "))));
 }
 
 geometry::ObjReadOptions ReadObjReadOptions(const DzFileIOSettings& options)

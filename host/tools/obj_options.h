@@ -6,6 +6,7 @@
 #include "geometry/obj.h"
 
 class DzFileIOSettings;
+class QString;
 
 namespace openhost {
 
@@ -16,6 +17,11 @@ geometry::ObjSpace ReadObjSpace(const DzFileIOSettings& options);
 
 /// The host's own: one unit of the file is a centimetre, axes as in the scene.
 void SetDefaultObjSpace(DzFileIOSettings& options);
+
+/// Options that have no effect, since the scene holds no maps, with the values that say nothing of them.
+void SetDefaultMapOptions(DzFileIOSettings& options);
+/// Tells in the log of those that somebody has set otherwise.
+void NoteMapOptions(const QString& file, const DzFileIOSettings& options);
 
 geometry::ObjReadOptions ReadObjReadOptions(const DzFileIOSettings& options);
 geometry::ObjWriteOptions ReadObjWriteOptions(const DzFileIOSettings& options);

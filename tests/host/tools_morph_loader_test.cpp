@@ -190,6 +190,48 @@ TEST_F(MorphLoaderPro, reversal_of_a_morph_that_stays_builds_upon_it)
     EXPECT_LT(LargestDistance(WorldPositions(*tube.figure), file), 1e-3f);
 }
 
+TEST_F(MorphLoaderPro, orphans_are_cleaned_up_when_a_morph_is_overwritten)
+{
+    TubeFigure tube;
+    DzNode* const prop = AddProp("Prop", Tube(8));
+    tube.upper->setObject(new DzObject);
+    const auto addOther = [](DzNode& node, const char* name) {
+        auto* const other = new DzMorph;
+        other->setName(QLatin1String(name));
+        node.getObject()->addModifier(other);
+    };
+    for (const char* const name : {"New", "Kept"})
+        addOther(*tube.upper, name);
+    addOther(*prop, "New");
+    load(*tube.figure, Bumped(BasePositions()));
+    EXPECT_NE(morph(*tube.upper), nullptr) << "nobody wants it cleaned up";
+    _loader.setCleanUpOrphans(true);
+    _loader.setOverwriteExisting(DzMorphLoader::MakeUnique);
+    load(*tube.figure, Bumped(BasePositions()));
+    EXPECT_NE(morph(*tube.upper), nullptr) << "nothing is overwritten";
+    _loader.setOverwriteExisting(DzMorphLoader::DeltasOnly);
+    load(*tube.figure, Bumped(BasePositions()));
+    EXPECT_EQ(morph(*tube.upper), nullptr);
+    EXPECT_NE(morph(*tube.upper, "Kept"), nullptr);
+    EXPECT_NE(morph(*prop), nullptr) << "of another object";
+    EXPECT_NE(morph(*tube.figure), nullptr);
+}
+
+TEST_F(MorphLoaderPro, a_load_by_a_graft_is_told_to_be_none)
+{
+    TubeFigure tube;
+    const QString note =
+        QStringLiteral("New: the load mode SingleSkinFigureFromGraft has no effect here; the file is "
+                       "read as the figure's own mesh");
+    _loader.setLoadMode(DzMorphLoader::SingleSkinFigure, tube.figure);
+    load(*tube.figure, Bumped(BasePositions()));
+    EXPECT_FALSE(LogText().contains(note));
+    _loader.setLoadMode(DzMorphLoader::SingleSkinFigureFromGraft, tube.figure);
+    load(*tube.figure, Bumped(BasePositions()));
+    EXPECT_EQ(LogText().count(note), 1);
+    EXPECT_NE(morph(*tube.figure), nullptr);
+}
+
 TEST_F(MorphLoaderPro, what_cannot_be_loaded_makes_no_morph_and_says_why)
 {
     TubeFigure tube;

@@ -202,6 +202,25 @@ TEST_F(ObjFiles, a_material_library_names_each_surface_once)
     EXPECT_EQ(records("newmtl", "out.mtl"), (Labels{"Skin"}));
 }
 
+TEST_F(ObjFiles, options_for_maps_are_told_to_do_nothing_when_somebody_sets_them)
+{
+    AddProp("Prop", Tube(2));
+    const QString before = LogText();
+    DzFileIOSettings options = flags({"OriginalMaps", "QuoteMapPathsWithSpaces"});
+    for (const char* const key : {"NoMaps", "CollectMaps", "ConvertMaps"})
+        options.setBoolValue(QLatin1String(key), false);
+    ASSERT_EQ(write(options), DZ_NO_ERROR);
+    EXPECT_EQ(LogText().mid(before.size()), QString()) << "as it comes";
+    options.setBoolValue(QStringLiteral("CollectMaps"), true);
+    options.setBoolValue(QStringLiteral("OriginalMaps"), false);
+    ASSERT_EQ(write(options), DZ_NO_ERROR);
+    const QString told = LogText().mid(before.size());
+    EXPECT_EQ(told.count(QLatin1Char('\n')), 1);
+    EXPECT_TRUE(told.endsWith(
+        QStringLiteral("out.obj: OriginalMaps, CollectMaps has no effect here: the scene holds no maps\n")))
+        << told.toStdString();
+}
+
 TEST_F(ObjFiles, texture_coordinates_and_lines_come_out_as_they_went_in)
 {
     const std::string text =
