@@ -4,6 +4,7 @@
 #include "morph_load.h"
 
 #include "app/guard.h"
+#include "app/host_log.h"
 #include "app/operations.h"
 #include "app/texts.h"
 #include "base/errors.h"

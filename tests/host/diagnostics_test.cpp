@@ -3,8 +3,8 @@
 
 #include "openhost/diagnostics.h"
 
+#include "app/guard.h"
 #include "base/errors.h"
-#include "scene/guard.h"
 #include "tests/host/host_fixture.h"
 
 #include <QSignalSpy>
