@@ -24,6 +24,20 @@ SparseDeltas Collect(std::size_t count, float tolerance, const DeltaOf& deltaOf)
     return result;
 }
 
+template <class Condition>
+void KeepIf(SparseDeltas& deltas, const Condition& isKept)
+{
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < deltas.size(); ++i) {
+        if (!isKept(deltas.deltas[i]))
+            continue;
+        deltas.vertices[kept] = deltas.vertices[i];
+        deltas.deltas[kept++] = deltas.deltas[i];
+    }
+    deltas.vertices.resize(kept);
+    deltas.deltas.resize(kept);
+}
+
 } // namespace
 
 SparseDeltas MakeDeltas(base::Span<const Vec3f> neutral, base::Span<const Vec3f> morphed, float tolerance)
@@ -73,6 +87,7 @@ void Attenuate(SparseDeltas& deltas, base::Span<const float> weights, float stre
         const float weight = vertex < weights.size() ? weights[vertex] : 0.0f;
         deltas.deltas[i] = Attenuated(deltas.deltas[i], weight, strength);
     }
+    KeepIf(deltas, [](Vec3f delta) { return delta != Vec3f{}; });
 }
 
 SparseDeltas WithPreserved(const SparseDeltas& old, const SparseDeltas& fresh)
@@ -94,16 +109,7 @@ SparseDeltas WithPreserved(const SparseDeltas& old, const SparseDeltas& fresh)
 void DropShort(SparseDeltas& deltas, float tolerance)
 {
     const float squared = tolerance * tolerance;
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < deltas.size(); ++i) {
-        if (LengthSquared(deltas.deltas[i]) < squared)
-            continue;
-        deltas.vertices[kept] = deltas.vertices[i];
-        deltas.deltas[kept] = deltas.deltas[i];
-        ++kept;
-    }
-    deltas.vertices.resize(kept);
-    deltas.deltas.resize(kept);
+    KeepIf(deltas, [squared](Vec3f delta) { return !(LengthSquared(delta) < squared); });
 }
 
 float LargestLength(const SparseDeltas& deltas)

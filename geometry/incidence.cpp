@@ -5,6 +5,7 @@
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
+#include <tbb/parallel_sort.h>
 
 #include <algorithm>
 
@@ -73,6 +74,31 @@ IndexLists VertexNeighbours(const Topology& topology)
         }
     }
     return Compact(std::move(lists));
+}
+
+EdgeCounts CountEdges(const Topology& topology)
+{
+    std::vector<std::uint64_t> edges;
+    edges.reserve(topology.cornerCount());
+    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
+        const base::Span<const std::uint32_t> face = topology.face(f);
+        for (std::size_t c = 0; c < face.size(); ++c) {
+            const auto [low, high] = std::minmax(face[c], face[(c + 1) % face.size()]);
+            edges.push_back(std::uint64_t{low} << 32 | high);
+        }
+    }
+    tbb::parallel_sort(edges.begin(), edges.end());
+
+    EdgeCounts counts;
+    for (auto first = edges.begin(); first != edges.end();) {
+        const auto next =
+            std::find_if(first, edges.end(), [&](std::uint64_t edge) { return edge != *first; });
+        ++counts.total;
+        counts.boundary += next - first == 1;
+        counts.nonManifold += next - first > 2;
+        first = next;
+    }
+    return counts;
 }
 
 } // namespace geometry

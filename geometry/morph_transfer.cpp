@@ -4,8 +4,8 @@
 #include "geometry/morph_transfer.h"
 
 #include "geometry/errors.h"
-#include "geometry/surface_extension.h"
 #include "geometry/transform.h"
+#include "surface_extension.h"
 #include "surface_match.h"
 
 #include <tbb/blocked_range.h>
@@ -188,6 +188,39 @@ SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMesh
     if (impl->statistics.filled > 0)
         impl->extension = std::make_unique<SurfaceExtension>(target.neighbours, isKnown);
     return SurfaceMap(std::move(impl));
+}
+
+std::vector<std::uint32_t> TransferLabels(const SurfaceMap& map, const Topology& target,
+                                          base::Span<const std::uint32_t> sourceLabels)
+{
+    if (target.vertexCount != map.targetVertexCount())
+        throw TopologyError("the map is for {} vertices but the mesh has {}", map.targetVertexCount(),
+                            target.vertexCount);
+    for (const std::uint32_t face : map.sourceFaces())
+        if (face != UINT32_MAX && face >= sourceLabels.size())
+            throw TopologyError("source face {} has no label; only {} are given", face, sourceLabels.size());
+    std::vector<std::uint32_t> labels(target.faceCount());
+    std::uint32_t previous = 0;
+    std::vector<std::uint32_t> votes;
+    for (std::size_t f = 0; f < target.faceCount(); ++f) {
+        votes.clear();
+        for (const std::uint32_t vertex : target.face(f))
+            if (const std::uint32_t face = map.sourceFaces()[vertex]; face != UINT32_MAX)
+                votes.push_back(sourceLabels[face]);
+        // A face without any match belongs with the faces around it, which mostly stand beside it in the list
+        // too.
+        std::uint32_t best = previous;
+        std::ptrdiff_t bestCount = 0;
+        for (const std::uint32_t vote : votes) {
+            const std::ptrdiff_t count = std::count(votes.begin(), votes.end(), vote);
+            if (count > bestCount) {
+                bestCount = count;
+                best = vote;
+            }
+        }
+        labels[f] = previous = best;
+    }
+    return labels;
 }
 
 } // namespace geometry

@@ -1,7 +1,7 @@
 // Assembling and factorising the bi-Laplacian over the unknown vertices.
 // SPDX-License-Identifier: MIT
 
-#include "geometry/surface_extension.h"
+#include "surface_extension.h"
 
 #include "geometry/errors.h"
 

@@ -3,6 +3,7 @@
 
 #include "command.h"
 #include "file_facts.h"
+#include "geometry/incidence.h"
 #include "mesh_files.h"
 
 #include <map>
@@ -46,7 +47,7 @@ Json Coordinates(geometry::Vec3f v)
 
 Json Edges(const geometry::Topology& topology)
 {
-    const EdgeCounts counts = CountEdges(topology);
+    const geometry::EdgeCounts counts = geometry::CountEdges(topology);
     return {{"total", counts.total},
             {"boundary", counts.boundary},
             {"non_manifold", counts.nonManifold},

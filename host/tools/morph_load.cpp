@@ -71,13 +71,8 @@ private:
     bool _wasOverriding = false;
 };
 
-/// What a load makes.
-struct NewMorph {
-    geometry::SparseDeltas deltas;
-    geometry::MultiresDetail detail; ///< empty without subdivision
-};
-
-NewMorph MakePlainMorph(const MorphLoadSettings& settings, DzNode& node, base::Span<const Vec3f> file)
+geometry::SubdividedMorph MakePlainMorph(const MorphLoadSettings& settings, DzNode& node,
+                                         base::Span<const Vec3f> file)
 {
     Pipeline& pipeline = node.getObject()->pipeline();
     std::vector<Vec3f> deltas(file.begin(), file.end());
@@ -88,39 +83,24 @@ NewMorph MakePlainMorph(const MorphLoadSettings& settings, DzNode& node, base::S
     }
     for (std::size_t v = 0; v < deltas.size(); ++v)
         deltas[v] -= neutral[v];
-    Mirror(deltas, pipeline.base().positions, settings.morphMirroring);
+    if (const auto mirroring = MirroringOf(settings.morphMirroring))
+        geometry::MirrorDeltas(deltas, pipeline.base().positions, *mirroring);
     // An edge strength damps along the border of a facet selection; without a selection there is no border.
-    NewMorph made;
+    geometry::SubdividedMorph made;
     made.deltas = geometry::MakeDeltas(deltas, 0.0f);
     geometry::DropShort(made.deltas, settings.deltaTolerance);
     return made;
 }
 
-NewMorph MakeSubdividedMorph(const MorphLoadSettings& settings, DzNode& node, base::Span<const Vec3f> file)
+geometry::SubdividedMorph MakeSubdividedMorph(const MorphLoadSettings& settings, DzNode& node,
+                                              base::Span<const Vec3f> file)
 {
     Pipeline& pipeline = node.getObject()->pipeline();
-    NewMorph made;
-    if (settings.reverseDeformations)
-        SplitMorph(settings, pipeline, UndoPlace(node, file), &made.deltas, &made.detail);
-    else
-        SplitMorph(settings, pipeline, file, &made.deltas, &made.detail);
-    return made;
+    return settings.reverseDeformations ? SplitMorph(settings, pipeline, UndoPlace(node, file))
+                                        : SplitMorph(settings, pipeline, file);
 }
 
-void DropZero(geometry::SparseDeltas& deltas)
-{
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < deltas.size(); ++i) {
-        if (deltas.deltas[i] == Vec3f{})
-            continue;
-        deltas.vertices[kept] = deltas.vertices[i];
-        deltas.deltas[kept++] = deltas.deltas[i];
-    }
-    deltas.vertices.resize(kept);
-    deltas.deltas.resize(kept);
-}
-
-void AttenuateByMap(NewMorph& made, const MorphLoadSettings& settings, const DzNode& node)
+void AttenuateByMap(geometry::SubdividedMorph& made, const MorphLoadSettings& settings, const DzNode& node)
 {
     if (settings.attenuateMapPath.isEmpty())
         return;
@@ -131,13 +111,12 @@ void AttenuateByMap(NewMorph& made, const MorphLoadSettings& settings, const DzN
     for (std::size_t v = 0; v < count; ++v)
         weights[v] = map->getFloatWeight(static_cast<int>(v));
     geometry::Attenuate(made.deltas, weights, settings.attenuateStrength);
-    DropZero(made.deltas);
     if (!made.detail.empty())
         geometry::Attenuate(made.detail, *pipeline.subdivision(static_cast<int>(made.detail.levels.size())),
                             weights, settings.attenuateStrength);
 }
 
-void Preserve(NewMorph& made, const DzMorph& present, const Pipeline& pipeline)
+void Preserve(geometry::SubdividedMorph& made, const DzMorph& present, const Pipeline& pipeline)
 {
     made.deltas = geometry::WithPreserved(DeltasAccess::deltas(*present.getDeltas()), made.deltas);
     const geometry::MultiresDetail& old = DeltasAccess::detail(*present.getDeltas());
@@ -202,7 +181,8 @@ void MakeControlProperty(const MorphLoadSettings& settings, DzNode& node, DzMorp
     morph.getValueControl()->setHidden(settings.hideSecondaryProperties);
 }
 
-void PutInPlace(const MorphLoadSettings& settings, DzNode& node, DzMorph* present, NewMorph made)
+void PutInPlace(const MorphLoadSettings& settings, DzNode& node, DzMorph* present,
+                geometry::SubdividedMorph made)
 {
     const QString name = EffectiveMorphName(settings);
     const int vertexCount = static_cast<int>(node.getObject()->pipeline().base().vertexCount());
@@ -306,7 +286,7 @@ void MakeMorph(const MorphLoadSettings& settings, DzNode* node, base::Span<const
                           "as the figure's own mesh"));
     LoadPose(settings, *node);
     DzMorph* const present = FindMorph(*node, EffectiveMorphName(settings));
-    NewMorph made;
+    geometry::SubdividedMorph made;
     {
         // A morph that stays beside the new one is part of the shape that the new one is added to.
         const bool isReplaced = settings.overwriteExisting != DzMorphLoader::MakeUnique;

@@ -13,8 +13,8 @@
 #include "dznode.h"
 #include "dzobject.h"
 #include "figure/mesh_access.h"
+#include "geometry/mesh_cleanup.h"
 #include "geometry/normals.h"
-#include "mesh_cleanup.h"
 #include "obj_option_rows.h"
 #include "obj_options.h"
 #include "obj_selection.h"
@@ -69,8 +69,9 @@ void AddPart(ExportData& data, const DzNode& node, const DzFileIOSettings& optio
     const auto isSet = [&options](const char* key) { return options.getBoolValue(QLatin1String(key)); };
     geometry::ObjPart part;
     part.mesh = MeshAccess::mesh(*evaluated).view();
-    if (isSet("WeldSeams") || isSet("RemoveUnusedVerts")) {
-        data.cleaned.push_back(openhost::CleanUp(part.mesh, isSet("WeldSeams"), isSet("RemoveUnusedVerts")));
+    const geometry::CleanUpOptions cleaning{isSet("WeldSeams"), isSet("RemoveUnusedVerts")};
+    if (cleaning.weld || cleaning.dropUnused) {
+        data.cleaned.push_back(geometry::CleanUp(part.mesh, cleaning));
         part.mesh = data.cleaned.back().view();
     }
     AddExtras(data, node, isSet("CollapseUVTiles"), part);

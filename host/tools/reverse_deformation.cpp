@@ -41,12 +41,4 @@ std::vector<Vec3f> UndoSkin(const Pipeline& pipeline, base::Span<const Vec3f> po
     return geometry::Unskin(posed, *pose.weights, pose.poses, pose.mode);
 }
 
-std::vector<Vec3f> ApplySkin(const Pipeline& pipeline, base::Span<const Vec3f> rest)
-{
-    const SkinPose pose = pipeline.skinPose();
-    if (pose.atRest || !pose.weights)
-        return {rest.begin(), rest.end()};
-    return geometry::Skin(rest, *pose.weights, pose.poses, pose.mode);
-}
-
 } // namespace openhost

@@ -18,8 +18,7 @@ class Pipeline;
 /// @throws base::Error  the node is scaled to nothing
 std::vector<geometry::Vec3f> UndoPlace(const DzNode& node, base::Span<const geometry::Vec3f> world);
 
-/// Posed cage positions at rest, and rest positions posed; both in figure space.
+/// Posed cage positions at rest; both in figure space.
 std::vector<geometry::Vec3f> UndoSkin(const Pipeline& pipeline, base::Span<const geometry::Vec3f> posed);
-std::vector<geometry::Vec3f> ApplySkin(const Pipeline& pipeline, base::Span<const geometry::Vec3f> rest);
 
 } // namespace openhost

@@ -126,34 +126,6 @@ void BindLikeSource(DzSkinBinding& binding, const geometry::SurfaceMap& map, con
     }
 }
 
-/// For each target face what most of its corners' source faces have.
-std::vector<std::uint32_t> NearestLabels(const geometry::SurfaceMap& map, const geometry::Topology& target,
-                                         const std::vector<std::uint32_t>& sourceLabels)
-{
-    std::vector<std::uint32_t> labels(target.faceCount());
-    std::uint32_t previous = 0;
-    std::vector<std::uint32_t> votes;
-    for (std::size_t f = 0; f < target.faceCount(); ++f) {
-        votes.clear();
-        for (const std::uint32_t vertex : target.face(f))
-            if (const std::uint32_t face = map.sourceFaces()[vertex]; face != UINT32_MAX)
-                votes.push_back(sourceLabels[face]);
-        // A face without any match belongs with the faces around it, which mostly stand beside it in the list
-        // too.
-        std::uint32_t best = previous;
-        std::ptrdiff_t bestCount = 0;
-        for (const std::uint32_t vote : votes) {
-            const std::ptrdiff_t count = std::count(votes.begin(), votes.end(), vote);
-            if (count > bestCount) {
-                bestCount = count;
-                best = vote;
-            }
-        }
-        labels[f] = previous = best;
-    }
-    return labels;
-}
-
 } // namespace
 
 std::vector<Vec3f> BasePositionsInWorld(const DzNode& node)
@@ -231,11 +203,11 @@ void TransferGroups(const geometry::SurfaceMap& map, const DzNode& source, DzFig
     auto topology = std::make_shared<geometry::Topology>(*mesh.topology);
     if (faceGroups && !from.faceGroups.empty()) {
         topology->groupNames = from.groupNames;
-        topology->faceGroups = NearestLabels(map, *topology, from.faceGroups);
+        topology->faceGroups = geometry::TransferLabels(map, *topology, from.faceGroups);
     }
     if (surfaces && !from.faceSurfaces.empty()) {
         topology->surfaceNames = from.surfaceNames;
-        topology->faceSurfaces = NearestLabels(map, *topology, from.faceSurfaces);
+        topology->faceSurfaces = geometry::TransferLabels(map, *topology, from.faceSurfaces);
     }
     mesh.topology = std::move(topology);
     MeshAccess::assign(*shape->getFacetMesh(), std::move(mesh), 0);

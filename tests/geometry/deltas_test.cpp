@@ -74,6 +74,7 @@ TEST(Attenuate, gives_head_and_body_parts_that_add_up_to_the_whole)
     SparseDeltas head = whole, body = whole;
     Attenuate(head, weights, 1.0f);
     Attenuate(body, weights, -1.0f);
+    ASSERT_EQ(head.size() + body.size(), 2 * whole.size());
     for (std::size_t i = 0; i < whole.size(); ++i) // one rounding of the sum: half a float step at 10
         EXPECT_LE(Length(head.deltas[i] + body.deltas[i] - whole.deltas[i]), 1e-6f);
 }
@@ -96,6 +97,14 @@ TEST(Attenuate, goes_from_weight_over_one_to_the_complement)
 TEST(Attenuate, counts_a_vertex_beyond_the_map_as_weight_zero)
 {
     SparseDeltas deltas{{9}, {{1, 0, 0}}};
-    Attenuate(deltas, std::vector<float>{1.0f}, 1.0f);
-    EXPECT_EQ(deltas.deltas[0], Vec3f{});
+    Attenuate(deltas, std::vector<float>{1.0f}, -1.0f);
+    EXPECT_EQ(deltas.deltas[0], (Vec3f{1, 0, 0}));
+}
+
+TEST(Attenuate, drops_deltas_of_which_nothing_remains)
+{
+    SparseDeltas deltas{{2, 5, 9}, {{1, 0, 0}, {2, 0, 0}, {3, 0, 0}}};
+    Attenuate(deltas, std::vector<float>{0, 0, 0, 0, 0, 0.5f}, 1.0f);
+    EXPECT_EQ(deltas.vertices, std::vector<std::uint32_t>{5});
+    EXPECT_EQ(deltas.deltas, (std::vector<Vec3f>{{1, 0, 0}}));
 }

@@ -150,6 +150,61 @@ TEST(MatchSurfaces, refuses_meshes_without_faces_and_positions_that_are_not_fini
                      "source mesh has no face with an area");
 }
 
+TEST(TransferLabels, gives_each_face_what_most_of_its_source_faces_have)
+{
+    // Cells of 2 cm with a border between two labels at x = 10; the finer target's faces lie wholly on one
+    // side.
+    const PolygonMesh source = shapes::Grid(10, 20.0f), target = shapes::Grid(40, 20.0f);
+    std::vector<std::uint32_t> labels(source.faceCount());
+    const auto side = [](const PolygonMesh& mesh, std::size_t face) {
+        Vec3f middle;
+        for (const std::uint32_t vertex : mesh.topology->face(face))
+            middle += mesh.positions[vertex] * 0.25f;
+        return middle.x;
+    };
+    for (std::size_t f = 0; f < labels.size(); ++f)
+        labels[f] = side(source, f) > 10.0f ? 7 : 3;
+    const SurfaceMap map = MatchSurfaces(source.view(), target.view());
+    const std::vector<std::uint32_t> carried = TransferLabels(map, *target.topology, labels);
+    ASSERT_EQ(carried.size(), target.faceCount());
+    for (std::size_t f = 0; f < carried.size(); ++f) {
+        const float x = side(target, f);
+        if (std::abs(x - 10.0f) > 0.5f) { // vertices on the border may count for either side
+            EXPECT_EQ(carried[f], x > 10.0f ? 7u : 3u);
+        }
+    }
+}
+
+TEST(TransferLabels, lets_the_majority_of_a_faces_vertices_decide)
+{
+    // One vertex in the middle of each of four cells, and a face far from all of them.
+    const PolygonMesh source = shapes::Grid(2, 2.0f);
+    const PolygonMesh target = shapes::FromFaces({{0.5f, 0.5f, 0},
+                                                  {1.5f, 0.5f, 0},
+                                                  {1.5f, 1.5f, 0},
+                                                  {0.5f, 1.5f, 0},
+                                                  {50, 0, 0},
+                                                  {51, 0, 0},
+                                                  {51, 1, 0}},
+                                                 {{0, 1, 2, 3}, {4, 5, 6}});
+    const SurfaceMap map = MatchSurfaces(source.view(), target.view());
+    for (std::uint32_t odd = 0; odd < 4; ++odd) {
+        std::vector<std::uint32_t> labels(4, 6);
+        labels[odd] = 5;
+        EXPECT_EQ(TransferLabels(map, *target.topology, labels), (std::vector<std::uint32_t>{6, 6})) << odd;
+    }
+}
+
+TEST(TransferLabels, refuses_another_target_and_too_few_labels)
+{
+    const PolygonMesh source = shapes::Grid(2, 2.0f), target = shapes::Grid(3, 2.0f);
+    const SurfaceMap map = MatchSurfaces(source.view(), target.view());
+    EXPECT_THROW_MSG(TransferLabels(map, *source.topology, std::vector<std::uint32_t>(4)), TopologyError,
+                     "the map is for 16 vertices but the mesh has 9");
+    EXPECT_THROW_MSG(TransferLabels(map, *target.topology, {}), TopologyError,
+                     "source face 0 has no label; only 0 are given");
+}
+
 TEST(TransferMorph, refuses_values_of_another_mesh)
 {
     const PolygonMesh cube = shapes::Cube(1.0f);

@@ -35,7 +35,7 @@ void AddDeltas(base::Span<Vec3f> positions, const SparseDeltas& deltas, float va
 /// weight so that the parts of strength 1 and -1 add up to the whole; linear in between.
 Vec3f Attenuated(Vec3f delta, float weight, float strength);
 
-/// Does that to each delta with its vertex's weight.
+/// Does that to each delta with its vertex's weight; those of which nothing remains are dropped.
 /// @param weights  0..1, one per vertex; a vertex beyond the map counts as 0
 void Attenuate(SparseDeltas& deltas, base::Span<const float> weights, float strength);
 

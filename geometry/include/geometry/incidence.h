@@ -27,4 +27,14 @@ IndexLists VertexFaces(const Topology& topology);
 /// The vertices that share a face's edge with each vertex, ascending, each once.
 IndexLists VertexNeighbours(const Topology& topology);
 
+/// How many faces meet at the edges.
+struct EdgeCounts {
+    std::size_t total = 0;
+    std::size_t boundary = 0;    ///< of one face
+    std::size_t nonManifold = 0; ///< of more than two faces
+
+    bool isClosed() const { return total > 0 && boundary == 0 && nonManifold == 0; }
+};
+EdgeCounts CountEdges(const Topology& topology);
+
 } // namespace geometry

@@ -56,4 +56,12 @@ private:
 SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMeshView& targetNeutral,
                          const MatchOptions& options = {});
 
+/// Carries what faces are labelled with, such as groups or surfaces.
+/// @param sourceLabels  one per face of the source
+/// @return  one per face of the target: what most of the source faces nearest to its vertices have; without
+///          any, what the face before it has
+/// @throws TopologyError  the target has other vertices than the map, or too few labels are given
+std::vector<std::uint32_t> TransferLabels(const SurfaceMap& map, const Topology& target,
+                                          base::Span<const std::uint32_t> sourceLabels);
+
 } // namespace geometry

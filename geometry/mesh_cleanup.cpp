@@ -1,17 +1,17 @@
-// Merging and dropping vertices for export.
+// Merging and dropping vertices.
 // SPDX-License-Identifier: MIT
 
-#include "mesh_cleanup.h"
+#include "geometry/mesh_cleanup.h"
 
 #include <map>
 #include <tuple>
 
-namespace openhost {
+namespace geometry {
 
 namespace {
 
 /// For each vertex the first one at its place.
-std::vector<std::uint32_t> FirstAtSamePlace(base::Span<const geometry::Vec3f> positions)
+std::vector<std::uint32_t> FirstAtSamePlace(base::Span<const Vec3f> positions)
 {
     std::map<std::tuple<float, float, float>, std::uint32_t> firsts;
     std::vector<std::uint32_t> first(positions.size());
@@ -44,15 +44,15 @@ std::vector<std::uint32_t> MergedFace(base::Span<const std::uint32_t> face,
 
 } // namespace
 
-geometry::PolygonMesh CleanUp(const geometry::PolygonMeshView& mesh, bool weld, bool dropUnused)
+PolygonMesh CleanUp(const PolygonMeshView& mesh, const CleanUpOptions& options)
 {
-    const geometry::Topology& old = *mesh.topology;
+    const Topology& old = *mesh.topology;
     const std::vector<std::uint32_t> first =
-        weld ? FirstAtSamePlace(mesh.positions) : Unchanged(mesh.vertexCount());
-    auto topology = std::make_shared<geometry::Topology>();
+        options.weld ? FirstAtSamePlace(mesh.positions) : Unchanged(mesh.vertexCount());
+    auto topology = std::make_shared<Topology>();
     topology->groupNames = old.groupNames;
     topology->surfaceNames = old.surfaceNames;
-    std::vector<bool> isKept(mesh.vertexCount(), !dropUnused);
+    std::vector<bool> isKept(mesh.vertexCount(), !options.dropUnused);
     for (std::size_t f = 0; f < old.faceCount(); ++f) {
         const std::vector<std::uint32_t> corners = MergedFace(old.face(f), first);
         if (corners.size() < 3)
@@ -65,7 +65,7 @@ geometry::PolygonMesh CleanUp(const geometry::PolygonMeshView& mesh, bool weld, 
         if (!old.faceSurfaces.empty())
             topology->faceSurfaces.push_back(old.faceSurfaces[f]);
     }
-    geometry::PolygonMesh result;
+    PolygonMesh result;
     std::vector<std::uint32_t> renumbered(mesh.vertexCount());
     for (std::uint32_t v = 0; v < mesh.vertexCount(); ++v) {
         if (!isKept[v] || first[v] != v)
@@ -80,4 +80,4 @@ geometry::PolygonMesh CleanUp(const geometry::PolygonMeshView& mesh, bool weld, 
     return result;
 }
 
-} // namespace openhost
+} // namespace geometry

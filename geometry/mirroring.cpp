@@ -1,18 +1,18 @@
 // Mirroring morph deltas across a plane through the origin.
 // SPDX-License-Identifier: MIT
 
-#include "mirroring.h"
+#include "geometry/mirroring.h"
+
+#include "geometry/errors.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <unordered_map>
 
-namespace openhost {
+namespace geometry {
 
 namespace {
-
-using geometry::Vec3f;
 
 constexpr float tolerance = 0.01f; ///< cm
 
@@ -34,7 +34,7 @@ public:
         for (int n = 0; n < 27; ++n) {
             const auto range = _cells.equal_range(key(x + n % 3 - 1, y + n / 3 % 3 - 1, z + n / 9 - 1));
             for (auto entry = range.first; entry != range.second; ++entry) {
-                const float distance = geometry::Length(_positions[entry->second] - place);
+                const float distance = Length(_positions[entry->second] - place);
                 if (distance <= bestDistance) {
                     bestDistance = distance;
                     best = entry->second;
@@ -64,10 +64,14 @@ private:
 
 } // namespace
 
-void MirrorDeltas(std::vector<Vec3f>& deltas, base::Span<const Vec3f> neutral, int axis, MirrorSide side)
+void MirrorDeltas(base::Span<Vec3f> deltas, base::Span<const Vec3f> neutral, const Mirroring& how)
 {
+    if (deltas.size() != neutral.size())
+        throw TopologyError("neutral shape has {} vertices but {} deltas are given", neutral.size(),
+                            deltas.size());
+    const auto [axis, side] = how;
     const VertexGrid grid(neutral);
-    const std::vector<Vec3f> original = deltas;
+    const std::vector<Vec3f> original(deltas.begin(), deltas.end());
     for (std::uint32_t v = 0; v < deltas.size(); ++v) {
         const float coordinate = neutral[v][axis];
         const bool isSource = (side == MirrorSide::PositiveToNegative && coordinate > tolerance) ||
@@ -88,4 +92,4 @@ void MirrorDeltas(std::vector<Vec3f>& deltas, base::Span<const Vec3f> neutral, i
     }
 }
 
-} // namespace openhost
+} // namespace geometry

@@ -6,18 +6,21 @@
 #include "base/span.h"
 #include "geometry/vec3.h"
 
-#include <vector>
-
-namespace openhost {
+namespace geometry {
 
 enum class MirrorSide { Swap, PositiveToNegative, NegativeToPositive };
+
+struct Mirroring {
+    int axis = 0; ///< 0 X, 1 Y, 2 Z: the one at right angles to the plane
+    MirrorSide side = MirrorSide::Swap;
+};
 
 /// Each vertex takes the mirrored delta of the vertex at its mirrored place. Vertices without a counterpart
 /// within 0.01 cm keep their own. When one side is copied, vertices on the plane keep what lies within the
 /// plane.
-/// @param axis    0 X, 1 Y, 2 Z: the axis across which it is mirrored
-/// @param neutral cm, one per vertex; deltas likewise
-void MirrorDeltas(std::vector<geometry::Vec3f>& deltas, base::Span<const geometry::Vec3f> neutral, int axis,
-                  MirrorSide side);
+/// @param deltas   cm, one per vertex
+/// @param neutral  cm, one per vertex; where counterparts are looked for
+/// @throws TopologyError  the two differ in length
+void MirrorDeltas(base::Span<Vec3f> deltas, base::Span<const Vec3f> neutral, const Mirroring& how);
 
-} // namespace openhost
+} // namespace geometry
