@@ -4,6 +4,7 @@
 #include "plain_formats.h"
 
 #include "base/errors.h"
+#include "dson/file_text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -31,7 +32,7 @@ json ParseJson(const std::filesystem::path& file)
         return true;
     };
     try {
-        return json::parse(ReadPlainText(file), guard);
+        return json::parse(dson::ReadBytes(file), guard);
     } catch (const json::exception&) {
         throw base::FormatError("{}: not valid JSON", file.string());
     }

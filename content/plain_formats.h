@@ -51,8 +51,4 @@ std::vector<geometry::Vec3f> ReadDeltaTable(const std::filesystem::path& file, s
 /// @throws base::IoError, base::FormatError
 std::vector<float> ReadWeightTable(const std::filesystem::path& file, std::size_t vertexCount);
 
-/// A whole file's text, expanded when it is gzip.
-/// @throws base::IoError, base::FormatError
-std::string ReadPlainText(const std::filesystem::path& file);
-
 } // namespace content

@@ -4,6 +4,7 @@
 #include "plain_formats.h"
 
 #include "base/errors.h"
+#include "dson/file_text.h"
 
 #include <array>
 #include <charconv>
@@ -22,7 +23,7 @@ template <std::size_t Count, class Use>
 void ForEachRow(const std::filesystem::path& file, std::size_t vertexCount, std::string_view header,
                 const Use& use)
 {
-    const std::string text = ReadPlainText(file);
+    const std::string text = dson::ReadBytes(file);
     std::vector<char> seen(vertexCount, 0);
     std::size_t line = 0;
     for (std::size_t start = 0; start < text.size();) {

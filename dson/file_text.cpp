@@ -4,7 +4,7 @@
 #include "dson/file_text.h"
 
 #include "base/errors.h"
-#include "gzip.h"
+#include "dson/gzip.h"
 
 #include <cerrno>
 #include <cstdint>

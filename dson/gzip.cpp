@@ -1,7 +1,7 @@
 // Whole-file gzip.
 // SPDX-License-Identifier: MIT
 
-#include "gzip.h"
+#include "dson/gzip.h"
 
 #include "base/errors.h"
 

@@ -4,9 +4,9 @@
 #include "dson/scene.h"
 
 #include "base/atomic_file.h"
+#include "dson/gzip.h"
 #include "dson/uri.h"
 #include "emit.h"
-#include "gzip.h"
 #include "uv.h"
 
 #include <cmath>

@@ -5,8 +5,8 @@
 
 #include "base/atomic_file.h"
 #include "base/errors.h"
+#include "dson/gzip.h"
 #include "emit.h"
-#include "gzip.h"
 #include "rewrite.h"
 
 #include <optional>

@@ -4,10 +4,9 @@
 #include "content/plain_formats.h"
 
 #include "base/errors.h"
+#include "dson/gzip.h"
 #include "tests/content/throws.h"
 #include "tests/content/tiny_figure.h"
-
-#include <zlib.h>
 
 using namespace content;
 using base::FormatError;
@@ -15,65 +14,24 @@ using base::IoError;
 
 namespace {
 
-std::string Gzip(const std::string& text)
-{
-    z_stream stream{};
-    deflateInit2(&stream, 6, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY);
-    std::string bytes(deflateBound(&stream, text.size()), '\0');
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
-    stream.avail_in = static_cast<uInt>(text.size());
-    stream.next_out = reinterpret_cast<Bytef*>(bytes.data());
-    stream.avail_out = static_cast<uInt>(bytes.size());
-    deflate(&stream, Z_FINISH);
-    bytes.resize(stream.total_out);
-    deflateEnd(&stream);
-    return bytes;
-}
-
 std::string Replaced(std::string text, const std::string& from, const std::string& to)
 {
     return text.replace(text.find(from), from.size(), to);
 }
 
-TEST(PlainText, reads_gzip_as_it_reads_plain_text)
+TEST(DeltaTable, is_read_from_gzip_as_from_plain_text)
 {
     const TempFolder folder;
-    EXPECT_EQ(ReadPlainText(folder.write("a", "some text")), "some text");
-    EXPECT_EQ(ReadPlainText(folder.write("b", Gzip("some text"))), "some text");
+    const std::string bytes = dson::Compress("vertex,dx,dy,dz\n1,1,2,3\n");
+    EXPECT_EQ(ReadDeltaTable(folder.write("d.csv.gz", bytes), 2)[1], (geometry::Vec3f{1, 2, 3}));
+    const auto cut = folder.write("cut.csv.gz", bytes.substr(0, bytes.size() - 9));
+    EXPECT_THROW_MSG(ReadDeltaTable(cut, 2), base::FormatError,
+                     cut.string() + ": the compressed data is cut off");
 }
 
-TEST(PlainText, tells_when_gzip_data_ends_early)
+TEST(DeltaTable, names_a_missing_file)
 {
-    const TempFolder folder;
-    const std::string whole = Gzip(std::string(10000, 'x') + "end");
-    for (std::size_t length = 2; length < whole.size(); ++length) {
-        const auto file = folder.write("cut.gz", whole.substr(0, length));
-        EXPECT_THROW_MSG(ReadPlainText(file), base::FormatError, file.string() + ": gzip data is truncated");
-    }
-}
-
-TEST(PlainText, tells_when_gzip_data_is_damaged)
-{
-    const TempFolder folder;
-    std::string bytes = Gzip("some text that is long enough to be damaged in the middle");
-    bytes[bytes.size() - 6] ^= 0x55;
-    const auto file = folder.write("bad.gz", bytes);
-    EXPECT_THROW_MSG(ReadPlainText(file), base::FormatError, file.string() + ": gzip data is damaged");
-}
-
-TEST(PlainText, stops_a_gzip_that_expands_without_end)
-{
-    const TempFolder folder;
-    // 600 MB of zeros in about 600 KB: a member of its own for each 100 MB would be refused for other
-    // reasons.
-    const auto file = folder.write("bomb.gz", Gzip(std::string(std::size_t(600) << 20, '\0')));
-    EXPECT_THROW_MSG(ReadPlainText(file), base::FormatError,
-                     file.string() + ": gzip data expands to more than 536870912 bytes");
-}
-
-TEST(PlainText, names_a_missing_file)
-{
-    EXPECT_THROW_MSG(ReadPlainText("/nowhere/at-all.csv"), base::IoError,
+    EXPECT_THROW_MSG(ReadDeltaTable("/nowhere/at-all.csv", 1), base::IoError,
                      "cannot read /nowhere/at-all.csv: No such file or directory");
 }
 
