@@ -5,10 +5,10 @@
 
 #include "base/errors.h"
 #include "dson/uri.h"
+#include "number_text.h"
 #include "uv.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <ctime>
 
@@ -24,14 +24,16 @@ float Finite(double value, const char* what, std::size_t index)
     return single;
 }
 
-/// 3.0 as `3`: whole numbers are written without a fraction, as the format's own files have them.
+Json Styled(double value, NumberStyle style)
+{
+    std::string text;
+    AppendNumber(text, value, style);
+    return Json::binary(std::vector<std::uint8_t>(text.begin(), text.end()));
+}
+
 Json Number(double value)
 {
-    if (!std::isfinite(static_cast<float>(value)))
-        throw base::FormatError("a value of a channel or formula is not a finite number");
-    if (value == std::floor(value) && std::abs(value) < 1e9)
-        return static_cast<std::int64_t>(value);
-    return static_cast<float>(value);
+    return Styled(value, NumberStyle::Setting);
 }
 
 Json List(Json values)
@@ -228,11 +230,7 @@ Json EmitResolutionChannels(int level)
 
 Json ExactNumber(double value)
 {
-    if (!std::isfinite(value))
-        throw base::FormatError("a value of a channel or formula is not a finite number");
-    char text[32];
-    const std::to_chars_result end = std::to_chars(text, text + sizeof text, value);
-    return Json::binary(std::vector<std::uint8_t>(text, end.ptr));
+    return Styled(value, NumberStyle::Exact);
 }
 
 Json EmitFormulas(const std::vector<Formula>& formulas)

@@ -25,7 +25,7 @@ Json EmitSkin(const SkinBinding& skin, const std::string& figureId, const std::s
 Json EmitModifier(const Modifier& modifier);
 Json EmitDForm(const DFormAsset& dform);
 
-/// A number as the shortest text that reads back to the same double; the others keep single precision.
+/// A number in double precision; the others keep single precision.
 /// @throws base::FormatError  it is not finite
 Json ExactNumber(double value);
 

@@ -3,6 +3,8 @@
 
 #include "json_text.h"
 
+#include "number_text.h"
+
 #include <algorithm>
 
 namespace dson {
@@ -19,6 +21,27 @@ bool IsRow(const Json& json)
 {
     return std::all_of(json.begin(), json.end(),
                        [](const Json& item) { return item.is_primitive() && !item.is_binary(); });
+}
+
+void AppendPrimitive(std::string& text, const Json& json)
+{
+    if (json.is_number_float())
+        AppendNumber(text, json.get<float>(), NumberStyle::ListEntry);
+    else if (json.is_number_unsigned())
+        text += std::to_string(json.get<std::uint64_t>());
+    else
+        text += Dump(json);
+}
+
+void AppendRow(std::string& text, const Json& row)
+{
+    text += '[';
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        if (i > 0)
+            text += ',';
+        AppendPrimitive(text, row[i]);
+    }
+    text += ']';
 }
 
 void Append(std::string& text, const Json& json, int indent);
@@ -45,14 +68,16 @@ void Append(std::string& text, const Json& json, int indent)
         text += '{';
         AppendItems(text, json, indent);
         text += '}';
-    } else if (json.is_array() && !IsRow(json)) {
+    } else if (json.is_array() && IsRow(json)) {
+        AppendRow(text, json);
+    } else if (json.is_array()) {
         text += '[';
         AppendItems(text, json, indent);
         text += ']';
     } else if (json.is_binary()) {
         text.append(json.get_binary().begin(), json.get_binary().end());
     } else {
-        text += Dump(json);
+        AppendPrimitive(text, json);
     }
 }
 

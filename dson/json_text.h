@@ -11,12 +11,13 @@
 
 namespace dson {
 
-/// Single-precision floats print as the shortest text that reads back to the same float.
+/// A float is an entry of a list; other numbers with a fraction are binary values, see ToText.
 using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::string, bool, std::int64_t,
                                   std::uint64_t, float>;
 
 /// Indented text; an array of numbers, or of strings and numbers, stands on one line. Binary values hold JSON
 /// text, which is written as it stands.
+/// @throws base::FormatError  a float is not finite
 std::string ToText(const Json& json);
 
 /// The line, from 1, at which a text stops being JSON; 0 if it is.

@@ -59,7 +59,7 @@ TEST_F(DsonWriter, a_figure_reads_back_bit_for_bit)
         figure.geometry.mesh.positions[v] = {AwkwardNumbers()[v], AwkwardNumbers()[(v + 3) % 10],
                                              -AwkwardNumbers()[v]};
     figure.nodes[2].centerPoint = {0.1f, -2.5, 3.0};
-    figure.nodes[2].orientation = {1.25, 0, -90};
+    figure.nodes[2].orientation = {1.25, -0.0, -90};
     figure.nodes[2].rotationOrder = "YZX";
     figure.nodes[2].rotation[1].min = -12.5;
     figure.nodes[2].rotation[1].clamped = true;
@@ -86,6 +86,7 @@ TEST_F(DsonWriter, a_figure_reads_back_bit_for_bit)
     EXPECT_EQ(read.nodes[2].parent, "hip");
     EXPECT_EQ(read.nodes[2].rotationOrder, "YZX");
     EXPECT_EQ(read.nodes[2].orientation, figure.nodes[2].orientation);
+    EXPECT_TRUE(std::signbit(read.nodes[2].orientation[1]));
     EXPECT_FLOAT_EQ(static_cast<float>(read.nodes[2].centerPoint[0]), 0.1f);
     EXPECT_EQ(read.nodes[2].rotation[1].min, -12.5);
     EXPECT_TRUE(read.nodes[2].rotation[1].clamped);
@@ -300,6 +301,14 @@ TEST_F(DsonWriter, the_same_content_is_the_same_text)
     EXPECT_EQ(first.find('\r'), std::string::npos);
     EXPECT_EQ(first.front(), '{');
     EXPECT_EQ(first.substr(first.size() - 2), "}\n");
+}
+
+TEST_F(DsonWriter, a_dial_without_a_number_is_refused)
+{
+    EXPECT_EQ(ErrorOf([&] {
+                  mini::WriteCharacter(library(), {{"/data/up.dsf#Up", "Up", "Lift", NAN}}, "Otto");
+              }),
+              "a value of a channel or formula is not a finite number");
 }
 
 TEST_F(DsonWriter, what_cannot_be_written_is_refused_and_leaves_no_file)
