@@ -26,7 +26,7 @@ struct Joint {
 /// Where a joint's pose puts things: x -> linear * (x - center) + origin for a rest point x.
 struct JointPose {
     Eigen::Matrix3d linear = Eigen::Matrix3d::Identity(); ///< rotation times scale
-    Eigen::Quaterniond rotation = Eigen::Quaterniond::Identity();
+    Eigen::Quaternion<double, Eigen::DontAlign> rotation{1.0, 0.0, 0.0, 0.0};
     Eigen::Vector3d center = Eigen::Vector3d::Zero();      ///< the joint's own centre, cm
     Eigen::Vector3d origin = Eigen::Vector3d::Zero();      ///< where the centre goes, cm
     Eigen::Matrix3d stretch = Eigen::Matrix3d::Identity(); ///< the accumulated scale alone
@@ -34,6 +34,8 @@ struct JointPose {
 
     Eigen::Vector3d apply(const Eigen::Vector3d& x) const { return linear * (x - center) + origin; }
 };
+static_assert(alignof(JointPose) == alignof(double),
+              "users may be compiled for wider vectors than the library; both must see the same layout");
 
 /// World poses of all joints, following the DSON node transform: rotation O*R*inverse(O) chained down the
 /// tree, translation turned and scaled by the parent, scale passed on where inherited.
