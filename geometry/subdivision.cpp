@@ -82,6 +82,10 @@ std::unique_ptr<Far::TopologyRefiner> Refine(const Topology& cage, int levels, B
 
 /// Stands in for a buffer of values while OpenSubdiv "interpolates": instead of adding numbers up, each
 /// result notes what it is made of. A result may be made of earlier results, which are spelled out at once.
+///
+/// OpenSubdiv's own stencil tables hold the same rows to the bit, but for entries of weight zero. They take
+/// half as long again or more: for 25 thousand vertices 0.53 s instead of 0.31 s to level 3, and 2.2 s
+/// instead of 1.0 s to level 4; being taken apart by level comes on top.
 class RowRecorder {
 public:
     struct Source {
