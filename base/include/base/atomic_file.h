@@ -19,9 +19,11 @@ public:
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
 
-    /// @throws IoError
+    /// Appends to what has been written.
+    /// @throws IoError  names the file and the system's reason
     void write(std::string_view bytes);
-    /// @throws IoError
+    /// Puts the file into its place, over one that is there; nothing may be written after it.
+    /// @throws IoError  as above; the target stays as it was
     void commit();
 
 private:

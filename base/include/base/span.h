@@ -10,7 +10,8 @@
 
 namespace base {
 
-/// A pointer and a length; cheap to copy. The owner of the elements must outlive it.
+/// A pointer and a length; cheap to copy. The owner of the elements must outlive it. An index out of range is
+/// a programming error: it ends the process.
 template <class T>
 class Span {
 public:

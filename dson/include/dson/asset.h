@@ -37,6 +37,7 @@ struct Channel {
     std::string targetChannel; ///< of an alias
 };
 
+/// One step of a formula, which works on a stack of numbers.
 struct Operation {
     enum class Kind {
         PushUrl,
@@ -58,6 +59,7 @@ struct Operation {
     std::array<double, 5> knot{}; ///< of PushKnot: in, out, tension, continuity, bias
 };
 
+/// What drives a property: its operations leave one number, which goes to the output.
 struct Formula {
     enum class Stage { Sum, Multiply };
     std::string output; ///< URI with a property path
@@ -68,6 +70,7 @@ struct Formula {
 /// `output += input * factor`, the form that nearly all formulas have.
 Formula MakeDeltaAdd(const std::string& outputUri, const std::string& inputUri, double factor);
 
+/// The head of a file.
 struct AssetInfo {
     std::string id;   ///< the file's own URI path
     std::string type; ///< "figure", "modifier", "character", "preset_dform", ...
@@ -76,6 +79,7 @@ struct AssetInfo {
     std::string modified; ///< ISO 8601 with Z; filled in when written, if empty
 };
 
+/// A mesh and what a file says of it.
 struct Geometry {
     std::string id, name, label;
     bool subdivisionSurface = true;
@@ -87,13 +91,15 @@ struct Geometry {
     int subdivisionLevel = 1;                      ///< default of the view level
 };
 
+/// A figure, a bone or another thing with a place.
 struct Node {
     std::string id, name, label;
     std::string type = "bone"; ///< figure, bone, node
     std::string parent;        ///< id of the parent within the file; empty for the root
     std::string rotationOrder = "XYZ";
     bool inheritsScale = false;
-    std::array<double, 3> centerPoint{}, endPoint{}, orientation{};
+    std::array<double, 3> centerPoint{}, endPoint{};     ///< cm, in figure space
+    std::array<double, 3> orientation{};                 ///< degrees, always in order XYZ
     std::array<Channel, 3> rotation, translation, scale; ///< ids x, y, z
     Channel generalScale;
     std::string presentationType; ///< "Actor/Character" for a figure; empty for none
@@ -107,6 +113,7 @@ struct JointBinding {
     std::vector<std::uint32_t> vertices; ///< ascending
     std::vector<float> weights;          ///< 0..1
 };
+/// How much each bone moves each vertex.
 struct SkinBinding {
     std::string id = "SkinBinding";
     std::uint32_t vertexCount = 0;

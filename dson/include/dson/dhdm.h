@@ -19,8 +19,11 @@ namespace dson {
 geometry::MultiresDetail DecodeDhdm(std::string_view bytes, const geometry::Topology& cage,
                                     const std::string& name);
 
+/// The bytes of a .dhdm file.
+/// @param detail   its corners are those of the cage's levels
 /// @param leftOut  how many displacements the file cannot hold: a path leads to the first four corners of a
 ///                 face only
+/// @throws base::FormatError  more levels or more bytes than a file can hold
 std::string EncodeDhdm(const geometry::MultiresDetail& detail, const geometry::Topology& cage,
                        std::size_t* leftOut);
 

@@ -14,7 +14,7 @@ constexpr std::size_t maxTextSize = std::size_t{1} << 30;
 
 /// The bytes of a file, expanded if they are a gzip.
 /// @throws base::IoError      the file cannot be read
-/// @throws base::FormatError  the compressed data is cut off, damaged or too large
+/// @throws base::FormatError  the compressed data is cut off or damaged, or the file is too large
 std::string ReadBytes(const std::filesystem::path& file);
 
 /// Reads a file whole, expands gzip, drops a byte-order mark and turns UTF-16 into UTF-8.

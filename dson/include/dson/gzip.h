@@ -12,6 +12,7 @@ namespace dson {
 /// True when the bytes begin as a gzip member does.
 bool IsGzip(std::string_view bytes);
 
+/// One gzip member without name and time: the same text gives the same bytes.
 std::string Compress(std::string_view text);
 
 /// Expands one gzip member. An all-zero trailer is accepted, since shipped files have it; any other that does

@@ -26,8 +26,9 @@ std::string MakeUri(const std::string& decodedPath, const std::string& id);
 std::string MakePropertyUri(const std::string& node, const std::string& decodedPath, const std::string& id,
                             const std::string& property);
 
-/// Encodes everything but letters, digits and - _ . ~ (and / in paths).
+/// Encodes everything but letters, digits and - _ . ~ and /.
 std::string EncodePath(std::string_view text);
+/// The same, and / too.
 std::string EncodeFragment(std::string_view text);
 /// Sequences that are no valid encoding stay as they are.
 std::string PercentDecode(std::string_view text);

@@ -11,6 +11,7 @@
 
 namespace dson {
 
+/// How files are written.
 struct WriteOptions {
     bool compress = false; ///< gzip the whole file
 };
@@ -23,18 +24,23 @@ struct WriteOptions {
 /// @throws base::FormatError  info.id leaves the content directory, or a value is not finite
 std::filesystem::path WriteFigure(const FigureAsset& figure, const std::filesystem::path& contentDirectory,
                                   const WriteOptions& options = {});
-/// A file that is there already keeps what it holds beyond what is written here, such as `extra` and
-/// formulas.
+/// Writes a morph or another dial, as WriteFigure does. A file that is there already keeps what it holds
+/// beyond what is written here, such as `extra` and formulas.
 /// @param detail  bytes of the companion file, which is written beside, under the same name with the ending
 ///                .dhdm, and named in the morph; none when empty. Neither file changes if one cannot be
 ///                written.
+/// @throws as WriteFigure
 std::filesystem::path WriteMorph(const AssetInfo& info, const Modifier& modifier,
                                  const std::filesystem::path& contentDirectory,
                                  const WriteOptions& options = {}, std::string_view detail = {});
+/// Writes a file that loads a figure with its dials set, as WriteFigure does.
 /// @param figure  the figure that the character instantiates: every bone is listed as an instance
+/// @throws as WriteFigure
 std::filesystem::path WriteCharacter(const CharacterAsset& character, const FigureAsset& figure,
                                      const std::filesystem::path& contentDirectory,
                                      const WriteOptions& options = {});
+/// Writes a D-Former preset, as WriteFigure does.
+/// @throws as WriteFigure
 std::filesystem::path WriteDForm(const DFormAsset& dform, const std::filesystem::path& contentDirectory,
                                  const WriteOptions& options = {});
 

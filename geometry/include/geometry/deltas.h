@@ -23,16 +23,19 @@ struct SparseDeltas {
 /// morphed - neutral where longer than the tolerance (cm).
 /// @throws TopologyError  the two differ in length
 SparseDeltas MakeDeltas(base::Span<const Vec3f> neutral, base::Span<const Vec3f> morphed, float tolerance);
-/// From one delta per vertex.
+/// From one delta per vertex (cm), those longer than the tolerance.
 SparseDeltas MakeDeltas(base::Span<const Vec3f> perVertex, float tolerance);
+/// One delta per vertex, zero where there is none.
+/// @throws TopologyError  a vertex index is out of range
 std::vector<Vec3f> ToDense(const SparseDeltas& deltas, std::size_t vertexCount);
 
-/// positions += deltas * value.
-/// @throws TopologyError  a vertex index is out of range
+/// positions += deltas * value, the dial.
+/// @throws TopologyError  a vertex index is out of range; the positions are as they were
 void AddDeltas(base::Span<Vec3f> positions, const SparseDeltas& deltas, float value);
 
-/// A delta times a factor. Strength 1: weight; 0: one; -1: one minus weight, computed as delta - delta *
-/// weight so that the parts of strength 1 and -1 add up to the whole; linear in between.
+/// A delta times a factor, for a weight of 0 to 1 and a strength of -1 to 1. Strength 1: weight; 0: one; -1:
+/// one minus weight, computed as delta - delta * weight so that the parts of strength 1 and -1 add up to the
+/// whole; linear in between.
 Vec3f Attenuated(Vec3f delta, float weight, float strength);
 
 /// Does that to each delta with its vertex's weight; those of which nothing remains are dropped.
@@ -42,7 +45,7 @@ void Attenuate(SparseDeltas& deltas, base::Span<const float> weights, float stre
 /// The fresh deltas, and the old ones of vertices that the fresh ones do not name.
 SparseDeltas WithPreserved(const SparseDeltas& old, const SparseDeltas& fresh);
 
-/// Drops deltas shorter than the tolerance (cm).
+/// Drops the deltas shorter than the tolerance (cm).
 void DropShort(SparseDeltas& deltas, float tolerance);
 
 float LargestLength(const SparseDeltas& deltas); ///< cm; 0 when empty

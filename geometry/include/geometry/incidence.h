@@ -21,13 +21,13 @@ struct IndexLists {
     }
 };
 
-/// The faces around each vertex, ascending.
+/// The faces around each vertex, ascending; one row a vertex, empty for one that no face uses.
 IndexLists VertexFaces(const Topology& topology);
 
-/// The vertices that share a face's edge with each vertex, ascending, each once.
+/// The vertices that share a face's edge with each vertex, ascending, each once; one row a vertex.
 IndexLists VertexNeighbours(const Topology& topology);
 
-/// How many faces meet at the edges.
+/// How many edges there are, by the faces that meet at them.
 struct EdgeCounts {
     std::size_t total = 0;
     std::size_t boundary = 0;    ///< of one face

@@ -12,8 +12,8 @@ struct CleanUpOptions {
     bool dropUnused = false; ///< vertices that no face uses go
 };
 
-/// The mesh with new vertex numbers, in the old order. Groups and surfaces stay with their faces, and their
-/// names all stay.
+/// The mesh with new vertex numbers, in the old order; positions stay as they are. Groups and surfaces stay
+/// with their faces, and their names all stay.
 PolygonMesh CleanUp(const PolygonMeshView& mesh, const CleanUpOptions& options);
 
 } // namespace geometry

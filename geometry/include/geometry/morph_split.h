@@ -46,7 +46,8 @@ struct SubdividedMorph {
 
 /// The morph that at dial 1, with the present pose and the other morphs, makes the subdivided mesh the given
 /// shape. Detail makes up for what is dropped from the cage.
-/// @param fine  cm, one per vertex of the level
+/// @param fine   cm, one per vertex of the level
+/// @param level  0 to the subdivision's own
 /// @throws TopologyError  a number of vertices does not fit
 SubdividedMorph SplitMorph(const Subdivision& subdivision, base::Span<const Vec3f> fine, int level,
                            const PresentShape& present, const MorphSplitOptions& options = {});

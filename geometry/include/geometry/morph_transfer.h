@@ -22,7 +22,8 @@ struct MatchStatistics {
 };
 
 /// Where each target vertex lies on the source's surface, and how the rest is filled in. Linear in the values
-/// that are carried: build once per pair, apply to any number of morphs or weights.
+/// that are carried: build once per pair, apply to any number of morphs or weights, also from several
+/// threads.
 class SurfaceMap {
 public:
     ~SurfaceMap();
@@ -51,8 +52,12 @@ private:
 /// Finds where each target vertex lies on the source's neutral surface: closest point with compatible
 /// normals, seen from where a smooth field of offsets, fitted to all matches at once, carries the vertex;
 /// far, turned-away or inconsistent matches are dropped and filled by a bi-Laplacian extension over the
-/// target's surface, across disconnected pieces from what is near.
-/// @throws TopologyError  a mesh has no faces or holds a position that is not finite
+/// target's surface, across disconnected pieces from what is near. For the filling see Abdrashitov et al.,
+/// "Robust skin weights transfer via weight inpainting", 2023.
+///
+/// The meshes are read during the call only.
+/// @throws TopologyError  a mesh has no faces, the source none with an area, or one holds a position that is
+/// not finite
 SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMeshView& targetNeutral,
                          const MatchOptions& options = {});
 

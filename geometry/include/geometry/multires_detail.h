@@ -22,14 +22,15 @@ struct DetailLevel {
 };
 
 /// What a morph adds to the subdivision of its cage, level by level: each level's offsets are added before
-/// the next refinement, so that coarse ones spread.
+/// the next refinement, so that coarse ones spread. For the idea see Zorin, Schröder and Sweldens,
+/// "Interactive multiresolution mesh editing", 1997.
 struct MultiresDetail {
     std::vector<DetailLevel> levels; ///< level 1 first
 
     bool empty() const;
 };
 
-/// The detail of one morph and how much of it counts.
+/// The detail of one morph, which must outlive this, and how much of it counts.
 struct ActiveDetail {
     const MultiresDetail* detail = nullptr; ///< not null
     float value = 1.0f;                     ///< the dial
@@ -48,7 +49,7 @@ struct CornerFrame {
     Vec3f toLocal(Vec3f displacement) const; ///< the inverse; only of a usable frame
 };
 
-/// One frame per corner of the cage, in the order of its corners.
+/// One frame per corner of the cage, in the order of its corners; of no use where a face has no area.
 /// @param positions  cm, one per cage vertex
 std::vector<CornerFrame> CornerFrames(const Topology& cage, base::Span<const Vec3f> positions);
 
@@ -71,21 +72,30 @@ MultiresDetail SplitDetail(const Subdivision& subdivision, base::Span<const Vec3
 
 /// The cage of the vertices' own places in the fine shape: each cage vertex where its descendant stands. One
 /// that no face uses stays where it is in the given cage.
+/// @param fine  cm, one per vertex of the level
+/// @param cage  cm, one per vertex of level 0; the result likewise
 std::vector<Vec3f> SampleCage(const Subdivision& subdivision, base::Span<const Vec3f> fine, int level,
                               base::Span<const Vec3f> cage);
 
 /// Attenuates as geometry::Attenuate does, the map refined to each level.
 /// @param weights  0..1, one per cage vertex
+/// @throws TopologyError  the number of weights is not the cage's vertex count
 void Attenuate(MultiresDetail& detail, const Subdivision& subdivision, base::Span<const float> weights,
                float strength);
 
-/// Displacements in space, one per vertex of the level, and back.
+/// What the detail of a level moves in space: cm, one per vertex of the level.
+/// @param frames  of the cage, see CornerFrames
+/// @throws TopologyError  the detail names a corner that its level does not have
 std::vector<Vec3f> ToDisplacements(const DetailLevel& detail, int level, const Subdivision& subdivision,
                                    base::Span<const CornerFrame> frames);
+/// The way back. Displacements not longer than the tolerance (cm) are dropped, and those of vertices on faces
+/// without an area only.
+/// @throws TopologyError  the number of displacements is not the level's vertex count
 DetailLevel ToDetail(base::Span<const Vec3f> displacements, int level, const Subdivision& subdivision,
                      base::Span<const CornerFrame> frames, float tolerance);
 
 /// The fresh detail, and the old one where the fresh does not move the vertex.
+/// @param level  the topology of their level, which has all corners that they name
 DetailLevel WithPreserved(const DetailLevel& old, const DetailLevel& fresh, const Topology& level);
 
 } // namespace geometry

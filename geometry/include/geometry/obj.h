@@ -64,12 +64,13 @@ struct ObjContent {
 ObjContent ParseObj(std::string_view text, const ObjReadOptions& options, const std::string& name);
 
 /// As ParseObj, from a file.
-/// @throws base::IoError  the file cannot be opened or read
+/// @throws base::IoError      the file cannot be opened or read
+/// @throws base::FormatError  as ParseObj
 ObjContent ReadObj(const std::filesystem::path& file, const ObjReadOptions& options = {});
 
 enum class ObjGrouping { None, Geometry, Surfaces, Single };
 
-/// One mesh to write; several may stand in one file, numbered on.
+/// One mesh to write; several may stand in one file, numbered on. All of it is owned by others.
 struct ObjPart {
     PolygonMeshView mesh;
     const TexCoords* texCoords = nullptr;
@@ -92,7 +93,8 @@ struct ObjWriteOptions {
     std::string materialLibrary; ///< `mtllib` record; empty for none
 };
 
-/// The text of an OBJ file. Parallel over large meshes; decimal point '.', lines end in '\n'.
+/// The text of an OBJ file: positions in units of the file's space, everything in the meshes' own order.
+/// Parallel over large meshes; decimal point '.', lines end in '\n'.
 std::string FormatObj(base::Span<const ObjPart> parts, const ObjWriteOptions& options = {});
 
 /// Writes FormatObj beside the target and renames it into place, so that a failure leaves no half-written

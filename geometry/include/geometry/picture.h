@@ -25,6 +25,7 @@ struct Picture {
     std::vector<std::uint8_t> rgb; ///< three bytes a pixel, top row first
 };
 
+/// One mesh to draw; its owners must outlive the drawing.
 struct PictureItem {
     PolygonMeshView mesh;
     std::array<float, 3> color{0.80f, 0.66f, 0.58f}; ///< linear RGB, 0..1
@@ -33,24 +34,24 @@ struct PictureItem {
 struct PictureOptions {
     View view = View::Front;
     int width = 900, height = 1200;      ///< pixels, 1 to 16384
-    int samplesPerAxis = 2;              ///< antialiasing: this many squared a pixel
-    std::optional<Box3f> frame;          ///< what to fit into the picture; the items' own box without it
+    int samplesPerAxis = 2;              ///< antialiasing: this many squared a pixel; 1 to 16
+    std::optional<Box3f> frame;          ///< cm; what to fit into the picture, the items' own box without it
     std::optional<PictureCamera> camera; ///< instead of view and frame
 };
 
-/// @throws Error  a side (pixels) is not within 1 to 16384
+/// @throws base::Error  a side (pixels) is not within 1 to 16384
 void CheckPictureSize(int width, int height);
 
 /// Shades with smooth normals, a key, a fill and a rim light and ambient occlusion on a plain background.
 /// An empty mesh gives the background alone.
-/// @throws Error  a size out of range
+/// @throws base::Error  a size or the number of samples is out of range
 Picture Render(base::Span<const PictureItem> items, const PictureOptions& options = {});
 
-/// Side by side, the tallest deciding the height.
+/// Side by side, the tallest deciding the height; black below the others.
 Picture Join(base::Span<const Picture> pictures);
 
 /// The bytes of a PNG file.
-/// @throws Error  the picture is empty or cannot be encoded
+/// @throws base::Error  the picture is empty or cannot be encoded
 std::vector<std::uint8_t> EncodePng(const Picture& picture);
 
 /// Writes PNG beside the target and renames it into place.

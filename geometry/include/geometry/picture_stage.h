@@ -15,19 +15,21 @@ namespace geometry {
 /// const and may be made from several threads at once.
 class PictureStage {
 public:
+    /// @throws base::Error  the ray tracer cannot be started
     explicit PictureStage(base::Span<const PictureItem> items);
     ~PictureStage();
     PictureStage(PictureStage&&) noexcept;
     PictureStage& operator=(PictureStage&&) noexcept;
 
     struct Hit {
-        Vec3f position;
+        Vec3f position;   ///< cm
         Vec3f normal;     ///< interpolated over the triangle
         Vec3f faceNormal; ///< of the flat triangle; both turned to the viewer's side of the face
         std::array<float, 3> color{};
         std::uint32_t item = 0, face = 0; ///< the item, and its polygon
         bool isValid = false;
     };
+    /// The first thing that a ray hits.
     Hit trace(const Ray& ray) const;
     /// Many rays that go nearly the same way, such as neighbours in a picture: faster than one by one.
     /// @param hits  one per ray

@@ -15,7 +15,8 @@ namespace geometry {
 
 /// Which vertices make up which face, and how faces are grouped. Build it once, share it among all shapes.
 ///
-/// The corners of one face are contiguous, so a face is a pair of offsets.
+/// The corners of one face are contiguous, so a face is a pair of offsets. Indices count from 0. All
+/// functions but Validate expect a topology that it accepts, and positions for exactly its vertices.
 struct Topology {
     std::uint32_t vertexCount = 0;
     std::vector<std::uint32_t> faceOffsets{0}; ///< faceCount + 1 entries, ascending, first is 0
@@ -65,7 +66,7 @@ struct PolygonMesh {
     PolygonMeshView view() const { return {topology.get(), positions}; }
 };
 
-/// The box around all positions; empty for no positions.
+/// The box around all positions, in cm; empty for no positions.
 Box3f BoundingBox(base::Span<const Vec3f> positions);
 
 /// Every polygon as a fan around its first corner: quad (0,1,2,3) becomes (0,1,2) and (0,2,3).

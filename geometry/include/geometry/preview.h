@@ -22,7 +22,7 @@ struct PreviewOptions {
 };
 
 /// Draws what the stage holds.
-/// @throws Error  a size out of range
+/// @throws base::Error  a size out of range
 Picture DrawPreview(const PictureStage& stage, const PictureCamera& camera, const PreviewOptions& options);
 
 } // namespace geometry

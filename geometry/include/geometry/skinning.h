@@ -37,8 +37,9 @@ struct JointPose {
 static_assert(alignof(JointPose) == alignof(double),
               "users may be compiled for wider vectors than the library; both must see the same layout");
 
-/// World poses of all joints, following the DSON node transform: rotation O*R*inverse(O) chained down the
-/// tree, translation turned and scaled by the parent, scale passed on where inherited.
+/// Poses of all joints in figure space, one per joint, following the DSON node transform: rotation
+/// O*R*inverse(O) chained down the tree, translation turned and scaled by the parent, scale passed on where
+/// inherited.
 std::vector<JointPose> EvaluateSkeleton(base::Span<const Joint> joints);
 
 /// Sparse weights of each vertex, by vertex. Rows are normalised to sum 1; a vertex with an empty row stays
@@ -51,26 +52,30 @@ struct SkinWeights {
     std::size_t vertexCount() const { return offsets.size() - 1; }
 };
 
-/// One (vertex, weight) list a joint, as files hold them; normalises.
-/// @throws TopologyError  a vertex index is out of range
+/// One joint's weights, as files hold them.
 struct JointWeights {
     std::vector<std::uint32_t> vertices;
-    std::vector<float> weights;
+    std::vector<float> weights; ///< one per vertex named; those that are not above 0 do not count
 };
+/// By vertex, normalised.
+/// @param perJoint  in the order of the joints
+/// @throws TopologyError  a vertex index is out of range, or a joint's two lists differ in length
 SkinWeights MakeSkinWeights(std::size_t vertexCount, base::Span<const JointWeights> perJoint);
 
 enum class SkinMode { Linear, DualQuaternion };
 
-/// Moves rest positions by the blended poses. Dual quaternions: Kavan et al., "Geometric skinning with
-/// approximate dual quaternion blending", 2008, after a linear blend of the joints' scales; signs follow the
-/// largest weight.
-/// @param rest  cm, one per vertex of the weights
+/// Moves rest positions by the blended poses, in figure space. Dual quaternions: Kavan et al., "Geometric
+/// skinning with approximate dual quaternion blending", 2008, after a linear blend of the joints' scales;
+/// signs follow the largest weight.
+/// @param rest   cm, one per vertex of the weights; the result likewise
+/// @param poses  one per joint, see EvaluateSkeleton
 /// @throws TopologyError  rest and weights differ in length, or a joint index is out of range
 std::vector<Vec3f> Skin(base::Span<const Vec3f> rest, const SkinWeights& weights,
                         base::Span<const JointPose> poses, SkinMode mode);
 
 /// The inverse: rest positions which Skin would move onto the given ones. Exact, since the blended map of a
 /// vertex depends on its weights only. A vertex whose blended map is singular keeps its posed position.
+/// @throws TopologyError  as Skin
 std::vector<Vec3f> Unskin(base::Span<const Vec3f> posed, const SkinWeights& weights,
                           base::Span<const JointPose> poses, SkinMode mode);
 

@@ -10,9 +10,16 @@
 
 namespace geometry {
 
-enum class BoundaryRule { None, EdgeOnly, EdgeAndCorner };
+/// What becomes of the border of an open mesh.
+enum class BoundaryRule {
+    None,         ///< faces along it only support those further in; their own refinement means little
+    EdgeOnly,     ///< a smooth curve along its edges
+    EdgeAndCorner ///< the same, but vertices of a single face stay where they are
+};
 
-/// Uniform refinement of one topology. Build once, then refine any number of shapes, deltas or weight maps.
+/// Uniform refinement of one topology by the rules of Catmull and Clark, "Recursively generated B-spline
+/// surfaces on arbitrary topological meshes", 1978. Build once, then refine any number of shapes, deltas or
+/// weight maps, also from several threads at once.
 ///
 /// Vertex order of a level is OpenSubdiv's own refined order for that topology and level: fixed for a given
 /// topology, used alike for export and for loading. The positions are refined positions, not limit positions.
@@ -26,13 +33,14 @@ public:
     Subdivision& operator=(Subdivision&&) noexcept;
 
     int levels() const;
-    /// Topology of a level, groups and surfaces inherited from the cage's faces.
+    /// Topology of a level from 0 to levels(), groups and surfaces inherited from the cage's faces.
     const std::shared_ptr<const Topology>& topology(int level) const;
-    /// The cage face that a face of the level lies in is `face >> 2 * level` only for quads: ask here.
+    /// The cage face that a face of the level lies in; `face >> 2 * level` only where all are quads.
     std::uint32_t cageFace(int level, std::uint32_t face) const;
 
     /// Refines values from one level to a later one (linear in the values: positions and deltas alike).
     /// @param values  one per vertex of fromLevel
+    /// @return        one per vertex of toLevel
     /// @throws TopologyError  the number of values is not that level's vertex count
     std::vector<Vec3f> refine(base::Span<const Vec3f> values, int fromLevel, int toLevel) const;
     std::vector<float> refine(base::Span<const float> values, int fromLevel, int toLevel) const;

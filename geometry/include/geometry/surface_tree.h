@@ -26,7 +26,8 @@ struct SurfacePoint {
 /// have no barycentric frame. Queries are const and may be made from several threads at once.
 class SurfaceTree {
 public:
-    /// Copies the positions and triangulates the faces.
+    /// Copies the positions and triangulates the faces; the mesh may go afterwards.
+    /// @throws base::Error  the ray tracer cannot be started
     explicit SurfaceTree(const PolygonMeshView& mesh);
     ~SurfaceTree();
     SurfaceTree(SurfaceTree&&) noexcept;
