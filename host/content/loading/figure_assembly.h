@@ -38,11 +38,9 @@ public:
     /// Finds every morph and control below the figure's Morphs folder, in all content directories. A figure
     /// in a folder "Name 8_1" also has those of "Name", whose mesh and bones it shares.
     void addMorphsOnDisk(AssetLibrary& library);
-    /// Adds what the file defines for this figure and is not there yet.
-    /// @param uriPath  decoded path of the file
-    void addModifiers(std::shared_ptr<const dson::Document> file, const std::string& uriPath);
     /// Adds one morph or control that an instance on this figure names, whatever the file says about its
     /// parent; a morph for another mesh is left out.
+    /// @param uriPath  decoded path of the file
     void addModifier(std::shared_ptr<const dson::Document> file, const std::string& uriPath,
                      const std::string& idOrName);
     /// Adds formulas of an instance of this figure; those that are there already count once.
@@ -67,10 +65,7 @@ public:
     DzNode* findNode(const std::string& idOrName) const;            ///< null for none
     DzNumericProperty* findDial(const dson::Uri& uri) const;        ///< of a morph or control; null for none
     DzNumericProperty* findDial(const std::string& nameOrId) const; ///< likewise
-    /// The dial or node channel that a property's URI names; null for none.
-    DzNumericProperty* resolve(const std::string& uri) const;
-    bool isNamedBy(const std::string& uriPath) const; ///< the path is that of the figure's file
-    const std::string& geometryId() const;
+    bool isNamedBy(const std::string& uriPath) const;               ///< the path is that of the figure's file
 
 private:
     struct Impl;

@@ -1,0 +1,134 @@
+// A figure's mesh and the skin that binds it to the bones.
+// SPDX-License-Identifier: MIT
+
+#include "figure_mesh.h"
+
+#include "app/texts.h"
+#include "base/errors.h"
+#include "definition_nodes.h"
+#include "dzbone.h"
+#include "dzfacetmesh.h"
+#include "dzfacetshape.h"
+#include "dzobject.h"
+#include "dzselectionmap.h"
+#include "dzskinbinding.h"
+#include "figure/mesh_access.h"
+#include "figure/skin_access.h"
+#include "library/asset_origin.h"
+
+#include <set>
+
+namespace openhost {
+
+namespace {
+
+const dson::SkinDefinition* FindSkin(const dson::Document& definition, const std::string& rootId,
+                                     bool countsAlone)
+{
+    for (const dson::SkinDefinition& skin : definition.skins)
+        if (skin.node == rootId || (countsAlone && definition.skins.size() == 1))
+            return &skin;
+    return nullptr;
+}
+
+const dson::Geometry* FindGeometry(const dson::Document& definition, const dson::SkinDefinition* skin,
+                                   const std::optional<std::string>& wanted)
+{
+    for (const dson::Geometry& geometry : definition.geometries)
+        if (wanted ? geometry.id == *wanted : !skin || geometry.id == skin->geometry)
+            return &geometry;
+    return nullptr;
+}
+
+void CheckSkin(const dson::SkinBinding& skin, std::size_t vertexCount, const std::string& file)
+{
+    if (skin.vertexCount != 0 && skin.vertexCount != vertexCount)
+        throw base::FormatError("{}: the skin is for {} vertices but the mesh has {}", file, skin.vertexCount,
+                                vertexCount);
+    for (const dson::JointBinding& joint : skin.joints)
+        for (const std::uint32_t vertex : joint.vertices)
+            if (vertex >= vertexCount)
+                throw base::FormatError("{}: joint {} binds vertex {} but the mesh has {}", file, joint.node,
+                                        vertex, vertexCount);
+}
+
+/// As the file says; bones that it does not mention are selected by the face groups of their names.
+std::unique_ptr<DzSelectionMap> MakeSelectionMap(const dson::SkinDefinition& skin, const FigureNodes& nodes)
+{
+    auto map = std::make_unique<DzSelectionMap>();
+    std::set<const DzNode*> selected;
+    for (const auto& pair : skin.selectionMap) {
+        const DzNode* const target = nodes.find(pair.second);
+        if (!target)
+            continue;
+        map->addPair(ToQ(pair.first), target->getName());
+        selected.insert(target);
+    }
+    for (const dson::JointBinding& joint : skin.binding.joints) {
+        const auto* const bone = qobject_cast<DzBone*>(nodes.find(joint.node));
+        if (bone && !selected.count(bone) && map->findNodeName(bone->getName()).isEmpty())
+            map->addPair(bone->getName(), bone->getName());
+    }
+    return map;
+}
+
+std::unique_ptr<DzSkinBinding> MakeBinding(const dson::SkinBinding& skin, std::size_t vertexCount,
+                                           const FigureNodes& nodes)
+{
+    auto binding = std::make_unique<DzSkinBinding>();
+    binding->setName(ToQ(skin.id));
+    binding->setTargetVertexCount(static_cast<int>(vertexCount));
+    binding->setGeneralMapMode(skin.dualQuaternion ? DzSkinBinding::DualQuat : DzSkinBinding::Linear);
+    for (const dson::JointBinding& joint : skin.joints)
+        if (auto* const bone = qobject_cast<DzBone*>(nodes.find(joint.node)))
+            SkinAccess::bind(*binding, *bone, joint.vertices, joint.weights);
+    return binding;
+}
+
+const DzFacetMesh* MeshOf(const DzNode& node)
+{
+    const DzObject* const object = node.getObject();
+    const auto* const shape = object ? qobject_cast<DzFacetShape*>(object->getCurrentShape()) : nullptr;
+    return shape ? shape->getFacetMesh() : nullptr;
+}
+
+} // namespace
+
+FigureMesh::FigureMesh(const FigureFile& file, const FigureNodes& nodes,
+                       const std::optional<std::string>& wanted)
+    : _root(nodes.root())
+{
+    const dson::Document& definition = *file.definition();
+    const dson::SkinDefinition* const skin = FindSkin(definition, nodes.rootId(), !wanted);
+    const dson::Geometry* const geometry = FindGeometry(definition, skin, wanted);
+    if (!geometry)
+        return;
+    _geometryId = geometry->id;
+    _root.setObject(MakeObject(*geometry).release());
+    SetAssetUri(*_root.getObject(), AssetUri(file.path(), geometry->id));
+    if (!skin)
+        return;
+    const std::size_t vertexCount = geometry->mesh.vertexCount();
+    CheckSkin(skin->binding, vertexCount, definition.file.string());
+    _root.setSelectionMap(MakeSelectionMap(*skin, nodes).release());
+    _root.getObject()->addModifier(MakeBinding(skin->binding, vertexCount, nodes).release());
+}
+
+std::shared_ptr<const geometry::Topology> FigureMesh::topology() const
+{
+    const DzFacetMesh* const mesh = MeshOf(_root);
+    return mesh ? MeshAccess::mesh(*mesh).topology : nullptr;
+}
+
+int FigureMesh::vertexCount() const
+{
+    const DzFacetMesh* const mesh = MeshOf(_root);
+    return mesh ? mesh->getNumVertices() : 0;
+}
+
+bool FigureMesh::fits(const dson::MorphData& morph) const
+{
+    return morph.vertexCount <= 0 || morph.vertexCount == vertexCount();
+}
+
+} // namespace openhost

@@ -1,0 +1,207 @@
+// Which morphs, controls and aliases a figure gets, and which it lacks.
+// SPDX-License-Identifier: MIT
+
+#include "figure_modifiers.h"
+
+#include "definition_morphs.h"
+#include "dzmorph.h"
+#include "dzobject.h"
+
+#include <fmt/format.h>
+
+namespace openhost {
+
+namespace {
+
+dson::Uri UriOf(const std::string& decodedPath, const std::string& id)
+{
+    dson::Uri uri;
+    uri.path = decodedPath;
+    uri.id = id;
+    return uri;
+}
+
+/// The file's formulas with its own path in what they say of this modifier by its id or name alone.
+std::shared_ptr<const dson::Document> WithPathTo(const dson::Modifier& modifier, const dson::Document& file,
+                                                 const std::string& filePath)
+{
+    auto copy = std::make_shared<dson::Document>();
+    copy->file = file.file;
+    copy->modifiers.push_back(modifier);
+    const auto addPath = [&](std::string& text) {
+        const dson::Uri uri = dson::ParseUri(text);
+        const std::size_t mark = text.find('#');
+        if (mark != text.npos && uri.path.empty() && (uri.id == modifier.id || uri.id == modifier.name))
+            text.insert(mark, dson::EncodePath(filePath));
+    };
+    for (dson::Formula& formula : copy->modifiers.front().formulas) {
+        addPath(formula.output);
+        for (dson::Operation& operation : formula.operations)
+            addPath(operation.url);
+    }
+    return copy;
+}
+
+bool IsAlias(const dson::Modifier& modifier)
+{
+    return modifier.channel.type == "alias";
+}
+
+} // namespace
+
+FigureModifiers::FigureModifiers(const FigureFile& figure, const FigureMesh& mesh, FigureNodes& nodes,
+                                 FigureDials& dials, PendingFormulas& formulas)
+    : _figure(figure), _mesh(mesh), _nodes(nodes), _dials(dials), _formulas(formulas)
+{
+}
+
+void FigureModifiers::addThoseOf(const std::shared_ptr<const dson::Document>& file, const std::string& path)
+{
+    for (const dson::Modifier& modifier : file->modifiers)
+        addIfOurs(modifier, file, path);
+}
+
+void FigureModifiers::addThoseOnDisk(AssetLibrary& library)
+{
+    _library = &library;
+    std::vector<std::filesystem::path> duplicates, files;
+    for (const std::string& folder : _figure.morphFolders())
+        for (std::filesystem::path& file : library.paths().filesBelow(folder, ".dsf", &duplicates))
+            files.push_back(std::move(file));
+    if (!duplicates.empty())
+        _figure.warn(fmt::format("{} morph files are in more than one content library; the first is used",
+                                 duplicates.size()));
+    for (const auto& document : library.readAll(files))
+        if (document)
+            addThoseOf(document, library.paths().relativePath(document->file));
+}
+
+void FigureModifiers::addIfOurs(const dson::Modifier& modifier,
+                                const std::shared_ptr<const dson::Document>& file, const std::string& path)
+{
+    const dson::Uri parent = dson::ParseUri(modifier.parent);
+    if (_figure.isOfSharedFigure(parent.path))
+        _nodes.addId(parent.id, _nodes.root()); // formulas call the root as its own figure does
+    if (isOurs(modifier, *file))
+        add(modifier, file, path);
+    else if (file != _figure.definition() && _added.insert(&modifier).second)
+        _forOtherFigures.add(file->file.string());
+}
+
+bool FigureModifiers::isOurs(const dson::Modifier& modifier, const dson::Document& file) const
+{
+    const dson::Uri parent = dson::ParseUri(modifier.parent);
+    const bool isPart = parent.id == _mesh.geometryId() || _nodes.find(parent.id);
+    // Presets may lie anywhere, so one that is named as a parent says nothing.
+    const bool namesFile = !parent.path.empty() && !IsPresetFile(parent.path);
+    if (namesFile && _figure.isOfSharedFigure(parent.path))
+        return isPart || !modifier.morph || _mesh.fits(*modifier.morph);
+    if (namesFile && !_figure.isAt(parent.path))
+        return false;
+    // A file with definitions of its own may hold several figures of one size.
+    const bool hasRightSize = &file != _figure.definition().get() && modifier.morph &&
+                              modifier.morph->vertexCount == _mesh.vertexCount();
+    return isPart || hasRightSize;
+}
+
+void FigureModifiers::add(const dson::Modifier& modifier, const std::shared_ptr<const dson::Document>& file,
+                          const std::string& path)
+{
+    if (modifier.name.empty() || !_added.insert(&modifier).second)
+        return;
+    // An alias often has the name of what it stands for.
+    const bool isTaken = !IsAlias(modifier) && _dials.hasName(modifier.name);
+    if (isTaken && isDefined(modifier, path))
+        return;
+    if (!make(modifier, isTaken ? _dials.freeName(modifier.name) : modifier.name, *file, path))
+        return;
+    if (isTaken)
+        _ofEqualNames.add(file->file.string());
+    const auto owner = isTaken ? WithPathTo(modifier, *file, path) : file;
+    for (const dson::Formula& formula : isTaken ? owner->modifiers.front().formulas : modifier.formulas)
+        _formulas.add(formula, owner);
+}
+
+/// The figure's own shapes stand for those of the figure that it shares others with; of equal ids in a file
+/// the first counts.
+bool FigureModifiers::isDefined(const dson::Modifier& modifier, const std::string& path) const
+{
+    return _figure.isOfSharedFigure(dson::ParseUri(modifier.parent).path) ||
+           _dials.index().has(path, modifier.id);
+}
+
+bool FigureModifiers::make(const dson::Modifier& modifier, const std::string& name,
+                           const dson::Document& file, const std::string& path)
+{
+    if (IsAlias(modifier))
+        return _dials.addAlias(modifier, file, path);
+    return modifier.morph && _nodes.root().getObject() ? addMorph(modifier, name, file, path)
+                                                       : _dials.addControl(modifier, name, file, path);
+}
+
+bool FigureModifiers::addMorph(const dson::Modifier& modifier, const std::string& name,
+                               const dson::Document& file, const std::string& path)
+{
+    if (!_mesh.fits(*modifier.morph)) {
+        loseForItsMesh(modifier, file, path);
+        return false;
+    }
+    std::unique_ptr<DzMorph> made = MakeMorph(modifier, name, file, path, _mesh.topology());
+    if (_nodes.root().getObject()->addModifier(made.get()) != DZ_NO_ERROR)
+        return false;
+    _dials.addOfMorph(*made.release(), modifier, file, path);
+    return true;
+}
+
+void FigureModifiers::loseForItsMesh(const dson::Modifier& modifier, const dson::Document& file,
+                                     const std::string& path)
+{
+    _forOtherMeshes.add(file.file.string());
+    _lost.add({UriOf(path, modifier.id), modifier.name,
+               base::Diagnostic{base::Severity::Warning, file.file.string(), modifier.name,
+                                fmt::format("is for a mesh of {} vertices instead of {}",
+                                            modifier.morph->vertexCount, _mesh.vertexCount())},
+               modifier.channel});
+}
+
+void FigureModifiers::lose(const dson::Uri& uri, const std::optional<base::Diagnostic>& why, double value)
+{
+    LostShape* shape = _lost.find(uri);
+    if (!shape && why)
+        shape = &_lost.add({uri, uri.id, *why});
+    if (shape)
+        shape->set(value);
+}
+
+void FigureModifiers::driveLost(const dson::Formula& formula, const PropertyResolver& resolve)
+{
+    const dson::Uri output = dson::ParseUri(formula.output);
+    if (output.property.compare(0, 5, "value") != 0)
+        return;
+    LostShape* shape = _lost.find(output);
+    if (!shape && _library && _figure.isHome(output.path))
+        if (const auto why = _library->whyMissing(output, _figure.definition()->file))
+            shape = &_lost.add({output, output.id, *why});
+    if (shape)
+        shape->drive(formula, resolve);
+}
+
+void FigureModifiers::attachLost()
+{
+    if (!_lost.empty())
+        LostShapes::Attach(_nodes.root(), std::move(_lost));
+}
+
+void FigureModifiers::reportOmissions()
+{
+    const auto report = [this](Omission& omission, const char* why) {
+        if (omission.count > 0)
+            _figure.warn(fmt::format("{} morphs {}, such as {}", omission.count, why, omission.example));
+        omission = {};
+    };
+    report(_forOtherMeshes, "are for a mesh of another size and are left out");
+    report(_forOtherFigures, "belong to other figures and are left out");
+    report(_ofEqualNames, "have names that are taken and get others");
+}
+
+} // namespace openhost
