@@ -26,7 +26,6 @@ struct ParseContext {
 };
 
 AssetInfo ParseAssetInfo(const Element& json);
-Channel ParseChannel(const Element& json);
 std::vector<Formula> ParseFormulas(const Element& owner, ParseContext& context);
 
 /// @throws base::FormatError  a face names a vertex, group or surface that is not there

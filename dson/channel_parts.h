@@ -1,0 +1,44 @@
+// Turning the members of a DSON file into values: channels and vectors of them.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/reader.h"
+#include "json_view.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace dson {
+
+constexpr const char* axisIds[3] = {"x", "y", "z"};
+
+/// Calls visit(axis, value) for a vector member given as channel objects or as plain numbers.
+template <class Visit>
+void ForEachAxis(const Element& owner, std::string_view member, Visit visit)
+{
+    int index = 0;
+    ForEach(owner, member, [&](const Element& item) {
+        if (item.is_object()) {
+            const std::string id = Text(item, "id");
+            for (int axis = 0; axis < 3; ++axis)
+                if (id == axisIds[axis])
+                    visit(axis, item);
+        } else if (index < 3) {
+            visit(index, item);
+        }
+        ++index;
+    });
+}
+
+/// The present value of a channel, else its default; a plain number stands for itself.
+double ValueOf(const Element& channelOrNumber, double fallback);
+/// Nothing where the member is not there.
+std::optional<bool> GivenFlag(const Element& json, const char* member);
+
+Channel ParseChannel(const Element& json);
+/// What a channel spells out besides its value.
+ChannelChange ParseChannelChange(const Element& channel);
+
+} // namespace dson

@@ -1,0 +1,112 @@
+// Turning the members of a DSON file into values: what the file is, nodes and modifiers.
+// SPDX-License-Identifier: MIT
+
+#include "channel_parts.h"
+#include "dson/uri.h"
+#include "parts.h"
+
+namespace dson {
+
+namespace {
+
+/// "#id" to id.
+std::string ReferencedId(const std::string& uri)
+{
+    return ParseUri(uri).id;
+}
+
+void ParseRigVector(const Element& node, std::string_view member, std::array<double, 3>& values)
+{
+    ForEachAxis(node, member, [&](int axis, const Element& item) {
+        values[static_cast<std::size_t>(axis)] = ValueOf(item, 0.0);
+    });
+}
+
+void ParseChannels(const Element& node, std::string_view member, std::array<Channel, 3>& channels)
+{
+    ForEachAxis(node, member, [&](int axis, const Element& item) {
+        Channel& channel = channels[static_cast<std::size_t>(axis)];
+        if (!item.is_object()) {
+            channel.value = AsNumber(item).value_or(channel.value);
+            return;
+        }
+        const std::string name = channel.name;
+        const double value = channel.value;
+        channel = ParseChannel(item);
+        if (channel.name.empty())
+            channel.name = name;
+        // A scale that is not spelled out is 1, not a channel's usual 0.
+        if (!Find(item, "value"))
+            channel.value = value;
+    });
+}
+
+} // namespace
+
+AssetInfo ParseAssetInfo(const Element& json)
+{
+    AssetInfo info;
+    info.id = PercentDecode(Text(json, "id"));
+    info.type = Text(json, "type");
+    if (const auto contributor = Find(json, "contributor")) {
+        info.author = Text(*contributor, "author");
+        info.email = Text(*contributor, "email");
+        info.website = Text(*contributor, "website");
+    }
+    info.revision = Text(json, "revision", "1.0");
+    info.modified = Text(json, "modified");
+    return info;
+}
+
+Node ParseNode(const Element& json, ParseContext& context)
+{
+    const std::string id = Text(json, "id");
+    Node node = MakeNode(id, Text(json, "label", Text(json, "name", id)), Text(json, "type", "node"));
+    node.name = Text(json, "name", id);
+    node.parent = ReferencedId(Text(json, "parent"));
+    node.rotationOrder = Text(json, "rotation_order", "XYZ");
+    node.inheritsScale = Flag(json, "inherits_scale", node.type != "bone");
+    ParseRigVector(json, "center_point", node.centerPoint);
+    ParseRigVector(json, "end_point", node.endPoint);
+    ParseRigVector(json, "orientation", node.orientation);
+    ParseChannels(json, "rotation", node.rotation);
+    ParseChannels(json, "translation", node.translation);
+    ParseChannels(json, "scale", node.scale);
+    if (const auto general = Find(json, "general_scale"))
+        node.generalScale.value = ValueOf(*general, 1.0);
+    if (const auto presentation = Find(json, "presentation"))
+        node.presentationType = Text(*presentation, "type");
+    node.formulas = ParseFormulas(json, context);
+    return node;
+}
+
+Modifier ParseModifier(const Element& json, ParseContext& context)
+{
+    Modifier modifier;
+    modifier.id = Text(json, "id");
+    modifier.name = Text(json, "name");
+    if (modifier.name.empty())
+        modifier.name = modifier.id;
+    modifier.parent = Text(json, "parent");
+    if (const auto presentation = Find(json, "presentation"))
+        modifier.presentationType = Text(*presentation, "type");
+    if (const auto channel = Find(json, "channel"))
+        modifier.channel = ParseChannel(*channel);
+    if (modifier.channel.label.empty())
+        modifier.channel.label = Text(json, "label", modifier.name);
+    modifier.region = Text(json, "region");
+    modifier.group = Text(json, "group", "/");
+    if (modifier.group.empty() || modifier.group.front() != '/')
+        modifier.group.insert(0, 1, '/');
+    modifier.formulas = ParseFormulas(json, context);
+    if (const auto morph = Find(json, "morph")) {
+        modifier.morph.emplace();
+        modifier.morph->vertexCount = Count(*morph, "vertex_count", -1);
+        modifier.morph->hdUrl = Text(*morph, "hd_url");
+        if (context.options.deltas)
+            modifier.morph->deltas = ParseDeltas(*morph, modifier.id, context);
+    }
+    return modifier;
+}
+
+} // namespace dson

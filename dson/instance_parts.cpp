@@ -1,0 +1,116 @@
+// Turning the members of a DSON file into values: instances in a scene.
+// SPDX-License-Identifier: MIT
+
+#include "channel_parts.h"
+#include "parts.h"
+
+#include <algorithm>
+
+namespace dson {
+
+namespace {
+
+void ReadInstanceChannel(const Element& item, const std::string& id, NodeInstance& instance)
+{
+    const bool isGiven = !item.is_object() || Find(item, "current_value") || Find(item, "value");
+    if (isGiven)
+        instance.channels[id] = ValueOf(item, 0.0);
+    if (item.is_object())
+        instance.changes[id] = ParseChannelChange(item);
+}
+
+void ReadInstanceVector(const Element& node, const std::string& member, NodeInstance& instance)
+{
+    ForEachAxis(node, member, [&](int axis, const Element& item) {
+        ReadInstanceChannel(item, member + "/" + axisIds[axis], instance);
+    });
+}
+
+/// The favourites' names; what stands behind the first slash is of no use here.
+void ReadFavorites(const Element& owner, std::vector<std::string>& names)
+{
+    ForEach(owner, "extra", [&](const Element& extra) {
+        ForEach(extra, "favorites", [&](const Element& item) {
+            const std::string text(item.is_string() ? item.get_string().value_unsafe() : std::string_view());
+            if (const std::string name = text.substr(0, text.find('/')); !name.empty())
+                names.push_back(name);
+        });
+    });
+}
+
+/// Channels that an `extra` object lists, by id.
+void ReadExtraChannels(const Element& owner, ChannelValues& values)
+{
+    ForEach(owner, "extra", [&](const Element& extra) {
+        ForEach(extra, "channels", [&](const Element& entry) {
+            if (const auto channel = Find(entry, "channel"))
+                values[Text(*channel, "id")] = ValueOf(*channel, 0.0);
+        });
+    });
+}
+
+GeometryInstance ParseGeometryInstance(const Element& json)
+{
+    GeometryInstance geometry;
+    geometry.id = Text(json, "id");
+    geometry.url = Text(json, "url");
+    geometry.name = Text(json, "name");
+    geometry.label = Text(json, "label");
+    if (Find(json, "current_subdivision_level"))
+        geometry.subdivisionLevel = static_cast<int>(
+            std::clamp<std::int64_t>(Count(json, "current_subdivision_level", 1), 0, finestSubdivisionLevel));
+    ReadExtraChannels(json, geometry.channels);
+    return geometry;
+}
+
+} // namespace
+
+NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
+{
+    NodeInstance instance;
+    instance.id = Text(json, "id");
+    instance.url = Text(json, "url");
+    instance.name = Text(json, "name");
+    instance.label = Text(json, "label");
+    instance.parent = Text(json, "parent");
+    if (instance.parent.empty()) {
+        instance.parent = Text(json, "parent_in_place");
+        instance.inPlace = !instance.parent.empty();
+    }
+    instance.conformTarget = Text(json, "conform_target");
+    instance.rotationOrder = Text(json, "rotation_order");
+    instance.inheritsScale = GivenFlag(json, "inherits_scale");
+    for (const char* const member :
+         {"translation", "rotation", "scale", "center_point", "end_point", "orientation"})
+        ReadInstanceVector(json, member, instance);
+    if (const auto general = Find(json, "general_scale"))
+        ReadInstanceChannel(*general, "general_scale", instance);
+    ReadExtraChannels(json, instance.properties);
+    ReadFavorites(json, instance.favorites);
+    ForEach(json, "geometries", [&](const Element& item) {
+        instance.geometries.push_back(ParseGeometryInstance(item));
+        ReadFavorites(item, instance.favorites);
+    });
+    instance.formulas = ParseFormulas(json, context);
+    return instance;
+}
+
+ModifierInstance ParseModifierInstance(const Element& json, ParseContext& context)
+{
+    ModifierInstance instance;
+    instance.id = Text(json, "id");
+    instance.url = Text(json, "url");
+    instance.parent = Text(json, "parent");
+    instance.name = Text(json, "name");
+    instance.group = Text(json, "group");
+    if (const auto channel = Find(json, "channel")) {
+        instance.value = Number(*channel, "current_value");
+        if (!instance.value)
+            instance.value = Number(*channel, "value");
+        instance.change = ParseChannelChange(*channel);
+    }
+    instance.formulas = ParseFormulas(json, context);
+    return instance;
+}
+
+} // namespace dson
