@@ -1,0 +1,87 @@
+// What a load meets, told when that is of use.
+// SPDX-License-Identifier: MIT
+
+#include "load_report.h"
+
+#include "app/current_attendant.h"
+#include "app/texts.h"
+#include "openhost/diagnostics.h"
+#include "openhost/events.h"
+
+#include <QStringList>
+
+#include <fmt/format.h>
+
+namespace openhost {
+
+namespace {
+
+QStringList ToList(const std::set<std::string>& texts)
+{
+    QStringList list;
+    for (const std::string& text : texts)
+        list.append(ToQ(text));
+    return list;
+}
+
+} // namespace
+
+void LoadReport::warn(const std::string& what)
+{
+    _diagnostics.push_back({base::Severity::Warning, _file, {}, what});
+}
+
+void LoadReport::warnLeftOut(const std::string& what)
+{
+    warn(what);
+    tellLeftOut(ToQ(what));
+}
+
+void LoadReport::warnLeftOut(const base::Error& error, const std::filesystem::path& file)
+{
+    _diagnostics.push_back(base::FromSentence(base::Severity::Warning, file.string(), error.what()));
+    tellLeftOut(QString::fromUtf8(error.what()));
+}
+
+void LoadReport::tellLeftOut(const QString& what) const
+{
+    emit Events().contentLeftOut(ToQ(_file), what);
+}
+
+void LoadReport::tell(const std::vector<std::string>& leftOut, bool isEmpty)
+{
+    sumUp(leftOut);
+    handOver(isEmpty);
+    if (!_missing.empty())
+        CurrentAttendant().tellMissingFiles(ToList(_missing));
+    if (!_duplicates.empty())
+        CurrentAttendant().tellDuplicateFormulas(ToList(_duplicates));
+}
+
+void LoadReport::sumUp(const std::vector<std::string>& leftOut)
+{
+    if (_missing.size() == 1)
+        warnLeftOut(fmt::format("{} is in no content library", *_missing.begin()));
+    else if (!_missing.empty())
+        warnLeftOut(fmt::format("{} files are in no content library, such as {}", _missing.size(),
+                                *_missing.begin()));
+    if (_lostBones > 0)
+        warnLeftOut(fmt::format("{} bones hang on no figure and are left out", _lostBones));
+    if (!leftOut.empty())
+        warnLeftOut(fmt::format("left out: {}", fmt::join(leftOut, ", ")));
+    if (!_duplicates.empty())
+        warn(fmt::format("formulas drive {} properties in the same way more than once, such as {}",
+                         _duplicates.size(), *_duplicates.begin()));
+}
+
+void LoadReport::handOver(bool isEmpty)
+{
+    for (base::Diagnostic& diagnostic : _diagnostics) {
+        if (isEmpty)
+            diagnostic.severity = base::Severity::Error;
+        Report(diagnostic);
+    }
+    _diagnostics.clear();
+}
+
+} // namespace openhost

@@ -1,0 +1,48 @@
+// What a load meets, told when that is of use.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "base/diagnostic.h"
+#include "base/errors.h"
+
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+class QString;
+
+namespace openhost {
+
+/// Of one file. Warnings wait for handOver(), since they are errors when nothing could be loaded.
+class LoadReport {
+public:
+    explicit LoadReport(std::string file) : _file(std::move(file)) {}
+
+    void warn(const std::string& what);
+    /// Of something that the scene will lack.
+    void warnLeftOut(const std::string& what);
+    void warnLeftOut(const base::Error& error, const std::filesystem::path& file);
+    void addMissing(const std::string& path) { _missing.insert(path); } ///< in no content library
+    void addLostBone() { ++_lostBones; }                                ///< hangs on no figure
+    /// Properties that formulas drive in the same way more than once.
+    void addDuplicates(std::set<std::string> properties) { _duplicates.merge(properties); }
+
+    /// Sums up and hands over; a person hears what should be known before the figures appear.
+    /// @param leftOut  of the file, since it has no bearing on shapes and poses
+    void tell(const std::vector<std::string>& leftOut, bool isEmpty);
+    /// @param isEmpty  nothing could be loaded, and what was met is why
+    void handOver(bool isEmpty);
+
+private:
+    void tellLeftOut(const QString& what) const;
+    void sumUp(const std::vector<std::string>& leftOut);
+
+    std::string _file;
+    std::set<std::string> _missing, _duplicates;
+    std::size_t _lostBones = 0;
+    base::Diagnostics _diagnostics; ///< not handed over yet
+};
+
+} // namespace openhost

@@ -1,0 +1,54 @@
+// The figures of a file that is being loaded, and what the ids of its instances stand for.
+// SPDX-License-Identifier: MIT
+
+#include "loaded_figures.h"
+
+#include "dson/uri.h"
+#include "dznode.h"
+#include "dznumericproperty.h"
+#include "loading/channel_properties.h"
+
+namespace openhost {
+
+void LoadedFigures::enter(const dson::NodeInstance& instance, std::size_t figure, DzNode& node)
+{
+    enterPlace(instance.id, figure, node);
+    for (const dson::GeometryInstance& geometry : instance.geometries)
+        enterPlace(geometry.id, figure, node);
+}
+
+void LoadedFigures::enterPlace(const std::string& id, std::size_t figure, DzNode& node)
+{
+    if (!id.empty())
+        _places.emplace(id, Place{figure, &node});
+}
+
+const LoadedFigures::Place* LoadedFigures::placeOf(const std::string& reference) const
+{
+    return placeOfId(dson::ParseUri(reference).id);
+}
+
+const LoadedFigures::Place* LoadedFigures::placeOfId(const std::string& id) const
+{
+    const auto found = _places.find(id);
+    return found == _places.end() ? nullptr : &found->second;
+}
+
+DzNumericProperty* LoadedFigures::resolve(const std::string& text) const
+{
+    const dson::Uri uri = dson::ParseUri(text);
+    const auto dial = _dials.find(uri.id);
+    if (dial != _dials.end() && uri.property.compare(0, 5, "value") == 0)
+        return dial->second;
+    const Place* place = placeOfId(uri.node);
+    if (!place)
+        place = placeOfId(uri.id);
+    if (!place)
+        return nullptr;
+    if (uri.property.compare(0, 5, "value") == 0)
+        return _figures[place->figure].assembly.findDial(uri.id);
+    const Place* const part = placeOfId(uri.id);
+    return FindNodeChannel(part ? *part->node : *place->node, uri.property);
+}
+
+} // namespace openhost

@@ -1,0 +1,55 @@
+// The figures of a file that is being loaded, and what the ids of its instances stand for.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/reader.h"
+#include "figure_assembly.h"
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+class DzNode;
+class DzNumericProperty;
+
+namespace openhost {
+
+struct LoadedFigure {
+    FigureAssembly assembly;
+    const dson::NodeInstance* instance;
+    DzNode* node;
+    DzNode* parent = nullptr; ///< in another figure of the file or in the scene; null for a root
+    bool isTop = true;        ///< neither hangs on anything nor is worn by what is selected
+};
+
+class LoadedFigures {
+public:
+    /// What an instance id stands for.
+    struct Place {
+        std::size_t figure; ///< index into all()
+        DzNode* node;
+    };
+
+    std::vector<LoadedFigure>& all() { return _figures; }
+    const std::vector<LoadedFigure>& all() const { return _figures; }
+    bool empty() const { return _figures.empty(); }
+
+    /// The instance and its geometries stand for a node of the figure. Of equal ids the first counts.
+    void enter(const dson::NodeInstance& instance, std::size_t figure, DzNode& node);
+    void enterDial(const std::string& id, DzNumericProperty& dial) { _dials.emplace(id, &dial); }
+
+    const Place* placeOf(const std::string& reference) const; ///< null for none
+    /// The property that a URI names by the ids of instances; null for none.
+    DzNumericProperty* resolve(const std::string& text) const;
+
+private:
+    const Place* placeOfId(const std::string& id) const;
+    void enterPlace(const std::string& id, std::size_t figure, DzNode& node);
+
+    std::vector<LoadedFigure> _figures;
+    std::unordered_map<std::string, Place> _places;
+    std::unordered_map<std::string, DzNumericProperty*> _dials; ///< by the ids of their instances
+};
+
+} // namespace openhost

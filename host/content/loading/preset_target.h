@@ -1,0 +1,42 @@
+// What presets name, found on a figure.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/uri.h"
+
+#include <optional>
+#include <string>
+
+#include <QHash>
+
+class DzNode;
+class DzNumericProperty;
+
+namespace openhost {
+
+/// The figure that a bone belongs to; any other node itself.
+DzNode& FigureOf(DzNode& node);
+
+/// The node that a path such as "//@selection/hip/arm" names below one that stands for the selection; steps
+/// that are not there are passed over, but for the last. Null for none.
+DzNode* FindByPath(DzNode& top, const std::string& path);
+
+/// Finds what presets name on a figure. Not to be kept while the figure changes.
+class PresetTarget {
+public:
+    explicit PresetTarget(DzNode& node) : _node(node) {}
+
+    DzNode& node() const { return _node; }
+    DzNumericProperty* find(const dson::Uri& uri) const; ///< a dial or a node's channel; null for none
+    /// Of a morph or control of the figure or of one of its bones; null for none.
+    DzNumericProperty* findDial(const std::string& nameOrId) const;
+
+private:
+    DzNumericProperty* findMorphById(const QString& id) const;
+
+    DzNode& _node;
+    mutable std::optional<QHash<QString, DzNumericProperty*>> _morphsById;
+};
+
+} // namespace openhost

@@ -1,0 +1,292 @@
+// The figures and props of a file on their way into the scene.
+// SPDX-License-Identifier: MIT
+
+#include "scene_figures.h"
+
+#include "app/texts.h"
+#include "base/errors.h"
+#include "dznode.h"
+#include "dznumericproperty.h"
+#include "dzscene.h"
+#include "dzskeleton.h"
+#include "figure/fitting.h"
+#include "instance_order.h"
+#include "instance_values.h"
+#include "loading/channel_properties.h"
+#include "preset_target.h"
+
+#include <optional>
+
+#include <fmt/format.h>
+
+namespace openhost {
+
+namespace {
+
+bool NamesSelection(const dson::Uri& uri)
+{
+    return uri.node.compare(0, 12, "//@selection") == 0;
+}
+
+/// Where several definitions stand in one file, the instance says which geometry is the node's.
+std::optional<std::string> GeometryOf(const dson::NodeInstance& instance, const dson::Uri& url)
+{
+    if (!url.path.empty())
+        return std::nullopt;
+    return instance.geometries.empty() ? std::string() : dson::ParseUri(instance.geometries.front().url).id;
+}
+
+/// A bone that hangs on another node of its file is a part of a figure.
+bool IsBone(const dson::Document& definition, const std::string& id)
+{
+    for (const dson::Node& node : definition.nodes)
+        if (node.id == id)
+            return node.type == "bone" && !node.parent.empty();
+    return false;
+}
+
+/// A node that nothing but its instance describes.
+std::shared_ptr<const dson::Document> GroupOf(const dson::NodeInstance& instance)
+{
+    auto document = std::make_shared<dson::Document>();
+    document->nodes.push_back(dson::MakeNode(instance.id, instance.label, "node"));
+    return document;
+}
+
+} // namespace
+
+SceneFigures::SceneFigures(AssetLibrary& library, std::shared_ptr<const dson::Document> document,
+                           DzNode* selected)
+    : _library(library), _document(std::move(document)), _selected(selected),
+      _report(_document->file.string())
+{
+}
+
+void SceneFigures::prepare()
+{
+    const InstanceOrder order(*_document);
+    if (const dson::NodeInstance* const instance = order.circular())
+        _report.warnLeftOut(fmt::format("{} is below itself; its parent is left out", instance->id));
+    for (const dson::NodeInstance* const instance : order.instances())
+        place(*instance);
+    for (const dson::ModifierInstance& instance : _document->modifierInstances)
+        dial(instance);
+    for (const LoadedFigure& figure : _figures.all())
+        markFavorites(figure);
+    for (const LoadedFigure& figure : _figures.all())
+        _report.addDuplicates(figure.assembly.duplicateOutputs());
+    _report.tell(_document->leftOut, isEmpty());
+}
+
+std::vector<DzNode*> SceneFigures::enter()
+{
+    std::vector<DzNode*> tops = enterScene();
+    for (const LoadedFigure& figure : _figures.all())
+        fit(figure);
+    _report.handOver(isEmpty());
+    animate();
+    return tops;
+}
+
+std::string SceneFigures::pathOf(const dson::Uri& uri) const
+{
+    return uri.path.empty() ? _library.paths().relativePath(_document->file) : uri.path;
+}
+
+std::shared_ptr<const dson::Document> SceneFigures::documentOf(const dson::Uri& uri)
+{
+    if (uri.path.empty())
+        return _document;
+    const std::filesystem::path file = _library.find(uri.path, _document->file);
+    if (file.empty()) {
+        _report.addMissing(uri.path);
+        return nullptr;
+    }
+    return _library.read(file);
+}
+
+DzNode* SceneFigures::selectedNode(const std::string& reference) const
+{
+    const dson::Uri uri = dson::ParseUri(reference);
+    if (!NamesSelection(uri) || !_selected)
+        return nullptr;
+    DzNode& figure = FigureOf(*_selected);
+    DzNode* const part = FindByPath(figure, uri.node);
+    return part ? part : &figure;
+}
+
+void SceneFigures::place(const dson::NodeInstance& instance)
+{
+    const dson::Uri url = dson::ParseUri(instance.url);
+    const Place* const parent = instance.parent.empty() ? nullptr : _figures.placeOf(instance.parent);
+    if (parent && overlay(instance, url, parent->figure))
+        return;
+    // The bones of a figure that could not be loaded are no figures of their own.
+    const bool hangsOnMissing = _failed.count(dson::ParseUri(instance.parent).id) > 0;
+    DzNode* const above = parent ? parent->node : selectedNode(instance.parent);
+    const bool isMade = !hangsOnMissing && instantiate(instance, url, above);
+    if (isMade)
+        _figures.all().back().isTop =
+            !above && !(_selected && NamesSelection(dson::ParseUri(instance.conformTarget)));
+    else if (!instance.id.empty())
+        _failed.insert(instance.id);
+}
+
+bool SceneFigures::overlay(const dson::NodeInstance& instance, const dson::Uri& url, std::size_t figure)
+{
+    const FigureAssembly& assembly = _figures.all()[figure].assembly;
+    DzNode* const node = assembly.findNode(url.id);
+    if (!assembly.isNamedBy(pathOf(url)) || node == &assembly.root())
+        return false;
+    // A file that defines things of its own may define many.
+    if (!node && url.path.empty())
+        return false;
+    if (node)
+        applyInstance(instance, *node, figure);
+    return true;
+}
+
+bool SceneFigures::instantiate(const dson::NodeInstance& instance, const dson::Uri& url, DzNode* parent)
+{
+    try {
+        const bool isDefined = !instance.url.empty();
+        const std::shared_ptr<const dson::Document> definition =
+            isDefined ? documentOf(url) : GroupOf(instance);
+        if (!definition)
+            return false;
+        if (IsBone(*definition, url.id)) {
+            _report.addLostBone();
+            return false;
+        }
+        FigureAssembly assembly(definition, isDefined ? pathOf(url) : std::string(),
+                                isDefined ? url.id : definition->nodes.front().id, GeometryOf(instance, url));
+        assembly.addMorphsOnDisk(_library);
+        DzNode& root = assembly.root();
+        _figures.all().push_back({std::move(assembly), &instance, &root, parent});
+        applyInstance(instance, root, _figures.all().size() - 1);
+        return true;
+    } catch (const base::Error& error) {
+        _report.warnLeftOut(error, _library.find(pathOf(url), _document->file));
+        return false;
+    }
+}
+
+void SceneFigures::applyInstance(const dson::NodeInstance& instance, DzNode& node, std::size_t figure)
+{
+    _figures.enter(instance, figure, node);
+    FigureAssembly& assembly = _figures.all()[figure].assembly;
+    assembly.addNodeId(instance.id, node);
+    assembly.addFormulas(instance.formulas, _document);
+    ApplyInstance(instance, node);
+}
+
+void SceneFigures::dial(const dson::ModifierInstance& instance)
+{
+    const Place* const place = _figures.placeOf(instance.parent);
+    if (!place)
+        return;
+    FigureAssembly& assembly = _figures.all()[place->figure].assembly;
+    assembly.addFormulas(instance.formulas, _document);
+    const dson::Uri url = uriOf(instance);
+    DzNumericProperty* const property = findDial(assembly, url);
+    if (!property) {
+        if (instance.value && !url.id.empty())
+            assembly.loseShape(url, _library.whyMissing(url, _document->file), *instance.value);
+        return;
+    }
+    _figures.enterDial(instance.id, *property);
+    ApplyChange(*property, instance.change);
+    if (!instance.group.empty())
+        property->setPath(ToQ(instance.group));
+    if (instance.value)
+        property->setDoubleRawValue(*instance.value);
+}
+
+dson::Uri SceneFigures::uriOf(const dson::ModifierInstance& instance) const
+{
+    dson::Uri url = dson::ParseUri(instance.url);
+    if (url.path.empty())
+        url.path = pathOf(url);
+    return url;
+}
+
+DzNumericProperty* SceneFigures::findDial(FigureAssembly& assembly, const dson::Uri& url)
+{
+    if (DzNumericProperty* const present = assembly.findDial(url))
+        return present;
+    addShapeFile(assembly, url);
+    return assembly.findDial(url);
+}
+
+void SceneFigures::addShapeFile(FigureAssembly& assembly, const dson::Uri& url)
+{
+    try {
+        const bool isHere = url.path == pathOf(dson::Uri());
+        if (const std::shared_ptr<const dson::Document> file = isHere ? _document : documentOf(url))
+            assembly.addModifier(file, url.path, url.id);
+    } catch (const base::Error& error) {
+        _report.warnLeftOut(error, _library.find(url.path, _document->file));
+    }
+}
+
+std::vector<DzNode*> SceneFigures::enterScene()
+{
+    const PropertyResolver elsewhere = [this](const std::string& uri) { return _figures.resolve(uri); };
+    for (LoadedFigure& figure : _figures.all())
+        figure.assembly.connectFormulas(elsewhere);
+    std::vector<DzNode*> tops;
+    for (LoadedFigure& figure : _figures.all()) {
+        std::unique_ptr<DzNode> root = figure.assembly.takeRoot();
+        if (figure.parent)
+            figure.parent->addNodeChild(root.get(), figure.instance->inPlace);
+        else if (!dzScene->addNode(root.get()))
+            throw base::Error(root->getLabel().toStdString() + " cannot be added to the scene");
+        if (figure.isTop)
+            tops.push_back(root.get());
+        root.release();
+    }
+    return tops;
+}
+
+void SceneFigures::markFavorites(const LoadedFigure& figure) const
+{
+    for (const std::string& name : figure.instance->favorites) {
+        DzProperty* property = figure.assembly.findDial(name);
+        if (!property)
+            property = figure.node->findProperty(ToQ(name));
+        if (property)
+            property->setIsFavorite(true);
+    }
+}
+
+void SceneFigures::fit(const LoadedFigure& figure)
+{
+    const std::string& reference = figure.instance->conformTarget;
+    auto* const follower = qobject_cast<DzSkeleton*>(figure.node);
+    if (reference.empty() || !follower)
+        return;
+    const Place* const place = _figures.placeOf(reference);
+    const DzNode* const node = place ? place->node : selectedNode(reference);
+    DzSkeleton* const target = node ? node->getSkeleton() : nullptr;
+    if (!target || IsBelow(*target, *follower))
+        _report.warnLeftOut(
+            fmt::format("there is nothing that {} can be fitted to", figure.node->getLabel().toStdString()));
+    else
+        FitTo(*follower, *target);
+}
+
+void SceneFigures::animate() const
+{
+    if (_figures.empty())
+        return;
+    const PresetTarget first(*_figures.all().front().node);
+    for (const dson::AnimatedValue& value : _document->animations) {
+        const dson::Uri uri = dson::ParseUri(value.url);
+        DzNumericProperty* const property =
+            NamesSelection(uri) ? first.find(uri) : _figures.resolve(value.url);
+        if (property)
+            property->setDoubleRawValue(value.value);
+    }
+}
+
+} // namespace openhost

@@ -1,0 +1,75 @@
+// The figures and props of a file on their way into the scene.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/reader.h"
+#include "dson/uri.h"
+#include "library/asset_library.h"
+#include "load_report.h"
+#include "loaded_figures.h"
+
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <QPointer>
+
+class DzNode;
+class DzNumericProperty;
+
+namespace openhost {
+
+/// Of one character or scene file.
+class SceneFigures {
+public:
+    /// @param selected  what references to the selection mean; null for nothing
+    SceneFigures(AssetLibrary& library, std::shared_ptr<const dson::Document> document, DzNode* selected);
+
+    /// Makes everything and tells what is missing; the scene is as it was.
+    void prepare();
+    /// Whether nothing could be made.
+    bool isEmpty() const { return _figures.empty(); }
+    /// Hands it all to the scene.
+    /// @return what is to be selected: what neither hangs on anything nor is worn by what is selected
+    std::vector<DzNode*> enter();
+
+private:
+    using Place = LoadedFigures::Place;
+
+    /// Path of a URL's file as the URL spells it; this file's own for "#id".
+    std::string pathOf(const dson::Uri& uri) const;
+    /// The URL of the definition, with this file's path where it has none.
+    dson::Uri uriOf(const dson::ModifierInstance& instance) const;
+    std::shared_ptr<const dson::Document> documentOf(const dson::Uri& uri);
+    /// What a reference to the selection means in the scene; null for other references.
+    DzNode* selectedNode(const std::string& reference) const;
+
+    void place(const dson::NodeInstance& instance);
+    /// True when the instance is a part of a figure that is there already. A root of the same file is another
+    /// figure.
+    bool overlay(const dson::NodeInstance& instance, const dson::Uri& url, std::size_t figure);
+    bool instantiate(const dson::NodeInstance& instance, const dson::Uri& url, DzNode* parent);
+    void applyInstance(const dson::NodeInstance& instance, DzNode& node, std::size_t figure);
+
+    void dial(const dson::ModifierInstance& instance);
+    DzNumericProperty* findDial(FigureAssembly& assembly, const dson::Uri& url);
+    /// A shape that lies outside the figure's own folders, or in this file.
+    void addShapeFile(FigureAssembly& assembly, const dson::Uri& url);
+    void markFavorites(const LoadedFigure& figure) const;
+
+    std::vector<DzNode*> enterScene();
+    void fit(const LoadedFigure& figure);
+    /// A scene that moves is loaded as it is at its beginning.
+    void animate() const;
+
+    AssetLibrary& _library;
+    std::shared_ptr<const dson::Document> _document;
+    QPointer<DzNode> _selected; ///< when the load began
+    LoadReport _report;
+    LoadedFigures _figures;
+    std::set<std::string> _failed; ///< instances that stand for nothing
+};
+
+} // namespace openhost
