@@ -3,6 +3,7 @@
 
 #include "definition_morphs.h"
 
+#include "app/texts.h"
 #include "definition_nodes.h"
 #include "dson/dhdm.h"
 #include "dson/file_text.h"
@@ -46,7 +47,7 @@ geometry::SparseDeltas WithinMesh(geometry::SparseDeltas deltas, int vertexCount
 geometry::MultiresDetail ReadDetail(const std::string& url, const std::filesystem::path& morphFile,
                                     const geometry::Topology& cage)
 {
-    const QString path = QString::fromStdString(dson::ParseUri(url).path);
+    const QString path = ToQ(dson::ParseUri(url).path);
     std::filesystem::path file = dzApp->getContentMgr()->getAbsolutePath(path, true).toStdString();
     if (file.empty())
         file = std::filesystem::path(morphFile).replace_extension(".dhdm");
@@ -90,7 +91,7 @@ std::unique_ptr<DzMorph> MakeMorph(const dson::Modifier& modifier, const std::st
                 return ReadDetail(url, path, *cage);
             });
     auto morph = std::make_unique<DzMorph>(deltas);
-    morph->setName(QString::fromStdString(name));
+    morph->setName(ToQ(name));
     morph->setAssetUri(uri);
     morph->setPresentation(MakePresentation(modifier.presentationType).release());
     return morph;
