@@ -1,6 +1,7 @@
 // Weight maps and skin bindings.
 // SPDX-License-Identifier: MIT
 
+#include "base/errors.h"
 #include "dzbone.h"
 #include "dzbonebinding.h"
 #include "dzobject.h"
@@ -9,7 +10,6 @@
 #include "dzweightmap.h"
 #include "figure/pipeline.h"
 #include "figure/skin_access.h"
-#include "geometry/errors.h"
 
 #include <QHash>
 
@@ -221,7 +221,7 @@ void Append(const DzWeightMap& map, std::size_t vertexCount, geometry::JointWeig
 {
     const auto count = static_cast<std::size_t>(map.getNumWeights());
     if (count > vertexCount)
-        throw geometry::TopologyError("weight map has {} weights for {} vertices", count, vertexCount);
+        throw base::FormatError("weight map has {} weights for {} vertices", count, vertexCount);
     const unsigned short* const values = map.getWeightsPtr();
     for (std::size_t v = 0; v < count; ++v) {
         if (values[v] == 0)

@@ -24,7 +24,6 @@
 #include "figure/mesh_access.h"
 #include "figure/pipeline.h"
 #include "geometry/deltas.h"
-#include "geometry/errors.h"
 #include "geometry/obj.h"
 #include "morph_split.h"
 #include "obj_options.h"
@@ -241,7 +240,7 @@ void CheckSubdividedLoad(const MorphLoadSettings& settings, const DzNode& node, 
         throw base::Error("subdivided morphs need the plug-in Morph Loader Pro SubDivision Resolution");
     const int level = settings.subdivisionBuiltResolution;
     if (level < 0)
-        throw geometry::TopologyError("there is no subdivision level {}", level);
+        throw base::Error("there is no subdivision level " + std::to_string(level));
     if (settings.subdivisionMapping != DzMorphLoader::Catmark)
         throw base::Error("only files in the order of our own subdivision can be loaded");
     Pipeline& pipeline = node.getObject()->pipeline();
@@ -253,8 +252,8 @@ void CheckSubdividedLoad(const MorphLoadSettings& settings, const DzNode& node, 
     const std::size_t vertexCount =
         isPossible ? pipeline.subdivision(level)->topology(level)->vertexCount : 0;
     if (fileVertexCount != vertexCount)
-        throw geometry::TopologyError("the file has {} vertices, which is not {} at subdivision level {}",
-                                      fileVertexCount, ToStd(node.getLabel()), level);
+        throw base::FormatError("the file has {} vertices, which is not {} at subdivision level {}",
+                                fileVertexCount, ToStd(node.getLabel()), level);
 }
 
 /// What can be told before anything is changed.
@@ -268,8 +267,8 @@ void CheckLoad(const MorphLoadSettings& settings, const DzNode* node, std::size_
         CheckSubdividedLoad(settings, *node, fileVertexCount);
     const std::size_t vertexCount = node->getObject()->pipeline().base().vertexCount();
     if (!settings.morphSubdivision && fileVertexCount != vertexCount)
-        throw geometry::TopologyError("the file has {} vertices but {} has {}", fileVertexCount,
-                                      ToStd(node->getLabel()), vertexCount);
+        throw base::FormatError("the file has {} vertices but {} has {}", fileVertexCount,
+                                ToStd(node->getLabel()), vertexCount);
     if (!settings.attenuateMapPath.isEmpty() && !FindAttenuationMap(*node, settings.attenuateMapPath))
         throw base::Error("there is no weight map at " + ToStd(settings.attenuateMapPath));
     if (!Allows(Operation::CreateMorph, EffectiveMorphName(settings)))

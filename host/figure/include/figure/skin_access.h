@@ -13,7 +13,7 @@ namespace openhost {
 class SkinAccess {
 public:
     /// Joint indices count the skeleton's bones, parents first. Made when first asked for.
-    /// @throws geometry::TopologyError  a weight map has weights for more vertices than the mesh
+    /// @throws base::FormatError  a weight map has weights for more vertices than the mesh
     static const geometry::SkinWeights& weights(const DzSkinBinding& binding, const DzSkeleton& skeleton,
                                                 std::size_t vertexCount);
     /// A binding of the bone with sparse weights 0..1; the binding is owned by the skin.
