@@ -4,9 +4,13 @@
 #include "gnt_convert-impl.h"
 #include "gnt_dialog-forms.h"
 #include "gnt_outcome-texts.h"
+#include "gnt_testing.h"
 
 #include "ks_debug.h"
 #include "ks_exception.h"
+
+#include <algorithm>
+#include <vector>
 
 #include <QElapsedTimer>
 
@@ -15,12 +19,17 @@
 
 namespace {
 
-GntForms* givenForms = nullptr;
+/// The newest last.
+std::vector<GntForms*>& Overrides()
+{
+    static std::vector<GntForms*> overrides;
+    return overrides;
+}
 
 GntForms& CurrentForms()
 {
     static GntDialogForms dialogs;
-    return givenForms ? *givenForms : dialogs;
+    return Overrides().empty() ? dialogs : *Overrides().back();
 }
 
 } // namespace
@@ -28,9 +37,14 @@ GntForms& CurrentForms()
 GntConvertForm::~GntConvertForm() = default;
 GntForms::~GntForms() = default;
 
-void GntConverter::SetForms(GntForms* forms)
+GntFormsOverride::GntFormsOverride(GntForms& forms) : _forms(forms)
 {
-    givenForms = forms;
+    Overrides().push_back(&forms);
+}
+
+GntFormsOverride::~GntFormsOverride()
+{
+    Overrides().erase(std::remove(Overrides().begin(), Overrides().end(), &_forms), Overrides().end());
 }
 
 void GntConverter::Exec_X(QWidget* parent)

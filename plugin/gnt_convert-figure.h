@@ -11,7 +11,6 @@
 #include <vector>
 
 class DzNode;
-class GntForms;
 class QWidget;
 
 /// Lives for one conversion. Puts the two figures back as they were when it goes away, also after a failure.
@@ -28,8 +27,6 @@ public:
     /// @param source, target  figures or bones of theirs
     /// @throws kst::CanceledException  the user stopped it; kst::Exception on any failure
     static GntOutcome Convert_X(DzNode& source, DzNode& target, const GntRequest& request);
-    /// Whose dialogs Exec_X shows; not owned. Null for the product's own.
-    static void SetForms(GntForms* forms);
 
     /// Reads the scene's selection: exactly one source and one Genesis 9 figure, in any order; bones count as
     /// their figures. Changes nothing.

@@ -6,6 +6,7 @@
 #include "dzmorph.h"
 #include "dzobject.h"
 #include "gnt_actions.h"
+#include "gnt_convert-figure.h"
 #include "ks_daz-helpers.h"
 #include "ks_exception.h"
 #include "tests/host/host_fixture.h"
@@ -170,18 +171,33 @@ TEST_F(ExecTest, shows_a_failure_in_the_box_of_the_action)
         "scene\n")));
 }
 
+TEST_F(ExecTest, asks_the_newest_forms_as_long_as_they_live)
+{
+    ScriptedForms outer;
+    outer.goesOn = false;
+    {
+        ScriptedForms inner;
+        inner.goesOn = false;
+        GntConvertFigureAction().trigger();
+        EXPECT_TRUE(inner.question);
+        EXPECT_FALSE(outer.question);
+    }
+    GntConvertFigureAction().trigger();
+    EXPECT_TRUE(outer.question);
+}
+
 /// Forms that fail in a way of their own.
 template <class Failure>
 class FailingForms : public GntForms {
 public:
-    explicit FailingForms(Failure failure) : _failure(failure) { GntConverter::SetForms(this); }
-    ~FailingForms() override { GntConverter::SetForms(nullptr); }
+    explicit FailingForms(Failure failure) : _failure(failure) {}
 
 private:
     std::unique_ptr<GntConvertForm> makeConvertForm(const GntConvertQuestion&) override { throw _failure; }
     void showSuccess(const GntSuccess&) override {}
 
     Failure _failure;
+    const GntFormsOverride _override{*this};
 };
 
 TEST_F(ExecTest, shows_any_standard_exception_in_the_box)

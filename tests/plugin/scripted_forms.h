@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "gnt_convert-figure.h"
 #include "gnt_forms.h"
+#include "gnt_testing.h"
 
 #include <functional>
 #include <optional>
@@ -12,9 +12,6 @@
 /// Answers as it is told, and notes what it was asked. Stands in for the dialogs as long as it lives.
 class ScriptedForms : public GntForms {
 public:
-    ScriptedForms() { GntConverter::SetForms(this); }
-    ~ScriptedForms() override { GntConverter::SetForms(nullptr); }
-
     bool goesOn = true;
     std::function<void()> meanwhile; ///< what happens while the user is asked
     GntJobs jobs{GntJobFlag::Full};
@@ -53,4 +50,6 @@ private:
         return std::make_unique<Form>(*this);
     }
     void showSuccess(const GntSuccess& told) override { success = told; }
+
+    const GntFormsOverride _override{*this};
 };

@@ -19,8 +19,7 @@ namespace {
 /// Fails when it is to ask, with another window in front than the one that stood there before.
 class FailingForms : public GntForms {
 public:
-    explicit FailingForms(QWidget& front) : _front(front) { GntConverter::SetForms(this); }
-    ~FailingForms() override { GntConverter::SetForms(nullptr); }
+    explicit FailingForms(QWidget& front) : _front(front) {}
 
 private:
     std::unique_ptr<GntConvertForm> makeConvertForm(const GntConvertQuestion&) override
@@ -31,6 +30,7 @@ private:
     void showSuccess(const GntSuccess&) override {}
 
     QWidget& _front;
+    const GntFormsOverride _override{*this};
 };
 
 class ActionParent : public HostTest {
