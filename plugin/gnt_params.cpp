@@ -38,8 +38,10 @@ float GntThighDegrees(GntCloneShape cloneShape)
 
 void GntSetThighs_X(DzFigure& target, float leftDegrees)
 {
-    kst::daz::SetBoneValueOrThrow(target, "l_thigh", "ZRotate", leftDegrees);
-    kst::daz::SetBoneValueOrThrow(target, "r_thigh", "ZRotate", 0.0f - leftDegrees); // no negative zero
+    for (const GntThigh& thigh : GNT_THIGHS)
+        // Adding zero leaves no negative one.
+        kst::daz::SetBoneValueOrThrow(target, thigh.bone, GNT_THIGH_PROPERTY,
+                                      thigh.sign * leftDegrees + 0.0f);
 }
 
 GntParams::GntParams(DzFigure& source, int subdLevelSource, GntCloneShape clone, DzFigure& target,

@@ -28,6 +28,13 @@ bool GntNeedsThighPose(GntCloneShape cloneShape);
 constexpr float GNT_THIGH_DEGREES = 6.5f;
 /// Of the target's left thigh about Z while morphs of such a source are built; the right one's is negative.
 float GntThighDegrees(GntCloneShape cloneShape);
+/// A bone that is turned so, and which way.
+struct GntThigh {
+    const char* bone;
+    float sign;
+};
+constexpr std::array<GntThigh, 2> GNT_THIGHS{{{"l_thigh", 1.0f}, {"r_thigh", -1.0f}}};
+constexpr const char* GNT_THIGH_PROPERTY = "ZRotate";
 /// @throws kst::Exception  the figure lacks such a thigh
 void GntSetThighs_X(DzFigure& target, float leftDegrees);
 

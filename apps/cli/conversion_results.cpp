@@ -77,8 +77,9 @@ void PlaceForComparison(const GntOutcome& outcome, TemporaryValues& values)
     const float thighDegrees = *outcome.request.thighDegrees;
     if (thighDegrees == 0.0f)
         return;
-    values.set(*kst::daz::FindBoneProperty(target, "l_thigh", "ZRotate", true), thighDegrees);
-    values.set(*kst::daz::FindBoneProperty(target, "r_thigh", "ZRotate", true), -thighDegrees);
+    for (const GntThigh& thigh : GNT_THIGHS)
+        values.set(*kst::daz::FindBoneProperty(target, thigh.bone, GNT_THIGH_PROPERTY, true),
+                   thigh.sign * thighDegrees);
 }
 
 /// Both figures as they are compared, as long as it lives.
