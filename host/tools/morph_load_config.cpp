@@ -5,7 +5,6 @@
 
 #include "app/guard.h"
 #include "base/atomic_file.h"
-#include "base/errors.h"
 #include "dzfileiosettings.h"
 #include "morph_load_settings.h"
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "dson/reader.h"
+#include "dson/asset.h"
 
 #include <memory>
 #include <string>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "dson/reader.h"
+#include "dson/asset.h"
 #include "figure_file.h"
 #include "figure_nodes.h"
 #include "geometry/polygon_mesh.h"

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "dson/reader.h"
+#include "dson/asset.h"
 #include "dznode.h"
 #include "figure_file.h"
 #include "pending_formulas.h"

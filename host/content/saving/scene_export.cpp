@@ -18,7 +18,6 @@
 #include "dzpresentation.h"
 #include "dzskeleton.h"
 #include "dzskinbinding.h"
-#include "figure/mesh_access.h"
 #include "library/asset_origin.h"
 #include "link_export.h"
 #include "loading/channel_properties.h"
