@@ -42,6 +42,19 @@ const SourceKind sourceKinds[] = {
     {kst::daz::BaseFigure::Genesis8_1Male, GntCloneShape::Genesis8Male},
 };
 
+const SourceKind* SourceKindOf(kst::daz::BaseFigure figure)
+{
+    for (const SourceKind& kind : sourceKinds)
+        if (kind.figure == figure)
+            return &kind;
+    return nullptr;
+}
+
+kst::daz::BaseFigure BaseFigureOf(const DzNode& node)
+{
+    return kst::daz::GetBaseFigure(kst::daz::GetNodeAssetUri(node));
+}
+
 void DeleteSelection_X()
 {
     kst::daz::FindActionOrThrow("DzDeleteAction", true)->trigger();
@@ -54,24 +67,31 @@ std::string RandomStem(const char* prefix)
 
 } // namespace
 
+bool GntConverter::IsSource(const DzNode& node)
+{
+    return SourceKindOf(BaseFigureOf(node)) != nullptr;
+}
+
+bool GntConverter::IsTarget(const DzNode& node)
+{
+    return BaseFigureOf(node) == kst::daz::BaseFigure::Genesis9;
+}
+
 std::shared_ptr<GntParams> GntConverter::FindSourceAndTargetInSceneSelected_X()
 {
     std::vector<DzNode*> sources, targets;
     GntCloneShape cloneShape = GntCloneShape::Genesis3Female;
     for (DzNode* const selected : kst::daz::GetSceneSelection()) {
         DzNode* const node = kst::daz::ResolveBone(selected); // null for a bone that has lost its figure
-        const kst::daz::BaseFigure figure =
-            node ? kst::daz::GetBaseFigure(kst::daz::GetNodeAssetUri(*node)) : kst::daz::BaseFigure::None;
+        const kst::daz::BaseFigure figure = node ? BaseFigureOf(*node) : kst::daz::BaseFigure::None;
         if (figure == kst::daz::BaseFigure::None)
             throw kst::Exception("selected figure {} is not a Genesis 3, 8, 8.1, or 9 figure",
                                  kst::str::Quote((node ? node : selected)->getLabel()));
         if (figure == kst::daz::BaseFigure::Genesis9)
             targets.push_back(node);
-        for (const SourceKind& kind : sourceKinds) {
-            if (kind.figure == figure) {
-                sources.push_back(node);
-                cloneShape = kind.cloneShape;
-            }
+        if (const SourceKind* const kind = SourceKindOf(figure)) {
+            sources.push_back(node);
+            cloneShape = kind->cloneShape;
         }
     }
     // The text speaks of Genesis 8 only, although Genesis 3 is accepted; users and support know it so.

@@ -28,6 +28,10 @@ public:
     /// @throws kst::CanceledException  the user stopped it; kst::Exception on any failure
     static GntOutcome Convert_X(DzNode& source, DzNode& target, const GntRequest& request);
 
+    /// Whether the figure is of a kind that can be converted from, or to. The node of a bone is none.
+    static bool IsSource(const DzNode& node);
+    static bool IsTarget(const DzNode& node);
+
     /// Reads the scene's selection: exactly one source and one Genesis 9 figure, in any order; bones count as
     /// their figures. Changes nothing.
     /// @throws kst::Exception  with the text for the user

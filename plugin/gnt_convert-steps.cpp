@@ -101,20 +101,20 @@ std::string GntConverter::Impl::getAbsolutePath_X(const char* relativePath)
 std::string GntConverter::Impl::exportSelectedAsObj_X(const std::string& stem)
 {
     const std::string path = kst::str::MakePath(tempFolder, fmt::format("{}.obj", stem));
-    kst::ObjExportSettings settings_;
-    settings_.loadBlenderDefaults();
-    settings_.setSelectedRootsOnly(true);
-    settings_.setScale(1.0f);
-    kst::daz::ExportOneObj_X(settings_.getDzFileIOSettings(), path);
+    kst::ObjExportSettings objSettings;
+    objSettings.loadBlenderDefaults();
+    objSettings.setSelectedRootsOnly(true);
+    objSettings.setScale(1.0f);
+    kst::daz::ExportOneObj_X(objSettings.getDzFileIOSettings(), path);
     return path;
 }
 
 DzNode& GntConverter::Impl::importObj_X(const std::string& path)
 {
-    kst::ObjImportSettings settings_;
-    settings_.loadBlenderDefaults();
-    settings_.setScale(1.0f);
-    kst::daz::ImportOneObj_X(settings_.getDzFileIOSettings(), path);
+    kst::ObjImportSettings objSettings;
+    objSettings.loadBlenderDefaults();
+    objSettings.setScale(1.0f);
+    kst::daz::ImportOneObj_X(objSettings.getDzFileIOSettings(), path);
     const std::size_t nameAt = path.rfind('/') + 1;
     const std::string name = path.substr(nameAt);
     return findSceneNode_X(name.substr(0, name.rfind('.')));

@@ -5,7 +5,7 @@
 
 #include "command.h"
 #include "dznode.h"
-#include "ks_daz-helpers.h"
+#include "gnt_convert-figure.h"
 #include "openhost/missing_shapes.h"
 
 #include <cerrno>
@@ -42,11 +42,6 @@ void CheckFolder(const fs::path& folder)
             fmt::format("cannot create folder {}: {}", FileText(folder), std::strerror(error)));
 }
 
-kst::daz::BaseFigure KindOf(const DzNode& node)
-{
-    return kst::daz::GetBaseFigure(kst::daz::GetNodeAssetUri(node));
-}
-
 } // namespace
 
 void CheckPlaces(const ConversionRequest& request)
@@ -69,15 +64,14 @@ void CheckPlaces(const ConversionRequest& request)
 
 void CheckIsSource(const DzNode& node, const fs::path& file)
 {
-    const kst::daz::BaseFigure kind = KindOf(node);
-    if (kind == kst::daz::BaseFigure::None || kind == kst::daz::BaseFigure::Genesis9)
+    if (!GntConverter::IsSource(node))
         throw std::runtime_error(
             fmt::format("{}: is no Genesis 3, 8 or 8.1 figure to convert from", FileText(file)));
 }
 
 void CheckIsTarget(const DzNode& node, const fs::path& file)
 {
-    if (KindOf(node) != kst::daz::BaseFigure::Genesis9)
+    if (!GntConverter::IsTarget(node))
         throw std::runtime_error(fmt::format("{}: is no Genesis 9 figure to convert to", FileText(file)));
 }
 

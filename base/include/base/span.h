@@ -11,7 +11,7 @@
 namespace base {
 
 /// A pointer and a length; cheap to copy. The owner of the elements must outlive it. An index out of range is
-/// a programming error: it ends the process.
+/// a programming error, which an assertion finds.
 template <class T>
 class Span {
 public:
