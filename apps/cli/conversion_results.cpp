@@ -11,6 +11,7 @@
 #include "figure_kind.h"
 #include "geometry/obj.h"
 #include "geometry/picture.h"
+#include "interrupt.h"
 #include "ks_daz-helpers.h"
 #include "ks_morphlist.h"
 #include "openhost/shapes.h"
@@ -95,9 +96,11 @@ struct Comparison {
     TemporaryValues values;
 };
 
+/// A picture takes longer than most of what comes before it, so a wish to end is followed before each.
 geometry::Picture Draw(const geometry::PolygonMeshView& mesh, geometry::View view,
                        const geometry::Box3f& frame)
 {
+    ThrowIfInterrupted();
     geometry::PictureItem item;
     item.mesh = mesh;
     geometry::PictureOptions options;

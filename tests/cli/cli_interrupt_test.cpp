@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 
 using InterruptedConversion = ConversionTest;
 
@@ -22,4 +23,15 @@ TEST_F(InterruptedConversion, ends_at_the_next_step_and_makes_no_morphs)
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
     EXPECT_FALSE(hasFile("rigged-for-mlp-")) << "the last file of a conversion";
+}
+
+TEST_F(InterruptedConversion, ends_between_two_pictures)
+{
+    const std::string pictures = workspace.path("pictures");
+    const ProgramResult result =
+        InterruptProgram(arguments({"--pictures", pictures}), pictures + "/source.png");
+    EXPECT_EQ(result.signal, SIGINT);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
+    EXPECT_FALSE(std::filesystem::exists(pictures + "/comparison-face.png")) << "the last one";
 }
