@@ -10,6 +10,7 @@
 #include "dzobject.h"
 #include "dzselectionmap.h"
 #include "dzskinbinding.h"
+#include "openhost/missing_shapes.h"
 #include "tests/host/foreign_fixture.h"
 
 #include <clocale>
@@ -199,6 +200,33 @@ TEST_F(Pitfall, equal_names_in_different_files_are_told_apart_by_the_file_and_a_
     ExpectAt(VertexAt(*figure, 1), 5, 120, 0);
     EXPECT_EQ(timesLogged("2 morphs have names that are taken and get others, such as "), 1);
     EXPECT_TRUE(logged("B/Same.dsf"));
+}
+
+TEST_F(Pitfall, a_shape_that_is_broken_or_for_another_mesh_is_missed_and_not_the_one_of_its_name_worn)
+{
+    write("data/Nord/Doll/Morphs/A/Same.dsf", ModifierFile(Morph("Same", 1, 1.0)));
+    std::string other = Morph("Same", 1, 50.0);
+    const std::size_t count = other.find("\"vertex_count\": 8");
+    ASSERT_NE(count, other.npos) << other;
+    other.replace(count, 17, "\"vertex_count\": 9");
+    const std::string url = "/data/Nord/Doll/Morphs/B/Same.dsf#Same";
+    const std::string worn = R"(, "modifiers": [{"id": "s-1", "url": ")" + url + R"(", "parent": "#Doll-1",
+         "channel": {"id": "value", "current_value": 1}}])";
+    writeShape("Drive", Control("Drive", Driven("Doll:" + url + "?value", "Doll:#Drive?value", "1")));
+    for (const std::string& text : {ModifierFile(other), std::string("{")}) {
+        write("data/Nord/Doll/Morphs/B/Same.dsf", text);
+        ASSERT_TRUE(load("People/Same.duf", Scene(Instance(), worn)));
+        const DzNode& figure = *dzScene->getPrimarySelection();
+        EXPECT_EQ(ValueIn(figure, "Same"), 0.0) << text;
+        EXPECT_EQ(openhost::FindMissingShapes(figure).shapes.size(), 1u) << text;
+
+        DzFigure* const bare = openDoll();
+        ASSERT_NE(bare, nullptr);
+        EXPECT_TRUE(openhost::FindMissingShapes(*bare).shapes.empty()) << text;
+        DialIn(*bare, "Drive")->setDoubleValue(1.0);
+        EXPECT_EQ(ValueIn(*bare, "Same"), 0.0) << text;
+        EXPECT_EQ(openhost::FindMissingShapes(*bare).shapes.size(), 1u) << text;
+    }
 }
 
 TEST_F(Pitfall, a_name_that_is_given_is_not_given_again)

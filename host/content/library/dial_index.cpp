@@ -24,11 +24,22 @@ void DialIndex::add(const dson::Modifier& modifier, const dson::Document& file, 
         _byFile.emplace(path, &dial);
     Names& names = modifier.channel.type == "alias" ? _aliases : _dials;
     for (const std::string& text : {modifier.id, modifier.name}) {
-        _byFragment.emplace(FragmentKey(path, text), &dial);
+        DzNumericProperty*& known = _byFragment[FragmentKey(path, text)];
+        known = known ? known : &dial;
         names.byFoldedName.emplace(FoldCase(text), &dial);
     }
     names.byName.emplace(modifier.name, &dial);
     names.byId.emplace(modifier.id, &dial);
+}
+
+void DialIndex::lose(const std::string& filePath, const std::string& idOrName)
+{
+    _byFragment.emplace(FragmentKey(FoldCase(filePath), idOrName), nullptr);
+}
+
+void DialIndex::loseFile(const std::string& filePath)
+{
+    _lostFiles.insert(FoldCase(filePath));
 }
 
 DzNumericProperty* DialIndex::look(const Dials& dials, const std::string& key)
@@ -39,7 +50,7 @@ DzNumericProperty* DialIndex::look(const Dials& dials, const std::string& key)
 
 bool DialIndex::has(const std::string& filePath, const std::string& idOrName) const
 {
-    return _byFragment.count(FragmentKey(FoldCase(filePath), idOrName)) > 0;
+    return look(_byFragment, FragmentKey(FoldCase(filePath), idOrName)) != nullptr;
 }
 
 DzNumericProperty* DialIndex::find(const dson::Uri& uri) const
@@ -47,8 +58,11 @@ DzNumericProperty* DialIndex::find(const dson::Uri& uri) const
     if (uri.path.empty())
         return find(uri.id);
     const std::string path = FoldCase(uri.path);
-    if (DzNumericProperty* const dial = look(_byFragment, FragmentKey(path, uri.id)))
-        return dial;
+    const auto defined = _byFragment.find(FragmentKey(path, uri.id));
+    if (defined != _byFragment.end())
+        return defined->second;
+    if (_lostFiles.count(path) > 0)
+        return nullptr;
     DzNumericProperty* const dial = find(uri.id);
     // Files and what is in them get renamed one without the other.
     return dial ? dial : look(_byFile, path);

@@ -106,6 +106,12 @@ bool FigureDials::addAlias(const dson::Modifier& modifier, const dson::Document&
     return true;
 }
 
+void FigureDials::lose(const dson::Modifier& modifier, const std::string& filePath)
+{
+    for (const std::string& text : {modifier.id, modifier.name})
+        _index.lose(filePath, text);
+}
+
 std::size_t FigureDials::connectAliases(const PropertyResolver& resolve)
 {
     std::size_t missing = 0;

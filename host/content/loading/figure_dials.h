@@ -42,6 +42,10 @@ public:
     /// Likewise; it stands for nothing yet.
     bool addAlias(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath);
 
+    /// What could not be made, or not even read: what names it by its file finds no other dial of its name.
+    void lose(const dson::Modifier& modifier, const std::string& filePath);
+    void loseFile(const std::string& filePath) { _index.loseFile(filePath); }
+
     /// Gives the aliases their targets; those without are hidden.
     /// @return how many have none
     std::size_t connectAliases(const PropertyResolver& resolve);

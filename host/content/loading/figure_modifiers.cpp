@@ -71,9 +71,14 @@ void FigureModifiers::addThoseOnDisk(AssetLibrary& library)
     if (!duplicates.empty())
         _figure.warn(fmt::format("{} morph files are in more than one content library; the first is used",
                                  duplicates.size()));
-    for (const auto& document : library.readAll(files))
-        if (document)
-            addThoseOf(document, library.paths().relativePath(document->file));
+    const auto documents = library.readAll(files);
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const std::string path = library.paths().relativePath(files[i]);
+        if (documents[i])
+            addThoseOf(documents[i], path);
+        else
+            _dials.loseFile(path);
+    }
 }
 
 void FigureModifiers::addIfOurs(const dson::Modifier& modifier,
@@ -157,6 +162,7 @@ void FigureModifiers::loseForItsMesh(const dson::Modifier& modifier, const dson:
                                      const std::string& path)
 {
     _forOtherMeshes.add(file.file.string());
+    _dials.lose(modifier, path);
     _lost.add({UriOf(path, modifier.id), modifier.name,
                base::Diagnostic{base::Severity::Warning, file.file.string(), modifier.name,
                                 fmt::format("is for a mesh of {} vertices instead of {}",

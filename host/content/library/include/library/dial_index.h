@@ -8,6 +8,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 
 class DzNumericProperty;
 
@@ -21,6 +22,11 @@ public:
     /// @param dial      not owned; must outlive the index
     void add(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath,
              DzNumericProperty& dial);
+    /// A dial that could not be made. What names it by its file finds nothing, and not what has its name
+    /// elsewhere.
+    void lose(const std::string& filePath, const std::string& idOrName);
+    /// The same for all of a file that cannot be read.
+    void loseFile(const std::string& filePath);
 
     /// Whether a dial that is no alias has it.
     bool hasName(const std::string& name) const { return _dials.byName.count(name) > 0; }
@@ -40,8 +46,9 @@ private:
         Dials byName, byId, byFoldedName;
     };
 
-    Dials _byFile; ///< of files that define nothing else, by path
-    Dials _byFragment;
+    Dials _byFile;     ///< of files that define nothing else, by path
+    Dials _byFragment; ///< null for those that are lost
+    std::unordered_set<std::string> _lostFiles;
     Names _dials, _aliases;
 };
 
