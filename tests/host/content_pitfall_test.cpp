@@ -229,6 +229,19 @@ TEST_F(Pitfall, a_shape_that_is_broken_or_for_another_mesh_is_missed_and_not_the
     }
 }
 
+TEST_F(Pitfall, a_scene_wears_the_shape_that_it_defines_and_not_the_one_of_its_name_in_the_library)
+{
+    writeShape("Same", Morph("Same", 1, 1.0));
+    const std::string worn = R"(, "modifiers": [{"id": "s-1", "url": "#Same", "parent": "#Doll-1",
+         "channel": {"id": "value", "current_value": 1}}])";
+    ASSERT_TRUE(load("People/Same.duf", File(R"("modifier_library": [)" + Morph("Same", 1, 50.0) +
+                                                 R"(], "scene": {"nodes": [)" + Instance() + "]" + worn + "}",
+                                             "scene")));
+    const DzNode& figure = *dzScene->getPrimarySelection();
+    ExpectAt(VertexAt(figure, 1), 5, 50, 0);
+    EXPECT_EQ(ValueIn(figure, "Same"), 0.0);
+}
+
 TEST_F(Pitfall, a_name_that_is_given_is_not_given_again)
 {
     write("data/Nord/Doll/Morphs/A/Same.dsf", ModifierFile(Morph("Same", 1, 1.0)));

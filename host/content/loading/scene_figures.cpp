@@ -15,6 +15,7 @@
 #include "loading/channel_properties.h"
 #include "preset_target.h"
 
+#include <algorithm>
 #include <optional>
 
 #include <fmt/format.h>
@@ -210,9 +211,18 @@ dson::Uri SceneFigures::uriOf(const dson::ModifierInstance& instance) const
     return url;
 }
 
+bool SceneFigures::isDefinedHere(const dson::Uri& url) const
+{
+    const std::vector<dson::Modifier>& all = _document->modifiers;
+    return url.path == pathOf(dson::Uri()) &&
+           std::any_of(all.begin(), all.end(),
+                       [&url](const dson::Modifier& modifier) { return modifier.id == url.id; });
+}
+
 DzNumericProperty* SceneFigures::findDial(FigureAssembly& assembly, const dson::Uri& url)
 {
-    if (DzNumericProperty* const present = assembly.findDial(url))
+    DzNumericProperty* const present = isDefinedHere(url) ? nullptr : assembly.findDial(url);
+    if (present)
         return present;
     addShapeFile(assembly, url);
     return assembly.findDial(url);

@@ -54,6 +54,8 @@ private:
     void applyInstance(const dson::NodeInstance& instance, DzNode& node, std::size_t figure);
 
     void dial(const dson::ModifierInstance& instance);
+    /// Such a shape is meant, also where the figure has one of its name.
+    bool isDefinedHere(const dson::Uri& url) const;
     DzNumericProperty* findDial(FigureAssembly& assembly, const dson::Uri& url);
     /// A shape that lies outside the figure's own folders, or in this file.
     void addShapeFile(FigureAssembly& assembly, const dson::Uri& url);
