@@ -242,6 +242,23 @@ TEST_F(Pitfall, a_scene_wears_the_shape_that_it_defines_and_not_the_one_of_its_n
     EXPECT_EQ(ValueIn(figure, "Same"), 0.0);
 }
 
+TEST_F(Pitfall, the_shape_of_a_file_that_is_gone_is_looked_for_by_its_name_and_a_line_says_so)
+{
+    write("data/Nord/Doll/Morphs/A/Moved.dsf", ModifierFile(Morph("Moved", 1, 1.0)));
+    const auto worn = [](const char* folder) {
+        return std::string(R"(, "modifiers": [{"id": "m-1", "url": "/data/Nord/Doll/Morphs/)") + folder +
+               R"(/Moved.dsf#Moved", "parent": "#Doll-1", "channel": {"id": "value", "current_value": 1}}])";
+    };
+    ASSERT_TRUE(load("People/There.duf", Scene(Instance(), worn("A"))));
+    EXPECT_EQ(ValueIn(*dzScene->getPrimarySelection(), "Moved"), 1.0);
+    EXPECT_FALSE(logged("in no content library")) << log().toStdString();
+    ASSERT_TRUE(load("People/Gone.duf", Scene(Instance(), worn("B"))));
+    EXPECT_EQ(ValueIn(*dzScene->getPrimarySelection(), "Moved"), 1.0);
+    EXPECT_TRUE(logged("1 files are in no content library, and the dials of their names are turned, such as "
+                       "for /data/Nord/Doll/Morphs/B/Moved.dsf"))
+        << log().toStdString();
+}
+
 TEST_F(Pitfall, a_name_that_is_given_is_not_given_again)
 {
     write("data/Nord/Doll/Morphs/A/Same.dsf", ModifierFile(Morph("Same", 1, 1.0)));

@@ -135,6 +135,11 @@ DzNode* FigureAssembly::findNode(const std::string& idOrName) const
     return _impl->nodes.find(idOrName);
 }
 
+bool FigureAssembly::hasDialOf(const dson::Uri& uri) const
+{
+    return _impl->dials.index().has(uri.path, uri.id);
+}
+
 DzNumericProperty* FigureAssembly::findDial(const dson::Uri& uri) const
 {
     return _impl->dials.index().find(uri);

@@ -65,7 +65,8 @@ public:
     DzNode* findNode(const std::string& idOrName) const;            ///< null for none
     DzNumericProperty* findDial(const dson::Uri& uri) const;        ///< of a morph or control; null for none
     DzNumericProperty* findDial(const std::string& nameOrId) const; ///< likewise
-    bool isNamedBy(const std::string& uriPath) const;               ///< the path is that of the figure's file
+    bool hasDialOf(const dson::Uri& uri) const;       ///< as the file that the URI names defines it
+    bool isNamedBy(const std::string& uriPath) const; ///< the path is that of the figure's file
 
 private:
     struct Impl;

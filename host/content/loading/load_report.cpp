@@ -65,6 +65,10 @@ void LoadReport::sumUp(const std::vector<std::string>& leftOut)
     else if (!_missing.empty())
         warnLeftOut(fmt::format("{} files are in no content library, such as {}", _missing.size(),
                                 *_missing.begin()));
+    if (!_replaced.empty())
+        warn(fmt::format(
+            "{} files are in no content library, and the dials of their names are turned, such as for {}",
+            _replaced.size(), *_replaced.begin()));
     if (_lostBones > 0)
         warnLeftOut(fmt::format("{} bones hang on no figure and are left out", _lostBones));
     if (!leftOut.empty())

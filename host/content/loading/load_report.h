@@ -25,7 +25,11 @@ public:
     void warnLeftOut(const std::string& what);
     void warnLeftOut(const base::Error& error, const std::filesystem::path& file);
     void addMissing(const std::string& path) { _missing.insert(path); } ///< in no content library
-    void addLostBone() { ++_lostBones; }                                ///< hangs on no figure
+    void addReplaced(const std::string& path)
+    {
+        _replaced.insert(path);
+    }                                    ///< missing; something else has its name
+    void addLostBone() { ++_lostBones; } ///< hangs on no figure
     /// Properties that formulas drive in the same way more than once.
     void addDuplicates(std::set<std::string> properties) { _duplicates.merge(properties); }
 
@@ -40,7 +44,7 @@ private:
     void sumUp(const std::vector<std::string>& leftOut);
 
     std::string _file;
-    std::set<std::string> _missing, _duplicates;
+    std::set<std::string> _missing, _replaced, _duplicates;
     std::size_t _lostBones = 0;
     base::Diagnostics _diagnostics; ///< not handed over yet
 };

@@ -195,6 +195,8 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
             assembly.loseShape(url, _library.whyMissing(url, _document->file), *instance.value);
         return;
     }
+    if (!assembly.hasDialOf(url) && _library.find(url.path, _document->file).empty())
+        _report.addReplaced(url.path);
     _figures.enterDial(instance.id, *property);
     ApplyChange(*property, instance.change);
     if (!instance.group.empty())
