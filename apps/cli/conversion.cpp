@@ -17,6 +17,8 @@
 #include "openhost/missing_shapes.h"
 #include "progress.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 namespace cli {
@@ -117,6 +119,20 @@ void TurnDial(const DzNode& source, const NameValue& dial)
     }
 }
 
+/// Adds what the host met, but for files of missing shapes: those are told with the shape's name already.
+void AddMet(const base::Diagnostics& met, base::Diagnostics& told)
+{
+    const std::size_t known = told.size();
+    for (const base::Diagnostic& one : met) {
+        const bool isKnown =
+            one.asset.empty() && std::any_of(told.begin(), told.begin() + known, [&](const auto& other) {
+                return other.file == one.file && other.what == one.what;
+            });
+        if (!isKnown)
+            told.push_back(one);
+    }
+}
+
 ConversionReport ConvertIn(HostSession& session, const ConversionRequest& request, Progress& progress)
 {
     ConversionReport report;
@@ -146,8 +162,7 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
         report.distance = MeasureDistance(outcome);
     WriteExtras(request, outcome, progress, report);
     progress.finish();
-    const base::Diagnostics& met = session.diagnostics();
-    report.diagnostics.insert(report.diagnostics.end(), met.begin(), met.end());
+    AddMet(session.diagnostics(), report.diagnostics);
     return report;
 }
 

@@ -180,7 +180,15 @@ TEST_F(MissingShape, may_be_there_and_broken)
         SCOPED_TRACE(text.substr(0, 40));
         const std::string file = write(wide.file, text), hero = character({wide, unused});
         expectFailureWith(convertFrom(hero), 1, "worn shapes are missing: \"Wide\" (" + file + ": ");
-        EXPECT_EQ(reportFrom(hero, {"--accept-missing"}).at("active_morphs"), 1);
+        const json told = reportFrom(hero, {"--accept-missing"});
+        EXPECT_EQ(told.at("active_morphs"), 1);
+        const json& warnings = told.at("warnings");
+        EXPECT_EQ(std::count_if(warnings.begin(), warnings.end(),
+                                [&](const json& line) {
+                                    return line.get<std::string>().find(file + ": ") != std::string::npos;
+                                }),
+                  1)
+            << warnings;
         EXPECT_EQ(reportFrom(character({unused})).at("active_morphs"), 1);
     }
 }
