@@ -18,8 +18,8 @@ namespace {
 using base::FormatError;
 using geometry::Vec3f;
 
-/// Walks over the rows of a table; each has a vertex and `Count` numbers.
-template <std::size_t Count, class Use>
+/// Walks over the rows of a table; each has a vertex and `columnCount` numbers.
+template <std::size_t columnCount, class Use>
 void ForEachRow(const std::filesystem::path& file, std::size_t vertexCount, std::string_view header,
                 const Use& use)
 {
@@ -37,10 +37,10 @@ void ForEachRow(const std::filesystem::path& file, std::size_t vertexCount, std:
             continue;
         const char *at = row.data(), *const last = row.data() + row.size();
         std::uint64_t vertex = 0;
-        std::array<float, Count> numbers{};
+        std::array<float, columnCount> numbers{};
         auto [next, error] = std::from_chars(at, last, vertex);
         bool understood = error == std::errc();
-        for (std::size_t i = 0; understood && i < Count; ++i) {
+        for (std::size_t i = 0; understood && i < columnCount; ++i) {
             understood = next != last && *next == ',';
             if (!understood)
                 break;
