@@ -78,12 +78,12 @@ bool AllRest(const std::vector<BlendTerm>& terms, const Influences& at)
     return true;
 }
 
-template <AffineMap BlendTerm::*Part>
+template <AffineMap BlendTerm::*part>
 AffineMap BlendMaps(const std::vector<BlendTerm>& terms, const Influences& at)
 {
     AffineMap sum;
     for (std::size_t i = 0; i < at.joints.size(); ++i) {
-        const AffineMap& map = terms[at.joints[i]].*Part;
+        const AffineMap& map = terms[at.joints[i]].*part;
         sum.linear += double(at.weights[i]) * map.linear;
         sum.offset += double(at.weights[i]) * map.offset;
     }
