@@ -28,6 +28,6 @@ bool GntSaveMorphs_X(DzNode& target, const std::vector<GntCreatedMorph>& created
     std::vector<std::string> names;
     for (const GntCreatedMorph& morph : created)
         names.push_back(morph.name);
-    return kst::FilteredSave::SaveMorphSupportAsset_X(target, options.library, options.vendor,
+    return kst::FilteredSave::SaveMorphSupportAsset_X(target, options.contentDirectory, options.vendor,
                                                       options.product, names, options.compress, false);
 }

@@ -33,7 +33,7 @@ void GntWearMorphs(const std::vector<GntCreatedMorph>& created);
 
 /// Where new morphs are saved to. Texts are UTF-8.
 struct GntSaveOptions {
-    std::string library; ///< content directory
+    std::string contentDirectory;
     std::string vendor, product;
     bool compress = false;
 };

@@ -72,8 +72,8 @@ void MakeLibrary(const fs::path& library)
 
 void Save(GntSaveOptions save, const GntOutcome& outcome)
 {
-    save.library = FileText(fs::absolute(save.library));
-    MakeLibrary(save.library);
+    save.contentDirectory = FileText(fs::absolute(save.contentDirectory));
+    MakeLibrary(save.contentDirectory);
     const openhost::DiagnosticsCollector met(dzApp->diagnostics());
     try {
         GntSaveMorphs_X(outcome.params->figTarget, outcome.created, save);
@@ -154,7 +154,7 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     if (request.save) {
         progress.stage("Saving the morphs");
         Save(*request.save, outcome);
-        AddSavedFiles(outcome.params->figTarget, request.save->library, report);
+        AddSavedFiles(outcome.params->figTarget, request.save->contentDirectory, report);
         progress.stage("Measuring the result");
     }
     GntWearMorphs(outcome.created);

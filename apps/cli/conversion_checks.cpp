@@ -49,7 +49,7 @@ void CheckPlaces(const ConversionRequest& request)
     if (!request.pictures.empty())
         CheckFolder(request.pictures);
     if (request.save)
-        CheckFolder(request.save->library);
+        CheckFolder(request.save->contentDirectory);
     if (request.exportObj.empty())
         return;
     std::error_code error;
