@@ -3,8 +3,6 @@
 
 #include "openhost/diagnostics.h"
 
-#include <algorithm>
-
 namespace openhost {
 
 DiagnosticsHub::DiagnosticsHub(QObject* parent) : QObject(parent)
@@ -24,7 +22,8 @@ DiagnosticsCollector::DiagnosticsCollector(DiagnosticsHub& hub)
 
 void DiagnosticsCollector::keep(const base::Diagnostic& diagnostic)
 {
-    if (std::find(_all.begin(), _all.end(), diagnostic) == _all.end())
+    // A large library can have as many as it has files.
+    if (_kept.insert(base::NameOf(diagnostic.severity) + (' ' + base::ToLine(diagnostic))).second)
         _all.push_back(diagnostic);
 }
 

@@ -8,6 +8,9 @@
 #include <QMetaType>
 #include <QObject>
 
+#include <string>
+#include <unordered_set>
+
 Q_DECLARE_METATYPE(base::Diagnostic)
 
 namespace openhost {
@@ -38,6 +41,7 @@ private slots:
 
 private:
     base::Diagnostics _all;
+    std::unordered_set<std::string> _kept; ///< severities and lines of all
 };
 
 /// To the hub of the running application; to stderr while there is none.
