@@ -93,16 +93,23 @@ double LostShape::evaluate() const
 
 LostShape* LostShapes::find(const dson::Uri& uri)
 {
-    for (LostShape& shape : _shapes)
-        if (shape.isNamedBy(uri))
-            return &shape;
+    const auto called = _byCall.find(uri.id);
+    if (called == _byCall.end())
+        return nullptr;
+    for (LostShape* const shape : called->second)
+        if (shape->isNamedBy(uri))
+            return shape;
     return nullptr;
 }
 
 LostShape& LostShapes::add(LostShape shape)
 {
     _shapes.push_back(std::move(shape));
-    return _shapes.back();
+    LostShape& added = _shapes.back();
+    _byCall[added.id()].push_back(&added);
+    if (added.name() != added.id())
+        _byCall[added.name()].push_back(&added);
+    return added;
 }
 
 void LostShapes::Attach(DzNode& node, LostShapes shapes)

@@ -14,6 +14,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 class DzNode;
@@ -32,6 +33,8 @@ public:
 
     bool isNamedBy(const dson::Uri& uri) const;
     bool isCalled(const std::string& nameOrId) const { return nameOrId == _name || nameOrId == _id; }
+    const std::string& id() const { return _id; }
+    const std::string& name() const { return _name; }
     const base::Diagnostic& why() const { return _why; }
 
     void set(double value) { _value = value; }
@@ -55,6 +58,10 @@ private:
 
 class LostShapes {
 public:
+    LostShapes() = default;
+    LostShapes(LostShapes&&) = default;
+    LostShapes& operator=(LostShapes&&) = default;
+
     LostShape* find(const dson::Uri& uri); ///< null for none
     LostShape& add(LostShape shape);
     bool empty() const { return _shapes.empty(); }
@@ -68,6 +75,7 @@ public:
 
 private:
     std::list<LostShape> _shapes;
+    std::unordered_map<std::string, std::vector<LostShape*>> _byCall; ///< by id and by name, in order
 };
 
 } // namespace openhost
