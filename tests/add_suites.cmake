@@ -1,4 +1,4 @@
-# Read by CTest when a run begins: a test for each suite of the GoogleTest program.
+# Read by CTest when a run begins: a test for each suite of the GoogleTest program, or one for all of them.
 get_filename_component(name "${program}" NAME)
 if(NOT EXISTS "${program}")
     add_test(${name}_NOT_BUILT ${name}_NOT_BUILT)
@@ -8,6 +8,11 @@ set(ENV{QT_QPA_PLATFORM} offscreen)
 execute_process(COMMAND "${program}" --gtest_list_tests OUTPUT_VARIABLE listing RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
     add_test(${name}_CANNOT_LIST_ITS_TESTS ${name}_CANNOT_LIST_ITS_TESTS)
+    return()
+endif()
+if(together)
+    add_test("${name}" "${program}")
+    set_tests_properties("${name}" PROPERTIES TIMEOUT 1200 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
     return()
 endif()
 # A suite's name stands at the beginning of its line and ends with a dot; those of its cases are indented.
