@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <vector>
 
 namespace dson {
 
@@ -42,6 +43,26 @@ std::string Encode(std::string_view text, bool keepSlash)
     return result;
 }
 
+/// Calls visit(step) for each text between slashes, also for empty ones.
+template <class Visit>
+void ForEachStep(std::string_view path, const Visit& visit)
+{
+    std::size_t at = 0;
+    while (at <= path.size()) {
+        const std::size_t end = std::min(path.find('/', at), path.size());
+        visit(path.substr(at, end - at));
+        at = end + 1;
+    }
+}
+
+/// Nearly all paths are; no step of them is empty or begins with a dot, but for the one before a leading
+/// slash.
+bool IsNormal(std::string_view path)
+{
+    return path.empty() || (path.front() != '.' && path.find("//") == path.npos &&
+                            path.find("/.") == path.npos && (path.size() == 1 || path.back() != '/'));
+}
+
 } // namespace
 
 Uri ParseUri(std::string_view text)
@@ -72,8 +93,7 @@ Uri ParseUri(std::string_view text)
         uri.node = PercentDecode(text);
         text = {};
     }
-    uri.path = PercentDecode(text);
-    std::replace(uri.path.begin(), uri.path.end(), '\\', '/');
+    uri.path = NormalPath(PercentDecode(text));
     return uri;
 }
 
@@ -115,18 +135,37 @@ std::string PercentDecode(std::string_view text)
     return result;
 }
 
+std::string NormalPath(std::string_view decodedPath)
+{
+    std::string path(decodedPath);
+    std::replace(path.begin(), path.end(), '\\', '/');
+    if (IsNormal(path))
+        return path;
+    std::vector<std::string_view> steps;
+    ForEachStep(path, [&steps](std::string_view step) {
+        if (step.empty() || step == ".")
+            return;
+        if (step == ".." && !steps.empty() && steps.back() != "..")
+            steps.pop_back();
+        else
+            steps.push_back(step);
+    });
+    std::string normal(path.front() == '/' ? "/" : "");
+    for (const std::string_view step : steps) {
+        if (!normal.empty() && normal.back() != '/')
+            normal += '/';
+        normal += step;
+    }
+    return normal;
+}
+
 bool LeavesFolder(std::string_view decodedPath)
 {
     if (decodedPath.find('\0') != std::string_view::npos)
         return true;
-    std::size_t at = 0;
-    while (at <= decodedPath.size()) {
-        const std::size_t end = std::min(decodedPath.find('/', at), decodedPath.size());
-        if (decodedPath.substr(at, end - at) == "..")
-            return true;
-        at = end + 1;
-    }
-    return false;
+    bool leaves = false;
+    ForEachStep(decodedPath, [&leaves](std::string_view step) { leaves = leaves || step == ".."; });
+    return leaves;
 }
 
 } // namespace dson

@@ -12,7 +12,7 @@ namespace dson {
 struct Uri {
     std::string scheme;   ///< "name", "id" or empty
     std::string node;     ///< node path
-    std::string path;     ///< file, relative to a content directory, '/' between folders
+    std::string path;     ///< file, relative to a content directory, as NormalPath gives it
     std::string id;       ///< fragment
     std::string property; ///< such as "value" or "rotation/x"
 };
@@ -32,6 +32,12 @@ std::string EncodePath(std::string_view text);
 std::string EncodeFragment(std::string_view text);
 /// Sequences that are no valid encoding stay as they are.
 std::string PercentDecode(std::string_view text);
+
+/// A decoded path in the one spelling of all that lead the same way: '/' between folders, none of them empty
+/// or
+/// ".", and ".." only where it climbs out of the folder that the path begins in. A '/' in front stays, and
+/// none is added.
+std::string NormalPath(std::string_view decodedPath);
 
 /// True for a relative path that climbs out of the folder it is resolved in, or cannot name a file.
 bool LeavesFolder(std::string_view decodedPath);

@@ -89,9 +89,21 @@ std::vector<std::shared_ptr<const dson::Document>> AssetLibrary::readAll(const s
 fs::path AssetLibrary::find(const std::string& uriPath, const fs::path& referringFile) const
 {
     fs::path found = _paths.resolve(uriPath);
-    if (found.empty() && !uriPath.empty() && uriPath.front() != '/' && !dson::LeavesFolder(uriPath))
-        found = FindIgnoringCase(referringFile.parent_path(), uriPath);
+    const std::string path = dson::NormalPath(uriPath);
+    if (found.empty() && !path.empty() && path.front() != '/' && !dson::LeavesFolder(path))
+        found = FindIgnoringCase(referringFile.parent_path(), path);
     return found;
+}
+
+std::string AssetLibrary::addressOf(const std::string& uriPath, const fs::path& referringFile) const
+{
+    const std::string path = dson::NormalPath(uriPath);
+    if (path.empty() || path.front() == '/')
+        return path;
+    if (!_paths.resolve(path).empty())
+        return "/" + path;
+    const std::string beside = _paths.relativePath(find(path, referringFile));
+    return beside.empty() ? path : beside;
 }
 
 std::optional<base::Diagnostic> AssetLibrary::whyMissing(const dson::Uri& uri, const fs::path& referringFile)

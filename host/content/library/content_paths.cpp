@@ -17,8 +17,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string WithoutLeadingSlash(const std::string& path)
+/// Below a content directory.
+std::string Below(const std::string& decodedPath)
 {
+    const std::string path = dson::NormalPath(decodedPath);
     const std::size_t first = path.find_first_not_of('/');
     return first == std::string::npos ? std::string() : path.substr(first);
 }
@@ -143,6 +145,11 @@ std::string FoldCase(const std::string& text)
     return folded;
 }
 
+std::string PathKey(const std::string& decodedPath)
+{
+    return decodedPath.empty() ? decodedPath : "/" + FoldCase(Below(decodedPath));
+}
+
 fs::path FindIgnoringCase(const fs::path& base, const std::string& relative)
 {
     FolderListings listings;
@@ -169,7 +176,7 @@ void ContentPaths::clear()
 
 fs::path ContentPaths::resolve(const std::string& relative) const
 {
-    const std::string wanted = WithoutLeadingSlash(relative);
+    const std::string wanted = Below(relative);
     if (wanted.empty() || dson::LeavesFolder(wanted))
         return {};
     for (const fs::path& directory : _directories) {
@@ -184,7 +191,7 @@ std::vector<fs::path> ContentPaths::filesBelow(const std::string& relativeFolder
                                                const std::string& extension,
                                                std::vector<fs::path>* duplicates) const
 {
-    const std::string wanted = WithoutLeadingSlash(relativeFolder);
+    const std::string wanted = Below(relativeFolder);
     std::map<std::string, fs::path> files;
     if (dson::LeavesFolder(wanted))
         return {};

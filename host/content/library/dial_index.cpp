@@ -9,9 +9,9 @@ namespace openhost {
 
 namespace {
 
-std::string FragmentKey(const std::string& foldedPath, const std::string& id)
+std::string FragmentKey(const std::string& pathKey, const std::string& id)
 {
-    return foldedPath + "#" + id;
+    return pathKey + "#" + id;
 }
 
 } // namespace
@@ -19,7 +19,7 @@ std::string FragmentKey(const std::string& foldedPath, const std::string& id)
 void DialIndex::add(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath,
                     DzNumericProperty& dial)
 {
-    const std::string path = FoldCase(filePath);
+    const std::string path = PathKey(filePath);
     if (file.modifiers.size() == 1 && file.skins.empty())
         _byFile.emplace(path, &dial);
     Names& names = modifier.channel.type == "alias" ? _aliases : _dials;
@@ -34,12 +34,12 @@ void DialIndex::add(const dson::Modifier& modifier, const dson::Document& file, 
 
 void DialIndex::lose(const std::string& filePath, const std::string& idOrName)
 {
-    _byFragment.emplace(FragmentKey(FoldCase(filePath), idOrName), nullptr);
+    _byFragment.emplace(FragmentKey(PathKey(filePath), idOrName), nullptr);
 }
 
 void DialIndex::loseFile(const std::string& filePath)
 {
-    _lostFiles.insert(FoldCase(filePath));
+    _lostFiles.insert(PathKey(filePath));
 }
 
 DzNumericProperty* DialIndex::look(const Dials& dials, const std::string& key)
@@ -50,14 +50,14 @@ DzNumericProperty* DialIndex::look(const Dials& dials, const std::string& key)
 
 bool DialIndex::has(const std::string& filePath, const std::string& idOrName) const
 {
-    return look(_byFragment, FragmentKey(FoldCase(filePath), idOrName)) != nullptr;
+    return look(_byFragment, FragmentKey(PathKey(filePath), idOrName)) != nullptr;
 }
 
 DzNumericProperty* DialIndex::find(const dson::Uri& uri) const
 {
     if (uri.path.empty())
         return find(uri.id);
-    const std::string path = FoldCase(uri.path);
+    const std::string path = PathKey(uri.path);
     const auto defined = _byFragment.find(FragmentKey(path, uri.id));
     if (defined != _byFragment.end())
         return defined->second;

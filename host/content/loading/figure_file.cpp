@@ -40,14 +40,16 @@ FigureFile::FigureFile(std::shared_ptr<const dson::Document> definition, std::st
 
 bool FigureFile::isAt(const std::string& path) const
 {
-    return FoldCase(path) == FoldCase(_path);
+    return PathKey(path) == PathKey(_path);
 }
 
 bool FigureFile::isHome(const std::string& path) const
 {
     const std::string own = FolderOf(_path), shared = FolderOfSharedFigure(own);
-    const auto isBelow = [folded = FoldCase(path)](const std::string& folder) {
-        return !folder.empty() && folded.compare(0, folder.size(), FoldCase(folder)) == 0;
+    const auto isBelow = [key = PathKey(path)](const std::string& folder) {
+        const std::string above = PathKey(folder);
+        const bool isAtFolder = !folder.empty() && key.compare(0, above.size(), above) == 0;
+        return isAtFolder && (above == "/" || key[above.size()] == '/');
     };
     return isBelow(own) || isBelow(shared);
 }
@@ -55,7 +57,7 @@ bool FigureFile::isHome(const std::string& path) const
 bool FigureFile::isOfSharedFigure(const std::string& path) const
 {
     const std::string shared = FolderOfSharedFigure(FolderOf(_path));
-    return !shared.empty() && FoldCase(FolderOf(path)) == FoldCase(shared);
+    return !shared.empty() && PathKey(FolderOf(path)) == PathKey(shared);
 }
 
 std::vector<std::string> FigureFile::morphFolders() const

@@ -44,14 +44,14 @@ void AddLoss(base::Diagnostics& all, const base::Diagnostics& lost, const DzMorp
 
 LostShape::LostShape(const dson::Uri& uri, std::string name, base::Diagnostic why,
                      std::optional<dson::Channel> channel)
-    : _path(FoldCase(uri.path)), _id(uri.id), _name(std::move(name)), _why(std::move(why)),
+    : _path(PathKey(uri.path)), _id(uri.id), _name(std::move(name)), _why(std::move(why)),
       _channel(std::move(channel))
 {
 }
 
 bool LostShape::isNamedBy(const dson::Uri& uri) const
 {
-    return isCalled(uri.id) && (uri.path.empty() || FoldCase(uri.path) == _path);
+    return isCalled(uri.id) && (uri.path.empty() || PathKey(uri.path) == _path);
 }
 
 void LostShape::drive(const dson::Formula& formula, const PropertyResolver& resolve)

@@ -91,7 +91,8 @@ std::vector<DzNode*> SceneFigures::enter()
 
 std::string SceneFigures::pathOf(const dson::Uri& uri) const
 {
-    return uri.path.empty() ? _library.paths().relativePath(_document->file) : uri.path;
+    return uri.path.empty() ? _library.paths().relativePath(_document->file)
+                            : _library.addressOf(uri.path, _document->file);
 }
 
 std::shared_ptr<const dson::Document> SceneFigures::documentOf(const dson::Uri& uri)
@@ -208,17 +209,21 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
 dson::Uri SceneFigures::uriOf(const dson::ModifierInstance& instance) const
 {
     dson::Uri url = dson::ParseUri(instance.url);
-    if (url.path.empty())
-        url.path = pathOf(url);
+    url.path = pathOf(url);
     return url;
+}
+
+bool SceneFigures::isThisFile(const dson::Uri& url) const
+{
+    return PathKey(url.path) == PathKey(pathOf(dson::Uri()));
 }
 
 bool SceneFigures::isDefinedHere(const dson::Uri& url) const
 {
     const std::vector<dson::Modifier>& all = _document->modifiers;
-    return url.path == pathOf(dson::Uri()) &&
-           std::any_of(all.begin(), all.end(),
-                       [&url](const dson::Modifier& modifier) { return modifier.id == url.id; });
+    return isThisFile(url) && std::any_of(all.begin(), all.end(), [&url](const dson::Modifier& modifier) {
+               return modifier.id == url.id;
+           });
 }
 
 DzNumericProperty* SceneFigures::findDial(FigureAssembly& assembly, const dson::Uri& url)
@@ -233,7 +238,7 @@ DzNumericProperty* SceneFigures::findDial(FigureAssembly& assembly, const dson::
 void SceneFigures::addShapeFile(FigureAssembly& assembly, const dson::Uri& url)
 {
     try {
-        const bool isHere = url.path == pathOf(dson::Uri());
+        const bool isHere = isThisFile(url);
         if (const std::shared_ptr<const dson::Document> file = isHere ? _document : documentOf(url))
             assembly.addModifier(file, url.path, url.id);
     } catch (const base::Error& error) {

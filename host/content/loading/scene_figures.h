@@ -38,7 +38,7 @@ public:
 private:
     using Place = LoadedFigures::Place;
 
-    /// Path of a URL's file as the URL spells it; this file's own for "#id".
+    /// Path of a URL's file below its content directory; this file's own for "#id".
     std::string pathOf(const dson::Uri& uri) const;
     /// The URL of the definition, with this file's path where it has none.
     dson::Uri uriOf(const dson::ModifierInstance& instance) const;
@@ -54,6 +54,7 @@ private:
     void applyInstance(const dson::NodeInstance& instance, DzNode& node, std::size_t figure);
 
     void dial(const dson::ModifierInstance& instance);
+    bool isThisFile(const dson::Uri& url) const;
     /// Such a shape is meant, also where the figure has one of its name.
     bool isDefinedHere(const dson::Uri& url) const;
     DzNumericProperty* findDial(FigureAssembly& assembly, const dson::Uri& url);

@@ -97,7 +97,7 @@ private:
             return qobject_cast<const DzBone*>(&node) && qobject_cast<const DzSkeleton*>(unit.root) &&
                    (path.empty() || path == _files.pathOf(unit.root->getAssetUri()));
         // The same prop once more is no part of the prop.
-        return FoldCase(path) == FoldCase(unit.path) &&
+        return PathKey(path) == PathKey(unit.path) &&
                node.getAssetUri().getId() != unit.root->getAssetUri().getId();
     }
 

@@ -34,6 +34,10 @@ public:
     /// them. Empty when there is none.
     std::filesystem::path find(const std::string& uriPath, const std::filesystem::path& referringFile) const;
 
+    /// The path by which content files call what find() finds: below its content directory, beginning with
+    /// '/'. A path that names nothing there stays as it is.
+    std::string addressOf(const std::string& uriPath, const std::filesystem::path& referringFile) const;
+
     /// Why the shape or control that a URI names cannot be had; nothing when its file has it.
     std::optional<base::Diagnostic> whyMissing(const dson::Uri& uri,
                                                const std::filesystem::path& referringFile);

@@ -42,7 +42,7 @@ public:
     const std::vector<std::filesystem::path>& directories() const { return _directories; }
 
     /// The file in the first directory that holds it; empty if none does.
-    /// @param relative  decoded, with or without a leading '/'
+    /// @param relative  decoded, with or without a leading '/'; ".." within it is taken back first
     std::filesystem::path resolve(const std::string& relative) const;
 
     /// Every file with the extension below a folder, united over all directories and sorted by relative path;
@@ -69,5 +69,9 @@ std::filesystem::path FindIgnoringCase(const std::filesystem::path& base, const 
 
 /// What all spellings of a text have in common that differ in case, or in how accents are composed.
 std::string FoldCase(const std::string& text);
+
+/// What all spellings of a content file's path have in common; empty for none. Paths are compared by it,
+/// since files spell one path in many ways.
+std::string PathKey(const std::string& decodedPath);
 
 } // namespace openhost
