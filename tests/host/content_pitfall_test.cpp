@@ -265,6 +265,8 @@ TEST_F(Pitfall, a_name_that_is_given_is_not_given_again)
     write("data/Nord/Doll/Morphs/B/Same.dsf", ModifierFile(Morph("Same", 1, 2.0)));
     write("data/Nord/Doll/Morphs/C/Same 2.dsf", ModifierFile(Morph("Same 2", 1, 4.0)));
     write("data/Nord/Doll/Morphs/D/Same.dsf", ModifierFile(Morph("Same", 1, 8.0)));
+    write("data/Nord/Doll/Morphs/E/Turn.dsf", ModifierFile(Control("Turn")));
+    write("data/Nord/Doll/Morphs/F/Turn.dsf", ModifierFile(Morph("Turn", 2, 1.0)));
     DzFigure* const figure = openDoll();
     ASSERT_NE(figure, nullptr);
     std::set<QString> names;
@@ -275,6 +277,8 @@ TEST_F(Pitfall, a_name_that_is_given_is_not_given_again)
             morph->getValueControl()->setValue(1.0f);
     }
     ExpectAt(VertexAt(*figure, 1), 5, 15, 0);
+    EXPECT_EQ(names.count(QStringLiteral("Turn")), 0u) << "the control has it";
+    EXPECT_EQ(names.count(QStringLiteral("Turn 2")), 1u);
 }
 
 TEST_F(Pitfall, a_morph_of_a_taken_name_is_driven_by_its_own_formulas_and_no_other_s)

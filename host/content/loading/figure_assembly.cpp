@@ -9,6 +9,7 @@
 #include "figure_mesh.h"
 #include "figure_modifiers.h"
 #include "figure_nodes.h"
+#include "load_report.h"
 #include "pending_formulas.h"
 
 #include <fmt/format.h>
@@ -42,9 +43,11 @@ struct FigureAssembly::Impl {
     }
 
     /// Here or elsewhere; for an alias what it stands for.
-    DzNumericProperty* resolveForLink(const std::string& uri, const PropertyResolver& elsewhere) const
+    /// @param asking  an alias that looks for its target
+    DzNumericProperty* resolveForLink(const std::string& uri, const PropertyResolver& elsewhere,
+                                      const DzNumericProperty* asking = nullptr) const
     {
-        DzNumericProperty* property = dials.resolve(uri);
+        DzNumericProperty* property = dials.resolve(uri, asking);
         if (!property)
             property = elsewhere(uri);
         while (property && property->getAliasTarget())
@@ -108,12 +111,16 @@ void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
     const PropertyResolver resolve = [&](const std::string& uri) {
         return _impl->resolveForLink(uri, elsewhere);
     };
-    const std::size_t blind = _impl->dials.connectAliases(resolve);
+    const std::vector<std::string> blind =
+        _impl->dials.connectAliases([&](const std::string& uri, const DzNumericProperty& alias) {
+            return _impl->resolveForLink(uri, elsewhere, &alias);
+        });
     const PendingFormulas::LeftOut leftOut = _impl->formulas.connect(
         resolve, [&](const dson::Formula& formula) { _impl->modifiers.driveLost(formula, resolve); });
     _impl->modifiers.reportOmissions();
-    if (blind > 0)
-        _impl->file.warn(fmt::format("{} aliases name what is not installed and are hidden", blind));
+    if (!blind.empty())
+        _impl->file.warn(fmt::format("{} aliases name what is not installed and are hidden{}", blind.size(),
+                                     Examples(blind)));
     if (leftOut.missing + leftOut.notUnderstood > 0)
         _impl->file.warn(fmt::format("{} formulas name what is not installed and {} cannot be understood",
                                      leftOut.missing, leftOut.notUnderstood));
@@ -140,14 +147,14 @@ bool FigureAssembly::hasDialOf(const dson::Uri& uri) const
     return _impl->dials.index().has(uri.path, uri.id);
 }
 
-DzNumericProperty* FigureAssembly::findDial(const dson::Uri& uri) const
+DzNumericProperty* FigureAssembly::findDial(const dson::Uri& uri, const DzNode* node) const
 {
-    return _impl->dials.index().find(uri);
+    return _impl->dials.find(uri, node);
 }
 
-DzNumericProperty* FigureAssembly::findDial(const std::string& nameOrId) const
+DzNumericProperty* FigureAssembly::findDial(const std::string& nameOrId, const DzNode& node) const
 {
-    return _impl->dials.index().find(nameOrId);
+    return _impl->dials.index().find(nameOrId, {&node, nullptr});
 }
 
 bool FigureAssembly::isNamedBy(const std::string& uriPath) const

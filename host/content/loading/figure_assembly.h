@@ -62,9 +62,11 @@ public:
     std::unique_ptr<DzNode> takeRoot();
     DzNode& root() const;
 
-    DzNode* findNode(const std::string& idOrName) const;            ///< null for none
-    DzNumericProperty* findDial(const dson::Uri& uri) const;        ///< of a morph or control; null for none
-    DzNumericProperty* findDial(const std::string& nameOrId) const; ///< likewise
+    DzNode* findNode(const std::string& idOrName) const; ///< null for none
+    /// Of a morph or control; null for none.
+    /// @param node  whose dials come first where the URI names none
+    DzNumericProperty* findDial(const dson::Uri& uri, const DzNode* node) const;
+    DzNumericProperty* findDial(const std::string& nameOrId, const DzNode& node) const; ///< likewise
     bool hasDialOf(const dson::Uri& uri) const;       ///< as the file that the URI names defines it
     bool isNamedBy(const std::string& uriPath) const; ///< the path is that of the figure's file
 

@@ -25,6 +25,22 @@ void ShowLike(const DzNumericProperty& target, DzNumericProperty& alias)
     alias.setDisplayAsPercent(target.getDisplayAsPercent());
 }
 
+/// What it stands for in the end; itself for one that stands for nothing.
+const DzNumericProperty& EndOf(const DzNumericProperty& alias)
+{
+    const DzNumericProperty* end = &alias;
+    while (const auto* const target = qobject_cast<const DzNumericProperty*>(end->getAliasTarget()))
+        end = target;
+    return *end;
+}
+
+/// Names are unique among those that are shown and those that are not.
+DzProperty* FindOn(const DzNode& node, const QString& name)
+{
+    DzProperty* const property = node.findProperty(name);
+    return property ? property : node.findPrivateProperty(name);
+}
+
 /// Where a pane shows it.
 void ApplyPlace(DzNumericProperty& property, const dson::Modifier& modifier)
 {
@@ -41,17 +57,55 @@ void ApplyDial(DzNumericProperty& property, const dson::Modifier& modifier)
 
 } // namespace
 
-bool FigureDials::hasName(const std::string& name) const
+bool FigureDials::isOfMorph(const dson::Modifier& modifier) const
 {
-    return _index.hasName(name) || _givenNames.count(name) > 0;
+    return modifier.morph && _nodes.root().getObject();
 }
 
-std::string FigureDials::freeName(const std::string& taken)
+DzNode& FigureDials::ownerOf(const dson::Modifier& modifier) const
+{
+    DzNode* const owner = isOfMorph(modifier) ? nullptr : _nodes.find(dson::ParseUri(modifier.parent).id);
+    return owner ? *owner : _nodes.root();
+}
+
+bool FigureDials::hasMorph(const DzNode& owner, const std::string& name) const
+{
+    return &owner == &_nodes.root() && _morphNames.count(name) > 0;
+}
+
+bool FigureDials::isTaken(const dson::Modifier& modifier, const std::string& name) const
+{
+    const DzNode& owner = ownerOf(modifier);
+    if (hasMorph(owner, name))
+        return true;
+    const DzProperty* const present = FindOn(owner, ToQ(name));
+    // A morph's dial is on the morph, so the node may have a channel of that name.
+    return present && !isAlias(present) && (present->isUserProperty() || !isOfMorph(modifier));
+}
+
+std::string FigureDials::freeName(const dson::Modifier& modifier) const
 {
     int number = 2;
-    while (hasName(fmt::format("{} {}", taken, number)))
+    while (isTaken(modifier, fmt::format("{} {}", modifier.name, number)))
         ++number;
-    return *_givenNames.insert(fmt::format("{} {}", taken, number)).first;
+    return fmt::format("{} {}", modifier.name, number);
+}
+
+std::string FigureDials::freeAliasName(const DzNode& owner, const std::string& taken) const
+{
+    std::string name = "alias_" + taken;
+    for (int number = 2; FindOn(owner, ToQ(name)) || hasMorph(owner, name); ++number)
+        name = fmt::format("alias_{} {}", taken, number);
+    return name;
+}
+
+void FigureDials::makeAliasGiveWay(const DzNode& owner, const std::string& name)
+{
+    DzProperty* const present = owner.findProperty(ToQ(name));
+    if (!present || !isAlias(present))
+        return;
+    present->setName(ToQ(freeAliasName(owner, name)));
+    _renamedAliases.push_back(name);
 }
 
 void FigureDials::addOfMorph(DzMorph& morph, const dson::Modifier& modifier, const dson::Document& file,
@@ -61,13 +115,10 @@ void FigureDials::addOfMorph(DzMorph& morph, const dson::Modifier& modifier, con
     ApplyDial(dial, modifier);
     if (IsDataFile(filePath))
         SetAsDefined(dial);
-    _index.add(modifier, file, filePath, dial);
-}
-
-DzNode& FigureDials::ownerOf(const dson::Modifier& modifier) const
-{
-    DzNode* const owner = _nodes.find(dson::ParseUri(modifier.parent).id);
-    return owner ? *owner : _nodes.root();
+    const std::string name = morph.getName().toStdString();
+    _morphNames.insert(name);
+    makeAliasGiveWay(_nodes.root(), name);
+    _index.add(modifier, file, filePath, _nodes.root(), dial);
 }
 
 bool FigureDials::addControl(const dson::Modifier& modifier, const std::string& name,
@@ -75,35 +126,37 @@ bool FigureDials::addControl(const dson::Modifier& modifier, const std::string& 
 {
     DzNode& owner = ownerOf(modifier);
     std::unique_ptr<DzNumericProperty> property = MakeProperty(name, modifier.channel);
-    if (!property || owner.findProperty(property->getName()))
+    if (!property)
         return false;
     DzNumericProperty& dial = *property;
+    makeAliasGiveWay(owner, name);
     owner.addProperty(property.release());
     ApplyDial(dial, modifier);
     SetAssetUri(dial, AssetUri(filePath, modifier.id));
     if (IsDataFile(filePath))
         SetAsDefined(dial);
     dial.setPresentation(MakePresentation(modifier.presentationType).release());
-    _index.add(modifier, file, filePath, dial);
+    _index.add(modifier, file, filePath, owner, dial);
     return true;
 }
 
-bool FigureDials::addAlias(const dson::Modifier& modifier, const dson::Document& file,
+void FigureDials::addAlias(const dson::Modifier& modifier, const dson::Document& file,
                            const std::string& filePath)
 {
     DzNode& owner = ownerOf(modifier);
-    const QString name = ToQ(modifier.name);
-    if (owner.findProperty(name))
-        return false;
-    auto* const property = new DzFloatProperty(name, true, true, 0.0f);
+    const bool isFree = !FindOn(owner, ToQ(modifier.name)) && !hasMorph(owner, modifier.name);
+    if (!isFree)
+        _renamedAliases.push_back(modifier.name);
+    const std::string name = isFree ? modifier.name : freeAliasName(owner, modifier.name);
+    auto* const property = new DzFloatProperty(ToQ(name), true, true, 0.0f);
     property->setLabel(ToQ(modifier.channel.label));
     property->setHidden(!modifier.channel.visible);
     owner.addProperty(property);
     ApplyPlace(*property, modifier);
     SetAssetUri(*property, AssetUri(filePath, modifier.id));
     _aliases.push_back({property, modifier.channel.targetChannel});
-    _index.add(modifier, file, filePath, *property);
-    return true;
+    _aliasProperties.insert(property);
+    _index.add(modifier, file, filePath, owner, *property);
 }
 
 void FigureDials::lose(const dson::Modifier& modifier, const std::string& filePath)
@@ -112,29 +165,36 @@ void FigureDials::lose(const dson::Modifier& modifier, const std::string& filePa
         _index.lose(filePath, text);
 }
 
-std::size_t FigureDials::connectAliases(const PropertyResolver& resolve)
+std::vector<std::string> FigureDials::connectAliases(const TargetResolver& resolve)
 {
-    std::size_t missing = 0;
+    for (const PendingAlias& alias : _aliases)
+        alias.property->setAliasTarget(resolve(alias.target, *alias.property));
+    std::vector<std::string> missing;
     for (const PendingAlias& alias : _aliases) {
-        DzNumericProperty* const target = resolve(alias.target);
-        if (!target || !alias.property->setAliasTarget(target)) {
+        const DzNumericProperty& target = EndOf(*alias.property);
+        if (isAlias(&target)) {
             // A dial that turns nothing would only mislead.
             alias.property->setHidden(true);
-            ++missing;
+            missing.push_back(alias.target);
+        } else {
+            ShowLike(target, *alias.property);
         }
     }
-    for (const PendingAlias& alias : _aliases)
-        if (const DzNumericProperty* const target = resolve(alias.target))
-            ShowLike(*target, *alias.property);
     _aliases.clear();
     return missing;
 }
 
-DzNumericProperty* FigureDials::resolve(const std::string& text) const
+DzNumericProperty* FigureDials::find(const dson::Uri& uri, const DzNode* node) const
+{
+    const DzNode* const named = _nodes.find(uri.node);
+    return _index.find(uri, {named ? named : node, nullptr});
+}
+
+DzNumericProperty* FigureDials::resolve(const std::string& text, const DzNumericProperty* asking) const
 {
     const dson::Uri uri = dson::ParseUri(text);
     if (uri.property.compare(0, 5, "value") == 0)
-        return _index.find(uri);
+        return _index.find(uri, {_nodes.find(uri.node), asking});
     const DzNode* target = _nodes.find(uri.id);
     if (!target)
         target = _nodes.find(uri.node);

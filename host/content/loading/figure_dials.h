@@ -9,26 +9,33 @@
 #include "formula_links.h"
 #include "library/dial_index.h"
 
-#include <set>
+#include <functional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 class DzMorph;
 class DzNode;
 class DzNumericProperty;
+class DzProperty;
 
 namespace openhost {
 
-/// Scripts and plug-ins look dials up by name, so each has a name of its own; files tell them apart by their
-/// paths.
+/// Scripts and plug-ins look dials up by name, so each has a name of its own on its node; files tell them
+/// apart by their paths.
 class FigureDials {
 public:
     /// @param nodes  that the dials are on; must outlive this
-    explicit FigureDials(const FigureNodes& nodes) : _nodes(nodes) {}
+    explicit FigureDials(const FigureNodes& nodes) : _nodes(nodes), _index(nodes.root()) {}
 
-    bool hasName(const std::string& name) const; ///< of a dial that is no alias, or given away
-    /// Gives a name away, in place of one that is taken.
-    std::string freeName(const std::string& taken);
+    /// The node that has the dial: the root for a morph of its mesh, else what the modifier names as its
+    /// parent, else the root.
+    DzNode& ownerOf(const dson::Modifier& modifier) const;
+    /// Whether something on its node has the name that the dial wants. Aliases give way, and never are in the
+    /// way of another dial.
+    bool isNameTaken(const dson::Modifier& modifier) const { return isTaken(modifier, modifier.name); }
+    /// A name in place of one that is taken.
+    std::string freeName(const dson::Modifier& modifier) const;
 
     /// Sets up the dial of a morph that the figure has already.
     /// @param file      the file that defines it
@@ -39,33 +46,49 @@ public:
     /// @return false when that cannot be
     bool addControl(const dson::Modifier& modifier, const std::string& name, const dson::Document& file,
                     const std::string& filePath);
-    /// Likewise; it stands for nothing yet.
-    bool addAlias(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath);
+    /// Likewise; it stands for nothing yet. It gets another name where its own is taken.
+    void addAlias(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath);
 
     /// What could not be made, or not even read: what names it by its file finds no other dial of its name.
     void lose(const dson::Modifier& modifier, const std::string& filePath);
     void loseFile(const std::string& filePath) { _index.loseFile(filePath); }
 
+    /// Finds what an alias stands for.
+    using TargetResolver =
+        std::function<DzNumericProperty*(const std::string& uri, const DzNumericProperty& alias)>;
     /// Gives the aliases their targets; those without are hidden.
-    /// @return how many have none
-    std::size_t connectAliases(const PropertyResolver& resolve);
+    /// @return what they name in vain
+    std::vector<std::string> connectAliases(const TargetResolver& resolve);
+    /// Aliases that have other names than in their files, since dials beside them have those.
+    const std::vector<std::string>& renamedAliases() const { return _renamedAliases; }
 
     /// By what files call them.
     const DialIndex& index() const { return _index; }
     /// The dial or node channel that a URI names within this figure; null for none.
-    DzNumericProperty* resolve(const std::string& text) const;
+    /// @param asking  an alias that looks for its target
+    DzNumericProperty* resolve(const std::string& text, const DzNumericProperty* asking = nullptr) const;
+    /// A dial alone; where the URI names no node, those of the given one come first.
+    DzNumericProperty* find(const dson::Uri& uri, const DzNode* node) const;
 
 private:
     struct PendingAlias {
         DzNumericProperty* property;
         std::string target;
     };
-    DzNode& ownerOf(const dson::Modifier& modifier) const;
+    bool isOfMorph(const dson::Modifier& modifier) const;
+    bool hasMorph(const DzNode& owner, const std::string& name) const;
+    bool isTaken(const dson::Modifier& modifier, const std::string& name) const;
+    bool isAlias(const DzProperty* property) const { return _aliasProperties.count(property) > 0; }
+    std::string freeAliasName(const DzNode& owner, const std::string& taken) const;
+    /// When another dial of the node is to have the name.
+    void makeAliasGiveWay(const DzNode& owner, const std::string& name);
 
     const FigureNodes& _nodes;
     DialIndex _index;
-    std::set<std::string> _givenNames;
+    std::unordered_set<std::string> _morphNames;
     std::vector<PendingAlias> _aliases;
+    std::unordered_set<const DzProperty*> _aliasProperties;
+    std::vector<std::string> _renamedAliases;
 };
 
 } // namespace openhost

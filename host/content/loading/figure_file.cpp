@@ -78,4 +78,9 @@ void FigureFile::warn(std::string what) const
     Report({base::Severity::Warning, _path, {}, std::move(what)});
 }
 
+void FigureFile::note(std::string what) const
+{
+    Report({base::Severity::Note, _path, {}, std::move(what)});
+}
+
 } // namespace openhost

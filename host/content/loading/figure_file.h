@@ -33,6 +33,7 @@ public:
 
     /// Reports what concerns the figure as a whole.
     void warn(std::string what) const;
+    void note(std::string what) const; ///< likewise, where nothing is amiss
 
 private:
     std::shared_ptr<const dson::Document> _definition;

@@ -6,6 +6,7 @@
 #include "definition_morphs.h"
 #include "dzmorph.h"
 #include "dzobject.h"
+#include "load_report.h"
 
 #include <fmt/format.h>
 
@@ -21,25 +22,15 @@ dson::Uri UriOf(const std::string& decodedPath, const std::string& id)
     return uri;
 }
 
-/// The file's formulas with its own path in what they say of this modifier by its id or name alone.
-std::shared_ptr<const dson::Document> WithPathTo(const dson::Modifier& modifier, const dson::Document& file,
-                                                 const std::string& filePath)
+/// Calls visit(text) for each address in a modifier's formulas.
+template <class Modifier, class Visit>
+void ForEachAddress(Modifier& modifier, const Visit& visit)
 {
-    auto copy = std::make_shared<dson::Document>();
-    copy->file = file.file;
-    copy->modifiers.push_back(modifier);
-    const auto addPath = [&](std::string& text) {
-        const dson::Uri uri = dson::ParseUri(text);
-        const std::size_t mark = text.find('#');
-        if (mark != text.npos && uri.path.empty() && (uri.id == modifier.id || uri.id == modifier.name))
-            text.insert(mark, dson::EncodePath(filePath));
-    };
-    for (dson::Formula& formula : copy->modifiers.front().formulas) {
-        addPath(formula.output);
-        for (dson::Operation& operation : formula.operations)
-            addPath(operation.url);
+    for (auto& formula : modifier.formulas) {
+        visit(formula.output);
+        for (auto& operation : formula.operations)
+            visit(operation.url);
     }
-    return copy;
 }
 
 bool IsAlias(const dson::Modifier& modifier)
@@ -114,17 +105,43 @@ void FigureModifiers::add(const dson::Modifier& modifier, const std::shared_ptr<
 {
     if (modifier.name.empty() || !_added.insert(&modifier).second)
         return;
-    // An alias often has the name of what it stands for.
-    const bool isTaken = !IsAlias(modifier) && _dials.hasName(modifier.name);
+    const bool isTaken = !IsAlias(modifier) && _dials.isNameTaken(modifier);
     if (isTaken && isDefined(modifier, path))
         return;
-    if (!make(modifier, isTaken ? _dials.freeName(modifier.name) : modifier.name, *file, path))
+    if (!make(modifier, isTaken ? _dials.freeName(modifier) : modifier.name, *file, path))
         return;
     if (isTaken)
         _ofEqualNames.add(file->file.string());
-    const auto owner = isTaken ? WithPathTo(modifier, *file, path) : file;
-    for (const dson::Formula& formula : isTaken ? owner->modifiers.front().formulas : modifier.formulas)
+    const auto owner = unmistaken(modifier, isTaken, file, path);
+    for (const dson::Formula& formula : owner == file ? modifier.formulas : owner->modifiers.front().formulas)
         _formulas.add(formula, owner);
+}
+
+std::shared_ptr<const dson::Document>
+FigureModifiers::unmistaken(const dson::Modifier& modifier, bool isTaken,
+                            const std::shared_ptr<const dson::Document>& file, const std::string& path) const
+{
+    const DzNode& owner = _dials.ownerOf(modifier);
+    const auto isMistakable = [&](const std::string& text) {
+        const dson::Uri uri = dson::ParseUri(text);
+        if (!uri.path.empty() || (uri.id != modifier.id && uri.id != modifier.name))
+            return false;
+        // A node's own dial comes before those of others, but for what has been given another name.
+        const DzNode* const node = _nodes.find(uri.node);
+        return isTaken ? !node || node == &owner : !node && &owner != &_nodes.root();
+    };
+    bool isAny = false;
+    ForEachAddress(modifier, [&](const std::string& text) { isAny = isAny || isMistakable(text); });
+    if (!isAny)
+        return file;
+    auto copy = std::make_shared<dson::Document>();
+    copy->file = file->file;
+    copy->modifiers.push_back(modifier);
+    ForEachAddress(copy->modifiers.front(), [&](std::string& text) {
+        if (const std::size_t mark = text.find('#'); mark != text.npos && isMistakable(text))
+            text.insert(mark, dson::EncodePath(path));
+    });
+    return copy;
 }
 
 /// The figure's own shapes stand for those of the figure that it shares others with; of equal ids in a file
@@ -138,8 +155,10 @@ bool FigureModifiers::isDefined(const dson::Modifier& modifier, const std::strin
 bool FigureModifiers::make(const dson::Modifier& modifier, const std::string& name,
                            const dson::Document& file, const std::string& path)
 {
-    if (IsAlias(modifier))
-        return _dials.addAlias(modifier, file, path);
+    if (IsAlias(modifier)) {
+        _dials.addAlias(modifier, file, path);
+        return true;
+    }
     return modifier.morph && _nodes.root().getObject() ? addMorph(modifier, name, file, path)
                                                        : _dials.addControl(modifier, name, file, path);
 }
@@ -208,6 +227,9 @@ void FigureModifiers::reportOmissions()
     report(_forOtherMeshes, "are for a mesh of another size and are left out");
     report(_forOtherFigures, "belong to other figures and are left out");
     report(_ofEqualNames, "have names that are taken and get others");
+    if (const std::vector<std::string>& aliases = _dials.renamedAliases(); !aliases.empty())
+        _figure.note(fmt::format("{} aliases have the names of dials beside them and get others{}",
+                                 aliases.size(), Examples(aliases)));
 }
 
 } // namespace openhost

@@ -63,6 +63,10 @@ private:
                    const std::string& path);
     bool isOurs(const dson::Modifier& modifier, const dson::Document& file) const;
     bool isDefined(const dson::Modifier& modifier, const std::string& path) const;
+    /// The file, its own path in what its formulas say of the modifier without saying which one they mean.
+    std::shared_ptr<const dson::Document> unmistaken(const dson::Modifier& modifier, bool isTaken,
+                                                     const std::shared_ptr<const dson::Document>& file,
+                                                     const std::string& path) const;
     bool make(const dson::Modifier& modifier, const std::string& name, const dson::Document& file,
               const std::string& path);
     bool addMorph(const dson::Modifier& modifier, const std::string& name, const dson::Document& file,

@@ -8,6 +8,8 @@
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
 
+#include <algorithm>
+
 #include <QStringList>
 
 #include <fmt/format.h>
@@ -25,6 +27,20 @@ QStringList ToList(const std::set<std::string>& texts)
 }
 
 } // namespace
+
+std::string Examples(const std::vector<std::string>& texts)
+{
+    constexpr std::size_t most = 3;
+    std::vector<std::string> shown;
+    for (const std::string& text : texts)
+        if (shown.size() < most && std::find(shown.begin(), shown.end(), text) == shown.end())
+            shown.push_back(text);
+    if (shown.empty())
+        return {};
+    const std::string last = std::move(shown.back());
+    shown.pop_back();
+    return fmt::format(", such as {}{}{}", fmt::join(shown, ", "), shown.empty() ? "" : " and ", last);
+}
 
 void LoadReport::warn(const std::string& what)
 {

@@ -15,6 +15,9 @@ class QString;
 
 namespace openhost {
 
+/// The first few of many, for the end of a warning: ", such as a, b and c"; nothing for none.
+std::string Examples(const std::vector<std::string>& texts);
+
 /// Of one file. Warnings wait for handOver(), since they are errors when nothing could be loaded.
 class LoadReport {
 public:

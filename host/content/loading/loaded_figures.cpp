@@ -46,7 +46,7 @@ DzNumericProperty* LoadedFigures::resolve(const std::string& text) const
     if (!place)
         return nullptr;
     if (uri.property.compare(0, 5, "value") == 0)
-        return _figures[place->figure].assembly.findDial(uri);
+        return _figures[place->figure].assembly.findDial(uri, place->node);
     const Place* const part = placeOfId(uri.id);
     return FindNodeChannel(part ? *part->node : *place->node, uri.property);
 }

@@ -78,9 +78,13 @@ std::vector<PresetValue> FindValues(const dson::Document& preset, const PresetTa
         if (!IsOfMaterial(uri))
             enter(target.find(uri), entry.value, entry.url);
     }
-    for (const dson::ModifierInstance& instance : preset.modifierInstances)
+    for (const dson::ModifierInstance& instance : preset.modifierInstances) {
+        const std::string parent = dson::ParseUri(instance.parent).node;
+        const bool isPart = FindByPath(target.node(), parent) != nullptr;
         if (instance.value)
-            enter(target.findDial(dson::ParseUri(instance.url).id), *instance.value, instance.url);
+            enter(target.findDial(isPart ? parent : std::string(), dson::ParseUri(instance.url).id),
+                  *instance.value, instance.url);
+    }
     if (!missing.empty() && !values.empty())
         Report(Warning(preset, fmt::format("{} of {} values name nothing that {} has, such as {}",
                                            missing.size(), missing.size() + values.size(),

@@ -35,19 +35,30 @@ DzNumericProperty* DialOf(const DzModifier& modifier)
                                            : nullptr;
 }
 
-/// Of a morph or control of the node or of one of its bones.
-DzNumericProperty* FindDialByName(const DzNode& node, const QString& name)
+/// Of a morph or control of the node itself.
+DzNumericProperty* FindOwnDial(const DzNode& node, const QString& name)
 {
     if (const DzObject* const object = node.getObject())
         if (const DzModifier* const modifier = object->findModifier(name))
             return DialOf(*modifier);
-    if (auto* const own = qobject_cast<DzNumericProperty*>(node.findProperty(name)))
-        return own;
-    if (const auto* const skeleton = qobject_cast<const DzSkeleton*>(&node))
-        for (const DzBone* const bone : skeleton->bones())
-            if (auto* const property = qobject_cast<DzNumericProperty*>(bone->findProperty(name)))
-                return property;
-    return nullptr;
+    return qobject_cast<DzNumericProperty*>(node.findProperty(name));
+}
+
+/// Of the figure, else of one of its bones; aliases last, since they mostly have the name of what they stand
+/// for.
+DzNumericProperty* FindDialByName(const DzNode& figure, const QString& name)
+{
+    DzNumericProperty* alias = FindOwnDial(figure, name);
+    if (alias && !alias->getAliasTarget())
+        return alias;
+    if (const auto* const skeleton = qobject_cast<const DzSkeleton*>(&figure))
+        for (const DzBone* const bone : skeleton->bones()) {
+            auto* const dial = qobject_cast<DzNumericProperty*>(bone->findProperty(name));
+            if (dial && !dial->getAliasTarget())
+                return dial;
+            alias = alias ? alias : dial;
+        }
+    return alias;
 }
 
 } // namespace
@@ -74,19 +85,31 @@ DzNode& FigureOf(DzNode& node)
 
 DzNumericProperty* PresetTarget::find(const dson::Uri& uri) const
 {
+    if (uri.property.compare(0, 5, "value") == 0)
+        return uri.id.empty() ? findAtEnd(uri.node) : findDial(uri.node, uri.id);
     DzNode* const part = FindByPath(_node, uri.node);
-    if (!part)
-        return nullptr;
-    if (uri.property.compare(0, 5, "value") != 0)
-        return uri.id.empty() ? FindNodeChannel(*part, uri.property) : nullptr;
-    return part == &_node ? findDial(uri.id) : FindDialByName(*part, ToQ(uri.id));
+    return part && uri.id.empty() ? FindNodeChannel(*part, uri.property) : nullptr;
 }
 
-DzNumericProperty* PresetTarget::findDial(const std::string& nameOrId) const
+DzNumericProperty* PresetTarget::findDial(const std::string& path, const std::string& nameOrId) const
 {
+    DzNode* const part = FindByPath(_node, path);
+    if (!part || nameOrId.empty())
+        return nullptr;
     const QString text = ToQ(nameOrId);
-    DzNumericProperty* const property = FindDialByName(_node, text);
+    DzNumericProperty* property = part == &_node ? nullptr : FindOwnDial(*part, text);
+    if (!property)
+        property = FindDialByName(_node, text);
     return property ? property : findMorphById(text);
+}
+
+DzNumericProperty* PresetTarget::findAtEnd(const std::string& path) const
+{
+    const std::size_t slash = path.rfind('/');
+    if (slash == path.npos)
+        return nullptr;
+    const std::string name = path.substr(slash + 1);
+    return name == "@selection" ? nullptr : findDial(path.substr(0, slash), name);
 }
 
 DzNumericProperty* PresetTarget::findMorphById(const QString& id) const
@@ -98,7 +121,7 @@ DzNumericProperty* PresetTarget::findMorphById(const QString& id) const
             if (const auto* const morph = qobject_cast<DzMorph*>(object->getModifier(i)))
                 _morphsById->insert(morph->getAssetUri().getId(), morph->getValueControl());
     }
-    return id.isEmpty() ? nullptr : _morphsById->value(id);
+    return _morphsById->value(id);
 }
 
 } // namespace openhost

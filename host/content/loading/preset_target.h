@@ -29,11 +29,14 @@ public:
 
     DzNode& node() const { return _node; }
     DzNumericProperty* find(const dson::Uri& uri) const; ///< a dial or a node's channel; null for none
-    /// Of a morph or control of the figure or of one of its bones; null for none.
-    DzNumericProperty* findDial(const std::string& nameOrId) const;
+    /// Of a morph or control; null for none.
+    /// @param path  of the node whose dials come before the figure's and those of its bones
+    DzNumericProperty* findDial(const std::string& path, const std::string& nameOrId) const;
 
 private:
     DzNumericProperty* findMorphById(const QString& id) const;
+    /// "…/head" with a value and no name: the last step is the dial.
+    DzNumericProperty* findAtEnd(const std::string& path) const;
 
     DzNode& _node;
     mutable std::optional<QHash<QString, DzNumericProperty*>> _morphsById;

@@ -72,8 +72,7 @@ void SceneFigures::prepare()
         place(*instance);
     for (const dson::ModifierInstance& instance : _document->modifierInstances)
         dial(instance);
-    for (const LoadedFigure& figure : _figures.all())
-        markFavorites(figure);
+    markFavorites();
     for (const LoadedFigure& figure : _figures.all())
         _report.addDuplicates(figure.assembly.duplicateOutputs());
     _report.tell(_document->leftOut, isEmpty());
@@ -180,6 +179,8 @@ void SceneFigures::applyInstance(const dson::NodeInstance& instance, DzNode& nod
     assembly.addNodeId(instance.id, node);
     assembly.addFormulas(instance.formulas, _document);
     ApplyInstance(instance, node);
+    if (!instance.favorites.empty())
+        _withFavorites.emplace_back(&instance, Place{figure, &node});
 }
 
 void SceneFigures::dial(const dson::ModifierInstance& instance)
@@ -190,7 +191,7 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
     FigureAssembly& assembly = _figures.all()[place->figure].assembly;
     assembly.addFormulas(instance.formulas, _document);
     const dson::Uri url = uriOf(instance);
-    DzNumericProperty* const property = findDial(assembly, url);
+    DzNumericProperty* const property = findDial(assembly, url, *place->node);
     if (!property) {
         if (instance.value && !url.id.empty())
             assembly.loseShape(url, _library.whyMissing(url, _document->file), *instance.value);
@@ -226,13 +227,13 @@ bool SceneFigures::isDefinedHere(const dson::Uri& url) const
            });
 }
 
-DzNumericProperty* SceneFigures::findDial(FigureAssembly& assembly, const dson::Uri& url)
+DzNumericProperty* SceneFigures::findDial(FigureAssembly& assembly, const dson::Uri& url, const DzNode& node)
 {
-    DzNumericProperty* const present = isDefinedHere(url) ? nullptr : assembly.findDial(url);
+    DzNumericProperty* const present = isDefinedHere(url) ? nullptr : assembly.findDial(url, &node);
     if (present)
         return present;
     addShapeFile(assembly, url);
-    return assembly.findDial(url);
+    return assembly.findDial(url, &node);
 }
 
 void SceneFigures::addShapeFile(FigureAssembly& assembly, const dson::Uri& url)
@@ -265,14 +266,17 @@ std::vector<DzNode*> SceneFigures::enterScene()
     return tops;
 }
 
-void SceneFigures::markFavorites(const LoadedFigure& figure) const
+void SceneFigures::markFavorites() const
 {
-    for (const std::string& name : figure.instance->favorites) {
-        DzProperty* property = figure.assembly.findDial(name);
-        if (!property)
-            property = figure.node->findProperty(ToQ(name));
-        if (property)
-            property->setIsFavorite(true);
+    for (const auto& [instance, place] : _withFavorites) {
+        const LoadedFigure& figure = _figures.all()[place.figure];
+        for (const std::string& name : instance->favorites) {
+            DzProperty* property = place.node->findProperty(ToQ(name));
+            if (!property)
+                property = figure.assembly.findDial(name, *place.node);
+            if (property)
+                property->setIsFavorite(true);
+        }
     }
 }
 

@@ -12,6 +12,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <QPointer>
@@ -57,10 +58,11 @@ private:
     bool isThisFile(const dson::Uri& url) const;
     /// Such a shape is meant, also where the figure has one of its name.
     bool isDefinedHere(const dson::Uri& url) const;
-    DzNumericProperty* findDial(FigureAssembly& assembly, const dson::Uri& url);
+    /// @param node  whose dials come first where the URL's file is not there
+    DzNumericProperty* findDial(FigureAssembly& assembly, const dson::Uri& url, const DzNode& node);
     /// A shape that lies outside the figure's own folders, or in this file.
     void addShapeFile(FigureAssembly& assembly, const dson::Uri& url);
-    void markFavorites(const LoadedFigure& figure) const;
+    void markFavorites() const;
 
     std::vector<DzNode*> enterScene();
     void fit(const LoadedFigure& figure);
@@ -73,6 +75,8 @@ private:
     LoadReport _report;
     LoadedFigures _figures;
     std::set<std::string> _failed; ///< instances that stand for nothing
+    /// Those whose instances mark dials.
+    std::vector<std::pair<const dson::NodeInstance*, Place>> _withFavorites;
 };
 
 } // namespace openhost

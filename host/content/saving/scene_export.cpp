@@ -47,16 +47,18 @@ std::size_t CountDFormers(const DzNode& node)
     return count;
 }
 
-/// Marked dials of the figure's morphs and of its node; sorted, so that saving again gives the same file.
-std::vector<std::string> FavoritesOf(const SceneUnit& unit)
+/// Marked dials of the node and, on a figure, of its morphs; sorted, so that saving again gives the same
+/// file.
+std::vector<std::string> FavoritesOf(const SceneUnit& unit, const DzNode& node)
 {
     std::set<std::string> names;
-    for (const UnitDial& dial : unit.dials)
-        if (dial.property->isFavorite())
-            names.insert((dial.morph ? dial.morph->getName() : dial.property->getName()).toStdString());
-    for (int i = 0; i < unit.root->getNumProperties(); ++i)
-        if (unit.root->getProperty(i)->isFavorite())
-            names.insert(unit.root->getProperty(i)->getName().toStdString());
+    if (&node == unit.root)
+        for (const UnitDial& dial : unit.dials)
+            if (dial.morph && dial.property->isFavorite())
+                names.insert(dial.morph->getName().toStdString());
+    for (int i = 0; i < node.getNumProperties(); ++i)
+        if (node.getProperty(i)->isFavorite())
+            names.insert(node.getProperty(i)->getName().toStdString());
     return {names.begin(), names.end()};
 }
 
@@ -163,10 +165,9 @@ private:
             instance.parent = parentOf(*node);
             instance.conformTarget = conformTargetOf(*node);
             DescribeInstanceChannels(*node, instance);
-            if (node == _scene.units[unit].root) {
+            if (node == _scene.units[unit].root)
                 instance.geometry = describeGeometryInstance(unit);
-                instance.favorites = FavoritesOf(_scene.units[unit]);
-            }
+            instance.favorites = FavoritesOf(_scene.units[unit], *node);
             _instances[node] = _asset.sceneNodes.size();
             _asset.sceneNodes.push_back(std::move(instance));
         }
@@ -385,8 +386,12 @@ void AddPoseDials(const SceneUnit& unit, std::vector<dson::AnimatedValue>& value
         if (!IsPoseDial(presentation) || dial.property->getAliasTarget())
             continue;
         const QString name = dial.morph ? dial.morph->getName() : dial.property->getName();
-        values.push_back({"name://@selection#" + dson::EncodeFragment(name.toStdString()) + ":?value/value",
-                          dial.property->getDoubleRawValue()});
+        const std::string owner = dial.owner == unit.root
+                                      ? std::string()
+                                      : "/" + dson::EncodeFragment(dial.owner->getName().toStdString());
+        values.push_back(
+            {"name://@selection" + owner + "#" + dson::EncodeFragment(name.toStdString()) + ":?value/value",
+             dial.property->getDoubleRawValue()});
     }
 }
 

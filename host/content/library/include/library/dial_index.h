@@ -10,46 +10,72 @@
 #include <unordered_map>
 #include <unordered_set>
 
+class DzNode;
 class DzNumericProperty;
 
 namespace openhost {
 
-/// Of dials that answer to the same text the first one counts, and aliases come last.
+/// A name is one dial's on its node only: bones have dials of equal names, and aliases mostly that of what
+/// they stand for. Of dials that answer to the same text on a node the first one counts, and aliases come
+/// last.
 class DialIndex {
 public:
+    /// @param root  the figure's own node
+    explicit DialIndex(const DzNode& root) : _root(root) {}
+
     /// @param file      the file that defines the dial
     /// @param filePath  its decoded path
+    /// @param owner     the node that has the dial
     /// @param dial      not owned; must outlive the index
     void add(const dson::Modifier& modifier, const dson::Document& file, const std::string& filePath,
-             DzNumericProperty& dial);
+             const DzNode& owner, DzNumericProperty& dial);
     /// A dial that could not be made. What names it by its file finds nothing, and not what has its name
     /// elsewhere.
     void lose(const std::string& filePath, const std::string& idOrName);
     /// The same for all of a file that cannot be read.
     void loseFile(const std::string& filePath);
 
-    /// Whether a dial that is no alias has it.
-    bool hasName(const std::string& name) const { return _dials.byName.count(name) > 0; }
     /// Whether a dial is the one that a file of this decoded path defines under the id or name.
     bool has(const std::string& filePath, const std::string& idOrName) const;
 
-    /// The dial that a URI's file and fragment name; without such a file the fragment alone counts: as a
-    /// name, as an id, then as either ignoring case. Null for none.
-    DzNumericProperty* find(const dson::Uri& uri) const;
-    DzNumericProperty* find(const std::string& nameOrId) const;
+    /// What a text without a file means.
+    struct Place {
+        const DzNode* node = nullptr; ///< whose dials come first; null where none is named
+        /// Is looked for nothing: an alias of the name of its target does not mean itself.
+        const DzNumericProperty* asking = nullptr;
+    };
+    /// The dial that a URI's file and fragment name; without such a file the fragment alone counts, as below.
+    /// Null for none.
+    DzNumericProperty* find(const dson::Uri& uri, const Place& place) const;
+    /// The dial of the place's own node, else of the figure's, else of any node of it, aliases last: by name,
+    /// by id, then by either ignoring case.
+    DzNumericProperty* find(const std::string& nameOrId, const Place& place) const;
 
 private:
     using Dials = std::unordered_map<std::string, DzNumericProperty*>;
-    static DzNumericProperty* look(const Dials& dials, const std::string& key);
-
     struct Names {
         Dials byName, byId, byFoldedName;
+        void add(const dson::Modifier& modifier, DzNumericProperty& dial);
+        DzNumericProperty* find(const std::string& nameOrId, const DzNumericProperty* asking) const;
+        DzNumericProperty* findFolded(const std::string& folded, const DzNumericProperty* asking) const;
     };
+    struct OfNode {
+        Names dials, aliases;
+    };
+    struct Defined {
+        DzNumericProperty* dial; ///< null for one that is lost
+        bool isAlias;
+    };
+    void enterFragment(const std::string& key, Defined defined);
+    DzNumericProperty* findOn(const DzNode& node, const std::string& nameOrId, const std::string& folded,
+                              const DzNumericProperty* asking) const;
 
-    Dials _byFile;     ///< of files that define nothing else, by path
-    Dials _byFragment; ///< null for those that are lost
+    const DzNode& _root;
+    Dials _byFile; ///< of files that define nothing else, by path
+    std::unordered_map<std::string, Defined> _byFragment;
     std::unordered_set<std::string> _lostFiles;
-    Names _dials, _aliases;
+    std::unordered_map<const DzNode*, OfNode> _byNode;
+    Names _dials, _aliases; ///< of all nodes
 };
 
 } // namespace openhost
