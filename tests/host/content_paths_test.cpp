@@ -93,6 +93,58 @@ TEST_F(Paths, files_below_a_folder_are_united_over_all_directories)
     EXPECT_TRUE(below("/data/None").empty());
 }
 
+TEST_F(Paths, products_of_the_cloud_are_parts_of_their_directory_behind_what_it_holds_itself)
+{
+    for (const char* const file :
+         {"a/data/cloud/1_20/data/x.dsf", "a/Data/Cloud/1_10/data/x.dsf", "a/data/cloud/1_20/data/y.dsf",
+          "a/data/cloud/2_10/data/z.dsf", "a/data/cloud/1_/data/z.dsf", "b/data/x.dsf", "b/data/y.dsf",
+          "b/data/cloud/1_20/data/v.dsf", "c/data/x.dsf", "c/data/cloud/1_20/data/x.dsf",
+          "c/data/cloud/1_9/data/Mini/One.dsf", "b/data/cloud/1_20/DATA/mini/one.dsf", "c/data/Mini/Two.dsf"})
+        write(file);
+    _paths.add(root() / "c");
+    EXPECT_EQ(resolved("/data/x.dsf"), "c/data/x.dsf");
+    _paths.clear();
+    for (const char* const directory : {"a", "b", "c"})
+        _paths.add(root() / directory);
+    EXPECT_EQ(resolved("/data/X.dsf"), "a/data/cloud/1_20/data/x.dsf");
+    EXPECT_EQ(resolved("/data/y.dsf"), "a/data/cloud/1_20/data/y.dsf");
+    EXPECT_EQ(resolved("/data/v.dsf"), "b/data/cloud/1_20/data/v.dsf");
+    EXPECT_EQ(resolved("/data/z.dsf"), "");
+    std::vector<fs::path> duplicates;
+    EXPECT_EQ(below("/data/Mini", &duplicates),
+              (std::vector<std::string>{"b/data/cloud/1_20/DATA/mini/one.dsf", "c/data/Mini/Two.dsf"}));
+    EXPECT_EQ(duplicates, std::vector<fs::path>{root() / "c/data/cloud/1_9/data/Mini/One.dsf"});
+    EXPECT_EQ(_paths.relativePath(root() / "b/data/cloud/1_20/data/v.dsf"), "/data/v.dsf");
+    EXPECT_EQ(_paths.relativePath(root() / "a/data/cloud/2_10/data/z.dsf"), "/data/cloud/2_10/data/z.dsf");
+    EXPECT_EQ(*_paths.directoryOf(root() / "b/data/cloud/1_20/data/v.dsf"), root() / "b");
+}
+
+TEST_F(Paths, linked_folders_are_entered_once_and_circles_are_cut)
+{
+    for (const char* const file : {"a/data/Mini/Morphs/V/one.dsf", "elsewhere/Shared/two.dsf",
+                                   "elsewhere/Shared/Deep/three.dsf", "a/data/Mini/Mini.dsf"})
+        write(file);
+    const fs::path morphs = root() / "a/data/Mini/Morphs";
+    fs::create_directory_symlink(root() / "elsewhere/Shared", morphs / "A"); // before the folder itself
+    fs::create_directory_symlink(root() / "elsewhere/Shared", morphs / "Again");
+    fs::create_directory_symlink(morphs, root() / "elsewhere/Shared/Back"); // a circle of two
+    fs::create_directory_symlink(morphs / "V", morphs / "A V");             // the same once more
+    fs::create_directory_symlink(root() / "a/data/Mini", morphs / "V/Up");  // above all of them
+    fs::create_directory_symlink(root() / "nowhere", morphs / "Dangling");
+    fs::create_symlink(morphs / "V/one.dsf", morphs / "0.dsf");
+    fs::create_symlink(root() / "elsewhere/single.dsf", morphs / "single.dsf");
+    write("elsewhere/single.dsf");
+    _paths.add(root() / "a");
+    std::vector<fs::path> duplicates;
+    EXPECT_EQ(below("/data/Mini/Morphs", &duplicates),
+              (std::vector<std::string>{"a/data/Mini/Morphs/A/Deep/three.dsf", "a/data/Mini/Morphs/A/two.dsf",
+                                        "a/data/Mini/Morphs/single.dsf", "a/data/Mini/Morphs/V/one.dsf"}));
+    EXPECT_TRUE(duplicates.empty());
+    fs::rename(root() / "a/data/Mini/Morphs", root() / "elsewhere/Moved");
+    fs::create_directory_symlink(root() / "elsewhere/Moved/V", root() / "a/data/Mini/Morphs");
+    EXPECT_EQ(below("/data/Mini/Morphs"), std::vector<std::string>{"a/data/Mini/Morphs/one.dsf"});
+}
+
 class ContentManager : public LibraryTest {};
 
 TEST_F(ContentManager, finds_files_and_directories)

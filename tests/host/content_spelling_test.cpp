@@ -154,3 +154,33 @@ TEST_F(Spelling, that_climbs_out_of_the_library_names_nothing)
         EXPECT_FALSE(load("People/Out.duf", Scene(Instance("", "", "", path)))) << path;
     EXPECT_EQ(timesLogged("is in no content library"), 3) << log().toStdString();
 }
+
+TEST_F(Spelling, leads_into_products_of_the_cloud_or_past_them)
+{
+    const std::filesystem::path product = _library / "data/cloud/1_4711/data/Nord";
+    std::filesystem::create_directories(product);
+    std::filesystem::rename(_library / "data/Nord/Doll", product / "Doll");
+    write("data/Nord/Doll/Morphs/Plain.dsf", ModifierFile(Morph("Plain", 1, 1.0)));
+    write("data/cloud/1_4712/data/Nord/Doll/Morphs/Other.dsf", ModifierFile(Morph("Other", 1, 2.0)));
+    std::string cloud = Control(
+        "Cloud", Driven("Doll:#Cloud?value",
+                        "Doll:/data/cloud/1_4712/data/Nord/Doll/Morphs/Other.dsf#Other?value", "0.5"));
+    cloud.replace(cloud.find("/data/Nord"), 10, "/data/cloud/1_4711/data/Nord");
+    write("data/cloud/1_4711/data/Nord/Doll/Morphs/Cloud.dsf", ModifierFile(cloud));
+    const char* const worn = R"(, "modifiers": [
+        {"id": "p", "parent": "#Doll-1", "url": "/data/Nord/Doll/Morphs/Plain.dsf#Plain",
+         "channel": {"current_value": 1}},
+        {"id": "o", "parent": "#Doll-1", "url": "/data/Nord/Doll/Morphs/Other.dsf#Other",
+         "channel": {"current_value": 1}}])";
+    for (const char* const path : {"/data/Nord/Doll/Doll.dsf", "/data/cloud/1_4711/data/Nord/Doll/Doll.dsf",
+                                   "data/CLOUD/1_4711/data/Nord/Doll/Doll.dsf"}) {
+        dzScene->clear();
+        ASSERT_TRUE(load("People/Cloud.duf", Scene(Instance("", "", "", path), worn))) << path;
+        const DzNode& figure = *dzScene->getPrimarySelection();
+        EXPECT_EQ(figure.getAssetUri().toString(), QStringLiteral("/data/Nord/Doll/Doll.dsf#Doll")) << path;
+        ExpectAt(VertexAt(figure, 1), 5, 3, 0);
+        EXPECT_EQ(ValueIn(figure, "Cloud"), 0.5) << path;
+        EXPECT_EQ(dzScene->getNumNodes(), 3) << path;
+    }
+    EXPECT_FALSE(logged("in no content library")) << log().toStdString();
+}

@@ -99,9 +99,9 @@ std::string AssetLibrary::addressOf(const std::string& uriPath, const fs::path& 
 {
     const std::string path = dson::NormalPath(uriPath);
     if (path.empty() || path.front() == '/')
-        return path;
+        return WithoutCloudFolder(path);
     if (!_paths.resolve(path).empty())
-        return "/" + path;
+        return WithoutCloudFolder("/" + path);
     const std::string beside = _paths.relativePath(find(path, referringFile));
     return beside.empty() ? path : beside;
 }

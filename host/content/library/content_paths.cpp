@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <chrono>
 #include <map>
+#include <string_view>
+#include <unordered_set>
 
 #include <QString>
 
@@ -23,6 +25,14 @@ std::string Below(const std::string& decodedPath)
     const std::string path = dson::NormalPath(decodedPath);
     const std::size_t first = path.find_first_not_of('/');
     return first == std::string::npos ? std::string() : path.substr(first);
+}
+
+constexpr const char* cloudFolder = "/data/cloud";
+
+/// "1_" and the product's identifier.
+bool IsProductName(std::string_view name)
+{
+    return name.size() > 2 && name.substr(0, 2) == "1_";
 }
 
 bool ComponentsMatch(const fs::path& directory, const fs::path& path)
@@ -73,23 +83,74 @@ bool IsFile(const fs::path& path)
     return fs::is_regular_file(path, error);
 }
 
-/// Files of an extension below a folder, in order of their paths.
-std::vector<fs::path> FilesBelow(const fs::path& folder, const std::string& extension)
-{
-    std::vector<fs::path> files;
-    std::error_code error;
-    auto entry =
-        fs::recursive_directory_iterator(folder, fs::directory_options::skip_permission_denied, error);
-    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-        const fs::path& file = entry->path();
+/// Gathers the files of an extension below a folder. What a link leads to and is there without it counts as
+/// there, whatever the order of the names.
+class FileSearch {
+public:
+    explicit FileSearch(std::string extension) : _extension(std::move(extension)) {}
+
+    /// In order of their paths.
+    std::vector<fs::path> below(const fs::path& folder)
+    {
+        std::error_code error;
+        _above = fs::canonical(folder.parent_path(), error);
+        enter(folder);
+        for (std::size_t i = 0; i < _links.size(); ++i)
+            follow(fs::path(_links[i])); // which grows the list
+        std::sort(_files.begin(), _files.end());
+        return std::move(_files);
+    }
+
+private:
+    void enter(const fs::path& folder)
+    {
+        std::error_code error;
+        const fs::path place = fs::canonical(folder, error);
+        if (error || !_entered.insert(place.string()).second)
+            return;
+        std::vector<fs::directory_entry> entries;
+        auto entry = fs::directory_iterator(folder, fs::directory_options::skip_permission_denied, error);
+        for (; !error && entry != fs::directory_iterator(); entry.increment(error))
+            entries.push_back(*entry);
+        std::sort(entries.begin(), entries.end());
+        for (const fs::directory_entry& each : entries) {
+            if (each.is_symlink(error))
+                _links.push_back(each.path());
+            else if (each.is_directory(error))
+                enter(each.path());
+            else
+                add(each.path(), place / each.path().filename());
+        }
+    }
+
+    void follow(const fs::path& link)
+    {
+        std::error_code error;
+        const fs::path place = fs::canonical(link, error);
+        if (error)
+            return;
+        // What holds the link, or the whole folder, would be found below itself.
+        const fs::path home = fs::canonical(link.parent_path(), error);
+        if (!fs::is_directory(place, error))
+            add(link, place);
+        else if (!ComponentsMatch(place, home) && !ComponentsMatch(place, _above))
+            enter(link);
+    }
+
+    void add(const fs::path& file, const fs::path& place)
+    {
         // Other systems leave companion files of the same extension behind.
         const bool isCompanion = file.filename().string().compare(0, 2, "._") == 0;
-        if (!isCompanion && FoldCase(file.extension().string()) == extension && IsFile(file))
-            files.push_back(file);
+        if (!isCompanion && FoldCase(file.extension().string()) == _extension && IsFile(file) &&
+            _found.insert(place.string()).second)
+            _files.push_back(file);
     }
-    std::sort(files.begin(), files.end());
-    return files;
-}
+
+    std::string _extension;
+    fs::path _above; ///< the folder that holds the one that is searched
+    std::vector<fs::path> _files, _links;
+    std::unordered_set<std::string> _entered, _found; ///< without links
+};
 
 } // namespace
 
@@ -104,6 +165,16 @@ std::vector<fs::path> FolderListings::entries(const fs::path& folder, const fs::
     if (exact != entries.end())
         std::rotate(entries.begin(), exact, exact + 1);
     return entries;
+}
+
+std::vector<fs::path> FolderListings::entries(const fs::path& folder)
+{
+    const std::shared_ptr<const Names> names = namesIn(folder);
+    std::vector<fs::path> all;
+    for (const auto& alike : *names)
+        all.insert(all.end(), alike.second.begin(), alike.second.end());
+    std::sort(all.begin(), all.end());
+    return all;
 }
 
 std::shared_ptr<const FolderListings::Names> FolderListings::namesIn(const fs::path& folder)
@@ -147,7 +218,18 @@ std::string FoldCase(const std::string& text)
 
 std::string PathKey(const std::string& decodedPath)
 {
-    return decodedPath.empty() ? decodedPath : "/" + FoldCase(Below(decodedPath));
+    return decodedPath.empty() ? decodedPath : WithoutCloudFolder("/" + FoldCase(Below(decodedPath)));
+}
+
+std::string WithoutCloudFolder(const std::string& path)
+{
+    const std::string above = std::string(cloudFolder) + "/";
+    if (path.size() <= above.size() || FoldCase(path.substr(0, above.size())) != above)
+        return path;
+    const std::size_t end = path.find('/', above.size());
+    const bool isInProduct =
+        end != path.npos && IsProductName(std::string_view(path).substr(above.size(), end - above.size()));
+    return isInProduct ? path.substr(end) : path;
 }
 
 fs::path FindIgnoringCase(const fs::path& base, const std::string& relative)
@@ -174,16 +256,30 @@ void ContentPaths::clear()
     _directories.clear();
 }
 
+std::vector<fs::path> ContentPaths::rootsIn(const fs::path& directory) const
+{
+    std::vector<fs::path> roots{directory};
+    const fs::path cloud(cloudFolder + 1);
+    ForEachSpelling(_listings, directory, cloud.begin(), cloud.end(), [&](const fs::path& folder) {
+        for (const fs::path& name : _listings.entries(folder))
+            if (IsProductName(name.string()))
+                roots.push_back(folder / name);
+        return false;
+    });
+    return roots;
+}
+
 fs::path ContentPaths::resolve(const std::string& relative) const
 {
     const std::string wanted = Below(relative);
     if (wanted.empty() || dson::LeavesFolder(wanted))
         return {};
-    for (const fs::path& directory : _directories) {
-        const fs::path found = FindSpelling(_listings, directory, wanted, IsFile);
-        if (!found.empty())
-            return found;
-    }
+    for (const fs::path& directory : _directories)
+        for (const fs::path& root : rootsIn(directory)) {
+            const fs::path found = FindSpelling(_listings, root, wanted, IsFile);
+            if (!found.empty())
+                return found;
+        }
     return {};
 }
 
@@ -196,17 +292,18 @@ std::vector<fs::path> ContentPaths::filesBelow(const std::string& relativeFolder
     if (dson::LeavesFolder(wanted))
         return {};
     const fs::path path(wanted);
-    for (const fs::path& directory : _directories) {
-        ForEachSpelling(_listings, directory, path.begin(), path.end(), [&](const fs::path& folder) {
-            for (const fs::path& file : FilesBelow(folder, extension)) {
-                const bool isFirst =
-                    files.emplace(FoldCase(file.lexically_relative(folder).string()), file).second;
-                if (!isFirst && duplicates)
-                    duplicates->push_back(file);
-            }
-            return false;
-        });
-    }
+    const auto addThoseIn = [&](const fs::path& folder) {
+        for (const fs::path& file : FileSearch(extension).below(folder)) {
+            const bool isFirst =
+                files.emplace(FoldCase(file.lexically_relative(folder).string()), file).second;
+            if (!isFirst && duplicates)
+                duplicates->push_back(file);
+        }
+        return false;
+    };
+    for (const fs::path& directory : _directories)
+        for (const fs::path& root : rootsIn(directory))
+            ForEachSpelling(_listings, root, path.begin(), path.end(), addThoseIn);
     std::vector<fs::path> sorted;
     for (const auto& file : files)
         sorted.push_back(file.second);
@@ -225,8 +322,9 @@ const fs::path* ContentPaths::directoryOf(const fs::path& absolute) const
 std::string ContentPaths::relativePath(const fs::path& absolute) const
 {
     const fs::path* const directory = directoryOf(absolute);
-    return directory ? "/" + absolute.lexically_normal().lexically_relative(*directory).string()
-                     : std::string();
+    return directory
+               ? WithoutCloudFolder("/" + absolute.lexically_normal().lexically_relative(*directory).string())
+               : std::string();
 }
 
 } // namespace openhost

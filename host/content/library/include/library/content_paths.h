@@ -16,6 +16,8 @@ namespace openhost {
 /// thousands of files in vain. Safe to use from several threads.
 class FolderListings {
 public:
+    /// All, in order.
+    std::vector<std::filesystem::path> entries(const std::filesystem::path& folder);
     /// The entries of the name, whatever their case: the exact spelling first, then in order.
     std::vector<std::filesystem::path> entries(const std::filesystem::path& folder,
                                                const std::filesystem::path& name);
@@ -34,6 +36,10 @@ private:
 
 /// Content grew on disks that ignore case, so a path that does not exist as spelled is looked for ignoring
 /// case. Paths that climb out of a content directory name nothing.
+///
+/// What was installed from the cloud lies in folders of its own below a directory, data/cloud/1_ID/ for each
+/// product, laid out as the directory is. They count as parts of their directory, after what it holds itself
+/// and in the order of their names, and files in them are called as if they lay in the directory.
 class ContentPaths {
 public:
     void
@@ -46,19 +52,24 @@ public:
     std::filesystem::path resolve(const std::string& relative) const;
 
     /// Every file with the extension below a folder, united over all directories and sorted by relative path;
-    /// of equal relative paths the first directory's file alone.
+    /// of equal relative paths the first directory's file alone. Linked folders are entered; what lies in
+    /// several of them is found once.
     /// @param relativeFolder  decoded, with or without a leading '/'
     /// @param duplicates      receives the files that were left out
     std::vector<std::filesystem::path> filesBelow(const std::string& relativeFolder,
                                                   const std::string& extension,
                                                   std::vector<std::filesystem::path>* duplicates) const;
 
-    /// Path below its directory, beginning with '/'; empty if it is below none.
+    /// Path below its directory, or below a product's folder there, beginning with '/'; empty if it is below
+    /// none.
     std::string relativePath(const std::filesystem::path& absolute) const;
     /// The directory that holds the path; null if none.
     const std::filesystem::path* directoryOf(const std::filesystem::path& absolute) const;
 
 private:
+    /// The directory and the products in it.
+    std::vector<std::filesystem::path> rootsIn(const std::filesystem::path& directory) const;
+
     std::vector<std::filesystem::path> _directories;
     mutable FolderListings _listings;
 };
@@ -73,5 +84,9 @@ std::string FoldCase(const std::string& text);
 /// What all spellings of a content file's path have in common; empty for none. Paths are compared by it,
 /// since files spell one path in many ways.
 std::string PathKey(const std::string& decodedPath);
+
+/// A path below a content directory without the folder of a cloud product that it leads through; the path
+/// itself where it does not.
+std::string WithoutCloudFolder(const std::string& path);
 
 } // namespace openhost
