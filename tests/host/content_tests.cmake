@@ -11,6 +11,7 @@ gantrel_add_tests(host_content_tests
         content_foreign_preset_test.cpp
         content_foreign_scene_test.cpp
         content_hostile_test.cpp
+        content_odd_parts_test.cpp
         content_paths_test.cpp
         content_pitfall_test.cpp
         content_preset_test.cpp

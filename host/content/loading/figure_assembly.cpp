@@ -118,12 +118,14 @@ void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
     const PendingFormulas::LeftOut leftOut = _impl->formulas.connect(
         resolve, [&](const dson::Formula& formula) { _impl->modifiers.driveLost(formula, resolve); });
     _impl->modifiers.reportOmissions();
+    _impl->nodes.reportSpellings();
     if (!blind.empty())
         _impl->file.warn(fmt::format("{} aliases name what is not installed and are hidden{}", blind.size(),
                                      Examples(blind)));
-    if (leftOut.missing + leftOut.notUnderstood > 0)
-        _impl->file.warn(fmt::format("{} formulas name what is not installed and {} cannot be understood",
-                                     leftOut.missing, leftOut.notUnderstood));
+    if (!leftOut.missing.empty() || leftOut.notUnderstood > 0)
+        _impl->file.warn(fmt::format("{} formulas name what is not installed and {} cannot be understood{}",
+                                     leftOut.missing.size(), leftOut.notUnderstood,
+                                     Examples(leftOut.missing)));
     _impl->modifiers.attachLost();
 }
 

@@ -6,31 +6,106 @@
 #include "base/errors.h"
 #include "definition_nodes.h"
 #include "library/asset_origin.h"
+#include "library/content_paths.h"
+#include "load_report.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include <fmt/format.h>
 
 namespace openhost {
+
+namespace {
+
+/// What the nodes of a file answer to.
+std::unordered_set<std::string> TextsOf(const dson::Document& file)
+{
+    std::unordered_set<std::string> texts;
+    for (const dson::Node& node : file.nodes)
+        texts.insert({node.id, node.name});
+    return texts;
+}
+
+} // namespace
 
 FigureNodes::FigureNodes(const FigureFile& file, std::string rootId, PendingFormulas& formulas)
     : _file(file), _rootId(std::move(rootId))
 {
     const dson::Node& top = definitionOf(_rootId);
+    _rootId = top.id;
     _ownedRoot = MakeNode(top);
     enter(top, *_ownedRoot, formulas);
-    // Parents stand before children in files; what does not hang on this figure belongs to another one.
+    // What does not hang on this figure belongs to another one.
+    Waiting waiting;
     for (const dson::Node& source : _file.definition()->nodes) {
-        DzNode* const parent = &source == &top ? nullptr : find(source.parent);
-        if (!parent || find(source.id))
+        if (&source == &top)
             continue;
-        std::unique_ptr<DzNode> made = MakeNode(source);
-        enter(source, *made, formulas);
-        parent->addNodeChild(made.release());
+        const auto parent = _nodes.find(source.parent);
+        if (parent == _nodes.end())
+            waiting[source.parent].push_back(&source);
+        else
+            make(source, *parent->second, waiting, formulas);
     }
+    adopt(top, waiting, formulas);
+}
+
+void FigureNodes::make(const dson::Node& first, DzNode& parent, Waiting& waiting, PendingFormulas& formulas)
+{
+    std::vector<std::pair<const dson::Node*, DzNode*>> next{{&first, &parent}};
+    while (!next.empty()) {
+        const auto [source, above] = next.back();
+        next.pop_back();
+        if (_nodes.count(source->id) > 0)
+            continue;
+        std::unique_ptr<DzNode> made = MakeNode(*source);
+        DzNode& node = *made;
+        enter(*source, node, formulas);
+        above->addNodeChild(made.release());
+        for (const std::string& text : {source->id, source->name})
+            if (const auto children = waiting.find(text); children != waiting.end()) {
+                for (auto child = children->second.rbegin(); child != children->second.rend(); ++child)
+                    next.emplace_back(*child, &node);
+                waiting.erase(children);
+            }
+    }
+}
+
+void FigureNodes::adopt(const dson::Node& top, Waiting& waiting, PendingFormulas& formulas)
+{
+    if (waiting.empty())
+        return;
+    const std::vector<dson::Node>& all = _file.definition()->nodes;
+    const std::unordered_set<std::string> texts = TextsOf(*_file.definition());
+    const auto isFirst =
+        std::find_if(all.begin(), all.end(), [](const dson::Node& node) { return node.type != "bone"; });
+    if (isFirst == all.end() || &*isFirst != &top)
+        return;
+    std::vector<std::string> orphans;
+    for (const dson::Node& source : all) {
+        const bool isOrphan =
+            source.type == "bone" && !source.parent.empty() && texts.count(source.parent) == 0;
+        if (!isOrphan || _nodes.count(source.id) > 0)
+            continue;
+        orphans.push_back(source.id);
+        make(source, root(), waiting, formulas);
+    }
+    if (!orphans.empty())
+        _file.warn(fmt::format("{} bones hang on nothing that is there and are hung on the figure itself{}",
+                               orphans.size(), Examples(orphans)));
 }
 
 const dson::Node& FigureNodes::definitionOf(const std::string& id) const
 {
-    for (const dson::Node& candidate : _file.definition()->nodes)
+    const std::vector<dson::Node>& all = _file.definition()->nodes;
+    for (const dson::Node& candidate : all)
         if (candidate.id == id)
             return candidate;
+    for (const dson::Node& candidate : all)
+        if (FoldCase(candidate.id) == FoldCase(id)) {
+            _otherSpellings.insert(id);
+            return candidate;
+        }
     throw base::FormatError("{}: has no node {}", _file.definition()->file.string(), id);
 }
 
@@ -48,12 +123,27 @@ void FigureNodes::enter(const dson::Node& source, DzNode& made, PendingFormulas&
 void FigureNodes::addId(const std::string& id, DzNode& node)
 {
     _nodes.emplace(id, &node);
+    _byFoldedText.emplace(FoldCase(id), &node);
 }
 
 DzNode* FigureNodes::find(const std::string& idOrName) const
 {
-    const auto found = _nodes.find(idOrName);
-    return found == _nodes.end() ? nullptr : found->second;
+    const auto exact = _nodes.find(idOrName);
+    if (exact != _nodes.end())
+        return exact->second;
+    const auto folded = _byFoldedText.find(FoldCase(idOrName));
+    if (folded == _byFoldedText.end())
+        return nullptr;
+    _otherSpellings.insert(idOrName);
+    return folded->second;
+}
+
+void FigureNodes::reportSpellings() const
+{
+    if (!_otherSpellings.empty())
+        _file.warn(fmt::format(
+            "{} names of nodes differ from the figure's in letter case alone and are taken for them{}",
+            _otherSpellings.size(), Examples({_otherSpellings.begin(), _otherSpellings.end()})));
 }
 
 } // namespace openhost

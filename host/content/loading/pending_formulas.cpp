@@ -37,6 +37,16 @@ bool AreEqual(const dson::Formula& a, const dson::Formula& b)
                       });
 }
 
+/// The first address that leads nowhere.
+std::string MissingIn(const dson::Formula& formula, const PropertyResolver& resolve)
+{
+    if (resolve(formula.output))
+        for (const dson::Operation& operation : formula.operations)
+            if (operation.kind == dson::Operation::Kind::PushUrl && !resolve(operation.url))
+                return operation.url;
+    return formula.output;
+}
+
 } // namespace
 
 bool PendingFormulas::hasEqual(std::size_t hash, const dson::Formula& formula) const
@@ -76,7 +86,8 @@ PendingFormulas::connect(const PropertyResolver& resolve,
     for (const Pending& pending : _formulas) {
         const bool isFromDataFile = IsDataFile(pending.owner->file.string());
         const LinkResult result = MakeLink(*pending.formula, resolve, isFromDataFile);
-        leftOut.missing += result == LinkResult::MissingProperty;
+        if (result == LinkResult::MissingProperty)
+            leftOut.missing.push_back(MissingIn(*pending.formula, resolve));
         if (result == LinkResult::MissingProperty && !resolve(pending.formula->output))
             tellHomeless(*pending.formula);
         leftOut.notUnderstood += result == LinkResult::NotUnderstood;

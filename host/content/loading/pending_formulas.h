@@ -26,7 +26,7 @@ public:
     std::set<std::string> duplicateOutputs() const;
 
     struct LeftOut {
-        std::size_t missing = 0; ///< a property that they name is not there
+        std::vector<std::string> missing; ///< for each, an address of a property that is not there
         std::size_t notUnderstood = 0;
     };
     /// Makes the links of all, in the order of adding. None waits any longer.
