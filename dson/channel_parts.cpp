@@ -5,6 +5,18 @@
 
 namespace dson {
 
+namespace {
+
+/// Also one that single precision cannot hold: what reads the channel tells of it.
+std::optional<double> Limit(const Element& channel, const char* member)
+{
+    const auto limit = Find(channel, member);
+    double number = 0.0;
+    return limit && limit->get(number) == simdjson::SUCCESS ? number : Number(channel, member);
+}
+
+} // namespace
+
 double ValueOf(const Element& channelOrNumber, double fallback)
 {
     if (!channelOrNumber.is_object())
@@ -28,8 +40,8 @@ Channel ParseChannel(const Element& json)
     channel.label = Text(json, "label");
     channel.value = Number(json, "value").value_or(0.0);
     channel.currentValue = Number(json, "current_value");
-    channel.min = Number(json, "min");
-    channel.max = Number(json, "max");
+    channel.min = Limit(json, "min");
+    channel.max = Limit(json, "max");
     channel.clamped = Flag(json, "clamped", false);
     channel.displayAsPercent = Flag(json, "display_as_percent", false);
     channel.visible = Flag(json, "visible", true);

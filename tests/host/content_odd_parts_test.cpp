@@ -7,6 +7,8 @@
 #include "dzmorph.h"
 #include "tests/host/foreign_scene.h"
 
+#include <limits>
+
 namespace {
 
 using namespace doll;
@@ -89,5 +91,128 @@ TEST_F(OddParts, what_formulas_name_in_vain_is_named)
     ASSERT_NE(openDoll(), nullptr);
     EXPECT_TRUE(logged("6 formulas name what is not installed and 0 cannot be understood, such as "
                        "Doll:#Gone?value, Doll:#Lost?value and tail:#tail?rotation/x"))
+        << log().toStdString();
+}
+
+TEST_F(OddParts, what_is_set_on_nothing_is_told_and_what_is_set_on_the_selection_is_set)
+{
+    writeHat();
+    writeShape("Up", Morph("Up", 1, 1.0));
+    writeShape("Turn", Control("Turn"));
+    const auto set = [](const char* name, const char* parent, const char* value) {
+        return std::string(R"({"id": "m)") + name + parent +
+               R"(", "url": "/data/Nord/Doll/Morphs/Nord/Shapes/)" + name + ".dsf#" + name +
+               R"(", "parent": ")" + parent + R"(", "channel": {"current_value": )" + value + "}}";
+    };
+    const std::string modifiers = ", \"modifiers\": [" + set("Up", "#Gone", "1") + ", " +
+                                  set("Turn", "", "1") + ", " + set("Up", "name://@selection:", "0.5") +
+                                  ", " + set("None", "name://@selection:", "0.5") + "]";
+    const std::string hat = R"({"id": "hat", "url": "/data/Nord/Hat.dsf#Hat", "label": "Hat",
+        "parent": "name://@selection/hand:"})";
+    const std::string gone = "shapes and controls are set on what is not there and are left out, such as "
+                             "/data/Nord/Doll/Morphs/Nord/Shapes/Up.dsf#Up";
+    ASSERT_TRUE(load("Wardrobe/Hat.duf", Scene(hat, modifiers, "wearable")));
+    EXPECT_TRUE(logged("4 " + gone)) << log().toStdString();
+    DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    dzScene->setPrimarySelection(BoneOf(*figure, "hand"));
+    ASSERT_TRUE(load("Wardrobe/Hat.duf", Scene(hat, modifiers, "wearable")));
+    EXPECT_TRUE(logged("2 " + gone)) << log().toStdString();
+    EXPECT_TRUE(logged("1 shapes and controls are set on what is selected, which has none of them, such as "
+                       "/data/Nord/Doll/Morphs/Nord/Shapes/None.dsf#None"))
+        << log().toStdString();
+    EXPECT_EQ(ValueIn(*figure, "Up"), 0.5);
+    EXPECT_EQ(ValueIn(*figure, "Turn"), 0.0);
+}
+
+TEST_F(OddParts, presets_know_bones_whatever_their_letter_case_and_a_line_says_so)
+{
+    DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    EXPECT_TRUE(loadPreset(R"("animations": [
+        {"url": "name://@selection/HAND:?rotation/z/value", "keys": [[0, 30]]},
+        {"url": "name://@selection/hip/Hand:?rotation/x/value", "keys": [[0, 20]]},
+        {"url": "name://@selection/hip:?rotation/x/value", "keys": [[0, 10]]}])"));
+    EXPECT_EQ(BoneOf(*figure, "hand")->getZRotControl()->getValue(), 30.0f);
+    EXPECT_EQ(BoneOf(*figure, "hand")->getXRotControl()->getValue(), 20.0f);
+    EXPECT_EQ(BoneOf(*figure, "hip")->getXRotControl()->getValue(), 10.0f);
+    EXPECT_TRUE(
+        logged("2 names of nodes differ from those of Doll in letter case alone and are taken for them, "
+               "such as HAND and Hand"))
+        << log().toStdString();
+}
+
+TEST_F(OddParts, a_skin_that_does_not_say_what_it_binds_binds_the_figure_and_a_line_says_so)
+{
+    const std::string skin = R"("node": "#Doll", "geometry": "#Doll-1",)";
+    const std::pair<const char*, const char*> cases[] = {
+        {R"("node": "#Doll",)", "the skin Skin names no geometry; the only one of the file is used"},
+        {R"("geometry": "#Doll-1",)", "the skin Skin names no node; it binds the figure"},
+        {R"("node": "#Doll", "geometry": "#Other",)", "the skin Skin names the geometry Other, which is not "
+                                                      "in the file; the only one of the file is used"}};
+    for (const auto& [instead, line] : cases) {
+        dzScene->clear();
+        writeFigure(skin, instead);
+        DzFigure* const figure = openDoll();
+        ASSERT_NE(figure, nullptr) << instead;
+        BoneOf(*figure, "hand")->getZRotControl()->setValue(90.0f);
+        ExpectAt(VertexAt(*figure, 6), -10, 20, 0);
+        EXPECT_EQ(timesLogged(line), 1) << log().toStdString();
+    }
+}
+
+TEST_F(OddParts, a_scene_may_define_a_skin_that_names_no_node)
+{
+    std::string figure = Figure();
+    const std::string node = R"("node": "#Doll", )";
+    figure.replace(figure.find(node), node.size(), "");
+    ASSERT_TRUE(load("Scenes/Own.duf", File(figure + R"(, "scene": {"nodes": [{"id": "Doll-2", "url": "#Doll",
+        "geometries": [{"id": "Doll-3", "url": "#Doll-1"}]}]})",
+                                            "scene")))
+        << log().toStdString();
+    const DzNode& loaded = *dzScene->getPrimarySelection();
+    BoneOf(loaded, "hand")->getZRotControl()->setValue(90.0f);
+    ExpectAt(VertexAt(loaded, 6), -10, 20, 0);
+    EXPECT_TRUE(logged("the skin Skin names no node; it binds the figure")) << log().toStdString();
+    EXPECT_FALSE(logged("names no geometry")) << log().toStdString();
+}
+
+TEST_F(OddParts, dials_of_unknown_types_are_numbers_and_those_without_a_number_are_told)
+{
+    writeShape("Wheel", Control("Wheel", "", R"({"id": "value", "type": "dial_wheel", "value": 0.5, "min": -3,
+        "max": 3, "current_value": 2})"));
+    writeShape("Tint", Control("Tint", "", R"({"id": "value", "type": "color", "value": [1, 0, 0]})"));
+    DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    EXPECT_EQ(ValueIn(*figure, "Wheel"), 2.0);
+    EXPECT_EQ(DialIn(*figure, "Wheel")->getDoubleMin(), -3.0);
+    EXPECT_EQ(DialIn(*figure, "Tint"), nullptr);
+    EXPECT_TRUE(logged("1 morphs have channels of unknown types and are shown as numbers, such as "));
+    EXPECT_TRUE(logged("1 morphs have channels that hold no number and are left out, such as "))
+        << log().toStdString();
+}
+
+TEST_F(OddParts, limits_beyond_single_precision_are_the_nearest_and_a_line_says_so)
+{
+    constexpr double largest = std::numeric_limits<float>::max();
+    const char* const limits =
+        R"({"id": "value", "type": "float", "min": -1e300, "max": 1e300, "clamped": true})";
+    writeShape("Far", Control("Far", "", limits));
+    writeFigure(R"("label": "Hand",)",
+                R"("label": "Hand", "rotation": [{"id": "x", "value": 0, "max": 1e39}],)");
+    writeShape("Near", Control("Near", "", R"({"id": "value", "type": "float", "min": -2, "max": 2})"));
+    writeShape(
+        "Shape",
+        Control("Shape", R"(, "morph": {"vertex_count": 8, "deltas": {"values": [[1, 0, 1, 0]]}})", limits));
+    DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    for (const char* const name : {"Far", "Shape"}) {
+        EXPECT_EQ(DialIn(*figure, name)->getDoubleMin(), -largest);
+        EXPECT_EQ(DialIn(*figure, name)->getDoubleMax(), largest);
+    }
+    EXPECT_EQ(BoneOf(*figure, "hand")->getXRotControl()->getDoubleMax(), largest);
+    EXPECT_TRUE(logged("1 nodes have limits beyond single precision and get the nearest, such as hand"))
+        << log().toStdString();
+    EXPECT_TRUE(logged("2 morphs have limits beyond single precision and get the nearest, such as "))
         << log().toStdString();
 }

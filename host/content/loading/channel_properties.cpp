@@ -9,6 +9,10 @@
 #include "dzintproperty.h"
 #include "dznode.h"
 
+#include <algorithm>
+#include <limits>
+#include <set>
+
 #include <QString>
 
 namespace openhost {
@@ -33,15 +37,44 @@ QString NodePropertyName(const std::string& member, const std::string& axis)
     return QString();
 }
 
+/// Dials hold single precision.
+double WithinFloat(double limit)
+{
+    constexpr double largest = std::numeric_limits<float>::max();
+    return std::clamp(limit, -largest, largest);
+}
+
+bool HoldsNoNumber(const std::string& type)
+{
+    static const std::set<std::string> types{"color", "float_color", "image",       "string",
+                                             "file",  "node",        "numeric_node"};
+    return types.count(type) > 0;
+}
+
 } // namespace
+
+bool HasLimitsBeyondFloat(const dson::Channel& channel)
+{
+    const auto isBeyond = [](const std::optional<double>& limit) {
+        return limit && *limit != WithinFloat(*limit);
+    };
+    return isBeyond(channel.min) || isBeyond(channel.max);
+}
+
+bool IsOfKnownType(const dson::Channel& channel)
+{
+    return channel.type == "float" || channel.type == "int" || channel.type == "bool" ||
+           channel.type == "enum";
+}
 
 void ApplyChannel(DzNumericProperty& property, const dson::Channel& channel)
 {
     if (!channel.label.empty())
         property.setLabel(QString::fromStdString(channel.label));
-    const bool hasLimits = (channel.min || channel.max) && (channel.type == "float" || channel.type == "int");
+    const bool hasLimits = (channel.min || channel.max) && channel.type != "bool" && channel.type != "enum";
     if (hasLimits)
-        property.setDoubleMinMax(channel.min.value_or(0.0), channel.max.value_or(1.0));
+        property.setDoubleMinMax(WithinFloat(channel.min.value_or(0.0)),
+                                 WithinFloat(channel.max.value_or(1.0)));
     property.setIsClamped(channel.clamped);
     property.setDisplayAsPercent(channel.displayAsPercent);
     property.setDoubleDefaultValue(channel.value);
@@ -72,9 +105,9 @@ std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const d
 {
     const QString text = QString::fromStdString(name);
     std::unique_ptr<DzNumericProperty> property;
-    if (channel.type == "float") {
-        property = std::make_unique<DzFloatProperty>(text, true, true, static_cast<float>(channel.value));
-    } else if (channel.type == "int") {
+    if (HoldsNoNumber(channel.type))
+        return nullptr;
+    if (channel.type == "int") {
         property = std::make_unique<DzIntProperty>(text, true, true, static_cast<int>(channel.value));
     } else if (channel.type == "bool") {
         property = std::make_unique<DzBoolProperty>(text, true, true, channel.value != 0.0);
@@ -84,7 +117,7 @@ std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const d
             choice->addItem(QString::fromStdString(item));
         property = std::move(choice);
     } else {
-        return nullptr;
+        property = std::make_unique<DzFloatProperty>(text, true, true, static_cast<float>(channel.value));
     }
     ApplyChannel(*property, channel);
     return property;

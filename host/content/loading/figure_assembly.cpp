@@ -118,7 +118,7 @@ void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
     const PendingFormulas::LeftOut leftOut = _impl->formulas.connect(
         resolve, [&](const dson::Formula& formula) { _impl->modifiers.driveLost(formula, resolve); });
     _impl->modifiers.reportOmissions();
-    _impl->nodes.reportSpellings();
+    _impl->nodes.reportOddities();
     if (!blind.empty())
         _impl->file.warn(fmt::format("{} aliases name what is not installed and are hidden{}", blind.size(),
                                      Examples(blind)));

@@ -16,17 +16,30 @@
 #include "figure/skin_access.h"
 #include "library/asset_origin.h"
 
+#include <algorithm>
 #include <set>
+
+#include <fmt/format.h>
 
 namespace openhost {
 
 namespace {
 
+bool HasGeometry(const dson::Document& definition, const std::string& id)
+{
+    return std::any_of(definition.geometries.begin(), definition.geometries.end(),
+                       [&id](const dson::Geometry& geometry) { return geometry.id == id; });
+}
+
+/// What binds the root; where files do not say what a skin binds, the only one for the geometry does.
 const dson::SkinDefinition* FindSkin(const dson::Document& definition, const std::string& rootId,
-                                     bool countsAlone)
+                                     const std::optional<std::string>& wanted)
 {
     for (const dson::SkinDefinition& skin : definition.skins)
-        if (skin.node == rootId || (countsAlone && definition.skins.size() == 1))
+        if (skin.node == rootId || (!wanted && definition.skins.size() == 1))
+            return &skin;
+    for (const dson::SkinDefinition& skin : definition.skins)
+        if (wanted && !wanted->empty() && skin.node.empty() && skin.geometry == *wanted)
             return &skin;
     return nullptr;
 }
@@ -37,7 +50,25 @@ const dson::Geometry* FindGeometry(const dson::Document& definition, const dson:
     for (const dson::Geometry& geometry : definition.geometries)
         if (wanted ? geometry.id == *wanted : !skin || geometry.id == skin->geometry)
             return &geometry;
-    return nullptr;
+    const bool isOnly = !wanted && definition.geometries.size() == 1;
+    return isOnly ? &definition.geometries.front() : nullptr;
+}
+
+/// What of a skin had to be guessed, or keeps it from being used.
+/// @param isWanted  the geometry is known from elsewhere
+void ReportGuesses(const FigureFile& file, const dson::SkinDefinition& skin, bool isWanted, bool hasMesh)
+{
+    if (skin.node.empty())
+        file.warn(fmt::format("the skin {} names no node; it binds the figure", skin.binding.id));
+    if (isWanted)
+        return;
+    const char* const outcome =
+        hasMesh ? "the only one of the file is used" : "the figure is left without its mesh";
+    if (skin.geometry.empty())
+        file.warn(fmt::format("the skin {} names no geometry; {}", skin.binding.id, outcome));
+    else if (!HasGeometry(*file.definition(), skin.geometry))
+        file.warn(fmt::format("the skin {} names the geometry {}, which is not in the file; {}",
+                              skin.binding.id, skin.geometry, outcome));
 }
 
 void CheckSkin(const dson::SkinBinding& skin, std::size_t vertexCount, const std::string& file)
@@ -99,8 +130,10 @@ FigureMesh::FigureMesh(const FigureFile& file, const FigureNodes& nodes,
     : _root(nodes.root())
 {
     const dson::Document& definition = *file.definition();
-    const dson::SkinDefinition* const skin = FindSkin(definition, nodes.rootId(), !wanted);
+    const dson::SkinDefinition* const skin = FindSkin(definition, nodes.rootId(), wanted);
     const dson::Geometry* const geometry = FindGeometry(definition, skin, wanted);
+    if (skin)
+        ReportGuesses(file, *skin, wanted.has_value(), geometry != nullptr);
     if (!geometry)
         return;
     _geometryId = geometry->id;

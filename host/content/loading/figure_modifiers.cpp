@@ -7,6 +7,7 @@
 #include "dzmorph.h"
 #include "dzobject.h"
 #include "load_report.h"
+#include "loading/channel_properties.h"
 
 #include <fmt/format.h>
 
@@ -159,8 +160,22 @@ bool FigureModifiers::make(const dson::Modifier& modifier, const std::string& na
         _dials.addAlias(modifier, file, path);
         return true;
     }
-    return modifier.morph && _nodes.root().getObject() ? addMorph(modifier, name, file, path)
-                                                       : _dials.addControl(modifier, name, file, path);
+    if (modifier.morph && _nodes.root().getObject())
+        return addMorph(modifier, name, file, path);
+    const bool isMade = _dials.addControl(modifier, name, file, path);
+    noteChannel(modifier, file, isMade);
+    return isMade;
+}
+
+void FigureModifiers::noteChannel(const dson::Modifier& modifier, const dson::Document& file, bool isMade)
+{
+    const std::string example = file.file.string();
+    if (!isMade)
+        _withoutNumbers.add(example);
+    else if (!IsOfKnownType(modifier.channel))
+        _ofUnknownTypes.add(example);
+    if (isMade && HasLimitsBeyondFloat(modifier.channel))
+        _beyondLimits.add(example);
 }
 
 bool FigureModifiers::addMorph(const dson::Modifier& modifier, const std::string& name,
@@ -174,6 +189,7 @@ bool FigureModifiers::addMorph(const dson::Modifier& modifier, const std::string
     if (_nodes.root().getObject()->addModifier(made.get()) != DZ_NO_ERROR)
         return false;
     _dials.addOfMorph(*made.release(), modifier, file, path);
+    noteChannel(modifier, file, true);
     return true;
 }
 
@@ -226,6 +242,9 @@ void FigureModifiers::reportOmissions()
     };
     report(_forOtherMeshes, "are for a mesh of another size and are left out");
     report(_forOtherFigures, "belong to other figures and are left out");
+    report(_ofUnknownTypes, "have channels of unknown types and are shown as numbers");
+    report(_withoutNumbers, "have channels that hold no number and are left out");
+    report(_beyondLimits, "have limits beyond single precision and get the nearest");
     report(_ofEqualNames, "have names that are taken and get others");
     if (const std::vector<std::string>& aliases = _dials.renamedAliases(); !aliases.empty())
         _figure.note(fmt::format("{} aliases have the names of dials beside them and get others{}",

@@ -71,6 +71,7 @@ private:
               const std::string& path);
     bool addMorph(const dson::Modifier& modifier, const std::string& name, const dson::Document& file,
                   const std::string& path);
+    void noteChannel(const dson::Modifier& modifier, const dson::Document& file, bool isMade);
     void loseForItsMesh(const dson::Modifier& modifier, const dson::Document& file, const std::string& path);
 
     const FigureFile& _figure;
@@ -79,7 +80,8 @@ private:
     FigureDials& _dials;
     PendingFormulas& _formulas;
     std::unordered_set<const dson::Modifier*> _added; ///< also those that were left out
-    Omission _forOtherMeshes, _forOtherFigures, _ofEqualNames;
+    Omission _forOtherMeshes, _forOtherFigures, _ofEqualNames, _ofUnknownTypes, _withoutNumbers,
+        _beyondLimits;
     AssetLibrary* _library = nullptr; ///< where its shapes were looked for
     LostShapes _lost;
 };

@@ -8,6 +8,7 @@
 #include "library/asset_origin.h"
 #include "library/content_paths.h"
 #include "load_report.h"
+#include "loading/channel_properties.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -25,6 +26,15 @@ std::unordered_set<std::string> TextsOf(const dson::Document& file)
     for (const dson::Node& node : file.nodes)
         texts.insert({node.id, node.name});
     return texts;
+}
+
+bool HasLimitsBeyond(const dson::Node& node)
+{
+    for (const auto* const channels : {&node.translation, &node.rotation, &node.scale})
+        for (const dson::Channel& channel : *channels)
+            if (HasLimitsBeyondFloat(channel))
+                return true;
+    return false;
 }
 
 } // namespace
@@ -116,6 +126,8 @@ void FigureNodes::enter(const dson::Node& source, DzNode& made, PendingFormulas&
         SetTransformsAsDefined(made);
     addId(source.id, made);
     addId(source.name, made);
+    if (HasLimitsBeyond(source))
+        _beyondLimits.push_back(source.id);
     for (const dson::Formula& formula : source.formulas)
         formulas.add(formula, _file.definition());
 }
@@ -138,12 +150,15 @@ DzNode* FigureNodes::find(const std::string& idOrName) const
     return folded->second;
 }
 
-void FigureNodes::reportSpellings() const
+void FigureNodes::reportOddities() const
 {
     if (!_otherSpellings.empty())
         _file.warn(fmt::format(
             "{} names of nodes differ from the figure's in letter case alone and are taken for them{}",
             _otherSpellings.size(), Examples({_otherSpellings.begin(), _otherSpellings.end()})));
+    if (!_beyondLimits.empty())
+        _file.warn(fmt::format("{} nodes have limits beyond single precision and get the nearest{}",
+                               _beyondLimits.size(), Examples(_beyondLimits)));
 }
 
 } // namespace openhost

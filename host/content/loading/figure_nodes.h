@@ -29,8 +29,8 @@ public:
     /// Lets files call a node by another id, unless that is taken.
     void addId(const std::string& id, DzNode& node);
     DzNode* find(const std::string& idOrName) const; ///< null for none
-    /// Reports what files call nodes otherwise than their definitions do.
-    void reportSpellings() const;
+    /// Reports what files call nodes otherwise than their definitions do, and what nodes cannot have.
+    void reportOddities() const;
 
     const std::string& rootId() const { return _rootId; }
     DzNode& root() const { return *_nodes.at(_rootId); }
@@ -50,6 +50,7 @@ private:
     std::string _rootId;
     std::unique_ptr<DzNode> _ownedRoot; ///< until it is taken
     std::unordered_map<std::string, DzNode*> _nodes, _byFoldedText;
+    std::vector<std::string> _beyondLimits;        ///< nodes with such channels
     mutable std::set<std::string> _otherSpellings; ///< by which nodes were found
 };
 

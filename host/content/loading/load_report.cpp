@@ -85,6 +85,9 @@ void LoadReport::sumUp(const std::vector<std::string>& leftOut)
         warn(fmt::format(
             "{} files are in no content library, and the dials of their names are turned, such as for {}",
             _replaced.size(), *_replaced.begin()));
+    if (!_homeless.empty())
+        warnLeftOut(fmt::format("{} shapes and controls are set on what is not there and are left out{}",
+                                _homeless.size(), Examples(_homeless)));
     if (_lostBones > 0)
         warnLeftOut(fmt::format("{} bones hang on no figure and are left out", _lostBones));
     if (!leftOut.empty())

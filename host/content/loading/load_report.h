@@ -33,6 +33,8 @@ public:
         _replaced.insert(path);
     }                                    ///< missing; something else has its name
     void addLostBone() { ++_lostBones; } ///< hangs on no figure
+    /// A shape or control that is set on what is neither in the file nor in the scene.
+    void addHomeless(const std::string& url) { _homeless.push_back(url); }
     /// Properties that formulas drive in the same way more than once.
     void addDuplicates(std::set<std::string> properties) { _duplicates.merge(properties); }
 
@@ -48,6 +50,7 @@ private:
 
     std::string _file;
     std::set<std::string> _missing, _replaced, _duplicates;
+    std::vector<std::string> _homeless;
     std::size_t _lostBones = 0;
     base::Diagnostics _diagnostics; ///< not handed over yet
 };

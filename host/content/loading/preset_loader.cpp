@@ -11,6 +11,7 @@
 #include "dznode.h"
 #include "dznumericproperty.h"
 #include "dzscene.h"
+#include "load_report.h"
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
 #include "preset_dform.h"
@@ -85,6 +86,12 @@ std::vector<PresetValue> FindValues(const dson::Document& preset, const PresetTa
             enter(target.findDial(isPart ? parent : std::string(), dson::ParseUri(instance.url).id),
                   *instance.value, instance.url);
     }
+    if (const std::set<std::string>& names = target.otherSpellings(); !names.empty())
+        Report(Warning(preset,
+                       fmt::format("{} names of nodes differ from those of {} in letter case alone and are "
+                                   "taken for them{}",
+                                   names.size(), target.node().getLabel().toStdString(),
+                                   Examples({names.begin(), names.end()}))));
     if (!missing.empty() && !values.empty())
         Report(Warning(preset, fmt::format("{} of {} values name nothing that {} has, such as {}",
                                            missing.size(), missing.size() + values.size(),

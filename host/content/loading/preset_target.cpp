@@ -29,6 +29,23 @@ DzNode* FindBelow(const DzNode& node, const QString& name)
     return node.findNodeChild(name, true);
 }
 
+DzNode* FindBelowIgnoringCase(const DzNode& node, const QString& name)
+{
+    if (const auto* const skeleton = qobject_cast<const DzSkeleton*>(&node)) {
+        for (DzBone* const bone : skeleton->bones())
+            if (bone->getName().compare(name, Qt::CaseInsensitive) == 0)
+                return bone;
+        return nullptr;
+    }
+    const QObjectList below = node.getNodeChildren(true);
+    for (QObject* const child : below) {
+        auto* const other = qobject_cast<DzNode*>(child);
+        if (other && other->getName().compare(name, Qt::CaseInsensitive) == 0)
+            return other;
+    }
+    return nullptr;
+}
+
 DzNumericProperty* DialOf(const DzModifier& modifier)
 {
     return modifier.getNumProperties() > 0 ? qobject_cast<DzNumericProperty*>(modifier.getProperty(0))
@@ -63,16 +80,22 @@ DzNumericProperty* FindDialByName(const DzNode& figure, const QString& name)
 
 } // namespace
 
-DzNode* FindByPath(DzNode& top, const std::string& path)
+DzNode* FindByPath(DzNode& top, const std::string& path, std::set<std::string>* otherSpellings)
 {
+    const auto findBelow = [otherSpellings](const DzNode& node, const QString& name) {
+        DzNode* found = FindBelow(node, name);
+        if (!found && (found = FindBelowIgnoringCase(node, name)) && otherSpellings)
+            otherSpellings->insert(name.toStdString());
+        return found;
+    };
     DzNode* node = &top;
     const QStringList steps = ToQ(path).split(QLatin1Char('/'), Qt::SkipEmptyParts);
     for (const QString& step : steps) {
         if (step == QLatin1String("@selection"))
             continue;
-        node = FindBelow(*node, step);
+        node = findBelow(*node, step);
         if (!node)
-            return steps.last() == step ? nullptr : FindBelow(top, steps.last());
+            return steps.last() == step ? nullptr : findBelow(top, steps.last());
     }
     return node;
 }
@@ -87,13 +110,13 @@ DzNumericProperty* PresetTarget::find(const dson::Uri& uri) const
 {
     if (uri.property.compare(0, 5, "value") == 0)
         return uri.id.empty() ? findAtEnd(uri.node) : findDial(uri.node, uri.id);
-    DzNode* const part = FindByPath(_node, uri.node);
+    DzNode* const part = FindByPath(_node, uri.node, &_otherSpellings);
     return part && uri.id.empty() ? FindNodeChannel(*part, uri.property) : nullptr;
 }
 
 DzNumericProperty* PresetTarget::findDial(const std::string& path, const std::string& nameOrId) const
 {
-    DzNode* const part = FindByPath(_node, path);
+    DzNode* const part = FindByPath(_node, path, &_otherSpellings);
     if (!part || nameOrId.empty())
         return nullptr;
     const QString text = ToQ(nameOrId);

@@ -6,6 +6,7 @@
 #include "dson/uri.h"
 
 #include <optional>
+#include <set>
 #include <string>
 
 #include <QHash>
@@ -20,7 +21,8 @@ DzNode& FigureOf(DzNode& node);
 
 /// The node that a path such as "//@selection/hip/arm" names below one that stands for the selection; steps
 /// that are not there are passed over, but for the last. Null for none.
-DzNode* FindByPath(DzNode& top, const std::string& path);
+/// @param otherSpellings  receives the steps that differ from a node's name in letter case
+DzNode* FindByPath(DzNode& top, const std::string& path, std::set<std::string>* otherSpellings = nullptr);
 
 /// Finds what presets name on a figure. Not to be kept while the figure changes.
 class PresetTarget {
@@ -28,6 +30,8 @@ public:
     explicit PresetTarget(DzNode& node) : _node(node) {}
 
     DzNode& node() const { return _node; }
+    /// By which nodes were found that are spelled otherwise.
+    const std::set<std::string>& otherSpellings() const { return _otherSpellings; }
     DzNumericProperty* find(const dson::Uri& uri) const; ///< a dial or a node's channel; null for none
     /// Of a morph or control; null for none.
     /// @param path  of the node whose dials come before the figure's and those of its bones
@@ -39,6 +43,7 @@ private:
     DzNumericProperty* findAtEnd(const std::string& path) const;
 
     DzNode& _node;
+    mutable std::set<std::string> _otherSpellings;
     mutable std::optional<QHash<QString, DzNumericProperty*>> _morphsById;
 };
 

@@ -83,6 +83,7 @@ std::vector<DzNode*> SceneFigures::enter()
     std::vector<DzNode*> tops = enterScene();
     for (const LoadedFigure& figure : _figures.all())
         fit(figure);
+    dialSelection();
     _report.handOver(isEmpty());
     animate();
     return tops;
@@ -186,8 +187,13 @@ void SceneFigures::applyInstance(const dson::NodeInstance& instance, DzNode& nod
 void SceneFigures::dial(const dson::ModifierInstance& instance)
 {
     const Place* const place = _figures.placeOf(instance.parent);
-    if (!place)
+    if (!place) {
+        if (_selected && NamesSelection(dson::ParseUri(instance.parent)))
+            _onSelection.push_back(&instance);
+        else
+            _report.addHomeless(instance.url);
         return;
+    }
     FigureAssembly& assembly = _figures.all()[place->figure].assembly;
     assembly.addFormulas(instance.formulas, _document);
     const dson::Uri url = uriOf(instance);
@@ -205,6 +211,26 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
         property->setPath(ToQ(instance.group));
     if (instance.value)
         property->setDoubleRawValue(*instance.value);
+}
+
+void SceneFigures::dialSelection()
+{
+    if (!_selected || _onSelection.empty())
+        return;
+    const PresetTarget target(FigureOf(*_selected));
+    std::vector<std::string> missing;
+    for (const dson::ModifierInstance* const instance : _onSelection) {
+        DzNumericProperty* const property =
+            target.findDial(dson::ParseUri(instance->parent).node, dson::ParseUri(instance->url).id);
+        if (!property)
+            missing.push_back(instance->url);
+        else if (instance->value && !property->isLocked())
+            property->setDoubleRawValue(*instance->value);
+    }
+    if (!missing.empty())
+        _report.warnLeftOut(
+            fmt::format("{} shapes and controls are set on what is selected, which has none of them{}",
+                        missing.size(), Examples(missing)));
 }
 
 dson::Uri SceneFigures::uriOf(const dson::ModifierInstance& instance) const

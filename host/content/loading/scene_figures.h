@@ -55,6 +55,8 @@ private:
     void applyInstance(const dson::NodeInstance& instance, DzNode& node, std::size_t figure);
 
     void dial(const dson::ModifierInstance& instance);
+    /// What the file sets on the selection rather than on a figure of its own.
+    void dialSelection();
     bool isThisFile(const dson::Uri& url) const;
     /// Such a shape is meant, also where the figure has one of its name.
     bool isDefinedHere(const dson::Uri& url) const;
@@ -74,6 +76,7 @@ private:
     QPointer<DzNode> _selected; ///< when the load began
     LoadReport _report;
     LoadedFigures _figures;
+    std::vector<const dson::ModifierInstance*> _onSelection;
     std::set<std::string> _failed; ///< instances that stand for nothing
     /// Those whose instances mark dials.
     std::vector<std::pair<const dson::NodeInstance*, Place>> _withFavorites;

@@ -20,6 +20,11 @@ void ApplyChannel(DzNumericProperty& property, const dson::Channel& channel);
 /// What an instance says of a property besides its value.
 void ApplyChange(DzNumericProperty& property, const dson::ChannelChange& change);
 
+/// Whether a limit is more than a dial can have; it gets the nearest that it can.
+bool HasLimitsBeyondFloat(const dson::Channel& channel);
+/// False for one that is shown as a plain number, or not at all.
+bool IsOfKnownType(const dson::Channel& channel);
+
 /// A new property of the channel's type; null for types that hold no number.
 std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const dson::Channel& channel);
 
