@@ -133,14 +133,16 @@ DzError DzNode::addNodeChild(DzNode* child, bool inPlace)
 {
     if (!child)
         return DZ_NULL_POINTER_ERROR;
-    for (const DzNode* node = this; node; node = node->_impl->parent) {
+    // What holds nothing is above nothing: building a long chain from its top does not walk it each time.
+    const bool mayBeAbove = child == this || !child->_impl->children.isEmpty();
+    for (const DzNode* node = this; mayBeAbove && node; node = node->_impl->parent) {
         if (node == child)
             return DZ_CYCLIC_REFERENCE_ERROR;
     }
     if (child->_impl->parent == this)
         return DZ_NO_ERROR;
-    const DzVec3 position = child->getWSPos();
-    const DzQuat rotation = child->getWSRot();
+    const DzVec3 position = inPlace ? child->getWSPos() : DzVec3();
+    const DzQuat rotation = inPlace ? child->getWSRot() : DzQuat();
     child->detachFromParent();
     child->_impl->parent = this;
     _impl->children.append(child);

@@ -9,6 +9,7 @@
 
 #include <QPointer>
 #include <QRegularExpression>
+#include <QSet>
 
 #include <algorithm>
 #include <vector>
@@ -316,35 +317,40 @@ QList<DzNode*> DzScene::rootNodes() const
 
 namespace {
 
-template <class Taken>
-QString FirstFree(const QString& stem, const QString& pattern, const Taken& isTaken)
+QString FirstFree(const QString& stem, const QString& pattern, const QSet<QString>& taken)
 {
     for (int number = 2;; ++number) {
         const QString candidate = pattern.arg(stem, QString::number(number));
-        if (!isTaken(candidate))
+        if (!taken.contains(candidate))
             return candidate;
     }
+}
+
+/// Gathered once for all candidates: a scene may hold thousands of things of one name.
+template <class TextOf>
+QSet<QString> TextsOfRoots(const QList<DzNode*>& nodes, const TextOf& textOf)
+{
+    QSet<QString> texts;
+    for (const DzNode* node : nodes)
+        if (node->isRootNode())
+            texts.insert(textOf(*node));
+    return texts;
 }
 
 } // namespace
 
 QString DzScene::getUniqueTopLevelLabel(const QString& label) const
 {
-    const auto isTaken = [this](const QString& text) {
-        return std::any_of(_impl->nodes.constBegin(), _impl->nodes.constEnd(), [&](const DzNode* node) {
-            return node->isRootNode() && node->getLabel() == text;
-        });
-    };
-    return isTaken(label) ? FirstFree(stripLabelNumber(label), QStringLiteral("%1 (%2)"), isTaken) : label;
+    const QSet<QString> taken =
+        TextsOfRoots(_impl->nodes, [](const DzNode& node) { return node.getLabel(); });
+    return taken.contains(label) ? FirstFree(stripLabelNumber(label), QStringLiteral("%1 (%2)"), taken)
+                                 : label;
 }
 
 QString DzScene::getUniqueTopLevelName(const QString& name) const
 {
-    const auto isTaken = [this](const QString& text) {
-        return std::any_of(_impl->nodes.constBegin(), _impl->nodes.constEnd(),
-                           [&](const DzNode* node) { return node->isRootNode() && node->getName() == text; });
-    };
-    return isTaken(name) ? FirstFree(name, QStringLiteral("%1 %2"), isTaken) : name;
+    const QSet<QString> taken = TextsOfRoots(_impl->nodes, [](const DzNode& node) { return node.getName(); });
+    return taken.contains(name) ? FirstFree(name, QStringLiteral("%1 %2"), taken) : name;
 }
 
 QString DzScene::stripLabelNumber(const QString& label)
