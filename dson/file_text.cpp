@@ -5,6 +5,7 @@
 
 #include "base/errors.h"
 #include "dson/gzip.h"
+#include "utf8.h"
 
 #include <cerrno>
 #include <cstdint>
@@ -39,25 +40,6 @@ std::string ReadStored(const std::filesystem::path& file)
     if (std::ferror(stream.get()))
         throw base::IoError("cannot read {}: {}", file.string(), std::strerror(errno));
     return bytes;
-}
-
-void AppendUtf8(std::string& text, std::uint32_t code)
-{
-    if (code < 0x80) {
-        text += static_cast<char>(code);
-    } else if (code < 0x800) {
-        text += static_cast<char>(0xC0 | code >> 6);
-        text += static_cast<char>(0x80 | (code & 0x3F));
-    } else if (code < 0x10000) {
-        text += static_cast<char>(0xE0 | code >> 12);
-        text += static_cast<char>(0x80 | (code >> 6 & 0x3F));
-        text += static_cast<char>(0x80 | (code & 0x3F));
-    } else {
-        text += static_cast<char>(0xF0 | code >> 18);
-        text += static_cast<char>(0x80 | (code >> 12 & 0x3F));
-        text += static_cast<char>(0x80 | (code >> 6 & 0x3F));
-        text += static_cast<char>(0x80 | (code & 0x3F));
-    }
 }
 
 std::string FromUtf16(std::string_view bytes, bool bigEndian, const std::string& name)

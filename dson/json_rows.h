@@ -24,6 +24,18 @@ inline std::size_t ReadRow(const Element& row, double* numbers, std::size_t room
     return count;
 }
 
+/// Returns how many there were.
+inline std::size_t TakeNoNumbersAsZero(double* numbers, std::size_t count)
+{
+    std::size_t taken = 0;
+    for (double* number = numbers; number != numbers + count; ++number)
+        if (!std::isfinite(*number)) {
+            *number = 0.0;
+            ++taken;
+        }
+    return taken;
+}
+
 /// Above every index that 32 bits hold.
 inline constexpr double unlimited = 4294967295.0;
 

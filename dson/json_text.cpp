@@ -83,37 +83,6 @@ void Append(std::string& text, const Json& json, int indent)
 
 } // namespace
 
-std::size_t LineOfError(const std::string& text)
-{
-    /// Listens to nothing but the place of the error.
-    struct Finder : nlohmann::json_sax<Json> {
-        bool null() override { return true; }
-        bool boolean(bool) override { return true; }
-        bool number_integer(std::int64_t) override { return true; }
-        bool number_unsigned(std::uint64_t) override { return true; }
-        bool number_float(float, const std::string&) override { return true; }
-        bool string(std::string&) override { return true; }
-        bool binary(Json::binary_t&) override { return true; }
-        bool start_object(std::size_t) override { return true; }
-        bool key(std::string&) override { return true; }
-        bool end_object() override { return true; }
-        bool start_array(std::size_t) override { return true; }
-        bool end_array() override { return true; }
-        bool parse_error(std::size_t at, const std::string&, const nlohmann::detail::exception&) override
-        {
-            position = at;
-            return false;
-        }
-        std::size_t position = 0;
-    };
-    Finder finder;
-    if (Json::sax_parse(text, &finder))
-        return 0;
-    const std::size_t end = std::min(finder.position, text.size());
-    return 1 + static_cast<std::size_t>(
-                   std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end), '\n'));
-}
-
 std::string ToText(const Json& json)
 {
     std::string text;

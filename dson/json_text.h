@@ -20,7 +20,4 @@ using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::strin
 /// @throws base::FormatError  a float is not finite
 std::string ToText(const Json& json);
 
-/// The line, from 1, at which a text stops being JSON; 0 if it is.
-std::size_t LineOfError(const std::string& text);
-
 } // namespace dson

@@ -38,10 +38,11 @@ inline simdjson::dom::object Members(const Element& element)
     return members;
 }
 
+/// A member that is null counts as absent.
 inline std::optional<Element> Find(const Element& object, std::string_view key)
 {
     Element found;
-    if (!object.is_object() || Members(object).at_key(key).get(found) != simdjson::SUCCESS)
+    if (!object.is_object() || Members(object).at_key(key).get(found) != simdjson::SUCCESS || found.is_null())
         return std::nullopt;
     return found;
 }

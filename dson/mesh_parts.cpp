@@ -20,15 +20,22 @@ namespace {
 using base::FormatError;
 using geometry::Vec3f;
 
-std::vector<Vec3f> ParsePositions(const Element& json, const ParseContext& context)
+std::vector<Vec3f> ParsePositions(const Element& json, const std::string& id, ParseContext& context)
 {
     std::vector<Vec3f> positions;
+    std::size_t spoilt = 0, first = 0;
     ForEachValue(json, "vertices", [&](const Element& row) {
         double p[3];
-        if (ReadRow(row, p, 3) != 3 || !std::isfinite(p[0]) || !std::isfinite(p[1]) || !std::isfinite(p[2]))
+        if (ReadRow(row, p, 3) != 3)
             throw base::FormatError("{}: vertex {} is not three numbers", context.name, positions.size());
+        // Its number has to stay: faces, weights and morphs go by it.
+        if (TakeNoNumbersAsZero(p, 3) > 0 && spoilt++ == 0)
+            first = positions.size();
         positions.push_back({static_cast<float>(p[0]), static_cast<float>(p[1]), static_cast<float>(p[2])});
     });
+    if (spoilt > 0)
+        context.warn(id, fmt::format("{} with coordinates that are no numbers, taken as 0: the first is {}",
+                                     Counted(spoilt, "vertex", "vertices"), first));
     return positions;
 }
 
@@ -153,7 +160,7 @@ Geometry ParseGeometry(const Element& json, ParseContext& context)
     geometry.defaultUvSet = Text(json, "default_uv_set");
     geometry.subdivisionLevel = static_cast<int>(
         std::clamp(ResolutionLevel(json).value_or(1.0), 0.0, double{finestSubdivisionLevel}));
-    geometry.mesh.positions = ParsePositions(json, context);
+    geometry.mesh.positions = ParsePositions(json, geometry.id, context);
     auto topology = std::make_shared<geometry::Topology>();
     topology->vertexCount = static_cast<std::uint32_t>(geometry.mesh.positions.size());
     topology->groupNames = ParseNames(json, "polygon_groups");

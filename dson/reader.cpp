@@ -6,7 +6,7 @@
 #include "base/errors.h"
 #include "dson/file_text.h"
 #include "dson/uri.h"
-#include "json_text.h"
+#include "parsed_text.h"
 #include "parts.h"
 #include "uv.h"
 
@@ -19,54 +19,11 @@ namespace dson {
 
 namespace {
 
-/// A parsed file; the elements live as long as the parser.
-class ParsedFile {
-public:
-    explicit ParsedFile(const std::filesystem::path& file) : _name(file.string())
-    {
-        const std::string text = ReadText(file);
-        simdjson::error_code error = _parser.parse(text).get(_root);
-        if (error) {
-            error = _parser.parse(WithoutTrailingCommas(text)).get(_root);
-            if (!error)
-                _diagnostics.push_back(
-                    {base::Severity::Warning, _name, std::string(), "has commas before closing brackets"});
-        }
-        if (error == simdjson::DEPTH_ERROR)
-            throw base::FormatError("{}: is nested too deeply", _name);
-        if (error)
-            throwInvalid(text);
-        if (!_root.is_object())
-            throw base::FormatError("{}: is not a DSON file", _name);
-    }
-
-    const std::string& name() const { return _name; }
-    const Element& root() const { return _root; }
-    base::Diagnostics& diagnostics() { return _diagnostics; }
-
-private:
-    [[noreturn]] void throwInvalid(const std::string& text) const
-    {
-        if (text.find_first_not_of(" \t\r\n") == std::string::npos)
-            throw base::FormatError("{}: is empty", _name);
-        // The fast parser does not say where; numbers that no double holds pass the other one.
-        const std::size_t line = LineOfError(text);
-        if (line == 0)
-            throw base::FormatError("{}: is not valid JSON", _name);
-        throw base::FormatError("{}: line {} is not valid JSON", _name, line);
-    }
-
-    std::string _name;
-    simdjson::dom::parser _parser;
-    Element _root;
-    base::Diagnostics _diagnostics;
-};
-
-void CheckVersion(const ParsedFile& file, ParseContext& context)
+void CheckVersion(const ParsedText& text, ParseContext& context)
 {
-    const std::string version = Text(file.root(), "file_version");
+    const std::string version = Text(text.root(), "file_version");
     if (version.empty())
-        throw base::FormatError("{}: is not a DSON file: it has no file_version", file.name());
+        throw base::FormatError("{}: is not a DSON file: it has no file_version", text.name());
     int major = 0;
     std::from_chars(version.data(), version.data() + version.size(), major);
     if (major >= 1)
@@ -178,7 +135,7 @@ std::string Counted(std::size_t count, const char* one, const char* many)
 
 Document ReadDocument(const std::filesystem::path& file, const ReadOptions& options)
 {
-    ParsedFile parsed(file);
+    ParsedText parsed(ReadText(file), file.string());
     Document document;
     document.file = file;
     document.hasDeltas = options.deltas;
@@ -199,7 +156,7 @@ geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::
                                   base::Diagnostics* diagnostics)
 {
     // What concerns the file as a whole was told when the figure was put together.
-    ParsedFile parsed(file);
+    ParsedText parsed(ReadText(file), file.string());
     base::Diagnostics unheard;
     ParseContext context{parsed.name(), {}, diagnostics ? *diagnostics : unheard};
     std::optional<Element> found, only;

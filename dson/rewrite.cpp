@@ -5,7 +5,7 @@
 
 #include "base/errors.h"
 #include "dson/file_text.h"
-#include "json_view.h"
+#include "parsed_text.h"
 
 #include <algorithm>
 #include <set>
@@ -102,12 +102,8 @@ Json KeepUnknown(Json fresh, const std::filesystem::path& present)
     if (!std::filesystem::is_regular_file(present, error))
         return fresh;
     try {
-        simdjson::dom::parser parser;
-        const std::string text = ReadText(present);
-        Element old;
-        if (parser.parse(text).get(old) != simdjson::SUCCESS || !Find(old, "asset_info"))
-            return fresh;
-        return Merge(std::move(fresh), old);
+        const ParsedText old(ReadText(present), present.string());
+        return Find(old.root(), "asset_info") ? Merge(std::move(fresh), old.root()) : fresh;
     } catch (const base::Error&) {
         return fresh;
     }

@@ -38,17 +38,22 @@ Json List(Json values)
 
 } // namespace
 
-UvSet ParseUvSet(const Element& json, const ParseContext& context)
+UvSet ParseUvSet(const Element& json, ParseContext& context)
 {
     UvSet set;
     set.id = Text(json, "id");
+    std::size_t spoilt = 0;
     ForEachValue(json, "uvs", [&](const Element& row) {
         double uv[2];
-        if (ReadRow(row, uv, 2) != 2 || !std::isfinite(uv[0]) || !std::isfinite(uv[1]))
+        if (ReadRow(row, uv, 2) != 2)
             throw base::FormatError("{}: texture coordinate {} is not two numbers", context.name,
                                     set.values.size());
+        spoilt += TakeNoNumbersAsZero(uv, 2) > 0;
         set.values.push_back({static_cast<float>(uv[0]), static_cast<float>(uv[1])});
     });
+    if (spoilt > 0)
+        context.warn(set.id, fmt::format("{} that are no numbers, taken as 0",
+                                         Counted(spoilt, "texture coordinate", "texture coordinates")));
     ForEachValue(json, "polygon_vertex_indices", [&](const Element& row) {
         double n[3];
         if (ReadRow(row, n, 3) != 3 || !std::all_of(n, n + 3, [](double x) { return IsIndex(x, unlimited); }))

@@ -23,7 +23,7 @@ struct UvSet {
 };
 
 /// @throws base::FormatError  a coordinate is not two numbers
-UvSet ParseUvSet(const Element& json, const ParseContext& context);
+UvSet ParseUvSet(const Element& json, ParseContext& context);
 /// One index a corner; empty, with a warning, when the set names what it or the mesh does not have.
 geometry::TexCoords CornersOf(const UvSet& set, const geometry::Topology& topology, ParseContext& context);
 /// Vertex indices of each line; lines that name vertices the mesh does not have are left out, with a warning.

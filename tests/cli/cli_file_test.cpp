@@ -114,7 +114,7 @@ TEST(InspectCommand, refuses_what_is_no_json)
 {
     const Workspace workspace;
     const std::string file = workspace.write("broken.dsf", "{\"file_version\": ");
-    ExpectError(RunProgram({"inspect", file}), 1, file + ": line 1 is not valid JSON.");
+    ExpectError(RunProgram({"inspect", file}), 1, file + ": ends too early, at line 1, column 18.");
 }
 
 TEST(InspectCommand, refuses_a_gzip_that_is_cut_off)

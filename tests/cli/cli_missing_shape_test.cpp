@@ -236,7 +236,7 @@ TEST_F(MissingShape, is_missed_where_another_dial_turns_it)
     replaceIn(wide.file, "\"vertex_count\" : 488", "\"vertex_count\" : 487");
     expectMissed("\"Wide\" (" + file + ": is for a mesh of 487");
     write(wide.file, "hello");
-    expectMissed("\"Wide\" (" + file + ": line 1 is not valid JSON");
+    expectMissed("\"Wide\" (" + file + ": line 1, column 1 is not valid JSON");
     fs::remove(file);
     expectMissed("\"Wide\" (" + std::string(folder) + wide.file + ": is in no content library");
 }
@@ -271,7 +271,7 @@ TEST_F(MissingShape, is_none_where_a_comma_too_many_can_be_read_over)
     const double whole = displacement(reportFrom(character({wide})));
     const std::string last = textOf(wide.file).find("}\n") == std::string::npos ? "}" : "}\n";
     replaceIn(wide.file, last, "," + last);
-    const std::string line = workspace.path(place(wide.file)) + ": has commas before closing brackets";
+    const std::string line = workspace.path(place(wide.file)) + ": has 1 stray comma, left out: line ";
     const json worn = reportFrom(character({wide}));
     EXPECT_TRUE(warns(worn, line)) << worn;
     EXPECT_EQ(displacement(worn), whole);

@@ -73,7 +73,8 @@ TEST_F(DesktopLog, tells_why_a_file_could_not_be_opened)
     const ModalAnswer box;
     EXPECT_FALSE(desktop->files().openFile(file));
     ASSERT_GT(table().rowCount(), 0);
-    EXPECT_EQ(row(table().rowCount() - 1), (QStringList{"Error", file, "", "line 1 is not valid JSON"}));
+    EXPECT_EQ(row(table().rowCount() - 1),
+              (QStringList{"Error", file, "", "ends too early, at line 1, column 2"}));
 }
 
 TEST_F(DesktopLog, follows_the_newest_unless_somebody_has_scrolled_back)

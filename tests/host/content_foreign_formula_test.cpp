@@ -106,8 +106,9 @@ TEST_F(ForeignScene, a_file_that_cannot_be_read_is_one_sentence_and_the_scene_st
     };
     const Case cases[] = {
         {"", "Bad.duf: is empty"},
-        {"ply\nformat ascii", "Bad.duf: line 1 is not valid JSON"},
-        {"{\"file_version\": \"0.6.0.0\",\n\"scene\": {\"nodes\": [}}", "Bad.duf: line 2 is not valid JSON"},
+        {"ply\nformat ascii", "Bad.duf: line 1, column 1 is not valid JSON"},
+        {"{\"file_version\": \"0.6.0.0\",\n\"scene\": {\"nodes\": [}}",
+         "Bad.duf: line 2, column 21 is not valid JSON"},
         {"[1, 2]", "Bad.duf: is not a DSON file"},
         {"{\"name\": \"package\"}", "Bad.duf: is not a DSON file: it has no file_version"},
         {packed.substr(0, packed.size() / 2), "Bad.duf: the compressed data is cut off"},

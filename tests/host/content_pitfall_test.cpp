@@ -479,7 +479,7 @@ TEST_F(Pitfall, packaging_differs_and_the_first_bytes_tell)
         EXPECT_TRUE(load("People/Packed.duf", text)) << text.substr(0, 4) << log().toStdString();
         EXPECT_NE(labelled("Packed"), nullptr);
     }
-    EXPECT_TRUE(logged("Packed.duf: has commas before closing brackets"));
+    EXPECT_TRUE(logged("Packed.duf: has 1 stray comma, left out: line "));
 }
 
 TEST_F(Pitfall, companion_files_of_other_systems_are_passed_over)
@@ -489,7 +489,7 @@ TEST_F(Pitfall, companion_files_of_other_systems_are_passed_over)
     ASSERT_NE(openDoll(), nullptr);
     EXPECT_FALSE(logged("._Up.dsf")) << log().toStdString();
     EXPECT_FALSE(open(_library / doll::shapes / "._Up.dsf"));
-    EXPECT_TRUE(logged("._Up.dsf: line 1 is not valid JSON"));
+    EXPECT_TRUE(logged("._Up.dsf: line 1, column 1 is not valid JSON"));
 }
 
 TEST_F(Pitfall, the_id_in_asset_info_may_be_wrong_after_a_copy)

@@ -146,14 +146,16 @@ TEST_F(FileText, loses_commas_before_closing_brackets_only)
                R"({"file_version": "0.6.0.0", "asset_info": {"id": "/x.dsf", "type": "modifier",},})");
     const dson::Document document = dson::ReadDocument(file());
     EXPECT_EQ(document.info.type, "modifier");
-    EXPECT_EQ(document.diagnostics, (base::Diagnostics{{base::Severity::Warning, file().string(), "",
-                                                        "has commas before closing brackets"}}));
+    EXPECT_EQ(document.diagnostics,
+              (base::Diagnostics{{base::Severity::Warning, file().string(), "",
+                                  "has 2 stray commas, left out: the first at line 1, column 78"}}));
 }
 
 TEST_F(FileText, of_another_systems_companion_file_is_no_document)
 {
     WriteBytes(file(), std::string("\x00\x05\x16\x07\x00\x02\x00\x00Mac OS X", 16));
-    EXPECT_EQ(ErrorOf([&] { dson::ReadDocument(file()); }), file().string() + ": line 1 is not valid JSON");
+    EXPECT_EQ(ErrorOf([&] { dson::ReadDocument(file()); }),
+              file().string() + ": line 1, column 1 is not valid JSON");
 }
 
 TEST(Uri, every_form_is_taken_apart)

@@ -58,14 +58,26 @@ TEST_F(ForeignUvs, that_do_not_fit_are_left_out_and_told)
     }
     EXPECT_TRUE(us(read(R"({"id": "My Set", "uvs": [[0,0]]})")).empty());
     EXPECT_NE(ErrorOf([&] {
-                  read(R"({"id": "My Set", "uvs": [[0,"x"]]})");
+                  read(R"({"id": "My Set", "uvs": [[0]]})");
               }).find("texture coordinate 0 is not two numbers"),
               std::string::npos);
 }
 
+TEST_F(ForeignUvs, that_are_no_numbers_are_told_and_read_as_zero)
+{
+    const dson::Document document =
+        read(R"({"id": "My Set", "uvs": [[0,0],["x",1],[1,NaN],[0,1],[0,0],[0,0],[0,0],[0,0]]})");
+    const auto& coordinates = document.geometries.front().texCoords.coordinates;
+    ASSERT_EQ(coordinates.size(), 8u);
+    EXPECT_EQ(coordinates[1].u, 0.0f);
+    EXPECT_EQ(coordinates[1].v, 1.0f);
+    EXPECT_EQ(coordinates[2].v, 0.0f);
+    EXPECT_EQ(document.diagnostics.back().what, "2 texture coordinates that are no numbers, taken as 0");
+}
+
 TEST_F(ForeignUvs, are_not_needed)
 {
-    EXPECT_TRUE(us(read(R"({"id": "Somebody else's", "uvs": [[0,"x"]]})")).empty());
+    EXPECT_TRUE(us(read(R"({"id": "Somebody else's", "uvs": [[0]]})")).empty());
 }
 
 TEST_F(ForeignUvs, come_with_lines_whose_vertices_are_there)

@@ -1,0 +1,250 @@
+// JSON as it ought not to be written, made strict.
+// SPDX-License-Identifier: MIT
+
+#include "lenient_json.h"
+
+#include "json_token.h"
+#include "lenient_string.h"
+#include "oddities.h"
+
+#include <algorithm>
+
+namespace dson {
+
+namespace {
+
+/// Where the text makes no sense.
+struct Senseless {
+    std::size_t at;
+};
+
+/// What is nested further is nobody's file.
+constexpr std::size_t deepest = 1024;
+
+class Mender {
+public:
+    explicit Mender(std::string_view text) : _text(text) { _result.reserve(text.size()); }
+
+    void mend()
+    {
+        takeGap();
+        if (peek() != '{' && peek() != '[')
+            throw Senseless{_at};
+        do {
+            takeNext();
+            takeGap();
+        } while (!_open.empty());
+        noteBehindEnd();
+    }
+    std::string& result() { return _result; }
+    const Oddities& oddities() const { return _oddities; }
+
+private:
+    /// An array or object that is not closed yet.
+    struct Open {
+        char bracket;
+        bool hasItems = false;
+        bool isAfterComma = false;
+        bool wantsValue = false; ///< a name and its colon have been read
+        std::size_t comma = 0;   ///< of the last one
+    };
+
+    // 0 stands for the end; a zero byte within the text makes no sense either way.
+    char peek(std::size_t ahead = 0) const { return _at + ahead < _text.size() ? _text[_at + ahead] : '\0'; }
+    void note(Oddity kind, std::size_t at) { _oddities.add(kind, at); }
+
+    void takeNext()
+    {
+        switch (peek()) {
+        case '{':
+        case '[':
+            return open();
+        case '}':
+        case ']':
+            return close();
+        case ',':
+            return takeComma();
+        default:
+            return takeValueOrName();
+        }
+    }
+
+    /// White space and comments.
+    void takeGap()
+    {
+        for (;;) {
+            _at = std::min(_text.find_first_not_of(" \t\r\n\f\v", _at), _text.size());
+            if (peek() != '/' || (peek(1) != '/' && peek(1) != '*'))
+                return;
+            note(Oddity::Comment, _at);
+            if (peek(1) == '/') {
+                _at = std::min(_text.find('\n', _at), _text.size());
+                continue;
+            }
+            const std::size_t end = _text.find("*/", _at + 2);
+            if (end == std::string_view::npos)
+                throw Senseless{_text.size()};
+            _at = end + 2;
+        }
+    }
+
+    void beginItem()
+    {
+        if (_open.empty())
+            return;
+        Open& list = _open.back();
+        if (list.wantsValue) {
+            list.wantsValue = false;
+            return;
+        }
+        if (list.hasItems) {
+            if (!list.isAfterComma)
+                note(Oddity::MissingComma, _at);
+            _result += ',';
+        }
+        list.hasItems = true;
+        list.isAfterComma = false;
+    }
+
+    bool wantsName() const
+    {
+        return !_open.empty() && _open.back().bracket == '{' && !_open.back().wantsValue;
+    }
+
+    void open()
+    {
+        if (wantsName() || _open.size() == deepest)
+            throw Senseless{_at};
+        beginItem();
+        _open.push_back({peek()});
+        _result += peek();
+        ++_at;
+    }
+
+    void close()
+    {
+        const Open list = _open.back();
+        if (peek() != (list.bracket == '{' ? '}' : ']'))
+            throw Senseless{_at};
+        giveMissingValue();
+        if (list.isAfterComma)
+            note(Oddity::StrayComma, list.comma);
+        _result += peek();
+        ++_at;
+        _open.pop_back();
+    }
+
+    void giveMissingValue()
+    {
+        if (!_open.back().wantsValue)
+            return;
+        note(Oddity::NoValue, _at);
+        _result += "null";
+        _open.back().wantsValue = false;
+    }
+
+    void takeComma()
+    {
+        giveMissingValue();
+        Open& list = _open.back();
+        if (list.isAfterComma || !list.hasItems)
+            note(Oddity::StrayComma, _at);
+        else
+            list.comma = _at;
+        list.isAfterComma = list.hasItems;
+        ++_at;
+    }
+
+    void takeValueOrName()
+    {
+        const bool isName = wantsName();
+        if (peek() == '"') {
+            beginItem();
+            if (!MendString(_text, _at, _result, _oddities))
+                throw Senseless{_text.size()};
+        } else {
+            takeWord(isName);
+        }
+        if (isName)
+            takeColon();
+    }
+
+    void takeWord(bool isName)
+    {
+        const auto end =
+            std::find_if_not(_text.begin() + static_cast<std::ptrdiff_t>(_at), _text.end(), IsTokenCharacter);
+        const auto size = static_cast<std::size_t>(end - _text.begin()) - _at;
+        const JsonToken token = ReadToken(_text.substr(_at, size));
+        if (isName || token.kind == JsonToken::Kind::Unknown)
+            throw Senseless{end == _text.end() ? _text.size() : _at};
+        beginItem();
+        if (token.kind == JsonToken::Kind::NotFinite)
+            note(Oddity::NotFinite, _at);
+        if (token.kind == JsonToken::Kind::Rounded)
+            note(Oddity::Rounded, _at);
+        if (token.kind == JsonToken::Kind::Renamed)
+            note(Oddity::Notation, _at);
+        _result += token.text;
+        _at += size;
+    }
+
+    void takeColon()
+    {
+        takeGap();
+        if (peek() != ':')
+            throw Senseless{_at};
+        _result += ':';
+        ++_at;
+        _open.back().wantsValue = true;
+    }
+
+    void noteBehindEnd()
+    {
+        // 26 was an end-of-file mark once.
+        const std::string_view rest = _text.substr(_at);
+        if (rest.empty())
+            return;
+        const bool isPadding =
+            rest.find_first_not_of(std::string_view("\0\x1A \t\r\n", 6)) == std::string_view::npos;
+        note(isPadding ? Oddity::PaddingBehindEnd : Oddity::TextBehindEnd, _at);
+    }
+
+    std::string_view _text;
+    std::size_t _at = 0;
+    std::string _result;
+    std::vector<Open> _open;
+    Oddities _oddities;
+};
+
+} // namespace
+
+TextPlace PlaceOf(std::string_view text, std::size_t at)
+{
+    TextPlace place;
+    for (const char c : text.substr(0, at)) {
+        if (c == '\n') {
+            ++place.line;
+            place.column = 1;
+        } else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) {
+            ++place.column;
+        }
+    }
+    return place;
+}
+
+MendedJson Mend(std::string_view text)
+{
+    Mender mender(text);
+    MendedJson mended;
+    try {
+        mender.mend();
+    } catch (const Senseless& end) {
+        mended.error = std::min(end.at, text.size());
+        return mended;
+    }
+    mended.text = std::move(mender.result());
+    mended.oddities = mender.oddities().phrases(text);
+    return mended;
+}
+
+} // namespace dson

@@ -1,0 +1,43 @@
+// The text of a DSON file, taken apart.
+// SPDX-License-Identifier: MIT
+
+#include "parsed_text.h"
+
+#include "base/errors.h"
+#include "lenient_json.h"
+
+#include <utility>
+
+namespace dson {
+
+ParsedText::ParsedText(const std::string& text, std::string name) : _name(std::move(name))
+{
+    if (text.find_first_not_of(" \t\r\n") == std::string::npos)
+        throw base::FormatError("{}: is empty", _name);
+    simdjson::error_code error = _parser.parse(text).get(_root);
+    if (error && error != simdjson::DEPTH_ERROR)
+        error = parseMended(text);
+    if (error == simdjson::DEPTH_ERROR)
+        throw base::FormatError("{}: is nested too deeply", _name);
+    if (error)
+        throw base::FormatError("{}: is not valid JSON", _name);
+    if (!_root.is_object())
+        throw base::FormatError("{}: is not a DSON file", _name);
+}
+
+simdjson::error_code ParsedText::parseMended(const std::string& text)
+{
+    MendedJson mended = Mend(text);
+    if (mended.error) {
+        const TextPlace place = PlaceOf(text, *mended.error);
+        if (*mended.error == text.size())
+            throw base::FormatError("{}: ends too early, at line {}, column {}", _name, place.line,
+                                    place.column);
+        throw base::FormatError("{}: line {}, column {} is not valid JSON", _name, place.line, place.column);
+    }
+    for (std::string& oddity : mended.oddities)
+        _diagnostics.push_back({base::Severity::Warning, _name, std::string(), std::move(oddity)});
+    return _parser.parse(mended.text).get(_root);
+}
+
+} // namespace dson
