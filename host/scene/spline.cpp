@@ -9,28 +9,38 @@ namespace openhost {
 
 namespace {
 
-double Slope(const SplineKnot& a, const SplineKnot& b)
+/// From one knot to the next.
+struct Step {
+    double in = 0.0, out = 0.0;
+};
+
+Step StepBetween(const std::vector<SplineKnot>& knots, std::size_t from, std::size_t to)
 {
-    return b.in > a.in ? (b.out - a.out) / (b.in - a.in) : 0.0;
+    return {knots[to].in - knots[from].in, knots[to].out - knots[from].out};
 }
 
 struct Tangents {
     double incoming, outgoing; ///< per unit of `in`
 };
 
-// Kochanek and Bartels, "Interpolating splines with local tension, continuity, and bias control", 1984,
-// written with slopes so that unequal spacing is taken care of. At the ends the one neighbour counts for
-// both.
+// Kochanek and Bartels, "Interpolating splines with local tension, continuity, and bias control", 1984: the
+// steps to the neighbours are weighed, and both tangents scaled by the neighbours' distances, so that the
+// curve passes an unevenly spaced knot without a change of speed. At the ends the one neighbour counts for
+// both; so it does beside a second knot in the same place, where the curve jumps.
 Tangents TangentsAt(const std::vector<SplineKnot>& knots, std::size_t i)
 {
     const SplineKnot& k = knots[i];
-    const double after = i + 1 < knots.size() ? Slope(k, knots[i + 1]) : Slope(knots[i - 1], k);
-    const double before = i > 0 ? Slope(knots[i - 1], k) : after;
-    const double loose = (1.0 - k.tension) / 2.0;
-    return {loose * ((1.0 - k.continuity) * (1.0 + k.bias) * before +
-                     (1.0 + k.continuity) * (1.0 - k.bias) * after),
-            loose * ((1.0 + k.continuity) * (1.0 + k.bias) * before +
-                     (1.0 - k.continuity) * (1.0 - k.bias) * after)};
+    Step before = i > 0 ? StepBetween(knots, i - 1, i) : Step();
+    Step after = i + 1 < knots.size() ? StepBetween(knots, i, i + 1) : Step();
+    if (before.in <= 0.0)
+        before = after;
+    if (after.in <= 0.0)
+        after = before;
+    const double scale = (1.0 - k.tension) / (before.in + after.in);
+    return {scale * ((1.0 - k.continuity) * (1.0 + k.bias) * before.out +
+                     (1.0 + k.continuity) * (1.0 - k.bias) * after.out),
+            scale * ((1.0 + k.continuity) * (1.0 + k.bias) * before.out +
+                     (1.0 - k.continuity) * (1.0 - k.bias) * after.out)};
 }
 
 double Hermite(double y0, double m0, double y1, double m1, double t)

@@ -10,4 +10,5 @@ gantrel_add_tests(host_scene_tests
         scene_node_test.cpp
         scene_property_test.cpp
         scene_settings_test.cpp
+        scene_spline_test.cpp
     LIBRARIES host_rooms geometry Qt5::Test)
