@@ -1,9 +1,11 @@
 // Turning the members of a DSON file into values: animations.
 // SPDX-License-Identifier: MIT
 
+#include "json_rows.h"
 #include "parts.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace dson {
 
@@ -29,24 +31,23 @@ double ValueAtZero(std::vector<Key> keys)
 
 } // namespace
 
-std::optional<AnimatedValue> ParseAnimation(const Element& json)
+std::optional<AnimatedValue> ParseAnimation(const Element& json, std::size_t& strange)
 {
     AnimatedValue animation;
     animation.url = Text(json, "url");
     std::vector<Key> keys;
+    std::size_t others = 0;
     ForEach(json, "keys", [&](const Element& row) {
-        if (!row.is_array())
-            return;
-        std::optional<double> numbers[2];
-        std::size_t index = 0;
-        for (const Element item : Items(row))
-            if (index < 2)
-                numbers[index++] = AsNumber(item);
-        if (numbers[0] && numbers[1])
-            keys.push_back({*numbers[0], *numbers[1]});
+        double pair[2];
+        // Further entries say how to get to the next key.
+        if (ReadRow(row, pair, 2) >= 2 && std::isfinite(pair[0]) && std::isfinite(pair[1]))
+            keys.push_back({pair[0], pair[1]});
+        else
+            ++others;
     });
     if (keys.empty() || animation.url.empty())
         return std::nullopt;
+    strange += others;
     animation.value = ValueAtZero(std::move(keys));
     return animation;
 }

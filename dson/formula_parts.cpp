@@ -11,31 +11,46 @@ namespace dson {
 
 namespace {
 
-std::optional<Operation> ParsePush(const Element& json)
+/// What was read, or why it cannot be.
+struct ParsedOperation {
+    Operation operation;
+    std::string reason; ///< empty when it was read
+};
+
+ParsedOperation ParseKnot(const Element& json)
+{
+    ParsedOperation parsed;
+    parsed.operation.kind = Operation::Kind::PushKnot;
+    std::size_t index = 0;
+    ForEach(json, "val", [&](const Element& item) {
+        const auto number = AsNumber(item);
+        if (!number)
+            parsed.reason = "a knot is not made of numbers";
+        else if (index < parsed.operation.knot.size())
+            parsed.operation.knot[index++] = *number;
+    });
+    return parsed;
+}
+
+ParsedOperation ParsePush(const Element& json)
 {
     Operation operation;
     if (const auto url = Find(json, "url")) {
         operation.kind = Operation::Kind::PushUrl;
         operation.url = Text(json, "url");
-        return operation;
+        return {operation, {}};
     }
     const auto value = Find(json, "val");
-    if (!value)
-        return std::nullopt;
-    if (!value->is_array()) {
-        operation.value = AsNumber(*value).value_or(0.0);
-        return operation;
-    }
-    operation.kind = Operation::Kind::PushKnot;
-    std::size_t index = 0;
-    ForEach(json, "val", [&](const Element& item) {
-        if (index < operation.knot.size())
-            operation.knot[index++] = AsNumber(item).value_or(0.0);
-    });
-    return operation;
+    if (value && value->is_array())
+        return ParseKnot(json);
+    const auto number = value ? AsNumber(*value) : std::nullopt;
+    if (!number)
+        return {operation, "a push has neither address nor number"};
+    operation.value = *number;
+    return {operation, {}};
 }
 
-std::optional<Operation> ParseOperation(const Element& json)
+ParsedOperation ParseOperation(const Element& json)
 {
     using Kind = Operation::Kind;
     static const std::map<std::string, Kind> kinds{{"add", Kind::Add},
@@ -52,10 +67,32 @@ std::optional<Operation> ParseOperation(const Element& json)
         return ParsePush(json);
     const auto kind = kinds.find(name);
     if (kind == kinds.end())
-        return std::nullopt;
+        return {{}, name.empty() ? "an operation has no name" : "the operation " + name + " is unknown"};
     Operation operation;
     operation.kind = kind->second;
-    return operation;
+    return {operation, {}};
+}
+
+/// @return why it cannot be understood; empty when it is
+std::string ParseOperations(const Element& json, std::vector<Operation>& operations)
+{
+    std::string reason;
+    ForEach(json, "operations", [&](const Element& item) {
+        ParsedOperation parsed = ParseOperation(item);
+        if (reason.empty())
+            reason = std::move(parsed.reason);
+        operations.push_back(std::move(parsed.operation));
+    });
+    return operations.empty() ? "it has no operations" : reason;
+}
+
+Formula::Stage ParseStage(const Element& json, std::size_t& unknown)
+{
+    const std::string stage = Text(json, "stage", "sum");
+    if (stage == "mult" || stage == "multiply")
+        return Formula::Stage::Multiply;
+    unknown += stage != "sum";
+    return Formula::Stage::Sum;
 }
 
 } // namespace
@@ -63,26 +100,31 @@ std::optional<Operation> ParseOperation(const Element& json)
 std::vector<Formula> ParseFormulas(const Element& owner, ParseContext& context)
 {
     std::vector<Formula> formulas;
+    std::size_t strange = 0, unknownStages = 0;
+    std::string example;
     ForEach(owner, "formulas", [&](const Element& json) {
         Formula formula;
         formula.output = Text(json, "output");
-        const std::string stage = Text(json, "stage", "sum");
-        formula.stage =
-            stage == "mult" || stage == "multiply" ? Formula::Stage::Multiply : Formula::Stage::Sum;
-        bool isComplete = !formula.output.empty();
-        ForEach(json, "operations", [&](const Element& item) {
-            const auto operation = ParseOperation(item);
-            isComplete = isComplete && operation;
-            if (operation)
-                formula.operations.push_back(*operation);
-        });
-        if (isComplete && !formula.operations.empty())
-            formulas.push_back(std::move(formula));
-        else
-            context.warn(
-                Text(owner, "id"),
-                fmt::format("a formula for {} cannot be understood and is left out", formula.output));
+        std::string reason = ParseOperations(json, formula.operations);
+        if (formula.output.empty())
+            reason = "it drives nothing";
+        if (!reason.empty()) {
+            if (strange++ == 0)
+                example = formula.output + ": " + reason;
+            return;
+        }
+        formula.stage = ParseStage(json, unknownStages);
+        formulas.push_back(std::move(formula));
     });
+    if (strange == 1)
+        context.warn(Text(owner, "id"), "1 formula cannot be understood and is left out, for " + example);
+    if (strange > 1)
+        context.warn(Text(owner, "id"),
+                     fmt::format("{} formulas cannot be understood and are left out, the first for {}",
+                                 strange, example));
+    if (unknownStages > 0)
+        context.warn(Text(owner, "id"), fmt::format("{} of an unknown stage and added",
+                                                    Counted(unknownStages, "formula is", "formulas are")));
     return formulas;
 }
 

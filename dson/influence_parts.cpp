@@ -1,46 +1,45 @@
 // Turning the members of a DSON file into values: influence weights.
 // SPDX-License-Identifier: MIT
 
+#include "json_rows.h"
 #include "parts.h"
-
-#include <algorithm>
-#include <cmath>
+#include "weight_losses.h"
 
 namespace dson {
 
 namespace {
 
 void CollectFrom(const Element& element, const std::string& owner, bool inDForm, int depth,
-                 std::vector<InfluenceMap>& maps);
+                 std::vector<InfluenceMap>& maps, ParseContext& context);
 
-std::optional<InfluenceMap> ParseInfluenceMap(const Element& holder, const std::string& owner, bool inDForm)
+std::optional<InfluenceMap> ParseInfluenceMap(const Element& holder, const std::string& owner, bool inDForm,
+                                              ParseContext& context)
 {
     InfluenceMap map;
     map.owner = owner;
     map.isDForm = inDForm;
     map.vertexCount = Count(holder, "influence_vertex_count", Count(holder, "vertex_count", -1));
-    bool isMap = true;
+    const double limit = map.vertexCount > 0 ? static_cast<double>(map.vertexCount) : unlimited;
+    WeightLosses losses;
     ForEachValue(holder, "influence_weights", [&](const Element& row) {
-        double pair[2] = {-1.0, 0.0};
-        std::size_t numbers = 0;
-        if (row.is_array())
-            for (const Element item : Items(row))
-                if (const auto number = AsNumber(item); number && numbers < 2)
-                    pair[numbers++] = *number;
-        isMap = isMap && numbers == 2 && pair[0] >= 0.0 && pair[0] < 4294967295.0 &&
-                pair[0] == std::floor(pair[0]);
-        if (isMap) {
+        double pair[2];
+        if (!IsRow(row, pair, 2)) {
+            ++losses.rows;
+        } else if (!IsIndex(pair[0], limit)) {
+            ++losses.vertices;
+        } else {
             map.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
-            map.weights.push_back(static_cast<float>(std::clamp(pair[1], 0.0, 1.0)));
+            map.weights.push_back(losses.held(pair[1]));
         }
     });
-    if (!isMap || map.vertices.empty())
+    losses.tell(owner, context);
+    if (map.vertices.empty())
         return std::nullopt;
     return map;
 }
 
 void CollectFromObject(const Element& element, std::string owner, bool inDForm, int depth,
-                       std::vector<InfluenceMap>& maps)
+                       std::vector<InfluenceMap>& maps, ParseContext& context)
 {
     for (const std::string_view key : {"name", "label"})
         if (const std::string name = Text(element, key); !name.empty()) {
@@ -48,14 +47,14 @@ void CollectFromObject(const Element& element, std::string owner, bool inDForm, 
             break;
         }
     if (Find(element, "influence_weights"))
-        if (auto map = ParseInfluenceMap(element, owner, inDForm))
+        if (auto map = ParseInfluenceMap(element, owner, inDForm, context))
             maps.push_back(std::move(*map));
     for (const auto member : Members(element))
-        CollectFrom(member.value, owner, inDForm || member.key == "dform", depth + 1, maps);
+        CollectFrom(member.value, owner, inDForm || member.key == "dform", depth + 1, maps, context);
 }
 
 void CollectFrom(const Element& element, const std::string& owner, bool inDForm, int depth,
-                 std::vector<InfluenceMap>& maps)
+                 std::vector<InfluenceMap>& maps, ParseContext& context)
 {
     // Geometry and delta lists cannot hold maps; entering only objects and arrays of them keeps the walk
     // short.
@@ -63,22 +62,22 @@ void CollectFrom(const Element& element, const std::string& owner, bool inDForm,
     if (depth > deepest)
         return;
     if (element.is_object()) {
-        CollectFromObject(element, owner, inDForm, depth, maps);
+        CollectFromObject(element, owner, inDForm, depth, maps, context);
     } else if (element.is_array()) {
         for (const Element item : Items(element)) {
             if (!item.is_object())
                 break;
-            CollectFrom(item, owner, inDForm, depth + 1, maps);
+            CollectFrom(item, owner, inDForm, depth + 1, maps, context);
         }
     }
 }
 
 } // namespace
 
-std::vector<InfluenceMap> CollectInfluenceMaps(const Element& root)
+std::vector<InfluenceMap> CollectInfluenceMaps(const Element& root, ParseContext& context)
 {
     std::vector<InfluenceMap> maps;
-    CollectFrom(root, {}, false, 0, maps);
+    CollectFrom(root, {}, false, 0, maps, context);
     return maps;
 }
 

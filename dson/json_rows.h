@@ -5,6 +5,7 @@
 
 #include "json_view.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -22,6 +23,14 @@ inline std::size_t ReadRow(const Element& row, double* numbers, std::size_t room
         ++count;
     }
     return count;
+}
+
+/// Reads a row of just so many finite numbers.
+/// @return false when it is none
+inline bool IsRow(const Element& row, double* numbers, std::size_t count)
+{
+    return ReadRow(row, numbers, count) == count &&
+           std::all_of(numbers, numbers + count, [](double number) { return std::isfinite(number); });
 }
 
 /// Returns how many there were.

@@ -6,6 +6,7 @@
 #include "json_rows.h"
 #include "parts.h"
 #include "uv.h"
+#include "weight_losses.h"
 
 #include <algorithm>
 #include <cmath>
@@ -87,7 +88,7 @@ std::optional<double> ResolutionLevel(const Element& json)
     return level;
 }
 
-JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, const ParseContext& context)
+JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, WeightLosses& losses)
 {
     JointBinding joint;
     joint.node = ParseUri(Text(json, "node")).id;
@@ -97,11 +98,14 @@ JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, const Pa
     const double limit = vertexCount > 0 ? vertexCount : unlimited;
     ForEachValue(json, "node_weights", [&](const Element& row) {
         double pair[2];
-        if (ReadRow(row, pair, 2) != 2 || !IsIndex(pair[0], limit) || !std::isfinite(pair[1]))
-            throw base::FormatError("{}: weight {} of joint {} is out of range", context.name,
-                                    joint.vertices.size(), joint.node);
-        joint.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
-        joint.weights.push_back(static_cast<float>(std::clamp(pair[1], 0.0, 1.0)));
+        if (!IsRow(row, pair, 2)) {
+            ++losses.rows;
+        } else if (!IsIndex(pair[0], limit)) {
+            ++losses.vertices;
+        } else {
+            joint.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
+            joint.weights.push_back(losses.held(pair[1]));
+        }
     });
     return joint;
 }
@@ -143,7 +147,8 @@ void SortDeltas(geometry::SparseDeltas& deltas, const std::string& id, ParseCont
         sorted.deltas.push_back(deltas.deltas[i]);
     }
     if (sorted.size() != deltas.size())
-        context.warn(id, fmt::format("{} deltas are given twice", deltas.size() - sorted.size()));
+        context.warn(id, fmt::format("{} replaced by later ones of the same vertices",
+                                     Counted(deltas.size() - sorted.size(), "delta is", "deltas are")));
     deltas = std::move(sorted);
 }
 
@@ -183,10 +188,12 @@ SkinDefinition ParseSkin(const Element& modifier, ParseContext& context)
     definition.binding.vertexCount =
         static_cast<std::uint32_t>(std::max<std::int64_t>(Count(*skin, "vertex_count", 0), 0));
     std::size_t perAxis = 0;
+    WeightLosses losses;
     ForEach(*skin, "joints", [&](const Element& joint) {
-        definition.binding.joints.push_back(ParseJoint(joint, definition.binding.vertexCount, context));
+        definition.binding.joints.push_back(ParseJoint(joint, definition.binding.vertexCount, losses));
         perAxis += !Find(joint, "node_weights") && Find(joint, "local_weights");
     });
+    losses.tell(definition.binding.id, context);
     if (perAxis > 0)
         context.warn(definition.binding.id,
                      fmt::format("{} joints have weights for each axis alone, which move nothing", perAxis));
@@ -203,21 +210,24 @@ geometry::SparseDeltas ParseDeltas(const Element& morph, const std::string& id, 
     geometry::SparseDeltas result;
     const std::int64_t vertexCount = Count(morph, "vertex_count", -1);
     const double limit = vertexCount > 0 ? static_cast<double>(vertexCount) : unlimited;
-    std::size_t dropped = 0;
+    std::size_t strange = 0, outside = 0;
     ForEachValue(morph, "deltas", [&](const Element& row) {
         double n[4];
-        const bool isGood = ReadRow(row, n, 4) == 4 && IsIndex(n[0], limit) && std::isfinite(n[1]) &&
-                            std::isfinite(n[2]) && std::isfinite(n[3]);
-        if (!isGood) {
-            ++dropped;
+        const bool isRow = IsRow(row, n, 4);
+        if (!isRow || !IsIndex(n[0], limit)) {
+            ++(isRow ? outside : strange);
             return;
         }
         result.vertices.push_back(static_cast<std::uint32_t>(n[0]));
         result.deltas.push_back(
             {static_cast<float>(n[1]), static_cast<float>(n[2]), static_cast<float>(n[3])});
     });
-    if (dropped > 0)
-        context.warn(id, fmt::format("{} deltas name no vertex or are no numbers and are left out", dropped));
+    if (strange > 0)
+        context.warn(id, fmt::format("{} not four numbers and left out",
+                                     Counted(strange, "row of deltas is", "rows of deltas are")));
+    if (outside > 0)
+        context.warn(id, fmt::format("{} of vertices that the mesh does not have and left out",
+                                     Counted(outside, "delta is", "deltas are")));
     SortDeltas(result, id, context);
     return result;
 }

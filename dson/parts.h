@@ -39,9 +39,10 @@ geometry::SparseDeltas ParseDeltas(const Element& morph, const std::string& id, 
 NodeInstance ParseNodeInstance(const Element& json, ParseContext& context);
 ModifierInstance ParseModifierInstance(const Element& json, ParseContext& context);
 /// Nothing for an entry that holds no number.
-std::optional<AnimatedValue> ParseAnimation(const Element& json);
+/// @param strange  grows by the keys that are not two numbers, where there are others
+std::optional<AnimatedValue> ParseAnimation(const Element& json, std::size_t& strange);
 
 /// Every weight map called `influence_weights`, wherever in the file it stands.
-std::vector<InfluenceMap> CollectInfluenceMaps(const Element& root);
+std::vector<InfluenceMap> CollectInfluenceMaps(const Element& root, ParseContext& context);
 
 } // namespace dson

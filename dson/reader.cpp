@@ -114,14 +114,17 @@ void ReadScene(const Element& scene, Document& document, ParseContext& context)
     ForEach(scene, "modifiers", [&](const Element& json) {
         document.modifierInstances.push_back(ParseModifierInstance(json, context));
     });
-    std::size_t strange = 0;
+    std::size_t strange = 0, strangeKeys = 0;
     ForEach(scene, "animations", [&](const Element& json) {
-        if (auto animation = ParseAnimation(json))
+        if (auto animation = ParseAnimation(json, strangeKeys))
             document.animations.push_back(std::move(*animation));
         else
             ++strange;
     });
     NoteLeftOut(scene, document);
+    if (strangeKeys > 0)
+        context.warn({}, fmt::format("{} not a time and a number and left out",
+                                     Counted(strangeKeys, "key of animations is", "keys of animations are")));
     if (strange > 0)
         document.leftOut.push_back(Counted(strange, "value that is no number", "values that are no numbers"));
 }
@@ -147,7 +150,7 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
     if (const auto scene = Find(parsed.root(), "scene"))
         ReadScene(*scene, document, context);
     CheckIds(document, context);
-    document.influenceMaps = CollectInfluenceMaps(parsed.root());
+    document.influenceMaps = CollectInfluenceMaps(parsed.root(), context);
     document.diagnostics = std::move(parsed.diagnostics());
     return document;
 }

@@ -100,7 +100,7 @@ TEST_F(OddText, a_delta_that_is_not_finite_is_left_out_and_the_others_stay)
         const Phrases phrases = toldOf(members);
         ASSERT_EQ(phrases.size(), 2u) << number;
         EXPECT_EQ(phrases[0], "has 2 numbers that are not finite, left out: the first at line 2, column 40");
-        EXPECT_EQ(phrases[1], "Up: 2 deltas name no vertex or are no numbers and are left out");
+        EXPECT_EQ(phrases[1], "Up: 2 rows of deltas are not four numbers and left out");
     }
 }
 
