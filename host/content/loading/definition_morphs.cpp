@@ -4,6 +4,7 @@
 #include "definition_morphs.h"
 
 #include "app/texts.h"
+#include "base/errors.h"
 #include "definition_nodes.h"
 #include "dson/dhdm.h"
 #include "dson/file_text.h"
@@ -44,14 +45,21 @@ geometry::SparseDeltas WithinMesh(geometry::SparseDeltas deltas, int vertexCount
 }
 
 /// The companion file of a morph: where the morph says, otherwise beside the morph's own file.
-geometry::MultiresDetail ReadDetail(const std::string& url, const std::filesystem::path& morphFile,
-                                    const geometry::Topology& cage)
+std::filesystem::path DetailFile(const std::string& url, const std::filesystem::path& morphFile)
 {
     const QString path = ToQ(dson::ParseUri(url).path);
-    std::filesystem::path file = dzApp->getContentMgr()->getAbsolutePath(path, true).toStdString();
-    if (file.empty())
-        file = std::filesystem::path(morphFile).replace_extension(".dhdm");
-    return dson::DecodeDhdm(dson::ReadBytes(file), cage, file.string());
+    const std::filesystem::path file = dzApp->getContentMgr()->getAbsolutePath(path, true).toStdString();
+    return file.empty() ? std::filesystem::path(morphFile).replace_extension(".dhdm") : file;
+}
+
+/// What goes wrong with the detail leaves the deltas as they are, which is good to know.
+geometry::MultiresDetail ReadDetail(const std::filesystem::path& file, const geometry::Topology& cage)
+{
+    try {
+        return dson::DecodeDhdm(dson::ReadBytes(file), cage, file.string());
+    } catch (const base::Error& error) {
+        throw base::FormatError("{}; what the shape does to the base mesh is kept", error.what());
+    }
 }
 
 void SetDeltas(DzMorphDeltas& deltas, const dson::Modifier& modifier, const dson::Document& file,
@@ -88,7 +96,7 @@ std::unique_ptr<DzMorph> MakeMorph(const dson::Modifier& modifier, const std::st
     if (!modifier.morph->hdUrl.empty())
         DeltasAccess::setDetailLoader(
             *deltas, [cage, url = modifier.morph->hdUrl, path = file.file](base::Diagnostics&) {
-                return ReadDetail(url, path, *cage);
+                return ReadDetail(DetailFile(url, path), *cage);
             });
     auto morph = std::make_unique<DzMorph>(deltas);
     morph->setName(ToQ(name));
