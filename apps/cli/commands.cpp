@@ -5,6 +5,7 @@
 
 #include "command_convert.h"
 #include "command_inspect.h"
+#include "command_list_dials.h"
 #include "command_make_figure.h"
 #include "command_render.h"
 #include "command_sample_content.h"
@@ -20,6 +21,7 @@ void AddCommands(CLI::App& program, CommandContext& context)
     AddConvertCommand(program, context);
     AddTransferCommand(program, context);
     AddInspectCommand(program, context);
+    AddListDialsCommand(program, context);
     AddRenderCommand(program, context);
     AddScriptCommand(program, context);
 }

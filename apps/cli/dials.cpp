@@ -34,11 +34,6 @@ void AppendDials(std::vector<Dial>& dials, const DzElement& element, DzModifier*
     }
 }
 
-std::string Folded(const std::string& text)
-{
-    return QString::fromStdString(text).toCaseFolded().toStdString();
-}
-
 /// Levenshtein's number of insertions, deletions and replacements that turn `wanted` into the candidate, or
 /// into the part of it that is most like it.
 std::size_t EditDistance(const std::string& wanted, const std::string& candidate, bool isPartEnough)
@@ -121,6 +116,11 @@ DzNumericProperty* TryFindDial(const std::vector<Dial>& dials, const std::string
 
 } // namespace
 
+std::string Folded(const std::string& text)
+{
+    return QString::fromStdString(text).toCaseFolded().toStdString();
+}
+
 std::vector<Dial> DialsOf(const DzNode& node)
 {
     std::vector<Dial> dials;
@@ -131,6 +131,24 @@ std::vector<Dial> DialsOf(const DzNode& node)
         }
     AppendDials(dials, node, nullptr);
     return dials;
+}
+
+std::vector<Dial> OwnDials(const DzNode& node)
+{
+    const DzNode plain;
+    std::vector<Dial> dials = DialsOf(node);
+    dials.erase(std::remove_if(dials.begin(), dials.end(),
+                               [&](const Dial& dial) {
+                                   return dial.property->isHidden() ||
+                                          (!dial.modifier && plain.findProperty(dial.property->getName()));
+                               }),
+                dials.end());
+    return dials;
+}
+
+bool IsAtDefault(const Dial& dial)
+{
+    return dial.property->getDoubleValue() == dial.property->getDoubleDefaultValue();
 }
 
 DzNumericProperty& FindDial(const std::vector<const DzNode*>& nodes, const std::string& name)

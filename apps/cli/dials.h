@@ -23,6 +23,13 @@ struct Dial {
 /// The dials that the user can see: of the modifiers first, then of the node.
 std::vector<Dial> DialsOf(const DzNode& node);
 
+/// Those shown, without the ones that every node has.
+std::vector<Dial> OwnDials(const DzNode& node);
+bool IsAtDefault(const Dial& dial);
+
+/// For comparing what users type: without case.
+std::string Folded(const std::string& text);
+
 /// By modifier name, then by property name, then by label; exactly first, then ignoring case.
 /// @throws std::runtime_error  none is called so (the text lists the closest names), or several labels are
 DzNumericProperty& FindDial(const DzNode& node, const std::string& name);

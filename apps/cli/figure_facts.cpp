@@ -28,25 +28,6 @@ int VertexCount(const DzNode& node)
     return shape && shape->getFacetMesh() ? shape->getFacetMesh()->getNumVertices() : 0;
 }
 
-/// Shown dials other than those that every node has.
-std::vector<Dial> OwnDials(const DzNode& node)
-{
-    const DzNode plain;
-    std::vector<Dial> dials = DialsOf(node);
-    dials.erase(std::remove_if(dials.begin(), dials.end(),
-                               [&](const Dial& dial) {
-                                   return dial.property->isHidden() ||
-                                          (!dial.modifier && plain.findProperty(dial.property->getName()));
-                               }),
-                dials.end());
-    return dials;
-}
-
-bool IsAtDefault(const Dial& dial)
-{
-    return dial.property->getDoubleValue() == dial.property->getDoubleDefaultValue();
-}
-
 /// Rounded to what single precision holds near 1.
 Json Number(double value)
 {

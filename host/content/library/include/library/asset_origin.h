@@ -4,6 +4,7 @@
 #pragma once
 
 #include "dzuri.h"
+#include "openhost/asset_uri.h"
 
 #include <string>
 
@@ -21,8 +22,6 @@ DzUri AssetUri(const std::string& decodedPath, const std::string& id);
 
 /// Notes which asset of a data file defines a dial or an object; nothing for an empty address.
 void SetAssetUri(QObject& made, const DzUri& uri);
-/// Empty for what was made in the scene, or loaded from a file that users save.
-DzUri AssetUriOf(const QObject& made);
 
 /// Notes that label, limits and display are now as the asset has them.
 void SetAsDefined(DzNumericProperty& property);
