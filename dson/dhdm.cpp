@@ -182,6 +182,32 @@ void AppendEdit(std::string& bytes, std::uint32_t path, Vec3f offset, int level)
     Append(bytes, offset.z);
 }
 
+/// Quads of a number that nobody has checked yet; where they are is of no importance.
+geometry::Topology CageOf(std::uint32_t faceCount, const std::string& name)
+{
+    constexpr std::uint32_t most = 10000000;
+    if (faceCount > most)
+        throw base::FormatError("{}: is for {} faces, more than any figure has", name, faceCount);
+    geometry::Topology cage;
+    cage.vertexCount = 1;
+    for (std::uint32_t face = 0; face < faceCount; ++face)
+        cage.addFace(std::vector<std::uint32_t>(4, 0));
+    return cage;
+}
+
+/// @param detail  on a cage of quads
+DhdmLevel Describe(const DetailLevel& detail, int level)
+{
+    DhdmLevel facts;
+    facts.edits = detail.size();
+    for (std::size_t i = 0; i < detail.size(); ++i) {
+        const int faceBits = 2 * level + 2;
+        facts.vertices += i == 0 || detail.corners[i] != detail.corners[i - 1];
+        facts.faces += i == 0 || detail.corners[i] >> faceBits != detail.corners[i - 1] >> faceBits;
+    }
+    return facts;
+}
+
 /// The face that holds a corner of the cage.
 std::uint32_t FaceOf(const geometry::Topology& cage, std::uint32_t corner)
 {
@@ -228,6 +254,18 @@ geometry::MultiresDetail DecodeDhdm(std::string_view bytes, const geometry::Topo
                                     const std::string& name)
 {
     return Decoder(bytes, cage, name).run();
+}
+
+DhdmFacts DescribeDhdm(std::string_view bytes, const std::string& name)
+{
+    DhdmFacts facts;
+    constexpr std::size_t faceCountAt = 16;
+    if (bytes.size() >= faceCountAt + sizeof facts.faceCount)
+        std::memcpy(&facts.faceCount, bytes.data() + faceCountAt, sizeof facts.faceCount);
+    const geometry::MultiresDetail detail = DecodeDhdm(bytes, CageOf(facts.faceCount, name), name);
+    for (std::size_t i = 0; i < detail.levels.size(); ++i)
+        facts.levels.push_back(Describe(detail.levels[i], static_cast<int>(i) + 1));
+    return facts;
 }
 
 std::string EncodeDhdm(const geometry::MultiresDetail& detail, const geometry::Topology& cage,

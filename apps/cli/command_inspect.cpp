@@ -9,12 +9,15 @@
 #include "file_facts.h"
 #include "host_session.h"
 #include "mesh_files.h"
+#include "morph_check.h"
+#include "morph_facts.h"
 #include "options.h"
 #include "progress.h"
 
 #include <memory>
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 namespace cli {
@@ -23,7 +26,8 @@ namespace {
 
 struct InspectArguments {
     std::string file;
-    std::vector<std::string> content;
+    std::vector<std::string> content, morphs;
+    bool check = false;
     bool json = false;
     bool verbose = false;
 };
@@ -53,6 +57,11 @@ void AddFigures(Json& facts, base::Diagnostics& diagnostics, const InspectArgume
         diagnostics.insert(diagnostics.end(), met.begin(), met.end());
 }
 
+ContentFiles ContentFor(const InspectArguments& arguments)
+{
+    return ContentFiles(ContentDirectoriesFor(arguments.file, ToPaths(arguments.content)));
+}
+
 Json DsonFacts(const InspectArguments& arguments, Progress& progress)
 {
     const Detail detail = arguments.json ? Detail::Full : Detail::Summary;
@@ -67,12 +76,37 @@ Json DsonFacts(const InspectArguments& arguments, Progress& progress)
     return facts;
 }
 
+Json FileFacts(const InspectArguments& arguments, Progress& progress)
+{
+    if (HasExtension(arguments.file, ".obj"))
+        return ObjFacts(arguments.file);
+    if (HasExtension(arguments.file, ".dhdm"))
+        return DhdmFacts(arguments.file, ContentFor(arguments));
+    return DsonFacts(arguments, progress);
+}
+
+void InspectMorphs(const InspectArguments& arguments, Progress& progress)
+{
+    const ContentFiles content = ContentFor(arguments);
+    MorphSurvey survey = SurveyMorphs(MorphFilesOf(arguments.file, content), content, {arguments.check});
+    progress.finish();
+    const std::size_t unusable = survey.unusable.size();
+    WriteReport(MorphFacts(survey, arguments.morphs, arguments.check, arguments.json), arguments.json);
+    if (arguments.check && unusable > 0)
+        throw std::runtime_error(fmt::format("{} cannot be used", dson::Counted(unusable, "file", "files")));
+}
+
 void Inspect(const InspectArguments& arguments)
 {
     Progress progress(!arguments.json);
     progress.stage("read", "Reading " + arguments.file);
-    const Json facts =
-        HasExtension(arguments.file, ".obj") ? ObjFacts(arguments.file) : DsonFacts(arguments, progress);
+    std::error_code error;
+    if (arguments.check || !arguments.morphs.empty() ||
+        std::filesystem::is_directory(arguments.file, error)) {
+        InspectMorphs(arguments, progress);
+        return;
+    }
+    const Json facts = FileFacts(arguments, progress);
     progress.finish();
     WriteReport(facts, arguments.json);
 }
@@ -83,9 +117,18 @@ void AddInspectCommand(CLI::App& program, CommandContext& context)
 {
     const auto arguments = std::make_shared<InspectArguments>();
     CLI::App* const command = program.add_subcommand("inspect", "Tell what is in a file");
-    command->add_option("FILE", arguments->file, "What to look into")
-        ->type_name("FILE.duf|FILE.dsf|FILE.obj")
+    command->add_option("FILE", arguments->file, "What to look into; of a folder, its morphs")
+        ->type_name("FILE.duf|FILE.dsf|FILE.dhdm|FILE.obj|FOLDER")
         ->required();
+    command
+        ->add_option(
+            "--morphs", arguments->morphs,
+            "List the figure's morphs and controllers whose name or label fits, such as 'PHM*'; again "
+            "for further ones")
+        ->type_name("PATTERN")
+        ->allow_extra_args(false);
+    command->add_flag("--check", arguments->check,
+                      "Read all morphs of the figure and tell which cannot be used");
     AddContentOption(*command, arguments->content);
     AddJsonOption(*command, arguments->json);
     command->callback([arguments, &context] {

@@ -3,8 +3,11 @@
 
 #include "command.h"
 #include "dson/reader.h"
+#include "dson/uri.h"
 #include "file_facts.h"
 #include "geometry/deltas.h"
+
+#include <algorithm>
 
 #include <nlohmann/json.hpp>
 
@@ -79,6 +82,57 @@ Json Modifiers(const dson::Document& document)
     return list;
 }
 
+/// Second dials, and what they turn.
+Json Aliases(const dson::Document& document)
+{
+    Json list = Json::array();
+    for (const dson::Modifier& modifier : document.modifiers)
+        if (modifier.channel.type == "alias")
+            list.push_back({{"name", modifier.name},
+                            {"label", modifier.channel.label},
+                            {"on", dson::ParseUri(modifier.parent).id},
+                            {"stands_for", modifier.channel.targetChannel}});
+    return list;
+}
+
+/// The properties that a modifier's formulas change, other than its own dial; each once.
+std::vector<std::string> DrivenBy(const dson::Modifier& modifier)
+{
+    std::vector<std::string> driven;
+    for (const dson::Formula& formula : modifier.formulas) {
+        const dson::Uri output = dson::ParseUri(formula.output);
+        std::string text = output.id + "?" + output.property;
+        const bool isOwn =
+            (output.id == modifier.id || output.id == modifier.name) && output.property == "value";
+        if (!isOwn && std::find(driven.begin(), driven.end(), text) == driven.end())
+            driven.push_back(std::move(text));
+    }
+    return driven;
+}
+
+std::string FirstFew(const std::vector<std::string>& names)
+{
+    constexpr std::size_t shown = 4;
+    std::string text;
+    for (std::size_t i = 0; i < std::min(shown, names.size()); ++i)
+        text += (i > 0 ? ", " : "") + names[i];
+    return names.size() > shown ? text + ", ..." : text;
+}
+
+/// A summary names the first few.
+Json Driven(const dson::Document& document, Detail detail)
+{
+    Json list = Json::array();
+    for (const dson::Modifier& modifier : document.modifiers) {
+        const std::vector<std::string> driven = DrivenBy(modifier);
+        if (!driven.empty())
+            list.push_back({{"by", modifier.name},
+                            {"count", driven.size()},
+                            {"properties", detail == Detail::Full ? Json(driven) : Json(FirstFew(driven))}});
+    }
+    return list;
+}
+
 Json InfluenceMaps(const dson::Document& document)
 {
     Json list = Json::array();
@@ -133,6 +187,8 @@ Json DocumentFacts(const dson::Document& document, Detail detail)
         facts["nodes"] = document.nodes.size();
     AddUnlessEmpty(facts, "skins", Skins(document));
     AddUnlessEmpty(facts, "modifiers", Modifiers(document));
+    AddUnlessEmpty(facts, "aliases", Aliases(document));
+    AddUnlessEmpty(facts, "drives", Driven(document, detail));
     AddUnlessEmpty(facts, "influence_maps", InfluenceMaps(document));
     AddUnlessEmpty(facts, "instances", Instances(document, detail));
     AddUnlessEmpty(facts, "settings", Settings(document));

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "morph_files.h"
 #include "report.h"
 
 #include <filesystem>
@@ -23,6 +24,10 @@ Json ObjFacts(const std::filesystem::path& file);
 
 /// What a DSON file defines and what it puts into a scene. Full detail lists the nodes, too.
 Json DocumentFacts(const dson::Document& document, Detail detail);
+
+/// Levels of a file of morph detail, and which morph and figure it is for.
+/// @throws base::IoError, base::FormatError
+Json DhdmFacts(const std::filesystem::path& file, const ContentFiles& content);
 
 /// A figure of the scene with its dials: those not at their defaults, or in full detail all of them.
 Json FigureFacts(const DzNode& figure, Detail detail);

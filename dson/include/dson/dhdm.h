@@ -6,10 +6,29 @@
 #include "geometry/multires_detail.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dson {
+
+/// What one level of a .dhdm file changes.
+struct DhdmLevel {
+    std::size_t edits = 0;
+    std::size_t vertices = 0; ///< fewer than edits where some have the same path
+    std::size_t faces = 0;    ///< of the cage, with edits
+};
+
+/// What a .dhdm file says of itself.
+struct DhdmFacts {
+    std::uint32_t faceCount = 0;   ///< of the cage that it is for; 0 without a level
+    std::vector<DhdmLevel> levels; ///< level 1 first
+};
+
+/// The same checks as DecodeDhdm, without a cage to compare with.
+/// @throws base::FormatError  damaged or cut off
+DhdmFacts DescribeDhdm(std::string_view bytes, const std::string& name);
 
 /// What the bytes of a .dhdm file say: little-endian, per level the edits of each cage face, each with the
 /// path from the face's corner down to a vertex.

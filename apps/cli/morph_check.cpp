@@ -1,0 +1,169 @@
+// Reading all morphs of a figure, to find what cannot be used.
+// SPDX-License-Identifier: MIT
+
+#include "morph_check.h"
+
+#include "base/errors.h"
+#include "dson/dhdm.h"
+#include "dson/file_text.h"
+#include "dson/reader.h"
+#include "dson/uri.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+#include <fmt/format.h>
+#include <tbb/parallel_for.h>
+
+namespace cli {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Meshes of figures, each read once by whichever thread asks first.
+class Figures {
+public:
+    explicit Figures(const ContentFiles& content) : _content(content) {}
+
+    /// Null where it cannot be had: what is for it cannot be compared then.
+    std::shared_ptr<const geometry::Topology> meshOf(const std::string& parentUri)
+    {
+        const std::string path = dson::ParseUri(parentUri).path;
+        const std::lock_guard lock(_mutex);
+        const auto [place, isNew] = _meshes.try_emplace(path);
+        if (isNew)
+            place->second = read(_content.find(path));
+        return place->second;
+    }
+
+private:
+    static std::shared_ptr<const geometry::Topology> read(const fs::path& file)
+    {
+        if (file.empty())
+            return nullptr;
+        try {
+            const dson::Document document = dson::ReadDocument(file, {false});
+            return document.geometries.empty() ? nullptr : document.geometries.front().mesh.topology;
+        } catch (const base::Error&) {
+            return nullptr;
+        }
+    }
+
+    const ContentFiles& _content;
+    std::mutex _mutex;
+    std::map<std::string, std::shared_ptr<const geometry::Topology>> _meshes;
+};
+
+/// One morph file.
+class FileSurvey {
+public:
+    FileSurvey(const fs::path& file, const ContentFiles& content, Figures& figures,
+               const SurveyOptions& options)
+        : _file(file), _content(content), _figures(figures), _options(options)
+    {
+    }
+
+    MorphSurvey run()
+    {
+        try {
+            read();
+        } catch (const base::Error& error) {
+            _survey.unusable.push_back({_file, ReasonOf(_file, error)});
+        }
+        return std::move(_survey);
+    }
+
+private:
+    static std::string ReasonOf(const fs::path& file, const base::Error& error)
+    {
+        return base::FromSentence(base::Severity::Error, file.string(), error.what()).what;
+    }
+
+    void read()
+    {
+        dson::Document document = dson::ReadDocument(_file, {_options.checks});
+        if (document.modifiers.empty())
+            throw base::FormatError("defines no morph or controller");
+        for (const dson::Modifier& modifier : document.modifiers) {
+            const bool isAlias = modifier.channel.type == "alias";
+            _survey.morphs.push_back({_file, modifier.name, modifier.channel.label, modifier.group,
+                                      isAlias          ? "alias"
+                                      : modifier.morph ? "morph"
+                                                       : "controller",
+                                      modifier.morph ? modifier.morph->hdUrl : std::string()});
+            if (_options.checks && modifier.morph)
+                check(modifier);
+        }
+        if (_survey.unusable.empty())
+            _survey.diagnostics = std::move(document.diagnostics);
+    }
+
+    void check(const dson::Modifier& modifier)
+    {
+        const auto mesh = _figures.meshOf(modifier.parent);
+        const dson::MorphData& morph = *modifier.morph;
+        if (mesh && morph.vertexCount > 0 && morph.vertexCount != mesh->vertexCount)
+            throw base::FormatError("is for a mesh of {} vertices but the figure has {}", morph.vertexCount,
+                                    mesh->vertexCount);
+        if (mesh && !morph.deltas.empty() && morph.deltas.vertices.back() >= mesh->vertexCount)
+            throw base::FormatError("moves vertex {} but the figure has {}", morph.deltas.vertices.back(),
+                                    mesh->vertexCount);
+        if (!morph.hdUrl.empty())
+            checkDetail(morph.hdUrl, mesh.get());
+    }
+
+    /// The file where the morph says, else beside it.
+    void checkDetail(const std::string& url, const geometry::Topology* mesh)
+    {
+        fs::path file = _content.find(dson::ParseUri(url).path);
+        if (file.empty())
+            file = fs::path(_file).replace_extension(".dhdm");
+        try {
+            const std::string bytes = dson::ReadBytes(file);
+            if (mesh)
+                dson::DecodeDhdm(bytes, *mesh, file.string());
+            else
+                dson::DescribeDhdm(bytes, file.string());
+        } catch (const base::Error& error) {
+            _survey.unusable.push_back({file, ReasonOf(file, error)});
+        }
+    }
+
+    const fs::path& _file;
+    const ContentFiles& _content;
+    Figures& _figures;
+    const SurveyOptions& _options;
+    MorphSurvey _survey;
+};
+
+template <class T>
+void MoveBehind(std::vector<T>& all, std::vector<T>& more)
+{
+    all.insert(all.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+}
+
+} // namespace
+
+MorphSurvey SurveyMorphs(const std::vector<fs::path>& files, const ContentFiles& content,
+                         const SurveyOptions& options)
+{
+    Figures figures(content);
+    std::vector<MorphSurvey> surveys(files.size());
+    tbb::parallel_for(std::size_t{0}, files.size(), [&](std::size_t i) {
+        surveys[i] = FileSurvey(files[i], content, figures, options).run();
+    });
+    MorphSurvey all;
+    all.fileCount = files.size();
+    for (MorphSurvey& survey : surveys) {
+        MoveBehind(all.morphs, survey.morphs);
+        MoveBehind(all.unusable, survey.unusable);
+        MoveBehind(all.diagnostics, survey.diagnostics);
+    }
+    return all;
+}
+
+} // namespace cli
