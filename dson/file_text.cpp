@@ -28,9 +28,11 @@ std::string ReadStored(const std::filesystem::path& file)
     if (!stream)
         throw base::IoError("cannot read {}: {}", file.string(), std::strerror(errno));
     std::string bytes;
+    // Whoever parses the text wants some bytes behind it.
+    constexpr std::size_t padding = 64;
     const auto size = std::filesystem::file_size(file, error);
     if (!error && size <= maxTextSize)
-        bytes.reserve(size);
+        bytes.reserve(size + padding);
     char buffer[1 << 16];
     while (const std::size_t count = std::fread(buffer, 1, sizeof buffer, stream.get())) {
         bytes.append(buffer, count);

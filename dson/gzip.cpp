@@ -60,6 +60,16 @@ std::uint32_t LittleEndian(std::string_view bytes)
     return value;
 }
 
+/// Room to expand into: as much as the trailer says, if that can be, and a little for who parses the text.
+/// More is made where that was not true.
+std::size_t FirstRoom(std::string_view bytes, std::size_t limit)
+{
+    constexpr std::size_t least = 1 << 16, padding = 64, likelyRatio = 16;
+    const std::size_t told = bytes.size() < 4 ? 0 : LittleEndian(bytes.substr(bytes.size() - 4));
+    const std::size_t room = std::min({told + padding, likelyRatio * bytes.size(), limit + 1});
+    return std::max(room, std::min(least, limit + 1));
+}
+
 void CheckTrailer(std::string_view trailer, const std::string& text, const std::string& name)
 {
     if (trailer.size() < 8)
@@ -118,26 +128,29 @@ std::string Decompress(std::string_view bytes, const std::string& name, std::siz
     if (inflateInit2(&stream, -15) != Z_OK)
         throw base::Error("cannot set up decompression");
     const StreamGuard guard{stream, inflateEnd};
-    std::string text;
-    std::size_t at = header;
+    std::string text(FirstRoom(bytes, limit), '\0');
+    std::size_t at = header, filled = 0;
     int state = Z_OK;
     while (state != Z_STREAM_END) {
+        if (filled == text.size())
+            text.resize(std::min(2 * filled, limit + 1));
         const std::size_t piece = std::min(maxPiece, bytes.size() - at);
+        const std::size_t room = std::min(maxPiece, text.size() - filled);
         stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data() + at));
         stream.avail_in = static_cast<uInt>(piece);
-        char buffer[1 << 16];
-        stream.next_out = reinterpret_cast<Bytef*>(buffer);
-        stream.avail_out = sizeof buffer;
+        stream.next_out = reinterpret_cast<Bytef*>(text.data() + filled);
+        stream.avail_out = static_cast<uInt>(room);
         state = inflate(&stream, Z_NO_FLUSH);
         at += piece - stream.avail_in;
         if (state == Z_BUF_ERROR || (state == Z_OK && at == bytes.size() && stream.avail_out != 0))
             throw base::FormatError("{}: the compressed data is cut off", name);
         if (state != Z_OK && state != Z_STREAM_END)
             throw base::FormatError("{}: the compressed data is damaged", name);
-        text.append(buffer, sizeof buffer - stream.avail_out);
-        if (text.size() > limit)
+        filled += room - stream.avail_out;
+        if (filled > limit)
             throw base::FormatError("{}: expands to more than {} bytes", name, limit);
     }
+    text.resize(filled);
     CheckTrailer(bytes.substr(at), text, name);
     return text;
 }

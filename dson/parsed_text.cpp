@@ -4,17 +4,18 @@
 #include "parsed_text.h"
 
 #include "base/errors.h"
+#include "delta_skip.h"
 #include "lenient_json.h"
 
 #include <utility>
 
 namespace dson {
 
-ParsedText::ParsedText(const std::string& text, std::string name) : _name(std::move(name))
+ParsedText::ParsedText(const std::string& text, std::string name, Deltas deltas) : _name(std::move(name))
 {
     if (text.find_first_not_of(" \t\r\n") == std::string::npos)
         throw base::FormatError("{}: is empty", _name);
-    simdjson::error_code error = _parser.parse(text).get(_root);
+    simdjson::error_code error = parseStrictly(text, deltas);
     if (error && error != simdjson::DEPTH_ERROR)
         error = parseMended(text);
     if (error == simdjson::DEPTH_ERROR)
@@ -23,6 +24,15 @@ ParsedText::ParsedText(const std::string& text, std::string name) : _name(std::m
         throw base::FormatError("{}: is not valid JSON", _name);
     if (!_root.is_object())
         throw base::FormatError("{}: is not a DSON file", _name);
+}
+
+simdjson::error_code ParsedText::parseStrictly(const std::string& text, Deltas deltas)
+{
+    std::string shorter;
+    if (deltas == Deltas::Skipped && SkipDeltas(text, shorter) &&
+        _parser.parse(shorter).get(_root) == simdjson::SUCCESS)
+        return simdjson::SUCCESS;
+    return _parser.parse(text).get(_root);
 }
 
 simdjson::error_code ParsedText::parseMended(const std::string& text)

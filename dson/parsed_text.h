@@ -10,19 +10,23 @@
 
 namespace dson {
 
+enum class Deltas { Read, Skipped };
+
 /// A parsed JSON object; its elements live as long as this.
 class ParsedText {
 public:
     /// Strict first; a text that is not is mended as far as that goes, and what was done is told.
-    /// @param name  of the file, for messages
+    /// @param name    of the file, for messages
+    /// @param deltas  skipped, lists of displacements may be empty
     /// @throws base::FormatError  the text is no JSON object and cannot be mended
-    ParsedText(const std::string& text, std::string name);
+    ParsedText(const std::string& text, std::string name, Deltas deltas = Deltas::Read);
 
     const std::string& name() const { return _name; }
     const Element& root() const { return _root; }
     base::Diagnostics& diagnostics() { return _diagnostics; }
 
 private:
+    simdjson::error_code parseStrictly(const std::string& text, Deltas deltas);
     simdjson::error_code parseMended(const std::string& text);
 
     std::string _name;

@@ -138,7 +138,7 @@ std::string Counted(std::size_t count, const char* one, const char* many)
 
 Document ReadDocument(const std::filesystem::path& file, const ReadOptions& options)
 {
-    ParsedText parsed(ReadText(file), file.string());
+    ParsedText parsed(ReadText(file), file.string(), options.deltas ? Deltas::Read : Deltas::Skipped);
     Document document;
     document.file = file;
     document.hasDeltas = options.deltas;
@@ -158,10 +158,12 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
 geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::string& modifier,
                                   base::Diagnostics* diagnostics)
 {
-    // What concerns the file as a whole was told when the figure was put together.
     ParsedText parsed(ReadText(file), file.string());
     base::Diagnostics unheard;
-    ParseContext context{parsed.name(), {}, diagnostics ? *diagnostics : unheard};
+    base::Diagnostics& met = diagnostics ? *diagnostics : unheard;
+    // Oddities among the displacements were stepped over when the file was read without them.
+    met.insert(met.end(), parsed.diagnostics().begin(), parsed.diagnostics().end());
+    ParseContext context{parsed.name(), {}, met};
     std::optional<Element> found, only;
     std::size_t count = 0;
     ForEach(parsed.root(), "modifier_library", [&](const Element& json) {
