@@ -29,13 +29,16 @@ public:
         _at += word.size();
         return true;
     }
-    /// Steps behind the next such character.
-    bool skipBehind(char c)
+    /// Steps behind the closing bracket of a list without lists in it.
+    bool takeRest()
     {
-        const void* const found = std::memchr(_text.data() + _at, c, _text.size() - _at);
-        if (found)
-            _at = static_cast<std::size_t>(static_cast<const char*>(found) - _text.data()) + 1;
-        return found != nullptr;
+        const char* const begin = _text.data() + _at;
+        const void* const found = std::memchr(begin, ']', _text.size() - _at);
+        if (!found)
+            return false;
+        const auto size = static_cast<std::size_t>(static_cast<const char*>(found) - begin);
+        _at += size + 1;
+        return !std::memchr(begin, '[', size);
     }
     void skipNumber() { _at = std::min(_text.find_first_not_of("0123456789", _at), _text.size()); }
 
@@ -69,7 +72,7 @@ std::size_t EndOfRows(std::string_view text, std::size_t list)
 {
     Cursor cursor(text, list + 1);
     do {
-        if (!cursor.take("[") || !cursor.skipBehind(']'))
+        if (!cursor.take("[") || !cursor.takeRest())
             return none;
     } while (cursor.take(","));
     return cursor.take("]") ? cursor.at() - 1 : none;

@@ -29,10 +29,8 @@ ParsedText::ParsedText(const std::string& text, std::string name, Deltas deltas)
 simdjson::error_code ParsedText::parseStrictly(const std::string& text, Deltas deltas)
 {
     std::string shorter;
-    if (deltas == Deltas::Skipped && SkipDeltas(text, shorter) &&
-        _parser.parse(shorter).get(_root) == simdjson::SUCCESS)
-        return simdjson::SUCCESS;
-    return _parser.parse(text).get(_root);
+    const bool isShorter = deltas == Deltas::Skipped && SkipDeltas(text, shorter);
+    return _parser.parse(isShorter ? shorter : text).get(_root);
 }
 
 simdjson::error_code ParsedText::parseMended(const std::string& text)

@@ -64,8 +64,9 @@ TEST(SkippedDeltas, are_no_other_lists)
     for (const char* const text :
          {R"({"values": [[1, 2]]})", R"({"a": "deltas", "b": [[1]]})", R"({"\"deltas\": [[1]]": 2})",
           R"({"deltas": [1, 2]})", R"({"deltas": [["]", 2]]})", R"({"deltas": [[1 /* ]] */]]})",
-          R"({"deltas": [[[1], 2]]})", R"({"deltas": {"extra": 1, "values": [[1]]}})", R"({"deltas": [[1], )",
-          R"({"deltas": [[1)", R"({"deltas")", R"("deltas":)", R"({"deltas": {"count": })", ""})
+          R"({"deltas": [[[1], 2]]})", R"({"deltas": [[[1], [2]]]})",
+          R"({"deltas": {"extra": 1, "values": [[1]]}})", R"({"deltas": [[1], )", R"({"deltas": [[1)",
+          R"({"deltas")", R"("deltas":)", R"({"deltas": {"count": })", ""})
         EXPECT_EQ(Skipped(text), text);
 }
 

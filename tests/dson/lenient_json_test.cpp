@@ -165,7 +165,8 @@ TEST_F(OddText, bytes_of_another_encoding_are_read_as_what_they_mean_there)
         toldOf("\"label\": \"\xC3\xA4\xC3\xA4 \xEB\xE4\""),
         Phrases{"has 2 bytes that are not UTF-8, read as Windows-1252: the first at line 2, column 14"});
     // Longer than need be, half a pair, beyond the last character, cut off by the end of the string.
-    for (const char* const wrong : {"\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x82"})
+    for (const char* const wrong :
+         {"\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x82"})
         EXPECT_EQ(toldOf(std::string("\"label\": \"") + wrong + "\"").size(), 1u);
 }
 
