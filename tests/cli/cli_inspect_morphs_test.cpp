@@ -195,7 +195,9 @@ TEST_F(InspectMorphs, are_those_of_all_content_directories_and_of_folders)
     const Strings both{character,  "--content", workspace.path("lib"), "--content", workspace.path("more"),
                        "--morphs", "*"};
     EXPECT_EQ(names(report(both)), (Strings{"PHMTall", "CTRLBend", "PHMTall", "PHMWide", "Own"}));
-    EXPECT_EQ(names(report({workspace.path("more")})), Strings{"Own"});
+    const json ofFolder = report({workspace.path("more")});
+    EXPECT_EQ(names(ofFolder), Strings{"Own"});
+    EXPECT_EQ(ofFolder.at("unusable"), json::array());
 }
 
 TEST_F(InspectMorphs, that_can_all_be_used_pass_the_check)
