@@ -12,6 +12,8 @@ namespace dson {
 namespace {
 
 constexpr std::size_t none = std::string_view::npos;
+/// Several times what four numbers need.
+constexpr std::size_t longestRow = 512;
 
 /// A place in a text, and what may come next there.
 class Cursor {
@@ -29,11 +31,12 @@ public:
         _at += word.size();
         return true;
     }
-    /// Steps behind the closing bracket of a list without lists in it.
+    /// Steps behind the closing bracket of a list without lists in it. Only so far: where brackets are never
+    /// closed, each would be looked for to the end of the text.
     bool takeRest()
     {
         const char* const begin = _text.data() + _at;
-        const void* const found = std::memchr(begin, ']', _text.size() - _at);
+        const void* const found = std::memchr(begin, ']', std::min(longestRow, _text.size() - _at));
         if (!found)
             return false;
         const auto size = static_cast<std::size_t>(static_cast<const char*>(found) - begin);

@@ -68,6 +68,8 @@ TEST(SkippedDeltas, are_no_other_lists)
           R"({"deltas": {"extra": 1, "values": [[1]]}})", R"({"deltas": [[1], )", R"({"deltas": [[1)",
           R"({"deltas")", R"("deltas":)", R"({"deltas": {"count": })", ""})
         EXPECT_EQ(Skipped(text), text);
+    const std::string endless = R"({"deltas": [[1)" + std::string(1000, ' ') + "]]}";
+    EXPECT_EQ(Skipped(endless), endless);
 }
 
 TEST_F(LazyDeltas, come_later_and_the_rest_at_once)
