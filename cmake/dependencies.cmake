@@ -14,13 +14,20 @@ find_package(GTest REQUIRED)
 find_package(benchmark REQUIRED)
 find_package(rapidcheck REQUIRED)
 
-# The package ships no CMake file.
+# These packages ship no CMake file.
 find_path(OPENSUBDIV_INCLUDE_DIR opensubdiv/far/topologyRefiner.h REQUIRED)
 find_library(OPENSUBDIV_CPU_LIBRARY osdCPU REQUIRED)
 add_library(OpenSubdiv::osdCPU UNKNOWN IMPORTED)
 set_target_properties(OpenSubdiv::osdCPU PROPERTIES
     IMPORTED_LOCATION ${OPENSUBDIV_CPU_LIBRARY}
     INTERFACE_INCLUDE_DIRECTORIES ${OPENSUBDIV_INCLUDE_DIR})
+
+find_path(LIBDEFLATE_INCLUDE_DIR libdeflate.h REQUIRED)
+find_library(LIBDEFLATE_LIBRARY deflate REQUIRED)
+add_library(libdeflate UNKNOWN IMPORTED)
+set_target_properties(libdeflate PROPERTIES
+    IMPORTED_LOCATION ${LIBDEFLATE_LIBRARY}
+    INTERFACE_INCLUDE_DIRECTORIES ${LIBDEFLATE_INCLUDE_DIR})
 
 # Eigen offers some solvers under the GPL; only the MPL part may be used.
 add_compile_definitions(EIGEN_MPL2_ONLY)

@@ -7,8 +7,9 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
+#include <memory>
 
+#include <libdeflate.h>
 #include <zlib.h>
 
 namespace dson {
@@ -78,12 +79,60 @@ void CheckTrailer(std::string_view trailer, const std::string& text, const std::
     const std::uint32_t length = LittleEndian(trailer.substr(4));
     if (crc == 0 && length == 0)
         return;
-    uLong actual = ::crc32(0, nullptr, 0);
-    for (std::size_t at = 0; at < text.size(); at += maxPiece)
-        actual = ::crc32(actual, reinterpret_cast<const Bytef*>(text.data() + at),
-                         static_cast<uInt>(std::min(maxPiece, text.size() - at)));
+    const std::uint32_t actual = libdeflate_crc32(0, text.data(), text.size());
     if (crc != actual || length != static_cast<std::uint32_t>(text.size()))
         throw base::FormatError("{}: the compressed data is damaged", name);
+}
+
+/// Expands to the end of the compressed data in one go.
+/// @param text  room for the result; cut to its size
+/// @return how many bytes of the data that took; 0 when it did not work, be it for want of room
+std::size_t ExpandAtOnce(std::string_view data, std::string& text)
+{
+    const std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> decompressor(
+        libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
+    std::size_t taken = 0, filled = 0;
+    if (!decompressor ||
+        libdeflate_deflate_decompress_ex(decompressor.get(), data.data(), data.size(), text.data(),
+                                         text.size(), &taken, &filled) != LIBDEFLATE_SUCCESS)
+        return 0;
+    text.resize(filled);
+    return taken;
+}
+
+/// Expands piece by piece, making room where more is needed, and tells what is wrong.
+/// @param text  room to begin with; cut to its size
+/// @return how many bytes of the data that took
+std::size_t ExpandInPieces(std::string_view data, std::string& text, const std::string& name,
+                           std::size_t limit)
+{
+    z_stream stream{};
+    if (inflateInit2(&stream, -15) != Z_OK)
+        throw base::Error("cannot set up decompression");
+    const StreamGuard guard{stream, inflateEnd};
+    std::size_t at = 0, filled = 0;
+    int state = Z_OK;
+    while (state != Z_STREAM_END) {
+        if (filled == text.size())
+            text.resize(std::min(2 * filled, limit + 1));
+        const std::size_t piece = std::min(maxPiece, data.size() - at);
+        const std::size_t room = std::min(maxPiece, text.size() - filled);
+        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data.data() + at));
+        stream.avail_in = static_cast<uInt>(piece);
+        stream.next_out = reinterpret_cast<Bytef*>(text.data() + filled);
+        stream.avail_out = static_cast<uInt>(room);
+        state = inflate(&stream, Z_NO_FLUSH);
+        at += piece - stream.avail_in;
+        if (state == Z_BUF_ERROR || (state == Z_OK && at == data.size() && stream.avail_out != 0))
+            throw base::FormatError("{}: the compressed data is cut off", name);
+        if (state != Z_OK && state != Z_STREAM_END)
+            throw base::FormatError("{}: the compressed data is damaged", name);
+        filled += room - stream.avail_out;
+        if (filled > limit)
+            throw base::FormatError("{}: expands to more than {} bytes", name, limit);
+    }
+    text.resize(filled);
+    return at;
 }
 
 } // namespace
@@ -124,34 +173,12 @@ std::string Decompress(std::string_view bytes, const std::string& name, std::siz
     const std::size_t header = HeaderLength(bytes);
     if (header == 0)
         throw base::FormatError("{}: the compressed data is cut off", name);
-    z_stream stream{};
-    if (inflateInit2(&stream, -15) != Z_OK)
-        throw base::Error("cannot set up decompression");
-    const StreamGuard guard{stream, inflateEnd};
+    const std::string_view data = bytes.substr(header);
     std::string text(FirstRoom(bytes, limit), '\0');
-    std::size_t at = header, filled = 0;
-    int state = Z_OK;
-    while (state != Z_STREAM_END) {
-        if (filled == text.size())
-            text.resize(std::min(2 * filled, limit + 1));
-        const std::size_t piece = std::min(maxPiece, bytes.size() - at);
-        const std::size_t room = std::min(maxPiece, text.size() - filled);
-        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data() + at));
-        stream.avail_in = static_cast<uInt>(piece);
-        stream.next_out = reinterpret_cast<Bytef*>(text.data() + filled);
-        stream.avail_out = static_cast<uInt>(room);
-        state = inflate(&stream, Z_NO_FLUSH);
-        at += piece - stream.avail_in;
-        if (state == Z_BUF_ERROR || (state == Z_OK && at == bytes.size() && stream.avail_out != 0))
-            throw base::FormatError("{}: the compressed data is cut off", name);
-        if (state != Z_OK && state != Z_STREAM_END)
-            throw base::FormatError("{}: the compressed data is damaged", name);
-        filled += room - stream.avail_out;
-        if (filled > limit)
-            throw base::FormatError("{}: expands to more than {} bytes", name, limit);
-    }
-    text.resize(filled);
-    CheckTrailer(bytes.substr(at), text, name);
+    std::size_t taken = ExpandAtOnce(data, text);
+    if (taken == 0 || text.size() > limit)
+        taken = ExpandInPieces(data, text, name, limit);
+    CheckTrailer(data.substr(taken), text, name);
     return text;
 }
 

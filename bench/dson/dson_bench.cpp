@@ -1,5 +1,5 @@
-// How fast the text of content files is read, at the sizes of real figures and morphs. Bytes are those of the
-// text. SPDX-License-Identifier: MIT
+// How fast content files are read, at the sizes of real figures and morphs. Bytes are those of their text.
+// SPDX-License-Identifier: MIT
 
 #include "base/atomic_file.h"
 #include "dson/gzip.h"
