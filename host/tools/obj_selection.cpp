@@ -3,6 +3,7 @@
 
 #include "obj_selection.h"
 
+#include "dzbone.h"
 #include "dzfileiosettings.h"
 #include "dznode.h"
 #include "dzobject.h"
@@ -15,9 +16,11 @@ namespace openhost {
 
 namespace {
 
+// Only bones are parts of a figure: an earring below the head has a mesh of its own, and morphs are made by
+// counting vertices.
 const DzNode* ItemOf(const DzNode& node)
 {
-    const DzSkeleton* const skeleton = node.getSkeleton();
+    const DzSkeleton* const skeleton = qobject_cast<const DzBone*>(&node) ? node.getSkeleton() : nullptr;
     return skeleton ? skeleton : &node;
 }
 

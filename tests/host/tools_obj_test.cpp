@@ -1,6 +1,7 @@
 // OBJ files out of the scene and into it.
 // SPDX-License-Identifier: MIT
 
+#include "dzbasiccamera.h"
 #include "dzbone.h"
 #include "dzenumproperty.h"
 #include "dzexporter.h"
@@ -14,6 +15,8 @@
 #include "dzintproperty.h"
 #include "dznode.h"
 #include "dzobject.h"
+#include "figure/fitting.h"
+#include "figure/pipeline.h"
 #include "tests/host/tools_fixture.h"
 
 #include <set>
@@ -171,6 +174,35 @@ TEST_F(ObjFiles, hold_the_nodes_that_the_options_ask_for)
     dzScene->selectAllNodes(false);
     hat.figure->select();
     EXPECT_EQ(exported({"SelectedOnly", "SelectedRootsOnly"}), (Labels{"Hat"}));
+}
+
+TEST_F(ObjFiles, of_a_figure_leave_out_what_hangs_on_it)
+{
+    TubeFigure body("Body"), shirt("Shirt"), doll("Doll");
+    DzNode* const earring = AddProp("Earring", Tube(2));
+    body.lower->addNodeChild(earring);
+    DzNode* const group = AddNode("Group", AddNode("Outer group", body.upper));
+    DzNode* const bag = AddProp("Bag", Tube(2));
+    group->addNodeChild(bag);
+    auto* const camera = new DzBasicCamera;
+    body.figure->addNodeChild(camera);
+    body.figure->addNodeChild(shirt.figure);
+    openhost::FitTo(*shirt.figure, *body.figure);
+    body.lower->addNodeChild(doll.figure);
+
+    dzScene->selectAllNodes(false);
+    body.figure->select();
+    EXPECT_EQ(exported({"SelectedRootsOnly"}), (Labels{"Body"}));
+    EXPECT_EQ(exported({"SelectedOnly", "SelectedRootsOnly"}), (Labels{"Body"}));
+    EXPECT_EQ(records("v").size(), body.figure->getObject()->pipeline().base().vertexCount());
+    EXPECT_EQ(exported({"PrimaryRootOnly"}), (Labels{"Body"}));
+    EXPECT_EQ(exported({"SelectedRootsOnly", "IncludeParented"}).size(), 5u);
+
+    bag->select();
+    EXPECT_EQ(exported({"SelectedOnly"}), (Labels{"Body", "Bag"}));
+    EXPECT_EQ(exported({"SelectedOnly", "SelectedRootsOnly"}), (Labels{"Body"}));
+    dzScene->setPrimarySelection(earring);
+    EXPECT_EQ(exported({"PrimaryRootOnly"}), (Labels{"Earring"}));
 }
 
 TEST_F(ObjFiles, groups_come_from_where_the_options_say)
