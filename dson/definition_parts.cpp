@@ -92,6 +92,8 @@ Modifier ParseModifier(const Element& json, ParseContext& context)
         modifier.presentationType = Text(*presentation, "type");
     if (const auto channel = Find(json, "channel"))
         modifier.channel = ParseChannel(*channel);
+    else
+        modifier.hasChannel = false;
     if (modifier.channel.label.empty())
         modifier.channel.label = Text(json, "label", modifier.name);
     modifier.region = Text(json, "region");
@@ -105,6 +107,8 @@ Modifier ParseModifier(const Element& json, ParseContext& context)
         modifier.morph->hdUrl = Text(*morph, "hd_url");
         if (context.options.deltas)
             modifier.morph->deltas = ParseDeltas(*morph, modifier.id, context);
+    } else {
+        modifier.effect = ParseEffect(json, modifier);
     }
     return modifier;
 }

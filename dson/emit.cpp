@@ -357,8 +357,9 @@ Json EmitModifier(const Modifier& modifier)
     Json json{{"id", modifier.id},
               {"name", modifier.name},
               {"parent", modifier.parent},
-              {"presentation", EmitPresentation(modifier.presentationType, "")},
-              {"channel", EmitChannel(modifier.channel)}};
+              {"presentation", EmitPresentation(modifier.presentationType, "")}};
+    if (modifier.hasChannel)
+        json["channel"] = EmitChannel(modifier.channel);
     if (!modifier.region.empty())
         json["region"] = modifier.region;
     json["group"] = modifier.group;
@@ -377,6 +378,8 @@ Json EmitModifier(const Modifier& modifier)
         if (!modifier.morph->hdUrl.empty())
             json["morph"]["hd_url"] = modifier.morph->hdUrl;
     }
+    if (modifier.effect)
+        AddEffect(json, *modifier.effect);
     return json;
 }
 

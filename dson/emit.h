@@ -23,6 +23,9 @@ Json EmitSkin(const SkinBinding& skin, const std::string& figureId, const std::s
               const std::vector<std::pair<std::string, std::string>>& selectionMap = {});
 /// @throws base::FormatError  a delta is not finite
 Json EmitModifier(const Modifier& modifier);
+/// Puts what a modifier does into its JSON: the members as its file had them, present values in their places.
+/// @throws base::FormatError  a value is not finite
+void AddEffect(Json& modifier, const Effect& effect);
 Json EmitDForm(const DFormAsset& dform);
 
 /// A number in double precision; the others keep single precision.

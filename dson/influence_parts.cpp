@@ -12,32 +12,6 @@ namespace {
 void CollectFrom(const Element& element, const std::string& owner, bool inDForm, int depth,
                  std::vector<InfluenceMap>& maps, ParseContext& context);
 
-std::optional<InfluenceMap> ParseInfluenceMap(const Element& holder, const std::string& owner, bool inDForm,
-                                              ParseContext& context)
-{
-    InfluenceMap map;
-    map.owner = owner;
-    map.isDForm = inDForm;
-    map.vertexCount = Count(holder, "influence_vertex_count", Count(holder, "vertex_count", -1));
-    const double limit = map.vertexCount > 0 ? static_cast<double>(map.vertexCount) : unlimited;
-    WeightLosses losses;
-    ForEachValue(holder, "influence_weights", [&](const Element& row) {
-        double pair[2];
-        if (!IsRow(row, pair, 2)) {
-            ++losses.rows;
-        } else if (!IsIndex(pair[0], limit)) {
-            ++losses.vertices;
-        } else {
-            map.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
-            map.weights.push_back(losses.held(pair[1]));
-        }
-    });
-    losses.tell(owner, context);
-    if (map.vertices.empty())
-        return std::nullopt;
-    return map;
-}
-
 void CollectFromObject(const Element& element, std::string owner, bool inDForm, int depth,
                        std::vector<InfluenceMap>& maps, ParseContext& context)
 {
@@ -47,7 +21,7 @@ void CollectFromObject(const Element& element, std::string owner, bool inDForm, 
             break;
         }
     if (Find(element, "influence_weights"))
-        if (auto map = ParseInfluenceMap(element, owner, inDForm, context))
+        if (auto map = ParseInfluenceMap(element, owner, inDForm, &context))
             maps.push_back(std::move(*map));
     for (const auto member : Members(element))
         CollectFrom(member.value, owner, inDForm || member.key == "dform", depth + 1, maps, context);
@@ -73,6 +47,33 @@ void CollectFrom(const Element& element, const std::string& owner, bool inDForm,
 }
 
 } // namespace
+
+std::optional<InfluenceMap> ParseInfluenceMap(const Element& holder, const std::string& owner, bool inDForm,
+                                              ParseContext* told)
+{
+    InfluenceMap map;
+    map.owner = owner;
+    map.isDForm = inDForm;
+    map.vertexCount = Count(holder, "influence_vertex_count", Count(holder, "vertex_count", -1));
+    const double limit = map.vertexCount > 0 ? static_cast<double>(map.vertexCount) : unlimited;
+    WeightLosses losses;
+    ForEachValue(holder, "influence_weights", [&](const Element& row) {
+        double pair[2];
+        if (!IsRow(row, pair, 2)) {
+            ++losses.rows;
+        } else if (!IsIndex(pair[0], limit)) {
+            ++losses.vertices;
+        } else {
+            map.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
+            map.weights.push_back(losses.held(pair[1]));
+        }
+    });
+    if (told)
+        losses.tell(owner, *told);
+    if (map.vertices.empty())
+        return std::nullopt;
+    return map;
+}
 
 std::vector<InfluenceMap> CollectInfluenceMaps(const Element& root, ParseContext& context)
 {

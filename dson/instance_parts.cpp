@@ -110,6 +110,7 @@ ModifierInstance ParseModifierInstance(const Element& json, ParseContext& contex
         instance.change = ParseChannelChange(*channel);
     }
     instance.formulas = ParseFormulas(json, context);
+    instance.effect = ParseEffectInstance(json);
     return instance;
 }
 

@@ -42,6 +42,16 @@ ModifierInstance ParseModifierInstance(const Element& json, ParseContext& contex
 /// @param strange  grows by the keys that are not two numbers, where there are others
 std::optional<AnimatedValue> ParseAnimation(const Element& json, std::size_t& strange);
 
+/// What a modifier without morph or skin does; nothing for a plain dial or for formulas alone.
+std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parsed);
+/// What an instance of it says; nothing without `extra` and `dform`.
+std::optional<Effect> ParseEffectInstance(const Element& instance);
+
+/// The weights that an object has as its `influence_weights`; nothing where those are no map.
+/// @param owner  see InfluenceMap
+/// @param told   where it tells what it leaves out; null where that has been told
+std::optional<InfluenceMap> ParseInfluenceMap(const Element& holder, const std::string& owner, bool inDForm,
+                                              ParseContext* told);
 /// Every weight map called `influence_weights`, wherever in the file it stands.
 std::vector<InfluenceMap> CollectInfluenceMaps(const Element& root, ParseContext& context);
 

@@ -111,6 +111,8 @@ Json EmitSceneModifier(const SceneModifier& modifier)
         json["group"] = modifier.group;
     if (modifier.channel)
         json["channel"] = EmitSceneChannel(*modifier.channel);
+    if (modifier.effect)
+        AddEffect(json, *modifier.effect);
     return json;
 }
 

@@ -11,6 +11,7 @@
 #include "dzobject.h"
 #include "dzpresentation.h"
 #include "figure/pipeline.h"
+#include "geometry/deform_field.h"
 #include "modifier_impl.h"
 
 DzModifier::DzModifier() : _modifier(new ModifierImpl) {}
@@ -160,26 +161,44 @@ void DzMorph::propertyValueChanged(DzProperty* property)
     DzModifier::propertyValueChanged(property);
 }
 
-DzDForm::DzDForm() : _base(nullptr), _zone(nullptr) {}
+DzDForm::DzDForm() : _base(nullptr), _zone(nullptr)
+{
+    connect(this, SIGNAL(transformChanged()), SLOT(handlePartChanged()));
+}
 
 DzDForm::~DzDForm()
 {
-    for (DzDFormModifier* modifier : std::as_const(_modifiers))
+    for (DzDFormModifier* modifier : std::as_const(_modifiers)) {
         modifier->_former = nullptr;
+        modifier->formChanged();
+    }
 }
 
 void DzDForm::setBase(DzDFormBase* base)
 {
     _base = base;
-    if (base)
+    if (base) {
         connect(base, SIGNAL(destroyed(QObject*)), SLOT(handleNodeDestroyed(QObject*)));
+        connect(base, SIGNAL(transformChanged()), SLOT(handlePartChanged()));
+    }
+    handlePartChanged();
 }
 
 void DzDForm::setZone(DzDFormZone* zone)
 {
     _zone = zone;
-    if (zone)
+    if (zone) {
         connect(zone, SIGNAL(destroyed(QObject*)), SLOT(handleNodeDestroyed(QObject*)));
+        connect(zone, SIGNAL(transformChanged()), SLOT(handlePartChanged()));
+        connect(zone, SIGNAL(fieldChanged()), SLOT(handlePartChanged()));
+    }
+    handlePartChanged();
+}
+
+void DzDForm::handlePartChanged()
+{
+    for (DzDFormModifier* modifier : std::as_const(_modifiers))
+        modifier->formChanged();
 }
 
 void DzDForm::handleNodeDestroyed(QObject* node)
@@ -188,6 +207,7 @@ void DzDForm::handleNodeDestroyed(QObject* node)
         _base = nullptr;
     if (node == _zone)
         _zone = nullptr;
+    handlePartChanged();
 }
 
 int DzDForm::getNumModifiers() const
@@ -232,8 +252,20 @@ void DzDForm::leftScene()
 
 DzDFormBase::DzDFormBase() = default;
 DzDFormBase::~DzDFormBase() = default;
-DzDFormZone::DzDFormZone() : _mode(Sphere) {}
+DzDFormZone::DzDFormZone() : _mode(Sphere), _falloff(new geometry::Falloff) {}
 DzDFormZone::~DzDFormZone() = default;
+
+void DzDFormZone::setInfluenceMode(InfluenceMode mode)
+{
+    _mode = mode;
+    emit fieldChanged();
+}
+
+void DzDFormZone::setFalloff(const geometry::Falloff& falloff)
+{
+    *_falloff = falloff;
+    emit fieldChanged();
+}
 
 DzDFormModifier::DzDFormModifier(DzDForm* former) : _former(former)
 {
@@ -250,5 +282,18 @@ DzDFormModifier::~DzDFormModifier()
 DzError DzDFormModifier::setInfluenceWeights(DzWeightMap* weights)
 {
     _weights = weights;
+    formChanged();
     return DZ_NO_ERROR;
+}
+
+void DzDFormModifier::propertyValueChanged(DzProperty* property)
+{
+    formChanged();
+    DzModifier::propertyValueChanged(property);
+}
+
+void DzDFormModifier::formChanged()
+{
+    if (DzObject* const object = getObject())
+        object->pipeline().formerChanged();
 }

@@ -142,7 +142,7 @@ DzError DzObject::addModifier(DzModifier* modifier, int index)
     if (morph)
         _impl->pipeline->morphAdded(*morph);
     else
-        _impl->pipeline->jointsChanged();
+        _impl->pipeline->stackChanged();
     propertyPathChanged();
     emit modifier->added();
     emit modifierAdded(modifier);
@@ -156,11 +156,11 @@ DzError DzObject::removeModifier(DzModifier* modifier)
 {
     if (!modifier || modifier->_modifier->object != this)
         return DZ_NOT_FOUND_ERROR;
+    _impl->modifiers.removeOne(modifier);
     if (auto* const morph = qobject_cast<DzMorph*>(modifier))
         _impl->pipeline->morphRemoved(*morph);
     else
-        _impl->pipeline->jointsChanged();
-    _impl->modifiers.removeOne(modifier);
+        _impl->pipeline->stackChanged();
     modifierRenamed(modifier, modifier->getName());
     modifier->_modifier->object = nullptr;
     propertyPathChanged();

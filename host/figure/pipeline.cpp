@@ -9,13 +9,16 @@
 #include "app/guard.h"
 #include "base/errors.h"
 #include "dzbone.h"
+#include "dzdformmodifier.h"
 #include "dzfacetshape.h"
 #include "dzfloatproperty.h"
 #include "dzskeleton.h"
 #include "dzskinbinding.h"
+#include "figure/cage_modifier.h"
 #include "figure/deltas_access.h"
 #include "figure/mesh_access.h"
 #include "figure/skin_access.h"
+#include "forming.h"
 #include "modifier_impl.h"
 #include "openhost/diagnostics.h"
 #include "scene/node_transform.h"
@@ -44,7 +47,9 @@ void Pipeline::release()
     _hot = nullptr;
     std::vector<Vec3f>().swap(_others);
     std::vector<Vec3f>().swap(_morphed);
+    std::vector<Vec3f>().swap(_formed);
     std::vector<Vec3f>().swap(_posed);
+    std::vector<Vec3f>().swap(_shaped);
     std::vector<Vec3f>().swap(_placed);
     _subdivision.reset();
     if (_result)
@@ -77,6 +82,23 @@ void Pipeline::baseChanged()
     invalidate(Morphs);
 }
 
+// The skin may be another one then.
+void Pipeline::stackChanged()
+{
+    _stackRead = false;
+    _skinFailed = false;
+    invalidate(Forming);
+}
+
+void Pipeline::formerChanged()
+{
+    invalidate(Forming);
+}
+void Pipeline::shaperChanged()
+{
+    invalidate(Shaping);
+}
+
 void Pipeline::jointsChanged()
 {
     _skinFailed = false;
@@ -85,7 +107,9 @@ void Pipeline::jointsChanged()
 
 void Pipeline::placeChanged()
 {
-    invalidate(Place);
+    // D-Formers stay where they are.
+    readStack();
+    invalidate(_formers.empty() ? Place : Forming);
 }
 void Pipeline::resolutionChanged()
 {
@@ -224,6 +248,48 @@ base::Span<const Vec3f> Pipeline::morphedCage()
     return _morphed;
 }
 
+void Pipeline::readStack()
+{
+    if (_stackRead)
+        return;
+    _stackRead = true;
+    _formers.clear();
+    _shapers.clear();
+    for (int i = 0; i < _object.getNumModifiers(); ++i) {
+        if (const auto* const former = qobject_cast<const DzDFormModifier*>(_object.getModifier(i)))
+            _formers.push_back(former);
+        if (const auto* const shaper = qobject_cast<const CageModifier*>(_object.getModifier(i)))
+            _shapers.push_back(shaper);
+    }
+}
+
+// One that does not fit is left out, the others act all the same.
+void Pipeline::updateForm()
+{
+    readStack();
+    _isFormed = false;
+    for (const DzDFormModifier* const former : _formers) {
+        if (!IsActive(*former))
+            continue;
+        if (!_isFormed)
+            _formed = _morphed;
+        _isFormed = true;
+        GuardHostCall({{}, _object.getName().toStdString(), "cannot be deformed", base::Severity::Warning},
+                      [&] {
+                          ApplyDFormer(*former, _object, _formed);
+                          return true;
+                      });
+    }
+}
+
+base::Span<const Vec3f> Pipeline::formedCage()
+{
+    const base::Span<const Vec3f> morphed = morphedCage();
+    if (takeStale(Forming))
+        updateForm();
+    return _isFormed ? base::Span<const Vec3f>(_formed) : morphed;
+}
+
 SkinPose Pipeline::skinPose() const
 {
     SkinPose pose;
@@ -271,7 +337,7 @@ void Pipeline::updateSkin()
             const SkinPose pose = skinPose();
             if (pose.atRest || !pose.weights)
                 return true;
-            _posed = geometry::Skin(_morphed, *pose.weights, pose.poses, pose.mode);
+            _posed = geometry::Skin(formedCage(), *pose.weights, pose.poses, pose.mode);
             _isPosed = true;
             return true;
         });
@@ -279,10 +345,50 @@ void Pipeline::updateSkin()
 
 base::Span<const Vec3f> Pipeline::posedCage()
 {
-    const base::Span<const Vec3f> morphed = morphedCage();
+    const base::Span<const Vec3f> formed = formedCage();
     if (takeStale(Skinning))
         updateSkin();
-    return _isPosed ? base::Span<const Vec3f>(_posed) : morphed;
+    return _isPosed ? base::Span<const Vec3f>(_posed) : formed;
+}
+
+void Pipeline::updateShape()
+{
+    readStack();
+    std::vector<const CageModifier*> active;
+    std::copy_if(_shapers.begin(), _shapers.end(), std::back_inserter(active),
+                 [](const CageModifier* shaper) { return shaper->isActive(); });
+    std::stable_partition(active.begin(), active.end(),
+                          [](const CageModifier* shaper) { return !shaper->actsLast(); });
+    _isShaped = !active.empty();
+    if (!_isShaped)
+        return;
+    const base::Span<const Vec3f> posed = posedCage();
+    CageShape cage{base().topology, formedCage(), {posed.begin(), posed.end()}};
+    for (const CageModifier* const shaper : active)
+        GuardHostCall({{}, _object.getName().toStdString(), "cannot be shaped", base::Severity::Warning},
+                      [&] {
+                          shaper->apply(cage);
+                          return true;
+                      });
+    _shaped = std::move(cage.positions);
+}
+
+std::vector<Vec3f> Pipeline::shapingOffsets()
+{
+    const base::Span<const Vec3f> shaped = shapedCage(), posed = posedCage();
+    std::vector<Vec3f> offsets;
+    if (_isShaped)
+        std::transform(shaped.begin(), shaped.end(), posed.begin(), std::back_inserter(offsets),
+                       [](Vec3f to, Vec3f from) { return to - from; });
+    return offsets;
+}
+
+base::Span<const Vec3f> Pipeline::shapedCage()
+{
+    const base::Span<const Vec3f> posed = posedCage();
+    if (takeStale(Shaping))
+        updateShape();
+    return _isShaped ? base::Span<const Vec3f>(_shaped) : posed;
 }
 
 void Pipeline::toWorld(base::Span<Vec3f> positions) const
@@ -298,7 +404,7 @@ void Pipeline::toWorld(base::Span<Vec3f> positions) const
 
 base::Span<const Vec3f> Pipeline::worldCage()
 {
-    const base::Span<const Vec3f> posed = posedCage();
+    const base::Span<const Vec3f> posed = shapedCage();
     if (takeStale(Place)) {
         const DzNode* const node = _object.getNode();
         _isPlaced = node && !WorldTransform(*node).isIdentity();
@@ -332,7 +438,7 @@ std::vector<Vec3f> Pipeline::refinedInWorld(const geometry::Subdivision& refinem
     const std::vector<geometry::ActiveDetail> details = activeDetails();
     if (details.empty())
         return refinement.refine(worldCage(), 0, level);
-    std::vector<Vec3f> positions = geometry::RefineWithDetail(refinement, posedCage(), level, details);
+    std::vector<Vec3f> positions = geometry::RefineWithDetail(refinement, shapedCage(), level, details);
     toWorld(positions);
     return positions;
 }

@@ -34,6 +34,7 @@ protected:
 
 private slots:
     void handleNodeDestroyed(QObject* node);
+    void handlePartChanged();
 
 private:
     friend class DzDFormModifier;

@@ -20,8 +20,13 @@ public:
     /// Shares the map by counting.
     DzError setInfluenceWeights(DzWeightMap* weights);
 
+protected:
+    void propertyValueChanged(DzProperty* property) override;
+
 private:
     friend class DzDForm;
+    void formChanged();
+
     DzDForm* _former;
     DzWeightMapPtr _weights;
 };

@@ -77,8 +77,8 @@ geometry::SubdividedMorph MakePlainMorph(const MorphLoadSettings& settings, DzNo
     std::vector<Vec3f> deltas(file.begin(), file.end());
     base::Span<const Vec3f> neutral = pipeline.base().positions;
     if (settings.reverseDeformations) {
-        deltas = UndoSkin(pipeline, UndoPlace(node, file));
-        neutral = pipeline.morphedCage();
+        deltas = UndoSkin(pipeline, UndoShaping(pipeline, UndoPlace(node, file), 0));
+        neutral = pipeline.formedCage();
     }
     for (std::size_t v = 0; v < deltas.size(); ++v)
         deltas[v] -= neutral[v];
@@ -95,8 +95,10 @@ geometry::SubdividedMorph MakeSubdividedMorph(const MorphLoadSettings& settings,
                                               base::Span<const Vec3f> file)
 {
     Pipeline& pipeline = node.getObject()->pipeline();
-    return settings.reverseDeformations ? SplitMorph(settings, pipeline, UndoPlace(node, file))
-                                        : SplitMorph(settings, pipeline, file);
+    if (!settings.reverseDeformations)
+        return SplitMorph(settings, pipeline, file);
+    return SplitMorph(settings, pipeline,
+                      UndoShaping(pipeline, UndoPlace(node, file), settings.subdivisionBuiltResolution));
 }
 
 void AttenuateByMap(geometry::SubdividedMorph& made, const MorphLoadSettings& settings, const DzNode& node)

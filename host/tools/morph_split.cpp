@@ -39,7 +39,7 @@ geometry::SubdividedMorph SplitMorph(const MorphLoadSettings& settings, Pipeline
     SkinPose skin;
     std::vector<geometry::ActiveDetail> details;
     if (settings.reverseDeformations) {
-        present.rest = pipeline.morphedCage();
+        present.rest = pipeline.formedCage();
         present.posed = pipeline.posedCage();
         skin = pipeline.skinPose();
         if (!skin.atRest)

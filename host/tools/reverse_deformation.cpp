@@ -33,6 +33,18 @@ std::vector<Vec3f> UndoPlace(const DzNode& node, base::Span<const Vec3f> world)
     return positions;
 }
 
+std::vector<Vec3f> UndoShaping(Pipeline& pipeline, std::vector<Vec3f> positions, int level)
+{
+    std::vector<Vec3f> offsets = pipeline.shapingOffsets();
+    if (offsets.empty())
+        return positions;
+    if (level > 0)
+        offsets = pipeline.subdivision(level)->refine(offsets, 0, level);
+    for (std::size_t v = 0; v < positions.size() && v < offsets.size(); ++v)
+        positions[v] -= offsets[v];
+    return positions;
+}
+
 std::vector<Vec3f> UndoSkin(const Pipeline& pipeline, base::Span<const Vec3f> posed)
 {
     const SkinPose pose = pipeline.skinPose();

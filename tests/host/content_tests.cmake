@@ -4,6 +4,7 @@ gantrel_add_tests(host_content_tests
         content_alias_test.cpp
         content_attendant_test.cpp
         content_detail_test.cpp
+        content_effects_test.cpp
         content_fixture.cpp
         content_figure_test.cpp
         content_foreign_clothes_test.cpp
@@ -15,6 +16,7 @@ gantrel_add_tests(host_content_tests
         content_paths_test.cpp
         content_pitfall_test.cpp
         content_preset_test.cpp
+        content_save_effects_test.cpp
         content_save_failure_test.cpp
         content_save_format_test.cpp
         content_save_parts_test.cpp

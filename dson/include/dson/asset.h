@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// The DSON file format (.dsf, .duf): figures, morphs, presets. All strings are UTF-8; lengths in cm, angles
@@ -128,12 +129,40 @@ struct MorphData {
     std::string hdUrl;
 };
 
-/// A modifier with a dial: a morph when it has data, otherwise a control.
+/// Influence weights found anywhere in a file.
+struct InfluenceMap {
+    std::string owner;             ///< name or label of the modifier or node that holds it
+    bool isDForm = false;          ///< it stood in a "dform" member
+    std::int64_t vertexCount = -1; ///< -1 for unchecked
+    std::vector<std::uint32_t> vertices;
+    std::vector<float> weights;
+};
+
+/// One of the further dials that a modifier lists in its `extra`.
+struct EffectChannel {
+    Channel channel;      ///< the name is that of the property
+    std::string group;    ///< where it is shown
+    bool hasValue = true; ///< an instance need not say one
+};
+
+/// What a modifier does beside or instead of turning a morph's dial: smoothing, pushing, simulating, ...
+struct Effect {
+    std::string kind; ///< type of its `extra`, such as "studio/modifier/smoothing"; "dform" for a D-Former's
+    std::vector<EffectChannel> channels;
+    std::optional<InfluenceMap> influence;
+    bool pushesAfterSmoothing = false;
+    /// `extra`, `dform` and what else a file has of it, by name: JSON text.
+    std::vector<std::pair<std::string, std::string>> members;
+};
+
+/// A modifier with a dial: a morph when it has data, otherwise a control, unless it has an effect.
 struct Modifier {
     std::string id, name;
     std::string parent; ///< URI of the figure node
     std::string presentationType = "Modifier/Shape";
-    Channel channel; ///< id "value"
+    Channel channel;        ///< id "value"
+    bool hasChannel = true; ///< off: the file names none
+    std::optional<Effect> effect;
     std::string region;
     std::string group = "/"; ///< property path
     std::vector<Formula> formulas;

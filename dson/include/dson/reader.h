@@ -53,21 +53,13 @@ struct ModifierInstance {
     std::optional<double> value; ///< of the channel
     ChannelChange change;
     std::vector<Formula> formulas;
+    std::optional<Effect> effect; ///< what its `extra` says; of no kind where that is the definition's
 };
 
 /// A preset's entry: a property's URI and its value at time 0.
 struct AnimatedValue {
     std::string url;
     double value = 0.0;
-};
-
-/// Influence weights found anywhere in the file.
-struct InfluenceMap {
-    std::string owner;             ///< name or label of the modifier or node that holds it
-    bool isDForm = false;          ///< it stood in a "dform" member
-    std::int64_t vertexCount = -1; ///< -1 for unchecked
-    std::vector<std::uint32_t> vertices;
-    std::vector<float> weights;
 };
 
 /// A skin binding and what it binds.

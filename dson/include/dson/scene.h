@@ -47,6 +47,7 @@ struct SceneModifier {
     std::string parent; ///< the geometry instance; the node's where there is none
     std::string group;  ///< where its dial has been put; empty if it stands where the definition has it
     std::optional<SceneChannel> channel;
+    std::optional<Effect> effect; ///< where it differs from the definition's
 };
 
 /// Definitions of what has no data file of its own, and the instances.

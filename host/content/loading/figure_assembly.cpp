@@ -84,6 +84,11 @@ void FigureAssembly::addModifier(std::shared_ptr<const dson::Document> file, con
         _impl->modifiers.add(*modifier, file, uriPath);
 }
 
+void FigureAssembly::applyEffect(const dson::ModifierInstance& instance, const std::string& uriPath)
+{
+    _impl->modifiers.applyEffect(instance, uriPath);
+}
+
 void FigureAssembly::addFormulas(const std::vector<dson::Formula>& formulas,
                                  const std::shared_ptr<const dson::Document>& owner)
 {

@@ -43,6 +43,9 @@ public:
     /// @param uriPath  decoded path of the file
     void addModifier(std::shared_ptr<const dson::Document> file, const std::string& uriPath,
                      const std::string& idOrName);
+    /// Makes an instance's values those of a modifier that is neither morph nor dial.
+    /// @param uriPath  decoded path of the file that defines it
+    void applyEffect(const dson::ModifierInstance& instance, const std::string& uriPath);
     /// Adds formulas of an instance of this figure; those that are there already count once.
     void addFormulas(const std::vector<dson::Formula>& formulas,
                      const std::shared_ptr<const dson::Document>& owner);

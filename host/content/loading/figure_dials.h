@@ -42,6 +42,12 @@ public:
     /// @param filePath  its decoded path
     void addOfMorph(DzMorph& morph, const dson::Modifier& modifier, const dson::Document& file,
                     const std::string& filePath);
+    /// Sets up the dial that a modifier of another kind has already.
+    void addOfEffect(DzNumericProperty& dial, const dson::Modifier& modifier, const dson::Document& file,
+                     const std::string& filePath)
+    {
+        _index.add(modifier, file, filePath, _nodes.root(), dial);
+    }
     /// A new dial on the node that the modifier names as its parent, else on the root.
     /// @return false when that cannot be
     bool addControl(const dson::Modifier& modifier, const std::string& name, const dson::Document& file,

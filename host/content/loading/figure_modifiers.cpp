@@ -43,7 +43,8 @@ bool IsAlias(const dson::Modifier& modifier)
 
 FigureModifiers::FigureModifiers(const FigureFile& figure, const FigureMesh& mesh, FigureNodes& nodes,
                                  FigureDials& dials, PendingFormulas& formulas)
-    : _figure(figure), _mesh(mesh), _nodes(nodes), _dials(dials), _formulas(formulas)
+    : _figure(figure), _mesh(mesh), _nodes(nodes), _dials(dials), _formulas(formulas),
+      _effects(figure, mesh, nodes, dials)
 {
 }
 
@@ -106,7 +107,8 @@ void FigureModifiers::add(const dson::Modifier& modifier, const std::shared_ptr<
 {
     if (modifier.name.empty() || !_added.insert(&modifier).second)
         return;
-    const bool isTaken = !IsAlias(modifier) && _dials.isNameTaken(modifier);
+    // An effect has no name among the dials.
+    const bool isTaken = !IsAlias(modifier) && !modifier.effect && _dials.isNameTaken(modifier);
     if (isTaken && isDefined(modifier, path))
         return;
     if (!make(modifier, isTaken ? _dials.freeName(modifier) : modifier.name, *file, path))
@@ -160,6 +162,10 @@ bool FigureModifiers::make(const dson::Modifier& modifier, const std::string& na
         _dials.addAlias(modifier, file, path);
         return true;
     }
+    if (modifier.effect)
+        return _effects.add(modifier, file, path);
+    if (!modifier.hasChannel && !modifier.morph)
+        return true; // its formulas are all that it is
     if (modifier.morph && _nodes.root().getObject())
         return addMorph(modifier, name, file, path);
     const bool isMade = _dials.addControl(modifier, name, file, path);
@@ -176,6 +182,11 @@ void FigureModifiers::noteChannel(const dson::Modifier& modifier, const dson::Do
         _ofUnknownTypes.add(example);
     if (isMade && HasLimitsBeyondFloat(modifier.channel))
         _beyondLimits.add(example);
+}
+
+void FigureModifiers::applyEffect(const dson::ModifierInstance& instance, const std::string& path)
+{
+    _effects.apply(instance, path);
 }
 
 bool FigureModifiers::addMorph(const dson::Modifier& modifier, const std::string& name,
@@ -249,6 +260,7 @@ void FigureModifiers::reportOmissions()
     if (const std::vector<std::string>& aliases = _dials.renamedAliases(); !aliases.empty())
         _figure.note(fmt::format("{} aliases have the names of dials beside them and get others{}",
                                  aliases.size(), Examples(aliases)));
+    _effects.report();
 }
 
 } // namespace openhost

@@ -6,6 +6,7 @@
 #include "dson/reader.h"
 #include "dson/uri.h"
 #include "figure_dials.h"
+#include "figure_effects.h"
 #include "figure_file.h"
 #include "figure_mesh.h"
 #include "figure_nodes.h"
@@ -34,6 +35,10 @@ public:
     /// Adds one, whatever it says about its parent; a morph for another mesh is left out.
     void add(const dson::Modifier& modifier, const std::shared_ptr<const dson::Document>& file,
              const std::string& path);
+
+    /// Makes an instance's values those of the modifier that is neither morph nor dial; what no file defines
+    /// is made from the instance.
+    void applyEffect(const dson::ModifierInstance& instance, const std::string& path);
 
     /// Notes that a shape, which is not there, is dialled in.
     /// @param why  nothing for what its file has and is no shape of this figure
@@ -80,6 +85,7 @@ private:
     FigureDials& _dials;
     PendingFormulas& _formulas;
     std::unordered_set<const dson::Modifier*> _added; ///< also those that were left out
+    FigureEffects _effects;
     Omission _forOtherMeshes, _forOtherFigures, _ofEqualNames, _ofUnknownTypes, _withoutNumbers,
         _beyondLimits;
     AssetLibrary* _library = nullptr; ///< where its shapes were looked for

@@ -198,6 +198,8 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
     assembly.addFormulas(instance.formulas, _document);
     const dson::Uri url = uriOf(instance);
     DzNumericProperty* const property = findDial(assembly, url, *place->node);
+    if (instance.effect)
+        assembly.applyEffect(instance, url.path);
     if (!property) {
         if (instance.value && !url.id.empty())
             assembly.loseShape(url, _library.whyMissing(url, _document->file), *instance.value);

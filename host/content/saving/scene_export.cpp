@@ -18,6 +18,7 @@
 #include "dzpresentation.h"
 #include "dzskeleton.h"
 #include "dzskinbinding.h"
+#include "effect_export.h"
 #include "library/asset_origin.h"
 #include "link_export.h"
 #include "loading/channel_properties.h"
@@ -237,6 +238,7 @@ private:
         }
         describeSkin(u);
         describeDials(u);
+        describeEffects(u);
         std::vector<dson::Formula> formulas = formulasOf(u);
         if (unit.isDescribedWhole())
             nodes.front().formulas = std::move(formulas);
@@ -313,6 +315,29 @@ private:
         dson::SceneModifier instance{_ids.take(id), Reference(id), modifierParent(unit), {}, {}};
         instance.channel = DescribeChange(*dial.property, "value");
         _asset.sceneModifiers.push_back(std::move(instance));
+    }
+
+    void describeEffects(std::size_t u)
+    {
+        const SceneUnit& unit = _scene.units[u];
+        for (const DzModifier* const modifier : EffectsOf(unit)) {
+            dson::SceneModifier instance;
+            instance.parent = modifierParent(unit);
+            const bool isDefined = !IsDefinedElsewhere(*modifier, unit);
+            if (isDefined) {
+                const std::string id = _ids.take(modifier->getName().toStdString());
+                const std::string parent =
+                    unit.isDescribedWhole() ? Reference(_unitIds[u].geometry) : nodeUrl(u, *unit.root);
+                _asset.modifiers.push_back(DescribeEffect(*modifier, id, parent));
+                instance.url = Reference(id);
+            } else {
+                instance.url = AssetUriOf(*modifier).toString().toStdString();
+            }
+            instance.id = _ids.take(dson::ParseUri(instance.url).id);
+            DescribeEffectInstance(*modifier, isDefined, instance);
+            if (isDefined || instance.channel || instance.effect)
+                _asset.sceneModifiers.push_back(std::move(instance));
+        }
     }
 
     /// What formulas of the unit call the property; empty for one of another figure.

@@ -11,12 +11,15 @@
 #include <memory>
 #include <vector>
 
+class DzDFormModifier;
 class DzFacetMesh;
 class DzFacetShape;
 class DzMorph;
 class DzSkinBinding;
 
 namespace openhost {
+
+class CageModifier;
 
 /// How a figure's skin is posed at the moment.
 struct SkinPose {
@@ -27,9 +30,9 @@ struct SkinPose {
         true; ///< nothing moves; the skin is left out, so that positions stay as they are to the bit
 };
 
-/// Base mesh, morphs, skin, subdivision with the morphs' fine detail, the node's place in the world. Each
-/// stage is kept and made again only when something before it has changed; all is evaluated when read. Spans
-/// are valid until the next change.
+/// Base mesh, morphs, D-Formers, skin, modifiers behind the skin, subdivision with the morphs' fine detail,
+/// the node's place in the world. Each stage is kept and made again only when something before it has
+/// changed; all is evaluated when read. Spans are valid until the next change.
 class Pipeline {
 public:
     explicit Pipeline(DzObject& object);
@@ -39,7 +42,10 @@ public:
     void morphRemoved(DzMorph& morph);
     void morphChanged(DzMorph& morph, bool deltasToo);
     void baseChanged();
+    void stackChanged();  ///< a modifier that is no morph has come or gone
+    void formerChanged(); ///< a D-Former's nodes, weights or strength
     void jointsChanged();
+    void shaperChanged(); ///< a property of a modifier behind the skin
     void placeChanged();
     void resolutionChanged();
     /// Gives the memory of all results back.
@@ -52,8 +58,14 @@ public:
     int level() const;
     /// Rest pose, figure space, cage.
     base::Span<const geometry::Vec3f> morphedCage();
+    /// The same as D-Formers leave it.
+    base::Span<const geometry::Vec3f> formedCage();
     /// Posed, figure space, cage.
     base::Span<const geometry::Vec3f> posedCage();
+    /// The same behind all modifiers.
+    base::Span<const geometry::Vec3f> shapedCage();
+    /// From posedCage() to shapedCage(); empty where the two are one.
+    std::vector<geometry::Vec3f> shapingOffsets();
     /// World space, cage.
     base::Span<const geometry::Vec3f> worldCage();
     /// World space, at the level in effect.
@@ -71,7 +83,7 @@ public:
     std::shared_ptr<const geometry::Subdivision> subdivision(int levels) const;
 
 private:
-    enum Stage { Morphs, Skinning, Place, Result, StageCount };
+    enum Stage { Morphs, Forming, Skinning, Shaping, Place, Result, StageCount };
     void invalidate(Stage first);
     bool takeStale(Stage stage);
     DzFacetShape* shape() const;
@@ -79,13 +91,16 @@ private:
     void updateMorphs();
     void sumMorphs(const DzMorph* except, std::vector<geometry::Vec3f>* positions);
     void addMorph(DzMorph& morph, std::vector<geometry::Vec3f>* positions);
+    void readStack();
+    void updateForm();
     void updateSkin();
+    void updateShape();
     void updateWorld();
     std::vector<geometry::Vec3f> refinedInWorld(const geometry::Subdivision& refinement, int level);
     void toWorld(base::Span<geometry::Vec3f> positions) const;
 
     DzObject& _object;
-    bool _stale[StageCount] = {true, true, true, true};
+    bool _stale[StageCount] = {true, true, true, true, true, true};
 
     std::vector<DzMorph*> _pending; ///< changed since last read
     std::vector<DzMorph*> _active;  ///< not at 0, in order of sequence
@@ -95,9 +110,16 @@ private:
     std::vector<geometry::Vec3f> _others; ///< base and all active morphs but the hot one
     std::vector<geometry::Vec3f> _morphed;
 
+    bool _stackRead = false;
+    std::vector<const DzDFormModifier*> _formers; ///< in stack order
+    std::vector<const CageModifier*> _shapers;    ///< in stack order
+    bool _isFormed = false;
+    std::vector<geometry::Vec3f> _formed;
     bool _isPosed = false;
     bool _skinFailed = false;
     std::vector<geometry::Vec3f> _posed;
+    bool _isShaped = false;
+    std::vector<geometry::Vec3f> _shaped;
     bool _isPlaced = false;
     std::vector<geometry::Vec3f> _placed;
     mutable std::shared_ptr<const geometry::Subdivision> _subdivision;

@@ -1,0 +1,123 @@
+// Modifiers that are neither morphs nor dials as JSON.
+// SPDX-License-Identifier: MIT
+
+#include "emit.h"
+#include "json_view.h"
+
+#include <algorithm>
+#include <map>
+
+namespace dson {
+
+namespace {
+
+/// By id; those that are written are taken out.
+using Values = std::map<std::string, const Channel*>;
+
+Json Text(const std::string& json)
+{
+    return Json::binary(Json::binary_t::container_type(json.begin(), json.end()));
+}
+
+Json Raw(const Element& element)
+{
+    return Text(simdjson::minify(element));
+}
+
+/// The members in their order, with the ones that change put in place of the old or behind them.
+template <class Change>
+Json WithChanges(const Element& object, Change change)
+{
+    Json json = Json::object();
+    for (const auto member : Members(object))
+        json[std::string(member.key)] = Raw(member.value);
+    change(json);
+    return json;
+}
+
+Json CurrentValue(const Channel& channel)
+{
+    if (channel.type == "bool")
+        return *channel.currentValue != 0.0;
+    return ExactNumber(*channel.currentValue);
+}
+
+Json WithValue(const Element& entry, Values& values)
+{
+    const auto old = Find(entry, "channel");
+    const auto now = old && old->is_object() ? values.find(dson::Text(*old, "id")) : values.end();
+    if (now == values.end())
+        return Raw(entry);
+    const Channel& channel = *now->second;
+    values.erase(now);
+    return WithChanges(entry, [&](Json& json) {
+        json["channel"] =
+            WithChanges(*old, [&](Json& present) { present["current_value"] = CurrentValue(channel); });
+    });
+}
+
+Json WithValues(const Element& extra, Values& values)
+{
+    const auto channels = Find(extra, "channels");
+    if (!channels || !channels->is_array())
+        return Raw(extra);
+    return WithChanges(extra, [&](Json& json) {
+        Json list = Json::array();
+        for (const Element entry : Items(*channels))
+            list.push_back(WithValue(entry, values));
+        json["channels"] = std::move(list);
+    });
+}
+
+/// For what the file has no place yet.
+Json NewChannels(const Values& values)
+{
+    Json list = Json::array();
+    for (const auto& value : values) {
+        const Channel& channel = *value.second;
+        list.push_back({{"channel",
+                         {{"id", channel.id},
+                          {"type", channel.type},
+                          {"name", channel.name},
+                          {"current_value", CurrentValue(channel)}}}});
+    }
+    return Json{{"type", "studio_modifier_channels"}, {"version", "0.1.8"}, {"channels", std::move(list)}};
+}
+
+Json EmitExtras(const std::string& text, Values& values)
+{
+    Json extras = Json::array();
+    simdjson::dom::parser parser;
+    Element old;
+    if (!text.empty() && parser.parse(text).get(old) == simdjson::SUCCESS) {
+        if (old.is_object())
+            extras.push_back(WithValues(old, values));
+        else if (old.is_array())
+            for (const Element extra : Items(old))
+                extras.push_back(WithValues(extra, values));
+    }
+    if (!values.empty())
+        extras.push_back(NewChannels(values));
+    return extras;
+}
+
+} // namespace
+
+void AddEffect(Json& modifier, const Effect& effect)
+{
+    Values values;
+    for (const EffectChannel& one : effect.channels)
+        if (one.channel.currentValue)
+            values.emplace(one.channel.id, &one.channel);
+    std::string extra;
+    for (const auto& member : effect.members)
+        if (member.first == "extra")
+            extra = member.second;
+        else
+            modifier[member.first] = Text(member.second);
+    Json extras = EmitExtras(extra, values);
+    if (!extras.empty())
+        modifier["extra"] = std::move(extras);
+}
+
+} // namespace dson

@@ -1,0 +1,106 @@
+// Turning the members of a DSON file into values: modifiers that are neither morphs nor dials.
+// SPDX-License-Identifier: MIT
+
+#include "channel_parts.h"
+#include "parts.h"
+
+#include <set>
+
+namespace dson {
+
+namespace {
+
+const std::string_view effectPrefix = "studio/modifier/";
+const std::string_view channelsType = "studio_modifier_channels";
+
+/// What every modifier may have, and what is read of it as such.
+bool IsCommon(std::string_view member)
+{
+    static const std::set<std::string_view> common{"id",     "url",    "name",     "label", "source",
+                                                   "parent", "region", "formulas", "group", "channel"};
+    return common.count(member) > 0;
+}
+
+/// The first type that says what the modifier does.
+std::string ExtraKind(const Element& modifier)
+{
+    std::string kind;
+    ForEach(modifier, "extra", [&](const Element& extra) {
+        const std::string type = Text(extra, "type");
+        if (kind.empty() && type != channelsType)
+            kind = type;
+    });
+    return kind;
+}
+
+/// The first member that only this kind of modifier has.
+std::string MemberKind(const Effect& effect)
+{
+    for (const auto& member : effect.members)
+        if (member.first != "extra" && member.first != "presentation")
+            return member.first;
+    return {};
+}
+
+EffectChannel ParseEffectChannel(const Element& entry, const Element& json)
+{
+    EffectChannel parsed;
+    parsed.channel = ParseChannel(json);
+    if (parsed.channel.name.empty())
+        parsed.channel.name = parsed.channel.id;
+    parsed.group = Text(entry, "group");
+    parsed.hasValue = Number(json, "value") || Number(json, "current_value");
+    return parsed;
+}
+
+/// What stands in `extra` and `dform`, whatever the kind.
+Effect ParseParts(const Element& modifier)
+{
+    Effect effect;
+    ForEach(modifier, "extra", [&](const Element& extra) {
+        ForEach(extra, "channels", [&](const Element& entry) {
+            const auto channel = Find(entry, "channel");
+            if (channel && !(Text(*channel, "name") + Text(*channel, "id")).empty())
+                effect.channels.push_back(ParseEffectChannel(entry, *channel));
+        });
+        if (Flag(extra, "push_post_smooth", false))
+            effect.pushesAfterSmoothing = true;
+        if (!effect.influence && Find(extra, "influence_weights"))
+            effect.influence = ParseInfluenceMap(extra, Text(modifier, "name"), false, nullptr);
+    });
+    if (const auto dform = Find(modifier, "dform"))
+        if (auto map = ParseInfluenceMap(*dform, Text(modifier, "name"), true, nullptr))
+            effect.influence = std::move(map);
+    if (!modifier.is_object())
+        return effect;
+    for (const auto member : Members(modifier))
+        if (!IsCommon(member.key))
+            effect.members.emplace_back(member.key, simdjson::minify(member.value));
+    return effect;
+}
+
+} // namespace
+
+std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parsed)
+{
+    std::string kind = ExtraKind(modifier);
+    const bool isPlain = parsed.hasChannel || !parsed.formulas.empty();
+    if (Find(modifier, "dform"))
+        kind = "dform";
+    else if (isPlain && kind.compare(0, effectPrefix.size(), effectPrefix) != 0)
+        return std::nullopt;
+    Effect effect = ParseParts(modifier);
+    effect.kind = kind.empty() ? MemberKind(effect) : kind;
+    return effect;
+}
+
+std::optional<Effect> ParseEffectInstance(const Element& instance)
+{
+    if (!Find(instance, "extra") && !Find(instance, "dform"))
+        return std::nullopt;
+    Effect effect = ParseParts(instance);
+    effect.kind = Find(instance, "dform") ? "dform" : ExtraKind(instance);
+    return effect;
+}
+
+} // namespace dson

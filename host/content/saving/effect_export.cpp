@@ -1,0 +1,71 @@
+// Modifiers that are neither morphs nor dials as file content.
+// SPDX-License-Identifier: MIT
+
+#include "effect_export.h"
+
+#include "channel_export.h"
+#include "dzmodifier.h"
+#include "dznode.h"
+#include "dznumericproperty.h"
+#include "dzobject.h"
+#include "figure/file_effect.h"
+#include "library/asset_origin.h"
+#include "scene_units.h"
+
+#include <algorithm>
+
+namespace openhost {
+
+std::vector<const DzModifier*> EffectsOf(const SceneUnit& unit)
+{
+    std::vector<const DzModifier*> effects;
+    const DzObject* const object = unit.root->getObject();
+    for (int i = 0; object && i < object->getNumModifiers(); ++i)
+        if (FileEffect::of(*object->getModifier(i)))
+            effects.push_back(object->getModifier(i));
+    return effects;
+}
+
+bool IsDefinedElsewhere(const DzModifier& modifier, const SceneUnit& unit)
+{
+    return !unit.isDescribedWhole() && !AssetUriOf(modifier).isEmpty();
+}
+
+dson::Modifier DescribeEffect(const DzModifier& modifier, const std::string& id, const std::string& parent)
+{
+    const FileEffect& file = *FileEffect::of(modifier);
+    dson::Modifier described;
+    described.id = id;
+    described.name = modifier.getName().toStdString();
+    described.parent = parent;
+    described.hasChannel = file.own() != nullptr;
+    if (const DzNumericProperty* const own = file.own()) {
+        described.channel = DescribeChannel(*own, "value");
+        described.group = own->getPath().toStdString();
+    }
+    described.effect = file.present();
+    return described;
+}
+
+void DescribeEffectInstance(const DzModifier& modifier, bool isDefined, dson::SceneModifier& instance)
+{
+    const FileEffect& file = *FileEffect::of(modifier);
+    if (file.own())
+        instance.channel = DescribeChange(*file.own(), "value");
+    if (isDefined)
+        return;
+    dson::Effect changes = file.present();
+    changes.members.clear();
+    auto& channels = changes.channels;
+    channels.erase(std::remove_if(channels.begin(), channels.end(),
+                                  [&file](const dson::EffectChannel& one) {
+                                      const DzNumericProperty* const property = file.find(one.channel.id);
+                                      return property &&
+                                             *one.channel.currentValue == property->getDoubleDefaultValue();
+                                  }),
+                   channels.end());
+    if (!channels.empty())
+        instance.effect = std::move(changes);
+}
+
+} // namespace openhost

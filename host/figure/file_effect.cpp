@@ -1,0 +1,93 @@
+// What a file says of a modifier that is neither morph nor dial.
+// SPDX-License-Identifier: MIT
+
+#include "figure/file_effect.h"
+
+#include "dzboolproperty.h"
+#include "dzenumproperty.h"
+#include "dzmodifier.h"
+#include "dznumericproperty.h"
+
+#include <algorithm>
+
+namespace openhost {
+
+namespace {
+
+const char* TypeOf(const DzNumericProperty& property)
+{
+    if (qobject_cast<const DzBoolProperty*>(&property))
+        return "bool";
+    if (qobject_cast<const DzEnumProperty*>(&property))
+        return "enum";
+    return qobject_cast<const DzIntProperty*>(&property) ? "int" : "float";
+}
+
+DzNumericProperty* Look(const std::map<std::string, DzNumericProperty*>& properties, const std::string& key)
+{
+    const auto found = properties.find(key);
+    return found == properties.end() ? nullptr : found->second;
+}
+
+} // namespace
+
+FileEffect::FileEffect(dson::Effect effect, DzModifier& owner) : QObject(&owner), _effect(std::move(effect))
+{
+}
+
+FileEffect* FileEffect::of(const DzModifier& modifier)
+{
+    return modifier.findChild<FileEffect*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+void FileEffect::supplement(const dson::Effect& instance)
+{
+    for (const auto& member : instance.members) {
+        const bool isThere = std::any_of(_effect.members.begin(), _effect.members.end(),
+                                         [&](const auto& own) { return own.first == member.first; });
+        if (!isThere)
+            _effect.members.push_back(member);
+    }
+    if (!_effect.influence)
+        _effect.influence = instance.influence;
+}
+
+void FileEffect::enter(const dson::Channel& channel, DzNumericProperty& property)
+{
+    _byId.emplace(channel.id, &property);
+    _byName.emplace(channel.name, &property);
+}
+
+DzNumericProperty* FileEffect::find(const std::string& idOrName) const
+{
+    DzNumericProperty* const property = Look(_byId, idOrName);
+    return property ? property : Look(_byName, idOrName);
+}
+
+dson::Effect FileEffect::present() const
+{
+    dson::Effect now = _effect;
+    now.channels.clear();
+    const auto* const owner = qobject_cast<const DzModifier*>(parent());
+    for (int i = 0; i < owner->getNumProperties(); ++i) {
+        const auto* const property = qobject_cast<const DzNumericProperty*>(owner->getProperty(i));
+        if (!property || property == _own)
+            continue;
+        dson::EffectChannel one;
+        one.channel.id = one.channel.name = property->getName().toStdString();
+        one.channel.type = TypeOf(*property);
+        bool isOfFile = false;
+        for (const auto& entry : _byId)
+            if (entry.second == property) {
+                one.channel.id = entry.first;
+                isOfFile = true;
+            }
+        if (!isOfFile && property->getDoubleRawValue() == property->getDoubleDefaultValue())
+            continue;
+        one.channel.currentValue = property->getDoubleRawValue();
+        now.channels.push_back(std::move(one));
+    }
+    return now;
+}
+
+} // namespace openhost

@@ -1,0 +1,46 @@
+// What a file says of a modifier that is neither morph nor dial.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/asset.h"
+
+#include <map>
+#include <string>
+
+#include <QObject>
+
+class DzModifier;
+class DzNumericProperty;
+
+namespace openhost {
+
+/// Kept with the modifier, so that saving it loses nothing that the host has no use for.
+class FileEffect : public QObject {
+    Q_OBJECT
+public:
+    /// The modifier owns it from then on.
+    FileEffect(dson::Effect effect, DzModifier& owner);
+    /// Null for a modifier that no file has described.
+    static FileEffect* of(const DzModifier& modifier);
+
+    const dson::Effect& described() const { return _effect; }
+    /// Takes over what an instance says that the definition does not.
+    void supplement(const dson::Effect& instance);
+
+    /// Which property stands for a channel of the file.
+    void enter(const dson::Channel& channel, DzNumericProperty& property);
+    DzNumericProperty* find(const std::string& idOrName) const; ///< null for none
+    /// The dial of the modifier itself, which no `extra` lists; null for none.
+    DzNumericProperty* own() const { return _own; }
+    void setOwn(DzNumericProperty& dial) { _own = &dial; }
+    /// What is described, with the properties' values as they are now; without the own dial's.
+    dson::Effect present() const;
+
+private:
+    dson::Effect _effect;
+    DzNumericProperty* _own = nullptr;
+    std::map<std::string, DzNumericProperty*> _byId, _byName; ///< the modifier's
+};
+
+} // namespace openhost
