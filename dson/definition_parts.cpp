@@ -77,6 +77,7 @@ Node ParseNode(const Element& json, ParseContext& context)
     if (const auto presentation = Find(json, "presentation"))
         node.presentationType = Text(*presentation, "type");
     node.formulas = ParseFormulas(json, context);
+    node.dform = ParseDFormPart(json);
     return node;
 }
 

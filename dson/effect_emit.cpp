@@ -103,12 +103,31 @@ Json EmitExtras(const std::string& text, Values& values)
 
 } // namespace
 
+Json EmitDFormPart(const DFormPart& part)
+{
+    static const char* const types[] = {"studio/node/dform", "studio/node/dform_base",
+                                        "studio/node/dform_zone"};
+    Json json{{"type", types[static_cast<int>(part.role)]}};
+    if (part.usesWeights)
+        json["influence_mode"] = *part.usesWeights ? "weight_map" : "sphere";
+    for (const auto& knot : part.falloff)
+        json["falloff"].push_back(Json::array({ExactNumber(knot[0]), ExactNumber(knot[1])}));
+    return json;
+}
+
 void AddEffect(Json& modifier, const Effect& effect)
 {
     Values values;
     for (const EffectChannel& one : effect.channels)
         if (one.channel.currentValue)
             values.emplace(one.channel.id, &one.channel);
+    // The host's own have no words of a file.
+    if (effect.kind == "dform" && effect.members.empty() && effect.influence)
+        modifier["dform"] = {
+            {"influence_vertex_count", effect.influence->vertexCount},
+            {"influence_weights", EmitWeights(effect.influence->vertices, effect.influence->weights)}};
+    else if (effect.kind == "dform" && effect.members.empty())
+        modifier["dform"] = Json::object();
     std::string extra;
     for (const auto& member : effect.members)
         if (member.first == "extra")

@@ -11,6 +11,7 @@ namespace dson {
 namespace {
 
 const std::string_view effectPrefix = "studio/modifier/";
+const std::string_view dformPrefix = "studio/node/dform";
 const std::string_view channelsType = "studio_modifier_channels";
 
 /// What every modifier may have, and what is read of it as such.
@@ -79,7 +80,53 @@ Effect ParseParts(const Element& modifier)
     return effect;
 }
 
+bool Contains(const std::string& text, const char* part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+DFormPart::Role RoleOf(const std::string& type)
+{
+    if (Contains(type, "base"))
+        return DFormPart::Role::Base;
+    return Contains(type, "zone") || Contains(type, "field") ? DFormPart::Role::Zone
+                                                             : DFormPart::Role::Former;
+}
+
+std::optional<bool> UsesWeights(const Element& extra)
+{
+    if (const auto mode = Number(extra, "influence_mode"))
+        return *mode != 0.0;
+    const std::string mode = Text(extra, "influence_mode");
+    return mode.empty() ? std::nullopt : std::optional<bool>(Contains(mode, "weight"));
+}
+
+std::vector<std::array<double, 2>> Knots(const Element& extra)
+{
+    std::vector<std::array<double, 2>> knots;
+    ForEachValue(extra, "falloff", [&](const Element& row) {
+        std::vector<double> numbers;
+        if (row.is_array())
+            for (const Element item : Items(row))
+                numbers.push_back(AsNumber(item).value_or(0.0));
+        if (numbers.size() >= 2)
+            knots.push_back({numbers[0], numbers[1]});
+    });
+    return knots;
+}
+
 } // namespace
+
+std::optional<DFormPart> ParseDFormPart(const Element& node)
+{
+    std::optional<DFormPart> part;
+    ForEach(node, "extra", [&](const Element& extra) {
+        const std::string type = Text(extra, "type");
+        if (!part && type.compare(0, dformPrefix.size(), dformPrefix) == 0)
+            part = DFormPart{RoleOf(type.substr(dformPrefix.size())), UsesWeights(extra), Knots(extra)};
+    });
+    return part;
+}
 
 std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parsed)
 {

@@ -317,6 +317,8 @@ Json EmitNode(const Node& node)
         json["presentation"] = EmitPresentation(node.presentationType, node.label);
     if (!node.formulas.empty())
         json["formulas"] = EmitFormulas(node.formulas);
+    if (node.dform)
+        json["extra"] = Json::array({EmitDFormPart(*node.dform)});
     return json;
 }
 

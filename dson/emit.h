@@ -26,6 +26,9 @@ Json EmitModifier(const Modifier& modifier);
 /// Puts what a modifier does into its JSON: the members as its file had them, present values in their places.
 /// @throws base::FormatError  a value is not finite
 void AddEffect(Json& modifier, const Effect& effect);
+/// The `extra` object of a part of a D-Former.
+/// @throws base::FormatError  a value is not finite
+Json EmitDFormPart(const DFormPart& part);
 Json EmitDForm(const DFormAsset& dform);
 
 /// A number in double precision; the others keep single precision.

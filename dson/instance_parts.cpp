@@ -92,6 +92,7 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
         ReadFavorites(item, instance.favorites);
     });
     instance.formulas = ParseFormulas(json, context);
+    instance.dform = ParseDFormPart(json);
     return instance;
 }
 

@@ -47,6 +47,9 @@ std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parse
 /// What an instance of it says; nothing without `extra` and `dform`.
 std::optional<Effect> ParseEffectInstance(const Element& instance);
 
+/// Nothing for a node that is no part of a D-Former.
+std::optional<DFormPart> ParseDFormPart(const Element& node);
+
 /// The weights that an object has as its `influence_weights`; nothing where those are no map.
 /// @param owner  see InfluenceMap
 /// @param told   where it tells what it leaves out; null where that has been told

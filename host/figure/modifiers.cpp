@@ -267,10 +267,19 @@ void DzDFormZone::setFalloff(const geometry::Falloff& falloff)
     emit fieldChanged();
 }
 
-DzDFormModifier::DzDFormModifier(DzDForm* former) : _former(former)
+DzDFormModifier::DzDFormModifier(DzDForm* former) : _former(nullptr)
 {
+    setDForm(former);
+}
+
+void DzDFormModifier::setDForm(DzDForm* former)
+{
+    if (_former)
+        _former->_modifiers.removeOne(this);
+    _former = former;
     if (former)
         former->_modifiers.append(this);
+    formChanged();
 }
 
 DzDFormModifier::~DzDFormModifier()

@@ -15,6 +15,7 @@ public:
     ~DzDFormModifier();
 
     DzDForm* getDForm() const { return _former; }
+    void setDForm(DzDForm* former);
     /// Shown to users as "Influence Weights"; null while none are set.
     DzWeightMap* getInfluenceWeights() const { return _weights; }
     /// Shares the map by counting.

@@ -92,6 +92,14 @@ struct Geometry {
     int subdivisionLevel = 1;                      ///< default of the view level
 };
 
+/// Which part of a D-Former a node is.
+struct DFormPart {
+    enum class Role { Former, Base, Zone };
+    Role role = Role::Former;
+    std::optional<bool> usesWeights;            ///< of a zone: influence weights count instead of its field
+    std::vector<std::array<double, 2>> falloff; ///< of a zone: parts of the radius and the strength there
+};
+
 /// A figure, a bone or another thing with a place.
 struct Node {
     std::string id, name, label;
@@ -105,6 +113,7 @@ struct Node {
     Channel generalScale;
     std::string presentationType; ///< "Actor/Character" for a figure; empty for none
     std::vector<Formula> formulas;
+    std::optional<DFormPart> dform; ///< none for all but the parts of D-Formers
 };
 /// A node with its twelve channels named as the host names them (XRotate, ... Scale).
 Node MakeNode(const std::string& id, const std::string& label, const std::string& type);

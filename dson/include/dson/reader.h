@@ -45,6 +45,7 @@ struct NodeInstance {
     std::vector<std::string> favorites;           ///< names of properties, also of the node's geometry
     std::vector<Formula> formulas;
     std::vector<GeometryInstance> geometries;
+    std::optional<DFormPart> dform;
 };
 
 struct ModifierInstance {

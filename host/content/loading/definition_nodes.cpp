@@ -6,6 +6,9 @@
 #include "app/texts.h"
 #include "dzbasiccamera.h"
 #include "dzbone.h"
+#include "dzdform.h"
+#include "dzdformbase.h"
+#include "dzdformzone.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
 #include "dzfigure.h"
@@ -13,6 +16,7 @@
 #include "dzobject.h"
 #include "dzpresentation.h"
 #include "figure/mesh_access.h"
+#include "geometry/deform_field.h"
 #include "library/asset_origin.h"
 #include "loading/channel_properties.h"
 #include "openhost/diagnostics.h"
@@ -27,6 +31,22 @@ DzVec3 ToVector(const std::array<double, 3>& values)
 {
     return DzVec3(static_cast<float>(values[0]), static_cast<float>(values[1]),
                   static_cast<float>(values[2]));
+}
+
+std::unique_ptr<DzNode> MakePart(const dson::DFormPart& part)
+{
+    if (part.role == dson::DFormPart::Role::Former)
+        return std::make_unique<DzDForm>();
+    if (part.role == dson::DFormPart::Role::Base)
+        return std::make_unique<DzDFormBase>();
+    auto zone = std::make_unique<DzDFormZone>();
+    // Without influence weights the field counts anyway.
+    zone->setInfluenceMode(part.usesWeights.value_or(true) ? DzDFormZone::WeightMap : DzDFormZone::Sphere);
+    std::vector<geometry::Falloff::Knot> knots;
+    for (const auto& knot : part.falloff)
+        knots.push_back({knot[0], knot[1]});
+    zone->setFalloff(geometry::Falloff(std::move(knots)));
+    return zone;
 }
 
 std::unique_ptr<DzNode> MakeNodeOfType(const std::string& type)
@@ -76,7 +96,8 @@ std::unique_ptr<DzPresentation> MakePresentation(const std::string& type)
 
 std::unique_ptr<DzNode> MakeNode(const dson::Node& definition)
 {
-    std::unique_ptr<DzNode> node = MakeNodeOfType(definition.type);
+    std::unique_ptr<DzNode> node =
+        definition.dform ? MakePart(*definition.dform) : MakeNodeOfType(definition.type);
     node->setName(ToQ(definition.name));
     node->setLabel(ToQ(definition.label));
     DzRotationOrder order;

@@ -4,6 +4,7 @@
 #include "figure_effects.h"
 
 #include "app/texts.h"
+#include "dzdformmodifier.h"
 #include "dzenumproperty.h"
 #include "dznumericproperty.h"
 #include "dzobject.h"
@@ -39,6 +40,8 @@ std::unique_ptr<DzModifier> ModifierOf(const std::string& kind)
         return std::make_unique<SmoothingModifier>();
     if (kind == push)
         return std::make_unique<PushModifier>();
+    if (kind == "dform")
+        return std::make_unique<DzDFormModifier>();
     if (kind == simulation)
         return std::make_unique<SimulationModifier>();
     return std::make_unique<DzModifier>();
@@ -170,6 +173,10 @@ void FigureEffects::setUp(DzModifier& modifier) const
 {
     if (auto* const pushing = qobject_cast<PushModifier*>(&modifier))
         setUpPush(*pushing, *FileEffect::of(modifier));
+    const auto& influence = FileEffect::of(modifier)->described().influence;
+    auto* const forming = qobject_cast<DzDFormModifier*>(&modifier);
+    if (forming && influence)
+        forming->setInfluenceWeights(weightsOf(*influence, modifier));
 }
 
 DzModifier* FigureEffects::find(const dson::Uri& url, const std::string& path) const

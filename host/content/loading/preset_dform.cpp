@@ -5,6 +5,8 @@
 
 #include "app/texts.h"
 #include "base/errors.h"
+#include "definition_nodes.h"
+#include "dson/uri.h"
 #include "dzdform.h"
 #include "dzdformbase.h"
 #include "dzdformmodifier.h"
@@ -14,20 +16,34 @@
 #include "dznode.h"
 #include "dzobject.h"
 #include "dzscene.h"
+#include "figure/fitting.h"
+#include "instance_values.h"
+
+#include <QPointer>
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace openhost {
 
 namespace {
 
-const dson::InfluenceMap& BestMap(const dson::Document& preset)
+/// Null where the file has none.
+const dson::InfluenceMap* BestMap(const dson::Document& preset)
 {
     const auto& maps = preset.influenceMaps;
     const auto best =
         std::find_if(maps.begin(), maps.end(), [](const dson::InfluenceMap& map) { return map.isDForm; });
-    return best == maps.end() ? maps.front() : *best;
+    if (best != maps.end())
+        return &*best;
+    return maps.empty() ? nullptr : &maps.front();
+}
+
+bool IsDForm(const std::optional<dson::Effect>& effect)
+{
+    return effect && effect->kind == "dform";
 }
 
 int VertexCount(const DzNode& node)
@@ -68,33 +84,96 @@ std::vector<DzDForm*> FindDForms(const QString& name, const DzNode& node)
     return found;
 }
 
-void RemoveDForm(DzDForm& former)
+/// @param outside  those that are not in the scene
+void RemoveDForm(DzDForm& former, const std::vector<DzNode*>& outside = {})
 {
-    for (DzNode* const part : {static_cast<DzNode*>(former.getBase()), static_cast<DzNode*>(former.getZone()),
-                               static_cast<DzNode*>(&former)})
+    // A part takes along those that hang on it.
+    const QPointer<DzNode> parts[] = {former.getBase(), former.getZone(), &former};
+    qDeleteAll(outside);
+    for (const QPointer<DzNode>& part : parts)
         if (part)
             dzScene->removeNode(part);
 }
 
-/// All of its parts, or none; none of them is left then.
-void AddDForm(DzDForm& former)
+/// The definition of a part; null for a file without.
+const dson::Node* DefinitionOf(const dson::Document& preset, dson::DFormPart::Role role)
 {
+    for (const dson::Node& node : preset.nodes)
+        if (node.dform && node.dform->role == role)
+            return &node;
+    return nullptr;
+}
+
+/// The part as the file places it, or one in the middle of the world.
+template <class Part>
+Part* MakePart(const dson::Document& preset, dson::DFormPart::Role role, const QString& name)
+{
+    const dson::Node* const definition = DefinitionOf(preset, role);
+    std::unique_ptr<DzNode> node = definition ? MakeNode(*definition) : std::make_unique<Part>();
+    for (const dson::NodeInstance& instance : preset.nodeInstances)
+        if (definition && dson::ParseUri(instance.url).id == definition->id)
+            ApplyInstance(instance, *node);
+    node->setName(name);
+    node->setLabel(name);
+    return qobject_cast<Part*>(node.release());
+}
+
+/// The other part that the file hangs a part on; null for none.
+DzNode* ParentIn(const dson::Document& preset, dson::DFormPart::Role role, DzDForm& former)
+{
+    using Role = dson::DFormPart::Role;
+    const dson::Node* const definition = DefinitionOf(preset, role);
+    const std::string parent = definition ? definition->parent : std::string();
+    const auto is = [&](Role other) {
+        const dson::Node* const node = other == role ? nullptr : DefinitionOf(preset, other);
+        return node && !parent.empty() && node->id == parent;
+    };
+    if (is(Role::Former))
+        return &former;
+    if (is(Role::Base))
+        return former.getBase();
+    return is(Role::Zone) ? former.getZone() : nullptr;
+}
+
+/// All of its parts, or none; none of them is left then.
+void AddDForm(const dson::Document& preset, DzDForm& former)
+{
+    using Role = dson::DFormPart::Role;
     const QString name = former.getLabel();
-    std::vector<DzNode*> missing{&former, former.getBase(), former.getZone()};
+    const std::pair<DzNode*, DzNode*> parts[] = {{&former, ParentIn(preset, Role::Former, former)},
+                                                 {former.getBase(), ParentIn(preset, Role::Base, former)},
+                                                 {former.getZone(), ParentIn(preset, Role::Zone, former)}};
+    for (const auto& part : parts)
+        if (part.second && !IsBelow(*part.second, *part.first))
+            part.second->addNodeChild(part.first);
+    std::vector<DzNode*> missing;
+    for (const auto& part : parts)
+        if (!part.first->getNodeParent())
+            missing.push_back(part.first);
     while (!missing.empty() && dzScene->addNode(missing.front()))
         missing.erase(missing.begin());
     if (missing.empty())
         return;
-    RemoveDForm(former);
-    qDeleteAll(missing);
+    RemoveDForm(former, missing);
     throw base::Error(name.toStdString() + " cannot be added to the scene");
 }
 
 } // namespace
 
+bool HoldsDForm(const dson::Document& preset)
+{
+    return !preset.influenceMaps.empty() ||
+           std::any_of(preset.modifiers.begin(), preset.modifiers.end(),
+                       [](const dson::Modifier& modifier) { return IsDForm(modifier.effect); });
+}
+
 DFormLoadOptions ProposedDFormOptions(const dson::Document& preset)
 {
-    const std::string& owner = BestMap(preset).owner;
+    const dson::InfluenceMap* const map = BestMap(preset);
+    std::string owner = map ? map->owner : std::string();
+    for (const dson::Modifier& modifier : preset.modifiers)
+        if (owner.empty() && IsDForm(modifier.effect))
+            owner = modifier.name;
     DFormLoadOptions options;
     options.name = ToQ(owner.empty() ? "D-Former" : owner);
     return options;
@@ -102,25 +181,22 @@ DFormLoadOptions ProposedDFormOptions(const dson::Document& preset)
 
 void ApplyDForm(const dson::Document& preset, DzNode& node, const DFormLoadOptions& options)
 {
-    const DzWeightMapPtr weights = MakeWeightMap(BestMap(preset), preset, node);
+    const dson::InfluenceMap* const map = BestMap(preset);
+    const DzWeightMapPtr weights = map ? MakeWeightMap(*map, preset, node) : DzWeightMapPtr();
     const QString& name = options.name;
     if (options.replaceSameName)
         for (DzDForm* const present : FindDForms(name, node))
             RemoveDForm(*present);
 
-    auto* const former = new DzDForm;
-    former->setName(name);
-    former->setLabel(name);
-    auto* const base = new DzDFormBase;
-    base->setName(name + QLatin1String(" Base"));
-    base->setLabel(base->getName());
-    auto* const zone = new DzDFormZone;
-    zone->setName(name + QLatin1String(" Field"));
-    zone->setLabel(zone->getName());
-    zone->setInfluenceMode(DzDFormZone::WeightMap);
+    using Role = dson::DFormPart::Role;
+    auto* const former = MakePart<DzDForm>(preset, Role::Former, name);
+    auto* const base = MakePart<DzDFormBase>(preset, Role::Base, name + QLatin1String(" Base"));
+    auto* const zone = MakePart<DzDFormZone>(preset, Role::Zone, name + QLatin1String(" Field"));
+    if (!DefinitionOf(preset, Role::Zone))
+        zone->setInfluenceMode(DzDFormZone::WeightMap);
     former->setBase(base);
     former->setZone(zone);
-    AddDForm(*former);
+    AddDForm(preset, *former);
     if (DzDFormModifier* const modifier = former->applyToNode(&node))
         modifier->setInfluenceWeights(weights);
 }

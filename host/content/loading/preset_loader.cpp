@@ -177,10 +177,10 @@ int ApplyValues(const dson::Document& preset, DzNode& node)
 bool ApplyPreset(const dson::Document& document)
 {
     const QString label = SelectedNode(document).getLabel();
-    if (!document.influenceMaps.empty() && !ApplyDFormPreset(document))
+    if (HoldsDForm(document) && !ApplyDFormPreset(document))
         return false;
     const int applied = ApplyValues(document, SelectedNode(document));
-    if (document.influenceMaps.empty() && applied == 0)
+    if (!HoldsDForm(document) && applied == 0)
         throw base::Error(
             fmt::format("{}: names nothing that {} has", document.file.string(), label.toStdString()));
     return true;
@@ -188,7 +188,7 @@ bool ApplyPreset(const dson::Document& document)
 
 void RefuseEmptyPreset(const dson::Document& document)
 {
-    if (!document.influenceMaps.empty() || HoldsValues(document))
+    if (HoldsDForm(document) || HoldsValues(document))
         return;
     const std::vector<std::string> others = LeftOutOf(document);
     throw base::FormatError(
@@ -200,7 +200,7 @@ void RefuseEmptyPreset(const dson::Document& document)
 
 bool IsPreset(const dson::Document& document)
 {
-    const bool hasValues = !document.influenceMaps.empty() || !document.animations.empty();
+    const bool hasValues = HoldsDForm(document) || !document.animations.empty();
     return document.nodeInstances.empty() || (hasValues && document.info.type.compare(0, 7, "preset_") == 0);
 }
 

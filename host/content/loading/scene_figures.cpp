@@ -14,6 +14,7 @@
 #include "instance_values.h"
 #include "loading/channel_properties.h"
 #include "preset_target.h"
+#include "scene_dforms.h"
 
 #include <algorithm>
 #include <optional>
@@ -51,6 +52,7 @@ std::shared_ptr<const dson::Document> GroupOf(const dson::NodeInstance& instance
 {
     auto document = std::make_shared<dson::Document>();
     document->nodes.push_back(dson::MakeNode(instance.id, instance.label, "node"));
+    document->nodes.back().dform = instance.dform;
     return document;
 }
 
@@ -84,6 +86,8 @@ std::vector<DzNode*> SceneFigures::enter()
     for (const LoadedFigure& figure : _figures.all())
         fit(figure);
     dialSelection();
+    for (const std::string& left : ConnectDFormers(_figures))
+        _report.warn(left);
     _report.handOver(isEmpty());
     animate();
     return tops;
