@@ -1,11 +1,14 @@
 // D-Formers that move something, in scenes and presets of other programs.
 // SPDX-License-Identifier: MIT
 
+#include "dzassetiofilter.h"
+#include "dzassetiomgr.h"
 #include "dzdform.h"
 #include "dzdformbase.h"
 #include "dzdformmodifier.h"
 #include "dzdformzone.h"
 #include "dzfigure.h"
+#include "dzfileiosettings.h"
 #include "dzfloatproperty.h"
 #include "dzobject.h"
 #include "figure/pipeline.h"
@@ -173,4 +176,48 @@ TEST_F(DFormers, of_presets_stand_where_the_file_places_them)
     ExpectAt(VertexAt(*figure, 4), 0, 20, 4);
     dzScene->removeNode(former());
     ExpectAt(VertexAt(*figure, 4), 0, 20, 0);
+}
+
+TEST_F(DFormers, two_of_one_name_have_a_modifier_each)
+{
+    const std::string both =
+        Parts() + R"(, "modifier_library": [{"id": "M1", "name": "Bend", "parent": "#Doll-1", "dform": {}},
+            {"id": "M2", "name": "Bend", "parent": "#Doll-1", "dform": {}}], "scene": {"nodes": [)" +
+        Instance("", R"(, "label": "Doll")") + ", " + instances +
+        R"(, {"id": "f2", "url": "#Bend", "label": "Bend"}], "modifiers": [
+            {"id": "M1-1", "url": "#M1", "parent": "#Doll-1"}, {"id": "M2-1", "url": "#M2", "parent": "#Doll-1"}]})";
+    ASSERT_TRUE(load("Scenes/Two.duf", File(both, "scene")));
+    int formers = 0;
+    for (int i = 0; i < dzScene->getNumNodes(); ++i)
+        if (const auto* const one = qobject_cast<DzDForm*>(dzScene->getNode(i))) {
+            EXPECT_EQ(one->getNumModifiers(), 1);
+            ++formers;
+        }
+    EXPECT_EQ(formers, 2);
+}
+
+TEST_F(DFormers, are_saved_with_their_places_and_fields)
+{
+    const char* const zone = R"(, "influence_mode": "sphere", "falloff": [[0, 1], [0.5, 0.25], [1, 0]])";
+    const DzFigure* const figure = loadScene(R"({"mask_bone": "hand"})", zone);
+    ASSERT_NE(figure, nullptr);
+    std::vector<DzVec3> before;
+    for (int vertex = 0; vertex < 8; ++vertex)
+        before.push_back(VertexAt(*figure, vertex));
+    ASSERT_GT(before[2].m_z, 0.1f);
+    const std::filesystem::path file = _library / "Scenes/Saved.duf";
+    DzFileIOSettings options;
+    options.setBoolValue(QStringLiteral("RunSilent"), true);
+    options.setBoolValue(QStringLiteral("CompressOutput"), false);
+    DzAssetIOMgr& manager = *dzApp->getAssetIOMgr();
+    DzAssetIOFilter* const filter =
+        manager.getAssetFilter(manager.findAssetFilterIndex(QStringLiteral("DzSceneAssetFilter")));
+    ASSERT_EQ(manager.doSaveWithOptions(filter, &options, false, QString::fromStdString(file.string())), 0);
+    EXPECT_NE(ReadBytes(file).find("mask_bone"), std::string::npos);
+    dzScene->clear();
+    ASSERT_TRUE(open(file)) << log().toStdString();
+    const DzFigure& again = *labelled("Doll");
+    for (int vertex = 0; vertex < 8; ++vertex)
+        ExpectAt(VertexAt(again, vertex), before[vertex].m_x, before[vertex].m_y, before[vertex].m_z);
+    EXPECT_EQ(former()->getZone()->getInfluenceMode(), DzDFormZone::Sphere);
 }

@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "dzbone.h"
+#include "dzdform.h"
+#include "dzdformbase.h"
+#include "dzdformmodifier.h"
+#include "dzdformzone.h"
 #include "dzerclink.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
@@ -190,15 +194,34 @@ TEST_F(SavedPart, a_link_that_no_formula_can_say_is_left_out_with_a_line_in_the_
     EXPECT_TRUE(log().contains(QStringLiteral("1 links between properties cannot be kept in a file")));
 }
 
-TEST_F(SavedPart, a_d_former_is_left_out_with_a_line_in_the_log)
+TEST_F(SavedPart, a_d_former_comes_back_with_its_weights)
 {
     node("Mini").select();
     ASSERT_TRUE(open(writeDForm(10, {1})));
     ASSERT_EQ(save("DzSceneAssetFilter", file("All.duf")), 0);
-    EXPECT_TRUE(log().contains(QStringLiteral("1 D-Formers cannot be kept in a file")));
     const std::vector<std::string> before = rootLabels();
     ASSERT_TRUE(reload(file("All.duf")));
-    EXPECT_EQ(rootLabels().size() + 3, before.size()) << "the former, its base and its field";
+    EXPECT_EQ(rootLabels(), before);
+    auto* const former = qobject_cast<DzDForm*>(&node("D-Former_1"));
+    ASSERT_NE(former, nullptr);
+    EXPECT_EQ(former->getBase(), &node("D-Former_1 Base"));
+    EXPECT_EQ(former->getZone(), &node("D-Former_1 Field"));
+    const DzDFormModifier* const modifier = former->getModifierForNode(&node("Mini"));
+    ASSERT_NE(modifier, nullptr);
+    EXPECT_NEAR(modifier->getInfluenceWeights()->getFloatWeight(1), 0.25, 1e-4);
+    EXPECT_EQ(modifier->getInfluenceWeights()->getFloatWeight(2), 0.0f);
+}
+
+TEST_F(SavedPart, a_d_former_that_is_no_part_of_the_file_is_left_out_with_a_line_in_the_log)
+{
+    node("Mini").select();
+    ASSERT_TRUE(open(writeDForm(10, {1})));
+    dzScene->selectAllNodes(false);
+    node("Mini").select();
+    ASSERT_EQ(save("DzSceneSubsetAssetFilter", file("Part.duf")), 0);
+    EXPECT_TRUE(
+        log().contains(QStringLiteral("1 D-Formers that are no part of it cannot be kept in a file")));
+    EXPECT_EQ(ReadBytes(file("Part.duf")).find("dform"), std::string::npos);
 }
 
 TEST_F(SavedPart, a_figure_with_another_mesh_than_its_file_s_is_described_whole)

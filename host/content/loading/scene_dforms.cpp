@@ -10,6 +10,8 @@
 #include "dzobject.h"
 #include "figure/fitting.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 namespace openhost {
@@ -62,28 +64,45 @@ Parts PartsOf(const LoadedFigures& figures)
     return parts;
 }
 
+/// "Bend Base" is named after "Bend" and not after "Be"; "Bend_10" not after "Bend_1".
+bool BeginsWith(const QString& text, const QString& name)
+{
+    return text.startsWith(name) && (text.size() == name.size() || !text.at(name.size()).isLetterOrNumber());
+}
+
 bool IsNamedAfter(const DzElement& part, const DzElement& former)
 {
-    return part.getName().startsWith(former.getName()) || part.getLabel().startsWith(former.getLabel());
+    return BeginsWith(part.getName(), former.getName()) || BeginsWith(part.getLabel(), former.getLabel());
 }
 
 /// The part that hangs on the former or that it hangs on, else the one named after it, else the only one.
+/// @param parts  those that have no former yet; the one that is found is taken out
 template <class Part>
-Part* PartOf(const std::vector<Part*>& parts, const DzDForm& former, bool isOnly)
+Part* TakePart(std::vector<Part*>& parts, const DzDForm& former, bool isOnly)
 {
-    for (Part* const part : parts)
-        if (IsBelow(*part, former) || IsBelow(former, *part))
-            return part;
-    for (Part* const part : parts)
-        if (IsNamedAfter(*part, former))
-            return part;
-    return isOnly && parts.size() == 1 ? parts.front() : nullptr;
+    auto found = std::find_if(parts.begin(), parts.end(), [&](const Part* part) {
+        return IsBelow(*part, former) || IsBelow(former, *part);
+    });
+    if (found == parts.end())
+        found = std::find_if(parts.begin(), parts.end(),
+                             [&](const Part* part) { return IsNamedAfter(*part, former); });
+    if (found == parts.end() && isOnly && parts.size() == 1)
+        found = parts.begin();
+    if (found == parts.end())
+        return nullptr;
+    Part* const part = *found;
+    parts.erase(found);
+    return part;
 }
 
 DzDForm* FormerOf(const DzDFormModifier& modifier, const std::vector<DzDForm*>& formers)
 {
+    const auto isCalled = [&](const DzDForm& former) {
+        return modifier.getName() == former.getName() || modifier.getLabel() == former.getLabel();
+    };
+    // Of two that are called the same each has one of the modifiers.
     for (DzDForm* const former : formers)
-        if (modifier.getName() == former->getName() || modifier.getLabel() == former->getLabel())
+        if (isCalled(*former) && !former->getModifierForNode(modifier.getNode()))
             return former;
     for (DzDForm* const former : formers)
         if (IsNamedAfter(modifier, *former))
@@ -95,11 +114,11 @@ DzDForm* FormerOf(const DzDFormModifier& modifier, const std::vector<DzDForm*>& 
 
 std::vector<std::string> ConnectDFormers(const LoadedFigures& figures)
 {
-    const Parts parts = PartsOf(figures);
+    Parts parts = PartsOf(figures);
     const bool isOnly = parts.formers.size() == 1;
     for (DzDForm* const former : parts.formers) {
-        former->setBase(PartOf(parts.bases, *former, isOnly));
-        former->setZone(PartOf(parts.zones, *former, isOnly));
+        former->setBase(TakePart(parts.bases, *former, isOnly));
+        former->setZone(TakePart(parts.zones, *former, isOnly));
     }
     std::vector<std::string> left;
     for (DzDFormModifier* const modifier : parts.modifiers) {

@@ -4,12 +4,16 @@
 #include "channel_export.h"
 
 #include "dzboolproperty.h"
+#include "dzdform.h"
+#include "dzdformbase.h"
+#include "dzdformzone.h"
 #include "dzenumproperty.h"
 #include "dzfloatproperty.h"
 #include "dzintproperty.h"
 #include "dznode.h"
 #include "dzpresentation.h"
 #include "dzskeleton.h"
+#include "geometry/deform_field.h"
 #include "library/asset_origin.h"
 #include "loading/channel_properties.h"
 
@@ -53,6 +57,22 @@ std::array<dson::Channel, 3> VectorChannels(const DzNode& node, const char* memb
     for (std::size_t axis = 0; axis < 3; ++axis)
         channels[axis] = DescribeChannel(Transform(node, member, axisIds[axis]), axisIds[axis]);
     return channels;
+}
+
+std::optional<dson::DFormPart> DFormPartOf(const DzNode& node)
+{
+    using Role = dson::DFormPart::Role;
+    if (qobject_cast<const DzDForm*>(&node))
+        return dson::DFormPart{Role::Former, std::nullopt, {}};
+    if (qobject_cast<const DzDFormBase*>(&node))
+        return dson::DFormPart{Role::Base, std::nullopt, {}};
+    const auto* const zone = qobject_cast<const DzDFormZone*>(&node);
+    if (!zone)
+        return std::nullopt;
+    dson::DFormPart part{Role::Zone, zone->getInfluenceMode() == DzDFormZone::WeightMap, {}};
+    for (const geometry::Falloff::Knot& knot : zone->getFalloff().knots())
+        part.falloff.push_back({knot.distance, knot.strength});
+    return part;
 }
 
 std::string NodeType(const DzNode& node)
@@ -128,6 +148,7 @@ dson::Node DescribeNode(const DzNode& node)
     described.name = node.getName().toStdString();
     described.label = node.getLabel().toStdString();
     described.type = NodeType(node);
+    described.dform = DFormPartOf(node);
     described.rotationOrder = node.getRotationOrder().toString().toStdString();
     described.inheritsScale = node.inheritsScale();
     described.centerPoint = RawVector(node, "center_point");

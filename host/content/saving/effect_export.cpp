@@ -4,6 +4,7 @@
 #include "effect_export.h"
 
 #include "channel_export.h"
+#include "dzdformmodifier.h"
 #include "dzmodifier.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
@@ -16,12 +17,37 @@
 
 namespace openhost {
 
+namespace {
+
+/// Of a D-Former that was applied in the scene.
+dson::Effect OwnEffect(const DzModifier& modifier)
+{
+    dson::Effect effect;
+    effect.kind = "dform";
+    const auto* const former = qobject_cast<const DzDFormModifier*>(&modifier);
+    const DzWeightMap* const weights = former ? former->getInfluenceWeights() : nullptr;
+    if (!weights)
+        return effect;
+    effect.influence.emplace();
+    effect.influence->vertexCount = weights->getNumWeights();
+    for (int v = 0; v < weights->getNumWeights(); ++v) {
+        if (weights->getWeight(v) == 0)
+            continue;
+        effect.influence->vertices.push_back(static_cast<std::uint32_t>(v));
+        effect.influence->weights.push_back(weights->getFloatWeight(v));
+    }
+    return effect;
+}
+
+} // namespace
+
 std::vector<const DzModifier*> EffectsOf(const SceneUnit& unit)
 {
     std::vector<const DzModifier*> effects;
     const DzObject* const object = unit.root->getObject();
     for (int i = 0; object && i < object->getNumModifiers(); ++i)
-        if (FileEffect::of(*object->getModifier(i)))
+        if (FileEffect::of(*object->getModifier(i)) ||
+            qobject_cast<const DzDFormModifier*>(object->getModifier(i)))
             effects.push_back(object->getModifier(i));
     return effects;
 }
@@ -33,33 +59,34 @@ bool IsDefinedElsewhere(const DzModifier& modifier, const SceneUnit& unit)
 
 dson::Modifier DescribeEffect(const DzModifier& modifier, const std::string& id, const std::string& parent)
 {
-    const FileEffect& file = *FileEffect::of(modifier);
+    const FileEffect* const file = FileEffect::of(modifier);
     dson::Modifier described;
     described.id = id;
     described.name = modifier.getName().toStdString();
     described.parent = parent;
-    described.hasChannel = file.own() != nullptr;
-    if (const DzNumericProperty* const own = file.own()) {
+    const DzNumericProperty* const own = file ? file->own() : nullptr;
+    described.hasChannel = own != nullptr;
+    if (own) {
         described.channel = DescribeChannel(*own, "value");
         described.group = own->getPath().toStdString();
     }
-    described.effect = file.present();
+    described.effect = file ? file->present() : OwnEffect(modifier);
     return described;
 }
 
 void DescribeEffectInstance(const DzModifier& modifier, bool isDefined, dson::SceneModifier& instance)
 {
-    const FileEffect& file = *FileEffect::of(modifier);
-    if (file.own())
-        instance.channel = DescribeChange(*file.own(), "value");
-    if (isDefined)
+    const FileEffect* const file = FileEffect::of(modifier);
+    if (file && file->own())
+        instance.channel = DescribeChange(*file->own(), "value");
+    if (isDefined || !file)
         return;
-    dson::Effect changes = file.present();
+    dson::Effect changes = file->present();
     changes.members.clear();
     auto& channels = changes.channels;
     channels.erase(std::remove_if(channels.begin(), channels.end(),
-                                  [&file](const dson::EffectChannel& one) {
-                                      const DzNumericProperty* const property = file.find(one.channel.id);
+                                  [file](const dson::EffectChannel& one) {
+                                      const DzNumericProperty* const property = file->find(one.channel.id);
                                       return property &&
                                              *one.channel.currentValue == property->getDoubleDefaultValue();
                                   }),

@@ -14,7 +14,7 @@ namespace openhost {
 
 struct SceneUnit;
 
-/// Those of the unit's object that a file has described, in stack order.
+/// Those of the unit's object that a file has described, and its D-Formers', in stack order.
 std::vector<const DzModifier*> EffectsOf(const SceneUnit& unit);
 /// Whether a file other than the one to be written defines it.
 bool IsDefinedElsewhere(const DzModifier& modifier, const SceneUnit& unit);

@@ -26,7 +26,7 @@ std::vector<DzNode*> Topmost(IsWanted isWanted)
         const DzNode* above = node->getNodeParent();
         while (above && !isWanted(*above))
             above = above->getNodeParent();
-        if (!above && !IsLeftOut(*node) && isWanted(*node) && taken.insert(node).second)
+        if (!above && isWanted(*node) && taken.insert(node).second)
             topmost.push_back(node);
     }
     return topmost;
@@ -76,7 +76,7 @@ std::vector<DzNode*> WornBy(const DzSkeleton& wearer)
     return Topmost([&wearer](const DzNode& node) {
         const DzNode* const parent = node.getNodeParent();
         return Follows(node, wearer) ||
-               (parent && IsPartOf(*parent, wearer) && !IsPartOf(node, wearer) && !IsLeftOut(node));
+               (parent && IsPartOf(*parent, wearer) && !IsPartOf(node, wearer) && !IsOfDFormer(node));
     });
 }
 

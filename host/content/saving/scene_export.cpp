@@ -6,6 +6,7 @@
 #include "channel_export.h"
 #include "dson/uri.h"
 #include "dzcontroller.h"
+#include "dzdform.h"
 #include "dzdformmodifier.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
@@ -37,15 +38,6 @@ namespace {
 std::string Reference(const std::string& id)
 {
     return "#" + dson::EncodeFragment(id);
-}
-
-std::size_t CountDFormers(const DzNode& node)
-{
-    const DzObject* const object = node.getObject();
-    std::size_t count = 0;
-    for (int i = 0; object && i < object->getNumModifiers(); ++i)
-        count += qobject_cast<const DzDFormModifier*>(object->getModifier(i)) != nullptr;
-    return count;
 }
 
 /// Marked dials of the node and, on a figure, of its morphs; sorted, so that saving again gives the same
@@ -109,11 +101,15 @@ private:
                         {},
                         fmt::format("{} {} cannot be kept in a file", count, what)});
         };
-        std::size_t formers = 0;
-        for (const SceneUnit& unit : _scene.units)
-            formers += CountDFormers(*unit.root);
         tell(_lostLinks, "links between properties");
-        tell(formers, "D-Formers");
+        tell(_lostFormers, "D-Formers that are no part of it");
+    }
+
+    /// A D-Former acts from where its nodes stand.
+    bool isWithoutFormer(const DzModifier& modifier) const
+    {
+        const auto* const forming = qobject_cast<const DzDFormModifier*>(&modifier);
+        return forming && forming->getDForm() && _scene.unitOf.count(forming->getDForm()) == 0;
     }
 
     /// URI of the node's definition.
@@ -321,6 +317,10 @@ private:
     {
         const SceneUnit& unit = _scene.units[u];
         for (const DzModifier* const modifier : EffectsOf(unit)) {
+            if (isWithoutFormer(*modifier)) {
+                ++_lostFormers;
+                continue;
+            }
             dson::SceneModifier instance;
             instance.parent = modifierParent(unit);
             const bool isDefined = !IsDefinedElsewhere(*modifier, unit);
@@ -383,7 +383,7 @@ private:
     std::unordered_map<const DzProperty*, PropertyName> _propertyNames;
     std::vector<const DzNumericProperty*> _namedProperties; ///< in order
     dson::SceneAsset _asset;
-    std::size_t _lostLinks = 0;
+    std::size_t _lostLinks = 0, _lostFormers = 0;
 };
 
 void AddPlace(const DzNode& node, const std::string& url, std::vector<dson::AnimatedValue>& values)

@@ -53,8 +53,6 @@ class UnitCollector {
 public:
     void addTree(DzNode* node)
     {
-        if (IsLeftOut(*node))
-            return;
         add(node);
         for (int i = 0; i < node->getNumNodeChildren(); ++i)
             addTree(node->getNodeChild(i));
@@ -132,7 +130,7 @@ private:
 
 } // namespace
 
-bool IsLeftOut(const DzNode& node)
+bool IsOfDFormer(const DzNode& node)
 {
     return qobject_cast<const DzDForm*>(&node) || qobject_cast<const DzDFormBase*>(&node) ||
            qobject_cast<const DzDFormZone*>(&node);

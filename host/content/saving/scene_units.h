@@ -40,7 +40,7 @@ struct SceneUnits {
 /// Takes the nodes and all below them apart. Data files that cannot be found count as none.
 SceneUnits CollectUnits(const std::vector<DzNode*>& roots);
 
-/// Whether nodes of this kind cannot be kept in a file.
-bool IsLeftOut(const DzNode& node);
+/// Whether the node is a D-Former, its base or its field.
+bool IsOfDFormer(const DzNode& node);
 
 } // namespace openhost
