@@ -66,6 +66,12 @@ bool SmoothingModifier::isActive() const
     return _enabled->getBoolValue() && _weight->getValue() > 0.0f && _iterations->getValue() > 0;
 }
 
+bool SmoothingModifier::exceedsLimits() const
+{
+    const float weight = _weight->getValue();
+    return weight < 0.0f || weight > 1.0f || _iterations->getValue() > mostIterations;
+}
+
 bool SmoothingModifier::keepsShape() const
 {
     // A file may bring types of its own, in an order of its own.

@@ -215,6 +215,28 @@ TEST_F(Effects, collisions_of_smoothing_are_told_to_be_left_out)
     EXPECT_EQ(dial(*labelled("Doll"), "Collision Iterations").getDoubleValue(), 3.0);
 }
 
+TEST_F(Effects, smoothing_beyond_what_it_can_do_is_held_and_told)
+{
+    const DzFigure* const figure =
+        loadWith(Extra("studio/modifier/smoothing",
+                       Channel("Weight", "float", "4") + ", " + Channel("Smoothing Iterations", "int", "1")));
+    ASSERT_NE(figure, nullptr);
+    ExpectAt(VertexAt(*figure, 3), 5, 10, 0);
+    EXPECT_EQ(timesLogged("1 smoothing modifiers are held within a weight of 1 and 1000 rounds, such as Mod"),
+              1);
+}
+
+TEST_F(Effects, for_a_mesh_that_is_not_there_are_told)
+{
+    const std::string text =
+        R"("node_library": [{"id": "Empty", "type": "node", "label": "Empty"}],
+        "modifier_library": [{"id": "Mod", "parent": "#Empty", )" +
+        Smoothing() + R"(}], "scene": {"nodes": [{"id": "Empty-1", "url": "#Empty"}],
+        "modifiers": [{"id": "Mod-1", "url": "#Mod", "parent": "#Empty-1"}]})";
+    ASSERT_TRUE(load("Scenes/Empty.duf", File(text, "scene")));
+    EXPECT_EQ(timesLogged("1 modifiers are for a mesh that is not there and are left out, such as Mod"), 1);
+}
+
 TEST_F(Effects, of_unknown_kinds_are_no_dials_and_are_told)
 {
     const struct {

@@ -97,8 +97,10 @@ DzModifier* FigureEffects::make(const dson::Effect& effect, const std::string& n
                                 const std::string& path)
 {
     DzObject* const object = _nodes.root().getObject();
-    if (!object)
+    if (!object) {
+        omit("modifiers are for a mesh that is not there and are left out", name);
         return nullptr;
+    }
     std::unique_ptr<DzModifier> modifier = ModifierOf(effect.kind);
     modifier->setName(ToQ(name));
     SetAssetUri(*modifier, AssetUri(path, id));
@@ -169,8 +171,12 @@ void FigureEffects::setUpPush(PushModifier& modifier, const FileEffect& file) co
 }
 
 /// What the kind takes from the file beside its dials.
-void FigureEffects::setUp(DzModifier& modifier) const
+void FigureEffects::setUp(DzModifier& modifier)
 {
+    const auto* const smoother = qobject_cast<SmoothingModifier*>(&modifier);
+    if (smoother && smoother->exceedsLimits())
+        omit("smoothing modifiers are held within a weight of 1 and 1000 rounds",
+             modifier.getName().toStdString());
     if (auto* const pushing = qobject_cast<PushModifier*>(&modifier))
         setUpPush(*pushing, *FileEffect::of(modifier));
     const auto& influence = FileEffect::of(modifier)->described().influence;
@@ -228,8 +234,18 @@ void FigureEffects::note(const dson::Effect& effect, const std::string& name)
         what = "modifiers do not say what they do; they are kept as they are";
     else if (effect.kind != smoothing && effect.kind != push && effect.kind != "dform")
         what = fmt::format("modifiers of the unknown kind {} are kept but not evaluated", effect.kind);
-    if (what.empty())
-        return;
+    if (!what.empty())
+        omit(what, name);
+    const auto& members = effect.members;
+    const bool isMasked = std::any_of(members.begin(), members.end(), [](const auto& member) {
+        return member.first == "dform" && member.second.find("\"mask_bone\"") != std::string::npos;
+    });
+    if (isMasked)
+        omit("D-Formers are evaluated without their mask bones", name);
+}
+
+void FigureEffects::omit(const std::string& what, const std::string& name)
+{
     Omission& omission = _omitted[what];
     if (omission.count++ == 0)
         omission.example = name;

@@ -50,11 +50,12 @@ private:
                      const std::string& path);
     void addChannel(DzModifier& modifier, FileEffect& file, const dson::EffectChannel& channel);
     DzModifier* find(const dson::Uri& url, const std::string& path) const; ///< null for none
-    void setUp(DzModifier& modifier) const;
+    void setUp(DzModifier& modifier);
     void setUpPush(PushModifier& modifier, const FileEffect& file) const;
     /// Null, and told, when they are not for the figure's mesh.
     DzWeightMapPtr weightsOf(const dson::InfluenceMap& map, const DzModifier& modifier) const;
     void note(const dson::Effect& effect, const std::string& name);
+    void omit(const std::string& what, const std::string& name);
 
     const FigureFile& _figure;
     const FigureMesh& _mesh;

@@ -46,6 +46,8 @@ class SmoothingModifier : public CageModifier {
 public:
     SmoothingModifier();
 
+    /// Whether its weight or rounds are held within what smoothing can do.
+    bool exceedsLimits() const;
     bool isActive() const override;
     void apply(CageShape& cage) const override;
 
