@@ -111,7 +111,7 @@ DzModifier* FigureEffects::make(const dson::Effect& effect, const std::string& n
     if (object->addModifier(made) != DZ_NO_ERROR)
         return nullptr;
     modifier.release();
-    _made.emplace(std::make_pair(FoldCase(path), id), made);
+    _made.emplace(std::make_pair(PathKey(path), id), made);
     note(effect, name);
     return made;
 }
@@ -187,7 +187,7 @@ void FigureEffects::setUp(DzModifier& modifier)
 
 DzModifier* FigureEffects::find(const dson::Uri& url, const std::string& path) const
 {
-    const auto made = _made.find({FoldCase(path), url.id});
+    const auto made = _made.find({PathKey(path), url.id});
     if (made != _made.end())
         return made->second;
     const DzObject* const object = _nodes.root().getObject();

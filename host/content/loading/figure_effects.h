@@ -61,7 +61,7 @@ private:
     const FigureMesh& _mesh;
     const FigureNodes& _nodes;
     FigureDials& _dials;
-    std::map<std::pair<std::string, std::string>, DzModifier*> _made; ///< by folded path and id
+    std::map<std::pair<std::string, std::string>, DzModifier*> _made; ///< by the path's key and id
     std::map<std::string, Omission> _omitted;                         ///< by what is to be told
 };
 
