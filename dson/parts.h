@@ -42,6 +42,13 @@ ModifierInstance ParseModifierInstance(const Element& json, ParseContext& contex
 /// @param strange  grows by the keys that are not two numbers, where there are others
 std::optional<AnimatedValue> ParseAnimation(const Element& json, std::size_t& strange);
 
+/// Decoded paths of the files that a scene wants to be loaded after it, each once.
+std::vector<std::string> CollectAddOns(const Element& scene);
+/// Likewise of the scripts that it wants to be run.
+std::vector<std::string> CollectScripts(const Element& scene);
+/// Whether it wants anything to be done after it.
+bool HasFollowUps(const Element& scene);
+
 /// What a modifier without morph or skin does; nothing for a plain dial or for formulas alone.
 std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parsed);
 /// What an instance of it says; nothing without `extra` and `dform`.

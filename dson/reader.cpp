@@ -98,12 +98,12 @@ void NoteLeftOut(const Element& scene, Document& document)
         document.leftOut.push_back(Counted(count, "material", "materials"));
     if (const std::size_t count = CountItems(scene, "uvs"))
         document.leftOut.push_back(Counted(count, "UV set", "UV sets"));
-    std::size_t scripts = 0;
-    ForEach(scene, "extra", [&](const Element& extra) {
-        scripts +=
-            Text(extra, "type").find("post_load") != std::string::npos || Find(extra, "PostLoadAddons");
-    });
-    if (scripts > 0)
+    const std::vector<std::string> scripts = CollectScripts(scene);
+    if (!scripts.empty())
+        document.leftOut.push_back(fmt::format("{} to be run after loading, such as {}",
+                                               Counted(scripts.size(), "script", "scripts"),
+                                               scripts.front()));
+    else if (HasFollowUps(scene) && document.addOns.empty())
         document.leftOut.push_back("what is to be run or added after loading");
 }
 
@@ -121,6 +121,7 @@ void ReadScene(const Element& scene, Document& document, ParseContext& context)
         else
             ++strange;
     });
+    document.addOns = CollectAddOns(scene);
     NoteLeftOut(scene, document);
     if (strangeKeys > 0)
         context.warn({}, fmt::format("{} not a time and a number and left out",

@@ -1,6 +1,7 @@
 # Content room.
 gantrel_add_tests(host_content_tests
     SOURCES
+        content_add_on_test.cpp
         content_alias_test.cpp
         content_attendant_test.cpp
         content_detail_test.cpp

@@ -84,6 +84,8 @@ struct Document {
     std::vector<ModifierInstance> modifierInstances;
     std::vector<AnimatedValue> animations;
 
+    std::vector<std::string> addOns; ///< decoded paths of the files that are to be loaded after this one
+
     std::vector<std::string> leftOut; ///< what else there is, such as "3 materials"
     base::Diagnostics diagnostics;    ///< what was met in reading it
     bool hasDeltas = true;            ///< morphs came with their displacements

@@ -56,11 +56,19 @@ std::shared_ptr<const dson::Document> GroupOf(const dson::NodeInstance& instance
     return document;
 }
 
+/// Files that users save may be overwritten while the scene still needs the morphs in them.
+std::shared_ptr<const dson::Document> WithOwnDeltas(std::shared_ptr<const dson::Document> document)
+{
+    const bool hasMorphs = std::any_of(document->modifiers.begin(), document->modifiers.end(),
+                                       [](const dson::Modifier& modifier) { return bool(modifier.morph); });
+    return hasMorphs ? std::make_shared<const dson::Document>(dson::ReadDocument(document->file)) : document;
+}
+
 } // namespace
 
 SceneFigures::SceneFigures(AssetLibrary& library, std::shared_ptr<const dson::Document> document,
                            DzNode* selected)
-    : _library(library), _document(std::move(document)), _selected(selected),
+    : _library(library), _document(WithOwnDeltas(std::move(document))), _selected(selected),
       _report(_document->file.string())
 {
 }

@@ -3,13 +3,13 @@
 
 #include "loading/scene_loader.h"
 
+#include "add_ons.h"
 #include "base/errors.h"
 #include "dznode.h"
 #include "dzscene.h"
 #include "preset_loader.h"
 #include "scene_figures.h"
 
-#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -23,14 +23,6 @@ struct LoadBracket {
     ~LoadBracket() { dzScene->endLoad(); }
 };
 
-/// Files that users save may be overwritten while the scene still needs the morphs in them.
-std::shared_ptr<const dson::Document> WithOwnDeltas(std::shared_ptr<const dson::Document> document)
-{
-    const bool hasMorphs = std::any_of(document->modifiers.begin(), document->modifiers.end(),
-                                       [](const dson::Modifier& modifier) { return bool(modifier.morph); });
-    return hasMorphs ? std::make_shared<const dson::Document>(dson::ReadDocument(document->file)) : document;
-}
-
 } // namespace
 
 bool LoadIntoScene(AssetLibrary& library, const std::filesystem::path& file, bool replace)
@@ -39,14 +31,14 @@ bool LoadIntoScene(AssetLibrary& library, const std::filesystem::path& file, boo
     const LoadBracket bracket;
     if (IsPreset(*document))
         return LoadPreset(*document);
-    SceneFigures figures(library, WithOwnDeltas(document),
-                         replace ? nullptr : dzScene->getPrimarySelection());
+    SceneFigures figures(library, document, replace ? nullptr : dzScene->getPrimarySelection());
     figures.prepare();
     if (figures.isEmpty())
         throw base::FormatError("{}: none of its figures could be loaded", file.string());
     if (replace)
         dzScene->clear();
     const std::vector<DzNode*> roots = figures.enter();
+    LoadAddOns(library, *document, roots);
     if (roots.empty())
         return true;
     dzScene->selectAllNodes(false);

@@ -1,0 +1,81 @@
+// Turning the members of a DSON file into values: what is to come after a scene.
+// SPDX-License-Identifier: MIT
+
+#include "dson/uri.h"
+#include "parts.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+namespace dson {
+
+namespace {
+
+bool HasExtension(const std::string& path, std::initializer_list<std::string_view> extensions)
+{
+    const std::size_t dot = path.rfind('.');
+    if (dot == path.npos)
+        return false;
+    std::string extension = path.substr(dot);
+    for (char& c : extension)
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
+}
+
+/// Calls visit(path) for each text below the element that could be a path.
+template <class Visit>
+void ForEachPath(const Element& element, const Visit& visit, int depth = 0)
+{
+    constexpr int deepest = 32;
+    if (depth > deepest)
+        return;
+    if (element.is_string())
+        visit(ParseUri(element.get_string().value_unsafe()).path);
+    else if (element.is_array())
+        for (const Element item : Items(element))
+            ForEachPath(item, visit, depth + 1);
+    else if (element.is_object())
+        for (const auto member : Members(element))
+            ForEachPath(member.value, visit, depth + 1);
+}
+
+bool IsForAfterwards(const Element& extra)
+{
+    return Text(extra, "type").find("post_load") != std::string::npos || Find(extra, "PostLoadAddons");
+}
+
+/// Writers wrap the settings of add-ons and scripts in ever other ways, so any path of the right kind counts.
+std::vector<std::string> Collect(const Element& scene, std::initializer_list<std::string_view> extensions)
+{
+    std::vector<std::string> paths;
+    ForEach(scene, "extra", [&](const Element& extra) {
+        if (IsForAfterwards(extra))
+            ForEachPath(extra, [&](const std::string& path) {
+                if (HasExtension(path, extensions) &&
+                    std::find(paths.begin(), paths.end(), path) == paths.end())
+                    paths.push_back(path);
+            });
+    });
+    return paths;
+}
+
+} // namespace
+
+std::vector<std::string> CollectAddOns(const Element& scene)
+{
+    return Collect(scene, {".duf", ".dsf"});
+}
+
+std::vector<std::string> CollectScripts(const Element& scene)
+{
+    return Collect(scene, {".dsa", ".dse", ".dsb", ".ds", ".js"});
+}
+
+bool HasFollowUps(const Element& scene)
+{
+    bool has = false;
+    ForEach(scene, "extra", [&](const Element& extra) { has = has || IsForAfterwards(extra); });
+    return has;
+}
+
+} // namespace dson
