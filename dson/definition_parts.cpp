@@ -65,7 +65,7 @@ Node ParseNode(const Element& json, ParseContext& context)
     node.name = Text(json, "name", id);
     node.parent = ReferencedId(Text(json, "parent"));
     node.rotationOrder = Text(json, "rotation_order", "XYZ");
-    node.inheritsScale = Flag(json, "inherits_scale", node.type != "bone");
+    node.inheritsScale = Flag(json, "inherits_scale", true);
     ParseRigVector(json, "center_point", node.centerPoint);
     ParseRigVector(json, "end_point", node.endPoint);
     ParseRigVector(json, "orientation", node.orientation);

@@ -6,7 +6,6 @@
 #include "json_rows.h"
 #include "parts.h"
 #include "uv.h"
-#include "weight_losses.h"
 
 #include <algorithm>
 #include <cmath>
@@ -88,44 +87,6 @@ std::optional<double> ResolutionLevel(const Element& json)
     return level;
 }
 
-JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, WeightLosses& losses)
-{
-    JointBinding joint;
-    joint.node = ParseUri(Text(json, "node")).id;
-    if (joint.node.empty())
-        joint.node = Text(json, "id");
-    // A skin that does not say for how many vertices it is, is checked against the mesh that it binds.
-    const double limit = vertexCount > 0 ? vertexCount : unlimited;
-    ForEachValue(json, "node_weights", [&](const Element& row) {
-        double pair[2];
-        if (!IsRow(row, pair, 2)) {
-            ++losses.rows;
-        } else if (!IsIndex(pair[0], limit)) {
-            ++losses.vertices;
-        } else {
-            joint.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
-            joint.weights.push_back(losses.held(pair[1]));
-        }
-    });
-    return joint;
-}
-
-void ReadSelectionMap(const Element& skin, SkinDefinition& definition)
-{
-    ForEach(skin, "selection_map", [&](const Element& map) {
-        ForEach(map, "mappings", [&](const Element& pair) {
-            std::string names[2];
-            std::size_t count = 0;
-            if (pair.is_array())
-                for (const Element item : Items(pair))
-                    if (count < 2 && item.is_string())
-                        names[count++] = std::string(item.get_string().value_unsafe());
-            if (count == 2)
-                definition.selectionMap.emplace_back(names[0], names[1]);
-        });
-    });
-}
-
 /// Ascending vertices, each once, the last of equal ones kept.
 void SortDeltas(geometry::SparseDeltas& deltas, const std::string& id, ParseContext& context)
 {
@@ -174,35 +135,6 @@ Geometry ParseGeometry(const Element& json, ParseContext& context)
     geometry.mesh.topology = std::move(topology);
     geometry.lines = ParsePolylines(json, geometry.mesh.topology->vertexCount, context);
     return geometry;
-}
-
-SkinDefinition ParseSkin(const Element& modifier, ParseContext& context)
-{
-    SkinDefinition definition;
-    definition.binding.id = Text(modifier, "id", "SkinBinding");
-    const auto skin = Find(modifier, "skin");
-    if (!skin)
-        return definition;
-    definition.node = ParseUri(Text(*skin, "node")).id;
-    definition.geometry = ParseUri(Text(*skin, "geometry")).id;
-    definition.binding.vertexCount =
-        static_cast<std::uint32_t>(std::max<std::int64_t>(Count(*skin, "vertex_count", 0), 0));
-    std::size_t perAxis = 0;
-    WeightLosses losses;
-    ForEach(*skin, "joints", [&](const Element& joint) {
-        definition.binding.joints.push_back(ParseJoint(joint, definition.binding.vertexCount, losses));
-        perAxis += !Find(joint, "node_weights") && Find(joint, "local_weights");
-    });
-    losses.tell(definition.binding.id, context);
-    if (perAxis > 0)
-        context.warn(definition.binding.id,
-                     fmt::format("{} joints have weights for each axis alone, which move nothing", perAxis));
-    ForEach(modifier, "extra", [&](const Element& extra) {
-        if (Text(extra, "type") == "skin_settings")
-            definition.binding.dualQuaternion = Text(extra, "general_map_mode", "DualQuat") != "Linear";
-    });
-    ReadSelectionMap(*skin, definition);
-    return definition;
 }
 
 geometry::SparseDeltas ParseDeltas(const Element& morph, const std::string& id, ParseContext& context)

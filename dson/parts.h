@@ -32,7 +32,10 @@ std::vector<Formula> ParseFormulas(const Element& owner, ParseContext& context);
 Geometry ParseGeometry(const Element& json, ParseContext& context);
 Node ParseNode(const Element& json, ParseContext& context);
 Modifier ParseModifier(const Element& json, ParseContext& context);
-SkinDefinition ParseSkin(const Element& modifier, ParseContext& context);
+/// Of a modifier with a `skin` or a `legacy_skin`.
+/// @param geometries  of the same file
+SkinDefinition ParseSkin(const Element& modifier, const std::vector<Geometry>& geometries,
+                         ParseContext& context);
 /// @param id  of the morph
 geometry::SparseDeltas ParseDeltas(const Element& morph, const std::string& id, ParseContext& context);
 

@@ -11,6 +11,7 @@
 #include "uv.h"
 
 #include <charconv>
+#include <unordered_map>
 #include <unordered_set>
 
 #include <fmt/format.h>
@@ -44,17 +45,35 @@ void ReadUvSets(const Element& root, Document& document, ParseContext& context)
     }
 }
 
+/// Bones below bones do not inherit scales where files do not say so.
+void GuessInheritedScales(std::vector<Node>& nodes, const std::vector<std::size_t>& unsaid)
+{
+    std::unordered_map<std::string, const Node*> byId;
+    for (const Node& node : nodes)
+        byId.emplace(node.id, &node);
+    for (const std::size_t i : unsaid) {
+        const auto parent = byId.find(nodes[i].parent);
+        const bool hangsOnBone = parent == byId.end() || parent->second->type == "bone";
+        nodes[i].inheritsScale = nodes[i].type != "bone" || !hangsOnBone;
+    }
+}
+
 void ReadLibraries(const Element& root, Document& document, ParseContext& context)
 {
     ForEach(root, "geometry_library",
             [&](const Element& json) { document.geometries.push_back(ParseGeometry(json, context)); });
     ReadUvSets(root, document, context);
-    ForEach(root, "node_library",
-            [&](const Element& json) { document.nodes.push_back(ParseNode(json, context)); });
+    std::vector<std::size_t> unsaid;
+    ForEach(root, "node_library", [&](const Element& json) {
+        if (!Find(json, "inherits_scale"))
+            unsaid.push_back(document.nodes.size());
+        document.nodes.push_back(ParseNode(json, context));
+    });
+    GuessInheritedScales(document.nodes, unsaid);
     ForEach(root, "modifier_library", [&](const Element& json) {
-        if (Find(json, "skin"))
-            document.skins.push_back(ParseSkin(json, context));
-        else if (!Find(json, "legacy_skin"))
+        if (Find(json, "skin") || Find(json, "legacy_skin"))
+            document.skins.push_back(ParseSkin(json, document.geometries, context));
+        else
             document.modifiers.push_back(ParseModifier(json, context));
     });
 }

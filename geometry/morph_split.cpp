@@ -16,12 +16,12 @@ std::vector<Vec3f> Copy(base::Span<const Vec3f> positions)
 
 std::vector<Vec3f> Posed(base::Span<const Vec3f> rest, const CagePose& pose)
 {
-    return pose.weights ? Skin(rest, *pose.weights, pose.joints, pose.mode) : Copy(rest);
+    return pose.weights ? Skin(rest, *pose.weights, pose.joints, pose.blend) : Copy(rest);
 }
 
 std::vector<Vec3f> AtRest(base::Span<const Vec3f> posed, const CagePose& pose)
 {
-    return pose.weights ? Unskin(posed, *pose.weights, pose.joints, pose.mode) : Copy(posed);
+    return pose.weights ? Unskin(posed, *pose.weights, pose.joints, pose.blend) : Copy(posed);
 }
 
 std::vector<Vec3f> Sum(base::Span<const Vec3f> positions, const SparseDeltas& deltas)

@@ -27,6 +27,7 @@ struct AffineMap {
 struct BlendTerm {
     AffineMap map;     ///< the whole pose: for linear blending
     AffineMap stretch; ///< the scales alone: first stage of dual quaternion blending
+    AffineMap rigid;   ///< rotation and translation after the scales
     Quaterniond real;  ///< rotation and translation after the scales, as a dual quaternion
     Quaterniond dual;
     bool isRest = false; ///< moves nothing, exactly
@@ -38,6 +39,7 @@ BlendTerm MakeBlendTerm(const JointPose& pose)
     term.map = {pose.linear, pose.origin - pose.linear * pose.center};
     term.stretch = {pose.stretch, pose.restOrigin - pose.stretch * pose.center};
     const Vector3d shift = pose.origin - pose.rotation * pose.restOrigin;
+    term.rigid = {pose.rotation.toRotationMatrix(), shift};
     term.real = pose.rotation.normalized();
     term.dual = Quaterniond(0, shift.x(), shift.y(), shift.z()) * term.real;
     term.dual.coeffs() *= 0.5;
@@ -96,7 +98,8 @@ std::uint32_t StrongestJoint(const Influences& at)
     return at.joints[static_cast<std::size_t>(strongest - at.weights.begin())];
 }
 
-AffineMap BlendDualQuaternions(const std::vector<BlendTerm>& terms, const Influences& at)
+AffineMap BlendDualQuaternions(const std::vector<BlendTerm>& terms, const Influences& at,
+                               const AffineMap& stretch)
 {
     const BlendTerm& pivot = terms[StrongestJoint(at)];
     Eigen::Vector4d real = Eigen::Vector4d::Zero(), dual = Eigen::Vector4d::Zero();
@@ -110,16 +113,61 @@ AffineMap BlendDualQuaternions(const std::vector<BlendTerm>& terms, const Influe
     const double norm = real.norm(); // at least the largest weight, thanks to the signs
     const Quaterniond q(Eigen::Vector4d(real / norm));
     const Quaterniond d(Eigen::Vector4d(dual / norm));
-    const AffineMap stretch = BlendMaps<&BlendTerm::stretch>(terms, at);
     const Matrix3d rotation = q.toRotationMatrix();
     const Vector3d shift = 2.0 * (d * q.conjugate()).vec();
     return {rotation * stretch.linear, rotation * stretch.offset + shift};
 }
 
-AffineMap Blend(const std::vector<BlendTerm>& terms, const Influences& at, SkinMode mode)
-{
-    return mode == SkinMode::Linear ? BlendMaps<&BlendTerm::map>(terms, at) : BlendDualQuaternions(terms, at);
-}
+/// What moves one vertex.
+class VertexBlend {
+public:
+    VertexBlend(const std::vector<BlendTerm>& terms, const SkinWeights& weights, const SkinBlend& blend,
+                std::size_t vertex)
+        : _terms(terms), _turns(InfluencesOf(weights, vertex)),
+          _scales(InfluencesOf(blend.scaleWeights ? *blend.scaleWeights : weights, vertex)),
+          _hasScales(blend.scaleWeights != nullptr),
+          _share(!blend.dualQuaternionShares.empty() ? blend.dualQuaternionShares[vertex]
+                 : blend.mode == SkinMode::Linear    ? 0.0
+                                                     : 1.0)
+    {
+    }
+
+    bool isRest() const { return AllRest(_terms, _turns) && (!_hasScales || AllRest(_terms, _scales)); }
+
+    AffineMap map() const
+    {
+        if (_turns.joints.empty())
+            return stretch();
+        if (_share <= 0.0)
+            return linear();
+        const AffineMap turned = BlendDualQuaternions(_terms, _turns, stretch());
+        if (_share >= 1.0)
+            return turned;
+        const AffineMap straight = linear();
+        return {_share * turned.linear + (1.0 - _share) * straight.linear,
+                _share * turned.offset + (1.0 - _share) * straight.offset};
+    }
+
+private:
+    AffineMap stretch() const
+    {
+        return _scales.joints.empty() ? AffineMap{Matrix3d::Identity(), Vector3d::Zero()}
+                                      : BlendMaps<&BlendTerm::stretch>(_terms, _scales);
+    }
+
+    AffineMap linear() const
+    {
+        if (!_hasScales)
+            return BlendMaps<&BlendTerm::map>(_terms, _turns);
+        const AffineMap rigid = BlendMaps<&BlendTerm::rigid>(_terms, _turns), scales = stretch();
+        return {rigid.linear * scales.linear, rigid.linear * scales.offset + rigid.offset};
+    }
+
+    const std::vector<BlendTerm>& _terms;
+    Influences _turns, _scales;
+    bool _hasScales;
+    double _share; ///< of the dual quaternions
+};
 
 Vec3f ApplyInverse(const AffineMap& map, Vec3f posed)
 {
@@ -130,17 +178,28 @@ Vec3f ApplyInverse(const AffineMap& map, Vec3f posed)
     return FromEigen(map.linear.inverse() * (ToEigen(posed) - map.offset));
 }
 
-void CheckSkin(base::Span<const Vec3f> positions, const SkinWeights& weights,
-               base::Span<const JointPose> poses)
+void CheckWeights(std::size_t vertexCount, const SkinWeights& weights, std::size_t jointCount)
 {
-    if (positions.size() != weights.vertexCount())
-        throw TopologyError("shape has {} vertices but the weights are for {}", positions.size(),
+    if (vertexCount != weights.vertexCount())
+        throw TopologyError("shape has {} vertices but the weights are for {}", vertexCount,
                             weights.vertexCount());
     if (weights.offsets.back() != weights.joints.size() || weights.joints.size() != weights.weights.size())
         throw TopologyError("the weight offsets do not span the weights");
     for (const std::uint32_t joint : weights.joints)
-        if (joint >= poses.size())
-            throw TopologyError("weight names joint {} but only {} are defined", joint, poses.size());
+        if (joint >= jointCount)
+            throw TopologyError("weight names joint {} but only {} are defined", joint, jointCount);
+}
+
+void CheckSkin(base::Span<const Vec3f> positions, const SkinWeights& weights,
+               base::Span<const JointPose> poses, const SkinBlend& blend)
+{
+    CheckWeights(positions.size(), weights, poses.size());
+    if (blend.scaleWeights)
+        CheckWeights(positions.size(), *blend.scaleWeights, poses.size());
+    const std::size_t shares = blend.dualQuaternionShares.size();
+    if (shares != 0 && shares != positions.size())
+        throw TopologyError("shape has {} vertices but {} say how they are blended", positions.size(),
+                            shares);
 }
 
 /// A joint's own rotation in the figure's axes; exactly none without angles, so that the bind pose moves
@@ -163,16 +222,16 @@ Matrix3d OwnScale(const Joint& joint)
 
 template <class Apply>
 std::vector<Vec3f> MapVertices(base::Span<const Vec3f> positions, const SkinWeights& weights,
-                               base::Span<const JointPose> poses, SkinMode mode, const Apply& apply)
+                               base::Span<const JointPose> poses, const SkinBlend& blend, const Apply& apply)
 {
-    CheckSkin(positions, weights, poses);
+    CheckSkin(positions, weights, poses, blend);
     const std::vector<BlendTerm> terms = MakeBlendTerms(poses);
     std::vector<Vec3f> result(positions.begin(), positions.end());
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, result.size(), 1024), [&](const auto& range) {
         for (std::size_t v = range.begin(); v != range.end(); ++v) {
-            const Influences at = InfluencesOf(weights, v);
-            if (!AllRest(terms, at))
-                result[v] = apply(Blend(terms, at, mode), result[v]);
+            const VertexBlend vertex(terms, weights, blend, v);
+            if (!vertex.isRest())
+                result[v] = apply(vertex.map(), result[v]);
         }
     });
     return result;
@@ -265,17 +324,17 @@ SkinWeights MakeSkinWeights(std::size_t vertexCount, base::Span<const JointWeigh
 }
 
 std::vector<Vec3f> Skin(base::Span<const Vec3f> rest, const SkinWeights& weights,
-                        base::Span<const JointPose> poses, SkinMode mode)
+                        base::Span<const JointPose> poses, const SkinBlend& blend)
 {
-    return MapVertices(rest, weights, poses, mode, [](const AffineMap& map, Vec3f x) {
+    return MapVertices(rest, weights, poses, blend, [](const AffineMap& map, Vec3f x) {
         return FromEigen(map.linear * ToEigen(x) + map.offset);
     });
 }
 
 std::vector<Vec3f> Unskin(base::Span<const Vec3f> posed, const SkinWeights& weights,
-                          base::Span<const JointPose> poses, SkinMode mode)
+                          base::Span<const JointPose> poses, const SkinBlend& blend)
 {
-    return MapVertices(posed, weights, poses, mode, ApplyInverse);
+    return MapVertices(posed, weights, poses, blend, ApplyInverse);
 }
 
 } // namespace geometry

@@ -321,8 +321,7 @@ SkinPose Pipeline::skinPose() const
     }
     pose.poses = geometry::EvaluateSkeleton(joints);
     pose.weights = &SkinAccess::weights(*binding, *skeleton, base().vertexCount());
-    pose.mode = binding->getGeneralMapMode() == DzSkinBinding::Linear ? geometry::SkinMode::Linear
-                                                                      : geometry::SkinMode::DualQuaternion;
+    pose.blend = SkinAccess::blend(*binding, *skeleton, base().vertexCount());
     return pose;
 }
 
@@ -337,7 +336,7 @@ void Pipeline::updateSkin()
             const SkinPose pose = skinPose();
             if (pose.atRest || !pose.weights)
                 return true;
-            _posed = geometry::Skin(formedCage(), *pose.weights, pose.poses, pose.mode);
+            _posed = geometry::Skin(formedCage(), *pose.weights, pose.poses, pose.blend);
             _isPosed = true;
             return true;
         });

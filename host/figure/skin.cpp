@@ -101,6 +101,13 @@ void DzBoneBinding::setWeights(DzWeightMap* weights)
         _binding->invalidate();
 }
 
+void DzBoneBinding::setScaleWeights(DzWeightMap* weights)
+{
+    _scaleWeights = weights;
+    if (_binding)
+        _binding->invalidate();
+}
+
 void DzBoneBinding::handleBoneDestroyed()
 {
     _bone = nullptr;
@@ -117,8 +124,9 @@ struct DzSkinBinding::SkinImpl {
     BlendMode blendMode = BlendLinearDualQuat;
     DzWeightMapPtr blendMap;
 
-    geometry::SkinWeights weights;
-    QList<DzBone*> bones; ///< that the weights were made for
+    geometry::SkinWeights weights, scaleWeights;
+    std::vector<float> shares; ///< of dual quaternions, from the blend map
+    QList<DzBone*> bones;      ///< that the weights were made for
 };
 
 DzSkinBinding::DzSkinBinding() : _skin(new SkinImpl)
@@ -167,6 +175,7 @@ DzSkinBinding::BindingMode DzSkinBinding::getBindingMode() const
 void DzSkinBinding::setBindingMode(BindingMode mode)
 {
     _skin->bindingMode = mode;
+    invalidate();
 }
 DzSkinBinding::MapMode DzSkinBinding::getGeneralMapMode() const
 {
@@ -176,8 +185,7 @@ DzSkinBinding::MapMode DzSkinBinding::getGeneralMapMode() const
 void DzSkinBinding::setGeneralMapMode(MapMode mode)
 {
     _skin->mapMode = mode;
-    if (getObject())
-        getObject()->pipeline().jointsChanged();
+    invalidate();
 }
 
 DzSkinBinding::ScaleMode DzSkinBinding::getScaleMode() const
@@ -187,6 +195,7 @@ DzSkinBinding::ScaleMode DzSkinBinding::getScaleMode() const
 void DzSkinBinding::setScaleMode(ScaleMode mode)
 {
     _skin->scaleMode = mode;
+    invalidate();
 }
 DzSkinBinding::BlendMode DzSkinBinding::getBlendMode() const
 {
@@ -195,6 +204,7 @@ DzSkinBinding::BlendMode DzSkinBinding::getBlendMode() const
 void DzSkinBinding::setBlendMode(BlendMode mode)
 {
     _skin->blendMode = mode;
+    invalidate();
 }
 DzWeightMap* DzSkinBinding::getBlendMap() const
 {
@@ -203,6 +213,7 @@ DzWeightMap* DzSkinBinding::getBlendMap() const
 void DzSkinBinding::setBlendMap(DzWeightMap* map)
 {
     _skin->blendMap = map;
+    invalidate();
 }
 
 void DzSkinBinding::invalidate()
@@ -233,37 +244,84 @@ void Append(const DzWeightMap& map, std::size_t vertexCount, geometry::JointWeig
 
 } // namespace
 
-const geometry::SkinWeights& SkinAccess::weights(const DzSkinBinding& binding, const DzSkeleton& skeleton,
-                                                 std::size_t vertexCount)
+void SkinAccess::update(const DzSkinBinding& binding, const DzSkeleton& skeleton, std::size_t vertexCount)
 {
     DzSkinBinding::SkinImpl& skin = *binding._skin;
     const QList<DzBone*>& bones = skeleton.bones();
     if (skin.weights.vertexCount() == vertexCount && skin.bones == bones)
-        return skin.weights;
+        return;
     QHash<const DzBone*, int> indices;
     for (int i = 0; i < bones.size(); ++i)
         indices.insert(bones.at(i), i);
-    std::vector<geometry::JointWeights> perJoint(static_cast<std::size_t>(bones.size()));
+    const auto count = static_cast<std::size_t>(bones.size());
+    std::vector<geometry::JointWeights> turns(count), scales(count);
     for (const auto& boneBinding : skin.bindings) {
         const int index = indices.value(boneBinding->getBone(), -1);
-        if (index >= 0 && boneBinding->getWeights())
-            Append(*boneBinding->getWeights(), vertexCount, &perJoint[static_cast<std::size_t>(index)]);
+        if (index < 0)
+            continue;
+        const auto joint = static_cast<std::size_t>(index);
+        if (boneBinding->getWeights())
+            Append(*boneBinding->getWeights(), vertexCount, &turns[joint]);
+        if (boneBinding->getScaleWeights())
+            Append(*boneBinding->getScaleWeights(), vertexCount, &scales[joint]);
     }
-    skin.weights = geometry::MakeSkinWeights(vertexCount, perJoint);
+    skin.weights = geometry::MakeSkinWeights(vertexCount, turns);
+    skin.scaleWeights = geometry::MakeSkinWeights(vertexCount, scales);
+    skin.shares.clear();
+    if (const DzWeightMap* const map = skin.blendMap)
+        for (std::size_t v = 0; v < vertexCount; ++v)
+            skin.shares.push_back(map->getFloatWeight(static_cast<int>(v)));
     skin.bones = bones;
-    return skin.weights;
 }
 
-void SkinAccess::bind(DzSkinBinding& binding, DzBone& bone, const std::vector<std::uint32_t>& vertices,
-                      const std::vector<float>& weights)
+const geometry::SkinWeights& SkinAccess::weights(const DzSkinBinding& binding, const DzSkeleton& skeleton,
+                                                 std::size_t vertexCount)
 {
-    auto* const map = new DzWeightMap(binding.getTargetVertexCount(), bone.getName());
+    update(binding, skeleton, vertexCount);
+    return binding._skin->weights;
+}
+
+geometry::SkinBlend SkinAccess::blend(const DzSkinBinding& binding, const DzSkeleton& skeleton,
+                                      std::size_t vertexCount)
+{
+    update(binding, skeleton, vertexCount);
+    const DzSkinBinding::SkinImpl& skin = *binding._skin;
+    geometry::SkinBlend blend(skin.mapMode == DzSkinBinding::Linear ? geometry::SkinMode::Linear
+                                                                    : geometry::SkinMode::DualQuaternion);
+    if (skin.bindingMode == DzSkinBinding::Blended && skin.blendMode == DzSkinBinding::BlendLinearDualQuat)
+        blend.dualQuaternionShares = skin.shares;
+    if (skin.scaleMode == DzSkinBinding::ScaleMaps && !skin.scaleWeights.joints.empty())
+        blend.scaleWeights = &skin.scaleWeights;
+    return blend;
+}
+
+namespace {
+
+DzWeightMapPtr MapOf(int vertexCount, const QString& name, const std::vector<std::uint32_t>& vertices,
+                     const std::vector<float>& weights)
+{
+    DzWeightMapPtr map(new DzWeightMap(vertexCount, name));
     for (std::size_t i = 0; i < vertices.size() && i < weights.size(); ++i)
         map->setFloatWeight(static_cast<int>(vertices[i]), weights[i]);
+    return map;
+}
+
+} // namespace
+
+DzBoneBinding& SkinAccess::bind(DzSkinBinding& binding, DzBone& bone,
+                                const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights)
+{
     auto* const boneBinding = new DzBoneBinding(&bone);
     boneBinding->setName(bone.getName());
-    boneBinding->setWeights(map);
+    boneBinding->setWeights(MapOf(binding.getTargetVertexCount(), bone.getName(), vertices, weights));
     binding.addBoneBinding(boneBinding);
+    return *boneBinding;
+}
+
+void SkinAccess::bindScale(DzSkinBinding& binding, DzBoneBinding& bone,
+                           const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights)
+{
+    bone.setScaleWeights(MapOf(binding.getTargetVertexCount(), bone.getName(), vertices, weights));
 }
 
 } // namespace openhost

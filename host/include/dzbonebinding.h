@@ -20,6 +20,9 @@ public:
     DzWeightMap* getWeights() const { return _weights; }
     /// Shares the map by counting.
     void setWeights(DzWeightMap* weights);
+    /// By which the bone's scale acts where the skin has maps of its own for that; null for none.
+    DzWeightMap* getScaleWeights() const { return _scaleWeights; }
+    void setScaleWeights(DzWeightMap* weights);
 
 private slots:
     void handleBoneDestroyed();
@@ -27,6 +30,6 @@ private slots:
 private:
     friend class DzSkinBinding;
     DzBone* _bone;
-    DzWeightMapPtr _weights;
+    DzWeightMapPtr _weights, _scaleWeights;
     DzSkinBinding* _binding;
 };

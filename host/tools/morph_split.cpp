@@ -43,7 +43,7 @@ geometry::SubdividedMorph SplitMorph(const MorphLoadSettings& settings, Pipeline
         present.posed = pipeline.posedCage();
         skin = pipeline.skinPose();
         if (!skin.atRest)
-            present.pose = {skin.weights, skin.poses, skin.mode};
+            present.pose = {skin.weights, skin.poses, skin.blend};
         details = pipeline.activeDetails();
         present.details = details;
     }

@@ -50,7 +50,7 @@ std::vector<Vec3f> UndoSkin(const Pipeline& pipeline, base::Span<const Vec3f> po
     const SkinPose pose = pipeline.skinPose();
     if (pose.atRest || !pose.weights)
         return {posed.begin(), posed.end()};
-    return geometry::Unskin(posed, *pose.weights, pose.poses, pose.mode);
+    return geometry::Unskin(posed, *pose.weights, pose.poses, pose.blend);
 }
 
 } // namespace openhost

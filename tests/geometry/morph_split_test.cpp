@@ -59,7 +59,7 @@ std::vector<Vec3f> Worn(const Subdivision& subdivision, const PresentShape& pres
     std::vector<Vec3f> cage(present.rest.begin(), present.rest.end());
     AddDeltas(cage, morph.deltas, 1.0f);
     if (present.pose.weights)
-        cage = Skin(cage, *present.pose.weights, present.pose.joints, present.pose.mode);
+        cage = Skin(cage, *present.pose.weights, present.pose.joints, present.pose.blend);
     std::vector<ActiveDetail> details(present.details.begin(), present.details.end());
     details.push_back({&morph.detail});
     return RefineWithDetail(subdivision, cage, level, details);

@@ -139,6 +139,64 @@ TEST(Skin, keeps_the_volume_where_linear_blending_collapses)
     EXPECT_LE(Length(skinned(90, SkinMode::Linear)), 1e-6f);
 }
 
+/// One vertex at (1, 0, 0), held half by a joint that turns about Z and half by one that stays.
+Vec3f HalfTurned(double degrees, const SkinBlend& blend)
+{
+    Joint turning;
+    turning.rotation = {0, 0, degrees};
+    const std::vector<JointWeights> lists{{{0}, {0.5f}}, {{0}, {0.5f}}};
+    return Skin(std::vector<Vec3f>{{1, 0, 0}}, MakeSkinWeights(1, lists),
+                EvaluateSkeleton(std::vector<Joint>{turning, Joint()}), blend)[0];
+}
+
+TEST(Skin, mixes_the_two_blends_by_the_share_of_each_vertex)
+{
+    // Linear: half way on the chord. Dual quaternions: half the angle.
+    const double angle = 170.0 * M_PI / 180.0;
+    const Vector3d chord(0.5 * (1.0 + std::cos(angle)), 0.5 * std::sin(angle), 0);
+    const Vector3d arc(std::cos(angle / 2), std::sin(angle / 2), 0);
+    for (const float share : {0.0f, 0.25f, 1.0f}) {
+        SkinBlend blend(SkinMode::Linear);
+        blend.dualQuaternionShares = base::Span<const float>(&share, 1);
+        ExpectNear(ToEigen(HalfTurned(170.0, blend)), (1.0 - share) * chord + share * arc, 1e-6);
+    }
+}
+
+TEST(Skin, scales_by_weights_of_their_own_where_there_are_such)
+{
+    Joint growing;
+    growing.scale = {3, 3, 3};
+    growing.rotation = {0, 0, 90};
+    const std::vector<JointPose> poses = EvaluateSkeleton(std::vector<Joint>{growing, Joint()});
+    const SkinWeights turns = MakeSkinWeights(3, std::vector<JointWeights>{{{0, 1, 2}, {1, 1, 1}}});
+    // The first half, the second not at all, the third has no row.
+    const SkinWeights scales =
+        MakeSkinWeights(3, std::vector<JointWeights>{{{0}, {0.5f}}, {{0, 1}, {0.5f, 1.0f}}});
+    const std::vector<Vec3f> rest{{1, 0, 0}, {1, 0, 0}, {1, 0, 0}};
+    for (const SkinMode mode : {SkinMode::Linear, SkinMode::DualQuaternion}) {
+        SkinBlend blend(mode);
+        blend.scaleWeights = &scales;
+        const std::vector<Vec3f> posed = Skin(rest, turns, poses, blend);
+        ExpectNear(ToEigen(posed[0]), {0, 2, 0}, 1e-6);
+        ExpectNear(ToEigen(posed[1]), {0, 1, 0}, 1e-6);
+        ExpectNear(ToEigen(posed[2]), {0, 1, 0}, 1e-6);
+    }
+}
+
+TEST(Skin, refuses_a_blend_for_another_mesh)
+{
+    const SkinWeights weights = MakeSkinWeights(2, std::vector<JointWeights>{{{0}, {1.0f}}});
+    const SkinWeights fewer = MakeSkinWeights(1, std::vector<JointWeights>{{{0}, {1.0f}}});
+    const std::vector<JointPose> poses = EvaluateSkeleton(std::vector<Joint>{Joint()});
+    const std::vector<Vec3f> rest{{1, 2, 3}, {4, 5, 6}};
+    const float share = 0.5f;
+    SkinBlend ofOne, byFewer;
+    ofOne.dualQuaternionShares = base::Span<const float>(&share, 1);
+    byFewer.scaleWeights = &fewer;
+    EXPECT_THROW(Skin(rest, weights, poses, ofOne), TopologyError);
+    EXPECT_THROW(Skin(rest, weights, poses, byFewer), TopologyError);
+}
+
 TEST(Skin, moves_nothing_in_the_bind_pose)
 {
     RandomRig rig = MakeRandomRig(5, 0.0, false);
@@ -161,6 +219,25 @@ TEST(Skin, leaves_a_vertex_without_weights_in_place)
     const SkinWeights weights = MakeSkinWeights(2, std::vector<JointWeights>{{{0}, {1.0f}}});
     const std::vector<Vec3f> rest{{1, 2, 3}, {4, 5, 6}};
     EXPECT_EQ(Skin(rest, weights, poses, SkinMode::DualQuaternion)[1], rest[1]);
+}
+
+TEST(Unskin, undoes_mixed_blends_and_scales_of_their_own)
+{
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        SCOPED_TRACE(seed);
+        const RandomRig rig = MakeRandomRig(seed, 40.0, true), other = MakeRandomRig(seed + 100, 0.0, false);
+        std::vector<float> shares;
+        for (std::size_t v = 0; v < rig.rest.size(); ++v)
+            shares.push_back(static_cast<float>(v % 5) / 4.0f);
+        SkinBlend blend;
+        blend.dualQuaternionShares = shares;
+        blend.scaleWeights = &other.weights;
+        const std::vector<JointPose> poses = EvaluateSkeleton(rig.joints);
+        const std::vector<Vec3f> back =
+            Unskin(Skin(rig.rest, rig.weights, poses, blend), rig.weights, poses, blend);
+        for (std::size_t v = 0; v < back.size(); ++v) // as below; a mixture may shrink things a little more
+            EXPECT_LE(Length(back[v] - rig.rest[v]), 5e-3f);
+    }
 }
 
 TEST(Unskin, undoes_any_pose)

@@ -358,5 +358,6 @@ TEST_F(ForeignScene, weights_for_each_axis_alone_are_told)
     figure.replace(figure.find("\"node_weights\""), 14, "\"local_weights\"");
     write("data/Nord/Doll/Doll.dsf", File(figure));
     ASSERT_NE(openDoll(), nullptr);
-    EXPECT_TRUE(logged("Doll.dsf: Skin: 1 joints have weights for each axis alone, which move nothing"));
+    EXPECT_TRUE(
+        logged("Doll.dsf: Skin: 1 joint has weights for each axis alone; the mean of the three is used"));
 }

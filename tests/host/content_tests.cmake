@@ -23,6 +23,7 @@ gantrel_add_tests(host_content_tests
         content_save_format_test.cpp
         content_save_parts_test.cpp
         content_save_scene_test.cpp
+        content_skin_test.cpp
         content_spelling_test.cpp
         content_text_test.cpp
         content_uv_test.cpp

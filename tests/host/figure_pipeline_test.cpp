@@ -243,7 +243,7 @@ TEST_F(FigurePipeline, stages_are_offered_to_tools)
     ExpectAt(openhost::ToDz(pipeline.worldCage()[8]), 120, 20, 1);
     const openhost::SkinPose pose = pipeline.skinPose();
     EXPECT_FALSE(pose.atRest);
-    const auto rest = geometry::Unskin(pipeline.posedCage(), *pose.weights, pose.poses, pose.mode);
+    const auto rest = geometry::Unskin(pipeline.posedCage(), *pose.weights, pose.poses, pose.blend);
     ExpectAt(openhost::ToDz(rest[8]), 40, 0, 1);
 }
 

@@ -118,17 +118,31 @@ struct Node {
 /// A node with its twelve channels named as the host names them (XRotate, ... Scale).
 Node MakeNode(const std::string& id, const std::string& label, const std::string& type);
 
+/// Weights of some of a mesh's vertices.
+struct WeightMap {
+    std::vector<std::uint32_t> vertices; ///< ascending
+    std::vector<float> weights;          ///< 0..1
+};
+
 struct JointBinding {
     std::string node;                    ///< id of the bone
     std::vector<std::uint32_t> vertices; ///< ascending
     std::vector<float> weights;          ///< 0..1
+    WeightMap scale;                     ///< by which the bone's scale acts, where the skin says so
 };
 /// How much each bone moves each vertex.
 struct SkinBinding {
+    /// Which maps a bone's scale acts by.
+    enum class Scaling { ByBinding, ByScaleMaps };
+
     std::string id = "SkinBinding";
     std::uint32_t vertexCount = 0;
     std::vector<JointBinding> joints;
     bool dualQuaternion = true;
+    Scaling scaling = Scaling::ByBinding;
+    /// Shares of the dual quaternions' blend, the rest being linear; nothing where dualQuaternion counts for
+    /// all.
+    std::optional<WeightMap> dualQuaternionShares;
 };
 
 /// A morph's displacements.

@@ -17,7 +17,7 @@ namespace geometry {
 struct CagePose {
     const SkinWeights* weights = nullptr;
     base::Span<const JointPose> joints;
-    SkinMode mode = SkinMode::DualQuaternion;
+    SkinBlend blend;
 };
 
 /// What a new shape is seen against. All positions in cm, one per vertex of the cage.

@@ -64,19 +64,35 @@ SkinWeights MakeSkinWeights(std::size_t vertexCount, base::Span<const JointWeigh
 
 enum class SkinMode { Linear, DualQuaternion };
 
+/// How the poses of a vertex's joints are blended. Spans and pointers must outlive the calls.
+struct SkinBlend {
+    // Implicit, since most skins have nothing but their mode.
+    SkinBlend(SkinMode skinMode = SkinMode::DualQuaternion) : mode(skinMode) {}
+
+    SkinMode mode;
+    /// One per vertex: 0 for the linear blend, 1 for the dual quaternions', between them for a mixture of the
+    /// two maps. Empty where the mode counts for all.
+    base::Span<const float> dualQuaternionShares;
+    /// By which the joints' scales are blended, before the turns; null where the skin's weights serve for
+    /// all. A vertex with an empty row is not scaled.
+    const SkinWeights* scaleWeights = nullptr;
+};
+
 /// Moves rest positions by the blended poses, in figure space. Dual quaternions: Kavan et al., "Geometric
 /// skinning with approximate dual quaternion blending", 2008, after a linear blend of the joints' scales;
 /// signs follow the largest weight.
 /// @param rest   cm, one per vertex of the weights; the result likewise
 /// @param poses  one per joint, see EvaluateSkeleton
-/// @throws TopologyError  rest and weights differ in length, or a joint index is out of range
+/// @throws TopologyError  rest, weights and what the blend says of vertices differ in length, or a joint
+/// index is
+///                        out of range
 std::vector<Vec3f> Skin(base::Span<const Vec3f> rest, const SkinWeights& weights,
-                        base::Span<const JointPose> poses, SkinMode mode);
+                        base::Span<const JointPose> poses, const SkinBlend& blend);
 
 /// The inverse: rest positions which Skin would move onto the given ones. Exact, since the blended map of a
 /// vertex depends on its weights only. A vertex whose blended map is singular keeps its posed position.
 /// @throws TopologyError  as Skin
 std::vector<Vec3f> Unskin(base::Span<const Vec3f> posed, const SkinWeights& weights,
-                          base::Span<const JointPose> poses, SkinMode mode);
+                          base::Span<const JointPose> poses, const SkinBlend& blend);
 
 } // namespace geometry

@@ -12,6 +12,7 @@
 #include "dzobject.h"
 #include "dzselectionmap.h"
 #include "dzskinbinding.h"
+#include "dzweightmap.h"
 #include "figure/mesh_access.h"
 #include "figure/skin_access.h"
 #include "library/asset_origin.h"
@@ -77,10 +78,11 @@ void CheckSkin(const dson::SkinBinding& skin, std::size_t vertexCount, const std
         throw base::FormatError("{}: the skin is for {} vertices but the mesh has {}", file, skin.vertexCount,
                                 vertexCount);
     for (const dson::JointBinding& joint : skin.joints)
-        for (const std::uint32_t vertex : joint.vertices)
-            if (vertex >= vertexCount)
-                throw base::FormatError("{}: joint {} binds vertex {} but the mesh has {}", file, joint.node,
-                                        vertex, vertexCount);
+        for (const std::vector<std::uint32_t>* const vertices : {&joint.vertices, &joint.scale.vertices})
+            for (const std::uint32_t vertex : *vertices)
+                if (vertex >= vertexCount)
+                    throw base::FormatError("{}: joint {} binds vertex {} but the mesh has {}", file,
+                                            joint.node, vertex, vertexCount);
 }
 
 /// As the file says; bones that it does not mention are selected by the face groups of their names.
@@ -103,6 +105,14 @@ std::unique_ptr<DzSelectionMap> MakeSelectionMap(const dson::SkinDefinition& ski
     return map;
 }
 
+DzWeightMapPtr BlendMap(const dson::WeightMap& shares, std::size_t vertexCount)
+{
+    DzWeightMapPtr map(new DzWeightMap(static_cast<int>(vertexCount), QStringLiteral("Blend Weights")));
+    for (std::size_t i = 0; i < shares.vertices.size(); ++i)
+        map->setFloatWeight(static_cast<int>(shares.vertices[i]), shares.weights[i]);
+    return map;
+}
+
 std::unique_ptr<DzSkinBinding> MakeBinding(const dson::SkinBinding& skin, std::size_t vertexCount,
                                            const FigureNodes& nodes)
 {
@@ -110,9 +120,22 @@ std::unique_ptr<DzSkinBinding> MakeBinding(const dson::SkinBinding& skin, std::s
     binding->setName(ToQ(skin.id));
     binding->setTargetVertexCount(static_cast<int>(vertexCount));
     binding->setGeneralMapMode(skin.dualQuaternion ? DzSkinBinding::DualQuat : DzSkinBinding::Linear);
-    for (const dson::JointBinding& joint : skin.joints)
-        if (auto* const bone = qobject_cast<DzBone*>(nodes.find(joint.node)))
-            SkinAccess::bind(*binding, *bone, joint.vertices, joint.weights);
+    for (const dson::JointBinding& joint : skin.joints) {
+        auto* const bone = qobject_cast<DzBone*>(nodes.find(joint.node));
+        if (!bone)
+            continue;
+        DzBoneBinding& bound = SkinAccess::bind(*binding, *bone, joint.vertices, joint.weights);
+        if (!joint.scale.vertices.empty())
+            SkinAccess::bindScale(*binding, bound, joint.scale.vertices, joint.scale.weights);
+    }
+    binding->setScaleMode(skin.scaling == dson::SkinBinding::Scaling::ByScaleMaps
+                              ? DzSkinBinding::ScaleMaps
+                              : DzSkinBinding::BindingMaps);
+    if (skin.dualQuaternionShares) {
+        binding->setBindingMode(DzSkinBinding::Blended);
+        binding->setBlendMode(DzSkinBinding::BlendLinearDualQuat);
+        binding->setBlendMap(BlendMap(*skin.dualQuaternionShares, vertexCount));
+    }
     return binding;
 }
 

@@ -113,18 +113,38 @@ FileMesh WithSmallFaces(FileMesh mesh)
     return {std::move(cut), {std::move(mesh.texCoords.coordinates), std::move(uvs)}};
 }
 
-dson::JointBinding DescribeJoint(const DzBoneBinding& binding, const std::string& id)
+dson::WeightMap DescribeMap(const DzWeightMap& map)
 {
-    dson::JointBinding joint;
-    joint.node = id;
-    const DzWeightMap& map = *binding.getWeights();
+    dson::WeightMap described;
     for (int v = 0; v < map.getNumWeights(); ++v) {
         if (map.getWeight(v) == 0)
             continue;
-        joint.vertices.push_back(static_cast<std::uint32_t>(v));
-        joint.weights.push_back(map.getFloatWeight(v));
+        described.vertices.push_back(static_cast<std::uint32_t>(v));
+        described.weights.push_back(map.getFloatWeight(v));
     }
+    return described;
+}
+
+dson::JointBinding DescribeJoint(const DzBoneBinding& binding, const std::string& id)
+{
+    dson::WeightMap turns = DescribeMap(*binding.getWeights());
+    dson::JointBinding joint;
+    joint.node = id;
+    joint.vertices = std::move(turns.vertices);
+    joint.weights = std::move(turns.weights);
+    if (binding.getScaleWeights())
+        joint.scale = DescribeMap(*binding.getScaleWeights());
     return joint;
+}
+
+void DescribeModes(const DzSkinBinding& binding, dson::SkinBinding& skin)
+{
+    skin.dualQuaternion = binding.getGeneralMapMode() == DzSkinBinding::DualQuat;
+    if (binding.getScaleMode() == DzSkinBinding::ScaleMaps)
+        skin.scaling = dson::SkinBinding::Scaling::ByScaleMaps;
+    const DzWeightMap* const shares = binding.getBlendMap();
+    if (shares && binding.getBindingMode() == DzSkinBinding::Blended)
+        skin.dualQuaternionShares = DescribeMap(*shares);
 }
 
 std::string PresentationType(const DzPresentation* presentation)
@@ -224,7 +244,7 @@ dson::SkinDefinition DescribeSkin(const SceneUnit& unit, const UnitIds& ids)
     skin.geometry = ids.geometry;
     skin.binding.id = ids.skin;
     skin.binding.vertexCount = static_cast<std::uint32_t>(ShapeOf(unit)->getFacetMesh()->getNumVertices());
-    skin.binding.dualQuaternion = binding.getGeneralMapMode() == DzSkinBinding::DualQuat;
+    DescribeModes(binding, skin.binding);
     for (int i = 0; i < binding.getNumBoneBindings(); ++i) {
         const DzBoneBinding& joint = *binding.getBoneBinding(i);
         const auto bone = ids.nodes.find(joint.getBone());

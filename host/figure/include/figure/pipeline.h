@@ -25,7 +25,7 @@ class CageModifier;
 struct SkinPose {
     std::vector<geometry::JointPose> poses; ///< one per bone of the skeleton, parents first
     const geometry::SkinWeights* weights = nullptr;
-    geometry::SkinMode mode = geometry::SkinMode::DualQuaternion;
+    geometry::SkinBlend blend;
     bool atRest =
         true; ///< nothing moves; the skin is left out, so that positions stay as they are to the bit
 };

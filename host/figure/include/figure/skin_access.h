@@ -16,9 +16,18 @@ public:
     /// @throws base::FormatError  a weight map has weights for more vertices than the mesh
     static const geometry::SkinWeights& weights(const DzSkinBinding& binding, const DzSkeleton& skeleton,
                                                 std::size_t vertexCount);
-    /// A binding of the bone with sparse weights 0..1; the binding is owned by the skin.
-    static void bind(DzSkinBinding& binding, DzBone& bone, const std::vector<std::uint32_t>& vertices,
-                     const std::vector<float>& weights);
+    /// How the binding's modes and maps say that poses are blended. Valid until the binding changes.
+    static geometry::SkinBlend blend(const DzSkinBinding& binding, const DzSkeleton& skeleton,
+                                     std::size_t vertexCount);
+    /// A binding of the bone with sparse weights 0..1; it is owned by the skin.
+    static DzBoneBinding& bind(DzSkinBinding& binding, DzBone& bone,
+                               const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights);
+    /// Sparse weights 0..1 by which the bone's scale acts.
+    static void bindScale(DzSkinBinding& binding, DzBoneBinding& bone,
+                          const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights);
+
+private:
+    static void update(const DzSkinBinding& binding, const DzSkeleton& skeleton, std::size_t vertexCount);
 };
 
 } // namespace openhost

@@ -1,0 +1,141 @@
+// Skins that are bound in other ways than by one map a bone.
+// SPDX-License-Identifier: MIT
+
+#include "dzbone.h"
+#include "dzfigure.h"
+#include "dzfloatproperty.h"
+#include "tests/host/foreign_fixture.h"
+#include "tests/host/foreign_scene.h"
+#include "tests/host/save_fixture.h"
+
+#include <cmath>
+
+namespace {
+
+using namespace doll;
+
+std::string Replaced(std::string text, const std::string& what, const std::string& instead)
+{
+    const std::size_t at = text.find(what);
+    EXPECT_NE(at, text.npos) << what;
+    return at == text.npos ? text : text.replace(at, what.size(), instead);
+}
+
+const char* const settings = R"({"type": "skin_settings", "general_map_mode": "DualQuat"})";
+const char* const handWeights = R"("node_weights": {"count": 4, "values": [[4,1],[5,1],[6,1],[7,1]]}})";
+
+/// Vertices 6 and 7 are held half by each bone; 6 takes a share of 0.25 of the dual quaternions, 7 none.
+std::string BlendedFigure()
+{
+    std::string figure = Replaced(Figure(), "[3,1]]", "[3,1],[6,0.5],[7,0.5]]");
+    figure = Replaced(figure, handWeights, R"("node_weights": {"values": [[4,1],[5,1],[6,0.5],[7,0.5]]}})");
+    return Replaced(figure, settings, R"({"type": "skin_settings", "general_map_mode": "DualQuat",
+        "binding_mode": "Blended", "blend_mode": "BlendLinearDualQuat", "blend_vertex_count": 8,
+        "blend_weights": {"count": 1, "values": [[6, 0.25]]}})");
+}
+
+/// The hand's scale acts on vertex 7 alone.
+std::string ScaledFigure()
+{
+    const std::string figure = Replaced(Figure(), handWeights,
+                                        std::string(handWeights, std::string(handWeights).size() - 1) +
+                                            R"(, "scale_weights": {"values": [[7,1]]}})");
+    return Replaced(figure, settings, R"({"type": "skin_settings", "scale_mode": "ScaleMaps"})");
+}
+
+class Skins : public ForeignTest {
+protected:
+    DzFigure* open(const std::string& figure)
+    {
+        write("data/Nord/Doll/Doll.dsf", File(figure, "figure"));
+        return openDoll();
+    }
+    static void turnHand(const DzFigure& figure)
+    {
+        BoneOf(figure, "hand")->getZRotControl()->setValue(90.0f);
+    }
+};
+
+/// Skins in scene files, which hold all that they say.
+class SavedSkins : public SaveTest {
+protected:
+    void SetUp() override { SaveTest::SetUp(); }
+    std::string saved(const std::string& figure)
+    {
+        const std::string node = R"({"id": "Doll-i", "url": "#Doll", "label": "Doll",
+            "geometries": [{"id": "Doll-i-g", "url": "#Doll-1"}]})";
+        WriteBytes(_library / "Scenes/Own.duf",
+                   File(figure + R"(, "scene": {"nodes": [)" + node + "]}", "scene"));
+        EXPECT_TRUE(open(_library / "Scenes/Own.duf")) << log().toStdString();
+        EXPECT_EQ(save("DzSceneAssetFilter", file("Again.duf")), 0) << log().toStdString();
+        return ReadBytes(file("Again.duf"));
+    }
+};
+
+} // namespace
+
+TEST_F(Skins, mix_linear_and_dual_quaternion_blending_by_their_weights)
+{
+    DzFigure* const figure = open(BlendedFigure());
+    ASSERT_NE(figure, nullptr);
+    turnHand(*figure);
+    const double half = std::sqrt(0.5);
+    // Half way on the chord from (0, 30) to (-10, 20), and half the angle about the hand.
+    ExpectAt(VertexAt(*figure, 6), 0.75 * -5.0 + 0.25 * -10.0 * half,
+             0.75 * 25.0 + 0.25 * (20.0 + 10.0 * half), 0);
+    ExpectAt(VertexAt(*figure, 7), 0.5 * (5.0 - 10.0), 0.5 * (30.0 + 25.0), 0);
+}
+
+TEST_F(Skins, scale_by_maps_of_their_own)
+{
+    DzFigure* const figure = open(ScaledFigure());
+    ASSERT_NE(figure, nullptr);
+    BoneOf(*figure, "hand")->getScaleControl()->setValue(2.0f);
+    ExpectAt(VertexAt(*figure, 6), 0, 30, 0);
+    ExpectAt(VertexAt(*figure, 7), 10, 40, 0);
+    turnHand(*figure);
+    ExpectAt(VertexAt(*figure, 7), -20, 30, 0);
+}
+
+TEST_F(Skins, of_weights_for_each_axis_move_by_their_mean)
+{
+    DzFigure* const figure = open(Replaced(Figure(), handWeights, R"("local_weights": {
+        "x": {"values": [[6,1],[7,1]]}, "y": {"values": [[6,1]]}, "z": {"values": [[6,1],[7,1]]}}})"));
+    ASSERT_NE(figure, nullptr);
+    turnHand(*figure);
+    ExpectAt(VertexAt(*figure, 6), -10, 20, 0);
+    EXPECT_TRUE(logged("1 joint has weights for each axis alone; the mean of the three is used"));
+}
+
+TEST_F(Skins, of_old_figures_bind_whole_face_groups)
+{
+    std::string figure = Figure();
+    const std::size_t joints = figure.find(R"(, "joints": [)"), end = figure.find("}}]},", joints);
+    ASSERT_TRUE(joints != figure.npos && end != figure.npos);
+    figure.replace(joints, end + 3 - joints, "");
+    DzFigure* const loaded = open(Replaced(figure, "\"skin\": {", "\"legacy_skin\": {"));
+    ASSERT_NE(loaded, nullptr) << log().toStdString();
+    turnHand(*loaded);
+    ExpectAt(VertexAt(*loaded, 3), 5, 10, 0);
+    ExpectAt(VertexAt(*loaded, 5), 2.5, 22.5, 0); // between the groups
+    ExpectAt(VertexAt(*loaded, 6), -10, 20, 0);
+}
+
+TEST_F(Skins, know_bones_that_inherit_scales_by_what_they_hang_on)
+{
+    DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    EXPECT_TRUE(BoneOf(*figure, "hip")->inheritsScale());
+    EXPECT_FALSE(BoneOf(*figure, "hand")->inheritsScale());
+}
+
+TEST_F(SavedSkins, keep_how_they_blend_and_scale)
+{
+    const std::string blended = saved(BlendedFigure());
+    for (const char* const part :
+         {"\"Blended\"", "\"BlendLinearDualQuat\"", "\"blend_vertex_count\"", "\"blend_weights\""})
+        EXPECT_NE(blended.find(part), blended.npos) << part;
+    const std::string scaled = saved(ScaledFigure());
+    for (const char* const part : {"\"ScaleMaps\"", "\"scale_weights\""})
+        EXPECT_NE(scaled.find(part), scaled.npos) << part;
+}
