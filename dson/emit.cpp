@@ -226,6 +226,14 @@ Json EmitResolutionChannels(int level)
         {"type", "studio_geometry_channels"}, {"version", "0.1.8"}, {"channels", std::move(channels)}};
 }
 
+Json EmitCreases(const std::vector<geometry::Crease>& creases)
+{
+    Json values = Json::array();
+    for (const geometry::Crease& crease : creases)
+        values.push_back(Json::array({crease.a, crease.b, crease.sharpness}));
+    return {{"count", creases.size()}, {"values", std::move(values)}};
+}
+
 } // namespace
 
 Json ExactNumber(double value)
@@ -290,6 +298,8 @@ Json EmitGeometry(const Geometry& geometry)
               {"polylist", EmitPolygons(topology)}};
     if (!geometry.lines.empty())
         json["polyline_list"] = EmitPolylines(geometry.lines);
+    if (!geometry.creases.empty())
+        json["edge_weights"] = EmitCreases(geometry.creases);
     if (!geometry.defaultUvSet.empty())
         json["default_uv_set"] = geometry.defaultUvSet;
     json["graft"] = Json::object();

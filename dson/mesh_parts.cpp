@@ -74,17 +74,46 @@ void ParseFaces(const Element& json, geometry::Topology& topology, const ParseCo
     });
 }
 
-std::optional<double> ResolutionLevel(const Element& json)
+/// The value of a resolution setting.
+std::optional<double> ResolutionChannel(const Element& json, std::string_view id)
 {
-    std::optional<double> level;
+    std::optional<double> value;
     ForEach(json, "extra", [&](const Element& extra) {
         ForEach(extra, "channels", [&](const Element& entry) {
             const auto channel = Find(entry, "channel");
-            if (channel && Text(*channel, "id") == "SubDIALevel")
-                level = Number(*channel, "value");
+            if (channel && Text(*channel, "id") == id)
+                value = Number(*channel, "value");
         });
     });
-    return level;
+    return value;
+}
+
+void TellAlgorithm(const Element& json, const std::string& id, ParseContext& context)
+{
+    static constexpr const char* names[] = {nullptr, "the bilinear scheme", "Loop's scheme"};
+    const double algorithm = ResolutionChannel(json, "SubDAlgorithmControl").value_or(0.0);
+    if (algorithm == 1.0 || algorithm == 2.0)
+        context.warn(id, fmt::format("is to be subdivided by {}; that of Catmull and Clark is used",
+                                     names[static_cast<int>(algorithm)]));
+}
+
+std::vector<geometry::Crease> ParseCreases(const Element& json, const std::string& id,
+                                           std::uint32_t vertexCount, ParseContext& context)
+{
+    std::vector<geometry::Crease> creases;
+    std::size_t strange = 0;
+    ForEachValue(json, "edge_weights", [&](const Element& row) {
+        double n[3];
+        if (IsRow(row, n, 3) && IsIndex(n[0], vertexCount) && IsIndex(n[1], vertexCount) && n[2] >= 0.0)
+            creases.push_back({static_cast<std::uint32_t>(n[0]), static_cast<std::uint32_t>(n[1]),
+                               static_cast<float>(n[2])});
+        else
+            ++strange;
+    });
+    if (strange > 0)
+        context.warn(id, fmt::format("{} not two vertices of the mesh and a sharpness and left out",
+                                     Counted(strange, "crease is", "creases are")));
+    return creases;
 }
 
 /// Ascending vertices, each once, the last of equal ones kept.
@@ -124,14 +153,16 @@ Geometry ParseGeometry(const Element& json, ParseContext& context)
     geometry.subdivisionSurface = Text(json, "type", "polygon_mesh") == "subdivision_surface";
     geometry.edgeInterpolation = Text(json, "edge_interpolation_mode", "no_interpolation");
     geometry.defaultUvSet = Text(json, "default_uv_set");
-    geometry.subdivisionLevel = static_cast<int>(
-        std::clamp(ResolutionLevel(json).value_or(1.0), 0.0, double{finestSubdivisionLevel}));
+    geometry.subdivisionLevel = static_cast<int>(std::clamp(
+        ResolutionChannel(json, "SubDIALevel").value_or(1.0), 0.0, double{finestSubdivisionLevel}));
     geometry.mesh.positions = ParsePositions(json, geometry.id, context);
     auto topology = std::make_shared<geometry::Topology>();
     topology->vertexCount = static_cast<std::uint32_t>(geometry.mesh.positions.size());
     topology->groupNames = ParseNames(json, "polygon_groups");
     topology->surfaceNames = ParseNames(json, "polygon_material_groups");
     ParseFaces(json, *topology, context);
+    geometry.creases = ParseCreases(json, geometry.id, topology->vertexCount, context);
+    TellAlgorithm(json, geometry.id, context);
     geometry.mesh.topology = std::move(topology);
     geometry.lines = ParsePolylines(json, geometry.mesh.topology->vertexCount, context);
     return geometry;

@@ -11,9 +11,12 @@
 #include <opensubdiv/far/topologyDescriptor.h>
 #include <opensubdiv/far/topologyRefiner.h>
 #include <opensubdiv/far/topologyRefinerFactory.h>
+#include <opensubdiv/sdc/crease.h>
 
+#include <algorithm>
 #include <cassert>
 #include <mutex>
+#include <unordered_set>
 
 namespace geometry {
 
@@ -58,7 +61,40 @@ void CheckSize(const Topology& cage, int levels)
         throw TopologyError("subdivision level {} of {} faces is too large", levels, cage.faceCount());
 }
 
-std::unique_ptr<Far::TopologyRefiner> Refine(const Topology& cage, int levels, BoundaryRule rule)
+/// Creases in the two lists that OpenSubdiv wants.
+struct CreaseLists {
+    std::vector<int> vertices;
+    std::vector<float> sharpness;
+
+    CreaseLists(const Topology& cage, base::Span<const Crease> creases)
+    {
+        std::unordered_set<std::uint64_t> edges;
+        for (std::size_t f = 0; f < cage.faceCount() && !creases.empty(); ++f) {
+            const auto face = cage.face(f);
+            for (std::size_t c = 0; c < face.size(); ++c)
+                edges.insert(KeyOf(face[c], face[c + 1 == face.size() ? 0 : c + 1]));
+        }
+        for (const Crease& crease : creases) {
+            if (crease.a >= cage.vertexCount || crease.b >= cage.vertexCount)
+                throw TopologyError("a crease names vertex {} but only {} are defined",
+                                    std::max(crease.a, crease.b), cage.vertexCount);
+            if (edges.count(KeyOf(crease.a, crease.b)) == 0)
+                continue;
+            vertices.push_back(static_cast<int>(crease.a));
+            vertices.push_back(static_cast<int>(crease.b));
+            sharpness.push_back(std::clamp(crease.sharpness, 0.0f, Sdc::Crease::SHARPNESS_INFINITE));
+        }
+    }
+
+private:
+    static std::uint64_t KeyOf(std::uint32_t a, std::uint32_t b)
+    {
+        return std::uint64_t{std::min(a, b)} << 32 | std::max(a, b);
+    }
+};
+
+std::unique_ptr<Far::TopologyRefiner> Refine(const Topology& cage, int levels, BoundaryRule rule,
+                                             const CreaseLists& creases)
 {
     std::vector<int> sizes(cage.faceCount());
     for (std::size_t f = 0; f < sizes.size(); ++f)
@@ -68,6 +104,9 @@ std::unique_ptr<Far::TopologyRefiner> Refine(const Topology& cage, int levels, B
     descriptor.numFaces = static_cast<int>(sizes.size());
     descriptor.numVertsPerFace = sizes.data();
     descriptor.vertIndicesPerFace = reinterpret_cast<const int*>(cage.cornerVertices.data());
+    descriptor.numCreases = static_cast<int>(creases.sharpness.size());
+    descriptor.creaseVertexIndexPairs = creases.vertices.data();
+    descriptor.creaseWeights = creases.sharpness.data();
 
     Sdc::Options options;
     options.SetVtxBoundaryInterpolation(ToOpenSubdiv(rule));
@@ -335,7 +374,8 @@ private:
 
 } // namespace
 
-Subdivision::Subdivision(std::shared_ptr<const Topology> cage, int levels, BoundaryRule rule)
+Subdivision::Subdivision(std::shared_ptr<const Topology> cage, int levels, BoundaryRule rule,
+                         base::Span<const Crease> creases)
     : _impl(std::make_unique<Impl>())
 {
     assert(levels >= 0);
@@ -348,7 +388,8 @@ Subdivision::Subdivision(std::shared_ptr<const Topology> cage, int levels, Bound
         return;
     }
     CheckValences(*cage);
-    const std::unique_ptr<Far::TopologyRefiner> refiner = Refine(*cage, levels, rule);
+    const std::unique_ptr<Far::TopologyRefiner> refiner =
+        Refine(*cage, levels, rule, CreaseLists(*cage, creases));
     for (int level = 1; level <= levels; ++level)
         _impl->levels.push_back(MakeLevel(*refiner, level, *cage, _impl->levels.back()));
 }

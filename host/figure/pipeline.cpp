@@ -445,9 +445,12 @@ std::vector<Vec3f> Pipeline::refinedInWorld(const geometry::Subdivision& refinem
 std::shared_ptr<const geometry::Subdivision> Pipeline::subdivision(int levels) const
 {
     const geometry::PolygonMesh& cage = base();
-    if (!_subdivision || _subdivision->levels() < levels || _subdivision->topology(0) != cage.topology)
-        _subdivision =
-            FindSubdivision(cage.topology, levels, MeshAccess::boundaryRule(*shape()->getFacetMesh()));
+    if (!_subdivision || _subdivision->levels() < levels || _subdivision->topology(0) != cage.topology) {
+        const DzFacetMesh& mesh = *shape()->getFacetMesh();
+        const MeshExtras* const extras = MeshAccess::extras(mesh);
+        _subdivision = FindSubdivision(cage.topology, levels, MeshAccess::boundaryRule(mesh),
+                                       extras ? extras->creases : std::vector<geometry::Crease>());
+    }
     return _subdivision;
 }
 

@@ -12,6 +12,7 @@ namespace {
 struct Entry {
     std::weak_ptr<const geometry::Topology> cage;
     geometry::BoundaryRule rule;
+    std::vector<geometry::Crease> creases;
     std::weak_ptr<const geometry::Subdivision> refinement;
 };
 
@@ -19,7 +20,7 @@ struct Entry {
 
 std::shared_ptr<const geometry::Subdivision>
 FindSubdivision(const std::shared_ptr<const geometry::Topology>& cage, int levels,
-                geometry::BoundaryRule rule)
+                geometry::BoundaryRule rule, const std::vector<geometry::Crease>& creases)
 {
     static std::vector<Entry> entries;
     entries.erase(
@@ -27,11 +28,12 @@ FindSubdivision(const std::shared_ptr<const geometry::Topology>& cage, int level
         entries.end());
     for (const Entry& entry : entries) {
         const auto refinement = entry.refinement.lock();
-        if (refinement && entry.cage.lock() == cage && entry.rule == rule && refinement->levels() >= levels)
+        if (refinement && entry.cage.lock() == cage && entry.rule == rule && entry.creases == creases &&
+            refinement->levels() >= levels)
             return refinement;
     }
-    const auto made = std::make_shared<const geometry::Subdivision>(cage, levels, rule);
-    entries.push_back({cage, rule, made});
+    const auto made = std::make_shared<const geometry::Subdivision>(cage, levels, rule, creases);
+    entries.push_back({cage, rule, creases, made});
     return made;
 }
 

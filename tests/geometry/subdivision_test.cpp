@@ -46,6 +46,61 @@ TEST(Subdivision, follows_the_rules_on_a_cube)
     EXPECT_EQ(corners, 8);
 }
 
+namespace {
+
+std::vector<Crease> AllEdges(const Topology& topology, float sharpness)
+{
+    std::vector<Crease> creases;
+    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
+        const auto face = topology.face(f);
+        for (std::size_t c = 0; c < face.size(); ++c)
+            creases.push_back({face[c], face[(c + 1) % face.size()], sharpness});
+    }
+    return creases;
+}
+
+/// Of a cube two wide about the origin whose edges are all creased: how far its corner at (1, 1, 1) comes at
+/// a level.
+float CornerAt(int level, float sharpness)
+{
+    const PolygonMesh cube = shapes::Cube(2.0f);
+    const std::vector<Crease> creases = AllEdges(*cube.topology, sharpness);
+    const Subdivision subdivision(cube.topology, level, BoundaryRule::EdgeOnly, creases);
+    float farthest = 0.0f;
+    for (const Vec3f p : subdivision.refine(cube.positions, 0, level))
+        farthest = std::max(farthest, std::min({p.x, p.y, p.z}));
+    return farthest;
+}
+
+} // namespace
+
+TEST(Subdivision, keeps_a_cube_whose_edges_are_sharp)
+{
+    const PolygonMesh cube = shapes::Cube(2.0f);
+    const Subdivision subdivision(cube.topology, 3, BoundaryRule::EdgeOnly, AllEdges(*cube.topology, 10.0f));
+    for (const Vec3f p : subdivision.refine(cube.positions, 0, 3))
+        EXPECT_NEAR(std::max({std::abs(p.x), std::abs(p.y), std::abs(p.z)}), 1.0f, 1e-6f);
+    EXPECT_FLOAT_EQ(CornerAt(3, 10.0f), 1.0f);
+}
+
+TEST(Subdivision, lets_creases_soften_after_as_many_levels_as_they_are_sharp)
+{
+    EXPECT_FLOAT_EQ(CornerAt(1, 0.0f), 5.0f / 9.0f); // as without
+    EXPECT_FLOAT_EQ(CornerAt(1, 1.0f), 1.0f);
+    EXPECT_FLOAT_EQ(CornerAt(2, 2.0f), 1.0f);
+    EXPECT_LT(CornerAt(2, 1.0f), 0.9f);
+}
+
+TEST(Subdivision, passes_over_creases_that_are_no_edges_and_refuses_those_without_vertices)
+{
+    const PolygonMesh cube = shapes::Cube(2.0f);
+    const auto across = cube.topology->face(0);
+    const std::vector<Crease> diagonal{{across[0], across[2], 10.0f}}, missing{{0, 8, 1.0f}};
+    const Subdivision with(cube.topology, 2, BoundaryRule::EdgeOnly, diagonal), without(cube.topology, 2);
+    EXPECT_EQ(with.refine(cube.positions, 0, 2), without.refine(cube.positions, 0, 2));
+    EXPECT_THROW(Subdivision(cube.topology, 1, BoundaryRule::EdgeOnly, missing), TopologyError);
+}
+
 TEST(Subdivision, has_rows_that_sum_to_one_on_any_mesh_and_rule)
 {
     const PolygonMesh meshes[] = {shapes::Cube(1), shapes::Mixed(), shapes::OpenCone(9),

@@ -4,6 +4,7 @@ gantrel_add_tests(host_content_tests
         content_add_on_test.cpp
         content_alias_test.cpp
         content_attendant_test.cpp
+        content_crease_test.cpp
         content_detail_test.cpp
         content_dform_test.cpp
         content_effects_test.cpp

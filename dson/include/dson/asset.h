@@ -6,6 +6,7 @@
 #include "geometry/deltas.h"
 #include "geometry/obj.h"
 #include "geometry/polygon_mesh.h"
+#include "geometry/subdivision.h"
 
 #include <array>
 #include <cstdint>
@@ -89,7 +90,8 @@ struct Geometry {
     std::string defaultUvSet;                      ///< URI, may be empty
     geometry::TexCoords texCoords;                 ///< of a set in the same file
     std::vector<std::vector<std::uint32_t>> lines; ///< vertex indices of each polyline
-    int subdivisionLevel = 1;                      ///< default of the view level
+    std::vector<geometry::Crease> creases;
+    int subdivisionLevel = 1; ///< default of the view level
 };
 
 /// Which part of a D-Former a node is.

@@ -17,6 +17,18 @@ enum class BoundaryRule {
     EdgeAndCorner ///< the same, but vertices of a single face stay where they are
 };
 
+/// An edge of the cage that stays sharper than its neighbours.
+struct Crease {
+    std::uint32_t a = 0, b = 0; ///< its vertices, in any order
+    float sharpness = 0.0f; ///< levels for which it stays sharp, in part where it is no whole number; 10 and
+                            ///< above for all
+
+    bool operator==(const Crease& other) const
+    {
+        return a == other.a && b == other.b && sharpness == other.sharpness;
+    }
+};
+
 /// Uniform refinement of one topology by the rules of Catmull and Clark, "Recursively generated B-spline
 /// surfaces on arbitrary topological meshes", 1978. Build once, then refine any number of shapes, deltas or
 /// weight maps, also from several threads at once.
@@ -25,9 +37,15 @@ enum class BoundaryRule {
 /// topology, used alike for export and for loading. The positions are refined positions, not limit positions.
 class Subdivision {
 public:
-    /// @param levels  0 or more; level 0 is the cage itself
-    /// @throws TopologyError  the topology is invalid, or the finest level would exceed 2^31 corners
-    Subdivision(std::shared_ptr<const Topology> cage, int levels, BoundaryRule rule = BoundaryRule::EdgeOnly);
+    /// @param levels   0 or more; level 0 is the cage itself
+    /// @param creases  of the cage (DeRose, Kass and Truong, "Subdivision surfaces in character animation",
+    /// 1998);
+    ///                 those that are no edges of it have no effect
+    /// @throws TopologyError  the topology is invalid, a crease names a vertex that is not there, or the
+    /// finest level
+    ///                        would exceed 2^31 corners
+    Subdivision(std::shared_ptr<const Topology> cage, int levels, BoundaryRule rule = BoundaryRule::EdgeOnly,
+                base::Span<const Crease> creases = {});
     ~Subdivision();
     Subdivision(Subdivision&&) noexcept;
     Subdivision& operator=(Subdivision&&) noexcept;

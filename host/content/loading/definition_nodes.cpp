@@ -127,9 +127,9 @@ std::unique_ptr<DzObject> MakeObject(const dson::Geometry& geometry)
     mesh->setName(ToQ(geometry.name));
     mesh->enableSubDivision(geometry.subdivisionSurface);
     mesh->setSubDEdgeInterpolation(EdgeInterpolation(geometry.edgeInterpolation));
-    if (!geometry.texCoords.cornerIndices.empty() || !geometry.lines.empty())
-        MeshAccess::setExtras(*mesh,
-                              std::make_shared<MeshExtras>(MeshExtras{geometry.texCoords, geometry.lines}));
+    if (!geometry.texCoords.cornerIndices.empty() || !geometry.lines.empty() || !geometry.creases.empty())
+        MeshAccess::setExtras(*mesh, std::make_shared<MeshExtras>(
+                                         MeshExtras{geometry.texCoords, geometry.lines, geometry.creases}));
     auto shape = std::make_unique<DzFacetShape>();
     shape->setName(ToQ(geometry.name));
     shape->setLabel(ToQ(geometry.label));

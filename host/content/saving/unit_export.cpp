@@ -222,8 +222,10 @@ std::optional<dson::Geometry> DescribeGeometry(const SceneUnit& unit, const std:
     described.texCoords = std::move(inFile.texCoords);
     if (!described.texCoords.cornerIndices.empty())
         described.defaultUvSet = "#" + dson::EncodeFragment(id + "-UVs");
-    if (extras)
+    if (extras) {
         described.lines = extras->lines;
+        described.creases = extras->creases;
+    }
     return described;
 }
 

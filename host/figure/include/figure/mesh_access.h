@@ -13,6 +13,7 @@ namespace openhost {
 struct MeshExtras {
     geometry::TexCoords texCoords;                 ///< one index a corner, or empty
     std::vector<std::vector<std::uint32_t>> lines; ///< vertex indices of each polyline
+    std::vector<geometry::Crease> creases;
 };
 
 class MeshAccess {

@@ -1,0 +1,93 @@
+// How files say that meshes are subdivided.
+// SPDX-License-Identifier: MIT
+
+#include "dzfacetmesh.h"
+#include "dzfacetshape.h"
+#include "dzfigure.h"
+#include "dzintproperty.h"
+#include "dzobject.h"
+#include "tests/host/foreign_fixture.h"
+#include "tests/host/save_fixture.h"
+
+namespace {
+
+using namespace doll;
+
+/// Folded along the edge between vertices 4 and 5, which is a crease; a further crease is none.
+std::string FoldedFigure()
+{
+    std::string figure = Figure();
+    const std::string flat = "[0,20,0],[5,20,0]";
+    figure.replace(figure.find(flat), flat.size(), "[0,20,8],[5,20,8]");
+    return figure.insert(figure.find("\"graft\""),
+                         R"("edge_weights": {"count": 2, "values": [[5,4,10],[4,99,1]]}, )");
+}
+
+/// Whether the middle of the fold stays where it is at level 1: without the crease it sinks to the faces'
+/// centres.
+bool IsSharp(const DzFigure& figure)
+{
+    auto* const shape = qobject_cast<DzFacetShape*>(figure.getObject()->getCurrentShape());
+    shape->getSubDLevelControl()->setValue(1);
+    const DzVertexMesh& mesh = *figure.getObject()->getCachedGeom();
+    for (int v = 0; v < mesh.getNumVertices(); ++v)
+        if ((mesh.getVertex(v) - DzVec3(2.5f, 20.0f, 8.0f)).length() < 1e-4f)
+            return true;
+    return false;
+}
+
+class Creases : public ForeignTest {
+protected:
+    DzFigure* open(const std::string& figure)
+    {
+        write("data/Nord/Doll/Doll.dsf", File(figure, "figure"));
+        return openDoll();
+    }
+};
+
+class SavedCreases : public SaveTest {};
+
+} // namespace
+
+TEST_F(Creases, of_files_stay_sharp_and_odd_ones_are_told)
+{
+    const DzFigure* const figure = open(FoldedFigure());
+    ASSERT_NE(figure, nullptr);
+    EXPECT_TRUE(IsSharp(*figure));
+    EXPECT_TRUE(logged("Doll-1: 1 crease is not two vertices of the mesh and a sharpness and left out"))
+        << log().toStdString();
+}
+
+TEST_F(Creases, are_only_where_files_say_so)
+{
+    std::string figure = FoldedFigure();
+    figure.replace(figure.find("[5,4,10]"), 8, "[5,4,0]");
+    const DzFigure* const loaded = open(figure);
+    ASSERT_NE(loaded, nullptr);
+    EXPECT_FALSE(IsSharp(*loaded));
+}
+
+TEST_F(Creases, go_with_a_warning_where_another_scheme_is_asked_for)
+{
+    std::string figure = Figure();
+    figure.insert(figure.find(R"({"channel": {"id": "SubDIALevel")"),
+                  R"({"channel": {"id": "SubDAlgorithmControl", "type": "enum", "value": 2}}, )");
+    ASSERT_NE(open(figure), nullptr);
+    EXPECT_TRUE(logged("Doll-1: is to be subdivided by Loop's scheme; that of Catmull and Clark is used"))
+        << log().toStdString();
+}
+
+TEST_F(SavedCreases, come_back)
+{
+    WriteBytes(
+        _library / "Scenes/Own.duf",
+        File(FoldedFigure() + R"(, "scene": {"nodes": [{"id": "Doll-i", "url": "#Doll", "label": "Doll",
+            "geometries": [{"id": "Doll-i-g", "url": "#Doll-1"}]}]})",
+             "scene"));
+    ASSERT_TRUE(open(_library / "Scenes/Own.duf")) << log().toStdString();
+    ASSERT_EQ(save("DzSceneAssetFilter", file("Again.duf")), 0) << log().toStdString();
+    ASSERT_TRUE(reload(file("Again.duf")));
+    const auto* const figure = qobject_cast<DzFigure*>(dzScene->findNodeByLabel(QStringLiteral("Doll")));
+    ASSERT_NE(figure, nullptr);
+    EXPECT_TRUE(IsSharp(*figure));
+}
