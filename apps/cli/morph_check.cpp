@@ -86,6 +86,9 @@ private:
     void read()
     {
         dson::Document document = dson::ReadDocument(_file, {_options.checks});
+        // A folder may hold figures as well.
+        if (document.modifiers.empty() && (!document.nodes.empty() || !document.geometries.empty()))
+            return;
         if (document.modifiers.empty())
             throw base::FormatError("defines no morph or controller");
         for (const dson::Modifier& modifier : document.modifiers) {

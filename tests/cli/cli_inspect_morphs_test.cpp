@@ -188,6 +188,11 @@ TEST_F(InspectMorphs, lists_those_whose_name_or_label_fits)
     EXPECT_EQ(morphs[3].at("detail"), true);
 }
 
+TEST_F(InspectMorphs, of_a_folder_leave_out_the_figures_in_it)
+{
+    EXPECT_EQ(report({workspace.path("lib/data"), "--check"}).at("unusable"), json::array());
+}
+
 TEST_F(InspectMorphs, are_those_of_all_content_directories_and_of_folders)
 {
     workspace.write("more/data/acme/box/morphs/Own/Own.dsf", Modifier("Own", Morph(1, 6)));
