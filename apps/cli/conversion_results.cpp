@@ -14,6 +14,7 @@
 #include "interrupt.h"
 #include "ks_daz-helpers.h"
 #include "ks_morphlist.h"
+#include "openhost/scene_picture.h"
 #include "openhost/shapes.h"
 
 namespace cli {
@@ -97,19 +98,17 @@ struct Comparison {
 };
 
 /// A picture takes longer than most of what comes before it, so a wish to end is followed before each.
-geometry::Picture Draw(const geometry::PolygonMeshView& mesh, geometry::View view,
+geometry::Picture Draw(const std::vector<geometry::PictureItem>& items, geometry::View view,
                        const geometry::Box3f& frame)
 {
     ThrowIfInterrupted();
-    geometry::PictureItem item;
-    item.mesh = mesh;
     geometry::PictureOptions options;
     options.view = view;
     options.width = view == geometry::View::Face ? 600 : 640;
     options.height = view == geometry::View::Face ? 600 : 800;
     if (view != geometry::View::Face)
         options.frame = frame;
-    return geometry::Render({&item, 1}, options);
+    return geometry::Render(items, options);
 }
 
 } // namespace
@@ -192,12 +191,15 @@ std::vector<fs::path> DrawPictures(const GntOutcome& outcome, const fs::path& fo
     using geometry::View;
     fs::create_directories(folder);
     const Comparison comparison(outcome);
-    const geometry::PolygonMeshView a = openhost::WorldMesh(outcome.params->figSource),
-                                    b = openhost::WorldMesh(outcome.params->figTarget);
+    // With eyes, mouth, hair and clothes in their places.
+    const std::vector<geometry::PictureItem> a = openhost::FigureItems(outcome.params->figSource).items,
+                                             b = openhost::FigureItems(outcome.params->figTarget).items;
     // One frame for both, so that a difference in size is seen.
-    geometry::Box3f frame = geometry::BoundingBox(a.positions);
-    for (const geometry::Vec3f position : b.positions)
-        frame.include(position);
+    geometry::Box3f frame;
+    for (const auto& items : {a, b})
+        for (const geometry::PictureItem& item : items)
+            for (const geometry::Vec3f position : item.mesh.positions)
+                frame.include(position);
     std::vector<fs::path> files;
     const auto write = [&](const char* name, const geometry::Picture& picture) {
         files.push_back(folder / name);

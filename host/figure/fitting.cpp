@@ -42,6 +42,11 @@ public:
 
     bool isMultiplying() const override { return _by == FollowBy::Factor; }
 
+    bool follows(const DzNumericProperty& followed) const
+    {
+        return getNumInputs() > 0 && getInput(0) == &followed;
+    }
+
 private:
     double surplus() const
     {
@@ -186,6 +191,21 @@ void FitTo(DzSkeleton& follower, DzSkeleton& target)
         if (const DzBone* const other = target.findBone(bone->getName()))
             fit.followNode(*bone, *other);
     fit.followDials();
+}
+
+bool HasDialFor(const DzSkeleton& follower, const DzMorph& morph)
+{
+    const DzNumericProperty* const own = FindDial(follower, morph.getName());
+    const DzNumericProperty& followed = *morph.getValueControl();
+    if (!own || !followed.canAutoFollow())
+        return own;
+    // One that has come after the fit follows nothing, and stands for nothing then.
+    for (int i = 0; i < own->getNumControllers(); ++i) {
+        const auto* const controller = dynamic_cast<const FollowController*>(own->getController(i));
+        if (controller && controller->follows(followed))
+            return true;
+    }
+    return false;
 }
 
 } // namespace openhost

@@ -71,7 +71,7 @@ DzElement* DzObject::getElementParent() const
 void DzObject::setNode(DzNode* node)
 {
     _impl->node = node;
-    _impl->pipeline->jointsChanged();
+    _impl->pipeline->nodeChanged();
 }
 
 void DzObject::nodeMoved()

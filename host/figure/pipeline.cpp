@@ -19,6 +19,7 @@
 #include "figure/mesh_access.h"
 #include "figure/skin_access.h"
 #include "forming.h"
+#include "geometry/shape_projection.h"
 #include "modifier_impl.h"
 #include "openhost/diagnostics.h"
 #include "scene/node_transform.h"
@@ -27,13 +28,24 @@
 #include <QHash>
 
 #include <algorithm>
+#include <atomic>
 
 namespace openhost {
 
 using base::Span;
 using geometry::Vec3f;
 
-Pipeline::Pipeline(DzObject& object) : _object(object) {}
+namespace {
+
+std::uint64_t NextBaseSerial()
+{
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
+
+} // namespace
+
+Pipeline::Pipeline(DzObject& object) : _object(object), _baseSerial(NextBaseSerial()) {}
 
 Pipeline::~Pipeline()
 {
@@ -47,6 +59,8 @@ void Pipeline::release()
     _hot = nullptr;
     std::vector<Vec3f>().swap(_others);
     std::vector<Vec3f>().swap(_morphed);
+    std::vector<Vec3f>().swap(_following);
+    dropProjection();
     std::vector<Vec3f>().swap(_formed);
     std::vector<Vec3f>().swap(_posed);
     std::vector<Vec3f>().swap(_shaped);
@@ -64,6 +78,8 @@ void Pipeline::invalidate(Stage first)
         _stale[stage] = true;
     if (wasFresh)
         emit _object.cachedGeomInvalidated();
+    if (first <= Following)
+        tellFollowers();
 }
 
 bool Pipeline::takeStale(Stage stage)
@@ -75,6 +91,7 @@ bool Pipeline::takeStale(Stage stage)
 
 void Pipeline::baseChanged()
 {
+    _baseSerial = NextBaseSerial();
     _sumValid = false;
     _hot = nullptr;
     _skinFailed = false;
@@ -267,12 +284,13 @@ void Pipeline::readStack()
 void Pipeline::updateForm()
 {
     readStack();
+    const base::Span<const Vec3f> followed = followedCage();
     _isFormed = false;
     for (const DzDFormModifier* const former : _formers) {
         if (!IsActive(*former))
             continue;
         if (!_isFormed)
-            _formed = _morphed;
+            _formed.assign(followed.begin(), followed.end());
         _isFormed = true;
         GuardHostCall({{}, _object.getName().toStdString(), "cannot be deformed", base::Severity::Warning},
                       [&] {
@@ -284,10 +302,10 @@ void Pipeline::updateForm()
 
 base::Span<const Vec3f> Pipeline::formedCage()
 {
-    const base::Span<const Vec3f> morphed = morphedCage();
+    const base::Span<const Vec3f> followed = followedCage();
     if (takeStale(Forming))
         updateForm();
-    return _isFormed ? base::Span<const Vec3f>(_formed) : morphed;
+    return _isFormed ? base::Span<const Vec3f>(_formed) : followed;
 }
 
 SkinPose Pipeline::skinPose() const

@@ -187,3 +187,10 @@ void DzFigure::boneChanged()
     if (getObject())
         getObject()->pipeline().jointsChanged();
 }
+
+void DzFigure::followTargetChanged()
+{
+    DzSkeleton::followTargetChanged();
+    if (getObject())
+        getObject()->pipeline().followedChanged();
+}

@@ -22,4 +22,5 @@ public:
 protected:
     void hierarchyChanged() override;
     void boneChanged() override;
+    void followTargetChanged() override;
 };

@@ -29,6 +29,8 @@ protected:
     friend class DzBone;
     /// A bone's place at rest or in its pose has changed.
     virtual void boneChanged();
+    /// It follows another skeleton than before, or none.
+    virtual void followTargetChanged();
 
 private:
     struct SkeletonImpl;

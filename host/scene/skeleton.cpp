@@ -92,6 +92,7 @@ void DzSkeleton::setFollowTarget(DzSkeleton* target)
     _skeleton->followTarget = target;
     if (target)
         target->_skeleton->followers.append(this);
+    followTargetChanged();
 }
 
 int DzSkeleton::getNumFollowSkeletons() const
@@ -112,6 +113,7 @@ void DzSkeleton::hierarchyChanged()
 }
 
 void DzSkeleton::boneChanged() {}
+void DzSkeleton::followTargetChanged() {}
 
 DzBone::DzBone() = default;
 DzBone::~DzBone() = default;

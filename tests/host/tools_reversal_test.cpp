@@ -12,6 +12,7 @@
 #include "dzmorph.h"
 #include "dzobject.h"
 #include "figure/cage_modifier.h"
+#include "figure/fitting.h"
 #include "tests/host/tools_fixture.h"
 #include "tools/morph_loader.h"
 
@@ -93,5 +94,33 @@ TEST_F(Reversal, leaves_out_what_d_formers_add)
         useLevel(level);
         const std::vector<Vec3f> file = loadMoved();
         EXPECT_LT(LargestDistance(WorldPositions(*tube->figure), file), 4e-3f) << level;
+    }
+}
+
+TEST_F(Reversal, leaves_out_the_shape_of_the_figure_that_is_followed)
+{
+    for (const int level : {0, 1}) {
+        SetUp();
+        const TubeFigure body("Body", true, 8, true);
+        std::vector<std::uint32_t> vertices;
+        std::vector<Vec3f> deltas;
+        for (std::uint32_t v = 20; v < 50; ++v) {
+            vertices.push_back(v);
+            deltas.push_back({0.0f, 0.1f * static_cast<float>(v), 1.0f});
+        }
+        DzMorph* const heavy = body.addMorph("Heavy", vertices, deltas);
+        useLevel(level);
+        const std::vector<Vec3f> plain = WorldPositions(*tube->figure);
+        openhost::FitTo(*tube->figure, *body.figure);
+        heavy->getValueControl()->setValue(1.0f);
+        ASSERT_GT(LargestDistance(WorldPositions(*tube->figure), plain), 1.0f);
+        const std::vector<Vec3f> file = loadMoved();
+        EXPECT_LT(LargestDistance(WorldPositions(*tube->figure), file), 4e-3f) << level;
+        heavy->getValueControl()->setValue(0.0f);
+        // Only what the file adds to what was seen is the morph's own.
+        std::vector<Vec3f> expected = plain;
+        for (Vec3f& p : expected)
+            p.y += 3.0f;
+        EXPECT_LT(LargestDistance(WorldPositions(*tube->figure), expected), 4e-3f) << level;
     }
 }

@@ -9,6 +9,7 @@
 
 class DzNode;
 class DzScene;
+class DzSkeleton;
 
 namespace openhost {
 
@@ -20,5 +21,9 @@ struct ScenePicture {
 
 /// The deformed meshes of all visible nodes, in world space. They belong to the scene and change with it.
 ScenePicture VisibleItems(const DzScene& scene);
+
+/// The same of a figure, first and even when it is hidden, and of all visible ones that follow it or one of
+/// its followers.
+ScenePicture FigureItems(DzSkeleton& figure);
 
 } // namespace openhost

@@ -15,7 +15,12 @@ class DzDFormModifier;
 class DzFacetMesh;
 class DzFacetShape;
 class DzMorph;
+class DzSkeleton;
 class DzSkinBinding;
+
+namespace geometry {
+class ShapeProjection;
+}
 
 namespace openhost {
 
@@ -30,9 +35,10 @@ struct SkinPose {
         true; ///< nothing moves; the skin is left out, so that positions stay as they are to the bit
 };
 
-/// Base mesh, morphs, D-Formers, skin, modifiers behind the skin, subdivision with the morphs' fine detail,
-/// the node's place in the world. Each stage is kept and made again only when something before it has
-/// changed; all is evaluated when read. Spans are valid until the next change.
+/// Base mesh, morphs, the shape of the figure that is followed, D-Formers, skin, modifiers behind the skin,
+/// subdivision with the morphs' fine detail, the node's place in the world. Each stage is kept and made again
+/// only when something before it has changed; all is evaluated when read. Spans are valid until the next
+/// change.
 class Pipeline {
 public:
     explicit Pipeline(DzObject& object);
@@ -48,6 +54,8 @@ public:
     void shaperChanged(); ///< a property of a modifier behind the skin
     void placeChanged();
     void resolutionChanged();
+    void nodeChanged();     ///< the object hangs on another node
+    void followedChanged(); ///< the figure that is followed, or its shape
     /// Gives the memory of all results back.
     void release();
 
@@ -56,8 +64,20 @@ public:
     const geometry::PolygonMesh& base() const;
     /// The subdivision level in effect.
     int level() const;
-    /// Rest pose, figure space, cage.
+    /// Rest pose, figure space, cage: the own morphs alone.
     base::Span<const geometry::Vec3f> morphedCage();
+    /// The same with what the figure that is followed adds: its shape, as far as no own dial stands for it.
+    base::Span<const geometry::Vec3f> followedCage();
+    /// How the shape moves the vertices of the base mesh, for a follower: the active morphs but those for
+    /// which it has a dial, and what the figure itself takes over of one that it follows. Empty when nothing
+    /// is moved.
+    std::vector<geometry::Vec3f> shapeFor(const DzSkeleton& follower);
+    /// What following has cost so far.
+    struct FollowingWork {
+        int matches = 0;     ///< of this base mesh with a followed one
+        int projections = 0; ///< of a shape, over a match
+    };
+    const FollowingWork& followingWork() const { return _followingWork; }
     /// The same as D-Formers leave it.
     base::Span<const geometry::Vec3f> formedCage();
     /// Posed, figure space, cage.
@@ -83,7 +103,7 @@ public:
     std::shared_ptr<const geometry::Subdivision> subdivision(int levels) const;
 
 private:
-    enum Stage { Morphs, Forming, Skinning, Shaping, Place, Result, StageCount };
+    enum Stage { Morphs, Following, Forming, Skinning, Shaping, Place, Result, StageCount };
     void invalidate(Stage first);
     bool takeStale(Stage stage);
     DzFacetShape* shape() const;
@@ -91,6 +111,11 @@ private:
     void updateMorphs();
     void sumMorphs(const DzMorph* except, std::vector<geometry::Vec3f>* positions);
     void addMorph(DzMorph& morph, std::vector<geometry::Vec3f>* positions);
+    void tellFollowers() const;
+    DzSkeleton* followTarget() const;
+    void updateFollowing();
+    const geometry::ShapeProjection* projectionFrom(const Pipeline& followed);
+    void dropProjection();
     void readStack();
     void updateForm();
     void updateSkin();
@@ -100,7 +125,7 @@ private:
     void toWorld(base::Span<geometry::Vec3f> positions) const;
 
     DzObject& _object;
-    bool _stale[StageCount] = {true, true, true, true, true, true};
+    bool _stale[StageCount] = {true, true, true, true, true, true, true};
 
     std::vector<DzMorph*> _pending; ///< changed since last read
     std::vector<DzMorph*> _active;  ///< not at 0, in order of sequence
@@ -109,6 +134,13 @@ private:
     DzMorph* _hot = nullptr;              ///< the dial being moved
     std::vector<geometry::Vec3f> _others; ///< base and all active morphs but the hot one
     std::vector<geometry::Vec3f> _morphed;
+
+    std::uint64_t _baseSerial; ///< no two base meshes of any pipelines have the same
+    std::pair<std::uint64_t, std::uint64_t> _matchedSerials{0, 0}; ///< of the followed and the own base
+    std::unique_ptr<const geometry::ShapeProjection> _projection;  ///< null where the two cannot be matched
+    FollowingWork _followingWork;
+    bool _isFollowing = false;
+    std::vector<geometry::Vec3f> _following;
 
     bool _stackRead = false;
     std::vector<const DzDFormModifier*> _formers; ///< in stack order
