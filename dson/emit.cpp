@@ -284,6 +284,20 @@ Json EmitFileHead(const AssetInfo& info)
     return Json{{"file_version", "0.6.0.0"}, {"asset_info", EmitAssetInfo(info)}};
 }
 
+/// The file format's way to say that there is none is an object without members.
+Json EmitGraft(const geometry::Graft& graft)
+{
+    if (graft.empty())
+        return Json::object();
+    Json pairs = Json::array();
+    for (const std::array<std::uint32_t, 2>& pair : graft.vertexPairs)
+        pairs.push_back({pair[0], pair[1]});
+    return Json{{"vertex_count", graft.vertexCount},
+                {"poly_count", graft.faceCount},
+                {"vertex_pairs", {{"count", graft.vertexPairs.size()}, {"values", std::move(pairs)}}},
+                {"hidden_polys", {{"count", graft.hiddenFaces.size()}, {"values", graft.hiddenFaces}}}};
+}
+
 Json EmitGeometry(const Geometry& geometry)
 {
     const geometry::Topology& topology = *geometry.mesh.topology;
@@ -302,7 +316,7 @@ Json EmitGeometry(const Geometry& geometry)
         json["edge_weights"] = EmitCreases(geometry.creases);
     if (!geometry.defaultUvSet.empty())
         json["default_uv_set"] = geometry.defaultUvSet;
-    json["graft"] = Json::object();
+    json["graft"] = EmitGraft(geometry.graft);
     json["extra"] = Json::array();
     if (geometry.subdivisionSurface)
         json["extra"].push_back(EmitResolutionChannels(geometry.subdivisionLevel));

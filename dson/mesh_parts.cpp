@@ -74,6 +74,39 @@ void ParseFaces(const Element& json, geometry::Topology& topology, const ParseCo
     });
 }
 
+geometry::Graft ParseGraft(const Element& json, const std::string& id, ParseContext& context)
+{
+    geometry::Graft graft;
+    const auto member = Find(json, "graft");
+    if (!member || !member->is_object())
+        return graft;
+    const auto count = [&member](std::string_view key) {
+        return static_cast<std::uint32_t>(std::max<std::int64_t>(Count(*member, key, 0), 0));
+    };
+    graft.vertexCount = count("vertex_count");
+    graft.faceCount = count("poly_count");
+    std::size_t strange = 0;
+    ForEachValue(*member, "vertex_pairs", [&](const Element& row) {
+        double pair[2];
+        if (IsRow(row, pair, 2) && IsIndex(pair[0], unlimited) && IsIndex(pair[1], unlimited))
+            graft.vertexPairs.push_back(
+                {static_cast<std::uint32_t>(pair[0]), static_cast<std::uint32_t>(pair[1])});
+        else
+            ++strange;
+    });
+    ForEachValue(*member, "hidden_polys", [&](const Element& item) {
+        const double face = AsNumber(item).value_or(NAN);
+        if (IsIndex(face, unlimited))
+            graft.hiddenFaces.push_back(static_cast<std::uint32_t>(face));
+        else
+            ++strange;
+    });
+    if (strange > 0)
+        context.warn(id, fmt::format("{} of the graft that are no numbers of vertices or faces, left out",
+                                     Counted(strange, "entry", "entries")));
+    return graft;
+}
+
 /// The value of a resolution setting.
 std::optional<double> ResolutionChannel(const Element& json, std::string_view id)
 {
@@ -165,6 +198,7 @@ Geometry ParseGeometry(const Element& json, ParseContext& context)
     TellAlgorithm(json, geometry.id, context);
     geometry.mesh.topology = std::move(topology);
     geometry.lines = ParsePolylines(json, geometry.mesh.topology->vertexCount, context);
+    geometry.graft = ParseGraft(json, geometry.id, context);
     return geometry;
 }
 

@@ -20,6 +20,7 @@
 #include "figure/skin_access.h"
 #include "forming.h"
 #include "geometry/shape_projection.h"
+#include "grafted_mesh.h"
 #include "modifier_impl.h"
 #include "openhost/diagnostics.h"
 #include "scene/node_transform.h"
@@ -61,6 +62,7 @@ void Pipeline::release()
     std::vector<Vec3f>().swap(_morphed);
     std::vector<Vec3f>().swap(_following);
     dropProjection();
+    _grafted.reset();
     std::vector<Vec3f>().swap(_formed);
     std::vector<Vec3f>().swap(_posed);
     std::vector<Vec3f>().swap(_shaped);

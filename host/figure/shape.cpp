@@ -162,18 +162,32 @@ DzSkinBinding* DzFigure::getSkinBinding() const
     return nullptr;
 }
 
-// Grafted figures are no part of what this host loads.
+namespace {
+
+QList<DzFigure*> GraftsOn(const DzFigure& figure)
+{
+    QList<DzFigure*> grafts;
+    for (int i = 0; i < figure.getNumFollowSkeletons(); ++i) {
+        auto* const follower = qobject_cast<DzFigure*>(figure.getFollowSkeleton(i));
+        if (follower && follower->isGraftFollowing())
+            grafts.append(follower);
+    }
+    return grafts;
+}
+
+} // namespace
+
 int DzFigure::getNumGraftFigures() const
 {
-    return 0;
+    return GraftsOn(*this).size();
 }
-DzFigure* DzFigure::getGraftFigure(int) const
+DzFigure* DzFigure::getGraftFigure(int index) const
 {
-    return nullptr;
+    return GraftsOn(*this).value(index);
 }
 bool DzFigure::isGraftFollowing() const
 {
-    return false;
+    return getObject() && getObject()->pipeline().graft();
 }
 
 void DzFigure::hierarchyChanged()

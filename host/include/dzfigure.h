@@ -15,8 +15,9 @@ public:
 
     /// The skin binding among the object's modifiers; null if none.
     DzSkinBinding* getSkinBinding() const;
+    /// Figures that follow this one and whose meshes replace a part of its mesh.
     int getNumGraftFigures() const;
-    DzFigure* getGraftFigure(int index) const;
+    DzFigure* getGraftFigure(int index) const; ///< null out of range
     bool isGraftFollowing() const;
 
 protected:

@@ -39,9 +39,9 @@ void AdaptToScene(geometry::PolygonMesh& mesh)
 std::unique_ptr<DzNode> MakeProp(const QString& label, geometry::ObjContent content)
 {
     const DzFacetMeshPtr facetMesh(openhost::MeshAccess::create(std::move(content.mesh)));
-    openhost::MeshAccess::setExtras(
-        *facetMesh, std::make_shared<const openhost::MeshExtras>(
-                        openhost::MeshExtras{std::move(content.texCoords), std::move(content.lines), {}}));
+    openhost::MeshAccess::setExtras(*facetMesh,
+                                    std::make_shared<const openhost::MeshExtras>(openhost::MeshExtras{
+                                        std::move(content.texCoords), std::move(content.lines), {}, {}}));
     facetMesh->setName(label);
     auto shape = std::make_unique<DzFacetShape>();
     shape->setName(label);

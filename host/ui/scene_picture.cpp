@@ -7,7 +7,7 @@
 #include "dzobject.h"
 #include "dzscene.h"
 #include "dzskeleton.h"
-#include "figure/mesh_access.h"
+#include "figure/pipeline.h"
 
 #include <algorithm>
 
@@ -24,14 +24,53 @@ bool IsSeen(const DzNode* node)
     return true;
 }
 
-void AddItem(ScenePicture& picture, DzNode& node)
+bool IsTargetSeen(const DzNode& node)
 {
-    const DzObject* const object = node.getObject();
-    const DzVertexMesh* const mesh = object ? object->getCachedGeom() : nullptr;
-    if (!mesh)
+    const auto* const skeleton = qobject_cast<const DzSkeleton*>(&node);
+    return skeleton && skeleton->getFollowTarget() && IsSeen(skeleton->getFollowTarget());
+}
+
+bool HasMesh(const DzNode& node)
+{
+    return node.getObject() && node.getObject()->pipeline().hasMesh();
+}
+
+/// Whether the node's mesh is a part of another one in the picture.
+bool IsGrafted(const DzNode& node)
+{
+    const auto* const skeleton = qobject_cast<const DzSkeleton*>(&node);
+    return skeleton && HasMesh(node) && node.getObject()->pipeline().graft();
+}
+
+/// What is to be seen grafted onto a figure or onto its grafts.
+std::vector<DzSkeleton*> SeenGrafts(DzSkeleton& figure)
+{
+    std::vector<DzSkeleton*> parts{&figure};
+    for (std::size_t i = 0; i < parts.size(); ++i)
+        for (int k = 0; k < parts[i]->getNumFollowSkeletons(); ++k) {
+            DzSkeleton* const follower = parts[i]->getFollowSkeleton(k);
+            if (IsSeen(follower) && IsGrafted(*follower))
+                parts.push_back(follower);
+        }
+    parts.erase(parts.begin());
+    return parts;
+}
+
+geometry::PolygonMeshView MeshWithGrafts(DzNode& node)
+{
+    auto* const skeleton = qobject_cast<DzSkeleton*>(&node);
+    const std::vector<DzSkeleton*> grafts = skeleton ? SeenGrafts(*skeleton) : std::vector<DzSkeleton*>();
+    Pipeline& pipeline = node.getObject()->pipeline();
+    return grafts.empty() ? pipeline.world().view() : pipeline.grafted(grafts).view();
+}
+
+/// @param isAlone  the figure that it may be grafted onto is not in the picture
+void AddItem(ScenePicture& picture, DzNode& node, bool isAlone)
+{
+    if (!HasMesh(node) || (!isAlone && IsGrafted(node)))
         return;
     geometry::PictureItem item;
-    item.mesh = MeshAccess::mesh(*mesh).view();
+    item.mesh = MeshWithGrafts(node);
     picture.items.push_back(item);
     picture.nodes.push_back(&node);
 }
@@ -42,8 +81,8 @@ ScenePicture VisibleItems(const DzScene& scene)
 {
     ScenePicture picture;
     for (int i = 0; i < scene.getNumNodes(); ++i)
-        if (IsSeen(scene.getNode(i)))
-            AddItem(picture, *scene.getNode(i));
+        if (DzNode* const node = scene.getNode(i); IsSeen(node))
+            AddItem(picture, *node, !IsTargetSeen(*node));
     return picture;
 }
 
@@ -59,7 +98,7 @@ ScenePicture FigureItems(DzSkeleton& figure)
         }
     ScenePicture picture;
     for (DzSkeleton* const one : figures)
-        AddItem(picture, *one);
+        AddItem(picture, *one, one == &figure);
     return picture;
 }
 

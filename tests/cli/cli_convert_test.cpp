@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 
 namespace {
 
@@ -224,6 +225,32 @@ TEST_F(Convert, draws_pictures_into_a_new_folder)
         const std::string name = std::filesystem::path(file.get<std::string>()).filename();
         EXPECT_EQ(workspace.read("new/pictures/" + name).compare(1, 3, "PNG"), 0) << name;
     }
+}
+
+TEST_F(Convert, draws_what_is_fitted_to_the_figure)
+{
+    // A slab in front of the figure, 40 cm wide.
+    std::filesystem::create_directories(library("/data/Nord"));
+    std::ofstream(library("/data/Nord/Slab.dsf")) << R"({"file_version": "0.6.0.0",
+        "asset_info": {"id": "/data/Nord/Slab.dsf", "type": "figure"},
+        "geometry_library": [{"id": "g", "vertices": {"values": [[-20,50,60],[20,50,60],[20,90,60],[-20,90,60]]},
+            "polygon_groups": {"values": ["all"]}, "polygon_material_groups": {"values": ["all"]},
+            "polylist": {"values": [[0,0,0,1,2,3]]}}],
+        "node_library": [{"id": "Slab", "type": "figure", "label": "Slab"}]})";
+    const json plain = json::parse(std::ifstream(targetFile()));
+    const auto converted = [&](const char* name, const std::string& conformTarget) {
+        json scene = plain;
+        const std::string id = scene["scene"]["nodes"][0]["id"];
+        json slab = json::parse(R"({"id": "Slab-1", "url": "/data/Nord/Slab.dsf#Slab",
+            "geometries": [{"id": "g-1", "url": "/data/Nord/Slab.dsf#g"}]})");
+        slab["conform_target"] = conformTarget.empty() ? "" : conformTarget + id;
+        scene["scene"]["nodes"].push_back(slab);
+        const std::string file = workspace.write(std::string(name) + ".duf", scene.dump());
+        ExpectSuccess(RunProgram(
+            argumentsFor(sourceFile(), file, {"--dial", "Wide=1", "--pictures", workspace.path(name)})));
+        return workspace.read(std::string(name) + "/converted.png");
+    };
+    EXPECT_NE(converted("fitted", "#"), converted("beside", ""));
 }
 
 TEST_F(Convert, keeps_its_temporary_files_when_told_so_and_says_where)

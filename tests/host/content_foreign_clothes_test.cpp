@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 #include "dzbone.h"
+#include "dzfacetshape.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
+#include "dzintproperty.h"
 #include "dzmorph.h"
 #include "dzobject.h"
+#include "openhost/scene_picture.h"
 #include "tests/host/foreign_scene.h"
 
 namespace {
@@ -52,6 +55,51 @@ TEST_F(ForeignScene, clothes_in_a_scene_move_with_the_figure_that_they_are_fitte
     dzScene->purgeRemoved();
     EXPECT_EQ(clothes->getFollowTarget(), nullptr);
     EXPECT_EQ(BoneOf(*clothes, "hand")->getZRotControl()->getValue(), 0.0f);
+}
+
+TEST_F(ForeignScene, clothes_take_over_the_shapes_that_they_have_no_morph_for)
+{
+    writeShirt();
+    writeShape("Own", Morph("Own", 1, 1.0));
+    ASSERT_TRUE(load("Scenes/Dressed.duf", Scene(shirt(R"(, "conform_target": "#Doll")") + ", " +
+                                                 Instance("", R"(, "label": "Body")"))));
+    const DzFigure &body = *labelled("Body"), &clothes = *labelled("Shirt");
+    const float before = VertexAt(clothes, 1).m_y;
+    DialIn(body, "Own")->setDoubleValue(0.5);
+    EXPECT_FLOAT_EQ(VertexAt(clothes, 1).m_y, before + 0.5f);
+    EXPECT_FLOAT_EQ(VertexAt(clothes, 7).m_y, VertexAt(body, 7).m_y);
+}
+
+TEST_F(ForeignScene, a_graft_takes_the_place_of_what_it_hides)
+{
+    write("data/Nord/Patch/Patch.dsf",
+          File(R"("geometry_library": [{"id": "Patch-1", "type": "subdivision_surface",
+        "vertices": {"count": 5, "values": [[0,10,0],[5,10,0],[0,20,0],[5,20,0],[2.5,15,3]]},
+        "polygon_groups": {"count": 1, "values": ["hip"]},
+        "polygon_material_groups": {"count": 1, "values": ["Horn"]},
+        "polylist": {"count": 4, "values": [[0,0,0,1,4],[0,0,1,3,4],[0,0,3,2,4],[0,0,2,0,4]]},
+        "graft": {"vertex_count": 8, "poly_count": 3,
+            "vertex_pairs": {"count": 84, "values": [[0, 2], [1, 3], [2, 4], ["?"], [3, 5]]},
+            "hidden_polys": {"count": 2, "values": [1, -4]}}}],
+        "node_library": [{"id": "Patch", "type": "figure"}])",
+               "figure"));
+    const char* const patch =
+        R"({"id": "Patch-2", "url": "/data/Nord/Patch/Patch.dsf#Patch", "label": "Patch",
+        "conform_target": "#Doll",
+        "geometries": [{"id": "Patch-3", "url": "/data/Nord/Patch/Patch.dsf#Patch-1"}]})";
+    ASSERT_TRUE(load("Scenes/Grafted.duf", Scene(Instance() + ", " + patch)));
+    DzFigure* const body = labelled("Doll");
+    ASSERT_TRUE(body && labelled("Patch"));
+    EXPECT_TRUE(labelled("Patch")->isGraftFollowing());
+    for (const DzFigure* const figure : {body, labelled("Patch")})
+        qobject_cast<DzFacetShape*>(figure->getObject()->getCurrentShape())
+            ->getSubDLevelControl()
+            ->setValue(0);
+    const openhost::ScenePicture picture = openhost::VisibleItems(*dzScene);
+    ASSERT_EQ(picture.nodes, std::vector<DzNode*>{body});
+    EXPECT_EQ(picture.items[0].mesh.faceCount(), 2u + 4u);
+    EXPECT_EQ(picture.items[0].mesh.vertexCount(), 8u + 1u);
+    EXPECT_TRUE(logged("Patch-1: 2 entries of the graft that are no numbers of vertices or faces, left out"));
 }
 
 TEST_F(ForeignScene, joints_of_clothes_shift_with_the_figures_unless_a_shape_of_their_own_shifts_them)

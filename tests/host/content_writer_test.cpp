@@ -223,6 +223,18 @@ TEST_F(DsonWriter, a_d_former_reads_back)
     EXPECT_EQ(read.influenceMaps[0].weights, dform.weights);
 }
 
+TEST_F(DsonWriter, a_graft_comes_back)
+{
+    dson::FigureAsset figure = mini::Figure();
+    figure.geometry.graft = {25, 16, {{0, 6}, {3, 11}}, {5, 9}};
+    const dson::Document read = dson::ReadDocument(dson::WriteFigure(figure, library()));
+    const geometry::Graft& graft = read.geometries.at(0).graft;
+    EXPECT_EQ(graft.vertexCount, 25u);
+    EXPECT_EQ(graft.faceCount, 16u);
+    EXPECT_EQ(graft.vertexPairs, figure.geometry.graft.vertexPairs);
+    EXPECT_EQ(graft.hiddenFaces, figure.geometry.graft.hiddenFaces);
+}
+
 TEST_F(DsonWriter, members_stand_in_their_documented_order)
 {
     const OrderedJson figure = parse(dson::WriteFigure(mini::Figure(), library()));

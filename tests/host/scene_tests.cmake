@@ -5,6 +5,7 @@ gantrel_add_tests(host_scene_tests
         host_fixture.cpp
         figure_fitting_test.cpp
         figure_following_test.cpp
+        figure_graft_test.cpp
         figure_pipeline_test.cpp
         scene_camera_test.cpp
         scene_events_test.cpp

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "geometry/deltas.h"
+#include "geometry/grafting.h"
 #include "geometry/obj.h"
 #include "geometry/polygon_mesh.h"
 #include "geometry/subdivision.h"
@@ -92,6 +93,7 @@ struct Geometry {
     std::vector<std::vector<std::uint32_t>> lines; ///< vertex indices of each polyline
     std::vector<geometry::Crease> creases;
     int subdivisionLevel = 1; ///< default of the view level
+    geometry::Graft graft;    ///< empty for most; not checked against either mesh
 };
 
 /// Which part of a D-Former a node is.

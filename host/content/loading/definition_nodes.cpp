@@ -127,9 +127,10 @@ std::unique_ptr<DzObject> MakeObject(const dson::Geometry& geometry)
     mesh->setName(ToQ(geometry.name));
     mesh->enableSubDivision(geometry.subdivisionSurface);
     mesh->setSubDEdgeInterpolation(EdgeInterpolation(geometry.edgeInterpolation));
-    if (!geometry.texCoords.cornerIndices.empty() || !geometry.lines.empty() || !geometry.creases.empty())
-        MeshAccess::setExtras(*mesh, std::make_shared<MeshExtras>(
-                                         MeshExtras{geometry.texCoords, geometry.lines, geometry.creases}));
+    const MeshExtras extras{geometry.texCoords, geometry.lines, geometry.creases, geometry.graft};
+    if (!extras.texCoords.cornerIndices.empty() || !extras.lines.empty() || !extras.creases.empty() ||
+        !extras.graft.empty())
+        MeshAccess::setExtras(*mesh, std::make_shared<MeshExtras>(extras));
     auto shape = std::make_unique<DzFacetShape>();
     shape->setName(ToQ(geometry.name));
     shape->setLabel(ToQ(geometry.label));

@@ -225,6 +225,7 @@ std::optional<dson::Geometry> DescribeGeometry(const SceneUnit& unit, const std:
     if (extras) {
         described.lines = extras->lines;
         described.creases = extras->creases;
+        described.graft = extras->graft;
     }
     return described;
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "dzfacetmesh.h"
+#include "geometry/grafting.h"
 #include "geometry/obj.h"
 #include "geometry/subdivision.h"
 
@@ -14,6 +15,7 @@ struct MeshExtras {
     geometry::TexCoords texCoords;                 ///< one index a corner, or empty
     std::vector<std::vector<std::uint32_t>> lines; ///< vertex indices of each polyline
     std::vector<geometry::Crease> creases;
+    geometry::Graft graft; ///< empty for most; not checked
 };
 
 class MeshAccess {

@@ -19,12 +19,14 @@ class DzSkeleton;
 class DzSkinBinding;
 
 namespace geometry {
+struct Graft;
 class ShapeProjection;
-}
+} // namespace geometry
 
 namespace openhost {
 
 class CageModifier;
+struct GraftedMesh;
 
 /// How a figure's skin is posed at the moment.
 struct SkinPose {
@@ -94,6 +96,13 @@ public:
     /// Of world(); empty without a mesh.
     geometry::Box3f worldBox();
 
+    /// How the mesh is grafted onto that of the figure that is followed. Null when it is not; one that does
+    /// not fit is told once and counts as none.
+    const geometry::Graft* graft();
+    /// The figure's mesh and what is grafted onto it as one, in world space at the figure's level.
+    /// @param grafts  each grafted onto this figure or one before it in the list
+    const geometry::PolygonMesh& grafted(const std::vector<DzSkeleton*>& grafts);
+
     /// What the dialed-in morphs add to the subdivided mesh, each up to its own limit; read now if it is
     /// still in its file. Brings the dials up to date.
     std::vector<geometry::ActiveDetail> activeDetails();
@@ -116,6 +125,7 @@ private:
     void updateFollowing();
     const geometry::ShapeProjection* projectionFrom(const Pipeline& followed);
     void dropProjection();
+    void refineGrafted();
     void readStack();
     void updateForm();
     void updateSkin();
@@ -141,6 +151,9 @@ private:
     FollowingWork _followingWork;
     bool _isFollowing = false;
     std::vector<geometry::Vec3f> _following;
+    std::pair<std::uint64_t, std::uint64_t> _graftSerials{0, 0}; ///< of the meshes that have been checked
+    bool _isGraftFitting = false;
+    std::unique_ptr<GraftedMesh> _grafted;
 
     bool _stackRead = false;
     std::vector<const DzDFormModifier*> _formers; ///< in stack order
