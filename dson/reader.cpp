@@ -117,6 +117,15 @@ void NoteLeftOut(const Element& scene, Document& document)
         document.leftOut.push_back(Counted(count, "material", "materials"));
     if (const std::size_t count = CountItems(scene, "uvs"))
         document.leftOut.push_back(Counted(count, "UV set", "UV sets"));
+    std::size_t projections = 0;
+    ForEach(scene, "nodes", [&projections](const Element& node) {
+        ForEach(node, "extra", [&projections](const Element& extra) {
+            projections += Text(extra, "type") == "studio_follower_projection_options";
+        });
+    });
+    if (projections > 0)
+        document.leftOut.push_back(Counted(projections, "choice of how a follower takes shapes over",
+                                           "choices of how followers take shapes over"));
     const std::vector<std::string> scripts = CollectScripts(scene);
     if (!scripts.empty())
         document.leftOut.push_back(fmt::format("{} to be run after loading, such as {}",

@@ -70,6 +70,15 @@ TEST_F(ForeignScene, clothes_take_over_the_shapes_that_they_have_no_morph_for)
     EXPECT_FLOAT_EQ(VertexAt(clothes, 7).m_y, VertexAt(body, 7).m_y);
 }
 
+TEST_F(ForeignScene, what_is_not_read_of_how_clothes_take_shapes_over_is_told)
+{
+    writeShirt();
+    ASSERT_TRUE(load("Scenes/Dressed.duf", Scene(shirt(R"(, "conform_target": "#Doll",
+        "extra": [{"type": "studio_node_channels"}, {"type": "studio_follower_projection_options"}])") +
+                                                 ", " + Instance())));
+    EXPECT_TRUE(logged("Dressed.duf: left out: 1 choice of how a follower takes shapes over"));
+}
+
 TEST_F(ForeignScene, a_graft_takes_the_place_of_what_it_hides)
 {
     write("data/Nord/Patch/Patch.dsf",
