@@ -12,6 +12,7 @@ namespace openhost {
 struct GraftedMesh {
     std::vector<std::uint64_t> serials; ///< of the base meshes
     geometry::GraftedTopology joined;
+    std::vector<geometry::Crease> creases; ///< of all of them, by vertices of the joined mesh
     std::shared_ptr<const geometry::Subdivision> subdivision;
     geometry::PolygonMesh mesh;
 };

@@ -12,6 +12,8 @@
 #include "grafted_mesh.h"
 #include "subdivision_cache.h"
 
+#include <array>
+#include <map>
 #include <set>
 
 namespace openhost {
@@ -66,6 +68,32 @@ std::vector<std::uint32_t> FigureVertices(const GraftedMesh& grafted, const geom
     return vertices;
 }
 
+const std::vector<geometry::Crease>* CreasesOf(const DzSkeleton& figure)
+{
+    const auto* const shape = qobject_cast<DzFacetShape*>(figure.getObject()->getCurrentShape());
+    const MeshExtras* const extras = MeshAccess::extras(*shape->getFacetMesh());
+    return extras ? &extras->creases : nullptr;
+}
+
+/// Without those whose vertices the joined mesh does not have.
+std::vector<geometry::Crease> JoinedCreases(const geometry::GraftedTopology& joined,
+                                            const std::vector<const DzSkeleton*>& figures)
+{
+    std::map<std::array<std::uint32_t, 2>, std::uint32_t> joinedVertices;
+    for (std::uint32_t v = 0; v < joined.origins.size(); ++v)
+        joinedVertices.emplace(joined.origins[v], v);
+    std::vector<geometry::Crease> creases;
+    for (std::uint32_t part = 0; part < figures.size(); ++part)
+        if (const std::vector<geometry::Crease>* const own = CreasesOf(*figures[part]))
+            for (const geometry::Crease& crease : *own) {
+                const auto a = joinedVertices.find({part, crease.a}),
+                           b = joinedVertices.find({part, crease.b});
+                if (a != joinedVertices.end() && b != joinedVertices.end())
+                    creases.push_back({a->second, b->second, crease.sharpness});
+            }
+    return creases;
+}
+
 } // namespace
 
 const geometry::Graft* Pipeline::graft()
@@ -109,8 +137,10 @@ const geometry::PolygonMesh& Pipeline::grafted(const std::vector<DzSkeleton*>& g
         serials.push_back(pipeline._baseSerial);
         cages.push_back(pipeline.worldCage());
     }
-    if (!_grafted || _grafted->serials != serials)
-        _grafted.reset(new GraftedMesh{serials, geometry::JoinGrafts(parts), nullptr, {}});
+    if (!_grafted || _grafted->serials != serials) {
+        _grafted.reset(new GraftedMesh{serials, geometry::JoinGrafts(parts), {}, nullptr, {}});
+        _grafted->creases = JoinedCreases(_grafted->joined, figures);
+    }
     _grafted->mesh.topology = _grafted->joined.topology;
     _grafted->mesh.positions.clear();
     for (const std::array<std::uint32_t, 2>& origin : _grafted->joined.origins)
@@ -129,8 +159,9 @@ const geometry::PolygonMesh& Pipeline::grafted(const std::vector<DzSkeleton*>& g
 
 void Pipeline::refineGrafted()
 {
-    _grafted->subdivision = FindSubdivision(_grafted->joined.topology, level(),
-                                            MeshAccess::boundaryRule(*shape()->getFacetMesh()));
+    _grafted->subdivision =
+        FindSubdivision(_grafted->joined.topology, level(),
+                        MeshAccess::boundaryRule(*shape()->getFacetMesh()), _grafted->creases);
     std::vector<Vec3f> positions = _grafted->subdivision->refine(_grafted->mesh.positions, 0, level());
     if (!activeDetails().empty()) {
         // The detail counts the figure's own fine vertices.
