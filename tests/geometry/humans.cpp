@@ -5,6 +5,7 @@
 
 #include "geometry/obj.h"
 
+#include <nlohmann/json.hpp>
 #include <zlib.h>
 
 #include <cstdio>
@@ -58,6 +59,68 @@ Pair Load(const std::filesystem::path& folder)
              ReadDisplacements(folder / "truth" / "morphs" / file, pair.target.vertexCount())});
     }
     return pair;
+}
+
+namespace {
+
+nlohmann::json ReadJson(const std::filesystem::path& file)
+{
+    const std::unique_ptr<gzFile_s, int (*)(gzFile)> stream(gzopen(file.string().c_str(), "rb"), gzclose);
+    if (!stream)
+        throw std::runtime_error("cannot open " + file.string());
+    std::string text;
+    char block[65536];
+    for (int read = 0; (read = gzread(stream.get(), block, sizeof block)) > 0;)
+        text.append(block, static_cast<std::size_t>(read));
+    return nlohmann::json::parse(text);
+}
+
+Vec3f ToVec(const nlohmann::json& numbers)
+{
+    return {numbers.at(0).get<float>(), numbers.at(1).get<float>(), numbers.at(2).get<float>()};
+}
+
+JointPlaces ToPlaces(const nlohmann::json& joints, const std::vector<std::string>& names)
+{
+    JointPlaces places;
+    for (const std::string& name : names) {
+        places.heads.push_back(ToVec(joints.at(name).at("head")));
+        places.tails.push_back(ToVec(joints.at(name).at("tail")));
+    }
+    return places;
+}
+
+} // namespace
+
+Skeleton ReadSkeleton(const std::filesystem::path& folder)
+{
+    const nlohmann::json file = ReadJson(folder / "skeleton.json");
+    Skeleton skeleton;
+    for (const nlohmann::json& bone : file.at("bones")) {
+        skeleton.names.push_back(bone.at("name"));
+        const auto parent =
+            std::find(skeleton.names.begin(), skeleton.names.end(),
+                      bone.at("parent").is_null() ? "" : bone.at("parent").get<std::string>());
+        skeleton.parents.push_back(
+            parent == skeleton.names.end() ? -1 : static_cast<int>(parent - skeleton.names.begin()));
+    }
+    skeleton.source = ToPlaces(file.at("source_neutral"), skeleton.names);
+    skeleton.target = ToPlaces(file.at("target_default"), skeleton.names);
+    for (const auto& morph : file.at("source_morphs").items())
+        skeleton.morphs[morph.key()] = ToPlaces(morph.value(), skeleton.names);
+    return skeleton;
+}
+
+geometry::SkinWeights ReadWeights(const std::filesystem::path& file, const Skeleton& skeleton)
+{
+    const nlohmann::json json = ReadJson(file);
+    std::vector<geometry::JointWeights> joints;
+    for (const std::string& name : skeleton.names) {
+        joints.emplace_back();
+        if (json.at("weights").contains(name))
+            joints.back() = {json.at("weights").at(name).at("i"), json.at("weights").at(name).at("w")};
+    }
+    return geometry::MakeSkinWeights(json.at("vertex_count"), joints);
 }
 
 std::vector<float> Errors(const std::vector<Vec3f>& found, const std::vector<Vec3f>& truth)

@@ -4,8 +4,10 @@
 #pragma once
 
 #include "geometry/polygon_mesh.h"
+#include "geometry/skinning.h"
 
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -31,6 +33,21 @@ struct Pair {
     std::vector<KnownMorph> morphs;
 };
 Pair Load(const std::filesystem::path& folder);
+
+/// Where the joints begin and end in one shape; cm.
+struct JointPlaces {
+    std::vector<geometry::Vec3f> heads, tails;
+};
+struct Skeleton {
+    std::vector<std::string> names;
+    std::vector<int> parents;                  ///< -1 for the root
+    JointPlaces source;                        ///< in the source's neutral shape
+    JointPlaces target;                        ///< in the target's own shape
+    std::map<std::string, JointPlaces> morphs; ///< of the source
+};
+Skeleton ReadSkeleton(const std::filesystem::path& folder);
+/// Joints in the skeleton's order.
+geometry::SkinWeights ReadWeights(const std::filesystem::path& file, const Skeleton& skeleton);
 
 /// The error of each vertex whose true displacement is longer than 0.1 mm; cm.
 std::vector<float> Errors(const std::vector<geometry::Vec3f>& found,
