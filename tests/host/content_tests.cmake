@@ -22,6 +22,7 @@ gantrel_add_tests(host_content_tests
         content_save_effects_test.cpp
         content_save_failure_test.cpp
         content_save_format_test.cpp
+        content_save_joints_test.cpp
         content_save_parts_test.cpp
         content_save_scene_test.cpp
         content_skin_test.cpp

@@ -6,6 +6,7 @@
 #include "app/guard.h"
 #include "base/errors.h"
 #include "dson/dhdm.h"
+#include "dson/uri.h"
 #include "dson/writer.h"
 #include "dzapp.h"
 #include "dzauthor.h"
@@ -13,10 +14,12 @@
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
 #include "dznode.h"
+#include "dznumericcontroller.h"
 #include "dzobject.h"
 #include "dzscene.h"
 #include "figure/deltas_access.h"
 #include "figure/pipeline.h"
+#include "library/asset_origin.h"
 #include "library/content_paths.h"
 #include "morph_export.h"
 #include "openhost/diagnostics.h"
@@ -156,12 +159,24 @@ void Save(const Wanted& wanted, const DzFileIOSettings& options, const std::stri
     // A file that could not be read must not be replaced by one without its content.
     if (!wanted.morph->getDeltas()->loadDeltas())
         throw base::FormatError("the deltas of {} cannot be read", wanted.morph->getName().toStdString());
-    const dson::Modifier modifier = openhost::DescribeMorph(*wanted.morph, *wanted.node, wanted.fileName);
+    dson::Modifier modifier = openhost::DescribeMorph(*wanted.morph, *wanted.node, wanted.fileName);
+    const openhost::JointLinks joints = openhost::DescribeJointLinks(
+        *wanted.morph, *wanted.node,
+        dson::MakePropertyUri(wanted.node->getAssetId().toStdString(), info.id, modifier.id, "value"));
+    modifier.formulas = joints.formulas;
+    if (joints.lost > 0)
+        openhost::Report({base::Severity::Warning,
+                          {},
+                          wanted.morph->getName().toStdString(),
+                          fmt::format("{} links to joints cannot be kept in a file", joints.lost)});
     dson::WriteMorph(info, modifier, options.getStringValue(QLatin1String("BaseDataPath")).toStdString(),
                      write, DetailBytes(wanted));
     const DzUri uri(QString::fromStdString(dson::MakeUri(info.id, modifier.id)));
     wanted.morph->setAssetUri(uri);
     wanted.morph->getDeltas()->setUri(uri);
+    // A scene that is saved from now on leaves them to the morph's file.
+    for (DzNumericController* const link : joints.links)
+        openhost::SetFromDataFile(*link);
 }
 
 } // namespace

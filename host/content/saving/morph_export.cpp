@@ -3,14 +3,65 @@
 
 #include "morph_export.h"
 
+#include "channel_export.h"
 #include "dson/uri.h"
+#include "dzbone.h"
 #include "dzfloatproperty.h"
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
-#include "dznode.h"
+#include "dznumericcontroller.h"
+#include "dzskeleton.h"
 #include "figure/deltas_access.h"
+#include "library/asset_origin.h"
+#include "link_export.h"
+#include "loading/channel_properties.h"
 
 namespace openhost {
+
+namespace {
+
+/// Adds those of one channel, such as "center_point/x".
+void AppendLinks(const DzBone& bone, const std::string& channel, const DzMorph& morph,
+                 const std::string& dial, JointLinks& found)
+{
+    const DzNumericProperty& property = *FindNodeChannel(bone, channel);
+    const dson::Uri asset = dson::ParseUri(bone.getAssetUri().toString().toStdString());
+    const std::string output = dson::MakePropertyUri(asset.id, asset.path, asset.id, channel);
+    for (int i = 0; i < property.getNumControllers(); ++i) {
+        auto* const link = qobject_cast<DzNumericController*>(property.getController(i));
+        const bool isTheMorphsOwn =
+            link && link->getNumInputs() == 1 && link->getInput(0) == morph.getValueControl();
+        if (!isTheMorphsOwn || IsFromDataFile(*link))
+            continue;
+        const auto formula = asset.id.empty()
+                                 ? std::optional<dson::Formula>()
+                                 : DescribeLink(*link, output, [&dial](const DzProperty&) { return dial; });
+        if (!formula) {
+            ++found.lost;
+            continue;
+        }
+        found.formulas.push_back(*formula);
+        found.links.push_back(link);
+    }
+}
+
+} // namespace
+
+JointLinks DescribeJointLinks(const DzMorph& morph, const DzNode& figure, const std::string& dial)
+{
+    JointLinks found;
+    const auto* const skeleton = qobject_cast<const DzSkeleton*>(&figure);
+    if (!skeleton)
+        return found;
+    for (const DzBone* const bone : skeleton->bones()) {
+        for (const char* const member :
+             {"center_point", "end_point", "orientation", "rotation", "translation", "scale"})
+            for (const char* const axis : axisIds)
+                AppendLinks(*bone, std::string(member) + "/" + axis, morph, dial, found);
+        AppendLinks(*bone, "scale/general", morph, dial, found);
+    }
+    return found;
+}
 
 dson::Modifier DescribeMorph(const DzMorph& morph, const DzNode& figure, const std::string& name)
 {
