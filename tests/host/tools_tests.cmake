@@ -7,6 +7,7 @@ gantrel_add_tests(host_tools_tests
         tools_morph_loader_test.cpp
         tools_obj_test.cpp
         tools_reversal_test.cpp
+        tools_rig_test.cpp
         tools_subdivision_test.cpp
         tools_transfer_options_test.cpp
         tools_transfer_test.cpp
