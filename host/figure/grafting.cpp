@@ -75,22 +75,34 @@ const std::vector<geometry::Crease>* CreasesOf(const DzSkeleton& figure)
     return extras ? &extras->creases : nullptr;
 }
 
+using JoinedVertices = std::map<std::array<std::uint32_t, 2>, std::uint32_t>;
+
+JoinedVertices VerticesByOrigin(const geometry::GraftedTopology& joined)
+{
+    JoinedVertices vertices;
+    for (std::uint32_t v = 0; v < joined.origins.size(); ++v)
+        vertices.emplace(joined.origins[v], v);
+    return vertices;
+}
+
 /// Without those whose vertices the joined mesh does not have.
 std::vector<geometry::Crease> JoinedCreases(const geometry::GraftedTopology& joined,
                                             const std::vector<const DzSkeleton*>& figures)
 {
-    std::map<std::array<std::uint32_t, 2>, std::uint32_t> joinedVertices;
-    for (std::uint32_t v = 0; v < joined.origins.size(); ++v)
-        joinedVertices.emplace(joined.origins[v], v);
+    JoinedVertices vertices;
     std::vector<geometry::Crease> creases;
-    for (std::uint32_t part = 0; part < figures.size(); ++part)
-        if (const std::vector<geometry::Crease>* const own = CreasesOf(*figures[part]))
-            for (const geometry::Crease& crease : *own) {
-                const auto a = joinedVertices.find({part, crease.a}),
-                           b = joinedVertices.find({part, crease.b});
-                if (a != joinedVertices.end() && b != joinedVertices.end())
-                    creases.push_back({a->second, b->second, crease.sharpness});
-            }
+    for (std::uint32_t part = 0; part < figures.size(); ++part) {
+        const std::vector<geometry::Crease>* const own = CreasesOf(*figures[part]);
+        if (!own || own->empty())
+            continue;
+        if (vertices.empty())
+            vertices = VerticesByOrigin(joined);
+        for (const geometry::Crease& crease : *own) {
+            const auto a = vertices.find({part, crease.a}), b = vertices.find({part, crease.b});
+            if (a != vertices.end() && b != vertices.end())
+                creases.push_back({a->second, b->second, crease.sharpness});
+        }
+    }
     return creases;
 }
 
