@@ -38,7 +38,7 @@ struct ConvertArguments {
     std::string source, target, jobs = DefaultJobs(), name, path = GNT_DEFAULT_MORPH_PATH;
     std::string resolution = "base", contentDirectory, vendor, product, exportObj, pictures;
     std::optional<int> subdLevel;
-    bool compress = false, acceptMissing = false, keepTemporary = false, json = false;
+    bool adjustRig = false, compress = false, acceptMissing = false, keepTemporary = false, json = false;
 };
 
 void AddOptions(CLI::App& command, ConvertArguments& arguments)
@@ -83,6 +83,10 @@ void AddOptions(CLI::App& command, ConvertArguments& arguments)
             "not given")
         ->type_name("LEVEL")
         ->check(CLI::Range(1, 5));
+    command.add_flag(
+        "--adjust-rig", arguments.adjustRig,
+        "Let the target's joints follow the new shape, so that it bends in the right places; the "
+        "morphs move them");
     CLI::Option* const library = command
                                      .add_option("--save-library", arguments.contentDirectory,
                                                  "Content directory to save the morphs into")
@@ -189,6 +193,7 @@ ConversionRequest MakeRequest(const ConvertArguments& arguments)
     request.contentDirectories = ContentDirectoriesFor(request.source, ToPaths(arguments.content));
     request.dials = ParseDials(arguments.dials);
     request.morphs = MakeMorphRequest(arguments);
+    request.adjustsRig = arguments.adjustRig;
     if (!arguments.contentDirectory.empty())
         request.save = MakeSaveOptions(arguments);
     request.exportObj = arguments.exportObj;
@@ -215,6 +220,10 @@ Json Describe(const MorphReport& morph)
               {"largest_displacement_mm", Rounded(morph.largestDisplacementMm, 3)}};
     if (morph.detailVerticesMoved > 0)
         json["detail_vertices_moved"] = morph.detailVerticesMoved;
+    if (morph.jointsMoved) {
+        json["joints_moved"] = *morph.jointsMoved;
+        json["largest_joint_shift_mm"] = Rounded(morph.largestJointShiftMm, 3);
+    }
     if (!morph.savedFile.empty())
         json["file"] = morph.savedFile;
     return json;

@@ -151,6 +151,10 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     progress.stage("Measuring the result");
     for (const GntCreatedMorph& morph : outcome.created)
         report.created.push_back(DescribeMorph(outcome.params->figTarget, morph));
+    if (request.adjustsRig) {
+        progress.stage("Adjusting the rig");
+        AdjustRig(outcome, report);
+    }
     if (request.save) {
         progress.stage("Saving the morphs");
         Save(*request.save, outcome);

@@ -24,6 +24,7 @@ struct ConversionRequest {
     std::filesystem::path source, target;
     std::vector<NameValue> dials; ///< of the source
     GntRequest morphs;            ///< its temporary files go with the conversion
+    bool adjustsRig = false;      ///< the target's joints follow the new morphs
     std::optional<GntSaveOptions> save;
     std::filesystem::path exportObj; ///< empty for none
     std::filesystem::path pictures;  ///< folder; empty for none
@@ -42,6 +43,8 @@ struct MorphReport {
     std::size_t verticesMoved = 0;       ///< of the cage
     std::size_t detailVerticesMoved = 0; ///< of all subdivision levels
     double largestDisplacementMm = 0.0;
+    std::optional<std::size_t> jointsMoved; ///< only when the rig was adjusted
+    double largestJointShiftMm = 0.0;
     std::string savedFile; ///< empty if not saved
 };
 

@@ -14,8 +14,10 @@
 #include "interrupt.h"
 #include "ks_daz-helpers.h"
 #include "ks_morphlist.h"
+#include "openhost/rig_adjustment.h"
 #include "openhost/scene_picture.h"
 #include "openhost/shapes.h"
+#include "report.h"
 
 namespace cli {
 
@@ -156,6 +158,25 @@ MorphReport DescribeMorph(DzFigure& target, const GntCreatedMorph& morph)
         report.detailVerticesMoved += level.size();
     report.largestDisplacementMm = 10.0 * geometry::LargestLength(deltas);
     return report;
+}
+
+void AdjustRig(const GntOutcome& outcome, ConversionReport& report)
+{
+    DzFigure& target = outcome.params->figTarget;
+    openhost::NewMorphs morphs;
+    for (const GntCreatedMorph& created : outcome.created) {
+        DzMorph& morph = kst::MorphList::FindMorph_X(target, created.name);
+        if (created.kind == GntFull)
+            morphs.whole = &morph;
+        else
+            morphs.parts.push_back(&morph);
+    }
+    for (const openhost::AdjustedRig& adjusted : openhost::AdjustRig(target, morphs))
+        for (MorphReport& told : report.created)
+            if (told.name == adjusted.morph->getName().toStdString()) {
+                told.jointsMoved = adjusted.joints;
+                told.largestJointShiftMm = millimetresPerCentimetre * adjusted.largestShiftCm;
+            }
 }
 
 void AddSavedFiles(DzFigure& target, const fs::path& library, ConversionReport& report)

@@ -13,6 +13,9 @@ FigureReport DescribeFigure(DzFigure& figure);
 /// The choices with which it was made, and what is missing.
 void DescribeOutcome(const GntOutcome& outcome, ConversionReport& report);
 MorphReport DescribeMorph(DzFigure& target, const GntCreatedMorph& morph);
+/// Lets the target's joints follow the created morphs.
+/// @throws base::Error  it has none
+void AdjustRig(const GntOutcome& outcome, ConversionReport& report);
 /// Where the created morphs were saved.
 void AddSavedFiles(DzFigure& target, const std::filesystem::path& library, ConversionReport& report);
 
