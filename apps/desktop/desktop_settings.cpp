@@ -15,6 +15,7 @@ const QLatin1String group("Gantrel Desktop");
 const QLatin1String foldersKey("content_folders");
 const QLatin1String recentKey("recent_files");
 const QLatin1String geometryKey("window_geometry");
+const QLatin1String rigKey("adjust_rig");
 const QLatin1String docksKey("window_docks");
 const QLatin1Char between('\n'); // in no sensible path
 
@@ -58,6 +59,16 @@ QStringList RememberedRecentFiles()
 void RememberRecentFiles(const QStringList& files)
 {
     SetPaths(recentKey, files);
+}
+
+bool RememberedRigAdjusting()
+{
+    return DzAppSettings(group).getBoolValue(rigKey, false);
+}
+
+void RememberRigAdjusting(bool isWanted)
+{
+    DzAppSettings(group).setBoolValue(rigKey, isWanted);
 }
 
 bool RestoreLayout(QMainWindow& window)

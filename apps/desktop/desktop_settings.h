@@ -17,6 +17,10 @@ void RememberContentFolders(const QStringList& folders);
 QStringList RememberedRecentFiles();
 void RememberRecentFiles(const QStringList& files);
 
+/// Whether joints follow new morphs; not unless somebody wished it.
+bool RememberedRigAdjusting();
+void RememberRigAdjusting(bool isWanted);
+
 /// Size, place and docks. False when there is nothing to restore.
 bool RestoreLayout(QMainWindow& window);
 void RememberLayout(const QMainWindow& window);

@@ -10,6 +10,8 @@
 #include "folders_dialog.h"
 #include "quoted.h"
 
+#include <dzaction.h>
+#include <dzactionmgr.h>
 #include <dzapp.h>
 #include <dzcontentmgr.h>
 #include <dzmainwindow.h>
@@ -187,11 +189,33 @@ void DesktopWindow::addActions()
     add({"Select &All", "Selects every figure and prop.", "&Edit", QKeySequence::SelectAll, true}, SelectAll);
     add({"Select &None", "Selects nothing.", "&Edit", Qt::CTRL + Qt::SHIFT + Qt::Key_A},
         [] { dzScene->selectAllNodes(false); });
+    addRigChoice();
     add({"&About Gantrel", "Tells what this is.", "&Help", QKeySequence()}, [this] { tellAbout(); });
+}
+
+void DesktopWindow::addRigChoice()
+{
+    const ActionTexts texts{"&Joints Follow New Morphs",
+                            "Lets a figure bend in the right places with the shape that it is given.",
+                            "&Edit", QKeySequence(), true};
+    auto* const choice = new MenuAction(texts, [] {});
+    choice->setCheckable(true);
+    connect(choice, SIGNAL(toggled(bool)), SLOT(adjustRig(bool)));
+    choice->setChecked(RememberedRigAdjusting());
+    _window.getActionMgr()->addAction(choice);
+}
+
+void DesktopWindow::adjustRig(bool isWanted)
+{
+    _rig.setWanted(isWanted);
+    RememberRigAdjusting(isWanted);
 }
 
 void DesktopWindow::arrangeMenus()
 {
+    const DzActionMgr& actions = *_window.getActionMgr();
+    for (int i = 0; i < actions.getNumActions(); ++i)
+        _rig.watch(*actions.getAction(i));
     ArrangeMenus(_window, _view, _panes);
 }
 

@@ -5,6 +5,7 @@
 
 #include "log_window.h"
 #include "recent_files.h"
+#include "rig_follower.h"
 #include "scene_files.h"
 #include "view_menu.h"
 
@@ -45,11 +46,13 @@ private slots:
     void updateTitle();
     void openRecent(const QString& file);
     void openWaiting();
+    void adjustRig(bool isWanted);
 
 private:
     bool mayClose();
     void addActions();
     void add(const ActionTexts& texts, std::function<void()> work);
+    void addRigChoice();
     void arrangeDocks();
     void sizeDocks();
     QStringList loadPlugins(const QString& folder);
@@ -62,6 +65,7 @@ private:
     DzMainWindow& _window;
     SceneFiles _files;
     RecentFilesMenu _recent;
+    RigFollower _rig;
     ViewMenu _view;
     QMenu _panes;
     QPointer<LogWindow> _log; ///< goes with the window if that goes first

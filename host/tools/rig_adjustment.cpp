@@ -269,7 +269,40 @@ void AddUnknown(std::vector<std::vector<Vec3f>>& shifts, const geometry::Polygon
     }
 }
 
+constexpr float dropped = 0.02f; ///< cm; shorter displacements may be missing from a morph
+
+bool IsPartOf(const std::vector<Vec3f>& part, const std::vector<Vec3f>& whole)
+{
+    for (std::size_t v = 0; v < part.size(); ++v) {
+        const float square = LengthSquared(whole[v]);
+        const float share = square > 0.0f ? std::clamp(Dot(part[v], whole[v]) / square, 0.0f, 1.0f) : 0.0f;
+        if (Length(part[v] - whole[v] * share) > dropped)
+            return false;
+    }
+    return true;
+}
+
 } // namespace
+
+NewMorphs WholeAndParts(const std::vector<DzMorph*>& morphs)
+{
+    std::size_t vertexCount = 0;
+    for (const DzMorph* const morph : morphs)
+        for (const std::uint32_t vertex : MorphDeltas(*morph).vertices)
+            vertexCount = std::max<std::size_t>(vertexCount, vertex + 1);
+    std::vector<std::vector<Vec3f>> displacements;
+    for (const DzMorph* const morph : morphs)
+        displacements.push_back(Dense(*morph, vertexCount));
+    NewMorphs sorted{nullptr, morphs};
+    for (std::size_t i = 0; i < morphs.size(); ++i)
+        if (std::all_of(displacements.begin(), displacements.end(),
+                        [&](const auto& other) { return IsPartOf(other, displacements[i]); })) {
+            sorted.whole = morphs[i];
+            sorted.parts.erase(sorted.parts.begin() + static_cast<std::ptrdiff_t>(i));
+            break;
+        }
+    return sorted;
+}
 
 std::vector<AdjustedRig> AdjustRig(DzNode& figure, const NewMorphs& morphs)
 {

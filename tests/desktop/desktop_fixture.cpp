@@ -22,7 +22,8 @@ void DesktopTest::SetUp()
 {
     HostTest::SetUp();
     DzAppSettings settings(QStringLiteral("Gantrel Desktop"));
-    for (const char* const key : {"content_folders", "recent_files", "window_geometry", "window_docks"})
+    for (const char* const key :
+         {"content_folders", "recent_files", "adjust_rig", "window_geometry", "window_docks"})
         settings.removeValue(QLatin1String(key));
     AddMiniLibrary();
     desktop.reset(new desktop::DesktopWindow(attendant));

@@ -193,6 +193,25 @@ TEST_F(RigTest, of_parts_the_one_that_moves_the_flesh_makes_up_for_worn_shapes)
     ExpectPlace(*tube->lower, {Place(*tube->lower, "center_point").x, 10, 0}, 0.1f);
 }
 
+TEST_F(RigTest, tells_a_whole_from_its_parts_by_their_shapes)
+{
+    const auto left = [](Vec3f p) { return p.x < 0 ? longer(p) : Vec3f{}; };
+    DzMorph* const first = addMorph("Left", left);
+    DzMorph* const second = addMorph("Right", [&](Vec3f p) { return longer(p) - left(p); });
+    DzMorph* const whole = addMorph("Longer", longer);
+    const openhost::NewMorphs all = openhost::WholeAndParts({first, whole, second});
+    EXPECT_EQ(all.whole, whole);
+    EXPECT_EQ(all.parts, (std::vector<DzMorph*>{first, second}));
+    const openhost::NewMorphs halves = openhost::WholeAndParts({first, second});
+    EXPECT_EQ(halves.whole, nullptr);
+    EXPECT_EQ(halves.parts, (std::vector<DzMorph*>{first, second}));
+    EXPECT_EQ(openhost::WholeAndParts({second}).whole, second);
+    // One that goes the same way but further is no part.
+    DzMorph* const further = addMorph("Further", [](Vec3f p) { return longer(p) * 1.5f; });
+    EXPECT_EQ(openhost::WholeAndParts({whole, further}).whole, further);
+    EXPECT_EQ(openhost::WholeAndParts({}).whole, nullptr);
+}
+
 TEST_F(RigTest, refuses_nodes_without_joints_and_morphs_of_others)
 {
     DzMorph* const morph = addMorph("Longer", longer);

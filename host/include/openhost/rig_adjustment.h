@@ -12,12 +12,16 @@ class DzNode;
 
 namespace openhost {
 
-/// New morphs of one figure, with their dials at 0.
+/// New morphs of one figure, whatever their dials are at.
 struct NewMorphs {
     DzMorph* whole = nullptr; ///< the whole change; null if not made
     /// Parts of it that can be worn instead and add up to it, as far as they are made.
     std::vector<DzMorph*> parts;
 };
+
+/// Of morphs that were made together, the one that all others are parts of, if there is one: none of them
+/// moves a vertex in another direction or further. A single morph is whole.
+NewMorphs WholeAndParts(const std::vector<DzMorph*>& morphs);
 
 /// What was done to the joints that one morph drives.
 struct AdjustedRig {
