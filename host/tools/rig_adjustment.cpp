@@ -30,6 +30,8 @@ const std::array<const char*, 2> members{"center_point", "end_point"};
 const std::array<const char*, 3> axes{"x", "y", "z"};
 constexpr double smallestShift = 0.001; ///< cm; less is not worth a link
 constexpr double coincident = 0.001;    ///< cm; one bone's end is the next one's beginning
+constexpr float noticeable = 0.05f;     ///< cm; from there on a vertex counts as moved
+constexpr float smallestClaim = 0.05f;  ///< of a point's flesh, moved by the parts
 
 DzNumericProperty& Channel(const DzNode& node, const char* member, const char* axis)
 {
@@ -184,22 +186,41 @@ Change ChangeBy(const NewMorphs& morphs, std::vector<Vec3f> unknown)
     return change;
 }
 
-/// Among morphs that are worn together, whose flesh moves around a point: shares of 1, or of 0 where nothing
-/// moves.
-std::vector<float> SharesOf(const geometry::PolygonMesh& mesh, Vec3f point,
-                            base::Span<const std::vector<Vec3f>> parts)
+/// How much of a vertex hangs on the joints; all without weights.
+float OwnFlesh(const geometry::SkinWeights& weights, std::size_t vertex,
+               const std::vector<std::uint32_t>& joints)
+{
+    if (weights.joints.empty())
+        return 1.0f;
+    float own = 0.0f;
+    for (std::uint32_t i = weights.offsets[vertex]; i < weights.offsets[vertex + 1]; ++i)
+        if (std::find(joints.begin(), joints.end(), weights.joints[i]) != joints.end())
+            own += weights.weights[i];
+    return own;
+}
+
+/// What share of a point each part has: as much of the point's flesh as it moves. Where none moves a
+/// noticeable part of it, the last has all.
+std::vector<float> SharesOf(const geometry::PolygonMesh& mesh, const geometry::SkinWeights& weights,
+                            const geometry::RigPoint& point, base::Span<const std::vector<Vec3f>> parts)
 {
     std::vector<float> moved(parts.size());
+    float all = 0.0f, claimed = 0.0f;
     for (std::size_t v = 0; v < mesh.vertexCount(); ++v) {
-        const float distance = 1.0f + Length(mesh.positions[v] - point);
+        const float own = OwnFlesh(weights, v, point.joints);
+        if (own == 0.0f)
+            continue;
+        const float distance = 1.0f + Length(mesh.positions[v] - point.position);
+        const float flesh = own / (distance * distance * distance);
+        all += flesh;
         for (std::size_t i = 0; i < parts.size(); ++i)
-            moved[i] += Length(parts[i][v]) / (distance * distance * distance);
+            moved[i] += flesh * std::min(1.0f, Length(parts[i][v]) / noticeable);
     }
-    float sum = 0.0f;
     for (const float one : moved)
-        sum += one;
-    for (float& one : moved)
-        one = sum > 0.0f ? one / sum : 0.0f;
+        claimed += one;
+    const bool isClaimed = claimed > smallestClaim * all;
+    for (std::size_t i = 0; i < moved.size(); ++i)
+        moved[i] = isClaimed ? moved[i] / claimed : i + 1 == moved.size() ? 1.0f : 0.0f;
     return moved;
 }
 
@@ -253,7 +274,8 @@ DzSkeleton& CheckedFigure(DzNode& figure, const NewMorphs& morphs)
 
 /// Of the shapes that say nothing of joints, what each morph makes up for.
 void AddUnknown(std::vector<std::vector<Vec3f>>& shifts, const geometry::PolygonMesh& mesh,
-                const std::vector<SharedPoint>& points, const NewMorphs& morphs, const Change& change)
+                const geometry::SkinWeights& weights, const std::vector<SharedPoint>& points,
+                const NewMorphs& morphs, const Change& change)
 {
     const std::size_t firstPart = morphs.whole ? 2 : 1;
     const base::Span<const std::vector<Vec3f>> parts(change.parts.data() + firstPart, morphs.parts.size());
@@ -263,7 +285,7 @@ void AddUnknown(std::vector<std::vector<Vec3f>>& shifts, const geometry::Polygon
             shifts[1][p] += unknown;
         if (unknown == Vec3f{})
             continue;
-        const std::vector<float> shares = SharesOf(mesh, points[p].point.position, parts);
+        const std::vector<float> shares = SharesOf(mesh, weights, points[p].point, parts);
         for (std::size_t i = 0; i < shares.size(); ++i)
             shifts[firstPart + i][p] += unknown * shares[i];
     }
@@ -317,11 +339,11 @@ std::vector<AdjustedRig> AdjustRig(DzNode& figure, const NewMorphs& morphs)
     std::vector<geometry::RigPoint> places;
     for (const SharedPoint& point : points)
         places.push_back(point.point);
-    const geometry::SkinWeights* const weights = figure.getObject()->pipeline().skinPose().weights;
+    const geometry::SkinWeights* const skin = figure.getObject()->pipeline().skinPose().weights;
+    const geometry::SkinWeights weights = skin ? *skin : geometry::SkinWeights();
     std::vector<std::vector<Vec3f>> shifts =
-        geometry::FitRig(shapes.known.view(), weights ? *weights : geometry::SkinWeights(), places,
-                         change.whole, change.parts);
-    AddUnknown(shifts, shapes.known, points, morphs, change);
+        geometry::FitRig(shapes.known.view(), weights, places, change.whole, change.parts);
+    AddUnknown(shifts, shapes.known, weights, points, morphs, change);
 
     std::vector<AdjustedRig> adjusted;
     for (std::size_t i = 0; i < all.size(); ++i)

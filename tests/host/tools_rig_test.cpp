@@ -193,6 +193,20 @@ TEST_F(RigTest, of_parts_the_one_that_moves_the_flesh_makes_up_for_worn_shapes)
     ExpectPlace(*tube->lower, {Place(*tube->lower, "center_point").x, 10, 0}, 0.1f);
 }
 
+TEST_F(RigTest, of_parts_the_last_makes_up_where_none_moves_the_flesh)
+{
+    dial(addMorph("Up", [](Vec3f) { return Vec3f{0, 10, 0}; }), 1);
+    DzMorph* const head = addMorph("Head", [](Vec3f p) { return p.x < -15 ? Vec3f{1, 0, 0} : Vec3f{}; });
+    DzMorph* const body = addMorph("Body", [](Vec3f) { return Vec3f{}; });
+    AdjustRig(*tube->figure, {nullptr, {head, body}});
+    dial(head, 1);
+    EXPECT_EQ(Place(*tube->lower, "end_point").y, 0.0f);
+    EXPECT_NEAR(Place(*tube->upper, "center_point").y, 10.0f, 0.1f);
+    dial(body, 1);
+    EXPECT_NEAR(Place(*tube->lower, "end_point").y, 10.0f, 0.1f);
+    EXPECT_NEAR(Place(*tube->upper, "center_point").y, 10.0f, 0.1f);
+}
+
 TEST_F(RigTest, tells_a_whole_from_its_parts_by_their_shapes)
 {
     const auto left = [](Vec3f p) { return p.x < 0 ? longer(p) : Vec3f{}; };

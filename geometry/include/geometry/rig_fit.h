@@ -23,7 +23,7 @@ struct RigFitOptions {
     float nearness = 0.5f;      ///< cm; added to the point's depth, within which all flesh counts alike
     float foreignFlesh = 0.5f;  ///< how much flesh counts that hangs on none of the point's joints
     int rounds = 10;            ///< of fitting and of judging anew what fits
-    std::size_t samples = 1500; ///< vertices that a point looks at, if the mesh has as many
+    std::size_t samples = 1000; ///< vertices that a point looks at, if the mesh has as many
 };
 
 /// How far each point moves with a change of shape, for each part of the change.
