@@ -294,8 +294,9 @@ float ShareAbove(const std::vector<float>& errors, float limit)
 
 } // namespace
 
-// Some of the true joints do not follow the flesh around them at all (a torso's spine stays where it is while
-// the pelvis bone's end moves by 5 cm), so a few stay far off.
+// Some of the true joints do not follow the flesh around them at all: an ankle moves outwards by 14 mm where
+// all of its skin moves by 2 mm, and the spine stays where it is while the pelvis' own end moves by 5 cm. So
+// a few stay far off, whatever is done.
 TEST(RigAccuracy, is_within_three_millimetres_in_the_mean)
 {
     const auto folder = humans::Folder();
@@ -335,10 +336,10 @@ TEST(RigAccuracy, is_within_three_millimetres_in_the_mean)
     for (const JointErrors& errors : {source, target}) {
         EXPECT_LE(Summarize(errors.centers).mean, 0.3f);
         EXPECT_LE(Summarize(errors.ends).mean, 0.3f);
-        EXPECT_LE(ShareAbove(errors.centers, 1.0f), 0.15f);
-        EXPECT_LE(ShareAbove(errors.ends, 1.0f), 0.15f);
+        EXPECT_LE(ShareAbove(errors.centers, 1.0f), 0.1f);
+        EXPECT_LE(ShareAbove(errors.ends, 1.0f), 0.1f);
     }
-    // From another body to this one; without adjustment it is 142 mm.
+    // From another body to this one; without a fit it would be 170 mm.
     EXPECT_LE(Summarize(whole.centers).mean, 1.0f);
     EXPECT_LE(Summarize(whole.ends).mean, 1.0f);
 }
