@@ -22,8 +22,8 @@ protected:
     std::vector<std::string> below(const char* folder, std::vector<fs::path>* duplicates = nullptr) const
     {
         std::vector<std::string> files;
-        for (const fs::path& file : _paths.filesBelow(folder, ".dsf", duplicates))
-            files.push_back(file.lexically_relative(root()).string());
+        for (const std::string& file : _paths.filesBelow(folder, ".dsf", duplicates))
+            files.push_back(fs::path(file).lexically_relative(root()).string());
         return files;
     }
 
@@ -117,6 +117,20 @@ TEST_F(Paths, products_of_the_cloud_are_parts_of_their_directory_behind_what_it_
     EXPECT_EQ(_paths.relativePath(root() / "b/data/cloud/1_20/data/v.dsf"), "/data/v.dsf");
     EXPECT_EQ(_paths.relativePath(root() / "a/data/cloud/2_10/data/z.dsf"), "/data/cloud/2_10/data/z.dsf");
     EXPECT_EQ(*_paths.directoryOf(root() / "b/data/cloud/1_20/data/v.dsf"), root() / "b");
+}
+
+TEST_F(Paths, what_a_link_alone_leads_to_is_found_and_what_several_lead_to_is_found_once)
+{
+    write("a/morphs/plain.txt");
+    write("a/elsewhere/shape.dsf");
+    fs::create_symlink(root() / "a/morphs/plain.txt", root() / "a/morphs/named.dsf");
+    fs::create_symlink(root() / "a/elsewhere/shape.dsf", root() / "a/morphs/one.dsf");
+    fs::create_symlink(root() / "a/elsewhere/shape.dsf", root() / "a/morphs/three.dsf");
+    fs::create_symlink(root() / "a/elsewhere", root() / "a/morphs/two");
+    _paths.add(root() / "a");
+    EXPECT_EQ(below("morphs"), (std::vector<std::string>{"a/morphs/named.dsf", "a/morphs/one.dsf"}));
+    fs::rename(root() / "a/morphs/two", root() / "a/morphs/a");
+    EXPECT_EQ(below("morphs"), (std::vector<std::string>{"a/morphs/a/shape.dsf", "a/morphs/named.dsf"}));
 }
 
 TEST_F(Paths, linked_folders_are_entered_once_and_circles_are_cut)

@@ -15,6 +15,7 @@ gantrel_add_tests(host_content_tests
         content_foreign_preset_test.cpp
         content_foreign_scene_test.cpp
         content_hostile_test.cpp
+        content_index_test.cpp
         content_odd_parts_test.cpp
         content_paths_test.cpp
         content_pitfall_test.cpp
@@ -32,6 +33,7 @@ gantrel_add_tests(host_content_tests
         content_writer_test.cpp
         foreign_fixture.cpp
         host_fixture.cpp
+        hostile_disk.cpp
         save_fixture.cpp
         scene_text.cpp
-    LIBRARIES kst host_rooms geometry nlohmann_json::nlohmann_json simdjson::simdjson)
+    LIBRARIES kst host_rooms geometry nlohmann_json::nlohmann_json simdjson::simdjson SQLite::SQLite3)

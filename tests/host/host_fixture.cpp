@@ -38,6 +38,7 @@ int main(int argc, char** argv)
     testing::InitGoogleTest(&argc, argv);
     QTemporaryDir folder;
     g_folder = &folder;
+    qputenv("XDG_CACHE_HOME", folder.filePath(QStringLiteral("cache")).toUtf8());
     openhost::OpenHost::Options options;
     options.settingsFolder = folder.filePath(QStringLiteral("settings"));
     options.logFilename = folder.filePath(QStringLiteral("log.txt"));

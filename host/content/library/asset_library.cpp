@@ -25,63 +25,83 @@ std::shared_ptr<const dson::Document> ReadHeaders(const fs::path& file)
     return std::make_shared<const dson::Document>(dson::ReadDocument(file, options));
 }
 
+HeaderReading TryReadHeaders(const std::string& file)
+{
+    HeaderReading reading;
+    try {
+        reading.document = ReadHeaders(file);
+    } catch (const std::exception& error) {
+        reading.failure = base::FromSentence(base::Severity::Warning, file, error.what());
+        reading.isLasting = dynamic_cast<const base::FormatError*>(&error) != nullptr;
+    }
+    return reading;
+}
+
 } // namespace
 
-const AssetLibrary::Entry* AssetLibrary::unchanged(const fs::path& file) const
+std::shared_ptr<const dson::Document> AssetLibrary::unchanged(const std::string& file,
+                                                              const std::optional<FileStamp>& stamp) const
 {
-    const auto found = _entries.find(file.string());
-    if (found == _entries.end())
-        return nullptr;
-    std::error_code error;
-    const bool isSame = fs::last_write_time(file, error) == found->second.modified &&
-                        fs::file_size(file, error) == found->second.size;
-    return isSame && !error ? &found->second : nullptr;
+    const auto found = _entries.find(file);
+    return found != _entries.end() && stamp && *stamp == found->second.stamp ? found->second.used.lock()
+                                                                             : nullptr;
 }
 
-void AssetLibrary::keep(const fs::path& file, std::shared_ptr<const dson::Document> document)
+void AssetLibrary::keep(const std::string& file, const std::optional<FileStamp>& stamp,
+                        const std::shared_ptr<const dson::Document>& document, bool isInIndex)
 {
-    Report(document->diagnostics);
-    std::error_code error;
-    Entry entry;
-    entry.modified = fs::last_write_time(file, error);
-    entry.size = fs::file_size(file, error);
-    entry.document = std::move(document);
-    _entries[file.string()] = std::move(entry);
+    const auto known = _entries.find(file);
+    if (known == _entries.end() || !stamp || !(*stamp == known->second.stamp))
+        Report(document->diagnostics);
+    if (stamp)
+        _entries[file] = {*stamp, isInIndex ? nullptr : document, document};
 }
 
-std::shared_ptr<const dson::Document> AssetLibrary::read(const fs::path& file)
+std::shared_ptr<const dson::Document> AssetLibrary::read(const fs::path& path)
 {
-    if (const Entry* const entry = unchanged(file))
-        return entry->document;
-    std::shared_ptr<const dson::Document> document = ReadHeaders(file);
-    keep(file, document);
+    const std::string file = path.string();
+    const std::optional<FileStamp> stamp = StampOf(file);
+    if (std::shared_ptr<const dson::Document> document = unchanged(file, stamp))
+        return document;
+    std::shared_ptr<const dson::Document> document = ReadHeaders(path);
+    keep(file, stamp, document, false);
     return document;
 }
 
-std::vector<std::shared_ptr<const dson::Document>> AssetLibrary::readAll(const std::vector<fs::path>& files)
+std::vector<HeaderIndex::File> AssetLibrary::look(const std::vector<std::string>& files) const
 {
-    std::vector<std::shared_ptr<const dson::Document>> documents(files.size());
-    base::Diagnostics failures(files.size());
-    std::vector<std::size_t> missing;
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        if (const Entry* const entry = unchanged(files[i]))
-            documents[i] = entry->document;
-        else
-            missing.push_back(i);
-    }
-    tbb::parallel_for(std::size_t{0}, missing.size(), [&](std::size_t m) {
-        const std::size_t i = missing[m];
-        try {
-            documents[i] = ReadHeaders(files[i]);
-        } catch (const std::exception& error) {
-            failures[i] = base::FromSentence(base::Severity::Warning, files[i].string(), error.what());
-        }
+    std::vector<HeaderIndex::File> seen(files.size());
+    tbb::parallel_for(std::size_t{0}, files.size(), [&](std::size_t i) {
+        seen[i].path = &files[i];
+        seen[i].stamp = StampOf(files[i]);
+        seen[i].reading.document = unchanged(files[i], seen[i].stamp);
+        seen[i].isWanted = !seen[i].reading.document;
     });
-    for (const std::size_t i : missing) {
-        if (documents[i])
-            keep(files[i], documents[i]);
-        else
-            Report(failures[i]);
+    return seen;
+}
+
+std::vector<std::shared_ptr<const dson::Document>>
+AssetLibrary::readAll(const std::vector<std::string>& files)
+{
+    std::vector<HeaderIndex::File> seen = look(files);
+    const bool isNews =
+        std::any_of(seen.begin(), seen.end(), [](const HeaderIndex::File& file) { return file.isWanted; });
+    if (isNews) {
+        _index.fill(seen, _paths.directories());
+        tbb::parallel_for(std::size_t{0}, seen.size(), [&seen](std::size_t i) {
+            if (!seen[i].reading)
+                seen[i].reading = TryReadHeaders(*seen[i].path);
+        });
+        _index.update(seen);
+    }
+    std::vector<std::shared_ptr<const dson::Document>> documents;
+    documents.reserve(files.size());
+    for (const HeaderIndex::File& file : seen) {
+        documents.push_back(file.reading.document);
+        if (!file.reading.document)
+            Report(file.reading.failure);
+        else if (file.isWanted)
+            keep(*file.path, file.stamp, file.reading.document, file.isKept);
     }
     return documents;
 }

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <map>
 #include <string_view>
 #include <unordered_set>
 
@@ -83,73 +82,109 @@ bool IsFile(const fs::path& path)
     return fs::is_regular_file(path, error);
 }
 
+bool HasExtension(const std::string& name, const std::string& extension)
+{
+    const std::size_t dot = name.rfind('.');
+    return dot != std::string::npos && dot > 0 && FoldCase(name.substr(dot)) == extension;
+}
+
 /// Gathers the files of an extension below a folder. What a link leads to and is there without it counts as
-/// there, whatever the order of the names.
+/// there, whatever the order of the names. Paths are texts, since there may be a hundred thousand.
 class FileSearch {
 public:
     explicit FileSearch(std::string extension) : _extension(std::move(extension)) {}
 
-    /// In order of their paths.
-    std::vector<fs::path> below(const fs::path& folder)
+    /// Their paths, each of which begins with the folder's; what links lead to comes last.
+    std::vector<std::string> below(const fs::path& folder)
     {
         std::error_code error;
         _above = fs::canonical(folder.parent_path(), error);
-        enter(folder);
+        enter(folder.string());
         for (std::size_t i = 0; i < _links.size(); ++i)
-            follow(fs::path(_links[i])); // which grows the list
-        std::sort(_files.begin(), _files.end());
+            follow(std::string(_links[i])); // which grows the list
         return std::move(_files);
     }
 
 private:
-    void enter(const fs::path& folder)
+    struct Entry {
+        std::string name;
+        fs::file_type type;
+    };
+    static std::vector<Entry> EntriesOf(const std::string& folder)
+    {
+        std::vector<Entry> entries;
+        std::error_code error;
+        auto entry = fs::directory_iterator(folder, fs::directory_options::skip_permission_denied, error);
+        for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+            const std::string& path = entry->path().native();
+            entries.push_back({path.substr(path.rfind('/') + 1), TypeOf(*entry)});
+        }
+        std::sort(entries.begin(), entries.end(),
+                  [](const Entry& a, const Entry& b) { return a.name < b.name; });
+        return entries;
+    }
+    static fs::file_type TypeOf(const fs::directory_entry& entry)
+    {
+        // Mostly known from the folder, without a look at the file.
+        std::error_code error;
+        return entry.is_symlink(error)        ? fs::file_type::symlink
+               : entry.is_directory(error)    ? fs::file_type::directory
+               : entry.is_regular_file(error) ? fs::file_type::regular
+                                              : fs::file_type::unknown;
+    }
+
+    void enter(const std::string& folder)
     {
         std::error_code error;
-        const fs::path place = fs::canonical(folder, error);
-        if (error || !_entered.insert(place.string()).second)
+        const std::string place = fs::canonical(folder, error).string();
+        if (error || !_entered.insert(place).second)
             return;
-        std::vector<fs::directory_entry> entries;
-        auto entry = fs::directory_iterator(folder, fs::directory_options::skip_permission_denied, error);
-        for (; !error && entry != fs::directory_iterator(); entry.increment(error))
-            entries.push_back(*entry);
-        std::sort(entries.begin(), entries.end());
-        for (const fs::directory_entry& each : entries) {
-            if (each.is_symlink(error))
-                _links.push_back(each.path());
-            else if (each.is_directory(error))
-                enter(each.path());
-            else
-                add(each.path(), place / each.path().filename());
+        for (const Entry& entry : EntriesOf(folder)) {
+            const std::string path = folder + '/' + entry.name;
+            if (entry.type == fs::file_type::symlink)
+                _links.push_back(path);
+            else if (entry.type == fs::file_type::directory)
+                enter(path);
+            else if (entry.type == fs::file_type::regular && isSought(entry.name) &&
+                     (_linked.empty() || _linked.count(place + '/' + entry.name) == 0))
+                _files.push_back(path);
         }
     }
 
-    void follow(const fs::path& link)
+    void follow(const std::string& link)
     {
         std::error_code error;
         const fs::path place = fs::canonical(link, error);
         if (error)
             return;
         // What holds the link, or the whole folder, would be found below itself.
-        const fs::path home = fs::canonical(link.parent_path(), error);
+        const fs::path home = fs::canonical(fs::path(link).parent_path(), error);
         if (!fs::is_directory(place, error))
             add(link, place);
         else if (!ComponentsMatch(place, home) && !ComponentsMatch(place, _above))
             enter(link);
     }
 
-    void add(const fs::path& file, const fs::path& place)
+    /// A file that a link leads to.
+    void add(const std::string& link, const fs::path& place)
+    {
+        const bool isFound =
+            isSought(place.filename().string()) && _entered.count(place.parent_path().string()) > 0;
+        if (!isFound && isSought(fs::path(link).filename().string()) && IsFile(place) &&
+            _linked.insert(place.string()).second)
+            _files.push_back(link);
+    }
+
+    bool isSought(const std::string& name) const
     {
         // Other systems leave companion files of the same extension behind.
-        const bool isCompanion = file.filename().string().compare(0, 2, "._") == 0;
-        if (!isCompanion && FoldCase(file.extension().string()) == _extension && IsFile(file) &&
-            _found.insert(place.string()).second)
-            _files.push_back(file);
+        return name.compare(0, 2, "._") != 0 && HasExtension(name, _extension);
     }
 
     std::string _extension;
     fs::path _above; ///< the folder that holds the one that is searched
-    std::vector<fs::path> _files, _links;
-    std::unordered_set<std::string> _entered, _found; ///< without links
+    std::vector<std::string> _files, _links;
+    std::unordered_set<std::string> _entered, _linked; ///< where they lie without links: folders, files
 };
 
 } // namespace
@@ -283,31 +318,36 @@ fs::path ContentPaths::resolve(const std::string& relative) const
     return {};
 }
 
-std::vector<fs::path> ContentPaths::filesBelow(const std::string& relativeFolder,
-                                               const std::string& extension,
-                                               std::vector<fs::path>* duplicates) const
+std::vector<std::string> ContentPaths::filesBelow(const std::string& relativeFolder,
+                                                  const std::string& extension,
+                                                  std::vector<fs::path>* duplicates) const
 {
     const std::string wanted = Below(relativeFolder);
-    std::map<std::string, fs::path> files;
     if (dson::LeavesFolder(wanted))
         return {};
+    struct Found {
+        std::string key, file;
+    };
+    std::vector<Found> all;
     const fs::path path(wanted);
     const auto addThoseIn = [&](const fs::path& folder) {
-        for (const fs::path& file : FileSearch(extension).below(folder)) {
-            const bool isFirst =
-                files.emplace(FoldCase(file.lexically_relative(folder).string()), file).second;
-            if (!isFirst && duplicates)
-                duplicates->push_back(file);
-        }
+        for (std::string& file : FileSearch(extension).below(folder))
+            all.push_back({FoldCase(file.substr(folder.native().size())), std::move(file)});
         return false;
     };
     for (const fs::path& directory : _directories)
         for (const fs::path& root : rootsIn(directory))
             ForEachSpelling(_listings, root, path.begin(), path.end(), addThoseIn);
-    std::vector<fs::path> sorted;
-    for (const auto& file : files)
-        sorted.push_back(file.second);
-    return sorted;
+    // Of equal keys the first stays the first.
+    std::stable_sort(all.begin(), all.end(), [](const Found& a, const Found& b) { return a.key < b.key; });
+    std::vector<std::string> files;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (i == 0 || all[i].key != all[i - 1].key)
+            files.push_back(std::move(all[i].file));
+        else if (duplicates)
+            duplicates->emplace_back(std::move(all[i].file));
+    }
+    return files;
 }
 
 const fs::path* ContentPaths::directoryOf(const fs::path& absolute) const

@@ -9,6 +9,8 @@
 #include "load_report.h"
 #include "loading/channel_properties.h"
 
+#include <utility>
+
 #include <fmt/format.h>
 
 namespace openhost {
@@ -34,6 +36,12 @@ void ForEachAddress(Modifier& modifier, const Visit& visit)
     }
 }
 
+/// Files may be read again while a figure is put together, so the address says nothing.
+std::string PlaceOf(const dson::Modifier& modifier, const dson::Document& file)
+{
+    return file.file.string() + '#' + std::to_string(&modifier - file.modifiers.data());
+}
+
 bool IsAlias(const dson::Modifier& modifier)
 {
     return modifier.channel.type == "alias";
@@ -57,18 +65,26 @@ void FigureModifiers::addThoseOf(const std::shared_ptr<const dson::Document>& fi
 void FigureModifiers::addThoseOnDisk(AssetLibrary& library)
 {
     _library = &library;
-    std::vector<std::filesystem::path> duplicates, files;
+    std::vector<std::filesystem::path> duplicates;
+    std::vector<std::string> files;
     for (const std::string& folder : _figure.morphFolders())
-        for (std::filesystem::path& file : library.paths().filesBelow(folder, ".dsf", &duplicates))
+        for (std::string& file : library.paths().filesBelow(folder, ".dsf", &duplicates))
             files.push_back(std::move(file));
     if (!duplicates.empty())
         _figure.warn(fmt::format("{} morph files are in more than one content library; the first is used",
                                  duplicates.size()));
-    const auto documents = library.readAll(files);
+    auto documents = library.readAll(files);
+    std::string folder, relativeFolder;
     for (std::size_t i = 0; i < files.size(); ++i) {
-        const std::string path = library.paths().relativePath(files[i]);
-        if (documents[i])
-            addThoseOf(documents[i], path);
+        const std::size_t slash = files[i].rfind('/');
+        if (files[i].compare(0, slash, folder) != 0) {
+            folder = files[i].substr(0, slash);
+            relativeFolder = library.paths().relativePath(folder);
+        }
+        const std::string path = relativeFolder + files[i].substr(slash);
+        // Let go of at once: there may be a hundred thousand.
+        if (const auto document = std::exchange(documents[i], nullptr))
+            addThoseOf(document, path);
         else
             _dials.loseFile(path);
     }
@@ -82,7 +98,7 @@ void FigureModifiers::addIfOurs(const dson::Modifier& modifier,
         _nodes.addId(parent.id, _nodes.root()); // formulas call the root as its own figure does
     if (isOurs(modifier, *file))
         add(modifier, file, path);
-    else if (file != _figure.definition() && _added.insert(&modifier).second)
+    else if (file != _figure.definition() && _added.insert(PlaceOf(modifier, *file)).second)
         _forOtherFigures.add(file->file.string());
 }
 
@@ -105,7 +121,7 @@ bool FigureModifiers::isOurs(const dson::Modifier& modifier, const dson::Documen
 void FigureModifiers::add(const dson::Modifier& modifier, const std::shared_ptr<const dson::Document>& file,
                           const std::string& path)
 {
-    if (modifier.name.empty() || !_added.insert(&modifier).second)
+    if (modifier.name.empty() || !_added.insert(PlaceOf(modifier, *file)).second)
         return;
     // An effect has no name among the dials.
     const bool isTaken = !IsAlias(modifier) && !modifier.effect && _dials.isNameTaken(modifier);

@@ -84,7 +84,7 @@ private:
     FigureNodes& _nodes;
     FigureDials& _dials;
     PendingFormulas& _formulas;
-    std::unordered_set<const dson::Modifier*> _added; ///< also those that were left out
+    std::unordered_set<std::string> _added; ///< also those that were left out
     FigureEffects _effects;
     Omission _forOtherMeshes, _forOtherFigures, _ofEqualNames, _ofUnknownTypes, _withoutNumbers,
         _beyondLimits;

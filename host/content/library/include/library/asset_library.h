@@ -6,6 +6,7 @@
 #include "dson/reader.h"
 #include "dson/uri.h"
 #include "library/content_paths.h"
+#include "library/header_index.h"
 
 #include <filesystem>
 #include <memory>
@@ -15,7 +16,8 @@
 
 namespace openhost {
 
-/// Files are read without deltas, once each until they change. What readings meet is reported once each.
+/// Files are read without deltas, once each until they change; those of large folders even from one run to
+/// the next. What readings meet is reported once each.
 class AssetLibrary {
 public:
     explicit AssetLibrary(const ContentPaths& paths) : _paths(paths) {}
@@ -25,10 +27,10 @@ public:
     /// @throws base::IoError, base::FormatError  as dson::ReadDocument
     std::shared_ptr<const dson::Document> read(const std::filesystem::path& file);
 
-    /// Reads many files in parallel into the cache; files that cannot be read are reported and left out.
+    /// Reads many files in parallel; those that cannot be read are reported and left out.
+    /// @param files  all that matter in their folders
     /// @return the documents, in the order of the files
-    std::vector<std::shared_ptr<const dson::Document>>
-    readAll(const std::vector<std::filesystem::path>& files);
+    std::vector<std::shared_ptr<const dson::Document>> readAll(const std::vector<std::string>& files);
 
     /// The file that a URI's path names; relative paths are also looked for beside the file that refers to
     /// them. Empty when there is none.
@@ -44,15 +46,19 @@ public:
 
 private:
     struct Entry {
-        std::filesystem::file_time_type modified;
-        std::uintmax_t size = 0;
-        std::shared_ptr<const dson::Document> document;
+        FileStamp stamp;
+        std::shared_ptr<const dson::Document> document; ///< null for what the index has, too
+        std::weak_ptr<const dson::Document> used;
     };
-    const Entry* unchanged(const std::filesystem::path& file) const;
-    void keep(const std::filesystem::path& file, std::shared_ptr<const dson::Document> document);
+    std::shared_ptr<const dson::Document> unchanged(const std::string& file,
+                                                    const std::optional<FileStamp>& stamp) const;
+    void keep(const std::string& file, const std::optional<FileStamp>& stamp,
+              const std::shared_ptr<const dson::Document>& document, bool isInIndex);
+    std::vector<HeaderIndex::File> look(const std::vector<std::string>& files) const;
 
     const ContentPaths& _paths;
     std::unordered_map<std::string, Entry> _entries;
+    HeaderIndex _index;
 };
 
 } // namespace openhost

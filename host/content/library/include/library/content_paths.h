@@ -56,9 +56,8 @@ public:
     /// several of them is found once.
     /// @param relativeFolder  decoded, with or without a leading '/'
     /// @param duplicates      receives the files that were left out
-    std::vector<std::filesystem::path> filesBelow(const std::string& relativeFolder,
-                                                  const std::string& extension,
-                                                  std::vector<std::filesystem::path>* duplicates) const;
+    std::vector<std::string> filesBelow(const std::string& relativeFolder, const std::string& extension,
+                                        std::vector<std::filesystem::path>* duplicates) const;
 
     /// Path below its directory, or below a product's folder there, beginning with '/'; empty if it is below
     /// none.
