@@ -7,6 +7,7 @@ gantrel_add_tests(host_content_tests
         content_crease_test.cpp
         content_detail_test.cpp
         content_dform_test.cpp
+        content_dial_index_test.cpp
         content_effects_test.cpp
         content_fixture.cpp
         content_figure_test.cpp
@@ -17,6 +18,7 @@ gantrel_add_tests(host_content_tests
         content_hostile_test.cpp
         content_index_test.cpp
         content_odd_parts_test.cpp
+        content_origin_test.cpp
         content_paths_test.cpp
         content_pitfall_test.cpp
         content_preset_test.cpp

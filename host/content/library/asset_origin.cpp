@@ -8,7 +8,7 @@
 #include "dznumericproperty.h"
 #include "library/content_paths.h"
 
-#include <QStringList>
+#include <QByteArray>
 #include <QVariant>
 
 namespace openhost {
@@ -19,16 +19,17 @@ const char* const uriKey = "openhost.assetUri";
 const char* const linkKey = "openhost.fromDataFile";
 const char* const settingsKey = "openhost.asDefined";
 
-QString Settings(const DzNumericProperty& property)
+/// As bytes, since a figure may have a hundred thousand dials.
+QByteArray Settings(const DzNumericProperty& property)
 {
-    const QStringList parts{property.getLabel(),
-                            property.getPath(),
-                            QString::number(property.getDoubleMin(), 'g', 17),
-                            QString::number(property.getDoubleMax(), 'g', 17),
-                            QString::number(int(property.isClamped())),
-                            QString::number(int(property.isHidden())),
-                            QString::number(int(property.isLocked()))};
-    return parts.join(QLatin1Char('\n'));
+    QByteArray settings;
+    for (const QString& text : {property.getLabel(), QString(QLatin1Char('\n')), property.getPath()})
+        settings.append(reinterpret_cast<const char*>(text.constData()), text.size() * int(sizeof(QChar)));
+    for (const double limit : {property.getDoubleMin(), property.getDoubleMax()})
+        settings.append(reinterpret_cast<const char*>(&limit), int(sizeof limit));
+    for (const bool flag : {property.isClamped(), property.isHidden(), property.isLocked()})
+        settings.append(flag ? '1' : '0');
+    return settings;
 }
 
 } // namespace
@@ -64,7 +65,7 @@ void SetAsDefined(DzNumericProperty& property)
 bool HasChanged(const DzNumericProperty& property)
 {
     const QVariant settings = property.property(settingsKey);
-    return settings.isValid() && settings.toString() != Settings(property);
+    return settings.isValid() && settings.toByteArray() != Settings(property);
 }
 
 void SetFromDataFile(DzController& link)

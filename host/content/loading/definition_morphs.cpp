@@ -73,12 +73,14 @@ void SetDeltas(DzMorphDeltas& deltas, const dson::Modifier& modifier, const dson
         DeltasAccess::assign(deltas, std::move(kept), std::move(lost));
         return;
     }
-    DeltasAccess::setLoader(deltas, [path = file.file, id = modifier.id, baseCount](base::Diagnostics& lost) {
-        base::Diagnostics met;
-        geometry::SparseDeltas all = dson::ReadDeltas(path, id, &met);
-        Report(met);
-        return WithinMesh(std::move(all), baseCount, path.string(), id, lost);
-    });
+    // As texts: a path takes many times as much, and there may be a hundred thousand.
+    DeltasAccess::setLoader(
+        deltas, [path = file.file.string(), id = modifier.id, baseCount](base::Diagnostics& lost) {
+            base::Diagnostics met;
+            geometry::SparseDeltas all = dson::ReadDeltas(path, id, &met);
+            Report(met);
+            return WithinMesh(std::move(all), baseCount, path, id, lost);
+        });
 }
 
 } // namespace
@@ -95,7 +97,7 @@ std::unique_ptr<DzMorph> MakeMorph(const dson::Modifier& modifier, const std::st
     SetDeltas(*deltas, modifier, file, baseCount);
     if (!modifier.morph->hdUrl.empty())
         DeltasAccess::setDetailLoader(
-            *deltas, [cage, url = modifier.morph->hdUrl, path = file.file](base::Diagnostics&) {
+            *deltas, [cage, url = modifier.morph->hdUrl, path = file.file.string()](base::Diagnostics&) {
                 return ReadDetail(DetailFile(url, path), *cage);
             });
     auto morph = std::make_unique<DzMorph>(deltas);

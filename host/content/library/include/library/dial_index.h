@@ -6,9 +6,13 @@
 #include "dson/reader.h"
 #include "dson/uri.h"
 
+#include <cstddef>
+#include <deque>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 class DzNode;
 class DzNumericProperty;
@@ -21,7 +25,9 @@ namespace openhost {
 class DialIndex {
 public:
     /// @param root  the figure's own node
-    explicit DialIndex(const DzNode& root) : _root(root) {}
+    explicit DialIndex(const DzNode& root) : _root(root), _ofRoot(_byNode[&root].dials) {}
+    DialIndex(const DialIndex&) = delete;
+    DialIndex& operator=(const DialIndex&) = delete;
 
     /// @param file      the file that defines the dial
     /// @param filePath  its decoded path
@@ -52,30 +58,48 @@ public:
     DzNumericProperty* find(const std::string& nameOrId, const Place& place) const;
 
 private:
-    using Dials = std::unordered_map<std::string, DzNumericProperty*>;
-    struct Names {
-        Dials byName, byId, byFoldedName;
-        void add(const dson::Modifier& modifier, DzNumericProperty& dial);
+    struct Dial {
+        std::size_t number; ///< in the order of adding and losing
+        std::string path, id, name;
+        DzNumericProperty* dial; ///< null for one that is lost
+        bool isAlias;
+        bool isAlone; ///< its file defines nothing else
+    };
+    /// Dials by what they are called, sorted when they are first looked for so: most figures are asked for
+    /// their dials in one way alone.
+    class Names {
+    public:
+        void add(const Dial& dial) { _all.push_back(&dial); }
         DzNumericProperty* find(const std::string& nameOrId, const DzNumericProperty* asking) const;
-        DzNumericProperty* findFolded(const std::string& folded, const DzNumericProperty* asking) const;
+        const Dial* findFolded(const std::string& folded, const DzNumericProperty* asking) const;
+
+    private:
+        std::vector<const Dial*> _all;
+        mutable std::unordered_map<std::string_view, const Dial*> _byName, _byId;
+        mutable std::unordered_map<std::string, const Dial*> _byFoldedText;
+        mutable std::size_t _sortedByName = 0, _sortedById = 0, _sortedByFoldedText = 0;
     };
     struct OfNode {
         Names dials, aliases;
     };
-    struct Defined {
-        DzNumericProperty* dial; ///< null for one that is lost
-        bool isAlias;
-    };
-    void enterFragment(const std::string& key, Defined defined);
+    using ByHash = std::unordered_multimap<std::size_t, const Dial*>;
+
+    const Dial* findInFile(const std::string& path, const std::string& idOrName) const;
+    DzNumericProperty* findAlone(const std::string& path, const DzNumericProperty* asking) const;
     DzNumericProperty* findOn(const DzNode& node, const std::string& nameOrId, const std::string& folded,
                               const DzNumericProperty* asking) const;
 
+    DzNumericProperty* findExactly(const std::string& nameOrId) const;
+    DzNumericProperty* findFolded(const std::string& folded) const;
+
     const DzNode& _root;
-    Dials _byFile; ///< of files that define nothing else, by path
-    std::unordered_map<std::string, Defined> _byFragment;
+    std::deque<Dial> _all;
     std::unordered_set<std::string> _lostFiles;
     std::unordered_map<const DzNode*, OfNode> _byNode;
-    Names _dials, _aliases; ///< of all nodes
+    const Names& _ofRoot;
+    Names _ofOthers, _aliases;           ///< dials of nodes but the root; aliases of all
+    mutable ByHash _byFragment, _byFile; ///< of paths and ids or names; of paths, those that are alone
+    mutable std::size_t _sortedByFragment = 0, _sortedByFile = 0;
 };
 
 } // namespace openhost
