@@ -24,6 +24,7 @@
 #include "modifier_impl.h"
 #include "openhost/diagnostics.h"
 #include "scene/node_transform.h"
+#include "scene/node_walk.h"
 #include "subdivision_cache.h"
 
 #include <QHash>
@@ -88,6 +89,8 @@ bool Pipeline::takeStale(Stage stage)
 {
     const bool stale = _stale[stage];
     _stale[stage] = false;
+    if (stale && stage == Skinning)
+        NoteHierarchyRead();
     return stale;
 }
 

@@ -149,6 +149,8 @@ protected:
     virtual void transformInvalidated();
     /// A node below, or its name, has been added, removed or changed.
     virtual void hierarchyChanged();
+    /// The skeleton of this node; null if it knows already that bones have changed since it was last posed.
+    DzSkeleton* uninformedSkeleton();
     /// The scene has let go of this node and of those below; they will be deleted later.
     virtual void leftScene();
     /// Sets the node's own channels so that it stands there, with that rotation; world space, cm.
@@ -161,6 +163,8 @@ private:
     void invalidateTransform();
     void announceHierarchyChange();
     void detachFromParent();
+    void deleteChildren();
+    void rootChanged();
 
     struct Impl;
     std::unique_ptr<Impl> _impl;

@@ -94,6 +94,9 @@ private:
     friend class DzNode;
     void enter(DzNode* node);
     void leave(DzNode* node);
+    void leave(const QList<DzNode*>& nodes);
+    /// Which nodes are roots, or what they are called.
+    void rootsChanged();
     void expel(DzNode* node);
     QList<DzNode*> rootNodes() const;
     void setSelected(DzNode* node, bool onOff);

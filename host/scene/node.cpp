@@ -12,6 +12,9 @@
 #include "dzskeleton.h"
 #include "node_impl.h"
 #include "openhost/events.h"
+#include "scene/node_walk.h"
+
+#include <vector>
 
 DzNode::DzNode() : _impl(new Impl)
 {
@@ -24,13 +27,31 @@ DzNode::~DzNode()
     if (_impl->inScene && dzScene)
         dzScene->leave(this);
     detachFromParent();
-    for (DzNode* child : QList<DzNode*>(_impl->children)) {
-        child->_impl->parent = nullptr;
-        delete child;
-    }
-    _impl->children.clear();
+    deleteChildren();
     delete _impl->object;
     _impl->object = nullptr;
+}
+
+// Those below are deleted by the topmost one, for a chain may be too long for a destructor in each other.
+void DzNode::deleteChildren()
+{
+    static std::vector<DzNode*>* due = nullptr;
+    std::vector<DzNode*> own;
+    const bool isTopmost = !due;
+    if (isTopmost)
+        due = &own;
+    for (int i = _impl->children.size(); i-- > 0;) {
+        _impl->children.at(i)->_impl->parent = nullptr;
+        due->push_back(_impl->children.at(i));
+    }
+    _impl->children.clear();
+    while (isTopmost && !own.empty()) {
+        DzNode* const node = own.back();
+        own.pop_back();
+        delete node;
+    }
+    if (isTopmost)
+        due = nullptr;
 }
 
 DzError DzNode::setLabel(const QString& label)
@@ -40,6 +61,7 @@ DzError DzNode::setLabel(const QString& label)
         return DZ_OPERATION_FAILED_ERROR;
     const QString before = getLabel();
     const DzError error = DzElement::setLabel(label);
+    rootChanged();
     if (getLabel() != before)
         emit openhost::Events().sceneEdited(openhost::SceneEdit::Label, this);
     return error;
@@ -89,11 +111,10 @@ DzNode* DzNode::getNodeChild(int index) const
 QObjectList DzNode::getNodeChildren(bool recurse) const
 {
     QObjectList list;
-    for (DzNode* child : std::as_const(_impl->children)) {
-        list.append(child);
-        if (recurse)
-            list += child->getNodeChildren(true);
-    }
+    openhost::WalkBelow(*this, [&](DzNode& node) {
+        list.append(&node);
+        return recurse ? openhost::Walk::On : openhost::Walk::Around;
+    });
     return list;
 }
 
@@ -107,14 +128,9 @@ namespace {
 template <class Predicate>
 DzNode* FindChild(const DzNode& node, bool recurse, const Predicate& matches)
 {
-    for (int i = 0; i < node.getNumNodeChildren(); ++i) {
-        DzNode* const child = node.getNodeChild(i);
-        if (matches(*child))
-            return child;
-        if (DzNode* const below = recurse ? FindChild(*child, true, matches) : nullptr)
-            return below;
-    }
-    return nullptr;
+    return openhost::WalkBelow(node, [&](const DzNode& child) {
+        return matches(child) ? openhost::Walk::Stop : recurse ? openhost::Walk::On : openhost::Walk::Around;
+    });
 }
 
 } // namespace
@@ -144,6 +160,7 @@ DzError DzNode::addNodeChild(DzNode* child, bool inPlace)
     const DzVec3 position = inPlace ? child->getWSPos() : DzVec3();
     const DzQuat rotation = inPlace ? child->getWSRot() : DzQuat();
     child->detachFromParent();
+    child->rootChanged();
     child->_impl->parent = this;
     _impl->children.append(child);
     child->invalidateTransform();
@@ -177,13 +194,40 @@ void DzNode::detachFromParent()
         return;
     parent->_impl->children.removeOne(this);
     _impl->parent = nullptr;
+    rootChanged();
     parent->announceHierarchyChange();
 }
 
+namespace {
+
+unsigned g_hierarchyReading = 1;
+
+} // namespace
+
+void openhost::NoteHierarchyRead()
+{
+    ++g_hierarchyReading;
+}
+
+// Who has not read the hierarchy since it was told of a change, nor has anybody above it, knows: a long chain
+// is not walked at each of its changes.
 void DzNode::announceHierarchyChange()
 {
-    for (DzNode* node = this; node; node = node->_impl->parent)
+    for (DzNode* node = this; node && node->_impl->told != g_hierarchyReading; node = node->_impl->parent) {
+        node->_impl->told = g_hierarchyReading;
         node->hierarchyChanged();
+    }
+}
+
+DzSkeleton* DzNode::uninformedSkeleton()
+{
+    for (DzNode* node = this; node && node->_impl->toldOfBone != g_hierarchyReading;
+         node = node->_impl->parent) {
+        node->_impl->toldOfBone = g_hierarchyReading;
+        if (auto* const skeleton = qobject_cast<DzSkeleton*>(node))
+            return skeleton;
+    }
+    return nullptr;
 }
 
 bool DzNode::isRootNode() const
@@ -219,8 +263,16 @@ bool DzNode::isVisible() const
     return _impl->visible->getBoolValue();
 }
 
+// What the scene knows of its roots may hold no longer.
+void DzNode::rootChanged()
+{
+    if (_impl->inScene && !_impl->parent && dzScene)
+        dzScene->rootsChanged();
+}
+
 void DzNode::renamed(const QString&)
 {
+    rootChanged();
     announceHierarchyChange();
 }
 

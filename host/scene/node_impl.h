@@ -22,6 +22,9 @@ struct DzNode::Impl {
     DzObject* object = nullptr;
     bool inScene = false;
     bool selected = false;
+    /// The readings of hierarchies before which this and all above were told of a change, and the skeleton of
+    /// one of a bone.
+    unsigned told = 0, toldOfBone = 0;
 
     Axes translation{}, rotation{}, scale{}, origin{}, end{}, orientation{};
     DzFloatProperty* generalScale = nullptr;

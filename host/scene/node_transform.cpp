@@ -7,6 +7,9 @@
 #include "dzobject.h"
 #include "node_impl.h"
 
+#include <utility>
+#include <vector>
+
 namespace {
 
 constexpr double transformLimit = 10000.0;
@@ -264,13 +267,16 @@ void DzNode::propertyValueChanged(DzProperty* property)
 void DzNode::invalidateTransform()
 {
     // Below a node that is out of date everything is, and has been told so.
-    if (!_impl->transformDirty) {
-        _impl->transformDirty = true;
-        for (DzNode* child : std::as_const(_impl->children))
-            child->invalidateTransform();
+    std::vector<DzNode*> outdated{this};
+    for (std::size_t next = 0; next < outdated.size(); ++next) {
+        Impl& impl = *outdated[next]->_impl;
+        if (!std::exchange(impl.transformDirty, true))
+            outdated.insert(outdated.end(), impl.children.begin(), impl.children.end());
     }
-    transformInvalidated();
-    emit transformChanged();
+    for (auto node = outdated.rbegin(); node != outdated.rend(); ++node) {
+        (*node)->transformInvalidated();
+        emit(*node)->transformChanged();
+    }
 }
 
 void DzNode::transformInvalidated()
@@ -333,11 +339,15 @@ NodeTransform Evaluate(const DzNode& node, const NodeTransform* parent)
 
 const NodeTransform& WorldTransform(const DzNode& node)
 {
-    if (node._impl->transformDirty) {
-        const DzNode* const parent = node.getNodeParent();
-        const NodeTransform transform = Evaluate(node, parent ? &WorldTransform(*parent) : nullptr);
-        node._impl->transform = transform;
-        node._impl->transformDirty = false;
+    std::vector<const DzNode*> outdated;
+    const DzNode* above = &node;
+    for (; above && above->_impl->transformDirty; above = above->_impl->parent)
+        outdated.push_back(above);
+    // From the top, and not by recursion: files may chain any number of nodes.
+    for (auto next = outdated.rbegin(); next != outdated.rend(); above = *next++) {
+        const NodeTransform transform = Evaluate(**next, above ? &above->_impl->transform : nullptr);
+        (*next)->_impl->transform = transform;
+        (*next)->_impl->transformDirty = false;
     }
     return node._impl->transform;
 }

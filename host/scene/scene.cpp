@@ -7,6 +7,7 @@
 #include "dzskeleton.h"
 #include "node_impl.h"
 
+#include <QHash>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QSet>
@@ -16,13 +17,47 @@
 
 DzScene* dzScene = nullptr;
 
+namespace {
+
+/// What the roots are called, gathered once for many that come: a scene may hold thousands of one name.
+struct RootTexts {
+    QSet<QString> taken;
+    mutable QHash<QString, int> firstFree; ///< by pattern and stem; below it all are taken
+    bool isGathered = false;
+
+    QString freeText(const QString& stem, const QString& pattern) const
+    {
+        int& number = firstFree[pattern + stem];
+        for (number = std::max(number, 2);; ++number) {
+            const QString candidate = pattern.arg(stem, QString::number(number));
+            if (!taken.contains(candidate))
+                return candidate;
+        }
+    }
+};
+
+} // namespace
+
 struct DzScene::Impl {
+    const RootTexts& textsOfRoots(RootTexts& texts, QString (*textOf)(const DzNode&)) const
+    {
+        if (texts.isGathered)
+            return texts;
+        texts = {};
+        for (const DzNode* node : nodes)
+            if (node->isRootNode())
+                texts.taken.insert(textOf(*node));
+        texts.isGathered = true;
+        return texts;
+    }
+
     QList<DzNode*> nodes;
     QList<DzNode*> selection;
     DzNode* primary = nullptr;
     std::vector<QPointer<DzNode>> removed; ///< roots whose deletion is due
     DzTime time = 0;
     int loading = 0;
+    RootTexts labels, names;
 };
 
 namespace {
@@ -221,6 +256,8 @@ bool DzScene::addNode(DzNode* node)
         node->DzElement::setLabel(label);
     if (!node->getName().isEmpty())
         node->setName(getUniqueTopLevelName(node->getName()));
+    _impl->labels.taken.insert(node->getLabel());
+    _impl->names.taken.insert(node->getName());
     enter(node);
     return true;
 }
@@ -246,6 +283,22 @@ void DzScene::leave(DzNode* node)
     if (!_impl->nodes.removeOne(node))
         return;
     node->_impl->inScene = false;
+    rootsChanged();
+}
+
+void DzScene::leave(const QList<DzNode*>& nodes)
+{
+    if (nodes.size() == 1)
+        return leave(nodes.first());
+    // In one go, since each of many would be looked for among all.
+    for (DzNode* node : nodes) {
+        setSelected(node, false);
+        node->_impl->inScene = false;
+    }
+    QList<DzNode*>& all = _impl->nodes;
+    all.erase(std::remove_if(all.begin(), all.end(), [](const DzNode* node) { return !node->isInScene(); }),
+              all.end());
+    rootsChanged();
 }
 
 bool DzScene::removeNode(DzNode* node)
@@ -267,8 +320,7 @@ void DzScene::expel(DzNode* node)
     for (DzNode* one : std::as_const(leaving))
         emit aboutToRemoveNode(one);
     node->detachFromParent();
-    for (DzNode* one : std::as_const(leaving))
-        leave(one);
+    leave(leaving);
     for (DzNode* one : std::as_const(leaving)) {
         one->leftScene();
         emit nodeRemoved(one);
@@ -276,7 +328,9 @@ void DzScene::expel(DzNode* node)
     }
     emit nodeListChanged();
     std::vector<QPointer<DzNode>>& removed = _impl->removed;
-    removed.erase(std::remove(removed.begin(), removed.end(), nullptr), removed.end());
+    // Those that are gone by now make room before it would grow, and not each time.
+    if (removed.size() == removed.capacity())
+        removed.erase(std::remove(removed.begin(), removed.end(), nullptr), removed.end());
     removed.push_back(node);
     node->deleteLater();
 }
@@ -315,42 +369,24 @@ QList<DzNode*> DzScene::rootNodes() const
     return roots;
 }
 
-namespace {
-
-QString FirstFree(const QString& stem, const QString& pattern, const QSet<QString>& taken)
-{
-    for (int number = 2;; ++number) {
-        const QString candidate = pattern.arg(stem, QString::number(number));
-        if (!taken.contains(candidate))
-            return candidate;
-    }
-}
-
-/// Gathered once for all candidates: a scene may hold thousands of things of one name.
-template <class TextOf>
-QSet<QString> TextsOfRoots(const QList<DzNode*>& nodes, const TextOf& textOf)
-{
-    QSet<QString> texts;
-    for (const DzNode* node : nodes)
-        if (node->isRootNode())
-            texts.insert(textOf(*node));
-    return texts;
-}
-
-} // namespace
-
 QString DzScene::getUniqueTopLevelLabel(const QString& label) const
 {
-    const QSet<QString> taken =
-        TextsOfRoots(_impl->nodes, [](const DzNode& node) { return node.getLabel(); });
-    return taken.contains(label) ? FirstFree(stripLabelNumber(label), QStringLiteral("%1 (%2)"), taken)
-                                 : label;
+    const RootTexts& texts =
+        _impl->textsOfRoots(_impl->labels, [](const DzNode& node) { return node.getLabel(); });
+    return texts.taken.contains(label) ? texts.freeText(stripLabelNumber(label), QStringLiteral("%1 (%2)"))
+                                       : label;
 }
 
 QString DzScene::getUniqueTopLevelName(const QString& name) const
 {
-    const QSet<QString> taken = TextsOfRoots(_impl->nodes, [](const DzNode& node) { return node.getName(); });
-    return taken.contains(name) ? FirstFree(name, QStringLiteral("%1 %2"), taken) : name;
+    const RootTexts& texts =
+        _impl->textsOfRoots(_impl->names, [](const DzNode& node) { return node.getName(); });
+    return texts.taken.contains(name) ? texts.freeText(name, QStringLiteral("%1 %2")) : name;
+}
+
+void DzScene::rootsChanged()
+{
+    _impl->labels.isGathered = _impl->names.isGathered = false;
 }
 
 QString DzScene::stripLabelNumber(const QString& label)

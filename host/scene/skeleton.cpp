@@ -3,6 +3,7 @@
 
 #include "dzbone.h"
 #include "dzskeleton.h"
+#include "scene/node_walk.h"
 
 #include <QHash>
 #include <QPointer>
@@ -24,29 +25,20 @@ DzSkeleton::~DzSkeleton()
         follower->setFollowTarget(nullptr);
 }
 
-namespace {
-
-void CollectBones(const DzNode& node, QList<DzBone*>* bones)
-{
-    for (int i = 0; i < node.getNumNodeChildren(); ++i) {
-        DzNode* const child = node.getNodeChild(i);
-        if (qobject_cast<DzSkeleton*>(child))
-            continue;
-        if (auto* const bone = qobject_cast<DzBone*>(child))
-            bones->append(bone);
-        CollectBones(*child, bones);
-    }
-}
-
-} // namespace
-
 const QList<DzBone*>& DzSkeleton::bones() const
 {
     if (_skeleton->stale) {
         _skeleton->stale = false;
         _skeleton->bones.clear();
         _skeleton->byName.clear();
-        CollectBones(*this, &_skeleton->bones);
+        openhost::NoteHierarchyRead();
+        openhost::WalkBelow(*this, [this](DzNode& node) {
+            if (qobject_cast<DzSkeleton*>(&node))
+                return openhost::Walk::Around;
+            if (auto* const bone = qobject_cast<DzBone*>(&node))
+                _skeleton->bones.append(bone);
+            return openhost::Walk::On;
+        });
         for (DzBone* bone : std::as_const(_skeleton->bones)) {
             if (!_skeleton->byName.contains(bone->getName()))
                 _skeleton->byName.insert(bone->getName(), bone);
@@ -121,6 +113,6 @@ DzBone::~DzBone() = default;
 void DzBone::propertyValueChanged(DzProperty* property)
 {
     DzNode::propertyValueChanged(property);
-    if (DzSkeleton* const skeleton = getSkeleton())
+    if (DzSkeleton* const skeleton = uninformedSkeleton())
         skeleton->boneChanged();
 }

@@ -56,6 +56,54 @@ TEST_F(OddParts, a_bone_whose_parent_is_nowhere_hangs_on_the_figure_and_a_line_s
         << log().toStdString();
 }
 
+TEST_F(OddParts, a_bone_whose_parent_is_nowhere_hangs_on_the_figure_also_when_it_stands_before_it)
+{
+    writeFigure(R"("node_library": [)", R"("node_library": [
+        {"id": "tip", "type": "bone", "parent": "#finger"}, {"id": "finger", "type": "bone", "parent": "#gone"},)");
+    DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    ASSERT_NE(BoneOf(*figure, "finger"), nullptr);
+    ASSERT_NE(BoneOf(*figure, "tip"), nullptr);
+    EXPECT_EQ(BoneOf(*figure, "finger")->getNodeParent(), figure);
+    EXPECT_EQ(BoneOf(*figure, "tip")->getNodeParent(), BoneOf(*figure, "finger"));
+}
+
+TEST_F(OddParts, a_bone_hangs_on_its_parent_by_id_or_by_name)
+{
+    writeFigure(R"("node_library": [)", R"("node_library": [
+        {"id": "a-1", "name": "a", "type": "bone", "parent": "#hip"},
+        {"id": "b", "type": "bone", "parent": "#a-1"}, {"id": "c", "type": "bone", "parent": "#a"},)");
+    DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    for (const char* const bone : {"b", "c"}) {
+        ASSERT_NE(BoneOf(*figure, bone), nullptr) << bone;
+        EXPECT_EQ(BoneOf(*figure, bone)->getNodeParent(), BoneOf(*figure, "a")) << bone;
+    }
+    EXPECT_FALSE(logged("hang on nothing")) << log().toStdString();
+}
+
+TEST_F(OddParts, a_bone_whose_parent_is_nowhere_hangs_on_the_first_figure_of_its_file_alone)
+{
+    writeFigure(R"("node_library": [)", R"("node_library": [
+        {"id": "Puppet", "type": "figure"}, {"id": "lone", "type": "bone", "parent": "#gone"},)");
+    const DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    EXPECT_EQ(BoneOf(*figure, "lone"), nullptr);
+}
+
+TEST_F(OddParts, of_bones_of_one_name_the_file_s_first_is_meant_however_deep_it_hangs)
+{
+    writeFigure(R"({"id": "z", "value": 0}]}],)", R"({"id": "z", "value": 0}]},
+        {"id": "deep", "name": "x", "type": "bone", "parent": "#hand"},
+        {"id": "high", "name": "x", "type": "bone", "parent": "#hip"}],)");
+    const char* const nodes = R"({"id": "d", "url": "/data/Nord/Doll/Doll.dsf#doll"},
+        {"id": "x", "url": "/data/Nord/Doll/Doll.dsf#x", "parent": "#d", "label": "Here"})";
+    ASSERT_TRUE(load("People/Names.duf", Scene(nodes))) << log().toStdString();
+    const DzNode* const found = dzScene->findNodeByLabel(QStringLiteral("Here"));
+    ASSERT_NE(found, nullptr) << log().toStdString();
+    EXPECT_EQ(found->getNodeParent()->getName(), QStringLiteral("hand"));
+}
+
 TEST_F(OddParts, nodes_are_known_whatever_their_letter_case_and_a_line_says_so)
 {
     writeShape("Up", Morph("Up", 1, 1.0));

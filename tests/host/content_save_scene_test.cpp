@@ -8,6 +8,7 @@
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzmorph.h"
+#include "dzmorphdeltas.h"
 #include "tests/host/save_fixture.h"
 #include "tests/host/scene_text.h"
 
@@ -29,6 +30,19 @@ TEST_F(SavedScene, comes_back_to_the_last_bit)
         ASSERT_TRUE(reload(file("All.duf"))) << log().toStdString();
         EXPECT_EQ(SceneText(), before);
     }
+}
+
+TEST_F(SavedScene, is_written_without_a_look_at_displacements_that_are_in_files_of_their_own)
+{
+    mini::WriteMorph(mini::Morph("Up", 1, {0, 2, 0}), _library);
+    const DzFigure* const figure = openMini();
+    ASSERT_NE(figure, nullptr);
+    const DzMorph* const up = FindMorph(*figure, "Up");
+    ASSERT_NE(up, nullptr);
+    DialOf(*figure, "Up")->setLabel(QStringLiteral("Upwards")); // which the file is to tell
+    ASSERT_EQ(save("DzSceneAssetFilter", file("All.duf")), 0) << log().toStdString();
+    EXPECT_NE(ReadBytes(file("All.duf")).find("Upwards"), std::string::npos);
+    EXPECT_FALSE(up->getDeltas()->areDeltasLoaded());
 }
 
 TEST_F(SavedScene, is_written_again_as_the_same_bytes)

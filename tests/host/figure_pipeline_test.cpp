@@ -113,6 +113,30 @@ TEST_F(FigurePipeline, at_rest_positions_are_the_base_mesh_to_the_bit)
         EXPECT_EQ(world[i], base[i]);
 }
 
+TEST_F(FigurePipeline, sees_each_turn_of_a_joint_and_each_change_of_the_bones)
+{
+    TestFigure test;
+    ExpectAt(test.at(9), 40, 10, 0);
+    test.lower->getZRotControl()->setValue(90.0f);
+    ExpectAt(test.at(9), 10, 20, 0);
+    test.lower->getZRotControl()->setValue(180.0f);
+    test.upper->getYPosControl()->setValue(5.0f);
+    ExpectAt(test.at(9), 0, -5, 0);
+    test.lower->setName(Q("renamed"));
+    test.upper->getYPosControl()->setValue(0.0f);
+    ExpectAt(test.at(9), 0, -10, 0);
+    test.lower->getZRotControl()->setValue(0.0f);
+    ExpectAt(test.at(9), 40, 10, 0);
+    // A part that was turned elsewhere comes below the figure's bones, and is turned again there.
+    auto* const finger = new DzBone;
+    finger->getZRotControl()->setValue(30.0f);
+    test.lower->addNodeChild(finger);
+    ExpectAt(test.at(9), 40, 10, 0);
+    openhost::SkinAccess::bind(*test.skin, *finger, {9}, {1});
+    finger->getZRotControl()->setValue(90.0f);
+    EXPECT_NE(test.at(9).m_x, 40.0f);
+}
+
 TEST_F(FigurePipeline, morphs_add_value_times_delta_and_leave_no_trace_at_zero)
 {
     TestFigure test;

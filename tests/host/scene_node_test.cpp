@@ -82,6 +82,35 @@ TEST_F(Scene, root_labels_and_names_become_unique_when_added)
     EXPECT_EQ(dzScene->findNodeByLabel(QStringLiteral("genesis 9")), nullptr);
 }
 
+TEST_F(Scene, labels_and_names_become_unique_among_what_the_roots_are_called_by_now)
+{
+    DzNode* const first = AddNode("Genesis 9");
+    const auto added = [] {
+        const DzNode* const node = AddNode("Genesis 9");
+        return (node->getLabel() + QLatin1Char('|') + node->getName()).toStdString();
+    };
+    EXPECT_EQ(added(), "Genesis 9 (2)|Genesis 9 2");
+    first->setLabel(QStringLiteral("Other"));
+    EXPECT_EQ(added(), "Genesis 9|Genesis 9 3");
+    first->setName(QStringLiteral("Other"));
+    EXPECT_EQ(added(), "Genesis 9 (3)|Genesis 9");
+    DzNode* const second = dzScene->findNodeByLabel(QStringLiteral("Genesis 9 (2)"));
+    first->addNodeChild(second);
+    EXPECT_EQ(added(), "Genesis 9 (2)|Genesis 9 2");
+    second->setLabel(QStringLiteral("Genesis 9 (4)"));
+    second->setName(QStringLiteral("Genesis 9 4"));
+    first->removeNodeChild(second);
+    EXPECT_EQ(added(), "Genesis 9 (5)|Genesis 9 5");
+    dzScene->removeNode(dzScene->findNode(QStringLiteral("Genesis 9 3")));
+    EXPECT_EQ(added(), "Genesis 9|Genesis 9 3");
+    DzNode* const third = dzScene->findNode(QStringLiteral("Genesis 9 3"));
+    third->addNodeChild(new DzNode);
+    dzScene->removeNode(third);
+    EXPECT_EQ(added(), "Genesis 9|Genesis 9 3");
+    first->setLabel(QString());
+    EXPECT_EQ(dzScene->getUniqueTopLevelLabel(QStringLiteral("Other")), QStringLiteral("Other (2)"));
+}
+
 TEST_F(Scene, a_label_with_percent_signs_is_no_pattern)
 {
     AddNode("Target %2 (%1)");
@@ -214,4 +243,27 @@ TEST_F(Node, bones_know_their_skeleton_and_are_found_by_name)
     EXPECT_EQ(figure->findBone(QStringLiteral("l_thigh")), nullptr);
     EXPECT_EQ(figure->findBone(QStringLiteral("thigh")), thigh);
     EXPECT_TRUE(figure->inherits("DzSkeleton"));
+}
+
+TEST_F(Node, bones_are_those_of_the_last_look_with_every_change_since)
+{
+    DzFigure* const figure = AddFigure("Mini");
+    auto *const foot = new DzBone, *const toe = new DzBone, *const heel = new DzBone;
+    for (const int look : {1, 2}) {
+        EXPECT_EQ(figure->getAllBones().size(), 2) << look;
+        DzBone* const thigh = figure->findBone(QStringLiteral("l_thigh"));
+        foot->addNodeChild(toe);
+        thigh->addNodeChild(foot);
+        foot->addNodeChild(heel);
+        EXPECT_EQ(figure->getAllBones().size(), 5) << look;
+        toe->setName(QStringLiteral("toe"));
+        EXPECT_EQ(figure->findBone(QStringLiteral("toe")), toe) << look;
+        toe->setName(QStringLiteral("big toe"));
+        EXPECT_EQ(figure->findBone(QStringLiteral("big toe")), toe) << look;
+        foot->removeNodeChild(heel);
+        thigh->removeNodeChild(foot);
+    }
+    EXPECT_EQ(figure->getAllBones().size(), 2);
+    delete heel;
+    delete foot;
 }

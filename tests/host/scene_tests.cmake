@@ -8,6 +8,7 @@ gantrel_add_tests(host_scene_tests
         figure_graft_test.cpp
         figure_pipeline_test.cpp
         scene_camera_test.cpp
+        scene_chain_test.cpp
         scene_events_test.cpp
         scene_node_test.cpp
         scene_property_test.cpp

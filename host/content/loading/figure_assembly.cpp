@@ -12,6 +12,8 @@
 #include "load_report.h"
 #include "pending_formulas.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 namespace openhost {
@@ -34,7 +36,7 @@ const dson::Modifier* FindModifier(const dson::Document& file, const std::string
 
 /// The parts in the order in which they are made; each knows those before it only.
 struct FigureAssembly::Impl {
-    Impl(std::shared_ptr<const dson::Document> definition, std::string uriPath, const std::string& nodeId,
+    Impl(std::shared_ptr<const DefinitionTree> definition, std::string uriPath, const std::string& nodeId,
          const std::optional<std::string>& geometryId)
         : file(std::move(definition), std::move(uriPath)), nodes(file, nodeId, formulas),
           mesh(file, nodes, geometryId), dials(nodes), modifiers(file, mesh, nodes, dials, formulas)
@@ -63,7 +65,7 @@ struct FigureAssembly::Impl {
     FigureModifiers modifiers;
 };
 
-FigureAssembly::FigureAssembly(std::shared_ptr<const dson::Document> definition, std::string uriPath,
+FigureAssembly::FigureAssembly(std::shared_ptr<const DefinitionTree> definition, std::string uriPath,
                                const std::string& nodeId, std::optional<std::string> geometryId)
     : _impl(std::make_unique<Impl>(std::move(definition), std::move(uriPath), nodeId, geometryId))
 {
@@ -162,6 +164,14 @@ DzNumericProperty* FigureAssembly::findDial(const dson::Uri& uri, const DzNode* 
 DzNumericProperty* FigureAssembly::findDial(const std::string& nameOrId, const DzNode& node) const
 {
     return _impl->dials.index().find(nameOrId, {&node, nullptr});
+}
+
+bool FigureAssembly::hasSkin(const dson::Uri& uri) const
+{
+    const std::vector<dson::SkinDefinition>& skins = _impl->file.definition()->skins;
+    return std::any_of(skins.begin(), skins.end(),
+                       [&uri](const dson::SkinDefinition& skin) { return skin.binding.id == uri.id; }) &&
+           isNamedBy(uri.path);
 }
 
 bool FigureAssembly::isNamedBy(const std::string& uriPath) const

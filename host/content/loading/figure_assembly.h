@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "definition_tree.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
 #include "formula_links.h"
@@ -24,13 +25,13 @@ namespace openhost {
 class FigureAssembly {
 public:
     /// Builds the node, the nodes below it and its geometry.
-    /// @param definition  the file that defines it; shared, since morphs and formulas are resolved against it
+    /// @param definition  of the file that defines it; shared, since formulas are resolved against it
     /// @param uriPath     decoded path of that file as the referring file spells it
     /// @param nodeId      id of the root node in the definition
     /// @param geometryId  id of its geometry in the definition, empty for a node without; if not given, the
     ///                    one that its skin names, else the first
     /// @throws base::FormatError  there is no such node, or its skin does not fit its mesh
-    FigureAssembly(std::shared_ptr<const dson::Document> definition, std::string uriPath,
+    FigureAssembly(std::shared_ptr<const DefinitionTree> definition, std::string uriPath,
                    const std::string& nodeId, std::optional<std::string> geometryId = std::nullopt);
     ~FigureAssembly();
     FigureAssembly(FigureAssembly&&) noexcept;
@@ -71,6 +72,7 @@ public:
     DzNumericProperty* findDial(const dson::Uri& uri, const DzNode* node) const;
     DzNumericProperty* findDial(const std::string& nameOrId, const DzNode& node) const; ///< likewise
     bool hasDialOf(const dson::Uri& uri) const;       ///< as the file that the URI names defines it
+    bool hasSkin(const dson::Uri& uri) const;         ///< the figure's file defines it
     bool isNamedBy(const std::string& uriPath) const; ///< the path is that of the figure's file
 
 private:

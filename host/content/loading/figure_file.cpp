@@ -33,14 +33,14 @@ bool IsPresetFile(const std::string& decodedPath)
     return decodedPath.size() > length && FoldCase(decodedPath.substr(decodedPath.size() - length)) == ".duf";
 }
 
-FigureFile::FigureFile(std::shared_ptr<const dson::Document> definition, std::string path)
-    : _definition(std::move(definition)), _path(std::move(path))
+FigureFile::FigureFile(std::shared_ptr<const DefinitionTree> tree, std::string path)
+    : _tree(std::move(tree)), _path(std::move(path)), _key(PathKey(_path))
 {
 }
 
 bool FigureFile::isAt(const std::string& path) const
 {
-    return PathKey(path) == PathKey(_path);
+    return path == _path || PathKey(path) == _key;
 }
 
 bool FigureFile::isHome(const std::string& path) const

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "dson/reader.h"
+#include "definition_tree.h"
 
 #include <memory>
 #include <string>
@@ -18,9 +18,10 @@ bool IsPresetFile(const std::string& decodedPath);
 class FigureFile {
 public:
     /// @param path  decoded, as the referring file spells it; empty for a node that no file defines
-    FigureFile(std::shared_ptr<const dson::Document> definition, std::string path);
+    FigureFile(std::shared_ptr<const DefinitionTree> tree, std::string path);
 
-    const std::shared_ptr<const dson::Document>& definition() const { return _definition; }
+    const DefinitionTree& tree() const { return *_tree; }
+    const std::shared_ptr<const dson::Document>& definition() const { return _tree->document(); }
     const std::string& path() const { return _path; }
 
     bool isAt(const std::string& path) const; ///< the path is that of this file
@@ -36,8 +37,8 @@ public:
     void note(std::string what) const; ///< likewise, where nothing is amiss
 
 private:
-    std::shared_ptr<const dson::Document> _definition;
-    std::string _path;
+    std::shared_ptr<const DefinitionTree> _tree;
+    std::string _path, _key;
 };
 
 } // namespace openhost

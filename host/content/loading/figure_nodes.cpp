@@ -10,23 +10,11 @@
 #include "load_report.h"
 #include "loading/channel_properties.h"
 
-#include <algorithm>
-#include <unordered_set>
-
 #include <fmt/format.h>
 
 namespace openhost {
 
 namespace {
-
-/// What the nodes of a file answer to.
-std::unordered_set<std::string> TextsOf(const dson::Document& file)
-{
-    std::unordered_set<std::string> texts;
-    for (const dson::Node& node : file.nodes)
-        texts.insert({node.id, node.name});
-    return texts;
-}
 
 bool HasLimitsBeyond(const dson::Node& node)
 {
@@ -48,14 +36,12 @@ FigureNodes::FigureNodes(const FigureFile& file, std::string rootId, PendingForm
     enter(top, *_ownedRoot, formulas);
     // What does not hang on this figure belongs to another one.
     Waiting waiting;
-    for (const dson::Node& source : _file.definition()->nodes) {
-        if (&source == &top)
-            continue;
-        const auto parent = _nodes.find(source.parent);
+    for (const dson::Node* const source : _file.tree().candidates(top)) {
+        const auto parent = _nodes.find(source->parent);
         if (parent == _nodes.end())
-            waiting[source.parent].push_back(&source);
+            waiting[source->parent].push_back(source);
         else
-            make(source, *parent->second, waiting, formulas);
+            make(*source, *parent->second, waiting, formulas);
     }
     adopt(top, waiting, formulas);
 }
@@ -83,22 +69,14 @@ void FigureNodes::make(const dson::Node& first, DzNode& parent, Waiting& waiting
 
 void FigureNodes::adopt(const dson::Node& top, Waiting& waiting, PendingFormulas& formulas)
 {
-    if (waiting.empty())
-        return;
-    const std::vector<dson::Node>& all = _file.definition()->nodes;
-    const std::unordered_set<std::string> texts = TextsOf(*_file.definition());
-    const auto isFirst =
-        std::find_if(all.begin(), all.end(), [](const dson::Node& node) { return node.type != "bone"; });
-    if (isFirst == all.end() || &*isFirst != &top)
+    if (!_file.tree().isFirstFigure(top))
         return;
     std::vector<std::string> orphans;
-    for (const dson::Node& source : all) {
-        const bool isOrphan =
-            source.type == "bone" && !source.parent.empty() && texts.count(source.parent) == 0;
-        if (!isOrphan || _nodes.count(source.id) > 0)
+    for (const dson::Node* const source : _file.tree().orphans()) {
+        if (_nodes.count(source->id) > 0)
             continue;
-        orphans.push_back(source.id);
-        make(source, root(), waiting, formulas);
+        orphans.push_back(source->id);
+        make(*source, root(), waiting, formulas);
     }
     if (!orphans.empty())
         _file.warn(fmt::format("{} bones hang on nothing that is there and are hung on the figure itself{}",
@@ -107,15 +85,12 @@ void FigureNodes::adopt(const dson::Node& top, Waiting& waiting, PendingFormulas
 
 const dson::Node& FigureNodes::definitionOf(const std::string& id) const
 {
-    const std::vector<dson::Node>& all = _file.definition()->nodes;
-    for (const dson::Node& candidate : all)
-        if (candidate.id == id)
-            return candidate;
-    for (const dson::Node& candidate : all)
-        if (FoldCase(candidate.id) == FoldCase(id)) {
-            _otherSpellings.insert(id);
-            return candidate;
-        }
+    if (const dson::Node* const exact = _file.tree().find(id))
+        return *exact;
+    if (const dson::Node* const alike = _file.tree().findIgnoringCase(id)) {
+        _otherSpellings.insert(id);
+        return *alike;
+    }
     throw base::FormatError("{}: has no node {}", _file.definition()->file.string(), id);
 }
 

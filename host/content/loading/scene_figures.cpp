@@ -39,21 +39,19 @@ std::optional<std::string> GeometryOf(const dson::NodeInstance& instance, const 
 }
 
 /// A bone that hangs on another node of its file is a part of a figure.
-bool IsBone(const dson::Document& definition, const std::string& id)
+bool IsBone(const DefinitionTree& definition, const std::string& id)
 {
-    for (const dson::Node& node : definition.nodes)
-        if (node.id == id)
-            return node.type == "bone" && !node.parent.empty();
-    return false;
+    const dson::Node* const node = definition.find(id);
+    return node && node->type == "bone" && !node->parent.empty();
 }
 
 /// A node that nothing but its instance describes.
-std::shared_ptr<const dson::Document> GroupOf(const dson::NodeInstance& instance)
+std::shared_ptr<const DefinitionTree> GroupOf(const dson::NodeInstance& instance)
 {
     auto document = std::make_shared<dson::Document>();
     document->nodes.push_back(dson::MakeNode(instance.id, instance.label, "node"));
     document->nodes.back().dform = instance.dform;
-    return document;
+    return std::make_shared<DefinitionTree>(std::move(document));
 }
 
 /// Files that users save may be overwritten while the scene still needs the morphs in them.
@@ -119,6 +117,17 @@ std::shared_ptr<const dson::Document> SceneFigures::documentOf(const dson::Uri& 
     return _library.read(file);
 }
 
+std::shared_ptr<const DefinitionTree>
+SceneFigures::treeOf(const std::shared_ptr<const dson::Document>& document)
+{
+    if (!document)
+        return nullptr;
+    std::shared_ptr<const DefinitionTree>& tree = _trees[document.get()];
+    if (!tree)
+        tree = std::make_shared<DefinitionTree>(document);
+    return tree;
+}
+
 DzNode* SceneFigures::selectedNode(const std::string& reference) const
 {
     const dson::Uri uri = dson::ParseUri(reference);
@@ -164,8 +173,8 @@ bool SceneFigures::instantiate(const dson::NodeInstance& instance, const dson::U
 {
     try {
         const bool isDefined = !instance.url.empty();
-        const std::shared_ptr<const dson::Document> definition =
-            isDefined ? documentOf(url) : GroupOf(instance);
+        const std::shared_ptr<const DefinitionTree> definition =
+            isDefined ? treeOf(documentOf(url)) : GroupOf(instance);
         if (!definition)
             return false;
         if (IsBone(*definition, url.id)) {
@@ -173,7 +182,8 @@ bool SceneFigures::instantiate(const dson::NodeInstance& instance, const dson::U
             return false;
         }
         FigureAssembly assembly(definition, isDefined ? pathOf(url) : std::string(),
-                                isDefined ? url.id : definition->nodes.front().id, GeometryOf(instance, url));
+                                isDefined ? url.id : definition->document()->nodes.front().id,
+                                GeometryOf(instance, url));
         assembly.addMorphsOnDisk(_library);
         DzNode& root = assembly.root();
         _figures.all().push_back({std::move(assembly), &instance, &root, parent});
@@ -209,6 +219,9 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
     FigureAssembly& assembly = _figures.all()[place->figure].assembly;
     assembly.addFormulas(instance.formulas, _document);
     const dson::Uri url = uriOf(instance);
+    // Every figure has one; it would be looked for among all dials by all that they are called.
+    if (assembly.hasSkin(url))
+        return;
     DzNumericProperty* const property = findDial(assembly, url, *place->node);
     if (instance.effect)
         assembly.applyEffect(instance, url.path);

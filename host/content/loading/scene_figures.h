@@ -44,6 +44,8 @@ private:
     /// The URL of the definition, with this file's path where it has none.
     dson::Uri uriOf(const dson::ModifierInstance& instance) const;
     std::shared_ptr<const dson::Document> documentOf(const dson::Uri& uri);
+    /// Of a file that the URL of an instance names.
+    std::shared_ptr<const DefinitionTree> treeOf(const std::shared_ptr<const dson::Document>& document);
     /// What a reference to the selection means in the scene; null for other references.
     DzNode* selectedNode(const std::string& reference) const;
 
@@ -75,6 +77,7 @@ private:
     std::shared_ptr<const dson::Document> _document;
     QPointer<DzNode> _selected; ///< when the load began
     LoadReport _report;
+    std::unordered_map<const dson::Document*, std::shared_ptr<const DefinitionTree>> _trees;
     LoadedFigures _figures;
     std::vector<const dson::ModifierInstance*> _onSelection;
     std::set<std::string> _failed; ///< instances that stand for nothing
