@@ -95,6 +95,15 @@ TEST_F(AddOns, that_name_each_other_are_loaded_once)
     EXPECT_EQ(dzScene->getNumSkeletons(), 2);
 }
 
+TEST_F(AddOns, may_be_lists_of_further_ones)
+{
+    writeShirt();
+    write("Clothes/Shirt.duf", Scene(shirt("")));
+    write("Clothes/Set.duf", File(R"("scene": {"extra": {"PostLoadAddons": ["/Clothes/Shirt.duf"]}})"));
+    ASSERT_TRUE(openWith(addOn("Top", "/Clothes/Set.duf")));
+    EXPECT_NE(find("Shirt"), nullptr) << log().toStdString();
+}
+
 TEST_F(AddOns, leave_scripts_alone_and_say_so)
 {
     ASSERT_TRUE(openWith("", "/data/Nord/Load%20All.DSE"));

@@ -87,6 +87,9 @@ private:
 
     void enter(const std::shared_ptr<const dson::Document>& document)
     {
+        // It may be there for its own add-ons alone.
+        if (document->nodeInstances.empty() && document->nodes.empty() && !document->addOns.empty())
+            return;
         const bool isFigureFile = document->nodeInstances.empty() && !document->nodes.empty();
         if (!isFigureFile && IsPreset(*document)) {
             dzScene->selectAllNodes(false);
