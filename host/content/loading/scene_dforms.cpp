@@ -12,6 +12,8 @@
 
 #include <algorithm>
 
+#include <unordered_set>
+
 #include <fmt/format.h>
 
 namespace openhost {
@@ -48,16 +50,15 @@ void Collect(DzNode& node, Parts& parts)
 Parts PartsOf(const LoadedFigures& figures)
 {
     Parts parts;
+    std::unordered_set<const DzNode*> met;
     for (const LoadedFigure& figure : figures.all()) {
+        // What hangs on another figure has come with that.
+        if (!met.insert(figure.node).second)
+            continue;
         Collect(*figure.node, parts);
         for (QObject* const child : figure.node->getNodeChildren(true)) {
             auto* const node = qobject_cast<DzNode*>(child);
-            const bool isOther =
-                std::any_of(figures.all().begin(), figures.all().end(), [&](const LoadedFigure& other) {
-                    return other.node != figure.node && IsBelow(*other.node, *figure.node) &&
-                           IsBelow(*node, *other.node);
-                });
-            if (!isOther)
+            if (met.insert(node).second)
                 Collect(*node, parts);
         }
     }
