@@ -108,6 +108,10 @@ ModifierInstance ParseModifierInstance(const Element& json, ParseContext& contex
         instance.value = Number(*channel, "current_value");
         if (!instance.value)
             instance.value = Number(*channel, "value");
+        const bool saysValue = Find(*channel, "current_value") || Find(*channel, "value");
+        const std::string type = Text(*channel, "type", "float");
+        if (!instance.value && saysValue && type != "string" && type != "alias")
+            context.warn(instance.id, "is set to what is no number that a dial can hold; it stays as it is");
         instance.change = ParseChannelChange(*channel);
     }
     instance.formulas = ParseFormulas(json, context);

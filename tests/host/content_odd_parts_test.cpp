@@ -264,3 +264,17 @@ TEST_F(OddParts, limits_beyond_single_precision_are_the_nearest_and_a_line_says_
     EXPECT_TRUE(logged("2 morphs have limits beyond single precision and get the nearest, such as "))
         << log().toStdString();
 }
+
+TEST_F(OddParts, a_dial_that_is_set_to_no_number_stays_and_a_line_says_so)
+{
+    writeShape("Up", Morph("Up", 6, 1.0));
+    for (const char* const value : {"\"0.55\"", "1e300", "[1]"}) {
+        ASSERT_TRUE(load(std::string("Scenes/") + std::to_string(timesLogged("Up-1: is set")) + ".duf",
+                         Scene(Instance(), R"(, "modifiers": [{"id": "Up-1", "parent": "#Doll-1",
+            "url": "/data/Nord/Doll/Morphs/Nord/Shapes/Up.dsf#Up", "channel": {"id": "value", "current_value": )" +
+                                               std::string(value) + "}}]")));
+        EXPECT_EQ(ValueIn(*dzScene->getPrimarySelection(), "Up"), 0.0) << value;
+    }
+    EXPECT_EQ(timesLogged("Up-1: is set to what is no number that a dial can hold; it stays as it is"), 3)
+        << log().toStdString();
+}
