@@ -73,7 +73,8 @@ std::vector<SharedPoint> PointsOf(const DzSkeleton& skeleton)
                 return Length(other.point.position - place) <= coincident;
             });
             if (same == points.end())
-                same = points.insert(same, {{place, JointsAround(skeleton.bones(), *bone)}, {}});
+                same = points.insert(
+                    same, SharedPoint{geometry::RigPoint{place, JointsAround(skeleton.bones(), *bone)}, {}});
             same->uses.emplace_back(bone, member);
         }
     return points;
