@@ -8,8 +8,10 @@
 #include "dzscene.h"
 #include "dzskeleton.h"
 #include "figure/pipeline.h"
+#include "openhost/diagnostics.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace openhost {
 
@@ -64,6 +66,15 @@ geometry::PolygonMeshView MeshWithGrafts(DzNode& node)
     return grafts.empty() ? pipeline.world().view() : pipeline.grafted(grafts).view();
 }
 
+/// Rays lose their way among places that are farther out than anything in the world.
+bool CanBeDrawn(const geometry::PolygonMeshView& mesh)
+{
+    constexpr float farthest = 1e9f; // cm
+    return std::all_of(mesh.positions.begin(), mesh.positions.end(), [](geometry::Vec3f p) {
+        return std::abs(p.x) <= farthest && std::abs(p.y) <= farthest && std::abs(p.z) <= farthest;
+    });
+}
+
 /// @param isAlone  the figure that it may be grafted onto is not in the picture
 void AddItem(ScenePicture& picture, DzNode& node, bool isAlone)
 {
@@ -71,6 +82,13 @@ void AddItem(ScenePicture& picture, DzNode& node, bool isAlone)
         return;
     geometry::PictureItem item;
     item.mesh = MeshWithGrafts(node);
+    if (!CanBeDrawn(item.mesh)) {
+        Report({base::Severity::Warning,
+                {},
+                node.getLabel().toStdString(),
+                "reaches too far out to be drawn and is left out of the picture"});
+        return;
+    }
     picture.items.push_back(item);
     picture.nodes.push_back(&node);
 }

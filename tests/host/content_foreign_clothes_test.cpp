@@ -182,3 +182,15 @@ TEST_F(ForeignScene, a_wearable_with_nobody_to_wear_it_stands_alone)
     }
     EXPECT_EQ(timesLogged("there is nothing that Shirt can be fitted to"), 3);
 }
+
+TEST_F(ForeignScene, what_is_farther_out_than_anything_is_left_out_of_pictures_and_told)
+{
+    writeHat();
+    ASSERT_TRUE(
+        load("Scenes/Far.duf", Scene(Instance() + R"(, {"id": "Hat-i", "url": "/data/Nord/Hat.dsf#Hat",
+        "label": "Far Hat", "translation": [{"id": "x", "current_value": 1e18}]})")));
+    ASSERT_NE(dzScene->findNodeByLabel(QStringLiteral("Far Hat")), nullptr);
+    EXPECT_EQ(openhost::VisibleItems(*dzScene).nodes.size(), 1u);
+    EXPECT_TRUE(logged("Far Hat: reaches too far out to be drawn and is left out of the picture"))
+        << log().toStdString();
+}
