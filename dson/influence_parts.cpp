@@ -1,9 +1,10 @@
 // Turning the members of a DSON file into values: influence weights.
 // SPDX-License-Identifier: MIT
 
-#include "json_rows.h"
 #include "parts.h"
 #include "weight_losses.h"
+
+#include <algorithm>
 
 namespace dson {
 
@@ -55,19 +56,11 @@ std::optional<InfluenceMap> ParseInfluenceMap(const Element& holder, const std::
     map.owner = owner;
     map.isDForm = inDForm;
     map.vertexCount = Count(holder, "influence_vertex_count", Count(holder, "vertex_count", -1));
-    const double limit = map.vertexCount > 0 ? static_cast<double>(map.vertexCount) : unlimited;
     WeightLosses losses;
-    ForEachValue(holder, "influence_weights", [&](const Element& row) {
-        double pair[2];
-        if (!IsRow(row, pair, 2)) {
-            ++losses.rows;
-        } else if (!IsIndex(pair[0], limit)) {
-            ++losses.vertices;
-        } else {
-            map.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
-            map.weights.push_back(losses.held(pair[1]));
-        }
-    });
+    const auto vertexCount = static_cast<std::uint32_t>(std::max<std::int64_t>(map.vertexCount, 0));
+    WeightMap weights = ParseWeights(holder, "influence_weights", vertexCount, losses);
+    map.vertices = std::move(weights.vertices);
+    map.weights = std::move(weights.weights);
     if (told)
         losses.tell(owner, *told);
     if (map.vertices.empty())

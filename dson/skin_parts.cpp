@@ -16,26 +16,6 @@ namespace dson {
 
 namespace {
 
-WeightMap ParseWeights(const Element& owner, std::string_view key, std::uint32_t vertexCount,
-                       WeightLosses& losses)
-{
-    WeightMap map;
-    // A skin that does not say for how many vertices it is, is checked against the mesh that it binds.
-    const double limit = vertexCount > 0 ? vertexCount : unlimited;
-    ForEachValue(owner, key, [&](const Element& row) {
-        double pair[2];
-        if (!IsRow(row, pair, 2)) {
-            ++losses.rows;
-        } else if (!IsIndex(pair[0], limit)) {
-            ++losses.vertices;
-        } else {
-            map.vertices.push_back(static_cast<std::uint32_t>(pair[0]));
-            map.weights.push_back(losses.held(pair[1]));
-        }
-    });
-    return map;
-}
-
 /// The mean of the three axes' weights; one list for all of them is taken as it is.
 WeightMap MeanOfAxes(const Element& joint, const Element& axes, std::uint32_t vertexCount,
                      WeightLosses& losses)

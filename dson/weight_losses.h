@@ -40,4 +40,9 @@ struct WeightLosses {
     }
 };
 
+/// The weights that a member lists.
+/// @param vertexCount  of their mesh; 0 for unknown
+WeightMap ParseWeights(const Element& owner, std::string_view key, std::uint32_t vertexCount,
+                       WeightLosses& losses);
+
 } // namespace dson
