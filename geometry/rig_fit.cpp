@@ -5,6 +5,7 @@
 
 #include "geometry/errors.h"
 #include "geometry/normals.h"
+#include "geometry/surface_distance.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,7 +26,8 @@ using Jacobian = Eigen::Matrix<double, 3, 7>;
 using NormalMatrix = Eigen::Matrix<double, 7, 7>;
 
 constexpr double scaleOfCauchy = 2.5;  ///< in weighted medians of what does not fit
-constexpr double largestShare = 0.02;  ///< of all flesh that one vertex may have
+constexpr double largestShare = 0.1;   ///< of all flesh that one vertex may have
+constexpr int roundsOfSharing = 8;     ///< as what one vertex may have shrinks with what it had
 constexpr double smallestScale = 1e-4; ///< cm
 constexpr double damping = 1e-3;       ///< of turn and growth, where the surface does not tell
 
@@ -88,9 +90,17 @@ struct Surroundings {
 /// A vertex as a point sees it.
 struct Sample {
     std::uint32_t vertex;
-    double weight;  ///< of its flesh
-    double fits;    ///< 0..1
-    Jacobian along; ///< of the displacement by the parameters, as far as it lies along the surface
+    double weight; ///< of its flesh
+    double fits;   ///< 0..1
+    /// The normal, as long as what goes across the surface is not to count: 1 for bone, 0 for flesh.
+    Vector3d across;
+    Jacobian along; ///< of the displacement by the parameters, as far as it counts
+
+    Vector3d counted(Vec3f displacement) const
+    {
+        const Vector3d d = ToEigen(displacement);
+        return d - across * across.dot(d);
+    }
 };
 
 double OwnFlesh(const SkinWeights& weights, std::uint32_t vertex, const std::vector<std::uint32_t>& joints)
@@ -103,27 +113,24 @@ double OwnFlesh(const SkinWeights& weights, std::uint32_t vertex, const std::vec
 }
 
 /// By the order of the curve: area, less with the cube of the distance.
-std::vector<double> FleshWeights(const Surroundings& all, const RigPoint& point)
+std::vector<double> FleshWeights(const Surroundings& all, const RigPoint& point, double depth)
 {
     std::vector<double> flesh;
     flesh.reserve(all.order.size());
-    double depth = INFINITY;
-    for (const std::uint32_t vertex : all.order) {
-        flesh.push_back(Length(all.mesh.positions[vertex] - point.position));
-        depth = std::min(depth, flesh.back());
-    }
     const double nearness = all.options.nearness + depth;
     const double foreign = all.weights.joints.empty() ? 1.0 : all.options.foreignFlesh;
-    for (std::size_t i = 0; i < flesh.size(); ++i) {
-        const std::uint32_t vertex = all.order[i];
+    for (const std::uint32_t vertex : all.order) {
         const double own = foreign < 1.0 ? OwnFlesh(all.weights, vertex, point.joints) : 1.0;
-        const double distance = flesh[i] + nearness;
-        flesh[i] = all.areas[vertex] * (foreign + (1.0 - foreign) * own) / (distance * distance * distance);
+        const double distance = Length(all.mesh.positions[vertex] - point.position) + nearness;
+        flesh.push_back(all.areas[vertex] * (foreign + (1.0 - foreign) * own) /
+                        (distance * distance * distance));
     }
     // A vertex that a joint happens to lie on would be all that fits.
-    const double most = std::accumulate(flesh.begin(), flesh.end(), 0.0) * largestShare;
-    for (double& one : flesh)
-        one = std::min(one, most);
+    for (int round = 0; round < roundsOfSharing; ++round) {
+        const double most = std::accumulate(flesh.begin(), flesh.end(), 0.0) * largestShare;
+        for (double& one : flesh)
+            one = std::min(one, most);
+    }
     return flesh;
 }
 
@@ -142,13 +149,15 @@ std::vector<Sample> TakeSamples(const Surroundings& all, const std::vector<doubl
         for (; !takesAll && next <= passed; next += step)
             weight += step;
         if (weight > 0.0)
-            samples.push_back({all.order[i], weight / total, 1.0, Jacobian::Zero()});
+            samples.push_back({all.order[i], weight / total, 1.0, Vector3d::Zero(), Jacobian::Zero()});
     }
     return samples;
 }
 
-void SetUp(const Surroundings& all, const RigPoint& point, std::vector<Sample>& samples)
+void SetUp(const Surroundings& all, const RigPoint& point, double depth, std::vector<Sample>& samples)
 {
+    // A point on the surface is flesh and goes with it; one below is bone.
+    const double bone = depth > 0.0 ? std::sqrt(depth / (depth + all.options.nearness)) : 0.0;
     const Vector3d center = ToEigen(point.position);
     double spread = 0.0;
     for (const Sample& sample : samples)
@@ -157,18 +166,21 @@ void SetUp(const Surroundings& all, const RigPoint& point, std::vector<Sample>& 
     const double unit = spread > 0.0 ? 1.0 / std::sqrt(spread) : 1.0;
     for (Sample& sample : samples) {
         const Vector3d q = (ToEigen(all.mesh.positions[sample.vertex]) - center) * unit;
-        const Vector3d n = ToEigen(all.normals[sample.vertex]);
+        sample.across = bone * ToEigen(all.normals[sample.vertex]);
         Jacobian full;
         full << Matrix3d::Identity(), Vector3d(0, -q.z(), q.y()), Vector3d(q.z(), 0, -q.x()),
             Vector3d(-q.y(), q.x(), 0), q;
-        sample.along = full - n * (n.transpose() * full);
+        sample.along = full - sample.across * (sample.across.transpose() * full);
     }
 }
 
-Vector3d AlongSurface(const Surroundings& all, std::uint32_t vertex)
+Parameters RightSide(const std::vector<Sample>& samples, base::Span<const Vec3f> displacements)
 {
-    const Vector3d d = ToEigen(all.whole[vertex]), n = ToEigen(all.normals[vertex]);
-    return d - n * n.dot(d);
+    Parameters sum = Parameters::Zero();
+    for (const Sample& sample : samples)
+        sum.noalias() += (sample.weight * sample.fits) * sample.along.transpose() *
+                         sample.counted(displacements[sample.vertex]);
+    return sum;
 }
 
 NormalMatrix NormalEquations(const std::vector<Sample>& samples)
@@ -234,14 +246,10 @@ Fit FitSamples(const Surroundings& all, std::vector<Sample>& samples)
             for (std::size_t i = 0; i < samples.size(); ++i)
                 samples[i].fits = 1.0 / (1.0 + lengths[i] * lengths[i] / (scale * scale));
         }
-        Parameters right = Parameters::Zero();
-        for (const Sample& sample : samples)
-            right.noalias() +=
-                (sample.weight * sample.fits) * sample.along.transpose() * ToEigen(all.whole[sample.vertex]);
         fit.inverse = NormalEquations(samples).inverse();
-        found = fit.inverse * right;
+        found = fit.inverse * RightSide(samples, all.whole);
         for (std::size_t i = 0; i < samples.size(); ++i) {
-            lengths[i] = (AlongSurface(all, samples[i].vertex) - samples[i].along * found).norm();
+            lengths[i] = (samples[i].counted(all.whole[samples[i].vertex]) - samples[i].along * found).norm();
             misfits[i] = {lengths[i], samples[i].weight};
         }
         median = Median(misfits);
@@ -251,19 +259,15 @@ Fit FitSamples(const Surroundings& all, std::vector<Sample>& samples)
 }
 
 /// @return one shift per part
-std::vector<Vec3f> ShiftsOf(const Surroundings& all, const RigPoint& point,
+std::vector<Vec3f> ShiftsOf(const Surroundings& all, const RigPoint& point, double depth,
                             base::Span<const std::vector<Vec3f>> parts)
 {
-    std::vector<Sample> samples = TakeSamples(all, FleshWeights(all, point));
-    SetUp(all, point, samples);
+    std::vector<Sample> samples = TakeSamples(all, FleshWeights(all, point, depth));
+    SetUp(all, point, depth, samples);
     const Fit fit = FitSamples(all, samples);
     std::vector<Vec3f> shifts;
     for (const std::vector<Vec3f>& part : parts) {
-        Parameters right = Parameters::Zero();
-        for (const Sample& sample : samples)
-            right.noalias() +=
-                (sample.weight * sample.fits) * sample.along.transpose() * ToEigen(part[sample.vertex]);
-        const Vector3d shift = fit.shorten * (fit.inverse.topRows<3>() * right);
+        const Vector3d shift = fit.shorten * (fit.inverse.topRows<3>() * RightSide(samples, part));
         shifts.push_back(FromEigen(shift));
     }
     return shifts;
@@ -306,9 +310,13 @@ std::vector<std::vector<Vec3f>> FitRig(const PolygonMeshView& neutral, const Ski
     if (all.order.empty())
         throw TopologyError("the mesh has no face with an area");
 
+    std::vector<Vec3f> places;
+    for (const RigPoint& point : points)
+        places.push_back(point.position);
+    const std::vector<float> depths = SurfaceDistances(places, neutral);
     std::vector<std::vector<Vec3f>> shifts(parts.size(), std::vector<Vec3f>(points.size()));
     tbb::parallel_for(std::size_t{0}, points.size(), [&](std::size_t p) {
-        const std::vector<Vec3f> ofParts = ShiftsOf(all, points[p], parts);
+        const std::vector<Vec3f> ofParts = ShiftsOf(all, points[p], depths[p], parts);
         for (std::size_t part = 0; part < parts.size(); ++part)
             shifts[part][p] = ofParts[part];
     });

@@ -96,6 +96,18 @@ TEST(FitRig, leaves_the_axis_of_a_tube_in_place_when_flesh_grows_on_it)
         EXPECT_LE(Length(shift), 1e-3f);
 }
 
+TEST(FitRig, takes_points_on_the_surface_along_with_flesh_that_grows)
+{
+    const PolygonMesh tube = Tube(4, 40);
+    const auto outwards = [](Vec3f p) { return Vec3f{p.x, 0, p.z} * 0.25f; };
+    const Vec3f onSurface = tube.positions[20 * 24];
+    const std::vector<Vec3f> shifts =
+        Shifts(tube, At({onSurface, onSurface * 0.9f, {0, 0, 0}}), On(tube, outwards));
+    EXPECT_GE(shifts[0].x, 0.8f); // of 1 cm
+    EXPECT_LE(shifts[1].x, shifts[0].x);
+    EXPECT_LE(Length(shifts[2]), 1e-3f);
+}
+
 TEST(FitRig, does_not_listen_to_flesh_that_does_its_own_thing)
 {
     const PolygonMesh tube = Tube(4, 40);
@@ -294,9 +306,10 @@ float ShareAbove(const std::vector<float>& errors, float limit)
 
 } // namespace
 
-// Some of the true joints do not follow the flesh around them at all: an ankle moves outwards by 14 mm where
-// all of its skin moves by 2 mm, and the spine stays where it is while the pelvis' own end moves by 5 cm. So
-// a few stay far off, whatever is done.
+// Some of the true joints do not follow the flesh around them at all. Of the mixtures of what the skin does
+// within twice a joint's depth, the best one is still off by 17 mm at the head's centre, 16 mm at the chest's
+// and 9 mm at the ankles, where joints move 14 mm outwards and the skin moves by 3 mm. So some stay more than
+// 10 mm off, whatever is done.
 TEST(RigAccuracy, is_within_three_millimetres_in_the_mean)
 {
     const auto folder = humans::Folder();
@@ -338,6 +351,8 @@ TEST(RigAccuracy, is_within_three_millimetres_in_the_mean)
         EXPECT_LE(Summarize(errors.ends).mean, 0.3f);
         EXPECT_LE(ShareAbove(errors.centers, 1.0f), 0.1f);
         EXPECT_LE(ShareAbove(errors.ends, 1.0f), 0.1f);
+        EXPECT_LE(Summarize(errors.centers).max, 2.0f);
+        EXPECT_LE(Summarize(errors.ends).max, 2.0f);
     }
     // From another body to this one; without a fit it would be 170 mm.
     EXPECT_LE(Summarize(whole.centers).mean, 1.0f);

@@ -20,7 +20,9 @@ struct RigPoint {
 };
 
 struct RigFitOptions {
-    float nearness = 0.5f;      ///< cm; added to the point's depth, within which all flesh counts alike
+    /// cm; added to the point's depth, within which all flesh counts alike. A point half bone, half flesh
+    /// lies this deep.
+    float nearness = 0.25f;
     float foreignFlesh = 0.5f;  ///< how much flesh counts that hangs on none of the point's joints
     int rounds = 10;            ///< of fitting and of judging anew what fits
     std::size_t samples = 1000; ///< vertices that a point looks at, if the mesh has as many
@@ -28,12 +30,13 @@ struct RigFitOptions {
 
 /// How far each point moves with a change of shape, for each part of the change.
 ///
-/// Around each point the change is fitted by one move, turn and even growth. Only what happens along the
-/// surface counts: flesh grows along its normals and leaves the bones where they are, while bones take the
-/// surface along. Flesh that does its own thing loses its say from round to round (iteratively reweighted
-/// least squares with Cauchy's weights). A shift no longer than what the fit leaves unexplained is shortened,
-/// as an estimate of zero with noise would be. What comes out is linear in the displacements once these
-/// weights are known, so the shifts of the parts add up to that of the whole if the parts do.
+/// Around each point the change is fitted by one move, turn and even growth. For a point below the surface,
+/// only what happens along the surface counts: flesh grows along its normals and leaves the bones where they
+/// are, while bones take the surface along. A point on the surface goes with it. Flesh that does its own
+/// thing loses its say from round to round (iteratively reweighted least squares with Cauchy's weights). A
+/// shift no longer than what the fit leaves unexplained is shortened, as an estimate of zero with noise would
+/// be. What comes out is linear in the displacements once these weights are known, so the shifts of the parts
+/// add up to that of the whole if the parts do.
 ///
 /// @param neutral  the shape before the change; with faces
 /// @param weights  of the mesh; without joints for none, and all flesh counts
