@@ -151,6 +151,9 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     progress.stage("Measuring the result");
     for (const GntCreatedMorph& morph : outcome.created)
         report.created.push_back(DescribeMorph(outcome.params->figTarget, morph));
+    // Joints that follow a morph turn the posed legs about other places, which says nothing of the shape.
+    if (GntMakesWholeFigure(outcome.request.jobs))
+        report.distance = MeasureDistance(outcome);
     if (request.adjustsRig) {
         progress.stage("Adjusting the rig");
         AdjustRig(outcome, report);
@@ -159,11 +162,8 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
         progress.stage("Saving the morphs");
         Save(*request.save, outcome);
         AddSavedFiles(outcome.params->figTarget, request.save->contentDirectory, report);
-        progress.stage("Measuring the result");
     }
     GntWearMorphs(outcome.created);
-    if (GntMakesWholeFigure(outcome.request.jobs))
-        report.distance = MeasureDistance(outcome);
     WriteExtras(request, outcome, progress, report);
     progress.finish();
     AddMet(session.diagnostics(), report.diagnostics);

@@ -56,8 +56,8 @@ struct ConversionReport {
     std::optional<int> subdLevel; ///< without one, the morphs are of base resolution
     std::vector<MorphReport> created;
     std::vector<std::pair<std::string, double>> missing; ///< morphs lost on the way, with their values
-    /// Vertices of either figure to the surface of the other, both in the pose of the conversion; cm. Only
-    /// measured when the created morphs make the whole figure.
+    /// Vertices of either figure to the surface of the other, both in the pose of the conversion and before
+    /// any joint follows; cm. Only measured when the created morphs make the whole figure.
     std::optional<geometry::DistanceSummary> distance;
     std::vector<std::filesystem::path> files; ///< written besides the morphs
     std::filesystem::path temporaryFolder;    ///< empty unless it was to be kept

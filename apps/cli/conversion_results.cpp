@@ -189,6 +189,10 @@ void AddSavedFiles(DzFigure& target, const fs::path& library, ConversionReport& 
 
 geometry::DistanceSummary MeasureDistance(const GntOutcome& outcome)
 {
+    TemporaryValues dials;
+    for (const GntCreatedMorph& morph : outcome.created)
+        dials.set(*morph.property, morph.property->getValue());
+    GntWearMorphs(outcome.created);
     const Comparison comparison(outcome);
     const geometry::PolygonMeshView a = openhost::WorldMesh(outcome.params->figSource),
                                     b = openhost::WorldMesh(outcome.params->figTarget);

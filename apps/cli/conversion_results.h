@@ -19,7 +19,8 @@ void AdjustRig(const GntOutcome& outcome, ConversionReport& report);
 /// Where the created morphs were saved.
 void AddSavedFiles(DzFigure& target, const std::filesystem::path& library, ConversionReport& report);
 
-/// Source against target in the place, pose and resolution of the conversion. Both are put back.
+/// Source against the target that wears the created morphs, in the place, pose and resolution of the
+/// conversion. Both are put back.
 geometry::DistanceSummary MeasureDistance(const GntOutcome& outcome);
 
 /// @throws base::IoError  the file cannot be written

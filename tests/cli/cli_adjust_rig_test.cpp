@@ -83,6 +83,16 @@ TEST_F(AdjustRig, changes_no_shape)
     EXPECT_FALSE(shifts("Vera").empty());
 }
 
+TEST_F(AdjustRig, does_not_change_how_far_the_shape_is_off)
+{
+    // The legs are spread for the comparison, and the joints that they turn about follow.
+    for (const char* const jobs : {"full", "head,body"}) {
+        const json plain = report({"--jobs", jobs}), adjusted = report({"--jobs", jobs, "--adjust-rig"});
+        ASSERT_TRUE(plain.at("surface_distance_mm").is_object()) << jobs;
+        EXPECT_EQ(adjusted.at("surface_distance_mm"), plain.at("surface_distance_mm")) << jobs;
+    }
+}
+
 TEST_F(AdjustRig, works_with_each_job_alone)
 {
     for (const char* const job : {"full", "head", "body"})
