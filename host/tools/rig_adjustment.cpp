@@ -13,12 +13,15 @@
 #include "figure/pipeline.h"
 #include "geometry/rig_fit.h"
 #include "loading/channel_properties.h"
+#include "openhost/diagnostics.h"
 #include "openhost/shapes.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <set>
+
+#include <fmt/format.h>
 
 namespace openhost {
 
@@ -28,6 +31,7 @@ using geometry::Vec3f;
 
 const std::array<const char*, 2> members{"center_point", "end_point"};
 const std::array<const char*, 3> axes{"x", "y", "z"};
+constexpr double millimetresPerCentimetre = 10.0;
 constexpr double smallestShift = 0.001; ///< cm; less is not worth a link
 constexpr double coincident = 0.001;    ///< cm; one bone's end is the next one's beginning
 constexpr float noticeable = 0.05f;     ///< cm; from there on a vertex counts as moved
@@ -292,6 +296,21 @@ void AddUnknown(std::vector<std::vector<Vec3f>>& shifts, const geometry::Polygon
     }
 }
 
+/// By the morph that moves a joint furthest; nothing where none does.
+void Tell(const DzNode& figure, const std::vector<AdjustedRig>& adjusted)
+{
+    const auto most = std::max_element(adjusted.begin(), adjusted.end(), [](const auto& a, const auto& b) {
+        return a.largestShiftCm < b.largestShiftCm;
+    });
+    if (most == adjusted.end() || most->joints == 0)
+        return;
+    Report({base::Severity::Note,
+            {},
+            figure.getLabel().toStdString(),
+            fmt::format("joints follow the new morphs, by up to {:.1f} mm ({})",
+                        millimetresPerCentimetre * most->largestShiftCm, most->furthest)});
+}
+
 constexpr float dropped = 0.02f; ///< cm; shorter displacements may be missing from a morph
 
 bool IsPartOf(const std::vector<Vec3f>& part, const std::vector<Vec3f>& whole)
@@ -349,6 +368,7 @@ std::vector<AdjustedRig> AdjustRig(DzNode& figure, const NewMorphs& morphs)
     std::vector<AdjustedRig> adjusted;
     for (std::size_t i = 0; i < all.size(); ++i)
         adjusted.push_back(LinkAll(points, shifts[i + 1], *all[i]));
+    Tell(figure, adjusted);
     return adjusted;
 }
 

@@ -2,15 +2,18 @@
 // SPDX-License-Identifier: MIT
 
 #include "base/errors.h"
+#include "dzapp.h"
 #include "dzbone.h"
 #include "dzerclink.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzmorph.h"
 #include "loading/channel_properties.h"
+#include "openhost/diagnostics.h"
 #include "openhost/rig_adjustment.h"
 #include "tests/host/tools_fixture.h"
 
+#include <cmath>
 #include <numeric>
 
 using geometry::Vec3f;
@@ -90,11 +93,29 @@ TEST_F(RigTest, joints_move_with_the_dial_of_a_morph_that_stretches_the_figure)
     EXPECT_EQ(told[0].furthest, tube->lower->getLabel().toStdString());
 }
 
+TEST_F(RigTest, tells_once_how_far_joints_follow)
+{
+    DzMorph* const whole = addMorph("Longer", longer);
+    DzMorph* const half = addMorph("Half", [](Vec3f p) { return longer(p) * 0.5f; });
+    const openhost::DiagnosticsCollector met(dzApp->diagnostics());
+    const std::vector<AdjustedRig> told = AdjustRig(*tube->figure, {whole, {half}});
+    ASSERT_EQ(met.all().size(), 1u);
+    EXPECT_EQ(met.all()[0].severity, base::Severity::Note);
+    const int tenths = static_cast<int>(std::lround(100 * told.at(0).largestShiftCm));
+    EXPECT_EQ(base::ToLine(met.all()[0]),
+              tube->figure->getLabel().toStdString() + ": joints follow the new morphs, by up to " +
+                  std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " mm (" +
+                  tube->lower->getLabel().toStdString() + ")");
+    EXPECT_NEAR(tenths, 800, 10);
+}
+
 TEST_F(RigTest, joints_stay_where_they_are_when_flesh_grows_around_them)
 {
+    const openhost::DiagnosticsCollector met(dzApp->diagnostics());
     DzMorph* const morph = addMorph("Fat", [](Vec3f p) { return Vec3f{0, p.y, p.z} * 0.3f; });
     const std::vector<AdjustedRig> told = AdjustRig(*tube->figure, {morph, {}});
     EXPECT_EQ(told.at(0).joints, 0u);
+    EXPECT_TRUE(met.all().empty());
     EXPECT_EQ(Channel(*tube->lower, "center_point/x").getNumControllers(), 0);
 }
 

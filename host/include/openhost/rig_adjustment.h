@@ -37,7 +37,7 @@ struct AdjustedRig {
 /// What other dials say of the joints themselves is believed. Shapes worn now that say nothing of them are
 /// made up for along with the new ones: by the whole, and among the parts by those that move the flesh around
 /// a joint, or by the last of them where none does. Joint links that the morphs have already are replaced.
-/// The morphs' files are to be saved afterwards.
+/// The morphs' files are to be saved afterwards. How far joints go is told as a note.
 ///
 /// @return one entry per morph, the whole first
 /// @throws base::Error  the node is no figure with a mesh and bones, or the morphs are not its own
