@@ -3,12 +3,14 @@
 
 #include "geometry/skinning.h"
 
+#include "axis_turns.h"
 #include "geometry/errors.h"
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
 
 #include <cassert>
+#include <optional>
 
 namespace geometry {
 
@@ -17,11 +19,6 @@ namespace {
 using Eigen::Matrix3d;
 using Eigen::Quaterniond;
 using Eigen::Vector3d;
-
-struct AffineMap {
-    Matrix3d linear = Matrix3d::Zero();
-    Vector3d offset = Vector3d::Zero();
-};
 
 /// A joint's pose in the forms that blending adds up.
 struct BlendTerm {
@@ -36,18 +33,18 @@ struct BlendTerm {
 BlendTerm MakeBlendTerm(const JointPose& pose)
 {
     BlendTerm term;
-    term.map = {pose.linear, pose.origin - pose.linear * pose.center};
-    term.stretch = {pose.stretch, pose.restOrigin - pose.stretch * pose.center};
+    term.map = {pose.linear, pose.origin - pose.linear * pose.joint.center};
+    term.stretch = {pose.stretch, pose.restOrigin - pose.stretch * pose.joint.center};
     const Vector3d shift = pose.origin - pose.rotation * pose.restOrigin;
     term.rigid = {pose.rotation.toRotationMatrix(), shift};
     term.real = pose.rotation.normalized();
     term.dual = Quaterniond(0, shift.x(), shift.y(), shift.z()) * term.real;
     term.dual.coeffs() *= 0.5;
     // Centres chained down the tree come back with the last digit off.
-    const double rounding = 1e-12 * (1.0 + pose.center.norm());
+    const double rounding = 1e-12 * (1.0 + pose.joint.center.norm());
     term.isRest = pose.linear == Matrix3d::Identity() && pose.stretch == Matrix3d::Identity() &&
-                  (pose.origin - pose.center).norm() <= rounding &&
-                  (pose.restOrigin - pose.center).norm() <= rounding;
+                  (pose.origin - pose.joint.center).norm() <= rounding &&
+                  (pose.restOrigin - pose.joint.center).norm() <= rounding;
     return term;
 }
 
@@ -114,59 +111,71 @@ AffineMap BlendDualQuaternions(const std::vector<BlendTerm>& terms, const Influe
     const Quaterniond q(Eigen::Vector4d(real / norm));
     const Quaterniond d(Eigen::Vector4d(dual / norm));
     const Matrix3d rotation = q.toRotationMatrix();
-    const Vector3d shift = 2.0 * (d * q.conjugate()).vec();
-    return {rotation * stretch.linear, rotation * stretch.offset + shift};
+    return AffineMap{rotation, 2.0 * (d * q.conjugate()).vec()}.after(stretch);
 }
 
 /// What moves one vertex.
 class VertexBlend {
 public:
+    /// @param axes  null where no angle has weights of its own
     VertexBlend(const std::vector<BlendTerm>& terms, const SkinWeights& weights, const SkinBlend& blend,
-                std::size_t vertex)
-        : _terms(terms), _turns(InfluencesOf(weights, vertex)),
+                const AxisTurns* axes, std::size_t vertex)
+        : _terms(terms), _axes(axes), _vertex(vertex), _turns(InfluencesOf(weights, vertex)),
           _scales(InfluencesOf(blend.scaleWeights ? *blend.scaleWeights : weights, vertex)),
           _hasScales(blend.scaleWeights != nullptr),
           _share(!blend.dualQuaternionShares.empty() ? blend.dualQuaternionShares[vertex]
                  : blend.mode == SkinMode::Linear    ? 0.0
-                                                     : 1.0)
+                                                     : 1.0),
+          _generalShare(!axes                         ? 1.0
+                        : blend.generalShares.empty() ? 0.0
+                                                      : blend.generalShares[vertex])
     {
     }
 
-    bool isRest() const { return AllRest(_terms, _turns) && (!_hasScales || AllRest(_terms, _scales)); }
+    bool isRest() const
+    {
+        return AllRest(_terms, _turns) && (!_hasScales || AllRest(_terms, _scales)) &&
+               (!_axes || _axes->isRest(_vertex));
+    }
 
     AffineMap map() const
+    {
+        if (_generalShare >= 1.0)
+            return general();
+        const AffineMap turned = _axes->of(_vertex).after(stretch());
+        return _generalShare <= 0.0 ? turned : general().mixedWith(turned, _generalShare);
+    }
+
+private:
+    AffineMap general() const
     {
         if (_turns.joints.empty())
             return stretch();
         if (_share <= 0.0)
             return linear();
         const AffineMap turned = BlendDualQuaternions(_terms, _turns, stretch());
-        if (_share >= 1.0)
-            return turned;
-        const AffineMap straight = linear();
-        return {_share * turned.linear + (1.0 - _share) * straight.linear,
-                _share * turned.offset + (1.0 - _share) * straight.offset};
+        return _share >= 1.0 ? turned : turned.mixedWith(linear(), _share);
     }
 
-private:
     AffineMap stretch() const
     {
-        return _scales.joints.empty() ? AffineMap{Matrix3d::Identity(), Vector3d::Zero()}
+        return _scales.joints.empty() ? AffineMap::identity()
                                       : BlendMaps<&BlendTerm::stretch>(_terms, _scales);
     }
 
     AffineMap linear() const
     {
-        if (!_hasScales)
-            return BlendMaps<&BlendTerm::map>(_terms, _turns);
-        const AffineMap rigid = BlendMaps<&BlendTerm::rigid>(_terms, _turns), scales = stretch();
-        return {rigid.linear * scales.linear, rigid.linear * scales.offset + rigid.offset};
+        return _hasScales ? BlendMaps<&BlendTerm::rigid>(_terms, _turns).after(stretch())
+                          : BlendMaps<&BlendTerm::map>(_terms, _turns);
     }
 
     const std::vector<BlendTerm>& _terms;
+    const AxisTurns* _axes;
+    std::size_t _vertex;
     Influences _turns, _scales;
     bool _hasScales;
-    double _share; ///< of the dual quaternions
+    double _share;        ///< of the dual quaternions, in the general map
+    double _generalShare; ///< of the general map, the rest being the axes'
 };
 
 Vec3f ApplyInverse(const AffineMap& map, Vec3f posed)
@@ -196,10 +205,13 @@ void CheckSkin(base::Span<const Vec3f> positions, const SkinWeights& weights,
     CheckWeights(positions.size(), weights, poses.size());
     if (blend.scaleWeights)
         CheckWeights(positions.size(), *blend.scaleWeights, poses.size());
-    const std::size_t shares = blend.dualQuaternionShares.size();
-    if (shares != 0 && shares != positions.size())
-        throw TopologyError("shape has {} vertices but {} say how they are blended", positions.size(),
-                            shares);
+    if (blend.axisWeights)
+        for (const SkinWeights* axis : {&blend.axisWeights->x, &blend.axisWeights->y, &blend.axisWeights->z})
+            CheckWeights(positions.size(), *axis, poses.size());
+    for (const std::size_t shares : {blend.dualQuaternionShares.size(), blend.generalShares.size()})
+        if (shares != 0 && shares != positions.size())
+            throw TopologyError("shape has {} vertices but {} say how they are blended", positions.size(),
+                                shares);
 }
 
 /// A joint's own rotation in the figure's axes; exactly none without angles, so that the bind pose moves
@@ -226,10 +238,12 @@ std::vector<Vec3f> MapVertices(base::Span<const Vec3f> positions, const SkinWeig
 {
     CheckSkin(positions, weights, poses, blend);
     const std::vector<BlendTerm> terms = MakeBlendTerms(poses);
+    const std::optional<AxisTurns> axes =
+        blend.axisWeights ? std::make_optional<AxisTurns>(poses, *blend.axisWeights) : std::nullopt;
     std::vector<Vec3f> result(positions.begin(), positions.end());
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, result.size(), 1024), [&](const auto& range) {
         for (std::size_t v = range.begin(); v != range.end(); ++v) {
-            const VertexBlend vertex(terms, weights, blend, v);
+            const VertexBlend vertex(terms, weights, blend, axes ? &*axes : nullptr, v);
             if (!vertex.isRest())
                 result[v] = apply(vertex.map(), result[v]);
         }
@@ -284,14 +298,14 @@ std::vector<JointPose> EvaluateSkeleton(base::Span<const Joint> joints)
         const Joint& joint = joints[j];
         assert(joint.parent < static_cast<int>(j) && "joints stand parents before children");
         JointPose& pose = poses[j];
-        pose.center = joint.center;
+        pose.joint = joint;
         pose.rotation = Turn(joint);
         pose.origin = joint.center + joint.translation;
         pose.restOrigin = joint.center;
         if (joint.parent >= 0) {
             const std::size_t p = static_cast<std::size_t>(joint.parent);
             const JointPose& parent = poses[p];
-            const Vector3d arm = joint.center - parent.center;
+            const Vector3d arm = joint.center - parent.joint.center;
             pose.rotation = parent.rotation * pose.rotation;
             pose.origin = parent.linear * (arm + joint.translation) + parent.origin;
             pose.restOrigin = parent.stretch * arm + parent.restOrigin;

@@ -23,16 +23,16 @@ struct Joint {
     bool inheritsScale = true;
 };
 
-/// Where a joint's pose puts things: x -> linear * (x - center) + origin for a rest point x.
+/// Where a joint's pose puts things: x -> linear * (x - joint.center) + origin for a rest point x.
 struct JointPose {
+    Joint joint;                                          ///< that is posed
     Eigen::Matrix3d linear = Eigen::Matrix3d::Identity(); ///< rotation times scale
     Eigen::Quaternion<double, Eigen::DontAlign> rotation{1.0, 0.0, 0.0, 0.0};
-    Eigen::Vector3d center = Eigen::Vector3d::Zero();      ///< the joint's own centre, cm
     Eigen::Vector3d origin = Eigen::Vector3d::Zero();      ///< where the centre goes, cm
     Eigen::Matrix3d stretch = Eigen::Matrix3d::Identity(); ///< the accumulated scale alone
     Eigen::Vector3d restOrigin = Eigen::Vector3d::Zero();  ///< where scaling alone puts the centre, cm
 
-    Eigen::Vector3d apply(const Eigen::Vector3d& x) const { return linear * (x - center) + origin; }
+    Eigen::Vector3d apply(const Eigen::Vector3d& x) const { return linear * (x - joint.center) + origin; }
 };
 static_assert(alignof(JointPose) == alignof(double),
               "users may be compiled for wider vectors than the library; both must see the same layout");
@@ -62,6 +62,11 @@ struct JointWeights {
 /// @throws TopologyError  a vertex index is out of range, or a joint's two lists differ in length
 SkinWeights MakeSkinWeights(std::size_t vertexCount, base::Span<const JointWeights> perJoint);
 
+/// Weights of their own for each of the three angles of the joints. All three are for the same vertices.
+struct AxisWeights {
+    SkinWeights x, y, z;
+};
+
 enum class SkinMode { Linear, DualQuaternion };
 
 /// How the poses of a vertex's joints are blended. Spans and pointers must outlive the calls.
@@ -76,6 +81,12 @@ struct SkinBlend {
     /// By which the joints' scales are blended, before the turns; null where the skin's weights serve for
     /// all. A vertex with an empty row is not scaled.
     const SkinWeights* scaleWeights = nullptr;
+    /// By which the angles of the joints act, each alone: a vertex turns about each joint by a part of its
+    /// angles. Null where the skin's weights serve for all three. Translations act by the mean of the three.
+    const AxisWeights* axisWeights = nullptr;
+    /// One per vertex: 0 where axisWeights count, 1 where the skin's weights do, between them for a mixture
+    /// of the two maps. Empty where axisWeights, if any, count for all.
+    base::Span<const float> generalShares;
 };
 
 /// Moves rest positions by the blended poses, in figure space. Dual quaternions: Kavan et al., "Geometric
