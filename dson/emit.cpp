@@ -346,49 +346,6 @@ Json EmitNode(const Node& node)
     return json;
 }
 
-Json EmitSkin(const SkinBinding& skin, const std::string& figureId, const std::string& geometryId,
-              const std::vector<std::pair<std::string, std::string>>& selectionMap)
-{
-    Json joints = Json::array(), mappings = Json::array();
-    for (const JointBinding& joint : skin.joints) {
-        joints.push_back({{"id", joint.node},
-                          {"node", "#" + EncodeFragment(joint.node)},
-                          {"node_weights", EmitWeights(joint.vertices, joint.weights)}});
-        if (!joint.scale.vertices.empty())
-            joints.back()["scale_weights"] = EmitWeights(joint.scale.vertices, joint.scale.weights);
-        if (selectionMap.empty())
-            mappings.push_back(Json::array({joint.node, joint.node}));
-    }
-    for (const auto& pair : selectionMap)
-        mappings.push_back(Json::array({pair.first, pair.second}));
-    // Without the settings the host loads the binding but does not deform by it.
-    const bool usesScaleMaps = skin.scaling == SkinBinding::Scaling::ByScaleMaps;
-    Json settings{{"type", "skin_settings"},
-                  {"auto_normalize_general", true},
-                  {"auto_normalize_local", true},
-                  {"auto_normalize_scale", true},
-                  {"binding_mode", skin.dualQuaternionShares ? "Blended" : "General"},
-                  {"general_map_mode", skin.dualQuaternion ? "DualQuat" : "Linear"},
-                  {"scale_mode", usesScaleMaps ? "ScaleMaps" : "BindingMaps"}};
-    if (skin.dualQuaternionShares) {
-        settings["blend_mode"] = "BlendLinearDualQuat";
-        settings["blend_vertex_count"] = skin.vertexCount;
-        settings["blend_weights"] =
-            EmitWeights(skin.dualQuaternionShares->vertices, skin.dualQuaternionShares->weights);
-    }
-    return Json{
-        {"id", skin.id},
-        {"name", skin.id},
-        {"parent", "#" + EncodeFragment(geometryId)},
-        {"skin",
-         {{"node", "#" + EncodeFragment(figureId)},
-          {"geometry", "#" + EncodeFragment(geometryId)},
-          {"vertex_count", skin.vertexCount},
-          {"joints", std::move(joints)},
-          {"selection_map", Json::array({Json{{"id", "Bones"}, {"mappings", std::move(mappings)}}})}}},
-        {"extra", Json::array({settings})}};
-}
-
 Json EmitModifier(const Modifier& modifier)
 {
     Json json{{"id", modifier.id},

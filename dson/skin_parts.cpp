@@ -16,18 +16,38 @@ namespace dson {
 
 namespace {
 
-/// The mean of the three axes' weights; one list for all of them is taken as it is.
-WeightMap MeanOfAxes(const Element& joint, const Element& axes, std::uint32_t vertexCount,
-                     WeightLosses& losses)
-{
-    if (!Find(axes, "x") && !Find(axes, "y") && !Find(axes, "z"))
-        return ParseWeights(joint, "local_weights", vertexCount, losses);
-    std::map<std::uint32_t, float> sums;
-    for (const std::string_view axis : {"x", "y", "z"}) {
-        const WeightMap map = ParseWeights(axes, axis, vertexCount, losses);
-        for (std::size_t i = 0; i < map.vertices.size(); ++i)
-            sums[map.vertices[i]] += map.weights[i];
+/// What joints say with weights for each axis alone.
+struct AxisCounts {
+    std::size_t with = 0;          ///< joints that have such weights
+    std::size_t withoutOthers = 0; ///< of them, those without general ones
+    std::size_t withOthersOnly = 0;
+    std::size_t bulging = 0; ///< joints that swell when they turn
+
+    void count(const JointBinding& joint, bool hasGeneral)
+    {
+        with += joint.axes.has_value();
+        withoutOthers += joint.axes && !hasGeneral;
+        withOthersOnly += !joint.axes && hasGeneral;
     }
+};
+
+/// One list serves for all three.
+std::array<WeightMap, 3> ParseAxes(const Element& joint, const Element& axes, std::uint32_t vertexCount,
+                                   WeightLosses& losses)
+{
+    if (Find(axes, "x") || Find(axes, "y") || Find(axes, "z"))
+        return {ParseWeights(axes, "x", vertexCount, losses), ParseWeights(axes, "y", vertexCount, losses),
+                ParseWeights(axes, "z", vertexCount, losses)};
+    const WeightMap all = ParseWeights(joint, "local_weights", vertexCount, losses);
+    return {all, all, all};
+}
+
+WeightMap MeanOf(const std::array<WeightMap, 3>& axes)
+{
+    std::map<std::uint32_t, float> sums;
+    for (const WeightMap& axis : axes)
+        for (std::size_t i = 0; i < axis.vertices.size(); ++i)
+            sums[axis.vertices[i]] += axis.weights[i];
     WeightMap mean;
     for (const auto& [vertex, sum] : sums) {
         mean.vertices.push_back(vertex);
@@ -36,20 +56,42 @@ WeightMap MeanOfAxes(const Element& joint, const Element& axes, std::uint32_t ve
     return mean;
 }
 
-JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, WeightLosses& losses)
+JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, WeightLosses& losses,
+                        AxisCounts& counts)
 {
     JointBinding joint;
     joint.node = ParseUri(Text(json, "node")).id;
     if (joint.node.empty())
         joint.node = Text(json, "id");
-    const auto axes = Find(json, "local_weights");
-    WeightMap turns = axes && !Find(json, "node_weights")
-                          ? MeanOfAxes(json, *axes, vertexCount, losses)
-                          : ParseWeights(json, "node_weights", vertexCount, losses);
+    if (const auto axes = Find(json, "local_weights"))
+        joint.axes = ParseAxes(json, *axes, vertexCount, losses);
+    const bool hasGeneral = Find(json, "node_weights").has_value();
+    counts.count(joint, hasGeneral);
+    counts.bulging += Find(json, "bulge_weights") || Find(json, "bulges");
+    // What knows of general weights alone, such as fitting clothes, gets along with the mean.
+    WeightMap turns = joint.axes && !hasGeneral ? MeanOf(*joint.axes)
+                                                : ParseWeights(json, "node_weights", vertexCount, losses);
     joint.vertices = std::move(turns.vertices);
     joint.weights = std::move(turns.weights);
     joint.scale = ParseWeights(json, "scale_weights", vertexCount, losses);
     return joint;
+}
+
+void ReadBlend(const Element& settings, SkinBinding& binding, WeightLosses& losses, ParseContext& context)
+{
+    const bool mixesAxes = Text(settings, "blend_mode", "BlendLinearDualQuat") != "BlendLinearDualQuat";
+    if (Find(settings, "blend_weights")) {
+        WeightMap shares = ParseWeights(settings, "blend_weights", binding.vertexCount, losses);
+        if (mixesAxes) {
+            binding.turning = SkinBinding::Turning::Mixed;
+            binding.generalShares = std::move(shares);
+        } else {
+            binding.dualQuaternionShares = std::move(shares);
+        }
+    } else if (mixesAxes) {
+        context.warn(binding.id,
+                     "mixes weights for each axis with others but does not say how; the others are used");
+    }
 }
 
 void ReadSkinSettings(const Element& settings, SkinBinding& binding, WeightLosses& losses,
@@ -59,12 +101,31 @@ void ReadSkinSettings(const Element& settings, SkinBinding& binding, WeightLosse
     if (Text(settings, "scale_mode", "BindingMaps") != "BindingMaps")
         binding.scaling = SkinBinding::Scaling::ByScaleMaps;
     const std::string mode = Text(settings, "binding_mode", "General");
-    if (mode != "Blended")
-        return;
-    if (Text(settings, "blend_mode", "BlendLinearDualQuat") != "BlendLinearDualQuat")
-        context.warn(binding.id, "mixes weights for each axis with others; the others are used");
-    else if (Find(settings, "blend_weights"))
-        binding.dualQuaternionShares = ParseWeights(settings, "blend_weights", binding.vertexCount, losses);
+    if (mode == "Local")
+        binding.turning = SkinBinding::Turning::ByAxis;
+    else if (mode == "Blended")
+        ReadBlend(settings, binding, losses, context);
+}
+
+/// Which weights turn, where the settings ask for such as no joint has; tells what stands in for what.
+void SettleTurning(SkinBinding& binding, const AxisCounts& counts, ParseContext& context)
+{
+    const auto warn = [&](std::size_t joints, const char* singular, const char* plural, const char* then) {
+        if (joints > 0)
+            context.warn(binding.id, fmt::format("{} {}", Counted(joints, singular, plural), then));
+    };
+    using Turning = SkinBinding::Turning;
+    if (counts.with == 0)
+        binding.turning = Turning::General;
+    else if (counts.withoutOthers == counts.with && counts.withOthersOnly == 0)
+        binding.turning = Turning::ByAxis;
+    if (binding.turning == Turning::General)
+        warn(counts.withoutOthers, "joint has weights", "joints have weights",
+             "for each axis alone; the mean of the three is used");
+    else
+        warn(counts.withOthersOnly, "joint has no weights", "joints have no weights",
+             "for each axis; the general ones are used for all three");
+    warn(counts.bulging, "joint bulges", "joints bulge", "when turned, which is left out");
 }
 
 void ReadSelectionMap(const Element& skin, SkinDefinition& definition)
@@ -129,20 +190,17 @@ SkinDefinition ParseSkin(const Element& modifier, const std::vector<Geometry>& g
     definition.geometry = ParseUri(Text(*skin, "geometry")).id;
     definition.binding.vertexCount =
         static_cast<std::uint32_t>(std::max<std::int64_t>(Count(*skin, "vertex_count", 0), 0));
-    std::size_t perAxis = 0;
+    AxisCounts counts;
     WeightLosses losses;
     ForEach(*skin, "joints", [&](const Element& joint) {
-        definition.binding.joints.push_back(ParseJoint(joint, definition.binding.vertexCount, losses));
-        perAxis += !Find(joint, "node_weights") && Find(joint, "local_weights");
+        definition.binding.joints.push_back(
+            ParseJoint(joint, definition.binding.vertexCount, losses, counts));
     });
-    if (perAxis > 0)
-        context.warn(definition.binding.id,
-                     fmt::format("{} for each axis alone; the mean of the three is used",
-                                 Counted(perAxis, "joint has weights", "joints have weights")));
     ForEach(modifier, "extra", [&](const Element& extra) {
         if (Text(extra, "type") == "skin_settings")
             ReadSkinSettings(extra, definition.binding, losses, context);
     });
+    SettleTurning(definition.binding, counts, context);
     losses.tell(definition.binding.id, context);
     ReadSelectionMap(*skin, definition);
     if (legacy)

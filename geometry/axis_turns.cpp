@@ -46,8 +46,9 @@ AxisTurns::AxisTurns(base::Span<const JointPose> poses, const AxisWeights& weigh
         if (!shifts && pose.joint.rotation.isZero(0.0))
             continue;
         _nextMoving[j] = static_cast<int>(_turns.size());
-        _turns.push_back({above, EulerRotation(pose.joint.orientation, RotationOrder::XYZ), pose.joint.rotation,
-                          pose.joint.order, pose.restOrigin, shifts ? shift : Vector3d::Zero()});
+        _turns.push_back({above, EulerRotation(pose.joint.orientation, RotationOrder::XYZ),
+                          pose.joint.rotation, pose.joint.order, pose.restOrigin,
+                          shifts ? shift : Vector3d::Zero()});
     }
 }
 

@@ -35,8 +35,9 @@ private:
     };
 
     const AxisWeights& _weights;
-    std::vector<Turn> _turns;    ///< of joints that move of their own, parents first
-    std::vector<int> _nextMoving; ///< by joint: itself or the first above it that moves, in _turns; -1 for none
+    std::vector<Turn> _turns; ///< of joints that move of their own, parents first
+    std::vector<int>
+        _nextMoving; ///< by joint: itself or the first above it that moves, in _turns; -1 for none
 };
 
 } // namespace geometry

@@ -108,6 +108,20 @@ void DzBoneBinding::setScaleWeights(DzWeightMap* weights)
         _binding->invalidate();
 }
 
+DzWeightMap* DzBoneBinding::getAxisWeights(int axis) const
+{
+    return axis >= 0 && axis < 3 ? static_cast<DzWeightMap*>(_axisWeights[axis]) : nullptr;
+}
+
+void DzBoneBinding::setAxisWeights(int axis, DzWeightMap* weights)
+{
+    if (axis < 0 || axis >= 3)
+        return;
+    _axisWeights[axis] = weights;
+    if (_binding)
+        _binding->invalidate();
+}
+
 void DzBoneBinding::handleBoneDestroyed()
 {
     _bone = nullptr;
@@ -125,8 +139,9 @@ struct DzSkinBinding::SkinImpl {
     DzWeightMapPtr blendMap;
 
     geometry::SkinWeights weights, scaleWeights;
-    std::vector<float> shares; ///< of dual quaternions, from the blend map
-    QList<DzBone*> bones;      ///< that the weights were made for
+    geometry::AxisWeights axisWeights; ///< of no vertices where no bone has weights for each axis
+    std::vector<float> shares;         ///< from the blend map: of dual quaternions, or of the general weights
+    QList<DzBone*> bones;              ///< that the weights were made for
 };
 
 DzSkinBinding::DzSkinBinding() : _skin(new SkinImpl)
@@ -228,18 +243,41 @@ namespace openhost {
 
 namespace {
 
-void Append(const DzWeightMap& map, std::size_t vertexCount, geometry::JointWeights* weights)
-{
-    const auto count = static_cast<std::size_t>(map.getNumWeights());
-    if (count > vertexCount)
-        throw base::FormatError("weight map has {} weights for {} vertices", count, vertexCount);
-    const unsigned short* const values = map.getWeightsPtr();
-    for (std::size_t v = 0; v < count; ++v) {
-        if (values[v] == 0)
-            continue;
-        weights->vertices.push_back(static_cast<std::uint32_t>(v));
-        weights->weights.push_back(static_cast<float>(values[v]) / static_cast<float>(DZ_USHORT_MAX));
+/// Weight maps by joint, on their way to weights by vertex.
+class JointMaps {
+public:
+    JointMaps(std::size_t jointCount, std::size_t vertexCount)
+        : _joints(jointCount), _vertexCount(vertexCount)
+    {
     }
+
+    void add(int joint, const DzWeightMap* map)
+    {
+        if (!map)
+            return;
+        const auto count = static_cast<std::size_t>(map->getNumWeights());
+        if (count > _vertexCount)
+            throw base::FormatError("weight map has {} weights for {} vertices", count, _vertexCount);
+        geometry::JointWeights& weights = _joints[static_cast<std::size_t>(joint)];
+        const unsigned short* const values = map->getWeightsPtr();
+        for (std::size_t v = 0; v < count; ++v) {
+            if (values[v] == 0)
+                continue;
+            weights.vertices.push_back(static_cast<std::uint32_t>(v));
+            weights.weights.push_back(static_cast<float>(values[v]) / static_cast<float>(DZ_USHORT_MAX));
+        }
+    }
+
+    geometry::SkinWeights weights() const { return geometry::MakeSkinWeights(_vertexCount, _joints); }
+
+private:
+    std::vector<geometry::JointWeights> _joints;
+    std::size_t _vertexCount;
+};
+
+bool HasAxisWeights(const DzBoneBinding& binding)
+{
+    return binding.getAxisWeights(0) || binding.getAxisWeights(1) || binding.getAxisWeights(2);
 }
 
 } // namespace
@@ -253,20 +291,26 @@ void SkinAccess::update(const DzSkinBinding& binding, const DzSkeleton& skeleton
     QHash<const DzBone*, int> indices;
     for (int i = 0; i < bones.size(); ++i)
         indices.insert(bones.at(i), i);
-    const auto count = static_cast<std::size_t>(bones.size());
-    std::vector<geometry::JointWeights> turns(count), scales(count);
+    JointMaps turns(static_cast<std::size_t>(bones.size()), vertexCount), scales(turns), x(turns), y(turns),
+        z(turns);
+    JointMaps* const axes[] = {&x, &y, &z};
+    bool hasAxes = false;
     for (const auto& boneBinding : skin.bindings) {
-        const int index = indices.value(boneBinding->getBone(), -1);
-        if (index < 0)
+        const int joint = indices.value(boneBinding->getBone(), -1);
+        if (joint < 0)
             continue;
-        const auto joint = static_cast<std::size_t>(index);
-        if (boneBinding->getWeights())
-            Append(*boneBinding->getWeights(), vertexCount, &turns[joint]);
-        if (boneBinding->getScaleWeights())
-            Append(*boneBinding->getScaleWeights(), vertexCount, &scales[joint]);
+        turns.add(joint, boneBinding->getWeights());
+        scales.add(joint, boneBinding->getScaleWeights());
+        const bool isPerAxis = HasAxisWeights(*boneBinding);
+        hasAxes = hasAxes || isPerAxis;
+        for (int axis = 0; axis < 3; ++axis)
+            axes[axis]->add(joint, isPerAxis ? boneBinding->getAxisWeights(axis) : boneBinding->getWeights());
     }
-    skin.weights = geometry::MakeSkinWeights(vertexCount, turns);
-    skin.scaleWeights = geometry::MakeSkinWeights(vertexCount, scales);
+    skin.weights = turns.weights();
+    skin.scaleWeights = scales.weights();
+    skin.axisWeights = geometry::AxisWeights();
+    if (hasAxes)
+        skin.axisWeights = {x.weights(), y.weights(), z.weights()};
     skin.shares.clear();
     if (const DzWeightMap* const map = skin.blendMap)
         for (std::size_t v = 0; v < vertexCount; ++v)
@@ -290,6 +334,13 @@ geometry::SkinBlend SkinAccess::blend(const DzSkinBinding& binding, const DzSkel
                                                                     : geometry::SkinMode::DualQuaternion);
     if (skin.bindingMode == DzSkinBinding::Blended && skin.blendMode == DzSkinBinding::BlendLinearDualQuat)
         blend.dualQuaternionShares = skin.shares;
+    const bool mixesAxes =
+        skin.bindingMode == DzSkinBinding::Blended && skin.blendMode == DzSkinBinding::BlendLocalGeneral;
+    if ((skin.bindingMode == DzSkinBinding::Local || mixesAxes) &&
+        skin.axisWeights.x.vertexCount() == vertexCount)
+        blend.axisWeights = &skin.axisWeights;
+    if (mixesAxes)
+        blend.generalShares = skin.shares;
     if (skin.scaleMode == DzSkinBinding::ScaleMaps && !skin.scaleWeights.joints.empty())
         blend.scaleWeights = &skin.scaleWeights;
     return blend;
@@ -322,6 +373,12 @@ void SkinAccess::bindScale(DzSkinBinding& binding, DzBoneBinding& bone,
                            const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights)
 {
     bone.setScaleWeights(MapOf(binding.getTargetVertexCount(), bone.getName(), vertices, weights));
+}
+
+void SkinAccess::bindAxis(DzSkinBinding& binding, DzBoneBinding& bone, int axis,
+                          const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights)
+{
+    bone.setAxisWeights(axis, MapOf(binding.getTargetVertexCount(), bone.getName(), vertices, weights));
 }
 
 } // namespace openhost

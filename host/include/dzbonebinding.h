@@ -23,6 +23,10 @@ public:
     /// By which the bone's scale acts where the skin has maps of its own for that; null for none.
     DzWeightMap* getScaleWeights() const { return _scaleWeights; }
     void setScaleWeights(DzWeightMap* weights);
+    /// By which the bone's angle about X, Y or Z (0 to 2) acts where the skin has weights for each axis; null
+    /// for none.
+    DzWeightMap* getAxisWeights(int axis) const;
+    void setAxisWeights(int axis, DzWeightMap* weights);
 
 private slots:
     void handleBoneDestroyed();
@@ -30,6 +34,6 @@ private slots:
 private:
     friend class DzSkinBinding;
     DzBone* _bone;
-    DzWeightMapPtr _weights, _scaleWeights;
+    DzWeightMapPtr _weights, _scaleWeights, _axisWeights[3];
     DzSkinBinding* _binding;
 };

@@ -43,6 +43,22 @@ std::string ScaledFigure()
     return Replaced(figure, settings, R"({"type": "skin_settings", "scale_mode": "ScaleMaps"})");
 }
 
+const char* const hipWeights = R"("node_weights": {"count": 4, "values": [[0,1],[1,1],[2,1],[3,1]]}})";
+const char* const hipAxes = R"("local_weights": {"x": {"values": [[0,1],[1,1],[2,1],[3,1],[4,1],[5,1],[6,1]]},
+    "z": {"values": [[0,1],[1,1],[2,1],[3,1],[7,0.5]]}}})";
+
+/// Of the hand's vertices 7 alone turns with it about X; about Z all do, but 7 by half.
+std::string AxisFigure(const std::string& modes)
+{
+    const auto with = [](const std::string& weights, const std::string& axes) {
+        return weights.substr(0, weights.size() - 1) + ", " + axes;
+    };
+    std::string figure = Replaced(Figure(), hipWeights, with(hipWeights, hipAxes));
+    figure = Replaced(figure, handWeights, with(handWeights, R"("local_weights": {
+        "x": {"values": [[7,1]]}, "y": {"values": []}, "z": {"values": [[4,1],[5,1],[6,1],[7,0.5]]}}})"));
+    return Replaced(figure, settings, R"({"type": "skin_settings", )" + modes + "}");
+}
+
 class Skins : public ForeignTest {
 protected:
     DzFigure* open(const std::string& figure)
@@ -97,7 +113,33 @@ TEST_F(Skins, scale_by_maps_of_their_own)
     ExpectAt(VertexAt(*figure, 7), -20, 30, 0);
 }
 
-TEST_F(Skins, of_weights_for_each_axis_move_by_their_mean)
+TEST_F(Skins, turn_by_weights_of_their_own_for_each_axis)
+{
+    DzFigure* const figure = open(AxisFigure(R"("binding_mode": "Local")"));
+    ASSERT_NE(figure, nullptr);
+    turnHand(*figure);
+    const double half = std::sqrt(0.5);
+    ExpectAt(VertexAt(*figure, 6), -10, 20, 0);
+    ExpectAt(VertexAt(*figure, 7), -5 * half, 20 + 15 * half, 0); // half the angle
+    BoneOf(*figure, "hand")->getZRotControl()->setValue(0.0f);
+    BoneOf(*figure, "hand")->getXRotControl()->setValue(90.0f);
+    ExpectAt(VertexAt(*figure, 6), 0, 30, 0);
+    ExpectAt(VertexAt(*figure, 7), 5, 20, 10);
+    EXPECT_TRUE(log().isEmpty()) << log().toStdString();
+}
+
+TEST_F(Skins, that_have_weights_for_each_axis_alone_turn_by_them)
+{
+    std::string figure = Replaced(Figure(), hipWeights, hipAxes);
+    figure = Replaced(figure, handWeights, R"("local_weights": {"x": {"values": [[7,1]]}}})");
+    DzFigure* const loaded = open(figure);
+    ASSERT_NE(loaded, nullptr);
+    BoneOf(*loaded, "hand")->getXRotControl()->setValue(90.0f);
+    ExpectAt(VertexAt(*loaded, 6), 0, 30, 0);
+    ExpectAt(VertexAt(*loaded, 7), 5, 20, 10);
+}
+
+TEST_F(Skins, of_which_some_joints_have_weights_for_each_axis_alone_take_their_mean)
 {
     DzFigure* const figure = open(Replaced(Figure(), handWeights, R"("local_weights": {
         "x": {"values": [[6,1],[7,1]]}, "y": {"values": [[6,1]]}, "z": {"values": [[6,1],[7,1]]}}})"));
@@ -105,6 +147,34 @@ TEST_F(Skins, of_weights_for_each_axis_move_by_their_mean)
     turnHand(*figure);
     ExpectAt(VertexAt(*figure, 6), -10, 20, 0);
     EXPECT_TRUE(logged("1 joint has weights for each axis alone; the mean of the three is used"));
+}
+
+TEST_F(Skins, mix_weights_for_each_axis_with_general_ones)
+{
+    DzFigure* const figure = open(AxisFigure(R"("binding_mode": "Blended", "blend_mode": "BlendLocalGeneral",
+        "blend_vertex_count": 8, "blend_weights": {"count": 1, "values": [[6, 0.25]]})"));
+    ASSERT_NE(figure, nullptr);
+    BoneOf(*figure, "hand")->getXRotControl()->setValue(90.0f);
+    ExpectAt(VertexAt(*figure, 6), 0, 0.75 * 30 + 0.25 * 20, 0.25 * 10);
+}
+
+TEST_F(Skins, without_a_word_on_the_mixture_use_general_weights)
+{
+    DzFigure* const figure =
+        open(AxisFigure(R"("binding_mode": "Blended", "blend_mode": "BlendLocalGeneral")"));
+    ASSERT_NE(figure, nullptr);
+    BoneOf(*figure, "hand")->getXRotControl()->setValue(90.0f);
+    ExpectAt(VertexAt(*figure, 6), 0, 20, 10);
+    EXPECT_TRUE(logged("mixes weights for each axis with others but does not say how; the others are used"));
+}
+
+TEST_F(Skins, tell_which_weights_stand_in_for_others)
+{
+    const std::string local = AxisFigure(R"("binding_mode": "Local")");
+    ASSERT_NE(open(Replaced(local, hipAxes, R"("bulges": [{"id": "positive-left", "value": 0.5}]})")),
+              nullptr);
+    EXPECT_TRUE(logged("1 joint has no weights for each axis; the general ones are used for all three"));
+    EXPECT_TRUE(logged("1 joint bulges when turned, which is left out"));
 }
 
 TEST_F(Skins, of_old_figures_bind_whole_face_groups)
@@ -135,6 +205,14 @@ TEST_F(SavedSkins, keep_how_they_blend_and_scale)
     for (const char* const part :
          {"\"Blended\"", "\"BlendLinearDualQuat\"", "\"blend_vertex_count\"", "\"blend_weights\""})
         EXPECT_NE(blended.find(part), blended.npos) << part;
+    const std::string axes = saved(AxisFigure(R"("binding_mode": "Local")"));
+    for (const char* const part : {"\"Local\"", "\"local_weights\""})
+        EXPECT_NE(axes.find(part), axes.npos) << part;
+    const std::string mixed =
+        saved(AxisFigure(R"("binding_mode": "Blended", "blend_mode": "BlendLocalGeneral",
+        "blend_weights": {"values": [[6, 0.25]]})"));
+    for (const char* const part : {"\"Blended\"", "\"BlendLocalGeneral\"", "\"blend_weights\""})
+        EXPECT_NE(mixed.find(part), mixed.npos) << part;
     const std::string scaled = saved(ScaledFigure());
     for (const char* const part : {"\"ScaleMaps\"", "\"scale_weights\""})
         EXPECT_NE(scaled.find(part), scaled.npos) << part;

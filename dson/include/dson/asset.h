@@ -133,17 +133,24 @@ struct JointBinding {
     std::vector<std::uint32_t> vertices; ///< ascending
     std::vector<float> weights;          ///< 0..1
     WeightMap scale;                     ///< by which the bone's scale acts, where the skin says so
+    /// By which the bone's angles about X, Y and Z act, where the skin says so; nothing where the file has
+    /// none.
+    std::optional<std::array<WeightMap, 3>> axes;
 };
 /// How much each bone moves each vertex.
 struct SkinBinding {
     /// Which maps a bone's scale acts by.
     enum class Scaling { ByBinding, ByScaleMaps };
+    /// Which weights turn: those of all angles together, those of each angle alone, or a mixture.
+    enum class Turning { General, ByAxis, Mixed };
 
     std::string id = "SkinBinding";
     std::uint32_t vertexCount = 0;
     std::vector<JointBinding> joints;
     bool dualQuaternion = true;
     Scaling scaling = Scaling::ByBinding;
+    Turning turning = Turning::General;
+    WeightMap generalShares; ///< of the general weights' map, where turning is mixed
     /// Shares of the dual quaternions' blend, the rest being linear; nothing where dualQuaternion counts for
     /// all.
     std::optional<WeightMap> dualQuaternionShares;

@@ -127,11 +127,21 @@ std::unique_ptr<DzSkinBinding> MakeBinding(const dson::SkinBinding& skin, std::s
         DzBoneBinding& bound = SkinAccess::bind(*binding, *bone, joint.vertices, joint.weights);
         if (!joint.scale.vertices.empty())
             SkinAccess::bindScale(*binding, bound, joint.scale.vertices, joint.scale.weights);
+        for (int axis = 0; joint.axes && axis < 3; ++axis) {
+            const dson::WeightMap& map = (*joint.axes)[static_cast<std::size_t>(axis)];
+            SkinAccess::bindAxis(*binding, bound, axis, map.vertices, map.weights);
+        }
     }
     binding->setScaleMode(skin.scaling == dson::SkinBinding::Scaling::ByScaleMaps
                               ? DzSkinBinding::ScaleMaps
                               : DzSkinBinding::BindingMaps);
-    if (skin.dualQuaternionShares) {
+    if (skin.turning == dson::SkinBinding::Turning::ByAxis) {
+        binding->setBindingMode(DzSkinBinding::Local);
+    } else if (skin.turning == dson::SkinBinding::Turning::Mixed) {
+        binding->setBindingMode(DzSkinBinding::Blended);
+        binding->setBlendMode(DzSkinBinding::BlendLocalGeneral);
+        binding->setBlendMap(BlendMap(skin.generalShares, vertexCount));
+    } else if (skin.dualQuaternionShares) {
         binding->setBindingMode(DzSkinBinding::Blended);
         binding->setBlendMode(DzSkinBinding::BlendLinearDualQuat);
         binding->setBlendMap(BlendMap(*skin.dualQuaternionShares, vertexCount));

@@ -134,6 +134,13 @@ dson::JointBinding DescribeJoint(const DzBoneBinding& binding, const std::string
     joint.weights = std::move(turns.weights);
     if (binding.getScaleWeights())
         joint.scale = DescribeMap(*binding.getScaleWeights());
+    for (int axis = 0; axis < 3; ++axis) {
+        const DzWeightMap* const map = binding.getAxisWeights(axis);
+        if (map && !joint.axes)
+            joint.axes.emplace();
+        if (map)
+            (*joint.axes)[static_cast<std::size_t>(axis)] = DescribeMap(*map);
+    }
     return joint;
 }
 
@@ -143,8 +150,16 @@ void DescribeModes(const DzSkinBinding& binding, dson::SkinBinding& skin)
     if (binding.getScaleMode() == DzSkinBinding::ScaleMaps)
         skin.scaling = dson::SkinBinding::Scaling::ByScaleMaps;
     const DzWeightMap* const shares = binding.getBlendMap();
-    if (shares && binding.getBindingMode() == DzSkinBinding::Blended)
+    const bool isBlended = shares && binding.getBindingMode() == DzSkinBinding::Blended;
+    const bool mixesAxes = isBlended && binding.getBlendMode() == DzSkinBinding::BlendLocalGeneral;
+    if (mixesAxes)
+        skin.generalShares = DescribeMap(*shares);
+    else if (isBlended)
         skin.dualQuaternionShares = DescribeMap(*shares);
+    if (mixesAxes)
+        skin.turning = dson::SkinBinding::Turning::Mixed;
+    else if (binding.getBindingMode() == DzSkinBinding::Local)
+        skin.turning = dson::SkinBinding::Turning::ByAxis;
 }
 
 std::string PresentationType(const DzPresentation* presentation)

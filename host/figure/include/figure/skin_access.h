@@ -25,6 +25,9 @@ public:
     /// Sparse weights 0..1 by which the bone's scale acts.
     static void bindScale(DzSkinBinding& binding, DzBoneBinding& bone,
                           const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights);
+    /// Sparse weights 0..1 by which the bone's angle about X, Y or Z (0 to 2) acts.
+    static void bindAxis(DzSkinBinding& binding, DzBoneBinding& bone, int axis,
+                         const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights);
 
 private:
     static void update(const DzSkinBinding& binding, const DzSkeleton& skeleton, std::size_t vertexCount);
