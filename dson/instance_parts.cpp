@@ -49,6 +49,9 @@ void ReadExtraChannels(const Element& owner, ChannelValues& values)
     });
 }
 
+/// In the order of the setting "SubDEdgeInterpolateLevel".
+constexpr const char* edgeInterpolationModes[] = {"no_interpolation", "edges_and_corners", "edges_only"};
+
 GeometryInstance ParseGeometryInstance(const Element& json)
 {
     GeometryInstance geometry;
@@ -59,7 +62,13 @@ GeometryInstance ParseGeometryInstance(const Element& json)
     if (Find(json, "current_subdivision_level"))
         geometry.subdivisionLevel = static_cast<int>(
             std::clamp<std::int64_t>(Count(json, "current_subdivision_level", 1), 0, finestSubdivisionLevel));
+    geometry.edgeInterpolation = Text(json, "edge_interpolation_mode");
     ReadExtraChannels(json, geometry.channels);
+    // The setting in the dialog is what the figure's maker and user change; the member only repeats it.
+    const auto setting = geometry.channels.find("SubDEdgeInterpolateLevel");
+    for (int i = 0; i < 3 && setting != geometry.channels.end(); ++i)
+        if (setting->second == i)
+            geometry.edgeInterpolation = edgeInterpolationModes[i];
     return geometry;
 }
 

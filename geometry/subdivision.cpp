@@ -3,121 +3,22 @@
 
 #include "geometry/subdivision.h"
 
+#include "catmark_refiner.h"
 #include "geometry/errors.h"
 #include "refinement.h"
 
-#include <opensubdiv/far/error.h>
 #include <opensubdiv/far/primvarRefiner.h>
-#include <opensubdiv/far/topologyDescriptor.h>
 #include <opensubdiv/far/topologyRefiner.h>
-#include <opensubdiv/far/topologyRefinerFactory.h>
-#include <opensubdiv/sdc/crease.h>
 
 #include <algorithm>
 #include <cassert>
 #include <mutex>
-#include <unordered_set>
 
 namespace geometry {
 
 namespace {
 
 namespace Far = OpenSubdiv::Far;
-namespace Sdc = OpenSubdiv::Sdc;
-
-Sdc::Options::VtxBoundaryInterpolation ToOpenSubdiv(BoundaryRule rule)
-{
-    switch (rule) {
-    case BoundaryRule::None:
-        return Sdc::Options::VTX_BOUNDARY_NONE;
-    case BoundaryRule::EdgeOnly:
-        return Sdc::Options::VTX_BOUNDARY_EDGE_ONLY;
-    case BoundaryRule::EdgeAndCorner:
-        return Sdc::Options::VTX_BOUNDARY_EDGE_AND_CORNER;
-    }
-    return Sdc::Options::VTX_BOUNDARY_EDGE_ONLY;
-}
-
-/// OpenSubdiv counts a vertex's faces and a face's corners in 16 bits.
-void CheckValences(const Topology& cage)
-{
-    constexpr std::uint32_t limit = 65535;
-    for (std::size_t f = 0; f < cage.faceCount(); ++f)
-        if (cage.face(f).size() > limit)
-            throw TopologyError("face {} has {} corners but at most {} can be subdivided", f,
-                                cage.face(f).size(), limit);
-    std::vector<std::uint32_t> valences(cage.vertexCount);
-    for (const std::uint32_t vertex : cage.cornerVertices)
-        if (++valences[vertex] == limit)
-            throw TopologyError("vertex {} has too many faces to be subdivided", vertex);
-}
-
-void CheckSize(const Topology& cage, int levels)
-{
-    double corners = static_cast<double>(cage.cornerCount());
-    for (int level = 1; level <= levels; ++level)
-        corners *= 4.0;
-    if (corners > 2147483648.0)
-        throw TopologyError("subdivision level {} of {} faces is too large", levels, cage.faceCount());
-}
-
-/// Creases in the two lists that OpenSubdiv wants.
-struct CreaseLists {
-    std::vector<int> vertices;
-    std::vector<float> sharpness;
-
-    CreaseLists(const Topology& cage, base::Span<const Crease> creases)
-    {
-        std::unordered_set<std::uint64_t> edges;
-        for (std::size_t f = 0; f < cage.faceCount() && !creases.empty(); ++f) {
-            const auto face = cage.face(f);
-            for (std::size_t c = 0; c < face.size(); ++c)
-                edges.insert(KeyOf(face[c], face[c + 1 == face.size() ? 0 : c + 1]));
-        }
-        for (const Crease& crease : creases) {
-            if (crease.a >= cage.vertexCount || crease.b >= cage.vertexCount)
-                throw TopologyError("a crease names vertex {} but only {} are defined",
-                                    std::max(crease.a, crease.b), cage.vertexCount);
-            if (edges.count(KeyOf(crease.a, crease.b)) == 0)
-                continue;
-            vertices.push_back(static_cast<int>(crease.a));
-            vertices.push_back(static_cast<int>(crease.b));
-            sharpness.push_back(std::clamp(crease.sharpness, 0.0f, Sdc::Crease::SHARPNESS_INFINITE));
-        }
-    }
-
-private:
-    static std::uint64_t KeyOf(std::uint32_t a, std::uint32_t b)
-    {
-        return std::uint64_t{std::min(a, b)} << 32 | std::max(a, b);
-    }
-};
-
-std::unique_ptr<Far::TopologyRefiner> Refine(const Topology& cage, int levels, BoundaryRule rule,
-                                             const CreaseLists& creases)
-{
-    std::vector<int> sizes(cage.faceCount());
-    for (std::size_t f = 0; f < sizes.size(); ++f)
-        sizes[f] = static_cast<int>(cage.face(f).size());
-    Far::TopologyDescriptor descriptor;
-    descriptor.numVertices = static_cast<int>(cage.vertexCount);
-    descriptor.numFaces = static_cast<int>(sizes.size());
-    descriptor.numVertsPerFace = sizes.data();
-    descriptor.vertIndicesPerFace = reinterpret_cast<const int*>(cage.cornerVertices.data());
-    descriptor.numCreases = static_cast<int>(creases.sharpness.size());
-    descriptor.creaseVertexIndexPairs = creases.vertices.data();
-    descriptor.creaseWeights = creases.sharpness.data();
-
-    Sdc::Options options;
-    options.SetVtxBoundaryInterpolation(ToOpenSubdiv(rule));
-    using Factory = Far::TopologyRefinerFactory<Far::TopologyDescriptor>;
-    std::unique_ptr<Far::TopologyRefiner> refiner(
-        Factory::Create(descriptor, Factory::Options(Sdc::SCHEME_CATMARK, options)));
-    if (!refiner)
-        throw TopologyError("the mesh cannot be subdivided");
-    refiner->RefineUniform(Far::TopologyRefiner::UniformOptions(levels));
-    return refiner;
-}
 
 /// Stands in for a buffer of values while OpenSubdiv "interpolates": instead of adding numbers up, each
 /// result notes what it is made of. A result may be made of earlier results, which are spelled out at once.
@@ -380,16 +281,14 @@ Subdivision::Subdivision(std::shared_ptr<const Topology> cage, int levels, Bound
 {
     assert(levels >= 0);
     Validate(*cage);
-    CheckSize(*cage, levels);
+    CheckRefinedSize(*cage, levels);
     _impl->levels.push_back({cage, {}, {}});
     if (levels == 0 || cage->faceCount() == 0) {
         if (levels > 0)
             throw TopologyError("a mesh without faces cannot be subdivided");
         return;
     }
-    CheckValences(*cage);
-    const std::unique_ptr<Far::TopologyRefiner> refiner =
-        Refine(*cage, levels, rule, CreaseLists(*cage, creases));
+    const std::unique_ptr<Far::TopologyRefiner> refiner = MakeCatmarkRefiner(*cage, levels, rule, creases);
     for (int level = 1; level <= levels; ++level)
         _impl->levels.push_back(MakeLevel(*refiner, level, *cage, _impl->levels.back()));
 }

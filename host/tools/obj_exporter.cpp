@@ -13,6 +13,7 @@
 #include "dznode.h"
 #include "dzobject.h"
 #include "figure/mesh_access.h"
+#include "figure/pipeline.h"
 #include "geometry/mesh_cleanup.h"
 #include "geometry/normals.h"
 #include "obj_option_rows.h"
@@ -45,23 +46,45 @@ geometry::TexCoords InFirstTile(geometry::TexCoords texCoords)
     return texCoords;
 }
 
-/// Texture coordinates and lines belong to the cage and to its own vertex numbers.
-void AddExtras(ExportData& data, const DzNode& node, bool collapseTiles, geometry::ObjPart& part)
+/// Those of the cage, refined where the part is a finer level of it; null where its corners are others.
+const geometry::TexCoords* TexCoordsOf(ExportData& data, const DzObject& object, const DzFacetMesh& cage,
+                                       const geometry::Topology* topology, bool collapseTiles)
+{
+    const geometry::TexCoords& inCage = MeshAccess::extras(cage)->texCoords;
+    const geometry::Topology& cageTopology = *MeshAccess::mesh(cage).topology;
+    const int level = object.pipeline().level();
+    const bool isRefined = topology != &cageTopology;
+    if (inCage.cornerIndices.empty() ||
+        (isRefined &&
+         (level == 0 || topology != object.pipeline().subdivision(level)->topology(level).get())))
+        return nullptr;
+    if (!isRefined && !collapseTiles)
+        return &inCage;
+    data.texCoords.push_back(isRefined ? geometry::RefineTexCoords(inCage, cageTopology, level,
+                                                                   MeshAccess::boundaryRule(cage),
+                                                                   MeshAccess::extras(cage)->creases)
+                                       : inCage);
+    if (collapseTiles)
+        data.texCoords.back() = InFirstTile(std::move(data.texCoords.back()));
+    return &data.texCoords.back();
+}
+
+/// Lines belong to the cage's own vertex numbers.
+void AddExtras(ExportData& data, const DzNode& node, bool withTexCoords, bool collapseTiles,
+               geometry::ObjPart& part)
 {
     const auto* const shape = qobject_cast<DzFacetShape*>(node.getObject()->getCurrentShape());
     const DzFacetMesh* const cage = shape ? shape->getFacetMesh() : nullptr;
     const openhost::MeshExtras* const extras = cage ? MeshAccess::extras(*cage) : nullptr;
-    if (!extras || part.mesh.topology != MeshAccess::mesh(*cage).topology.get())
+    if (!extras)
         return;
-    part.lines = extras->lines;
-    part.texCoords = &extras->texCoords;
-    if (collapseTiles) {
-        data.texCoords.push_back(InFirstTile(extras->texCoords));
-        part.texCoords = &data.texCoords.back();
-    }
+    if (withTexCoords)
+        part.texCoords = TexCoordsOf(data, *node.getObject(), *cage, part.mesh.topology, collapseTiles);
+    if (part.mesh.topology == MeshAccess::mesh(*cage).topology.get())
+        part.lines = extras->lines;
 }
 
-void AddPart(ExportData& data, const DzNode& node, const DzFileIOSettings& options)
+void AddPart(ExportData& data, const DzNode& node, const DzFileIOSettings& options, bool withTexCoords)
 {
     const DzVertexMesh* const evaluated = node.getObject()->getCachedGeom();
     if (!evaluated)
@@ -74,7 +97,7 @@ void AddPart(ExportData& data, const DzNode& node, const DzFileIOSettings& optio
         data.cleaned.push_back(geometry::CleanUp(part.mesh, cleaning));
         part.mesh = data.cleaned.back().view();
     }
-    AddExtras(data, node, isSet("CollapseUVTiles"), part);
+    AddExtras(data, node, withTexCoords, isSet("CollapseUVTiles"), part);
     part.name = isSet("GroupSingle") ? "default" : node.getLabel().toStdString();
     if (isSet("WriteVN")) {
         data.normals.push_back(geometry::VertexNormals(part.mesh));
@@ -132,7 +155,7 @@ DzError DzObjExporter::write(const QString& filename, const DzFileIOSettings* op
         geometry::ObjWriteOptions writeOptions = openhost::ReadObjWriteOptions(used);
         ExportData data;
         for (const DzNode* const node : openhost::NodesToExport(used))
-            AddPart(data, *node, used);
+            AddPart(data, *node, used, writeOptions.writeTexCoords);
         if (data.parts.empty())
             throw base::FormatError("{}: there is nothing to export", filename.toStdString());
         if (used.getBoolValue(QLatin1String("WriteMtllib"))) {

@@ -77,6 +77,31 @@ TEST_F(Creases, go_with_a_warning_where_another_scheme_is_asked_for)
         << log().toStdString();
 }
 
+TEST_F(Creases, border_corners_are_as_the_figure_in_the_scene_says)
+{
+    write("data/Nord/Doll/Doll.dsf", File(Figure(), "figure"));
+    const auto corner = [&](const std::string& geometry) {
+        std::string instance = Instance();
+        instance.insert(instance.find("}]}"), geometry);
+        EXPECT_TRUE(load("People/Doll.duf", Scene(instance, "", "character")));
+        auto* const figure = qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
+        qobject_cast<DzFacetShape*>(figure->getObject()->getCurrentShape())
+            ->getSubDLevelControl()
+            ->setValue(1);
+        const DzVertexMesh& mesh = *figure->getObject()->getCachedGeom();
+        float nearest = 1e9f;
+        for (int v = 0; v < mesh.getNumVertices(); ++v)
+            nearest = std::min(nearest, float(mesh.getVertex(v).length()));
+        return nearest;
+    };
+    EXPECT_FLOAT_EQ(corner(R"(, "edge_interpolation_mode": "edges_and_corners")"), 0.0f);
+    EXPECT_GT(corner(R"(, "edge_interpolation_mode": "edges_only")"), 0.5f);
+    const std::string setting = R"(, "edge_interpolation_mode": "edges_only", "extra": [{"type":
+        "studio_geometry_channels", "channels": [{"channel": {"id": "SubDEdgeInterpolateLevel", "type": "enum",
+        "current_value": 1}}]}])";
+    EXPECT_FLOAT_EQ(corner(setting), 0.0f);
+}
+
 TEST_F(SavedCreases, come_back)
 {
     WriteBytes(

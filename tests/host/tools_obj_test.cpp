@@ -16,6 +16,7 @@
 #include "dznode.h"
 #include "dzobject.h"
 #include "figure/fitting.h"
+#include "figure/mesh_access.h"
 #include "figure/pipeline.h"
 #include "tests/host/tools_fixture.h"
 
@@ -59,6 +60,16 @@ protected:
             if (line.rfind(std::string(kind) + " ", 0) == 0)
                 found.push_back(line.substr(std::string(kind).size() + 1));
         return found;
+    }
+    /// A square with texture coordinates and a line along two of its edges.
+    DzNode* readQuad() const
+    {
+        QFile file(TestFile("in.obj"));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nvt 0.25 0.5\nvt 1.25 0.5\nvt 1.25 1.5\nvt 0.25 1.5\n"
+                   "f 1/1 2/2 3/3 4/4\nl 1 3 4\n");
+        file.close();
+        return read(flags({}), "in.obj");
     }
     /// Labels of the exported nodes, by `o` records.
     std::vector<std::string> exported(std::initializer_list<const char*> names) const
@@ -255,14 +266,7 @@ TEST_F(ObjFiles, options_for_maps_are_told_to_do_nothing_when_somebody_sets_them
 
 TEST_F(ObjFiles, texture_coordinates_and_lines_come_out_as_they_went_in)
 {
-    const std::string text =
-        "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nvt 0.25 0.5\nvt 1.25 0.5\nvt 1.25 1.5\nvt 0.25 1.5\n"
-        "f 1/1 2/2 3/3 4/4\nl 1 3 4\n";
-    QFile file(TestFile("in.obj"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(text.data(), static_cast<qint64>(text.size()));
-    file.close();
-    ASSERT_NE(read(flags({}), "in.obj"), nullptr);
+    ASSERT_NE(readQuad(), nullptr);
     DzFileIOSettings options = flags({});
     options.setIntValue(QStringLiteral("FloatPrecision"), 2);
     ASSERT_EQ(write(options), DZ_NO_ERROR);
@@ -278,6 +282,30 @@ TEST_F(ObjFiles, texture_coordinates_and_lines_come_out_as_they_went_in)
     EXPECT_EQ(records("f"), (Labels{"1 2 3 4"}));
     EXPECT_TRUE(records("vt").empty());
     EXPECT_TRUE(records("l").empty());
+}
+
+TEST_F(ObjFiles, have_texture_coordinates_at_finer_levels_too)
+{
+    TubeFigure tube("Tube", true, 8, true);
+    auto* const shape = qobject_cast<DzFacetShape*>(tube.figure->getObject()->getCurrentShape());
+    const geometry::Topology& topology = *openhost::MeshAccess::mesh(*shape->getFacetMesh()).topology;
+    auto extras = std::make_shared<openhost::MeshExtras>();
+    for (const std::uint32_t vertex : topology.cornerVertices)
+        extras->texCoords.cornerIndices.push_back(vertex % 4);
+    extras->texCoords.coordinates = {{0.25f, 0.5f}, {1.25f, 0.5f}, {1.25f, 1.5f}, {0.25f, 1.5f}};
+    openhost::MeshAccess::setExtras(*shape->getFacetMesh(), extras);
+    shape->getLODControl()->setValue(1);
+    shape->getSubDLevelControl()->setValue(1);
+    DzFileIOSettings options = flags({});
+    options.setIntValue(QStringLiteral("FloatPrecision"), 2);
+    ASSERT_EQ(write(options), DZ_NO_ERROR);
+    EXPECT_GT(records("vt").size(), extras->texCoords.coordinates.size());
+    EXPECT_EQ(records("f").size(), 4 * topology.faceCount());
+    for (const std::string& face : records("f"))
+        EXPECT_EQ(std::count(face.begin(), face.end(), '/'), 4) << face;
+    options.setBoolValue(QStringLiteral("WriteVT"), false);
+    ASSERT_EQ(write(options), DZ_NO_ERROR);
+    EXPECT_TRUE(records("vt").empty());
 }
 
 TEST_F(ObjFiles, hold_the_subdivided_mesh_at_the_level_in_view)

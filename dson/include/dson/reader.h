@@ -29,7 +29,8 @@ struct ChannelChange {
 struct GeometryInstance {
     std::string id, url, name, label;
     std::optional<int> subdivisionLevel;
-    ChannelValues channels; ///< of the resolution settings, by channel id
+    std::string edgeInterpolation; ///< empty for the definition's
+    ChannelValues channels;        ///< of the resolution settings, by channel id
 };
 
 struct NodeInstance {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "geometry/polygon_mesh.h"
+#include "geometry/texcoords.h"
 
 #include <filesystem>
 #include <string>
@@ -32,16 +33,6 @@ struct ObjReadOptions {
     bool readTexCoords = true; ///< `vt` records
     bool readGroups = true;    ///< `g` records, kept as face groups
     bool readSurfaces = true;  ///< `usemtl` records, kept as surfaces
-};
-
-/// Texture coordinates, one index a corner; empty without.
-struct TexCoords {
-    struct Uv {
-        float u = 0.0f, v = 0.0f;
-    };
-    std::vector<Uv> coordinates;
-    std::vector<std::uint32_t>
-        cornerIndices; ///< one per corner of the topology; empty when any corner has none
 };
 
 /// What an OBJ file holds.

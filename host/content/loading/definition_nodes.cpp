@@ -68,14 +68,14 @@ void ApplyVector(const DzNode& node, const char* member, const std::array<dson::
             ApplyChannel(*property, channels[axis]);
 }
 
-DzFacetMesh::SubDEdgeInterpolation EdgeInterpolation(const std::string& name)
-{
-    return name == "edges_only"          ? DzFacetMesh::SharpEdges
-           : name == "edges_and_corners" ? DzFacetMesh::SharpCornersEdges
-                                         : DzFacetMesh::SoftCornersEdges;
-}
-
 } // namespace
+
+void SetEdgeInterpolation(DzFacetMesh& mesh, const std::string& name)
+{
+    mesh.setSubDEdgeInterpolation(name == "edges_only"          ? DzFacetMesh::SharpEdges
+                                  : name == "edges_and_corners" ? DzFacetMesh::SharpCornersEdges
+                                                                : DzFacetMesh::SoftCornersEdges);
+}
 
 void SetTransformsAsDefined(const DzNode& node)
 {
@@ -126,7 +126,7 @@ std::unique_ptr<DzObject> MakeObject(const dson::Geometry& geometry)
     const DzFacetMeshPtr mesh(MeshAccess::create(geometry.mesh));
     mesh->setName(ToQ(geometry.name));
     mesh->enableSubDivision(geometry.subdivisionSurface);
-    mesh->setSubDEdgeInterpolation(EdgeInterpolation(geometry.edgeInterpolation));
+    SetEdgeInterpolation(*mesh, geometry.edgeInterpolation);
     const MeshExtras extras{geometry.texCoords, geometry.lines, geometry.creases, geometry.graft};
     if (!extras.texCoords.cornerIndices.empty() || !extras.lines.empty() || !extras.creases.empty() ||
         !extras.graft.empty())

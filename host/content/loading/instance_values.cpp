@@ -4,6 +4,7 @@
 #include "instance_values.h"
 
 #include "app/texts.h"
+#include "definition_nodes.h"
 #include "dzfacetshape.h"
 #include "dzintproperty.h"
 #include "dznode.h"
@@ -37,6 +38,8 @@ void ApplyGeometry(const dson::GeometryInstance& geometry, const DzNode& node)
     DzIntProperty* const level = shape->getSubDLevelControl();
     if (level && geometry.subdivisionLevel)
         level->setValue(*geometry.subdivisionLevel);
+    if (!geometry.edgeInterpolation.empty())
+        SetEdgeInterpolation(*shape->getFacetMesh(), geometry.edgeInterpolation);
     for (const auto& channel : geometry.channels)
         if (auto* const property = qobject_cast<DzNumericProperty*>(shape->findProperty(ToQ(channel.first))))
             property->setDoubleValue(channel.second);
