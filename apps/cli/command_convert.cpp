@@ -266,7 +266,8 @@ Json Describe(const ConversionReport& report, const Progress& progress, bool asJ
     if (report.distance)
         json["surface_distance_mm"] = {{"mean", Rounded(millimetresPerCentimetre * report.distance->mean, 4)},
                                        {"p95", Rounded(millimetresPerCentimetre * report.distance->p95, 4)},
-                                       {"max", Rounded(millimetresPerCentimetre * report.distance->max, 4)}};
+                                       {"max", Rounded(millimetresPerCentimetre * report.distance->max, 4)},
+                                       {"parts", report.measuredParts}};
     json["files"] = files;
     if (!report.temporaryFolder.empty())
         json["temporary_folder"] = FileText(report.temporaryFolder);

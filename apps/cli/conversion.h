@@ -59,6 +59,7 @@ struct ConversionReport {
     /// Vertices of either figure to the surface of the other, both in the pose of the conversion and before
     /// any joint follows; cm. Only measured when the created morphs make the whole figure.
     std::optional<geometry::DistanceSummary> distance;
+    std::vector<std::string> measuredParts; ///< eyes, mouth, ... that the distance counts in, of both figures
     std::vector<std::filesystem::path> files; ///< written besides the morphs
     std::filesystem::path temporaryFolder;    ///< empty unless it was to be kept
     base::Diagnostics diagnostics;

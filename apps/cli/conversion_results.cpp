@@ -8,6 +8,7 @@
 #include "dzfloatproperty.h"
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
+#include "dzpresentation.h"
 #include "figure_kind.h"
 #include "geometry/obj.h"
 #include "geometry/picture.h"
@@ -99,6 +100,42 @@ struct Comparison {
     TemporaryValues values;
 };
 
+/// Eyes, mouth, lashes and the like, which are parts of the body in one generation of figures and figures of
+/// their own in another; clothes and hair are neither.
+bool IsPartOfBody(const DzNode& node)
+{
+    const DzPresentation* const presentation = node.getPresentation();
+    return presentation && presentation->getType().startsWith(QLatin1String("Follower/Attachment"));
+}
+
+/// The figure's mesh and those of the parts that are seen on it, which the report names.
+std::vector<geometry::PolygonMeshView> BodyOf(DzFigure& figure, ConversionReport& report)
+{
+    std::vector<geometry::PolygonMeshView> meshes{openhost::WorldMesh(figure)};
+    const openhost::ScenePicture seen = openhost::FigureItems(figure);
+    for (std::size_t i = 0; i < seen.nodes.size(); ++i)
+        if (seen.nodes[i] != &figure && IsPartOfBody(*seen.nodes[i])) {
+            meshes.push_back(seen.items[i].mesh);
+            report.measuredParts.push_back(seen.nodes[i]->getLabel().toStdString());
+        }
+    return meshes;
+}
+
+/// Of each vertex to the nearest of the other surfaces.
+void AppendDistances(const std::vector<geometry::PolygonMeshView>& from,
+                     const std::vector<geometry::PolygonMeshView>& to, std::vector<float>& distances)
+{
+    for (const geometry::PolygonMeshView& mesh : from) {
+        std::vector<float> nearest = geometry::SurfaceDistances(mesh.positions, to.front());
+        for (std::size_t i = 1; i < to.size(); ++i) {
+            const std::vector<float> others = geometry::SurfaceDistances(mesh.positions, to[i]);
+            std::transform(nearest.begin(), nearest.end(), others.begin(), nearest.begin(),
+                           [](float a, float b) { return std::min(a, b); });
+        }
+        distances.insert(distances.end(), nearest.begin(), nearest.end());
+    }
+}
+
 /// A picture takes longer than most of what comes before it, so a wish to end is followed before each.
 geometry::Picture Draw(const std::vector<geometry::PictureItem>& items, geometry::View view,
                        const geometry::Box3f& frame)
@@ -187,19 +224,19 @@ void AddSavedFiles(DzFigure& target, const fs::path& library, ConversionReport& 
     }
 }
 
-geometry::DistanceSummary MeasureDistance(const GntOutcome& outcome)
+void MeasureDistance(const GntOutcome& outcome, ConversionReport& report)
 {
     TemporaryValues dials;
     for (const GntCreatedMorph& morph : outcome.created)
         dials.set(*morph.property, morph.property->getValue());
     GntWearMorphs(outcome.created);
     const Comparison comparison(outcome);
-    const geometry::PolygonMeshView a = openhost::WorldMesh(outcome.params->figSource),
-                                    b = openhost::WorldMesh(outcome.params->figTarget);
-    std::vector<float> distances = geometry::SurfaceDistances(a.positions, b);
-    const std::vector<float> back = geometry::SurfaceDistances(b.positions, a);
-    distances.insert(distances.end(), back.begin(), back.end());
-    return geometry::Summarize(std::move(distances));
+    const std::vector<geometry::PolygonMeshView> source = BodyOf(outcome.params->figSource, report),
+                                                 target = BodyOf(outcome.params->figTarget, report);
+    std::vector<float> distances;
+    AppendDistances(source, target, distances);
+    AppendDistances(target, source, distances);
+    report.distance = geometry::Summarize(std::move(distances));
 }
 
 void ExportFigure(DzFigure& figure, const fs::path& file, GntResolution resolution)

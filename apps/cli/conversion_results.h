@@ -21,7 +21,7 @@ void AddSavedFiles(DzFigure& target, const std::filesystem::path& library, Conve
 
 /// Source against the target that wears the created morphs, in the place, pose and resolution of the
 /// conversion. Both are put back.
-geometry::DistanceSummary MeasureDistance(const GntOutcome& outcome);
+void MeasureDistance(const GntOutcome& outcome, ConversionReport& report);
 
 /// @throws base::IoError  the file cannot be written
 void ExportFigure(DzFigure& figure, const std::filesystem::path& file, GntResolution resolution);
