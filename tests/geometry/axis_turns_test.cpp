@@ -123,6 +123,25 @@ TEST(AxisTurns, leave_a_figure_at_rest_as_it_is_to_the_bit)
     EXPECT_EQ(posed.z, rest.z);
 }
 
+TEST(AxisTurns, count_where_the_general_weights_hold_nothing_that_moves)
+{
+    std::vector<Joint> arm = Arm();
+    arm[1].rotation = {0, 90, 0};
+    const SkinWeights upper = Weights({{{0}, {1}}, {}, {}}), lower = Weights({{}, {{0}, {1}}, {}});
+    const AxisWeights axes{lower, lower, lower};
+    SkinBlend blend;
+    blend.axisWeights = &axes;
+    ExpectNear(Skin(std::vector<Vec3f>{{12, 1, 3}}, upper, EvaluateSkeleton(arm), blend)[0], {13, 1, -2});
+}
+
+TEST(AxisTurns, go_about_joints_where_the_scales_above_put_them)
+{
+    std::vector<Joint> arm = Arm();
+    arm[0].scale = {2, 2, 2}; // the lower arm begins at x = 20, and inherits the scale
+    arm[1].rotation = {0, 90, 0};
+    ExpectNear(Posed(arm, {12, 1, 3}), {26, 2, -4});
+}
+
 TEST(AxisTurns, of_equal_weights_move_what_one_joint_holds_as_every_blend_does)
 {
     std::vector<Joint> arm = Arm();
