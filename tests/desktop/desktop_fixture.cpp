@@ -5,18 +5,22 @@
 
 #include "tests/plugin/mini_scene.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 #include <QTreeWidget>
 #include <QtTest/QTest>
 
 #include <dzapp.h>
 #include <dzappsettings.h>
 #include <dzcontentmgr.h>
+#include <dzfigure.h>
 #include <dzmainwindow.h>
 #include <dznode.h>
 #include <dzpane.h>
+#include <dzscene.h>
 
 void DesktopTest::SetUp()
 {
@@ -31,8 +35,21 @@ void DesktopTest::SetUp()
 
 void DesktopTest::TearDown()
 {
+    // They stay open after a conversion until somebody closes them.
+    QList<QPointer<QWidget>> dialogs;
+    for (QWidget* const widget : QApplication::topLevelWidgets())
+        if (widget->objectName() == QLatin1String("SuccessDialog"))
+            dialogs.append(widget);
+    for (const QPointer<QWidget>& dialog : dialogs)
+        delete dialog;
     desktop.reset();
     window().hide();
+}
+
+DzFigure& DesktopTest::openFigure(const char* file)
+{
+    EXPECT_TRUE(desktop->files().openFile(pathOf(file)));
+    return *qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
 }
 
 desktop::Options DesktopTest::smallLibrary() const

@@ -33,6 +33,10 @@ protected:
     void start(const desktop::Options& options);
     desktop::Options smallLibrary() const;
 
+    /// Into the scene.
+    /// @param file  of the small library
+    DzFigure& openFigure(const char* file);
+
     static DzMainWindow& window();
     static DzPane& pane(const char* className);
     static QStringList menuTitles();

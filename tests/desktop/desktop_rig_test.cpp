@@ -6,8 +6,6 @@
 #include "tests/windows/modal_answer.h"
 
 #include <QAction>
-#include <QApplication>
-#include <QPointer>
 #include <QtTest/QTest>
 
 #include <dzbone.h>
@@ -26,21 +24,6 @@ protected:
     {
         DesktopTest::SetUp();
         start();
-    }
-    void TearDown() override
-    {
-        QList<QPointer<QWidget>> dialogs;
-        for (QWidget* const widget : QApplication::topLevelWidgets())
-            if (widget->objectName() == QLatin1String("SuccessDialog"))
-                dialogs.append(widget);
-        for (const QPointer<QWidget>& dialog : dialogs)
-            delete dialog;
-        DesktopTest::TearDown();
-    }
-    DzFigure& openFigure(const char* file)
-    {
-        EXPECT_TRUE(desktop->files().openFile(pathOf(file)));
-        return *qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
     }
     /// A wide source, as the dialog proposes.
     void convert()

@@ -29,21 +29,6 @@ namespace {
 
 class DesktopUse : public DesktopTest {
 protected:
-    void TearDown() override
-    {
-        QList<QPointer<QWidget>> dialogs;
-        for (QWidget* const widget : QApplication::topLevelWidgets())
-            if (widget->objectName() == QLatin1String("SuccessDialog"))
-                dialogs.append(widget);
-        for (const QPointer<QWidget>& dialog : dialogs)
-            delete dialog;
-        DesktopTest::TearDown();
-    }
-    DzFigure& openFigure(const char* file)
-    {
-        EXPECT_TRUE(desktop->files().openFile(pathOf(file)));
-        return *qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
-    }
     void loadBoth()
     {
         source = &openFigure(sourceFile);
