@@ -22,6 +22,7 @@
 #include "figure/skin_access.h"
 #include "geometry/deltas.h"
 #include "scene/node_transform.h"
+#include "scene/node_walk.h"
 
 #include <algorithm>
 #include <map>
@@ -44,14 +45,15 @@ std::vector<Vec3f> Turned(std::vector<Vec3f> deltas, const Eigen::Matrix3d& line
 
 void CopyBones(const DzNode& from, DzNode& to, std::map<const DzNode*, DzBone*>& copies)
 {
-    for (int i = 0; i < from.getNumNodeChildren(); ++i) {
-        const auto* const bone = qobject_cast<const DzBone*>(from.getNodeChild(i));
+    WalkBelow(from, [&](const DzNode& node) {
+        const auto* const bone = qobject_cast<const DzBone*>(&node);
         if (!bone)
-            continue;
-        if (auto* const present = qobject_cast<DzBone*>(to.findNodeChild(bone->getName()))) {
+            return Walk::Around;
+        const auto above = copies.find(bone->getNodeParent());
+        DzNode& parent = above == copies.end() ? to : *above->second;
+        if (auto* const present = qobject_cast<DzBone*>(parent.findNodeChild(bone->getName()))) {
             copies[bone] = present;
-            CopyBones(*bone, *present, copies);
-            continue;
+            return Walk::On;
         }
         auto* const copy = new DzBone;
         copy->setName(bone->getName());
@@ -63,10 +65,10 @@ void CopyBones(const DzNode& from, DzNode& to, std::map<const DzNode*, DzBone*>&
                                     bone->getOrientZControl()->getDefaultValue()));
         copy->setRotationOrder(bone->getRotationOrder());
         copy->setInheritsScale(bone->inheritsScale());
-        to.addNodeChild(copy);
+        parent.addNodeChild(copy);
         copies[bone] = copy;
-        CopyBones(*bone, *copy, copies);
-    }
+        return Walk::On;
+    });
 }
 
 struct SparseWeights {

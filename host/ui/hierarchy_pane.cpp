@@ -5,6 +5,7 @@
 
 #include "dzscene.h"
 #include "pane_refresh.h"
+#include "scene/node_walk.h"
 
 #include <QHeaderView>
 #include <QTreeWidget>
@@ -80,23 +81,28 @@ void DzHierarchyPane::fillTree()
     _items.clear();
     _nodes.clear();
     _watch = std::make_unique<QObject>();
-    for (int i = 0; i < dzScene->getNumNodes(); ++i)
-        if (dzScene->getNode(i)->isRootNode())
-            addItem(*dzScene->getNode(i), *_tree->invisibleRootItem(), expanded);
+    for (int i = 0; i < dzScene->getNumNodes(); ++i) {
+        DzNode* const root = dzScene->getNode(i);
+        if (!root->isRootNode())
+            continue;
+        addItem(*root, *_tree->invisibleRootItem());
+        openhost::WalkBelow(*root, [this](DzNode& node) {
+            addItem(node, *_items.value(node.getNodeParent()));
+            return openhost::Walk::On;
+        });
+    }
+    for (auto it = _items.constBegin(); it != _items.constEnd(); ++it)
+        it.value()->setExpanded(expanded.value(it.key(), false));
     showSelection();
 }
 
-void DzHierarchyPane::addItem(DzNode& node, QTreeWidgetItem& parent,
-                              const QHash<const DzNode*, bool>& expanded)
+void DzHierarchyPane::addItem(DzNode& node, QTreeWidgetItem& parent)
 {
     auto* const item = new QTreeWidgetItem(&parent);
     item->setFlags(item->flags() | Qt::ItemIsEditable | Qt::ItemIsUserCheckable);
     _items.insert(&node, item);
     _nodes.insert(item, &node);
     showNode(node);
-    for (int i = 0; i < node.getNumNodeChildren(); ++i)
-        addItem(*node.getNodeChild(i), *item, expanded);
-    item->setExpanded(expanded.value(&node, false));
     const auto show = [this, shown = &node] { showNode(*shown); };
     const auto mark = [this] { markStale(); };
     connect(&node, &DzElement::labelChanged, _watch.get(), show);

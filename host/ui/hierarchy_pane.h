@@ -37,7 +37,7 @@ private slots:
 private:
     void build();
     void fillTree();
-    void addItem(DzNode& node, QTreeWidgetItem& parent, const QHash<const DzNode*, bool>& expanded);
+    void addItem(DzNode& node, QTreeWidgetItem& parent);
     void showNode(const DzNode& node);
     void showSelection();
     DzNode* nodeOf(const QTreeWidgetItem& item) const;

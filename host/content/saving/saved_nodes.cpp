@@ -9,6 +9,7 @@
 #include "dzskeleton.h"
 #include "scene_units.h"
 
+#include <unordered_map>
 #include <unordered_set>
 
 namespace openhost {
@@ -21,12 +22,21 @@ std::vector<DzNode*> Topmost(IsWanted isWanted)
 {
     std::vector<DzNode*> topmost;
     std::unordered_set<const DzNode*> taken;
+    std::unordered_map<const DzNode*, bool> isTaken; // itself or above it, of the nodes passed so far
+    std::vector<const DzNode*> passed;
     for (int i = 0; i < dzScene->getNumNodes(); ++i) {
         DzNode* const node = dzScene->getNode(i);
         const DzNode* above = node->getNodeParent();
-        while (above && !isWanted(*above))
+        while (above && !isTaken.count(above) && !isWanted(*above)) {
+            passed.push_back(above);
             above = above->getNodeParent();
-        if (!above && isWanted(*node) && taken.insert(node).second)
+        }
+        const bool isBelow = above && (!isTaken.count(above) || isTaken[above]);
+        for (; !passed.empty(); passed.pop_back())
+            isTaken[passed.back()] = isBelow;
+        const bool isTop = !isBelow && isWanted(*node);
+        isTaken[node] = isBelow || isTop;
+        if (isTop && taken.insert(node).second)
             topmost.push_back(node);
     }
     return topmost;

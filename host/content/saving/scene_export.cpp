@@ -58,7 +58,7 @@ std::vector<std::string> FavoritesOf(const SceneUnit& unit, const DzNode& node)
 class SceneDescriber {
 public:
     SceneDescriber(const std::vector<DzNode*>& roots, const DzSkeleton* wearer)
-        : _wearer(wearer), _scene(CollectUnits(roots))
+        : _wearer(wearer), _scene(CollectUnits(roots)), _namedProperties(_scene.units.size())
     {
     }
 
@@ -147,7 +147,7 @@ private:
     void enterName(std::size_t unit, const DzNumericProperty& property, std::string uri)
     {
         _propertyNames[&property] = {unit, std::move(uri)};
-        _namedProperties.push_back(&property);
+        _namedProperties[unit].push_back(&property);
     }
 
     void describeInstances()
@@ -352,7 +352,7 @@ private:
     {
         std::vector<dson::Formula> formulas;
         const PropertyNamer nameOf = [this, u](const DzProperty& property) { return nameIn(u, property); };
-        for (const DzNumericProperty* const property : _namedProperties) {
+        for (const DzNumericProperty* const property : _namedProperties[u]) {
             const PropertyName& name = _propertyNames.at(property);
             for (int i = 0; name.unit == u && i < property->getNumControllers(); ++i) {
                 const auto* const link = qobject_cast<const DzNumericController*>(property->getController(i));
@@ -381,7 +381,7 @@ private:
     std::unordered_map<const DzNode*, std::string> _geometryIds;
     std::unordered_map<const DzNode*, std::size_t> _instances; ///< indices of scene nodes
     std::unordered_map<const DzProperty*, PropertyName> _propertyNames;
-    std::vector<const DzNumericProperty*> _namedProperties; ///< in order
+    std::vector<std::vector<const DzNumericProperty*>> _namedProperties; ///< by unit, in order
     dson::SceneAsset _asset;
     std::size_t _lostLinks = 0, _lostFormers = 0;
 };

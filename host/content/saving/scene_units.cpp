@@ -18,6 +18,7 @@
 #include "dzskeleton.h"
 #include "library/asset_origin.h"
 #include "library/content_paths.h"
+#include "scene/node_walk.h"
 
 #include <map>
 
@@ -51,11 +52,13 @@ private:
 
 class UnitCollector {
 public:
-    void addTree(DzNode* node)
+    void addTree(DzNode* top)
     {
-        add(node);
-        for (int i = 0; i < node->getNumNodeChildren(); ++i)
-            addTree(node->getNodeChild(i));
+        add(top);
+        WalkBelow(*top, [this](DzNode& node) {
+            add(&node);
+            return Walk::On;
+        });
     }
 
     SceneUnits take()

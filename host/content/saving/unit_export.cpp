@@ -176,8 +176,9 @@ std::string FileIds::take(const std::string& text)
     const bool isRepeated = expected != _expected.end() && expected->second > 1;
     if (!isRepeated && _taken.insert(wanted).second)
         return wanted;
-    for (int n = 1;; ++n) {
-        const std::string id = wanted + "-" + std::to_string(n);
+    // Ids are never given back, so what was passed over once need not be tried again.
+    for (int& n = _numbers[wanted];;) {
+        const std::string id = wanted + "-" + std::to_string(++n);
         if (_expected.count(id) == 0 && _taken.insert(id).second)
             return id;
     }

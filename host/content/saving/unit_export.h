@@ -24,6 +24,7 @@ public:
 
 private:
     std::map<std::string, int> _expected;
+    std::map<std::string, int> _numbers; ///< the last that was tried behind a text
     std::set<std::string> _taken;
 };
 
