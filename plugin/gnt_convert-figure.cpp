@@ -77,6 +77,16 @@ bool GntConverter::IsTarget(const DzNode& node)
     return BaseFigureOf(node) == kst::daz::BaseFigure::Genesis9;
 }
 
+GntLoadedLabels GntConverter::LoadedLabels(const DzNode& source)
+{
+    const SourceKind* const kind = SourceKindOf(BaseFigureOf(source));
+    assert(kind);
+    const auto labelOf = [](GntLoadFigure figure) {
+        return GNT_FIGURE_FILES[static_cast<std::size_t>(figure) - 1].label;
+    };
+    return {labelOf(GntStockFigureOf(kind->cloneShape)), labelOf(GntLoadFigure::Genesis9DeveloperLoad)};
+}
+
 std::shared_ptr<GntParams> GntConverter::FindSourceAndTargetInSceneSelected_X()
 {
     std::vector<DzNode*> sources, targets;

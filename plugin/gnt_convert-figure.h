@@ -13,6 +13,12 @@
 class DzNode;
 class QWidget;
 
+/// By which a conversion finds the figures that it loads: no other node may have these labels when it begins.
+/// The source may, and the target may have the last, since they are labelled anew before.
+struct GntLoadedLabels {
+    const char *stock, *temporary;
+};
+
 /// Lives for one conversion. Puts the two figures back as they were when it goes away, also after a failure.
 class GntConverter {
 public:
@@ -31,6 +37,8 @@ public:
     /// Whether the figure is of a kind that can be converted from, or to. The node of a bone is none.
     static bool IsSource(const DzNode& node);
     static bool IsTarget(const DzNode& node);
+    /// @param source  IsSource()
+    static GntLoadedLabels LoadedLabels(const DzNode& source);
 
     /// Reads the scene's selection: exactly one source and one Genesis 9 figure, in any order; bones count as
     /// their figures. Changes nothing.

@@ -5,6 +5,7 @@
 
 #include "command.h"
 #include "conversion_checks.h"
+#include "conversion_figures.h"
 #include "conversion_results.h"
 #include "dzapp.h"
 #include "dzfigure.h"
@@ -119,6 +120,11 @@ void TurnDial(const DzNode& source, const NameValue& dial)
     }
 }
 
+void Append(base::Diagnostics& all, const base::Diagnostics& more)
+{
+    all.insert(all.end(), more.begin(), more.end());
+}
+
 /// Adds what the host met, but for files of missing shapes: those are told with the shape's name already.
 void AddMet(const base::Diagnostics& met, base::Diagnostics& told)
 {
@@ -136,16 +142,15 @@ void AddMet(const base::Diagnostics& met, base::Diagnostics& told)
 ConversionReport ConvertIn(HostSession& session, const ConversionRequest& request, Progress& progress)
 {
     ConversionReport report;
-    DzNode* const source = session.open(request.source);
+    DzNode& source = ChooseSource(session.open(request.source), request.source, report.diagnostics);
     for (const NameValue& dial : request.dials)
-        TurnDial(*source, dial);
-    CheckIsSource(*source, request.source);
-    report.diagnostics = CheckShapesAreWhole(*source, request);
-    DzNode* const target = session.open(request.target);
-    CheckIsTarget(*target, request.target);
-    report.source = DescribeFigure(kst::daz::ResolveToFigure_X(*source));
-    report.target = DescribeFigure(kst::daz::ResolveToFigure_X(*target));
-    const GntOutcome outcome = Run(*source, *target, request.morphs, session, progress);
+        TurnDial(source, dial);
+    Append(report.diagnostics, CheckShapesAreWhole(source, request));
+    DzNode& target = ChooseTarget(session.open(request.target), request.target, report.diagnostics);
+    report.source = DescribeFigure(kst::daz::ResolveToFigure_X(source));
+    report.target = DescribeFigure(kst::daz::ResolveToFigure_X(target));
+    KeepLabelsFree(source, target, report.diagnostics);
+    const GntOutcome outcome = Run(source, target, request.morphs, session, progress);
     DescribeOutcome(outcome, report);
 
     progress.stage("Measuring the result");

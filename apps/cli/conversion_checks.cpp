@@ -5,7 +5,6 @@
 
 #include "command.h"
 #include "dznode.h"
-#include "gnt_convert-figure.h"
 #include "openhost/missing_shapes.h"
 
 #include <cerrno>
@@ -60,19 +59,6 @@ void CheckPlaces(const ConversionRequest& request)
     if (fs::is_directory(request.exportObj, error))
         throw std::runtime_error(
             fmt::format("cannot write {}: {}", FileText(request.exportObj), std::strerror(EISDIR)));
-}
-
-void CheckIsSource(const DzNode& node, const fs::path& file)
-{
-    if (!GntConverter::IsSource(node))
-        throw std::runtime_error(
-            fmt::format("{}: is no Genesis 3, 8 or 8.1 figure to convert from", FileText(file)));
-}
-
-void CheckIsTarget(const DzNode& node, const fs::path& file)
-{
-    if (!GntConverter::IsTarget(node))
-        throw std::runtime_error(fmt::format("{}: is no Genesis 9 figure to convert to", FileText(file)));
 }
 
 base::Diagnostics CheckShapesAreWhole(const DzNode& source, const ConversionRequest& request)

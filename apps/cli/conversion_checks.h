@@ -14,11 +14,6 @@ namespace cli {
 /// @throws std::runtime_error  one of them cannot
 void CheckPlaces(const ConversionRequest& request);
 
-/// @throws std::runtime_error  the figure of the file is of no generation that can be converted
-void CheckIsSource(const DzNode& node, const std::filesystem::path& file);
-/// @throws std::runtime_error  the figure of the file is no Genesis 9
-void CheckIsTarget(const DzNode& node, const std::filesystem::path& file);
-
 /// Without the displacements of a shape that it wears, the figure would become another character.
 /// @return what is missing all the same, since the request accepts it
 /// @throws std::runtime_error  anything is missing; the text names every shape and its file

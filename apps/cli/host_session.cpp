@@ -71,20 +71,21 @@ std::set<const DzNode*> NodesInScene()
     return nodes;
 }
 
-/// A figure before anything else; null when nothing came.
-DzNode* FirstNewNode(const std::set<const DzNode*>& before)
+/// Figures before anything else; what is below a node came with it.
+std::vector<DzNode*> NewNodes(const std::set<const DzNode*>& before)
 {
-    DzNode* first = nullptr;
+    std::vector<DzNode*> figures, others;
     for (int i = 0; i < dzScene->getNumNodes(); ++i) {
         DzNode* const node = dzScene->getNode(i);
         if (before.count(node))
             continue;
         if (qobject_cast<DzFigure*>(node))
-            return node;
-        if (!first && node->isRootNode())
-            first = node;
+            figures.push_back(node);
+        else if (node->isRootNode())
+            others.push_back(node);
     }
-    return first;
+    figures.insert(figures.end(), others.begin(), others.end());
+    return figures;
 }
 
 /// The toolkit makes a folder for the user's session where the system has none; it is to go with the others.
@@ -167,15 +168,15 @@ HostSession::~HostSession()
     qInstallMessageHandler(_impl->formerHandler);
 }
 
-DzNode* HostSession::open(const fs::path& file)
+std::vector<DzNode*> HostSession::open(const fs::path& file)
 {
     CheckFile(file);
     const std::set<const DzNode*> before = NodesInScene();
     const openhost::DiagnosticsCollector met(dzApp->diagnostics());
     const bool isOpened = dzApp->getContentMgr()->openFile(ToQ(fs::absolute(file)), true);
-    DzNode* const node = isOpened ? FirstNewNode(before) : nullptr;
-    if (node)
-        return node;
+    std::vector<DzNode*> came = isOpened ? NewNodes(before) : std::vector<DzNode*>();
+    if (!came.empty())
+        return came;
     const base::Diagnostic* const reason = base::FirstError(met.all());
     if (!isOpened && reason)
         throw std::runtime_error(base::ToLine(*reason));

@@ -26,9 +26,9 @@ public:
     HostSession& operator=(const HostSession&) = delete;
 
     /// Adds the file's content to the scene.
-    /// @return the first figure that came with it, or else the first root node; the scene's own
+    /// @return what came with it: figures first, then root nodes that are none; at least one. The scene's own
     /// @throws std::runtime_error  the file cannot be opened or adds nothing; the text has the host's reason
-    DzNode* open(const std::filesystem::path& file);
+    std::vector<DzNode*> open(const std::filesystem::path& file);
 
     /// What the host has had to say since the session began, each once.
     const base::Diagnostics& diagnostics() const;

@@ -63,12 +63,14 @@ protected:
 
 TEST_F(ConvertFailure, wants_figures_of_the_right_kinds)
 {
-    expectFailure(convertTo(sourceFile()), 1, sourceFile() + ": is no Genesis 9 figure to convert to.");
+    expectFailure(convertTo(sourceFile()), 1,
+                  sourceFile() + ": has no Genesis 9 figure to convert to, only \"Genesis 8 Female (2)\".");
     expectFailure(convertFrom(targetFile()), 1,
-                  targetFile() + ": is no Genesis 3, 8 or 8.1 figure to convert from.");
+                  targetFile() + ": has no Genesis 3, 8 or 8.1 figure to convert from, only \"Genesis 9\".");
     const std::string prop = writeProp();
-    expectFailure(convertFrom(prop), 1, prop + ": is no Genesis 3, 8 or 8.1 figure to convert from.");
-    expectFailure(convertTo(prop), 1, prop + ": is no Genesis 9 figure to convert to.");
+    expectFailure(convertFrom(prop), 1,
+                  prop + ": has no Genesis 3, 8 or 8.1 figure to convert from, only \"Box\".");
+    expectFailure(convertTo(prop), 1, prop + ": has no Genesis 9 figure to convert to, only \"Box\".");
 }
 
 TEST_F(ConvertFailure, wants_files_that_can_be_loaded)

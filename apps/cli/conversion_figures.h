@@ -1,0 +1,28 @@
+// Which nodes of the files are converted, and how the others keep out of the way.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "base/diagnostic.h"
+
+#include <filesystem>
+#include <vector>
+
+class DzNode;
+
+namespace cli {
+
+/// The first node that can be converted from, or to.
+/// @param came         with the file, figures first; not empty
+/// @param diagnostics  hears of a choice that the file leaves open
+/// @throws std::runtime_error  there is none; the text names what there is
+DzNode& ChooseSource(const std::vector<DzNode*>& came, const std::filesystem::path& file,
+                     base::Diagnostics& diagnostics);
+DzNode& ChooseTarget(const std::vector<DzNode*>& came, const std::filesystem::path& file,
+                     base::Diagnostics& diagnostics);
+
+/// A conversion loads figures of its own and knows them by their labels. What is in the scene and has one of
+/// these gets another; the source needs none, since the conversion labels it anew itself.
+void KeepLabelsFree(const DzNode& source, const DzNode& target, base::Diagnostics& diagnostics);
+
+} // namespace cli
