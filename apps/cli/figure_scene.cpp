@@ -1,4 +1,4 @@
-// Scenes of figures' own files.
+// Figures in their own files, and scenes of them.
 // SPDX-License-Identifier: MIT
 
 #include "figure_scene.h"
@@ -6,7 +6,6 @@
 #include "base/atomic_file.h"
 #include "base/errors.h"
 #include "command.h"
-#include "dson/reader.h"
 #include "dson/uri.h"
 #include "mesh_files.h"
 #include "report.h"
@@ -35,9 +34,11 @@ std::string ContentPath(const fs::path& file, const std::vector<fs::path>& direc
 
 const dson::Node* FigureIn(const dson::Document& document)
 {
-    const auto figure = std::find_if(document.nodes.begin(), document.nodes.end(),
-                                     [](const dson::Node& node) { return node.parent.empty(); });
-    return figure == document.nodes.end() || document.geometries.empty() ? nullptr : &*figure;
+    const dson::Node* figure = nullptr;
+    for (const dson::Node& node : document.nodes)
+        if (node.parent.empty() && (!figure || (figure->type != "figure" && node.type == "figure")))
+            figure = &node;
+    return document.geometries.empty() ? nullptr : figure;
 }
 
 Json SceneWith(const std::string& path, const dson::Node& figure, const std::string& geometry)
@@ -54,6 +55,19 @@ Json SceneWith(const std::string& path, const dson::Node& figure, const std::str
 
 } // namespace
 
+const dson::Geometry* GeometryOf(const dson::Document& document, const std::string& id)
+{
+    std::string wanted = id;
+    for (const dson::SkinDefinition& skin : document.skins)
+        if (skin.node == id)
+            wanted = skin.geometry;
+    const auto geometry = std::find_if(document.geometries.begin(), document.geometries.end(),
+                                       [&wanted](const dson::Geometry& one) { return one.id == wanted; });
+    if (geometry != document.geometries.end())
+        return &*geometry;
+    return document.geometries.empty() ? nullptr : &document.geometries.front();
+}
+
 fs::path SceneOf(const fs::path& file, const std::vector<fs::path>& contentDirectories,
                  const fs::path& folder)
 {
@@ -67,8 +81,8 @@ fs::path SceneOf(const fs::path& file, const std::vector<fs::path>& contentDirec
         throw base::FormatError("{}: defines no figure", FileText(file));
     const fs::path scene = folder / "figure.duf";
     base::WriteFileAtomically(
-        scene,
-        SceneWith(ContentPath(file, contentDirectories), *figure, document.geometries.front().id).dump());
+        scene, SceneWith(ContentPath(file, contentDirectories), *figure, GeometryOf(document, figure->id)->id)
+                   .dump());
     return scene;
 }
 

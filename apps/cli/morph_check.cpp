@@ -8,6 +8,7 @@
 #include "dson/file_text.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
+#include "figure_scene.h"
 
 #include <algorithm>
 #include <map>
@@ -24,7 +25,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Meshes of figures, each read once by whichever thread asks first.
+/// Figures' files, each read once by whichever thread asks first.
 class Figures {
 public:
     explicit Figures(const ContentFiles& content) : _content(content) {}
@@ -32,30 +33,28 @@ public:
     /// Null where it cannot be had: what is for it cannot be compared then.
     std::shared_ptr<const geometry::Topology> meshOf(const std::string& parentUri)
     {
-        const std::string path = dson::ParseUri(parentUri).path;
+        const dson::Uri parent = dson::ParseUri(parentUri);
         const std::lock_guard lock(_mutex);
-        const auto [place, isNew] = _meshes.try_emplace(path);
+        const auto [place, isNew] = _documents.try_emplace(parent.path);
         if (isNew)
-            place->second = read(_content.find(path));
-        return place->second;
+            place->second = read(_content.find(parent.path));
+        const dson::Geometry* const geometry = GeometryOf(place->second, parent.id);
+        return geometry ? geometry->mesh.topology : nullptr;
     }
 
 private:
-    static std::shared_ptr<const geometry::Topology> read(const fs::path& file)
+    static dson::Document read(const fs::path& file)
     {
-        if (file.empty())
-            return nullptr;
         try {
-            const dson::Document document = dson::ReadDocument(file, {false});
-            return document.geometries.empty() ? nullptr : document.geometries.front().mesh.topology;
+            return file.empty() ? dson::Document() : dson::ReadDocument(file, {false});
         } catch (const base::Error&) {
-            return nullptr;
+            return {};
         }
     }
 
     const ContentFiles& _content;
     std::mutex _mutex;
-    std::map<std::string, std::shared_ptr<const geometry::Topology>> _meshes;
+    std::map<std::string, dson::Document> _documents;
 };
 
 /// One morph file.

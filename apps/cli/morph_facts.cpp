@@ -9,6 +9,7 @@
 #include "dson/uri.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include <nlohmann/json.hpp>
@@ -48,18 +49,30 @@ Json Unusable(const MorphSurvey& survey)
     return list;
 }
 
-/// Files of the figures that a scene has, each once.
+bool DefinesMesh(const fs::path& file)
+{
+    try {
+        return !dson::ReadDocument(file, {false}).geometries.empty();
+    } catch (const base::Error&) {
+        return false;
+    }
+}
+
+/// Files of the figures that a scene has, each once. Besides them the file may define things itself.
 std::set<fs::path> FigureFiles(const dson::Document& document, const ContentFiles& content)
 {
-    if (!document.geometries.empty())
-        return {document.file};
+    std::map<std::string, bool> paths; // bones name the figure's file as well, and have no mesh
+    for (const dson::NodeInstance& node : document.nodeInstances)
+        paths[dson::ParseUri(node.url).path] |= !node.geometries.empty();
     std::set<fs::path> files;
-    for (const dson::NodeInstance& node : document.nodeInstances) {
-        const fs::path file =
-            node.geometries.empty() ? fs::path() : content.find(dson::ParseUri(node.url).path);
-        if (!file.empty())
+    for (const auto& [path, hasMesh] : paths) {
+        const fs::path file = content.find(path);
+        // An instance may leave its geometry to the definition.
+        if (!file.empty() && (hasMesh || DefinesMesh(file)))
             files.insert(file);
     }
+    if (!document.geometries.empty())
+        files.insert(document.file);
     return files;
 }
 

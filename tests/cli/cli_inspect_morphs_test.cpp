@@ -249,3 +249,35 @@ TEST_F(InspectMorphs, of_a_scene_without_figures_are_an_error)
         workspace.write("lib/People/Empty.duf", R"({"file_version": "0.6.0.0", "scene": {}})");
     ExpectError(run({scene, "--check"}), 1, scene + ": names no figure that can be found.");
 }
+
+TEST_F(InspectMorphs, of_a_scene_with_a_prop_of_its_own_are_those_of_the_figure)
+{
+    const std::string prop =
+        R"("geometry_library": [{"id": "Ball-g", "vertices": {"values": [[0, 0, 0], [1, 0, 0], [1, 1, 0]]},
+            "polygon_groups": {"values": ["all"]}, "polygon_material_groups": {"values": ["red"]},
+            "polylist": {"values": [[0, 0, 0, 1, 2]]}}],
+        "node_library": [{"id": "Ball", "type": "node"}])";
+    const std::string ball =
+        R"({"id": "Ball-1", "url": "#Ball", "geometries": [{"id": "b", "url": "#Ball-g"}]})";
+    const std::string box = R"({"id": "Box", "url": "/data/acme/Box/Box.dsf#Box"})"; // its geometry is known
+    for (const std::string& nodes : {box + "," + ball, ball + "," + box}) {
+        const std::string scene =
+            workspace.write("lib/People/Scene.duf", R"({"file_version": "0.6.0.0",
+            "asset_info": {"id": "/People/Scene.duf", "type": "scene"}, )" +
+                                                        prop + R"(, "scene": {"nodes": [)" + nodes + "]}}");
+        EXPECT_EQ(report({scene, "--check"}).at("checked"), 4);
+        EXPECT_EQ(names(report({scene, "--morphs", "CTRL*"})), Strings{"CTRLBend"});
+    }
+}
+
+TEST_F(InspectMorphs, are_compared_with_the_mesh_that_they_are_for)
+{
+    std::string two = figureText;
+    const std::string list = R"("geometry_library": [)";
+    two.insert(two.find(list) + list.size(),
+               R"({"id": "Eyes", "vertices": {"values": [[0, 0, 0], [1, 0, 0], [1, 1, 0]]},
+        "polygon_groups": {"values": ["all"]}, "polygon_material_groups": {"values": ["red"]},
+        "polylist": {"values": [[0, 0, 0, 1, 2]]}},)");
+    workspace.write("lib/data/Acme/Box/Box.dsf", two);
+    EXPECT_EQ(report({character, "--check"}).at("unusable"), json::array());
+}

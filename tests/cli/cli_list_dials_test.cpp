@@ -115,6 +115,17 @@ TEST_F(ListDials, takes_the_file_that_defines_a_figure)
     ExpectError(run({morph}), 1, morph + ": defines no figure.");
 }
 
+TEST_F(ListDials, of_a_file_with_a_prop_in_front_are_the_figure_s)
+{
+    std::string both = figureText;
+    const std::string list = R"("node_library": [)";
+    both.insert(both.find(list) + list.size(), R"({"id": "Ball", "label": "Ball", "type": "node"}, )");
+    const std::string file = workspace.write("lib/data/Acme/Box/Box.dsf", both);
+    const Strings listed = lines({file});
+    ASSERT_EQ(listed.size(), 3u);
+    EXPECT_EQ(listed[1], "Tall\tPHMTall\t/Shapes\t0\t0..1\t/data/Acme/Box/Morphs/Acme/Tall.dsf\tBox");
+}
+
 TEST_F(ListDials, as_json_has_limits_and_defaults)
 {
     const ProgramResult result = run({character, "--json", "--search", "bend"});
