@@ -8,6 +8,7 @@
 #include "dzscene.h"
 #include "file_facts.h"
 #include "host_session.h"
+#include "interrupt.h"
 #include "mesh_files.h"
 #include "morph_check.h"
 #include "morph_facts.h"
@@ -48,6 +49,8 @@ void AddFigures(Json& facts, base::Diagnostics& diagnostics, const InspectArgume
     base::Diagnostics reason;
     try {
         session.open(arguments.file);
+    } catch (const InterruptedError&) {
+        throw;
     } catch (const std::runtime_error& error) {
         if (!base::FirstError(session.diagnostics()))
             reason.push_back(base::FromSentence(base::Severity::Error, arguments.file, error.what()));
@@ -90,6 +93,7 @@ void InspectMorphs(const InspectArguments& arguments, Progress& progress)
     const ContentFiles content = ContentFor(arguments);
     MorphSurvey survey = SurveyMorphs(MorphFilesOf(arguments.file, content), content, {arguments.check});
     progress.finish();
+    ThrowIfInterrupted();
     const std::size_t unusable = survey.unusable.size();
     WriteReport(MorphFacts(survey, arguments.morphs, arguments.check, arguments.json), arguments.json);
     if (arguments.check && unusable > 0)
@@ -108,6 +112,7 @@ void Inspect(const InspectArguments& arguments)
     }
     const Json facts = FileFacts(arguments, progress);
     progress.finish();
+    ThrowIfInterrupted();
     WriteReport(facts, arguments.json);
 }
 

@@ -13,6 +13,7 @@
 #include "dzscene.h"
 #include "figure_scene.h"
 #include "host_session.h"
+#include "interrupt.h"
 #include "openhost/asset_uri.h"
 #include "options.h"
 #include "progress.h"
@@ -150,6 +151,7 @@ void ListDials(const ListDialsArguments& arguments)
     session.open(SceneOf(arguments.file, directories, session.temporaryFolder()));
     const std::vector<ListedDial> dials = WantedDials(arguments);
     progress.finish();
+    ThrowIfInterrupted();
     (arguments.json ? WriteJson : WriteTable)(dials, session.diagnostics());
 }
 

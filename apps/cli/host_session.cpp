@@ -117,6 +117,7 @@ public:
         if (endsAtSteps)
             ThrowIfInterrupted();
     }
+    void beforeReading() override { ThrowIfInterrupted(); }
     bool endsAtSteps = false;
 };
 
@@ -174,6 +175,7 @@ std::vector<DzNode*> HostSession::open(const fs::path& file)
     const std::set<const DzNode*> before = NodesInScene();
     const openhost::DiagnosticsCollector met(dzApp->diagnostics());
     const bool isOpened = dzApp->getContentMgr()->openFile(ToQ(fs::absolute(file)), true);
+    ThrowIfInterrupted();
     std::vector<DzNode*> came = isOpened ? NewNodes(before) : std::vector<DzNode*>();
     if (!came.empty())
         return came;

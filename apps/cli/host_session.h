@@ -28,6 +28,7 @@ public:
     /// Adds the file's content to the scene.
     /// @return what came with it: figures first, then root nodes that are none; at least one. The scene's own
     /// @throws std::runtime_error  the file cannot be opened or adds nothing; the text has the host's reason
+    /// @throws InterruptedError    the user asked to end; also while the files are being read
     std::vector<DzNode*> open(const std::filesystem::path& file);
 
     /// What the host has had to say since the session began, each once.

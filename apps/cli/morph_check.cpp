@@ -9,6 +9,7 @@
 #include "dson/reader.h"
 #include "dson/uri.h"
 #include "figure_scene.h"
+#include "interrupt.h"
 
 #include <algorithm>
 #include <map>
@@ -156,6 +157,7 @@ MorphSurvey SurveyMorphs(const std::vector<fs::path>& files, const ContentFiles&
     Figures figures(content);
     std::vector<MorphSurvey> surveys(files.size());
     tbb::parallel_for(std::size_t{0}, files.size(), [&](std::size_t i) {
+        ThrowIfInterrupted();
         surveys[i] = FileSurvey(files[i], content, figures, options).run();
     });
     MorphSurvey all;

@@ -17,6 +17,7 @@ void Attendant::tellMissingFiles(const QStringList&) {}
 void Attendant::tellOpenError(const QString&, const QString&) {}
 void Attendant::tellDuplicateFormulas(const QStringList&) {}
 void Attendant::beforeProgress() {}
+void Attendant::beforeReading() {}
 
 bool Attendant::mayReplaceScene(const QString&)
 {

@@ -1,4 +1,4 @@
-// `gantrel convert` and Ctrl+C.
+// Ctrl+C.
 // SPDX-License-Identifier: MIT
 
 #include "cli_conversion.h"
@@ -6,6 +6,90 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+/// A pipe that lies where a file is wanted: who reads it waits for what is given.
+class PipeForFile {
+public:
+    PipeForFile(const std::string& path, std::string content) : _path(path), _content(std::move(content))
+    {
+        std::filesystem::remove(path);
+        if (mkfifo(path.c_str(), 0600) != 0)
+            throw std::runtime_error("cannot make a pipe");
+    }
+    ~PipeForFile()
+    {
+        if (_writing >= 0)
+            close(_writing);
+    }
+    PipeForFile(const PipeForFile&) = delete;
+    PipeForFile& operator=(const PipeForFile&) = delete;
+
+    bool isWaitedFor()
+    {
+        if (_writing < 0)
+            _writing = open(_path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+        return _writing >= 0;
+    }
+    /// All of it; what comes later finds nothing in the pipe.
+    void give()
+    {
+        EXPECT_EQ(write(_writing, _content.data(), _content.size()), static_cast<ssize_t>(_content.size()));
+        close(_writing);
+        _writing = -1;
+        std::filesystem::remove(_path);
+    }
+
+private:
+    std::string _path, _content;
+    int _writing = -1;
+};
+
+/// Interrupted while a file is read.
+void ExpectInterrupted(const std::vector<std::string>& arguments, const std::string& readFile,
+                       const std::string& content)
+{
+    SCOPED_TRACE(arguments.front() + " " + arguments.back());
+    PipeForFile pipe(readFile, content);
+    const ProgramResult result = InterruptProgram(
+        arguments, [&pipe] { return pipe.isWaitedFor(); }, [&pipe] { pipe.give(); });
+    EXPECT_EQ(result.signal, SIGINT);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
+}
+
+class InterruptedLook : public ::testing::Test {
+protected:
+    InterruptedLook()
+    {
+        std::filesystem::create_directories(workspace.path("lib/data/Box/Morphs"));
+        workspace.write("lib/data/Box/Morphs/Tall.dsf", morph);
+    }
+    ~InterruptedLook() override
+    {
+        for (const std::string& entry : workspace.entries())
+            EXPECT_NE(entry.compare(0, 4, "tmp/"), 0) << entry;
+    }
+
+    const std::string figure = R"({"file_version": "0.6.0.0",
+        "asset_info": {"id": "/data/Box/Box.dsf", "type": "figure"},
+        "geometry_library": [{"id": "Box-g", "vertices": {"values": [[0, 0, 0], [9, 0, 0], [9, 9, 0]]},
+            "polygon_groups": {"values": ["all"]}, "polygon_material_groups": {"values": ["skin"]},
+            "polylist": {"values": [[0, 0, 0, 1, 2]]}}],
+        "node_library": [{"id": "Box", "label": "Box", "type": "figure"}]})";
+    const std::string morph =
+        R"({"file_version": "0.6.0.0", "asset_info": {"id": "/x.dsf"}, "modifier_library": [{
+        "id": "Tall", "parent": "/data/Box/Box.dsf#Box-g", "channel": {"id": "value", "type": "float"},
+        "morph": {"vertex_count": 3, "deltas": {"values": [[2, 0, 1, 0]]}, "hd_url": "/data/Box/Morphs/Tall.dhdm"}}]})";
+    Workspace workspace;
+};
+
+} // namespace
 
 using InterruptedConversion = ConversionTest;
 
@@ -34,4 +118,30 @@ TEST_F(InterruptedConversion, ends_between_two_pictures)
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
     EXPECT_FALSE(std::filesystem::exists(pictures + "/comparison-face.png")) << "the last one";
+}
+
+TEST_F(InterruptedLook, at_dials_lists_none)
+{
+    const std::string file = workspace.path("lib/data/Box/Box.dsf");
+    ExpectInterrupted({"list-dials", file}, file, figure);
+}
+
+TEST_F(InterruptedLook, into_a_file_tells_nothing)
+{
+    const std::string file = workspace.path("lib/data/Box/Box.dsf");
+    ExpectInterrupted({"inspect", file}, file, figure);
+}
+
+TEST_F(InterruptedLook, into_morphs_tells_nothing)
+{
+    const std::string file = workspace.path("lib/data/Box/Box.dsf");
+    ExpectInterrupted({"inspect", file, "--morphs", "*"}, file, figure);
+}
+
+TEST_F(InterruptedLook, for_what_cannot_be_used_tells_nothing)
+{
+    const std::string file = workspace.write("lib/data/Box/Box.dsf", figure);
+    const std::string detail = workspace.path("lib/data/Box/Morphs/Tall.dhdm");
+    ExpectInterrupted({"inspect", file, "--check"}, detail, "no detail");
+    ExpectInterrupted({"inspect", "--check", workspace.path("lib/data")}, detail, "no detail");
 }

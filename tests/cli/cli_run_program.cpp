@@ -110,11 +110,13 @@ ProgramResult InterruptProgram(const std::vector<std::string>& arguments, const 
 }
 
 ProgramResult InterruptProgram(const std::vector<std::string>& arguments,
-                               const std::function<bool()>& hasCome)
+                               const std::function<bool()>& hasCome, const std::function<void()>& afterwards)
 {
     const RunningProgram program(arguments);
     while (!hasCome() && !program.hasEnded())
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     program.interrupt();
+    if (afterwards)
+        afterwards();
     return program.wait();
 }

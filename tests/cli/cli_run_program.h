@@ -16,7 +16,9 @@ struct ProgramResult {
 /// Runs the program under test to its end, without a terminal.
 ProgramResult RunProgram(const std::vector<std::string>& arguments);
 /// Starts the program, waits until something has come, and sends Ctrl+C's signal.
+/// @param afterwards  what happens then, before the end is waited for
 ProgramResult InterruptProgram(const std::vector<std::string>& arguments,
-                               const std::function<bool()>& hasCome);
+                               const std::function<bool()>& hasCome,
+                               const std::function<void()>& afterwards = {});
 /// The same when the file or folder exists.
 ProgramResult InterruptProgram(const std::vector<std::string>& arguments, const std::string& awaitedPath);

@@ -18,6 +18,8 @@
 #include "dzobject.h"
 #include "tests/host/content_fixture.h"
 
+#include <atomic>
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -81,6 +83,22 @@ private:
     openhost::AttendantOverride _answering{*this};
 };
 
+/// Ends a load after so many steps.
+class Ender : public openhost::Attendant {
+public:
+    explicit Ender(int after) : _after(after) {}
+    void beforeReading() override
+    {
+        if (++steps > _after)
+            throw std::runtime_error("ended");
+    }
+    std::atomic<int> steps{0};
+
+private:
+    int _after;
+    openhost::AttendantOverride _answering{*this};
+};
+
 using Asked = std::vector<std::string>;
 
 class Questions : public LibraryTest {
@@ -118,6 +136,27 @@ TEST_F(Questions, a_file_that_cannot_be_opened_is_told_with_the_reason)
     WriteBytes(_library / "Broken.duf", "{");
     EXPECT_FALSE(open(_library / "Broken.duf"));
     EXPECT_EQ(attendant.asked, (Asked{"error Nothing.duf", "error Broken.duf"}));
+}
+
+TEST_F(Questions, a_load_ends_before_any_of_its_files_when_that_is_wanted)
+{
+    const auto write = [this](const char* name) { mini::WriteMorph(mini::Control(name), _library); };
+    write("First");
+    write("Second");
+    {
+        // Each is looked at, read and put into place.
+        const Ender patient(1000);
+        ASSERT_NE(openMini(), nullptr);
+        EXPECT_EQ(patient.steps, 2 * 3);
+    }
+    const int nodes = dzScene->getNumNodes();
+    write("Third");
+    for (const int most : {0, 1, 3, 5}) {
+        const Ender ender(most);
+        EXPECT_EQ(openMini(), nullptr) << most;
+        EXPECT_EQ(dzScene->getNumNodes(), nodes) << most;
+    }
+    EXPECT_NE(openMini(), nullptr);
 }
 
 TEST_F(Questions, repeated_formulas_are_told)

@@ -6,6 +6,7 @@
 
 #include "library/asset_library.h"
 
+#include "app/current_attendant.h"
 #include "base/errors.h"
 #include "dson/uri.h"
 #include "openhost/diagnostics.h"
@@ -71,7 +72,9 @@ std::shared_ptr<const dson::Document> AssetLibrary::read(const fs::path& path)
 std::vector<HeaderIndex::File> AssetLibrary::look(const std::vector<std::string>& files) const
 {
     std::vector<HeaderIndex::File> seen(files.size());
+    Attendant& attendant = CurrentAttendant();
     tbb::parallel_for(std::size_t{0}, files.size(), [&](std::size_t i) {
+        attendant.beforeReading();
         seen[i].path = &files[i];
         seen[i].stamp = StampOf(files[i]);
         seen[i].reading.document = unchanged(files[i], seen[i].stamp);
@@ -88,9 +91,12 @@ AssetLibrary::readAll(const std::vector<std::string>& files)
         std::any_of(seen.begin(), seen.end(), [](const HeaderIndex::File& file) { return file.isWanted; });
     if (isNews) {
         _index.fill(seen, _paths.directories());
-        tbb::parallel_for(std::size_t{0}, seen.size(), [&seen](std::size_t i) {
-            if (!seen[i].reading)
-                seen[i].reading = TryReadHeaders(*seen[i].path);
+        Attendant& attendant = CurrentAttendant();
+        tbb::parallel_for(std::size_t{0}, seen.size(), [&seen, &attendant](std::size_t i) {
+            if (seen[i].reading)
+                return;
+            attendant.beforeReading();
+            seen[i].reading = TryReadHeaders(*seen[i].path);
         });
         _index.update(seen);
     }

@@ -3,6 +3,7 @@
 
 #include "figure_modifiers.h"
 
+#include "app/current_attendant.h"
 #include "definition_morphs.h"
 #include "dzmorph.h"
 #include "dzobject.h"
@@ -76,6 +77,7 @@ void FigureModifiers::addThoseOnDisk(AssetLibrary& library)
     auto documents = library.readAll(files);
     std::string folder, relativeFolder;
     for (std::size_t i = 0; i < files.size(); ++i) {
+        CurrentAttendant().beforeReading();
         const std::size_t slash = files[i].rfind('/');
         if (files[i].compare(0, slash, folder) != 0) {
             folder = files[i].substr(0, slash);

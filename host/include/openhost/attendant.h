@@ -46,6 +46,9 @@ public:
     /// Long work is about to show its next text. An exception from here ends the work as one of its own
     /// would.
     virtual void beforeProgress();
+    /// A load goes on to the next of many files; called often, and on any thread. An exception from here ends
+    /// the load.
+    virtual void beforeReading();
 
     /// Whether a file may be loaded in place of all that is in the scene.
     virtual bool mayReplaceScene(const QString& file);
