@@ -3,6 +3,7 @@ gantrel_add_tests(host_content_tests
     SOURCES
         content_add_on_test.cpp
         content_alias_test.cpp
+        content_alias_value_test.cpp
         content_attendant_test.cpp
         content_crease_test.cpp
         content_detail_test.cpp

@@ -138,4 +138,12 @@ DzNumericProperty* FindNodeChannel(const DzNode& node, const std::string& proper
     return qobject_cast<DzNumericProperty*>(property ? property : node.findPrivateProperty(name));
 }
 
+DzNumericProperty& AliasEnd(DzNumericProperty& property)
+{
+    DzNumericProperty* end = &property;
+    while (auto* const target = qobject_cast<DzNumericProperty*>(end->getAliasTarget()))
+        end = target;
+    return *end;
+}
+
 } // namespace openhost

@@ -10,6 +10,7 @@
 #include "figure_modifiers.h"
 #include "figure_nodes.h"
 #include "load_report.h"
+#include "loading/channel_properties.h"
 #include "pending_formulas.h"
 
 #include <algorithm>
@@ -52,9 +53,21 @@ struct FigureAssembly::Impl {
         DzNumericProperty* property = dials.resolve(uri, asking);
         if (!property)
             property = elsewhere(uri);
-        while (property && property->getAliasTarget())
-            property = qobject_cast<DzNumericProperty*>(property->getAliasTarget());
-        return property;
+        return property ? &AliasEnd(*property) : nullptr;
+    }
+
+    void report(const FigureDials::HiddenAliases& hidden) const
+    {
+        const auto warn = [this](const std::vector<std::string>& which, const char* one, const char* many) {
+            if (!which.empty())
+                file.warn(dson::Counted(which.size(), one, many) + Examples(which));
+        };
+        warn(hidden.missing, "alias names what is not installed and is hidden",
+             "aliases name what is not installed and are hidden");
+        warn(hidden.circular, "alias stands for itself in the end and is hidden",
+             "aliases stand for themselves in the end and are hidden");
+        warn(hidden.withoutTarget, "alias names no target and is hidden",
+             "aliases name no targets and are hidden");
     }
 
     FigureFile file;
@@ -118,7 +131,7 @@ void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
     const PropertyResolver resolve = [&](const std::string& uri) {
         return _impl->resolveForLink(uri, elsewhere);
     };
-    const std::vector<std::string> blind =
+    const FigureDials::HiddenAliases hidden =
         _impl->dials.connectAliases([&](const std::string& uri, const DzNumericProperty& alias) {
             return _impl->resolveForLink(uri, elsewhere, &alias);
         });
@@ -126,9 +139,7 @@ void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
         resolve, [&](const dson::Formula& formula) { _impl->modifiers.driveLost(formula, resolve); });
     _impl->modifiers.reportOmissions();
     _impl->nodes.reportOddities();
-    if (!blind.empty())
-        _impl->file.warn(fmt::format("{} aliases name what is not installed and are hidden{}", blind.size(),
-                                     Examples(blind)));
+    _impl->report(hidden);
     if (!leftOut.missing.empty() || leftOut.notUnderstood > 0)
         _impl->file.warn(fmt::format("{} formulas name what is not installed and {} cannot be understood{}",
                                      leftOut.missing.size(), leftOut.notUnderstood,
@@ -149,6 +160,11 @@ DzNode& FigureAssembly::root() const
 DzNode* FigureAssembly::findNode(const std::string& idOrName) const
 {
     return _impl->nodes.find(idOrName);
+}
+
+bool FigureAssembly::isAlias(const DzNumericProperty& property) const
+{
+    return _impl->dials.isAlias(&property);
 }
 
 bool FigureAssembly::hasDialOf(const dson::Uri& uri) const

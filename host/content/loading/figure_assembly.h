@@ -71,6 +71,7 @@ public:
     /// @param node  whose dials come first where the URI names none
     DzNumericProperty* findDial(const dson::Uri& uri, const DzNode* node) const;
     DzNumericProperty* findDial(const std::string& nameOrId, const DzNode& node) const; ///< likewise
+    bool isAlias(const DzNumericProperty& property) const;                              ///< of this figure
     bool hasDialOf(const dson::Uri& uri) const;       ///< as the file that the URI names defines it
     bool hasSkin(const dson::Uri& uri) const;         ///< the figure's file defines it
     bool isNamedBy(const std::string& uriPath) const; ///< the path is that of the figure's file

@@ -25,15 +25,6 @@ void ShowLike(const DzNumericProperty& target, DzNumericProperty& alias)
     alias.setDisplayAsPercent(target.getDisplayAsPercent());
 }
 
-/// What it stands for in the end; itself for one that stands for nothing.
-const DzNumericProperty& EndOf(const DzNumericProperty& alias)
-{
-    const DzNumericProperty* end = &alias;
-    while (const auto* const target = qobject_cast<const DzNumericProperty*>(end->getAliasTarget()))
-        end = target;
-    return *end;
-}
-
 /// Names are unique among those that are shown and those that are not.
 DzProperty* FindOn(const DzNode& node, const QString& name)
 {
@@ -165,23 +156,33 @@ void FigureDials::lose(const dson::Modifier& modifier, const std::string& filePa
         _index.lose(filePath, text);
 }
 
-std::vector<std::string> FigureDials::connectAliases(const TargetResolver& resolve)
+FigureDials::HiddenAliases FigureDials::connectAliases(const TargetResolver& resolve)
 {
-    for (const PendingAlias& alias : _aliases)
-        alias.property->setAliasTarget(resolve(alias.target, *alias.property));
-    std::vector<std::string> missing;
+    std::unordered_set<const DzProperty*> circular;
     for (const PendingAlias& alias : _aliases) {
-        const DzNumericProperty& target = EndOf(*alias.property);
-        if (isAlias(&target)) {
-            // A dial that turns nothing would only mislead.
-            alias.property->setHidden(true);
-            missing.push_back(alias.target);
-        } else {
+        DzNumericProperty* const target = resolve(alias.target, *alias.property);
+        if (target && !alias.property->setAliasTarget(target))
+            circular.insert(alias.property);
+    }
+    HiddenAliases hidden;
+    for (const PendingAlias& alias : _aliases) {
+        const DzNumericProperty& target = AliasEnd(*alias.property);
+        if (!isAlias(&target)) {
             ShowLike(target, *alias.property);
+            continue;
         }
+        // A dial that turns nothing would only mislead.
+        alias.property->setHidden(true);
+        const std::string name = alias.property->getName().toStdString();
+        if (circular.count(&target) > 0)
+            hidden.circular.push_back(name);
+        else if (alias.target.empty())
+            hidden.withoutTarget.push_back(name);
+        else
+            hidden.missing.push_back(alias.target);
     }
     _aliases.clear();
-    return missing;
+    return hidden;
 }
 
 DzNumericProperty* FigureDials::find(const dson::Uri& uri, const DzNode* node) const

@@ -62,9 +62,14 @@ public:
     /// Finds what an alias stands for.
     using TargetResolver =
         std::function<DzNumericProperty*(const std::string& uri, const DzNumericProperty& alias)>;
+    /// Those that stand for nothing in the end.
+    struct HiddenAliases {
+        std::vector<std::string> missing;                 ///< what they name in vain
+        std::vector<std::string> circular, withoutTarget; ///< their names
+    };
     /// Gives the aliases their targets; those without are hidden.
-    /// @return what they name in vain
-    std::vector<std::string> connectAliases(const TargetResolver& resolve);
+    HiddenAliases connectAliases(const TargetResolver& resolve);
+    bool isAlias(const DzProperty* property) const { return _aliasProperties.count(property) > 0; }
     /// Aliases that have other names than in their files, since dials beside them have those.
     const std::vector<std::string>& renamedAliases() const { return _renamedAliases; }
 
@@ -84,7 +89,6 @@ private:
     bool isOfMorph(const dson::Modifier& modifier) const;
     bool hasMorph(const DzNode& owner, const std::string& name) const;
     bool isTaken(const dson::Modifier& modifier, const std::string& name) const;
-    bool isAlias(const DzProperty* property) const { return _aliasProperties.count(property) > 0; }
     std::string freeAliasName(const DzNode& owner, const std::string& taken) const;
     /// When another dial of the node is to have the name.
     void makeAliasGiveWay(const DzNode& owner, const std::string& name);

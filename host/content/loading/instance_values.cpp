@@ -16,17 +16,17 @@ namespace openhost {
 
 namespace {
 
-void ApplyChannels(const dson::NodeInstance& instance, const DzNode& node)
+void ApplyChannels(const dson::NodeInstance& instance, const DzNode& node, const ValueSetter& set)
 {
     for (const auto& channel : instance.channels)
         if (DzNumericProperty* const property = FindNodeChannel(node, channel.first))
-            property->setDoubleRawValue(channel.second);
+            set(*property, channel.second);
     for (const auto& change : instance.changes)
         if (DzNumericProperty* const property = FindNodeChannel(node, change.first))
             ApplyChange(*property, change.second);
     for (const auto& entry : instance.properties)
         if (auto* const property = qobject_cast<DzNumericProperty*>(node.findProperty(ToQ(entry.first))))
-            property->setDoubleRawValue(entry.second);
+            set(*property, entry.second);
 }
 
 void ApplyGeometry(const dson::GeometryInstance& geometry, const DzNode& node)
@@ -47,7 +47,12 @@ void ApplyGeometry(const dson::GeometryInstance& geometry, const DzNode& node)
 
 } // namespace
 
-void ApplyInstance(const dson::NodeInstance& instance, DzNode& node)
+void SetRawValue(DzNumericProperty& property, double value)
+{
+    property.setDoubleRawValue(value);
+}
+
+void ApplyInstance(const dson::NodeInstance& instance, DzNode& node, const ValueSetter& set)
 {
     const QString name = ToQ(instance.name);
     if (!name.isEmpty() && name != node.getName())
@@ -59,7 +64,7 @@ void ApplyInstance(const dson::NodeInstance& instance, DzNode& node)
         node.setRotationOrder(order);
     if (instance.inheritsScale)
         node.setInheritsScale(*instance.inheritsScale);
-    ApplyChannels(instance, node);
+    ApplyChannels(instance, node, set);
     for (const dson::GeometryInstance& geometry : instance.geometries)
         ApplyGeometry(geometry, node);
 }

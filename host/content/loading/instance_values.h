@@ -5,12 +5,19 @@
 
 #include "dson/reader.h"
 
+#include <functional>
+
 class DzNode;
+class DzNumericProperty;
 
 namespace openhost {
 
+using ValueSetter = std::function<void(DzNumericProperty& property, double value)>;
+void SetRawValue(DzNumericProperty& property, double value);
+
 /// Name, label, channels and what its geometries say of the mesh; what the instance leaves open stays as the
 /// definition has it.
-void ApplyInstance(const dson::NodeInstance& instance, DzNode& node);
+/// @param set  for the values of the node's own properties
+void ApplyInstance(const dson::NodeInstance& instance, DzNode& node, const ValueSetter& set = SetRawValue);
 
 } // namespace openhost

@@ -12,6 +12,7 @@
 #include "dznumericproperty.h"
 #include "dzscene.h"
 #include "load_report.h"
+#include "loading/channel_properties.h"
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
 #include "preset_dform.h"
@@ -47,8 +48,7 @@ struct PresetValue {
     /// Presets hold what the dials themselves are set to; what drives them comes on top, whatever the order.
     void apply() const
     {
-        auto* const target = qobject_cast<DzNumericProperty*>(property->getAliasTarget());
-        DzNumericProperty& dial = target ? *target : *property;
+        DzNumericProperty& dial = *property;
         const QString detail = dial.getName() + QLatin1Char('=') + QString::number(value);
         if (dial.isLocked() || !Allows(Operation::SetValue, detail))
             return;
@@ -70,7 +70,7 @@ std::vector<PresetValue> FindValues(const dson::Document& preset, const PresetTa
     std::vector<std::string> missing;
     const auto enter = [&](DzNumericProperty* property, double value, const std::string& url) {
         if (property)
-            values.push_back({property, value});
+            values.push_back({&AliasEnd(*property), value});
         else
             missing.push_back(url);
     };

@@ -201,9 +201,19 @@ void SceneFigures::applyInstance(const dson::NodeInstance& instance, DzNode& nod
     FigureAssembly& assembly = _figures.all()[figure].assembly;
     assembly.addNodeId(instance.id, node);
     assembly.addFormulas(instance.formulas, _document);
-    ApplyInstance(instance, node);
+    ApplyInstance(instance, node, [&](DzNumericProperty& property, double value) {
+        setValue(_figures.all()[figure].assembly, property, value);
+    });
     if (!instance.favorites.empty())
         _withFavorites.emplace_back(&instance, Place{figure, &node});
+}
+
+void SceneFigures::setValue(const FigureAssembly& assembly, DzNumericProperty& property, double value)
+{
+    if (assembly.isAlias(property))
+        _values.setAlias(property, value);
+    else
+        _values.set(property, value);
 }
 
 void SceneFigures::dial(const dson::ModifierInstance& instance)
@@ -237,7 +247,7 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
     if (!instance.group.empty())
         property->setPath(ToQ(instance.group));
     if (instance.value)
-        property->setDoubleRawValue(*instance.value);
+        setValue(assembly, *property, *instance.value);
 }
 
 void SceneFigures::dialSelection()
@@ -251,8 +261,8 @@ void SceneFigures::dialSelection()
             target.findDial(dson::ParseUri(instance->parent).node, dson::ParseUri(instance->url).id);
         if (!property)
             missing.push_back(instance->url);
-        else if (instance->value && !property->isLocked())
-            property->setDoubleRawValue(*instance->value);
+        else if (instance->value && !AliasEnd(*property).isLocked())
+            AliasEnd(*property).setDoubleRawValue(*instance->value);
     }
     if (!missing.empty())
         _report.warnLeftOut(
@@ -305,6 +315,7 @@ std::vector<DzNode*> SceneFigures::enterScene()
     const PropertyResolver elsewhere = [this](const std::string& uri) { return _figures.resolve(uri); };
     for (LoadedFigure& figure : _figures.all())
         figure.assembly.connectFormulas(elsewhere);
+    _values.apply(_report);
     std::vector<DzNode*> tops;
     for (LoadedFigure& figure : _figures.all()) {
         std::unique_ptr<DzNode> root = figure.assembly.takeRoot();
@@ -359,7 +370,7 @@ void SceneFigures::animate() const
         DzNumericProperty* const property =
             NamesSelection(uri) ? first.find(uri) : _figures.resolve(value.url);
         if (property)
-            property->setDoubleRawValue(value.value);
+            AliasEnd(*property).setDoubleRawValue(value.value);
     }
 }
 

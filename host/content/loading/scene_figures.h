@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "alias_values.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
 #include "library/asset_library.h"
@@ -56,6 +57,8 @@ private:
     bool instantiate(const dson::NodeInstance& instance, const dson::Uri& url, DzNode* parent);
     void applyInstance(const dson::NodeInstance& instance, DzNode& node, std::size_t figure);
 
+    /// Sets it now, or what it stands for later.
+    void setValue(const FigureAssembly& assembly, DzNumericProperty& property, double value);
     void dial(const dson::ModifierInstance& instance);
     /// What the file sets on the selection rather than on a figure of its own.
     void dialSelection();
@@ -79,6 +82,7 @@ private:
     LoadReport _report;
     std::unordered_map<const dson::Document*, std::shared_ptr<const DefinitionTree>> _trees;
     LoadedFigures _figures;
+    AliasValues _values;
     std::vector<const dson::ModifierInstance*> _onSelection;
     std::set<std::string> _failed; ///< instances that stand for nothing
     /// Those whose instances mark dials.

@@ -32,4 +32,7 @@ std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const d
 /// XOrigin, "scale/general" is Scale; null for none.
 DzNumericProperty* FindNodeChannel(const DzNode& node, const std::string& propertyPath);
 
+/// What an alias stands for in the end; the property itself for any other.
+DzNumericProperty& AliasEnd(DzNumericProperty& property);
+
 } // namespace openhost
