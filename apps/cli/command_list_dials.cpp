@@ -20,6 +20,7 @@
 #include "report.h"
 #include "table.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -75,9 +76,10 @@ std::vector<ListedDial> WantedDials(const ListDialsArguments& arguments)
         const DzNode* const node = dzScene->getNode(i);
         if (!node->getObject())
             continue;
-        for (const Dial& dial : OwnDials(*node))
-            if (IsWanted(dial, arguments))
-                listed.push_back({node, dial});
+        for (const std::vector<Dial>& dials : {OwnDials(*node), BoneDials(*node)})
+            for (const Dial& dial : dials)
+                if (!dial.property->isHidden() && IsWanted(dial, arguments))
+                    listed.push_back({node, dial});
     }
     return listed;
 }
@@ -91,16 +93,19 @@ double Shown(double value)
 Json DialEntry(const ListedDial& listed)
 {
     const DzNumericProperty& property = *listed.dial.property;
+    const DzNumericProperty& target = TargetOf(listed.dial);
     return {{"label", listed.dial.label},
             {"name", listed.dial.name},
             {"group", Group(listed.dial)},
             {"value", Shown(property.getDoubleValue())},
-            {"default", Shown(property.getDoubleDefaultValue())},
+            {"default", Shown(target.getDoubleDefaultValue())},
             {"min", Shown(property.getDoubleMin())},
             {"max", Shown(property.getDoubleMax())},
             {"clamped", property.isClamped()},
             {"file", DefiningFile(listed.dial)},
-            {"figure", listed.figure->getLabel().toStdString()}};
+            {"figure", listed.figure->getLabel().toStdString()},
+            {"node", listed.dial.node->getName().toStdString()},
+            {"alias_of", IsAlias(listed.dial) ? Json(NameOf(target)) : Json()}};
 }
 
 std::string Limits(const DzNumericProperty& property)
@@ -110,14 +115,30 @@ std::string Limits(const DzNumericProperty& property)
                : std::string("none");
 }
 
+/// The figure's label, with the bone's for a dial of a bone.
+std::string FigureText(const ListedDial& listed)
+{
+    const std::string figure = listed.figure->getLabel().toStdString();
+    return listed.dial.node == listed.figure
+               ? figure
+               : fmt::format("{}, {}", figure, listed.dial.node->getLabel().toStdString());
+}
+
+/// Where there are aliases, a last column tells what they stand for.
 Table DialTable(const std::vector<ListedDial>& dials)
 {
     Table table{{"LABEL", "NAME", "GROUP", "VALUE", "LIMITS", "FILE", "FIGURE"}, {}};
+    const bool hasAliases = std::any_of(dials.begin(), dials.end(),
+                                        [](const ListedDial& listed) { return IsAlias(listed.dial); });
+    if (hasAliases)
+        table.headings.push_back("ALIAS OF");
     for (const ListedDial& listed : dials) {
         const DzNumericProperty& property = *listed.dial.property;
         table.rows.push_back({listed.dial.label, listed.dial.name, Group(listed.dial),
                               fmt::format("{:g}", Shown(property.getDoubleValue())), Limits(property),
-                              DefiningFile(listed.dial), listed.figure->getLabel().toStdString()});
+                              DefiningFile(listed.dial), FigureText(listed)});
+        if (hasAliases)
+            table.rows.back().push_back(IsAlias(listed.dial) ? NameOf(TargetOf(listed.dial)) : std::string());
     }
     return table;
 }

@@ -98,7 +98,7 @@ void SetDials(const std::vector<NameValue>& dials)
         if (dzScene->getNode(i)->getObject())
             figures.push_back(dzScene->getNode(i));
     for (const NameValue& dial : dials)
-        FindDial(figures, dial.name).setDoubleValue(dial.value);
+        FindDial(figures, dial.name).property->setDoubleValue(dial.value);
 }
 
 geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progress)

@@ -110,10 +110,17 @@ void WriteExtras(const ConversionRequest& request, const GntOutcome& outcome, Pr
 }
 
 /// A shape that is missing is dialed too, so that it is missed.
-void TurnDial(const DzNode& source, const NameValue& dial)
+void TurnDial(const DzNode& source, const NameValue& dial, base::Diagnostics& diagnostics)
 {
     try {
-        FindDial(source, dial.name).setDoubleValue(dial.value);
+        const Dial found = FindDial(source, dial.name);
+        found.property->setDoubleValue(dial.value);
+        if (IsAlias(found))
+            diagnostics.push_back({base::Severity::Warning,
+                                   {},
+                                   {},
+                                   fmt::format("--dial {}={} turns \"{}\", of which \"{}\" is an alias",
+                                               dial.name, dial.value, NameOf(TargetOf(found)), found.name)});
     } catch (const std::runtime_error&) {
         if (!openhost::DialMissingShape(source, QString::fromStdString(dial.name), dial.value))
             throw;
@@ -144,7 +151,7 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     ConversionReport report;
     DzNode& source = ChooseSource(session.open(request.source), request.source, report.diagnostics);
     for (const NameValue& dial : request.dials)
-        TurnDial(source, dial);
+        TurnDial(source, dial, report.diagnostics);
     Append(report.diagnostics, CheckShapesAreWhole(source, request));
     DzNode& target = ChooseTarget(session.open(request.target), request.target, report.diagnostics);
     report.source = DescribeFigure(kst::daz::ResolveToFigure_X(source));

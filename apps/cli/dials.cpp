@@ -4,11 +4,13 @@
 #include "dials.h"
 
 #include "command.h"
+#include "dzbone.h"
 #include "dzmodifier.h"
 #include "dzmorph.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
 #include "dzobject.h"
+#include "dzskeleton.h"
 
 #include <algorithm>
 #include <charconv>
@@ -21,14 +23,14 @@ namespace cli {
 
 namespace {
 
-void AppendDials(std::vector<Dial>& dials, const DzElement& element, DzModifier* modifier)
+void AppendDials(std::vector<Dial>& dials, const DzElement& element, DzModifier* modifier, const DzNode& node)
 {
     // A morph has one dial, and users know it by the morph's name.
     const bool isMorph = qobject_cast<const DzMorph*>(modifier) != nullptr;
     for (DzPropertyListIterator properties = element.propertyListIterator(); properties.hasNext();) {
         auto* const property = qobject_cast<DzNumericProperty*>(properties.next());
         if (property)
-            dials.push_back({property, modifier,
+            dials.push_back({property, modifier, &node,
                              (isMorph ? modifier->getName() : property->getName()).toStdString(),
                              property->getLabel().toStdString()});
     }
@@ -89,8 +91,17 @@ std::vector<const Dial*> Matching(const std::vector<Dial>& dials, Match match)
     return found;
 }
 
+/// An alias mostly has the label of what it stands for, which is no other dial.
+std::vector<const Dial*> WithoutAliases(const std::vector<const Dial*>& dials)
+{
+    std::vector<const Dial*> others;
+    std::copy_if(dials.begin(), dials.end(), std::back_inserter(others),
+                 [](const Dial* dial) { return !IsAlias(*dial); });
+    return others.empty() ? dials : others;
+}
+
 /// In the order of the ways of naming a dial; names come before labels, exact spelling before any other.
-DzNumericProperty* TryFindDial(const std::vector<Dial>& dials, const std::string& name)
+const Dial* TryFindDial(const std::vector<Dial>& dials, const std::string& name)
 {
     const std::string folded = Folded(name);
     for (const bool ignoresCase : {false, true}) {
@@ -102,14 +113,17 @@ DzNumericProperty* TryFindDial(const std::vector<Dial>& dials, const std::string
                 return (dial.modifier != nullptr) == ofModifier && equals(dial.name);
             });
             if (!byName.empty())
-                return byName.front()->property;
+                return WithoutAliases(byName).front();
         }
-        const auto byLabel = Matching(dials, [&](const Dial& dial) { return equals(dial.label); });
-        if (byLabel.size() > 1)
+        const auto byLabel =
+            WithoutAliases(Matching(dials, [&](const Dial& dial) { return equals(dial.label); }));
+        const auto isAnother = [&](const Dial* dial) { return &TargetOf(*dial) != &TargetOf(*byLabel[0]); };
+        const auto another = std::find_if(byLabel.begin(), byLabel.end(), isAnother);
+        if (another != byLabel.end())
             throw std::runtime_error(fmt::format("several dials are labelled \"{}\": \"{}\" and \"{}\"", name,
-                                                 byLabel[0]->name, byLabel[1]->name));
+                                                 byLabel[0]->name, (*another)->name));
         if (!byLabel.empty())
-            return byLabel.front()->property;
+            return byLabel.front();
     }
     return nullptr;
 }
@@ -127,9 +141,21 @@ std::vector<Dial> DialsOf(const DzNode& node)
     if (const DzObject* const object = node.getObject())
         for (DzModifierIterator modifiers = object->modifierIterator(); modifiers.hasNext();) {
             DzModifier* const modifier = modifiers.next();
-            AppendDials(dials, *modifier, modifier);
+            AppendDials(dials, *modifier, modifier, node);
         }
-    AppendDials(dials, node, nullptr);
+    AppendDials(dials, node, nullptr, node);
+    return dials;
+}
+
+std::vector<Dial> BoneDials(const DzNode& node)
+{
+    std::vector<Dial> dials;
+    if (const auto* const skeleton = qobject_cast<const DzSkeleton*>(&node))
+        for (const DzBone* const bone : skeleton->bones())
+            AppendDials(dials, *bone, nullptr, *bone);
+    dials.erase(std::remove_if(dials.begin(), dials.end(),
+                               [](const Dial& dial) { return !dial.property->isUserProperty(); }),
+                dials.end());
     return dials;
 }
 
@@ -148,18 +174,42 @@ std::vector<Dial> OwnDials(const DzNode& node)
 
 bool IsAtDefault(const Dial& dial)
 {
-    return dial.property->getDoubleValue() == dial.property->getDoubleDefaultValue();
+    return dial.property->getDoubleValue() == TargetOf(dial).getDoubleDefaultValue();
 }
 
-DzNumericProperty& FindDial(const std::vector<const DzNode*>& nodes, const std::string& name)
+DzNumericProperty& TargetOf(const Dial& dial)
+{
+    DzNumericProperty* end = dial.property;
+    while (auto* const target = qobject_cast<DzNumericProperty*>(end->getAliasTarget()))
+        end = target;
+    return *end;
+}
+
+bool IsAlias(const Dial& dial)
+{
+    return dial.property->getAliasTarget() != nullptr;
+}
+
+std::string NameOf(const DzNumericProperty& property)
+{
+    const DzElement* const owner = property.getOwner();
+    if (const auto* const morph = qobject_cast<const DzMorph*>(owner))
+        return morph->getName().toStdString();
+    const std::string name = property.getName().toStdString();
+    return qobject_cast<const DzBone*>(owner) ? fmt::format("{} of {}", name, owner->getName().toStdString())
+                                              : name;
+}
+
+Dial FindDial(const std::vector<const DzNode*>& nodes, const std::string& name)
 {
     std::vector<Dial> all;
     std::string labels;
     for (const DzNode* const node : nodes) {
-        const std::vector<Dial> dials = DialsOf(*node);
-        if (DzNumericProperty* const property = TryFindDial(dials, name))
-            return *property;
-        all.insert(all.end(), dials.begin(), dials.end());
+        for (const std::vector<Dial>& dials : {DialsOf(*node), BoneDials(*node)}) {
+            if (const Dial* const dial = TryFindDial(dials, name))
+                return *dial;
+            all.insert(all.end(), dials.begin(), dials.end());
+        }
         labels += fmt::format("{}\"{}\"", labels.empty() ? "" : ", ", node->getLabel().toStdString());
     }
     if (all.empty())
@@ -168,7 +218,7 @@ DzNumericProperty& FindDial(const std::vector<const DzNode*>& nodes, const std::
         fmt::format("{} has no dial \"{}\"; the closest are {}", labels, name, ClosestNames(all, name)));
 }
 
-DzNumericProperty& FindDial(const DzNode& node, const std::string& name)
+Dial FindDial(const DzNode& node, const std::string& name)
 {
     return FindDial(std::vector<const DzNode*>{&node}, name);
 }

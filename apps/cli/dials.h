@@ -12,10 +12,11 @@ class DzNumericProperty;
 
 namespace cli {
 
-/// A number on a figure or on one of its modifiers. Borrowed from the scene.
+/// A number on a figure, on one of its bones or modifiers. Borrowed from the scene.
 struct Dial {
     DzNumericProperty* property = nullptr;
-    DzModifier* modifier = nullptr; ///< null for a property of the node itself
+    DzModifier* modifier = nullptr; ///< null for a property of a node itself
+    const DzNode* node = nullptr;   ///< the figure or bone
     std::string name;               ///< the modifier's, or the property's
     std::string label;
 };
@@ -23,18 +24,29 @@ struct Dial {
 /// The dials that the user can see: of the modifiers first, then of the node.
 std::vector<Dial> DialsOf(const DzNode& node);
 
+/// What files have added to the bones of a figure; none of other nodes.
+std::vector<Dial> BoneDials(const DzNode& node);
+
 /// Those shown, without the ones that every node has.
 std::vector<Dial> OwnDials(const DzNode& node);
 bool IsAtDefault(const Dial& dial);
 
+/// What a dial stands for in the end: another one for an alias, itself for others.
+DzNumericProperty& TargetOf(const Dial& dial);
+bool IsAlias(const Dial& dial);
+/// As users know a property: by the morph's name for its dial, else by the property's; of a bone with the
+/// bone's behind it.
+std::string NameOf(const DzNumericProperty& property);
+
 /// For comparing what users type: without case.
 std::string Folded(const std::string& text);
 
-/// By modifier name, then by property name, then by label; exactly first, then ignoring case.
+/// By modifier name, then by property name, then by label; exactly first, then ignoring case. Those of bones
+/// come after those of the figure.
 /// @throws std::runtime_error  none is called so (the text lists the closest names), or several labels are
-DzNumericProperty& FindDial(const DzNode& node, const std::string& name);
+Dial FindDial(const DzNode& node, const std::string& name);
 /// As above, on the first of several figures that has it.
-DzNumericProperty& FindDial(const std::vector<const DzNode*>& nodes, const std::string& name);
+Dial FindDial(const std::vector<const DzNode*>& nodes, const std::string& name);
 
 struct NameValue {
     std::string name;

@@ -72,6 +72,31 @@ protected:
         ExpectSuccess(result);
         return result.out.empty() ? json::object() : json::parse(result.out);
     }
+    /// What a conversion of the stock figure with these dials tells.
+    json dialed(const std::vector<std::string>& dials) const
+    {
+        std::vector<std::string> more{"--json", "--jobs", "full", "--name", "Vera"};
+        for (const std::string& dial : dials)
+            more.insert(more.end(), {"--dial", dial});
+        const ProgramResult result = RunProgram(argumentsFor(sourceFile(), targetFile(), more));
+        ExpectSuccess(result);
+        return json::parse(result.out);
+    }
+    void writeOnBone(const std::string& id, const std::string& bone, const std::string& channel) const
+    {
+        workspace.write("lib/data/Daz 3D/Genesis 8/Female/Morphs/Test/Base/" + bone + "_" + id + ".dsf",
+                        R"({
+            "file_version": "0.6.0.0", "asset_info": {"id": "/x.dsf", "type": "modifier"},
+            "modifier_library": [{"id": ")" +
+                            id + R"(", "name": ")" + id + R"(",
+            "parent": "/data/Daz%203D/Genesis%208/Female/Genesis8Female.dsf#)" +
+                            bone + R"(", "channel": {"id": "value", )" + channel + "}}]}");
+    }
+    static std::string aliasOf(const std::string& target)
+    {
+        return R"("type": "alias", "label": "Wide", "target_channel": "Genesis8Female:#)" + target +
+               R"(?value")";
+    }
     /// The morphs are those of the figure alone.
     void expectSameMorphs(const json& told) const
     {
@@ -147,6 +172,28 @@ TEST_F(ConvertScene, keeps_a_target_apart_that_is_labelled_like_the_stock_figure
     EXPECT_EQ(told.at("figures").at("target").at("label"), "Genesis 8 Female");
     EXPECT_EQ(told.at("warnings").size(), 1u) << told.at("warnings");
     expectSameMorphs(told);
+}
+
+TEST_F(ConvertScene, turns_what_an_alias_of_a_bone_stands_for)
+{
+    const json plain = dialed({"Wide=1"});
+    writeOnBone("Broad", "head", aliasOf("Wide"));
+    writeOnBone("Bulge", "head", aliasOf("Bulge")); // of the name of what it stands for
+    const json other = dialed({"Broad=1"});
+    EXPECT_EQ(other.at("created_morphs"), plain.at("created_morphs"));
+    EXPECT_EQ(other.at("warnings"), json({"--dial Broad=1 turns \"Wide\", of which \"Broad\" is an alias"}));
+    for (const char* const dial : {"Wide=1", "Bulge=1"})
+        EXPECT_EQ(dialed({dial}).at("warnings"), json::array()) << dial;
+}
+
+TEST_F(ConvertScene, turns_a_dial_of_one_bone_rather_than_an_alias_of_another)
+{
+    const json plain = dialed({"Wide=1"});
+    writeOnBone("Bend", "hip", aliasOf("Wide"));
+    writeOnBone("Bend", "head", R"("type": "float", "label": "Bend")");
+    const json told = dialed({"Wide=1", "Bend=0.5"});
+    EXPECT_EQ(told.at("created_morphs"), plain.at("created_morphs"));
+    EXPECT_EQ(told.at("warnings"), json::array());
 }
 
 TEST_F(ConvertScene, names_what_a_scene_without_a_figure_has)

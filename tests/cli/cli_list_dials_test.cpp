@@ -136,7 +136,8 @@ TEST_F(ListDials, as_json_has_limits_and_defaults)
               json::parse("{\"label\": \"Bend Zo\xC3\xA4\", \"name\": \"CTRLBend\", \"group\": "
                           "\"/Pose/Arm\", \"value\": 0, \"default\": 0, \"min\": -2, \"max\": 3, "
                           "\"clamped\": false, \"file\": "
-                          "\"/data/Acme/Box/Morphs/Acme/Bend.dsf\", \"figure\": \"Boxer\"}"));
+                          "\"/data/Acme/Box/Morphs/Acme/Bend.dsf\", \"figure\": \"Boxer\", "
+                          "\"node\": \"Box\", \"alias_of\": null}"));
     EXPECT_EQ(report["warnings"], json::array());
 }
 
@@ -162,4 +163,36 @@ TEST_F(ListDials, fits_the_terminal)
     ASSERT_EQ(narrow.screen.size(), 3u);
     EXPECT_EQ(narrow.screen[1],
               "Tall      PHMTall   /Shapes    0.25   0..1    \xE2\x80\xA6s/Acme/Tall.dsf  Boxer");
+}
+
+TEST_F(ListDials, tells_of_aliases_what_they_stand_for)
+{
+    const std::string folder = "lib/data/Acme/Box/Morphs/Acme/";
+    workspace.write(folder + "alias_hip_Tall.dsf", R"({"file_version": "0.6.0.0",
+        "asset_info": {"id": "/x.dsf", "type": "modifier"}, "modifier_library": [{"id": "PHMTall", "name": "PHMTall",
+        "parent": "/data/Acme/Box/Box.dsf#hip", "group": "/Hip", "channel": {"id": "value", "type": "alias",
+        "label": "Tall", "target_channel": "Box:#PHMTall?value"}}]})");
+    workspace.write(folder + "alias_Sway.dsf", R"({"file_version": "0.6.0.0",
+        "asset_info": {"id": "/x.dsf", "type": "modifier"}, "modifier_library": [{"id": "Sway", "name": "Sway",
+        "parent": "/data/Acme/Box/Box.dsf#Box", "channel": {"id": "value", "type": "alias",
+        "label": "Sway", "target_channel": "hip:#SwayHip?value"}}]})");
+    std::string sway = Dial("SwayHip", "Sway Hip", "/Hip", R"(, "value": 0.5)");
+    sway.replace(sway.find("#Box-g"), 6, "#hip");
+    workspace.write(folder + "SwayHip.dsf", sway);
+    const Strings listed = lines({character});
+    const std::string place = "/data/Acme/Box/Morphs/Acme/";
+    EXPECT_EQ(
+        listed,
+        (Strings{std::string(headings) + "\tALIAS OF", std::string(tall) + "\t",
+                 "Sway\tSway\t/\t0.5\tnone\t" + place + "alias_Sway.dsf\tBoxer\tSwayHip of hip",
+                 std::string(bend) + "\t",
+                 "Tall\tPHMTall\t/Hip\t0.25\t0..1\t" + place + "alias_hip_Tall.dsf\tBoxer, Hip\tPHMTall",
+                 "Sway Hip\tSwayHip\t/Hip\t0.5\tnone\t" + place + "SwayHip.dsf\tBoxer, Hip\t"}));
+    EXPECT_EQ(lines({character, "--changed"}).size(), 3u);
+    const json dials = json::parse(run({character, "--json", "--search", "sway"}).out).at("dials");
+    ASSERT_EQ(dials.size(), 2u);
+    EXPECT_EQ(dials[0].at("alias_of"), "SwayHip of hip");
+    EXPECT_EQ(dials[0].at("default"), 0.5);
+    EXPECT_EQ(dials[1].at("alias_of"), nullptr);
+    EXPECT_EQ(dials[1].at("node"), "hip");
 }
