@@ -96,10 +96,10 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
         ReadInstanceChannel(*general, "general_scale", instance);
     ReadExtraChannels(json, instance.properties);
     ReadFavorites(json, instance.favorites);
-    ForEach(json, "geometries", [&](const Element& item) {
+    for (const Element& item : PartsOf(json, "geometries", context.lists)) {
         instance.geometries.push_back(ParseGeometryInstance(item));
         ReadFavorites(item, instance.favorites);
-    });
+    }
     instance.formulas = ParseFormulas(json, context);
     instance.dform = ParseDFormPart(json);
     return instance;

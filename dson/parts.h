@@ -6,6 +6,7 @@
 #include "base/diagnostic.h"
 #include "dson/reader.h"
 #include "json_view.h"
+#include "part_list.h"
 
 namespace dson {
 
@@ -17,6 +18,7 @@ struct ParseContext {
     std::string name; ///< of the file
     ReadOptions options;
     base::Diagnostics& diagnostics;
+    OddLists lists = {}; ///< to be told at the end
 
     /// @param asset  id of what is concerned; empty for the file as a whole
     void warn(std::string asset, std::string what)

@@ -34,14 +34,14 @@ void CheckVersion(const ParsedText& text, ParseContext& context)
 /// Those that geometries of the same file name; nobody needs the others.
 void ReadUvSets(const Element& root, Document& document, ParseContext& context)
 {
+    const std::vector<Element> sets = PartsOf(root, "uv_set_library", context.lists);
     for (Geometry& geometry : document.geometries) {
         const Uri wanted = ParseUri(geometry.defaultUvSet);
         if (wanted.id.empty() || !wanted.path.empty())
             continue;
-        ForEach(root, "uv_set_library", [&](const Element& json) {
+        for (const Element& json : sets)
             if (Text(json, "id") == wanted.id)
                 geometry.texCoords = CornersOf(ParseUvSet(json, context), *geometry.mesh.topology, context);
-        });
     }
 }
 
@@ -60,22 +60,22 @@ void GuessInheritedScales(std::vector<Node>& nodes, const std::vector<std::size_
 
 void ReadLibraries(const Element& root, Document& document, ParseContext& context)
 {
-    ForEach(root, "geometry_library",
-            [&](const Element& json) { document.geometries.push_back(ParseGeometry(json, context)); });
+    for (const Element& json : PartsOf(root, "geometry_library", context.lists))
+        document.geometries.push_back(ParseGeometry(json, context));
     ReadUvSets(root, document, context);
     std::vector<std::size_t> unsaid;
-    ForEach(root, "node_library", [&](const Element& json) {
+    for (const Element& json : PartsOf(root, "node_library", context.lists)) {
         if (!Find(json, "inherits_scale"))
             unsaid.push_back(document.nodes.size());
         document.nodes.push_back(ParseNode(json, context));
-    });
+    }
     GuessInheritedScales(document.nodes, unsaid);
-    ForEach(root, "modifier_library", [&](const Element& json) {
+    for (const Element& json : PartsOf(root, "modifier_library", context.lists)) {
         if (Find(json, "skin") || Find(json, "legacy_skin"))
             document.skins.push_back(ParseSkin(json, document.geometries, context));
         else
             document.modifiers.push_back(ParseModifier(json, context));
-    });
+    }
 }
 
 /// Counts the ids of one library that an earlier part has already.
@@ -137,25 +137,33 @@ void NoteLeftOut(const Element& scene, Document& document)
 
 void ReadScene(const Element& scene, Document& document, ParseContext& context)
 {
-    ForEach(scene, "nodes",
-            [&](const Element& json) { document.nodeInstances.push_back(ParseNodeInstance(json, context)); });
-    ForEach(scene, "modifiers", [&](const Element& json) {
+    for (const Element& json : PartsOf(scene, "nodes", context.lists))
+        document.nodeInstances.push_back(ParseNodeInstance(json, context));
+    for (const Element& json : PartsOf(scene, "modifiers", context.lists))
         document.modifierInstances.push_back(ParseModifierInstance(json, context));
-    });
     std::size_t strange = 0, strangeKeys = 0;
-    ForEach(scene, "animations", [&](const Element& json) {
+    for (const Element& json : PartsOf(scene, "animations", context.lists)) {
         if (auto animation = ParseAnimation(json, strangeKeys))
             document.animations.push_back(std::move(*animation));
         else
             ++strange;
-    });
-    document.addOns = CollectAddOns(scene);
+    }
+    for (std::string& addOn : CollectAddOns(scene))
+        document.addOns.push_back(std::move(addOn));
     NoteLeftOut(scene, document);
     if (strangeKeys > 0)
         context.warn({}, fmt::format("{} not a time and a number and left out",
                                      Counted(strangeKeys, "key of animations is", "keys of animations are")));
     if (strange > 0)
         document.leftOut.push_back(Counted(strange, "value that is no number", "values that are no numbers"));
+}
+
+void TellOfLists(const Element& root, ParseContext& context)
+{
+    for (std::string& phrase : context.lists.phrases())
+        context.warn({}, std::move(phrase));
+    for (const std::string& name : RepeatedMembers(root))
+        context.warn({}, fmt::format("has \"{}\" more than once; the first counts", name));
 }
 
 } // namespace
@@ -176,8 +184,9 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
     if (const auto info = Find(parsed.root(), "asset_info"))
         document.info = ParseAssetInfo(*info);
     ReadLibraries(parsed.root(), document, context);
-    if (const auto scene = Find(parsed.root(), "scene"))
-        ReadScene(*scene, document, context);
+    for (const Element& scene : ScenesOf(parsed.root(), context.lists))
+        ReadScene(scene, document, context);
+    TellOfLists(parsed.root(), context);
     CheckIds(document, context);
     document.influenceMaps = CollectInfluenceMaps(parsed.root(), context);
     document.diagnostics = std::move(parsed.diagnostics());
@@ -195,15 +204,15 @@ geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::
     ParseContext context{parsed.name(), {}, met};
     std::optional<Element> found, only;
     std::size_t count = 0;
-    ForEach(parsed.root(), "modifier_library", [&](const Element& json) {
+    for (const Element& json : PartsOf(parsed.root(), "modifier_library", context.lists)) {
         const auto morph = Find(json, "morph");
         if (!morph)
-            return;
+            continue;
         ++count;
         only = morph;
         if (!found && (Text(json, "id") == modifier || Text(json, "name") == modifier))
             found = morph;
-    });
+    }
     if (!found && count == 1)
         found = only;
     if (!found)

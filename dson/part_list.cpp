@@ -1,0 +1,143 @@
+// Lists of things, also where a file has something else in their place.
+// SPDX-License-Identifier: MIT
+
+#include "part_list.h"
+
+#include "dson/reader.h"
+
+#include <algorithm>
+#include <set>
+
+#include <fmt/format.h>
+
+namespace dson {
+
+namespace {
+
+struct Wording {
+    const char *one, *many;
+};
+
+/// In the order of the kinds.
+constexpr Wording wordings[] = {
+    {"list is one thing by itself, which is read", "lists are one thing by themselves, which is read"},
+    {"list is an object, the members of which are read", "lists are objects, the members of which are read"},
+    {"object is a list, the entries of which are read", "objects are lists, the entries of which are read"},
+    {"member is there more than once, and read each time",
+     "members are there more than once, and read each time"},
+    {"entry of a list is no object and left out", "entries of lists are no objects and left out"},
+    {"list is something else and left out", "lists are something else and left out"},
+};
+
+/// Things have names or values of their own; what has objects alone is a list of them by their names.
+bool IsListOfMembers(const Element& object)
+{
+    bool hasMembers = false;
+    for (const simdjson::dom::key_value_pair member : Members(object)) {
+        if (!member.value.is_object())
+            return false;
+        hasMembers = true;
+    }
+    return hasMembers;
+}
+
+/// All of the name, without those that are null.
+std::vector<Element> MembersOf(const Element& owner, std::string_view name, OddLists& met)
+{
+    std::vector<Element> found;
+    if (owner.is_object())
+        for (const simdjson::dom::key_value_pair member : Members(owner))
+            if (member.key == name && !member.value.is_null())
+                found.push_back(member.value);
+    if (found.size() > 1)
+        met.add(OddLists::Repeated, name);
+    return found;
+}
+
+void AddThings(const Element& list, std::string_view name, std::vector<Element>& parts, OddLists& met)
+{
+    for (const Element item : Items(list)) {
+        if (item.is_object())
+            parts.push_back(item);
+        else
+            met.add(OddLists::NoThing, name);
+    }
+}
+
+void AddParts(const Element& list, std::string_view name, std::vector<Element>& parts, OddLists& met)
+{
+    if (list.is_array()) {
+        AddThings(list, name, parts, met);
+    } else if (!list.is_object()) {
+        met.add(OddLists::Senseless, name);
+    } else if (IsListOfMembers(list)) {
+        met.add(OddLists::Object, name);
+        for (const simdjson::dom::key_value_pair member : Members(list))
+            parts.push_back(member.value);
+    } else if (Members(list).size() > 0) {
+        met.add(OddLists::OneThing, name);
+        parts.push_back(list);
+    }
+}
+
+} // namespace
+
+void OddLists::add(Kind kind, std::string_view name)
+{
+    constexpr std::size_t most = 3;
+    Tally& tally = _tallies[kind];
+    ++tally.count;
+    const bool isNew = std::find(tally.names.begin(), tally.names.end(), name) == tally.names.end();
+    if (isNew && tally.names.size() < most)
+        tally.names.emplace_back(name);
+}
+
+std::vector<std::string> OddLists::phrases() const
+{
+    static_assert(std::size(wordings) == std::tuple_size_v<decltype(_tallies)>);
+    std::vector<std::string> phrases;
+    for (std::size_t kind = 0; kind < _tallies.size(); ++kind)
+        if (const Tally& tally = _tallies[kind]; tally.count > 0)
+            phrases.push_back(fmt::format("{}: {}",
+                                          Counted(tally.count, wordings[kind].one, wordings[kind].many),
+                                          fmt::join(tally.names, ", ")));
+    return phrases;
+}
+
+std::vector<Element> PartsOf(const Element& owner, std::string_view name, OddLists& met)
+{
+    std::vector<Element> parts;
+    for (const Element& list : MembersOf(owner, name, met))
+        AddParts(list, name, parts, met);
+    return parts;
+}
+
+std::vector<Element> ScenesOf(const Element& root, OddLists& met)
+{
+    std::vector<Element> scenes;
+    for (const Element& scene : MembersOf(root, "scene", met)) {
+        if (scene.is_array()) {
+            met.add(OddLists::List, "scene");
+            AddThings(scene, "scene", scenes, met);
+        } else if (scene.is_object()) {
+            scenes.push_back(scene);
+        } else {
+            met.add(OddLists::Senseless, "scene");
+        }
+    }
+    return scenes;
+}
+
+std::vector<std::string> RepeatedMembers(const Element& root)
+{
+    static const std::set<std::string_view> lists{"geometry_library", "node_library", "modifier_library",
+                                                  "uv_set_library", "scene"};
+    std::set<std::string_view> seen;
+    std::vector<std::string> repeated;
+    for (const simdjson::dom::key_value_pair member : Members(root))
+        if (lists.count(member.key) == 0 && !seen.insert(member.key).second)
+            repeated.emplace_back(member.key);
+    return repeated;
+}
+
+} // namespace dson

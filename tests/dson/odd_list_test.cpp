@@ -1,0 +1,110 @@
+// Files that have something else where a list of things belongs.
+// SPDX-License-Identifier: MIT
+
+#include "dson/reader.h"
+#include "tests/content/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+class OddLists : public ::testing::Test {
+protected:
+    dson::Document read(const std::string& members) const
+    {
+        return dson::ReadDocument(
+            _folder.write("odd.duf", R"({"file_version": "0.6.0.0", )" + members + "}"));
+    }
+    static Strings told(const dson::Document& document)
+    {
+        Strings lines;
+        for (const base::Diagnostic& diagnostic : document.diagnostics)
+            lines.push_back(diagnostic.what);
+        return lines;
+    }
+    static Strings ids(const dson::Document& document)
+    {
+        Strings ids;
+        for (const dson::NodeInstance& node : document.nodeInstances)
+            ids.push_back(node.id);
+        for (const dson::ModifierInstance& modifier : document.modifierInstances)
+            ids.push_back(modifier.id);
+        for (const dson::Node& node : document.nodes)
+            ids.push_back(node.id);
+        return ids;
+    }
+
+private:
+    TempFolder _folder;
+};
+
+} // namespace
+
+TEST_F(OddLists, are_read_from_the_members_of_an_object)
+{
+    const dson::Document document = read(R"("node_library": {"hip": {"id": "hip"}},
+        "scene": {"nodes": {"0": {"id": "A"}, "1": {"id": "B"}}, "modifiers": {"m": {"id": "M"}}})");
+    EXPECT_EQ(ids(document), (Strings{"A", "B", "M", "hip"}));
+    EXPECT_EQ(told(document),
+              (Strings{"3 lists are objects, the members of which are read: node_library, nodes, "
+                       "modifiers"}));
+}
+
+TEST_F(OddLists, are_read_from_one_thing_by_itself)
+{
+    const dson::Document document = read(R"("scene": {"nodes": {"id": "A", "geometries": {"id": "G",
+        "url": "#G"}}, "animations": {"url": "#A?value", "keys": [[0, 1]]}})");
+    EXPECT_EQ(ids(document), Strings{"A"});
+    ASSERT_EQ(document.nodeInstances[0].geometries.size(), 1u);
+    EXPECT_EQ(document.nodeInstances[0].geometries[0].id, "G");
+    EXPECT_EQ(document.animations.size(), 1u);
+    EXPECT_EQ(told(document),
+              (Strings{"3 lists are one thing by themselves, which is read: nodes, geometries, "
+                       "animations"}));
+}
+
+TEST_F(OddLists, lose_what_is_no_thing)
+{
+    const dson::Document document =
+        read(R"("scene": {"nodes": [null, {"id": "A"}, 5, "B"], "modifiers": "none", "animations": {}})");
+    EXPECT_EQ(ids(document), Strings{"A"});
+    EXPECT_EQ(told(document), (Strings{"3 entries of lists are no objects and left out: nodes",
+                                       "1 list is something else and left out: modifiers"}));
+}
+
+TEST_F(OddLists, are_read_each_time_that_they_are_there)
+{
+    const dson::Document document = read(R"("asset_info": {"id": "/first.duf"}, "scene": {},
+        "scene": {"nodes": [{"id": "A"}], "nodes": [{"id": "B"}]}, "asset_info": {"id": "/second.duf"},
+        "node_library": [{"id": "C"}], "node_library": [{"id": "D"}])");
+    EXPECT_EQ(ids(document), (Strings{"A", "B", "C", "D"}));
+    EXPECT_EQ(document.info.id, "/first.duf");
+    EXPECT_EQ(told(document),
+              (Strings{"3 members are there more than once, and read each time: node_library, scene, nodes",
+                       "has \"asset_info\" more than once; the first counts"}));
+}
+
+TEST_F(OddLists, of_scenes_are_all_read)
+{
+    const dson::Document document =
+        read(R"("scene": [{"nodes": [{"id": "A"}]}, {"nodes": [{"id": "B"}]}, 7])");
+    EXPECT_EQ(ids(document), (Strings{"A", "B"}));
+    EXPECT_EQ(told(document), (Strings{"1 object is a list, the entries of which are read: scene",
+                                       "1 entry of a list is no object and left out: scene"}));
+}
+
+TEST_F(OddLists, that_are_lists_are_not_told)
+{
+    EXPECT_EQ(told(read(R"("modifier_library": [], "scene": {"nodes": [{"id": "A", "geometries": []}],
+        "modifiers": null})")),
+              Strings());
+}
+
+TEST_F(OddLists, hold_displacements_all_the_same)
+{
+    const dson::Document document = read(R"("modifier_library": {"Up": {"id": "Up", "parent": "#Doll",
+        "morph": {"vertex_count": 3, "deltas": {"count": 1, "values": [[2, 0, 1, 0]]}}}})");
+    EXPECT_EQ(dson::ReadDeltas(document.file, "Up").size(), 1u);
+}
