@@ -278,3 +278,17 @@ TEST_F(OddParts, a_dial_that_is_set_to_no_number_stays_and_a_line_says_so)
     EXPECT_EQ(timesLogged("Up-1: is set to what is no number that a dial can hold; it stays as it is"), 3)
         << log().toStdString();
 }
+
+TEST_F(OddParts, a_figure_of_the_scene_s_own_gets_its_geometry_also_without_a_word_about_it)
+{
+    const std::string node = R"("scene": {"nodes": [{"id": "Own-1", "url": "#Doll", "label": "Own"}]})";
+    ASSERT_TRUE(load("Scenes/Own.duf", File(Figure() + ", " + node, "scene")));
+    ExpectAt(VertexAt(*labelled("Own"), 7), 5, 30, 0);
+    EXPECT_FALSE(logged("names no geometry")) << "the skin names it";
+
+    std::string bare = Figure();
+    bare.replace(bare.find("modifier_library"), 16, "other_library");
+    ASSERT_TRUE(load("Scenes/Bare.duf", File(bare + ", " + node, "scene")));
+    ExpectAt(VertexAt(*labelled("Own (2)"), 7), 5, 30, 0);
+    EXPECT_TRUE(logged("Doll names no geometry and gets the only one of its file")) << log().toStdString();
+}

@@ -30,12 +30,28 @@ bool NamesSelection(const dson::Uri& uri)
     return uri.node.compare(0, 12, "//@selection") == 0;
 }
 
+/// What a figure is made of whose instance leaves it open; empty for other nodes.
+std::string GeometryLeftOpen(const DefinitionTree& definition, const std::string& id, LoadReport& report)
+{
+    const dson::Document& document = *definition.document();
+    for (const dson::SkinDefinition& skin : document.skins)
+        if (skin.node == id)
+            return skin.geometry;
+    const dson::Node* const node = definition.find(id);
+    if (!node || node->type != "figure" || document.geometries.size() != 1)
+        return {};
+    report.warn(fmt::format("{} names no geometry and gets the only one of its file", id));
+    return document.geometries.front().id;
+}
+
 /// Where several definitions stand in one file, the instance says which geometry is the node's.
-std::optional<std::string> GeometryOf(const dson::NodeInstance& instance, const dson::Uri& url)
+std::optional<std::string> GeometryOf(const dson::NodeInstance& instance, const dson::Uri& url,
+                                      const DefinitionTree& definition, LoadReport& report)
 {
     if (!url.path.empty())
         return std::nullopt;
-    return instance.geometries.empty() ? std::string() : dson::ParseUri(instance.geometries.front().url).id;
+    return instance.geometries.empty() ? GeometryLeftOpen(definition, url.id, report)
+                                       : dson::ParseUri(instance.geometries.front().url).id;
 }
 
 /// A bone that hangs on another node of its file is a part of a figure.
@@ -183,7 +199,7 @@ bool SceneFigures::instantiate(const dson::NodeInstance& instance, const dson::U
         }
         FigureAssembly assembly(definition, isDefined ? pathOf(url) : std::string(),
                                 isDefined ? url.id : definition->document()->nodes.front().id,
-                                GeometryOf(instance, url));
+                                GeometryOf(instance, url, *definition, _report));
         assembly.addMorphsOnDisk(_library);
         DzNode& root = assembly.root();
         _figures.all().push_back({std::move(assembly), &instance, &root, parent});
