@@ -283,12 +283,45 @@ TEST_F(OddParts, a_figure_of_the_scene_s_own_gets_its_geometry_also_without_a_wo
 {
     const std::string node = R"("scene": {"nodes": [{"id": "Own-1", "url": "#Doll", "label": "Own"}]})";
     ASSERT_TRUE(load("Scenes/Own.duf", File(Figure() + ", " + node, "scene")));
+    ASSERT_NE(labelled("Own")->getObject(), nullptr);
     ExpectAt(VertexAt(*labelled("Own"), 7), 5, 30, 0);
     EXPECT_FALSE(logged("names no geometry")) << "the skin names it";
 
     std::string bare = Figure();
     bare.replace(bare.find("modifier_library"), 16, "other_library");
     ASSERT_TRUE(load("Scenes/Bare.duf", File(bare + ", " + node, "scene")));
+    ASSERT_NE(labelled("Own (2)")->getObject(), nullptr);
     ExpectAt(VertexAt(*labelled("Own (2)"), 7), 5, 30, 0);
     EXPECT_TRUE(logged("Doll names no geometry and gets the only one of its file")) << log().toStdString();
+}
+
+TEST_F(OddParts, shapes_on_a_geometry_that_the_instance_leaves_out_are_the_figure_s)
+{
+    writeShape("Up", Morph("Up", 1, 1.0));
+    const auto scene = [](const std::string& parent, const std::string& more = "") {
+        return Scene(R"({"id": "Doll", "url": "/data/Nord/Doll/Doll.dsf#Doll", "label": "Doll"})" + more,
+                     R"(, "modifiers": [{"id": "u", "url": "/)" + std::string(shapes) +
+                         R"(Up.dsf#Up", "parent": "#)" + parent +
+                         R"(", "channel": {"current_value": 0.5}}])");
+    };
+    const std::string defined = "Doll-1"; // as the figure's file calls it
+    ASSERT_NE(Figure().find("\"id\": \"" + defined + "\""), std::string::npos);
+    ASSERT_TRUE(load("Scenes/Open.duf", scene(defined)));
+    EXPECT_EQ(ValueIn(*labelled("Doll"), "Up"), 0.5);
+    EXPECT_FALSE(logged("is taken for")) << log().toStdString();
+
+    dzScene->clear();
+    ASSERT_TRUE(load("Scenes/Open.duf", scene("Doll-geometry")));
+    EXPECT_EQ(ValueIn(*labelled("Doll"), "Up"), 0.5);
+    EXPECT_TRUE(
+        logged("shapes and controls are set on what is not there: Doll-geometry is taken for Doll, the "
+               "geometry of which is left out"))
+        << log().toStdString();
+
+    // Which of two is meant cannot be known.
+    dzScene->clear();
+    ASSERT_TRUE(load("Scenes/Two.duf",
+                     scene("Doll-geometry", R"(, {"id": "Two", "url": "/data/Nord/Doll/Doll.dsf#Doll"})")));
+    EXPECT_EQ(ValueIn(*labelled("Doll"), "Up"), 0.0);
+    EXPECT_TRUE(logged("are left out")) << log().toStdString();
 }

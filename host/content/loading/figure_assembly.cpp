@@ -157,6 +157,11 @@ DzNode& FigureAssembly::root() const
     return _impl->nodes.root();
 }
 
+const std::string& FigureAssembly::geometryId() const
+{
+    return _impl->mesh.geometryId();
+}
+
 DzNode* FigureAssembly::findNode(const std::string& idOrName) const
 {
     return _impl->nodes.find(idOrName);

@@ -66,6 +66,7 @@ public:
     std::unique_ptr<DzNode> takeRoot();
     DzNode& root() const;
 
+    const std::string& geometryId() const;               ///< in its definition; empty for none
     DzNode* findNode(const std::string& idOrName) const; ///< null for none
     /// Of a morph or control; null for none.
     /// @param node  whose dials come first where the URI names none

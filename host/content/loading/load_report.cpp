@@ -88,6 +88,10 @@ void LoadReport::sumUp(const std::vector<std::string>& leftOut)
     if (!_homeless.empty())
         warnLeftOut(fmt::format("{} shapes and controls are set on what is not there and are left out{}",
                                 _homeless.size(), Examples(_homeless)));
+    for (const std::string& guess : _guessedParents)
+        warn(fmt::format(
+            "shapes and controls are set on what is not there: {}, the geometry of which is left out",
+            guess));
     if (_lostBones > 0)
         warnLeftOut(fmt::format("{} bones hang on no figure and are left out", _lostBones));
     if (!leftOut.empty())

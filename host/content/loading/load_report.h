@@ -35,6 +35,11 @@ public:
     void addLostBone() { ++_lostBones; } ///< hangs on no figure
     /// A shape or control that is set on what is neither in the file nor in the scene.
     void addHomeless(const std::string& url) { _homeless.push_back(url); }
+    /// What is set on something that is nowhere is taken to be set on the figure.
+    void addGuessedParent(const std::string& id, const std::string& figure)
+    {
+        _guessedParents.insert(id + " is taken for " + figure);
+    }
     /// Properties that formulas drive in the same way more than once.
     void addDuplicates(std::set<std::string> properties) { _duplicates.merge(properties); }
 
@@ -49,7 +54,7 @@ private:
     void sumUp(const std::vector<std::string>& leftOut);
 
     std::string _file;
-    std::set<std::string> _missing, _replaced, _duplicates;
+    std::set<std::string> _missing, _replaced, _duplicates, _guessedParents;
     std::vector<std::string> _homeless;
     std::size_t _lostBones = 0;
     base::Diagnostics _diagnostics; ///< not handed over yet

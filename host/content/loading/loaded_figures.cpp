@@ -28,6 +28,19 @@ const LoadedFigures::Place* LoadedFigures::placeOf(const std::string& reference)
     return placeOfId(dson::ParseUri(reference).id);
 }
 
+std::optional<LoadedFigures::Place> LoadedFigures::withoutGeometry() const
+{
+    std::optional<Place> found;
+    for (std::size_t i = 0; i < _figures.size(); ++i) {
+        if (!_figures[i].instance->geometries.empty() || _figures[i].assembly.geometryId().empty())
+            continue;
+        if (found)
+            return std::nullopt;
+        found = Place{i, _figures[i].node};
+    }
+    return found;
+}
+
 const LoadedFigures::Place* LoadedFigures::placeOfId(const std::string& id) const
 {
     const auto found = _places.find(id);

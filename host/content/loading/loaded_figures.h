@@ -6,6 +6,7 @@
 #include "dson/reader.h"
 #include "figure_assembly.h"
 
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -40,6 +41,9 @@ public:
     void enterDial(const std::string& id, DzNumericProperty& dial) { _dials.emplace(id, &dial); }
 
     const Place* placeOf(const std::string& reference) const; ///< null for none
+    /// The one figure whose instance says nothing of its geometry, though it has one: references to it have
+    /// nothing to lead to. Nothing for none or several.
+    std::optional<Place> withoutGeometry() const;
     /// The property that a URI names by the ids of instances; null for none.
     DzNumericProperty* resolve(const std::string& text) const;
 

@@ -232,9 +232,27 @@ void SceneFigures::setValue(const FigureAssembly& assembly, DzNumericProperty& p
         _values.set(property, value);
 }
 
+std::optional<SceneFigures::Place> SceneFigures::placeOfParent(const dson::ModifierInstance& instance)
+{
+    if (const Place* const place = _figures.placeOf(instance.parent))
+        return *place;
+    const dson::Uri parent = dson::ParseUri(instance.parent);
+    const std::optional<Place> open = parent.path.empty() ? _figures.withoutGeometry() : std::nullopt;
+    if (!open || parent.id.empty())
+        return std::nullopt;
+    const FigureAssembly& assembly = _figures.all()[open->figure].assembly;
+    if (parent.id == assembly.geometryId())
+        return open;
+    const dson::Uri url = uriOf(instance);
+    if (!assembly.hasDialOf(url) && !assembly.hasSkin(url))
+        return std::nullopt;
+    _report.addGuessedParent(parent.id, open->node->getLabel().toStdString());
+    return open;
+}
+
 void SceneFigures::dial(const dson::ModifierInstance& instance)
 {
-    const Place* const place = _figures.placeOf(instance.parent);
+    const std::optional<Place> place = placeOfParent(instance);
     if (!place) {
         if (_selected && NamesSelection(dson::ParseUri(instance.parent)))
             _onSelection.push_back(&instance);

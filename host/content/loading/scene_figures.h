@@ -11,6 +11,7 @@
 #include "loaded_figures.h"
 
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -59,6 +60,8 @@ private:
 
     /// Sets it now, or what it stands for later.
     void setValue(const FigureAssembly& assembly, DzNumericProperty& property, double value);
+    /// What the instance is set on; nothing for none.
+    std::optional<Place> placeOfParent(const dson::ModifierInstance& instance);
     void dial(const dson::ModifierInstance& instance);
     /// What the file sets on the selection rather than on a figure of its own.
     void dialSelection();
