@@ -6,6 +6,7 @@
 #include "command.h"
 #include "dson/reader.h"
 #include "dzscene.h"
+#include "error_sentence.h"
 #include "file_facts.h"
 #include "host_session.h"
 #include "interrupt.h"
@@ -95,9 +96,14 @@ void InspectMorphs(const InspectArguments& arguments, Progress& progress)
     progress.finish();
     ThrowIfInterrupted();
     const std::size_t unusable = survey.unusable.size();
-    WriteReport(MorphFacts(survey, arguments.morphs, arguments.check, arguments.json), arguments.json);
-    if (arguments.check && unusable > 0)
-        throw std::runtime_error(fmt::format("{} cannot be used", dson::Counted(unusable, "file", "files")));
+    Json facts = MorphFacts(survey, arguments.morphs, arguments.check, arguments.json);
+    const std::string failure = fmt::format("{} cannot be used", dson::Counted(unusable, "file", "files"));
+    const bool hasFailed = arguments.check && unusable > 0;
+    if (hasFailed && arguments.json)
+        facts["error"] = app::ErrorSentence(failure);
+    WriteReport(facts, arguments.json);
+    if (hasFailed)
+        throw ReportedError(failure);
 }
 
 void Inspect(const InspectArguments& arguments)

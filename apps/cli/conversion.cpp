@@ -17,6 +17,7 @@
 #include "openhost/events.h"
 #include "openhost/missing_shapes.h"
 #include "progress.h"
+#include "report.h"
 
 #include <algorithm>
 
@@ -149,6 +150,7 @@ void AddMet(const base::Diagnostics& met, base::Diagnostics& told)
 ConversionReport ConvertIn(HostSession& session, const ConversionRequest& request, Progress& progress)
 {
     ConversionReport report;
+    const KeptForError kept(report.diagnostics);
     DzNode& source = ChooseSource(session.open(request.source), request.source, report.diagnostics);
     for (const NameValue& dial : request.dials)
         TurnDial(source, dial, report.diagnostics);

@@ -12,11 +12,13 @@
 #include "openhost/attendant.h"
 #include "openhost/diagnostics.h"
 #include "openhost/openhost.h"
+#include "report.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <clocale>
 #include <cstring>
+#include <optional>
 #include <set>
 #include <stdexcept>
 
@@ -133,6 +135,7 @@ struct HostSession::Impl {
     InterruptibleAttendant attendant;
     std::unique_ptr<openhost::OpenHost> host;
     std::unique_ptr<openhost::DiagnosticsCollector> diagnostics;
+    std::optional<KeptForError> kept;
 };
 
 HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool verbose)
@@ -160,11 +163,13 @@ HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool v
     _impl->host =
         std::make_unique<openhost::OpenHost>(_impl->argumentCount, _impl->arguments.data(), options);
     _impl->diagnostics = std::make_unique<openhost::DiagnosticsCollector>(dzApp->diagnostics());
+    _impl->kept.emplace(_impl->diagnostics->all());
     std::setlocale(LC_NUMERIC, "C");
 }
 
 HostSession::~HostSession()
 {
+    _impl->kept.reset();
     _impl->host.reset();
     qInstallMessageHandler(_impl->formerHandler);
 }

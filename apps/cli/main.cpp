@@ -7,12 +7,14 @@
 #include "interrupt.h"
 #include "report.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <functional>
 #include <new>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -22,27 +24,45 @@ enum ExitCode { success = 0, failure = 1, wrongUse = 2 };
 
 const char* const versionText = "gantrel " GANTREL_VERSION;
 
-int Fail(const std::string& text, ExitCode code)
+int Fail(const std::string& text, ExitCode code, bool asJson)
 {
-    std::fprintf(stderr, "gantrel: %s\n", app::ErrorSentence(text).c_str());
+    const std::string sentence = app::ErrorSentence(text);
+    std::fprintf(stderr, "gantrel: %s\n", sentence.c_str());
+    if (asJson)
+        cli::WriteError(sentence);
     return code;
 }
 
 /// Everything that a subcommand can throw ends here.
-int Run(const std::function<void()>& work)
+/// @param asJson  stdout is to have an object also when it fails
+int Run(const std::function<void()>& work, bool asJson)
 {
     try {
         work();
         return success;
+    } catch (const cli::ReportedError& error) {
+        return Fail(error.what(), failure, false);
     } catch (const cli::UsageError& error) {
-        return Fail(error.what(), wrongUse);
+        return Fail(error.what(), wrongUse, asJson);
     } catch (const std::bad_alloc&) {
-        return Fail("there is not enough memory", failure);
+        return Fail("there is not enough memory", failure, asJson);
     } catch (const std::exception& error) {
-        return Fail(cli::InterruptSignal() != 0 ? "interrupted" : error.what(), failure);
+        return Fail(cli::InterruptSignal() != 0 ? "interrupted" : error.what(), failure, asJson);
     } catch (...) {
-        return Fail("unknown error", failure);
+        return Fail("unknown error", failure, asJson);
     }
+}
+
+/// Whether the subcommand has the option, and it is given; also where the arguments make no sense as a whole.
+bool WantsJson(const CLI::App& program, const std::vector<std::string>& arguments)
+{
+    const auto commands = program.get_subcommands([](const CLI::App*) { return true; });
+    const auto isNamed = [&](const CLI::App* command) {
+        return !arguments.empty() && command->get_name() == arguments.front();
+    };
+    const auto command = std::find_if(commands.begin(), commands.end(), isNamed);
+    return command != commands.end() && (*command)->get_option_no_throw("--json") &&
+           std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
 }
 
 /// A script's variable that is not set must not quietly mean no file, or the folder one is in.
@@ -79,18 +99,20 @@ int main(int argc, char** argv)
     cli::CommandContext context;
     CLI::App program("Gantrel: shapes of older figure generations as morphs on Genesis 9.", "gantrel");
     Describe(program, context);
+    const bool wantsJson =
+        WantsJson(program, std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
     try {
         program.parse(argc, argv);
     } catch (const CLI::Success& request) {
         std::ostringstream help;
         program.exit(request, help, help);
-        return Run([&] { cli::WriteOutput(help.str()); });
+        return Run([&] { cli::WriteOutput(help.str()); }, false);
     } catch (const CLI::ParseError& error) {
-        return Fail(error.what(), wrongUse);
+        return Fail(error.what(), wrongUse, wantsJson);
     }
     if (!context.work)
-        return Fail("a subcommand is required; gantrel --help lists them", wrongUse);
-    const int code = Run(context.work);
+        return Fail("a subcommand is required; gantrel --help lists them", wrongUse, false);
+    const int code = Run(context.work, wantsJson);
     if (code != success && cli::InterruptSignal() != 0)
         cli::EndBySignal(cli::InterruptSignal());
     return code;

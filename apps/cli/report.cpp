@@ -8,7 +8,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
-#include <stdexcept>
+#include <exception>
 #include <vector>
 
 #include <fmt/format.h>
@@ -163,6 +163,12 @@ void AppendObject(std::string& text, const Json& object, int indent)
     }
 }
 
+base::Diagnostics& AllKeptForError()
+{
+    static base::Diagnostics kept;
+    return kept;
+}
+
 } // namespace
 
 void WriteOutput(const std::string& text)
@@ -203,6 +209,26 @@ void AddDiagnostics(Json& report, const base::Diagnostics& diagnostics, bool asJ
     report["warnings"] = lines;
     if (asJson)
         report["diagnostics"] = all;
+}
+
+KeptForError::KeptForError(const base::Diagnostics& met) : _met(met), _exceptions(std::uncaught_exceptions())
+{
+}
+
+KeptForError::~KeptForError()
+{
+    if (std::uncaught_exceptions() > _exceptions)
+        AllKeptForError().insert(AllKeptForError().end(), _met.begin(), _met.end());
+}
+
+void WriteError(const std::string& sentence)
+{
+    Json report{{"error", sentence}};
+    AddDiagnostics(report, AllKeptForError(), true);
+    try {
+        WriteReport(report, true);
+    } catch (const std::runtime_error&) {
+    }
 }
 
 double Rounded(double value, int decimals)

@@ -5,6 +5,7 @@
 
 #include "base/diagnostic.h"
 
+#include <stdexcept>
 #include <string>
 
 #include <nlohmann/json_fwd.hpp>
@@ -25,6 +26,29 @@ std::string ReportText(const Json& report);
 /// Adds the list "warnings", a line each; as JSON also "diagnostics", with severity, file, asset and what
 /// apart. Each stands there once; notes do not.
 void AddDiagnostics(Json& report, const base::Diagnostics& diagnostics, bool asJson);
+
+/// Told with an error, should an exception end its life. What it refers to must outlive it.
+class KeptForError {
+public:
+    explicit KeptForError(const base::Diagnostics& met);
+    ~KeptForError();
+    KeptForError(const KeptForError&) = delete;
+    KeptForError& operator=(const KeptForError&) = delete;
+
+private:
+    const base::Diagnostics& _met;
+    int _exceptions;
+};
+
+/// One JSON object with the "error" and the diagnostics that were kept for it. Silent where it cannot be
+/// written: stderr has the sentence.
+void WriteError(const std::string& sentence);
+
+/// An error that the report on stdout has already.
+class ReportedError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
 /// To so many decimals, since single-precision values have no more to tell.
 double Rounded(double value, int decimals);

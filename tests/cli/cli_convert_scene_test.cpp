@@ -206,3 +206,17 @@ TEST_F(ConvertScene, names_what_a_scene_without_a_figure_has)
         RunProgram(argumentsFor(scene, targetFile())), 1,
         scene + ": has no Genesis 3, 8 or 8.1 figure to convert from, only \"A\", \"B\", \"C\" and 2 more.");
 }
+
+TEST_F(ConvertScene, tells_with_an_error_what_was_met_until_then)
+{
+    const std::string scene = writeScene(shirt("Nobody") + "," + Figure("Vera", "Vera"), "");
+    const json told =
+        ExpectJsonError(RunProgram(argumentsFor(scene, targetFile(), {"--json"})), 1,
+                        "Source figure \xE2\x80\x9CVera\xE2\x80\x9D has no morphs dialed in; nothing to do.");
+    ASSERT_EQ(told.at("diagnostics").size(), 2u) << told;
+    std::string lines;
+    for (const std::string line : told.at("warnings"))
+        lines += line + "\n";
+    EXPECT_NE(lines.find("there is nothing that Shirt can be fitted to"), lines.npos) << lines;
+    EXPECT_NE(lines.find("\"Vera\" is taken"), lines.npos) << lines;
+}

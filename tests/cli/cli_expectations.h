@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 /// One sentence on stderr, nothing on stdout.
 inline void ExpectError(const ProgramResult& result, int exitCode, const std::string& sentence)
@@ -17,7 +18,18 @@ inline void ExpectError(const ProgramResult& result, int exitCode, const std::st
     EXPECT_EQ(result.err, "gantrel: " + sentence + "\n");
 }
 
-/// As above where the sentence's wording is the parser's.
+/// With --json, stdout has one object with the same sentence.
+inline nlohmann::json ExpectJsonError(const ProgramResult& result, int exitCode, const std::string& sentence)
+{
+    EXPECT_EQ(result.exitCode, exitCode);
+    EXPECT_EQ(result.err, "gantrel: " + sentence + "\n");
+    const nlohmann::json report = nlohmann::json::parse(result.out, nullptr, false);
+    EXPECT_TRUE(report.is_object()) << result.out;
+    EXPECT_EQ(report.value("error", ""), sentence);
+    return report;
+}
+
+/// As ExpectError where the sentence's wording is the parser's.
 inline void ExpectWrongUse(const ProgramResult& result, const std::string& namedThing)
 {
     EXPECT_EQ(result.exitCode, 2);

@@ -168,9 +168,9 @@ TEST_F(InspectMorphs, tells_that_a_detail_file_is_for_another_mesh_or_no_morph)
     EXPECT_EQ(report({writeShape("Tall.dhdm", Detail(2))}).at("morph").at("names_this_file"), false);
     EXPECT_EQ(report({writeShape("Lone.dhdm", Detail(2))}).at("morph"), nullptr);
     const std::string broken = writeShape("Cut.dhdm", Detail(2).substr(0, 50));
-    ExpectError(run({broken}), 1, broken + ": level 1 is larger than the file.");
+    ExpectJsonError(run({broken}), 1, broken + ": level 1 is larger than the file.");
     const std::string huge = writeShape("Huge.dhdm", Detail(4000000000u));
-    ExpectError(run({huge}), 1, huge + ": is for 4000000000 faces, more than any figure has.");
+    ExpectJsonError(run({huge}), 1, huge + ": is for 4000000000 faces, more than any figure has.");
 }
 
 TEST_F(InspectMorphs, lists_those_whose_name_or_label_fits)
@@ -227,6 +227,7 @@ TEST_F(InspectMorphs, that_cannot_be_used_are_told_with_their_reasons)
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.err, "gantrel: 6 files cannot be used.\n");
     const json checked = json::parse(result.out);
+    EXPECT_EQ(checked.at("error"), "6 files cannot be used.");
     EXPECT_EQ(checked.at("checked"), 10);
     const std::string folder = workspace.path("lib/data/Acme/Box/Morphs/Acme/");
     const Strings expected{"Beyond.dsf: moves vertex 6 but the figure has 6",
@@ -247,7 +248,7 @@ TEST_F(InspectMorphs, of_a_scene_without_figures_are_an_error)
 {
     const std::string scene =
         workspace.write("lib/People/Empty.duf", R"({"file_version": "0.6.0.0", "scene": {}})");
-    ExpectError(run({scene, "--check"}), 1, scene + ": names no figure that can be found.");
+    ExpectJsonError(run({scene, "--check"}), 1, scene + ": names no figure that can be found.");
 }
 
 TEST_F(InspectMorphs, of_a_scene_with_a_prop_of_its_own_are_those_of_the_figure)

@@ -90,3 +90,25 @@ TEST(CommandLine, refuses_a_morph_without_a_file)
                                "--weights", "w.json", "--library", "lib", "--morph", "Smile"}),
                    "\"Smile\"");
 }
+
+TEST(CommandLine, tells_errors_as_json_where_that_is_wanted)
+{
+    const std::string missing = "Cannot open none.obj: No such file or directory.";
+    ExpectJsonError(RunProgram({"inspect", "--json", "none.obj"}), 1, missing);
+    ExpectJsonError(RunProgram({"transfer", "--source-neutral", "none.obj", "--source-morphed", "none.obj",
+                                "--target-neutral", "none.obj", "--out", "out.obj", "--json"}),
+                    1, missing);
+    ExpectJsonError(RunProgram({"list-dials", "--json", "none.duf"}), 1,
+                    "Cannot open none.duf: No such file or directory.");
+    ExpectError(RunProgram({"inspect", "none.obj"}), 1, missing);
+    // Also of wrong use, whether the parser finds it or the subcommand.
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"convert", "--json", "--source", "a.duf"},
+          {"convert", "--source", "a.duf", "--target", "b.duf", "--jobs", "tail", "--json"}}) {
+        const ProgramResult result = RunProgram(arguments);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ("gantrel: " + nlohmann::json::parse(result.out).at("error").get<std::string>() + "\n",
+                  result.err);
+    }
+    ExpectWrongUse(RunProgram({"render", "a.obj", "--out", "a.png", "--json"}), "--json"); // has none
+}
