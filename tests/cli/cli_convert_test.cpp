@@ -9,6 +9,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <set>
 
 namespace {
 
@@ -289,4 +290,23 @@ TEST_F(Convert, leaves_the_library_as_it_was_without_a_place_to_save)
     const std::vector<std::string> before = workspace.entries();
     report();
     EXPECT_EQ(workspace.entries(), before);
+}
+
+TEST_F(Convert, keeps_morphs_apart_whose_names_are_too_long_for_files)
+{
+    const std::string name(400, 'N');
+    const ProgramResult result = RunProgram(argumentsFor(
+        sourceFile(), targetFile(),
+        saving(library(), {"--dial", "Wide=1", "--jobs", "full,head,body", "--name", name, "--json"})));
+    ExpectSuccess(result);
+    const json told = json::parse(result.out);
+    std::set<std::string> files;
+    for (const json& morph : told.at("created_morphs")) {
+        const std::filesystem::path file = morph.at("file").get<std::string>();
+        ExpectSaved(morph, file.string());
+        EXPECT_EQ(file.stem().string().size(), 100u);
+        files.insert(file.stem().string());
+    }
+    EXPECT_EQ(files.size(), 3u);
+    EXPECT_EQ(told.at("warnings").size(), 3u) << told.at("warnings");
 }

@@ -106,7 +106,7 @@ TEST_F(SavedJoints, are_told_where_no_file_defines_the_bone)
     figure->addNodeChild(tail);
     link(*tail, "center_point/y", 1.0);
     EXPECT_EQ(saved().at("formulas").size(), 2u);
-    EXPECT_TRUE(log().contains(QStringLiteral("1 links to joints cannot be kept in a file")))
+    EXPECT_TRUE(log().contains(QStringLiteral("1 link to a joint cannot be kept in a file")))
         << log().toStdString();
 }
 

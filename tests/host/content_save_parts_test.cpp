@@ -191,7 +191,7 @@ TEST_F(SavedPart, a_link_that_no_formula_can_say_is_left_out_with_a_line_in_the_
     DzFloatProperty* const up = DialOf(node("Mini"), "Up");
     node("Stone").getXPosControl()->insertController(new DzERCLink(up, 2.0, 0.0));
     ASSERT_EQ(save("DzSceneAssetFilter", file("All.duf")), 0);
-    EXPECT_TRUE(log().contains(QStringLiteral("1 links between properties cannot be kept in a file")));
+    EXPECT_TRUE(log().contains(QStringLiteral("1 link between properties cannot be kept in a file")));
 }
 
 TEST_F(SavedPart, a_d_former_comes_back_with_its_weights)
@@ -219,8 +219,7 @@ TEST_F(SavedPart, a_d_former_that_is_no_part_of_the_file_is_left_out_with_a_line
     dzScene->selectAllNodes(false);
     node("Mini").select();
     ASSERT_EQ(save("DzSceneSubsetAssetFilter", file("Part.duf")), 0);
-    EXPECT_TRUE(
-        log().contains(QStringLiteral("1 D-Formers that are no part of it cannot be kept in a file")));
+    EXPECT_TRUE(log().contains(QStringLiteral("1 D-Former that is no part of it cannot be kept in a file")));
     EXPECT_EQ(ReadBytes(file("Part.duf")).find("dform"), std::string::npos);
 }
 

@@ -6,6 +6,7 @@
 #include "app/guard.h"
 #include "base/errors.h"
 #include "dson/dhdm.h"
+#include "dson/reader.h"
 #include "dson/uri.h"
 #include "dson/writer.h"
 #include "dzapp.h"
@@ -133,9 +134,9 @@ std::string DetailBytes(const Wanted& wanted)
         openhost::Report({base::Severity::Warning,
                           {},
                           wanted.morph->getName().toStdString(),
-                          fmt::format("{} displacements lie behind the fourth corner of a face, where files "
-                                      "have no place for them, and are not saved",
-                                      leftOut)});
+                          fmt::format("{} behind the fourth corner of a face, where files have no place for "
+                                      "them, left out",
+                                      dson::Counted(leftOut, "displacement", "displacements"))});
     return bytes;
 }
 
@@ -168,7 +169,14 @@ void Save(const Wanted& wanted, const DzFileIOSettings& options, const std::stri
         openhost::Report({base::Severity::Warning,
                           {},
                           wanted.morph->getName().toStdString(),
-                          fmt::format("{} links to joints cannot be kept in a file", joints.lost)});
+                          fmt::format("{} cannot be kept in a file",
+                                      dson::Counted(joints.lost, "link to a joint", "links to joints"))});
+    if (wanted.morph->getName().toStdString().size() > wanted.fileName.size())
+        openhost::Report({base::Severity::Warning,
+                          {},
+                          wanted.fileName,
+                          fmt::format("the morph's name is too long for a file and ends so in its own: {}",
+                                      wanted.morph->getName().toStdString())});
     dson::WriteMorph(info, modifier, options.getStringValue(QLatin1String("BaseDataPath")).toStdString(),
                      write, DetailBytes(wanted));
     const DzUri uri(QString::fromStdString(dson::MakeUri(info.id, modifier.id)));

@@ -16,6 +16,10 @@
 #include "link_export.h"
 #include "loading/channel_properties.h"
 
+#include <cstdint>
+
+#include <fmt/format.h>
+
 namespace openhost {
 
 namespace {
@@ -43,6 +47,15 @@ void AppendLinks(const DzBone& bone, const std::string& channel, const DzMorph& 
         found.formulas.push_back(*formula);
         found.links.push_back(link);
     }
+}
+
+/// Of the bytes, by Fowler, Noll and Vo's method.
+std::uint32_t Sum(const std::string& text)
+{
+    std::uint32_t sum = 2166136261u;
+    for (const char c : text)
+        sum = (sum ^ static_cast<unsigned char>(c)) * 16777619u;
+    return sum;
 }
 
 } // namespace
@@ -94,9 +107,11 @@ std::string FileName(const std::string& name)
     }
     if (result.empty() || (result[0] >= '0' && result[0] <= '9'))
         result.insert(0, 1, '_');
-    // Other systems' file names end at 255 bytes, and the path has to stay short as well.
+    // Other systems' file names end at 255 bytes, and the path has to stay short as well. What is cut off
+    // may be all that tells two names apart.
     constexpr std::size_t longest = 100;
-    return result.substr(0, longest);
+    const std::string mark = fmt::format("_{:08x}", Sum(name));
+    return result.size() <= longest ? result : result.substr(0, longest - mark.size()) + mark;
 }
 
 std::string AssetFolder(const DzNode& figure)

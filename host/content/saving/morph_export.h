@@ -28,6 +28,7 @@ struct JointLinks {
 JointLinks DescribeJointLinks(const DzMorph& morph, const DzNode& figure, const std::string& dial);
 
 /// A name that is safe as id and as file name: letters, digits, '_' and '-' stay, anything else becomes '_'.
+/// Names that are too long end in a mark that tells them apart.
 std::string FileName(const std::string& name);
 
 /// Folder of the file that defines the figure, decoded, such as /data/Acme/Mini/Base; empty for none.

@@ -4,6 +4,7 @@
 #include "scene_export.h"
 
 #include "channel_export.h"
+#include "dson/reader.h"
 #include "dson/uri.h"
 #include "dzcontroller.h"
 #include "dzdform.h"
@@ -94,15 +95,15 @@ private:
     /// What a person will miss after loading.
     void report() const
     {
-        const auto tell = [](std::size_t count, const char* what) {
+        const auto tell = [](std::size_t count, const char* one, const char* many) {
             if (count > 0)
                 Report({base::Severity::Warning,
                         {},
                         {},
-                        fmt::format("{} {} cannot be kept in a file", count, what)});
+                        dson::Counted(count, one, many) + " cannot be kept in a file"});
         };
-        tell(_lostLinks, "links between properties");
-        tell(_lostFormers, "D-Formers that are no part of it");
+        tell(_lostLinks, "link between properties", "links between properties");
+        tell(_lostFormers, "D-Former that is no part of it", "D-Formers that are no part of it");
     }
 
     /// A D-Former acts from where its nodes stand.
