@@ -99,8 +99,8 @@ void CheckIds(const Document& document, ParseContext& context)
     CountRepeated(document.modifiers, count, example);
     CountRepeated(document.nodeInstances, count, example);
     if (count > 0)
-        context.warn(
-            {}, fmt::format("{} ids are given more than once, such as {}; the first counts", count, example));
+        context.warn({}, fmt::format("{} given more than once, such as {}; the first counts",
+                                     Counted(count, "id is", "ids are"), example));
 }
 
 std::size_t CountItems(const Element& owner, std::string_view key)

@@ -203,7 +203,7 @@ TEST_F(MissingShape, may_be_one_for_another_mesh)
     expectFailure(convertFrom(hero), 1, refusal(hero, reason));
     EXPECT_TRUE(
         warns(reportFrom(hero, {"--accept-missing"}), "is for a mesh of 487 vertices instead of 488"));
-    EXPECT_TRUE(warns(reportFrom(character({unused})), "1 morphs are for a mesh of another size"));
+    EXPECT_TRUE(warns(reportFrom(character({unused})), "1 morph is for a mesh of another size"));
     expectFailure(convertFrom(character({unused}), {"--dial", "Wide=0.5"}), 1, refusal(hero, reason));
 }
 
@@ -215,8 +215,8 @@ TEST_F(MissingShape, may_be_one_that_does_not_say_that_it_is_for_another_mesh)
     expectFailure(
         convertFrom(hero), 1,
         refusal(hero, "\"Alien\" (" + file +
-                          ": 1 deltas are of vertices that the figure does not have and are left out)"));
-    EXPECT_TRUE(warns(reportFrom(hero, {"--accept-missing"}), "Alien: 1 deltas are of vertices"));
+                          ": 1 delta is of a vertex that the figure does not have and is left out)"));
+    EXPECT_TRUE(warns(reportFrom(hero, {"--accept-missing"}), "Alien: 1 delta is of a vertex"));
     reportFrom(character({unused}));
 }
 
@@ -248,7 +248,7 @@ TEST_F(MissingShape, of_a_product_elsewhere_is_not_missed_where_a_dial_would_tur
     text.replace(text.find(folderUrl), std::string(folderUrl).size(), "/data/Acme/Coat/");
     write("Test/Hero.dsf", text);
     EXPECT_TRUE(warns(reportFrom(character({{"Test/Hero.dsf", "Hero"}, unused})),
-                      "1 formulas name what is not installed"));
+                      "1 formula names what is not installed"));
 }
 
 TEST_F(MissingShape, detail_is_missed_at_subdivided_resolution_alone)
@@ -293,6 +293,6 @@ TEST_F(MissingShape, is_none_where_two_vendors_have_one_of_the_same_name)
     EXPECT_EQ(displacement(ofFirst), acme);
     EXPECT_EQ(displacement(ofSecond), brand);
     for (const json& told : {ofFirst, ofSecond})
-        EXPECT_TRUE(warns(told, "1 morphs have names that are taken and get others")) << told;
+        EXPECT_TRUE(warns(told, "1 morph has a name that is taken and gets another")) << told;
     EXPECT_EQ(ofSecond.at("missing_morphs"), json::array());
 }

@@ -76,12 +76,11 @@ TEST_F(EqualNames, an_alias_never_costs_the_dial_that_it_stands_for_wherever_bot
             EXPECT_EQ(second->getAliasTarget(), dial);
             EXPECT_FALSE(second->isHidden());
             renamed += areTogether;
-            EXPECT_EQ(
-                timesLogged("1 aliases have the names of dials beside them and get others, such as Jaw"),
-                renamed)
+            EXPECT_EQ(timesLogged("1 alias has the name of a dial beside it and gets another, such as Jaw"),
+                      renamed)
                 << log().toStdString();
         }
-    EXPECT_FALSE(logged("names that are taken")) << log().toStdString();
+    EXPECT_FALSE(logged("taken and get")) << log().toStdString();
 }
 
 TEST_F(EqualNames, an_alias_of_a_morph_leaves_it_its_name)
@@ -173,7 +172,7 @@ TEST_F(EqualNames, bones_and_the_figure_have_dials_of_one_name_and_each_is_found
     EXPECT_FALSE(on(hip, "Bend")->isFavorite());
     EXPECT_FALSE(FindMorph(figure, "Bend")->getValueControl()->isFavorite());
     EXPECT_NE(on(figure, "Bend 2"), nullptr);
-    EXPECT_TRUE(logged("1 morphs have names that are taken and get others")) << log().toStdString();
+    EXPECT_TRUE(logged("1 morph has a name that is taken and gets another")) << log().toStdString();
 }
 
 TEST_F(EqualNames, a_control_means_itself_where_it_says_no_node)

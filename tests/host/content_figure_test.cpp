@@ -149,8 +149,8 @@ TEST_F(LoadedFigure, leaves_out_morphs_for_other_meshes_and_keeps_unchecked_ones
     EXPECT_EQ(FindMorph(*figure, "Wrong"), nullptr);
     EXPECT_EQ(FindMorph(*figure, "Stranger"), nullptr);
     EXPECT_TRUE(log().contains(
-        QStringLiteral("/data/Acme/Mini/Base/Mini.dsf: 1 morphs are for a mesh of another size and "
-                       "are left out, such as ")))
+        QStringLiteral("/data/Acme/Mini/Base/Mini.dsf: 1 morph is for a mesh of another size and "
+                       "is left out, such as ")))
         << log().toStdString();
     EXPECT_TRUE(log().contains(QStringLiteral("/Wrong.dsf")));
     ASSERT_NE(DialOf(*figure, "Open"), nullptr);
@@ -176,7 +176,7 @@ TEST_F(LoadedFigure, finds_morphs_of_other_directories_whatever_their_case)
     DialOf(*figure, "Same")->setValue(1.0f);
     ExpectAt(VertexAt(*figure, 1), 0, 15, 0);
     EXPECT_TRUE(
-        log().contains(QStringLiteral("/data/Acme/Mini/Base/Mini.dsf: 1 morph files are in more than one "
+        log().contains(QStringLiteral("/data/Acme/Mini/Base/Mini.dsf: 1 morph file is in more than one "
                                       "content library; the first is used")));
 }
 
@@ -208,7 +208,7 @@ TEST_F(LoadedFigure, is_driven_by_formulas)
     ASSERT_NE(DialOf(*figure, "Lost"), nullptr);
     EXPECT_EQ(DialOf(*figure, "Lost")->getValue(), 0.0f);
     EXPECT_TRUE(log().contains(QStringLiteral(
-        "/data/Acme/Mini/Base/Mini.dsf: 1 formulas name what is not installed and 0 cannot be understood")))
+        "/data/Acme/Mini/Base/Mini.dsf: 1 formula names what is not installed and 0 cannot be understood")))
         << log().toStdString();
     DialOf(*figure, "Longer")->setValue(1.0f);
     ExpectAt(figure->findNodeChild(QStringLiteral("arm"), true)->getOrigin(), 25, 0, 0);

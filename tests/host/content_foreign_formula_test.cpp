@@ -63,7 +63,7 @@ TEST_F(ForeignScene, formulas_add_multiply_nest_and_bend)
     EXPECT_EQ(ValueIn(*figure, "Scaled"), 4.0);
     DialIn(*figure, "In")->setDoubleValue(9.0);
     EXPECT_EQ(ValueIn(*figure, "Bent"), 0.0);
-    EXPECT_TRUE(logged("1 formulas name what is not installed and 0 cannot be understood"));
+    EXPECT_TRUE(logged("1 formula names what is not installed and 0 cannot be understood"));
 }
 
 TEST_F(ForeignScene, shapes_move_joints_and_joints_drive_shapes)

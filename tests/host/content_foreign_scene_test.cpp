@@ -329,8 +329,8 @@ TEST_F(ForeignScene, morphs_of_the_8_figure_are_found_by_the_8_1_figure)
     const DzNode* const figure = dzScene->getPrimarySelection();
     ASSERT_TRUE(DialIn(*figure, "Old") && DialIn(*figure, "Both"));
     EXPECT_EQ(FindMorph(*figure, "Other"), nullptr);
-    EXPECT_TRUE(logged("1 morphs belong to other figures and are left out, such as ")) << log().toStdString();
-    EXPECT_FALSE(logged("have names that are taken"));
+    EXPECT_TRUE(logged("1 morph belongs to another figure and is left out, such as ")) << log().toStdString();
+    EXPECT_FALSE(logged("taken and get"));
     DialIn(*figure, "Both")->setDoubleValue(1.0);
     ExpectAt(VertexAt(*figure, 1), 5, 2, 0);
     DialIn(*figure, "Old")->setDoubleValue(1.0);

@@ -257,7 +257,7 @@ TEST_F(MorphIndex, tells_what_was_met_in_a_file_as_the_file_does)
         });
     };
     for (const char* const text :
-         {"Odd.dsf: has 1 stray comma", "ids are given more than once",
+         {"Odd.dsf: has 1 stray comma", "1 id is given more than once",
           "Broken.dsf: ", "NoFile.dsf: is not a DSON file", "1 alias names what is not installed"})
         EXPECT_TRUE(tells(text)) << text;
 }

@@ -37,7 +37,7 @@ TEST_F(OddParts, a_bone_may_stand_before_its_parent)
         ASSERT_NE(BoneOf(*figure, bone), nullptr) << bone;
         EXPECT_EQ(BoneOf(*figure, bone)->getNodeParent(), BoneOf(*figure, parent)) << bone;
     }
-    EXPECT_FALSE(logged("hang on nothing")) << log().toStdString();
+    EXPECT_FALSE(logged("on nothing that is there")) << log().toStdString();
 }
 
 TEST_F(OddParts, a_bone_whose_parent_is_nowhere_hangs_on_the_figure_and_a_line_says_so)
@@ -52,7 +52,7 @@ TEST_F(OddParts, a_bone_whose_parent_is_nowhere_hangs_on_the_figure_and_a_line_s
     DialIn(*figure, "Turn")->setDoubleValue(90.0);
     ExpectAt(VertexAt(*figure, 6), -10, 20, 0);
     EXPECT_TRUE(
-        logged("1 bones hang on nothing that is there and are hung on the figure itself, such as hand"))
+        logged("1 bone hangs on nothing that is there and is hung on the figure itself, such as hand"))
         << log().toStdString();
 }
 
@@ -79,7 +79,7 @@ TEST_F(OddParts, a_bone_hangs_on_its_parent_by_id_or_by_name)
         ASSERT_NE(BoneOf(*figure, bone), nullptr) << bone;
         EXPECT_EQ(BoneOf(*figure, bone)->getNodeParent(), BoneOf(*figure, "a")) << bone;
     }
-    EXPECT_FALSE(logged("hang on nothing")) << log().toStdString();
+    EXPECT_FALSE(logged("on nothing that is there")) << log().toStdString();
 }
 
 TEST_F(OddParts, a_bone_whose_parent_is_nowhere_hangs_on_the_first_figure_of_its_file_alone)
@@ -166,7 +166,7 @@ TEST_F(OddParts, what_is_set_on_nothing_is_told_and_what_is_set_on_the_selection
     dzScene->setPrimarySelection(BoneOf(*figure, "hand"));
     ASSERT_TRUE(load("Wardrobe/Hat.duf", Scene(hat, modifiers, "wearable")));
     EXPECT_TRUE(logged("2 " + gone)) << log().toStdString();
-    EXPECT_TRUE(logged("1 shapes and controls are set on what is selected, which has none of them, such as "
+    EXPECT_TRUE(logged("1 shape or control is set on what is selected, which has none of its name, such as "
                        "/data/Nord/Doll/Morphs/Nord/Shapes/None.dsf#None"))
         << log().toStdString();
     EXPECT_EQ(ValueIn(*figure, "Up"), 0.5);
@@ -235,8 +235,8 @@ TEST_F(OddParts, dials_of_unknown_types_are_numbers_and_those_without_a_number_a
     EXPECT_EQ(ValueIn(*figure, "Wheel"), 2.0);
     EXPECT_EQ(DialIn(*figure, "Wheel")->getDoubleMin(), -3.0);
     EXPECT_EQ(DialIn(*figure, "Tint"), nullptr);
-    EXPECT_TRUE(logged("1 morphs have channels of unknown types and are shown as numbers, such as "));
-    EXPECT_TRUE(logged("1 morphs have channels that hold no number and are left out, such as "))
+    EXPECT_TRUE(logged("1 morph has a channel of an unknown type and is shown as a number, such as "));
+    EXPECT_TRUE(logged("1 morph has a channel that holds no number and is left out, such as "))
         << log().toStdString();
 }
 
@@ -259,7 +259,7 @@ TEST_F(OddParts, limits_beyond_single_precision_are_the_nearest_and_a_line_says_
         EXPECT_EQ(DialIn(*figure, name)->getDoubleMax(), largest);
     }
     EXPECT_EQ(BoneOf(*figure, "hand")->getXRotControl()->getDoubleMax(), largest);
-    EXPECT_TRUE(logged("1 nodes have limits beyond single precision and get the nearest, such as hand"))
+    EXPECT_TRUE(logged("1 node has limits beyond single precision and gets the nearest, such as hand"))
         << log().toStdString();
     EXPECT_TRUE(logged("2 morphs have limits beyond single precision and get the nearest, such as "))
         << log().toStdString();
@@ -323,5 +323,6 @@ TEST_F(OddParts, shapes_on_a_geometry_that_the_instance_leaves_out_are_the_figur
     ASSERT_TRUE(load("Scenes/Two.duf",
                      scene("Doll-geometry", R"(, {"id": "Two", "url": "/data/Nord/Doll/Doll.dsf#Doll"})")));
     EXPECT_EQ(ValueIn(*labelled("Doll"), "Up"), 0.0);
-    EXPECT_TRUE(logged("are left out")) << log().toStdString();
+    EXPECT_TRUE(logged("1 shape or control is set on what is not there and is left out"))
+        << log().toStdString();
 }

@@ -154,7 +154,7 @@ TEST_F(Pitfall, vertex_counts_of_minus_one_and_zero_are_unchecked_and_others_mus
     ASSERT_NE(FindMorph(*figure, "empty"), nullptr);
     DialIn(*figure, "empty")->setDoubleValue(1.0);
     ExpectAt(VertexAt(*figure, 1), 5, 3, 0);
-    EXPECT_TRUE(logged("1 morphs are for a mesh of another size and are left out, such as "))
+    EXPECT_TRUE(logged("1 morph is for a mesh of another size and is left out, such as "))
         << log().toStdString();
 }
 
@@ -177,7 +177,7 @@ TEST_F(Pitfall, of_equal_ids_in_a_file_the_first_counts)
     ASSERT_NE(figure, nullptr);
     DialIn(*figure, "Twice")->setDoubleValue(1.0);
     ExpectAt(VertexAt(*figure, 1), 5, 1, 0);
-    EXPECT_TRUE(logged("Twice.dsf: 1 ids are given more than once, such as Twice; the first counts"))
+    EXPECT_TRUE(logged("Twice.dsf: 1 id is given more than once, such as Twice; the first counts"))
         << log().toStdString();
 }
 
@@ -254,7 +254,7 @@ TEST_F(Pitfall, the_shape_of_a_file_that_is_gone_is_looked_for_by_its_name_and_a
     EXPECT_FALSE(logged("in no content library")) << log().toStdString();
     ASSERT_TRUE(load("People/Gone.duf", Scene(Instance(), worn("B"))));
     EXPECT_EQ(ValueIn(*dzScene->getPrimarySelection(), "Moved"), 1.0);
-    EXPECT_TRUE(logged("1 files are in no content library, and the dials of their names are turned, such as "
+    EXPECT_TRUE(logged("1 file is in no content library, and the dial of its name is turned, such as "
                        "for /data/Nord/Doll/Morphs/B/Moved.dsf"))
         << log().toStdString();
 }
@@ -308,7 +308,7 @@ TEST_F(Pitfall, an_alias_does_not_take_the_name_of_what_it_stands_for)
     EXPECT_EQ(qobject_cast<DzNumericProperty*>(BoneOf(*figure, "hand")->findProperty(QStringLiteral("Up")))
                   ->getDoubleValue(),
               0.5);
-    EXPECT_FALSE(logged("have names that are taken")) << log().toStdString();
+    EXPECT_FALSE(logged("taken and get")) << log().toStdString();
 }
 
 TEST_F(Pitfall, equal_ids_in_different_files_are_told_apart_by_the_file)
@@ -336,7 +336,7 @@ TEST_F(Pitfall, of_the_same_morph_in_two_directories_the_first_counts)
     ASSERT_NE(figure, nullptr);
     DialIn(*figure, "Up")->setDoubleValue(1.0);
     ExpectAt(VertexAt(*figure, 1), 5, 1, 0);
-    EXPECT_TRUE(logged("/data/Nord/Doll/Doll.dsf: 1 morph files are in more than one content library; the "
+    EXPECT_TRUE(logged("/data/Nord/Doll/Doll.dsf: 1 morph file is in more than one content library; the "
                        "first is used"));
 }
 

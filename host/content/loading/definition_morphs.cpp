@@ -37,8 +37,9 @@ geometry::SparseDeltas WithinMesh(geometry::SparseDeltas deltas, int vertexCount
     if (kept < deltas.size())
         lost.push_back(
             {base::Severity::Warning, file, id,
-             fmt::format("{} deltas are of vertices that the figure does not have and are left out",
-                         deltas.size() - kept)});
+             dson::Counted(deltas.size() - kept,
+                           "delta is of a vertex that the figure does not have and is left out",
+                           "deltas are of vertices that the figure does not have and are left out")});
     deltas.vertices.resize(kept);
     deltas.deltas.resize(kept);
     return deltas;

@@ -141,9 +141,9 @@ void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
     _impl->nodes.reportOddities();
     _impl->report(hidden);
     if (!leftOut.missing.empty() || leftOut.notUnderstood > 0)
-        _impl->file.warn(fmt::format("{} formulas name what is not installed and {} cannot be understood{}",
-                                     leftOut.missing.size(), leftOut.notUnderstood,
-                                     Examples(leftOut.missing)));
+        _impl->file.warn(fmt::format("{} what is not installed and {} cannot be understood{}",
+                                     dson::Counted(leftOut.missing.size(), "formula names", "formulas name"),
+                                     leftOut.notUnderstood, Examples(leftOut.missing)));
     _impl->modifiers.attachLost();
 }
 

@@ -72,8 +72,8 @@ void FigureModifiers::addThoseOnDisk(AssetLibrary& library)
         for (std::string& file : library.paths().filesBelow(folder, ".dsf", &duplicates))
             files.push_back(std::move(file));
     if (!duplicates.empty())
-        _figure.warn(fmt::format("{} morph files are in more than one content library; the first is used",
-                                 duplicates.size()));
+        _figure.warn(dson::Counted(duplicates.size(), "morph file is", "morph files are") +
+                     " in more than one content library; the first is used");
     auto documents = library.readAll(files);
     std::string folder, relativeFolder;
     for (std::size_t i = 0; i < files.size(); ++i) {
@@ -264,20 +264,27 @@ void FigureModifiers::attachLost()
 
 void FigureModifiers::reportOmissions()
 {
-    const auto report = [this](Omission& omission, const char* why) {
+    const auto report = [this](Omission& omission, const char* one, const char* many) {
         if (omission.count > 0)
-            _figure.warn(fmt::format("{} morphs {}, such as {}", omission.count, why, omission.example));
+            _figure.warn(dson::Counted(omission.count, one, many) + ", such as " + omission.example);
         omission = {};
     };
-    report(_forOtherMeshes, "are for a mesh of another size and are left out");
-    report(_forOtherFigures, "belong to other figures and are left out");
-    report(_ofUnknownTypes, "have channels of unknown types and are shown as numbers");
-    report(_withoutNumbers, "have channels that hold no number and are left out");
-    report(_beyondLimits, "have limits beyond single precision and get the nearest");
-    report(_ofEqualNames, "have names that are taken and get others");
+    report(_forOtherMeshes, "morph is for a mesh of another size and is left out",
+           "morphs are for a mesh of another size and are left out");
+    report(_forOtherFigures, "morph belongs to another figure and is left out",
+           "morphs belong to other figures and are left out");
+    report(_ofUnknownTypes, "morph has a channel of an unknown type and is shown as a number",
+           "morphs have channels of unknown types and are shown as numbers");
+    report(_withoutNumbers, "morph has a channel that holds no number and is left out",
+           "morphs have channels that hold no number and are left out");
+    report(_beyondLimits, "morph has limits beyond single precision and gets the nearest",
+           "morphs have limits beyond single precision and get the nearest");
+    report(_ofEqualNames, "morph has a name that is taken and gets another",
+           "morphs have names that are taken and get others");
     if (const std::vector<std::string>& aliases = _dials.renamedAliases(); !aliases.empty())
-        _figure.note(fmt::format("{} aliases have the names of dials beside them and get others{}",
-                                 aliases.size(), Examples(aliases)));
+        _figure.note(dson::Counted(aliases.size(), "alias has the name of a dial beside it and gets another",
+                                   "aliases have the names of dials beside them and get others") +
+                     Examples(aliases));
     _effects.report();
 }
 

@@ -79,8 +79,10 @@ void FigureNodes::adopt(const dson::Node& top, Waiting& waiting, PendingFormulas
         make(*source, root(), waiting, formulas);
     }
     if (!orphans.empty())
-        _file.warn(fmt::format("{} bones hang on nothing that is there and are hung on the figure itself{}",
-                               orphans.size(), Examples(orphans)));
+        _file.warn(dson::Counted(orphans.size(),
+                                 "bone hangs on nothing that is there and is hung on the figure itself",
+                                 "bones hang on nothing that is there and are hung on the figure itself") +
+                   Examples(orphans));
 }
 
 const dson::Node& FigureNodes::definitionOf(const std::string& id) const
@@ -128,12 +130,17 @@ DzNode* FigureNodes::find(const std::string& idOrName) const
 void FigureNodes::reportOddities() const
 {
     if (!_otherSpellings.empty())
-        _file.warn(fmt::format(
-            "{} names of nodes differ from the figure's in letter case alone and are taken for them{}",
-            _otherSpellings.size(), Examples({_otherSpellings.begin(), _otherSpellings.end()})));
+        _file.warn(
+            dson::Counted(
+                _otherSpellings.size(),
+                "name of a node differs from the figure's in letter case alone and is taken for it",
+                "names of nodes differ from the figure's in letter case alone and are taken for them") +
+            Examples({_otherSpellings.begin(), _otherSpellings.end()}));
     if (!_beyondLimits.empty())
-        _file.warn(fmt::format("{} nodes have limits beyond single precision and get the nearest{}",
-                               _beyondLimits.size(), Examples(_beyondLimits)));
+        _file.warn(dson::Counted(_beyondLimits.size(),
+                                 "node has limits beyond single precision and gets the nearest",
+                                 "nodes have limits beyond single precision and get the nearest") +
+                   Examples(_beyondLimits));
 }
 
 } // namespace openhost

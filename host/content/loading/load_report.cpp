@@ -5,6 +5,7 @@
 
 #include "app/current_attendant.h"
 #include "app/texts.h"
+#include "dson/reader.h"
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
 
@@ -82,23 +83,27 @@ void LoadReport::sumUp(const std::vector<std::string>& leftOut)
         warnLeftOut(fmt::format("{} files are in no content library, such as {}", _missing.size(),
                                 *_missing.begin()));
     if (!_replaced.empty())
-        warn(fmt::format(
-            "{} files are in no content library, and the dials of their names are turned, such as for {}",
-            _replaced.size(), *_replaced.begin()));
+        warn(dson::Counted(_replaced.size(),
+                           "file is in no content library, and the dial of its name is turned",
+                           "files are in no content library, and the dials of their names are turned") +
+             ", such as for " + *_replaced.begin());
     if (!_homeless.empty())
-        warnLeftOut(fmt::format("{} shapes and controls are set on what is not there and are left out{}",
-                                _homeless.size(), Examples(_homeless)));
+        warnLeftOut(dson::Counted(_homeless.size(),
+                                  "shape or control is set on what is not there and is left out",
+                                  "shapes and controls are set on what is not there and are left out") +
+                    Examples(_homeless));
     for (const std::string& guess : _guessedParents)
         warn(fmt::format(
             "shapes and controls are set on what is not there: {}, the geometry of which is left out",
             guess));
     if (_lostBones > 0)
-        warnLeftOut(fmt::format("{} bones hang on no figure and are left out", _lostBones));
+        warnLeftOut(dson::Counted(_lostBones, "bone hangs on no figure and is left out",
+                                  "bones hang on no figure and are left out"));
     if (!leftOut.empty())
         warnLeftOut(fmt::format("left out: {}", fmt::join(leftOut, ", ")));
     if (!_duplicates.empty())
-        warn(fmt::format("formulas drive {} properties in the same way more than once, such as {}",
-                         _duplicates.size(), *_duplicates.begin()));
+        warn(fmt::format("formulas drive {} in the same way more than once, such as {}",
+                         dson::Counted(_duplicates.size(), "property", "properties"), *_duplicates.begin()));
 }
 
 void LoadReport::handOver(bool isEmpty)

@@ -87,15 +87,17 @@ std::vector<PresetValue> FindValues(const dson::Document& preset, const PresetTa
                   *instance.value, instance.url);
     }
     if (const std::set<std::string>& names = target.otherSpellings(); !names.empty())
-        Report(Warning(preset,
-                       fmt::format("{} names of nodes differ from those of {} in letter case alone and are "
-                                   "taken for them{}",
-                                   names.size(), target.node().getLabel().toStdString(),
-                                   Examples({names.begin(), names.end()}))));
+        Report(Warning(
+            preset,
+            fmt::format("{} from those of {} in letter case alone and {} taken for them{}",
+                        dson::Counted(names.size(), "name of a node differs", "names of nodes differ"),
+                        target.node().getLabel().toStdString(), names.size() == 1 ? "is" : "are",
+                        Examples({names.begin(), names.end()}))));
     if (!missing.empty() && !values.empty())
-        Report(Warning(preset, fmt::format("{} of {} values name nothing that {} has, such as {}",
-                                           missing.size(), missing.size() + values.size(),
-                                           target.node().getLabel().toStdString(), missing.front())));
+        Report(Warning(preset,
+                       fmt::format("{} of {} values {} nothing that {} has, such as {}", missing.size(),
+                                   missing.size() + values.size(), missing.size() == 1 ? "names" : "name",
+                                   target.node().getLabel().toStdString(), missing.front())));
     return values;
 }
 

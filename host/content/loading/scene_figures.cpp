@@ -300,8 +300,10 @@ void SceneFigures::dialSelection()
     }
     if (!missing.empty())
         _report.warnLeftOut(
-            fmt::format("{} shapes and controls are set on what is selected, which has none of them{}",
-                        missing.size(), Examples(missing)));
+            dson::Counted(missing.size(),
+                          "shape or control is set on what is selected, which has none of its name",
+                          "shapes and controls are set on what is selected, which has none of them") +
+            Examples(missing));
 }
 
 dson::Uri SceneFigures::uriOf(const dson::ModifierInstance& instance) const
