@@ -18,6 +18,8 @@ namespace {
 
 /// zlib counts in 32 bits; larger inputs are handed over in pieces.
 constexpr std::size_t maxPiece = std::size_t{1} << 30;
+/// Check sum and length behind the data of a member.
+constexpr std::size_t trailerSize = 8;
 
 /// Ends a zlib stream when the scope ends.
 struct StreamGuard {
@@ -73,7 +75,7 @@ std::size_t FirstRoom(std::string_view bytes, std::size_t limit)
 
 void CheckTrailer(std::string_view trailer, const std::string& text, const std::string& name)
 {
-    if (trailer.size() < 8)
+    if (trailer.size() < trailerSize)
         throw base::FormatError("{}: the compressed data is cut off", name);
     const std::uint32_t crc = LittleEndian(trailer);
     const std::uint32_t length = LittleEndian(trailer.substr(4));
@@ -101,7 +103,7 @@ std::size_t ExpandAtOnce(std::string_view data, std::string& text)
 }
 
 /// Expands piece by piece, making room where more is needed, and tells what is wrong.
-/// @param text  room to begin with; cut to its size
+/// @param text  room to begin with; cut to its size, which beyond the limit is as far as it went
 /// @return how many bytes of the data that took
 std::size_t ExpandInPieces(std::string_view data, std::string& text, const std::string& name,
                            std::size_t limit)
@@ -129,10 +131,29 @@ std::size_t ExpandInPieces(std::string_view data, std::string& text, const std::
             throw base::FormatError("{}: the compressed data is damaged", name);
         filled += room - stream.avail_out;
         if (filled > limit)
-            throw base::FormatError("{}: expands to more than {} bytes", name, limit);
+            break;
     }
     text.resize(filled);
     return at;
+}
+
+/// @param bytes  cut to what stands behind the member
+/// @return its text; where that is longer than the limit, as far as it went
+std::string ExpandMember(std::string_view& bytes, const std::string& name, std::size_t limit)
+{
+    const std::size_t header = HeaderLength(bytes);
+    if (header == 0)
+        throw base::FormatError("{}: the compressed data is cut off", name);
+    const std::string_view data = bytes.substr(header);
+    std::string text(FirstRoom(bytes, limit), '\0');
+    std::size_t taken = ExpandAtOnce(data, text);
+    if (taken == 0 || text.size() > limit)
+        taken = ExpandInPieces(data, text, name, limit);
+    if (text.size() > limit)
+        return text;
+    CheckTrailer(data.substr(taken), text, name);
+    bytes = data.substr(taken + trailerSize);
+    return text;
 }
 
 } // namespace
@@ -170,15 +191,16 @@ std::string Compress(std::string_view text)
 
 std::string Decompress(std::string_view bytes, const std::string& name, std::size_t limit)
 {
-    const std::size_t header = HeaderLength(bytes);
-    if (header == 0)
-        throw base::FormatError("{}: the compressed data is cut off", name);
-    const std::string_view data = bytes.substr(header);
-    std::string text(FirstRoom(bytes, limit), '\0');
-    std::size_t taken = ExpandAtOnce(data, text);
-    if (taken == 0 || text.size() > limit)
-        taken = ExpandInPieces(data, text, name, limit);
-    CheckTrailer(data.substr(taken), text, name);
+    std::string text;
+    do {
+        std::string member = ExpandMember(bytes, name, limit - text.size());
+        if (member.size() > limit - text.size())
+            throw base::FormatError("{}: expands to more than {} bytes", name, limit);
+        if (text.empty())
+            text = std::move(member); // as good as all files have but one
+        else
+            text += member;
+    } while (IsGzip(bytes));
     return text;
 }
 

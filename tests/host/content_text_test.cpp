@@ -98,6 +98,26 @@ TEST(Gzip, expands_no_further_than_the_limit)
     EXPECT_EQ(Expand(dson::Compress(std::string(100000, 'x')), 100000).size(), 100000u);
 }
 
+TEST(Gzip, members_one_behind_the_other_are_one_text)
+{
+    const std::string first = dson::Compress("{ \"a\": "), second = dson::Compress("1 }");
+    EXPECT_EQ(Expand(first + second), "{ \"a\": 1 }");
+    EXPECT_EQ(Expand(first + dson::Compress("") + second + std::string(9, '\0')), "{ \"a\": 1 }");
+    for (std::size_t size = 2; size < second.size(); ++size)
+        EXPECT_EQ(ErrorOf([&] { Expand(first + second.substr(0, size)); }),
+                  "file: the compressed data is cut off")
+            << size;
+}
+
+TEST(Gzip, members_share_the_limit)
+{
+    const std::string half = dson::Compress(std::string(50000, 'x'));
+    EXPECT_EQ(Expand(half + half, 100000).size(), 100000u);
+    EXPECT_EQ(ErrorOf([&] { Expand(half + half, 99999); }), "file: expands to more than 99999 bytes");
+    const std::string bomb = dson::Compress(std::string(10000000, '\0'));
+    EXPECT_EQ(ErrorOf([&] { Expand(half + bomb, 100000); }), "file: expands to more than 100000 bytes");
+}
+
 TEST(Gzip, optional_parts_of_the_header_are_stepped_over)
 {
     std::string packed = dson::Compress("some text");

@@ -15,10 +15,10 @@ bool IsGzip(std::string_view bytes);
 /// One gzip member without name and time: the same text gives the same bytes.
 std::string Compress(std::string_view text);
 
-/// Expands one gzip member. An all-zero trailer is accepted, since shipped files have it; any other that does
-/// not match the data is refused.
+/// Expands gzip members that stand one behind the other, and ignores what else follows. An all-zero trailer
+/// is accepted, since shipped files have it; any other that does not match the data is refused.
 /// @param name   stands for the data in error messages, usually the file name
-/// @param limit  the most bytes that it may expand to
+/// @param limit  the most bytes that all may expand to
 /// @throws base::FormatError  truncated, damaged or larger than the limit
 std::string Decompress(std::string_view bytes, const std::string& name, std::size_t limit);
 
