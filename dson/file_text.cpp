@@ -97,30 +97,4 @@ std::string ReadText(const std::filesystem::path& file)
     return FromUtf16(std::string_view(bytes).substr(hasMark ? 2 : 0), bigEndian, file.string());
 }
 
-std::string WithoutTrailingCommas(const std::string& json)
-{
-    std::string result;
-    result.reserve(json.size());
-    bool inString = false;
-    for (std::size_t i = 0; i < json.size(); ++i) {
-        const char c = json[i];
-        if (inString) {
-            result += c;
-            if (c == '\\' && i + 1 < json.size())
-                result += json[++i];
-            else if (c == '"')
-                inString = false;
-            continue;
-        }
-        if (c == ',') {
-            const std::size_t next = json.find_first_not_of(" \t\r\n", i + 1);
-            if (next != std::string::npos && (json[next] == ']' || json[next] == '}'))
-                continue;
-        }
-        inString = c == '"';
-        result += c;
-    }
-    return result;
-}
-
 } // namespace dson

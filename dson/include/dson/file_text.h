@@ -23,7 +23,4 @@ std::string ReadBytes(const std::filesystem::path& file);
 /// cut off
 std::string ReadText(const std::filesystem::path& file);
 
-/// The text with commas before ']' and '}' taken out: hand-edited files have them.
-std::string WithoutTrailingCommas(const std::string& json);
-
 } // namespace dson
