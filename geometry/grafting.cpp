@@ -87,6 +87,37 @@ void CheckGraft(const Graft& graft, const Topology& own, const Topology& other)
             throw TopologyError("the graft hides face {} but there are {}", face, other.faceCount());
 }
 
+Graft UsableGraft(const Graft& graft, const Topology& own, const Topology& other,
+                  const LeftOutFaces& otherLacks, GraftLosses& losses)
+{
+    CheckCount("vertices", graft.vertexCount, other.vertexCount);
+    CheckCount("faces", graft.faceCount, other.faceCount() + otherLacks.count());
+    Graft usable;
+    std::vector<bool> isPaired[2] = {std::vector<bool>(own.vertexCount),
+                                     std::vector<bool>(other.vertexCount)};
+    for (const std::array<std::uint32_t, 2>& pair : graft.vertexPairs) {
+        const bool isFree = pair[0] < own.vertexCount && pair[1] < other.vertexCount &&
+                            !isPaired[0][pair[0]] && !isPaired[1][pair[1]];
+        if (!isFree) {
+            ++losses.pairs;
+            continue;
+        }
+        isPaired[0][pair[0]] = isPaired[1][pair[1]] = true;
+        usable.vertexPairs.push_back(pair);
+    }
+    for (const std::uint32_t face : graft.hiddenFaces) {
+        const std::optional<std::uint32_t> inMesh = otherLacks.inMesh(face);
+        if (inMesh && *inMesh < other.faceCount())
+            usable.hiddenFaces.push_back(*inMesh);
+        else if (inMesh)
+            ++losses.hiddenFaces; // what the mesh lacks is not to be seen anyway
+    }
+    if (usable.empty())
+        throw TopologyError("none of the {} pairs of vertices of the graft can be joined",
+                            graft.vertexPairs.size());
+    return usable;
+}
+
 GraftedTopology JoinGrafts(const std::vector<GraftPart>& parts)
 {
     GraftedTopology grafted;

@@ -8,13 +8,17 @@
 #include "dzskeleton.h"
 #include "figure/mesh_access.h"
 #include "figure/pipeline.h"
+#include "geometry/errors.h"
 #include "geometry/incidence.h"
 #include "grafted_mesh.h"
+#include "openhost/diagnostics.h"
 #include "subdivision_cache.h"
 
 #include <array>
 #include <map>
 #include <set>
+
+#include <fmt/format.h>
 
 namespace openhost {
 
@@ -121,17 +125,34 @@ const geometry::Graft* Pipeline::graft()
     const std::pair<std::uint64_t, std::uint64_t> serials(followed._baseSerial, _baseSerial);
     if (_graftSerials != serials) {
         _graftSerials = serials;
-        _isGraftFitting = GuardHostCall(
-            {{},
-             _object.getNode()->getLabel().toStdString(),
-             "follows " + target->getLabel().toStdString() + " without being grafted onto it",
-             base::Severity::Warning},
-            [&] {
-                geometry::CheckGraft(extras->graft, *base().topology, *followed.base().topology);
-                return true;
-            });
+        const DzFacetShape* const onto = followed.shape();
+        fitGraft(extras->graft, *followed.base().topology, MeshAccess::extras(*onto->getFacetMesh()),
+                 *target);
     }
-    return _isGraftFitting ? &extras->graft : nullptr;
+    return _usableGraft.get();
+}
+
+void Pipeline::fitGraft(const geometry::Graft& graft, const geometry::Topology& onto,
+                        const MeshExtras* ontoExtras, const DzSkeleton& target)
+{
+    _usableGraft.reset();
+    _graftProblem.clear();
+    const std::string label = _object.getNode()->getLabel().toStdString();
+    geometry::GraftLosses losses;
+    try {
+        _usableGraft = std::make_unique<geometry::Graft>(
+            geometry::UsableGraft(graft, *base().topology, onto,
+                                  ontoExtras ? ontoExtras->leftOutFaces : geometry::LeftOutFaces(), losses));
+        if (losses.pairs > 0 || losses.hiddenFaces > 0)
+            _graftProblem = fmt::format("is grafted onto {} without {} pairs of vertices and {} hidden faces "
+                                        "that are not there or named twice",
+                                        target.getLabel().toStdString(), losses.pairs, losses.hiddenFaces);
+    } catch (const geometry::TopologyError& error) {
+        _graftProblem = fmt::format("follows {} without being grafted onto it: {}",
+                                    target.getLabel().toStdString(), error.what());
+    }
+    if (!_graftProblem.empty())
+        Report({base::Severity::Warning, {}, label, _graftProblem});
 }
 
 const geometry::PolygonMesh& Pipeline::grafted(const std::vector<DzSkeleton*>& grafts)

@@ -83,6 +83,54 @@ TEST(Grafting, tells_what_does_not_fit)
     fails([](Graft& g) { g.hiddenFaces[0] = 4; }, "the graft hides face 4 but there are 4");
 }
 
+TEST(Grafting, leaves_out_what_cannot_be_joined_or_hidden)
+{
+    Patched test;
+    std::vector<std::array<std::uint32_t, 2>>& pairs = test.graft.vertexPairs;
+    const auto good = pairs;
+    pairs.insert(pairs.begin() + 1, {{9, 0}, {1, 9}, {0, 0}, {1, 4}});
+    test.graft.hiddenFaces = {4, 3, 4000000000u};
+    geometry::GraftLosses losses;
+    const Graft usable =
+        geometry::UsableGraft(test.graft, *test.patch.topology, *test.grid.topology, {}, losses);
+    EXPECT_EQ(usable.vertexPairs, good);
+    EXPECT_EQ(usable.hiddenFaces, (std::vector<std::uint32_t>{3}));
+    EXPECT_EQ(losses.pairs, 4u);
+    EXPECT_EQ(losses.hiddenFaces, 2u);
+    EXPECT_NO_THROW(CheckGraft(usable, *test.patch.topology, *test.grid.topology));
+}
+
+TEST(Grafting, of_which_nothing_fits_or_for_another_mesh_cannot_be_used)
+{
+    const auto fails = [](auto change, const char* text) {
+        Patched test;
+        change(test.graft);
+        geometry::GraftLosses losses;
+        EXPECT_THROW_MSG(
+            geometry::UsableGraft(test.graft, *test.patch.topology, *test.grid.topology, {}, losses),
+            geometry::TopologyError, text);
+    };
+    fails([](Graft& g) { g.vertexCount = 8; }, "the graft is for 8 vertices but the mesh has 9");
+    fails([](Graft& g) { g.faceCount = 5; }, "the graft is for 5 faces but the mesh has 4");
+    fails(
+        [](Graft& g) {
+            g.vertexPairs = {{9, 0}, {0, 9}};
+        },
+        "none of the 2 pairs of vertices of the graft can be joined");
+}
+
+TEST(Grafting, counts_the_faces_that_the_other_mesh_lacks)
+{
+    Patched test;
+    test.graft.faceCount = 7; // as in the file, of which faces 0, 4 and 5 are not in the mesh
+    test.graft.hiddenFaces = {0, 1, 4, 6, 7};
+    geometry::GraftLosses losses;
+    const Graft usable =
+        geometry::UsableGraft(test.graft, *test.patch.topology, *test.grid.topology, {{0, 4, 5}}, losses);
+    EXPECT_EQ(usable.hiddenFaces, (std::vector<std::uint32_t>{0, 3}));
+    EXPECT_EQ(losses.hiddenFaces, 1u);
+}
+
 TEST(Grafting, takes_a_graft_that_does_not_say_what_it_is_for)
 {
     Patched test;

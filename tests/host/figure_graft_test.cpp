@@ -207,16 +207,34 @@ TEST_F(GraftTest, several_and_one_upon_another_grow_together)
 TEST_F(GraftTest, that_does_not_fit_follows_only_and_says_so_once)
 {
     geometry::Graft wrong = MiddleGraft();
-    wrong.vertexPairs[2][1] = 7;
+    wrong.vertexCount = 26;
     DzFigure* const scar = makeFigure("Scar", Sheet(2, {10, 10, 1}), wrong);
     openhost::FitTo(*scar, *body);
     const QString line =
         QStringLiteral("WARNING: Scar: follows Body without being grafted onto it: the graft "
-                       "joins vertex 7 of the other mesh twice");
+                       "is for 26 vertices but the mesh has 25");
     EXPECT_EQ(drawn(), (std::vector<DzNode*>{body, scar}));
     drawn();
     EXPECT_FALSE(scar->isGraftFollowing());
     EXPECT_EQ(LogText().count(line), 1);
+}
+
+TEST_F(GraftTest, of_which_a_part_does_not_fit_is_grafted_by_the_rest_and_says_so_once)
+{
+    geometry::Graft odd = MiddleGraft();
+    odd.vertexPairs.push_back({4, 25});
+    odd.hiddenFaces.push_back(16);
+    odd.hiddenFaces.push_back(17);
+    DzFigure* const scar = makeFigure("Scar", Sheet(2, {10, 10, 1}), odd);
+    delete horn;
+    openhost::FitTo(*scar, *body);
+    EXPECT_EQ(drawn(), std::vector<DzNode*>{body});
+    EXPECT_EQ(mesh().faceCount(), 12u + 4u);
+    EXPECT_TRUE(scar->isGraftFollowing());
+    EXPECT_EQ(
+        LogText().count(QStringLiteral("WARNING: Scar: is grafted onto Body without 1 pairs of vertices "
+                                       "and 2 hidden faces that are not there or named twice")),
+        1);
 }
 
 TEST_F(GraftTest, in_a_circle_is_none)

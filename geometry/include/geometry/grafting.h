@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "geometry/left_out_faces.h"
 #include "geometry/polygon_mesh.h"
 
 #include <array>
@@ -22,6 +23,18 @@ struct Graft {
 /// @throws TopologyError  it is for another mesh, or names a vertex or face that is not there or one vertex
 /// twice
 void CheckGraft(const Graft& graft, const Topology& own, const Topology& other);
+
+/// What of a graft is left out, since there is nothing that it could join or hide.
+struct GraftLosses {
+    std::size_t pairs = 0; ///< of vertices that are not there, or that others join already
+    std::size_t hiddenFaces = 0;
+};
+
+/// The part of a graft that can be used, as CheckGraft accepts it. Of pairs with one vertex the first counts.
+/// @param otherLacks  faces that the graft counts and the other mesh lacks
+/// @throws TopologyError  it is for another mesh, or no pair can be used
+Graft UsableGraft(const Graft& graft, const Topology& own, const Topology& other,
+                  const LeftOutFaces& otherLacks, GraftLosses& losses);
 
 /// A mesh that is grafted onto another one of the list before it.
 struct GraftPart {

@@ -54,6 +54,11 @@ void LoadReport::warnLeftOut(const std::string& what)
     tellLeftOut(ToQ(what));
 }
 
+void LoadReport::tellLogged(const std::string& what) const
+{
+    tellLeftOut(ToQ(what));
+}
+
 void LoadReport::warnLeftOut(const base::Error& error, const std::filesystem::path& file)
 {
     _diagnostics.push_back(base::FromSentence(base::Severity::Warning, file.string(), error.what()));

@@ -27,6 +27,8 @@ public:
     /// Of something that the scene will lack.
     void warnLeftOut(const std::string& what);
     void warnLeftOut(const base::Error& error, const std::filesystem::path& file);
+    /// Of something that the log has already, for those who do not read it.
+    void tellLogged(const std::string& what) const;
     void addMissing(const std::string& path) { _missing.insert(path); } ///< in no content library
     void addReplaced(const std::string& path)
     {

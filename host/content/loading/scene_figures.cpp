@@ -7,9 +7,11 @@
 #include "base/errors.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
+#include "dzobject.h"
 #include "dzscene.h"
 #include "dzskeleton.h"
 #include "figure/fitting.h"
+#include "figure/pipeline.h"
 #include "instance_order.h"
 #include "instance_values.h"
 #include "loading/channel_properties.h"
@@ -107,6 +109,8 @@ std::vector<DzNode*> SceneFigures::enter()
     std::vector<DzNode*> tops = enterScene();
     for (const LoadedFigure& figure : _figures.all())
         fit(figure);
+    for (const LoadedFigure& figure : _figures.all())
+        tellGraft(*figure.node);
     dialSelection();
     for (const std::string& left : ConnectDFormers(_figures))
         _report.warn(left);
@@ -394,6 +398,17 @@ void SceneFigures::fit(const LoadedFigure& figure)
             fmt::format("there is nothing that {} can be fitted to", figure.node->getLabel().toStdString()));
     else
         FitTo(*follower, *target);
+}
+
+void SceneFigures::tellGraft(const DzNode& node) const
+{
+    DzObject* const object = node.getObject();
+    if (!object || !qobject_cast<const DzSkeleton*>(&node))
+        return;
+    object->pipeline().graft();
+    const std::string& problem = object->pipeline().graftProblem();
+    if (!problem.empty())
+        _report.tellLogged(node.getLabel().toStdString() + " " + problem);
 }
 
 void SceneFigures::animate() const

@@ -77,6 +77,8 @@ private:
     std::vector<DzNode*> enterScene();
     void fit(const LoadedFigure& figure);
     /// A scene that moves is loaded as it is at its beginning.
+    /// What of a graft does not fit, now that all is fitted.
+    void tellGraft(const DzNode& node) const;
     void animate() const;
 
     AssetLibrary& _library;

@@ -15,7 +15,8 @@ struct MeshExtras {
     geometry::TexCoords texCoords;                 ///< one index a corner, or empty
     std::vector<std::vector<std::uint32_t>> lines; ///< vertex indices of each polyline
     std::vector<geometry::Crease> creases;
-    geometry::Graft graft; ///< empty for most; not checked
+    geometry::Graft graft;               ///< empty for most; not checked
+    geometry::LeftOutFaces leftOutFaces; ///< which a graft onto the mesh may count
 };
 
 class MeshAccess {

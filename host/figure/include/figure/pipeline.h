@@ -9,6 +9,8 @@
 #include "geometry/skinning.h"
 
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 class DzDFormModifier;
@@ -20,6 +22,7 @@ class DzSkinBinding;
 
 namespace geometry {
 struct Graft;
+struct Topology;
 class ShapeProjection;
 } // namespace geometry
 
@@ -27,6 +30,7 @@ namespace openhost {
 
 class CageModifier;
 struct GraftedMesh;
+struct MeshExtras;
 
 /// How a figure's skin is posed at the moment.
 struct SkinPose {
@@ -96,9 +100,11 @@ public:
     /// Of world(); empty without a mesh.
     geometry::Box3f worldBox();
 
-    /// How the mesh is grafted onto that of the figure that is followed. Null when it is not; one that does
-    /// not fit is told once and counts as none.
+    /// How the mesh is grafted onto that of the figure that is followed, as far as that can be. Null when it
+    /// is not; what does not fit is told once.
     const geometry::Graft* graft();
+    /// What did not fit when graft() last looked at the two meshes; empty for nothing.
+    const std::string& graftProblem() const { return _graftProblem; }
     /// The figure's mesh and what is grafted onto it as one, in world space at the figure's level.
     /// @param grafts  each grafted onto this figure or one before it in the list
     const geometry::PolygonMesh& grafted(const std::vector<DzSkeleton*>& grafts);
@@ -125,6 +131,8 @@ private:
     void updateFollowing();
     const geometry::ShapeProjection* projectionFrom(const Pipeline& followed);
     void dropProjection();
+    void fitGraft(const geometry::Graft& graft, const geometry::Topology& onto, const MeshExtras* ontoExtras,
+                  const DzSkeleton& target);
     void refineGrafted();
     void readStack();
     void updateForm();
@@ -152,7 +160,8 @@ private:
     bool _isFollowing = false;
     std::vector<geometry::Vec3f> _following;
     std::pair<std::uint64_t, std::uint64_t> _graftSerials{0, 0}; ///< of the meshes that have been checked
-    bool _isGraftFitting = false;
+    std::unique_ptr<const geometry::Graft> _usableGraft;
+    std::string _graftProblem;
     std::unique_ptr<GraftedMesh> _grafted;
 
     bool _stackRead = false;
