@@ -5,6 +5,10 @@
 #include "dson/uri.h"
 #include "parts.h"
 
+#include <cmath>
+
+#include <fmt/format.h>
+
 namespace dson {
 
 namespace {
@@ -42,6 +46,21 @@ void ParseChannels(const Element& node, std::string_view member, std::array<Chan
 }
 
 } // namespace
+
+std::uint32_t ParseCount(const Element& object, std::string_view key, const std::string& asset,
+                         ParseContext& context)
+{
+    const auto member = Find(object, key);
+    if (!member)
+        return 0;
+    constexpr double mostVertices = 4294967295.0;
+    const double count = AsNumber(*member).value_or(NAN);
+    if (count >= 0.0 && count <= mostVertices && count == std::floor(count))
+        return static_cast<std::uint32_t>(count);
+    if (count != -1.0) // the usual way to say that any will do
+        context.warn(asset, fmt::format("has a {} that is no number of things and is not checked", key));
+    return 0;
+}
 
 AssetInfo ParseAssetInfo(const Element& json)
 {
@@ -104,7 +123,8 @@ Modifier ParseModifier(const Element& json, ParseContext& context)
     modifier.formulas = ParseFormulas(json, context);
     if (const auto morph = Find(json, "morph")) {
         modifier.morph.emplace();
-        modifier.morph->vertexCount = Count(*morph, "vertex_count", -1);
+        const std::uint32_t vertexCount = ParseCount(*morph, "vertex_count", modifier.id, context);
+        modifier.morph->vertexCount = vertexCount > 0 ? std::int64_t{vertexCount} : -1;
         modifier.morph->hdUrl = Text(*morph, "hd_url");
         if (context.options.deltas)
             modifier.morph->deltas = ParseDeltas(*morph, modifier.id, context);

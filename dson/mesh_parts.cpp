@@ -23,19 +23,23 @@ using geometry::Vec3f;
 std::vector<Vec3f> ParsePositions(const Element& json, const std::string& id, ParseContext& context)
 {
     std::vector<Vec3f> positions;
-    std::size_t spoilt = 0, first = 0;
+    std::size_t spoilt = 0, first = 0, uneven = 0, firstUneven = 0;
     ForEachValue(json, "vertices", [&](const Element& row) {
-        double p[3];
-        if (ReadRow(row, p, 3) != 3)
-            throw base::FormatError("{}: vertex {} is not three numbers", context.name, positions.size());
+        double p[3] = {};
+        const std::size_t numbers = ReadRow(row, p, 3);
         // Its number has to stay: faces, weights and morphs go by it.
         if (TakeNoNumbersAsZero(p, 3) > 0 && spoilt++ == 0)
             first = positions.size();
+        if (numbers != 3 && uneven++ == 0)
+            firstUneven = positions.size();
         positions.push_back({static_cast<float>(p[0]), static_cast<float>(p[1]), static_cast<float>(p[2])});
     });
     if (spoilt > 0)
         context.warn(id, fmt::format("{} with coordinates that are no numbers, taken as 0: the first is {}",
                                      Counted(spoilt, "vertex", "vertices"), first));
+    if (uneven > 0)
+        context.warn(id, fmt::format("{} not three numbers, what lacks taken as 0: the first is {}",
+                                     Counted(uneven, "vertex is", "vertices are"), firstUneven));
     return positions;
 }
 
@@ -46,65 +50,6 @@ std::vector<std::string> ParseNames(const Element& json, std::string_view key)
         names.emplace_back(item.is_string() ? item.get_string().value_unsafe() : std::string_view());
     });
     return names;
-}
-
-void ParseFaces(const Element& json, geometry::Topology& topology, const ParseContext& context)
-{
-    ForEachValue(json, "polylist", [&](const Element& row) {
-        double n[6];
-        const std::size_t count = ReadRow(row, n, 6);
-        const std::size_t face = topology.faceCount();
-        if (count != 5 && count != 6)
-            throw base::FormatError("{}: face {} has {} numbers instead of five or six", context.name, face,
-                                    count);
-        std::uint32_t corners[4];
-        for (std::size_t c = 2; c < count; ++c) {
-            if (!IsIndex(n[c], topology.vertexCount))
-                throw base::FormatError("{}: face {} names vertex {} but only {} are defined", context.name,
-                                        face, n[c], topology.vertexCount);
-            corners[c - 2] = static_cast<std::uint32_t>(n[c]);
-        }
-        if (!IsIndex(n[0], static_cast<double>(topology.groupNames.size())) ||
-            !IsIndex(n[1], static_cast<double>(topology.surfaceNames.size())))
-            throw base::FormatError("{}: face {} names a group or surface that is not defined", context.name,
-                                    face);
-        topology.addFace({corners, count - 2});
-        topology.faceGroups.push_back(static_cast<std::uint32_t>(n[0]));
-        topology.faceSurfaces.push_back(static_cast<std::uint32_t>(n[1]));
-    });
-}
-
-geometry::Graft ParseGraft(const Element& json, const std::string& id, ParseContext& context)
-{
-    geometry::Graft graft;
-    const auto member = Find(json, "graft");
-    if (!member || !member->is_object())
-        return graft;
-    const auto count = [&member](std::string_view key) {
-        return static_cast<std::uint32_t>(std::max<std::int64_t>(Count(*member, key, 0), 0));
-    };
-    graft.vertexCount = count("vertex_count");
-    graft.faceCount = count("poly_count");
-    std::size_t strange = 0;
-    ForEachValue(*member, "vertex_pairs", [&](const Element& row) {
-        double pair[2];
-        if (IsRow(row, pair, 2) && IsIndex(pair[0], unlimited) && IsIndex(pair[1], unlimited))
-            graft.vertexPairs.push_back(
-                {static_cast<std::uint32_t>(pair[0]), static_cast<std::uint32_t>(pair[1])});
-        else
-            ++strange;
-    });
-    ForEachValue(*member, "hidden_polys", [&](const Element& item) {
-        const double face = AsNumber(item).value_or(NAN);
-        if (IsIndex(face, unlimited))
-            graft.hiddenFaces.push_back(static_cast<std::uint32_t>(face));
-        else
-            ++strange;
-    });
-    if (strange > 0)
-        context.warn(id, fmt::format("{} of the graft that are no numbers of vertices or faces, left out",
-                                     Counted(strange, "entry", "entries")));
-    return graft;
 }
 
 /// The value of a resolution setting.
@@ -193,7 +138,7 @@ Geometry ParseGeometry(const Element& json, ParseContext& context)
     topology->vertexCount = static_cast<std::uint32_t>(geometry.mesh.positions.size());
     topology->groupNames = ParseNames(json, "polygon_groups");
     topology->surfaceNames = ParseNames(json, "polygon_material_groups");
-    ParseFaces(json, *topology, context);
+    geometry.leftOutFaces = ParseFaces(json, *topology, geometry.id, context);
     geometry.creases = ParseCreases(json, geometry.id, topology->vertexCount, context);
     TellAlgorithm(json, geometry.id, context);
     geometry.mesh.topology = std::move(topology);

@@ -27,11 +27,23 @@ struct ParseContext {
     }
 };
 
+/// How many vertices or faces something is for; 0, which is for any number, where the file does not say so or
+/// what is no number of things, which is told.
+/// @param asset  id of what it is part of
+std::uint32_t ParseCount(const Element& object, std::string_view key, const std::string& asset,
+                         ParseContext& context);
+
 AssetInfo ParseAssetInfo(const Element& json);
 std::vector<Formula> ParseFormulas(const Element& owner, ParseContext& context);
 
-/// @throws base::FormatError  a face names a vertex, group or surface that is not there
 Geometry ParseGeometry(const Element& json, ParseContext& context);
+/// Adds the faces of a geometry to a topology that has its vertices and the names of groups and surfaces.
+/// @param id  of the geometry
+geometry::LeftOutFaces ParseFaces(const Element& json, geometry::Topology& topology, const std::string& id,
+                                  ParseContext& context);
+/// Empty for one that joins nothing.
+/// @param id  of the geometry
+geometry::Graft ParseGraft(const Element& geometry, const std::string& id, ParseContext& context);
 Node ParseNode(const Element& json, ParseContext& context);
 Modifier ParseModifier(const Element& json, ParseContext& context);
 /// Of a modifier with a `skin` or a `legacy_skin`.

@@ -41,7 +41,8 @@ void ReadUvSets(const Element& root, Document& document, ParseContext& context)
             continue;
         for (const Element& json : sets)
             if (Text(json, "id") == wanted.id)
-                geometry.texCoords = CornersOf(ParseUvSet(json, context), *geometry.mesh.topology, context);
+                geometry.texCoords = CornersOf(ParseUvSet(json, context), *geometry.mesh.topology,
+                                               geometry.leftOutFaces, context);
     }
 }
 

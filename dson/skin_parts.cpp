@@ -97,8 +97,14 @@ void ReadBlend(const Element& settings, SkinBinding& binding, WeightLosses& loss
 void ReadSkinSettings(const Element& settings, SkinBinding& binding, WeightLosses& losses,
                       ParseContext& context)
 {
-    binding.dualQuaternion = Text(settings, "general_map_mode", "DualQuat") != "Linear";
-    if (Text(settings, "scale_mode", "BindingMaps") != "BindingMaps")
+    const auto isMode = [&](std::string_view member, std::string_view usual, std::string_view other) {
+        const std::string mode = Text(settings, member, usual);
+        if (mode != usual && mode != other)
+            context.warn(binding.id, fmt::format("has the unknown {} {}, read as {}", member, mode, usual));
+        return mode == other;
+    };
+    binding.dualQuaternion = !isMode("general_map_mode", "DualQuat", "Linear");
+    if (isMode("scale_mode", "BindingMaps", "ScaleMaps"))
         binding.scaling = SkinBinding::Scaling::ByScaleMaps;
     const std::string mode = Text(settings, "binding_mode", "General");
     if (mode == "Local")
@@ -126,6 +132,23 @@ void SettleTurning(SkinBinding& binding, const AxisCounts& counts, ParseContext&
         warn(counts.withOthersOnly, "joint has no weights", "joints have no weights",
              "for each axis; the general ones are used for all three");
     warn(counts.bulging, "joint bulges", "joints bulge", "when turned, which is left out");
+}
+
+/// How many vertices the skin's mesh has, whatever the skin says; that where the mesh is not in the file.
+std::uint32_t BoundVertices(std::uint32_t said, const SkinDefinition& definition,
+                            const std::vector<Geometry>& geometries, ParseContext& context)
+{
+    for (const Geometry& geometry : geometries) {
+        if (geometry.id != definition.geometry)
+            continue;
+        const auto present = static_cast<std::uint32_t>(geometry.mesh.vertexCount());
+        if (said != 0 && said != present)
+            context.warn(
+                definition.binding.id,
+                fmt::format("is for {} vertices but its mesh has {}; what fits is used", said, present));
+        return present;
+    }
+    return said;
 }
 
 void ReadSelectionMap(const Element& skin, SkinDefinition& definition)
@@ -188,8 +211,8 @@ SkinDefinition ParseSkin(const Element& modifier, const std::vector<Geometry>& g
         return definition;
     definition.node = ParseUri(Text(*skin, "node")).id;
     definition.geometry = ParseUri(Text(*skin, "geometry")).id;
-    definition.binding.vertexCount =
-        static_cast<std::uint32_t>(std::max<std::int64_t>(Count(*skin, "vertex_count", 0), 0));
+    definition.binding.vertexCount = BoundVertices(
+        ParseCount(*skin, "vertex_count", definition.binding.id, context), definition, geometries, context);
     AxisCounts counts;
     WeightLosses losses;
     ForEach(*skin, "joints", [&](const Element& joint) {

@@ -42,42 +42,47 @@ UvSet ParseUvSet(const Element& json, ParseContext& context)
 {
     UvSet set;
     set.id = Text(json, "id");
-    std::size_t spoilt = 0;
+    std::size_t spoilt = 0, broken = 0;
     ForEachValue(json, "uvs", [&](const Element& row) {
-        double uv[2];
-        if (ReadRow(row, uv, 2) != 2)
-            throw base::FormatError("{}: texture coordinate {} is not two numbers", context.name,
-                                    set.values.size());
+        double uv[2] = {NAN, NAN};
+        ReadRow(row, uv, 2);
         spoilt += TakeNoNumbersAsZero(uv, 2) > 0;
         set.values.push_back({static_cast<float>(uv[0]), static_cast<float>(uv[1])});
     });
     if (spoilt > 0)
-        context.warn(set.id, fmt::format("{} that are no numbers, taken as 0",
-                                         Counted(spoilt, "texture coordinate", "texture coordinates")));
+        context.warn(set.id,
+                     fmt::format("{}, taken as 0", Counted(spoilt, "texture coordinate that is no numbers",
+                                                           "texture coordinates that are no numbers")));
     ForEachValue(json, "polygon_vertex_indices", [&](const Element& row) {
         double n[3];
-        if (ReadRow(row, n, 3) != 3 || !std::all_of(n, n + 3, [](double x) { return IsIndex(x, unlimited); }))
-            throw base::FormatError("{}: corner {} of UV set {} is not three indices", context.name,
-                                    set.exceptions.size(), set.id);
-        set.exceptions.push_back({static_cast<std::uint32_t>(n[0]), static_cast<std::uint32_t>(n[1]),
-                                  static_cast<std::uint32_t>(n[2])});
+        if (ReadRow(row, n, 3) == 3 && std::all_of(n, n + 3, [](double x) { return IsIndex(x, unlimited); }))
+            set.exceptions.push_back({static_cast<std::uint32_t>(n[0]), static_cast<std::uint32_t>(n[1]),
+                                      static_cast<std::uint32_t>(n[2])});
+        else
+            ++broken;
     });
+    if (broken > 0)
+        context.warn(set.id, fmt::format("{} not a face, a vertex and a coordinate and left out",
+                                         Counted(broken, "corner is", "corners are")));
     return set;
 }
 
-TexCoords CornersOf(const UvSet& set, const geometry::Topology& topology, ParseContext& context)
+TexCoords CornersOf(const UvSet& set, const geometry::Topology& topology,
+                    const geometry::LeftOutFaces& leftOut, ParseContext& context)
 {
     TexCoords result;
     result.coordinates = set.values;
     result.cornerIndices = topology.cornerVertices;
     bool isWhole = true;
     for (const UvSet::Exception& exception : set.exceptions) {
-        if (exception.face >= topology.faceCount()) {
+        const std::optional<std::uint32_t> face = leftOut.inMesh(exception.face);
+        if (!face)
+            continue;
+        if (*face >= topology.faceCount()) {
             isWhole = false;
             continue;
         }
-        for (std::uint32_t c = topology.faceOffsets[exception.face];
-             c < topology.faceOffsets[exception.face + 1]; ++c)
+        for (std::uint32_t c = topology.faceOffsets[*face]; c < topology.faceOffsets[*face + 1]; ++c)
             if (topology.cornerVertices[c] == exception.vertex)
                 result.cornerIndices[c] = exception.value;
     }

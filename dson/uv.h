@@ -22,10 +22,11 @@ struct UvSet {
     std::vector<Exception> exceptions;
 };
 
-/// @throws base::FormatError  a coordinate is not two numbers
 UvSet ParseUvSet(const Element& json, ParseContext& context);
 /// One index a corner; empty, with a warning, when the set names what it or the mesh does not have.
-geometry::TexCoords CornersOf(const UvSet& set, const geometry::Topology& topology, ParseContext& context);
+/// @param leftOut  faces that the set may name and the mesh lacks
+geometry::TexCoords CornersOf(const UvSet& set, const geometry::Topology& topology,
+                              const geometry::LeftOutFaces& leftOut, ParseContext& context);
 /// Vertex indices of each line; lines that name vertices the mesh does not have are left out, with a warning.
 std::vector<std::vector<std::uint32_t>> ParsePolylines(const Element& json, std::uint32_t vertexCount,
                                                        ParseContext& context);

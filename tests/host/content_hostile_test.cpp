@@ -101,17 +101,18 @@ TEST_F(HostileFile, any_member_of_any_other_type_gives_a_document_or_an_error)
     EXPECT_GT(errors, 5u);
 }
 
-TEST_F(HostileFile, any_part_of_a_figure_of_any_other_type_gives_a_document_or_an_error)
+TEST_F(HostileFile, any_part_of_a_figure_of_any_other_type_gives_a_document)
 {
     Json json = figure();
     json["node_library"].erase(1); // the bones are alike
-    std::size_t errors = 0;
+    std::size_t documents = 0;
     ForEachSpoilt(json, json, [&](const Json& spoilt) {
         const std::string text = errorIn(spoilt);
-        errors += text != "no error";
-        EXPECT_TRUE(text == "no error" || text.find(file().string()) == 0) << text;
+        documents += text == "no error";
+        EXPECT_TRUE(text == "no error" || text == named("is not a DSON file: it has no file_version"))
+            << text;
     });
-    EXPECT_GT(errors, 100u);
+    EXPECT_GT(documents, 1000u);
 }
 
 TEST_F(HostileFile, every_beginning_of_a_good_file_is_refused)
@@ -140,26 +141,6 @@ TEST_F(HostileFile, errors_say_what_is_wrong_and_where)
     EXPECT_EQ(error("{\"file_version\": \"0.6.0.0\"}"), "no error");
     EXPECT_EQ(read("{\"file_version\": \"1.2\"}").diagnostics,
               base::Diagnostics{warning("", "has the newer format version 1.2")});
-}
-
-TEST_F(HostileFile, faces_are_checked)
-{
-    const Json good = figure();
-    const auto spoilt = [&](const char* pointer, const Json& value) {
-        Json json = good;
-        json[Json::json_pointer(pointer)] = value;
-        return errorIn(json);
-    };
-    const char* const face = "/geometry_library/0/polylist/values/2";
-    EXPECT_EQ(spoilt(face, {0, 0, 1, 2, 10}), named("face 2 names vertex 10 but only 10 are defined"));
-    EXPECT_EQ(spoilt(face, {0, 0, 1, 2, -1}), named("face 2 names vertex -1 but only 10 are defined"));
-    EXPECT_EQ(spoilt(face, {0, 0, 1, 2, 1.5}), named("face 2 names vertex 1.5 but only 10 are defined"));
-    EXPECT_EQ(spoilt(face, {0, 0, 1, 2}), named("face 2 has 4 numbers instead of five or six"));
-    EXPECT_EQ(spoilt(face, "x"), named("face 2 has 0 numbers instead of five or six"));
-    EXPECT_EQ(spoilt(face, {2, 0, 1, 2, 3}), named("face 2 names a group or surface that is not defined"));
-    EXPECT_EQ(spoilt(face, {0, 1, 1, 2, 3}), named("face 2 names a group or surface that is not defined"));
-    EXPECT_EQ(spoilt("/geometry_library/0/vertices/values/4", {0, 1}),
-              named("vertex 4 is not three numbers"));
 }
 
 TEST_F(HostileFile, coordinates_that_are_no_numbers_are_told_and_read_as_zero)

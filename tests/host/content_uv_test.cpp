@@ -57,10 +57,6 @@ TEST_F(ForeignUvs, that_do_not_fit_are_left_out_and_told)
         EXPECT_EQ(document.diagnostics[0].what, "the UV set does not fit its mesh and is left out");
     }
     EXPECT_TRUE(us(read(R"({"id": "My Set", "uvs": [[0,0]]})")).empty());
-    EXPECT_NE(ErrorOf([&] {
-                  read(R"({"id": "My Set", "uvs": [[0]]})");
-              }).find("texture coordinate 0 is not two numbers"),
-              std::string::npos);
 }
 
 TEST_F(ForeignUvs, that_are_no_numbers_are_told_and_read_as_zero)
@@ -73,6 +69,18 @@ TEST_F(ForeignUvs, that_are_no_numbers_are_told_and_read_as_zero)
     EXPECT_EQ(coordinates[1].v, 1.0f);
     EXPECT_EQ(coordinates[2].v, 0.0f);
     EXPECT_EQ(document.diagnostics.back().what, "2 texture coordinates that are no numbers, taken as 0");
+}
+
+TEST_F(ForeignUvs, in_rows_of_other_lengths_are_told_and_the_rest_is_used)
+{
+    const dson::Document document = read(R"({"id": "My Set", "uvs": [[0,0],[0.25],[0.5,1],[0.75,1],[1,1]],
+                 "polygon_vertex_indices": [[1, 2], "x", [1, 2, 4, 5], [1, -2, 4], [1, 2, 4]]})");
+    EXPECT_EQ(us(document), (std::vector<float>{0.0f, 0.25f, 0.5f, 0.0f, 1.0f, 0.75f}));
+    EXPECT_EQ(document.geometries.front().texCoords.coordinates[1].v, 0.0f);
+    ASSERT_EQ(document.diagnostics.size(), 2u);
+    EXPECT_EQ(document.diagnostics[0].what, "1 texture coordinate that is no numbers, taken as 0");
+    EXPECT_EQ(document.diagnostics[1].what,
+              "4 corners are not a face, a vertex and a coordinate and left out");
 }
 
 TEST_F(ForeignUvs, are_not_needed)

@@ -5,6 +5,7 @@
 
 #include "geometry/deltas.h"
 #include "geometry/grafting.h"
+#include "geometry/left_out_faces.h"
 #include "geometry/obj.h"
 #include "geometry/polygon_mesh.h"
 #include "geometry/subdivision.h"
@@ -88,6 +89,7 @@ struct Geometry {
     bool subdivisionSurface = true;
     std::string edgeInterpolation = "edges_only";
     geometry::PolygonMesh mesh;                    ///< rest pose, cm; groups and surfaces in the topology
+    geometry::LeftOutFaces leftOutFaces;           ///< of the file, which the mesh lacks
     std::string defaultUvSet;                      ///< URI, may be empty
     geometry::TexCoords texCoords;                 ///< of a set in the same file
     std::vector<std::vector<std::uint32_t>> lines; ///< vertex indices of each polyline

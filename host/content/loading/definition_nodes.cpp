@@ -127,9 +127,10 @@ std::unique_ptr<DzObject> MakeObject(const dson::Geometry& geometry)
     mesh->setName(ToQ(geometry.name));
     mesh->enableSubDivision(geometry.subdivisionSurface);
     SetEdgeInterpolation(*mesh, geometry.edgeInterpolation);
-    const MeshExtras extras{geometry.texCoords, geometry.lines, geometry.creases, geometry.graft};
+    const MeshExtras extras{geometry.texCoords, geometry.lines, geometry.creases, geometry.graft,
+                            geometry.leftOutFaces};
     if (!extras.texCoords.cornerIndices.empty() || !extras.lines.empty() || !extras.creases.empty() ||
-        !extras.graft.empty())
+        !extras.graft.empty() || !extras.leftOutFaces.empty())
         MeshAccess::setExtras(*mesh, std::make_shared<MeshExtras>(extras));
     auto shape = std::make_unique<DzFacetShape>();
     shape->setName(ToQ(geometry.name));

@@ -4,7 +4,6 @@
 #include "figure_mesh.h"
 
 #include "app/texts.h"
-#include "base/errors.h"
 #include "definition_nodes.h"
 #include "dzbone.h"
 #include "dzfacetmesh.h"
@@ -16,6 +15,7 @@
 #include "figure/mesh_access.h"
 #include "figure/skin_access.h"
 #include "library/asset_origin.h"
+#include "load_report.h"
 
 #include <algorithm>
 #include <set>
@@ -72,17 +72,74 @@ void ReportGuesses(const FigureFile& file, const dson::SkinDefinition& skin, boo
                               skin.binding.id, skin.geometry, outcome));
 }
 
-void CheckSkin(const dson::SkinBinding& skin, std::size_t vertexCount, const std::string& file)
+bool IsWithin(const std::vector<std::uint32_t>& vertices, std::size_t vertexCount)
 {
-    if (skin.vertexCount != 0 && skin.vertexCount != vertexCount)
-        throw base::FormatError("{}: the skin is for {} vertices but the mesh has {}", file, skin.vertexCount,
-                                vertexCount);
-    for (const dson::JointBinding& joint : skin.joints)
-        for (const std::vector<std::uint32_t>* const vertices : {&joint.vertices, &joint.scale.vertices})
-            for (const std::uint32_t vertex : *vertices)
-                if (vertex >= vertexCount)
-                    throw base::FormatError("{}: joint {} binds vertex {} but the mesh has {}", file,
-                                            joint.node, vertex, vertexCount);
+    return std::all_of(vertices.begin(), vertices.end(),
+                       [vertexCount](std::uint32_t vertex) { return vertex < vertexCount; });
+}
+
+/// @return how many there were beyond the mesh
+std::size_t LeaveOutBeyond(std::vector<std::uint32_t>& vertices, std::vector<float>& weights,
+                           std::size_t vertexCount)
+{
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < vertices.size(); ++i)
+        if (vertices[i] < vertexCount) {
+            vertices[kept] = vertices[i];
+            weights[kept++] = weights[i];
+        }
+    const std::size_t lost = vertices.size() - kept;
+    vertices.resize(kept);
+    weights.resize(kept);
+    return lost;
+}
+
+bool IsWithin(const dson::SkinBinding& skin, std::size_t vertexCount)
+{
+    const auto& shares = skin.dualQuaternionShares;
+    return (!shares || IsWithin(shares->vertices, vertexCount)) &&
+           std::all_of(skin.joints.begin(), skin.joints.end(), [&](const dson::JointBinding& joint) {
+               return IsWithin(joint.vertices, vertexCount) && IsWithin(joint.scale.vertices, vertexCount);
+           });
+}
+
+/// What of the skin is for vertices of the mesh; the rest is told.
+dson::SkinBinding Within(dson::SkinBinding skin, std::size_t vertexCount, const FigureFile& file)
+{
+    std::size_t lost = 0;
+    for (dson::JointBinding& joint : skin.joints) {
+        lost += LeaveOutBeyond(joint.vertices, joint.weights, vertexCount);
+        lost += LeaveOutBeyond(joint.scale.vertices, joint.scale.weights, vertexCount);
+    }
+    if (auto& shares = skin.dualQuaternionShares)
+        lost += LeaveOutBeyond(shares->vertices, shares->weights, vertexCount);
+    file.warn(fmt::format("{} weights of the skin are of vertices beyond the {} of the mesh and left out",
+                          lost, vertexCount));
+    return skin;
+}
+
+/// Joints that bind nothing, or one bone twice.
+void ReportJoints(const FigureFile& file, const dson::SkinBinding& skin, const FigureNodes& nodes)
+{
+    std::vector<std::string> homeless, repeated;
+    std::set<const DzNode*> met;
+    bool bindsAny = false;
+    for (const dson::JointBinding& joint : skin.joints) {
+        const auto* const bone = qobject_cast<DzBone*>(nodes.find(joint.node));
+        if (!bone)
+            homeless.push_back(joint.node.empty() ? "one without a name" : joint.node);
+        else if (!met.insert(bone).second)
+            repeated.push_back(joint.node);
+        bindsAny = bindsAny || (bone && !joint.vertices.empty());
+    }
+    if (!homeless.empty())
+        file.warn(fmt::format("{} joints of the skin are for no bone of the figure and left out{}",
+                              homeless.size(), Examples(homeless)));
+    if (!repeated.empty())
+        file.warn(fmt::format("{} joints of the skin are for a bone that has one, and both count{}",
+                              repeated.size(), Examples(repeated)));
+    if (!bindsAny)
+        file.warn(fmt::format("the skin {} binds no vertex to any bone", skin.id));
 }
 
 /// As the file says; bones that it does not mention are selected by the face groups of their names.
@@ -175,9 +232,13 @@ FigureMesh::FigureMesh(const FigureFile& file, const FigureNodes& nodes,
     if (!skin)
         return;
     const std::size_t vertexCount = geometry->mesh.vertexCount();
-    CheckSkin(skin->binding, vertexCount, definition.file.string());
+    std::optional<dson::SkinBinding> shortened;
+    if (!IsWithin(skin->binding, vertexCount))
+        shortened = Within(skin->binding, vertexCount, file);
+    const dson::SkinBinding& binding = shortened ? *shortened : skin->binding;
+    ReportJoints(file, binding, nodes);
     _root.setSelectionMap(MakeSelectionMap(*skin, nodes).release());
-    _root.getObject()->addModifier(MakeBinding(skin->binding, vertexCount, nodes).release());
+    _root.getObject()->addModifier(MakeBinding(binding, vertexCount, nodes).release());
 }
 
 std::shared_ptr<const geometry::Topology> FigureMesh::topology() const

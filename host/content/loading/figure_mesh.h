@@ -21,7 +21,6 @@ public:
     /// Gives the root of the nodes its geometry and skin, if the file has them.
     /// @param wanted  id of the geometry, empty for none; if not given, the one that the skin names, else the
     ///                first
-    /// @throws base::FormatError  the skin does not fit the mesh
     FigureMesh(const FigureFile& file, const FigureNodes& nodes, const std::optional<std::string>& wanted);
 
     const std::string& geometryId() const { return _geometryId; } ///< empty without a mesh
