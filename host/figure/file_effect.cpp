@@ -9,6 +9,7 @@
 #include "dznumericproperty.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace openhost {
 
@@ -33,6 +34,9 @@ DzNumericProperty* Look(const std::map<std::string, DzNumericProperty*>& propert
 
 FileEffect::FileEffect(dson::Effect effect, DzModifier& owner) : QObject(&owner), _effect(std::move(effect))
 {
+    for (int i = 0; i < owner.getNumProperties(); ++i)
+        if (auto* const property = qobject_cast<DzNumericProperty*>(owner.getProperty(i)))
+            _byFoldedName.insert(property->getName().toCaseFolded(), property);
 }
 
 FileEffect* FileEffect::of(const DzModifier& modifier)
@@ -52,8 +56,15 @@ void FileEffect::supplement(const dson::Effect& instance)
         _effect.influence = instance.influence;
 }
 
+DzNumericProperty* FileEffect::findNamed(const std::string& name) const
+{
+    return qobject_cast<DzNumericProperty*>(
+        _byFoldedName.value(QString::fromStdString(name).toCaseFolded()).data());
+}
+
 void FileEffect::enter(const dson::Channel& channel, DzNumericProperty& property)
 {
+    _byFoldedName.insert(property.getName().toCaseFolded(), &property);
     _byId.emplace(channel.id, &property);
     _byName.emplace(channel.name, &property);
 }
@@ -68,6 +79,9 @@ dson::Effect FileEffect::present() const
 {
     dson::Effect now = _effect;
     now.channels.clear();
+    std::unordered_map<const DzNumericProperty*, const std::string*> ids;
+    for (const auto& entry : _byId)
+        ids[entry.second] = &entry.first;
     const auto* const owner = qobject_cast<const DzModifier*>(parent());
     for (int i = 0; i < owner->getNumProperties(); ++i) {
         const auto* const property = qobject_cast<const DzNumericProperty*>(owner->getProperty(i));
@@ -76,13 +90,10 @@ dson::Effect FileEffect::present() const
         dson::EffectChannel one;
         one.channel.id = one.channel.name = property->getName().toStdString();
         one.channel.type = TypeOf(*property);
-        bool isOfFile = false;
-        for (const auto& entry : _byId)
-            if (entry.second == property) {
-                one.channel.id = entry.first;
-                isOfFile = true;
-            }
-        if (!isOfFile && property->getDoubleRawValue() == property->getDoubleDefaultValue())
+        const auto id = ids.find(property);
+        if (id != ids.end())
+            one.channel.id = *id->second;
+        else if (property->getDoubleRawValue() == property->getDoubleDefaultValue())
             continue;
         one.channel.currentValue = property->getDoubleRawValue();
         now.channels.push_back(std::move(one));

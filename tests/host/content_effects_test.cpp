@@ -104,6 +104,27 @@ TEST_F(Effects, an_instance_says_what_the_dials_of_a_modifier_are)
     EXPECT_EQ(dial(*figure, "Weight").getDoubleDefaultValue(), 0.5);
 }
 
+TEST_F(Effects, dials_of_the_kind_are_known_in_any_case)
+{
+    const DzFigure* const figure =
+        loadWith(Extra("studio/modifier/smoothing",
+                       Channel("WEIGHT", "float", "1") + ", " + Channel("smoothing iterations", "int", "1") +
+                           ", " + Channel("Mine", "float", "3") + ", " + Channel("MINE", "float", "4")));
+    ASSERT_NE(figure, nullptr);
+    ExpectAt(VertexAt(*figure, 3), 5, 10, 0);
+    EXPECT_EQ(modifierOf(*figure)->findProperty(QStringLiteral("WEIGHT")), nullptr);
+    EXPECT_EQ(dial(*figure, "Mine").getDoubleValue(), 4.0);
+}
+
+TEST_F(Effects, a_choice_of_the_kind_that_a_file_makes_a_text_is_none_any_more)
+{
+    const DzFigure* const figure = loadWith(
+        Smoothing(", " + Channel("Smoothing Type", "string", "\"a\"", R"(, "enum_values": ["a", "b"])") +
+                  ", " + Channel("smoothing type", "float", "2")));
+    ASSERT_NE(figure, nullptr);
+    EXPECT_EQ(dial(*figure, "smoothing type").getDoubleValue(), 2.0);
+}
+
 TEST_F(Effects, smoothing_that_no_file_defines_is_made_from_its_instance)
 {
     const std::string scene =

@@ -54,9 +54,9 @@ bool IsKept(const std::string& kind)
 }
 
 /// The modifier's own property for a channel of the file; a choice among other items is another property.
-DzNumericProperty* PresentProperty(DzModifier& modifier, const dson::Channel& channel)
+DzNumericProperty* PresentProperty(DzModifier& modifier, const FileEffect& file, const dson::Channel& channel)
 {
-    auto* const property = qobject_cast<DzNumericProperty*>(modifier.findProperty(ToQ(channel.name), false));
+    DzNumericProperty* const property = file.findNamed(channel.name);
     if (!qobject_cast<DzEnumProperty*>(property) || channel.enumValues.empty())
         return property;
     modifier.removeProperty(property);
@@ -118,9 +118,12 @@ DzModifier* FigureEffects::make(const dson::Effect& effect, const std::string& n
 
 void FigureEffects::addChannel(DzModifier& modifier, FileEffect& file, const dson::EffectChannel& channel)
 {
-    DzNumericProperty* property = PresentProperty(modifier, channel.channel);
+    DzNumericProperty* property = PresentProperty(modifier, file, channel.channel);
     if (property) {
-        ApplyChannel(*property, channel.channel);
+        dson::Channel described = channel.channel;
+        if (!channel.hasValue)
+            described.value = property->getDoubleDefaultValue();
+        ApplyChannel(*property, described);
     } else {
         std::unique_ptr<DzNumericProperty> made = MakeProperty(channel.channel.name, channel.channel);
         if (!made)

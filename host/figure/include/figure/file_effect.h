@@ -8,7 +8,10 @@
 #include <map>
 #include <string>
 
+#include <QHash>
 #include <QObject>
+#include <QPointer>
+#include <QString>
 
 class DzModifier;
 class DzNumericProperty;
@@ -28,6 +31,8 @@ public:
     /// Takes over what an instance says that the definition does not.
     void supplement(const dson::Effect& instance);
 
+    /// The modifier's property of that name, in whatever case; null for none.
+    DzNumericProperty* findNamed(const std::string& name) const;
     /// Which property stands for a channel of the file.
     void enter(const dson::Channel& channel, DzNumericProperty& property);
     DzNumericProperty* find(const std::string& idOrName) const; ///< null for none
@@ -41,6 +46,7 @@ private:
     dson::Effect _effect;
     DzNumericProperty* _own = nullptr;
     std::map<std::string, DzNumericProperty*> _byId, _byName; ///< the modifier's
+    QHash<QString, QPointer<QObject>> _byFoldedName;          ///< also those that no file has entered
 };
 
 } // namespace openhost
