@@ -156,6 +156,10 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
         TurnDial(source, dial, report.diagnostics);
     Append(report.diagnostics, CheckShapesAreWhole(source, request));
     DzNode& target = ChooseTarget(session.open(request.target), request.target, report.diagnostics);
+    Append(report.diagnostics,
+           TellMeshShapers(source, request.source, "and the new morphs hold what it does"));
+    Append(report.diagnostics,
+           TellMeshShapers(target, request.target, "and the new morphs may hold some of what it does"));
     report.source = DescribeFigure(kst::daz::ResolveToFigure_X(source));
     report.target = DescribeFigure(kst::daz::ResolveToFigure_X(target));
     KeepLabelsFree(source, target, report.diagnostics);

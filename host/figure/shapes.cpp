@@ -6,6 +6,8 @@
 #include "dzfacetmesh.h"
 #include "dzmorph.h"
 #include "dznode.h"
+#include "dzobject.h"
+#include "figure/cage_modifier.h"
 #include "figure/deltas_access.h"
 #include "figure/mesh_access.h"
 #include "figure/pipeline.h"
@@ -20,6 +22,18 @@ geometry::PolygonMeshView WorldMesh(const DzNode& node)
 std::size_t CageVertexCount(const DzNode& node)
 {
     return node.getObject()->pipeline().base().vertexCount();
+}
+
+std::vector<std::string> MeshShapers(const DzNode& node)
+{
+    std::vector<std::string> labels;
+    const DzObject* const object = node.getObject();
+    for (int i = 0; object && i < object->getNumModifiers(); ++i) {
+        const auto* const shaper = qobject_cast<const CageModifier*>(object->getModifier(i));
+        if (shaper && shaper->isActive())
+            labels.push_back(shaper->getLabel().toStdString());
+    }
+    return labels;
 }
 
 const geometry::SparseDeltas& MorphDeltas(const DzMorph& morph)

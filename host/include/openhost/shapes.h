@@ -7,6 +7,9 @@
 #include "geometry/multires_detail.h"
 #include "geometry/polygon_mesh.h"
 
+#include <string>
+#include <vector>
+
 class DzMorph;
 class DzNode;
 
@@ -17,6 +20,10 @@ namespace openhost {
 geometry::PolygonMeshView WorldMesh(const DzNode& node);
 /// Of the undeformed cage; the node is to have an object with a mesh.
 std::size_t CageVertexCount(const DzNode& node);
+
+/// Labels of the modifiers that move the node's mesh behind its skin as their dials are now: smoothing and
+/// pushing. What they do is no morph's, but stands in whatever is made from the deformed mesh.
+std::vector<std::string> MeshShapers(const DzNode& node);
 
 /// What the morph does to the cage, in centimetres at a dial of 1; read now if still in its file. Empty, and
 /// told as a diagnostic once, when that fails.
