@@ -3,27 +3,62 @@
 
 #include "channel_parts.h"
 
+#include <set>
+
 namespace dson {
 
 namespace {
+
+/// Others may hold what the file format says of them, or what another program does.
+bool IsOfNumbers(std::string_view type)
+{
+    return type == "float" || type == "int" || type == "bool" || type == "enum";
+}
+
+/// A member that is to be a number; tallied when it is something else.
+std::optional<double> NumberOf(const Element& channel, std::string_view member)
+{
+    const auto found = Find(channel, member);
+    const auto number = found ? AsNumber(*found) : std::nullopt;
+    if (found && !number && IsOfNumbers(Text(channel, "type", "float")))
+        NumberTally::addSpoilt(Text(channel, "name", Text(channel, "id")));
+    return number;
+}
 
 /// Also one that single precision cannot hold: what reads the channel tells of it.
 std::optional<double> Limit(const Element& channel, const char* member)
 {
     const auto limit = Find(channel, member);
     double number = 0.0;
-    return limit && limit->get(number) == simdjson::SUCCESS ? number : Number(channel, member);
+    return limit && limit->get(number) == simdjson::SUCCESS ? number : NumberOf(channel, member);
 }
 
 } // namespace
 
+bool MayHoldNumber(std::string_view type)
+{
+    static const std::set<std::string_view> others{"alias", "color",  "float_color", "image",
+                                                   "file",  "string", "node",        "numeric_node"};
+    return others.count(type) == 0;
+}
+
+std::optional<double> GivenValue(const Element& channelOrNumber)
+{
+    if (!channelOrNumber.is_object()) {
+        const auto number = AsNumber(channelOrNumber);
+        if (!number && !channelOrNumber.is_null())
+            NumberTally::addSpoilt("a vector");
+        return number;
+    }
+    if (!MayHoldNumber(Text(channelOrNumber, "type", "float")))
+        return std::nullopt;
+    const auto current = NumberOf(channelOrNumber, "current_value");
+    return current ? current : NumberOf(channelOrNumber, "value");
+}
+
 double ValueOf(const Element& channelOrNumber, double fallback)
 {
-    if (!channelOrNumber.is_object())
-        return AsNumber(channelOrNumber).value_or(fallback);
-    if (const auto current = Number(channelOrNumber, "current_value"))
-        return *current;
-    return Number(channelOrNumber, "value").value_or(fallback);
+    return GivenValue(channelOrNumber).value_or(fallback);
 }
 
 std::optional<bool> GivenFlag(const Element& json, const char* member)
@@ -38,8 +73,10 @@ Channel ParseChannel(const Element& json)
     channel.type = Text(json, "type", "float");
     channel.name = Text(json, "name");
     channel.label = Text(json, "label");
-    channel.value = Number(json, "value").value_or(0.0);
-    channel.currentValue = Number(json, "current_value");
+    if (MayHoldNumber(channel.type)) {
+        channel.value = NumberOf(json, "value").value_or(0.0);
+        channel.currentValue = NumberOf(json, "current_value");
+    }
     channel.min = Limit(json, "min");
     channel.max = Limit(json, "max");
     channel.clamped = Flag(json, "clamped", false);
@@ -47,7 +84,7 @@ Channel ParseChannel(const Element& json)
     channel.visible = Flag(json, "visible", true);
     channel.locked = Flag(json, "locked", false);
     channel.autoFollow = Flag(json, "auto_follow", false);
-    channel.stepSize = Number(json, "step_size").value_or(1.0);
+    channel.stepSize = NumberOf(json, "step_size").value_or(1.0);
     channel.targetChannel = Text(json, "target_channel");
     if (channel.type == "string")
         channel.text = Text(json, "current_value", Text(json, "value"));

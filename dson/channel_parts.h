@@ -32,7 +32,11 @@ void ForEachAxis(const Element& owner, std::string_view member, Visit visit)
     });
 }
 
-/// The present value of a channel, else its default; a plain number stands for itself.
+/// Whether channels of the type have values that are numbers; those of unknown types may.
+bool MayHoldNumber(std::string_view type);
+/// The present value of a channel, else its default; a plain number stands for itself. Nothing where it says
+/// none; what is no number but should be is tallied.
+std::optional<double> GivenValue(const Element& channelOrNumber);
 double ValueOf(const Element& channelOrNumber, double fallback);
 /// Nothing where the member is not there.
 std::optional<bool> GivenFlag(const Element& json, const char* member);

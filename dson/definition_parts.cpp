@@ -96,7 +96,7 @@ Node ParseNode(const Element& json, ParseContext& context)
     if (const auto presentation = Find(json, "presentation"))
         node.presentationType = Text(*presentation, "type");
     node.formulas = ParseFormulas(json, context);
-    node.dform = ParseDFormPart(json);
+    node.dform = ParseDFormPart(json, context);
     return node;
 }
 
@@ -129,7 +129,7 @@ Modifier ParseModifier(const Element& json, ParseContext& context)
         if (context.options.deltas)
             modifier.morph->deltas = ParseDeltas(*morph, modifier.id, context);
     } else {
-        modifier.effect = ParseEffect(json, modifier);
+        modifier.effect = ParseEffect(json, modifier, context);
     }
     return modifier;
 }

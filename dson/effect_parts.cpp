@@ -2,9 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 #include "channel_parts.h"
+#include "json_rows.h"
 #include "parts.h"
 
+#include <cmath>
 #include <set>
+
+#include <fmt/format.h>
 
 namespace dson {
 
@@ -93,43 +97,69 @@ DFormPart::Role RoleOf(const std::string& type)
                                                              : DFormPart::Role::Former;
 }
 
-std::optional<bool> UsesWeights(const Element& extra)
+std::optional<bool> UsesWeights(const Element& extra, const std::string& id, ParseContext& context)
 {
-    if (const auto mode = Number(extra, "influence_mode"))
+    const auto member = Find(extra, "influence_mode");
+    if (!member)
+        return std::nullopt;
+    if (const auto mode = AsNumber(*member))
         return *mode != 0.0;
     const std::string mode = Text(extra, "influence_mode");
-    return mode.empty() ? std::nullopt : std::optional<bool>(Contains(mode, "weight"));
+    if (Contains(mode, "weight"))
+        return true;
+    if (Contains(mode, "sphere") || Contains(mode, "field"))
+        return false;
+    context.warn(id, "has an unknown influence mode; its field counts");
+    return false;
 }
 
-std::vector<std::array<double, 2>> Knots(const Element& extra)
+std::vector<std::array<double, 2>> Knots(const Element& extra, const std::string& id, ParseContext& context)
 {
     std::vector<std::array<double, 2>> knots;
+    std::size_t strange = 0;
     ForEachValue(extra, "falloff", [&](const Element& row) {
-        std::vector<double> numbers;
-        if (row.is_array())
-            for (const Element item : Items(row))
-                numbers.push_back(AsNumber(item).value_or(0.0));
-        if (numbers.size() >= 2)
-            knots.push_back({numbers[0], numbers[1]});
+        double pair[2];
+        // Further entries say how the curve bends there.
+        if (ReadRow(row, pair, 2) >= 2 && std::isfinite(pair[0]) && std::isfinite(pair[1]))
+            knots.push_back({pair[0], pair[1]});
+        else
+            ++strange;
     });
+    if (strange > 0)
+        context.warn(id, fmt::format("{} not a distance and a strength and left out",
+                                     Counted(strange, "row of its falloff is", "rows of its falloff are")));
     return knots;
+}
+
+void CheckDForm(const Element& modifier, ParseContext& context)
+{
+    const auto dform = Find(modifier, "dform");
+    if (!dform)
+        return;
+    const auto weights = Find(*dform, "influence_weights");
+    if (!dform->is_object() || (weights && !weights->is_object() && !weights->is_array()))
+        context.warn(Text(modifier, "id"),
+                     "is a D-Former whose members are of the wrong kind and have no effect");
 }
 
 } // namespace
 
-std::optional<DFormPart> ParseDFormPart(const Element& node)
+std::optional<DFormPart> ParseDFormPart(const Element& node, ParseContext& context)
 {
+    const std::string id = Text(node, "id");
     std::optional<DFormPart> part;
     ForEach(node, "extra", [&](const Element& extra) {
         const std::string type = Text(extra, "type");
         if (!part && type.compare(0, dformPrefix.size(), dformPrefix) == 0)
-            part = DFormPart{RoleOf(type.substr(dformPrefix.size())), UsesWeights(extra), Knots(extra)};
+            part = DFormPart{RoleOf(type.substr(dformPrefix.size())), UsesWeights(extra, id, context),
+                             Knots(extra, id, context)};
     });
     return part;
 }
 
-std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parsed)
+std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parsed, ParseContext& context)
 {
+    CheckDForm(modifier, context);
     std::string kind = ExtraKind(modifier);
     const bool isPlain = parsed.hasChannel || !parsed.formulas.empty();
     if (Find(modifier, "dform"))
@@ -141,8 +171,9 @@ std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parse
     return effect;
 }
 
-std::optional<Effect> ParseEffectInstance(const Element& instance)
+std::optional<Effect> ParseEffectInstance(const Element& instance, ParseContext& context)
 {
+    CheckDForm(instance, context);
     if (!Find(instance, "extra") && !Find(instance, "dform"))
         return std::nullopt;
     Effect effect = ParseParts(instance);

@@ -12,9 +12,8 @@ namespace {
 
 void ReadInstanceChannel(const Element& item, const std::string& id, NodeInstance& instance)
 {
-    const bool isGiven = !item.is_object() || Find(item, "current_value") || Find(item, "value");
-    if (isGiven)
-        instance.channels[id] = ValueOf(item, 0.0);
+    if (const auto value = GivenValue(item))
+        instance.channels[id] = *value;
     if (item.is_object())
         instance.changes[id] = ParseChannelChange(item);
 }
@@ -43,8 +42,10 @@ void ReadExtraChannels(const Element& owner, ChannelValues& values)
 {
     ForEach(owner, "extra", [&](const Element& extra) {
         ForEach(extra, "channels", [&](const Element& entry) {
-            if (const auto channel = Find(entry, "channel"))
-                values[Text(*channel, "id")] = ValueOf(*channel, 0.0);
+            const auto channel = Find(entry, "channel");
+            const auto value = channel ? GivenValue(*channel) : std::nullopt;
+            if (value)
+                values[Text(*channel, "id")] = *value;
         });
     });
 }
@@ -52,16 +53,15 @@ void ReadExtraChannels(const Element& owner, ChannelValues& values)
 /// In the order of the setting "SubDEdgeInterpolateLevel".
 constexpr const char* edgeInterpolationModes[] = {"no_interpolation", "edges_and_corners", "edges_only"};
 
-GeometryInstance ParseGeometryInstance(const Element& json)
+GeometryInstance ParseGeometryInstance(const Element& json, ParseContext& context)
 {
     GeometryInstance geometry;
     geometry.id = Text(json, "id");
     geometry.url = Text(json, "url");
     geometry.name = Text(json, "name");
     geometry.label = Text(json, "label");
-    if (Find(json, "current_subdivision_level"))
-        geometry.subdivisionLevel = static_cast<int>(
-            std::clamp<std::int64_t>(Count(json, "current_subdivision_level", 1), 0, finestSubdivisionLevel));
+    if (const auto level = Number(json, "current_subdivision_level"))
+        geometry.subdivisionLevel = SubdivisionLevel(*level, geometry.id, context);
     geometry.edgeInterpolation = Text(json, "edge_interpolation_mode");
     ReadExtraChannels(json, geometry.channels);
     // The setting in the dialog is what the figure's maker and user change; the member only repeats it.
@@ -87,6 +87,9 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
         instance.inPlace = !instance.parent.empty();
     }
     instance.conformTarget = Text(json, "conform_target");
+    if (const auto target = Find(json, "conform_target"); target && !target->is_string())
+        context.warn(instance.id,
+                     "is to be fitted to what is no reference to a figure, and is fitted to nothing");
     instance.rotationOrder = Text(json, "rotation_order");
     instance.inheritsScale = GivenFlag(json, "inherits_scale");
     for (const char* const member :
@@ -97,11 +100,11 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
     ReadExtraChannels(json, instance.properties);
     ReadFavorites(json, instance.favorites);
     for (const Element& item : PartsOf(json, "geometries", context.lists)) {
-        instance.geometries.push_back(ParseGeometryInstance(item));
+        instance.geometries.push_back(ParseGeometryInstance(item, context));
         ReadFavorites(item, instance.favorites);
     }
     instance.formulas = ParseFormulas(json, context);
-    instance.dform = ParseDFormPart(json);
+    instance.dform = ParseDFormPart(json, context);
     return instance;
 }
 
@@ -124,7 +127,7 @@ ModifierInstance ParseModifierInstance(const Element& json, ParseContext& contex
         instance.change = ParseChannelChange(*channel);
     }
     instance.formulas = ParseFormulas(json, context);
-    instance.effect = ParseEffectInstance(json);
+    instance.effect = ParseEffectInstance(json, context);
     return instance;
 }
 

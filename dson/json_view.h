@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "number_tally.h"
+
 #include <cassert>
 #include <cmath>
 #include <cstdint>
@@ -53,15 +55,21 @@ inline std::string Text(const Element& object, std::string_view key, std::string
     return std::string(found && found->is_string() ? found->get_string().value_unsafe() : fallback);
 }
 
-/// Numbers of any kind, and booleans as 0 and 1. What single precision cannot hold counts as no number: it
-/// would turn infinite in the scene.
+/// What single precision cannot hold would turn infinite in the scene.
+inline bool FitsDial(double number)
+{
+    return std::abs(number) <= static_cast<double>(std::numeric_limits<float>::max());
+}
+
+/// Numbers of any kind, also in texts, and booleans as 0 and 1. What no dial can hold counts as no number.
 inline std::optional<double> AsNumber(const Element& element)
 {
     double number = 0.0;
-    if (element.get(number) == simdjson::SUCCESS) {
-        const bool fits = std::abs(number) <= static_cast<double>(std::numeric_limits<float>::max());
-        return fits ? std::optional<double>(number) : std::nullopt;
-    }
+    if (element.get(number) == simdjson::SUCCESS)
+        return FitsDial(number) ? std::optional<double>(number) : std::nullopt;
+    std::string_view text;
+    if (element.get(text) == simdjson::SUCCESS)
+        return NumberInText(text);
     bool flag = false;
     if (element.get(flag) == simdjson::SUCCESS)
         return flag ? 1.0 : 0.0;

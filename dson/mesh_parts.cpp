@@ -122,6 +122,14 @@ void SortDeltas(geometry::SparseDeltas& deltas, const std::string& id, ParseCont
 
 } // namespace
 
+int SubdivisionLevel(double wanted, const std::string& asset, ParseContext& context)
+{
+    const double level = std::clamp(std::floor(wanted), 0.0, double{finestSubdivisionLevel});
+    if (level != wanted)
+        context.warn(asset, fmt::format("is to be subdivided to level {}; {} is taken", wanted, level));
+    return static_cast<int>(level);
+}
+
 Geometry ParseGeometry(const Element& json, ParseContext& context)
 {
     Geometry geometry;
@@ -131,8 +139,8 @@ Geometry ParseGeometry(const Element& json, ParseContext& context)
     geometry.subdivisionSurface = Text(json, "type", "polygon_mesh") == "subdivision_surface";
     geometry.edgeInterpolation = Text(json, "edge_interpolation_mode", "no_interpolation");
     geometry.defaultUvSet = Text(json, "default_uv_set");
-    geometry.subdivisionLevel = static_cast<int>(std::clamp(
-        ResolutionChannel(json, "SubDIALevel").value_or(1.0), 0.0, double{finestSubdivisionLevel}));
+    geometry.subdivisionLevel =
+        SubdivisionLevel(ResolutionChannel(json, "SubDIALevel").value_or(1.0), geometry.id, context);
     geometry.mesh.positions = ParsePositions(json, geometry.id, context);
     auto topology = std::make_shared<geometry::Topology>();
     topology->vertexCount = static_cast<std::uint32_t>(geometry.mesh.positions.size());

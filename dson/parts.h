@@ -27,6 +27,10 @@ struct ParseContext {
     }
 };
 
+/// The nearest level that there is; told when it is not the one that is wanted.
+/// @param asset  id of what is subdivided
+int SubdivisionLevel(double wanted, const std::string& asset, ParseContext& context);
+
 /// How many vertices or faces something is for; 0, which is for any number, where the file does not say so or
 /// what is no number of things, which is told.
 /// @param asset  id of what it is part of
@@ -67,12 +71,12 @@ std::vector<std::string> CollectScripts(const Element& scene);
 bool HasFollowUps(const Element& scene);
 
 /// What a modifier without morph or skin does; nothing for a plain dial or for formulas alone.
-std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parsed);
+std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parsed, ParseContext& context);
 /// What an instance of it says; nothing without `extra` and `dform`.
-std::optional<Effect> ParseEffectInstance(const Element& instance);
+std::optional<Effect> ParseEffectInstance(const Element& instance, ParseContext& context);
 
 /// Nothing for a node that is no part of a D-Former.
-std::optional<DFormPart> ParseDFormPart(const Element& node);
+std::optional<DFormPart> ParseDFormPart(const Element& node, ParseContext& context);
 
 /// The weights that an object has as its `influence_weights`; nothing where those are no map.
 /// @param owner  see InfluenceMap

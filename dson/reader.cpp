@@ -181,6 +181,7 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
     document.file = file;
     document.hasDeltas = options.deltas;
     ParseContext context{parsed.name(), options, parsed.diagnostics()};
+    const NumberTally tally;
     CheckVersion(parsed, context);
     if (const auto info = Find(parsed.root(), "asset_info"))
         document.info = ParseAssetInfo(*info);
@@ -190,6 +191,7 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
     TellOfLists(parsed.root(), context);
     CheckIds(document, context);
     document.influenceMaps = CollectInfluenceMaps(parsed.root(), context);
+    tally.tell(context);
     document.diagnostics = std::move(parsed.diagnostics());
     return document;
 }
@@ -203,6 +205,7 @@ geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::
     // Oddities among the displacements were stepped over when the file was read without them.
     met.insert(met.end(), parsed.diagnostics().begin(), parsed.diagnostics().end());
     ParseContext context{parsed.name(), {}, met};
+    const NumberTally tally;
     std::optional<Element> found, only;
     std::size_t count = 0;
     for (const Element& json : PartsOf(parsed.root(), "modifier_library", context.lists)) {
@@ -218,7 +221,9 @@ geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::
         found = only;
     if (!found)
         throw base::FormatError("{}: has no morph {}", parsed.name(), modifier);
-    return ParseDeltas(*found, modifier, context);
+    geometry::SparseDeltas deltas = ParseDeltas(*found, modifier, context);
+    tally.tell(context);
+    return deltas;
 }
 
 } // namespace dson

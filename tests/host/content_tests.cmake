@@ -20,6 +20,7 @@ gantrel_add_tests(host_content_tests
         content_index_test.cpp
         content_odd_mesh_test.cpp
         content_odd_parts_test.cpp
+        content_odd_values_test.cpp
         content_origin_test.cpp
         content_paths_test.cpp
         content_pitfall_test.cpp

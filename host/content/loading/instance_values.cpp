@@ -52,7 +52,14 @@ void SetRawValue(DzNumericProperty& property, double value)
     property.setDoubleRawValue(value);
 }
 
-void ApplyInstance(const dson::NodeInstance& instance, DzNode& node, const ValueSetter& set)
+bool IsHeldByLimits(const DzNumericProperty& property)
+{
+    const double raw = property.getDoubleRawValue();
+    return property.isClamped() && (raw < property.getDoubleMin() || raw > property.getDoubleMax());
+}
+
+std::vector<std::string> ApplyInstance(const dson::NodeInstance& instance, DzNode& node,
+                                       const ValueSetter& set)
 {
     const QString name = ToQ(instance.name);
     if (!name.isEmpty() && name != node.getName())
@@ -67,6 +74,12 @@ void ApplyInstance(const dson::NodeInstance& instance, DzNode& node, const Value
     ApplyChannels(instance, node, set);
     for (const dson::GeometryInstance& geometry : instance.geometries)
         ApplyGeometry(geometry, node);
+    std::vector<std::string> held;
+    for (const auto& channel : instance.channels)
+        if (const DzNumericProperty* const property = FindNodeChannel(node, channel.first))
+            if (IsHeldByLimits(*property))
+                held.push_back(property->getLabel().toStdString());
+    return held;
 }
 
 } // namespace openhost

@@ -72,6 +72,15 @@ std::shared_ptr<const DefinitionTree> GroupOf(const dson::NodeInstance& instance
     return std::make_shared<DefinitionTree>(std::move(document));
 }
 
+bool FollowsInTheEnd(const DzSkeleton& figure, const DzSkeleton& followed)
+{
+    std::set<const DzSkeleton*> met;
+    const DzSkeleton* next = &figure;
+    while (next && next != &followed && met.insert(next).second)
+        next = next->getFollowTarget();
+    return next == &followed;
+}
+
 /// Files that users save may be overwritten while the scene still needs the morphs in them.
 std::shared_ptr<const dson::Document> WithOwnDeltas(std::shared_ptr<const dson::Document> document)
 {
@@ -99,6 +108,9 @@ void SceneFigures::prepare()
     for (const dson::ModifierInstance& instance : _document->modifierInstances)
         dial(instance);
     markFavorites();
+    if (!_beyondLimits.empty())
+        _report.warn(fmt::format("{} values are beyond the limits of their dials, which hold them{}",
+                                 _beyondLimits.size(), Examples(_beyondLimits)));
     for (const LoadedFigure& figure : _figures.all())
         _report.addDuplicates(figure.assembly.duplicateOutputs());
     _report.tell(_document->leftOut, isEmpty());
@@ -221,9 +233,9 @@ void SceneFigures::applyInstance(const dson::NodeInstance& instance, DzNode& nod
     FigureAssembly& assembly = _figures.all()[figure].assembly;
     assembly.addNodeId(instance.id, node);
     assembly.addFormulas(instance.formulas, _document);
-    ApplyInstance(instance, node, [&](DzNumericProperty& property, double value) {
+    noteBeyondLimits(ApplyInstance(instance, node, [&](DzNumericProperty& property, double value) {
         setValue(_figures.all()[figure].assembly, property, value);
-    });
+    }));
     if (!instance.favorites.empty())
         _withFavorites.emplace_back(&instance, Place{figure, &node});
 }
@@ -286,6 +298,13 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
         property->setPath(ToQ(instance.group));
     if (instance.value)
         setValue(assembly, *property, *instance.value);
+    if (IsHeldByLimits(*property))
+        noteBeyondLimits({property->getLabel().toStdString()});
+}
+
+void SceneFigures::noteBeyondLimits(const std::vector<std::string>& labels)
+{
+    _beyondLimits.insert(_beyondLimits.end(), labels.begin(), labels.end());
 }
 
 void SceneFigures::dialSelection()
@@ -384,20 +403,39 @@ void SceneFigures::markFavorites() const
     }
 }
 
+DzNode* SceneFigures::fitTarget(const std::string& reference) const
+{
+    if (const Place* const place = _figures.placeOf(reference))
+        return place->node;
+    if (DzNode* const selected = selectedNode(reference))
+        return selected;
+    // An id without its mark.
+    const Place* const place = _figures.placeOf("#" + reference);
+    return place ? place->node : nullptr;
+}
+
 void SceneFigures::fit(const LoadedFigure& figure)
 {
     const std::string& reference = figure.instance->conformTarget;
-    auto* const follower = qobject_cast<DzSkeleton*>(figure.node);
-    if (reference.empty() || !follower)
+    if (reference.empty())
         return;
-    const Place* const place = _figures.placeOf(reference);
-    const DzNode* const node = place ? place->node : selectedNode(reference);
+    const std::string label = figure.node->getLabel().toStdString();
+    auto* const follower = qobject_cast<DzSkeleton*>(figure.node);
+    const DzNode* const node = fitTarget(reference);
     DzSkeleton* const target = node ? node->getSkeleton() : nullptr;
-    if (!target || IsBelow(*target, *follower))
+    if (!follower)
+        _report.warnLeftOut(fmt::format("{} is no figure that could be fitted to anything", label));
+    else if (!target || IsBelow(*target, *follower))
+        _report.warnLeftOut(fmt::format("there is nothing that {} can be fitted to", label));
+    else if (FollowsInTheEnd(*target, *follower))
         _report.warnLeftOut(
-            fmt::format("there is nothing that {} can be fitted to", figure.node->getLabel().toStdString()));
+            fmt::format("{} is to be fitted to {}, which is fitted to it; it is left as it is", label,
+                        target->getLabel().toStdString()));
     else
         FitTo(*follower, *target);
+    if (follower && target && node != target)
+        _report.warn(fmt::format("{} is to be fitted to {}; the figure that has it is taken", label,
+                                 node->getLabel().toStdString()));
 }
 
 void SceneFigures::tellGraft(const DzNode& node) const

@@ -75,10 +75,12 @@ private:
     void markFavorites() const;
 
     std::vector<DzNode*> enterScene();
+    DzNode* fitTarget(const std::string& reference) const; ///< null for none
     void fit(const LoadedFigure& figure);
-    /// A scene that moves is loaded as it is at its beginning.
     /// What of a graft does not fit, now that all is fitted.
     void tellGraft(const DzNode& node) const;
+    void noteBeyondLimits(const std::vector<std::string>& labels);
+    /// A scene that moves is loaded as it is at its beginning.
     void animate() const;
 
     AssetLibrary& _library;
@@ -89,7 +91,8 @@ private:
     LoadedFigures _figures;
     AliasValues _values;
     std::vector<const dson::ModifierInstance*> _onSelection;
-    std::set<std::string> _failed; ///< instances that stand for nothing
+    std::vector<std::string> _beyondLimits; ///< labels of dials
+    std::set<std::string> _failed;          ///< instances that stand for nothing
     /// Those whose instances mark dials.
     std::vector<std::pair<const dson::NodeInstance*, Place>> _withFavorites;
 };

@@ -1,0 +1,74 @@
+// What reading the numbers of a document meets.
+// SPDX-License-Identifier: MIT
+
+#include "number_tally.h"
+
+#include "parts.h"
+
+#include <charconv>
+
+#include <fmt/format.h>
+
+namespace dson {
+
+namespace {
+
+thread_local NumberTally* youngest = nullptr;
+
+} // namespace
+
+NumberTally::NumberTally() : _outer(youngest)
+{
+    youngest = this;
+}
+
+NumberTally::~NumberTally()
+{
+    youngest = _outer;
+}
+
+void NumberTally::Kind::add(std::string_view what)
+{
+    if (count++ == 0)
+        example = what;
+}
+
+void NumberTally::addText(std::string_view text)
+{
+    if (youngest)
+        youngest->_texts.add(text);
+}
+
+void NumberTally::addSpoilt(std::string_view channel)
+{
+    if (youngest)
+        youngest->_spoilt.add(channel);
+}
+
+void NumberTally::tell(ParseContext& context) const
+{
+    if (_texts.count > 0)
+        context.warn({}, fmt::format("has {} as texts, read as what they say, such as \"{}\"",
+                                     Counted(_texts.count, "number", "numbers"), _texts.example));
+    if (_spoilt.count > 0)
+        context.warn(
+            {}, fmt::format("has {}, not taken over, such as of {}",
+                            Counted(_spoilt.count, "value that is no number", "values that are no numbers"),
+                            _spoilt.example));
+}
+
+std::optional<double> NumberInText(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    if (first == text.npos)
+        return std::nullopt;
+    const std::string_view inner = text.substr(first, text.find_last_not_of(" \t\r\n") + 1 - first);
+    double number = 0.0;
+    const auto read = std::from_chars(inner.data(), inner.data() + inner.size(), number);
+    if (read.ec != std::errc() || read.ptr != inner.data() + inner.size() || !FitsDial(number))
+        return std::nullopt;
+    NumberTally::addText(text);
+    return number;
+}
+
+} // namespace dson
