@@ -301,3 +301,81 @@ TEST_F(Effects, a_figure_without_them_keeps_its_posed_cage_as_the_last_stage)
     EXPECT_EQ(pipeline.shapedCage().data(), pipeline.morphedCage().data()) << "nothing is copied";
     EXPECT_TRUE(pipeline.shapingOffsets().empty());
 }
+
+TEST_F(Effects, a_preset_puts_its_modifiers_on_the_selected_figure)
+{
+    DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    dial(*figure, "Up").setDoubleValue(1.0);
+    const auto preset = [](const std::string& definition, const std::string& instance) {
+        return File("\"modifier_library\": [" + definition + R"(], "scene": {"modifiers": [)" + instance +
+                        "]}",
+                    "preset_properties");
+    };
+    const std::string soft =
+        R"({"id": "Soft", "name": "Soft", "label": "Evenly", "parent": "name://@selection:", )" +
+        Smoothing() + "}";
+    const std::string again = R"({"id": "Soft-1", "url": "#Soft", "parent": "name://@selection:")";
+    ASSERT_TRUE(load("Presets/Soft.duf", preset(soft, again + "}"))) << log().toStdString();
+    ASSERT_NE(modifierOf(*figure, "Soft"), nullptr);
+    EXPECT_EQ(modifierOf(*figure, "Soft")->getLabel(), QLatin1String("Evenly"));
+    ExpectAt(VertexAt(*figure, 3), 5, 11, 0);
+    const int count = figure->getObject()->getNumModifiers();
+    const std::string weight = R"(, "extra": [{"type": "studio/modifier/smoothing"},
+        {"type": "studio_modifier_channels", "channels": [{"channel": {"id": "Weight", "current_value": 1}}]}]})";
+    ASSERT_TRUE(load("Presets/Softer.duf", preset(soft, again + weight)));
+    EXPECT_EQ(figure->getObject()->getNumModifiers(), count) << "it has that one already";
+    ExpectAt(VertexAt(*figure, 3), 5, 10, 0);
+    EXPECT_FALSE(logged("on what is not there"));
+
+    ASSERT_TRUE(
+        load("Presets/Off.duf",
+             preset("", R"({"id": "x", "url": "name://@selection#Soft:", "parent": "name://@selection:", )" +
+                            Extra("studio/modifier/smoothing", Channel("Enable Smoothing", "bool", "false")) +
+                            "}")));
+    ExpectAt(VertexAt(*figure, 3), 5, 12, 0);
+}
+
+TEST_F(Effects, a_preset_may_push_what_is_selected_by_the_modifiers_own_dial)
+{
+    DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    ASSERT_TRUE(
+        load("Presets/Push.duf",
+             File(R"("modifier_library": [{"id": "P", "name": "P", "parent": "name://@selection:", "channel":
+        {"id": "value", "name": "Value", "type": "float", "value": 2}, )" +
+                      Extra("studio/modifier/push", "") +
+                      R"(}], "scene": {"modifiers": [{"id": "P-1", "url": "#P",
+        "parent": "name://@selection:", "channel": {"id": "value", "current_value": 3}}]})",
+                  "preset_properties")))
+        << log().toStdString();
+    ExpectAt(VertexAt(*figure, 3), 5, 10, 3);
+}
+
+TEST_F(Effects, clothes_may_bring_a_modifier_for_what_is_selected)
+{
+    DzFigure* const figure = openDoll();
+    ASSERT_NE(figure, nullptr);
+    dial(*figure, "Up").setDoubleValue(1.0);
+    ASSERT_TRUE(
+        load("Wear/Hat.duf",
+             File(R"("modifier_library": [{"id": "Soft", "name": "Soft", "parent": "name://@selection:", )" +
+                      Smoothing() + R"(}], "scene": {"nodes": [{"id": "hat", "label": "Hat"}],
+        "modifiers": [{"id": "Soft-1", "url": "#Soft", "parent": "name://@selection:"}]})",
+                  "wearable")))
+        << log().toStdString();
+    ExpectAt(VertexAt(*figure, 3), 5, 11, 0);
+    EXPECT_FALSE(logged("which has none of them")) << log().toStdString();
+}
+
+TEST_F(Effects, a_preset_for_a_mesh_fails_on_what_has_none)
+{
+    ASSERT_TRUE(load("Scenes/Group.duf", Scene(R"({"id": "g", "label": "Group"})")));
+    EXPECT_FALSE(
+        load("Presets/Soft.duf",
+             File(R"("modifier_library": [{"id": "Soft", "name": "Soft", "parent": "name://@selection:", )" +
+                      Smoothing() + R"(}], "scene": {"modifiers": [{"id": "Soft-1", "url": "#Soft",
+        "parent": "name://@selection:"}]})",
+                  "preset_properties")));
+    EXPECT_TRUE(logged("1 modifiers are for a mesh that is not there and are left out, such as Soft"));
+}

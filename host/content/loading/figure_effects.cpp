@@ -4,188 +4,33 @@
 #include "figure_effects.h"
 
 #include "app/texts.h"
-#include "dzdformmodifier.h"
-#include "dzenumproperty.h"
 #include "dznumericproperty.h"
 #include "dzobject.h"
-#include "figure/cage_modifier.h"
 #include "figure/file_effect.h"
-#include "library/asset_origin.h"
 #include "library/content_paths.h"
-#include "loading/channel_properties.h"
-
-#include <algorithm>
-#include <cstring>
-#include <memory>
-
-#include <fmt/format.h>
 
 namespace openhost {
 
-namespace {
-
-const char* const effectPrefix = "studio/modifier/";
-const char* const smoothing = "studio/modifier/smoothing";
-const char* const push = "studio/modifier/push";
-const char* const simulation = "studio/modifier/dynamic_simulation";
-
-/// Kinds that other programs evaluate and this one keeps.
-const char* const keptKinds[] = {simulation, "studio/modifier/dynamic_generate_hair",
-                                 "studio/modifier/dynamic_hair_follow", "studio/modifier/line_tessellation",
-                                 "studio/modifier/conditional_graft"};
-
-std::unique_ptr<DzModifier> ModifierOf(const std::string& kind)
-{
-    if (kind == smoothing)
-        return std::make_unique<SmoothingModifier>();
-    if (kind == push)
-        return std::make_unique<PushModifier>();
-    if (kind == "dform")
-        return std::make_unique<DzDFormModifier>();
-    if (kind == simulation)
-        return std::make_unique<SimulationModifier>();
-    return std::make_unique<DzModifier>();
-}
-
-bool IsKept(const std::string& kind)
-{
-    return std::any_of(std::begin(keptKinds), std::end(keptKinds),
-                       [&](const char* kept) { return kind == kept; });
-}
-
-/// The modifier's own property for a channel of the file; a choice among other items is another property.
-DzNumericProperty* PresentProperty(DzModifier& modifier, const FileEffect& file, const dson::Channel& channel)
-{
-    DzNumericProperty* const property = file.findNamed(channel.name);
-    if (!qobject_cast<DzEnumProperty*>(property) || channel.enumValues.empty())
-        return property;
-    modifier.removeProperty(property);
-    return nullptr;
-}
-
-} // namespace
-
-FigureEffects::FigureEffects(const FigureFile& figure, const FigureMesh& mesh, const FigureNodes& nodes,
-                             FigureDials& dials)
-    : _figure(figure), _mesh(mesh), _nodes(nodes), _dials(dials)
+FigureEffects::FigureEffects(const FigureFile& figure, const FigureNodes& nodes, FigureDials& dials)
+    : _nodes(nodes), _dials(dials),
+      _maker(nodes.root().getObject(), [&figure](const std::string& what) { figure.warn(what); })
 {
 }
 
 bool FigureEffects::add(const dson::Modifier& modifier, const dson::Document& file, const std::string& path)
 {
-    DzModifier* const made = make(*modifier.effect, modifier.name, modifier.id, path);
+    DzModifier* const made = _maker.define(modifier, path);
     if (!made)
         return false;
-    if (modifier.channel.label != modifier.name)
-        made->setLabel(ToQ(modifier.channel.label));
-    FileEffect& effect = *FileEffect::of(*made);
-    if (modifier.hasChannel) {
-        dson::EffectChannel own{modifier.channel, modifier.group, true};
-        if (own.channel.name.empty())
-            own.channel.name = "Value";
-        addChannel(*made, effect, own);
-        if (DzNumericProperty* const dial = effect.find(own.channel.id)) {
-            effect.setOwn(*dial);
-            _dials.addOfEffect(*dial, modifier, file, path);
-        }
-    }
-    setUp(*made);
+    enter(*made, modifier.id, path);
+    if (DzNumericProperty* const dial = FileEffect::of(*made)->own())
+        _dials.addOfEffect(*dial, modifier, file, path);
     return true;
 }
 
-DzModifier* FigureEffects::make(const dson::Effect& effect, const std::string& name, const std::string& id,
-                                const std::string& path)
+void FigureEffects::enter(DzModifier& modifier, const std::string& id, const std::string& path)
 {
-    DzObject* const object = _nodes.root().getObject();
-    if (!object) {
-        omit("modifiers are for a mesh that is not there and are left out", name);
-        return nullptr;
-    }
-    std::unique_ptr<DzModifier> modifier = ModifierOf(effect.kind);
-    modifier->setName(ToQ(name));
-    SetAssetUri(*modifier, AssetUri(path, id));
-    auto* const file = new FileEffect(effect, *modifier);
-    for (const dson::EffectChannel& channel : effect.channels)
-        addChannel(*modifier, *file, channel);
-    DzModifier* const made = modifier.get();
-    if (object->addModifier(made) != DZ_NO_ERROR)
-        return nullptr;
-    modifier.release();
-    _made.emplace(std::make_pair(PathKey(path), id), made);
-    note(effect, name);
-    return made;
-}
-
-void FigureEffects::addChannel(DzModifier& modifier, FileEffect& file, const dson::EffectChannel& channel)
-{
-    DzNumericProperty* property = PresentProperty(modifier, file, channel.channel);
-    if (property) {
-        dson::Channel described = channel.channel;
-        if (!channel.hasValue)
-            described.value = property->getDoubleDefaultValue();
-        ApplyChannel(*property, described);
-    } else {
-        std::unique_ptr<DzNumericProperty> made = MakeProperty(channel.channel.name, channel.channel);
-        if (!made)
-            return; // a text or a node: kept with what is saved
-        property = made.release();
-        modifier.addProperty(property);
-    }
-    if (!channel.group.empty())
-        property->setPath(ToQ(channel.group));
-    if (!AssetUriOf(modifier).isEmpty())
-        SetAsDefined(*property);
-    file.enter(channel.channel, *property);
-}
-
-DzWeightMapPtr FigureEffects::weightsOf(const dson::InfluenceMap& map, const DzModifier& modifier) const
-{
-    const int count = _mesh.vertexCount();
-    const bool isBeyond = std::any_of(map.vertices.begin(), map.vertices.end(), [&](std::uint32_t vertex) {
-        return vertex >= static_cast<std::uint32_t>(count);
-    });
-    if (isBeyond || (map.vertexCount >= 0 && map.vertexCount != count)) {
-        _figure.warn(
-            fmt::format("{} has influence weights for another mesh than that of {} vertices and does "
-                        "nothing",
-                        modifier.getName().toStdString(), count));
-        return DzWeightMapPtr();
-    }
-    DzWeightMapPtr weights(new DzWeightMap(count, QLatin1String("Influence Weights")));
-    for (std::size_t i = 0; i < map.vertices.size(); ++i)
-        weights->setFloatWeight(static_cast<int>(map.vertices[i]), map.weights[i]);
-    return weights;
-}
-
-void FigureEffects::setUpPush(PushModifier& modifier, const FileEffect& file) const
-{
-    const dson::Effect& effect = file.described();
-    DzNumericProperty* distance = file.own();
-    for (const dson::EffectChannel& channel : effect.channels)
-        if (!distance && channel.channel.type == "float")
-            distance = file.find(channel.channel.id);
-    const DzWeightMapPtr weights =
-        effect.influence ? weightsOf(*effect.influence, modifier) : DzWeightMapPtr();
-    if (effect.influence && !weights)
-        return;
-    modifier.setInfluenceWeights(weights);
-    modifier.setActsLast(effect.pushesAfterSmoothing);
-    modifier.setDistanceControl(distance);
-}
-
-/// What the kind takes from the file beside its dials.
-void FigureEffects::setUp(DzModifier& modifier)
-{
-    const auto* const smoother = qobject_cast<SmoothingModifier*>(&modifier);
-    if (smoother && smoother->exceedsLimits())
-        omit("smoothing modifiers are held within a weight of 1 and 1000 rounds",
-             modifier.getName().toStdString());
-    if (auto* const pushing = qobject_cast<PushModifier*>(&modifier))
-        setUpPush(*pushing, *FileEffect::of(modifier));
-    const auto& influence = FileEffect::of(modifier)->described().influence;
-    auto* const forming = qobject_cast<DzDFormModifier*>(&modifier);
-    if (forming && influence)
-        forming->setInfluenceWeights(weightsOf(*influence, modifier));
+    _made.emplace(std::make_pair(PathKey(path), id), &modifier);
 }
 
 DzModifier* FigureEffects::find(const dson::Uri& url, const std::string& path) const
@@ -204,62 +49,18 @@ void FigureEffects::apply(const dson::ModifierInstance& instance, const std::str
     const dson::Uri url = dson::ParseUri(instance.url);
     DzModifier* modifier = find(url, path);
     // Morphs and skins have such members, too.
-    if (!modifier && effect.kind.compare(0, std::strlen(effectPrefix), effectPrefix) == 0)
-        modifier = make(effect, instance.name.empty() ? instance.id : instance.name, url.id, path);
-    if (!modifier)
-        return;
-    FileEffect& file = *FileEffect::of(*modifier);
-    file.supplement(effect);
-    for (const dson::EffectChannel& channel : effect.channels) {
-        DzNumericProperty* property = file.find(channel.channel.id);
-        if (!property)
-            property = file.find(channel.channel.name);
-        if (!property)
-            addChannel(*modifier, file, channel);
-        else if (channel.hasValue)
-            property->setDoubleRawValue(channel.channel.currentValue.value_or(channel.channel.value));
+    if (!modifier && IsCageEffect(effect)) {
+        modifier = _maker.make(effect, instance.name.empty() ? instance.id : instance.name, url.id, path);
+        if (modifier)
+            enter(*modifier, url.id, path);
     }
-    setUp(*modifier);
-}
-
-void FigureEffects::note(const dson::Effect& effect, const std::string& name)
-{
-    std::string what;
-    const auto& channels = effect.channels;
-    const bool collides = std::any_of(channels.begin(), channels.end(), [](const dson::EffectChannel& one) {
-        return FoldCase(one.channel.name).find("collision") != std::string::npos;
-    });
-    if (effect.kind == smoothing && collides)
-        what = "smoothing modifiers are evaluated without their collisions";
-    else if (IsKept(effect.kind))
-        what = fmt::format("modifiers of the kind {} are kept but not evaluated", effect.kind);
-    else if (effect.kind.empty())
-        what = "modifiers do not say what they do; they are kept as they are";
-    else if (effect.kind != smoothing && effect.kind != push && effect.kind != "dform")
-        what = fmt::format("modifiers of the unknown kind {} are kept but not evaluated", effect.kind);
-    if (!what.empty())
-        omit(what, name);
-    const auto& members = effect.members;
-    const bool isMasked = std::any_of(members.begin(), members.end(), [](const auto& member) {
-        return member.first == "dform" && member.second.find("\"mask_bone\"") != std::string::npos;
-    });
-    if (isMasked)
-        omit("D-Formers are evaluated without their mask bones", name);
-}
-
-void FigureEffects::omit(const std::string& what, const std::string& name)
-{
-    Omission& omission = _omitted[what];
-    if (omission.count++ == 0)
-        omission.example = name;
+    if (modifier)
+        _maker.apply(*modifier, effect);
 }
 
 void FigureEffects::report()
 {
-    for (const auto& omitted : _omitted)
-        _figure.warn(
-            fmt::format("{} {}, such as {}", omitted.second.count, omitted.first, omitted.second.example));
-    _omitted.clear();
+    _maker.report();
 }
 
 } // namespace openhost

@@ -53,7 +53,7 @@ bool IsAlias(const dson::Modifier& modifier)
 FigureModifiers::FigureModifiers(const FigureFile& figure, const FigureMesh& mesh, FigureNodes& nodes,
                                  FigureDials& dials, PendingFormulas& formulas)
     : _figure(figure), _mesh(mesh), _nodes(nodes), _dials(dials), _formulas(formulas),
-      _effects(figure, mesh, nodes, dials)
+      _effects(figure, nodes, dials)
 {
 }
 

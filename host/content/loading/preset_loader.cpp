@@ -17,6 +17,7 @@
 #include "openhost/events.h"
 #include "preset_dform.h"
 #include "preset_target.h"
+#include "selection_effects.h"
 
 #include <algorithm>
 #include <vector>
@@ -82,7 +83,7 @@ std::vector<PresetValue> FindValues(const dson::Document& preset, const PresetTa
     for (const dson::ModifierInstance& instance : preset.modifierInstances) {
         const std::string parent = dson::ParseUri(instance.parent).node;
         const bool isPart = FindByPath(target.node(), parent) != nullptr;
-        if (instance.value)
+        if (instance.value && !IsEffect(preset, instance))
             enter(target.findDial(isPart ? parent : std::string(), dson::ParseUri(instance.url).id),
                   *instance.value, instance.url);
     }
@@ -129,7 +130,9 @@ bool HoldsValues(const dson::Document& preset)
                preset.animations.begin(), preset.animations.end(),
                [](const dson::AnimatedValue& entry) { return !IsOfMaterial(dson::ParseUri(entry.url)); }) ||
            std::any_of(preset.modifierInstances.begin(), preset.modifierInstances.end(),
-                       [](const dson::ModifierInstance& instance) { return instance.value.has_value(); });
+                       [&preset](const dson::ModifierInstance& instance) {
+                           return instance.value || IsEffect(preset, instance);
+                       });
 }
 
 /// What of a preset has no bearing on shapes and poses, such as "3 materials".
@@ -176,12 +179,23 @@ int ApplyValues(const dson::Document& preset, DzNode& node)
     return static_cast<int>(values.size());
 }
 
+/// Returns how many there are.
+int ApplyEffects(const dson::Document& preset, DzNode& node)
+{
+    int count = 0;
+    for (const dson::ModifierInstance& instance : preset.modifierInstances)
+        if (IsEffect(preset, instance))
+            count += ApplyEffectTo(FigureOf(node), preset, instance);
+    return count;
+}
+
 bool ApplyPreset(const dson::Document& document)
 {
     const QString label = SelectedNode(document).getLabel();
     if (HoldsDForm(document) && !ApplyDFormPreset(document))
         return false;
-    const int applied = ApplyValues(document, SelectedNode(document));
+    const int applied =
+        ApplyValues(document, SelectedNode(document)) + ApplyEffects(document, SelectedNode(document));
     if (!HoldsDForm(document) && applied == 0)
         throw base::Error(
             fmt::format("{}: names nothing that {} has", document.file.string(), label.toStdString()));

@@ -17,6 +17,7 @@
 #include "loading/channel_properties.h"
 #include "preset_target.h"
 #include "scene_dforms.h"
+#include "selection_effects.h"
 
 #include <algorithm>
 #include <optional>
@@ -314,6 +315,10 @@ void SceneFigures::dialSelection()
     const PresetTarget target(FigureOf(*_selected));
     std::vector<std::string> missing;
     for (const dson::ModifierInstance* const instance : _onSelection) {
+        if (IsEffect(*_document, *instance)) {
+            ApplyEffectTo(target.node(), *_document, *instance);
+            continue;
+        }
         DzNumericProperty* const property =
             target.findDial(dson::ParseUri(instance->parent).node, dson::ParseUri(instance->url).id);
         if (!property)

@@ -1,0 +1,66 @@
+// Modifiers of an object that are neither morphs nor dials.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/reader.h"
+#include "dzweightmap.h"
+
+#include <functional>
+#include <map>
+#include <string>
+
+class DzModifier;
+class DzObject;
+
+namespace openhost {
+
+class FileEffect;
+class PushModifier;
+
+/// Of a kind that acts on a mesh as a whole, be it evaluated here or not.
+bool IsCageEffect(const dson::Effect& effect);
+
+/// Each kind has a class of its own if the host does something with it; the others are kept with their dials,
+/// for those who read them and for saving.
+class EffectMaker {
+public:
+    using Warn = std::function<void(const std::string&)>;
+
+    /// @param object  null for a figure without a mesh, which gets none
+    EffectMaker(DzObject* object, Warn warn);
+
+    /// As a file defines it, with its own dial.
+    /// @param path  decoded path of that file
+    /// @return null when the object cannot have it
+    DzModifier* define(const dson::Modifier& modifier, const std::string& path);
+    /// With what an instance or a definition says of its further dials.
+    /// @return null when the object cannot have it
+    DzModifier* make(const dson::Effect& effect, const std::string& name, const std::string& id,
+                     const std::string& path);
+    /// Sets what an instance says, on one that has been made here.
+    void apply(DzModifier& modifier, const dson::Effect& instance);
+
+    /// Tells what is not evaluated, one line a kind.
+    void report();
+
+private:
+    struct Omission {
+        std::size_t count = 0;
+        std::string example;
+    };
+
+    void addChannel(DzModifier& modifier, FileEffect& file, const dson::EffectChannel& channel);
+    void setUp(DzModifier& modifier);
+    void setUpPush(PushModifier& modifier, const FileEffect& file) const;
+    /// Null, and told, when they are not for the object's mesh.
+    DzWeightMapPtr weightsOf(const dson::InfluenceMap& map, const DzModifier& modifier) const;
+    void note(const dson::Effect& effect, const std::string& name);
+    void omit(const std::string& what, const std::string& name);
+
+    DzObject* _object;
+    Warn _warn;
+    std::map<std::string, Omission> _omitted; ///< by what is to be told
+};
+
+} // namespace openhost
