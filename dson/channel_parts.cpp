@@ -9,18 +9,12 @@ namespace dson {
 
 namespace {
 
-/// Others may hold what the file format says of them, or what another program does.
-bool IsOfNumbers(std::string_view type)
-{
-    return type == "float" || type == "int" || type == "bool" || type == "enum";
-}
-
 /// A member that is to be a number; tallied when it is something else.
 std::optional<double> NumberOf(const Element& channel, std::string_view member)
 {
     const auto found = Find(channel, member);
     const auto number = found ? AsNumber(*found) : std::nullopt;
-    if (found && !number && IsOfNumbers(Text(channel, "type", "float")))
+    if (found && !number && IsOneNumber(Text(channel, "type", "float")))
         NumberTally::addSpoilt(Text(channel, "name", Text(channel, "id")));
     return number;
 }
@@ -33,7 +27,24 @@ std::optional<double> Limit(const Element& channel, const char* member)
     return limit && limit->get(number) == simdjson::SUCCESS ? number : NumberOf(channel, member);
 }
 
+/// Empty for a number, for what should be one and for an alias, which has no value.
+std::string OtherValue(const Element& channel, const std::string& type)
+{
+    if (IsOneNumber(type) || type == "alias")
+        return {};
+    auto value = Find(channel, "current_value");
+    if (!value)
+        value = Find(channel, "value");
+    const bool isNumber = value && MayHoldNumber(type) && AsNumber(*value);
+    return value && !isNumber ? simdjson::minify(*value) : std::string();
+}
+
 } // namespace
+
+bool IsOneNumber(std::string_view type)
+{
+    return type == "float" || type == "int" || type == "bool" || type == "enum";
+}
 
 bool MayHoldNumber(std::string_view type)
 {
@@ -73,6 +84,7 @@ Channel ParseChannel(const Element& json)
     channel.type = Text(json, "type", "float");
     channel.name = Text(json, "name");
     channel.label = Text(json, "label");
+    channel.otherValue = OtherValue(json, channel.type);
     if (MayHoldNumber(channel.type)) {
         channel.value = NumberOf(json, "value").value_or(0.0);
         channel.currentValue = NumberOf(json, "current_value");

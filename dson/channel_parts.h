@@ -32,7 +32,9 @@ void ForEachAxis(const Element& owner, std::string_view member, Visit visit)
     });
 }
 
-/// Whether channels of the type have values that are numbers; those of unknown types may.
+/// Whether channels of the type have a value that is one number.
+bool IsOneNumber(std::string_view type);
+/// Likewise; those of unknown types may.
 bool MayHoldNumber(std::string_view type);
 /// The present value of a channel, else its default; a plain number stands for itself. Nothing where it says
 /// none; what is no number but should be is tallied.

@@ -14,14 +14,9 @@ namespace {
 /// By id; those that are written are taken out.
 using Values = std::map<std::string, const Channel*>;
 
-Json Text(const std::string& json)
-{
-    return Json::binary(Json::binary_t::container_type(json.begin(), json.end()));
-}
-
 Json Raw(const Element& element)
 {
-    return Text(simdjson::minify(element));
+    return RawText(simdjson::minify(element));
 }
 
 /// The members in their order, with the ones that change put in place of the old or behind them.
@@ -37,6 +32,8 @@ Json WithChanges(const Element& object, Change change)
 
 Json CurrentValue(const Channel& channel)
 {
+    if (!channel.otherValue.empty())
+        return RawText(channel.otherValue);
     if (channel.type == "bool")
         return *channel.currentValue != 0.0;
     return ExactNumber(*channel.currentValue);
@@ -45,7 +42,7 @@ Json CurrentValue(const Channel& channel)
 Json WithValue(const Element& entry, Values& values)
 {
     const auto old = Find(entry, "channel");
-    const auto now = old && old->is_object() ? values.find(dson::Text(*old, "id")) : values.end();
+    const auto now = old && old->is_object() ? values.find(Text(*old, "id")) : values.end();
     if (now == values.end())
         return Raw(entry);
     const Channel& channel = *now->second;
@@ -119,7 +116,7 @@ void AddEffect(Json& modifier, const Effect& effect)
 {
     Values values;
     for (const EffectChannel& one : effect.channels)
-        if (one.channel.currentValue)
+        if (one.channel.currentValue || !one.channel.otherValue.empty())
             values.emplace(one.channel.id, &one.channel);
     // The host's own have no words of a file.
     if (effect.kind == "dform" && effect.members.empty() && effect.influence)
@@ -133,7 +130,7 @@ void AddEffect(Json& modifier, const Effect& effect)
         if (member.first == "extra")
             extra = member.second;
         else
-            modifier[member.first] = Text(member.second);
+            modifier[member.first] = RawText(member.second);
     Json extras = EmitExtras(extra, values);
     if (!extras.empty())
         modifier["extra"] = std::move(extras);

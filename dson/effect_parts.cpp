@@ -131,6 +131,17 @@ std::vector<std::array<double, 2>> Knots(const Element& extra, const std::string
     return knots;
 }
 
+bool HoldsOther(const Channel& channel)
+{
+    return channel.type != "alias" && (!channel.otherValue.empty() || !MayHoldNumber(channel.type));
+}
+
+/// A value that the host has no dial for is kept as the file has it.
+void AddChannelText(const Element& modifier, Effect& effect)
+{
+    effect.members.emplace_back("channel", simdjson::minify(*Find(modifier, "channel")));
+}
+
 void CheckDForm(const Element& modifier, ParseContext& context)
 {
     const auto dform = Find(modifier, "dform");
@@ -160,24 +171,31 @@ std::optional<DFormPart> ParseDFormPart(const Element& node, ParseContext& conte
 std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parsed, ParseContext& context)
 {
     CheckDForm(modifier, context);
+    const bool holdsOther = parsed.hasChannel && HoldsOther(parsed.channel);
     std::string kind = ExtraKind(modifier);
     const bool isPlain = parsed.hasChannel || !parsed.formulas.empty();
     if (Find(modifier, "dform"))
         kind = "dform";
-    else if (isPlain && kind.compare(0, effectPrefix.size(), effectPrefix) != 0)
+    else if (!holdsOther && isPlain && kind.compare(0, effectPrefix.size(), effectPrefix) != 0)
         return std::nullopt;
     Effect effect = ParseParts(modifier);
-    effect.kind = kind.empty() ? MemberKind(effect) : kind;
+    effect.kind = !kind.empty() ? kind : holdsOther ? "channel" : MemberKind(effect);
+    if (holdsOther)
+        AddChannelText(modifier, effect);
     return effect;
 }
 
 std::optional<Effect> ParseEffectInstance(const Element& instance, ParseContext& context)
 {
     CheckDForm(instance, context);
-    if (!Find(instance, "extra") && !Find(instance, "dform"))
+    const auto channel = Find(instance, "channel");
+    const bool holdsOther = channel && !ParseChannel(*channel).otherValue.empty();
+    if (!Find(instance, "extra") && !Find(instance, "dform") && !holdsOther)
         return std::nullopt;
     Effect effect = ParseParts(instance);
     effect.kind = Find(instance, "dform") ? "dform" : ExtraKind(instance);
+    if (holdsOther)
+        AddChannelText(instance, effect);
     return effect;
 }
 

@@ -29,9 +29,9 @@ template <class Archive, class T>
 IfIs<T, Channel> ForMembers(Archive& archive, T& channel)
 {
     auto& [id, type, name, label, value, currentValue, min, max, clamped, displayAsPercent, visible, locked,
-           autoFollow, stepSize, enumValues, text, targetChannel] = channel;
+           autoFollow, stepSize, enumValues, text, otherValue, targetChannel] = channel;
     archive(id, type, name, label, value, currentValue, min, max, clamped, displayAsPercent, visible, locked,
-            autoFollow, stepSize, enumValues, text, targetChannel);
+            autoFollow, stepSize, enumValues, text, otherValue, targetChannel);
 }
 
 template <class Archive, class T>

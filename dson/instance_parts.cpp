@@ -37,6 +37,19 @@ void ReadFavorites(const Element& owner, std::vector<std::string>& names)
     });
 }
 
+/// What node channels say besides a value.
+void ReadNodeChannels(const Element& node, JsonTexts& channels)
+{
+    ForEach(node, "extra", [&](const Element& extra) {
+        if (Text(extra, "type") == "studio_node_channels")
+            ForEach(extra, "channels", [&](const Element& entry) {
+                const auto channel = Find(entry, "channel");
+                if (channel && !Text(*channel, "id").empty())
+                    channels.emplace_back(Text(*channel, "id"), simdjson::minify(entry));
+            });
+    });
+}
+
 /// Channels that an `extra` object lists, by id.
 void ReadExtraChannels(const Element& owner, ChannelValues& values)
 {
@@ -98,6 +111,7 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
     if (const auto general = Find(json, "general_scale"))
         ReadInstanceChannel(*general, "general_scale", instance);
     ReadExtraChannels(json, instance.properties);
+    ReadNodeChannels(json, instance.nodeChannels);
     ReadFavorites(json, instance.favorites);
     for (const Element& item : PartsOf(json, "geometries", context.lists)) {
         instance.geometries.push_back(ParseGeometryInstance(item, context));
@@ -117,12 +131,12 @@ ModifierInstance ParseModifierInstance(const Element& json, ParseContext& contex
     instance.name = Text(json, "name");
     instance.group = Text(json, "group");
     if (const auto channel = Find(json, "channel")) {
-        instance.value = Number(*channel, "current_value");
-        if (!instance.value)
+        if (MayHoldNumber(Text(*channel, "type")))
+            instance.value = Number(*channel, "current_value");
+        if (!instance.value && MayHoldNumber(Text(*channel, "type")))
             instance.value = Number(*channel, "value");
         const bool saysValue = Find(*channel, "current_value") || Find(*channel, "value");
-        const std::string type = Text(*channel, "type", "float");
-        if (!instance.value && saysValue && type != "string" && type != "alias")
+        if (!instance.value && saysValue && IsOneNumber(Text(*channel, "type", "float")))
             context.warn(instance.id, "is set to what is no number that a dial can hold; it stays as it is");
         instance.change = ParseChannelChange(*channel);
     }

@@ -91,4 +91,9 @@ std::string ToText(const Json& json)
     return text;
 }
 
+Json RawText(const std::string& json)
+{
+    return Json::binary(Json::binary_t::container_type(json.begin(), json.end()));
+}
+
 } // namespace dson

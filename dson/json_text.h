@@ -20,4 +20,7 @@ using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::strin
 /// @throws base::FormatError  a float is not finite
 std::string ToText(const Json& json);
 
+/// A value that is JSON text already, and stands in the result as it is.
+Json RawText(const std::string& json);
+
 } // namespace dson

@@ -47,6 +47,10 @@ FileEffect* FileEffect::of(const DzModifier& modifier)
 void FileEffect::supplement(const dson::Effect& instance)
 {
     for (const auto& member : instance.members) {
+        if (member.first == "channel") {
+            _ownChannel = member.second;
+            continue;
+        }
         const bool isThere = std::any_of(_effect.members.begin(), _effect.members.end(),
                                          [&](const auto& own) { return own.first == member.first; });
         if (!isThere)
@@ -67,6 +71,12 @@ void FileEffect::enter(const dson::Channel& channel, DzNumericProperty& property
     _byFoldedName.insert(property.getName().toCaseFolded(), &property);
     _byId.emplace(channel.id, &property);
     _byName.emplace(channel.name, &property);
+}
+
+void FileEffect::keep(const dson::Channel& channel)
+{
+    if (!channel.otherValue.empty())
+        _kept[channel.id] = channel;
 }
 
 DzNumericProperty* FileEffect::find(const std::string& idOrName) const
@@ -98,6 +108,8 @@ dson::Effect FileEffect::present() const
         one.channel.currentValue = property->getDoubleRawValue();
         now.channels.push_back(std::move(one));
     }
+    for (const auto& kept : _kept)
+        now.channels.push_back({kept.second, {}, true});
     return now;
 }
 

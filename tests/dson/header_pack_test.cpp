@@ -25,7 +25,9 @@ const char* const morphText = R"({"file_version": "0.6.0.0",
     {"op": "push", "url": "A:#B?value"}, {"op": "push", "val": [0.5, 1.5, 2.5, 3.5, 4.5]}, {"op": "push", "val": 1},
     {"op": "spline_tcb"}]}],
  "morph": {"vertex_count": 25182, "hd_url": "/data/A%20B/Wide.dhdm", "deltas": {"count": 1, "values": [[1, 0, 1, 0],]}}},
-{"id": "Text", "channel": {"id": "value", "type": "string", "value": "some text"}}],
+{"id": "Text", "channel": {"id": "value", "type": "string", "value": "some text"},
+ "morph": {"deltas": []}},
+{"id": "Bare", "channel": {"id": "value"}}],
 "scene": {
 "modifiers": [{"id": "Wide-1", "url": "#Wide", "parent": "#A", "name": "wide one", "group": "/Other",
     "channel": {"id": "value", "label": "Wider", "min": -7, "max": 8, "clamped": true, "visible": false, "locked": true,
@@ -72,7 +74,7 @@ TEST_F(PackedHeaders, keep_who_made_the_file)
 TEST_F(PackedHeaders, keep_what_a_morph_is)
 {
     const dson::Document document = repacked();
-    ASSERT_EQ(document.modifiers.size(), 2u);
+    ASSERT_EQ(document.modifiers.size(), 3u);
     const dson::Modifier& wide = document.modifiers.front();
     EXPECT_EQ(wide.id, "Wide");
     EXPECT_EQ(wide.name, "wide");
@@ -107,8 +109,10 @@ TEST_F(PackedHeaders, keep_what_a_dial_is)
     EXPECT_EQ(channel.stepSize, 0.125);
     EXPECT_EQ(channel.enumValues, (std::vector<std::string>{"a", "", "c"}));
     EXPECT_EQ(channel.targetChannel, "#x?value");
+    const dson::Channel& text = document.modifiers.at(1).channel;
+    EXPECT_EQ(text.text, "some text");
+    EXPECT_EQ(text.otherValue, "\"some text\"");
     const dson::Channel& bare = document.modifiers.back().channel;
-    EXPECT_EQ(bare.text, "some text");
     EXPECT_FALSE(bare.currentValue);
     EXPECT_FALSE(bare.min);
     EXPECT_TRUE(bare.visible);
@@ -210,6 +214,7 @@ TEST_F(PackedHeaders, are_of_morphs_alone)
          R"("modifier_library": [{"id": "s", "extra": [{"type": "studio/modifier/smoothing"}]}]})",
          R"("scene": {"modifiers": [{"id": "s", "url": "#s", "extra": [{"type": "studio/modifier/push"}]}]}})",
          R"("geometry_library": [{"id": "g", "vertices": {"values": [[0, 0, 0]]}, "polylist": {"values": []}}]})",
+         R"("modifier_library": [{"id": "c", "channel": {"id": "value", "type": "color", "value": [1, 0, 0]}}]})",
          R"("x": {"influence_weights": {"count": 1, "values": [[0, 1]]}}})"})
         EXPECT_FALSE(dson::CanPackHeaders(read(begin + other))) << other;
 }

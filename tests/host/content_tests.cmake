@@ -31,6 +31,7 @@ gantrel_add_tests(host_content_tests
         content_save_joints_test.cpp
         content_save_parts_test.cpp
         content_save_scene_test.cpp
+        content_save_values_test.cpp
         content_skin_test.cpp
         content_spelling_test.cpp
         content_text_test.cpp

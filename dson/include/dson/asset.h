@@ -24,7 +24,7 @@ namespace dson {
 /// A dial. Which members a file spelled out matters when an instance overlays a definition.
 struct Channel {
     std::string id;             ///< "value" for a morph's dial; "x", "y", "z" within a vector
-    std::string type = "float"; ///< float, int, bool, enum, string, alias
+    std::string type = "float"; ///< float, int, bool, enum, string, alias, color, ...
     std::string name;           ///< internal property name
     std::string label;          ///< user text
     double value = 0.0;         ///< default value; bools are 0 or 1
@@ -38,6 +38,7 @@ struct Channel {
     double stepSize = 1.0;
     std::vector<std::string> enumValues;
     std::string text;          ///< value of a string channel
+    std::string otherValue;    ///< JSON text of the present value where that is not one number
     std::string targetChannel; ///< of an alias
 };
 
@@ -183,7 +184,9 @@ struct EffectChannel {
 
 /// What a modifier does beside or instead of turning a morph's dial: smoothing, pushing, simulating, ...
 struct Effect {
-    std::string kind; ///< type of its `extra`, such as "studio/modifier/smoothing"; "dform" for a D-Former's
+    /// Type of its `extra`, such as "studio/modifier/smoothing"; "dform" for a D-Former's; "channel" for what
+    /// is but a value that is not one number.
+    std::string kind;
     std::vector<EffectChannel> channels;
     std::optional<InfluenceMap> influence;
     bool pushesAfterSmoothing = false;

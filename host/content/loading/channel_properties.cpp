@@ -105,7 +105,7 @@ std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const d
 {
     const QString text = QString::fromStdString(name);
     std::unique_ptr<DzNumericProperty> property;
-    if (HoldsNoNumber(channel.type))
+    if (HoldsNoNumber(channel.type) || !channel.otherValue.empty())
         return nullptr;
     if (channel.type == "int") {
         property = std::make_unique<DzIntProperty>(text, true, true, static_cast<int>(channel.value));

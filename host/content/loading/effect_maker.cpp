@@ -122,7 +122,9 @@ void EffectMaker::apply(DzModifier& modifier, const dson::Effect& instance)
         DzNumericProperty* property = file.find(channel.channel.id);
         if (!property)
             property = file.find(channel.channel.name);
-        if (!property)
+        if (!property && !channel.channel.otherValue.empty())
+            file.keep(channel.channel);
+        else if (!property)
             addChannel(modifier, file, channel);
         else if (channel.hasValue)
             property->setDoubleRawValue(channel.channel.currentValue.value_or(channel.channel.value));
@@ -212,6 +214,8 @@ void EffectMaker::note(const dson::Effect& effect, const std::string& name)
         what = "smoothing modifiers are evaluated without their collisions";
     else if (IsKept(effect.kind))
         what = fmt::format("modifiers of the kind {} are kept but not evaluated", effect.kind);
+    else if (effect.kind == "channel")
+        what = "modifiers have values that are not one number; they are kept as they are";
     else if (effect.kind.empty())
         what = "modifiers do not say what they do; they are kept as they are";
     else if (effect.kind != smoothing && effect.kind != push && effect.kind != "dform")

@@ -79,15 +79,20 @@ void DescribeEffectInstance(const DzModifier& modifier, bool isDefined, dson::Sc
     const FileEffect* const file = FileEffect::of(modifier);
     if (file && file->own())
         instance.channel = DescribeChange(*file->own(), "value");
+    const std::string own = file ? file->ownChannel() : std::string();
+    if (!own.empty())
+        instance.effect = dson::Effect{{}, {}, {}, false, {{"channel", own}}};
     if (isDefined || !file)
         return;
     dson::Effect changes = file->present();
     changes.members.clear();
+    if (!own.empty())
+        changes.members.emplace_back("channel", own);
     auto& channels = changes.channels;
     channels.erase(std::remove_if(channels.begin(), channels.end(),
                                   [file](const dson::EffectChannel& one) {
                                       const DzNumericProperty* const property = file->find(one.channel.id);
-                                      return property &&
+                                      return property && one.channel.currentValue &&
                                              *one.channel.currentValue == property->getDoubleDefaultValue();
                                   }),
                    channels.end());

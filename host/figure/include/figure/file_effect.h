@@ -36,6 +36,10 @@ public:
     /// Which property stands for a channel of the file.
     void enter(const dson::Channel& channel, DzNumericProperty& property);
     DzNumericProperty* find(const std::string& idOrName) const; ///< null for none
+    /// A value that is not one number, of a channel that has no property.
+    void keep(const dson::Channel& channel);
+    /// JSON text of what an instance says of the modifier's own channel, where that is such a value.
+    const std::string& ownChannel() const { return _ownChannel; }
     /// The dial of the modifier itself, which no `extra` lists; null for none.
     DzNumericProperty* own() const { return _own; }
     void setOwn(DzNumericProperty& dial) { _own = &dial; }
@@ -45,6 +49,8 @@ public:
 private:
     dson::Effect _effect;
     DzNumericProperty* _own = nullptr;
+    std::string _ownChannel;
+    std::map<std::string, dson::Channel> _kept;               ///< by id
     std::map<std::string, DzNumericProperty*> _byId, _byName; ///< the modifier's
     QHash<QString, QPointer<QObject>> _byFoldedName;          ///< also those that no file has entered
 };

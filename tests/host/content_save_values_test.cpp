@@ -1,0 +1,164 @@
+// Colours, texts and other values that are not one number, in saved scenes.
+// SPDX-License-Identifier: MIT
+
+#include "dzfigure.h"
+#include "dzmodifier.h"
+#include "dznode.h"
+#include "dznumericproperty.h"
+#include "dzobject.h"
+#include "tests/host/foreign_fixture.h"
+#include "tests/host/save_fixture.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using nlohmann::json;
+
+/// A figure of a data file and a prop of the scene, each with values of many types.
+const char* const scene = R"({
+    "file_version": "0.6.0.0", "asset_info": {"id": "/Scenes/All.duf", "type": "scene"},
+    "geometry_library": [{"id": "Cloth-g", "vertices": {"values": [[0,0,0],[1,0,0],[1,1,0],[0,1,0]]},
+        "polygon_groups": {"values": ["all"]}, "polygon_material_groups": {"values": ["Felt"]},
+        "polylist": {"values": [[0,0,0,1,2,3]]}}],
+    "node_library": [{"id": "Cloth", "type": "node", "label": "Cloth"}],
+    "modifier_library": [
+        {"id": "Hue", "name": "Hue", "parent": "#Cloth-g", "group": "/Paint", "channel":
+            {"id": "value", "type": "color", "name": "Hue", "value": [1, 0, 0.5], "vendor": 7}},
+        {"id": "Note", "name": "Note", "parent": "#Cloth-g", "channel":
+            {"id": "value", "type": "string", "name": "Note", "value": "5"}},
+        {"id": "Pair", "name": "Pair", "parent": "#Cloth-g", "channel":
+            {"id": "value", "type": "float2", "name": "Pair", "value": [1, 2]}},
+        {"id": "Odd", "name": "Odd", "parent": "#Cloth-g", "channel":
+            {"id": "value", "type": "spectrum", "name": "Odd", "value": {"nm": [400, 700]}}},
+        {"id": "Soft", "name": "Soft", "parent": "#Cloth-g", "extra": [{"type": "studio/modifier/smoothing"},
+            {"type": "studio_modifier_channels", "channels": [
+                {"channel": {"id": "Tint", "type": "color", "name": "Tint", "value": [0, 0, 0]}},
+                {"channel": {"id": "Grid", "type": "int2", "name": "Grid", "value": [3, 4]}}]}]}],
+    "scene": {"nodes": [
+            {"id": "Doll", "url": "/data/Nord/Doll/Doll.dsf#Doll", "label": "Doll",
+             "geometries": [{"id": "Doll-1", "url": "/data/Nord/Doll/Doll.dsf#Doll-1"}],
+             "extra": [{"type": "studio_node_channels", "channels": [
+                {"channel": {"id": "Tag", "type": "string", "name": "Tag", "current_value": "left"}, "group": "/Own"},
+                {"channel": {"id": "Cast Shadows", "type": "bool", "name": "Cast Shadows", "current_value": false}},
+                {"channel": {"id": "Lamp", "type": "float_color", "current_value": [1, 1, 0.25]}}]}]},
+            {"id": "Cloth-1", "url": "#Cloth", "label": "Cloth",
+             "geometries": [{"id": "Cloth-1-g", "url": "#Cloth-g"}]}],
+        "modifiers": [
+            {"id": "Own-1", "url": "/data/Nord/Doll/Doll.dsf#Own", "parent": "#Doll-1", "extra": [
+                {"type": "studio_modifier_channels", "channels": [
+                    {"channel": {"id": "Item", "type": "string", "current_value": "b"}}]}]},
+            {"id": "Name-1", "url": "/data/Nord/Doll/Doll.dsf#Name", "parent": "#Doll-1",
+             "channel": {"id": "value", "type": "string", "current_value": "Ada"}},
+            {"id": "Hue-1", "url": "#Hue", "parent": "#Cloth-1-g",
+             "channel": {"id": "value", "type": "color", "current_value": [0.25, 0, 1]}},
+            {"id": "Note-1", "url": "#Note", "parent": "#Cloth-1-g",
+             "channel": {"id": "value", "type": "string", "current_value": "six"}},
+            {"id": "Pair-1", "url": "#Pair", "parent": "#Cloth-1-g",
+             "channel": {"id": "value", "type": "float2", "current_value": [3, 4]}},
+            {"id": "Odd-1", "url": "#Odd", "parent": "#Cloth-1-g"},
+            {"id": "Soft-1", "url": "#Soft", "parent": "#Cloth-1-g", "extra": [
+                {"type": "studio_modifier_channels", "channels": [
+                    {"channel": {"id": "Tint", "type": "color", "current_value": [0.5, 0.5, 1]}}]}]}]}})";
+
+class SavedValues : public SaveTest {
+protected:
+    void SetUp() override
+    {
+        SaveTest::SetUp();
+        std::string figure = doll::Figure();
+        figure.insert(figure.rfind(']'), R"(, {"id": "Own", "name": "Own", "parent": "#Doll-1", "extra": [
+            {"type": "studio/modifier/smoothing"}, {"type": "studio_modifier_channels", "channels": [
+                {"channel": {"id": "Item", "type": "string", "name": "Item", "value": "a"}}]}]},
+            {"id": "Name", "name": "Name", "parent": "#Doll-1",
+             "channel": {"id": "value", "type": "string", "name": "Name", "value": "Eve"}})");
+        WriteBytes(_library / "data/Nord/Doll/Doll.dsf", doll::File(figure, "figure"));
+        WriteBytes(_library / "Scenes/All.duf", scene);
+        ASSERT_TRUE(open(_library / "Scenes/All.duf")) << log().toStdString();
+    }
+    json saved(const char* name)
+    {
+        EXPECT_EQ(save("DzSceneAssetFilter", file(name)), 0) << log().toStdString();
+        return json::parse(ReadBytes(file(name)));
+    }
+    static json withId(const json& list, const std::string& id)
+    {
+        for (const json& item : list)
+            if (item.value("id", "") == id)
+                return item;
+        return json();
+    }
+    /// The instance of the modifier that the URL ends with.
+    static json instanceOf(const json& file, const std::string& id)
+    {
+        for (const json& item : file.at("scene").at("modifiers")) {
+            const std::string url = item.at("url");
+            if (url.substr(url.find('#') + 1) == id)
+                return item;
+        }
+        return json();
+    }
+    static void expectAll(const json& file)
+    {
+        const json& defined = file.at("modifier_library");
+        const auto definition = [&](const char* id) { return withId(defined, id)["channel"]; };
+        EXPECT_EQ(definition("Hue"), json::parse(R"({"id": "value", "type": "color", "name": "Hue",
+                                                     "value": [1, 0, 0.5], "vendor": 7})"));
+        EXPECT_EQ(definition("Note")["value"], "5");
+        EXPECT_EQ(definition("Pair")["value"], json({1, 2}));
+        EXPECT_EQ(definition("Odd")["value"]["nm"], json({400, 700}));
+        const auto current = [&](const char* id) { return instanceOf(file, id)["channel"]["current_value"]; };
+        EXPECT_EQ(current("Hue"), json({0.25, 0, 1}));
+        EXPECT_EQ(current("Note"), "six");
+        EXPECT_EQ(current("Pair"), json({3, 4}));
+        EXPECT_EQ(current("Name"), "Ada");
+        json soft = withId(defined, "Soft")["extra"][1]["channels"];
+        EXPECT_EQ(soft[0]["channel"]["current_value"], json({0.5, 0.5, 1}));
+        EXPECT_EQ(soft[1]["channel"]["value"], json({3, 4}));
+        EXPECT_EQ(soft[1]["channel"].count("current_value"), 0u);
+        EXPECT_EQ(instanceOf(file, "Own")["extra"][0]["channels"][0]["channel"]["current_value"], "b");
+        EXPECT_EQ(instanceOf(file, "Odd").count("channel"), 0u);
+    }
+    static void expectNodeChannels(const json& file)
+    {
+        const json doll = file.at("scene").at("nodes").at(0);
+        const json original =
+            json::parse(scene).at("scene").at("nodes").at(0).at("extra").at(0).at("channels");
+        ASSERT_EQ(doll.at("label"), "Doll");
+        EXPECT_EQ(doll.at("extra").at(0).at("type"), "studio_node_channels");
+        EXPECT_EQ(doll.at("extra").at(0).at("channels"), original);
+    }
+};
+
+} // namespace
+
+TEST_F(SavedValues, of_modifiers_stay_what_they_are_and_so_do_their_definitions)
+{
+    expectAll(saved("One.duf"));
+    dzScene->clear();
+    ASSERT_TRUE(open(file("One.duf"))) << log().toStdString();
+    expectAll(saved("Two.duf"));
+    EXPECT_TRUE(log().contains(QStringLiteral(
+        "4 modifiers have values that are not one number; they are kept as they are, such as Hue")))
+        << log().toStdString();
+}
+
+TEST_F(SavedValues, of_nodes_that_the_host_knows_nothing_of_are_kept)
+{
+    expectNodeChannels(saved("One.duf"));
+    dzScene->clear();
+    ASSERT_TRUE(open(file("One.duf")));
+    expectNodeChannels(saved("Two.duf"));
+}
+
+TEST_F(SavedValues, that_are_no_numbers_are_no_dials)
+{
+    const DzNode* const cloth = dzScene->findNodeByLabel(QStringLiteral("Cloth"));
+    for (const char* const name : {"Hue", "Note", "Pair", "Odd"}) {
+        const DzModifier* const modifier = cloth->getObject()->findModifier(QLatin1String(name));
+        ASSERT_NE(modifier, nullptr) << name;
+        EXPECT_EQ(modifier->getNumProperties(), 0) << name;
+    }
+    const DzModifier* const soft = cloth->getObject()->findModifier(QStringLiteral("Soft"));
+    EXPECT_EQ(soft->findProperty(QStringLiteral("Grid")), nullptr);
+}
