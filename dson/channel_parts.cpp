@@ -15,7 +15,7 @@ std::optional<double> NumberOf(const Element& channel, std::string_view member)
     const auto found = Find(channel, member);
     const auto number = found ? AsNumber(*found) : std::nullopt;
     if (found && !number && IsOneNumber(Text(channel, "type", "float")))
-        NumberTally::addSpoilt(Text(channel, "name", Text(channel, "id")));
+        ReadingTally::addSpoilt(Text(channel, "name", Text(channel, "id")));
     return number;
 }
 
@@ -58,7 +58,7 @@ std::optional<double> GivenValue(const Element& channelOrNumber)
     if (!channelOrNumber.is_object()) {
         const auto number = AsNumber(channelOrNumber);
         if (!number && !channelOrNumber.is_null())
-            NumberTally::addSpoilt("a vector");
+            ReadingTally::addSpoilt("a vector");
         return number;
     }
     if (!MayHoldNumber(Text(channelOrNumber, "type", "float")))

@@ -145,12 +145,8 @@ void AddChannelText(const Element& modifier, Effect& effect)
 void CheckDForm(const Element& modifier, ParseContext& context)
 {
     const auto dform = Find(modifier, "dform");
-    if (!dform)
-        return;
-    const auto weights = Find(*dform, "influence_weights");
-    if (!dform->is_object() || (weights && !weights->is_object() && !weights->is_array()))
-        context.warn(Text(modifier, "id"),
-                     "is a D-Former whose members are of the wrong kind and have no effect");
+    if (dform && !dform->is_object())
+        context.warn(Text(modifier, "id"), "is a D-Former that is no object and has no effect");
 }
 
 } // namespace

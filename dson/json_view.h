@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "number_tally.h"
+#include "reading_tally.h"
 
 #include <cassert>
 #include <cmath>
@@ -105,6 +105,8 @@ void ForEach(const Element& object, std::string_view key, Visit visit)
     if (!found->is_array()) {
         if (found->is_object())
             visit(*found);
+        else
+            ReadingTally::addNoList(key);
         return;
     }
     for (const Element item : Items(*found))

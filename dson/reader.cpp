@@ -181,7 +181,7 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
     document.file = file;
     document.hasDeltas = options.deltas;
     ParseContext context{parsed.name(), options, parsed.diagnostics()};
-    const NumberTally tally;
+    const ReadingTally tally;
     CheckVersion(parsed, context);
     if (const auto info = Find(parsed.root(), "asset_info"))
         document.info = ParseAssetInfo(*info);
@@ -205,7 +205,7 @@ geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::
     // Oddities among the displacements were stepped over when the file was read without them.
     met.insert(met.end(), parsed.diagnostics().begin(), parsed.diagnostics().end());
     ParseContext context{parsed.name(), {}, met};
-    const NumberTally tally;
+    const ReadingTally tally;
     std::optional<Element> found, only;
     std::size_t count = 0;
     for (const Element& json : PartsOf(parsed.root(), "modifier_library", context.lists)) {

@@ -111,6 +111,8 @@ void ReadSkinSettings(const Element& settings, SkinBinding& binding, WeightLosse
         binding.turning = SkinBinding::Turning::ByAxis;
     else if (mode == "Blended")
         ReadBlend(settings, binding, losses, context);
+    else if (mode != "General")
+        context.warn(binding.id, fmt::format("has the unknown binding_mode {}, read as General", mode));
 }
 
 /// Which weights turn, where the settings ask for such as no joint has; tells what stands in for what.

@@ -217,9 +217,10 @@ TEST_F(OddMesh, unknown_modes_of_a_skin_are_told)
 {
     const dson::Document document =
         readDoll(Replaced(Figure(), R"("general_map_mode": "DualQuat")",
-                          R"("general_map_mode": "Quats", "scale_mode": "Both")"));
+                          R"("general_map_mode": "Quats", "scale_mode": "Both", "binding_mode": "Glue")"));
     EXPECT_EQ(told(document), (Told{"Skin: has the unknown general_map_mode Quats, read as DualQuat",
-                                    "Skin: has the unknown scale_mode Both, read as BindingMaps"}));
+                                    "Skin: has the unknown scale_mode Both, read as BindingMaps",
+                                    "Skin: has the unknown binding_mode Glue, read as General"}));
 }
 
 TEST_F(OddMesh, a_graft_with_bad_rows_is_grafted_by_the_others)

@@ -97,6 +97,16 @@ TEST_F(OddValues, texts_of_channels_of_texts_are_no_numbers)
     EXPECT_EQ(document.diagnostics, base::Diagnostics{});
 }
 
+TEST_F(OddValues, instead_of_lists_are_told)
+{
+    const std::string figure = R"("geometry_library": [{"id": "G", "vertices": 5, "polylist": {"values": "x"},
+        "polygon_groups": true, "edge_weights": {"values": {}}}], "node_library": 7,
+        "modifier_library": [{"id": "M", "formulas": "y", "channel": {"id": "value"}}, {"id": "N", "formulas": 1}])";
+    EXPECT_EQ(told(figure).back(), "has members that should be lists and are none: formulas, node_library, "
+                                   "polygon_groups, values, vertices");
+    EXPECT_EQ(told(R"("node_library": [], "modifier_library": {"id": "M", "formulas": null})"), Told{});
+}
+
 TEST_F(OddValues, of_places_are_told_and_leave_the_definition_s)
 {
     ASSERT_TRUE(load("Scenes/Odd.duf", Scene(Instance("", R"(, "label": "Doll", "translation": [
@@ -180,10 +190,10 @@ TEST_F(OddValues, of_d_formers_are_told)
     EXPECT_EQ(told(zone), (Told{"Z: has an unknown influence mode; its field counts",
                                 "Z: 3 rows of its falloff are not a distance and a strength and left out",
                                 "has 1 number as texts, read as what they say, such as \"0\""}));
-    const Told wrong{"D: is a D-Former whose members are of the wrong kind and have no effect"};
-    EXPECT_EQ(told(R"("modifier_library": [{"id": "D", "name": "D", "dform": "x"}])"), wrong);
+    EXPECT_EQ(told(R"("modifier_library": [{"id": "D", "name": "D", "dform": "x"}])"),
+              Told{"D: is a D-Former that is no object and has no effect"});
     EXPECT_EQ(told(R"("modifier_library": [{"id": "D", "name": "D", "dform": {"influence_weights": 3}}])"),
-              wrong);
+              Told{"has members that should be lists and are none: influence_weights"});
 }
 
 TEST_F(OddValues, figures_are_fitted_to_what_is_meant_and_that_is_told)

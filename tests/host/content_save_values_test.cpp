@@ -31,6 +31,8 @@ const char* const scene = R"({
             {"id": "value", "type": "float2", "name": "Pair", "value": [1, 2]}},
         {"id": "Odd", "name": "Odd", "parent": "#Cloth-g", "channel":
             {"id": "value", "type": "spectrum", "name": "Odd", "value": {"nm": [400, 700]}}},
+        {"id": "Wheel", "name": "Wheel", "parent": "#Cloth", "channel":
+            {"id": "value", "type": "dial_wheel", "name": "Wheel", "value": 0.5, "min": -3, "max": 3}},
         {"id": "Soft", "name": "Soft", "parent": "#Cloth-g", "extra": [{"type": "studio/modifier/smoothing"},
             {"type": "studio_modifier_channels", "channels": [
                 {"channel": {"id": "Tint", "type": "color", "name": "Tint", "value": [0, 0, 0]}},
@@ -57,6 +59,8 @@ const char* const scene = R"({
             {"id": "Pair-1", "url": "#Pair", "parent": "#Cloth-1-g",
              "channel": {"id": "value", "type": "float2", "current_value": [3, 4]}},
             {"id": "Odd-1", "url": "#Odd", "parent": "#Cloth-1-g"},
+            {"id": "Wheel-1", "url": "#Wheel", "parent": "#Cloth-1",
+             "channel": {"id": "value", "type": "dial_wheel", "current_value": 2}},
             {"id": "Soft-1", "url": "#Soft", "parent": "#Cloth-1-g", "extra": [
                 {"type": "studio_modifier_channels", "channels": [
                     {"channel": {"id": "Tint", "type": "color", "current_value": [0.5, 0.5, 1]}}]}]}]}})";
@@ -107,11 +111,15 @@ protected:
         EXPECT_EQ(definition("Note")["value"], "5");
         EXPECT_EQ(definition("Pair")["value"], json({1, 2}));
         EXPECT_EQ(definition("Odd")["value"]["nm"], json({400, 700}));
+        EXPECT_EQ(definition("Wheel")["type"], "dial_wheel");
+        EXPECT_EQ(definition("Wheel")["value"], 0.5);
+        EXPECT_EQ(definition("Wheel")["min"], -3);
         const auto current = [&](const char* id) { return instanceOf(file, id)["channel"]["current_value"]; };
         EXPECT_EQ(current("Hue"), json({0.25, 0, 1}));
         EXPECT_EQ(current("Note"), "six");
         EXPECT_EQ(current("Pair"), json({3, 4}));
         EXPECT_EQ(current("Name"), "Ada");
+        EXPECT_EQ(current("Wheel"), 2);
         json soft = withId(defined, "Soft")["extra"][1]["channels"];
         EXPECT_EQ(soft[0]["channel"]["current_value"], json({0.5, 0.5, 1}));
         EXPECT_EQ(soft[1]["channel"]["value"], json({3, 4}));

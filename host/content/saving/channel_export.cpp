@@ -3,13 +3,11 @@
 
 #include "channel_export.h"
 
-#include "dzboolproperty.h"
 #include "dzdform.h"
 #include "dzdformbase.h"
 #include "dzdformzone.h"
 #include "dzenumproperty.h"
 #include "dzfloatproperty.h"
-#include "dzintproperty.h"
 #include "dznode.h"
 #include "dzpresentation.h"
 #include "dzskeleton.h"
@@ -24,15 +22,6 @@ const std::array<const char*, 3> transformMembers{"translation", "rotation", "sc
 const std::array<const char*, 3> axisIds{"x", "y", "z"};
 
 namespace {
-
-std::string TypeOf(const DzNumericProperty& property)
-{
-    if (qobject_cast<const DzBoolProperty*>(&property))
-        return "bool";
-    if (qobject_cast<const DzEnumProperty*>(&property))
-        return "enum";
-    return qobject_cast<const DzIntProperty*>(&property) ? "int" : "float";
-}
 
 const DzNumericProperty& Transform(const DzNode& node, const char* member, const char* axis)
 {
@@ -100,11 +89,11 @@ dson::Channel DescribeChannel(const DzNumericProperty& property, const std::stri
 {
     dson::Channel channel;
     channel.id = id;
-    channel.type = TypeOf(property);
+    channel.type = ChannelTypeOf(property);
     channel.name = property.getName().toStdString();
     channel.label = property.getLabel().toStdString();
     channel.value = property.getDoubleDefaultValue();
-    if (channel.type == "float" || channel.type == "int") {
+    if (channel.type != "bool" && channel.type != "enum") {
         channel.min = property.getDoubleMin();
         channel.max = property.getDoubleMax();
     }
@@ -125,7 +114,7 @@ std::optional<dson::SceneChannel> DescribeChange(const DzNumericProperty& proper
 {
     dson::SceneChannel channel;
     channel.id = id;
-    channel.type = TypeOf(property);
+    channel.type = ChannelTypeOf(property);
     const bool hasOwnValue = property.getDoubleRawValue() != property.getDoubleDefaultValue();
     const bool hasChanged = HasChanged(property);
     if (!hasOwnValue && !hasChanged)

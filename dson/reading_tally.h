@@ -1,10 +1,12 @@
-// What reading the numbers of a document meets.
+// What reading a document meets all over it.
 // SPDX-License-Identifier: MIT
 
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -12,18 +14,20 @@ namespace dson {
 
 struct ParseContext;
 
-/// Numbers are read all over a document, so that its tally is not handed around: the youngest one of a thread
-/// hears of all that the thread reads.
-class NumberTally {
+/// Of numbers and lists, which are read all over a document, so that its tally is not handed around: the
+/// youngest one of a thread hears of all that the thread reads.
+class ReadingTally {
 public:
-    NumberTally();
-    ~NumberTally();
-    NumberTally(const NumberTally&) = delete;
-    NumberTally& operator=(const NumberTally&) = delete;
+    ReadingTally();
+    ~ReadingTally();
+    ReadingTally(const ReadingTally&) = delete;
+    ReadingTally& operator=(const ReadingTally&) = delete;
 
     static void addText(std::string_view text); ///< is a number
     /// @param channel  whose value should be a number and is none
     static void addSpoilt(std::string_view channel);
+    /// @param member  that should be a list and is none
+    static void addNoList(std::string_view member);
 
     void tell(ParseContext& context) const;
 
@@ -36,7 +40,8 @@ private:
     };
 
     Kind _texts, _spoilt;
-    NumberTally* _outer;
+    std::set<std::string, std::less<>> _noLists;
+    ReadingTally* _outer;
 };
 
 /// The number that a text is, but for spaces around it, which is tallied; nothing where it is none.

@@ -1,7 +1,7 @@
-// What reading the numbers of a document meets.
+// What reading a document meets all over it.
 // SPDX-License-Identifier: MIT
 
-#include "number_tally.h"
+#include "reading_tally.h"
 
 #include "parts.h"
 
@@ -13,39 +13,45 @@ namespace dson {
 
 namespace {
 
-thread_local NumberTally* youngest = nullptr;
+thread_local ReadingTally* youngest = nullptr;
 
 } // namespace
 
-NumberTally::NumberTally() : _outer(youngest)
+ReadingTally::ReadingTally() : _outer(youngest)
 {
     youngest = this;
 }
 
-NumberTally::~NumberTally()
+ReadingTally::~ReadingTally()
 {
     youngest = _outer;
 }
 
-void NumberTally::Kind::add(std::string_view what)
+void ReadingTally::Kind::add(std::string_view what)
 {
     if (count++ == 0)
         example = what;
 }
 
-void NumberTally::addText(std::string_view text)
+void ReadingTally::addText(std::string_view text)
 {
     if (youngest)
         youngest->_texts.add(text);
 }
 
-void NumberTally::addSpoilt(std::string_view channel)
+void ReadingTally::addSpoilt(std::string_view channel)
 {
     if (youngest)
         youngest->_spoilt.add(channel);
 }
 
-void NumberTally::tell(ParseContext& context) const
+void ReadingTally::addNoList(std::string_view member)
+{
+    if (youngest && youngest->_noLists.find(member) == youngest->_noLists.end())
+        youngest->_noLists.emplace(member);
+}
+
+void ReadingTally::tell(ParseContext& context) const
 {
     if (_texts.count > 0)
         context.warn({}, fmt::format("has {} as texts, read as what they say, such as \"{}\"",
@@ -55,6 +61,9 @@ void NumberTally::tell(ParseContext& context) const
             {}, fmt::format("has {}, not taken over, such as of {}",
                             Counted(_spoilt.count, "value that is no number", "values that are no numbers"),
                             _spoilt.example));
+    if (!_noLists.empty())
+        context.warn(
+            {}, fmt::format("has members that should be lists and are none: {}", fmt::join(_noLists, ", ")));
 }
 
 std::optional<double> NumberInText(std::string_view text)
@@ -67,7 +76,7 @@ std::optional<double> NumberInText(std::string_view text)
     const auto read = std::from_chars(inner.data(), inner.data() + inner.size(), number);
     if (read.ec != std::errc() || read.ptr != inner.data() + inner.size() || !FitsDial(number))
         return std::nullopt;
-    NumberTally::addText(text);
+    ReadingTally::addText(text);
     return number;
 }
 
