@@ -118,7 +118,8 @@ std::vector<std::vector<std::uint32_t>> ParsePolylines(const Element& json, std:
     });
     if (broken > 0)
         context.warn(Text(json, "id"),
-                     fmt::format("{} lines name vertices that are not there and are left out", broken));
+                     Counted(broken, "line names vertices that are not there and is left out",
+                             "lines name vertices that are not there and are left out"));
     return lines;
 }
 

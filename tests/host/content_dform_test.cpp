@@ -201,7 +201,7 @@ TEST_F(DFormers, are_saved_with_their_places_and_fields)
     const char* const zone = R"(, "influence_mode": "sphere", "falloff": [[0, 1], [0.5, 0.25], [1, 0]])";
     const DzFigure* const figure = loadScene(R"({"mask_bone": "hand"})", zone);
     ASSERT_NE(figure, nullptr);
-    EXPECT_EQ(timesLogged("1 D-Formers are evaluated without their mask bones, such as Bend"), 1);
+    EXPECT_EQ(timesLogged("1 D-Former is evaluated without its mask bone, such as Bend"), 1);
     std::vector<DzVec3> before;
     for (int vertex = 0; vertex < 8; ++vertex)
         before.push_back(VertexAt(*figure, vertex));

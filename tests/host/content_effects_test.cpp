@@ -222,7 +222,7 @@ TEST_F(Effects, what_is_not_evaluated_is_told_once_and_has_its_dials)
     EXPECT_TRUE(qobject_cast<openhost::SimulationModifier*>(modifierOf(*figure)));
     EXPECT_EQ(dial(*figure, "Freeze Simulation").getDoubleValue(), 1.0);
     EXPECT_EQ(dial(*figure, "Dynamics Strength").getDoubleValue(), 0.75);
-    EXPECT_EQ(timesLogged("1 modifiers of the kind studio/modifier/dynamic_simulation are kept but not "
+    EXPECT_EQ(timesLogged("1 modifier of the kind studio/modifier/dynamic_simulation is kept but not "
                           "evaluated, such as Mod"),
               1);
 }
@@ -232,7 +232,7 @@ TEST_F(Effects, collisions_of_smoothing_are_told_to_be_left_out)
     ASSERT_NE(loadWith(Smoothing(", " + Channel("Collision Iterations", "int", "3") + ", " +
                                  Channel("Collision Item", "node", "\"#Doll\""))),
               nullptr);
-    EXPECT_EQ(timesLogged("1 smoothing modifiers are evaluated without their collisions, such as Mod"), 1);
+    EXPECT_EQ(timesLogged("1 smoothing modifier is evaluated without its collisions, such as Mod"), 1);
     EXPECT_EQ(dial(*labelled("Doll"), "Collision Iterations").getDoubleValue(), 3.0);
 }
 
@@ -243,7 +243,7 @@ TEST_F(Effects, smoothing_beyond_what_it_can_do_is_held_and_told)
                        Channel("Weight", "float", "4") + ", " + Channel("Smoothing Iterations", "int", "1")));
     ASSERT_NE(figure, nullptr);
     ExpectAt(VertexAt(*figure, 3), 5, 10, 0);
-    EXPECT_EQ(timesLogged("1 smoothing modifiers are held within a weight of 1 and 1000 rounds, such as Mod"),
+    EXPECT_EQ(timesLogged("1 smoothing modifier is held within a weight of 1 and 1000 rounds, such as Mod"),
               1);
 }
 
@@ -255,7 +255,7 @@ TEST_F(Effects, for_a_mesh_that_is_not_there_are_told)
         Smoothing() + R"(}], "scene": {"nodes": [{"id": "Empty-1", "url": "#Empty"}],
         "modifiers": [{"id": "Mod-1", "url": "#Mod", "parent": "#Empty-1"}]})";
     ASSERT_TRUE(load("Scenes/Empty.duf", File(text, "scene")));
-    EXPECT_EQ(timesLogged("1 modifiers are for a mesh that is not there and are left out, such as Mod"), 1);
+    EXPECT_EQ(timesLogged("1 modifier is for a mesh that is not there and is left out, such as Mod"), 1);
 }
 
 TEST_F(Effects, of_unknown_kinds_are_no_dials_and_are_told)
@@ -263,10 +263,10 @@ TEST_F(Effects, of_unknown_kinds_are_no_dials_and_are_told)
     const struct {
         const char *members, *told;
     } cases[] = {
-        {R"("wind": {"speed": 3})", "1 modifiers of the unknown kind wind are kept but not evaluated"},
+        {R"("wind": {"speed": 3})", "1 modifier of the unknown kind wind is kept but not evaluated"},
         {R"("extra": {"type": "acme/gravity", "g": 9.8})",
-         "1 modifiers of the unknown kind acme/gravity are kept but not evaluated"},
-        {"", "1 modifiers do not say what they do; they are kept as they are"},
+         "1 modifier of the unknown kind acme/gravity is kept but not evaluated"},
+        {"", "1 modifier does not say what it does; it is kept as it is"},
     };
     for (const auto& one : cases) {
         const DzFigure* const figure = loadWith(one.members);
@@ -377,5 +377,5 @@ TEST_F(Effects, a_preset_for_a_mesh_fails_on_what_has_none)
                       Smoothing() + R"(}], "scene": {"modifiers": [{"id": "Soft-1", "url": "#Soft",
         "parent": "name://@selection:"}]})",
                   "preset_properties")));
-    EXPECT_TRUE(logged("1 modifiers are for a mesh that is not there and are left out, such as Soft"));
+    EXPECT_TRUE(logged("1 modifier is for a mesh that is not there and is left out, such as Soft"));
 }

@@ -97,7 +97,8 @@ DzModifier* EffectMaker::make(const dson::Effect& effect, const std::string& nam
                               const std::string& path)
 {
     if (!_object) {
-        omit("modifiers are for a mesh that is not there and are left out", name);
+        omit("modifier is for a mesh that is not there and is left out",
+             "modifiers are for a mesh that is not there and are left out", name);
         return nullptr;
     }
     std::unique_ptr<DzModifier> modifier = ModifierOf(effect.kind);
@@ -193,7 +194,8 @@ void EffectMaker::setUp(DzModifier& modifier)
 {
     const auto* const smoother = qobject_cast<SmoothingModifier*>(&modifier);
     if (smoother && smoother->exceedsLimits())
-        omit("smoothing modifiers are held within a weight of 1 and 1000 rounds",
+        omit("smoothing modifier is held within a weight of 1 and 1000 rounds",
+             "smoothing modifiers are held within a weight of 1 and 1000 rounds",
              modifier.getName().toStdString());
     if (auto* const pushing = qobject_cast<PushModifier*>(&modifier))
         setUpPush(*pushing, *FileEffect::of(modifier));
@@ -205,42 +207,49 @@ void EffectMaker::setUp(DzModifier& modifier)
 
 void EffectMaker::note(const dson::Effect& effect, const std::string& name)
 {
-    std::string what;
+    const auto kept = [&](const std::string& one, const std::string& many) { omit(one, many, name); };
     const auto& channels = effect.channels;
     const bool collides = std::any_of(channels.begin(), channels.end(), [](const dson::EffectChannel& one) {
         return FoldCase(one.channel.name).find("collision") != std::string::npos;
     });
     if (effect.kind == smoothing && collides)
-        what = "smoothing modifiers are evaluated without their collisions";
+        kept("smoothing modifier is evaluated without its collisions",
+             "smoothing modifiers are evaluated without their collisions");
     else if (IsKept(effect.kind))
-        what = fmt::format("modifiers of the kind {} are kept but not evaluated", effect.kind);
+        kept(fmt::format("modifier of the kind {} is kept but not evaluated", effect.kind),
+             fmt::format("modifiers of the kind {} are kept but not evaluated", effect.kind));
     else if (effect.kind == "channel")
-        what = "modifiers have values that are not one number; they are kept as they are";
+        kept("modifier has a value that is not one number; it is kept as it is",
+             "modifiers have values that are not one number; they are kept as they are");
     else if (effect.kind.empty())
-        what = "modifiers do not say what they do; they are kept as they are";
+        kept("modifier does not say what it does; it is kept as it is",
+             "modifiers do not say what they do; they are kept as they are");
     else if (effect.kind != smoothing && effect.kind != push && effect.kind != "dform")
-        what = fmt::format("modifiers of the unknown kind {} are kept but not evaluated", effect.kind);
-    if (!what.empty())
-        omit(what, name);
+        kept(fmt::format("modifier of the unknown kind {} is kept but not evaluated", effect.kind),
+             fmt::format("modifiers of the unknown kind {} are kept but not evaluated", effect.kind));
     const auto& members = effect.members;
     const bool isMasked = std::any_of(members.begin(), members.end(), [](const auto& member) {
         return member.first == "dform" && member.second.find("\"mask_bone\"") != std::string::npos;
     });
     if (isMasked)
-        omit("D-Formers are evaluated without their mask bones", name);
+        omit("D-Former is evaluated without its mask bone",
+             "D-Formers are evaluated without their mask bones", name);
 }
 
-void EffectMaker::omit(const std::string& what, const std::string& name)
+void EffectMaker::omit(const std::string& one, const std::string& many, const std::string& name)
 {
-    Omission& omission = _omitted[what];
-    if (omission.count++ == 0)
+    Omission& omission = _omitted[many];
+    if (omission.count++ == 0) {
+        omission.one = one;
         omission.example = name;
+    }
 }
 
 void EffectMaker::report()
 {
-    for (const auto& omitted : _omitted)
-        _warn(fmt::format("{} {}, such as {}", omitted.second.count, omitted.first, omitted.second.example));
+    for (const auto& [many, omission] : _omitted)
+        _warn(dson::Counted(omission.count, omission.one.c_str(), many.c_str()) + ", such as " +
+              omission.example);
     _omitted.clear();
 }
 

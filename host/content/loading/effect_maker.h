@@ -47,7 +47,7 @@ public:
 private:
     struct Omission {
         std::size_t count = 0;
-        std::string example;
+        std::string one, example;
     };
 
     void addChannel(DzModifier& modifier, FileEffect& file, const dson::EffectChannel& channel);
@@ -56,11 +56,12 @@ private:
     /// Null, and told, when they are not for the object's mesh.
     DzWeightMapPtr weightsOf(const dson::InfluenceMap& map, const DzModifier& modifier) const;
     void note(const dson::Effect& effect, const std::string& name);
-    void omit(const std::string& what, const std::string& name);
+    /// @param one, many  what is told of one such modifier, and of several
+    void omit(const std::string& one, const std::string& many, const std::string& name);
 
     DzObject* _object;
     Warn _warn;
-    std::map<std::string, Omission> _omitted; ///< by what is to be told
+    std::map<std::string, Omission> _omitted; ///< by what is to be told of many
 };
 
 } // namespace openhost

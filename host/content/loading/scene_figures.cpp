@@ -110,8 +110,10 @@ void SceneFigures::prepare()
         dial(instance);
     markFavorites();
     if (!_beyondLimits.empty())
-        _report.warn(fmt::format("{} values are beyond the limits of their dials, which hold them{}",
-                                 _beyondLimits.size(), Examples(_beyondLimits)));
+        _report.warn(dson::Counted(_beyondLimits.size(),
+                                   "value is beyond the limits of its dial, which holds it",
+                                   "values are beyond the limits of their dials, which hold them") +
+                     Examples(_beyondLimits));
     for (const LoadedFigure& figure : _figures.all())
         _report.addDuplicates(figure.assembly.duplicateOutputs());
     _report.tell(_document->leftOut, isEmpty());
@@ -299,8 +301,8 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
         property->setPath(ToQ(instance.group));
     if (instance.value)
         setValue(assembly, *property, *instance.value);
-    if (IsHeldByLimits(*property))
-        noteBeyondLimits({property->getLabel().toStdString()});
+    if (const DzNumericProperty& turned = AliasEnd(*property); IsHeldByLimits(turned))
+        noteBeyondLimits({turned.getLabel().toStdString()});
 }
 
 void SceneFigures::noteBeyondLimits(const std::vector<std::string>& labels)
