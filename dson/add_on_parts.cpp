@@ -45,30 +45,40 @@ bool IsForAfterwards(const Element& extra)
 }
 
 /// Writers wrap the settings of add-ons and scripts in ever other ways, so any path of the right kind counts.
-std::vector<std::string> Collect(const Element& scene, std::initializer_list<std::string_view> extensions)
+void AddPaths(const Element& extra, std::initializer_list<std::string_view> extensions,
+              std::vector<std::string>& paths)
 {
-    std::vector<std::string> paths;
-    ForEach(scene, "extra", [&](const Element& extra) {
-        if (IsForAfterwards(extra))
-            ForEachPath(extra, [&](const std::string& path) {
-                if (HasExtension(path, extensions) &&
-                    std::find(paths.begin(), paths.end(), path) == paths.end())
-                    paths.push_back(path);
-            });
-    });
-    return paths;
+    if (IsForAfterwards(extra))
+        ForEachPath(extra, [&](const std::string& path) {
+            if (HasExtension(path, extensions) && std::find(paths.begin(), paths.end(), path) == paths.end())
+                paths.push_back(path);
+        });
 }
 
 } // namespace
 
-std::vector<std::string> CollectAddOns(const Element& scene)
+bool NamesAddOns(const Element& extra)
 {
-    return Collect(scene, {".duf", ".dsf"});
+    std::vector<std::string> paths;
+    AddPaths(extra, {".duf", ".dsf"}, paths);
+    return !paths.empty();
 }
 
-std::vector<std::string> CollectScripts(const Element& scene)
+std::vector<std::string> CollectAddOns(const Element& scene)
 {
-    return Collect(scene, {".dsa", ".dse", ".dsb", ".ds", ".js"});
+    std::vector<std::string> paths;
+    ForEach(scene, "extra", [&](const Element& extra) { AddPaths(extra, {".duf", ".dsf"}, paths); });
+    return paths;
+}
+
+std::vector<std::string> CollectScripts(const Element& scene, bool besideAddOns)
+{
+    std::vector<std::string> paths;
+    ForEach(scene, "extra", [&](const Element& extra) {
+        if (NamesAddOns(extra) == besideAddOns)
+            AddPaths(extra, {".dsa", ".dse", ".dsb", ".ds", ".js"}, paths);
+    });
+    return paths;
 }
 
 bool HasFollowUps(const Element& scene)

@@ -48,6 +48,7 @@ std::optional<AnimatedValue> ParseAnimation(const Element& json, std::size_t& st
     if (keys.empty() || animation.url.empty())
         return std::nullopt;
     strange += others;
+    animation.isMoving = keys.size() + others > 1;
     animation.value = ValueAtZero(std::move(keys));
     return animation;
 }

@@ -78,8 +78,9 @@ IfIs<T, Modifier> ForMembers(Archive& archive, T& modifier)
 template <class Archive, class T>
 IfIs<T, ModifierInstance> ForMembers(Archive& archive, T& instance)
 {
-    auto& [id, url, parent, name, group, value, change, formulas, effect] = instance;
+    auto& [id, url, parent, name, group, value, change, formulas, effect, kept] = instance;
     static_cast<void>(effect);
+    static_cast<void>(kept); // none without nodes
     archive(id, url, parent, name, group, value, change, formulas);
 }
 
@@ -94,7 +95,8 @@ template <class Archive, class T>
 IfIs<T, Document> ForMembers(Archive& archive, T& document)
 {
     auto& [file, info, geometries, nodes, modifiers, skins, influenceMaps, nodeInstances, modifierInstances,
-           animations, addOns, leftOut, diagnostics, hasDeltas] = document;
+           animations, addOns, kept, leftOut, diagnostics, hasDeltas] = document;
+    static_cast<void>(kept); // none without nodes
     static_cast<void>(file); // known to who asks
     static_cast<void>(geometries);
     static_cast<void>(nodes);

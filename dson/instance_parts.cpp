@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "channel_parts.h"
+#include "kept_parts.h"
 #include "parts.h"
 
 #include <algorithm>
@@ -82,6 +83,7 @@ GeometryInstance ParseGeometryInstance(const Element& json, ParseContext& contex
     for (int i = 0; i < 3 && setting != geometry.channels.end(); ++i)
         if (setting->second == i)
             geometry.edgeInterpolation = edgeInterpolationModes[i];
+    geometry.kept = KeptOfGeometry(json);
     return geometry;
 }
 
@@ -119,6 +121,7 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
     }
     instance.formulas = ParseFormulas(json, context);
     instance.dform = ParseDFormPart(json, context);
+    instance.kept = KeptOfNode(json);
     return instance;
 }
 

@@ -66,7 +66,10 @@ std::optional<AnimatedValue> ParseAnimation(const Element& json, std::size_t& st
 /// Decoded paths of the files that a scene wants to be loaded after it, each once.
 std::vector<std::string> CollectAddOns(const Element& scene);
 /// Likewise of the scripts that it wants to be run.
-std::vector<std::string> CollectScripts(const Element& scene);
+/// @param besideAddOns  those of entries that name add-ons, too, or of the others
+std::vector<std::string> CollectScripts(const Element& scene, bool besideAddOns);
+/// Whether an entry of the scene's `extra` is for such files.
+bool NamesAddOns(const Element& extra);
 /// Whether it wants anything to be done after it.
 bool HasFollowUps(const Element& scene);
 

@@ -6,6 +6,7 @@
 #include "base/errors.h"
 #include "dson/file_text.h"
 #include "dson/uri.h"
+#include "kept_parts.h"
 #include "parsed_text.h"
 #include "parts.h"
 #include "uv.h"
@@ -111,52 +112,85 @@ std::size_t CountItems(const Element& owner, std::string_view key)
     return count;
 }
 
-/// Parts that have no bearing on shapes and poses.
-void NoteLeftOut(const Element& scene, Document& document)
+std::size_t CountProjections(const Element& scene)
 {
-    if (const std::size_t count = CountItems(scene, "materials"))
-        document.leftOut.push_back(Counted(count, "material", "materials"));
-    if (const std::size_t count = CountItems(scene, "uvs"))
-        document.leftOut.push_back(Counted(count, "UV set", "UV sets"));
     std::size_t projections = 0;
     ForEach(scene, "nodes", [&projections](const Element& node) {
         ForEach(node, "extra", [&projections](const Element& extra) {
             projections += Text(extra, "type") == "studio_follower_projection_options";
         });
     });
-    if (projections > 0)
-        document.leftOut.push_back(Counted(projections, "choice of how a follower takes shapes over",
-                                           "choices of how followers take shapes over"));
-    const std::vector<std::string> scripts = CollectScripts(scene);
-    if (!scripts.empty())
-        document.leftOut.push_back(fmt::format("{} to be run after loading, such as {}",
-                                               Counted(scripts.size(), "script", "scripts"),
-                                               scripts.front()));
-    else if (HasFollowUps(scene) && document.addOns.empty())
-        document.leftOut.push_back("what is to be run or added after loading");
+    return projections;
 }
 
-void ReadScene(const Element& scene, Document& document, ParseContext& context)
+std::string CountedScripts(const std::vector<std::string>& scripts)
 {
-    for (const Element& json : PartsOf(scene, "nodes", context.lists))
-        document.nodeInstances.push_back(ParseNodeInstance(json, context));
-    for (const Element& json : PartsOf(scene, "modifiers", context.lists))
-        document.modifierInstances.push_back(ParseModifierInstance(json, context));
+    return fmt::format("{} to be run after loading, such as {}", Counted(scripts.size(), "script", "scripts"),
+                       scripts.front());
+}
+
+/// Parts that have no bearing on shapes and poses.
+/// @param idle  takes those that are written again when the scene is saved
+void NoteLeftOut(const Element& scene, Document& document, std::vector<std::string>& idle)
+{
+    if (const std::size_t count = CountItems(scene, "materials"))
+        idle.push_back(Counted(count, "material", "materials"));
+    if (const std::size_t count = CountItems(scene, "uvs"))
+        idle.push_back(Counted(count, "UV set", "UV sets"));
+    if (const std::size_t count = CountProjections(scene))
+        idle.push_back(Counted(count, "choice of how a follower takes shapes over",
+                               "choices of how followers take shapes over"));
+    const std::vector<std::string> besideAddOns = CollectScripts(scene, true);
+    const std::vector<std::string> scripts = CollectScripts(scene, false);
+    if (!besideAddOns.empty())
+        document.leftOut.push_back(CountedScripts(besideAddOns));
+    if (!scripts.empty())
+        idle.push_back(CountedScripts(scripts));
+    else if (besideAddOns.empty() && HasFollowUps(scene) && document.addOns.empty())
+        idle.push_back("what is to be run or added after loading");
+}
+
+void ReadAnimations(const Element& scene, bool isKept, Document& document, ParseContext& context,
+                    std::vector<std::string>& idle)
+{
     std::size_t strange = 0, strangeKeys = 0;
     for (const Element& json : PartsOf(scene, "animations", context.lists)) {
-        if (auto animation = ParseAnimation(json, strangeKeys))
-            document.animations.push_back(std::move(*animation));
-        else
+        auto animation = ParseAnimation(json, strangeKeys);
+        if (!animation) {
             ++strange;
+            continue;
+        }
+        if (isKept)
+            animation->text = simdjson::minify(json);
+        document.animations.push_back(std::move(*animation));
     }
-    for (std::string& addOn : CollectAddOns(scene))
-        document.addOns.push_back(std::move(addOn));
-    NoteLeftOut(scene, document);
     if (strangeKeys > 0)
         context.warn({}, fmt::format("{} not a time and a number and left out",
                                      Counted(strangeKeys, "key of animations is", "keys of animations are")));
     if (strange > 0)
-        document.leftOut.push_back(Counted(strange, "value that is no number", "values that are no numbers"));
+        idle.push_back(Counted(strange, "value that is no number", "values that are no numbers"));
+}
+
+/// What it has beside nodes is kept where it is no preset for others.
+void ReadScene(const Element& root, const Element& scene, Document& document, ParseContext& context)
+{
+    for (const Element& json : PartsOf(scene, "nodes", context.lists))
+        document.nodeInstances.push_back(ParseNodeInstance(json, context));
+    const bool isKept = !document.nodeInstances.empty();
+    for (const Element& json : PartsOf(scene, "modifiers", context.lists)) {
+        document.modifierInstances.push_back(ParseModifierInstance(json, context));
+        if (isKept)
+            document.modifierInstances.back().kept = KeptOfModifier(json);
+    }
+    for (std::string& addOn : CollectAddOns(scene))
+        document.addOns.push_back(std::move(addOn));
+    std::vector<std::string> idle;
+    NoteLeftOut(scene, document, idle);
+    ReadAnimations(scene, isKept, document, context, idle);
+    if (isKept)
+        document.kept = KeptOfFile(root, std::move(idle));
+    else
+        document.leftOut.insert(document.leftOut.end(), idle.begin(), idle.end());
 }
 
 void TellOfLists(const Element& root, ParseContext& context)
@@ -187,7 +221,7 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
         document.info = ParseAssetInfo(*info);
     ReadLibraries(parsed.root(), document, context);
     for (const Element& scene : ScenesOf(parsed.root(), context.lists))
-        ReadScene(scene, document, context);
+        ReadScene(parsed.root(), scene, document, context);
     TellOfLists(parsed.root(), context);
     CheckIds(document, context);
     document.influenceMaps = CollectInfluenceMaps(parsed.root(), context);

@@ -7,6 +7,7 @@
 #include "dson/gzip.h"
 #include "dson/uri.h"
 #include "emit.h"
+#include "kept_parts.h"
 #include "uv.h"
 
 #include <cmath>
@@ -78,6 +79,7 @@ Json EmitSceneGeometry(const SceneGeometry& geometry)
     json["edge_interpolation_mode"] = geometry.edgeInterpolation;
     if (!geometry.resolution.empty())
         json["extra"].push_back(EmitChannels("studio_geometry_channels", geometry.resolution));
+    AddKept(json, geometry.kept);
     return json;
 }
 
@@ -104,6 +106,7 @@ Json EmitSceneNode(const SceneNode& node)
     }
     if (!node.favorites.empty())
         json["extra"].push_back(EmitFavorites(node.favorites));
+    AddKept(json, node.kept);
     return json;
 }
 
@@ -116,6 +119,7 @@ Json EmitSceneModifier(const SceneModifier& modifier)
         json["channel"] = EmitSceneChannel(*modifier.channel);
     if (modifier.effect)
         AddEffect(json, *modifier.effect);
+    AddKept(json, modifier.kept);
     return json;
 }
 
@@ -132,25 +136,39 @@ void AddList(Json& json, const char* member, const Items& items, Emit emit)
         json[member].push_back(emit(item));
 }
 
+Json EmitPart(const KeptPart& part)
+{
+    return RawText(part.text);
+}
+
 } // namespace
 
 void WriteScene(const SceneAsset& scene, const std::filesystem::path& file, const WriteOptions& options)
 {
     Json json = EmitFileHead(scene.info);
+    AddKept(json["asset_info"], scene.kept.info);
     AddList(json, "geometry_library", scene.geometries, EmitGeometry);
     for (const Geometry& geometry : scene.geometries)
         if (!geometry.texCoords.cornerIndices.empty())
             json["uv_set_library"].push_back(EmitUvSet(geometry, ParseUri(geometry.defaultUvSet).id));
+    AddList(json, "uv_set_library", scene.kept.uvSets, EmitPart);
     AddList(json, "node_library", scene.nodes, EmitNode);
     AddList(json, "modifier_library", scene.skins, [](const SkinDefinition& skin) {
         return EmitSkin(skin.binding, skin.node, skin.geometry, skin.selectionMap);
     });
     AddList(json, "modifier_library", scene.modifiers, EmitModifier);
+    AddList(json, "image_library", scene.kept.images, EmitPart);
+    AddList(json, "material_library", scene.kept.materialDefinitions, EmitPart);
     Json content = Json::object();
     AddList(content, "nodes", scene.sceneNodes, EmitSceneNode);
+    AddList(content, "uvs", scene.kept.uvs, EmitPart);
     AddList(content, "modifiers", scene.sceneModifiers, EmitSceneModifier);
+    AddList(content, "materials", scene.kept.materials, EmitPart);
     AddList(content, "animations", scene.animations, EmitAnimation);
+    AddList(content, "animations", scene.kept.animations, EmitPart);
+    AddKept(content, scene.kept.scene);
     json["scene"] = std::move(content);
+    AddKept(json, scene.kept.file);
     const std::string text = ToText(json);
     base::WriteFileAtomically(file, options.compress ? Compress(text) : text);
 }

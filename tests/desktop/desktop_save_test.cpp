@@ -246,8 +246,7 @@ TEST_F(DesktopSave, asks_before_what_could_not_be_read_is_lost)
     pressSave();
     EXPECT_EQ(question.text,
               QStringLiteral("Not everything in \u201C%1\u201D could be read, and saving would "
-                             "lose the rest:\n\n/no/such.dsf is in no content library\n"
-                             "left out: 1 material")
+                             "lose the rest:\n\n/no/such.dsf is in no content library")
                   .arg(file("Lossy.duf")));
     EXPECT_EQ(bytesOf("Lossy.duf"), before);
     EXPECT_TRUE(isChanged());

@@ -107,8 +107,8 @@ TEST_F(AddOns, may_be_lists_of_further_ones)
 TEST_F(AddOns, leave_scripts_alone_and_say_so)
 {
     ASSERT_TRUE(openWith("", "/data/Nord/Load%20All.DSE"));
-    EXPECT_TRUE(
-        logged("Doll.duf: left out: 1 script to be run after loading, such as /data/Nord/Load All.DSE"))
+    EXPECT_TRUE(logged("Doll.duf: kept for saving and without effect here: 1 script to be run after loading, "
+                       "such as /data/Nord/Load All.DSE"))
         << log().toStdString();
 }
 

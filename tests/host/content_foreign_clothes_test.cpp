@@ -76,7 +76,8 @@ TEST_F(ForeignScene, what_is_not_read_of_how_clothes_take_shapes_over_is_told)
     ASSERT_TRUE(load("Scenes/Dressed.duf", Scene(shirt(R"(, "conform_target": "#Doll",
         "extra": [{"type": "studio_node_channels"}, {"type": "studio_follower_projection_options"}])") +
                                                  ", " + Instance())));
-    EXPECT_TRUE(logged("Dressed.duf: left out: 1 choice of how a follower takes shapes over"));
+    EXPECT_TRUE(logged("Dressed.duf: kept for saving and without effect here: 1 choice of how a follower "
+                       "takes shapes over"));
 }
 
 TEST_F(ForeignScene, a_graft_takes_the_place_of_what_it_hides)

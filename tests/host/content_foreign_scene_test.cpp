@@ -302,7 +302,8 @@ TEST_F(ForeignScene, parts_that_are_no_matter_of_shape_are_told_in_one_line)
         "animations": [{"url": "name://@selection#materials/Skin:?diffuse/image", "keys": [[0, "x.png"]]}],
         "extra": [{"type": "scene_post_load_script", "name": "x", "script": "data/x.dse"}])";
     ASSERT_TRUE(load("Scenes/Painted.duf", Scene(Instance(), more)));
-    EXPECT_EQ(timesLogged("Painted.duf: left out: 2 materials, 1 UV set, 1 script to be run after loading, "
+    EXPECT_EQ(timesLogged("Painted.duf: kept for saving and without effect here: 2 materials, 1 UV set, 1 "
+                          "script to be run after loading, "
                           "such as data/x.dse, 1 value "
                           "that is no number"),
               1)

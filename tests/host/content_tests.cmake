@@ -18,6 +18,8 @@ gantrel_add_tests(host_content_tests
         content_foreign_scene_test.cpp
         content_hostile_test.cpp
         content_index_test.cpp
+        content_keep_test.cpp
+        content_keep_odd_test.cpp
         content_odd_mesh_test.cpp
         content_odd_parts_test.cpp
         content_odd_values_test.cpp

@@ -5,9 +5,11 @@
 
 #include "base/diagnostic.h"
 #include "dson/asset.h"
+#include "dson/kept.h"
 
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -34,6 +36,7 @@ struct GeometryInstance {
     std::optional<int> subdivisionLevel;
     std::string edgeInterpolation; ///< empty for the definition's
     ChannelValues channels;        ///< of the resolution settings, by channel id
+    KeptMembers kept;
 };
 
 struct NodeInstance {
@@ -51,6 +54,7 @@ struct NodeInstance {
     std::vector<Formula> formulas;
     std::vector<GeometryInstance> geometries;
     std::optional<DFormPart> dform;
+    KeptMembers kept; ///< channels among them, also of those above
 };
 
 struct ModifierInstance {
@@ -60,12 +64,15 @@ struct ModifierInstance {
     ChannelChange change;
     std::vector<Formula> formulas;
     std::optional<Effect> effect; ///< what its `extra` says; of no kind where that is the definition's
+    KeptMembers kept;             ///< in a scene with nodes
 };
 
 /// A preset's entry: a property's URI and its value at time 0.
 struct AnimatedValue {
     std::string url;
     double value = 0.0;
+    std::string text;      ///< JSON of the entry, in a scene with nodes
+    bool isMoving = false; ///< it has several keys
 };
 
 /// A skin binding and what it binds.
@@ -91,9 +98,10 @@ struct Document {
 
     std::vector<std::string> addOns; ///< decoded paths of the files that are to be loaded after this one
 
-    std::vector<std::string> leftOut; ///< what else there is, such as "3 materials"
-    base::Diagnostics diagnostics;    ///< what was met in reading it
-    bool hasDeltas = true;            ///< morphs came with their displacements
+    std::shared_ptr<const KeptContent> kept; ///< of a scene with nodes; null for nothing
+    std::vector<std::string> leftOut;        ///< what else there is, such as "3 materials"
+    base::Diagnostics diagnostics;           ///< what was met in reading it
+    bool hasDeltas = true;                   ///< morphs came with their displacements
 };
 
 /// An entry of Document::leftOut: "1 material", "3 materials".

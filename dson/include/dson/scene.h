@@ -27,6 +27,7 @@ struct SceneGeometry {
     int subdivisionLevel = 0;
     std::string edgeInterpolation = "no_interpolation";
     std::vector<SceneChannel> resolution;
+    KeptMembers kept;
 };
 
 /// URLs and references are URI text.
@@ -41,6 +42,7 @@ struct SceneNode {
     std::vector<std::string> favorites;   ///< names of dials that the user has marked
     std::vector<Formula> formulas;
     std::optional<SceneGeometry> geometry;
+    KeptMembers kept;
 };
 
 struct SceneModifier {
@@ -49,6 +51,7 @@ struct SceneModifier {
     std::string group;  ///< where its dial has been put; empty if it stands where the definition has it
     std::optional<SceneChannel> channel;
     std::optional<Effect> effect; ///< where it differs from the definition's
+    KeptMembers kept;
 };
 
 /// Definitions of what has no data file of its own, and the instances.
@@ -61,6 +64,7 @@ struct SceneAsset {
     std::vector<SceneNode> sceneNodes;
     std::vector<SceneModifier> sceneModifiers;
     std::vector<AnimatedValue> animations;
+    KeptContent kept; ///< with ids that nothing else has
 };
 
 /// Writes the file beside its place and renames it, so that a present file stays whole when that fails.

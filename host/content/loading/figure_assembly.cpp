@@ -104,6 +104,11 @@ void FigureAssembly::applyEffect(const dson::ModifierInstance& instance, const s
     _impl->modifiers.applyEffect(instance, uriPath);
 }
 
+DzModifier* FigureAssembly::findEffect(const dson::Uri& uri) const
+{
+    return _impl->modifiers.findEffect(uri);
+}
+
 void FigureAssembly::addFormulas(const std::vector<dson::Formula>& formulas,
                                  const std::shared_ptr<const dson::Document>& owner)
 {

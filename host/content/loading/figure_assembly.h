@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+class DzModifier;
 class DzNode;
 class DzObject;
 
@@ -47,6 +48,8 @@ public:
     /// Makes an instance's values those of a modifier that is neither morph nor dial.
     /// @param uriPath  decoded path of the file that defines it
     void applyEffect(const dson::ModifierInstance& instance, const std::string& uriPath);
+    /// The modifier that is neither morph nor dial; null for none.
+    DzModifier* findEffect(const dson::Uri& uri) const;
     /// Adds formulas of an instance of this figure; those that are there already count once.
     void addFormulas(const std::vector<dson::Formula>& formulas,
                      const std::shared_ptr<const dson::Document>& owner);

@@ -32,12 +32,15 @@ public:
     /// Sets what an instance says, on a modifier of its own where nothing defines it.
     void apply(const dson::ModifierInstance& instance, const std::string& path);
 
+    /// The modifier that a URL means; null for none.
+    /// @param path  decoded path of the file that the URL names
+    DzModifier* find(const dson::Uri& url, const std::string& path) const;
+
     /// Tells what is not evaluated, one line a kind.
     void report();
 
 private:
     void enter(DzModifier& modifier, const std::string& id, const std::string& path);
-    DzModifier* find(const dson::Uri& url, const std::string& path) const; ///< null for none
 
     const FigureNodes& _nodes;
     FigureDials& _dials;

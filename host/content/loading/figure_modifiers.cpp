@@ -207,6 +207,11 @@ void FigureModifiers::applyEffect(const dson::ModifierInstance& instance, const 
     _effects.apply(instance, path);
 }
 
+DzModifier* FigureModifiers::findEffect(const dson::Uri& url) const
+{
+    return _effects.find(url, url.path);
+}
+
 bool FigureModifiers::addMorph(const dson::Modifier& modifier, const std::string& name,
                                const dson::Document& file, const std::string& path)
 {

@@ -39,6 +39,7 @@ public:
     /// Makes an instance's values those of the modifier that is neither morph nor dial; what no file defines
     /// is made from the instance.
     void applyEffect(const dson::ModifierInstance& instance, const std::string& path);
+    DzModifier* findEffect(const dson::Uri& url) const; ///< null for none
 
     /// Notes that a shape, which is not there, is dialled in.
     /// @param why  nothing for what its file has and is no shape of this figure

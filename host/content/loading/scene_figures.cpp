@@ -10,6 +10,7 @@
 #include "dzobject.h"
 #include "dzscene.h"
 #include "dzskeleton.h"
+#include "dzskinbinding.h"
 #include "figure/fitting.h"
 #include "figure/pipeline.h"
 #include "instance_order.h"
@@ -90,12 +91,21 @@ std::shared_ptr<const dson::Document> WithOwnDeltas(std::shared_ptr<const dson::
     return hasMorphs ? std::make_shared<const dson::Document>(dson::ReadDocument(document->file)) : document;
 }
 
+DzSkinBinding* SkinOf(const DzNode& figure)
+{
+    const DzObject* const object = figure.getObject();
+    for (int i = 0; object && i < object->getNumModifiers(); ++i)
+        if (auto* const skin = qobject_cast<DzSkinBinding*>(object->getModifier(i)))
+            return skin;
+    return nullptr;
+}
+
 } // namespace
 
 SceneFigures::SceneFigures(AssetLibrary& library, std::shared_ptr<const dson::Document> document,
                            DzNode* selected)
     : _library(library), _document(WithOwnDeltas(std::move(document))), _selected(selected),
-      _report(_document->file.string())
+      _report(_document->file.string()), _kept(*_document)
 {
 }
 
@@ -116,6 +126,8 @@ void SceneFigures::prepare()
                      Examples(_beyondLimits));
     for (const LoadedFigure& figure : _figures.all())
         _report.addDuplicates(figure.assembly.duplicateOutputs());
+    if (const std::string idle = _kept.idleParts(); !idle.empty() && !isEmpty())
+        _report.warn("kept for saving and without effect here: " + idle);
     _report.tell(_document->leftOut, isEmpty());
 }
 
@@ -239,6 +251,7 @@ void SceneFigures::applyInstance(const dson::NodeInstance& instance, DzNode& nod
     noteBeyondLimits(ApplyInstance(instance, node, [&](DzNumericProperty& property, double value) {
         setValue(_figures.all()[figure].assembly, property, value);
     }));
+    _kept.enter(instance, node);
     if (!instance.favorites.empty())
         _withFavorites.emplace_back(&instance, Place{figure, &node});
 }
@@ -284,10 +297,11 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
     const dson::Uri url = uriOf(instance);
     // Every figure has one; it would be looked for among all dials by all that they are called.
     if (assembly.hasSkin(url))
-        return;
+        return keep(instance, assembly, url, nullptr);
     DzNumericProperty* const property = findDial(assembly, url, *place->node);
     if (instance.effect)
         assembly.applyEffect(instance, url.path);
+    keep(instance, assembly, url, property);
     if (!property) {
         if (instance.value && !url.id.empty())
             assembly.loseShape(url, _library.whyMissing(url, _document->file), *instance.value);
@@ -308,6 +322,18 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
 void SceneFigures::noteBeyondLimits(const std::vector<std::string>& labels)
 {
     _beyondLimits.insert(_beyondLimits.end(), labels.begin(), labels.end());
+}
+
+void SceneFigures::keep(const dson::ModifierInstance& instance, const FigureAssembly& assembly,
+                        const dson::Uri& url, DzNumericProperty* dial) const
+{
+    QObject* owner = assembly.hasSkin(url) ? SkinOf(assembly.root()) : nullptr;
+    if (!owner)
+        owner = assembly.findEffect(url);
+    if (!owner)
+        owner = dial;
+    if (owner)
+        _kept.enter(instance, *owner);
 }
 
 void SceneFigures::dialSelection()
@@ -456,17 +482,19 @@ void SceneFigures::tellGraft(const DzNode& node) const
         _report.tellLogged(node.getLabel().toStdString() + " " + problem);
 }
 
-void SceneFigures::animate() const
+void SceneFigures::animate()
 {
     if (_figures.empty())
         return;
-    const PresetTarget first(*_figures.all().front().node);
+    DzNode& figure = *_figures.all().front().node;
+    const PresetTarget first(figure);
     for (const dson::AnimatedValue& value : _document->animations) {
         const dson::Uri uri = dson::ParseUri(value.url);
         DzNumericProperty* const property =
             NamesSelection(uri) ? first.find(uri) : _figures.resolve(value.url);
         if (property)
             AliasEnd(*property).setDoubleRawValue(value.value);
+        _kept.enter(value, property, figure);
     }
 }
 

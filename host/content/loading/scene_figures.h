@@ -6,6 +6,7 @@
 #include "alias_values.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
+#include "kept_instances.h"
 #include "library/asset_library.h"
 #include "load_report.h"
 #include "loaded_figures.h"
@@ -70,6 +71,9 @@ private:
     bool isDefinedHere(const dson::Uri& url) const;
     /// @param node  whose dials come first where the URL's file is not there
     DzNumericProperty* findDial(FigureAssembly& assembly, const dson::Uri& url, const DzNode& node);
+    /// What the instance says beyond its dial goes to what it is about.
+    void keep(const dson::ModifierInstance& instance, const FigureAssembly& assembly, const dson::Uri& url,
+              DzNumericProperty* dial) const;
     /// A shape that lies outside the figure's own folders, or in this file.
     void addShapeFile(FigureAssembly& assembly, const dson::Uri& url);
     void markFavorites() const;
@@ -81,7 +85,7 @@ private:
     void tellGraft(const DzNode& node) const;
     void noteBeyondLimits(const std::vector<std::string>& labels);
     /// A scene that moves is loaded as it is at its beginning.
-    void animate() const;
+    void animate();
 
     AssetLibrary& _library;
     std::shared_ptr<const dson::Document> _document;
@@ -90,6 +94,7 @@ private:
     std::unordered_map<const dson::Document*, std::shared_ptr<const DefinitionTree>> _trees;
     LoadedFigures _figures;
     AliasValues _values;
+    KeptInstances _kept;
     std::vector<const dson::ModifierInstance*> _onSelection;
     std::vector<std::string> _beyondLimits; ///< labels of dials
     std::set<std::string> _failed;          ///< instances that stand for nothing

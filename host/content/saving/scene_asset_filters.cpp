@@ -46,11 +46,11 @@ void MakeFolder(const std::filesystem::path& folder)
         throw base::IoError("cannot create folder {}: {}", folder.string(), error.message());
 }
 
-dson::SceneAsset DescribeTrees(const std::vector<DzNode*>& roots)
+dson::SceneAsset DescribeTrees(const std::vector<DzNode*>& roots, const char* type)
 {
     if (roots.empty())
         throw base::Error("the scene holds nothing to save");
-    return openhost::DescribeNodes(roots, nullptr);
+    return openhost::DescribeNodes(roots, type, nullptr);
 }
 
 QString RootLabel(const DzFileIOSettings& options)
@@ -116,7 +116,7 @@ QString DzSceneAssetFilter::getStandardSaveRelativePath() const
 }
 dson::SceneAsset DzSceneAssetFilter::describe(const DzFileIOSettings&) const
 {
-    return DescribeTrees(openhost::SceneRoots());
+    return DescribeTrees(openhost::SceneRoots(), assetType());
 }
 
 QString DzSceneSubsetAssetFilter::getDescription() const
@@ -130,7 +130,7 @@ QString DzSceneSubsetAssetFilter::getStandardSaveRelativePath() const
 dson::SceneAsset DzSceneSubsetAssetFilter::describe(const DzFileIOSettings&) const
 {
     const std::vector<DzNode*> selected = openhost::SelectedTrees();
-    return DescribeTrees(selected.empty() ? openhost::SceneRoots() : selected);
+    return DescribeTrees(selected.empty() ? openhost::SceneRoots() : selected, assetType());
 }
 
 QString DzWearablesAssetFilter::getDescription() const
@@ -148,7 +148,7 @@ dson::SceneAsset DzWearablesAssetFilter::describe(const DzFileIOSettings& option
     const std::vector<DzNode*> worn = wearer ? openhost::WornBy(*wearer) : std::vector<DzNode*>();
     if (worn.empty())
         throw base::Error(figure.getLabel().toStdString() + " wears nothing");
-    return openhost::DescribeNodes(worn, wearer);
+    return openhost::DescribeNodes(worn, assetType(), wearer);
 }
 
 QString DzPoseAssetFilter::getDescription() const

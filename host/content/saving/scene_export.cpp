@@ -21,6 +21,7 @@
 #include "dzskeleton.h"
 #include "dzskinbinding.h"
 #include "effect_export.h"
+#include "kept_export.h"
 #include "library/asset_origin.h"
 #include "link_export.h"
 #include "loading/channel_properties.h"
@@ -58,8 +59,9 @@ std::vector<std::string> FavoritesOf(const SceneUnit& unit, const DzNode& node)
 
 class SceneDescriber {
 public:
-    SceneDescriber(const std::vector<DzNode*>& roots, const DzSkeleton* wearer)
-        : _wearer(wearer), _scene(CollectUnits(roots)), _namedProperties(_scene.units.size())
+    SceneDescriber(const std::vector<DzNode*>& roots, const std::string& type, const DzSkeleton* wearer)
+        : _wearer(wearer), _scene(CollectUnits(roots)), _kept(_ids, type),
+          _namedProperties(_scene.units.size())
     {
     }
 
@@ -76,6 +78,7 @@ public:
         describeInstances();
         for (std::size_t u = 0; u < _scene.units.size(); ++u)
             describeUnit(u);
+        _kept.addTo(_asset);
         report();
         return std::move(_asset);
     }
@@ -85,6 +88,18 @@ private:
         std::size_t unit;
         std::string uri;
     };
+
+    struct DialInstance {
+        dson::SceneModifier instance;
+        const DzNumericProperty* property;
+    };
+
+    /// Its file says more of it than what can be set.
+    static bool saysMore(const QObject& owner)
+    {
+        const KeptModifier* const kept = KeptOfModifier(owner);
+        return kept && !kept->members.empty();
+    }
 
     std::string nodeId(std::size_t unit, const DzNode& node) const
     {
@@ -167,6 +182,7 @@ private:
                 instance.geometry = describeGeometryInstance(unit);
             instance.favorites = FavoritesOf(_scene.units[unit], *node);
             _instances[node] = _asset.sceneNodes.size();
+            _kept.enterNode(*node, _asset.sceneNodes.size(), instance.id);
             _asset.sceneNodes.push_back(std::move(instance));
         }
     }
@@ -220,6 +236,7 @@ private:
                 instance.resolution.push_back(*change);
         }
         _geometryIds[unit.root] = instance.id;
+        _kept.enterGeometry(*unit.root, instance.id);
         return instance;
     }
 
@@ -260,22 +277,30 @@ private:
         if (unit.isDescribedWhole())
             _asset.skins.push_back(DescribeSkin(unit, _unitIds[u]));
         const std::string id = unit.isDescribedWhole() ? _unitIds[u].skin : skin->getName().toStdString();
-        _asset.sceneModifiers.push_back(
-            {_ids.take(id + "-1"), dson::MakeUri(unit.path, id), modifierParent(unit), {}, {}});
+        addModifier(
+            {_ids.take(id + "-1"), dson::MakeUri(unit.path, id), modifierParent(unit), {}, {}, {}, {}}, skin);
+    }
+
+    /// @param owner  what the scene has of it
+    void addModifier(dson::SceneModifier instance, const QObject* owner)
+    {
+        _kept.enterModifier(*owner, _asset.sceneModifiers.size(), instance.id);
+        _asset.sceneModifiers.push_back(std::move(instance));
     }
 
     void describeDials(std::size_t u)
     {
         const SceneUnit& unit = _scene.units[u];
-        std::vector<dson::SceneModifier> ofFiles;
+        std::vector<DialInstance> ofFiles;
         for (const UnitDial& dial : unit.dials)
             if (!dial.uri.empty())
                 addInstance(unit, dial, dial.uri, ofFiles);
         // Saving a scene that was loaded gives the same file, in whatever order its dials were made.
-        std::sort(ofFiles.begin(), ofFiles.end(), [](const auto& a, const auto& b) { return a.url < b.url; });
-        for (dson::SceneModifier& instance : ofFiles) {
+        std::sort(ofFiles.begin(), ofFiles.end(),
+                  [](const auto& a, const auto& b) { return a.instance.url < b.instance.url; });
+        for (auto& [instance, property] : ofFiles) {
             instance.id = _ids.take(dson::ParseUri(instance.url).id);
-            _asset.sceneModifiers.push_back(std::move(instance));
+            addModifier(std::move(instance), property);
         }
         for (const UnitDial& dial : unit.dials)
             if (dial.uri.empty())
@@ -283,17 +308,17 @@ private:
     }
 
     void addInstance(const SceneUnit& unit, const UnitDial& dial, const std::string& url,
-                     std::vector<dson::SceneModifier>& instances) const
+                     std::vector<DialInstance>& instances) const
     {
         dson::SceneModifier instance;
         instance.url = url;
         instance.parent = modifierParent(unit);
         instance.channel = DescribeChange(*dial.property, "value");
-        if (!instance.channel)
+        if (!instance.channel && !saysMore(*dial.property))
             return;
         if (HasChanged(*dial.property))
             instance.group = dial.property->getPath().toStdString();
-        instances.push_back(std::move(instance));
+        instances.push_back({std::move(instance), dial.property});
     }
 
     void describeDial(std::size_t u, const UnitDial& dial)
@@ -309,9 +334,9 @@ private:
             modifier.channel.targetChannel = nameIn(u, *target);
         }
         _asset.modifiers.push_back(std::move(modifier));
-        dson::SceneModifier instance{_ids.take(id), Reference(id), modifierParent(unit), {}, {}};
+        dson::SceneModifier instance{_ids.take(id), Reference(id), modifierParent(unit), {}, {}, {}, {}};
         instance.channel = DescribeChange(*dial.property, "value");
-        _asset.sceneModifiers.push_back(std::move(instance));
+        addModifier(std::move(instance), dial.property);
     }
 
     void describeEffects(std::size_t u)
@@ -336,8 +361,8 @@ private:
             }
             instance.id = _ids.take(dson::ParseUri(instance.url).id);
             DescribeEffectInstance(*modifier, isDefined, instance);
-            if (isDefined || instance.channel || instance.effect)
-                _asset.sceneModifiers.push_back(std::move(instance));
+            if (isDefined || instance.channel || instance.effect || saysMore(*modifier))
+                addModifier(std::move(instance), modifier);
         }
     }
 
@@ -377,6 +402,7 @@ private:
     const DzSkeleton* _wearer;
     SceneUnits _scene;
     FileIds _ids;
+    KeptExport _kept;
     std::vector<UnitIds> _unitIds;
     std::unordered_map<const DzNode*, std::string> _instanceIds;
     std::unordered_map<const DzNode*, std::string> _geometryIds;
@@ -423,9 +449,10 @@ void AddPoseDials(const SceneUnit& unit, std::vector<dson::AnimatedValue>& value
 
 } // namespace
 
-dson::SceneAsset DescribeNodes(const std::vector<DzNode*>& roots, const DzSkeleton* wearer)
+dson::SceneAsset DescribeNodes(const std::vector<DzNode*>& roots, const std::string& type,
+                               const DzSkeleton* wearer)
 {
-    return SceneDescriber(roots, wearer).describe();
+    return SceneDescriber(roots, type, wearer).describe();
 }
 
 dson::SceneAsset DescribePose(DzNode& figure)

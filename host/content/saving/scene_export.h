@@ -5,6 +5,7 @@
 
 #include "dson/scene.h"
 
+#include <string>
 #include <vector>
 
 class DzNode;
@@ -16,9 +17,11 @@ namespace openhost {
 /// referred to; all others, and morphs and dials that no data file has, are described whole. What cannot be
 /// said in a file is left out, with a line in the log.
 /// @param roots   none of them below another
+/// @param type    of the file
 /// @param wearer  the figure that they are worn by, which stays out of the file: it is the selected one
 ///                when the file is loaded; null for none
-dson::SceneAsset DescribeNodes(const std::vector<DzNode*>& roots, const DzSkeleton* wearer);
+dson::SceneAsset DescribeNodes(const std::vector<DzNode*>& roots, const std::string& type,
+                               const DzSkeleton* wearer);
 
 /// The present place of a figure and its bones, and its pose dials, as values of the selected figure.
 dson::SceneAsset DescribePose(DzNode& figure);

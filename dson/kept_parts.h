@@ -1,0 +1,26 @@
+// Keeping what nothing here understands.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/kept.h"
+#include "json_text.h"
+#include "json_view.h"
+
+#include <memory>
+
+namespace dson {
+
+KeptMembers KeptOfNode(const Element& instance);
+KeptMembers KeptOfGeometry(const Element& instance);
+KeptMembers KeptOfModifier(const Element& instance);
+/// Of a file with a scene; null where it holds nothing else.
+/// @param idle  see KeptContent
+std::shared_ptr<const KeptContent> KeptOfFile(const Element& root, std::vector<std::string> idle);
+
+/// JSON text as a value that is written as it stands.
+Json RawText(const std::string& json);
+/// Puts it behind the present members. Channels go to the present entry of `extra` of their type.
+void AddKept(Json& object, const KeptMembers& kept);
+
+} // namespace dson

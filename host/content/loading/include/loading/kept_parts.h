@@ -1,0 +1,60 @@
+// What files say of nodes and their modifiers that nothing in the scene stands for.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "dson/kept.h"
+
+#include <QPointer>
+
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+class DzNode;
+class DzNumericProperty;
+class QObject;
+
+namespace openhost {
+
+/// An entry of a scene's animations that is more than one value of a property here.
+struct KeptAnimation {
+    std::string url, text;                ///< of the entry, and its JSON
+    bool isOfProperty = false;            ///< what follows is known
+    QPointer<DzNumericProperty> property; ///< that it moves; null when that is gone
+    QPointer<DzNode> figure;              ///< that has it
+    double value = 0.0;                   ///< raw, as the load has left it
+};
+
+/// One load of a file. What the file has beside its nodes goes along as long as any of them is there.
+struct KeptLoad {
+    std::shared_ptr<const dson::KeptContent> content; ///< null for none
+    std::set<std::string> instances;                  ///< ids of all its nodes and geometries
+    std::vector<KeptAnimation> animations;
+};
+
+/// Of a node.
+struct KeptNode {
+    std::shared_ptr<const KeptLoad> load;
+    std::string id; ///< of the instance, in its file
+    dson::KeptMembers members;
+    std::vector<std::string> geometryIds; ///< of its geometries' instances
+    dson::KeptMembers geometry;           ///< of the first of them
+};
+
+/// Of a modifier: held by what the scene has of it, which is its dial or itself.
+struct KeptModifier {
+    std::shared_ptr<const KeptLoad> load;
+    std::string id;
+    dson::KeptMembers members;
+};
+
+/// The owner has it from now on.
+void Keep(DzNode& owner, KeptNode kept);
+void Keep(QObject& owner, KeptModifier kept);
+/// Null for nothing.
+const KeptNode* KeptOfNode(const DzNode& node);
+const KeptModifier* KeptOfModifier(const QObject& owner);
+
+} // namespace openhost

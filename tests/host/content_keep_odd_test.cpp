@@ -1,0 +1,175 @@
+// Saving a scene keeps what its file says of nodes and modifiers, however oddly.
+// SPDX-License-Identifier: MIT
+
+#include "dznode.h"
+#include "dznumericproperty.h"
+#include "dzscene.h"
+#include "tests/host/keep_fixture.h"
+
+using doll::Instance;
+using nlohmann::ordered_json;
+
+namespace {
+
+class KeptParts : public KeepTest {
+protected:
+    /// An instance of the figure's root alone, with further members and those of its geometry.
+    static std::string root(const std::string& more, const std::string& geometry = "")
+    {
+        return R"({"id": "Doll", "url": "/data/Nord/Doll/Doll.dsf#Doll"
+            , "geometries": [{"id": "Doll-1", "url": "/data/Nord/Doll/Doll.dsf#Doll-1")" +
+               geometry + "}]" + more + "}";
+    }
+    static std::string modifier(const std::string& more)
+    {
+        return R"(, "modifiers": [{"id": "Up-3", "url": "/data/Nord/Doll/Morphs/Nord/Shapes/Up.dsf#Up",
+            "parent": "#Doll-1")" +
+               more + "}]";
+    }
+};
+
+} // namespace
+
+TEST_F(KeptParts, of_nodes_and_geometries_survive)
+{
+    const ordered_json file = resaved(scene(
+        root(R"(, "vendor": {"a": [1]}, "preview": null, "extra": [{"type": "vendor/extra", "keep": true},
+            {"type": "studio_node_channels", "version": "0.1.9", "more": 3, "channels": [
+                {"channel": {"id": "Visible", "type": "bool", "current_value": false}},
+                {"channel": {"id": "Glow", "type": "color", "current_value": [1, 0, 0]}, "group": "/Light"}]},
+            {"type": "studio/node/favorites", "favorites": [], "colour": 2}])",
+             R"(, "vendor": 5, "extra": {"type": "material_selection_sets", "sets": [{"Face": [1]}]})"),
+        ""));
+    const ordered_json& node = file["scene"]["nodes"][0];
+    EXPECT_EQ(node["vendor"], parsed(R"({"a": [1]})"));
+    EXPECT_TRUE(node.contains("preview"));
+    EXPECT_EQ(node["extra"], parsed(R"([{"type": "studio_node_channels", "version": "0.1.8", "channels": [
+                      {"channel": {"id": "Visible", "type": "bool", "current_value": false}},
+                      {"channel": {"id": "Glow", "type": "color", "current_value": [1, 0, 0]}, "group": "/Light"}],
+                      "more": 3},
+                  {"type": "vendor/extra", "keep": true}, {"type": "studio/node/favorites", "colour": 2}])"))
+        << node["extra"].dump(1);
+    EXPECT_EQ(node["geometries"][0]["vendor"], 5);
+    EXPECT_EQ(node["geometries"][0]["extra"],
+              parsed(R"([{"type": "material_selection_sets", "sets": [{"Face": [1]}]}])"));
+    expectStable();
+}
+
+TEST_F(KeptParts, give_way_to_what_has_been_set_since)
+{
+    ASSERT_TRUE(load("Scenes/One.duf", doll::Scene(root(R"(, "extra": [{"type": "studio_node_channels",
+        "channels": [{"channel": {"id": "Visible", "type": "bool", "current_value": false}}]}])"))));
+    dzScene->getPrimarySelection()->setVisible(true);
+    EXPECT_FALSE(saved()["scene"]["nodes"][0].contains("extra"));
+}
+
+TEST_F(KeptParts, of_modifiers_survive_whether_they_are_turned_or_not)
+{
+    writeShape("Up", doll::Morph("Up", 1, 1.0));
+    for (const char* const channel : {"", R"(, "channel": {"id": "value", "current_value": 0.5})"}) {
+        TestHost().reset();
+        use(_library);
+        const ordered_json file =
+            resaved(scene(Instance(), modifier(std::string(channel) + R"(, "name": "Mine", "vendor": "#hip",
+                "extra": [{"type": "studio/element_data/notes", "text": "x"}])")));
+        const ordered_json up = entry(file["scene"]["modifiers"], "Up");
+        ASSERT_TRUE(up.is_object()) << file["scene"].dump(1);
+        EXPECT_EQ(up["name"], "Mine");
+        EXPECT_EQ(up["vendor"], "#hip");
+        EXPECT_EQ(up["extra"], parsed(R"([{"type": "studio/element_data/notes", "text": "x"}])"));
+        EXPECT_EQ(up.contains("channel"), *channel != '\0');
+        expectStable();
+    }
+}
+
+TEST_F(KeptParts, of_skins_survive)
+{
+    const ordered_json file = resaved(scene(Instance(), R"(, "modifiers": [{"id": "Skin-4",
+        "url": "/data/Nord/Doll/Doll.dsf#Skin", "parent": "#Doll-1", "vendor": [4]}])"));
+    ASSERT_EQ(file["scene"]["modifiers"].size(), 1u);
+    EXPECT_EQ(file["scene"]["modifiers"][0]["vendor"], parsed("[4]"));
+    expectStable();
+}
+
+TEST_F(KeptParts, of_smoothing_survive)
+{
+    const ordered_json file =
+        resaved(scene(Instance(), R"(, "modifiers": [{"id": "Smooth-4", "url": "#Smooth-4",
+        "name": "Smooth", "parent": "#Doll-1", "vendor": [4], "extra": [{"type": "studio/modifier/smoothing"},
+        {"type": "vendor/smooth", "by": 3}]}])"));
+    ordered_json smooth;
+    for (const ordered_json& modifier : file["scene"]["modifiers"])
+        if (modifier.contains("vendor"))
+            smooth = modifier;
+    ASSERT_TRUE(smooth.is_object()) << file["scene"].dump(1);
+    EXPECT_EQ(smooth["vendor"], parsed("[4]"));
+    EXPECT_EQ(smooth["extra"].back(), parsed(R"({"type": "vendor/smooth", "by": 3})"));
+    expectStable();
+}
+
+TEST_F(KeptParts, of_the_head_survive_in_a_file_of_the_same_kind)
+{
+    const std::string text = doll::Scene(Instance());
+    const std::string head = R"("asset_info": {"keywords": ["a", "b"], )";
+    ASSERT_TRUE(load("Scenes/One.duf", std::string(text).replace(text.find(R"("asset_info": {)"), 15, head)));
+    EXPECT_EQ(saved()["asset_info"]["keywords"], parsed(R"(["a", "b"])"));
+    expectStable();
+    EXPECT_FALSE(saved("DzSceneSubsetAssetFilter")["asset_info"].contains("keywords"));
+}
+
+TEST_F(KeptParts, of_odd_shapes_survive)
+{
+    const ordered_json file = resaved(
+        R"("nothing": null, "image_library": 7, "material_library": {"id": "M", "vendor": 1}, "scene": {"nodes": [)" +
+        root(R"(, "extra": {"keep": 1})") +
+        R"(], "materials": {"id": "m", "url": "#M", "geometry": "#Doll-1"}, "uvs": [null, 5, "x", ["#Doll-1"]],
+            "extra": "text", "animations": [3]})");
+    EXPECT_TRUE(file.contains("nothing"));
+    EXPECT_EQ(file["material_library"], parsed(R"([{"id": "M", "vendor": 1}])"));
+    EXPECT_EQ(file["scene"]["nodes"][0]["extra"], parsed(R"([{"keep": 1}])"));
+    EXPECT_EQ(file["scene"]["materials"], parsed(R"([{"id": "m", "url": "#M", "geometry": "#Doll-1"}])"));
+    EXPECT_EQ(file["scene"]["uvs"], parsed(R"([null, 5, "x", ["#Doll-1"]])"));
+    EXPECT_EQ(file["scene"]["extra"], parsed(R"(["text"])"));
+    EXPECT_EQ(file["scene"]["animations"], parsed("[3]"));
+    expectStable();
+}
+
+TEST_F(KeptParts, of_one_name_stay_two)
+{
+    resaved(R"("vendor": 1, "vendor": 2, "scene": {"nodes": [)" +
+            root(R"(, "extra": [{"type": "a"}], "extra": [{"type": "b"}])") +
+            R"(], "materials": [{"id": "m", "again": 1, "again": 2}], "materials": [{"id": "n"}]})");
+    const std::string text = ReadBytes(target());
+    EXPECT_NE(text.find("\"vendor\" : 1,\n\t\"vendor\" : 2"), std::string::npos) << text;
+    EXPECT_NE(text.find(R"({"id":"m","again":1,"again":2})"), std::string::npos);
+    EXPECT_NE(text.find(R"({"id":"n"})"), std::string::npos);
+    EXPECT_NE(text.find(R"({"type":"b"})"), std::string::npos);
+    expectStable();
+}
+
+TEST_F(KeptParts, may_be_nested_deeply)
+{
+    std::string deep = "1";
+    for (int i = 0; i < 900; ++i)
+        deep = "[" + deep + "]";
+    const ordered_json file = resaved(
+        scene(root(R"(, "vendor": )" + deep), R"(, "vendor": {"see": "#Doll", "deep": )" + deep + "}"));
+    EXPECT_EQ(file["scene"]["nodes"][0]["vendor"], ordered_json::parse(deep));
+    EXPECT_EQ(file["scene"]["vendor"]["deep"], ordered_json::parse(deep));
+    expectStable();
+}
+
+TEST_F(KeptParts, refer_to_what_they_referred_to)
+{
+    const ordered_json file = resaved(scene(
+        Instance("-1", R"(, "label": "A")") + "," + Instance("", R"(, "label": "B")"),
+        R"(, "vendor": ["#hip-1", "hip:#hip?x", "see #hip", "/data/x.dsf#hip", "#hip%2D1?rotation/x", "Doll/hip:#hip"])"));
+    // The first figure's ids are the plain ones now.
+    const ordered_json nodes = file["scene"]["nodes"];
+    const std::string second = nodes[4]["id"];
+    EXPECT_EQ(nodes[1]["id"], "hip");
+    EXPECT_EQ(file["scene"]["vendor"], ordered_json({"#hip", second + ":#" + second + "?x", "see #hip",
+                                                     "/data/x.dsf#hip", "#hip?rotation/x", "Doll/hip:#hip"}))
+        << file["scene"]["vendor"].dump();
+    expectStable();
+}
