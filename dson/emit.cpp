@@ -5,6 +5,7 @@
 
 #include "base/errors.h"
 #include "dson/uri.h"
+#include "kept_parts.h"
 #include "number_text.h"
 #include "uv.h"
 
@@ -343,6 +344,7 @@ Json EmitNode(const Node& node)
         json["formulas"] = EmitFormulas(node.formulas);
     if (node.dform)
         json["extra"] = Json::array({EmitDFormPart(*node.dform)});
+    AddKept(json, node.kept);
     return json;
 }
 

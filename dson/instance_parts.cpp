@@ -121,7 +121,7 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
     }
     instance.formulas = ParseFormulas(json, context);
     instance.dform = ParseDFormPart(json, context);
-    instance.kept = KeptOfNode(json);
+    instance.kept = KeptOfNodeInstance(json);
     return instance;
 }
 

@@ -68,6 +68,11 @@ std::string RestOfExtra(const Element& extra)
                        : Without(extra, {"favorites"}, false);
 }
 
+std::string RestOfDefinitionExtra(const Element& extra)
+{
+    return IsOfDFormer(extra) ? RestOfExtra(extra) : simdjson::minify(extra);
+}
+
 /// @param known  members that are read; of several with one name the first is
 template <class RestOf>
 KeptMembers KeptOf(const Element& object, Names known, RestOf restOf)
@@ -136,12 +141,20 @@ void KeepScene(const Element& scene, KeptContent& kept)
 
 } // namespace
 
-KeptMembers KeptOfNode(const Element& instance)
+KeptMembers KeptOfNode(const Element& definition)
+{
+    return KeptOf(definition,
+                  {"id", "name", "type", "label", "parent", "rotation_order", "inherits_scale",
+                   "center_point", "end_point", "orientation", "rotation", "translation", "scale",
+                   "general_scale", "presentation", "formulas"},
+                  RestOfDefinitionExtra);
+}
+
+KeptMembers KeptOfNodeInstance(const Element& instance)
 {
     return KeptOf(instance,
-                  {"id", "url", "name", "label", "parent", "parent_in_place", "conform_target",
-                   "rotation_order", "inherits_scale", "translation", "rotation", "scale", "general_scale",
-                   "center_point", "end_point", "orientation", "formulas", "geometries"},
+                  {"id", "url", "name", "label", "parent", "parent_in_place", "conform_target", "translation",
+                   "rotation", "scale", "general_scale", "formulas", "geometries"},
                   RestOfExtra);
 }
 

@@ -11,7 +11,11 @@
 
 namespace dson {
 
-KeptMembers KeptOfNode(const Element& instance);
+/// Of a definition.
+KeptMembers KeptOfNode(const Element& definition);
+/// Also what it says of axes, rotation order and inherited scales, which is written only where a file has
+/// said it.
+KeptMembers KeptOfNodeInstance(const Element& instance);
 KeptMembers KeptOfGeometry(const Element& instance);
 KeptMembers KeptOfModifier(const Element& instance);
 /// Of a file with a scene; null where it holds nothing else.

@@ -150,6 +150,14 @@ void NoteLeftOut(const Element& scene, Document& document, std::vector<std::stri
         idle.push_back("what is to be run or added after loading");
 }
 
+void KeepDefinitions(const Element& root, Document& document)
+{
+    OddLists alreadyTold;
+    std::size_t node = 0;
+    for (const Element& json : PartsOf(root, "node_library", alreadyTold))
+        document.nodes[node++].kept = KeptOfNode(json);
+}
+
 void ReadAnimations(const Element& scene, bool isKept, Document& document, ParseContext& context,
                     std::vector<std::string>& idle)
 {
@@ -187,10 +195,12 @@ void ReadScene(const Element& root, const Element& scene, Document& document, Pa
     std::vector<std::string> idle;
     NoteLeftOut(scene, document, idle);
     ReadAnimations(scene, isKept, document, context, idle);
-    if (isKept)
-        document.kept = KeptOfFile(root, std::move(idle));
-    else
+    if (!isKept) {
         document.leftOut.insert(document.leftOut.end(), idle.begin(), idle.end());
+        return;
+    }
+    KeepDefinitions(root, document);
+    document.kept = KeptOfFile(root, std::move(idle));
 }
 
 void TellOfLists(const Element& root, ParseContext& context)

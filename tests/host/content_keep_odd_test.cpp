@@ -173,3 +173,63 @@ TEST_F(KeptParts, refer_to_what_they_referred_to)
         << file["scene"]["vendor"].dump();
     expectStable();
 }
+
+TEST_F(KeptParts, of_cameras_and_lights_survive)
+{
+    const ordered_json file = resaved(R"("node_library": [
+            {"id": "Lamp", "name": "Lamp", "type": "light", "label": "Lamp", "spot": {"intensity": 0.7},
+             "extra": [{"type": "studio/node/light"}, {"type": "studio_node_channels", "channels": [
+                {"channel": {"id": "Flux", "type": "float", "value": 1500}}]}]},
+            {"id": "Eye", "type": "camera", "perspective": {"yfov": 30}}],
+        "scene": {"nodes": [{"id": "Lamp-3", "url": "#Lamp", "name": "Lamp", "label": "Lamp", "extra":
+            [{"type": "studio_node_channels", "channels": [{"channel": {"id": "Flux", "current_value": 9}}]}]},
+            {"id": "Eye-3", "url": "#Eye", "name": "Eye", "label": "Eye", "rotation_order": "ZYX"}],
+            "current_camera": "#Eye-3"})");
+    const ordered_json lamp = entry(file["node_library"], "Lamp");
+    EXPECT_EQ(lamp["type"], "light");
+    EXPECT_EQ(lamp["spot"], parsed(R"({"intensity": 0.7})"));
+    EXPECT_EQ(lamp["extra"],
+              parsed(R"([{"type": "studio/node/light"}, {"type": "studio_node_channels", "channels": [
+                {"channel": {"id": "Flux", "type": "float", "value": 1500}}]}])"));
+    const ordered_json eye = entry(file["node_library"], "Eye");
+    EXPECT_EQ(eye["type"], "camera");
+    EXPECT_EQ(eye["perspective"], parsed(R"({"yfov": 30})"));
+    EXPECT_EQ(eye["rotation_order"], "ZYX");
+    const ordered_json nodes = file["scene"]["nodes"];
+    EXPECT_EQ(nodes[0]["extra"][0]["channels"][0]["channel"]["current_value"], 9);
+    EXPECT_FALSE(nodes[1].contains("rotation_order")) << "the definition says it";
+    EXPECT_EQ(file["scene"]["current_camera"], "#" + std::string(nodes[1]["id"]));
+    expectStable();
+}
+
+TEST_F(KeptParts, that_move_the_axes_of_nodes_survive_as_they_are_now)
+{
+    ASSERT_TRUE(load("Scenes/One.duf", doll::Scene(Instance("", "", R"(, "rotation_order": "ZXY",
+        "inherits_scale": true, "center_point": [{"id": "x", "current_value": 0.25}], "orientation": [0, 45, 0])"))));
+    DzNode* const hand = BoneOf(*dzScene->getPrimarySelection(), "hand");
+    ASSERT_NE(hand, nullptr);
+    hand->setOrientation(DzVec3(0.0f, 90.0f, 0.0f));
+    const ordered_json file = entry(saved()["scene"]["nodes"], "hand");
+    EXPECT_EQ(file["rotation_order"], "ZXY");
+    EXPECT_EQ(file["inherits_scale"], true);
+    EXPECT_EQ(file["center_point"], parsed(R"([{"id": "x", "current_value": 0.25}, {"id": "y",
+        "current_value": 20}, {"id": "z", "current_value": 0}])"));
+    EXPECT_EQ(file["orientation"][1]["current_value"], 90);
+    EXPECT_FALSE(file.contains("end_point"));
+    expectStable();
+    const DzNode* const again = BoneOf(*dzScene->getPrimarySelection(), "hand");
+    EXPECT_EQ(again->getRotationOrder().toString().toStdString(), "ZXY");
+    EXPECT_EQ(again->getOrigin().m_x, 0.25f);
+}
+
+TEST_F(KeptParts, of_shapes_that_are_not_there_survive)
+{
+    const ordered_json file = resaved(scene(Instance("-8"), R"(, "modifiers": [{"id": "Gone-2",
+        "url": "/data/Nord/No%20Such.dsf#Gone", "parent": "#Doll-1-8", "group": "/Head", "vendor": "#hip-8",
+        "channel": {"id": "value", "type": "float", "current_value": 0.7, "visible": false}}])"));
+    const ordered_json gone = entry(file["scene"]["modifiers"], "Gone-2");
+    EXPECT_EQ(gone, parsed(R"({"id": "Gone-2", "url": "/data/Nord/No%20Such.dsf#Gone", "parent": "#Doll-1",
+        "group": "/Head", "channel": {"id": "value", "type": "float", "visible": false, "current_value": 0.7},
+        "vendor": "#hip"})"));
+    expectStable();
+}

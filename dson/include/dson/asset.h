@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "dson/kept.h"
 #include "geometry/deltas.h"
 #include "geometry/grafting.h"
 #include "geometry/left_out_faces.h"
@@ -121,6 +122,7 @@ struct Node {
     std::string presentationType; ///< "Actor/Character" for a figure; empty for none
     std::vector<Formula> formulas;
     std::optional<DFormPart> dform; ///< none for all but the parts of D-Formers
+    KeptMembers kept;               ///< in a scene with nodes
 };
 /// A node with its twelve channels named as the host names them (XRotate, ... Scale).
 Node MakeNode(const std::string& id, const std::string& label, const std::string& type);

@@ -26,7 +26,7 @@ struct KeptPart {
     std::string text; ///< JSON
 };
 
-/// What a file holds beside its nodes, their modifiers and their definitions.
+/// What a file holds beside its nodes and their modifiers, and the definitions of those.
 struct KeptContent {
     std::string type; ///< of the file that it comes from
     KeptMembers file, info, scene;

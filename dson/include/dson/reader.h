@@ -5,7 +5,6 @@
 
 #include "base/diagnostic.h"
 #include "dson/asset.h"
-#include "dson/kept.h"
 
 #include <filesystem>
 #include <map>

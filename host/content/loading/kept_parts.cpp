@@ -31,9 +31,12 @@ const Kept* HeldBy(const QObject& owner)
 
 } // namespace
 
+// Of several instances of one thing the first counts.
+
 void Keep(DzNode& owner, KeptNode kept)
 {
-    new Holder<KeptNode>(owner, std::move(kept));
+    if (!HeldBy<KeptNode>(owner))
+        new Holder<KeptNode>(owner, std::move(kept));
 }
 
 void Keep(QObject& owner, KeptModifier kept)

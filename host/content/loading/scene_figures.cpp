@@ -143,6 +143,7 @@ std::vector<DzNode*> SceneFigures::enter()
         _report.warn(left);
     _report.handOver(isEmpty());
     animate();
+    _kept.handOver();
     return tops;
 }
 
@@ -325,7 +326,7 @@ void SceneFigures::noteBeyondLimits(const std::vector<std::string>& labels)
 }
 
 void SceneFigures::keep(const dson::ModifierInstance& instance, const FigureAssembly& assembly,
-                        const dson::Uri& url, DzNumericProperty* dial) const
+                        const dson::Uri& url, DzNumericProperty* dial)
 {
     QObject* owner = assembly.hasSkin(url) ? SkinOf(assembly.root()) : nullptr;
     if (!owner)
@@ -334,6 +335,8 @@ void SceneFigures::keep(const dson::ModifierInstance& instance, const FigureAsse
         owner = dial;
     if (owner)
         _kept.enter(instance, *owner);
+    else
+        _kept.enterMissing(instance);
 }
 
 void SceneFigures::dialSelection()

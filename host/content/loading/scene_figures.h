@@ -73,7 +73,7 @@ private:
     DzNumericProperty* findDial(FigureAssembly& assembly, const dson::Uri& url, const DzNode& node);
     /// What the instance says beyond its dial goes to what it is about.
     void keep(const dson::ModifierInstance& instance, const FigureAssembly& assembly, const dson::Uri& url,
-              DzNumericProperty* dial) const;
+              DzNumericProperty* dial);
     /// A shape that lies outside the figure's own folders, or in this file.
     void addShapeFile(FigureAssembly& assembly, const dson::Uri& url);
     void markFavorites() const;

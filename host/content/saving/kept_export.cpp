@@ -3,10 +3,12 @@
 
 #include "kept_export.h"
 
+#include "channel_export.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
+#include "loading/channel_properties.h"
 #include "openhost/diagnostics.h"
 #include "unit_export.h"
 
@@ -60,6 +62,38 @@ std::set<std::string> WithAllBelow(std::set<std::string> wanted, const dson::Kep
     return wanted;
 }
 
+/// A vector of channels as JSON.
+std::string PresentVector(const DzNode& node, const std::string& member)
+{
+    std::string text;
+    for (const char* const axis : axisIds)
+        text += fmt::format(R"({}{{"id":"{}","current_value":{}}})", text.empty() ? "[" : ",", axis,
+                            FindNodeChannel(node, member + "/" + axis)->getDoubleRawValue());
+    return text + "]";
+}
+
+/// What the file has said of the node's axes is said again, as it is now; a definition says it anyway.
+dson::KeptMembers WithPresent(const dson::KeptMembers& kept, const DzNode& node, bool isWhole)
+{
+    dson::KeptMembers now;
+    now.extras = kept.extras;
+    for (const auto& [name, text] : kept.members) {
+        const bool isVector = name == "center_point" || name == "end_point" || name == "orientation";
+        const bool isSetting = isVector || name == "rotation_order" || name == "inherits_scale";
+        if (isSetting && isWhole)
+            continue;
+        if (isVector)
+            now.members.emplace_back(name, PresentVector(node, name));
+        else if (name == "rotation_order")
+            now.members.emplace_back(name, '"' + node.getRotationOrder().toString().toStdString() + '"');
+        else if (isSetting)
+            now.members.emplace_back(name, node.inheritsScale() ? "true" : "false");
+        else
+            now.members.emplace_back(name, text);
+    }
+    return now;
+}
+
 bool IsSame(const std::string& a, const std::vector<std::string>& all)
 {
     return std::find(all.begin(), all.end(), a) != all.end();
@@ -86,7 +120,7 @@ bool KeptExport::Source::lacks(const std::string& id) const
     return load->instances.count(id) > 0 && written.count(id) == 0;
 }
 
-void KeptExport::enterNode(const DzNode& node, std::size_t index, const std::string& id)
+void KeptExport::enterNode(const DzNode& node, std::size_t index, const std::string& id, bool isWhole)
 {
     _nodeIds.emplace(&node, id);
     const KeptNode* const kept = KeptOfNode(node);
@@ -96,7 +130,16 @@ void KeptExport::enterNode(const DzNode& node, std::size_t index, const std::str
     source.enter(kept->id, id);
     AddTexts(kept->members, source.texts);
     AddTexts(kept->geometry, source.texts);
-    _nodes.push_back({kept, index});
+    _nodes.push_back({&node, kept, index, isWhole});
+}
+
+void KeptExport::enterDefinition(const DzNode& node, std::size_t index)
+{
+    const KeptNode* const kept = KeptOfNode(node);
+    if (!kept)
+        return;
+    AddTexts(kept->definition, sourceOf(kept->load).texts);
+    _definitions.push_back({&node, kept, index, true});
 }
 
 void KeptExport::enterGeometry(const DzNode& node, const std::string& id)
@@ -213,7 +256,7 @@ void KeptExport::addDefinitions(Source& source, const std::set<std::string>& wan
         if (part.id.empty() || wanted.count(part.id) == 0 || !seen.insert(part.id).second)
             continue;
         const std::string text = dson::WithReferences(part.text, source.written);
-        std::string& id = _definitions[part.id + '\n' + text];
+        std::string& id = _parts[part.id + '\n' + text];
         if (id.empty()) {
             id = _ids.take(part.id);
             _renamed += id != part.id;
@@ -301,14 +344,40 @@ void KeptExport::addMembers(const Source& source, dson::KeptContent& all)
     mergeInto(all.file, content.file, source);
 }
 
+/// Shapes and controls that could not be found are set again by the next one who can.
+void KeptExport::addMissing(const Source& source, dson::SceneAsset& asset)
+{
+    for (const dson::ModifierInstance& missing : source.load->modifiers) {
+        const auto parent = source.written.find(dson::ParseUri(missing.parent).id);
+        if (parent == source.written.end())
+            continue;
+        dson::SceneModifier instance;
+        instance.id = _ids.take(missing.id);
+        instance.url = missing.url;
+        instance.parent = "#" + dson::EncodeFragment(parent->second);
+        instance.group = missing.group;
+        if (missing.value)
+            instance.channel = dson::SceneChannel{"value", "float", missing.value, missing.change};
+        instance.kept = rewritten(missing.kept, source);
+        asset.sceneModifiers.push_back(std::move(instance));
+    }
+}
+
 void KeptExport::addToElements(dson::SceneAsset& asset)
 {
     for (const OfNode& node : _nodes) {
         const Source& source = sourceOf(node.kept->load);
         dson::SceneNode& instance = asset.sceneNodes[node.index];
-        instance.kept = rewritten(node.kept->members, source);
+        instance.kept = rewritten(WithPresent(node.kept->members, *node.node, node.isWhole), source);
         if (instance.geometry)
             instance.geometry->kept = rewritten(node.kept->geometry, source);
+    }
+    for (const OfNode& node : _definitions) {
+        dson::Node& definition = asset.nodes[node.index];
+        definition.kept = rewritten(node.kept->definition, sourceOf(node.kept->load));
+        // Nodes of kinds that there are no classes for stay what they are.
+        if (definition.type == "node" && !node.kept->definitionType.empty())
+            definition.type = node.kept->definitionType;
     }
     for (const OfModifier& modifier : _modifiers)
         asset.sceneModifiers[modifier.index].kept =
@@ -329,6 +398,7 @@ void KeptExport::addTo(dson::SceneAsset& asset)
             asset.kept.animations.push_back(
                 {{}, hasNewIds ? text : dson::WithReferences(text, source.written)});
         addMembers(source, asset.kept);
+        addMissing(source, asset);
     }
     addToElements(asset);
     report();

@@ -28,8 +28,11 @@ public:
     ///              into a file of their own kind
     KeptExport(FileIds& ids, std::string type) : _ids(ids), _type(std::move(type)) {}
 
-    /// @param index  of the node in the file's scene
-    void enterNode(const DzNode& node, std::size_t index, const std::string& id);
+    /// @param index    of the node in the file's scene
+    /// @param isWhole  the file defines it, too
+    void enterNode(const DzNode& node, std::size_t index, const std::string& id, bool isWhole);
+    /// @param index  of the definition in the file
+    void enterDefinition(const DzNode& node, std::size_t index);
     void enterGeometry(const DzNode& node, const std::string& id);
     /// @param index  of the modifier in the file's scene
     void enterModifier(const QObject& owner, std::size_t index, const std::string& id);
@@ -77,6 +80,7 @@ private:
     void addMembers(const Source& source, dson::KeptContent& all);
     void mergeInto(dson::KeptMembers& all, const dson::KeptMembers& kept, const Source& source);
     dson::KeptMembers rewritten(const dson::KeptMembers& kept, const Source& source) const;
+    void addMissing(const Source& source, dson::SceneAsset& asset);
     void addToElements(dson::SceneAsset& asset);
     void report() const;
 
@@ -85,8 +89,10 @@ private:
     std::vector<Source> _sources;
     std::map<const KeptLoad*, std::size_t> _bySource;
     struct OfNode {
+        const DzNode* node;
         const KeptNode* kept;
         std::size_t index;
+        bool isWhole;
     };
     struct OfModifier {
         const KeptModifier* kept;
@@ -95,8 +101,9 @@ private:
     std::vector<OfNode> _nodes;
     std::map<const DzNode*, std::string> _nodeIds;
     std::vector<OfModifier> _modifiers;
-    std::set<std::string> _ownUvSets;                ///< ids that the file's geometries have given to theirs
-    std::map<std::string, std::string> _definitions; ///< new ids by kind, id and text
+    std::vector<OfNode> _definitions;
+    std::set<std::string> _ownUvSets;          ///< ids that the file's geometries have given to theirs
+    std::map<std::string, std::string> _parts; ///< new ids by kind, id and text
     std::size_t _renamed = 0, _differing = 0, _stopped = 0;
 };
 

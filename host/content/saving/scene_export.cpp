@@ -182,7 +182,8 @@ private:
                 instance.geometry = describeGeometryInstance(unit);
             instance.favorites = FavoritesOf(_scene.units[unit], *node);
             _instances[node] = _asset.sceneNodes.size();
-            _kept.enterNode(*node, _asset.sceneNodes.size(), instance.id);
+            _kept.enterNode(*node, _asset.sceneNodes.size(), instance.id,
+                            _scene.units[unit].isDescribedWhole());
             _asset.sceneNodes.push_back(std::move(instance));
         }
     }
@@ -258,6 +259,8 @@ private:
             nodes.front().formulas = std::move(formulas);
         else
             _asset.sceneNodes[_instances.at(unit.root)].formulas = std::move(formulas);
+        for (std::size_t i = 0; i < nodes.size(); ++i)
+            _kept.enterDefinition(*unit.nodes[i], _asset.nodes.size() + i);
         std::move(nodes.begin(), nodes.end(), std::back_inserter(_asset.nodes));
     }
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "dson/kept.h"
+#include "dson/reader.h"
 
 #include <QPointer>
 
@@ -32,6 +32,7 @@ struct KeptLoad {
     std::shared_ptr<const dson::KeptContent> content; ///< null for none
     std::set<std::string> instances;                  ///< ids of all its nodes and geometries
     std::vector<KeptAnimation> animations;
+    std::vector<dson::ModifierInstance> modifiers; ///< those of what is not there
 };
 
 /// Of a node.
@@ -41,6 +42,14 @@ struct KeptNode {
     dson::KeptMembers members;
     std::vector<std::string> geometryIds; ///< of its geometries' instances
     dson::KeptMembers geometry;           ///< of the first of them
+    std::string
+        definitionType; ///< where the file defines the node as of a kind that has no class, such as "light"
+    dson::KeptMembers definition;
+
+    bool saysAnything() const
+    {
+        return !definitionType.empty() || !members.empty() || !geometry.empty() || !definition.empty();
+    }
 };
 
 /// Of a modifier: held by what the scene has of it, which is its dial or itself.
