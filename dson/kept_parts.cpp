@@ -186,9 +186,12 @@ std::shared_ptr<const KeptContent> KeptOfFile(const Element& root, std::vector<s
     kept->images = Parts(root, "image_library");
     kept->uvSets = Parts(root, "uv_set_library");
     kept->materialDefinitions = Parts(root, "material_library");
-    if (const auto scene = Find(root, "scene"))
+    bool moves = false;
+    if (const auto scene = Find(root, "scene")) {
         KeepScene(*scene, *kept);
-    const bool isNothing = kept->idle.empty() && kept->file.empty() && kept->info.empty() &&
+        moves = Find(*scene, "animations").has_value();
+    }
+    const bool isNothing = !moves && kept->idle.empty() && kept->file.empty() && kept->info.empty() &&
                            kept->scene.empty() && kept->materials.empty() && kept->uvs.empty() &&
                            kept->images.empty() && kept->uvSets.empty() &&
                            kept->materialDefinitions.empty() && kept->animations.empty();

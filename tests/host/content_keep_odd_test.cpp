@@ -4,6 +4,7 @@
 #include "dznode.h"
 #include "dznumericproperty.h"
 #include "dzscene.h"
+#include "loading/kept_parts.h"
 #include "tests/host/keep_fixture.h"
 
 using doll::Instance;
@@ -32,7 +33,7 @@ protected:
 
 TEST_F(KeptParts, of_nodes_and_geometries_survive)
 {
-    const ordered_json file = resaved(scene(
+    ordered_json file = resaved(scene(
         root(R"(, "vendor": {"a": [1]}, "preview": null, "extra": [{"type": "vendor/extra", "keep": true},
             {"type": "studio_node_channels", "version": "0.1.9", "more": 3, "channels": [
                 {"channel": {"id": "Visible", "type": "bool", "current_value": false}},
@@ -69,10 +70,10 @@ TEST_F(KeptParts, of_modifiers_survive_whether_they_are_turned_or_not)
     for (const char* const channel : {"", R"(, "channel": {"id": "value", "current_value": 0.5})"}) {
         TestHost().reset();
         use(_library);
-        const ordered_json file =
+        ordered_json file =
             resaved(scene(Instance(), modifier(std::string(channel) + R"(, "name": "Mine", "vendor": "#hip",
                 "extra": [{"type": "studio/element_data/notes", "text": "x"}])")));
-        const ordered_json up = entry(file["scene"]["modifiers"], "Up");
+        ordered_json up = entry(file["scene"]["modifiers"], "Up");
         ASSERT_TRUE(up.is_object()) << file["scene"].dump(1);
         EXPECT_EQ(up["name"], "Mine");
         EXPECT_EQ(up["vendor"], "#hip");
@@ -84,7 +85,7 @@ TEST_F(KeptParts, of_modifiers_survive_whether_they_are_turned_or_not)
 
 TEST_F(KeptParts, of_skins_survive)
 {
-    const ordered_json file = resaved(scene(Instance(), R"(, "modifiers": [{"id": "Skin-4",
+    ordered_json file = resaved(scene(Instance(), R"(, "modifiers": [{"id": "Skin-4",
         "url": "/data/Nord/Doll/Doll.dsf#Skin", "parent": "#Doll-1", "vendor": [4]}])"));
     ASSERT_EQ(file["scene"]["modifiers"].size(), 1u);
     EXPECT_EQ(file["scene"]["modifiers"][0]["vendor"], parsed("[4]"));
@@ -93,8 +94,7 @@ TEST_F(KeptParts, of_skins_survive)
 
 TEST_F(KeptParts, of_smoothing_survive)
 {
-    const ordered_json file =
-        resaved(scene(Instance(), R"(, "modifiers": [{"id": "Smooth-4", "url": "#Smooth-4",
+    ordered_json file = resaved(scene(Instance(), R"(, "modifiers": [{"id": "Smooth-4", "url": "#Smooth-4",
         "name": "Smooth", "parent": "#Doll-1", "vendor": [4], "extra": [{"type": "studio/modifier/smoothing"},
         {"type": "vendor/smooth", "by": 3}]}])"));
     ordered_json smooth;
@@ -119,7 +119,7 @@ TEST_F(KeptParts, of_the_head_survive_in_a_file_of_the_same_kind)
 
 TEST_F(KeptParts, of_odd_shapes_survive)
 {
-    const ordered_json file = resaved(
+    ordered_json file = resaved(
         R"("nothing": null, "image_library": 7, "material_library": {"id": "M", "vendor": 1}, "scene": {"nodes": [)" +
         root(R"(, "extra": {"keep": 1})") +
         R"(], "materials": {"id": "m", "url": "#M", "geometry": "#Doll-1"}, "uvs": [null, 5, "x", ["#Doll-1"]],
@@ -152,7 +152,7 @@ TEST_F(KeptParts, may_be_nested_deeply)
     std::string deep = "1";
     for (int i = 0; i < 900; ++i)
         deep = "[" + deep + "]";
-    const ordered_json file = resaved(
+    ordered_json file = resaved(
         scene(root(R"(, "vendor": )" + deep), R"(, "vendor": {"see": "#Doll", "deep": )" + deep + "}"));
     EXPECT_EQ(file["scene"]["nodes"][0]["vendor"], ordered_json::parse(deep));
     EXPECT_EQ(file["scene"]["vendor"]["deep"], ordered_json::parse(deep));
@@ -161,11 +161,11 @@ TEST_F(KeptParts, may_be_nested_deeply)
 
 TEST_F(KeptParts, refer_to_what_they_referred_to)
 {
-    const ordered_json file = resaved(scene(
+    ordered_json file = resaved(scene(
         Instance("-1", R"(, "label": "A")") + "," + Instance("", R"(, "label": "B")"),
         R"(, "vendor": ["#hip-1", "hip:#hip?x", "see #hip", "/data/x.dsf#hip", "#hip%2D1?rotation/x", "Doll/hip:#hip"])"));
     // The first figure's ids are the plain ones now.
-    const ordered_json nodes = file["scene"]["nodes"];
+    ordered_json nodes = file["scene"]["nodes"];
     const std::string second = nodes[4]["id"];
     EXPECT_EQ(nodes[1]["id"], "hip");
     EXPECT_EQ(file["scene"]["vendor"], ordered_json({"#hip", second + ":#" + second + "?x", "see #hip",
@@ -176,7 +176,7 @@ TEST_F(KeptParts, refer_to_what_they_referred_to)
 
 TEST_F(KeptParts, of_cameras_and_lights_survive)
 {
-    const ordered_json file = resaved(R"("node_library": [
+    ordered_json file = resaved(R"("node_library": [
             {"id": "Lamp", "name": "Lamp", "type": "light", "label": "Lamp", "spot": {"intensity": 0.7},
              "extra": [{"type": "studio/node/light"}, {"type": "studio_node_channels", "channels": [
                 {"channel": {"id": "Flux", "type": "float", "value": 1500}}]}]},
@@ -185,17 +185,17 @@ TEST_F(KeptParts, of_cameras_and_lights_survive)
             [{"type": "studio_node_channels", "channels": [{"channel": {"id": "Flux", "current_value": 9}}]}]},
             {"id": "Eye-3", "url": "#Eye", "name": "Eye", "label": "Eye", "rotation_order": "ZYX"}],
             "current_camera": "#Eye-3"})");
-    const ordered_json lamp = entry(file["node_library"], "Lamp");
+    ordered_json lamp = entry(file["node_library"], "Lamp");
     EXPECT_EQ(lamp["type"], "light");
     EXPECT_EQ(lamp["spot"], parsed(R"({"intensity": 0.7})"));
     EXPECT_EQ(lamp["extra"],
               parsed(R"([{"type": "studio/node/light"}, {"type": "studio_node_channels", "channels": [
                 {"channel": {"id": "Flux", "type": "float", "value": 1500}}]}])"));
-    const ordered_json eye = entry(file["node_library"], "Eye");
+    ordered_json eye = entry(file["node_library"], "Eye");
     EXPECT_EQ(eye["type"], "camera");
     EXPECT_EQ(eye["perspective"], parsed(R"({"yfov": 30})"));
     EXPECT_EQ(eye["rotation_order"], "ZYX");
-    const ordered_json nodes = file["scene"]["nodes"];
+    ordered_json nodes = file["scene"]["nodes"];
     EXPECT_EQ(nodes[0]["extra"][0]["channels"][0]["channel"]["current_value"], 9);
     EXPECT_FALSE(nodes[1].contains("rotation_order")) << "the definition says it";
     EXPECT_EQ(file["scene"]["current_camera"], "#" + std::string(nodes[1]["id"]));
@@ -209,7 +209,7 @@ TEST_F(KeptParts, that_move_the_axes_of_nodes_survive_as_they_are_now)
     DzNode* const hand = BoneOf(*dzScene->getPrimarySelection(), "hand");
     ASSERT_NE(hand, nullptr);
     hand->setOrientation(DzVec3(0.0f, 90.0f, 0.0f));
-    const ordered_json file = entry(saved()["scene"]["nodes"], "hand");
+    ordered_json file = entry(saved()["scene"]["nodes"], "hand");
     EXPECT_EQ(file["rotation_order"], "ZXY");
     EXPECT_EQ(file["inherits_scale"], true);
     EXPECT_EQ(file["center_point"], parsed(R"([{"id": "x", "current_value": 0.25}, {"id": "y",
@@ -224,12 +224,47 @@ TEST_F(KeptParts, that_move_the_axes_of_nodes_survive_as_they_are_now)
 
 TEST_F(KeptParts, of_shapes_that_are_not_there_survive)
 {
-    const ordered_json file = resaved(scene(Instance("-8"), R"(, "modifiers": [{"id": "Gone-2",
+    ordered_json file = resaved(scene(Instance("-8"), R"(, "modifiers": [{"id": "Gone-2",
         "url": "/data/Nord/No%20Such.dsf#Gone", "parent": "#Doll-1-8", "group": "/Head", "vendor": "#hip-8",
         "channel": {"id": "value", "type": "float", "current_value": 0.7, "visible": false}}])"));
-    const ordered_json gone = entry(file["scene"]["modifiers"], "Gone-2");
+    ordered_json gone = entry(file["scene"]["modifiers"], "Gone-2");
     EXPECT_EQ(gone, parsed(R"({"id": "Gone-2", "url": "/data/Nord/No%20Such.dsf#Gone", "parent": "#Doll-1",
         "group": "/Head", "channel": {"id": "value", "type": "float", "visible": false, "current_value": 0.7},
         "vendor": "#hip"})"));
+    expectStable();
+}
+
+TEST_F(KeptParts, are_held_only_where_a_file_says_more_than_can_be_set)
+{
+    const std::string group = R"({"id": "Group-1", "url": "#Group", "name": "Group", "label": "Group",
+        "rotation": [{"id": "x", "current_value": 5}], "extra": [{"type": "studio_node_channels", "channels":
+            [{"channel": {"id": "Visible", "type": "bool", "current_value": false}}]}]})";
+    const std::string library = R"("node_library": [{"id": "Group", "type": "node"}], )";
+    ASSERT_TRUE(load("Scenes/One.duf", doll::File(library + scene(group, ""), "scene")));
+    ASSERT_EQ(dzScene->getNumNodes(), 1);
+    EXPECT_EQ(openhost::KeptOfNode(*dzScene->getNode(0)), nullptr);
+    ASSERT_TRUE(load("Scenes/Two.duf", doll::File(library + scene(group, R"(, "vendor": 1)"), "scene")));
+    ASSERT_EQ(dzScene->getNumNodes(), 2);
+    EXPECT_NE(openhost::KeptOfNode(*dzScene->getNode(1)), nullptr);
+}
+
+TEST_F(KeptParts, share_the_texture_coordinates_of_a_mesh_in_their_file)
+{
+    const std::string mesh = R"("geometry_library": [{"id": "Card-1", "name": "Card",
+            "vertices": {"values": [[0,0,0],[1,0,0],[1,1,0],[0,1,0]]}, "polygon_groups": {"values": ["all"]},
+            "polygon_material_groups": {"values": ["Paper"]}, "polylist": {"values": [[0,0,0,1,2,3]]},
+            "default_uv_set": "#Card-1-UVs"}],
+        "uv_set_library": [{"id": "Card-1-UVs", "vertex_count": 4, "uvs": {"values": [[0,0],[1,0],[1,1],[0,1]]},
+            "polygon_vertex_indices": []}],
+        "node_library": [{"id": "Card", "type": "node"}], "material_library": [{"id": "Paper"}],)";
+    ordered_json file = resaved(mesh + scene(R"({"id": "Card-3", "url": "#Card", "name": "Card",
+        "geometries": [{"id": "Card-4", "url": "#Card-1"}]})",
+                                             R"(, "materials": [{"id": "Paper-1", "url": "#Paper",
+        "geometry": "#Card-4", "uv_set": "#Card-1-UVs"}])"));
+    ASSERT_EQ(file["uv_set_library"].size(), 1u);
+    EXPECT_EQ(file["uv_set_library"][0]["id"], "Card-1-UVs");
+    EXPECT_EQ(file["scene"]["materials"][0]["uv_set"], "#Card-1-UVs");
+    const std::string geometry = file["scene"]["nodes"][0]["geometries"][0]["id"];
+    EXPECT_EQ(file["scene"]["materials"][0]["geometry"], "#" + geometry);
     expectStable();
 }

@@ -38,7 +38,7 @@ protected:
 
 TEST_F(KeptScene, has_its_materials_with_all_that_they_refer_to)
 {
-    const ordered_json file = resaved(painted("", "Red"));
+    ordered_json file = resaved(painted("", "Red"));
     EXPECT_EQ(file["scene"]["materials"],
               parsed(R"([{"id": "Face-1", "url": "#Paint", "geometry": "#Doll-1", "groups": ["Skin"],
                   "uv_set": "#uv-1"}])"));
@@ -56,7 +56,7 @@ TEST_F(KeptScene, has_its_materials_with_all_that_they_refer_to)
 TEST_F(KeptScene, is_kept_by_what_the_file_says_now)
 {
     // The geometry gets another id, as the figure's own file calls it.
-    const ordered_json file = resaved(painted("-odd", "Red"));
+    ordered_json file = resaved(painted("-odd", "Red"));
     EXPECT_EQ(file["scene"]["nodes"][0]["geometries"][0]["id"], "Doll-1");
     EXPECT_EQ(file["scene"]["materials"][0]["geometry"], "#Doll-1");
     EXPECT_EQ(file["scene"]["uvs"][0]["parent"], "#Doll-1");
@@ -70,13 +70,13 @@ TEST_F(KeptScene, has_the_materials_of_figures_that_are_there)
                             Instance("-2", R"(, "label": "Two")") +
                             R"(], "materials": [{"id": "m1", "url": "#A", "geometry": "#Doll-1"},
             {"id": "m2", "url": "#B", "geometry": "#Doll-1-2"}]})";
-    const ordered_json both = resaved(two);
+    ordered_json both = resaved(two);
     EXPECT_EQ(both["scene"]["materials"].size(), 2u);
     const std::string second = both["scene"]["nodes"][3]["geometries"][0]["id"];
     EXPECT_EQ(both["scene"]["materials"][1]["geometry"], "#" + second);
     ASSERT_NE(labelled("One"), nullptr);
     dzScene->removeNode(labelled("One"));
-    const ordered_json rest = saved();
+    ordered_json rest = saved();
     EXPECT_EQ(rest["scene"]["materials"], parsed(R"([{"id": "m2", "url": "#B", "geometry": "#Doll-1"}])"));
     EXPECT_EQ(rest["material_library"], parsed(R"([{"id": "B"}])"));
     expectStable();
@@ -87,7 +87,7 @@ TEST_F(KeptScene, takes_nothing_along_into_the_next_one)
     ASSERT_TRUE(merge("Scenes/Old.duf", painted("", "Red")));
     dzScene->clear();
     ASSERT_NE(openDoll(), nullptr);
-    const ordered_json file = saved();
+    ordered_json file = saved();
     EXPECT_FALSE(file["scene"].contains("materials"));
     EXPECT_FALSE(file.contains("material_library"));
 }
@@ -96,7 +96,7 @@ TEST_F(KeptScene, shares_the_equal_parts_of_two_files)
 {
     ASSERT_TRUE(merge("Scenes/One.duf", painted("", "Red")));
     ASSERT_TRUE(merge("Scenes/Two.duf", painted("", "Red")));
-    const ordered_json file = saved();
+    ordered_json file = saved();
     EXPECT_EQ(file["image_library"].size(), 1u);
     EXPECT_EQ(file["material_library"].size(), 1u);
     ASSERT_EQ(file["scene"]["materials"].size(), 2u);
@@ -114,14 +114,14 @@ TEST_F(KeptScene, tells_different_parts_of_one_id_apart)
 {
     ASSERT_TRUE(merge("Scenes/One.duf", painted("", "Red")));
     ASSERT_TRUE(merge("Scenes/Two.duf", painted("", "Blue")));
-    const ordered_json file = saved();
+    ordered_json file = saved();
     ASSERT_EQ(file["image_library"].size(), 2u);
     ASSERT_EQ(file["material_library"].size(), 2u);
     for (const ordered_json& material : file["scene"]["materials"]) {
         const std::string url = material["url"];
-        const ordered_json paint = entry(file["material_library"], url.substr(1));
+        ordered_json paint = entry(file["material_library"], url.substr(1));
         const std::string image = paint["diffuse"]["channel"]["image"];
-        const ordered_json tint = entry(file["image_library"], image.substr(1));
+        ordered_json tint = entry(file["image_library"], image.substr(1));
         const bool isFirst = &material == &file["scene"]["materials"][0];
         EXPECT_EQ(tint["map"][0]["url"], isFirst ? "/Runtime/Red.jpg" : "/Runtime/Blue.jpg");
     }
@@ -136,8 +136,8 @@ TEST_F(KeptScene, tells_different_parts_of_one_id_apart)
 TEST_F(KeptScene, gives_no_id_twice)
 {
     // What the file calls its material is what the figure's node is called.
-    const ordered_json file = resaved(R"("material_library": [{"id": "Doll"}], "scene": {"nodes": [)" +
-                                      Instance("-9") + R"(], "materials": [{"id": "hip", "url": "#Doll"}]})");
+    ordered_json file = resaved(R"("material_library": [{"id": "Doll"}], "scene": {"nodes": [)" +
+                                Instance("-9") + R"(], "materials": [{"id": "hip", "url": "#Doll"}]})");
     const std::string id = file["material_library"][0]["id"];
     EXPECT_NE(id, "Doll");
     EXPECT_EQ(file["scene"]["materials"][0]["url"], "#" + id);
@@ -147,7 +147,7 @@ TEST_F(KeptScene, gives_no_id_twice)
 
 TEST_F(KeptScene, has_the_settings_of_its_file)
 {
-    const ordered_json file = resaved(
+    ordered_json file = resaved(
         R"("vendor": {"deep": [1, {"x": [null, true, 1e-7, "\u00e4\n"]}]}, "scene": {"vendor": 5, "nodes": [)" +
         Instance("-7") +
         R"(], "presentation": {"label": "Mine"}, "current_camera": "#hand-7",
@@ -168,7 +168,7 @@ TEST_F(KeptScene, keeps_the_settings_of_the_first_of_two_files)
     };
     ASSERT_TRUE(merge("Scenes/One.duf", scene(Instance(), more("1"))));
     ASSERT_TRUE(merge("Scenes/Two.duf", scene(Instance(), more("2"))));
-    const ordered_json file = saved();
+    ordered_json file = saved();
     EXPECT_EQ(file["scene"]["vendor"], 1);
     EXPECT_EQ(file["scene"]["extra"],
               parsed(R"([{"type": "a"}, {"type": "b", "size": 1}, {"type": "b", "size": 2}])"));
@@ -184,7 +184,7 @@ TEST_F(KeptScene, leaves_its_settings_out_of_files_of_other_kinds)
                                             R"(], "extra": [{"type": "render_settings"}],
                           "materials": [{"id": "m", "geometry": "#Doll-1"}]})"));
     dzScene->selectAllNodes(true);
-    const ordered_json subset = saved("DzSceneSubsetAssetFilter");
+    ordered_json subset = saved("DzSceneSubsetAssetFilter");
     EXPECT_EQ(subset["scene"]["materials"].size(), 1u);
     EXPECT_FALSE(subset["scene"].contains("presentation"));
     EXPECT_FALSE(subset["scene"].contains("extra"));
@@ -196,7 +196,7 @@ TEST_F(KeptScene, does_not_present_itself_as_the_character_in_it)
     ASSERT_TRUE(load("People/Doll.duf", doll::Scene(Instance(), R"(, "presentation": {"label": "Doll"},
         "extra": [{"type": "notes"}])",
                                                     "character")));
-    const ordered_json file = saved();
+    ordered_json file = saved();
     EXPECT_FALSE(file["scene"].contains("presentation"));
     EXPECT_EQ(file["scene"]["extra"], parsed(R"([{"type": "notes"}])"));
 }
@@ -218,7 +218,7 @@ TEST_F(KeptScene, loads_its_add_ons_once)
 
 TEST_F(KeptScene, still_moves)
 {
-    const ordered_json file = resaved(
+    ordered_json file = resaved(
         scene(Instance("-5"),
               R"(, "animations": [{"url": "hand-5:#hand-5?rotation/z/value", "keys": [[0, 1], [1, 5]]},
             {"url": "name://@selection/hip:?rotation/x/value", "keys": [[0, 2], [1, 6, ["TCB", 0, 0, 0]]]},
@@ -232,6 +232,14 @@ TEST_F(KeptScene, still_moves)
     expectStable();
 }
 
+TEST_F(KeptScene, keeps_the_values_of_what_is_not_there)
+{
+    const char* const entry = R"([{"url": "#nothing?value", "keys": [[0, 4]]}])";
+    EXPECT_EQ(resaved(scene(Instance(), R"(, "animations": )" + std::string(entry)))["scene"]["animations"],
+              parsed(entry));
+    expectStable();
+}
+
 TEST_F(KeptScene, moves_no_more_where_a_value_has_been_changed)
 {
     ASSERT_TRUE(merge("Scenes/One.duf",
@@ -240,7 +248,7 @@ TEST_F(KeptScene, moves_no_more_where_a_value_has_been_changed)
     DzNode* const hand = BoneOf(*dzScene->getPrimarySelection(), "hand");
     ASSERT_NE(hand, nullptr);
     qobject_cast<DzNumericProperty*>(hand->findProperty(QStringLiteral("ZRotate")))->setDoubleRawValue(40.0);
-    const ordered_json file = saved();
+    ordered_json file = saved();
     EXPECT_EQ(file["scene"]["animations"],
               parsed(R"([{"url": "#hip?rotation/z/value", "keys": [[0, 1], [1, 5]]}])"));
     EXPECT_EQ(entry(file["scene"]["nodes"], "hand")["rotation"][0]["current_value"], 40);
@@ -256,7 +264,7 @@ TEST_F(KeptScene, moves_the_figure_that_has_moved_when_it_was_the_selected_one)
         R"(, "animations": [{"url": "name://@selection:?translation/x/value", "keys": [[0, 1], [1, 5]]}])";
     ASSERT_TRUE(merge("Scenes/One.duf", scene(Instance("", R"(, "label": "Still")"), "")));
     ASSERT_TRUE(merge("Scenes/Two.duf", scene(Instance("", R"(, "label": "Moving")"), moving)));
-    const ordered_json file = saved();
+    ordered_json file = saved();
     ASSERT_EQ(file["scene"]["animations"].size(), 1u);
     ordered_json owner;
     for (const ordered_json& node : file["scene"]["nodes"])
