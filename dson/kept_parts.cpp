@@ -239,6 +239,8 @@ void AddExtra(Json& extras, std::size_t written, const std::string& text)
 
 void AddKept(Json& object, const KeptMembers& kept)
 {
+    if (kept.empty())
+        return;
     const Json before = [&object] {
         Json names = Json::object();
         for (const auto& member : object.items())
