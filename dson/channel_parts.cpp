@@ -48,8 +48,8 @@ bool IsOneNumber(std::string_view type)
 
 bool MayHoldNumber(std::string_view type)
 {
-    static const std::set<std::string_view> others{"alias", "color",  "float_color", "image",
-                                                   "file",  "string", "node",        "numeric_node"};
+    static const std::set<std::string_view> others{"color",  "float_color", "image",       "file",
+                                                   "string", "node",        "numeric_node"};
     return others.count(type) == 0;
 }
 

@@ -38,19 +38,6 @@ void ReadFavorites(const Element& owner, std::vector<std::string>& names)
     });
 }
 
-/// What node channels say besides a value.
-void ReadNodeChannels(const Element& node, JsonTexts& channels)
-{
-    ForEach(node, "extra", [&](const Element& extra) {
-        if (Text(extra, "type") == "studio_node_channels")
-            ForEach(extra, "channels", [&](const Element& entry) {
-                const auto channel = Find(entry, "channel");
-                if (channel && !Text(*channel, "id").empty())
-                    channels.emplace_back(Text(*channel, "id"), simdjson::minify(entry));
-            });
-    });
-}
-
 /// Channels that an `extra` object lists, by id.
 void ReadExtraChannels(const Element& owner, ChannelValues& values)
 {
@@ -113,7 +100,6 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
     if (const auto general = Find(json, "general_scale"))
         ReadInstanceChannel(*general, "general_scale", instance);
     ReadExtraChannels(json, instance.properties);
-    ReadNodeChannels(json, instance.nodeChannels);
     ReadFavorites(json, instance.favorites);
     for (const Element& item : PartsOf(json, "geometries", context.lists)) {
         instance.geometries.push_back(ParseGeometryInstance(item, context));

@@ -198,11 +198,6 @@ std::shared_ptr<const KeptContent> KeptOfFile(const Element& root, std::vector<s
     return isNothing ? nullptr : kept;
 }
 
-Json RawText(const std::string& json)
-{
-    return Json::binary(Json::binary_t::container_type(json.begin(), json.end()));
-}
-
 namespace {
 
 /// Adds the kept members of an entry to the present one of its type.

@@ -22,8 +22,6 @@ KeptMembers KeptOfModifier(const Element& instance);
 /// @param idle  see KeptContent
 std::shared_ptr<const KeptContent> KeptOfFile(const Element& root, std::vector<std::string> idle);
 
-/// JSON text as a value that is written as it stands.
-Json RawText(const std::string& json);
 /// Puts it behind the present members. Channels go to the present entry of `extra` of their type.
 void AddKept(Json& object, const KeptMembers& kept);
 

@@ -99,11 +99,8 @@ Json EmitSceneNode(const SceneNode& node)
         json["formulas"] = EmitFormulas(node.formulas);
     if (node.geometry)
         json["geometries"] = Json::array({EmitSceneGeometry(*node.geometry)});
-    if (!node.properties.empty() || !node.keptChannels.empty()) {
+    if (!node.properties.empty())
         json["extra"].push_back(EmitChannels("studio_node_channels", node.properties));
-        for (const auto& kept : node.keptChannels)
-            json["extra"].back()["channels"].push_back(RawText(kept.second));
-    }
     if (!node.favorites.empty())
         json["extra"].push_back(EmitFavorites(node.favorites));
     AddKept(json, node.kept);

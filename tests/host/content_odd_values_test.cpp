@@ -102,9 +102,10 @@ TEST_F(OddValues, instead_of_lists_are_told)
     const std::string figure = R"("geometry_library": [{"id": "G", "vertices": 5, "polylist": {"values": "x"},
         "polygon_groups": true, "edge_weights": {"values": {}}}], "node_library": 7,
         "modifier_library": [{"id": "M", "formulas": "y", "channel": {"id": "value"}}, {"id": "N", "formulas": 1}])";
-    EXPECT_EQ(told(figure).back(), "has members that should be lists and are none: formulas, node_library, "
-                                   "polygon_groups, values, vertices");
-    EXPECT_EQ(told(R"("node_library": [], "modifier_library": {"id": "M", "formulas": null})"), Told{});
+    EXPECT_EQ(told(figure).back(), "has members that should be lists and are none: formulas, polygon_groups, "
+                                   "values, vertices");
+    EXPECT_EQ(told(R"("node_library": [], "modifier_library": {"id": "M", "formulas": null})"),
+              Told{"1 list is one thing by itself, which is read: modifier_library"});
 }
 
 TEST_F(OddValues, of_places_are_told_and_leave_the_definition_s)

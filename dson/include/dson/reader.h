@@ -20,9 +20,6 @@ namespace dson {
 /// "general_scale").
 using ChannelValues = std::map<std::string, double>;
 
-/// Parts of a file as JSON text, by name, for what is kept without being understood.
-using JsonTexts = std::vector<std::pair<std::string, std::string>>;
-
 /// What an instance says of a channel besides its value; what is not set stays as the definition has it.
 struct ChannelChange {
     std::string label;
@@ -48,7 +45,6 @@ struct NodeInstance {
     ChannelValues channels;                       ///< "translation/x" ... "general_scale"
     std::map<std::string, ChannelChange> changes; ///< by the same ids
     ChannelValues properties;                     ///< of further channels, by property name
-    JsonTexts nodeChannels;                       ///< all that further channels say, by property name
     std::vector<std::string> favorites;           ///< names of properties, also of the node's geometry
     std::vector<Formula> formulas;
     std::vector<GeometryInstance> geometries;

@@ -38,7 +38,6 @@ struct SceneNode {
     std::vector<SceneChannel> rotation, translation, scale;
     std::optional<SceneChannel> generalScale;
     std::vector<SceneChannel> properties; ///< other channels that the node has by its kind
-    JsonTexts keptChannels;               ///< those that it has from a file alone
     std::vector<std::string> favorites;   ///< names of dials that the user has marked
     std::vector<Formula> formulas;
     std::optional<SceneGeometry> geometry;

@@ -11,13 +11,12 @@
 #include "dznumericproperty.h"
 #include "dzobject.h"
 #include "loading/channel_properties.h"
-#include "loading/kept_channels.h"
 
 namespace openhost {
 
 namespace {
 
-void ApplyChannels(const dson::NodeInstance& instance, DzNode& node, const ValueSetter& set)
+void ApplyChannels(const dson::NodeInstance& instance, const DzNode& node, const ValueSetter& set)
 {
     for (const auto& channel : instance.channels)
         if (DzNumericProperty* const property = FindNodeChannel(node, channel.first))
@@ -25,11 +24,6 @@ void ApplyChannels(const dson::NodeInstance& instance, DzNode& node, const Value
     for (const auto& change : instance.changes)
         if (DzNumericProperty* const property = FindNodeChannel(node, change.first))
             ApplyChange(*property, change.second);
-    dson::JsonTexts kept;
-    for (const auto& entry : instance.nodeChannels)
-        if (!qobject_cast<DzNumericProperty*>(node.findProperty(ToQ(entry.first))))
-            kept.push_back(entry);
-    KeepChannels(node, std::move(kept));
     for (const auto& entry : instance.properties)
         if (auto* const property = qobject_cast<DzNumericProperty*>(node.findProperty(ToQ(entry.first))))
             set(*property, entry.second);

@@ -14,7 +14,6 @@
 #include "geometry/deform_field.h"
 #include "library/asset_origin.h"
 #include "loading/channel_properties.h"
-#include "loading/kept_channels.h"
 
 namespace openhost {
 
@@ -161,7 +160,6 @@ bool IsOwnChannel(const DzNode& node, const DzNumericProperty& property)
 
 void DescribeInstanceChannels(const DzNode& node, dson::SceneNode& instance)
 {
-    instance.keptChannels = KeptChannels(node);
     instance.translation = VectorChanges(node, "translation");
     instance.rotation = VectorChanges(node, "rotation");
     instance.scale = VectorChanges(node, "scale");
