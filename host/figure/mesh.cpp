@@ -333,7 +333,7 @@ void DzFacetMesh::setSubDEdgeInterpolation(SubDEdgeInterpolation interpolation)
     if (interpolation == _facets->edgeInterpolation)
         return;
     _facets->edgeInterpolation = interpolation;
-    topologyEdited();
+    DzVertexMesh::topologyEdited(); // its faces stay as they are, and so does what belongs to them
 }
 
 int DzFacetMesh::getCurrentSubDivisionLevel() const

@@ -102,6 +102,15 @@ TEST_F(Creases, border_corners_are_as_the_figure_in_the_scene_says)
     EXPECT_FLOAT_EQ(corner(setting), 0.0f);
 }
 
+TEST_F(Creases, stay_when_the_scene_treats_the_border_otherwise)
+{
+    write("data/Nord/Doll/Doll.dsf", File(FoldedFigure(), "figure"));
+    std::string instance = Instance();
+    instance.insert(instance.find("}]}"), R"(, "edge_interpolation_mode": "edges_and_corners")");
+    ASSERT_TRUE(load("People/Doll.duf", Scene(instance, "", "character")));
+    EXPECT_TRUE(IsSharp(*qobject_cast<DzFigure*>(dzScene->getPrimarySelection())));
+}
+
 TEST_F(SavedCreases, come_back)
 {
     WriteBytes(

@@ -236,8 +236,7 @@ TEST_F(OddParts, dials_of_unknown_types_are_numbers_and_those_without_a_number_a
     EXPECT_EQ(DialIn(*figure, "Wheel")->getDoubleMin(), -3.0);
     EXPECT_EQ(DialIn(*figure, "Tint"), nullptr);
     EXPECT_TRUE(logged("1 morph has a channel of an unknown type and is shown as a number, such as "));
-    EXPECT_TRUE(
-        logged("1 modifier has a value that is not one number; it is kept as it is, such as Tint"))
+    EXPECT_TRUE(logged("1 modifier has a value that is not one number; it is kept as it is, such as Tint"))
         << log().toStdString();
 }
 
