@@ -7,6 +7,10 @@
 
 #include <memory>
 
+namespace openhost {
+struct LinkKnots;
+}
+
 /// v is the driven value so far, c the controlling property's, m the scalar, a the addend:
 /// DeltaAdd v + c*m + a, DivideInto c/v + a, DivideBy v/c + a, Multiply c*v + a, Subtract v - c + a, Add v +
 /// c + a, Keyed v + the interpolated key value at c. A division by 0 leaves v as it is.
@@ -46,6 +50,8 @@ public:
     bool isMultiplying() const override;
 
 private:
+    friend struct openhost::LinkKnots;
+
     struct Impl;
     std::unique_ptr<Impl> _impl;
 };

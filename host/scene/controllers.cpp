@@ -6,7 +6,7 @@
 #include "dznumericcontroller.h"
 
 #include "dznumericproperty.h"
-#include "scene/spline.h"
+#include "scene/link_knots.h"
 
 #include <algorithm>
 
@@ -181,6 +181,11 @@ int DzERCLink::addKeyValue(double key, double value, double tension, double cont
         _impl->knots.insert(place, knot);
     changed();
     return static_cast<int>(index);
+}
+
+const std::vector<openhost::SplineKnot>& openhost::LinkKnots::of(const DzERCLink& link)
+{
+    return link._impl->knots;
 }
 
 namespace {

@@ -134,6 +134,28 @@ TEST_F(SavedScene, keeps_dials_and_links_that_were_made_by_hand)
     EXPECT_EQ(loadedArm->getZRotControl()->getNumControllers(), 1) << "the data file's own link, once";
 }
 
+TEST_F(SavedScene, keeps_the_tension_of_links)
+{
+    DzFigure* const figure = openMini();
+    ASSERT_NE(figure, nullptr);
+    DzFloatProperty* const bend = DialOf(*figure, "Bend");
+    auto* const keyed = new DzERCLink(DzERCLink::ERCKeyed, bend, 1.0, 0.0);
+    keyed->setKeyInterpolation(DzERCLink::TCB_INTERP);
+    keyed->addKeyValue(0.0, 0.0);
+    keyed->addKeyValue(1.0, 4.0, 0.5, 0.25, -0.5);
+    keyed->addKeyValue(2.0, 1.0);
+    DialOf(*figure, "Up")->insertController(keyed);
+    bend->setValue(0.75f);
+    const double raised = DialOf(*figure, "Up")->getDoubleValue();
+    ASSERT_EQ(save("DzSceneAssetFilter", file("Tension.duf")), 0);
+    EXPECT_FALSE(log().contains(QStringLiteral("cannot be kept"))) << log().toStdString();
+    ASSERT_TRUE(reload(file("Tension.duf"))) << log().toStdString();
+    const DzNode* const loaded = dzScene->findNodeByLabel(QStringLiteral("Mini"));
+    ASSERT_NE(loaded, nullptr);
+    EXPECT_NE(raised, 3.0) << "what the straight line has";
+    EXPECT_EQ(DialOf(*loaded, "Up")->getDoubleValue(), raised);
+}
+
 TEST_F(SavedScene, keeps_cameras)
 {
     auto* const camera = new DzBasicCamera;

@@ -6,6 +6,7 @@
 #include "dzerclink.h"
 #include "dznumericproperty.h"
 #include "scene/formula_controller.h"
+#include "scene/link_knots.h"
 
 namespace openhost {
 
@@ -64,12 +65,14 @@ void AppendScaled(dson::Formula& formula, double scalar, double addend)
 
 void AppendKeys(dson::Formula& formula, const DzERCLink& link)
 {
-    const int count = link.getNumKeyValues();
-    for (int i = 0; i < count; ++i)
-        formula.operations.push_back(Knot({link.getKey(i), link.getKeyValue(i), 0.0, 0.0, 0.0}));
-    formula.operations.push_back(Push(static_cast<double>(count)));
-    const bool isConstant = link.getKeyInterpolation() == DzERCLink::CONSTANT_INTERP;
-    formula.operations.push_back(Do(isConstant ? Kind::SplineConstant : Kind::SplineLinear));
+    const std::vector<SplineKnot>& knots = LinkKnots::of(link);
+    for (const SplineKnot& knot : knots)
+        formula.operations.push_back(Knot(knot));
+    formula.operations.push_back(Push(static_cast<double>(knots.size())));
+    const int interpolation = link.getKeyInterpolation();
+    formula.operations.push_back(Do(interpolation == DzERCLink::CONSTANT_INTERP ? Kind::SplineConstant
+                                    : interpolation == DzERCLink::TCB_INTERP    ? Kind::SplineTcb
+                                                                                : Kind::SplineLinear));
 }
 
 std::optional<dson::Formula> DescribeErcLink(const DzERCLink& link, dson::Formula formula)
@@ -86,9 +89,6 @@ std::optional<dson::Formula> DescribeErcLink(const DzERCLink& link, dson::Formul
         AppendScaled(formula, -1.0, addend);
         return formula;
     case DzERCLink::ERCKeyed:
-        // The shape of a curve with tension cannot be asked for.
-        if (link.getKeyInterpolation() == DzERCLink::TCB_INTERP)
-            return std::nullopt;
         AppendKeys(formula, link);
         return formula;
     case DzERCLink::ERCMultiply:
