@@ -25,6 +25,8 @@ constexpr Wording wordings[] = {
     {"object is a list, the entries of which are read", "objects are lists, the entries of which are read"},
     {"member is there more than once, and read each time",
      "members are there more than once, and read each time"},
+    {"list is within another, and its entries are read",
+     "lists are within others, and their entries are read"},
     {"entry of a list is no object and left out", "entries of lists are no objects and left out"},
     {"list is something else and left out", "lists are something else and left out"},
 };
@@ -57,10 +59,14 @@ std::vector<Element> MembersOf(const Element& owner, std::string_view name, OddL
 void AddThings(const Element& list, std::string_view name, std::vector<Element>& parts, OddLists& met)
 {
     for (const Element item : Items(list)) {
-        if (item.is_object())
+        if (item.is_object()) {
             parts.push_back(item);
-        else
+        } else if (item.is_array()) {
+            met.add(OddLists::Nested, name);
+            AddThings(item, name, parts, met);
+        } else {
             met.add(OddLists::NoThing, name);
+        }
     }
 }
 

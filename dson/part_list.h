@@ -16,7 +16,7 @@ namespace dson {
 /// What was met in place of lists of things. Counts each kind and keeps the first few names.
 class OddLists {
 public:
-    enum Kind { OneThing, Object, List, Repeated, NoThing, Senseless };
+    enum Kind { OneThing, Object, List, Repeated, Nested, NoThing, Senseless };
 
     void add(Kind kind, std::string_view name);
     /// One for each kind that was met.

@@ -74,6 +74,16 @@ TEST_F(OddLists, lose_what_is_no_thing)
                                        "1 list is something else and left out: modifiers"}));
 }
 
+TEST_F(OddLists, are_read_within_lists)
+{
+    const dson::Document document = read(
+        R"("scene": {"nodes": [{"id": "A"}, [{"id": "B"}, [{"id": "C"}, 1]]], "modifiers": [[{"id": "M"}]]})");
+    EXPECT_EQ(ids(document), (Strings{"A", "B", "C", "M"}));
+    EXPECT_EQ(told(document),
+              (Strings{"3 lists are within others, and their entries are read: nodes, modifiers",
+                       "1 entry of a list is no object and left out: nodes"}));
+}
+
 TEST_F(OddLists, are_read_each_time_that_they_are_there)
 {
     const dson::Document document = read(R"("asset_info": {"id": "/first.duf"}, "scene": {},
