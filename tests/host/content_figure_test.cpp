@@ -208,7 +208,7 @@ TEST_F(LoadedFigure, is_driven_by_formulas)
     ASSERT_NE(DialOf(*figure, "Lost"), nullptr);
     EXPECT_EQ(DialOf(*figure, "Lost")->getValue(), 0.0f);
     EXPECT_TRUE(log().contains(QStringLiteral(
-        "/data/Acme/Mini/Base/Mini.dsf: 1 formula names what is not installed and 0 cannot be understood")))
+        "/data/Acme/Mini/Base/Mini.dsf: 1 formula names what is not installed and is left out")))
         << log().toStdString();
     DialOf(*figure, "Longer")->setValue(1.0f);
     ExpectAt(figure->findNodeChild(QStringLiteral("arm"), true)->getOrigin(), 25, 0, 0);

@@ -63,7 +63,17 @@ TEST_F(ForeignScene, formulas_add_multiply_nest_and_bend)
     EXPECT_EQ(ValueIn(*figure, "Scaled"), 4.0);
     DialIn(*figure, "In")->setDoubleValue(9.0);
     EXPECT_EQ(ValueIn(*figure, "Bent"), 0.0);
-    EXPECT_TRUE(logged("1 formula names what is not installed and 0 cannot be understood"));
+    EXPECT_TRUE(logged("1 formula names what is not installed and is left out, such as Doll:#Gone?value"));
+}
+
+TEST_F(ForeignScene, formulas_that_give_nothing_are_told_apart_from_those_that_name_nothing)
+{
+    writeShape("Circle", Control("Circle", Driven("Doll:#Circle?value", "Doll:#Circle?value", "1")));
+    ASSERT_NE(openDoll(), nullptr);
+    EXPECT_TRUE(
+        logged("1 formula has no result or drives itself and is left out, such as Doll:#Circle?value"))
+        << log().toStdString();
+    EXPECT_FALSE(logged("what is not installed")) << log().toStdString();
 }
 
 TEST_F(ForeignScene, shapes_move_joints_and_joints_drive_shapes)

@@ -137,7 +137,7 @@ TEST_F(OddParts, what_formulas_name_in_vain_is_named)
     }
     writeShape("Out", Control("Out", Driven("Doll:#Nowhere?value", "Doll:#Out?value", "1")));
     ASSERT_NE(openDoll(), nullptr);
-    EXPECT_TRUE(logged("6 formulas name what is not installed and 0 cannot be understood, such as "
+    EXPECT_TRUE(logged("6 formulas name what is not installed and are left out, such as "
                        "Doll:#Gone?value, Doll:#Lost?value and tail:#tail?rotation/x"))
         << log().toStdString();
 }

@@ -15,8 +15,6 @@
 
 #include <algorithm>
 
-#include <fmt/format.h>
-
 namespace openhost {
 
 namespace {
@@ -56,18 +54,28 @@ struct FigureAssembly::Impl {
         return property ? &AliasEnd(*property) : nullptr;
     }
 
+    void warn(const std::vector<std::string>& which, const char* one, const char* many) const
+    {
+        if (!which.empty())
+            file.warn(dson::Counted(which.size(), one, many) + Examples(which));
+    }
+
     void report(const FigureDials::HiddenAliases& hidden) const
     {
-        const auto warn = [this](const std::vector<std::string>& which, const char* one, const char* many) {
-            if (!which.empty())
-                file.warn(dson::Counted(which.size(), one, many) + Examples(which));
-        };
         warn(hidden.missing, "alias names what is not installed and is hidden",
              "aliases name what is not installed and are hidden");
         warn(hidden.circular, "alias stands for itself in the end and is hidden",
              "aliases stand for themselves in the end and are hidden");
         warn(hidden.withoutTarget, "alias names no target and is hidden",
              "aliases name no targets and are hidden");
+    }
+
+    void report(const PendingFormulas::LeftOut& formulasLeftOut) const
+    {
+        warn(formulasLeftOut.missing, "formula names what is not installed and is left out",
+             "formulas name what is not installed and are left out");
+        warn(formulasLeftOut.notUnderstood, "formula has no result or drives itself and is left out",
+             "formulas have no results or drive themselves and are left out");
     }
 
     FigureFile file;
@@ -145,10 +153,7 @@ void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
     _impl->modifiers.reportOmissions();
     _impl->nodes.reportOddities();
     _impl->report(hidden);
-    if (!leftOut.missing.empty() || leftOut.notUnderstood > 0)
-        _impl->file.warn(fmt::format("{} what is not installed and {} cannot be understood{}",
-                                     dson::Counted(leftOut.missing.size(), "formula names", "formulas name"),
-                                     leftOut.notUnderstood, Examples(leftOut.missing)));
+    _impl->report(leftOut);
     _impl->modifiers.attachLost();
 }
 

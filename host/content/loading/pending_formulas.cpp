@@ -90,7 +90,8 @@ PendingFormulas::connect(const PropertyResolver& resolve,
             leftOut.missing.push_back(MissingIn(*pending.formula, resolve));
         if (result == LinkResult::MissingProperty && !resolve(pending.formula->output))
             tellHomeless(*pending.formula);
-        leftOut.notUnderstood += result == LinkResult::NotUnderstood;
+        if (result == LinkResult::NotUnderstood)
+            leftOut.notUnderstood.push_back(pending.formula->output);
     }
     _formulas.clear();
     _byHash.clear();

@@ -26,8 +26,8 @@ public:
     std::set<std::string> duplicateOutputs() const;
 
     struct LeftOut {
-        std::vector<std::string> missing; ///< for each, an address of a property that is not there
-        std::size_t notUnderstood = 0;
+        std::vector<std::string> missing;       ///< for each, an address of a property that is not there
+        std::vector<std::string> notUnderstood; ///< what each drives
     };
     /// Makes the links of all, in the order of adding. None waits any longer.
     /// @param tellHomeless  called with each formula whose output is not there
