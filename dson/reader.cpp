@@ -99,10 +99,15 @@ void CheckIds(const Document& document, ParseContext& context)
     CountRepeated(document.geometries, count, example);
     CountRepeated(document.nodes, count, example);
     CountRepeated(document.modifiers, count, example);
-    CountRepeated(document.nodeInstances, count, example);
     if (count > 0)
         context.warn({}, fmt::format("{} given more than once, such as {}; the first counts",
                                      Counted(count, "id is", "ids are"), example));
+    count = 0;
+    CountRepeated(document.nodeInstances, count, example);
+    if (count > 0)
+        context.warn({}, fmt::format("{} given more than once, such as {}; what names {} means the first",
+                                     Counted(count, "id of a node is", "ids of nodes are"), example,
+                                     count == 1 ? "it" : "them"));
 }
 
 std::size_t CountItems(const Element& owner, std::string_view key)

@@ -36,6 +36,7 @@ gantrel_add_tests(host_content_tests
         content_save_values_test.cpp
         content_skin_test.cpp
         content_spelling_test.cpp
+        content_stray_bones_test.cpp
         content_text_test.cpp
         content_uv_test.cpp
         content_writer_test.cpp

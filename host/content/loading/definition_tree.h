@@ -26,16 +26,23 @@ public:
     /// Those that may hang on the node, below it or by no fault of its own, in the file's order; it is none
     /// of them.
     std::vector<const dson::Node*> candidates(const dson::Node& top) const;
-    /// Bones whose parents are nowhere in the file, in its order.
+    /// Bones whose parents are nowhere in the file, or that name none beside a figure, in its order.
     const std::vector<const dson::Node*>& orphans() const { return _orphans; }
+    /// Of each circle of parents one bone.
+    const std::vector<const dson::Node*>& circular() const { return _circular; }
+    bool isPart(const dson::Node& bone) const; ///< of a figure, rather than a node by itself
 
 private:
     using ByText = std::unordered_map<std::string, const dson::Node*>;
 
+    const dson::Node* parentOf(const dson::Node& node) const; ///< null for none
+    void findOrphans();
+    void findCircles();
+
     std::shared_ptr<const dson::Document> _document;
-    ByText _byId, _byFoldedId;
+    ByText _byId, _byFoldedId, _byName;
     std::unordered_map<std::string, std::vector<const dson::Node*>> _children; ///< by what they call parent
-    std::vector<const dson::Node*> _orphans;
+    std::vector<const dson::Node*> _orphans, _circular;
     const dson::Node* _firstFigure = nullptr;
 };
 

@@ -71,18 +71,21 @@ void FigureNodes::adopt(const dson::Node& top, Waiting& waiting, PendingFormulas
 {
     if (!_file.tree().isFirstFigure(top))
         return;
-    std::vector<std::string> orphans;
-    for (const dson::Node* const source : _file.tree().orphans()) {
-        if (_nodes.count(source->id) > 0)
-            continue;
-        orphans.push_back(source->id);
-        make(*source, root(), waiting, formulas);
-    }
-    if (!orphans.empty())
-        _file.warn(dson::Counted(orphans.size(),
-                                 "bone hangs on nothing that is there and is hung on the figure itself",
-                                 "bones hang on nothing that is there and are hung on the figure itself") +
-                   Examples(orphans));
+    const auto hang = [&](const std::vector<const dson::Node*>& bones, const char* one, const char* many) {
+        std::vector<std::string> hung;
+        for (const dson::Node* const source : bones) {
+            if (_nodes.count(source->id) > 0)
+                continue;
+            hung.push_back(source->id);
+            make(*source, root(), waiting, formulas);
+        }
+        if (!hung.empty())
+            _file.warn(dson::Counted(hung.size(), one, many) + Examples(hung));
+    };
+    hang(_file.tree().orphans(), "bone hangs on nothing that is there and is hung on the figure itself",
+         "bones hang on nothing that is there and are hung on the figure itself");
+    hang(_file.tree().circular(), "bone is below itself and is hung on the figure itself",
+         "bones are below themselves and are hung on the figure itself");
 }
 
 const dson::Node& FigureNodes::definitionOf(const std::string& id) const

@@ -7,6 +7,7 @@
 #include "dson/uri.h"
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -17,21 +18,28 @@ namespace openhost {
 /// The instances of a file, parents before children, otherwise in the file's order.
 class InstanceOrder {
 public:
-    explicit InstanceOrder(const dson::Document& document)
+    /// @param isBone  bones stay where they are when a figure is below one of its own
+    InstanceOrder(const dson::Document& document,
+                  const std::function<bool(const dson::NodeInstance&)>& isBone)
     {
         for (const dson::NodeInstance& instance : document.nodeInstances)
             _byId.emplace(instance.id, &instance);
         for (const dson::NodeInstance& instance : document.nodeInstances)
-            if (instance.id.empty() || _byId.at(instance.id) == &instance)
-                addWithParents(instance);
+            addWithParents(instance, isBone);
     }
 
     const std::vector<const dson::NodeInstance*>& instances() const { return _ordered; }
-    /// An instance that is its own ancestor; null if there is none.
-    const dson::NodeInstance* circular() const { return _circular; }
+    /// Those that are their own ancestors, of each circle one: its parent counts for nothing.
+    const std::vector<const dson::NodeInstance*>& circular() const { return _circular; }
+    /// Another instance before this one has its id.
+    bool isRepeated(const dson::NodeInstance& instance) const
+    {
+        return !instance.id.empty() && _byId.at(instance.id) != &instance;
+    }
 
 private:
-    void addWithParents(const dson::NodeInstance& instance)
+    void addWithParents(const dson::NodeInstance& instance,
+                        const std::function<bool(const dson::NodeInstance&)>& isBone)
     {
         std::vector<const dson::NodeInstance*> line;
         for (const dson::NodeInstance* next = &instance; next && !_seen.count(next); next = parentOf(*next)) {
@@ -39,8 +47,15 @@ private:
             line.push_back(next);
         }
         const dson::NodeInstance* const above = line.empty() ? nullptr : parentOf(*line.back());
-        if (above && std::find(line.begin(), line.end(), above) != line.end())
-            _circular = above;
+        const auto circle = std::find(line.begin(), line.end(), above);
+        if (circle != line.end()) {
+            // From the last on they are parents before children, beginning with what is cut.
+            auto cut =
+                std::find_if_not(circle, line.end(), [&isBone](const auto* one) { return isBone(*one); });
+            cut = cut == line.end() ? circle : cut;
+            _circular.push_back(*cut);
+            std::rotate(circle, std::next(cut), line.end());
+        }
         _ordered.insert(_ordered.end(), line.rbegin(), line.rend());
     }
 
@@ -53,8 +68,7 @@ private:
 
     std::unordered_map<std::string, const dson::NodeInstance*> _byId;
     std::unordered_set<const dson::NodeInstance*> _seen;
-    std::vector<const dson::NodeInstance*> _ordered;
-    const dson::NodeInstance* _circular = nullptr;
+    std::vector<const dson::NodeInstance*> _ordered, _circular;
 };
 
 } // namespace openhost

@@ -101,14 +101,38 @@ void LoadReport::sumUp(const std::vector<std::string>& leftOut)
         warn(fmt::format(
             "shapes and controls are set on what is not there: {}, the geometry of which is left out",
             guess));
-    if (_lostBones > 0)
-        warnLeftOut(dson::Counted(_lostBones, "bone hangs on no figure and is left out",
-                                  "bones hang on no figure and are left out"));
+    sumUpNodes();
     if (!leftOut.empty())
         warnLeftOut(fmt::format("left out: {}", fmt::join(leftOut, ", ")));
     if (!_duplicates.empty())
         warn(fmt::format("formulas drive {} in the same way more than once, such as {}",
                          dson::Counted(_duplicates.size(), "property", "properties"), *_duplicates.begin()));
+}
+
+void LoadReport::sumUpNodes()
+{
+    if (!_lostBones.empty())
+        warnLeftOut(dson::Counted(_lostBones.size(), "bone hangs on no figure and is left out",
+                                  "bones hang on no figure and are left out") +
+                    Examples(_lostBones));
+    if (!_strayBones.empty())
+        warn(dson::Counted(_strayBones.size(),
+                           "bone hangs on no figure and is given to the only one that lacks it",
+                           "bones hang on no figure and are given to the only ones that lack them") +
+             Examples(_strayBones));
+    if (!_unknownBones.empty())
+        warnLeftOut(dson::Counted(_unknownBones.size(), "bone is none that its figure has and is left out",
+                                  "bones are none that their figures have and are left out") +
+                    Examples(_unknownBones));
+    if (!_unlistedBones.empty())
+        warn(dson::Counted(_unlistedBones.size(), "bone is not listed and is taken from the figure",
+                           "bones are not listed and are taken from the figures") +
+             Examples({_unlistedBones.begin(), _unlistedBones.end()}));
+    if (!_withoutParents.empty())
+        warnLeftOut(dson::Counted(_withoutParents.size(),
+                                  "node hangs on nothing that is there and is at the root",
+                                  "nodes hang on nothing that is there and are at the root") +
+                    Examples(_withoutParents));
 }
 
 void LoadReport::handOver(bool isEmpty)

@@ -33,8 +33,14 @@ public:
     void addReplaced(const std::string& path)
     {
         _replaced.insert(path);
-    }                                    ///< missing; something else has its name
-    void addLostBone() { ++_lostBones; } ///< hangs on no figure
+    } ///< missing; something else has its name
+    void addLostBone(const std::string& id) { _lostBones.push_back(id); } ///< hangs on no figure
+    /// Hangs on nothing, but there is just one figure that lacks it.
+    void addStrayBone(const std::string& id) { _strayBones.push_back(id); }
+    void addUnknownBone(const std::string& id) { _unknownBones.push_back(id); } ///< its figure has none such
+    /// Something is on a bone of which the file says nothing else.
+    void addUnlistedBone(const std::string& id) { _unlistedBones.insert(id); }
+    void addWithoutParent(const std::string& node) { _withoutParents.push_back(node); }
     /// A shape or control that is set on what is neither in the file nor in the scene.
     void addHomeless(const std::string& url) { _homeless.push_back(url); }
     /// What is set on something that is nowhere is taken to be set on the figure.
@@ -54,11 +60,12 @@ public:
 private:
     void tellLeftOut(const QString& what) const;
     void sumUp(const std::vector<std::string>& leftOut);
+    void sumUpNodes();
 
     std::string _file;
     std::set<std::string> _missing, _replaced, _duplicates, _guessedParents;
-    std::vector<std::string> _homeless;
-    std::size_t _lostBones = 0;
+    std::vector<std::string> _homeless, _lostBones, _strayBones, _unknownBones, _withoutParents;
+    std::set<std::string> _unlistedBones;
     base::Diagnostics _diagnostics; ///< not handed over yet
 };
 

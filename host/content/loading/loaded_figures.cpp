@@ -4,6 +4,7 @@
 #include "loaded_figures.h"
 
 #include "dson/uri.h"
+#include "dzbone.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
 #include "loading/channel_properties.h"
@@ -12,6 +13,7 @@ namespace openhost {
 
 void LoadedFigures::enter(const dson::NodeInstance& instance, std::size_t figure, DzNode& node)
 {
+    _placed.insert(&node);
     enterPlace(instance.id, figure, node);
     for (const dson::GeometryInstance& geometry : instance.geometries)
         enterPlace(geometry.id, figure, node);
@@ -39,6 +41,36 @@ std::optional<LoadedFigures::Place> LoadedFigures::withoutGeometry() const
         found = Place{i, _figures[i].node};
     }
     return found;
+}
+
+std::optional<LoadedFigures::Place> LoadedFigures::onlyUnplaced(const std::string& path,
+                                                                const std::string& bone) const
+{
+    std::vector<Place> found;
+    for (std::size_t i = 0; i < _figures.size(); ++i) {
+        const FigureAssembly& assembly = _figures[i].assembly;
+        DzNode* const node = assembly.isNamedBy(path) ? assembly.findNode(bone) : nullptr;
+        if (node && !isPlaced(*node))
+            found.push_back({i, node});
+    }
+    return found.size() == 1 ? std::optional<Place>(found.front()) : std::nullopt;
+}
+
+std::optional<LoadedFigures::Place> LoadedFigures::boneOf(const std::string& id,
+                                                          const FigureFilter& isMeant) const
+{
+    std::vector<Place> found, followingNone;
+    for (std::size_t i = 0; !id.empty() && i < _figures.size(); ++i) {
+        const FigureAssembly& assembly = _figures[i].assembly;
+        DzNode* const node = !isMeant || isMeant(assembly) ? assembly.findNode(id) : nullptr;
+        if (!qobject_cast<DzBone*>(node))
+            continue;
+        found.push_back({i, node});
+        if (_figures[i].instance->conformTarget.empty())
+            followingNone.push_back(found.back());
+    }
+    const std::vector<Place>& meant = found.size() == 1 ? found : followingNone;
+    return meant.size() == 1 ? std::optional<Place>(meant.front()) : std::nullopt;
 }
 
 const LoadedFigures::Place* LoadedFigures::placeOfId(const std::string& id) const

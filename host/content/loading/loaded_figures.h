@@ -6,9 +6,11 @@
 #include "dson/reader.h"
 #include "figure_assembly.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 class DzNode;
@@ -44,6 +46,14 @@ public:
     /// The one figure whose instance says nothing of its geometry, though it has one: references to it have
     /// nothing to lead to. Nothing for none or several.
     std::optional<Place> withoutGeometry() const;
+    bool isPlaced(const DzNode& node) const { return _placed.count(&node) > 0; } ///< an instance means it
+    /// The bone of the one figure of that file that has such a bone to which no instance belongs; nothing for
+    /// none or several.
+    std::optional<Place> onlyUnplaced(const std::string& path, const std::string& bone) const;
+    using FigureFilter = std::function<bool(const FigureAssembly&)>;
+    /// The bone of the one figure that has it; of several figures, the one that follows none. Nothing where
+    /// that is open.
+    std::optional<Place> boneOf(const std::string& id, const FigureFilter& isMeant = nullptr) const;
     /// The property that a URI names by the ids of instances; null for none.
     DzNumericProperty* resolve(const std::string& text) const;
 
@@ -53,6 +63,7 @@ private:
 
     std::vector<LoadedFigure> _figures;
     std::unordered_map<std::string, Place> _places;
+    std::unordered_set<const DzNode*> _placed;
     std::unordered_map<std::string, DzNumericProperty*> _dials; ///< by the ids of their instances
 };
 

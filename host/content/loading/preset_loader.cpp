@@ -36,11 +36,6 @@ base::Diagnostic Warning(const dson::Document& preset, std::string what)
     return {base::Severity::Warning, preset.file.string(), {}, std::move(what)};
 }
 
-bool IsOfMaterial(const dson::Uri& uri)
-{
-    return uri.id.compare(0, 10, "materials/") == 0;
-}
-
 /// One value on its way to its dial; the dial may be gone after a question.
 struct PresetValue {
     QPointer<DzNumericProperty> property;

@@ -80,6 +80,11 @@ DzNumericProperty* FindDialByName(const DzNode& figure, const QString& name)
 
 } // namespace
 
+bool IsOfMaterial(const dson::Uri& uri)
+{
+    return uri.id.compare(0, 10, "materials/") == 0;
+}
+
 DzNode* FindByPath(DzNode& top, const std::string& path, std::set<std::string>* otherSpellings)
 {
     const auto findBelow = [otherSpellings](const DzNode& node, const QString& name) {

@@ -16,6 +16,9 @@ class DzNumericProperty;
 
 namespace openhost {
 
+/// What such a URI names has no bearing on shapes and poses.
+bool IsOfMaterial(const dson::Uri& uri);
+
 /// The figure that a bone belongs to; any other node itself.
 DzNode& FigureOf(DzNode& node);
 

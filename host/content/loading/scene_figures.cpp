@@ -62,7 +62,7 @@ std::optional<std::string> GeometryOf(const dson::NodeInstance& instance, const 
 bool IsBone(const DefinitionTree& definition, const std::string& id)
 {
     const dson::Node* const node = definition.find(id);
-    return node && node->type == "bone" && !node->parent.empty();
+    return node && node->type == "bone" && definition.isPart(*node);
 }
 
 /// A node that nothing but its instance describes.
@@ -111,11 +111,7 @@ SceneFigures::SceneFigures(AssetLibrary& library, std::shared_ptr<const dson::Do
 
 void SceneFigures::prepare()
 {
-    const InstanceOrder order(*_document);
-    if (const dson::NodeInstance* const instance = order.circular())
-        _report.warnLeftOut(fmt::format("{} is below itself; its parent is left out", instance->id));
-    for (const dson::NodeInstance* const instance : order.instances())
-        place(*instance);
+    placeAll();
     for (const dson::ModifierInstance& instance : _document->modifierInstances)
         dial(instance);
     markFavorites();
@@ -141,8 +137,8 @@ std::vector<DzNode*> SceneFigures::enter()
     dialSelection();
     for (const std::string& left : ConnectDFormers(_figures))
         _report.warn(left);
-    _report.handOver(isEmpty());
     animate();
+    _report.handOver(isEmpty());
     _kept.handOver();
     return tops;
 }
@@ -186,35 +182,131 @@ DzNode* SceneFigures::selectedNode(const std::string& reference) const
     return part ? part : &figure;
 }
 
-void SceneFigures::place(const dson::NodeInstance& instance)
+void SceneFigures::placeAll()
 {
-    const dson::Uri url = dson::ParseUri(instance.url);
-    const Place* const parent = instance.parent.empty() ? nullptr : _figures.placeOf(instance.parent);
-    if (parent && overlay(instance, url, parent->figure))
-        return;
-    // The bones of a figure that could not be loaded are no figures of their own.
-    const bool hangsOnMissing = _failed.count(dson::ParseUri(instance.parent).id) > 0;
-    DzNode* const above = parent ? parent->node : selectedNode(instance.parent);
-    const bool isMade = !hangsOnMissing && instantiate(instance, url, above);
-    if (isMade)
-        _figures.all().back().isTop =
-            !above && !(_selected && NamesSelection(dson::ParseUri(instance.conformTarget)));
-    else if (!instance.id.empty())
-        _failed.insert(instance.id);
+    const InstanceOrder order(*_document,
+                              [this](const dson::NodeInstance& instance) { return isBone(instance); });
+    _cut = order.circular();
+    std::vector<std::string> circular;
+    for (const dson::NodeInstance* const instance : _cut)
+        circular.push_back(instance->id);
+    if (circular.size() == 1)
+        _report.warnLeftOut(fmt::format("{} is below itself; its parent is left out", circular.front()));
+    else if (!circular.empty())
+        _report.warnLeftOut(fmt::format("{} nodes are below themselves; their parents are left out{}",
+                                        circular.size(), Examples(circular)));
+    std::vector<const dson::NodeInstance*> homeless;
+    for (const dson::NodeInstance* const instance : order.instances())
+        if (!place(*instance, order.isRepeated(*instance)))
+            homeless.push_back(instance);
+    // Whatever they may belong to is there now.
+    for (const dson::NodeInstance* const instance : homeless)
+        placeHomeless(*instance, order.isRepeated(*instance));
 }
 
-bool SceneFigures::overlay(const dson::NodeInstance& instance, const dson::Uri& url, std::size_t figure)
+std::string SceneFigures::parentOf(const dson::NodeInstance& instance) const
+{
+    const bool isCut = std::find(_cut.begin(), _cut.end(), &instance) != _cut.end();
+    return isCut ? std::string() : instance.parent;
+}
+
+bool SceneFigures::isBone(const dson::NodeInstance& instance)
+{
+    try {
+        const dson::Uri url = dson::ParseUri(instance.url);
+        const std::shared_ptr<const DefinitionTree> definition =
+            instance.url.empty() ? nullptr : treeOf(documentOf(url));
+        return definition && IsBone(*definition, url.id);
+    } catch (const base::Error&) {
+        return false; // told when it is to be made
+    }
+}
+
+bool SceneFigures::place(const dson::NodeInstance& instance, bool isRepeated)
+{
+    const dson::Uri url = dson::ParseUri(instance.url);
+    const std::string reference = parentOf(instance);
+    const Place* const parent = reference.empty() ? nullptr : _figures.placeOf(reference);
+    if (parent && overlay(instance, url, parent->figure, isRepeated))
+        return true;
+    // The bones of a figure that could not be loaded are no figures of their own.
+    const bool hangsOnMissing = !parent && _failed.count(dson::ParseUri(reference).id) > 0;
+    if (hangsOnMissing && (isBone(instance) || (!url.path.empty() && _failedFiles.count(pathOf(url)) > 0))) {
+        fail(instance);
+        return true;
+    }
+    DzNode* const above = parent ? parent->node : selectedNode(reference);
+    const bool isElsewhere = reference.empty() || NamesSelection(dson::ParseUri(reference));
+    if (!above && (!isElsewhere || isBone(instance)))
+        return false;
+    make(instance, url, above);
+    return true;
+}
+
+void SceneFigures::placeHomeless(const dson::NodeInstance& instance, bool isRepeated)
+{
+    const std::string reference = parentOf(instance);
+    // Its parent may have been without a home itself.
+    if (_figures.placeOf(reference)) {
+        place(instance, isRepeated);
+        return;
+    }
+    const dson::Uri url = dson::ParseUri(instance.url);
+    if (isBone(instance)) {
+        placeStray(instance, url);
+        return;
+    }
+    const std::optional<Place> bone = _figures.boneOf(dson::ParseUri(reference).id);
+    if (bone)
+        _report.addUnlistedBone(dson::ParseUri(reference).id);
+    else
+        _report.addWithoutParent(instance.label.empty() ? instance.id : instance.label);
+    make(instance, url, bone ? bone->node : nullptr);
+}
+
+void SceneFigures::make(const dson::NodeInstance& instance, const dson::Uri& url, DzNode* above)
+{
+    if (instantiate(instance, url, above))
+        _figures.all().back().isTop =
+            !above && !(_selected && NamesSelection(dson::ParseUri(instance.conformTarget)));
+}
+
+void SceneFigures::fail(const dson::NodeInstance& instance)
+{
+    if (!instance.id.empty())
+        _failed.insert(instance.id);
+    if (const dson::Uri url = dson::ParseUri(instance.url); !url.path.empty())
+        _failedFiles.insert(pathOf(url));
+}
+
+bool SceneFigures::overlay(const dson::NodeInstance& instance, const dson::Uri& url, std::size_t figure,
+                           bool isRepeated)
 {
     const FigureAssembly& assembly = _figures.all()[figure].assembly;
     DzNode* const node = assembly.findNode(url.id);
     if (!assembly.isNamedBy(pathOf(url)) || node == &assembly.root())
         return false;
-    // A file that defines things of its own may define many.
-    if (!node && url.path.empty())
+    // A file may define many things, and one that hangs on another is none of its parts.
+    if (!node && (url.path.empty() || treeOf(documentOf(url))->find(url.id)))
         return false;
-    if (node)
+    if (!node)
+        _report.addUnknownBone(url.id);
+    else if (isRepeated && _figures.isPlaced(*node))
+        placeStray(instance, url);
+    else
         applyInstance(instance, *node, figure);
     return true;
+}
+
+void SceneFigures::placeStray(const dson::NodeInstance& instance, const dson::Uri& url)
+{
+    const std::optional<Place> place = _figures.onlyUnplaced(pathOf(url), url.id);
+    if (!place) {
+        _report.addLostBone(url.id);
+        return;
+    }
+    _report.addStrayBone(url.id);
+    applyInstance(instance, *place->node, place->figure);
 }
 
 bool SceneFigures::instantiate(const dson::NodeInstance& instance, const dson::Uri& url, DzNode* parent)
@@ -223,10 +315,12 @@ bool SceneFigures::instantiate(const dson::NodeInstance& instance, const dson::U
         const bool isDefined = !instance.url.empty();
         const std::shared_ptr<const DefinitionTree> definition =
             isDefined ? treeOf(documentOf(url)) : GroupOf(instance);
-        if (!definition)
+        if (!definition) {
+            fail(instance);
             return false;
+        }
         if (IsBone(*definition, url.id)) {
-            _report.addLostBone();
+            placeStray(instance, url);
             return false;
         }
         FigureAssembly assembly(definition, isDefined ? pathOf(url) : std::string(),
@@ -239,6 +333,7 @@ bool SceneFigures::instantiate(const dson::NodeInstance& instance, const dson::U
         return true;
     } catch (const base::Error& error) {
         _report.warnLeftOut(error, _library.find(pathOf(url), _document->file));
+        fail(instance);
         return false;
     }
 }
@@ -270,6 +365,10 @@ std::optional<SceneFigures::Place> SceneFigures::placeOfParent(const dson::Modif
     if (const Place* const place = _figures.placeOf(instance.parent))
         return *place;
     const dson::Uri parent = dson::ParseUri(instance.parent);
+    if (const std::optional<Place> bone = boneOf(parent, uriOf(instance))) {
+        _report.addUnlistedBone(parent.id);
+        return bone;
+    }
     const std::optional<Place> open = parent.path.empty() ? _figures.withoutGeometry() : std::nullopt;
     if (!open || parent.id.empty())
         return std::nullopt;
@@ -281,6 +380,15 @@ std::optional<SceneFigures::Place> SceneFigures::placeOfParent(const dson::Modif
         return std::nullopt;
     _report.addGuessedParent(parent.id, open->node->getLabel().toStdString());
     return open;
+}
+
+std::optional<SceneFigures::Place> SceneFigures::boneOf(const dson::Uri& parent, const dson::Uri& dial) const
+{
+    if (!parent.path.empty() || NamesSelection(parent))
+        return std::nullopt;
+    const std::optional<Place> withDial = _figures.boneOf(
+        parent.id, [&dial](const FigureAssembly& assembly) { return assembly.hasDialOf(dial); });
+    return withDial ? withDial : _figures.boneOf(parent.id);
 }
 
 void SceneFigures::dial(const dson::ModifierInstance& instance)
@@ -491,14 +599,21 @@ void SceneFigures::animate()
         return;
     DzNode& figure = *_figures.all().front().node;
     const PresetTarget first(figure);
+    std::vector<std::string> missing;
     for (const dson::AnimatedValue& value : _document->animations) {
         const dson::Uri uri = dson::ParseUri(value.url);
         DzNumericProperty* const property =
             NamesSelection(uri) ? first.find(uri) : _figures.resolve(value.url);
         if (property)
             AliasEnd(*property).setDoubleRawValue(value.value);
+        else if (!IsOfMaterial(uri))
+            missing.push_back(value.url);
         _kept.enter(value, property, figure);
     }
+    if (!missing.empty())
+        _report.warnLeftOut(fmt::format("{} of {} animated values {} nothing that is there{}", missing.size(),
+                                        _document->animations.size(), missing.size() == 1 ? "names" : "name",
+                                        Examples(missing)));
 }
 
 } // namespace openhost

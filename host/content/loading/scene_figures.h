@@ -52,10 +52,21 @@ private:
     /// What a reference to the selection means in the scene; null for other references.
     DzNode* selectedNode(const std::string& reference) const;
 
-    void place(const dson::NodeInstance& instance);
+    void placeAll();
+    std::string parentOf(const dson::NodeInstance& instance) const; ///< empty where a circle is cut
+    bool isBone(const dson::NodeInstance& instance);                ///< a part of a figure
+    /// @param isRepeated  another instance has its id
+    /// @return false for what hangs on nothing that is there so far, though it should
+    bool place(const dson::NodeInstance& instance, bool isRepeated);
+    void placeHomeless(const dson::NodeInstance& instance, bool isRepeated);
+    /// On the only figure that has such a bone to which no instance belongs.
+    void placeStray(const dson::NodeInstance& instance, const dson::Uri& url);
+    void make(const dson::NodeInstance& instance, const dson::Uri& url, DzNode* above);
+    void fail(const dson::NodeInstance& instance);
     /// True when the instance is a part of a figure that is there already. A root of the same file is another
     /// figure.
-    bool overlay(const dson::NodeInstance& instance, const dson::Uri& url, std::size_t figure);
+    bool overlay(const dson::NodeInstance& instance, const dson::Uri& url, std::size_t figure,
+                 bool isRepeated);
     bool instantiate(const dson::NodeInstance& instance, const dson::Uri& url, DzNode* parent);
     void applyInstance(const dson::NodeInstance& instance, DzNode& node, std::size_t figure);
 
@@ -63,6 +74,8 @@ private:
     void setValue(const FigureAssembly& assembly, DzNumericProperty& property, double value);
     /// What the instance is set on; nothing for none.
     std::optional<Place> placeOfParent(const dson::ModifierInstance& instance);
+    /// The bone that the parent of a dial means though no instance belongs to it.
+    std::optional<Place> boneOf(const dson::Uri& parent, const dson::Uri& dial) const;
     void dial(const dson::ModifierInstance& instance);
     /// What the file sets on the selection rather than on a figure of its own.
     void dialSelection();
@@ -96,8 +109,10 @@ private:
     AliasValues _values;
     KeptInstances _kept;
     std::vector<const dson::ModifierInstance*> _onSelection;
-    std::vector<std::string> _beyondLimits; ///< labels of dials
-    std::set<std::string> _failed;          ///< instances that stand for nothing
+    std::vector<std::string> _beyondLimits;      ///< labels of dials
+    std::set<std::string> _failed;               ///< instances that stand for nothing
+    std::set<std::string> _failedFiles;          ///< paths of their definitions
+    std::vector<const dson::NodeInstance*> _cut; ///< the parents of which count for nothing
     /// Those whose instances mark dials.
     std::vector<std::pair<const dson::NodeInstance*, Place>> _withFavorites;
 };
