@@ -56,11 +56,11 @@ std::vector<Element> MembersOf(const Element& owner, std::string_view name, OddL
     return found;
 }
 
-void AddThings(const Element& list, std::string_view name, std::vector<Element>& parts, OddLists& met)
+void AddThings(const Element& list, std::string_view name, std::vector<KeyedPart>& parts, OddLists& met)
 {
     for (const Element item : Items(list)) {
         if (item.is_object()) {
-            parts.push_back(item);
+            parts.push_back({item, {}});
         } else if (item.is_array()) {
             met.add(OddLists::Nested, name);
             AddThings(item, name, parts, met);
@@ -70,7 +70,7 @@ void AddThings(const Element& list, std::string_view name, std::vector<Element>&
     }
 }
 
-void AddParts(const Element& list, std::string_view name, std::vector<Element>& parts, OddLists& met)
+void AddParts(const Element& list, std::string_view name, std::vector<KeyedPart>& parts, OddLists& met)
 {
     if (list.is_array()) {
         AddThings(list, name, parts, met);
@@ -79,10 +79,10 @@ void AddParts(const Element& list, std::string_view name, std::vector<Element>& 
     } else if (IsListOfMembers(list)) {
         met.add(OddLists::Object, name);
         for (const simdjson::dom::key_value_pair member : Members(list))
-            parts.push_back(member.value);
+            parts.push_back({member.value, member.key});
     } else if (Members(list).size() > 0) {
         met.add(OddLists::OneThing, name);
-        parts.push_back(list);
+        parts.push_back({list, {}});
     }
 }
 
@@ -113,6 +113,14 @@ std::vector<std::string> OddLists::phrases() const
 std::vector<Element> PartsOf(const Element& owner, std::string_view name, OddLists& met)
 {
     std::vector<Element> parts;
+    for (const KeyedPart& keyed : KeyedPartsOf(owner, name, met))
+        parts.push_back(keyed.part);
+    return parts;
+}
+
+std::vector<KeyedPart> KeyedPartsOf(const Element& owner, std::string_view name, OddLists& met)
+{
+    std::vector<KeyedPart> parts;
     for (const Element& list : MembersOf(owner, name, met))
         AddParts(list, name, parts, met);
     return parts;
@@ -124,7 +132,10 @@ std::vector<Element> ScenesOf(const Element& root, OddLists& met)
     for (const Element& scene : MembersOf(root, "scene", met)) {
         if (scene.is_array()) {
             met.add(OddLists::List, "scene");
-            AddThings(scene, "scene", scenes, met);
+            std::vector<KeyedPart> listed;
+            AddThings(scene, "scene", listed, met);
+            for (const KeyedPart& keyed : listed)
+                scenes.push_back(keyed.part);
         } else if (scene.is_object()) {
             scenes.push_back(scene);
         } else {

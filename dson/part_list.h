@@ -33,6 +33,11 @@ private:
 /// The objects of a list. One thing counts as a list of it, an object of things as the list of these, and of
 /// several lists of the name all count.
 std::vector<Element> PartsOf(const Element& owner, std::string_view name, OddLists& met);
+struct KeyedPart {
+    Element part;
+    std::string_view key; ///< where the list is an object of things; else empty
+};
+std::vector<KeyedPart> KeyedPartsOf(const Element& owner, std::string_view name, OddLists& met); ///< likewise
 /// The scenes of a file: a list counts as several, and so do members of the same name.
 std::vector<Element> ScenesOf(const Element& root, OddLists& met);
 /// Of the members that are no such lists those that the root has more than once.

@@ -217,10 +217,12 @@ SkinDefinition ParseSkin(const Element& modifier, const std::vector<Geometry>& g
         ParseCount(*skin, "vertex_count", definition.binding.id, context), definition, geometries, context);
     AxisCounts counts;
     WeightLosses losses;
-    ForEach(*skin, "joints", [&](const Element& joint) {
-        definition.binding.joints.push_back(
-            ParseJoint(joint, definition.binding.vertexCount, losses, counts));
-    });
+    for (const KeyedPart& joint : KeyedPartsOf(*skin, "joints", context.lists)) {
+        std::vector<JointBinding>& joints = definition.binding.joints;
+        joints.push_back(ParseJoint(joint.part, definition.binding.vertexCount, losses, counts));
+        if (joints.back().node.empty())
+            joints.back().node = joint.key;
+    }
     ForEach(modifier, "extra", [&](const Element& extra) {
         if (Text(extra, "type") == "skin_settings")
             ReadSkinSettings(extra, definition.binding, losses, context);

@@ -112,6 +112,20 @@ TEST_F(OddLists, that_are_lists_are_not_told)
               Strings());
 }
 
+TEST_F(OddLists, of_joints_have_the_joints_names)
+{
+    const dson::Document document = read(R"("modifier_library": [{"id": "Skin", "skin": {"node": "#Doll",
+        "vertex_count": 2, "joints": {"hip": {"node_weights": {"values": [[0, 1]]}},
+        "hand": {"node": "#arm", "node_weights": {"values": [[1, 1]]}}}}}])");
+    ASSERT_EQ(document.skins.size(), 1u);
+    const std::vector<dson::JointBinding>& joints = document.skins[0].binding.joints;
+    ASSERT_EQ(joints.size(), 2u);
+    EXPECT_EQ(joints[0].node, "hip");
+    EXPECT_EQ(joints[0].vertices, std::vector<std::uint32_t>{0});
+    EXPECT_EQ(joints[1].node, "arm");
+    EXPECT_EQ(told(document), (Strings{"1 list is an object, the members of which are read: joints"}));
+}
+
 TEST_F(OddLists, hold_displacements_all_the_same)
 {
     const dson::Document document = read(R"("modifier_library": {"Up": {"id": "Up", "parent": "#Doll",
