@@ -127,6 +127,27 @@ TEST_F(OddParts, nodes_are_known_whatever_their_letter_case_and_a_line_says_so)
         << log().toStdString();
 }
 
+TEST_F(OddParts, dials_are_known_to_scenes_and_presets_whatever_their_letter_case_and_a_line_says_so)
+{
+    writeShape("Nose", Control("Nose"));
+    writeShape("Up", Morph("Up", 1, 1.0));
+    ASSERT_TRUE(load("Scenes/Case.duf", Scene(Instance(), R"(, "modifiers": [{"id": "n", "parent": "#Doll",
+        "url": "/data/Nord/Doll/Morphs/Nord/Shapes/Gone.dsf#nose", "channel": {"current_value": 0.5}}])")));
+    const DzNode& figure = *dzScene->getPrimarySelection();
+    EXPECT_EQ(ValueIn(figure, "Nose"), 0.5);
+    EXPECT_TRUE(logged("1 name of a dial differs from the figure's in letter case alone and is taken for it, "
+                       "such as nose"))
+        << log().toStdString();
+    ASSERT_TRUE(loadPreset(R"("animations": [
+        {"url": "name://@selection#NOSE:?value/value", "keys": [[0, 0.25]]},
+        {"url": "name://@selection#UP:?value/value", "keys": [[0, 0.75]]}])"));
+    EXPECT_EQ(ValueIn(figure, "Nose"), 0.25);
+    EXPECT_EQ(ValueIn(figure, "Up"), 0.75);
+    EXPECT_TRUE(logged("2 names of dials differ from those of Doll in letter case alone and are taken for "
+                       "them, such as NOSE and UP"))
+        << log().toStdString();
+}
+
 TEST_F(OddParts, what_formulas_name_in_vain_is_named)
 {
     int number = 0;

@@ -170,12 +170,16 @@ DzNumericProperty* DialIndex::find(const std::string& nameOrId, const Place& pla
     // An alias asks, if any: dials are never what is not to be found.
     if (DzNumericProperty* const dial = findExactly(nameOrId))
         return dial;
-    if (DzNumericProperty* const dial = findFolded(folded))
-        return dial;
-    if (DzNumericProperty* const alias = _aliases.find(nameOrId, place.asking))
-        return alias;
-    const Dial* const alias = _aliases.findFolded(folded, place.asking);
-    return alias ? alias->dial : nullptr;
+    DzNumericProperty* alike = findFolded(folded);
+    if (!alike) {
+        if (DzNumericProperty* const alias = _aliases.find(nameOrId, place.asking))
+            return alias;
+        const Dial* const alias = _aliases.findFolded(folded, place.asking);
+        alike = alias ? alias->dial : nullptr;
+    }
+    if (alike)
+        _otherSpellings.insert(nameOrId);
+    return alike;
 }
 
 DzNumericProperty* DialIndex::findOn(const DzNode& node, const std::string& nameOrId,
@@ -191,6 +195,8 @@ DzNumericProperty* DialIndex::findOn(const DzNode& node, const std::string& name
     if (DzNumericProperty* const alias = aliases.find(nameOrId, asking))
         return alias;
     const Dial* const alike = findExactly(nameOrId) ? nullptr : dials.findFolded(folded, asking);
+    if (alike)
+        _otherSpellings.insert(nameOrId);
     return alike ? alike->dial : nullptr;
 }
 

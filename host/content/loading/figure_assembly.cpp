@@ -152,6 +152,10 @@ void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
         resolve, [&](const dson::Formula& formula) { _impl->modifiers.driveLost(formula, resolve); });
     _impl->modifiers.reportOmissions();
     _impl->nodes.reportOddities();
+    const std::set<std::string>& spellings = _impl->dials.index().otherSpellings();
+    _impl->warn({spellings.begin(), spellings.end()},
+                "name of a dial differs from the figure's in letter case alone and is taken for it",
+                "names of dials differ from the figure's in letter case alone and are taken for them");
     _impl->report(hidden);
     _impl->report(leftOut);
     _impl->modifiers.attachLost();

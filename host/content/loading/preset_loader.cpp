@@ -82,13 +82,16 @@ std::vector<PresetValue> FindValues(const dson::Document& preset, const PresetTa
             enter(target.findDial(isPart ? parent : std::string(), dson::ParseUri(instance.url).id),
                   *instance.value, instance.url);
     }
-    if (const std::set<std::string>& names = target.otherSpellings(); !names.empty())
-        Report(Warning(
-            preset,
-            fmt::format("{} from those of {} in letter case alone and {} taken for them{}",
-                        dson::Counted(names.size(), "name of a node differs", "names of nodes differ"),
-                        target.node().getLabel().toStdString(), names.size() == 1 ? "is" : "are",
-                        Examples({names.begin(), names.end()}))));
+    const auto tellSpellings = [&](const std::set<std::string>& names, const char* one, const char* many) {
+        if (!names.empty())
+            Report(Warning(
+                preset,
+                fmt::format("{} from those of {} in letter case alone and {} taken for them{}",
+                            dson::Counted(names.size(), one, many), target.node().getLabel().toStdString(),
+                            names.size() == 1 ? "is" : "are", Examples({names.begin(), names.end()}))));
+    };
+    tellSpellings(target.otherSpellings(), "name of a node differs", "names of nodes differ");
+    tellSpellings(target.otherDialSpellings(), "name of a dial differs", "names of dials differ");
     if (!missing.empty() && !values.empty())
         Report(Warning(preset,
                        fmt::format("{} of {} values {} nothing that {} has, such as {}", missing.size(),

@@ -61,6 +61,31 @@ DzNumericProperty* FindOwnDial(const DzNode& node, const QString& name)
     return qobject_cast<DzNumericProperty*>(node.findProperty(name));
 }
 
+/// The name of a morph or control of the node, spelled as it is; null for none.
+QString SpellingOn(const DzNode& node, const QString& name)
+{
+    const DzObject* const object = node.getObject();
+    for (int i = 0; object && i < object->getNumModifiers(); ++i)
+        if (const QString own = object->getModifier(i)->getName();
+            own.compare(name, Qt::CaseInsensitive) == 0)
+            return own;
+    for (int i = 0; i < node.getNumProperties(); ++i)
+        if (const QString own = node.getProperty(i)->getName(); own.compare(name, Qt::CaseInsensitive) == 0)
+            return own;
+    return {};
+}
+
+/// Likewise of the figure, else of one of its bones.
+QString SpellingIn(const DzNode& figure, const QString& name)
+{
+    QString own = SpellingOn(figure, name);
+    if (const auto* const skeleton = qobject_cast<const DzSkeleton*>(&figure))
+        for (const DzBone* const bone : skeleton->bones())
+            if (own.isNull())
+                own = SpellingOn(*bone, name);
+    return own;
+}
+
 /// Of the figure, else of one of its bones; aliases last, since they mostly have the name of what they stand
 /// for.
 DzNumericProperty* FindDialByName(const DzNode& figure, const QString& name)
@@ -125,7 +150,20 @@ DzNumericProperty* PresetTarget::findDial(const std::string& path, const std::st
     if (!part || nameOrId.empty())
         return nullptr;
     const QString text = ToQ(nameOrId);
-    DzNumericProperty* property = part == &_node ? nullptr : FindOwnDial(*part, text);
+    if (DzNumericProperty* const exact = findExactly(*part, text))
+        return exact;
+    QString spelling = SpellingOn(*part, text);
+    if (spelling.isNull())
+        spelling = SpellingIn(_node, text);
+    DzNumericProperty* const alike = spelling.isNull() ? nullptr : findExactly(*part, spelling);
+    if (alike)
+        _otherDialSpellings.insert(nameOrId);
+    return alike;
+}
+
+DzNumericProperty* PresetTarget::findExactly(const DzNode& part, const QString& text) const
+{
+    DzNumericProperty* property = &part == &_node ? nullptr : FindOwnDial(part, text);
     if (!property)
         property = FindDialByName(_node, text);
     return property ? property : findMorphById(text);

@@ -35,18 +35,20 @@ public:
     DzNode& node() const { return _node; }
     /// By which nodes were found that are spelled otherwise.
     const std::set<std::string>& otherSpellings() const { return _otherSpellings; }
+    const std::set<std::string>& otherDialSpellings() const { return _otherDialSpellings; } ///< likewise
     DzNumericProperty* find(const dson::Uri& uri) const; ///< a dial or a node's channel; null for none
     /// Of a morph or control; null for none.
     /// @param path  of the node whose dials come before the figure's and those of its bones
     DzNumericProperty* findDial(const std::string& path, const std::string& nameOrId) const;
 
 private:
+    DzNumericProperty* findExactly(const DzNode& part, const QString& text) const;
     DzNumericProperty* findMorphById(const QString& id) const;
     /// "…/head" with a value and no name: the last step is the dial.
     DzNumericProperty* findAtEnd(const std::string& path) const;
 
     DzNode& _node;
-    mutable std::set<std::string> _otherSpellings;
+    mutable std::set<std::string> _otherSpellings, _otherDialSpellings;
     mutable std::optional<QHash<QString, DzNumericProperty*>> _morphsById;
 };
 

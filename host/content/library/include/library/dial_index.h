@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -57,6 +58,9 @@ public:
     /// by id, then by either ignoring case.
     DzNumericProperty* find(const std::string& nameOrId, const Place& place) const;
 
+    /// By which dials were found that are spelled otherwise.
+    const std::set<std::string>& otherSpellings() const { return _otherSpellings; }
+
 private:
     struct Dial {
         std::size_t number; ///< in the order of adding and losing
@@ -97,7 +101,8 @@ private:
     std::unordered_set<std::string> _lostFiles;
     std::unordered_map<const DzNode*, OfNode> _byNode;
     const Names& _ofRoot;
-    Names _ofOthers, _aliases;           ///< dials of nodes but the root; aliases of all
+    Names _ofOthers, _aliases; ///< dials of nodes but the root; aliases of all
+    mutable std::set<std::string> _otherSpellings;
     mutable ByHash _byFragment, _byFile; ///< of paths and ids or names; of paths, those that are alone
     mutable std::size_t _sortedByFragment = 0, _sortedByFile = 0;
 };
