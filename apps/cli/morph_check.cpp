@@ -101,8 +101,10 @@ private:
             if (_options.checks && modifier.morph)
                 check(modifier);
         }
-        if (_survey.unusable.empty())
-            _survey.diagnostics = std::move(document.diagnostics);
+        base::Diagnostics& told = _survey.diagnostics;
+        told.insert(told.begin(), document.diagnostics.begin(), document.diagnostics.end());
+        if (!_survey.unusable.empty())
+            told.clear();
     }
 
     void check(const dson::Modifier& modifier)
@@ -112,11 +114,26 @@ private:
         if (mesh && morph.vertexCount > 0 && morph.vertexCount != mesh->vertexCount)
             throw base::FormatError("is for a mesh of {} vertices but the figure has {}", morph.vertexCount,
                                     mesh->vertexCount);
-        if (mesh && !morph.deltas.empty() && morph.deltas.vertices.back() >= mesh->vertexCount)
-            throw base::FormatError("moves vertex {} but the figure has {}", morph.deltas.vertices.back(),
-                                    mesh->vertexCount);
+        if (mesh)
+            checkDeltas(modifier.id, morph.deltas.vertices, mesh->vertexCount);
         if (!morph.hdUrl.empty())
             checkDetail(morph.hdUrl, mesh.get());
+    }
+
+    /// Those of vertices that are not there are left out when the shape is worn.
+    void checkDeltas(const std::string& id, const std::vector<std::uint32_t>& vertices,
+                     std::size_t vertexCount)
+    {
+        if (vertices.empty() || vertices.back() < vertexCount)
+            return;
+        if (vertices.front() >= vertexCount)
+            throw base::FormatError("moves vertex {} but the figure has {}", vertices.back(), vertexCount);
+        const auto beyond = std::lower_bound(vertices.begin(), vertices.end(), vertexCount);
+        _survey.diagnostics.push_back(
+            {base::Severity::Warning, _file.string(), id,
+             dson::Counted(static_cast<std::size_t>(vertices.end() - beyond),
+                           "delta is of a vertex that the figure does not have and is left out",
+                           "deltas are of vertices that the figure does not have and are left out")});
     }
 
     /// The file where the morph says, else beside it.

@@ -220,6 +220,27 @@ TEST_F(MissingShape, may_be_one_that_does_not_say_that_it_is_for_another_mesh)
     reportFrom(character({unused}));
 }
 
+TEST_F(MissingShape, is_none_that_has_lost_some_displacements_and_wears_the_others)
+{
+    const Dialed up{"Test/Up.dsf", "Up"};
+    const std::string lifting = Lifting(5.0, "-1");
+    write(up.file, Modifier("Up", lifting));
+    const json whole = reportFrom(character({up}));
+    std::string more = lifting;
+    more.replace(more.rfind("]]"), 2, "], [99999, 1, 0, 0]]");
+    const std::string file = write(up.file, Modifier("Up", more));
+    const json told = reportFrom(character({up}));
+    EXPECT_EQ(told.at("created_morphs"), whole.at("created_morphs"));
+    const std::string line =
+        file + ": Up: 1 delta is of a vertex that the figure does not have and is left out";
+    EXPECT_TRUE(warns(told, line)) << told.at("warnings");
+    const ProgramResult checked =
+        RunProgram({"inspect", "--json", library("/data/Daz 3D/Genesis 8/Female/Genesis8Female.dsf"),
+                    "--check", "--content", library()});
+    ExpectSuccess(checked);
+    EXPECT_TRUE(warns(json::parse(checked.out), line)) << checked.out;
+}
+
 TEST_F(MissingShape, is_missed_where_another_dial_turns_it)
 {
     write("Test/Hero.dsf", Modifier("Hero", Driving(wide.file, "Wide", "Hero")));

@@ -137,7 +137,9 @@ MissingShapes FindMissingShapes(const DzNode& figure)
         const auto* const morph = qobject_cast<const DzMorph*>(object->getModifier(i));
         if (!morph || !morph->getDeltas() || !IsWorn(morph->getValueControl()->getDoubleValue()))
             continue;
-        AddLoss(missing.shapes, DeltasAccess::lostDeltas(*morph->getDeltas()), *morph);
+        // Of a shape that has lost some displacements, the others are worn.
+        if (DeltasAccess::deltas(*morph->getDeltas()).empty())
+            AddLoss(missing.shapes, DeltasAccess::lostDeltas(*morph->getDeltas()), *morph);
         AddLoss(missing.details, DeltasAccess::lostDetail(*morph->getDeltas()), *morph);
     }
     return missing;

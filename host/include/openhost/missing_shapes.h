@@ -12,7 +12,7 @@ namespace openhost {
 
 /// One diagnostic each, with the shape's file, the shape as its asset, and why.
 struct MissingShapes {
-    base::Diagnostics shapes;  ///< displacements could not be had, or not all of them
+    base::Diagnostics shapes;  ///< displacements could not be had, not one of them
     base::Diagnostics details; ///< what a shape adds to the subdivided mesh could not be had
 };
 
