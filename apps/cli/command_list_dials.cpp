@@ -21,7 +21,6 @@
 #include "table.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <memory>
 
 #include <CLI/CLI.hpp>
@@ -146,10 +145,7 @@ Table DialTable(const std::vector<ListedDial>& dials)
 /// The table is alone on stdout, so that other programs can read it.
 void WriteTable(const std::vector<ListedDial>& dials, const base::Diagnostics& diagnostics)
 {
-    for (const base::Diagnostic& diagnostic : diagnostics)
-        if (diagnostic.severity != base::Severity::Note)
-            std::fprintf(stderr, "gantrel: %s: %s\n", base::NameOf(diagnostic.severity),
-                         base::ToLine(diagnostic).c_str());
+    TellWarnings(diagnostics);
     WriteOutput(TableText(DialTable(dials), OutputColumns()));
 }
 

@@ -8,7 +8,9 @@
 #include "host_session.h"
 #include "interrupt.h"
 #include "options.h"
+#include "report.h"
 
+#include <algorithm>
 #include <memory>
 #include <stdexcept>
 
@@ -34,6 +36,15 @@ std::string ErrorOf(const DzScript& script, const std::string& file)
                                   : fmt::format("{}: {}", file, message);
 }
 
+/// The host tells of a script's error as well.
+base::Diagnostics Without(const std::string& error, base::Diagnostics met)
+{
+    met.erase(std::remove_if(met.begin(), met.end(),
+                             [&](const base::Diagnostic& one) { return base::ToLine(one) == error; }),
+              met.end());
+    return met;
+}
+
 void RunScript(const ScriptArguments& arguments)
 {
     HostSession session(ToPaths(arguments.content), arguments.verbose);
@@ -49,8 +60,10 @@ void RunScript(const ScriptArguments& arguments)
     const InterruptAction stopScripts(DzScript::stopAll);
     const bool succeeded = script.execute(scriptArguments);
     ThrowIfInterrupted();
+    const std::string error = succeeded ? std::string() : ErrorOf(script, arguments.file);
+    TellWarnings(Without(error, session.diagnostics()));
     if (!succeeded)
-        throw std::runtime_error(ErrorOf(script, arguments.file));
+        throw std::runtime_error(error);
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <set>
 #include <vector>
 
 #include <fmt/format.h>
@@ -209,6 +210,17 @@ void AddDiagnostics(Json& report, const base::Diagnostics& diagnostics, bool asJ
     report["warnings"] = lines;
     if (asJson)
         report["diagnostics"] = all;
+}
+
+void TellWarnings(const base::Diagnostics& diagnostics)
+{
+    std::set<std::string> told;
+    for (const base::Diagnostic& diagnostic : diagnostics) {
+        const std::string line =
+            fmt::format("{}: {}", base::NameOf(diagnostic.severity), base::ToLine(diagnostic));
+        if (diagnostic.severity != base::Severity::Note && told.insert(line).second)
+            std::fprintf(stderr, "gantrel: %s\n", line.c_str());
+    }
 }
 
 KeptForError::KeptForError(const base::Diagnostics& met) : _met(met), _exceptions(std::uncaught_exceptions())

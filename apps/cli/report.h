@@ -27,6 +27,9 @@ std::string ReportText(const Json& report);
 /// apart. Each stands there once; notes do not.
 void AddDiagnostics(Json& report, const base::Diagnostics& diagnostics, bool asJson);
 
+/// To stderr, a line each and each once; notes do not. For commands whose output is something else.
+void TellWarnings(const base::Diagnostics& diagnostics);
+
 /// Told with an error, should an exception end its life. What it refers to must outlive it.
 class KeptForError {
 public:

@@ -5,6 +5,7 @@
 #include "cli_workspace.h"
 #include "tests/plugin/mini_library.h"
 
+#include <algorithm>
 #include <csignal>
 
 TEST(ScriptCommand, prints_what_the_script_prints_and_hands_it_its_arguments)
@@ -27,6 +28,24 @@ TEST(ScriptCommand, opens_content_and_sees_the_scene)
     const ProgramResult result = RunProgram({"script", file, "--content", workspace.path("lib")});
     ExpectSuccess(result);
     EXPECT_EQ(result.out, "true true\n");
+}
+
+TEST(ScriptCommand, tells_what_content_lacks_beside_what_the_script_prints)
+{
+    const Workspace workspace;
+    const std::string scene = workspace.write("Lost.duf", R"({"file_version": "0.6.0.0", "scene": {"nodes": [
+            {"id": "Lost", "url": "/data/Gone.dsf#Gone", "label": "Lost"}]}})");
+    const std::string opening = "App.getContentMgr().openFile('" + scene + "', true);\nprint('done');\n";
+    const ProgramResult result = RunProgram({"script", workspace.write("open.js", opening)});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, "done\n");
+    EXPECT_EQ(result.err.compare(0, 9, "gantrel: "), 0) << result.err;
+    EXPECT_NE(result.err.find("/data/Gone.dsf"), result.err.npos) << result.err;
+    const ProgramResult failed = RunProgram({"script", workspace.write("fail.js", opening + "missing();\n")});
+    EXPECT_EQ(failed.err.compare(0, result.err.size(), result.err), 0) << failed.err;
+    EXPECT_EQ(std::count(failed.err.begin(), failed.err.end(), '\n'),
+              std::count(result.err.begin(), result.err.end(), '\n') + 1)
+        << failed.err;
 }
 
 TEST(ScriptCommand, names_the_file_and_the_line_of_an_error)
