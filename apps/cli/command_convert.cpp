@@ -17,6 +17,7 @@
 #include <sys/resource.h>
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 namespace cli {
@@ -159,6 +160,10 @@ void CheckFolderName(const char* option, const std::string& name)
     const bool isBlank = name.find_first_not_of(' ') == name.npos;
     if (isBlank || hasBadCharacter || name.back() == '.')
         throw UsageError(std::string(option) + " \"" + name + "\" cannot be the name of a folder");
+    constexpr std::size_t most = 255; // of all systems' usual file systems
+    if (name.size() > most)
+        throw UsageError(fmt::format("{} is too long for the name of a folder: {} bytes, of {} at most",
+                                     option, name.size(), most));
 }
 
 GntSaveOptions MakeSaveOptions(const ConvertArguments& arguments)

@@ -144,6 +144,16 @@ TEST_F(ConvertFailure, wants_names_that_can_be_folders)
     }
 }
 
+TEST_F(ConvertFailure, wants_names_of_folders_that_are_not_too_long)
+{
+    const std::string place = workspace.path("saved"), tooLong(256, 'v');
+    expectNothingMade({"--save-library", place, "--vendor", tooLong, "--product", "Heroes"}, 2,
+                      "--vendor is too long for the name of a folder: 256 bytes, of 255 at most.");
+    expectNothingMade({"--save-library", place, "--vendor", "Acme", "--product", tooLong}, 2,
+                      "--product is too long for the name of a folder");
+    ExpectSuccess(convert({"--save-library", place, "--vendor", tooLong.substr(1), "--product", "Heroes"}));
+}
+
 TEST_F(ConvertFailure, wants_places_that_can_be_written_to)
 {
     const std::string below = workspace.write("file", "text") + "/below";
