@@ -151,7 +151,8 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
 {
     ConversionReport report;
     const KeptForError kept(report.diagnostics);
-    DzNode& source = ChooseSource(session.open(request.source), request.source, report.diagnostics);
+    DzNode& source = ChooseSource(session.open(request.source), request.dials.empty(), request.source,
+                                  report.diagnostics);
     for (const NameValue& dial : request.dials)
         TurnDial(source, dial, report.diagnostics);
     Append(report.diagnostics, CheckShapesAreWhole(source, request));
@@ -162,6 +163,8 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
            TellMeshShapers(target, request.target, "and the new morphs may hold some of what it does"));
     report.source = DescribeFigure(kst::daz::ResolveToFigure_X(source));
     report.target = DescribeFigure(kst::daz::ResolveToFigure_X(target));
+    StandAlone(source, request.source, report.diagnostics);
+    StandAlone(target, request.target, report.diagnostics);
     KeepLabelsFree(source, target, report.diagnostics);
     const GntOutcome outcome = Run(source, target, request.morphs, session, progress);
     DescribeOutcome(outcome, report);

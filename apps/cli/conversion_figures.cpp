@@ -5,11 +5,16 @@
 
 #include "command.h"
 #include "dson/reader.h"
+#include "dzmatrix3.h"
 #include "dznode.h"
 #include "dzscene.h"
 #include "gnt_convert-figure.h"
+#include "ks_morphlist.h"
+#include "openhost/missing_shapes.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <map>
 #include <set>
 #include <stdexcept>
@@ -41,25 +46,64 @@ std::string Names(const std::vector<DzNode*>& nodes)
     return fmt::format("{}{}{}", fmt::join(names, ", "), names.empty() ? "" : " and ", last);
 }
 
-DzNode& Choose(const std::vector<DzNode*>& came, bool (*fits)(const DzNode&), const char* wanted,
-               const fs::path& file, base::Diagnostics& diagnostics)
+/// Also one whose shapes are missing, which is to be told and not to be passed over.
+bool WearsShape(DzNode& node)
+{
+    return !kst::MorphList(node).getActiveProperties().empty() ||
+           !openhost::FindMissingShapes(node).shapes.empty();
+}
+
+struct Wanted {
+    bool (*fits)(const DzNode&);
+    const char* name;
+    bool wearsShape; ///< rather than none
+};
+
+DzNode& Choose(const std::vector<DzNode*>& came, const Wanted& wanted, const fs::path& file,
+               base::Diagnostics& diagnostics)
 {
     std::vector<DzNode*> fitting;
     std::copy_if(came.begin(), came.end(), std::back_inserter(fitting),
-                 [fits](const DzNode* node) { return fits(*node); });
+                 [&wanted](const DzNode* node) { return wanted.fits(*node); });
     if (fitting.empty())
-        throw std::runtime_error(fmt::format("{}: has no {}, only {}", FileText(file), wanted, Names(came)));
-    DzNode& chosen = *fitting.front();
+        throw std::runtime_error(
+            fmt::format("{}: has no {}, only {}", FileText(file), wanted.name, Names(came)));
+    auto found = fitting.begin();
+    if (wanted.wearsShape && fitting.size() > 1)
+        found = std::find_if(fitting.begin(), fitting.end(), [](DzNode* node) { return WearsShape(*node); });
+    DzNode& chosen = found == fitting.end() ? *fitting.front() : **found;
     const auto tell = [&](std::string what) {
         diagnostics.push_back({base::Severity::Warning, FileText(file), {}, std::move(what)});
     };
     if (fitting.size() > 1)
-        tell(fmt::format("has {} figures that could be taken, {}; the first is", fitting.size(),
-                         Names(fitting)));
+        tell(fmt::format("has {} figures that could be taken, {}; {} is", fitting.size(), Names(fitting),
+                         &chosen == fitting.front() ? std::string("the first")
+                                                    : Quoted(chosen) + ", the first that wears a shape,"));
     else if (&chosen != came.front())
-        tell(fmt::format("{} is taken, the first {}; {} comes before it", Quoted(chosen), wanted,
+        tell(fmt::format("{} is taken, the first {}; {} comes before it", Quoted(chosen), wanted.name,
                          Quoted(*came.front())));
     return chosen;
+}
+
+/// Where a node stands in the world: its position, then rotation and scale.
+using Placement = std::array<double, 12>;
+
+Placement PlacementOf(const DzNode& node)
+{
+    const DzVec3 position = node.getWSPos();
+    const DzMatrix3 transform = node.getWSTransform();
+    Placement placement{position.m_x, position.m_y, position.m_z};
+    for (int i = 0; i < 9; ++i)
+        placement[static_cast<std::size_t>(3 + i)] = transform.at(i / 3, i % 3);
+    return placement;
+}
+
+bool IsLike(const Placement& a, const Placement& b)
+{
+    constexpr double tolerance = 1e-5; // of what single precision leaves
+    return std::equal(a.begin(), a.end(), b.begin(), [](double one, double other) {
+        return std::abs(one - other) <= tolerance * std::max(1.0, std::abs(one));
+    });
 }
 
 /// Numbers as the host gives them to labels that are taken.
@@ -96,15 +140,36 @@ std::vector<DzNode*> NodesOfScene()
 
 } // namespace
 
-DzNode& ChooseSource(const std::vector<DzNode*>& came, const fs::path& file, base::Diagnostics& diagnostics)
+DzNode& ChooseSource(const std::vector<DzNode*>& came, bool isToWearShape, const fs::path& file,
+                     base::Diagnostics& diagnostics)
 {
-    return Choose(came, &GntConverter::IsSource, "Genesis 3, 8 or 8.1 figure to convert from", file,
-                  diagnostics);
+    return Choose(came,
+                  {&GntConverter::IsSource, "Genesis 3, 8 or 8.1 figure to convert from", isToWearShape},
+                  file, diagnostics);
 }
 
 DzNode& ChooseTarget(const std::vector<DzNode*>& came, const fs::path& file, base::Diagnostics& diagnostics)
 {
-    return Choose(came, &GntConverter::IsTarget, "Genesis 9 figure to convert to", file, diagnostics);
+    return Choose(came, {&GntConverter::IsTarget, "Genesis 9 figure to convert to", false}, file,
+                  diagnostics);
+}
+
+void StandAlone(DzNode& figure, const fs::path& file, base::Diagnostics& diagnostics)
+{
+    const auto tell = [&](std::string what) {
+        diagnostics.push_back({base::Severity::Warning, FileText(file), Quoted(figure), std::move(what)});
+    };
+    if (DzNode* const parent = figure.getNodeParent()) {
+        const Placement hanging = PlacementOf(figure);
+        parent->removeNodeChild(&figure);
+        if (!IsLike(hanging, PlacementOf(figure)))
+            tell(fmt::format("hangs on {}, which is moved, turned or scaled; it is converted without that",
+                             Quoted(*parent)));
+    }
+    if (!figure.isVisible()) {
+        figure.setVisible(true);
+        tell("is hidden and is shown for the conversion");
+    }
 }
 
 void KeepLabelsFree(const DzNode& source, const DzNode& target, base::Diagnostics& diagnostics)

@@ -147,6 +147,81 @@ TEST_F(ConvertScene, converts_the_first_of_two_figures_and_says_so)
     expectSameMorphs(told);
 }
 
+TEST_F(ConvertScene, converts_the_first_figure_that_wears_a_shape)
+{
+    const std::string scene =
+        writeScene(Figure("Berta", "Genesis 8 Female") + "," + Figure("Vera", "Vera"), Worn("Vera", 1.0));
+    const json told = converted(scene, targetFile());
+    ASSERT_EQ(told.at("warnings").size(), 2u) << told.at("warnings");
+    EXPECT_EQ(told.at("warnings").at(0),
+              scene + ": has 2 figures that could be taken, \"Genesis 8 Female\" and \"Vera\"; \"Vera\", the "
+                      "first that wears a shape, is");
+    const ProgramResult dialed =
+        RunProgram(argumentsFor(scene, targetFile(), {"--json", "--jobs", "full", "--dial", "Wide=1"}));
+    ExpectSuccess(dialed);
+    EXPECT_NE(dialed.out.find("; the first is"), dialed.out.npos) << dialed.out;
+    expectSameMorphs(told);
+}
+
+TEST_F(ConvertScene, converts_none_of_two_figures_without_shapes)
+{
+    const std::string scene = writeScene(Figure("Vera", "Vera") + "," + Figure("Berta", "Berta"), "");
+    expectFailure(RunProgram(argumentsFor(scene, targetFile())), 1,
+                  "Source figure \xE2\x80\x9CVera\xE2\x80\x9D has no morphs dialed in; nothing to do.");
+}
+
+TEST_F(ConvertScene, leaves_out_what_places_the_group_that_a_figure_hangs_on)
+{
+    const std::string on = R"(, "parent": "#Ball-1")";
+    std::string figure = Figure("Vera", "Vera");
+    figure.insert(figure.rfind('}'), on);
+    for (const char* const placed : {R"("translation": [{"id": "x", "current_value": 50}])",
+                                     R"("rotation": [{"id": "y", "current_value": 90}])",
+                                     R"("general_scale": {"id": "general_scale", "current_value": 2})"}) {
+        const std::string scene = writeScene(ball("Group", std::string(", ") + placed) + "," + figure + "," +
+                                             Instance("Ball-2", "#Ball", "Ring", R"(, "parent": "#Vera")"));
+        const json told = converted(scene, targetFile());
+        EXPECT_EQ(told.at("warnings"),
+                  json({scene + ": \"Vera\": hangs on \"Group\", which is moved, turned or scaled; it is "
+                                "converted without that"}))
+            << placed;
+        expectSameMorphs(told);
+    }
+    const json plain = converted(writeScene(ball("Group") + "," + figure), targetFile());
+    EXPECT_EQ(plain.at("warnings"), json::array());
+    expectSameMorphs(plain);
+}
+
+TEST_F(ConvertScene, leaves_out_what_places_the_group_that_the_target_hangs_on)
+{
+    const std::string nine = "/data/DAZ%203D/Genesis%209/Base/Genesis9.dsf#Genesis9";
+    std::filesystem::create_directories(library("/People/Own"));
+    const std::string target = workspace.write(
+        "lib/People/Own/Target.duf",
+        R"({"file_version": "0.6.0.0", "asset_info": {"id": "/People/Own/Target.duf", "type": "scene"},
+        "node_library": [{"id": "Ball", "name": "Ball", "label": "Ball", "type": "node"}], "scene": {"nodes": [)" +
+            ball("Group", R"(, "translation": [{"id": "y", "current_value": 50}])") + "," +
+            Instance("Nine", nine, "Nine",
+                     R"(, "parent": "#Ball-1", "geometries": [{"id": "Nine-1", "url": ")" + nine +
+                         R"(-1"}])") +
+            "]}}");
+    const json told = converted(writeScene(Figure("Vera", "Vera")), target);
+    EXPECT_EQ(told.at("warnings"), json({target + ": \"Nine\": hangs on \"Group\", which is moved, turned or "
+                                                  "scaled; it is converted without that"}));
+    expectSameMorphs(told);
+}
+
+TEST_F(ConvertScene, shows_a_figure_that_is_hidden)
+{
+    std::string hidden = Figure("Vera", "Vera");
+    hidden.insert(hidden.rfind('}'), R"(, "extra": [{"type": "studio_node_channels", "version": "0.6.0.0",
+        "channels": [{"channel": {"id": "Visible", "type": "bool", "name": "Visible", "current_value": false}}]}])");
+    const std::string scene = writeScene(hidden);
+    const json told = converted(scene, targetFile());
+    EXPECT_EQ(told.at("warnings"), json({scene + ": \"Vera\": is hidden and is shown for the conversion"}));
+    expectSameMorphs(told);
+}
+
 TEST_F(ConvertScene, finds_the_figure_behind_clothes_that_come_first)
 {
     const std::string scene = writeScene(shirt("Vera") + "," + Figure("Vera", "Vera"));
