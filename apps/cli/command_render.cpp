@@ -91,23 +91,25 @@ geometry::Picture RenderObj(const RenderArguments& arguments, Progress& progress
     return RenderViews({item}, arguments, progress);
 }
 
-void SetDials(const std::vector<NameValue>& dials)
+void SetDials(const std::vector<NameValue>& dials, base::Diagnostics& diagnostics)
 {
     std::vector<const DzNode*> figures;
     for (int i = 0; i < dzScene->getNumNodes(); ++i)
         if (dzScene->getNode(i)->getObject())
             figures.push_back(dzScene->getNode(i));
     for (const NameValue& dial : dials)
-        FindDial(figures, dial.name).property->setDoubleValue(dial.value);
+        TurnDial(FindDial(figures, dial.name), dial, diagnostics);
 }
 
-geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progress)
+/// @param met  receives what the host met
+geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progress, base::Diagnostics& met)
 {
     HostSession session(ContentDirectoriesFor(arguments.file, ToPaths(arguments.content)), arguments.verbose);
     session.open(arguments.file);
-    SetDials(ParseDials(arguments.dials));
+    SetDials(ParseDials(arguments.dials), met);
     progress.stage("evaluate", "Shaping the figures");
     const std::vector<geometry::PictureItem> items = openhost::VisibleItems(*dzScene).items;
+    met.insert(met.end(), session.diagnostics().begin(), session.diagnostics().end());
     if (items.empty())
         throw std::runtime_error(fmt::format("{}: nothing in it can be seen", arguments.file));
     return RenderViews(items, arguments, progress);
@@ -117,11 +119,14 @@ void Render(const RenderArguments& arguments)
 {
     Progress progress(true);
     progress.stage("read", "Reading " + arguments.file);
-    const geometry::Picture picture = HasExtension(arguments.file, ".obj") ? RenderObj(arguments, progress)
-                                                                           : RenderScene(arguments, progress);
+    base::Diagnostics met;
+    const geometry::Picture picture = HasExtension(arguments.file, ".obj")
+                                          ? RenderObj(arguments, progress)
+                                          : RenderScene(arguments, progress, met);
     progress.stage("write", "Writing " + arguments.out);
     geometry::WritePng(arguments.out, picture);
     progress.finish();
+    TellWarnings(met);
     WriteOutput(fmt::format("{}: {} x {} pixels\n", arguments.out, picture.width, picture.height));
 }
 

@@ -111,17 +111,10 @@ void WriteExtras(const ConversionRequest& request, const GntOutcome& outcome, Pr
 }
 
 /// A shape that is missing is dialed too, so that it is missed.
-void TurnDial(const DzNode& source, const NameValue& dial, base::Diagnostics& diagnostics)
+void TurnDialOf(const DzNode& source, const NameValue& dial, base::Diagnostics& diagnostics)
 {
     try {
-        const Dial found = FindDial(source, dial.name);
-        found.property->setDoubleValue(dial.value);
-        if (IsAlias(found))
-            diagnostics.push_back({base::Severity::Warning,
-                                   {},
-                                   {},
-                                   fmt::format("--dial {}={} turns \"{}\", of which \"{}\" is an alias",
-                                               dial.name, dial.value, NameOf(TargetOf(found)), found.name)});
+        TurnDial(FindDial(source, dial.name), dial, diagnostics);
     } catch (const std::runtime_error&) {
         if (!openhost::DialMissingShape(source, QString::fromStdString(dial.name), dial.value))
             throw;
@@ -151,10 +144,10 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
 {
     ConversionReport report;
     const KeptForError kept(report.diagnostics);
-    DzNode& source = ChooseSource(session.open(request.source), request.dials.empty(), request.source,
-                                  report.diagnostics);
+    DzNode& source =
+        ChooseSource(session.open(request.source), request.dials.empty(), request.source, report.diagnostics);
     for (const NameValue& dial : request.dials)
-        TurnDial(source, dial, report.diagnostics);
+        TurnDialOf(source, dial, report.diagnostics);
     Append(report.diagnostics, CheckShapesAreWhole(source, request));
     DzNode& target = ChooseTarget(session.open(request.target), request.target, report.diagnostics);
     Append(report.diagnostics,

@@ -11,6 +11,7 @@
 #include "dznumericproperty.h"
 #include "dzobject.h"
 #include "dzskeleton.h"
+#include "openhost/idle_aliases.h"
 
 #include <algorithm>
 #include <charconv>
@@ -221,6 +222,27 @@ Dial FindDial(const std::vector<const DzNode*>& nodes, const std::string& name)
 Dial FindDial(const DzNode& node, const std::string& name)
 {
     return FindDial(std::vector<const DzNode*>{&node}, name);
+}
+
+void TurnDial(const Dial& dial, const NameValue& wanted, base::Diagnostics& diagnostics)
+{
+    const std::string argument = fmt::format("--dial {}={}", wanted.name, wanted.value);
+    const DzNumericProperty& target = TargetOf(dial);
+    if (const std::string why = openhost::WhyIdle(target); !why.empty())
+        throw std::runtime_error(fmt::format("{} turns nothing: \"{}\" {}", argument, NameOf(target), why));
+    dial.property->setDoubleValue(wanted.value);
+    const auto tell = [&](const std::string& what) {
+        diagnostics.push_back({base::Severity::Warning, {}, {}, argument + ' ' + what});
+    };
+    if (IsAlias(dial))
+        tell(fmt::format("turns \"{}\", of which \"{}\" is an alias", NameOf(target), dial.name));
+    // Limits are of single precision, where 0.7 is a little less.
+    const auto value = static_cast<float>(wanted.value);
+    const auto least = static_cast<float>(target.getDoubleMin()),
+               most = static_cast<float>(target.getDoubleMax());
+    if (target.isClamped() && (value < least || value > most))
+        tell(fmt::format("is beyond the limits of \"{}\", {} to {}, and is held within them", NameOf(target),
+                         least, most));
 }
 
 NameValue ParseNameValue(const std::string& text)

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "base/diagnostic.h"
+
 #include <string>
 #include <vector>
 
@@ -52,6 +54,12 @@ struct NameValue {
     std::string name;
     double value = 0.0;
 };
+
+/// Also what an alias stands for.
+/// @param wanted       the name is as the user wrote it
+/// @param diagnostics  hears of limits that hold the value, and of an alias
+/// @throws std::runtime_error  the dial is an alias of nothing that is there
+void TurnDial(const Dial& dial, const NameValue& wanted, base::Diagnostics& diagnostics);
 
 /// "NAME=VALUE"; the name may hold "=" itself. The value is finite, with a decimal point.
 /// @throws UsageError  it is not of that form

@@ -121,9 +121,55 @@ TEST_F(Dials, can_be_set_by_name_and_by_label_in_any_case)
     EXPECT_EQ(render({"--dial", "tall=1"}), tall);
 }
 
-TEST_F(Dials, hold_values_within_their_limits)
+TEST_F(Dials, hold_values_within_their_limits_and_say_so)
 {
-    EXPECT_EQ(render({"--dial", "Tall=5"}), render({"--dial", "Tall=1"}));
+    const std::string picture = workspace.path("held.png");
+    const ProgramResult held =
+        RunProgram({"render", character, "--out", picture, "--size", "40x60", "--dial", "Tall=5"});
+    EXPECT_EQ(held.exitCode, 0);
+    EXPECT_EQ(held.err,
+              "gantrel: warning: --dial Tall=5 is beyond the limits of \"Tall\", 0 to 1, and is held "
+              "within them\n");
+    EXPECT_EQ(workspace.read("held.png"), render({"--dial", "Tall=1"}));
+}
+
+TEST_F(Dials, that_are_aliases_of_nothing_cannot_be_turned)
+{
+    const auto writeAlias = [this](const std::string& id, const std::string& target) {
+        workspace.write("lib/data/Acme/Box/Morphs/" + id + ".dsf",
+                        R"({"file_version": "0.6.0.0",
+            "asset_info": {"id": "/x.dsf", "type": "modifier"}, "modifier_library": [{"id": ")" +
+                            id + R"(", "name": ")" + id +
+                            R"(", "parent": "/data/Acme/Box/Box.dsf#Box",
+            "channel": {"id": "value", "type": "alias", "label": ")" +
+                            id + R"(", "target_channel": ")" + target + "\"}}]}");
+    };
+    writeAlias("Lone", "Box:#Gone?value");
+    writeAlias("Ring", "Box:#Round?value");
+    writeAlias("Round", "Box:#Ring?value");
+    const auto refused = [this](const std::string& dial) {
+        return RunProgram({"render", character, "--out", workspace.path("a.png"), "--dial", dial});
+    };
+    ExpectError(refused("Lone=1"), 1,
+                "--dial Lone=1 turns nothing: \"Lone\" is an alias of Box:#Gone?value, which the figure does "
+                "not have.");
+    for (const char* const dial : {"Ring=1", "Round=1"}) {
+        const ProgramResult result = refused(dial);
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(result.err.find(std::string("gantrel: --dial ") + dial + " turns nothing: "), 0u)
+            << result.err;
+        EXPECT_NE(result.err.find("stand for each other in a circle"), result.err.npos) << result.err;
+    }
+}
+
+TEST_F(Dials, of_pictures_come_with_what_the_host_tells)
+{
+    workspace.write("lib/data/Acme/Box/Morphs/Broken.dsf", "{");
+    const ProgramResult drawn =
+        RunProgram({"render", character, "--out", workspace.path("a.png"), "--size", "40x60"});
+    EXPECT_EQ(drawn.exitCode, 0);
+    EXPECT_EQ(drawn.err.compare(0, 9, "gantrel: "), 0) << drawn.err;
+    EXPECT_NE(drawn.err.find("Broken.dsf"), drawn.err.npos) << drawn.err;
 }
 
 TEST_F(Dials, that_are_unknown_bring_up_the_closest_names)

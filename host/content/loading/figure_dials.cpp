@@ -10,6 +10,7 @@
 #include "dzpresentation.h"
 #include "library/asset_origin.h"
 #include "loading/channel_properties.h"
+#include "openhost/idle_aliases.h"
 
 #include <fmt/format.h>
 
@@ -23,6 +24,13 @@ void ShowLike(const DzNumericProperty& target, DzNumericProperty& alias)
     alias.setDoubleMinMax(target.getDoubleMin(), target.getDoubleMax());
     alias.setIsClamped(target.isClamped());
     alias.setDisplayAsPercent(target.getDisplayAsPercent());
+}
+
+const char* const idleKey = "openhost.whyIdle";
+
+void SetIdle(QObject& dial, const std::string& why)
+{
+    dial.setProperty(idleKey, ToQ(why));
 }
 
 /// Names are unique among those that are shown and those that are not.
@@ -174,12 +182,18 @@ FigureDials::HiddenAliases FigureDials::connectAliases(const TargetResolver& res
         // A dial that turns nothing would only mislead.
         alias.property->setHidden(true);
         const std::string name = alias.property->getName().toStdString();
-        if (circular.count(&target) > 0)
+        if (circular.count(&target) > 0) {
             hidden.circular.push_back(name);
-        else if (alias.target.empty())
+            SetIdle(*alias.property, "is one of aliases that stand for each other in a circle");
+        } else if (alias.target.empty()) {
             hidden.withoutTarget.push_back(name);
-        else
+            SetIdle(*alias.property, "is an alias that names no dial");
+        } else {
             hidden.missing.push_back(alias.target);
+            SetIdle(*alias.property,
+                    fmt::format("is an alias of {}, which {}", alias.target,
+                                &target == alias.property ? "the figure does not have" : "is idle itself"));
+        }
     }
     _aliases.clear();
     return hidden;
@@ -200,6 +214,11 @@ DzNumericProperty* FigureDials::resolve(const std::string& text, const DzNumeric
     if (!target)
         target = _nodes.find(uri.node);
     return target ? FindNodeChannel(*target, uri.property) : nullptr;
+}
+
+std::string WhyIdle(const DzProperty& dial)
+{
+    return dial.property(idleKey).toString().toStdString();
 }
 
 } // namespace openhost
