@@ -245,6 +245,9 @@ void ExportFigure(DzFigure& figure, const fs::path& file, GntResolution resoluti
     geometry::ObjPart part;
     part.mesh = openhost::WorldMesh(figure);
     part.name = figure.getLabel().toStdString();
+    const geometry::TexCoords texCoords = openhost::WorldTexCoords(figure);
+    if (!texCoords.cornerIndices.empty())
+        part.texCoords = &texCoords;
     geometry::WriteObj(file, {&part, 1});
 }
 

@@ -4,6 +4,7 @@
 #include "openhost/shapes.h"
 
 #include "dzfacetmesh.h"
+#include "dzfacetshape.h"
 #include "dzmorph.h"
 #include "dznode.h"
 #include "dzobject.h"
@@ -17,6 +18,25 @@ namespace openhost {
 geometry::PolygonMeshView WorldMesh(const DzNode& node)
 {
     return MeshAccess::mesh(*node.getObject()->getCachedGeom()).view();
+}
+
+geometry::TexCoords WorldTexCoords(const DzNode& node)
+{
+    const DzObject& object = *node.getObject();
+    const auto* const shape = qobject_cast<DzFacetShape*>(object.getCurrentShape());
+    const DzFacetMesh* const cage = shape ? shape->getFacetMesh() : nullptr;
+    const MeshExtras* const extras = cage ? MeshAccess::extras(*cage) : nullptr;
+    if (!extras || extras->texCoords.cornerIndices.empty())
+        return {};
+    const geometry::Topology* const shown = WorldMesh(node).topology;
+    const geometry::Topology& topology = *MeshAccess::mesh(*cage).topology;
+    if (shown == &topology)
+        return extras->texCoords;
+    const int level = object.pipeline().level();
+    if (level == 0 || shown != object.pipeline().subdivision(level)->topology(level).get())
+        return {};
+    return geometry::RefineTexCoords(extras->texCoords, topology, level, MeshAccess::boundaryRule(*cage),
+                                     extras->creases);
 }
 
 std::size_t CageVertexCount(const DzNode& node)

@@ -13,12 +13,12 @@
 #include "dznode.h"
 #include "dzobject.h"
 #include "figure/mesh_access.h"
-#include "figure/pipeline.h"
 #include "geometry/mesh_cleanup.h"
 #include "geometry/normals.h"
 #include "obj_option_rows.h"
 #include "obj_options.h"
 #include "obj_selection.h"
+#include "openhost/shapes.h"
 
 #include <cmath>
 #include <deque>
@@ -46,26 +46,16 @@ geometry::TexCoords InFirstTile(geometry::TexCoords texCoords)
     return texCoords;
 }
 
-/// Those of the cage, refined where the part is a finer level of it; null where its corners are others.
-const geometry::TexCoords* TexCoordsOf(ExportData& data, const DzObject& object, const DzFacetMesh& cage,
+/// Null where there are none, and where the part's corners are others than the mesh's.
+const geometry::TexCoords* TexCoordsOf(ExportData& data, const DzNode& node,
                                        const geometry::Topology* topology, bool collapseTiles)
 {
-    const geometry::TexCoords& inCage = MeshAccess::extras(cage)->texCoords;
-    const geometry::Topology& cageTopology = *MeshAccess::mesh(cage).topology;
-    const int level = object.pipeline().level();
-    const bool isRefined = topology != &cageTopology;
-    if (inCage.cornerIndices.empty() ||
-        (isRefined &&
-         (level == 0 || topology != object.pipeline().subdivision(level)->topology(level).get())))
+    if (topology != openhost::WorldMesh(node).topology)
         return nullptr;
-    if (!isRefined && !collapseTiles)
-        return &inCage;
-    data.texCoords.push_back(isRefined ? geometry::RefineTexCoords(inCage, cageTopology, level,
-                                                                   MeshAccess::boundaryRule(cage),
-                                                                   MeshAccess::extras(cage)->creases)
-                                       : inCage);
-    if (collapseTiles)
-        data.texCoords.back() = InFirstTile(std::move(data.texCoords.back()));
+    geometry::TexCoords found = openhost::WorldTexCoords(node);
+    if (found.cornerIndices.empty())
+        return nullptr;
+    data.texCoords.push_back(collapseTiles ? InFirstTile(std::move(found)) : std::move(found));
     return &data.texCoords.back();
 }
 
@@ -79,7 +69,7 @@ void AddExtras(ExportData& data, const DzNode& node, bool withTexCoords, bool co
     if (!extras)
         return;
     if (withTexCoords)
-        part.texCoords = TexCoordsOf(data, *node.getObject(), *cage, part.mesh.topology, collapseTiles);
+        part.texCoords = TexCoordsOf(data, node, part.mesh.topology, collapseTiles);
     if (part.mesh.topology == MeshAccess::mesh(*cage).topology.get())
         part.lines = extras->lines;
 }

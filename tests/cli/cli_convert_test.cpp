@@ -186,6 +186,25 @@ TEST_F(Convert, saves_the_shape_that_it_exports)
     EXPECT_LT(LargestDifference(exported, MorphedPositions(figureFile(), saved("Vera"))), 1e-4f);
 }
 
+TEST_F(Convert, exports_the_texture_coordinates_of_the_figure)
+{
+    const std::string relative = figureFile().substr(workspace.path("").size());
+    json figure = json::parse(workspace.read(relative));
+    json uvs = json::array();
+    for (int v = 0; v < 866; ++v)
+        uvs.push_back({v / 1000.0, 0.25});
+    figure["uv_set_library"] =
+        json::array({{{"id", "flat"}, {"vertex_count", 866}, {"uvs", {{"count", 866}, {"values", uvs}}}}});
+    figure["geometry_library"][0]["default_uv_set"] = "#flat";
+    workspace.write(relative, figure.dump());
+    report({"--jobs", "full", "--export-obj", workspace.path("textured.obj")});
+    const geometry::ObjContent worn = geometry::ReadObj(workspace.path("textured.obj"));
+    ASSERT_EQ(worn.texCoords.cornerIndices.size(), worn.mesh.topology->cornerCount());
+    const std::uint32_t first = worn.mesh.topology->cornerVertices[0];
+    EXPECT_FLOAT_EQ(worn.texCoords.coordinates[worn.texCoords.cornerIndices[0]].u,
+                    static_cast<float>(first) / 1000.0f);
+}
+
 TEST_F(Convert, saves_a_head_and_a_body_that_add_up_to_the_whole)
 {
     report(saving(library(), {"--jobs", "full,head,body"}));

@@ -6,6 +6,7 @@
 #include "geometry/deltas.h"
 #include "geometry/multires_detail.h"
 #include "geometry/polygon_mesh.h"
+#include "geometry/texcoords.h"
 
 #include <string>
 #include <vector>
@@ -18,6 +19,8 @@ namespace openhost {
 /// The node's deformed mesh in world space, at the subdivision level in effect. The scene owns it; it is
 /// valid until the next change. The node is to have an object with a mesh.
 geometry::PolygonMeshView WorldMesh(const DzNode& node);
+/// Of the corners of WorldMesh(), refined where that is; empty without.
+geometry::TexCoords WorldTexCoords(const DzNode& node);
 /// Of the undeformed cage; the node is to have an object with a mesh.
 std::size_t CageVertexCount(const DzNode& node);
 
