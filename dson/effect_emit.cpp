@@ -72,11 +72,12 @@ Json NewChannels(const Values& values)
     Json list = Json::array();
     for (const auto& value : values) {
         const Channel& channel = *value.second;
-        list.push_back({{"channel",
-                         {{"id", channel.id},
-                          {"type", channel.type},
-                          {"name", channel.name},
-                          {"current_value", CurrentValue(channel)}}}});
+        Json written{{"id", channel.id}};
+        if (!channel.type.empty())
+            written["type"] = channel.type;
+        written["name"] = channel.name;
+        written["current_value"] = CurrentValue(channel);
+        list.push_back({{"channel", std::move(written)}});
     }
     return Json{{"type", "studio_modifier_channels"}, {"version", "0.1.8"}, {"channels", std::move(list)}};
 }

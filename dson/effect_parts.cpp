@@ -54,19 +54,38 @@ EffectChannel ParseEffectChannel(const Element& entry, const Element& json)
     if (parsed.channel.name.empty())
         parsed.channel.name = parsed.channel.id;
     parsed.group = Text(entry, "group");
-    parsed.hasValue = Number(json, "value") || Number(json, "current_value");
+    const ReadingTally unheard; // the channel has told
+    parsed.hasValue =
+        MayHoldNumber(parsed.channel.type) && (Number(json, "value") || Number(json, "current_value"));
+    return parsed;
+}
+
+/// What does not say its type is of the one that its definition has.
+EffectChannel ParseInstanceChannel(const Element& entry, const Element& json)
+{
+    if (Find(json, "type"))
+        return ParseEffectChannel(entry, json);
+    const ReadingTally unheard;
+    EffectChannel parsed = ParseEffectChannel(entry, json);
+    parsed.channel.type.clear();
+    auto value = Find(json, "current_value");
+    if (!value)
+        value = Find(json, "value");
+    if (value)
+        parsed.channel.otherValue = simdjson::minify(*value);
     return parsed;
 }
 
 /// What stands in `extra` and `dform`, whatever the kind.
-Effect ParseParts(const Element& modifier)
+template <class ParseOne>
+Effect ParseParts(const Element& modifier, ParseOne parseChannel)
 {
     Effect effect;
     ForEach(modifier, "extra", [&](const Element& extra) {
         ForEach(extra, "channels", [&](const Element& entry) {
             const auto channel = Find(entry, "channel");
             if (channel && !(Text(*channel, "name") + Text(*channel, "id")).empty())
-                effect.channels.push_back(ParseEffectChannel(entry, *channel));
+                effect.channels.push_back(parseChannel(entry, *channel));
         });
         if (Flag(extra, "push_post_smooth", false))
             effect.pushesAfterSmoothing = true;
@@ -174,7 +193,7 @@ std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parse
         kind = "dform";
     else if (!holdsOther && isPlain && kind.compare(0, effectPrefix.size(), effectPrefix) != 0)
         return std::nullopt;
-    Effect effect = ParseParts(modifier);
+    Effect effect = ParseParts(modifier, ParseEffectChannel);
     effect.kind = !kind.empty() ? kind : holdsOther ? "channel" : MemberKind(effect);
     if (holdsOther)
         AddChannelText(modifier, effect);
@@ -184,14 +203,10 @@ std::optional<Effect> ParseEffect(const Element& modifier, const Modifier& parse
 std::optional<Effect> ParseEffectInstance(const Element& instance, ParseContext& context)
 {
     CheckDForm(instance, context);
-    const auto channel = Find(instance, "channel");
-    const bool holdsOther = channel && !ParseChannel(*channel).otherValue.empty();
-    if (!Find(instance, "extra") && !Find(instance, "dform") && !holdsOther)
+    if (!Find(instance, "extra") && !Find(instance, "dform"))
         return std::nullopt;
-    Effect effect = ParseParts(instance);
+    Effect effect = ParseParts(instance, ParseInstanceChannel);
     effect.kind = Find(instance, "dform") ? "dform" : ExtraKind(instance);
-    if (holdsOther)
-        AddChannelText(instance, effect);
     return effect;
 }
 

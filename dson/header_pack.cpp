@@ -78,10 +78,11 @@ IfIs<T, Modifier> ForMembers(Archive& archive, T& modifier)
 template <class Archive, class T>
 IfIs<T, ModifierInstance> ForMembers(Archive& archive, T& instance)
 {
-    auto& [id, url, parent, name, group, value, change, formulas, effect, kept] = instance;
+    auto& [id, url, parent, name, group, value, channelText, numberText, change, formulas, effect, kept] =
+        instance;
     static_cast<void>(effect);
     static_cast<void>(kept); // none without nodes
-    archive(id, url, parent, name, group, value, change, formulas);
+    archive(id, url, parent, name, group, value, channelText, numberText, change, formulas);
 }
 
 template <class Archive, class T>

@@ -74,6 +74,34 @@ GeometryInstance ParseGeometryInstance(const Element& json, ParseContext& contex
     return geometry;
 }
 
+/// What does not say its type leaves open whether a text is a number.
+void ReadOpenValue(const Element& channel, ModifierInstance& instance)
+{
+    const ReadingTally unheard;
+    for (const char* const member : {"current_value", "value"}) {
+        instance.value = Number(channel, member);
+        if (!instance.value)
+            continue;
+        instance.numberText = Text(channel, member);
+        return;
+    }
+}
+
+void ReadModifierValue(const Element& channel, ModifierInstance& instance)
+{
+    if (!Find(channel, "current_value") && !Find(channel, "value"))
+        return;
+    instance.channelText = simdjson::minify(channel);
+    const std::string type = Text(channel, "type");
+    if (IsOneNumber(type)) {
+        instance.value = Number(channel, "current_value");
+        if (!instance.value)
+            instance.value = Number(channel, "value");
+    } else if (MayHoldNumber(type)) {
+        ReadOpenValue(channel, instance);
+    }
+}
+
 } // namespace
 
 NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
@@ -120,13 +148,7 @@ ModifierInstance ParseModifierInstance(const Element& json, ParseContext& contex
     instance.name = Text(json, "name");
     instance.group = Text(json, "group");
     if (const auto channel = Find(json, "channel")) {
-        if (MayHoldNumber(Text(*channel, "type")))
-            instance.value = Number(*channel, "current_value");
-        if (!instance.value && MayHoldNumber(Text(*channel, "type")))
-            instance.value = Number(*channel, "value");
-        const bool saysValue = Find(*channel, "current_value") || Find(*channel, "value");
-        if (!instance.value && saysValue && IsOneNumber(Text(*channel, "type", "float")))
-            context.warn(instance.id, "is set to what is no number that a dial can hold; it stays as it is");
+        ReadModifierValue(*channel, instance);
         instance.change = ParseChannelChange(*channel);
     }
     instance.formulas = ParseFormulas(json, context);

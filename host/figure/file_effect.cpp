@@ -47,10 +47,6 @@ FileEffect* FileEffect::of(const DzModifier& modifier)
 void FileEffect::supplement(const dson::Effect& instance)
 {
     for (const auto& member : instance.members) {
-        if (member.first == "channel") {
-            _ownChannel = member.second;
-            continue;
-        }
         const bool isThere = std::any_of(_effect.members.begin(), _effect.members.end(),
                                          [&](const auto& own) { return own.first == member.first; });
         if (!isThere)
@@ -73,10 +69,23 @@ void FileEffect::enter(const dson::Channel& channel, DzNumericProperty& property
     _byName.emplace(channel.name, &property);
 }
 
+const dson::Channel* FileEffect::describedChannel(const std::string& id) const
+{
+    for (const dson::EffectChannel& one : _effect.channels)
+        if (one.channel.id == id)
+            return &one.channel;
+    return nullptr;
+}
+
 void FileEffect::keep(const dson::Channel& channel)
 {
     if (!channel.otherValue.empty())
         _kept[channel.id] = channel;
+}
+
+bool FileEffect::keeps(const std::string& id) const
+{
+    return _kept.count(id) > 0;
 }
 
 DzNumericProperty* FileEffect::find(const std::string& idOrName) const

@@ -6,7 +6,10 @@
 #include "dznode.h"
 #include "dznumericproperty.h"
 #include "dzobject.h"
+#include "dzscene.h"
+#include "openhost/missing_shapes.h"
 #include "tests/host/foreign_fixture.h"
+#include "tests/host/keep_fixture.h"
 #include "tests/host/save_fixture.h"
 
 #include <nlohmann/json.hpp>
@@ -169,4 +172,133 @@ TEST_F(SavedValues, that_are_no_numbers_are_no_dials)
     }
     const DzModifier* const soft = cloth->getObject()->findModifier(QStringLiteral("Soft"));
     EXPECT_EQ(soft->findProperty(QStringLiteral("Grid")), nullptr);
+}
+
+namespace {
+
+/// Values that instances give in the short form, without a type, on a figure in a content library.
+class ShortValues : public KeepTest {
+protected:
+    void SetUp() override
+    {
+        KeepTest::SetUp();
+        const auto define = [this](const char* name, const std::string& channel, const char* folder) {
+            write(folder + std::string(name) + ".dsf", doll::ModifierFile(doll::Control(name, "", channel)));
+        };
+        using doll::shapes;
+        define("Tint", R"({"id": "value", "type": "color", "value": [1, 0, 0]})", shapes);
+        define("Next", R"({"id": "value", "type": "numeric_node", "value": 3})", shapes);
+        define("Note", R"({"id": "value", "type": "string", "value": "0.25"})", shapes);
+        define("Far", R"({"id": "value", "type": "color", "value": [1, 0, 0]})", "data/Acme/M/");
+        write(std::string(doll::shapes) + "Soft.dsf", doll::ModifierFile(R"({"id": "Soft", "name": "Soft",
+            "parent": "/data/Nord/Doll/Doll.dsf#Doll-1", "extra": [{"type": "studio/modifier/smoothing"},
+            {"type": "studio_modifier_channels", "channels": [
+                {"channel": {"id": "k", "type": "color", "name": "k", "value": [0, 0, 0]}},
+                {"channel": {"id": "n", "type": "string", "name": "n", "value": ""}}]}]})"));
+    }
+    static std::string instance(const std::string& id, const std::string& more,
+                                const std::string& folder = doll::shapes)
+    {
+        return R"({"id": ")" + id + R"(-1", "url": "/)" + folder + id + ".dsf#" + id +
+               R"(", "parent": "#Doll-1")" + more + "}";
+    }
+    static std::string set(const std::string& value)
+    {
+        return R"(, "channel": {"id": "value", "current_value": )" + value + "}";
+    }
+    nlohmann::ordered_json modifiersOf(const std::string& modifiers)
+    {
+        return resaved(
+            KeepTest::scene(doll::Instance(), R"(, "modifiers": [)" + modifiers + "]"))["scene"]["modifiers"];
+    }
+    /// Whose URL ends with that id.
+    static nlohmann::ordered_json of(const nlohmann::ordered_json& modifiers, const std::string& id)
+    {
+        for (const auto& item : modifiers)
+            if (const std::string url = item.at("url"); url.substr(url.find('#') + 1) == id)
+                return item;
+        return nullptr;
+    }
+};
+
+} // namespace
+
+TEST_F(ShortValues, are_of_the_type_that_the_definition_has)
+{
+    const nlohmann::ordered_json saved =
+        modifiersOf(instance("Tint", set("[0.5, 0.5, 0.25]")) + ", " + instance("Next", set("5")) + ", " +
+                    instance("Note", set("\"0.5\"")));
+    const auto current = [&](const char* id) { return of(saved, id)["channel"]["current_value"]; };
+    EXPECT_EQ(current("Tint"), parsed("[0.5, 0.5, 0.25]")) << saved.dump(1);
+    EXPECT_EQ(current("Next"), 5);
+    EXPECT_EQ(current("Note"), "0.5");
+    EXPECT_FALSE(logged("as texts")) << log().toStdString();
+    EXPECT_FALSE(logged("no number that a dial can hold"));
+    EXPECT_FALSE(logged("value that is no number"));
+    const DzFigure* const figure = qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
+    ASSERT_NE(figure, nullptr);
+    EXPECT_TRUE(openhost::FindMissingShapes(*figure).shapes.empty()) << "a conversion can do without a dial";
+    expectStable();
+}
+
+TEST_F(ShortValues, in_texts_are_told_where_they_turn_a_dial)
+{
+    writeShape("Up", doll::Morph("Up", 1, 1.0));
+    modifiersOf(instance("Up", set("\"0.5\"")));
+    EXPECT_EQ(ValueIn(*qobject_cast<DzFigure*>(dzScene->getPrimarySelection()), "Up"), 0.5);
+    EXPECT_EQ(timesLogged("has 1 number as texts, read as what they say, such as \"0.5\""), 1)
+        << log().toStdString();
+}
+
+TEST_F(ShortValues, of_further_channels_are_of_the_type_that_the_definition_has)
+{
+    const nlohmann::ordered_json saved = modifiersOf(instance("Soft", R"(, "extra": [
+        {"type": "studio_modifier_channels", "channels": [
+            {"channel": {"id": "k", "current_value": [1, 1, 1]}}, {"channel": {"id": "n", "current_value": "2"}},
+            {"channel": {"id": "Weight", "current_value": 0.75}},
+            {"channel": {"id": "own", "current_value": [1, 2]}}]}])"));
+    const nlohmann::ordered_json extra = of(saved, "Soft")["extra"];
+    ASSERT_EQ(extra.size(), 1u) << saved.dump(1);
+    std::map<std::string, nlohmann::ordered_json> values;
+    for (const auto& entry : extra[0]["channels"])
+        EXPECT_TRUE(values.emplace(entry["channel"]["id"], entry["channel"]["current_value"]).second)
+            << extra.dump(1);
+    EXPECT_EQ(values["k"], parsed("[1, 1, 1]"));
+    EXPECT_EQ(values["n"], "2");
+    EXPECT_EQ(values["Weight"], 0.75);
+    EXPECT_EQ(values["own"], parsed("[1, 2]"));
+    EXPECT_FALSE(logged("as texts")) << log().toStdString();
+    EXPECT_FALSE(logged("value that is no number")) << log().toStdString();
+    expectStable();
+}
+
+TEST_F(ShortValues, that_a_further_dial_cannot_hold_are_told)
+{
+    modifiersOf(instance("Soft", R"(, "extra": [{"type": "studio_modifier_channels", "channels": [
+        {"channel": {"id": "Weight", "current_value": [1]}}]}])"));
+    EXPECT_TRUE(logged("1 value of a modifier is no number that its dial can hold and is not taken over, "
+                       "such as Weight"))
+        << log().toStdString();
+}
+
+TEST_F(ShortValues, of_modifiers_from_any_folder_are_kept)
+{
+    for (const char* const more : {"", R"(, "channel": {"id": "value", "current_value": [0, 1, 0]})"}) {
+        TestHost().reset();
+        use(_library);
+        const nlohmann::ordered_json saved = modifiersOf(instance("Far", more, "data/Acme/M/"));
+        const nlohmann::ordered_json far = of(saved, "Far");
+        ASSERT_TRUE(far.is_object()) << saved.dump(1);
+        EXPECT_EQ(far.contains("channel"), *more != '\0');
+        if (*more) {
+            EXPECT_EQ(far["channel"]["current_value"], parsed("[0, 1, 0]"));
+        }
+        expectStable();
+    }
+}
+
+TEST_F(ShortValues, of_what_is_not_installed_are_kept)
+{
+    const nlohmann::ordered_json saved = modifiersOf(instance("Gone", set("[0, 1, 0]")));
+    EXPECT_EQ(of(saved, "Gone")["channel"]["current_value"], parsed("[0, 1, 0]")) << saved.dump(1);
 }

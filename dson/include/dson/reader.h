@@ -56,6 +56,8 @@ struct ModifierInstance {
     std::string id, url, parent, name;
     std::string group;           ///< where its dial is shown; empty where the definition says it
     std::optional<double> value; ///< of the channel
+    std::string channelText;     ///< JSON of the channel; empty for one without a value
+    std::string numberText;      ///< what the value was read from where a text may be meant
     ChannelChange change;
     std::vector<Formula> formulas;
     std::optional<Effect> effect; ///< what its `extra` says; of no kind where that is the definition's

@@ -123,14 +123,33 @@ void EffectMaker::apply(DzModifier& modifier, const dson::Effect& instance)
         DzNumericProperty* property = file.find(channel.channel.id);
         if (!property)
             property = file.find(channel.channel.name);
-        if (!property && !channel.channel.otherValue.empty())
-            file.keep(channel.channel);
-        else if (!property)
-            addChannel(modifier, file, channel);
+        if (!property)
+            takeOver(modifier, file, channel);
         else if (channel.hasValue)
             property->setDoubleRawValue(channel.channel.currentValue.value_or(channel.channel.value));
+        else if (!channel.channel.otherValue.empty())
+            noteNoNumber(channel.channel);
     }
     setUp(modifier);
+}
+
+/// Of an instance, for what no property stands for yet.
+void EffectMaker::takeOver(DzModifier& modifier, FileEffect& file, dson::EffectChannel channel)
+{
+    const dson::Channel* const defined = file.describedChannel(channel.channel.id);
+    const bool isOpen = channel.channel.type.empty();
+    if (isOpen && defined)
+        channel.channel.type = defined->type;
+    else if (isOpen && channel.hasValue)
+        channel.channel.type = "float";
+    if (isOpen && !defined && channel.hasValue)
+        channel.channel.otherValue.clear();
+    if (channel.channel.otherValue.empty())
+        addChannel(modifier, file, channel);
+    else if (!defined && file.findNamed(channel.channel.name))
+        noteNoNumber(channel.channel);
+    else
+        file.keep(channel.channel);
 }
 
 void EffectMaker::addChannel(DzModifier& modifier, FileEffect& file, const dson::EffectChannel& channel)
@@ -234,6 +253,12 @@ void EffectMaker::note(const dson::Effect& effect, const std::string& name)
     if (isMasked)
         omit("D-Former is evaluated without its mask bone",
              "D-Formers are evaluated without their mask bones", name);
+}
+
+void EffectMaker::noteNoNumber(const dson::Channel& channel)
+{
+    omit("value of a modifier is no number that its dial can hold and is not taken over",
+         "values of modifiers are no numbers that their dials can hold and are not taken over", channel.id);
 }
 
 void EffectMaker::omit(const std::string& one, const std::string& many, const std::string& name)

@@ -57,6 +57,8 @@ private:
     DzWeightMapPtr weightsOf(const dson::InfluenceMap& map, const DzModifier& modifier) const;
     void note(const dson::Effect& effect, const std::string& name);
     /// @param one, many  what is told of one such modifier, and of several
+    void takeOver(DzModifier& modifier, FileEffect& file, dson::EffectChannel channel);
+    void noteNoNumber(const dson::Channel& channel);
     void omit(const std::string& one, const std::string& many, const std::string& name);
 
     DzObject* _object;

@@ -89,7 +89,7 @@ KeptModifier KeptInstances::keptOf(const dson::ModifierInstance& instance, const
     const auto* const modifier = qobject_cast<const DzModifier*>(&owner);
     if (const FileEffect* const effect = modifier ? FileEffect::of(*modifier) : nullptr)
         dson::DropChannels(kept.members,
-                           [effect](const std::string& id) { return effect->find(id) != nullptr; });
+                           [effect](const std::string& id) { return effect->find(id) || effect->keeps(id); });
     return kept;
 }
 

@@ -11,6 +11,7 @@
 #include "dzscene.h"
 #include "dzskeleton.h"
 #include "dzskinbinding.h"
+#include "figure/file_effect.h"
 #include "figure/fitting.h"
 #include "figure/pipeline.h"
 #include "instance_order.h"
@@ -135,6 +136,10 @@ std::vector<DzNode*> SceneFigures::enter()
     for (const LoadedFigure& figure : _figures.all())
         tellGraft(*figure.node);
     dialSelection();
+    if (!_numbersInTexts.empty())
+        _report.warn(fmt::format("has {} as texts, read as what they say, such as \"{}\"",
+                                 dson::Counted(_numbersInTexts.size(), "number", "numbers"),
+                                 _numbersInTexts.front()));
     for (const std::string& left : ConnectDFormers(_figures))
         _report.warn(left);
     animate();
@@ -412,7 +417,9 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
         assembly.applyEffect(instance, url.path);
     keep(instance, assembly, url, property);
     if (!property) {
-        if (instance.value && !url.id.empty())
+        if (DzModifier* const effect = assembly.findEffect(url))
+            FileEffect::of(*effect)->setOwnChannel(instance.channelText);
+        else if (instance.value && !url.id.empty())
             assembly.loseShape(url, _library.whyMissing(url, _document->file), *instance.value);
         return;
     }
@@ -424,8 +431,18 @@ void SceneFigures::dial(const dson::ModifierInstance& instance)
         property->setPath(ToQ(instance.group));
     if (instance.value)
         setValue(assembly, *property, *instance.value);
+    noteOddValue(instance);
     if (const DzNumericProperty& turned = AliasEnd(*property); IsHeldByLimits(turned))
         noteBeyondLimits({turned.getLabel().toStdString()});
+}
+
+/// Of what a dial stands for.
+void SceneFigures::noteOddValue(const dson::ModifierInstance& instance)
+{
+    if (!instance.value && !instance.channelText.empty())
+        _report.warn(instance.id + ": is set to what is no number that a dial can hold; it stays as it is");
+    if (!instance.numberText.empty())
+        _numbersInTexts.push_back(instance.numberText);
 }
 
 void SceneFigures::noteBeyondLimits(const std::vector<std::string>& labels)
@@ -464,6 +481,8 @@ void SceneFigures::dialSelection()
             missing.push_back(instance->url);
         else if (instance->value && !AliasEnd(*property).isLocked())
             AliasEnd(*property).setDoubleRawValue(*instance->value);
+        if (property)
+            noteOddValue(*instance);
     }
     if (!missing.empty())
         _report.warnLeftOut(

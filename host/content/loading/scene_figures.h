@@ -96,6 +96,7 @@ private:
     void fit(const LoadedFigure& figure);
     /// What of a graft does not fit, now that all is fitted.
     void tellGraft(const DzNode& node) const;
+    void noteOddValue(const dson::ModifierInstance& instance);
     void noteBeyondLimits(const std::vector<std::string>& labels);
     /// A scene that moves is loaded as it is at its beginning.
     void animate();
@@ -109,7 +110,8 @@ private:
     AliasValues _values;
     KeptInstances _kept;
     std::vector<const dson::ModifierInstance*> _onSelection;
-    std::vector<std::string> _beyondLimits;      ///< labels of dials
+    std::vector<std::string> _beyondLimits; ///< labels of dials
+    std::vector<std::string> _numbersInTexts;
     std::set<std::string> _failed;               ///< instances that stand for nothing
     std::set<std::string> _failedFiles;          ///< paths of their definitions
     std::vector<const dson::NodeInstance*> _cut; ///< the parents of which count for nothing

@@ -60,6 +60,8 @@ bool ApplyEffectTo(DzNode& figure, const dson::Document& file, const dson::Modif
     DzNumericProperty* const own = modifier ? FileEffect::of(*modifier)->own() : nullptr;
     if (own && instance.value)
         own->setDoubleRawValue(*instance.value);
+    else if (modifier && !own)
+        FileEffect::of(*modifier)->setOwnChannel(instance.channelText);
     maker.report();
     return modifier;
 }

@@ -4,6 +4,7 @@
 #include "effect_export.h"
 
 #include "channel_export.h"
+#include "dson/uri.h"
 #include "dzdformmodifier.h"
 #include "dzmodifier.h"
 #include "dznode.h"
@@ -11,6 +12,7 @@
 #include "dzobject.h"
 #include "figure/file_effect.h"
 #include "library/asset_origin.h"
+#include "library/content_paths.h"
 #include "scene_units.h"
 
 #include <algorithm>
@@ -55,6 +57,13 @@ std::vector<const DzModifier*> EffectsOf(const SceneUnit& unit)
 bool IsDefinedElsewhere(const DzModifier& modifier, const SceneUnit& unit)
 {
     return !unit.isDescribedWhole() && !AssetUriOf(modifier).isEmpty();
+}
+
+bool IsFoundWithFigure(const DzModifier& modifier, const SceneUnit& unit)
+{
+    const std::string folder = PathKey(unit.path.substr(0, unit.path.rfind('/') + 1));
+    const std::string path = dson::ParseUri(AssetUriOf(modifier).toString().toStdString()).path;
+    return PathKey(path).compare(0, folder.size(), folder) == 0;
 }
 
 dson::Modifier DescribeEffect(const DzModifier& modifier, const std::string& id, const std::string& parent)

@@ -18,6 +18,8 @@ struct SceneUnit;
 std::vector<const DzModifier*> EffectsOf(const SceneUnit& unit);
 /// Whether a file other than the one to be written defines it.
 bool IsDefinedElsewhere(const DzModifier& modifier, const SceneUnit& unit);
+/// Whether loading the figure brings it along, as its file lies in the figure's folder.
+bool IsFoundWithFigure(const DzModifier& modifier, const SceneUnit& unit);
 
 /// What its file said of it, with the present values.
 dson::Modifier DescribeEffect(const DzModifier& modifier, const std::string& id, const std::string& parent);

@@ -358,6 +358,8 @@ void KeptExport::addMissing(const Source& source, dson::SceneAsset& asset)
         instance.group = missing.group;
         if (missing.value)
             instance.channel = dson::SceneChannel{"value", "float", missing.value, missing.change};
+        else if (!missing.channelText.empty())
+            instance.effect = dson::Effect{{}, {}, {}, false, {{"channel", missing.channelText}}};
         instance.kept = rewritten(missing.kept, source);
         asset.sceneModifiers.push_back(std::move(instance));
     }

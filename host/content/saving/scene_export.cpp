@@ -364,7 +364,8 @@ private:
             }
             instance.id = _ids.take(dson::ParseUri(instance.url).id);
             DescribeEffectInstance(*modifier, isDefined, instance);
-            if (isDefined || instance.channel || instance.effect || saysMore(*modifier))
+            if (isDefined || instance.channel || instance.effect || saysMore(*modifier) ||
+                !IsFoundWithFigure(*modifier, unit))
                 addModifier(std::move(instance), modifier);
         }
     }

@@ -38,8 +38,12 @@ public:
     DzNumericProperty* find(const std::string& idOrName) const; ///< null for none
     /// A value that is not one number, of a channel that has no property.
     void keep(const dson::Channel& channel);
+    bool keeps(const std::string& id) const;
+    /// As the definition lists it; null for what it does not list.
+    const dson::Channel* describedChannel(const std::string& id) const;
     /// JSON text of what an instance says of the modifier's own channel, where that is such a value.
     const std::string& ownChannel() const { return _ownChannel; }
+    void setOwnChannel(const std::string& json) { _ownChannel = json; }
     /// The dial of the modifier itself, which no `extra` lists; null for none.
     DzNumericProperty* own() const { return _own; }
     void setOwn(DzNumericProperty& dial) { _own = &dial; }
