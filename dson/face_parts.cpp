@@ -39,7 +39,7 @@ struct FaceOddities {
             "not two labels and three corners that the mesh has, and left out");
         say(cut, "face keeps", "faces keep", "only those corners that the mesh has");
         say(unlabelled, "face is", "faces are",
-            "of a group or surface that is not defined, and goes to one named default");
+            "of a group or surface that is not defined, and put into one named default");
     }
 };
 

@@ -125,7 +125,7 @@ TEST_F(OddMesh, faces_without_a_group_or_surface_get_the_default_ones)
     EXPECT_EQ(topology.surfaceNames, (Told{"Skin", "default"}));
     EXPECT_EQ(topology.faceSurfaces, (std::vector<std::uint32_t>{0, 0, 1}));
     EXPECT_EQ(told(document),
-              Told{"Doll-1: 2 faces are of a group or surface that is not defined, and goes to "
+              Told{"Doll-1: 2 faces are of a group or surface that is not defined, and put into "
                    "one named default: the first is 1"});
     const dson::Document bare = readDoll(
         Replaced(Replaced(Figure(), R"("polygon_groups": {"count": 2, "values": ["hip", "hand"]},)", ""),
@@ -187,6 +187,16 @@ TEST_F(OddMesh, a_skin_that_does_not_say_what_mesh_it_is_for_binds_what_fits_and
     ExpectAt(VertexAt(*figure, 7), -10, 25, 0);
 }
 
+TEST_F(OddMesh, weights_for_each_axis_of_vertices_that_are_not_there_are_left_out_and_told)
+{
+    DzFigure* const figure = openDollOf(
+        Replaced(Replaced(Figure(), R"("geometry": "#Doll-1", "vertex_count": 8,)", ""), "[7,1]]}",
+                 R"([7,1]]}, "local_weights": {"x": {"values": [[7,1]]}, "z": {"values": [[7,1],[8,1]]}})"));
+    ASSERT_NE(figure, nullptr) << log().toStdString();
+    EXPECT_TRUE(logged("1 weight of the skin is of vertices beyond the 8 of the mesh and left out"))
+        << log().toStdString();
+}
+
 TEST_F(OddMesh, a_skin_that_binds_nothing_is_told)
 {
     DzFigure* const figure = openDollOf(Replaced(Replaced(Figure(), "[[0,1],[1,1],[2,1],[3,1]]", "[[8,1]]"),
@@ -207,7 +217,7 @@ TEST_F(OddMesh, joints_without_a_bone_or_with_one_that_has_another_are_told)
     EXPECT_TRUE(
         logged("2 joints of the skin are for no bone of the figure and left out, such as tail and one "
                "without a name"));
-    EXPECT_TRUE(logged("1 joints of the skin are for a bone that has one, and both count, such as hand"));
+    EXPECT_TRUE(logged("1 joint of the skin is for a bone that has one, and both count, such as hand"));
     BoneOf(*figure, "hand")->getZRotControl()->setValue(90.0f);
     ExpectAt(VertexAt(*figure, 5), 0, 25, 0);
     ExpectAt(VertexAt(*figure, 7), -10, 25, 0);

@@ -94,13 +94,23 @@ std::size_t LeaveOutBeyond(std::vector<std::uint32_t>& vertices, std::vector<flo
     return lost;
 }
 
+bool IsWithin(const dson::JointBinding& joint, std::size_t vertexCount)
+{
+    return IsWithin(joint.vertices, vertexCount) && IsWithin(joint.scale.vertices, vertexCount) &&
+           (!joint.axes ||
+            std::all_of(joint.axes->begin(), joint.axes->end(), [vertexCount](const dson::WeightMap& axis) {
+                return IsWithin(axis.vertices, vertexCount);
+            }));
+}
+
 bool IsWithin(const dson::SkinBinding& skin, std::size_t vertexCount)
 {
     const auto& shares = skin.dualQuaternionShares;
     return (!shares || IsWithin(shares->vertices, vertexCount)) &&
-           std::all_of(skin.joints.begin(), skin.joints.end(), [&](const dson::JointBinding& joint) {
-               return IsWithin(joint.vertices, vertexCount) && IsWithin(joint.scale.vertices, vertexCount);
-           });
+           IsWithin(skin.generalShares.vertices, vertexCount) &&
+           std::all_of(
+               skin.joints.begin(), skin.joints.end(),
+               [vertexCount](const dson::JointBinding& joint) { return IsWithin(joint, vertexCount); });
 }
 
 /// What of the skin is for vertices of the mesh; the rest is told.
@@ -110,11 +120,17 @@ dson::SkinBinding Within(dson::SkinBinding skin, std::size_t vertexCount, const 
     for (dson::JointBinding& joint : skin.joints) {
         lost += LeaveOutBeyond(joint.vertices, joint.weights, vertexCount);
         lost += LeaveOutBeyond(joint.scale.vertices, joint.scale.weights, vertexCount);
+        for (int axis = 0; joint.axes && axis < 3; ++axis) {
+            dson::WeightMap& map = (*joint.axes)[static_cast<std::size_t>(axis)];
+            lost += LeaveOutBeyond(map.vertices, map.weights, vertexCount);
+        }
     }
+    lost += LeaveOutBeyond(skin.generalShares.vertices, skin.generalShares.weights, vertexCount);
     if (auto& shares = skin.dualQuaternionShares)
         lost += LeaveOutBeyond(shares->vertices, shares->weights, vertexCount);
-    file.warn(fmt::format("{} weights of the skin are of vertices beyond the {} of the mesh and left out",
-                          lost, vertexCount));
+    file.warn(fmt::format("{} of vertices beyond the {} of the mesh and left out",
+                          dson::Counted(lost, "weight of the skin is", "weights of the skin are"),
+                          vertexCount));
     return skin;
 }
 
@@ -133,11 +149,15 @@ void ReportJoints(const FigureFile& file, const dson::SkinBinding& skin, const F
         bindsAny = bindsAny || (bone && !joint.vertices.empty());
     }
     if (!homeless.empty())
-        file.warn(fmt::format("{} joints of the skin are for no bone of the figure and left out{}",
-                              homeless.size(), Examples(homeless)));
+        file.warn(
+            fmt::format("{} for no bone of the figure and left out{}",
+                        dson::Counted(homeless.size(), "joint of the skin is", "joints of the skin are"),
+                        Examples(homeless)));
     if (!repeated.empty())
-        file.warn(fmt::format("{} joints of the skin are for a bone that has one, and both count{}",
-                              repeated.size(), Examples(repeated)));
+        file.warn(
+            fmt::format("{} for a bone that has one, and both count{}",
+                        dson::Counted(repeated.size(), "joint of the skin is", "joints of the skin are"),
+                        Examples(repeated)));
     if (!bindsAny)
         file.warn(fmt::format("the skin {} binds no vertex to any bone", skin.id));
 }
