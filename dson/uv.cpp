@@ -73,20 +73,24 @@ TexCoords CornersOf(const UvSet& set, const geometry::Topology& topology,
     TexCoords result;
     result.coordinates = set.values;
     result.cornerIndices = topology.cornerVertices;
-    bool isWhole = true;
+    std::size_t strange = 0;
     for (const UvSet::Exception& exception : set.exceptions) {
         const std::optional<std::uint32_t> face = leftOut.inMesh(exception.face);
         if (!face)
             continue;
-        if (*face >= topology.faceCount()) {
-            isWhole = false;
-            continue;
-        }
-        for (std::uint32_t c = topology.faceOffsets[*face]; c < topology.faceOffsets[*face + 1]; ++c)
-            if (topology.cornerVertices[c] == exception.vertex)
-                result.cornerIndices[c] = exception.value;
+        bool isCorner = false;
+        if (*face < topology.faceCount() && exception.value < set.values.size())
+            for (std::uint32_t c = topology.faceOffsets[*face]; c < topology.faceOffsets[*face + 1]; ++c)
+                if (topology.cornerVertices[c] == exception.vertex) {
+                    result.cornerIndices[c] = exception.value;
+                    isCorner = true;
+                }
+        strange += !isCorner;
     }
-    isWhole = isWhole && std::all_of(result.cornerIndices.begin(), result.cornerIndices.end(),
+    if (strange > 0)
+        context.warn(set.id, Counted(strange, "corner of the UV set is not there and left out",
+                                     "corners of the UV set are not there and left out"));
+    const bool isWhole = std::all_of(result.cornerIndices.begin(), result.cornerIndices.end(),
                                      [&](std::uint32_t index) { return index < set.values.size(); });
     if (isWhole)
         return result;

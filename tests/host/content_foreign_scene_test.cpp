@@ -236,7 +236,7 @@ TEST_F(ForeignScene, has_controls_morphs_and_formulas_of_its_own)
              "formulas": [{"output": "hand:#hand?rotation/z", "operations": [{"op": "push", "url": "Doll:#Own?value"},
                 {"op": "push", "val": 90}, {"op": "mult"}]}]},
             {"id": "Bump", "parent": "#Doll-1", "channel": {"id": "value", "type": "float"},
-             "morph": {"vertex_count": 8, "deltas": {"values": [[1, 0, 1, 0]]}}},
+             "morph": {"vertex_count": 8, "deltas": {"values": [[1, 0, 1, 0], [2, 1], [3, "x", 0, 0]]}}},
             {"id": "Misfit", "parent": "#Doll-1", "channel": {"id": "value", "type": "float"},
              "morph": {"vertex_count": 9, "deltas": {"values": [[1, 0, 1, 0]]}}}],
         "scene": {"nodes": [)" + Instance("", R"(, "label": "A")") +
@@ -255,6 +255,8 @@ TEST_F(ForeignScene, has_controls_morphs_and_formulas_of_its_own)
     EXPECT_EQ(BoneOf(*first, "hand")->getZRotControl()->getValue(), 90.0f);
     ExpectAt(VertexAt(*first, 1), 5, 2, 0);
     EXPECT_EQ(ValueIn(*first, "Bump"), 2.0);
+    EXPECT_EQ(timesLogged("Bump: 2 rows of deltas are not four numbers and left out"), 1)
+        << log().toStdString();
     EXPECT_EQ(FindMorph(*first, "Misfit"), nullptr);
     EXPECT_EQ(DialIn(*second, "Own"), nullptr);
     EXPECT_EQ(BoneOf(*second, "hand")->getZRotControl()->getValue(), 0.0f);

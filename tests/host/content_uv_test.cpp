@@ -46,17 +46,26 @@ TEST_F(ForeignUvs, are_those_of_the_vertex_unless_a_corner_says_otherwise)
 
 TEST_F(ForeignUvs, that_do_not_fit_are_left_out_and_told)
 {
-    for (const char* const corners : {"[[7, 0, 0]]", "[[0, 0, 99]]"}) {
-        const dson::Document document = read(
-            std::string(R"({"id": "My Set", "uvs": [[0,0],[1,0],[1,1],[0,1]], "polygon_vertex_indices": )") +
-            corners + "}");
-        EXPECT_TRUE(us(document).empty());
-        ASSERT_EQ(document.diagnostics.size(), 1u);
-        EXPECT_EQ(document.diagnostics[0].file, document.file.string());
-        EXPECT_EQ(document.diagnostics[0].asset, "My Set");
-        EXPECT_EQ(document.diagnostics[0].what, "the UV set does not fit its mesh and is left out");
-    }
-    EXPECT_TRUE(us(read(R"({"id": "My Set", "uvs": [[0,0]]})")).empty());
+    const dson::Document document = read(R"({"id": "My Set", "uvs": [[0,0]]})");
+    EXPECT_TRUE(us(document).empty());
+    ASSERT_EQ(document.diagnostics.size(), 1u);
+    EXPECT_EQ(document.diagnostics[0].file, document.file.string());
+    EXPECT_EQ(document.diagnostics[0].asset, "My Set");
+    EXPECT_EQ(document.diagnostics[0].what, "the UV set does not fit its mesh and is left out");
+}
+
+TEST_F(ForeignUvs, lose_single_corners_that_are_not_there)
+{
+    const dson::Document document = read(R"({"id": "My Set",
+        "uvs": [[0,0],[1,0],[1,1],[0,1],[0,0],[0,0],[0,0],[0,0],[0.5,0.5]],
+        "polygon_vertex_indices": [[7, 0, 0], [0, 0, 99], [0, 7, 1], [0, 1, 8]]})");
+    const geometry::TexCoords& texCoords = document.geometries.front().texCoords;
+    const geometry::Topology& topology = *document.geometries.front().mesh.topology;
+    ASSERT_EQ(texCoords.cornerIndices.size(), topology.cornerCount());
+    for (std::size_t c = 0; c < topology.face(0).size(); ++c)
+        EXPECT_EQ(texCoords.cornerIndices[c], topology.face(0)[c] == 1 ? 8u : topology.face(0)[c]);
+    ASSERT_EQ(document.diagnostics.size(), 1u);
+    EXPECT_EQ(document.diagnostics[0].what, "3 corners of the UV set are not there and left out");
 }
 
 TEST_F(ForeignUvs, that_are_no_numbers_are_told_and_read_as_zero)

@@ -17,6 +17,7 @@
 #include "instance_order.h"
 #include "instance_values.h"
 #include "loading/channel_properties.h"
+#include "openhost/diagnostics.h"
 #include "preset_target.h"
 #include "scene_dforms.h"
 #include "selection_effects.h"
@@ -89,7 +90,15 @@ std::shared_ptr<const dson::Document> WithOwnDeltas(std::shared_ptr<const dson::
 {
     const bool hasMorphs = std::any_of(document->modifiers.begin(), document->modifiers.end(),
                                        [](const dson::Modifier& modifier) { return bool(modifier.morph); });
-    return hasMorphs ? std::make_shared<const dson::Document>(dson::ReadDocument(document->file)) : document;
+    if (!hasMorphs)
+        return document;
+    auto whole = std::make_shared<const dson::Document>(dson::ReadDocument(document->file));
+    for (const base::Diagnostic& met : whole->diagnostics) {
+        const auto& told = document->diagnostics;
+        if (std::find(told.begin(), told.end(), met) == told.end())
+            Report(met);
+    }
+    return whole;
 }
 
 DzSkinBinding* SkinOf(const DzNode& figure)
