@@ -14,6 +14,8 @@
 
 #include <fmt/format.h>
 
+#include <QVariant>
+
 namespace openhost {
 
 namespace {
