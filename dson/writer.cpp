@@ -144,8 +144,14 @@ fs::path WriteMorph(const AssetInfo& info, const Modifier& modifier, const fs::p
     // The instance's id must differ from the library's in the same file.
     json["scene"] =
         Json{{"modifiers", Json::array({Json{{"id", modifier.id + "-1"}, {"url", Reference(modifier.id)}}})}};
-    json = KeepUnknown(std::move(json), FilePath(info, contentDirectory));
-    return WriteFile(info, json, contentDirectory, options, detailFile ? &*detailFile : nullptr);
+    if (!options.isReplacement)
+        json = KeepUnknown(std::move(json), FilePath(info, contentDirectory));
+    const fs::path written =
+        WriteFile(info, json, contentDirectory, options, detailFile ? &*detailFile : nullptr);
+    std::error_code ignored;
+    if (options.isReplacement && !detailFile)
+        fs::remove(companion, ignored); // of the morph that was there
+    return written;
 }
 
 fs::path WriteCharacter(const CharacterAsset& character, const FigureAsset& figure,

@@ -125,7 +125,7 @@ std::size_t GntConverter::getActiveMorphCount() const
 
 std::string GntConverter::makeConvertedLabel() const
 {
-    return fmt::format("{} converted to G9", kst::str::ToStd(_pImpl->pParams->figSource.getLabel()));
+    return GntConvertedLabel(kst::str::ToStd(_pImpl->pParams->figSource.getLabel()));
 }
 
 GntRequest GntConverter::complete(const GntRequest& request) const

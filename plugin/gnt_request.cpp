@@ -33,6 +33,11 @@ GntJobs GntDefaultJobs()
     return GntJobs(GntJobFlag::Head) | GntJobFlag::Body;
 }
 
+std::string GntConvertedLabel(std::string_view sourceLabel)
+{
+    return fmt::format("{} converted to G9", sourceLabel);
+}
+
 std::vector<std::string> GntProposedNames(std::string_view fullName)
 {
     return {std::string(fullName), fmt::format("{} Head", fullName), fmt::format("{} Body", fullName)};

@@ -20,6 +20,8 @@ enum class GntBase : int { Clone, Feminine, Masculine, Height };
 /// Where a morph's dial is filed unless the user says otherwise.
 constexpr const char* GNT_DEFAULT_MORPH_PATH = "/Gantrel";
 GntJobs GntDefaultJobs();
+/// What a converted figure is called unless the user says otherwise.
+std::string GntConvertedLabel(std::string_view sourceLabel);
 /// One name per job, by GntJobIndex, made of the full figure's.
 std::vector<std::string> GntProposedNames(std::string_view fullName);
 

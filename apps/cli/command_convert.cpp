@@ -5,6 +5,7 @@
 
 #include "conversion.h"
 #include "host_session.h"
+#include "new_names.h"
 #include "options.h"
 #include "progress.h"
 #include "report.h"
@@ -36,10 +37,12 @@ std::string DefaultJobs()
 /// The arguments as they stand on the command line.
 struct ConvertArguments {
     std::vector<std::string> content, dials, bases;
-    std::string source, target, jobs = DefaultJobs(), name, path = GNT_DEFAULT_MORPH_PATH;
+    std::string source, target, jobs = DefaultJobs(), path = GNT_DEFAULT_MORPH_PATH;
     std::string resolution = "base", contentDirectory, vendor, product, exportObj, pictures;
+    std::optional<std::string> name;
     std::optional<int> subdLevel;
-    bool adjustRig = false, compress = false, acceptMissing = false, keepTemporary = false, json = false;
+    bool adjustRig = false, compress = false, acceptMissing = false, overwrite = false, keepTemporary = false,
+         json = false;
 };
 
 void AddOptions(CLI::App& command, ConvertArguments& arguments)
@@ -102,6 +105,8 @@ void AddOptions(CLI::App& command, ConvertArguments& arguments)
     vendor->needs(library);
     product->needs(library);
     command.add_flag("--compress", arguments.compress, "Compress the saved morphs")->needs(library);
+    command.add_flag("--overwrite", arguments.overwrite, "Replace saved morphs that have the same name")
+        ->needs(library);
     command.add_option("--export-obj", arguments.exportObj, "Also write the converted figure")
         ->type_name("FILE.obj");
     command
@@ -184,8 +189,10 @@ GntRequest MakeMorphRequest(const ConvertArguments& arguments)
     request.subdLevel = arguments.subdLevel;
     if (request.subdLevel && request.resolution != GntResolution::Subd)
         throw UsageError("--subd needs --resolution subd");
-    if (!arguments.name.empty())
-        request.names = GntProposedNames(arguments.name);
+    if (arguments.name) {
+        CheckMorphName(*arguments.name);
+        request.names = GntProposedNames(*arguments.name);
+    }
     request.paths.assign(GNT_JOBS.size(), arguments.path);
     return request;
 }
@@ -203,6 +210,7 @@ ConversionRequest MakeRequest(const ConvertArguments& arguments)
         request.save = MakeSaveOptions(arguments);
     request.exportObj = arguments.exportObj;
     request.pictures = arguments.pictures;
+    request.mayOverwrite = arguments.overwrite;
     request.acceptsMissing = arguments.acceptMissing;
     request.keepTemporary = arguments.keepTemporary;
     return request;

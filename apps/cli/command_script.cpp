@@ -26,7 +26,7 @@ struct ScriptArguments {
     std::vector<std::string> arguments;
     std::vector<std::string> content;
     double timeout = 0.0; ///< seconds; 0 for none
-    bool verbose = false;
+    bool verbose = false, overwrite = false;
 };
 
 std::string ErrorOf(const DzScript& script, const std::string& file)
@@ -48,6 +48,7 @@ base::Diagnostics Without(const std::string& error, base::Diagnostics met)
 void RunScript(const ScriptArguments& arguments)
 {
     HostSession session(ToPaths(arguments.content), arguments.verbose);
+    session.allowOverwriting(arguments.overwrite);
     DzScript script;
     if (!script.loadFromFile(QString::fromStdString(arguments.file)))
         throw std::runtime_error(fmt::format("{}: the script cannot be read", arguments.file));
@@ -76,6 +77,7 @@ void AddScriptCommand(CLI::App& program, CommandContext& context)
     command->add_option("ARG", arguments->arguments, "What getArguments() gives the script")
         ->type_name("TEXT");
     AddContentOption(*command, arguments->content);
+    command->add_flag("--overwrite", arguments->overwrite, "Replace saved morphs that have the same name");
     command->add_option("--timeout", arguments->timeout, "End the script after this time")
         ->type_name("SECONDS")
         ->check(CLI::Range(0.001, 1e6));

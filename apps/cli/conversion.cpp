@@ -13,6 +13,7 @@
 #include "gnt_convert-figure.h"
 #include "host_session.h"
 #include "ks_daz-helpers.h"
+#include "new_names.h"
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
 #include "openhost/missing_shapes.h"
@@ -159,6 +160,7 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     StandAlone(source, request.source, report.diagnostics);
     StandAlone(target, request.target, report.diagnostics);
     KeepLabelsFree(source, target, report.diagnostics);
+    FreeMorphNames(source, target, request, report.diagnostics);
     const GntOutcome outcome = Run(source, target, request.morphs, session, progress);
     DescribeOutcome(outcome, report);
 
@@ -206,6 +208,7 @@ ConversionReport Convert(const ConversionRequest& request, Progress& progress)
     CheckPlaces(request);
     progress.stage("Loading the figures");
     HostSession session(request.contentDirectories, request.verbose);
+    session.allowOverwriting(request.mayOverwrite);
     // Temporary files of the run go with the session, unless they are to be kept.
     ConversionRequest own = request;
     own.morphs.tempFolder = FileText(session.temporaryFolder());

@@ -29,6 +29,7 @@ struct ConversionRequest {
     std::filesystem::path exportObj; ///< empty for none
     std::filesystem::path pictures;  ///< folder; empty for none
     bool acceptsMissing = false;     ///< converts without worn shapes whose displacements cannot be had
+    bool mayOverwrite = false;       ///< replaces files of morphs that have the new ones' names
     bool keepTemporary = false;      ///< the folder of temporary files stays, also after a failure
     bool verbose = false;
 };

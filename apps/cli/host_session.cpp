@@ -120,7 +120,11 @@ public:
             ThrowIfInterrupted();
     }
     void beforeReading() override { ThrowIfInterrupted(); }
-    bool endsAtSteps = false;
+    std::optional<bool> mayReplaceFiles(const QStringList&) override
+    {
+        return mayOverwrite ? std::optional<bool>(true) : std::nullopt;
+    }
+    bool endsAtSteps = false, mayOverwrite = false;
 };
 
 } // namespace
@@ -194,6 +198,11 @@ std::vector<DzNode*> HostSession::open(const fs::path& file)
 const base::Diagnostics& HostSession::diagnostics() const
 {
     return _impl->diagnostics->all();
+}
+
+void HostSession::allowOverwriting(bool isAllowed)
+{
+    _impl->attendant.mayOverwrite = isAllowed;
 }
 
 void HostSession::endAtSteps(bool doesEnd)

@@ -36,6 +36,8 @@ public:
     /// Whether a signal that asks to end is followed at the next text of a progress display, by
     /// InterruptedError.
     void endAtSteps(bool doesEnd);
+    /// Whether morphs may be saved over files of others; not at first.
+    void allowOverwriting(bool isAllowed);
     /// A folder that lasts as long as the session.
     std::filesystem::path temporaryFolder() const;
     /// The folder stays when the session ends.

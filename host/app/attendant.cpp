@@ -24,6 +24,11 @@ bool Attendant::mayReplaceScene(const QString&)
     return true;
 }
 
+std::optional<bool> Attendant::mayReplaceFiles(const QStringList&)
+{
+    return std::nullopt;
+}
+
 bool Attendant::mayExceedLimits(const QStringList&)
 {
     return false;

@@ -86,6 +86,26 @@ void WindowAttendant::tellDuplicateFormulas(const QStringList& outputs)
     box.exec();
 }
 
+std::optional<bool> WindowAttendant::mayReplaceFiles(const QStringList& files)
+{
+    const bool isOne = files.size() == 1;
+    const QString told = isOne ? QStringLiteral("There is a file for a morph of this name already:")
+                               : QStringLiteral("There are files for morphs of these names already:");
+    const QString loss = isOne ? QStringLiteral("Replacing it loses the morph that it holds.")
+                               : QStringLiteral("Replacing them loses the morphs that they hold.");
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Replace Morph Files"),
+                    QStringList{told, FirstLines(files), loss}.join(QLatin1String("\n\n")),
+                    QMessageBox::NoButton, dzApp->getDialogParent());
+    box.setTextFormat(Qt::PlainText);
+    const QAbstractButton* const replace =
+        box.addButton(QStringLiteral("Replace"), QMessageBox::DestructiveRole);
+    QPushButton* const cancel = box.addButton(QMessageBox::Cancel);
+    box.setDefaultButton(cancel);
+    box.setEscapeButton(cancel);
+    box.exec();
+    return box.clickedButton() == replace;
+}
+
 bool WindowAttendant::mayExceedLimits(const QStringList& dials)
 {
     QMessageBox box(

@@ -3,6 +3,8 @@
 
 #include "cli_conversion.h"
 
+#include "dson/uri.h"
+
 #include <cmath>
 #include <cstdlib>
 #include <map>
@@ -23,7 +25,8 @@ protected:
         for (const json& formula : modifier.value("formulas", json::array())) {
             const json& operations = formula.at("operations");
             EXPECT_EQ(operations.size(), 3u);
-            EXPECT_NE(operations.at(0).at("url").get<std::string>().find("#" + name + "?value"),
+            EXPECT_NE(operations.at(0).at("url").get<std::string>().find("#" + dson::EncodeFragment(name) +
+                                                                         "?value"),
                       std::string::npos);
             EXPECT_EQ(operations.at(2).at("op"), "mult");
             all[formula.at("output")] = operations.at(1).at("val");
@@ -61,7 +64,7 @@ TEST_F(AdjustRig, leaves_joints_alone_unless_asked)
 TEST_F(AdjustRig, saves_shares_of_head_and_body_that_make_up_the_whole)
 {
     report(saving(library(), {"--jobs", "full,head,body", "--adjust-rig"}));
-    const auto whole = shifts("Vera"), head = shifts("Vera_Head"), body = shifts("Vera_Body");
+    const auto whole = shifts("Vera"), head = shifts("Vera Head"), body = shifts("Vera Body");
     ASSERT_FALSE(whole.empty());
     for (const auto& [output, shift] : whole) {
         const bool isOfJoint = output.find("?center_point/") != std::string::npos ||
@@ -78,7 +81,7 @@ TEST_F(AdjustRig, changes_no_shape)
                       morph = library(std::string("/") + savedFolder + "/Vera.dsf");
     report(saving(library(), {"--jobs", "full"}));
     const auto without = MorphDeltas(figure, morph);
-    report(saving(library(), {"--jobs", "full", "--adjust-rig"}));
+    report(saving(library(), {"--jobs", "full", "--adjust-rig", "--overwrite"}));
     EXPECT_EQ(LargestDifference(MorphDeltas(figure, morph), without), 0.0f);
     EXPECT_FALSE(shifts("Vera").empty());
 }

@@ -34,7 +34,7 @@ std::vector<std::string> ConversionTest::argumentsFor(const std::string& source,
 
 std::vector<std::string> ConversionTest::arguments(const std::vector<std::string>& more) const
 {
-    std::vector<std::string> all{"--dial", "Wide=1", "--dial", "Bulge=0.5", "--name", "Vera"};
+    std::vector<std::string> all{"--dial", "Wide=1", "--dial", "Bulge=0.5", "--name", morphName};
     all.insert(all.end(), more.begin(), more.end());
     return argumentsFor(sourceFile(), targetFile(), all);
 }

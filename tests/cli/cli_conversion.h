@@ -21,7 +21,7 @@ protected:
     /// Without a failure, nothing may be in the programs' temporary folder, and no file unfinished.
     void expectNoTraces() const;
 
-    /// The arguments of a conversion of the source with "Wide" at 1 and "Bulge" at 0.5.
+    /// The arguments of a conversion of the source with "Wide" at 1 and "Bulge" at 0.5, to `morphName`.
     std::vector<std::string> arguments(const std::vector<std::string>& more = {}) const;
     /// The arguments of a conversion between other files, without dials.
     std::vector<std::string> argumentsFor(const std::string& source, const std::string& target,
@@ -40,6 +40,7 @@ protected:
     static const char* const savedFolder; ///< of the morphs, in the library that they are saved into
 
     Workspace workspace;
+    std::string morphName = "Vera"; ///< of arguments()
 
 private:
     std::vector<std::string> _before;

@@ -185,8 +185,8 @@ TEST_F(ConvertFailure, to_make_the_library_s_folder_names_it)
 
 TEST_F(ConvertFailure, to_save_one_morph_leaves_no_part_of_it)
 {
-    fs::create_directories(workspace.path("saved/") + savedFolder + "/Vera_Head.dsf");
-    expectFailureWith(convert(saving(workspace.path("saved"))), 1, "Vera_Head.dsf: Is a directory.");
+    fs::create_directories(workspace.path("saved/") + savedFolder + "/Vera Head.dsf");
+    expectFailureWith(convert(saving(workspace.path("saved"))), 1, "Vera Head.dsf: Is a directory.");
 }
 
 TEST_F(ConvertFailure, to_write_the_obj_keeps_the_saved_morphs_and_says_so)
@@ -195,8 +195,8 @@ TEST_F(ConvertFailure, to_write_the_obj_keeps_the_saved_morphs_and_says_so)
     const std::string obj = workspace.path(std::string(250, 'a') + ".obj");
     expectFailureWith(convert(saving(workspace.path("saved"), {"--export-obj", obj})), 1,
                       ".obj: File name too long; the morphs are saved.");
-    EXPECT_TRUE(hasSaved("Vera_Head"));
-    EXPECT_TRUE(hasSaved("Vera_Body"));
+    EXPECT_TRUE(hasSaved("Vera Head"));
+    EXPECT_TRUE(hasSaved("Vera Body"));
     EXPECT_FALSE(fs::exists(obj));
 }
 
@@ -205,8 +205,8 @@ TEST_F(ConvertFailure, to_draw_a_picture_keeps_the_saved_morphs_and_says_so)
     fs::create_directories(workspace.path("drawn/converted.png"));
     expectFailureWith(convert(saving(workspace.path("saved"), {"--pictures", workspace.path("drawn")})), 1,
                       "converted.png: Is a directory; the morphs are saved.");
-    EXPECT_TRUE(hasSaved("Vera_Head"));
-    EXPECT_TRUE(hasSaved("Vera_Body"));
+    EXPECT_TRUE(hasSaved("Vera Head"));
+    EXPECT_TRUE(hasSaved("Vera Body"));
 }
 
 TEST_F(ConvertFailure, to_write_what_is_wanted_besides_claims_no_morphs_where_none_are_saved)
@@ -222,4 +222,55 @@ TEST_F(ConvertFailure, names_required_arguments_that_are_missing)
     ExpectWrongUse(RunProgram({"convert", "--target", targetFile()}), "--source");
     ExpectWrongUse(RunProgram(arguments({"--resolution", "finest"})), "finest");
     ExpectWrongUse(RunProgram(arguments({"--content"})), "--content");
+}
+
+TEST_F(ConvertFailure, for_a_name_that_is_not_free_replaces_nothing)
+{
+    const std::vector<std::string> plain = saving(library());
+    for (const char* const name : {"Zoë", "Zoé"}) {
+        morphName = name;
+        ExpectSuccess(convert(plain));
+    }
+    const std::string file = "lib/" + std::string(savedFolder) + "/Zoé Head.dsf";
+    const std::string bytes = workspace.read(file);
+    expectFailureWith(convert(plain), 1, "Zoé Head.dsf; --overwrite replaces it.");
+    std::vector<std::string> elsewhere = plain;
+    elsewhere.back() = "Others";
+    expectFailureWith(convert(elsewhere), 1, "There is a morph \"Zoé Head\" already, in /data/");
+    morphName = "ZOÉ";
+    expectFailureWith(convert(plain), 1, "choose another name with --name.");
+    morphName = "Zoé";
+    EXPECT_EQ(workspace.read(file), bytes);
+    ExpectSuccess(convert(saving(library(), {"--dial", "Wide=0", "--overwrite"})));
+    EXPECT_NE(workspace.read(file), bytes);
+}
+
+TEST_F(ConvertFailure, for_a_name_of_the_figures_own_parts_changes_nothing)
+{
+    for (const char* const name :
+         {"CloneGenesis8Female", "clonegenesis8female", "SkinBinding", "XTranslate"}) {
+        morphName = name;
+        expectNothingMade(saving(library(), {"--jobs", "full", "--overwrite"}), 1,
+                          "choose another name with --name.");
+    }
+}
+
+TEST_F(ConvertFailure, for_a_name_that_is_none_makes_nothing)
+{
+    const std::vector<std::string> anywhere = saving(workspace.path("saved"));
+    for (const char* const blank : {"", "  ", "\t", "\xC2\xA0", "\xE2\x80\x8B"}) {
+        morphName = blank;
+        expectNothingMade(anywhere, 2, "--name is blank.");
+    }
+    morphName = "Zo\xEB";
+    expectNothingMade(anywhere, 2, "--name is not UTF-8.");
+}
+
+TEST_F(ConvertFailure, leaves_nothing_of_a_morph_that_is_replaced)
+{
+    ExpectSuccess(convert(saving(library(), {"--jobs", "full", "--adjust-rig"})));
+    const std::string file = "lib/" + std::string(savedFolder) + "/Vera.dsf";
+    EXPECT_NE(workspace.read(file).find("center_point"), std::string::npos);
+    ExpectSuccess(convert(saving(library(), {"--jobs", "full", "--overwrite"})));
+    EXPECT_EQ(workspace.read(file).find("center_point"), std::string::npos);
 }

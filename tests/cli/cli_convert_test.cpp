@@ -149,7 +149,7 @@ TEST_F(Convert, puts_the_dials_under_the_path_wanted)
 TEST_F(Convert, saves_morphs_that_a_new_process_finds)
 {
     const json created = report(saving(library(), {"--jobs", "full,head,body"})).at("created_morphs");
-    const char* const files[] = {"Vera", "Vera_Head", "Vera_Body"};
+    const char* const files[] = {"Vera", "Vera Head", "Vera Body"};
     for (std::size_t i = 0; i < 3; ++i) {
         ExpectSaved(created.at(i), saved(files[i]));
         const json modifier = inspect(saved(files[i])).at("modifiers").at(0);
@@ -170,7 +170,7 @@ TEST_F(Convert, saves_morphs_that_a_new_process_finds)
 TEST_F(Convert, saves_morphs_that_are_dialed_by_name_and_label_in_a_new_process)
 {
     report(saving(library()));
-    const std::string plain = render({}), byName = render({"--dial", "Vera_Head=1"});
+    const std::string plain = render({}), byName = render({"--dial", "Vera Head=1"});
     EXPECT_NE(byName, plain);
     EXPECT_EQ(render({"--dial", "Vera Head=1"}), byName);
     EXPECT_NE(render({"--dial", "Vera Body=1"}), byName);
@@ -208,8 +208,8 @@ TEST_F(Convert, exports_the_texture_coordinates_of_the_figure)
 TEST_F(Convert, saves_a_head_and_a_body_that_add_up_to_the_whole)
 {
     report(saving(library(), {"--jobs", "full,head,body"}));
-    std::vector<geometry::Vec3f> sum = MorphDeltas(figureFile(), saved("Vera_Head"));
-    const std::vector<geometry::Vec3f> body = MorphDeltas(figureFile(), saved("Vera_Body"));
+    std::vector<geometry::Vec3f> sum = MorphDeltas(figureFile(), saved("Vera Head"));
+    const std::vector<geometry::Vec3f> body = MorphDeltas(figureFile(), saved("Vera Body"));
     for (std::size_t v = 0; v < sum.size(); ++v)
         sum[v] = sum[v] + body[v];
     const float deltaTolerance = 0.001f; // a part below it is left out, of either
@@ -220,20 +220,20 @@ TEST_F(Convert, compresses_what_it_saves_when_asked_to)
 {
     report(saving(workspace.path("plain")));
     report(saving(workspace.path("packed"), {"--compress"}));
-    const std::string relative = std::string("/") + savedFolder + "/Vera_Head.dsf";
+    const std::string relative = std::string("/") + savedFolder + "/Vera Head.dsf";
     EXPECT_EQ(workspace.read("plain" + relative).front(), '{');
     EXPECT_EQ(workspace.read("packed" + relative).compare(0, 2, "\x1f\x8b"), 0);
     EXPECT_EQ(MorphDeltas(figureFile(), workspace.path("plain" + relative)),
               MorphDeltas(figureFile(), workspace.path("packed" + relative)));
 }
 
-TEST_F(Convert, replaces_what_an_earlier_run_saved)
+TEST_F(Convert, replaces_what_an_earlier_run_saved_when_asked_to)
 {
     report(saving(library(), {"--jobs", "full"}));
     const std::vector<geometry::Vec3f> before = MorphDeltas(figureFile(), saved("Vera"));
-    report(saving(library(), {"--jobs", "full", "--dial", "Wide=0"}));
+    report(saving(library(), {"--jobs", "full", "--dial", "Wide=0", "--overwrite"}));
     EXPECT_GT(LargestDifference(before, MorphDeltas(figureFile(), saved("Vera"))), 1.0f);
-    report(saving(library(), {"--jobs", "full"}));
+    report(saving(library(), {"--jobs", "full", "--overwrite"}));
     EXPECT_LT(LargestDifference(before, MorphDeltas(figureFile(), saved("Vera"))), 1e-4f);
 }
 

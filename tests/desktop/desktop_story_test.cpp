@@ -189,7 +189,7 @@ TEST_F(DesktopStory, from_two_figures_to_a_saved_morph_that_another_run_finds)
     desktop.reset(new desktop::DesktopWindow(attendant));
     start(withLibrary());
     DzFigure& fresh = openFigure(targetFile);
-    DzMorph* const found = morphOf(fresh, "Vera_Shape");
+    DzMorph* const found = morphOf(fresh, "Vera Shape");
     ASSERT_NE(found, nullptr) << LogText().toStdString();
     EXPECT_EQ(found->getValueChannel()->getPath(), QStringLiteral("/Gantrel"));
     const DzBox3 before = fresh.getWSBoundingBox();

@@ -15,6 +15,8 @@
 #include "figure/deltas_access.h"
 #include "ks_exception.h"
 #include "ks_filtered-save.h"
+#include "openhost/attendant.h"
+#include "openhost/testing.h"
 #include "tests/host/content_fixture.h"
 
 #include <nlohmann/json.hpp>
@@ -57,7 +59,21 @@ protected:
     {
         return std::string("Daz Studio asset IO manager reported: ") + reason;
     }
-    fs::path savedFile() const { return folder("mine") / "data/Acme/Mini/Base/Morphs/Me/Own/My_Shape.dsf"; }
+    /// Says the same to every question.
+    class ReplacingAttendant : public openhost::Attendant {
+    public:
+        std::optional<bool> mayReplaceFiles(const QStringList& files) override
+        {
+            asked = files;
+            return answer;
+        }
+        bool answer = true;
+        QStringList asked;
+
+    private:
+        openhost::AttendantOverride _answering{*this};
+    };
+    fs::path savedFile() const { return folder("mine") / "data/Acme/Mini/Base/Morphs/Me/Own/My Shape.dsf"; }
 };
 
 } // namespace
@@ -143,7 +159,7 @@ TEST_F(SavedMorph, is_found_by_the_next_load_of_the_figure)
         ASSERT_EQ(save(*figure, folder("mine"), "Me", "Own", compress), "saved") << log().toStdString();
         EXPECT_EQ(ReadBytes(savedFile()).substr(0, 2) == "\x1F\x8B", compress);
         EXPECT_EQ(FindMorph(*figure, "My Shape")->getAssetUri().toString(),
-                  QStringLiteral("/data/Acme/Mini/Base/Morphs/Me/Own/My_Shape.dsf#My_Shape"));
+                  QStringLiteral("/data/Acme/Mini/Base/Morphs/Me/Own/My%20Shape.dsf#My%20Shape"));
         const geometry::SparseDeltas saved =
             openhost::DeltasAccess::deltas(*FindMorph(*figure, "My Shape")->getDeltas());
 
@@ -152,7 +168,7 @@ TEST_F(SavedMorph, is_found_by_the_next_load_of_the_figure)
         use(folder("mine"));
         figure = openMini();
         ASSERT_NE(figure, nullptr);
-        DzMorph* const morph = FindMorph(*figure, "My_Shape");
+        DzMorph* const morph = FindMorph(*figure, "My Shape");
         ASSERT_NE(morph, nullptr);
         EXPECT_EQ(morph->getLabel(), QStringLiteral("Shape of Mine"));
         EXPECT_EQ(morph->getValueControl()->getPath(), QStringLiteral("/Actor/Mine"));
@@ -202,6 +218,59 @@ TEST_F(SavedMorph, is_not_written_under_a_bad_name)
     EXPECT_EQ(save(*figure, folder("mine"), "  Me ", " Own "), "saved")
         << "blanks around a name do not count";
     EXPECT_TRUE(fs::exists(savedFile()));
+}
+
+TEST_F(SavedMorph, does_not_replace_another_morph_where_nobody_can_be_asked)
+{
+    DzFigure* const first = openWithMorph();
+    fs::create_directories(folder("mine"));
+    ASSERT_EQ(save(*first, folder("mine")), "saved");
+    const std::string bytes = ReadBytes(savedFile());
+    EXPECT_EQ(save(*first, folder("mine")), "saved") << "its own file";
+    DzFigure* const second = openWithMorph();
+    EXPECT_EQ(save(*second, folder("mine")), reported("The operation failed."));
+    EXPECT_TRUE(log().contains(QStringLiteral("there is a morph of this name already, and would be lost: ") +
+                               QString::fromStdString(savedFile().string())));
+    EXPECT_EQ(ReadBytes(savedFile()), bytes);
+    FindMorph(*second, "My Shape")->setName(QStringLiteral("MY SHAPE"));
+    EXPECT_EQ(save(*second, folder("mine"), "Me", "Own", false, "MY SHAPE"),
+              reported("The operation failed."))
+        << "on many disks it is the same file";
+    EXPECT_EQ(ReadBytes(savedFile()), bytes);
+}
+
+TEST_F(SavedMorph, replaces_another_morph_when_the_user_agrees)
+{
+    fs::create_directories(folder("mine"));
+    ASSERT_EQ(save(*openWithMorph(), folder("mine")), "saved");
+    const std::string bytes = ReadBytes(savedFile());
+    DzFigure* const second = openWithMorph();
+    FindMorph(*second, "My Shape")->setDeltas(openhost::DeltasAccess::create({{1}, {{0, 0, 5}}}, 10));
+    ReplacingAttendant attendant;
+    attendant.answer = false;
+    EXPECT_EQ(save(*second, folder("mine")), "cancelled");
+    EXPECT_EQ(ReadBytes(savedFile()), bytes);
+    attendant.answer = true;
+    EXPECT_EQ(save(*second, folder("mine")), "saved");
+    EXPECT_NE(ReadBytes(savedFile()), bytes);
+    EXPECT_EQ(attendant.asked, QStringList(QString::fromStdString(savedFile().string())))
+        << "in both questions";
+}
+
+TEST_F(SavedMorph, with_a_name_that_no_file_can_have_is_told_and_found_again)
+{
+    DzFigure* const figure = openWithMorph("a/b");
+    fs::create_directories(folder("mine"));
+    ASSERT_EQ(save(*figure, folder("mine"), "Me", "Own", false, "a/b"), "saved");
+    EXPECT_TRUE(fs::exists(savedFile().parent_path() / "a%2Fb.dsf"));
+    EXPECT_TRUE(
+        log().contains(QStringLiteral("a/b: no name for a file; the morph is named a%2Fb in its own")));
+    TestHost().reset();
+    use(_library);
+    use(folder("mine"));
+    DzFigure* const fresh = openMini();
+    ASSERT_NE(FindMorph(*fresh, "a%2Fb"), nullptr);
+    EXPECT_EQ(FindMorph(*fresh, "a%2Fb")->getLabel(), QStringLiteral("Shape of Mine"));
 }
 
 TEST_F(SavedMorph, is_written_only_into_a_folder_that_is_there)

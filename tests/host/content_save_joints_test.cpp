@@ -36,7 +36,7 @@ protected:
             ->insertController(new DzERCLink(morph->getValueControl(), shift, 0.0));
     }
     /// Into the library, as Acme's "Arms".
-    json saved(const char* name = "Long_Arm") const
+    json saved(const char* name = "Long Arm") const
     {
         kst::FilteredSave::SaveMorphSupportAsset_X(*figure, _library.string(), "Acme", "Arms",
                                                    {morph->getName().toStdString()}, false, false);
@@ -62,7 +62,7 @@ TEST_F(SavedJoints, are_formulas_of_the_morph)
     EXPECT_EQ(formulas[0].at("output"), "arm:/data/Acme/Mini/Base/Mini.dsf#arm?center_point/x");
     EXPECT_EQ(formulas[1].at("output"), "arm:/data/Acme/Mini/Base/Mini.dsf#arm?end_point/x");
     EXPECT_EQ(formulas[0].at("operations"), json::parse(R"([
-        {"op": "push", "url": "Mini:/data/Acme/Mini/Base/Morphs/Acme/Arms/Long_Arm.dsf#Long_Arm?value"},
+        {"op": "push", "url": "Mini:/data/Acme/Mini/Base/Morphs/Acme/Arms/Long%20Arm.dsf#Long%20Arm?value"},
         {"op": "push", "val": 2.5},
         {"op": "mult"}])"));
 }
@@ -74,7 +74,7 @@ TEST_F(SavedJoints, move_with_the_dial_on_every_later_load)
     ASSERT_TRUE(later);
     ASSERT_NE(later, figure);
     EXPECT_EQ(armX(*later), 20.0);
-    DialOf(*later, "Long_Arm")->setValue(1);
+    DialOf(*later, "Long Arm")->setValue(1);
     EXPECT_EQ(armX(*later), 22.5);
 }
 

@@ -54,7 +54,7 @@ protected:
         choose(own());
         EXPECT_TRUE(save(*dialog).contains(QStringLiteral("The selected morph has been saved to ") + own()));
         EXPECT_TRUE(filesIn(own()).contains(
-            QStringLiteral("data/DAZ 3D/Genesis 9/Base/Morphs/Acme/Product/Vera_Shape.dsf")));
+            QStringLiteral("data/DAZ 3D/Genesis 9/Base/Morphs/Acme/Product/Vera Shape.dsf")));
     }
     static std::string refusal(const char* reason)
     {
@@ -92,7 +92,7 @@ TEST_F(SavingFails, in_a_library_for_reading_only)
 TEST_F(SavingFails, where_a_folder_has_the_place_of_the_file)
 {
     const QString place =
-        bad + QStringLiteral("/data/DAZ 3D/Genesis 9/Base/Morphs/Acme/Product/Vera_Shape.dsf");
+        bad + QStringLiteral("/data/DAZ 3D/Genesis 9/Base/Morphs/Acme/Product/Vera Shape.dsf");
     ASSERT_TRUE(QDir().mkpath(place));
     EXPECT_EQ(ToStd(save(*dialog)), failure());
     for (const QString& file : filesIn(bad))

@@ -6,6 +6,7 @@
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzobject.h"
+#include "ks_filtered-save.h"
 #include "tests/host/content_fixture.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"
@@ -113,6 +114,34 @@ TEST_F(PopUpTest, values_beyond_limits_are_asked_about_with_two_buttons)
     ModalAnswer turnOff(Press("Turn Limits Off"));
     EXPECT_TRUE(open(beyondLimits));
     EXPECT_EQ(DialOf(*figure, "Up")->getValue(), 2.5f);
+}
+
+TEST_F(PopUpTest, morph_files_are_replaced_only_when_that_is_confirmed)
+{
+    const auto save = [this] {
+        return kst::FilteredSave::SaveMorphSupportAsset_X(*figure, folder("mine").string(), "Me", "Own",
+                                                          {"Up"}, false, false);
+    };
+    const std::filesystem::path file = folder("mine") / "data/Acme/Mini/Base/Morphs/Me/Own/Up.dsf";
+    std::filesystem::create_directories(file.parent_path());
+    WriteBytes(file, "of another morph");
+    for (const auto& refuse : {Press("Cancel"), PressKey(Qt::Key_Escape), PressKey(Qt::Key_Return)}) {
+        ModalAnswer refusal([&](QWidget& window) {
+            SavePicture(window, "replace-morph-files");
+            refuse(window);
+        });
+        EXPECT_FALSE(save());
+        EXPECT_EQ(refusal.title, QStringLiteral("Replace Morph Files"));
+        EXPECT_TRUE(refusal.text.contains(QString::fromStdString(file.string())))
+            << refusal.text.toStdString();
+        EXPECT_EQ(ReadBytes(file), "of another morph");
+    }
+    ModalAnswer agreement(Press("Replace"));
+    EXPECT_TRUE(save());
+    EXPECT_EQ(ReadBytes(file).front(), '{');
+    ModalAnswer nothing;
+    EXPECT_TRUE(save()) << "its own file now";
+    EXPECT_FALSE(nothing.seen);
 }
 
 TEST_F(PopUpTest, missing_files_are_listed_and_the_load_goes_on)

@@ -126,8 +126,8 @@ TEST_F(SuccessDialogSaveTest, saves_every_listed_morph_whatever_is_checked)
     save(told);
     EXPECT_TRUE(told->text.contains(QStringLiteral("<p>The 2 selected morphs have been saved to ")))
         << ToStd(told->text);
-    EXPECT_TRUE(fs::exists(saved("Ada", "Product", "Vera_Head")));
-    EXPECT_TRUE(fs::exists(saved("Ada", "Product", "Vera_Body")));
+    EXPECT_TRUE(fs::exists(saved("Ada", "Product", "Vera Head")));
+    EXPECT_TRUE(fs::exists(saved("Ada", "Product", "Vera Body")));
 }
 
 TEST_F(SuccessDialogSaveTest, writes_compressed_files_when_asked)
@@ -300,7 +300,7 @@ TEST_F(SuccessDialogSaveTest, tells_when_a_listed_morph_is_gone)
     ASSERT_EQ(object.removeModifier(object.findModifier(QLatin1String("Vera Head"))), DZ_NO_ERROR);
     save(told);
     EXPECT_TRUE(told->text.startsWith(QLatin1String(failureHeading))) << ToStd(told->text);
-    EXPECT_FALSE(fs::exists(saved("Ada", "Product", "Vera_Body")));
+    EXPECT_FALSE(fs::exists(saved("Ada", "Product", "Vera Body")));
 }
 
 TEST_F(SuccessDialogSaveTest, tells_when_the_figure_is_gone)

@@ -13,7 +13,8 @@ namespace dson {
 
 /// How files are written.
 struct WriteOptions {
-    bool compress = false; ///< gzip the whole file
+    bool compress = false;      ///< gzip the whole file
+    bool isReplacement = false; ///< of a morph by another: nothing of the file that is there stays
 };
 
 /// Writes a file below a content directory, in members' documented order, floats shortest that read back bit
@@ -24,8 +25,8 @@ struct WriteOptions {
 /// @throws base::FormatError  info.id leaves the content directory, or a value is not finite
 std::filesystem::path WriteFigure(const FigureAsset& figure, const std::filesystem::path& contentDirectory,
                                   const WriteOptions& options = {});
-/// Writes a morph or another dial, as WriteFigure does. A file that is there already keeps what it holds
-/// beyond what is written here, such as `extra` and formulas.
+/// Writes a morph or another dial, as WriteFigure does. Unless it is replaced, a file that is there already
+/// keeps what it holds beyond what is written here, such as `extra` and formulas.
 /// @param detail  bytes of the companion file, which is written beside, under the same name with the ending
 ///                .dhdm, and named in the morph; none when empty. Neither file changes if one cannot be
 ///                written.

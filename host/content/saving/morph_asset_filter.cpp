@@ -3,6 +3,7 @@
 
 #include "saving/morph_asset_filter.h"
 
+#include "app/current_attendant.h"
 #include "app/guard.h"
 #include "base/errors.h"
 #include "dson/dhdm.h"
@@ -23,7 +24,9 @@
 #include "library/asset_origin.h"
 #include "library/content_paths.h"
 #include "morph_export.h"
+#include "openhost/attendant.h"
 #include "openhost/diagnostics.h"
+#include "saving/file_names.h"
 
 #include <QFileInfo>
 
@@ -41,6 +44,8 @@ struct Wanted {
     DzNode* node;
     DzMorph* morph;
     std::string fileName;
+    std::string address;          ///< of the file, below the content directory
+    bool replacesAnother() const; ///< should there be a file
 };
 
 const char* const vendorKey = "VendorName";
@@ -96,7 +101,7 @@ DzMorph* FindMorph(const DzNode& node, const QString& name)
 std::vector<Wanted> CollectWanted(const DzFileIOSettings& options)
 {
     std::vector<Wanted> all;
-    std::set<std::string> filePlaces;
+    std::set<std::string> addresses;
     const DzSettings* const nodes = options.getSettingsValue(QLatin1String("NodeNames"));
     for (int n = 0; nodes && n < nodes->getNumValues(); ++n) {
         const QString nodeName = nodes->getKey(n);
@@ -111,14 +116,52 @@ std::vector<Wanted> CollectWanted(const DzFileIOSettings& options)
                 throw base::FormatError("{} has no morph {}", node->getLabel().toStdString(),
                                         name.toStdString());
             const std::string fileName = openhost::FileName(morph->getName().toStdString());
+            const std::string address =
+                openhost::MorphAddress(*node, FolderName(options, vendorKey), FolderName(options, productKey),
+                                       morph->getName().toStdString());
             // Two names that differ in case are one file on many disks.
-            const std::string place = openhost::AssetFolder(*node) + "/" + fileName;
-            if (!filePlaces.insert(openhost::FoldCase(place)).second)
+            if (!addresses.insert(openhost::PathKey(address)).second)
                 throw base::FormatError("two morphs would be saved as {}", fileName);
-            all.push_back({node, morph, fileName});
+            all.push_back({node, morph, fileName, address});
         }
     }
     return all;
+}
+
+bool Wanted::replacesAnother() const
+{
+    const std::string origin = dson::ParseUri(morph->getAssetUri().toString().toStdString()).path;
+    return openhost::PathKey(origin) != openhost::PathKey(address);
+}
+
+/// Files that hold other morphs than those to be saved there.
+QStringList OthersFiles(const std::vector<Wanted>& all, const DzFileIOSettings& options)
+{
+    const QString library = options.getStringValue(QLatin1String("BaseDataPath"));
+    QStringList files;
+    for (const Wanted& wanted : all) {
+        const std::filesystem::path present = openhost::PresentFile(library, wanted.address);
+        if (!present.empty() && present.stem().u8string() != wanted.fileName)
+            throw base::FormatError("there is a file {} already, and many disks take {}.dsf for the same",
+                                    present.u8string(), wanted.fileName);
+        if (!present.empty() && wanted.replacesAnother())
+            files.append(QString::fromStdString(present.u8string()));
+    }
+    return files;
+}
+
+/// @return false when the user does not want them replaced
+bool MayReplace(const QStringList& files)
+{
+    if (files.isEmpty())
+        return true;
+    const std::optional<bool> answer = openhost::CurrentAttendant().mayReplaceFiles(files);
+    if (!answer)
+        throw base::FormatError("{} already, and would be lost: {}",
+                                files.size() == 1 ? "there is a morph of this name"
+                                                  : "there are morphs of these names",
+                                files.join(QLatin1String(", ")).toStdString());
+    return *answer;
 }
 
 /// Of the morph's companion file; empty without detail.
@@ -140,13 +183,12 @@ std::string DetailBytes(const Wanted& wanted)
     return bytes;
 }
 
-void Save(const Wanted& wanted, const DzFileIOSettings& options, const std::string& subfolder)
+void Save(const Wanted& wanted, const DzFileIOSettings& options)
 {
-    const std::string assetFolder = openhost::AssetFolder(*wanted.node);
-    if (assetFolder.empty())
+    if (openhost::AssetFolder(*wanted.node).empty())
         throw base::FormatError("{} comes from no asset file", wanted.node->getLabel().toStdString());
     dson::AssetInfo info;
-    info.id = assetFolder + subfolder + wanted.fileName + ".dsf";
+    info.id = wanted.address;
     info.type = "modifier";
     const DzAuthor author = dzApp->getCurrentAuthor();
     info.author = author.getName().toStdString();
@@ -157,6 +199,7 @@ void Save(const Wanted& wanted, const DzFileIOSettings& options, const std::stri
     info.website = author.getURL().toStdString();
     dson::WriteOptions write;
     write.compress = options.getBoolValue(QLatin1String("CompressOutput"));
+    write.isReplacement = wanted.replacesAnother();
     // A file that could not be read must not be replaced by one without its content.
     if (!wanted.morph->getDeltas()->loadDeltas())
         throw base::FormatError("the deltas of {} cannot be read", wanted.morph->getName().toStdString());
@@ -171,12 +214,13 @@ void Save(const Wanted& wanted, const DzFileIOSettings& options, const std::stri
                           wanted.morph->getName().toStdString(),
                           fmt::format("{} cannot be kept in a file",
                                       dson::Counted(joints.lost, "link to a joint", "links to joints"))});
-    if (wanted.morph->getName().toStdString().size() > wanted.fileName.size())
-        openhost::Report({base::Severity::Warning,
-                          {},
-                          wanted.fileName,
-                          fmt::format("the morph's name is too long for a file and ends so in its own: {}",
-                                      wanted.morph->getName().toStdString())});
+    const std::string name = wanted.morph->getName().toStdString();
+    if (wanted.fileName != name)
+        openhost::Report(
+            {base::Severity::Warning,
+             {},
+             name,
+             fmt::format("no name for a file; the morph is named {} in its own", wanted.fileName)});
     dson::WriteMorph(info, modifier, options.getStringValue(QLatin1String("BaseDataPath")).toStdString(),
                      write, DetailBytes(wanted));
     const DzUri uri(QString::fromStdString(dson::MakeUri(info.id, modifier.id)));
@@ -199,13 +243,13 @@ DzError DzMorphSupportAssetFilter::doSave(DzFileIOSettings* options, const QStri
     if (const DzError error = CheckPlace(*options))
         return error;
     const auto save = [options] {
-        const std::string subfolder =
-            "/Morphs/" + FolderName(*options, vendorKey) + "/" + FolderName(*options, productKey) + "/";
         const std::vector<Wanted> all = CollectWanted(*options);
         if (all.empty())
             throw base::FormatError("no morphs to save are given");
+        if (!MayReplace(OthersFiles(all, *options)))
+            return DzError(DZ_USER_CANCELLED_OPERATION);
         for (const Wanted& wanted : all)
-            Save(wanted, *options, subfolder);
+            Save(wanted, *options);
         return DzError(DZ_NO_ERROR);
     };
     return openhost::GuardHostCall(

@@ -13,10 +13,10 @@
 #include "dzskeleton.h"
 #include "figure/deltas_access.h"
 #include "library/asset_origin.h"
+#include "library/content_paths.h"
 #include "link_export.h"
 #include "loading/channel_properties.h"
-
-#include <cstdint>
+#include "saving/file_names.h"
 
 #include <fmt/format.h>
 
@@ -47,15 +47,6 @@ void AppendLinks(const DzBone& bone, const std::string& channel, const DzMorph& 
         found.formulas.push_back(*formula);
         found.links.push_back(link);
     }
-}
-
-/// Of the bytes, by Fowler, Noll and Vo's method.
-std::uint32_t Sum(const std::string& text)
-{
-    std::uint32_t sum = 2166136261u;
-    for (const char c : text)
-        sum = (sum ^ static_cast<unsigned char>(c)) * 16777619u;
-    return sum;
 }
 
 } // namespace
@@ -97,28 +88,24 @@ dson::Modifier DescribeMorph(const DzMorph& morph, const DzNode& figure, const s
     return modifier;
 }
 
-std::string FileName(const std::string& name)
-{
-    std::string result;
-    for (const char c : name) {
-        const bool isSafe = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-                            c == '_' || c == '-';
-        result += isSafe ? c : '_';
-    }
-    if (result.empty() || (result[0] >= '0' && result[0] <= '9'))
-        result.insert(0, 1, '_');
-    // Other systems' file names end at 255 bytes, and the path has to stay short as well. What is cut off
-    // may be all that tells two names apart.
-    constexpr std::size_t longest = 100;
-    const std::string mark = fmt::format("_{:08x}", Sum(name));
-    return result.size() <= longest ? result : result.substr(0, longest - mark.size()) + mark;
-}
-
 std::string AssetFolder(const DzNode& figure)
 {
     const std::string path = dson::ParseUri(figure.getAssetUri().toString().toStdString()).path;
     const std::size_t slash = path.rfind('/');
     return slash == std::string::npos ? std::string() : path.substr(0, slash);
+}
+
+std::string MorphAddress(const DzNode& figure, const std::string& vendor, const std::string& product,
+                         const std::string& name)
+{
+    return fmt::format("{}/Morphs/{}/{}/{}.dsf", AssetFolder(figure), vendor, product, FileName(name));
+}
+
+std::filesystem::path PresentFile(const QString& contentDirectory, const std::string& address)
+{
+    const std::filesystem::path present = FindIgnoringCase(contentDirectory.toStdString(), address.substr(1));
+    std::error_code ignored;
+    return std::filesystem::is_directory(present, ignored) ? std::filesystem::path() : present;
 }
 
 } // namespace openhost

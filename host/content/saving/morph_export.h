@@ -5,16 +5,19 @@
 
 #include "dson/asset.h"
 
+#include <filesystem>
+#include <string>
 #include <vector>
 
 class DzMorph;
 class DzNode;
 class DzNumericController;
+class QString;
 
 namespace openhost {
 
 /// What a data file says of a morph: its dial, group and deltas; the dial's default is 0.
-/// @param name  the morph's name in the file; see FileName
+/// @param name  the morph's name in the file; see file_names.h
 dson::Modifier DescribeMorph(const DzMorph& morph, const DzNode& figure, const std::string& name);
 
 /// By what a morph alone turns, moves or shapes the joints of its figure.
@@ -27,11 +30,14 @@ struct JointLinks {
 /// @param dial  URI by which the formulas name the morph's dial
 JointLinks DescribeJointLinks(const DzMorph& morph, const DzNode& figure, const std::string& dial);
 
-/// A name that is safe as id and as file name: letters, digits, '_' and '-' stay, anything else becomes '_'.
-/// Names that are too long end in a mark that tells them apart.
-std::string FileName(const std::string& name);
-
 /// Folder of the file that defines the figure, decoded, such as /data/Acme/Mini/Base; empty for none.
 std::string AssetFolder(const DzNode& figure);
+/// Of the file that a morph of the figure is saved as, decoded, beginning with '/', below a content
+/// directory.
+std::string MorphAddress(const DzNode& figure, const std::string& vendor, const std::string& product,
+                         const std::string& name);
+/// What a save to the address would replace, as it is spelled on disk, whose case does not count; empty for
+/// nothing.
+std::filesystem::path PresentFile(const QString& contentDirectory, const std::string& address);
 
 } // namespace openhost

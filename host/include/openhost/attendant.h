@@ -52,6 +52,10 @@ public:
 
     /// Whether a file may be loaded in place of all that is in the scene.
     virtual bool mayReplaceScene(const QString& file);
+    /// Whether morphs may be saved over files that hold others.
+    /// @param files  all of them, with their folders
+    /// @return nothing where nobody can be asked, and the files stay
+    virtual std::optional<bool> mayReplaceFiles(const QStringList& files);
     /// Dials, by label, whose limits a preset goes beyond.
     /// @return true to switch these dials' limits off, false to stay within them
     virtual bool mayExceedLimits(const QStringList& dials);

@@ -14,6 +14,7 @@ public:
     void tellMissingFiles(const QStringList& files) override;
     void tellOpenError(const QString& file, const QString& reason) override;
     void tellDuplicateFormulas(const QStringList& outputs) override;
+    std::optional<bool> mayReplaceFiles(const QStringList& files) override;
     bool mayExceedLimits(const QStringList& dials) override;
     bool chooseDFormOptions(DFormLoadOptions& options) override;
     bool chooseFileOptions(const QString& title, const std::vector<OptionRow>& rows,

@@ -10,7 +10,7 @@
 ///
 /// Options: "BaseDataPath" (a folder that is there), "VendorName", "ProductName", "CompressOutput", and
 /// "NodeNames" with one set per node name holding morph names under "0", "1", ... After success the morphs
-/// belong to the files.
+/// belong to the files. Files of other morphs are replaced only if the attendant agrees.
 class DzMorphSupportAssetFilter : public DzAssetIOFilter {
     Q_OBJECT
 

@@ -1,0 +1,40 @@
+// Names for new morphs of a figure.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include <QString>
+
+class DzMorph;
+class DzNode;
+
+namespace openhost {
+
+/// Nothing but blanks and characters that nobody sees.
+bool IsBlankName(const QString& name);
+
+/// Where morphs are saved to.
+struct MorphFolder {
+    QString contentDirectory, vendor, product;
+};
+
+/// What has a name that a new morph is to get.
+struct NameConflict {
+    DzMorph* morph = nullptr; ///< the figure's, if it is one; borrowed
+    QString file;             ///< with its folders, or as content is addressed; empty for none
+    bool isOwnFile = false;   ///< a save into the folder would replace just this file
+    std::string text() const; ///< a phrase for the user that says so
+    std::string name;         ///< as it was asked for
+};
+
+/// Names stay apart on every disk and in every later load: letter case and the way accents are written do not
+/// count.
+/// @param folder  null where the morph is not to be saved
+/// @return nothing where the name is free
+std::optional<NameConflict> FindNameConflict(const DzNode& figure, const QString& name,
+                                             const MorphFolder* folder);
+
+} // namespace openhost
