@@ -14,15 +14,29 @@ namespace base {
 
 namespace {
 
+/// The length up to which nothing is cut in the middle of a character.
+std::size_t WholeCharacters(const std::filesystem::path::string_type& utf8, std::size_t length)
+{
+    while (length > 0 && (utf8[length] & 0xC0) == 0x80)
+        --length;
+    return length;
+}
+
 /// Unlike any other writer's, in this process or another one.
 std::filesystem::path UnfinishedName(const std::filesystem::path& target)
 {
     static const std::uint64_t process =
         (std::uint64_t{std::random_device()()} << 32) | std::random_device()();
     static std::atomic<std::uint64_t> counter{0};
-    std::filesystem::path name = target;
-    name += fmt::format(".{:x}-{}.part", process, ++counter);
-    return name;
+    const std::string mark = fmt::format(".{:x}-{}.part", process, ++counter);
+    constexpr std::size_t longest = 255; // of the names of the usual file systems
+    std::filesystem::path::string_type name = target.filename().native();
+    // What may have its own name is not to fail for that of the unfinished file.
+    if (name.size() <= longest && name.size() > longest - mark.size())
+        name.resize(WholeCharacters(name, longest - mark.size()));
+    std::filesystem::path unfinished = target.parent_path() / name;
+    unfinished += mark;
+    return unfinished;
 }
 
 } // namespace
