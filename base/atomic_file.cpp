@@ -4,18 +4,27 @@
 #include "base/atomic_file.h"
 
 #include "base/errors.h"
+#include "base/process_mark.h"
 
 #include <atomic>
 #include <cerrno>
 #include <cstring>
-#include <random>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace base {
 
+namespace fs = std::filesystem;
+
 namespace {
 
+const std::string ending = ".part";
+
 /// The length up to which nothing is cut in the middle of a character.
-std::size_t WholeCharacters(const std::filesystem::path::string_type& utf8, std::size_t length)
+std::size_t WholeCharacters(const fs::path::string_type& utf8, std::size_t length)
 {
     while (length > 0 && (utf8[length] & 0xC0) == 0x80)
         --length;
@@ -23,48 +32,113 @@ std::size_t WholeCharacters(const std::filesystem::path::string_type& utf8, std:
 }
 
 /// Unlike any other writer's, in this process or another one.
-std::filesystem::path UnfinishedName(const std::filesystem::path& target)
+fs::path UnfinishedName(const fs::path& target)
 {
-    static const std::uint64_t process =
-        (std::uint64_t{std::random_device()()} << 32) | std::random_device()();
-    static std::atomic<std::uint64_t> counter{0};
-    const std::string mark = fmt::format(".{:x}-{}.part", process, ++counter);
+    static std::atomic<unsigned> counter{0};
+    const std::string mark = fmt::format(".{}.{}{}", ProcessMark(), ++counter, ending);
     constexpr std::size_t longest = 255; // of the names of the usual file systems
-    std::filesystem::path::string_type name = target.filename().native();
+    fs::path::string_type name = target.filename().native();
     // What may have its own name is not to fail for that of the unfinished file.
     if (name.size() <= longest && name.size() > longest - mark.size())
         name.resize(WholeCharacters(name, longest - mark.size()));
-    std::filesystem::path unfinished = target.parent_path() / name;
+    fs::path unfinished = target.parent_path() / name;
     unfinished += mark;
     return unfinished;
 }
 
+/// The process's mark in the name of an unfinished file; empty for other files.
+std::string MarkIn(const std::string& name)
+{
+    if (name.size() < ending.size() || name.compare(name.size() - ending.size(), ending.size(), ending) != 0)
+        return {};
+    const std::size_t counter = name.rfind('.', name.size() - ending.size() - 1);
+    const std::size_t mark =
+        counter == std::string::npos || counter == 0 ? std::string::npos : name.rfind('.', counter - 1);
+    return mark == std::string::npos ? std::string() : name.substr(mark + 1, counter - mark - 1);
+}
+
+/// Where the links of the path's last part lead; also where nothing is yet.
+fs::path Followed(fs::path path)
+{
+    std::error_code error;
+    constexpr int most = 40; // as the system has it
+    for (int i = 0; i < most && fs::is_symlink(path, error); ++i) {
+        const fs::path next = fs::read_symlink(path, error);
+        if (error)
+            break;
+        path = next.is_absolute() ? next : path.parent_path() / next;
+    }
+    return path;
+}
+
+/// The calls of the system, again when a signal came between.
+template <class Call>
+int Uninterrupted(Call call)
+{
+    int result = call();
+    while (result == -1 && errno == EINTR)
+        result = call();
+    return result;
+}
+
 } // namespace
 
-AtomicFile::AtomicFile(std::filesystem::path target)
-    : _target(std::move(target)), _unfinished(UnfinishedName(_target))
+AtomicFile::AtomicFile(const fs::path& target, Durability durability)
+    : _named(target), _target(Followed(target)), _unfinished(UnfinishedName(_target)), _durability(durability)
 {
     // Told now rather than at the end, when other files may have been put in place already.
-    std::error_code ignored;
-    if (std::filesystem::is_directory(_target, ignored))
-        fail(EISDIR);
+    checkTarget();
     _stream = std::fopen(_unfinished.string().c_str(), "wbx");
     if (!_stream)
         fail(errno);
+    _isOurs = true;
 }
 
 AtomicFile::~AtomicFile()
 {
-    if (!_stream)
-        return;
-    std::fclose(_stream);
+    if (_stream)
+        std::fclose(_stream);
     std::error_code ignored;
-    std::filesystem::remove(_unfinished, ignored);
+    if (_isOurs)
+        fs::remove(_unfinished, ignored);
 }
 
 void AtomicFile::fail(int reason) const
 {
-    throw IoError("cannot write {}: {}", _target.string(), std::strerror(reason));
+    throw IoError("cannot write {}: {}", _named.string(), std::strerror(reason));
+}
+
+void AtomicFile::checkTarget()
+{
+    struct stat present {};
+    if (stat(_target.c_str(), &present) != 0) {
+        if (errno != ENOENT && errno != ENOTDIR)
+            fail(errno);
+        return;
+    }
+    if (S_ISDIR(present.st_mode))
+        fail(EISDIR);
+    if (!S_ISREG(present.st_mode))
+        throw IoError("cannot write {}: it is no file, but a device, pipe or socket", _named.string());
+    constexpr mode_t anybodyWrites = S_IWUSR | S_IWGRP | S_IWOTH;
+    // The system lets its administrator write to all files, but a file that is protected is so for a reason.
+    if ((present.st_mode & anybodyWrites) == 0 || access(_target.c_str(), W_OK) != 0)
+        throw IoError("cannot write {}: it is write-protected", _named.string());
+}
+
+/// Mode and owner of the file that is replaced.
+void AtomicFile::takeOver()
+{
+    struct stat present {};
+    if (stat(_target.c_str(), &present) != 0)
+        return;
+    const int file = fileno(_stream);
+    constexpr mode_t permissions = 07777;
+    const bool isOwned = fchown(file, present.st_uid, present.st_gid) == 0 ||
+                         fchown(file, static_cast<uid_t>(-1), present.st_gid) == 0;
+    // Rights to act as the owner must not go to another one.
+    if (Uninterrupted([&] { return fchmod(file, present.st_mode & (isOwned ? permissions : 0777)); }) != 0)
+        fail(errno);
 }
 
 void AtomicFile::write(std::string_view bytes)
@@ -74,21 +148,59 @@ void AtomicFile::write(std::string_view bytes)
         fail(errno);
 }
 
-void AtomicFile::commit()
+void AtomicFile::finish()
 {
-    std::error_code error;
-    std::filesystem::rename(_unfinished, _target, error);
-    if (error)
-        fail(error.value());
-    std::fclose(_stream); // flushed before: nothing is left that could fail
-    _stream = nullptr;
+    if (!_stream)
+        return;
+    takeOver();
+    if (_durability == Durability::Lasting && Uninterrupted([&] { return fsync(fileno(_stream)); }) != 0)
+        fail(errno);
+    // Some disks tell only now that they are full.
+    if (std::fclose(std::exchange(_stream, nullptr)) != 0)
+        fail(errno);
 }
 
-void WriteFileAtomically(const std::filesystem::path& file, std::string_view content)
+void AtomicFile::commit()
 {
-    AtomicFile target(file);
+    finish();
+    if (std::rename(_unfinished.c_str(), _target.c_str()) != 0)
+        fail(errno);
+    _isOurs = false;
+    if (_durability == Durability::Lasting)
+        SyncFolder(_target.parent_path());
+}
+
+void WriteFileAtomically(const fs::path& file, std::string_view content, Durability durability)
+{
+    AtomicFile target(file, durability);
     target.write(content);
     target.commit();
+}
+
+void RemoveUnfinishedFiles(const fs::path& folder)
+{
+    std::error_code error;
+    std::vector<fs::path> old;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
+        if (HasEnded(MarkIn(entry->path().filename().string())))
+            old.push_back(entry->path());
+    for (const fs::path& file : old)
+        fs::remove(file, error);
+}
+
+void SyncFolder(const fs::path& folder)
+{
+    const fs::path path = folder.empty() ? fs::path(".") : folder;
+    const int descriptor =
+        Uninterrupted([&] { return open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    // Folders that may be written but not read cannot be waited for.
+    if (descriptor < 0)
+        return;
+    const int result = Uninterrupted([&] { return fsync(descriptor); });
+    const int reason = errno;
+    close(descriptor);
+    if (result != 0 && reason != EINVAL && reason != EBADF && reason != EROFS)
+        throw IoError("cannot write folder {}: {}", path.string(), std::strerror(reason));
 }
 
 } // namespace base

@@ -126,6 +126,7 @@ Modifier ParseModifier(const Element& json, ParseContext& context)
         const std::uint32_t vertexCount = ParseCount(*morph, "vertex_count", modifier.id, context);
         modifier.morph->vertexCount = vertexCount > 0 ? std::int64_t{vertexCount} : -1;
         modifier.morph->hdUrl = Text(*morph, "hd_url");
+        modifier.morph->hdChecksum = Text(*morph, "hd_checksum");
         if (context.options.deltas)
             modifier.morph->deltas = ParseDeltas(*morph, modifier.id, context);
     } else {

@@ -10,6 +10,9 @@
 #include <cstring>
 #include <numeric>
 
+#include <fmt/format.h>
+#include <zlib.h>
+
 namespace dson {
 
 using base::FormatError;
@@ -17,6 +20,8 @@ using geometry::DetailLevel;
 using geometry::Vec3f;
 
 namespace {
+
+const std::string checksumKind = "crc32:";
 
 constexpr std::uint32_t magic = 0xD0D0D0D0;
 constexpr std::uint32_t oneAsFloat = 0x3F800000;
@@ -292,6 +297,20 @@ std::string EncodeDhdm(const geometry::MultiresDetail& detail, const geometry::T
         bytes += edits;
     }
     return bytes;
+}
+
+const char* const otherDetail = "is not the detail that was saved with the morph";
+
+std::string DhdmChecksum(std::string_view bytes)
+{
+    const uLong sum = crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size());
+    return fmt::format("{}{:08x}-{}", checksumKind, sum, bytes.size());
+}
+
+bool FitsChecksum(std::string_view bytes, const std::string& checksum)
+{
+    const bool isKnown = checksum.compare(0, checksumKind.size(), checksumKind) == 0;
+    return !isKnown || checksum == DhdmChecksum(bytes);
 }
 
 } // namespace dson

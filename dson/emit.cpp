@@ -373,6 +373,8 @@ Json EmitModifier(const Modifier& modifier)
             Json{{"vertex_count", modifier.morph->vertexCount}, {"deltas", List(std::move(rows))}};
         if (!modifier.morph->hdUrl.empty())
             json["morph"]["hd_url"] = modifier.morph->hdUrl;
+        if (!modifier.morph->hdChecksum.empty())
+            json["morph"]["hd_checksum"] = modifier.morph->hdChecksum;
     }
     if (modifier.effect)
         AddEffect(json, *modifier.effect);

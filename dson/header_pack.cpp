@@ -61,9 +61,9 @@ IfIs<T, Formula> ForMembers(Archive& archive, T& formula)
 template <class Archive, class T>
 IfIs<T, MorphData> ForMembers(Archive& archive, T& morph)
 {
-    auto& [vertexCount, deltas, hdUrl] = morph;
+    auto& [vertexCount, deltas, hdUrl, hdChecksum] = morph;
     static_cast<void>(deltas); // read when they are needed
-    archive(vertexCount, hdUrl);
+    archive(vertexCount, hdUrl, hdChecksum);
 }
 
 template <class Archive, class T>

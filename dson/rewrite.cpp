@@ -17,8 +17,21 @@ namespace {
 
 /// Members that are left out when they have their default, so that an old one must not come back.
 const std::set<std::string_view> knownMembers{
-    "label",   "visible",   "locked",      "auto_follow",    "current_value", "min",    "max",
-    "clamped", "step_size", "enum_values", "target_channel", "region",        "hd_url", "display_as_percent",
+    "label",
+    "visible",
+    "locked",
+    "auto_follow",
+    "current_value",
+    "min",
+    "max",
+    "clamped",
+    "step_size",
+    "enum_values",
+    "target_channel",
+    "region",
+    "hd_url",
+    "display_as_percent",
+    "hd_checksum",
 };
 
 Json Raw(const Element& element)

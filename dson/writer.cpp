@@ -5,6 +5,8 @@
 
 #include "base/atomic_file.h"
 #include "base/errors.h"
+#include "base/file_set.h"
+#include "dson/dhdm.h"
 #include "dson/gzip.h"
 #include "emit.h"
 #include "rewrite.h"
@@ -33,18 +35,17 @@ void MakeFolderOf(const fs::path& file)
         throw base::IoError("cannot create folder {}: {}", file.parent_path().string(), error.message());
 }
 
-/// @param companion  put in place together with the file; null for none
 fs::path WriteFile(const AssetInfo& info, const Json& json, const fs::path& contentDirectory,
-                   const WriteOptions& options, base::AtomicFile* companion = nullptr)
+                   const WriteOptions& options)
 {
     const fs::path file = FilePath(info, contentDirectory);
     MakeFolderOf(file);
     const std::string text = ToText(json);
-    base::AtomicFile target(file);
-    target.write(options.compress ? Compress(text) : text);
-    if (companion)
-        companion->commit();
-    target.commit();
+    const std::string bytes = options.compress ? Compress(text) : text;
+    if (options.set)
+        options.set->write(file.filename(), bytes);
+    else
+        base::WriteFileAtomically(file, bytes);
     return file;
 }
 
@@ -131,27 +132,33 @@ fs::path WriteFigure(const FigureAsset& figure, const fs::path& contentDirectory
 fs::path WriteMorph(const AssetInfo& info, const Modifier& modifier, const fs::path& contentDirectory,
                     const WriteOptions& options, std::string_view detail)
 {
+    const fs::path file = FilePath(info, contentDirectory);
     Json json = EmitFileHead(info);
     json["modifier_library"] = Json::array({EmitModifier(modifier)});
-    const fs::path companion = FilePath(info, contentDirectory).replace_extension(".dhdm");
-    std::optional<base::AtomicFile> detailFile;
+    // Two files make up a morph, which have to change together.
+    MakeFolderOf(file);
+    std::optional<base::FileSet> own;
+    WriteOptions together = options;
+    if (!options.set)
+        together.set = &own.emplace(file.parent_path());
+    const std::string companion = fs::path(file.filename()).replace_extension(".dhdm");
     if (!detail.empty()) {
-        json["modifier_library"][0]["morph"]["hd_url"] =
-            EncodePath(fs::path(info.id).replace_extension(".dhdm").generic_string());
-        MakeFolderOf(companion);
-        detailFile.emplace(companion).write(detail);
+        Json& morph = json["modifier_library"][0]["morph"];
+        morph["hd_url"] = EncodePath(fs::path(info.id).replace_extension(".dhdm").generic_string());
+        morph["hd_checksum"] = DhdmChecksum(detail);
+        together.set->write(companion, detail);
+    } else if (options.isReplacement) {
+        together.set->remove(companion); // of the morph that was there
     }
     // The instance's id must differ from the library's in the same file.
     json["scene"] =
         Json{{"modifiers", Json::array({Json{{"id", modifier.id + "-1"}, {"url", Reference(modifier.id)}}})}};
     if (!options.isReplacement)
-        json = KeepUnknown(std::move(json), FilePath(info, contentDirectory));
-    const fs::path written =
-        WriteFile(info, json, contentDirectory, options, detailFile ? &*detailFile : nullptr);
-    std::error_code ignored;
-    if (options.isReplacement && !detailFile)
-        fs::remove(companion, ignored); // of the morph that was there
-    return written;
+        json = KeepUnknown(std::move(json), file);
+    WriteFile(info, json, contentDirectory, together);
+    if (own)
+        own->commit();
+    return file;
 }
 
 fs::path WriteCharacter(const CharacterAsset& character, const FigureAsset& figure,

@@ -325,7 +325,7 @@ void WriteObj(const std::filesystem::path& file, base::Span<const ObjPart> parts
 {
     constexpr std::size_t batch = 64; // pieces held in memory at a time
     const Formatter formatter(parts, options);
-    base::AtomicFile output(file);
+    base::AtomicFile output(file, base::Durability::Temporary);
     for (std::size_t first = 0; first < formatter.pieceCount(); first += batch)
         for (const std::string& text :
              FormatPieces(formatter, first, std::min(first + batch, formatter.pieceCount())))

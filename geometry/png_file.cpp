@@ -32,7 +32,7 @@ std::vector<std::uint8_t> EncodePng(const Picture& picture)
 void WritePng(const std::filesystem::path& file, const Picture& picture)
 {
     const std::vector<std::uint8_t> bytes = EncodePng(picture);
-    base::AtomicFile output(file);
+    base::AtomicFile output(file, base::Durability::Temporary);
     output.write({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     output.commit();
 }

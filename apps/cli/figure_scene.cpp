@@ -81,8 +81,10 @@ fs::path SceneOf(const fs::path& file, const std::vector<fs::path>& contentDirec
         throw base::FormatError("{}: defines no figure", FileText(file));
     const fs::path scene = folder / "figure.duf";
     base::WriteFileAtomically(
-        scene, SceneWith(ContentPath(file, contentDirectories), *figure, GeometryOf(document, figure->id)->id)
-                   .dump());
+        scene,
+        SceneWith(ContentPath(file, contentDirectories), *figure, GeometryOf(document, figure->id)->id)
+            .dump(),
+        base::Durability::Temporary);
     return scene;
 }
 

@@ -117,7 +117,7 @@ private:
         if (mesh)
             checkDeltas(modifier.id, morph.deltas.vertices, mesh->vertexCount);
         if (!morph.hdUrl.empty())
-            checkDetail(morph.hdUrl, mesh.get());
+            checkDetail(morph, mesh.get());
     }
 
     /// Those of vertices that are not there are left out when the shape is worn.
@@ -137,13 +137,16 @@ private:
     }
 
     /// The file where the morph says, else beside it.
-    void checkDetail(const std::string& url, const geometry::Topology* mesh)
+    void checkDetail(const dson::MorphData& morph, const geometry::Topology* mesh)
     {
-        fs::path file = _content.find(dson::ParseUri(url).path);
+        fs::path file = _content.find(dson::ParseUri(morph.hdUrl).path);
         if (file.empty())
             file = fs::path(_file).replace_extension(".dhdm");
         try {
             const std::string bytes = dson::ReadBytes(file);
+            if (!dson::FitsChecksum(bytes, morph.hdChecksum))
+                _survey.diagnostics.push_back(
+                    {base::Severity::Warning, file.string(), {}, dson::otherDetail});
             if (mesh)
                 dson::DecodeDhdm(bytes, *mesh, file.string());
             else

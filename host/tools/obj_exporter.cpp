@@ -106,7 +106,7 @@ void WriteMaterialLibrary(const QString& filename, const std::vector<geometry::O
         for (const std::string& surface : part.mesh.topology->surfaceNames)
             if (written.insert(surface).second)
                 text += "newmtl " + surface + "\nKd 0.8 0.8 0.8\n";
-    base::WriteFileAtomically(filename.toStdString(), text);
+    base::WriteFileAtomically(filename.toStdString(), text, base::Durability::Temporary);
 }
 
 } // namespace

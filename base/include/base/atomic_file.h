@@ -5,16 +5,27 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 namespace base {
 
+/// Whether a file has to outlast a loss of power from the moment at which it is in place.
+enum class Durability {
+    Lasting,  ///< waits for the disk
+    Temporary ///< can be made again
+};
+
 /// Writes beside the target and renames into place. Without commit() the target stays as it was and the
 /// unfinished file is removed.
+///
+/// A target that is a link stays one: the file that it leads to is replaced. A file that is replaced leaves
+/// its mode to the new one, and its owner where that is permitted. One that nobody may write is not replaced,
+/// and nothing but files ever is.
 class AtomicFile {
 public:
-    /// @throws IoError  the file beside the target cannot be made, or the target is a folder
-    explicit AtomicFile(std::filesystem::path target);
+    /// @throws IoError  the file beside the target cannot be made, or the target cannot be replaced
+    explicit AtomicFile(const std::filesystem::path& target, Durability durability = Durability::Lasting);
     ~AtomicFile();
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
@@ -22,19 +33,41 @@ public:
     /// Appends to what has been written.
     /// @throws IoError  names the file and the system's reason
     void write(std::string_view bytes);
-    /// Puts the file into its place, over one that is there; nothing may be written after it.
+    /// Everything is on disk, under the unfinished name; nothing may be written after it. Called by commit()
+    /// unless it has been before.
+    /// @throws IoError  as above
+    void finish();
+    /// Puts the file into its place, over one that is there.
     /// @throws IoError  as above; the target stays as it was
     void commit();
+    /// The file stays under its unfinished name: somebody else puts it into place.
+    void release() { _isOurs = false; }
+
+    const std::filesystem::path& target() const { return _target; }
+    const std::filesystem::path& unfinished() const { return _unfinished; }
 
 private:
     [[noreturn]] void fail(int reason) const;
+    void checkTarget();
+    void takeOver();
 
-    std::filesystem::path _target, _unfinished;
+    std::filesystem::path _named, _target; ///< as it was given, and where its links lead
+    std::filesystem::path _unfinished;
+    Durability _durability;
     std::FILE* _stream = nullptr;
+    bool _isOurs = false;
 };
 
 /// The whole content at once.
 /// @throws IoError  names the file and the system's reason
-void WriteFileAtomically(const std::filesystem::path& file, std::string_view content);
+void WriteFileAtomically(const std::filesystem::path& file, std::string_view content,
+                         Durability durability = Durability::Lasting);
+
+/// Removes what unfinished files writers that have ended left in the folder.
+void RemoveUnfinishedFiles(const std::filesystem::path& folder);
+
+/// Waits until the folder's entries are on disk. Systems that cannot do so are no error.
+/// @throws IoError  names the folder and the system's reason
+void SyncFolder(const std::filesystem::path& folder);
 
 } // namespace base

@@ -166,6 +166,7 @@ struct MorphData {
     std::int64_t vertexCount = 0; ///< of the base mesh; -1 means unchecked
     geometry::SparseDeltas deltas;
     std::string hdUrl;
+    std::string hdChecksum; ///< of the companion file that was saved with the morph; empty for unknown
 };
 
 /// Influence weights found anywhere in a file.

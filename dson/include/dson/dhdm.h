@@ -46,4 +46,12 @@ geometry::MultiresDetail DecodeDhdm(std::string_view bytes, const geometry::Topo
 std::string EncodeDhdm(const geometry::MultiresDetail& detail, const geometry::Topology& cage,
                        std::size_t* leftOut);
 
+/// Tells the bytes of one companion file from those of another; kept in the morph's own file.
+std::string DhdmChecksum(std::string_view bytes);
+/// A phrase for when it does not fit: the file may have been changed by somebody who knows no checksums, so
+/// it is used.
+extern const char* const otherDetail;
+/// Whether the bytes are those that the checksum was made of; true for checksums of unknown kinds, and none.
+bool FitsChecksum(std::string_view bytes, const std::string& checksum);
+
 } // namespace dson

@@ -9,10 +9,17 @@
 #include <filesystem>
 #include <string_view>
 
+namespace base {
+class FileSet;
+}
+
 namespace dson {
 
 /// How files are written.
 struct WriteOptions {
+    /// Has the file's folder, and puts the file in place with all its others. Null: the file is written at
+    /// once.
+    base::FileSet* set = nullptr;
     bool compress = false;      ///< gzip the whole file
     bool isReplacement = false; ///< of a morph by another: nothing of the file that is there stays
 };

@@ -3,6 +3,7 @@
 
 #include "library/content_paths.h"
 
+#include "base/file_set.h"
 #include "dson/uri.h"
 
 #include <algorithm>
@@ -123,6 +124,12 @@ private:
                   [](const Entry& a, const Entry& b) { return a.name < b.name; });
         return entries;
     }
+    /// A program that has ended left files that are to be put in place together.
+    static bool IsUnfinished(const std::vector<Entry>& entries)
+    {
+        return std::any_of(entries.begin(), entries.end(),
+                           [](const Entry& entry) { return entry.name == base::fileSetJournal; });
+    }
     static fs::file_type TypeOf(const fs::directory_entry& entry)
     {
         // Mostly known from the folder, without a look at the file.
@@ -139,7 +146,10 @@ private:
         const std::string place = fs::canonical(folder, error).string();
         if (error || !_entered.insert(place).second)
             return;
-        for (const Entry& entry : EntriesOf(folder)) {
+        std::vector<Entry> entries = EntriesOf(folder);
+        if (IsUnfinished(entries) && base::FinishFileSet(folder))
+            entries = EntriesOf(folder);
+        for (const Entry& entry : entries) {
             const std::string path = folder + '/' + entry.name;
             if (entry.type == fs::file_type::symlink)
                 _links.push_back(path);

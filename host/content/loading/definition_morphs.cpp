@@ -54,10 +54,14 @@ std::filesystem::path DetailFile(const std::string& url, const std::filesystem::
 }
 
 /// What goes wrong with the detail leaves the deltas as they are, which is good to know.
-geometry::MultiresDetail ReadDetail(const std::filesystem::path& file, const geometry::Topology& cage)
+geometry::MultiresDetail ReadDetail(const std::filesystem::path& file, const std::string& checksum,
+                                    const geometry::Topology& cage, base::Diagnostics& met)
 {
     try {
-        return dson::DecodeDhdm(dson::ReadBytes(file), cage, file.string());
+        const std::string bytes = dson::ReadBytes(file);
+        if (!dson::FitsChecksum(bytes, checksum))
+            met.push_back({base::Severity::Warning, file.string(), {}, dson::otherDetail});
+        return dson::DecodeDhdm(bytes, cage, file.string());
     } catch (const base::Error& error) {
         throw base::FormatError("{}; what the shape does to the base mesh is kept", error.what());
     }
@@ -97,10 +101,11 @@ std::unique_ptr<DzMorph> MakeMorph(const dson::Modifier& modifier, const std::st
     deltas->setUri(uri);
     SetDeltas(*deltas, modifier, file, baseCount);
     if (!modifier.morph->hdUrl.empty())
-        DeltasAccess::setDetailLoader(
-            *deltas, [cage, url = modifier.morph->hdUrl, path = file.file.string()](base::Diagnostics&) {
-                return ReadDetail(DetailFile(url, path), *cage);
-            });
+        DeltasAccess::setDetailLoader(*deltas, [cage, url = modifier.morph->hdUrl,
+                                                checksum = modifier.morph->hdChecksum,
+                                                path = file.file.string()](base::Diagnostics& met) {
+            return ReadDetail(DetailFile(url, path), checksum, *cage, met);
+        });
     auto morph = std::make_unique<DzMorph>(deltas);
     morph->setName(ToQ(name));
     morph->setAssetUri(uri);

@@ -6,6 +6,7 @@
 #include "app/current_attendant.h"
 #include "app/guard.h"
 #include "base/errors.h"
+#include "base/file_set.h"
 #include "dson/dhdm.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
@@ -32,6 +33,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
+#include <map>
+#include <memory>
 #include <set>
 #include <utility>
 #include <vector>
@@ -39,6 +43,8 @@
 #include <fmt/format.h>
 
 namespace {
+
+namespace fs = std::filesystem;
 
 struct Wanted {
     DzNode* node;
@@ -140,7 +146,7 @@ QStringList OthersFiles(const std::vector<Wanted>& all, const DzFileIOSettings& 
     const QString library = options.getStringValue(QLatin1String("BaseDataPath"));
     QStringList files;
     for (const Wanted& wanted : all) {
-        const std::filesystem::path present = openhost::PresentFile(library, wanted.address);
+        const fs::path present = openhost::PresentFile(library, wanted.address);
         if (!present.empty() && present.stem().u8string() != wanted.fileName)
             throw base::FormatError("there is a file {} already, and many disks take {}.dsf for the same",
                                     present.u8string(), wanted.fileName);
@@ -183,7 +189,39 @@ std::string DetailBytes(const Wanted& wanted)
     return bytes;
 }
 
-void Save(const Wanted& wanted, const DzFileIOSettings& options)
+/// One for each folder, so that the morphs of a folder appear together.
+class FileSets {
+public:
+    base::FileSet& of(const fs::path& folder)
+    {
+        std::unique_ptr<base::FileSet>& set = _sets[folder];
+        if (!set) {
+            std::error_code error;
+            fs::create_directories(folder, error);
+            if (error)
+                throw base::IoError("cannot create folder {}: {}", folder.string(), error.message());
+            set = std::make_unique<base::FileSet>(folder);
+        }
+        return *set;
+    }
+    void commit()
+    {
+        for (const auto& [folder, set] : _sets)
+            set->commit();
+    }
+
+private:
+    std::map<fs::path, std::unique_ptr<base::FileSet>> _sets;
+};
+
+/// A morph that will belong to its file.
+struct Written {
+    DzMorph* morph;
+    DzUri uri;
+    std::vector<DzNumericController*> links; ///< that the file holds as formulas
+};
+
+Written Write(const Wanted& wanted, const DzFileIOSettings& options, FileSets& sets)
 {
     if (openhost::AssetFolder(*wanted.node).empty())
         throw base::FormatError("{} comes from no asset file", wanted.node->getLabel().toStdString());
@@ -200,6 +238,8 @@ void Save(const Wanted& wanted, const DzFileIOSettings& options)
     dson::WriteOptions write;
     write.compress = options.getBoolValue(QLatin1String("CompressOutput"));
     write.isReplacement = wanted.replacesAnother();
+    const fs::path library = options.getStringValue(QLatin1String("BaseDataPath")).toStdString();
+    write.set = &sets.of((library / info.id.substr(1)).parent_path());
     // A file that could not be read must not be replaced by one without its content.
     if (!wanted.morph->getDeltas()->loadDeltas())
         throw base::FormatError("the deltas of {} cannot be read", wanted.morph->getName().toStdString());
@@ -221,14 +261,24 @@ void Save(const Wanted& wanted, const DzFileIOSettings& options)
              {},
              name,
              fmt::format("no name for a file; the morph is named {} in its own", wanted.fileName)});
-    dson::WriteMorph(info, modifier, options.getStringValue(QLatin1String("BaseDataPath")).toStdString(),
-                     write, DetailBytes(wanted));
-    const DzUri uri(QString::fromStdString(dson::MakeUri(info.id, modifier.id)));
-    wanted.morph->setAssetUri(uri);
-    wanted.morph->getDeltas()->setUri(uri);
-    // A scene that is saved from now on leaves them to the morph's file.
-    for (DzNumericController* const link : joints.links)
-        openhost::SetFromDataFile(*link);
+    dson::WriteMorph(info, modifier, library, write, DetailBytes(wanted));
+    return {wanted.morph, DzUri(QString::fromStdString(dson::MakeUri(info.id, modifier.id))), joints.links};
+}
+
+void Save(const std::vector<Wanted>& all, const DzFileIOSettings& options)
+{
+    FileSets sets;
+    std::vector<Written> written;
+    for (const Wanted& wanted : all)
+        written.push_back(Write(wanted, options, sets));
+    sets.commit();
+    for (const Written& saved : written) {
+        saved.morph->setAssetUri(saved.uri);
+        saved.morph->getDeltas()->setUri(saved.uri);
+        // A scene that is saved from now on leaves them to the morph's file.
+        for (DzNumericController* const link : saved.links)
+            openhost::SetFromDataFile(*link);
+    }
 }
 
 } // namespace
@@ -248,8 +298,7 @@ DzError DzMorphSupportAssetFilter::doSave(DzFileIOSettings* options, const QStri
             throw base::FormatError("no morphs to save are given");
         if (!MayReplace(OthersFiles(all, *options)))
             return DzError(DZ_USER_CANCELLED_OPERATION);
-        for (const Wanted& wanted : all)
-            Save(wanted, *options);
+        Save(all, *options);
         return DzError(DZ_NO_ERROR);
     };
     return openhost::GuardHostCall(

@@ -1,0 +1,193 @@
+// Files that appear all together or not at all, whatever comes between.
+// SPDX-License-Identifier: MIT
+
+#include "base/errors.h"
+#include "base/file_set.h"
+#include "base/process_mark.h"
+#include "tests/base/scratch_folder.h"
+#include "tests/base/traced_run.h"
+
+#include <cerrno>
+#include <map>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Contents = std::map<std::string, std::string>;
+
+const Contents oldFiles{{"Vera.dsf", "old morph"}, {"Vera.dhdm", "old detail"}, {"Otto.dsf", "old"}};
+const Contents newFiles{{"Vera.dsf", "new morph"}, {"Vera.dhdm", "new detail"}, {"Ida.dsf", "new"}};
+
+class FileSetTest : public testing::Test {
+protected:
+    void SetUp() override { fill(); }
+
+    void fill() const
+    {
+        folder.clear();
+        for (const auto& [name, content] : oldFiles)
+            folder.write(name, content);
+    }
+    /// Replaces the old files by the new ones.
+    int save() const
+    {
+        try {
+            base::FileSet set(folder.path());
+            for (const auto& [name, content] : newFiles)
+                set.write(name, content);
+            set.remove("Otto.dsf");
+            set.commit();
+            return 0;
+        } catch (const base::IoError&) {
+            return 1;
+        }
+    }
+    TracedRun traced(const Interference& interference = {}) const
+    {
+        return RunTraced(
+            folder.path(), [this] { return save(); }, interference);
+    }
+
+    ScratchFolder folder;
+};
+
+TEST_F(FileSetTest, replaces_all)
+{
+    EXPECT_EQ(save(), 0);
+    EXPECT_EQ(folder.contents(), newFiles);
+}
+
+TEST_F(FileSetTest, without_a_commit_changes_nothing)
+{
+    {
+        base::FileSet set(folder.path());
+        set.write("Vera.dsf", "new");
+        set.remove("Otto.dsf");
+    }
+    EXPECT_EQ(folder.contents(), oldFiles);
+}
+
+TEST_F(FileSetTest, killed_at_any_call_leaves_all_old_files_or_all_new_ones)
+{
+    const TracedRun whole = traced();
+    if (!whole.isPossible)
+        GTEST_SKIP() << "this system lets nobody trace a process";
+    ASSERT_EQ(whole.exitCode, 0);
+    ASSERT_GE(whole.calls.size(), 20u);
+    std::size_t keptOld = 0, keptNew = 0;
+    for (std::size_t at = 1; at <= whole.calls.size(); ++at) {
+        fill();
+        const TracedRun run = traced({at});
+        EXPECT_TRUE(run.wasKilled) << at;
+        base::FinishFileSet(folder.path());
+        // Without a journal nobody but the next save has a reason to look at the folder.
+        base::FileSet(folder.path());
+        const Contents now = folder.contents();
+        EXPECT_TRUE(now == oldFiles || now == newFiles) << "killed before " << whole.calls[at - 1];
+        ++(now == oldFiles ? keptOld : keptNew);
+    }
+    EXPECT_GT(keptOld, 5u);
+    EXPECT_GT(keptNew, 5u);
+}
+
+TEST_F(FileSetTest, with_a_call_that_fails_leaves_all_old_files_or_all_new_ones)
+{
+    const TracedRun whole = traced();
+    if (!whole.isPossible)
+        GTEST_SKIP() << "this system lets nobody trace a process";
+    for (const int error : {ENOSPC, EIO, EACCES, ENOENT, EROFS})
+        for (const bool isLasting : {false, true})
+            for (std::size_t at = 1; at <= whole.calls.size(); ++at) {
+                fill();
+                const TracedRun run = traced({at, error, isLasting});
+                base::FileSet(folder.path());
+                const Contents now = folder.contents();
+                const std::string what = whole.calls[at - 1] + ": " + std::strerror(error);
+                EXPECT_TRUE(now == oldFiles || now == newFiles) << what;
+                EXPECT_FALSE(run.exitCode == 0 && now == oldFiles) << "success was told after " << what;
+            }
+}
+
+TEST_F(FileSetTest, goes_on_after_a_call_that_was_interrupted)
+{
+    const TracedRun whole = traced();
+    if (!whole.isPossible)
+        GTEST_SKIP() << "this system lets nobody trace a process";
+    for (std::size_t at = 1; at <= whole.calls.size(); ++at) {
+        const bool isWaiting = whole.calls[at - 1].compare(0, 5, "fsync") == 0 ||
+                               whole.calls[at - 1].compare(0, 6, "fchmod") == 0;
+        if (!isWaiting)
+            continue;
+        fill();
+        EXPECT_EQ(traced({at, EINTR}).exitCode, 0) << whole.calls[at - 1];
+        EXPECT_EQ(folder.contents(), newFiles);
+    }
+}
+
+TEST_F(FileSetTest, waits_for_another_program_and_then_says_so)
+{
+    int ready[2], done[2];
+    ASSERT_EQ(pipe(ready), 0);
+    ASSERT_EQ(pipe(done), 0);
+    const pid_t other = fork();
+    if (other == 0) {
+        base::FileSet set(folder.path());
+        char sign = 0;
+        _exit(::write(ready[1], &sign, 1) == 1 && ::read(done[0], &sign, 1) == 1 ? 0 : 1);
+    }
+    char sign = 0;
+    ASSERT_EQ(::read(ready[0], &sign, 1), 1);
+    EXPECT_FALSE(base::FinishFileSet(folder.path()));
+    try {
+        base::FileSet set(folder.path());
+        ADD_FAILURE() << "two programs have the folder";
+    } catch (const base::IoError& error) {
+        EXPECT_EQ(error.what(), "another program is saving into " + folder.path().string());
+    }
+    ASSERT_EQ(::write(done[1], &sign, 1), 1);
+    int status = 0;
+    waitpid(other, &status, 0);
+    EXPECT_EQ(save(), 0);
+}
+
+TEST_F(FileSetTest, follows_no_journal_out_of_its_folder)
+{
+    const ScratchFolder outside;
+    outside.write("victim", "mine");
+    const std::string victim = "../" + outside.path().filename().string() + "/victim";
+    for (const std::string& journal :
+         {std::string("gantrel file set 1\0remove\0", 26) + victim + std::string("\0end\0", 5),
+          std::string("gantrel file set 1\0put\0Vera.dsf\0", 32) + victim + std::string("\0end\0", 5),
+          std::string("gantrel file set 1\0remove\0Vera.dsf\0", 35), std::string("noise")}) {
+        fill();
+        folder.write(base::fileSetJournal, journal);
+        EXPECT_FALSE(base::FinishFileSet(folder.path()));
+        EXPECT_EQ(folder.contents(), oldFiles);
+        EXPECT_EQ(outside.contents(), (Contents{{"victim", "mine"}}));
+    }
+}
+
+TEST_F(FileSetTest, removes_the_leavings_of_ended_programs_alone)
+{
+    const std::string own = "Vera.dsf." + base::ProcessMark() + ".7.part";
+    std::string ended = base::ProcessMark();
+    ended.replace(ended.rfind('-') + 1, std::string::npos, "1"); // a process of our number before us
+    folder.write(own, "mine");
+    folder.write("Vera.dsf." + ended + ".7.part", "nobody's");
+    folder.write("Vera.dsf.0123456789abcdef-1-1.7.part", "another machine's");
+    folder.write("notes.part", "somebody's");
+    base::FileSet(folder.path());
+    Contents expected = oldFiles;
+    expected[own] = "mine";
+    expected["Vera.dsf.0123456789abcdef-1-1.7.part"] = "another machine's";
+    expected["notes.part"] = "somebody's";
+    EXPECT_EQ(folder.contents(), expected);
+}
+
+} // namespace
