@@ -6,7 +6,10 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <limits>
 #include <optional>
+
+#include <fmt/format.h>
 
 namespace dson {
 
@@ -109,6 +112,22 @@ bool Holds64Bits(const std::string& whole, bool isNegative)
     return !isNegative || value <= std::uint64_t{1} << 63;
 }
 
+/// The digits of a whole number in decimal notation; all of a double's where 64 bits do not hold it. Nothing
+/// where there are others than hexadecimal ones; "inf" where there are too many.
+std::string DecimalDigits(std::string_view hexadecimal)
+{
+    const char *const begin = hexadecimal.data(), *const end = begin + hexadecimal.size();
+    std::uint64_t whole = 0;
+    const auto read = std::from_chars(begin, end, whole, 16);
+    if (read.ptr != end || read.ec == std::errc::invalid_argument)
+        return {};
+    if (read.ec == std::errc())
+        return std::to_string(whole);
+    double rounded = std::numeric_limits<double>::infinity();
+    std::from_chars(begin, end, rounded, std::chars_format::hex);
+    return fmt::format("{:.0f}", rounded);
+}
+
 JsonToken ReadNumber(std::string_view word, const Decimal& number, bool isNegative)
 {
     const std::string digits = Written(number);
@@ -159,6 +178,9 @@ JsonToken ReadToken(std::string_view word)
     const bool isNegative = StartsWith(magnitude, "-");
     if (isNegative || StartsWith(magnitude, "+"))
         magnitude.remove_prefix(1);
+    std::string digits;
+    if (StartsWith(magnitude, "0x"))
+        magnitude = digits = DecimalDigits(magnitude.substr(2));
     if (IsNotFinite(magnitude))
         return {Kind::NotFinite, "null"};
     if (const auto number = TakeApart(magnitude))

@@ -21,6 +21,25 @@ struct Senseless {
 /// What is nested further is nobody's file.
 constexpr std::size_t deepest = 1024;
 
+bool IsNameStart(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '$';
+}
+
+bool IsWholeNumber(std::string_view word)
+{
+    if (!word.empty() && (word.front() == '-' || word.front() == '+'))
+        word.remove_prefix(1);
+    return !word.empty() && word.find_first_not_of("0123456789") == word.npos;
+}
+
+/// Digits and perhaps an exponent.
+bool IsFraction(std::string_view word)
+{
+    return !word.empty() && IsWholeNumber(word.substr(0, 1)) && word.find_first_of(".xX") == word.npos &&
+           ReadToken(word).kind != JsonToken::Kind::Unknown;
+}
+
 class Mender {
 public:
     explicit Mender(std::string_view text) : _text(text) { _result.reserve(text.size()); }
@@ -158,34 +177,80 @@ private:
     void takeValueOrName()
     {
         const bool isName = wantsName();
-        if (peek() == '"') {
+        if (peek() == '"' || peek() == '\'') {
             beginItem();
+            if (peek() == '\'')
+                note(Oddity::SingleQuotes, _at);
             if (!MendString(_text, _at, _result, _oddities))
                 throw Senseless{_text.size()};
+        } else if (isName) {
+            takeBareName();
         } else {
-            takeWord(isName);
+            takeWord();
         }
         if (isName)
             takeColon();
     }
 
-    void takeWord(bool isName)
+    std::string_view wordAt(std::size_t at) const
     {
-        const auto end =
-            std::find_if_not(_text.begin() + static_cast<std::ptrdiff_t>(_at), _text.end(), IsTokenCharacter);
-        const auto size = static_cast<std::size_t>(end - _text.begin()) - _at;
-        const JsonToken token = ReadToken(_text.substr(_at, size));
-        if (isName || token.kind == JsonToken::Kind::Unknown)
-            throw Senseless{end == _text.end() ? _text.size() : _at};
+        const std::string_view rest = _text.substr(at);
+        const auto end = std::find_if_not(rest.begin(), rest.end(), IsTokenCharacter);
+        return rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
+    }
+
+    void takeBareName()
+    {
+        if (!IsNameStart(peek()))
+            throw Senseless{_at};
+        beginItem();
+        note(Oddity::BareName, _at);
+        _result += '"';
+        while (IsTokenCharacter(peek()) || peek() == '$')
+            _result += _text[_at++];
+        _result += '"';
+    }
+
+    void takeWord()
+    {
+        const std::string_view word = wordAt(_at);
+        if (const std::string_view fraction = fractionBehind(word); !fraction.empty()) {
+            note(Oddity::DecimalComma, _at);
+            takeToken(ReadToken(std::string(word).append(1, '.').append(fraction)));
+            _at += word.size() + 1 + fraction.size();
+            return;
+        }
+        const JsonToken token = ReadToken(word);
+        if (token.kind == JsonToken::Kind::Unknown)
+            throw Senseless{_at + word.size() == _text.size() ? _text.size() : _at};
+        if (token.kind == JsonToken::Kind::Renamed)
+            note(Oddity::Notation, _at);
+        takeToken(token);
+        _at += word.size();
+    }
+
+    /// What follows a whole number and a comma that is its decimal point: in an object a name has to come
+    /// behind any other comma.
+    std::string_view fractionBehind(std::string_view word) const
+    {
+        const bool isMember = !_open.empty() && _open.back().wantsValue;
+        if (!isMember || peek(word.size()) != ',' || !IsWholeNumber(word))
+            return {};
+        const std::size_t begin = _at + word.size() + 1;
+        const std::string_view fraction = wordAt(begin);
+        const std::size_t behind = _text.find_first_not_of(" \t\r\n", begin + fraction.size());
+        const bool isName = behind != _text.npos && _text[behind] == ':';
+        return IsFraction(fraction) && !isName ? fraction : std::string_view();
+    }
+
+    void takeToken(const JsonToken& token)
+    {
         beginItem();
         if (token.kind == JsonToken::Kind::NotFinite)
             note(Oddity::NotFinite, _at);
         if (token.kind == JsonToken::Kind::Rounded)
             note(Oddity::Rounded, _at);
-        if (token.kind == JsonToken::Kind::Renamed)
-            note(Oddity::Notation, _at);
         _result += token.text;
-        _at += size;
     }
 
     void takeColon()

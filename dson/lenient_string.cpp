@@ -87,11 +87,18 @@ void TakeCharacter(std::string_view text, std::size_t& at, std::string& result, 
 
 bool MendString(std::string_view text, std::size_t& at, std::string& result, Oddities& oddities)
 {
-    result += text[at++];
-    while (at < text.size() && text[at] != '"') {
+    const char quote = text[at++];
+    result += '"';
+    while (at < text.size() && text[at] != quote) {
         const auto byte = static_cast<unsigned char>(text[at]);
-        if (byte == '\\') {
+        if (quote == '\'' && text.substr(at, 2) == "\\'") {
+            result += quote;
+            at += 2;
+        } else if (byte == '\\') {
             TakeEscape(text, at, result, oddities);
+        } else if (byte == '"') {
+            result += "\\\"";
+            ++at;
         } else if (byte < 0x20) {
             oddities.add(Oddity::ControlCharacter, at);
             result += fmt::format("\\u{:04x}", byte);
@@ -104,7 +111,8 @@ bool MendString(std::string_view text, std::size_t& at, std::string& result, Odd
     }
     if (at >= text.size())
         return false;
-    result += text[at++];
+    result += '"';
+    ++at;
     return true;
 }
 

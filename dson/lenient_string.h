@@ -11,7 +11,7 @@
 namespace dson {
 
 /// Appends a string with its quotes, in strict JSON.
-/// @param at  the opening quote; afterwards behind the closing one
+/// @param at  the opening quote, double or single; afterwards behind the closing one
 /// @return false when it has no end
 bool MendString(std::string_view text, std::size_t& at, std::string& result, Oddities& oddities);
 

@@ -19,6 +19,7 @@ const char* const oddText = R"({"file_version": "0.6.0.0", // a comment
 "modifier_library": [{"id": "Up", "channel": {"id": "value", "min": -1.#IND, "max": 1e400, "value": +.5, "clamped": True,},
  "formulas": [{"output": "a:#b?c", "operations": [{"op": "push", "url": "C:\data\x"}, {"op": "push", "val": [1, 2 3]}]}],
  "morph": {"vertex_count": 123456789012345678901, "deltas": {"count": 2, "values": [[1, 0.5e-3, NaN, 0], [2, 1, 1, 1]]}}}],
+unquoted: 'it\'s "so"', "comma": -1,5e1, "hex": 0x1F, "many": 1, $2: 0,25,
 "x": null, /* end */ "y": , "z": [[], {}, [,]]}
 )";
 
@@ -97,6 +98,8 @@ TEST(MendedText, may_be_odd_throughout)
                                                          {"1 ", "100000 missing commas"},
                                                          {"\"\\ud800\",", "100000 halves of characters"},
                                                          {"\"\xFF\",", "100000 bytes"},
+                                                         {"'\"',", "100000 texts in single quotes"},
+                                                         {"0x1,", "100000 values in a notation"},
                                                          {"1e400,", "100000 numbers that are not finite"}};
     for (const auto& [piece, what] : cases) {
         std::string text = "[";

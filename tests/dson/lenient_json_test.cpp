@@ -131,6 +131,65 @@ TEST_F(OddText, numbers_and_words_of_other_languages_are_understood)
     EXPECT_EQ(morph("\"channel\": {\"min\": None}").channel.min, std::nullopt);
 }
 
+TEST_F(OddText, hexadecimal_numbers_are_understood)
+{
+    const std::pair<const char*, double> cases[] = {{"0x1F", 31}, {"-0xfF", -255}, {"+0X10", 16}, {"0x0", 0}};
+    for (const auto& [text, value] : cases) {
+        const std::string members = std::string("\"channel\": {\"value\":") + text + "}";
+        EXPECT_EQ(morph(members).channel.value, value) << text;
+        EXPECT_EQ(toldOf(members),
+                  Phrases{"has 1 value in a notation of its own, read as what was meant: line 2, column 21"})
+            << text;
+    }
+    const std::string wide =
+        "\"channel\": {\"max\": 0x10000000000000000, \"min\": 0x" + std::string(300, 'F') + "}";
+    EXPECT_EQ(morph(wide).channel.max, 18446744073709551616.0);
+    EXPECT_FALSE(morph(wide).channel.min);
+    EXPECT_EQ(toldOf(wide), (Phrases{"has 1 whole number beyond 64 bits, rounded: line 2, column 20",
+                                     "has 1 number that is not finite, left out: line 2, column 48"}));
+}
+
+TEST_F(OddText, a_comma_in_the_number_of_a_member_is_its_point)
+{
+    const std::string members = "\"channel\": {\"min\": -0,25, \"max\": 1,5e1 , \"value\": +0,5\n}";
+    const dson::Channel channel = morph(members).channel;
+    EXPECT_EQ(channel.min, -0.25);
+    EXPECT_EQ(channel.max, 15.0);
+    EXPECT_EQ(channel.value, 0.5);
+    EXPECT_EQ(toldOf(members),
+              Phrases{"has 3 numbers with commas for their points, read as with a point: the "
+                      "first at line 2, column 20"});
+}
+
+TEST_F(OddText, a_comma_in_a_list_of_numbers_parts_two_of_them)
+{
+    const std::string members = "\"morph\": {\"deltas\": {\"values\": [[1,0,5,0],]}}";
+    const dson::Modifier modifier = morph(members);
+    ASSERT_EQ(modifier.morph->deltas.vertices, std::vector<std::uint32_t>{1});
+    EXPECT_EQ(modifier.morph->deltas.deltas[0].y, 5.0f);
+    EXPECT_EQ(toldOf(members), Phrases{"has 1 stray comma, left out: line 2, column 42"});
+}
+
+TEST_F(OddText, single_quotes_serve_as_double_ones)
+{
+    const std::string members = R"('channel': {'label': 'a "b" \'c\' \u00e4 // d', "name": "it's"})";
+    EXPECT_EQ(morph(members).channel.label, "a \"b\" 'c' \xC3\xA4 // d");
+    EXPECT_EQ(morph(members).channel.name, "it's");
+    EXPECT_EQ(toldOf(members),
+              Phrases{"has 3 texts in single quotes, read as any other: the first at line 2, column 1"});
+}
+
+TEST_F(OddText, names_need_no_quotes)
+{
+    const std::string members = "channel: {label : \"x\", $own_1: 2, max:3 min: 1}";
+    EXPECT_EQ(morph(members).channel.label, "x");
+    EXPECT_EQ(morph(members).channel.max, 3.0);
+    EXPECT_EQ(morph(members).channel.min, 1.0);
+    EXPECT_EQ(toldOf(members),
+              (Phrases{"has 5 names without quotes, read as any other: the first at line 2, column 1",
+                       "has 1 missing comma, put in: line 2, column 41"}));
+}
+
 TEST_F(OddText, half_of_a_surrogate_pair_is_replaced)
 {
     EXPECT_EQ(label("a\\ud800b"), "a\xEF\xBF\xBD"
@@ -239,6 +298,12 @@ TEST_F(OddText, what_makes_no_sense_is_refused_where_it_begins)
     expectError("{1: 2}", "line 1, column 2 is not valid JSON");
     expectError("{[]: 2}", "line 1, column 2 is not valid JSON");
     expectError("{\"a\": 1.2.3}", "line 1, column 7 is not valid JSON");
+    expectError("{\"a\": 0x}", "line 1, column 7 is not valid JSON");
+    expectError("{\"a\": 0x1G}", "line 1, column 7 is not valid JSON");
+    expectError("{\"a\": 1,234,567}", "line 1, column 13 is not valid JSON");
+    expectError("{\"a\": 0,5: 1}", "line 1, column 9 is not valid JSON");
+    expectError("{a b: 1}", "line 1, column 4 is not valid JSON");
+    expectError("{\"a\": 'b}", "ends too early, at line 1, column 10");
     expectError("{\"a\": 1e}", "line 1, column 7 is not valid JSON");
     expectError("{\"a\": 1.#}", "line 1, column 7 is not valid JSON");
     expectError(std::string("{\"a\": \0 1}", 10), "line 1, column 7 is not valid JSON");
