@@ -18,8 +18,8 @@ struct Senseless {
     std::size_t at;
 };
 
-/// What is nested further is nobody's file.
-constexpr std::size_t deepest = 1024;
+/// As deep as the parser goes where the innermost level is not empty.
+constexpr std::size_t deepest = 1023;
 
 bool IsNameStart(char c)
 {
@@ -132,12 +132,47 @@ private:
 
     void open()
     {
-        if (wantsName() || _open.size() == deepest)
+        if (wantsName())
             throw Senseless{_at};
         beginItem();
+        if (_open.size() == deepest)
+            return leaveOutBranch();
         _open.push_back({peek()});
         _result += peek();
         ++_at;
+    }
+
+    /// A byte for each level: a file may be nothing but brackets.
+    void leaveOutBranch()
+    {
+        note(Oddity::TooDeep, _at);
+        _result += "null";
+        std::string open;
+        do {
+            const char c = peek();
+            if (_at >= _text.size())
+                throw Senseless{_text.size()};
+            if (c == '"' || c == '\'') {
+                leaveOutString();
+            } else {
+                if (c == '{' || c == '[')
+                    open += c;
+                else if ((c == '}' || c == ']') && open.back() != (c == '}' ? '{' : '['))
+                    throw Senseless{_at};
+                else if (c == '}' || c == ']')
+                    open.pop_back();
+                ++_at;
+            }
+            takeGap();
+        } while (!open.empty());
+    }
+
+    void leaveOutString()
+    {
+        std::string unread;
+        Oddities unheard;
+        if (!MendString(_text, _at, unread, unheard))
+            throw Senseless{_text.size()};
     }
 
     void close()

@@ -30,8 +30,8 @@ struct MendedJson {
 
 /// Reads on where other readers do: stray and missing commas, comments, numbers that are not finite or too
 /// large or in other notations, quotes that are single or missing, characters and bytes that no string should
-/// hold, what follows the end. A value that cannot be told
-/// becomes null. The time is in proportion to the text's length.
+/// hold, what follows the end. A value that cannot be told and what is nested deeper than the parser goes
+/// become null. The time is in proportion to the text's length.
 MendedJson Mend(std::string_view text);
 
 } // namespace dson

@@ -30,6 +30,7 @@ constexpr Wording wordings[] = {
     {"number with a comma for its point", "numbers with commas for their points", "read as with a point"},
     {"text in single quotes", "texts in single quotes", "read as any other"},
     {"name without quotes", "names without quotes", "read as any other"},
+    {"branch that is nested too deeply", "branches that are nested too deeply", "left out"},
     {"half of a character", "halves of characters", "replaced"},
     {"raw control character in a string", "raw control characters in strings", "kept"},
     {"backslash that stands for nothing", "backslashes that stand for nothing", "kept"},

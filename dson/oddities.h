@@ -22,6 +22,7 @@ enum class Oddity {
     DecimalComma,
     SingleQuotes,
     BareName,
+    TooDeep,
     HalfCharacter,
     ControlCharacter,
     Backslash,

@@ -16,10 +16,8 @@ ParsedText::ParsedText(const std::string& text, std::string name, Deltas deltas)
     if (text.find_first_not_of(" \t\r\n") == std::string::npos)
         throw base::FormatError("{}: is empty", _name);
     simdjson::error_code error = parseStrictly(text, deltas);
-    if (error && error != simdjson::DEPTH_ERROR)
+    if (error)
         error = parseMended(text);
-    if (error == simdjson::DEPTH_ERROR)
-        throw base::FormatError("{}: is nested too deeply", _name);
     if (error)
         throw base::FormatError("{}: is not valid JSON", _name);
     if (!_root.is_object())

