@@ -6,6 +6,7 @@
 #include "json_token.h"
 #include "lenient_string.h"
 #include "oddities.h"
+#include "repeated_names.h"
 
 #include <algorithm>
 
@@ -42,7 +43,11 @@ bool IsFraction(std::string_view word)
 
 class Mender {
 public:
-    explicit Mender(std::string_view text) : _text(text) { _result.reserve(text.size()); }
+    /// @param names  hears of all names; null for nobody
+    Mender(std::string_view text, RepeatedNames* names) : _text(text), _names(names)
+    {
+        _result.reserve(text.size());
+    }
 
     void mend()
     {
@@ -84,7 +89,7 @@ private:
         case ',':
             return takeComma();
         default:
-            return takeValueOrName();
+            return wantsName() ? takeName() : takeValue();
         }
     }
 
@@ -137,6 +142,8 @@ private:
         beginItem();
         if (_open.size() == deepest)
             return leaveOutBranch();
+        if (_names && peek() == '{')
+            _names->open();
         _open.push_back({peek()});
         _result += peek();
         ++_at;
@@ -183,6 +190,8 @@ private:
         giveMissingValue();
         if (list.isAfterComma)
             note(Oddity::StrayComma, list.comma);
+        if (_names && list.bracket == '{')
+            _names->close();
         _result += peek();
         ++_at;
         _open.pop_back();
@@ -209,22 +218,37 @@ private:
         ++_at;
     }
 
-    void takeValueOrName()
+    bool isAtString() const { return peek() == '"' || peek() == '\''; }
+
+    void takeValue()
     {
-        const bool isName = wantsName();
-        if (peek() == '"' || peek() == '\'') {
-            beginItem();
-            if (peek() == '\'')
-                note(Oddity::SingleQuotes, _at);
-            if (!MendString(_text, _at, _result, _oddities))
-                throw Senseless{_text.size()};
-        } else if (isName) {
+        if (!isAtString())
+            return takeWord();
+        beginItem();
+        takeString();
+    }
+
+    void takeName()
+    {
+        if (!isAtString() && !IsNameStart(peek()))
+            throw Senseless{_at};
+        beginItem();
+        const std::size_t at = _at, quote = _result.size();
+        if (isAtString())
+            takeString();
+        else
             takeBareName();
-        } else {
-            takeWord();
-        }
-        if (isName)
-            takeColon();
+        if (_names)
+            _names->add(std::string_view(_result).substr(quote + 1, _result.size() - quote - 2), at);
+        takeColon();
+    }
+
+    void takeString()
+    {
+        if (peek() == '\'')
+            note(Oddity::SingleQuotes, _at);
+        if (!MendString(_text, _at, _result, _oddities))
+            throw Senseless{_text.size()};
     }
 
     std::string_view wordAt(std::size_t at) const
@@ -236,9 +260,6 @@ private:
 
     void takeBareName()
     {
-        if (!IsNameStart(peek()))
-            throw Senseless{_at};
-        beginItem();
         note(Oddity::BareName, _at);
         _result += '"';
         while (IsTokenCharacter(peek()) || peek() == '$')
@@ -310,6 +331,7 @@ private:
     }
 
     std::string_view _text;
+    RepeatedNames* _names;
     std::size_t _at = 0;
     std::string _result;
     std::vector<Open> _open;
@@ -332,9 +354,9 @@ TextPlace PlaceOf(std::string_view text, std::size_t at)
     return place;
 }
 
-MendedJson Mend(std::string_view text)
+MendedJson Mend(std::string_view text, RepeatedNames* names)
 {
-    Mender mender(text);
+    Mender mender(text, names);
     MendedJson mended;
     try {
         mender.mend();

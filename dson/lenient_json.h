@@ -11,6 +11,8 @@
 
 namespace dson {
 
+class RepeatedNames;
+
 /// A place in a text; both count from 1, columns in characters.
 struct TextPlace {
     std::size_t line = 1, column = 1;
@@ -32,6 +34,7 @@ struct MendedJson {
 /// large or in other notations, quotes that are single or missing, characters and bytes that no string should
 /// hold, what follows the end. A value that cannot be told and what is nested deeper than the parser goes
 /// become null. The time is in proportion to the text's length.
-MendedJson Mend(std::string_view text);
+/// @param names  hears of the names of all objects, at their places in the text; null for nobody
+MendedJson Mend(std::string_view text, RepeatedNames* names = nullptr);
 
 } // namespace dson

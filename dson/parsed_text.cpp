@@ -6,10 +6,23 @@
 #include "base/errors.h"
 #include "delta_skip.h"
 #include "lenient_json.h"
+#include "repeated_names.h"
 
 #include <utility>
 
 namespace dson {
+
+namespace {
+
+/// Parsed elements do not know their places, so the text is gone through once more.
+std::string TellRepeatedNames(const std::string& text)
+{
+    RepeatedNames names;
+    Mend(text, &names);
+    return names.phrase(text);
+}
+
+} // namespace
 
 ParsedText::ParsedText(const std::string& text, std::string name, Deltas deltas) : _name(std::move(name))
 {
@@ -22,6 +35,8 @@ ParsedText::ParsedText(const std::string& text, std::string name, Deltas deltas)
         throw base::FormatError("{}: is not valid JSON", _name);
     if (!_root.is_object())
         throw base::FormatError("{}: is not a DSON file", _name);
+    if (HasRepeatedNames(_root))
+        _repeatedNames = TellRepeatedNames(text);
 }
 
 simdjson::error_code ParsedText::parseStrictly(const std::string& text, Deltas deltas)

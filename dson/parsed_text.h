@@ -23,13 +23,15 @@ public:
 
     const std::string& name() const { return _name; }
     const Element& root() const { return _root; }
+    /// Tells of members that an object has more than once; empty for none.
+    const std::string& repeatedNames() const { return _repeatedNames; }
     base::Diagnostics& diagnostics() { return _diagnostics; }
 
 private:
     simdjson::error_code parseStrictly(const std::string& text, Deltas deltas);
     simdjson::error_code parseMended(const std::string& text);
 
-    std::string _name;
+    std::string _name, _repeatedNames;
     simdjson::dom::parser _parser;
     Element _root;
     base::Diagnostics _diagnostics;

@@ -6,7 +6,6 @@
 #include "dson/reader.h"
 
 #include <algorithm>
-#include <set>
 
 #include <fmt/format.h>
 
@@ -143,18 +142,6 @@ std::vector<Element> ScenesOf(const Element& root, OddLists& met)
         }
     }
     return scenes;
-}
-
-std::vector<std::string> RepeatedMembers(const Element& root)
-{
-    static const std::set<std::string_view> lists{"geometry_library", "node_library", "modifier_library",
-                                                  "uv_set_library", "scene"};
-    std::set<std::string_view> seen;
-    std::vector<std::string> repeated;
-    for (const simdjson::dom::key_value_pair member : Members(root))
-        if (lists.count(member.key) == 0 && !seen.insert(member.key).second)
-            repeated.emplace_back(member.key);
-    return repeated;
 }
 
 } // namespace dson

@@ -40,7 +40,5 @@ struct KeyedPart {
 std::vector<KeyedPart> KeyedPartsOf(const Element& owner, std::string_view name, OddLists& met); ///< likewise
 /// The scenes of a file: a list counts as several, and so do members of the same name.
 std::vector<Element> ScenesOf(const Element& root, OddLists& met);
-/// Of the members that are no such lists those that the root has more than once.
-std::vector<std::string> RepeatedMembers(const Element& root);
 
 } // namespace dson

@@ -208,12 +208,12 @@ void ReadScene(const Element& root, const Element& scene, Document& document, Pa
     document.kept = KeptOfFile(root, std::move(idle));
 }
 
-void TellOfLists(const Element& root, ParseContext& context)
+void TellOfLists(const ParsedText& text, ParseContext& context)
 {
     for (std::string& phrase : context.lists.phrases())
         context.warn({}, std::move(phrase));
-    for (const std::string& name : RepeatedMembers(root))
-        context.warn({}, fmt::format("has \"{}\" more than once; the first counts", name));
+    if (!text.repeatedNames().empty())
+        context.warn({}, text.repeatedNames());
 }
 
 } // namespace
@@ -237,7 +237,7 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
     ReadLibraries(parsed.root(), document, context);
     for (const Element& scene : ScenesOf(parsed.root(), context.lists))
         ReadScene(parsed.root(), scene, document, context);
-    TellOfLists(parsed.root(), context);
+    TellOfLists(parsed, context);
     CheckIds(document, context);
     document.influenceMaps = CollectInfluenceMaps(parsed.root(), context);
     tally.tell(context);

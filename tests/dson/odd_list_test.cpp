@@ -93,7 +93,7 @@ TEST_F(OddLists, are_read_each_time_that_they_are_there)
     EXPECT_EQ(document.info.id, "/first.duf");
     EXPECT_EQ(told(document),
               (Strings{"3 members are there more than once, and read each time: node_library, scene, nodes",
-                       "has \"asset_info\" more than once; the first counts"}));
+                       "has 1 member more than once; the first counts: \"asset_info\" in line 2"}));
 }
 
 TEST_F(OddLists, of_scenes_are_all_read)
