@@ -166,6 +166,11 @@ KeptMembers KeptOfGeometry(const Element& instance)
         RestOfExtra);
 }
 
+KeptMembers KeptOfJoint(const Element& joint)
+{
+    return KeptOf(joint, {"id", "node", "node_weights", "scale_weights", "local_weights"}, Whole);
+}
+
 KeptMembers KeptOfModifier(const Element& instance)
 {
     return KeptOf(instance, {"id", "url", "parent", "group", "channel", "formulas"}, Whole);

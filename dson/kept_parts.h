@@ -17,6 +17,8 @@ KeptMembers KeptOfNode(const Element& definition);
 /// said it.
 KeptMembers KeptOfNodeInstance(const Element& instance);
 KeptMembers KeptOfGeometry(const Element& instance);
+/// Of a skin.
+KeptMembers KeptOfJoint(const Element& joint);
 KeptMembers KeptOfModifier(const Element& instance);
 /// Of a file with a scene; null where it holds nothing else.
 /// @param idle  see KeptContent

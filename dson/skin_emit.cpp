@@ -3,6 +3,7 @@
 
 #include "dson/uri.h"
 #include "emit.h"
+#include "kept_parts.h"
 
 namespace dson {
 
@@ -30,13 +31,14 @@ Json EmitSkin(const SkinBinding& skin, const std::string& figureId, const std::s
 {
     Json joints = Json::array(), mappings = Json::array();
     for (const JointBinding& joint : skin.joints) {
-        joints.push_back({{"id", joint.node},
-                          {"node", "#" + EncodeFragment(joint.node)},
-                          {"node_weights", EmitWeights(joint.vertices, joint.weights)}});
+        joints.push_back({{"id", joint.node}, {"node", "#" + EncodeFragment(joint.node)}});
+        if (!joint.isMeanOfAxes)
+            joints.back()["node_weights"] = EmitWeights(joint.vertices, joint.weights);
         if (!joint.scale.vertices.empty())
             joints.back()["scale_weights"] = EmitWeights(joint.scale.vertices, joint.scale.weights);
         if (joint.axes)
             joints.back()["local_weights"] = EmitAxes(*joint.axes);
+        AddKept(joints.back(), joint.kept);
         if (selectionMap.empty())
             mappings.push_back(Json::array({joint.node, joint.node}));
     }
@@ -45,9 +47,9 @@ Json EmitSkin(const SkinBinding& skin, const std::string& figureId, const std::s
     // Without the settings the host loads the binding but does not deform by it.
     const bool usesScaleMaps = skin.scaling == SkinBinding::Scaling::ByScaleMaps;
     Json settings{{"type", "skin_settings"},
-                  {"auto_normalize_general", true},
-                  {"auto_normalize_local", true},
-                  {"auto_normalize_scale", true},
+                  {"auto_normalize_general", skin.normalizing.general},
+                  {"auto_normalize_local", skin.normalizing.local},
+                  {"auto_normalize_scale", skin.normalizing.scale},
                   {"binding_mode", BindingMode(skin)},
                   {"general_map_mode", skin.dualQuaternion ? "DualQuat" : "Linear"},
                   {"scale_mode", usesScaleMaps ? "ScaleMaps" : "BindingMaps"}};

@@ -3,10 +3,12 @@
 
 #include "dson/uri.h"
 #include "json_rows.h"
+#include "kept_parts.h"
 #include "parts.h"
 #include "weight_losses.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <set>
 
@@ -42,20 +44,6 @@ std::array<WeightMap, 3> ParseAxes(const Element& joint, const Element& axes, st
     return {all, all, all};
 }
 
-WeightMap MeanOf(const std::array<WeightMap, 3>& axes)
-{
-    std::map<std::uint32_t, float> sums;
-    for (const WeightMap& axis : axes)
-        for (std::size_t i = 0; i < axis.vertices.size(); ++i)
-            sums[axis.vertices[i]] += axis.weights[i];
-    WeightMap mean;
-    for (const auto& [vertex, sum] : sums) {
-        mean.vertices.push_back(vertex);
-        mean.weights.push_back(sum / 3.0f);
-    }
-    return mean;
-}
-
 JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, WeightLosses& losses,
                         AxisCounts& counts)
 {
@@ -69,11 +57,13 @@ JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, WeightLo
     counts.count(joint, hasGeneral);
     counts.bulging += Find(json, "bulge_weights") || Find(json, "bulges");
     // What knows of general weights alone, such as fitting clothes, gets along with the mean.
-    WeightMap turns = joint.axes && !hasGeneral ? MeanOf(*joint.axes)
-                                                : ParseWeights(json, "node_weights", vertexCount, losses);
+    joint.isMeanOfAxes = joint.axes && !hasGeneral;
+    WeightMap turns = joint.isMeanOfAxes ? MeanOfAxes(*joint.axes)
+                                         : ParseWeights(json, "node_weights", vertexCount, losses);
     joint.vertices = std::move(turns.vertices);
     joint.weights = std::move(turns.weights);
     joint.scale = ParseWeights(json, "scale_weights", vertexCount, losses);
+    joint.kept = KeptOfJoint(json);
     return joint;
 }
 
@@ -106,6 +96,9 @@ void ReadSkinSettings(const Element& settings, SkinBinding& binding, WeightLosse
     binding.dualQuaternion = !isMode("general_map_mode", "DualQuat", "Linear");
     if (isMode("scale_mode", "BindingMaps", "ScaleMaps"))
         binding.scaling = SkinBinding::Scaling::ByScaleMaps;
+    binding.normalizing = {Flag(settings, "auto_normalize_general", true),
+                           Flag(settings, "auto_normalize_local", true),
+                           Flag(settings, "auto_normalize_scale", true)};
     const std::string mode = Text(settings, "binding_mode", "General");
     if (mode == "Local")
         binding.turning = SkinBinding::Turning::ByAxis;
@@ -113,6 +106,29 @@ void ReadSkinSettings(const Element& settings, SkinBinding& binding, WeightLosse
         ReadBlend(settings, binding, losses, context);
     else if (mode != "General")
         context.warn(binding.id, fmt::format("has the unknown binding_mode {}, read as General", mode));
+}
+
+/// The setting is for whoever paints weights. Sums other than 1 would pull the mesh towards the origin, so it
+/// is drawn as if they were.
+void TellNotNormalized(const SkinBinding& binding, ParseContext& context)
+{
+    const auto hasAny = [&binding](auto has) {
+        return std::any_of(binding.joints.begin(), binding.joints.end(), has);
+    };
+    std::vector<std::string_view> kinds;
+    if (!binding.normalizing.general && hasAny([](const JointBinding& joint) { return !joint.isMeanOfAxes; }))
+        kinds.push_back("general");
+    if (!binding.normalizing.local &&
+        hasAny([](const JointBinding& joint) { return joint.axes.has_value(); }))
+        kinds.push_back("local");
+    if (!binding.normalizing.scale &&
+        hasAny([](const JointBinding& joint) { return !joint.scale.vertices.empty(); }))
+        kinds.push_back("scale");
+    if (!kinds.empty())
+        context.warn(binding.id,
+                     fmt::format("says that its weights are not to be normalised: {}; that is kept, "
+                                 "and they are drawn normalised all the same",
+                                 fmt::join(kinds, ", ")));
 }
 
 /// Which weights turn, where the settings ask for such as no joint has; tells what stands in for what.
@@ -133,7 +149,7 @@ void SettleTurning(SkinBinding& binding, const AxisCounts& counts, ParseContext&
     else
         warn(counts.withOthersOnly, "joint has no weights", "joints have no weights",
              "for each axis; the general ones are used for all three");
-    warn(counts.bulging, "joint bulges", "joints bulge", "when turned, which is left out");
+    warn(counts.bulging, "joint bulges", "joints bulge", "when turned, which has no effect here and is kept");
 }
 
 /// How many vertices the skin's mesh has, whatever the skin says; that where the mesh is not in the file.
@@ -202,6 +218,24 @@ void BindGroups(SkinDefinition& definition, const std::vector<Geometry>& geometr
 
 } // namespace
 
+WeightMap MeanOfAxes(const std::array<WeightMap, 3>& axes)
+{
+    constexpr float whole = 65535.0f;
+    std::map<std::uint32_t, long> sums;
+    for (const WeightMap& axis : axes)
+        for (std::size_t i = 0; i < axis.vertices.size(); ++i)
+            sums[axis.vertices[i]] += std::lround(axis.weights[i] * whole);
+    WeightMap mean;
+    for (const auto& [vertex, sum] : sums) {
+        const long third = (sum + 1) / 3;
+        if (third == 0)
+            continue;
+        mean.vertices.push_back(vertex);
+        mean.weights.push_back(static_cast<float>(third) / whole);
+    }
+    return mean;
+}
+
 SkinDefinition ParseSkin(const Element& modifier, const std::vector<Geometry>& geometries,
                          ParseContext& context)
 {
@@ -228,6 +262,7 @@ SkinDefinition ParseSkin(const Element& modifier, const std::vector<Geometry>& g
             ReadSkinSettings(extra, definition.binding, losses, context);
     });
     SettleTurning(definition.binding, counts, context);
+    TellNotNormalized(definition.binding, context);
     losses.tell(definition.binding.id, context);
     ReadSelectionMap(*skin, definition);
     if (legacy)

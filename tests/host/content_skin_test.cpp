@@ -4,15 +4,20 @@
 #include "dzbone.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
+#include "dzscene.h"
 #include "tests/host/foreign_fixture.h"
 #include "tests/host/foreign_scene.h"
 #include "tests/host/save_fixture.h"
 
 #include <cmath>
 
+#include <nlohmann/json.hpp>
+
 namespace {
 
 using namespace doll;
+using Json = nlohmann::json;
+namespace fs = std::filesystem;
 
 std::string Replaced(std::string text, const std::string& what, const std::string& instead)
 {
@@ -85,6 +90,28 @@ protected:
         EXPECT_TRUE(open(_library / "Scenes/Own.duf")) << log().toStdString();
         EXPECT_EQ(save("DzSceneAssetFilter", file("Again.duf")), 0) << log().toStdString();
         return ReadBytes(file("Again.duf"));
+    }
+    /// The mesh when the hand is turned about all axes.
+    static std::vector<float> turned()
+    {
+        const DzFigure& figure = *qobject_cast<DzFigure*>(dzScene->findNodeByLabel(QStringLiteral("Doll")));
+        BoneOf(figure, "hand")->getXRotControl()->setValue(33.0f);
+        BoneOf(figure, "hand")->getYRotControl()->setValue(-20.0f);
+        BoneOf(figure, "hand")->getZRotControl()->setValue(71.0f);
+        std::vector<float> positions;
+        for (int v = 0; v < 8; ++v)
+            for (int axis = 0; axis < 3; ++axis)
+                positions.push_back(VertexAt(figure, v)[axis]);
+        return positions;
+    }
+    static Json skinOf(const fs::path& file)
+    {
+        const Json document = Json::parse(ReadBytes(file));
+        for (const Json& modifier : document.at("modifier_library"))
+            if (modifier.contains("skin"))
+                return modifier;
+        ADD_FAILURE() << "there is no skin";
+        return Json();
     }
 };
 
@@ -174,7 +201,7 @@ TEST_F(Skins, tell_which_weights_stand_in_for_others)
     ASSERT_NE(open(Replaced(local, hipAxes, R"("bulges": [{"id": "positive-left", "value": 0.5}]})")),
               nullptr);
     EXPECT_TRUE(logged("1 joint has no weights for each axis; the general ones are used for all three"));
-    EXPECT_TRUE(logged("1 joint bulges when turned, which is left out"));
+    EXPECT_TRUE(logged("1 joint bulges when turned, which has no effect here and is kept"));
 }
 
 TEST_F(Skins, of_old_figures_bind_whole_face_groups)
@@ -197,6 +224,84 @@ TEST_F(Skins, know_bones_that_inherit_scales_by_what_they_hang_on)
     ASSERT_NE(figure, nullptr);
     EXPECT_TRUE(BoneOf(*figure, "hip")->inheritsScale());
     EXPECT_FALSE(BoneOf(*figure, "hand")->inheritsScale());
+}
+
+TEST_F(Skins, whose_weights_are_not_to_be_normalised_are_drawn_so_all_the_same)
+{
+    std::string figure = Replaced(Figure(), "[3,1]]", "[3,1],[7,0.25]]");
+    figure = Replaced(figure, "[7,1]]", "[7,0.5]]");
+    figure = Replaced(figure, settings, R"({"type": "skin_settings", "general_map_mode": "Linear",
+        "auto_normalize_general": false, "auto_normalize_local": false, "auto_normalize_scale": 0})");
+    DzFigure* const loaded = open(figure);
+    ASSERT_NE(loaded, nullptr);
+    turnHand(*loaded);
+    // A third stays at (5, 30), two thirds go to (-10, 25).
+    ExpectAt(VertexAt(*loaded, 7), -5, (30.0 + 2 * 25.0) / 3, 0);
+    EXPECT_TRUE(logged("says that its weights are not to be normalised: general; that is kept, and they are "
+                       "drawn normalised all the same"))
+        << log().toStdString();
+}
+
+TEST_F(Skins, tell_of_all_weights_that_are_not_to_be_normalised)
+{
+    const std::string figure =
+        Replaced(AxisFigure(R"("binding_mode": "Local",
+        "auto_normalize_local": false, "auto_normalize_scale": false)"),
+                 hipAxes, R"("scale_weights": {"values": [[0,1]]}, )" + std::string(hipAxes));
+    ASSERT_NE(open(figure), nullptr);
+    EXPECT_TRUE(logged("are not to be normalised: local, scale; that is kept")) << log().toStdString();
+}
+
+TEST_F(SavedSkins, keep_which_weights_are_not_to_be_normalised)
+{
+    const std::string axes =
+        saved(AxisFigure(R"("auto_normalize_general": false, "auto_normalize_local": true)"));
+    EXPECT_NE(axes.find("\"auto_normalize_general\" : false"), axes.npos) << axes;
+    EXPECT_NE(axes.find("\"auto_normalize_local\" : true"), axes.npos);
+    EXPECT_NE(axes.find("\"auto_normalize_scale\" : true"), axes.npos);
+}
+
+TEST_F(SavedSkins, with_weights_for_each_axis_alone_have_no_others_and_turn_alike)
+{
+    // Weights that 16 bits do not hold.
+    std::string figure = Replaced(Figure(), hipWeights, hipAxes);
+    figure = Replaced(figure, handWeights, R"("local_weights": {"x": {"values": [[5,0.3],[7,0.1]]},
+        "y": {"values": [[5,0.123456],[6,0.7]]}, "z": {"values": [[4,1],[5,0.777],[6,1],[7,0.33333]]}}})");
+    const std::string first = saved(figure);
+    EXPECT_EQ(first.find("node_weights"), first.npos);
+    EXPECT_NE(first.find("local_weights"), first.npos);
+    const std::vector<float> before = turned();
+    ASSERT_TRUE(reload(file("Again.duf")));
+    EXPECT_EQ(turned(), before);
+    ASSERT_EQ(save("DzSceneAssetFilter", file("Third.duf")), 0);
+    EXPECT_EQ(skinOf(file("Third.duf")), skinOf(file("Again.duf")));
+}
+
+TEST_F(SavedSkins, with_weights_for_each_axis_at_some_joints_have_their_mean_again)
+{
+    const std::string first = saved(Replaced(Figure(), handWeights, R"("local_weights": {
+        "x": {"values": [[6,0.1],[7,1]]}, "y": {"values": [[6,0.2]]}, "z": {"values": [[6,1],[7,0.5]]}}})"));
+    EXPECT_NE(first.find("\"node_weights\""), first.npos) << "of the hip";
+    EXPECT_EQ(first.find("\"node_weights\""), first.rfind("\"node_weights\"")) << first;
+    const std::vector<float> before = turned();
+    ASSERT_TRUE(reload(file("Again.duf")));
+    EXPECT_EQ(turned(), before);
+}
+
+TEST_F(SavedSkins, keep_bulges_as_they_were)
+{
+    const std::string bulges =
+        R"("bulge_weights": {"x": {"count": 1, "values": [[7, 0.5]]}}, "left_map": [[99, 2]],
+        "bulges": [{"id": "positive-left", "value": 0.5}, {"id": "own", "deep": [{"x": null}]}]})";
+    saved(Replaced(Figure(), handWeights,
+                   std::string(handWeights, std::string(handWeights).size() - 1) + ", " + bulges));
+    const Json joint = skinOf(file("Again.duf")).at("skin").at("joints").at(1);
+    const Json expected = Json::parse("{" + bulges);
+    for (const char* const member : {"bulge_weights", "left_map", "bulges"})
+        EXPECT_EQ(joint.value(member, Json()), expected[member]) << member;
+    EXPECT_TRUE(joint.contains("node_weights"));
+    EXPECT_EQ(log().count(QStringLiteral("1 joint bulges when turned, which has no effect here and is kept")),
+              1);
 }
 
 TEST_F(SavedSkins, keep_how_they_blend_and_scale)

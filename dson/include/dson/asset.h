@@ -141,11 +141,21 @@ struct JointBinding {
     /// By which the bone's angles about X, Y and Z act, where the skin says so; nothing where the file has
     /// none.
     std::optional<std::array<WeightMap, 3>> axes;
+    bool isMeanOfAxes = false; ///< `vertices` and `weights` are what MeanOfAxes gives, and not for files
+    KeptMembers kept;          ///< what has no effect here, such as bulging
 };
+/// Weights for all angles together that come next to those for each alone: the mean of the three, at the
+/// precision that files and weight maps have.
+WeightMap MeanOfAxes(const std::array<WeightMap, 3>& axes);
+
 /// How much each bone moves each vertex.
 struct SkinBinding {
     /// Which maps a bone's scale acts by.
     enum class Scaling { ByBinding, ByScaleMaps };
+    /// Which weights are to be kept at a sum of 1 for each vertex while somebody paints them.
+    struct Normalizing {
+        bool general = true, local = true, scale = true;
+    };
     /// Which weights turn: those of all angles together, those of each angle alone, or a mixture.
     enum class Turning { General, ByAxis, Mixed };
 
@@ -155,6 +165,7 @@ struct SkinBinding {
     bool dualQuaternion = true;
     Scaling scaling = Scaling::ByBinding;
     Turning turning = Turning::General;
+    Normalizing normalizing;
     WeightMap generalShares; ///< of the general weights' map, where turning is mixed
     /// Shares of the dual quaternions' blend, the rest being linear; nothing where dualQuaternion counts for
     /// all.

@@ -6,6 +6,7 @@
 #include "app/texts.h"
 #include "definition_nodes.h"
 #include "dzbone.h"
+#include "dzbonebinding.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
 #include "dzobject.h"
@@ -16,6 +17,7 @@
 #include "figure/skin_access.h"
 #include "library/asset_origin.h"
 #include "load_report.h"
+#include "loading/kept_parts.h"
 
 #include <algorithm>
 #include <set>
@@ -202,6 +204,8 @@ std::unique_ptr<DzSkinBinding> MakeBinding(const dson::SkinBinding& skin, std::s
         if (!bone)
             continue;
         DzBoneBinding& bound = SkinAccess::bind(*binding, *bone, joint.vertices, joint.weights);
+        if (joint.isMeanOfAxes || !joint.kept.empty())
+            Keep(bound, {joint.isMeanOfAxes, joint.kept});
         if (!joint.scale.vertices.empty())
             SkinAccess::bindScale(*binding, bound, joint.scale.vertices, joint.scale.weights);
         for (int axis = 0; joint.axes && axis < 3; ++axis) {
@@ -209,6 +213,7 @@ std::unique_ptr<DzSkinBinding> MakeBinding(const dson::SkinBinding& skin, std::s
             SkinAccess::bindAxis(*binding, bound, axis, map.vertices, map.weights);
         }
     }
+    Keep(*binding, skin.normalizing);
     binding->setScaleMode(skin.scaling == dson::SkinBinding::Scaling::ByScaleMaps
                               ? DzSkinBinding::ScaleMaps
                               : DzSkinBinding::BindingMaps);

@@ -3,8 +3,10 @@
 
 #include "loading/kept_parts.h"
 
+#include "dzbonebinding.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
+#include "dzskinbinding.h"
 
 #include <utility>
 
@@ -45,6 +47,16 @@ void Keep(QObject& owner, KeptModifier kept)
         new Holder<KeptModifier>(owner, std::move(kept));
 }
 
+void Keep(DzBoneBinding& owner, KeptJoint kept)
+{
+    new Holder<KeptJoint>(owner, std::move(kept));
+}
+
+void Keep(DzSkinBinding& owner, dson::SkinBinding::Normalizing kept)
+{
+    new Holder<dson::SkinBinding::Normalizing>(owner, kept);
+}
+
 const KeptNode* KeptOfNode(const DzNode& node)
 {
     return HeldBy<KeptNode>(node);
@@ -53,6 +65,16 @@ const KeptNode* KeptOfNode(const DzNode& node)
 const KeptModifier* KeptOfModifier(const QObject& owner)
 {
     return HeldBy<KeptModifier>(owner);
+}
+
+const KeptJoint* KeptOfJoint(const DzBoneBinding& owner)
+{
+    return HeldBy<KeptJoint>(owner);
+}
+
+const dson::SkinBinding::Normalizing* KeptOfSkin(const DzSkinBinding& owner)
+{
+    return HeldBy<dson::SkinBinding::Normalizing>(owner);
 }
 
 } // namespace openhost

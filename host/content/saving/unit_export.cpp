@@ -19,6 +19,7 @@
 #include "dzweightmap.h"
 #include "figure/deltas_access.h"
 #include "figure/mesh_access.h"
+#include "loading/kept_parts.h"
 #include "openhost/diagnostics.h"
 
 namespace openhost {
@@ -125,6 +126,13 @@ dson::WeightMap DescribeMap(const DzWeightMap& map)
     return described;
 }
 
+/// Until somebody changes one of them.
+bool IsMeanOfAxes(const dson::JointBinding& joint)
+{
+    const dson::WeightMap mean = joint.axes ? dson::MeanOfAxes(*joint.axes) : dson::WeightMap();
+    return mean.vertices == joint.vertices && mean.weights == joint.weights;
+}
+
 dson::JointBinding DescribeJoint(const DzBoneBinding& binding, const std::string& id)
 {
     dson::WeightMap turns = DescribeMap(*binding.getWeights());
@@ -141,11 +149,17 @@ dson::JointBinding DescribeJoint(const DzBoneBinding& binding, const std::string
         if (map)
             (*joint.axes)[static_cast<std::size_t>(axis)] = DescribeMap(*map);
     }
+    if (const KeptJoint* const kept = KeptOfJoint(binding)) {
+        joint.isMeanOfAxes = kept->hadNoWeights && IsMeanOfAxes(joint);
+        joint.kept = kept->members;
+    }
     return joint;
 }
 
 void DescribeModes(const DzSkinBinding& binding, dson::SkinBinding& skin)
 {
+    if (const dson::SkinBinding::Normalizing* const kept = KeptOfSkin(binding))
+        skin.normalizing = *kept;
     skin.dualQuaternion = binding.getGeneralMapMode() == DzSkinBinding::DualQuat;
     if (binding.getScaleMode() == DzSkinBinding::ScaleMaps)
         skin.scaling = dson::SkinBinding::Scaling::ByScaleMaps;

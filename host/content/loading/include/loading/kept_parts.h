@@ -12,8 +12,10 @@
 #include <string>
 #include <vector>
 
+class DzBoneBinding;
 class DzNode;
 class DzNumericProperty;
+class DzSkinBinding;
 class QObject;
 
 namespace openhost {
@@ -59,11 +61,21 @@ struct KeptModifier {
     dson::KeptMembers members;
 };
 
+/// Of a skin's part for one bone.
+struct KeptJoint {
+    bool hadNoWeights = false; ///< for all angles together: they are the mean of those for each alone
+    dson::KeptMembers members;
+};
+
 /// The owner has it from now on.
 void Keep(DzNode& owner, KeptNode kept);
 void Keep(QObject& owner, KeptModifier kept);
+void Keep(DzBoneBinding& owner, KeptJoint kept);
+void Keep(DzSkinBinding& owner, dson::SkinBinding::Normalizing kept);
 /// Null for nothing.
 const KeptNode* KeptOfNode(const DzNode& node);
 const KeptModifier* KeptOfModifier(const QObject& owner);
+const KeptJoint* KeptOfJoint(const DzBoneBinding& owner);
+const dson::SkinBinding::Normalizing* KeptOfSkin(const DzSkinBinding& owner);
 
 } // namespace openhost
