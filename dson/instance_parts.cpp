@@ -38,13 +38,29 @@ void ReadFavorites(const Element& owner, std::vector<std::string>& names)
     });
 }
 
+/// What does not say its type may be a list or a text as well, which stays with the node as it is.
+bool IsNoNumber(const Element& channel)
+{
+    if (Find(channel, "type"))
+        return false;
+    const ReadingTally unheard;
+    bool isOther = false;
+    for (const char* const member : {"current_value", "value"})
+        if (const auto value = Find(channel, member)) {
+            if (value->is_number() || AsNumber(*value))
+                return false;
+            isOther = true;
+        }
+    return isOther;
+}
+
 /// Channels that an `extra` object lists, by id.
 void ReadExtraChannels(const Element& owner, ChannelValues& values)
 {
     ForEach(owner, "extra", [&](const Element& extra) {
         ForEach(extra, "channels", [&](const Element& entry) {
             const auto channel = Find(entry, "channel");
-            const auto value = channel ? GivenValue(*channel) : std::nullopt;
+            const auto value = channel && !IsNoNumber(*channel) ? GivenValue(*channel) : std::nullopt;
             if (value)
                 values[Text(*channel, "id")] = *value;
         });
