@@ -43,6 +43,16 @@ Json Figures(Detail detail)
     return figures;
 }
 
+/// The host knows the file by its full name; what is told of it twice is told once under the name given.
+base::Diagnostics AsGiven(base::Diagnostics met, const std::string& file)
+{
+    std::error_code error;
+    for (base::Diagnostic& diagnostic : met)
+        if (!diagnostic.file.empty() && std::filesystem::equivalent(diagnostic.file, file, error))
+            diagnostic.file = file;
+    return met;
+}
+
 /// Content that is missing belongs into the report: it is what one inspects a file for.
 void AddFigures(Json& facts, base::Diagnostics& diagnostics, const InspectArguments& arguments, Detail detail)
 {
@@ -57,7 +67,7 @@ void AddFigures(Json& facts, base::Diagnostics& diagnostics, const InspectArgume
             reason.push_back(base::FromSentence(base::Severity::Error, arguments.file, error.what()));
     }
     facts["figures"] = Figures(detail);
-    for (const base::Diagnostics& met : {session.diagnostics(), reason})
+    for (const base::Diagnostics& met : {AsGiven(session.diagnostics(), arguments.file), reason})
         diagnostics.insert(diagnostics.end(), met.begin(), met.end());
 }
 

@@ -100,6 +100,20 @@ TEST(InspectCommand, takes_missing_content_for_a_warning)
     EXPECT_EQ(workspace.entries(), std::vector<std::string>{"orphan.duf"});
 }
 
+TEST(InspectCommand, tells_once_what_is_odd_in_a_file_whatever_its_path)
+{
+    const Workspace workspace;
+    const std::string path = workspace.write("Orphan.duf", std::string(orphanText) + "// mine");
+    for (const std::string& file :
+         {path, std::filesystem::relative(path).string(), workspace.path("./Orphan.duf")}) {
+        const json facts = InspectJson(file);
+        int told = 0;
+        for (const std::string line : facts.at("warnings"))
+            told += line.find("has 1 comment, left out") != line.npos;
+        EXPECT_EQ(told, 1) << file;
+    }
+}
+
 TEST(InspectCommand, shows_the_log_on_stderr_alone_and_when_asked_only)
 {
     const Workspace workspace;
