@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "dzbone.h"
+#include "dzbonebinding.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
+#include "dzobject.h"
 #include "dzscene.h"
+#include "dzskinbinding.h"
 #include "tests/host/foreign_fixture.h"
 #include "tests/host/foreign_scene.h"
 #include "tests/host/save_fixture.h"
@@ -286,6 +289,27 @@ TEST_F(SavedSkins, with_weights_for_each_axis_at_some_joints_have_their_mean_aga
     const std::vector<float> before = turned();
     ASSERT_TRUE(reload(file("Again.duf")));
     EXPECT_EQ(turned(), before);
+}
+
+TEST_F(SavedSkins, keep_general_weights_that_are_the_mean_of_those_for_each_axis)
+{
+    const std::string all = R"({"values": [[4,1],[5,1],[6,1],[7,1]]})";
+    saved(Replaced(Figure(), handWeights,
+                   "\"node_weights\": " + all + ", \"bulges\": [], \"local_weights\": {\"x\": " + all +
+                       ", \"y\": " + all + ", \"z\": " + all + "}}"));
+    EXPECT_TRUE(skinOf(file("Again.duf")).at("skin").at("joints").at(1).contains("node_weights"));
+}
+
+TEST_F(SavedSkins, keep_a_mean_that_somebody_has_changed)
+{
+    saved(Replaced(Figure(), handWeights, R"("local_weights": {"x": {"values": [[6,1],[7,1]]}}})"));
+    const DzFigure& figure = *qobject_cast<DzFigure*>(dzScene->findNodeByLabel(QStringLiteral("Doll")));
+    for (int i = 0; i < figure.getObject()->getNumModifiers(); ++i)
+        if (const auto* const skin = qobject_cast<DzSkinBinding*>(figure.getObject()->getModifier(i)))
+            skin->getBoneBinding(1)->getWeights()->setFloatWeight(7, 0.5f);
+    ASSERT_EQ(save("DzSceneAssetFilter", file("Third.duf")), 0);
+    EXPECT_FALSE(skinOf(file("Again.duf")).at("skin").at("joints").at(1).contains("node_weights"));
+    EXPECT_TRUE(skinOf(file("Third.duf")).at("skin").at("joints").at(1).contains("node_weights"));
 }
 
 TEST_F(SavedSkins, keep_bulges_as_they_were)
