@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <map>
+#include <string_view>
 
 namespace dson {
 
@@ -99,6 +100,35 @@ Json EmitExtras(const std::string& text, Values& values)
     return extras;
 }
 
+bool Has(const Effect& effect, std::string_view member)
+{
+    return std::any_of(effect.members.begin(), effect.members.end(),
+                       [member](const auto& one) { return one.first == member; });
+}
+
+Json EmitInfluence(const InfluenceMap& map)
+{
+    return Json{{"influence_vertex_count", map.vertexCount},
+                {"influence_weights", EmitWeights(map.vertices, map.weights)}};
+}
+
+/// What no file has words for yet.
+/// @param extras  that the modifier is to have
+void AddOwn(Json& modifier, Json& extras, const Effect& effect)
+{
+    if (Has(effect, "dform") || Has(effect, "extra"))
+        return;
+    if (effect.kind == "dform" && effect.influence) {
+        modifier["dform"] = EmitInfluence(*effect.influence);
+    } else if (effect.kind == "dform" && effect.members.empty() && effect.channels.empty()) {
+        modifier["dform"] = Json::object();
+    } else if (effect.influence) {
+        Json extra{{"type", effect.kind}};
+        extra.update(EmitInfluence(*effect.influence));
+        extras.insert(extras.begin(), std::move(extra));
+    }
+}
+
 } // namespace
 
 Json EmitDFormPart(const DFormPart& part)
@@ -119,13 +149,6 @@ void AddEffect(Json& modifier, const Effect& effect)
     for (const EffectChannel& one : effect.channels)
         if (one.channel.currentValue || !one.channel.otherValue.empty())
             values.emplace(one.channel.id, &one.channel);
-    // The host's own have no words of a file.
-    if (effect.kind == "dform" && effect.members.empty() && effect.influence)
-        modifier["dform"] = {
-            {"influence_vertex_count", effect.influence->vertexCount},
-            {"influence_weights", EmitWeights(effect.influence->vertices, effect.influence->weights)}};
-    else if (effect.kind == "dform" && effect.members.empty())
-        modifier["dform"] = Json::object();
     std::string extra;
     for (const auto& member : effect.members)
         if (member.first == "extra")
@@ -133,6 +156,7 @@ void AddEffect(Json& modifier, const Effect& effect)
         else
             modifier[member.first] = RawText(member.second);
     Json extras = EmitExtras(extra, values);
+    AddOwn(modifier, extras, effect);
     if (!extras.empty())
         modifier["extra"] = std::move(extras);
 }

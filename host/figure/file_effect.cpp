@@ -52,8 +52,6 @@ void FileEffect::supplement(const dson::Effect& instance)
         if (!isThere)
             _effect.members.push_back(member);
     }
-    if (!_effect.influence)
-        _effect.influence = instance.influence;
 }
 
 DzNumericProperty* FileEffect::findNamed(const std::string& name) const

@@ -119,6 +119,8 @@ void EffectMaker::apply(DzModifier& modifier, const dson::Effect& instance)
 {
     FileEffect& file = *FileEffect::of(modifier);
     file.supplement(instance);
+    if (instance.influence)
+        takeOverInfluence(modifier, file, *instance.influence);
     for (const dson::EffectChannel& channel : instance.channels) {
         DzNumericProperty* property = file.find(channel.channel.id);
         if (!property)
@@ -131,6 +133,19 @@ void EffectMaker::apply(DzModifier& modifier, const dson::Effect& instance)
             noteNoNumber(channel.channel);
     }
     setUp(modifier);
+}
+
+/// Where an instance has weights for another mesh, the definition's are the nearest to what it means.
+void EffectMaker::takeOverInfluence(const DzModifier& modifier, FileEffect& file,
+                                    const dson::InfluenceMap& map)
+{
+    const auto& defined = file.described().influence;
+    if (fits(map) || !defined || !fits(*defined))
+        file.setInfluence(map);
+    else
+        _warn(fmt::format("{} is given influence weights for another mesh than that of {} vertices and keeps "
+                          "those of its definition",
+                          modifier.getName().toStdString(), vertexCount()));
 }
 
 /// Of an instance, for what no property stands for yet.
@@ -174,13 +189,24 @@ void EffectMaker::addChannel(DzModifier& modifier, FileEffect& file, const dson:
     file.enter(channel.channel, *property);
 }
 
-DzWeightMapPtr EffectMaker::weightsOf(const dson::InfluenceMap& map, const DzModifier& modifier) const
+int EffectMaker::vertexCount() const
 {
-    const int count = _object->pipeline().hasMesh() ? int(_object->pipeline().base().vertexCount()) : 0;
+    return _object->pipeline().hasMesh() ? int(_object->pipeline().base().vertexCount()) : 0;
+}
+
+bool EffectMaker::fits(const dson::InfluenceMap& map) const
+{
+    const int count = vertexCount();
     const bool isBeyond = std::any_of(map.vertices.begin(), map.vertices.end(), [&](std::uint32_t vertex) {
         return vertex >= static_cast<std::uint32_t>(count);
     });
-    if (isBeyond || (map.vertexCount >= 0 && map.vertexCount != count)) {
+    return !isBeyond && (map.vertexCount < 0 || map.vertexCount == count);
+}
+
+DzWeightMapPtr EffectMaker::weightsOf(const dson::InfluenceMap& map, const DzModifier& modifier) const
+{
+    const int count = vertexCount();
+    if (!fits(map)) {
         _warn(fmt::format("{} has influence weights for another mesh than that of {} vertices and does "
                           "nothing",
                           modifier.getName().toStdString(), count));

@@ -51,8 +51,11 @@ private:
     };
 
     void addChannel(DzModifier& modifier, FileEffect& file, const dson::EffectChannel& channel);
+    void takeOverInfluence(const DzModifier& modifier, FileEffect& file, const dson::InfluenceMap& map);
     void setUp(DzModifier& modifier);
     void setUpPush(PushModifier& modifier, const FileEffect& file) const;
+    int vertexCount() const; ///< of the object's mesh
+    bool fits(const dson::InfluenceMap& map) const;
     /// Null, and told, when they are not for the object's mesh.
     DzWeightMapPtr weightsOf(const dson::InfluenceMap& map, const DzModifier& modifier) const;
     void note(const dson::Effect& effect, const std::string& name);

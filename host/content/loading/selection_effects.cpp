@@ -51,12 +51,15 @@ bool ApplyEffectTo(DzNode& figure, const dson::Document& file, const dson::Modif
     const dson::Modifier* const definition = DefinitionOf(file, instance);
     const std::string id = dson::ParseUri(instance.url).id;
     DzModifier* modifier = object ? Present(*object, definition ? definition->name : id) : nullptr;
+    const bool isInstanceAll = !modifier && !definition;
     if (!modifier && definition)
         modifier = maker.define(*definition, {});
     else if (!modifier)
         modifier = maker.make(*instance.effect, instance.name.empty() ? id : instance.name, id, {});
     if (modifier && instance.effect)
         maker.apply(*modifier, *instance.effect);
+    if (modifier && instance.effect && instance.effect->influence && !isInstanceAll)
+        FileEffect::of(*modifier)->setHasNewInfluence();
     DzNumericProperty* const own = modifier ? FileEffect::of(*modifier)->own() : nullptr;
     if (own && instance.value)
         own->setDoubleRawValue(*instance.value);

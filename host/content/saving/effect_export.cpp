@@ -41,6 +41,20 @@ dson::Effect OwnEffect(const DzModifier& modifier)
     return effect;
 }
 
+/// Those that are not as they have been defined.
+std::vector<dson::EffectChannel> ChangedChannels(const FileEffect& file)
+{
+    std::vector<dson::EffectChannel> channels = file.present().channels;
+    channels.erase(std::remove_if(channels.begin(), channels.end(),
+                                  [&file](const dson::EffectChannel& one) {
+                                      const DzNumericProperty* const property = file.find(one.channel.id);
+                                      return property && one.channel.currentValue &&
+                                             *one.channel.currentValue == property->getDoubleDefaultValue();
+                                  }),
+                   channels.end());
+    return channels;
+}
+
 } // namespace
 
 std::vector<const DzModifier*> EffectsOf(const SceneUnit& unit)
@@ -86,26 +100,19 @@ dson::Modifier DescribeEffect(const DzModifier& modifier, const std::string& id,
 void DescribeEffectInstance(const DzModifier& modifier, bool isDefined, dson::SceneModifier& instance)
 {
     const FileEffect* const file = FileEffect::of(modifier);
-    if (file && file->own())
-        instance.channel = DescribeChange(*file->own(), "value");
-    const std::string own = file ? file->ownChannel() : std::string();
-    if (!own.empty())
-        instance.effect = dson::Effect{{}, {}, {}, false, {{"channel", own}}};
-    if (isDefined || !file)
+    if (!file)
         return;
-    dson::Effect changes = file->present();
-    changes.members.clear();
-    if (!own.empty())
-        changes.members.emplace_back("channel", own);
-    auto& channels = changes.channels;
-    channels.erase(std::remove_if(channels.begin(), channels.end(),
-                                  [file](const dson::EffectChannel& one) {
-                                      const DzNumericProperty* const property = file->find(one.channel.id);
-                                      return property && one.channel.currentValue &&
-                                             *one.channel.currentValue == property->getDoubleDefaultValue();
-                                  }),
-                   channels.end());
-    if (!channels.empty())
+    if (file->own())
+        instance.channel = DescribeChange(*file->own(), "value");
+    dson::Effect changes;
+    changes.kind = file->described().kind;
+    if (!isDefined)
+        changes.channels = ChangedChannels(*file);
+    if (!file->ownChannel().empty())
+        changes.members.emplace_back("channel", file->ownChannel());
+    if (file->hasNewInfluence())
+        changes.influence = file->described().influence;
+    if (!changes.channels.empty() || !changes.members.empty() || changes.influence)
         instance.effect = std::move(changes);
 }
 

@@ -28,8 +28,13 @@ public:
     static FileEffect* of(const DzModifier& modifier);
 
     const dson::Effect& described() const { return _effect; }
-    /// Takes over what an instance says that the definition does not.
+    /// Takes over what an instance says that the definition does not, but for its influence weights.
     void supplement(const dson::Effect& instance);
+    /// Those of an instance, which count in place of the definition's.
+    void setInfluence(const dson::InfluenceMap& map) { _effect.influence = map; }
+    /// The present influence weights are in no file that the modifier comes from.
+    bool hasNewInfluence() const { return _hasNewInfluence; }
+    void setHasNewInfluence() { _hasNewInfluence = true; }
 
     /// The modifier's property of that name, in whatever case; null for none.
     DzNumericProperty* findNamed(const std::string& name) const;
@@ -52,6 +57,7 @@ public:
 
 private:
     dson::Effect _effect;
+    bool _hasNewInfluence = false;
     DzNumericProperty* _own = nullptr;
     std::string _ownChannel;
     std::map<std::string, dson::Channel> _kept;               ///< by id
