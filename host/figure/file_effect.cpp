@@ -3,10 +3,9 @@
 
 #include "figure/file_effect.h"
 
-#include "dzboolproperty.h"
-#include "dzenumproperty.h"
 #include "dzmodifier.h"
 #include "dznumericproperty.h"
+#include "figure/channel_type.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -14,15 +13,6 @@
 namespace openhost {
 
 namespace {
-
-const char* TypeOf(const DzNumericProperty& property)
-{
-    if (qobject_cast<const DzBoolProperty*>(&property))
-        return "bool";
-    if (qobject_cast<const DzEnumProperty*>(&property))
-        return "enum";
-    return qobject_cast<const DzIntProperty*>(&property) ? "int" : "float";
-}
 
 DzNumericProperty* Look(const std::map<std::string, DzNumericProperty*>& properties, const std::string& key)
 {
@@ -106,7 +96,7 @@ dson::Effect FileEffect::present() const
             continue;
         dson::EffectChannel one;
         one.channel.id = one.channel.name = property->getName().toStdString();
-        one.channel.type = TypeOf(*property);
+        one.channel.type = ChannelTypeOf(*property);
         const auto id = ids.find(property);
         if (id != ids.end())
             one.channel.id = *id->second;

@@ -26,6 +26,7 @@ public:
     /// By which the bone's angle about X, Y or Z (0 to 2) acts where the skin has weights for each axis; null
     /// for none.
     DzWeightMap* getAxisWeights(int axis) const;
+    /// Shares the map by counting. An axis that is none of 0 to 2 changes nothing.
     void setAxisWeights(int axis, DzWeightMap* weights);
 
 private slots:

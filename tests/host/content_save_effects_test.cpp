@@ -50,13 +50,11 @@ protected:
     void SetUp() override
     {
         SaveTest::SetUp();
-        std::string figure = doll::Figure();
-        figure.insert(figure.rfind(']'), R"(, {"id": "Own", "name": "Own", "parent": "#Doll-1", "extra": [
+        ASSERT_TRUE(openBesideDoll(R"(, {"id": "Own", "name": "Own", "parent": "#Doll-1", "extra": [
             {"type": "studio/modifier/smoothing"}, {"type": "studio_modifier_channels", "channels": [
-                {"channel": {"id": "Weight", "type": "float", "name": "Weight", "value": 0.5}}]}]})");
-        WriteBytes(_library / "data/Nord/Doll/Doll.dsf", doll::File(figure, "figure"));
-        WriteBytes(_library / "Scenes/All.duf", scene);
-        ASSERT_TRUE(open(_library / "Scenes/All.duf")) << log().toStdString();
+                {"channel": {"id": "Weight", "type": "float", "name": "Weight", "value": 0.5}}]}]})",
+                                   scene))
+            << log().toStdString();
     }
 
     static DzModifier* modifier(const char* node, const char* name)

@@ -73,15 +73,13 @@ protected:
     void SetUp() override
     {
         SaveTest::SetUp();
-        std::string figure = doll::Figure();
-        figure.insert(figure.rfind(']'), R"(, {"id": "Own", "name": "Own", "parent": "#Doll-1", "extra": [
+        ASSERT_TRUE(openBesideDoll(R"(, {"id": "Own", "name": "Own", "parent": "#Doll-1", "extra": [
             {"type": "studio/modifier/smoothing"}, {"type": "studio_modifier_channels", "channels": [
                 {"channel": {"id": "Item", "type": "string", "name": "Item", "value": "a"}}]}]},
             {"id": "Name", "name": "Name", "parent": "#Doll-1",
-             "channel": {"id": "value", "type": "string", "name": "Name", "value": "Eve"}})");
-        WriteBytes(_library / "data/Nord/Doll/Doll.dsf", doll::File(figure, "figure"));
-        WriteBytes(_library / "Scenes/All.duf", scene);
-        ASSERT_TRUE(open(_library / "Scenes/All.duf")) << log().toStdString();
+             "channel": {"id": "value", "type": "string", "name": "Name", "value": "Eve"}})",
+                                   scene))
+            << log().toStdString();
     }
     json saved(const char* name)
     {
@@ -301,4 +299,15 @@ TEST_F(ShortValues, of_what_is_not_installed_are_kept)
 {
     const nlohmann::ordered_json saved = modifiersOf(instance("Gone", set("[0, 1, 0]")));
     EXPECT_EQ(of(saved, "Gone")["channel"]["current_value"], parsed("[0, 1, 0]")) << saved.dump(1);
+}
+
+TEST_F(ShortValues, of_further_channels_of_unknown_types_keep_the_type)
+{
+    const nlohmann::ordered_json saved = modifiersOf(instance("Soft", R"(, "extra": [
+        {"type": "studio_modifier_channels", "channels": [
+            {"channel": {"id": "w", "type": "dial_wheel", "name": "Wheel", "current_value": 2}}]}])"));
+    const nlohmann::ordered_json channel = of(saved, "Soft")["extra"][0]["channels"][0]["channel"];
+    EXPECT_EQ(channel["type"], "dial_wheel") << saved.dump(1);
+    EXPECT_EQ(channel["current_value"], 2);
+    expectStable();
 }

@@ -17,6 +17,7 @@
 #include "figure/deltas_access.h"
 #include "figure/fitting.h"
 #include "figure/mesh_access.h"
+#include "tests/host/foreign_fixture.h"
 #include "tools/transfer_utility.h"
 
 #include <QRegularExpression>
@@ -143,6 +144,15 @@ void SaveTest::makeScene()
     ASSERT_NE(garment, nullptr);
     addMorph(*garment, "Puff", {{5}, {{0, 0, 2}}})->getValueControl()->setValue(0.5f);
     dzScene->selectAllNodes(false);
+}
+
+bool SaveTest::openBesideDoll(const std::string& modifiers, const std::string& scene)
+{
+    std::string figure = doll::Figure();
+    figure.insert(figure.rfind(']'), modifiers);
+    WriteBytes(_library / "data/Nord/Doll/Doll.dsf", doll::File(figure, "figure"));
+    WriteBytes(_library / "Scenes/All.duf", scene);
+    return open(_library / "Scenes/All.duf");
 }
 
 int SaveTest::save(const char* filterClass, const fs::path& file, bool compress, const char* rootLabel)

@@ -24,6 +24,10 @@ protected:
     /// A figure made of a prop, with the bones of the wearer.
     DzFigure* makeGarment(DzFigure& wearer, const char* name = "Shirt");
 
+    /// Opens a scene beside the Doll's own file.
+    /// @param modifiers  that the Doll's file has behind its own, each with a comma in front
+    bool openBesideDoll(const std::string& modifiers, const std::string& scene);
+
     /// Through the manager, silently and plain.
     static int save(const char* filterClass, const std::filesystem::path& file, bool compress = false,
                     const char* rootLabel = nullptr);

@@ -8,13 +8,13 @@
 #include "dzfloatproperty.h"
 #include "dzintproperty.h"
 #include "dznode.h"
+#include "figure/channel_type.h"
 
 #include <algorithm>
 #include <limits>
 #include <set>
 
 #include <QString>
-#include <QVariant>
 
 namespace openhost {
 
@@ -45,9 +45,6 @@ double WithinFloat(double limit)
     return std::clamp(limit, -largest, largest);
 }
 
-/// Where a property keeps a type of its file that the host does not know.
-const char* const ownType = "channelType";
-
 bool HoldsNoNumber(const std::string& type)
 {
     static const std::set<std::string> types{"color", "float_color", "image",       "string",
@@ -69,18 +66,6 @@ bool IsOfKnownType(const dson::Channel& channel)
 {
     return channel.type == "float" || channel.type == "int" || channel.type == "bool" ||
            channel.type == "enum";
-}
-
-std::string ChannelTypeOf(const DzNumericProperty& property)
-{
-    const QString own = property.property(ownType).toString();
-    if (!own.isEmpty())
-        return own.toStdString();
-    if (qobject_cast<const DzBoolProperty*>(&property))
-        return "bool";
-    if (qobject_cast<const DzEnumProperty*>(&property))
-        return "enum";
-    return qobject_cast<const DzIntProperty*>(&property) ? "int" : "float";
 }
 
 void ApplyChannel(DzNumericProperty& property, const dson::Channel& channel)
@@ -137,7 +122,7 @@ std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const d
     }
     ApplyChannel(*property, channel);
     if (!IsOfKnownType(channel))
-        property->setProperty(ownType, QString::fromStdString(channel.type));
+        SetChannelType(*property, channel.type);
     return property;
 }
 

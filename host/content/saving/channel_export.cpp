@@ -11,6 +11,7 @@
 #include "dznode.h"
 #include "dzpresentation.h"
 #include "dzskeleton.h"
+#include "figure/channel_type.h"
 #include "geometry/deform_field.h"
 #include "library/asset_origin.h"
 #include "loading/channel_properties.h"

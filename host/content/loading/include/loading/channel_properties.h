@@ -25,9 +25,6 @@ bool HasLimitsBeyondFloat(const dson::Channel& channel);
 /// False for one that is shown as a plain number, or not at all.
 bool IsOfKnownType(const dson::Channel& channel);
 
-/// The type of channel that a property is in files: that of its class, unless its own file has another.
-std::string ChannelTypeOf(const DzNumericProperty& property);
-
 /// A new property of the channel's type; null for types that hold no number.
 std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const dson::Channel& channel);
 
