@@ -321,6 +321,7 @@ Json EmitGeometry(const Geometry& geometry)
     json["extra"] = Json::array();
     if (geometry.subdivisionSurface)
         json["extra"].push_back(EmitResolutionChannels(geometry.subdivisionLevel));
+    AddKept(json, geometry.kept);
     return json;
 }
 
@@ -339,7 +340,8 @@ Json EmitNode(const Node& node)
     json["scale"] = EmitVector(node.scale);
     json["general_scale"] = EmitChannel(node.generalScale);
     if (!node.presentationType.empty())
-        json["presentation"] = EmitPresentation(node.presentationType, node.label);
+        json["presentation"] =
+            KeptOr(node.kept, "presentation", EmitPresentation(node.presentationType, node.label));
     if (!node.formulas.empty())
         json["formulas"] = EmitFormulas(node.formulas);
     if (node.dform)
@@ -353,7 +355,8 @@ Json EmitModifier(const Modifier& modifier)
     Json json{{"id", modifier.id},
               {"name", modifier.name},
               {"parent", modifier.parent},
-              {"presentation", EmitPresentation(modifier.presentationType, "")}};
+              {"presentation",
+               KeptOr(modifier.kept, "presentation", EmitPresentation(modifier.presentationType, ""))}};
     if (modifier.hasChannel)
         json["channel"] = EmitChannel(modifier.channel);
     if (!modifier.region.empty())
@@ -378,6 +381,7 @@ Json EmitModifier(const Modifier& modifier)
     }
     if (modifier.effect)
         AddEffect(json, *modifier.effect);
+    AddKept(json, modifier.kept);
     return json;
 }
 

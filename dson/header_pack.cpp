@@ -69,9 +69,10 @@ IfIs<T, MorphData> ForMembers(Archive& archive, T& morph)
 template <class Archive, class T>
 IfIs<T, Modifier> ForMembers(Archive& archive, T& modifier)
 {
-    auto& [id, name, parent, presentationType, channel, hasChannel, effect, region, group, formulas, morph] =
-        modifier;
+    auto& [id, name, parent, presentationType, channel, hasChannel, effect, region, group, formulas, morph,
+           kept] = modifier;
     static_cast<void>(effect); // none, see CanPackHeaders
+    static_cast<void>(kept);   // none without nodes
     archive(id, name, parent, presentationType, channel, hasChannel, region, group, formulas, morph);
 }
 

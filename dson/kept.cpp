@@ -108,7 +108,22 @@ std::string Renamed(const Reference& reference, const std::map<std::string, std:
     return node + '#' + Renamed(reference.id, ids) + std::string(reference.rest);
 }
 
-/// The entry without channels that are known; nothing if it holds nothing else.
+/// What the entry of a known channel holds besides; empty for nothing.
+std::string RestOfEntry(const Element& entry)
+{
+    const Element channel = *Find(entry, "channel");
+    std::string rest = RestOfChannel(channel), others;
+    for (const auto member : Members(entry))
+        if (member.key != "channel" && member.key != "group")
+            others += ',' + Quoted(member.key) + ':' + simdjson::minify(member.value);
+    if (rest.empty() && others.empty())
+        return {};
+    if (rest.empty())
+        rest = "{\"id\":" + Quoted(Text(channel, "id")) + '}';
+    return "{\"channel\":" + rest + others + '}';
+}
+
+/// The entry without what is known of channels; nothing if it holds nothing else.
 std::string WithoutChannels(const std::string& extra,
                             const std::function<bool(const std::string& id)>& isKnown)
 {
@@ -121,14 +136,15 @@ std::string WithoutChannels(const std::string& extra,
         return channel && isKnown(Text(*channel, "id"));
     };
     std::string others;
-    std::size_t dropped = 0;
+    bool isChanged = false;
     ForEach(*parsed.root(), "channels", [&](const Element& entry) {
-        if (isRead(entry))
-            ++dropped;
-        else
-            others += (others.empty() ? "" : ",") + simdjson::minify(entry);
+        const bool isKnownEntry = isRead(entry);
+        const std::string kept = isKnownEntry ? RestOfEntry(entry) : simdjson::minify(entry);
+        isChanged = isChanged || isKnownEntry;
+        if (!kept.empty())
+            others += (others.empty() ? "" : ",") + kept;
     });
-    if (dropped == 0)
+    if (!isChanged)
         return extra;
     std::string rest;
     bool saysMore = !others.empty();
@@ -141,6 +157,19 @@ std::string WithoutChannels(const std::string& extra,
                 (isList ? '[' + others + ']' : simdjson::minify(member.value));
     }
     return saysMore ? rest + '}' : std::string();
+}
+
+/// @param channel  text of an object with members
+std::string WithRest(std::string channel, const Element& other)
+{
+    const ParsedValue rest(RestOfChannel(other));
+    if (!rest.root())
+        return channel;
+    channel.pop_back();
+    for (const auto member : Members(*rest.root()))
+        if (member.key != "id")
+            channel += ',' + Quoted(member.key) + ':' + simdjson::minify(member.value);
+    return channel + '}';
 }
 
 } // namespace
@@ -201,6 +230,29 @@ std::string WithReferences(const std::string& json, const std::map<std::string, 
         return reference.has_value();
     });
     return text;
+}
+
+std::string RestOfChannels(const std::string& json)
+{
+    const ParsedValue parsed(json);
+    return parsed.root() ? RestOfChannels(*parsed.root()) : std::string();
+}
+
+std::string WithChannels(const std::string& channels, const std::string& others)
+{
+    const ParsedValue present(channels), kept(others);
+    if (!present.root() || !kept.root() || !present.root()->is_array())
+        return channels;
+    std::string list;
+    for (const Element channel : Items(*present.root())) {
+        std::string text = simdjson::minify(channel);
+        if (kept.root()->is_array())
+            for (const Element other : Items(*kept.root()))
+                if (Text(other, "id") == Text(channel, "id"))
+                    text = WithRest(text, other);
+        list += (list.empty() ? "[" : ",") + text;
+    }
+    return list + ']';
 }
 
 void DropChannels(KeptMembers& kept, const std::function<bool(const std::string& id)>& isKnown)

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <set>
 #include <string_view>
 
 namespace dson {
@@ -73,6 +74,31 @@ std::string RestOfDefinitionExtra(const Element& extra)
     return IsOfDFormer(extra) ? RestOfExtra(extra) : simdjson::minify(extra);
 }
 
+/// A list whose entries are read as such: its count is known from them.
+const Names listMembers{"count", "values"};
+
+/// What a member that is read holds beyond that; empty for nothing.
+std::string RestOfMember(std::string_view name, const Element& value)
+{
+    if (Contains({"channel", "general_scale", "rotation", "translation", "scale", "center_point", "end_point",
+                  "orientation"},
+                 name))
+        return RestOfChannels(value);
+    if (!value.is_object())
+        return {};
+    if (Contains({"vertices", "polygon_groups", "polygon_material_groups", "polylist", "polyline_list",
+                  "edge_weights"},
+                 name))
+        return Without(value, listMembers, true);
+    if (name == "graft")
+        return Without(value, {"vertex_count", "poly_count", "vertex_pairs", "hidden_polys"}, true);
+    if (name == "morph")
+        return Without(value, {"vertex_count", "deltas", "hd_url"}, true);
+    if (name == "skin" || name == "legacy_skin")
+        return Without(value, {"node", "geometry", "vertex_count", "joints", "selection_map"}, true);
+    return {};
+}
+
 /// @param known  members that are read; of several with one name the first is
 template <class RestOf>
 KeptMembers KeptOf(const Element& object, Names known, RestOf restOf)
@@ -91,6 +117,8 @@ KeptMembers KeptOf(const Element& object, Names known, RestOf restOf)
             });
         } else if (!Contains(known, member.key)) {
             kept.members.emplace_back(member.key, simdjson::minify(member.value));
+        } else if (std::string rest = RestOfMember(member.key, member.value); !rest.empty()) {
+            kept.members.emplace_back(member.key, std::move(rest));
         }
     }
     return kept;
@@ -146,7 +174,7 @@ KeptMembers KeptOfNode(const Element& definition)
     return KeptOf(definition,
                   {"id", "name", "type", "label", "parent", "rotation_order", "inherits_scale",
                    "center_point", "end_point", "orientation", "rotation", "translation", "scale",
-                   "general_scale", "presentation", "formulas"},
+                   "general_scale", "formulas"},
                   RestOfDefinitionExtra);
 }
 
@@ -174,6 +202,80 @@ KeptMembers KeptOfJoint(const Element& joint)
 KeptMembers KeptOfModifier(const Element& instance)
 {
     return KeptOf(instance, {"id", "url", "parent", "group", "channel", "formulas"}, Whole);
+}
+
+KeptMembers KeptOfGeometryDefinition(const Element& definition)
+{
+    KeptMembers kept = KeptOf(definition,
+                              {"id", "name", "label", "type", "edge_interpolation_mode", "vertices",
+                               "polygon_groups", "polygon_material_groups", "polylist", "polyline_list",
+                               "edge_weights", "default_uv_set", "graft"},
+                              Whole);
+    // The dials that every geometry is written with.
+    DropChannels(kept, [](const std::string& id) { return id == "SubDIALevel" || id == "SubDRenderLevel"; });
+    return kept;
+}
+
+KeptMembers KeptOfModifierDefinition(const Element& definition, const Modifier& parsed)
+{
+    KeptMembers kept = KeptOf(
+        definition, {"id", "name", "parent", "channel", "region", "group", "formulas", "morph"}, Whole);
+    if (!parsed.effect)
+        return kept;
+    const auto& effect = parsed.effect->members;
+    const auto isOfEffect = [&effect](const auto& member) {
+        return std::any_of(effect.begin(), effect.end(),
+                           [&](const auto& other) { return other.first == member.first; });
+    };
+    kept.members.erase(std::remove_if(kept.members.begin(), kept.members.end(), isOfEffect),
+                       kept.members.end());
+    kept.extras.clear();
+    return kept;
+}
+
+KeptMembers KeptOfSkin(const Element& definition)
+{
+    return KeptOf(definition, {"id", "parent", "skin", "legacy_skin"}, [](const Element& extra) {
+        if (Text(extra, "type") != "skin_settings")
+            return Whole(extra);
+        return Without(extra,
+                       {"auto_normalize_general", "auto_normalize_local", "auto_normalize_scale",
+                        "binding_mode", "general_map_mode", "scale_mode", "blend_mode", "blend_vertex_count",
+                        "blend_weights"},
+                       true);
+    });
+}
+
+std::string RestOfChannel(const Element& channel)
+{
+    if (!channel.is_object())
+        return {};
+    const Names read{"type",      "name",           "label",
+                     "value",     "current_value",  "min",
+                     "max",       "clamped",        "display_as_percent",
+                     "visible",   "locked",         "auto_follow",
+                     "step_size", "target_channel", "enum_values"};
+    std::string rest = "{";
+    bool saysMore = false;
+    for (const auto member : Members(channel)) {
+        if (Contains(read, member.key))
+            continue;
+        saysMore = saysMore || member.key != "id";
+        rest += (rest.size() > 1 ? "," : "") + Json(std::string(member.key)).dump() + ':' +
+                simdjson::minify(member.value);
+    }
+    return saysMore ? rest + '}' : std::string();
+}
+
+std::string RestOfChannels(const Element& channels)
+{
+    if (!channels.is_array())
+        return RestOfChannel(channels);
+    std::string list;
+    for (const Element channel : Items(channels))
+        if (const std::string rest = RestOfChannel(channel); !rest.empty() && Find(channel, "id"))
+            list += (list.empty() ? "[" : ",") + rest;
+    return list.empty() ? list : list + ']';
 }
 
 std::shared_ptr<const KeptContent> KeptOfFile(const Element& root, std::vector<std::string> idle)
@@ -205,34 +307,95 @@ std::shared_ptr<const KeptContent> KeptOfFile(const Element& root, std::vector<s
 
 namespace {
 
-/// Adds the kept members of an entry to the present one of its type.
-void MergeExtra(Json& present, const Element& kept)
+Json Raw(const Element& element)
 {
-    for (const auto member : Members(kept)) {
-        const std::string name(member.key);
-        Json* const there = present.contains(name) ? &present[name] : nullptr;
-        if (!there)
-            present[name] = RawText(simdjson::minify(member.value));
-        else if (name == "channels" && there->is_array())
-            ForEachEntry(member.value, [there](const Element& entry) {
-                there->push_back(RawText(simdjson::minify(entry)));
-            });
+    return RawText(simdjson::minify(element));
+}
+
+/// What is there stays as it is.
+void MergeMembers(Json& present, const Element& kept)
+{
+    for (const auto member : Members(kept))
+        if (const std::string name(member.key); !present.contains(name))
+            present[name] = Raw(member.value);
+}
+
+std::string IdOf(const Json& object)
+{
+    return object.is_object() && object.contains("id") && object["id"].is_string()
+               ? object["id"].get<std::string>()
+               : std::string();
+}
+
+/// Things that the list does not have come behind the others.
+void MergeById(Json& present, const Element& kept)
+{
+    for (const Element item : Items(kept)) {
+        const std::string id = Text(item, "id");
+        const auto same =
+            std::find_if(present.begin(), present.end(), [&id](const Json& one) { return IdOf(one) == id; });
+        if (id.empty() || same == present.end())
+            present.push_back(Raw(item));
+        else
+            MergeMembers(*same, item);
     }
 }
 
-void AddExtra(Json& extras, std::size_t written, const std::string& text)
+void Merge(Json& present, const Element& kept)
+{
+    if (present.is_object() && kept.is_object())
+        MergeMembers(present, kept);
+    else if (present.is_array() && kept.is_array())
+        MergeById(present, kept);
+}
+
+/// An entry of a list of channels is known by the id of its channel.
+void MergeChannel(Json& present, const Element& kept)
+{
+    const auto channel = Find(kept, "channel");
+    const std::string id = channel ? Text(*channel, "id") : std::string();
+    const auto same = std::find_if(present.begin(), present.end(), [&id](const Json& one) {
+        return one.is_object() && one.contains("channel") && IdOf(one["channel"]) == id;
+    });
+    if (id.empty() || same == present.end()) {
+        present.push_back(Raw(kept));
+        return;
+    }
+    Merge((*same)["channel"], *channel);
+    MergeMembers(*same, kept);
+}
+
+/// Adds the kept members of an entry to the present one of its type.
+void MergeExtra(Json& present, const Element& kept)
+{
+    if (present.contains("channels") && present["channels"].is_array())
+        ForEach(kept, "channels", [&](const Element& entry) { MergeChannel(present["channels"], entry); });
+    MergeMembers(present, kept);
+}
+
+/// @param merged  numbers of the entries that another one has been added to
+void AddExtra(Json& extras, std::size_t written, std::set<std::size_t>& merged, const std::string& text)
 {
     simdjson::dom::parser parser;
     Element kept;
     const bool isObject = parser.parse(text).get(kept) == simdjson::SUCCESS && kept.is_object();
     const std::string type = isObject ? Text(kept, "type") : std::string();
-    for (std::size_t i = 0; i < written && !type.empty() && Find(kept, "channels"); ++i) {
+    for (std::size_t i = 0; i < written && !type.empty(); ++i) {
         Json& present = extras[i];
         const bool isSame = present.is_object() && present.contains("type") && present["type"] == Json(type);
-        if (isSame && present.contains("channels"))
+        const bool areChannels = isSame && Find(kept, "channels") && present.contains("channels");
+        if (areChannels || (isSame && merged.insert(i).second))
             return MergeExtra(present, kept);
     }
     extras.push_back(RawText(text));
+}
+
+void MergeText(Json& present, const std::string& text)
+{
+    simdjson::dom::parser parser;
+    Element kept;
+    if (parser.parse(text).get(kept) == simdjson::SUCCESS)
+        Merge(present, kept);
 }
 
 } // namespace
@@ -252,12 +415,23 @@ void AddKept(Json& object, const KeptMembers& kept)
     for (const auto& [name, text] : kept.members)
         if (!before.contains(name))
             members.emplace_back(name, RawText(text));
+        else
+            MergeText(object[name], text);
     if (kept.extras.empty())
         return;
     Json& extras = object["extra"];
     const std::size_t written = extras.size();
+    std::set<std::size_t> merged;
     for (const std::string& text : kept.extras)
-        AddExtra(extras, written, text);
+        AddExtra(extras, written, merged, text);
+}
+
+Json KeptOr(const KeptMembers& kept, const std::string& member, Json written)
+{
+    for (const auto& [name, text] : kept.members)
+        if (name == member && Json(TextMember(text, "type")) == written["type"])
+            return RawText(text);
+    return written;
 }
 
 } // namespace dson

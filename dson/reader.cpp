@@ -60,6 +60,11 @@ void GuessInheritedScales(std::vector<Node>& nodes, const std::vector<std::size_
     }
 }
 
+bool IsSkin(const Element& modifier)
+{
+    return Find(modifier, "skin") || Find(modifier, "legacy_skin");
+}
+
 void ReadLibraries(const Element& root, Document& document, ParseContext& context)
 {
     for (const Element& json : PartsOf(root, "geometry_library", context.lists))
@@ -73,7 +78,7 @@ void ReadLibraries(const Element& root, Document& document, ParseContext& contex
     }
     GuessInheritedScales(document.nodes, unsaid);
     for (const Element& json : PartsOf(root, "modifier_library", context.lists)) {
-        if (Find(json, "skin") || Find(json, "legacy_skin"))
+        if (IsSkin(json))
             document.skins.push_back(ParseSkin(json, document.geometries, context));
         else
             document.modifiers.push_back(ParseModifier(json, context));
@@ -161,6 +166,18 @@ void KeepDefinitions(const Element& root, Document& document)
     std::size_t node = 0;
     for (const Element& json : PartsOf(root, "node_library", alreadyTold))
         document.nodes[node++].kept = KeptOfNode(json);
+    std::size_t geometry = 0;
+    for (const Element& json : PartsOf(root, "geometry_library", alreadyTold))
+        document.geometries[geometry++].kept = KeptOfGeometryDefinition(json);
+    std::size_t skin = 0, modifier = 0;
+    for (const Element& json : PartsOf(root, "modifier_library", alreadyTold)) {
+        if (IsSkin(json)) {
+            document.skins[skin++].kept = KeptOfSkin(json);
+            continue;
+        }
+        Modifier& parsed = document.modifiers[modifier++];
+        parsed.kept = KeptOfModifierDefinition(json, parsed);
+    }
 }
 
 void ReadAnimations(const Element& scene, bool isKept, Document& document, ParseContext& context,

@@ -151,7 +151,9 @@ void WriteScene(const SceneAsset& scene, const std::filesystem::path& file, cons
     AddList(json, "uv_set_library", scene.kept.uvSets, EmitPart);
     AddList(json, "node_library", scene.nodes, EmitNode);
     AddList(json, "modifier_library", scene.skins, [](const SkinDefinition& skin) {
-        return EmitSkin(skin.binding, skin.node, skin.geometry, skin.selectionMap);
+        Json emitted = EmitSkin(skin.binding, skin.node, skin.geometry, skin.selectionMap);
+        AddKept(emitted, skin.kept);
+        return emitted;
     });
     AddList(json, "modifier_library", scene.modifiers, EmitModifier);
     AddList(json, "image_library", scene.kept.images, EmitPart);

@@ -19,6 +19,7 @@ gantrel_add_tests(host_content_tests
         content_hostile_test.cpp
         content_index_test.cpp
         content_influence_test.cpp
+        content_keep_definitions_test.cpp
         content_keep_test.cpp
         content_keep_odd_test.cpp
         content_odd_mesh_test.cpp

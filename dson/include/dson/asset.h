@@ -98,6 +98,7 @@ struct Geometry {
     std::vector<geometry::Crease> creases;
     int subdivisionLevel = 1; ///< default of the view level
     geometry::Graft graft;    ///< empty for most; not checked against either mesh
+    KeptMembers kept;         ///< in a scene with nodes
 };
 
 /// Which part of a D-Former a node is.
@@ -220,6 +221,7 @@ struct Modifier {
     std::string group = "/"; ///< property path
     std::vector<Formula> formulas;
     std::optional<MorphData> morph;
+    KeptMembers kept; ///< in a scene with nodes; without what is part of the effect
 };
 /// A dial of range 0..1, clamped, shown in percent. The label defaults to the name.
 Modifier MakeMorph(const std::string& name, const std::string& group);

@@ -12,7 +12,8 @@
 
 namespace dson {
 
-/// Members of an object that nothing here understands, in the file's order: JSON text.
+/// Members of an object that nothing here understands, in the file's order: JSON text. Those that are
+/// understood are there with what their own members hold beyond that, if anything, and with ids.
 struct KeptMembers {
     std::vector<std::pair<std::string, std::string>> members; ///< by name, none of them `extra`
     std::vector<std::string> extras;                          ///< entries of `extra`
@@ -47,7 +48,14 @@ std::set<std::string> ReferencesIn(const std::string& json);
 /// @param ids  new ones by old ones
 std::string WithReferences(const std::string& json, const std::map<std::string, std::string>& ids);
 
-/// Takes the channels that are known out of the entries of `extra`, and the entries that hold nothing else.
+/// What a channel, or each of a list of channels, holds beyond what is read of it, with its id; empty for
+/// nothing.
+std::string RestOfChannels(const std::string& json);
+/// A list of channels, each with what the one of its id in the other list has besides.
+std::string WithChannels(const std::string& channels, const std::string& others);
+
+/// Takes the channels that are known out of the entries of `extra`, but for what they hold beyond that, and
+/// the entries that hold nothing else.
 void DropChannels(KeptMembers& kept, const std::function<bool(const std::string& id)>& isKnown);
 
 } // namespace dson

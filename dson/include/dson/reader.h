@@ -77,6 +77,7 @@ struct SkinDefinition {
     SkinBinding binding;
     std::string node, geometry;                                    ///< ids
     std::vector<std::pair<std::string, std::string>> selectionMap; ///< face groups and the nodes they select
+    KeptMembers kept;                                              ///< in a scene with nodes
 };
 
 /// A file's content, as far as figures and their shapes need it.

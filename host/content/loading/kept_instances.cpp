@@ -11,6 +11,8 @@
 #include "dznumericproperty.h"
 #include "dzobject.h"
 #include "figure/file_effect.h"
+#include "load_report.h"
+#include "openhost/diagnostics.h"
 
 #include <algorithm>
 
@@ -24,6 +26,44 @@ bool HasClass(const std::string& type)
 {
     static const std::set<std::string> types{"node", "figure", "legacy_figure", "bone", "camera"};
     return types.count(type) > 0;
+}
+
+/// Of that id; null for none, and where the URL is another file's.
+template <class Definition, class IdOf>
+const Definition* FindDefinition(const std::vector<Definition>& all, const std::string& url, IdOf idOf)
+{
+    const dson::Uri uri = dson::ParseUri(url);
+    const auto found = std::find_if(all.begin(), all.end(),
+                                    [&](const Definition& definition) { return idOf(definition) == uri.id; });
+    return uri.path.empty() && found != all.end() ? &*found : nullptr;
+}
+
+const std::string& IdOfSkin(const dson::SkinDefinition& skin)
+{
+    return skin.binding.id;
+}
+
+template <class Definition>
+const std::string& IdOf(const Definition& definition)
+{
+    return definition.id;
+}
+
+const dson::Geometry* GeometryOf(const dson::NodeInstance& instance, const dson::Document& document)
+{
+    return instance.geometries.empty()
+               ? nullptr
+               : FindDefinition(document.geometries, instance.geometries.front().url, IdOf<dson::Geometry>);
+}
+
+/// What the definition of a modifier or a skin says; null for one of another file.
+const dson::KeptMembers* KeptOfDefinition(const dson::ModifierInstance& instance,
+                                          const dson::Document& document)
+{
+    if (const auto* const skin = FindDefinition(document.skins, instance.url, IdOfSkin))
+        return &skin->kept;
+    const auto* const modifier = FindDefinition(document.modifiers, instance.url, IdOf<dson::Modifier>);
+    return modifier ? &modifier->kept : nullptr;
 }
 
 /// Channels that are dials of the element have been set.
@@ -57,16 +97,12 @@ void KeptInstances::note(const std::string& id)
 
 const dson::Node* KeptInstances::definitionOf(const dson::NodeInstance& instance) const
 {
-    const dson::Uri url = dson::ParseUri(instance.url);
-    const std::vector<dson::Node>& nodes = _document.nodes;
-    const auto found = std::find_if(nodes.begin(), nodes.end(),
-                                    [&url](const dson::Node& node) { return node.id == url.id; });
-    return url.path.empty() && found != nodes.end() ? &*found : nullptr;
+    return FindDefinition(_document.nodes, instance.url, IdOf<dson::Node>);
 }
 
 KeptNode KeptInstances::keptOf(const dson::NodeInstance& instance, const DzNode& node) const
 {
-    KeptNode kept{_load, instance.id, instance.kept, {}, {}, {}, {}};
+    KeptNode kept{_load, instance.id, instance.kept, {}, {}, {}, {}, {}, 0};
     DropSet(kept.members, &node);
     for (const dson::GeometryInstance& geometry : instance.geometries)
         kept.geometryIds.push_back(geometry.id);
@@ -80,12 +116,18 @@ KeptNode KeptInstances::keptOf(const dson::NodeInstance& instance, const DzNode&
             kept.definitionType = definition->type;
         kept.definition = definition->kept;
     }
+    if (const dson::Geometry* const definition = GeometryOf(instance, _document)) {
+        kept.geometryDefinition = definition->kept;
+        kept.vertexCount = definition->mesh.vertexCount();
+    }
     return kept;
 }
 
 KeptModifier KeptInstances::keptOf(const dson::ModifierInstance& instance, const QObject& owner) const
 {
-    KeptModifier kept{_load, instance.id, instance.kept};
+    KeptModifier kept{_load, instance.id, instance.kept, {}};
+    if (const dson::KeptMembers* const ofDefinition = KeptOfDefinition(instance, _document))
+        kept.definition = *ofDefinition;
     const auto* const modifier = qobject_cast<const DzModifier*>(&owner);
     if (const FileEffect* const effect = modifier ? FileEffect::of(*modifier) : nullptr)
         dson::DropChannels(kept.members,
@@ -93,8 +135,39 @@ KeptModifier KeptInstances::keptOf(const dson::ModifierInstance& instance, const
     return kept;
 }
 
+/// Nothing in the scene stands for a definition that no instance names.
+void KeptInstances::tellUnclaimed() const
+{
+    std::set<const dson::KeptMembers*> claimed;
+    for (const auto& [instance, node] : _nodes)
+        if (const dson::Geometry* const geometry = GeometryOf(*instance, _document); geometry && node)
+            claimed.insert(&geometry->kept);
+    for (const auto& [instance, owner] : _modifiers)
+        if (owner)
+            claimed.insert(KeptOfDefinition(*instance, _document));
+    std::vector<std::string> lost;
+    const auto look = [&](const std::string& id, const dson::KeptMembers& kept) {
+        if (!kept.empty() && claimed.count(&kept) == 0)
+            lost.push_back(id);
+    };
+    for (const dson::Geometry& geometry : _document.geometries)
+        look(geometry.id, geometry.kept);
+    for (const dson::SkinDefinition& skin : _document.skins)
+        look(skin.binding.id, skin.kept);
+    for (const dson::Modifier& modifier : _document.modifiers)
+        look(modifier.id, modifier.kept);
+    if (!lost.empty())
+        Report({base::Severity::Warning,
+                _document.file.string(),
+                {},
+                dson::Counted(lost.size(), "definition that no instance in the scene names says",
+                              "definitions that no instances in the scene name say") +
+                    " more than is read, which saving will leave out" + Examples(lost)});
+}
+
 void KeptInstances::handOver() const
 {
+    tellUnclaimed();
     // A part that stays may refer to any other, so it is all or none.
     bool isNeeded = _load->content || !_load->animations.empty() || !_load->modifiers.empty();
     std::vector<std::pair<DzNode*, KeptNode>> nodes;
@@ -109,7 +182,7 @@ void KeptInstances::handOver() const
         if (!owner)
             continue;
         modifiers.emplace_back(owner, keptOf(*instance, *owner));
-        isNeeded = isNeeded || !modifiers.back().second.members.empty();
+        isNeeded = isNeeded || modifiers.back().second.saysAnything();
     }
     if (!isNeeded)
         return;

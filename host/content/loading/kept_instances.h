@@ -31,6 +31,7 @@ public:
     /// @param figure    that is meant where the entry speaks of the selection
     void enter(const dson::AnimatedValue& entry, DzNumericProperty* property, DzNode& figure);
     /// Gives all of them what is theirs; nothing where the file says nothing beyond what has been set.
+    /// Tells what of definitions nothing has.
     void handOver() const;
 
     /// "3 materials, 1 UV set"; empty for none.
@@ -41,6 +42,7 @@ private:
     const dson::Node* definitionOf(const dson::NodeInstance& instance) const; ///< null for another file's
     KeptNode keptOf(const dson::NodeInstance& instance, const DzNode& node) const;
     KeptModifier keptOf(const dson::ModifierInstance& instance, const QObject& owner) const;
+    void tellUnclaimed() const;
 
     const dson::Document& _document;
     std::shared_ptr<KeptLoad> _load;

@@ -72,25 +72,36 @@ std::string PresentVector(const DzNode& node, const std::string& member)
     return text + "]";
 }
 
-/// What the file has said of the node's axes is said again, as it is now; a definition says it anyway.
+bool IsRigVector(const std::string& member)
+{
+    return member == "center_point" || member == "end_point" || member == "orientation";
+}
+
+/// What an instance says of the node's axes, as it is now; empty where its definition in the file says it.
+std::string PresentMember(const std::string& name, const std::string& text, const DzNode& node, bool isWhole)
+{
+    const bool isVector = IsRigVector(name);
+    if (isVector && isWhole)
+        return dson::RestOfChannels(text);
+    if (isVector)
+        return dson::WithChannels(PresentVector(node, name), text);
+    if (name != "rotation_order" && name != "inherits_scale")
+        return text;
+    if (isWhole)
+        return {};
+    return name == "rotation_order" ? '"' + node.getRotationOrder().toString().toStdString() + '"'
+           : node.inheritsScale()   ? "true"
+                                    : "false";
+}
+
+/// What the file has said of the node's axes is said again, as it is now.
 dson::KeptMembers WithPresent(const dson::KeptMembers& kept, const DzNode& node, bool isWhole)
 {
     dson::KeptMembers now;
     now.extras = kept.extras;
-    for (const auto& [name, text] : kept.members) {
-        const bool isVector = name == "center_point" || name == "end_point" || name == "orientation";
-        const bool isSetting = isVector || name == "rotation_order" || name == "inherits_scale";
-        if (isSetting && isWhole)
-            continue;
-        if (isVector)
-            now.members.emplace_back(name, PresentVector(node, name));
-        else if (name == "rotation_order")
-            now.members.emplace_back(name, '"' + node.getRotationOrder().toString().toStdString() + '"');
-        else if (isSetting)
-            now.members.emplace_back(name, node.inheritsScale() ? "true" : "false");
-        else
-            now.members.emplace_back(name, text);
-    }
+    for (const auto& [name, text] : kept.members)
+        if (std::string present = PresentMember(name, text, node, isWhole); !present.empty())
+            now.members.emplace_back(name, std::move(present));
     return now;
 }
 
@@ -140,6 +151,34 @@ void KeptExport::enterDefinition(const DzNode& node, std::size_t index)
         return;
     AddTexts(kept->definition, sourceOf(kept->load).texts);
     _definitions.push_back({&node, kept, index, true});
+}
+
+void KeptExport::enterGeometryDefinition(const DzNode& node, std::size_t index)
+{
+    const KeptNode* const kept = KeptOfNode(node);
+    if (!kept || kept->geometryDefinition.empty())
+        return;
+    AddTexts(kept->geometryDefinition, sourceOf(kept->load).texts);
+    _geometryDefinitions.push_back({&node, kept, index, true});
+}
+
+void KeptExport::enterDefinition(const QObject& owner, std::size_t index, std::vector<OfModifier>& all)
+{
+    const KeptModifier* const kept = KeptOfModifier(owner);
+    if (!kept)
+        return;
+    AddTexts(kept->definition, sourceOf(kept->load).texts);
+    all.push_back({kept, index});
+}
+
+void KeptExport::enterModifierDefinition(const QObject& owner, std::size_t index)
+{
+    enterDefinition(owner, index, _modifierDefinitions);
+}
+
+void KeptExport::enterSkinDefinition(const QObject& owner, std::size_t index)
+{
+    enterDefinition(owner, index, _skinDefinitions);
 }
 
 void KeptExport::enterGeometry(const DzNode& node, const std::string& id)
@@ -374,6 +413,13 @@ void KeptExport::addToElements(dson::SceneAsset& asset)
         if (instance.geometry)
             instance.geometry->kept = rewritten(node.kept->geometry, source);
     }
+    for (const OfModifier& modifier : _modifiers)
+        asset.sceneModifiers[modifier.index].kept =
+            rewritten(modifier.kept->members, sourceOf(modifier.kept->load));
+}
+
+void KeptExport::addToDefinitions(dson::SceneAsset& asset)
+{
     for (const OfNode& node : _definitions) {
         dson::Node& definition = asset.nodes[node.index];
         definition.kept = rewritten(node.kept->definition, sourceOf(node.kept->load));
@@ -381,9 +427,19 @@ void KeptExport::addToElements(dson::SceneAsset& asset)
         if (definition.type == "node" && !node.kept->definitionType.empty())
             definition.type = node.kept->definitionType;
     }
-    for (const OfModifier& modifier : _modifiers)
-        asset.sceneModifiers[modifier.index].kept =
-            rewritten(modifier.kept->members, sourceOf(modifier.kept->load));
+    for (const OfNode& node : _geometryDefinitions) {
+        dson::Geometry& definition = asset.geometries[node.index];
+        // Whatever it says may be about vertices by their numbers.
+        if (definition.mesh.vertexCount() == node.kept->vertexCount)
+            definition.kept = rewritten(node.kept->geometryDefinition, sourceOf(node.kept->load));
+        else
+            ++_remade;
+    }
+    for (const OfModifier& modifier : _modifierDefinitions)
+        asset.modifiers[modifier.index].kept =
+            rewritten(modifier.kept->definition, sourceOf(modifier.kept->load));
+    for (const OfModifier& skin : _skinDefinitions)
+        asset.skins[skin.index].kept = rewritten(skin.kept->definition, sourceOf(skin.kept->load));
 }
 
 void KeptExport::addTo(dson::SceneAsset& asset)
@@ -403,6 +459,7 @@ void KeptExport::addTo(dson::SceneAsset& asset)
         addMissing(source, asset);
     }
     addToElements(asset);
+    addToDefinitions(asset);
     report();
 }
 
@@ -417,6 +474,8 @@ void KeptExport::report() const
          "had an id that something else has and got another one");
     tell(base::Severity::Warning, _differing, "setting", "settings",
          "of loaded files differ; each is kept as the first of the files has it");
+    tell(base::Severity::Warning, _remade, "geometry has", "geometries have",
+         "been given another mesh; what else its file said of the old one is left out");
     tell(base::Severity::Warning, _stopped, "animation", "animations",
          "of values that have been changed since loading cannot be kept; the present values are");
 }

@@ -33,6 +33,10 @@ public:
     void enterNode(const DzNode& node, std::size_t index, const std::string& id, bool isWhole);
     /// @param index  of the definition in the file
     void enterDefinition(const DzNode& node, std::size_t index);
+    void enterGeometryDefinition(const DzNode& node, std::size_t index);
+    /// @param owner  what the scene has of the modifier or the skin
+    void enterModifierDefinition(const QObject& owner, std::size_t index);
+    void enterSkinDefinition(const QObject& owner, std::size_t index);
     void enterGeometry(const DzNode& node, const std::string& id);
     /// @param index  of the modifier in the file's scene
     void enterModifier(const QObject& owner, std::size_t index, const std::string& id);
@@ -60,6 +64,17 @@ private:
         std::vector<Animation> animations;
     };
 
+    struct OfNode {
+        const DzNode* node;
+        const KeptNode* kept;
+        std::size_t index;
+        bool isWhole;
+    };
+    struct OfModifier {
+        const KeptModifier* kept;
+        std::size_t index;
+    };
+
     Source& sourceOf(const std::shared_ptr<const KeptLoad>& load);
     bool isOfFile(const Source& source) const;
     bool isWritten(const Source& source, const std::string& owner) const;
@@ -82,29 +97,22 @@ private:
     dson::KeptMembers rewritten(const dson::KeptMembers& kept, const Source& source) const;
     void addMissing(const Source& source, dson::SceneAsset& asset);
     void addToElements(dson::SceneAsset& asset);
+    void addToDefinitions(dson::SceneAsset& asset);
+    void enterDefinition(const QObject& owner, std::size_t index, std::vector<OfModifier>& all);
     void report() const;
 
     FileIds& _ids;
     std::string _type;
     std::vector<Source> _sources;
     std::map<const KeptLoad*, std::size_t> _bySource;
-    struct OfNode {
-        const DzNode* node;
-        const KeptNode* kept;
-        std::size_t index;
-        bool isWhole;
-    };
-    struct OfModifier {
-        const KeptModifier* kept;
-        std::size_t index;
-    };
     std::vector<OfNode> _nodes;
     std::map<const DzNode*, std::string> _nodeIds;
     std::vector<OfModifier> _modifiers;
-    std::vector<OfNode> _definitions;
+    std::vector<OfNode> _definitions, _geometryDefinitions;
+    std::vector<OfModifier> _modifierDefinitions, _skinDefinitions;
     std::set<std::string> _ownUvSets;          ///< ids that the file's geometries have given to theirs
     std::map<std::string, std::string> _parts; ///< new ids by kind, id and text
-    std::size_t _renamed = 0, _differing = 0, _stopped = 0;
+    std::size_t _renamed = 0, _differing = 0, _stopped = 0, _remade = 0;
 };
 
 } // namespace openhost

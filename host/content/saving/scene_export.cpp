@@ -247,8 +247,10 @@ private:
         const UnitIds& ids = _unitIds[u];
         std::vector<dson::Node> nodes;
         if (unit.isDescribedWhole()) {
-            if (auto geometry = DescribeGeometry(unit, ids.geometry))
+            if (auto geometry = DescribeGeometry(unit, ids.geometry)) {
+                _kept.enterGeometryDefinition(*unit.root, _asset.geometries.size());
                 _asset.geometries.push_back(std::move(*geometry));
+            }
             nodes = DescribeUnitNodes(unit, ids);
         }
         describeSkin(u);
@@ -277,8 +279,10 @@ private:
         const DzSkinBinding* const skin = SkinOf(unit);
         if (!skin)
             return;
-        if (unit.isDescribedWhole())
+        if (unit.isDescribedWhole()) {
+            _kept.enterSkinDefinition(*skin, _asset.skins.size());
             _asset.skins.push_back(DescribeSkin(unit, _unitIds[u]));
+        }
         const std::string id = unit.isDescribedWhole() ? _unitIds[u].skin : skin->getName().toStdString();
         addModifier(
             {_ids.take(id + "-1"), dson::MakeUri(unit.path, id), modifierParent(unit), {}, {}, {}, {}}, skin);
@@ -336,6 +340,7 @@ private:
             modifier.channel.type = "alias";
             modifier.channel.targetChannel = nameIn(u, *target);
         }
+        _kept.enterModifierDefinition(*dial.property, _asset.modifiers.size());
         _asset.modifiers.push_back(std::move(modifier));
         dson::SceneModifier instance{_ids.take(id), Reference(id), modifierParent(unit), {}, {}, {}, {}};
         instance.channel = DescribeChange(*dial.property, "value");
@@ -357,6 +362,7 @@ private:
                 const std::string id = _ids.take(modifier->getName().toStdString());
                 const std::string parent =
                     unit.isDescribedWhole() ? Reference(_unitIds[u].geometry) : nodeUrl(u, *unit.root);
+                _kept.enterModifierDefinition(*modifier, _asset.modifiers.size());
                 _asset.modifiers.push_back(DescribeEffect(*modifier, id, parent));
                 instance.url = Reference(id);
             } else {

@@ -47,10 +47,13 @@ struct KeptNode {
     std::string
         definitionType; ///< where the file defines the node as of a kind that has no class, such as "light"
     dson::KeptMembers definition;
+    dson::KeptMembers geometryDefinition; ///< of its first geometry, where the same file defines that
+    std::size_t vertexCount = 0;          ///< which that has there
 
     bool saysAnything() const
     {
-        return !definitionType.empty() || !members.empty() || !geometry.empty() || !definition.empty();
+        return !definitionType.empty() || !members.empty() || !geometry.empty() || !definition.empty() ||
+               !geometryDefinition.empty();
     }
 };
 
@@ -59,6 +62,9 @@ struct KeptModifier {
     std::shared_ptr<const KeptLoad> load;
     std::string id;
     dson::KeptMembers members;
+    dson::KeptMembers definition; ///< where the same file defines it
+
+    bool saysAnything() const { return !members.empty() || !definition.empty(); }
 };
 
 /// Of a skin's part for one bone.
