@@ -28,6 +28,7 @@ std::string Encode(std::string_view text, bool keepSlash)
 {
     static const char* const digits = "0123456789ABCDEF";
     std::string result;
+    result.reserve(text.size() + 12); // a few characters, or none, take three places
     for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
         const bool plain = (byte < 0x80 && std::isalnum(byte)) || c == '-' || c == '_' || c == '.' ||

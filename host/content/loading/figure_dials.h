@@ -37,6 +37,8 @@ public:
     /// A name in place of one that is taken.
     std::string freeName(const dson::Modifier& modifier) const;
 
+    /// Makes room for that many more.
+    void expectMorphs(std::size_t count) { _morphNames.reserve(_morphNames.size() + count); }
     /// Sets up the dial of a morph that the figure has already.
     /// @param file      the file that defines it
     /// @param filePath  its decoded path

@@ -40,7 +40,8 @@ void ForEachAddress(Modifier& modifier, const Visit& visit)
 /// Files may be read again while a figure is put together, so the address says nothing.
 std::string PlaceOf(const dson::Modifier& modifier, const dson::Document& file)
 {
-    return file.file.string() + '#' + std::to_string(&modifier - file.modifiers.data());
+    const auto number = &modifier - file.modifiers.data();
+    return number == 0 ? file.file.native() : file.file.native() + '\n' + std::to_string(number);
 }
 
 bool IsAlias(const dson::Modifier& modifier)
@@ -74,6 +75,8 @@ void FigureModifiers::addThoseOnDisk(AssetLibrary& library)
     if (!duplicates.empty())
         _figure.warn(dson::Counted(duplicates.size(), "morph file is", "morph files are") +
                      " in more than one content library; the first is used");
+    _added.reserve(_added.size() + files.size());
+    _dials.expectMorphs(files.size());
     auto documents = library.readAll(files);
     std::string folder, relativeFolder;
     for (std::size_t i = 0; i < files.size(); ++i) {
@@ -98,15 +101,15 @@ void FigureModifiers::addIfOurs(const dson::Modifier& modifier,
     const dson::Uri parent = dson::ParseUri(modifier.parent);
     if (_figure.isOfSharedFigure(parent.path))
         _nodes.addId(parent.id, _nodes.root()); // formulas call the root as its own figure does
-    if (isOurs(modifier, *file))
+    if (isOurs(modifier, parent, *file))
         add(modifier, file, path);
     else if (file != _figure.definition() && _added.insert(PlaceOf(modifier, *file)).second)
         _forOtherFigures.add(file->file.string());
 }
 
-bool FigureModifiers::isOurs(const dson::Modifier& modifier, const dson::Document& file) const
+bool FigureModifiers::isOurs(const dson::Modifier& modifier, const dson::Uri& parent,
+                             const dson::Document& file) const
 {
-    const dson::Uri parent = dson::ParseUri(modifier.parent);
     const bool isPart = parent.id == _mesh.geometryId() || _nodes.find(parent.id);
     // Presets may lie anywhere, so one that is named as a parent says nothing.
     const bool namesFile = !parent.path.empty() && !IsPresetFile(parent.path);

@@ -67,7 +67,8 @@ private:
 
     void addIfOurs(const dson::Modifier& modifier, const std::shared_ptr<const dson::Document>& file,
                    const std::string& path);
-    bool isOurs(const dson::Modifier& modifier, const dson::Document& file) const;
+    /// @param parent  of the modifier, taken apart
+    bool isOurs(const dson::Modifier& modifier, const dson::Uri& parent, const dson::Document& file) const;
     bool isDefined(const dson::Modifier& modifier, const std::string& path) const;
     /// The file, its own path in what its formulas say of the modifier without saying which one they mean.
     std::shared_ptr<const dson::Document> unmistaken(const dson::Modifier& modifier, bool isTaken,

@@ -83,8 +83,14 @@ PendingFormulas::connect(const PropertyResolver& resolve,
                          const std::function<void(const dson::Formula&)>& tellHomeless)
 {
     LeftOut leftOut;
+    const dson::Document* owner = nullptr;
+    bool isFromDataFile = false;
     for (const Pending& pending : _formulas) {
-        const bool isFromDataFile = IsDataFile(pending.owner->file.string());
+        // Those of a file wait one behind the other.
+        if (pending.owner.get() != owner) {
+            owner = pending.owner.get();
+            isFromDataFile = IsDataFile(owner->file.native());
+        }
         const LinkResult result = MakeLink(*pending.formula, resolve, isFromDataFile);
         if (result == LinkResult::MissingProperty)
             leftOut.missing.push_back(MissingIn(*pending.formula, resolve));
