@@ -246,6 +246,33 @@ KeptMembers KeptOfSkin(const Element& definition)
     });
 }
 
+std::size_t CountUnkept(const Element& owner)
+{
+    std::size_t count = 0;
+    const auto look = [&count](const Element& part, Names read) {
+        if (part.is_object() && !Without(part, read, true).empty())
+            ++count;
+    };
+    ForEach(owner, "formulas", [&](const Element& formula) {
+        look(formula, {"output", "stage", "operations"});
+        ForEach(formula, "operations", [&](const Element& operation) {
+            look(operation, {"op", "url", "val"});
+        });
+    });
+    for (const char* const member : {"skin", "legacy_skin"})
+        if (const auto skin = Find(owner, member))
+            ForEach(*skin, "joints", [&](const Element& joint) {
+                look(joint,
+                     {"id", "node", "node_weights", "scale_weights", "local_weights", "bulge_weights"});
+                if (const auto weights = Find(joint, "node_weights"))
+                    look(*weights, listMembers);
+            });
+    const auto morph = Find(owner, "morph");
+    if (const auto deltas = morph ? Find(*morph, "deltas") : std::nullopt)
+        look(*deltas, listMembers);
+    return count;
+}
+
 std::string RestOfChannel(const Element& channel)
 {
     if (!channel.is_object())

@@ -25,6 +25,10 @@ KeptMembers KeptOfGeometry(const Element& instance);
 /// Of a skin.
 KeptMembers KeptOfJoint(const Element& joint);
 KeptMembers KeptOfModifier(const Element& instance);
+/// How many formulas, joints and lists of deltas of a definition or an instance hold more than is read, for
+/// which there is no place.
+std::size_t CountUnkept(const Element& owner);
+
 /// What a channel holds beyond what is read of it, with its id; empty for nothing.
 std::string RestOfChannel(const Element& channel);
 /// Likewise for an array of channels, and for one.

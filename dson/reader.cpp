@@ -180,6 +180,23 @@ void KeepDefinitions(const Element& root, Document& document)
     }
 }
 
+void TellUnkept(const Element& root, const Element& scene, ParseContext& context)
+{
+    const ReadingTally unheard;
+    OddLists alreadyTold;
+    std::size_t count = 0;
+    for (const char* const library : {"node_library", "modifier_library"})
+        for (const Element& json : PartsOf(root, library, alreadyTold))
+            count += CountUnkept(json);
+    for (const char* const list : {"nodes", "modifiers"})
+        for (const Element& json : PartsOf(scene, list, alreadyTold))
+            count += CountUnkept(json);
+    if (count > 0)
+        context.warn({}, fmt::format("{} more than is read, which saving will leave out",
+                                     Counted(count, "formula, joint or list of deltas holds",
+                                             "formulas, joints or lists of deltas hold")));
+}
+
 void ReadAnimations(const Element& scene, bool isKept, Document& document, ParseContext& context,
                     std::vector<std::string>& idle)
 {
@@ -222,6 +239,7 @@ void ReadScene(const Element& root, const Element& scene, Document& document, Pa
         return;
     }
     KeepDefinitions(root, document);
+    TellUnkept(root, scene, context);
     document.kept = KeptOfFile(root, std::move(idle));
 }
 

@@ -182,6 +182,19 @@ TEST_F(KeptDefinitions, that_no_instance_names_are_told_to_be_left_out)
         << log().toStdString();
 }
 
+TEST_F(KeptDefinitions, that_have_no_place_are_told_to_be_left_out)
+{
+    withCloth("", modifier("Puff", R"(, "channel": {"id": "value", "type": "float"},
+            "morph": {"vertex_count": 4, "deltas": {"count": 1, "values": [[2, 0, 0, 1]], "unit": "cm"}},
+            "formulas": [{"output": "Cloth:#Cloth?rotation/x", "note": "n", "operations": [
+                {"op": "push", "url": "Cloth:#Puff?value"}, {"op": "push", "val": 2, "note": "m"}, {"op": "mult"}]}])"),
+              instance("Puff"));
+    EXPECT_TRUE(
+        logged("3 formulas, joints or lists of deltas hold more than is read, which saving will leave "
+               "out"))
+        << log().toStdString();
+}
+
 TEST_F(KeptDefinitions, of_nodes_have_channels_with_all_that_they_hold)
 {
     const ordered_json file = withCloth("", "", "", R"(, "presentation": {"type": "Prop", "tip": 1},
