@@ -77,6 +77,14 @@ AssetInfo ParseAssetInfo(const Element& json)
     return info;
 }
 
+bool RepeatsNode(const Element& node)
+{
+    bool repeats = false;
+    ForEach(node, "extra",
+            [&repeats](const Element& extra) { repeats |= Text(extra, "type") == "studio/node/instance"; });
+    return repeats;
+}
+
 Node ParseNode(const Element& json, ParseContext& context)
 {
     const std::string id = Text(json, "id");
@@ -97,6 +105,7 @@ Node ParseNode(const Element& json, ParseContext& context)
         node.presentationType = Text(*presentation, "type");
     node.formulas = ParseFormulas(json, context);
     node.dform = ParseDFormPart(json, context);
+    node.repeatsNode = RepeatsNode(json);
     return node;
 }
 

@@ -67,8 +67,25 @@ void ReadExtraChannels(const Element& owner, ChannelValues& values)
     });
 }
 
-/// In the order of the setting "SubDEdgeInterpolateLevel".
-constexpr const char* edgeInterpolationModes[] = {"no_interpolation", "edges_and_corners", "edges_only"};
+/// What is no way to treat borders stays for those who may know it.
+void ReadSubdivision(const Element& json, GeometryInstance& geometry, ParseContext& context)
+{
+    constexpr const char* member = "edge_interpolation_mode";
+    const auto numberOf = [&geometry](const char* channel) {
+        const auto found = geometry.channels.find(channel);
+        return found == geometry.channels.end() ? std::nullopt : std::optional<double>(found->second);
+    };
+    if (const auto mode = Find(json, member)) {
+        geometry.edgeInterpolation = EdgeInterpolationMode(*mode, geometry.id, context);
+        if (geometry.edgeInterpolation.empty())
+            geometry.kept.members.emplace_back(member, simdjson::minify(*mode));
+    }
+    // The setting in the dialog is what the figure's maker and user change; the member only repeats it.
+    if (const auto setting = numberOf("SubDEdgeInterpolateLevel"))
+        if (const std::string mode = EdgeInterpolationMode(*setting, geometry.id, context); !mode.empty())
+            geometry.edgeInterpolation = mode;
+    TellAlgorithm(numberOf("SubDAlgorithmControl"), geometry.id, context);
+}
 
 GeometryInstance ParseGeometryInstance(const Element& json, ParseContext& context)
 {
@@ -79,14 +96,9 @@ GeometryInstance ParseGeometryInstance(const Element& json, ParseContext& contex
     geometry.label = Text(json, "label");
     if (const auto level = Number(json, "current_subdivision_level"))
         geometry.subdivisionLevel = SubdivisionLevel(*level, geometry.id, context);
-    geometry.edgeInterpolation = Text(json, "edge_interpolation_mode");
     ReadExtraChannels(json, geometry.channels);
-    // The setting in the dialog is what the figure's maker and user change; the member only repeats it.
-    const auto setting = geometry.channels.find("SubDEdgeInterpolateLevel");
-    for (int i = 0; i < 3 && setting != geometry.channels.end(); ++i)
-        if (setting->second == i)
-            geometry.edgeInterpolation = edgeInterpolationModes[i];
     geometry.kept = KeptOfGeometry(json);
+    ReadSubdivision(json, geometry, context);
     return geometry;
 }
 
@@ -145,12 +157,16 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
         ReadInstanceChannel(*general, "general_scale", instance);
     ReadExtraChannels(json, instance.properties);
     ReadFavorites(json, instance.favorites);
-    for (const Element& item : PartsOf(json, "geometries", context.lists)) {
+    const std::vector<Element> geometries = PartsOf(json, "geometries", context.lists);
+    for (const Element& item : geometries) {
         instance.geometries.push_back(ParseGeometryInstance(item, context));
+        if (geometries.size() > 1)
+            instance.geometries.back().text = simdjson::minify(item);
         ReadFavorites(item, instance.favorites);
     }
     instance.formulas = ParseFormulas(json, context);
     instance.dform = ParseDFormPart(json, context);
+    instance.repeatsNode = RepeatsNode(json);
     instance.kept = KeptOfNodeInstance(json);
     return instance;
 }

@@ -4,6 +4,7 @@
 #include "kept_parts.h"
 
 #include "dson/reader.h"
+#include "dson/uri.h"
 #include "parts.h"
 
 #include <algorithm>
@@ -262,8 +263,6 @@ std::size_t CountUnkept(const Element& owner)
     for (const char* const member : {"skin", "legacy_skin"})
         if (const auto skin = Find(owner, member))
             ForEach(*skin, "joints", [&](const Element& joint) {
-                look(joint,
-                     {"id", "node", "node_weights", "scale_weights", "local_weights", "bulge_weights"});
                 if (const auto weights = Find(joint, "node_weights"))
                     look(*weights, listMembers);
             });
@@ -305,6 +304,35 @@ std::string RestOfChannels(const Element& channels)
     return list.empty() ? list : list + ']';
 }
 
+namespace {
+
+/// Ids of this file's definitions that are no node's first geometry alone.
+std::set<std::string> FurtherGeometries(const Element& scene)
+{
+    std::set<std::string> ids;
+    ForEach(scene, "nodes", [&ids](const Element& node) {
+        bool isFirst = true;
+        ForEach(node, "geometries", [&](const Element& geometry) {
+            const Uri url = ParseUri(Text(geometry, "url"));
+            if (!std::exchange(isFirst, false) && url.path.empty() && !url.id.empty())
+                ids.insert(url.id);
+        });
+    });
+    return ids;
+}
+
+std::vector<KeptPart> PartsOfIds(const Element& root, std::string_view name, const std::set<std::string>& ids)
+{
+    std::vector<KeptPart> parts;
+    ForEach(root, name, [&](const Element& part) {
+        if (const std::string id = Text(part, "id"); ids.count(id) > 0)
+            parts.push_back({id, simdjson::minify(part)});
+    });
+    return parts;
+}
+
+} // namespace
+
 std::shared_ptr<const KeptContent> KeptOfFile(const Element& root, std::vector<std::string> idle)
 {
     auto kept = std::make_shared<KeptContent>();
@@ -323,11 +351,12 @@ std::shared_ptr<const KeptContent> KeptOfFile(const Element& root, std::vector<s
     bool moves = false;
     if (const auto scene = Find(root, "scene")) {
         KeepScene(*scene, *kept);
+        kept->geometries = PartsOfIds(root, "geometry_library", FurtherGeometries(*scene));
         moves = Find(*scene, "animations").has_value();
     }
     const bool isNothing = !moves && kept->idle.empty() && kept->file.empty() && kept->info.empty() &&
-                           kept->scene.empty() && kept->materials.empty() && kept->uvs.empty() &&
-                           kept->images.empty() && kept->uvSets.empty() &&
+                           kept->scene.empty() && kept->geometries.empty() && kept->materials.empty() &&
+                           kept->uvs.empty() && kept->images.empty() && kept->uvSets.empty() &&
                            kept->materialDefinitions.empty() && kept->animations.empty();
     return isNothing ? nullptr : kept;
 }

@@ -66,15 +66,6 @@ std::optional<double> ResolutionChannel(const Element& json, std::string_view id
     return value;
 }
 
-void TellAlgorithm(const Element& json, const std::string& id, ParseContext& context)
-{
-    static constexpr const char* names[] = {nullptr, "the bilinear scheme", "Loop's scheme"};
-    const double algorithm = ResolutionChannel(json, "SubDAlgorithmControl").value_or(0.0);
-    if (algorithm == 1.0 || algorithm == 2.0)
-        context.warn(id, fmt::format("is to be subdivided by {}; that of Catmull and Clark is used",
-                                     names[static_cast<int>(algorithm)]));
-}
-
 std::vector<geometry::Crease> ParseCreases(const Element& json, const std::string& id,
                                            std::uint32_t vertexCount, ParseContext& context)
 {
@@ -122,14 +113,6 @@ void SortDeltas(geometry::SparseDeltas& deltas, const std::string& id, ParseCont
 
 } // namespace
 
-int SubdivisionLevel(double wanted, const std::string& asset, ParseContext& context)
-{
-    const double level = std::clamp(std::floor(wanted), 0.0, double{finestSubdivisionLevel});
-    if (level != wanted)
-        context.warn(asset, fmt::format("is to be subdivided to level {}; {} is taken", wanted, level));
-    return static_cast<int>(level);
-}
-
 Geometry ParseGeometry(const Element& json, ParseContext& context)
 {
     Geometry geometry;
@@ -137,7 +120,10 @@ Geometry ParseGeometry(const Element& json, ParseContext& context)
     geometry.name = Text(json, "name", geometry.id);
     geometry.label = Text(json, "label", geometry.name);
     geometry.subdivisionSurface = Text(json, "type", "polygon_mesh") == "subdivision_surface";
-    geometry.edgeInterpolation = Text(json, "edge_interpolation_mode", "no_interpolation");
+    const auto mode = Find(json, "edge_interpolation_mode");
+    geometry.edgeInterpolation = mode ? EdgeInterpolationMode(*mode, geometry.id, context) : std::string();
+    if (geometry.edgeInterpolation.empty())
+        geometry.edgeInterpolation = "no_interpolation";
     geometry.defaultUvSet = Text(json, "default_uv_set");
     geometry.subdivisionLevel =
         SubdivisionLevel(ResolutionChannel(json, "SubDIALevel").value_or(1.0), geometry.id, context);
@@ -148,7 +134,7 @@ Geometry ParseGeometry(const Element& json, ParseContext& context)
     topology->surfaceNames = ParseNames(json, "polygon_material_groups");
     geometry.leftOutFaces = ParseFaces(json, *topology, geometry.id, context);
     geometry.creases = ParseCreases(json, geometry.id, topology->vertexCount, context);
-    TellAlgorithm(json, geometry.id, context);
+    TellAlgorithm(ResolutionChannel(json, "SubDAlgorithmControl"), geometry.id, context);
     geometry.mesh.topology = std::move(topology);
     geometry.lines = ParsePolylines(json, geometry.mesh.topology->vertexCount, context);
     geometry.graft = ParseGraft(json, geometry.id, context);

@@ -7,18 +7,17 @@
 #include "dson/reader.h"
 #include "json_view.h"
 #include "part_list.h"
+#include "subdivision_parts.h"
 
 namespace dson {
-
-/// Levels above it are read as this one.
-constexpr int finestSubdivisionLevel = 10;
 
 /// What the parsing of one file hands around.
 struct ParseContext {
     std::string name; ///< of the file
     ReadOptions options;
     base::Diagnostics& diagnostics;
-    OddLists lists = {}; ///< to be told at the end
+    OddLists lists = {};               ///< to be told at the end
+    OddSubdivisions subdivisions = {}; ///< likewise
 
     /// @param asset  id of what is concerned; empty for the file as a whole
     void warn(std::string asset, std::string what)
@@ -26,10 +25,6 @@ struct ParseContext {
         diagnostics.push_back({base::Severity::Warning, name, std::move(asset), std::move(what)});
     }
 };
-
-/// The nearest level that there is; told when it is not the one that is wanted.
-/// @param asset  id of what is subdivided
-int SubdivisionLevel(double wanted, const std::string& asset, ParseContext& context);
 
 /// How many vertices or faces something is for; 0, which is for any number, where the file does not say so or
 /// what is no number of things, which is told.
@@ -49,6 +44,8 @@ geometry::LeftOutFaces ParseFaces(const Element& json, geometry::Topology& topol
 /// @param id  of the geometry
 geometry::Graft ParseGraft(const Element& geometry, const std::string& id, ParseContext& context);
 Node ParseNode(const Element& json, ParseContext& context);
+/// Whether a node or its instance stands for one more of another node.
+bool RepeatsNode(const Element& node);
 Modifier ParseModifier(const Element& json, ParseContext& context);
 /// Of a modifier with a `skin` or a `legacy_skin`.
 /// @param geometries  of the same file

@@ -272,6 +272,7 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
     ReadLibraries(parsed.root(), document, context);
     for (const Element& scene : ScenesOf(parsed.root(), context.lists))
         ReadScene(parsed.root(), scene, document, context);
+    context.subdivisions.tell(context);
     TellOfLists(parsed, context);
     CheckIds(document, context);
     document.influenceMaps = CollectInfluenceMaps(parsed.root(), context);

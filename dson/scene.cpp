@@ -76,11 +76,24 @@ Json EmitSceneGeometry(const SceneGeometry& geometry)
               {"type", geometry.subdivisionSurface ? "subdivision_surface" : "polygon_mesh"}};
     if (geometry.subdivisionSurface)
         json["current_subdivision_level"] = geometry.subdivisionLevel;
-    json["edge_interpolation_mode"] = geometry.edgeInterpolation;
+    if (!geometry.edgeInterpolation.empty())
+        json["edge_interpolation_mode"] = geometry.edgeInterpolation;
     if (!geometry.resolution.empty())
         json["extra"].push_back(EmitChannels("studio_geometry_channels", geometry.resolution));
     AddKept(json, geometry.kept);
     return json;
+}
+
+template <class Items, class Emit>
+void AddList(Json& json, const char* member, const Items& items, Emit emit)
+{
+    for (const auto& item : items)
+        json[member].push_back(emit(item));
+}
+
+Json EmitPart(const KeptPart& part)
+{
+    return RawText(part.text);
 }
 
 Json EmitSceneNode(const SceneNode& node)
@@ -99,6 +112,7 @@ Json EmitSceneNode(const SceneNode& node)
         json["formulas"] = EmitFormulas(node.formulas);
     if (node.geometry)
         json["geometries"] = Json::array({EmitSceneGeometry(*node.geometry)});
+    AddList(json, "geometries", node.furtherGeometries, EmitPart);
     if (!node.properties.empty())
         json["extra"].push_back(EmitChannels("studio_node_channels", node.properties));
     if (!node.favorites.empty())
@@ -126,18 +140,6 @@ Json EmitAnimation(const AnimatedValue& animation)
                 {"keys", Json::array({Json::array({0, ExactNumber(animation.value)})})}};
 }
 
-template <class Items, class Emit>
-void AddList(Json& json, const char* member, const Items& items, Emit emit)
-{
-    for (const auto& item : items)
-        json[member].push_back(emit(item));
-}
-
-Json EmitPart(const KeptPart& part)
-{
-    return RawText(part.text);
-}
-
 } // namespace
 
 void WriteScene(const SceneAsset& scene, const std::filesystem::path& file, const WriteOptions& options)
@@ -145,6 +147,7 @@ void WriteScene(const SceneAsset& scene, const std::filesystem::path& file, cons
     Json json = EmitFileHead(scene.info);
     AddKept(json["asset_info"], scene.kept.info);
     AddList(json, "geometry_library", scene.geometries, EmitGeometry);
+    AddList(json, "geometry_library", scene.kept.geometries, EmitPart);
     for (const Geometry& geometry : scene.geometries)
         if (!geometry.texCoords.cornerIndices.empty())
             json["uv_set_library"].push_back(EmitUvSet(geometry, ParseUri(geometry.defaultUvSet).id));

@@ -77,6 +77,56 @@ TEST_F(Creases, go_with_a_warning_where_another_scheme_is_asked_for)
         << log().toStdString();
 }
 
+TEST_F(Creases, go_with_a_warning_where_a_scene_asks_for_another_scheme)
+{
+    write("data/Nord/Doll/Doll.dsf", File(Figure(), "figure"));
+    const auto loadWith = [this](const char* scheme) {
+        std::string instance = Instance();
+        instance.insert(instance.find("}]}"),
+                        R"(, "extra": [{"type": "studio_geometry_channels", "channels": [{"channel":
+                            {"id": "SubDAlgorithmControl", "type": "enum", "current_value": )" +
+                            std::string(scheme) + "}}]}]");
+        EXPECT_TRUE(load("People/Doll.duf", Scene(instance, "", "character")));
+    };
+    loadWith("0");
+    loadWith("3"); // Catmull and Clark's as well
+    EXPECT_EQ(timesLogged("to be subdivided by"), 0) << log().toStdString();
+    loadWith("1");
+    EXPECT_TRUE(
+        logged("Doll-1: is to be subdivided by the bilinear scheme; that of Catmull and Clark is used"));
+    loadWith("2");
+    EXPECT_TRUE(logged("Doll-1: is to be subdivided by Loop's scheme; that of Catmull and Clark is used"));
+    loadWith("9");
+    EXPECT_TRUE(
+        logged("Doll-1: is to be subdivided by the unknown scheme 9; that of Catmull and Clark is used"))
+        << log().toStdString();
+    EXPECT_EQ(timesLogged("to be subdivided by"), 3);
+}
+
+TEST_F(Creases, of_several_meshes_go_with_one_warning)
+{
+    std::string scene = Instance() + ", " + Instance("-b");
+    for (std::size_t at = 0; (at = scene.find("}]}", at)) != scene.npos; at += 60)
+        scene.insert(at, R"(, "edge_interpolation_mode": "edges_at_random")");
+    write("data/Nord/Doll/Doll.dsf", File(Figure(), "figure"));
+    ASSERT_TRUE(load("Scenes/Two.duf", Scene(scene)));
+    EXPECT_TRUE(
+        logged("2 meshes are to be subdivided with the border \"edges_at_random\", which is unknown and "
+               "has no effect, such as Doll-1"))
+        << log().toStdString();
+}
+
+TEST_F(Creases, of_borders_treated_in_an_unknown_way_are_told_of_definitions)
+{
+    std::string figure = Figure();
+    figure.insert(figure.find("\"graft\""), R"("edge_interpolation_mode": "edges_at_random", )");
+    ASSERT_NE(open(figure), nullptr);
+    EXPECT_TRUE(
+        logged("Doll-1: is to be subdivided with the border \"edges_at_random\", which is unknown and "
+               "has no effect"))
+        << log().toStdString();
+}
+
 TEST_F(Creases, border_corners_are_as_the_figure_in_the_scene_says)
 {
     write("data/Nord/Doll/Doll.dsf", File(Figure(), "figure"));
@@ -100,6 +150,19 @@ TEST_F(Creases, border_corners_are_as_the_figure_in_the_scene_says)
         "studio_geometry_channels", "channels": [{"channel": {"id": "SubDEdgeInterpolateLevel", "type": "enum",
         "current_value": 1}}]}])";
     EXPECT_FLOAT_EQ(corner(setting), 0.0f);
+    EXPECT_FLOAT_EQ(corner(""), corner(R"(, "edge_interpolation_mode": "edges_at_random")"))
+        << "as its definition says";
+    EXPECT_TRUE(
+        logged("Doll-1: is to be subdivided with the border \"edges_at_random\", which is unknown and "
+               "has no effect"))
+        << log().toStdString();
+    const std::string unknown = R"(, "edge_interpolation_mode": "edges_and_corners", "extra": [{"type":
+        "studio_geometry_channels", "channels": [{"channel": {"id": "SubDEdgeInterpolateLevel", "type": "enum",
+        "current_value": 7}}]}])";
+    EXPECT_FLOAT_EQ(corner(unknown), 0.0f);
+    EXPECT_TRUE(logged("Doll-1: is to be subdivided with the border setting 7, which is unknown and has no "
+                       "effect"))
+        << log().toStdString();
 }
 
 TEST_F(Creases, stay_when_the_scene_treats_the_border_otherwise)

@@ -41,6 +41,7 @@ gantrel_add_tests(host_content_tests
         content_spelling_test.cpp
         content_stray_bones_test.cpp
         content_text_test.cpp
+        content_unshown_test.cpp
         content_uv_test.cpp
         content_writer_test.cpp
         foreign_fixture.cpp

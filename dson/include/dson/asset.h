@@ -123,6 +123,7 @@ struct Node {
     std::string presentationType; ///< "Actor/Character" for a figure; empty for none
     std::vector<Formula> formulas;
     std::optional<DFormPart> dform; ///< none for all but the parts of D-Formers
+    bool repeatsNode = false;       ///< stands for one more of another node of the scene
     KeptMembers kept;               ///< in a scene with nodes
 };
 /// A node with its twelve channels named as the host names them (XRotate, ... Scale).

@@ -33,8 +33,9 @@ struct KeptContent {
     KeptMembers file, info, scene;
     std::vector<KeptPart> materials, uvs;                      ///< of the scene
     std::vector<KeptPart> images, uvSets, materialDefinitions; ///< those parts refer to them
-    std::vector<KeptPart> animations;                          ///< whose values cannot be read, by URL
-    std::vector<std::string> idle; ///< what of it a person knows by name, such as "3 materials"
+    std::vector<KeptPart> geometries; ///< those that only further geometries of its nodes refer to
+    std::vector<KeptPart> animations; ///< whose values cannot be read, by URL
+    std::vector<std::string> idle;    ///< what of it a person knows by name, such as "3 materials"
 };
 
 /// The text of a member; empty where there is no such member or it is no text.

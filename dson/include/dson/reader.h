@@ -32,7 +32,8 @@ struct GeometryInstance {
     std::optional<int> subdivisionLevel;
     std::string edgeInterpolation; ///< empty for the definition's
     ChannelValues channels;        ///< of the resolution settings, by channel id
-    KeptMembers kept;
+    KeptMembers kept;              ///< a way to treat borders among them that there is not
+    std::string text;              ///< JSON, where the node has several
 };
 
 struct NodeInstance {
@@ -49,7 +50,8 @@ struct NodeInstance {
     std::vector<Formula> formulas;
     std::vector<GeometryInstance> geometries;
     std::optional<DFormPart> dform;
-    KeptMembers kept; ///< channels among them, also of those above
+    bool repeatsNode = false; ///< stands for one more of another node of the scene
+    KeptMembers kept;         ///< channels among them, also of those above
 };
 
 struct ModifierInstance {

@@ -25,7 +25,7 @@ struct SceneGeometry {
     std::string id, url, name, label;
     bool subdivisionSurface = false;
     int subdivisionLevel = 0;
-    std::string edgeInterpolation = "no_interpolation";
+    std::string edgeInterpolation = "no_interpolation"; ///< empty where what is kept says it
     std::vector<SceneChannel> resolution;
     KeptMembers kept;
 };
@@ -41,6 +41,7 @@ struct SceneNode {
     std::vector<std::string> favorites;   ///< names of dials that the user has marked
     std::vector<Formula> formulas;
     std::optional<SceneGeometry> geometry;
+    std::vector<KeptPart> furtherGeometries; ///< behind it
     KeptMembers kept;
 };
 

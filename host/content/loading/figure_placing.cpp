@@ -211,6 +211,9 @@ bool FigurePlacing::instantiate(const dson::NodeInstance& instance, const dson::
         DzNode& root = assembly.root();
         _load.figures.all().push_back({std::move(assembly), &instance, &root, parent});
         applyInstance(instance, root, _load.figures.all().size() - 1);
+        const dson::Node* const node = definition->find(url.id);
+        if (instance.repeatsNode || (node && node->repeatsNode))
+            _load.report.addRepeating(root.getLabel().toStdString());
         return true;
     } catch (const base::Error& error) {
         _load.report.warnLeftOut(error, _sources.find(_sources.pathOf(url)));
@@ -229,6 +232,8 @@ void FigurePlacing::applyInstance(const dson::NodeInstance& instance, DzNode& no
         _load.setValue(_load.figures.all()[figure].assembly, property, value);
     }));
     _load.kept.enter(instance, node);
+    for (std::size_t i = 1; i < instance.geometries.size(); ++i)
+        _load.report.addFurtherGeometry(instance.geometries[i].id);
     if (!instance.favorites.empty())
         _withFavorites.emplace_back(&instance, Place{figure, &node});
 }

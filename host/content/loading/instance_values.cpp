@@ -72,8 +72,8 @@ std::vector<std::string> ApplyInstance(const dson::NodeInstance& instance, DzNod
     if (instance.inheritsScale)
         node.setInheritsScale(*instance.inheritsScale);
     ApplyChannels(instance, node, set);
-    for (const dson::GeometryInstance& geometry : instance.geometries)
-        ApplyGeometry(geometry, node);
+    if (!instance.geometries.empty())
+        ApplyGeometry(instance.geometries.front(), node);
     std::vector<std::string> held;
     for (const auto& channel : instance.channels)
         if (const DzNumericProperty* const property = FindNodeChannel(node, channel.first))

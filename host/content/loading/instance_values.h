@@ -17,8 +17,8 @@ namespace openhost {
 using ValueSetter = std::function<void(DzNumericProperty& property, double value)>;
 void SetRawValue(DzNumericProperty& property, double value);
 
-/// Name, label, channels and what its geometries say of the mesh; what the instance leaves open stays as the
-/// definition has it.
+/// Name, label, channels and what its first geometry says of the mesh; what the instance leaves open stays as
+/// the definition has it.
 /// @param set  for the values of the node's own properties
 /// @return     labels of the dials that hold the instance's values within their limits
 std::vector<std::string> ApplyInstance(const dson::NodeInstance& instance, DzNode& node,

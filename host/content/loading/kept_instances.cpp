@@ -5,6 +5,7 @@
 
 #include "app/texts.h"
 #include "dson/uri.h"
+#include "dzfacetmesh.h"
 #include "dzfacetshape.h"
 #include "dzmodifier.h"
 #include "dznode.h"
@@ -102,15 +103,15 @@ const dson::Node* KeptInstances::definitionOf(const dson::NodeInstance& instance
 
 KeptNode KeptInstances::keptOf(const dson::NodeInstance& instance, const DzNode& node) const
 {
-    KeptNode kept{_load, instance.id, instance.kept, {}, {}, {}, {}, {}, 0};
+    KeptNode kept;
+    kept.load = _load;
+    kept.id = instance.id;
+    kept.members = instance.kept;
     DropSet(kept.members, &node);
     for (const dson::GeometryInstance& geometry : instance.geometries)
         kept.geometryIds.push_back(geometry.id);
-    if (!instance.geometries.empty()) {
-        kept.geometry = instance.geometries.front().kept;
-        const DzObject* const object = node.getObject();
-        DropSet(kept.geometry, object ? object->getCurrentShape() : nullptr);
-    }
+    if (!instance.geometries.empty())
+        keepGeometries(instance.geometries, node, kept);
     if (const dson::Node* const definition = definitionOf(instance)) {
         if (!HasClass(definition->type))
             kept.definitionType = definition->type;
@@ -121,6 +122,20 @@ KeptNode KeptInstances::keptOf(const dson::NodeInstance& instance, const DzNode&
         kept.vertexCount = definition->mesh.vertexCount();
     }
     return kept;
+}
+
+void KeptInstances::keepGeometries(const std::vector<dson::GeometryInstance>& geometries, const DzNode& node,
+                                   KeptNode& kept)
+{
+    kept.geometry = geometries.front().kept;
+    for (std::size_t i = 1; i < geometries.size(); ++i)
+        kept.furtherGeometries.push_back({geometries[i].id, geometries[i].text});
+    const DzObject* const object = node.getObject();
+    const auto* const shape = object ? qobject_cast<const DzFacetShape*>(object->getCurrentShape()) : nullptr;
+    if (!shape)
+        return;
+    DropSet(kept.geometry, shape);
+    kept.edgeInterpolation = shape->getFacetMesh()->getSubDEdgeInterpolation();
 }
 
 KeptModifier KeptInstances::keptOf(const dson::ModifierInstance& instance, const QObject& owner) const

@@ -41,6 +41,8 @@ private:
     void note(const std::string& id);
     const dson::Node* definitionOf(const dson::NodeInstance& instance) const; ///< null for another file's
     KeptNode keptOf(const dson::NodeInstance& instance, const DzNode& node) const;
+    static void keepGeometries(const std::vector<dson::GeometryInstance>& geometries, const DzNode& node,
+                               KeptNode& kept);
     KeptModifier keptOf(const dson::ModifierInstance& instance, const QObject& owner) const;
     void tellUnclaimed() const;
 

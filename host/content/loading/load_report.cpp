@@ -102,6 +102,7 @@ void LoadReport::sumUp(const std::vector<std::string>& leftOut)
             "shapes and controls are set on what is not there: {}, the geometry of which is left out",
             guess));
     sumUpNodes();
+    sumUpUnshown();
     if (!leftOut.empty())
         warnLeftOut(fmt::format("left out: {}", fmt::join(leftOut, ", ")));
     if (!_duplicates.empty())
@@ -133,6 +134,21 @@ void LoadReport::sumUpNodes()
                                   "node hangs on nothing that is there and is at the root",
                                   "nodes hang on nothing that is there and are at the root") +
                     Examples(_withoutParents));
+}
+
+void LoadReport::sumUpUnshown()
+{
+    if (!_furtherGeometries.empty())
+        warnLeftOut(
+            dson::Counted(_furtherGeometries.size(),
+                          "geometry is not the first of its node and is kept for saving only",
+                          "geometries are not the first of their nodes and are kept for saving only") +
+            Examples(_furtherGeometries));
+    if (!_repeating.empty())
+        warnLeftOut(dson::Counted(_repeating.size(),
+                                  "node repeats another, which is not drawn, and is kept for saving only",
+                                  "nodes repeat others, which is not drawn, and are kept for saving only") +
+                    Examples(_repeating));
 }
 
 void LoadReport::handOver(bool isEmpty)

@@ -41,6 +41,10 @@ public:
     /// Something is on a bone of which the file says nothing else.
     void addUnlistedBone(const std::string& id) { _unlistedBones.insert(id); }
     void addWithoutParent(const std::string& node) { _withoutParents.push_back(node); }
+    /// One of a node that shows another.
+    void addFurtherGeometry(const std::string& id) { _furtherGeometries.push_back(id); }
+    /// It stands for one more of another node.
+    void addRepeating(const std::string& node) { _repeating.push_back(node); }
     /// A shape or control that is set on what is neither in the file nor in the scene.
     void addHomeless(const std::string& url) { _homeless.push_back(url); }
     /// What is set on something that is nowhere is taken to be set on the figure.
@@ -61,10 +65,12 @@ private:
     void tellLeftOut(const QString& what) const;
     void sumUp(const std::vector<std::string>& leftOut);
     void sumUpNodes();
+    void sumUpUnshown();
 
     std::string _file;
     std::set<std::string> _missing, _replaced, _duplicates, _guessedParents;
     std::vector<std::string> _homeless, _lostBones, _strayBones, _unknownBones, _withoutParents;
+    std::vector<std::string> _furtherGeometries, _repeating;
     std::set<std::string> _unlistedBones;
     base::Diagnostics _diagnostics; ///< not handed over yet
 };

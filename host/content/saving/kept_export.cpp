@@ -6,8 +6,11 @@
 #include "channel_export.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
+#include "dzfacetmesh.h"
+#include "dzfacetshape.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
+#include "dzobject.h"
 #include "loading/channel_properties.h"
 #include "openhost/diagnostics.h"
 #include "unit_export.h"
@@ -47,7 +50,8 @@ void AddReferences(const std::string& text, std::set<std::string>& ids)
 std::set<std::string> WithAllBelow(std::set<std::string> wanted, const dson::KeptContent& content)
 {
     std::vector<const dson::KeptPart*> rest;
-    for (const auto* const parts : {&content.materialDefinitions, &content.uvSets, &content.images})
+    for (const auto* const parts :
+         {&content.geometries, &content.materialDefinitions, &content.uvSets, &content.images})
         for (const dson::KeptPart& part : *parts)
             rest.push_back(&part);
     for (std::size_t before = 0; before != rest.size();) {
@@ -105,6 +109,14 @@ dson::KeptMembers WithPresent(const dson::KeptMembers& kept, const DzNode& node,
     return now;
 }
 
+/// How the borders of its mesh are treated.
+int EdgesOf(const DzNode& node)
+{
+    return qobject_cast<const DzFacetShape*>(node.getObject()->getCurrentShape())
+        ->getFacetMesh()
+        ->getSubDEdgeInterpolation();
+}
+
 bool IsSame(const std::string& a, const std::vector<std::string>& all)
 {
     return std::find(all.begin(), all.end(), a) != all.end();
@@ -141,6 +153,8 @@ void KeptExport::enterNode(const DzNode& node, std::size_t index, const std::str
     source.enter(kept->id, id);
     AddTexts(kept->members, source.texts);
     AddTexts(kept->geometry, source.texts);
+    for (const dson::KeptPart& geometry : kept->furtherGeometries)
+        source.texts.push_back(geometry.text);
     _nodes.push_back({&node, kept, index, isWhole});
 }
 
@@ -184,9 +198,16 @@ void KeptExport::enterSkinDefinition(const QObject& owner, std::size_t index)
 void KeptExport::enterGeometry(const DzNode& node, const std::string& id)
 {
     const KeptNode* const kept = KeptOfNode(node);
-    if (kept)
-        for (const std::string& old : kept->geometryIds)
-            sourceOf(kept->load).enter(old, id);
+    if (!kept)
+        return;
+    Source& source = sourceOf(kept->load);
+    if (!kept->geometryIds.empty())
+        source.enter(kept->geometryIds.front(), id);
+    for (const dson::KeptPart& geometry : kept->furtherGeometries) {
+        std::vector<std::string>& ids = _furtherGeometries[&node];
+        ids.push_back(geometry.id.empty() ? std::string() : _ids.take(geometry.id));
+        source.enter(geometry.id, ids.back());
+    }
 }
 
 void KeptExport::enterModifier(const QObject& owner, std::size_t index, const std::string& id)
@@ -331,6 +352,7 @@ void KeptExport::addWanted(Source& source, dson::KeptContent& all)
     wanted = WithAllBelow(std::move(wanted), content);
     for (const std::string& id : _ownUvSets)
         wanted.erase(id);
+    addDefinitions(source, wanted, content.geometries, all.geometries);
     addDefinitions(source, wanted, content.images, all.images);
     addDefinitions(source, wanted, content.uvSets, all.uvSets);
     addDefinitions(source, wanted, content.materialDefinitions, all.materialDefinitions);
@@ -404,6 +426,28 @@ void KeptExport::addMissing(const Source& source, dson::SceneAsset& asset)
     }
 }
 
+void KeptExport::addGeometries(const OfNode& node, const Source& source, dson::SceneNode& instance) const
+{
+    dson::SceneGeometry& first = *instance.geometry;
+    first.kept = rewritten(node.kept->geometry, source);
+    auto& members = first.kept.members;
+    const auto mode = std::find_if(members.begin(), members.end(), [](const auto& member) {
+        return member.first == "edge_interpolation_mode";
+    });
+    if (mode != members.end()) {
+        if (EdgesOf(*node.node) == node.kept->edgeInterpolation)
+            first.edgeInterpolation.clear();
+        else
+            members.erase(mode);
+    }
+    const auto ids = _furtherGeometries.find(node.node);
+    for (std::size_t i = 0; ids != _furtherGeometries.end() && i < ids->second.size(); ++i) {
+        const std::string& id = ids->second[i];
+        const std::string text = dson::WithReferences(node.kept->furtherGeometries[i].text, source.written);
+        instance.furtherGeometries.push_back({id, id.empty() ? text : dson::WithTextMember(text, "id", id)});
+    }
+}
+
 void KeptExport::addToElements(dson::SceneAsset& asset)
 {
     for (const OfNode& node : _nodes) {
@@ -411,7 +455,7 @@ void KeptExport::addToElements(dson::SceneAsset& asset)
         dson::SceneNode& instance = asset.sceneNodes[node.index];
         instance.kept = rewritten(WithPresent(node.kept->members, *node.node, node.isWhole), source);
         if (instance.geometry)
-            instance.geometry->kept = rewritten(node.kept->geometry, source);
+            addGeometries(node, source, instance);
     }
     for (const OfModifier& modifier : _modifiers)
         asset.sceneModifiers[modifier.index].kept =

@@ -37,6 +37,7 @@ public:
     /// @param owner  what the scene has of the modifier or the skin
     void enterModifierDefinition(const QObject& owner, std::size_t index);
     void enterSkinDefinition(const QObject& owner, std::size_t index);
+    /// Those that it does not show get ids of their own.
     void enterGeometry(const DzNode& node, const std::string& id);
     /// @param index  of the modifier in the file's scene
     void enterModifier(const QObject& owner, std::size_t index, const std::string& id);
@@ -53,6 +54,12 @@ private:
         void enter(const std::string& old, const std::string& id);
         /// It is a node or a geometry that is not in the file to be written.
         bool lacks(const std::string& id) const;
+    };
+    struct OfNode {
+        const DzNode* node;
+        const KeptNode* kept;
+        std::size_t index;
+        bool isWhole;
     };
     using Part = const dson::KeptPart*;
     struct Animation {
@@ -96,6 +103,7 @@ private:
     void mergeInto(dson::KeptMembers& all, const dson::KeptMembers& kept, const Source& source);
     dson::KeptMembers rewritten(const dson::KeptMembers& kept, const Source& source) const;
     void addMissing(const Source& source, dson::SceneAsset& asset);
+    void addGeometries(const OfNode& node, const Source& source, dson::SceneNode& instance) const;
     void addToElements(dson::SceneAsset& asset);
     void addToDefinitions(dson::SceneAsset& asset);
     void enterDefinition(const QObject& owner, std::size_t index, std::vector<OfModifier>& all);
@@ -106,6 +114,7 @@ private:
     std::vector<Source> _sources;
     std::map<const KeptLoad*, std::size_t> _bySource;
     std::vector<OfNode> _nodes;
+    std::map<const DzNode*, std::vector<std::string>> _furtherGeometries; ///< new ids of each node's
     std::map<const DzNode*, std::string> _nodeIds;
     std::vector<OfModifier> _modifiers;
     std::vector<OfNode> _definitions, _geometryDefinitions;

@@ -44,6 +44,8 @@ struct KeptNode {
     dson::KeptMembers members;
     std::vector<std::string> geometryIds; ///< of its geometries' instances
     dson::KeptMembers geometry;           ///< of the first of them
+    std::vector<dson::KeptPart> furtherGeometries;
+    int edgeInterpolation = 0; ///< of the mesh when it was loaded
     std::string
         definitionType; ///< where the file defines the node as of a kind that has no class, such as "light"
     dson::KeptMembers definition;
@@ -52,8 +54,8 @@ struct KeptNode {
 
     bool saysAnything() const
     {
-        return !definitionType.empty() || !members.empty() || !geometry.empty() || !definition.empty() ||
-               !geometryDefinition.empty();
+        return !definitionType.empty() || !members.empty() || !geometry.empty() ||
+               !furtherGeometries.empty() || !definition.empty() || !geometryDefinition.empty();
     }
 };
 
