@@ -5,6 +5,7 @@
 
 #include "geometry/vec3.h"
 
+#include <climits>
 #include <filesystem>
 
 namespace {
@@ -191,8 +192,13 @@ TEST_F(ConvertFailure, to_save_one_morph_leaves_no_part_of_it)
 
 TEST_F(ConvertFailure, to_write_the_obj_keeps_the_saved_morphs_and_says_so)
 {
-    // The name fits, but not with what an unfinished file is called.
-    const std::string obj = workspace.path(std::string(250, 'a') + ".obj");
+    // The path is short enough, but not that of what an unfinished file is called.
+    std::string folder = workspace.path("deep");
+    while (folder.size() < PATH_MAX - 250)
+        folder += "/" + std::string(100, 'd');
+    folder += "/" + std::string(PATH_MAX - 20 - folder.size(), 'd');
+    fs::create_directories(folder);
+    const std::string obj = folder + "/a.obj";
     expectFailureWith(convert(saving(workspace.path("saved"), {"--export-obj", obj})), 1,
                       ".obj: File name too long; the morphs are saved.");
     EXPECT_TRUE(hasSaved("Vera Head"));
