@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -48,6 +49,35 @@ public:
 private:
     std::string _path, _content;
     int _writing = -1;
+};
+
+/// A file of our own that nobody can open as long as this lives: who tries waits. The system asks for it back
+/// with a signal that says nothing new here.
+class HeldFile {
+public:
+    explicit HeldFile(const std::string& path) : _file(open(path.c_str(), O_RDONLY | O_CLOEXEC))
+    {
+        std::signal(SIGIO, SIG_IGN);
+        if (_file < 0 || fcntl(_file, F_SETLEASE, F_WRLCK) != 0)
+            throw std::runtime_error("cannot hold " + path);
+    }
+    ~HeldFile()
+    {
+        letGo();
+        std::signal(SIGIO, SIG_DFL);
+    }
+    HeldFile(const HeldFile&) = delete;
+    HeldFile& operator=(const HeldFile&) = delete;
+
+    bool isWaitedFor() const { return fcntl(_file, F_GETLEASE) != F_WRLCK; }
+    void letGo()
+    {
+        if (_file >= 0)
+            close(std::exchange(_file, -1));
+    }
+
+private:
+    int _file;
 };
 
 /// Interrupted while a file is read.
@@ -101,12 +131,17 @@ TEST_F(InterruptedConversion, ends_at_the_next_step_and_makes_no_morphs)
             return entry.find(std::string("/") + stem) != std::string::npos;
         });
     };
-    const ProgramResult result =
-        InterruptProgram(arguments({"--keep-temp"}), [&hasFile] { return hasFile("tempg8-src1-"); });
+    // It waits for a figure that it loads on its way: on a busy machine it might be done before the signal.
+    HeldFile figure(library("/People/Genesis 9/Developer Kit/Genesis 9 Dev Load.duf"));
+    const ProgramResult result = InterruptProgram(
+        arguments({"--keep-temp"}), [&figure] { return figure.isWaitedFor(); },
+        [&figure] { figure.letGo(); });
     EXPECT_EQ(result.signal, SIGINT);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
-    EXPECT_FALSE(hasFile("rigged-for-mlp-")) << "the last file of a conversion";
+    EXPECT_TRUE(hasFile("tempg8-src1-")) << "the first file of a conversion";
+    EXPECT_FALSE(hasFile("tempg9-")) << "the file of the next step";
+    EXPECT_FALSE(hasFile("rigged-for-mlp-")) << "the last file";
 }
 
 TEST_F(InterruptedConversion, ends_between_two_pictures)
