@@ -11,6 +11,7 @@
 #include "mesh_files.h"
 #include "openhost/scene_picture.h"
 #include "options.h"
+#include "output_name.h"
 #include "progress.h"
 #include "report.h"
 
@@ -117,6 +118,7 @@ geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progre
 
 void Render(const RenderArguments& arguments)
 {
+    CheckNameFits(arguments.out);
     Progress progress(true);
     progress.stage("read", "Reading " + arguments.file);
     base::Diagnostics met;

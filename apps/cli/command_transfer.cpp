@@ -9,6 +9,7 @@
 #include "geometry/morph_transfer.h"
 #include "mesh_files.h"
 #include "options.h"
+#include "output_name.h"
 #include "progress.h"
 #include "report.h"
 
@@ -97,6 +98,7 @@ Json Report(const TransferArguments& arguments, const TransferInput& input,
 
 void Transfer(const TransferArguments& arguments)
 {
+    CheckNameFits(arguments.out);
     Progress progress(!arguments.json);
     progress.stage("read", "Reading the meshes");
     const TransferInput input = ReadInput(arguments);

@@ -7,6 +7,7 @@
 #include "dznode.h"
 #include "openhost/missing_shapes.h"
 #include "openhost/shapes.h"
+#include "output_name.h"
 
 #include <cerrno>
 #include <cstring>
@@ -57,6 +58,7 @@ void CheckPlaces(const ConversionRequest& request)
     if (!folder.empty() && !fs::is_directory(folder, error))
         throw std::runtime_error(fmt::format("cannot write {}: there is no folder {}",
                                              FileText(request.exportObj), FileText(folder)));
+    CheckNameFits(request.exportObj);
     if (fs::is_directory(request.exportObj, error))
         throw std::runtime_error(
             fmt::format("cannot write {}: {}", FileText(request.exportObj), std::strerror(EISDIR)));

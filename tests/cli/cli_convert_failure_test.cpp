@@ -165,6 +165,10 @@ TEST_F(ConvertFailure, wants_places_that_can_be_written_to)
     expectNothingMade({"--export-obj", workspace.path("none/a.obj")}, 1,
                       "there is no folder " + workspace.path("none"));
     expectNothingMade({"--export-obj", library()}, 1, "Is a directory.");
+    const std::string tooLong = workspace.path(std::string(252, 'o') + ".obj");
+    expectNothingMade({"--export-obj", tooLong, "--dial", "No=1"}, 1,
+                      "annot write " + tooLong + ": File name too long.");
+    ExpectSuccess(convert({"--export-obj", workspace.path(std::string(251, 'o') + ".obj")}));
     for (const char* option : {"--save-library", "--export-obj", "--pictures"})
         expectNothingMade({option, ""}, 2, option);
 }

@@ -144,6 +144,15 @@ TEST_F(TransferCommand, says_why_the_output_cannot_be_written)
     EXPECT_EQ(workspace.entries(), (std::vector<std::string>{"morphed.obj", "neutral.obj", "target.obj"}));
 }
 
+TEST_F(TransferCommand, says_before_the_work_that_the_output_has_too_long_a_name)
+{
+    const std::string out = workspace.path(std::string(252, 'o') + ".obj");
+    target = workspace.path("none.obj");
+    ExpectError(run(out), 1, "Cannot write " + out + ": File name too long.");
+    ExpectError(RunProgram({"render", target, "--out", out}), 1,
+                "Cannot write " + out + ": File name too long.");
+}
+
 TEST_F(TransferCommand, leaves_nothing_unfinished_when_the_output_is_a_folder)
 {
     const ProgramResult result = run(workspace.path("tmp"));
