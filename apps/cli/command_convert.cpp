@@ -45,7 +45,7 @@ struct ConvertArguments {
          json = false;
 };
 
-void AddOptions(CLI::App& command, ConvertArguments& arguments)
+void AddFigureOptions(CLI::App& command, ConvertArguments& arguments)
 {
     // Nothing stands on its own behind the subcommand, so a list cannot swallow it.
     AddContentOption(command, arguments.content)
@@ -65,6 +65,10 @@ void AddOptions(CLI::App& command, ConvertArguments& arguments)
             "height; height=auto matches the source; again for each further one")
         ->type_name("DIAL=VALUE")
         ->allow_extra_args(false);
+}
+
+void AddMorphOptions(CLI::App& command, ConvertArguments& arguments)
+{
     command.add_option("--jobs", arguments.jobs, "Morphs to create, of full, head and body")
         ->type_name("LIST")
         ->capture_default_str();
@@ -91,6 +95,10 @@ void AddOptions(CLI::App& command, ConvertArguments& arguments)
         "--adjust-rig", arguments.adjustRig,
         "Let the target's joints follow the new shape, so that it bends in the right places; the "
         "morphs move them");
+}
+
+void AddSaveOptions(CLI::App& command, ConvertArguments& arguments)
+{
     CLI::Option* const library = command
                                      .add_option("--save-library", arguments.contentDirectory,
                                                  "Content directory to save the morphs into")
@@ -107,6 +115,10 @@ void AddOptions(CLI::App& command, ConvertArguments& arguments)
     command.add_flag("--compress", arguments.compress, "Compress the saved morphs")->needs(library);
     command.add_flag("--overwrite", arguments.overwrite, "Replace saved morphs that have the same name")
         ->needs(library);
+}
+
+void AddExtraOptions(CLI::App& command, ConvertArguments& arguments)
+{
     command.add_option("--export-obj", arguments.exportObj, "Also write the converted figure")
         ->type_name("FILE.obj");
     command
@@ -297,7 +309,11 @@ void AddConvertCommand(CLI::App& program, CommandContext& context)
     CLI::App* const command =
         program.add_subcommand("convert", "Turn a figure's shape into morphs on a Genesis 9 figure");
     const auto arguments = std::make_shared<ConvertArguments>();
-    AddOptions(*command, *arguments);
+    // Help lists them in this order.
+    AddFigureOptions(*command, *arguments);
+    AddMorphOptions(*command, *arguments);
+    AddSaveOptions(*command, *arguments);
+    AddExtraOptions(*command, *arguments);
     command->callback([arguments, &context] {
         context.work = [arguments, &context] {
             ConversionRequest request = MakeRequest(*arguments);
