@@ -17,8 +17,10 @@
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
 #include "openhost/missing_shapes.h"
+#include "openhost/shapes.h"
 #include "progress.h"
 #include "report.h"
+#include "shaper_warnings.h"
 
 #include <algorithm>
 
@@ -127,6 +129,12 @@ void Append(base::Diagnostics& all, const base::Diagnostics& more)
     all.insert(all.end(), more.begin(), more.end());
 }
 
+base::Diagnostics WarnOfShapers(app::ConvertedFigure role, const DzNode& figure, const fs::path& file)
+{
+    return app::ShaperWarnings(role, FileText(file), figure.getLabel().toStdString(),
+                               openhost::MeshShapers(figure));
+}
+
 /// Adds what the host met, but for files of missing shapes: those are told with the shape's name already.
 void AddMet(const base::Diagnostics& met, base::Diagnostics& told)
 {
@@ -151,10 +159,8 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
         TurnDialOf(source, dial, report.diagnostics);
     Append(report.diagnostics, CheckShapesAreWhole(source, request));
     DzNode& target = ChooseTarget(session.open(request.target), request.target, report.diagnostics);
-    Append(report.diagnostics,
-           TellMeshShapers(source, request.source, "and the new morphs hold what it does"));
-    Append(report.diagnostics,
-           TellMeshShapers(target, request.target, "and the new morphs may hold some of what it does"));
+    Append(report.diagnostics, WarnOfShapers(app::ConvertedFigure::Source, source, request.source));
+    Append(report.diagnostics, WarnOfShapers(app::ConvertedFigure::Target, target, request.target));
     report.source = DescribeFigure(kst::daz::ResolveToFigure_X(source));
     report.target = DescribeFigure(kst::daz::ResolveToFigure_X(target));
     StandAlone(source, request.source, report.diagnostics);

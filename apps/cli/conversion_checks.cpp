@@ -4,9 +4,7 @@
 #include "conversion_checks.h"
 
 #include "command.h"
-#include "dznode.h"
 #include "openhost/missing_shapes.h"
-#include "openhost/shapes.h"
 #include "output_name.h"
 
 #include <cerrno>
@@ -79,15 +77,6 @@ base::Diagnostics CheckShapesAreWhole(const DzNode& source, const ConversionRequ
     throw std::runtime_error(
         fmt::format("{}: worn shapes are missing: {}; --accept-missing converts without them",
                     FileText(request.source), names));
-}
-
-base::Diagnostics TellMeshShapers(const DzNode& node, const fs::path& file, const char* effect)
-{
-    base::Diagnostics told;
-    for (const std::string& label : openhost::MeshShapers(node))
-        told.push_back({base::Severity::Warning, FileText(file), node.getLabel().toStdString(),
-                        fmt::format("the modifier \"{}\" moves the mesh, {}", label, effect)});
-    return told;
 }
 
 } // namespace cli

@@ -19,8 +19,4 @@ void CheckPlaces(const ConversionRequest& request);
 /// @throws std::runtime_error  anything is missing; the text names every shape and its file
 base::Diagnostics CheckShapesAreWhole(const DzNode& source, const ConversionRequest& request);
 
-/// What smooths or pushes a figure's mesh while the conversion takes that for its shape, a warning each.
-/// @param effect  what that does to the new morphs
-base::Diagnostics TellMeshShapers(const DzNode& node, const std::filesystem::path& file, const char* effect);
-
 } // namespace cli

@@ -214,8 +214,10 @@ void DesktopWindow::adjustRig(bool isWanted)
 void DesktopWindow::arrangeMenus()
 {
     const DzActionMgr& actions = *_window.getActionMgr();
-    for (int i = 0; i < actions.getNumActions(); ++i)
+    for (int i = 0; i < actions.getNumActions(); ++i) {
         _rig.watch(*actions.getAction(i));
+        _shapers.watch(*actions.getAction(i));
+    }
     ArrangeMenus(_window, _view, _panes);
 }
 

@@ -7,6 +7,7 @@
 #include "recent_files.h"
 #include "rig_follower.h"
 #include "scene_files.h"
+#include "shaper_watch.h"
 #include "view_menu.h"
 
 #include <QMenu>
@@ -66,6 +67,7 @@ private:
     SceneFiles _files;
     RecentFilesMenu _recent;
     RigFollower _rig;
+    ShaperWatch _shapers;
     ViewMenu _view;
     QMenu _panes;
     QPointer<LogWindow> _log; ///< goes with the window if that goes first
