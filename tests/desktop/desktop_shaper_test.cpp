@@ -6,9 +6,8 @@
 #include "tests/host/content_fixture.h"
 #include "tests/windows/modal_answer.h"
 
-#include <QCheckBox>
-#include <QLineEdit>
-#include <QPushButton>
+#include <QApplication>
+#include <QDialog>
 #include <QTemporaryDir>
 #include <QtTest/QTest>
 
@@ -76,6 +75,16 @@ protected:
         return told;
     }
 
+    /// What a conversion has to say stays open.
+    static void closeDialogs()
+    {
+        for (QWidget* const widget : QApplication::topLevelWidgets())
+            if (widget->isVisible() && qobject_cast<QDialog*>(widget))
+                widget->close();
+        window().activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    }
+
     const std::vector<std::string> both{
         "Vera: the modifier \"Even out\" moves the mesh, and the new morphs hold what it does",
         "Nine: the modifier \"Even out\" moves the mesh, and the new morphs may hold some of what it does"};
@@ -92,6 +101,16 @@ TEST_F(DesktopShapers, are_told_when_a_conversion_takes_them_for_shapes)
 {
     loadBoth();
     EXPECT_EQ(toldWhile(Press("Convert")), both);
+}
+
+TEST_F(DesktopShapers, are_told_again_when_the_same_morphs_get_another_shape)
+{
+    loadBoth();
+    toldWhile(Press("Convert"));
+    closeDialogs();
+    const int count = target->getObject()->getNumModifiers();
+    EXPECT_EQ(toldWhile(Press("Convert")).size(), 2u);
+    EXPECT_EQ(target->getObject()->getNumModifiers(), count);
 }
 
 TEST_F(DesktopShapers, are_not_told_when_the_dialog_is_cancelled)
