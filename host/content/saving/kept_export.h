@@ -70,13 +70,6 @@ private:
         std::vector<Part> materials, uvs;
         std::vector<Animation> animations;
     };
-
-    struct OfNode {
-        const DzNode* node;
-        const KeptNode* kept;
-        std::size_t index;
-        bool isWhole;
-    };
     struct OfModifier {
         const KeptModifier* kept;
         std::size_t index;
