@@ -48,6 +48,7 @@ void WholeConversion(benchmark::State& state, const char* source)
     for (auto _ : state) {
         state.PauseTiming();
         g_host->reset();
+        std::filesystem::remove_all(g_library / "saved"); // which the next one is not to replace
         state.ResumeTiming();
         Convert(source);
     }

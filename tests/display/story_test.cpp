@@ -147,7 +147,7 @@ TEST_F(DisplayStory, by_keys_alone_saves_a_morph)
     while (saved.hasNext())
         if (saved.next().contains(QStringLiteral("/Acme/Product/")))
             ofVendor.append(saved.fileName());
-    EXPECT_EQ(ofVendor.join(QLatin1Char('|')).toStdString(), "Gina_converted_to_G9_Body.dsf");
+    EXPECT_EQ(ofVendor.join(QLatin1Char('|')).toStdString(), "Gina converted to G9 Body.dsf");
 }
 
 int main(int argc, char** argv)
