@@ -71,6 +71,11 @@ fs::path Followed(fs::path path)
     return path;
 }
 
+[[noreturn]] void Fail(const fs::path& file, int reason)
+{
+    throw IoError("cannot write {}: {}", file.string(), std::strerror(reason));
+}
+
 /// The calls of the system, again when a signal came between.
 template <class Call>
 int Uninterrupted(Call call)
@@ -87,7 +92,7 @@ AtomicFile::AtomicFile(const fs::path& target, Durability durability)
     : _named(target), _target(Followed(target)), _unfinished(UnfinishedName(_target)), _durability(durability)
 {
     // Told now rather than at the end, when other files may have been put in place already.
-    checkTarget();
+    CheckReplaceable(_named);
     _stream = std::fopen(_unfinished.string().c_str(), "wbx");
     if (!_stream)
         fail(errno);
@@ -105,25 +110,7 @@ AtomicFile::~AtomicFile()
 
 void AtomicFile::fail(int reason) const
 {
-    throw IoError("cannot write {}: {}", _named.string(), std::strerror(reason));
-}
-
-void AtomicFile::checkTarget()
-{
-    struct stat present {};
-    if (stat(_target.c_str(), &present) != 0) {
-        if (errno != ENOENT && errno != ENOTDIR)
-            fail(errno);
-        return;
-    }
-    if (S_ISDIR(present.st_mode))
-        fail(EISDIR);
-    if (!S_ISREG(present.st_mode))
-        throw IoError("cannot write {}: it is no file, but a device, pipe or socket", _named.string());
-    constexpr mode_t anybodyWrites = S_IWUSR | S_IWGRP | S_IWOTH;
-    // The system lets its administrator write to all files, but a file that is protected is so for a reason.
-    if ((present.st_mode & anybodyWrites) == 0 || access(_target.c_str(), W_OK) != 0)
-        throw IoError("cannot write {}: it is write-protected", _named.string());
+    Fail(_named, reason);
 }
 
 /// Mode and owner of the file that is replaced.
@@ -175,6 +162,25 @@ void WriteFileAtomically(const fs::path& file, std::string_view content, Durabil
     AtomicFile target(file, durability);
     target.write(content);
     target.commit();
+}
+
+void CheckReplaceable(const fs::path& file)
+{
+    const fs::path target = Followed(file);
+    struct stat present {};
+    if (stat(target.c_str(), &present) != 0) {
+        if (errno != ENOENT && errno != ENOTDIR)
+            Fail(file, errno);
+        return;
+    }
+    if (S_ISDIR(present.st_mode))
+        Fail(file, EISDIR);
+    if (!S_ISREG(present.st_mode))
+        throw IoError("cannot write {}: it is no file, but a device, pipe or socket", file.string());
+    constexpr mode_t anybodyWrites = S_IWUSR | S_IWGRP | S_IWOTH;
+    // The system lets its administrator write to all files, but a file that is protected is so for a reason.
+    if ((present.st_mode & anybodyWrites) == 0 || access(target.c_str(), W_OK) != 0)
+        throw IoError("cannot write {}: it is write-protected", file.string());
 }
 
 void RemoveUnfinishedFiles(const fs::path& folder)

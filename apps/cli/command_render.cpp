@@ -118,7 +118,7 @@ geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progre
 
 void Render(const RenderArguments& arguments)
 {
-    CheckNameFits(arguments.out);
+    CheckOutput(arguments.out);
     Progress progress(true);
     progress.stage("read", "Reading " + arguments.file);
     base::Diagnostics met;

@@ -98,7 +98,7 @@ Json Report(const TransferArguments& arguments, const TransferInput& input,
 
 void Transfer(const TransferArguments& arguments)
 {
-    CheckNameFits(arguments.out);
+    CheckOutput(arguments.out);
     Progress progress(!arguments.json);
     progress.stage("read", "Reading the meshes");
     const TransferInput input = ReadInput(arguments);

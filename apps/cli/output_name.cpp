@@ -3,6 +3,7 @@
 
 #include "output_name.h"
 
+#include "base/atomic_file.h"
 #include "command.h"
 
 #include <cerrno>
@@ -15,13 +16,14 @@ namespace cli {
 
 namespace fs = std::filesystem;
 
-void CheckNameFits(const fs::path& file)
+void CheckOutput(const fs::path& file)
 {
     const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
     const long most = pathconf(folder.c_str(), _PC_NAME_MAX); // negative where that is open
     if (most > 0 && file.filename().native().size() > static_cast<std::size_t>(most))
         throw std::runtime_error(
             fmt::format("cannot write {}: {}", FileText(file), std::strerror(ENAMETOOLONG)));
+    base::CheckReplaceable(file);
 }
 
 } // namespace cli

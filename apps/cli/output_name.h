@@ -8,7 +8,9 @@
 namespace cli {
 
 /// Told before the work rather than behind it, when there is nowhere to put what has been made.
-/// @throws std::runtime_error  the name is longer than those that its folder can hold
-void CheckNameFits(const std::filesystem::path& file);
+/// @throws std::runtime_error  the name is longer than those that its folder can hold, or something is there
+/// that
+///                             cannot be replaced
+void CheckOutput(const std::filesystem::path& file);
 
 } // namespace cli

@@ -3,6 +3,8 @@
 
 #include "app/settings_store.h"
 
+#include "base/atomic_file.h"
+#include "base/errors.h"
 #include "dzappsettings.h"
 #include "openhost/diagnostics.h"
 
@@ -10,7 +12,8 @@
 #include <QFile>
 #include <QLockFile>
 #include <QMap>
-#include <QSaveFile>
+
+#include <optional>
 
 #include <nlohmann/json.hpp>
 
@@ -52,13 +55,23 @@ nlohmann::json ToJson(const QVariant& value)
     }
 }
 
-Values Load()
+void Tell(const QString& what)
+{
+    Report({base::Severity::Warning, FileName().toStdString(), {}, what.toStdString()});
+}
+
+/// @return nothing where there are settings that cannot be had now, and must not be written over
+std::optional<Values> Load()
 {
     Values values;
     QFile file(FileName());
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.exists())
         return values;
-    const QByteArray text = file.readAll();
+    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    if (file.error() != QFileDevice::NoError) {
+        Tell(QLatin1String("the settings cannot be read: ") + file.errorString());
+        return std::nullopt;
+    }
     const nlohmann::json json = nlohmann::json::parse(text.begin(), text.end(), nullptr, false);
     if (!json.is_object()) {
         Report({base::Severity::Warning,
@@ -68,8 +81,7 @@ Values Load()
                     .arg(FileName())
                     .toStdString()});
         QFile::remove(FileName() + QLatin1String(".broken"));
-        file.rename(FileName() + QLatin1String(".broken"));
-        return values;
+        return file.rename(FileName() + QLatin1String(".broken")) ? std::make_optional(values) : std::nullopt;
     }
     for (auto it = json.begin(); it != json.end(); ++it)
         values.insert(QString::fromStdString(it.key()), FromJson(it.value()));
@@ -81,12 +93,13 @@ bool Save(const Values& values)
     nlohmann::json json = nlohmann::json::object();
     for (auto it = values.begin(); it != values.end(); ++it)
         json[it.key().toStdString()] = ToJson(it.value());
-    QSaveFile file(FileName());
-    if (!file.open(QIODevice::WriteOnly))
+    try {
+        base::WriteFileAtomically(FileName().toStdString(), json.dump(2) + '\n');
+        return true;
+    } catch (const base::IoError& error) {
+        Tell(QLatin1String("the settings are not saved: ") + QString::fromUtf8(error.what()));
         return false;
-    const std::string text = json.dump(2) + '\n';
-    file.write(text.data(), static_cast<qint64>(text.size()));
-    return file.commit();
+    }
 }
 
 // Other processes may share the file: it is locked, read anew, changed and written as one step.
@@ -98,8 +111,8 @@ bool Update(const Change& change)
     constexpr int patience = 5000; // ms
     if (!lock.tryLock(patience))
         return false;
-    Values values = Load();
-    return change(values) && Save(values);
+    std::optional<Values> values = Load();
+    return values && change(*values) && Save(*values);
 }
 
 } // namespace
@@ -111,7 +124,7 @@ void SetSettingsFolder(const QString& folder)
 
 QVariant ReadSetting(const QString& key)
 {
-    return Load().value(key);
+    return Load().value_or(Values()).value(key);
 }
 
 bool WriteSetting(const QString& key, const QVariant& value)

@@ -136,6 +136,21 @@ TEST_F(AppSettings, a_broken_file_is_set_aside)
     EXPECT_EQ(settings.getIntValue(Q("Count")), 4);
 }
 
+TEST_F(AppSettings, that_cannot_be_read_now_are_not_written_over)
+{
+    DzAppSettings settings(Q("Group"));
+    settings.setIntValue(Q("Count"), 3);
+    // A folder can be read as a file by nobody, whoever runs this.
+    const QString name = TestFolder() + Q("/settings/settings.json"), aside = name + Q(".aside");
+    ASSERT_TRUE(QFile::rename(name, aside));
+    ASSERT_TRUE(QDir().mkdir(name));
+    EXPECT_EQ(settings.getIntValue(Q("Count"), 8), 8);
+    EXPECT_FALSE(settings.setIntValue(Q("Count"), 4));
+    ASSERT_TRUE(QDir().rmdir(name));
+    ASSERT_TRUE(QFile::rename(aside, name));
+    EXPECT_EQ(settings.getIntValue(Q("Count")), 3);
+}
+
 TEST_F(Progress, nests_and_cancels_inwards)
 {
     EXPECT_EQ(DzProgress::getDepth(), 0);

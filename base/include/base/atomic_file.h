@@ -48,7 +48,6 @@ public:
 
 private:
     [[noreturn]] void fail(int reason) const;
-    void checkTarget();
     void takeOver();
 
     std::filesystem::path _named, _target; ///< as it was given, and where its links lead
@@ -62,6 +61,11 @@ private:
 /// @throws IoError  names the file and the system's reason
 void WriteFileAtomically(const std::filesystem::path& file, std::string_view content,
                          Durability durability = Durability::Lasting);
+
+/// Whether an AtomicFile may take the place of what is there; for those who want to know before they have
+/// something to write.
+/// @throws IoError  as AtomicFile's constructor
+void CheckReplaceable(const std::filesystem::path& file);
 
 /// Removes what unfinished files writers that have ended left in the folder.
 void RemoveUnfinishedFiles(const std::filesystem::path& folder);
