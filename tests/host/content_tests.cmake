@@ -50,3 +50,7 @@ gantrel_add_tests(host_content_tests
         save_fixture.cpp
         scene_text.cpp
     LIBRARIES kst host_rooms geometry nlohmann_json::nlohmann_json simdjson::simdjson SQLite::SQLite3)
+# Its allocator counts.
+gantrel_add_tests(host_cost_tests
+    SOURCES allocations.cpp content_cost_test.cpp content_fixture.cpp host_fixture.cpp
+    LIBRARIES kst host_rooms geometry nlohmann_json::nlohmann_json)

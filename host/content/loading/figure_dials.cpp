@@ -84,19 +84,21 @@ bool FigureDials::isTaken(const dson::Modifier& modifier, const std::string& nam
     return present && !isAlias(present) && (present->isUserProperty() || !isOfMorph(modifier));
 }
 
-std::string FigureDials::freeName(const dson::Modifier& modifier) const
+std::string FigureDials::freeName(const dson::Modifier& modifier)
 {
-    int number = 2;
-    while (isTaken(modifier, fmt::format("{} {}", modifier.name, number)))
+    int& number = _lastNumbers.try_emplace({&ownerOf(modifier), modifier.name}, 1).first->second;
+    do
         ++number;
+    while (isTaken(modifier, fmt::format("{} {}", modifier.name, number)));
     return fmt::format("{} {}", modifier.name, number);
 }
 
-std::string FigureDials::freeAliasName(const DzNode& owner, const std::string& taken) const
+std::string FigureDials::freeAliasName(const DzNode& owner, const std::string& taken)
 {
     std::string name = "alias_" + taken;
-    for (int number = 2; FindOn(owner, ToQ(name)) || hasMorph(owner, name); ++number)
-        name = fmt::format("alias_{} {}", taken, number);
+    int& number = _lastNumbers.try_emplace({&owner, name}, 1).first->second;
+    while (FindOn(owner, ToQ(name)) || hasMorph(owner, name))
+        name = fmt::format("alias_{} {}", taken, ++number);
     return name;
 }
 

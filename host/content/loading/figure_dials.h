@@ -10,8 +10,10 @@
 #include "library/dial_index.h"
 
 #include <functional>
+#include <map>
 #include <string>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 class DzMorph;
@@ -35,7 +37,7 @@ public:
     /// way of another dial.
     bool isNameTaken(const dson::Modifier& modifier) const { return isTaken(modifier, modifier.name); }
     /// A name in place of one that is taken.
-    std::string freeName(const dson::Modifier& modifier) const;
+    std::string freeName(const dson::Modifier& modifier);
 
     /// Makes room for that many more.
     void expectMorphs(std::size_t count) { _morphNames.reserve(_morphNames.size() + count); }
@@ -91,13 +93,16 @@ private:
     bool isOfMorph(const dson::Modifier& modifier) const;
     bool hasMorph(const DzNode& owner, const std::string& name) const;
     bool isTaken(const dson::Modifier& modifier, const std::string& name) const;
-    std::string freeAliasName(const DzNode& owner, const std::string& taken) const;
+    std::string freeAliasName(const DzNode& owner, const std::string& taken);
     /// When another dial of the node is to have the name.
     void makeAliasGiveWay(const DzNode& owner, const std::string& name);
 
     const FigureNodes& _nodes;
     DialIndex _index;
     std::unordered_set<std::string> _morphNames;
+    /// By node and name, the number that was given last: a search that begins anew each time would cost all
+    /// pairs of equal names.
+    std::map<std::pair<const DzNode*, std::string>, int> _lastNumbers;
     std::vector<PendingAlias> _aliases;
     std::unordered_set<const DzProperty*> _aliasProperties;
     std::vector<std::string> _renamedAliases;

@@ -1,0 +1,264 @@
+// What loading and saving cost as files grow: twice the content, twice the work.
+// SPDX-License-Identifier: MIT
+
+#include "dzscene.h"
+#include "tests/host/allocations.h"
+#include "tests/host/content_fixture.h"
+
+#include <functional>
+#include <ostream>
+#include <string>
+
+#include <fmt/format.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Of a text for each number, with commas between.
+template <class Text>
+std::string Joined(int count, const Text& text)
+{
+    std::string all;
+    for (int i = 0; i < count; ++i)
+        all += (i > 0 ? "," : "") + text(i);
+    return all;
+}
+
+std::string Scene(const std::string& libraries, const std::string& nodes, const std::string& modifiers = "")
+{
+    return fmt::format(R"({{"file_version": "0.6.0.0", "asset_info": {{"id": "/Big.duf", "type": "scene"}},
+        {} "scene": {{"nodes": [{}], "modifiers": [{}]}}}})",
+                       libraries, nodes, modifiers);
+}
+
+struct Growing {
+    const char* name;
+    std::function<std::string(int)> text; ///< of a scene with so many of them
+};
+
+std::string Group(int i, const std::string& more = "")
+{
+    return fmt::format(R"({{"id": "g{0}", "label": "Group {0}"{1}}})", i, more);
+}
+
+std::string NestedNodes(int count)
+{
+    return Scene("", Joined(count, [](int i) {
+                     return Group(i, i == 0 ? "" : fmt::format(R"(, "parent": "#g{}")", i - 1));
+                 }));
+}
+
+std::string EqualNodes(int count)
+{
+    return Scene("", Joined(count, [](int i) {
+                     return fmt::format(R"({{"id": "g{}", "name": "Group", "label": "Group"}})", i);
+                 }));
+}
+
+std::string BackwardNodes(int count)
+{
+    return Scene("", Joined(count, [count](int i) {
+                     return Group(i, i + 1 == count ? "" : fmt::format(R"(, "parent": "#g{}")", i + 1));
+                 }));
+}
+
+/// A circle of parents.
+std::string CircleOfNodes(int count)
+{
+    return Scene("", Joined(count, [count](int i) {
+                     return Group(i, fmt::format(R"(, "parent": "#g{}")", (i + 1) % count));
+                 }));
+}
+
+/// A figure's bones, each below the one before.
+std::string ChainOfBones(int count)
+{
+    const std::string bones = Joined(count, [](int i) {
+        return fmt::format(R"({{"id": "b{0}", "name": "b{0}", "type": "bone", "parent": "#{1}",
+            "center_point": [{{"id": "x", "value": {0}}}]}})",
+                           i, i == 0 ? std::string("Fig") : fmt::format("b{}", i - 1));
+    });
+    const std::string instances = Joined(count, [](int i) {
+        return fmt::format(R"({{"id": "b{0}-1", "url": "#b{0}", "parent": "#{1}-1"}})", i,
+                           i == 0 ? std::string("Fig") : fmt::format("b{}", i - 1));
+    });
+    return Scene(R"("node_library": [{"id": "Fig", "name": "Fig", "type": "figure"},)" + bones + "],",
+                 R"({"id": "Fig-1", "url": "#Fig"},)" + instances);
+}
+
+const char* const smallMesh = R"("geometry_library": [{"id": "Mesh", "type": "polygon_mesh",
+    "vertices": {"count": 4, "values": [[0, 0, 0], [1, 0, 0], [1, 1, 0], [0, 1, 0]]},
+    "polygon_groups": {"count": 1, "values": ["all"]},
+    "polygon_material_groups": {"count": 1, "values": ["skin"]},
+    "polylist": {"count": 1, "values": [[0, 0, 0, 1, 2, 3]]}}],
+    "node_library": [{"id": "Fig", "name": "Fig", "type": "figure"}],)";
+
+const char* const smallFigure =
+    R"({"id": "Fig-1", "url": "#Fig", "geometries": [{"id": "Mesh-1", "url": "#Mesh"}]})";
+
+std::string SceneOfDials(const std::string& dials, int count)
+{
+    return Scene(std::string(smallMesh) + R"("modifier_library": [)" + dials + "],", smallFigure,
+                 Joined(count, [](int i) {
+                     return fmt::format(R"({{"id": "d{0}-1", "url": "#d{0}", "parent": "#Mesh-1"}})", i);
+                 }));
+}
+
+/// @param driver  of each, by number; negative for none
+std::string DrivenDials(int count, const std::function<int(int)>& driver)
+{
+    const auto link = [&](int i) {
+        return driver(i) < 0 ? std::string()
+                             : fmt::format(R"(, "formulas": [{{"output": "Fig:#d{0}?value",
+            "operations": [{{"op": "push", "url": "Fig:#d{1}?value"}}]}}])",
+                                           i, driver(i));
+    };
+    const auto dial = [&](int i) {
+        return fmt::format(R"({{"id": "d{0}", "name": "d{0}", "parent": "#Mesh",
+            "channel": {{"id": "value", "type": "float", "name": "d{0}", "value": 0}}{1}}})",
+                           i, link(i));
+    };
+    return SceneOfDials(Joined(count, dial), count);
+}
+
+std::string ChainOfDials(int count)
+{
+    return DrivenDials(count, [](int i) { return i - 1; });
+}
+
+std::string CircleOfDials(int count)
+{
+    return DrivenDials(count, [count](int i) { return (i + 1) % count; });
+}
+
+/// All stand for the one dial.
+std::string AliasesOfOneName(int count)
+{
+    const std::string aliases = Joined(count - 1, [](int i) {
+        return fmt::format(R"({{"id": "d{}", "name": "same", "parent": "#Mesh",
+            "channel": {{"id": "value", "type": "alias", "name": "same", "target_channel": "Fig:#d0?value"}}}})",
+                           i + 1);
+    });
+    return SceneOfDials(R"({"id": "d0", "name": "d0", "parent": "#Mesh",
+        "channel": {"id": "value", "type": "float", "name": "d0", "value": 0}},)" +
+                            aliases,
+                        count);
+}
+
+/// Every dial turned by the first.
+std::string FanOfDials(int count)
+{
+    const std::string links = Joined(count - 1, [](int i) {
+        return fmt::format(
+            R"({{"output": "Fig:#d{}?value", "operations": [{{"op": "push", "url": "Fig:#d0?value"}}]}})",
+            i + 1);
+    });
+    return SceneOfDials(Joined(count,
+                               [&](int i) {
+                                   return fmt::format(R"({{"id": "d{0}", "name": "d{0}", "parent": "#Mesh",
+                        "channel": {{"id": "value", "type": "float", "name": "d{0}", "value": 0}}{1}}})",
+                                                      i, i == 0 ? ", \"formulas\": [" + links + "]" : "");
+                               }),
+                        count);
+}
+
+std::string DialsOfOneName(int count)
+{
+    return SceneOfDials(Joined(count,
+                               [](int i) {
+                                   return fmt::format(R"({{"id": "d{0}", "name": "same", "parent": "#Mesh",
+                        "channel": {{"id": "value", "type": "float", "name": "same", "value": 0}}}})",
+                                                      i);
+                               }),
+                        count);
+}
+
+/// One face with that many corners.
+std::string WideFace(int count)
+{
+    return Scene(fmt::format(R"("geometry_library": [{{"id": "Mesh", "type": "polygon_mesh",
+            "vertices": {{"count": {0}, "values": [{1}]}},
+            "polygon_groups": {{"count": 1, "values": ["all"]}},
+            "polygon_material_groups": {{"count": 1, "values": ["skin"]}},
+            "polylist": {{"count": 1, "values": [[0, 0, {2}]]}}}}],
+            "node_library": [{{"id": "Fig", "name": "Fig", "type": "figure"}}],)",
+                             count,
+                             Joined(count, [](int i) { return fmt::format("[{}, {}, 0]", i, i * i % 7); }),
+                             Joined(count, [](int i) { return std::to_string(i); })),
+                 smallFigure);
+}
+
+/// Each face in a group and a surface of its own.
+std::string GroupsOfFaces(int count)
+{
+    const auto names = [count](const char* prefix) {
+        return Joined(count, [prefix](int i) { return fmt::format("\"{}{}\"", prefix, i); });
+    };
+    return Scene(fmt::format(R"("geometry_library": [{{"id": "Mesh", "type": "polygon_mesh",
+            "vertices": {{"count": 4, "values": [[0, 0, 0], [1, 0, 0], [1, 1, 0], [0, 1, 0]]}},
+            "polygon_groups": {{"count": {0}, "values": [{1}]}},
+            "polygon_material_groups": {{"count": {0}, "values": [{2}]}},
+            "polylist": {{"count": {0}, "values": [{3}]}}}}],
+            "node_library": [{{"id": "Fig", "name": "Fig", "type": "figure"}}],)",
+                             count, names("g"), names("s"),
+                             Joined(count, [](int i) { return fmt::format("[{0}, {0}, 0, 1, 2, 3]", i); })),
+                 smallFigure);
+}
+
+void PrintTo(const Growing& growing, std::ostream* out)
+{
+    *out << growing.name;
+}
+
+const Growing kinds[] = {
+    {"nested_nodes", NestedNodes},
+    {"nodes_before_their_parents", BackwardNodes},
+    {"nodes_of_one_name", EqualNodes},
+    {"circle_of_nodes", CircleOfNodes},
+    {"chain_of_bones", ChainOfBones},
+    {"chain_of_dials", ChainOfDials},
+    {"circle_of_dials", CircleOfDials},
+    {"aliases_of_one_name", AliasesOfOneName},
+    {"fan_of_dials", FanOfDials},
+    {"dials_of_one_name", DialsOfOneName},
+    {"wide_face", WideFace},
+    {"groups_of_faces", GroupsOfFaces},
+};
+
+class ContentCost : public LibraryTest, public testing::WithParamInterface<Growing> {
+protected:
+    Allocations costOf(int count, bool isSaved)
+    {
+        TestHost().reset();
+        const fs::path file = _library / "Big.duf";
+        WriteBytes(file, GetParam().text(count));
+        const Allocations before = AllocationsSoFar();
+        EXPECT_TRUE(open(file));
+        const bool isDone =
+            !isSaved || dzScene->saveScene(QString::fromStdString((_library / "Saved.duf").string())) == 0;
+        EXPECT_TRUE(isDone);
+        const Allocations after = AllocationsSoFar();
+        return {after.count - before.count, after.bytes - before.bytes};
+    }
+};
+
+TEST_P(ContentCost, grows_as_the_file_does)
+{
+    constexpr int count = 500, factor = 4;
+    costOf(count, true); // what happens once
+    for (const bool isSaved : {false, true}) {
+        const Allocations small = costOf(count, isSaved), large = costOf(factor * count, isSaved);
+        if (small.count == 0)
+            GTEST_SKIP() << "allocations cannot be counted here";
+        // Arrays that double now and then take some more; work on all pairs would take four times as much.
+        const double most = 1.7 * factor;
+        EXPECT_LT(static_cast<double>(large.count) / static_cast<double>(small.count), most);
+        EXPECT_LT(static_cast<double>(large.bytes) / static_cast<double>(small.bytes), most);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, ContentCost, testing::ValuesIn(kinds),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+} // namespace
