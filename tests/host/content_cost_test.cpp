@@ -127,11 +127,6 @@ std::string ChainOfDials(int count)
     return DrivenDials(count, [](int i) { return i - 1; });
 }
 
-std::string CircleOfDials(int count)
-{
-    return DrivenDials(count, [count](int i) { return (i + 1) % count; });
-}
-
 /// All stand for the one dial.
 std::string AliasesOfOneName(int count)
 {
@@ -218,7 +213,6 @@ const Growing kinds[] = {
     {"circle_of_nodes", CircleOfNodes},
     {"chain_of_bones", ChainOfBones},
     {"chain_of_dials", ChainOfDials},
-    {"circle_of_dials", CircleOfDials},
     {"aliases_of_one_name", AliasesOfOneName},
     {"fan_of_dials", FanOfDials},
     {"dials_of_one_name", DialsOfOneName},

@@ -29,41 +29,18 @@ bool HasClass(const std::string& type)
     return types.count(type) > 0;
 }
 
-/// Of that id; null for none, and where the URL is another file's.
-template <class Definition, class IdOf>
-const Definition* FindDefinition(const std::vector<Definition>& all, const std::string& url, IdOf idOf)
+const dson::Geometry* GeometryOf(const dson::NodeInstance& instance, const FileDefinitions& definitions)
 {
-    const dson::Uri uri = dson::ParseUri(url);
-    const auto found = std::find_if(all.begin(), all.end(),
-                                    [&](const Definition& definition) { return idOf(definition) == uri.id; });
-    return uri.path.empty() && found != all.end() ? &*found : nullptr;
-}
-
-const std::string& IdOfSkin(const dson::SkinDefinition& skin)
-{
-    return skin.binding.id;
-}
-
-template <class Definition>
-const std::string& IdOf(const Definition& definition)
-{
-    return definition.id;
-}
-
-const dson::Geometry* GeometryOf(const dson::NodeInstance& instance, const dson::Document& document)
-{
-    return instance.geometries.empty()
-               ? nullptr
-               : FindDefinition(document.geometries, instance.geometries.front().url, IdOf<dson::Geometry>);
+    return instance.geometries.empty() ? nullptr : definitions.geometry(instance.geometries.front().url);
 }
 
 /// What the definition of a modifier or a skin says; null for one of another file.
 const dson::KeptMembers* KeptOfDefinition(const dson::ModifierInstance& instance,
-                                          const dson::Document& document)
+                                          const FileDefinitions& definitions)
 {
-    if (const auto* const skin = FindDefinition(document.skins, instance.url, IdOfSkin))
+    if (const auto* const skin = definitions.skin(instance.url))
         return &skin->kept;
-    const auto* const modifier = FindDefinition(document.modifiers, instance.url, IdOf<dson::Modifier>);
+    const auto* const modifier = definitions.modifier(instance.url);
     return modifier ? &modifier->kept : nullptr;
 }
 
@@ -80,7 +57,7 @@ void DropSet(dson::KeptMembers& kept, const Element* element)
 } // namespace
 
 KeptInstances::KeptInstances(const dson::Document& document)
-    : _document(document), _load(std::make_shared<KeptLoad>())
+    : _document(document), _definitions(document), _load(std::make_shared<KeptLoad>())
 {
     _load->content = document.kept;
     for (const dson::NodeInstance& instance : document.nodeInstances) {
@@ -96,11 +73,6 @@ void KeptInstances::note(const std::string& id)
         _load->instances.insert(id);
 }
 
-const dson::Node* KeptInstances::definitionOf(const dson::NodeInstance& instance) const
-{
-    return FindDefinition(_document.nodes, instance.url, IdOf<dson::Node>);
-}
-
 KeptNode KeptInstances::keptOf(const dson::NodeInstance& instance, const DzNode& node) const
 {
     KeptNode kept;
@@ -112,12 +84,12 @@ KeptNode KeptInstances::keptOf(const dson::NodeInstance& instance, const DzNode&
         kept.geometryIds.push_back(geometry.id);
     if (!instance.geometries.empty())
         keepGeometries(instance.geometries, node, kept);
-    if (const dson::Node* const definition = definitionOf(instance)) {
+    if (const dson::Node* const definition = _definitions.node(instance.url)) {
         if (!HasClass(definition->type))
             kept.definitionType = definition->type;
         kept.definition = definition->kept;
     }
-    if (const dson::Geometry* const definition = GeometryOf(instance, _document)) {
+    if (const dson::Geometry* const definition = GeometryOf(instance, _definitions)) {
         kept.geometryDefinition = definition->kept;
         kept.vertexCount = definition->mesh.vertexCount();
     }
@@ -141,7 +113,7 @@ void KeptInstances::keepGeometries(const std::vector<dson::GeometryInstance>& ge
 KeptModifier KeptInstances::keptOf(const dson::ModifierInstance& instance, const QObject& owner) const
 {
     KeptModifier kept{_load, instance.id, instance.kept, {}};
-    if (const dson::KeptMembers* const ofDefinition = KeptOfDefinition(instance, _document))
+    if (const dson::KeptMembers* const ofDefinition = KeptOfDefinition(instance, _definitions))
         kept.definition = *ofDefinition;
     const auto* const modifier = qobject_cast<const DzModifier*>(&owner);
     if (const FileEffect* const effect = modifier ? FileEffect::of(*modifier) : nullptr)
@@ -155,11 +127,11 @@ void KeptInstances::tellUnclaimed() const
 {
     std::set<const dson::KeptMembers*> claimed;
     for (const auto& [instance, node] : _nodes)
-        if (const dson::Geometry* const geometry = GeometryOf(*instance, _document); geometry && node)
+        if (const dson::Geometry* const geometry = GeometryOf(*instance, _definitions); geometry && node)
             claimed.insert(&geometry->kept);
     for (const auto& [instance, owner] : _modifiers)
         if (owner)
-            claimed.insert(KeptOfDefinition(*instance, _document));
+            claimed.insert(KeptOfDefinition(*instance, _definitions));
     std::vector<std::string> lost;
     const auto look = [&](const std::string& id, const dson::KeptMembers& kept) {
         if (!kept.empty() && claimed.count(&kept) == 0)

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "dson/reader.h"
+#include "file_definitions.h"
 #include "loading/kept_parts.h"
 
 #include <memory>
@@ -39,7 +40,6 @@ public:
 
 private:
     void note(const std::string& id);
-    const dson::Node* definitionOf(const dson::NodeInstance& instance) const; ///< null for another file's
     KeptNode keptOf(const dson::NodeInstance& instance, const DzNode& node) const;
     static void keepGeometries(const std::vector<dson::GeometryInstance>& geometries, const DzNode& node,
                                KeptNode& kept);
@@ -47,6 +47,7 @@ private:
     void tellUnclaimed() const;
 
     const dson::Document& _document;
+    FileDefinitions _definitions;
     std::shared_ptr<KeptLoad> _load;
     std::vector<std::pair<const dson::NodeInstance*, QPointer<DzNode>>> _nodes;
     std::vector<std::pair<const dson::ModifierInstance*, QPointer<QObject>>> _modifiers;

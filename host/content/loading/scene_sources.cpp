@@ -32,7 +32,8 @@ std::shared_ptr<const dson::Document> WithOwnDeltas(std::shared_ptr<const dson::
 
 SceneSources::SceneSources(AssetLibrary& library, std::shared_ptr<const dson::Document> document,
                            LoadReport& report)
-    : _library(library), _document(WithOwnDeltas(std::move(document))), _report(report)
+    : _library(library), _document(WithOwnDeltas(std::move(document))), _definitions(*_document),
+      _report(report)
 {
 }
 
@@ -56,10 +57,7 @@ bool SceneSources::isThisFile(const dson::Uri& url) const
 
 bool SceneSources::isDefinedHere(const dson::Uri& url) const
 {
-    const std::vector<dson::Modifier>& all = _document->modifiers;
-    return isThisFile(url) && std::any_of(all.begin(), all.end(), [&url](const dson::Modifier& modifier) {
-               return modifier.id == url.id;
-           });
+    return isThisFile(url) && _definitions.hasModifier(url.id);
 }
 
 std::shared_ptr<const dson::Document> SceneSources::documentOf(const dson::Uri& uri)

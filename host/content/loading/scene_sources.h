@@ -8,6 +8,7 @@
 #include "dson/reader.h"
 #include "dson/uri.h"
 #include "figure_assembly.h"
+#include "file_definitions.h"
 #include "library/asset_library.h"
 #include "load_report.h"
 
@@ -46,6 +47,7 @@ public:
 private:
     AssetLibrary& _library;
     std::shared_ptr<const dson::Document> _document;
+    FileDefinitions _definitions;
     LoadReport& _report;
     std::unordered_map<const dson::Document*, std::shared_ptr<const DefinitionTree>> _trees;
 };
