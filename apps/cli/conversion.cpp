@@ -10,9 +10,11 @@
 #include "dzapp.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
+#include "dzintproperty.h"
 #include "gnt_convert-figure.h"
 #include "host_session.h"
 #include "ks_daz-helpers.h"
+#include "memory_need.h"
 #include "new_names.h"
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
@@ -149,6 +151,15 @@ void AddMet(const base::Diagnostics& met, base::Diagnostics& told)
     }
 }
 
+/// At which the conversion subdivides.
+int LevelOf(DzNode& source, const GntRequest& request)
+{
+    return request.subdLevel
+               ? *request.subdLevel
+               : kst::daz::FindSubdivisionLevelIntProperty(kst::daz::ResolveToFigure_X(source), true)
+                     ->getValue();
+}
+
 ConversionReport ConvertIn(HostSession& session, const ConversionRequest& request, Progress& progress)
 {
     ConversionReport report;
@@ -163,6 +174,8 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     Append(report.diagnostics, WarnOfShapers(app::ConvertedFigure::Target, target, request.target));
     report.source = DescribeFigure(kst::daz::ResolveToFigure_X(source));
     report.target = DescribeFigure(kst::daz::ResolveToFigure_X(target));
+    if (request.morphs.resolution == GntResolution::Subd)
+        CheckMemory(report.source.vertices + report.target.vertices, LevelOf(source, request.morphs));
     StandAlone(source, request.source, report.diagnostics);
     StandAlone(target, request.target, report.diagnostics);
     KeepLabelsFree(source, target, report.diagnostics);

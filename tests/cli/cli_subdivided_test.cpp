@@ -7,6 +7,8 @@
 
 #include <sstream>
 
+#include <sys/resource.h>
+
 namespace {
 
 using nlohmann::json;
@@ -75,4 +77,18 @@ TEST_F(SubdividedConversion, names_levels_and_resolutions_that_do_not_fit)
     for (const char* const level : {"0", "6", "-1", "two"})
         ExpectWrongUse(RunProgram(arguments({"--resolution", "subd", "--subd", level})), "--subd");
     ExpectWrongUse(RunProgram(arguments({"--resolution", "high"})), "high");
+}
+
+TEST_F(SubdividedConversion, is_refused_before_it_begins_where_memory_does_not_do)
+{
+    rlimit former{};
+    ASSERT_EQ(getrlimit(RLIMIT_AS, &former), 0);
+    rlimit limit = former;
+    limit.rlim_cur = rlim_t{600} << 20; // which loading both figures does with
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &limit), 0);
+    const ProgramResult refused = convert({"--resolution", "subd", "--subd", "5", "--jobs", "full"});
+    const ProgramResult smaller = convert({"--resolution", "subd", "--subd", "1", "--jobs", "full"});
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &former), 0);
+    expectFailureWith(refused, 1, "A conversion at subdivision level 5 needs about 661 MiB of memory, and ");
+    ExpectSuccess(smaller);
 }
