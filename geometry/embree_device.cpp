@@ -3,7 +3,11 @@
 
 #include "embree_device.h"
 
-#include "base/errors.h"
+#include "geometry/errors.h"
+#include "geometry/limits.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace geometry {
 
@@ -16,6 +20,18 @@ RTCDevice EmbreeDevice()
         return created;
     }();
     return device;
+}
+
+void CheckReach(base::Span<const Vec3f> positions)
+{
+    // What is no number belongs to triangles without an area, which no scene gets.
+    const auto isFar = [](Vec3f p) {
+        return std::max({std::abs(p.x), std::abs(p.y), std::abs(p.z)}) > farthestPosition;
+    };
+    const auto far = std::find_if(positions.begin(), positions.end(), isFar);
+    if (far != positions.end())
+        throw TopologyError("vertex {} lies farther than {:g} cm from the origin", far - positions.begin(),
+                            farthestPosition);
 }
 
 } // namespace geometry

@@ -3,11 +3,18 @@
 
 #pragma once
 
+#include "base/span.h"
+#include "geometry/vec3.h"
+
 #include <embree3/rtcore.h>
 
 namespace geometry {
 
 /// Created at first use and kept to the end of the process: scenes may live in static storage, too.
 RTCDevice EmbreeDevice();
+
+/// Every scene's positions pass here.
+/// @throws TopologyError  one is farther out than the ray tracer can take
+void CheckReach(base::Span<const Vec3f> positions);
 
 } // namespace geometry

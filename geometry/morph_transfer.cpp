@@ -3,6 +3,7 @@
 
 #include "geometry/morph_transfer.h"
 
+#include "embree_device.h"
 #include "geometry/errors.h"
 #include "geometry/transform.h"
 #include "surface_extension.h"
@@ -25,6 +26,7 @@ void CheckMesh(const PolygonMeshView& mesh, const char* which)
     for (std::size_t v = 0; v < mesh.vertexCount(); ++v)
         if (!IsFinite(mesh.positions[v]))
             throw TopologyError("{} mesh: position of vertex {} is not finite", which, v);
+    CheckReach(mesh.positions);
 }
 
 /// The source vertices that a target vertex takes its value from.

@@ -4,6 +4,7 @@
 #include "geometry/picture.h"
 
 #include "base/errors.h"
+#include "geometry/limits.h"
 #include "geometry/picture_stage.h"
 
 #include <tbb/parallel_for.h>
@@ -256,9 +257,9 @@ std::optional<View> ParseView(std::string_view text)
 
 void CheckPictureSize(int width, int height)
 {
-    constexpr int largest = 16384;
-    if (width < 1 || height < 1 || width > largest || height > largest)
-        throw base::Error(fmt::format("picture size {}x{} is not within 1 to {}", width, height, largest));
+    if (width < 1 || height < 1 || width > largestPicture || height > largestPicture)
+        throw base::Error(
+            fmt::format("picture size {}x{} is not within 1 to {}", width, height, largestPicture));
 }
 
 Picture Render(base::Span<const PictureItem> items, const PictureOptions& options)

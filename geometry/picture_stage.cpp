@@ -50,6 +50,7 @@ struct PictureStage::Impl {
 
     void add(const PictureItem& item, unsigned id)
     {
+        CheckReach(item.mesh.positions);
         triangles.push_back(Triangulate(*item.mesh.topology));
         normals.push_back(VertexNormals(item.mesh));
         const std::vector<std::uint32_t>& corners = triangles.back().corners;

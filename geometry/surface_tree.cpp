@@ -185,6 +185,7 @@ struct SurfaceTree::Impl {
 SurfaceTree::SurfaceTree(const PolygonMeshView& mesh) : _impl(std::make_unique<Impl>())
 {
     assert(mesh.topology->vertexCount == mesh.vertexCount());
+    CheckReach(mesh.positions);
     _impl->positions.assign(mesh.positions.begin(), mesh.positions.end());
     _impl->triangles = Triangulate(*mesh.topology);
     _impl->keepTrianglesWithArea();

@@ -7,6 +7,7 @@
 #include "command.h"
 #include "dznumericproperty.h"
 #include "dzscene.h"
+#include "geometry/limits.h"
 #include "host_session.h"
 #include "mesh_files.h"
 #include "openhost/scene_picture.h"
@@ -24,8 +25,6 @@
 namespace cli {
 
 namespace {
-
-constexpr int largestSize = 16384;
 
 struct RenderArguments {
     std::string file, out, size;
@@ -46,15 +45,15 @@ bool ParseSize(const std::string& text, PictureSize& size)
         return false;
     const std::from_chars_result height = std::from_chars(width.ptr + 1, end, size.height);
     return height.ec == std::errc() && height.ptr == end && size.width >= 1 && size.height >= 1 &&
-           size.width <= largestSize && size.height <= largestSize;
+           size.width <= geometry::largestPicture && size.height <= geometry::largestPicture;
 }
 
 std::string CheckSize(const std::string& text)
 {
     PictureSize size;
-    return ParseSize(text, size)
-               ? std::string()
-               : fmt::format("\"{}\" is not of the form WxH with numbers from 1 to {}", text, largestSize);
+    return ParseSize(text, size) ? std::string()
+                                 : fmt::format("\"{}\" is not of the form WxH with numbers from 1 to {}",
+                                               text, geometry::largestPicture);
 }
 
 std::string CheckView(const std::string& text)

@@ -5,11 +5,22 @@
 
 #include "base/errors.h"
 #include "command.h"
+#include "geometry/limits.h"
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 
 namespace cli {
+
+namespace {
+
+bool IsFarOut(geometry::Vec3f p)
+{
+    return std::max({std::abs(p.x), std::abs(p.y), std::abs(p.z)}) > geometry::farthestPosition;
+}
+
+} // namespace
 
 geometry::ObjContent ReadMeshFile(const std::filesystem::path& file)
 {
@@ -21,6 +32,10 @@ geometry::ObjContent ReadMeshFile(const std::filesystem::path& file)
     if (bad != positions.end())
         throw base::FormatError("{}: vertex {} has a position that is not finite", FileText(file),
                                 bad - positions.begin() + 1);
+    const auto far = std::find_if(positions.begin(), positions.end(), IsFarOut);
+    if (far != positions.end())
+        throw base::FormatError("{}: vertex {} lies farther than {:g} cm from the origin", FileText(file),
+                                far - positions.begin() + 1, geometry::farthestPosition);
     return content;
 }
 

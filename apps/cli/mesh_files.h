@@ -10,7 +10,7 @@
 namespace cli {
 
 /// @throws base::IoError, base::FormatError  it cannot be read, holds no vertex, or a position is not
-/// finite
+/// finite or farther out than anything that can be traced
 geometry::ObjContent ReadMeshFile(const std::filesystem::path& file);
 /// As above, and the mesh has faces.
 geometry::ObjContent ReadSurfaceFile(const std::filesystem::path& file);

@@ -8,6 +8,7 @@
 #include "dzscene.h"
 #include "dzskeleton.h"
 #include "figure/pipeline.h"
+#include "geometry/limits.h"
 #include "openhost/diagnostics.h"
 
 #include <algorithm>
@@ -69,7 +70,7 @@ geometry::PolygonMeshView MeshWithGrafts(DzNode& node)
 /// Rays lose their way among places that are farther out than anything in the world.
 bool CanBeDrawn(const geometry::PolygonMeshView& mesh)
 {
-    constexpr float farthest = 1e9f; // cm
+    constexpr float farthest = geometry::farthestPosition;
     return std::all_of(mesh.positions.begin(), mesh.positions.end(), [](geometry::Vec3f p) {
         return std::abs(p.x) <= farthest && std::abs(p.y) <= farthest && std::abs(p.z) <= farthest;
     });

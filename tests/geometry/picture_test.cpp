@@ -3,7 +3,7 @@
 
 #include "geometry/picture.h"
 
-#include "base/errors.h"
+#include "geometry/errors.h"
 #include "shapes.h"
 #include "throws.h"
 
@@ -61,6 +61,16 @@ TEST(Render, refuses_sizes_out_of_range)
     EXPECT_THROW_MSG(Render({}, options), base::Error, "picture size 0x1200 is not within 1 to 16384");
     options.width = 16385;
     EXPECT_THROW_MSG(Render({}, options), base::Error, "picture size 16385x1200 is not within 1 to 16384");
+}
+
+TEST(Render, refuses_positions_that_the_ray_tracer_cannot_take)
+{
+    PolygonMesh cube = shapes::Cube(1.0f);
+    cube.positions[0].x = 1e18f;
+    PictureItem item;
+    item.mesh = cube.view();
+    EXPECT_THROW_MSG(Render({&item, 1}), TopologyError,
+                     "vertex 0 lies farther than 1e+09 cm from the origin");
 }
 
 TEST(ParseView, knows_the_five_views)

@@ -4,6 +4,7 @@
 #include "geometry/surface_tree.h"
 
 #include "geometry/errors.h"
+#include "geometry/limits.h"
 #include "geometry/normals.h"
 #include "geometry/surface_distance.h"
 #include "geometry/transform.h"
@@ -111,6 +112,18 @@ TEST(ClosestPoint, finds_nothing_beyond_the_distance_or_for_a_point_that_is_not_
     EXPECT_FALSE(tree.closestPoint({0, 0, 2}, 1.0f).isValid());
     EXPECT_TRUE(tree.closestPoint({0, 0, 0.5f}, 1.0f).isValid());
     EXPECT_FALSE(tree.closestPoint({NAN, 0, 0}).isValid());
+}
+
+TEST(SurfaceTree, refuses_positions_that_the_ray_tracer_cannot_take)
+{
+    PolygonMesh cube = shapes::Cube(1.0f);
+    cube.positions[3].y = -farthestPosition;
+    EXPECT_TRUE(SurfaceTree(cube.view()).closestPoint({0, 0, 0}).isValid()) << "a planet is no trouble";
+    for (const float far : {2e9f, 1e18f, -3e38f}) {
+        cube.positions[3].y = far;
+        EXPECT_THROW_MSG(SurfaceTree(cube.view()), TopologyError,
+                         "vertex 3 lies farther than 1e+09 cm from the origin");
+    }
 }
 
 TEST(ClosestPoint, goes_on_to_triangles_that_the_filter_accepts)

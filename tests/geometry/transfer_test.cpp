@@ -145,6 +145,9 @@ TEST(MatchSurfaces, refuses_meshes_without_faces_and_positions_that_are_not_fini
     EXPECT_THROW_MSG(MatchSurfaces(cube.view(), empty.view()), TopologyError, "target mesh has no faces");
     EXPECT_THROW_MSG(MatchSurfaces(cube.view(), broken.view()), TopologyError,
                      "target mesh: position of vertex 5 is not finite");
+    broken.positions[5].y = 1e18f;
+    EXPECT_THROW_MSG(MatchSurfaces(cube.view(), broken.view()), TopologyError,
+                     "vertex 5 lies farther than 1e+09 cm from the origin");
     const PolygonMesh flat = shapes::FromFaces({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}}, {{0, 1, 2}});
     EXPECT_THROW_MSG(MatchSurfaces(flat.view(), cube.view()), TopologyError,
                      "source mesh has no face with an area");

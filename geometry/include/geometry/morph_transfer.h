@@ -57,7 +57,7 @@ private:
 ///
 /// The meshes are read during the call only.
 /// @throws TopologyError  a mesh has no faces, the source none with an area, or one holds a position that is
-/// not finite
+/// not finite or beyond farthestPosition
 SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMeshView& targetNeutral,
                          const MatchOptions& options = {});
 

@@ -15,7 +15,8 @@ namespace geometry {
 /// const and may be made from several threads at once.
 class PictureStage {
 public:
-    /// @throws base::Error  the ray tracer cannot be started
+    /// @throws base::Error    the ray tracer cannot be started
+    /// @throws TopologyError  a position is beyond farthestPosition
     explicit PictureStage(base::Span<const PictureItem> items);
     ~PictureStage();
     PictureStage(PictureStage&&) noexcept;

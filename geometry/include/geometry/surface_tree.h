@@ -27,7 +27,8 @@ struct SurfacePoint {
 class SurfaceTree {
 public:
     /// Copies the positions and triangulates the faces; the mesh may go afterwards.
-    /// @throws base::Error  the ray tracer cannot be started
+    /// @throws base::Error    the ray tracer cannot be started
+    /// @throws TopologyError  a position is beyond farthestPosition
     explicit SurfaceTree(const PolygonMeshView& mesh);
     ~SurfaceTree();
     SurfaceTree(SurfaceTree&&) noexcept;
