@@ -6,6 +6,7 @@
 #include "command.h"
 #include "geometry/deltas.h"
 #include "geometry/errors.h"
+#include "geometry/misfit.h"
 #include "geometry/morph_transfer.h"
 #include "mesh_files.h"
 #include "options.h"
@@ -30,7 +31,7 @@ constexpr float movedTolerance = 1e-4f;
 
 struct TransferArguments {
     std::string sourceNeutral, sourceMorphed, targetNeutral, out;
-    bool json = false;
+    bool anyway = false, json = false;
 };
 
 struct TransferInput {
@@ -96,6 +97,19 @@ Json Report(const TransferArguments& arguments, const TransferInput& input,
     return report;
 }
 
+/// @throws geometry::TopologyError  the meshes do not belong together, and nobody said to go on
+void CheckFit(const TransferArguments& arguments, const TransferInput& input,
+              const geometry::MatchStatistics& statistics, base::Diagnostics& met)
+{
+    if (!geometry::IsMisfit(statistics))
+        return;
+    const std::string reason = geometry::DescribeMisfit(statistics, input.source.mesh.positions,
+                                                        input.target.mesh.positions, arguments.sourceNeutral);
+    if (!arguments.anyway)
+        throw geometry::TopologyError("{}: {} (--anyway goes on)", arguments.targetNeutral, reason);
+    met.push_back({base::Severity::Warning, arguments.targetNeutral, {}, reason});
+}
+
 void Transfer(const TransferArguments& arguments)
 {
     CheckOutput(arguments.out);
@@ -105,13 +119,17 @@ void Transfer(const TransferArguments& arguments)
     progress.stage("match", "Matching the surfaces");
     const geometry::SurfaceMap map =
         geometry::MatchSurfaces(input.source.mesh.view(), input.target.mesh.view());
+    base::Diagnostics met;
+    CheckFit(arguments, input, map.statistics(), met);
     progress.stage("transfer", "Carrying the morph over");
     const std::vector<Vec3f> deltas =
         map.transfer(Difference(input.source.mesh.positions, input.morphed.mesh.positions));
     progress.stage("write", "Writing " + arguments.out);
     WriteMoved(arguments.out, input.target, deltas);
     progress.finish();
-    WriteReport(Report(arguments, input, map.statistics(), deltas, progress), arguments.json);
+    Json report = Report(arguments, input, map.statistics(), deltas, progress);
+    AddDiagnostics(report, met, arguments.json);
+    WriteReport(report, arguments.json);
 }
 
 } // namespace
@@ -128,6 +146,8 @@ void AddTransferCommand(CLI::App& program, CommandContext& context)
     addFile("--source-morphed", arguments->sourceMorphed, "The source's morphed shape, same vertices");
     addFile("--target-neutral", arguments->targetNeutral, "The target's neutral shape");
     addFile("--out", arguments->out, "The target's morphed shape, to be written");
+    command->add_flag("--anyway", arguments->anyway,
+                      "Go on also when hardly any of the target lies on the source");
     AddJsonOption(*command, arguments->json);
     command->callback([arguments, &context] { context.work = [arguments] { Transfer(*arguments); }; });
 }

@@ -18,6 +18,8 @@
 #include "figure/fitting.h"
 #include "figure/mesh_access.h"
 #include "figure/pipeline.h"
+#include "geometry/misfit.h"
+#include "openhost/diagnostics.h"
 #include "openhost/events.h"
 #include "transfer_parts.h"
 
@@ -125,6 +127,17 @@ std::unique_ptr<DzObject> CopyObject(const DzNode& prop)
     return object;
 }
 
+void WarnOfMisfit(const geometry::SurfaceMap& map, const std::vector<geometry::Vec3f>& from,
+                  const std::vector<geometry::Vec3f>& to, const DzNode& source, const DzNode& target)
+{
+    if (geometry::IsMisfit(map.statistics()))
+        openhost::Report(
+            {base::Severity::Warning,
+             {},
+             target.getLabel().toStdString(),
+             geometry::DescribeMisfit(map.statistics(), from, to, source.getLabel().toStdString())});
+}
+
 } // namespace
 
 DzTransferUtility::DzTransferUtility() = default;
@@ -193,6 +206,7 @@ bool DzTransferUtility::doTransfer()
         const geometry::SurfaceMap map =
             geometry::MatchSurfaces({source->getObject()->pipeline().base().topology.get(), from},
                                     {target->getObject()->pipeline().base().topology.get(), to});
+        WarnOfMisfit(map, from, to, *source, *target);
         DzFigure& figure = *figureToFill();
         _output = &figure;
         if (_transferFaceGroups || _transferRegionGroups || _transferMaterialGroups)

@@ -5,6 +5,9 @@
 #include "cli_workspace.h"
 #include "geometry/obj.h"
 
+#include <cstdio>
+#include <sstream>
+
 #include <nlohmann/json.hpp>
 
 namespace {
@@ -120,6 +123,39 @@ TEST_F(TransferCommand, refuses_a_mesh_without_vertices)
 {
     morphed = workspace.write("empty.obj", "# nothing\n");
     ExpectError(run(workspace.path("out.obj")), 1, morphed + ": has no vertices.");
+}
+
+TEST_F(TransferCommand, refuses_coordinates_beyond_anything_real)
+{
+    morphed = workspace.write("far.obj", "v 0 0 0\nv 0 1e18 0\nv 1 0 0\nf 1 2 3\n");
+    const std::string sentence = morphed + ": vertex 2 lies farther than 1e+09 cm from the origin.";
+    ExpectError(run(workspace.path("out.obj")), 1, sentence);
+    ExpectError(RunProgram({"render", morphed, "--out", workspace.path("out.png")}), 1, sentence);
+}
+
+TEST_F(TransferCommand, refuses_meshes_in_other_units_unless_told_to_go_on)
+{
+    std::string metres;
+    std::istringstream lines(FineCubeText(6));
+    for (std::string line; std::getline(lines, line);) {
+        double x = 0, y = 0, z = 0;
+        if (std::sscanf(line.c_str(), "v %lf %lf %lf", &x, &y, &z) == 3)
+            line = "v " + std::to_string(x / 100) + ' ' + std::to_string(y / 100) + ' ' +
+                   std::to_string(z / 100);
+        metres += line + '\n';
+    }
+    target = workspace.write("metres.obj", metres);
+    const std::string reason =
+        "only 0 of its 218 vertices have a place on " + neutral +
+        "; it is 100 times smaller than the source, as if it were in metres and the source "
+        "in centimetres";
+    ExpectError(run(workspace.path("out.obj")), 1, target + ": " + reason + " (--anyway goes on).");
+    EXPECT_FALSE(workspace.has("out.obj"));
+
+    const ProgramResult result = run(workspace.path("out.obj"), {"--anyway", "--json"});
+    ExpectSuccess(result);
+    EXPECT_TRUE(workspace.has("out.obj"));
+    EXPECT_EQ(json::parse(result.out).at("warnings"), json({target + ": " + reason}));
 }
 
 TEST_F(TransferCommand, refuses_a_mesh_without_faces)
