@@ -3,6 +3,7 @@
 
 #include "script_session.h"
 
+#include "array_guard.h"
 #include "dzcontroller.h"
 #include "dzmodifier.h"
 #include "dznode.h"
@@ -10,6 +11,7 @@
 #include "dzproperty.h"
 #include "dzrefcounteditem.h"
 #include "dzshape.h"
+#include "openhost/diagnostics.h"
 #include "script_classes.h"
 #include "script_functions.h"
 
@@ -68,6 +70,7 @@ ScriptSession::ScriptSession(const QVariantList& arguments, int timeLimit)
     _engine.setProcessEventsInterval(watchInterval);
     RegisterScriptClasses(_engine);
     RegisterScriptFunctions(_engine);
+    GuardArrayMethods(_engine);
     connect(&_watch, SIGNAL(timeout()), SLOT(checkStop()));
     _watch.start(watchInterval);
     _clock.start();
@@ -116,7 +119,11 @@ bool ScriptSession::finish(const QScriptValue& value)
         return false;
     }
     if (!_engine.hasUncaughtException()) {
-        _result = value.toVariant();
+        if (IsTooLong(value)) // every element would be copied
+            Report(
+                {base::Severity::Warning, {}, "script", "its result is too long an array and is left out"});
+        else
+            _result = value.toVariant();
         return true;
     }
     _errorMessage = _engine.uncaughtException().toString();

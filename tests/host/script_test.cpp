@@ -6,6 +6,7 @@
 #include "dzfloatproperty.h"
 #include "dznode.h"
 #include "openhost/class_registry.h"
+#include "openhost/diagnostics.h"
 #include "tests/host/host_fixture.h"
 
 #include <QFile>
@@ -276,6 +277,52 @@ TEST_F(ScriptTest, leaves_no_busy_cursor_behind_and_takes_none_away)
     EXPECT_NE(QApplication::overrideCursor(), nullptr) << "the host's own";
     dzApp->clearBusyCursor();
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(ScriptTest, that_walks_through_too_long_an_array_gets_an_error_and_the_host_lives)
+{
+    const char* const calls[] = {
+        "new Array(1e9).sort()",
+        "new Array(4294967295).join()",
+        "'' + new Array(4294967295)",
+        "[].concat(new Array(1e9))",
+        "new Array(1e9).map(function (x) { return x; })",
+        "Array.prototype.reverse.call({length: 4294967295})",
+        "new Array(10000001).unshift(1)",
+    };
+    for (const char* const call : calls) {
+        DzScript script;
+        script.setCode(QStringLiteral("var a = 1;\n%1;").arg(QLatin1String(call)));
+        EXPECT_FALSE(script.execute()) << call;
+        EXPECT_EQ(script.errorMessage().toStdString().compare(0, 24, "RangeError: an array of "), 0)
+            << call << ": " << script.errorMessage().toStdString();
+        EXPECT_EQ(script.errorLine(), 2) << call;
+    }
+    EXPECT_EQ(textOf("try { new Array(4294967295).sort(); } catch (error) { error.message; }"),
+              "an array of 4294967295 elements is too long; at most 10000000 are taken");
+}
+
+TEST_F(ScriptTest, whose_value_is_too_long_an_array_has_none)
+{
+    const openhost::DiagnosticsCollector met(dzApp->diagnostics());
+    EXPECT_FALSE(valueOf("new Array(4294967295)").isValid());
+    ASSERT_EQ(met.all().size(), 1u);
+    EXPECT_EQ(base::ToLine(met.all()[0]), "script: its result is too long an array and is left out");
+}
+
+TEST_F(ScriptTest, uses_arrays_as_ever)
+{
+    EXPECT_EQ(textOf("[3, 1, 2].sort() + ' ' + [3, 1, 2].sort(function (a, b) { return b - a; })"),
+              "1,2,3 3,2,1");
+    EXPECT_EQ(textOf("[1, [2, 3]].concat([4], 5).slice(1).join('-')"), "2,3-4-5");
+    EXPECT_EQ(textOf("var a = [1, 2, 3]; a.splice(1, 1, 'x', 'y'); a.reverse().toString()"), "3,y,x,1");
+    EXPECT_EQ(valueOf("[1, 2, 3].reduce(function (a, b) { return a + b; })").toInt(), 6);
+    EXPECT_EQ(textOf("var names = []; for (var name in [7]) names.push(name); names.join()"), "0")
+        << "no method is listed";
+    EXPECT_EQ(textOf("try { [2, 1].sort(function () { throw 'mine'; }); } catch (error) { 'got ' + error; }"),
+              "got mine");
+    EXPECT_EQ(valueOf("Array.prototype.sort.length + Array.prototype.slice.length").toInt(), 3);
+    EXPECT_EQ(valueOf("new Array(10000000).join('').length").toInt(), 0);
 }
 
 TEST_F(ScriptTest, that_calls_itself_for_ever_ends_with_an_error)

@@ -1,0 +1,12 @@
+// How much a script may ask of the engine.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+namespace openhost {
+
+/// Elements that one call may go through. The engine walks through all places of an array, also the empty
+/// ones, and ends the program when it cannot hold what comes out.
+constexpr unsigned longestScriptArray = 10000000;
+
+} // namespace openhost
