@@ -9,6 +9,7 @@
 #include "interrupt.h"
 #include "options.h"
 #include "report.h"
+#include "worker_process.h"
 
 #include <algorithm>
 #include <memory>
@@ -21,11 +22,15 @@ namespace cli {
 
 namespace {
 
+/// Enough for scripts that do little.
+constexpr int leastMegabytes = 64;
+
 struct ScriptArguments {
     std::string file;
     std::vector<std::string> arguments;
     std::vector<std::string> content;
     double timeout = 0.0; ///< seconds; 0 for none
+    int megabytes = DefaultMegabytes();
     bool verbose = false, overwrite = false;
 };
 
@@ -47,18 +52,24 @@ base::Diagnostics Without(const std::string& error, base::Diagnostics met)
 
 void RunScript(const ScriptArguments& arguments)
 {
+    constexpr double millisecondsPerSecond = 1000.0;
+    const int milliseconds = static_cast<int>(arguments.timeout * millisecondsPerSecond);
+    // What a script can ask of the engine's own functions, nothing inside the process can end.
+    const WorkerProcess worker(
+        {arguments.file, std::chrono::milliseconds(milliseconds), arguments.megabytes});
     HostSession session(ToPaths(arguments.content), arguments.verbose);
     session.allowOverwriting(arguments.overwrite);
     DzScript script;
     if (!script.loadFromFile(QString::fromStdString(arguments.file)))
         throw std::runtime_error(fmt::format("{}: the script cannot be read", arguments.file));
-    constexpr double millisecondsPerSecond = 1000.0;
-    script.setTimeLimit(static_cast<int>(arguments.timeout * millisecondsPerSecond));
+    script.setTimeLimit(milliseconds);
     QVariantList scriptArguments;
     for (const std::string& argument : arguments.arguments)
         scriptArguments.append(QString::fromStdString(argument));
 
     const InterruptAction stopScripts(DzScript::stopAll);
+    DzScript().execute(); // what the engine sets aside, gigabytes, is not counted against the script
+    worker.startClock();
     const bool succeeded = script.execute(scriptArguments);
     ThrowIfInterrupted();
     const std::string error = succeeded ? std::string() : ErrorOf(script, arguments.file);
@@ -81,6 +92,11 @@ void AddScriptCommand(CLI::App& program, CommandContext& context)
     command->add_option("--timeout", arguments->timeout, "End the script after this time")
         ->type_name("SECONDS")
         ->check(CLI::Range(0.001, 1e6));
+    command
+        ->add_option("--memory", arguments->megabytes,
+                     "End the script when it takes more memory (half of the machine's)")
+        ->type_name("MEGABYTES")
+        ->check(CLI::Range(leastMegabytes, 1 << 24));
     command->callback([arguments, &context] {
         context.work = [arguments, &context] {
             arguments->verbose = context.verbose;

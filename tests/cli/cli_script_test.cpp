@@ -8,6 +8,14 @@
 #include <algorithm>
 #include <csignal>
 
+namespace {
+
+/// A minute in one call.
+const char* const lostScript =
+    "var row = new Array(1e7), rows = []; for (var i = 0; i < 50; ++i) rows.push(row); rows.join();";
+
+} // namespace
+
 TEST(ScriptCommand, prints_what_the_script_prints_and_hands_it_its_arguments)
 {
     const Workspace workspace;
@@ -66,6 +74,65 @@ TEST(ScriptCommand, ends_a_script_that_takes_too_long)
                 file + ": the script was stopped after 0.2 s.");
     ExpectWrongUse(RunProgram({"script", file, "--timeout", "-1"}), "--timeout");
     ExpectWrongUse(RunProgram({"script"}), "FILE");
+}
+
+TEST(ScriptCommand, ends_a_script_that_is_lost_in_a_function_of_the_engine)
+{
+    // No step of the script is left at which it could be stopped.
+    const Workspace workspace;
+    const std::string file = workspace.write("lost.js", lostScript);
+    ExpectError(RunProgram({"script", file, "--timeout", "0.2"}), 1,
+                file + ": the script was stopped after 0.2 s.");
+    EXPECT_EQ(workspace.entries(), std::vector<std::string>{"lost.js"}) << "temporary files went";
+}
+
+TEST(ScriptCommand, ends_a_lost_script_when_interrupted)
+{
+    const Workspace workspace;
+    const std::string started = workspace.path("started");
+    const std::string file =
+        workspace.write("lost.js", "new DzMorphLoader().saveObjectSettingsToConfigFile('" + started +
+                                       "', 'x', false);\n" + lostScript);
+    const ProgramResult result = InterruptProgram({"script", file}, started);
+    EXPECT_EQ(result.signal, SIGINT);
+    EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
+    EXPECT_EQ(workspace.entries(), (std::vector<std::string>{"lost.js", "started"}));
+}
+
+TEST(ScriptCommand, ends_a_script_that_takes_all_memory_with_one_sentence)
+{
+    const Workspace workspace;
+    const std::string file =
+        workspace.write("greedy.js", "print('begun'); var all = [], text = new Array(1e4).join('x');"
+                                     "while (true) all.push(new Array(1e3).join(text));");
+    const ProgramResult result = RunProgram({"script", file, "--memory", "200"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "begun\n");
+    EXPECT_EQ(result.err.compare(0, 9 + file.size(), "gantrel: " + file), 0) << result.err;
+    EXPECT_NE(result.err.find("as one does that takes more than 200 megabytes.\n"), result.err.npos)
+        << result.err;
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    EXPECT_EQ(workspace.entries(), std::vector<std::string>{"greedy.js"}) << "temporary files went";
+    ExpectWrongUse(RunProgram({"script", file, "--memory", "0"}), "--memory");
+}
+
+TEST(ScriptCommand, runs_in_the_least_memory_that_it_can_be_given)
+{
+    const Workspace workspace;
+    const std::string file = workspace.write("small.js", "print([3, 1, 2].sort());");
+    const ProgramResult result = RunProgram({"script", file, "--memory", "64"});
+    ExpectSuccess(result);
+    EXPECT_EQ(result.out, "1,2,3\n");
+}
+
+TEST(ScriptCommand, names_arrays_that_are_too_long)
+{
+    const Workspace workspace;
+    const std::string file = workspace.write("long.js", "new Array(4294967295).join();");
+    ExpectError(RunProgram({"script", file}), 1,
+                file +
+                    ", line 1: RangeError: an array of 4294967295 elements is too long; at most 10000000 are "
+                    "taken.");
 }
 
 TEST(ScriptCommand, ends_a_script_that_loops_for_ever_when_interrupted)
