@@ -4,6 +4,7 @@
 #include "dson/dhdm.h"
 
 #include "base/errors.h"
+#include "dson/limits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,8 +26,6 @@ const std::string checksumKind = "crc32:";
 
 constexpr std::uint32_t magic = 0xD0D0D0D0;
 constexpr std::uint32_t oneAsFloat = 0x3F800000;
-/// A path has room for twelve steps, the last of which chooses the vertex.
-constexpr int deepestLevel = 11;
 /// Below this level the upper half of a path holds all of it, and only that is written.
 constexpr int firstLongLevel = 4;
 
@@ -81,10 +80,30 @@ struct Path {
     }
 };
 
+/// Nothing but quads, of a number that nobody has checked yet: takes no memory for them.
+struct QuadCage {
+    std::uint32_t faces = 0;
+
+    std::size_t faceCount() const { return faces; }
+    std::size_t cornerCount() const { return 4 * std::size_t{faces}; }
+    std::uint32_t firstCorner(std::uint32_t face) const { return 4 * face; }
+    std::size_t cornersOf(std::uint32_t) const { return 4; }
+};
+
+struct MeshCage {
+    const geometry::Topology& mesh;
+
+    std::size_t faceCount() const { return mesh.faceCount(); }
+    std::size_t cornerCount() const { return mesh.cornerCount(); }
+    std::uint32_t firstCorner(std::uint32_t face) const { return mesh.faceOffsets[face]; }
+    std::size_t cornersOf(std::uint32_t face) const { return mesh.face(face).size(); }
+};
+
 /// One file's levels against one cage.
+template <class Cage>
 class Decoder {
 public:
-    Decoder(std::string_view bytes, const geometry::Topology& cage, const std::string& name)
+    Decoder(std::string_view bytes, const Cage& cage, const std::string& name)
         : _reader(bytes, name), _cage(cage), _name(name)
     {
     }
@@ -111,7 +130,7 @@ private:
             throw base::FormatError("{}: is for {} faces but the figure has {}", _name, faces,
                                     _cage.faceCount());
         const double finest = static_cast<double>(_cage.cornerCount()) * std::pow(4.0, expected);
-        if (number != static_cast<std::uint32_t>(expected) || expected > deepestLevel ||
+        if (number != static_cast<std::uint32_t>(expected) || expected > deepestDetailLevel ||
             finest > 4294967295.0)
             throw base::FormatError("{}: level {} is numbered {} or too fine", _name, expected, number);
         const std::uint32_t edits = _reader.take<std::uint32_t>(), size = _reader.take<std::uint32_t>();
@@ -146,10 +165,10 @@ private:
             offset.z = _reader.take<float>();
             const std::uint32_t cornerInFace = Path::cornerInFace(path);
             const bool isGood = path >> 28 == static_cast<std::uint32_t>(level + 1) &&
-                                cornerInFace < _cage.face(index).size() && IsFinite(offset);
+                                cornerInFace < _cage.cornersOf(index) && IsFinite(offset);
             if (!isGood)
                 throw base::FormatError("{}: level {} has a broken edit of face {}", _name, level, index);
-            result.corners.push_back((_cage.faceOffsets[index] + cornerInFace) << 2 * level |
+            result.corners.push_back((_cage.firstCorner(index) + cornerInFace) << 2 * level |
                                      Path::below(path, level));
             result.offsets.push_back(offset);
         }
@@ -173,7 +192,7 @@ private:
     }
 
     Reader _reader;
-    const geometry::Topology& _cage;
+    const Cage _cage;
     const std::string& _name;
 };
 
@@ -185,19 +204,6 @@ void AppendEdit(std::string& bytes, std::uint32_t path, Vec3f offset, int level)
     Append(bytes, static_cast<std::uint16_t>(path >> 16));
     Append(bytes, offset.y);
     Append(bytes, offset.z);
-}
-
-/// Quads of a number that nobody has checked yet; where they are is of no importance.
-geometry::Topology CageOf(std::uint32_t faceCount, const std::string& name)
-{
-    constexpr std::uint32_t most = 10000000;
-    if (faceCount > most)
-        throw base::FormatError("{}: is for {} faces, more than any figure has", name, faceCount);
-    geometry::Topology cage;
-    cage.vertexCount = 1;
-    for (std::uint32_t face = 0; face < faceCount; ++face)
-        cage.addFace(std::vector<std::uint32_t>(4, 0));
-    return cage;
 }
 
 /// @param detail  on a cage of quads
@@ -258,7 +264,7 @@ std::string EncodeEdits(const DetailLevel& detail, int level, const geometry::To
 geometry::MultiresDetail DecodeDhdm(std::string_view bytes, const geometry::Topology& cage,
                                     const std::string& name)
 {
-    return Decoder(bytes, cage, name).run();
+    return Decoder<MeshCage>(bytes, {cage}, name).run();
 }
 
 DhdmFacts DescribeDhdm(std::string_view bytes, const std::string& name)
@@ -267,7 +273,9 @@ DhdmFacts DescribeDhdm(std::string_view bytes, const std::string& name)
     constexpr std::size_t faceCountAt = 16;
     if (bytes.size() >= faceCountAt + sizeof facts.faceCount)
         std::memcpy(&facts.faceCount, bytes.data() + faceCountAt, sizeof facts.faceCount);
-    const geometry::MultiresDetail detail = DecodeDhdm(bytes, CageOf(facts.faceCount, name), name);
+    if (facts.faceCount > mostDetailFaces)
+        throw base::FormatError("{}: is for {} faces, more than any figure has", name, facts.faceCount);
+    const geometry::MultiresDetail detail = Decoder<QuadCage>(bytes, {facts.faceCount}, name).run();
     for (std::size_t i = 0; i < detail.levels.size(); ++i)
         facts.levels.push_back(Describe(detail.levels[i], static_cast<int>(i) + 1));
     return facts;
@@ -277,7 +285,7 @@ std::string EncodeDhdm(const geometry::MultiresDetail& detail, const geometry::T
                        std::size_t* leftOut)
 {
     const auto levels = static_cast<std::uint32_t>(detail.levels.size());
-    if (detail.levels.size() > deepestLevel)
+    if (detail.levels.size() > deepestDetailLevel)
         throw base::FormatError("detail of {} levels has no place in a file", detail.levels.size());
     std::string bytes;
     for (const std::uint32_t word : {magic, levels, oneAsFloat, levels})

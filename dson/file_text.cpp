@@ -7,6 +7,7 @@
 #include "dson/gzip.h"
 #include "utf8.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -14,9 +15,19 @@
 #include <memory>
 #include <string_view>
 
+#include <unistd.h>
+
 namespace dson {
 
 namespace {
+
+/// In bytes. What the machine has does not change while the program runs.
+std::size_t LargestText()
+{
+    static const std::size_t memory =
+        static_cast<std::size_t>(sysconf(_SC_PHYS_PAGES)) * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    return std::min(maxTextSize, memory / memoryShare);
+}
 
 std::string ReadStored(const std::filesystem::path& file)
 {
@@ -30,14 +41,15 @@ std::string ReadStored(const std::filesystem::path& file)
     std::string bytes;
     // Whoever parses the text wants some bytes behind it.
     constexpr std::size_t padding = 64;
+    const std::size_t largest = LargestText();
     const auto size = std::filesystem::file_size(file, error);
-    if (!error && size <= maxTextSize)
+    if (!error && size <= largest)
         bytes.reserve(size + padding);
     char buffer[1 << 16];
     while (const std::size_t count = std::fread(buffer, 1, sizeof buffer, stream.get())) {
         bytes.append(buffer, count);
-        if (bytes.size() > maxTextSize)
-            throw base::FormatError("{}: is larger than {} bytes", file.string(), maxTextSize);
+        if (bytes.size() > largest)
+            throw base::FormatError("{}: is larger than {} bytes", file.string(), largest);
     }
     if (std::ferror(stream.get()))
         throw base::IoError("cannot read {}: {}", file.string(), std::strerror(errno));
@@ -78,7 +90,7 @@ bool StartsWith(const std::string& bytes, std::string_view prefix)
 std::string ReadBytes(const std::filesystem::path& file)
 {
     std::string bytes = ReadStored(file);
-    return IsGzip(bytes) ? Decompress(bytes, file.string(), maxTextSize) : bytes;
+    return IsGzip(bytes) ? Decompress(bytes, file.string(), LargestText()) : bytes;
 }
 
 std::string ReadText(const std::filesystem::path& file)

@@ -4,6 +4,7 @@
 #include "dson/gzip.h"
 
 #include "base/errors.h"
+#include "dson/limits.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -191,11 +192,16 @@ std::string Compress(std::string_view text)
 
 std::string Decompress(std::string_view bytes, const std::string& name, std::size_t limit)
 {
+    const std::size_t likely = std::max(freelyExpanded, mostExpansion * bytes.size());
+    const std::size_t most = std::min(limit, likely);
     std::string text;
     do {
-        std::string member = ExpandMember(bytes, name, limit - text.size());
-        if (member.size() > limit - text.size())
+        std::string member = ExpandMember(bytes, name, most - text.size());
+        if (member.size() > most - text.size()) {
+            if (likely < limit)
+                throw base::FormatError("{}: expands to more than {} times its size", name, mostExpansion);
             throw base::FormatError("{}: expands to more than {} bytes", name, limit);
+        }
         if (text.empty())
             text = std::move(member); // as good as all files have but one
         else

@@ -3,6 +3,7 @@
 
 #include "lenient_json.h"
 
+#include "dson/limits.h"
 #include "json_token.h"
 #include "lenient_string.h"
 #include "oddities.h"
@@ -18,9 +19,6 @@ namespace {
 struct Senseless {
     std::size_t at;
 };
-
-/// As deep as the parser goes where the innermost level is not empty.
-constexpr std::size_t deepest = 1023;
 
 bool IsNameStart(char c)
 {
@@ -140,7 +138,7 @@ private:
         if (wantsName())
             throw Senseless{_at};
         beginItem();
-        if (_open.size() == deepest)
+        if (_open.size() == deepestNesting)
             return leaveOutBranch();
         if (_names && peek() == '{')
             _names->open();

@@ -3,14 +3,12 @@
 
 #pragma once
 
-#include <cstddef>
+#include "dson/limits.h"
+
 #include <filesystem>
 #include <string>
 
 namespace dson {
-
-/// A gzip may expand to this many bytes at most; ten times the largest files known.
-constexpr std::size_t maxTextSize = std::size_t{1} << 30;
 
 /// The bytes of a file, expanded if they are a gzip.
 /// @throws base::IoError      the file cannot be read

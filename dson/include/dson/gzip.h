@@ -19,7 +19,8 @@ std::string Compress(std::string_view text);
 /// is accepted, since shipped files have it; any other that does not match the data is refused.
 /// @param name   stands for the data in error messages, usually the file name
 /// @param limit  the most bytes that all may expand to
-/// @throws base::FormatError  truncated, damaged or larger than the limit
+/// @throws base::FormatError  truncated, damaged, larger than the limit, or larger than such a file can come
+/// to be by compressing anything but the same again and again
 std::string Decompress(std::string_view bytes, const std::string& name, std::size_t limit);
 
 } // namespace dson
