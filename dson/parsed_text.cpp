@@ -8,6 +8,7 @@
 #include "lenient_json.h"
 #include "repeated_names.h"
 
+#include <new>
 #include <utility>
 
 namespace dson {
@@ -29,8 +30,10 @@ ParsedText::ParsedText(const std::string& text, std::string name, Deltas deltas)
     if (text.find_first_not_of(" \t\r\n") == std::string::npos)
         throw base::FormatError("{}: is empty", _name);
     simdjson::error_code error = parseStrictly(text, deltas);
-    if (error)
+    if (error && error != simdjson::MEMALLOC)
         error = parseMended(text);
+    if (error == simdjson::MEMALLOC)
+        throw std::bad_alloc();
     if (error)
         throw base::FormatError("{}: is not valid JSON", _name);
     if (!_root.is_object())

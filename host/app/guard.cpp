@@ -6,12 +6,15 @@
 #include "base/errors.h"
 #include "openhost/diagnostics.h"
 
+#include <new>
+
 namespace openhost {
 
 HostFailure FailureOf(const HostCall& call, const std::exception& error)
 {
     HostFailure failure;
-    failure.reason = error.what();
+    const bool isMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
+    failure.reason = isMemory ? "there is not enough memory" : error.what();
     failure.isIo = dynamic_cast<const base::IoError*>(&error) != nullptr;
     failure.diagnostic = base::FromSentence(call.severity, call.file, failure.reason);
     failure.diagnostic.asset = call.asset;

@@ -140,3 +140,10 @@ TEST_F(GuardHostCallTest, reports_what_was_done_with_what_and_why_it_failed)
               (Diagnostics{{Severity::Error, "/a.dsf", "", "is bent"},
                            {Severity::Warning, "/a.dsf", "Up", "cannot load the deltas: is bent"}}));
 }
+
+TEST_F(GuardHostCallTest, tells_of_missing_memory_in_words)
+{
+    const DiagnosticsCollector met(dzApp->diagnostics());
+    openhost::GuardHostCall({"/a.dsf"}, []() -> bool { throw std::bad_alloc(); });
+    EXPECT_EQ(met.all(), (Diagnostics{{Severity::Error, "/a.dsf", "", "there is not enough memory"}}));
+}
