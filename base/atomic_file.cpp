@@ -4,6 +4,7 @@
 #include "base/atomic_file.h"
 
 #include "base/errors.h"
+#include "base/limits.h"
 #include "base/process_mark.h"
 
 #include <atomic>
@@ -61,8 +62,7 @@ std::string MarkIn(const std::string& name)
 fs::path Followed(fs::path path)
 {
     std::error_code error;
-    constexpr int most = 40; // as the system has it
-    for (int i = 0; i < most && fs::is_symlink(path, error); ++i) {
+    for (int i = 0; i < mostLinks && fs::is_symlink(path, error); ++i) {
         const fs::path next = fs::read_symlink(path, error);
         if (error)
             break;

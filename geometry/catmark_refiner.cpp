@@ -4,6 +4,7 @@
 #include "catmark_refiner.h"
 
 #include "geometry/errors.h"
+#include "geometry/limits.h"
 
 #include <opensubdiv/far/topologyDescriptor.h>
 #include <opensubdiv/far/topologyRefinerFactory.h>
@@ -32,17 +33,15 @@ Sdc::Options::VtxBoundaryInterpolation ToOpenSubdiv(BoundaryRule rule)
     return Sdc::Options::VTX_BOUNDARY_EDGE_ONLY;
 }
 
-/// OpenSubdiv counts a vertex's faces and a face's corners in 16 bits.
 void CheckValences(const Topology& cage)
 {
-    constexpr std::uint32_t limit = 65535;
     for (std::size_t f = 0; f < cage.faceCount(); ++f)
-        if (cage.face(f).size() > limit)
+        if (cage.face(f).size() > mostCorners)
             throw TopologyError("face {} has {} corners but at most {} can be subdivided", f,
-                                cage.face(f).size(), limit);
+                                cage.face(f).size(), mostCorners);
     std::vector<std::uint32_t> valences(cage.vertexCount);
     for (const std::uint32_t vertex : cage.cornerVertices)
-        if (++valences[vertex] == limit)
+        if (++valences[vertex] == mostCorners)
             throw TopologyError("vertex {} has too many faces to be subdivided", vertex);
 }
 

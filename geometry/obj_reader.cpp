@@ -4,6 +4,7 @@
 #include "geometry/obj.h"
 
 #include "base/errors.h"
+#include "geometry/limits.h"
 #include "obj_chunk.h"
 #include "obj_scan.h"
 
@@ -119,7 +120,7 @@ private:
             _cornersHaveUvs &= chunk.cornersHaveUvs;
         }
         const Bases& all = _bases.back();
-        if (all.positions > INT32_MAX || all.uvs > INT32_MAX || all.corners > UINT32_MAX)
+        if (all.positions > mostObjVertices || all.uvs > mostObjVertices || all.corners > UINT32_MAX)
             throw base::FormatError("{}: mesh is too large", _name);
         _cornersHaveUvs &= all.corners > 0 && _options.readTexCoords;
     }

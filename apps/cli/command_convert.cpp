@@ -3,6 +3,7 @@
 
 #include "command_convert.h"
 
+#include "base/limits.h"
 #include "conversion.h"
 #include "host_session.h"
 #include "new_names.h"
@@ -177,10 +178,9 @@ void CheckFolderName(const char* option, const std::string& name)
     const bool isBlank = name.find_first_not_of(' ') == name.npos;
     if (isBlank || hasBadCharacter || name.back() == '.')
         throw UsageError(std::string(option) + " \"" + name + "\" cannot be the name of a folder");
-    constexpr std::size_t most = 255; // of all systems' usual file systems
-    if (name.size() > most)
+    if (name.size() > base::longestName)
         throw UsageError(fmt::format("{} is too long for the name of a folder: {} bytes, of {} at most",
-                                     option, name.size(), most));
+                                     option, name.size(), base::longestName));
 }
 
 GntSaveOptions MakeSaveOptions(const ConvertArguments& arguments)
