@@ -236,6 +236,9 @@ std::string EncodeEdits(const DetailLevel& detail, int level, const geometry::To
     std::uint32_t openFace = none, count = 0;
     std::size_t countAt = 0;
     for (std::size_t i = 0; i < detail.size(); ++i) {
+        if (!IsFinite(detail.offsets[i]))
+            throw base::FormatError("a displacement of level {} is not finite",
+                                    level); // nobody would read it
         const std::uint32_t cageCorner = detail.corners[i] >> 2 * level;
         const std::uint32_t face = openFace != none && cageCorner < cage.faceOffsets[openFace + 1]
                                        ? openFace

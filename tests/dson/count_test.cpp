@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
 #include <fstream>
 
@@ -89,6 +90,22 @@ TEST(Counts, that_a_file_of_detail_only_claims_take_no_memory)
                      "file: level 1 is larger than the file");
     EXPECT_THROW_MSG(dson::DescribeDhdm(Words({dhdmMagic, UINT32_MAX, one, UINT32_MAX}), "file"),
                      base::FormatError, "file: ends at byte 16 in the middle of a level");
+}
+
+TEST(Dhdm, is_not_written_with_a_displacement_that_is_not_finite)
+{
+    geometry::Topology cage;
+    cage.vertexCount = 4;
+    cage.addFace(std::vector<std::uint32_t>{0, 1, 2, 3});
+    geometry::MultiresDetail detail;
+    detail.levels.emplace_back();
+    detail.levels[0].corners = {0};
+    detail.levels[0].offsets = {{0, 1, 0}};
+    std::size_t leftOut = 0;
+    EXPECT_EQ(dson::DescribeDhdm(dson::EncodeDhdm(detail, cage, &leftOut), "file").levels.at(0).edits, 1u);
+    detail.levels[0].offsets[0].y = INFINITY;
+    EXPECT_THROW_MSG(dson::EncodeDhdm(detail, cage, &leftOut), base::FormatError,
+                     "a displacement of level 1 is not finite");
 }
 
 TEST(Counts, of_what_a_gzip_expands_to_are_held_to_a_likely_multiple)

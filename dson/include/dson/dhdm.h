@@ -42,7 +42,7 @@ geometry::MultiresDetail DecodeDhdm(std::string_view bytes, const geometry::Topo
 /// @param detail   its corners are those of the cage's levels
 /// @param leftOut  how many displacements the file cannot hold: a path leads to the first four corners of a
 ///                 face only
-/// @throws base::FormatError  more levels or more bytes than a file can hold
+/// @throws base::FormatError  more levels or more bytes than a file can hold, or a displacement is not finite
 std::string EncodeDhdm(const geometry::MultiresDetail& detail, const geometry::Topology& cage,
                        std::size_t* leftOut);
 
