@@ -3,6 +3,7 @@
 
 #include "base/file_set.h"
 
+#include "base/cancellation.h"
 #include "base/errors.h"
 
 #include <cerrno>
@@ -127,6 +128,7 @@ public:
                 return 0;
             if (std::chrono::steady_clock::now() >= end)
                 return EWOULDBLOCK;
+            ThrowIfCancelled();
             std::this_thread::sleep_for(pause);
         }
         return 0;
@@ -189,6 +191,7 @@ const fs::path& FileSet::folder() const
 
 void FileSet::write(const std::string& name, std::string_view content)
 {
+    ThrowIfCancelled();
     auto file = std::make_unique<AtomicFile>(_impl->folder / name);
     file->write(content);
     file->finish();
