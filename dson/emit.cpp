@@ -3,6 +3,7 @@
 
 #include "emit.h"
 
+#include "base/cancellation.h"
 #include "base/errors.h"
 #include "dson/uri.h"
 #include "kept_parts.h"
@@ -183,6 +184,7 @@ Json EmitPolygons(const geometry::Topology& topology)
 {
     Json rows = Json::array();
     for (std::size_t f = 0; f < topology.faceCount(); ++f) {
+        base::ThrowIfCancelled();
         const auto corners = topology.face(f);
         if (corners.size() > 4)
             throw base::FormatError("face {} has {} corners; a figure's faces have three or four", f,
@@ -200,9 +202,11 @@ Json EmitPolygons(const geometry::Topology& topology)
 Json EmitPositions(const std::vector<geometry::Vec3f>& positions)
 {
     Json rows = Json::array();
-    for (std::size_t v = 0; v < positions.size(); ++v)
+    for (std::size_t v = 0; v < positions.size(); ++v) {
+        base::ThrowIfCancelled();
         rows.push_back({Finite(positions[v].x, "vertex", v), Finite(positions[v].y, "vertex", v),
                         Finite(positions[v].z, "vertex", v)});
+    }
     return List(std::move(rows));
 }
 
@@ -368,6 +372,7 @@ Json EmitModifier(const Modifier& modifier)
         const geometry::SparseDeltas& deltas = modifier.morph->deltas;
         Json rows = Json::array();
         for (std::size_t i = 0; i < deltas.size(); ++i) {
+            base::ThrowIfCancelled();
             const geometry::Vec3f delta = deltas.deltas[i];
             rows.push_back(Json::array({deltas.vertices[i], Finite(delta.x, "delta", i),
                                         Finite(delta.y, "delta", i), Finite(delta.z, "delta", i)}));

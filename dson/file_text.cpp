@@ -3,16 +3,14 @@
 
 #include "dson/file_text.h"
 
+#include "base/cancellation.h"
 #include "base/errors.h"
+#include "base/input_file.h"
 #include "dson/gzip.h"
 #include "utf8.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
-#include <cstdio>
-#include <cstring>
-#include <memory>
 #include <string_view>
 
 #include <unistd.h>
@@ -34,25 +32,19 @@ std::string ReadStored(const std::filesystem::path& file)
     std::error_code error;
     if (std::filesystem::is_directory(file, error))
         throw base::IoError("cannot read {}: it is a folder", file.string());
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen(file.c_str(), "rbe"),
-                                                                 std::fclose);
-    if (!stream)
-        throw base::IoError("cannot read {}: {}", file.string(), std::strerror(errno));
+    base::InputFile input(file);
     std::string bytes;
     // Whoever parses the text wants some bytes behind it.
     constexpr std::size_t padding = 64;
     const std::size_t largest = LargestText();
-    const auto size = std::filesystem::file_size(file, error);
-    if (!error && size <= largest)
-        bytes.reserve(size + padding);
+    if (input.size() <= largest)
+        bytes.reserve(input.size() + padding);
     char buffer[1 << 16];
-    while (const std::size_t count = std::fread(buffer, 1, sizeof buffer, stream.get())) {
+    while (const std::size_t count = input.read(buffer, sizeof buffer)) {
         bytes.append(buffer, count);
         if (bytes.size() > largest)
             throw base::FormatError("{}: is larger than {} bytes", file.string(), largest);
     }
-    if (std::ferror(stream.get()))
-        throw base::IoError("cannot read {}: {}", file.string(), std::strerror(errno));
     return bytes;
 }
 
@@ -65,8 +57,11 @@ std::string FromUtf16(std::string_view bytes, bool bigEndian, const std::string&
                    second = static_cast<unsigned char>(bytes[at + 1]);
         return bigEndian ? first << 8 | second : second << 8 | first;
     };
+    constexpr std::size_t askingInterval = std::size_t{1} << 20;
     std::string text;
     for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+        if (at % askingInterval < 4)
+            base::ThrowIfCancelled();
         std::uint32_t code = unit(at);
         if (code >= 0xD800 && code < 0xDC00 && at + 3 < bytes.size()) {
             const std::uint32_t low = unit(at + 2);

@@ -3,6 +3,7 @@
 
 #include "dson/gzip.h"
 
+#include "base/cancellation.h"
 #include "base/errors.h"
 #include "dson/limits.h"
 
@@ -19,6 +20,8 @@ namespace {
 
 /// zlib counts in 32 bits; larger inputs are handed over in pieces.
 constexpr std::size_t maxPiece = std::size_t{1} << 30;
+/// What takes no time worth asking whether it is still wanted.
+constexpr std::size_t briefPiece = std::size_t{1} << 22, mostAtOnce = std::size_t{1} << 26;
 /// Check sum and length behind the data of a member.
 constexpr std::size_t trailerSize = 8;
 
@@ -116,10 +119,11 @@ std::size_t ExpandInPieces(std::string_view data, std::string& text, const std::
     std::size_t at = 0, filled = 0;
     int state = Z_OK;
     while (state != Z_STREAM_END) {
+        base::ThrowIfCancelled();
         if (filled == text.size())
             text.resize(std::min(2 * filled, limit + 1));
         const std::size_t piece = std::min(maxPiece, data.size() - at);
-        const std::size_t room = std::min(maxPiece, text.size() - filled);
+        const std::size_t room = std::min(briefPiece, text.size() - filled);
         stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data.data() + at));
         stream.avail_in = static_cast<uInt>(piece);
         stream.next_out = reinterpret_cast<Bytef*>(text.data() + filled);
@@ -147,7 +151,8 @@ std::string ExpandMember(std::string_view& bytes, const std::string& name, std::
         throw base::FormatError("{}: the compressed data is cut off", name);
     const std::string_view data = bytes.substr(header);
     std::string text(FirstRoom(bytes, limit), '\0');
-    std::size_t taken = ExpandAtOnce(data, text);
+    base::ThrowIfCancelled();
+    std::size_t taken = text.size() <= mostAtOnce ? ExpandAtOnce(data, text) : 0;
     if (taken == 0 || text.size() > limit)
         taken = ExpandInPieces(data, text, name, limit);
     if (text.size() > limit)
@@ -181,6 +186,7 @@ std::string Compress(std::string_view text)
         stream.avail_in = static_cast<uInt>(piece);
         at += piece;
         do {
+            base::ThrowIfCancelled();
             stream.next_out = reinterpret_cast<Bytef*>(buffer);
             stream.avail_out = sizeof buffer;
             state = deflate(&stream, at == text.size() ? Z_FINISH : Z_NO_FLUSH);

@@ -3,6 +3,7 @@
 
 #include "json_text.h"
 
+#include "base/cancellation.h"
 #include "number_text.h"
 
 #include <algorithm>
@@ -64,6 +65,7 @@ void AppendItems(std::string& text, const Json& json, int indent)
 
 void Append(std::string& text, const Json& json, int indent)
 {
+    base::ThrowIfCancelled();
     if (json.is_object() && !json.empty()) {
         text += '{';
         AppendItems(text, json, indent);

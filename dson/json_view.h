@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/cancellation.h"
 #include "reading_tally.h"
 
 #include <cassert>
@@ -109,8 +110,10 @@ void ForEach(const Element& object, std::string_view key, Visit visit)
             ReadingTally::addNoList(key);
         return;
     }
-    for (const Element item : Items(*found))
+    for (const Element item : Items(*found)) {
+        base::ThrowIfCancelled();
         visit(item);
+    }
 }
 
 /// Calls visit(row) for each row of a `{count, values}` list, or of a bare array.

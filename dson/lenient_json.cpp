@@ -3,6 +3,7 @@
 
 #include "lenient_json.h"
 
+#include "base/cancellation.h"
 #include "dson/limits.h"
 #include "json_token.h"
 #include "lenient_string.h"
@@ -112,6 +113,7 @@ private:
 
     void beginItem()
     {
+        base::ThrowIfCancelled();
         if (_open.empty())
             return;
         Open& list = _open.back();

@@ -3,6 +3,7 @@
 
 #include "parsed_text.h"
 
+#include "base/cancellation.h"
 #include "base/errors.h"
 #include "delta_skip.h"
 #include "lenient_json.h"
@@ -29,7 +30,10 @@ ParsedText::ParsedText(const std::string& text, std::string name, Deltas deltas)
 {
     if (text.find_first_not_of(" \t\r\n") == std::string::npos)
         throw base::FormatError("{}: is empty", _name);
+    // Once begun, the parser cannot be stopped.
+    base::ThrowIfCancelled();
     simdjson::error_code error = parseStrictly(text, deltas);
+    base::ThrowIfCancelled();
     if (error && error != simdjson::MEMALLOC)
         error = parseMended(text);
     if (error == simdjson::MEMALLOC)

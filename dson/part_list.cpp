@@ -3,6 +3,7 @@
 
 #include "part_list.h"
 
+#include "base/cancellation.h"
 #include "dson/reader.h"
 
 #include <algorithm>
@@ -58,6 +59,7 @@ std::vector<Element> MembersOf(const Element& owner, std::string_view name, OddL
 void AddThings(const Element& list, std::string_view name, std::vector<KeyedPart>& parts, OddLists& met)
 {
     for (const Element item : Items(list)) {
+        base::ThrowIfCancelled();
         if (item.is_object()) {
             parts.push_back({item, {}});
         } else if (item.is_array()) {

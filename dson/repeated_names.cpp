@@ -3,6 +3,7 @@
 
 #include "repeated_names.h"
 
+#include "base/cancellation.h"
 #include "dson/reader.h"
 #include "lenient_json.h"
 
@@ -110,6 +111,7 @@ std::string RepeatedNames::phrase(std::string_view text) const
 
 bool HasRepeatedNames(const Element& element)
 {
+    base::ThrowIfCancelled();
     if (element.is_object())
         return HasRepeatedNamesInObject(element);
     return element.is_array() && HasRepeatedNamesInList(element);

@@ -4,6 +4,7 @@
 #include "dson/scene.h"
 
 #include "base/atomic_file.h"
+#include "base/cancellation.h"
 #include "dson/gzip.h"
 #include "dson/uri.h"
 #include "emit.h"
@@ -87,8 +88,10 @@ Json EmitSceneGeometry(const SceneGeometry& geometry)
 template <class Items, class Emit>
 void AddList(Json& json, const char* member, const Items& items, Emit emit)
 {
-    for (const auto& item : items)
+    for (const auto& item : items) {
+        base::ThrowIfCancelled();
         json[member].push_back(emit(item));
+    }
 }
 
 Json EmitPart(const KeptPart& part)
@@ -171,8 +174,9 @@ void WriteScene(const SceneAsset& scene, const std::filesystem::path& file, cons
     AddKept(content, scene.kept.scene);
     json["scene"] = std::move(content);
     AddKept(json, scene.kept.file);
-    const std::string text = ToText(json);
-    base::WriteFileAtomically(file, options.compress ? Compress(text) : text);
+    const std::string text = ToText(json), bytes = options.compress ? Compress(text) : text;
+    base::ThrowIfCancelled();
+    base::WriteFileAtomically(file, bytes);
 }
 
 } // namespace dson

@@ -4,6 +4,7 @@
 #include "dson/writer.h"
 
 #include "base/atomic_file.h"
+#include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/file_set.h"
 #include "dson/dhdm.h"
@@ -42,6 +43,7 @@ fs::path WriteFile(const AssetInfo& info, const Json& json, const fs::path& cont
     MakeFolderOf(file);
     const std::string text = ToText(json);
     const std::string bytes = options.compress ? Compress(text) : text;
+    base::ThrowIfCancelled();
     if (options.set)
         options.set->write(file.filename(), bytes);
     else
@@ -156,6 +158,7 @@ fs::path WriteMorph(const AssetInfo& info, const Modifier& modifier, const fs::p
     if (!options.isReplacement)
         json = KeepUnknown(std::move(json), file);
     WriteFile(info, json, contentDirectory, together);
+    base::ThrowIfCancelled();
     if (own)
         own->commit();
     return file;

@@ -3,6 +3,8 @@
 
 #include "embree_device.h"
 
+#include "base/cancellation.h"
+#include "base/errors.h"
 #include "geometry/errors.h"
 #include "geometry/limits.h"
 
@@ -32,6 +34,14 @@ void CheckReach(base::Span<const Vec3f> positions)
     if (far != positions.end())
         throw TopologyError("vertex {} lies farther than {:g} cm from the origin", far - positions.begin(),
                             farthestPosition);
+}
+
+void CommitScene(RTCScene scene)
+{
+    const auto goesOn = [](void*, double) { return !base::IsCancelled(); };
+    rtcSetSceneProgressMonitorFunction(scene, goesOn, nullptr);
+    rtcCommitScene(scene);
+    base::ThrowIfCancelled();
 }
 
 } // namespace geometry

@@ -17,4 +17,8 @@ RTCDevice EmbreeDevice();
 /// @throws TopologyError  one is farther out than the ray tracer can take
 void CheckReach(base::Span<const Vec3f> positions);
 
+/// Makes the scene ready to be looked at.
+/// @throws base::Cancelled  the work is to end
+void CommitScene(RTCScene scene);
+
 } // namespace geometry

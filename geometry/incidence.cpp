@@ -3,6 +3,8 @@
 
 #include "geometry/incidence.h"
 
+#include "base/cancellation.h"
+
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
 #include <tbb/parallel_sort.h>
@@ -18,6 +20,7 @@ IndexLists Compact(IndexLists lists)
 {
     std::vector<std::uint32_t> kept(lists.size());
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, lists.size(), 4096), [&](const auto& range) {
+        base::ThrowIfCancelled();
         for (std::size_t row = range.begin(); row != range.end(); ++row) {
             const auto first = lists.indices.begin() + lists.offsets[row];
             const auto last = lists.indices.begin() + lists.offsets[row + 1];

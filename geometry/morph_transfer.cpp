@@ -3,6 +3,7 @@
 
 #include "geometry/morph_transfer.h"
 
+#include "base/cancellation.h"
 #include "embree_device.h"
 #include "geometry/errors.h"
 #include "geometry/transform.h"
@@ -56,6 +57,7 @@ void MatchLonePieces(const SurfaceTree& tree, const MatchTarget& target, std::ve
             }
     }
     tbb::parallel_for(std::size_t{0}, matches.size(), [&](std::size_t v) {
+        base::ThrowIfCancelled();
         if (!isReached[v])
             matches[v] = tree.closestPoint(target.mesh.positions[v]);
     });
@@ -91,6 +93,7 @@ struct SurfaceMap::Impl {
                                 values.size());
         std::vector<T> result(stencils.size());
         tbb::parallel_for(tbb::blocked_range<std::size_t>(0, result.size(), 4096), [&](const auto& range) {
+            base::ThrowIfCancelled();
             for (std::size_t v = range.begin(); v != range.end(); ++v) {
                 const Stencil& s = stencils[v];
                 // Relative to the first corner, so that a uniform shift arrives to the last digit.

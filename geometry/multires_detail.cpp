@@ -3,6 +3,7 @@
 
 #include "geometry/multires_detail.h"
 
+#include "base/cancellation.h"
 #include "geometry/deltas.h"
 #include "geometry/errors.h"
 
@@ -92,6 +93,7 @@ std::vector<CornerFrame> CornerFrames(const Topology& cage, base::Span<const Vec
 {
     std::vector<CornerFrame> frames(cage.cornerCount());
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, cage.faceCount(), 2048), [&](const auto& range) {
+        base::ThrowIfCancelled();
         for (std::size_t f = range.begin(); f != range.end(); ++f) {
             const base::Span<const std::uint32_t> face = cage.face(f);
             const std::size_t last = face.size() - 1;

@@ -3,6 +3,7 @@
 
 #include "geometry/normals.h"
 
+#include "base/cancellation.h"
 #include "geometry/incidence.h"
 
 #include <tbb/blocked_range.h>
@@ -50,6 +51,7 @@ std::vector<Vec3f> FaceNormals(const PolygonMeshView& mesh)
 {
     std::vector<Vec3f> normals(mesh.faceCount());
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, normals.size(), 4096), [&](const auto& range) {
+        base::ThrowIfCancelled();
         for (std::size_t f = range.begin(); f != range.end(); ++f)
             normals[f] = NewellNormal(mesh, f);
     });
@@ -63,6 +65,7 @@ std::vector<Vec3f> VertexNormals(const PolygonMeshView& mesh)
     const IndexLists vertexFaces = VertexFaces(*mesh.topology);
     std::vector<Vec3f> normals(mesh.vertexCount());
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, normals.size(), 4096), [&](const auto& range) {
+        base::ThrowIfCancelled();
         for (std::size_t v = range.begin(); v != range.end(); ++v) {
             Vec3f sum;
             std::uint32_t last = UINT32_MAX;

@@ -3,7 +3,9 @@
 
 #include "geometry/obj.h"
 
+#include "base/cancellation.h"
 #include "base/errors.h"
+#include "base/input_file.h"
 #include "geometry/limits.h"
 #include "obj_chunk.h"
 #include "obj_scan.h"
@@ -13,9 +15,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -95,6 +94,7 @@ private:
         _chunks.resize(texts.size());
         std::vector<std::optional<ObjFault>> faults(texts.size());
         tbb::parallel_for(std::size_t{0}, texts.size(), [&](std::size_t c) {
+            base::ThrowIfCancelled();
             try {
                 _chunks[c] = ParseObjChunk(texts[c], _options);
             } catch (ObjFault& fault) {
@@ -139,6 +139,7 @@ private:
 
     void copyChunk(std::size_t c, Topology& topology)
     {
+        base::ThrowIfCancelled();
         ObjChunk& chunk = _chunks[c];
         const Bases& base = _bases[c];
         std::copy(chunk.positions.begin(), chunk.positions.end(),
@@ -258,6 +259,7 @@ private:
     {
         std::size_t number = 0;
         for (std::size_t c = 0; c < _chunks.size(); ++c) {
+            base::ThrowIfCancelled();
             ObjChunk& chunk = _chunks[c];
             std::vector<std::uint32_t> vertices(chunk.lineVertices.values.size());
             copyIndices(chunk.lineVertices, _bases[c].positions, vertices.data());
@@ -285,30 +287,30 @@ private:
     ObjContent _content;
 };
 
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
 struct FileText {
     std::unique_ptr<char[]> bytes; // a string would be filled with zeros first
-    std::size_t size = 0;
+    std::size_t size = 0, room = 0;
+
+    void makeRoom(std::size_t wanted)
+    {
+        std::unique_ptr<char[]> larger(new char[wanted]);
+        std::copy_n(bytes.get(), size, larger.get());
+        bytes = std::move(larger);
+        room = wanted;
+    }
 };
 
 FileText ReadWholeFile(const std::filesystem::path& file)
 {
-    std::error_code error;
-    if (std::filesystem::is_directory(file, error))
-        throw base::IoError("cannot read {}: {}", file.string(), std::strerror(EISDIR));
-    const std::unique_ptr<std::FILE, FileCloser> stream(std::fopen(file.string().c_str(), "rb"));
-    if (!stream)
-        throw base::IoError("cannot open {}: {}", file.string(), std::strerror(errno));
-    const std::uintmax_t size = std::filesystem::file_size(file, error);
-    if (error)
-        throw base::IoError("cannot read {}: {}", file.string(), error.message());
-    FileText text{std::unique_ptr<char[]>(new char[size]), 0};
-    text.size = std::fread(text.bytes.get(), 1, size, stream.get());
-    if (std::ferror(stream.get()))
-        throw base::IoError("cannot read {}: {}", file.string(), std::strerror(errno));
+    base::InputFile input(file, "cannot open");
+    FileText text;
+    // One more than there is, so that the end shows without making room for more.
+    text.makeRoom(input.size() + 1);
+    while (const std::size_t count = input.read(text.bytes.get() + text.size, text.room - text.size)) {
+        text.size += count;
+        if (text.size == text.room)
+            text.makeRoom(2 * text.room + (std::size_t{1} << 16));
+    }
     return text;
 }
 

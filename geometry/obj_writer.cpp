@@ -4,6 +4,7 @@
 #include "geometry/obj.h"
 
 #include "base/atomic_file.h"
+#include "base/cancellation.h"
 #include "base/errors.h"
 
 #include <tbb/parallel_for.h>
@@ -300,7 +301,10 @@ private:
 std::vector<std::string> FormatPieces(const Formatter& formatter, std::size_t first, std::size_t last)
 {
     std::vector<std::string> texts(last - first);
-    tbb::parallel_for(first, last, [&](std::size_t p) { texts[p - first] = formatter.format(p); });
+    tbb::parallel_for(first, last, [&](std::size_t p) {
+        base::ThrowIfCancelled();
+        texts[p - first] = formatter.format(p);
+    });
     return texts;
 }
 
@@ -330,6 +334,7 @@ void WriteObj(const std::filesystem::path& file, base::Span<const ObjPart> parts
         for (const std::string& text :
              FormatPieces(formatter, first, std::min(first + batch, formatter.pieceCount())))
             output.write(text);
+    base::ThrowIfCancelled();
     output.commit();
 }
 

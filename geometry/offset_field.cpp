@@ -3,6 +3,8 @@
 
 #include "offset_field.h"
 
+#include "base/cancellation.h"
+
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
 #include <tbb/parallel_reduce.h>
@@ -24,6 +26,7 @@ template <class Body>
 void ForVertices(std::size_t count, const Body& body)
 {
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, 2048), [&](const auto& range) {
+        base::ThrowIfCancelled();
         for (std::size_t v = range.begin(); v != range.end(); ++v)
             body(v);
     });

@@ -3,6 +3,7 @@
 
 #include "geometry/picture.h"
 
+#include "base/cancellation.h"
 #include "base/errors.h"
 #include "geometry/limits.h"
 #include "geometry/picture_stage.h"
@@ -275,6 +276,7 @@ Picture Render(base::Span<const PictureItem> items, const PictureOptions& option
     const std::size_t rowBytes = 3 * static_cast<std::size_t>(options.width);
     picture.rgb.resize(rowBytes * static_cast<std::size_t>(options.height));
     tbb::parallel_for(0, options.height, [&](int row) {
+        base::ThrowIfCancelled();
         RenderRow(tracer, options, row, picture.rgb.data() + rowBytes * static_cast<std::size_t>(row));
     });
     return picture;

@@ -45,7 +45,7 @@ struct PictureStage::Impl {
         rtcSetSceneFlags(scene.get(), RTC_SCENE_FLAG_ROBUST);
         for (std::size_t i = 0; i < items.size(); ++i)
             add(items[i], static_cast<unsigned>(i));
-        rtcCommitScene(scene.get());
+        CommitScene(scene.get());
     }
 
     void add(const PictureItem& item, unsigned id)

@@ -3,6 +3,8 @@
 
 #include "geometry/preview.h"
 
+#include "base/cancellation.h"
+
 #include <tbb/parallel_for.h>
 
 #include <algorithm>
@@ -104,11 +106,13 @@ Picture DrawPreview(const PictureStage& stage, const PictureCamera& camera, cons
     std::vector<Seen> seen(width * static_cast<std::size_t>(options.height));
     const RowDrawer drawer(stage, camera, options);
     tbb::parallel_for(0, options.height, [&](int row) {
+        base::ThrowIfCancelled();
         drawer.draw(row, seen.data() + width * static_cast<std::size_t>(row));
     });
     Picture picture{options.width, options.height, {}};
     picture.rgb.resize(3 * seen.size());
     tbb::parallel_for(0, options.height, [&](int row) {
+        base::ThrowIfCancelled();
         const std::size_t first = width * static_cast<std::size_t>(row);
         for (int column = 0; column < options.width; ++column) {
             const std::size_t i = first + static_cast<std::size_t>(column);

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/cancellation.h"
 #include "base/span.h"
 
 #include <tbb/blocked_range.h>
@@ -30,6 +31,7 @@ struct SparseRows {
     {
         std::vector<T> result(size());
         tbb::parallel_for(tbb::blocked_range<std::size_t>(0, size(), 4096), [&](const auto& range) {
+            base::ThrowIfCancelled();
             for (std::size_t row = range.begin(); row != range.end(); ++row) {
                 const Entry* entry = entries.data() + offsets[row];
                 const Entry* const end = entries.data() + offsets[row + 1];

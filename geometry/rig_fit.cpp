@@ -3,6 +3,7 @@
 
 #include "geometry/rig_fit.h"
 
+#include "base/cancellation.h"
 #include "geometry/errors.h"
 #include "geometry/normals.h"
 #include "geometry/surface_distance.h"
@@ -316,6 +317,7 @@ std::vector<std::vector<Vec3f>> FitRig(const PolygonMeshView& neutral, const Ski
     const std::vector<float> depths = SurfaceDistances(places, neutral);
     std::vector<std::vector<Vec3f>> shifts(parts.size(), std::vector<Vec3f>(points.size()));
     tbb::parallel_for(std::size_t{0}, points.size(), [&](std::size_t p) {
+        base::ThrowIfCancelled();
         const std::vector<Vec3f> ofParts = ShiftsOf(all, points[p], depths[p], parts);
         for (std::size_t part = 0; part < parts.size(); ++part)
             shifts[part][p] = ofParts[part];

@@ -3,6 +3,7 @@
 
 #include "geometry/shape_projection.h"
 
+#include "base/cancellation.h"
 #include "geometry/errors.h"
 #include "geometry/incidence.h"
 #include "geometry/transform.h"
@@ -149,12 +150,14 @@ public:
     {
         std::vector<bool> isInPiece(_target.vertexCount());
         for (const WholePiece& piece : FindWholePieces(_target, _sourceSize)) {
+            base::ThrowIfCancelled();
             projection._pieces.push_back(fit(piece));
             for (const std::uint32_t vertex : piece.vertices)
                 isInPiece[vertex] = true;
         }
         std::vector<Row> rows(_target.vertexCount());
         tbb::parallel_for(std::size_t{0}, rows.size(), [&](std::size_t v) {
+            base::ThrowIfCancelled();
             if (!isInPiece[v])
                 rows[v] = BlendRow(_samples, _tree, _target.positions[v]);
         });
@@ -237,6 +240,7 @@ std::vector<Vec3f> ShapeProjection::project(base::Span<const Vec3f> displacement
                             displacements.size());
     std::vector<Vec3f> result(targetVertexCount());
     tbb::parallel_for(std::size_t{0}, result.size(), [&](std::size_t v) {
+        base::ThrowIfCancelled();
         const std::size_t first = _rowOffsets[v], last = _rowOffsets[v + 1];
         if (first == last)
             return;

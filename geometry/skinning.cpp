@@ -4,6 +4,7 @@
 #include "geometry/skinning.h"
 
 #include "axis_turns.h"
+#include "base/cancellation.h"
 #include "geometry/errors.h"
 
 #include <tbb/blocked_range.h>
@@ -242,6 +243,7 @@ std::vector<Vec3f> MapVertices(base::Span<const Vec3f> positions, const SkinWeig
         blend.axisWeights ? std::make_optional<AxisTurns>(poses, *blend.axisWeights) : std::nullopt;
     std::vector<Vec3f> result(positions.begin(), positions.end());
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, result.size(), 1024), [&](const auto& range) {
+        base::ThrowIfCancelled();
         for (std::size_t v = range.begin(); v != range.end(); ++v) {
             const VertexBlend vertex(terms, weights, blend, axes ? &*axes : nullptr, v);
             if (!vertex.isRest())

@@ -3,6 +3,7 @@
 
 #include "geometry/smoothing.h"
 
+#include "base/cancellation.h"
 #include "geometry/normals.h"
 
 #include <tbb/blocked_range.h>
@@ -68,6 +69,7 @@ template <class Visit>
 void ForEachVertex(std::size_t count, Visit visit)
 {
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, 4096), [&](const auto& range) {
+        base::ThrowIfCancelled();
         for (std::size_t v = range.begin(); v != range.end(); ++v)
             visit(v);
     });

@@ -3,6 +3,7 @@
 
 #include "geometry/subdivision.h"
 
+#include "base/cancellation.h"
 #include "catmark_refiner.h"
 #include "geometry/errors.h"
 #include "refinement.h"
@@ -74,6 +75,8 @@ private:
 
     void open(std::uint32_t row)
     {
+        if (row % 4096 == 0)
+            base::ThrowIfCancelled();
         _open = row;
         _places[row] = {_entries.size(), 0};
     }
@@ -130,6 +133,7 @@ std::shared_ptr<const Topology> LevelTopology(const Far::TopologyLevel& refined,
     topology->faceGroups.resize(cage.faceGroups.empty() ? 0 : faces);
     topology->faceSurfaces.resize(cage.faceSurfaces.empty() ? 0 : faces);
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, faces, 8192), [&](const auto& range) {
+        base::ThrowIfCancelled();
         for (std::size_t f = range.begin(); f != range.end(); ++f) {
             const Far::ConstIndexArray corners = refined.GetFaceVertices(static_cast<int>(f));
             for (int c = 0; c < 4; ++c)

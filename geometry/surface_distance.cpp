@@ -3,6 +3,7 @@
 
 #include "geometry/surface_distance.h"
 
+#include "base/cancellation.h"
 #include "geometry/errors.h"
 #include "geometry/surface_tree.h"
 
@@ -34,6 +35,7 @@ std::vector<float> SurfaceDistances(base::Span<const Vec3f> from, const PolygonM
     const SurfaceTree tree(to);
     std::vector<float> distances(from.size());
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, from.size(), 1024), [&](const auto& range) {
+        base::ThrowIfCancelled();
         for (std::size_t v = range.begin(); v != range.end(); ++v)
             distances[v] = tree.closestPoint(from[v]).distance;
     });

@@ -3,6 +3,7 @@
 
 #include "surface_match.h"
 
+#include "base/cancellation.h"
 #include "geometry/normals.h"
 #include "offset_field.h"
 
@@ -36,6 +37,7 @@ std::vector<float> MeanEdgeLengths(base::Span<const Vec3f> positions, const Inde
 {
     std::vector<float> own(positions.size()), smoothed(positions.size());
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, own.size(), 4096), [&](const auto& range) {
+        base::ThrowIfCancelled();
         for (std::size_t v = range.begin(); v != range.end(); ++v) {
             for (const std::uint32_t w : neighbours[v])
                 own[v] += Length(positions[w] - positions[v]);
@@ -43,6 +45,7 @@ std::vector<float> MeanEdgeLengths(base::Span<const Vec3f> positions, const Inde
         }
     });
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, own.size(), 4096), [&](const auto& range) {
+        base::ThrowIfCancelled();
         for (std::size_t v = range.begin(); v != range.end(); ++v) {
             smoothed[v] = own[v];
             for (const std::uint32_t w : neighbours[v])
@@ -123,6 +126,7 @@ private:
     {
         _matches.resize(offsets.size());
         tbb::parallel_for(tbb::blocked_range<std::size_t>(0, offsets.size(), 256), [&](const auto& range) {
+            base::ThrowIfCancelled();
             SurfacePoint nearby; // of the vertex before: as a rule not far
             for (std::size_t v = range.begin(); v != range.end(); ++v)
                 nearby = _matches[v] = find(v, _target.mesh.positions[v] + offsets[v], nearby);
@@ -147,6 +151,7 @@ private:
     {
         std::vector<OffsetGoal> result(_matches.size());
         tbb::parallel_for(tbb::blocked_range<std::size_t>(0, result.size(), 2048), [&](const auto& range) {
+            base::ThrowIfCancelled();
             for (std::size_t v = range.begin(); v != range.end(); ++v)
                 if (_matches[v].isValid()) {
                     const float cosine = std::max(agreement(v, _matches[v]), 0.0f);

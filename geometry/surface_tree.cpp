@@ -129,7 +129,7 @@ struct SurfaceTree::Impl {
             rtcAttachGeometry(scene, geometry);
             rtcReleaseGeometry(geometry);
         }
-        rtcCommitScene(scene);
+        CommitScene(scene);
     }
 
     template <class Accept>

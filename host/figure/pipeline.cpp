@@ -4,6 +4,7 @@
 // Before Qt, whose keyword emit names a function there.
 #include <tbb/parallel_for.h>
 
+#include "base/cancellation.h"
 #include "figure/pipeline.h"
 
 #include "app/guard.h"
@@ -420,6 +421,7 @@ void Pipeline::toWorld(base::Span<Vec3f> positions) const
     if (transform.isIdentity())
         return;
     tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t i) {
+        base::ThrowIfCancelled();
         positions[i] = geometry::FromEigen(transform.apply(geometry::ToEigen(positions[i])));
     });
 }

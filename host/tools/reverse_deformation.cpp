@@ -4,6 +4,7 @@
 // Before Qt, whose keyword emit names a function there.
 #include <tbb/parallel_for.h>
 
+#include "base/cancellation.h"
 #include "reverse_deformation.h"
 
 #include "base/errors.h"
@@ -27,6 +28,7 @@ std::vector<Vec3f> UndoPlace(const DzNode& node, base::Span<const Vec3f> world)
         throw base::Error(node.getLabel().toStdString() +
                           " is scaled to nothing, so its pose cannot be undone");
     tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t v) {
+        base::ThrowIfCancelled();
         positions[v] =
             geometry::FromEigen(inverse * (geometry::ToEigen(positions[v]) - place.origin) + place.center);
     });

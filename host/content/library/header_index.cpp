@@ -4,6 +4,7 @@
 // oneTBB first: the toolkit's "emit" would hide a method of it.
 #include <tbb/parallel_for.h>
 
+#include "base/cancellation.h"
 #include "library/header_index.h"
 
 #include "base/errors.h"
@@ -287,6 +288,7 @@ void HeaderIndex::keepNew(const std::vector<File>& files)
     for (std::size_t begin = 0; begin < files.size(); begin += batch) {
         const std::size_t end = std::min(begin + batch, files.size());
         tbb::parallel_for(begin, end, [&](std::size_t i) {
+            base::ThrowIfCancelled();
             const File& file = files[i];
             packed[i - begin] =
                 MayBeKept(file) ? Pack(file.reading, KeyOf(*file.path, *file.stamp)) : std::string();

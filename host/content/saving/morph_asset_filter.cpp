@@ -5,6 +5,7 @@
 
 #include "app/current_attendant.h"
 #include "app/guard.h"
+#include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/file_set.h"
 #include "dson/dhdm.h"
@@ -271,6 +272,7 @@ void Save(const std::vector<Wanted>& all, const DzFileIOSettings& options)
     std::vector<Written> written;
     for (const Wanted& wanted : all)
         written.push_back(Write(wanted, options, sets));
+    base::ThrowIfCancelled(); // for the last time: they are saved all together
     sets.commit();
     for (const Written& saved : written) {
         saved.morph->setAssetUri(saved.uri);
