@@ -10,6 +10,12 @@
 
 namespace openhost {
 
+int& ForeignFrames::Depth()
+{
+    thread_local int depth = 0;
+    return depth;
+}
+
 HostFailure FailureOf(const HostCall& call, const std::exception& error)
 {
     HostFailure failure;

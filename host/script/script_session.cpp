@@ -3,6 +3,7 @@
 
 #include "script_session.h"
 
+#include "app/guard.h"
 #include "array_guard.h"
 #include "dzcontroller.h"
 #include "dzmodifier.h"
@@ -94,6 +95,7 @@ ScriptSession& ScriptSession::Of(QScriptEngine* engine)
 
 bool ScriptSession::evaluate(const QString& code, const QString& filename)
 {
+    const ForeignFrames engine;
     return finish(_engine.evaluate(code, filename));
 }
 
@@ -107,6 +109,7 @@ bool ScriptSession::call(const QString& function, const QVariantList& arguments)
     QScriptValueList values;
     for (const QVariant& argument : arguments)
         values.append(_engine.toScriptValue(argument));
+    const ForeignFrames engine;
     return finish(callee.call(QScriptValue(), values));
 }
 

@@ -4,6 +4,7 @@
 #include "openhost/diagnostics.h"
 
 #include "app/guard.h"
+#include "base/cancellation.h"
 #include "base/errors.h"
 #include "tests/host/host_fixture.h"
 
@@ -107,6 +108,22 @@ TEST_F(DiagnosticsHubTest, can_be_heard_through_a_queue)
     openhost::Report(bent);
     ASSERT_EQ(spy.count(), 1);
     EXPECT_EQ(spy.at(0).at(0).value<Diagnostic>(), bent);
+}
+
+TEST_F(GuardHostCallTest, lets_cancelled_work_pass_and_says_nothing)
+{
+    const DiagnosticsCollector met(dzApp->diagnostics());
+    const auto work = []() -> bool { throw base::Cancelled(); };
+    EXPECT_THROW(openhost::GuardHostCall({"/a.dsf"}, work), base::Cancelled);
+    EXPECT_EQ(met.all(), Diagnostics());
+}
+
+TEST_F(GuardHostCallTest, ends_cancelled_work_where_no_exception_may_go_on)
+{
+    const DiagnosticsCollector met(dzApp->diagnostics());
+    const openhost::ForeignFrames engine;
+    EXPECT_FALSE(openhost::GuardHostCall({"/a.dsf"}, []() -> bool { throw base::Cancelled(); }));
+    EXPECT_EQ(met.all(), Diagnostics());
 }
 
 TEST_F(GuardHostCallTest, gives_back_what_the_work_gives_and_says_nothing)

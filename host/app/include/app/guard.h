@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/cancellation.h"
 #include "base/diagnostic.h"
 #include "dzerror.h"
 
@@ -25,6 +26,20 @@ struct HostFailure {
     bool isIo = false;  ///< a file could not be opened, read or written
 };
 
+/// While it lives, this thread is within frames that no exception may pass, such as those of a script engine.
+class ForeignFrames {
+public:
+    ForeignFrames() { ++Depth(); }
+    ~ForeignFrames() { --Depth(); }
+    ForeignFrames(const ForeignFrames&) = delete;
+    ForeignFrames& operator=(const ForeignFrames&) = delete;
+
+    static bool areAround() { return Depth() > 0; }
+
+private:
+    static int& Depth();
+};
+
 HostFailure FailureOf(const HostCall& call, const std::exception& error);
 void ReportFailure(const HostFailure& failure);
 
@@ -36,18 +51,26 @@ struct ErrorCodes {
     DzError operator()(const HostFailure& failure) const { return failure.isIo ? io : other; }
 };
 
-/// Runs the work. What it throws is reported, and the result is then what `failed` makes of it.
+/// Runs the work. What it throws is reported, and the result is then what `failed` makes of it. Work that is
+/// cancelled has not failed: whoever began it is told, or where foreign frames are around, nobody is.
 template <class Work, class Failed>
 std::invoke_result_t<Work> GuardHostCall(const HostCall& call, Work work, Failed failed)
 {
     HostFailure failure;
+    bool isReported = true;
     try {
         return work();
     } catch (const std::exception& error) {
         failure = FailureOf(call, error);
+    } catch (const base::Cancelled&) {
+        if (!ForeignFrames::areAround())
+            throw;
+        failure.reason = "cancelled";
+        isReported = false;
     }
     // After the exception has ended, since what follows may run an event loop.
-    ReportFailure(failure);
+    if (isReported)
+        ReportFailure(failure);
     return failed(failure);
 }
 
