@@ -3,13 +3,13 @@
 
 #include "command_inspect.h"
 
+#include "base/cancellation.h"
 #include "command.h"
 #include "dson/reader.h"
 #include "dzscene.h"
 #include "error_sentence.h"
 #include "file_facts.h"
 #include "host_session.h"
-#include "interrupt.h"
 #include "mesh_files.h"
 #include "morph_check.h"
 #include "morph_facts.h"
@@ -60,8 +60,6 @@ void AddFigures(Json& facts, base::Diagnostics& diagnostics, const InspectArgume
     base::Diagnostics reason;
     try {
         session.open(arguments.file);
-    } catch (const InterruptedError&) {
-        throw;
     } catch (const std::runtime_error& error) {
         if (!base::FirstError(session.diagnostics()))
             reason.push_back(base::FromSentence(base::Severity::Error, arguments.file, error.what()));
@@ -104,7 +102,7 @@ void InspectMorphs(const InspectArguments& arguments, Progress& progress)
     const ContentFiles content = ContentFor(arguments);
     MorphSurvey survey = SurveyMorphs(MorphFilesOf(arguments.file, content), content, {arguments.check});
     progress.finish();
-    ThrowIfInterrupted();
+    base::ThrowIfCancelled();
     const std::size_t unusable = survey.unusable.size();
     Json facts = MorphFacts(survey, arguments.morphs, arguments.check, arguments.json);
     const std::string failure = fmt::format("{} cannot be used", dson::Counted(unusable, "file", "files"));
@@ -128,7 +126,7 @@ void Inspect(const InspectArguments& arguments)
     }
     const Json facts = FileFacts(arguments, progress);
     progress.finish();
-    ThrowIfInterrupted();
+    base::ThrowIfCancelled();
     WriteReport(facts, arguments.json);
 }
 

@@ -3,6 +3,7 @@
 
 #include "command_list_dials.h"
 
+#include "base/cancellation.h"
 #include "base/errors.h"
 #include "command.h"
 #include "dials.h"
@@ -13,7 +14,6 @@
 #include "dzscene.h"
 #include "figure_scene.h"
 #include "host_session.h"
-#include "interrupt.h"
 #include "openhost/asset_uri.h"
 #include "options.h"
 #include "progress.h"
@@ -168,7 +168,7 @@ void ListDials(const ListDialsArguments& arguments)
     session.open(SceneOf(arguments.file, directories, session.temporaryFolder()));
     const std::vector<ListedDial> dials = WantedDials(arguments);
     progress.finish();
-    ThrowIfInterrupted();
+    base::ThrowIfCancelled();
     (arguments.json ? WriteJson : WriteTable)(dials, session.diagnostics());
 }
 

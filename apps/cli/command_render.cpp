@@ -9,6 +9,7 @@
 #include "dzscene.h"
 #include "geometry/limits.h"
 #include "host_session.h"
+#include "interrupt.h"
 #include "mesh_files.h"
 #include "openhost/scene_picture.h"
 #include "options.h"
@@ -118,6 +119,7 @@ geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progre
 void Render(const RenderArguments& arguments)
 {
     CheckOutput(arguments.out);
+    ExpectFiles();
     Progress progress(true);
     progress.stage("read", "Reading " + arguments.file);
     base::Diagnostics met;

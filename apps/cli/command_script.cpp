@@ -3,6 +3,7 @@
 
 #include "command_script.h"
 
+#include "base/cancellation.h"
 #include "command.h"
 #include "dzscript.h"
 #include "host_session.h"
@@ -71,7 +72,7 @@ void RunScript(const ScriptArguments& arguments)
     DzScript().execute(); // what the engine sets aside, gigabytes, is not counted against the script
     worker.startClock();
     const bool succeeded = script.execute(scriptArguments);
-    ThrowIfInterrupted();
+    base::ThrowIfCancelled();
     const std::string error = succeeded ? std::string() : ErrorOf(script, arguments.file);
     TellWarnings(Without(error, session.diagnostics()));
     if (!succeeded)

@@ -8,6 +8,7 @@
 #include "geometry/errors.h"
 #include "geometry/misfit.h"
 #include "geometry/morph_transfer.h"
+#include "interrupt.h"
 #include "mesh_files.h"
 #include "options.h"
 #include "output_name.h"
@@ -113,6 +114,7 @@ void CheckFit(const TransferArguments& arguments, const TransferInput& input,
 void Transfer(const TransferArguments& arguments)
 {
     CheckOutput(arguments.out);
+    ExpectFiles();
     Progress progress(!arguments.json);
     progress.stage("read", "Reading the meshes");
     const TransferInput input = ReadInput(arguments);

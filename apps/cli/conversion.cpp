@@ -3,6 +3,7 @@
 
 #include "conversion.h"
 
+#include "base/cancellation.h"
 #include "command.h"
 #include "conversion_checks.h"
 #include "conversion_figures.h"
@@ -13,6 +14,7 @@
 #include "dzintproperty.h"
 #include "gnt_convert-figure.h"
 #include "host_session.h"
+#include "interrupt.h"
 #include "ks_daz-helpers.h"
 #include "memory_need.h"
 #include "new_names.h"
@@ -27,6 +29,7 @@
 #include <algorithm>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace cli {
 
@@ -34,29 +37,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Shows the steps of the conversion, which it tells the host, as stages of our own progress. A wish to end
-/// is followed at the next of them.
+/// Shows the steps of the conversion, which it tells the host, as stages of our own progress.
 class HostStepsAsStages {
 public:
-    HostStepsAsStages(HostSession& session, Progress& progress) : _session(session)
+    explicit HostStepsAsStages(Progress& progress)
     {
-        _session.endAtSteps(true);
         QObject::connect(&openhost::Events(), &openhost::HostEvents::progressTextShown, &_context,
                          [&progress](const QString& text) { progress.begin(text.toStdString()); });
     }
-    ~HostStepsAsStages() { _session.endAtSteps(false); }
-    HostStepsAsStages(const HostStepsAsStages&) = delete;
-    HostStepsAsStages& operator=(const HostStepsAsStages&) = delete;
 
 private:
-    HostSession& _session;
     QObject _context;
 };
 
-GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, HostSession& session,
-               Progress& progress)
+GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, Progress& progress)
 {
-    const HostStepsAsStages steps(session, progress);
+    const HostStepsAsStages steps(progress);
     try {
         return GntConverter::Convert_X(source, target, request);
     } catch (const GntBaseRangeError& error) {
@@ -77,6 +73,17 @@ void MakeLibrary(const fs::path& library)
             fmt::format("cannot create folder {}: {}", FileText(library), error.message()));
 }
 
+/// For a run that is interrupted later.
+void NoteSaved(const GntOutcome& outcome, const fs::path& library)
+{
+    std::vector<std::string> files;
+    for (const GntCreatedMorph& morph : outcome.created)
+        if (const fs::path file = SavedFile(outcome.params->figTarget, morph.name, library); !file.empty())
+            files.push_back(FileText(file));
+    if (!files.empty())
+        NoteWritten(fmt::format("the morphs are saved: {}", fmt::join(files, ", ")));
+}
+
 void Save(GntSaveOptions save, const GntOutcome& outcome)
 {
     save.contentDirectory = FileText(fs::absolute(save.contentDirectory));
@@ -84,6 +91,11 @@ void Save(GntSaveOptions save, const GntOutcome& outcome)
     const openhost::DiagnosticsCollector met(dzApp->diagnostics());
     try {
         GntSaveMorphs_X(outcome.params->figTarget, outcome.created, save);
+        NoteSaved(outcome, save.contentDirectory);
+    } catch (const base::Cancelled&) {
+        // It may have come when the files were in place already.
+        NoteSaved(outcome, save.contentDirectory);
+        throw;
     } catch (const std::exception&) {
         // The host's code says only that it failed.
         const base::Diagnostic* const reason = base::FirstError(met.all());
@@ -102,6 +114,7 @@ void WriteExtras(const ConversionRequest& request, const GntOutcome& outcome, Pr
             progress.stage("Writing the OBJ file");
             ExportFigure(outcome.params->figTarget, request.exportObj, outcome.request.resolution);
             report.files.push_back(request.exportObj);
+            NoteWritten(FileText(request.exportObj) + " is written");
         }
         if (!request.pictures.empty()) {
             progress.stage("Drawing the pictures");
@@ -180,7 +193,7 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     StandAlone(target, request.target, report.diagnostics);
     KeepLabelsFree(source, target, report.diagnostics);
     FreeMorphNames(source, target, request, report.diagnostics);
-    const GntOutcome outcome = Run(source, target, request.morphs, session, progress);
+    const GntOutcome outcome = Run(source, target, request.morphs, progress);
     DescribeOutcome(outcome, report);
 
     progress.stage("Measuring the result");
@@ -225,15 +238,18 @@ const char* BaseName(GntBase base)
 ConversionReport Convert(const ConversionRequest& request, Progress& progress)
 {
     CheckPlaces(request);
+    ExpectFiles();
     progress.stage("Loading the figures");
-    HostSession session(request.contentDirectories, request.verbose);
+    HostSession session(request.contentDirectories, request.verbose,
+                        request.keepTemporary ? TemporaryFolder::Lasting::Kept
+                                              : TemporaryFolder::Lasting::ForRun);
     session.allowOverwriting(request.mayOverwrite);
     // Temporary files of the run go with the session, unless they are to be kept.
     ConversionRequest own = request;
     own.morphs.tempFolder = FileText(session.temporaryFolder());
     if (!request.keepTemporary)
         return ConvertIn(session, own, progress);
-    session.keepTemporaryFolder();
+    NoteForInterrupt("the temporary files are in " + own.morphs.tempFolder);
     try {
         ConversionReport report = ConvertIn(session, own, progress);
         report.temporaryFolder = own.morphs.tempFolder;

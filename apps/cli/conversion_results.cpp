@@ -3,6 +3,7 @@
 
 #include "conversion_results.h"
 
+#include "command.h"
 #include "dson/uri.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
@@ -136,11 +137,9 @@ void AppendDistances(const std::vector<geometry::PolygonMeshView>& from,
     }
 }
 
-/// A picture takes longer than most of what comes before it, so a wish to end is followed before each.
 geometry::Picture Draw(const std::vector<geometry::PictureItem>& items, geometry::View view,
                        const geometry::Box3f& frame)
 {
-    ThrowIfInterrupted();
     geometry::PictureOptions options;
     options.view = view;
     options.width = view == geometry::View::Face ? 600 : 640;
@@ -216,12 +215,17 @@ void AdjustRig(const GntOutcome& outcome, ConversionReport& report)
             }
 }
 
+fs::path SavedFile(DzFigure& target, const std::string& morph, const fs::path& library)
+{
+    const QString uri = kst::MorphList::FindMorph_X(target, morph).getAssetUri().toString();
+    const std::string path = dson::ParseUri(uri.toStdString()).path;
+    return path.empty() ? fs::path() : fs::path(library.u8string() + path);
+}
+
 void AddSavedFiles(DzFigure& target, const fs::path& library, ConversionReport& report)
 {
-    for (MorphReport& morph : report.created) {
-        const QString uri = kst::MorphList::FindMorph_X(target, morph.name).getAssetUri().toString();
-        morph.savedFile = library.u8string() + dson::ParseUri(uri.toStdString()).path;
-    }
+    for (MorphReport& morph : report.created)
+        morph.savedFile = FileText(SavedFile(target, morph.name, library));
 }
 
 void MeasureDistance(const GntOutcome& outcome, ConversionReport& report)
@@ -269,6 +273,7 @@ std::vector<fs::path> DrawPictures(const GntOutcome& outcome, const fs::path& fo
     const auto write = [&](const char* name, const geometry::Picture& picture) {
         files.push_back(folder / name);
         geometry::WritePng(files.back(), picture);
+        NoteWritten(FileText(files.back()) + " is written");
     };
     const geometry::Picture sourceFront = Draw(a, View::Front, frame),
                             targetFront = Draw(b, View::Front, frame);

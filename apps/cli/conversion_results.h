@@ -16,7 +16,10 @@ MorphReport DescribeMorph(DzFigure& target, const GntCreatedMorph& morph);
 /// Lets the target's joints follow the created morphs.
 /// @throws base::Error  it has none
 void AdjustRig(const GntOutcome& outcome, ConversionReport& report);
-/// Where the created morphs were saved.
+/// Where a created morph was saved; empty if it was not.
+std::filesystem::path SavedFile(DzFigure& target, const std::string& morph,
+                                const std::filesystem::path& library);
+/// Where all of them were.
 void AddSavedFiles(DzFigure& target, const std::filesystem::path& library, ConversionReport& report);
 
 /// Source against the target that wears the created morphs, in the place, pose and resolution of the

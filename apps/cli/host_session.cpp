@@ -3,12 +3,12 @@
 
 #include "host_session.h"
 
+#include "base/cancellation.h"
 #include "command.h"
 #include "dzapp.h"
 #include "dzcontentmgr.h"
 #include "dzfigure.h"
 #include "dzscene.h"
-#include "interrupt.h"
 #include "openhost/attendant.h"
 #include "openhost/diagnostics.h"
 #include "openhost/openhost.h"
@@ -25,7 +25,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
 #include <QTextCodec>
 
 #include <fmt/format.h>
@@ -114,24 +113,24 @@ private:
 /// Nobody watches, but somebody may have pressed Ctrl+C.
 class InterruptibleAttendant : public openhost::Attendant {
 public:
-    void beforeProgress() override
-    {
-        if (endsAtSteps)
-            ThrowIfInterrupted();
-    }
-    void beforeReading() override { ThrowIfInterrupted(); }
+    void beforeProgress() override { base::ThrowIfCancelled(); }
+    void beforeReading() override { base::ThrowIfCancelled(); }
     std::optional<bool> mayReplaceFiles(const QStringList&) override
     {
         return mayOverwrite ? std::optional<bool>(true) : std::nullopt;
     }
-    bool endsAtSteps = false, mayOverwrite = false;
+    bool mayOverwrite = false;
 };
 
 } // namespace
 
 struct HostSession::Impl {
-    QTemporaryDir folder{QDir::tempPath() + QLatin1String("/gantrel-XXXXXX")};
-    RuntimeFolder runtimeFolder{folder.path()};
+    explicit Impl(TemporaryFolder::Lasting lasting) : folder(lasting) {}
+
+    QString inFolder(const char* file) const { return ToQ(folder.path() / file); }
+
+    TemporaryFolder folder;
+    RuntimeFolder runtimeFolder{ToQ(folder.path())};
     QtMessageHandler formerHandler = nullptr;
     std::string name = "gantrel";
     std::vector<char*> arguments{&name[0], nullptr};
@@ -142,23 +141,20 @@ struct HostSession::Impl {
     std::optional<KeptForError> kept;
 };
 
-HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool verbose)
-    : _impl(std::make_unique<Impl>())
+HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool verbose,
+                         TemporaryFolder::Lasting lasting)
 {
     std::for_each(contentDirectories.begin(), contentDirectories.end(), CheckDirectory);
-    if (!_impl->folder.isValid())
-        throw std::runtime_error(fmt::format("cannot make a temporary folder in {}: {}",
-                                             QDir::tempPath().toStdString(),
-                                             _impl->folder.errorString().toStdString()));
+    _impl = std::make_unique<Impl>(lasting);
     _impl->formerHandler = qInstallMessageHandler(LogToolkitMessage);
     // Content's file names are UTF-8 whatever the locale is, and numbers in files have decimal points.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     openhost::OpenHost::Options options;
-    options.settingsFolder = _impl->folder.filePath(QStringLiteral("settings"));
-    options.tempPath = _impl->folder.path();
+    options.settingsFolder = _impl->inFolder("settings");
+    options.tempPath = ToQ(_impl->folder.path());
     options.documentationPath =
         QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath() + QLatin1String("/documentation");
-    options.logFilename = _impl->folder.filePath(QStringLiteral("log.txt"));
+    options.logFilename = _impl->inFolder("log.txt");
     options.echoLog = verbose;
     options.terminalProgress = false; // the subcommands have their own
     options.attendant = &_impl->attendant;
@@ -184,7 +180,7 @@ std::vector<DzNode*> HostSession::open(const fs::path& file)
     const std::set<const DzNode*> before = NodesInScene();
     const openhost::DiagnosticsCollector met(dzApp->diagnostics());
     const bool isOpened = dzApp->getContentMgr()->openFile(ToQ(fs::absolute(file)), true);
-    ThrowIfInterrupted();
+    base::ThrowIfCancelled();
     std::vector<DzNode*> came = isOpened ? NewNodes(before) : std::vector<DzNode*>();
     if (!came.empty())
         return came;
@@ -205,19 +201,9 @@ void HostSession::allowOverwriting(bool isAllowed)
     _impl->attendant.mayOverwrite = isAllowed;
 }
 
-void HostSession::endAtSteps(bool doesEnd)
-{
-    _impl->attendant.endsAtSteps = doesEnd;
-}
-
 fs::path HostSession::temporaryFolder() const
 {
-    return _impl->folder.path().toStdString();
-}
-
-void HostSession::keepTemporaryFolder()
-{
-    _impl->folder.setAutoRemove(false);
+    return _impl->folder.path();
 }
 
 fs::path FindContentDirectory(const fs::path& file)

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/diagnostic.h"
+#include "temporary_folder.h"
 
 #include <filesystem>
 #include <memory>
@@ -15,12 +16,13 @@ class DzNode;
 namespace cli {
 
 /// Runs the host with settings in a temporary folder of its own, so that the user's settings are neither read
-/// nor written. The folder goes when the session ends. One at a time.
+/// nor written. The folder goes when the session ends, unless it is to be kept. One at a time.
 class HostSession {
 public:
     /// @param verbose  the host's log goes to stderr
     /// @throws std::runtime_error  a content directory is none, or the temporary folder cannot be made
-    HostSession(const std::vector<std::filesystem::path>& contentDirectories, bool verbose);
+    HostSession(const std::vector<std::filesystem::path>& contentDirectories, bool verbose,
+                TemporaryFolder::Lasting lasting = TemporaryFolder::Lasting::ForRun);
     ~HostSession();
     HostSession(const HostSession&) = delete;
     HostSession& operator=(const HostSession&) = delete;
@@ -28,20 +30,15 @@ public:
     /// Adds the file's content to the scene.
     /// @return what came with it: figures first, then root nodes that are none; at least one. The scene's own
     /// @throws std::runtime_error  the file cannot be opened or adds nothing; the text has the host's reason
-    /// @throws InterruptedError    the user asked to end; also while the files are being read
+    /// @throws base::Cancelled     the user asked to end; also while the files are being read
     std::vector<DzNode*> open(const std::filesystem::path& file);
 
     /// What the host has had to say since the session began, each once.
     const base::Diagnostics& diagnostics() const;
-    /// Whether a signal that asks to end is followed at the next text of a progress display, by
-    /// InterruptedError.
-    void endAtSteps(bool doesEnd);
     /// Whether morphs may be saved over files of others; not at first.
     void allowOverwriting(bool isAllowed);
-    /// A folder that lasts as long as the session.
+    /// A folder that lasts as long as the session, or longer when that is wanted.
     std::filesystem::path temporaryFolder() const;
-    /// The folder stays when the session ends.
-    void keepTemporaryFolder();
 
 private:
     struct Impl;

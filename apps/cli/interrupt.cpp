@@ -3,9 +3,18 @@
 
 #include "interrupt.h"
 
+#include "base/cancellation.h"
+#include "error_sentence.h"
+
 #include <atomic>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <vector>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace cli {
 
@@ -16,34 +25,66 @@ static_assert(std::atomic<int>::is_always_lock_free, "a signal handler may not w
 
 std::atomic<void (*)()> interruptAction{nullptr};
 
+/// What is told of a run that is interrupted.
+struct Account {
+    bool expectsFiles = false;
+    std::vector<std::string> written, notes;
+};
+
+Account& TheAccount()
+{
+    static Account account;
+    return account;
+}
+
 void Note(int signal)
 {
-    receivedSignal = signal;
+    if (receivedSignal.exchange(signal) != 0) {
+        // Who asks twice does not want to wait; what is left over is removed by the next run.
+        std::signal(signal, SIG_DFL);
+        std::raise(signal);
+        return;
+    }
     if (void (*const action)() = interruptAction)
         action();
+}
+
+/// Where an exception can go no further, such as a destructor, a cancelled run still ends as one.
+[[noreturn]] void EndWithoutWayOut()
+{
+    if (InterruptSignal() == 0)
+        std::abort();
+    std::fprintf(stderr, "gantrel: %s\n", app::ErrorSentence(InterruptSentence()).c_str());
+    EndBySignal(InterruptSignal());
+}
+
+void Handle(int signal)
+{
+    struct sigaction former {};
+    // A program started in the background with a signal ignored keeps ignoring it.
+    if (sigaction(signal, nullptr, &former) != 0 || former.sa_handler == SIG_IGN)
+        return;
+    struct sigaction wanted {};
+    wanted.sa_handler = Note;
+    sigemptyset(&wanted.sa_mask);
+    wanted.sa_flags = 0; // calls of the system that wait are not taken up again, so that they can be left
+    sigaction(signal, &wanted, nullptr);
 }
 
 } // namespace
 
 void NoteInterrupts()
 {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        // A program started in the background with a signal ignored keeps ignoring it.
-        if (std::signal(signal, Note) == SIG_IGN)
-            std::signal(signal, SIG_IGN);
-    }
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        Handle(signal);
     std::signal(SIGPIPE, SIG_IGN);
+    base::SetCancellationSource([] { return InterruptSignal() != 0; });
+    std::set_terminate(EndWithoutWayOut);
 }
 
 int InterruptSignal()
 {
     return receivedSignal;
-}
-
-void ThrowIfInterrupted()
-{
-    if (InterruptSignal() != 0)
-        throw InterruptedError();
 }
 
 InterruptAction::InterruptAction(void (*action)())
@@ -56,6 +97,31 @@ InterruptAction::InterruptAction(void (*action)())
 InterruptAction::~InterruptAction()
 {
     interruptAction = nullptr;
+}
+
+void ExpectFiles()
+{
+    TheAccount().expectsFiles = true;
+}
+
+void NoteWritten(const std::string& clause)
+{
+    TheAccount().written.push_back(clause);
+}
+
+void NoteForInterrupt(const std::string& clause)
+{
+    TheAccount().notes.push_back(clause);
+}
+
+std::string InterruptSentence()
+{
+    std::vector<std::string> clauses = TheAccount().written;
+    if (clauses.empty() && TheAccount().expectsFiles)
+        clauses.push_back("nothing was saved");
+    clauses.insert(clauses.begin(), "interrupted");
+    clauses.insert(clauses.end(), TheAccount().notes.begin(), TheAccount().notes.end());
+    return fmt::format("{}", fmt::join(clauses, "; "));
 }
 
 void EndBySignal(int signal)

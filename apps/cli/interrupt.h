@@ -3,24 +3,16 @@
 
 #pragma once
 
-#include <stdexcept>
+#include <string>
 
 namespace cli {
 
-/// The user asked to end.
-class InterruptedError : public std::runtime_error {
-public:
-    InterruptedError() : std::runtime_error("interrupted") {}
-};
-
-/// From now on interrupt, hang-up and termination signals are noted instead of ending the program at once, so
-/// that the work ends between two steps, with no file half-written and no folder left behind. A pipe that
-/// nobody reads shows up as a write error.
+/// From now on interrupt, hang-up and termination signals cancel the work (base::ThrowIfCancelled) instead of
+/// ending the program at once, so that no file is left half-written and no folder behind. A second one does
+/// end it at once. A pipe that nobody reads shows up as a write error.
 void NoteInterrupts();
 /// The signal that asked to end; 0 as long as there was none.
 int InterruptSignal();
-/// @throws InterruptedError  a signal has asked to end
-void ThrowIfInterrupted();
 /// While it lives, a signal that asks to end also does this. One at a time.
 class InterruptAction {
 public:
@@ -30,6 +22,17 @@ public:
     InterruptAction(const InterruptAction&) = delete;
     InterruptAction& operator=(const InterruptAction&) = delete;
 };
+
+/// The run is there to write files, so that one that is interrupted tells which are in place.
+void ExpectFiles();
+/// Files are in place, also when the run is interrupted later.
+/// @param clause  such as "the morphs are saved: Vera.dsf"
+void NoteWritten(const std::string& clause);
+/// What else is to be said of an interrupted run, behind the files.
+void NoteForInterrupt(const std::string& clause);
+/// What an interrupted run says, in the manner of errors.
+std::string InterruptSentence();
+
 /// Ends the program the way the signal would have done, so that a calling shell knows.
 [[noreturn]] void EndBySignal(int signal);
 

@@ -1,6 +1,7 @@
 // The command line: subcommands, errors as one sentence, exit codes.
 // SPDX-License-Identifier: MIT
 
+#include "base/cancellation.h"
 #include "command.h"
 #include "commands.h"
 #include "error_sentence.h"
@@ -46,8 +47,11 @@ int Run(const std::function<void()>& work, bool asJson)
         return Fail(error.what(), wrongUse, asJson);
     } catch (const std::bad_alloc&) {
         return Fail("there is not enough memory", failure, asJson);
+    } catch (const base::Cancelled&) {
+        return Fail(cli::InterruptSentence(), failure, asJson);
     } catch (const std::exception& error) {
-        return Fail(cli::InterruptSignal() != 0 ? "interrupted" : error.what(), failure, asJson);
+        // A call that was interrupted may have been taken for one that failed.
+        return Fail(cli::InterruptSignal() != 0 ? cli::InterruptSentence() : error.what(), failure, asJson);
     } catch (...) {
         return Fail("unknown error", failure, asJson);
     }

@@ -3,13 +3,13 @@
 
 #include "morph_check.h"
 
+#include "base/cancellation.h"
 #include "base/errors.h"
 #include "dson/dhdm.h"
 #include "dson/file_text.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
 #include "figure_scene.h"
-#include "interrupt.h"
 
 #include <algorithm>
 #include <map>
@@ -177,7 +177,7 @@ MorphSurvey SurveyMorphs(const std::vector<fs::path>& files, const ContentFiles&
     Figures figures(content);
     std::vector<MorphSurvey> surveys(files.size());
     tbb::parallel_for(std::size_t{0}, files.size(), [&](std::size_t i) {
-        ThrowIfInterrupted();
+        base::ThrowIfCancelled();
         surveys[i] = FileSurvey(files[i], content, figures, options).run();
     });
     MorphSurvey all;

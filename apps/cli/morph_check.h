@@ -39,7 +39,7 @@ struct SurveyOptions {
 };
 
 /// Reads morph files in parallel. The result is in their order.
-/// @throws InterruptedError  the user asked to end
+/// @throws base::Cancelled  the user asked to end
 MorphSurvey SurveyMorphs(const std::vector<std::filesystem::path>& files, const ContentFiles& content,
                          const SurveyOptions& options);
 

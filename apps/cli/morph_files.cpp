@@ -3,9 +3,9 @@
 
 #include "morph_files.h"
 
+#include "base/cancellation.h"
 #include "dials.h"
 #include "dson/uri.h"
-#include "interrupt.h"
 #include "mesh_files.h"
 
 #include <algorithm>
@@ -87,7 +87,7 @@ std::vector<fs::path> MorphFilesBelow(const fs::path& folder)
     std::error_code error;
     for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
-        ThrowIfInterrupted();
+        base::ThrowIfCancelled();
         const fs::path& file = entry->path();
         if (entry->is_regular_file(error) && HasExtension(file, ".dsf") &&
             file.filename().u8string().compare(0, 2, "._") != 0)

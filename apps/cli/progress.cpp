@@ -3,7 +3,7 @@
 
 #include "progress.h"
 
-#include "interrupt.h"
+#include "base/cancellation.h"
 
 #include <cstdio>
 
@@ -53,7 +53,7 @@ void Progress::clearLine() const
 void Progress::stage(const std::string& name, const std::string& text)
 {
     finish();
-    ThrowIfInterrupted();
+    base::ThrowIfCancelled();
     begin(name, text);
 }
 

@@ -23,7 +23,7 @@ public:
     /// Begins a stage and ends the former one.
     /// @param name  of the stage in reports, such as "match"
     /// @param text  what the terminal shows; the name where empty
-    /// @throws InterruptedError  the user asked to end
+    /// @throws base::Cancelled  the user asked to end
     void stage(const std::string& name, const std::string& text = {});
     /// The same from where nothing may be thrown.
     void begin(const std::string& name, const std::string& text = {});

@@ -85,12 +85,18 @@ void ExpectInterrupted(const std::vector<std::string>& arguments, const std::str
                        const std::string& content)
 {
     SCOPED_TRACE(arguments.front() + " " + arguments.back());
-    PipeForFile pipe(readFile, content);
-    const ProgramResult result = InterruptProgram(
-        arguments, [&pipe] { return pipe.isWaitedFor(); }, [&pipe] { pipe.give(); });
-    EXPECT_EQ(result.signal, SIGINT);
-    EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
+    for (const bool isGiven : {true, false}) {
+        PipeForFile pipe(readFile, content);
+        const ProgramResult result = InterruptProgram(
+            arguments, [&pipe] { return pipe.isWaitedFor(); },
+            [&pipe, isGiven] {
+                if (isGiven)
+                    pipe.give();
+            });
+        EXPECT_EQ(result.signal, SIGINT);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
+    }
 }
 
 class InterruptedLook : public ::testing::Test {
@@ -138,7 +144,10 @@ TEST_F(InterruptedConversion, ends_at_the_next_step_and_makes_no_morphs)
         [&figure] { figure.letGo(); });
     EXPECT_EQ(result.signal, SIGINT);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
+    EXPECT_EQ(result.err.find("gantrel: Interrupted; nothing was saved; the temporary files are in " +
+                              workspace.path("tmp/gantrel-kept-")),
+              0u)
+        << result.err;
     EXPECT_TRUE(hasFile("tempg8-src1-")) << "the first file of a conversion";
     EXPECT_FALSE(hasFile("tempg9-")) << "the file of the next step";
     EXPECT_FALSE(hasFile("rigged-for-mlp-")) << "the last file";
@@ -151,8 +160,68 @@ TEST_F(InterruptedConversion, ends_between_two_pictures)
         InterruptProgram(arguments({"--pictures", pictures}), pictures + "/source.png");
     EXPECT_EQ(result.signal, SIGINT);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
+    EXPECT_EQ(result.err.find("gantrel: Interrupted; " + pictures + "/source.png is written"), 0u)
+        << result.err;
     EXPECT_FALSE(std::filesystem::exists(pictures + "/comparison-face.png")) << "the last one";
+}
+
+TEST_F(InterruptedConversion, names_the_morphs_that_were_saved_before)
+{
+    const std::string pictures = workspace.path("pictures");
+    const ProgramResult result = InterruptProgram(
+        arguments(saving(workspace.path("saved"), {"--pictures", pictures, "--jobs", "head"})),
+        [&pictures] { return std::filesystem::exists(pictures); });
+    EXPECT_EQ(result.signal, SIGINT);
+    const std::vector<std::string> entries = workspace.entries();
+    const auto saved = std::find_if(entries.begin(), entries.end(), [](const std::string& entry) {
+        return entry.compare(0, 6, "saved/") == 0 && entry.find(".dsf") != entry.npos;
+    });
+    ASSERT_NE(saved, entries.end());
+    EXPECT_EQ(result.err.find("gantrel: Interrupted; the morphs are saved: " + workspace.path(*saved)), 0u)
+        << result.err;
+    expectNoTraces();
+}
+
+TEST_F(InterruptedConversion, that_waits_for_a_file_saves_nothing)
+{
+    const std::string path = library("/data/DAZ 3D/Genesis 9/Base/Genesis9.dsf");
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const HeldFile figure(path);
+        const ProgramResult result = SignalProgram(arguments(saving(workspace.path("saved"))), signal,
+                                                   [&figure] { return figure.isWaitedFor(); });
+        EXPECT_EQ(result.signal, signal) << "it is never let go of";
+        EXPECT_EQ(result.err, "gantrel: Interrupted; nothing was saved.\n");
+        EXPECT_FALSE(workspace.has("saved"));
+        expectNoTraces();
+    }
+}
+
+TEST(InterruptedPicture, ends_within_the_picture)
+{
+    const Workspace workspace;
+    const std::string mesh = workspace.path("cube.obj"), picture = workspace.path("cube.png");
+    // As large as pictures can be: hours, of which one second would be too much.
+    PipeForFile pipe(mesh, FineCubeText(6));
+    const ProgramResult result =
+        SignalProgram({"render", mesh, "--out", picture, "--size", "16384x16384"}, SIGTERM, [&pipe] {
+            if (!pipe.isWaitedFor())
+                return false;
+            pipe.give();
+            return true;
+        });
+    EXPECT_EQ(result.signal, SIGTERM);
+    EXPECT_EQ(result.err, "gantrel: Interrupted; nothing was saved.\n");
+    EXPECT_FALSE(std::filesystem::exists(picture));
+}
+
+TEST(InterruptedTwice, ends_at_once_without_a_word)
+{
+    const Workspace workspace;
+    PipeForFile pipe(workspace.path("Box.dsf"), "");
+    const ProgramResult result =
+        InterruptProgramTwice({"inspect", workspace.path("Box.dsf")}, [&pipe] { return pipe.isWaitedFor(); });
+    EXPECT_TRUE(result.signal == SIGINT || result.signal == SIGTERM) << result.signal;
+    EXPECT_EQ(result.err, "");
 }
 
 TEST_F(InterruptedLook, at_dials_lists_none)

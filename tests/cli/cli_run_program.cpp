@@ -76,7 +76,7 @@ public:
         return waitid(P_PID, static_cast<id_t>(_child), &info, WEXITED | WNOHANG | WNOWAIT) != 0 ||
                info.si_pid != 0;
     }
-    void interrupt() const { kill(_child, SIGINT); }
+    void send(int signal) const { kill(_child, signal); }
 
     ProgramResult wait() const
     {
@@ -112,11 +112,29 @@ ProgramResult InterruptProgram(const std::vector<std::string>& arguments, const 
 ProgramResult InterruptProgram(const std::vector<std::string>& arguments,
                                const std::function<bool()>& hasCome, const std::function<void()>& afterwards)
 {
+    return SignalProgram(arguments, SIGINT, hasCome, afterwards);
+}
+
+ProgramResult SignalProgram(const std::vector<std::string>& arguments, int signal,
+                            const std::function<bool()>& hasCome, const std::function<void()>& afterwards)
+{
     const RunningProgram program(arguments);
     while (!hasCome() && !program.hasEnded())
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    program.interrupt();
+    program.send(signal);
     if (afterwards)
         afterwards();
+    return program.wait();
+}
+
+ProgramResult InterruptProgramTwice(const std::vector<std::string>& arguments,
+                                    const std::function<bool()>& hasCome)
+{
+    const RunningProgram program(arguments);
+    while (!hasCome() && !program.hasEnded())
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    // Held, so that both are there when it goes on.
+    for (const int signal : {SIGSTOP, SIGINT, SIGTERM, SIGCONT})
+        program.send(signal);
     return program.wait();
 }

@@ -20,5 +20,12 @@ ProgramResult RunProgram(const std::vector<std::string>& arguments);
 ProgramResult InterruptProgram(const std::vector<std::string>& arguments,
                                const std::function<bool()>& hasCome,
                                const std::function<void()>& afterwards = {});
-/// The same when the file or folder exists.
+/// The same with another signal.
+ProgramResult SignalProgram(const std::vector<std::string>& arguments, int signal,
+                            const std::function<bool()>& hasCome,
+                            const std::function<void()>& afterwards = {});
+/// The same with Ctrl+C's signal and one more at once.
+ProgramResult InterruptProgramTwice(const std::vector<std::string>& arguments,
+                                    const std::function<bool()>& hasCome);
+/// Ctrl+C's signal when the file or folder exists.
 ProgramResult InterruptProgram(const std::vector<std::string>& arguments, const std::string& awaitedPath);
