@@ -23,6 +23,8 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     const std::filesystem::path& path() const { return _path; }
+    /// Another process has the folder as well, and removes it.
+    void leaveToOthers() { _lasting = Lasting::Kept; }
 
 private:
     Lasting _lasting;

@@ -3,7 +3,9 @@
 
 #include "worker_process.h"
 
+#include "base/cancellation.h"
 #include "interrupt.h"
+#include "temporary_folder.h"
 
 #include <algorithm>
 #include <atomic>
@@ -11,8 +13,8 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
+#include <optional>
 #include <stdexcept>
 
 #include <fcntl.h>
@@ -47,31 +49,6 @@ void PassSignalOn()
 {
     throw std::runtime_error(fmt::format("{}: {}", what, std::strerror(errno)));
 }
-
-/// Goes with all that is in it.
-class Folder {
-public:
-    Folder() : _path((std::filesystem::temp_directory_path() / "gantrel-XXXXXX").string())
-    {
-        if (!mkdtemp(&_path[0]))
-            Fail("cannot make a temporary folder " + _path);
-    }
-    ~Folder() { removeNow(); }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    const std::string& path() const { return _path; }
-    void leaveToOthers() { _isOurs = false; }
-    void removeNow()
-    {
-        std::error_code error;
-        if (_isOurs)
-            std::filesystem::remove_all(_path, error);
-    }
-
-private:
-    std::string _path;
-    bool _isOurs = true;
-};
 
 /// Ends of a pipe whose other ends are in the other process; told by its closing that this has ended.
 class Line {
@@ -181,7 +158,7 @@ void ThrowIfKilled(int status, bool wasLate, const WorkerProcess::Options& optio
 {
     if (!WIFSIGNALED(status) || WTERMSIG(status) == InterruptSignal())
         return;
-    ThrowIfInterrupted();
+    base::ThrowIfCancelled();
     if (wasLate)
         throw std::runtime_error(fmt::format("{}: the script was stopped after {} s", options.name,
                                              std::chrono::duration<double>(options.timeout).count()));
@@ -206,7 +183,7 @@ struct WorkerProcess::Impl {
 
 WorkerProcess::WorkerProcess(Options options) : _impl(new Impl{std::move(options), {}})
 {
-    Folder folder;
+    std::optional<TemporaryFolder> folder(TemporaryFolder::Lasting::ForRun);
     const pid_t first = getpid(), worker = fork();
     if (worker < 0)
         Fail("cannot start another process");
@@ -216,8 +193,8 @@ WorkerProcess::WorkerProcess(Options options) : _impl(new Impl{std::move(options
         if (getppid() != first)
             std::_Exit(1); // it ended before that was heard
         _impl->line.keep(1);
-        setenv("TMPDIR", folder.path().c_str(), 1);
-        folder.leaveToOthers();
+        setenv("TMPDIR", folder->path().c_str(), 1);
+        folder->leaveToOthers();
         return;
     }
     g_worker = worker;
@@ -226,7 +203,7 @@ WorkerProcess::WorkerProcess(Options options) : _impl(new Impl{std::move(options
     Watch watch(worker, _impl->line, _impl->options.timeout);
     const int status = watch.waitForEnd();
     ThrowIfKilled(status, watch.wasLate(), _impl->options);
-    folder.removeNow();
+    folder.reset(); // the end comes without the ends of objects
     EndAs(status);
 }
 
