@@ -164,8 +164,11 @@ bool LeavesFolder(std::string_view decodedPath)
 {
     if (decodedPath.find('\0') != std::string_view::npos)
         return true;
+    // A backslash separates folders too, on some systems.
+    std::string path(decodedPath);
+    std::replace(path.begin(), path.end(), '\\', '/');
     bool leaves = false;
-    ForEachStep(decodedPath, [&leaves](std::string_view step) { leaves = leaves || step == ".."; });
+    ForEachStep(path, [&leaves](std::string_view step) { leaves = leaves || step == ".."; });
     return leaves;
 }
 

@@ -249,7 +249,8 @@ TEST(Uri, what_is_encoded_is_decoded_to_the_same)
 
 TEST(Uri, paths_that_climb_out_are_told)
 {
-    for (const char* const path : {"..", "../x", "/../../etc/passwd", "a/../b", "a/..", "/data/.."})
+    for (const char* const path :
+         {"..", "../x", "/../../etc/passwd", "a/../b", "a/..", "/data/..", "..\\x", "/data\\..\\..\\x.dsf"})
         EXPECT_TRUE(dson::LeavesFolder(path)) << path;
     EXPECT_TRUE(dson::LeavesFolder(std::string("a\0b", 3)));
     EXPECT_TRUE(dson::LeavesFolder(dson::ParseUri("/data%2f%2e%2e%2f%2e%2e/x#y").path));
