@@ -6,6 +6,7 @@
 #include "base/errors.h"
 #include "base/limits.h"
 #include "base/process_mark.h"
+#include "base/write_bounds.h"
 
 #include <atomic>
 #include <cerrno>
@@ -92,6 +93,7 @@ AtomicFile::AtomicFile(const fs::path& target, Durability durability)
     : _named(target), _target(Followed(target)), _unfinished(UnfinishedName(_target)), _durability(durability)
 {
     // Told now rather than at the end, when other files may have been put in place already.
+    ThrowIfOutOfBounds(_target);
     CheckReplaceable(_named);
     _stream = std::fopen(_unfinished.string().c_str(), "wbx");
     if (!_stream)

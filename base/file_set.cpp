@@ -5,6 +5,7 @@
 
 #include "base/cancellation.h"
 #include "base/errors.h"
+#include "base/write_bounds.h"
 
 #include <cerrno>
 #include <cstring>
@@ -173,6 +174,7 @@ struct FileSet::Impl {
 
 FileSet::FileSet(const fs::path& folder) : _impl(std::make_unique<Impl>())
 {
+    ThrowIfOutOfBounds(folder);
     _impl->folder = folder;
     const int reason = _impl->lock.take(folder, patience);
     if (reason == EWOULDBLOCK)

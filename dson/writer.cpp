@@ -7,6 +7,7 @@
 #include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/file_set.h"
+#include "base/write_bounds.h"
 #include "dson/dhdm.h"
 #include "dson/gzip.h"
 #include "emit.h"
@@ -30,6 +31,7 @@ fs::path FilePath(const AssetInfo& info, const fs::path& contentDirectory)
 
 void MakeFolderOf(const fs::path& file)
 {
+    base::ThrowIfOutOfBounds(file);
     std::error_code error;
     fs::create_directories(file.parent_path(), error);
     if (error)

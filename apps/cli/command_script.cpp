@@ -8,6 +8,7 @@
 #include "dzscript.h"
 #include "host_session.h"
 #include "interrupt.h"
+#include "openhost/script_bounds.h"
 #include "options.h"
 #include "report.h"
 #include "worker_process.h"
@@ -29,7 +30,7 @@ constexpr int leastMegabytes = 64;
 struct ScriptArguments {
     std::string file;
     std::vector<std::string> arguments;
-    std::vector<std::string> content;
+    std::vector<std::string> content, allowedFolders;
     double timeout = 0.0; ///< seconds; 0 for none
     int megabytes = DefaultMegabytes();
     bool verbose = false, overwrite = false;
@@ -60,6 +61,11 @@ void RunScript(const ScriptArguments& arguments)
         {arguments.file, std::chrono::milliseconds(milliseconds), arguments.megabytes});
     HostSession session(ToPaths(arguments.content), arguments.verbose);
     session.allowOverwriting(arguments.overwrite);
+    openhost::ScriptRights rights;
+    for (const std::string& folder : arguments.allowedFolders)
+        rights.folders.append(QString::fromStdString(folder));
+    openhost::SetScriptRights(rights);
+    const openhost::ScriptBounds bounds;
     DzScript script;
     if (!script.loadFromFile(QString::fromStdString(arguments.file)))
         throw std::runtime_error(fmt::format("{}: the script cannot be read", arguments.file));
@@ -89,6 +95,11 @@ void AddScriptCommand(CLI::App& program, CommandContext& context)
     command->add_option("ARG", arguments->arguments, "What getArguments() gives the script")
         ->type_name("TEXT");
     AddContentOption(*command, arguments->content);
+    command
+        ->add_option("--allow-files", arguments->allowedFolders,
+                     "Folder that the script may write files into besides content folders, once for each")
+        ->type_name("DIR")
+        ->allow_extra_args(false);
     command->add_flag("--overwrite", arguments->overwrite, "Replace saved morphs that have the same name");
     command->add_option("--timeout", arguments->timeout, "End the script after this time")
         ->type_name("SECONDS")

@@ -39,6 +39,14 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
                     "Folder of the plug-ins to load; without it the one beside the program")
         ->type_name("DIR")
         ->check(RefuseEmpty);
+    program
+        .add_option("--allow-files", options.scriptFolders,
+                    "Folder that scripts may write files into besides content folders, once for each")
+        ->type_name("DIR")
+        ->allow_extra_args(false)
+        ->check(RefuseEmpty);
+    program.add_flag("--allow-processes", options.scriptProcesses,
+                     "Scripts may start programs, such as one that shows an address");
     program.add_option("files", options.files, "Files to open")->type_name("FILE")->check(RefuseEmpty);
     try {
         program.parse(argc, argv);

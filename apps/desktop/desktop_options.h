@@ -14,6 +14,8 @@ namespace desktop {
 struct Options {
     std::vector<std::string> contentFolders; ///< none: the remembered ones
     std::string pluginFolder;                ///< empty: the one beside the program
+    std::vector<std::string> scriptFolders;  ///< which scripts may write into besides content folders
+    bool scriptProcesses = false;            ///< scripts may start programs
     std::vector<std::string> files;          ///< opened at the start, each added to the one before
 };
 

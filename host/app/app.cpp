@@ -6,6 +6,7 @@
 #include "app/app_access.h"
 #include "app/app_parts.h"
 #include "app/host_log.h"
+#include "app/program_ban.h"
 #include "dzmainwindow.h"
 #include "dzpluginmgr.h"
 #include "dzstyle.h"
@@ -215,6 +216,9 @@ void DzApp::showURL(const QString& url)
 {
     if (_impl->options.headless)
         log(QLatin1String("not shown without display: ") + url);
+    else if (openhost::ProgramBan::IsSet())
+        warning(QLatin1String("not shown, since scripts may start programs only with --allow-processes: ") +
+                url);
     else
         QDesktopServices::openUrl(QUrl(url));
 }

@@ -4,6 +4,7 @@
 #include "script_pane.h"
 
 #include "dzscript.h"
+#include "openhost/script_bounds.h"
 #include "script/script_output.h"
 
 #include <QFontDatabase>
@@ -121,6 +122,7 @@ bool DzScriptPane::run()
         if (guard)
             guard->_output->appendPlainText(line);
     });
+    const openhost::ScriptBounds bounds; // what is tried out here often comes from strangers
     const bool succeeded = script.execute();
     if (!guard)
         return succeeded;

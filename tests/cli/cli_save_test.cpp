@@ -52,7 +52,8 @@ TEST(SavedScene, looks_the_same_in_another_run)
         "load.js",
         std::string(describe) + "print(Scene.loadScene(getArguments()[0], DzScene.OpenNew));\ndescribe();\n");
     const std::string scene = workspace.path("Scene.duf");
-    const ProgramResult written = RunProgram({"script", saver, scene, "--content", workspace.path("lib")});
+    const ProgramResult written = RunProgram(
+        {"script", saver, scene, "--content", workspace.path("lib"), "--allow-files", workspace.path("")});
     ExpectSuccess(written);
     EXPECT_EQ(written.out.substr(0, 2), "0\n");
     EXPECT_NE(written.out.find("Made Here 0.25"), std::string::npos) << written.out;
@@ -79,7 +80,8 @@ TEST(SavedScene, is_shown_by_other_commands)
                    "print(own.doSave(options, getArguments()[0] + ' pose', ''));\n"
                    "print(manager.doSaveWithOptions(filter, options, false, '', '', ''));\n");
     const std::string scene = workspace.path("Part.duf");
-    const ProgramResult written = RunProgram({"script", saver, scene, "--content", workspace.path("lib")});
+    const ProgramResult written = RunProgram(
+        {"script", saver, scene, "--content", workspace.path("lib"), "--allow-files", workspace.path("")});
     ExpectSuccess(written);
     EXPECT_EQ(written.out, "Scene Subset 0\n0\n1\n");
     EXPECT_TRUE(workspace.has("Part.duf pose.duf"));

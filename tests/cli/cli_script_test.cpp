@@ -143,8 +143,41 @@ TEST(ScriptCommand, ends_a_script_that_loops_for_ever_when_interrupted)
         workspace.write("loop.js", "new DzMorphLoader().saveObjectSettingsToConfigFile('" + started +
                                        "', 'x', false);\n"
                                        "while (true) {}");
-    const ProgramResult result = InterruptProgram({"script", file}, started);
+    const ProgramResult result =
+        InterruptProgram({"script", file, "--allow-files", workspace.path("")}, started);
     EXPECT_EQ(result.signal, SIGINT);
     EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
     EXPECT_EQ(workspace.entries(), (std::vector<std::string>{"loop.js", "started"}));
+}
+
+TEST(ScriptCommand, lets_the_script_write_only_where_it_may)
+{
+    const Workspace workspace;
+    WriteMiniLibrary(workspace.path("lib"));
+    std::filesystem::create_directory(workspace.path("out"));
+    const std::string file = workspace.write(
+        "save.js", "var m = App.getContentMgr();\n"
+                   "m.addContentDirectory(getArguments()[1]);\n"
+                   "m.openFile(m.getAbsolutePath('People/Genesis 9/Genesis 9.duf', true), true);\n"
+                   "var options = new DzFileIOSettings();\n"
+                   "options.setIntValue('RunSilent', 1);\n"
+                   "print(Scene.saveScene(getArguments()[0] + '.duf'),\n"
+                   "      App.getExportMgr().findExporterByClassName('DzObjExporter')"
+                   ".writeFile(getArguments()[0] + '.obj', options));\n");
+    const auto run = [&](std::vector<std::string> more, const std::string& name) {
+        more.insert(more.begin(), {"script", file, workspace.path(name), workspace.path("out"), "--content",
+                                   workspace.path("lib")});
+        return RunProgram(more);
+    };
+    const ProgramResult refused = run({}, "out/Saved");
+    EXPECT_EQ(refused.out.find("0 "), refused.out.npos) << refused.out;
+    EXPECT_EQ(refused.out.find(" 0"), refused.out.npos) << refused.out;
+    EXPECT_NE(refused.err.find("--allow-files"), refused.err.npos) << refused.err;
+    EXPECT_FALSE(workspace.has("out/Saved.duf"));
+    EXPECT_FALSE(workspace.has("out/Saved.obj"));
+    const ProgramResult allowed = run({"--allow-files", workspace.path("out")}, "out/Saved");
+    EXPECT_EQ(allowed.out, "0 0\n");
+    EXPECT_TRUE(workspace.has("out/Saved.duf"));
+    EXPECT_TRUE(workspace.has("out/Saved.obj"));
+    EXPECT_EQ(run({}, "lib/Saved").out, "0 0\n"); // content folders are for that
 }

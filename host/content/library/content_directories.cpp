@@ -3,6 +3,9 @@
 
 #include "library/content_manager_impl.h"
 
+#include "base/write_bounds.h"
+#include "dzapp.h"
+
 using openhost::ToPath;
 using openhost::ToQ;
 
@@ -64,6 +67,13 @@ QString DzContentMgr::findFile(const QString& partial) const
 
 void DzContentMgr::addContentDirectory(const QString& path, bool)
 {
+    // Content directories may be written by scripts, the next one's too.
+    const base::WriteBounds* const bounds = base::WriteBounds::Current();
+    if (bounds && !bounds->hold(ToPath(path))) {
+        dzApp->warning(QStringLiteral("%1 is not made a content directory: %2")
+                           .arg(path, QString::fromStdString(bounds->reason())));
+        return;
+    }
     _impl->paths.add(ToPath(path));
     _impl->updateFolders();
     emit contentDirectoryListChanged();

@@ -8,6 +8,7 @@
 #include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/file_set.h"
+#include "base/write_bounds.h"
 #include "dson/dhdm.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
@@ -197,6 +198,7 @@ public:
     {
         std::unique_ptr<base::FileSet>& set = _sets[folder];
         if (!set) {
+            base::ThrowIfOutOfBounds(folder);
             std::error_code error;
             fs::create_directories(folder, error);
             if (error)

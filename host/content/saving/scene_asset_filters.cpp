@@ -6,6 +6,7 @@
 #include "app/current_attendant.h"
 #include "app/guard.h"
 #include "base/errors.h"
+#include "base/write_bounds.h"
 #include "dzapp.h"
 #include "dzauthor.h"
 #include "dzcontentmgr.h"
@@ -40,6 +41,7 @@ dson::AssetInfo Info(const QString& filename, const char* type)
 
 void MakeFolder(const std::filesystem::path& folder)
 {
+    base::ThrowIfOutOfBounds(folder);
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error)

@@ -1,0 +1,35 @@
+// What scripts of strangers may do to the user's files.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QStringList>
+
+#include <memory>
+
+namespace openhost {
+
+/// Beyond content directories and the temporary folder.
+struct ScriptRights {
+    QStringList folders;    ///< files may be written below these too
+    bool processes = false; ///< programs may be started, such as one that shows an address
+};
+
+/// What all scripts may that users run; nothing more at first.
+void SetScriptRights(const ScriptRights& rights);
+
+/// As long as it lives, the host writes files below the folders only that it has as content directories when
+/// this is made, the temporary folder and those of the rights. What is refused fails with its reason.
+class ScriptBounds {
+public:
+    ScriptBounds();
+    ~ScriptBounds();
+    ScriptBounds(const ScriptBounds&) = delete;
+    ScriptBounds& operator=(const ScriptBounds&) = delete;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> _impl;
+};
+
+} // namespace openhost
