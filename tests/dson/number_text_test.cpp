@@ -6,8 +6,8 @@
 #include "base/errors.h"
 
 #include <cfloat>
+#include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <random>
 
@@ -38,6 +38,15 @@ Number AnyNumber(std::mt19937_64& random)
         if (std::isfinite(number))
             return number;
     }
+}
+
+/// What the text says, whatever the locale.
+template <class Number>
+Number Read(const std::string& text)
+{
+    Number number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
 }
 
 /// Digits before the exponent, without zeros at either end.
@@ -87,8 +96,8 @@ TEST(NumberText, reads_back_to_the_same_single_precision_number)
         const float value = AnyNumber<float, std::uint32_t>(random);
         for (const NumberStyle style : {NumberStyle::ListEntry, NumberStyle::Setting}) {
             const std::string text = Text(double{value}, style);
-            ASSERT_EQ(std::strtof(text.c_str(), nullptr), value) << text;
-            ASSERT_EQ(std::signbit(std::strtof(text.c_str(), nullptr)), std::signbit(value)) << text;
+            ASSERT_EQ(Read<float>(text), value) << text;
+            ASSERT_EQ(std::signbit(Read<float>(text)), std::signbit(value)) << text;
         }
     }
 }
@@ -99,7 +108,7 @@ TEST(NumberText, reads_back_to_the_same_double_precision_number)
     for (int i = 0; i < 100000; ++i) {
         const double value = AnyNumber<double, std::uint64_t>(random);
         const std::string text = Text(value, NumberStyle::Exact);
-        ASSERT_EQ(std::strtod(text.c_str(), nullptr), value) << text;
+        ASSERT_EQ(Read<double>(text), value) << text;
     }
 }
 
@@ -114,8 +123,8 @@ TEST(NumberText, has_no_digit_too_many)
                           exact = Text(value, NumberStyle::Exact);
         const std::string shorterEntry = fmt::format("{:.{}g}", single, SignificantDigits(entry) - 1);
         const std::string shorterExact = fmt::format("{:.{}g}", value, SignificantDigits(exact) - 1);
-        ASSERT_NE(std::strtof(shorterEntry.c_str(), nullptr), single) << entry;
-        ASSERT_NE(std::strtod(shorterExact.c_str(), nullptr), value) << exact;
+        ASSERT_NE(Read<float>(shorterEntry), single) << entry;
+        ASSERT_NE(Read<double>(shorterExact), value) << exact;
     }
 }
 

@@ -200,7 +200,7 @@ TEST_F(EqualNames, presets_find_the_dial_of_the_node_that_they_name_and_aliases_
     const DzNode& hand = *BoneOf(*figure, "hand");
     const auto apply = [this](const std::string& url, double value) {
         return loadPreset(R"("animations": [{"url": ")" + url + R"(", "keys": [[0, )" +
-                          std::to_string(value) + "]]}]");
+                          fmt::format("{}", value) + "]]}]");
     };
     EXPECT_TRUE(apply("name://@selection#Bend:?value/value", 0.1));
     EXPECT_NEAR(valueOn(*figure, "Bend"), 0.1, 1e-6);

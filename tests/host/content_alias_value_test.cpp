@@ -30,7 +30,7 @@ protected:
     {
         return R"({"id": "set )" + name + R"(", "parent": "#hand", "url": "/)" + shapes + file + ".dsf#" +
                name + R"(", "channel": {"id": "value", "type": "alias", "current_value": )" +
-               std::to_string(value) + "}}";
+               fmt::format("{}", value) + "}}";
     }
     bool loadSetting(const std::string& modifiers)
     {
@@ -85,7 +85,8 @@ TEST_F(AliasValues, of_animations_and_presets_go_the_same_way)
 {
     writeJaw();
     const auto animated = [](const std::string& url, double value) {
-        return R"("animations": [{"url": ")" + url + R"(", "keys": [[0, )" + std::to_string(value) + "]]}]";
+        return R"("animations": [{"url": ")" + url + R"(", "keys": [[0, )" + fmt::format("{}", value) +
+               "]]}]";
     };
     ASSERT_TRUE(load("Scenes/Moves.duf", Scene(Instance(), ", " + animated("hand:#Jaw?value/value", 0.75))));
     EXPECT_EQ(up(), 0.75);

@@ -105,9 +105,9 @@ class Questions : public LibraryTest {
 protected:
     bool pose(double up)
     {
-        return open(writePose(
-            (R"([{"url": "name://@selection#Up:?value/value", "keys": [[0, )" + std::to_string(up) + "]]}]")
-                .c_str()));
+        return open(writePose((R"([{"url": "name://@selection#Up:?value/value", "keys": [[0, )" +
+                               fmt::format("{}", up) + "]]}]")
+                                  .c_str()));
     }
     /// A quad whose first vertex is at (1, 0, 0).
     std::string writeObj() const

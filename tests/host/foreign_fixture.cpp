@@ -8,6 +8,8 @@
 #include "dzfloatproperty.h"
 #include "dzmorph.h"
 
+#include <fmt/format.h>
+
 namespace fs = std::filesystem;
 
 namespace doll {
@@ -33,7 +35,7 @@ std::string Control(const std::string& name, const std::string& more, const std:
 std::string Morph(const std::string& name, int vertex, double y, const std::string& more)
 {
     return Control(name, R"(, "morph": {"vertex_count": 8, "deltas": {"count": 1, "values": [[)" +
-                             std::to_string(vertex) + ", 0, " + std::to_string(y) + ", 0]]}}" + more);
+                             std::to_string(vertex) + fmt::format(", 0, {}, 0]]}}}}", y) + more);
 }
 
 std::string Driven(const std::string& output, const std::string& input, const std::string& factor)
