@@ -14,7 +14,8 @@ std::vector<std::string> Seeds()
             "name://@selection/hip:?rotation/x/value",
             "id://node:/a/../b/./c.duf#id?value",
             "C:\\data\\x.dsf#%zz%2",
-            "//a//%2e%2e/..#"};
+            "//a//%2e%2e/..#",
+            "..\\x"};
 }
 
 void Feed(std::string_view bytes)
