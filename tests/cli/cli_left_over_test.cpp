@@ -46,7 +46,7 @@ protected:
     void runNext() const { ExpectSuccess(RunProgram(scriptArguments("print('x');"))); }
     std::vector<std::string> scriptArguments(const std::string& text) const
     {
-        return {"script", workspace.write("run.js", text)};
+        return {"script", workspace.write("run.js", text), "--allow-files", workspace.path("")};
     }
     std::vector<std::string> folders() const
     {

@@ -93,7 +93,8 @@ TEST(ScriptCommand, ends_a_lost_script_when_interrupted)
     const std::string file =
         workspace.write("lost.js", "new DzMorphLoader().saveObjectSettingsToConfigFile('" + started +
                                        "', 'x', false);\n" + lostScript);
-    const ProgramResult result = InterruptProgram({"script", file}, started);
+    const ProgramResult result =
+        InterruptProgram({"script", file, "--allow-files", workspace.path("")}, started);
     EXPECT_EQ(result.signal, SIGINT);
     EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
     EXPECT_EQ(workspace.entries(), (std::vector<std::string>{"lost.js", "started"}));
