@@ -50,9 +50,37 @@ private:
     QObject _context;
 };
 
-GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, Progress& progress)
+/// What was said of a file that has the name of something in the sentence; null for nothing.
+const base::Diagnostic* FindNamed(const std::string& sentence, const base::Diagnostics& met)
+{
+    for (const base::Diagnostic& one : met) {
+        const std::string stem = fs::path(one.file).stem().u8string();
+        if (!stem.empty() && sentence.find("\u201c" + stem + "\u201d") != std::string::npos)
+            return &one;
+    }
+    return nullptr;
+}
+
+/// The host's tools often say only that they failed, or that something is not there, and the reason to
+/// whoever listens.
+/// @param loaded  said when the figures were loaded
+std::string WithReason(std::string sentence, const base::Diagnostics& met, const base::Diagnostics& loaded)
+{
+    const base::Diagnostic* reason = base::FirstError(met);
+    if (!reason)
+        reason = FindNamed(sentence, loaded);
+    if (!reason || sentence.find(reason->what) != std::string::npos)
+        return sentence;
+    while (!sentence.empty() && sentence.back() == '.')
+        sentence.pop_back();
+    return sentence + ": " + base::ToLine(*reason);
+}
+
+GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, const base::Diagnostics& loaded,
+               Progress& progress)
 {
     const HostStepsAsStages steps(progress);
+    const openhost::DiagnosticsCollector met(dzApp->diagnostics());
     try {
         return GntConverter::Convert_X(source, target, request);
     } catch (const GntBaseRangeError& error) {
@@ -60,6 +88,8 @@ GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, Progre
         throw UsageError(fmt::format("--base {}={} is outside of {} to {}, the range of \"{}\"",
                                      BaseName(error.base), error.value, dial.getMin(), dial.getMax(),
                                      dial.getLabel().toStdString()));
+    } catch (const kst::Exception& error) {
+        throw std::runtime_error(WithReason(error.what(), met.all(), loaded));
     }
 }
 
@@ -193,7 +223,7 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     StandAlone(target, request.target, report.diagnostics);
     KeepLabelsFree(source, target, report.diagnostics);
     FreeMorphNames(source, target, request, report.diagnostics);
-    const GntOutcome outcome = Run(source, target, request.morphs, progress);
+    const GntOutcome outcome = Run(source, target, request.morphs, session.diagnostics(), progress);
     DescribeOutcome(outcome, report);
 
     progress.stage("Measuring the result");

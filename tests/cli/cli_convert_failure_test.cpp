@@ -284,3 +284,15 @@ TEST_F(ConvertFailure, leaves_nothing_of_a_morph_that_is_replaced)
     ExpectSuccess(convert(saving(library(), {"--jobs", "full", "--overwrite"})));
     EXPECT_EQ(workspace.read(file).find("center_point"), std::string::npos);
 }
+
+TEST_F(ConvertFailure, for_a_shape_that_is_damaged_names_its_file)
+{
+    std::string clone;
+    for (const std::string& entry : workspace.entries())
+        if (fs::path(entry).filename() == "CloneGenesis8Female.dsf")
+            clone = entry;
+    workspace.write(clone, workspace.read(clone).substr(0, 300));
+    const ProgramResult result = convert();
+    expectFailureWith(result, 1, "CloneGenesis8Female.dsf: ");
+    EXPECT_NE(result.err.find("ends too early, at line "), result.err.npos) << result.err;
+}
