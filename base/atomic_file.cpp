@@ -185,6 +185,11 @@ void CheckReplaceable(const fs::path& file)
         throw IoError("cannot write {}: it is write-protected", file.string());
 }
 
+bool IsUnfinishedName(const std::string& name)
+{
+    return !MarkIn(name).empty();
+}
+
 void RemoveUnfinishedFiles(const fs::path& folder)
 {
     std::error_code error;

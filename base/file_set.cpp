@@ -147,17 +147,26 @@ private:
     int _descriptor = -1;
 };
 
+/// Empty for none. What somebody else calls so, a pipe that nobody writes into or a folder, is none.
+std::string JournalOf(const fs::path& folder)
+{
+    std::error_code error;
+    const fs::path journal = folder / fileSetJournal;
+    if (!fs::is_regular_file(fs::symlink_status(journal, error)))
+        return {};
+    std::ifstream file(journal, std::ios::binary);
+    return std::string((std::istreambuf_iterator<char>(file)), {});
+}
+
 /// @return whether there was a whole journal
 bool FinishLocked(const fs::path& folder)
 {
-    std::ifstream file(folder / fileSetJournal, std::ios::binary);
-    const std::string text((std::istreambuf_iterator<char>(file)), {});
     Plan plan;
-    const bool isWhole = Parse(text, plan);
+    const bool isWhole = Parse(JournalOf(folder), plan);
     std::error_code ignored;
     if (isWhole)
         Carry(folder, plan);
-    else
+    else if (fs::is_regular_file(fs::symlink_status(folder / fileSetJournal, ignored)))
         fs::remove(folder / fileSetJournal, ignored); // nothing was put in place by it
     RemoveUnfinishedFiles(folder);
     return isWhole;

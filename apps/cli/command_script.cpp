@@ -14,6 +14,7 @@
 #include "worker_process.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <stdexcept>
 
@@ -55,6 +56,8 @@ base::Diagnostics Without(const std::string& error, base::Diagnostics met)
 void RunScript(const ScriptArguments& arguments)
 {
     constexpr double millisecondsPerSecond = 1000.0;
+    if (std::isnan(arguments.timeout))
+        throw UsageError("--timeout is no number");
     const int milliseconds = static_cast<int>(arguments.timeout * millisecondsPerSecond);
     // What a script can ask of the engine's own functions, nothing inside the process can end.
     const WorkerProcess worker(
@@ -81,6 +84,7 @@ void RunScript(const ScriptArguments& arguments)
     base::ThrowIfCancelled();
     const std::string error = succeeded ? std::string() : ErrorOf(script, arguments.file);
     TellWarnings(Without(error, session.diagnostics()));
+    EndOutput();
     if (!succeeded)
         throw std::runtime_error(error);
 }

@@ -78,6 +78,7 @@ void NoteInterrupts()
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         Handle(signal);
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // the write that goes beyond the limit fails with a reason
     base::SetCancellationSource([] { return InterruptSignal() != 0; });
     std::set_terminate(EndWithoutWayOut);
 }

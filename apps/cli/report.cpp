@@ -178,6 +178,15 @@ void WriteOutput(const std::string& text)
         throw std::runtime_error(fmt::format("cannot write to standard output: {}", std::strerror(errno)));
 }
 
+void EndOutput()
+{
+    const bool isFlushed = std::fflush(stdout) == 0;
+    if (!isFlushed || std::ferror(stdout) != 0)
+        throw std::runtime_error(
+            fmt::format("cannot write to standard output{}",
+                        isFlushed ? std::string() : std::string(": ") + std::strerror(errno)));
+}
+
 std::string ReportText(const Json& report)
 {
     std::string text;

@@ -16,6 +16,9 @@ using Json = nlohmann::ordered_json;
 
 /// @throws std::runtime_error  the text cannot be written
 void WriteOutput(const std::string& text);
+/// For what others wrote to stdout.
+/// @throws std::runtime_error  some of it could not be written
+void EndOutput();
 
 /// As one JSON object, or as aligned lines: underscores in keys become spaces, objects are indented, lists of
 /// objects become tables. Text that is not UTF-8 is written with replacement characters.

@@ -12,6 +12,7 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -171,6 +172,18 @@ TEST_F(FileSetTest, follows_no_journal_out_of_its_folder)
         EXPECT_EQ(folder.contents(), oldFiles);
         EXPECT_EQ(outside.contents(), (Contents{{"victim", "mine"}}));
     }
+}
+
+TEST_F(FileSetTest, takes_nothing_but_a_file_for_its_journal)
+{
+    const fs::path journal = folder.path() / base::fileSetJournal;
+    ASSERT_EQ(mkfifo(journal.c_str(), 0600), 0);
+    EXPECT_FALSE(base::FinishFileSet(folder.path())) << "which would wait for a writer";
+    EXPECT_TRUE(fs::is_fifo(journal));
+    fs::remove(journal);
+    fs::create_directories(journal / "within");
+    EXPECT_FALSE(base::FinishFileSet(folder.path()));
+    EXPECT_TRUE(fs::exists(journal / "within"));
 }
 
 TEST_F(FileSetTest, removes_the_leavings_of_ended_programs_alone)

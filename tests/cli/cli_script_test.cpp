@@ -73,6 +73,7 @@ TEST(ScriptCommand, ends_a_script_that_takes_too_long)
     ExpectError(RunProgram({"script", file, "--timeout", "0.2"}), 1,
                 file + ": the script was stopped after 0.2 s.");
     ExpectWrongUse(RunProgram({"script", file, "--timeout", "-1"}), "--timeout");
+    ExpectWrongUse(RunProgram({"script", file, "--timeout", "nan"}), "--timeout");
     ExpectWrongUse(RunProgram({"script"}), "FILE");
 }
 

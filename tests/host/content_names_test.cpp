@@ -33,7 +33,7 @@ TEST(FileNames, hold_nothing_that_a_disk_or_a_url_takes_for_something_else)
     EXPECT_EQ(FileName(" both "), "%20both%20");
     EXPECT_EQ(FileName("a\xC2\xA0z"), "a%C2%A0z") << "a blank that looks like another";
     EXPECT_EQ(FileName("back\xE2\x80\xAEwards"), "back%E2%80%AEwards") << "which nobody sees";
-    for (const char* const device : {"CON", "nul", "Com1", "LPT9", "aux.v2"})
+    for (const char* const device : {"CON", "nul", "Com1", "LPT9", "COM²", "aux.v2"})
         EXPECT_EQ(FileName(device)[0], '%') << device;
     EXPECT_EQ(FileName("Connie"), "Connie");
     EXPECT_EQ(FileName("COMB"), "COMB");

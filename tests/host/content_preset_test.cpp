@@ -1,6 +1,7 @@
 // Presets on what is selected, and saving morphs.
 // SPDX-License-Identifier: MIT
 
+#include "base/file_set.h"
 #include "dson/reader.h"
 #include "dzassetiomgr.h"
 #include "dzbone.h"
@@ -18,6 +19,10 @@
 #include "openhost/attendant.h"
 #include "openhost/testing.h"
 #include "tests/host/content_fixture.h"
+
+#include <chrono>
+#include <memory>
+#include <thread>
 
 #include <nlohmann/json.hpp>
 
@@ -237,6 +242,30 @@ TEST_F(SavedMorph, does_not_replace_another_morph_where_nobody_can_be_asked)
               reported("The operation failed."))
         << "on many disks it is the same file";
     EXPECT_EQ(ReadBytes(savedFile()), bytes);
+}
+
+TEST_F(SavedMorph, goes_into_folders_of_another_spelling)
+{
+    fs::create_directories(folder("mine") / "DATA/acme/MINI");
+    ASSERT_EQ(save(*openWithMorph(), folder("mine")), "saved");
+    EXPECT_TRUE(fs::exists(folder("mine") / "DATA/acme/MINI/Base/Morphs/Me/Own/My Shape.dsf"));
+    EXPECT_FALSE(fs::exists(folder("mine") / "data"));
+}
+
+TEST_F(SavedMorph, is_not_lost_to_a_program_that_saves_at_the_same_time)
+{
+    DzFigure* const figure = openWithMorph();
+    fs::create_directories(savedFile().parent_path());
+    auto other = std::make_unique<base::FileSet>(savedFile().parent_path());
+    std::thread late([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        WriteBytes(savedFile(), "the other's");
+        other.reset();
+    });
+    const std::string outcome = save(*figure, folder("mine"));
+    late.join();
+    EXPECT_EQ(outcome, reported("The operation failed."));
+    EXPECT_EQ(ReadBytes(savedFile()), "the other's");
 }
 
 TEST_F(SavedMorph, replaces_another_morph_when_the_user_agrees)

@@ -67,6 +67,9 @@ void WriteFileAtomically(const std::filesystem::path& file, std::string_view con
 /// @throws IoError  as AtomicFile's constructor
 void CheckReplaceable(const std::filesystem::path& file);
 
+/// Whether a file of the name may be an unfinished one.
+bool IsUnfinishedName(const std::string& name);
+
 /// Removes what unfinished files writers that have ended left in the folder.
 void RemoveUnfinishedFiles(const std::filesystem::path& folder);
 

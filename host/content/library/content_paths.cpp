@@ -124,11 +124,12 @@ private:
                   [](const Entry& a, const Entry& b) { return a.name < b.name; });
         return entries;
     }
-    /// A program that has ended left files that are to be put in place together.
+    /// A program that has ended may have left files that are to be put in place together, or to go.
     static bool IsUnfinished(const std::vector<Entry>& entries)
     {
-        return std::any_of(entries.begin(), entries.end(),
-                           [](const Entry& entry) { return entry.name == base::fileSetJournal; });
+        return std::any_of(entries.begin(), entries.end(), [](const Entry& entry) {
+            return entry.name == base::fileSetJournal || base::IsUnfinishedName(entry.name);
+        });
     }
     static fs::file_type TypeOf(const fs::directory_entry& entry)
     {

@@ -68,7 +68,8 @@ bool IsDevice(const QString& name)
 {
     const QString stem = name.section(QLatin1Char('.'), 0, 0).toUpper();
     static const QStringList plain{"CON", "PRN", "AUX", "NUL"};
-    const bool isNumbered = stem.size() == 4 && IsDigit(stem[3].unicode()) &&
+    const bool isNumbered = stem.size() == 4 &&
+                            (IsDigit(stem[3].unicode()) || stem[3].category() == QChar::Number_Other) &&
                             (stem.startsWith(QLatin1String("COM")) || stem.startsWith(QLatin1String("LPT")));
     return plain.contains(stem) || isNumbered;
 }

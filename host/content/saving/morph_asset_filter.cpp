@@ -53,6 +53,7 @@ struct Wanted {
     DzMorph* morph;
     std::string fileName;
     std::string address;          ///< of the file, below the content directory
+    fs::path folder;              ///< that the file lies in
     bool replacesAnother() const; ///< should there be a file
 };
 
@@ -110,6 +111,7 @@ std::vector<Wanted> CollectWanted(const DzFileIOSettings& options)
 {
     std::vector<Wanted> all;
     std::set<std::string> addresses;
+    const fs::path library = options.getStringValue(QLatin1String("BaseDataPath")).toStdString();
     const DzSettings* const nodes = options.getSettingsValue(QLatin1String("NodeNames"));
     for (int n = 0; nodes && n < nodes->getNumValues(); ++n) {
         const QString nodeName = nodes->getKey(n);
@@ -125,12 +127,13 @@ std::vector<Wanted> CollectWanted(const DzFileIOSettings& options)
                                         name.toStdString());
             const std::string fileName = openhost::FileName(morph->getName().toStdString());
             const std::string address =
-                openhost::MorphAddress(*node, FolderName(options, vendorKey), FolderName(options, productKey),
-                                       morph->getName().toStdString());
+                openhost::AsOnDisk(library, openhost::MorphAddress(*node, FolderName(options, vendorKey),
+                                                                   FolderName(options, productKey),
+                                                                   morph->getName().toStdString()));
             // Two names that differ in case are one file on many disks.
             if (!addresses.insert(openhost::PathKey(address)).second)
                 throw base::FormatError("two morphs would be saved as {}", fileName);
-            all.push_back({node, morph, fileName, address});
+            all.push_back({node, morph, fileName, address, (library / address.substr(1)).parent_path()});
         }
     }
     return all;
@@ -158,6 +161,14 @@ QStringList OthersFiles(const std::vector<Wanted>& all, const DzFileIOSettings& 
     return files;
 }
 
+[[noreturn]] void ThrowNotReplaceable(const QStringList& files)
+{
+    throw base::FormatError("{} already, and would be lost: {}",
+                            files.size() == 1 ? "there is a morph of this name"
+                                              : "there are morphs of these names",
+                            files.join(QLatin1String(", ")).toStdString());
+}
+
 /// @return false when the user does not want them replaced
 bool MayReplace(const QStringList& files)
 {
@@ -165,10 +176,7 @@ bool MayReplace(const QStringList& files)
         return true;
     const std::optional<bool> answer = openhost::CurrentAttendant().mayReplaceFiles(files);
     if (!answer)
-        throw base::FormatError("{} already, and would be lost: {}",
-                                files.size() == 1 ? "there is a morph of this name"
-                                                  : "there are morphs of these names",
-                                files.join(QLatin1String(", ")).toStdString());
+        ThrowNotReplaceable(files);
     return *answer;
 }
 
@@ -242,7 +250,7 @@ Written Write(const Wanted& wanted, const DzFileIOSettings& options, FileSets& s
     write.compress = options.getBoolValue(QLatin1String("CompressOutput"));
     write.isReplacement = wanted.replacesAnother();
     const fs::path library = options.getStringValue(QLatin1String("BaseDataPath")).toStdString();
-    write.set = &sets.of((library / info.id.substr(1)).parent_path());
+    write.set = &sets.of(wanted.folder);
     // A file that could not be read must not be replaced by one without its content.
     if (!wanted.morph->getDeltas()->loadDeltas())
         throw base::FormatError("the deltas of {} cannot be read", wanted.morph->getName().toStdString());
@@ -268,9 +276,16 @@ Written Write(const Wanted& wanted, const DzFileIOSettings& options, FileSets& s
     return {wanted.morph, DzUri(QString::fromStdString(dson::MakeUri(info.id, modifier.id))), joints.links};
 }
 
-void Save(const std::vector<Wanted>& all, const DzFileIOSettings& options)
+/// @param replaced  files that may be
+void Save(const std::vector<Wanted>& all, const DzFileIOSettings& options, const QStringList& replaced)
 {
     FileSets sets;
+    for (const Wanted& wanted : all)
+        sets.of(wanted.folder);
+    // Until the folders were locked, another program may have saved under the names.
+    for (const QString& file : OthersFiles(all, options))
+        if (!replaced.contains(file))
+            ThrowNotReplaceable({file});
     std::vector<Written> written;
     for (const Wanted& wanted : all)
         written.push_back(Write(wanted, options, sets));
@@ -300,9 +315,10 @@ DzError DzMorphSupportAssetFilter::doSave(DzFileIOSettings* options, const QStri
         const std::vector<Wanted> all = CollectWanted(*options);
         if (all.empty())
             throw base::FormatError("no morphs to save are given");
-        if (!MayReplace(OthersFiles(all, *options)))
+        const QStringList replaced = OthersFiles(all, *options);
+        if (!MayReplace(replaced))
             return DzError(DZ_USER_CANCELLED_OPERATION);
-        Save(all, *options);
+        Save(all, *options, replaced);
         return DzError(DZ_NO_ERROR);
     };
     return openhost::GuardHostCall(

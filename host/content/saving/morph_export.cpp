@@ -101,6 +101,18 @@ std::string MorphAddress(const DzNode& figure, const std::string& vendor, const 
     return fmt::format("{}/Morphs/{}/{}/{}.dsf", AssetFolder(figure), vendor, product, FileName(name));
 }
 
+std::string AsOnDisk(const std::filesystem::path& contentDirectory, const std::string& address)
+{
+    const std::filesystem::path wanted = address.substr(1);
+    std::filesystem::path at = contentDirectory, spelled = "/";
+    for (const std::filesystem::path& part : wanted.parent_path()) {
+        const std::filesystem::path present = FindIgnoringCase(at, part.string());
+        at = present.empty() ? at / part : present;
+        spelled /= at.filename();
+    }
+    return (spelled / wanted.filename()).generic_string();
+}
+
 std::filesystem::path PresentFile(const QString& contentDirectory, const std::string& address)
 {
     const std::filesystem::path present = FindIgnoringCase(contentDirectory.toStdString(), address.substr(1));

@@ -36,6 +36,9 @@ std::string AssetFolder(const DzNode& figure);
 /// directory.
 std::string MorphAddress(const DzNode& figure, const std::string& vendor, const std::string& product,
                          const std::string& name);
+/// The address with its folders as they are spelled in the content directory, whose case does not count: a
+/// second tree beside the first would be the same one on many disks.
+std::string AsOnDisk(const std::filesystem::path& contentDirectory, const std::string& address);
 /// What a save to the address would replace, as it is spelled on disk, whose case does not count; empty for
 /// nothing.
 std::filesystem::path PresentFile(const QString& contentDirectory, const std::string& address);
