@@ -14,6 +14,12 @@ bool IsSpace(char c)
     return std::isspace(static_cast<unsigned char>(c)) != 0;
 }
 
+/// The sentences are English wherever the program runs; in Turkish, i has another upper case.
+char UpperCase(char c)
+{
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
 std::string OnOneLine(const std::string& text)
 {
     std::string line;
@@ -48,7 +54,7 @@ std::string ErrorSentence(const std::string& text)
     if (line.empty())
         line = "unknown error";
     if (!BeginsWithName(line))
-        line.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(line.front())));
+        line.front() = UpperCase(line.front());
     const char last = line.back();
     if (last != '.' && last != '!' && last != '?')
         line += '.';
