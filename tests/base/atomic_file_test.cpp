@@ -3,6 +3,7 @@
 
 #include "base/atomic_file.h"
 #include "base/errors.h"
+#include "tests/base/refusal.h"
 #include "tests/base/scratch_folder.h"
 
 #include <string>
@@ -16,16 +17,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using Contents = std::map<std::string, std::string>;
-
-std::string Refusal(const fs::path& file)
-{
-    try {
-        base::WriteFileAtomically(file, "new");
-        return {};
-    } catch (const base::IoError& error) {
-        return error.what();
-    }
-}
 
 std::string ThatItCannot(const fs::path& file, const char* reason)
 {

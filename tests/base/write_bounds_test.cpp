@@ -6,6 +6,7 @@
 #include "base/atomic_file.h"
 #include "base/errors.h"
 #include "base/file_set.h"
+#include "tests/base/refusal.h"
 #include "tests/base/scratch_folder.h"
 
 #include <gtest/gtest.h>
@@ -13,16 +14,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string Refusal(const fs::path& file)
-{
-    try {
-        base::WriteFileAtomically(file, "new");
-        return {};
-    } catch (const base::IoError& error) {
-        return error.what();
-    }
-}
 
 TEST(WriteBounds, let_files_be_put_below_their_folders_only)
 {
