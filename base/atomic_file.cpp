@@ -4,6 +4,7 @@
 #include "base/atomic_file.h"
 
 #include "base/errors.h"
+#include "base/file_set.h"
 #include "base/limits.h"
 #include "base/process_mark.h"
 #include "base/write_bounds.h"
@@ -95,6 +96,7 @@ AtomicFile::AtomicFile(const fs::path& target, Durability durability)
     // Told now rather than at the end, when other files may have been put in place already.
     ThrowIfOutOfBounds(_target);
     CheckReplaceable(_named);
+    RemoveUnfinishedFiles(_target.parent_path());
     _stream = std::fopen(_unfinished.string().c_str(), "wbx");
     if (!_stream)
         fail(errno);
@@ -192,11 +194,15 @@ bool IsUnfinishedName(const std::string& name)
 
 void RemoveUnfinishedFiles(const fs::path& folder)
 {
+    const fs::path path = folder.empty() ? fs::path(".") : folder;
     std::error_code error;
     std::vector<fs::path> old;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
+    for (fs::directory_iterator entry(path, error), end; !error && entry != end; entry.increment(error))
         if (HasEnded(MarkIn(entry->path().filename().string())))
             old.push_back(entry->path());
+    // Asked last: whoever had ended by then makes no journal any more.
+    if (old.empty() || fs::exists(fs::symlink_status(path / fileSetJournal, error)))
+        return;
     for (const fs::path& file : old)
         fs::remove(file, error);
 }

@@ -105,9 +105,13 @@ void Carry(const fs::path& folder, const Plan& plan)
             if (reason != ENOENT || fs::exists(folder / name, error))
                 FailAfterJournal(folder / name, reason);
         }
-    SyncFolder(folder);
-    fs::remove(folder / fileSetJournal, error);
-    SyncFolder(folder);
+    try {
+        SyncFolder(folder);
+        fs::remove(folder / fileSetJournal, error);
+        SyncFolder(folder);
+    } catch (const IoError& failure) {
+        throw IoError("{}; its new files are in place, but may not outlast a loss of power", failure.what());
+    }
 }
 
 /// Of a folder, by all programs that use this; nothing of it is left on disk.

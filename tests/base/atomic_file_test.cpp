@@ -3,6 +3,8 @@
 
 #include "base/atomic_file.h"
 #include "base/errors.h"
+#include "base/file_set.h"
+#include "base/process_mark.h"
 #include "tests/base/refusal.h"
 #include "tests/base/scratch_folder.h"
 
@@ -94,6 +96,24 @@ TEST(AtomicFile, leaves_protected_files_alone)
     ASSERT_EQ(chmod(file.c_str(), 0444), 0);
     EXPECT_EQ(Refusal(file), ThatItCannot(file, "it is write-protected"));
     EXPECT_EQ(folder.contents(), (Contents{{"Vera.dsf", "old"}}));
+}
+
+TEST(AtomicFile, removes_what_writers_left_that_have_ended)
+{
+    const ScratchFolder folder;
+    std::string ended = base::ProcessMark();
+    ended.replace(ended.rfind('-') + 1, std::string::npos, "1"); // a process of our number before us
+    const std::string left = "Vera.dsf." + ended + ".7.part",
+                      own = "Vera.dsf." + base::ProcessMark() + ".7.part";
+    folder.write(left, "nobody's");
+    folder.write(own, "mine");
+    EXPECT_EQ(Refusal(folder.path() / "Otto.dsf"), "");
+    EXPECT_EQ(folder.contents(), (Contents{{"Otto.dsf", "new"}, {own, "mine"}}));
+    // What a journal tells of is to be put in place yet.
+    folder.write(left, "part of a set");
+    folder.write(base::fileSetJournal, "");
+    EXPECT_EQ(Refusal(folder.path() / "Otto.dsf"), "");
+    EXPECT_EQ(folder.read(left), "part of a set");
 }
 
 TEST(AtomicFile, may_have_the_longest_of_names)

@@ -7,6 +7,7 @@
 #include <climits>
 #include <csignal>
 #include <cstring>
+#include <fstream>
 #include <map>
 #include <set>
 
@@ -30,6 +31,7 @@ enum class Names { Path, PathAt, Descriptor, OpenPath, OpenPathAt };
 struct Call {
     const char* name;
     Names names;
+    Counted kind = Counted::Changes;
 };
 
 const std::map<long, Call>& WatchedCalls()
@@ -56,9 +58,14 @@ const std::map<long, Call>& WatchedCalls()
         {SYS_mkdir, {"mkdir", Names::Path}},
         {SYS_mkdirat, {"mkdirat", Names::PathAt}},
         {SYS_link, {"link", Names::Path}},
+        {SYS_linkat, {"linkat", Names::PathAt}},
         {SYS_symlink, {"symlink", Names::Path}},
         {SYS_chmod, {"chmod", Names::Path}},
         {SYS_truncate, {"truncate", Names::Path}},
+        {SYS_read, {"read", Names::Descriptor, Counted::Reads}},
+        {SYS_pread64, {"pread64", Names::Descriptor, Counted::Reads}},
+        {SYS_readv, {"readv", Names::Descriptor, Counted::Reads}},
+        {SYS_getdents64, {"getdents64", Names::Descriptor, Counted::Reads}},
     };
     return calls;
 }
@@ -108,19 +115,39 @@ std::string PathOf(pid_t process, Names names, const user_regs_struct& registers
     return {};
 }
 
-/// Opening a file to read it changes nothing.
-bool IsHarmless(Names names, const user_regs_struct& registers)
+/// How the file was opened that the process knows by the number.
+unsigned long long FlagsOf(pid_t process, unsigned long long descriptor)
 {
-    const unsigned long long flags = names == Names::OpenPath     ? registers.rsi
-                                     : names == Names::OpenPathAt ? registers.rdx
-                                                                  : static_cast<unsigned long long>(O_WRONLY);
-    return (flags & (O_WRONLY | O_RDWR | O_CREAT)) == 0;
+    std::ifstream info("/proc/" + std::to_string(process) + "/fdinfo/" + std::to_string(descriptor));
+    std::string name;
+    unsigned long long flags = O_RDWR;
+    while (info >> name)
+        if (name == "flags:")
+            info >> std::oct >> flags;
+    return flags;
+}
+
+/// Opening a file to read it changes nothing, nor does closing it then.
+Counted KindOf(pid_t process, const Call& call, long number, const user_regs_struct& registers)
+{
+    unsigned long long flags = 0;
+    if (call.names == Names::OpenPath)
+        flags = registers.rsi;
+    else if (call.names == Names::OpenPathAt)
+        flags = registers.rdx;
+    else if (number == SYS_close)
+        flags = FlagsOf(process, registers.rdi);
+    else
+        return call.kind;
+    if (flags & (O_WRONLY | O_RDWR | O_CREAT))
+        return Counted::Changes;
+    return number == SYS_close ? Counted::Neither : Counted::Reads;
 }
 
 class Tracer {
 public:
-    Tracer(pid_t process, std::string folder, const Interference& interference)
-        : _process(process), _folder(std::move(folder)), _interference(interference)
+    Tracer(pid_t process, std::string folder, const Interference& interference, Counted counted)
+        : _process(process), _folder(std::move(folder)), _interference(interference), _counted(counted)
     {
     }
 
@@ -170,7 +197,7 @@ private:
         user_regs_struct registers{};
         ptrace(PTRACE_GETREGS, process, nullptr, &registers);
         const auto call = WatchedCalls().find(static_cast<long>(registers.orig_rax));
-        if (call == WatchedCalls().end() || IsHarmless(call->second.names, registers))
+        if (call == WatchedCalls().end() || KindOf(process, call->second, call->first, registers) != _counted)
             return;
         const std::string path = PathOf(process, call->second.names, registers);
         if (path.compare(0, _folder.size(), _folder) != 0)
@@ -203,6 +230,7 @@ private:
     pid_t _process;
     std::string _folder;
     Interference _interference;
+    Counted _counted;
     std::set<pid_t> _isInside, _isToFail;
     TracedRun _result;
 };
@@ -210,7 +238,7 @@ private:
 } // namespace
 
 TracedRun RunTraced(const fs::path& folder, const std::function<int()>& work,
-                    const Interference& interference)
+                    const Interference& interference, Counted counted)
 {
     const pid_t process = fork();
     if (process == 0) {
@@ -219,12 +247,12 @@ TracedRun RunTraced(const fs::path& folder, const std::function<int()>& work,
         raise(SIGSTOP);
         _exit(work());
     }
-    return Tracer(process, fs::weakly_canonical(folder).string(), interference).run();
+    return Tracer(process, fs::weakly_canonical(folder).string(), interference, counted).run();
 }
 
 #else
 
-TracedRun RunTraced(const std::filesystem::path&, const std::function<int()>&, const Interference&)
+TracedRun RunTraced(const std::filesystem::path&, const std::function<int()>&, const Interference&, Counted)
 {
     return {false, {}, false, -1};
 }

@@ -16,6 +16,13 @@ struct Interference {
     bool isLasting = false; ///< all later calls that change something fail likewise
 };
 
+/// Which of the calls on files are numbered.
+enum class Counted {
+    Changes, ///< those that change a file or folder, or write it to disk
+    Reads,   ///< those that open, read or list one
+    Neither
+};
+
 struct TracedRun {
     bool isPossible = true;         ///< false where the system lets nobody trace
     std::vector<std::string> calls; ///< name and path of each, in order
@@ -24,7 +31,7 @@ struct TracedRun {
 };
 
 /// Runs work in a process of its own.
-/// @param folder  calls that change what is below it, or write it to disk, count; others are let through
+/// @param folder  calls for what is below it count; others are let through
 /// @param work    its result is the exit code; may have threads and run programs
 TracedRun RunTraced(const std::filesystem::path& folder, const std::function<int()>& work,
-                    const Interference& interference = {});
+                    const Interference& interference = {}, Counted counted = Counted::Changes);

@@ -17,7 +17,7 @@ enum class Durability {
 };
 
 /// Writes beside the target and renames into place. Without commit() the target stays as it was and the
-/// unfinished file is removed.
+/// unfinished file is removed. Those that writers who were killed left in the folder are removed before.
 ///
 /// A target that is a link stays one: the file that it leads to is replaced. A file that is replaced leaves
 /// its mode to the new one, and its owner where that is permitted. One that nobody may write is not replaced,
@@ -70,7 +70,8 @@ void CheckReplaceable(const std::filesystem::path& file);
 /// Whether a file of the name may be an unfinished one.
 bool IsUnfinishedName(const std::string& name);
 
-/// Removes what unfinished files writers that have ended left in the folder.
+/// Removes what unfinished files writers that have ended left in the folder; none where a FileSet's journal
+/// says that they are to be put in place.
 void RemoveUnfinishedFiles(const std::filesystem::path& folder);
 
 /// Waits until the folder's entries are on disk. Systems that cannot do so are no error.
