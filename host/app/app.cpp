@@ -22,6 +22,7 @@
 #include <QUrl>
 
 #include <cstdio>
+#include <utility>
 
 DzApp* dzApp = nullptr;
 
@@ -29,6 +30,7 @@ struct DzApp::Impl {
     Options options;
     QFile logFile;
     QString logBuffer;
+    bool isLogLossTold = false;
     DzAuthor author;
     bool closing = false;
     int tempFiles = 0;
@@ -63,8 +65,8 @@ DzApp::DzApp(int& argc, char** argv, const Options& options) : QApplication(argc
     setOrganizationName(QStringLiteral("Gantrel"));
     if (!options.logFilename.isEmpty()) {
         _impl->logFile.setFileName(options.logFilename);
-        if (!_impl->logFile.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            std::fprintf(stderr, "cannot write the log file \"%s\"\n", qPrintable(options.logFilename));
+        _impl->logFile.open(QIODevice::WriteOnly |
+                            QIODevice::Truncate); // a failure is told with the first text
     }
     connect(&_impl->diagnostics, &openhost::DiagnosticsHub::reported, this,
             [this](const base::Diagnostic& diagnostic) {
@@ -158,9 +160,17 @@ bool DzApp::flushLogBuffer()
 {
     const QByteArray text = _impl->logBuffer.toUtf8();
     _impl->logBuffer.clear();
-    if (!_impl->logFile.isOpen())
-        return _impl->options.logFilename.isEmpty();
-    return _impl->logFile.write(text) == text.size() && _impl->logFile.flush();
+    if (_impl->options.logFilename.isEmpty() ||
+        (_impl->logFile.isOpen() && _impl->logFile.write(text) == text.size() && _impl->logFile.flush()))
+        return true;
+    // What is told goes into the log, too.
+    if (!std::exchange(_impl->isLogLossTold, true))
+        _impl->diagnostics.report(
+            {base::Severity::Warning,
+             _impl->options.logFilename.toStdString(),
+             {},
+             "the log cannot be written: " + _impl->logFile.errorString().toStdString()});
+    return false;
 }
 
 QString DzApp::getLogFilename() const

@@ -4,15 +4,19 @@
 #include "app/settings_store.h"
 
 #include "base/atomic_file.h"
+#include "base/cancellation.h"
 #include "base/errors.h"
+#include "base/file_set.h"
 #include "dzappsettings.h"
 #include "openhost/diagnostics.h"
 
-#include <QDir>
 #include <QFile>
-#include <QLockFile>
 #include <QMap>
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
 #include <optional>
 
 #include <nlohmann/json.hpp>
@@ -60,6 +64,29 @@ void Tell(const QString& what)
     Report({base::Severity::Warning, FileName().toStdString(), {}, what.toStdString()});
 }
 
+void TellUnsaved(const char* reason)
+{
+    Tell(QLatin1String("the settings are not saved: ") + QString::fromUtf8(reason));
+}
+
+/// What cannot be understood makes room for other settings.
+bool SetAside()
+{
+    const QByteArray file = QFile::encodeName(FileName());
+    if (std::rename(file.constData(), (file + ".broken").constData()) != 0) {
+        Tell(QStringLiteral("the settings cannot be read, nor set aside: ") +
+             QString::fromLocal8Bit(std::strerror(errno)));
+        return false;
+    }
+    Report({base::Severity::Warning,
+            {},
+            {},
+            QStringLiteral("the settings in \"%1\" cannot be read; they are kept as \"%1.broken\"")
+                .arg(FileName())
+                .toStdString()});
+    return true;
+}
+
 /// @return nothing where there are settings that cannot be had now, and must not be written over
 std::optional<Values> Load()
 {
@@ -73,46 +100,41 @@ std::optional<Values> Load()
         return std::nullopt;
     }
     const nlohmann::json json = nlohmann::json::parse(text.begin(), text.end(), nullptr, false);
-    if (!json.is_object()) {
-        Report({base::Severity::Warning,
-                {},
-                {},
-                QStringLiteral("the settings in \"%1\" cannot be read; they are kept as \"%1.broken\"")
-                    .arg(FileName())
-                    .toStdString()});
-        QFile::remove(FileName() + QLatin1String(".broken"));
-        return file.rename(FileName() + QLatin1String(".broken")) ? std::make_optional(values) : std::nullopt;
-    }
+    if (!json.is_object())
+        return SetAside() ? std::make_optional(values) : std::nullopt;
     for (auto it = json.begin(); it != json.end(); ++it)
         values.insert(QString::fromStdString(it.key()), FromJson(it.value()));
     return values;
 }
 
-bool Save(const Values& values)
+void Save(const Values& values)
 {
     nlohmann::json json = nlohmann::json::object();
     for (auto it = values.begin(); it != values.end(); ++it)
         json[it.key().toStdString()] = ToJson(it.value());
-    try {
-        base::WriteFileAtomically(FileName().toStdString(), json.dump(2) + '\n');
-        return true;
-    } catch (const base::IoError& error) {
-        Tell(QLatin1String("the settings are not saved: ") + QString::fromUtf8(error.what()));
-        return false;
-    }
+    base::WriteFileAtomically(FileName().toStdString(), json.dump(2) + '\n');
 }
 
-// Other processes may share the file: it is locked, read anew, changed and written as one step.
+// Other processes may share the file: its folder is locked, the file read anew, changed and written as one
+// step.
 template <class Change>
 bool Update(const Change& change)
 {
-    QDir().mkpath(g_folder);
-    QLockFile lock(FileName() + QLatin1String(".lock"));
-    constexpr int patience = 5000; // ms
-    if (!lock.tryLock(patience))
-        return false;
-    std::optional<Values> values = Load();
-    return values && change(*values) && Save(*values);
+    try {
+        std::filesystem::create_directories(g_folder.toStdString());
+        // A lock that is a file would outlive a program that is killed.
+        const base::FileSet lock(g_folder.toStdString());
+        std::optional<Values> values = Load();
+        if (!values || !change(*values))
+            return false;
+        Save(*values);
+        return true;
+    } catch (const base::Cancelled&) {
+        TellUnsaved("another program is saving them");
+    } catch (const std::exception& error) {
+        TellUnsaved(error.what());
+    }
+    return false;
 }
 
 } // namespace

@@ -5,8 +5,10 @@
 
 #include "base/file_set.h"
 #include "dson/uri.h"
+#include "openhost/diagnostics.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <string_view>
 #include <unordered_set>
@@ -89,6 +91,21 @@ bool HasExtension(const std::string& name, const std::string& extension)
     return dot != std::string::npos && dot > 0 && FoldCase(name.substr(dot)) == extension;
 }
 
+/// Paths in files lead to what is not there, or is no folder; everything else is the disk's fault.
+bool IsListed(const std::error_code& error)
+{
+    constexpr int expected[] = {0, ENOENT, ENOTDIR, ENAMETOOLONG, ELOOP};
+    return std::find(std::begin(expected), std::end(expected), error.value()) != std::end(expected);
+}
+
+void TellUnlisted(const std::string& folder, const std::error_code& error)
+{
+    Report({base::Severity::Error,
+            folder,
+            {},
+            "the folder cannot be read, and what lies in it is missing: " + error.message()});
+}
+
 /// Gathers the files of an extension below a folder. What a link leads to and is there without it counts as
 /// there, whatever the order of the names. Paths are texts, since there may be a hundred thousand.
 class FileSearch {
@@ -115,11 +132,13 @@ private:
     {
         std::vector<Entry> entries;
         std::error_code error;
-        auto entry = fs::directory_iterator(folder, fs::directory_options::skip_permission_denied, error);
+        auto entry = fs::directory_iterator(folder, error);
         for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
             const std::string& path = entry->path().native();
             entries.push_back({path.substr(path.rfind('/') + 1), TypeOf(*entry)});
         }
+        if (!IsListed(error))
+            TellUnlisted(folder, error);
         std::sort(entries.begin(), entries.end(),
                   [](const Entry& a, const Entry& b) { return a.name < b.name; });
         return entries;
@@ -225,7 +244,7 @@ std::vector<fs::path> FolderListings::entries(const fs::path& folder)
 
 std::shared_ptr<const FolderListings::Names> FolderListings::namesIn(const fs::path& folder)
 {
-    const std::lock_guard<std::mutex> lock(_mutex);
+    std::unique_lock<std::mutex> lock(_mutex);
     std::error_code error;
     const fs::file_time_type modified = fs::last_write_time(folder, error);
     const auto kept = _listings.find(folder.string());
@@ -244,6 +263,10 @@ std::shared_ptr<const FolderListings::Names> FolderListings::namesIn(const fs::p
     constexpr std::chrono::seconds settled(2);
     if (!error && fs::file_time_type::clock::now() - modified > settled)
         _listings[folder.string()] = {modified, names};
+    const bool isNews = !IsListed(error) && _unlisted.insert(folder.string()).second;
+    lock.unlock();
+    if (isNews)
+        TellUnlisted(folder.string(), error);
     return names;
 }
 

@@ -163,8 +163,7 @@ void HeaderIndex::guard(const Work& work)
         _database.reset();
         if (error.kind() == IndexError::Kind::Damaged) {
             IndexDatabase::Remove(Place());
-            Tell(std::string("the index of morphs was damaged and is made anew: ") + error.what());
-            reopen();
+            reopen(error);
         } else if (error.kind() == IndexError::Kind::Useless) {
             _isUsable = false;
             Tell(std::string("no index of morphs can be kept, so figures load more slowly: ") + error.what());
@@ -182,12 +181,16 @@ void HeaderIndex::open()
     _database = std::make_unique<IndexDatabase>(file, indexVersion, tables);
 }
 
-void HeaderIndex::reopen()
+void HeaderIndex::reopen(const IndexError& damage)
 {
     try {
         open();
+        Tell(std::string("the index of morphs was damaged and is made anew: ") + damage.what());
     } catch (const IndexError&) {
         _isUsable = false;
+        Tell(std::string(
+                 "the index of morphs is damaged and cannot be made anew, so figures load more slowly: ") +
+             damage.what());
     }
 }
 

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace openhost {
@@ -32,6 +33,7 @@ private:
 
     std::mutex _mutex;
     std::unordered_map<std::string, Listing> _listings;
+    std::unordered_set<std::string> _unlisted; ///< folders of which it is told that they cannot be read
 };
 
 /// Content grew on disks that ignore case, so a path that does not exist as spelled is looked for ignoring

@@ -18,6 +18,7 @@
 namespace openhost {
 
 class IndexDatabase;
+class IndexError;
 
 /// Tells a file's content from an earlier one.
 struct FileStamp {
@@ -66,7 +67,7 @@ private:
     template <class Work>
     void guard(const Work& work);
     void open();
-    void reopen();
+    void reopen(const IndexError& damage);
     void fillFolder(std::string_view folder, const std::vector<File*>& files);
     void noteGoneFolders(const std::vector<std::filesystem::path>& directories);
     void dropGone();
