@@ -365,6 +365,18 @@ TEST_F(MorphIndex, is_done_without_where_nothing_can_be_written)
     }
 }
 
+TEST_F(MorphIndex, is_done_without_where_a_damaged_one_cannot_be_removed)
+{
+    writeDial("Up", "Upwards");
+    ASSERT_NE(load(), nullptr);
+    WriteBytes(index(), std::string(9000, 'x'));
+    const ReadOnlyFolder readOnly(QString::fromStdString(index().parent_path().string()));
+    EXPECT_EQ(toldOfIndex(),
+              std::vector<std::string>{"the index of morphs is damaged and cannot be made anew, "
+                                       "so figures load more slowly: file is not a database"});
+    EXPECT_EQ(labelOf("Up"), "Upwards");
+}
+
 TEST_F(MorphIndex, is_told_of_once_where_there_is_no_place_for_it)
 {
     writeDial("Up", "Upwards");

@@ -32,6 +32,7 @@ gantrel_add_tests(host_content_tests
         content_preset_test.cpp
         content_save_effects_test.cpp
         content_save_failure_test.cpp
+        content_save_faults_test.cpp
         content_save_format_test.cpp
         content_save_joints_test.cpp
         content_save_parts_test.cpp
@@ -49,6 +50,7 @@ gantrel_add_tests(host_content_tests
         hostile_disk.cpp
         save_fixture.cpp
         scene_text.cpp
+        ${PROJECT_SOURCE_DIR}/tests/base/traced_run.cpp
     LIBRARIES kst host_rooms geometry nlohmann_json::nlohmann_json simdjson::simdjson SQLite::SQLite3)
 # Its allocator counts.
 gantrel_add_tests(host_cost_tests
