@@ -230,13 +230,22 @@ FigureInput ReadInput(const MakeFigureOptions& options, FigureKind kind)
 
 } // namespace
 
-MadeFigure MakeFigure(const MakeFigureOptions& options)
+MadeFigure MakeFigure(const MakeFigureOptions& options, const std::function<void(std::size_t)>& written)
 {
+    std::size_t morphs = 0;
+    const auto tell = [&] {
+        if (written)
+            written(morphs);
+    };
     const FigureKindInfo& kind = ParseFigureKind(options.kind);
     const FigureInput input = ReadInput(options, kind.kind);
     const FigureFiles files(kind, input.parts, options.contentDirectory);
-    for (const MorphParts& morph : input.morphs)
+    tell();
+    for (const MorphParts& morph : input.morphs) {
         files.writeMorph(morph);
+        ++morphs;
+        tell();
+    }
     for (const NamedWeights& map : input.weightMaps)
         WriteHeadSplit(map.weights, options.contentDirectory);
     return {kind.label, input.parts.neutral.vertexCount(), input.parts.bones.size(), input.morphs.size(),

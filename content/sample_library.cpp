@@ -182,7 +182,8 @@ void WriteTarget(const SampleTopology& topology, const std::filesystem::path& di
 } // namespace
 
 void WriteSampleLibrary(const std::filesystem::path& directory,
-                        const std::function<void(const std::string&)>& progress)
+                        const std::function<void(const std::string&)>& progress,
+                        const std::function<void(const std::string&)>& written)
 {
     const auto tell = [&](const std::string& text) {
         if (progress)
@@ -198,6 +199,8 @@ void WriteSampleLibrary(const std::filesystem::path& directory,
             WriteTarget(newest, directory);
         else
             WriteSource(info.kind, older, directory);
+        if (written)
+            written(info.label);
     }
 }
 

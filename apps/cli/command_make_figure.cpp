@@ -4,6 +4,7 @@
 #include "command_make_figure.h"
 
 #include "command.h"
+#include "interrupt.h"
 #include "options.h"
 #include "progress.h"
 #include "report.h"
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -58,6 +60,27 @@ std::vector<NamedFile> NamedFiles(const std::vector<std::string>& texts)
     return files;
 }
 
+/// For a run that is interrupted.
+void NoteFigure(const MakeFigureArguments& arguments, std::optional<std::size_t> morphs)
+{
+    const std::string folder = arguments.contentDirectory;
+    if (!morphs)
+        return NoteWritten("the figure is not written whole to " + folder);
+    NoteWritten(fmt::format("the figure is written to {} with {} {}", folder, *morphs,
+                            *morphs == 1 ? "morph" : "morphs"));
+}
+
+content::MadeFigure Make(const MakeFigureArguments& arguments, const content::MakeFigureOptions& options)
+{
+    std::optional<std::size_t> morphs;
+    try {
+        return content::MakeFigure(options, [&morphs](std::size_t count) { morphs = count; });
+    } catch (...) {
+        NoteFigure(arguments, morphs);
+        throw;
+    }
+}
+
 void MakeFigure(const MakeFigureArguments& arguments)
 {
     Progress progress(!arguments.json);
@@ -71,7 +94,7 @@ void MakeFigure(const MakeFigureArguments& arguments)
     options.morphs = NamedFiles(arguments.morphs);
     options.weightMaps = NamedFiles(arguments.weightMaps);
     options.contentDirectory = arguments.contentDirectory;
-    const content::MadeFigure made = content::MakeFigure(options);
+    const content::MadeFigure made = Make(arguments, options);
     progress.finish();
     Json report;
     report["figure"] = made.label;

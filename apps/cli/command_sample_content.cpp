@@ -4,6 +4,7 @@
 #include "command_sample_content.h"
 
 #include "command.h"
+#include "interrupt.h"
 #include "progress.h"
 #include "report.h"
 #include "sample_content/sample_library.h"
@@ -12,9 +13,11 @@
 #include <memory>
 #include <stdexcept>
 #include <system_error>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace cli {
 
@@ -29,12 +32,34 @@ void MakeDirectory(const std::string& directory)
         throw std::runtime_error(fmt::format("cannot write {}: {}", directory, error.message()));
 }
 
+/// Tells of them if the run is interrupted.
+class WrittenFigures {
+public:
+    explicit WrittenFigures(const std::string& directory) : _directory(directory) {}
+    ~WrittenFigures()
+    {
+        NoteWritten(_labels.empty()
+                        ? "no figure is written whole to " + _directory
+                        : fmt::format("written whole to {}: {}", _directory, fmt::join(_labels, ", ")));
+    }
+    WrittenFigures(const WrittenFigures&) = delete;
+    WrittenFigures& operator=(const WrittenFigures&) = delete;
+
+    void add(const std::string& label) { _labels.push_back(label); }
+
+private:
+    std::string _directory;
+    std::vector<std::string> _labels;
+};
+
 void WriteSamples(const std::string& directory)
 {
     MakeDirectory(directory);
     Progress progress(true);
+    WrittenFigures written(directory);
     content::WriteSampleLibrary(
-        directory, [&](const std::string& figure) { progress.stage(figure, "Making " + figure); });
+        directory, [&](const std::string& figure) { progress.stage(figure, "Making " + figure); },
+        [&written](const std::string& figure) { written.add(figure); });
     progress.finish();
     WriteOutput(fmt::format("Sample library written to {}\n", directory));
 }

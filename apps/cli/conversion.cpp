@@ -55,10 +55,22 @@ const base::Diagnostic* FindNamed(const std::string& sentence, const base::Diagn
 {
     for (const base::Diagnostic& one : met) {
         const std::string stem = fs::path(one.file).stem().u8string();
-        if (!stem.empty() && sentence.find("\u201c" + stem + "\u201d") != std::string::npos)
+        if (!stem.empty() && (sentence.find("\u201c" + stem + "\u201d") != std::string::npos ||
+                              sentence.find('"' + stem + '"') != std::string::npos))
             return &one;
     }
     return nullptr;
+}
+
+/// A folder that cannot be read may hold whatever is missing.
+const base::Diagnostic* FindFolder(const base::Diagnostics& met)
+{
+    const auto isFolder = [](const base::Diagnostic& one) {
+        std::error_code error;
+        return one.severity == base::Severity::Error && fs::is_directory(one.file, error);
+    };
+    const auto found = std::find_if(met.begin(), met.end(), isFolder);
+    return found == met.end() ? nullptr : &*found;
 }
 
 /// The host's tools often say only that they failed, or that something is not there, and the reason to
@@ -69,6 +81,8 @@ std::string WithReason(std::string sentence, const base::Diagnostics& met, const
     const base::Diagnostic* reason = base::FirstError(met);
     if (!reason)
         reason = FindNamed(sentence, loaded);
+    if (!reason)
+        reason = FindFolder(loaded);
     if (!reason || sentence.find(reason->what) != std::string::npos)
         return sentence;
     while (!sentence.empty() && sentence.back() == '.')
@@ -159,13 +173,21 @@ void WriteExtras(const ConversionRequest& request, const GntOutcome& outcome, Pr
 }
 
 /// A shape that is missing is dialed too, so that it is missed.
-void TurnDialOf(const DzNode& source, const NameValue& dial, base::Diagnostics& diagnostics)
+/// @param loaded  said when the figure was loaded
+void TurnDialOf(const DzNode& source, const NameValue& dial, const base::Diagnostics& loaded,
+                base::Diagnostics& diagnostics)
 {
+    const auto isMissed = [&] {
+        return openhost::DialMissingShape(source, QString::fromStdString(dial.name), dial.value);
+    };
     try {
         TurnDial(FindDial(source, dial.name), dial, diagnostics);
-    } catch (const std::runtime_error&) {
-        if (!openhost::DialMissingShape(source, QString::fromStdString(dial.name), dial.value))
+    } catch (const UsageError&) {
+        if (!isMissed())
             throw;
+    } catch (const std::runtime_error& error) {
+        if (!isMissed())
+            throw std::runtime_error(WithReason(error.what(), {}, loaded));
     }
 }
 
@@ -210,7 +232,7 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     DzNode& source =
         ChooseSource(session.open(request.source), request.dials.empty(), request.source, report.diagnostics);
     for (const NameValue& dial : request.dials)
-        TurnDialOf(source, dial, report.diagnostics);
+        TurnDialOf(source, dial, session.diagnostics(), report.diagnostics);
     Append(report.diagnostics, CheckShapesAreWhole(source, request));
     DzNode& target = ChooseTarget(session.open(request.target), request.target, report.diagnostics);
     Append(report.diagnostics, WarnOfShapers(app::ConvertedFigure::Source, source, request.source));

@@ -218,6 +218,19 @@ TEST(InterruptedPicture, ends_within_the_picture)
     EXPECT_FALSE(std::filesystem::exists(picture));
 }
 
+TEST(InterruptedFigure, tells_that_it_is_not_whole)
+{
+    const Workspace workspace;
+    const std::string mesh = workspace.path("cube.obj"), library = workspace.path("lib");
+    PipeForFile pipe(mesh, CubeText(0.0));
+    const ProgramResult result =
+        InterruptProgram({"make-figure", "--kind", "genesis9", "--mesh", mesh, "--skeleton", mesh,
+                          "--weights", mesh, "--library", library},
+                         [&pipe] { return pipe.isWaitedFor(); });
+    EXPECT_EQ(result.signal, SIGINT);
+    EXPECT_EQ(result.err, "gantrel: Interrupted; the figure is not written whole to " + library + ".\n");
+}
+
 TEST(InterruptedTwice, ends_at_once_without_a_word)
 {
     const Workspace workspace;

@@ -43,6 +43,23 @@ TEST(MakeFigure, writes_the_figure_under_the_kinds_own_address)
         fs::exists(tiny.options.contentDirectory / "People/Genesis 9/Developer Kit/Genesis 9 Dev Load.duf"));
 }
 
+TEST(MakeFigure, tells_what_is_in_place_as_it_comes)
+{
+    TinyFigure tiny("genesis8female");
+    tiny.options.morphs = {{"Up", tiny.options.mesh}, {"Down", tiny.options.mesh}};
+    const fs::path folder =
+        tiny.options.contentDirectory / "data/Daz 3D/Genesis 8/Female/Morphs/Gantrel/Base Shapes";
+    std::vector<std::size_t> told;
+    MakeFigure(tiny.options, [&](std::size_t morphs) {
+        told.push_back(morphs);
+        EXPECT_TRUE(fs::exists(tiny.options.contentDirectory /
+                               "People/Genesis 8 Female/Developer Kit/Genesis 8 Female Dev Load.duf"));
+        EXPECT_EQ(fs::exists(folder / "Up.dsf"), morphs >= 1);
+        EXPECT_EQ(fs::exists(folder / "Down.dsf"), morphs >= 2);
+    });
+    EXPECT_EQ(told, (std::vector<std::size_t>{0, 1, 2}));
+}
+
 TEST(MakeFigure, names_the_thighs_of_the_newest_kind)
 {
     TinyFigure tiny;
