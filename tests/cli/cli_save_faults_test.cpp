@@ -60,7 +60,12 @@ protected:
         for (const std::string& name : changing())
             Copy(workspace.path(name), workspace.path("kept/" + name));
     }
-    void TearDown() override { setenv(cacheVariable, _formerCache.c_str(), 1); }
+    void TearDown() override
+    {
+        RecordProperty("calls", static_cast<int>(_whole.calls.size()));
+        RecordProperty("tries", static_cast<int>(_tries));
+        setenv(cacheVariable, _formerCache.c_str(), 1);
+    }
 
     /// @return false where nobody may trace
     bool runWhole(Counted counted)
@@ -131,7 +136,7 @@ protected:
         made["Vera.obj"] = _old.at("Vera.obj");
         EXPECT_TRUE(left == _old || left == made) << what;
     }
-    /// All that have to do with the morphs; of the others the first of a kind, as the suite is to be short.
+    /// The first of a kind, and half of those that have to do with the morphs, as the suite is to be short.
     bool isTried(std::size_t at)
     {
         const std::string& call = _whole.calls[at - 1];
@@ -143,9 +148,14 @@ protected:
             std::find(_whole.calls.begin(), _whole.calls.begin() + static_cast<std::ptrdiff_t>(at) - 1,
                       call) != _whole.calls.begin() + static_cast<std::ptrdiff_t>(at) - 1)
             return false;
-        return std::getenv("TEST_ALL_ERRORS") || call.find(savedFolder) != call.npos ||
-               _subjects.insert(Subject(call)).second;
+        const bool isNew = _subjects.insert(Subject(call)).second;
+        const bool isMorph = call.find(savedFolder) != call.npos && at % 2 == 0;
+        if (!std::getenv("TEST_ALL_ERRORS") && !isNew && !isMorph)
+            return false;
+        ++_tries;
+        return true;
     }
+    std::size_t tries() const { return _tries; }
 
     TracedProgram _whole;
     Contents _old, _new;
@@ -153,6 +163,7 @@ protected:
 private:
     std::string _formerCache;
     std::set<std::string> _subjects;
+    std::size_t _tries = 0;
 };
 
 /// The index and the log may fail; that a file cannot be removed, or let go of, harms nobody.
@@ -187,7 +198,7 @@ TEST_F(SaveFaults, by_a_kill_leave_the_old_set_or_the_new_one)
         if (!leavings().empty()) {
             EXPECT_EQ(run().exitCode, 0) << what;
             EXPECT_EQ(leavings(), std::vector<std::string>()) << what;
-            EXPECT_EQ(contents(), _new) << what;
+            EXPECT_TRUE(contents() == _new) << what;
             continue;
         }
         expectOldOrNew(what);
@@ -203,7 +214,7 @@ TEST_F(SaveFaults, of_the_system_are_told_with_its_reason)
     for (std::size_t at = 1; at <= _whole.calls.size(); ++at) {
         if (!isTried(at))
             continue;
-        for (const int error : ErrorsFor(at, {ENOSPC, EIO, EINTR, ENOENT})) {
+        for (const int error : ErrorsFor(tries(), {ENOSPC, EIO, EINTR, ENOENT})) {
             restore();
             const TracedProgram failed = run({at, error});
             const std::string what =
@@ -213,10 +224,12 @@ TEST_F(SaveFaults, of_the_system_are_told_with_its_reason)
             if (!hasJournal && !MayBeDoneWithout(failed.calls[at - 1])) {
                 EXPECT_EQ(leavings(), std::vector<std::string>()) << what;
             }
-            load(); // which finishes what was begun
-            EXPECT_EQ(leavings(), std::vector<std::string>()) << what;
+            if (!leavings().empty()) {
+                load(); // which finishes what was begun
+                EXPECT_EQ(leavings(), std::vector<std::string>()) << what;
+            }
             if (failed.exitCode == 0) {
-                EXPECT_EQ(contents(), _new) << what;
+                EXPECT_TRUE(contents() == _new) << what;
                 EXPECT_EQ(failed.err, "") << what;
                 continue;
             }
@@ -236,15 +249,14 @@ TEST_F(SaveFaults, of_reading_are_told_with_the_file)
     for (std::size_t at = 1; at <= _whole.calls.size(); ++at) {
         if (!isTried(at))
             continue;
-        for (const int error : ErrorsFor(at, {EIO, EACCES})) {
+        for (const int error : ErrorsFor(tries(), {EIO, EACCES})) {
             restore();
             const TracedProgram failed = run({at, error}, Counted::Reads);
             if (failed.calls.size() < at)
                 continue; // several threads read, and not always the same
             const std::string what = failed.calls[at - 1] + ": " + std::strerror(error) + ": " + failed.err;
-            if (std::getenv("TEST_ALL_ERRORS"))
-                printf("%s [%d]\n", what.c_str(), failed.exitCode);
-            load();
+            if (failed.calls[at - 1].find(workspace.path("tmp")) != std::string::npos)
+                load(); // a folder that cannot be listed is removed by the next run
             EXPECT_EQ(leavings(), std::vector<std::string>()) << what;
             expectOldOrNew(what);
             if (failed.exitCode == 0)
