@@ -14,6 +14,7 @@
 #include "figure/pipeline.h"
 #include "modifier_impl.h"
 #include "openhost/events.h"
+#include "scene/changes_together.h"
 
 #include <QHash>
 
@@ -45,6 +46,7 @@ DzObject::DzObject() : _impl(new Impl)
 
 DzObject::~DzObject()
 {
+    const openhost::ChangesTogether together;
     const QList<DzModifier*> modifiers = _impl->modifiers;
     _impl->modifiers.clear();
     _impl->byName.clear();

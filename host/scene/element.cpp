@@ -5,6 +5,7 @@
 
 #include "dzproperty.h"
 #include "dzpropertygrouptree.h"
+#include "scene/changes_together.h"
 
 #include <QHash>
 
@@ -37,6 +38,7 @@ DzElement::DzElement() : _impl(new Impl)
 
 DzElement::~DzElement()
 {
+    const openhost::ChangesTogether together;
     const QList<DzProperty*> all = _impl->properties + _impl->privateProperties;
     _impl->properties.clear();
     _impl->privateProperties.clear();

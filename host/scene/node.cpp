@@ -12,6 +12,7 @@
 #include "dzskeleton.h"
 #include "node_impl.h"
 #include "openhost/events.h"
+#include "scene/changes_together.h"
 #include "scene/node_walk.h"
 
 #include <vector>
@@ -38,6 +39,7 @@ void DzNode::deleteChildren()
     static std::vector<DzNode*>* due = nullptr;
     std::vector<DzNode*> own;
     const bool isTopmost = !due;
+    const openhost::ChangesTogether together;
     if (isTopmost)
         due = &own;
     for (int i = _impl->children.size(); i-- > 0;) {

@@ -8,12 +8,29 @@
 #include "dznumericcontroller.h"
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
+#include "scene/changes_together.h"
 
 #include <QPointer>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
+
+namespace {
+
+using Properties = std::vector<QPointer<DzNumericProperty>>;
+
+/// What has changed and is yet to be told.
+struct Untold {
+    int brackets = 0; ///< of ChangesTogether, in each other
+    Properties changed;
+    void (*tell)(const Properties& changed) = nullptr; ///< once there is something
+};
+
+Untold g_untold;
+
+} // namespace
 
 struct DzNumericProperty::Impl {
     double raw = 0.0;
@@ -29,7 +46,13 @@ struct DzNumericProperty::Impl {
     bool dirty = true;
     bool busy = false; ///< being evaluated
     bool cycleReported = false;
-    unsigned visit = 0; ///< the last change that reached this property
+    bool untold = false; ///< is among those that have changed together
+    unsigned visit = 0;  ///< the last change that reached this property
+
+    template <class Visit>
+    static void forEachDependant(const DzNumericProperty& property, const Visit& visit);
+    static void mark(DzNumericProperty& changed);
+    static void tell(const Properties& changed);
 };
 
 namespace {
@@ -110,7 +133,7 @@ void DzNumericProperty::setDoubleValue(double value)
     double raw = toKind(limited(value));
     if (!isOverridingControllers()) {
         const QList<DzController*>& list = controllers();
-        collectInputs();
+        evaluate(); // with all inputs, which the inverses read
         for (int i = list.size() - 1; i >= 0; --i) {
             const auto* const controller = static_cast<const DzNumericController*>(list.at(i));
             if (controller->isActive())
@@ -318,35 +341,83 @@ void DzNumericProperty::collectInputs() const
     }
 }
 
-void DzNumericProperty::changed()
+template <class Visit>
+void DzNumericProperty::Impl::forEachDependant(const DzNumericProperty& property, const Visit& visit)
 {
-    // First all are marked, then told, so that whoever listens reads new values only.
-    const unsigned visit = ++g_lastVisit;
-    std::vector<DzNumericProperty*> reached{this};
-    _impl->visit = visit;
-    const auto reach = [&](DzProperty* property) {
-        auto* const numeric = qobject_cast<DzNumericProperty*>(property);
-        if (!numeric || numeric->_impl->visit == visit)
-            return;
-        numeric->_impl->visit = visit;
-        reached.push_back(numeric);
+    const auto visitNumeric = [&visit](DzProperty* dependant) {
+        if (auto* const numeric = qobject_cast<DzNumericProperty*>(dependant))
+            visit(*numeric);
     };
+    for (const DzController* slave : property.slaveControllers())
+        visitNumeric(slave->getOwner());
+    for (DzProperty* alias : property.aliases())
+        visitNumeric(alias);
+}
+
+// What depends on a property that is out of date is so, too: all inputs are evaluated before it.
+void DzNumericProperty::Impl::mark(DzNumericProperty& changed)
+{
+    std::vector<DzNumericProperty*> outdated{&changed};
+    while (!outdated.empty()) {
+        DzNumericProperty& property = *outdated.back();
+        outdated.pop_back();
+        if (!std::exchange(property._impl->dirty, true))
+            forEachDependant(property, [&](DzNumericProperty& dependant) { outdated.push_back(&dependant); });
+    }
+}
+
+// First all are marked, then told, so that whoever listens reads new values only.
+void DzNumericProperty::Impl::tell(const Properties& changed)
+{
+    const unsigned visit = ++g_lastVisit;
+    std::vector<DzNumericProperty*> reached;
+    const auto reach = [&](DzNumericProperty& property) {
+        if (std::exchange(property._impl->visit, visit) != visit)
+            reached.push_back(&property);
+    };
+    for (const QPointer<DzNumericProperty>& property : changed)
+        if (property)
+            reach(*property);
     for (std::size_t i = 0; i < reached.size(); ++i) {
-        DzNumericProperty* const property = reached[i];
-        property->_impl->dirty = true;
-        for (const DzController* slave : property->slaveControllers())
-            reach(slave->getOwner());
-        for (DzProperty* alias : property->aliases())
-            reach(alias);
+        reached[i]->_impl->dirty = true;
+        reached[i]->_impl->untold = false;
+        forEachDependant(*reached[i], reach);
     }
     if (reached.size() == 1) {
-        announceChange();
+        reached.front()->announceChange();
         return;
     }
     // Listeners may delete properties.
-    std::vector<QPointer<DzNumericProperty>> told(reached.begin(), reached.end());
-    for (const QPointer<DzNumericProperty>& property : told) {
+    const Properties told(reached.begin(), reached.end());
+    for (const QPointer<DzNumericProperty>& property : told)
         if (property)
             property->announceChange();
-    }
 }
+
+void DzNumericProperty::changed()
+{
+    if (g_untold.brackets == 0) {
+        Impl::tell({this});
+        return;
+    }
+    Impl::mark(*this);
+    g_untold.tell = &Impl::tell;
+    if (!std::exchange(_impl->untold, true))
+        g_untold.changed.emplace_back(this);
+}
+
+namespace openhost {
+
+ChangesTogether::ChangesTogether()
+{
+    ++g_untold.brackets;
+}
+
+ChangesTogether::~ChangesTogether()
+{
+    if (--g_untold.brackets > 0 || g_untold.changed.empty())
+        return;
+    g_untold.tell(std::exchange(g_untold.changed, {}));
+}
+
+} // namespace openhost

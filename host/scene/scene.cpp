@@ -6,6 +6,7 @@
 #include "app/operations.h"
 #include "dzskeleton.h"
 #include "node_impl.h"
+#include "scene/changes_together.h"
 
 #include <QHash>
 #include <QPointer>
@@ -347,6 +348,7 @@ void DzScene::purgeRemoved()
 {
     std::vector<QPointer<DzNode>> due;
     due.swap(_impl->removed);
+    const openhost::ChangesTogether together;
     for (const QPointer<DzNode>& node : due)
         delete node.data();
 }

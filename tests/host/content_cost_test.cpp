@@ -1,10 +1,13 @@
 // What loading and saving cost as files grow: twice the content, twice the work.
 // SPDX-License-Identifier: MIT
 
+#include "dznode.h"
+#include "dznumericproperty.h"
 #include "dzscene.h"
 #include "tests/host/allocations.h"
 #include "tests/host/content_fixture.h"
 
+#include <array>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -72,7 +75,10 @@ std::string CircleOfNodes(int count)
 }
 
 /// A figure's bones, each below the one before.
-std::string ChainOfBones(int count)
+/// @param more       beside the nodes, with a comma behind
+/// @param modifiers  of the scene
+std::string ChainOfBonesWith(int count, const std::string& more, const std::string& figure,
+                             const std::string& modifiers)
 {
     const std::string bones = Joined(count, [](int i) {
         return fmt::format(R"({{"id": "b{0}", "name": "b{0}", "type": "bone", "parent": "#{1}",
@@ -83,26 +89,49 @@ std::string ChainOfBones(int count)
         return fmt::format(R"({{"id": "b{0}-1", "url": "#b{0}", "parent": "#{1}-1"}})", i,
                            i == 0 ? std::string("Fig") : fmt::format("b{}", i - 1));
     });
-    return Scene(R"("node_library": [{"id": "Fig", "name": "Fig", "type": "figure"},)" + bones + "],",
-                 R"({"id": "Fig-1", "url": "#Fig"},)" + instances);
+    return Scene(more + R"("node_library": [{"id": "Fig", "name": "Fig", "type": "figure"},)" + bones + "],",
+                 figure + "," + instances, modifiers);
 }
 
-const char* const smallMesh = R"("geometry_library": [{"id": "Mesh", "type": "polygon_mesh",
+std::string ChainOfBones(int count)
+{
+    return ChainOfBonesWith(count, {}, R"({"id": "Fig-1", "url": "#Fig"})", {});
+}
+
+const char* const smallGeometry = R"("geometry_library": [{"id": "Mesh", "type": "polygon_mesh",
     "vertices": {"count": 4, "values": [[0, 0, 0], [1, 0, 0], [1, 1, 0], [0, 1, 0]]},
     "polygon_groups": {"count": 1, "values": ["all"]},
     "polygon_material_groups": {"count": 1, "values": ["skin"]},
-    "polylist": {"count": 1, "values": [[0, 0, 0, 1, 2, 3]]}}],
-    "node_library": [{"id": "Fig", "name": "Fig", "type": "figure"}],)";
+    "polylist": {"count": 1, "values": [[0, 0, 0, 1, 2, 3]]}}],)";
+const char* const oneFigure = R"("node_library": [{"id": "Fig", "name": "Fig", "type": "figure"}],)";
 
 const char* const smallFigure =
     R"({"id": "Fig-1", "url": "#Fig", "geometries": [{"id": "Mesh-1", "url": "#Mesh"}]})";
 
 std::string SceneOfDials(const std::string& dials, int count)
 {
-    return Scene(std::string(smallMesh) + R"("modifier_library": [)" + dials + "],", smallFigure,
-                 Joined(count, [](int i) {
+    return Scene(smallGeometry + std::string(oneFigure) + R"("modifier_library": [)" + dials + "],",
+                 smallFigure, Joined(count, [](int i) {
                      return fmt::format(R"({{"id": "d{0}-1", "url": "#d{0}", "parent": "#Mesh-1"}})", i);
                  }));
+}
+
+/// Each bone of a chain turns the mesh, and each has a face group of its name.
+std::string ChainOfSkinnedBones(int count)
+{
+    const std::string joints = Joined(count, [](int i) {
+        return fmt::format(
+            R"({{"id": "b{0}", "node": "#b{0}", "node_weights": {{"count": 1, "values": [[{1}, 1]]}}}})", i,
+            i % 4);
+    });
+    const std::string pairs = Joined(count, [](int i) { return fmt::format(R"(["b{0}", "b{0}"])", i); });
+    return ChainOfBonesWith(
+        count,
+        smallGeometry + fmt::format(R"("modifier_library": [{{"id": "Skin", "name": "Skin", "parent": "#Mesh",
+                                "skin": {{"node": "#Fig", "geometry": "#Mesh", "vertex_count": 4, "joints": [{}],
+                                "selection_map": [{{"id": "m", "mappings": [{}]}}]}}}}],)",
+                                    joints, pairs),
+        smallFigure, R"({"id": "Skin-1", "url": "#Skin", "parent": "#Mesh-1"})");
 }
 
 /// @param driver  of each, by number; negative for none
@@ -125,6 +154,17 @@ std::string DrivenDials(int count, const std::function<int(int)>& driver)
 std::string ChainOfDials(int count)
 {
     return DrivenDials(count, [](int i) { return i - 1; });
+}
+
+/// Each turned by the next, which the file has links for last.
+std::string BackwardChainOfDials(int count)
+{
+    return DrivenDials(count, [count](int i) { return i + 1 < count ? i + 1 : -1; });
+}
+
+std::string CircleOfDials(int count)
+{
+    return DrivenDials(count, [count](int i) { return (i + count - 1) % count; });
 }
 
 /// All stand for the one dial.
@@ -212,7 +252,10 @@ const Growing kinds[] = {
     {"nodes_of_one_name", EqualNodes},
     {"circle_of_nodes", CircleOfNodes},
     {"chain_of_bones", ChainOfBones},
+    {"chain_of_skinned_bones", ChainOfSkinnedBones},
     {"chain_of_dials", ChainOfDials},
+    {"chain_of_dials_from_its_end", BackwardChainOfDials},
+    {"circle_of_dials", CircleOfDials},
     {"aliases_of_one_name", AliasesOfOneName},
     {"fan_of_dials", FanOfDials},
     {"dials_of_one_name", DialsOfOneName},
@@ -220,36 +263,86 @@ const Growing kinds[] = {
     {"groups_of_faces", GroupsOfFaces},
 };
 
+template <class Work>
+Allocations CostOf(const Work& work)
+{
+    const Allocations before = AllocationsSoFar();
+    work();
+    const Allocations after = AllocationsSoFar();
+    return {after.count - before.count, after.bytes - before.bytes};
+}
+
+/// Loading, saving and taking down.
+using Costs = std::array<Allocations, 3>;
+
 class ContentCost : public LibraryTest, public testing::WithParamInterface<Growing> {
 protected:
-    Allocations costOf(int count, bool isSaved)
+    Costs costsOf(int count)
     {
         TestHost().reset();
         const fs::path file = _library / "Big.duf";
         WriteBytes(file, GetParam().text(count));
-        const Allocations before = AllocationsSoFar();
-        EXPECT_TRUE(open(file));
-        const bool isDone =
-            !isSaved || dzScene->saveScene(QString::fromStdString((_library / "Saved.duf").string())) == 0;
-        EXPECT_TRUE(isDone);
-        const Allocations after = AllocationsSoFar();
-        return {after.count - before.count, after.bytes - before.bytes};
+        const QString copy = QString::fromStdString((_library / "Saved.duf").string());
+        return {CostOf([&] { EXPECT_TRUE(open(file)); }),
+                CostOf([&] { EXPECT_EQ(dzScene->saveScene(copy), 0); }), CostOf([] {
+                    dzScene->clear();
+                    dzScene->purgeRemoved();
+                })};
     }
 };
 
-TEST_P(ContentCost, grows_as_the_file_does)
+/// Arrays that double now and then take some more; work on all pairs would take four times as much.
+void ExpectInProportion(const Allocations& small, const Allocations& large, int factor)
+{
+    const double most = 1.7 * factor;
+    EXPECT_LT(static_cast<double>(large.count) / static_cast<double>(small.count), most);
+    EXPECT_LT(static_cast<double>(large.bytes) / static_cast<double>(small.bytes), most);
+}
+
+TEST_P(ContentCost, grows_as_the_file_does_until_it_is_taken_down)
 {
     constexpr int count = 500, factor = 4;
-    costOf(count, true); // what happens once
-    for (const bool isSaved : {false, true}) {
-        const Allocations small = costOf(count, isSaved), large = costOf(factor * count, isSaved);
-        if (small.count == 0)
-            GTEST_SKIP() << "allocations cannot be counted here";
-        // Arrays that double now and then take some more; work on all pairs would take four times as much.
-        const double most = 1.7 * factor;
-        EXPECT_LT(static_cast<double>(large.count) / static_cast<double>(small.count), most);
-        EXPECT_LT(static_cast<double>(large.bytes) / static_cast<double>(small.bytes), most);
+    costsOf(count); // what happens once
+    const Costs small = costsOf(count), large = costsOf(factor * count);
+    if (small.front().count == 0)
+        GTEST_SKIP() << "allocations cannot be counted here";
+    for (std::size_t step = 0; step < small.size(); ++step)
+        ExpectInProportion(small[step], large[step], factor);
+}
+
+class PresetCost : public LibraryTest {
+protected:
+    /// Of a preset that sets each dial of a chain.
+    Allocations costOf(int count)
+    {
+        TestHost().reset();
+        WriteBytes(_library / "Big.duf", ChainOfDials(count));
+        EXPECT_TRUE(open(_library / "Big.duf"));
+        const std::string values = Joined(count, [](int i) {
+            return fmt::format(R"({{"url": "name://@selection#d{}:?value/value", "keys": [[0, 0.5]]}})", i);
+        });
+        const fs::path preset = writePose(("[" + values + "]").c_str());
+        dzScene->getNode(0)->select(true);
+        dzScene->setPrimarySelection(dzScene->getNode(0));
+        const Allocations cost = CostOf([&] { EXPECT_TRUE(open(preset)); });
+        EXPECT_EQ(qobject_cast<DzNumericProperty*>(FindProperty(count - 1))->getDoubleValue(), 0.5 * count);
+        return cost;
     }
+
+    static DzProperty* FindProperty(int dial)
+    {
+        return dzScene->getNode(0)->findProperty(QStringLiteral("d%1").arg(dial));
+    }
+};
+
+TEST_F(PresetCost, grows_with_the_values_and_not_with_what_hangs_on_each)
+{
+    constexpr int count = 500, factor = 4;
+    costOf(count); // what happens once
+    const Allocations small = costOf(count), large = costOf(factor * count);
+    if (small.count == 0)
+        GTEST_SKIP() << "allocations cannot be counted here";
+    ExpectInProportion(small, large, factor);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, ContentCost, testing::ValuesIn(kinds),

@@ -11,6 +11,7 @@
 #include "dzpropertygroup.h"
 #include "dzpropertygrouptree.h"
 #include "dzstringproperty.h"
+#include "scene/changes_together.h"
 #include "scene/formula_controller.h"
 #include "tests/host/host_fixture.h"
 
@@ -266,6 +267,63 @@ TEST_F(Link, dependants_are_told_once_and_links_go_with_what_drives_them)
     EXPECT_EQ(a->getNumSlaveControllers(), 1);
     EXPECT_EQ(d->getNumControllers(), 1);
     EXPECT_EQ(d->getValue(), 3.0f);
+}
+
+TEST_F(Link, changes_together_are_told_once_at_the_end_and_have_their_values_before)
+{
+    DzFloatProperty *const a = Add(element, "a"), *const b = Add(element, "b"), *const c = Add(element, "c"),
+                           *const alone = Add(element, "alone");
+    b->insertController(new DzERCLink(a, 1.0, 0.0));
+    c->insertController(new DzERCLink(b, 1.0, 0.0));
+    EXPECT_EQ(c->getValue(), 0.0f);
+    QSignalSpy toldA(a, SIGNAL(currentValueChanged())), toldC(c, SIGNAL(currentValueChanged())),
+        toldAlone(alone, SIGNAL(currentValueChanged()));
+    {
+        const openhost::ChangesTogether together;
+        a->setValue(1.0f);
+        EXPECT_EQ(c->getValue(), 1.0f);
+        const openhost::ChangesTogether within;
+        b->setRawValue(2.0f);
+        a->setValue(4.0f);
+        EXPECT_EQ(c->getValue(), 6.0f);
+        EXPECT_EQ(toldA.count() + toldC.count(), 0);
+    }
+    EXPECT_EQ(toldA.count(), 1);
+    EXPECT_EQ(toldC.count(), 1);
+    EXPECT_EQ(toldAlone.count(), 0);
+    a->setValue(5.0f);
+    EXPECT_EQ(toldC.count(), 2);
+    EXPECT_EQ(c->getValue(), 7.0f);
+}
+
+TEST_F(Link, what_is_deleted_among_changes_together_is_told_to_those_it_drove)
+{
+    DzFloatProperty *const a = Add(element, "a", 3.0f), *const b = Add(element, "b"),
+                           *const c = Add(element, "c");
+    b->insertController(new DzERCLink(a, 1.0, 0.0));
+    c->insertController(new DzERCLink(b, 1.0, 0.0));
+    EXPECT_EQ(c->getValue(), 3.0f);
+    QSignalSpy told(c, SIGNAL(currentValueChanged()));
+    {
+        const openhost::ChangesTogether together;
+        a->setValue(4.0f);
+        element.removeProperty(a);
+    }
+    EXPECT_EQ(told.count(), 1);
+    EXPECT_EQ(c->getValue(), 0.0f);
+}
+
+TEST_F(Link, in_a_circle_are_evaluated_anew_after_a_value_that_changes_nothing)
+{
+    DzFloatProperty *const a = Add(element, "to", 1.0f), *const b = Add(element, "fro", 10.0f),
+                           *const driver = Add(element, "driver", 0.0f);
+    a->insertController(new DzERCLink(b, 1.0, 0.0));
+    b->insertController(new DzERCLink(a, 1.0, 0.0));
+    a->insertController(new DzERCLink(driver, 1.0, 0.0));
+    const openhost::ChangesTogether together;
+    a->setValue(12.0f); // raw 1, as it is
+    driver->setValue(5.0f);
+    EXPECT_EQ(b->getValue(), 26.0f); // a counts b with its raw value
 }
 
 TEST_F(Link, a_cycle_is_cut_and_reported_once)

@@ -12,24 +12,47 @@
 #include "load_report.h"
 #include "loading/channel_properties.h"
 #include "pending_formulas.h"
+#include "scene/changes_together.h"
 
 #include <algorithm>
+#include <string_view>
+#include <unordered_map>
 
 namespace openhost {
 
 namespace {
 
-/// An id counts before a name; where there is but one modifier, it is meant anyway.
-const dson::Modifier* FindModifier(const dson::Document& file, const std::string& idOrName)
-{
-    for (const dson::Modifier& modifier : file.modifiers)
-        if (modifier.id == idOrName)
-            return &modifier;
-    for (const dson::Modifier& modifier : file.modifiers)
-        if (modifier.name == idOrName)
-            return &modifier;
-    return file.modifiers.size() == 1 ? &file.modifiers.front() : nullptr;
-}
+/// The modifiers of the file that was asked for last: a scene may ask its own for each of a hundred thousand.
+class LastAsked {
+public:
+    /// An id counts before a name; where there is but one modifier, it is meant anyway.
+    const dson::Modifier* find(const std::shared_ptr<const dson::Document>& file, const std::string& idOrName)
+    {
+        if (file != _file)
+            enter(file);
+        for (const ByText* const all : {&_byId, &_byName})
+            if (const auto found = all->find(idOrName); found != all->end())
+                return found->second;
+        return file->modifiers.size() == 1 ? &file->modifiers.front() : nullptr;
+    }
+
+private:
+    using ByText = std::unordered_map<std::string_view, const dson::Modifier*>;
+
+    void enter(const std::shared_ptr<const dson::Document>& file)
+    {
+        _file = file;
+        _byId.clear();
+        _byName.clear();
+        for (const dson::Modifier& modifier : file->modifiers) {
+            _byId.emplace(modifier.id, &modifier);
+            _byName.emplace(modifier.name, &modifier);
+        }
+    }
+
+    std::shared_ptr<const dson::Document> _file;
+    ByText _byId, _byName; ///< of equal ones the first
+};
 
 } // namespace
 
@@ -84,6 +107,7 @@ struct FigureAssembly::Impl {
     FigureMesh mesh;
     FigureDials dials;
     FigureModifiers modifiers;
+    LastAsked lastAsked;
 };
 
 FigureAssembly::FigureAssembly(std::shared_ptr<const DefinitionTree> definition, std::string uriPath,
@@ -103,7 +127,7 @@ void FigureAssembly::addMorphsOnDisk(AssetLibrary& library)
 void FigureAssembly::addModifier(std::shared_ptr<const dson::Document> file, const std::string& uriPath,
                                  const std::string& idOrName)
 {
-    if (const dson::Modifier* const modifier = FindModifier(*file, idOrName))
+    if (const dson::Modifier* const modifier = _impl->lastAsked.find(file, idOrName))
         _impl->modifiers.add(*modifier, file, uriPath);
 }
 
@@ -144,12 +168,14 @@ void FigureAssembly::connectFormulas(const PropertyResolver& elsewhere)
     const PropertyResolver resolve = [&](const std::string& uri) {
         return _impl->resolveForLink(uri, elsewhere);
     };
+    std::optional<ChangesTogether> together(std::in_place);
     const FigureDials::HiddenAliases hidden =
         _impl->dials.connectAliases([&](const std::string& uri, const DzNumericProperty& alias) {
             return _impl->resolveForLink(uri, elsewhere, &alias);
         });
     const PendingFormulas::LeftOut leftOut = _impl->formulas.connect(
         resolve, [&](const dson::Formula& formula) { _impl->modifiers.driveLost(formula, resolve); });
+    together.reset();
     _impl->modifiers.reportOmissions();
     _impl->nodes.reportOddities();
     const std::set<std::string>& spellings = _impl->dials.index().otherSpellings();

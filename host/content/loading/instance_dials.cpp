@@ -13,6 +13,7 @@
 #include "instance_values.h"
 #include "loading/channel_properties.h"
 #include "preset_target.h"
+#include "scene/changes_together.h"
 #include "selection_effects.h"
 
 #include <fmt/format.h>
@@ -150,6 +151,7 @@ void InstanceDials::dialSelection()
         return;
     const PresetTarget target(FigureOf(*_load.selected));
     std::vector<std::string> missing;
+    const ChangesTogether together;
     for (const dson::ModifierInstance* const instance : _onSelection) {
         if (IsEffect(_sources.document(), *instance)) {
             ApplyEffectTo(target.node(), _sources.document(), *instance);

@@ -17,6 +17,7 @@
 #include "openhost/events.h"
 #include "preset_dform.h"
 #include "preset_target.h"
+#include "scene/changes_together.h"
 #include "selection_effects.h"
 
 #include <algorithm>
@@ -171,6 +172,7 @@ int ApplyValues(const dson::Document& preset, DzNode& node)
         Report(Warning(preset, fmt::format("left out: {}", fmt::join(others, ", "))));
     const std::vector<PresetValue> values = FindValues(preset, target);
     SettleLimits(preset, values);
+    const ChangesTogether together;
     for (const PresetValue& value : values)
         if (value.property)
             value.apply();
