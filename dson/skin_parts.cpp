@@ -11,6 +11,8 @@
 #include <cmath>
 #include <map>
 #include <set>
+#include <string_view>
+#include <unordered_map>
 
 #include <fmt/format.h>
 
@@ -202,11 +204,12 @@ void BindGroups(SkinDefinition& definition, const std::vector<Geometry>& geometr
         for (const std::uint32_t vertex : topology.face(f))
             groupsOf[vertex].insert(topology.faceGroups[f]);
     std::vector<JointBinding>& joints = definition.binding.joints;
+    std::unordered_map<std::string_view, std::string_view> nodeOf;
+    for (const auto& [group, node] : definition.selectionMap)
+        nodeOf[group] = node;
     for (const std::string& name : topology.groupNames) {
-        joints.emplace_back().node = name;
-        for (const auto& [group, node] : definition.selectionMap)
-            if (group == name)
-                joints.back().node = node;
+        const auto mapped = nodeOf.find(name);
+        joints.emplace_back().node = mapped == nodeOf.end() ? name : mapped->second;
     }
     for (std::uint32_t v = 0; v < topology.vertexCount; ++v)
         for (const std::uint32_t group : groupsOf[v]) {

@@ -5,6 +5,7 @@
 
 #include "dzbase.h"
 
+#include <QHash>
 #include <QStringList>
 
 class DzNode;
@@ -25,4 +26,5 @@ public:
 private:
     QStringList _groups;
     QStringList _nodes;
+    QHash<QString, int> _places; ///< in both, by group
 };

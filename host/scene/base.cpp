@@ -32,17 +32,18 @@ DzSelectionMap::~DzSelectionMap() = default;
 
 void DzSelectionMap::addPair(const QString& faceGroup, const QString& nodeName)
 {
-    const int index = _groups.indexOf(faceGroup);
-    if (index >= 0) {
-        _nodes[index] = nodeName;
+    const auto known = _places.constFind(faceGroup);
+    if (known != _places.constEnd()) {
+        _nodes[*known] = nodeName;
         return;
     }
+    _places.insert(faceGroup, _groups.size());
     _groups.append(faceGroup);
     _nodes.append(nodeName);
 }
 
 QString DzSelectionMap::findNodeName(const QString& faceGroup) const
 {
-    const int index = _groups.indexOf(faceGroup);
-    return index >= 0 ? _nodes.at(index) : QString();
+    const auto known = _places.constFind(faceGroup);
+    return known == _places.constEnd() ? QString() : _nodes.at(*known);
 }

@@ -98,7 +98,8 @@ const dson::Node* DefinitionTree::findIgnoringCase(const std::string& id) const
 
 bool DefinitionTree::isPart(const dson::Node& bone) const
 {
-    return !bone.parent.empty() || std::find(_orphans.begin(), _orphans.end(), &bone) != _orphans.end();
+    // They stand in the file one after another.
+    return !bone.parent.empty() || std::binary_search(_orphans.begin(), _orphans.end(), &bone);
 }
 
 std::vector<const dson::Node*> DefinitionTree::candidates(const dson::Node& top) const

@@ -10,8 +10,6 @@
 #include "instance_order.h"
 #include "instance_values.h"
 
-#include <algorithm>
-
 #include <fmt/format.h>
 
 namespace openhost {
@@ -66,9 +64,9 @@ void FigurePlacing::placeAll()
 {
     const InstanceOrder order(_sources.document(),
                               [this](const dson::NodeInstance& instance) { return isBone(instance); });
-    _cut = order.circular();
+    _cut.insert(order.circular().begin(), order.circular().end());
     std::vector<std::string> circular;
-    for (const dson::NodeInstance* const instance : _cut)
+    for (const dson::NodeInstance* const instance : order.circular())
         circular.push_back(instance->id);
     if (circular.size() == 1)
         _load.report.warnLeftOut(fmt::format("{} is below itself; its parent is left out", circular.front()));
@@ -86,8 +84,7 @@ void FigurePlacing::placeAll()
 
 std::string FigurePlacing::parentOf(const dson::NodeInstance& instance) const
 {
-    const bool isCut = std::find(_cut.begin(), _cut.end(), &instance) != _cut.end();
-    return isCut ? std::string() : instance.parent;
+    return _cut.count(&instance) > 0 ? std::string() : instance.parent;
 }
 
 bool FigurePlacing::isBone(const dson::NodeInstance& instance)

@@ -7,6 +7,7 @@
 
 #include <set>
 #include <string>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -42,10 +43,10 @@ private:
     void applyInstance(const dson::NodeInstance& instance, DzNode& node, std::size_t figure);
 
     SceneLoad& _load;
-    SceneSources& _sources;                      ///< of the load
-    std::set<std::string> _failed;               ///< instances that stand for nothing
-    std::set<std::string> _failedFiles;          ///< paths of their definitions
-    std::vector<const dson::NodeInstance*> _cut; ///< the parents of which count for nothing
+    SceneSources& _sources;                             ///< of the load
+    std::set<std::string> _failed;                      ///< instances that stand for nothing
+    std::set<std::string> _failedFiles;                 ///< paths of their definitions
+    std::unordered_set<const dson::NodeInstance*> _cut; ///< the parents of which count for nothing
     /// Those whose instances mark dials.
     std::vector<std::pair<const dson::NodeInstance*, Place>> _withFavorites;
 };
