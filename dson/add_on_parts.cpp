@@ -22,21 +22,19 @@ bool HasExtension(const std::string& path, std::initializer_list<std::string_vie
     return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
 }
 
-/// Calls visit(path) for each text below the element that could be a path.
+/// Calls visit(path) for each text below the element that could be a path. No text is nested deeper than
+/// recursion goes.
 template <class Visit>
-void ForEachPath(const Element& element, const Visit& visit, int depth = 0)
+void ForEachPath(const Element& element, const Visit& visit)
 {
-    constexpr int deepest = 32;
-    if (depth > deepest)
-        return;
     if (element.is_string())
         visit(ParseUri(element.get_string().value_unsafe()).path);
     else if (element.is_array())
         for (const Element item : Items(element))
-            ForEachPath(item, visit, depth + 1);
+            ForEachPath(item, visit);
     else if (element.is_object())
         for (const auto member : Members(element))
-            ForEachPath(member.value, visit, depth + 1);
+            ForEachPath(member.value, visit);
 }
 
 bool IsForAfterwards(const Element& extra)

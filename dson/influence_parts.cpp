@@ -10,10 +10,10 @@ namespace dson {
 
 namespace {
 
-void CollectFrom(const Element& element, const std::string& owner, bool inDForm, int depth,
+void CollectFrom(const Element& element, const std::string& owner, bool inDForm,
                  std::vector<InfluenceMap>& maps, ParseContext& context);
 
-void CollectFromObject(const Element& element, std::string owner, bool inDForm, int depth,
+void CollectFromObject(const Element& element, std::string owner, bool inDForm,
                        std::vector<InfluenceMap>& maps, ParseContext& context)
 {
     for (const std::string_view key : {"name", "label"})
@@ -25,24 +25,21 @@ void CollectFromObject(const Element& element, std::string owner, bool inDForm, 
         if (auto map = ParseInfluenceMap(element, owner, inDForm, &context))
             maps.push_back(std::move(*map));
     for (const auto member : Members(element))
-        CollectFrom(member.value, owner, inDForm || member.key == "dform", depth + 1, maps, context);
+        CollectFrom(member.value, owner, inDForm || member.key == "dform", maps, context);
 }
 
-void CollectFrom(const Element& element, const std::string& owner, bool inDForm, int depth,
+void CollectFrom(const Element& element, const std::string& owner, bool inDForm,
                  std::vector<InfluenceMap>& maps, ParseContext& context)
 {
     // Geometry and delta lists cannot hold maps; entering only objects and arrays of them keeps the walk
-    // short.
-    constexpr int deepest = 64;
-    if (depth > deepest)
-        return;
+    // short. No text is nested deeper than recursion goes.
     if (element.is_object()) {
-        CollectFromObject(element, owner, inDForm, depth, maps, context);
+        CollectFromObject(element, owner, inDForm, maps, context);
     } else if (element.is_array()) {
         for (const Element item : Items(element)) {
             if (!item.is_object())
                 break;
-            CollectFrom(item, owner, inDForm, depth + 1, maps, context);
+            CollectFrom(item, owner, inDForm, maps, context);
         }
     }
 }
@@ -71,7 +68,7 @@ std::optional<InfluenceMap> ParseInfluenceMap(const Element& holder, const std::
 std::vector<InfluenceMap> CollectInfluenceMaps(const Element& root, ParseContext& context)
 {
     std::vector<InfluenceMap> maps;
-    CollectFrom(root, {}, false, 0, maps, context);
+    CollectFrom(root, {}, false, maps, context);
     return maps;
 }
 

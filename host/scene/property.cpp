@@ -9,7 +9,12 @@
 #include "dzpresentation.h"
 #include "dzpropertygrouptree.h"
 #include "dzstringproperty.h"
+#include "openhost/diagnostics.h"
 #include "openhost/events.h"
+#include "scene/group_paths.h"
+#include "scene/scene_limits.h"
+
+#include <fmt/format.h>
 
 struct DzProperty::Impl {
     DzElement* owner = nullptr;
@@ -98,16 +103,28 @@ QString DzProperty::getPath() const
 
 void DzProperty::setPath(const QString& path)
 {
-    // Deeper trees are no work of people, and trees are walked by recursion.
-    constexpr int maxDepth = 64;
-    const QStringList names = path.split(QLatin1Char('/'), Qt::SkipEmptyParts).mid(0, maxDepth);
-    const QString normal = QLatin1Char('/') + names.join(QLatin1Char('/'));
+    const QStringList names = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    if (names.size() > openhost::deepestGroups)
+        openhost::Report({base::Severity::Warning,
+                          {},
+                          getName().toStdString(),
+                          fmt::format("lies deeper than {} groups in each other; those beyond are left out",
+                                      openhost::deepestGroups)});
+    const QString normal = QLatin1Char('/') + names.mid(0, openhost::deepestGroups).join(QLatin1Char('/'));
     if (normal == _impl->path)
         return;
     _impl->path = normal;
     if (_impl->owner)
         _impl->owner->propertyPathChanged();
     emit pathChanged(normal);
+}
+
+void openhost::GroupPaths::set(DzProperty& property, const QString& path)
+{
+    const QStringList names = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    if (names.size() > deepestGroups)
+        _cutNames.push_back(property.getName().toStdString());
+    property.setPath(names.mid(0, deepestGroups).join(QLatin1Char('/')));
 }
 
 QString DzProperty::getGroupOnlyPath() const

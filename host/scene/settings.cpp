@@ -4,6 +4,8 @@
 #include "dzfileiosettings.h"
 #include "dzsettings.h"
 #include "openhost/class_registry.h"
+#include "openhost/diagnostics.h"
+#include "scene/scene_limits.h"
 
 #include <QHash>
 #include <QStringList>
@@ -11,6 +13,7 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <cmath>
@@ -54,9 +57,6 @@ struct DzSettings::Impl {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-// Sets nested deeper than this are no work of this program.
-constexpr int maxDepth = 32;
 
 QString FloatText(double value)
 {
@@ -264,9 +264,9 @@ Json ToJson(const DzSettings& settings)
     return json;
 }
 
-bool FromJson(const Json& json, DzSettings* settings, int depth)
+bool FromJson(const Json& json, DzSettings* settings)
 {
-    if (!json.is_object() || depth > maxDepth)
+    if (!json.is_object())
         return false;
     for (auto it = json.begin(); it != json.end(); ++it) {
         const QString key = QString::fromStdString(it.key());
@@ -280,7 +280,7 @@ bool FromJson(const Json& json, DzSettings* settings, int depth)
             settings->setFloatValue(key, value.get<double>());
         else if (value.is_string())
             settings->setStringValue(key, QString::fromStdString(value.get<std::string>()));
-        else if (!FromJson(value, settings->setSettingsValue(key), depth + 1))
+        else if (!FromJson(value, settings->setSettingsValue(key)))
             return false;
     }
     return true;
@@ -316,16 +316,22 @@ bool SetFromText(DzSettings* settings, const QString& key, const QString& type, 
     return ok;
 }
 
-bool ReadXml(QXmlStreamReader* xml, DzSettings* settings, int depth)
+/// @param tooDeep  counts what is left out
+bool ReadXml(QXmlStreamReader* xml, DzSettings* settings, int depth, std::size_t* tooDeep)
 {
     while (xml->readNextStartElement()) {
-        if (xml->name() != QLatin1String("Setting") || depth > maxDepth)
+        if (xml->name() != QLatin1String("Setting"))
             return false;
+        if (depth > openhost::deepestSettings) {
+            ++*tooDeep;
+            xml->skipCurrentElement();
+            continue;
+        }
         const QXmlStreamAttributes attributes = xml->attributes();
         const QString key = attributes.value(QLatin1String("Key")).toString();
         const QString type = attributes.value(QLatin1String("Type")).toString();
         if (type == QLatin1String("Settings")) {
-            if (!ReadXml(xml, settings->setSettingsValue(key), depth + 1))
+            if (!ReadXml(xml, settings->setSettingsValue(key), depth + 1, tooDeep))
                 return false;
             continue;
         }
@@ -336,19 +342,38 @@ bool ReadXml(QXmlStreamReader* xml, DzSettings* settings, int depth)
     return !xml->hasError();
 }
 
-bool ReadXmlText(const QString& text, DzSettings* settings)
+bool ReadXmlText(const QString& text, DzSettings* settings, std::size_t* tooDeep)
 {
     QXmlStreamReader xml(text);
     return xml.readNextStartElement() && xml.name() == QLatin1String("Settings") &&
-           ReadXml(&xml, settings, 0);
+           ReadXml(&xml, settings, 0, tooDeep);
 }
 
-bool ReadJsonText(const QString& text, DzSettings* settings)
+bool ReadJsonText(const QString& text, DzSettings* settings, std::size_t* tooDeep)
 {
-    // The parser recurses, so the depth is checked while it reads.
-    const auto shallow = [](int depth, Json::parse_event_t, Json&) { return depth <= maxDepth; };
-    const Json json = Json::parse(text.toStdString(), shallow, false);
-    return FromJson(json, settings, 0);
+    // What is made of the text goes by recursion, so the depth is held while it is read. The outermost set
+    // has none, and what is in the deepest one is one deeper.
+    const auto isShallow = [tooDeep](int depth, Json::parse_event_t event, Json&) {
+        const int most = openhost::deepestSettings + 1;
+        const bool begins = event == Json::parse_event_t::object_start ||
+                            event == Json::parse_event_t::array_start || event == Json::parse_event_t::value;
+        if (begins && depth == most + 1)
+            ++*tooDeep;
+        return depth <= most;
+    };
+    const Json json = Json::parse(text.toStdString(), isShallow, false);
+    return FromJson(json, settings);
+}
+
+void TellTooDeep(std::size_t count)
+{
+    if (count > 0)
+        openhost::Report({base::Severity::Warning,
+                          {},
+                          "settings",
+                          fmt::format("{} in more than {} sets in each other, left out",
+                                      count == 1 ? "1 value lies" : fmt::format("{} values lie", count),
+                                      openhost::deepestSettings)});
 }
 
 } // namespace
@@ -357,8 +382,10 @@ bool DzSettings::fromString(const QString& text)
 {
     DzSettings read;
     const bool isXml = text.trimmed().startsWith(QLatin1Char('<'));
-    if (!(isXml ? ReadXmlText(text, &read) : ReadJsonText(text, &read)))
+    std::size_t tooDeep = 0;
+    if (!(isXml ? ReadXmlText(text, &read, &tooDeep) : ReadJsonText(text, &read, &tooDeep)))
         return false;
+    TellTooDeep(tooDeep);
     *this = read;
     return true;
 }

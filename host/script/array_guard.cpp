@@ -6,6 +6,10 @@
 #include "script_limits.h"
 
 #include <QScriptEngine>
+#include <QScriptValueIterator>
+
+#include <algorithm>
+#include <set>
 
 namespace openhost {
 
@@ -41,11 +45,56 @@ QScriptValue CallChecked(QScriptContext* context, QScriptEngine*)
     return context->callee().data().call(context->thisObject(), arguments);
 }
 
+/// Goes through all that would be copied.
+class CopyCheck {
+public:
+    void enter(const QScriptValue& value)
+    {
+        const bool isPlain = value.isObject() && !value.isFunction() && !value.isQObject() &&
+                             !value.isVariant() && !value.isDate() && !value.isRegExp();
+        // What is below itself is copied once.
+        if (why || !isPlain || !_above.insert(value.objectId()).second)
+            return;
+        if (value.isArray())
+            count(value.property(QStringLiteral("length")).toUInt32());
+        if (_above.size() > deepestScriptResult)
+            why = "is nested too deeply";
+        for (QScriptValueIterator member(value); !why && member.hasNext();) {
+            member.next();
+            count(value.isArray() ? 0 : 1);
+            enter(member.value());
+        }
+        _above.erase(value.objectId());
+    }
+
+    const char* why = nullptr;
+
+private:
+    void count(unsigned more)
+    {
+        _left -= std::min(_left, more);
+        if (_left == 0)
+            why = "holds too long an array";
+    }
+
+    unsigned _left = longestScriptArray + 1;
+    std::set<qint64> _above;
+};
+
 } // namespace
 
 bool IsTooLong(const QScriptValue& value)
 {
     return value.isObject() && value.property(QStringLiteral("length")).toUInt32() > longestScriptArray;
+}
+
+const char* WhyNotCopied(const QScriptValue& value)
+{
+    if (IsTooLong(value))
+        return "is too long an array";
+    CopyCheck check;
+    check.enter(value);
+    return check.why;
 }
 
 void GuardArrayMethods(QScriptEngine& engine)

@@ -10,6 +10,8 @@ namespace openhost {
 
 /// Whether it has a length beyond what one call may go through.
 bool IsTooLong(const QScriptValue& value);
+/// Why a value cannot be copied, with all that it holds, as the end of a sentence; null where it can.
+const char* WhyNotCopied(const QScriptValue& value);
 
 /// From now on the methods of arrays throw a RangeError instead of walking through such a thing.
 void GuardArrayMethods(QScriptEngine& engine);

@@ -8,5 +8,7 @@ namespace openhost {
 /// Elements that one call may go through. The engine walks through all places of an array, also the empty
 /// ones, and ends the program when it cannot hold what comes out.
 constexpr unsigned longestScriptArray = 10000000;
+/// Arrays and objects in each other that a script's result may be made of; they are copied by recursion.
+constexpr int deepestScriptResult = 1000;
 
 } // namespace openhost

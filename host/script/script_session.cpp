@@ -18,6 +18,8 @@
 
 #include <csignal>
 
+#include <fmt/format.h>
+
 namespace openhost {
 
 namespace {
@@ -122,9 +124,9 @@ bool ScriptSession::finish(const QScriptValue& value)
         return false;
     }
     if (!_engine.hasUncaughtException()) {
-        if (IsTooLong(value)) // every element would be copied
+        if (const char* const why = WhyNotCopied(value))
             Report(
-                {base::Severity::Warning, {}, "script", "its result is too long an array and is left out"});
+                {base::Severity::Warning, {}, "script", fmt::format("its result {} and is left out", why)});
         else
             _result = value.toVariant();
         return true;

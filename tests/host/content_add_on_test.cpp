@@ -35,6 +35,19 @@ protected:
 
 } // namespace
 
+TEST_F(AddOns, are_found_however_deep_their_settings_lie)
+{
+    writeShirt();
+    write("Clothes/Shirt.duf", Scene(shirt(R"(, "conform_target": "name://@selection:")")));
+    std::string before, behind;
+    for (int level = 0; level < 100; ++level) {
+        before += R"("Set": {"type": "settings", "value": {)";
+        behind += "}}";
+    }
+    ASSERT_TRUE(openWith(before + addOn("Top", "/Clothes/Shirt.duf") + behind));
+    EXPECT_TRUE(find("Shirt"));
+}
+
 TEST_F(AddOns, that_are_worn_follow_the_figure)
 {
     writeShirt();

@@ -237,3 +237,38 @@ TEST_F(OddValues, what_is_no_figure_is_fitted_to_nothing_and_told)
                                       R"(, {"id": "p", "label": "Hat", "conform_target": "#Doll"})")));
     EXPECT_TRUE(logged("Hat is no figure that could be fitted to anything"));
 }
+
+TEST_F(OddValues, dials_in_more_groups_than_a_tree_holds_are_told_together)
+{
+    std::string deep;
+    for (int level = 0; level < 65; ++level)
+        deep += "/g";
+    const auto dial = [&](const char* name) {
+        return std::string(R"({"id": ")") + name + R"(", "name": ")" + name +
+               R"(", "parent": "#Doll-1", "group": ")" + deep +
+               R"(", "channel": {"id": "value", "type": "float", "value": 0}})";
+    };
+    ASSERT_TRUE(
+        load("Scenes/Deep.duf",
+             File(R"("modifier_library": [)" + dial("A") + ", " + dial("B") + R"(], "scene": {"nodes": [)" +
+                      Instance() + R"(], "modifiers": [{"id": "A-1", "url": "#A", "parent": "#Doll-1"},
+                              {"id": "B-1", "url": "#B", "parent": "#Doll-1"}]})",
+                  "scene")));
+    EXPECT_TRUE(logged(
+        "2 dials lie deeper than 64 groups in each other and are left in the last of them, such as A and B"))
+        << log().toStdString();
+}
+
+TEST_F(OddValues, influence_weights_are_found_however_deep_they_lie)
+{
+    std::string before, behind;
+    for (int level = 0; level < 100; ++level) {
+        before += R"({"in": )";
+        behind += "}";
+    }
+    const dson::Document document =
+        read(R"("scene": {"extra": [)" + before +
+             R"({"influence_vertex_count": 8, "influence_weights": {"values": [[3, 1]]}})" + behind + "]}");
+    ASSERT_EQ(document.influenceMaps.size(), 1u);
+    EXPECT_EQ(document.influenceMaps[0].vertices, std::vector<std::uint32_t>{3});
+}

@@ -5,6 +5,7 @@
 #include "dson/limits.h"
 #include "geometry/limits.h"
 #include "host/script/script_limits.h"
+#include "scene/scene_limits.h"
 
 #include <gtest/gtest.h>
 
@@ -52,6 +53,9 @@ TEST(Limits, in_the_table_are_those_of_the_code)
         {"deepestDetailLevel", dson::deepestDetailLevel},
         {"mostDetailFaces", dson::mostDetailFaces},
         {"longestScriptArray", openhost::longestScriptArray},
+        {"deepestScriptResult", openhost::deepestScriptResult},
+        {"deepestSettings", openhost::deepestSettings},
+        {"deepestGroups", openhost::deepestGroups},
     };
     std::map<std::string, double> inTable;
     // The name first, as in all other places.
@@ -65,8 +69,9 @@ TEST(Limits, in_the_table_are_those_of_the_code)
 TEST(Limits, of_every_header_stand_in_the_table)
 {
     const std::string table = TextOf("docs/limits.md");
-    for (const char* const header : {"base/include/base/limits.h", "geometry/include/geometry/limits.h",
-                                     "dson/include/dson/limits.h", "host/script/script_limits.h"}) {
+    for (const char* const header :
+         {"base/include/base/limits.h", "geometry/include/geometry/limits.h", "dson/include/dson/limits.h",
+          "host/scene/include/scene/scene_limits.h", "host/script/script_limits.h"}) {
         const auto names = Found(TextOf(header), std::regex("constexpr [\\w:]+ (\\w+) ="));
         EXPECT_FALSE(names.empty()) << header;
         for (const auto& [name, nothing] : names)

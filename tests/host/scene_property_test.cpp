@@ -11,8 +11,10 @@
 #include "dzpropertygroup.h"
 #include "dzpropertygrouptree.h"
 #include "dzstringproperty.h"
+#include "openhost/diagnostics.h"
 #include "scene/changes_together.h"
 #include "scene/formula_controller.h"
+#include "scene/scene_limits.h"
 #include "tests/host/host_fixture.h"
 
 #include <QSignalSpy>
@@ -163,6 +165,20 @@ TEST_F(Property, setting_a_path_makes_the_groups)
     EXPECT_EQ(face->getProperty(0), nose);
     element.removeProperty(nose);
     EXPECT_EQ(face->getNumProperties(), 0);
+}
+
+TEST_F(Property, in_more_groups_than_a_tree_holds_lies_in_the_last_of_them_which_is_told)
+{
+    DzFloatProperty* const deep = Add(element, "deep");
+    const openhost::DiagnosticsCollector met(dzApp->diagnostics());
+    const QString most = QStringLiteral("/g").repeated(openhost::deepestGroups);
+    deep->setPath(most);
+    EXPECT_TRUE(met.all().empty());
+    deep->setPath(most + QStringLiteral("/h"));
+    EXPECT_EQ(deep->getPath(), most);
+    ASSERT_EQ(met.all().size(), 1u);
+    EXPECT_EQ(base::ToLine(met.all()[0]),
+              "deep: lies deeper than 64 groups in each other; those beyond are left out");
 }
 
 TEST_F(Property, an_alias_reads_and_sets_its_target)

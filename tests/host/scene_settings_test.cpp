@@ -4,6 +4,8 @@
 #include "dzappsettings.h"
 #include "dzfileiosettings.h"
 #include "dzprogress.h"
+#include "openhost/diagnostics.h"
+#include "scene/scene_limits.h"
 #include "tests/host/host_fixture.h"
 
 #include <QDir>
@@ -73,6 +75,36 @@ TEST_F(Settings, text_that_cannot_be_read_changes_nothing)
         EXPECT_FALSE(settings.fromString(Q(text))) << text;
     EXPECT_FALSE(settings.fromString(Q("{\"a\":").repeated(100000)));
     ExpectFilled(settings);
+}
+
+TEST_F(Settings, deeper_than_they_go_are_left_out_and_told)
+{
+    constexpr int depth = openhost::deepestSettings + 1;
+    const auto deepText = [](const char* open, const char* close, const char* inner) {
+        return Q(open).repeated(depth) + Q(inner) + Q(close).repeated(depth);
+    };
+    const QString json = deepText("{\"a\":1,\"s\":", "}", "{\"x\":1,\"y\":{\"z\":[]}}");
+    const QString xml = Q("<Settings>") +
+                        deepText("<Setting Key=\"a\" Type=\"Int\" Value=\"1\"/>"
+                                 "<Setting Key=\"s\" Type=\"Settings\">",
+                                 "</Setting>",
+                                 "<Setting Key=\"x\" Type=\"Int\" Value=\"1\"/>"
+                                 "<Setting Key=\"y\" Type=\"Settings\"/>") +
+                        Q("</Settings>");
+    for (const QString& text : {json, xml}) {
+        const openhost::DiagnosticsCollector met(dzApp->diagnostics());
+        DzFileIOSettings settings;
+        ASSERT_TRUE(settings.fromString(text));
+        DzSettings* set = &settings;
+        for (int level = 0; level < depth; ++level) {
+            EXPECT_EQ(set->getIntValue(Q("a")), 1) << level;
+            ASSERT_TRUE(set = set->getSettingsValue(Q("s"))) << level;
+        }
+        EXPECT_EQ(set->getNumValues(), 0);
+        ASSERT_EQ(met.all().size(), 1u);
+        EXPECT_EQ(base::ToLine(met.all()[0]),
+                  "settings: 2 values lie in more than 32 sets in each other, left out");
+    }
 }
 
 TEST_F(Settings, getters_of_another_type_convert)

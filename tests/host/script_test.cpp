@@ -310,6 +310,31 @@ TEST_F(ScriptTest, whose_value_is_too_long_an_array_has_none)
     EXPECT_EQ(base::ToLine(met.all()[0]), "script: its result is too long an array and is left out");
 }
 
+TEST_F(ScriptTest, whose_value_holds_too_much_has_none)
+{
+    for (const auto& [code, what] : {
+             std::pair("[1, [new Array(4294967295)]]", "holds too long an array"),
+             std::pair("({here: {there: new Array(4294967295)}})", "holds too long an array"),
+             std::pair("[new Array(6000000), new Array(6000000)]", "holds too long an array"),
+             std::pair("var a = []; for (var i = 0; i < 2000; ++i) a = [a]; a", "is nested too deeply"),
+         }) {
+        const openhost::DiagnosticsCollector met(dzApp->diagnostics());
+        EXPECT_FALSE(valueOf(code).isValid()) << code;
+        ASSERT_EQ(met.all().size(), 1u) << code;
+        EXPECT_EQ(base::ToLine(met.all()[0]), std::string("script: its result ") + what + " and is left out");
+    }
+    EXPECT_EQ(valueOf("[1, [2, {three: [3]}]]")
+                  .toList()
+                  .at(1)
+                  .toList()
+                  .at(1)
+                  .toMap()
+                  .value(QStringLiteral("three")),
+              QVariantList{3});
+    EXPECT_EQ(
+        valueOf("var round = {one: 1}; round.again = round; round").toMap().value(QStringLiteral("one")), 1);
+}
+
 TEST_F(ScriptTest, uses_arrays_as_ever)
 {
     EXPECT_EQ(textOf("[3, 1, 2].sort() + ' ' + [3, 1, 2].sort(function (a, b) { return b - a; })"),

@@ -42,21 +42,19 @@ DzProperty* FindOn(const DzNode& node, const QString& name)
     return property ? property : node.findPrivateProperty(name);
 }
 
-/// Where a pane shows it.
-void ApplyPlace(DzNumericProperty& property, const dson::Modifier& modifier)
+} // namespace
+
+void FigureDials::applyPlace(DzNumericProperty& property, const dson::Modifier& modifier)
 {
-    property.setPath(ToQ(modifier.group));
+    _groups.set(property, ToQ(modifier.group));
     property.setRegion(ToQ(modifier.region));
 }
 
-/// A dial of the host for a modifier's channel.
-void ApplyDial(DzNumericProperty& property, const dson::Modifier& modifier)
+void FigureDials::applyDial(DzNumericProperty& property, const dson::Modifier& modifier)
 {
     ApplyChannel(property, modifier.channel);
-    ApplyPlace(property, modifier);
+    applyPlace(property, modifier);
 }
-
-} // namespace
 
 bool FigureDials::isOfMorph(const dson::Modifier& modifier) const
 {
@@ -115,7 +113,7 @@ void FigureDials::addOfMorph(DzMorph& morph, const dson::Modifier& modifier, con
                              const std::string& filePath)
 {
     DzFloatProperty& dial = *morph.getValueControl();
-    ApplyDial(dial, modifier);
+    applyDial(dial, modifier);
     if (IsDataFile(filePath))
         SetAsDefined(dial);
     const std::string name = morph.getName().toStdString();
@@ -134,7 +132,7 @@ bool FigureDials::addControl(const dson::Modifier& modifier, const std::string& 
     DzNumericProperty& dial = *property;
     makeAliasGiveWay(owner, name);
     owner.addProperty(property.release());
-    ApplyDial(dial, modifier);
+    applyDial(dial, modifier);
     SetAssetUri(dial, AssetUri(filePath, modifier.id));
     if (IsDataFile(filePath))
         SetAsDefined(dial);
@@ -155,7 +153,7 @@ void FigureDials::addAlias(const dson::Modifier& modifier, const dson::Document&
     property->setLabel(ToQ(modifier.channel.label));
     property->setHidden(!modifier.channel.visible);
     owner.addProperty(property);
-    ApplyPlace(*property, modifier);
+    applyPlace(*property, modifier);
     SetAssetUri(*property, AssetUri(filePath, modifier.id));
     _aliases.push_back({property, modifier.channel.targetChannel});
     _aliasProperties.insert(property);

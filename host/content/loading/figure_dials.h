@@ -8,6 +8,7 @@
 #include "figure_nodes.h"
 #include "formula_links.h"
 #include "library/dial_index.h"
+#include "scene/group_paths.h"
 
 #include <functional>
 #include <map>
@@ -76,6 +77,8 @@ public:
     bool isAlias(const DzProperty* property) const { return _aliasProperties.count(property) > 0; }
     /// Aliases that have other names than in their files, since dials beside them have those.
     const std::vector<std::string>& renamedAliases() const { return _renamedAliases; }
+    /// Dials that lie in more groups than a tree holds.
+    const std::vector<std::string>& cutPaths() const { return _groups.cutNames(); }
 
     /// By what files call them.
     const DialIndex& index() const { return _index; }
@@ -90,6 +93,9 @@ private:
         DzNumericProperty* property;
         std::string target;
     };
+    /// A dial of the host for a modifier's channel.
+    void applyDial(DzNumericProperty& property, const dson::Modifier& modifier);
+    void applyPlace(DzNumericProperty& property, const dson::Modifier& modifier); ///< where a pane shows it
     bool isOfMorph(const dson::Modifier& modifier) const;
     bool hasMorph(const DzNode& owner, const std::string& name) const;
     bool isTaken(const dson::Modifier& modifier, const std::string& name) const;
@@ -106,6 +112,7 @@ private:
     std::vector<PendingAlias> _aliases;
     std::unordered_set<const DzProperty*> _aliasProperties;
     std::vector<std::string> _renamedAliases;
+    GroupPaths _groups;
 };
 
 } // namespace openhost

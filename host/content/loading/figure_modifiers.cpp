@@ -293,6 +293,8 @@ void FigureModifiers::reportOmissions()
         _figure.note(dson::Counted(aliases.size(), "alias has the name of a dial beside it and gets another",
                                    "aliases have the names of dials beside them and get others") +
                      Examples(aliases));
+    if (const std::vector<std::string>& cut = _dials.cutPaths(); !cut.empty())
+        _figure.warn(TellCutPaths(cut));
     _effects.report();
 }
 

@@ -105,7 +105,7 @@ void InstanceDials::dial(const dson::ModifierInstance& instance)
     _load.figures.enterDial(instance.id, *property);
     ApplyChange(*property, instance.change);
     if (!instance.group.empty())
-        property->setPath(ToQ(instance.group));
+        _groups.set(*property, ToQ(instance.group));
     if (instance.value)
         _load.setValue(assembly, *property, *instance.value);
     noteOddValue(instance);
@@ -123,8 +123,10 @@ void InstanceDials::noteOddValue(const dson::ModifierInstance& instance)
         _numbersInTexts.push_back(instance.numberText);
 }
 
-void InstanceDials::tellNumbersInTexts()
+void InstanceDials::tellOddities()
 {
+    if (const std::vector<std::string>& cut = _groups.cutNames(); !cut.empty())
+        _load.report.warn(TellCutPaths(cut));
     if (!_numbersInTexts.empty())
         _load.report.warn(fmt::format("has {} as texts, read as what they say, such as \"{}\"",
                                       dson::Counted(_numbersInTexts.size(), "number", "numbers"),

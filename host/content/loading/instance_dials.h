@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "scene/group_paths.h"
 #include "scene_load.h"
 
 #include <optional>
@@ -19,7 +20,7 @@ public:
     void dialAll();
     /// What the file sets on the selection rather than on a figure of its own.
     void dialSelection();
-    void tellNumbersInTexts();
+    void tellOddities();
 
 private:
     using Place = LoadedFigures::Place;
@@ -42,6 +43,7 @@ private:
     SceneSources& _sources; ///< of the load
     std::vector<const dson::ModifierInstance*> _onSelection;
     std::vector<std::string> _numbersInTexts;
+    GroupPaths _groups;
 };
 
 } // namespace openhost

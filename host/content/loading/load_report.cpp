@@ -8,6 +8,7 @@
 #include "dson/reader.h"
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
+#include "scene/scene_limits.h"
 
 #include <algorithm>
 
@@ -41,6 +42,13 @@ std::string Examples(const std::vector<std::string>& texts)
     const std::string last = std::move(shown.back());
     shown.pop_back();
     return fmt::format(", such as {}{}{}", fmt::join(shown, ", "), shown.empty() ? "" : " and ", last);
+}
+
+std::string TellCutPaths(const std::vector<std::string>& names)
+{
+    return fmt::format("{} deeper than {} groups in each other and {} left in the last of them{}",
+                       dson::Counted(names.size(), "dial lies", "dials lie"), deepestGroups,
+                       names.size() == 1 ? "is" : "are", Examples(names));
 }
 
 void LoadReport::warn(const std::string& what)

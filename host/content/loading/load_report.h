@@ -17,6 +17,8 @@ namespace openhost {
 
 /// The first few of many, for the end of a warning: ", such as a, b and c"; nothing for none.
 std::string Examples(const std::vector<std::string>& texts);
+/// That properties, at least one, have lost groups of their paths.
+std::string TellCutPaths(const std::vector<std::string>& names);
 
 /// Of one file. Warnings wait for handOver(), since they are errors when nothing could be loaded.
 class LoadReport {

@@ -40,7 +40,7 @@ std::vector<DzNode*> SceneFigures::enter()
     std::vector<DzNode*> tops = enterScene();
     SceneFitting(_load).fitAll();
     _dials.dialSelection();
-    _dials.tellNumbersInTexts();
+    _dials.tellOddities();
     for (const std::string& left : ConnectDFormers(_load.figures))
         _load.report.warn(left);
     animate();
