@@ -7,11 +7,11 @@
 #include "base/file_set.h"
 #include "base/limits.h"
 #include "base/process_mark.h"
+#include "base/reason.h"
 #include "base/write_bounds.h"
 
 #include <atomic>
 #include <cerrno>
-#include <cstring>
 #include <vector>
 
 #include <fcntl.h>
@@ -75,7 +75,7 @@ fs::path Followed(fs::path path)
 
 [[noreturn]] void Fail(const fs::path& file, int reason)
 {
-    throw IoError("cannot write {}: {}", file.string(), std::strerror(reason));
+    throw IoError("cannot write {}: {}", file.string(), ReasonOf(reason));
 }
 
 /// The calls of the system, again when a signal came between.
@@ -219,7 +219,7 @@ void SyncFolder(const fs::path& folder)
     const int reason = errno;
     close(descriptor);
     if (result != 0 && reason != EINVAL && reason != EBADF && reason != EROFS)
-        throw IoError("cannot write folder {}: {}", path.string(), std::strerror(reason));
+        throw IoError("cannot write folder {}: {}", path.string(), ReasonOf(reason));
 }
 
 } // namespace base

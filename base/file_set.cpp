@@ -5,10 +5,10 @@
 
 #include "base/cancellation.h"
 #include "base/errors.h"
+#include "base/reason.h"
 #include "base/write_bounds.h"
 
 #include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <thread>
@@ -86,7 +86,7 @@ bool Parse(const std::string& text, Plan& plan)
 [[noreturn]] void FailAfterJournal(const fs::path& file, int reason)
 {
     throw IoError("cannot write {}: {}; it changes with all that belongs to it as soon as that is possible",
-                  file.string(), std::strerror(reason));
+                  file.string(), ReasonOf(reason));
 }
 
 /// What is not there any more has been put in place already.
@@ -193,7 +193,7 @@ FileSet::FileSet(const fs::path& folder) : _impl(std::make_unique<Impl>())
     if (reason == EWOULDBLOCK)
         throw IoError("another program is saving into {}", folder.string());
     if (reason != 0)
-        throw IoError("cannot write folder {}: {}", folder.string(), std::strerror(reason));
+        throw IoError("cannot write folder {}: {}", folder.string(), ReasonOf(reason));
     FinishLocked(folder);
 }
 

@@ -5,11 +5,11 @@
 
 #include "base/cancellation.h"
 #include "base/errors.h"
+#include "base/reason.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cstring>
 #include <thread>
 
 #include <fcntl.h>
@@ -29,7 +29,7 @@ InputFile::InputFile(const std::filesystem::path& file, const char* opening) : _
 {
     std::error_code error;
     if (std::filesystem::is_directory(file, error))
-        throw IoError("cannot read {}: {}", file.string(), std::strerror(EISDIR));
+        throw IoError("cannot read {}: {}", file.string(), ReasonOf(EISDIR));
     open(opening);
 }
 
@@ -45,7 +45,7 @@ void InputFile::open(const char* opening)
         const int reason = errno;
         // Another program holds the file and has been asked to let go of it.
         if (reason != EWOULDBLOCK && reason != EINTR)
-            throw IoError("{} {}: {}", opening, _file.string(), std::strerror(reason));
+            throw IoError("{} {}: {}", opening, _file.string(), ReasonOf(reason));
         ThrowIfCancelled();
         std::this_thread::sleep_for(pause);
     }
@@ -75,7 +75,7 @@ std::size_t InputFile::read(char* bytes, std::size_t room)
         if (count >= 0)
             return static_cast<std::size_t>(count);
         if (errno != EINTR && errno != EAGAIN)
-            throw IoError("cannot read {}: {}", _file.string(), std::strerror(errno));
+            throw IoError("cannot read {}: {}", _file.string(), ReasonOf(errno));
     }
 }
 

@@ -3,13 +3,13 @@
 
 #include "sample_content/make_figure.h"
 
+#include "base/ascii.h"
 #include "base/errors.h"
 #include "figure_files.h"
 #include "geometry/obj.h"
 #include "plain_formats.h"
 
 #include <algorithm>
-#include <cctype>
 #include <set>
 
 namespace content {
@@ -37,8 +37,8 @@ std::string Folded(const std::string& name)
 {
     std::string folded;
     for (const char c : name)
-        if (std::isalnum(static_cast<unsigned char>(c)))
-            folded += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        if (base::IsLetterOrDigitAscii(c))
+            folded += base::ToLowerAscii(c);
     return folded;
 }
 

@@ -3,8 +3,9 @@
 
 #include "dson/uri.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
-#include <cctype>
 #include <vector>
 
 namespace dson {
@@ -20,7 +21,7 @@ int HexValue(char c)
 {
     if (c >= '0' && c <= '9')
         return c - '0';
-    const int lower = std::tolower(static_cast<unsigned char>(c));
+    const char lower = base::ToLowerAscii(c);
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
@@ -31,8 +32,8 @@ std::string Encode(std::string_view text, bool keepSlash)
     result.reserve(text.size() + 12); // a few characters, or none, take three places
     for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
-        const bool plain = (byte < 0x80 && std::isalnum(byte)) || c == '-' || c == '_' || c == '.' ||
-                           c == '~' || (keepSlash && c == '/');
+        const bool plain = base::IsLetterOrDigitAscii(c) || c == '-' || c == '_' || c == '.' || c == '~' ||
+                           (keepSlash && c == '/');
         if (plain) {
             result += c;
         } else {

@@ -7,6 +7,7 @@
 #include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/file_set.h"
+#include "base/reason.h"
 #include "base/write_bounds.h"
 #include "dson/dhdm.h"
 #include "dson/gzip.h"
@@ -35,7 +36,8 @@ void MakeFolderOf(const fs::path& file)
     std::error_code error;
     fs::create_directories(file.parent_path(), error);
     if (error)
-        throw base::IoError("cannot create folder {}: {}", file.parent_path().string(), error.message());
+        throw base::IoError("cannot create folder {}: {}", file.parent_path().string(),
+                            base::ReasonOf(error));
 }
 
 fs::path WriteFile(const AssetInfo& info, const Json& json, const fs::path& contentDirectory,

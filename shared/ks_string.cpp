@@ -6,7 +6,6 @@
 #include "ks_assert.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 
 #include <fmt/format.h>
@@ -16,25 +15,26 @@ namespace str {
 
 namespace {
 
-// The C library's functions take no negative number but EOF, and char may be signed.
+// As in the C locale, whatever the program runs under: a Turkish i has no upper case in one byte, and in the
+// locales of one byte a letter, parts of UTF-8 characters would pass for letters and blanks.
 bool IsSpace(char c)
 {
-    return std::isspace(static_cast<unsigned char>(c)) != 0;
+    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 bool IsUpper(char c)
 {
-    return std::isupper(static_cast<unsigned char>(c)) != 0;
+    return c >= 'A' && c <= 'Z';
 }
 
 char Lower(char c)
 {
-    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return IsUpper(c) ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 char Upper(char c)
 {
-    return static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
 bool SameLetter(char a, char b)

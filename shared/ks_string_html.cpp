@@ -3,8 +3,6 @@
 
 #include "ks_string.h"
 
-#include <cctype>
-
 #include <fmt/format.h>
 
 namespace kst {
@@ -110,8 +108,9 @@ QString MakeWarningElementQ(std::string_view tag, std::string_view style, std::s
 std::string MakeSentence(std::string_view text)
 {
     std::string result(text);
-    if (!result.empty() && std::islower(static_cast<unsigned char>(result.front())))
-        result.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(result.front())));
+    // Whatever the locale, in which an English letter may have no upper case.
+    if (!result.empty())
+        result.replace(0, 1, ToUpper(result.substr(0, 1)));
     const std::string_view enders = ".!?>";
     if (result.empty() || enders.find(result.back()) == std::string_view::npos)
         result += '.';

@@ -3,6 +3,7 @@
 
 #include "command_sample_content.h"
 
+#include "base/reason.h"
 #include "command.h"
 #include "interrupt.h"
 #include "progress.h"
@@ -29,7 +30,7 @@ void MakeDirectory(const std::string& directory)
     std::error_code error;
     std::filesystem::create_directories(directory, error);
     if (error)
-        throw std::runtime_error(fmt::format("cannot write {}: {}", directory, error.message()));
+        throw std::runtime_error(fmt::format("cannot write {}: {}", directory, base::ReasonOf(error)));
 }
 
 /// Tells of them if the run is interrupted.

@@ -4,6 +4,7 @@
 #include "conversion.h"
 
 #include "base/cancellation.h"
+#include "base/reason.h"
 #include "command.h"
 #include "conversion_checks.h"
 #include "conversion_figures.h"
@@ -114,7 +115,7 @@ void MakeLibrary(const fs::path& library)
     fs::create_directories(library, error);
     if (!fs::is_directory(library))
         throw std::runtime_error(
-            fmt::format("cannot create folder {}: {}", FileText(library), error.message()));
+            fmt::format("cannot create folder {}: {}", FileText(library), base::ReasonOf(error)));
 }
 
 /// For a run that is interrupted later.

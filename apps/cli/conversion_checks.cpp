@@ -3,12 +3,12 @@
 
 #include "conversion_checks.h"
 
+#include "base/reason.h"
 #include "command.h"
 #include "openhost/missing_shapes.h"
 #include "output_name.h"
 
 #include <cerrno>
-#include <cstring>
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -38,7 +38,7 @@ void CheckFolder(const fs::path& folder)
 {
     if (const int error = FolderError(folder))
         throw std::runtime_error(
-            fmt::format("cannot create folder {}: {}", FileText(folder), std::strerror(error)));
+            fmt::format("cannot create folder {}: {}", FileText(folder), base::ReasonOf(error)));
 }
 
 } // namespace
@@ -59,7 +59,7 @@ void CheckPlaces(const ConversionRequest& request)
     CheckOutput(request.exportObj);
     if (fs::is_directory(request.exportObj, error))
         throw std::runtime_error(
-            fmt::format("cannot write {}: {}", FileText(request.exportObj), std::strerror(EISDIR)));
+            fmt::format("cannot write {}: {}", FileText(request.exportObj), base::ReasonOf(EISDIR)));
 }
 
 base::Diagnostics CheckShapesAreWhole(const DzNode& source, const ConversionRequest& request)

@@ -4,6 +4,7 @@
 #include "host_session.h"
 
 #include "base/cancellation.h"
+#include "base/reason.h"
 #include "command.h"
 #include "dzapp.h"
 #include "dzcontentmgr.h"
@@ -17,7 +18,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <clocale>
-#include <cstring>
 #include <optional>
 #include <set>
 #include <stdexcept>
@@ -59,9 +59,9 @@ void CheckFile(const fs::path& file)
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
     if (!fs::exists(status))
-        throw std::runtime_error(fmt::format("cannot open {}: {}", FileText(file), std::strerror(ENOENT)));
+        throw std::runtime_error(fmt::format("cannot open {}: {}", FileText(file), base::ReasonOf(ENOENT)));
     if (fs::is_directory(status))
-        throw std::runtime_error(fmt::format("cannot read {}: {}", FileText(file), std::strerror(EISDIR)));
+        throw std::runtime_error(fmt::format("cannot read {}: {}", FileText(file), base::ReasonOf(EISDIR)));
 }
 
 std::set<const DzNode*> NodesInScene()

@@ -3,12 +3,12 @@
 
 #include "mesh_files.h"
 
+#include "base/ascii.h"
 #include "base/errors.h"
 #include "command.h"
 #include "geometry/limits.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 
 namespace cli {
@@ -50,8 +50,7 @@ geometry::ObjContent ReadSurfaceFile(const std::filesystem::path& file)
 bool HasExtension(const std::filesystem::path& file, const char* lowerCaseExtension)
 {
     std::string extension = file.extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    std::transform(extension.begin(), extension.end(), extension.begin(), base::ToLowerAscii);
     return extension == lowerCaseExtension;
 }
 

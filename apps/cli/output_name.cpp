@@ -4,10 +4,10 @@
 #include "output_name.h"
 
 #include "base/atomic_file.h"
+#include "base/reason.h"
 #include "command.h"
 
 #include <cerrno>
-#include <cstring>
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -22,7 +22,7 @@ void CheckOutput(const fs::path& file)
     const long most = pathconf(folder.c_str(), _PC_NAME_MAX); // negative where that is open
     if (most > 0 && file.filename().native().size() > static_cast<std::size_t>(most))
         throw std::runtime_error(
-            fmt::format("cannot write {}: {}", FileText(file), std::strerror(ENAMETOOLONG)));
+            fmt::format("cannot write {}: {}", FileText(file), base::ReasonOf(ENAMETOOLONG)));
     base::CheckReplaceable(file);
 }
 

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "report.h"
+#include "base/reason.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <set>
 #include <vector>
@@ -175,7 +175,7 @@ base::Diagnostics& AllKeptForError()
 void WriteOutput(const std::string& text)
 {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-        throw std::runtime_error(fmt::format("cannot write to standard output: {}", std::strerror(errno)));
+        throw std::runtime_error(fmt::format("cannot write to standard output: {}", base::ReasonOf(errno)));
 }
 
 void EndOutput()
@@ -184,7 +184,7 @@ void EndOutput()
     if (!isFlushed || std::ferror(stdout) != 0)
         throw std::runtime_error(
             fmt::format("cannot write to standard output{}",
-                        isFlushed ? std::string() : std::string(": ") + std::strerror(errno)));
+                        isFlushed ? std::string() : std::string(": ") + base::ReasonOf(errno)));
 }
 
 std::string ReportText(const Json& report)

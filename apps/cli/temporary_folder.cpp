@@ -4,11 +4,11 @@
 #include "temporary_folder.h"
 
 #include "base/process_mark.h"
+#include "base/reason.h"
 #include "command.h"
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -60,7 +60,7 @@ fs::path Make(const fs::path& parent, const std::string& mark)
     std::string path = (parent / (beginning + mark + freeLetters)).string();
     if (!mkdtemp(path.data()))
         throw std::runtime_error(
-            fmt::format("cannot make a temporary folder in {}: {}", FileText(parent), std::strerror(errno)));
+            fmt::format("cannot make a temporary folder in {}: {}", FileText(parent), base::ReasonOf(errno)));
     return path;
 }
 

@@ -4,6 +4,7 @@
 #include "worker_process.h"
 
 #include "base/cancellation.h"
+#include "base/reason.h"
 #include "interrupt.h"
 #include "temporary_folder.h"
 
@@ -12,7 +13,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <optional>
 #include <stdexcept>
@@ -47,7 +47,7 @@ void PassSignalOn()
 
 [[noreturn]] void Fail(const std::string& what)
 {
-    throw std::runtime_error(fmt::format("{}: {}", what, std::strerror(errno)));
+    throw std::runtime_error(fmt::format("{}: {}", what, base::ReasonOf(errno)));
 }
 
 /// Ends of a pipe whose other ends are in the other process; told by its closing that this has ended.

@@ -5,6 +5,7 @@
 #include <tbb/parallel_for.h>
 
 #include "base/cancellation.h"
+#include "base/reason.h"
 #include "library/header_index.h"
 
 #include "base/errors.h"
@@ -177,7 +178,8 @@ void HeaderIndex::open()
     std::error_code error;
     fs::create_directories(file.parent_path(), error);
     if (error || file.empty())
-        throw IndexError(IndexError::Kind::Useless, error ? error.message() : "there is no cache folder");
+        throw IndexError(IndexError::Kind::Useless,
+                         error ? base::ReasonOf(error) : "there is no cache folder");
     _database = std::make_unique<IndexDatabase>(file, indexVersion, tables);
 }
 

@@ -8,6 +8,7 @@
 #include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/file_set.h"
+#include "base/reason.h"
 #include "base/write_bounds.h"
 #include "dson/dhdm.h"
 #include "dson/reader.h"
@@ -210,7 +211,7 @@ public:
             std::error_code error;
             fs::create_directories(folder, error);
             if (error)
-                throw base::IoError("cannot create folder {}: {}", folder.string(), error.message());
+                throw base::IoError("cannot create folder {}: {}", folder.string(), base::ReasonOf(error));
             set = std::make_unique<base::FileSet>(folder);
         }
         return *set;

@@ -6,6 +6,7 @@
 #include "app/current_attendant.h"
 #include "app/guard.h"
 #include "base/errors.h"
+#include "base/reason.h"
 #include "base/write_bounds.h"
 #include "dzapp.h"
 #include "dzauthor.h"
@@ -45,7 +46,7 @@ void MakeFolder(const std::filesystem::path& folder)
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error)
-        throw base::IoError("cannot create folder {}: {}", folder.string(), error.message());
+        throw base::IoError("cannot create folder {}: {}", folder.string(), base::ReasonOf(error));
 }
 
 dson::SceneAsset DescribeTrees(const std::vector<DzNode*>& roots, const char* type)
