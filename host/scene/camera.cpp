@@ -7,6 +7,7 @@
 #include "openhost/class_registry.h"
 #include "scene/camera_optics.h"
 #include "scene/node_transform.h"
+#include "scene/own_property.h"
 
 #include <algorithm>
 #include <cmath>
@@ -77,8 +78,10 @@ DzCamera::DzCamera()
     _perspective->setPath(QStringLiteral("/Camera/Lens"));
     for (DzProperty* const property :
          {static_cast<DzProperty*>(_focalLength), static_cast<DzProperty*>(_frameWidth),
-          static_cast<DzProperty*>(_focalDistance), static_cast<DzProperty*>(_perspective)})
+          static_cast<DzProperty*>(_focalDistance), static_cast<DzProperty*>(_perspective)}) {
         addProperty(property);
+        openhost::KeepProperty(*property);
+    }
 }
 
 DzCamera::~DzCamera() = default;

@@ -3,9 +3,11 @@
 
 #include "dzelement.h"
 
+#include "app/guard.h"
 #include "dzproperty.h"
 #include "dzpropertygrouptree.h"
 #include "scene/changes_together.h"
+#include "scene/own_property.h"
 
 #include <QHash>
 
@@ -166,10 +168,30 @@ DzError DzElement::insertProperty(DzProperty* property, bool isPrivate)
     return DZ_NO_ERROR;
 }
 
+namespace openhost {
+
+/// Few have it, so it takes no room in the others.
+constexpr const char* keptMark = "kept";
+
+void KeepProperty(DzProperty& property)
+{
+    property.QObject::setProperty(keptMark, true);
+}
+
+bool IsKept(const DzProperty& property)
+{
+    return property.QObject::property(keptMark).toBool();
+}
+
+} // namespace openhost
+
 DzError DzElement::removeProperty(DzProperty* property)
 {
     if (!property || property->getOwner() != this)
         return DZ_NOT_FOUND_ERROR;
+    // Programs may, and know what they do.
+    if (openhost::ForeignFrames::areAround() && openhost::IsKept(*property))
+        return DZ_ILLEGAL_ARGUMENT_ERROR;
     (property->isPrivate() ? _impl->privateProperties : _impl->properties).removeOne(property);
     _impl->byName.remove(property->getName());
     property->setOwner(nullptr, property->isPrivate());

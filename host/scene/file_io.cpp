@@ -27,6 +27,8 @@ void DzFileIO::getDefaultOptions(DzFileIOSettings*) const {}
 
 bool DzFileIO::getOptions(DzFileIOSettings* options, bool, const QString&)
 {
+    if (!options)
+        return false;
     DzFileIOSettings defaults;
     getDefaultOptions(&defaults);
     for (int i = 0; i < defaults.getNumValues(); ++i) {

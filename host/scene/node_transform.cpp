@@ -6,6 +6,7 @@
 #include "dznode.h"
 #include "dzobject.h"
 #include "node_impl.h"
+#include "scene/own_property.h"
 
 #include <utility>
 #include <vector>
@@ -30,6 +31,7 @@ DzFloatProperty* AddFloat(DzNode& node, const QString& axis, const QString& name
         MakeFloat(axis + name, QLatin1String("/General/Transforms/") + group, value);
     property->setLabel((axis + QLatin1Char(' ') + name).trimmed());
     node.addProperty(property);
+    openhost::KeepProperty(*property);
     return property;
 }
 
@@ -37,6 +39,7 @@ DzFloatProperty* AddPrivateFloat(DzNode& node, const QString& name)
 {
     DzFloatProperty* const property = MakeFloat(name, QStringLiteral("/General/Rigging"), 0.0f);
     node.addPrivateProperty(property);
+    openhost::KeepProperty(*property);
     return property;
 }
 
@@ -45,6 +48,7 @@ DzBoolProperty* AddSwitch(DzNode& node, const QString& name)
     auto* const property = new DzBoolProperty(name, true, false, true);
     property->setPath(QStringLiteral("/Display"));
     node.addProperty(property);
+    openhost::KeepProperty(*property);
     return property;
 }
 

@@ -5,6 +5,8 @@
 
 #include "dzapp.h"
 #include "openhost/class_registry.h"
+#include "script_limits.h"
+#include "script_result.h"
 #include "script_session.h"
 
 #include <QFile>
@@ -14,14 +16,14 @@ struct DzScript::Impl {
     QString code;
     QString filename;
     int timeLimit = 0;
-    QVariant result;
+    openhost::ScriptResult result;
     QString errorMessage;
     int errorLine = -1;
     QStringList stackTrace;
 
     void forget()
     {
-        result = QVariant();
+        result = openhost::ScriptResult();
         errorMessage.clear();
         errorLine = -1;
         stackTrace.clear();
@@ -29,13 +31,24 @@ struct DzScript::Impl {
 
     bool keep(const openhost::ScriptSession& session, bool succeeded)
     {
-        result = session.result();
+        result = openhost::ScriptResult(session.result());
         errorMessage = session.errorMessage();
         errorLine = session.errorLine();
         stackTrace = session.stackTrace();
         if (!succeeded)
             logError();
         return succeeded;
+    }
+
+    /// @return whether one more script may run
+    bool begin()
+    {
+        forget();
+        if (!openhost::ScriptSession::IsNestedTooDeeply())
+            return true;
+        errorMessage = QStringLiteral("more than %1 scripts run each other").arg(openhost::mostNestedScripts);
+        logError();
+        return false;
     }
 
     void logError() const
@@ -114,14 +127,16 @@ bool DzScript::execute()
 
 bool DzScript::execute(const QVariantList& args)
 {
-    _impl->forget();
+    if (!_impl->begin())
+        return false;
     openhost::ScriptSession session(args, _impl->timeLimit);
     return _impl->keep(session, session.evaluate(_impl->code, _impl->filename));
 }
 
 bool DzScript::call(const QString& function, const QVariantList& args)
 {
-    _impl->forget();
+    if (!_impl->begin())
+        return false;
     openhost::ScriptSession session(args, _impl->timeLimit);
     const bool succeeded = session.evaluate(_impl->code, _impl->filename) && session.call(function, args);
     return _impl->keep(session, succeeded);
@@ -129,7 +144,7 @@ bool DzScript::call(const QString& function, const QVariantList& args)
 
 QVariant DzScript::result() const
 {
-    return _impl->result;
+    return _impl->result.value();
 }
 
 QString DzScript::errorMessage() const
@@ -150,6 +165,8 @@ QStringList DzScript::stackTrace() const
 QVariant DzScript::evaluate(const QString& code, QObject* context)
 {
     DzScript script;
+    if (!script._impl->begin())
+        return QVariant();
     openhost::ScriptSession session(QVariantList(), 0);
     QScriptEngine& engine = session.engine();
     QScriptContext* const frame = engine.pushContext();

@@ -62,6 +62,7 @@
 #include "tools/transfer_utility.h"
 
 #include <QSize>
+#include <QWidget>
 
 Q_DECLARE_METATYPE(QObjectList) // under the name that the engine gives it
 Q_DECLARE_METATYPE(DzVec3)
@@ -187,6 +188,8 @@ void EnumerationFromScript(const QScriptValue& number, Enumeration& value)
 
 void RegisterTypes(QScriptEngine& engine)
 {
+    // The engine's own ways of wrapping leave deletion and signals open.
+    RegisterPointers<QObject, QWidget>(engine);
     RegisterPointers<DzBase, DzElement, DzNode, DzSkeleton, DzFigure, DzBone, DzObject, DzShape, DzFacetShape,
                      DzModifier, DzMorph, DzSkinBinding, DzDForm, DzDFormModifier, DzCamera, DzBasicCamera>(
         engine);
@@ -251,18 +254,21 @@ QScriptValue WrapObject(QScriptEngine& engine, QObject* object)
 {
     if (!object)
         return engine.nullValue();
-    return engine.newQObject(object, QScriptEngine::QtOwnership,
-                             QScriptEngine::PreferExistingWrapperObject | QScriptEngine::ExcludeDeleteLater);
+    QScriptValue wrapper =
+        engine.newQObject(object, QScriptEngine::QtOwnership,
+                          QScriptEngine::PreferExistingWrapperObject | QScriptEngine::ExcludeDeleteLater);
+    ScriptSession::Of(&engine).signalGuard().guard(wrapper);
+    return wrapper;
 }
 
 void RegisterScriptClasses(QScriptEngine& engine)
 {
     RegisterTypes(engine);
-    // All wrapped objects share one prototype.
-    WrapObject(engine, dzScene)
-        .prototype()
-        .setProperty(QStringLiteral("inherits"), engine.newFunction(Inherits),
-                     QScriptValue::SkipInEnumeration);
+    // All wrapped objects share one prototype, which is an object of Qt's itself.
+    QScriptValue prototype = WrapObject(engine, dzScene).prototype();
+    prototype.setProperty(QStringLiteral("inherits"), engine.newFunction(Inherits),
+                          QScriptValue::SkipInEnumeration);
+    ScriptSession::Of(&engine).signalGuard().guard(prototype);
     QScriptValue global = engine.globalObject();
     for (const QMetaObject* const metaObject : enumerationClasses)
         global.setProperty(QLatin1String(metaObject->className()),

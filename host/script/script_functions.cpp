@@ -191,8 +191,9 @@ void RegisterScriptFunctions(QScriptEngine& engine)
     global.setProperty(QStringLiteral("App"), WrapObject(engine, dzApp));
     if (dzApp->getInterface())
         global.setProperty(QStringLiteral("MainWindow"), WrapObject(engine, dzApp->getInterface()));
-    global.setProperty(QStringLiteral("MessageBox"),
-                       engine.newQObject(new ScriptMessageBox, QScriptEngine::ScriptOwnership));
+    auto* const messageBox = new ScriptMessageBox;
+    messageBox->setParent(&ScriptSession::Of(&engine));
+    global.setProperty(QStringLiteral("MessageBox"), WrapObject(engine, messageBox));
 }
 
 } // namespace openhost

@@ -10,5 +10,7 @@ namespace openhost {
 constexpr unsigned longestScriptArray = 10000000;
 /// Arrays and objects in each other that a script's result may be made of; they are copied by recursion.
 constexpr int deepestScriptResult = 1000;
+/// Scripts that run each other. Each has an engine, which sets gigabytes of address space aside.
+constexpr int mostNestedScripts = 8;
 
 } // namespace openhost

@@ -15,6 +15,8 @@
 #include "openhost/diagnostics.h"
 #include "script_classes.h"
 #include "script_functions.h"
+#include "script_limits.h"
+#include "script_result.h"
 
 #include <csignal>
 
@@ -150,6 +152,11 @@ bool ScriptSession::checkStop()
         _engine.abortEvaluation();
     }
     return _wasStopped;
+}
+
+bool ScriptSession::IsNestedTooDeeply()
+{
+    return g_running >= mostNestedScripts;
 }
 
 void ScriptSession::StopAll()

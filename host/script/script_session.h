@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "signal_guard.h"
+
 #include <QElapsedTimer>
 #include <QPointer>
 #include <QScriptEngine>
@@ -41,6 +43,11 @@ public:
     /// Remembers an object that the script made.
     void adopt(QObject* object);
 
+    SignalGuard& signalGuard() { return _signalGuard; }
+
+    /// Whether as many scripts as may be run each other now.
+    static bool IsNestedTooDeeply();
+
     /// Ends every run, until one begins while none is left. Async-signal-safe.
     static void StopAll();
 
@@ -52,6 +59,7 @@ private:
     bool finish(const QScriptValue& value);
 
     QScriptEngine _engine;
+    SignalGuard _signalGuard{_engine};
     QVariantList _arguments;
     std::vector<QPointer<QObject>> _made;
     QElapsedTimer _clock;

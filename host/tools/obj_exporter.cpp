@@ -120,6 +120,8 @@ QString DzObjExporter::getDescription() const
 
 void DzObjExporter::getDefaultOptions(DzFileIOSettings* options) const
 {
+    if (!options)
+        return;
     openhost::SetDefaultObjSpace(*options);
     options->setIntValue(QLatin1String("FloatPrecision"), 6);
     options->setBoolValue(QLatin1String("IgnoreInvisible"), true);

@@ -65,6 +65,8 @@ QString DzObjImporter::getDescription() const
 
 void DzObjImporter::getDefaultOptions(DzFileIOSettings* options) const
 {
+    if (!options)
+        return;
     openhost::SetDefaultObjSpace(*options);
     for (const char* const key :
          {"IncludeVT", "IncludeF", "IncludeL", "IncludeG", "IncludeUsemtl", "IncludeMtllib"})

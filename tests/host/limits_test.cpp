@@ -52,6 +52,7 @@ TEST(Limits, in_the_table_are_those_of_the_code)
         {"deepestNesting", dson::deepestNesting},
         {"deepestDetailLevel", dson::deepestDetailLevel},
         {"mostDetailFaces", dson::mostDetailFaces},
+        {"mostNestedScripts", openhost::mostNestedScripts},
         {"longestScriptArray", openhost::longestScriptArray},
         {"deepestScriptResult", openhost::deepestScriptResult},
         {"deepestSettings", openhost::deepestSettings},

@@ -310,6 +310,8 @@ QString DzMorphSupportAssetFilter::getDescription() const
 
 DzError DzMorphSupportAssetFilter::doSave(DzFileIOSettings* options, const QString&, const QString&)
 {
+    if (!options)
+        return DZ_ILLEGAL_ARGUMENT_ERROR;
     if (const DzError error = CheckPlace(*options))
         return error;
     const auto save = [options] {

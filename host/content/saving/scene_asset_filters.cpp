@@ -76,7 +76,8 @@ QString WithUserExtension(const QString& filename)
 
 void DzUserAssetFilter::getDefaultOptions(DzFileIOSettings* options) const
 {
-    options->setBoolValue(QLatin1String(compressKey), true);
+    if (options)
+        options->setBoolValue(QLatin1String(compressKey), true);
 }
 
 std::vector<openhost::OptionRow> DzUserAssetFilter::optionRows() const
@@ -165,7 +166,8 @@ QString DzPoseAssetFilter::getStandardSaveRelativePath() const
 void DzPoseAssetFilter::getDefaultOptions(DzFileIOSettings* options) const
 {
     DzUserAssetFilter::getDefaultOptions(options);
-    options->setBoolValue(QLatin1String(frameKey), true);
+    if (options)
+        options->setBoolValue(QLatin1String(frameKey), true);
 }
 std::vector<openhost::OptionRow> DzPoseAssetFilter::optionRows() const
 {
