@@ -8,6 +8,8 @@
 #include "dzmorphdeltas.h"
 #include "dzpresentation.h"
 
+#include <QPointer>
+
 #include <cstdint>
 
 struct DzModifier::ModifierImpl {
@@ -16,7 +18,7 @@ struct DzModifier::ModifierImpl {
 };
 
 struct DzMorph::MorphImpl {
-    DzFloatProperty* dial = nullptr;
+    QPointer<DzFloatProperty> dial; ///< null once it was removed
     DzMorphDeltasPtr deltas;
     DzUri assetUri;
     bool assetModified = false;

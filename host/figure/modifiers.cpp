@@ -79,13 +79,16 @@ void DzMorph::makeDial()
 
 QString DzMorph::getLabel() const
 {
+    if (!_morph->dial)
+        return DzModifier::getLabel();
     const QString label = _morph->dial->getLabel();
     return label == _morph->dial->getName() && !getName().isEmpty() ? getName() : label;
 }
 
 DzError DzMorph::setLabel(const QString& label)
 {
-    _morph->dial->setLabel(label);
+    if (_morph->dial)
+        _morph->dial->setLabel(label);
     return DzModifier::setLabel(label);
 }
 

@@ -12,6 +12,8 @@
 #include <QFile>
 #include <QScriptEngine>
 
+#include <algorithm>
+
 struct DzScript::Impl {
     QString code;
     QString filename;
@@ -66,7 +68,9 @@ DzScript::~DzScript() = default;
 void DzScript::addLine(const QString& line, int indent)
 {
     constexpr int indentWidth = 4;
-    _impl->code += QString(indent * indentWidth, QLatin1Char(' ')) + line + QLatin1Char('\n');
+    constexpr int mostLevels = 1000; // blanks mean nothing to the code
+    _impl->code +=
+        QString(std::clamp(indent, 0, mostLevels) * indentWidth, QLatin1Char(' ')) + line + QLatin1Char('\n');
 }
 
 void DzScript::addCode(const QString& code)

@@ -37,6 +37,14 @@ TEST_F(ScriptSurvivalTest, options_that_are_null_are_refused)
               "true");
 }
 
+TEST_F(ScriptSurvivalTest, a_line_stands_where_anybody_could_write_it)
+{
+    EXPECT_EQ(textOf("var script = new DzScript();"
+                     "for (var i in [-5, 1e9, 2147483647]) script.addLine('1;', [-5, 1e9, 2147483647][i]);"
+                     "script.getCode().length < 10000 && script.execute() && script.result()"),
+              "1");
+}
+
 TEST_F(ScriptSurvivalTest, a_node_and_a_camera_keep_the_properties_they_are_built_upon)
 {
     EXPECT_EQ(textOf("var kept = [], nodes = [new DzNode(), new DzBasicCamera()];"
@@ -48,6 +56,14 @@ TEST_F(ScriptSurvivalTest, a_node_and_a_camera_keep_the_properties_they_are_buil
                      "}"
                      "kept.join() + nodes[0].getXPosControl().getValue()"),
               "true,true0");
+}
+
+TEST_F(ScriptSurvivalTest, a_morph_lives_without_its_dial)
+{
+    EXPECT_EQ(textOf("var morph = new DzMorph(); morph.setName('Smile');"
+                     "var removed = morph.removeProperty(morph.getValueControl());"
+                     "morph.setLabel('Grin'); [removed, morph.getValueControl(), morph.getLabel()].join()"),
+              "0,,Grin");
 }
 
 TEST_F(ScriptSurvivalTest, scripts_that_run_each_other_for_ever_end)
@@ -64,13 +80,15 @@ TEST_F(ScriptSurvivalTest, scripts_that_run_each_other_for_ever_end)
 TEST_F(ScriptSurvivalTest, a_result_that_is_too_deep_is_left_out)
 {
     const openhost::DiagnosticsCollector met(dzApp->diagnostics());
-    EXPECT_EQ(textOf("var deep = {}; for (var i = 0; i < 1e6; ++i) deep = i % 2 ? {held: deep} : [deep]; deep"),
-              "");
+    EXPECT_EQ(
+        textOf("var deep = {}; for (var i = 0; i < 1e6; ++i) deep = i % 2 ? {held: deep} : [deep]; deep"),
+        "");
     ASSERT_EQ(met.all().size(), 1u);
     EXPECT_EQ(base::ToLine(met.all()[0]),
               "script: its result is nested too deeply and is left out");
     DzScript script;
-    script.setCode(QLatin1String("var all = []; all.push(all); for (var i = 0; i < 5000; ++i) all.push({a: [i]}); all"));
+    script.setCode(
+        QLatin1String("var all = []; all.push(all); for (var i = 0; i < 5000; ++i) all.push({a: [i]}); all"));
     ASSERT_TRUE(script.execute());
     EXPECT_EQ(script.result().toList().size(), 5001) << "neither long nor ringed is deep";
 }
@@ -78,7 +96,8 @@ TEST_F(ScriptSurvivalTest, a_result_that_is_too_deep_is_left_out)
 TEST_F(ScriptSurvivalTest, a_result_names_no_object_that_went_with_its_script)
 {
     DzScript script;
-    script.setCode(QLatin1String("Scene.addNode(new DzNode()); [Scene.getNode(0), new DzNode(), {held: new DzNode()}]"));
+    script.setCode(
+        QLatin1String("Scene.addNode(new DzNode()); [Scene.getNode(0), new DzNode(), {held: new DzNode()}]"));
     ASSERT_TRUE(script.execute());
     QVariantList all = script.result().toList();
     ASSERT_EQ(all.size(), 3);
