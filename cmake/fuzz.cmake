@@ -12,6 +12,7 @@ function(gantrel_add_fuzz_targets program)
         ${fuzz}/obj.cpp
         ${fuzz}/options.cpp
         ${fuzz}/scene.cpp
+        ${fuzz}/script.cpp
         ${fuzz}/target.cpp
         ${fuzz}/uri.cpp
         ${tests}/host/content_fixture.cpp
