@@ -64,6 +64,9 @@ DzMorph* Examine(const openhost::NameConflict& conflict, bool mayOverwrite)
 
 void CheckMorphName(const std::string& name)
 {
+    // Qt reads over it, so that no file would bear the name.
+    if (name.rfind("\xEF\xBB\xBF", 0) == 0)
+        throw UsageError("--name begins with a byte order mark (U+FEFF), which nobody sees");
     if (QString::fromStdString(name).toStdString() != name)
         throw UsageError("--name is not UTF-8");
     if (openhost::IsBlankName(QString::fromStdString(name)))

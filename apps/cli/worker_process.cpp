@@ -163,8 +163,9 @@ void ThrowIfKilled(int status, bool wasLate, const WorkerProcess::Options& optio
         throw std::runtime_error(fmt::format("{}: the script was stopped after {} s", options.name,
                                              std::chrono::duration<double>(options.timeout).count()));
     throw std::runtime_error(
-        fmt::format("{}: the script ended the engine ({}), as one does that takes more than {} megabytes",
-                    options.name, strsignal(WTERMSIG(status)), options.megabytes));
+        fmt::format("{}: the script took more than {} megabytes, which --memory can raise, or met a fault of "
+                    "the engine ({})",
+                    options.name, options.megabytes, strsignal(WTERMSIG(status))));
 }
 
 [[noreturn]] void EndAs(int status)

@@ -274,6 +274,8 @@ TEST_F(ConvertFailure, for_a_name_that_is_none_makes_nothing)
     }
     morphName = "Zo\xEB";
     expectNothingMade(anywhere, 2, "--name is not UTF-8.");
+    morphName = "\xEF\xBB\xBFZoe";
+    expectNothingMade(anywhere, 2, "--name begins with a byte order mark (U+FEFF), which nobody sees.");
 }
 
 TEST_F(ConvertFailure, leaves_nothing_of_a_morph_that_is_replaced)
