@@ -31,6 +31,14 @@ endif()
 if(GANTREL_SANITIZE)
     add_compile_options(-fsanitize=${GANTREL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
     add_link_options(-fsanitize=${GANTREL_SANITIZE})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+        # What the sanitizers add makes the compiler warn about the standard library's own regular expressions.
+        add_compile_options(-Wno-maybe-uninitialized)
+    endif()
+endif()
+if(GANTREL_SANITIZE STREQUAL thread)
+    # Loops of the packaged oneTBB, which is not instrumented, would look like races.
+    include_directories(BEFORE ${CMAKE_CURRENT_LIST_DIR}/watched_threads)
 endif()
 
 # gantrel_precompile(target [FROM OTHER]): reads once what most sources of the target begin with; of targets with the

@@ -6,6 +6,8 @@
 #include "obj_scan.h"
 
 #include <cassert>
+#include <cmath>
+#include <limits>
 
 namespace geometry {
 
@@ -75,15 +77,20 @@ private:
         for (int k = 0; k < 3; ++k) {
             if (!_scan.nextToken())
                 throw ObjFault{record, "vertex has fewer than three coordinates"};
-            const char* const start = _scan.at();
-            const float value = static_cast<float>(_scan.takeNumber() * _placement.factors[k]);
-            if (!std::isfinite(value))
-                throw ObjFault{record, "bad number \"" +
-                                           std::string(start, static_cast<std::size_t>(_scan.at() - start)) +
-                                           "\""};
-            position[_placement.axes[k]] = value;
+            position[_placement.axes[k]] = takeFloat(record, _placement.factors[k]);
         }
         _chunk.positions.push_back(position);
+    }
+
+    /// A number that is finite in the precision that meshes have.
+    float takeFloat(const char* record, double factor = 1.0)
+    {
+        const char* const start = _scan.at();
+        const double value = _scan.takeNumber() * factor;
+        if (std::abs(value) > std::numeric_limits<float>::max())
+            throw ObjFault{record, "bad number \"" +
+                                       std::string(start, static_cast<std::size_t>(_scan.at() - start)) + "\""};
+        return static_cast<float>(value);
     }
 
     void parseTexCoord(const char* record)
@@ -91,9 +98,9 @@ private:
         if (!_scan.nextToken())
             throw ObjFault{record, "texture coordinate has no number"};
         TexCoords::Uv uv;
-        uv.u = static_cast<float>(_scan.takeNumber());
+        uv.u = takeFloat(record);
         if (_scan.nextToken())
-            uv.v = static_cast<float>(_scan.takeNumber());
+            uv.v = takeFloat(record);
         _chunk.uvs.push_back(uv);
     }
 

@@ -149,6 +149,7 @@ TEST(ParseObj, names_file_line_and_fault)
     EXPECT_THROW_MSG(Parse("v 1 2 -inf\n"), base::FormatError, "body.obj:1: bad number \"-inf\"");
     EXPECT_THROW_MSG(Parse("v 1 2 1e999\n"), base::FormatError, "body.obj:1: bad number \"1e999\"");
     EXPECT_THROW_MSG(Parse("v 1 2 1e39\n"), base::FormatError, "body.obj:1: bad number \"1e39\"");
+    EXPECT_THROW_MSG(Parse("vt 0 1e39\n"), base::FormatError, "body.obj:1: bad number \"1e39\"");
     EXPECT_THROW_MSG(Parse("v 1 2\n"), base::FormatError,
                      "body.obj:1: vertex has fewer than three coordinates");
     EXPECT_THROW_MSG(Parse("v 0 0 0\n\nf 1 1\n"), base::FormatError,
