@@ -89,7 +89,8 @@ private:
         const double value = _scan.takeNumber() * factor;
         if (std::abs(value) > std::numeric_limits<float>::max())
             throw ObjFault{record, "bad number \"" +
-                                       std::string(start, static_cast<std::size_t>(_scan.at() - start)) + "\""};
+                                       std::string(start, static_cast<std::size_t>(_scan.at() - start)) +
+                                       "\""};
         return static_cast<float>(value);
     }
 

@@ -84,8 +84,7 @@ TEST_F(ScriptSurvivalTest, a_result_that_is_too_deep_is_left_out)
         textOf("var deep = {}; for (var i = 0; i < 1e6; ++i) deep = i % 2 ? {held: deep} : [deep]; deep"),
         "");
     ASSERT_EQ(met.all().size(), 1u);
-    EXPECT_EQ(base::ToLine(met.all()[0]),
-              "script: its result is nested too deeply and is left out");
+    EXPECT_EQ(base::ToLine(met.all()[0]), "script: its result is nested too deeply and is left out");
     DzScript script;
     script.setCode(
         QLatin1String("var all = []; all.push(all); for (var i = 0; i < 5000; ++i) all.push({a: [i]}); all"));
