@@ -27,16 +27,18 @@ constexpr std::size_t threads = 4, piecesPerThread = 4;
 template <typename Body>
 void ForPieces(std::size_t pieces, const Body& body)
 {
-    // Relaxed: taking a piece may not put the threads' work in an order, which would hide their races.
-    std::atomic<std::size_t> next{0};
+    std::atomic<bool> hasFailed{false};
     std::mutex failing;
     std::exception_ptr failure;
-    const auto work = [&] {
+    // Dealt out beforehand: whoever came first could take all, and taking them in turns would put their work
+    // in an order. Either hides races.
+    const auto work = [&](std::size_t first) {
         try {
-            for (std::size_t piece; (piece = next.fetch_add(1, std::memory_order_relaxed)) < pieces;)
+            for (std::size_t piece = first; piece < pieces && !hasFailed.load(std::memory_order_relaxed);
+                 piece += threads)
                 body(piece);
         } catch (...) {
-            next.store(pieces, std::memory_order_relaxed);
+            hasFailed.store(true, std::memory_order_relaxed);
             const std::lock_guard<std::mutex> lock(failing);
             if (!failure)
                 failure = std::current_exception();
@@ -44,7 +46,7 @@ void ForPieces(std::size_t pieces, const Body& body)
     };
     std::vector<std::thread> team;
     for (std::size_t t = 0; t < std::min(threads, pieces); ++t)
-        team.emplace_back(work);
+        team.emplace_back(work, t);
     for (std::thread& member : team)
         member.join();
     if (failure)
