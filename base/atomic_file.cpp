@@ -12,6 +12,8 @@
 
 #include <atomic>
 #include <cerrno>
+#include <mutex>
+#include <set>
 #include <vector>
 
 #include <fcntl.h>
@@ -88,6 +90,16 @@ int Uninterrupted(Call call)
     return result;
 }
 
+/// For a program once in each folder: who writes thousands of files does not list it for each of them.
+void RemoveUnfinishedFilesOnce(const fs::path& folder)
+{
+    static std::mutex asking;
+    static std::set<fs::path> asked;
+    const std::lock_guard<std::mutex> lock(asking);
+    if (asked.insert(folder).second)
+        RemoveUnfinishedFiles(folder);
+}
+
 } // namespace
 
 AtomicFile::AtomicFile(const fs::path& target, Durability durability)
@@ -96,7 +108,7 @@ AtomicFile::AtomicFile(const fs::path& target, Durability durability)
     // Told now rather than at the end, when other files may have been put in place already.
     ThrowIfOutOfBounds(_target);
     CheckReplaceable(_named);
-    RemoveUnfinishedFiles(_target.parent_path());
+    RemoveUnfinishedFilesOnce(_target.parent_path());
     _stream = std::fopen(_unfinished.string().c_str(), "wbx");
     if (!_stream)
         fail(errno);

@@ -7,6 +7,7 @@
 #include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/file_set.h"
+#include "base/reason.h"
 #include "dzappsettings.h"
 #include "openhost/diagnostics.h"
 
@@ -15,7 +16,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <optional>
 
@@ -75,7 +75,7 @@ bool SetAside()
     const QByteArray file = QFile::encodeName(FileName());
     if (std::rename(file.constData(), (file + ".broken").constData()) != 0) {
         Tell(QStringLiteral("the settings cannot be read, nor set aside: ") +
-             QString::fromLocal8Bit(std::strerror(errno)));
+             QString::fromStdString(base::ReasonOf(errno)));
         return false;
     }
     Report({base::Severity::Warning,

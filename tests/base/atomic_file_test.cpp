@@ -110,10 +110,11 @@ TEST(AtomicFile, removes_what_writers_left_that_have_ended)
     EXPECT_EQ(Refusal(folder.path() / "Otto.dsf"), "");
     EXPECT_EQ(folder.contents(), (Contents{{"Otto.dsf", "new"}, {own, "mine"}}));
     // What a journal tells of is to be put in place yet.
-    folder.write(left, "part of a set");
-    folder.write(base::fileSetJournal, "");
-    EXPECT_EQ(Refusal(folder.path() / "Otto.dsf"), "");
-    EXPECT_EQ(folder.read(left), "part of a set");
+    const ScratchFolder other;
+    other.write(left, "part of a set");
+    other.write(base::fileSetJournal, "");
+    EXPECT_EQ(Refusal(other.path() / "Otto.dsf"), "");
+    EXPECT_EQ(other.read(left), "part of a set");
 }
 
 TEST(AtomicFile, may_have_the_longest_of_names)

@@ -4,6 +4,7 @@
 #include "library/content_paths.h"
 
 #include "base/file_set.h"
+#include "base/reason.h"
 #include "dson/uri.h"
 #include "openhost/diagnostics.h"
 
@@ -103,7 +104,7 @@ void TellUnlisted(const std::string& folder, const std::error_code& error)
     Report({base::Severity::Error,
             folder,
             {},
-            "the folder cannot be read, and what lies in it is missing: " + error.message()});
+            "the folder cannot be read, and what lies in it is missing: " + base::ReasonOf(error)});
 }
 
 /// Gathers the files of an extension below a folder. What a link leads to and is there without it counts as
