@@ -13,12 +13,6 @@ namespace dson {
 
 namespace {
 
-/// "#id" to id.
-std::string ReferencedId(const std::string& uri)
-{
-    return ParseUri(uri).id;
-}
-
 void ParseRigVector(const Element& node, std::string_view member, std::array<double, 3>& values)
 {
     ForEachAxis(node, member, [&](int axis, const Element& item) {
@@ -90,9 +84,15 @@ Node ParseNode(const Element& json, ParseContext& context)
     const std::string id = Text(json, "id");
     Node node = MakeNode(id, Text(json, "label", Text(json, "name", id)), Text(json, "type", "node"));
     node.name = Text(json, "name", id);
-    node.parent = ReferencedId(Text(json, "parent"));
-    node.rotationOrder = Text(json, "rotation_order", "XYZ");
-    node.inheritsScale = Flag(json, "inherits_scale", true);
+    node.parent = ParseUri(NodeReference(json, "parent", context)).id;
+    if (const std::string order = RotationOrder(json, "XYZ", context); !order.empty())
+        node.rotationOrder = order;
+    node.inheritsScale = InheritsScale(json).value_or(true);
+    TellInheritsScale(json, context);
+    bool hasGeometries = false;
+    ForEach(json, "geometries", [&hasGeometries](const Element&) { hasGeometries = true; });
+    if (hasGeometries)
+        context.odd.add(OddParts::Kind::Node, "geometries in the definition, which have no effect there", id);
     ParseRigVector(json, "center_point", node.centerPoint);
     ParseRigVector(json, "end_point", node.endPoint);
     ParseRigVector(json, "orientation", node.orientation);

@@ -94,7 +94,8 @@ GeometryInstance ParseGeometryInstance(const Element& json, ParseContext& contex
     geometry.url = Text(json, "url");
     geometry.name = Text(json, "name");
     geometry.label = Text(json, "label");
-    if (const auto level = Number(json, "current_subdivision_level"))
+    TellGeometryType(json, context);
+    if (const auto level = GivenLevel(json, context))
         geometry.subdivisionLevel = SubdivisionLevel(*level, geometry.id, context);
     ReadExtraChannels(json, geometry.channels);
     geometry.kept = KeptOfGeometry(json);
@@ -139,17 +140,18 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
     instance.url = Text(json, "url");
     instance.name = Text(json, "name");
     instance.label = Text(json, "label");
-    instance.parent = Text(json, "parent");
+    instance.parent = NodeReference(json, "parent", context);
     if (instance.parent.empty()) {
-        instance.parent = Text(json, "parent_in_place");
+        instance.parent = NodeReference(json, "parent_in_place", context);
         instance.inPlace = !instance.parent.empty();
     }
     instance.conformTarget = Text(json, "conform_target");
     if (const auto target = Find(json, "conform_target"); target && !target->is_string())
         context.warn(instance.id,
                      "is to be fitted to what is no reference to a figure, and is fitted to nothing");
-    instance.rotationOrder = Text(json, "rotation_order");
-    instance.inheritsScale = GivenFlag(json, "inherits_scale");
+    instance.rotationOrder = RotationOrder(json, "its definition's", context);
+    instance.inheritsScale = InheritsScale(json);
+    TellInheritsScale(json, context);
     for (const char* const member :
          {"translation", "rotation", "scale", "center_point", "end_point", "orientation"})
         ReadInstanceVector(json, member, instance);

@@ -59,8 +59,11 @@ std::optional<double> ResolutionChannel(const Element& json, std::string_view id
     ForEach(json, "extra", [&](const Element& extra) {
         ForEach(extra, "channels", [&](const Element& entry) {
             const auto channel = Find(entry, "channel");
-            if (channel && Text(*channel, "id") == id)
-                value = Number(*channel, "value");
+            if (!channel || Text(*channel, "id") != id)
+                return;
+            value = Number(*channel, "value");
+            if (!value && Find(*channel, "value"))
+                ReadingTally::addSpoilt(id);
         });
     });
     return value;
@@ -119,6 +122,7 @@ Geometry ParseGeometry(const Element& json, ParseContext& context)
     geometry.id = Text(json, "id");
     geometry.name = Text(json, "name", geometry.id);
     geometry.label = Text(json, "label", geometry.name);
+    TellGeometryType(json, context);
     geometry.subdivisionSurface = Text(json, "type", "polygon_mesh") == "subdivision_surface";
     const auto mode = Find(json, "edge_interpolation_mode");
     geometry.edgeInterpolation = mode ? EdgeInterpolationMode(*mode, geometry.id, context) : std::string();

@@ -6,6 +6,7 @@
 #include "base/diagnostic.h"
 #include "dson/reader.h"
 #include "json_view.h"
+#include "odd_parts.h"
 #include "part_list.h"
 #include "subdivision_parts.h"
 
@@ -18,6 +19,7 @@ struct ParseContext {
     base::Diagnostics& diagnostics;
     OddLists lists = {};               ///< to be told at the end
     OddSubdivisions subdivisions = {}; ///< likewise
+    OddParts odd = {};                 ///< likewise
 
     /// @param asset  id of what is concerned; empty for the file as a whole
     void warn(std::string asset, std::string what)

@@ -72,7 +72,7 @@ void ReadLibraries(const Element& root, Document& document, ParseContext& contex
     ReadUvSets(root, document, context);
     std::vector<std::size_t> unsaid;
     for (const Element& json : PartsOf(root, "node_library", context.lists)) {
-        if (!Find(json, "inherits_scale"))
+        if (!SaysInheritsScale(json))
             unsaid.push_back(document.nodes.size());
         document.nodes.push_back(ParseNode(json, context));
     }
@@ -273,6 +273,7 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
     for (const Element& scene : ScenesOf(parsed.root(), context.lists))
         ReadScene(parsed.root(), scene, document, context);
     context.subdivisions.tell(context);
+    context.odd.tell(context);
     TellOfLists(parsed, context);
     CheckIds(document, context);
     document.influenceMaps = CollectInfluenceMaps(parsed.root(), context);

@@ -58,9 +58,9 @@ void ReadingTally::tell(ParseContext& context) const
                                      Counted(_texts.count, "number", "numbers"), _texts.example));
     if (_spoilt.count > 0)
         context.warn(
-            {}, fmt::format("has {}, not taken over, such as of {}",
+            {}, fmt::format("has {}, not taken over{}",
                             Counted(_spoilt.count, "value that is no number", "values that are no numbers"),
-                            _spoilt.example));
+                            _spoilt.example.empty() ? std::string() : ", such as of " + _spoilt.example));
     if (!_noLists.empty())
         context.warn(
             {}, fmt::format("has members that should be lists and are none: {}", fmt::join(_noLists, ", ")));

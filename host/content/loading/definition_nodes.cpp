@@ -19,9 +19,6 @@
 #include "geometry/deform_field.h"
 #include "library/asset_origin.h"
 #include "loading/channel_properties.h"
-#include "openhost/diagnostics.h"
-
-#include <fmt/format.h>
 
 namespace openhost {
 
@@ -101,12 +98,7 @@ std::unique_ptr<DzNode> MakeNode(const dson::Node& definition)
     node->setName(ToQ(definition.name));
     node->setLabel(ToQ(definition.label));
     DzRotationOrder order;
-    if (!order.fromString(ToQ(definition.rotationOrder)))
-        Report({base::Severity::Warning,
-                {},
-                definition.id,
-                fmt::format("the node has the unknown rotation order {}; XYZ is used",
-                            definition.rotationOrder)});
+    order.fromString(ToQ(definition.rotationOrder)); // a file's reader takes over none but those there are
     node->setRotationOrder(order);
     node->setInheritsScale(definition.inheritsScale);
     node->setOrigin(ToVector(definition.centerPoint));

@@ -15,7 +15,7 @@ class DzPresentation;
 
 namespace openhost {
 
-/// Without geometry, parent and children. An unknown rotation order is told in the log and counts as XYZ.
+/// Without geometry, parent and children. An unknown rotation order counts as XYZ.
 std::unique_ptr<DzNode> MakeNode(const dson::Node& definition);
 /// The mesh and its present subdivision level, in one shape.
 std::unique_ptr<DzObject> MakeObject(const dson::Geometry& geometry);
