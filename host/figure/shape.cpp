@@ -12,6 +12,8 @@
 #include "dzskinbinding.h"
 #include "figure/pipeline.h"
 
+#include <QPointer>
+
 DzShape::DzShape() : _object(nullptr) {}
 DzShape::~DzShape() = default;
 
@@ -34,9 +36,11 @@ DzElement* DzShape::getElementParent() const
 
 struct DzFacetShape::Impl {
     DzFacetMeshPtr mesh;
-    DzEnumProperty* resolution = nullptr;
-    DzIntProperty* viewLevel = nullptr;
-    DzIntProperty* renderLevel = nullptr;
+    bool isSubdivided = false;
+    // Each is null once it was removed, as scripts may do.
+    QPointer<DzEnumProperty> resolution;
+    QPointer<DzIntProperty> viewLevel;
+    QPointer<DzIntProperty> renderLevel;
 };
 
 namespace {
@@ -92,8 +96,9 @@ void DzFacetShape::handleMeshChanged()
 
 void DzFacetShape::enableSubDivision(bool onOff)
 {
-    if (onOff == (_impl->resolution != nullptr))
+    if (onOff == _impl->isSubdivided)
         return;
+    _impl->isSubdivided = onOff;
     if (onOff) {
         auto* const resolution = new DzEnumProperty(QStringLiteral("lodlevel"), false, false, 1);
         resolution->setLabel(QStringLiteral("Resolution Level"));
@@ -106,12 +111,18 @@ void DzFacetShape::enableSubDivision(bool onOff)
             AddLevel(*this, QStringLiteral("SubDIALevel"), QStringLiteral("View SubD Level"), 1);
         _impl->renderLevel = AddLevel(*this, QStringLiteral("SubDRenderLevel"),
                                       QStringLiteral("Render SubD Level (Minimum)"), 2);
+        for (const DzProperty* const property : QList<DzProperty*>{_impl->resolution, _impl->viewLevel})
+            connect(property, &DzProperty::removed, this, [this] {
+                if (getObject())
+                    getObject()->pipeline().resolutionChanged();
+            });
     } else {
         const QList<DzProperty*> properties{_impl->resolution, _impl->viewLevel, _impl->renderLevel};
         _impl->resolution = nullptr;
         _impl->viewLevel = _impl->renderLevel = nullptr;
         for (DzProperty* property : properties)
-            removeProperty(property);
+            if (property)
+                removeProperty(property);
     }
     if (getObject())
         getObject()->pipeline().resolutionChanged();
@@ -136,7 +147,8 @@ bool DzFacetShape::isSubDivisionActive() const
 
 int DzFacetShape::getSubDDrawLevel() const
 {
-    return _impl->resolution && _impl->resolution->getValue() == 1 ? _impl->viewLevel->getValue() : 0;
+    const bool isFine = _impl->resolution && _impl->viewLevel && _impl->resolution->getValue() == 1;
+    return isFine ? _impl->viewLevel->getValue() : 0;
 }
 
 void DzFacetShape::propertyValueChanged(DzProperty* property)

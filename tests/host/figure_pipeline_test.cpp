@@ -254,6 +254,28 @@ TEST_F(FigurePipeline, resolution_follows_the_two_properties)
     EXPECT_EQ(TestFigure().shape->getLODControl(), nullptr);
 }
 
+TEST_F(FigurePipeline, a_shape_lives_without_the_properties_of_its_resolution)
+{
+    for (const bool levelFirst : {true, false}) {
+        TestFigure test(DzSkinBinding::DualQuat, true);
+        DzFacetShape& shape = *test.shape;
+        EXPECT_EQ(test.object->getCachedGeom()->getNumVertices(), 9 * 3);
+        DzProperty* const first =
+            levelFirst ? static_cast<DzProperty*>(shape.getSubDLevelControl()) : shape.getLODControl();
+        ASSERT_EQ(shape.removeProperty(first), DZ_NO_ERROR);
+        EXPECT_EQ(shape.getSubDLevelControl() == nullptr, levelFirst);
+        EXPECT_EQ(shape.getLODControl() == nullptr, !levelFirst);
+        EXPECT_EQ(shape.getSubDDrawLevel(), 0);
+        EXPECT_EQ(test.object->getCachedGeom()->getNumVertices(), 10);
+        shape.enableSubDivision(true);
+        EXPECT_EQ(shape.getNumProperties(), 2) << "it is subdivided already";
+        shape.enableSubDivision(false);
+        EXPECT_EQ(shape.getNumProperties(), 0);
+        shape.enableSubDivision(true);
+        EXPECT_EQ(shape.getSubDDrawLevel(), 1);
+    }
+}
+
 TEST_F(FigurePipeline, stages_are_offered_to_tools)
 {
     TestFigure test;
