@@ -162,8 +162,7 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
     const std::vector<Element> geometries = PartsOf(json, "geometries", context.lists);
     for (const Element& item : geometries) {
         instance.geometries.push_back(ParseGeometryInstance(item, context));
-        if (geometries.size() > 1)
-            instance.geometries.back().text = simdjson::minify(item);
+        instance.geometries.back().text = simdjson::minify(item);
         ReadFavorites(item, instance.favorites);
     }
     instance.formulas = ParseFormulas(json, context);

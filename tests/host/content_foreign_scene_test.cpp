@@ -65,13 +65,16 @@ TEST_F(ForeignScene, parents_in_a_circle_are_cut)
         << log().toStdString();
 }
 
-TEST_F(ForeignScene, bones_without_a_figure_are_left_out_with_one_line)
+TEST_F(ForeignScene, bones_without_a_figure_are_nodes_by_themselves_and_one_line_says_so)
 {
     const std::string bones = R"(, {"id": "b1", "url": "/data/Nord/Doll/Doll.dsf#hip"},
         {"id": "b2", "url": "/data/Nord/Doll/Doll.dsf#hand", "parent": "#nowhere"})";
     ASSERT_TRUE(load("Scenes/Bones.duf", Scene(Instance() + bones)));
-    EXPECT_EQ(dzScene->getNumNodes(), 3);
-    EXPECT_EQ(timesLogged("Bones.duf: 2 bones hang on no figure and are left out"), 1) << log().toStdString();
+    EXPECT_EQ(dzScene->getNumNodes(), 5);
+    EXPECT_EQ(timesLogged("Bones.duf: 2 bones hang on no figure and are nodes by themselves, such as hip and "
+                          "hand"),
+              1)
+        << log().toStdString();
 }
 
 TEST_F(ForeignScene, a_prop_hangs_on_a_bone_and_moves_with_it)

@@ -28,6 +28,7 @@ gantrel_add_tests(host_content_tests
         content_origin_test.cpp
         content_paths_test.cpp
         content_pitfall_test.cpp
+        content_lone_bones_test.cpp
         content_names_test.cpp
         content_preset_test.cpp
         content_save_effects_test.cpp

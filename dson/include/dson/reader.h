@@ -33,7 +33,7 @@ struct GeometryInstance {
     std::string edgeInterpolation; ///< empty for the definition's
     ChannelValues channels;        ///< of the resolution settings, by channel id
     KeptMembers kept;              ///< a way to treat borders among them that there is not
-    std::string text;              ///< JSON, where the node has several
+    std::string text;              ///< JSON
 };
 
 struct NodeInstance {

@@ -96,6 +96,12 @@ const dson::Node* DefinitionTree::findIgnoringCase(const std::string& id) const
     return Look(_byFoldedId, FoldCase(id));
 }
 
+const dson::Node* DefinitionTree::findMeant(const std::string& id) const
+{
+    const dson::Node* const exact = find(id);
+    return exact ? exact : findIgnoringCase(id);
+}
+
 bool DefinitionTree::isPart(const dson::Node& bone) const
 {
     // They stand in the file one after another.

@@ -21,6 +21,8 @@ public:
     /// The first of the id; null for none.
     const dson::Node* find(const std::string& id) const;
     const dson::Node* findIgnoringCase(const std::string& id) const; ///< likewise
+    /// Letter case matters only where two ids differ in it.
+    const dson::Node* findMeant(const std::string& id) const;
     /// Gets what hangs on nothing.
     bool isFirstFigure(const dson::Node& node) const { return &node == _firstFigure; }
     /// Those that may hang on the node, below it or by no fault of its own, in the file's order; it is none

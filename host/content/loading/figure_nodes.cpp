@@ -90,13 +90,12 @@ void FigureNodes::adopt(const dson::Node& top, Waiting& waiting, PendingFormulas
 
 const dson::Node& FigureNodes::definitionOf(const std::string& id) const
 {
-    if (const dson::Node* const exact = _file.tree().find(id))
-        return *exact;
-    if (const dson::Node* const alike = _file.tree().findIgnoringCase(id)) {
+    const dson::Node* const meant = _file.tree().findMeant(id);
+    if (!meant)
+        throw base::FormatError("{}: has no node {}", _file.definition()->file.string(), id);
+    if (meant->id != id)
         _otherSpellings.insert(id);
-        return *alike;
-    }
-    throw base::FormatError("{}: has no node {}", _file.definition()->file.string(), id);
+    return *meant;
 }
 
 void FigureNodes::enter(const dson::Node& source, DzNode& made, PendingFormulas& formulas)

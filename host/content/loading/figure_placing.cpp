@@ -7,8 +7,11 @@
 #include "base/errors.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
+#include "dzobject.h"
 #include "instance_order.h"
 #include "instance_values.h"
+
+#include <algorithm>
 
 #include <fmt/format.h>
 
@@ -43,8 +46,18 @@ std::optional<std::string> GeometryOf(const dson::NodeInstance& instance, const 
 /// A bone that hangs on another node of its file is a part of a figure.
 bool IsBone(const DefinitionTree& definition, const std::string& id)
 {
-    const dson::Node* const node = definition.find(id);
+    const dson::Node* const node = definition.findMeant(id);
     return node && node->type == "bone" && definition.isPart(*node);
+}
+
+/// The bone without its figure: neither the other bones of its file nor meshes and skins are its own.
+std::shared_ptr<const DefinitionTree> BoneAlone(const DefinitionTree& definition, const std::string& id)
+{
+    auto document = std::make_shared<dson::Document>();
+    document->file = definition.document()->file;
+    document->nodes.push_back(*definition.findMeant(id));
+    document->nodes.back().parent.clear();
+    return std::make_shared<DefinitionTree>(std::move(document));
 }
 
 /// A node that nothing but its instance describes.
@@ -77,7 +90,18 @@ void FigurePlacing::placeAll()
     for (const dson::NodeInstance* const instance : order.instances())
         if (!place(*instance, order.isRepeated(*instance)))
             homeless.push_back(instance);
-    // Whatever they may belong to is there now.
+    placeHomeless(std::move(homeless), order);
+}
+
+/// Bones come last, with what hangs on them: whatever they may belong to is there then.
+void FigurePlacing::placeHomeless(std::vector<const dson::NodeInstance*> homeless, const InstanceOrder& order)
+{
+    std::unordered_set<std::string> ids;
+    for (const dson::NodeInstance* const instance : homeless)
+        ids.insert(instance->id);
+    std::stable_partition(homeless.begin(), homeless.end(), [&](const dson::NodeInstance* instance) {
+        return !isBone(*instance) && ids.count(dson::ParseUri(parentOf(*instance)).id) == 0;
+    });
     for (const dson::NodeInstance* const instance : homeless)
         placeHomeless(*instance, order.isRepeated(*instance));
 }
@@ -87,16 +111,29 @@ std::string FigurePlacing::parentOf(const dson::NodeInstance& instance) const
     return _cut.count(&instance) > 0 ? std::string() : instance.parent;
 }
 
-bool FigurePlacing::isBone(const dson::NodeInstance& instance)
+std::shared_ptr<const DefinitionTree> FigurePlacing::definitionOf(const dson::NodeInstance& instance)
 {
     try {
-        const dson::Uri url = dson::ParseUri(instance.url);
-        const std::shared_ptr<const DefinitionTree> definition =
-            instance.url.empty() ? nullptr : _sources.treeOf(url);
-        return definition && IsBone(*definition, url.id);
+        return instance.url.empty() ? nullptr : _sources.treeOf(dson::ParseUri(instance.url));
     } catch (const base::Error&) {
-        return false; // told when it is to be made
+        return nullptr; // told when it is to be made
     }
+}
+
+bool FigurePlacing::isBone(const dson::NodeInstance& instance)
+{
+    const std::shared_ptr<const DefinitionTree> definition = definitionOf(instance);
+    return definition && IsBone(*definition, dson::ParseUri(instance.url).id);
+}
+
+bool FigurePlacing::isLostWithFigure(const dson::NodeInstance& instance)
+{
+    const dson::Uri url = dson::ParseUri(instance.url);
+    if (_failed.count(dson::ParseUri(parentOf(instance)).id) == 0 || url.path.empty() ||
+        _failedFiles.count(_sources.pathOf(url)) == 0)
+        return false;
+    const std::shared_ptr<const DefinitionTree> definition = definitionOf(instance);
+    return !definition || !definition->findMeant(url.id);
 }
 
 bool FigurePlacing::place(const dson::NodeInstance& instance, bool isRepeated)
@@ -106,10 +143,7 @@ bool FigurePlacing::place(const dson::NodeInstance& instance, bool isRepeated)
     const Place* const parent = reference.empty() ? nullptr : _load.figures.placeOf(reference);
     if (parent && overlay(instance, url, parent->figure, isRepeated))
         return true;
-    // The bones of a figure that could not be loaded are no figures of their own.
-    const bool hangsOnMissing = !parent && _failed.count(dson::ParseUri(reference).id) > 0;
-    if (hangsOnMissing &&
-        (isBone(instance) || (!url.path.empty() && _failedFiles.count(_sources.pathOf(url)) > 0))) {
+    if (!parent && isLostWithFigure(instance)) {
         fail(instance);
         return true;
     }
@@ -131,33 +165,35 @@ void FigurePlacing::placeHomeless(const dson::NodeInstance& instance, bool isRep
     }
     const dson::Uri url = dson::ParseUri(instance.url);
     if (isBone(instance)) {
-        placeStray(instance, url);
+        make(instance, url, nullptr);
         return;
     }
     const std::optional<Place> bone = _load.figures.boneOf(dson::ParseUri(reference).id);
     if (bone)
         _load.report.addUnlistedBone(dson::ParseUri(reference).id);
-    else
+    if (make(instance, url, bone ? bone->node : nullptr) && !bone)
         _load.report.addWithoutParent(instance.label.empty() ? instance.id : instance.label);
-    make(instance, url, bone ? bone->node : nullptr);
 }
 
-void FigurePlacing::placeStray(const dson::NodeInstance& instance, const dson::Uri& url)
+bool FigurePlacing::placeStray(const dson::NodeInstance& instance, const dson::Uri& url)
 {
+    if (_failed.count(dson::ParseUri(parentOf(instance)).id) > 0)
+        return false; // its own figure is known, and is not there
     const std::optional<Place> place = _load.figures.onlyUnplaced(_sources.pathOf(url), url.id);
-    if (!place) {
-        _load.report.addLostBone(url.id);
-        return;
-    }
+    if (!place)
+        return false;
     _load.report.addStrayBone(url.id);
     applyInstance(instance, *place->node, place->figure);
+    return true;
 }
 
-void FigurePlacing::make(const dson::NodeInstance& instance, const dson::Uri& url, DzNode* above)
+bool FigurePlacing::make(const dson::NodeInstance& instance, const dson::Uri& url, DzNode* above)
 {
-    if (instantiate(instance, url, above))
+    const bool isMade = instantiate(instance, url, above);
+    if (isMade)
         _load.figures.all().back().isTop =
             !above && !(_load.selected && NamesSelection(dson::ParseUri(instance.conformTarget)));
+    return isMade;
 }
 
 void FigurePlacing::fail(const dson::NodeInstance& instance)
@@ -176,14 +212,14 @@ bool FigurePlacing::overlay(const dson::NodeInstance& instance, const dson::Uri&
     if (!assembly.isNamedBy(_sources.pathOf(url)) || node == &assembly.root())
         return false;
     // A file may define many things, and one that hangs on another is none of its parts.
-    if (!node && (url.path.empty() || _sources.treeOf(url)->find(url.id)))
+    if (!node && (url.path.empty() || _sources.treeOf(url)->findMeant(url.id)))
         return false;
     if (!node)
         _load.report.addUnknownBone(url.id);
-    else if (isRepeated && _load.figures.isPlaced(*node))
-        placeStray(instance, url);
-    else
+    else if (!isRepeated || !_load.figures.isPlaced(*node))
         applyInstance(instance, *node, figure);
+    else if (!placeStray(instance, url))
+        _load.report.addRepeatedBone(url.id);
     return true;
 }
 
@@ -197,14 +233,16 @@ bool FigurePlacing::instantiate(const dson::NodeInstance& instance, const dson::
             fail(instance);
             return false;
         }
-        if (IsBone(*definition, url.id)) {
-            placeStray(instance, url);
+        const bool isBone = IsBone(*definition, url.id);
+        if (isBone && placeStray(instance, url))
             return false;
-        }
-        FigureAssembly assembly(definition, isDefined ? _sources.pathOf(url) : std::string(),
-                                isDefined ? url.id : definition->document()->nodes.front().id,
-                                GeometryOf(instance, url, *definition, _load.report));
-        _sources.addMorphs(assembly);
+        FigureAssembly assembly =
+            isBone ? makeBoneAlone(instance, url, *definition)
+                   : FigureAssembly(definition, isDefined ? _sources.pathOf(url) : std::string(),
+                                    isDefined ? url.id : definition->document()->nodes.front().id,
+                                    GeometryOf(instance, url, *definition, _load.report));
+        if (!isBone)
+            _sources.addMorphs(assembly);
         DzNode& root = assembly.root();
         _load.figures.all().push_back({std::move(assembly), &instance, &root, parent});
         applyInstance(instance, root, _load.figures.all().size() - 1);
@@ -219,6 +257,16 @@ bool FigurePlacing::instantiate(const dson::NodeInstance& instance, const dson::
     }
 }
 
+FigureAssembly FigurePlacing::makeBoneAlone(const dson::NodeInstance& instance, const dson::Uri& url,
+                                            const DefinitionTree& definition)
+{
+    _load.report.addLoneBone(url.id);
+    // What hangs on it is no part of another figure either.
+    if (!instance.id.empty())
+        _failed.insert(instance.id);
+    return FigureAssembly(BoneAlone(definition, url.id), _sources.pathOf(url), url.id, std::string());
+}
+
 void FigurePlacing::applyInstance(const dson::NodeInstance& instance, DzNode& node, std::size_t figure)
 {
     _load.figures.enter(instance, figure, node);
@@ -229,8 +277,12 @@ void FigurePlacing::applyInstance(const dson::NodeInstance& instance, DzNode& no
         _load.setValue(_load.figures.all()[figure].assembly, property, value);
     }));
     _load.kept.enter(instance, node);
-    for (std::size_t i = 1; i < instance.geometries.size(); ++i)
-        _load.report.addFurtherGeometry(instance.geometries[i].id);
+    const bool hasMesh = node.getObject() != nullptr;
+    for (std::size_t i = 0; i < instance.geometries.size(); ++i)
+        if (!hasMesh)
+            _load.report.addGeometryWithoutMesh(instance.geometries[i].id);
+        else if (i > 0)
+            _load.report.addFurtherGeometry(instance.geometries[i].id);
     if (!instance.favorites.empty())
         _withFavorites.emplace_back(&instance, Place{figure, &node});
 }

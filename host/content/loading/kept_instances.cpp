@@ -99,13 +99,13 @@ KeptNode KeptInstances::keptOf(const dson::NodeInstance& instance, const DzNode&
 void KeptInstances::keepGeometries(const std::vector<dson::GeometryInstance>& geometries, const DzNode& node,
                                    KeptNode& kept)
 {
-    kept.geometry = geometries.front().kept;
-    for (std::size_t i = 1; i < geometries.size(); ++i)
-        kept.furtherGeometries.push_back({geometries[i].id, geometries[i].text});
     const DzObject* const object = node.getObject();
     const auto* const shape = object ? qobject_cast<const DzFacetShape*>(object->getCurrentShape()) : nullptr;
+    for (std::size_t i = shape ? 1 : 0; i < geometries.size(); ++i)
+        kept.furtherGeometries.push_back({geometries[i].id, geometries[i].text});
     if (!shape)
         return;
+    kept.geometry = geometries.front().kept;
     DropSet(kept.geometry, shape);
     kept.edgeInterpolation = shape->getFacetMesh()->getSubDEdgeInterpolation();
 }

@@ -35,7 +35,8 @@ std::string Examples(const std::vector<std::string>& texts)
     constexpr std::size_t most = 3;
     std::vector<std::string> shown;
     for (const std::string& text : texts)
-        if (shown.size() < most && std::find(shown.begin(), shown.end(), text) == shown.end())
+        if (shown.size() < most && !text.empty() &&
+            std::find(shown.begin(), shown.end(), text) == shown.end())
             shown.push_back(text);
     if (shown.empty())
         return {};
@@ -120,10 +121,15 @@ void LoadReport::sumUp(const std::vector<std::string>& leftOut)
 
 void LoadReport::sumUpNodes()
 {
-    if (!_lostBones.empty())
-        warnLeftOut(dson::Counted(_lostBones.size(), "bone hangs on no figure and is left out",
-                                  "bones hang on no figure and are left out") +
-                    Examples(_lostBones));
+    if (!_loneBones.empty())
+        warn(dson::Counted(_loneBones.size(), "bone hangs on no figure and is a node by itself",
+                           "bones hang on no figure and are nodes by themselves") +
+             Examples(_loneBones));
+    if (!_repeatedBones.empty())
+        warnLeftOut(dson::Counted(_repeatedBones.size(),
+                                  "bone is listed once more and counts as it was first",
+                                  "bones are listed once more and count as they were first") +
+                    Examples(_repeatedBones));
     if (!_strayBones.empty())
         warn(dson::Counted(_strayBones.size(),
                            "bone hangs on no figure and is given to the only one that lacks it",
@@ -152,6 +158,12 @@ void LoadReport::sumUpUnshown()
                           "geometry is not the first of its node and is kept for saving only",
                           "geometries are not the first of their nodes and are kept for saving only") +
             Examples(_furtherGeometries));
+    if (!_withoutMesh.empty())
+        warnLeftOut(
+            dson::Counted(_withoutMesh.size(),
+                          "geometry is on a bone or on a node without a mesh and is kept for saving only",
+                          "geometries are on bones or on nodes without meshes and are kept for saving only") +
+            Examples(_withoutMesh));
     if (!_repeating.empty())
         warnLeftOut(dson::Counted(_repeating.size(),
                                   "node repeats another, which is not drawn, and is kept for saving only",

@@ -36,7 +36,11 @@ public:
     {
         _replaced.insert(path);
     } ///< missing; something else has its name
-    void addLostBone(const std::string& id) { _lostBones.push_back(id); } ///< hangs on no figure
+    void addLoneBone(const std::string& id) { _loneBones.push_back(id); } ///< hangs on no figure
+    void addRepeatedBone(const std::string& id)
+    {
+        _repeatedBones.push_back(id);
+    } ///< its figure has it already
     /// Hangs on nothing, but there is just one figure that lacks it.
     void addStrayBone(const std::string& id) { _strayBones.push_back(id); }
     void addUnknownBone(const std::string& id) { _unknownBones.push_back(id); } ///< its figure has none such
@@ -45,6 +49,8 @@ public:
     void addWithoutParent(const std::string& node) { _withoutParents.push_back(node); }
     /// One of a node that shows another.
     void addFurtherGeometry(const std::string& id) { _furtherGeometries.push_back(id); }
+    /// Of a bone, or of another node that nothing gives a mesh.
+    void addGeometryWithoutMesh(const std::string& id) { _withoutMesh.push_back(id); }
     /// It stands for one more of another node.
     void addRepeating(const std::string& node) { _repeating.push_back(node); }
     /// A shape or control that is set on what is neither in the file nor in the scene.
@@ -71,8 +77,9 @@ private:
 
     std::string _file;
     std::set<std::string> _missing, _replaced, _duplicates, _guessedParents;
-    std::vector<std::string> _homeless, _lostBones, _strayBones, _unknownBones, _withoutParents;
-    std::vector<std::string> _furtherGeometries, _repeating;
+    std::vector<std::string> _homeless, _loneBones, _repeatedBones, _strayBones, _unknownBones,
+        _withoutParents;
+    std::vector<std::string> _furtherGeometries, _withoutMesh, _repeating;
     std::set<std::string> _unlistedBones;
     base::Diagnostics _diagnostics; ///< not handed over yet
 };

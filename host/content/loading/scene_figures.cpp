@@ -4,6 +4,7 @@
 #include "scene_figures.h"
 
 #include "base/errors.h"
+#include "dzbone.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
 #include "dzscene.h"
@@ -11,6 +12,8 @@
 #include "preset_target.h"
 #include "scene_dforms.h"
 #include "scene_fitting.h"
+
+#include <algorithm>
 
 #include <fmt/format.h>
 
@@ -56,7 +59,15 @@ std::vector<DzNode*> SceneFigures::enterScene()
         figure.assembly.connectFormulas(elsewhere);
     _load.values.apply(_load.report);
     std::vector<DzNode*> tops;
-    for (LoadedFigure& figure : _load.figures.all()) {
+    // Bones by themselves go last, as they are found last when the scene is saved and loaded again.
+    std::vector<LoadedFigure*> ordered;
+    for (LoadedFigure& figure : _load.figures.all())
+        ordered.push_back(&figure);
+    std::stable_partition(ordered.begin(), ordered.end(), [](const LoadedFigure* figure) {
+        return figure->parent || !qobject_cast<DzBone*>(figure->node);
+    });
+    for (LoadedFigure* const next : ordered) {
+        LoadedFigure& figure = *next;
         std::unique_ptr<DzNode> root = figure.assembly.takeRoot();
         if (figure.parent)
             figure.parent->addNodeChild(root.get(), figure.instance->inPlace);

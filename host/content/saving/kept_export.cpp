@@ -201,7 +201,7 @@ void KeptExport::enterGeometry(const DzNode& node, const std::string& id)
     if (!kept)
         return;
     Source& source = sourceOf(kept->load);
-    if (!kept->geometryIds.empty())
+    if (!id.empty() && !kept->geometryIds.empty())
         source.enter(kept->geometryIds.front(), id);
     for (const dson::KeptPart& geometry : kept->furtherGeometries) {
         std::vector<std::string>& ids = _furtherGeometries[&node];
@@ -426,9 +426,8 @@ void KeptExport::addMissing(const Source& source, dson::SceneAsset& asset)
     }
 }
 
-void KeptExport::addGeometries(const OfNode& node, const Source& source, dson::SceneNode& instance) const
+void KeptExport::keepGeometry(const OfNode& node, const Source& source, dson::SceneGeometry& first) const
 {
-    dson::SceneGeometry& first = *instance.geometry;
     first.kept = rewritten(node.kept->geometry, source);
     auto& members = first.kept.members;
     const auto mode = std::find_if(members.begin(), members.end(), [](const auto& member) {
@@ -440,6 +439,11 @@ void KeptExport::addGeometries(const OfNode& node, const Source& source, dson::S
         else
             members.erase(mode);
     }
+}
+
+void KeptExport::addFurtherGeometries(const OfNode& node, const Source& source,
+                                      dson::SceneNode& instance) const
+{
     const auto ids = _furtherGeometries.find(node.node);
     for (std::size_t i = 0; ids != _furtherGeometries.end() && i < ids->second.size(); ++i) {
         const std::string& id = ids->second[i];
@@ -455,7 +459,8 @@ void KeptExport::addToElements(dson::SceneAsset& asset)
         dson::SceneNode& instance = asset.sceneNodes[node.index];
         instance.kept = rewritten(WithPresent(node.kept->members, *node.node, node.isWhole), source);
         if (instance.geometry)
-            addGeometries(node, source, instance);
+            keepGeometry(node, source, *instance.geometry);
+        addFurtherGeometries(node, source, instance);
     }
     for (const OfModifier& modifier : _modifiers)
         asset.sceneModifiers[modifier.index].kept =

@@ -38,6 +38,7 @@ public:
     void enterModifierDefinition(const QObject& owner, std::size_t index);
     void enterSkinDefinition(const QObject& owner, std::size_t index);
     /// Those that it does not show get ids of their own.
+    /// @param id  of the one that it shows; empty for none
     void enterGeometry(const DzNode& node, const std::string& id);
     /// @param index  of the modifier in the file's scene
     void enterModifier(const QObject& owner, std::size_t index, const std::string& id);
@@ -96,7 +97,8 @@ private:
     void mergeInto(dson::KeptMembers& all, const dson::KeptMembers& kept, const Source& source);
     dson::KeptMembers rewritten(const dson::KeptMembers& kept, const Source& source) const;
     void addMissing(const Source& source, dson::SceneAsset& asset);
-    void addGeometries(const OfNode& node, const Source& source, dson::SceneNode& instance) const;
+    void keepGeometry(const OfNode& node, const Source& source, dson::SceneGeometry& first) const;
+    void addFurtherGeometries(const OfNode& node, const Source& source, dson::SceneNode& instance) const;
     void addToElements(dson::SceneAsset& asset);
     void addToDefinitions(dson::SceneAsset& asset);
     void enterDefinition(const QObject& owner, std::size_t index, std::vector<OfModifier>& all);

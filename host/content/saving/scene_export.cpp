@@ -180,6 +180,8 @@ private:
             DescribeInstanceChannels(*node, instance);
             if (node == _scene.units[unit].root)
                 instance.geometry = describeGeometryInstance(unit);
+            if (!instance.geometry)
+                _kept.enterGeometry(*node, {});
             instance.favorites = FavoritesOf(_scene.units[unit], *node);
             _instances[node] = _asset.sceneNodes.size();
             _kept.enterNode(*node, _asset.sceneNodes.size(), instance.id,

@@ -42,10 +42,10 @@ struct KeptNode {
     std::shared_ptr<const KeptLoad> load;
     std::string id; ///< of the instance, in its file
     dson::KeptMembers members;
-    std::vector<std::string> geometryIds; ///< of its geometries' instances
-    dson::KeptMembers geometry;           ///< of the first of them
-    std::vector<dson::KeptPart> furtherGeometries;
-    int edgeInterpolation = 0; ///< of the mesh when it was loaded
+    std::vector<std::string> geometryIds;          ///< of its geometries' instances
+    dson::KeptMembers geometry;                    ///< of the first of them, which is the node's mesh
+    std::vector<dson::KeptPart> furtherGeometries; ///< all of them where the node has no mesh
+    int edgeInterpolation = 0;                     ///< of the mesh when it was loaded
     std::string
         definitionType; ///< where the file defines the node as of a kind that has no class, such as "light"
     dson::KeptMembers definition;
