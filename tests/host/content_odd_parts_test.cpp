@@ -347,3 +347,19 @@ TEST_F(OddParts, shapes_on_a_geometry_that_the_instance_leaves_out_are_the_figur
     EXPECT_TRUE(logged("1 shape or control is set on what is not there and is left out"))
         << log().toStdString();
 }
+
+TEST_F(OddParts, without_addresses_are_told_by_their_ids)
+{
+    ASSERT_TRUE(load("Scenes/Bare.duf", Scene(Instance(), R"(, "modifiers": [
+        {"id": "Nameless", "parent": "#Nowhere", "channel": {"id": "value", "current_value": 1}}])")));
+    EXPECT_TRUE(logged("1 shape or control is set on what is not there and is left out, such as Nameless"))
+        << log().toStdString();
+}
+
+TEST_F(OddParts, without_any_name_are_counted_alone)
+{
+    ASSERT_TRUE(load("Scenes/Bare.duf", Scene(Instance(), R"(, "modifiers": [
+        {"parent": "#Nowhere", "channel": {"id": "value", "current_value": 1}}])")));
+    EXPECT_TRUE(logged("1 shape or control is set on what is not there and is left out\n"))
+        << log().toStdString();
+}

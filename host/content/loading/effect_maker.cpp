@@ -13,6 +13,7 @@
 #include "figure/pipeline.h"
 #include "library/asset_origin.h"
 #include "library/content_paths.h"
+#include "load_report.h"
 #include "loading/channel_properties.h"
 
 #include <algorithm>
@@ -299,8 +300,8 @@ void EffectMaker::omit(const std::string& one, const std::string& many, const st
 void EffectMaker::report()
 {
     for (const auto& [many, omission] : _omitted)
-        _warn(dson::Counted(omission.count, omission.one.c_str(), many.c_str()) + ", such as " +
-              omission.example);
+        _warn(dson::Counted(omission.count, omission.one.c_str(), many.c_str()) +
+              Examples({omission.example}));
     _omitted.clear();
 }
 

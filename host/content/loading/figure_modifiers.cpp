@@ -274,7 +274,7 @@ void FigureModifiers::reportOmissions()
 {
     const auto report = [this](Omission& omission, const char* one, const char* many) {
         if (omission.count > 0)
-            _figure.warn(dson::Counted(omission.count, one, many) + ", such as " + omission.example);
+            _figure.warn(dson::Counted(omission.count, one, many) + Examples({omission.example}));
         omission = {};
     };
     report(_forOtherMeshes, "morph is for a mesh of another size and is left out",

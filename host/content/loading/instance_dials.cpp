@@ -80,7 +80,7 @@ void InstanceDials::dial(const dson::ModifierInstance& instance)
         if (_load.selected && NamesSelection(dson::ParseUri(instance.parent)))
             _onSelection.push_back(&instance);
         else
-            _load.report.addHomeless(instance.url);
+            _load.report.addHomeless(instance.url.empty() ? instance.id : instance.url);
         return;
     }
     FigureAssembly& assembly = _load.figures.all()[place->figure].assembly;
@@ -162,7 +162,7 @@ void InstanceDials::dialSelection()
         DzNumericProperty* const property =
             target.findDial(dson::ParseUri(instance->parent).node, dson::ParseUri(instance->url).id);
         if (!property)
-            missing.push_back(instance->url);
+            missing.push_back(instance->url.empty() ? instance->id : instance->url);
         else if (instance->value && !AliasEnd(*property).isLocked())
             AliasEnd(*property).setDoubleRawValue(*instance->value);
         if (property)
