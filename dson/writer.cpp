@@ -7,7 +7,7 @@
 #include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/file_set.h"
-#include "base/reason.h"
+#include "base/folders.h"
 #include "base/write_bounds.h"
 #include "dson/dhdm.h"
 #include "dson/gzip.h"
@@ -33,11 +33,7 @@ fs::path FilePath(const AssetInfo& info, const fs::path& contentDirectory)
 void MakeFolderOf(const fs::path& file)
 {
     base::ThrowIfOutOfBounds(file);
-    std::error_code error;
-    fs::create_directories(file.parent_path(), error);
-    if (error)
-        throw base::IoError("cannot create folder {}: {}", file.parent_path().string(),
-                            base::ReasonOf(error));
+    base::MakeFolders(file.parent_path());
 }
 
 fs::path WriteFile(const AssetInfo& info, const Json& json, const fs::path& contentDirectory,

@@ -3,17 +3,14 @@
 
 #include "command_sample_content.h"
 
-#include "base/reason.h"
+#include "base/folders.h"
 #include "command.h"
 #include "interrupt.h"
 #include "progress.h"
 #include "report.h"
 #include "sample_content/sample_library.h"
 
-#include <filesystem>
 #include <memory>
-#include <stdexcept>
-#include <system_error>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -23,15 +20,6 @@
 namespace cli {
 
 namespace {
-
-/// Making the figures takes seconds; a place that cannot be written to shows at once.
-void MakeDirectory(const std::string& directory)
-{
-    std::error_code error;
-    std::filesystem::create_directories(directory, error);
-    if (error)
-        throw std::runtime_error(fmt::format("cannot write {}: {}", directory, base::ReasonOf(error)));
-}
 
 /// Tells of them if the run is interrupted.
 class WrittenFigures {
@@ -55,7 +43,8 @@ private:
 
 void WriteSamples(const std::string& directory)
 {
-    MakeDirectory(directory);
+    // Making the figures takes seconds; a place that cannot be made shows at once.
+    base::MakeFolders(directory);
     Progress progress(true);
     WrittenFigures written(directory);
     content::WriteSampleLibrary(

@@ -4,7 +4,7 @@
 #include "conversion.h"
 
 #include "base/cancellation.h"
-#include "base/reason.h"
+#include "base/folders.h"
 #include "command.h"
 #include "conversion_checks.h"
 #include "conversion_figures.h"
@@ -108,16 +108,6 @@ GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, const 
     }
 }
 
-/// The host saves into libraries that are there only.
-void MakeLibrary(const fs::path& library)
-{
-    std::error_code error;
-    fs::create_directories(library, error);
-    if (!fs::is_directory(library))
-        throw std::runtime_error(
-            fmt::format("cannot create folder {}: {}", FileText(library), base::ReasonOf(error)));
-}
-
 /// For a run that is interrupted later.
 void NoteSaved(const GntOutcome& outcome, const fs::path& library)
 {
@@ -132,7 +122,7 @@ void NoteSaved(const GntOutcome& outcome, const fs::path& library)
 void Save(GntSaveOptions save, const GntOutcome& outcome)
 {
     save.contentDirectory = FileText(fs::absolute(save.contentDirectory));
-    MakeLibrary(save.contentDirectory);
+    base::MakeFolders(save.contentDirectory); // the host saves into libraries that are there only
     const openhost::DiagnosticsCollector met(dzApp->diagnostics());
     try {
         GntSaveMorphs_X(outcome.params->figTarget, outcome.created, save);
@@ -240,6 +230,8 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     Append(report.diagnostics, WarnOfShapers(app::ConvertedFigure::Target, target, request.target));
     report.source = DescribeFigure(kst::daz::ResolveToFigure_X(source));
     report.target = DescribeFigure(kst::daz::ResolveToFigure_X(target));
+    CheckShapesAreReal(source);
+    CheckShapesAreReal(target);
     if (request.morphs.resolution == GntResolution::Subd)
         CheckMemory(report.source.vertices + report.target.vertices, LevelOf(source, request.morphs));
     StandAlone(source, request.source, report.diagnostics);

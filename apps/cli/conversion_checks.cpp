@@ -3,12 +3,24 @@
 
 #include "conversion_checks.h"
 
+#include "base/folders.h"
 #include "base/reason.h"
 #include "command.h"
+#include "dzapp.h"
+#include "dzcontentmgr.h"
+#include "dzfloatproperty.h"
+#include "dzmorph.h"
+#include "dznode.h"
+#include "dzobject.h"
+#include "dzuri.h"
+#include "geometry/deltas.h"
+#include "geometry/limits.h"
 #include "openhost/missing_shapes.h"
+#include "openhost/shapes.h"
 #include "output_name.h"
 
 #include <cerrno>
+#include <cmath>
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -18,6 +30,13 @@ namespace cli {
 namespace {
 
 namespace fs = std::filesystem;
+
+std::string FileOf(const DzMorph& morph)
+{
+    const QString name = morph.getAssetUri().getFilePath();
+    const QString path = dzApp->getContentMgr()->getAbsolutePath(name, true);
+    return (path.isEmpty() ? name : path).toStdString();
+}
 
 /// Why the folder can neither be used nor made; zero when it can.
 int FolderError(fs::path folder)
@@ -36,9 +55,15 @@ int FolderError(fs::path folder)
 
 void CheckFolder(const fs::path& folder)
 {
-    if (const int error = FolderError(folder))
-        throw std::runtime_error(
-            fmt::format("cannot create folder {}: {}", FileText(folder), base::ReasonOf(error)));
+    std::string reason = base::DescribeLostLink(folder);
+    if (const int error = FolderError(folder); error && reason.empty())
+        reason = base::ReasonOf(error);
+    if (reason.empty())
+        return;
+    std::error_code error;
+    throw std::runtime_error(fmt::format("cannot {} folder {}: {}",
+                                         fs::is_directory(folder, error) ? "write" : "create",
+                                         FileText(folder), reason));
 }
 
 } // namespace
@@ -60,6 +85,22 @@ void CheckPlaces(const ConversionRequest& request)
     if (fs::is_directory(request.exportObj, error))
         throw std::runtime_error(
             fmt::format("cannot write {}: {}", FileText(request.exportObj), base::ReasonOf(EISDIR)));
+}
+
+void CheckShapesAreReal(const DzNode& figure)
+{
+    const DzObject* const object = figure.getObject();
+    for (int i = 0; object && i < object->getNumModifiers(); ++i) {
+        const auto* const morph = qobject_cast<const DzMorph*>(object->getModifier(i));
+        const float value = morph ? morph->getValueControl()->getValue() : 0.0f;
+        if (value == 0.0f)
+            continue;
+        const float reach = geometry::LargestLength(openhost::MorphDeltas(*morph)) * std::abs(value);
+        if (reach > geometry::farthestPosition)
+            throw std::runtime_error(fmt::format(
+                "{}: \"{}\" at {:g} moves vertices by more than {:g} cm, which is nothing real",
+                FileOf(*morph), morph->getName().toStdString(), value, geometry::farthestPosition));
+    }
 }
 
 base::Diagnostics CheckShapesAreWhole(const DzNode& source, const ConversionRequest& request)

@@ -19,4 +19,8 @@ void CheckPlaces(const ConversionRequest& request);
 /// @throws std::runtime_error  anything is missing; the text names every shape and its file
 base::Diagnostics CheckShapesAreWhole(const DzNode& source, const ConversionRequest& request);
 
+/// Nothing can be made from a shape that is beyond anything real, which would show at the end only.
+/// @throws std::runtime_error  the figure wears such a one; the text names it and its file
+void CheckShapesAreReal(const DzNode& figure);
+
 } // namespace cli

@@ -3,6 +3,7 @@
 
 #include "conversion_results.h"
 
+#include "base/folders.h"
 #include "command.h"
 #include "dson/uri.h"
 #include "dzfigure.h"
@@ -258,7 +259,7 @@ void ExportFigure(DzFigure& figure, const fs::path& file, GntResolution resoluti
 std::vector<fs::path> DrawPictures(const GntOutcome& outcome, const fs::path& folder)
 {
     using geometry::View;
-    fs::create_directories(folder);
+    base::MakeFolders(folder);
     const Comparison comparison(outcome);
     // With eyes, mouth, hair and clothes in their places.
     const std::vector<geometry::PictureItem> a = openhost::FigureItems(outcome.params->figSource).items,

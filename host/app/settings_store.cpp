@@ -7,6 +7,7 @@
 #include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/file_set.h"
+#include "base/folders.h"
 #include "base/reason.h"
 #include "dzappsettings.h"
 #include "openhost/diagnostics.h"
@@ -16,7 +17,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <optional>
 
 #include <nlohmann/json.hpp>
@@ -121,7 +121,7 @@ template <class Change>
 bool Update(const Change& change)
 {
     try {
-        std::filesystem::create_directories(g_folder.toStdString());
+        base::MakeFolders(g_folder.toStdString());
         // A lock that is a file would outlive a program that is killed.
         const base::FileSet lock(g_folder.toStdString());
         std::optional<Values> values = Load();

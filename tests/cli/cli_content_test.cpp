@@ -25,7 +25,7 @@ TEST(SampleContentCommand, says_why_it_cannot_write)
     const Workspace workspace;
     const std::string file = workspace.write("file", "text");
     const ProgramResult result = RunProgram({"sample-content", file + "/lib"});
-    ExpectError(result, 1, "Cannot write " + file + "/lib: Not a directory.");
+    ExpectError(result, 1, "Cannot create folder " + file + "/lib: Not a directory.");
     EXPECT_EQ(workspace.read("file"), "text");
 }
 

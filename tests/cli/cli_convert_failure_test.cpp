@@ -54,6 +54,20 @@ protected:
         expectFailureWith(convert(more), exitCode, part);
         EXPECT_EQ(workspace.entries(), before);
     }
+    /// Another displacement for the first vertex of the source's shape "Wide".
+    /// @return the shape's file
+    std::string writeDisplacement(const std::string& text) const
+    {
+        for (const std::string& entry : workspace.entries()) {
+            if (fs::path(entry).filename() != "Wide.dsf" || entry.find("Genesis 8/Female/") == entry.npos)
+                continue;
+            std::string shape = workspace.read(entry);
+            const std::size_t rows = shape.find('[', shape.find("\"values\"", shape.find("\"deltas\"")));
+            const std::size_t row = shape.find('[', rows + 1);
+            return workspace.write(entry, shape.replace(row, shape.find(']', row) + 1 - row, text));
+        }
+        throw std::runtime_error("there is no such shape");
+    }
     bool hasSaved(const std::string& name) const
     {
         return workspace.has(std::string("saved/") + savedFolder + "/" + name + ".dsf");
@@ -123,6 +137,23 @@ TEST_F(ConvertFailure, wants_the_file_of_the_head_split)
     ExpectSuccess(convert({"--jobs", "full"}));
 }
 
+TEST_F(ConvertFailure, wants_stock_files_that_are_whole)
+{
+    for (const char* const stock : {"/People/Genesis 9/Developer Kit/Genesis 9 Dev Load.duf",
+                                    "/data/DAZ 3D/Genesis 9/Base/Genesis9.dsf"}) {
+        const std::string name = std::string("lib") + stock, whole = workspace.read(name);
+        const std::pair<std::string, std::string> damages[] = {
+            {"", "is empty."},
+            {whole.substr(0, whole.size() / 2), "ends too early, at line "},
+            {"{}", "is not a DSON file: it has no file_version."}};
+        for (const auto& [text, damage] : damages) {
+            workspace.write(name, text);
+            expectNothingMade(saving(workspace.path("saved")), 1, library(stock) + ": " + damage);
+        }
+        workspace.write(name, whole);
+    }
+}
+
 TEST_F(ConvertFailure, wants_vendor_and_product_with_a_library_and_the_other_way_round)
 {
     const std::string place = workspace.path("saved");
@@ -186,6 +217,30 @@ TEST_F(ConvertFailure, to_make_the_library_s_folder_names_it)
     fs::create_symlink(workspace.path("gone"), workspace.path("link"));
     expectFailureWith(convert(saving(workspace.path("link"))), 1,
                       "annot create folder " + workspace.path("link"));
+}
+
+TEST_F(ConvertFailure, behind_a_link_that_leads_nowhere_names_the_link)
+{
+    const auto lost = [](const std::string& link) {
+        return "the link " + link + " leads to gone, which is not there.";
+    };
+    const std::string link = workspace.path("link");
+    fs::create_symlink("gone", link);
+    // Told before the figures are loaded, of which there are none.
+    for (const std::vector<std::string>& places :
+         {saving(link), std::vector<std::string>{"--pictures", link}}) {
+        std::vector<std::string> all = places;
+        all.insert(all.end(), {"--dial", "No=1"});
+        expectFailure(convert(all), 1, "Cannot create folder " + link + ": " + lost(link));
+    }
+    ExpectError(RunProgram({"sample-content", link + "/inner"}), 1,
+                "Cannot create folder " + link + "/inner: " + lost(link));
+    const fs::path folder = workspace.path("saved/") + savedFolder, vendor = folder.parent_path();
+    fs::create_directories(vendor.parent_path());
+    fs::create_symlink("gone", vendor);
+    expectFailure(convert(saving(workspace.path("saved"))), 1,
+                  "Cannot save the morphs: cannot create folder " + folder.string() + ": " +
+                      lost(vendor.string()));
 }
 
 TEST_F(ConvertFailure, to_save_one_morph_leaves_no_part_of_it)
@@ -297,4 +352,26 @@ TEST_F(ConvertFailure, for_a_shape_that_is_damaged_names_its_file)
     const ProgramResult result = convert();
     expectFailureWith(result, 1, "CloneGenesis8Female.dsf: ");
     EXPECT_NE(result.err.find("ends too early, at line "), result.err.npos) << result.err;
+}
+
+TEST_F(ConvertFailure, for_a_shape_beyond_anything_real_names_it_and_its_file)
+{
+    const std::string wide = writeDisplacement("[0, 1e30, 0, 0]");
+    expectNothingMade(saving(workspace.path("saved")), 1,
+                      wide + ": \"Wide\" at 1 moves vertices by more than 1e+09 cm, which is nothing real.");
+}
+
+TEST_F(ConvertFailure, leaves_out_displacements_that_are_no_numbers_and_says_so)
+{
+    for (const char* const bad : {"1e39", "-1e39", "NaN", "1e400", "Infinity"}) {
+        SCOPED_TRACE(bad);
+        const std::string wide = writeDisplacement(std::string("[0, ") + bad + ", 0, 0]");
+        const nlohmann::json told = report(saving(workspace.path("saved"), {"--overwrite"})).at("warnings");
+        const std::string left = wide + ": Wide: 1 row of deltas is not four numbers and left out";
+        EXPECT_NE(std::find(told.begin(), told.end(), left), told.end()) << told;
+        for (const geometry::Vec3f delta :
+             MorphDeltas(library("/data/DAZ 3D/Genesis 9/Base/Genesis9.dsf"),
+                         workspace.path("saved/") + savedFolder + "/Vera Body.dsf"))
+            EXPECT_LT(geometry::Length(delta), 100.0f);
+    }
 }

@@ -8,7 +8,7 @@
 #include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/file_set.h"
-#include "base/reason.h"
+#include "base/folders.h"
 #include "base/write_bounds.h"
 #include "dson/dhdm.h"
 #include "dson/reader.h"
@@ -208,10 +208,7 @@ public:
         std::unique_ptr<base::FileSet>& set = _sets[folder];
         if (!set) {
             base::ThrowIfOutOfBounds(folder);
-            std::error_code error;
-            fs::create_directories(folder, error);
-            if (error)
-                throw base::IoError("cannot create folder {}: {}", folder.string(), base::ReasonOf(error));
+            base::MakeFolders(folder);
             set = std::make_unique<base::FileSet>(folder);
         }
         return *set;

@@ -6,7 +6,7 @@
 #include "app/current_attendant.h"
 #include "app/guard.h"
 #include "base/errors.h"
-#include "base/reason.h"
+#include "base/folders.h"
 #include "base/write_bounds.h"
 #include "dzapp.h"
 #include "dzauthor.h"
@@ -43,10 +43,7 @@ dson::AssetInfo Info(const QString& filename, const char* type)
 void MakeFolder(const std::filesystem::path& folder)
 {
     base::ThrowIfOutOfBounds(folder);
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error)
-        throw base::IoError("cannot create folder {}: {}", folder.string(), base::ReasonOf(error));
+    base::MakeFolders(folder);
 }
 
 dson::SceneAsset DescribeTrees(const std::vector<DzNode*>& roots, const char* type)

@@ -1,0 +1,42 @@
+// Folders for files to be written.
+// SPDX-License-Identifier: MIT
+
+#include "base/folders.h"
+
+#include "base/errors.h"
+#include "base/reason.h"
+
+#include <cerrno>
+
+namespace base {
+
+namespace fs = std::filesystem;
+
+void MakeFolders(const fs::path& folder)
+{
+    std::error_code error, ignored;
+    fs::create_directories(folder, error);
+    // Another program may have come first.
+    if (fs::is_directory(folder, ignored))
+        return;
+    // Of such a link the system says that a file exists, which nobody finds.
+    std::string reason = DescribeLostLink(folder);
+    if (reason.empty())
+        reason = error ? ReasonOf(error) : ReasonOf(ENOTDIR);
+    throw IoError("cannot create folder {}: {}", folder.string(), reason);
+}
+
+std::string DescribeLostLink(const fs::path& path)
+{
+    std::error_code error;
+    fs::path link;
+    for (const fs::path& part : path) {
+        link /= part;
+        if (fs::is_symlink(link, error) && fs::status(link, error).type() == fs::file_type::not_found)
+            return fmt::format("the link {} leads to {}, which is not there", link.string(),
+                               fs::read_symlink(link, error).string());
+    }
+    return {};
+}
+
+} // namespace base
