@@ -118,7 +118,7 @@ geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progre
 
 void Render(const RenderArguments& arguments)
 {
-    CheckOutput(arguments.out);
+    CheckOutput(arguments.out, {arguments.file});
     ExpectFiles();
     Progress progress(true);
     progress.stage("read", "Reading " + arguments.file);

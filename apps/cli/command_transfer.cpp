@@ -15,6 +15,7 @@
 #include "progress.h"
 #include "report.h"
 
+#include <algorithm>
 #include <memory>
 
 #include <CLI/CLI.hpp>
@@ -98,31 +99,61 @@ Json Report(const TransferArguments& arguments, const TransferInput& input,
     return report;
 }
 
-/// @throws geometry::TopologyError  the meshes do not belong together, and nobody said to go on
-void CheckFit(const TransferArguments& arguments, const TransferInput& input,
-              const geometry::MatchStatistics& statistics, base::Diagnostics& met)
+geometry::PolygonMesh TurnedInsideOut(const geometry::PolygonMesh& mesh)
 {
-    if (!geometry::IsMisfit(statistics))
-        return;
-    const std::string reason = geometry::DescribeMisfit(statistics, input.source.mesh.positions,
+    geometry::Topology turned = *mesh.topology;
+    for (std::size_t f = 0; f < turned.faceCount(); ++f)
+        std::reverse(turned.cornerVertices.begin() + turned.faceOffsets[f],
+                     turned.cornerVertices.begin() + turned.faceOffsets[f + 1]);
+    return {std::make_shared<geometry::Topology>(std::move(turned)), mesh.positions};
+}
+
+geometry::SurfaceMap MatchWith(const geometry::PolygonMesh& target, const TransferArguments& arguments,
+                               const TransferInput& input)
+{
+    try {
+        return geometry::MatchSurfaces(input.source.mesh.view(), target.view());
+    } catch (const geometry::TopologyError& error) {
+        throw geometry::TopologyError("{}: {}", arguments.sourceNeutral, error.what());
+    }
+}
+
+/// @throws geometry::TopologyError  the meshes do not belong together, and nobody said to go on
+geometry::SurfaceMap Match(const TransferArguments& arguments, const TransferInput& input,
+                           base::Diagnostics& met)
+{
+    const auto warn = [&](const std::string& what) {
+        met.push_back({base::Severity::Warning, arguments.targetNeutral, {}, what});
+    };
+    geometry::SurfaceMap map = MatchWith(input.target.mesh, arguments, input);
+    if (!geometry::IsMisfit(map.statistics()))
+        return map;
+    // Programs that show both sides of a face let nobody see that a mesh is inside out.
+    geometry::SurfaceMap turned = MatchWith(TurnedInsideOut(input.target.mesh), arguments, input);
+    if (!geometry::IsMisfit(turned.statistics())) {
+        warn(fmt::format(
+            "its faces are wound the other way round than those of {}; matched as if they were not",
+            arguments.sourceNeutral));
+        return turned;
+    }
+    const std::string reason = geometry::DescribeMisfit(map.statistics(), input.source.mesh.positions,
                                                         input.target.mesh.positions, arguments.sourceNeutral);
     if (!arguments.anyway)
         throw geometry::TopologyError("{}: {} (--anyway goes on)", arguments.targetNeutral, reason);
-    met.push_back({base::Severity::Warning, arguments.targetNeutral, {}, reason});
+    warn(reason);
+    return map;
 }
 
 void Transfer(const TransferArguments& arguments)
 {
-    CheckOutput(arguments.out);
+    CheckOutput(arguments.out, {arguments.sourceNeutral, arguments.sourceMorphed, arguments.targetNeutral});
     ExpectFiles();
     Progress progress(!arguments.json);
     progress.stage("read", "Reading the meshes");
     const TransferInput input = ReadInput(arguments);
     progress.stage("match", "Matching the surfaces");
-    const geometry::SurfaceMap map =
-        geometry::MatchSurfaces(input.source.mesh.view(), input.target.mesh.view());
     base::Diagnostics met;
-    CheckFit(arguments, input, map.statistics(), met);
+    const geometry::SurfaceMap map = Match(arguments, input, met);
     progress.stage("transfer", "Carrying the morph over");
     const std::vector<Vec3f> deltas =
         map.transfer(Difference(input.source.mesh.positions, input.morphed.mesh.positions));

@@ -81,7 +81,7 @@ void CheckPlaces(const ConversionRequest& request)
     if (!folder.empty() && !fs::is_directory(folder, error))
         throw std::runtime_error(fmt::format("cannot write {}: there is no folder {}",
                                              FileText(request.exportObj), FileText(folder)));
-    CheckOutput(request.exportObj);
+    CheckOutput(request.exportObj, {request.source, request.target});
     if (fs::is_directory(request.exportObj, error))
         throw std::runtime_error(
             fmt::format("cannot write {}: {}", FileText(request.exportObj), base::ReasonOf(EISDIR)));

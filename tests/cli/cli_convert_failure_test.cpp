@@ -196,6 +196,9 @@ TEST_F(ConvertFailure, wants_places_that_can_be_written_to)
     expectNothingMade({"--export-obj", workspace.path("none/a.obj")}, 1,
                       "there is no folder " + workspace.path("none"));
     expectNothingMade({"--export-obj", library()}, 1, "Is a directory.");
+    for (const std::string& input : {sourceFile(), targetFile()})
+        expectNothingMade({"--export-obj", input}, 1,
+                          "annot write " + input + ": it is the same file as the input " + input + ".");
     const std::string tooLong = workspace.path(std::string(252, 'o') + ".obj");
     expectNothingMade({"--export-obj", tooLong, "--dial", "No=1"}, 1,
                       "annot write " + tooLong + ": File name too long.");

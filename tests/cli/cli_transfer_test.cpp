@@ -5,7 +5,8 @@
 #include "cli_workspace.h"
 #include "geometry/obj.h"
 
-#include <cstdio>
+#include <functional>
+#include <map>
 #include <sstream>
 
 #include <nlohmann/json.hpp>
@@ -29,22 +30,44 @@ struct TransferCommand : ::testing::Test {
         arguments.insert(arguments.end(), more.begin(), more.end());
         return RunProgram(arguments);
     }
+    /// The result is the target as it was, 2 cm higher.
+    void expectLifted() const
+    {
+        const geometry::PolygonMesh before = geometry::ReadObj(target).mesh;
+        const geometry::PolygonMesh after = geometry::ReadObj(workspace.path("out.obj")).mesh;
+        ASSERT_EQ(after.vertexCount(), before.vertexCount());
+        EXPECT_EQ(after.topology->cornerVertices, before.topology->cornerVertices);
+        for (std::size_t v = 0; v < after.vertexCount(); ++v) {
+            const geometry::Vec3f delta = after.positions[v] - before.positions[v];
+            EXPECT_NEAR(geometry::Length(delta - geometry::Vec3f{0.0f, 2.0f, 0.0f}), 0.0f, 1e-4f) << v;
+        }
+    }
 };
+
+/// The text with others for those of its lines that begin so; the others are made from the lines' numbers.
+std::string WithLines(const std::string& text, char beginning,
+                      const std::function<std::string(double*)>& other)
+{
+    std::string changed;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream numbers(line.substr(1));
+        double at[4] = {};
+        if (line.front() == beginning) {
+            numbers >> at[0] >> at[1] >> at[2] >> at[3];
+            line = other(at);
+        }
+        changed += line + '\n';
+    }
+    return changed;
+}
 
 } // namespace
 
 TEST_F(TransferCommand, moves_the_target_as_the_source_moves)
 {
     ExpectSuccess(run(workspace.path("out.obj")));
-
-    const geometry::PolygonMesh before = geometry::ReadObj(target).mesh;
-    const geometry::PolygonMesh after = geometry::ReadObj(workspace.path("out.obj")).mesh;
-    ASSERT_EQ(after.vertexCount(), before.vertexCount());
-    EXPECT_EQ(after.topology->cornerVertices, before.topology->cornerVertices);
-    for (std::size_t v = 0; v < after.vertexCount(); ++v) {
-        const geometry::Vec3f delta = after.positions[v] - before.positions[v];
-        EXPECT_NEAR(geometry::Length(delta - geometry::Vec3f{0.0f, 2.0f, 0.0f}), 0.0f, 1e-4f);
-    }
+    expectLifted();
 }
 
 TEST_F(TransferCommand, prints_one_json_object)
@@ -135,16 +158,10 @@ TEST_F(TransferCommand, refuses_coordinates_beyond_anything_real)
 
 TEST_F(TransferCommand, refuses_meshes_in_other_units_unless_told_to_go_on)
 {
-    std::string metres;
-    std::istringstream lines(FineCubeText(6));
-    for (std::string line; std::getline(lines, line);) {
-        double x = 0, y = 0, z = 0;
-        if (std::sscanf(line.c_str(), "v %lf %lf %lf", &x, &y, &z) == 3)
-            line = "v " + std::to_string(x / 100) + ' ' + std::to_string(y / 100) + ' ' +
-                   std::to_string(z / 100);
-        metres += line + '\n';
-    }
-    target = workspace.write("metres.obj", metres);
+    target = workspace.write("metres.obj", WithLines(FineCubeText(6), 'v', [](double* at) {
+                                 return "v " + std::to_string(at[0] / 100) + ' ' +
+                                        std::to_string(at[1] / 100) + ' ' + std::to_string(at[2] / 100);
+                             }));
     const std::string reason =
         "only 0 of its 218 vertices have a place on " + neutral +
         "; it is 100 times smaller than the source, as if it were in metres and the source "
@@ -156,6 +173,74 @@ TEST_F(TransferCommand, refuses_meshes_in_other_units_unless_told_to_go_on)
     ExpectSuccess(result);
     EXPECT_TRUE(workspace.has("out.obj"));
     EXPECT_EQ(json::parse(result.out).at("warnings"), json({target + ": " + reason}));
+}
+
+TEST_F(TransferCommand, takes_a_target_that_is_inside_out_and_says_so)
+{
+    neutral = workspace.write("fine.obj", FineCubeText(6));
+    morphed = workspace.write("lifted.obj", WithLines(FineCubeText(6), 'v', [](double* at) {
+                                  return "v " + std::to_string(at[0]) + ' ' + std::to_string(at[1] + 2.0) +
+                                         ' ' + std::to_string(at[2]);
+                              }));
+    target = workspace.write("turned.obj", WithLines(FineCubeText(6), 'f', [](double* at) {
+                                 std::string corners = "f";
+                                 for (const int corner : {3, 2, 1, 0})
+                                     corners += ' ' + std::to_string(static_cast<int>(at[corner]));
+                                 return corners;
+                             }));
+    const ProgramResult result = run(workspace.path("out.obj"), {"--json"});
+    ExpectSuccess(result);
+    const json report = json::parse(result.out);
+    EXPECT_EQ(report.at("warnings"),
+              json({target + ": its faces are wound the other way round than those of " + neutral +
+                    "; matched as if they were not"}));
+    EXPECT_EQ(report.at("matched_vertices"), 6 * 6 * 6 + 2);
+    expectLifted();
+}
+
+TEST_F(TransferCommand, moves_whatever_lies_on_the_source)
+{
+    const std::map<std::string, std::string> targets{
+        {"one triangle", "v -1 -1 1\nv 1 -1 1\nv 0 1 1\nf 1 2 3\n"},
+        {"a flat face within", "v -1 -1 0\nv 1 -1 0\nv 1 1 0\nv -1 1 0\nf 1 2 3 4\n"},
+        {"each vertex twice",
+         "v -1 -1 1\nv -1 -1 1\nv 1 -1 1\nv 1 -1 1\nv 0 1 1\nv 0 1 1\nf 1 3 5\nf 2 4 6\n"},
+        {"vertices of no face", "v -1 -1 1\nv 1 -1 1\nv 0 1 1\nv 0 0 1\nf 1 2 3\n"},
+        {"a face without area", "v -1 -1 1\nv 1 -1 1\nv 0 1 1\nv -1 -1 1\nf 1 2 3\nf 1 2 4\n"},
+        {"a piece far away",
+         "v -1 -1 1\nv 1 -1 1\nv 0 1 1\nv 90 0 0\nv 91 0 0\nv 90 1 0\nf 1 2 3\nf 4 5 6\n"}};
+    for (const auto& [name, text] : targets) {
+        SCOPED_TRACE(name);
+        target = workspace.write("target.obj", text);
+        ExpectSuccess(run(workspace.path("out.obj")));
+        expectLifted();
+    }
+}
+
+TEST_F(TransferCommand, refuses_a_source_without_area)
+{
+    neutral = morphed = workspace.write("line.obj", "v 0 0 0\nv 1 0 0\nv 2 0 0\nf 1 2 3\n");
+    ExpectError(run(workspace.path("out.obj"), {"--anyway"}), 1,
+                neutral + ": source mesh has no face with an area.");
+    EXPECT_FALSE(workspace.has("out.obj"));
+}
+
+TEST_F(TransferCommand, never_writes_onto_an_input)
+{
+    std::filesystem::create_symlink(neutral, workspace.path("link.obj"));
+    const std::vector<std::pair<std::string, std::string>> inputs{
+        {neutral, neutral},
+        {morphed, morphed},
+        {target, target},
+        {workspace.path("link.obj"), neutral},
+        {workspace.path("tmp/../target.obj"), target}};
+    for (const auto& [out, input] : inputs) {
+        const std::string before = workspace.read(std::filesystem::path(input).filename());
+        ExpectError(run(out), 1, "Cannot write " + out + ": it is the same file as the input " + input + ".");
+        EXPECT_EQ(workspace.read(std::filesystem::path(input).filename()), before);
+    }
+    ExpectError(RunProgram({"render", target, "--out", target}), 1,
+                "Cannot write " + target + ": it is the same file as the input " + target + ".");
 }
 
 TEST_F(TransferCommand, refuses_a_mesh_without_faces)
