@@ -10,6 +10,8 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <poll.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -82,6 +84,44 @@ public:
 
 private:
     int _file;
+};
+
+/// Tells of a name in a folder as soon as it is there: who looks now and then may find that the program has
+/// ended meanwhile.
+class Arrival {
+public:
+    Arrival(const std::string& folder, std::string name)
+        : _name(std::move(name)), _events(inotify_init1(IN_CLOEXEC))
+    {
+        if (_events < 0 || inotify_add_watch(_events, folder.c_str(), IN_CREATE | IN_MOVED_TO) < 0)
+            throw std::runtime_error("cannot watch " + folder);
+    }
+    ~Arrival() { close(_events); }
+    Arrival(const Arrival&) = delete;
+    Arrival& operator=(const Arrival&) = delete;
+
+    /// Waits a moment for it.
+    bool hasCome() const
+    {
+        constexpr int moment =
+            100; // milliseconds, after which somebody may ask whether the program has ended
+        pollfd wanted{_events, POLLIN, 0};
+        if (poll(&wanted, 1, moment) <= 0)
+            return false;
+        alignas(inotify_event) char bytes[4096];
+        const ssize_t count = read(_events, bytes, sizeof bytes);
+        for (ssize_t at = 0; at < count;) {
+            const auto* const event = reinterpret_cast<const inotify_event*>(bytes + at);
+            if (event->len > 0 && event->name == _name)
+                return true;
+            at += static_cast<ssize_t>(sizeof *event + event->len);
+        }
+        return false;
+    }
+
+private:
+    std::string _name;
+    int _events;
 };
 
 /// Interrupted while a file is read.
@@ -160,8 +200,10 @@ TEST_F(InterruptedConversion, ends_at_the_next_step_and_makes_no_morphs)
 TEST_F(InterruptedConversion, ends_between_two_pictures)
 {
     const std::string pictures = workspace.path("pictures");
+    std::filesystem::create_directory(pictures);
+    const Arrival first(pictures, "source.png");
     const ProgramResult result =
-        InterruptProgram(arguments({"--pictures", pictures}), pictures + "/source.png");
+        InterruptProgram(arguments({"--pictures", pictures}), [&first] { return first.hasCome(); });
     EXPECT_EQ(result.signal, SIGINT);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err.find("gantrel: Interrupted; " + pictures + "/source.png is written"), 0u)
@@ -172,9 +214,10 @@ TEST_F(InterruptedConversion, ends_between_two_pictures)
 TEST_F(InterruptedConversion, names_the_morphs_that_were_saved_before)
 {
     const std::string pictures = workspace.path("pictures");
+    const Arrival folder(workspace.path(""), "pictures");
     const ProgramResult result = InterruptProgram(
         arguments(saving(workspace.path("saved"), {"--pictures", pictures, "--jobs", "head"})),
-        [&pictures] { return std::filesystem::exists(pictures); });
+        [&folder] { return folder.hasCome(); });
     EXPECT_EQ(result.signal, SIGINT);
     const std::vector<std::string> entries = workspace.entries();
     const auto saved = std::find_if(entries.begin(), entries.end(), [](const std::string& entry) {
@@ -197,6 +240,27 @@ TEST_F(InterruptedConversion, that_waits_for_a_file_saves_nothing)
         EXPECT_EQ(result.err, "gantrel: Interrupted; nothing was saved.\n");
         EXPECT_FALSE(workspace.has("saved"));
         expectNoTraces();
+    }
+}
+
+TEST(InterruptedScript, ends_where_the_toolkit_waits_for_a_file)
+{
+    // Opened and read by calls that go on waiting when a signal comes, inside of which no script can be
+    // stopped.
+    const Workspace workspace;
+    const std::string settings = workspace.path("settings.json");
+    const std::string reader =
+        workspace.write("wait.js", "new DzMorphLoader().readObjectCommonSettingsFromConfigFile('" + settings +
+                                       "');\n"
+                                       "print('read');");
+    for (const std::string& script : {reader, settings}) {
+        PipeForFile pipe(settings, "");
+        const ProgramResult result =
+            InterruptProgram({"script", script}, [&pipe] { return pipe.isWaitedFor(); });
+        EXPECT_EQ(result.signal, SIGINT) << script;
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.err, "gantrel: Interrupted.\n");
+        EXPECT_EQ(workspace.entries(), (std::vector<std::string>{"settings.json", "wait.js"}));
     }
 }
 
