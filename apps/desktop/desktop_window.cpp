@@ -8,6 +8,7 @@
 #include "desktop_settings.h"
 #include "dropped_files.h"
 #include "folders_dialog.h"
+#include "openhost/script_bounds.h"
 #include "quoted.h"
 
 #include <dzaction.h>
@@ -122,6 +123,7 @@ void DesktopWindow::show()
 
 void DesktopWindow::start(const Options& options)
 {
+    openhost::SetScriptRights({ToQ(options.scriptFolders), options.scriptProcesses});
     const bool isRemembered = options.contentFolders.empty();
     _contentFolders = isRemembered ? RememberedContentFolders() : ToQ(options.contentFolders);
     QStringList troubles;

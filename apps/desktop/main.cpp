@@ -5,7 +5,6 @@
 #include "desktop_options.h"
 #include "desktop_window.h"
 #include "openhost/openhost.h"
-#include "openhost/script_bounds.h"
 
 #include <clocale>
 #include <cstdio>
@@ -56,11 +55,6 @@ int main(int argc, char** argv)
     hostOptions.logFilename = LogFile();
     openhost::OpenHost host(argc, argv, hostOptions);
     std::setlocale(LC_NUMERIC, "C");
-    openhost::ScriptRights scriptRights;
-    for (const std::string& folder : options.scriptFolders)
-        scriptRights.folders.append(QString::fromStdString(folder));
-    scriptRights.processes = options.scriptProcesses;
-    openhost::SetScriptRights(scriptRights);
     desktop::DesktopWindow window(attendant);
     window.show();
     window.start(options);

@@ -60,6 +60,16 @@ TEST(DesktopOptions, take_folders_and_files)
     EXPECT_EQ(parsed.options.files, (Texts{"one.duf", "two.duf"}));
 }
 
+TEST(DesktopOptions, take_what_scripts_may)
+{
+    const Parsed parsed =
+        Parse({"--allow-files", "/a", "one.duf", "--allow-processes", "--allow-files", "/b"});
+    EXPECT_FALSE(parsed.code);
+    EXPECT_EQ(parsed.options.scriptFolders, (Texts{"/a", "/b"}));
+    EXPECT_TRUE(parsed.options.scriptProcesses);
+    EXPECT_EQ(parsed.options.files, Texts{"one.duf"});
+}
+
 TEST(DesktopOptions, may_all_be_left_out)
 {
     const Parsed parsed = Parse({});
@@ -67,6 +77,8 @@ TEST(DesktopOptions, may_all_be_left_out)
     EXPECT_TRUE(parsed.options.contentFolders.empty());
     EXPECT_TRUE(parsed.options.pluginFolder.empty());
     EXPECT_TRUE(parsed.options.files.empty());
+    EXPECT_TRUE(parsed.options.scriptFolders.empty());
+    EXPECT_FALSE(parsed.options.scriptProcesses);
 }
 
 TEST(DesktopOptions, ask_for_help_and_for_the_version)
@@ -82,8 +94,13 @@ TEST(DesktopOptions, ask_for_help_and_for_the_version)
 
 TEST(DesktopOptions, refuse_wrong_use_in_one_sentence)
 {
-    for (const std::vector<const char*>& wrong :
-         {std::vector<const char*>{"--wrong"}, {"--content"}, {"--content", ""}, {"--plugins", ""}, {""}}) {
+    for (const std::vector<const char*>& wrong : {std::vector<const char*>{"--wrong"},
+                                                  {"--content"},
+                                                  {"--content", ""},
+                                                  {"--plugins", ""},
+                                                  {"--allow-files"},
+                                                  {"--allow-files", ""},
+                                                  {""}}) {
         const Parsed parsed = Parse(wrong);
         EXPECT_EQ(parsed.code, 2);
         EXPECT_EQ(parsed.err.rfind("gantrel-desktop: ", 0), 0u) << parsed.err;
