@@ -77,12 +77,15 @@ struct Piece {
     std::size_t part = 0, first = 0, last = 0;
 };
 
-/// A name as one line: a line break in it would begin a record of its own.
+/// A name as one line: a line break in it would begin a record of its own, and a backslash at its end would
+/// go on in the next. Readers take no blank at the end for a part of the name.
 std::string OneLine(std::string name)
 {
     for (char& c : name)
         if (c == '\n' || c == '\r')
             c = ' ';
+    if (!name.empty() && name.back() == '\\')
+        name += ' ';
     return name;
 }
 

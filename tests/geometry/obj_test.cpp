@@ -286,6 +286,19 @@ TEST(FormatObj, writes_texture_coordinates_and_normals)
               "vn 0 0 1\nf 1/1/1 2/2/2 3/2/3\n");
 }
 
+TEST(FormatObj, ends_the_line_of_a_name_that_ends_with_a_backslash)
+{
+    const PolygonMesh mesh = shapes::Triangle();
+    ObjPart part;
+    part.mesh = mesh.view();
+    part.name = "left\\";
+    ObjWriteOptions options;
+    options.grouping = ObjGrouping::Single;
+    const ObjContent again = ParseObj(FormatObj({&part, 1}, options), {}, "text");
+    EXPECT_EQ(again.mesh.faceCount(), 1u);
+    EXPECT_EQ(again.mesh.topology->groupNames, std::vector<std::string>{"left\\"});
+}
+
 TEST(FormatObj, keeps_a_name_with_a_line_break_on_one_line)
 {
     const PolygonMesh mesh = shapes::Cube(2.0f);
