@@ -61,6 +61,7 @@
 #include "tools/morph_loader_batch.h"
 #include "tools/transfer_utility.h"
 
+#include <QMetaEnum>
 #include <QSize>
 #include <QWidget>
 
@@ -180,10 +181,28 @@ QScriptValue EnumerationToScript(QScriptEngine*, const Enumeration& value)
     return QScriptValue(static_cast<int>(value));
 }
 
-template <class Enumeration>
+const char* NameOf(DzERCLink::ERCType)
+{
+    return "ERCType";
+}
+const char* NameOf(DzScene::DzOpenMethod)
+{
+    return "DzOpenMethod";
+}
+
+/// What is none of its values is an error of the script; the call then gets the first.
+template <class Owner, class Enumeration>
 void EnumerationFromScript(const QScriptValue& number, Enumeration& value)
 {
-    value = static_cast<Enumeration>(number.toInt32());
+    value = Enumeration();
+    const QMetaObject& owner = Owner::staticMetaObject;
+    const QMetaEnum known = owner.enumerator(owner.indexOfEnumerator(NameOf(value)));
+    if (known.valueToKey(number.toInt32()))
+        value = static_cast<Enumeration>(number.toInt32());
+    else
+        number.engine()->currentContext()->throwError(
+            QScriptContext::RangeError,
+            QStringLiteral("%1 is no %2").arg(number.toString(), QLatin1String(NameOf(value))));
 }
 
 void RegisterTypes(QScriptEngine& engine)
@@ -209,8 +228,10 @@ void RegisterTypes(QScriptEngine& engine)
     qScriptRegisterMetaType<DzBox3>(&engine, BoxToScript, BoxFromScript);
     qScriptRegisterMetaType<QSize>(&engine, SizeToScript, SizeFromScript);
     qScriptRegisterMetaType<DzUri>(&engine, UriToScript, UriFromScript);
-    qScriptRegisterMetaType<DzERCLink::ERCType>(&engine, EnumerationToScript, EnumerationFromScript);
-    qScriptRegisterMetaType<DzScene::DzOpenMethod>(&engine, EnumerationToScript, EnumerationFromScript);
+    qScriptRegisterMetaType<DzERCLink::ERCType>(&engine, EnumerationToScript,
+                                                EnumerationFromScript<DzERCLink>);
+    qScriptRegisterMetaType<DzScene::DzOpenMethod>(&engine, EnumerationToScript,
+                                                   EnumerationFromScript<DzScene>);
     qRegisterMetaType<DzError>("DzError");
 }
 

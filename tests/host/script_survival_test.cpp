@@ -37,6 +37,14 @@ TEST_F(ScriptSurvivalTest, options_that_are_null_are_refused)
               "true");
 }
 
+TEST_F(ScriptSurvivalTest, a_number_that_is_no_way_to_open_a_scene_opens_none)
+{
+    EXPECT_EQ(textOf("Scene.addNode(new DzNode()); Scene.loadScene('none.duf', -1)"),
+              "RangeError: -1 is no DzOpenMethod");
+    EXPECT_EQ(textOf("Scene.getNumNodes()"), "1");
+    EXPECT_EQ(textOf("Scene.loadScene('none.duf', 3e9)"), "RangeError: 3000000000 is no DzOpenMethod");
+}
+
 TEST_F(ScriptSurvivalTest, a_line_stands_where_anybody_could_write_it)
 {
     EXPECT_EQ(textOf("var script = new DzScript();"
