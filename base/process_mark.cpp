@@ -4,10 +4,12 @@
 #include "base/process_mark.h"
 
 #include <charconv>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <sstream>
+#include <system_error>
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -16,18 +18,21 @@ namespace base {
 
 namespace {
 
-/// Of the machine since it was started: a number names another process after that.
+/// Of the machine since it was started, or the container: a number names another process elsewhere.
 std::string MachineMark()
 {
     std::string boot;
     std::ifstream("/proc/sys/kernel/random/boot_id") >> boot;
+    std::error_code unknown;
+    boot += std::filesystem::read_symlink("/proc/self/ns/pid", unknown).string();
     std::string name(256, '\0');
     if (gethostname(name.data(), name.size() - 1) != 0)
         name.clear();
     return fmt::format("{:016x}", std::hash<std::string>()(boot + name.c_str()));
 }
 
-/// When the process began, in ticks since the machine did; empty if there is none.
+/// When the process began, in ticks since the machine did; empty if there is none, or one that has only its
+/// parent to tell of its end.
 std::string StartOf(long process)
 {
     std::ifstream file(fmt::format("/proc/{}/stat", process));
@@ -37,9 +42,12 @@ std::string StartOf(long process)
     if (name == std::string::npos)
         return {};
     std::istringstream fields(text.substr(name + 1));
-    std::string field;
-    constexpr int start = 22, behindName = 3;
-    for (int i = behindName; i <= start && fields; ++i)
+    std::string state, field;
+    fields >> state;
+    if (state == "Z" || state == "X")
+        return {};
+    constexpr int start = 22, behindState = 4;
+    for (int i = behindState; i <= start && fields; ++i)
         fields >> field;
     return field;
 }

@@ -19,6 +19,7 @@
 #include <sys/resource.h>
 
 #include <CLI/CLI.hpp>
+#include <QString>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -178,6 +179,8 @@ void CheckFolderName(const char* option, const std::string& name)
     const bool isBlank = name.find_first_not_of(' ') == name.npos;
     if (isBlank || hasBadCharacter || name.back() == '.')
         throw UsageError(std::string(option) + " \"" + name + "\" cannot be the name of a folder");
+    if (QString::fromStdString(name).toStdString() != name)
+        throw UsageError(fmt::format("{} is not UTF-8", option));
     if (name.size() > base::longestName)
         throw UsageError(fmt::format("{} is too long for the name of a folder: {} bytes, of {} at most",
                                      option, name.size(), base::longestName));

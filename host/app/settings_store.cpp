@@ -13,6 +13,7 @@
 #include "openhost/diagnostics.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QMap>
 
 #include <cerrno>
@@ -94,6 +95,10 @@ std::optional<Values> Load()
     QFile file(FileName());
     if (!file.exists())
         return values;
+    if (!QFileInfo(file).isFile()) { // a pipe would be waited for
+        Tell(QStringLiteral("the settings cannot be read: it is no file"));
+        return std::nullopt;
+    }
     const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     if (file.error() != QFileDevice::NoError) {
         Tell(QLatin1String("the settings cannot be read: ") + file.errorString());

@@ -61,7 +61,13 @@ DzIntProperty* AddLevel(DzElement& shape, const QString& name, const QString& la
 } // namespace
 
 DzFacetShape::DzFacetShape() : _impl(new Impl) {}
-DzFacetShape::~DzFacetShape() = default;
+DzFacetShape::~DzFacetShape()
+{
+    // The element takes them down, when it is no shape any more that could listen.
+    for (const DzProperty* const property : QList<DzProperty*>{_impl->resolution, _impl->viewLevel})
+        if (property)
+            property->disconnect(this);
+}
 
 DzGeometry* DzFacetShape::getGeometry() const
 {

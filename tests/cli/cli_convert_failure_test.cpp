@@ -176,6 +176,12 @@ TEST_F(ConvertFailure, wants_names_that_can_be_folders)
     }
 }
 
+TEST_F(ConvertFailure, wants_names_of_folders_that_are_text)
+{
+    expectNothingMade({"--save-library", workspace.path("saved"), "--vendor", "\xff", "--product", "Heroes"},
+                      2, "--vendor is not UTF-8.");
+}
+
 TEST_F(ConvertFailure, wants_names_of_folders_that_are_not_too_long)
 {
     const std::string place = workspace.path("saved"), tooLong(256, 'v');

@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include <sys/stat.h>
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -123,4 +125,17 @@ TEST_F(SettingsFaults, that_cannot_be_understood_stay_where_they_cannot_be_set_a
     EXPECT_EQ(met.all().front().what, "the settings cannot be read, nor set aside: Is a directory");
     std::ifstream file(folder() / "settings.json");
     EXPECT_EQ(std::string((std::istreambuf_iterator<char>(file)), {}), "{ nonsense");
+}
+
+TEST_F(SettingsFaults, a_pipe_in_their_place_is_not_waited_for)
+{
+    const fs::path pipe = folder() / "settings.json";
+    fs::remove(pipe);
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const openhost::DiagnosticsCollector met(dzApp->diagnostics());
+    EXPECT_EQ(count(), 0);
+    EXPECT_FALSE(setCount(4));
+    ASSERT_FALSE(met.all().empty());
+    EXPECT_EQ(base::ToLine(met.all()[0]), pipe.string() + ": the settings cannot be read: it is no file");
+    EXPECT_TRUE(fs::is_fifo(pipe));
 }
