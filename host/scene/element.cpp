@@ -10,6 +10,7 @@
 #include "scene/own_property.h"
 
 #include <QHash>
+#include <QVariant>
 
 struct DzElement::Impl {
     QString label;
