@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <sched.h>
+#include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -61,11 +62,12 @@ TEST(ProcessMark, of_one_that_nobody_has_waited_for_yet_has_ended)
 TEST(ProcessMark, says_nothing_of_processes_that_are_numbered_apart)
 {
     const Child child([] {
-        if (unshare(CLONE_NEWPID) != 0)
+        if (unshare(CLONE_NEWPID | CLONE_NEWNS) != 0)
             return false;
-        const pid_t inside = fork(); // the first one that is numbered anew
+        const pid_t inside = fork(); // the first one that is numbered anew, and sees its like alone
         if (inside == 0)
-            return true;
+            return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                   mount("proc", "/proc", "proc", 0, nullptr) == 0;
         waitpid(inside, nullptr, 0);
         _exit(0);
     });

@@ -3,6 +3,7 @@
 
 #include "base/ascii.h"
 #include "base/reason.h"
+#include "tests/base/scoped_variable.h"
 #include "tests/base/scratch_folder.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +12,6 @@
 #include <cerrno>
 #include <clocale>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <string>
@@ -49,14 +49,13 @@ TEST(Reason, is_english_where_the_system_speaks_another_language)
     std::filesystem::create_directories(folder.path() / "de" / "LC_MESSAGES");
     std::ofstream(folder.path() / "de" / "LC_MESSAGES" / "libc.mo", std::ios::binary)
         << Catalogue(english, "Kein Platz");
-    setenv("LANGUAGE", "de", 1);
+    const ScopedVariable language("LANGUAGE", "de");
     bindtextdomain("libc", folder.path().c_str());
     const bool hasLocale = std::setlocale(LC_ALL, "C.UTF-8");
     const std::string ofSystem = std::strerror(ENOSPC);
     const std::string reason = base::ReasonOf(ENOSPC);
     const std::string ofCode = base::ReasonOf(std::make_error_code(std::errc::no_space_on_device));
     std::setlocale(LC_ALL, "C");
-    unsetenv("LANGUAGE");
     if (!hasLocale || ofSystem != "Kein Platz")
         GTEST_SKIP() << "the system's texts cannot be translated here";
     EXPECT_EQ(reason, english);

@@ -14,22 +14,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const char* const cacheVariable = "XDG_CACHE_HOME";
-
 /// The dials of a figure are listed, for which the index is made.
 class IndexFaults : public ConversionTest {
 protected:
     void SetUp() override
     {
-        const char* const former = std::getenv(cacheVariable);
-        _formerCache = former ? former : "";
-        setenv(cacheVariable, workspace.path("cache").c_str(), 1);
         // An index takes no files that have just been written.
         for (const fs::directory_entry& entry : fs::recursive_directory_iterator(library()))
             fs::last_write_time(entry.path(), fs::file_time_type::clock::now() - std::chrono::hours(1));
         fs::create_directories(index());
     }
-    void TearDown() override { setenv(cacheVariable, _formerCache.c_str(), 1); }
 
     fs::path index() const { return workspace.path("cache/gantrel"); }
     TracedProgram run(const Interference& interference = {}, Counted counted = Counted::Changes) const
@@ -60,9 +54,6 @@ protected:
     }
 
     TracedProgram _whole;
-
-private:
-    std::string _formerCache;
 };
 
 } // namespace

@@ -13,8 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const char* const cacheVariable = "XDG_CACHE_HOME";
-
 /// The superuser may write everywhere; for so long, this process and those that it starts are somebody's who
 /// may not.
 class WithoutPrivileges {
@@ -44,9 +42,6 @@ class FewRights : public ConversionTest {
 protected:
     void SetUp() override
     {
-        const char* const former = std::getenv(cacheVariable);
-        _formerCache = former ? former : "";
-        setenv(cacheVariable, workspace.path("cache").c_str(), 1);
         fs::create_directory(workspace.path("cache"));
         fs::create_directory(workspace.path("mine"));
         fs::permissions(workspace.path(""), fs::perms(0755));
@@ -57,11 +52,7 @@ protected:
         if (access(GANTREL_PROGRAM, X_OK) != 0)
             GTEST_SKIP() << "another user cannot reach the program";
     }
-    void TearDown() override
-    {
-        setWritable(true);
-        setenv(cacheVariable, _formerCache.c_str(), 1);
-    }
+    void TearDown() override { setWritable(true); }
 
     ProgramResult convertWithoutPrivileges(const std::vector<std::string>& more) const
     {
@@ -82,8 +73,6 @@ private:
                 set(entry.path());
         }
     }
-
-    std::string _formerCache;
 };
 
 } // namespace

@@ -4,6 +4,8 @@
 #include "cli_expectations.h"
 #include "cli_workspace.h"
 
+#include "tests/base/scoped_variable.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -17,20 +19,11 @@ namespace fs = std::filesystem;
 namespace {
 
 /// What programs that are started meanwhile take for the machine's processors.
-class Processors {
-public:
-    explicit Processors(int count)
-    {
-        setenv("LD_PRELOAD", GANTREL_PROCESSORS, 1);
-        setenv("GANTREL_TEST_PROCESSORS", std::to_string(count).c_str(), 1);
-    }
-    ~Processors()
-    {
-        unsetenv("LD_PRELOAD");
-        unsetenv("GANTREL_TEST_PROCESSORS");
-    }
-    Processors(const Processors&) = delete;
-    Processors& operator=(const Processors&) = delete;
+struct Processors {
+    explicit Processors(int count) : _count("GANTREL_TEST_PROCESSORS", std::to_string(count)) {}
+
+private:
+    const ScopedVariable _replacement{"LD_PRELOAD", GANTREL_PROCESSORS}, _count;
 };
 
 /// By path; without the time at which they were written.

@@ -20,8 +20,6 @@ namespace fs = std::filesystem;
 
 using Contents = std::map<std::string, std::string>;
 
-const char* const cacheVariable = "XDG_CACHE_HOME";
-
 /// Times and all.
 void Copy(const fs::path& from, const fs::path& to)
 {
@@ -46,9 +44,6 @@ class SaveFaults : public ConversionTest {
 protected:
     void SetUp() override
     {
-        const char* const former = std::getenv(cacheVariable);
-        _formerCache = former ? former : "";
-        setenv(cacheVariable, workspace.path("cache").c_str(), 1);
         fs::create_directory(workspace.path("out"));
         workspace.write("out/Vera.obj", "v 0 0 0\n");
         ExpectSuccess(convert(saving(library(), {"--dial", "Wide=0", "--resolution", "subd"})));
@@ -64,7 +59,6 @@ protected:
     {
         RecordProperty("calls", static_cast<int>(_whole.calls.size()));
         RecordProperty("tries", static_cast<int>(_tries));
-        setenv(cacheVariable, _formerCache.c_str(), 1);
     }
 
     /// @return false where nobody may trace
@@ -161,7 +155,6 @@ protected:
     Contents _old, _new;
 
 private:
-    std::string _formerCache;
     std::set<std::string> _subjects;
     std::size_t _tries = 0;
 };

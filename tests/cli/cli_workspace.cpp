@@ -17,8 +17,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const char* const temporaryFolderVariable = "TMPDIR";
-
 std::string MakeFolder()
 {
     std::string name = (fs::temp_directory_path() / "gantrel-test-XXXXXX").string();
@@ -29,20 +27,13 @@ std::string MakeFolder()
 
 } // namespace
 
-Workspace::Workspace() : _folder(MakeFolder())
+Workspace::Workspace() : _folder(MakeFolder()), _temporaryFolder("TMPDIR", path("tmp"))
 {
-    const char* const former = std::getenv(temporaryFolderVariable);
-    _formerTemporaryFolder = former ? former : "";
-    fs::create_directory(_folder / "tmp");
-    setenv(temporaryFolderVariable, path("tmp").c_str(), 1);
+    fs::create_directory(path("tmp"));
 }
 
 Workspace::~Workspace()
 {
-    if (_formerTemporaryFolder.empty())
-        unsetenv(temporaryFolderVariable);
-    else
-        setenv(temporaryFolderVariable, _formerTemporaryFolder.c_str(), 1);
     std::error_code ignored;
     fs::remove_all(_folder, ignored);
 }

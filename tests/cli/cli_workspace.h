@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "tests/base/scoped_variable.h"
+
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -26,7 +28,7 @@ public:
 
 private:
     std::filesystem::path _folder;
-    std::string _formerTemporaryFolder;
+    const ScopedVariable _temporaryFolder;
 };
 
 /// A cube as OBJ text: eight vertices, six quads, moved up by so much.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "ks_string.h"
+#include "tests/base/scoped_variable.h"
 #include "tests/base/scratch_folder.h"
 
 #include <gtest/gtest.h>
@@ -20,14 +21,9 @@ public:
     {
         const std::string place = (_folder.path() / "tr").string();
         const std::string make = "localedef --quiet -i tr_TR -f ISO-8859-9 '" + place + "' 2>/dev/null";
-        setenv("LOCPATH", _folder.path().c_str(), 1);
         _isSet = std::system(make.c_str()) == 0 && std::setlocale(LC_CTYPE, "tr");
     }
-    ~TurkishLocale()
-    {
-        std::setlocale(LC_CTYPE, _before.c_str());
-        unsetenv("LOCPATH");
-    }
+    ~TurkishLocale() { std::setlocale(LC_CTYPE, _before.c_str()); }
     TurkishLocale(const TurkishLocale&) = delete;
     TurkishLocale& operator=(const TurkishLocale&) = delete;
 
@@ -35,6 +31,7 @@ public:
 
 private:
     const ScratchFolder _folder;
+    const ScopedVariable _place{"LOCPATH", _folder.path()};
     const std::string _before = std::setlocale(LC_CTYPE, nullptr);
     bool _isSet = false;
 };
