@@ -14,7 +14,7 @@ const char* const ConversionTest::sourcePath =
 const char* const ConversionTest::targetPath = "/People/Genesis 9/Genesis 9.duf";
 const char* const ConversionTest::savedFolder = "data/DAZ 3D/Genesis 9/Base/Morphs/Acme/Heroes";
 
-ConversionTest::ConversionTest() : cacheFolder("XDG_CACHE_HOME", workspace.path("cache"))
+ConversionTest::ConversionTest()
 {
     WriteMiniLibrary(library());
 }

@@ -40,8 +40,7 @@ protected:
     static const char* const savedFolder; ///< of the morphs, in the library that they are saved into
 
     Workspace workspace;
-    const ScopedVariable cacheFolder; ///< so that the index of morphs is each test's own
-    std::string morphName = "Vera";   ///< of arguments()
+    std::string morphName = "Vera"; ///< of arguments()
 };
 
 /// Rest positions of a figure file with a morph file's displacements added; cm.

@@ -54,6 +54,9 @@ protected:
     }
 
     TracedProgram _whole;
+
+private:
+    const ScopedVariable _cacheFolder{"XDG_CACHE_HOME", workspace.path("cache")};
 };
 
 } // namespace

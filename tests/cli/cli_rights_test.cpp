@@ -73,6 +73,8 @@ private:
                 set(entry.path());
         }
     }
+
+    const ScopedVariable _cacheFolder{"XDG_CACHE_HOME", workspace.path("cache")};
 };
 
 } // namespace

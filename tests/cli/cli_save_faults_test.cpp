@@ -155,6 +155,7 @@ protected:
     Contents _old, _new;
 
 private:
+    const ScopedVariable _cacheFolder{"XDG_CACHE_HOME", workspace.path("cache")};
     std::set<std::string> _subjects;
     std::size_t _tries = 0;
 };

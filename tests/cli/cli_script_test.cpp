@@ -3,6 +3,7 @@
 
 #include "cli_expectations.h"
 #include "cli_workspace.h"
+#include "tests/base/limited_memory.h"
 #include "tests/plugin/mini_library.h"
 
 #include <algorithm>
@@ -103,6 +104,7 @@ TEST(ScriptCommand, ends_a_lost_script_when_interrupted)
 
 TEST(ScriptCommand, ends_a_script_that_takes_all_memory_with_one_sentence)
 {
+    SKIP_WITHOUT_MEMORY_LIMITS();
     const Workspace workspace;
     const std::string file =
         workspace.write("greedy.js", "print('begun'); var all = [], text = new Array(1e4).join('x');"
@@ -121,6 +123,7 @@ TEST(ScriptCommand, ends_a_script_that_takes_all_memory_with_one_sentence)
 
 TEST(ScriptCommand, runs_in_the_least_memory_that_it_can_be_given)
 {
+    SKIP_WITHOUT_MEMORY_LIMITS();
     const Workspace workspace;
     const std::string file = workspace.write("small.js", "print([3, 1, 2].sort());");
     const ProgramResult result = RunProgram({"script", file, "--memory", "64"});

@@ -4,6 +4,7 @@
 #include "cli_conversion.h"
 
 #include "geometry/obj.h"
+#include "tests/base/limited_memory.h"
 
 #include <sstream>
 
@@ -81,6 +82,7 @@ TEST_F(SubdividedConversion, names_levels_and_resolutions_that_do_not_fit)
 
 TEST_F(SubdividedConversion, is_refused_before_it_begins_where_memory_does_not_do)
 {
+    SKIP_WITHOUT_MEMORY_LIMITS();
     rlimit former{};
     ASSERT_EQ(getrlimit(RLIMIT_AS, &former), 0);
     rlimit limit = former;
