@@ -4,7 +4,7 @@
 #include "cli_expectations.h"
 #include "cli_workspace.h"
 
-#include "tests/base/scoped_variable.h"
+#include "tests/base/sanitizer_option.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -24,6 +24,7 @@ struct Processors {
 
 private:
     const ScopedVariable _replacement{"LD_PRELOAD", GANTREL_PROCESSORS}, _count;
+    const SanitizerOption _mayComeLater{"verify_asan_link_order=0"};
 };
 
 /// By path; without the time at which they were written.

@@ -4,6 +4,7 @@
 #include "cli_traced_program.h"
 
 #include "cli_capture.h"
+#include "tests/base/sanitizer_option.h"
 
 #include <cstdlib>
 
@@ -14,6 +15,8 @@ TracedProgram RunProgramTraced(const std::filesystem::path& folder, std::vector<
                                const Interference& interference, Counted counted)
 {
     const Capture out, err;
+    // Leaks are looked for by tracing, and a process has one tracer.
+    const SanitizerOption withoutLeaks("detect_leaks=0");
     arguments.insert(arguments.begin(), GANTREL_PROGRAM);
     const auto program = [&] {
         std::vector<char*> argv;
