@@ -19,12 +19,21 @@ std::optional<double> NumberOf(const Element& channel, std::string_view member)
     return number;
 }
 
+/// Likewise of one that is not its value; other kinds of values may have other kinds of limits.
+std::optional<double> NumberBeside(const Element& channel, std::string_view member)
+{
+    if (IsOneNumber(Text(channel, "type", "float")))
+        return Number(channel, member);
+    const auto found = Find(channel, member);
+    return found ? AsNumber(*found) : std::nullopt;
+}
+
 /// Also one that single precision cannot hold: what reads the channel tells of it.
 std::optional<double> Limit(const Element& channel, const char* member)
 {
     const auto limit = Find(channel, member);
     double number = 0.0;
-    return limit && limit->get(number) == simdjson::SUCCESS ? number : NumberOf(channel, member);
+    return limit && limit->get(number) == simdjson::SUCCESS ? number : NumberBeside(channel, member);
 }
 
 /// Empty for a number, for what should be one and for an alias, which has no value.
@@ -72,11 +81,6 @@ double ValueOf(const Element& channelOrNumber, double fallback)
     return GivenValue(channelOrNumber).value_or(fallback);
 }
 
-std::optional<bool> GivenFlag(const Element& json, const char* member)
-{
-    return Find(json, member) ? std::optional<bool>(Flag(json, member, false)) : std::nullopt;
-}
-
 Channel ParseChannel(const Element& json)
 {
     Channel channel;
@@ -96,14 +100,11 @@ Channel ParseChannel(const Element& json)
     channel.visible = Flag(json, "visible", true);
     channel.locked = Flag(json, "locked", false);
     channel.autoFollow = Flag(json, "auto_follow", false);
-    channel.stepSize = NumberOf(json, "step_size").value_or(1.0);
+    channel.stepSize = NumberBeside(json, "step_size").value_or(1.0);
     channel.targetChannel = Text(json, "target_channel");
     if (channel.type == "string")
         channel.text = Text(json, "current_value", Text(json, "value"));
-    ForEach(json, "enum_values", [&](const Element& item) {
-        if (item.is_string())
-            channel.enumValues.emplace_back(item.get_string().value_unsafe());
-    });
+    ForEachText(json, "enum_values", [&](std::string_view item) { channel.enumValues.emplace_back(item); });
     return channel;
 }
 
@@ -111,8 +112,8 @@ ChannelChange ParseChannelChange(const Element& channel)
 {
     ChannelChange change;
     change.label = Text(channel, "label");
-    change.min = Number(channel, "min");
-    change.max = Number(channel, "max");
+    change.min = NumberBeside(channel, "min");
+    change.max = NumberBeside(channel, "max");
     change.clamped = GivenFlag(channel, "clamped");
     change.visible = GivenFlag(channel, "visible");
     change.locked = GivenFlag(channel, "locked");

@@ -14,22 +14,32 @@ namespace dson {
 
 constexpr const char* axisIds[3] = {"x", "y", "z"};
 
-/// Calls visit(axis, value) for a vector member given as channel objects or as plain numbers.
+/// Calls visit(axis, value) for a vector member given as channel objects or as plain numbers. Numbers for
+/// other axes than three, and objects for none, are tallied.
 template <class Visit>
 void ForEachAxis(const Element& owner, std::string_view member, Visit visit)
 {
-    int index = 0;
+    int index = 0, plain = 0;
+    bool hasOthers = false;
     ForEach(owner, member, [&](const Element& item) {
         if (item.is_object()) {
-            const std::string id = Text(item, "id");
+            const std::string_view id = QuietText(item, "id");
+            bool isAxis = false;
             for (int axis = 0; axis < 3; ++axis)
-                if (id == axisIds[axis])
+                if (id == axisIds[axis]) {
                     visit(axis, item);
-        } else if (index < 3) {
-            visit(index, item);
+                    isAxis = true;
+                }
+            hasOthers = hasOthers || !isAxis;
+        } else {
+            if (index < 3)
+                visit(index, item);
+            ++plain;
         }
         ++index;
     });
+    if (hasOthers || (plain > 0 && plain != 3))
+        ReadingTally::addOdd(owner, member, OddMembers::Wanted::Axes);
 }
 
 /// Whether channels of the type have a value that is one number.
@@ -40,8 +50,6 @@ bool MayHoldNumber(std::string_view type);
 /// none; what is no number but should be is tallied.
 std::optional<double> GivenValue(const Element& channelOrNumber);
 double ValueOf(const Element& channelOrNumber, double fallback);
-/// Nothing where the member is not there.
-std::optional<bool> GivenFlag(const Element& json, const char* member);
 
 Channel ParseChannel(const Element& json);
 /// What a channel spells out besides its value.

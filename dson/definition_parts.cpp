@@ -25,7 +25,7 @@ void ParseChannels(const Element& node, std::string_view member, std::array<Chan
     ForEachAxis(node, member, [&](int axis, const Element& item) {
         Channel& channel = channels[static_cast<std::size_t>(axis)];
         if (!item.is_object()) {
-            channel.value = AsNumber(item).value_or(channel.value);
+            channel.value = ValueOf(item, channel.value);
             return;
         }
         const std::string name = channel.name;
@@ -61,7 +61,7 @@ AssetInfo ParseAssetInfo(const Element& json)
     AssetInfo info;
     info.id = PercentDecode(Text(json, "id"));
     info.type = Text(json, "type");
-    if (const auto contributor = Find(json, "contributor")) {
+    if (const auto contributor = FindObject(json, "contributor")) {
         info.author = Text(*contributor, "author");
         info.email = Text(*contributor, "email");
         info.website = Text(*contributor, "website");
@@ -81,6 +81,7 @@ bool RepeatsNode(const Element& node)
 
 Node ParseNode(const Element& json, ParseContext& context)
 {
+    const PartBeingRead part(json);
     const std::string id = Text(json, "id");
     Node node = MakeNode(id, Text(json, "label", Text(json, "name", id)), Text(json, "type", "node"));
     node.name = Text(json, "name", id);
@@ -101,7 +102,7 @@ Node ParseNode(const Element& json, ParseContext& context)
     ParseChannels(json, "scale", node.scale);
     if (const auto general = Find(json, "general_scale"))
         node.generalScale.value = ValueOf(*general, 1.0);
-    if (const auto presentation = Find(json, "presentation"))
+    if (const auto presentation = FindObject(json, "presentation"))
         node.presentationType = Text(*presentation, "type");
     node.formulas = ParseFormulas(json, context);
     node.dform = ParseDFormPart(json, context);
@@ -111,15 +112,16 @@ Node ParseNode(const Element& json, ParseContext& context)
 
 Modifier ParseModifier(const Element& json, ParseContext& context)
 {
+    const PartBeingRead part(json);
     Modifier modifier;
     modifier.id = Text(json, "id");
     modifier.name = Text(json, "name");
     if (modifier.name.empty())
         modifier.name = modifier.id;
     modifier.parent = Text(json, "parent");
-    if (const auto presentation = Find(json, "presentation"))
+    if (const auto presentation = FindObject(json, "presentation"))
         modifier.presentationType = Text(*presentation, "type");
-    if (const auto channel = Find(json, "channel"))
+    if (const auto channel = FindObject(json, "channel"))
         modifier.channel = ParseChannel(*channel);
     else
         modifier.hasChannel = false;
@@ -130,7 +132,7 @@ Modifier ParseModifier(const Element& json, ParseContext& context)
     if (modifier.group.empty() || modifier.group.front() != '/')
         modifier.group.insert(0, 1, '/');
     modifier.formulas = ParseFormulas(json, context);
-    if (const auto morph = Find(json, "morph")) {
+    if (const auto morph = FindObject(json, "morph")) {
         modifier.morph.emplace();
         const std::uint32_t vertexCount = ParseCount(*morph, "vertex_count", modifier.id, context);
         modifier.morph->vertexCount = vertexCount > 0 ? std::int64_t{vertexCount} : -1;

@@ -82,8 +82,8 @@ Effect ParseParts(const Element& modifier, ParseOne parseChannel)
 {
     Effect effect;
     ForEach(modifier, "extra", [&](const Element& extra) {
-        ForEach(extra, "channels", [&](const Element& entry) {
-            const auto channel = Find(entry, "channel");
+        ForEachObject(extra, "channels", [&](const Element& entry) {
+            const auto channel = FindObject(entry, "channel");
             if (channel && !(Text(*channel, "name") + Text(*channel, "id")).empty())
                 effect.channels.push_back(parseChannel(entry, *channel));
         });
@@ -123,7 +123,7 @@ std::optional<bool> UsesWeights(const Element& extra, const std::string& id, Par
         return std::nullopt;
     if (const auto mode = AsNumber(*member))
         return *mode != 0.0;
-    const std::string mode = Text(extra, "influence_mode");
+    const std::string mode(TextOf(*member));
     if (Contains(mode, "weight"))
         return true;
     if (Contains(mode, "sphere") || Contains(mode, "field"))

@@ -62,7 +62,7 @@ ParsedOperation ParseOperation(const Element& json)
                                                    {"spline_linear", Kind::SplineLinear},
                                                    {"spline_constant", Kind::SplineConstant},
                                                    {"spline_tcb", Kind::SplineTcb}};
-    const std::string name = Text(json, "op");
+    const std::string name(QuietText(json, "op"));
     if (name == "push")
         return ParsePush(json);
     const auto kind = kinds.find(name);
@@ -104,7 +104,7 @@ std::vector<Formula> ParseFormulas(const Element& owner, ParseContext& context)
     std::string example;
     ForEach(owner, "formulas", [&](const Element& json) {
         Formula formula;
-        formula.output = Text(json, "output");
+        formula.output = QuietText(json, "output");
         std::string reason = ParseOperations(json, formula.operations);
         if (formula.output.empty())
             reason = "it drives nothing";

@@ -13,11 +13,21 @@ namespace {
 void CollectFrom(const Element& element, const std::string& owner, bool inDForm,
                  std::vector<InfluenceMap>& maps, ParseContext& context);
 
+std::int64_t VertexCount(const Element& holder, std::string_view member, std::int64_t unsaid)
+{
+    constexpr std::int64_t none = -2;
+    const std::int64_t count = Find(holder, member) ? Count(holder, member, none) : unsaid;
+    if (count != none)
+        return count;
+    ReadingTally::addOdd(holder, member, OddMembers::Wanted::Number);
+    return unsaid;
+}
+
 void CollectFromObject(const Element& element, std::string owner, bool inDForm,
                        std::vector<InfluenceMap>& maps, ParseContext& context)
 {
     for (const std::string_view key : {"name", "label"})
-        if (const std::string name = Text(element, key); !name.empty()) {
+        if (const std::string_view name = QuietText(element, key); !name.empty()) {
             owner = name;
             break;
         }
@@ -52,7 +62,7 @@ std::optional<InfluenceMap> ParseInfluenceMap(const Element& holder, const std::
     InfluenceMap map;
     map.owner = owner;
     map.isDForm = inDForm;
-    map.vertexCount = Count(holder, "influence_vertex_count", Count(holder, "vertex_count", -1));
+    map.vertexCount = VertexCount(holder, "influence_vertex_count", VertexCount(holder, "vertex_count", -1));
     WeightLosses losses;
     const auto vertexCount = static_cast<std::uint32_t>(std::max<std::int64_t>(map.vertexCount, 0));
     WeightMap weights = ParseWeights(holder, "influence_weights", vertexCount, losses);

@@ -30,10 +30,9 @@ void ReadInstanceVector(const Element& node, const std::string& member, NodeInst
 void ReadFavorites(const Element& owner, std::vector<std::string>& names)
 {
     ForEach(owner, "extra", [&](const Element& extra) {
-        ForEach(extra, "favorites", [&](const Element& item) {
-            const std::string text(item.is_string() ? item.get_string().value_unsafe() : std::string_view());
-            if (const std::string name = text.substr(0, text.find('/')); !name.empty())
-                names.push_back(name);
+        ForEachText(extra, "favorites", [&](std::string_view text) {
+            if (const std::string_view name = text.substr(0, text.find('/')); !name.empty())
+                names.emplace_back(name);
         });
     });
 }
@@ -58,8 +57,8 @@ bool IsNoNumber(const Element& channel)
 void ReadExtraChannels(const Element& owner, ChannelValues& values)
 {
     ForEach(owner, "extra", [&](const Element& extra) {
-        ForEach(extra, "channels", [&](const Element& entry) {
-            const auto channel = Find(entry, "channel");
+        ForEachObject(extra, "channels", [&](const Element& entry) {
+            const auto channel = FindObject(entry, "channel");
             const auto value = channel && !IsNoNumber(*channel) ? GivenValue(*channel) : std::nullopt;
             if (value)
                 values[Text(*channel, "id")] = *value;
@@ -89,6 +88,7 @@ void ReadSubdivision(const Element& json, GeometryInstance& geometry, ParseConte
 
 GeometryInstance ParseGeometryInstance(const Element& json, ParseContext& context)
 {
+    const PartBeingRead part(json);
     GeometryInstance geometry;
     geometry.id = Text(json, "id");
     geometry.url = Text(json, "url");
@@ -111,9 +111,17 @@ void ReadOpenValue(const Element& channel, ModifierInstance& instance)
         instance.value = Number(channel, member);
         if (!instance.value)
             continue;
-        instance.numberText = Text(channel, member);
+        instance.numberText = QuietText(channel, member);
         return;
     }
+}
+
+/// Whether a value is there that is no number, so that another one counts.
+bool IsPassedOver(const Element& channel, std::string_view member)
+{
+    const ReadingTally unheard;
+    const auto value = Find(channel, member);
+    return value && !AsNumber(*value);
 }
 
 void ReadModifierValue(const Element& channel, ModifierInstance& instance)
@@ -123,18 +131,23 @@ void ReadModifierValue(const Element& channel, ModifierInstance& instance)
     instance.channelText = simdjson::minify(channel);
     const std::string type = Text(channel, "type");
     if (IsOneNumber(type)) {
-        instance.value = Number(channel, "current_value");
+        const auto current = Find(channel, "current_value"), usual = Find(channel, "value");
+        instance.value = current ? AsNumber(*current) : std::nullopt;
         if (!instance.value)
-            instance.value = Number(channel, "value");
+            instance.value = usual ? AsNumber(*usual) : std::nullopt;
     } else if (MayHoldNumber(type)) {
         ReadOpenValue(channel, instance);
     }
+    // That there is no number at all is told when it is known what the value would have been for.
+    if (instance.value && IsPassedOver(channel, "current_value"))
+        ReadingTally::addOdd(channel, "current_value", OddMembers::Wanted::Number);
 }
 
 } // namespace
 
 NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
 {
+    const PartBeingRead part(json);
     NodeInstance instance;
     instance.id = Text(json, "id");
     instance.url = Text(json, "url");
@@ -145,7 +158,7 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
         instance.parent = NodeReference(json, "parent_in_place", context);
         instance.inPlace = !instance.parent.empty();
     }
-    instance.conformTarget = Text(json, "conform_target");
+    instance.conformTarget = QuietText(json, "conform_target");
     if (const auto target = Find(json, "conform_target"); target && !target->is_string())
         context.warn(instance.id,
                      "is to be fitted to what is no reference to a figure, and is fitted to nothing");
@@ -174,13 +187,14 @@ NodeInstance ParseNodeInstance(const Element& json, ParseContext& context)
 
 ModifierInstance ParseModifierInstance(const Element& json, ParseContext& context)
 {
+    const PartBeingRead part(json);
     ModifierInstance instance;
     instance.id = Text(json, "id");
     instance.url = Text(json, "url");
     instance.parent = Text(json, "parent");
     instance.name = Text(json, "name");
     instance.group = Text(json, "group");
-    if (const auto channel = Find(json, "channel")) {
+    if (const auto channel = FindObject(json, "channel")) {
         ReadModifierValue(*channel, instance);
         instance.change = ParseChannelChange(*channel);
     }

@@ -46,9 +46,7 @@ std::vector<Vec3f> ParsePositions(const Element& json, const std::string& id, Pa
 std::vector<std::string> ParseNames(const Element& json, std::string_view key)
 {
     std::vector<std::string> names;
-    ForEachValue(json, key, [&](const Element& item) {
-        names.emplace_back(item.is_string() ? item.get_string().value_unsafe() : std::string_view());
-    });
+    ForEachText(json, key, [&](std::string_view name) { names.emplace_back(name); });
     return names;
 }
 
@@ -57,12 +55,13 @@ std::optional<double> ResolutionChannel(const Element& json, std::string_view id
 {
     std::optional<double> value;
     ForEach(json, "extra", [&](const Element& extra) {
-        ForEach(extra, "channels", [&](const Element& entry) {
-            const auto channel = Find(entry, "channel");
+        ForEachObject(extra, "channels", [&](const Element& entry) {
+            const auto channel = FindObject(entry, "channel");
             if (!channel || Text(*channel, "id") != id)
                 return;
-            value = Number(*channel, "value");
-            if (!value && Find(*channel, "value"))
+            const auto given = Find(*channel, "value");
+            value = given ? AsNumber(*given) : std::nullopt;
+            if (given && !value)
                 ReadingTally::addSpoilt(id);
         });
     });
@@ -118,12 +117,13 @@ void SortDeltas(geometry::SparseDeltas& deltas, const std::string& id, ParseCont
 
 Geometry ParseGeometry(const Element& json, ParseContext& context)
 {
+    const PartBeingRead part(json);
     Geometry geometry;
     geometry.id = Text(json, "id");
     geometry.name = Text(json, "name", geometry.id);
     geometry.label = Text(json, "label", geometry.name);
     TellGeometryType(json, context);
-    geometry.subdivisionSurface = Text(json, "type", "polygon_mesh") == "subdivision_surface";
+    geometry.subdivisionSurface = QuietText(json, "type") == "subdivision_surface";
     const auto mode = Find(json, "edge_interpolation_mode");
     geometry.edgeInterpolation = mode ? EdgeInterpolationMode(*mode, geometry.id, context) : std::string();
     if (geometry.edgeInterpolation.empty())

@@ -16,11 +16,6 @@ namespace {
 
 constexpr const char* rotationOrders[] = {"XYZ", "XZY", "YXZ", "YZX", "ZXY", "ZYX"};
 
-std::string TextOf(const Element& element)
-{
-    return std::string(element.is_string() ? element.get_string().value_unsafe() : std::string_view());
-}
-
 std::string Folded(std::string text, int (*fold)(int))
 {
     std::transform(text.begin(), text.end(), text.begin(),
@@ -28,18 +23,13 @@ std::string Folded(std::string text, int (*fold)(int))
     return text;
 }
 
-/// What programs and people write for a boolean; a number in a text is read elsewhere.
-std::optional<bool> FlagInText(const Element& element)
+void Tell(OddParts::Kind kind, const Element& part, const std::string& what, ParseContext& context)
 {
-    const std::string text = Folded(TextOf(element), std::tolower);
-    if (text == "yes" || text == "true" || text == "on")
-        return true;
-    if (text == "no" || text == "false" || text == "off")
-        return false;
-    return std::nullopt;
+    context.odd.add(kind, what, Text(part, "id"));
 }
 
-/// As the file has it, but no longer than a line of a log should be.
+} // namespace
+
 std::string Shown(const Element& element)
 {
     constexpr std::size_t most = 40;
@@ -51,13 +41,6 @@ std::string Shown(const Element& element)
         --end; // never within a character
     return text.substr(0, end) + (end < text.size() ? "..." : "");
 }
-
-void Tell(OddParts::Kind kind, const Element& part, const std::string& what, ParseContext& context)
-{
-    context.odd.add(kind, what, Text(part, "id"));
-}
-
-} // namespace
 
 void OddParts::tell(ParseContext& context) const
 {
@@ -79,7 +62,7 @@ std::string RotationOrder(const Element& node, const char* instead, ParseContext
     const auto member = Find(node, "rotation_order");
     if (!member || (member->is_string() && TextOf(*member).empty()))
         return {};
-    const std::string text = TextOf(*member), upper = Folded(text, std::toupper);
+    const std::string text(TextOf(*member)), upper = Folded(text, std::toupper);
     const bool isKnown =
         std::find(std::begin(rotationOrders), std::end(rotationOrders), upper) != std::end(rotationOrders);
     if (!isKnown)
@@ -98,7 +81,7 @@ std::optional<bool> InheritsScale(const Element& node)
         return std::nullopt;
     if (const std::optional<double> number = AsNumber(*member))
         return *number != 0.0;
-    return FlagInText(*member);
+    return FlagInWord(TextOf(*member));
 }
 
 bool SaysInheritsScale(const Element& node)
@@ -117,7 +100,7 @@ void TellInheritsScale(const Element& node, ParseContext& context)
         if (AsNumber(*member))
             return;
     }
-    const std::optional<bool> read = FlagInText(*member);
+    const std::optional<bool> read = FlagInWord(TextOf(*member));
     Tell(OddParts::Kind::Node, node,
          read ? fmt::format("an inherits_scale {}, read as {}", Shown(*member), *read)
               : fmt::format("an inherits_scale {}, which is neither true nor false and counts for nothing",
@@ -132,7 +115,7 @@ std::string NodeReference(const Element& node, const char* member, ParseContext&
         Tell(OddParts::Kind::Node, node,
              fmt::format("a {} {}, which is no reference and counts for nothing", member, Shown(*found)),
              context);
-    return found ? TextOf(*found) : std::string();
+    return std::string(found ? TextOf(*found) : std::string_view());
 }
 
 void TellGeometryType(const Element& geometry, ParseContext& context)
@@ -140,7 +123,7 @@ void TellGeometryType(const Element& geometry, ParseContext& context)
     const auto type = Find(geometry, "type");
     if (!type)
         return;
-    const std::string text = TextOf(*type);
+    const std::string_view text = TextOf(*type);
     if (text != "polygon_mesh" && text != "subdivision_surface")
         Tell(OddParts::Kind::Geometry, geometry,
              fmt::format("the unknown type {}, read as polygon_mesh", Shown(*type)), context);

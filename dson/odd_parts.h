@@ -29,6 +29,8 @@ private:
     std::map<std::pair<Kind, std::string>, std::vector<std::string>> _ids;
 };
 
+/// As the file has it, but no longer than a line of a log should be.
+std::string Shown(const Element& element);
 /// The axes' order of a node or its instance; empty where it says none that there is.
 /// @param instead  what counts then
 std::string RotationOrder(const Element& node, const char* instead, ParseContext& context);

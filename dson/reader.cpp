@@ -11,7 +11,10 @@
 #include "parts.h"
 #include "uv.h"
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -21,14 +24,31 @@ namespace dson {
 
 namespace {
 
+bool HasDsonMembers(const Element& root)
+{
+    constexpr std::string_view known[] = {
+        "asset_info",       "geometry_library", "node_library",     "uv_set_library",
+        "modifier_library", "image_library",    "material_library", "scene"};
+    return std::any_of(std::begin(known), std::end(known),
+                       [&root](std::string_view name) { return Find(root, name).has_value(); });
+}
+
+/// What has the parts of a DSON file is one, whatever it says of its version.
 void CheckVersion(const ParsedText& text, ParseContext& context)
 {
-    const std::string version = Text(text.root(), "file_version");
-    if (version.empty())
+    const auto member = Find(text.root(), "file_version");
+    const std::string version = Text(text.root(), "file_version"); // tells what is no text
+    if (version.empty() && !HasDsonMembers(text.root()))
         throw base::FormatError("{}: is not a DSON file: it has no file_version", text.name());
+    if (!member || (member->is_string() && version.empty()))
+        return context.warn({}, "has no file_version and is read as if it had the usual one");
     int major = 0;
-    std::from_chars(version.data(), version.data() + version.size(), major);
-    if (major >= 1)
+    const auto read = std::from_chars(version.data(), version.data() + version.size(), major);
+    if (read.ec != std::errc() && !version.empty())
+        context.warn(
+            {}, fmt::format("has the file_version {}, which is none, and is read as if it had the usual one",
+                            Shown(*member)));
+    else if (major >= 1)
         context.warn({}, "has the newer format version " + version);
 }
 
@@ -267,7 +287,7 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
     ParseContext context{parsed.name(), options, parsed.diagnostics()};
     const ReadingTally tally;
     CheckVersion(parsed, context);
-    if (const auto info = Find(parsed.root(), "asset_info"))
+    if (const auto info = FindObject(parsed.root(), "asset_info"))
         document.info = ParseAssetInfo(*info);
     ReadLibraries(parsed.root(), document, context);
     for (const Element& scene : ScenesOf(parsed.root(), context.lists))
@@ -295,7 +315,7 @@ geometry::SparseDeltas ReadDeltas(const std::filesystem::path& file, const std::
     std::optional<Element> found, only;
     std::size_t count = 0;
     for (const Element& json : PartsOf(parsed.root(), "modifier_library", context.lists)) {
-        const auto morph = Find(json, "morph");
+        const auto morph = FindObject(json, "morph");
         if (!morph)
             continue;
         ++count;

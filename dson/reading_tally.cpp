@@ -6,6 +6,7 @@
 #include "parts.h"
 
 #include <charconv>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -29,8 +30,10 @@ ReadingTally::~ReadingTally()
 
 void ReadingTally::Kind::add(std::string_view what)
 {
-    if (count++ == 0)
-        example = what;
+    if (count++ > 0)
+        return;
+    example = what;
+    part = PartBeingRead::id();
 }
 
 void ReadingTally::addText(std::string_view text)
@@ -47,8 +50,22 @@ void ReadingTally::addSpoilt(std::string_view channel)
 
 void ReadingTally::addNoList(std::string_view member)
 {
-    if (youngest && youngest->_noLists.find(member) == youngest->_noLists.end())
-        youngest->_noLists.emplace(member);
+    if (!youngest)
+        return;
+    youngest->_noLists.emplace(member);
+    if (std::string part = PartBeingRead::id(); !part.empty())
+        youngest->_partsWithNoLists.insert(std::move(part));
+}
+
+void ReadingTally::addOdd(const Element& owner, std::string_view member, OddMembers::Wanted wanted)
+{
+    if (youngest)
+        youngest->_odd.add(owner, member, wanted);
+}
+
+bool ReadingTally::isOdd(std::string_view name)
+{
+    return youngest && youngest->_odd.has(name);
 }
 
 void ReadingTally::tell(ParseContext& context) const
@@ -56,14 +73,25 @@ void ReadingTally::tell(ParseContext& context) const
     if (_texts.count > 0)
         context.warn({}, fmt::format("has {} as texts, read as what they say, such as \"{}\"",
                                      Counted(_texts.count, "number", "numbers"), _texts.example));
-    if (_spoilt.count > 0)
-        context.warn(
-            {}, fmt::format("has {}, not taken over{}",
-                            Counted(_spoilt.count, "value that is no number", "values that are no numbers"),
-                            _spoilt.example.empty() ? std::string() : ", such as of " + _spoilt.example));
+    tellSpoilt(context);
     if (!_noLists.empty())
         context.warn(
-            {}, fmt::format("has members that should be lists and are none: {}", fmt::join(_noLists, ", ")));
+            _partsWithNoLists.size() == 1 ? *_partsWithNoLists.begin() : std::string(),
+            fmt::format("has members that should be lists and are none: {}", fmt::join(_noLists, ", ")));
+    _odd.tell(context);
+}
+
+void ReadingTally::tellSpoilt(ParseContext& context) const
+{
+    if (_spoilt.count == 0)
+        return;
+    std::string example = _spoilt.example.empty() ? std::string() : ", such as of " + _spoilt.example;
+    if (_spoilt.count > 1 && !example.empty() && !_spoilt.part.empty())
+        example += " of " + _spoilt.part;
+    context.warn(_spoilt.count == 1 ? _spoilt.part : std::string(),
+                 fmt::format("has {}, not taken over{}",
+                             Counted(_spoilt.count, "value that is no number", "values that are no numbers"),
+                             example));
 }
 
 std::optional<double> NumberInText(std::string_view text)

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "odd_members.h"
+
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -28,19 +30,27 @@ public:
     static void addSpoilt(std::string_view channel);
     /// @param member  that should be a list and is none
     static void addNoList(std::string_view member);
+    /// @param owner  an object that has the member
+    static void addOdd(const Element& owner, std::string_view member, OddMembers::Wanted wanted);
+    /// Whether a member has been tallied as odd.
+    /// @param name  the document's own copy
+    static bool isOdd(std::string_view name);
 
     void tell(ParseContext& context) const;
 
 private:
     struct Kind {
         std::size_t count = 0;
-        std::string example;
+        std::string example, part; ///< of the first one
 
         void add(std::string_view what);
     };
 
+    void tellSpoilt(ParseContext& context) const;
+
     Kind _texts, _spoilt;
-    std::set<std::string, std::less<>> _noLists;
+    std::set<std::string, std::less<>> _noLists, _partsWithNoLists;
+    OddMembers _odd;
     ReadingTally* _outer;
 };
 

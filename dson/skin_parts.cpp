@@ -49,6 +49,7 @@ std::array<WeightMap, 3> ParseAxes(const Element& joint, const Element& axes, st
 JointBinding ParseJoint(const Element& json, std::uint32_t vertexCount, WeightLosses& losses,
                         AxisCounts& counts)
 {
+    const PartBeingRead part(json);
     JointBinding joint;
     joint.node = ParseUri(Text(json, "node")).id;
     if (joint.node.empty())
@@ -173,17 +174,21 @@ std::uint32_t BoundVertices(std::uint32_t said, const SkinDefinition& definition
 
 void ReadSelectionMap(const Element& skin, SkinDefinition& definition)
 {
-    ForEach(skin, "selection_map", [&](const Element& map) {
+    ForEachObject(skin, "selection_map", [&](const Element& map) {
+        bool hasOthers = false;
         ForEach(map, "mappings", [&](const Element& pair) {
             std::string names[2];
             std::size_t count = 0;
             if (pair.is_array())
                 for (const Element item : Items(pair))
                     if (count < 2 && item.is_string())
-                        names[count++] = std::string(item.get_string().value_unsafe());
+                        names[count++] = TextOf(item);
             if (count == 2)
                 definition.selectionMap.emplace_back(names[0], names[1]);
+            hasOthers = hasOthers || count != 2;
         });
+        if (hasOthers)
+            ReadingTally::addOdd(map, "mappings", OddMembers::Wanted::Pairs);
     });
 }
 
@@ -242,10 +247,11 @@ WeightMap MeanOfAxes(const std::array<WeightMap, 3>& axes)
 SkinDefinition ParseSkin(const Element& modifier, const std::vector<Geometry>& geometries,
                          ParseContext& context)
 {
+    const PartBeingRead part(modifier);
     SkinDefinition definition;
     definition.binding.id = Text(modifier, "id", "SkinBinding");
-    const auto legacy = Find(modifier, "legacy_skin");
-    const auto skin = legacy ? legacy : Find(modifier, "skin");
+    const auto legacy = FindObject(modifier, "legacy_skin");
+    const auto skin = legacy ? legacy : FindObject(modifier, "skin");
     if (!skin)
         return definition;
     definition.node = ParseUri(Text(*skin, "node")).id;

@@ -40,6 +40,7 @@ Json List(Json values)
 
 UvSet ParseUvSet(const Element& json, ParseContext& context)
 {
+    const PartBeingRead part(json);
     UvSet set;
     set.id = Text(json, "id");
     std::size_t spoilt = 0, broken = 0;

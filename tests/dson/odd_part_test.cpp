@@ -122,7 +122,7 @@ TEST_F(OddPart, is_a_geometry_of_no_type_or_level)
               "g: has the unknown type \"nurbs\", read as polygon_mesh");
     EXPECT_EQ(told(read(R"("geometry_library": [{"id": "g", "extra": [{"type": "studio_geometry_channels",
         "channels": [{"channel": {"id": "SubDIALevel", "type": "int", "value": "high"}}]}]}])")),
-              "has 1 value that is no number, not taken over, such as of SubDIALevel");
+              "g: has 1 value that is no number, not taken over, such as of SubDIALevel");
 }
 
 TEST_F(OddPart, without_an_id_ends_no_line_in_nothing)
@@ -130,7 +130,7 @@ TEST_F(OddPart, without_an_id_ends_no_line_in_nothing)
     EXPECT_EQ(told(read(R"("geometry_library": [{"type": 7}, {"type": 7}])")),
               "2 geometries have the unknown type 7, read as polygon_mesh");
     EXPECT_EQ(told(read(R"("modifier_library": [{"id": "m", "channel": {"value": []}}])")),
-              "has 1 value that is no number, not taken over");
+              "m: has 1 value that is no number, not taken over");
 }
 
 TEST_F(OddPart, with_a_very_long_value_is_told_in_a_short_line)

@@ -88,17 +88,15 @@ void ForEachSpoilt(Json& json, Json& at, const std::function<void(const Json&)>&
 
 } // namespace
 
-TEST_F(HostileFile, any_member_of_any_other_type_gives_a_document_or_an_error)
+TEST_F(HostileFile, any_member_of_any_other_type_gives_a_document)
 {
-    std::size_t documents = 0, errors = 0;
+    std::size_t documents = 0;
     for (Json json : {morph(), character()})
         ForEachSpoilt(json, json, [&](const Json& spoilt) {
-            const std::string text = errorIn(spoilt);
-            ++(text == "no error" ? documents : errors);
-            EXPECT_TRUE(text == "no error" || text.find(file().string()) == 0) << text;
+            EXPECT_EQ(errorIn(spoilt), "no error");
+            ++documents;
         });
     EXPECT_GT(documents, 100u);
-    EXPECT_GT(errors, 5u);
 }
 
 TEST_F(HostileFile, any_part_of_a_figure_of_any_other_type_gives_a_document)
@@ -107,10 +105,8 @@ TEST_F(HostileFile, any_part_of_a_figure_of_any_other_type_gives_a_document)
     json["node_library"].erase(1); // the bones are alike
     std::size_t documents = 0;
     ForEachSpoilt(json, json, [&](const Json& spoilt) {
-        const std::string text = errorIn(spoilt);
-        documents += text == "no error";
-        EXPECT_TRUE(text == "no error" || text == named("is not a DSON file: it has no file_version"))
-            << text;
+        EXPECT_EQ(errorIn(spoilt), "no error");
+        ++documents;
     });
     EXPECT_GT(documents, 1000u);
 }

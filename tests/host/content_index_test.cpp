@@ -242,7 +242,7 @@ TEST_F(MorphIndex, tells_what_was_met_in_a_file_as_the_file_does)
         R"({"id": "Odd", "parent": "/data/Acme/Mini/Base/Mini.dsf#Mini", "channel": {"id": "value"}}], "scene": {"materials": [{}]}})",
         hours(1));
     write("Broken", R"({"file_version": "0.6.0.0", "modifier_library": [{"id": )", hours(1));
-    write("NoFile", R"({"modifier_library": []})", hours(1));
+    write("NoFile", R"({"modifiers": []})", hours(1));
     write("Alias",
           R"({"file_version": "0.6.0.0", "modifier_library": [{"id": "Alias", "parent": "#Mini", "channel":)"
           R"({"id": "value", "type": "alias", "target_channel": "Mini:#Nowhere?value"}}]})",

@@ -194,7 +194,7 @@ TEST_F(OddValues, of_d_formers_are_told)
     EXPECT_EQ(told(R"("modifier_library": [{"id": "D", "name": "D", "dform": "x"}])"),
               Told{"D: is a D-Former that is no object and has no effect"});
     EXPECT_EQ(told(R"("modifier_library": [{"id": "D", "name": "D", "dform": {"influence_weights": 3}}])"),
-              Told{"has members that should be lists and are none: influence_weights"});
+              Told{"D: has members that should be lists and are none: influence_weights"});
 }
 
 TEST_F(OddValues, figures_are_fitted_to_what_is_meant_and_that_is_told)
