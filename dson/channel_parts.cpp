@@ -3,6 +3,10 @@
 
 #include "channel_parts.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
 #include <set>
 
 namespace dson {
@@ -34,6 +38,52 @@ std::optional<double> Limit(const Element& channel, const char* member)
     const auto limit = Find(channel, member);
     double number = 0.0;
     return limit && limit->get(number) == simdjson::SUCCESS ? number : NumberBeside(channel, member);
+}
+
+bool HasLimits(const std::string& type)
+{
+    return type != "bool" && type != "enum" && MayHoldNumber(type);
+}
+
+void TellExchanged(const Element& channel, const std::optional<double>& min, const std::optional<double>& max)
+{
+    if (min && max && *min > *max)
+        ReadingTally::addOdd(channel, "min", OddMembers::Wanted::Ordered);
+}
+
+/// Whether a dial that holds its value within limits would hold another one.
+bool IsHeld(const Channel& channel, double value)
+{
+    if (channel.type == "enum")
+        return !channel.enumValues.empty() &&
+               (value < 0.0 || value > static_cast<double>(channel.enumValues.size() - 1));
+    if (!channel.clamped || !HasLimits(channel.type) || !(channel.min || channel.max))
+        return false;
+    // What a file leaves out of a pair of limits is that of a share.
+    const double one = channel.min.value_or(0.0), other = channel.max.value_or(1.0);
+    return value < std::min(one, other) || value > std::max(one, other);
+}
+
+bool IsRounded(const Channel& channel, double value)
+{
+    constexpr double most = std::numeric_limits<std::int32_t>::max();
+    return (channel.type == "int" || channel.type == "enum") &&
+           (value != std::floor(value) || std::abs(value) > most);
+}
+
+void TellUnfit(const Element& json, const Channel& channel)
+{
+    if (HasLimits(channel.type))
+        TellExchanged(json, channel.min, channel.max);
+    const auto look = [&](const char* member, double value) {
+        if (IsHeld(channel, value))
+            ReadingTally::addOdd(json, member, OddMembers::Wanted::Within);
+        else if (IsRounded(channel, value))
+            ReadingTally::addOdd(json, member, OddMembers::Wanted::Whole);
+    };
+    look("value", channel.value);
+    if (channel.currentValue)
+        look("current_value", *channel.currentValue);
 }
 
 /// Empty for a number, for what should be one and for an alias, which has no value.
@@ -105,6 +155,7 @@ Channel ParseChannel(const Element& json)
     if (channel.type == "string")
         channel.text = Text(json, "current_value", Text(json, "value"));
     ForEachText(json, "enum_values", [&](std::string_view item) { channel.enumValues.emplace_back(item); });
+    TellUnfit(json, channel);
     return channel;
 }
 
@@ -114,6 +165,7 @@ ChannelChange ParseChannelChange(const Element& channel)
     change.label = Text(channel, "label");
     change.min = NumberBeside(channel, "min");
     change.max = NumberBeside(channel, "max");
+    TellExchanged(channel, change.min, change.max);
     change.clamped = GivenFlag(channel, "clamped");
     change.visible = GivenFlag(channel, "visible");
     change.locked = GivenFlag(channel, "locked");

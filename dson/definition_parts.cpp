@@ -84,6 +84,7 @@ Node ParseNode(const Element& json, ParseContext& context)
     const PartBeingRead part(json);
     const std::string id = Text(json, "id");
     Node node = MakeNode(id, Text(json, "label", Text(json, "name", id)), Text(json, "type", "node"));
+    TellNodeType(json, context);
     node.name = Text(json, "name", id);
     node.parent = ParseUri(NodeReference(json, "parent", context)).id;
     if (const std::string order = RotationOrder(json, "XYZ", context); !order.empty())

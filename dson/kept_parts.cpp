@@ -306,12 +306,13 @@ std::string RestOfChannels(const Element& channels)
 
 namespace {
 
-/// Ids of this file's definitions that are no node's first geometry alone.
+/// Ids of this file's definitions that are no node's first geometry alone, or one of a node without a
+/// definition, which has no mesh.
 std::set<std::string> FurtherGeometries(const Element& scene)
 {
     std::set<std::string> ids;
     ForEach(scene, "nodes", [&ids](const Element& node) {
-        bool isFirst = true;
+        bool isFirst = !QuietText(node, "url").empty();
         ForEach(node, "geometries", [&](const Element& geometry) {
             const Uri url = ParseUri(Text(geometry, "url"));
             if (!std::exchange(isFirst, false) && url.path.empty() && !url.id.empty())

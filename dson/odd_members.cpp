@@ -35,13 +35,17 @@ constexpr Wording wordings[] = {
     {"lists something else than objects, which is left out",
      "list something else than objects, which is left out"},
     {"does not give one value for each of x, y and z", "do not give one value for each of x, y and z"},
+    {"is above the max and changes places with it", "are above the max and change places with it"},
+    {"is beyond the limits, which hold it", "are beyond the limits, which hold them"},
+    {"is no whole number that there is room for and gets the nearest",
+     "are no whole numbers that there is room for and get the nearest"},
 };
 
 } // namespace
 
 void OddMembers::add(const Element& owner, std::string_view name, Wanted wanted)
 {
-    static_assert(std::size(wordings) == static_cast<std::size_t>(Wanted::Axes) + 1);
+    static_assert(std::size(wordings) == static_cast<std::size_t>(Wanted::Whole) + 1);
     for (const auto member : Members(owner)) {
         if (member.key != name)
             continue;

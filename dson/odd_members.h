@@ -22,7 +22,20 @@ using Element = simdjson::dom::element;
 /// Told once for each name of a member and what it should be.
 class OddMembers {
 public:
-    enum class Wanted { Text, Number, Flag, NoWord, Object, Texts, Pairs, Objects, Axes };
+    enum class Wanted {
+        Text,
+        Number,
+        Flag,
+        NoWord,
+        Object,
+        Texts,
+        Pairs,
+        Objects,
+        Axes,
+        Ordered,
+        Within,
+        Whole
+    };
 
     /// Counts the owner's member of that name once, however often it is looked at.
     void add(const Element& owner, std::string_view name, Wanted wanted);

@@ -118,6 +118,16 @@ std::string NodeReference(const Element& node, const char* member, ParseContext&
     return std::string(found ? TextOf(*found) : std::string_view());
 }
 
+void TellNodeType(const Element& node, ParseContext& context)
+{
+    constexpr std::string_view known[] = {"node", "bone", "figure", "legacy_figure", "camera", "light", ""};
+    const auto type = Find(node, "type");
+    if (type && type->is_string() &&
+        std::find(std::begin(known), std::end(known), TextOf(*type)) == std::end(known))
+        Tell(OddParts::Kind::Node, node, fmt::format("the unknown type {}, read as node", Shown(*type)),
+             context);
+}
+
 void TellGeometryType(const Element& geometry, ParseContext& context)
 {
     const auto type = Find(geometry, "type");

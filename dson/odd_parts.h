@@ -43,6 +43,8 @@ void TellInheritsScale(const Element& node, ParseContext& context);
 /// A reference to another node; empty for what is none.
 /// @param member  that has it
 std::string NodeReference(const Element& node, const char* member, ParseContext& context);
+/// Tells when the node is of no type that there is.
+void TellNodeType(const Element& node, ParseContext& context);
 /// Tells when the geometry is of no type that there is.
 void TellGeometryType(const Element& geometry, ParseContext& context);
 /// The level that an instance says; nothing for what is no number.

@@ -105,6 +105,16 @@ void ReadLibraries(const Element& root, Document& document, ParseContext& contex
     }
 }
 
+void TellNameless(const Document& document, ParseContext& context)
+{
+    const auto count = std::count_if(document.modifiers.begin(), document.modifiers.end(),
+                                     [](const Modifier& modifier) { return modifier.name.empty(); });
+    if (count > 0)
+        context.warn({}, Counted(static_cast<std::size_t>(count),
+                                 "modifier has neither id nor name and is left out",
+                                 "modifiers have neither id nor name and are left out"));
+}
+
 /// Counts the ids of one library that an earlier part has already.
 template <class Parts>
 void CountRepeated(const Parts& parts, std::size_t& count, std::string& example)
@@ -296,6 +306,7 @@ Document ReadDocument(const std::filesystem::path& file, const ReadOptions& opti
     context.odd.tell(context);
     TellOfLists(parsed, context);
     CheckIds(document, context);
+    TellNameless(document, context);
     document.influenceMaps = CollectInfluenceMaps(parsed.root(), context);
     tally.tell(context);
     document.diagnostics = std::move(parsed.diagnostics());

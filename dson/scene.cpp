@@ -126,7 +126,10 @@ Json EmitSceneNode(const SceneNode& node)
 
 Json EmitSceneModifier(const SceneModifier& modifier)
 {
-    Json json{{"id", modifier.id}, {"url", modifier.url}, {"parent", modifier.parent}};
+    Json json{{"id", modifier.id}};
+    if (!modifier.url.empty())
+        json["url"] = modifier.url;
+    json["parent"] = modifier.parent;
     if (!modifier.group.empty())
         json["group"] = modifier.group;
     if (modifier.channel)

@@ -3,10 +3,14 @@
 
 #include "scene/formula_controller.h"
 
+#include "dzelement.h"
 #include "dznumericproperty.h"
+#include "openhost/diagnostics.h"
 
 #include <algorithm>
 #include <cmath>
+
+#include <fmt/format.h>
 
 namespace openhost {
 
@@ -37,36 +41,13 @@ bool LeavesOneNumber(const std::vector<FormulaOperation>& operations)
     return depth == 1;
 }
 
-// A division by 0 gives 0: the formula then adds nothing.
-double Quotient(double a, double b)
+std::string NameOf(const DzProperty* property)
 {
-    return b == 0.0 ? 0.0 : a / b;
-}
-
-double Unary(const FormulaOperation& operation, double top)
-{
-    switch (operation.kind) {
-    case Kind::Invert:
-        return Quotient(1.0, top);
-    case Kind::Negate:
-        return -top;
-    default:
-        return Interpolate(operation.knots, operation.spline, top);
-    }
-}
-
-double Binary(Kind kind, double below, double top)
-{
-    switch (kind) {
-    case Kind::Add:
-        return below + top;
-    case Kind::Subtract:
-        return below - top;
-    case Kind::Multiply:
-        return below * top;
-    default:
-        return Quotient(below, top);
-    }
+    const DzElement* const element = property ? property->getOwner() : nullptr;
+    const QString name = !property ? QStringLiteral("nothing")
+                         : element ? QStringLiteral("%1 of %2").arg(property->getLabel(), element->getLabel())
+                                   : property->getLabel();
+    return name.toStdString();
 }
 
 } // namespace
@@ -92,6 +73,45 @@ FormulaController::FormulaController(FormulaStage stage, std::vector<FormulaOper
 
 FormulaController::~FormulaController() = default;
 
+// A division by 0 gives 0: the formula then adds nothing.
+double FormulaController::quotient(double a, double b) const
+{
+    if (b != 0.0)
+        return a / b;
+    if (!_hasDividedByZero.exchange(true))
+        Report({base::Severity::Warning,
+                {},
+                {},
+                fmt::format("a formula for {} divides by 0, which gives 0", NameOf(getOwner()))});
+    return 0.0;
+}
+
+double FormulaController::unary(const FormulaOperation& operation, double top) const
+{
+    switch (operation.kind) {
+    case Kind::Invert:
+        return quotient(1.0, top);
+    case Kind::Negate:
+        return -top;
+    default:
+        return Interpolate(operation.knots, operation.spline, top);
+    }
+}
+
+double FormulaController::binary(Kind kind, double below, double top) const
+{
+    switch (kind) {
+    case Kind::Add:
+        return below + top;
+    case Kind::Subtract:
+        return below - top;
+    case Kind::Multiply:
+        return below * top;
+    default:
+        return quotient(below, top);
+    }
+}
+
 double FormulaController::result() const
 {
     std::vector<double> stack;
@@ -102,11 +122,11 @@ double FormulaController::result() const
         } else if (operation.kind == Kind::PushValue) {
             stack.push_back(operation.value);
         } else if (IsUnary(operation.kind)) {
-            stack.back() = Unary(operation, stack.back());
+            stack.back() = unary(operation, stack.back());
         } else {
             const double top = stack.back();
             stack.pop_back();
-            stack.back() = Binary(operation.kind, stack.back(), top);
+            stack.back() = binary(operation.kind, stack.back(), top);
         }
     }
     return std::isfinite(stack.back()) ? stack.back() : 0.0;

@@ -138,6 +138,76 @@ TEST_F(OddMember, that_would_be_a_dial_s_present_value_gives_way_to_its_usual_on
               "m: has a member current_value that is no number that can be used and counts for nothing");
 }
 
+TEST_F(OddMember, that_does_not_fit_the_others_of_its_channel_is_told)
+{
+    const auto channel = [this](const std::string& members) {
+        return told(modifier(R"("channel": {"id": "value", )" + members + "}"));
+    };
+    EXPECT_EQ(channel(R"("type": "float", "min": 2, "max": -1)"),
+              "m: has a member min that is above the max and changes places with it");
+    const char* const held = "m: has a member value that is beyond the limits, which hold it";
+    EXPECT_EQ(channel(R"("type": "float", "min": 0, "max": 1, "clamped": true, "value": 5)"), held);
+    EXPECT_EQ(channel(R"("type": "float", "min": 0, "clamped": true, "value": -1)"), held);
+    EXPECT_EQ(channel(R"("type": "enum", "enum_values": ["a", "b"], "value": 2)"), held);
+    EXPECT_EQ(
+        channel(R"("type": "float", "min": 0, "max": 1, "clamped": true, "value": 1, "current_value": 1.5)"),
+        "m: has a member current_value that is beyond the limits, which hold it");
+    const char* const rounded =
+        "m: has a member value that is no whole number that there is room for and gets the nearest";
+    EXPECT_EQ(channel(R"("type": "int", "value": 1.5)"), rounded);
+    EXPECT_EQ(channel(R"("type": "int", "value": 1e30)"), rounded);
+}
+
+TEST_F(OddMember, is_none_where_a_channel_needs_no_limits_or_keeps_within_them)
+{
+    for (const char* const members :
+         {R"("type": "float", "min": 0, "max": 1, "value": 5)",
+          R"("type": "float", "min": 0, "max": 1, "clamped": true, "value": 1)",
+          R"("type": "float", "clamped": true, "value": 5)", R"("type": "int", "value": 3.0)",
+          R"("type": "bool", "min": 1, "max": 0, "value": true)", R"("type": "enum", "value": 7)",
+          R"("type": "color", "min": 1, "max": 0, "clamped": true, "value": [2, 0, 0])"})
+        EXPECT_EQ(told(modifier(std::string(R"("channel": {"id": "value", )") + members + "}")), "")
+            << members;
+}
+
+TEST_F(OddMember, of_an_instance_s_limits_is_told)
+{
+    EXPECT_EQ(told(read(R"("scene": {"nodes": [{"id": "hip", "rotation": [
+                  {"id": "x", "current_value": 0, "min": 9, "max": 1}]}]})")),
+              "hip: has a member min that is above the max and changes places with it");
+}
+
+TEST_F(OddMember, of_formulas_is_told)
+{
+    const auto spline = [this](const std::string& knots, const std::string& count) {
+        return told(modifier(R"("formulas": [{"output": "#hip?rotation/x", "operations": [
+            {"op": "push", "url": "#m?value"}, )" +
+                             knots + R"(, {"op": "push", "val": )" + count +
+                             R"(}, {"op": "spline_tcb"}]}])"));
+    };
+    const std::string two = R"({"op": "push", "val": [0, 0, 0, 0, 0]}, {"op": "push", "val": [1, 2]})";
+    EXPECT_EQ(spline(two, "2"), "");
+    for (const char* const count : {"99", "-1", "1.5"})
+        EXPECT_EQ(spline(two, count),
+                  "m: 1 formula counts other knots than it has; those that it has are used");
+    EXPECT_EQ(spline(R"({"op": "push", "val": [0]}, {"op": "push", "val": [1, 2, 0, 0, 0, 7]})", "2"),
+              "m: 2 knots of formulas are not two to five numbers; what lacks is 0, the rest left out");
+}
+
+TEST_F(OddMember, is_a_node_s_type_that_there_is_not)
+{
+    const dson::Document document =
+        read(R"("node_library": [{"id": "A", "type": "x"}, {"id": "B", "type": "light"}])");
+    EXPECT_EQ(document.nodes.size(), 2u);
+    EXPECT_EQ(told(document), "A: has the unknown type \"x\", read as node");
+}
+
+TEST_F(OddMember, is_none_of_a_modifier_that_nothing_can_name)
+{
+    EXPECT_EQ(told(read(R"("modifier_library": [{"channel": {"id": "value"}}, {"name": "B"}])")),
+              "1 modifier has neither id nor name and is left out");
+}
+
 TEST_F(OddMember, is_the_version_which_is_told_and_keeps_no_file_from_being_read)
 {
     const auto versioned = [this](const std::string& version) {

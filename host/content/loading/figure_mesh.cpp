@@ -74,6 +74,19 @@ void ReportGuesses(const FigureFile& file, const dson::SkinDefinition& skin, boo
                               skin.binding.id, skin.geometry, outcome));
 }
 
+/// Skins that bind what another one binds already.
+void ReportFurtherSkins(const FigureFile& file, const dson::SkinDefinition& used)
+{
+    std::vector<std::string> further;
+    for (const dson::SkinDefinition& skin : file.definition()->skins)
+        if (&skin != &used && !skin.node.empty() && skin.node == used.node)
+            further.push_back(skin.binding.id);
+    if (!further.empty())
+        file.warn(dson::Counted(further.size(), "skin binds what another one binds already and is left out",
+                                "skins bind what another one binds already and are left out") +
+                  Examples(further));
+}
+
 bool IsWithin(const std::vector<std::uint32_t>& vertices, std::size_t vertexCount)
 {
     return std::all_of(vertices.begin(), vertices.end(),
@@ -247,8 +260,10 @@ FigureMesh::FigureMesh(const FigureFile& file, const FigureNodes& nodes,
     const dson::Document& definition = *file.definition();
     const dson::SkinDefinition* const skin = FindSkin(definition, nodes.rootId(), wanted);
     const dson::Geometry* const geometry = FindGeometry(definition, skin, wanted);
-    if (skin)
+    if (skin) {
         ReportGuesses(file, *skin, wanted.has_value(), geometry != nullptr);
+        ReportFurtherSkins(file, *skin);
+    }
     if (!geometry)
         return;
     _geometryId = geometry->id;

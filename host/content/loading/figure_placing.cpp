@@ -60,6 +60,17 @@ std::shared_ptr<const DefinitionTree> BoneAlone(const DefinitionTree& definition
     return std::make_shared<DefinitionTree>(std::move(document));
 }
 
+/// Whether a reference means the geometry that a figure has got, by id or by name.
+bool IsGeometry(const std::string& url, const DefinitionTree& definition, const std::string& id)
+{
+    const std::string wanted = dson::ParseUri(url).id;
+    const std::vector<dson::Geometry>& all = definition.document()->geometries;
+    const auto own = std::find_if(all.begin(), all.end(),
+                                  [&id](const dson::Geometry& geometry) { return geometry.id == id; });
+    return wanted.empty() || FoldCase(wanted) == FoldCase(id) ||
+           (own != all.end() && FoldCase(wanted) == FoldCase(own->name));
+}
+
 /// A node that nothing but its instance describes.
 std::shared_ptr<const DefinitionTree> GroupOf(const dson::NodeInstance& instance)
 {
@@ -243,6 +254,9 @@ bool FigurePlacing::instantiate(const dson::NodeInstance& instance, const dson::
                                     GeometryOf(instance, url, *definition, _load.report));
         if (!isBone)
             _sources.addMorphs(assembly);
+        if (!instance.geometries.empty() && assembly.root().getObject() &&
+            !IsGeometry(instance.geometries.front().url, *definition, assembly.geometryId()))
+            _load.report.addOtherGeometry(instance.geometries.front().url);
         DzNode& root = assembly.root();
         _load.figures.all().push_back({std::move(assembly), &instance, &root, parent});
         applyInstance(instance, root, _load.figures.all().size() - 1);

@@ -96,7 +96,9 @@ void InstanceDials::dial(const dson::ModifierInstance& instance)
     if (!property) {
         if (DzModifier* const effect = assembly.findEffect(url))
             FileEffect::of(*effect)->setOwnChannel(instance.channelText);
-        else if (instance.value && !url.id.empty())
+        else if (url.id.empty())
+            _load.report.addWithoutUrl(instance.id);
+        else if (instance.value)
             assembly.loseShape(url, _sources.whyMissing(url), *instance.value);
         return;
     }
@@ -106,8 +108,11 @@ void InstanceDials::dial(const dson::ModifierInstance& instance)
     ApplyChange(*property, instance.change);
     if (!instance.group.empty())
         _groups.set(*property, ToQ(instance.group));
-    if (instance.value)
+    if (instance.value) {
+        if (!_set.insert(property).second)
+            _load.report.addRepeatedDial(instance.id);
         _load.setValue(assembly, *property, *instance.value);
+    }
     noteOddValue(instance);
     if (const DzNumericProperty& turned = AliasEnd(*property); IsHeldByLimits(turned))
         _load.noteBeyondLimits({turned.getLabel().toStdString()});

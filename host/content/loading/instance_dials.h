@@ -7,6 +7,7 @@
 #include "scene_load.h"
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -40,7 +41,8 @@ private:
     void noteOddValue(const dson::ModifierInstance& instance);
 
     SceneLoad& _load;
-    SceneSources& _sources; ///< of the load
+    SceneSources& _sources;                  ///< of the load
+    std::set<const DzNumericProperty*> _set; ///< dials that an instance has set
     std::vector<const dson::ModifierInstance*> _onSelection;
     std::vector<std::string> _numbersInTexts;
     GroupPaths _groups;

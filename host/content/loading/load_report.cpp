@@ -110,6 +110,7 @@ void LoadReport::sumUp(const std::vector<std::string>& leftOut)
         warn(fmt::format(
             "shapes and controls are set on what is not there: {}, the geometry of which is left out",
             guess));
+    sumUpDials();
     sumUpNodes();
     sumUpUnshown();
     if (!leftOut.empty())
@@ -119,8 +120,26 @@ void LoadReport::sumUp(const std::vector<std::string>& leftOut)
                          dson::Counted(_duplicates.size(), "property", "properties"), *_duplicates.begin()));
 }
 
+void LoadReport::sumUpDials()
+{
+    if (!_withoutUrl.empty())
+        warnLeftOut(dson::Counted(_withoutUrl.size(),
+                                  "modifier does not say what it is of and is kept for saving only",
+                                  "modifiers do not say what they are of and are kept for saving only") +
+                    Examples(_withoutUrl));
+    if (!_repeatedDials.empty())
+        warn(dson::Counted(_repeatedDials.size(), "dial is set once more, and the last value counts",
+                           "dials are set once more, and the last values count") +
+             Examples(_repeatedDials));
+}
+
 void LoadReport::sumUpNodes()
 {
+    if (!_otherGeometries.empty())
+        warnLeftOut(dson::Counted(_otherGeometries.size(),
+                                  "geometry is not its node's, which has that of its definition",
+                                  "geometries are not their nodes', which have those of their definitions") +
+                    Examples(_otherGeometries));
     if (!_loneBones.empty())
         warn(dson::Counted(_loneBones.size(), "bone hangs on no figure and is a node by itself",
                            "bones hang on no figure and are nodes by themselves") +

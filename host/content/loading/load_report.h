@@ -55,6 +55,12 @@ public:
     void addRepeating(const std::string& node) { _repeating.push_back(node); }
     /// A shape or control that is set on what is neither in the file nor in the scene.
     void addHomeless(const std::string& url) { _homeless.push_back(url); }
+    /// It does not say which shape or control it is of.
+    void addWithoutUrl(const std::string& id) { _withoutUrl.push_back(id); }
+    /// What sets a dial that has been set already.
+    void addRepeatedDial(const std::string& id) { _repeatedDials.push_back(id); }
+    /// Another one than its node has.
+    void addOtherGeometry(const std::string& id) { _otherGeometries.push_back(id); }
     /// What is set on something that is nowhere is taken to be set on the figure.
     void addGuessedParent(const std::string& id, const std::string& figure)
     {
@@ -74,12 +80,14 @@ private:
     void sumUp(const std::vector<std::string>& leftOut);
     void sumUpNodes();
     void sumUpUnshown();
+    void sumUpDials();
 
     std::string _file;
     std::set<std::string> _missing, _replaced, _duplicates, _guessedParents;
     std::vector<std::string> _homeless, _loneBones, _repeatedBones, _strayBones, _unknownBones,
         _withoutParents;
-    std::vector<std::string> _furtherGeometries, _withoutMesh, _repeating;
+    std::vector<std::string> _furtherGeometries, _withoutMesh, _repeating, _withoutUrl, _repeatedDials,
+        _otherGeometries;
     std::set<std::string> _unlistedBones;
     base::Diagnostics _diagnostics; ///< not handed over yet
 };

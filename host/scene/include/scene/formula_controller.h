@@ -6,6 +6,8 @@
 #include "dznumericcontroller.h"
 #include "scene/spline.h"
 
+#include <atomic>
+
 namespace openhost {
 
 /// One step of a formula. Splines carry their knots; their operand is on the stack.
@@ -39,8 +41,13 @@ public:
 private:
     FormulaController(FormulaStage stage, std::vector<FormulaOperation> operations);
 
+    double quotient(double a, double b) const;
+    double unary(const FormulaOperation& operation, double top) const;
+    double binary(FormulaOperation::Kind kind, double below, double top) const;
+
     FormulaStage _stage;
     std::vector<FormulaOperation> _operations;
+    mutable std::atomic<bool> _hasDividedByZero{false}; ///< which is told the first time
 };
 
 } // namespace openhost
