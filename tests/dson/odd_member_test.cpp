@@ -47,6 +47,12 @@ TEST_F(OddMember, that_should_be_a_text_counts_for_nothing_and_is_told_once)
                               "m: has a member parent that is no text and counts for nothing");
 }
 
+TEST_F(OddMember, counts_once_however_often_it_is_looked_at)
+{
+    EXPECT_EQ(told(read(R"("modifier_library": [{"id": 5, "name": "n", "formulas": []}])")),
+              "n: has a member id that is no text and counts for nothing");
+}
+
 TEST_F(OddMember, of_many_parts_is_told_in_one_line)
 {
     EXPECT_EQ(

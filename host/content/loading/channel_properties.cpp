@@ -11,7 +11,6 @@
 #include "figure/channel_type.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <set>
 
@@ -44,13 +43,6 @@ double WithinFloat(double limit)
 {
     constexpr double largest = std::numeric_limits<float>::max();
     return std::clamp(limit, -largest, largest);
-}
-
-/// As dials of whole numbers take it.
-int NearestInt(double value)
-{
-    constexpr double most = std::numeric_limits<int>::max();
-    return static_cast<int>(std::lround(std::clamp(value, -most, most)));
 }
 
 bool HoldsNoNumber(const std::string& type)
@@ -117,11 +109,11 @@ std::unique_ptr<DzNumericProperty> MakeProperty(const std::string& name, const d
     if (HoldsNoNumber(channel.type) || !channel.otherValue.empty())
         return nullptr;
     if (channel.type == "int") {
-        property = std::make_unique<DzIntProperty>(text, true, true, NearestInt(channel.value));
+        property = std::make_unique<DzIntProperty>(text, true, true, 0); // its value follows
     } else if (channel.type == "bool") {
         property = std::make_unique<DzBoolProperty>(text, true, true, channel.value != 0.0);
     } else if (channel.type == "enum") {
-        auto choice = std::make_unique<DzEnumProperty>(text, true, true, NearestInt(channel.value));
+        auto choice = std::make_unique<DzEnumProperty>(text, true, true, 0);
         for (const std::string& item : channel.enumValues)
             choice->addItem(QString::fromStdString(item));
         property = std::move(choice);
