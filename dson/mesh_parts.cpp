@@ -3,6 +3,7 @@
 
 #include "base/errors.h"
 #include "dson/uri.h"
+#include "geometry/limits.h"
 #include "json_rows.h"
 #include "parts.h"
 #include "uv.h"
@@ -20,10 +21,30 @@ namespace {
 using base::FormatError;
 using geometry::Vec3f;
 
+/// What lies so far out that no surface can be matched with it, which is told by whoever tries without the
+/// file.
+struct FarVertices {
+    std::size_t count = 0, first = 0;
+
+    void look(const Vec3f& reach, std::size_t vertex)
+    {
+        const float most = std::max({std::abs(reach.x), std::abs(reach.y), std::abs(reach.z)});
+        if (most > geometry::farthestPosition && count++ == 0)
+            first = vertex;
+    }
+    void tell(const std::string& id, const char* one, const char* many, ParseContext& context) const
+    {
+        if (count > 0)
+            context.warn(id, fmt::format("{} farther than {:g} cm, which is nothing real: the first is {}",
+                                         Counted(count, one, many), geometry::farthestPosition, first));
+    }
+};
+
 std::vector<Vec3f> ParsePositions(const Element& json, const std::string& id, ParseContext& context)
 {
     std::vector<Vec3f> positions;
     std::size_t spoilt = 0, first = 0, uneven = 0, firstUneven = 0;
+    FarVertices far;
     ForEachValue(json, "vertices", [&](const Element& row) {
         double p[3] = {};
         const std::size_t numbers = ReadRow(row, p, 3);
@@ -33,7 +54,9 @@ std::vector<Vec3f> ParsePositions(const Element& json, const std::string& id, Pa
         if (numbers != 3 && uneven++ == 0)
             firstUneven = positions.size();
         positions.push_back({static_cast<float>(p[0]), static_cast<float>(p[1]), static_cast<float>(p[2])});
+        far.look(positions.back(), positions.size() - 1);
     });
+    far.tell(id, "vertex lies", "vertices lie", context);
     if (spoilt > 0)
         context.warn(id, fmt::format("{} with coordinates that are no numbers, taken as 0: the first is {}",
                                      Counted(spoilt, "vertex", "vertices"), first));
@@ -151,6 +174,7 @@ geometry::SparseDeltas ParseDeltas(const Element& morph, const std::string& id, 
     const std::int64_t vertexCount = Count(morph, "vertex_count", -1);
     const double limit = vertexCount > 0 ? static_cast<double>(vertexCount) : unlimited;
     std::size_t strange = 0, outside = 0;
+    FarVertices far;
     ForEachValue(morph, "deltas", [&](const Element& row) {
         double n[4];
         const bool isRow = IsRow(row, n, 4);
@@ -161,7 +185,9 @@ geometry::SparseDeltas ParseDeltas(const Element& morph, const std::string& id, 
         result.vertices.push_back(static_cast<std::uint32_t>(n[0]));
         result.deltas.push_back(
             {static_cast<float>(n[1]), static_cast<float>(n[2]), static_cast<float>(n[3])});
+        far.look(result.deltas.back(), result.vertices.back());
     });
+    far.tell(id, "vertex is moved", "vertices are moved", context);
     if (strange > 0)
         context.warn(id, fmt::format("{} not four numbers and left out",
                                      Counted(strange, "row of deltas is", "rows of deltas are")));

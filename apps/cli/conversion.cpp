@@ -13,6 +13,7 @@
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
 #include "dzintproperty.h"
+#include "geometry/limits.h"
 #include "gnt_convert-figure.h"
 #include "host_session.h"
 #include "interrupt.h"
@@ -91,6 +92,20 @@ std::string WithReason(std::string sentence, const base::Diagnostics& met, const
     return sentence + ": " + base::ToLine(*reason);
 }
 
+/// A tool knows a mesh that reaches too far by the name of a figure of its own; what was said when the mesh
+/// or its shape was read names the file.
+std::string WithFarFile(const std::string& sentence, base::Diagnostics met, const base::Diagnostics& loaded)
+{
+    const std::string phrase = fmt::format("farther than {:g} cm", geometry::farthestPosition);
+    if (sentence.find(phrase) == sentence.npos)
+        return sentence;
+    met.insert(met.end(), loaded.begin(), loaded.end());
+    for (const base::Diagnostic& one : met)
+        if (!one.file.empty() && one.what.find(phrase) != one.what.npos)
+            return sentence + ": " + base::ToLine(one);
+    return sentence;
+}
+
 GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, const base::Diagnostics& loaded,
                Progress& progress)
 {
@@ -104,7 +119,7 @@ GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, const 
                                      BaseName(error.base), error.value, dial.getMin(), dial.getMax(),
                                      dial.getLabel().toStdString()));
     } catch (const kst::Exception& error) {
-        throw std::runtime_error(WithReason(error.what(), met.all(), loaded));
+        throw std::runtime_error(WithFarFile(WithReason(error.what(), met.all(), loaded), met.all(), loaded));
     }
 }
 

@@ -370,6 +370,29 @@ TEST_F(ConvertFailure, for_a_shape_beyond_anything_real_names_it_and_its_file)
                       wide + ": \"Wide\" at 1 moves vertices by more than 1e+09 cm, which is nothing real.");
 }
 
+TEST_F(ConvertFailure, for_a_stock_shape_or_mesh_beyond_anything_real_names_its_file)
+{
+    const std::string farther = " farther than 1e+09 cm, which is nothing real: the first is 0";
+    for (const auto& [name, told] :
+         {std::pair("CloneGenesis8Female.dsf", "is moved"), {"Genesis9.dsf", "lies"}}) {
+        const std::vector<std::string> entries = workspace.entries();
+        const auto entry =
+            std::find_if(entries.begin(), entries.end(),
+                         [name = name](const std::string& one) { return fs::path(one).filename() == name; });
+        ASSERT_NE(entry, entries.end()) << name;
+        const std::string text = workspace.read(*entry);
+        nlohmann::ordered_json file = nlohmann::ordered_json::parse(text);
+        if (file.contains("geometry_library"))
+            file["geometry_library"][0]["vertices"]["values"][0] = {1e10, 0, 0};
+        else
+            file["modifier_library"][0]["morph"]["deltas"]["values"][0] = {0, 1e10, 0, 0};
+        workspace.write(*entry, file.dump());
+        expectFailureWith(convert(), 1, workspace.path(*entry));
+        expectFailureWith(convert(), 1, std::string("1 vertex ") + told + farther);
+        workspace.write(*entry, text);
+    }
+}
+
 TEST_F(ConvertFailure, leaves_out_displacements_that_are_no_numbers_and_says_so)
 {
     for (const char* const bad : {"1e39", "-1e39", "NaN", "1e400", "Infinity"}) {

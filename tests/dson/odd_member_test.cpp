@@ -214,6 +214,19 @@ TEST_F(OddMember, is_none_of_a_modifier_that_nothing_can_name)
               "1 modifier has neither id nor name and is left out");
 }
 
+TEST_F(OddMember, is_a_vertex_or_a_delta_farther_out_than_anything_real)
+{
+    EXPECT_EQ(
+        told(read(
+            R"("geometry_library": [{"id": "g", "vertices": {"values": [[0, 0, 0], [0, -2e9, 0], [3e9, 0, 0]]}}])")),
+        "g: 2 vertices lie farther than 1e+09 cm, which is nothing real: the first is 1");
+    const char* const near = R"("morph": {"vertex_count": 9, "deltas": {"values": [[7, 1e9, 0, 0]]}})";
+    const char* const far = R"("morph": {"vertex_count": 9, "deltas": {"values": [[7, 1e20, 0, 0]]}})";
+    EXPECT_EQ(told(modifier(near)), "");
+    EXPECT_EQ(told(modifier(far)),
+              "m: 1 vertex is moved farther than 1e+09 cm, which is nothing real: the first is 7");
+}
+
 TEST_F(OddMember, is_the_version_which_is_told_and_keeps_no_file_from_being_read)
 {
     const auto versioned = [this](const std::string& version) {
