@@ -4,6 +4,7 @@
 #include "command_inspect.h"
 
 #include "base/cancellation.h"
+#include "base/file_failure.h"
 #include "command.h"
 #include "dson/reader.h"
 #include "dzscene.h"
@@ -62,7 +63,7 @@ void AddFigures(Json& facts, base::Diagnostics& diagnostics, const InspectArgume
         session.open(arguments.file);
     } catch (const std::runtime_error& error) {
         if (!base::FirstError(session.diagnostics()))
-            reason.push_back(base::FromSentence(base::Severity::Error, arguments.file, error.what()));
+            reason.push_back(base::FailureOfFile(base::Severity::Error, arguments.file, error.what()));
     }
     facts["figures"] = Figures(detail);
     for (const base::Diagnostics& met : {AsGiven(session.diagnostics(), arguments.file), reason})

@@ -5,6 +5,7 @@
 
 #include "base/cancellation.h"
 #include "base/errors.h"
+#include "base/file_failure.h"
 #include "dson/dhdm.h"
 #include "dson/file_text.h"
 #include "dson/reader.h"
@@ -80,7 +81,7 @@ public:
 private:
     static std::string ReasonOf(const fs::path& file, const base::Error& error)
     {
-        return base::FromSentence(base::Severity::Error, file.string(), error.what()).what;
+        return base::FailureOfFile(base::Severity::Error, file.string(), error.what()).what;
     }
 
     void read()

@@ -4,6 +4,7 @@
 #include "app/guard.h"
 
 #include "base/errors.h"
+#include "base/file_failure.h"
 #include "openhost/diagnostics.h"
 
 #include <new>
@@ -22,7 +23,7 @@ HostFailure FailureOf(const HostCall& call, const std::exception& error)
     const bool isMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
     failure.reason = isMemory ? "there is not enough memory" : error.what();
     failure.isIo = dynamic_cast<const base::IoError*>(&error) != nullptr;
-    failure.diagnostic = base::FromSentence(call.severity, call.file, failure.reason);
+    failure.diagnostic = base::FailureOfFile(call.severity, call.file, failure.reason);
     failure.diagnostic.asset = call.asset;
     if (!call.doing.empty())
         failure.diagnostic.what = call.doing + ": " + failure.diagnostic.what;

@@ -6,6 +6,7 @@
 #include "app/guard.h"
 #include "base/cancellation.h"
 #include "base/errors.h"
+#include "base/file_failure.h"
 #include "tests/host/host_fixture.h"
 
 #include <QSignalSpy>
@@ -50,6 +51,19 @@ TEST(Diagnostic, takes_the_file_off_the_beginning_of_a_sentence)
     EXPECT_EQ(base::FromSentence(Severity::Error, "/a.dsf", "cannot open /b.dsf"),
               (Diagnostic{Severity::Error, "/a.dsf", "", "cannot open /b.dsf"}));
     EXPECT_EQ(base::FromSentence(Severity::Error, "", ": is empty").what, ": is empty");
+}
+
+TEST(Diagnostic, of_a_file_that_cannot_be_read_names_it_once)
+{
+    const auto what = [](const char* sentence) {
+        const Diagnostic failure = base::FailureOfFile(Severity::Error, "/a.dsf", sentence);
+        EXPECT_EQ(failure.file, "/a.dsf");
+        return failure.what;
+    };
+    EXPECT_EQ(what("cannot read /a.dsf: it is a folder"), "cannot be read: it is a folder");
+    EXPECT_EQ(what("cannot open /a.dsf: it is locked"), "cannot be opened: it is locked");
+    EXPECT_EQ(what("cannot read /a.dsf.gz: it is a folder"), "cannot read /a.dsf.gz: it is a folder");
+    EXPECT_EQ(what("/a.dsf: is empty"), "is empty");
 }
 
 TEST(Diagnostic, of_which_the_first_error_is_found_among_warnings)

@@ -8,6 +8,7 @@
 
 #include "app/current_attendant.h"
 #include "base/errors.h"
+#include "base/file_failure.h"
 #include "dson/uri.h"
 #include "openhost/diagnostics.h"
 
@@ -32,7 +33,7 @@ HeaderReading TryReadHeaders(const std::string& file)
     try {
         reading.document = ReadHeaders(file);
     } catch (const std::exception& error) {
-        reading.failure = base::FromSentence(base::Severity::Warning, file, error.what());
+        reading.failure = base::FailureOfFile(base::Severity::Warning, file, error.what());
         reading.isLasting = dynamic_cast<const base::FormatError*>(&error) != nullptr;
     }
     return reading;
@@ -149,7 +150,7 @@ std::optional<base::Diagnostic> AssetLibrary::whyMissing(const dson::Uri& uri, c
             return std::nullopt;
         why.what = "is not in its file";
     } catch (const base::Error& error) {
-        why.what = base::FromSentence(why.severity, file.string(), error.what()).what;
+        why.what = base::FailureOfFile(why.severity, file.string(), error.what()).what;
     }
     why.file = file.string();
     return why;

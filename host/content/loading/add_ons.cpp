@@ -4,6 +4,7 @@
 #include "add_ons.h"
 
 #include "base/errors.h"
+#include "base/file_failure.h"
 #include "dson/uri.h"
 #include "dzscene.h"
 #include "dzskeleton.h"
@@ -81,7 +82,7 @@ private:
             _loaded.push_back(file.filename().string());
             loadThoseOf(*document);
         } catch (const base::Error& error) {
-            Report(base::FromSentence(base::Severity::Warning, file.string(), error.what()));
+            Report(base::FailureOfFile(base::Severity::Warning, file.string(), error.what()));
         }
     }
 

@@ -5,6 +5,7 @@
 
 #include "app/current_attendant.h"
 #include "app/texts.h"
+#include "base/file_failure.h"
 #include "dson/reader.h"
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
@@ -70,7 +71,7 @@ void LoadReport::tellLogged(const std::string& what) const
 
 void LoadReport::warnLeftOut(const base::Error& error, const std::filesystem::path& file)
 {
-    _diagnostics.push_back(base::FromSentence(base::Severity::Warning, file.string(), error.what()));
+    _diagnostics.push_back(base::FailureOfFile(base::Severity::Warning, file.string(), error.what()));
     tellLeftOut(QString::fromUtf8(error.what()));
 }
 
