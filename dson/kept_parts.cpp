@@ -116,7 +116,7 @@ KeptMembers KeptOf(const Element& object, Names known, RestOf restOf)
                 if (!rest.empty())
                     kept.extras.push_back(std::move(rest));
             });
-        } else if (!Contains(known, member.key) || ReadingTally::isOdd(member.key)) {
+        } else if (!Contains(known, member.key) || ReadingTally::isUnread(member.key)) {
             kept.members.emplace_back(member.key, simdjson::minify(member.value));
         } else if (std::string rest = RestOfMember(member.key, member.value); !rest.empty()) {
             kept.members.emplace_back(member.key, std::move(rest));
@@ -284,7 +284,7 @@ std::string RestOfChannel(const Element& channel)
     std::string rest = "{";
     bool saysMore = false;
     for (const auto member : Members(channel)) {
-        if (Contains(read, member.key) && !ReadingTally::isOdd(member.key))
+        if (Contains(read, member.key) && !ReadingTally::isUnread(member.key))
             continue;
         saysMore = saysMore || member.key != "id";
         rest += (rest.size() > 1 ? "," : "") + Json(std::string(member.key)).dump() + ':' +

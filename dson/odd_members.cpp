@@ -49,7 +49,7 @@ void OddMembers::add(const Element& owner, std::string_view name, Wanted wanted)
     for (const auto member : Members(owner)) {
         if (member.key != name)
             continue;
-        if (!_met.insert(member.key.data()).second)
+        if (!_met.emplace(member.key.data(), wanted).second)
             return;
         Tally& tally = _tallies[{std::string(name), wanted}];
         ++tally.count;
@@ -57,6 +57,13 @@ void OddMembers::add(const Element& owner, std::string_view name, Wanted wanted)
             tally.example = PartBeingRead::id();
         return; // of several the first is read
     }
+}
+
+bool OddMembers::hasUnread(std::string_view name) const
+{
+    const auto found = _met.find(name.data());
+    return found != _met.end() && (found->second == Wanted::Text || found->second == Wanted::Number ||
+                                   found->second == Wanted::Flag || found->second == Wanted::Object);
 }
 
 void OddMembers::tell(ParseContext& context) const

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -39,9 +38,9 @@ public:
 
     /// Counts the owner's member of that name once, however often it is looked at.
     void add(const Element& owner, std::string_view name, Wanted wanted);
-    /// Whether that is one of them.
+    /// Whether that is one of them and counts for nothing.
     /// @param name  the document's own copy
-    bool has(std::string_view name) const { return _met.count(name.data()) > 0; }
+    bool hasUnread(std::string_view name) const;
     void tell(ParseContext& context) const;
 
 private:
@@ -50,7 +49,7 @@ private:
         std::string example; ///< id of the first part that has one
     };
     std::map<std::pair<std::string, Wanted>, Tally> _tallies;
-    std::set<const char*> _met; ///< names where the document has them
+    std::map<const char*, Wanted> _met; ///< names where the document has them
 };
 
 /// While it lives, what is read belongs to this part of the document: its id is told with what is odd.

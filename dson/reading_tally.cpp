@@ -63,9 +63,9 @@ void ReadingTally::addOdd(const Element& owner, std::string_view member, OddMemb
         youngest->_odd.add(owner, member, wanted);
 }
 
-bool ReadingTally::isOdd(std::string_view name)
+bool ReadingTally::isUnread(std::string_view name)
 {
-    return youngest && youngest->_odd.has(name);
+    return youngest && youngest->_odd.hasUnread(name);
 }
 
 void ReadingTally::tell(ParseContext& context) const

@@ -32,9 +32,9 @@ public:
     static void addNoList(std::string_view member);
     /// @param owner  an object that has the member
     static void addOdd(const Element& owner, std::string_view member, OddMembers::Wanted wanted);
-    /// Whether a member has been tallied as odd.
+    /// Whether a member has been tallied as one that counts for nothing.
     /// @param name  the document's own copy
-    static bool isOdd(std::string_view name);
+    static bool isUnread(std::string_view name);
 
     void tell(ParseContext& context) const;
 

@@ -327,3 +327,22 @@ TEST_F(OddInScenes, are_whole_numbers_beyond_all_that_dials_hold)
     ASSERT_NE(figure, nullptr);
     EXPECT_EQ(ValueIn(*figure, "Many"), 2147483647.0);
 }
+
+TEST_F(OddInScenes, are_members_that_survive_but_bring_no_value_back)
+{
+    const std::string hand = R"(, "presentation": 3, "locked": [1], "rotation": [
+        {"id": "x", "current_value": 5, "locked": "maybe"}, {"id": "w", "current_value": 1}], "scale": [2])";
+    ASSERT_TRUE(load("Scenes/Odd.duf",
+                     doll::Scene(doll::Instance("", R"(, "conform_target": [])", hand), R"(, "modifiers": [
+        {"id": "u", "url": "/data/Nord/Doll/Morphs/Nord/Shapes/Up.dsf#Up", "parent": "#Doll-1", "group": [[]]}])")));
+    const DzFigure& figure = *qobject_cast<DzFigure*>(dzScene->getPrimarySelection());
+    BoneOf(figure, "hand")->getXRotControl()->setValue(0.0f);
+    const nlohmann::ordered_json file = saved()["scene"];
+    const nlohmann::ordered_json node = entry(file["nodes"], "hand");
+    EXPECT_EQ(node.dump().find("\"current_value\":5"), std::string::npos) << node;
+    EXPECT_EQ(node["presentation"], 3);
+    for (const auto& channel : node.value("scale", nlohmann::ordered_json::array()))
+        EXPECT_TRUE(channel.is_object()) << node;
+    EXPECT_EQ(entry(file["modifiers"], "Up")["group"], parsed("[[]]")) << file["modifiers"];
+    expectStable();
+}
