@@ -90,6 +90,16 @@ int Uninterrupted(Call call)
     return result;
 }
 
+/// Else what it puts in place later would replace what is newer.
+void FinishLeftSet(const fs::path& target)
+{
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    std::error_code error;
+    if (target.filename() != fileSetJournal &&
+        fs::is_regular_file(fs::symlink_status(folder / fileSetJournal, error)))
+        FinishFileSet(folder);
+}
+
 /// For a program once in each folder: who writes thousands of files does not list it for each of them.
 void RemoveUnfinishedFilesOnce(const fs::path& folder)
 {
@@ -108,6 +118,7 @@ AtomicFile::AtomicFile(const fs::path& target, Durability durability)
     // Told now rather than at the end, when other files may have been put in place already.
     ThrowIfOutOfBounds(_target);
     CheckReplaceable(_named);
+    FinishLeftSet(_target);
     RemoveUnfinishedFilesOnce(_target.parent_path());
     _stream = std::fopen(_unfinished.string().c_str(), "wbx");
     if (!_stream)
@@ -213,7 +224,7 @@ void RemoveUnfinishedFiles(const fs::path& folder)
         if (HasEnded(MarkIn(entry->path().filename().string())))
             old.push_back(entry->path());
     // Asked last: whoever had ended by then makes no journal any more.
-    if (old.empty() || fs::exists(fs::symlink_status(path / fileSetJournal, error)))
+    if (old.empty() || fs::symlink_status(path / fileSetJournal, error).type() != fs::file_type::not_found)
         return;
     for (const fs::path& file : old)
         fs::remove(file, error);

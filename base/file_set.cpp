@@ -5,17 +5,22 @@
 
 #include "base/cancellation.h"
 #include "base/errors.h"
+#include "base/folders.h"
+#include "base/limits.h"
+#include "base/process_mark.h"
 #include "base/reason.h"
 #include "base/write_bounds.h"
+#include "file_set_recovery.h"
+#include "folder_locks.h"
 
+#include <algorithm>
+#include <atomic>
+#include <cassert>
 #include <cerrno>
-#include <fstream>
-#include <iterator>
-#include <thread>
+#include <mutex>
+#include <optional>
 #include <utility>
 
-#include <fcntl.h>
-#include <sys/file.h>
 #include <unistd.h>
 
 namespace base {
@@ -26,247 +31,240 @@ const char* const fileSetJournal = ".gantrel-saving";
 
 namespace {
 
-const std::string heading = "gantrel file set 1";
-
-/// What a journal asks for, by names of files in its folder.
-struct Plan {
-    std::vector<std::pair<std::string, std::string>> renames; ///< from, to
-    std::vector<std::string> removals;
+struct Member {
+    fs::path named, real; ///< as it was given, and without links
+    FolderPlan plan;
+    std::vector<std::unique_ptr<AtomicFile>> files; ///< that it renames
 };
 
-/// Names may hold anything but NUL, so that is what divides them.
-std::string ToText(const Plan& plan)
+/// A folder that another path leads to as well counts once.
+std::vector<Member> MembersOf(const std::vector<fs::path>& folders)
 {
-    std::string text = heading + '\0';
-    for (const auto& [from, to] : plan.renames)
-        text += "put" + ('\0' + from) + '\0' + to + '\0';
-    for (const std::string& name : plan.removals)
-        text += "remove" + ('\0' + name) + '\0';
-    return text + "end" + '\0';
-}
-
-std::vector<std::string> Words(const std::string& text)
-{
-    std::vector<std::string> words;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t end = std::min(text.find('\0', at), text.size());
-        words.push_back(text.substr(at, end - at));
-        at = end + 1;
+    std::vector<Member> members;
+    for (const fs::path& folder : folders) {
+        std::error_code error;
+        const fs::path real = fs::canonical(folder, error);
+        if (error)
+            throw IoError("cannot write folder {}: {}", folder.string(), ReasonOf(error));
+        members.push_back({folder, real, {}, {}});
     }
-    return words;
+    std::stable_sort(members.begin(), members.end(),
+                     [](const Member& a, const Member& b) { return a.real < b.real; });
+    members.erase(std::unique(members.begin(), members.end(),
+                              [](const Member& a, const Member& b) { return a.real == b.real; }),
+                  members.end());
+    return members;
 }
 
-/// A journal that somebody else wrote is not to reach other folders.
-bool IsName(const std::string& name)
+/// Unlike any other set's, in this process or another one.
+std::string NextId()
 {
-    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
+    static std::atomic<unsigned> counter{0};
+    return fmt::format("{}.{}", ProcessMark(), ++counter);
 }
 
-/// @return false for what is no whole journal
-bool Parse(const std::string& text, Plan& plan)
+/// That holds all of them.
+fs::path CommonFolder(const std::vector<Member*>& sorted)
 {
-    const std::vector<std::string> words = Words(text);
-    if (words.size() < 2 || words.front() != heading || words.back() != "end")
+    // What the first and the last share, those between share too.
+    const fs::path &first = sorted.front()->real, &last = sorted.back()->real;
+    const auto end = std::mismatch(first.begin(), first.end(), last.begin(), last.end()).first;
+    fs::path common;
+    for (auto step = first.begin(); step != end; ++step)
+        common /= *step;
+    return common;
+}
+
+DecidedSet Describe(const std::vector<Member*>& changing)
+{
+    DecidedSet set{CommonFolder(changing), {}};
+    if (changing.size() > 1)
+        set.journal.id = NextId();
+    for (Member* const member : changing) {
+        member->plan.folder = member->real.lexically_relative(set.root).string();
+        set.journal.folders.push_back(member->plan);
+    }
+    return set;
+}
+
+/// From its end on whoever comes next would go on. The journal comes last: pointers alone mean nothing, and
+/// say whose the unfinished files are before anybody could take those of one folder for leavings.
+void WriteJournals(const DecidedSet& set)
+{
+    const std::string journal = ToText(set.journal);
+    if (journal.size() > longestJournal)
+        throw IoError("cannot write {}: too many files at a time", set.root.string());
+    const std::vector<FolderPlan>& plans = set.journal.folders;
+    for (std::size_t i = 1; i < plans.size(); ++i)
+        WriteFileAtomically(set.folder(plans[i]) / fileSetJournal,
+                            ToText(JournalPointer{set.journal.id, plans[i].folder, plans.front().folder}));
+    SyncFolder(set.home());
+    WriteFileAtomically(set.home() / fileSetJournal, journal);
+}
+
+/// @return false when the journal stays
+bool TakeBackJournals(const DecidedSet& set)
+{
+    std::error_code error;
+    fs::remove(set.home() / fileSetJournal, error);
+    if (fs::symlink_status(set.home() / fileSetJournal, error).type() != fs::file_type::not_found)
         return false;
-    for (std::size_t i = 1; i + 1 < words.size();) {
-        const bool isPut = words[i] == "put";
-        const std::size_t next = i + (isPut ? 3 : 2);
-        if ((!isPut && words[i] != "remove") || next >= words.size() || !IsName(words[i + 1]) ||
-            !IsName(words[next - 1]))
-            return false;
-        if (isPut)
-            plan.renames.emplace_back(words[i + 1], words[i + 2]);
-        else
-            plan.removals.push_back(words[i + 1]);
-        i = next;
-    }
-    return true;
-}
-
-[[noreturn]] void FailAfterJournal(const fs::path& file, int reason)
-{
-    throw IoError("cannot write {}: {}; it changes with all that belongs to it as soon as that is possible",
-                  file.string(), ReasonOf(reason));
-}
-
-/// What is not there any more has been put in place already.
-void Carry(const fs::path& folder, const Plan& plan)
-{
-    std::error_code error;
-    for (const auto& [from, to] : plan.renames)
-        if (std::rename((folder / from).c_str(), (folder / to).c_str()) != 0) {
-            const int reason = errno;
-            if (reason != ENOENT || fs::exists(folder / from, error))
-                FailAfterJournal(folder / to, reason);
-        }
-    for (const std::string& name : plan.removals)
-        if (unlink((folder / name).c_str()) != 0) {
-            const int reason = errno;
-            if (reason != ENOENT || fs::exists(folder / name, error))
-                FailAfterJournal(folder / name, reason);
-        }
     try {
-        SyncFolder(folder);
-        fs::remove(folder / fileSetJournal, error);
-        SyncFolder(folder);
-    } catch (const IoError& failure) {
-        throw IoError("{}; its new files are in place, but may not outlast a loss of power", failure.what());
+        SyncFolder(set.home());
+    } catch (const IoError&) {
+        // It is told already that the disk fails.
     }
-}
-
-/// Of a folder, by all programs that use this; nothing of it is left on disk.
-class FolderLock {
-public:
-    /// @return 0, or why not: EWOULDBLOCK when another program has it
-    int take(const fs::path& folder, std::chrono::milliseconds patience)
-    {
-        _descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        if (_descriptor < 0)
-            return errno;
-        constexpr std::chrono::milliseconds pause(20);
-        const auto end = std::chrono::steady_clock::now() + patience;
-        while (flock(_descriptor, LOCK_EX | LOCK_NB) != 0) {
-            if (errno == EINTR)
-                continue;
-            // Disks that know no locks are used by one program at a time anyway.
-            if (errno != EWOULDBLOCK)
-                return 0;
-            if (std::chrono::steady_clock::now() >= end)
-                return EWOULDBLOCK;
-            ThrowIfCancelled();
-            std::this_thread::sleep_for(pause);
-        }
-        return 0;
-    }
-    FolderLock() = default;
-    ~FolderLock()
-    {
-        if (_descriptor >= 0)
-            close(_descriptor);
-    }
-    FolderLock(const FolderLock&) = delete;
-    FolderLock& operator=(const FolderLock&) = delete;
-
-private:
-    int _descriptor = -1;
-};
-
-/// Empty for none. What somebody else calls so, a pipe that nobody writes into or a folder, is none.
-std::string JournalOf(const fs::path& folder)
-{
-    std::error_code error;
-    const fs::path journal = folder / fileSetJournal;
-    if (!fs::is_regular_file(fs::symlink_status(journal, error)))
-        return {};
-    std::ifstream file(journal, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(file)), {});
-}
-
-/// @return whether there was a whole journal
-bool FinishLocked(const fs::path& folder)
-{
-    Plan plan;
-    const bool isWhole = Parse(JournalOf(folder), plan);
-    std::error_code ignored;
-    if (isWhole)
-        Carry(folder, plan);
-    else if (fs::is_regular_file(fs::symlink_status(folder / fileSetJournal, ignored)))
-        fs::remove(folder / fileSetJournal, ignored); // nothing was put in place by it
-    RemoveUnfinishedFiles(folder);
-    return isWhole;
+    for (const FolderPlan& plan : set.journal.folders)
+        fs::remove(set.folder(plan) / fileSetJournal, error);
+    return true;
 }
 
 } // namespace
 
 struct FileSet::Impl {
-    fs::path folder;
-    FolderLock lock;
-    std::vector<std::unique_ptr<AtomicFile>> files;
-    std::vector<std::string> removals;
+    FolderLocks locks;
+    MadeFolders made;
+    std::vector<Member> members;                    ///< in the order of their real paths
+    std::vector<std::unique_ptr<AtomicFile>> alone; ///< what links lead to that lie in the folders
+    std::mutex writing;
+
+    [[noreturn]] void refuse(const FolderLocks::Refusal& refusal) const;
+    std::optional<FolderLocks::Refusal> tryToLock(FolderLocks::Deadline end);
+    fs::path placeOf(const fs::path& file) const
+    {
+        return file.has_parent_path() ? file : members.front().named / file;
+    }
+    Member* memberWith(const fs::path& file);
 };
+
+std::optional<FolderLocks::Refusal> FileSet::Impl::tryToLock(FolderLocks::Deadline end)
+{
+    std::vector<fs::path> folders;
+    for (const Member& member : members)
+        folders.push_back(member.real);
+    return FinishAndLock(locks, folders, end);
+}
+
+void FileSet::Impl::refuse(const FolderLocks::Refusal& refusal) const
+{
+    const auto member = std::find_if(members.begin(), members.end(), [&](const Member& candidate) {
+        return candidate.real == refusal.folder;
+    });
+    const std::string name = (member != members.end() ? member->named : refusal.folder).string();
+    if (refusal.reason == EWOULDBLOCK)
+        throw IoError("another program is saving into {}", name);
+    throw IoError("cannot write folder {}: {}", name, ReasonOf(refusal.reason));
+}
+
+/// Null where the file's folder is none of the set's.
+Member* FileSet::Impl::memberWith(const fs::path& file)
+{
+    std::error_code error;
+    const fs::path folder = fs::canonical(file.parent_path(), error);
+    const auto member =
+        std::find_if(members.begin(), members.end(), [&](const Member& m) { return m.real == folder; });
+    return member == members.end() ? nullptr : &*member;
+}
 
 FileSet::FileSet(const fs::path& folder) : _impl(std::make_unique<Impl>())
 {
     ThrowIfOutOfBounds(folder);
-    _impl->folder = folder;
-    const int reason = _impl->lock.take(folder, patience);
-    if (reason == EWOULDBLOCK)
-        throw IoError("another program is saving into {}", folder.string());
-    if (reason != 0)
-        throw IoError("cannot write folder {}: {}", folder.string(), ReasonOf(reason));
-    FinishLocked(folder);
+    _impl->members = MembersOf({folder});
+    if (const auto refusal = _impl->tryToLock(std::chrono::steady_clock::now() + patience))
+        _impl->refuse(*refusal);
+}
+
+FileSet::FileSet(const std::vector<fs::path>& folders) : _impl(std::make_unique<Impl>())
+{
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (true) {
+        for (const fs::path& folder : folders) {
+            ThrowIfOutOfBounds(folder);
+            _impl->made.make(folder);
+        }
+        _impl->members = MembersOf(folders);
+        const auto refusal = _impl->tryToLock(end);
+        if (!refusal)
+            return;
+        // Whoever had made one, and wrote nothing, has removed it.
+        if (refusal->reason != ENOENT || std::chrono::steady_clock::now() >= end)
+            _impl->refuse(*refusal);
+    }
 }
 
 FileSet::~FileSet() = default;
 
-const fs::path& FileSet::folder() const
-{
-    return _impl->folder;
-}
-
-void FileSet::write(const std::string& name, std::string_view content)
+void FileSet::write(const fs::path& file, std::string_view content)
 {
     ThrowIfCancelled();
-    auto file = std::make_unique<AtomicFile>(_impl->folder / name);
-    file->write(content);
-    file->finish();
-    _impl->files.push_back(std::move(file));
+    auto unfinished = std::make_unique<AtomicFile>(_impl->placeOf(file));
+    unfinished->write(content);
+    unfinished->finish();
+    const std::lock_guard<std::mutex> lock(_impl->writing);
+    assert(_impl->memberWith(_impl->placeOf(file)));
+    Member* const member = _impl->memberWith(unfinished->target());
+    // What a link leads to may lie anywhere; journals tell of the set's own folders alone.
+    if (!member)
+        return _impl->alone.push_back(std::move(unfinished));
+    member->plan.renames.emplace_back(unfinished->unfinished().filename().string(),
+                                      unfinished->target().filename().string());
+    member->files.push_back(std::move(unfinished));
 }
 
-void FileSet::remove(const std::string& name)
+void FileSet::remove(const fs::path& file)
 {
-    _impl->removals.push_back(name);
+    const std::lock_guard<std::mutex> lock(_impl->writing);
+    Member* const member = _impl->memberWith(_impl->placeOf(file));
+    assert(member);
+    member->plan.removals.push_back(file.filename().string());
 }
 
 void FileSet::commit()
 {
-    Plan plan;
-    std::vector<std::unique_ptr<AtomicFile>> linked;
-    for (std::unique_ptr<AtomicFile>& file : _impl->files) {
-        // What a link leads to may lie anywhere; a journal names nothing but its own folder's files.
-        if (file->target().parent_path() != _impl->folder)
-            linked.push_back(std::move(file));
-        else
-            plan.renames.emplace_back(file->unfinished().filename(), file->target().filename());
-    }
-    plan.removals = std::exchange(_impl->removals, {});
-    const std::vector<std::unique_ptr<AtomicFile>> files = std::exchange(_impl->files, {});
-    for (const std::unique_ptr<AtomicFile>& file : linked)
+    std::vector<Member*> changing;
+    for (Member& member : _impl->members)
+        if (!member.plan.isEmpty())
+            changing.push_back(&member);
+    for (const std::unique_ptr<AtomicFile>& file : _impl->alone)
         file->commit();
+    if (changing.empty())
+        return;
     // One file is put in place at once by the system itself.
-    if (linked.empty() && files.size() == 1 && plan.removals.empty())
-        return files.front()->commit();
-    const fs::path journal = _impl->folder / fileSetJournal;
-    const auto release = [&files] {
-        for (const std::unique_ptr<AtomicFile>& file : files)
-            if (file)
+    const Member& first = *changing.front();
+    if (changing.size() == 1 && first.files.size() == 1 && first.plan.removals.empty())
+        return first.files.front()->commit();
+    const DecidedSet set = Describe(changing);
+    const auto release = [&changing] {
+        for (const Member* const member : changing)
+            for (const std::unique_ptr<AtomicFile>& file : member->files)
                 file->release();
     };
     try {
-        WriteFileAtomically(journal, ToText(plan));
-    } catch (const IoError&) {
+        WriteJournals(set);
+    } catch (...) {
         // It may be in place, and only the wait for the disk have failed.
-        std::error_code error;
-        fs::remove(journal, error);
-        if (fs::exists(journal, error))
+        if (!TakeBackJournals(set))
             release();
         throw;
     }
-    // From here on whoever comes next would go on.
     release();
-    Carry(_impl->folder, plan);
+    PutInPlace(set);
 }
 
 bool FinishFileSet(const fs::path& folder)
 {
-    FolderLock lock;
-    if (access(folder.c_str(), W_OK) != 0 || lock.take(folder, FileSet::patience) != 0)
+    std::error_code error;
+    const fs::path real = fs::canonical(folder, error);
+    if (error || access(folder.c_str(), W_OK) != 0)
         return false;
+    bool hasPut = false;
     try {
-        return FinishLocked(folder);
+        FolderLocks locks;
+        FinishAndLock(locks, {real}, std::chrono::steady_clock::now() + FileSet::patience, &hasPut);
     } catch (const IoError&) {
         return false;
     }
+    return hasPut;
 }
 
 } // namespace base

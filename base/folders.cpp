@@ -6,7 +6,10 @@
 #include "base/errors.h"
 #include "base/reason.h"
 
+#include <algorithm>
 #include <cerrno>
+
+#include <unistd.h>
 
 namespace base {
 
@@ -24,6 +27,25 @@ void MakeFolders(const fs::path& folder)
     if (reason.empty())
         reason = error ? ReasonOf(error) : ReasonOf(ENOTDIR);
     throw IoError("cannot create folder {}: {}", folder.string(), reason);
+}
+
+MadeFolders::~MadeFolders()
+{
+    // The system removes none that holds something.
+    std::for_each(_made.rbegin(), _made.rend(), [](const fs::path& folder) { rmdir(folder.c_str()); });
+}
+
+void MadeFolders::make(const fs::path& folder)
+{
+    std::error_code error;
+    std::vector<fs::path> missing;
+    for (fs::path at = folder; !at.empty() && !fs::exists(fs::symlink_status(at, error));
+         at = at.parent_path())
+        missing.push_back(at);
+    for (auto at = missing.rbegin(); at != missing.rend(); ++at)
+        if (fs::create_directory(*at, error))
+            _made.push_back(*at);
+    MakeFolders(folder);
 }
 
 std::string DescribeLostLink(const fs::path& path)

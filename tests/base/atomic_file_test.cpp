@@ -109,12 +109,22 @@ TEST(AtomicFile, removes_what_writers_left_that_have_ended)
     folder.write(own, "mine");
     EXPECT_EQ(Refusal(folder.path() / "Otto.dsf"), "");
     EXPECT_EQ(folder.contents(), (Contents{{"Otto.dsf", "new"}, {own, "mine"}}));
-    // What a journal tells of is to be put in place yet.
-    const ScratchFolder other;
-    other.write(left, "part of a set");
-    other.write(base::fileSetJournal, "");
-    EXPECT_EQ(Refusal(other.path() / "Otto.dsf"), "");
-    EXPECT_EQ(other.read(left), "part of a set");
+}
+
+TEST(AtomicFile, takes_its_place_behind_what_a_journal_has_yet_to_put_there)
+{
+    const ScratchFolder folder;
+    std::string ended = base::ProcessMark();
+    ended.replace(ended.rfind('-') + 1, std::string::npos, "1");
+    const std::string left = "Vera.dsf." + ended + ".7.part";
+    const std::string nul(1, '\0');
+    folder.write("Otto.dsf", "old");
+    folder.write(left, "part of a set");
+    folder.write(base::fileSetJournal, "gantrel file set 1" + nul + "put" + nul + left + nul + "Vera.dsf" +
+                                           nul + "remove" + nul + "Otto.dsf" + nul + "end" + nul);
+    EXPECT_EQ(Refusal(folder.path() / "Otto.dsf"), "");
+    base::FinishFileSet(folder.path());
+    EXPECT_EQ(folder.contents(), (Contents{{"Otto.dsf", "new"}, {"Vera.dsf", "part of a set"}}));
 }
 
 TEST(AtomicFile, may_have_the_longest_of_names)

@@ -72,3 +72,25 @@ TEST_F(FoldersTest, are_not_made_in_a_circle_of_links)
     EXPECT_EQ(Refusal(path("a/Heroes")),
               "cannot create folder " + path("a/Heroes").string() + ": Too many levels of symbolic links");
 }
+
+TEST_F(FoldersTest, that_stay_empty_are_removed_by_whoever_made_them)
+{
+    fs::create_directories(path("there"));
+    {
+        base::MadeFolders made;
+        made.make(path("there/a/b/"));
+        made.make(path("there/a/c/d"));
+        EXPECT_TRUE(fs::is_directory(path("there/a/c/d")));
+        scratch.write("there/a/c/file", "text");
+    }
+    EXPECT_FALSE(fs::exists(path("there/a/b")));
+    EXPECT_FALSE(fs::exists(path("there/a/c/d")));
+    EXPECT_TRUE(fs::exists(path("there/a/c/file")));
+    {
+        base::MadeFolders made;
+        made.make(path("there"));
+        EXPECT_THROW(made.make(path("there/new/") / std::string(300, 'x')), base::IoError);
+    }
+    EXPECT_FALSE(fs::exists(path("there/new"))) << "made on the way to one that cannot be";
+    EXPECT_TRUE(fs::exists(path("there"))) << "which was there before";
+}

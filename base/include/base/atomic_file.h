@@ -18,7 +18,7 @@ enum class Durability {
 
 /// Writes beside the target and renames into place. Without commit() the target stays as it was and the
 /// unfinished file is removed. Those that killed writers left in the folder are removed when a program
-/// first writes there.
+/// first writes there; what a FileSet's journal there says is done before.
 ///
 /// A target that is a link stays one: the file that it leads to is replaced. A file that is replaced leaves
 /// its mode to the new one, and its owner where that is permitted. One that nobody may write is not replaced,

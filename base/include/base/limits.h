@@ -1,4 +1,4 @@
-// How far names and links are followed.
+// How far names and links are followed, and how much is listed.
 // SPDX-License-Identifier: MIT
 
 #pragma once
@@ -11,5 +11,7 @@ namespace base {
 constexpr int mostLinks = 40;
 /// Bytes of a folder's name; of all systems' usual file systems.
 constexpr std::size_t longestName = 255;
+/// Bytes of what tells which files change together; some hundred thousand names.
+constexpr std::size_t longestJournal = std::size_t{1} << 26;
 
 } // namespace base

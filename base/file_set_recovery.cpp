@@ -1,0 +1,192 @@
+// Putting the files of a set in place, by the program that wrote them or the next one.
+// SPDX-License-Identifier: MIT
+
+#include "file_set_recovery.h"
+
+#include "base/atomic_file.h"
+#include "base/errors.h"
+#include "base/file_set.h"
+#include "base/reason.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <iterator>
+#include <utility>
+
+#include <unistd.h>
+
+namespace base {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// What is not there any more has been put in place, or removed, already.
+void ThrowUnlessGone(const fs::path& file, const fs::path& target)
+{
+    const int reason = errno;
+    std::error_code error;
+    if (reason != ENOENT || fs::exists(file, error))
+        throw IoError(
+            "cannot write {}: {}; it changes with all that belongs to it as soon as that is possible",
+            target.string(), ReasonOf(reason));
+}
+
+void Carry(const fs::path& folder, const FolderPlan& plan)
+{
+    for (const auto& [from, to] : plan.renames)
+        if (std::rename((folder / from).c_str(), (folder / to).c_str()) != 0)
+            ThrowUnlessGone(folder / from, folder / to);
+    for (const std::string& name : plan.removals)
+        if (unlink((folder / name).c_str()) != 0)
+            ThrowUnlessGone(folder / name, folder / name);
+}
+
+/// There, and below no link.
+bool IsPlainFolder(const fs::path& folder)
+{
+    std::error_code error;
+    const fs::path real = fs::canonical(folder, error);
+    constexpr int lost[] = {0, ENOENT, ENOTDIR, ELOOP};
+    if (std::find(std::begin(lost), std::end(lost), error.value()) == std::end(lost))
+        throw IoError("cannot read {}: {}", folder.string(), ReasonOf(error));
+    return !error && real == folder;
+}
+
+/// A journal has its say only where a pointer to it lies: one that came from elsewhere, or back after a loss
+/// of power, finds none.
+bool IsMember(const DecidedSet& set, const FolderPlan& plan)
+{
+    const fs::path folder = set.folder(plan);
+    if (!IsPlainFolder(folder))
+        return false;
+    const std::optional<JournalPointer> pointer = PointerIn(folder);
+    return pointer && pointer->id == set.journal.id && pointer->folder == plan.folder &&
+           pointer->home == set.journal.folders.front().folder;
+}
+
+/// The set whose journal lies in the folder.
+std::optional<DecidedSet> DecidedIn(const fs::path& home)
+{
+    std::optional<Journal> journal = JournalIn(home);
+    if (!journal)
+        return std::nullopt;
+    DecidedSet set{RootAbove(home, journal->folders.front().folder), std::move(*journal)};
+    if (set.root.empty())
+        return std::nullopt;
+    std::vector<FolderPlan>& plans = set.journal.folders;
+    plans.erase(std::remove_if(plans.begin() + 1, plans.end(),
+                               [&set](const FolderPlan& plan) { return !IsMember(set, plan); }),
+                plans.end());
+    return set;
+}
+
+/// The set that the folder changes with, if that is decided.
+std::optional<DecidedSet> DecidedFor(const fs::path& folder)
+{
+    const std::optional<JournalPointer> pointer = PointerIn(folder);
+    if (!pointer)
+        return DecidedIn(folder);
+    const fs::path root = RootAbove(folder, pointer->folder);
+    if (root.empty())
+        return std::nullopt;
+    const fs::path home = pointer->home == "." ? root : root / pointer->home;
+    if (!IsPlainFolder(home))
+        return std::nullopt;
+    std::optional<DecidedSet> set = DecidedIn(home);
+    const bool isOurs = set && set->root == root && set->journal.id == pointer->id;
+    return isOurs ? std::move(set) : std::nullopt;
+}
+
+std::vector<fs::path> FoldersOf(const DecidedSet& set)
+{
+    std::vector<fs::path> folders;
+    for (const FolderPlan& plan : set.journal.folders)
+        folders.push_back(set.folder(plan));
+    std::sort(folders.begin(), folders.end());
+    folders.erase(std::unique(folders.begin(), folders.end()), folders.end());
+    return folders;
+}
+
+/// Whatever somebody did to the set until now is over when its folders are locked.
+std::optional<FolderLocks::Refusal> FinishSet(const DecidedSet& left, FolderLocks::Deadline end, bool& hasPut)
+{
+    FolderLocks locks;
+    const std::vector<fs::path> folders = FoldersOf(left);
+    if (auto refusal = locks.take(folders, end))
+        return refusal;
+    const std::optional<DecidedSet> set = DecidedIn(left.home());
+    if (!set || set->journal.id != left.journal.id || FoldersOf(*set) != folders)
+        return std::nullopt;
+    PutInPlace(*set);
+    hasPut = true;
+    // Anything else would go round for ever.
+    if (const std::optional<Journal> journal = JournalIn(set->home()))
+        throw IoError("cannot remove {}", (set->home() / fileSetJournal).string());
+    for (const fs::path& folder : folders)
+        RemoveUnfinishedFiles(folder);
+    return std::nullopt;
+}
+
+/// What is left in a locked folder and has to do with no other.
+void FinishAlone(const fs::path& folder, bool& hasPut)
+{
+    if (const std::optional<DecidedSet> set = DecidedFor(folder)) {
+        PutInPlace(*set);
+        hasPut = true;
+    } else if (HasJournalFile(folder)) {
+        std::error_code ignored;
+        fs::remove(folder / fileSetJournal, ignored); // nothing was put in place by it
+    }
+    RemoveUnfinishedFiles(folder);
+}
+
+} // namespace
+
+void PutInPlace(const DecidedSet& set)
+{
+    const std::vector<FolderPlan>& plans = set.journal.folders;
+    for (const FolderPlan& plan : plans)
+        Carry(set.folder(plan), plan);
+    try {
+        for (const FolderPlan& plan : plans)
+            SyncFolder(set.folder(plan));
+        // The journal goes first: with it, pointers that are gone would keep their folders out of the set.
+        std::error_code error;
+        fs::remove(set.home() / fileSetJournal, error);
+        SyncFolder(set.home());
+        for (const FolderPlan& plan : plans)
+            if (plan.folder != plans.front().folder)
+                fs::remove(set.folder(plan) / fileSetJournal, error);
+    } catch (const IoError& failure) {
+        throw IoError("{}; its new files are in place, but may not outlast a loss of power", failure.what());
+    }
+}
+
+std::optional<FolderLocks::Refusal> FinishAndLock(FolderLocks& locks, const std::vector<fs::path>& folders,
+                                                  FolderLocks::Deadline end, bool* hasPut)
+{
+    bool isAnyPut = false;
+    while (true) {
+        if (auto refusal = locks.take(folders, end))
+            return refusal;
+        std::optional<DecidedSet> wide;
+        for (auto folder = folders.begin(); !wide && folder != folders.end(); ++folder)
+            if ((wide = DecidedFor(*folder)) && wide->journal.id.empty())
+                wide.reset();
+        if (!wide)
+            break;
+        // Its folders have an order of their own in which they are locked.
+        locks.release();
+        if (auto refusal = FinishSet(*wide, end, isAnyPut))
+            return refusal;
+    }
+    for (const fs::path& folder : folders)
+        FinishAlone(folder, isAnyPut);
+    if (hasPut)
+        *hasPut = isAnyPut;
+    return std::nullopt;
+}
+
+} // namespace base
