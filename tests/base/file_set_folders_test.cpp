@@ -3,6 +3,7 @@
 
 #include "base/errors.h"
 #include "base/file_set.h"
+#include "base/limits.h"
 #include "base/process_mark.h"
 #include "tests/base/scratch_folder.h"
 #include "tests/base/traced_run.h"
@@ -445,6 +446,26 @@ TEST_F(SeveralFoldersByHand, are_named_by_whole_journals_only)
         if (length + 1 < whole.size()) {
             EXPECT_EQ(now, oldFiles) << length;
         }
+    }
+}
+
+TEST_F(SeveralFoldersByHand, are_not_listed_by_journals_without_end)
+{
+    const std::string longest(255, 'x');
+    std::string words = Journal({"gantrel file set 1", "remove", "Vera.duf"});
+    while (words.size() <= base::longestJournal)
+        words += Journal({"remove", longest});
+    leave("People", words + Journal({"end"}));
+    EXPECT_FALSE(base::FinishFileSet(path("People")));
+    EXPECT_EQ(finished(), oldFiles);
+    base::FileSet set(path("People"));
+    for (std::size_t size = 0; size <= base::longestJournal; size += longest.size())
+        set.remove(longest);
+    try {
+        set.commit();
+        ADD_FAILURE() << "which nobody would read";
+    } catch (const base::IoError& error) {
+        EXPECT_EQ(error.what(), "cannot write " + path("People").string() + ": too many files at a time");
     }
 }
 

@@ -41,6 +41,7 @@ TEST(Limits, in_the_table_are_those_of_the_code)
     const std::map<std::string, double> constants{
         {"mostLinks", base::mostLinks},
         {"longestName", base::longestName},
+        {"longestJournal", base::longestJournal},
         {"farthestPosition", geometry::farthestPosition},
         {"largestPicture", geometry::largestPicture},
         {"mostCorners", geometry::mostCorners},
