@@ -45,7 +45,7 @@ fs::path WriteFile(const AssetInfo& info, const Json& json, const fs::path& cont
     const std::string bytes = options.compress ? Compress(text) : text;
     base::ThrowIfCancelled();
     if (options.set)
-        options.set->write(file.filename(), bytes);
+        options.set->write(file, bytes);
     else
         base::WriteFileAtomically(file, bytes);
     return file;
@@ -143,7 +143,7 @@ fs::path WriteMorph(const AssetInfo& info, const Modifier& modifier, const fs::p
     WriteOptions together = options;
     if (!options.set)
         together.set = &own.emplace(file.parent_path());
-    const std::string companion = fs::path(file.filename()).replace_extension(".dhdm");
+    const fs::path companion = fs::path(file).replace_extension(".dhdm");
     if (!detail.empty()) {
         Json& morph = json["modifier_library"][0]["morph"];
         morph["hd_url"] = EncodePath(fs::path(info.id).replace_extension(".dhdm").generic_string());

@@ -35,6 +35,7 @@ gantrel_add_tests(host_content_tests
         content_save_effects_test.cpp
         content_save_failure_test.cpp
         content_save_faults_test.cpp
+        content_save_folders_test.cpp
         content_save_format_test.cpp
         content_save_joints_test.cpp
         content_save_parts_test.cpp

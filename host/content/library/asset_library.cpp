@@ -9,6 +9,7 @@
 #include "app/current_attendant.h"
 #include "base/errors.h"
 #include "base/file_failure.h"
+#include "base/file_set.h"
 #include "dson/uri.h"
 #include "openhost/diagnostics.h"
 
@@ -39,6 +40,14 @@ HeaderReading TryReadHeaders(const std::string& file)
     return reading;
 }
 
+/// A figure is read before its folder of morphs is listed, and is to be as new or old as they are.
+void FinishSave(const fs::path& folder)
+{
+    std::error_code error;
+    if (fs::exists(fs::symlink_status(folder / base::fileSetJournal, error)))
+        base::FinishFileSet(folder);
+}
+
 } // namespace
 
 std::shared_ptr<const dson::Document> AssetLibrary::unchanged(const std::string& file,
@@ -61,6 +70,7 @@ void AssetLibrary::keep(const std::string& file, const std::optional<FileStamp>&
 
 std::shared_ptr<const dson::Document> AssetLibrary::read(const fs::path& path)
 {
+    FinishSave(path.parent_path());
     const std::string file = path.string();
     const std::optional<FileStamp> stamp = StampOf(file);
     if (std::shared_ptr<const dson::Document> document = unchanged(file, stamp))

@@ -8,8 +8,6 @@
 #include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/file_set.h"
-#include "base/folders.h"
-#include "base/write_bounds.h"
 #include "dson/dhdm.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
@@ -37,8 +35,6 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <map>
-#include <memory>
 #include <set>
 #include <utility>
 #include <vector>
@@ -200,29 +196,6 @@ std::string DetailBytes(const Wanted& wanted)
     return bytes;
 }
 
-/// One for each folder, so that the morphs of a folder appear together.
-class FileSets {
-public:
-    base::FileSet& of(const fs::path& folder)
-    {
-        std::unique_ptr<base::FileSet>& set = _sets[folder];
-        if (!set) {
-            base::ThrowIfOutOfBounds(folder);
-            base::MakeFolders(folder);
-            set = std::make_unique<base::FileSet>(folder);
-        }
-        return *set;
-    }
-    void commit()
-    {
-        for (const auto& [folder, set] : _sets)
-            set->commit();
-    }
-
-private:
-    std::map<fs::path, std::unique_ptr<base::FileSet>> _sets;
-};
-
 /// A morph that will belong to its file.
 struct Written {
     DzMorph* morph;
@@ -230,7 +203,7 @@ struct Written {
     std::vector<DzNumericController*> links; ///< that the file holds as formulas
 };
 
-Written Write(const Wanted& wanted, const DzFileIOSettings& options, FileSets& sets)
+Written Write(const Wanted& wanted, const DzFileIOSettings& options, base::FileSet& set)
 {
     if (openhost::AssetFolder(*wanted.node).empty())
         throw base::FormatError("{} comes from no asset file", wanted.node->getLabel().toStdString());
@@ -248,7 +221,7 @@ Written Write(const Wanted& wanted, const DzFileIOSettings& options, FileSets& s
     write.compress = options.getBoolValue(QLatin1String("CompressOutput"));
     write.isReplacement = wanted.replacesAnother();
     const fs::path library = options.getStringValue(QLatin1String("BaseDataPath")).toStdString();
-    write.set = &sets.of(wanted.folder);
+    write.set = &set;
     // A file that could not be read must not be replaced by one without its content.
     if (!wanted.morph->getDeltas()->loadDeltas())
         throw base::FormatError("the deltas of {} cannot be read", wanted.morph->getName().toStdString());
@@ -277,18 +250,19 @@ Written Write(const Wanted& wanted, const DzFileIOSettings& options, FileSets& s
 /// @param replaced  files that may be
 void Save(const std::vector<Wanted>& all, const DzFileIOSettings& options, const QStringList& replaced)
 {
-    FileSets sets;
+    std::vector<fs::path> folders;
     for (const Wanted& wanted : all)
-        sets.of(wanted.folder);
+        folders.push_back(wanted.folder);
+    base::FileSet set(folders);
     // Until the folders were locked, another program may have saved under the names.
     for (const QString& file : OthersFiles(all, options))
         if (!replaced.contains(file))
             ThrowNotReplaceable({file});
     std::vector<Written> written;
     for (const Wanted& wanted : all)
-        written.push_back(Write(wanted, options, sets));
+        written.push_back(Write(wanted, options, set));
     base::ThrowIfCancelled(); // for the last time: they are saved all together
-    sets.commit();
+    set.commit();
     for (const Written& saved : written) {
         saved.morph->setAssetUri(saved.uri);
         saved.morph->getDeltas()->setUri(saved.uri);
