@@ -40,6 +40,12 @@ std::string FileStem(const std::string& name)
     return stem;
 }
 
+std::string MorphPath(const FigureKindInfo& kind, const std::string& name)
+{
+    const std::string folder = kind.figurePath.substr(0, kind.figurePath.rfind('/'));
+    return folder + "/Morphs/Gantrel/Base Shapes/" + FileStem(name) + ".dsf";
+}
+
 /// The bone with most weight on each face's vertices.
 std::vector<std::uint32_t> FaceBones(const geometry::Topology& topology,
                                      const std::vector<geometry::JointWeights>& weights)
@@ -116,18 +122,27 @@ dson::FigureAsset MakeFigureAsset(const FigureKindInfo& kind, const FigureParts&
     return figure;
 }
 
-FigureFiles::FigureFiles(const FigureKindInfo& kind, const FigureParts& parts, std::filesystem::path library)
-    : _kind(kind), _figure(MakeFigureAsset(kind, parts)), _library(std::move(library))
+std::vector<std::filesystem::path> FigureFolders(const FigureKindInfo& kind,
+                                                 const std::filesystem::path& library)
 {
-    dson::WriteFigure(_figure, _library);
-    for (const std::string& path : kind.characterPaths)
-        writeCharacter(path, kind.label, {});
+    std::vector<std::string> paths = kind.characterPaths;
+    paths.insert(paths.end(), {kind.figurePath, MorphPath(kind, "any")});
+    if (kind.kind == FigureKind::Genesis9)
+        paths.emplace_back(headSplitPath);
+    std::vector<std::filesystem::path> folders;
+    for (const std::string& path : paths)
+        folders.push_back((library / path.substr(1)).parent_path());
+    return folders;
 }
 
-std::string FigureFiles::morphPath(const std::string& name) const
+FigureFiles::FigureFiles(const FigureKindInfo& kind, const FigureParts& parts, std::filesystem::path library,
+                         base::FileSet& set)
+    : _kind(kind), _figure(MakeFigureAsset(kind, parts)), _library(std::move(library))
 {
-    const std::string folder = _kind.figurePath.substr(0, _kind.figurePath.rfind('/'));
-    return folder + "/Morphs/Gantrel/Base Shapes/" + FileStem(name) + ".dsf";
+    _options.set = &set;
+    dson::WriteFigure(_figure, _library, _options);
+    for (const std::string& path : kind.characterPaths)
+        writeCharacter(path, kind.label, {});
 }
 
 void FigureFiles::addJointFormulas(const MorphParts& morph, dson::Modifier& modifier) const
@@ -167,8 +182,8 @@ void FigureFiles::writeMorph(const MorphParts& morph) const
     const std::string input = dson::MakePropertyUri(_kind.id, "", morph.name, "value");
     for (const auto& [driven, factor] : morph.drives)
         modifier.formulas.push_back(dson::MakeDeltaAdd(
-            dson::MakePropertyUri(_kind.id, morphPath(driven), driven, "value"), input, factor));
-    dson::WriteMorph(MakeInfo(morphPath(morph.name), "modifier"), modifier, _library);
+            dson::MakePropertyUri(_kind.id, MorphPath(_kind, driven), driven, "value"), input, factor));
+    dson::WriteMorph(MakeInfo(MorphPath(_kind, morph.name), "modifier"), modifier, _library, _options);
 }
 
 void FigureFiles::writeCharacter(const std::string& path, const std::string& label,
@@ -179,11 +194,11 @@ void FigureFiles::writeCharacter(const std::string& path, const std::string& lab
     character.figureUri = dson::MakeUri(_kind.figurePath, _kind.id);
     character.label = label;
     for (const auto& [name, value] : dials)
-        character.dials.push_back({dson::MakeUri(morphPath(name), name), name, name, value});
-    dson::WriteCharacter(character, _figure, _library);
+        character.dials.push_back({dson::MakeUri(MorphPath(_kind, name), name), name, name, value});
+    dson::WriteCharacter(character, _figure, _library, _options);
 }
 
-void WriteHeadSplit(base::Span<const float> weights, const std::filesystem::path& library)
+void WriteHeadSplit(base::Span<const float> weights, const std::filesystem::path& library, base::FileSet& set)
 {
     dson::DFormAsset preset;
     preset.info = MakeInfo(headSplitPath, "preset_dform");
@@ -194,7 +209,9 @@ void WriteHeadSplit(base::Span<const float> weights, const std::filesystem::path
             preset.vertices.push_back(v);
             preset.weights.push_back(weights[v]);
         }
-    dson::WriteDForm(preset, library);
+    dson::WriteOptions options;
+    options.set = &set;
+    dson::WriteDForm(preset, library, options);
 }
 
 } // namespace content

@@ -3,7 +3,9 @@
 
 #pragma once
 
+#include "base/file_set.h"
 #include "dson/asset.h"
+#include "dson/writer.h"
 #include "geometry/skinning.h"
 #include "sample_content/figure_kinds.h"
 
@@ -46,13 +48,20 @@ struct MorphParts {
     std::vector<std::pair<std::string, double>> drives; ///< other dials, by name, and by what factor
 };
 
+/// Of a library: those that files of a figure of the kind lie in, the head-split preset included.
+std::vector<std::filesystem::path> FigureFolders(const FigureKindInfo& kind,
+                                                 const std::filesystem::path& library);
+
 /// Writes one figure's files.
 class FigureFiles {
 public:
     /// Writes the figure itself and the files that load it plain.
+    /// @param set  has the figure's folders, and puts all of its files in place
     /// @throws base::IoError, base::FormatError
-    FigureFiles(const FigureKindInfo& kind, const FigureParts& parts, std::filesystem::path library);
+    FigureFiles(const FigureKindInfo& kind, const FigureParts& parts, std::filesystem::path library,
+                base::FileSet& set);
 
+    /// May be called by several threads.
     void writeMorph(const MorphParts& morph) const;
     /// @param path   decoded, below the library, with leading '/'
     /// @param dials  names and values of morphs of this figure
@@ -61,15 +70,16 @@ public:
     const dson::FigureAsset& figure() const { return _figure; }
 
 private:
-    std::string morphPath(const std::string& name) const;
     void addJointFormulas(const MorphParts& morph, dson::Modifier& modifier) const;
 
     const FigureKindInfo& _kind;
     dson::FigureAsset _figure;
     std::filesystem::path _library;
+    dson::WriteOptions _options;
 };
 
 /// The head-split preset of the newest figure, from one weight per vertex.
-void WriteHeadSplit(base::Span<const float> weights, const std::filesystem::path& library);
+void WriteHeadSplit(base::Span<const float> weights, const std::filesystem::path& library,
+                    base::FileSet& set);
 
 } // namespace content

@@ -4,7 +4,9 @@
 #include "sample_content/make_figure.h"
 
 #include "base/ascii.h"
+#include "base/cancellation.h"
 #include "base/errors.h"
+#include "base/file_set.h"
 #include "figure_files.h"
 #include "geometry/obj.h"
 #include "plain_formats.h"
@@ -230,24 +232,18 @@ FigureInput ReadInput(const MakeFigureOptions& options, FigureKind kind)
 
 } // namespace
 
-MadeFigure MakeFigure(const MakeFigureOptions& options, const std::function<void(std::size_t)>& written)
+MadeFigure MakeFigure(const MakeFigureOptions& options)
 {
-    std::size_t morphs = 0;
-    const auto tell = [&] {
-        if (written)
-            written(morphs);
-    };
     const FigureKindInfo& kind = ParseFigureKind(options.kind);
     const FigureInput input = ReadInput(options, kind.kind);
-    const FigureFiles files(kind, input.parts, options.contentDirectory);
-    tell();
-    for (const MorphParts& morph : input.morphs) {
+    base::FileSet set(FigureFolders(kind, options.contentDirectory));
+    const FigureFiles files(kind, input.parts, options.contentDirectory, set);
+    for (const MorphParts& morph : input.morphs)
         files.writeMorph(morph);
-        ++morphs;
-        tell();
-    }
     for (const NamedWeights& map : input.weightMaps)
-        WriteHeadSplit(map.weights, options.contentDirectory);
+        WriteHeadSplit(map.weights, options.contentDirectory, set);
+    base::ThrowIfCancelled(); // for the last time: all of it is put in place together
+    set.commit();
     return {kind.label, input.parts.neutral.vertexCount(), input.parts.bones.size(), input.morphs.size(),
             input.joints};
 }

@@ -3,6 +3,8 @@
 
 #include "sample_content/sample_library.h"
 
+#include "base/cancellation.h"
+#include "base/file_set.h"
 #include "figure_files.h"
 #include "sample_figures.h"
 
@@ -145,29 +147,45 @@ void WriteBaseDials(const FigureFiles& files)
 }
 
 FigureFiles WritePlainFigure(FigureKind kind, const SampleTopology& topology,
-                             const std::filesystem::path& directory)
+                             const std::filesystem::path& directory, base::FileSet& set)
 {
     FigureParts parts;
     parts.neutral.topology = topology.canonical.topology;
     parts.neutral.positions = NeutralPositions(kind, topology.canonical.positions);
     parts.bones = MakeBones(kind);
     parts.weights = topology.weights;
-    return FigureFiles(InfoOf(kind), parts, directory);
+    return FigureFiles(InfoOf(kind), parts, directory, set);
 }
 
-void WriteSource(FigureKind kind, const SampleTopology& topology, const std::filesystem::path& directory)
+std::string CharacterPath(const SampleCharacter& character)
 {
-    const FigureFiles files = WritePlainFigure(kind, topology, directory);
+    return InfoOf(character.kind).peopleFolder + "/Characters/" + character.name + ".duf";
+}
+
+std::vector<std::filesystem::path> Folders(const std::filesystem::path& directory)
+{
+    std::vector<std::filesystem::path> all;
+    for (const FigureKindInfo& kind : FigureKinds())
+        for (std::filesystem::path& folder : FigureFolders(kind, directory))
+            all.push_back(std::move(folder));
+    for (const SampleCharacter& character : Characters())
+        all.push_back((directory / CharacterPath(character).substr(1)).parent_path());
+    return all;
+}
+
+void WriteSource(FigureKind kind, const SampleTopology& topology, const std::filesystem::path& directory,
+                 base::FileSet& set)
+{
+    const FigureFiles files = WritePlainFigure(kind, topology, directory, set);
     WriteMorphs(files, SourceMorphs(), topology.canonical.positions);
     for (const SampleCharacter& character : Characters())
         if (character.kind == kind)
-            files.writeCharacter(InfoOf(kind).peopleFolder + "/Characters/" + character.name + ".duf",
-                                 character.name, character.dials);
+            files.writeCharacter(CharacterPath(character), character.name, character.dials);
 }
 
-void WriteTarget(const SampleTopology& topology, const std::filesystem::path& directory)
+void WriteTarget(const SampleTopology& topology, const std::filesystem::path& directory, base::FileSet& set)
 {
-    const FigureFiles files = WritePlainFigure(FigureKind::Genesis9, topology, directory);
+    const FigureFiles files = WritePlainFigure(FigureKind::Genesis9, topology, directory, set);
     const std::vector<Vec3f>& canonical = topology.canonical.positions;
     WriteMorphs(files, TargetMorphs(), canonical);
     WriteBaseDials(files);
@@ -176,14 +194,13 @@ void WriteTarget(const SampleTopology& topology, const std::filesystem::path& di
     std::vector<float> head(canonical.size());
     for (std::size_t v = 0; v < canonical.size(); ++v)
         head[v] = HeadInfluence(canonical[v]);
-    WriteHeadSplit(head, directory);
+    WriteHeadSplit(head, directory, set);
 }
 
 } // namespace
 
 void WriteSampleLibrary(const std::filesystem::path& directory,
-                        const std::function<void(const std::string&)>& progress,
-                        const std::function<void(const std::string&)>& written)
+                        const std::function<void(const std::string&)>& progress)
 {
     const auto tell = [&](const std::string& text) {
         if (progress)
@@ -193,15 +210,16 @@ void WriteSampleLibrary(const std::filesystem::path& directory,
     SampleTopology older, newest;
     tbb::parallel_invoke([&] { older = MakeSampleTopology(FigureKind::Genesis8Female); },
                          [&] { newest = MakeSampleTopology(FigureKind::Genesis9); });
+    base::FileSet set(Folders(directory));
     for (const FigureKindInfo& info : FigureKinds()) {
         tell("Writing " + info.label);
         if (info.kind == FigureKind::Genesis9)
-            WriteTarget(newest, directory);
+            WriteTarget(newest, directory, set);
         else
-            WriteSource(info.kind, older, directory);
-        if (written)
-            written(info.label);
+            WriteSource(info.kind, older, directory, set);
     }
+    base::ThrowIfCancelled(); // for the last time: all of it is put in place together
+    set.commit();
 }
 
 } // namespace content

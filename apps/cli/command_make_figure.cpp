@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -60,29 +59,9 @@ std::vector<NamedFile> NamedFiles(const std::vector<std::string>& texts)
     return files;
 }
 
-/// For a run that is interrupted.
-void NoteFigure(const MakeFigureArguments& arguments, std::optional<std::size_t> morphs)
-{
-    const std::string folder = arguments.contentDirectory;
-    if (!morphs)
-        return NoteWritten("the figure is not written whole to " + folder);
-    NoteWritten(fmt::format("the figure is written to {} with {} {}", folder, *morphs,
-                            *morphs == 1 ? "morph" : "morphs"));
-}
-
-content::MadeFigure Make(const MakeFigureArguments& arguments, const content::MakeFigureOptions& options)
-{
-    std::optional<std::size_t> morphs;
-    try {
-        return content::MakeFigure(options, [&morphs](std::size_t count) { morphs = count; });
-    } catch (...) {
-        NoteFigure(arguments, morphs);
-        throw;
-    }
-}
-
 void MakeFigure(const MakeFigureArguments& arguments)
 {
+    ExpectFiles();
     Progress progress(!arguments.json);
     progress.stage("figure", "Making the figure");
     content::MakeFigureOptions options;
@@ -94,7 +73,8 @@ void MakeFigure(const MakeFigureArguments& arguments)
     options.morphs = NamedFiles(arguments.morphs);
     options.weightMaps = NamedFiles(arguments.weightMaps);
     options.contentDirectory = arguments.contentDirectory;
-    const content::MadeFigure made = Make(arguments, options);
+    const content::MadeFigure made = content::MakeFigure(options);
+    NoteWritten("the figure is written to " + arguments.contentDirectory);
     progress.finish();
     Json report;
     report["figure"] = made.label;

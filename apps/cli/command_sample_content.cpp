@@ -11,45 +11,24 @@
 #include "sample_content/sample_library.h"
 
 #include <memory>
-#include <vector>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 namespace cli {
 
 namespace {
 
-/// Tells of them if the run is interrupted.
-class WrittenFigures {
-public:
-    explicit WrittenFigures(const std::string& directory) : _directory(directory) {}
-    ~WrittenFigures()
-    {
-        NoteWritten(_labels.empty()
-                        ? "no figure is written whole to " + _directory
-                        : fmt::format("written whole to {}: {}", _directory, fmt::join(_labels, ", ")));
-    }
-    WrittenFigures(const WrittenFigures&) = delete;
-    WrittenFigures& operator=(const WrittenFigures&) = delete;
-
-    void add(const std::string& label) { _labels.push_back(label); }
-
-private:
-    std::string _directory;
-    std::vector<std::string> _labels;
-};
-
 void WriteSamples(const std::string& directory)
 {
+    ExpectFiles();
     // Making the figures takes seconds; a place that cannot be made shows at once.
-    base::MakeFolders(directory);
+    base::MadeFolders folders;
+    folders.make(directory);
     Progress progress(true);
-    WrittenFigures written(directory);
     content::WriteSampleLibrary(
-        directory, [&](const std::string& figure) { progress.stage(figure, "Making " + figure); },
-        [&written](const std::string& figure) { written.add(figure); });
+        directory, [&](const std::string& figure) { progress.stage(figure, "Making " + figure); });
+    NoteWritten("the sample library is written to " + directory);
     progress.finish();
     WriteOutput(fmt::format("Sample library written to {}\n", directory));
 }

@@ -5,19 +5,36 @@
 #include "cli_workspace.h"
 
 #include <csignal>
+#include <filesystem>
 
-TEST(SampleContentCommand, ends_between_two_files_when_interrupted)
+namespace fs = std::filesystem;
+
+TEST(SampleContentCommand, leaves_nothing_when_interrupted)
 {
     const Workspace workspace;
     const std::string library = workspace.path("lib");
-    const ProgramResult result = InterruptProgram({"sample-content", library},
-                                                  library + "/data/DAZ 3D/Genesis 3/Male/Genesis3Male.dsf");
+    const ProgramResult result =
+        InterruptProgram({"sample-content", library}, library + "/data/DAZ 3D/Genesis 3/Male/Morphs");
     EXPECT_EQ(result.signal, SIGINT);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err.find("gantrel: Interrupted; written whole to " + library + ": Genesis 3 Female"), 0u)
-        << result.err;
-    for (const std::string& entry : workspace.entries())
-        EXPECT_EQ(entry.find(".part"), std::string::npos) << entry;
+    EXPECT_EQ(result.err, "gantrel: Interrupted; nothing was saved.\n");
+    EXPECT_EQ(workspace.entries(), std::vector<std::string>());
+}
+
+TEST(SampleContentCommand, leaves_what_was_there_when_interrupted)
+{
+    const Workspace workspace;
+    const std::string library = workspace.path("lib");
+    const fs::path folder = library + "/People/Genesis 3 Male";
+    fs::create_directories(folder);
+    workspace.write("lib/People/Genesis 3 Male/Genesis 3 Male.duf", "mine");
+    const ProgramResult result =
+        InterruptProgram({"sample-content", library}, library + "/data/DAZ 3D/Genesis 3/Male/Morphs");
+    EXPECT_EQ(result.err, "gantrel: Interrupted; nothing was saved.\n");
+    EXPECT_EQ(workspace.entries(),
+              (std::vector<std::string>{"lib", "lib/People", "lib/People/Genesis 3 Male",
+                                        "lib/People/Genesis 3 Male/Genesis 3 Male.duf"}));
+    EXPECT_EQ(workspace.read("lib/People/Genesis 3 Male/Genesis 3 Male.duf"), "mine");
 }
 
 TEST(SampleContentCommand, says_why_it_cannot_write)

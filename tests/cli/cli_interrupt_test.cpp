@@ -282,7 +282,7 @@ TEST(InterruptedPicture, ends_within_the_picture)
     EXPECT_FALSE(std::filesystem::exists(picture));
 }
 
-TEST(InterruptedFigure, tells_that_it_is_not_whole)
+TEST(InterruptedFigure, leaves_nothing)
 {
     const Workspace workspace;
     const std::string mesh = workspace.path("cube.obj"), library = workspace.path("lib");
@@ -292,7 +292,8 @@ TEST(InterruptedFigure, tells_that_it_is_not_whole)
                           "--weights", mesh, "--library", library},
                          [&pipe] { return pipe.isWaitedFor(); });
     EXPECT_EQ(result.signal, SIGINT);
-    EXPECT_EQ(result.err, "gantrel: Interrupted; the figure is not written whole to " + library + ".\n");
+    EXPECT_EQ(result.err, "gantrel: Interrupted; nothing was saved.\n");
+    EXPECT_FALSE(std::filesystem::exists(library));
 }
 
 TEST(InterruptedTwice, ends_at_once_without_a_word)

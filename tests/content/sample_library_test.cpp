@@ -141,13 +141,15 @@ TEST(SampleLibrary, splits_the_head_off_smoothly)
 
 TEST(SampleLibrary, tells_what_it_is_making)
 {
-    // A file where the library's folder should be: told of the work, then of the failure.
+    // A folder where the second figure's file should be: told of the work, then of the failure.
     const TempFolder folder;
+    fs::create_directories(folder.path() / "data/DAZ 3D/Genesis 3/Male/Genesis3Male.dsf");
     std::vector<std::string> told;
-    EXPECT_THROW(
-        WriteSampleLibrary(folder.write("taken", ""), [&](const std::string& text) { told.push_back(text); }),
-        base::IoError);
-    EXPECT_EQ(told, (std::vector<std::string>{"Shaping the bodies", "Writing Genesis 3 Female"}));
+    EXPECT_THROW(WriteSampleLibrary(folder.path(), [&](const std::string& text) { told.push_back(text); }),
+                 base::IoError);
+    EXPECT_EQ(told, (std::vector<std::string>{"Shaping the bodies", "Writing Genesis 3 Female",
+                                              "Writing Genesis 3 Male"}));
+    EXPECT_FALSE(fs::exists(folder.path() / "People")) << "which had been written whole";
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,10 +31,9 @@ struct MadeFigure {
 /// Writes a figure of a kind under the kind's own asset URI, its morphs below it, and the files that load it.
 /// A figure of the newest kind gets the dials that every one has, without effect where none is given, and of
 /// a weight map called "head" the head-split preset. All input is read and checked before the first file is
-/// written.
-/// @param written  told how many morphs are in place, from 0 on, when the figure is; may be empty
+/// written, and all files are put in place together.
 /// @throws base::IoError      a file cannot be read or written
 /// @throws base::FormatError  a file's content is wrong; the text names the file and the place
-MadeFigure MakeFigure(const MakeFigureOptions& options, const std::function<void(std::size_t)>& written = {});
+MadeFigure MakeFigure(const MakeFigureOptions& options);
 
 } // namespace content

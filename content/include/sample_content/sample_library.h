@@ -11,11 +11,10 @@ namespace content {
 
 /// Writes the library below a content directory: seven figures with their morphs, the files that load them, a
 /// few source characters and the head-split preset. The same bytes each time, but for the date in each file.
+/// They are put in place all together.
 /// @param progress  told of each figure before it is made; may be empty
-/// @param written   told of each figure when all of its files are in place; may be empty
-/// @throws base::IoError  a file cannot be written; files written so far stay, each of them whole
+/// @throws base::IoError  a file cannot be written
 void WriteSampleLibrary(const std::filesystem::path& directory,
-                        const std::function<void(const std::string&)>& progress,
-                        const std::function<void(const std::string&)>& written = {});
+                        const std::function<void(const std::string&)>& progress);
 
 } // namespace content
