@@ -75,9 +75,9 @@ fs::path CommonFolder(const std::vector<Member*>& sorted)
     return common;
 }
 
-DecidedSet Describe(const std::vector<Member*>& changing)
+LeftSet Describe(const std::vector<Member*>& changing)
 {
-    DecidedSet set{CommonFolder(changing), {}};
+    LeftSet set{CommonFolder(changing), {}};
     if (changing.size() > 1)
         set.journal.id = NextId();
     for (Member* const member : changing) {
@@ -87,23 +87,29 @@ DecidedSet Describe(const std::vector<Member*>& changing)
     return set;
 }
 
-/// From its end on whoever comes next would go on. The journal comes last: pointers alone mean nothing, and
-/// say whose the unfinished files are before anybody could take those of one folder for leavings.
-void WriteJournals(const DecidedSet& set)
+/// From its end on whoever comes next would go on. The decision comes last: draft and pointers say whose the
+/// unfinished files are, before anybody could take those of one folder for leavings.
+void WriteJournals(const LeftSet& set)
 {
-    const std::string journal = ToText(set.journal);
-    if (journal.size() > longestJournal)
+    const std::string text = ToText(set.journal);
+    if (text.size() > longestJournal)
         throw IoError("cannot write {}: too many files at a time", set.root.string());
     const std::vector<FolderPlan>& plans = set.journal.folders;
+    if (plans.size() > 1) {
+        Journal draft = set.journal;
+        draft.isDecided = false;
+        WriteFileAtomically(set.home() / fileSetJournal, ToText(draft));
+    } else {
+        SyncFolder(set.home()); // as the draft does: the unfinished files have to be there for the journal
+    }
     for (std::size_t i = 1; i < plans.size(); ++i)
         WriteFileAtomically(set.folder(plans[i]) / fileSetJournal,
                             ToText(JournalPointer{set.journal.id, plans[i].folder, plans.front().folder}));
-    SyncFolder(set.home());
-    WriteFileAtomically(set.home() / fileSetJournal, journal);
+    WriteFileAtomically(set.home() / fileSetJournal, text);
 }
 
 /// @return false when the journal stays
-bool TakeBackJournals(const DecidedSet& set)
+bool TakeBackJournals(const LeftSet& set)
 {
     std::error_code error;
     fs::remove(set.home() / fileSetJournal, error);
@@ -233,7 +239,7 @@ void FileSet::commit()
     const Member& first = *changing.front();
     if (changing.size() == 1 && first.files.size() == 1 && first.plan.removals.empty())
         return first.files.front()->commit();
-    const DecidedSet set = Describe(changing);
+    const LeftSet set = Describe(changing);
     const auto release = [&changing] {
         for (const Member* const member : changing)
             for (const std::unique_ptr<AtomicFile>& file : member->files)

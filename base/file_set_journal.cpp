@@ -40,7 +40,7 @@ std::size_t Length(const std::string& what)
         return 4;
     if (what == "put")
         return 3;
-    return what == "set" || what == "folder" || what == "remove" ? 2 : 0;
+    return what == "set" || what == "draft" || what == "folder" || what == "remove" ? 2 : 0;
 }
 
 std::vector<std::string> Words(const std::string& text)
@@ -89,7 +89,8 @@ bool IsFolder(const std::string& below)
 bool Add(Journal& journal, const Item& item)
 {
     const std::string& what = item.front();
-    if (what == "set" || what == "member" || !(what == "folder" ? IsFolder : IsName)(item.back()))
+    if (what == "set" || what == "draft" || what == "member" ||
+        !(what == "folder" ? IsFolder : IsName)(item.back()))
         return false;
     if (what == "folder")
         journal.folders.push_back({item[1], {}, {}});
@@ -125,10 +126,12 @@ std::string ToText(const Journal& journal)
 {
     std::vector<Item> items;
     if (!journal.id.empty())
-        items.push_back({"set", journal.id});
+        items.push_back({journal.isDecided ? "set" : "draft", journal.id});
     for (const FolderPlan& plan : journal.folders) {
         if (!journal.id.empty())
             items.push_back({"folder", plan.folder});
+        if (!journal.isDecided)
+            continue;
         for (const auto& [from, to] : plan.renames)
             items.push_back({"put", from, to});
         for (const std::string& name : plan.removals)
@@ -149,13 +152,14 @@ std::optional<Journal> JournalIn(const fs::path& folder)
         return std::nullopt;
     Journal journal;
     auto item = items.begin();
-    if (item->front() == "set")
+    journal.isDecided = item->front() != "draft";
+    if (item->front() == "set" || !journal.isDecided)
         journal.id = (*item++)[1];
     else
         journal.folders.emplace_back();
     const bool hasSeveral = !journal.id.empty();
     for (; item != items.end(); ++item)
-        if ((!hasSeveral && item->front() == "folder") || !Add(journal, *item))
+        if ((item->front() == "folder" ? !hasSeveral : !journal.isDecided) || !Add(journal, *item))
             return std::nullopt;
     return journal.folders.empty() ? std::nullopt : std::optional<Journal>(std::move(journal));
 }

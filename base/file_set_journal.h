@@ -21,10 +21,12 @@ struct FolderPlan {
 };
 
 /// Lies in the first folder of those that change together, and is the decision that they do. With several,
-/// each of the others has a pointer to it, which has the same id.
+/// each of the others has a pointer to it, which has the same id; before there are any, a draft lies in its
+/// place, so that whoever comes to one of them knows all that is to be taken back.
 struct Journal {
     std::string id; ///< empty for a single folder, which is its own root
-    std::vector<FolderPlan> folders;
+    bool isDecided = true;
+    std::vector<FolderPlan> folders; ///< of a draft, by name alone
 };
 
 /// Lies in a folder that changes together with others. Without the journal it means nothing.

@@ -54,9 +54,14 @@ bool IsPlainFolder(const fs::path& folder)
     return !error && real == folder;
 }
 
+bool IsHome(const LeftSet& set, const FolderPlan& plan)
+{
+    return plan.folder == set.journal.folders.front().folder;
+}
+
 /// A journal has its say only where a pointer to it lies: one that came from elsewhere, or back after a loss
 /// of power, finds none.
-bool IsMember(const DecidedSet& set, const FolderPlan& plan)
+bool IsMember(const LeftSet& set, const FolderPlan& plan)
 {
     const fs::path folder = set.folder(plan);
     if (!IsPlainFolder(folder))
@@ -66,40 +71,54 @@ bool IsMember(const DecidedSet& set, const FolderPlan& plan)
            pointer->home == set.journal.folders.front().folder;
 }
 
+/// What tells of the others goes last, so that whoever is stopped leaves nothing that nobody finds.
+void RemoveJournals(const LeftSet& set)
+{
+    std::error_code error;
+    for (const FolderPlan& plan : set.journal.folders)
+        // A draft may be older than what lies in a folder.
+        if (!IsHome(set, plan) && (set.journal.isDecided || IsMember(set, plan)))
+            fs::remove(set.folder(plan) / fileSetJournal, error);
+    fs::remove(set.home() / fileSetJournal, error);
+}
+
 /// The set whose journal lies in the folder.
-std::optional<DecidedSet> DecidedIn(const fs::path& home)
+std::optional<LeftSet> SetIn(const fs::path& home)
 {
     std::optional<Journal> journal = JournalIn(home);
     if (!journal)
         return std::nullopt;
-    DecidedSet set{RootAbove(home, journal->folders.front().folder), std::move(*journal)};
+    LeftSet set{RootAbove(home, journal->folders.front().folder), std::move(*journal)};
     if (set.root.empty())
         return std::nullopt;
     std::vector<FolderPlan>& plans = set.journal.folders;
     plans.erase(std::remove_if(plans.begin() + 1, plans.end(),
-                               [&set](const FolderPlan& plan) { return !IsMember(set, plan); }),
+                               [&set](const FolderPlan& plan) {
+                                   return set.journal.isDecided ? !IsMember(set, plan)
+                                                                : !IsPlainFolder(set.folder(plan));
+                               }),
                 plans.end());
     return set;
 }
 
-/// The set that the folder changes with, if that is decided.
-std::optional<DecidedSet> DecidedFor(const fs::path& folder)
+/// The set that the folder changes with.
+std::optional<LeftSet> SetFor(const fs::path& folder)
 {
     const std::optional<JournalPointer> pointer = PointerIn(folder);
     if (!pointer)
-        return DecidedIn(folder);
+        return SetIn(folder);
     const fs::path root = RootAbove(folder, pointer->folder);
     if (root.empty())
         return std::nullopt;
     const fs::path home = pointer->home == "." ? root : root / pointer->home;
     if (!IsPlainFolder(home))
         return std::nullopt;
-    std::optional<DecidedSet> set = DecidedIn(home);
+    std::optional<LeftSet> set = SetIn(home);
     const bool isOurs = set && set->root == root && set->journal.id == pointer->id;
     return isOurs ? std::move(set) : std::nullopt;
 }
 
-std::vector<fs::path> FoldersOf(const DecidedSet& set)
+std::vector<fs::path> FoldersOf(const LeftSet& set)
 {
     std::vector<fs::path> folders;
     for (const FolderPlan& plan : set.journal.folders)
@@ -110,19 +129,22 @@ std::vector<fs::path> FoldersOf(const DecidedSet& set)
 }
 
 /// Whatever somebody did to the set until now is over when its folders are locked.
-std::optional<FolderLocks::Refusal> FinishSet(const DecidedSet& left, FolderLocks::Deadline end, bool& hasPut)
+std::optional<FolderLocks::Refusal> FinishSet(const LeftSet& left, FolderLocks::Deadline end, bool& hasPut)
 {
     FolderLocks locks;
     const std::vector<fs::path> folders = FoldersOf(left);
     if (auto refusal = locks.take(folders, end))
         return refusal;
-    const std::optional<DecidedSet> set = DecidedIn(left.home());
+    const std::optional<LeftSet> set = SetIn(left.home());
     if (!set || set->journal.id != left.journal.id || FoldersOf(*set) != folders)
         return std::nullopt;
-    PutInPlace(*set);
-    hasPut = true;
+    if (set->journal.isDecided)
+        PutInPlace(*set);
+    else
+        RemoveJournals(*set);
+    hasPut |= set->journal.isDecided;
     // Anything else would go round for ever.
-    if (const std::optional<Journal> journal = JournalIn(set->home()))
+    if (JournalIn(set->home()))
         throw IoError("cannot remove {}", (set->home() / fileSetJournal).string());
     for (const fs::path& folder : folders)
         RemoveUnfinishedFiles(folder);
@@ -132,7 +154,7 @@ std::optional<FolderLocks::Refusal> FinishSet(const DecidedSet& left, FolderLock
 /// What is left in a locked folder and has to do with no other.
 void FinishAlone(const fs::path& folder, bool& hasPut)
 {
-    if (const std::optional<DecidedSet> set = DecidedFor(folder)) {
+    if (const std::optional<LeftSet> set = SetFor(folder)) {
         PutInPlace(*set);
         hasPut = true;
     } else if (HasJournalFile(folder)) {
@@ -144,7 +166,7 @@ void FinishAlone(const fs::path& folder, bool& hasPut)
 
 } // namespace
 
-void PutInPlace(const DecidedSet& set)
+void PutInPlace(const LeftSet& set)
 {
     const std::vector<FolderPlan>& plans = set.journal.folders;
     for (const FolderPlan& plan : plans)
@@ -152,13 +174,8 @@ void PutInPlace(const DecidedSet& set)
     try {
         for (const FolderPlan& plan : plans)
             SyncFolder(set.folder(plan));
-        // The journal goes first: with it, pointers that are gone would keep their folders out of the set.
-        std::error_code error;
-        fs::remove(set.home() / fileSetJournal, error);
+        RemoveJournals(set);
         SyncFolder(set.home());
-        for (const FolderPlan& plan : plans)
-            if (plan.folder != plans.front().folder)
-                fs::remove(set.folder(plan) / fileSetJournal, error);
     } catch (const IoError& failure) {
         throw IoError("{}; its new files are in place, but may not outlast a loss of power", failure.what());
     }
@@ -171,9 +188,9 @@ std::optional<FolderLocks::Refusal> FinishAndLock(FolderLocks& locks, const std:
     while (true) {
         if (auto refusal = locks.take(folders, end))
             return refusal;
-        std::optional<DecidedSet> wide;
+        std::optional<LeftSet> wide;
         for (auto folder = folders.begin(); !wide && folder != folders.end(); ++folder)
-            if ((wide = DecidedFor(*folder)) && wide->journal.id.empty())
+            if ((wide = SetFor(*folder)) && wide->journal.id.empty())
                 wide.reset();
         if (!wide)
             break;

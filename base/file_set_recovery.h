@@ -12,8 +12,8 @@
 
 namespace base {
 
-/// Files that a journal decides on.
-struct DecidedSet {
+/// Files that a journal tells of.
+struct LeftSet {
     std::filesystem::path root; ///< without links
     Journal journal;
 
@@ -25,9 +25,9 @@ struct DecidedSet {
     std::filesystem::path home() const { return folder(journal.folders.front()); }
 };
 
-/// Goes on wherever somebody was stopped; the folders are locked.
+/// Goes on wherever somebody was stopped. The journal decides, and the folders are locked.
 /// @throws IoError  a file could not be put in place, or may not stay there: the journal remains
-void PutInPlace(const DecidedSet& set);
+void PutInPlace(const LeftSet& set);
 
 /// Finishes what programs that have ended left in the folders, and all that belongs to it in others, or takes
 /// it back. Then they are locked.

@@ -124,10 +124,10 @@ protected:
         const std::string journal = path("People").string() + '/' + base::fileSetJournal;
         fill();
         const std::vector<std::string> calls = traced().calls;
-        std::size_t first = 0; // call behind the one that puts the journal in place
-        while (first < calls.size() && calls[first].compare(0, 7 + journal.size(), "rename " + journal) != 0)
-            ++first;
-        for (first += 2; first <= calls.size() && calls[first - 1].compare(0, 7, "rename ") != 0;)
+        std::size_t first = calls.size(); // behind the call that puts the journal in the draft's place
+        while (first > 0 && calls[first - 1].compare(0, 7 + journal.size(), "rename " + journal) != 0)
+            --first;
+        for (++first; first <= calls.size() && calls[first - 1].compare(0, 7, "rename ") != 0;)
             ++first;
         fill();
         ASSERT_TRUE(traced({first}).wasKilled);
@@ -181,9 +181,14 @@ TEST_F(SeveralFolders, killed_at_any_call_have_all_old_files_or_all_new_ones_aft
         fill();
         EXPECT_TRUE(traced({at}).wasKilled) << at;
         // Whichever is looked at first; each is at another call.
-        base::FinishFileSet(path(memberNames[at % std::size(memberNames)]));
+        const fs::path visited = path(memberNames[at % std::size(memberNames)]);
+        const bool isKnown = fs::exists(visited / base::fileSetJournal);
+        base::FinishFileSet(visited);
         const Contents now = finished();
         EXPECT_TRUE(now == oldFiles || now == newFiles) << "killed before " << whole.calls[at - 1];
+        if (isKnown) {
+            EXPECT_EQ(contents(), now) << "killed before " << whole.calls[at - 1];
+        }
         ++(now == oldFiles ? keptOld : keptNew);
         const base::FileSet next(members());
         EXPECT_EQ(contents(), now) << "killed before " << whole.calls[at - 1];
@@ -383,6 +388,24 @@ TEST_F(SeveralFoldersByHand, are_taken_back_when_a_pointer_has_no_journal)
 {
     leave("data/Vera", pointer("7"));
     EXPECT_EQ(afterLooks("data/Vera", "People"), oldFiles);
+}
+
+TEST_F(SeveralFoldersByHand, are_taken_back_together_when_there_is_but_a_draft)
+{
+    for (const char* const visited : {"People", "data/Vera"}) {
+        SetUp();
+        leave("People", Journal({"gantrel file set 1", "draft", "7", "folder", "People", "folder",
+                                 "data/Vera", "end"}));
+        leave("data/Vera", pointer("7"));
+        EXPECT_FALSE(base::FinishFileSet(path(visited)));
+        EXPECT_EQ(contents(), oldFiles) << visited;
+    }
+    // What has been begun since is another set's.
+    leave("People",
+          Journal({"gantrel file set 1", "draft", "7", "folder", "People", "folder", "data/Vera", "end"}));
+    leave("data/Vera", pointer("8"));
+    base::FinishFileSet(path("People"));
+    EXPECT_TRUE(fs::exists(path("data/Vera") / base::fileSetJournal));
 }
 
 TEST_F(SeveralFoldersByHand, take_nothing_from_a_journal_of_another_set)

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <map>
 
 namespace {
@@ -40,11 +41,11 @@ protected:
         }
         return all;
     }
-    std::size_t internalFiles() const
+    std::size_t countFiles(const std::function<bool(const fs::path&)>& isCounted) const
     {
         std::size_t count = 0;
         for (const fs::directory_entry& entry : fs::recursive_directory_iterator(library()))
-            count += IsInternal(entry.path()) ? 1 : 0;
+            count += isCounted(entry.path()) ? 1 : 0;
         return count;
     }
     TracedProgram runTraced(const std::vector<std::string>& arguments,
@@ -108,6 +109,8 @@ TEST_F(FigureFaults, of_one_that_is_killed_leave_the_old_figure_or_the_new_one)
         ExpectSuccess(load());
         const Contents now = contents();
         EXPECT_TRUE(now == oldFiles || now == newFiles) << what;
+        EXPECT_EQ(countFiles([](const fs::path& file) { return file.filename() == ".gantrel-saving"; }), 0u)
+            << what;
         ++(now == oldFiles ? keptOld : keptNew);
     }
     EXPECT_GT(keptOld, 5u);
@@ -115,7 +118,7 @@ TEST_F(FigureFaults, of_one_that_is_killed_leave_the_old_figure_or_the_new_one)
     EXPECT_GT(mixed, 0u) << "no kill came between two of the files";
     ExpectSuccess(RunProgram(making));
     EXPECT_EQ(contents(), newFiles);
-    EXPECT_EQ(internalFiles(), 0u);
+    EXPECT_EQ(countFiles(IsInternal), 0u);
 }
 
 TEST_F(FigureFaults, of_a_new_one_leave_nothing_or_all_of_it)
