@@ -122,6 +122,8 @@ TEST(AtomicFile, takes_its_place_behind_what_a_journal_has_yet_to_put_there)
     folder.write(left, "part of a set");
     folder.write(base::fileSetJournal, "gantrel file set 1" + nul + "put" + nul + left + nul + "Vera.dsf" +
                                            nul + "remove" + nul + "Otto.dsf" + nul + "end" + nul);
+    base::RemoveUnfinishedFiles(folder.path());
+    EXPECT_EQ(folder.read(left), "part of a set");
     EXPECT_EQ(Refusal(folder.path() / "Otto.dsf"), "");
     base::FinishFileSet(folder.path());
     EXPECT_EQ(folder.contents(), (Contents{{"Otto.dsf", "new"}, {"Vera.dsf", "part of a set"}}));

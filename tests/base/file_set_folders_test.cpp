@@ -492,11 +492,26 @@ TEST_F(SeveralFoldersByHand, are_not_listed_by_journals_without_end)
     }
 }
 
-TEST_F(SeveralFoldersByHand, put_nothing_in_place_that_is_no_unfinished_file)
+TEST_F(SeveralFoldersByHand, are_not_those_beside_a_folder_that_was_renamed)
 {
-    leave("People", Journal({"gantrel file set 1", "put", "Vera.duf", "Ida.duf", "end"}));
-    EXPECT_FALSE(base::FinishFileSet(path("People")));
+    leave("Leute", journal("7"));
+    leave("data/Vera", pointer("7"));
+    EXPECT_FALSE(base::FinishFileSet(path("Leute")));
     EXPECT_EQ(finished(), oldFiles);
+    EXPECT_FALSE(fs::exists(path("Leute") / base::fileSetJournal));
+}
+
+TEST_F(SeveralFoldersByHand, put_unfinished_files_of_their_own_in_place_and_nothing_else)
+{
+    write("People/Box/" + name(loadPart()), "another folder's");
+    const std::pair<std::string, std::string> renames[] = {
+        {"Vera.duf", "Ida.duf"}, {"Box/" + name(loadPart()), "Ida.duf"}, {name(loadPart()), ".."}};
+    for (const auto& [from, to] : renames) {
+        leave("People", Journal({"gantrel file set 1", "put", from, to, "end"}));
+        EXPECT_FALSE(base::FinishFileSet(path("People"))) << from;
+        EXPECT_EQ(finished(), oldFiles) << from;
+        EXPECT_FALSE(fs::exists(path("People") / base::fileSetJournal)) << from;
+    }
 }
 
 } // namespace
