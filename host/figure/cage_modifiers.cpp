@@ -11,6 +11,7 @@
 #include "dzobject.h"
 #include "figure/pipeline.h"
 #include "geometry/push.h"
+#include "scene/own_property.h"
 
 #include <algorithm>
 
@@ -30,6 +31,7 @@ Property* AddProperty(DzElement& owner, const char* name, const char* group, Val
     auto* const property = new Property(QLatin1String(name), true, true, value);
     property->setPath(QLatin1String(group));
     owner.addProperty(property);
+    openhost::KeepProperty(*property);
     return property;
 }
 
@@ -95,6 +97,8 @@ void SmoothingModifier::apply(CageShape& cage) const
 void PushModifier::setDistanceControl(DzNumericProperty* distance)
 {
     _distance = distance;
+    if (distance)
+        openhost::KeepProperty(*distance);
     changed();
 }
 

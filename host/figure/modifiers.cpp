@@ -13,6 +13,7 @@
 #include "figure/pipeline.h"
 #include "geometry/deform_field.h"
 #include "modifier_impl.h"
+#include "scene/own_property.h"
 
 DzModifier::DzModifier() : _modifier(new ModifierImpl) {}
 DzModifier::~DzModifier() = default;
@@ -74,6 +75,7 @@ void DzMorph::makeDial()
     dial->setSensitivity(0.01f);
     dial->setPath(QStringLiteral("/Morphs"));
     addProperty(dial);
+    openhost::KeepProperty(*dial);
     _morph->dial = dial;
 }
 

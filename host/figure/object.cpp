@@ -3,11 +3,14 @@
 
 #include "dzobject.h"
 
+#include "app/letting_go.h"
 #include "app/operations.h"
+#include "dzcontroller.h"
 #include "dzdformmodifier.h"
 #include "dzfacetmesh.h"
 #include "dzmorph.h"
 #include "dznode.h"
+#include "dzproperty.h"
 #include "dzshape.h"
 #include "dzskinbinding.h"
 #include "figure/mesh_access.h"
@@ -17,6 +20,9 @@
 #include "scene/changes_together.h"
 
 #include <QHash>
+#include <QPointer>
+
+#include <vector>
 
 struct DzObject::Impl {
     DzNode* node = nullptr;
@@ -35,6 +41,20 @@ int SectionOf(const DzModifier* modifier)
     if (qobject_cast<const DzDFormModifier*>(modifier))
         return 1;
     return qobject_cast<const DzSkinBinding*>(modifier) ? 2 : 3;
+}
+
+/// What a modifier's dials drove goes without them from now on, also while it is kept.
+void DropLinksOf(const DzModifier& modifier)
+{
+    const openhost::ChangesTogether together;
+    for (int i = 0; i < modifier.getNumProperties(); ++i) {
+        std::vector<QPointer<DzController>> links;
+        for (DzControllerListIterator link = modifier.getProperty(i)->slaveControllerListIterator();
+             link.hasNext();)
+            links.emplace_back(link.next());
+        for (const QPointer<DzController>& link : links)
+            delete link.data();
+    }
 }
 
 } // namespace
@@ -169,7 +189,8 @@ DzError DzObject::removeModifier(DzModifier* modifier)
     emit modifier->removed();
     emit modifierRemoved(modifier);
     emit modifierStackChanged();
-    delete modifier;
+    DropLinksOf(*modifier);
+    openhost::LetGoOf(modifier);
     return DZ_NO_ERROR;
 }
 

@@ -4,13 +4,15 @@
 #include "dzelement.h"
 
 #include "app/guard.h"
+#include "app/letting_go.h"
 #include "dzproperty.h"
 #include "dzpropertygrouptree.h"
 #include "scene/changes_together.h"
 #include "scene/own_property.h"
 
 #include <QHash>
-#include <QVariant>
+
+#include <unordered_set>
 
 struct DzElement::Impl {
     QString label;
@@ -25,6 +27,13 @@ struct DzElement::Impl {
 namespace {
 
 int g_lastElementID = 0;
+
+/// Not a mark in the property that scripts could find and write. Forgotten before the property goes.
+std::unordered_set<const DzProperty*>& KeptProperties()
+{
+    static auto& kept = *new std::unordered_set<const DzProperty*>;
+    return kept;
+}
 
 template <class T>
 T* ItemAt(const QList<T*>& list, int index)
@@ -49,6 +58,7 @@ DzElement::~DzElement()
     for (DzProperty* property : all) {
         property->setOwner(nullptr, property->isPrivate());
         emit property->removed();
+        KeptProperties().erase(property);
         delete property;
     }
 }
@@ -171,17 +181,14 @@ DzError DzElement::insertProperty(DzProperty* property, bool isPrivate)
 
 namespace openhost {
 
-/// Few have it, so it takes no room in the others.
-constexpr const char* keptMark = "kept";
-
 void KeepProperty(DzProperty& property)
 {
-    property.QObject::setProperty(keptMark, true);
+    KeptProperties().insert(&property);
 }
 
 bool IsKept(const DzProperty& property)
 {
-    return property.QObject::property(keptMark).toBool();
+    return KeptProperties().count(&property) > 0;
 }
 
 } // namespace openhost
@@ -194,19 +201,25 @@ DzError DzElement::removeProperty(DzProperty* property)
     if (openhost::ForeignFrames::areAround() && openhost::IsKept(*property))
         return DZ_ILLEGAL_ARGUMENT_ERROR;
     (property->isPrivate() ? _impl->privateProperties : _impl->properties).removeOne(property);
+    if (KeptProperties().erase(property) > 0)
+        for (const QString& name : _impl->byName.keys(property))
+            _impl->byName.remove(name);
     _impl->byName.remove(property->getName());
     property->setOwner(nullptr, property->isPrivate());
     propertyPathChanged();
     emit property->removed();
     emit propertyRemoved(property);
     emit propertyListChanged();
-    delete property;
+    property->dropDependants();
+    openhost::LetGoOf(property);
     return DZ_NO_ERROR;
 }
 
 void DzElement::propertyRenamed(DzProperty* property, const QString& oldName)
 {
-    if (_impl->byName.value(oldName) == property)
+    // Files know one that is kept by the name that it has, whatever a script calls it.
+    const bool isKnown = openhost::ForeignFrames::areAround() && openhost::IsKept(*property);
+    if (_impl->byName.value(oldName) == property && !isKnown)
         _impl->byName.remove(oldName);
     if (!_impl->byName.contains(property->getName()))
         _impl->byName.insert(property->getName(), property);

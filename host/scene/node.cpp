@@ -3,6 +3,7 @@
 
 #include "dznode.h"
 
+#include "app/letting_go.h"
 #include "app/operations.h"
 #include "dzboolproperty.h"
 #include "dzobject.h"
@@ -84,7 +85,9 @@ void DzNode::setObject(DzObject* object)
         object->setNode(this);
     propertyPathChanged();
     emit objectChanged(this, old, object);
-    delete old;
+    if (old)
+        old->setNode(nullptr);
+    openhost::LetGoOf(old);
 }
 
 DzSkeleton* DzNode::getSkeleton() const

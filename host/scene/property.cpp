@@ -14,6 +14,10 @@
 #include "scene/group_paths.h"
 #include "scene/scene_limits.h"
 
+#include <QPointer>
+
+#include <vector>
+
 #include <fmt/format.h>
 
 struct DzProperty::Impl {
@@ -55,8 +59,11 @@ void DzProperty::dropDependants()
     setAliasTarget(nullptr);
     for (DzProperty* alias : QList<DzProperty*>(_impl->aliases))
         alias->setAliasTarget(nullptr);
-    for (DzController* slave : QList<DzController*>(_impl->slaves))
-        slave->inputDeleted(this);
+    // Whoever hears that one goes may delete others.
+    for (const QPointer<DzController>& slave :
+         std::vector<QPointer<DzController>>(_impl->slaves.cbegin(), _impl->slaves.cend()))
+        if (slave)
+            slave->inputDeleted(this);
     _impl->slaves.clear();
     const QList<DzController*> own = _impl->controllers;
     _impl->controllers.clear();

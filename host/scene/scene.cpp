@@ -3,6 +3,7 @@
 
 #include "dzscene.h"
 
+#include "app/letting_go.h"
 #include "app/operations.h"
 #include "dzskeleton.h"
 #include "node_impl.h"
@@ -56,6 +57,7 @@ struct DzScene::Impl {
     QList<DzNode*> selection;
     DzNode* primary = nullptr;
     std::vector<QPointer<DzNode>> removed; ///< roots whose deletion is due
+    std::vector<const DzNode*> leaving;    ///< roots of what is just being removed
     DzTime time = 0;
     int loading = 0;
     RootTexts labels, names;
@@ -272,8 +274,10 @@ void DzScene::enter(DzNode* node)
         one->_impl->inScene = true;
         _impl->nodes.append(one);
     }
+    // Whoever hears of one may take others away again.
     for (DzNode* one : std::as_const(entering))
-        emit nodeAdded(one);
+        if (one->isInScene())
+            emit nodeAdded(one);
     emit nodeListChanged();
 }
 
@@ -284,6 +288,7 @@ void DzScene::leave(DzNode* node)
     if (!_impl->nodes.removeOne(node))
         return;
     node->_impl->inScene = false;
+    setSelected(node, false);
     rootsChanged();
 }
 
@@ -299,6 +304,9 @@ void DzScene::leave(const QList<DzNode*>& nodes)
     QList<DzNode*>& all = _impl->nodes;
     all.erase(std::remove_if(all.begin(), all.end(), [](const DzNode* node) { return !node->isInScene(); }),
               all.end());
+    // Whoever heard that one is no longer selected may have selected it or another again.
+    for (DzNode* node : nodes)
+        setSelected(node, false);
     rootsChanged();
 }
 
@@ -317,9 +325,14 @@ void DzScene::expel(DzNode* node)
     QList<DzNode*> leaving{node};
     for (QObject* below : node->getNodeChildren(true))
         leaving.append(static_cast<DzNode*>(below));
+    // Whoever hears of it may want to remove the node, too.
+    if (std::find(_impl->leaving.begin(), _impl->leaving.end(), node) != _impl->leaving.end())
+        return;
+    _impl->leaving.push_back(node);
     emit node->aboutToBeRemoved();
     for (DzNode* one : std::as_const(leaving))
         emit aboutToRemoveNode(one);
+    _impl->leaving.erase(std::find(_impl->leaving.begin(), _impl->leaving.end(), node));
     node->detachFromParent();
     leave(leaving);
     for (DzNode* one : std::as_const(leaving)) {
@@ -328,6 +341,8 @@ void DzScene::expel(DzNode* node)
         emit one->removed();
     }
     emit nodeListChanged();
+    if (openhost::Keeper* const keeper = openhost::CurrentKeeper())
+        return keeper->keep(*node);
     std::vector<QPointer<DzNode>>& removed = _impl->removed;
     // Those that are gone by now make room before it would grow, and not each time.
     if (removed.size() == removed.capacity())

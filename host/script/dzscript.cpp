@@ -42,15 +42,31 @@ struct DzScript::Impl {
         return succeeded;
     }
 
-    /// @return whether one more script may run
+    /// @return whether the script may run
     bool begin()
     {
         forget();
-        if (!openhost::ScriptSession::IsNestedTooDeeply())
+        if (!hasNul() && !openhost::ScriptSession::IsNestedTooDeeply())
             return true;
-        errorMessage = QStringLiteral("more than %1 scripts run each other").arg(openhost::mostNestedScripts);
+        if (errorMessage.isEmpty())
+            errorMessage =
+                QStringLiteral("more than %1 scripts run each other").arg(openhost::mostNestedScripts);
         logError();
         return false;
+    }
+
+    /// The engine takes a NUL for the end of the text, and would run what stands before it as if all were
+    /// well.
+    bool hasNul()
+    {
+        const int place = code.indexOf(QChar(QChar::Null));
+        if (place < 0)
+            return false;
+        const QStringRef before = code.leftRef(place);
+        errorLine = before.count(QLatin1Char('\n')) + 1;
+        errorMessage = QStringLiteral("character %1 is a NUL, which no script can hold")
+                           .arg(place - before.lastIndexOf(QLatin1Char('\n')));
+        return true;
     }
 
     void logError() const
@@ -116,6 +132,8 @@ QString DzScript::getFilename() const
 bool DzScript::checkSyntax()
 {
     _impl->forget();
+    if (_impl->hasNul())
+        return false;
     const QScriptSyntaxCheckResult check = QScriptEngine::checkSyntax(_impl->code);
     if (check.state() == QScriptSyntaxCheckResult::Valid)
         return true;
@@ -169,6 +187,7 @@ QStringList DzScript::stackTrace() const
 QVariant DzScript::evaluate(const QString& code, QObject* context)
 {
     DzScript script;
+    script._impl->code = code;
     if (!script._impl->begin())
         return QVariant();
     openhost::ScriptSession session(QVariantList(), 0);

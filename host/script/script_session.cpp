@@ -13,6 +13,7 @@
 #include "dzrefcounteditem.h"
 #include "dzshape.h"
 #include "openhost/diagnostics.h"
+#include "scene/changes_together.h"
 #include "script_classes.h"
 #include "script_functions.h"
 #include "script_limits.h"
@@ -71,6 +72,8 @@ ScriptSession::ScriptSession(const QVariantList& arguments, int timeLimit)
     // A script may run another; a stop ends them all, and only a run of its own takes it back.
     if (g_running++ == 0)
         g_stop = 0;
+    if (!CurrentKeeper())
+        SetCurrentKeeper(this);
     _engine.setProperty("session", QVariant::fromValue<QObject*>(this));
     _engine.setProcessEventsInterval(watchInterval);
     RegisterScriptClasses(_engine);
@@ -84,9 +87,12 @@ ScriptSession::ScriptSession(const QVariantList& arguments, int timeLimit)
 ScriptSession::~ScriptSession()
 {
     --g_running;
+    if (CurrentKeeper() == this)
+        SetCurrentKeeper(nullptr);
     // The engine lets go of its wrappers first, so that no script value points to what is deleted.
     _engine.setGlobalObject(_engine.newObject());
     _engine.collectGarbage();
+    const ChangesTogether together;
     for (const QPointer<QObject>& object : _made)
         if (object)
             LetGo(object);

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "app/letting_go.h"
 #include "signal_guard.h"
 
 #include <QElapsedTimer>
@@ -17,8 +18,8 @@
 namespace openhost {
 
 /// An engine with the host's globals that can be stopped from outside. When it ends, it deletes what the
-/// script made and handed to nobody.
-class ScriptSession : public QObject {
+/// script made and handed to nobody, and what the script took from its owner.
+class ScriptSession : public QObject, private Keeper {
     Q_OBJECT
 public:
     /// @param arguments  what getArguments() gives the script
@@ -42,6 +43,8 @@ public:
 
     /// Remembers an object that the script made.
     void adopt(QObject* object);
+    /// Likewise for one that the host let go of: whoever called the script may still have it in its hands.
+    void keep(QObject& object) override { adopt(&object); }
 
     SignalGuard& signalGuard() { return _signalGuard; }
 
@@ -61,7 +64,7 @@ private:
     QScriptEngine _engine;
     SignalGuard _signalGuard{_engine};
     QVariantList _arguments;
-    std::vector<QPointer<QObject>> _made;
+    std::vector<QPointer<QObject>> _made; ///< by the script, or let go of by the host meanwhile
     QElapsedTimer _clock;
     int _timeLimit;
     QTimer _watch;

@@ -3,10 +3,17 @@
 
 #include "dzscript.h"
 
+#include "dzerclink.h"
 #include "dzfloatproperty.h"
+#include "dzmorph.h"
 #include "dznode.h"
+#include "dzobject.h"
 #include "openhost/diagnostics.h"
 #include "tests/host/host_fixture.h"
+
+#include <QFile>
+#include <QPointer>
+#include <QTemporaryDir>
 
 namespace {
 
@@ -66,12 +73,14 @@ TEST_F(ScriptSurvivalTest, a_node_and_a_camera_keep_the_properties_they_are_buil
               "true,true0");
 }
 
-TEST_F(ScriptSurvivalTest, a_morph_lives_without_its_dial)
+TEST_F(ScriptSurvivalTest, a_morph_keeps_its_dial)
 {
-    EXPECT_EQ(textOf("var morph = new DzMorph(); morph.setName('Smile');"
-                     "var removed = morph.removeProperty(morph.getValueControl());"
-                     "morph.setLabel('Grin'); [removed, morph.getValueControl(), morph.getLabel()].join()"),
-              "0,,Grin");
+    EXPECT_EQ(
+        textOf(
+            "var morph = new DzMorph(); morph.setName('Smile');"
+            "morph.removeProperty(morph.getValueControl());"
+            "morph.setLabel('Grin'); [morph.getNumProperties(), morph.getValueControl().getLabel()].join()"),
+        "1,Grin");
 }
 
 TEST_F(ScriptSurvivalTest, scripts_that_run_each_other_for_ever_end)
@@ -114,6 +123,148 @@ TEST_F(ScriptSurvivalTest, a_result_names_no_object_that_went_with_its_script)
     dzScene->clear();
     TestHost().purge();
     EXPECT_EQ(script.result().toList()[0].value<QObject*>(), nullptr);
+}
+
+TEST_F(ScriptSurvivalTest, files_that_open_each_other_for_ever_end)
+{
+    const openhost::DiagnosticsCollector met(dzApp->diagnostics());
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(QLatin1String("chair.duf")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(R"({"file_version": "0.6.0.0", "asset_info": {"id": "/chair.duf", "type": "scene"},
+        "node_library": [{"id": "Chair", "type": "node"}],
+        "scene": {"nodes": [{"id": "Chair-1", "url": "#Chair"}]}})");
+    file.close();
+    const std::string code = "var file = '" + file.fileName().toStdString() +
+                             "', opened = 0;"
+                             "function open() { return App.getContentMgr().openFile(file, true); }"
+                             "Scene.sceneLoaded.connect(function () { if (open()) ++opened; });"
+                             "[open(), opened, Scene.getNumNodes()].join()";
+    EXPECT_EQ(textOf(code), "true,7,8");
+    ASSERT_EQ(met.all().size(), 1u);
+    EXPECT_EQ(base::ToLine(met.all()[0]),
+              file.fileName().toStdString() + ": more than 8 files open each other");
+}
+
+/// A chair with a shape and a dial of its own, which scripts cannot make.
+DzFloatProperty* AddChair()
+{
+    auto* const chair = new DzNode;
+    auto* const size = new DzFloatProperty(QStringLiteral("Size"), true, true);
+    chair->addProperty(size);
+    chair->setObject(new DzObject);
+    dzScene->addNode(chair);
+    return size;
+}
+
+TEST_F(ScriptSurvivalTest, who_hears_of_a_thing_may_take_it_away)
+{
+    AddChair();
+    EXPECT_EQ(textOf("var object = Scene.getNode(0).getObject(), told = [], morph = new DzMorph();"
+                     "object.modifierAdded.connect(function (one) { object.removeModifier(one); });"
+                     "object.modifierAdded.connect(function (one) { told.push(one === morph); });"
+                     "object.addModifier(morph); told.concat(object.getNumModifiers()).join()"),
+              "true,0");
+    EXPECT_EQ(
+        textOf("var node = Scene.getNode(0), size = node.findProperty('Size'), told = [];"
+               "size.currentValueChanged.connect(function () { told.push(node.removeProperty(size)); });"
+               "size.setValue(2); told.concat(node.findProperty('Size'), size.getValue()).join()"),
+        "0,,2");
+    TestHost().purge();
+    EXPECT_EQ(dzScene->getNumNodes(), 1);
+}
+
+TEST_F(ScriptSurvivalTest, what_was_taken_away_goes_with_the_script_unless_it_was_put_elsewhere)
+{
+    const QPointer<DzFloatProperty> size = AddChair(), other = AddChair();
+    const QPointer<DzNode> chair = dzScene->getNode(0), stool = dzScene->getNode(1);
+    EXPECT_EQ(
+        textOf("var chair = Scene.getNode(0), stool = Scene.getNode(1), size = chair.findProperty('Size');"
+               "stool.removeProperty(stool.findProperty('Size'));"
+               "chair.removeProperty(size); stool.addProperty(size);"
+               "Scene.removeNode(stool); Scene.addNode(stool); Scene.removeNode(chair); chair.getLabel()"),
+        "");
+    EXPECT_FALSE(other);
+    EXPECT_FALSE(chair);
+    ASSERT_TRUE(stool);
+    ASSERT_TRUE(size);
+    EXPECT_EQ(size->getOwner(), stool);
+    TestHost().purge();
+    EXPECT_EQ(dzScene->getNode(0), stool);
+}
+
+TEST_F(ScriptSurvivalTest, what_was_taken_away_drives_nothing_any_more)
+{
+    DzFloatProperty* const size = AddChair();
+    auto* const smile = new DzMorph;
+    dzScene->getNode(0)->getObject()->addModifier(smile);
+    auto* const height = new DzFloatProperty(QStringLiteral("Height"), true, true);
+    dzScene->getNode(0)->addProperty(height);
+    height->insertController(new DzERCLink(DzERCLink::ERCDeltaAdd, smile->getValueControl(), 1.0, 0.0));
+    height->insertController(new DzERCLink(DzERCLink::ERCDeltaAdd, size, 1.0, 0.0));
+    smile->getValueControl()->setValue(1.0f);
+    size->setValue(2.0f);
+    EXPECT_EQ(
+        textOf(
+            "var node = Scene.getNode(0), height = node.findProperty('Height'), found = [height.getValue()];"
+            "node.getObject().removeModifier(node.getObject().getModifier(0));"
+            "found.push(height.getValue()); node.removeProperty(node.findProperty('Size'));"
+            "found.concat(height.getValue(), height.getNumControllers()).join()"),
+        "3,2,0,0");
+}
+
+TEST_F(ScriptSurvivalTest, a_node_that_leaves_is_not_selected_again)
+{
+    const std::string code = "var node = Scene.getNode(0), again = 0; node.select(true);"
+                             "Scene.nodeSelectionListChanged.connect(function () {"
+                             "    if (++again < 5) node.select(true);"
+                             "});"
+                             "Scene.aboutToRemoveNode.connect(function () { Scene.removeNode(node); });"
+                             "Scene.removeNode(node);"
+                             "[again > 1, Scene.getNumSelectedNodes(), node.isSelected()].join()";
+    dzScene->addNode(new DzNode);
+    EXPECT_EQ(textOf(code), "true,0,false");
+    dzScene->addNode(new DzNode);
+    dzScene->getNode(0)->addNodeChild(new DzNode);
+    EXPECT_EQ(textOf(code), "true,0,false") << "with another below it";
+}
+
+TEST_F(ScriptSurvivalTest, a_node_that_left_is_not_told_of_as_new)
+{
+    int told = 0;
+    const QObject listener;
+    QObject::connect(dzScene, &DzScene::nodeAdded, &listener, [&] {
+        ++told;
+        dzScene->clear();
+    });
+    EXPECT_EQ(textOf("var chair = new DzNode(); chair.addNodeChild(new DzNode()); Scene.addNode(chair);"
+                     "chair.select(true); Scene.getNumSelectedNodes()"),
+              "0");
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(dzScene->getNumNodes(), 0);
+}
+
+TEST_F(ScriptSurvivalTest, what_a_node_is_built_upon_keeps_its_name_in_files)
+{
+    EXPECT_EQ(
+        textOf("var node = new DzNode(), x = node.getXPosControl(); Scene.addNode(node);"
+               "x.setName('Left'); x.setName('Right'); x.kept = node;"
+               "[x.kept === node, node.findProperty('XTranslate') === x, node.removeProperty(x)].join()"),
+        "true,true,1");
+}
+
+TEST_F(ScriptSurvivalTest, a_text_with_a_nul_is_refused_where_it_stands)
+{
+    const openhost::DiagnosticsCollector met(dzApp->diagnostics());
+    DzScript script;
+    script.setCode(QLatin1String("var a = 1;\nvar b = 2; ") + QChar(QChar::Null) +
+                   QLatin1String("\nthrow 'never read';"));
+    EXPECT_FALSE(script.checkSyntax());
+    EXPECT_FALSE(script.execute());
+    EXPECT_EQ(script.errorLine(), 2);
+    EXPECT_EQ(script.errorMessage(), QLatin1String("character 12 is a NUL, which no script can hold"));
+    ASSERT_EQ(met.all().size(), 1u);
+    EXPECT_EQ(base::ToLine(met.all()[0]), "script, line 2: character 12 is a NUL, which no script can hold");
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "dson/asset.h"
+#include "dznumericproperty.h"
 
 #include <map>
 #include <string>
@@ -14,7 +15,6 @@
 #include <QString>
 
 class DzModifier;
-class DzNumericProperty;
 
 namespace openhost {
 
@@ -58,7 +58,7 @@ public:
 private:
     dson::Effect _effect;
     bool _hasNewInfluence = false;
-    DzNumericProperty* _own = nullptr;
+    QPointer<DzNumericProperty> _own;
     std::string _ownChannel;
     std::map<std::string, dson::Channel> _kept;               ///< by id
     std::map<std::string, DzNumericProperty*> _byId, _byName; ///< the modifier's

@@ -7,7 +7,8 @@ class DzProperty;
 
 namespace openhost {
 
-/// Marks one that its element points to for as long as it lives: no script can part the two.
+/// Marks one that its element points to for as long as it lives: no script can part the two, and one that a
+/// script renames is found by its old name, too.
 void KeepProperty(DzProperty& property);
 
 bool IsKept(const DzProperty& property);
