@@ -13,25 +13,40 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
+#include <vector>
 
 namespace openhost {
 
 namespace {
 
-/// A node is seen when everything above it is visible too.
-bool IsSeen(const DzNode* node)
-{
-    for (; node; node = node->getNodeParent())
-        if (!node->isVisible())
-            return false;
-    return true;
-}
+/// Which nodes of the scene as it is are seen: those that are visible with everything above them.
+class Sight {
+public:
+    bool sees(const DzNode& node)
+    {
+        std::vector<const DzNode*> unknown;
+        const DzNode* above = &node;
+        for (; above && _seen.count(above) == 0; above = above->getNodeParent())
+            unknown.push_back(above);
+        bool isSeen = !above || _seen.at(above);
+        // A chain of nodes is walked once, and not for each of them.
+        for (auto next = unknown.rbegin(); next != unknown.rend(); ++next) {
+            isSeen = isSeen && (*next)->isVisible();
+            _seen.emplace(*next, isSeen);
+        }
+        return isSeen;
+    }
 
-bool IsTargetSeen(const DzNode& node)
-{
-    const auto* const skeleton = qobject_cast<const DzSkeleton*>(&node);
-    return skeleton && skeleton->getFollowTarget() && IsSeen(skeleton->getFollowTarget());
-}
+    bool seesTargetOf(const DzNode& node)
+    {
+        const auto* const skeleton = qobject_cast<const DzSkeleton*>(&node);
+        return skeleton && skeleton->getFollowTarget() && sees(*skeleton->getFollowTarget());
+    }
+
+private:
+    std::unordered_map<const DzNode*, bool> _seen;
+};
 
 bool HasMesh(const DzNode& node)
 {
@@ -46,23 +61,24 @@ bool IsGrafted(const DzNode& node)
 }
 
 /// What is to be seen grafted onto a figure or onto its grafts.
-std::vector<DzSkeleton*> SeenGrafts(DzSkeleton& figure)
+std::vector<DzSkeleton*> SeenGrafts(DzSkeleton& figure, Sight& sight)
 {
     std::vector<DzSkeleton*> parts{&figure};
     for (std::size_t i = 0; i < parts.size(); ++i)
         for (int k = 0; k < parts[i]->getNumFollowSkeletons(); ++k) {
             DzSkeleton* const follower = parts[i]->getFollowSkeleton(k);
-            if (IsSeen(follower) && IsGrafted(*follower))
+            if (sight.sees(*follower) && IsGrafted(*follower))
                 parts.push_back(follower);
         }
     parts.erase(parts.begin());
     return parts;
 }
 
-geometry::PolygonMeshView MeshWithGrafts(DzNode& node)
+geometry::PolygonMeshView MeshWithGrafts(DzNode& node, Sight& sight)
 {
     auto* const skeleton = qobject_cast<DzSkeleton*>(&node);
-    const std::vector<DzSkeleton*> grafts = skeleton ? SeenGrafts(*skeleton) : std::vector<DzSkeleton*>();
+    const std::vector<DzSkeleton*> grafts =
+        skeleton ? SeenGrafts(*skeleton, sight) : std::vector<DzSkeleton*>();
     Pipeline& pipeline = node.getObject()->pipeline();
     return grafts.empty() ? pipeline.world().view() : pipeline.grafted(grafts).view();
 }
@@ -77,12 +93,12 @@ bool CanBeDrawn(const geometry::PolygonMeshView& mesh)
 }
 
 /// @param isAlone  the figure that it may be grafted onto is not in the picture
-void AddItem(ScenePicture& picture, DzNode& node, bool isAlone)
+void AddItem(ScenePicture& picture, DzNode& node, Sight& sight, bool isAlone)
 {
     if (!HasMesh(node) || (!isAlone && IsGrafted(node)))
         return;
     geometry::PictureItem item;
-    item.mesh = MeshWithGrafts(node);
+    item.mesh = MeshWithGrafts(node, sight);
     if (!CanBeDrawn(item.mesh)) {
         Report({base::Severity::Warning,
                 {},
@@ -99,25 +115,27 @@ void AddItem(ScenePicture& picture, DzNode& node, bool isAlone)
 ScenePicture VisibleItems(const DzScene& scene)
 {
     ScenePicture picture;
+    Sight sight;
     for (int i = 0; i < scene.getNumNodes(); ++i)
-        if (DzNode* const node = scene.getNode(i); IsSeen(node))
-            AddItem(picture, *node, !IsTargetSeen(*node));
+        if (DzNode* const node = scene.getNode(i); sight.sees(*node))
+            AddItem(picture, *node, sight, !sight.seesTargetOf(*node));
     return picture;
 }
 
 ScenePicture FigureItems(DzSkeleton& figure)
 {
     std::vector<DzSkeleton*> figures{&figure};
+    Sight sight;
     for (std::size_t i = 0; i < figures.size(); ++i)
         for (int k = 0; k < figures[i]->getNumFollowSkeletons(); ++k) {
             DzSkeleton* const follower = figures[i]->getFollowSkeleton(k);
             // Figures may follow each other in a circle.
-            if (IsSeen(follower) && std::find(figures.begin(), figures.end(), follower) == figures.end())
+            if (sight.sees(*follower) && std::find(figures.begin(), figures.end(), follower) == figures.end())
                 figures.push_back(follower);
         }
     ScenePicture picture;
     for (DzSkeleton* const one : figures)
-        AddItem(picture, *one, one == &figure);
+        AddItem(picture, *one, sight, one == &figure);
     return picture;
 }
 

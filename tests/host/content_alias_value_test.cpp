@@ -118,10 +118,16 @@ TEST_F(AliasValues, of_circles_and_of_nothing_are_told_apart)
     writeAlias("To circle", "hand:#A?value");
     writeAlias("Empty", "");
     writeAlias("Lost", "Doll:#Nothing?value");
+    writeAlias("Of lost", "hand:#Lost?value");
+    writeAlias("Farther", "hand:#Of lost?value");
     ASSERT_NE(openDoll(), nullptr);
     EXPECT_TRUE(logged("4 aliases stand for themselves in the end and are hidden, such as A, B and Self"))
         << log().toStdString();
     EXPECT_TRUE(logged("1 alias names no target and is hidden, such as Empty")) << log().toStdString();
     EXPECT_TRUE(logged("1 alias names what is not installed and is hidden, such as Doll:#Nothing?value"))
+        << log().toStdString();
+    EXPECT_TRUE(
+        logged("2 aliases stand for others that are hidden and are hidden, too, such as Farther and Of "
+               "lost"))
         << log().toStdString();
 }

@@ -4,10 +4,12 @@
 #include "dznode.h"
 #include "dznumericproperty.h"
 #include "dzscene.h"
+#include "openhost/scene_picture.h"
 #include "tests/host/allocations.h"
 #include "tests/host/content_fixture.h"
 
 #include <array>
+#include <ctime>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -167,6 +169,20 @@ std::string CircleOfDials(int count)
     return DrivenDials(count, [count](int i) { return (i + count - 1) % count; });
 }
 
+/// @param step  from each alias to what it stands for, in the order of the file: 1 or -1
+std::string ChainOfAliases(int count, int step)
+{
+    const auto dial = [&](int i) {
+        const bool isEnd = i == (step > 0 ? count - 1 : 0);
+        return fmt::format(R"({{"id": "d{0}", "name": "d{0}", "parent": "#Mesh",
+            "channel": {{"id": "value", "type": "{1}", "name": "d{0}"{2}}}}})",
+                           i, isEnd ? "float" : "alias",
+                           isEnd ? std::string()
+                                 : fmt::format(R"(, "target_channel": "Fig:#d{}?value")", i + step));
+    };
+    return SceneOfDials(Joined(count, dial), count);
+}
+
 /// All stand for the one dial.
 std::string AliasesOfOneName(int count)
 {
@@ -308,6 +324,49 @@ TEST_P(ContentCost, grows_as_the_file_does_until_it_is_taken_down)
         GTEST_SKIP() << "allocations cannot be counted here";
     for (std::size_t step = 0; step < small.size(); ++step)
         ExpectInProportion(small[step], large[step], factor);
+}
+
+/// Of the processor, which other programs' work does not change.
+template <class Work>
+double SecondsOf(const Work& work)
+{
+    const std::clock_t before = std::clock();
+    work();
+    return double(std::clock() - before) / CLOCKS_PER_SEC;
+}
+
+class ChainCost : public LibraryTest {
+protected:
+    double secondsToOpen(const std::string& text)
+    {
+        TestHost().reset();
+        WriteBytes(_library / "Big.duf", text);
+        return SecondsOf([&] { EXPECT_TRUE(open(_library / "Big.duf")); });
+    }
+
+    static constexpr int _length = 8000;
+};
+
+TEST_F(ChainCost, of_aliases_is_the_same_from_either_end)
+{
+    secondsToOpen(ChainOfAliases(_length, -1)); // what happens once
+    const double forward = secondsToOpen(ChainOfAliases(_length, -1));
+    const double backward = secondsToOpen(ChainOfAliases(_length, 1));
+    // Each walking on to the end takes twenty times as long.
+    EXPECT_LT(backward, 5 * forward);
+    auto* const first =
+        qobject_cast<DzNumericProperty*>(dzScene->getNode(0)->findProperty(QStringLiteral("d0")));
+    ASSERT_TRUE(first);
+    first->setDoubleValue(0.5);
+    const DzProperty* const last = dzScene->getNode(0)->findProperty(QStringLiteral("d%1").arg(_length - 1));
+    EXPECT_EQ(qobject_cast<const DzNumericProperty*>(last)->getDoubleValue(), 0.5);
+}
+
+TEST_F(ChainCost, of_bones_is_seen_sooner_than_opened)
+{
+    const double opened = secondsToOpen(ChainOfBones(_length));
+    ASSERT_EQ(dzScene->getNumNodes(), _length + 1);
+    EXPECT_LT(SecondsOf([] { EXPECT_TRUE(openhost::VisibleItems(*dzScene).items.empty()); }), opened);
 }
 
 class PresetCost : public LibraryTest {

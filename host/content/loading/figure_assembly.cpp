@@ -91,6 +91,8 @@ struct FigureAssembly::Impl {
              "aliases stand for themselves in the end and are hidden");
         warn(hidden.withoutTarget, "alias names no target and is hidden",
              "aliases name no targets and are hidden");
+        warn(hidden.ofHidden, "alias stands for one that is hidden and is hidden, too",
+             "aliases stand for others that are hidden and are hidden, too");
     }
 
     void report(const PendingFormulas::LeftOut& formulasLeftOut) const

@@ -16,6 +16,8 @@
 
 #include <QVariant>
 
+#include <unordered_map>
+
 namespace openhost {
 
 namespace {
@@ -166,14 +168,53 @@ void FigureDials::lose(const dson::Modifier& modifier, const std::string& filePa
         _index.lose(filePath, text);
 }
 
+namespace {
+
+/// Gives aliases the dials that they stand for in the end. What an alias names gets its own first, or a chain
+/// of aliases would be walked for each of them.
+class AliasChains {
+public:
+    /// @param target  null for none
+    void add(DzNumericProperty& alias, DzNumericProperty* target)
+    {
+        _aliases.push_back(&alias);
+        _targets.emplace(&alias, target);
+    }
+
+    /// @return of each circle the one that has no target
+    std::unordered_set<const DzProperty*> connect()
+    {
+        for (DzNumericProperty* const alias : _aliases)
+            connectChainOf(alias);
+        return std::move(_circular);
+    }
+
+private:
+    void connectChainOf(DzNumericProperty* first)
+    {
+        std::vector<DzNumericProperty*> chain;
+        for (DzNumericProperty* next = first; next && _targets.count(next) > 0 && _seen.insert(next).second;
+             next = _targets.at(next))
+            chain.push_back(next);
+        for (auto alias = chain.rbegin(); alias != chain.rend(); ++alias)
+            if (DzNumericProperty* const target = _targets.at(*alias))
+                if (!(*alias)->setAliasTarget(&AliasEnd(*target)))
+                    _circular.insert(*alias);
+    }
+
+    std::vector<DzNumericProperty*> _aliases;
+    std::unordered_map<const DzNumericProperty*, DzNumericProperty*> _targets;
+    std::unordered_set<const DzProperty*> _seen, _circular;
+};
+
+} // namespace
+
 FigureDials::HiddenAliases FigureDials::connectAliases(const TargetResolver& resolve)
 {
-    std::unordered_set<const DzProperty*> circular;
-    for (const PendingAlias& alias : _aliases) {
-        DzNumericProperty* const target = resolve(alias.target, *alias.property);
-        if (target && !alias.property->setAliasTarget(target))
-            circular.insert(alias.property);
-    }
+    AliasChains chains;
+    for (const PendingAlias& alias : _aliases)
+        chains.add(*alias.property, resolve(alias.target, *alias.property));
+    const std::unordered_set<const DzProperty*> circular = chains.connect();
     HiddenAliases hidden;
     for (const PendingAlias& alias : _aliases) {
         const DzNumericProperty& target = AliasEnd(*alias.property);
@@ -190,11 +231,13 @@ FigureDials::HiddenAliases FigureDials::connectAliases(const TargetResolver& res
         } else if (alias.target.empty()) {
             hidden.withoutTarget.push_back(name);
             SetIdle(*alias.property, "is an alias that names no dial");
-        } else {
+        } else if (&target == alias.property) {
             hidden.missing.push_back(alias.target);
             SetIdle(*alias.property,
-                    fmt::format("is an alias of {}, which {}", alias.target,
-                                &target == alias.property ? "the figure does not have" : "is idle itself"));
+                    fmt::format("is an alias of {}, which the figure does not have", alias.target));
+        } else {
+            hidden.ofHidden.push_back(name);
+            SetIdle(*alias.property, fmt::format("is an alias of {}, which is idle itself", alias.target));
         }
     }
     _aliases.clear();

@@ -71,6 +71,7 @@ public:
     struct HiddenAliases {
         std::vector<std::string> missing;                 ///< what they name in vain
         std::vector<std::string> circular, withoutTarget; ///< their names
+        std::vector<std::string> ofHidden;                ///< names of those that stand for such aliases
     };
     /// Gives the aliases their targets; those without are hidden.
     HiddenAliases connectAliases(const TargetResolver& resolve);
