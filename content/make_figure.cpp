@@ -32,6 +32,7 @@ struct FigureInput {
     std::vector<MorphParts> morphs;
     std::vector<NamedWeights> weightMaps;
     std::string joints;
+    base::Diagnostics diagnostics;
 };
 
 /// Letters only, in lower case: what remains when names are spelled in different ways.
@@ -143,7 +144,9 @@ std::vector<Vec3f> ReadMorphDeltas(const std::filesystem::path& file, const std:
 {
     if (!IsObj(file))
         return ReadDeltaTable(file, neutral.size());
-    std::vector<Vec3f> deltas = std::move(geometry::ReadObj(file).mesh.positions);
+    geometry::ObjReadOptions options;
+    options.readFaces = options.readLines = false; // only where its vertices are
+    std::vector<Vec3f> deltas = std::move(geometry::ReadObj(file, options).mesh.positions);
     if (deltas.size() != neutral.size())
         throw base::FormatError("{}: has {} vertices but the neutral mesh has {}", file.string(),
                                 deltas.size(), neutral.size());
@@ -205,7 +208,9 @@ void AddRequiredDials(std::vector<MorphParts>& morphs, std::size_t vertexCount)
 FigureInput ReadInput(const MakeFigureOptions& options, FigureKind kind)
 {
     FigureInput input;
-    input.parts.neutral = geometry::ReadObj(options.mesh).mesh;
+    geometry::ObjContent neutral = geometry::ReadObj(options.mesh);
+    input.parts.neutral = std::move(neutral.mesh);
+    input.diagnostics = std::move(neutral.diagnostics);
     const std::size_t vertexCount = input.parts.neutral.vertexCount();
     if (vertexCount == 0 || input.parts.neutral.faceCount() == 0)
         throw base::FormatError("{}: has no faces", options.mesh.string());
@@ -244,8 +249,12 @@ MadeFigure MakeFigure(const MakeFigureOptions& options)
         WriteHeadSplit(map.weights, options.contentDirectory, set);
     base::ThrowIfCancelled(); // for the last time: all of it is put in place together
     set.commit();
-    return {kind.label, input.parts.neutral.vertexCount(), input.parts.bones.size(), input.morphs.size(),
-            input.joints};
+    return {kind.label,
+            input.parts.neutral.vertexCount(),
+            input.parts.bones.size(),
+            input.morphs.size(),
+            input.joints,
+            input.diagnostics};
 }
 
 } // namespace content

@@ -108,31 +108,36 @@ private:
     void parseFace(const char* record)
     {
         const std::size_t first = _chunk.corners.values.size();
+        std::size_t uvs = 0;
         while (_scan.nextToken())
-            parseCorner();
+            uvs += parseCorner();
         const std::size_t size = _chunk.corners.values.size() - first;
-        if (size < 3)
-            throw ObjFault{record, "face has fewer than three corners"};
-        _chunk.faceSizes.push_back(static_cast<std::uint32_t>(size));
+        if (size >= smallestObjFace) {
+            _chunk.cornersHaveUvs &= uvs == size;
+            _chunk.namesUvs |= uvs > 0;
+            _chunk.faceSizes.push_back(static_cast<std::uint32_t>(size));
+            return;
+        }
+        _chunk.corners.cut(first);
+        _chunk.cornerUvs.cut(_chunk.cornerUvs.values.size() - (_options.readTexCoords ? uvs : 0));
+        _chunk.shortFaces.add(record);
     }
 
-    void parseCorner()
+    /// @return whether it names a texture coordinate
+    bool parseCorner()
     {
         const char* const start = _scan.at();
         append(_chunk.corners, _scan.takeIndex(), _chunk.positions.size());
         bool hasUv = false;
         if (_scan.takeSlash()) {
-            if (!_scan.takeSlash()) {
+            hasUv = _scan.atIndex();
+            if (hasUv)
                 appendUv(_scan.takeIndex());
-                hasUv = true;
-                if (_scan.takeSlash())
-                    _scan.takeIndex(); // normals are always worked out anew
-            } else {
-                _scan.takeIndex();
-            }
+            if (_scan.takeSlash() && _scan.atIndex())
+                _scan.takeIndex(); // normals are always worked out anew
         }
         _scan.endToken(start);
-        _chunk.cornersHaveUvs &= hasUv;
+        return hasUv;
     }
 
     void parseLine(const char* record)
@@ -141,14 +146,17 @@ private:
         while (_scan.nextToken()) {
             const char* const start = _scan.at();
             append(_chunk.lineVertices, _scan.takeIndex(), _chunk.positions.size());
-            if (_scan.takeSlash())
+            if (_scan.takeSlash() && _scan.atIndex())
                 _scan.takeIndex();
             _scan.endToken(start);
         }
         const std::size_t size = _chunk.lineVertices.values.size() - first;
-        if (size < 2)
-            throw ObjFault{record, "line has fewer than two vertices"};
-        _chunk.lineSizes.push_back(static_cast<std::uint32_t>(size));
+        if (size >= shortestObjLine) {
+            _chunk.lineSizes.push_back(static_cast<std::uint32_t>(size));
+            return;
+        }
+        _chunk.lineVertices.cut(first);
+        _chunk.shortLines.add(record);
     }
 
     void appendUv(std::int32_t index)

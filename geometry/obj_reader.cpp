@@ -67,6 +67,8 @@ public:
 
     ObjContent run()
     {
+        refuseWhatIsNoText();
+        giveLineEnds();
         parseChunks();
         countUp();
         auto topology = std::make_shared<Topology>();
@@ -75,6 +77,7 @@ public:
         copyNames(*topology, topology->faceGroups, topology->groupNames, &ObjChunk::groups);
         copyNames(*topology, topology->faceSurfaces, topology->surfaceNames, &ObjChunk::surfaces);
         copyLines();
+        tellWhatIsLeftOut();
         _content.mesh.topology = std::move(topology);
         return std::move(_content);
     }
@@ -82,7 +85,7 @@ public:
 private:
     [[noreturn]] void fail(const char* where, const std::string& what) const
     {
-        throw base::FormatError("{}:{}: {}", _name, std::count(_text.data(), where, '\n') + 1, what);
+        throw base::FormatError("{}:{}: {}", _name, lineOf(where), what);
     }
 
     void parseChunks()
@@ -118,11 +121,12 @@ private:
             next.faces += chunk.faceSizes.size();
             next.corners += chunk.corners.values.size();
             _cornersHaveUvs &= chunk.cornersHaveUvs;
+            _namesUvs |= chunk.namesUvs;
         }
         const Bases& all = _bases.back();
         if (all.positions > mostObjVertices || all.uvs > mostObjVertices || all.corners > UINT32_MAX)
             throw base::FormatError("{}: mesh is too large", _name);
-        _cornersHaveUvs &= all.corners > 0 && _options.readTexCoords;
+        _cornersHaveUvs &= all.corners > 0 && all.uvs > 0 && _options.readTexCoords;
     }
 
     void copyNumbers(Topology& topology)
@@ -197,7 +201,7 @@ private:
         const auto behind =
             std::upper_bound(topology.faceOffsets.begin(), topology.faceOffsets.end(), corner);
         const char* const where =
-            findRecord("f", static_cast<std::size_t>(behind - topology.faceOffsets.begin()));
+            findRecord("f", smallestObjFace, static_cast<std::size_t>(behind - topology.faceOffsets.begin()));
         fail(where, nameIndex("face", kind, index, count));
     }
 
@@ -209,15 +213,21 @@ private:
                            count);
     }
 
-    /// Only once something is wrong: walks the text again to the n-th record (from 1) of the keyword.
-    const char* findRecord(std::string_view keyword, std::size_t n) const
+    /// Only once something is wrong: walks the text again to the n-th record (from 1) of the keyword that has
+    /// so many tokens behind it.
+    const char* findRecord(std::string_view keyword, std::size_t leastTokens, std::size_t n) const
     {
         ObjScanner scan(_text.data(), _text.data() + _text.size());
         while (!scan.atEnd()) {
             const bool isRecord = scan.nextToken();
             const char* const record = scan.at();
-            if (isRecord && scan.takeToken() == keyword && --n == 0)
-                return record;
+            if (isRecord && scan.takeToken() == keyword) {
+                std::size_t tokens = 0;
+                for (; tokens < leastTokens && scan.nextToken(); ++tokens)
+                    scan.takeToken();
+                if (tokens == leastTokens && --n == 0)
+                    return record;
+            }
             if (!isRecord && !scan.atEnd() && *record == '#')
                 scan.skipLine();
             else
@@ -270,7 +280,7 @@ private:
                 ++number;
                 for (const std::uint32_t vertex : _content.lines.back())
                     if (vertex >= _bases.back().positions)
-                        fail(findRecord("l", number),
+                        fail(findRecord("l", shortestObjLine, number),
                              nameIndex("line", "vertex", vertex, _bases.back().positions));
             }
             std::move(chunk.materialLibraries.begin(), chunk.materialLibraries.end(),
@@ -278,12 +288,68 @@ private:
         }
     }
 
+    /// Otherwise the first of its bytes would be called a fault of some record, or nothing be found in it.
+    void refuseWhatIsNoText() const
+    {
+        const auto beginsWith = [this](std::string_view bytes) {
+            return _text.substr(0, bytes.size()) == bytes;
+        };
+        if (beginsWith("\xFF\xFE") || beginsWith("\xFE\xFF"))
+            throw base::FormatError("{}: is text in UTF-16, and an OBJ file is read in ASCII or UTF-8 only",
+                                    _name);
+        if (beginsWith("\x1F\x8B"))
+            throw base::FormatError("{}: is compressed with gzip; unpack it first", _name);
+    }
+
+    /// Old systems end lines with a carriage return alone, which elsewhere is a blank.
+    void giveLineEnds()
+    {
+        if (_text.find('\r') == _text.npos || _text.find('\n') != _text.npos)
+            return;
+        _withLineEnds.assign(_text);
+        std::replace(_withLineEnds.begin(), _withLineEnds.end(), '\r', '\n');
+        _text = _withLineEnds;
+    }
+
+    void tellWhatIsLeftOut()
+    {
+        tell(&ObjChunk::shortFaces, "face has fewer than three corners and is left out",
+             "faces have fewer than three corners and are left out");
+        tell(&ObjChunk::shortLines, "line has fewer than two vertices and is left out",
+             "lines have fewer than two vertices and are left out");
+        if (_namesUvs && _options.readTexCoords && !_cornersHaveUvs)
+            warn(_bases.back().uvs == 0
+                     ? "faces name texture coordinates, but none are defined"
+                     : "some corners have no texture coordinates, so those of all are left out");
+    }
+
+    void tell(ObjLeftOut ObjChunk::*which, const char* one, const char* many)
+    {
+        ObjLeftOut all;
+        for (const ObjChunk& chunk : _chunks) {
+            const ObjLeftOut& here = chunk.*which;
+            all.first = all.first ? all.first : here.first;
+            all.count += here.count;
+        }
+        if (all.count > 0)
+            warn(fmt::format("{} {}{} {}", all.count, all.count == 1 ? one : many,
+                             all.count == 1 ? ", in line" : ", the first in line", lineOf(all.first)));
+    }
+
+    void warn(std::string what)
+    {
+        _content.diagnostics.push_back({base::Severity::Warning, _name, {}, std::move(what)});
+    }
+
+    std::ptrdiff_t lineOf(const char* where) const { return std::count(_text.data(), where, '\n') + 1; }
+
     std::string_view _text;
+    std::string _withLineEnds;
     const ObjReadOptions& _options;
     const std::string& _name;
     std::vector<ObjChunk> _chunks;
     std::vector<Bases> _bases;
-    bool _cornersHaveUvs = true;
+    bool _cornersHaveUvs = true, _namesUvs = false;
     ObjContent _content;
 };
 

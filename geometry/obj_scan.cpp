@@ -81,7 +81,9 @@ std::string_view ObjScanner::takeText()
 double ObjScanner::slowNumber(const char* start)
 {
     _at = start;
-    const std::string_view text = takeToken();
+    // A comment may follow at once; names alone may hold its sign.
+    const std::string_view text = token().substr(0, token().find('#'));
+    _at += text.size();
     const char* first = text.data();
     const char* const last = first + text.size();
     if (first != last && *first == '+' && first + 1 != last && first[1] != '-')

@@ -42,7 +42,9 @@ public:
     /// @throws ObjFault  not an integer, zero, or beyond 31 bits
     std::int32_t takeIndex();
     bool takeSlash();
-    /// Nothing but a blank may follow here.
+    /// Whether an index stands here, and not the next slash or the end of the token.
+    bool atIndex() const { return !atTokenEnd() && *_at != '/'; }
+    /// Nothing but a blank or a comment may follow here.
     /// @throws ObjFault  something else does
     void endToken(const char* start) const;
 
@@ -58,7 +60,7 @@ private:
 
 inline bool ObjScanner::atTokenEnd() const
 {
-    return _at == _end || static_cast<unsigned char>(*_at) <= ' ' || *_at == '\\';
+    return _at == _end || static_cast<unsigned char>(*_at) <= ' ' || *_at == '\\' || *_at == '#';
 }
 
 inline bool ObjScanner::nextToken()

@@ -89,10 +89,18 @@ Json DsonFacts(const InspectArguments& arguments, Progress& progress)
     return facts;
 }
 
+Json MeshFacts(const InspectArguments& arguments)
+{
+    base::Diagnostics met;
+    Json facts = ObjFacts(arguments.file, met);
+    AddDiagnostics(facts, met, arguments.json);
+    return facts;
+}
+
 Json FileFacts(const InspectArguments& arguments, Progress& progress)
 {
     if (HasExtension(arguments.file, ".obj"))
-        return ObjFacts(arguments.file);
+        return MeshFacts(arguments);
     if (HasExtension(arguments.file, ".dhdm"))
         return DhdmFacts(arguments.file, ContentFor(arguments));
     return DsonFacts(arguments, progress);

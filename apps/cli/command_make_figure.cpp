@@ -85,6 +85,7 @@ void MakeFigure(const MakeFigureArguments& arguments)
     report["morphs"] = made.morphCount;
     report["joints"] = made.joints;
     report["seconds"] = Rounded(progress.totalSeconds(), 4);
+    AddDiagnostics(report, made.diagnostics, arguments.json);
     WriteReport(report, arguments.json);
 }
 

@@ -82,11 +82,11 @@ geometry::Picture RenderViews(const std::vector<geometry::PictureItem>& items,
     return pictures.size() == 1 ? std::move(pictures.front()) : geometry::Join(pictures);
 }
 
-geometry::Picture RenderObj(const RenderArguments& arguments, Progress& progress)
+geometry::Picture RenderObj(const RenderArguments& arguments, Progress& progress, base::Diagnostics& met)
 {
     if (!arguments.dials.empty())
         throw UsageError(fmt::format("{}: an OBJ file has no dials to set", arguments.file));
-    const geometry::ObjContent content = ReadSurfaceFile(arguments.file);
+    const geometry::ObjContent content = ReadSurfaceFile(arguments.file, met);
     geometry::PictureItem item;
     item.mesh = content.mesh.view();
     return RenderViews({item}, arguments, progress);
@@ -124,7 +124,7 @@ void Render(const RenderArguments& arguments)
     progress.stage("read", "Reading " + arguments.file);
     base::Diagnostics met;
     const geometry::Picture picture = HasExtension(arguments.file, ".obj")
-                                          ? RenderObj(arguments, progress)
+                                          ? RenderObj(arguments, progress, met)
                                           : RenderScene(arguments, progress, met);
     progress.stage("write", "Writing " + arguments.out);
     geometry::WritePng(arguments.out, picture);

@@ -8,6 +8,7 @@
 #include "geometry/errors.h"
 #include "geometry/misfit.h"
 #include "geometry/morph_transfer.h"
+#include "geometry/normals.h"
 #include "interrupt.h"
 #include "mesh_files.h"
 #include "options.h"
@@ -40,10 +41,11 @@ struct TransferInput {
     geometry::ObjContent source, morphed, target;
 };
 
-TransferInput ReadInput(const TransferArguments& arguments)
+TransferInput ReadInput(const TransferArguments& arguments, base::Diagnostics& met)
 {
-    TransferInput input{ReadSurfaceFile(arguments.sourceNeutral), ReadMeshFile(arguments.sourceMorphed),
-                        ReadSurfaceFile(arguments.targetNeutral)};
+    TransferInput input{ReadSurfaceFile(arguments.sourceNeutral, met),
+                        ReadMeshFile(arguments.sourceMorphed, met),
+                        ReadSurfaceFile(arguments.targetNeutral, met)};
     const std::size_t neutralCount = input.source.mesh.vertexCount(),
                       morphedCount = input.morphed.mesh.vertexCount();
     if (neutralCount != morphedCount)
@@ -99,6 +101,14 @@ Json Report(const TransferArguments& arguments, const TransferInput& input,
     return report;
 }
 
+/// Whether any face spans one.
+bool HasArea(const geometry::PolygonMesh& mesh)
+{
+    const std::vector<Vec3f> normals = geometry::FaceNormals(mesh.view());
+    return std::any_of(normals.begin(), normals.end(),
+                       [](Vec3f normal) { return geometry::Length(normal) > 0.0f; });
+}
+
 geometry::PolygonMesh TurnedInsideOut(const geometry::PolygonMesh& mesh)
 {
     geometry::Topology turned = *mesh.topology;
@@ -125,6 +135,9 @@ geometry::SurfaceMap Match(const TransferArguments& arguments, const TransferInp
     const auto warn = [&](const std::string& what) {
         met.push_back({base::Severity::Warning, arguments.targetNeutral, {}, what});
     };
+    if (!HasArea(input.target.mesh))
+        throw geometry::TopologyError("{}: has no face with an area, so nothing tells which side is out",
+                                      arguments.targetNeutral);
     geometry::SurfaceMap map = MatchWith(input.target.mesh, arguments, input);
     if (!geometry::IsMisfit(map.statistics()))
         return map;
@@ -150,9 +163,9 @@ void Transfer(const TransferArguments& arguments)
     ExpectFiles();
     Progress progress(!arguments.json);
     progress.stage("read", "Reading the meshes");
-    const TransferInput input = ReadInput(arguments);
-    progress.stage("match", "Matching the surfaces");
     base::Diagnostics met;
+    const TransferInput input = ReadInput(arguments, met);
+    progress.stage("match", "Matching the surfaces");
     const geometry::SurfaceMap map = Match(arguments, input, met);
     progress.stage("transfer", "Carrying the morph over");
     const std::vector<Vec3f> deltas =

@@ -19,8 +19,9 @@ namespace cli {
 enum class Detail { Summary, Full };
 
 /// Vertices, faces by number of corners, groups, surfaces, size, edges.
+/// @param met  receives what was left out
 /// @throws base::IoError, base::FormatError
-Json ObjFacts(const std::filesystem::path& file);
+Json ObjFacts(const std::filesystem::path& file, base::Diagnostics& met);
 
 /// What a DSON file defines and what it puts into a scene. Full detail lists the nodes, too.
 Json DocumentFacts(const dson::Document& document, Detail detail);

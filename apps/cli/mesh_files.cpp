@@ -22,9 +22,10 @@ bool IsFarOut(geometry::Vec3f p)
 
 } // namespace
 
-geometry::ObjContent ReadMeshFile(const std::filesystem::path& file)
+geometry::ObjContent ReadMeshFile(const std::filesystem::path& file, base::Diagnostics& met)
 {
     geometry::ObjContent content = geometry::ReadObj(file);
+    met.insert(met.end(), content.diagnostics.begin(), content.diagnostics.end());
     const std::vector<geometry::Vec3f>& positions = content.mesh.positions;
     if (positions.empty())
         throw base::FormatError("{}: has no vertices", FileText(file));
@@ -39,9 +40,9 @@ geometry::ObjContent ReadMeshFile(const std::filesystem::path& file)
     return content;
 }
 
-geometry::ObjContent ReadSurfaceFile(const std::filesystem::path& file)
+geometry::ObjContent ReadSurfaceFile(const std::filesystem::path& file, base::Diagnostics& met)
 {
-    geometry::ObjContent content = ReadMeshFile(file);
+    geometry::ObjContent content = ReadMeshFile(file, met);
     if (content.mesh.faceCount() == 0)
         throw base::FormatError("{}: has no faces", FileText(file));
     return content;

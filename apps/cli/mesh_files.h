@@ -11,9 +11,10 @@ namespace cli {
 
 /// @throws base::IoError, base::FormatError  it cannot be read, holds no vertex, or a position is not
 /// finite or farther out than anything that can be traced
-geometry::ObjContent ReadMeshFile(const std::filesystem::path& file);
+/// @param met  receives what was left out
+geometry::ObjContent ReadMeshFile(const std::filesystem::path& file, base::Diagnostics& met);
 /// As above, and the mesh has faces.
-geometry::ObjContent ReadSurfaceFile(const std::filesystem::path& file);
+geometry::ObjContent ReadSurfaceFile(const std::filesystem::path& file, base::Diagnostics& met);
 bool HasExtension(const std::filesystem::path& file, const char* lowerCaseExtension);
 
 } // namespace cli

@@ -56,9 +56,9 @@ Json Edges(const geometry::Topology& topology)
 
 } // namespace
 
-Json ObjFacts(const std::filesystem::path& file)
+Json ObjFacts(const std::filesystem::path& file, base::Diagnostics& met)
 {
-    const geometry::ObjContent content = ReadMeshFile(file);
+    const geometry::ObjContent content = ReadMeshFile(file, met);
     const geometry::Topology& topology = *content.mesh.topology;
     const geometry::Box3f box = geometry::BoundingBox(content.mesh.positions);
     Json facts;

@@ -15,6 +15,7 @@
 #include "figure/mesh_access.h"
 #include "obj_option_rows.h"
 #include "obj_options.h"
+#include "openhost/diagnostics.h"
 
 #include <cmath>
 #include <memory>
@@ -94,6 +95,8 @@ DzError DzObjImporter::read(const QString& filename, const DzFileIOSettings* opt
     const auto read = [&] {
         geometry::ObjContent content =
             geometry::ReadObj(filename.toStdString(), openhost::ReadObjReadOptions(used));
+        for (const base::Diagnostic& diagnostic : content.diagnostics)
+            openhost::Report(diagnostic);
         if (content.mesh.positions.empty())
             throw base::FormatError("{}: holds no vertices", filename.toStdString());
         if (used.getBoolValue(QLatin1String("AutoAdapt")))

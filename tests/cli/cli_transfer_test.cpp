@@ -225,6 +225,35 @@ TEST_F(TransferCommand, refuses_a_source_without_area)
     EXPECT_FALSE(workspace.has("out.obj"));
 }
 
+TEST_F(TransferCommand, refuses_a_target_without_area)
+{
+    target = workspace.write("flat.obj", "v 0 0 0\nv 1 0 0\nv 2 0 0\nf 1 2 3\nf 1 1 2\n");
+    ExpectError(run(workspace.path("out.obj")), 1,
+                target + ": has no face with an area, so nothing tells which side is out.");
+    EXPECT_FALSE(workspace.has("out.obj"));
+}
+
+TEST_F(TransferCommand, tells_what_of_the_meshes_it_leaves_out)
+{
+    target = workspace.write("odd.obj", "f 1 2\n" + FineCubeText(6) + "f 3\n");
+    neutral = workspace.write("named.obj", CubeText(0.0) + "f 1/1 2/1 3/1\n");
+    const ProgramResult result = run(workspace.path("out.obj"), {"--json"});
+    ExpectSuccess(result);
+    EXPECT_EQ(
+        json::parse(result.out).at("warnings"),
+        json({neutral + ": faces name texture coordinates, but none are defined",
+              target + ": 2 faces have fewer than three corners and are left out, the first in line 1"}));
+    expectLifted();
+    const ProgramResult inspected = RunProgram({"inspect", target, "--json"});
+    ExpectSuccess(inspected);
+    EXPECT_EQ(json::parse(inspected.out).at("faces").at("total"), 6 * 6 * 6);
+    EXPECT_EQ(json::parse(inspected.out).at("warnings").size(), 1u);
+    const ProgramResult drawn =
+        RunProgram({"render", target, "--out", workspace.path("o.png"), "--size", "16x16"});
+    EXPECT_EQ(drawn.exitCode, 0);
+    EXPECT_NE(drawn.err.find("fewer than three corners"), std::string::npos) << drawn.err;
+}
+
 TEST_F(TransferCommand, never_writes_onto_an_input)
 {
     std::filesystem::create_symlink(neutral, workspace.path("link.obj"));

@@ -31,6 +31,14 @@ std::vector<std::uint32_t> Corners(const ObjContent& content)
     return content.mesh.topology->cornerVertices;
 }
 
+std::vector<std::string> Told(const ObjContent& content)
+{
+    std::vector<std::string> lines;
+    for (const base::Diagnostic& diagnostic : content.diagnostics)
+        lines.push_back(base::ToLine(diagnostic));
+    return lines;
+}
+
 class TemporaryFolder {
 public:
     TemporaryFolder()
@@ -113,6 +121,79 @@ TEST(ParseObj, drops_corner_texture_coordinates_when_one_corner_has_none)
     EXPECT_EQ(content.texCoords.coordinates.size(), 1u);
 }
 
+TEST(ParseObj, leaves_out_faces_and_lines_that_are_none_and_says_so)
+{
+    const ObjContent content = Parse("v 0 0 0\nv 1 0 0\nv 2 0 0\nvt 0 0\nvt 0 1\ng a\nf\nf 1/2 -3/-2\n"
+                                     "f 3/2 -2/1 1/-1\ng b\nl 1\nf 1 2\nl 1 2\n");
+    EXPECT_EQ(Corners(content), (std::vector<std::uint32_t>{2, 1, 0}));
+    EXPECT_EQ(content.texCoords.cornerIndices, (std::vector<std::uint32_t>{1, 0, 1}));
+    EXPECT_EQ(content.mesh.topology->groupNames, (std::vector<std::string>{"a"}));
+    EXPECT_EQ(content.lines, (std::vector<std::vector<std::uint32_t>>{{0, 1}}));
+    EXPECT_EQ(Told(content),
+              (std::vector<std::string>{
+                  "body.obj: 3 faces have fewer than three corners and are left out, the first in line 7",
+                  "body.obj: 1 line has fewer than two vertices and is left out, in line 11"}));
+    EXPECT_TRUE(Parse("v 0 0 0\nf 1 1 1\n").diagnostics.empty());
+}
+
+TEST(ParseObj, reads_corners_with_slashes_and_nothing_behind)
+{
+    const ObjContent content =
+        Parse("v 0 0 0\nv 1 0 0\nv 2 0 0\nf 1// 2// 3//\nf 1/ 2/ 3/#end\nf 1//1 2//2 3//\n");
+    EXPECT_EQ(Corners(content), (std::vector<std::uint32_t>{0, 1, 2, 0, 1, 2, 0, 1, 2}));
+    EXPECT_TRUE(content.diagnostics.empty());
+    EXPECT_EQ(Parse("v 0 0 0\nvt 0 1\nf 1/1/ 1/1/ 1/1/\n").texCoords.cornerIndices.size(), 3u);
+}
+
+TEST(ParseObj, takes_a_comment_right_behind_a_number_and_its_sign_in_names)
+{
+    const ObjContent content =
+        Parse("v 0 0 0#first\nv 1e0 0 +1#\nv 2 0 0 # third\nvt 0.5#u\ng left#arm\nf 1 2 3#all\n");
+    EXPECT_EQ(content.mesh.positions[1], (Vec3f{1, 0, 1}));
+    EXPECT_EQ(Corners(content), (std::vector<std::uint32_t>{0, 1, 2}));
+    EXPECT_EQ(content.mesh.topology->groupNames, (std::vector<std::string>{"left#arm"}));
+    EXPECT_THROW_MSG(Parse("v 0 #0 0\n"), base::FormatError,
+                     "body.obj:1: vertex has fewer than three coordinates");
+}
+
+TEST(ParseObj, tells_of_texture_coordinates_that_it_leaves_out)
+{
+    const std::string vertices = "v 0 0 0\nv 1 0 0\nv 2 0 0\n";
+    const ObjContent none = Parse(vertices + "f 1/1 2/-1 3/7\n");
+    EXPECT_EQ(none.mesh.faceCount(), 1u);
+    EXPECT_TRUE(none.texCoords.cornerIndices.empty());
+    EXPECT_EQ(Told(none),
+              (std::vector<std::string>{"body.obj: faces name texture coordinates, but none are defined"}));
+    EXPECT_EQ(Told(Parse(vertices + "vt 0 0\nf 1/1 2 3/1\n")),
+              (std::vector<std::string>{
+                  "body.obj: some corners have no texture coordinates, so those of all are left out"}));
+    ObjReadOptions options;
+    options.readTexCoords = false;
+    EXPECT_TRUE(Parse(vertices + "f 1/1 2/1 3/7\n", options).diagnostics.empty());
+}
+
+TEST(ParseObj, takes_lines_that_end_with_a_carriage_return_alone)
+{
+    const ObjContent content = Parse("# old\rv 0 0 0\rv 1 0 0\rv 2 0 0\rg a b\rf 1 2 \\\r3\r");
+    EXPECT_EQ(Corners(content), (std::vector<std::uint32_t>{0, 1, 2}));
+    EXPECT_EQ(content.mesh.topology->groupNames, (std::vector<std::string>{"a b"}));
+    EXPECT_THROW_MSG(Parse("v 0 0 0\rv 1 2\r"), base::FormatError,
+                     "body.obj:2: vertex has fewer than three coordinates");
+}
+
+TEST(ParseObj, says_what_a_file_is_that_is_no_text_of_bytes)
+{
+    using namespace std::string_literals;
+    const char* const wide = "body.obj: is text in UTF-16, and an OBJ file is read in ASCII or UTF-8 only";
+    EXPECT_THROW_MSG(Parse("\xFF\xFEv\0 \0"
+                           "1\0"s),
+                     base::FormatError, wide);
+    EXPECT_THROW_MSG(Parse("\xFE\xFF\0v\0 "s), base::FormatError, wide);
+    EXPECT_THROW_MSG(Parse("\x1F\x8B\x08\0"s), base::FormatError,
+                     "body.obj: is compressed with gzip; unpack it first");
+    EXPECT_EQ(Parse("\xEF\xBB\xBFv 1 2 3\n").mesh.vertexCount(), 1u);
+}
+
 TEST(ParseObj, keeps_groups_surfaces_lines_and_libraries)
 {
     const ObjContent content =
@@ -152,8 +233,6 @@ TEST(ParseObj, names_file_line_and_fault)
     EXPECT_THROW_MSG(Parse("vt 0 1e39\n"), base::FormatError, "body.obj:1: bad number \"1e39\"");
     EXPECT_THROW_MSG(Parse("v 1 2\n"), base::FormatError,
                      "body.obj:1: vertex has fewer than three coordinates");
-    EXPECT_THROW_MSG(Parse("v 0 0 0\n\nf 1 1\n"), base::FormatError,
-                     "body.obj:3: face has fewer than three corners");
     EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 0 1\n"), base::FormatError,
                      "body.obj:2: index 0 where indices start at 1");
     EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1/x 1\n"), base::FormatError, "body.obj:2: bad index \"x\"");
@@ -168,8 +247,10 @@ TEST(ParseObj, names_file_line_and_fault)
                      "body.obj:3: face names texture coordinate 2 but only 1 are defined");
     EXPECT_THROW_MSG(Parse("v 0 0 0\nl 1 5\n"), base::FormatError,
                      "body.obj:2: line names vertex 5 but only 1 are defined");
-    EXPECT_THROW_MSG(Parse("v 0 0 0\nl 1\n"), base::FormatError,
-                     "body.obj:2: line has fewer than two vertices");
+    EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1\nf 1 1 1\nl 1\nf 1 2\nf 1 1 3\n"), base::FormatError,
+                     "body.obj:6: face names vertex 3 but only 1 are defined");
+    EXPECT_THROW_MSG(Parse("v 0 0 0\nl 1\nl 1 1\nl 1 2\n"), base::FormatError,
+                     "body.obj:4: line names vertex 2 but only 1 are defined");
 }
 
 TEST(ParseObj, gives_the_same_mesh_however_many_chunks_the_text_has)
@@ -184,8 +265,15 @@ TEST(ParseObj, gives_the_same_mesh_however_many_chunks_the_text_has)
     EXPECT_EQ(content.mesh.topology->faceSurfaces, sphere.topology->faceSurfaces);
     // Behind the first chunk, so the line is counted across chunks.
     const auto lines = std::count(text.begin(), text.end(), '\n');
-    EXPECT_THROW_MSG(Parse(text + "f 1 2\n"), base::FormatError,
-                     "body.obj:" + std::to_string(lines + 1) + ": face has fewer than three corners");
+    EXPECT_THROW_MSG(Parse(text + "f 1 x 2\n"), base::FormatError,
+                     "body.obj:" + std::to_string(lines + 1) + ": bad index \"x\"");
+    EXPECT_EQ(Told(Parse("f 1 2\n" + text + "f 1 2\n")),
+              (std::vector<std::string>{
+                  "body.obj: 2 faces have fewer than three corners and are left out, the first in line 1"}));
+    EXPECT_EQ(
+        Told(Parse(text + "f 1 2\n")),
+        (std::vector<std::string>{"body.obj: 1 face has fewer than three corners and is left out, in line " +
+                                  std::to_string(lines + 1)}));
 }
 
 TEST(ParseObj, answers_every_cut_of_a_good_text_with_a_mesh_or_a_format_error)

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "base/diagnostic.h"
+
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -25,7 +27,8 @@ struct MakeFigureOptions {
 struct MadeFigure {
     std::string label;
     std::size_t vertexCount = 0, boneCount = 0, morphCount = 0;
-    std::string joints; ///< the set of positions that was used
+    std::string joints;            ///< the set of positions that was used
+    base::Diagnostics diagnostics; ///< what of the mesh was left out
 };
 
 /// Writes a figure of a kind under the kind's own asset URI, its morphs below it, and the files that load it.

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/diagnostic.h"
 #include "geometry/polygon_mesh.h"
 #include "geometry/texcoords.h"
 
@@ -41,17 +42,20 @@ struct ObjContent {
     TexCoords texCoords;
     std::vector<std::vector<std::uint32_t>> lines; ///< `l` records, vertex indices from 0
     std::vector<std::string> materialLibraries;    ///< `mtllib` records
+    base::Diagnostics diagnostics;                 ///< what was left out
 };
 
 /// Reads one polygon mesh from OBJ text.
 ///
 /// Positions come back in centimetres, Y up. Vertex i is the file's (i + 1)th `v` record, also when no face
 /// uses it: a morph read from the file relies on the figure's own numbering. Faces keep corner count and
-/// winding. Relative (negative) indices are resolved; records of other kinds are skipped. Large texts are
-/// read in parallel.
+/// winding. Relative (negative) indices are resolved; records of other kinds are skipped, and so are faces of
+/// fewer than three corners and lines of fewer than two vertices. Lines end as any system ends them. Large
+/// texts are read in parallel.
 ///
 /// @param name  stands for the text in error messages, usually the file name
-/// @throws base::FormatError  a record cannot be understood; the text names the file and the line
+/// @throws base::FormatError  a record cannot be understood; the text names the file and the line. Or it is
+///                            no text of single bytes, such as a compressed file
 ObjContent ParseObj(std::string_view text, const ObjReadOptions& options, const std::string& name);
 
 /// As ParseObj, from a file.
