@@ -88,8 +88,8 @@ QString DocumentationFolderBesideProgram()
 }
 
 DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
-    : _window(*dzApp->getInterface()), _files(_window, attendant), _view(_window), _panes(tr("&Window")),
-      _log(new LogWindow(&_window))
+    : _window(*dzApp->getInterface()), _log(new LogWindow(&_window)), _files(_window, attendant),
+      _view(_window), _panes(tr("&Window"))
 {
     for (QDockWidget* const dock : _window.findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))
         _panes.addAction(dock->toggleViewAction());

@@ -64,14 +64,15 @@ private:
     void tellAbout();
 
     DzMainWindow& _window;
+    /// Goes with the window if that goes first. Before all that read settings, which may be damaged.
+    QPointer<LogWindow> _log;
     SceneFiles _files;
     RecentFilesMenu _recent;
     RigFollower _rig;
     ShaperWatch _shapers;
     ViewMenu _view;
     QMenu _panes;
-    QPointer<LogWindow> _log; ///< goes with the window if that goes first
-    QStringList _waiting;     ///< files that were dropped
+    QStringList _waiting; ///< files that were dropped
     bool _isOpening = false;
     QStringList _contentFolders; ///< those that are not there too
 };

@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <vector>
 
+#include <locale.h>
+
 DzPlugin::DzPlugin(const QString& name, const QString& author, const QString& description,
                    unsigned short major, unsigned short minor, unsigned short rev, unsigned short build)
     : _name(name), _author(author), _description(description), _version(major, minor, rev, build),
@@ -122,11 +124,23 @@ QString DzPluginMgr::getFailure(const DzPlugin* plugin) const
 
 namespace {
 
+/// The system's linker says what is wrong in the language of the thread's locale, and all sentences here are
+/// English.
+bool LoadInEnglish(QLibrary& library)
+{
+    const locale_t english = newlocale(LC_MESSAGES_MASK, "C", duplocale(uselocale(nullptr)));
+    const locale_t former = uselocale(english);
+    const bool isLoaded = library.load();
+    uselocale(former);
+    freelocale(english);
+    return isLoaded;
+}
+
 /// The module's definition; null, with the reason, when it is none of ours.
 DzPlugin* DefinitionOf(QLibrary& library, QString* reason)
 {
     const QString filename = library.fileName();
-    if (!library.load()) {
+    if (!LoadInEnglish(library)) {
         *reason = library.errorString();
         return nullptr;
     }

@@ -15,6 +15,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
+#include <QSet>
 
 #include <cerrno>
 #include <cstdio>
@@ -60,8 +61,14 @@ nlohmann::json ToJson(const QVariant& value)
     }
 }
 
+/// What was told since the settings were read or written last: each of them asks for the same file.
+QSet<QString> g_told;
+
 void Tell(const QString& what)
 {
+    if (g_told.contains(what))
+        return;
+    g_told.insert(what);
     Report({base::Severity::Warning, FileName().toStdString(), {}, what.toStdString()});
 }
 
@@ -88,20 +95,33 @@ bool SetAside()
     return true;
 }
 
+/// @return 0 or the system's error number; the toolkit's reasons are in the language of the user's locale
+int ReadWhole(const QByteArray& name, std::string& text)
+{
+    std::FILE* const file = std::fopen(name.constData(), "rb");
+    if (!file)
+        return errno;
+    char part[4096];
+    while (const std::size_t size = std::fread(part, 1, sizeof part, file))
+        text.append(part, size);
+    const int error = std::ferror(file) ? errno : 0;
+    std::fclose(file);
+    return error;
+}
+
 /// @return nothing where there are settings that cannot be had now, and must not be written over
 std::optional<Values> Load()
 {
     Values values;
-    QFile file(FileName());
-    if (!file.exists())
+    if (!QFile::exists(FileName()))
         return values;
-    if (!QFileInfo(file).isFile()) { // a pipe would be waited for
+    if (!QFileInfo(FileName()).isFile()) { // a pipe would be waited for
         Tell(QStringLiteral("the settings cannot be read: it is no file"));
         return std::nullopt;
     }
-    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    if (file.error() != QFileDevice::NoError) {
-        Tell(QLatin1String("the settings cannot be read: ") + file.errorString());
+    std::string text;
+    if (const int error = ReadWhole(QFile::encodeName(FileName()), text)) {
+        Tell(QLatin1String("the settings cannot be read: ") + QString::fromStdString(base::ReasonOf(error)));
         return std::nullopt;
     }
     const nlohmann::json json = nlohmann::json::parse(text.begin(), text.end(), nullptr, false);
@@ -118,6 +138,7 @@ void Save(const Values& values)
     for (auto it = values.begin(); it != values.end(); ++it)
         json[it.key().toStdString()] = ToJson(it.value());
     base::WriteFileAtomically(FileName().toStdString(), json.dump(2) + '\n');
+    g_told.clear();
 }
 
 // Other processes may share the file: its folder is locked, the file read anew, changed and written as one
@@ -147,6 +168,7 @@ bool Update(const Change& change)
 void SetSettingsFolder(const QString& folder)
 {
     g_folder = folder;
+    g_told.clear();
 }
 
 QVariant ReadSetting(const QString& key)

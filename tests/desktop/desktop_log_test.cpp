@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDialog>
+#include <QFile>
 #include <QPushButton>
 #include <QTableWidget>
 
@@ -63,6 +64,22 @@ TEST_F(DesktopLog, is_opened_by_the_window_menu_and_shows_the_parts_newest_last)
         titles << table().horizontalHeaderItem(column)->text();
     EXPECT_EQ(titles, (QStringList{"Severity", "File", "Asset", "What"}));
     SavePicture(log(), "log");
+}
+
+TEST_F(DesktopLog, has_what_was_wrong_with_the_settings_that_the_window_reads_first)
+{
+    desktop.reset();
+    const QString settings = TestFolder() + QLatin1String("/settings/settings.json");
+    QFile file(settings);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("{ nonsense");
+    file.close();
+    desktop.reset(new desktop::DesktopWindow(attendant));
+    ASSERT_EQ(table().rowCount(), 1);
+    EXPECT_EQ(row(0).last(),
+              QStringLiteral("the settings in \"%1\" cannot be read; they are kept as \"%1.broken\"")
+                  .arg(settings));
+    EXPECT_TRUE(QFile::remove(settings + QLatin1String(".broken")));
 }
 
 TEST_F(DesktopLog, tells_why_a_file_could_not_be_opened)

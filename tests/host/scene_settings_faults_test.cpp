@@ -127,6 +127,29 @@ TEST_F(SettingsFaults, that_cannot_be_understood_stay_where_they_cannot_be_set_a
     EXPECT_EQ(std::string((std::istreambuf_iterator<char>(file)), {}), "{ nonsense");
 }
 
+TEST_F(SettingsFaults, that_stay_are_told_once_until_all_is_well_again)
+{
+    fs::remove_all(folder());
+    fs::create_directory_symlink(folder().string() + " gone", folder());
+    const openhost::DiagnosticsCollector met(dzApp->diagnostics());
+    int told = 0;
+    const QObject listener;
+    QObject::connect(&dzApp->diagnostics(), &openhost::DiagnosticsHub::reported, &listener, [&] { ++told; });
+    for (int i = 0; i < 3; ++i)
+        EXPECT_FALSE(setCount(i));
+    EXPECT_EQ(told, 1);
+    ASSERT_EQ(met.all().size(), 1u);
+    EXPECT_EQ(met.all()[0].what, "the settings are not saved: cannot create folder " + folder().string() +
+                                     ": the link " + folder().string() + " leads to " + folder().string() +
+                                     " gone, which is not there");
+    fs::remove(folder());
+    EXPECT_TRUE(setCount(5));
+    fs::remove_all(folder());
+    fs::create_directory_symlink(folder().string() + " gone", folder());
+    EXPECT_FALSE(setCount(6));
+    EXPECT_EQ(told, 2);
+}
+
 TEST_F(SettingsFaults, a_pipe_in_their_place_is_not_waited_for)
 {
     const fs::path pipe = folder() / "settings.json";
