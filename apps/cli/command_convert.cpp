@@ -3,6 +3,7 @@
 
 #include "command_convert.h"
 
+#include "base/device_name.h"
 #include "base/limits.h"
 #include "conversion.h"
 #include "host_session.h"
@@ -177,7 +178,7 @@ void CheckFolderName(const char* option, const std::string& name)
         return static_cast<unsigned char>(c) < 0x20 || std::strchr("/\\:*?\"<>|", c);
     });
     const bool isBlank = name.find_first_not_of(' ') == name.npos;
-    if (isBlank || hasBadCharacter || name.back() == '.')
+    if (isBlank || hasBadCharacter || name.back() == '.' || base::IsDeviceName(name))
         throw UsageError(std::string(option) + " \"" + name + "\" cannot be the name of a folder");
     if (QString::fromStdString(name).toStdString() != name)
         throw UsageError(fmt::format("{} is not UTF-8", option));

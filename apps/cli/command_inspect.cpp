@@ -16,6 +16,7 @@
 #include "morph_facts.h"
 #include "options.h"
 #include "progress.h"
+#include "temporary_folder.h"
 
 #include <memory>
 
@@ -125,6 +126,7 @@ void InspectMorphs(const InspectArguments& arguments, Progress& progress)
 
 void Inspect(const InspectArguments& arguments)
 {
+    TemporaryFolder::removeThoseOfEndedRuns();
     Progress progress(!arguments.json);
     progress.stage("read", "Reading " + arguments.file);
     std::error_code error;

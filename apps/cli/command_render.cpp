@@ -119,6 +119,8 @@ geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progre
 void Render(const RenderArguments& arguments)
 {
     CheckOutput(arguments.out, {arguments.file});
+    if (!HasExtension(arguments.out, ".png"))
+        throw UsageError(fmt::format("cannot write {}: a picture is a .png file", arguments.out));
     ExpectFiles();
     Progress progress(true);
     progress.stage("read", "Reading " + arguments.file);

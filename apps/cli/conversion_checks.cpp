@@ -15,6 +15,7 @@
 #include "dzuri.h"
 #include "geometry/deltas.h"
 #include "geometry/limits.h"
+#include "mesh_files.h"
 #include "openhost/missing_shapes.h"
 #include "openhost/shapes.h"
 #include "output_name.h"
@@ -70,13 +71,18 @@ void CheckFolder(const fs::path& folder)
 
 void CheckPlaces(const ConversionRequest& request)
 {
+    std::error_code error;
+    for (const char* const type : {".duf", ".dsf", ".dhdm", ".obj", ".png"})
+        if (HasExtension(request.pictures, type) && !fs::is_directory(request.pictures, error))
+            throw UsageError(
+                fmt::format("the pictures go into a folder as .png files, and {} is the name of a file",
+                            FileText(request.pictures)));
     if (!request.pictures.empty())
         CheckFolder(request.pictures);
     if (request.save)
         CheckFolder(request.save->contentDirectory);
     if (request.exportObj.empty())
         return;
-    std::error_code error;
     const fs::path folder = request.exportObj.parent_path();
     if (!folder.empty() && !fs::is_directory(folder, error))
         throw std::runtime_error(fmt::format("cannot write {}: there is no folder {}",

@@ -44,6 +44,11 @@ bool IsOwnFolder(const fs::path& path)
     return lstat(path.c_str(), &found) == 0 && S_ISDIR(found.st_mode) && found.st_uid == geteuid();
 }
 
+fs::path Parent()
+{
+    return QFile::encodeName(QDir::tempPath()).toStdString();
+}
+
 void RemoveThoseOfEndedRuns(const fs::path& parent)
 {
     std::error_code error;
@@ -68,10 +73,15 @@ fs::path Make(const fs::path& parent, const std::string& mark)
 
 TemporaryFolder::TemporaryFolder(Lasting lasting) : _lasting(lasting)
 {
-    const fs::path parent = QFile::encodeName(QDir::tempPath()).toStdString();
+    const fs::path parent = Parent();
     RemoveThoseOfEndedRuns(parent);
     // Without a mark nobody can tell that its run has ended.
     _path = Make(parent, lasting == Lasting::Kept ? "kept" : base::ProcessMark());
+}
+
+void TemporaryFolder::removeThoseOfEndedRuns()
+{
+    RemoveThoseOfEndedRuns(Parent());
 }
 
 TemporaryFolder::~TemporaryFolder()

@@ -22,6 +22,9 @@ public:
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
+    /// For runs that make none.
+    static void removeThoseOfEndedRuns();
+
     const std::filesystem::path& path() const { return _path; }
     /// Another process has the folder as well, and removes it.
     void leaveToOthers() { _lasting = Lasting::Kept; }

@@ -167,12 +167,23 @@ TEST_F(ConvertFailure, wants_vendor_and_product_with_a_library_and_the_other_way
 TEST_F(ConvertFailure, wants_names_that_can_be_folders)
 {
     const std::string place = workspace.path("saved");
-    for (const char* name : {"", " ", ".", "..", "../up", "a/b", "a\\b", "a:b", "a\nb", "end."}) {
+    for (const char* name : {"", " ", ".", "..", "../up", "a/b", "a\\b", "a:b", "a\nb", "end.", "CON",
+                             "nul.x", "Com1", "LPT\xC2\xB3", "aux .txt"}) {
         SCOPED_TRACE(name);
         expectNothingMade({"--save-library", place, "--vendor", name, "--product", "Heroes"}, 2,
                           "cannot be the name of a folder.");
         expectNothingMade({"--save-library", place, "--vendor", "Acme", "--product", name}, 2,
                           "cannot be the name of a folder.");
+    }
+}
+
+TEST_F(ConvertFailure, wants_a_folder_for_pictures)
+{
+    for (const char* const name : {"out.duf", "out.DSF", "out.png"}) {
+        const std::string place = workspace.path(name);
+        expectNothingMade({"--pictures", place}, 2,
+                          "The pictures go into a folder as .png files, and " + place +
+                              " is the name of a file.");
     }
 }
 

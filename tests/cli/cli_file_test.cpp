@@ -158,6 +158,19 @@ TEST(RenderCommand, joins_several_views_of_the_wanted_size)
     EXPECT_EQ(size.second, 80u);
 }
 
+TEST(RenderCommand, writes_pictures_under_names_of_pictures_only)
+{
+    const Workspace workspace;
+    const std::string mesh = workspace.write("cube.obj", CubeText(0.0));
+    for (const char* const name : {"out.duf", "out.dsf", "out.dhdm", "out.jpg", "out", "png"}) {
+        const std::string out = workspace.path(name);
+        ExpectError(RunProgram({"render", mesh, "--out", out}), 2,
+                    "Cannot write " + out + ": a picture is a .png file.");
+        EXPECT_FALSE(workspace.has(name));
+    }
+    ExpectSuccess(RunProgram({"render", mesh, "--out", workspace.path("out.PNG"), "--size", "16x16"}));
+}
+
 TEST(RenderCommand, names_a_file_that_is_missing)
 {
     const Workspace workspace;

@@ -80,6 +80,13 @@ TEST_F(LeftOver, of_a_run_that_was_killed_goes_with_the_next_one)
     EXPECT_EQ(folders(), std::vector<std::string>());
 }
 
+TEST_F(LeftOver, goes_with_a_run_that_makes_nothing_of_its_own)
+{
+    const fs::path old = makeFolder("gantrel-" + EndedMark() + "-folder");
+    ExpectSuccess(RunProgram({"inspect", workspace.write("point.obj", "v 0 0 0\n")}));
+    EXPECT_FALSE(fs::exists(old));
+}
+
 TEST_F(LeftOver, of_a_run_that_goes_on_stays)
 {
     const fs::path ours = makeFolder("gantrel-" + base::ProcessMark() + "-abcdef");

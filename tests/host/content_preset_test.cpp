@@ -206,7 +206,8 @@ TEST_F(SavedMorph, is_not_written_under_a_bad_name)
     DzFigure* const figure = openWithMorph();
     ASSERT_NE(figure, nullptr);
     fs::create_directories(folder("mine"));
-    for (const char* const bad : {"", ".", "..", "a/b", "a\\b", "  ", "a:b", "a\nb", "Inc."}) {
+    for (const char* const bad :
+         {"", ".", "..", "a/b", "a\\b", "  ", "a:b", "a\nb", "Inc.", "con", "Lpt1.x"}) {
         EXPECT_EQ(save(*figure, folder("mine"), bad),
                   reported("The vendor name is empty or cannot be the name of a folder."))
             << bad;
@@ -265,6 +266,9 @@ TEST_F(SavedMorph, is_not_lost_to_a_program_that_saves_at_the_same_time)
     const std::string outcome = save(*figure, folder("mine"));
     late.join();
     EXPECT_EQ(outcome, reported("The operation failed."));
+    EXPECT_TRUE(log().contains(
+        QStringLiteral("another program has saved a morph of this name meanwhile, which would be lost: ") +
+        QString::fromStdString(savedFile().string())));
     EXPECT_EQ(ReadBytes(savedFile()), "the other's");
 }
 

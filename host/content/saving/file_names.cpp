@@ -3,11 +3,11 @@
 
 #include "saving/file_names.h"
 
+#include "base/device_name.h"
 #include "openhost/morph_names.h"
 
 #include <QCryptographicHash>
 #include <QString>
-#include <QStringList>
 
 #include <algorithm>
 #include <cstring>
@@ -63,17 +63,6 @@ std::string Utf8(uint character)
     return QString::fromUcs4(&character, 1).toStdString();
 }
 
-/// Names that one system keeps for devices, whatever follows after a full stop.
-bool IsDevice(const QString& name)
-{
-    const QString stem = name.section(QLatin1Char('.'), 0, 0).toUpper();
-    static const QStringList plain{"CON", "PRN", "AUX", "NUL"};
-    const bool isNumbered = stem.size() == 4 &&
-                            (IsDigit(stem[3].unicode()) || stem[3].category() == QChar::Number_Other) &&
-                            (stem.startsWith(QLatin1String("COM")) || stem.startsWith(QLatin1String("LPT")));
-    return plain.contains(stem) || isNumbered;
-}
-
 /// Where a full stop hides a file or is dropped, and a blank gets lost.
 bool IsLostAtEnds(uint character)
 {
@@ -111,7 +100,8 @@ std::string FileName(const std::string& name)
         const bool looksPut = i == 0 && character == '_' && characters.size() > 1 && IsDigit(characters[1]);
         const bool isEncoded = IsSpecial(character) || IsUnseen(character) || looksPut ||
                                (isAtEnd && IsLostAtEnds(character)) ||
-                               (IsBlank(character) && character != ' ') || (i == 0 && IsDevice(composed));
+                               (IsBlank(character) && character != ' ') ||
+                               (i == 0 && base::IsDeviceName(composed.toStdString()));
         result += isEncoded ? Encoded(Utf8(character)) : Utf8(character);
     }
     if (!result.empty() && IsDigit(static_cast<unsigned char>(result[0])))

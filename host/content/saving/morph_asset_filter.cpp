@@ -6,6 +6,7 @@
 #include "app/current_attendant.h"
 #include "app/guard.h"
 #include "base/cancellation.h"
+#include "base/device_name.h"
 #include "base/errors.h"
 #include "base/file_set.h"
 #include "dson/dhdm.h"
@@ -65,11 +66,12 @@ std::string FolderName(const DzFileIOSettings& options, const char* key)
 /// Folders are named by the user; what would lead elsewhere is no folder name.
 bool CanNameFolder(const std::string& name)
 {
-    // Libraries move between systems; some refuse these characters, and drop a full stop at the end.
+    // Libraries move between systems; some refuse these characters, drop a full stop at the end, and keep
+    // names for devices.
     const bool hasBadCharacter = std::any_of(name.begin(), name.end(), [](char c) {
         return static_cast<unsigned char>(c) < 0x20 || std::strchr("/\\:*?\"<>|", c);
     });
-    return !name.empty() && name.back() != '.' && !hasBadCharacter;
+    return !name.empty() && name.back() != '.' && !hasBadCharacter && !base::IsDeviceName(name);
 }
 
 DzError Refuse(DzError error, const std::string& reason)
@@ -257,7 +259,10 @@ void Save(const std::vector<Wanted>& all, const DzFileIOSettings& options, const
     // Until the folders were locked, another program may have saved under the names.
     for (const QString& file : OthersFiles(all, options))
         if (!replaced.contains(file))
-            ThrowNotReplaceable({file});
+            throw base::FormatError(
+                "another program has saved a morph of this name meanwhile, which would be "
+                "lost: {}",
+                file.toStdString());
     std::vector<Written> written;
     for (const Wanted& wanted : all)
         written.push_back(Write(wanted, options, set));
