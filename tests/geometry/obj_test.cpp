@@ -267,6 +267,10 @@ TEST(ParseObj, gives_the_same_mesh_however_many_chunks_the_text_has)
     const auto lines = std::count(text.begin(), text.end(), '\n');
     EXPECT_THROW_MSG(Parse(text + "f 1 x 2\n"), base::FormatError,
                      "body.obj:" + std::to_string(lines + 1) + ": bad index \"x\"");
+    const std::vector<std::uint32_t> corners = Corners(Parse(text + "f 1 -1\nf 3 2 1\n"));
+    EXPECT_EQ(std::vector<std::uint32_t>(corners.end() - 3, corners.end()),
+              (std::vector<std::uint32_t>{2, 1, 0}))
+        << "what came relative in a face that is left out";
     EXPECT_EQ(Told(Parse("f 1 2\n" + text + "f 1 2\n")),
               (std::vector<std::string>{
                   "body.obj: 2 faces have fewer than three corners and are left out, the first in line 1"}));
