@@ -8,6 +8,7 @@
 
 #include <QCryptographicHash>
 #include <QString>
+#include <QVector>
 
 #include <algorithm>
 #include <cstring>
