@@ -75,6 +75,12 @@ fs::path Followed(fs::path path)
     return path;
 }
 
+/// Which belongs to its folder: a link of that name, which anybody may have put there, leads nowhere.
+bool IsJournal(const fs::path& file)
+{
+    return file.filename() == fileSetJournal;
+}
+
 [[noreturn]] void Fail(const fs::path& file, int reason)
 {
     throw IoError("cannot write {}: {}", file.string(), ReasonOf(reason));
@@ -95,8 +101,7 @@ void FinishLeftSet(const fs::path& target)
 {
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
     std::error_code error;
-    if (target.filename() != fileSetJournal &&
-        fs::is_regular_file(fs::symlink_status(folder / fileSetJournal, error)))
+    if (!IsJournal(target) && fs::is_regular_file(fs::symlink_status(folder / fileSetJournal, error)))
         FinishFileSet(folder);
 }
 
@@ -113,7 +118,8 @@ void RemoveUnfinishedFilesOnce(const fs::path& folder)
 } // namespace
 
 AtomicFile::AtomicFile(const fs::path& target, Durability durability)
-    : _named(target), _target(Followed(target)), _unfinished(UnfinishedName(_target)), _durability(durability)
+    : _named(target), _target(IsJournal(target) ? target : Followed(target)),
+      _unfinished(UnfinishedName(_target)), _durability(durability)
 {
     // Told now rather than at the end, when other files may have been put in place already.
     ThrowIfOutOfBounds(_target);

@@ -10,6 +10,7 @@
 #include "base/process_mark.h"
 #include "base/reason.h"
 #include "base/write_bounds.h"
+#include "file_identity.h"
 #include "file_set_recovery.h"
 #include "folder_locks.h"
 
@@ -82,6 +83,12 @@ LeftSet Describe(const std::vector<Member*>& changing)
         set.journal.id = NextId();
     for (Member* const member : changing) {
         member->plan.folder = member->real.lexically_relative(set.root).string();
+        for (Renaming& renaming : member->plan.renames) {
+            renaming.fromIdentity = IdentityOf(member->real / renaming.from);
+            renaming.toIdentity = IdentityOf(member->real / renaming.to);
+        }
+        for (Removal& removal : member->plan.removals)
+            removal.identity = IdentityOf(member->real / removal.name);
         set.journal.folders.push_back(member->plan);
     }
     return set;
@@ -133,6 +140,7 @@ struct FileSet::Impl {
     std::vector<Member> members;                    ///< in the order of their real paths
     std::vector<std::unique_ptr<AtomicFile>> alone; ///< what links lead to that lie in the folders
     std::mutex writing;
+    FinishedSets left;
 
     [[noreturn]] void refuse(const FolderLocks::Refusal& refusal) const;
     std::optional<FolderLocks::Refusal> tryToLock(FolderLocks::Deadline end);
@@ -148,7 +156,7 @@ std::optional<FolderLocks::Refusal> FileSet::Impl::tryToLock(FolderLocks::Deadli
     std::vector<fs::path> folders;
     for (const Member& member : members)
         folders.push_back(member.real);
-    return FinishAndLock(locks, folders, end);
+    return FinishAndLock(locks, folders, end, left);
 }
 
 void FileSet::Impl::refuse(const FolderLocks::Refusal& refusal) const
@@ -200,6 +208,11 @@ FileSet::FileSet(const std::vector<fs::path>& folders) : _impl(std::make_unique<
 
 FileSet::~FileSet() = default;
 
+const Diagnostics& FileSet::diagnostics() const
+{
+    return _impl->left.told;
+}
+
 void FileSet::write(const fs::path& file, std::string_view content)
 {
     ThrowIfCancelled();
@@ -212,8 +225,8 @@ void FileSet::write(const fs::path& file, std::string_view content)
     // What a link leads to may lie anywhere; journals tell of the set's own folders alone.
     if (!member)
         return _impl->alone.push_back(std::move(unfinished));
-    member->plan.renames.emplace_back(unfinished->unfinished().filename().string(),
-                                      unfinished->target().filename().string());
+    member->plan.renames.push_back(
+        {unfinished->unfinished().filename().string(), unfinished->target().filename().string(), {}, {}});
     member->files.push_back(std::move(unfinished));
 }
 
@@ -222,7 +235,7 @@ void FileSet::remove(const fs::path& file)
     const std::lock_guard<std::mutex> lock(_impl->writing);
     Member* const member = _impl->memberWith(_impl->placeOf(file));
     assert(member);
-    member->plan.removals.push_back(file.filename().string());
+    member->plan.removals.push_back({file.filename().string(), {}});
 }
 
 void FileSet::commit()
@@ -257,20 +270,32 @@ void FileSet::commit()
     PutInPlace(set);
 }
 
-bool FinishFileSet(const fs::path& folder)
+bool FinishFileSet(const fs::path& folder, Diagnostics* told)
 {
-    std::error_code error;
-    const fs::path real = fs::canonical(folder, error);
-    if (error || access(folder.c_str(), W_OK) != 0)
-        return false;
-    bool hasPut = false;
+    FinishedSets left;
+    std::string reason;
     try {
+        if (!HasJournalFile(folder) && access(folder.c_str(), W_OK) != 0)
+            return false;
         FolderLocks locks;
-        FinishAndLock(locks, {real}, std::chrono::steady_clock::now() + FileSet::patience, &hasPut);
-    } catch (const IoError&) {
-        return false;
+        const auto refusal = FinishAndLock(locks, {fs::canonical(folder)},
+                                           std::chrono::steady_clock::now() + FileSet::patience, left);
+        // Whoever is saving tells of it.
+        if (refusal && refusal->reason != EWOULDBLOCK)
+            reason = ReasonOf(refusal->reason);
+    } catch (const IoError& error) {
+        reason = error.what();
+    } catch (const fs::filesystem_error& error) {
+        reason = ReasonOf(error.code());
     }
-    return hasPut;
+    if (!reason.empty())
+        left.told.push_back({Severity::Warning,
+                             folder.string(),
+                             {},
+                             "a save was interrupted here and cannot be finished: " + reason});
+    if (told)
+        told->insert(told->end(), left.told.begin(), left.told.end());
+    return left.hasPut;
 }
 
 } // namespace base

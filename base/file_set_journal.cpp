@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string heading = "gantrel file set 1";
+const std::string heading = "gantrel file set 2";
 
 /// A word that says what follows, and that.
 using Item = std::vector<std::string>;
@@ -39,8 +39,10 @@ std::size_t Length(const std::string& what)
     if (what == "member")
         return 4;
     if (what == "put")
+        return 5;
+    if (what == "remove")
         return 3;
-    return what == "set" || what == "draft" || what == "folder" || what == "remove" ? 2 : 0;
+    return what == "set" || what == "draft" || what == "folder" ? 2 : 0;
 }
 
 std::vector<std::string> Words(const std::string& text)
@@ -89,19 +91,20 @@ bool IsFolder(const std::string& below)
 bool Add(Journal& journal, const Item& item)
 {
     const std::string& what = item.front();
-    if (what == "set" || what == "draft" || what == "member" ||
-        !(what == "folder" ? IsFolder : IsName)(item.back()))
-        return false;
-    if (what == "folder")
+    if (what == "folder") {
         journal.folders.push_back({item[1], {}, {}});
-    else if (journal.folders.empty())
+        return IsFolder(item[1]);
+    }
+    if (journal.folders.empty() || !IsName(item[1]))
         return false;
-    else if (what == "remove")
-        journal.folders.back().removals.push_back(item[1]);
-    else if (IsUnfinishedName(item[1]) && IsName(item[1]))
-        journal.folders.back().renames.emplace_back(item[1], item[2]);
-    else
+    FolderPlan& plan = journal.folders.back();
+    if (what == "remove") {
+        plan.removals.push_back({item[1], item[2]});
+        return true;
+    }
+    if (what != "put" || !IsUnfinishedName(item[1]) || !IsName(item[2]))
         return false;
+    plan.renames.push_back({item[1], item[2], item[3], item[4]});
     return true;
 }
 
@@ -132,10 +135,10 @@ std::string ToText(const Journal& journal)
             items.push_back({"folder", plan.folder});
         if (!journal.isDecided)
             continue;
-        for (const auto& [from, to] : plan.renames)
-            items.push_back({"put", from, to});
-        for (const std::string& name : plan.removals)
-            items.push_back({"remove", name});
+        for (const Renaming& renaming : plan.renames)
+            items.push_back({"put", renaming.from, renaming.to, renaming.fromIdentity, renaming.toIdentity});
+        for (const Removal& removal : plan.removals)
+            items.push_back({"remove", removal.name, removal.identity});
     }
     return ToText(items);
 }

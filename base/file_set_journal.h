@@ -6,16 +6,26 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace base {
 
-/// What changes in one folder, by names of files in it.
+/// An unfinished file and what it becomes, by name. The identities are those that the files of these names
+/// had when it was decided: a list that somebody put there knows none, and what has been changed since is not
+/// to be replaced.
+struct Renaming {
+    std::string from, to, fromIdentity, toIdentity;
+};
+
+struct Removal {
+    std::string name, identity;
+};
+
+/// What changes in one folder.
 struct FolderPlan {
-    std::string folder = ".";                                 ///< below the root of all, without links
-    std::vector<std::pair<std::string, std::string>> renames; ///< from, to
-    std::vector<std::string> removals;
+    std::string folder = "."; ///< below the root of all, without links
+    std::vector<Renaming> renames;
+    std::vector<Removal> removals;
 
     bool isEmpty() const { return renames.empty() && removals.empty(); }
 };

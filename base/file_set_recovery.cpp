@@ -7,6 +7,7 @@
 #include "base/errors.h"
 #include "base/file_set.h"
 #include "base/reason.h"
+#include "file_identity.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -33,14 +34,84 @@ void ThrowUnlessGone(const fs::path& file, const fs::path& target)
             target.string(), ReasonOf(reason));
 }
 
-void Carry(const fs::path& folder, const FolderPlan& plan)
+/// What was done of a plan, and what not.
+struct Tally {
+    std::size_t done = 0, others = 0;
+    fs::path example; ///< of files that are others than the plan knew
+
+    /// @return false for what is done already, or another file
+    bool isToBeDone(const fs::path& file, const std::string& identity)
+    {
+        const std::string now = IdentityOf(file);
+        if (now == identity)
+            return now != noFile;
+        if (now != noFile)
+            addOther(file);
+        return false;
+    }
+    void addOther(const fs::path& file)
+    {
+        if (others++ == 0)
+            example = file;
+    }
+};
+
+void Put(const fs::path& folder, const Renaming& renaming, Tally* left)
 {
-    for (const auto& [from, to] : plan.renames)
-        if (std::rename((folder / from).c_str(), (folder / to).c_str()) != 0)
-            ThrowUnlessGone(folder / from, folder / to);
-    for (const std::string& name : plan.removals)
-        if (unlink((folder / name).c_str()) != 0)
-            ThrowUnlessGone(folder / name, folder / name);
+    const fs::path from = folder / renaming.from, to = folder / renaming.to;
+    if (left && !left->isToBeDone(from, renaming.fromIdentity))
+        return;
+    if (left && IdentityOf(to) != renaming.toIdentity)
+        return left->addOther(to);
+    if (std::rename(from.c_str(), to.c_str()) != 0)
+        ThrowUnlessGone(from, to);
+    else if (left)
+        ++left->done;
+}
+
+void Remove(const fs::path& file, const Removal& removal, Tally* left)
+{
+    if (left && !left->isToBeDone(file, removal.identity))
+        return;
+    if (unlink(file.c_str()) != 0)
+        ThrowUnlessGone(file, file);
+    else if (left)
+        ++left->done;
+}
+
+/// @param left  null for a plan that was made just now
+void Carry(const fs::path& folder, const FolderPlan& plan, Tally* left)
+{
+    for (const Renaming& renaming : plan.renames)
+        Put(folder, renaming, left);
+    for (const Removal& removal : plan.removals)
+        Remove(folder / removal.name, removal, left);
+}
+
+void Tell(const LeftSet& set, const Tally& tally, FinishedSets& left)
+{
+    left.hasPut |= tally.done > 0;
+    const auto tell = [&](std::string what) {
+        left.told.push_back({Severity::Warning, set.home().string(), {}, std::move(what)});
+    };
+    if (tally.done > 0)
+        tell(fmt::format("a save was interrupted here and is finished now: {} changed",
+                         tally.done == 1 ? "1 file has" : fmt::format("{} files have", tally.done)));
+    if (tally.others > 0)
+        tell(fmt::format("{} than an interrupted save knew and {} as {}, such as {}",
+                         tally.others == 1 ? "1 file is another"
+                                           : fmt::format("{} files are others", tally.others),
+                         tally.others == 1 ? "stays" : "stay", tally.others == 1 ? "it is" : "they are",
+                         tally.example.string()));
+}
+
+/// 0, or why one of the set's folders may not be changed: what cannot be done as a whole is not begun.
+std::optional<FolderLocks::Refusal> RefusalOf(const std::vector<fs::path>& folders)
+{
+    for (const fs::path& folder : folders)
+        if (access(folder.c_str(), W_OK) != 0)
+            return FolderLocks::Refusal{folder, errno};
+    return std::nullopt;
 }
 
 /// There, and below no link.
@@ -129,7 +200,8 @@ std::vector<fs::path> FoldersOf(const LeftSet& set)
 }
 
 /// Whatever somebody did to the set until now is over when its folders are locked.
-std::optional<FolderLocks::Refusal> FinishSet(const LeftSet& left, FolderLocks::Deadline end, bool& hasPut)
+std::optional<FolderLocks::Refusal> FinishSet(const LeftSet& left, FolderLocks::Deadline end,
+                                              FinishedSets& finished)
 {
     FolderLocks locks;
     const std::vector<fs::path> folders = FoldersOf(left);
@@ -138,11 +210,12 @@ std::optional<FolderLocks::Refusal> FinishSet(const LeftSet& left, FolderLocks::
     const std::optional<LeftSet> set = SetIn(left.home());
     if (!set || set->journal.id != left.journal.id || FoldersOf(*set) != folders)
         return std::nullopt;
+    if (auto refusal = RefusalOf(folders))
+        return refusal;
     if (set->journal.isDecided)
-        PutInPlace(*set);
+        PutInPlace(*set, &finished);
     else
         RemoveJournals(*set);
-    hasPut |= set->journal.isDecided;
     // Anything else would go round for ever.
     if (JournalIn(set->home()))
         throw IoError("cannot remove {}", (set->home() / fileSetJournal).string());
@@ -152,11 +225,10 @@ std::optional<FolderLocks::Refusal> FinishSet(const LeftSet& left, FolderLocks::
 }
 
 /// What is left in a locked folder and has to do with no other.
-void FinishAlone(const fs::path& folder, bool& hasPut)
+void FinishAlone(const fs::path& folder, FinishedSets& finished)
 {
     if (const std::optional<LeftSet> set = SetFor(folder)) {
-        PutInPlace(*set);
-        hasPut = true;
+        PutInPlace(*set, &finished);
     } else if (HasJournalFile(folder)) {
         std::error_code ignored;
         fs::remove(folder / fileSetJournal, ignored); // nothing was put in place by it
@@ -166,11 +238,14 @@ void FinishAlone(const fs::path& folder, bool& hasPut)
 
 } // namespace
 
-void PutInPlace(const LeftSet& set)
+void PutInPlace(const LeftSet& set, FinishedSets* left)
 {
     const std::vector<FolderPlan>& plans = set.journal.folders;
+    Tally tally;
     for (const FolderPlan& plan : plans)
-        Carry(set.folder(plan), plan);
+        Carry(set.folder(plan), plan, left ? &tally : nullptr);
+    if (left)
+        Tell(set, tally, *left);
     try {
         for (const FolderPlan& plan : plans)
             SyncFolder(set.folder(plan));
@@ -182,9 +257,8 @@ void PutInPlace(const LeftSet& set)
 }
 
 std::optional<FolderLocks::Refusal> FinishAndLock(FolderLocks& locks, const std::vector<fs::path>& folders,
-                                                  FolderLocks::Deadline end, bool* hasPut)
+                                                  FolderLocks::Deadline end, FinishedSets& left)
 {
-    bool isAnyPut = false;
     while (true) {
         if (auto refusal = locks.take(folders, end))
             return refusal;
@@ -196,13 +270,11 @@ std::optional<FolderLocks::Refusal> FinishAndLock(FolderLocks& locks, const std:
             break;
         // Its folders have an order of their own in which they are locked.
         locks.release();
-        if (auto refusal = FinishSet(*wide, end, isAnyPut))
+        if (auto refusal = FinishSet(*wide, end, left))
             return refusal;
     }
     for (const fs::path& folder : folders)
-        FinishAlone(folder, isAnyPut);
-    if (hasPut)
-        *hasPut = isAnyPut;
+        FinishAlone(folder, left);
     return std::nullopt;
 }
 

@@ -249,12 +249,14 @@ MadeFigure MakeFigure(const MakeFigureOptions& options)
         WriteHeadSplit(map.weights, options.contentDirectory, set);
     base::ThrowIfCancelled(); // for the last time: all of it is put in place together
     set.commit();
+    base::Diagnostics told = set.diagnostics();
+    told.insert(told.end(), input.diagnostics.begin(), input.diagnostics.end());
     return {kind.label,
             input.parts.neutral.vertexCount(),
             input.parts.bones.size(),
             input.morphs.size(),
             input.joints,
-            input.diagnostics};
+            std::move(told)};
 }
 
 } // namespace content

@@ -5,6 +5,7 @@
 #include "base/errors.h"
 #include "base/file_set.h"
 #include "base/process_mark.h"
+#include "tests/base/journal_text.h"
 #include "tests/base/refusal.h"
 #include "tests/base/scratch_folder.h"
 
@@ -117,11 +118,12 @@ TEST(AtomicFile, takes_its_place_behind_what_a_journal_has_yet_to_put_there)
     std::string ended = base::ProcessMark();
     ended.replace(ended.rfind('-') + 1, std::string::npos, "1");
     const std::string left = "Vera.dsf." + ended + ".7.part";
-    const std::string nul(1, '\0');
     folder.write("Otto.dsf", "old");
     folder.write(left, "part of a set");
-    folder.write(base::fileSetJournal, "gantrel file set 1" + nul + "put" + nul + left + nul + "Vera.dsf" +
-                                           nul + "remove" + nul + "Otto.dsf" + nul + "end" + nul);
+    folder.write(
+        base::fileSetJournal,
+        JournalText({"gantrel file set 2", "put", left, "Vera.dsf", IdentityText(folder.path() / left), "-",
+                     "remove", "Otto.dsf", IdentityText(folder.path() / "Otto.dsf"), "end"}));
     base::RemoveUnfinishedFiles(folder.path());
     EXPECT_EQ(folder.read(left), "part of a set");
     EXPECT_EQ(Refusal(folder.path() / "Otto.dsf"), "");

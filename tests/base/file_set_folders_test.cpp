@@ -5,6 +5,7 @@
 #include "base/file_set.h"
 #include "base/limits.h"
 #include "base/process_mark.h"
+#include "tests/base/journal_text.h"
 #include "tests/base/scratch_folder.h"
 #include "tests/base/traced_run.h"
 
@@ -42,14 +43,6 @@ std::string EndedMark()
 {
     std::string mark = base::ProcessMark();
     return mark.replace(mark.rfind('-') + 1, std::string::npos, "1");
-}
-
-std::string Journal(const std::vector<std::string>& words)
-{
-    std::string text;
-    for (const std::string& word : words)
-        text += word + '\0';
-    return text;
 }
 
 class SeveralFolders : public testing::Test {
@@ -339,6 +332,37 @@ TEST_F(SeveralFolders, keep_files_that_are_links_to_elsewhere)
     EXPECT_EQ(library.read("data/Vera/Vera.dsf"), "new figure");
 }
 
+/// Whether somebody who may change one of the folders only finds something to do.
+bool IsFinishedByAnother(const fs::path& folder)
+{
+    const pid_t other = fork();
+    if (other == 0) {
+        constexpr uid_t nobody = 65534;
+        const bool isOther = geteuid() != 0 || setresuid(nobody, nobody, nobody) == 0;
+        base::Diagnostics told;
+        _exit(!isOther ? 2 : base::FinishFileSet(folder, &told) ? 1 : told.size() == 1 ? 0 : 3);
+    }
+    int status = 0;
+    waitpid(other, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) <= 1) << status;
+    return WEXITSTATUS(status) == 1;
+}
+
+TEST_F(SeveralFolders, are_not_begun_with_where_one_of_them_may_not_be_changed)
+{
+    if (!traced().isPossible)
+        GTEST_SKIP() << "this system lets nobody trace a process";
+    leaveDecided();
+    fs::permissions(library.path(), fs::perms(0755));
+    fs::permissions(path("People"), fs::perms(0777));
+    fs::permissions(path("data/Vera"), fs::perms(0555));
+    EXPECT_FALSE(IsFinishedByAnother(path("People")));
+    EXPECT_EQ(finished(), oldFiles);
+    fs::permissions(path("data/Vera"), fs::perms(0755));
+    base::FinishFileSet(path("People"));
+    EXPECT_EQ(contents(), newFiles);
+}
+
 /// A journal and its pointer as files of text, and what another program finds in them.
 class SeveralFoldersByHand : public SeveralFolders {
 protected:
@@ -351,14 +375,17 @@ protected:
     static std::string figurePart() { return "data/Vera/Vera.dsf." + EndedMark() + ".2.part"; }
     static std::string loadPart() { return "People/Vera.duf." + EndedMark() + ".1.part"; }
     static std::string name(const std::string& file) { return fs::path(file).filename(); }
-    static std::string journal(const std::string& id, const std::string& figureFolder = "data/Vera")
+    std::string identity(const std::string& file) const { return IdentityText(path(file)); }
+    std::string journal(const std::string& id, const std::string& figureFolder = "data/Vera") const
     {
-        return Journal({"gantrel file set 1", "set", id, "folder", "People", "put", name(loadPart()),
-                        "Vera.duf", "folder", figureFolder, "put", name(figurePart()), "Vera.dsf", "end"});
+        return JournalText({"gantrel file set 2", "set", id, "folder", "People", "put", name(loadPart()),
+                            "Vera.duf", identity(loadPart()), identity("People/Vera.duf"), "folder",
+                            figureFolder, "put", name(figurePart()), "Vera.dsf", identity(figurePart()),
+                            identity("data/Vera/Vera.dsf"), "end"});
     }
     static std::string pointer(const std::string& id, const std::string& folder = "data/Vera")
     {
-        return Journal({"gantrel file set 1", "member", id, folder, "People", "end"});
+        return JournalText({"gantrel file set 2", "member", id, folder, "People", "end"});
     }
     void leave(const std::string& folder, const std::string& text) const
     {
@@ -394,15 +421,15 @@ TEST_F(SeveralFoldersByHand, are_taken_back_together_when_there_is_but_a_draft)
 {
     for (const char* const visited : {"People", "data/Vera"}) {
         SetUp();
-        leave("People", Journal({"gantrel file set 1", "draft", "7", "folder", "People", "folder",
-                                 "data/Vera", "end"}));
+        leave("People", JournalText({"gantrel file set 2", "draft", "7", "folder", "People", "folder",
+                                     "data/Vera", "end"}));
         leave("data/Vera", pointer("7"));
         EXPECT_FALSE(base::FinishFileSet(path(visited)));
         EXPECT_EQ(contents(), oldFiles) << visited;
     }
     // What has been begun since is another set's.
-    leave("People",
-          Journal({"gantrel file set 1", "draft", "7", "folder", "People", "folder", "data/Vera", "end"}));
+    leave("People", JournalText({"gantrel file set 2", "draft", "7", "folder", "People", "folder",
+                                 "data/Vera", "end"}));
     leave("data/Vera", pointer("8"));
     base::FinishFileSet(path("People"));
     EXPECT_TRUE(fs::exists(path("data/Vera") / base::fileSetJournal));
@@ -475,10 +502,11 @@ TEST_F(SeveralFoldersByHand, are_named_by_whole_journals_only)
 TEST_F(SeveralFoldersByHand, are_not_listed_by_journals_without_end)
 {
     const std::string longest(255, 'x');
-    std::string words = Journal({"gantrel file set 1", "remove", "Vera.duf"});
+    std::string words =
+        JournalText({"gantrel file set 2", "remove", "Vera.duf", identity("People/Vera.duf")});
     while (words.size() <= base::longestJournal)
-        words += Journal({"remove", longest});
-    leave("People", words + Journal({"end"}));
+        words += JournalText({"remove", longest, "-"});
+    leave("People", words + JournalText({"end"}));
     EXPECT_FALSE(base::FinishFileSet(path("People")));
     EXPECT_EQ(finished(), oldFiles);
     base::FileSet set(path("People"));
@@ -507,7 +535,8 @@ TEST_F(SeveralFoldersByHand, put_unfinished_files_of_their_own_in_place_and_noth
     const std::pair<std::string, std::string> renames[] = {
         {"Vera.duf", "Ida.duf"}, {"Box/" + name(loadPart()), "Ida.duf"}, {name(loadPart()), ".."}};
     for (const auto& [from, to] : renames) {
-        leave("People", Journal({"gantrel file set 1", "put", from, to, "end"}));
+        leave("People", JournalText({"gantrel file set 2", "put", from, to, identity("People/" + from),
+                                     identity("People/" + to), "end"}));
         EXPECT_FALSE(base::FinishFileSet(path("People"))) << from;
         EXPECT_EQ(finished(), oldFiles) << from;
         EXPECT_FALSE(fs::exists(path("People") / base::fileSetJournal)) << from;

@@ -4,6 +4,7 @@
 #include "base/errors.h"
 #include "base/file_set.h"
 #include "base/process_mark.h"
+#include "tests/base/journal_text.h"
 #include "tests/base/scratch_folder.h"
 #include "tests/base/traced_run.h"
 
@@ -162,12 +163,15 @@ TEST_F(FileSetTest, follows_no_journal_out_of_its_folder)
     const ScratchFolder outside;
     outside.write("victim", "mine");
     const std::string victim = "../" + outside.path().filename().string() + "/victim";
-    for (const std::string& journal :
-         {std::string("gantrel file set 1\0remove\0", 26) + victim + std::string("\0end\0", 5),
-          std::string("gantrel file set 1\0put\0Vera.dsf\0", 32) + victim + std::string("\0end\0", 5),
-          std::string("gantrel file set 1\0remove\0Vera.dsf\0", 35), std::string("noise")}) {
+    const std::string part = "Vera.dsf." + base::ProcessMark() + ".1.part";
+    const std::vector<std::vector<std::string>> journals{
+        {"gantrel file set 2", "remove", victim, IdentityText(outside.path() / "victim"), "end"},
+        {"gantrel file set 2", "put", part, victim, "-", "-", "end"},
+        {"gantrel file set 2", "remove", "Vera.dsf", IdentityText(folder.path() / "Vera.dsf")},
+        {"noise"}};
+    for (const std::vector<std::string>& words : journals) {
         fill();
-        folder.write(base::fileSetJournal, journal);
+        folder.write(base::fileSetJournal, JournalText(words));
         EXPECT_FALSE(base::FinishFileSet(folder.path()));
         EXPECT_EQ(folder.contents(), oldFiles);
         EXPECT_EQ(outside.contents(), (Contents{{"victim", "mine"}}));
@@ -184,6 +188,103 @@ TEST_F(FileSetTest, takes_nothing_but_a_file_for_its_journal)
     fs::create_directories(journal / "within");
     EXPECT_FALSE(base::FinishFileSet(folder.path()));
     EXPECT_TRUE(fs::exists(journal / "within"));
+}
+
+/// A set that was decided on, and stopped before anything of it was in place.
+class LeftFileSet : public FileSetTest {
+protected:
+    void SetUp() override
+    {
+        fill();
+        write(part(), "new morph");
+        _journal = JournalText({"gantrel file set 2", "put", part(), "Vera.dsf", identity(part()),
+                                identity("Vera.dsf"), "remove", "Otto.dsf", identity("Otto.dsf"), "end"});
+        write(base::fileSetJournal, _journal);
+    }
+    static std::string part()
+    {
+        std::string ended = base::ProcessMark();
+        return "Vera.dsf." + ended.replace(ended.rfind('-') + 1, std::string::npos, "1") + ".1.part";
+    }
+    void write(const std::string& name, const std::string& content) const { folder.write(name, content); }
+    std::string identity(const std::string& name) const { return IdentityText(folder.path() / name); }
+    /// As programs do that put a whole file in another's place.
+    void replace(const std::string& name, const std::string& content) const
+    {
+        write("anew", content);
+        fs::rename(folder.path() / "anew", folder.path() / name);
+    }
+    std::vector<std::string> finish() const
+    {
+        base::Diagnostics told;
+        base::FinishFileSet(folder.path(), &told);
+        std::vector<std::string> lines;
+        for (const base::Diagnostic& one : told)
+            lines.push_back(base::ToLine(one));
+        return lines;
+    }
+    std::string line(const std::string& what) const { return folder.path().string() + ": " + what; }
+
+    std::string _journal;
+};
+
+TEST_F(LeftFileSet, is_finished_and_told)
+{
+    EXPECT_EQ(finish(), std::vector<std::string>{
+                            line("a save was interrupted here and is finished now: 2 files have changed")});
+    EXPECT_EQ(folder.contents(), (Contents{{"Vera.dsf", "new morph"}, {"Vera.dhdm", "old detail"}}));
+    EXPECT_EQ(finish(), std::vector<std::string>());
+}
+
+TEST_F(LeftFileSet, is_told_by_the_next_save)
+{
+    EXPECT_EQ(base::FileSet(folder.path()).diagnostics().size(), 1u);
+    EXPECT_EQ(base::FileSet(folder.path()).diagnostics().size(), 0u);
+}
+
+TEST_F(LeftFileSet, leaves_what_was_changed_since_as_it_is)
+{
+    replace("Vera.dsf", "changed");
+    replace("Otto.dsf", "changed, too");
+    EXPECT_EQ(finish(), std::vector<std::string>{line("2 files are others than an interrupted save knew and "
+                                                      "stay as they are, such as " +
+                                                      (folder.path() / "Vera.dsf").string())});
+    EXPECT_EQ(folder.contents(),
+              (Contents{{"Vera.dsf", "changed"}, {"Vera.dhdm", "old detail"}, {"Otto.dsf", "changed, too"}}));
+}
+
+TEST_F(LeftFileSet, changes_nothing_where_it_was_brought_to)
+{
+    const ScratchFolder copy;
+    for (const auto& [name, content] : folder.contents())
+        copy.write(name, content);
+    base::Diagnostics told;
+    EXPECT_FALSE(base::FinishFileSet(copy.path(), &told));
+    EXPECT_EQ(copy.contents(), oldFiles);
+    EXPECT_EQ(told.size(), 1u);
+}
+
+TEST_F(LeftFileSet, that_tells_of_a_folder_stands_in_nobodys_way)
+{
+    fs::create_directories(folder.path() / "Morphs" / "within");
+    write(base::fileSetJournal,
+          JournalText({"gantrel file set 2", "remove", "Morphs", identity("Otto.dsf"), "end"}));
+    EXPECT_EQ(finish().size(), 1u);
+    EXPECT_EQ(finish().size(), 0u);
+    EXPECT_TRUE(fs::exists(folder.path() / "Morphs" / "within"));
+}
+
+TEST_F(FileSetTest, follows_no_link_for_its_journal)
+{
+    const ScratchFolder outside;
+    outside.write("victim", "mine");
+    for (const char* const name : {"victim", "nothing"}) {
+        fill();
+        fs::create_symlink(outside.path() / name, folder.path() / base::fileSetJournal);
+        EXPECT_EQ(save(), 0);
+        EXPECT_EQ(folder.contents(), newFiles);
+        EXPECT_EQ(outside.contents(), (Contents{{"victim", "mine"}}));
+    }
 }
 
 TEST_F(FileSetTest, removes_the_leavings_of_ended_programs_alone)

@@ -8,6 +8,7 @@
 #include "dzfileiosettings.h"
 #include "dzmorph.h"
 #include "saving/morph_asset_filter.h"
+#include "tests/base/journal_text.h"
 #include "tests/base/traced_run.h"
 #include "tests/host/save_fixture.h"
 
@@ -110,20 +111,17 @@ TEST_F(LeftSave, of_a_figure_is_finished_before_the_figure_is_read)
     fs::create_directories(base / "Morphs");
     fs::rename(folder("other") / "data/Acme/Mini/Base/Mini.dsf", base / figurePart);
     WriteBytes(base / "Morphs" / morphPart, "{}");
-    const auto text = [](const std::vector<std::string>& words) {
-        std::string all;
-        for (const std::string& word : words)
-            all += word + '\0';
-        return all;
-    };
-    WriteBytes(base / ".gantrel-saving",
-               text({"gantrel file set 1", "set", "1", "folder", ".", "put", figurePart, "Mini.dsf", "folder",
-                     "Morphs", "put", morphPart, "Up.dsf", "end"}));
+    WriteBytes(
+        base / ".gantrel-saving",
+        JournalText({"gantrel file set 2", "set", "1", "folder", ".", "put", figurePart, "Mini.dsf",
+                     IdentityText(base / figurePart), IdentityText(base / "Mini.dsf"), "folder", "Morphs",
+                     "put", morphPart, "Up.dsf", IdentityText(base / "Morphs" / morphPart), "-", "end"}));
     WriteBytes(base / "Morphs/.gantrel-saving",
-               text({"gantrel file set 1", "member", "1", "Morphs", ".", "end"}));
+               JournalText({"gantrel file set 2", "member", "1", "Morphs", ".", "end"}));
     DzFigure* const figure = openMini();
     ASSERT_NE(figure, nullptr) << log().toStdString();
     ExpectAt(VertexAt(*figure, 1), 0, 25, 0);
+    EXPECT_TRUE(log().contains(QLatin1String("a save was interrupted here and is finished now: 2 files")));
     EXPECT_TRUE(fs::exists(base / "Morphs/Up.dsf"));
     EXPECT_FALSE(fs::exists(base / ".gantrel-saving"));
     EXPECT_FALSE(fs::exists(base / "Morphs/.gantrel-saving"));

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/atomic_file.h"
+#include "base/diagnostic.h"
 
 #include <chrono>
 #include <filesystem>
@@ -49,16 +50,20 @@ public:
     ///                  FinishFileSet() has to
     void commit();
 
+    /// What was found of sets that others had left in the folders.
+    const Diagnostics& diagnostics() const;
+
 private:
     struct Impl;
     std::unique_ptr<Impl> _impl;
 };
 
 /// Goes on where the last set with the folder was stopped, in all of its folders: puts its files in place if
-/// they had all been written, else removes them. Does nothing while a program works on one of them, or they
-/// may not be changed.
+/// they had all been written, else removes them. Files that were changed since stay as they are. Does nothing
+/// while a program works on one of them, or where one of them may not be changed.
+/// @param told  receives what came of it; may be null
 /// @return whether files were put in place
-bool FinishFileSet(const std::filesystem::path& folder);
+bool FinishFileSet(const std::filesystem::path& folder, Diagnostics* told = nullptr);
 
 /// Name of the journal and of pointers to it, by which folders are found that want FinishFileSet().
 extern const char* const fileSetJournal;

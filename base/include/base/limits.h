@@ -12,6 +12,6 @@ constexpr int mostLinks = 40;
 /// Bytes of a folder's name; of all systems' usual file systems.
 constexpr std::size_t longestName = 255;
 /// Bytes of what tells which files change together; some hundred thousand names.
-constexpr std::size_t longestJournal = std::size_t{1} << 26;
+constexpr std::size_t longestJournal = std::size_t{1} << 24;
 
 } // namespace base

@@ -40,12 +40,10 @@ HeaderReading TryReadHeaders(const std::string& file)
     return reading;
 }
 
-/// A figure is read before its folder of morphs is listed, and is to be as new or old as they are.
-void FinishSave(const fs::path& folder)
+bool HasLeftSave(const fs::path& folder)
 {
     std::error_code error;
-    if (fs::exists(fs::symlink_status(folder / base::fileSetJournal, error)))
-        base::FinishFileSet(folder);
+    return fs::exists(fs::symlink_status(folder / base::fileSetJournal, error));
 }
 
 } // namespace
@@ -70,7 +68,9 @@ void AssetLibrary::keep(const std::string& file, const std::optional<FileStamp>&
 
 std::shared_ptr<const dson::Document> AssetLibrary::read(const fs::path& path)
 {
-    FinishSave(path.parent_path());
+    // A figure is read before its folder of morphs is listed, and is to be as new or old as they are.
+    if (HasLeftSave(path.parent_path()))
+        FinishLeftSave(path.parent_path());
     const std::string file = path.string();
     const std::optional<FileStamp> stamp = StampOf(file);
     if (std::shared_ptr<const dson::Document> document = unchanged(file, stamp))

@@ -168,7 +168,7 @@ private:
         if (error || !_entered.insert(place).second)
             return;
         std::vector<Entry> entries = EntriesOf(folder);
-        if (IsUnfinished(entries) && base::FinishFileSet(folder))
+        if (IsUnfinished(entries) && FinishLeftSave(folder))
             entries = EntriesOf(folder);
         for (const Entry& entry : entries) {
             const std::string path = folder + '/' + entry.name;
@@ -400,6 +400,15 @@ std::string ContentPaths::relativePath(const fs::path& absolute) const
     return directory
                ? WithoutCloudFolder("/" + absolute.lexically_normal().lexically_relative(*directory).string())
                : std::string();
+}
+
+bool FinishLeftSave(const fs::path& folder)
+{
+    base::Diagnostics told;
+    const bool hasPut = base::FinishFileSet(folder, &told);
+    for (const base::Diagnostic& one : told)
+        Report(one);
+    return hasPut;
 }
 
 } // namespace openhost

@@ -256,6 +256,8 @@ void Save(const std::vector<Wanted>& all, const DzFileIOSettings& options, const
     for (const Wanted& wanted : all)
         folders.push_back(wanted.folder);
     base::FileSet set(folders);
+    for (const base::Diagnostic& one : set.diagnostics())
+        openhost::Report(one);
     // Until the folders were locked, another program may have saved under the names.
     for (const QString& file : OthersFiles(all, options))
         if (!replaced.contains(file))

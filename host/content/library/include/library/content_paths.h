@@ -90,4 +90,8 @@ std::string PathKey(const std::string& decodedPath);
 /// itself where it does not.
 std::string WithoutCloudFolder(const std::string& path);
 
+/// Puts in place what a program that was stopped left in the folder, or takes it back, and tells of it.
+/// @return whether files were put in place
+bool FinishLeftSave(const std::filesystem::path& folder);
+
 } // namespace openhost
