@@ -5,8 +5,10 @@
 
 #include "obj_scan.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 namespace geometry {
@@ -28,6 +30,18 @@ struct Placement {
         assert((1 << axes[0] | 1 << axes[1] | 1 << axes[2]) == 7 && "each axis is used once");
     }
 };
+
+/// Whether the format has such records, of whatever use they are here.
+bool IsOfTheFormat(std::string_view keyword)
+{
+    static constexpr std::string_view all[] = {
+        "vn",     "f",          "vt",        "s",     "g",     "o",      "usemtl",   "l",        "p",
+        "mtllib", "vp",         "fo",        "mg",    "lod",   "bevel",  "c_interp", "d_interp", "usemap",
+        "maplib", "shadow_obj", "trace_obj", "ctech", "stech", "cstype", "deg",      "bmat",     "step",
+        "curv",   "curv2",      "surf",      "parm",  "trim",  "hole",   "scrv",     "sp",       "end",
+        "con",    "call",       "csh",       "bsp",   "bzp",   "cdc",    "cdp",      "res"};
+    return std::find(std::begin(all), std::end(all), keyword) != std::end(all);
+}
 
 class ChunkParser {
 public:
@@ -68,6 +82,8 @@ private:
             startRun(_chunk.surfaces);
         else if (keyword == "mtllib")
             _chunk.materialLibraries.emplace_back(_scan.takeText());
+        else if (!IsOfTheFormat(keyword))
+            _chunk.unknown.add(record);
         _scan.skipRecord();
     }
 

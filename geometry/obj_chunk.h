@@ -49,7 +49,7 @@ struct ObjChunk {
     ObjIndices lineVertices;
     std::vector<ObjNameRun> groups, surfaces;
     std::vector<std::string> materialLibraries;
-    ObjLeftOut shortFaces, shortLines;
+    ObjLeftOut shortFaces, shortLines, unknown;
 };
 
 /// @param text  whole records

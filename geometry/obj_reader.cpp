@@ -301,13 +301,20 @@ private:
             throw base::FormatError("{}: is compressed with gzip; unpack it first", _name);
     }
 
-    /// Old systems end lines with a carriage return alone, which elsewhere is a blank.
+    /// Old systems end lines with a carriage return alone, and a text may have gone through several.
     void giveLineEnds()
     {
-        if (_text.find('\r') == _text.npos || _text.find('\n') != _text.npos)
+        const auto findAlone = [this](std::size_t at) {
+            while ((at = _text.find('\r', at)) != _text.npos && _text.substr(at + 1, 1) == "\n")
+                at += 2;
+            return at;
+        };
+        std::size_t at = findAlone(0);
+        if (at == _text.npos)
             return;
         _withLineEnds.assign(_text);
-        std::replace(_withLineEnds.begin(), _withLineEnds.end(), '\r', '\n');
+        for (; at != _text.npos; at = findAlone(at + 1))
+            _withLineEnds[at] = '\n';
         _text = _withLineEnds;
     }
 
@@ -317,6 +324,8 @@ private:
              "faces have fewer than three corners and are left out");
         tell(&ObjChunk::shortLines, "line has fewer than two vertices and is left out",
              "lines have fewer than two vertices and are left out");
+        tell(&ObjChunk::unknown, "record is of no kind that the format has and is left out",
+             "records are of no kind that the format has and are left out");
         if (_namesUvs && _options.readTexCoords && !_cornersHaveUvs)
             warn(_bases.back().uvs == 0
                      ? "faces name texture coordinates, but none are defined"

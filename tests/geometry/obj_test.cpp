@@ -172,6 +172,29 @@ TEST(ParseObj, tells_of_texture_coordinates_that_it_leaves_out)
     EXPECT_TRUE(Parse(vertices + "f 1/1 2/1 3/7\n", options).diagnostics.empty());
 }
 
+TEST(ParseObj, takes_lines_that_end_in_several_ways)
+{
+    const ObjContent content = Parse("v 0 0 0\rv 1 0 0\r\nv 2 0 0\nv 3 0 0\rf 1 2 3\r\nf 2 3 4\r");
+    EXPECT_EQ(content.mesh.vertexCount(), 4u);
+    EXPECT_EQ(content.mesh.faceCount(), 2u);
+    EXPECT_TRUE(content.diagnostics.empty());
+    EXPECT_THROW_MSG(Parse("v 0 0 0\rv 1 0 0\r\nv 2 0\n"), base::FormatError,
+                     "body.obj:3: vertex has fewer than three coordinates");
+}
+
+TEST(ParseObj, tells_records_that_the_format_has_not)
+{
+    using namespace std::string_literals;
+    const ObjContent content =
+        Parse("vn 0 0 1\np 1\ncstype bezier\nv 0 0 0\n\xC2\xA0v 1 0 0\nv 1 0 0\nv 2 0 0\n"
+              "f 1 2 3\n\0f 1 2 3\n"s);
+    EXPECT_EQ(content.mesh.vertexCount(), 3u);
+    EXPECT_EQ(content.mesh.faceCount(), 1u);
+    ASSERT_EQ(content.diagnostics.size(), 1u);
+    EXPECT_EQ(content.diagnostics[0].what,
+              "2 records are of no kind that the format has and are left out, the first in line 5");
+}
+
 TEST(ParseObj, takes_lines_that_end_with_a_carriage_return_alone)
 {
     const ObjContent content = Parse("# old\rv 0 0 0\rv 1 0 0\rv 2 0 0\rg a b\rf 1 2 \\\r3\r");
