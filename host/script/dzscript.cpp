@@ -119,7 +119,8 @@ bool DzScript::loadFromFile(const QString& filename, bool)
     const QByteArray text = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return false;
-    _impl->code = QString::fromUtf8(text);
+    // The toolkit takes a NUL in an array for its end.
+    _impl->code = QString::fromUtf8(text.constData(), text.size());
     _impl->filename = filename;
     return true;
 }

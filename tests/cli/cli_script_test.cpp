@@ -102,6 +102,14 @@ TEST(ScriptCommand, ends_a_lost_script_when_interrupted)
     EXPECT_EQ(workspace.entries(), (std::vector<std::string>{"lost.js", "started"}));
 }
 
+TEST(ScriptCommand, runs_no_part_of_a_file_with_a_nul)
+{
+    const Workspace workspace;
+    const std::string file = workspace.write("cut.js", std::string("print('a');\n\0print('b');\n", 25));
+    ExpectError(RunProgram({"script", file}), 1,
+                file + ", line 2: character 1 is a NUL, which no script can hold.");
+}
+
 TEST(ScriptCommand, ends_a_script_that_takes_all_memory_with_one_sentence)
 {
     SKIP_WITHOUT_MEMORY_LIMITS();
