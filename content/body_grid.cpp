@@ -3,6 +3,7 @@
 
 #include "body_grid.h"
 
+#include "base/cancellation.h"
 #include "body_solid.h"
 
 #include <tbb/parallel_for.h>
@@ -84,7 +85,8 @@ SampledBody Sample(const MeshRecipe& recipe)
     body.places.resize(count);
     body.values.resize(count);
     tbb::parallel_for(0, body.size[2], [&](int z) {
-        for (int y = 0; y < body.size[1]; ++y)
+        for (int y = 0; y < body.size[1]; ++y) {
+            base::ThrowIfCancelled();
             for (int x = 0; x < body.size[0]; ++x) {
                 // Corners at half steps: without offset the middle plane runs through cells' middles.
                 const Vec3f cell{x - half[0] + 0.5f + recipe.offset.x, y - half[1] + 0.5f + recipe.offset.y,
@@ -94,6 +96,7 @@ SampledBody Sample(const MeshRecipe& recipe)
                 const float value = BodyDistance(body.places[corner]);
                 body.values[corner] = std::abs(value) < smallestValue ? smallestValue : value;
             }
+        }
     });
     return body;
 }

@@ -3,6 +3,7 @@
 
 #include "body_relax.h"
 
+#include "base/cancellation.h"
 #include "body_solid.h"
 
 #include <tbb/parallel_for.h>
@@ -56,8 +57,10 @@ bool IsFolded(base::Span<const Vec3f> positions, base::Span<const Vec3f> normals
 std::vector<Vec3f> BodyNormals(base::Span<const Vec3f> positions)
 {
     std::vector<Vec3f> normals(positions.size());
-    tbb::parallel_for(std::size_t(0), positions.size(),
-                      [&](std::size_t v) { normals[v] = Normalized(BodyGradient(positions[v])); });
+    tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t v) {
+        base::ThrowIfCancelled();
+        normals[v] = Normalized(BodyGradient(positions[v]));
+    });
     return normals;
 }
 
@@ -102,6 +105,7 @@ void RelaxOnce(const geometry::Topology& topology, const Incidence& incidence, s
 {
     const std::vector<Vec3f> before = positions;
     tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t v) {
+        base::ThrowIfCancelled();
         if (marked && !(*marked)[v])
             return;
         const Vec3f normal = Normalized(BodyGradient(before[v]));
@@ -115,8 +119,10 @@ void RelaxOnce(const geometry::Topology& topology, const Incidence& incidence, s
 std::vector<Vec3f> RelaxOnBody(const geometry::Topology& topology, std::vector<Vec3f> positions, int rounds)
 {
     const Incidence incidence(topology);
-    tbb::parallel_for(std::size_t(0), positions.size(),
-                      [&](std::size_t v) { positions[v] = ProjectToBody(positions[v]); });
+    tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t v) {
+        base::ThrowIfCancelled();
+        positions[v] = ProjectToBody(positions[v]);
+    });
     for (int round = 0; round < rounds; ++round)
         RelaxOnce(topology, incidence, positions, nullptr);
     for (int round = 0; round < 2 * rounds; ++round) {

@@ -1,6 +1,7 @@
 // Skin weights as closed forms of the canonical place.
 // SPDX-License-Identifier: MIT
 
+#include "base/cancellation.h"
 #include "body_skeleton.h"
 #include "shape_fields.h"
 
@@ -72,8 +73,10 @@ Influences InfluencesAt(Vec3f p)
 std::vector<geometry::JointWeights> BodyWeights(base::Span<const Vec3f> canonical)
 {
     std::vector<Influences> perVertex(canonical.size());
-    tbb::parallel_for(std::size_t(0), canonical.size(),
-                      [&](std::size_t v) { perVertex[v] = InfluencesAt(canonical[v]); });
+    tbb::parallel_for(std::size_t(0), canonical.size(), [&](std::size_t v) {
+        base::ThrowIfCancelled();
+        perVertex[v] = InfluencesAt(canonical[v]);
+    });
     std::vector<geometry::JointWeights> perBone(BodyBones().size());
     for (std::uint32_t v = 0; v < perVertex.size(); ++v)
         for (const Influence& influence : perVertex[v])

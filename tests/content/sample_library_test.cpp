@@ -7,6 +7,7 @@
 #include "content/sample_figures.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
+#include "tests/base/counted_asks.h"
 #include "tests/content/sample_topologies.h"
 #include "tests/content/temp_folder.h"
 
@@ -36,6 +37,12 @@ dson::Document ReadMorph(const std::string& name)
 {
     return dson::ReadDocument(Library() / "data/DAZ 3D/Genesis 9/Base/Morphs/Gantrel/Base Shapes" /
                               (name + ".dsf"));
+}
+
+TEST(SampleLibrary, is_given_up_while_the_bodies_are_shaped)
+{
+    const CountedAsks asks(1000);
+    EXPECT_THROW(MakeSampleTopology(FigureKind::Genesis9), base::Cancelled);
 }
 
 TEST(SampleLibrary, has_each_kinds_figure_and_loading_files)
