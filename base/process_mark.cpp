@@ -3,6 +3,7 @@
 
 #include "base/process_mark.h"
 
+#include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <fstream>
@@ -18,17 +19,49 @@ namespace base {
 
 namespace {
 
-/// Of the machine since it was started, or the container: a number names another process elsewhere.
+std::string FirstWord(const char* file)
+{
+    std::string word;
+    std::ifstream(file) >> word;
+    return word;
+}
+
+std::string Short(const std::string& text)
+{
+    return fmt::format("{:08x}", std::hash<std::string>()(text) & 0xffffffff);
+}
+
+/// Of the machine's run: all processes of an earlier one have ended.
+std::string RunMark()
+{
+    return Short(FirstWord("/proc/sys/kernel/random/boot_id"));
+}
+
+/// Of the machine, or the container.
 std::string MachineMark()
 {
-    std::string boot;
-    std::ifstream("/proc/sys/kernel/random/boot_id") >> boot;
-    std::error_code unknown;
-    boot += std::filesystem::read_symlink("/proc/self/ns/pid", unknown).string();
     std::string name(256, '\0');
     if (gethostname(name.data(), name.size() - 1) != 0)
         name.clear();
-    return fmt::format("{:016x}", std::hash<std::string>()(boot + name.c_str()));
+    const std::string id = FirstWord("/etc/machine-id");
+    // Many machines may have the same name, or none; without a number they are others after each start.
+    return Short((id.empty() ? RunMark() : id) + name.c_str());
+}
+
+/// Of those that are numbered together: elsewhere a number names another process.
+std::string NumberingMark()
+{
+    std::error_code unknown;
+    return Short(std::filesystem::read_symlink("/proc/self/ns/pid", unknown).string());
+}
+
+/// Takes what stands before the next hyphen.
+std::string_view TakeField(std::string_view& mark)
+{
+    const std::size_t end = std::min(mark.find('-'), mark.size());
+    const std::string_view field = mark.substr(0, end);
+    mark.remove_prefix(std::min(end + 1, mark.size()));
+    return field;
 }
 
 /// When the process began, in ticks since the machine did; empty if there is none, or one that has only its
@@ -54,7 +87,8 @@ std::string StartOf(long process)
 
 std::string MakeMark(long process)
 {
-    return fmt::format("{}-{}-{}", MachineMark(), process, StartOf(process));
+    return fmt::format("{}-{}-{}-{}-{}", MachineMark(), RunMark(), NumberingMark(), process,
+                       StartOf(process));
 }
 
 } // namespace
@@ -73,15 +107,16 @@ std::string ProcessMark()
 
 bool HasEnded(std::string_view mark)
 {
-    const std::string machine = MachineMark() + "-";
-    if (mark.substr(0, machine.size()) != machine)
-        return false;
-    mark.remove_prefix(machine.size());
+    const std::string_view machine = TakeField(mark), run = TakeField(mark), numbering = TakeField(mark),
+                           number = TakeField(mark);
     long process = 0;
-    const auto [end, error] = std::from_chars(mark.data(), mark.data() + mark.size(), process);
-    if (error != std::errc() || end == mark.data() + mark.size() || *end != '-' || StartOf(getpid()).empty())
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), process);
+    if (error != std::errc() || end != number.data() + number.size() || mark.empty() ||
+        machine != MachineMark())
         return false;
-    return StartOf(process) != mark.substr(static_cast<std::size_t>(end - mark.data()) + 1);
+    if (run != RunMark())
+        return true;
+    return numbering == NumberingMark() && !StartOf(getpid()).empty() && StartOf(process) != mark;
 }
 
 } // namespace base

@@ -45,6 +45,16 @@ private:
     pid_t _process = -1;
 };
 
+/// The mark of this process with another text for one of its parts.
+std::string WithPart(std::size_t which, const std::string& text)
+{
+    const std::string mark = base::ProcessMark();
+    std::size_t at = 0;
+    for (; which > 0; --which)
+        at = mark.find('-', at) + 1;
+    return mark.substr(0, at) + text + mark.substr(mark.find('-', at));
+}
+
 } // namespace
 
 TEST(ProcessMark, is_of_a_process_that_runs)
@@ -74,4 +84,18 @@ TEST(ProcessMark, says_nothing_of_processes_that_are_numbered_apart)
     if (child.mark.empty())
         GTEST_SKIP() << "this system lets only its administrator number processes apart";
     EXPECT_FALSE(base::HasEnded(child.mark)) << child.mark;
+}
+
+TEST(ProcessMark, of_the_machine_before_it_was_started_anew_has_ended)
+{
+    EXPECT_TRUE(base::HasEnded(WithPart(1, "00000000")));
+}
+
+TEST(ProcessMark, says_nothing_of_processes_of_other_machines)
+{
+    EXPECT_FALSE(base::HasEnded(WithPart(0, "00000000")));
+    EXPECT_FALSE(base::HasEnded(WithPart(2, "00000000")));
+    EXPECT_FALSE(base::HasEnded(WithPart(3, "x")));
+    EXPECT_FALSE(base::HasEnded(""));
+    EXPECT_FALSE(base::HasEnded("-----"));
 }

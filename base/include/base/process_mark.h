@@ -12,8 +12,8 @@ namespace base {
 /// letters, digits and '-', to be part of a file's name.
 std::string ProcessMark();
 
-/// Whether the process of the mark has ended. Those of other machines count as running, as does what is no
-/// mark at all.
+/// Whether the process of the mark has ended. Those of other machines and containers count as running, as
+/// does what is no mark at all.
 bool HasEnded(std::string_view mark);
 
 } // namespace base
