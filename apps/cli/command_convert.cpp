@@ -177,8 +177,9 @@ void CheckFolderName(const char* option, const std::string& name)
     const bool hasBadCharacter = std::any_of(name.begin(), name.end(), [](char c) {
         return static_cast<unsigned char>(c) < 0x20 || std::strchr("/\\:*?\"<>|", c);
     });
-    const bool isBlank = name.find_first_not_of(' ') == name.npos;
-    if (isBlank || hasBadCharacter || name.back() == '.' || base::IsDeviceName(name))
+    // Some drop blanks at the ends as well.
+    const bool hasBlankEnd = name.empty() || name.front() == ' ' || name.back() == ' ';
+    if (hasBlankEnd || hasBadCharacter || name.back() == '.' || base::IsDeviceName(name))
         throw UsageError(std::string(option) + " \"" + name + "\" cannot be the name of a folder");
     if (QString::fromStdString(name).toStdString() != name)
         throw UsageError(fmt::format("{} is not UTF-8", option));
@@ -209,6 +210,8 @@ GntRequest MakeMorphRequest(const ConvertArguments& arguments)
         CheckMorphName(*arguments.name);
         request.names = GntProposedNames(*arguments.name);
     }
+    if (QString::fromStdString(arguments.path).toStdString() != arguments.path)
+        throw UsageError("--path is not UTF-8");
     request.paths.assign(GNT_JOBS.size(), arguments.path);
     return request;
 }

@@ -167,8 +167,8 @@ TEST_F(ConvertFailure, wants_vendor_and_product_with_a_library_and_the_other_way
 TEST_F(ConvertFailure, wants_names_that_can_be_folders)
 {
     const std::string place = workspace.path("saved");
-    for (const char* name : {"", " ", ".", "..", "../up", "a/b", "a\\b", "a:b", "a\nb", "end.", "CON",
-                             "nul.x", "Com1", "LPT\xC2\xB3", "aux .txt"}) {
+    for (const char* name : {"", " ", ".", "..", "../up", "a/b", "a\\b", "a:b", "a\nb", " a", "a ", "end.",
+                             "CON", "nul.x", "Com1", "LPT\xC2\xB3", "aux .txt"}) {
         SCOPED_TRACE(name);
         expectNothingMade({"--save-library", place, "--vendor", name, "--product", "Heroes"}, 2,
                           "cannot be the name of a folder.");
@@ -191,6 +191,7 @@ TEST_F(ConvertFailure, wants_names_of_folders_that_are_text)
 {
     expectNothingMade({"--save-library", workspace.path("saved"), "--vendor", "\xff", "--product", "Heroes"},
                       2, "--vendor is not UTF-8.");
+    expectNothingMade(saving(workspace.path("saved"), {"--path", "/\xff"}), 2, "--path is not UTF-8.");
 }
 
 TEST_F(ConvertFailure, wants_names_of_folders_that_are_not_too_long)

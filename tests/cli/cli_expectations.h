@@ -10,6 +10,15 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+/// Of a run that may be the first one after a save was stopped, and is told to finish it.
+inline void ExpectSuccessBehindSave(const ProgramResult& result)
+{
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_TRUE(result.err.empty() ||
+                result.err.find("a save was interrupted here and is finished now") != result.err.npos)
+        << result.err;
+}
+
 /// One sentence on stderr, nothing on stdout.
 inline void ExpectError(const ProgramResult& result, int exitCode, const std::string& sentence)
 {

@@ -106,7 +106,7 @@ TEST_F(FigureFaults, of_one_that_is_killed_leave_the_old_figure_or_the_new_one)
         EXPECT_TRUE(killed.wasKilled) << what;
         const Contents left = contents();
         mixed += left != oldFiles && left != newFiles ? 1 : 0;
-        ExpectSuccess(load());
+        ExpectSuccessBehindSave(load());
         const Contents now = contents();
         EXPECT_TRUE(now == oldFiles || now == newFiles) << what;
         EXPECT_EQ(countFiles([](const fs::path& file) { return file.filename() == ".gantrel-saving"; }), 0u)
@@ -159,6 +159,6 @@ TEST_F(FigureFaults, of_a_sample_library_that_has_begun_to_come_leave_all_of_it)
     EXPECT_TRUE(runTraced(writing, {journal + all.size() / 2}).wasKilled);
     EXPECT_FALSE(contents().empty());
     EXPECT_NE(contents(), all);
-    ExpectSuccess(load());
+    ExpectSuccessBehindSave(load());
     EXPECT_EQ(contents(), all);
 }

@@ -82,7 +82,10 @@ protected:
                                 counted);
     }
     /// Any load of the figure does.
-    void load() const { ExpectSuccess(RunProgram({"list-dials", targetFile(), "--content", library()})); }
+    void load() const
+    {
+        ExpectSuccessBehindSave(RunProgram({"list-dials", targetFile(), "--content", library()}));
+    }
 
     fs::path folder() const { return library(std::string("/") + savedFolder); }
     std::vector<std::string> changing() const
