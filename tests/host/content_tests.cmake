@@ -32,6 +32,7 @@ gantrel_add_tests(host_content_tests
         content_lone_bones_test.cpp
         content_names_test.cpp
         content_preset_test.cpp
+        content_save_defined_test.cpp
         content_save_effects_test.cpp
         content_save_failure_test.cpp
         content_save_faults_test.cpp

@@ -8,6 +8,8 @@
 #include "dznumericproperty.h"
 #include "library/content_paths.h"
 
+#include <cstring>
+
 #include <QByteArray>
 #include <QVariant>
 
@@ -17,7 +19,12 @@ namespace {
 
 const char* const uriKey = "openhost.assetUri";
 const char* const linkKey = "openhost.fromDataFile";
-const char* const settingsKey = "openhost.asDefined";
+const char* const definedKey = "openhost.asDefined"; // the value, then the settings
+
+QByteArray Bytes(double value)
+{
+    return QByteArray(reinterpret_cast<const char*>(&value), int(sizeof value));
+}
 
 /// As bytes, since a figure may have a hundred thousand dials.
 QByteArray Settings(const DzNumericProperty& property)
@@ -26,7 +33,7 @@ QByteArray Settings(const DzNumericProperty& property)
     for (const QString& text : {property.getLabel(), QString(QLatin1Char('\n')), property.getPath()})
         settings.append(reinterpret_cast<const char*>(text.constData()), text.size() * int(sizeof(QChar)));
     for (const double limit : {property.getDoubleMin(), property.getDoubleMax()})
-        settings.append(reinterpret_cast<const char*>(&limit), int(sizeof limit));
+        settings.append(Bytes(limit));
     for (const bool flag : {property.isClamped(), property.isHidden(), property.isLocked()})
         settings.append(flag ? '1' : '0');
     return settings;
@@ -59,13 +66,24 @@ DzUri AssetUriOf(const QObject& made)
 
 void SetAsDefined(DzNumericProperty& property)
 {
-    property.setProperty(settingsKey, Settings(property));
+    property.setProperty(definedKey, Bytes(property.getDoubleRawValue()) + Settings(property));
 }
 
 bool HasChanged(const DzNumericProperty& property)
 {
-    const QVariant settings = property.property(settingsKey);
-    return settings.isValid() && settings.toByteArray() != Settings(property);
+    const QVariant defined = property.property(definedKey);
+    return defined.isValid() && defined.toByteArray().mid(int(sizeof(double))) != Settings(property);
+}
+
+bool HasOwnValue(const DzNumericProperty& property)
+{
+    if (property.getDoubleRawValue() != property.getDoubleDefaultValue())
+        return true;
+    const QVariant defined = property.property(definedKey);
+    double value = property.getDoubleRawValue();
+    if (defined.isValid())
+        std::memcpy(&value, defined.toByteArray().constData(), sizeof value);
+    return value != property.getDoubleRawValue();
 }
 
 void SetFromDataFile(DzController& link)

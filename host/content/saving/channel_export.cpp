@@ -115,7 +115,7 @@ std::optional<dson::SceneChannel> DescribeChange(const DzNumericProperty& proper
     dson::SceneChannel channel;
     channel.id = id;
     channel.type = ChannelTypeOf(property);
-    const bool hasOwnValue = property.getDoubleRawValue() != property.getDoubleDefaultValue();
+    const bool hasOwnValue = HasOwnValue(property);
     const bool hasChanged = HasChanged(property);
     if (!hasOwnValue && !hasChanged)
         return std::nullopt;

@@ -21,8 +21,8 @@ extern const std::array<const char*, 3> axisIds;          ///< "x", "y", "z"
 /// The full definition of a channel; its value is the property's default.
 dson::Channel DescribeChannel(const DzNumericProperty& property, const std::string& id);
 
-/// What an instance says of it: the raw value where that is not the default, and the rest where it differs
-/// from what the asset defines. Nothing when there is nothing to say.
+/// What an instance says of it: the raw value where that is not the default or not what the asset has, and
+/// the rest where it differs from what the asset defines. Nothing when there is nothing to say.
 std::optional<dson::SceneChannel> DescribeChange(const DzNumericProperty& property, const std::string& id);
 
 /// A node's rest place and its channels, without ids.

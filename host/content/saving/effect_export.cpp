@@ -41,7 +41,7 @@ dson::Effect OwnEffect(const DzModifier& modifier)
     return effect;
 }
 
-/// Those that are not as they have been defined.
+/// Those that are not as they have been defined, or not defined at all.
 std::vector<dson::EffectChannel> ChangedChannels(const FileEffect& file)
 {
     std::vector<dson::EffectChannel> channels = file.present().channels;
@@ -49,7 +49,7 @@ std::vector<dson::EffectChannel> ChangedChannels(const FileEffect& file)
                                   [&file](const dson::EffectChannel& one) {
                                       const DzNumericProperty* const property = file.find(one.channel.id);
                                       return property && one.channel.currentValue &&
-                                             *one.channel.currentValue == property->getDoubleDefaultValue();
+                                             !HasOwnValue(*property) && file.describedChannel(one.channel.id);
                                   }),
                    channels.end());
     return channels;

@@ -120,7 +120,7 @@ private:
                  const DzNode* owner, const DzUri& uri)
     {
         // A file is asked for only where that decides whether the dial has to be described.
-        const bool isTold = property.getDoubleRawValue() != property.getDoubleDefaultValue();
+        const bool isTold = HasOwnValue(property);
         const bool isKnown =
             !unit.isDescribedWhole() && !uri.isEmpty() && (!isTold || !_files.pathOf(uri).empty());
         unit.dials.push_back(

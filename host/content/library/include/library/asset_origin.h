@@ -23,10 +23,12 @@ DzUri AssetUri(const std::string& decodedPath, const std::string& id);
 /// Notes which asset of a data file defines a dial or an object; nothing for an empty address.
 void SetAssetUri(QObject& made, const DzUri& uri);
 
-/// Notes that label, limits and display are now as the asset has them.
+/// Notes that value, label, limits and display are now as the asset has them.
 void SetAsDefined(DzNumericProperty& property);
-/// Whether they have been changed since; false for a property that was never noted.
+/// Whether any of them but the value has been changed since; false for a property that was never noted.
 bool HasChanged(const DzNumericProperty& property);
+/// Whether the raw value has to be told: it is not the default, or the asset has another one present.
+bool HasOwnValue(const DzNumericProperty& property);
 
 /// Notes that a data file brings the link along.
 void SetFromDataFile(DzController& link);
