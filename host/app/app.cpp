@@ -18,7 +18,9 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QUrl>
 
 #include <cstdio>
@@ -30,6 +32,7 @@ struct DzApp::Impl {
     Options options;
     QFile logFile;
     QString logBuffer;
+    QTimer logFlush; ///< runs while something is buffered
     bool isLogLossTold = false;
     DzAuthor author;
     bool closing = false;
@@ -43,10 +46,30 @@ struct DzApp::Impl {
 namespace {
 
 constexpr int logBufferSize = 512;
+constexpr int logDelayMs = 1000;
 
 QString WithoutSlash(const QString& path)
 {
     return QDir(path).absolutePath();
+}
+
+/// The former run may have ended badly, and its log tells why: the file is renamed, and what cannot be
+/// renamed is written on.
+void OpenLog(QFile& file)
+{
+    const QFileInfo former(file.fileName());
+    // A link may lead anywhere, and a device is no log.
+    const bool isKept = former.size() > 0 && former.isFile();
+    bool isRenamed = false;
+    if (isKept && !former.isSymLink()) {
+        const QString old = former.path() + QLatin1Char('/') + former.completeBaseName() +
+                            QLatin1String(".old.") + former.suffix();
+        isRenamed = std::rename(QFile::encodeName(file.fileName()).constData(),
+                                QFile::encodeName(old).constData()) == 0;
+    }
+    const bool isAppended = isKept && !isRenamed;
+    // A failure is told with the first text.
+    file.open(QIODevice::WriteOnly | (isAppended ? QIODevice::Append : QIODevice::Truncate));
 }
 
 const char* LogMark(base::Severity severity)
@@ -65,13 +88,17 @@ DzApp::DzApp(int& argc, char** argv, const Options& options) : QApplication(argc
     setOrganizationName(QStringLiteral("Gantrel"));
     if (!options.logFilename.isEmpty()) {
         _impl->logFile.setFileName(options.logFilename);
-        _impl->logFile.open(QIODevice::WriteOnly |
-                            QIODevice::Truncate); // a failure is told with the first text
+        OpenLog(_impl->logFile);
     }
+    _impl->logFlush.setSingleShot(true);
+    connect(&_impl->logFlush, &QTimer::timeout, this, [this] { flushLogBuffer(); });
     connect(&_impl->diagnostics, &openhost::DiagnosticsHub::reported, this,
             [this](const base::Diagnostic& diagnostic) {
                 log(QLatin1String(LogMark(diagnostic.severity)) +
                     QString::fromStdString(base::ToLine(diagnostic)));
+                // It may be the last that this run gets to say.
+                if (diagnostic.severity != base::Severity::Note)
+                    flushLogBuffer();
             });
     const auto tellStyle = [this] { emit styleChanged(getStyle()); };
     connect(this, &QGuiApplication::paletteChanged, this, tellStyle);
@@ -134,6 +161,8 @@ void DzApp::log(const QString& line)
                         QLatin1Char('\n');
     if (_impl->logBuffer.size() > logBufferSize)
         flushLogBuffer();
+    else if (!_impl->logFlush.isActive())
+        _impl->logFlush.start(logDelayMs);
 }
 
 void DzApp::debug(const QString& line)
@@ -160,6 +189,7 @@ bool DzApp::flushLogBuffer()
 {
     const QByteArray text = _impl->logBuffer.toUtf8();
     _impl->logBuffer.clear();
+    _impl->logFlush.stop();
     if (_impl->options.logFilename.isEmpty() ||
         (_impl->logFile.isOpen() && _impl->logFile.write(text) == text.size() && _impl->logFile.flush()))
         return true;

@@ -5,6 +5,7 @@
 #include "tests/windows/modal_answer.h"
 
 #include <QProcess>
+#include <QtTest>
 
 #include <dzcontentmgr.h>
 #include <dzmainwindow.h>
@@ -120,6 +121,74 @@ TEST(DesktopProgram, says_that_there_is_no_display)
     QString err;
     EXPECT_EQ(RunProgram({}, &err), 1);
     EXPECT_EQ(err.toStdString(), "gantrel-desktop: There is no display to show a window on.\n");
+}
+
+namespace {
+
+/// The program with a cache folder in which somebody may have left a log.
+class DesktopLogFile : public testing::Test {
+protected:
+    QString path(const char* name) const
+    {
+        return _cache.filePath(QStringLiteral("gantrel/") + QLatin1String(name));
+    }
+    void leave(const char* name, const char* text) const
+    {
+        QDir().mkpath(path(""));
+        QFile file(path(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
+    QByteArray text(const char* name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("none");
+    }
+    /// Kills it once it has told of a file that it cannot open.
+    void run() const
+    {
+        leave("broken.duf", "{");
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("XDG_CACHE_HOME"), _cache.path());
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), _cache.path());
+        program.setProcessEnvironment(environment);
+        program.start(QStringLiteral(GANTREL_DESKTOP), {path("broken.duf")});
+        EXPECT_TRUE(
+            QTest::qWaitFor([this] { return text("desktop-log.txt").contains("broken.duf"); }, 60000));
+        program.kill();
+        EXPECT_TRUE(program.waitForFinished(60000));
+    }
+
+    QTemporaryDir _cache;
+};
+
+} // namespace
+
+TEST_F(DesktopLogFile, of_the_run_before_is_kept)
+{
+    leave("desktop-log.txt", "former\n");
+    leave("desktop-log.old.txt", "older\n");
+    run();
+    EXPECT_EQ(text("desktop-log.old.txt"), "former\n");
+    EXPECT_FALSE(text("desktop-log.txt").contains("former"));
+}
+
+TEST_F(DesktopLogFile, that_said_nothing_takes_no_other_ones_place)
+{
+    leave("desktop-log.txt", "");
+    leave("desktop-log.old.txt", "older\n");
+    run();
+    EXPECT_EQ(text("desktop-log.old.txt"), "older\n");
+}
+
+TEST_F(DesktopLogFile, that_cannot_be_renamed_is_written_on)
+{
+    QDir().mkpath(path("desktop-log.old.txt/in the way"));
+    leave("desktop-log.txt", "former\n");
+    run();
+    EXPECT_TRUE(text("desktop-log.txt").startsWith("former\n"));
 }
 
 TEST_F(DesktopTest, loads_the_plug_ins_of_a_folder_into_its_menus)
