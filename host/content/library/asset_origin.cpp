@@ -79,10 +79,11 @@ bool HasOwnValue(const DzNumericProperty& property)
 {
     if (property.getDoubleRawValue() != property.getDoubleDefaultValue())
         return true;
-    const QVariant defined = property.property(definedKey);
+    const QByteArray defined = property.property(definedKey).toByteArray();
     double value = property.getDoubleRawValue();
-    if (defined.isValid())
-        std::memcpy(&value, defined.toByteArray().constData(), sizeof value);
+    // Scripts may have written something else.
+    if (defined.size() >= int(sizeof value))
+        std::memcpy(&value, defined.constData(), sizeof value);
     return value != property.getDoubleRawValue();
 }
 
