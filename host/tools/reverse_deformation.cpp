@@ -17,16 +17,19 @@ namespace openhost {
 using base::Span;
 using geometry::Vec3f;
 
-std::vector<Vec3f> UndoPlace(const DzNode& node, base::Span<const Vec3f> world)
+void RequireInvertible(const NodeTransform& place, const DzNode& node)
 {
-    const NodeTransform& place = WorldTransform(node);
+    if (!place.isIdentity() && !place.linear.inverse().allFinite())
+        throw base::Error(node.getLabel().toStdString() +
+                          " is scaled to nothing, so its pose cannot be undone");
+}
+
+std::vector<Vec3f> UndoPlace(const NodeTransform& place, base::Span<const Vec3f> world)
+{
     std::vector<Vec3f> positions(world.begin(), world.end());
     if (place.isIdentity())
         return positions;
     const Eigen::Matrix3d inverse = place.linear.inverse();
-    if (!inverse.allFinite())
-        throw base::Error(node.getLabel().toStdString() +
-                          " is scaled to nothing, so its pose cannot be undone");
     tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t v) {
         base::ThrowIfCancelled();
         positions[v] =
@@ -35,24 +38,39 @@ std::vector<Vec3f> UndoPlace(const DzNode& node, base::Span<const Vec3f> world)
     return positions;
 }
 
-std::vector<Vec3f> UndoShaping(Pipeline& pipeline, std::vector<Vec3f> positions, int level)
+std::vector<Vec3f> UndoPlace(const DzNode& node, base::Span<const Vec3f> world)
+{
+    const NodeTransform& place = WorldTransform(node);
+    RequireInvertible(place, node);
+    return UndoPlace(place, world);
+}
+
+std::vector<Vec3f> ShapingOffsets(Pipeline& pipeline, int level)
 {
     std::vector<Vec3f> offsets = pipeline.shapingOffsets();
-    if (offsets.empty())
-        return positions;
-    if (level > 0)
+    if (!offsets.empty() && level > 0)
         offsets = pipeline.subdivision(level)->refine(offsets, 0, level);
+    return offsets;
+}
+
+std::vector<Vec3f> UndoShaping(Pipeline& pipeline, std::vector<Vec3f> positions, int level)
+{
+    const std::vector<Vec3f> offsets = ShapingOffsets(pipeline, level);
     for (std::size_t v = 0; v < positions.size() && v < offsets.size(); ++v)
         positions[v] -= offsets[v];
     return positions;
 }
 
-std::vector<Vec3f> UndoSkin(const Pipeline& pipeline, base::Span<const Vec3f> posed)
+std::vector<Vec3f> UndoSkin(const SkinPose& pose, base::Span<const Vec3f> posed)
 {
-    const SkinPose pose = pipeline.skinPose();
     if (pose.atRest || !pose.weights)
         return {posed.begin(), posed.end()};
     return geometry::Unskin(posed, *pose.weights, pose.poses, pose.blend);
+}
+
+std::vector<Vec3f> UndoSkin(const Pipeline& pipeline, base::Span<const Vec3f> posed)
+{
+    return UndoSkin(pipeline.skinPose(), posed);
 }
 
 } // namespace openhost

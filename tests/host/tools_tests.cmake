@@ -5,6 +5,7 @@ gantrel_add_tests(host_tools_tests
         tools_fixture.cpp
         tools_morph_loader_settings_test.cpp
         tools_morph_loader_test.cpp
+        tools_morph_making_test.cpp
         tools_obj_test.cpp
         tools_reversal_test.cpp
         tools_rig_test.cpp
