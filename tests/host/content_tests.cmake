@@ -38,6 +38,7 @@ gantrel_add_tests(host_content_tests
         content_save_faults_test.cpp
         content_save_folders_test.cpp
         content_save_format_test.cpp
+        content_save_drivers_test.cpp
         content_save_joints_test.cpp
         content_save_parts_test.cpp
         content_save_scene_test.cpp

@@ -16,6 +16,7 @@
 #include "dzapp.h"
 #include "dzauthor.h"
 #include "dzfileiosettings.h"
+#include "dzfloatproperty.h"
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
 #include "dznode.h"
@@ -198,6 +199,20 @@ std::string DetailBytes(const Wanted& wanted)
     return bytes;
 }
 
+/// The URI of a dial of one of the figure's morphs, where a file has it or will have it; otherwise empty.
+std::string DialUri(const DzProperty& dial, const DzNode& figure, const std::vector<Wanted>& all)
+{
+    const auto* const morph = qobject_cast<const DzMorph*>(dial.getOwner());
+    if (!morph || dial.getOwner()->getElementParent() != figure.getObject())
+        return std::string();
+    const std::string node = figure.getAssetId().toStdString();
+    for (const Wanted& wanted : all)
+        if (wanted.morph == morph)
+            return dson::MakePropertyUri(node, wanted.address, wanted.fileName, "value");
+    const dson::Uri uri = dson::ParseUri(morph->getAssetUri().toString().toStdString());
+    return uri.path.empty() ? std::string() : dson::MakePropertyUri(node, uri.path, uri.id, "value");
+}
+
 /// A morph that will belong to its file.
 struct Written {
     DzMorph* morph;
@@ -205,7 +220,8 @@ struct Written {
     std::vector<DzNumericController*> links; ///< that the file holds as formulas
 };
 
-Written Write(const Wanted& wanted, const DzFileIOSettings& options, base::FileSet& set)
+Written Write(const Wanted& wanted, const std::vector<Wanted>& all, const DzFileIOSettings& options,
+              base::FileSet& set)
 {
     if (openhost::AssetFolder(*wanted.node).empty())
         throw base::FormatError("{} comes from no asset file", wanted.node->getLabel().toStdString());
@@ -228,10 +244,14 @@ Written Write(const Wanted& wanted, const DzFileIOSettings& options, base::FileS
     if (!wanted.morph->getDeltas()->loadDeltas())
         throw base::FormatError("the deltas of {} cannot be read", wanted.morph->getName().toStdString());
     dson::Modifier modifier = openhost::DescribeMorph(*wanted.morph, *wanted.node, wanted.fileName);
-    const openhost::JointLinks joints = openhost::DescribeJointLinks(
-        *wanted.morph, *wanted.node,
-        dson::MakePropertyUri(wanted.node->getAssetId().toStdString(), info.id, modifier.id, "value"));
+    const std::string dial = DialUri(*wanted.morph->getValueControl(), *wanted.node, all);
+    const openhost::JointLinks joints = openhost::DescribeJointLinks(*wanted.morph, *wanted.node, dial);
+    const openhost::DialLinks drivers = openhost::DescribeDialLinks(
+        *wanted.morph, dial, [&](const DzProperty& input) { return DialUri(input, *wanted.node, all); });
     modifier.formulas = joints.formulas;
+    modifier.formulas.insert(modifier.formulas.end(), drivers.formulas.begin(), drivers.formulas.end());
+    std::vector<DzNumericController*> links = joints.links;
+    links.insert(links.end(), drivers.links.begin(), drivers.links.end());
     if (joints.lost > 0)
         openhost::Report({base::Severity::Warning,
                           {},
@@ -246,7 +266,7 @@ Written Write(const Wanted& wanted, const DzFileIOSettings& options, base::FileS
              name,
              fmt::format("no name for a file; the morph is named {} in its own", wanted.fileName)});
     dson::WriteMorph(info, modifier, library, write, DetailBytes(wanted));
-    return {wanted.morph, DzUri(QString::fromStdString(dson::MakeUri(info.id, modifier.id))), joints.links};
+    return {wanted.morph, DzUri(QString::fromStdString(dson::MakeUri(info.id, modifier.id))), links};
 }
 
 /// @param replaced  files that may be
@@ -267,7 +287,7 @@ void Save(const std::vector<Wanted>& all, const DzFileIOSettings& options, const
                 file.toStdString());
     std::vector<Written> written;
     for (const Wanted& wanted : all)
-        written.push_back(Write(wanted, options, set));
+        written.push_back(Write(wanted, all, options, set));
     base::ThrowIfCancelled(); // for the last time: they are saved all together
     set.commit();
     for (const Written& saved : written) {

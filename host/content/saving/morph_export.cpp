@@ -67,6 +67,23 @@ JointLinks DescribeJointLinks(const DzMorph& morph, const DzNode& figure, const 
     return found;
 }
 
+DialLinks DescribeDialLinks(const DzMorph& morph, const std::string& dial,
+                            const std::function<std::string(const DzProperty&)>& uriOf)
+{
+    DialLinks found;
+    const DzFloatProperty& property = *morph.getValueControl();
+    for (int i = 0; i < property.getNumControllers(); ++i) {
+        auto* const link = qobject_cast<DzNumericController*>(property.getController(i));
+        if (!link || IsFromDataFile(*link))
+            continue;
+        if (const auto formula = DescribeLink(*link, dial, uriOf)) {
+            found.formulas.push_back(*formula);
+            found.links.push_back(link);
+        }
+    }
+    return found;
+}
+
 dson::Modifier DescribeMorph(const DzMorph& morph, const DzNode& figure, const std::string& name)
 {
     const DzFloatProperty& dial = *morph.getValueControl();

@@ -6,12 +6,14 @@
 #include "dson/asset.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
 class DzMorph;
 class DzNode;
 class DzNumericController;
+class DzProperty;
 class QString;
 
 namespace openhost {
@@ -29,6 +31,18 @@ struct JointLinks {
 /// Those that no data file brings along yet.
 /// @param dial  URI by which the formulas name the morph's dial
 JointLinks DescribeJointLinks(const DzMorph& morph, const DzNode& figure, const std::string& dial);
+
+/// By what other morphs of the figure drive the morph's own dial.
+struct DialLinks {
+    std::vector<dson::Formula> formulas;
+    std::vector<DzNumericController*> links; ///< one per formula
+};
+/// Those that no data file brings along yet, and that files can hold: what reads a property without a URI
+/// lasts as long as the scene.
+/// @param dial   URI by which the formulas name the morph's dial
+/// @param uriOf  of the dials that are driven by
+DialLinks DescribeDialLinks(const DzMorph& morph, const std::string& dial,
+                            const std::function<std::string(const DzProperty&)>& uriOf);
 
 /// Folder of the file that defines the figure, decoded, such as /data/Acme/Mini/Base; empty for none.
 std::string AssetFolder(const DzNode& figure);
