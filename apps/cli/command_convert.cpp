@@ -3,21 +3,17 @@
 
 #include "command_convert.h"
 
-#include "base/device_name.h"
-#include "base/limits.h"
 #include "conversion.h"
 #include "host_session.h"
 #include "new_names.h"
 #include "options.h"
 #include "progress.h"
 #include "report.h"
+#include "save_options.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <optional>
-
-#include <sys/resource.h>
 
 #include <CLI/CLI.hpp>
 #include <QString>
@@ -171,28 +167,12 @@ void ParseBase(const std::string& text, GntRequest& request)
                      "\"; the bases are clone, feminine, masculine and height");
 }
 
-/// Libraries move between systems; some refuse these characters, and drop a full stop at the end.
-void CheckFolderName(const char* option, const std::string& name)
-{
-    const bool hasBadCharacter = std::any_of(name.begin(), name.end(), [](char c) {
-        return static_cast<unsigned char>(c) < 0x20 || std::strchr("/\\:*?\"<>|", c);
-    });
-    // Some drop blanks at the ends as well.
-    const bool hasBlankEnd = name.empty() || name.front() == ' ' || name.back() == ' ';
-    if (hasBlankEnd || hasBadCharacter || name.back() == '.' || base::IsDeviceName(name))
-        throw UsageError(std::string(option) + " \"" + name + "\" cannot be the name of a folder");
-    if (QString::fromStdString(name).toStdString() != name)
-        throw UsageError(fmt::format("{} is not UTF-8", option));
-    if (name.size() > base::longestName)
-        throw UsageError(fmt::format("{} is too long for the name of a folder: {} bytes, of {} at most",
-                                     option, name.size(), base::longestName));
-}
-
 GntSaveOptions MakeSaveOptions(const ConvertArguments& arguments)
 {
-    CheckFolderName("--vendor", arguments.vendor);
-    CheckFolderName("--product", arguments.product);
-    return {arguments.contentDirectory, arguments.vendor, arguments.product, arguments.compress};
+    GntSaveOptions options{arguments.contentDirectory, arguments.vendor, arguments.product,
+                           arguments.compress};
+    CheckSaveOptions(options);
+    return options;
 }
 
 GntRequest MakeMorphRequest(const ConvertArguments& arguments)
@@ -261,21 +241,6 @@ Json Describe(const MorphReport& morph)
     return json;
 }
 
-double PeakMemoryMebibytes()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) / 1024.0;
-}
-
-Json Describe(const Progress& progress)
-{
-    Json steps = Json::array();
-    for (const auto& stage : progress.seconds())
-        steps.push_back({{"step", stage.first}, {"seconds", Rounded(stage.second, 4)}});
-    return {{"total", Rounded(progress.totalSeconds(), 4)}, {"steps", steps}};
-}
-
 Json Describe(const ConversionReport& report, const Progress& progress, bool asJson)
 {
     Json created = Json::array(), missing = Json::array(), files = Json::array();
@@ -303,7 +268,7 @@ Json Describe(const ConversionReport& report, const Progress& progress, bool asJ
     json["files"] = files;
     if (!report.temporaryFolder.empty())
         json["temporary_folder"] = FileText(report.temporaryFolder);
-    json["seconds"] = Describe(progress);
+    json["seconds"] = SecondsOf(progress);
     json["peak_memory_mib"] = Rounded(PeakMemoryMebibytes(), 1);
     AddDiagnostics(json, report.diagnostics, asJson);
     return json;

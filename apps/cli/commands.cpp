@@ -4,6 +4,7 @@
 #include "commands.h"
 
 #include "command_convert.h"
+#include "command_convert_morphs.h"
 #include "command_inspect.h"
 #include "command_list_dials.h"
 #include "command_make_figure.h"
@@ -19,6 +20,7 @@ void AddCommands(CLI::App& program, CommandContext& context)
     AddSampleContentCommand(program, context);
     AddMakeFigureCommand(program, context);
     AddConvertCommand(program, context);
+    AddConvertMorphsCommand(program, context);
     AddTransferCommand(program, context);
     AddInspectCommand(program, context);
     AddListDialsCommand(program, context);

@@ -4,7 +4,6 @@
 #include "conversion.h"
 
 #include "base/cancellation.h"
-#include "base/folders.h"
 #include "command.h"
 #include "conversion_checks.h"
 #include "conversion_figures.h"
@@ -26,6 +25,7 @@
 #include "openhost/shapes.h"
 #include "progress.h"
 #include "report.h"
+#include "save_options.h"
 #include "shaper_warnings.h"
 
 #include <algorithm>
@@ -134,10 +134,9 @@ void NoteSaved(const GntOutcome& outcome, const fs::path& library)
         NoteWritten(fmt::format("the morphs are saved: {}", fmt::join(files, ", ")));
 }
 
-void Save(GntSaveOptions save, const GntOutcome& outcome)
+void Save(const GntSaveOptions& options, const GntOutcome& outcome)
 {
-    save.contentDirectory = FileText(fs::absolute(save.contentDirectory));
-    base::MakeFolders(save.contentDirectory); // the host saves into libraries that are there only
+    const GntSaveOptions save = PrepareToSave(options);
     const openhost::DiagnosticsCollector met(dzApp->diagnostics());
     try {
         GntSaveMorphs_X(outcome.params->figTarget, outcome.created, save);

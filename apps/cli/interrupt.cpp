@@ -110,6 +110,11 @@ void NoteWritten(const std::string& clause)
     TheAccount().written.push_back(clause);
 }
 
+void NoteAllWritten(const std::string& clause)
+{
+    TheAccount().written = {clause};
+}
+
 void NoteForInterrupt(const std::string& clause)
 {
     TheAccount().notes.push_back(clause);

@@ -62,11 +62,26 @@ void Progress::begin(const std::string& name, const std::string& text)
     finish();
     _stage = name;
     _stageBegin = Clock::now();
+    show((text.empty() ? name : text) + " ...");
+}
+
+void Progress::show(const std::string& text) const
+{
     if (!_isShown)
         return;
     clearLine();
-    std::fputs(FitToTerminal((text.empty() ? name : text) + " ...").c_str(), stderr);
+    std::fputs(FitToTerminal(text).c_str(), stderr);
     std::fflush(stderr);
+}
+
+void Progress::update(const std::string& text)
+{
+    base::ThrowIfCancelled();
+    constexpr double readable = 0.2; // seconds
+    if (!_isShown || SecondsSince(_shownAt) < readable)
+        return;
+    _shownAt = Clock::now();
+    show(text);
 }
 
 void Progress::finish()

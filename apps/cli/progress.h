@@ -27,6 +27,9 @@ public:
     void stage(const std::string& name, const std::string& text = {});
     /// The same from where nothing may be thrown.
     void begin(const std::string& name, const std::string& text = {});
+    /// How far the stage is; shown now and then, so that it may be called often.
+    /// @throws base::Cancelled  the user asked to end
+    void update(const std::string& text);
     /// Ends the last stage.
     void finish();
 
@@ -38,9 +41,10 @@ private:
     using Clock = std::chrono::steady_clock;
 
     void clearLine() const;
+    void show(const std::string& text) const;
 
     bool _isShown;
-    Clock::time_point _begin = Clock::now(), _stageBegin = _begin;
+    Clock::time_point _begin = Clock::now(), _stageBegin = _begin, _shownAt = _begin;
     std::string _stage;
     std::vector<std::pair<std::string, double>> _seconds;
 };

@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "report.h"
+
 #include "base/reason.h"
+#include "progress.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -11,6 +13,8 @@
 #include <exception>
 #include <set>
 #include <vector>
+
+#include <sys/resource.h>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -256,6 +260,21 @@ double Rounded(double value, int decimals)
 {
     const double factor = std::pow(10.0, decimals);
     return std::round(value * factor) / factor;
+}
+
+Json SecondsOf(const Progress& progress)
+{
+    Json steps = Json::array();
+    for (const auto& stage : progress.seconds())
+        steps.push_back({{"step", stage.first}, {"seconds", Rounded(stage.second, 4)}});
+    return {{"total", Rounded(progress.totalSeconds(), 4)}, {"steps", steps}};
+}
+
+double PeakMemoryMebibytes()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_maxrss) / 1024.0;
 }
 
 } // namespace cli

@@ -30,6 +30,12 @@ std::string ReportText(const Json& report);
 /// apart. Each stands there once; notes do not.
 void AddDiagnostics(Json& report, const base::Diagnostics& diagnostics, bool asJson);
 
+class Progress;
+/// Of each stage and in all.
+Json SecondsOf(const Progress& progress);
+/// The most that this process has had.
+double PeakMemoryMebibytes();
+
 /// To stderr, a line each and each once; notes do not. For commands whose output is something else.
 void TellWarnings(const base::Diagnostics& diagnostics);
 

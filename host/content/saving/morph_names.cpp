@@ -18,17 +18,11 @@ namespace openhost {
 
 namespace {
 
-/// What names have in common that would be taken for each other.
-std::string KeyOf(const QString& name)
-{
-    return FoldCase(FileName(name.toStdString()));
-}
-
 DzModifier* FindModifier(const DzNode& figure, const std::string& key)
 {
     const DzObject* const object = figure.getObject();
     for (int i = 0; object && i < object->getNumModifiers(); ++i)
-        if (KeyOf(object->getModifier(i)->getName()) == key)
+        if (MorphNameKey(object->getModifier(i)->getName()) == key)
             return object->getModifier(i);
     return nullptr;
 }
@@ -36,12 +30,17 @@ DzModifier* FindModifier(const DzNode& figure, const std::string& key)
 bool HasProperty(const DzNode& figure, const std::string& key)
 {
     for (int i = 0; i < figure.getNumProperties(); ++i)
-        if (KeyOf(figure.getProperty(i)->getName()) == key)
+        if (MorphNameKey(figure.getProperty(i)->getName()) == key)
             return true;
     return false;
 }
 
 } // namespace
+
+std::string MorphNameKey(const QString& name)
+{
+    return FoldCase(FileName(name.toStdString()));
+}
 
 std::string NameConflict::text() const
 {
@@ -56,7 +55,7 @@ std::optional<NameConflict> FindNameConflict(const DzNode& figure, const QString
 {
     NameConflict conflict;
     conflict.name = name.toStdString();
-    const std::string key = KeyOf(name);
+    const std::string key = MorphNameKey(name);
     const std::string address = folder ? MorphAddress(figure, folder->vendor.toStdString(),
                                                       folder->product.toStdString(), conflict.name)
                                        : std::string();

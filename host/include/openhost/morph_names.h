@@ -16,6 +16,10 @@ namespace openhost {
 /// Nothing but blanks and characters that nobody sees.
 bool IsBlankName(const QString& name);
 
+/// The same for names that would be taken for each other: letter case and the way accents are written do not
+/// count, and no file can hold some characters.
+std::string MorphNameKey(const QString& name);
+
 /// Where morphs are saved to.
 struct MorphFolder {
     QString contentDirectory, vendor, product;
@@ -30,8 +34,7 @@ struct NameConflict {
     std::string name;         ///< as it was asked for
 };
 
-/// Names stay apart on every disk and in every later load: letter case and the way accents are written do not
-/// count.
+/// Names stay apart on every disk and in every later load; see MorphNameKey().
 /// @param folder  null where the morph is not to be saved
 /// @return nothing where the name is free
 std::optional<NameConflict> FindNameConflict(const DzNode& figure, const QString& name,

@@ -1,0 +1,181 @@
+// Which of a figure's morphs are meant.
+// SPDX-License-Identifier: MIT
+
+#include "morph_choice.h"
+
+#include "base/errors.h"
+#include "command.h"
+#include "dials.h"
+#include "dson/file_text.h"
+#include "dson/reader.h"
+#include "dzcontroller.h"
+#include "dzmorph.h"
+#include "dznode.h"
+#include "dznumericproperty.h"
+#include "morph_files.h"
+
+#include <algorithm>
+#include <set>
+
+#include <QString>
+
+#include <fmt/format.h>
+
+namespace cli {
+
+namespace {
+
+bool IsHidden(const ShapeDial& dial)
+{
+    return dial.dial->isHidden();
+}
+
+bool HasWildcard(const std::string& pattern)
+{
+    return pattern.find_first_of("*?") != pattern.npos;
+}
+
+bool Fits(const ShapeDial& dial, const std::string& pattern)
+{
+    return FitsPattern(dial.name, pattern) || FitsPattern(dial.label, pattern);
+}
+
+struct ListedName {
+    std::size_t line;
+    std::string name;
+};
+
+std::string Trimmed(const std::string& text)
+{
+    const char* const blanks = " \t\r";
+    const std::size_t begin = text.find_first_not_of(blanks);
+    return begin == text.npos ? std::string() : text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
+std::vector<ListedName> ReadList(const std::filesystem::path& file)
+{
+    std::string text = dson::ReadBytes(file);
+    const std::string byteOrderMark = "\xEF\xBB\xBF";
+    if (text.compare(0, byteOrderMark.size(), byteOrderMark) == 0)
+        text.erase(0, byteOrderMark.size());
+    std::vector<ListedName> names;
+    std::size_t line = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find('\n', at), text.size());
+        const std::string name = Trimmed(text.substr(at, end - at));
+        at = end + 1;
+        ++line;
+        if (name.empty() || name.front() == '#')
+            continue;
+        if (QString::fromStdString(name).toStdString() != name)
+            throw base::FormatError("{}:{}: the name is not UTF-8", FileText(file), line);
+        names.push_back({line, name});
+    }
+    if (names.empty())
+        throw base::FormatError("{}: names no morphs", FileText(file));
+    return names;
+}
+
+/// Names come before labels, exact spelling before any other.
+const ShapeDial* FindNamed(const std::vector<ShapeDial>& all, const std::string& name)
+{
+    const std::string folded = Folded(name);
+    for (const bool ignoresCase : {false, true})
+        for (const auto text : {&ShapeDial::name, &ShapeDial::label})
+            for (const ShapeDial& dial : all)
+                if (ignoresCase ? Folded(dial.*text) == folded : dial.*text == name)
+                    return &dial;
+    return nullptr;
+}
+
+std::set<const ShapeDial*> NamedIn(const std::filesystem::path& file, const std::vector<ShapeDial>& all,
+                                   const std::string& figure)
+{
+    std::set<const ShapeDial*> chosen;
+    std::vector<ListedName> unknown;
+    for (const ListedName& listed : ReadList(file)) {
+        if (const ShapeDial* const dial = FindNamed(all, listed.name))
+            chosen.insert(dial);
+        else
+            unknown.push_back(listed);
+    }
+    if (unknown.empty())
+        return chosen;
+    const std::string others =
+        unknown.size() == 1 ? std::string()
+                            : fmt::format("; the same of {} behind it",
+                                          dson::Counted(unknown.size() - 1, "further line", "further lines"));
+    throw base::FormatError("{}:{}: {} has no morph \"{}\"{}", FileText(file), unknown.front().line, figure,
+                            unknown.front().name, others);
+}
+
+std::set<const ShapeDial*> Fitting(const MorphChoice& choice, const std::vector<ShapeDial>& all,
+                                   const std::string& figure)
+{
+    std::set<const ShapeDial*> chosen;
+    for (const std::string& pattern : choice.patterns) {
+        const bool takesHidden = choice.takesHidden || !HasWildcard(pattern);
+        bool isUsed = false;
+        for (const ShapeDial& dial : all) {
+            if (!Fits(dial, pattern) || (IsHidden(dial) && !takesHidden))
+                continue;
+            chosen.insert(&dial);
+            isUsed = true;
+        }
+        if (!isUsed)
+            throw std::runtime_error(fmt::format("--morphs \"{}\" fits no morph of {}", pattern, figure));
+    }
+    return chosen;
+}
+
+void CollectDriven(const DzNumericProperty& dial, std::set<const DzProperty*>& seen,
+                   std::vector<DzMorph*>& morphs)
+{
+    for (DzControllerListIterator links = dial.slaveControllerListIterator(); links.hasNext();) {
+        const auto* const driven = qobject_cast<DzNumericProperty*>(links.next()->getOwner());
+        if (!driven || !seen.insert(driven).second)
+            continue; // dials may drive each other in a circle
+        if (auto* const morph = qobject_cast<DzMorph*>(driven->getOwner()))
+            morphs.push_back(morph);
+        CollectDriven(*driven, seen, morphs);
+    }
+}
+
+} // namespace
+
+std::vector<DzMorph*> DrivenMorphs(const DzNumericProperty& dial)
+{
+    std::set<const DzProperty*> seen{&dial};
+    std::vector<DzMorph*> morphs;
+    CollectDriven(dial, seen, morphs);
+    return morphs;
+}
+
+std::vector<ShapeDial> ShapeDialsOf(const DzNode& figure)
+{
+    const DzNode plain;
+    std::vector<ShapeDial> dials;
+    for (const Dial& dial : DialsOf(figure)) {
+        auto* const morph = qobject_cast<DzMorph*>(dial.modifier);
+        const bool isControl = !dial.modifier && !IsAlias(dial) &&
+                               !plain.findProperty(dial.property->getName()) &&
+                               !DrivenMorphs(*dial.property).empty();
+        if (morph || isControl)
+            dials.push_back({dial.property, morph, dial.name, dial.label});
+    }
+    return dials;
+}
+
+std::vector<ShapeDial> ChooseMorphs(const std::vector<ShapeDial>& all, const MorphChoice& choice,
+                                    const std::string& figure)
+{
+    const std::set<const ShapeDial*> chosen =
+        choice.list.empty() ? Fitting(choice, all, figure) : NamedIn(choice.list, all, figure);
+    std::vector<ShapeDial> dials;
+    for (const ShapeDial& dial : all)
+        if (chosen.count(&dial))
+            dials.push_back(dial);
+    return dials;
+}
+
+} // namespace cli

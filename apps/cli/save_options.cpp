@@ -1,0 +1,55 @@
+// Where the command line saves morphs to.
+// SPDX-License-Identifier: MIT
+
+#include "save_options.h"
+
+#include "base/folders.h"
+#include "base/device_name.h"
+#include "base/limits.h"
+#include "command.h"
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+
+#include <QString>
+
+#include <fmt/format.h>
+
+namespace cli {
+
+namespace {
+
+/// Libraries move between systems; some refuse these characters, and drop a full stop at the end.
+void CheckFolderName(const char* option, const std::string& name)
+{
+    const bool hasBadCharacter = std::any_of(name.begin(), name.end(), [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 || std::strchr("/\\:*?\"<>|", c);
+    });
+    // Some drop blanks at the ends as well.
+    const bool hasBlankEnd = name.empty() || name.front() == ' ' || name.back() == ' ';
+    if (hasBlankEnd || hasBadCharacter || name.back() == '.' || base::IsDeviceName(name))
+        throw UsageError(std::string(option) + " \"" + name + "\" cannot be the name of a folder");
+    if (QString::fromStdString(name).toStdString() != name)
+        throw UsageError(fmt::format("{} is not UTF-8", option));
+    if (name.size() > base::longestName)
+        throw UsageError(fmt::format("{} is too long for the name of a folder: {} bytes, of {} at most",
+                                     option, name.size(), base::longestName));
+}
+
+} // namespace
+
+void CheckSaveOptions(const GntSaveOptions& options)
+{
+    CheckFolderName("--vendor", options.vendor);
+    CheckFolderName("--product", options.product);
+}
+
+GntSaveOptions PrepareToSave(GntSaveOptions options)
+{
+    options.contentDirectory = FileText(std::filesystem::absolute(options.contentDirectory));
+    base::MakeFolders(options.contentDirectory);
+    return options;
+}
+
+} // namespace cli
