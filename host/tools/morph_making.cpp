@@ -8,8 +8,10 @@
 #include "dzmorphdeltas.h"
 #include "dznode.h"
 #include "dzobject.h"
+#include "dzpresentation.h"
 #include "figure/deltas_access.h"
 #include "figure/pipeline.h"
+#include "loading/kept_parts.h"
 #include "reverse_deformation.h"
 #include "scene/node_transform.h"
 
@@ -120,6 +122,16 @@ DzMorph& AddMorph(DzNode& figure, const QString& name, geometry::SubdividedMorph
         throw base::Error(
             fmt::format("{} does not take a morph {}", figure.getLabel().toStdString(), name.toStdString()));
     return *morph.release();
+}
+
+void SetPresentation(DzMorph& morph, const QString& type, std::string json)
+{
+    auto presentation = std::make_unique<DzPresentation>();
+    presentation->setType(type);
+    morph.setPresentation(presentation.release());
+    KeptModifier kept;
+    kept.definition.members.emplace_back("presentation", std::move(json));
+    Keep(morph, std::move(kept));
 }
 
 } // namespace openhost

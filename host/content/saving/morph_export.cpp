@@ -10,12 +10,14 @@
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
 #include "dznumericcontroller.h"
+#include "dzpresentation.h"
 #include "dzskeleton.h"
 #include "figure/deltas_access.h"
 #include "library/asset_origin.h"
 #include "library/content_paths.h"
 #include "link_export.h"
 #include "loading/channel_properties.h"
+#include "loading/kept_parts.h"
 #include "saving/file_names.h"
 
 #include <fmt/format.h>
@@ -47,6 +49,20 @@ void AppendLinks(const DzBone& bone, const std::string& channel, const DzMorph& 
         found.formulas.push_back(*formula);
         found.links.push_back(link);
     }
+}
+
+/// What libraries show, such as an icon, where a file or a program has said so.
+void KeepPresentation(const DzMorph& morph, dson::Modifier& modifier)
+{
+    const KeptModifier* const kept = KeptOfModifier(morph);
+    const DzPresentation* const presentation = morph.getPresentation();
+    if (!kept || !presentation)
+        return;
+    for (const auto& member : kept->definition.members)
+        if (member.first == "presentation") {
+            modifier.presentationType = presentation->getType().toStdString();
+            modifier.kept.members.push_back(member);
+        }
 }
 
 } // namespace
@@ -91,6 +107,7 @@ dson::Modifier DescribeMorph(const DzMorph& morph, const DzNode& figure, const s
     dson::Modifier modifier = dson::MakeMorph(name, group.empty() ? "/" : group);
     modifier.parent = figure.getAssetUri().toString().toStdString();
     modifier.region = dial.getRegion().toStdString();
+    KeepPresentation(morph, modifier);
     dson::Channel& channel = modifier.channel;
     channel.label = dial.getLabel().toStdString();
     channel.min = dial.getMin();

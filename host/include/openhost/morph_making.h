@@ -7,6 +7,7 @@
 #include "geometry/morph_split.h"
 
 #include <memory>
+#include <string>
 
 class DzMorph;
 class DzNode;
@@ -41,5 +42,9 @@ private:
 /// @param name  that no other modifier of the figure has
 /// @throws base::Error  the figure has no mesh or does not take it
 DzMorph& AddMorph(DzNode& figure, const QString& name, geometry::SubdividedMorph made);
+/// How libraries show a new morph, for its file.
+/// @param type  such as "Modifier/Shape"
+/// @param json  the whole object, with the same type
+void SetPresentation(DzMorph& morph, const QString& type, std::string json);
 
 } // namespace openhost
