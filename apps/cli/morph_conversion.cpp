@@ -26,6 +26,7 @@
 #include "morph_carrier.h"
 #include "morph_links.h"
 #include "morph_plan.h"
+#include "morph_presentation.h"
 #include "openhost/diagnostics.h"
 #include "openhost/shapes.h"
 #include "progress.h"
@@ -122,6 +123,7 @@ public:
             runChunk({planned.begin() + static_cast<std::ptrdiff_t>(at),
                       planned.begin() + static_cast<std::ptrdiff_t>(std::min(at + size, planned.size()))});
         tellHeld();
+        tellLostIcons();
         _links.tellOfLost(_report.diagnostics);
     }
 
@@ -205,6 +207,11 @@ private:
         dial.setCanAutoFollow(true);
         if (const auto* const number = qobject_cast<const DzFloatProperty*>(&from))
             dial.setSensitivity(number->getSensitivity());
+        if (const auto presentation = ReadPresentation(planned.source)) {
+            openhost::SetPresentation(morph, QString::fromStdString(presentation->type), presentation->json);
+            if (!presentation->isIconThere)
+                _lostIcons.push_back(presentation->icon);
+        }
         told.drivers = _links.connect(planned.source, dial);
         return {&morph, std::move(told), _links.isDriver(planned.source)};
     }
@@ -264,6 +271,18 @@ private:
                      _held.size() > 1 ? ", and so on" : "")});
     }
 
+    void tellLostIcons()
+    {
+        if (!_lostIcons.empty())
+            _report.diagnostics.push_back(
+                {base::Severity::Warning,
+                 FileText(_request.source),
+                 {},
+                 fmt::format("{} in no content directory and left out: {}{}",
+                             dson::Counted(_lostIcons.size(), "icon is", "icons are"), _lostIcons.front(),
+                             _lostIcons.size() > 1 ? ", and so on" : "")});
+    }
+
     const MorphConversionRequest& _request;
     Progress& _progress;
     DzFigure& _target;
@@ -271,7 +290,7 @@ private:
     MorphLinks& _links;
     MorphConversionReport& _report;
     SourceShapes _shapes;
-    std::vector<std::string> _held;
+    std::vector<std::string> _held, _lostIcons;
     std::string _folder;
     std::size_t _total = 0, _begun = 0;
     const std::chrono::steady_clock::time_point _beginning = std::chrono::steady_clock::now();

@@ -80,6 +80,22 @@ TEST_F(ConvertedLinks, make_a_controller_drive_the_new_morphs)
     EXPECT_DOUBLE_EQ(valueOf("Bulge", "set('Both', 0.5)"), 0.5);
 }
 
+TEST_F(ConvertedLinks, last_from_those_that_are_saved_first_to_those_that_are_saved_last)
+{
+    constexpr int count = 70; // more than are saved together
+    std::string formulas;
+    for (int i = 0; i < count; ++i) {
+        const std::string name = "Shape" + std::to_string(i);
+        writeMorph(name);
+        formulas += (i > 0 ? ", " : "") + formula(name, push("Many"));
+    }
+    writeControl("Many", formulas);
+    const std::string saved = workspace.path("saved");
+    report({"--morphs", "Many", "Shape*", "--controllers"}, saved);
+    for (int i = 0; i < count; ++i)
+        EXPECT_TRUE(morphIn(saved, "Shape" + std::to_string(i)).contains("formulas")) << i;
+}
+
 TEST_F(ConvertedLinks, leave_the_shape_of_what_does_not_come_over_with_the_driver)
 {
     const std::string saved = workspace.path("saved");

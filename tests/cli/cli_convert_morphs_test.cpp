@@ -100,6 +100,29 @@ TEST_F(ConvertedMorphs, bring_along_what_the_dial_is_like)
     EXPECT_GT(created.at("largest_displacement_mm").get<double>(), 5.0);
 }
 
+TEST_F(ConvertedMorphs, bring_along_icons_that_are_there)
+{
+    const auto withIcon = [](const std::string& icon) {
+        return R"("presentation": {"type": "Modifier/Shape", "label": "", "description": "", "icon_large": ")" +
+               icon + R"(", "colors": [[1, 0, 0], [1, 1, 1]]})";
+    };
+    std::filesystem::create_directories(library("/data/Icons"));
+    workspace.write("lib/data/Icons/My Nose.png", "");
+    writeMorph("Nose", "", withIcon("/data/Icons/My%20Nose.png"));
+    writeMorph("Ear", "", withIcon("/data/Icons/Ear.png"));
+    writeMorph("Lip", "", withIcon(""));
+    const std::string saved = workspace.path("saved");
+    const json told = report({"--morphs", "Nose", "Ear", "Lip"}, saved);
+    const json presentation = morphIn(saved, "Nose").at("presentation");
+    EXPECT_EQ(presentation.at("icon_large"), "/data/Icons/My%20Nose.png");
+    EXPECT_EQ(presentation.at("colors").at(0), json::parse("[1, 0, 0]"));
+    EXPECT_EQ(morphIn(saved, "Ear").at("presentation").at("icon_large"), "");
+    EXPECT_EQ(morphIn(saved, "Lip").at("presentation").at("icon_large"), "");
+    EXPECT_EQ(told.at("warnings"),
+              json::array(
+                  {sourceFile() + ": 1 icon is in no content directory and left out: /data/Icons/Ear.png"}));
+}
+
 TEST_F(ConvertedMorphs, are_found_by_every_later_load_of_the_figure)
 {
     ExpectSuccess(convertMorphs({"--morphs", "Bulge"}, library()));
@@ -164,6 +187,16 @@ TEST_F(ConvertedMorphs, leave_those_out_that_cannot_be_had_whole)
         << told.at("skipped");
     EXPECT_TRUE(std::filesystem::exists(fileOf(saved, "Wide")));
     EXPECT_FALSE(std::filesystem::exists(fileOf(saved, "Half")));
+}
+
+TEST_F(ConvertedMorphs, that_cannot_be_saved_end_the_run_with_the_reason)
+{
+    const std::string saved = workspace.path("saved");
+    std::filesystem::create_directories(saved + "/data/DAZ 3D/Genesis 9/Base/Morphs");
+    workspace.write("saved/data/DAZ 3D/Genesis 9/Base/Morphs/Acme", "no folder");
+    const ProgramResult result = convertMorphs({"--morphs", "Wide"}, saved);
+    expectFailureWith(result, 1, "Cannot save the morphs: ");
+    EXPECT_NE(result.err.find("; nothing was saved"), std::string::npos) << result.err;
 }
 
 TEST_F(ConvertedMorphs, do_not_take_names_that_others_have)

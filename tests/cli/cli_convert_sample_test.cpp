@@ -65,6 +65,33 @@ std::unique_ptr<Workspace> SampleCharacters::shared;
 
 } // namespace
 
+TEST_F(SampleCharacters, have_single_morphs_that_are_converted_as_if_each_were_a_character)
+{
+    constexpr float hundredthMillimetre = 0.001f; // cm
+    const std::string source = library("People/Genesis 8 Female/Developer Kit/Genesis 8 Female Dev Load.duf"),
+                      target = library("People/Genesis 9/Genesis 9.duf"), saved = shared->path("single");
+    ExpectSuccess(RunProgram({"convert-morphs", "--content", shared->path("lib"), "--source", source,
+                              "--target", target, "--morphs", "PHMLongNose", "FBMShort", "--suffix", " G8",
+                              "--save-library", saved, "--vendor", "Acme", "--product", "Single"}));
+    const auto deltas = [&](const std::string& file) {
+        return MorphDeltas(library("data/DAZ 3D/Genesis 9/Base/Genesis9.dsf"),
+                           saved + "/data/DAZ 3D/Genesis 9/Base/Morphs/Acme/" + file);
+    };
+    for (const std::string name : {"PHMLongNose", "FBMShort"}) {
+        SCOPED_TRACE(name);
+        ExpectSuccess(RunProgram({"convert",        "--content", shared->path("lib"),
+                                  "--source",       source,      "--dial",
+                                  name + "=1",      "--base",    "clone=1",
+                                  "--target",       target,      "--jobs",
+                                  "full",           "--name",    name,
+                                  "--save-library", saved,       "--vendor",
+                                  "Acme",           "--product", "Whole"}));
+        const auto whole = deltas("Whole/" + name + ".dsf");
+        EXPECT_LT(LargestDifference(deltas("Single/" + name + " G8.dsf"), whole), hundredthMillimetre);
+        EXPECT_GT(LargestDifference(whole, std::vector<geometry::Vec3f>(whole.size())), 1.0f);
+    }
+}
+
 TEST_F(SampleCharacters, keep_their_shape_within_a_millimetre)
 {
     for (const Character& character : characters)
