@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <set>
+#include <unordered_map>
 
 #include <QString>
 
@@ -76,25 +77,40 @@ std::vector<ListedName> ReadList(const std::filesystem::path& file)
     return names;
 }
 
-/// Names come before labels, exact spelling before any other.
-const ShapeDial* FindNamed(const std::vector<ShapeDial>& all, const std::string& name)
-{
-    const std::string folded = Folded(name);
-    for (const bool ignoresCase : {false, true})
+/// Dials by what users call them: names come before labels, exact spelling before any other.
+class DialsByName {
+public:
+    explicit DialsByName(const std::vector<ShapeDial>& all)
+    {
+        // The first of several counts.
         for (const auto text : {&ShapeDial::name, &ShapeDial::label})
-            for (const ShapeDial& dial : all)
-                if (ignoresCase ? Folded(dial.*text) == folded : dial.*text == name)
-                    return &dial;
-    return nullptr;
-}
+            for (const ShapeDial& dial : all) {
+                _exact.emplace(dial.*text, &dial);
+                _folded.emplace(Folded(dial.*text), &dial);
+            }
+    }
+
+    /// Null for none.
+    const ShapeDial* find(const std::string& name) const
+    {
+        if (const auto found = _exact.find(name); found != _exact.end())
+            return found->second;
+        const auto found = _folded.find(Folded(name));
+        return found == _folded.end() ? nullptr : found->second;
+    }
+
+private:
+    std::unordered_map<std::string, const ShapeDial*> _exact, _folded;
+};
 
 std::set<const ShapeDial*> NamedIn(const std::filesystem::path& file, const std::vector<ShapeDial>& all,
                                    const std::string& figure)
 {
     std::set<const ShapeDial*> chosen;
     std::vector<ListedName> unknown;
+    const DialsByName dials(all);
     for (const ListedName& listed : ReadList(file)) {
-        if (const ShapeDial* const dial = FindNamed(all, listed.name))
+        if (const ShapeDial* const dial = dials.find(listed.name))
             chosen.insert(dial);
         else
             unknown.push_back(listed);

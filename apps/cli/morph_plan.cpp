@@ -87,6 +87,7 @@ std::vector<PlannedMorph> PlanMorphs(const std::vector<ShapeDial>& chosen, DzNod
 {
     const openhost::MorphFolder folder{ToQ(request.save.contentDirectory), ToQ(request.save.vendor),
                                        ToQ(request.save.product)};
+    const openhost::TakenNames taken(target);
     std::vector<PlannedMorph> planned;
     std::vector<DzMorph*> replaced;
     std::set<std::string> names;
@@ -97,7 +98,7 @@ std::vector<PlannedMorph> PlanMorphs(const std::vector<ShapeDial>& chosen, DzNod
             reason = "its name is blank; --suffix gives it one";
         else if (!names.insert(openhost::MorphNameKey(ToQ(name))).second)
             reason = fmt::format("another one of the morphs is to be called \"{}\" too", name);
-        else if (const auto conflict = openhost::FindNameConflict(target, ToQ(name), &folder))
+        else if (const auto conflict = taken.findConflict(ToQ(name), &folder))
             reason = WhyNotFree(*conflict, request.mayOverwrite, replaced);
         if (reason.empty())
             planned.push_back({source, name});

@@ -146,6 +146,26 @@ TEST_F(ConvertedMorphs, are_as_strong_as_the_dial_was)
     EXPECT_LT(LargestDifference(deltasOf(half, "Bulge"), expected), 2 * hundredthMillimetre);
 }
 
+TEST_F(ConvertedMorphs, are_whole_also_of_dials_that_do_not_rest_at_nothing)
+{
+    writeMorph("Nose");
+    writeMorph("Sharp Nose", R"("value": 0.75)");
+    const std::string saved = workspace.path("saved");
+    const json told = report({"--morphs", "*Nose"}, saved);
+    EXPECT_EQ(told.at("warnings"), json::array());
+    EXPECT_LT(LargestDifference(deltasOf(saved, "Sharp Nose"), deltasOf(saved, "Nose")), hundredthMillimetre);
+}
+
+TEST_F(ConvertedMorphs, are_hidden_ones_only_where_they_are_named)
+{
+    writeMorph("Hidden", R"("visible": false)");
+    const std::string saved = workspace.path("saved");
+    EXPECT_EQ(report({"--morphs", "*"}, saved).at("created").size(), 3u) << "Wide, Bulge and Unused";
+    EXPECT_EQ(report({"--morphs", "Hidden"}, saved).at("created").size(), 1u);
+    EXPECT_EQ(report({"--morphs", "H*", "--correctives", "--suffix", " 2"}, saved).at("created").size(), 1u);
+    EXPECT_FALSE(morphIn(saved, "Hidden").at("channel").at("visible").get<bool>());
+}
+
 TEST_F(ConvertedMorphs, stay_within_the_limits_of_the_dial_and_say_so)
 {
     const std::string full = workspace.path("full"), more = workspace.path("more");
@@ -246,6 +266,22 @@ TEST_F(ConvertedMorphs, are_named_by_a_file)
     const std::string saved = workspace.path("saved");
     const json told = report({"--list", list}, saved);
     EXPECT_EQ(told.at("created").size(), 2u);
+}
+
+TEST_F(ConvertedMorphs, are_named_before_they_are_labelled)
+{
+    writeMorph("Nose", R"("label": "Pointed")");
+    writeMorph("Pointed", R"("label": "Sharp")");
+    const std::string saved = workspace.path("saved");
+    const auto created = [&](const std::string& line) {
+        return report({"--list", workspace.write("list.txt", line), "--suffix", " of " + line}, saved)
+            .at("created")
+            .at(0)
+            .at("name");
+    };
+    EXPECT_EQ(created("Pointed"), "Pointed of Pointed");
+    EXPECT_EQ(created("sharp"), "Pointed of sharp");
+    EXPECT_EQ(created("nose"), "Nose of nose");
 }
 
 TEST_F(ConvertedMorphs, of_a_file_have_to_be_there)

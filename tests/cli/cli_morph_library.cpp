@@ -35,9 +35,12 @@ std::string FileText(const std::string& name, const std::string& modifier)
 
 std::string ChannelText(const std::string& more)
 {
-    const std::string limits = more.find("\"max\"") == more.npos ? R"(, "min": 0, "max": 1)" : "";
-    return R"(, "channel": {"id": "value", "type": "float", "name": "Value", "value": 0)" + limits +
-           MembersOf(more) + "}";
+    std::string text = R"(, "channel": {"id": "value", "type": "float", "name": "Value")" + MembersOf(more);
+    for (const auto& [name, value] :
+         {std::pair("\"value\"", "0"), std::pair("\"min\"", "0"), std::pair("\"max\"", "1")})
+        if (more.find(name) == more.npos)
+            text += std::string(", ") + name + ": " + value;
+    return text + "}";
 }
 
 } // namespace

@@ -16,27 +16,6 @@
 
 namespace openhost {
 
-namespace {
-
-DzModifier* FindModifier(const DzNode& figure, const std::string& key)
-{
-    const DzObject* const object = figure.getObject();
-    for (int i = 0; object && i < object->getNumModifiers(); ++i)
-        if (MorphNameKey(object->getModifier(i)->getName()) == key)
-            return object->getModifier(i);
-    return nullptr;
-}
-
-bool HasProperty(const DzNode& figure, const std::string& key)
-{
-    for (int i = 0; i < figure.getNumProperties(); ++i)
-        if (MorphNameKey(figure.getProperty(i)->getName()) == key)
-            return true;
-    return false;
-}
-
-} // namespace
-
 std::string MorphNameKey(const QString& name)
 {
     return FoldCase(FileName(name.toStdString()));
@@ -50,18 +29,27 @@ std::string NameConflict::text() const
     return fmt::format("there is a morph \"{}\" already{}", name, place);
 }
 
-std::optional<NameConflict> FindNameConflict(const DzNode& figure, const QString& name,
-                                             const MorphFolder* folder)
+TakenNames::TakenNames(const DzNode& figure) : _figure(figure)
+{
+    const DzObject* const object = figure.getObject();
+    for (int i = 0; object && i < object->getNumModifiers(); ++i)
+        _modifiers.emplace(MorphNameKey(object->getModifier(i)->getName()), object->getModifier(i));
+    for (int i = 0; i < figure.getNumProperties(); ++i)
+        _properties.insert(MorphNameKey(figure.getProperty(i)->getName()));
+}
+
+std::optional<NameConflict> TakenNames::findConflict(const QString& name, const MorphFolder* folder) const
 {
     NameConflict conflict;
     conflict.name = name.toStdString();
     const std::string key = MorphNameKey(name);
-    const std::string address = folder ? MorphAddress(figure, folder->vendor.toStdString(),
+    const std::string address = folder ? MorphAddress(_figure, folder->vendor.toStdString(),
                                                       folder->product.toStdString(), conflict.name)
                                        : std::string();
     const std::filesystem::path present =
         folder ? PresentFile(folder->contentDirectory, address) : std::filesystem::path();
-    DzModifier* const modifier = FindModifier(figure, key);
+    const auto found = _modifiers.find(key);
+    DzModifier* const modifier = found == _modifiers.end() ? nullptr : found->second;
     conflict.morph = qobject_cast<DzMorph*>(modifier);
     if (conflict.morph)
         conflict.file = QString::fromStdString(
@@ -72,9 +60,15 @@ std::optional<NameConflict> FindNameConflict(const DzNode& figure, const QString
         conflict.isOwnFile = present.stem().u8string() == FileName(conflict.name);
         return conflict;
     }
-    if (modifier || HasProperty(figure, key))
+    if (modifier || _properties.count(key))
         return conflict;
     return std::nullopt;
+}
+
+std::optional<NameConflict> FindNameConflict(const DzNode& figure, const QString& name,
+                                             const MorphFolder* folder)
+{
+    return TakenNames(figure).findConflict(name, folder);
 }
 
 } // namespace openhost

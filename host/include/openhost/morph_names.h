@@ -5,9 +5,12 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 
 #include <QString>
 
+class DzModifier;
 class DzMorph;
 class DzNode;
 
@@ -34,9 +37,23 @@ struct NameConflict {
     std::string name;         ///< as it was asked for
 };
 
-/// Names stay apart on every disk and in every later load; see MorphNameKey().
-/// @param folder  null where the morph is not to be saved
-/// @return nothing where the name is free
+/// The names that a figure's parts have at the moment, for asking about many.
+class TakenNames {
+public:
+    explicit TakenNames(const DzNode& figure);
+
+    /// Names stay apart on every disk and in every later load; see MorphNameKey().
+    /// @param folder  null where the morph is not to be saved
+    /// @return nothing where the name is free
+    std::optional<NameConflict> findConflict(const QString& name, const MorphFolder* folder) const;
+
+private:
+    const DzNode& _figure;
+    std::unordered_map<std::string, DzModifier*> _modifiers; ///< by key; the first of several
+    std::unordered_set<std::string> _properties;             ///< keys
+};
+
+/// The same for one name.
 std::optional<NameConflict> FindNameConflict(const DzNode& figure, const QString& name,
                                              const MorphFolder* folder);
 
