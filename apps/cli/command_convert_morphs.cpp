@@ -53,7 +53,9 @@ void AddChoiceOptions(CLI::App& command, ConvertMorphsArguments& arguments)
             "Names or labels, with * for any text and ? for one character; hidden dials only by their "
             "whole names, or with --controllers or --correctives")
         ->type_name("PATTERN");
-    choice->add_option("--list", arguments.list, "File with a name or label a line; # begins a remark")
+    choice
+        ->add_option("--list", arguments.list,
+                     "File with a name or label a line; a line that begins with # is a remark")
         ->type_name("FILE");
     choice->require_option(1);
 }
@@ -112,6 +114,9 @@ MorphConversionRequest MakeRequest(const ConvertMorphsArguments& arguments)
     request.contentDirectories = ContentDirectoriesFor(request.source, ToPaths(arguments.content));
     for (const std::string& pattern : arguments.patterns)
         CheckText("--morphs", pattern);
+    // A script's variable that is not set must not quietly mean no morphs.
+    if (arguments.patterns.empty() && arguments.list.empty())
+        throw UsageError("--list: the name is empty");
     CheckText("--path", arguments.path);
     CheckText("--suffix", arguments.suffix);
     if (!std::isfinite(arguments.value) || arguments.value == 0.0)

@@ -306,6 +306,7 @@ TEST_F(ConvertedMorphs, need_arguments_that_make_sense)
     const std::string saved = workspace.path("saved");
     ExpectWrongUse(convertMorphs({}, saved), "--morphs");
     ExpectWrongUse(convertMorphs({"--morphs", "Wide", "--list", "x"}, saved), "--list");
+    ExpectWrongUse(convertMorphs({"--list", ""}, saved), "--list");
     ExpectWrongUse(convertMorphs({"--morphs", "Wide", "--value", "0"}, saved), "--value");
     ExpectWrongUse(convertMorphs({"--morphs", "Wide", "--value", "nan"}, saved), "--value");
     ExpectWrongUse(convertMorphs({"--morphs", "Wide", "--value", "2", "--controllers"}, saved), "--value");
