@@ -30,5 +30,12 @@ set_target_properties(libdeflate PROPERTIES
     IMPORTED_LOCATION ${LIBDEFLATE_LIBRARY}
     INTERFACE_INCLUDE_DIRECTORIES ${LIBDEFLATE_INCLUDE_DIR})
 
+find_path(CSV_INCLUDE_DIR csv.h REQUIRED)
+find_library(CSV_LIBRARY csv REQUIRED)
+add_library(libcsv UNKNOWN IMPORTED)
+set_target_properties(libcsv PROPERTIES
+    IMPORTED_LOCATION ${CSV_LIBRARY}
+    INTERFACE_INCLUDE_DIRECTORIES ${CSV_INCLUDE_DIR})
+
 # Eigen offers some solvers under the GPL; only the MPL part may be used.
 add_compile_definitions(EIGEN_MPL2_ONLY)

@@ -9,15 +9,20 @@ function(gantrel_add_fuzz_targets program)
         ${fuzz}/figure.cpp
         ${fuzz}/fuzzed_host.cpp
         ${fuzz}/gzip.cpp
+        ${fuzz}/job_table.cpp
         ${fuzz}/obj.cpp
         ${fuzz}/options.cpp
         ${fuzz}/scene.cpp
         ${fuzz}/script.cpp
         ${fuzz}/target.cpp
         ${fuzz}/uri.cpp
+        ${PROJECT_SOURCE_DIR}/apps/cli/job_table.cpp
+        ${PROJECT_SOURCE_DIR}/apps/cli/job_table_json.cpp
+        ${PROJECT_SOURCE_DIR}/apps/cli/job_table_text.cpp
         ${tests}/host/content_fixture.cpp
         ${tests}/host/foreign_fixture.cpp
         ${tests}/plugin/mini_library.cpp)
     target_include_directories(${program} PRIVATE ${PROJECT_SOURCE_DIR})
-    target_link_libraries(${program} PRIVATE gantrel_options gantrel_engine host_rooms base geometry dson GTest::gtest)
+    target_link_libraries(${program} PRIVATE gantrel_options gantrel_engine host_rooms base geometry dson libcsv
+        nlohmann_json::nlohmann_json GTest::gtest)
 endfunction()

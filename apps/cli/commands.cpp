@@ -3,6 +3,7 @@
 
 #include "commands.h"
 
+#include "command_batch.h"
 #include "command_convert.h"
 #include "command_convert_morphs.h"
 #include "command_inspect.h"
@@ -21,6 +22,7 @@ void AddCommands(CLI::App& program, CommandContext& context)
     AddMakeFigureCommand(program, context);
     AddConvertCommand(program, context);
     AddConvertMorphsCommand(program, context);
+    AddBatchCommand(program, context);
     AddTransferCommand(program, context);
     AddInspectCommand(program, context);
     AddListDialsCommand(program, context);

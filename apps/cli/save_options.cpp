@@ -3,8 +3,8 @@
 
 #include "save_options.h"
 
-#include "base/folders.h"
 #include "base/device_name.h"
+#include "base/folders.h"
 #include "base/limits.h"
 #include "command.h"
 

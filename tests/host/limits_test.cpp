@@ -42,6 +42,7 @@ TEST(Limits, in_the_table_are_those_of_the_code)
         {"mostLinks", base::mostLinks},
         {"longestName", base::longestName},
         {"longestJournal", base::longestJournal},
+        {"longestTable", base::longestTable},
         {"farthestPosition", geometry::farthestPosition},
         {"largestPicture", geometry::largestPicture},
         {"mostCorners", geometry::mostCorners},

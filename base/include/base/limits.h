@@ -13,5 +13,7 @@ constexpr int mostLinks = 40;
 constexpr std::size_t longestName = 255;
 /// Bytes of what tells which files change together; some hundred thousand names.
 constexpr std::size_t longestJournal = std::size_t{1} << 24;
+/// Bytes of a table of work to do; some hundred thousand rows.
+constexpr std::size_t longestTable = std::size_t{1} << 26;
 
 } // namespace base

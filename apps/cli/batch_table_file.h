@@ -1,0 +1,17 @@
+// The file that a batch's table is in.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <string>
+
+namespace cli {
+
+/// What stands for standard input instead of a file's name.
+constexpr const char* standardInput = "-";
+
+/// @throws base::IoError, base::FormatError  it cannot be read, or is too large for a table
+/// @throws base::Cancelled                   while it was waited for
+std::string ReadTableFile(const std::string& name);
+
+} // namespace cli
