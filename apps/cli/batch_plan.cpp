@@ -122,8 +122,17 @@ private:
         const std::string place = Place(source);
         auto found = _labels.find(place);
         if (found == _labels.end())
-            found = _labels.emplace(place, LabelOfSource(source).value_or(place)).first;
+            found = _labels.emplace(place, readLabel(source).value_or(place)).first;
         return found->second;
+    }
+
+    static std::optional<std::string> readLabel(const fs::path& source)
+    {
+        try {
+            return LabelOfSource(dson::ReadDocument(source));
+        } catch (const base::Error&) {
+            return std::nullopt;
+        }
     }
 
     std::map<std::string, std::size_t> _rows;
@@ -246,17 +255,13 @@ std::string CommandText(const std::vector<std::string>& arguments)
     return text;
 }
 
-std::optional<std::string> LabelOfSource(const fs::path& file)
+std::optional<std::string> LabelOfSource(const dson::Document& document)
 {
-    try {
-        const dson::Document document = dson::ReadDocument(file);
-        for (const dson::NodeInstance& node : document.nodeInstances) {
-            const dson::Uri uri = dson::ParseUri(node.url); // which can be spelled in several ways
-            const kst::daz::BaseFigure kind = kst::daz::GetBaseFigure(dson::MakeUri(uri.path, uri.id));
-            if (kind != kst::daz::BaseFigure::None && kind != kst::daz::BaseFigure::Genesis9)
-                return node.label;
-        }
-    } catch (const base::Error&) { // the row that needs the file tells why
+    for (const dson::NodeInstance& node : document.nodeInstances) {
+        const dson::Uri uri = dson::ParseUri(node.url); // which can be spelled in several ways
+        const kst::daz::BaseFigure kind = kst::daz::GetBaseFigure(dson::MakeUri(uri.path, uri.id));
+        if (kind != kst::daz::BaseFigure::None && kind != kst::daz::BaseFigure::Genesis9)
+            return node.label;
     }
     return std::nullopt;
 }

@@ -15,6 +15,10 @@ namespace CLI {
 class App;
 } // namespace CLI
 
+namespace dson {
+struct Document;
+} // namespace dson
+
 namespace cli {
 
 struct ConversionRequest;
@@ -44,7 +48,7 @@ ConversionRequest ParseConversion(const std::vector<std::string>& arguments);
 /// As a shell takes it.
 std::string CommandText(const std::vector<std::string>& arguments);
 
-/// What the source's file calls the figure that would be converted; nothing where that cannot be told.
-std::optional<std::string> LabelOfSource(const std::filesystem::path& file);
+/// What a source's file calls the figure that would be converted; nothing where it has none.
+std::optional<std::string> LabelOfSource(const dson::Document& document);
 
 } // namespace cli

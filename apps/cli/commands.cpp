@@ -3,6 +3,7 @@
 
 #include "commands.h"
 
+#include "batch_worker.h"
 #include "command_batch.h"
 #include "command_convert.h"
 #include "command_convert_morphs.h"
@@ -28,6 +29,7 @@ void AddCommands(CLI::App& program, CommandContext& context)
     AddListDialsCommand(program, context);
     AddRenderCommand(program, context);
     AddScriptCommand(program, context);
+    AddBatchWorkerCommand(program, context);
 }
 
 } // namespace cli

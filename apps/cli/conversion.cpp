@@ -266,6 +266,8 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
         AdjustRig(outcome, report);
     }
     if (request.save) {
+        if (request.beforeSaving)
+            request.beforeSaving();
         progress.stage("Saving the morphs");
         Save(*request.save, outcome);
         AddSavedFiles(outcome.params->figTarget, request.save->contentDirectory, report);

@@ -9,6 +9,7 @@
 #include "gnt_outcome.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -32,6 +33,8 @@ struct ConversionRequest {
     bool mayOverwrite = false;       ///< replaces files of morphs that have the new ones' names
     bool keepTemporary = false;      ///< the folder of temporary files stays, also after a failure
     bool verbose = false;
+    /// Called when everything is made, before morphs are put in place; what it throws ends the conversion.
+    std::function<void()> beforeSaving;
 };
 
 struct FigureReport {

@@ -3,15 +3,13 @@
 
 #include "convert_options.h"
 
-#include "base/device_name.h"
-#include "base/limits.h"
 #include "command.h"
 #include "host_session.h"
 #include "new_names.h"
 #include "options.h"
+#include "save_options.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include <CLI/CLI.hpp>
 #include <QString>

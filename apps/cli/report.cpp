@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <exception>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include <sys/resource.h>
@@ -246,10 +247,15 @@ KeptForError::~KeptForError()
         AllKeptForError().insert(AllKeptForError().end(), _met.begin(), _met.end());
 }
 
+base::Diagnostics TakeKeptForError()
+{
+    return std::exchange(AllKeptForError(), {});
+}
+
 void WriteError(const std::string& sentence)
 {
     Json report{{"error", sentence}};
-    AddDiagnostics(report, AllKeptForError(), true);
+    AddDiagnostics(report, TakeKeptForError(), true);
     try {
         WriteReport(report, true);
     } catch (const std::runtime_error&) {

@@ -52,6 +52,9 @@ private:
     int _exceptions;
 };
 
+/// What was kept, which is forgotten.
+base::Diagnostics TakeKeptForError();
+
 /// One JSON object with the "error" and the diagnostics that were kept for it. Silent where it cannot be
 /// written: stderr has the sentence.
 void WriteError(const std::string& sentence);

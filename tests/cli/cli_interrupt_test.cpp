@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "cli_conversion.h"
+#include "cli_held_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -55,35 +56,6 @@ public:
 private:
     std::string _path, _content;
     int _writing = -1;
-};
-
-/// A file of our own that nobody can open as long as this lives: who tries waits. The system asks for it back
-/// with a signal that says nothing new here.
-class HeldFile {
-public:
-    explicit HeldFile(const std::string& path) : _file(open(path.c_str(), O_RDONLY | O_CLOEXEC))
-    {
-        std::signal(SIGIO, SIG_IGN);
-        if (_file < 0 || fcntl(_file, F_SETLEASE, F_WRLCK) != 0)
-            throw std::runtime_error("cannot hold " + path);
-    }
-    ~HeldFile()
-    {
-        letGo();
-        std::signal(SIGIO, SIG_DFL);
-    }
-    HeldFile(const HeldFile&) = delete;
-    HeldFile& operator=(const HeldFile&) = delete;
-
-    bool isWaitedFor() const { return fcntl(_file, F_GETLEASE) != F_WRLCK; }
-    void letGo()
-    {
-        if (_file >= 0)
-            close(std::exchange(_file, -1));
-    }
-
-private:
-    int _file;
 };
 
 /// Tells of a name in a folder as soon as it is there: who looks now and then may find that the program has

@@ -1,0 +1,34 @@
+// One run of a batch: its rows through workers, with what is known of them kept.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "batch_plan.h"
+#include "batch_results.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+struct BatchOptions {
+    std::string table;       ///< its file; state is kept beside it, but not beside standard input
+    std::size_t workers = 0; ///< 0 for as many as there are processors
+    bool skipsDone = false;  ///< rows that are done and unchanged; otherwise all are converted
+    bool needsState = false; ///< a place where none can be kept is an error rather than a warning
+    std::string log;         ///< empty for none
+    bool verbose = false, showsProgress = false;
+};
+
+struct BatchOutcome {
+    std::vector<RowResult> results;
+    base::Diagnostics diagnostics; ///< of the run as such
+    double seconds = 0.0;
+};
+
+/// @throws base::Cancelled     the user asked to end; what is done stays so
+/// @throws std::runtime_error  state or log cannot be kept, or no process can be started
+BatchOutcome RunBatch(const std::vector<BatchRow>& rows, const BatchOptions& options);
+
+} // namespace cli

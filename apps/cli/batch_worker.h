@@ -1,0 +1,24 @@
+// The process that rows of a batch are converted in, one after the other.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "command.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/// Arguments of the program that make it such a process, a child of this one.
+/// @param threads  that it computes with
+std::vector<std::string> BatchWorkerArguments(std::size_t threads, bool verbose);
+
+/// A subcommand that no help lists. It reads a line for each row, an object with "arguments" and
+/// "may_replace", and answers with an object on a line: "report", as `convert --json` has it, or "error" with
+/// "warnings" and "diagnostics"; "peak_memory_mib" of the row, and "held_mib" that it holds behind it. Before
+/// files are put in place it says {"saving": true} and waits for another line.
+void AddBatchWorkerCommand(CLI::App& program, CommandContext& context);
+
+} // namespace cli

@@ -1,0 +1,250 @@
+// Tables of conversions, run.
+// SPDX-License-Identifier: MIT
+
+#include "cli_batch.h"
+#include "cli_held_file.h"
+#include "cli_terminal.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <thread>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Batch = BatchTest;
+
+const char* const heldPath = "/data/DAZ 3D/Genesis 9/Base/Genesis9.dsf";
+
+/// Kills who waits for the file, so many times, and lets go of it then.
+class KillingWaiters {
+public:
+    KillingWaiters(const std::string& path, int times)
+        : _file(path), _thread([this, times] {
+              for (int killed = 0; killed < times && !_isOver;) {
+                  killed += _file.isWaitedFor() && killWorker();
+                  std::this_thread::sleep_for(std::chrono::milliseconds(5));
+              }
+              _file.letGo();
+          })
+    {
+    }
+    ~KillingWaiters()
+    {
+        _isOver = true;
+        _thread.join();
+    }
+
+private:
+    bool killWorker()
+    {
+        const std::vector<pid_t> workers = WorkersOfBatches();
+        if (workers.empty() || workers.front() == _last)
+            return false;
+        _last = workers.front();
+        // Until it has come to the file, too, and waits for it as the one before did.
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        return kill(_last, SIGKILL) == 0;
+    }
+
+    HeldFile _file;
+    std::atomic<bool> _isOver{false};
+    pid_t _last = 0;
+    std::thread _thread;
+};
+
+} // namespace
+
+TEST_F(Batch, saves_what_single_conversions_do)
+{
+    const Contents expected = savedOneByOne(3);
+    ASSERT_EQ(expected.size(), 6u) << "head and body of each";
+    for (const char* const workers : {"1", "2"}) {
+        const nlohmann::json report = batchReport({"--workers", workers});
+        EXPECT_EQ(report["done"], 3);
+        EXPECT_EQ(report["results"].size(), 3u);
+        for (const nlohmann::json& row : report["results"]) {
+            EXPECT_EQ(row["tries"], 1);
+            EXPECT_EQ(row["report"]["created_morphs"].size(), 2u);
+            EXPECT_GT(row["peak_memory_mib"], 1.0);
+        }
+        EXPECT_TRUE(saved() == expected);
+        fs::remove_all(workspace.path("saved"));
+    }
+}
+
+TEST_F(Batch, goes_on_when_a_row_fails)
+{
+    workspace.write("jobs.csv", "name,dial,source\nA,Wide=1,\nB,Slim=1,\nC,Wide=1,/none.duf\nD,Bulge=1,\n");
+    const ProgramResult result = batch();
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err, "gantrel: 2 of 4 rows failed.\n");
+    EXPECT_NE(result.out.find("\ndone             2\n"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("\n  2    3     " + sourceFile() + "  "), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("\n  3    4     /none.duf"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("Cannot open /none.duf: No such file or directory.\n"), std::string::npos)
+        << result.out;
+    EXPECT_EQ(saved().size(), 4u);
+    expectNoTraces();
+}
+
+TEST_F(Batch, keeps_a_line_of_its_log_for_each_row)
+{
+    workspace.write("jobs.csv", "name,dial\nA,Wide=1\nB,Slim=1\n");
+    const std::string log = workspace.path("log.jsonl");
+    EXPECT_EQ(batch({"--log", log, "--workers", "1"}).exitCode, 1);
+    const std::string text = workspace.read("log.jsonl");
+    ASSERT_EQ(std::count(text.begin(), text.end(), '\n'), 2) << text;
+    const std::size_t end = text.find('\n');
+    const nlohmann::json done = nlohmann::json::parse(text.substr(0, end)),
+                         failed = nlohmann::json::parse(text.substr(end + 1));
+    EXPECT_EQ(done["status"], "done");
+    EXPECT_EQ(done["line"], 2);
+    EXPECT_EQ(done["report"]["created_morphs"][0]["name"], "A Head");
+    EXPECT_EQ(failed["status"], "failed");
+    EXPECT_EQ(failed["row"], 2);
+    EXPECT_EQ(failed["source"], sourceFile());
+    EXPECT_NE(failed["error"].get<std::string>().find("\"Slim\""), std::string::npos) << failed;
+}
+
+TEST_F(Batch, sums_logs_up_of_which_the_last_counts)
+{
+    const std::string first = workspace.write(
+        "1.jsonl", "{\"row\":1,\"line\":2,\"status\":\"done\",\"seconds\":2.5}\n"
+                   "{\"row\":2,\"line\":3,\"status\":\"failed\",\"error\":\"No.\"}\n{\"row\":3,\"li");
+    const std::string second = workspace.write("2.jsonl", "{\"row\":2,\"line\":3,\"status\":\"done\"}\n"
+                                                          "{\"row\":1,\"line\":2,\"status\":\"skipped\"}\n");
+    const ProgramResult merged = RunProgram({"batch", "--merge", first, second, "--json"});
+    EXPECT_EQ(merged.exitCode, 0) << merged.err;
+    const nlohmann::json report = nlohmann::json::parse(merged.out);
+    EXPECT_EQ(report["rows"], 2);
+    EXPECT_EQ(report["done"], 2) << "one of them is still done when it is skipped";
+    EXPECT_EQ(report["seconds"], 2.5);
+    EXPECT_EQ(report["warnings"], nlohmann::json({first + ": line 3 is not the result of a row, left out"}));
+    const ProgramResult alone = RunProgram({"batch", "--merge", first});
+    EXPECT_EQ(alone.exitCode, 1);
+    EXPECT_EQ(alone.err, "gantrel: 1 of 2 rows failed.\n");
+}
+
+TEST_F(Batch, tries_a_row_once_more_whose_worker_is_killed)
+{
+    ProgramResult result;
+    {
+        const KillingWaiters killing(library(heldPath), 1);
+        result = batch({"--workers", "1", "--json"});
+    }
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const nlohmann::json report = nlohmann::json::parse(result.out);
+    EXPECT_EQ(report["done"], 3);
+    EXPECT_EQ(report["results"][0]["tries"], 2);
+    EXPECT_EQ(report["results"][1]["tries"], 1);
+    expectNoTraces();
+}
+
+TEST_F(Batch, loses_the_row_alone_whose_workers_are_killed)
+{
+    ProgramResult result;
+    {
+        const KillingWaiters killing(library(heldPath), 2);
+        result = batch({"--workers", "1", "--json"});
+    }
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err, "gantrel: 1 of 3 rows failed.\n");
+    const nlohmann::json report = nlohmann::json::parse(result.out);
+    EXPECT_EQ(report["failures"][0]["error"], "The worker ended by signal 9.");
+    EXPECT_EQ(report["done"], 2);
+    expectNoTraces();
+}
+
+TEST_F(Batch, ends_its_workers_when_it_is_killed)
+{
+    HeldFile file(library(heldPath));
+    const ProgramResult killed =
+        SignalProgram(batchArguments({"--workers", "2"}), SIGKILL, [&file] { return file.isWaitedFor(); });
+    EXPECT_EQ(killed.signal, SIGKILL);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!WorkersOfBatches().empty() && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_TRUE(WorkersOfBatches().empty()) << "the file is still held";
+    expectNoTraces();
+}
+
+TEST_F(Batch, drops_what_runs_when_it_is_interrupted_and_goes_on_later)
+{
+    const Contents expected = savedOneByOne(3);
+    ExpectSuccess(batch({"--row", "1"}));
+    {
+        HeldFile file(library(heldPath));
+        const ProgramResult result =
+            InterruptProgram(batchArguments({"--resume"}), [&file] { return file.isWaitedFor(); });
+        EXPECT_EQ(result.signal, SIGINT);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.err,
+                  "gantrel: Interrupted; 1 of 3 rows are done; --resume goes on with the others.\n");
+        EXPECT_TRUE(WorkersOfBatches().empty());
+        expectNoTraces();
+    }
+    const nlohmann::json report = batchReport({"--resume"});
+    EXPECT_EQ(report["skipped"], 1);
+    EXPECT_EQ(report["done"], 2);
+    EXPECT_TRUE(saved() == expected);
+}
+
+TEST_F(Batch, tells_on_a_terminal_how_far_it_is)
+{
+    const TerminalResult result = RunOnTerminal(batchArguments({"--workers", "1"}), 100);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_NE(result.bytes.find("0 of 3 rows ..."), std::string::npos);
+    EXPECT_NE(result.bytes.find("2 of 3 rows, "), std::string::npos);
+    EXPECT_NE(result.bytes.find(" left ..."), std::string::npos);
+    ASSERT_FALSE(result.screen.empty());
+    EXPECT_EQ(result.screen.front(), "rows             3");
+}
+
+TEST_F(Batch, writes_a_table_of_all_characters_that_it_can_read)
+{
+    const std::string preset = R"({"file_version": "0.6.0.0", "asset_info": {"id": "/x.duf", "type": "TYPE"},
+        "scene": {"nodes": [{"id": "f", "label": "Vera, tall",
+            "url": "/data/DAZ 3D/Genesis 8/Female/Genesis8Female.dsf#Genesis8Female"}],
+        "modifiers": [{"id": "w", "url": "/data/w.dsf#w", "channel": {"id": "value", "current_value": VALUE}}]}})";
+    const auto write = [&](const std::string& name, const std::string& type, const std::string& value) {
+        std::string text = preset;
+        text.replace(text.find("TYPE"), 4, type);
+        text.replace(text.find("VALUE"), 5, value);
+        workspace.write("people/" + name, text);
+    };
+    fs::create_directories(workspace.path("people/more"));
+    write("Vera.duf", "character", "1");
+    write("more/Vera.duf", "character", "0.5");
+    write("Bare.duf", "character", "0");
+    write("Street.duf", "scene", "1");
+    workspace.write("people/Broken.duf", "{");
+    const ProgramResult result =
+        RunProgram({"batch", "--init", workspace.path("people"), "--target", targetFile()});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, "source,target,name\n" + workspace.path("people/Vera.duf") + ',' + targetFile() +
+                              ",\"Vera, tall converted to G9\"\n" + workspace.path("people/more/Vera.duf") +
+                              ',' + targetFile() + ",\"Vera, tall converted to G9 2\"\n");
+    EXPECT_EQ(result.err.find("gantrel: warning: " + workspace.path("people/Broken.duf")), 0u) << result.err;
+    const std::string file = workspace.path("new.csv");
+    EXPECT_EQ(RunProgram({"batch", file, "--init", workspace.path("people")}).exitCode, 0);
+    EXPECT_EQ(workspace.read("new.csv").compare(0, 12, "source,name\n"), 0);
+    ExpectError(RunProgram({"batch", file, "--init", workspace.path("people")}), 1,
+                file + ": is there already.");
+}
+
+TEST_F(Batch, is_told_what_it_lacks)
+{
+    ExpectError(RunProgram({"batch"}), 2, "A table is required.");
+    ExpectError(RunProgram({"batch", "-", "--resume"}), 2,
+                "--resume needs a table that is a file, beside which it is kept what is done.");
+    ExpectError(batch({"--row", "4"}), 2, "--row 4: " + table() + " has 3 rows.");
+    ExpectError(batch({"--log", table()}), 1,
+                "Cannot write " + table() + ": it is the same file as the input " + table() + ".");
+    ExpectError(batch({"--log", workspace.path("none/log")}), 1,
+                "Cannot write " + workspace.path("none/log") + ": No such file or directory.");
+}
