@@ -72,35 +72,42 @@ std::string Place(const fs::path& path)
 /// What a row writes, and which row writes it first.
 class Outputs {
 public:
-    void add(const BatchRow& row, const ConversionRequest& request, std::vector<TableProblem>& problems)
+    void add(BatchRow& row, const ConversionRequest& request, std::vector<TableProblem>& problems)
     {
-        for (const auto& [key, shown] : outputsOf(request)) {
-            const auto [first, isNew] = _rows.emplace(key, row.line);
+        const std::vector<Output> outputs = outputsOf(request);
+        row.identity = outputs.empty() ? CommandText(row.arguments) : outputs.front().spelled;
+        for (const Output& output : outputs) {
+            const auto [first, isNew] = _rows.emplace(output.place, row.line);
             if (isNew)
                 continue;
             problems.push_back(
-                {row.line, fmt::format("would write {}, as line {} does", shown, first->second)});
+                {row.line, fmt::format("would write {}, as line {} does", output.shown, first->second)});
             return;
         }
     }
 
 private:
-    using Output = std::pair<std::string, std::string>; ///< what tells it from others, and what it is called
+    struct Output {
+        std::string place;   ///< on this machine, however it is spelled
+        std::string spelled; ///< the same wherever a folder of several machines is found
+        std::string shown;
+    };
 
     std::vector<Output> outputsOf(const ConversionRequest& request)
     {
         std::vector<Output> outputs;
-        if (!request.exportObj.empty())
-            outputs.emplace_back(Place(request.exportObj), FileText(request.exportObj));
-        if (!request.pictures.empty())
-            outputs.emplace_back(Place(request.pictures),
-                                 "pictures into the folder " + FileText(request.pictures));
-        if (request.save)
-            for (const std::string& name : namesOf(request))
-                outputs.emplace_back(Folded(Place(request.save->contentDirectory) + '\n' +
-                                            request.save->vendor + '\n' + request.save->product + '\n' +
-                                            name),
-                                     fmt::format("the morph \"{}\"", name));
+        if (request.save) {
+            const GntSaveOptions& save = *request.save;
+            for (const std::string& name : namesOf(request)) {
+                const std::string inFolder = '\n' + Folded(save.vendor + '\n' + save.product + '\n' + name);
+                outputs.push_back({Place(save.contentDirectory) + inFolder, save.contentDirectory + inFolder,
+                                   fmt::format("the morph \"{}\"", name)});
+            }
+        }
+        for (const fs::path& path : {request.exportObj, request.pictures})
+            if (!path.empty())
+                outputs.push_back({Place(path), FileText(path),
+                                   (path == request.pictures ? "pictures into " : "") + FileText(path)});
         return outputs;
     }
 
@@ -128,6 +135,9 @@ private:
 
     static std::optional<std::string> readLabel(const fs::path& source)
     {
+        std::error_code error;
+        if (!fs::is_regular_file(source, error))
+            return std::nullopt; // a pipe would be empty afterwards
         try {
             return LabelOfSource(dson::ReadDocument(source));
         } catch (const base::Error&) {

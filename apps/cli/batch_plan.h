@@ -30,6 +30,9 @@ struct BatchRow {
     /// Of the program: the command's name, then options as "--name=value", or "--name" for a flag.
     std::vector<std::string> arguments;
     std::filesystem::path source, target;
+    /// What it writes, which no other row does, so that it is known again when the rest of it has changed; of
+    /// one that writes nothing all that it says.
+    std::string identity;
 };
 
 /// What the options of conversions are called in a table. Everything a conversion knows is a column.

@@ -27,10 +27,10 @@ std::size_t Count(const std::vector<RowResult>& results, const char* status)
                       [status](const RowResult& result) { return result.value("status", "") == status; }));
 }
 
-std::size_t WarningsOf(const RowResult& result)
+bool HasWarnings(const RowResult& result)
 {
     const auto report = result.find("report");
-    return report == result.end() ? 0 : report->value("warnings", Json::array()).size();
+    return report != result.end() && !report->value("warnings", Json::array()).empty();
 }
 
 Json Failures(const std::vector<RowResult>& results)
@@ -73,15 +73,13 @@ Json Summarize(std::vector<RowResult> results, double seconds, bool asJson)
         return a.at("row").get<std::size_t>() < b.at("row").get<std::size_t>();
     });
     const std::size_t done = Count(results, "done"), failed = Count(results, "failed");
-    std::size_t warnings = 0;
-    for (const RowResult& result : results)
-        warnings += WarningsOf(result);
+    const auto warned = std::count_if(results.begin(), results.end(), HasWarnings);
     Json summary{
         {"rows", results.size()},
         {"done", done},
         {"skipped", Count(results, "skipped")},
         {"failed", failed},
-        {"warnings", warnings},
+        {"with_warnings", warned},
         {"seconds", Rounded(seconds, 2)},
         {"rows_per_second", seconds > 0 ? Rounded(static_cast<double>(done + failed) / seconds, 3) : 0.0}};
     if (failed > 0 || asJson)

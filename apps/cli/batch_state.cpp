@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <functional>
+#include <iterator>
 
 #include <QCryptographicHash>
 #include <fcntl.h>
@@ -53,9 +55,12 @@ std::string SumOf(const std::vector<std::string>& texts)
     return HexOf(hash);
 }
 
-/// Empty for one that cannot be read.
+/// Empty for one that cannot be read, or would be empty afterwards as a pipe is.
 std::string SumOfFile(const fs::path& path)
 {
+    std::error_code unknown;
+    if (!fs::is_regular_file(path, unknown))
+        return {};
     try {
         base::InputFile file(path);
         QCryptographicHash hash(QCryptographicHash::Sha256);
@@ -70,7 +75,7 @@ std::string SumOfFile(const fs::path& path)
 
 std::string KeyOf(const BatchRow& row)
 {
-    return SumOf(row.arguments);
+    return SumOf({row.identity});
 }
 
 Json Written(const KeptFiles& files)
@@ -121,7 +126,12 @@ bool AreThere(const KeptFiles& files)
 
 std::string InputsOf(const BatchRow& row)
 {
-    return SumOf({GANTREL_VERSION, SumOfFile(row.source), SumOfFile(row.target)});
+    std::vector<std::string> inputs{GANTREL_VERSION, SumOfFile(row.source), SumOfFile(row.target)};
+    // Whether it may replace something makes no other shape.
+    std::copy_if(
+        row.arguments.begin(), row.arguments.end(), std::back_inserter(inputs),
+        [](const std::string& argument) { return argument != "--overwrite" && argument != "--keep-temp"; });
+    return SumOf(inputs);
 }
 
 struct BatchState::Impl {

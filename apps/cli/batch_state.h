@@ -40,11 +40,11 @@ struct RowState {
     KeptFiles outputs;
 };
 
-/// What a row's result depends on: the program's version, and what its files hold.
+/// What a row's result depends on: what it says, the program's version, and what its files hold.
 std::string InputsOf(const BatchRow& row);
 
-/// A database beside the table. Rows are known by what they say, so that a table may change between two runs.
-/// Each change is on disk when the call returns, and several programs may use it. All throw StateError.
+/// A database beside the table. Rows are known by what they write, so that a table may change between two
+/// runs. Each change is on disk when the call returns, and several programs may use it. All throw StateError.
 class BatchState {
 public:
     static std::filesystem::path PlaceFor(const std::filesystem::path& table);

@@ -145,6 +145,7 @@ Json Answer(const Json& task, Lines& lines, bool verbose)
 /// The one who started us may be gone already when this is heard.
 bool GoWith(pid_t parent)
 {
+    prctl(PR_SET_NAME, "gantrel"); // what was started has the name of a link
     return prctl(PR_SET_PDEATHSIG, SIGTERM) == 0 && getppid() == parent;
 }
 

@@ -43,6 +43,12 @@ TEST_F(Resume, does_again_what_has_changed)
     ExpectCounts(batchReport({"--resume"}), 1, 2, 0);
     EXPECT_TRUE(saved() == all);
     const std::string source = workspace.read(std::string("lib") + sourcePath);
+    workspace.write("jobs.csv", "name,dial\nC,Wide=0.800000;Bulge=0.5\nA,Wide=0.5\n");
+    ExpectCounts(batchReport({"--resume"}), 1, 1, 0);
+    EXPECT_FALSE(saved().at("A Body.dsf") == all.at("A Body.dsf"));
+    writeTable(3);
+    ExpectCounts(batchReport({"--resume"}), 1, 2, 0);
+    EXPECT_TRUE(saved() == all);
     workspace.write(std::string("lib") + sourcePath, source + '\n');
     ExpectCounts(batchReport({"--resume"}), 3, 0, 0);
     EXPECT_TRUE(saved() == all);
@@ -59,7 +65,7 @@ TEST_F(Resume, replaces_nothing_that_somebody_has_changed)
     EXPECT_NE(report["failures"][0]["error"].get<std::string>().find("; --overwrite replaces it."),
               std::string::npos);
     EXPECT_EQ(workspace.read(file), changed);
-    ExpectCounts(batchReport({"--resume", "--overwrite"}), 3, 0, 0);
+    ExpectCounts(batchReport({"--resume", "--overwrite"}), 1, 2, 0);
 }
 
 TEST_F(Resume, is_not_needed_to_refuse_what_is_there)

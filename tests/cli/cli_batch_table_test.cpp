@@ -102,14 +102,14 @@ TEST_F(BatchTable, is_refused_as_a_whole_with_every_line_that_is_wrong)
                          "a,t,9,subd,,\n"
                          "\"of two\nlines\",,,,,\n"
                          "b,t,2,base,,\n"
-                         "c,t,,,Wide,\n"
+                         "\nc,t,,,Wide,\n"
                          "d,t,,,,Acme\n"
                          "e,t,,,,,more\n"),
                   {"line 2: --subd: Value 9 not in range 1 to 5", "line 3: --target is required",
                    "line 5: --subd needs --resolution subd",
-                   "line 6: --dial: \"Wide\" is not of the form NAME=VALUE",
-                   "line 7: --vendor requires --save-library",
-                   "line 8: \"more\" in cell 7 is in no column that has a name"});
+                   "line 7: --dial: \"Wide\" is not of the form NAME=VALUE",
+                   "line 8: --vendor requires --save-library",
+                   "line 9: \"more\" in cell 7 is in no column that has a name"});
 }
 
 TEST_F(BatchTable, is_refused_with_columns_that_nobody_knows_or_that_are_there_twice)

@@ -5,7 +5,7 @@
 
 namespace {
 
-const char* const subcommands[] = {"sample-content", "make-figure", "convert",
+const char* const subcommands[] = {"sample-content", "make-figure", "convert", "batch",
                                    "transfer",       "inspect",     "render"};
 
 } // namespace
