@@ -221,6 +221,9 @@ private:
         if (_log)
             if (const std::string reason = _log->write(result); !reason.empty())
                 tell(reason);
+        _worked += result["status"] != "skipped";
+        if (!_options.keepsReports && result.contains("report"))
+            result["report"] = {{"warnings", std::move(result["report"]["warnings"])}};
         _results.push_back(std::move(result));
         show();
     }
@@ -235,14 +238,10 @@ private:
     /// Skipped rows say nothing about how long the others take.
     void show()
     {
-        const auto worked =
-            static_cast<double>(std::count_if(_results.begin(), _results.end(), [](const RowResult& result) {
-                return result["status"] != "skipped";
-            }));
         std::string text = fmt::format("{} of {} rows", _results.size(), _rows.size());
         const double seconds = _progress.totalSeconds();
-        if (worked > 0 && seconds > 0) {
-            const double rate = worked / seconds;
+        if (_worked > 0 && seconds > 0) {
+            const double rate = static_cast<double>(_worked) / seconds;
             text += rate < 1 ? fmt::format(", {:.1f} a minute", 60 * rate)
                              : fmt::format(", {:.1f} a second", rate);
             text += fmt::format(", {} left",
@@ -260,6 +259,7 @@ private:
     std::unique_ptr<RowLocks> _locks;
     std::optional<BatchLog> _log;
     std::vector<RowResult> _results;
+    std::size_t _worked = 0; ///< of the results, those that cost time
     base::Diagnostics _diagnostics;
 };
 

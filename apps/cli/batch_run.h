@@ -13,11 +13,12 @@
 namespace cli {
 
 struct BatchOptions {
-    std::string table;       ///< its file; state is kept beside it, but not beside standard input
-    std::size_t workers = 0; ///< 0 for as many as there are processors
-    bool skipsDone = false;  ///< rows that are done and unchanged; otherwise all are converted
-    bool needsState = false; ///< a place where none can be kept is an error rather than a warning
-    std::string log;         ///< empty for none
+    std::string table;         ///< its file; state is kept beside it, but not beside standard input
+    std::size_t workers = 0;   ///< 0 for as many as there are processors
+    bool skipsDone = false;    ///< rows that are done and unchanged; otherwise all are converted
+    bool needsState = false;   ///< a place where none can be kept is an error rather than a warning
+    std::string log;           ///< empty for none
+    bool keepsReports = false; ///< in the results; otherwise only their warnings, since there may be many
     bool verbose = false, showsProgress = false;
 };
 

@@ -35,7 +35,7 @@ constexpr const char* tables =
     "CREATE TABLE row(key TEXT PRIMARY KEY, step INTEGER NOT NULL, inputs TEXT NOT NULL, outputs TEXT NOT "
     "NULL) WITHOUT ROWID";
 /// How long another program's change is waited for.
-constexpr int patienceMs = 30000;
+constexpr int patienceMs = 5000;
 
 std::string HexOf(const QCryptographicHash& hash)
 {

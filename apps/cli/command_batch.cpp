@@ -142,6 +142,7 @@ void ConvertRows(std::vector<BatchRow> rows, const BatchArguments& arguments, bo
     options.needsState = options.skipsDone;
     options.log = arguments.log;
     options.verbose = verbose;
+    options.keepsReports = arguments.json;
     options.showsProgress = !arguments.json;
     BatchOutcome outcome = RunBatch(rows, options);
     Tell(Summarize(std::move(outcome.results), outcome.seconds, arguments.json), outcome.diagnostics,

@@ -57,6 +57,15 @@ private:
     std::thread _thread;
 };
 
+/// Waits for it.
+bool WorkersHaveEnded()
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!WorkersOfBatches().empty() && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return WorkersOfBatches().empty();
+}
+
 } // namespace
 
 TEST_F(Batch, saves_what_single_conversions_do)
@@ -166,10 +175,37 @@ TEST_F(Batch, ends_its_workers_when_it_is_killed)
     const ProgramResult killed =
         SignalProgram(batchArguments({"--workers", "2"}), SIGKILL, [&file] { return file.isWaitedFor(); });
     EXPECT_EQ(killed.signal, SIGKILL);
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!WorkersOfBatches().empty() && std::chrono::steady_clock::now() < end)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    EXPECT_TRUE(WorkersOfBatches().empty()) << "the file is still held";
+    EXPECT_TRUE(WorkersHaveEnded()) << "the file is still held";
+    expectNoTraces();
+}
+
+TEST_F(Batch, ends_at_once_with_its_workers_when_it_is_interrupted_twice)
+{
+    HeldFile file(library(heldPath));
+    const ProgramResult result =
+        InterruptProgramTwice(batchArguments(), [&file] { return file.isWaitedFor(); });
+    EXPECT_TRUE(result.signal == SIGINT || result.signal == SIGTERM) << result.signal;
+    EXPECT_EQ(result.err, "");
+    EXPECT_TRUE(WorkersHaveEnded()) << "the file is still held";
+    EXPECT_FALSE(workspace.has("saved"));
+}
+
+TEST_F(Batch, tells_each_row_when_the_library_has_gone)
+{
+    HeldFile file(library(heldPath));
+    constexpr int noSignal = 0;
+    const ProgramResult result = SignalProgram(
+        batchArguments({"--workers", "1", "--json"}), noSignal, [&file] { return file.isWaitedFor(); },
+        [&] {
+            fs::rename(library(), workspace.path("elsewhere"));
+            file.letGo();
+        });
+    EXPECT_EQ(result.exitCode, 1);
+    const nlohmann::json report = nlohmann::json::parse(result.out, nullptr, false);
+    ASSERT_TRUE(report.is_object()) << result.out << result.err;
+    EXPECT_EQ(report["failed"], 3);
+    EXPECT_EQ(report["failures"][1]["error"], library() + ": there is no such content directory.");
+    EXPECT_EQ(report["failures"][2]["error"], library() + ": there is no such content directory.");
     expectNoTraces();
 }
 
