@@ -39,7 +39,7 @@ Json Describe(const MorphReport& morph)
     return json;
 }
 
-double PeakMemoryMebibytes()
+double PeakMebibytes()
 {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
@@ -84,7 +84,7 @@ Json DescribeConversion(const ConversionReport& report, const Progress& progress
     if (!report.temporaryFolder.empty())
         json["temporary_folder"] = FileText(report.temporaryFolder);
     json["seconds"] = Describe(progress);
-    json["peak_memory_mib"] = Rounded(PeakMemoryMebibytes(), 1);
+    json["peak_memory_mib"] = Rounded(PeakMebibytes(), 1);
     AddDiagnostics(json, report.diagnostics, asJson);
     return json;
 }

@@ -127,7 +127,7 @@ TEST_F(Resume, completes_what_was_cut_off_anywhere_to_the_same_bytes)
         GTEST_SKIP() << "this system lets nobody trace a process";
     ASSERT_EQ(whole.exitCode, 0) << whole.err;
     ASSERT_TRUE(saved() == expected);
-    constexpr std::size_t places = 24; // of a few hundred; each takes a second
+    constexpr std::size_t places = 16; // of a few hundred; each takes a second
     for (std::size_t i = 0; i < places; ++i) {
         const std::size_t at = 1 + i * (whole.calls.size() - 1) / (places - 1);
         restart();
