@@ -25,7 +25,6 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <tbb/global_control.h>
 #include <unistd.h>
 
@@ -94,13 +93,6 @@ void ForgetPeakMemory()
     std::ofstream("/proc/self/clear_refs") << 5;
 }
 
-double PeakMebibytes()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return Rounded(static_cast<double>(usage.ru_maxrss) / 1024.0, 1);
-}
-
 double HeldMebibytes()
 {
     double all = 0, held = 0;
@@ -160,7 +152,7 @@ void Work(const WorkerArguments& arguments, bool verbose)
         while (const std::optional<std::string> line = lines.next()) {
             ForgetPeakMemory();
             Json answer = Answer(Json::parse(*line), lines, verbose);
-            answer["peak_memory_mib"] = PeakMebibytes();
+            answer["peak_memory_mib"] = Rounded(PeakMemoryMebibytes(), 1);
             answer["held_mib"] = HeldMebibytes();
             lines.write(answer);
         }

@@ -7,7 +7,6 @@
 #include "progress.h"
 
 #include <nlohmann/json.hpp>
-#include <sys/resource.h>
 
 namespace cli {
 
@@ -39,21 +38,6 @@ Json Describe(const MorphReport& morph)
     return json;
 }
 
-double PeakMebibytes()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) / 1024.0;
-}
-
-Json Describe(const Progress& progress)
-{
-    Json steps = Json::array();
-    for (const auto& stage : progress.seconds())
-        steps.push_back({{"step", stage.first}, {"seconds", Rounded(stage.second, 4)}});
-    return {{"total", Rounded(progress.totalSeconds(), 4)}, {"steps", steps}};
-}
-
 } // namespace
 
 Json DescribeConversion(const ConversionReport& report, const Progress& progress, bool asJson)
@@ -83,8 +67,8 @@ Json DescribeConversion(const ConversionReport& report, const Progress& progress
     json["files"] = files;
     if (!report.temporaryFolder.empty())
         json["temporary_folder"] = FileText(report.temporaryFolder);
-    json["seconds"] = Describe(progress);
-    json["peak_memory_mib"] = Rounded(PeakMebibytes(), 1);
+    json["seconds"] = SecondsOf(progress);
+    json["peak_memory_mib"] = Rounded(PeakMemoryMebibytes(), 1);
     AddDiagnostics(json, report.diagnostics, asJson);
     return json;
 }
