@@ -42,8 +42,10 @@ bool IsFraction(std::string_view word)
 
 class Mender {
 public:
-    /// @param names  hears of all names; null for nobody
-    Mender(std::string_view text, RepeatedNames* names) : _text(text), _names(names)
+    /// @param names    hears of all names; null for nobody
+    /// @param deepest  levels that are left
+    Mender(std::string_view text, RepeatedNames* names, std::size_t deepest)
+        : _text(text), _names(names), _deepest(deepest)
     {
         _result.reserve(text.size());
     }
@@ -61,6 +63,7 @@ public:
     }
     std::string& result() { return _result; }
     const Oddities& oddities() const { return _oddities; }
+    bool hasLeftOutBranch() const { return _hasLeftOutBranch; }
 
 private:
     /// An array or object that is not closed yet.
@@ -140,7 +143,7 @@ private:
         if (wantsName())
             throw Senseless{_at};
         beginItem();
-        if (_open.size() == deepestNesting)
+        if (_open.size() == _deepest)
             return leaveOutBranch();
         if (_names && peek() == '{')
             _names->open();
@@ -153,6 +156,7 @@ private:
     void leaveOutBranch()
     {
         note(Oddity::TooDeep, _at);
+        _hasLeftOutBranch = true;
         _result += "null";
         std::string open;
         do {
@@ -332,10 +336,12 @@ private:
 
     std::string_view _text;
     RepeatedNames* _names;
+    std::size_t _deepest;
     std::size_t _at = 0;
     std::string _result;
     std::vector<Open> _open;
     Oddities _oddities;
+    bool _hasLeftOutBranch = false;
 };
 
 } // namespace
@@ -356,16 +362,21 @@ TextPlace PlaceOf(std::string_view text, std::size_t at)
 
 MendedJson Mend(std::string_view text, RepeatedNames* names)
 {
-    Mender mender(text, names);
+    // Saving puts what was by itself into a list, which must not make it too deep again.
+    constexpr std::size_t roomForSaving = 8;
     MendedJson mended;
     try {
-        mender.mend();
+        std::optional<Mender> mender(std::in_place, text, names, deepestNesting);
+        mender->mend();
+        if (mender->hasLeftOutBranch()) {
+            mender.emplace(text, nullptr, deepestNesting - roomForSaving);
+            mender->mend();
+        }
+        mended.text = std::move(mender->result());
+        mended.oddities = mender->oddities().phrases(text);
     } catch (const Senseless& end) {
         mended.error = std::min(end.at, text.size());
-        return mended;
     }
-    mended.text = std::move(mender.result());
-    mended.oddities = mender.oddities().phrases(text);
     return mended;
 }
 

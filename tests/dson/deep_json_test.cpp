@@ -74,10 +74,10 @@ TEST_F(DeepText, loses_the_branch_that_is_too_deep_and_nothing_else)
             << told(document)[0];
     }
     EXPECT_EQ(told(read(Lists(deepest + 1))),
-              Phrases{"has 1 branch that is nested too deeply, left out: line 2, column 1028"});
+              Phrases{"has 1 branch that is nested too deeply, left out: line 2, column 1020"});
     EXPECT_EQ(
         told(read("[" + Lists(deepest) + "," + Lists(deepest) + "]")),
-        Phrases{"has 2 branches that are nested too deeply, left out: the first at line 2, column 1028"});
+        Phrases{"has 2 branches that are nested too deeply, left out: the first at line 2, column 1020"});
 }
 
 TEST_F(DeepText, has_to_be_closed_as_it_was_opened)

@@ -159,6 +159,22 @@ TEST_F(KeptParts, may_be_nested_deeply)
     expectStable();
 }
 
+TEST_F(KeptParts, that_are_nested_too_deeply_lose_their_innermost_once)
+{
+    std::string deep = "1";
+    for (int i = 0; i < 3000; ++i)
+        deep = "{\"in\": " + deep + "}";
+    // In a list, as it is saved, it lies a level deeper.
+    ASSERT_TRUE(load("Scenes/Deep.duf", doll::File(scene(root(""), ", \"extra\": " + deep), "scene")));
+    const ordered_json first = saved()["scene"]["extra"];
+    const int told = timesLogged("nested too deeply");
+    EXPECT_EQ(told, 1);
+    dzScene->clear();
+    ASSERT_TRUE(open(target()));
+    EXPECT_EQ(timesLogged("nested too deeply"), told);
+    EXPECT_EQ(saved()["scene"]["extra"], first);
+}
+
 TEST_F(KeptParts, refer_to_what_they_referred_to)
 {
     ordered_json file = resaved(scene(
