@@ -29,6 +29,29 @@ double ValueAtZero(std::vector<Key> keys)
     return before.value + (after->value - before.value) * (0.0 - before.time) / (after->time - before.time);
 }
 
+/// Of colours and texts, too.
+bool IsKeyOfSomething(const Element& row)
+{
+    const ReadingTally unheard;
+    double time = NAN;
+    if (ReadRow(row, &time, 1) < 2 || !std::isfinite(time))
+        return false;
+    const Element value = Items(row).at(1).value_unsafe();
+    return !value.is_object() && !value.is_null();
+}
+
+/// What should be keys and says nothing at all.
+std::size_t CountSenseless(const Element& animation)
+{
+    const auto list = Find(animation, "keys");
+    if (list && list->is_object())
+        return 1;
+    const ReadingTally alreadyTold;
+    std::size_t count = 0;
+    ForEach(animation, "keys", [&count](const Element& row) { count += !IsKeyOfSomething(row); });
+    return count;
+}
+
 } // namespace
 
 std::optional<AnimatedValue> ParseAnimation(const Element& json, std::size_t& strange)
@@ -45,6 +68,8 @@ std::optional<AnimatedValue> ParseAnimation(const Element& json, std::size_t& st
         else
             ++others;
     });
+    if (keys.empty())
+        strange += CountSenseless(json);
     if (keys.empty() || animation.url.empty())
         return std::nullopt;
     strange += others;

@@ -232,9 +232,10 @@ void ReadAnimations(const Element& scene, bool isKept, Document& document, Parse
 {
     std::size_t strange = 0, strangeKeys = 0;
     for (const Element& json : PartsOf(scene, "animations", context.lists)) {
+        const std::size_t strangeBefore = strangeKeys;
         auto animation = ParseAnimation(json, strangeKeys);
         if (!animation) {
-            ++strange;
+            strange += strangeKeys == strangeBefore; // or it is told already
             continue;
         }
         if (isKept)

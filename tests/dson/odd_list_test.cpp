@@ -132,3 +132,31 @@ TEST_F(OddLists, hold_displacements_all_the_same)
         "morph": {"vertex_count": 3, "deltas": {"count": 1, "values": [[2, 0, 1, 0]]}}}})");
     EXPECT_EQ(dson::ReadDeltas(document.file, "Up").size(), 1u);
 }
+
+TEST_F(OddLists, of_keys_that_say_nothing_are_told)
+{
+    const auto animated = [this](const char* keys) {
+        return read(R"("scene": {"nodes": [{"id": "A"}], "animations": [{"url": "#A?value", "keys": )" +
+                    std::string(keys) + "}]}");
+    };
+    for (const char* const keys :
+         {"{}", "[{}]", "[7]", R"([["abc", 1]])", "[[0, {}]]", "[[0]]", "[[0, null]]"}) {
+        const dson::Document document = animated(keys);
+        EXPECT_EQ(told(document), Strings{"1 key of animations is not a time and a number and left out"})
+            << keys;
+        EXPECT_TRUE(document.kept->idle.empty()) << keys;
+    }
+    EXPECT_EQ(told(animated("[{}, 7]")),
+              Strings{"2 keys of animations are not a time and a number and left out"});
+}
+
+TEST_F(OddLists, are_no_keys_of_colours_and_texts)
+{
+    for (const char* const keys : {"[[0, [1, 0, 0]]]", R"([[0, "red.png"]])"}) {
+        const dson::Document document =
+            read(R"("scene": {"nodes": [{"id": "A"}], "animations": [{"url": "#A?value", "keys": )" +
+                 std::string(keys) + "}]}");
+        EXPECT_EQ(told(document), Strings{}) << keys;
+        EXPECT_EQ(document.kept->idle, Strings{"1 value that is no number"}) << keys;
+    }
+}

@@ -153,8 +153,8 @@ bool NeedsNoLine(const std::string& path, const Json& odd)
                              ".*/general_scale/id|/modifier_library/0/(parent|skin/selection_map/0/id)|"
                              "/modifier_library/0/skin/joints/0/id|/scene/modifiers/0/channel/id");
     const bool isPlainNumber = odd.is_number() && is(".*/general_scale");
-    const bool isToldLater = is("/scene/modifiers/0/channel/current_value|/scene/animations/0/keys/.*") ||
-                             (odd.is_structured() && is("/scene/animations/0/keys"));
+    const bool isToldLater = is("/scene/modifiers/0/channel/current_value") ||
+                             (!odd.is_object() && is("/scene/animations/0/keys/0/1"));
     return isOfUnknownKind || isAnybodys || isKnownFromList || isUnread || isPlainNumber || isToldLater;
 }
 
