@@ -346,3 +346,29 @@ TEST_F(OddInScenes, are_members_that_survive_but_bring_no_value_back)
     EXPECT_EQ(entry(file["modifiers"], "Up")["group"], parsed("[[]]")) << file["modifiers"];
     expectStable();
 }
+
+TEST_F(OddInScenes, are_shapes_that_their_files_lack)
+{
+    const std::string empty[] = {
+        doll::File("", "modifier"), doll::File("\"modifier_library\": null"),
+        doll::File("\"modifier_library\": {}"),
+        doll::File("\"modifier_library\": [" + doll::Control("A") + "," + doll::Control("B") + "]")};
+    for (const std::string& text : empty) {
+        dzScene->clear();
+        write(std::string(doll::shapes) + "Up.dsf", text);
+        const std::string line = "Odd.duf: 1 shape or control is not in its file and is left out, such as "
+                                 "/data/Nord/Doll/Morphs/Nord/Shapes/Up.dsf#Up";
+        const int before = timesLogged(line);
+        ASSERT_TRUE(loadWith(up("u", "0.5")));
+        EXPECT_EQ(timesLogged(line), before + 1) << text << log().toStdString();
+        const nlohmann::ordered_json file = saved()["scene"];
+        EXPECT_EQ(entry(file["modifiers"], "u")["channel"]["current_value"], 0.5) << file["modifiers"];
+    }
+}
+
+TEST_F(OddInScenes, are_no_shapes_that_their_files_have)
+{
+    ASSERT_TRUE(loadWith(up("u", "0.5") +
+                         R"(, {"id": "s", "url": "/data/Nord/Doll/Doll.dsf#Skin", "parent": "#Doll-1"})"));
+    EXPECT_FALSE(logged("in its file")) << log().toStdString();
+}

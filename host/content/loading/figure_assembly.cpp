@@ -126,11 +126,13 @@ void FigureAssembly::addMorphsOnDisk(AssetLibrary& library)
     _impl->modifiers.addThoseOnDisk(library);
 }
 
-void FigureAssembly::addModifier(std::shared_ptr<const dson::Document> file, const std::string& uriPath,
+bool FigureAssembly::addModifier(std::shared_ptr<const dson::Document> file, const std::string& uriPath,
                                  const std::string& idOrName)
 {
-    if (const dson::Modifier* const modifier = _impl->lastAsked.find(file, idOrName))
+    const dson::Modifier* const modifier = _impl->lastAsked.find(file, idOrName);
+    if (modifier)
         _impl->modifiers.add(*modifier, file, uriPath);
+    return modifier != nullptr;
 }
 
 void FigureAssembly::applyEffect(const dson::ModifierInstance& instance, const std::string& uriPath)

@@ -43,7 +43,8 @@ public:
     /// Adds one morph or control that an instance on this figure names, whatever the file says about its
     /// parent; a morph for another mesh is left out.
     /// @param uriPath  decoded path of the file
-    void addModifier(std::shared_ptr<const dson::Document> file, const std::string& uriPath,
+    /// @return         false when the file has none of that name
+    bool addModifier(std::shared_ptr<const dson::Document> file, const std::string& uriPath,
                      const std::string& idOrName);
     /// Makes an instance's values those of a modifier that is neither morph nor dial.
     /// @param uriPath  decoded path of the file that defines it

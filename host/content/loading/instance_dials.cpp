@@ -16,6 +16,8 @@
 #include "scene/changes_together.h"
 #include "selection_effects.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 namespace openhost {
@@ -29,6 +31,13 @@ DzSkinBinding* SkinOf(const DzNode& figure)
         if (auto* const skin = qobject_cast<DzSkinBinding*>(object->getModifier(i)))
             return skin;
     return nullptr;
+}
+
+/// Of another figure, or of a mesh that is not shown.
+bool IsSkinOf(const dson::Document& file, const std::string& id)
+{
+    return std::any_of(file.skins.begin(), file.skins.end(),
+                       [&id](const dson::SkinDefinition& skin) { return skin.binding.id == id; });
 }
 
 } // namespace
@@ -195,8 +204,9 @@ void InstanceDials::addShapeFile(FigureAssembly& assembly, const dson::Uri& url)
     try {
         const std::shared_ptr<const dson::Document> file =
             _sources.isThisFile(url) ? _sources.sharedDocument() : _sources.documentOf(url);
-        if (file)
-            assembly.addModifier(file, url.path, url.id);
+        if (file && !assembly.addModifier(file, url.path, url.id) && !IsSkinOf(*file, url.id) &&
+            !url.id.empty())
+            _load.report.addAbsent(dson::MakeUri(url.path, url.id));
     } catch (const base::Error& error) {
         _load.report.warnLeftOut(error, _sources.find(url.path));
     }

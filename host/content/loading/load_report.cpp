@@ -123,6 +123,10 @@ void LoadReport::sumUp(const std::vector<std::string>& leftOut)
 
 void LoadReport::sumUpDials()
 {
+    if (!_absent.empty())
+        warnLeftOut(dson::Counted(_absent.size(), "shape or control is not in its file and is left out",
+                                  "shapes and controls are not in their files and are left out") +
+                    Examples(_absent));
     if (!_withoutUrl.empty())
         warnLeftOut(dson::Counted(_withoutUrl.size(),
                                   "modifier does not say what it is of and is kept for saving only",

@@ -55,6 +55,8 @@ public:
     void addRepeating(const std::string& node) { _repeating.push_back(node); }
     /// A shape or control that is set on what is neither in the file nor in the scene.
     void addHomeless(const std::string& url) { _homeless.push_back(url); }
+    /// A shape or control that its file, which is there, does not have.
+    void addAbsent(const std::string& url) { _absent.push_back(url); }
     /// It does not say which shape or control it is of.
     void addWithoutUrl(const std::string& id) { _withoutUrl.push_back(id); }
     /// What sets a dial that has been set already.
@@ -84,7 +86,7 @@ private:
 
     std::string _file;
     std::set<std::string> _missing, _replaced, _duplicates, _guessedParents;
-    std::vector<std::string> _homeless, _loneBones, _repeatedBones, _strayBones, _unknownBones,
+    std::vector<std::string> _homeless, _absent, _loneBones, _repeatedBones, _strayBones, _unknownBones,
         _withoutParents;
     std::vector<std::string> _furtherGeometries, _withoutMesh, _repeating, _withoutUrl, _repeatedDials,
         _otherGeometries;
