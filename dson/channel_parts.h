@@ -14,12 +14,19 @@ namespace dson {
 
 constexpr const char* axisIds[3] = {"x", "y", "z"};
 
+/// Whether it is neither a number nor left open.
+inline bool IsSpoiltNumber(const Element& element)
+{
+    const ReadingTally unheard;
+    return !element.is_null() && !AsNumber(element);
+}
+
 /// Calls visit(axis, value) for a vector member given as channel objects or as plain numbers. Numbers for
-/// other axes than three, and objects for none, are tallied.
+/// other axes than three, and objects for none, are tallied; what is neither is left to the visitor.
 template <class Visit>
 void ForEachAxis(const Element& owner, std::string_view member, Visit visit)
 {
-    int index = 0, plain = 0;
+    int index = 0, plain = 0, spoilt = 0;
     bool hasOthers = false;
     ForEach(owner, member, [&](const Element& item) {
         if (item.is_object()) {
@@ -34,11 +41,11 @@ void ForEachAxis(const Element& owner, std::string_view member, Visit visit)
         } else {
             if (index < 3)
                 visit(index, item);
-            ++plain;
+            ++(index < 3 && IsSpoiltNumber(item) ? spoilt : plain);
         }
         ++index;
     });
-    if (hasOthers || (plain > 0 && plain != 3))
+    if (hasOthers || (plain > 0 && plain + spoilt != 3))
         ReadingTally::addOdd(owner, member, OddMembers::Wanted::Axes);
 }
 

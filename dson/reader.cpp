@@ -154,6 +154,7 @@ std::size_t CountItems(const Element& owner, std::string_view key)
 
 std::size_t CountProjections(const Element& scene)
 {
+    const ReadingTally alreadyTold;
     std::size_t projections = 0;
     ForEach(scene, "nodes", [&projections](const Element& node) {
         ForEach(node, "extra", [&projections](const Element& extra) {

@@ -252,8 +252,15 @@ SkinDefinition ParseSkin(const Element& modifier, const std::vector<Geometry>& g
     definition.binding.id = Text(modifier, "id", "SkinBinding");
     const auto legacy = FindObject(modifier, "legacy_skin");
     const auto skin = legacy ? legacy : FindObject(modifier, "skin");
+    const auto isUnread = [](const Element& owner, std::string_view member) {
+        const auto found = Find(owner, member);
+        return found && !found->is_string();
+    };
+    definition.unread.all = !skin;
     if (!skin)
         return definition;
+    definition.unread.node = isUnread(*skin, "node");
+    definition.unread.geometry = isUnread(*skin, "geometry");
     definition.node = ParseUri(Text(*skin, "node")).id;
     definition.geometry = ParseUri(Text(*skin, "geometry")).id;
     definition.binding.vertexCount = BoundVertices(

@@ -133,6 +133,30 @@ TEST_F(OddLists, hold_displacements_all_the_same)
     EXPECT_EQ(dson::ReadDeltas(document.file, "Up").size(), 1u);
 }
 
+TEST_F(OddLists, that_are_no_lists_of_nodes_are_told_once)
+{
+    EXPECT_EQ(told(read(R"("scene": {"nodes": "abc"})")),
+              Strings{"1 list is something else and left out: nodes"});
+}
+
+TEST_F(OddLists, in_place_of_a_number_of_a_vector_are_told_once)
+{
+    for (const char* const member :
+         {"center_point", "end_point", "orientation", "rotation", "translation", "scale"}) {
+        const auto lines = [&](const std::string& vector) {
+            return told(read(R"("node_library": [{"id": "A", "inherits_scale": true, ")" +
+                             std::string(member) + "\": " + vector + "}]"));
+        };
+        const Strings noNumber{"has 1 value that is no number, not taken over, such as of a vector"};
+        EXPECT_EQ(lines(R"([[], {"id": "y", "value": 1}, {"id": "z", "value": 1}])"), noNumber);
+        EXPECT_EQ(lines("[1, [], 1]"), noNumber);
+        EXPECT_EQ(lines("[1, \"left\", 1]"), noNumber);
+        EXPECT_EQ(lines("[1, 1]"), Strings{"has a member " + std::string(member) +
+                                           " that does not give one value for each of x, y and z"});
+        EXPECT_EQ(lines("[1, []]").size(), 2u) << "one is no number, and another is not there";
+    }
+}
+
 TEST_F(OddLists, of_keys_that_say_nothing_are_told)
 {
     const auto animated = [this](const char* keys) {

@@ -347,6 +347,29 @@ TEST_F(OddInScenes, are_members_that_survive_but_bring_no_value_back)
     expectStable();
 }
 
+TEST_F(OddInScenes, are_skins_or_what_they_bind_each_told_once)
+{
+    const std::string skin = doll::Figure();
+    const std::size_t begin = skin.find(R"({"node": "#Doll", "geometry")"), end = skin.find(R"(,
+        "extra": [{"type": "skin_settings")");
+    ASSERT_TRUE(begin != skin.npos && end != skin.npos);
+    const std::pair<std::string, const char*> cases[] = {{skin.substr(begin, end - begin), "\"skin\": "},
+                                                         {R"("node": "#Doll")", "node"},
+                                                         {R"("geometry": "#Doll-1")", "geometry"}};
+    for (const auto& [what, member] : cases) {
+        dzScene->clear();
+        const bool isAll = what[0] == '{';
+        writeFigure(what, isAll ? std::string("7") : '"' + std::string(member) + "\": 7");
+        const int before = timesLogged("WARNING: ");
+        ASSERT_NE(openDoll(), nullptr);
+        EXPECT_EQ(timesLogged("WARNING: "), before + 1) << log().toStdString();
+        EXPECT_TRUE(logged(std::string("Skin: has a member ") +
+                           (isAll ? "skin that is no object" : std::string(member) + " that is no text") +
+                           " and counts for nothing"))
+            << log().toStdString();
+    }
+}
+
 TEST_F(OddInScenes, are_shapes_that_their_files_lack)
 {
     const std::string empty[] = {

@@ -76,7 +76,13 @@ struct AnimatedValue {
 
 /// A skin binding and what it binds.
 struct SkinDefinition {
+    /// What the file has something senseless for, which reading has told.
+    struct Unread {
+        bool all = false, node = false, geometry = false;
+    };
+
     SkinBinding binding;
+    Unread unread;
     std::string node, geometry;                                    ///< ids
     std::vector<std::pair<std::string, std::string>> selectionMap; ///< face groups and the nodes they select
     KeptMembers kept;                                              ///< in a scene with nodes

@@ -61,9 +61,10 @@ const dson::Geometry* FindGeometry(const dson::Document& definition, const dson:
 /// @param isWanted  the geometry is known from elsewhere
 void ReportGuesses(const FigureFile& file, const dson::SkinDefinition& skin, bool isWanted, bool hasMesh)
 {
-    if (skin.node.empty())
+    const dson::SkinDefinition::Unread& told = skin.unread;
+    if (skin.node.empty() && !told.node && !told.all)
         file.warn(fmt::format("the skin {} names no node; it binds the figure", skin.binding.id));
-    if (isWanted)
+    if (isWanted || (hasMesh && (told.geometry || told.all)))
         return;
     const char* const outcome =
         hasMesh ? "the only one of the file is used" : "the figure is left without its mesh";
@@ -276,7 +277,8 @@ FigureMesh::FigureMesh(const FigureFile& file, const FigureNodes& nodes,
     if (!IsWithin(skin->binding, vertexCount))
         shortened = Within(skin->binding, vertexCount, file);
     const dson::SkinBinding& binding = shortened ? *shortened : skin->binding;
-    ReportJoints(file, binding, nodes);
+    if (!skin->unread.all)
+        ReportJoints(file, binding, nodes);
     _root.setSelectionMap(MakeSelectionMap(*skin, nodes).release());
     _root.getObject()->addModifier(MakeBinding(binding, vertexCount, nodes).release());
 }
