@@ -231,8 +231,8 @@ TEST_F(SavedMorph, does_not_replace_another_morph_where_nobody_can_be_asked)
     DzFigure* const first = openWithMorph();
     fs::create_directories(folder("mine"));
     ASSERT_EQ(save(*first, folder("mine")), "saved");
-    const std::string bytes = ReadBytes(savedFile());
     EXPECT_EQ(save(*first, folder("mine")), "saved") << "its own file";
+    const std::string bytes = ReadBytes(savedFile());
     DzFigure* const second = openWithMorph();
     EXPECT_EQ(save(*second, folder("mine")), reported("The operation failed."));
     EXPECT_TRUE(log().contains(QStringLiteral("there is a morph of this name already, and would be lost: ") +
