@@ -5,10 +5,12 @@
 
 #include "base/errors.h"
 #include "base/file_set.h"
+#include "base/folder_search.h"
 #include "base/limits.h"
 #include "base/process_mark.h"
 #include "base/reason.h"
 #include "base/write_bounds.h"
+#include "unfinished_files.h"
 
 #include <atomic>
 #include <cerrno>
@@ -27,6 +29,7 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::string ending = ".part";
+std::atomic<bool> setsSearchOnce{false};
 
 /// The length up to which nothing is cut in the middle of a character.
 std::size_t WholeCharacters(const fs::path::string_type& utf8, std::size_t length)
@@ -103,16 +106,6 @@ void FinishLeftSet(const fs::path& target)
     std::error_code error;
     if (!IsJournal(target) && fs::is_regular_file(fs::symlink_status(folder / fileSetJournal, error)))
         FinishFileSet(folder);
-}
-
-/// For a program once in each folder: who writes thousands of files does not list it for each of them.
-void RemoveUnfinishedFilesOnce(const fs::path& folder)
-{
-    static std::mutex asking;
-    static std::set<fs::path> asked;
-    const std::lock_guard<std::mutex> lock(asking);
-    if (asked.insert(folder).second)
-        RemoveUnfinishedFiles(folder);
 }
 
 } // namespace
@@ -234,6 +227,28 @@ void RemoveUnfinishedFiles(const fs::path& folder)
         return;
     for (const fs::path& file : old)
         fs::remove(file, error);
+}
+
+void RemoveUnfinishedFilesOnce(const fs::path& folder)
+{
+    static std::mutex asking;
+    static std::set<fs::path> asked;
+    const std::lock_guard<std::mutex> lock(asking);
+    if (asked.insert(folder).second)
+        RemoveUnfinishedFiles(folder);
+}
+
+void SearchFoldersOnce()
+{
+    setsSearchOnce = true;
+}
+
+void RemoveUnfinishedFilesOfSet(const fs::path& folder)
+{
+    if (setsSearchOnce)
+        RemoveUnfinishedFilesOnce(folder);
+    else
+        RemoveUnfinishedFiles(folder);
 }
 
 void SyncFolder(const fs::path& folder)

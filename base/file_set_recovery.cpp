@@ -8,6 +8,7 @@
 #include "base/file_set.h"
 #include "base/reason.h"
 #include "file_identity.h"
+#include "unfinished_files.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -232,6 +233,8 @@ void FinishAlone(const fs::path& folder, FinishedSets& finished)
     } else if (HasJournalFile(folder)) {
         std::error_code ignored;
         fs::remove(folder / fileSetJournal, ignored); // nothing was put in place by it
+    } else {
+        return RemoveUnfinishedFilesOfSet(folder);
     }
     RemoveUnfinishedFiles(folder);
 }

@@ -370,15 +370,11 @@ Json EmitModifier(const Modifier& modifier)
         json["formulas"] = EmitFormulas(modifier.formulas);
     if (modifier.morph) {
         const geometry::SparseDeltas& deltas = modifier.morph->deltas;
-        Json rows = Json::array();
-        for (std::size_t i = 0; i < deltas.size(); ++i) {
-            base::ThrowIfCancelled();
-            const geometry::Vec3f delta = deltas.deltas[i];
-            rows.push_back(Json::array({deltas.vertices[i], Finite(delta.x, "delta", i),
-                                        Finite(delta.y, "delta", i), Finite(delta.z, "delta", i)}));
-        }
-        json["morph"] =
-            Json{{"vertex_count", modifier.morph->vertexCount}, {"deltas", List(std::move(rows))}};
+        for (std::size_t i = 0; i < deltas.size(); ++i)
+            for (const float value : {deltas.deltas[i].x, deltas.deltas[i].y, deltas.deltas[i].z})
+                Finite(value, "delta", i);
+        json["morph"] = Json{{"vertex_count", modifier.morph->vertexCount},
+                             {"deltas", {{"count", deltas.size()}, {"values", DeltaRows(deltas)}}}};
         if (!modifier.morph->hdUrl.empty())
             json["morph"]["hd_url"] = modifier.morph->hdUrl;
         if (!modifier.morph->hdChecksum.empty())

@@ -4,13 +4,23 @@
 #include "json_text.h"
 
 #include "base/cancellation.h"
+#include "geometry/deltas.h"
 #include "number_text.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace dson {
 
 namespace {
+
+constexpr Json::binary_t::subtype_type deltaRows = 1;
+
+struct DeltaRow {
+    std::uint32_t vertex;
+    geometry::Vec3f delta;
+};
+static_assert(sizeof(DeltaRow) == 16);
 
 std::string Dump(const Json& json)
 {
@@ -63,6 +73,31 @@ void AppendItems(std::string& text, const Json& json, int indent)
     text.append(static_cast<std::size_t>(indent), '\t');
 }
 
+void AppendDeltaRows(std::string& text, const Json::binary_t& bytes, int indent)
+{
+    const std::string margin(static_cast<std::size_t>(indent + 1), '\t');
+    text += '[';
+    for (std::size_t at = 0; at < bytes.size(); at += sizeof(DeltaRow)) {
+        base::ThrowIfCancelled();
+        DeltaRow row;
+        std::memcpy(&row, bytes.data() + at, sizeof row);
+        text += at > 0 ? ",\n" : "\n";
+        text += margin;
+        text += '[';
+        text += std::to_string(row.vertex);
+        for (const float value : {row.delta.x, row.delta.y, row.delta.z}) {
+            text += ',';
+            AppendNumber(text, value, NumberStyle::ListEntry);
+        }
+        text += ']';
+    }
+    if (!bytes.empty()) {
+        text += '\n';
+        text.append(static_cast<std::size_t>(indent), '\t');
+    }
+    text += ']';
+}
+
 void Append(std::string& text, const Json& json, int indent)
 {
     base::ThrowIfCancelled();
@@ -76,6 +111,8 @@ void Append(std::string& text, const Json& json, int indent)
         text += '[';
         AppendItems(text, json, indent);
         text += ']';
+    } else if (json.is_binary() && json.get_binary().has_subtype()) {
+        AppendDeltaRows(text, json.get_binary(), indent);
     } else if (json.is_binary()) {
         text.append(json.get_binary().begin(), json.get_binary().end());
     } else {
@@ -96,6 +133,16 @@ std::string ToText(const Json& json)
 Json RawText(const std::string& json)
 {
     return Json::binary(Json::binary_t::container_type(json.begin(), json.end()));
+}
+
+Json DeltaRows(const geometry::SparseDeltas& deltas)
+{
+    Json::binary_t::container_type bytes(deltas.size() * sizeof(DeltaRow));
+    for (std::size_t i = 0; i < deltas.size(); ++i) {
+        const DeltaRow row{deltas.vertices[i], deltas.deltas[i]};
+        std::memcpy(bytes.data() + i * sizeof row, &row, sizeof row);
+    }
+    return Json::binary(std::move(bytes), deltaRows);
 }
 
 } // namespace dson

@@ -96,8 +96,10 @@ Rgb Backdrop(float x, float y)
 
 class Tracer {
 public:
-    Tracer(const PictureStage& stage, const PictureCamera& camera, float aspect, float size)
-        : _stage(stage), _camera(camera), _lights(StudioLights(camera)), _aspect(aspect), _size(size)
+    Tracer(const PictureStage& stage, const PictureCamera& camera, Lighting lighting, float aspect,
+           float size)
+        : _stage(stage), _camera(camera), _lights(StudioLights(camera)), _lighting(lighting), _aspect(aspect),
+          _size(size)
     {
     }
 
@@ -105,20 +107,32 @@ public:
     {
         const Ray ray = _camera.ray(x, y, _aspect);
         const PictureStage::Hit hit = _stage.trace(ray);
-        return hit.isValid ? shade(hit, -ray.direction, turn) : Backdrop(x, y);
+        if (!hit.isValid)
+            return Backdrop(x, y);
+        return _lighting == Lighting::Plain ? shadePlainly(hit, -ray.direction)
+                                            : shade(hit, -ray.direction, turn);
     }
 
 private:
+    static Rgb shadePlainly(const PictureStage::Hit& hit, Vec3f toEye)
+    {
+        const float light = 0.5f + 0.45f * std::max(Dot(hit.normal, toEye), 0.0f);
+        return {hit.color[0] * light, hit.color[1] * light, hit.color[2] * light};
+    }
+
     Rgb shade(const PictureStage::Hit& hit, Vec3f toEye, float turn) const
     {
+        const bool hasShadows = _lighting == Lighting::Studio;
         const float skip = 2e-4f * _size; // off the surface that the ray starts from
         const Vec3f start = hit.position + hit.faceNormal * skip;
-        const float open = openness(start, hit.normal, skip, turn);
+        const float open = hasShadows ? openness(start, hit.normal, skip, turn) : 0.85f;
         Rgb light{0.20f * open, 0.205f * open, 0.22f * open};
         Rgb gloss{};
         for (std::size_t l = 0; l < _lights.size(); ++l) {
             const float slant = Dot(hit.normal, _lights[l].direction);
-            const float lit = slant > 0.0f ? visibility(start, _lights[l].direction, skip, turn) : 0.0f;
+            const float lit = slant <= 0.0f ? 0.0f
+                              : hasShadows  ? visibility(start, _lights[l].direction, skip, turn)
+                                            : 1.0f;
             if (lit == 0.0f)
                 continue;
             const float shine =
@@ -164,6 +178,7 @@ private:
     const PictureCamera& _camera;
     std::array<Light, 3> _lights;
     Hemisphere _hemisphere;
+    Lighting _lighting;
     float _aspect;
     float _size; ///< of the frame; what counts as near is measured in it
 };
@@ -217,6 +232,14 @@ void CheckOptions(const PictureOptions& options)
         throw base::Error(fmt::format("{} samples per axis are not within 1 to 16", options.samplesPerAxis));
 }
 
+void CheckColors(base::Span<const PictureItem> items)
+{
+    for (const PictureItem& item : items)
+        if (!item.vertexColors.empty() && item.vertexColors.size() != item.mesh.vertexCount())
+            throw base::Error(fmt::format("there are {} colours for {} vertices", item.vertexColors.size(),
+                                          item.mesh.vertexCount()));
+}
+
 void RenderRow(const Tracer& tracer, const PictureOptions& options, int row, std::uint8_t* rgb)
 {
     const int n = options.samplesPerAxis;
@@ -266,12 +289,13 @@ void CheckPictureSize(int width, int height)
 Picture Render(base::Span<const PictureItem> items, const PictureOptions& options)
 {
     CheckOptions(options);
+    CheckColors(items);
     const Box3f frame = FrameOf(items, options);
     const float aspect = static_cast<float>(options.width) / static_cast<float>(options.height);
     const PictureCamera camera =
         options.camera ? *options.camera : CameraAround(frame, Angle(options.view), aspect);
     const PictureStage stage(items);
-    const Tracer tracer(stage, camera, aspect, std::max(Length(frame.size()), 1e-6f));
+    const Tracer tracer(stage, camera, options.lighting, aspect, std::max(Length(frame.size()), 1e-6f));
     Picture picture{options.width, options.height, {}};
     const std::size_t rowBytes = 3 * static_cast<std::size_t>(options.width);
     picture.rgb.resize(rowBytes * static_cast<std::size_t>(options.height));

@@ -79,6 +79,19 @@ struct PictureStage::Impl {
         return Dot(normal, faceNormal) < 0.0f ? -normal : normal;
     }
 
+    std::array<float, 3> colorOf(const RTCHit& hit) const
+    {
+        const PictureItem& item = items[hit.geomID];
+        if (item.vertexColors.empty())
+            return item.color;
+        const std::uint32_t* corner = triangles[hit.geomID].corners.data() + 3 * std::size_t{hit.primID};
+        std::array<float, 3> color;
+        for (std::size_t k = 0; k < 3; ++k)
+            color[k] = item.vertexColors[corner[0]][k] * (1.0f - hit.u - hit.v) +
+                       item.vertexColors[corner[1]][k] * hit.u + item.vertexColors[corner[2]][k] * hit.v;
+        return color;
+    }
+
     Hit hitOf(const Ray& ray, const RTCRayHit& query) const
     {
         Hit hit;
@@ -88,7 +101,7 @@ struct PictureStage::Impl {
         hit.item = query.hit.geomID;
         hit.face = triangles[hit.item].faces[query.hit.primID];
         hit.position = ray.origin + ray.direction * query.ray.tfar;
-        hit.color = items[hit.item].color;
+        hit.color = colorOf(query.hit);
         hit.faceNormal = Normalized({query.hit.Ng_x, query.hit.Ng_y, query.hit.Ng_z});
         if (Dot(hit.faceNormal, ray.direction) > 0.0f)
             hit.faceNormal = -hit.faceNormal;

@@ -2,37 +2,16 @@
 // SPDX-License-Identifier: MIT
 
 #include "base/errors.h"
-#include "dson/reader.h"
-#include "tests/content/temp_folder.h"
-
-#include <gtest/gtest.h>
+#include "tests/dson/odd_document.h"
 
 namespace {
 
-class OddMember : public testing::Test {
+class OddMember : public OddDocument {
 protected:
-    dson::Document readText(const std::string& text) const
-    {
-        return dson::ReadDocument(_folder.write("odd.duf", text));
-    }
-    dson::Document read(const std::string& members) const
-    {
-        return readText(R"({"file_version": "0.6.0.0", )" + members + "}");
-    }
     dson::Document modifier(const std::string& members) const
     {
         return read(R"("modifier_library": [{"id": "m", )" + members + "}]");
     }
-    /// Everything that is told, a line each.
-    static std::string told(const dson::Document& document)
-    {
-        std::string lines;
-        for (const base::Diagnostic& met : document.diagnostics)
-            lines += (lines.empty() ? "" : "\n") + (met.asset.empty() ? "" : met.asset + ": ") + met.what;
-        return lines;
-    }
-
-    const TempFolder _folder;
 };
 
 } // namespace

@@ -1,20 +1,12 @@
 // Nodes and geometries whose members are of types that nobody expects.
 // SPDX-License-Identifier: MIT
 
-#include "dson/reader.h"
-#include "tests/content/temp_folder.h"
-
-#include <gtest/gtest.h>
+#include "tests/dson/odd_document.h"
 
 namespace {
 
-class OddPart : public testing::Test {
+class OddPart : public OddDocument {
 protected:
-    dson::Document read(const std::string& members) const
-    {
-        return dson::ReadDocument(
-            _folder.write("odd.duf", R"({"file_version": "0.6.0.0", )" + members + "}"));
-    }
     dson::Document defined(const std::string& member, const std::string& more = "") const
     {
         return read(R"("node_library": [{"id": "A", "type": "node", )" + member + "}" + more + "]");
@@ -23,16 +15,6 @@ protected:
     {
         return read(R"("scene": {"nodes": [{"id": "A", )" + member + "}" + more + "]}");
     }
-    /// Everything that is told, a line each.
-    static std::string told(const dson::Document& document)
-    {
-        std::string lines;
-        for (const base::Diagnostic& met : document.diagnostics)
-            lines += (lines.empty() ? "" : "\n") + (met.asset.empty() ? "" : met.asset + ": ") + met.what;
-        return lines;
-    }
-
-    const TempFolder _folder;
 };
 
 } // namespace

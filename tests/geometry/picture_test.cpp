@@ -31,6 +31,12 @@ std::size_t Differences(const Picture& a, const Picture& b)
     return count;
 }
 
+/// A square that faces the viewer, one cm wide.
+PolygonMesh Square()
+{
+    return shapes::FromFaces({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}}, {{0, 1, 2, 3}});
+}
+
 } // namespace
 
 TEST(Render, shows_the_mesh_in_the_middle_and_the_backdrop_at_the_corners)
@@ -71,6 +77,48 @@ TEST(Render, refuses_positions_that_the_ray_tracer_cannot_take)
     item.mesh = cube.view();
     EXPECT_THROW_MSG(Render({&item, 1}), TopologyError,
                      "vertex 0 lies farther than 1e+09 cm from the origin");
+}
+
+TEST(Render, runs_the_colours_of_vertices_into_each_other)
+{
+    const PolygonMesh square = Square();
+    const std::array<float, 3> red{0.8f, 0, 0}, blue{0, 0, 0.8f};
+    const std::array<float, 3> colors[] = {red, blue, blue, red};
+    PictureItem item{square.view()};
+    item.vertexColors = {colors, 4};
+    PictureOptions options = Small();
+    options.lighting = Lighting::Plain;
+    const Picture picture = Render({&item, 1}, options);
+    const auto pixel = [&](int column) { return picture.rgb.data() + 3 * (40 * 60 + column); };
+    EXPECT_GT(pixel(10)[0], pixel(10)[2] + 100);
+    EXPECT_GT(pixel(50)[2], pixel(50)[0] + 100);
+    EXPECT_NEAR(pixel(30)[0], pixel(30)[2], 12) << "halfway";
+    EXPECT_EQ(pixel(10)[1], 0);
+}
+
+TEST(Render, refuses_colours_for_another_number_of_vertices)
+{
+    const PolygonMesh square = Square();
+    const std::array<float, 3> colors[3] = {};
+    PictureItem item{square.view()};
+    item.vertexColors = {colors, 3};
+    EXPECT_THROW_MSG(Render({&item, 1}, Small()), base::Error, "there are 3 colours for 4 vertices");
+}
+
+TEST(Render, leaves_out_shadows_when_it_is_to_be_quick)
+{
+    // A large sphere between the lamp and a small one, beyond the picture's edge.
+    const PolygonMesh small = shapes::Sphere(4.0f, 12, 12),
+                      large = shapes::Moved(shapes::Sphere(10.0f, 12, 12), {-16, 18, 18});
+    const PictureItem alone{small.view()}, both[] = {alone, PictureItem{large.view()}};
+    const auto differences = [&](Lighting lighting) {
+        PictureOptions options = Small();
+        options.lighting = lighting;
+        options.frame = geometry::BoundingBox(small.positions);
+        return Differences(Render({&alone, 1}, options), Render({both, 2}, options));
+    };
+    EXPECT_GT(differences(Lighting::Studio), 1000u);
+    EXPECT_EQ(differences(Lighting::Quick), 0u);
 }
 
 TEST(ParseView, knows_the_five_views)

@@ -46,6 +46,20 @@ TEST(Subdivision, follows_the_rules_on_a_cube)
     EXPECT_EQ(corners, 8);
 }
 
+TEST(Subdivision, keeps_the_vertices_of_the_cage_first_at_every_level)
+{
+    const PolygonMesh mesh = shapes::Mixed();
+    const Subdivision subdivision(mesh.topology, 2);
+    for (std::uint32_t v = 0; v < mesh.topology->vertexCount; ++v) {
+        std::vector<float> values(mesh.topology->vertexCount, 0.0f);
+        values[v] = 1.0f;
+        for (int level = 1; level <= 2; ++level) {
+            const std::vector<float> refined = subdivision.refine(values, 0, level);
+            EXPECT_EQ(std::max_element(refined.begin(), refined.end()) - refined.begin(), v);
+        }
+    }
+}
+
 namespace {
 
 std::vector<Crease> AllEdges(const Topology& topology, float sharpness)

@@ -283,11 +283,7 @@ TEST_F(DetailOnDisk, that_is_missing_leaves_the_rest_of_the_morph_and_is_told_on
     EXPECT_EQ(after.size(), before.size());
     EXPECT_NE(after, before);
     dialed(figure, 0.5f);
-    EXPECT_EQ(
-        log().count(QStringLiteral("Up.dhdm: No such file or directory; what the shape does to the base mesh "
-                                   "is kept")),
-        1)
-        << log().toStdString();
+    EXPECT_EQ(log().count(QStringLiteral("Up.dhdm: no content directory has it")), 1) << log().toStdString();
 }
 
 TEST_F(DetailOnDisk, that_cannot_be_read_keeps_the_morph_from_being_saved_without_it)

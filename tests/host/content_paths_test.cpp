@@ -198,3 +198,17 @@ TEST_F(ContentManager, finds_files_and_directories)
     EXPECT_EQ(manager.getNumContentDirectories(), 0);
     EXPECT_EQ(manager.findFile(QStringLiteral("People/Mini.duf")), QString());
 }
+
+TEST_F(Paths, one_look_at_many_files_reads_each_folder_once)
+{
+    write("a/One.dsf");
+    openhost::FolderListings once(openhost::FolderListings::Keeping::ForGood), asTheyChange;
+    const auto found = [this](openhost::FolderListings& listings, const char* name) {
+        return openhost::FindIgnoringCase(listings, root() / "a", name).filename().string();
+    };
+    for (openhost::FolderListings* const listings : {&once, &asTheyChange})
+        EXPECT_EQ(found(*listings, "ONE.dsf"), "One.dsf");
+    write("a/Two.dsf");
+    EXPECT_EQ(found(once, "TWO.dsf"), "");
+    EXPECT_EQ(found(asTheyChange, "TWO.dsf"), "Two.dsf");
+}

@@ -22,6 +22,7 @@ gantrel_add_tests(host_content_tests
         content_keep_definitions_test.cpp
         content_keep_test.cpp
         content_keep_odd_test.cpp
+        content_left_out_test.cpp
         content_odd_members_test.cpp
         content_odd_mesh_test.cpp
         content_odd_parts_test.cpp

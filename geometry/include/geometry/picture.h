@@ -28,13 +28,21 @@ struct Picture {
 /// One mesh to draw; its owners must outlive the drawing.
 struct PictureItem {
     PolygonMeshView mesh;
-    std::array<float, 3> color{0.80f, 0.66f, 0.58f}; ///< linear RGB, 0..1
+    std::array<float, 3> color{0.80f, 0.66f, 0.58f};     ///< linear RGB, 0..1
+    base::Span<const std::array<float, 3>> vertexColors; ///< likewise; one per vertex, or none for the color
+};
+
+enum class Lighting {
+    Studio, ///< a key, a fill and a rim light with soft shadows, ambient occlusion
+    Quick,  ///< the same lights without shadows, some twenty times as fast
+    Plain   ///< one lamp at the eye and much of all around, so that colours which mean something stay legible
 };
 
 struct PictureOptions {
     View view = View::Front;
-    int width = 900, height = 1200;      ///< pixels, 1 to 16384
-    int samplesPerAxis = 2;              ///< antialiasing: this many squared a pixel; 1 to 16
+    int width = 900, height = 1200; ///< pixels, 1 to 16384
+    int samplesPerAxis = 2;         ///< antialiasing: this many squared a pixel; 1 to 16
+    Lighting lighting = Lighting::Studio;
     std::optional<Box3f> frame;          ///< cm; what to fit into the picture, the items' own box without it
     std::optional<PictureCamera> camera; ///< instead of view and frame
 };
@@ -42,9 +50,9 @@ struct PictureOptions {
 /// @throws base::Error  a side (pixels) is not within 1 to 16384
 void CheckPictureSize(int width, int height);
 
-/// Shades with smooth normals, a key, a fill and a rim light and ambient occlusion on a plain background.
-/// An empty mesh gives the background alone.
-/// @throws base::Error  a size or the number of samples is out of range
+/// Shades with smooth normals on a plain background. An empty mesh gives the background alone.
+/// @throws base::Error  a size or the number of samples is out of range, or an item has colours for another
+///                      number of vertices
 Picture Render(base::Span<const PictureItem> items, const PictureOptions& options = {});
 
 /// Side by side, the tallest deciding the height; black below the others.

@@ -246,9 +246,11 @@ std::vector<fs::path> FolderListings::entries(const fs::path& folder)
 std::shared_ptr<const FolderListings::Names> FolderListings::namesIn(const fs::path& folder)
 {
     std::unique_lock<std::mutex> lock(_mutex);
+    const auto kept = _listings.find(folder.string());
+    if (kept != _listings.end() && _keeping == Keeping::ForGood)
+        return kept->second.names;
     std::error_code error;
     const fs::file_time_type modified = fs::last_write_time(folder, error);
-    const auto kept = _listings.find(folder.string());
     if (kept != _listings.end() && !error && kept->second.modified == modified)
         return kept->second.names;
     auto names = std::make_shared<Names>();
@@ -262,7 +264,7 @@ std::shared_ptr<const FolderListings::Names> FolderListings::namesIn(const fs::p
         std::sort(alike.second.begin(), alike.second.end());
     // Disks keep times coarsely: a folder that has just changed may change again within the same one.
     constexpr std::chrono::seconds settled(2);
-    if (!error && fs::file_time_type::clock::now() - modified > settled)
+    if (_keeping == Keeping::ForGood || (!error && fs::file_time_type::clock::now() - modified > settled))
         _listings[folder.string()] = {modified, names};
     const bool isNews = !IsListed(error) && _unlisted.insert(folder.string()).second;
     lock.unlock();
@@ -305,6 +307,11 @@ std::string WithoutCloudFolder(const std::string& path)
 fs::path FindIgnoringCase(const fs::path& base, const std::string& relative)
 {
     FolderListings listings;
+    return FindIgnoringCase(listings, base, relative);
+}
+
+fs::path FindIgnoringCase(FolderListings& listings, const fs::path& base, const std::string& relative)
+{
     return FindSpelling(listings, base, relative, [](const fs::path& path) {
         std::error_code error;
         return fs::exists(path, error);

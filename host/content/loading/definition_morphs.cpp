@@ -48,23 +48,24 @@ geometry::SparseDeltas WithinMesh(geometry::SparseDeltas deltas, int vertexCount
 /// The companion file of a morph: where the morph says, otherwise beside the morph's own file.
 std::filesystem::path DetailFile(const std::string& url, const std::filesystem::path& morphFile)
 {
-    const QString path = ToQ(dson::ParseUri(url).path);
-    const std::filesystem::path file = dzApp->getContentMgr()->getAbsolutePath(path, true).toStdString();
-    return file.empty() ? std::filesystem::path(morphFile).replace_extension(".dhdm") : file;
+    const std::string path = dson::ParseUri(url).path;
+    std::filesystem::path file = dzApp->getContentMgr()->getAbsolutePath(ToQ(path), true).toStdString();
+    if (!file.empty())
+        return file;
+    file = std::filesystem::path(morphFile).replace_extension(".dhdm");
+    std::error_code error;
+    if (!std::filesystem::exists(file, error) && !error)
+        throw base::FormatError("cannot read {}: no content directory has it", path);
+    return file;
 }
 
-/// What goes wrong with the detail leaves the deltas as they are, which is good to know.
 geometry::MultiresDetail ReadDetail(const std::filesystem::path& file, const std::string& checksum,
                                     const geometry::Topology& cage, base::Diagnostics& met)
 {
-    try {
-        const std::string bytes = dson::ReadBytes(file);
-        if (!dson::FitsChecksum(bytes, checksum))
-            met.push_back({base::Severity::Warning, file.string(), {}, dson::otherDetail});
-        return dson::DecodeDhdm(bytes, cage, file.string());
-    } catch (const base::Error& error) {
-        throw base::FormatError("{}; what the shape does to the base mesh is kept", error.what());
-    }
+    const std::string bytes = dson::ReadBytes(file);
+    if (!dson::FitsChecksum(bytes, checksum))
+        met.push_back({base::Severity::Warning, file.string(), {}, dson::otherDetail});
+    return dson::DecodeDhdm(bytes, cage, file.string());
 }
 
 void SetDeltas(DzMorphDeltas& deltas, const dson::Modifier& modifier, const dson::Document& file,

@@ -72,9 +72,7 @@ void FigureModifiers::addThoseOnDisk(AssetLibrary& library)
     for (const std::string& folder : _figure.morphFolders())
         for (std::string& file : library.paths().filesBelow(folder, ".dsf", &duplicates))
             files.push_back(std::move(file));
-    if (!duplicates.empty())
-        _figure.warn(dson::Counted(duplicates.size(), "morph file is", "morph files are") +
-                     " in more than one content library; the first is used");
+    tellDuplicates(duplicates, files);
     _added.reserve(_added.size() + files.size());
     _dials.expectMorphs(files.size());
     auto documents = library.readAll(files);
@@ -93,6 +91,29 @@ void FigureModifiers::addThoseOnDisk(AssetLibrary& library)
         else
             _dials.loseFile(path);
     }
+}
+
+void FigureModifiers::tellDuplicates(const std::vector<std::filesystem::path>& leftOut,
+                                     const std::vector<std::string>& files) const
+{
+    if (leftOut.empty())
+        return;
+    std::unordered_set<std::string> places;
+    for (const std::string& file : files)
+        places.insert(FoldCase(file));
+    std::vector<std::string> inOtherCase, elsewhere;
+    for (const std::filesystem::path& file : leftOut)
+        (places.count(FoldCase(file.native())) ? inOtherCase : elsewhere).push_back(file.string());
+    if (!elsewhere.empty())
+        _figure.warn(dson::Counted(elsewhere.size(), "morph file is", "morph files are") +
+                     " in more than one content library; the first is used instead of " + elsewhere.front() +
+                     (elsewhere.size() > 1 ? ", and so on" : ""));
+    if (!inOtherCase.empty())
+        _figure.warn(
+            dson::Counted(inOtherCase.size(),
+                          "morph file differs in case alone from another beside it and is left out",
+                          "morph files differ in case alone from others beside them and are left out") +
+            Examples({inOtherCase.front()}));
 }
 
 void FigureModifiers::addIfOurs(const dson::Modifier& modifier,

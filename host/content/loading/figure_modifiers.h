@@ -14,10 +14,12 @@
 #include "lost_shapes.h"
 #include "pending_formulas.h"
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 namespace openhost {
 
@@ -65,6 +67,9 @@ private:
         }
     };
 
+    /// @param leftOut  files of whose spellings others were taken
+    void tellDuplicates(const std::vector<std::filesystem::path>& leftOut,
+                        const std::vector<std::string>& files) const;
     void addIfOurs(const dson::Modifier& modifier, const std::shared_ptr<const dson::Document>& file,
                    const std::string& path);
     /// @param parent  of the modifier, taken apart

@@ -102,6 +102,12 @@ LostShape* LostShapes::find(const dson::Uri& uri)
     return nullptr;
 }
 
+LostShape* LostShapes::findCalled(const std::string& nameOrId)
+{
+    const auto called = _byCall.find(nameOrId);
+    return called == _byCall.end() ? nullptr : called->second.front();
+}
+
 LostShape& LostShapes::add(LostShape shape)
 {
     _shapes.push_back(std::move(shape));
@@ -147,13 +153,18 @@ MissingShapes FindMissingShapes(const DzNode& figure)
 
 bool DialMissingShape(const DzNode& figure, const QString& name, double value)
 {
-    if (LostShapes* const lost = LostShapes::Of(figure))
-        for (LostShape& shape : lost->all())
-            if (shape.isCalled(name.toStdString())) {
-                shape.set(value);
-                return true;
-            }
-    return false;
+    LostShapes* const lost = LostShapes::Of(figure);
+    LostShape* const shape = lost ? lost->findCalled(name.toStdString()) : nullptr;
+    if (shape)
+        shape->set(value);
+    return shape != nullptr;
+}
+
+std::optional<base::Diagnostic> WhyShapeIsMissing(const DzNode& figure, const QString& name)
+{
+    LostShapes* const lost = LostShapes::Of(figure);
+    const LostShape* const shape = lost ? lost->findCalled(name.toStdString()) : nullptr;
+    return shape ? std::optional<base::Diagnostic>(shape->why()) : std::nullopt;
 }
 
 } // namespace openhost

@@ -62,7 +62,8 @@ public:
     LostShapes(LostShapes&&) = default;
     LostShapes& operator=(LostShapes&&) = default;
 
-    LostShape* find(const dson::Uri& uri); ///< null for none
+    LostShape* find(const dson::Uri& uri);              ///< null for none
+    LostShape* findCalled(const std::string& nameOrId); ///< null for none
     LostShape& add(LostShape shape);
     bool empty() const { return _shapes.empty(); }
 

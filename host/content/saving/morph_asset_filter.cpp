@@ -1,6 +1,9 @@
 // Saving morphs as support assets.
 // SPDX-License-Identifier: MIT
 
+// Before Qt, whose keyword emit names a function there.
+#include <tbb/parallel_for.h>
+
 #include "saving/morph_asset_filter.h"
 
 #include "app/current_attendant.h"
@@ -112,6 +115,7 @@ std::vector<Wanted> CollectWanted(const DzFileIOSettings& options)
     std::vector<Wanted> all;
     std::set<std::string> addresses;
     const fs::path library = options.getStringValue(QLatin1String("BaseDataPath")).toStdString();
+    openhost::FolderListings listings(openhost::FolderListings::Keeping::ForGood);
     const DzSettings* const nodes = options.getSettingsValue(QLatin1String("NodeNames"));
     for (int n = 0; nodes && n < nodes->getNumValues(); ++n) {
         const QString nodeName = nodes->getKey(n);
@@ -126,10 +130,10 @@ std::vector<Wanted> CollectWanted(const DzFileIOSettings& options)
                 throw base::FormatError("{} has no morph {}", node->getLabel().toStdString(),
                                         name.toStdString());
             const std::string fileName = openhost::FileName(morph->getName().toStdString());
-            const std::string address =
-                openhost::AsOnDisk(library, openhost::MorphAddress(*node, FolderName(options, vendorKey),
-                                                                   FolderName(options, productKey),
-                                                                   morph->getName().toStdString()));
+            const std::string address = openhost::AsOnDisk(
+                listings, library,
+                openhost::MorphAddress(*node, FolderName(options, vendorKey), FolderName(options, productKey),
+                                       morph->getName().toStdString()));
             // Two names that differ in case are one file on many disks.
             if (!addresses.insert(openhost::PathKey(address)).second)
                 throw base::FormatError("two morphs would be saved as {}", fileName);
@@ -145,13 +149,26 @@ bool Wanted::replacesAnother() const
     return openhost::PathKey(origin) != openhost::PathKey(address);
 }
 
+/// What is about to come into place in their folders counts as there.
+void FinishLeftSaves(const std::vector<Wanted>& all)
+{
+    std::set<fs::path> folders;
+    for (const Wanted& wanted : all)
+        folders.insert(wanted.folder);
+    std::error_code error;
+    for (const fs::path& folder : folders)
+        if (fs::exists(folder / base::fileSetJournal, error))
+            openhost::FinishLeftSave(folder);
+}
+
 /// Files that hold other morphs than those to be saved there.
 QStringList OthersFiles(const std::vector<Wanted>& all, const DzFileIOSettings& options)
 {
     const QString library = options.getStringValue(QLatin1String("BaseDataPath"));
+    openhost::FolderListings listings(openhost::FolderListings::Keeping::ForGood);
     QStringList files;
     for (const Wanted& wanted : all) {
-        const fs::path present = openhost::PresentFile(library, wanted.address);
+        const fs::path present = openhost::PresentFile(listings, library, wanted.address);
         if (!present.empty() && present.stem().u8string() != wanted.fileName)
             throw base::FormatError("there is a file {} already, and many disks take {}.dsf for the same",
                                     present.u8string(), wanted.fileName);
@@ -213,18 +230,18 @@ std::string DialUri(const DzProperty& dial, const DzNode& figure, const std::vec
     return uri.path.empty() ? std::string() : dson::MakePropertyUri(node, uri.path, uri.id, "value");
 }
 
-/// A morph that will belong to its file.
-struct Written {
+/// A morph as its file is to have it.
+struct Draft {
     DzMorph* morph;
-    DzUri uri;
+    dson::AssetInfo info;
+    dson::Modifier modifier;
     std::vector<DzNumericController*> links; ///< that the file holds as formulas
+    std::string detail;                      ///< bytes of the companion file
+    bool replacesAnother;
 };
 
-Written Write(const Wanted& wanted, const std::vector<Wanted>& all, const DzFileIOSettings& options,
-              base::FileSet& set)
+dson::AssetInfo InfoOf(const Wanted& wanted, const DzFileIOSettings& options)
 {
-    if (openhost::AssetFolder(*wanted.node).empty())
-        throw base::FormatError("{} comes from no asset file", wanted.node->getLabel().toStdString());
     dson::AssetInfo info;
     info.id = wanted.address;
     info.type = "modifier";
@@ -235,38 +252,65 @@ Written Write(const Wanted& wanted, const std::vector<Wanted>& all, const DzFile
         info.author = FolderName(options, vendorKey);
     info.email = author.getEmail().toStdString();
     info.website = author.getURL().toStdString();
-    dson::WriteOptions write;
-    write.compress = options.getBoolValue(QLatin1String("CompressOutput"));
-    write.isReplacement = wanted.replacesAnother();
-    const fs::path library = options.getStringValue(QLatin1String("BaseDataPath")).toStdString();
-    write.set = &set;
-    // A file that could not be read must not be replaced by one without its content.
-    if (!wanted.morph->getDeltas()->loadDeltas())
-        throw base::FormatError("the deltas of {} cannot be read", wanted.morph->getName().toStdString());
-    dson::Modifier modifier = openhost::DescribeMorph(*wanted.morph, *wanted.node, wanted.fileName);
+    return info;
+}
+
+/// Puts what drives the morph, and what it drives, into the draft.
+void AddLinks(Draft& draft, const Wanted& wanted, const std::vector<Wanted>& all)
+{
     const std::string dial = DialUri(*wanted.morph->getValueControl(), *wanted.node, all);
     const openhost::JointLinks joints = openhost::DescribeJointLinks(*wanted.morph, *wanted.node, dial);
     const openhost::DialLinks drivers = openhost::DescribeDialLinks(
         *wanted.morph, dial, [&](const DzProperty& input) { return DialUri(input, *wanted.node, all); });
-    modifier.formulas = joints.formulas;
-    modifier.formulas.insert(modifier.formulas.end(), drivers.formulas.begin(), drivers.formulas.end());
-    std::vector<DzNumericController*> links = joints.links;
-    links.insert(links.end(), drivers.links.begin(), drivers.links.end());
+    draft.modifier.formulas = joints.formulas;
+    draft.modifier.formulas.insert(draft.modifier.formulas.end(), drivers.formulas.begin(),
+                                   drivers.formulas.end());
+    draft.links = joints.links;
+    draft.links.insert(draft.links.end(), drivers.links.begin(), drivers.links.end());
     if (joints.lost > 0)
         openhost::Report({base::Severity::Warning,
                           {},
                           wanted.morph->getName().toStdString(),
                           fmt::format("{} cannot be kept in a file",
                                       dson::Counted(joints.lost, "link to a joint", "links to joints"))});
+}
+
+Draft Describe(const Wanted& wanted, const std::vector<Wanted>& all, const DzFileIOSettings& options)
+{
+    if (openhost::AssetFolder(*wanted.node).empty())
+        throw base::FormatError("{} comes from no asset file", wanted.node->getLabel().toStdString());
     const std::string name = wanted.morph->getName().toStdString();
+    // A file that could not be read must not be replaced by one without its content.
+    if (!wanted.morph->getDeltas()->loadDeltas())
+        throw base::FormatError("the deltas of {} cannot be read", name);
+    Draft draft{wanted.morph,
+                InfoOf(wanted, options),
+                openhost::DescribeMorph(*wanted.morph, *wanted.node, wanted.fileName),
+                {},
+                DetailBytes(wanted),
+                wanted.replacesAnother()};
+    AddLinks(draft, wanted, all);
     if (wanted.fileName != name)
         openhost::Report(
             {base::Severity::Warning,
              {},
              name,
              fmt::format("no name for a file; the morph is named {} in its own", wanted.fileName)});
-    dson::WriteMorph(info, modifier, library, write, DetailBytes(wanted));
-    return {wanted.morph, DzUri(QString::fromStdString(dson::MakeUri(info.id, modifier.id))), links};
+    return draft;
+}
+
+/// Side by side: printing numbers and waiting for the disk take most of a save.
+void Write(const std::vector<Draft>& drafts, const DzFileIOSettings& options, base::FileSet& set)
+{
+    const fs::path library = options.getStringValue(QLatin1String("BaseDataPath")).toStdString();
+    dson::WriteOptions write;
+    write.compress = options.getBoolValue(QLatin1String("CompressOutput"));
+    write.set = &set;
+    tbb::parallel_for(std::size_t{0}, drafts.size(), [&](std::size_t i) {
+        dson::WriteOptions own = write;
+        own.isReplacement = drafts[i].replacesAnother;
+        dson::WriteMorph(drafts[i].info, drafts[i].modifier, library, own, drafts[i].detail);
+    });
 }
 
 /// @param replaced  files that may be
@@ -285,14 +329,16 @@ void Save(const std::vector<Wanted>& all, const DzFileIOSettings& options, const
                 "another program has saved a morph of this name meanwhile, which would be "
                 "lost: {}",
                 file.toStdString());
-    std::vector<Written> written;
+    std::vector<Draft> drafts;
     for (const Wanted& wanted : all)
-        written.push_back(Write(wanted, all, options, set));
+        drafts.push_back(Describe(wanted, all, options));
+    Write(drafts, options, set);
     base::ThrowIfCancelled(); // for the last time: they are saved all together
     set.commit();
-    for (const Written& saved : written) {
-        saved.morph->setAssetUri(saved.uri);
-        saved.morph->getDeltas()->setUri(saved.uri);
+    for (const Draft& saved : drafts) {
+        const DzUri uri(QString::fromStdString(dson::MakeUri(saved.info.id, saved.modifier.id)));
+        saved.morph->setAssetUri(uri);
+        saved.morph->getDeltas()->setUri(uri);
         // A scene that is saved from now on leaves them to the morph's file.
         for (DzNumericController* const link : saved.links)
             openhost::SetFromDataFile(*link);
@@ -316,6 +362,7 @@ DzError DzMorphSupportAssetFilter::doSave(DzFileIOSettings* options, const QStri
         const std::vector<Wanted> all = CollectWanted(*options);
         if (all.empty())
             throw base::FormatError("no morphs to save are given");
+        FinishLeftSaves(all);
         const QStringList replaced = OthersFiles(all, *options);
         if (!MayReplace(replaced))
             return DzError(DZ_USER_CANCELLED_OPERATION);

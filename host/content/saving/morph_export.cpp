@@ -71,7 +71,8 @@ JointLinks DescribeJointLinks(const DzMorph& morph, const DzNode& figure, const 
 {
     JointLinks found;
     const auto* const skeleton = qobject_cast<const DzSkeleton*>(&figure);
-    if (!skeleton)
+    // Of hundreds of joints few morphs drive any.
+    if (!skeleton || !morph.getValueControl()->hasSlaveControllers())
         return found;
     for (const DzBone* const bone : skeleton->bones()) {
         for (const char* const member :
@@ -135,21 +136,24 @@ std::string MorphAddress(const DzNode& figure, const std::string& vendor, const 
     return fmt::format("{}/Morphs/{}/{}/{}.dsf", AssetFolder(figure), vendor, product, FileName(name));
 }
 
-std::string AsOnDisk(const std::filesystem::path& contentDirectory, const std::string& address)
+std::string AsOnDisk(FolderListings& listings, const std::filesystem::path& contentDirectory,
+                     const std::string& address)
 {
     const std::filesystem::path wanted = address.substr(1);
     std::filesystem::path at = contentDirectory, spelled = "/";
     for (const std::filesystem::path& part : wanted.parent_path()) {
-        const std::filesystem::path present = FindIgnoringCase(at, part.string());
+        const std::filesystem::path present = FindIgnoringCase(listings, at, part.string());
         at = present.empty() ? at / part : present;
         spelled /= at.filename();
     }
     return (spelled / wanted.filename()).generic_string();
 }
 
-std::filesystem::path PresentFile(const QString& contentDirectory, const std::string& address)
+std::filesystem::path PresentFile(FolderListings& listings, const QString& contentDirectory,
+                                  const std::string& address)
 {
-    const std::filesystem::path present = FindIgnoringCase(contentDirectory.toStdString(), address.substr(1));
+    const std::filesystem::path present =
+        FindIgnoringCase(listings, contentDirectory.toStdString(), address.substr(1));
     std::error_code ignored;
     return std::filesystem::is_directory(present, ignored) ? std::filesystem::path() : present;
 }

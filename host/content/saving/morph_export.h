@@ -18,6 +18,8 @@ class QString;
 
 namespace openhost {
 
+class FolderListings;
+
 /// What a data file says of a morph: its dial, group and deltas; the dial's default is 0.
 /// @param name  the morph's name in the file; see file_names.h
 dson::Modifier DescribeMorph(const DzMorph& morph, const DzNode& figure, const std::string& name);
@@ -52,9 +54,11 @@ std::string MorphAddress(const DzNode& figure, const std::string& vendor, const 
                          const std::string& name);
 /// The address with its folders as they are spelled in the content directory, whose case does not count: a
 /// second tree beside the first would be the same one on many disks.
-std::string AsOnDisk(const std::filesystem::path& contentDirectory, const std::string& address);
+std::string AsOnDisk(FolderListings& listings, const std::filesystem::path& contentDirectory,
+                     const std::string& address);
 /// What a save to the address would replace, as it is spelled on disk, whose case does not count; empty for
 /// nothing.
-std::filesystem::path PresentFile(const QString& contentDirectory, const std::string& address);
+std::filesystem::path PresentFile(FolderListings& listings, const QString& contentDirectory,
+                                  const std::string& address);
 
 } // namespace openhost

@@ -29,7 +29,8 @@ std::string NameConflict::text() const
     return fmt::format("there is a morph \"{}\" already{}", name, place);
 }
 
-TakenNames::TakenNames(const DzNode& figure) : _figure(figure)
+TakenNames::TakenNames(const DzNode& figure)
+    : _figure(figure), _listings(std::make_unique<FolderListings>(FolderListings::Keeping::ForGood))
 {
     const DzObject* const object = figure.getObject();
     for (int i = 0; object && i < object->getNumModifiers(); ++i)
@@ -37,6 +38,8 @@ TakenNames::TakenNames(const DzNode& figure) : _figure(figure)
     for (int i = 0; i < figure.getNumProperties(); ++i)
         _properties.insert(MorphNameKey(figure.getProperty(i)->getName()));
 }
+
+TakenNames::~TakenNames() = default;
 
 std::optional<NameConflict> TakenNames::findConflict(const QString& name, const MorphFolder* folder) const
 {
@@ -47,7 +50,7 @@ std::optional<NameConflict> TakenNames::findConflict(const QString& name, const 
                                                       folder->product.toStdString(), conflict.name)
                                        : std::string();
     const std::filesystem::path present =
-        folder ? PresentFile(folder->contentDirectory, address) : std::filesystem::path();
+        folder ? PresentFile(*_listings, folder->contentDirectory, address) : std::filesystem::path();
     const auto found = _modifiers.find(key);
     DzModifier* const modifier = found == _modifiers.end() ? nullptr : found->second;
     conflict.morph = qobject_cast<DzMorph*>(modifier);
@@ -63,6 +66,14 @@ std::optional<NameConflict> TakenNames::findConflict(const QString& name, const 
     if (modifier || _properties.count(key))
         return conflict;
     return std::nullopt;
+}
+
+QString TakenNames::fileFor(const QString& name, const MorphFolder& folder) const
+{
+    const std::string address =
+        MorphAddress(_figure, folder.vendor.toStdString(), folder.product.toStdString(), name.toStdString());
+    return folder.contentDirectory +
+           QString::fromStdString(AsOnDisk(*_listings, folder.contentDirectory.toStdString(), address));
 }
 
 std::optional<NameConflict> FindNameConflict(const DzNode& figure, const QString& name,

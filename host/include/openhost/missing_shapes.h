@@ -5,6 +5,8 @@
 
 #include "base/diagnostic.h"
 
+#include <optional>
+
 class DzNode;
 class QString;
 
@@ -24,5 +26,9 @@ MissingShapes FindMissingShapes(const DzNode& figure);
 /// @param name  the shape's name or id
 /// @return false if there is no such shape
 bool DialMissingShape(const DzNode& figure, const QString& name, double value);
+
+/// Why the figure has no dial for a shape that its files speak of; nothing where they speak of none.
+/// @param name  the shape's name or id
+std::optional<base::Diagnostic> WhyShapeIsMissing(const DzNode& figure, const QString& name);
 
 } // namespace openhost

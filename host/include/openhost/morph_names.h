@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -37,18 +38,26 @@ struct NameConflict {
     std::string name;         ///< as it was asked for
 };
 
-/// The names that a figure's parts have at the moment, for asking about many.
+class FolderListings;
+
+/// The names that a figure's parts and the files beside them have at the moment, for asking about many.
 class TakenNames {
 public:
     explicit TakenNames(const DzNode& figure);
+    ~TakenNames();
+    TakenNames(const TakenNames&) = delete;
+    TakenNames& operator=(const TakenNames&) = delete;
 
     /// Names stay apart on every disk and in every later load; see MorphNameKey().
     /// @param folder  null where the morph is not to be saved
     /// @return nothing where the name is free
     std::optional<NameConflict> findConflict(const QString& name, const MorphFolder* folder) const;
+    /// Where a morph of the figure is saved to, whether it is there or not.
+    QString fileFor(const QString& name, const MorphFolder& folder) const;
 
 private:
     const DzNode& _figure;
+    std::unique_ptr<FolderListings> _listings;
     std::unordered_map<std::string, DzModifier*> _modifiers; ///< by key; the first of several
     std::unordered_set<std::string> _properties;             ///< keys
 };

@@ -13,10 +13,16 @@
 
 namespace openhost {
 
-/// What folders hold, by names without case. Kept while a folder does not change, since a scene may look for
-/// thousands of files in vain. Safe to use from several threads.
+/// What folders hold, by names without case. Kept, since a scene may look for thousands of files in vain.
+/// Safe to use from several threads.
 class FolderListings {
 public:
+    enum class Keeping {
+        WhileUnchanged, ///< as far as the folders' times tell
+        ForGood         ///< for one look at many files at a time
+    };
+    explicit FolderListings(Keeping keeping = Keeping::WhileUnchanged) : _keeping(keeping) {}
+
     /// All, in order.
     std::vector<std::filesystem::path> entries(const std::filesystem::path& folder);
     /// The entries of the name, whatever their case: the exact spelling first, then in order.
@@ -31,6 +37,7 @@ private:
     };
     std::shared_ptr<const Names> namesIn(const std::filesystem::path& folder);
 
+    const Keeping _keeping;
     std::mutex _mutex;
     std::unordered_map<std::string, Listing> _listings;
     std::unordered_set<std::string> _unlisted; ///< folders of which it is told that they cannot be read
@@ -78,6 +85,9 @@ private:
 /// `base`/`relative` as it is on disk, ignoring case where the spelling does not exist; empty if there is
 /// none.
 std::filesystem::path FindIgnoringCase(const std::filesystem::path& base, const std::string& relative);
+/// The same for one of many files.
+std::filesystem::path FindIgnoringCase(FolderListings& listings, const std::filesystem::path& base,
+                                       const std::string& relative);
 
 /// What all spellings of a text have in common that differ in case, or in how accents are composed.
 std::string FoldCase(const std::string& text);
