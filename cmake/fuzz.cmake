@@ -16,13 +16,13 @@ function(gantrel_add_fuzz_targets program)
         ${fuzz}/script.cpp
         ${fuzz}/target.cpp
         ${fuzz}/uri.cpp
-        ${PROJECT_SOURCE_DIR}/apps/cli/job_table.cpp
-        ${PROJECT_SOURCE_DIR}/apps/cli/job_table_json.cpp
-        ${PROJECT_SOURCE_DIR}/apps/cli/job_table_text.cpp
+        ${PROJECT_SOURCE_DIR}/apps/cli/batch/job_table.cpp
+        ${PROJECT_SOURCE_DIR}/apps/cli/batch/job_table_json.cpp
+        ${PROJECT_SOURCE_DIR}/apps/cli/batch/job_table_text.cpp
         ${tests}/host/content_fixture.cpp
         ${tests}/host/foreign_fixture.cpp
         ${tests}/plugin/mini_library.cpp)
-    target_include_directories(${program} PRIVATE ${PROJECT_SOURCE_DIR})
+    target_include_directories(${program} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/apps/cli)
     target_link_libraries(${program} PRIVATE gantrel_options gantrel_engine host_rooms base geometry dson libcsv
         nlohmann_json::nlohmann_json GTest::gtest)
 endfunction()

@@ -1,7 +1,7 @@
 // Tables of work as spreadsheets and scripts write them.
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/job_table.h"
+#include "apps/cli/batch/job_table.h"
 
 #include "fuzz/target.h"
 

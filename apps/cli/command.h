@@ -7,6 +7,7 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -28,7 +29,8 @@ public:
 /// It adds the subcommand with its options and, in CLI11's callback, sets `work`. The work runs after all
 /// arguments have been understood; it returns on success and throws otherwise.
 struct CommandContext {
-    bool verbose = false; ///< the host's log goes to stderr
+    bool verbose = false;               ///< the host's log goes to stderr
+    std::vector<std::string> arguments; ///< as they were given, the subcommand first
     std::function<void()> work;
 };
 

@@ -4,20 +4,31 @@
 #include "command_batch.h"
 
 #include "base/atomic_file.h"
-#include "batch_init.h"
-#include "batch_plan.h"
-#include "batch_run.h"
-#include "batch_table_file.h"
-#include "convert_options.h"
+#include "base/cancellation.h"
+#include "batch/batch_index.h"
+#include "batch/batch_init.h"
+#include "batch/batch_plan.h"
+#include "batch/batch_run.h"
+#include "batch/batch_table_file.h"
+#include "batch/checked_table.h"
+#include "batch/lost_files.h"
+#include "batch/merged_logs.h"
+#include "conversions/convert_options.h"
+#include "dson/reader.h"
+#include "interrupt.h"
+#include "morphs/morph_options.h"
 #include "options.h"
 #include "output_name.h"
+#include "page/page_writer.h"
 #include "report.h"
+#include "shell_command.h"
 
 #include <memory>
 #include <optional>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <nlohmann/json.hpp>
 
 namespace cli {
@@ -27,12 +38,14 @@ namespace {
 namespace fs = std::filesystem;
 
 struct BatchArguments {
-    std::string table, log, folder;
+    std::string table, log, folder, page, command;
     std::vector<std::string> logs;
-    std::optional<std::size_t> row;
-    int workers = 0;
-    bool list = false, resume = false, json = false;
+    std::optional<std::string> rows; ///< of the table, those that are meant
+    int workers = 0, threads = 0, megabytes = 0;
+    double timeout = 0.0;
+    bool list = false, resume = false, thumbnails = false, json = false;
     ConvertArguments ofRows; ///< checked with each row
+    ConvertMorphsArguments ofMorphRows;
 };
 
 void AddBatchOptions(CLI::App& command, BatchArguments& arguments)
@@ -40,18 +53,23 @@ void AddBatchOptions(CLI::App& command, BatchArguments& arguments)
     command
         .add_option("table", arguments.table,
                     "CSV with a line of column names, or a JSON list of objects; columns are called as the "
-                    "options of conversions below are, which count for rows that say nothing; - reads "
-                    "standard input")
+                    "options of conversions below are, which count for rows that say nothing; a row with a "
+                    "cell in morphs, or the name of a file in list, is of convert-morphs; - reads standard "
+                    "input")
         ->type_name("FILE");
     CLI::Option* const list =
         command.add_flag("--list", arguments.list, "Print each row as a command, and convert nothing");
     CLI::Option* const row =
         command
-            .add_option("--row", arguments.row, "Convert this row alone, the first is 1, unless it is done")
+            .add_option(
+                "--row", arguments.rows,
+                "Convert this row alone, the first is 1, or these, such as 11-20, unless they are done")
             ->type_name("N");
-    CLI::Option* const merge =
-        command.add_option("--merge", arguments.logs, "Sum up what logs say, and convert nothing")
-            ->type_name("LOG");
+    CLI::Option* const merge = command
+                                   .add_option("--merge", arguments.logs,
+                                               "Sum up what logs say, and which rows of the table, where one "
+                                               "is named, they lack; convert nothing")
+                                   ->type_name("LOG");
     CLI::Option* const init =
         command
             .add_option("--init", arguments.folder,
@@ -63,9 +81,35 @@ void AddBatchOptions(CLI::App& command, BatchArguments& arguments)
     command.add_option("--workers", arguments.workers, "Processes that convert; as many as processors")
         ->type_name("N")
         ->check(CLI::Range(1, 1024));
+    command
+        .add_option("--threads", arguments.threads,
+                    "Processors that each of them keeps busy; 1 with --workers, else what there is is shared "
+                    "out")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1024));
+    command
+        .add_option("--timeout", arguments.timeout,
+                    "Seconds after which a row is stopped and has failed; any time without it")
+        ->type_name("S")
+        ->check(CLI::PositiveNumber);
+    command
+        .add_option("--memory", arguments.megabytes,
+                    "Megabytes that a process may hold between two rows, or a new one takes its place; its "
+                    "share of half of the machine without it")
+        ->type_name("MB")
+        ->check(CLI::PositiveNumber);
     command.add_flag("--resume", arguments.resume, "Leave rows out that are done and unchanged");
     command.add_option("--log", arguments.log, "Write a line of JSON for each row; added to with --resume")
         ->type_name("FILE.jsonl");
+    command
+        .add_option("--report", arguments.page,
+                    "Write a page to look at: all rows with small pictures, to sort and search")
+        ->type_name("FILE.html")
+        ->excludes(list)
+        ->excludes(init);
+    command.add_flag(
+        "--thumbnails", arguments.thumbnails,
+        "Draw a small picture of each row, as --report does, for a page of logs that are merged");
     AddJsonOption(command, arguments.json);
 }
 
@@ -79,7 +123,7 @@ void ListRows(const std::vector<BatchRow>& rows, bool asJson)
     std::string text;
     Json commands = Json::array();
     for (const BatchRow& row : rows) {
-        text += CommandText(row.arguments) + '\n';
+        text += ShellCommand(row.arguments) + '\n';
         commands.push_back({{"row", row.number}, {"line", row.line}, {"arguments", row.arguments}});
     }
     if (asJson)
@@ -88,30 +132,66 @@ void ListRows(const std::vector<BatchRow>& rows, bool asJson)
         WriteOutput(text);
 }
 
-std::vector<BatchRow> OnlyRow(std::vector<BatchRow> rows, std::size_t number, const std::string& table)
+/// @param noPage  why there is none where one was wanted; it takes nothing from what is told of the rows
+void Tell(Json summary, base::Diagnostics diagnostics, const std::string& noPage, bool asJson)
 {
-    if (number < 1 || number > rows.size())
-        throw UsageError(fmt::format("--row {}: {} has {} {}", number, table, rows.size(),
-                                     rows.size() == 1 ? "row" : "rows"));
-    return {std::move(rows[number - 1])};
-}
-
-void Tell(Json summary, const base::Diagnostics& diagnostics, bool asJson)
-{
+    if (!noPage.empty())
+        diagnostics.push_back({base::Severity::Error, {}, {}, noPage});
     if (asJson || !diagnostics.empty())
         AddDiagnostics(summary, diagnostics, asJson);
     WriteReport(summary, asJson);
     ThrowIfAnyFailed(summary);
+    if (!noPage.empty())
+        throw ReportedError(noPage);
 }
 
-void MergeLogs(const BatchArguments& arguments)
-{
+/// How a batch went, for its page.
+struct Course {
+    double seconds = 0.0;
     base::Diagnostics diagnostics;
-    std::vector<RowResult> results = ReadLogs(arguments.logs, diagnostics);
-    double seconds = 0;
-    for (const RowResult& result : results)
-        seconds += result.value("seconds", 0.0);
-    Tell(Summarize(std::move(results), seconds, arguments.json), diagnostics, arguments.json);
+    std::size_t rowsNotBegun = 0;
+    bool wasInterrupted = false;
+};
+
+std::vector<std::pair<std::string, std::string>> SettingsOf(const BatchArguments& arguments)
+{
+    std::vector<std::pair<std::string, std::string>> settings;
+    if (!arguments.logs.empty()) {
+        settings.emplace_back("Logs", fmt::format("{}", fmt::join(arguments.logs, "\n")));
+        return settings;
+    }
+    settings.emplace_back("Workers", arguments.workers > 0 ? std::to_string(arguments.workers)
+                                                           : "as many as processors");
+    settings.emplace_back("Rows done before", arguments.resume ? "left as they are" : "converted again");
+    if (!arguments.log.empty())
+        settings.emplace_back("Log", arguments.log);
+    return settings;
+}
+
+void WriteIndex(const BatchIndex& index, const BatchArguments& arguments, const Course& course)
+{
+    BatchFacts facts;
+    facts.table = arguments.table.empty() ? std::string() : NameOfTable(arguments.table);
+    facts.command = arguments.command;
+    facts.seconds = course.seconds;
+    facts.isOfRows = !arguments.logs.empty();
+    facts.settings = SettingsOf(arguments);
+    facts.diagnostics = course.diagnostics;
+    facts.wasInterrupted = course.wasInterrupted;
+    facts.rowsNotBegun = course.rowsNotBegun;
+    index.write(arguments.page, facts);
+}
+
+/// @return why there is none where one is wanted
+std::string TryToWriteIndex(const BatchIndex& index, const BatchArguments& arguments, const Course& course)
+{
+    try {
+        if (!arguments.page.empty())
+            WriteIndex(index, arguments, course);
+        return {};
+    } catch (const std::exception& error) {
+        return error.what();
+    }
 }
 
 void WriteTable(const BatchArguments& arguments)
@@ -129,38 +209,122 @@ void WriteTable(const BatchArguments& arguments)
     TellWarnings(diagnostics);
 }
 
-void ConvertRows(std::vector<BatchRow> rows, const BatchArguments& arguments, bool verbose)
+/// What has been done until the user asked to end.
+void WriteIndexOfSome(const BatchIndex& index, const BatchArguments& arguments, std::size_t rows)
 {
-    if (arguments.row)
-        rows = OnlyRow(std::move(rows), *arguments.row, NameOfTable(arguments.table));
+    if (arguments.page.empty())
+        return;
+    try {
+        Course course;
+        course.wasInterrupted = true;
+        course.rowsNotBegun = rows - index.size();
+        WriteIndex(index, arguments, course);
+        NoteWritten(arguments.page + " is written");
+    } catch (const std::exception& error) {
+        NoteForInterrupt(error.what());
+    }
+}
+
+void ConvertRows(const std::vector<BatchRow>& rows, const BatchArguments& arguments, bool verbose)
+{
     if (!arguments.log.empty())
         CheckOutput(arguments.log, {arguments.table});
+    if (!arguments.page.empty())
+        CheckPageFile(arguments.page, {arguments.table, arguments.log});
     BatchOptions options;
     options.table = arguments.table;
     options.workers = static_cast<std::size_t>(arguments.workers);
-    options.skipsDone = arguments.resume || arguments.row;
+    options.threads = static_cast<std::size_t>(arguments.threads);
+    options.timeout = arguments.timeout;
+    options.megabytes = arguments.megabytes;
+    BatchIndex index;
+    options.index = arguments.page.empty() ? nullptr : &index;
+    options.drawsPictures = arguments.thumbnails || !arguments.page.empty();
+    options.skipsDone = arguments.resume || arguments.rows.has_value();
+    options.hasAllRows = !arguments.rows.has_value();
     options.needsState = options.skipsDone;
     options.log = arguments.log;
     options.verbose = verbose;
     options.keepsReports = arguments.json;
     options.showsProgress = !arguments.json;
-    BatchOutcome outcome = RunBatch(rows, options);
-    Tell(Summarize(std::move(outcome.results), outcome.seconds, arguments.json), outcome.diagnostics,
+    if (!arguments.rows) // of a few rows the first look is as soon
+        TellWarnings(FindLostFiles(rows, NameOfTable(arguments.table)));
+    BatchOutcome outcome;
+    try {
+        outcome = RunBatch(rows, options);
+    } catch (const base::Cancelled&) {
+        WriteIndexOfSome(index, arguments, rows.size());
+        throw;
+    }
+    const std::string noPage = TryToWriteIndex(index, arguments, {outcome.seconds, outcome.diagnostics});
+    Tell(Summarize(std::move(outcome.results), outcome.seconds, arguments.json), outcome.diagnostics, noPage,
          arguments.json);
+}
+
+/// Those that are to be worked on. Small tables are checked as a whole each time.
+std::vector<BatchRow> PlannedRows(const BatchArguments& arguments, const JobRow& defaults)
+{
+    constexpr std::size_t small = 500;
+    const std::string name = NameOfTable(arguments.table);
+    const std::optional<RowRange> range =
+        arguments.rows ? std::optional<RowRange>(ParseRowRange(*arguments.rows)) : std::nullopt;
+    const std::string text = ReadTableFile(arguments.table);
+    const JobTable table = ReadJobTable(text, RowColumns());
+    const CheckedTable checked(arguments.table, text, defaults);
+    const bool isKeptInMind = arguments.table != standardInput && table.rows.size() > small;
+    if (!range || !isKeptInMind || !checked.isKnown()) {
+        std::vector<BatchRow> all = PlanBatch(table, name, defaults);
+        if (isKeptInMind)
+            checked.remember();
+        if (!range)
+            return all;
+    }
+    return PlanRows(table, *range, name, defaults);
+}
+
+void MergeLogs(const BatchArguments& arguments, const JobRow& defaults)
+{
+    base::Diagnostics diagnostics;
+    if (!arguments.page.empty())
+        CheckPageFile(arguments.page, {arguments.logs.begin(), arguments.logs.end()});
+    BatchIndex index;
+    const auto hear = [&](const RowResult& result) {
+        if (!arguments.page.empty())
+            index.add(result);
+    };
+    std::vector<RowResult> results = ReadLogs(arguments.logs, arguments.json, hear, diagnostics);
+    if (results.empty() && arguments.table.empty()) {
+        TellWarnings(diagnostics);
+        throw std::runtime_error("no log has the result of a row");
+    }
+    std::size_t missing = 0;
+    if (!arguments.table.empty())
+        missing = CompareWithTable(results, PlannedRows(arguments, defaults), NameOfTable(arguments.table),
+                                   diagnostics);
+    double seconds = 0;
+    for (const RowResult& result : results)
+        seconds += result.value("seconds", 0.0);
+    index.keepOnly(results);
+    const std::string noPage = TryToWriteIndex(index, arguments, {seconds, diagnostics, missing});
+    Json summary = Summarize(std::move(results), seconds, arguments.json);
+    if (!arguments.table.empty())
+        summary["missing"] = missing;
+    Tell(std::move(summary), diagnostics, noPage, arguments.json);
+    if (missing > 0)
+        throw ReportedError(fmt::format("{} in no log", dson::Counted(missing, "row is", "rows are")));
 }
 
 void Work(const BatchArguments& arguments, const JobRow& defaults, bool verbose)
 {
     if (!arguments.logs.empty())
-        return MergeLogs(arguments);
+        return MergeLogs(arguments, defaults);
     if (!arguments.folder.empty())
         return WriteTable(arguments);
     if (arguments.table.empty())
         throw UsageError("a table is required");
     if (arguments.table == standardInput && arguments.resume)
         throw UsageError("--resume needs a table that is a file, beside which it is kept what is done");
-    const std::vector<BatchRow> rows =
-        PlanBatch(ReadTableFile(arguments.table), NameOfTable(arguments.table), defaults);
+    const std::vector<BatchRow> rows = PlannedRows(arguments, defaults);
     if (arguments.list)
         return ListRows(rows, arguments.json);
     ConvertRows(rows, arguments, verbose);
@@ -175,8 +339,10 @@ void AddBatchCommand(CLI::App& program, CommandContext& context)
     const auto arguments = std::make_shared<BatchArguments>();
     AddBatchOptions(*command, *arguments);
     AddConvertOptions(*command, arguments->ofRows, OptionUse::Defaults);
+    AddMorphDefaults(*command, arguments->ofMorphRows);
     command->callback([arguments, command, &context] {
         context.work = [arguments, command, &context] {
+            arguments->command = ShellCommand(context.arguments);
             Work(*arguments, DefaultsOf(*command), context.verbose);
         };
     });

@@ -4,10 +4,11 @@
 #include "command_convert.h"
 
 #include "command.h"
-#include "conversion_json.h"
-#include "convert_options.h"
+#include "conversions/conversion_json.h"
+#include "conversions/convert_options.h"
 #include "options.h"
 #include "progress.h"
+#include "shell_command.h"
 
 #include <memory>
 
@@ -28,6 +29,7 @@ void AddConvertCommand(CLI::App& program, CommandContext& context)
         context.work = [arguments, asJson, &context] {
             ConversionRequest request = MakeRequest(*arguments);
             request.verbose = context.verbose;
+            request.command = ShellCommand(context.arguments);
             Progress progress(!*asJson);
             const ConversionReport report = Convert(request, progress);
             WriteReport(DescribeConversion(report, progress, *asJson), *asJson);

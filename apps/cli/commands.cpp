@@ -3,7 +3,7 @@
 
 #include "commands.h"
 
-#include "batch_worker.h"
+#include "batch/batch_worker.h"
 #include "command_batch.h"
 #include "command_convert.h"
 #include "command_convert_morphs.h"

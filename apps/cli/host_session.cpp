@@ -115,11 +115,15 @@ class InterruptibleAttendant : public openhost::Attendant {
 public:
     void beforeProgress() override { base::ThrowIfCancelled(); }
     void beforeReading() override { base::ThrowIfCancelled(); }
-    std::optional<bool> mayReplaceFiles(const QStringList&) override
+    std::optional<bool> mayReplaceFiles(const QStringList& files) override
     {
-        return mayOverwrite ? std::optional<bool>(true) : std::nullopt;
+        const bool mayReplaceAll =
+            mayReplace && std::all_of(files.begin(), files.end(), [this](const QString& file) {
+                return mayReplace(fs::u8path(file.toStdString()));
+            });
+        return mayReplaceAll ? std::optional<bool>(true) : std::nullopt;
     }
-    bool mayOverwrite = false;
+    std::function<bool(const fs::path&)> mayReplace;
 };
 
 } // namespace
@@ -198,7 +202,12 @@ const base::Diagnostics& HostSession::diagnostics() const
 
 void HostSession::allowOverwriting(bool isAllowed)
 {
-    _impl->attendant.mayOverwrite = isAllowed;
+    allowReplacing([isAllowed](const fs::path&) { return isAllowed; });
+}
+
+void HostSession::allowReplacing(std::function<bool(const fs::path& file)> mayReplace)
+{
+    _impl->attendant.mayReplace = std::move(mayReplace);
 }
 
 fs::path HostSession::temporaryFolder() const

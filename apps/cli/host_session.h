@@ -7,6 +7,7 @@
 #include "temporary_folder.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -37,6 +38,8 @@ public:
     const base::Diagnostics& diagnostics() const;
     /// Whether morphs may be saved over files of others; not at first.
     void allowOverwriting(bool isAllowed);
+    /// The same for each file by itself.
+    void allowReplacing(std::function<bool(const std::filesystem::path& file)> mayReplace);
     /// A folder that lasts as long as the session, or longer when that is wanted.
     std::filesystem::path temporaryFolder() const;
 

@@ -103,8 +103,8 @@ int main(int argc, char** argv)
     cli::CommandContext context;
     CLI::App program("Gantrel: shapes of older figure generations as morphs on Genesis 9.", "gantrel");
     Describe(program, context);
-    const bool wantsJson =
-        WantsJson(program, std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
+    context.arguments.assign(argv + std::min(argc, 1), argv + argc);
+    const bool wantsJson = WantsJson(program, context.arguments);
     try {
         program.parse(argc, argv);
     } catch (const CLI::Success& request) {

@@ -22,6 +22,17 @@ CLI::Option* AddContentOption(CLI::App& command, std::vector<std::string>& direc
         ->allow_extra_args(false);
 }
 
+CLI::Option* AddResolutionOption(CLI::App& command, std::string& resolution)
+{
+    return command
+        .add_option(
+            "--resolution", resolution,
+            "Resolution of the morphs: base, or subd for those with detail of the source's subdivision "
+            "level, which take longer")
+        ->check(CLI::IsMember({"base", "subd"}))
+        ->capture_default_str();
+}
+
 CLI::Option* AddDialOption(CLI::App& command, std::vector<std::string>& dials)
 {
     const auto check = [](const std::string& text) {

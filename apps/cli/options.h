@@ -19,6 +19,8 @@ namespace cli {
 CLI::Option* AddJsonOption(CLI::App& command, bool& json);
 /// `--content DIR`, once for each directory.
 CLI::Option* AddContentOption(CLI::App& command, std::vector<std::string>& directories);
+/// `--resolution`: "base" or "subd".
+CLI::Option* AddResolutionOption(CLI::App& command, std::string& resolution);
 /// `--dial NAME=VALUE`, once for each dial; wrong syntax is wrong use.
 CLI::Option* AddDialOption(CLI::App& command, std::vector<std::string>& dials);
 

@@ -229,12 +229,14 @@ void AddDiagnostics(Json& report, const base::Diagnostics& diagnostics, bool asJ
 void TellWarnings(const base::Diagnostics& diagnostics)
 {
     std::set<std::string> told;
+    std::string text; // in one piece, as others may write there as well
     for (const base::Diagnostic& diagnostic : diagnostics) {
         const std::string line =
             fmt::format("{}: {}", base::NameOf(diagnostic.severity), base::ToLine(diagnostic));
         if (diagnostic.severity != base::Severity::Note && told.insert(line).second)
-            std::fprintf(stderr, "gantrel: %s\n", line.c_str());
+            text += fmt::format("gantrel: {}\n", line);
     }
+    std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
 KeptForError::KeptForError(const base::Diagnostics& met) : _met(met), _exceptions(std::uncaught_exceptions())

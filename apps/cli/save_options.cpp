@@ -14,6 +14,7 @@
 
 #include <QString>
 
+#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace cli {
@@ -39,10 +40,28 @@ void CheckFolderName(const char* option, const std::string& name)
 
 } // namespace
 
-void CheckSaveOptions(const GntSaveOptions& options)
+SaveOptionSet AddSaveOptions(CLI::App& command, SaveArguments& arguments)
 {
-    CheckFolderName("--vendor", options.vendor);
-    CheckFolderName("--product", options.product);
+    SaveOptionSet set;
+    set.contentDirectory = command
+                               .add_option("--save-library", arguments.contentDirectory,
+                                           "Content directory to save the morphs into")
+                               ->type_name("DIR");
+    set.vendor = command.add_option("--vendor", arguments.vendor, "Vendor folder of the saved morphs")
+                     ->type_name("TEXT");
+    set.product = command.add_option("--product", arguments.product, "Product folder of the saved morphs")
+                      ->type_name("TEXT");
+    set.compress = command.add_flag("--compress", arguments.compress, "Compress the saved morphs");
+    set.overwrite =
+        command.add_flag("--overwrite", arguments.overwrite, "Replace saved morphs that have the same name");
+    return set;
+}
+
+GntSaveOptions MakeSaveOptions(const SaveArguments& arguments)
+{
+    CheckFolderName("--vendor", arguments.vendor);
+    CheckFolderName("--product", arguments.product);
+    return {arguments.contentDirectory, arguments.vendor, arguments.product, arguments.compress};
 }
 
 GntSaveOptions PrepareToSave(GntSaveOptions options)

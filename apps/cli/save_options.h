@@ -5,10 +5,29 @@
 
 #include "gnt_outcome.h"
 
+#include <string>
+
+namespace CLI {
+class App;
+class Option;
+} // namespace CLI
+
 namespace cli {
 
+/// As they stand on the command line.
+struct SaveArguments {
+    std::string contentDirectory, vendor, product;
+    bool compress = false, overwrite = false;
+};
+
+struct SaveOptionSet {
+    CLI::Option *contentDirectory, *vendor, *product, *compress, *overwrite;
+};
+
+SaveOptionSet AddSaveOptions(CLI::App& command, SaveArguments& arguments);
+
 /// @throws UsageError  vendor or product cannot be the name of a folder
-void CheckSaveOptions(const GntSaveOptions& options);
+GntSaveOptions MakeSaveOptions(const SaveArguments& arguments);
 
 /// Makes the content directory and its address absolute: the host saves into libraries that are there only.
 GntSaveOptions PrepareToSave(GntSaveOptions options);

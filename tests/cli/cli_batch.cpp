@@ -3,6 +3,9 @@
 
 #include "cli_batch.h"
 
+#include "cli_held_file.h"
+#include "cli_traced_program.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -26,12 +29,6 @@ pid_t ParentOf(pid_t process)
     return state == "Z" || state == "X" ? 0 : parent;
 }
 
-std::string CommandOf(pid_t process)
-{
-    std::ifstream file("/proc/" + std::to_string(process) + "/cmdline");
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 std::string EnvironmentOf(pid_t process)
 {
     std::ifstream file("/proc/" + std::to_string(process) + "/environ");
@@ -45,6 +42,12 @@ std::string ValuesOf(std::size_t row)
 
 } // namespace
 
+std::string CommandOf(pid_t process)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/cmdline");
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 BatchTest::BatchTest()
 {
     writeTable(3);
@@ -55,14 +58,14 @@ void BatchTest::writeTable(std::size_t rows) const
     std::string text = "name,dial\n";
     for (std::size_t row = 0; row < rows; ++row)
         text += nameOf(row) + ',' + ValuesOf(row) + '\n';
-    workspace.write("jobs.csv", text);
+    workspace.write(room + "jobs.csv", text);
 }
 
 std::vector<std::string> BatchTest::batchArguments(const std::vector<std::string>& more) const
 {
     std::vector<std::string> all{"batch",    table(),      "--content", library(),
                                  "--source", sourceFile(), "--target",  targetFile()};
-    all = saving(workspace.path("saved"), all);
+    all = saving(workspace.path(room + "saved"), all);
     all.insert(all.end(), more.begin(), more.end());
     return all;
 }
@@ -86,16 +89,34 @@ nlohmann::json BatchTest::batchReport(const std::vector<std::string>& more) cons
     return report;
 }
 
+nlohmann::json BatchTest::reportWith(const std::vector<std::string>& more,
+                                     const std::function<void()>& happens) const
+{
+    HeldFile file(library("/data/DAZ 3D/Genesis 9/Base/Genesis9.dsf"));
+    constexpr int noSignal = 0;
+    std::vector<std::string> all{"--workers", "1", "--json", "--log", log()};
+    all.insert(all.end(), more.begin(), more.end());
+    const ProgramResult result = SignalProgram(
+        batchArguments(all), noSignal, [&file] { return file.isWaitedFor(); },
+        [&] {
+            happens();
+            file.letGo();
+        });
+    const nlohmann::json report = nlohmann::json::parse(result.out, nullptr, false);
+    EXPECT_TRUE(report.is_object()) << result.out << result.err;
+    return report.is_object() ? report : nlohmann::json::object();
+}
+
 BatchTest::Contents BatchTest::saved() const
 {
     static const std::regex time("\"modified\" ?: ?\"[^\"]*\"");
     Contents contents;
-    const fs::path folder = workspace.path(std::string("saved/") + savedFolder);
+    const fs::path folder = workspace.path(room + "saved/" + savedFolder);
     std::error_code error;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
         const std::string name = entry.path().filename();
         contents[name] =
-            std::regex_replace(workspace.read(std::string("saved/") + savedFolder + '/' + name), time, "");
+            std::regex_replace(workspace.read(room + "saved/" + savedFolder + '/' + name), time, "");
     }
     return contents;
 }
@@ -107,17 +128,57 @@ BatchTest::Contents BatchTest::savedOneByOne(std::size_t rows) const
         const std::size_t middle = values.find(';');
         ExpectSuccess(RunProgram(argumentsFor(
             sourceFile(), targetFile(),
-            saving(workspace.path("saved"), {"--dial", values.substr(0, middle), "--dial",
-                                             values.substr(middle + 1), "--name", nameOf(row)}))));
+            saving(workspace.path(room + "saved"), {"--dial", values.substr(0, middle), "--dial",
+                                                    values.substr(middle + 1), "--name", nameOf(row)}))));
     }
     const Contents contents = saved();
-    fs::remove_all(workspace.path("saved"));
+    fs::remove_all(workspace.path(room + "saved"));
     return contents;
+}
+
+void BatchTest::forgetRuns() const
+{
+    fs::remove_all(workspace.path(room + "saved"));
+    fs::remove(log());
+    for (const char* const end : {".gantrel-batch", ".gantrel-batch-locks", ".gantrel-batch-journal"})
+        fs::remove(table() + end);
+}
+
+bool BatchTest::expectCompletedWhereverCutOff(const Contents& expected, std::size_t places) const
+{
+    const auto run = [this](const Interference& interference) {
+        return RunProgramTraced(workspace.path(""), batchArguments({"--workers", "1"}), interference);
+    };
+    const TracedProgram whole = run({});
+    if (!whole.isPossible)
+        return false;
+    EXPECT_EQ(whole.exitCode, 0) << whole.err;
+    EXPECT_TRUE(saved() == expected);
+    EXPECT_GE(whole.calls.size(), places);
+    for (std::size_t i = 0; i < places && !whole.calls.empty(); ++i) {
+        const std::size_t at = 1 + i * (whole.calls.size() - 1) / (places - 1);
+        forgetRuns();
+        run({at});
+        const std::string what = "killed before " + whole.calls[at - 1];
+        const ProgramResult resumed = batch({"--resume"});
+        EXPECT_EQ(resumed.exitCode, 0) << what << ": " << resumed.out;
+        EXPECT_EQ(resumed.err, "") << what;
+        EXPECT_TRUE(saved() == expected) << what;
+    }
+    expectNoTraces();
+    return true;
 }
 
 std::string BatchTest::savedFile(const std::string& name) const
 {
-    return workspace.path(std::string("saved/") + savedFolder + '/' + name);
+    return workspace.path(room + "saved/" + savedFolder + '/' + name);
+}
+
+void ExpectCounts(const nlohmann::json& report, int done, int skipped, int failed)
+{
+    EXPECT_EQ(report.value("done", -1), done);
+    EXPECT_EQ(report.value("skipped", -1), skipped);
+    EXPECT_EQ(report.value("failed", -1), failed) << report;
 }
 
 std::vector<pid_t> WorkersOfBatches()

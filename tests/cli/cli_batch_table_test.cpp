@@ -45,6 +45,13 @@ protected:
 };
 
 const std::vector<std::string> saving{"--save-library", "/shapes", "--vendor", "Acme", "--product", "Heroes"};
+const std::string saved = "--save-library=/shapes --vendor=Acme --product=Heroes";
+
+std::vector<std::string> Saving(std::vector<std::string> more)
+{
+    more.insert(more.end(), saving.begin(), saving.end());
+    return more;
+}
 
 } // namespace
 
@@ -66,6 +73,19 @@ TEST_F(BatchTable, may_come_from_a_spreadsheet)
                    "gantrel convert --source=b --target=t --name=' z ' --save-library=/lib --vendor=V "
                    "--product=P\n");
     expectCommands("source\ttarget\rc,d\tt\r", "gantrel convert --source=c,d --target=t\n");
+}
+
+TEST_F(BatchTable, keeps_blanks_around_words_and_drops_them_around_all_else)
+{
+    expectCommands(" source , target ,morphs,suffix,vendor\n a , \"t \", Wide ; Bulge , New, My Shop \n"
+                   "a,t,W*,   ,V\na,t,W*, \"two\n , lines\" ,V\n",
+                   "gantrel convert-morphs --source=a --target='t ' --suffix=' New' --save-library=/lib "
+                   "--vendor='My Shop' --product=P --morphs=Wide --morphs=Bulge\n"
+                   "gantrel convert-morphs --source=a --target=t --save-library=/lib --vendor=V --product=P "
+                   "--morphs='W*'\n"
+                   "gantrel convert-morphs --source=a --target=t --suffix='two\n , lines' "
+                   "--save-library=/lib --vendor=V --product=P --morphs='W*'\n",
+                   {"--save-library", "/lib", "--product", "P"});
 }
 
 TEST_F(BatchTable, divides_several_dials_in_a_cell)
@@ -94,6 +114,51 @@ TEST_F(BatchTable, may_be_a_list_of_objects)
                    "gantrel convert --source=a --dial=Wide=1 --dial=Bulge=0.5 --target=t --accept-missing\n"
                    "gantrel convert --source=b --dial='a;b=1' --dial=Y=0 --target=t --resolution=subd "
                    "--subd=2\n");
+}
+
+TEST_F(BatchTable, may_have_rows_of_single_morphs)
+{
+    expectCommands("source,morphs,list,value,command,name,adjust-rig\n"
+                   "a,PHM*; Long Nose,,2,,,no\n"
+                   "a,,n.txt,,convert-morphs,,\n"
+                   "a,,,,convert,Vera,yes\n",
+                   "gantrel convert-morphs --source=a --target=t --suffix=' G8' --value=2 " + saved +
+                       " --morphs='PHM*' --morphs='Long Nose'\n"
+                       "gantrel convert-morphs --source=a --target=t --suffix=' G8' " +
+                       saved +
+                       " --list=n.txt\n"
+                       "gantrel convert --source=a --target=t --name=Vera --adjust-rig " +
+                       saved + "\n",
+                   Saving({"--target", "t", "--suffix", " G8"}));
+    expectCommands("source,list\na,\nb,n.txt\n",
+                   "gantrel convert-morphs --source=a --target=t " + saved +
+                       " --morphs='*'\n"
+                       "gantrel convert-morphs --source=b --target=t " +
+                       saved + " --list=n.txt\n",
+                   Saving({"--target", "t", "--morphs", "*"}));
+}
+
+TEST_F(BatchTable, is_refused_with_cells_that_a_row_has_no_use_for)
+{
+    expectRefusal(listed("source,morphs,list,name,command,subd\n"
+                         "a,*,,x,,2\n"
+                         "b,,,,convert-morphs,\n"
+                         "c,x,l,,,\n"
+                         "d,*,,,convert,\n"
+                         "e,*,,,frob,\n",
+                         Saving({"--target", "t"})),
+                  {"line 2: name is nothing that convert-morphs knows, which this row is of",
+                   "line 2: subd is nothing that convert-morphs knows, which this row is of",
+                   "line 3: Exactly 1 option from [--morphs,--list] is required",
+                   "line 4: morphs and list exclude each other",
+                   "line 5: morphs is nothing that convert knows, which this row is of",
+                   "line 6: the command is \"frob\"; it can be convert or convert-morphs"});
+}
+
+TEST_F(BatchTable, is_refused_when_two_rows_would_convert_the_same_morphs)
+{
+    expectRefusal("source,target,morphs,suffix\na,t,y;*,\na,t,y,2\nb,t,y,\na,t,y,\n",
+                  "line 5: would write the morphs \"y\" of a, as line 2 does", saving);
 }
 
 TEST_F(BatchTable, is_refused_as_a_whole_with_every_line_that_is_wrong)

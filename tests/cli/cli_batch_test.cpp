@@ -91,7 +91,8 @@ TEST_F(Batch, goes_on_when_a_row_fails)
     workspace.write("jobs.csv", "name,dial,source\nA,Wide=1,\nB,Slim=1,\nC,Wide=1,/none.duf\nD,Bulge=1,\n");
     const ProgramResult result = batch();
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.err, "gantrel: 2 of 4 rows failed.\n");
+    EXPECT_EQ(result.err, "gantrel: warning: " + table() +
+                              ": line 4: /none.duf is not there\ngantrel: 2 of 4 rows failed.\n");
     EXPECT_NE(result.out.find("\ndone             2\n"), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("\n  2    3     " + sourceFile() + "  "), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("\n  3    4     /none.duf"), std::string::npos) << result.out;
@@ -139,6 +140,69 @@ TEST_F(Batch, sums_logs_up_of_which_the_last_counts)
     EXPECT_EQ(alone.err, "gantrel: 1 of 2 rows failed.\n");
 }
 
+TEST_F(Batch, leaves_lines_of_logs_out_whose_members_are_something_else)
+{
+    const std::string good = R"({"row":1,"line":2,"status":"done"})"
+                             "\n";
+    for (const char* const odd :
+         {R"({"row":2,"line":"x","status":"done"})", R"({"row":2,"line":3,"status":"done","busy":"x"})",
+          R"({"row":2,"line":3,"status":7})", R"({"row":-2,"line":3,"status":"done"})",
+          R"({"row":2,"line":3,"status":"failed","error":{}})",
+          R"({"row":2,"line":3,"status":"done","report":[]})"}) {
+        const std::string log = workspace.write("1.jsonl", odd + ("\n" + good));
+        const ProgramResult merged =
+            RunProgram({"batch", "--merge", log, "--json", "--report", workspace.path("page.html")});
+        EXPECT_EQ(merged.exitCode, 0) << odd << merged.err;
+        const nlohmann::json report = nlohmann::json::parse(merged.out, nullptr, false);
+        ASSERT_TRUE(report.is_object()) << odd << merged.err;
+        EXPECT_EQ(report["rows"], 1) << odd;
+        EXPECT_EQ(report["warnings"],
+                  nlohmann::json({log + ": line 1 is not the result of a row, left out"}));
+    }
+    // What the result is about is read with care.
+    const std::string log = workspace.write(
+        "1.jsonl", R"({"row":1,"line":2,"status":"done","name":7,"picture":[],"warnings":{"a":1},"report":)"
+                   R"({"surface_distance_mm":{"p95":"x"},"created_morphs":{},"warnings":[7],"figures":[]}})"
+                   "\n");
+    ExpectSuccess(RunProgram({"batch", "--merge", log, "--report", workspace.path("page.html")}));
+}
+
+TEST_F(Batch, sums_logs_up_beside_their_table)
+{
+    const auto line = [this](int row, const char* name, const std::string& rest) {
+        return R"({"row":)" + std::to_string(row) + R"(,"line":)" + std::to_string(row + 1) +
+               R"(,"command":"gantrel convert --source=a --target=t --name=)" + name + "\"," + rest + "}\n";
+    };
+    const std::string done = R"("status":"done","seconds":1)", failed = R"("status":"failed","error":"No.")",
+                      busy = R"("status":"failed","error":"Busy.","busy":true)";
+    workspace.write("jobs.csv", "source,target,name\na,t,A\na,t,B\na,t,C\na,t,D\na,t,E\na,t,F\n");
+    const std::string first =
+                          workspace.write("1.jsonl", line(1, "A", done) + line(2, "B", failed) + "{\n7\n" +
+                                                         line(3, "Old", done) + line(9, "X", done)),
+                      second = workspace.write("2.jsonl",
+                                               line(1, "A", busy) + line(2, "B", done) + line(4, "Y", done));
+    const ProgramResult merged = RunProgram({"batch", table(), "--merge", first, second, "--json"});
+    EXPECT_EQ(merged.exitCode, 1);
+    EXPECT_EQ(merged.err, "gantrel: 4 rows are in no log.\n");
+    const nlohmann::json report = nlohmann::json::parse(merged.out);
+    EXPECT_EQ(report["rows"], 2);
+    EXPECT_EQ(report["done"], 2) << "one that was busy elsewhere, and one that failed at first";
+    EXPECT_EQ(report["missing"], 4);
+    EXPECT_EQ(
+        report["warnings"],
+        nlohmann::json({first + ": line 3 is not the result of a row, left out; the same of 1 line",
+                        table() + ": the logs have 3 rows of other commands than the table, left out: 3-4, 9",
+                        table() + ": 4 rows are in no log: 3-6"}));
+    const std::string third = workspace.write("3.jsonl", line(3, "C", done) + line(4, "D", done) +
+                                                             line(5, "E", done) + line(6, "F", done));
+    const ProgramResult whole = RunProgram({"batch", table(), "--merge", first, second, third, "--json"});
+    EXPECT_EQ(whole.exitCode, 0) << whole.err;
+    EXPECT_EQ(
+        nlohmann::json::parse(whole.out)["warnings"][1],
+        "the logs are of different tables: row 3 is another one in a later log, which counts; the same of "
+        "1 row");
+}
+
 TEST_F(Batch, tries_a_row_once_more_whose_worker_is_killed)
 {
     ProgramResult result;
@@ -177,6 +241,24 @@ TEST_F(Batch, ends_its_workers_when_it_is_killed)
     EXPECT_EQ(killed.signal, SIGKILL);
     EXPECT_TRUE(WorkersHaveEnded()) << "the file is still held";
     expectNoTraces();
+}
+
+TEST_F(Batch, keeps_one_processor_busy_for_each_worker_that_is_asked_for)
+{
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{"--workers", "1"}, "--threads=1"}, {{"--workers", "1", "--threads", "3"}, "--threads=3"}};
+    for (const auto& [options, expected] : cases) {
+        HeldFile file(library(heldPath));
+        std::string command;
+        SignalProgram(batchArguments(options), SIGINT, [&] {
+            const std::vector<pid_t> workers = WorkersOfBatches();
+            if (!file.isWaitedFor() || workers.empty())
+                return false;
+            command = CommandOf(workers.front());
+            return true;
+        });
+        EXPECT_NE(command.find(expected), std::string::npos) << command;
+    }
 }
 
 TEST_F(Batch, ends_at_once_with_its_workers_when_it_is_interrupted_twice)
@@ -279,6 +361,11 @@ TEST_F(Batch, is_told_what_it_lacks)
     ExpectError(RunProgram({"batch", "-", "--resume"}), 2,
                 "--resume needs a table that is a file, beside which it is kept what is done.");
     ExpectError(batch({"--row", "4"}), 2, "--row 4: " + table() + " has 3 rows.");
+    ExpectError(batch({"--row", "3-4"}), 2, "--row 3-4: " + table() + " has 3 rows.");
+    for (const char* const row : {"0", "x", "2-1", "2-", "-2", "1-2-3"})
+        ExpectError(batch({"--row=" + std::string(row)}), 2,
+                    "--row " + std::string(row) +
+                        ": it is to be a number such as 7, or a range such as 7-12.");
     ExpectError(batch({"--log", table()}), 1,
                 "Cannot write " + table() + ": it is the same file as the input " + table() + ".");
     ExpectError(batch({"--log", workspace.path("none/log")}), 1,

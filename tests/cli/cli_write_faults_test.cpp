@@ -3,6 +3,7 @@
 
 #include "cli_conversion.h"
 #include "cli_traced_program.h"
+#include "tests/plugin/mini_library.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -84,4 +85,59 @@ TEST_F(WriteFaults, of_a_figure_are_told)
     expectTold({"make-figure", "--kind", "genesis8female", "--mesh", mesh, "--skeleton", skeleton,
                 "--weights", weights, "--morph", "Up=" + morph, "--library", workspace.path("out")},
                10);
+}
+
+TEST_F(WriteFaults, of_a_report_are_told)
+{
+    WriteMiniLibrary(workspace.path("lib"));
+    expectTold({"convert", "--content", workspace.path("lib"), "--source",
+                workspace.path("lib/People/Genesis 8 Female/Developer Kit/Genesis 8 Female Dev Load.duf"),
+                "--target", workspace.path("lib/People/Genesis 9/Genesis 9.duf"), "--dial", "Wide=1",
+                "--report", workspace.path("out/report.html")},
+               4);
+}
+
+TEST_F(WriteFaults, of_a_report_leave_the_morphs_saved)
+{
+    WriteMiniLibrary(workspace.path("lib"));
+    const fs::path out = workspace.path("out");
+    fs::create_directory(out);
+    const TracedProgram failed = RunProgramTraced(
+        out,
+        {"convert",
+         "--content",
+         workspace.path("lib"),
+         "--source",
+         workspace.path("lib/People/Genesis 8 Female/Developer Kit/Genesis 8 Female Dev Load.duf"),
+         "--target",
+         workspace.path("lib/People/Genesis 9/Genesis 9.duf"),
+         "--dial",
+         "Wide=1",
+         "--jobs",
+         "full",
+         "--name",
+         "Ann",
+         "--save-library",
+         workspace.path("saved"),
+         "--vendor",
+         "Acme",
+         "--product",
+         "Heroes",
+         "--report",
+         workspace.path("out/report.html")},
+        {1, ENOSPC});
+    if (!failed.isPossible)
+        GTEST_SKIP() << "this system lets nobody trace a process";
+    EXPECT_EQ(failed.exitCode, 1);
+    EXPECT_EQ(failed.err, "gantrel: Cannot write " + workspace.path("out/report.html") + ": " +
+                              std::strerror(ENOSPC) + "; the morphs are saved.\n");
+    EXPECT_TRUE(workspace.has("saved/data/DAZ 3D/Genesis 9/Base/Morphs/Acme/Heroes/Ann.dsf"));
+    EXPECT_TRUE(fs::is_empty(out));
+}
+
+TEST_F(WriteFaults, of_a_page_of_a_batch_are_told)
+{
+    const std::string log =
+        workspace.write("log.jsonl", "{\"row\":1,\"line\":2,\"status\":\"done\",\"seconds\":2.5}\n");
+    expectTold({"batch", "--merge", log, "--report", workspace.path("out/batch.html")}, 4);
 }

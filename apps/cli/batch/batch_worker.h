@@ -1,0 +1,26 @@
+// The process that rows of a batch are converted in, one after the other.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "command.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/// Arguments of the program that make it such a process, a child of this one.
+/// @param threads  that it computes with
+std::vector<std::string> BatchWorkerArguments(std::size_t threads, bool verbose);
+
+/// A subcommand that no help lists. It reads a line for each row, an object with "arguments", "may_replace",
+/// "own_files" and "wants_picture", and answers with an object on a line: "report", as the row's command has
+/// it with `--json`, "files_used" and "picture", or "error" with "warnings" and "diagnostics", or both;
+/// "peak_memory_mib" of the row, and "held_mib" that it holds behind it. Before files are put in place it
+/// says {"saving":
+/// [...]}, with their names where only it knows them, and waits for {"refusal": ""}, or why it may not.
+void AddBatchWorkerCommand(CLI::App& program, CommandContext& context);
+
+} // namespace cli

@@ -1,0 +1,198 @@
+// Looking at what a conversion made.
+// SPDX-License-Identifier: MIT
+
+#include "conversions/conversion_results.h"
+
+#include "base/folders.h"
+#include "command.h"
+#include "conversions/comparison.h"
+#include "dson/uri.h"
+#include "dzfigure.h"
+#include "dzfloatproperty.h"
+#include "dzmorph.h"
+#include "dzmorphdeltas.h"
+#include "dzpresentation.h"
+#include "figure_kind.h"
+#include "geometry/obj.h"
+#include "geometry/picture.h"
+#include "interrupt.h"
+#include "ks_daz-helpers.h"
+#include "ks_morphlist.h"
+#include "openhost/rig_adjustment.h"
+#include "openhost/scene_picture.h"
+#include "openhost/shapes.h"
+#include "report.h"
+
+namespace cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Of each vertex to the nearest of the other surfaces.
+std::vector<std::vector<float>> DistancesOf(const std::vector<geometry::PolygonMeshView>& from,
+                                            const std::vector<geometry::PolygonMeshView>& to)
+{
+    std::vector<std::vector<float>> distances;
+    for (const geometry::PolygonMeshView& mesh : from) {
+        std::vector<float> nearest = geometry::SurfaceDistances(mesh.positions, to.front());
+        for (std::size_t i = 1; i < to.size(); ++i) {
+            const std::vector<float> others = geometry::SurfaceDistances(mesh.positions, to[i]);
+            std::transform(nearest.begin(), nearest.end(), others.begin(), nearest.begin(),
+                           [](float a, float b) { return std::min(a, b); });
+        }
+        distances.push_back(std::move(nearest));
+    }
+    return distances;
+}
+
+geometry::Picture Draw(const std::vector<geometry::PictureItem>& items, geometry::View view,
+                       const geometry::Box3f& frame)
+{
+    geometry::PictureOptions options;
+    options.view = view;
+    options.width = view == geometry::View::Face ? 600 : 640;
+    options.height = view == geometry::View::Face ? 600 : 800;
+    if (view != geometry::View::Face)
+        options.frame = frame;
+    return geometry::Render(items, options);
+}
+
+} // namespace
+
+FigureReport DescribeFigure(DzFigure& figure)
+{
+    FigureReport report;
+    report.label = figure.getLabel().toStdString();
+    report.assetUri = kst::daz::GetNodeAssetUri(figure);
+    report.kind = FigureKindName(kst::daz::GetBaseFigure(report.assetUri));
+    report.vertices = openhost::CageVertexCount(figure);
+    return report;
+}
+
+void DescribeOutcome(const GntOutcome& outcome, ConversionReport& report)
+{
+    report.activeMorphs = outcome.activeMorphCount;
+    report.cloneShape = std::string(GntClonePropertyName(outcome.params->cloneShape));
+    for (const GntJob& job : GNT_JOBS)
+        if (outcome.request.jobs.test(job.flag))
+            report.jobs.emplace_back(job.keyword);
+    if (outcome.request.resolution == GntResolution::Subd)
+        report.subdLevel = outcome.request.subdLevel;
+    if (!outcome.isHeightMatched)
+        report.diagnostics.push_back(
+            {base::Severity::Warning,
+             {},
+             {},
+             "--base height=auto: the height dial cannot make the target as tall as the source"});
+    for (const auto& morph : outcome.missing)
+        report.missing.emplace_back(morph.first, morph.second);
+}
+
+MorphReport DescribeMorph(DzFigure& target, const GntCreatedMorph& morph)
+{
+    MorphReport report;
+    report.name = morph.name;
+    report.label = morph.property->getLabel().toStdString();
+    report.kind = GNT_JOBS.at(static_cast<std::size_t>(morph.kind)).keyword;
+    report.path = morph.property->getPath().toStdString();
+    const DzMorph& made = kst::MorphList::FindMorph_X(target, morph.name);
+    const geometry::SparseDeltas& deltas = openhost::MorphDeltas(made);
+    report.verticesMoved = deltas.size();
+    for (const geometry::DetailLevel& level : openhost::MorphDetail(made).levels)
+        report.detailVerticesMoved += level.size();
+    report.largestDisplacementMm = 10.0 * geometry::LargestLength(deltas);
+    return report;
+}
+
+void AdjustRig(const GntOutcome& outcome, ConversionReport& report)
+{
+    DzFigure& target = outcome.params->figTarget;
+    openhost::NewMorphs morphs;
+    for (const GntCreatedMorph& created : outcome.created) {
+        DzMorph& morph = kst::MorphList::FindMorph_X(target, created.name);
+        if (created.kind == GntFull)
+            morphs.whole = &morph;
+        else
+            morphs.parts.push_back(&morph);
+    }
+    for (const openhost::AdjustedRig& adjusted : openhost::AdjustRig(target, morphs))
+        for (MorphReport& told : report.created)
+            if (told.name == adjusted.morph->getName().toStdString()) {
+                told.jointsMoved = adjusted.joints;
+                told.largestJointShiftMm = millimetresPerCentimetre * adjusted.largestShiftCm;
+            }
+}
+
+fs::path SavedFile(DzFigure& target, const std::string& morph, const fs::path& library)
+{
+    const QString uri = kst::MorphList::FindMorph_X(target, morph).getAssetUri().toString();
+    const std::string path = dson::ParseUri(uri.toStdString()).path;
+    return path.empty() ? fs::path() : fs::path(library.u8string() + path);
+}
+
+void AddSavedFiles(DzFigure& target, const fs::path& library, ConversionReport& report)
+{
+    for (MorphReport& morph : report.created)
+        morph.savedFile = FileText(SavedFile(target, morph.name, library));
+}
+
+void MeasureDistance(const GntOutcome& outcome, ConversionReport& report)
+{
+    TemporaryValues dials;
+    for (const GntCreatedMorph& morph : outcome.created)
+        dials.set(*morph.property, morph.property->getValue());
+    GntWearMorphs(outcome.created);
+    const Comparison comparison(outcome, outcome.request.resolution);
+    const Body source = BodyOf(outcome.params->figSource), target = BodyOf(outcome.params->figTarget);
+    for (const Body* const body : {&source, &target})
+        report.measuredParts.insert(report.measuredParts.end(), body->parts.begin(), body->parts.end());
+    report.distances = {DistancesOf(source.meshes, target.meshes), DistancesOf(target.meshes, source.meshes)};
+    report.distance = geometry::Summarize(report.distances.all());
+}
+
+void ExportFigure(DzFigure& figure, const fs::path& file, GntResolution resolution)
+{
+    const AtResolution shown(figure, resolution);
+    geometry::ObjPart part;
+    part.mesh = openhost::WorldMesh(figure);
+    part.name = figure.getLabel().toStdString();
+    const geometry::TexCoords texCoords = openhost::WorldTexCoords(figure);
+    if (!texCoords.cornerIndices.empty())
+        part.texCoords = &texCoords;
+    geometry::WriteObj(file, {&part, 1});
+}
+
+std::vector<fs::path> DrawPictures(const GntOutcome& outcome, const fs::path& folder)
+{
+    using geometry::View;
+    base::MakeFolders(folder);
+    const Comparison comparison(outcome, outcome.request.resolution);
+    // With eyes, mouth, hair and clothes in their places.
+    const std::vector<geometry::PictureItem> a = openhost::FigureItems(outcome.params->figSource).items,
+                                             b = openhost::FigureItems(outcome.params->figTarget).items;
+    // One frame for both, so that a difference in size is seen.
+    geometry::Box3f frame;
+    for (const auto& items : {a, b})
+        for (const geometry::PictureItem& item : items)
+            for (const geometry::Vec3f position : item.mesh.positions)
+                frame.include(position);
+    std::vector<fs::path> files;
+    const auto write = [&](const char* name, const geometry::Picture& picture) {
+        files.push_back(folder / name);
+        geometry::WritePng(files.back(), picture);
+        NoteWritten(FileText(files.back()) + " is written");
+    };
+    const geometry::Picture sourceFront = Draw(a, View::Front, frame),
+                            targetFront = Draw(b, View::Front, frame);
+    write("source.png", sourceFront);
+    write("converted.png", targetFront);
+    const std::vector<geometry::Picture> bodies{sourceFront, targetFront, Draw(a, View::ThreeQuarter, frame),
+                                                Draw(b, View::ThreeQuarter, frame)};
+    write("comparison-body.png", geometry::Join(bodies));
+    const std::vector<geometry::Picture> faces{Draw(a, View::Face, frame), Draw(b, View::Face, frame)};
+    write("comparison-face.png", geometry::Join(faces));
+    return files;
+}
+
+} // namespace cli

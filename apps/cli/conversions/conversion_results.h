@@ -1,0 +1,37 @@
+// Looking at what a conversion made.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "conversions/conversion.h"
+
+class DzFigure;
+
+namespace cli {
+
+FigureReport DescribeFigure(DzFigure& figure);
+/// The choices with which it was made, and what is missing.
+void DescribeOutcome(const GntOutcome& outcome, ConversionReport& report);
+MorphReport DescribeMorph(DzFigure& target, const GntCreatedMorph& morph);
+/// Lets the target's joints follow the created morphs.
+/// @throws base::Error  it has none
+void AdjustRig(const GntOutcome& outcome, ConversionReport& report);
+/// Where a created morph was saved; empty if it was not.
+std::filesystem::path SavedFile(DzFigure& target, const std::string& morph,
+                                const std::filesystem::path& library);
+/// Where all of them were.
+void AddSavedFiles(DzFigure& target, const std::filesystem::path& library, ConversionReport& report);
+
+/// Source against the target that wears the created morphs, in the place, pose and resolution of the
+/// conversion. Both are put back.
+void MeasureDistance(const GntOutcome& outcome, ConversionReport& report);
+
+/// @throws base::IoError  the file cannot be written
+void ExportFigure(DzFigure& figure, const std::filesystem::path& file, GntResolution resolution);
+
+/// Source and target, and both side by side from several directions.
+/// @return the files
+std::vector<std::filesystem::path> DrawPictures(const GntOutcome& outcome,
+                                                const std::filesystem::path& folder);
+
+} // namespace cli

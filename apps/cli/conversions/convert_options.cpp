@@ -1,0 +1,195 @@
+// The options of a conversion, wherever they are given.
+// SPDX-License-Identifier: MIT
+
+#include "conversions/convert_options.h"
+
+#include "command.h"
+#include "conversions/new_names.h"
+#include "host_session.h"
+#include "options.h"
+#include "save_options.h"
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+#include <QString>
+#include <fmt/format.h>
+
+namespace cli {
+
+namespace {
+
+void AddFigureOptions(CLI::App& command, ConvertArguments& arguments, OptionUse use)
+{
+    const bool isWhole = use == OptionUse::Whole;
+    // Where nothing stands on its own behind the subcommand, a list cannot swallow it.
+    CLI::Option* const content = AddContentOption(command, arguments.content);
+    if (isWhole)
+        content->allow_extra_args(true)->description(
+            "Content directories, in order; also again for each further one");
+    command.add_option("--source", arguments.source, "Genesis 3, 8 or 8.1 character to convert")
+        ->type_name("FILE.duf")
+        ->required(isWhole);
+    AddDialOption(command, arguments.dials);
+    command.add_option("--target", arguments.target, "Genesis 9 figure that receives the morphs")
+        ->type_name("FILE.duf")
+        ->required(isWhole);
+    command
+        .add_option(
+            "--base", arguments.bases,
+            "Base dial of the target against which the morphs are built: clone, feminine, masculine or "
+            "height; height=auto matches the source; again for each further one")
+        ->type_name("DIAL=VALUE")
+        ->allow_extra_args(false);
+}
+
+void AddMorphOptions(CLI::App& command, ConvertArguments& arguments)
+{
+    command.add_option("--jobs", arguments.jobs, "Morphs to create, of full, head and body")
+        ->type_name("LIST")
+        ->capture_default_str();
+    command.add_option("--name", arguments.name, "Name of the morphs; head and body have it in front")
+        ->type_name("TEXT");
+    command.add_option("--path", arguments.path, "Property group of the new dials")
+        ->type_name("PATH")
+        ->capture_default_str();
+    AddResolutionOption(command, arguments.resolution);
+    command
+        .add_option(
+            "--subd", arguments.subdLevel,
+            "Subdivision level of the source, 1 to 5, with --resolution subd; as its file has it when "
+            "not given")
+        ->type_name("LEVEL")
+        ->check(CLI::Range(1, 5));
+    command.add_flag(
+        "--adjust-rig", arguments.adjustRig,
+        "Let the target's joints follow the new shape, so that it bends in the right places; the "
+        "morphs move them");
+}
+
+void AddSaveOptions(CLI::App& command, ConvertArguments& arguments, OptionUse use)
+{
+    const SaveOptionSet save = AddSaveOptions(command, arguments);
+    if (use == OptionUse::Defaults)
+        return;
+    save.contentDirectory->needs(save.vendor)->needs(save.product);
+    for (CLI::Option* const option : {save.vendor, save.product, save.compress, save.overwrite})
+        option->needs(save.contentDirectory);
+}
+
+void AddExtraOptions(CLI::App& command, ConvertArguments& arguments, OptionUse use)
+{
+    command.add_option("--export-obj", arguments.exportObj, "Also write the converted figure")
+        ->type_name("FILE.obj");
+    command
+        .add_option("--pictures", arguments.pictures, "Also draw source and converted figure into a folder")
+        ->type_name("DIR");
+    if (use == OptionUse::Whole)
+        command
+            .add_option("--report", arguments.page,
+                        "Also write a page to look at: pictures, the figure to turn, all that is told")
+            ->type_name("FILE.html");
+    command.add_flag(
+        "--accept-missing", arguments.acceptMissing,
+        "Convert also without shapes that the source wears and whose files are missing or broken");
+    command.add_flag("--keep-temp", arguments.keepTemporary,
+                     "Keep the folder of temporary files, and say where it is");
+}
+
+GntJobFlag ParseJob(const std::string& text)
+{
+    for (const GntJob& job : GNT_JOBS)
+        if (text == job.keyword)
+            return job.flag;
+    throw UsageError("--jobs names \"" + text + "\"; the jobs are full, head and body");
+}
+
+GntJobs ParseJobs(const std::string& text)
+{
+    GntJobs jobs;
+    std::size_t at = 0;
+    while (at <= text.size()) {
+        const std::size_t end = std::min(text.find(',', at), text.size());
+        jobs.set(ParseJob(text.substr(at, end - at)));
+        at = end + 1;
+    }
+    return jobs;
+}
+
+void ParseBase(const std::string& text, GntRequest& request)
+{
+    if (text == "height=auto") {
+        request.matchHeight = true;
+        return;
+    }
+    const NameValue parsed = ParseNameValue(text);
+    for (const GntBase base : {GntBase::Clone, GntBase::Feminine, GntBase::Masculine, GntBase::Height})
+        if (parsed.name == BaseName(base)) {
+            request.bases[base] = parsed.value;
+            return;
+        }
+    throw UsageError("--base names \"" + parsed.name +
+                     "\"; the bases are clone, feminine, masculine and height");
+}
+
+GntRequest MakeMorphRequest(const ConvertArguments& arguments)
+{
+    GntRequest request;
+    for (const std::string& base : arguments.bases)
+        ParseBase(base, request);
+    request.jobs = ParseJobs(arguments.jobs);
+    if (arguments.resolution == "subd")
+        request.resolution = GntResolution::Subd;
+    request.subdLevel = arguments.subdLevel;
+    if (request.subdLevel && request.resolution != GntResolution::Subd)
+        throw UsageError("--subd needs --resolution subd");
+    if (arguments.name) {
+        CheckMorphName(*arguments.name);
+        request.names = GntProposedNames(*arguments.name);
+    }
+    if (QString::fromStdString(arguments.path).toStdString() != arguments.path)
+        throw UsageError("--path is not UTF-8");
+    request.paths.assign(GNT_JOBS.size(), arguments.path);
+    return request;
+}
+
+} // namespace
+
+std::string DefaultJobs()
+{
+    std::string list;
+    for (const GntJob& job : GNT_JOBS)
+        if (GntDefaultJobs().test(job.flag))
+            list += (list.empty() ? "" : ",") + std::string(job.keyword);
+    return list;
+}
+
+void AddConvertOptions(CLI::App& command, ConvertArguments& arguments, OptionUse use)
+{
+    AddFigureOptions(command, arguments, use);
+    AddMorphOptions(command, arguments);
+    AddSaveOptions(command, arguments, use);
+    AddExtraOptions(command, arguments, use);
+}
+
+ConversionRequest MakeRequest(const ConvertArguments& arguments)
+{
+    ConversionRequest request;
+    request.source = arguments.source;
+    request.target = arguments.target;
+    request.contentDirectories = ContentDirectoriesFor(request.source, ToPaths(arguments.content));
+    request.dials = ParseDials(arguments.dials);
+    request.morphs = MakeMorphRequest(arguments);
+    request.adjustsRig = arguments.adjustRig;
+    if (!arguments.contentDirectory.empty())
+        request.save = MakeSaveOptions(arguments);
+    request.exportObj = arguments.exportObj;
+    request.pictures = arguments.pictures;
+    request.page = arguments.page;
+    request.mayOverwrite = arguments.overwrite;
+    request.acceptsMissing = arguments.acceptMissing;
+    request.keepTemporary = arguments.keepTemporary;
+    return request;
+}
+
+} // namespace cli
