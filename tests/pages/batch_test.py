@@ -145,7 +145,7 @@ class SmallBatch(BatchPage):
         self.assertIsNone(self.browser.run("return window.broken || null"))
 
     def test_has_a_picture_of_each_that_says_what_it_shows(self):
-        images = self.browser.run("return [...document.images].map((image) => [image.alt, image.naturalWidth])")
+        images = self.browser.pictures()
         self.assertEqual(sorted(images), [[f"{name}: source, converted figure and their difference", 240]
                                           for name in ("Gina", "Vera")])
 

@@ -81,6 +81,12 @@ class Browser:
             "const done = arguments[1]; let left = arguments[0];"
             "const step = () => left-- > 0 ? requestAnimationFrame(step) : done(); step();", count)
 
+    def pictures(self):
+        """What each picture says it shows and its width, once all are decoded, which a page does not wait for."""
+        self.wait(lambda: self.run("return [...document.images].every((image) => image.naturalWidth > 0)"),
+                  "not all pictures come")
+        return self.run("return [...document.images].map((image) => [image.alt, image.naturalWidth])")
+
     def console(self):
         return [entry["message"] for entry in self.driver.get_log("browser")]
 

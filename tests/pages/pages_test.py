@@ -123,7 +123,7 @@ class ConversionPage(PageTest):
         titles = [title.text for title in self.browser.find_all("h2")]
         self.assertEqual(titles, ["Summary", "Pictures", "The figure", "Distances", "Morphs", "Warnings", "Times",
                                   "Settings"])
-        images = self.browser.run("return [...document.images].map((image) => [image.alt, image.naturalWidth])")
+        images = self.browser.pictures()
         self.assertEqual(len(images), 15)
         self.assertEqual(len({alt for alt, width in images}), 15, "each picture says what it shows")
         self.assertEqual({width for alt, width in images}, {300})
@@ -368,7 +368,7 @@ class PageWithoutWebGl(unittest.TestCase):
                 self.assertEqual(plain.find("#turn .notice").text,
                                  "This browser shows no WebGL here, so the figure cannot be turned; the pictures show it as well.")
                 self.assertEqual(plain.find_all("canvas"), [])
-                self.assertEqual(plain.run("return [...document.images].filter((image) => image.naturalWidth > 0).length"), 15)
+                self.assertEqual(len(plain.pictures()), 15)
                 self.assertTrue(plain.find("#settings").is_displayed())
                 self.assertEqual(plain.console(), [])
             finally:
@@ -421,7 +421,7 @@ class MorphPage(PageTest):
         self.assertEqual(len(seen), 4)
 
     def test_shows_source_and_target_of_the_largest(self):
-        images = self.browser.run("return [...document.images].map((image) => [image.alt, image.naturalWidth])")
+        images = self.browser.pictures()
         self.assertEqual(len(images), 24)
         self.assertTrue(all(alt and width == 240 for alt, width in images))
 
