@@ -171,7 +171,7 @@ SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMesh
     CheckMesh(targetNeutral, "target");
     const SurfaceTree tree(sourceNeutral);
     const MatchTarget target(targetNeutral);
-    std::vector<SurfacePoint> matches = MatchVertices(tree, sourceNeutral, target, options);
+    std::vector<SurfacePoint> matches = MatchVertices(MatchSource(tree, sourceNeutral), target, options);
 
     auto impl = std::make_unique<SurfaceMap::Impl>();
     impl->sourceVertexCount = sourceNeutral.vertexCount();

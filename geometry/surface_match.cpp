@@ -5,6 +5,7 @@
 
 #include "base/cancellation.h"
 #include "geometry/normals.h"
+#include "geometry/quad_split.h"
 #include "offset_field.h"
 
 #include <tbb/blocked_range.h>
@@ -17,8 +18,9 @@ namespace {
 
 /// Rounds of matching and smoothing. Two find most of what there is to find, the third settles it.
 constexpr int rounds = 3;
-/// From this many vertices on one round has to do: the smoothing reaches over two edges, which on so fine a
-/// mesh is hardly more than the vertex itself.
+/// From this many vertices on the smoothing, which reaches over two edges, is done on a coarser level of the
+/// mesh: on the mesh itself it would reach hardly further than the vertex. One round has to do where there is
+/// none.
 constexpr std::size_t denseVertexCount = 150000;
 /// Closer than this share of the whole mesh's size is never far, however fine the mesh.
 constexpr float nearShareOfSize = 0.005f;
@@ -82,10 +84,8 @@ std::vector<bool> BoundaryVertices(const Topology& topology)
 
 class Matcher {
 public:
-    Matcher(const SurfaceTree& tree, const PolygonMeshView& source, const MatchTarget& target,
-            const MatchOptions& options)
-        : _tree(tree), _target(target), _sourceNormals(VertexNormals(source)),
-          _sourceBoundary(BoundaryVertices(*source.topology)),
+    Matcher(const MatchSource& source, const MatchTarget& target, const MatchOptions& options)
+        : _tree(source.tree), _source(source), _target(target),
           _minCosine(std::cos(options.maxAngleDegrees * 3.14159265f / 180.0f)), _reach(target.edgeLengths)
     {
         const float nearby = nearShareOfSize * Length(BoundingBox(target.mesh.positions).size());
@@ -93,15 +93,21 @@ public:
             reach = std::max(options.maxDistanceInEdges * reach, nearby);
     }
 
-    std::vector<SurfacePoint> run()
+    /// The field that carries the target's vertices to their places.
+    std::vector<Vec3f> findOffsets()
     {
         const std::size_t count = _target.mesh.vertexCount();
         std::vector<Vec3f> offsets(count);
-        findAll(offsets);
         for (int round = 0; round < (count < denseVertexCount ? rounds : 1); ++round) {
-            offsets = SmoothOffsets(_target.neighbours, goals(), std::move(offsets));
             findAll(offsets);
+            offsets = SmoothOffsets(_target.neighbours, goals(), std::move(offsets));
         }
+        return offsets;
+    }
+
+    std::vector<SurfacePoint> matchAt(const std::vector<Vec3f>& offsets)
+    {
+        findAll(offsets);
         dropDoubtful();
         return std::move(_matches);
     }
@@ -110,9 +116,9 @@ private:
     Vec3f sourceNormal(const SurfacePoint& point) const
     {
         const std::uint32_t* corner = _tree.triangles().corners.data() + 3 * std::size_t{point.triangle};
-        return Normalized(_sourceNormals[corner[0]] * point.weights[0] +
-                          _sourceNormals[corner[1]] * point.weights[1] +
-                          _sourceNormals[corner[2]] * point.weights[2]);
+        return Normalized(_source.normals[corner[0]] * point.weights[0] +
+                          _source.normals[corner[1]] * point.weights[1] +
+                          _source.normals[corner[2]] * point.weights[2]);
     }
 
     float agreement(std::size_t v, const SurfacePoint& point) const
@@ -182,7 +188,7 @@ private:
         const SurfacePoint& match = _matches[v];
         const std::uint32_t* corner = _tree.triangles().corners.data() + 3 * std::size_t{match.triangle};
         for (int k = 0; k < 3; ++k)
-            if (match.weights[k] > leastWeight && !_sourceBoundary[corner[k]])
+            if (match.weights[k] > leastWeight && !_source.isBoundary[corner[k]])
                 return false;
         const Vec3f way = offset(v), normal = _tree.triangleNormal(match.triangle);
         const Vec3f along = way - normal * Dot(way, normal);
@@ -206,15 +212,56 @@ private:
     }
 
     const SurfaceTree& _tree;
+    const MatchSource& _source;
     const MatchTarget& _target;
-    std::vector<Vec3f> _sourceNormals;
-    std::vector<bool> _sourceBoundary;
     float _minCosine;
     std::vector<float> _reach; ///< cm, how far a match may be, by target vertex
     std::vector<SurfacePoint> _matches;
 };
 
+/// Each value and the mean of its neighbours' in equal parts, which takes the folds out of what was spread.
+std::vector<Vec3f> Averaged(const IndexLists& neighbours, const std::vector<Vec3f>& values)
+{
+    std::vector<Vec3f> result(values.size());
+    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, values.size(), 4096), [&](const auto& range) {
+        base::ThrowIfCancelled();
+        for (std::size_t v = range.begin(); v != range.end(); ++v) {
+            Vec3f sum;
+            for (const std::uint32_t w : neighbours[v])
+                sum += values[w];
+            const auto count = static_cast<float>(neighbours[v].size());
+            result[v] = count > 0.0f ? (values[v] + sum * (1.0f / count)) * 0.5f : values[v];
+        }
+    });
+    return result;
+}
+
+/// The offsets of a dense mesh through those of the first of its coarser levels that is not dense; nothing
+/// where there is no such level.
+std::vector<Vec3f> OffsetsFromCoarse(const MatchSource& source, const PolygonMeshView& target,
+                                     const IndexLists& neighbours, const MatchOptions& options)
+{
+    const std::optional<QuadSplit> split = QuadSplit::Find(*target.topology);
+    if (!split)
+        return {};
+    const std::vector<Vec3f> positions = split->sample(target.positions);
+    const PolygonMeshView coarse{&split->coarse(), positions};
+    std::vector<Vec3f> offsets;
+    if (positions.size() < denseVertexCount) {
+        const MatchTarget matched(coarse);
+        offsets = Matcher(source, matched, options).findOffsets();
+    } else {
+        offsets = OffsetsFromCoarse(source, coarse, VertexNeighbours(split->coarse()), options);
+    }
+    return offsets.empty() ? offsets : Averaged(neighbours, split->spread(offsets));
+}
+
 } // namespace
+
+MatchSource::MatchSource(const SurfaceTree& surface, const PolygonMeshView& source)
+    : tree(surface), normals(VertexNormals(source)), isBoundary(BoundaryVertices(*source.topology))
+{
+}
 
 MatchTarget::MatchTarget(const PolygonMeshView& target)
     : mesh(target), neighbours(VertexNeighbours(*target.topology)),
@@ -222,10 +269,16 @@ MatchTarget::MatchTarget(const PolygonMeshView& target)
 {
 }
 
-std::vector<SurfacePoint> MatchVertices(const SurfaceTree& tree, const PolygonMeshView& source,
-                                        const MatchTarget& target, const MatchOptions& options)
+std::vector<SurfacePoint> MatchVertices(const MatchSource& source, const MatchTarget& target,
+                                        const MatchOptions& options)
 {
-    return Matcher(tree, source, target, options).run();
+    std::vector<Vec3f> offsets;
+    if (target.mesh.vertexCount() >= denseVertexCount)
+        offsets = OffsetsFromCoarse(source, target.mesh, target.neighbours, options);
+    Matcher matcher(source, target, options);
+    if (offsets.empty())
+        offsets = matcher.findOffsets();
+    return matcher.matchAt(offsets);
 }
 
 } // namespace geometry

@@ -21,8 +21,21 @@ struct MatchTarget {
     explicit MatchTarget(const PolygonMeshView& target);
 };
 
+/// A source mesh and what the matching needs to know about it.
+struct MatchSource {
+    const SurfaceTree& tree;
+    std::vector<Vec3f> normals;
+    std::vector<bool> isBoundary; ///< of vertices on an edge that only one face uses
+
+    /// @param tree  of the same mesh; must outlive this
+    MatchSource(const SurfaceTree& tree, const PolygonMeshView& source);
+};
+
 /// A place on the source for each target vertex, invalid where none can be trusted.
-std::vector<SurfacePoint> MatchVertices(const SurfaceTree& tree, const PolygonMeshView& source,
-                                        const MatchTarget& target, const MatchOptions& options);
+///
+/// A dense target that uniform subdivision has made is matched on the way from coarse to fine: the offsets
+/// that carry one of its coarser levels onto the source carry the fine vertices close to their places.
+std::vector<SurfacePoint> MatchVertices(const MatchSource& source, const MatchTarget& target,
+                                        const MatchOptions& options);
 
 } // namespace geometry
