@@ -1,4 +1,4 @@
-// The linear map from one subdivision level to the next, as sparse rows.
+// Sparse rows by which one level of a subdivision makes the next.
 // SPDX-License-Identifier: MIT
 
 #pragma once
@@ -9,44 +9,103 @@
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
 
+#include <cassert>
 #include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 namespace geometry {
 
-/// Each row is one result: the weighted sum of a few sources.
-struct SparseRows {
+/// Each row is one result: the weighted sum of a few sources. Rows that have the same weights in the same
+/// order share them: a refinement has millions of rows, but hardly more than some hundred kinds.
+class SparseRows {
+public:
     struct Entry {
         std::uint32_t source;
         float weight;
     };
-    std::vector<std::uint64_t> offsets{0}; ///< rows + 1
-    std::vector<Entry> entries;
-    std::uint32_t sourceCount = 0;
 
-    std::size_t size() const { return offsets.size() - 1; }
+    std::size_t size() const { return _offsets.size() - 1; }
+    std::uint32_t sourceCount() const { return _sourceCount; }
+
+    /// @param visit  called with each source and its weight
+    template <class Visit>
+    void forEachEntry(std::size_t row, const Visit& visit) const
+    {
+        const float* weight = _weights.data() + _patterns[row];
+        for (std::uint32_t i = _offsets[row]; i < _offsets[row + 1]; ++i)
+            visit(_sources[i], *weight++);
+    }
+
+    /// @param values  one per source
+    /// @param result  one per row; must not be the values
+    template <class T>
+    void apply(base::Span<const T> values, base::Span<T> result) const
+    {
+        assert(values.size() == _sourceCount && result.size() == size());
+        // Bare pointers: checking each index costs as much as the sum.
+        const T* const from = values.data();
+        T* const to = result.data();
+        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, size(), 4096), [&](const auto& range) {
+            base::ThrowIfCancelled();
+            for (std::size_t row = range.begin(); row != range.end(); ++row) {
+                const float* weight = _weights.data() + _patterns[row];
+                const std::uint32_t* source = _sources.data() + _offsets[row];
+                const std::uint32_t* const end = _sources.data() + _offsets[row + 1];
+                T sum = from[*source] * *weight;
+                while (++source != end)
+                    sum += from[*source] * *++weight;
+                to[row] = sum;
+            }
+        });
+    }
 
     template <class T>
     std::vector<T> apply(base::Span<const T> values) const
     {
         std::vector<T> result(size());
-        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, size(), 4096), [&](const auto& range) {
-            base::ThrowIfCancelled();
-            for (std::size_t row = range.begin(); row != range.end(); ++row) {
-                const Entry* entry = entries.data() + offsets[row];
-                const Entry* const end = entries.data() + offsets[row + 1];
-                T sum = values[entry->source] * entry->weight;
-                while (++entry != end)
-                    sum += values[entry->source] * entry->weight;
-                result[row] = sum;
-            }
-        });
+        apply(values, base::Span<T>(result));
         return result;
     }
 
-    /// The same entries by source; a source that nothing uses gets an entry of weight zero, as rows are never
-    /// empty.
+    /// The same entries by source, heavy ones first; a source that nothing uses gets an entry of weight zero,
+    /// as rows are never empty.
     SparseRows transposed() const;
+
+private:
+    friend class SparseRowsMaker;
+
+    std::uint32_t _sourceCount = 0;
+    std::vector<std::uint32_t> _offsets{0}; ///< into the sources; rows + 1
+    std::vector<std::uint32_t> _sources;
+    std::vector<std::uint32_t> _patterns; ///< of each row, where its weights begin
+    std::vector<float> _weights;
+};
+
+/// Finds the weights that rows have in common.
+class WeightPatterns {
+public:
+    /// Where the same weights begin in the list, which grows by them when they are new.
+    std::uint32_t find(base::Span<const SparseRows::Entry> row, std::vector<float>& weights);
+
+private:
+    std::unordered_multimap<std::size_t, std::pair<std::uint32_t, std::uint32_t>>
+        _known;                               ///< by hash: place, length
+    std::uint32_t _last = 0, _lastLength = 0; ///< most rows are like the one before
+};
+
+/// Rows one after the other.
+class SparseRowsMaker {
+public:
+    SparseRowsMaker(std::size_t rows, std::size_t entries, std::uint32_t sourceCount);
+
+    /// @throws TopologyError  there are more entries than can be counted
+    void add(base::Span<const SparseRows::Entry> row);
+    SparseRows finish();
+
+private:
+    SparseRows _rows;
+    WeightPatterns _patterns;
 };
 
 } // namespace geometry

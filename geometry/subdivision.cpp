@@ -6,6 +6,8 @@
 #include "base/cancellation.h"
 #include "catmark_refiner.h"
 #include "geometry/errors.h"
+#include "known_fits.h"
+#include "level_fit.h"
 #include "refinement.h"
 
 #include <opensubdiv/far/primvarRefiner.h>
@@ -48,62 +50,80 @@ public:
         std::uint32_t _row;
     };
 
-    explicit RowRecorder(std::size_t rows) : _places(rows) { _entries.reserve(rows * 7); }
+    explicit RowRecorder(std::size_t rows) : _places(rows) { _sources.reserve(rows * 7); }
     Row operator[](int index) { return {this, static_cast<std::uint32_t>(index)}; }
 
     /// The rows in order of their index; OpenSubdiv may have come to them in another one.
     SparseRows finish(std::uint32_t sourceCount)
     {
-        SparseRows rows;
-        rows.sourceCount = sourceCount;
-        rows.offsets.resize(_places.size() + 1);
-        for (std::size_t row = 0; row < _places.size(); ++row)
-            rows.offsets[row + 1] = rows.offsets[row] + _places[row].count;
-        rows.entries.resize(_entries.size());
-        for (std::size_t row = 0; row < _places.size(); ++row)
-            std::copy_n(_entries.begin() + static_cast<std::ptrdiff_t>(_places[row].first),
-                        _places[row].count,
-                        rows.entries.begin() + static_cast<std::ptrdiff_t>(rows.offsets[row]));
-        return rows;
+        close();
+        SparseRowsMaker rows(_places.size(), _sources.size(), sourceCount);
+        std::vector<SparseRows::Entry> row;
+        for (const Place& place : _places) {
+            row.clear();
+            for (std::uint32_t i = 0; i < place.count; ++i)
+                row.push_back(entryOf(place, i));
+            rows.add(row);
+        }
+        return rows.finish();
     }
 
 private:
+    /// A row that is done.
     struct Place {
-        std::uint64_t first = 0;
+        std::uint32_t first = 0; ///< of its sources
         std::uint32_t count = 0;
+        std::uint32_t weights = 0; ///< where they begin
     };
+
+    SparseRows::Entry entryOf(const Place& place, std::uint32_t i) const
+    {
+        return {_sources[place.first + i], _weights[place.weights + i]};
+    }
 
     void open(std::uint32_t row)
     {
         if (row % 4096 == 0)
             base::ThrowIfCancelled();
+        close();
         _open = row;
-        _places[row] = {_entries.size(), 0};
+    }
+
+    void close()
+    {
+        if (_entries.empty())
+            return;
+        _places[_open] = {static_cast<std::uint32_t>(_sources.size()),
+                          static_cast<std::uint32_t>(_entries.size()), _patterns.find(_entries, _weights)};
+        for (const SparseRows::Entry& entry : _entries)
+            _sources.push_back(entry.source);
+        _entries.clear();
     }
 
     void add(std::uint32_t source, float weight)
     {
-        Place& place = _places[_open];
-        for (std::uint64_t i = place.first; i < _entries.size(); ++i)
-            if (_entries[i].source == source) {
-                _entries[i].weight += weight;
+        for (SparseRows::Entry& entry : _entries)
+            if (entry.source == source) {
+                entry.weight += weight;
                 return;
             }
         _entries.push_back({source, weight});
-        ++place.count;
     }
 
     void addRow(std::uint32_t row, float weight)
     {
-        const Place from = _places[row];
-        for (std::uint32_t i = 0; i < from.count; ++i) {
-            const SparseRows::Entry entry = _entries[from.first + i];
+        const Place& place = _places[row];
+        for (std::uint32_t i = 0; i < place.count; ++i) {
+            const SparseRows::Entry entry = entryOf(place, i);
             add(entry.source, entry.weight * weight);
         }
     }
 
     std::vector<Place> _places;
-    std::vector<SparseRows::Entry> _entries;
+    std::vector<std::uint32_t> _sources;
+    std::vector<float> _weights;
+    WeightPatterns _patterns;
+    std::vector<SparseRows::Entry> _entries; ///< of the open row
     std::uint32_t _open = 0;
 };
 
@@ -163,30 +183,14 @@ Level MakeLevel(const Far::TopologyRefiner& refiner, int level, const Topology& 
     return result;
 }
 
-/// Single precision halves the memory that every step has to pass through; only sums over vertices need more.
-using Values = std::vector<Vec3f>;
-
-double DotProduct(const Values& a, const Values& b)
-{
-    double sum = 0.0;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        sum += double(Dot(a[i], b[i]));
-    return sum;
-}
-
-void AddScaled(Values& to, double scale, const Values& what)
-{
-    const auto factor = static_cast<float>(scale);
-    for (std::size_t i = 0; i < to.size(); ++i)
-        to[i] += what[i] * factor;
-}
-
 } // namespace
 
 struct Subdivision::Impl {
     std::vector<Level> levels;
-    mutable std::mutex transposedMutex;
-    mutable std::vector<std::shared_ptr<const SparseRows>> transposed; ///< made when a fit first needs them
+    mutable std::mutex stepsMutex;
+    mutable std::vector<std::shared_ptr<const FitStep>>
+        steps; ///< to each level; made when a fit first needs them
+    mutable KnownFits knownFits;
 
     std::size_t vertexCount(int level) const
     {
@@ -207,77 +211,19 @@ struct Subdivision::Impl {
         return from == to ? std::vector<T>(values.begin(), values.end()) : result;
     }
 
-    std::vector<std::shared_ptr<const SparseRows>> transposedBetween(int from, int to) const
+    /// From the level after the coarse one to the fine one.
+    std::vector<std::shared_ptr<const FitStep>> stepsBetween(int coarse, int fine) const
     {
-        const std::lock_guard lock(transposedMutex);
-        transposed.resize(levels.size());
-        for (int l = from + 1; l <= to; ++l) {
+        const std::lock_guard lock(stepsMutex);
+        steps.resize(levels.size());
+        for (int l = coarse + 1; l <= fine; ++l) {
             const std::size_t i = static_cast<std::size_t>(l);
-            if (!transposed[i])
-                transposed[i] = std::make_shared<const SparseRows>(levels[i].rows.transposed());
+            if (!steps[i])
+                steps[i] = std::make_shared<const FitStep>(levels[i].rows);
         }
-        return transposed;
+        return {steps.begin() + coarse + 1, steps.begin() + fine + 1};
     }
 };
-
-namespace {
-
-/// The normal equations of "the refined shape comes closest to the fine one", for a correction of the start.
-class LevelFit {
-public:
-    LevelFit(const std::vector<Level>& levels, std::vector<std::shared_ptr<const SparseRows>> transposed,
-             int from, int to)
-        : _levels(levels), _transposed(std::move(transposed)), _from(from), _to(to)
-    {
-    }
-
-    Values refine(Values values) const
-    {
-        for (int l = _from + 1; l <= _to; ++l)
-            values = _levels[static_cast<std::size_t>(l)].rows.apply(base::Span<const Vec3f>(values));
-        return values;
-    }
-
-    Values gather(Values values) const
-    {
-        for (int l = _to; l > _from; --l)
-            values = _transposed[static_cast<std::size_t>(l)]->apply(base::Span<const Vec3f>(values));
-        return values;
-    }
-
-    /// Conjugate gradients. The correction is held back very gently, which decides what the fine shape leaves
-    /// open, such as vertices that no face uses.
-    Values solve(const Values& misfit, double accuracy) const
-    {
-        Values residual = gather(misfit);
-        Values solution(residual.size()), direction = residual;
-        double error = DotProduct(residual, residual);
-        const double enough = error * accuracy * accuracy;
-        for (int step = 0; step < maxSteps && error > enough; ++step) {
-            Values image = gather(refine(direction));
-            AddScaled(image, restraint, direction);
-            const double length = error / DotProduct(direction, image);
-            AddScaled(solution, length, direction);
-            AddScaled(residual, -length, image);
-            const double next = DotProduct(residual, residual);
-            const auto turn = static_cast<float>(next / error);
-            for (std::size_t i = 0; i < direction.size(); ++i)
-                direction[i] = residual[i] + direction[i] * turn;
-            error = next;
-        }
-        return solution;
-    }
-
-private:
-    static constexpr double restraint = 1e-6; ///< beside diagonal entries of about one and more
-    static constexpr int maxSteps = 200;
-
-    const std::vector<Level>& _levels;
-    std::vector<std::shared_ptr<const SparseRows>> _transposed;
-    int _from, _to;
-};
-
-} // namespace
 
 Subdivision::Subdivision(std::shared_ptr<const Topology> cage, int levels, BoundaryRule rule,
                          base::Span<const Crease> creases)
@@ -329,19 +275,24 @@ std::vector<float> Subdivision::refine(base::Span<const float> values, int fromL
 std::vector<Vec3f> Subdivision::fit(base::Span<const Vec3f> fine, int fineLevel,
                                     base::Span<const Vec3f> start, int startLevel, double accuracy) const
 {
-    const std::vector<Vec3f> refined = refine(start, startLevel, fineLevel);
-    if (fine.size() != refined.size())
+    if (start.size() != _impl->vertexCount(startLevel))
+        throw TopologyError("subdivision level {} has {} vertices but {} values are given", startLevel,
+                            _impl->vertexCount(startLevel), start.size());
+    if (fine.size() != _impl->vertexCount(fineLevel))
         throw TopologyError("subdivision level {} has {} vertices but {} values are given", fineLevel,
-                            refined.size(), fine.size());
-    Values misfit(fine.size());
-    for (std::size_t v = 0; v < fine.size(); ++v)
-        misfit[v] = fine[v] - refined[v];
-    const LevelFit fit(_impl->levels, _impl->transposedBetween(startLevel, fineLevel), startLevel, fineLevel);
-    const Values correction = fit.solve(misfit, accuracy);
-    std::vector<Vec3f> coarse(start.begin(), start.end());
-    for (std::size_t v = 0; v < coarse.size(); ++v)
-        coarse[v] += correction[v];
-    return coarse;
+                            _impl->vertexCount(fineLevel), fine.size());
+    if (startLevel == fineLevel)
+        return {fine.begin(), fine.end()};
+    return _impl->knownFits.findOrMake({fine, fineLevel, start, startLevel, accuracy}, [&] {
+        std::vector<Vec3f> misfit = _impl->refine(start, startLevel, fineLevel);
+        for (std::size_t v = 0; v < fine.size(); ++v)
+            misfit[v] = fine[v] - misfit[v];
+        std::vector<Vec3f> coarse =
+            LevelFit(_impl->stepsBetween(startLevel, fineLevel)).solve(std::move(misfit), accuracy);
+        for (std::size_t v = 0; v < coarse.size(); ++v)
+            coarse[v] += start[v];
+        return coarse;
+    });
 }
 
 } // namespace geometry

@@ -172,6 +172,60 @@ TEST(FitCage, leaves_a_fitting_cage_and_a_loose_vertex_alone)
     EXPECT_EQ(subdivision.fit(subdivision.refine(mesh.positions, 0, 2), 2, mesh.positions), mesh.positions);
 }
 
+TEST(FitCage, gives_for_a_shape_what_another_subdivision_gives_for_it)
+{
+    // The second time from memory; a shape or a start that differs in one number is another question.
+    const PolygonMesh mesh = shapes::Sphere(10.0f, 9, 12);
+    const Subdivision subdivision(mesh.topology, 2);
+    std::vector<Vec3f> fine = subdivision.refine(mesh.positions, 0, 2), start = mesh.positions;
+    fine[100].x += 0.5f;
+    const auto alone = [&] { return Subdivision(mesh.topology, 2).fit(fine, 2, start); };
+    const std::vector<Vec3f> first = subdivision.fit(fine, 2, start);
+    EXPECT_EQ(first, alone());
+    EXPECT_EQ(subdivision.fit(fine, 2, start), first);
+    fine[200].y -= 0.25f;
+    const std::vector<Vec3f> second = subdivision.fit(fine, 2, start);
+    EXPECT_NE(second, first);
+    EXPECT_EQ(second, alone());
+    start[7].z += 1.0f;
+    EXPECT_EQ(subdivision.fit(fine, 2, start), alone());
+    EXPECT_EQ(subdivision.fit(fine, 2, start, 0, 1e-2),
+              Subdivision(mesh.topology, 2).fit(fine, 2, start, 0, 1e-2));
+}
+
+TEST(FitCage, leaves_a_misfit_that_no_change_of_the_cage_makes_smaller)
+{
+    const PolygonMesh mesh = shapes::Joined(shapes::Sphere(10.0f, 9, 12), shapes::Mixed());
+    const Subdivision subdivision(mesh.topology, 3);
+    std::vector<Vec3f> fine = subdivision.refine(mesh.positions, 0, 3);
+    for (Vec3f& p : fine)
+        p += {0.3f * std::sin(9 * p.y), 0.2f * std::cos(7 * p.z), 0.1f * std::sin(8 * p.x)};
+    for (const int coarse : {0, 1, 2}) {
+        const std::vector<Vec3f> start = subdivision.refine(mesh.positions, 0, coarse);
+        const std::vector<Vec3f> found = subdivision.fit(fine, 3, start, coarse);
+        const auto misfit = [&](const std::vector<Vec3f>& shape) {
+            std::vector<Vec3f> refined = subdivision.refine(shape, coarse, 3);
+            for (std::size_t v = 0; v < refined.size(); ++v)
+                refined[v] -= fine[v];
+            return refined;
+        };
+        // The derivative along a few waves, of about one hundred thousandth of what it is at the start.
+        const std::vector<Vec3f> left = misfit(found), before = misfit(start);
+        for (int wave = 1; wave <= 5; ++wave) {
+            std::vector<Vec3f> change(start.size());
+            for (std::size_t v = 0; v < change.size(); ++v)
+                change[v].x = std::sin(float(wave) * start[v].y);
+            const std::vector<Vec3f> refined = subdivision.refine(change, coarse, 3);
+            double slope = 0.0, slopeBefore = 0.0;
+            for (std::size_t v = 0; v < refined.size(); ++v) {
+                slope += double(Dot(refined[v], left[v]));
+                slopeBefore += double(Length(refined[v])) * double(Length(before[v]));
+            }
+            EXPECT_LE(std::abs(slope), 1e-4 * slopeBefore) << coarse << ' ' << wave;
+        }
+    }
+}
+
 TEST(Subdivision, refuses_what_does_not_fit)
 {
     const PolygonMesh cube = shapes::Cube(1);
