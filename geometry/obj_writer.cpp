@@ -6,8 +6,9 @@
 #include "base/atomic_file.h"
 #include "base/cancellation.h"
 #include "base/errors.h"
+#include "obj_number.h"
 
-#include <tbb/parallel_for.h>
+#include <tbb/parallel_pipeline.h>
 
 #include <cassert>
 #include <cmath>
@@ -18,55 +19,104 @@ namespace {
 
 constexpr std::size_t elementsPerPiece = 1 << 13;
 
-/// Appends numbers to a text without going through a locale or a format string.
-class Digits {
-public:
-    Digits(std::string& text, int decimals) : _text(text), _decimals(decimals)
+/// All numbers of two digits, one after the other.
+struct DigitPairs {
+    char text[200] = {};
+
+    constexpr DigitPairs()
     {
-        for (int d = 0; d < decimals; ++d)
-            _power *= 10.0;
+        for (int i = 0; i < 100; ++i) {
+            text[2 * i] = static_cast<char>('0' + i / 10);
+            text[2 * i + 1] = static_cast<char>('0' + i % 10);
+        }
+    }
+};
+constexpr DigitPairs digitPairs;
+
+/// Appends to a text of which not much more than the end is known, without going through a locale, a format
+/// string or the text's own bookkeeping for each character.
+class TextEnd {
+public:
+    /// @param decimals  of numbers
+    TextEnd(std::string& text, int decimals) : _text(text), _decimal(decimals), _used(text.size()) {}
+    ~TextEnd() { _text.resize(_used); }
+    TextEnd(const TextEnd&) = delete;
+    TextEnd& operator=(const TextEnd&) = delete;
+
+    void put(char c) { *place(1) = c, ++_used; }
+
+    void put(std::string_view more)
+    {
+        std::copy(more.begin(), more.end(), place(more.size()));
+        _used += more.size();
     }
 
     void index(std::uint64_t value)
     {
         char buffer[20];
-        char* first = buffer + sizeof buffer;
-        do
-            *--first = static_cast<char>('0' + value % 10);
-        while ((value /= 10) != 0);
-        _text.append(first, static_cast<std::size_t>(buffer + sizeof buffer - first));
+        char* const end = buffer + sizeof buffer;
+        const char* const first = whole(end, value);
+        put({first, static_cast<std::size_t>(end - first)});
     }
 
     void number(double value)
     {
-        const double scaled = std::nearbyint(std::abs(value) * _power);
-        // Below 2^53 the product of a float and up to nine decimals is exact, and so is its rounding.
-        if (_decimals <= 9 && scaled < 9007199254740992.0)
+        const double scaled = _decimal.scaled(std::abs(value));
+        if (_decimal.decimals() <= ObjDecimal::mostDecimals && scaled < ObjDecimal::limit)
             fixed(value < 0.0 && scaled != 0.0, static_cast<std::uint64_t>(scaled));
         else
-            fmt::format_to(std::back_inserter(_text), "{:.{}f}", value == 0.0 ? 0.0 : value, _decimals);
+            put(fmt::format("{:.{}f}", value == 0.0 ? 0.0 : value, _decimal.decimals()));
     }
 
 private:
+    /// Room for so many characters behind the end.
+    char* place(std::size_t count)
+    {
+        if (_text.size() - _used < count)
+            _text.resize(std::max(_text.capacity(), 2 * _text.size() + count + 256));
+        return _text.data() + _used;
+    }
+
+    static char* pair(char* end, std::uint64_t value)
+    {
+        end[-1] = digitPairs.text[2 * value + 1];
+        end[-2] = digitPairs.text[2 * value];
+        return end - 2;
+    }
+
+    /// Writes the digits before the end and returns where they begin.
+    static char* whole(char* end, std::uint64_t value)
+    {
+        for (; value >= 100; value /= 100)
+            end = pair(end, value % 100);
+        if (value >= 10)
+            return pair(end, value);
+        *--end = static_cast<char>('0' + value);
+        return end;
+    }
+
     void fixed(bool negative, std::uint64_t scaled)
     {
-        char buffer[24];
-        char* first = buffer + sizeof buffer;
-        for (int d = 0; d < _decimals; ++d, scaled /= 10)
-            *--first = static_cast<char>('0' + scaled % 10);
-        if (_decimals > 0)
+        char buffer[32];
+        char* const end = buffer + sizeof buffer;
+        char* first = end;
+        std::uint64_t fraction = scaled % _decimal.wholePower();
+        int open = _decimal.decimals();
+        for (; open >= 2; open -= 2, fraction /= 100)
+            first = pair(first, fraction % 100);
+        if (open == 1)
+            *--first = static_cast<char>('0' + fraction);
+        if (_decimal.decimals() > 0)
             *--first = '.';
-        do
-            *--first = static_cast<char>('0' + scaled % 10);
-        while ((scaled /= 10) != 0);
+        first = whole(first, scaled / _decimal.wholePower());
         if (negative)
             *--first = '-';
-        _text.append(first, static_cast<std::size_t>(buffer + sizeof buffer - first));
+        put({first, static_cast<std::size_t>(end - first)});
     }
 
     std::string& _text;
-    int _decimals;
-    double _power = 1.0;
+    ObjDecimal _decimal;
+    std::size_t _used;
 };
 
 enum class Record { Header, Vertices, TexCoords, Normals, PartStart, Faces, Lines };
@@ -185,28 +235,28 @@ private:
         const ObjAxis axes[] = {_options.space.first, _options.space.second, _options.space.third};
         text.reserve((piece.last - piece.first) *
                      (keyword.size() + 3 * (6 + std::size_t(_options.decimals))));
-        Digits digits(text, _options.decimals);
+        TextEnd end(text, _options.decimals);
         for (std::size_t v = piece.first; v < piece.last; ++v) {
-            text += keyword;
+            end.put(keyword);
             for (const ObjAxis& axis : axes) {
                 const double value = values[v][axis.axis] * factor;
-                text += ' ';
-                digits.number(axis.invert ? -value : value);
+                end.put(' ');
+                end.number(axis.invert ? -value : value);
             }
-            text += '\n';
+            end.put('\n');
         }
     }
 
     void formatTexCoords(std::string& text, const Piece& piece) const
     {
         const std::vector<TexCoords::Uv>& uvs = _parts[piece.part].texCoords->coordinates;
-        Digits digits(text, _options.decimals);
+        TextEnd end(text, _options.decimals);
         for (std::size_t i = piece.first; i < piece.last; ++i) {
-            text += "vt ";
-            digits.number(uvs[i].u);
-            text += ' ';
-            digits.number(uvs[i].v);
-            text += '\n';
+            end.put("vt ");
+            end.number(uvs[i].u);
+            end.put(' ');
+            end.number(uvs[i].v);
+            end.put('\n');
         }
     }
 
@@ -214,84 +264,84 @@ private:
     {
         const ObjPart& part = _parts[piece.part];
         const Topology& topology = *part.mesh.topology;
-        text.reserve((piece.last - piece.first) * 32);
+        text.reserve((piece.last - piece.first) * 64);
+        TextEnd end(text, 0);
         for (std::size_t f = piece.first; f < piece.last; ++f) {
-            formatNames(text, part, f);
-            const std::uint32_t first = topology.faceOffsets[f], end = topology.faceOffsets[f + 1];
-            if (!_options.triangulate || end - first <= 4) {
-                formatFace(text, piece.part, first, first + 1, end);
+            formatNames(end, part, f);
+            const std::uint32_t first = topology.faceOffsets[f], behind = topology.faceOffsets[f + 1];
+            if (!_options.triangulate || behind - first <= 4) {
+                formatFace(end, piece.part, first, first + 1, behind);
                 continue;
             }
-            for (std::uint32_t c = first + 1; c + 1 < end; ++c)
-                formatFace(text, piece.part, first, c, c + 2);
+            for (std::uint32_t c = first + 1; c + 1 < behind; ++c)
+                formatFace(end, piece.part, first, c, c + 2);
         }
     }
 
     void formatLines(std::string& text, const Piece& piece) const
     {
-        Digits digits(text, 0);
+        TextEnd end(text, 0);
         for (std::size_t i = piece.first; i < piece.last; ++i) {
-            text += 'l';
+            end.put('l');
             for (const std::uint32_t vertex : _parts[piece.part].lines[i]) {
-                text += ' ';
-                digits.index(_bases[piece.part].vertices + vertex + 1);
+                end.put(' ');
+                end.index(_bases[piece.part].vertices + vertex + 1);
             }
-            text += '\n';
+            end.put('\n');
         }
     }
 
     /// One face of the corner `pivot` and the corners [from, to).
-    void formatFace(std::string& text, std::size_t part, std::uint32_t pivot, std::uint32_t from,
+    void formatFace(TextEnd& end, std::size_t part, std::uint32_t pivot, std::uint32_t from,
                     std::uint32_t to) const
     {
-        text += 'f';
-        formatCorner(text, part, pivot);
+        end.put('f');
+        formatCorner(end, part, pivot);
         for (std::uint32_t c = from; c < to; ++c)
-            formatCorner(text, part, c);
-        text += '\n';
+            formatCorner(end, part, c);
+        end.put('\n');
     }
 
-    void formatCorner(std::string& text, std::size_t p, std::uint32_t corner) const
+    void formatCorner(TextEnd& end, std::size_t p, std::uint32_t corner) const
     {
         const ObjPart& part = _parts[p];
         const std::uint32_t vertex = part.mesh.topology->cornerVertices[corner];
-        Digits digits(text, 0);
-        text += ' ';
-        digits.index(_bases[p].vertices + vertex + 1);
+        end.put(' ');
+        end.index(_bases[p].vertices + vertex + 1);
         const bool withUv = hasTexCoords(part) && !part.texCoords->cornerIndices.empty();
         if (withUv) {
-            text += '/';
-            digits.index(_bases[p].texCoords + part.texCoords->cornerIndices[corner] + 1);
+            end.put('/');
+            end.index(_bases[p].texCoords + part.texCoords->cornerIndices[corner] + 1);
         }
         if (hasNormals(part)) {
-            text += withUv ? "/" : "//";
-            digits.index(_bases[p].normals + vertex + 1);
+            end.put(withUv ? "/" : "//");
+            end.index(_bases[p].normals + vertex + 1);
         }
     }
 
     /// `g` and `usemtl` records stand wherever the name changes, so that faces keep their order.
-    void formatNames(std::string& text, const ObjPart& part, std::size_t f) const
+    void formatNames(TextEnd& end, const ObjPart& part, std::size_t f) const
     {
         const Topology& topology = *part.mesh.topology;
         const bool isGrouped = _options.grouping == ObjGrouping::Geometry;
         if (_options.grouping == ObjGrouping::Single && f == 0)
-            text += "g " + (part.name.empty() ? std::string("default") : OneLine(part.name)) + "\n";
+            end.put("g " + (part.name.empty() ? std::string("default") : OneLine(part.name)) + "\n");
         if (isGrouped)
-            formatChange(text, "g ", topology.faceGroups, topology.groupNames, f);
+            formatChange(end, "g ", topology.faceGroups, topology.groupNames, f);
         if (_options.grouping == ObjGrouping::Surfaces)
-            formatChange(text, "g ", topology.faceSurfaces, topology.surfaceNames, f);
+            formatChange(end, "g ", topology.faceSurfaces, topology.surfaceNames, f);
         if (_options.writeSurfaces)
-            formatChange(text, "usemtl ", topology.faceSurfaces, topology.surfaceNames, f);
+            formatChange(end, "usemtl ", topology.faceSurfaces, topology.surfaceNames, f);
     }
 
-    static void formatChange(std::string& text, const char* keyword, const std::vector<std::uint32_t>& labels,
+    static void formatChange(TextEnd& end, const char* keyword, const std::vector<std::uint32_t>& labels,
                              const std::vector<std::string>& names, std::size_t f)
     {
         if (labels.empty() || (f > 0 && labels[f] == labels[f - 1]))
             return;
-        text += keyword;
-        text += OneLine(names[labels[f]]);
-        text += '\n';
+        end.put(keyword);
+        end.put(OneLine(names[labels[f]]));
+        end.put('\n');
     }
 
     base::Span<const ObjPart> _parts;
@@ -300,43 +350,42 @@ private:
     std::vector<Piece> _pieces;
 };
 
-/// Formats pieces [first, last) in parallel.
-std::vector<std::string> FormatPieces(const Formatter& formatter, std::size_t first, std::size_t last)
+/// Formats the pieces in parallel and hands each text over in order, while others are formatted.
+template <class Take>
+void FormatPieces(const Formatter& formatter, const Take& take)
 {
-    std::vector<std::string> texts(last - first);
-    tbb::parallel_for(first, last, [&](std::size_t p) {
-        base::ThrowIfCancelled();
-        texts[p - first] = formatter.format(p);
-    });
-    return texts;
+    constexpr std::size_t inFlight = 16; // texts held in memory at a time
+    std::size_t next = 0;
+    tbb::parallel_pipeline(inFlight,
+                           tbb::make_filter<void, std::size_t>(tbb::filter_mode::serial_in_order,
+                                                               [&](tbb::flow_control& flow) -> std::size_t {
+                                                                   if (next == formatter.pieceCount())
+                                                                       flow.stop();
+                                                                   return next++;
+                                                               }) &
+                               tbb::make_filter<std::size_t, std::string>(tbb::filter_mode::parallel,
+                                                                          [&](std::size_t piece) {
+                                                                              base::ThrowIfCancelled();
+                                                                              return formatter.format(piece);
+                                                                          }) &
+                               tbb::make_filter<std::string, void>(tbb::filter_mode::serial_in_order, take));
 }
 
 } // namespace
 
 std::string FormatObj(base::Span<const ObjPart> parts, const ObjWriteOptions& options)
 {
-    const Formatter formatter(parts, options);
-    const std::vector<std::string> texts = FormatPieces(formatter, 0, formatter.pieceCount());
-    std::size_t size = 0;
-    for (const std::string& text : texts)
-        size += text.size();
     std::string whole;
-    whole.reserve(size);
-    for (const std::string& text : texts)
-        whole += text;
+    FormatPieces(Formatter(parts, options), [&](const std::string& text) { whole += text; });
     return whole;
 }
 
 void WriteObj(const std::filesystem::path& file, base::Span<const ObjPart> parts,
               const ObjWriteOptions& options)
 {
-    constexpr std::size_t batch = 64; // pieces held in memory at a time
     const Formatter formatter(parts, options);
     base::AtomicFile output(file, base::Durability::Temporary);
-    for (std::size_t first = 0; first < formatter.pieceCount(); first += batch)
-        for (const std::string& text :
-             FormatPieces(formatter, first, std::min(first + batch, formatter.pieceCount())))
-            output.write(text);
+    FormatPieces(formatter, [&](const std::string& text) { output.write(text); });
     base::ThrowIfCancelled();
     output.commit();
 }
