@@ -1,7 +1,7 @@
 // Writing OBJ text: cut into pieces that are formatted in parallel and joined in order.
 // SPDX-License-Identifier: MIT
 
-#include "geometry/obj.h"
+#include "obj_writer.h"
 
 #include "base/atomic_file.h"
 #include "base/cancellation.h"
@@ -380,14 +380,23 @@ std::string FormatObj(base::Span<const ObjPart> parts, const ObjWriteOptions& op
     return whole;
 }
 
-void WriteObj(const std::filesystem::path& file, base::Span<const ObjPart> parts,
-              const ObjWriteOptions& options)
+void WriteObjSeen(const std::filesystem::path& file, base::Span<const ObjPart> parts,
+                  const ObjWriteOptions& options, const std::function<void(std::string_view)>& see)
 {
     const Formatter formatter(parts, options);
     base::AtomicFile output(file, base::Durability::Temporary);
-    FormatPieces(formatter, [&](const std::string& text) { output.write(text); });
+    FormatPieces(formatter, [&](const std::string& text) {
+        output.write(text);
+        see(text);
+    });
     base::ThrowIfCancelled();
     output.commit();
+}
+
+void WriteObj(const std::filesystem::path& file, base::Span<const ObjPart> parts,
+              const ObjWriteOptions& options)
+{
+    WriteObjSeen(file, parts, options, [](std::string_view) {});
 }
 
 } // namespace geometry

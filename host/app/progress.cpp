@@ -7,6 +7,7 @@
 #include "app/app_parts.h"
 #include "app/current_attendant.h"
 #include "app/progress_display.h"
+#include "app/work_memory.h"
 #include "dzapp.h"
 #include "openhost/events.h"
 
@@ -157,7 +158,10 @@ void DzProgress::finish()
                        .arg(_impl->info)
                        .arg(double(_impl->timer.elapsed()) / 1000.0, 0, 'f', 1));
     show();
-    if (stack.empty() && Display())
+    if (!stack.empty())
+        return;
+    openhost::EndWork();
+    if (Display())
         Display()->end(_impl->closeOnFinish);
 }
 

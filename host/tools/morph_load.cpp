@@ -24,8 +24,8 @@
 #include "figure/mesh_access.h"
 #include "figure/pipeline.h"
 #include "geometry/deltas.h"
-#include "geometry/obj.h"
 #include "morph_split.h"
+#include "obj_memory.h"
 #include "obj_options.h"
 #include "reverse_deformation.h"
 
@@ -347,7 +347,7 @@ MorphLoadReport LoadMorphFromFile(const MorphLoadSettings& settings, const DzFil
         geometry::ObjReadOptions options = ReadObjReadOptions(importOptions ? *importOptions : defaults);
         options.readFaces = options.readLines = options.readTexCoords = false;
         options.readGroups = options.readSurfaces = false;
-        const geometry::ObjContent content = geometry::ReadObj(ToStd(settings.filename), options);
+        const geometry::ObjContent content = ObjsOfThisWork()->read(ToStd(settings.filename), options);
         MakeMorph(settings, node, content.mesh.positions);
     });
 }

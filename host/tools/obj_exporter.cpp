@@ -15,6 +15,7 @@
 #include "figure/mesh_access.h"
 #include "geometry/mesh_cleanup.h"
 #include "geometry/normals.h"
+#include "obj_memory.h"
 #include "obj_option_rows.h"
 #include "obj_options.h"
 #include "obj_selection.h"
@@ -32,6 +33,7 @@ using openhost::MeshAccess;
 
 /// What the parts to write point into.
 struct ExportData {
+    std::shared_ptr<const geometry::Topology> firstTopology; ///< of the first part; null without any
     std::deque<geometry::PolygonMesh> cleaned;
     std::deque<std::vector<geometry::Vec3f>> normals;
     std::deque<geometry::TexCoords> texCoords;
@@ -81,12 +83,15 @@ void AddPart(ExportData& data, const DzNode& node, const DzFileIOSettings& optio
         return;
     const auto isSet = [&options](const char* key) { return options.getBoolValue(QLatin1String(key)); };
     geometry::ObjPart part;
-    part.mesh = MeshAccess::mesh(*evaluated).view();
+    const geometry::PolygonMesh* mesh = &MeshAccess::mesh(*evaluated);
     const geometry::CleanUpOptions cleaning{isSet("WeldSeams"), isSet("RemoveUnusedVerts")};
     if (cleaning.weld || cleaning.dropUnused) {
-        data.cleaned.push_back(geometry::CleanUp(part.mesh, cleaning));
-        part.mesh = data.cleaned.back().view();
+        data.cleaned.push_back(geometry::CleanUp(mesh->view(), cleaning));
+        mesh = &data.cleaned.back();
     }
+    part.mesh = mesh->view();
+    if (data.parts.empty())
+        data.firstTopology = mesh->topology;
     AddExtras(data, node, withTexCoords, isSet("CollapseUVTiles"), part);
     part.name = isSet("GroupSingle") ? "default" : node.getLabel().toStdString();
     if (isSet("WriteVN")) {
@@ -156,7 +161,8 @@ DzError DzObjExporter::write(const QString& filename, const DzFileIOSettings* op
             WriteMaterialLibrary(file.path() + QLatin1Char('/') + library, data.parts);
             writeOptions.materialLibrary = library.toStdString();
         }
-        geometry::WriteObj(filename.toStdString(), data.parts, writeOptions);
+        openhost::ObjsOfThisWork()->write(filename.toStdString(), data.parts, data.firstTopology,
+                                          writeOptions);
         return DzError(DZ_NO_ERROR);
     };
     return openhost::GuardHostCall(

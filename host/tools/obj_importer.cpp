@@ -13,6 +13,7 @@
 #include "dzobject.h"
 #include "dzscene.h"
 #include "figure/mesh_access.h"
+#include "obj_memory.h"
 #include "obj_option_rows.h"
 #include "obj_options.h"
 #include "openhost/diagnostics.h"
@@ -94,7 +95,7 @@ DzError DzObjImporter::read(const QString& filename, const DzFileIOSettings* opt
     const DzFileIOSettings& used = options ? *options : all;
     const auto read = [&] {
         geometry::ObjContent content =
-            geometry::ReadObj(filename.toStdString(), openhost::ReadObjReadOptions(used));
+            openhost::ObjsOfThisWork()->read(filename.toStdString(), openhost::ReadObjReadOptions(used));
         for (const base::Diagnostic& diagnostic : content.diagnostics)
             openhost::Report(diagnostic);
         if (content.mesh.positions.empty())

@@ -15,6 +15,7 @@
 #include "dzintproperty.h"
 #include "dznode.h"
 #include "dzobject.h"
+#include "dzprogress.h"
 #include "figure/fitting.h"
 #include "figure/mesh_access.h"
 #include "figure/pipeline.h"
@@ -112,6 +113,50 @@ TEST_F(ObjFiles, a_round_trip_is_the_identity_for_every_choice_of_axes_and_scale
                     << order << scale;
                 dzScene->removeNode(prop);
             }
+}
+
+TEST_F(ObjFiles, of_a_work_are_read_as_they_are_on_disk)
+{
+    geometry::PolygonMesh mesh = Tube(2);
+    mesh.positions[0] = {1.25f, 20, 3};
+    AddProp("Tube", mesh);
+    DzFileIOSettings options = flags({});
+    const auto first = [&] {
+        DzNode* const prop = read(options);
+        const geometry::Vec3f position = WorldPositions(*prop).at(0);
+        dzScene->removeNode(prop);
+        return position.x;
+    };
+    const DzProgress work(QStringLiteral("Work"));
+    ASSERT_EQ(write(options), DZ_NO_ERROR);
+    EXPECT_EQ(first(), 1.25f);
+    // One digit, so that the file is as long as before.
+    QByteArray text = QByteArray::fromStdString(FileText(TestFile("out.obj")));
+    text.replace("1.250000", "7.250000");
+    QFile file(TestFile("out.obj"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text);
+    file.close();
+    EXPECT_EQ(first(), 7.25f);
+}
+
+TEST_F(ObjFiles, of_a_work_share_what_they_hold_until_it_is_done)
+{
+    AddProp("Tube", Tube(2));
+    const DzFileIOSettings options = flags({});
+    const auto topologyRead = [&] {
+        DzNode* const prop = read(options);
+        const auto topology = prop->getObject()->pipeline().base().topology;
+        dzScene->removeNode(prop);
+        return topology;
+    };
+    {
+        const DzProgress work(QStringLiteral("Work"));
+        const DzProgress part(QStringLiteral("Part"));
+        ASSERT_EQ(write(options), DZ_NO_ERROR);
+        EXPECT_EQ(topologyRead(), topologyRead());
+    }
+    EXPECT_NE(topologyRead(), topologyRead());
 }
 
 TEST_F(ObjFiles, scale_is_centimetres_per_file_unit_and_axes_are_those_of_the_scene)
