@@ -3,9 +3,14 @@
 
 #include "geometry/surface_tree.h"
 
+#include "base/cancellation.h"
 #include "embree_device.h"
 #include "geometry/transform.h"
 
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_for.h>
+
+#include <atomic>
 #include <cassert>
 
 namespace geometry {
@@ -77,9 +82,11 @@ SurfacePoint ToSurfacePoint(std::uint32_t triangle, const Closest& closest, doub
 } // namespace
 
 struct SurfaceTree::Impl {
-    std::vector<Vec3f> positions;
+    std::vector<Vec3f> positions; ///< and one more: Embree, which looks at this array, reads beyond the last
     Triangles triangles;
-    std::vector<std::uint32_t> kept; ///< Embree's primitive to our triangle, zero-area ones left out
+    bool allHaveArea = true;
+    std::vector<std::uint32_t> kept;        ///< unless all have an area: Embree's primitive to our triangle
+    std::vector<std::uint32_t> keptCorners; ///< theirs
     RTCScene scene = nullptr;
 
     ~Impl()
@@ -90,7 +97,7 @@ struct SurfaceTree::Impl {
 
     Vec3f corner(std::uint32_t triangle, int k) const
     {
-        return positions[triangles.corners[3 * triangle + k]];
+        return positions[triangles.corners[3 * std::size_t{triangle} + static_cast<std::size_t>(k)]];
     }
 
     bool hasArea(std::uint32_t t) const
@@ -102,29 +109,51 @@ struct SurfaceTree::Impl {
         return std::isfinite(area) && area > 1e-9 * longest; // false for a point as well
     }
 
+    bool haveAllAnArea() const
+    {
+        std::atomic<bool> all = true;
+        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, triangles.count(), 8192),
+                          [&](const auto& range) {
+                              base::ThrowIfCancelled();
+                              for (std::size_t t = range.begin(); t != range.end() && all; ++t)
+                                  if (!hasArea(static_cast<std::uint32_t>(t)))
+                                      all = false;
+                          });
+        return all;
+    }
+
     void keepTrianglesWithArea()
     {
-        kept.reserve(triangles.count());
-        for (std::uint32_t t = 0; t < triangles.count(); ++t)
-            if (hasArea(t))
-                kept.push_back(t);
+        allHaveArea = haveAllAnArea();
+        if (allHaveArea)
+            return;
+        for (std::uint32_t t = 0; t < triangles.count(); ++t) {
+            if (!hasArea(t))
+                continue;
+            kept.push_back(t);
+            const auto corners = triangles.corners.begin() + 3 * std::ptrdiff_t{t};
+            keptCorners.insert(keptCorners.end(), corners, corners + 3);
+        }
     }
+
+    const std::vector<std::uint32_t>& cornersToFind() const
+    {
+        return allHaveArea ? triangles.corners : keptCorners;
+    }
+    bool isEmpty() const { return cornersToFind().empty(); }
+    std::uint32_t triangleOf(unsigned primitive) const { return allHaveArea ? primitive : kept[primitive]; }
 
     void buildScene()
     {
         scene = rtcNewScene(EmbreeDevice());
-        rtcSetSceneFlags(scene, RTC_SCENE_FLAG_ROBUST);
-        if (!kept.empty()) {
+        rtcSetSceneFlags(scene, RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_COMPACT);
+        if (!isEmpty()) {
             RTCGeometry geometry = rtcNewGeometry(EmbreeDevice(), RTC_GEOMETRY_TYPE_TRIANGLE);
-            // Embree's own buffers: it reads four bytes past the last position.
-            void* vertices = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
-                                                     sizeof(Vec3f), positions.size());
-            std::copy(positions.begin(), positions.end(), static_cast<Vec3f*>(vertices));
-            auto* indices = static_cast<std::uint32_t*>(
-                rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
-                                        3 * sizeof(std::uint32_t), kept.size()));
-            for (const std::uint32_t t : kept)
-                indices = std::copy_n(triangles.corners.begin() + 3 * std::size_t{t}, 3, indices);
+            rtcSetSharedGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
+                                       positions.data(), 0, sizeof(Vec3f), positions.size() - 1);
+            rtcSetSharedGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
+                                       cornersToFind().data(), 0, 3 * sizeof(std::uint32_t),
+                                       cornersToFind().size() / 3);
             rtcCommitGeometry(geometry);
             rtcAttachGeometry(scene, geometry);
             rtcReleaseGeometry(geometry);
@@ -137,7 +166,7 @@ struct SurfaceTree::Impl {
         const Impl* tree;
         Vector3d point;
         const Accept* accept;
-        double best; ///< distance to beat
+        double best; ///< square of the distance to beat
         SurfacePoint found;
     };
 
@@ -145,23 +174,23 @@ struct SurfaceTree::Impl {
     static bool visit(RTCPointQueryFunctionArguments* arguments)
     {
         auto& query = *static_cast<Query<Accept>*>(arguments->userPtr);
-        const std::uint32_t t = query.tree->kept[arguments->primID];
+        const std::uint32_t t = query.tree->triangleOf(arguments->primID);
         const Closest closest =
             ClosestOnTriangle(query.point, ToEigen(query.tree->corner(t, 0)),
                               ToEigen(query.tree->corner(t, 1)), ToEigen(query.tree->corner(t, 2)));
-        const double distance = (closest.position - query.point).norm();
+        const double distance = (closest.position - query.point).squaredNorm();
         // The first of equals wins by index, so that the answer does not hang on the order of the visit.
         const bool better = distance < query.best ||
                             (distance == query.best && (!query.found.isValid() || t < query.found.triangle));
         if (!better)
             return false;
-        const SurfacePoint candidate = ToSurfacePoint(t, closest, distance);
+        const SurfacePoint candidate = ToSurfacePoint(t, closest, std::sqrt(distance));
         if (!(*query.accept)(t, candidate))
             return false;
         query.best = distance;
         query.found = candidate;
         // A hair wider than the best, so that rounding in the box tests cannot hide an equal triangle.
-        const float radius = std::nextafter(static_cast<float>(distance * (1.0 + 1e-6)), INFINITY);
+        const float radius = std::nextafter(static_cast<float>(std::sqrt(distance) * (1.0 + 1e-6)), INFINITY);
         if (radius >= arguments->query->radius)
             return false;
         arguments->query->radius = radius;
@@ -171,9 +200,9 @@ struct SurfaceTree::Impl {
     template <class Accept>
     SurfacePoint closest(Vec3f at, float maxDistance, const Accept& accept) const
     {
-        if (!IsFinite(at) || !(maxDistance >= 0.0f) || kept.empty())
+        if (!IsFinite(at) || !(maxDistance >= 0.0f) || isEmpty())
             return {};
-        Query<Accept> state{this, ToEigen(at), &accept, double(maxDistance), {}};
+        Query<Accept> state{this, ToEigen(at), &accept, double(maxDistance) * double(maxDistance), {}};
         RTCPointQuery query{at.x, at.y, at.z, 0.0f, maxDistance};
         RTCPointQueryContext context;
         rtcInitPointQueryContext(&context);
@@ -186,7 +215,9 @@ SurfaceTree::SurfaceTree(const PolygonMeshView& mesh) : _impl(std::make_unique<I
 {
     assert(mesh.topology->vertexCount == mesh.vertexCount());
     CheckReach(mesh.positions);
+    _impl->positions.reserve(mesh.positions.size() + 1);
     _impl->positions.assign(mesh.positions.begin(), mesh.positions.end());
+    _impl->positions.emplace_back();
     _impl->triangles = Triangulate(*mesh.topology);
     _impl->keepTrianglesWithArea();
     _impl->buildScene();
@@ -219,7 +250,7 @@ SurfacePoint SurfaceTree::closestPoint(Vec3f query, float maxDistance, const Tri
 
 SurfacePoint SurfaceTree::firstHit(Vec3f origin, Vec3f direction, float minDistance, float maxDistance) const
 {
-    if (!IsFinite(origin) || !IsFinite(direction) || _impl->kept.empty())
+    if (!IsFinite(origin) || !IsFinite(direction) || _impl->isEmpty())
         return {};
     RTCRayHit ray{};
     ray.ray.org_x = origin.x, ray.ray.org_y = origin.y, ray.ray.org_z = origin.z;
@@ -234,7 +265,7 @@ SurfacePoint SurfaceTree::firstHit(Vec3f origin, Vec3f direction, float minDista
     if (ray.hit.geomID == RTC_INVALID_GEOMETRY_ID)
         return {};
     const double u = std::clamp(double(ray.hit.u), 0.0, 1.0), v = std::clamp(double(ray.hit.v), 0.0, 1.0 - u);
-    const std::uint32_t t = _impl->kept[ray.hit.primID];
+    const std::uint32_t t = _impl->triangleOf(ray.hit.primID);
     const Vector3d a = ToEigen(_impl->corner(t, 0));
     const Vector3d position =
         a + u * (ToEigen(_impl->corner(t, 1)) - a) + v * (ToEigen(_impl->corner(t, 2)) - a);
