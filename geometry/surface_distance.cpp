@@ -11,9 +11,169 @@
 #include <tbb/parallel_for.h>
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 namespace geometry {
+
+namespace {
+
+constexpr float farAway = std::numeric_limits<float>::infinity();
+
+/// How far a point is from the nearest of some surfaces, and where that is.
+struct NearestPlace {
+    float distance = farAway;
+    Vec3f position;
+};
+
+class Surfaces {
+public:
+    explicit Surfaces(base::Span<const PolygonMeshView> meshes)
+    {
+        for (const PolygonMeshView& mesh : meshes) {
+            if (mesh.faceCount() == 0)
+                throw TopologyError("the surface to measure to has no faces");
+            _trees.emplace_back(mesh);
+        }
+    }
+
+    /// @param nearby  any place on the surfaces, from which the answer is faster the nearer it is
+    NearestPlace nearest(Vec3f from, const NearestPlace& nearby) const
+    {
+        // A hair more, since rounding may take the place itself beyond its distance.
+        const float bound =
+            nearby.distance < farAway ? Length(nearby.position - from) * 1.0001f + 1e-5f : farAway;
+        const NearestPlace found = within(from, bound);
+        return found.distance < farAway || bound == farAway ? found : within(from, farAway);
+    }
+
+private:
+    NearestPlace within(Vec3f from, float bound) const
+    {
+        NearestPlace best;
+        for (const SurfaceTree& tree : _trees) {
+            const SurfacePoint found = tree.closestPoint(from, std::min(bound, best.distance));
+            if (found.isValid() && found.distance < best.distance)
+                best = {found.distance, found.position};
+        }
+        return best;
+    }
+
+    std::vector<SurfaceTree> _trees;
+};
+
+/// Well mixed bits of a number; for the method see Steele, Lea and Flood, "Fast splittable pseudorandom
+/// number generators", 2014.
+std::uint64_t Mixed(std::uint64_t x)
+{
+    x += 0x9e3779b97f4a7c15u;
+    x = (x ^ x >> 30) * 0xbf58476d1ce4e5b9u;
+    x = (x ^ x >> 27) * 0x94d049bb133111ebu;
+    return x ^ x >> 31;
+}
+
+/// Some points, of which one in each run of so many is measured.
+class Sample {
+public:
+    Sample(base::Span<const Vec3f> points, std::size_t step)
+        : _points(points), _step(step), _places((points.size() + step - 1) / step)
+    {
+    }
+
+    void measure(const Surfaces& surfaces)
+    {
+        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, _places.size(), 256), [&](const auto& range) {
+            base::ThrowIfCancelled();
+            NearestPlace nearby;
+            for (std::size_t run = range.begin(); run != range.end(); ++run)
+                nearby = _places[run] = surfaces.nearest(_points[chosen(run)], nearby);
+        });
+    }
+
+    void append(std::vector<float>& distances) const
+    {
+        for (const NearestPlace& place : _places)
+            distances.push_back(place.distance);
+    }
+
+    /// The largest distance of all points that is larger than the given one, or that.
+    float largest(const Surfaces& surfaces, float known) const
+    {
+        std::vector<float> largest(_places.size(), known);
+        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, _places.size(), 256), [&](const auto& range) {
+            base::ThrowIfCancelled();
+            for (std::size_t run = range.begin(); run != range.end(); ++run)
+                for (std::size_t v = run * _step; v < std::min((run + 1) * _step, _points.size()); ++v)
+                    if (!(Length(_places[run].position - _points[v]) <= known))
+                        largest[run] =
+                            std::max(largest[run], surfaces.nearest(_points[v], _places[run]).distance);
+        });
+        return largest.empty() ? known : *std::max_element(largest.begin(), largest.end());
+    }
+
+private:
+    std::size_t chosen(std::size_t run) const
+    {
+        const std::size_t first = run * _step, count = std::min(_step, _points.size() - first);
+        return first + Mixed(run) % count;
+    }
+
+    base::Span<const Vec3f> _points;
+    std::size_t _step;
+    std::vector<NearestPlace> _places; ///< of the chosen points
+};
+
+std::size_t VertexCount(base::Span<const PolygonMeshView> meshes)
+{
+    std::size_t count = 0;
+    for (const PolygonMeshView& mesh : meshes)
+        count += mesh.vertexCount();
+    return count;
+}
+
+/// Measures one way and adds to the distances.
+/// @return the largest distance of all vertices, if larger than the largest one known
+float MeasureOneWay(base::Span<const PolygonMeshView> from, base::Span<const PolygonMeshView> to,
+                    std::size_t step, float known, std::vector<float>& distances)
+{
+    const Surfaces surfaces(to);
+    for (const PolygonMeshView& mesh : from) {
+        Sample sample(mesh.positions, step);
+        sample.measure(surfaces);
+        const std::size_t first = distances.size();
+        sample.append(distances);
+        for (std::size_t i = first; i < distances.size(); ++i)
+            known = std::max(known, distances[i]);
+        if (step > 1)
+            known = sample.largest(surfaces, known);
+    }
+    return known;
+}
+
+/// The value that so large a share of the values does not exceed.
+float Quantile(std::vector<float>& values, double share)
+{
+    const auto last = static_cast<double>(values.size() - 1);
+    const auto place = values.begin() + static_cast<std::ptrdiff_t>(std::clamp(share * last, 0.0, last));
+    std::nth_element(values.begin(), place, values.end());
+    return *place;
+}
+
+void SetErrors(DistanceEstimate& estimate, std::vector<float>& distances)
+{
+    constexpr double sigmas = 1.96; // 19 of 20 cases
+    const auto count = static_cast<double>(distances.size());
+    double squares = 0.0;
+    for (const float distance : distances)
+        squares += (distance - estimate.summary.mean) * (distance - estimate.summary.mean);
+    const double left = 1.0 - count / static_cast<double>(estimate.all);
+    estimate.meanError = sigmas * std::sqrt(squares / (count - 1.0) / count * left);
+    const double shareError = sigmas * std::sqrt(0.95 * 0.05 / count * left);
+    estimate.p95Low = Quantile(distances, 0.95 - shareError);
+    estimate.p95High = Quantile(distances, 0.95 + shareError);
+}
+
+} // namespace
 
 DistanceSummary Summarize(std::vector<float> distances)
 {
@@ -30,16 +190,30 @@ DistanceSummary Summarize(std::vector<float> distances)
 
 std::vector<float> SurfaceDistances(base::Span<const Vec3f> from, const PolygonMeshView& to)
 {
-    if (to.faceCount() == 0)
-        throw TopologyError("the surface to measure to has no faces");
-    const SurfaceTree tree(to);
-    std::vector<float> distances(from.size());
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, from.size(), 1024), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v)
-            distances[v] = tree.closestPoint(from[v]).distance;
-    });
+    const Surfaces surfaces({&to, 1});
+    Sample all(from, 1);
+    all.measure(surfaces);
+    std::vector<float> distances;
+    distances.reserve(from.size());
+    all.append(distances);
     return distances;
+}
+
+DistanceEstimate EstimateDistances(base::Span<const PolygonMeshView> a, base::Span<const PolygonMeshView> b,
+                                   std::size_t mostMeasured)
+{
+    DistanceEstimate estimate;
+    estimate.all = VertexCount(a) + VertexCount(b);
+    const std::size_t step = std::max<std::size_t>(1, (estimate.all + mostMeasured - 1) / mostMeasured);
+    std::vector<float> distances;
+    const float largest = MeasureOneWay(b, a, step, MeasureOneWay(a, b, step, 0.0f, distances), distances);
+    estimate.measured = distances.size();
+    estimate.summary = Summarize(distances);
+    estimate.summary.max = largest;
+    estimate.p95Low = estimate.p95High = estimate.summary.p95;
+    if (step > 1)
+        SetErrors(estimate, distances);
+    return estimate;
 }
 
 } // namespace geometry

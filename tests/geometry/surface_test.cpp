@@ -172,3 +172,60 @@ TEST(SurfaceDistances, summarize_to_mean_percentile_and_maximum)
     EXPECT_THROW_MSG(SurfaceDistances(points, shapes::FromFaces({}, {}).view()), TopologyError,
                      "the surface to measure to has no faces");
 }
+
+TEST(EstimateDistances, is_exact_where_all_vertices_are_measured)
+{
+    const PolygonMesh a = shapes::Sphere(10.0f, 30, 40), b = shapes::Sphere(10.5f, 21, 33);
+    const PolygonMeshView from = a.view(), to = b.view();
+    std::vector<float> all = SurfaceDistances(a.positions, to);
+    const std::vector<float> back = SurfaceDistances(b.positions, from);
+    all.insert(all.end(), back.begin(), back.end());
+    const DistanceSummary exact = Summarize(all);
+    const DistanceEstimate found = EstimateDistances({&from, 1}, {&to, 1}, all.size());
+    EXPECT_EQ(found.measured, all.size());
+    EXPECT_EQ(found.all, all.size());
+    EXPECT_EQ(found.summary.mean, exact.mean);
+    EXPECT_EQ(found.summary.p95, exact.p95);
+    EXPECT_EQ(found.summary.max, exact.max);
+    EXPECT_EQ(found.meanError, 0.0);
+    EXPECT_EQ(found.p95Low, exact.p95);
+    EXPECT_EQ(found.p95High, exact.p95);
+}
+
+TEST(EstimateDistances, keeps_to_the_limit_and_errs_as_it_says)
+{
+    // Bumps of many sizes, so that the distances differ from place to place.
+    int inside = 0;
+    constexpr int cases = 20;
+    for (int seed = 0; seed < cases; ++seed) {
+        std::mt19937 random(static_cast<unsigned>(seed));
+        std::normal_distribution<float> bump(0.0f, 0.3f);
+        const PolygonMesh a = shapes::Sphere(10.0f, 60, 80);
+        PolygonMesh b = a;
+        for (Vec3f& p : b.positions)
+            p = p * (1.0f + 0.1f * std::abs(bump(random)));
+        const PolygonMeshView from = a.view(), to = b.view();
+        std::vector<float> all = SurfaceDistances(a.positions, to);
+        const std::vector<float> back = SurfaceDistances(b.positions, from);
+        all.insert(all.end(), back.begin(), back.end());
+        const DistanceSummary exact = Summarize(all);
+        const DistanceEstimate found = EstimateDistances({&from, 1}, {&to, 1}, 1000);
+        EXPECT_LE(found.measured, 1000u + 2u); // each body's last run may be a short one
+        EXPECT_GE(found.measured, 500u);
+        EXPECT_EQ(found.all, all.size());
+        EXPECT_EQ(found.summary.max, exact.max);
+        EXPECT_GT(found.meanError, 0.0);
+        inside += std::abs(found.summary.mean - exact.mean) <= found.meanError;
+        inside += found.p95Low <= exact.p95 && exact.p95 <= found.p95High;
+    }
+    // 19 of 20 each: that fewer than 33 of 40 are inside happens less than once in a thousand times.
+    EXPECT_GE(inside, 33);
+}
+
+TEST(EstimateDistances, counts_all_meshes_of_a_body)
+{
+    const PolygonMesh body = shapes::Grid(10, 10.0f), eye = shapes::Moved(shapes::Cube(1.0f), {50, 0, 0});
+    const PolygonMeshView both[] = {body.view(), eye.view()}, alone[] = {body.view()};
+    EXPECT_EQ(EstimateDistances({both, 2}, {both, 2}).summary.max, 0.0);
+    EXPECT_NEAR(EstimateDistances({both, 2}, {alone, 1}, 20).summary.max, 40.5, 1.0);
+}
