@@ -1,4 +1,4 @@
-// Closest points and rays through an Embree scene of the fan triangles.
+// Closest points and rays through an Embree scene of runs of the fan triangles.
 // SPDX-License-Identifier: MIT
 
 #include "geometry/surface_tree.h"
@@ -79,14 +79,25 @@ SurfacePoint ToSurfacePoint(std::uint32_t triangle, const Closest& closest, doub
     return point;
 }
 
+/// Embree's tree holds runs of so many triangles, which lie together where a mesh was subdivided: the tree is
+/// then a small one, and a step in it is dearer than a look at a triangle.
+std::uint32_t RunLengthFor(std::size_t triangles)
+{
+    constexpr std::size_t fine = 200000;
+    return triangles < fine ? 2 : 8;
+}
+
+/// A float rounded down by more than what was lost on the way to it.
+constexpr float surelyBelow = 1.0f - 1e-5f;
+
 } // namespace
 
 struct SurfaceTree::Impl {
-    std::vector<Vec3f> positions; ///< and one more: Embree, which looks at this array, reads beyond the last
+    std::vector<Vec3f> positions;
     Triangles triangles;
     bool allHaveArea = true;
-    std::vector<std::uint32_t> kept;        ///< unless all have an area: Embree's primitive to our triangle
-    std::vector<std::uint32_t> keptCorners; ///< theirs
+    std::vector<std::uint32_t> kept; ///< unless all have an area: those that have
+    std::uint32_t runLength = 1;
     RTCScene scene = nullptr;
 
     ~Impl()
@@ -125,35 +136,81 @@ struct SurfaceTree::Impl {
     void keepTrianglesWithArea()
     {
         allHaveArea = haveAllAnArea();
-        if (allHaveArea)
-            return;
-        for (std::uint32_t t = 0; t < triangles.count(); ++t) {
-            if (!hasArea(t))
-                continue;
-            kept.push_back(t);
-            const auto corners = triangles.corners.begin() + 3 * std::ptrdiff_t{t};
-            keptCorners.insert(keptCorners.end(), corners, corners + 3);
-        }
+        for (std::uint32_t t = 0; t < triangles.count() && !allHaveArea; ++t)
+            if (hasArea(t))
+                kept.push_back(t);
     }
 
-    const std::vector<std::uint32_t>& cornersToFind() const
+    std::size_t keptCount() const { return allHaveArea ? triangles.count() : kept.size(); }
+    bool isEmpty() const { return keptCount() == 0; }
+
+    /// Calls with each triangle of a run.
+    template <class Visit>
+    void forRun(unsigned run, const Visit& visit) const
     {
-        return allHaveArea ? triangles.corners : keptCorners;
+        const std::size_t first = std::size_t{run} * runLength,
+                          end = std::min(first + runLength, keptCount());
+        for (std::size_t i = first; i < end; ++i)
+            visit(allHaveArea ? static_cast<std::uint32_t>(i) : kept[i]);
     }
-    bool isEmpty() const { return cornersToFind().empty(); }
-    std::uint32_t triangleOf(unsigned primitive) const { return allHaveArea ? primitive : kept[primitive]; }
+
+    static void findBounds(const RTCBoundsFunctionArguments* arguments)
+    {
+        const auto& self = *static_cast<const Impl*>(arguments->geometryUserPtr);
+        Box3f box;
+        self.forRun(arguments->primID, [&](std::uint32_t t) {
+            for (int k = 0; k < 3; ++k)
+                box.include(self.corner(t, k));
+        });
+        RTCBounds& bounds = *arguments->bounds_o;
+        bounds.lower_x = box.min.x, bounds.lower_y = box.min.y, bounds.lower_z = box.min.z;
+        bounds.upper_x = box.max.x, bounds.upper_y = box.max.y, bounds.upper_z = box.max.z;
+    }
+
+    /// Where a ray meets a triangle (Möller and Trumbore, "Fast, minimum storage ray-triangle intersection",
+    /// 1997).
+    void intersect(std::uint32_t t, RTCRayHit& ray) const
+    {
+        const Vector3d origin(ray.ray.org_x, ray.ray.org_y, ray.ray.org_z),
+            direction(ray.ray.dir_x, ray.ray.dir_y, ray.ray.dir_z);
+        const Vector3d a = ToEigen(corner(t, 0)), ab = ToEigen(corner(t, 1)) - a,
+                       ac = ToEigen(corner(t, 2)) - a;
+        const Vector3d across = direction.cross(ac);
+        const double determinant = ab.dot(across);
+        if (determinant == 0.0)
+            return;
+        const double u = (origin - a).dot(across) / determinant;
+        const Vector3d along = (origin - a).cross(ab);
+        const double v = direction.dot(along) / determinant, distance = ac.dot(along) / determinant;
+        if (!(u >= 0.0 && v >= 0.0 && u + v <= 1.0 && distance >= ray.ray.tnear && distance <= ray.ray.tfar))
+            return;
+        ray.ray.tfar = static_cast<float>(distance);
+        ray.hit.u = static_cast<float>(u), ray.hit.v = static_cast<float>(v);
+        ray.hit.geomID = 0;
+        ray.hit.primID = t;
+    }
+
+    static void findHit(const RTCIntersectFunctionNArguments* arguments)
+    {
+        assert(arguments->N == 1);
+        const auto& self = *static_cast<const Impl*>(arguments->geometryUserPtr);
+        auto& ray = *reinterpret_cast<RTCRayHit*>(arguments->rayhit);
+        if (arguments->valid[0] != 0)
+            self.forRun(arguments->primID, [&](std::uint32_t t) { self.intersect(t, ray); });
+    }
 
     void buildScene()
     {
+        runLength = RunLengthFor(keptCount());
         scene = rtcNewScene(EmbreeDevice());
-        rtcSetSceneFlags(scene, RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_COMPACT);
+        rtcSetSceneFlags(scene, RTC_SCENE_FLAG_ROBUST);
         if (!isEmpty()) {
-            RTCGeometry geometry = rtcNewGeometry(EmbreeDevice(), RTC_GEOMETRY_TYPE_TRIANGLE);
-            rtcSetSharedGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
-                                       positions.data(), 0, sizeof(Vec3f), positions.size() - 1);
-            rtcSetSharedGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
-                                       cornersToFind().data(), 0, 3 * sizeof(std::uint32_t),
-                                       cornersToFind().size() / 3);
+            RTCGeometry geometry = rtcNewGeometry(EmbreeDevice(), RTC_GEOMETRY_TYPE_USER);
+            rtcSetGeometryUserPrimitiveCount(
+                geometry, static_cast<unsigned>((keptCount() + runLength - 1) / runLength));
+            rtcSetGeometryUserData(geometry, this);
+            rtcSetGeometryBoundsFunction(geometry, findBounds, nullptr);
+            rtcSetGeometryIntersectFunction(geometry, findHit);
             rtcCommitGeometry(geometry);
             rtcAttachGeometry(scene, geometry);
             rtcReleaseGeometry(geometry);
@@ -164,33 +221,59 @@ struct SurfaceTree::Impl {
     template <class Accept>
     struct Query {
         const Impl* tree;
+        Vec3f at;
         Vector3d point;
         const Accept* accept;
         double best; ///< square of the distance to beat
         SurfacePoint found;
+
+        /// Whether the box around the triangle is too far already.
+        bool isBeyond(std::uint32_t t) const
+        {
+            const Vec3f a = tree->corner(t, 0), b = tree->corner(t, 1), c = tree->corner(t, 2);
+            float square = 0.0f;
+            for (int k = 0; k < 3; ++k) {
+                const float low = std::min({a[k], b[k], c[k]}) - at[k],
+                            high = at[k] - std::max({a[k], b[k], c[k]});
+                const float gap = std::max({low, high, 0.0f});
+                square += gap * gap;
+            }
+            return double(square * surelyBelow) > best;
+        }
+
+        /// @return whether the triangle is the best so far
+        bool consider(std::uint32_t t)
+        {
+            if (isBeyond(t))
+                return false;
+            const Closest closest = ClosestOnTriangle(
+                point, ToEigen(tree->corner(t, 0)), ToEigen(tree->corner(t, 1)), ToEigen(tree->corner(t, 2)));
+            const double distance = (closest.position - point).squaredNorm();
+            // The first of equals wins by index, so that the answer does not hang on the order of the visit.
+            const bool better =
+                distance < best || (distance == best && (!found.isValid() || t < found.triangle));
+            if (!better)
+                return false;
+            const SurfacePoint candidate = ToSurfacePoint(t, closest, std::sqrt(distance));
+            if (!(*accept)(t, candidate))
+                return false;
+            best = distance;
+            found = candidate;
+            return true;
+        }
     };
 
     template <class Accept>
     static bool visit(RTCPointQueryFunctionArguments* arguments)
     {
         auto& query = *static_cast<Query<Accept>*>(arguments->userPtr);
-        const std::uint32_t t = query.tree->triangleOf(arguments->primID);
-        const Closest closest =
-            ClosestOnTriangle(query.point, ToEigen(query.tree->corner(t, 0)),
-                              ToEigen(query.tree->corner(t, 1)), ToEigen(query.tree->corner(t, 2)));
-        const double distance = (closest.position - query.point).squaredNorm();
-        // The first of equals wins by index, so that the answer does not hang on the order of the visit.
-        const bool better = distance < query.best ||
-                            (distance == query.best && (!query.found.isValid() || t < query.found.triangle));
-        if (!better)
+        bool isNearer = false;
+        query.tree->forRun(arguments->primID, [&](std::uint32_t t) { isNearer |= query.consider(t); });
+        if (!isNearer)
             return false;
-        const SurfacePoint candidate = ToSurfacePoint(t, closest, std::sqrt(distance));
-        if (!(*query.accept)(t, candidate))
-            return false;
-        query.best = distance;
-        query.found = candidate;
         // A hair wider than the best, so that rounding in the box tests cannot hide an equal triangle.
-        const float radius = std::nextafter(static_cast<float>(std::sqrt(distance) * (1.0 + 1e-6)), INFINITY);
+        const float radius =
+            std::nextafter(static_cast<float>(std::sqrt(query.best) * (1.0 + 1e-6)), INFINITY);
         if (radius >= arguments->query->radius)
             return false;
         arguments->query->radius = radius;
@@ -202,7 +285,7 @@ struct SurfaceTree::Impl {
     {
         if (!IsFinite(at) || !(maxDistance >= 0.0f) || isEmpty())
             return {};
-        Query<Accept> state{this, ToEigen(at), &accept, double(maxDistance) * double(maxDistance), {}};
+        Query<Accept> state{this, at, ToEigen(at), &accept, double(maxDistance) * double(maxDistance), {}};
         RTCPointQuery query{at.x, at.y, at.z, 0.0f, maxDistance};
         RTCPointQueryContext context;
         rtcInitPointQueryContext(&context);
@@ -215,9 +298,7 @@ SurfaceTree::SurfaceTree(const PolygonMeshView& mesh) : _impl(std::make_unique<I
 {
     assert(mesh.topology->vertexCount == mesh.vertexCount());
     CheckReach(mesh.positions);
-    _impl->positions.reserve(mesh.positions.size() + 1);
     _impl->positions.assign(mesh.positions.begin(), mesh.positions.end());
-    _impl->positions.emplace_back();
     _impl->triangles = Triangulate(*mesh.topology);
     _impl->keepTrianglesWithArea();
     _impl->buildScene();
@@ -265,7 +346,7 @@ SurfacePoint SurfaceTree::firstHit(Vec3f origin, Vec3f direction, float minDista
     if (ray.hit.geomID == RTC_INVALID_GEOMETRY_ID)
         return {};
     const double u = std::clamp(double(ray.hit.u), 0.0, 1.0), v = std::clamp(double(ray.hit.v), 0.0, 1.0 - u);
-    const std::uint32_t t = _impl->triangleOf(ray.hit.primID);
+    const std::uint32_t t = ray.hit.primID;
     const Vector3d a = ToEigen(_impl->corner(t, 0));
     const Vector3d position =
         a + u * (ToEigen(_impl->corner(t, 1)) - a) + v * (ToEigen(_impl->corner(t, 2)) - a);
