@@ -52,6 +52,22 @@ IndexLists ListsWithRoom(const Topology& topology, std::uint32_t perCorner)
     return lists;
 }
 
+/// The other end of each edge at a vertex, once for every face that uses the edge.
+IndexLists EdgeEnds(const Topology& topology)
+{
+    IndexLists lists = ListsWithRoom(topology, 2);
+    std::vector<std::uint32_t> next(lists.offsets.begin(), lists.offsets.end() - 1);
+    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
+        const base::Span<const std::uint32_t> face = topology.face(f);
+        for (std::size_t c = 0; c < face.size(); ++c) {
+            const std::uint32_t a = face[c], b = face[c + 1 == face.size() ? 0 : c + 1];
+            lists.indices[next[a]++] = b;
+            lists.indices[next[b]++] = a;
+        }
+    }
+    return lists;
+}
+
 } // namespace
 
 IndexLists VertexFaces(const Topology& topology)
@@ -66,17 +82,27 @@ IndexLists VertexFaces(const Topology& topology)
 
 IndexLists VertexNeighbours(const Topology& topology)
 {
-    IndexLists lists = ListsWithRoom(topology, 2);
-    std::vector<std::uint32_t> next(lists.offsets.begin(), lists.offsets.end() - 1);
-    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
-        const base::Span<const std::uint32_t> face = topology.face(f);
-        for (std::size_t c = 0; c < face.size(); ++c) {
-            const std::uint32_t a = face[c], b = face[c + 1 == face.size() ? 0 : c + 1];
-            lists.indices[next[a]++] = b;
-            lists.indices[next[b]++] = a;
+    return Compact(EdgeEnds(topology));
+}
+
+std::vector<bool> BoundaryVertices(const Topology& topology)
+{
+    IndexLists ends = EdgeEnds(topology);
+    std::vector<char> isBoundary(ends.size());
+    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, ends.size(), 4096), [&](const auto& range) {
+        base::ThrowIfCancelled();
+        for (std::size_t v = range.begin(); v != range.end(); ++v) {
+            auto end = ends.indices.begin() + ends.offsets[v];
+            const auto last = ends.indices.begin() + ends.offsets[v + 1];
+            std::sort(end, last);
+            while (end != last && !isBoundary[v]) {
+                const auto next = std::upper_bound(end, last, *end);
+                isBoundary[v] = next - end == 1;
+                end = next;
+            }
         }
-    }
-    return Compact(std::move(lists));
+    });
+    return {isBoundary.begin(), isBoundary.end()};
 }
 
 EdgeCounts CountEdges(const Topology& topology)

@@ -10,7 +10,6 @@
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
-#include <tbb/parallel_sort.h>
 
 namespace geometry {
 
@@ -56,30 +55,6 @@ std::vector<float> MeanEdgeLengths(base::Span<const Vec3f> positions, const Inde
         }
     });
     return smoothed;
-}
-
-/// Vertices on an edge that only one face uses.
-std::vector<bool> BoundaryVertices(const Topology& topology)
-{
-    std::vector<std::uint64_t> edges;
-    edges.reserve(topology.cornerCount());
-    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
-        const base::Span<const std::uint32_t> face = topology.face(f);
-        for (std::size_t c = 0; c < face.size(); ++c) {
-            const std::uint32_t a = face[c], b = face[c + 1 == face.size() ? 0 : c + 1];
-            edges.push_back(std::uint64_t{std::min(a, b)} << 32 | std::max(a, b));
-        }
-    }
-    tbb::parallel_sort(edges.begin(), edges.end());
-    std::vector<bool> boundary(topology.vertexCount);
-    for (auto edge = edges.begin(); edge != edges.end();) {
-        const auto next =
-            std::find_if(edge, edges.end(), [&](std::uint64_t other) { return other != *edge; });
-        if (next - edge == 1)
-            boundary[*edge >> 32] = boundary[*edge & UINT32_MAX] = true;
-        edge = next;
-    }
-    return boundary;
 }
 
 class Matcher {

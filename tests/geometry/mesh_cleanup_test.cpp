@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 using namespace geometry;
 
 namespace {
@@ -67,6 +69,29 @@ TEST(CleanUp, drops_vertices_that_no_face_uses)
     const PolygonMesh clean = CleanUp(loose.view(), {false, true});
     EXPECT_EQ(clean.vertexCount(), loose.vertexCount() - 1);
     EXPECT_EQ(Corners(clean, 1), (std::vector<std::uint32_t>{3, 4, 5}));
+}
+
+TEST(BoundaryVertices, stand_on_edges_of_one_face)
+{
+    for (const PolygonMesh& mesh :
+         {shapes::Cube(1), shapes::Grid(4, 1), shapes::OpenCone(7), shapes::Mixed(), shapes::LooseVertex(),
+          shapes::TwoIslands(3, 1, 5),
+          shapes::FromFaces({{0, 0, 0}, {0, 1, 0}, {1, 0, 0}, {0, 0, 1}, {-1, 0, 0}},
+                            {{0, 1, 2}, {0, 1, 3}, {0, 1, 4}})}) {
+        std::map<std::pair<std::uint32_t, std::uint32_t>, int> uses;
+        for (std::size_t f = 0; f < mesh.faceCount(); ++f) {
+            const auto face = mesh.topology->face(f);
+            for (std::size_t c = 0; c < face.size(); ++c) {
+                const std::uint32_t a = face[c], b = face[(c + 1) % face.size()];
+                ++uses[{std::min(a, b), std::max(a, b)}];
+            }
+        }
+        std::vector<bool> expected(mesh.vertexCount());
+        for (const auto& [edge, count] : uses)
+            if (count == 1)
+                expected[edge.first] = expected[edge.second] = true;
+        EXPECT_EQ(BoundaryVertices(*mesh.topology), expected);
+    }
 }
 
 TEST(CountEdges, tells_borders_and_edges_of_too_many_faces)

@@ -27,6 +27,9 @@ IndexLists VertexFaces(const Topology& topology);
 /// The vertices that share a face's edge with each vertex, ascending, each once; one row a vertex.
 IndexLists VertexNeighbours(const Topology& topology);
 
+/// Vertices on an edge that only one face uses.
+std::vector<bool> BoundaryVertices(const Topology& topology);
+
 /// How many edges there are, by the faces that meet at them.
 struct EdgeCounts {
     std::size_t total = 0;
