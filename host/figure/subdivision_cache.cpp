@@ -3,6 +3,8 @@
 
 #include "subdivision_cache.h"
 
+#include "app/work_memory.h"
+
 #include <algorithm>
 
 namespace openhost {
@@ -34,6 +36,7 @@ FindSubdivision(const std::shared_ptr<const geometry::Topology>& cage, int level
     }
     const auto made = std::make_shared<const geometry::Subdivision>(cage, levels, rule, creases);
     entries.push_back({cage, rule, creases, made});
+    KeepDuringWork(made); // one step deletes a figure, and a later one subdivides another one of its kind
     return made;
 }
 

@@ -9,7 +9,8 @@
 
 namespace openhost {
 
-/// The refinement of a topology to at least the given level; one that is in use anywhere is handed out again.
+/// The refinement of a topology to at least the given level; one that is in use anywhere, or
+/// was in the work that is being done, is handed out again.
 /// @throws geometry::TopologyError  see geometry::Subdivision
 std::shared_ptr<const geometry::Subdivision>
 FindSubdivision(const std::shared_ptr<const geometry::Topology>& cage, int levels,

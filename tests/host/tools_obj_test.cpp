@@ -159,6 +159,28 @@ TEST_F(ObjFiles, of_a_work_share_what_they_hold_until_it_is_done)
     EXPECT_NE(topologyRead(), topologyRead());
 }
 
+TEST(WorkMemory, keeps_a_refinement_for_a_later_mesh_of_the_same_topology)
+{
+    TestHost().reset();
+    const geometry::PolygonMesh mesh = Tube(2);
+    const auto refineAndDelete = [&] {
+        DzNode* const prop = AddProp("Tube", mesh);
+        const std::weak_ptr<const geometry::Subdivision> refinement =
+            prop->getObject()->pipeline().subdivision(1);
+        dzScene->removeNode(prop);
+        return refinement;
+    };
+    std::weak_ptr<const geometry::Subdivision> first;
+    {
+        const DzProgress work(QStringLiteral("Work"));
+        first = refineAndDelete();
+        ASSERT_FALSE(first.expired());
+        EXPECT_EQ(refineAndDelete().lock(), first.lock());
+    }
+    EXPECT_TRUE(first.expired());
+    EXPECT_TRUE(refineAndDelete().expired());
+}
+
 TEST_F(ObjFiles, scale_is_centimetres_per_file_unit_and_axes_are_those_of_the_scene)
 {
     geometry::PolygonMesh mesh = Tube(2);
