@@ -171,9 +171,10 @@ SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMesh
     CheckMesh(targetNeutral, "target");
     const SurfaceTree tree(sourceNeutral);
     const MatchTarget target(targetNeutral);
-    std::vector<SurfacePoint> matches = MatchVertices(MatchSource(tree, sourceNeutral), target, options);
-
     auto impl = std::make_unique<SurfaceMap::Impl>();
+    std::vector<SurfacePoint> matches =
+        MatchVertices(MatchSource(tree, sourceNeutral), target, options, impl->statistics);
+
     impl->sourceVertexCount = sourceNeutral.vertexCount();
     impl->sourceFaces.assign(matches.size(), UINT32_MAX);
     for (std::size_t v = 0; v < matches.size(); ++v)

@@ -7,6 +7,7 @@
 #include "geometry/normals.h"
 #include "geometry/quad_split.h"
 #include "offset_field.h"
+#include "slide_field.h"
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
@@ -15,12 +16,14 @@ namespace geometry {
 
 namespace {
 
-/// Rounds of matching and smoothing. Two find most of what there is to find, the third settles it.
-constexpr int rounds = 3;
-/// From this many vertices on the smoothing, which reaches over two edges, is done on a coarser level of the
-/// mesh: on the mesh itself it would reach hardly further than the vertex. One round has to do where there is
-/// none.
+/// From this many vertices on the fields, which reach over some edges, are found on a coarser level of the
+/// mesh: on the mesh itself they would hardly reach further than the vertex, and features are a hundred edges
+/// wide. One round of smoothing has to do where there is no such level.
 constexpr std::size_t denseVertexCount = 150000;
+/// Rounds of a registration that was asked for: features that are far off come near by and by.
+constexpr int registrationRounds = 6;
+/// A registration has features that are off by more than vertices, and nothing to hold them back.
+constexpr SlideRestraint registration{0.003f, 1e-6f, 4.0f, 1.0f, 8};
 /// Closer than this share of the whole mesh's size is never far, however fine the mesh.
 constexpr float nearShareOfSize = 0.005f;
 /// A place known before bounds the search; the surface's own is never beyond it but for rounding, relative
@@ -59,9 +62,11 @@ std::vector<float> MeanEdgeLengths(base::Span<const Vec3f> positions, const Inde
 
 class Matcher {
 public:
-    Matcher(const MatchSource& source, const MatchTarget& target, const MatchOptions& options)
-        : _tree(source.tree), _source(source), _target(target),
-          _minCosine(std::cos(options.maxAngleDegrees * 3.14159265f / 180.0f)), _reach(target.edgeLengths)
+    Matcher(const MatchSource& source, const MatchTarget& target, const MatchOptions& options,
+            MatchStatistics& statistics)
+        : _tree(source.tree), _source(source), _target(target), _registers(options.registersFeatures),
+          _minCosine(std::cos(options.maxAngleDegrees * 3.14159265f / 180.0f)), _reach(target.edgeLengths),
+          _statistics(statistics)
     {
         const float nearby = nearShareOfSize * Length(BoundingBox(target.mesh.positions).size());
         for (float& reach : _reach)
@@ -72,12 +77,9 @@ public:
     std::vector<Vec3f> findOffsets()
     {
         const std::size_t count = _target.mesh.vertexCount();
-        std::vector<Vec3f> offsets(count);
-        for (int round = 0; round < (count < denseVertexCount ? rounds : 1); ++round) {
-            findAll(offsets);
-            offsets = SmoothOffsets(_target.neighbours, goals(), std::move(offsets));
-        }
-        return offsets;
+        findAll(std::vector<Vec3f>(count));
+        std::vector<Vec3f> offsets = SmoothOffsets(_target.neighbours, goals(), std::vector<Vec3f>(count));
+        return count < denseVertexCount || _registers ? followSlide(std::move(offsets)) : offsets;
     }
 
     std::vector<SurfacePoint> matchAt(const std::vector<Vec3f>& offsets)
@@ -88,6 +90,23 @@ public:
     }
 
 private:
+    std::vector<Vec3f> followSlide(std::vector<Vec3f> offsets)
+    {
+        const SlideRestraint restraint = _registers ? registration : SlideRestraint{};
+        SlideField field(_target.neighbours, _target.edgeLengths);
+        for (int round = 0; round < (_registers ? registrationRounds : 1); ++round) {
+            findAll(offsets);
+            offsets = field.improve(goals(), restraint);
+        }
+        double sum = 0.0;
+        for (const Vec3f slide : field.slides(restraint)) {
+            sum += Length(slide);
+            _statistics.longestSlide = std::max(_statistics.longestSlide, Length(slide));
+        }
+        _statistics.meanSlide = static_cast<float>(sum / static_cast<double>(offsets.size()));
+        return offsets;
+    }
+
     Vec3f sourceNormal(const SurfacePoint& point) const
     {
         const std::uint32_t* corner = _tree.triangles().corners.data() + 3 * std::size_t{point.triangle};
@@ -189,9 +208,11 @@ private:
     const SurfaceTree& _tree;
     const MatchSource& _source;
     const MatchTarget& _target;
+    bool _registers;
     float _minCosine;
     std::vector<float> _reach; ///< cm, how far a match may be, by target vertex
     std::vector<SurfacePoint> _matches;
+    MatchStatistics& _statistics;
 };
 
 /// Each value and the mean of its neighbours' in equal parts, which takes the folds out of what was spread.
@@ -214,7 +235,8 @@ std::vector<Vec3f> Averaged(const IndexLists& neighbours, const std::vector<Vec3
 /// The offsets of a dense mesh through those of the first of its coarser levels that is not dense; nothing
 /// where there is no such level.
 std::vector<Vec3f> OffsetsFromCoarse(const MatchSource& source, const PolygonMeshView& target,
-                                     const IndexLists& neighbours, const MatchOptions& options)
+                                     const IndexLists& neighbours, const MatchOptions& options,
+                                     MatchStatistics& statistics)
 {
     const std::optional<QuadSplit> split = QuadSplit::Find(*target.topology);
     if (!split)
@@ -224,9 +246,9 @@ std::vector<Vec3f> OffsetsFromCoarse(const MatchSource& source, const PolygonMes
     std::vector<Vec3f> offsets;
     if (positions.size() < denseVertexCount) {
         const MatchTarget matched(coarse);
-        offsets = Matcher(source, matched, options).findOffsets();
+        offsets = Matcher(source, matched, options, statistics).findOffsets();
     } else {
-        offsets = OffsetsFromCoarse(source, coarse, VertexNeighbours(split->coarse()), options);
+        offsets = OffsetsFromCoarse(source, coarse, VertexNeighbours(split->coarse()), options, statistics);
     }
     return offsets.empty() ? offsets : Averaged(neighbours, split->spread(offsets));
 }
@@ -245,12 +267,12 @@ MatchTarget::MatchTarget(const PolygonMeshView& target)
 }
 
 std::vector<SurfacePoint> MatchVertices(const MatchSource& source, const MatchTarget& target,
-                                        const MatchOptions& options)
+                                        const MatchOptions& options, MatchStatistics& statistics)
 {
     std::vector<Vec3f> offsets;
     if (target.mesh.vertexCount() >= denseVertexCount)
-        offsets = OffsetsFromCoarse(source, target.mesh, target.neighbours, options);
-    Matcher matcher(source, target, options);
+        offsets = OffsetsFromCoarse(source, target.mesh, target.neighbours, options, statistics);
+    Matcher matcher(source, target, options, statistics);
     if (offsets.empty())
         offsets = matcher.findOffsets();
     return matcher.matchAt(offsets);

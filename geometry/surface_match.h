@@ -35,7 +35,8 @@ struct MatchSource {
 ///
 /// A dense target that uniform subdivision has made is matched on the way from coarse to fine: the offsets
 /// that carry one of its coarser levels onto the source carry the fine vertices close to their places.
+/// @param statistics  its slides are set
 std::vector<SurfacePoint> MatchVertices(const MatchSource& source, const MatchTarget& target,
-                                        const MatchOptions& options);
+                                        const MatchOptions& options, MatchStatistics& statistics);
 
 } // namespace geometry

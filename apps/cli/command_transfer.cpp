@@ -34,7 +34,7 @@ constexpr float movedTolerance = 1e-4f;
 
 struct TransferArguments {
     std::string sourceNeutral, sourceMorphed, targetNeutral, out;
-    bool anyway = false, json = false;
+    bool anyway = false, registers = false, json = false;
 };
 
 struct TransferInput {
@@ -91,6 +91,8 @@ Json Report(const TransferArguments& arguments, const TransferInput& input,
     report["target_vertices"] = input.target.mesh.vertexCount();
     report["matched_vertices"] = statistics.matched;
     report["filled_vertices"] = statistics.filled;
+    report["slide_mm"] = {{"mean", Rounded(statistics.meanSlide * millimetresPerCentimetre, 4)},
+                          {"max", Rounded(statistics.longestSlide * millimetresPerCentimetre, 4)}};
     report["moved_vertices"] = moved.size();
     report["largest_displacement_mm"] = Rounded(geometry::LargestLength(moved) * millimetresPerCentimetre, 4);
     Json seconds = Json::object();
@@ -122,7 +124,9 @@ geometry::SurfaceMap MatchWith(const geometry::PolygonMesh& target, const Transf
                                const TransferInput& input)
 {
     try {
-        return geometry::MatchSurfaces(input.source.mesh.view(), target.view());
+        geometry::MatchOptions options;
+        options.registersFeatures = arguments.registers;
+        return geometry::MatchSurfaces(input.source.mesh.view(), target.view(), options);
     } catch (const geometry::TopologyError& error) {
         throw geometry::TopologyError("{}: {}", arguments.sourceNeutral, error.what());
     }
@@ -194,6 +198,7 @@ void AddTransferCommand(CLI::App& program, CommandContext& context)
     addFile("--out", arguments->out, "The target's morphed shape, to be written");
     command->add_flag("--anyway", arguments->anyway,
                       "Go on also when hardly any of the target lies on the source");
+    AddRegisterOption(*command, arguments->registers);
     AddJsonOption(*command, arguments->json);
     command->callback([arguments, &context] { context.work = [arguments] { Transfer(*arguments); }; });
 }

@@ -33,6 +33,14 @@ CLI::Option* AddResolutionOption(CLI::App& command, std::string& resolution)
         ->capture_default_str();
 }
 
+CLI::Option* AddRegisterOption(CLI::App& command, bool& registers)
+{
+    return command.add_flag(
+        "--register", registers,
+        "Register the target's neutral shape to the source's first, for one whose features "
+        "lie beside the source's; takes longer");
+}
+
 CLI::Option* AddDialOption(CLI::App& command, std::vector<std::string>& dials)
 {
     const auto check = [](const std::string& text) {

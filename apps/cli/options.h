@@ -21,6 +21,8 @@ CLI::Option* AddJsonOption(CLI::App& command, bool& json);
 CLI::Option* AddContentOption(CLI::App& command, std::vector<std::string>& directories);
 /// `--resolution`: "base" or "subd".
 CLI::Option* AddResolutionOption(CLI::App& command, std::string& resolution);
+/// `--register`: the match is to be one of features, not only of surfaces.
+CLI::Option* AddRegisterOption(CLI::App& command, bool& registers);
 /// `--dial NAME=VALUE`, once for each dial; wrong syntax is wrong use.
 CLI::Option* AddDialOption(CLI::App& command, std::vector<std::string>& dials);
 

@@ -21,6 +21,7 @@
 #include "geometry/misfit.h"
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
+#include "openhost/registered_transfers.h"
 #include "transfer_parts.h"
 
 #include <QSet>
@@ -29,6 +30,15 @@
 #include <vector>
 
 namespace {
+
+int registeringNow = 0;
+
+geometry::MatchOptions MatchingNow()
+{
+    geometry::MatchOptions options;
+    options.registersFeatures = registeringNow > 0;
+    return options;
+}
 
 bool HasMesh(const DzNode* node)
 {
@@ -140,6 +150,20 @@ void WarnOfMisfit(const geometry::SurfaceMap& map, const std::vector<geometry::V
 
 } // namespace
 
+namespace openhost {
+
+RegisteredTransfers::RegisteredTransfers()
+{
+    ++registeringNow;
+}
+
+RegisteredTransfers::~RegisteredTransfers()
+{
+    --registeringNow;
+}
+
+} // namespace openhost
+
 DzTransferUtility::DzTransferUtility() = default;
 DzTransferUtility::~DzTransferUtility() = default;
 
@@ -203,9 +227,9 @@ bool DzTransferUtility::doTransfer()
         openhost::RequireInvertiblePlace(*target);
         const std::vector<geometry::Vec3f> from = openhost::BasePositionsInWorld(*source);
         const std::vector<geometry::Vec3f> to = openhost::BasePositionsInWorld(*target);
-        const geometry::SurfaceMap map =
-            geometry::MatchSurfaces({source->getObject()->pipeline().base().topology.get(), from},
-                                    {target->getObject()->pipeline().base().topology.get(), to});
+        const geometry::SurfaceMap map = geometry::MatchSurfaces(
+            {source->getObject()->pipeline().base().topology.get(), from},
+            {target->getObject()->pipeline().base().topology.get(), to}, MatchingNow());
         WarnOfMisfit(map, from, to, *source, *target);
         DzFigure& figure = *figureToFill();
         _output = &figure;

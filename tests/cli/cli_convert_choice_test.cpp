@@ -154,3 +154,14 @@ TEST_F(ConvertChoice, refuses_a_base_outside_of_its_dial)
     expectFailure(convert({"--base", "height=-1.5"}), 2,
                   "--base height=-1.5 is outside of -1 to 1, the range of \"body_bs_ProportionHeight\".");
 }
+
+TEST_F(ConvertChoice, registers_the_features_of_both_figures_when_asked_to)
+{
+    const auto convert = [this](const std::string& file, std::vector<std::string> more) {
+        more.insert(more.end(), {"--jobs", "full", "--export-obj", workspace.path(file)});
+        return report(more).at("surface_distance_mm").at("mean").get<double>();
+    };
+    const double plain = convert("plain.obj", {}), registered = convert("registered.obj", {"--register"});
+    EXPECT_NE(workspace.read("plain.obj"), workspace.read("registered.obj"));
+    EXPECT_LT(registered, 2.0 * plain);
+}

@@ -5,6 +5,7 @@
 #include "cli_workspace.h"
 #include "geometry/obj.h"
 
+#include <cmath>
 #include <functional>
 #include <map>
 #include <sstream>
@@ -62,7 +63,40 @@ std::string WithLines(const std::string& text, char beginning,
     return changed;
 }
 
+/// Hills over a square, their tops shifted along the ground while the numbers of the vertices stay.
+std::string HillsText(int cells, double shift, double lift)
+{
+    std::ostringstream text;
+    const double step = 30.0 / cells;
+    for (int row = 0; row <= cells; ++row)
+        for (int column = 0; column <= cells; ++column) {
+            const double x = column * step, z = row * step;
+            text << "v " << x + shift << ' ' << lift + 1.5 * std::sin(x) * std::sin(z) << ' ' << z << '\n';
+        }
+    for (int row = 0; row < cells; ++row)
+        for (int column = 0; column < cells; ++column) {
+            const int first = row * (cells + 1) + column + 1;
+            text << "f " << first << ' ' << first + cells + 1 << ' ' << first + cells + 2 << ' ' << first + 1
+                 << '\n';
+        }
+    return text.str();
+}
+
 } // namespace
+
+TEST_F(TransferCommand, registers_features_that_lie_beside_when_asked_to)
+{
+    neutral = workspace.write("neutral.obj", HillsText(80, 0.0, 0.0));
+    morphed = workspace.write("morphed.obj", HillsText(80, 0.0, 2.0));
+    target = workspace.write("target.obj", HillsText(60, 0.6, 0.1));
+    const auto meanSlide = [this](const std::vector<std::string>& more) {
+        const ProgramResult result = run(workspace.path("out.obj"), more);
+        ExpectSuccess(result);
+        return json::parse(result.out).at("slide_mm").at("mean").get<double>();
+    };
+    EXPECT_NEAR(meanSlide({"--json", "--register"}), 6.0, 2.0);
+    EXPECT_LT(meanSlide({"--json"}), 4.0);
+}
 
 TEST_F(TransferCommand, moves_the_target_as_the_source_moves)
 {
@@ -82,6 +116,7 @@ TEST_F(TransferCommand, prints_one_json_object)
     EXPECT_EQ(report.at("target_vertices"), 6 * 6 * 6 + 2);
     EXPECT_EQ(report.at("matched_vertices").get<int>() + report.at("filled_vertices").get<int>(),
               6 * 6 * 6 + 2);
+    EXPECT_GE(report.at("slide_mm").at("max").get<double>(), report.at("slide_mm").at("mean").get<double>());
     EXPECT_EQ(report.at("moved_vertices"), 6 * 6 * 6 + 2);
     EXPECT_NEAR(report.at("largest_displacement_mm").get<double>(), 20.0, 1e-2);
     for (const char* stage : {"read", "match", "transfer", "write", "total"})

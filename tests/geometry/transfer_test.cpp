@@ -31,7 +31,71 @@ std::vector<Vec3f> WaveOn(const PolygonMesh& mesh)
     return values;
 }
 
+/// Rows of hills, as wide as noses and fingers are.
+float HillsAt(float x, float y)
+{
+    return 1.5f * std::sin(x) * std::sin(y);
+}
+
+/// The hills with their features shifted along the ground, and the whole lifted a little.
+PolygonMesh Hills(int cells, float shift, float lift)
+{
+    PolygonMesh mesh = shapes::Grid(cells, 30.0f);
+    for (Vec3f& p : mesh.positions)
+        p = {p.x + shift * std::sin(p.y * 0.2f + 1.0f), p.y + shift * std::cos(p.x * 0.2f),
+             HillsAt(p.x, p.y) + lift};
+    return mesh;
+}
+
+/// How far from their own places, on average, the vertices of shifted hills are matched; cm.
+double MeanMismatch(float shift, const MatchOptions& options, MatchStatistics& statistics)
+{
+    const PolygonMesh source = Hills(110, 0.0f, 0.0f), target = Hills(90, shift, 0.05f);
+    const std::vector<Vec3f> own = shapes::Grid(90, 30.0f).positions;
+    std::vector<Vec3f> places = shapes::Grid(110, 30.0f).positions;
+    const SurfaceMap map = MatchSurfaces(source.view(), target.view(), options);
+    statistics = map.statistics();
+    const std::vector<Vec3f> found = map.transfer(places);
+    double sum = 0.0;
+    for (std::size_t v = 0; v < found.size(); ++v)
+        sum += Length(found[v] - own[v]) / double(found.size());
+    return sum;
+}
+
 } // namespace
+
+TEST(TransferMorph, finds_the_places_of_features_that_lie_a_little_beside)
+{
+    MatchStatistics statistics;
+    const double shift = 0.2, mean = shift * 0.96; // of the length of (sin, cos) with these phases
+    EXPECT_LT(MeanMismatch(0.2f, {}, statistics), mean / 2);
+    EXPECT_GT(statistics.meanSlide, 0.2 * mean);
+    EXPECT_LE(statistics.longestSlide, 0.5); // an edge
+}
+
+TEST(TransferMorph, registers_features_that_lie_further_beside)
+{
+    MatchStatistics statistics;
+    MatchOptions options;
+    options.registersFeatures = true;
+    const double mean = 0.6 * 0.96, registered = MeanMismatch(0.6f, options, statistics);
+    EXPECT_LT(registered, mean / 5);
+    EXPECT_NEAR(statistics.meanSlide, mean, mean / 3);
+    EXPECT_LT(registered, MeanMismatch(0.6f, {}, statistics) / 2);
+}
+
+TEST(TransferMorph, invents_no_slide_where_no_feature_tells_of_one)
+{
+    const PolygonMesh source = shapes::Grid(40, 30.0f);
+    const PolygonMesh target = shapes::Moved(shapes::Grid(37, 29.0f), {0.5f, 0.5f, 0.1f});
+    MatchOptions options;
+    options.registersFeatures = true;
+    const SurfaceMap map = MatchSurfaces(source.view(), target.view(), options);
+    EXPECT_LT(map.statistics().longestSlide, 1e-4f);
+    const std::vector<Vec3f> found = map.transfer(source.positions);
+    for (std::size_t v = 0; v < found.size(); ++v)
+        EXPECT_LT(Length(found[v] - (target.positions[v] - Vec3f{0, 0, 0.1f})), 1e-3f);
+}
 
 TEST(TransferMorph, is_the_identity_onto_the_same_mesh)
 {
@@ -218,9 +282,9 @@ TEST(TransferMorph, refuses_values_of_another_mesh)
                      "source mesh has 8 vertices but 3 values are given");
 }
 
-// The bounds are what the best plain method reaches on these meshes: closest point, normal test, the quads
-// cut along the same diagonal as the truth's.
-TEST(TransferAccuracy, is_at_least_that_of_the_best_plain_method)
+// Closest point, normal test and the quads cut along the truth's diagonal reach 0.227 and 0.751 mm with at
+// most 8.6 mm here; features that are followed as well have to reach 0.20 and 0.70.
+TEST(TransferAccuracy, is_better_than_that_of_the_best_plain_method)
 {
     const auto folder = humans::Folder();
     if (!folder)
@@ -244,11 +308,11 @@ TEST(TransferAccuracy, is_at_least_that_of_the_best_plain_method)
     std::printf("%-22s mean %.3f  p95 %.3f  max %.2f mm\n", "all vertices", all.mean * 10, all.p95 * 10,
                 all.max * 10);
     std::printf("%-22s mean %.3f  p95 %.3f mm\n", "mean of the morphs", mean * 10, p95 * 10);
-    EXPECT_LE(all.mean, 0.0227);
-    EXPECT_LE(all.p95, 0.0751);
+    EXPECT_LE(all.mean, 0.0200);
+    EXPECT_LE(all.p95, 0.0700);
     EXPECT_LE(all.max, 0.86);
-    EXPECT_LE(mean, 0.0227);
-    EXPECT_LE(p95, 0.0751);
+    EXPECT_LE(mean, 0.0200);
+    EXPECT_LE(p95, 0.0700);
 }
 
 TEST(TransferMorph, fills_a_piece_of_the_surface_that_bulges_out_of_reach)

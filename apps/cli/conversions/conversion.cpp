@@ -24,6 +24,7 @@
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
 #include "openhost/missing_shapes.h"
+#include "openhost/registered_transfers.h"
 #include "openhost/shapes.h"
 #include "progress.h"
 #include "report.h"
@@ -296,6 +297,9 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
         AddFilesOf(source, report.filesUsed);
         AddFilesOf(target, report.filesUsed);
     }
+    std::optional<openhost::RegisteredTransfers> registered;
+    if (request.registers)
+        registered.emplace();
     const GntOutcome outcome = Run(source, target, request.morphs, session.diagnostics(), progress);
     DescribeOutcome(outcome, report);
 

@@ -27,6 +27,7 @@ struct ConversionRequest {
     std::vector<NameValue> dials; ///< of the source
     GntRequest morphs;            ///< its temporary files go with the conversion
     bool adjustsRig = false;      ///< the target's joints follow the new morphs
+    bool registers = false;       ///< the target's neutral shape has features elsewhere than the source's
     std::optional<GntSaveOptions> save;
     std::filesystem::path exportObj; ///< empty for none
     std::filesystem::path pictures;  ///< folder; empty for none

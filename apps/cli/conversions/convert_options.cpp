@@ -65,6 +65,7 @@ void AddMorphOptions(CLI::App& command, ConvertArguments& arguments)
         "--adjust-rig", arguments.adjustRig,
         "Let the target's joints follow the new shape, so that it bends in the right places; the "
         "morphs move them");
+    AddRegisterOption(command, arguments.registers);
 }
 
 void AddSaveOptions(CLI::App& command, ConvertArguments& arguments, OptionUse use)
@@ -181,6 +182,7 @@ ConversionRequest MakeRequest(const ConvertArguments& arguments)
     request.dials = ParseDials(arguments.dials);
     request.morphs = MakeMorphRequest(arguments);
     request.adjustsRig = arguments.adjustRig;
+    request.registers = arguments.registers;
     if (!arguments.contentDirectory.empty())
         request.save = MakeSaveOptions(arguments);
     request.exportObj = arguments.exportObj;

@@ -26,7 +26,7 @@ struct ConvertArguments : SaveArguments {
     std::string resolution = "base", exportObj, pictures, page;
     std::optional<std::string> name;
     std::optional<int> subdLevel;
-    bool adjustRig = false, acceptMissing = false, keepTemporary = false;
+    bool adjustRig = false, registers = false, acceptMissing = false, keepTemporary = false;
 };
 
 enum class OptionUse {

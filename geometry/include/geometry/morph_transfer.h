@@ -13,12 +13,17 @@ namespace geometry {
 struct MatchOptions {
     float maxDistanceInEdges = 3.0f; ///< in mean edge lengths near the vertex, not in cm
     float maxAngleDegrees = 75.0f;   ///< between the two normals
+    /// The target's features may lie beside the source's, not only its vertices: registers them first, by up
+    /// to four mean edge lengths. Takes a few times as long.
+    bool registersFeatures = false;
 };
 
 /// What a match found, for reports.
 struct MatchStatistics {
     std::size_t matched = 0; ///< target vertices with a place of their own on the source
     std::size_t filled = 0;  ///< target vertices that take their values from their neighbours
+    /// How far vertices had slid along the source's surface; cm. 0 where a mesh is too dense to tell.
+    float meanSlide = 0.0f, longestSlide = 0.0f;
 };
 
 /// Where each target vertex lies on the source's surface, and how the rest is filled in. Linear in the values
@@ -50,7 +55,8 @@ private:
 };
 
 /// Finds where each target vertex lies on the source's neutral surface: closest point with compatible
-/// normals, seen from where a smooth field of offsets, fitted to all matches at once, carries the vertex;
+/// normals, seen from where a smooth field of offsets, fitted to all matches at once, carries the vertex, and
+/// then from where the features of both surfaces meet;
 /// far, turned-away or inconsistent matches are dropped and filled by a bi-Laplacian extension over the
 /// target's surface, across disconnected pieces from what is near. For the filling see Abdrashitov et al.,
 /// "Robust skin weights transfer via weight inpainting", 2023.

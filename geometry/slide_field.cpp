@@ -1,0 +1,349 @@
+// Control points over a surface, and conjugate gradients for their slides.
+// SPDX-License-Identifier: MIT
+
+#include "slide_field.h"
+
+#include "base/cancellation.h"
+#include "geometry/transform.h"
+
+#include <Eigen/LU>
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_for.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace geometry {
+
+namespace {
+
+/// Edges from a control point within which no other one is placed. It reaches twice as far.
+constexpr int spacing = 6;
+/// How often the high pass is applied; more than once, so that slow changes of the distance count for
+/// nothing.
+constexpr int highPasses = 3;
+constexpr int maxSteps = 40;
+constexpr double tolerance = 1e-3; ///< of the squared residual; the next matches move by more
+
+template <class Body>
+void ForVertices(std::size_t count, const Body& body)
+{
+    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, 1024), [&](const auto& range) {
+        base::ThrowIfCancelled();
+        for (std::size_t v = range.begin(); v != range.end(); ++v)
+            body(v);
+    });
+}
+
+/// In order, so that the result is the same on every run; control points are few.
+double DotProduct(const std::vector<Vec3f>& a, const std::vector<Vec3f>& b)
+{
+    double sum = 0.0;
+    for (std::size_t k = 0; k < a.size(); ++k)
+        sum += Dot(a[k], b[k]);
+    return sum;
+}
+
+/// Averages over edges between vertices whose goals are known. Symmetric, with eigenvalues from 0 to 1, so
+/// that what it takes away is never negative.
+class HighPass {
+public:
+    HighPass(const IndexLists& neighbours, base::Span<const OffsetGoal> goals, int smoothing)
+        : _neighbours(neighbours), _smoothing(smoothing), _offsets(goals.size() + 1), _low(goals.size()),
+          _next(goals.size())
+    {
+        for (std::size_t v = 0; v < goals.size(); ++v)
+            _offsets[v + 1] = _offsets[v] + static_cast<std::uint32_t>(neighbours[v].size());
+        _weights.resize(_offsets.back());
+        ForVertices(goals.size(), [&](std::size_t v) {
+            std::uint32_t entry = _offsets[v];
+            for (const std::uint32_t w : neighbours[v])
+                _weights[entry++] = 0.5f * std::sqrt(goals[v].weight * goals[w].weight) /
+                                    static_cast<float>(std::max(neighbours[v].size(), neighbours[w].size()));
+        });
+    }
+
+    void apply(std::vector<float>& values)
+    {
+        for (int pass = 0; pass < highPasses; ++pass) {
+            _low = values;
+            for (int step = 0; step < _smoothing; ++step) {
+                ForVertices(_low.size(), [&](std::size_t v) { _next[v] = averaged(v); });
+                _low.swap(_next);
+            }
+            for (std::size_t v = 0; v < values.size(); ++v)
+                values[v] -= _low[v];
+        }
+    }
+
+private:
+    float averaged(std::size_t v) const
+    {
+        float sum = _low[v];
+        std::uint32_t entry = _offsets[v];
+        for (const std::uint32_t w : _neighbours[v])
+            sum += (_low[w] - _low[v]) * _weights[entry++];
+        return sum;
+    }
+
+    const IndexLists& _neighbours;
+    int _smoothing;
+    std::vector<std::uint32_t> _offsets;
+    std::vector<float> _weights, _low, _next;
+};
+
+/// Distances along the goals' normals that are left after the slides; 0 where no goal is known.
+template <class SlideAt>
+std::vector<float> Remaining(base::Span<const OffsetGoal> goals, const SlideAt& slideAt)
+{
+    std::vector<float> distances(goals.size());
+    ForVertices(goals.size(), [&](std::size_t v) {
+        if (goals[v].weight > 0.0f)
+            distances[v] = Dot(goals[v].normal, goals[v].offset - slideAt(v));
+    });
+    return distances;
+}
+
+/// Single mistakes of the matching stand out as distances that nothing around them has; they count less (the
+/// weights of Cauchy's distribution).
+std::vector<OffsetGoal> Reweighted(const IndexLists& neighbours, base::Span<const OffsetGoal> goals,
+                                   base::Span<const float> edgeLengths, const SlideRestraint& restraint)
+{
+    std::vector<float> distances = Remaining(goals, [](std::size_t) { return Vec3f{}; });
+    HighPass(neighbours, goals, restraint.smoothing).apply(distances);
+    std::vector<OffsetGoal> result(goals.begin(), goals.end());
+    for (std::size_t v = 0; v < result.size(); ++v) {
+        const float share = distances[v] / std::max(restraint.outlier * edgeLengths[v], 1e-12f);
+        result[v].weight /= 1.0f + share * share;
+    }
+    return result;
+}
+
+} // namespace
+
+/// The normal equations of the control points' slides.
+class SlideField::System {
+public:
+    System(const SlideField& field, base::Span<const OffsetGoal> goals, const SlideRestraint& restraint)
+        : _field(field), _goals(goals), _restraint(restraint),
+          _highPass(field._neighbours, goals, restraint.smoothing), _inverses(field._slides.size())
+    {
+        ForVertices(_inverses.size(), [&](std::size_t k) { _inverses[k] = ownBlock(k).inverse(); });
+    }
+
+    /// What the slides leave of the distances pulls at each control point.
+    std::vector<Vec3f> pulls()
+    {
+        std::vector<float> distances = Remaining(_goals, [this](std::size_t v) { return _field.slideAt(v); });
+        std::vector<Vec3f> result = gathered(distances), held(result.size());
+        hold(_field._slides, held);
+        for (std::size_t k = 0; k < result.size(); ++k)
+            result[k] -= held[k];
+        return result;
+    }
+
+    std::vector<Vec3f> apply(const std::vector<Vec3f>& slides)
+    {
+        std::vector<float> along(_goals.size());
+        ForVertices(along.size(), [&](std::size_t v) {
+            if (_goals[v].weight > 0.0f)
+                along[v] = Dot(_goals[v].normal, Blend(_field._controls[v], slides));
+        });
+        std::vector<Vec3f> result = gathered(along);
+        hold(slides, result);
+        return result;
+    }
+
+    Vec3f precondition(std::size_t k, Vec3f residual) const
+    {
+        return FromEigen(Eigen::Vector3d(_inverses[k] * ToEigen(residual)));
+    }
+
+    /// The slow part of the distances that the slides leave.
+    std::vector<float> slowDistances()
+    {
+        std::vector<float> slow = Remaining(_goals, [this](std::size_t v) { return _field.slideAt(v); });
+        std::vector<float> quick = slow;
+        _highPass.apply(quick);
+        for (std::size_t v = 0; v < slow.size(); ++v)
+            slow[v] -= quick[v];
+        return slow;
+    }
+
+    static Vec3f Blend(base::Span<const Share> shares, const std::vector<Vec3f>& slides)
+    {
+        Vec3f sum;
+        for (const Share& share : shares)
+            sum += slides[share.index] * share.weight;
+        return sum;
+    }
+
+private:
+    /// The high pass takes about half of a vertex's own distance.
+    static constexpr double ownShare = 0.5;
+
+    Eigen::Matrix3d ownBlock(std::size_t k) const
+    {
+        Eigen::Matrix3d block =
+            Eigen::Matrix3d::Identity() * (double{_restraint.tension} * double(_field._adjacent[k].size()) +
+                                           double{_restraint.rest} * double(_field._vertices[k].size()));
+        for (const Share& share : _field._vertices[k]) {
+            const OffsetGoal& goal = _goals[share.index];
+            const Eigen::Vector3d normal = ToEigen(goal.normal);
+            block += normal * normal.transpose() * (ownShare * goal.weight * share.weight * share.weight);
+        }
+        return block;
+    }
+
+    std::vector<Vec3f> gathered(std::vector<float>& distances)
+    {
+        _highPass.apply(distances);
+        std::vector<Vec3f> result(_inverses.size());
+        ForVertices(result.size(), [&](std::size_t k) {
+            for (const Share& share : _field._vertices[k])
+                result[k] += _goals[share.index].normal * (distances[share.index] * share.weight);
+        });
+        return result;
+    }
+
+    void hold(const std::vector<Vec3f>& slides, std::vector<Vec3f>& result) const
+    {
+        ForVertices(slides.size(), [&](std::size_t k) {
+            Vec3f apart;
+            for (const std::uint32_t other : _field._adjacent[k])
+                apart += slides[k] - slides[other];
+            result[k] += apart * _restraint.tension +
+                         slides[k] * (_restraint.rest * static_cast<float>(_field._vertices[k].size()));
+        });
+    }
+
+    const SlideField& _field;
+    base::Span<const OffsetGoal> _goals;
+    const SlideRestraint& _restraint;
+    HighPass _highPass;
+    std::vector<Eigen::Matrix3d> _inverses;
+};
+
+SlideField::SlideField(const IndexLists& neighbours, base::Span<const float> edgeLengths)
+    : _neighbours(neighbours), _edgeLengths(edgeLengths)
+{
+    placeControls();
+}
+
+/// Control points in the order of the vertices, each where no other one is near; their influence fades out
+/// over edges.
+void SlideField::placeControls()
+{
+    constexpr int reach = 2 * spacing;
+    constexpr std::uint32_t none = UINT32_MAX;
+    const std::size_t count = _edgeLengths.size();
+    std::vector<int> nearest(count, reach + 1), distance(count);
+    std::vector<std::uint32_t> visitor(count, none), queue, places;
+    std::vector<std::vector<Share>> byVertex(count);
+    for (std::uint32_t start = 0; start < count; ++start) {
+        if (nearest[start] <= spacing)
+            continue;
+        base::ThrowIfCancelled();
+        const auto control = static_cast<std::uint32_t>(places.size());
+        places.push_back(start);
+        queue.assign(1, start);
+        visitor[start] = control;
+        distance[start] = 0;
+        for (std::size_t i = 0; i < queue.size(); ++i) {
+            const std::uint32_t v = queue[i];
+            nearest[v] = std::min(nearest[v], distance[v]);
+            const float nearness = 1.0f - static_cast<float>(distance[v]) / (reach + 1);
+            byVertex[v].push_back({control, nearness * nearness * nearness});
+            if (distance[v] == reach)
+                continue;
+            for (const std::uint32_t w : _neighbours[v])
+                if (visitor[w] != control) {
+                    visitor[w] = control;
+                    distance[w] = distance[v] + 1;
+                    queue.push_back(w);
+                }
+        }
+    }
+
+    std::vector<std::vector<Share>> byControl(places.size());
+    for (std::uint32_t v = 0; v < count; ++v) {
+        float sum = 0.0f;
+        for (const Share& share : byVertex[v])
+            sum += share.weight;
+        for (Share& share : byVertex[v]) {
+            share.weight /= sum;
+            byControl[share.index].push_back({v, share.weight});
+        }
+    }
+    _adjacent.resize(places.size());
+    for (std::uint32_t k = 0; k < places.size(); ++k)
+        for (const Share& share : byVertex[places[k]])
+            if (share.index != k) {
+                _adjacent[k].push_back(share.index);
+                _adjacent[share.index].push_back(k);
+            }
+    for (std::vector<std::uint32_t>& others : _adjacent) {
+        std::sort(others.begin(), others.end());
+        others.erase(std::unique(others.begin(), others.end()), others.end());
+    }
+    const auto pack = [](const std::vector<std::vector<Share>>& lists, ShareLists& packed) {
+        for (const std::vector<Share>& list : lists) {
+            packed.shares.insert(packed.shares.end(), list.begin(), list.end());
+            packed.offsets.push_back(static_cast<std::uint32_t>(packed.shares.size()));
+        }
+    };
+    pack(byVertex, _controls);
+    pack(byControl, _vertices);
+    _slides.resize(places.size());
+}
+
+Vec3f SlideField::slideAt(std::size_t vertex) const
+{
+    return System::Blend(_controls[vertex], _slides);
+}
+
+std::vector<Vec3f> SlideField::improve(base::Span<const OffsetGoal> goals, const SlideRestraint& restraint)
+{
+    const std::vector<OffsetGoal> trusted = Reweighted(_neighbours, goals, _edgeLengths, restraint);
+    System system(*this, trusted, restraint);
+    const std::size_t count = _slides.size();
+    std::vector<Vec3f> residual = system.pulls(), scaled(count);
+    for (std::size_t k = 0; k < count; ++k)
+        scaled[k] = system.precondition(k, residual[k]);
+    std::vector<Vec3f> direction = scaled;
+    double error = DotProduct(residual, scaled);
+    const double enough = error * tolerance;
+    for (int step = 0; step < maxSteps && error > enough; ++step) {
+        const std::vector<Vec3f> image = system.apply(direction);
+        const auto length = static_cast<float>(error / DotProduct(direction, image));
+        for (std::size_t k = 0; k < count; ++k) {
+            _slides[k] += direction[k] * length;
+            residual[k] -= image[k] * length;
+            scaled[k] = system.precondition(k, residual[k]);
+        }
+        const double next = DotProduct(residual, scaled);
+        const auto turn = static_cast<float>(next / error);
+        for (std::size_t k = 0; k < count; ++k)
+            direction[k] = scaled[k] + direction[k] * turn;
+        error = next;
+    }
+
+    const std::vector<float> slow = system.slowDistances();
+    std::vector<Vec3f> offsets = slides(restraint);
+    for (std::size_t v = 0; v < offsets.size(); ++v)
+        offsets[v] += goals[v].normal * slow[v];
+    return offsets;
+}
+
+std::vector<Vec3f> SlideField::slides(const SlideRestraint& restraint) const
+{
+    std::vector<Vec3f> result(_edgeLengths.size());
+    ForVertices(result.size(), [&](std::size_t v) {
+        const Vec3f slide = slideAt(v);
+        const float length = Length(slide), longest = restraint.longest * _edgeLengths[v];
+        result[v] = slide * (length > longest ? longest / length : 1.0f);
+    });
+    return result;
+}
+
+} // namespace geometry

@@ -1,0 +1,18 @@
+// Transfers between figures whose features lie beside each other.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+namespace openhost {
+
+/// As long as it lives, the Transfer Utility registers the target's neutral shape to the source's before it
+/// matches them (geometry::MatchOptions::registersFeatures), which it does not do by itself.
+class RegisteredTransfers {
+public:
+    RegisteredTransfers();
+    ~RegisteredTransfers();
+    RegisteredTransfers(const RegisteredTransfers&) = delete;
+    RegisteredTransfers& operator=(const RegisteredTransfers&) = delete;
+};
+
+} // namespace openhost
