@@ -336,20 +336,19 @@ TEST(TransferMorph, fills_a_piece_of_the_surface_that_bulges_out_of_reach)
 namespace {
 
 /// A body of many sizes: limbs are waves of a few centimetres, wrinkles of millimetres.
-Vec3f OnBody(Vec3f p, float phase)
+Vec3f OnBody(Vec3f p)
 {
-    const float wave =
-        2.0f * std::sin(p.x * 0.2f + phase) * std::cos(p.y * 0.17f) + 0.2f * std::sin(p.z * 1.1f);
+    const float wave = 2.0f * std::sin(p.x * 0.2f) * std::cos(p.y * 0.17f) + 0.2f * std::sin(p.z * 1.1f);
     return p * (1.0f + 0.01f * wave);
 }
 
-PolygonMesh Body(int rings, int segments, int level, float phase)
+PolygonMesh Body(int rings, int segments, int level)
 {
     const PolygonMesh cage = shapes::Sphere(50.0f, rings, segments);
     const Subdivision subdivision(cage.topology, level);
     PolygonMesh body{subdivision.topology(level), subdivision.refine(cage.positions, 0, level)};
     for (Vec3f& p : body.positions)
-        p = OnBody(p, phase);
+        p = OnBody(p);
     return body;
 }
 
@@ -368,20 +367,24 @@ PolygonMesh Shuffled(const PolygonMesh& mesh)
 
 } // namespace
 
-TEST(TransferMorph, finds_the_same_places_from_coarse_to_fine_as_from_nothing)
+TEST(TransferMorph, finds_places_from_coarse_to_fine_at_least_as_well_as_from_nothing)
 {
-    const PolygonMesh source = Body(33, 47, 3, 0.0f), target = Body(41, 61, 3, 0.04f);
+    // Turned, so that at the body's radius of 50 cm all lies a fifth of a centimetre beside its place.
+    constexpr float turn = 0.004f, slide = 50.0f * turn;
+    const PolygonMesh source = Body(33, 47, 3), own = Body(41, 61, 3);
+    PolygonMesh target = own;
+    for (Vec3f& p : target.positions)
+        p = {p.x, p.y - turn * p.z, p.z + turn * p.y}; // across the wrinkles
     ASSERT_GE(target.vertexCount(), 150000u); // below, nothing coarse is needed
-    const std::vector<Vec3f> fromCoarse =
-        MatchSurfaces(source.view(), target.view()).transfer(source.positions);
-    const std::vector<Vec3f> fromNothing =
-        MatchSurfaces(source.view(), Shuffled(target).view()).transfer(source.positions);
-    std::vector<float> differences;
-    for (std::size_t v = 0; v < fromCoarse.size(); ++v)
-        differences.push_back(Length(fromCoarse[v] - fromNothing[v]));
-    // The bodies lie up to 0.4 mm apart. On a surface that leans by up to a fifth the places differ by no
-    // more than that part of it; an edge is 6 mm long.
-    const DistanceSummary summary = Summarize(differences);
-    EXPECT_LE(summary.p95, 0.01);
-    EXPECT_LE(summary.max, 0.05);
+    const auto misplaced = [&](const PolygonMesh& mesh) {
+        const std::vector<Vec3f> found = MatchSurfaces(source.view(), mesh.view()).transfer(source.positions);
+        std::vector<float> distances;
+        for (std::size_t v = 0; v < found.size(); ++v)
+            distances.push_back(Length(found[v] - own.positions[v]));
+        return Summarize(distances);
+    };
+    const DistanceSummary fromCoarse = misplaced(target), fromNothing = misplaced(Shuffled(target));
+    EXPECT_LE(fromCoarse.mean, fromNothing.mean);
+    EXPECT_LE(fromCoarse.p95, fromNothing.p95);
+    EXPECT_LE(fromCoarse.max, fromNothing.max + slide);
 }
