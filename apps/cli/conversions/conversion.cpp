@@ -308,7 +308,9 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
         report.created.push_back(DescribeMorph(outcome.params->figTarget, morph));
     // Joints that follow a morph turn the posed legs about other places, which says nothing of the shape.
     if (GntMakesWholeFigure(outcome.request.jobs))
-        MeasureDistance(outcome, report);
+        MeasureDistance(outcome,
+                        request.page.empty() && !request.drawsThumbnail ? Measuring::Sample : Measuring::All,
+                        report);
     if (request.adjustsRig) {
         progress.stage("Adjusting the rig");
         AdjustRig(outcome, report);

@@ -75,8 +75,9 @@ struct ConversionReport {
     std::vector<std::pair<std::string, double>> missing; ///< morphs lost on the way, with their values
     /// Vertices of either figure to the surface of the other, both in the pose of the conversion and before
     /// any joint follows; cm. Only measured when the created morphs make the whole figure.
-    std::optional<geometry::DistanceSummary> distance;
-    MeasuredDistances distances;            ///< what that sums up
+    std::optional<geometry::DistanceEstimate> distance;
+    MeasuredDistances
+        distances; ///< what that sums up, where a picture is to show it; otherwise a sample is measured
     std::vector<std::string> measuredParts; ///< eyes, mouth, ... that the distance counts in, of both figures
     std::vector<std::filesystem::path> files; ///< written besides the morphs
     FilesUsed filesUsed;                      ///< of both figures, where that is asked for

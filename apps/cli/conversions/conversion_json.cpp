@@ -12,6 +12,21 @@ namespace cli {
 
 namespace {
 
+Json Describe(const geometry::DistanceEstimate& distance)
+{
+    const auto millimetres = [](double cm) { return Rounded(millimetresPerCentimetre * cm, 4); };
+    Json json{{"mean", millimetres(distance.summary.mean)},
+              {"p95", millimetres(distance.summary.p95)},
+              {"max", millimetres(distance.summary.max)}};
+    if (distance.measured < distance.all)
+        json["sample"] = {{"vertices", distance.measured},
+                          {"of", distance.all},
+                          {"mean_error", millimetres(distance.meanError)},
+                          {"p95_from", millimetres(distance.p95Low)},
+                          {"p95_to", millimetres(distance.p95High)}};
+    return json;
+}
+
 Json Describe(const FigureReport& figure)
 {
     return {{"label", figure.label},
@@ -60,12 +75,9 @@ Json DescribeConversion(const ConversionReport& report, const Progress& progress
               {"subd_level", report.subdLevel ? Json(*report.subdLevel) : Json(nullptr)},
               {"created_morphs", created},
               {"missing_morphs", missing}};
-    json["surface_distance_mm"] = nullptr;
+    json["surface_distance_mm"] = report.distance ? Describe(*report.distance) : Json(nullptr);
     if (report.distance)
-        json["surface_distance_mm"] = {{"mean", Rounded(millimetresPerCentimetre * report.distance->mean, 4)},
-                                       {"p95", Rounded(millimetresPerCentimetre * report.distance->p95, 4)},
-                                       {"max", Rounded(millimetresPerCentimetre * report.distance->max, 4)},
-                                       {"parts", report.measuredParts}};
+        json["surface_distance_mm"]["parts"] = report.measuredParts;
     json["files"] = files;
     if (!report.page.empty())
         json["report"] = FileText(report.page);

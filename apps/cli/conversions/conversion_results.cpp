@@ -137,7 +137,7 @@ void AddSavedFiles(DzFigure& target, const fs::path& library, ConversionReport& 
         morph.savedFile = FileText(SavedFile(target, morph.name, library));
 }
 
-void MeasureDistance(const GntOutcome& outcome, ConversionReport& report)
+void MeasureDistance(const GntOutcome& outcome, Measuring how, ConversionReport& report)
 {
     TemporaryValues dials;
     for (const GntCreatedMorph& morph : outcome.created)
@@ -147,8 +147,16 @@ void MeasureDistance(const GntOutcome& outcome, ConversionReport& report)
     const Body source = BodyOf(outcome.params->figSource), target = BodyOf(outcome.params->figTarget);
     for (const Body* const body : {&source, &target})
         report.measuredParts.insert(report.measuredParts.end(), body->parts.begin(), body->parts.end());
+    if (how == Measuring::Sample) {
+        report.distance = geometry::EstimateDistances(source.meshes, target.meshes);
+        return;
+    }
     report.distances = {DistancesOf(source.meshes, target.meshes), DistancesOf(target.meshes, source.meshes)};
-    report.distance = geometry::Summarize(report.distances.all());
+    std::vector<float> all = report.distances.all();
+    geometry::DistanceEstimate measured;
+    measured.measured = measured.all = all.size();
+    measured.summary = geometry::Summarize(std::move(all));
+    report.distance = measured;
 }
 
 void ExportFigure(DzFigure& figure, const fs::path& file, GntResolution resolution)

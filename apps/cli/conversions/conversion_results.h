@@ -22,9 +22,13 @@ std::filesystem::path SavedFile(DzFigure& target, const std::string& morph,
 /// Where all of them were.
 void AddSavedFiles(DzFigure& target, const std::filesystem::path& library, ConversionReport& report);
 
+enum class Measuring {
+    Sample, ///< of the vertices of fine meshes
+    All     ///< and each distance is kept in the report, for pictures
+};
 /// Source against the target that wears the created morphs, in the place, pose and resolution of the
 /// conversion. Both are put back.
-void MeasureDistance(const GntOutcome& outcome, ConversionReport& report);
+void MeasureDistance(const GntOutcome& outcome, Measuring how, ConversionReport& report);
 
 /// @throws base::IoError  the file cannot be written
 void ExportFigure(DzFigure& figure, const std::filesystem::path& file, GntResolution resolution);
