@@ -40,13 +40,23 @@ struct Stencil {
 /// whatever its normal, for want of anything better.
 void MatchLonePieces(const SurfaceTree& tree, const MatchTarget& target, std::vector<SurfacePoint>& matches)
 {
-    std::vector<bool> isReached(matches.size());
-    std::vector<std::uint32_t> queue;
-    for (std::size_t v = 0; v < matches.size(); ++v)
-        if (matches[v].isValid()) {
+    // From the matched vertices on, along those that are not: most are matched, and nothing is to be done for
+    // them.
+    std::vector<std::uint32_t> unmatched, queue;
+    std::vector<char> isReached(matches.size());
+    for (std::size_t v = 0; v < matches.size(); ++v) {
+        isReached[v] = matches[v].isValid();
+        if (!isReached[v])
+            unmatched.push_back(static_cast<std::uint32_t>(v));
+    }
+    for (const std::uint32_t v : unmatched) {
+        const auto around = target.neighbours[v];
+        if (std::any_of(around.begin(), around.end(),
+                        [&](std::uint32_t w) { return matches[w].isValid(); })) {
             isReached[v] = true;
-            queue.push_back(static_cast<std::uint32_t>(v));
+            queue.push_back(v);
         }
+    }
     while (!queue.empty()) {
         const std::uint32_t v = queue.back();
         queue.pop_back();
@@ -56,8 +66,9 @@ void MatchLonePieces(const SurfaceTree& tree, const MatchTarget& target, std::ve
                 queue.push_back(w);
             }
     }
-    tbb::parallel_for(std::size_t{0}, matches.size(), [&](std::size_t v) {
+    tbb::parallel_for(std::size_t{0}, unmatched.size(), [&](std::size_t i) {
         base::ThrowIfCancelled();
+        const std::uint32_t v = unmatched[i];
         if (!isReached[v])
             matches[v] = tree.closestPoint(target.mesh.positions[v]);
     });

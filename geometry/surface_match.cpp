@@ -164,9 +164,12 @@ private:
 
     void dropDoubtful()
     {
-        std::vector<bool> doubtful(_matches.size());
-        for (std::size_t v = 0; v < _matches.size(); ++v)
-            doubtful[v] = _matches[v].isValid() && (isFar(v) || isOffTheEdge(v) || isAlone(v));
+        std::vector<char> doubtful(_matches.size());
+        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, doubtful.size(), 2048), [&](const auto& range) {
+            base::ThrowIfCancelled();
+            for (std::size_t v = range.begin(); v != range.end(); ++v)
+                doubtful[v] = _matches[v].isValid() && (isFar(v) || isOffTheEdge(v) || isAlone(v));
+        });
         for (std::size_t v = 0; v < _matches.size(); ++v)
             if (doubtful[v])
                 _matches[v] = {};
