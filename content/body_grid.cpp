@@ -13,34 +13,40 @@ namespace content {
 SamplingSpace::SamplingSpace(const MeshRecipe& recipe)
     : _cosine(std::cos(recipe.turnDegrees * 0.017453293f)), _sine(std::sin(recipe.turnDegrees * 0.017453293f))
 {
-    addBalls(recipe.coarse, {}, _coarse);
-    addBalls(recipe.fine, _coarse, _fine);
+    for (const std::vector<Enlargement>& level : recipe.levels)
+        addLevel(level);
 }
 
-void SamplingSpace::addBalls(const std::vector<Enlargement>& enlargements, const std::vector<Ball>& enclosing,
-                             std::vector<Ball>& balls)
+/// A ball within enlarged ones is placed, and grows, as they have it.
+void SamplingSpace::place(Ball& ball) const
 {
-    for (const Enlargement& enlargement : enlargements) {
+    for (const std::vector<Ball>& level : _levels)
+        for (const Ball& outer : level) {
+            const Vec3f offset = (ball.center - outer.center) * (1.0f / outer.inverseFactor);
+            if (Length(offset) > outer.innerRadius)
+                continue;
+            ball.center = outer.sampleCenter + offset;
+            ball.innerRadius /= outer.inverseFactor;
+            break;
+        }
+}
+
+void SamplingSpace::addLevel(const std::vector<Enlargement>& enlargements)
+{
+    std::vector<Ball> balls;
+    for (const Enlargement& enlargement : enlargements)
         for (int side = 0; side < (enlargement.mirrored ? 2 : 1); ++side) {
             Ball ball;
             ball.center = side ? Mirrored(enlargement.center) : enlargement.center;
-            float scale = 1.0f;
-            // A ball within an enlarged one is placed where that one puts it.
-            for (const Ball& outer : enclosing) {
-                const Vec3f offset = (ball.center - outer.center) * (1.0f / outer.inverseFactor);
-                if (Length(offset) > outer.innerRadius)
-                    continue;
-                ball.center = outer.sampleCenter + offset;
-                scale = 1.0f / outer.inverseFactor;
-                break;
-            }
-            ball.sampleCenter = ball.center + (side ? Mirrored(enlargement.shift) : enlargement.shift);
             ball.inverseFactor = 1.0f / enlargement.factor;
-            ball.innerRadius = enlargement.radius * scale * enlargement.factor;
+            ball.innerRadius = enlargement.radius;
+            place(ball);
+            ball.innerRadius *= enlargement.factor;
+            ball.sampleCenter = ball.center + (side ? Mirrored(enlargement.shift) : enlargement.shift);
             ball.outerRadius = ball.innerRadius + enlargement.fade;
             balls.push_back(ball);
         }
-    }
+    _levels.push_back(std::move(balls));
 }
 
 Vec3f SamplingSpace::shrink(const std::vector<Ball>& balls, Vec3f q)
@@ -57,8 +63,10 @@ Vec3f SamplingSpace::shrink(const std::vector<Ball>& balls, Vec3f q)
 
 Vec3f SamplingSpace::toBody(Vec3f q) const
 {
-    const Vec3f turned{_cosine * q.x + _sine * q.z, q.y, _cosine * q.z - _sine * q.x};
-    return shrink(_coarse, shrink(_fine, turned));
+    Vec3f p{_cosine * q.x + _sine * q.z, q.y, _cosine * q.z - _sine * q.x};
+    for (auto level = _levels.rbegin(); level != _levels.rend(); ++level)
+        p = shrink(*level, p);
+    return p;
 }
 
 namespace {
@@ -70,9 +78,82 @@ bool IsInside(const SampledBody& body, std::size_t corner)
     return body.values[corner] < 0.0f;
 }
 
+/// Fills a body's grid block by block: where a block's middle lies far from the surface, its corners need not
+/// be measured.
+class Sampler {
+public:
+    Sampler(const MeshRecipe& recipe, SampledBody& body, std::array<int, 3> half, Vec3f middle)
+        : _space(recipe), _recipe(recipe), _body(body), _half(half), _middle(middle)
+    {
+    }
+
+    void sampleSlab(int slab)
+    {
+        for (int y = 0; y < _body.size[1]; y += block)
+            for (int x = 0; x < _body.size[0]; x += block) {
+                base::ThrowIfCancelled();
+                sampleBlock({x, y, slab * block});
+            }
+    }
+
+    static constexpr int block = 6; ///< corners along an edge
+
+private:
+    Vec3f place(float x, float y, float z) const
+    {
+        // Corners at half steps: without offset the middle plane runs through cells' middles.
+        const Vec3f cell{x - static_cast<float>(_half[0]) + 0.5f + _recipe.offset.x,
+                         y - static_cast<float>(_half[1]) + 0.5f + _recipe.offset.y,
+                         z - static_cast<float>(_half[2]) + 0.5f + _recipe.offset.z};
+        return _space.toBody(_middle + cell * _recipe.step);
+    }
+
+    /// Twice what the corners lie off the middle, since neither space nor distance is even.
+    float reach(std::array<int, 3> low, Vec3f center) const
+    {
+        float farthest = 0.0f;
+        for (int i = 0; i < 8; ++i) {
+            const Vec3f corner = place(static_cast<float>(low[0] + (i & 1) * (block - 1)),
+                                       static_cast<float>(low[1] + (i >> 1 & 1) * (block - 1)),
+                                       static_cast<float>(low[2] + (i >> 2) * (block - 1)));
+            farthest = std::max(farthest, Length(corner - center));
+        }
+        return 2.0f * farthest;
+    }
+
+    void sampleBlock(std::array<int, 3> low)
+    {
+        constexpr float half = 0.5f * (block - 1);
+        const Vec3f center = place(static_cast<float>(low[0]) + half, static_cast<float>(low[1]) + half,
+                                   static_cast<float>(low[2]) + half);
+        const float middle = ClosedBodyDistance(center);
+        const bool isFar = std::abs(middle) > reach(low, center);
+        for (int z = low[2]; z < std::min(low[2] + block, _body.size[2]); ++z)
+            for (int y = low[1]; y < std::min(low[1] + block, _body.size[1]); ++y)
+                for (int x = low[0]; x < std::min(low[0] + block, _body.size[0]); ++x)
+                    if (isFar)
+                        _body.values[_body.index(x, y, z)] = middle;
+                    else
+                        measure(x, y, z);
+    }
+
+    void measure(int x, int y, int z)
+    {
+        const std::size_t corner = _body.index(x, y, z);
+        _body.places[corner] = place(static_cast<float>(x), static_cast<float>(y), static_cast<float>(z));
+        const float value = ClosedBodyDistance(_body.places[corner]);
+        _body.values[corner] = std::abs(value) < smallestValue ? smallestValue : value;
+    }
+
+    SamplingSpace _space;
+    const MeshRecipe& _recipe;
+    SampledBody& _body;
+    std::array<int, 3> _half;
+    Vec3f _middle;
+};
+
 SampledBody Sample(const MeshRecipe& recipe)
 {
-    const SamplingSpace space(recipe);
     constexpr Vec3f low{-112.0f, -26.0f, -62.0f}, high{112.0f, 214.0f, 62.0f};
     SampledBody body;
     std::array<int, 3> half;
@@ -80,24 +161,12 @@ SampledBody Sample(const MeshRecipe& recipe)
         half[axis] = static_cast<int>(std::ceil((high[axis] - low[axis]) * 0.5f / recipe.step)) + 1;
         body.size[axis] = 2 * half[axis];
     }
-    const Vec3f middle = (low + high) * 0.5f;
     const std::size_t count = static_cast<std::size_t>(body.size[0]) * body.size[1] * body.size[2];
     body.places.resize(count);
     body.values.resize(count);
-    tbb::parallel_for(0, body.size[2], [&](int z) {
-        for (int y = 0; y < body.size[1]; ++y) {
-            base::ThrowIfCancelled();
-            for (int x = 0; x < body.size[0]; ++x) {
-                // Corners at half steps: without offset the middle plane runs through cells' middles.
-                const Vec3f cell{x - half[0] + 0.5f + recipe.offset.x, y - half[1] + 0.5f + recipe.offset.y,
-                                 z - half[2] + 0.5f + recipe.offset.z};
-                const std::size_t corner = body.index(x, y, z);
-                body.places[corner] = space.toBody(middle + cell * recipe.step);
-                const float value = BodyDistance(body.places[corner]);
-                body.values[corner] = std::abs(value) < smallestValue ? smallestValue : value;
-            }
-        }
-    });
+    Sampler sampler(recipe, body, half, (low + high) * 0.5f);
+    tbb::parallel_for(0, (body.size[2] + Sampler::block - 1) / Sampler::block,
+                      [&](int slab) { sampler.sampleSlab(slab); });
     return body;
 }
 

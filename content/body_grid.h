@@ -23,17 +23,18 @@ private:
         float inverseFactor, innerRadius, outerRadius;
     };
     static Vec3f shrink(const std::vector<Ball>& balls, Vec3f q);
-    static void addBalls(const std::vector<Enlargement>& enlargements, const std::vector<Ball>& enclosing,
-                         std::vector<Ball>& balls);
+    void place(Ball& ball) const;
+    void addLevel(const std::vector<Enlargement>& enlargements);
 
-    std::vector<Ball> _coarse, _fine;
+    std::vector<std::vector<Ball>> _levels;
     float _cosine, _sine;
 };
 
 /// Signed distances at the corners of a regular grid; negative inside.
 struct SampledBody {
     std::array<int, 3> size{}; ///< corners along each axis
-    std::vector<Vec3f> places; ///< in the body's space, one per corner
+    std::vector<Vec3f>
+        places; ///< in the body's space, one per corner; nothing where that is far from the surface
     std::vector<float> values;
 
     std::size_t index(int x, int y, int z) const

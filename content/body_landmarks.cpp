@@ -50,6 +50,31 @@ FingerChain MakeChain(const FingerMeasure& measure)
 
 } // namespace
 
+LidLine LidLineAt(float x)
+{
+    constexpr float up = 0.6f, down = 0.42f;
+    constexpr float slope = 1.0f / (lidOuterCorner - lidInnerCorner);
+    const float u = (x - lidInnerCorner) * slope;
+    LidLine line;
+    // The outer corner stands higher; the upper edge is highest on the nose's side, the lower one lowest
+    // opposite.
+    line.middle = 158.3f + 0.22f * u;
+    const float arch = 4.0f * u * (1.0f - u), archSlope = 4.0f * (1.0f - 2.0f * u) * slope;
+    const float inward = 1.15f - 0.3f * u, outward = 0.85f + 0.3f * u;
+    line.up = up * arch * inward;
+    line.down = down * arch * outward;
+    line.upSlope = up * (archSlope * inward - 0.3f * slope * arch);
+    line.downSlope = down * (archSlope * outward + 0.3f * slope * arch);
+    return line;
+}
+
+float LipLine(float x)
+{
+    // The middle hangs over the lower lip; the corners point down a little.
+    const float t = x / mouthHalfWidth;
+    return 151.93f + 0.1f * t * t - 0.12f * t * t * t * t - 0.04f * std::exp(-9.0f * t * t);
+}
+
 Vec3f HandPoint(float along, float across, float palmward)
 {
     return wrist + handAlong * along + handAcross * across + handPalmward * palmward;

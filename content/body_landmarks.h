@@ -23,7 +23,27 @@ constexpr Vec3f wrist{54.6f, 99.4f, -1.2f};
 constexpr Vec3f neck{0.0f, 141.5f, -3.2f};
 constexpr Vec3f head{0.0f, 152.0f, -1.0f};
 constexpr Vec3f headEnd{0.0f, 170.0f, -1.0f};
-constexpr Vec3f eye{3.05f, 158.6f, 6.6f};
+constexpr Vec3f eye{3.1f, 158.5f, 5.75f}; ///< the ball's centre
+constexpr float eyeRadius = 1.2f;
+constexpr float socketGap = 0.04f;                              ///< between the ball and what is around it
+constexpr float lidInnerCorner = 1.68f, lidOuterCorner = 4.58f; ///< along x
+constexpr float mouthHalfWidth = 2.45f;
+constexpr float toothOverlap = 0.42f; ///< where the rows of teeth meet, below the lips' line
+constexpr float lipGap = 0.015f;      ///< half of what the closed lips leave between them
+
+constexpr Vec3f pocketCenter{0.0f, 152.0f, 5.8f}, pocketRadii{2.7f, 1.75f, 2.5f}; ///< behind the lips
+constexpr float pocketBack = 3.7f;
+
+/// The lids' edges over the left eye, seen from the front.
+struct LidLine {
+    float middle;             ///< height of the line from corner to corner
+    float up, down;           ///< the edges above and below it, negative beyond the corners
+    float upSlope, downSlope; ///< of `up` and `down` along x
+};
+LidLine LidLineAt(float x);
+
+/// The height at which the lips meet; the left half's, x >= 0.
+float LipLine(float x);
 
 /// Thumb, index, mid, ring, pinky.
 constexpr int fingerCount = 5;

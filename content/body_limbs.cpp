@@ -3,6 +3,7 @@
 
 #include "body_landmarks.h"
 #include "body_solid.h"
+#include "clay.h"
 
 namespace content {
 
@@ -26,14 +27,14 @@ float ToesDistance(Vec3f p)
         Vec3f root, tip;
         float rootRadius, tipRadius;
     };
-    static const Toe toes[5] = {{{8.2f, 1.9f, 10.2f}, {8.6f, 1.25f, 16.4f}, 1.55f, 1.2f},
-                                {{10.4f, 1.8f, 10.6f}, {11.0f, 1.0f, 16.0f}, 1.1f, 0.95f},
-                                {{12.0f, 1.7f, 10.0f}, {12.8f, 0.95f, 15.0f}, 1.05f, 0.9f},
-                                {{13.4f, 1.6f, 9.0f}, {14.4f, 0.9f, 13.6f}, 1.05f, 0.85f},
-                                {{14.6f, 1.5f, 7.6f}, {15.8f, 0.85f, 11.8f}, 1.05f, 0.8f}};
+    static const Toe toes[5] = {{{8.2f, 1.9f, 10.2f}, {8.6f, 1.25f, 16.6f}, 1.55f, 1.22f},
+                                {{10.4f, 1.8f, 10.6f}, {11.0f, 1.0f, 16.4f}, 1.1f, 0.98f},
+                                {{12.0f, 1.7f, 10.0f}, {12.8f, 0.95f, 15.4f}, 1.05f, 0.92f},
+                                {{13.4f, 1.6f, 9.0f}, {14.4f, 0.9f, 14.0f}, 1.05f, 0.87f},
+                                {{14.6f, 1.5f, 7.6f}, {15.8f, 0.85f, 12.2f}, 1.05f, 0.82f}};
     float d = 1e3f;
     for (const Toe& toe : toes)
-        d = Join(d, ConeDistance(p, toe.root, toe.tip, toe.rootRadius, toe.tipRadius), 0.7f);
+        d = Join(d, ConeDistance(p, toe.root, toe.tip, toe.rootRadius, toe.tipRadius), 0.6f);
     return d;
 }
 
@@ -106,22 +107,25 @@ float LegDistance(Vec3f p)
     d = Join(d, MuscleDistance(p, {8.8f, 88.0f, -3.6f}, {9.2f, 46.0f, -1.4f}, 5.8f), 3.0f);
     // Knee: the cap, and the two heads of the shin below it.
     d = Join(d, ConeDistance(p, {9.3f, 52.0f, 0.2f}, {9.4f, 42.0f, 0.0f}, 4.8f, 4.3f), 4.0f);
-    d = Join(d, EllipsoidDistance(p, {9.3f, 48.4f, 3.5f}, {2.6f, 3.2f, 1.9f}), 2.4f);
+    d = Join(d, EllipsoidDistance(p, {9.3f, 48.6f, 4.2f}, {2.3f, 2.9f, 2.0f}), 1.8f);
     d = Join(d, EllipsoidDistance(p, {9.3f, 43.0f, 2.6f}, {2.0f, 3.4f, 1.6f}), 2.4f);
+    // The hollows beside the cap.
+    d = Raise(d, p, {6.7f, 50.0f, 3.4f}, {6.9f, 46.0f, 3.2f}, 3.0f, -0.45f);
+    d = Raise(d, p, {12.0f, 50.0f, 3.2f}, {11.8f, 46.0f, 3.0f}, 3.0f, -0.45f);
     // Shin and the two heads of the calf, the inner one lower.
     d = Join(d, ConeDistance(p, {9.4f, 44.0f, 0.4f}, {9.7f, 10.0f, -2.4f}, 4.3f, 2.9f), 3.0f);
     d = Join(d, MuscleDistance(p, {7.8f, 50.0f, -1.8f}, {8.9f, 17.0f, -3.4f}, 4.4f), 3.0f);
     d = Join(d, MuscleDistance(p, {11.0f, 50.0f, -1.8f}, {10.6f, 20.0f, -3.2f}, 4.2f), 3.0f);
     d = Join(d, ConeDistance(p, {9.7f, 20.0f, -4.0f}, {9.8f, 5.0f, -5.6f}, 1.8f, 1.7f), 2.2f);
-    d = Join(d, EllipsoidDistance(p, {12.3f, 8.2f, -3.2f}, {1.3f, 1.7f, 1.5f}), 1.2f);
-    d = Join(d, EllipsoidDistance(p, {7.3f, 9.0f, -2.8f}, {1.3f, 1.7f, 1.5f}), 1.2f);
+    d = Join(d, EllipsoidDistance(p, {11.8f, 8.2f, -3.4f}, {1.1f, 1.8f, 1.4f}), 2.2f);
+    d = Join(d, EllipsoidDistance(p, {7.7f, 9.0f, -2.8f}, {1.1f, 1.8f, 1.4f}), 2.2f);
     return d;
 }
 
 float FootDistance(Vec3f p)
 {
     float d = EllipsoidDistance(p, {9.8f, 3.2f, -5.2f}, {3.1f, 3.6f, 3.4f});
-    d = Join(d, ConeDistance(p, {9.7f, 7.2f, -2.4f}, {9.4f, 3.4f, 7.0f}, 3.0f, 2.0f), 2.0f);
+    d = Join(d, ConeDistance(p, {9.7f, 6.8f, -2.2f}, {9.4f, 3.4f, 7.0f}, 2.7f, 2.0f), 2.0f);
     d = Join(d, ConeDistance(p, {10.4f, 2.8f, -4.0f}, {12.8f, 1.8f, 7.0f}, 2.6f, 1.8f), 2.0f);
     d = Join(d, ConeDistance(p, {8.5f, 2.1f, 9.4f}, {13.6f, 1.7f, 7.8f}, 1.9f, 1.4f), 1.8f);
     d = Join(d, ConeDistance(p, {9.4f, 3.0f, 3.0f}, {10.6f, 2.2f, 9.5f}, 2.6f, 1.7f), 1.8f);

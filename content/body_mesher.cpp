@@ -5,6 +5,7 @@
 
 #include "body_grid.h"
 #include "body_landmarks.h"
+#include "body_loops.h"
 #include "body_relax.h"
 #include "body_solid.h"
 
@@ -80,25 +81,34 @@ void AddQuads(const SampledBody& body, const CellVertices& cells, geometry::Topo
             }
 }
 
-/// Rounding differs between the sides and relaxing in creases lets it grow: the right side takes the left
-/// one's places.
-void MirrorLeftToRight(const SampledBody& body, const CellVertices& cells, std::vector<Vec3f>& positions)
+/// The mirror image of each vertex of a symmetric grid.
+std::vector<std::uint32_t> FindTwins(const SampledBody& body, const CellVertices& cells)
 {
+    std::vector<std::uint32_t> twin(cells.positions.size(), none);
     for (int z = 0; z + 1 < body.size[2]; ++z)
         for (int y = 0; y + 1 < body.size[1]; ++y)
-            for (int x = 0; 2 * x <= body.size[0] - 2; ++x) {
-                const std::uint32_t right = cells.ofCell[body.index(x, y, z)];
-                const std::uint32_t left = cells.ofCell[body.index(body.size[0] - 2 - x, y, z)];
-                if (right == none || left == none)
-                    continue;
-                if (right != left) {
-                    positions[right] = Mirrored(positions[left]);
-                    continue;
-                }
-                Vec3f& middle = positions[left];
-                middle = ProjectToBody({0.0f, middle.y, middle.z});
-                middle.x = 0.0f;
+            for (int x = 0; x + 1 < body.size[0]; ++x) {
+                const std::uint32_t here = cells.ofCell[body.index(x, y, z)];
+                if (here != none)
+                    twin[here] = cells.ofCell[body.index(body.size[0] - 2 - x, y, z)];
             }
+    return twin;
+}
+
+/// Rounding differs between the sides and relaxing in creases lets it grow: the right side takes the left
+/// one's places.
+void MirrorLeftToRight(Solid solid, const std::vector<std::uint32_t>& twin, std::vector<Vec3f>& positions)
+{
+    for (std::uint32_t v = 0; v < twin.size(); ++v) {
+        if (twin[v] == none)
+            continue;
+        if (twin[v] == v) {
+            positions[v] = Project(solid, {0.0f, positions[v].y, positions[v].z});
+            positions[v].x = 0.0f;
+        } else if (positions[v].x < positions[twin[v]].x) {
+            positions[v] = Mirrored(positions[twin[v]]);
+        }
+    }
 }
 
 } // namespace
@@ -107,27 +117,34 @@ geometry::PolygonMesh MeshBody(const MeshRecipe& recipe)
 {
     const SampledBody body = SampleBody(recipe);
     CellVertices cells = PlaceVertices(body);
-    auto topology = std::make_shared<geometry::Topology>();
-    topology->vertexCount = static_cast<std::uint32_t>(cells.positions.size());
-    AddQuads(body, cells, *topology);
-    geometry::Validate(*topology);
-    geometry::PolygonMesh mesh;
-    mesh.topology = topology;
-    mesh.positions = RelaxOnBody(*topology, std::move(cells.positions), recipe.relaxRounds);
+    MirroredMesh closed;
+    closed.topology.vertexCount = static_cast<std::uint32_t>(cells.positions.size());
+    AddQuads(body, cells, closed.topology);
+    geometry::Validate(closed.topology);
     if (recipe.offset.x == 0.0f && recipe.turnDegrees == 0.0f)
-        MirrorLeftToRight(body, cells, mesh.positions);
+        closed.twin = FindTwins(body, cells);
+    closed.positions =
+        RelaxOn(ClosedBodyDistance, closed.topology, std::move(cells.positions), recipe.relaxRounds);
+    MirrorLeftToRight(ClosedBodyDistance, closed.twin, closed.positions);
+    MirroredMesh open = WithLoops(closed);
+    MirrorLeftToRight(BodyDistance, open.twin, open.positions);
+    geometry::PolygonMesh mesh;
+    mesh.topology = std::make_shared<geometry::Topology>(std::move(open.topology));
+    mesh.positions = std::move(open.positions);
     return mesh;
 }
 
 MeshRecipe OldGenerationRecipe()
 {
     MeshRecipe recipe;
-    recipe.step = 1.72f;
-    recipe.coarse = {
-        {{0.0f, 159.5f, 0.0f}, 2.1f, 13.0f, 20.0f, {0.0f, 14.0f, 0.0f}, false},
-        {landmarks::HandPoint(9.5f, 0.5f, 0.0f), 2.7f, 10.2f, 24.0f, {17.0f, -14.0f, 0.0f}, true},
-        {{11.2f, 2.0f, 6.0f}, 1.9f, 12.5f, 16.0f, {11.0f, -12.0f, 4.0f}, true}};
-    recipe.fine = {{{0.0f, 155.2f, 8.2f}, 1.6f, 6.0f, 12.0f, {0.0f, 0.0f, 7.0f}, false}};
+    recipe.step = 1.93f;
+    recipe.levels = {
+        {{{0.0f, 159.5f, 0.0f}, 2.1f, 13.0f, 20.0f, {0.0f, 14.0f, 0.0f}, false},
+         {landmarks::HandPoint(9.5f, 0.5f, 0.0f), 3.2f, 10.2f, 24.0f, {21.0f, -18.0f, 0.0f}, true},
+         {{11.2f, 2.0f, 6.0f}, 2.1f, 11.5f, 16.0f, {12.0f, -13.0f, 5.0f}, true}},
+        {{{0.0f, 155.2f, 8.2f}, 1.7f, 6.0f, 12.0f, {0.0f, 0.0f, 7.0f}, false},
+         {{7.4f, 157.6f, -1.9f}, 1.6f, 3.4f, 8.0f, {6.0f, 0.0f, 0.0f}, true}},
+        {{{0.0f, 155.0f, 9.6f}, 1.6f, 2.2f, 8.0f, {0.0f, 0.0f, 3.0f}, false}}};
     recipe.relaxRounds = 12;
     return recipe;
 }
@@ -135,14 +152,16 @@ MeshRecipe OldGenerationRecipe()
 MeshRecipe NewGenerationRecipe()
 {
     MeshRecipe recipe;
-    recipe.step = 1.36f;
+    recipe.step = 1.45f;
     recipe.offset = {0.37f, 0.23f, 0.41f};
     recipe.turnDegrees = 14.0f;
-    recipe.coarse = {
-        {{0.0f, 159.5f, 0.0f}, 2.2f, 13.0f, 22.0f, {0.0f, 15.0f, 0.0f}, false},
-        {landmarks::HandPoint(9.5f, 0.5f, 0.0f), 2.6f, 10.2f, 24.0f, {17.0f, -14.0f, 0.0f}, true},
-        {{11.2f, 2.0f, 6.0f}, 1.35f, 11.0f, 14.0f, {8.0f, -8.0f, 3.0f}, true}};
-    recipe.fine = {{{0.0f, 155.2f, 8.2f}, 1.65f, 6.0f, 12.0f, {0.0f, 0.0f, 7.0f}, false}};
+    recipe.levels = {
+        {{{0.0f, 159.5f, 0.0f}, 2.2f, 13.0f, 22.0f, {0.0f, 15.0f, 0.0f}, false},
+         {landmarks::HandPoint(9.5f, 0.5f, 0.0f), 2.95f, 10.2f, 24.0f, {21.0f, -18.0f, 0.0f}, true},
+         {{11.2f, 2.0f, 6.0f}, 1.75f, 11.0f, 15.0f, {10.0f, -11.0f, 4.0f}, true}},
+        {{{0.0f, 155.2f, 8.2f}, 1.65f, 6.0f, 12.0f, {0.0f, 0.0f, 7.0f}, false},
+         {{7.4f, 157.6f, -1.9f}, 1.6f, 3.4f, 8.0f, {6.0f, 0.0f, 0.0f}, true}},
+        {{{0.0f, 155.0f, 9.6f}, 1.4f, 2.2f, 8.0f, {0.0f, 0.0f, 3.0f}, false}}};
     recipe.relaxRounds = 12;
     return recipe;
 }

@@ -21,11 +21,11 @@ struct Enlargement {
 };
 
 struct MeshRecipe {
-    float step = 1.6f;               ///< cm, grid spacing outside enlargements
-    Vec3f offset;                    ///< of the grid, in steps
-    float turnDegrees = 0.0f;        ///< of the grid about the vertical
-    std::vector<Enlargement> coarse; ///< applied to the space first
-    std::vector<Enlargement> fine;   ///< applied within what the first ones enlarged
+    float step = 1.6f;        ///< cm, grid spacing outside enlargements
+    Vec3f offset;             ///< of the grid, in steps
+    float turnDegrees = 0.0f; ///< of the grid about the vertical
+    /// Each applied within what the ones before it enlarged.
+    std::vector<std::vector<Enlargement>> levels;
     int relaxRounds = 20;
 };
 

@@ -54,12 +54,12 @@ bool IsFolded(base::Span<const Vec3f> positions, base::Span<const Vec3f> normals
     return false;
 }
 
-std::vector<Vec3f> BodyNormals(base::Span<const Vec3f> positions)
+std::vector<Vec3f> Normals(Solid solid, base::Span<const Vec3f> positions)
 {
     std::vector<Vec3f> normals(positions.size());
     tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t v) {
         base::ThrowIfCancelled();
-        normals[v] = Normalized(BodyGradient(positions[v]));
+        normals[v] = Normalized(Gradient(solid, positions[v]));
     });
     return normals;
 }
@@ -89,7 +89,58 @@ std::vector<char> VerticesOfFoldedQuads(const geometry::Topology& topology, base
     return marked;
 }
 
-void Widen(const geometry::Topology& topology, std::vector<char>& marked)
+/// Back towards the surface after a small step along it, by the gradient before the step.
+Vec3f StepBack(Solid solid, Vec3f p, Vec3f gradient)
+{
+    const float slope = std::max(LengthSquared(gradient), 0.1f);
+    for (int step = 0; step < 2; ++step)
+        p -= gradient * std::clamp(solid(p) / slope, -0.6f, 0.6f);
+    return p;
+}
+
+/// One round over the marked vertices (all without marks).
+void RelaxOnce(Solid solid, const geometry::Topology& topology, const Incidence& incidence,
+               std::vector<Vec3f>& positions, const std::vector<char>* marked)
+{
+    const std::vector<Vec3f> before = positions;
+    tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t v) {
+        base::ThrowIfCancelled();
+        if (marked && !(*marked)[v])
+            return;
+        const Vec3f gradient = Gradient(solid, before[v]);
+        const Vec3f pull = RolledOutPull(topology, incidence, before, v, Normalized(gradient));
+        positions[v] = StepBack(solid, before[v] + pull * 0.7f, gradient);
+    });
+}
+
+void ProjectAll(Solid solid, std::vector<Vec3f>& positions)
+{
+    tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t v) {
+        base::ThrowIfCancelled();
+        positions[v] = Project(solid, positions[v]);
+    });
+}
+
+/// Rounds over what is folded and its neighbours, until nothing is.
+void Unfold(Solid solid, const geometry::Topology& topology, const Incidence& incidence,
+            std::vector<Vec3f>& positions, int rounds)
+{
+    std::vector<Vec3f> normals = Normals(solid, positions);
+    for (int round = 0; round < rounds; ++round) {
+        std::vector<char> folded = VerticesOfFoldedQuads(topology, positions, normals);
+        if (std::find(folded.begin(), folded.end(), 1) == folded.end())
+            break;
+        WidenByAFace(topology, folded);
+        RelaxOnce(solid, topology, incidence, positions, &folded);
+        for (std::size_t v = 0; v < positions.size(); ++v)
+            if (folded[v])
+                normals[v] = Normalized(Gradient(solid, positions[v]));
+    }
+}
+
+} // namespace
+
+void WidenByAFace(const geometry::Topology& topology, std::vector<char>& marked)
 {
     const std::vector<char> before = marked;
     for (std::size_t f = 0; f < topology.faceCount(); ++f)
@@ -99,45 +150,30 @@ void Widen(const geometry::Topology& topology, std::vector<char>& marked)
                     marked[other] = 1;
 }
 
-/// One round over the marked vertices (all without marks).
-void RelaxOnce(const geometry::Topology& topology, const Incidence& incidence, std::vector<Vec3f>& positions,
-               const std::vector<char>* marked)
-{
-    const std::vector<Vec3f> before = positions;
-    tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t v) {
-        base::ThrowIfCancelled();
-        if (marked && !(*marked)[v])
-            return;
-        const Vec3f normal = Normalized(BodyGradient(before[v]));
-        positions[v] =
-            ProjectToBody(before[v] + RolledOutPull(topology, incidence, before, v, normal) * 0.7f);
-    });
-}
-
-} // namespace
-
-std::vector<Vec3f> RelaxOnBody(const geometry::Topology& topology, std::vector<Vec3f> positions, int rounds)
+std::vector<Vec3f> RelaxOn(Solid solid, const geometry::Topology& topology, std::vector<Vec3f> positions,
+                           int rounds)
 {
     const Incidence incidence(topology);
-    tbb::parallel_for(std::size_t(0), positions.size(), [&](std::size_t v) {
-        base::ThrowIfCancelled();
-        positions[v] = ProjectToBody(positions[v]);
-    });
+    ProjectAll(solid, positions);
     for (int round = 0; round < rounds; ++round)
-        RelaxOnce(topology, incidence, positions, nullptr);
-    for (int round = 0; round < 2 * rounds; ++round) {
-        std::vector<char> folded = VerticesOfFoldedQuads(topology, positions, BodyNormals(positions));
-        if (std::find(folded.begin(), folded.end(), 1) == folded.end())
-            break;
-        Widen(topology, folded);
-        RelaxOnce(topology, incidence, positions, &folded);
-    }
+        RelaxOnce(solid, topology, incidence, positions, nullptr);
+    Unfold(solid, topology, incidence, positions, 2 * rounds);
+    ProjectAll(solid, positions);
     return positions;
+}
+
+void RelaxSome(Solid solid, const geometry::Topology& topology, const std::vector<char>& marked, int rounds,
+               std::vector<Vec3f>& positions)
+{
+    const Incidence incidence(topology);
+    for (int round = 0; round < rounds; ++round)
+        RelaxOnce(solid, topology, incidence, positions, &marked);
+    ProjectAll(solid, positions);
 }
 
 std::size_t CountFoldedQuads(const geometry::PolygonMeshView& mesh)
 {
-    const std::vector<Vec3f> normals = BodyNormals(mesh.positions);
+    const std::vector<Vec3f> normals = Normals(BodyDistance, mesh.positions);
     std::size_t count = 0;
     for (std::size_t f = 0; f < mesh.faceCount(); ++f)
         count += IsFolded(mesh.positions, normals, mesh.face(f));

@@ -3,6 +3,9 @@
 
 #include "body_solid.h"
 
+#include "body_face.h"
+#include "body_nails.h"
+
 namespace content {
 
 namespace {
@@ -21,7 +24,7 @@ float HalfLimbs(Vec3f p, float distance)
     if (BallDistance(p, {9.5f, 48.0f, -1.0f}, 52.0f) < distance + seamReach) {
         float leg = LegDistance(p);
         if (p.y < 20.0f)
-            leg = Join(leg, FootDistance(p), 1.6f);
+            leg = Join(leg, FootDistance(p), 3.2f);
         distance = Join(distance, leg, 3.0f);
     }
     if (BallDistance(p, {38.0f, 117.0f, -2.5f}, 34.0f) < distance + seamReach)
@@ -33,7 +36,7 @@ float HalfLimbs(Vec3f p, float distance)
 
 } // namespace
 
-float BodyDistance(Vec3f p)
+float ClosedBodyDistance(Vec3f p)
 {
     float distance = TorsoDistance(p);
     if (BallDistance(p, {0.0f, 155.0f, 0.0f}, 18.0f) < distance + seamReach)
@@ -46,22 +49,37 @@ float BodyDistance(Vec3f p)
     return distance;
 }
 
-Vec3f BodyGradient(Vec3f p)
+float BodyDistance(Vec3f p)
 {
-    constexpr float step = 0.02f;
-    const Vec3f dx{step, 0, 0}, dy{0, step, 0}, dz{0, 0, step};
-    return Vec3f{BodyDistance(p + dx) - BodyDistance(p - dx), BodyDistance(p + dy) - BodyDistance(p - dy),
-                 BodyDistance(p + dz) - BodyDistance(p - dz)} *
-           (0.5f / step);
+    float distance = ClosedBodyDistance(p);
+    const Vec3f left{std::abs(p.x), p.y, p.z};
+    if (left.x > 55.0f)
+        return AddNails(left, distance);
+    if (p.y < 148.0f || p.z < -7.0f)
+        return distance;
+    if (left.x > 5.0f)
+        distance = AddEar(left, distance);
+    if (p.z < 2.0f || distance > 1.0f)
+        return distance;
+    distance = OpenEye(left, distance);
+    return OpenMouth(left, distance);
 }
 
-Vec3f ProjectToBody(Vec3f p)
+Vec3f Gradient(Solid solid, Vec3f p)
+{
+    constexpr float step = 0.02f;
+    const float a = solid(p + Vec3f{step, -step, -step}), b = solid(p + Vec3f{-step, step, -step}),
+                c = solid(p + Vec3f{-step, -step, step}), d = solid(p + Vec3f{step, step, step});
+    return Vec3f{a - b - c + d, b - a - c + d, c - a - b + d} * (0.25f / step);
+}
+
+Vec3f Project(Solid solid, Vec3f p)
 {
     for (int round = 0; round < 6; ++round) {
-        const float distance = BodyDistance(p);
+        const float distance = solid(p);
         if (std::abs(distance) < 2e-5f)
             break;
-        const Vec3f gradient = BodyGradient(p);
+        const Vec3f gradient = Gradient(solid, p);
         const float slope = std::max(LengthSquared(gradient), 0.1f);
         p -= gradient * std::clamp(distance / slope, -0.6f, 0.6f);
     }

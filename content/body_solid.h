@@ -8,15 +8,20 @@
 namespace content {
 
 /// Signed distance to the canonical body: an androgynous adult of 170 cm in an A pose, feet on y = 0,
-/// mirror-symmetric. Every vertex of every sample mesh lies on its zero set; all other shapes are
+/// mirror-symmetric. Every vertex of every sample mesh's skin lies on its zero set; all other shapes are
 /// displacement fields over it.
 float BodyDistance(Vec3f p);
+/// The same with eyes and mouth closed, without ears and nails: a surface that a coarse grid can follow.
+float ClosedBodyDistance(Vec3f p);
 
-/// Direction of steepest ascent by central differences; not normalised.
-Vec3f BodyGradient(Vec3f p);
+/// One of the two.
+using Solid = float (*)(Vec3f);
 
-/// The nearby point on the body, by Newton steps along the gradient.
-Vec3f ProjectToBody(Vec3f p);
+/// Direction of steepest ascent by differences at a tetrahedron's corners; not normalised.
+Vec3f Gradient(Solid solid, Vec3f p);
+
+/// The nearby point on the surface, by Newton steps along the gradient.
+Vec3f Project(Solid solid, Vec3f p);
 
 /// The parts, each for the left half (x >= 0) unless it spans both.
 float HeadDistance(Vec3f p);

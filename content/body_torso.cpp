@@ -18,7 +18,7 @@ float PairedMuscles(Vec3f p, float d)
     // Chest: the pectoral runs from the breastbone up to the arm.
     d = Join(d, TurnedEllipsoidDistance(p, {7.4f, 128.4f, 4.6f}, {8.0f, 5.4f, 3.5f}, 16.0f), 4.0f);
     d = Join(d, EllipsoidDistance(p, {7.6f, 124.8f, 5.2f}, {5.0f, 4.6f, 3.9f}), 4.0f);
-    d = Join(d, ConeDistance(p, {1.6f, 139.6f, 3.6f}, {14.5f, 141.0f, -1.6f}, 0.95f, 0.9f), 2.2f);
+    d = Join(d, ConeDistance(p, {1.6f, 139.6f, 3.6f}, {14.5f, 141.0f, -1.6f}, 1.15f, 1.05f), 1.8f);
     // Hips and seat.
     d = Join(d, EllipsoidDistance(p, {7.0f, 89.5f, -6.4f}, {7.6f, 8.6f, 6.4f}), 3.0f);
     d = Join(d, EllipsoidDistance(p, {10.0f, 92.5f, -0.6f}, {6.0f, 11.5f, 7.4f}), 5.0f);

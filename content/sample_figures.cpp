@@ -4,6 +4,7 @@
 #include "sample_figures.h"
 
 #include "body_mesher.h"
+#include "loose_parts.h"
 
 #include <cassert>
 
@@ -15,8 +16,12 @@ using namespace shapes;
 SampleTopology MakeSampleTopology(FigureKind kind)
 {
     SampleTopology topology;
-    topology.canonical =
-        MeshBody(kind == FigureKind::Genesis9 ? NewGenerationRecipe() : OldGenerationRecipe());
+    const bool isNewest = kind == FigureKind::Genesis9;
+    topology.body = MeshBody(isNewest ? NewGenerationRecipe() : OldGenerationRecipe());
+    LooseDetail detail;
+    if (isNewest)
+        detail = {28, 5, 10};
+    topology.canonical = Together(topology.body, MakeLooseParts(detail));
     topology.weights = BodyWeights(topology.canonical.positions);
     return topology;
 }
@@ -26,8 +31,8 @@ const std::vector<ShapePart>& NeutralParts(FigureKind kind)
     static const std::vector<ShapePart> female8{
         {Taller, -0.12f},      {LegsSpread, 1.0f},     {BroaderShoulders, -0.7f}, {WiderHips, 0.9f},
         {NarrowerWaist, 0.9f}, {FullerBreasts, 0.95f}, {FullerSeat, 0.6f},        {MoreMuscle, -0.45f},
-        {ThickerNeck, -0.8f},  {WiderJaw, -0.45f},     {HeavierBrow, -0.6f},      {LargerEyes, 0.5f},
-        {FullerLips, 0.45f},   {LongerNose, -0.2f},    {LargerHands, -0.35f},     {FullerCheeks, 0.3f}};
+        {ThickerNeck, -0.8f},  {WiderJaw, -0.45f},     {HeavierBrow, -0.6f},      {LargerEyes, 0.25f},
+        {FullerLips, 0.45f},   {LongerNose, -0.2f},    {LargerHands, -0.35f},     {FullerCheeks, 0.6f}};
     static const std::vector<ShapePart> male8{
         {Taller, 0.5f},         {LegsSpread, 1.0f},      {BroaderShoulders, 1.0f}, {WiderHips, -0.5f},
         {NarrowerWaist, -0.3f}, {FullerBreasts, -0.15f}, {MoreMuscle, 0.7f},       {ThickerNeck, 0.7f},
@@ -36,8 +41,8 @@ const std::vector<ShapePart>& NeutralParts(FigureKind kind)
     static const std::vector<ShapePart> female3{
         {Taller, -0.2f},       {LongerLegs, 0.3f},     {BroaderShoulders, -0.5f}, {WiderHips, 0.6f},
         {NarrowerWaist, 1.2f}, {FullerBreasts, 0.75f}, {FullerSeat, 0.8f},        {MoreMuscle, -0.3f},
-        {ThickerNeck, -0.6f},  {WiderJaw, -0.3f},      {HeavierBrow, -0.3f},      {LargerEyes, 0.8f},
-        {FullerLips, 0.7f},    {NarrowerFace, 0.4f},   {LargerHands, -0.2f}};
+        {ThickerNeck, -0.6f},  {WiderJaw, -0.3f},      {HeavierBrow, -0.3f},      {LargerEyes, 0.4f},
+        {FullerLips, 0.7f},    {NarrowerFace, 0.4f},   {LargerHands, -0.2f},      {FullerCheeks, 0.4f}};
     static const std::vector<ShapePart> male3{
         {Taller, 0.4f},      {LongerLegs, -0.2f}, {BroaderShoulders, 1.3f}, {WiderHips, -0.3f},
         {MoreMuscle, 0.5f},  {ThickerNeck, 0.9f}, {WiderJaw, 0.8f},         {LongerChin, 0.2f},

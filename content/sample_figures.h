@@ -17,7 +17,8 @@ namespace content {
 
 /// A topology laid over the canonical body, with what is the same for all figures that use it.
 struct SampleTopology {
-    geometry::PolygonMesh canonical;
+    geometry::PolygonMesh body;                  ///< one closed piece
+    geometry::PolygonMesh canonical;             ///< the body first, then what lies loose in its openings
     std::vector<geometry::JointWeights> weights; ///< one a bone of BodyBones()
 };
 SampleTopology MakeSampleTopology(FigureKind kind); ///< of the kind's generation

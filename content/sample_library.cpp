@@ -154,6 +154,9 @@ FigureFiles WritePlainFigure(FigureKind kind, const SampleTopology& topology,
     parts.neutral.positions = NeutralPositions(kind, topology.canonical.positions);
     parts.bones = MakeBones(kind);
     parts.weights = topology.weights;
+    const geometry::Topology& surfaces = *topology.canonical.topology;
+    parts.looseNames.assign(surfaces.surfaceNames.begin() + 1, surfaces.surfaceNames.end());
+    parts.faceLoose = surfaces.faceSurfaces;
     return FigureFiles(InfoOf(kind), parts, directory, set);
 }
 

@@ -1,7 +1,9 @@
 // The canonical body and its two topologies.
 // SPDX-License-Identifier: MIT
 
+#include "content/body_landmarks.h"
 #include "content/body_mesher.h"
+#include "content/body_nails.h"
 #include "content/body_relax.h"
 #include "content/body_skeleton.h"
 #include "content/body_solid.h"
@@ -54,7 +56,7 @@ std::size_t CountPieces(const PolygonMesh& mesh)
 class BodyMesh : public testing::TestWithParam<const char*> {
 protected:
     bool isOld() const { return std::string(GetParam()) == "old"; }
-    const PolygonMesh& mesh() const { return isOld() ? OldTopology().canonical : NewTopology().canonical; }
+    const PolygonMesh& mesh() const { return isOld() ? OldTopology().body : NewTopology().body; }
 };
 
 TEST_P(BodyMesh, has_quads_only)
@@ -115,8 +117,8 @@ TEST_P(BodyMesh, is_one_piece_without_handles)
 
 TEST_P(BodyMesh, has_a_stock_figures_number_of_vertices)
 {
-    EXPECT_GE(mesh().vertexCount(), isOld() ? 15000u : 24000u);
-    EXPECT_LE(mesh().vertexCount(), isOld() ? 17500u : 26000u);
+    EXPECT_GE(mesh().vertexCount(), isOld() ? 16000u : 26000u);
+    EXPECT_LE(mesh().vertexCount(), isOld() ? 18500u : 29500u);
 }
 
 TEST_P(BodyMesh, lies_on_the_body_and_nowhere_twice)
@@ -129,6 +131,21 @@ TEST_P(BodyMesh, lies_on_the_body_and_nowhere_twice)
     }
     std::sort(sorted.begin(), sorted.end());
     EXPECT_EQ(std::adjacent_find(sorted.begin(), sorted.end()), sorted.end());
+}
+
+TEST_P(BodyMesh, opens_behind_lids_and_lips)
+{
+    using namespace landmarks;
+    int onSocket = 0, onUpperLip = 0, onLowerLip = 0;
+    for (const Vec3f p : mesh().positions) {
+        onSocket += std::abs(Length(p - eye) - eyeRadius - socketGap) < 5e-3f;
+        const float height = p.y - LipLine(std::abs(p.x));
+        if (std::abs(p.x) < 2.0f && p.z > 7.7f && std::abs(height) < lipGap + 2e-3f)
+            ++(height > 0.0f ? onUpperLip : onLowerLip);
+    }
+    EXPECT_GT(onSocket, 60);
+    EXPECT_GT(onUpperLip, 20);
+    EXPECT_GT(onLowerLip, 20);
 }
 
 TEST_P(BodyMesh, faces_outwards)
@@ -169,6 +186,16 @@ TEST(BodySolid, is_a_mirror_image_of_itself)
                 ASSERT_EQ(BodyDistance({x, y, z}), BodyDistance({-x, y, z})) << x << " " << y << " " << z;
 }
 
+TEST(BodySolid, has_nails_in_grooves)
+{
+    for (const Nail& nail : Nails())
+        for (const float turn : {0.1f, 0.3f, 0.5f, 0.8f}) {
+            const Vec3f plate = nail.place(turn, 0.5f), border = nail.place(turn, 1.0f);
+            EXPECT_LT(BodyDistance(plate), ClosedBodyDistance(plate));
+            EXPECT_GT(BodyDistance(border), ClosedBodyDistance(border));
+        }
+}
+
 TEST(BodySolid, has_a_persons_measures)
 {
     const geometry::Box3f box = geometry::BoundingBox(NewTopology().canonical.positions);
@@ -191,7 +218,7 @@ TEST(OldTopology, is_symmetric)
 TEST(NewTopology, is_not_symmetric)
 {
     std::size_t matched = 0, count = 0;
-    const auto& positions = NewTopology().canonical.positions;
+    const auto& positions = NewTopology().body.positions;
     for (std::size_t v = 0; v < positions.size(); v += 10, ++count)
         matched += std::any_of(positions.begin(), positions.end(),
                                [&](Vec3f q) { return LengthSquared(positions[v] - Mirrored(q)) < 1e-4f; });
