@@ -10,7 +10,8 @@ using namespace shapes;
 const std::vector<SampleMorph>& SourceMorphs()
 {
     static const std::string body = "/Full Body/Real World", region = "/Body/Real World",
-                             head = "/Head/Real World", face = "/Head/Face/Real World";
+                             head = "/Head/Real World", face = "/Head/Face/Real World",
+                             expression = "/Head/Expressions";
     static const std::vector<SampleMorph> morphs{
         {"FBMHeavy", "Heavy", body, {{Heavier, 1.0f}}},
         {"FBMThin", "Thin", body, {{Heavier, -0.45f}, {FullerCheeks, -0.4f}}},
@@ -18,6 +19,36 @@ const std::vector<SampleMorph>& SourceMorphs()
         {"FBMPear", "Pear Figure", body, {{WiderHips, 2.2f}, {FullerSeat, 1.2f}, {BroaderShoulders, -0.4f}}},
         {"FBMShort", "Short", body, {{Taller, -1.0f}, {LongerLegs, -0.6f}}},
         {"FBMLongLegs", "Long Legs", body, {{LongerLegs, 1.0f}}},
+        {"FBMOld",
+         "Old",
+         body,
+         {{Stooped, 1.0f},
+          {Sagging, 1.0f},
+          {MoreMuscle, -0.9f},
+          {BroaderShoulders, -0.7f},
+          {LongerLegs, -0.3f}}},
+        {"FBMChild",
+         "Child",
+         body,
+         {{Taller, -3.7f},
+          {LargerHead, 3.4f},
+          {LongerLegs, -0.8f},
+          {LargerBelly, 0.25f},
+          {BroaderShoulders, -1.3f},
+          {FullerBreasts, -0.4f},
+          {MoreMuscle, -0.7f},
+          {NarrowerWaist, -0.9f},
+          {ThickerNeck, -0.6f}}},
+        {"FBMHeroic",
+         "Heroic",
+         body,
+         {{Taller, 0.4f},
+          {LongerLegs, 0.8f},
+          {BroaderShoulders, 1.3f},
+          {MoreMuscle, 1.2f},
+          {NarrowerWaist, 0.9f},
+          {ThickerNeck, 0.2f},
+          {LargerHands, 0.3f}}},
         {"PBMBroadShoulders", "Broad Shoulders", region, {{BroaderShoulders, 1.2f}}},
         {"PBMBelly", "Belly", region, {{LargerBelly, 1.0f}}},
         {"PBMBreastSize", "Breast Size", region, {{FullerBreasts, 0.8f}}, -1.0f},
@@ -35,7 +66,14 @@ const std::vector<SampleMorph>& SourceMorphs()
         {"PHMWideNose", "Wide Nose", face, {{WiderNose, 1.0f}}},
         {"PHMFullLips", "Full Lips", face, {{FullerLips, 1.0f}}},
         {"PHMElfEars", "Elf Ears", face, {{PointedEars, 1.0f}}},
-        {"PHMUnevenFace", "Uneven Face", face, {{UnevenFace, 1.0f}}}};
+        {"PHMUnevenFace", "Uneven Face", face, {{UnevenFace, 1.0f}}},
+        {"PHMOldFace", "Old Face", face, {{AgedFace, 1.0f}}},
+        {"PHMYoungFace", "Young Face", face, {{YoungFace, 1.0f}}},
+        {"PHMEyesClosed", "Eyes Closed", expression, {{EyesClosed, 1.0f}}},
+        {"PHMMouthOpen", "Mouth Open", expression, {{MouthOpen, 1.0f}}},
+        {"PHMSmile", "Smile", expression, {{Smile, 1.0f}}},
+        {"PHMBrowsUp", "Brows Up", expression, {{BrowsUp, 1.0f}}},
+        {"PHMFrown", "Frown", expression, {{Frown, 1.0f}}}};
     return morphs;
 }
 

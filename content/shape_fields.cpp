@@ -161,7 +161,7 @@ Vec3f Heavier(Vec3f p)
     Vec3f sum =
         OutFromSpine(p) * girth + LargerBelly(p) * 0.35f + FullerSeat(p) * 0.6f + FullerBreasts(p) * 0.3f;
     sum += OnBothSides(p, [](Vec3f q) { return OutFromArm(q) * 1.3f + OutFromLeg(q) * 1.7f; });
-    return sum + FullerCheeks(p) * 0.8f + ThickerNeck(p) * 0.8f;
+    return sum + FullerCheeks(p) * 0.7f + ThickerNeck(p) * 0.6f;
 }
 
 Vec3f MoreMuscle(Vec3f p)

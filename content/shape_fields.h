@@ -67,6 +67,19 @@ Vec3f FullerLips(Vec3f p);
 Vec3f PointedEars(Vec3f p);
 Vec3f UnevenFace(Vec3f p); ///< jaw to the left, right brow up
 
+// Age
+Vec3f Stooped(Vec3f p);   ///< the chest and what is above bent forward by 9 degrees
+Vec3f Sagging(Vec3f p);   ///< breasts, belly and seat hang, by up to 3 cm
+Vec3f AgedFace(Vec3f p);  ///< hollow temples and cheeks, bags, jowls, longer ears and nose
+Vec3f YoungFace(Vec3f p); ///< round cheeks, short nose and chin, no brow
+
+// Expressions: what lies loose behind lids and lips stays, but for the lower teeth
+Vec3f EyesClosed(Vec3f p);
+Vec3f MouthOpen(Vec3f p); ///< the jaw turned by 16 degrees
+Vec3f Smile(Vec3f p);
+Vec3f BrowsUp(Vec3f p);
+Vec3f Frown(Vec3f p);
+
 } // namespace shapes
 
 } // namespace content

@@ -1,6 +1,7 @@
 // Shapes of the head.
 // SPDX-License-Identifier: MIT
 
+#include "body_landmarks.h"
 #include "shape_blends.h"
 #include "shape_fields.h"
 
@@ -19,8 +20,8 @@ Vec3f NarrowerFace(Vec3f p)
 
 Vec3f WiderJaw(Vec3f p)
 {
-    const float strength = Bump(p.y, 151.0f, 3.0f) * SmoothStep(-5.0f, 1.0f, p.z) * HeadInfluence(p);
-    return {0.95f * std::tanh(p.x / 3.5f) * strength, -0.25f * strength, 0.0f};
+    const float strength = Bump(p.y, 151.2f, 2.6f) * SmoothStep(-4.0f, 1.5f, p.z) * HeadInfluence(p);
+    return {0.7f * std::tanh(p.x / 3.5f) * strength, -0.2f * strength, 0.0f};
 }
 
 Vec3f LongerChin(Vec3f p)
@@ -45,7 +46,7 @@ Vec3f LargerEyes(Vec3f p)
 Vec3f FullerCheeks(Vec3f p)
 {
     return OnBothSides(p, [](Vec3f q) {
-        return Vec3f{0.95f, -0.1f, 0.75f} * Bump(q, {4.9f, 153.6f, 5.8f}, {1.9f, 2.2f, 2.6f});
+        return Vec3f{0.8f, -0.1f, 0.6f} * Bump(q, {4.8f, 153.6f, 5.4f}, {2.2f, 2.5f, 3.2f});
     });
 }
 
@@ -63,8 +64,9 @@ Vec3f WiderNose(Vec3f p)
 Vec3f FullerLips(Vec3f p)
 {
     // Both lips swell away from the mouth's line.
-    const float strength = Bump(p, {0.0f, 151.75f, 9.2f}, {2.0f, 0.85f, 1.2f});
-    return {0.0f, 0.22f * std::tanh((p.y - 151.75f) / 0.4f) * strength, 0.55f * strength};
+    const float strength = Bump(p, {0.0f, 151.9f, 9.2f}, {1.9f, 0.85f, 1.0f});
+    const float height = p.y - landmarks::LipLine(std::abs(p.x));
+    return {0.0f, 0.22f * std::tanh(height / 0.4f) * strength, 0.5f * strength};
 }
 
 Vec3f PointedEars(Vec3f p)
