@@ -133,17 +133,40 @@ Dz3DViewport& Viewport()
     return *viewport;
 }
 
-/// Looks at what is visible from the front, with a margin around it.
+/// Looks at it from the front, with a margin around it.
+void Frame(DzBox3 box)
+{
+    const DzVec3 reach = box.getSize() * 0.6f;
+    box.include(DzBox3(box.getCenter() - reach, box.getCenter() + reach));
+    const QSizeF size = Viewport().size();
+    Viewport().getCamera()->frame(box, static_cast<float>(size.width() / size.height()));
+}
+
 void FrameAll()
 {
     DzBox3 all;
     for (int i = 0; i < dzScene->getNumNodes(); ++i)
         if (auto* const figure = qobject_cast<DzFigure*>(dzScene->getNode(i)); figure && figure->isVisible())
             all.include(figure->getWSBoundingBox());
-    const DzVec3 reach = all.getSize() * 0.6f;
-    all.include(DzBox3(all.getCenter() - reach, all.getCenter() + reach));
-    const QSizeF size = Viewport().size();
-    Viewport().getCamera()->frame(all, static_cast<float>(size.width() / size.height()));
+    Frame(all);
+}
+
+/// Looks at a standing figure's face.
+void FrameFace(const DzFigure& figure)
+{
+    const DzBox3 whole = figure.getWSBoundingBox();
+    const float height = whole.getSize().m_y, top = whole.getMax().m_y;
+    const DzVec3 middle(whole.getCenter().m_x, top - 0.07f * height, whole.getCenter().m_z);
+    const DzVec3 reach(0.06f * height, 0.07f * height, 0.06f * height);
+    Frame(DzBox3(middle - reach, middle + reach));
+}
+
+/// What the viewport shows, without the view's name above the figure.
+QPixmap GrabView()
+{
+    const QPixmap view = Viewport().grab();
+    const int width = view.width() * 7 / 8, height = view.height() * 7 / 8;
+    return view.copy((view.width() - width) / 2, (view.height() - height) / 2, width, height);
 }
 
 QPixmap Beside(const std::vector<QPixmap>& pictures)
@@ -159,6 +182,15 @@ QPixmap Beside(const std::vector<QPixmap>& pictures)
         painter.drawPixmap(x, 0, picture);
         x += picture.width();
     }
+    return all;
+}
+
+QPixmap Below(const QPixmap& above, const QPixmap& below)
+{
+    QPixmap all(std::max(above.width(), below.width()), above.height() + below.height());
+    QPainter painter(&all);
+    painter.drawPixmap(0, 0, above);
+    painter.drawPixmap(0, above.height(), below);
     return all;
 }
 
@@ -268,17 +300,19 @@ void PictureStory::showHeadAndBody()
     _source->setVisible(false);
     setDial("Vera", 0.0f);
     dzScene->selectAllNodes(false);
-    FrameAll();
-    std::vector<QPixmap> views;
+    std::vector<QPixmap> views, faces;
     for (const auto& [head, body] : {std::pair(1.0f, 0.0f), std::pair(0.0f, 1.0f), std::pair(1.0f, 1.0f)}) {
+        // The same frame for all three: that of the plain figure.
+        setDial("Vera Head", 0.0f);
+        setDial("Vera Body", 0.0f);
+        FrameAll();
         setDial("Vera Head", head);
         setDial("Vera Body", body);
-        const QPixmap view = Viewport().grab();
-        // Without the view's name above the figure.
-        const int width = view.width() * 7 / 8, height = view.height() * 7 / 8;
-        views.push_back(view.copy((view.width() - width) / 2, (view.height() - height) / 2, width, height));
+        views.push_back(GrabView());
+        FrameFace(*_target);
+        faces.push_back(GrabView());
     }
-    save(Beside(views), "head-and-body");
+    save(Below(Beside(views), Beside(faces)), "head-and-body");
 }
 
 DzFigure& PictureStory::open(const char* relativePath)
