@@ -1,14 +1,17 @@
-// Tracing rays against the items of a picture, through Embree.
+// The items of a picture: their faces by number, and rays among them through Embree.
 // SPDX-License-Identifier: MIT
 
 #include "geometry/picture_stage.h"
 
 #include "embree_device.h"
+#include "geometry/errors.h"
 #include "geometry/normals.h"
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cmath>
+#include <mutex>
 
 namespace geometry {
 
@@ -18,101 +21,198 @@ struct SceneReleaser {
     void operator()(RTCScene scene) const { rtcReleaseScene(scene); }
 };
 
+constexpr std::size_t packetSize = 8;
+
 /// All that Embree reads of it.
-void SetRay(const Ray& ray, float from, float to, RTCRay* result)
+template <class RayPacket>
+void SetRay(const Ray& ray, float from, float to, std::size_t i, RayPacket* packet)
 {
-    result->org_x = ray.origin.x, result->org_y = ray.origin.y, result->org_z = ray.origin.z;
-    result->tnear = from;
-    result->dir_x = ray.direction.x, result->dir_y = ray.direction.y, result->dir_z = ray.direction.z;
-    result->time = 0.0f;
-    result->tfar = to;
-    result->mask = ~0u;
-    result->id = 0, result->flags = 0;
+    packet->org_x[i] = ray.origin.x, packet->org_y[i] = ray.origin.y, packet->org_z[i] = ray.origin.z;
+    packet->dir_x[i] = ray.direction.x, packet->dir_y[i] = ray.direction.y,
+    packet->dir_z[i] = ray.direction.z;
+    packet->tnear[i] = from, packet->tfar[i] = to;
+    packet->time[i] = 0.0f;
+    packet->mask[i] = ~0u;
+    packet->id[i] = 0, packet->flags[i] = 0;
 }
 
-void SetQuery(const Ray& ray, RTCRayHit* query)
+/// Polygons as quads that Embree splits where a fan of triangles would be: it takes half the time of
+/// triangles to be made ready.
+struct Quads {
+    std::vector<std::uint32_t> corners; ///< four vertices a quad; the last two are one for a triangle
+    std::vector<std::uint32_t> faces;   ///< the polygon that each quad comes from
+};
+
+Quads CutIntoQuads(const Topology& topology)
 {
-    SetRay(ray, 0.0f, INFINITY, &query->ray);
-    query->hit.geomID = RTC_INVALID_GEOMETRY_ID;
-    query->hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
+    Quads quads;
+    quads.corners.reserve(4 * topology.faceCount());
+    quads.faces.reserve(topology.faceCount());
+    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
+        const base::Span<const std::uint32_t> face = topology.face(f);
+        for (std::size_t c = 2; c < face.size(); c += 2) {
+            const bool isQuad = c + 1 < face.size();
+            const std::uint32_t fourth = isQuad ? face[0] : face[c];
+            if (isQuad)
+                quads.corners.insert(quads.corners.end(), {face[c - 1], face[c], face[c + 1], fourth});
+            else
+                quads.corners.insert(quads.corners.end(), {face[0], face[c - 1], face[c], fourth});
+            quads.faces.push_back(static_cast<std::uint32_t>(f));
+        }
+    }
+    return quads;
+}
+
+/// Where a ray meets a triangle's plane: Möller and Trumbore, "Fast, minimum storage ray/triangle
+/// intersection", 1997.
+struct Crossing {
+    float u = 0.0f, v = 0.0f;  ///< weights of the second and third corner
+    float inside = -INFINITY;  ///< the least of the three weights
+    float distance = INFINITY; ///< cm along the ray
+    std::array<std::uint32_t, 3> corners{};
+
+    /// What the ray meets first, as far as it meets any.
+    bool isBetterThan(const Crossing& other) const
+    {
+        if (inside >= 0.0f && other.inside >= 0.0f)
+            return distance < other.distance;
+        return inside > other.inside;
+    }
+};
+
+Crossing MeetTriangle(const PolygonMeshView& mesh, std::array<std::uint32_t, 3> corners, const Ray& ray)
+{
+    Crossing crossing;
+    crossing.corners = corners;
+    const Vec3f a = mesh.positions[corners[0]];
+    const Vec3f ab = mesh.positions[corners[1]] - a, ac = mesh.positions[corners[2]] - a;
+    const Vec3f p = Cross(ray.direction, ac);
+    const float scale = 1.0f / Dot(ab, p);
+    if (!std::isfinite(scale))
+        return crossing;
+    const Vec3f from = ray.origin - a;
+    crossing.u = Dot(from, p) * scale;
+    const Vec3f q = Cross(from, ab);
+    crossing.v = Dot(ray.direction, q) * scale;
+    crossing.distance = Dot(ac, q) * scale;
+    crossing.inside = std::min({crossing.u, crossing.v, 1.0f - crossing.u - crossing.v});
+    return crossing;
+}
+
+/// Back into the triangle, along its plane.
+void MoveInside(Crossing& crossing)
+{
+    const float u = std::max(crossing.u, 0.0f), v = std::max(crossing.v, 0.0f);
+    const float sum = std::max(u + v, 1.0f);
+    crossing.u = u / sum, crossing.v = v / sum;
+}
+
+template <class Value>
+Value Mixed(const Crossing& at, const Value* values)
+{
+    return values[at.corners[0]] * (1.0f - at.u - at.v) + values[at.corners[1]] * at.u +
+           values[at.corners[2]] * at.v;
 }
 
 } // namespace
 
 struct PictureStage::Impl {
-    explicit Impl(base::Span<const PictureItem> shown) : items(shown), scene(rtcNewScene(EmbreeDevice()))
+    explicit Impl(base::Span<const PictureItem> shown) : items(shown)
     {
-        rtcSetSceneFlags(scene.get(), RTC_SCENE_FLAG_ROBUST);
-        for (std::size_t i = 0; i < items.size(); ++i)
-            add(items[i], static_cast<unsigned>(i));
-        CommitScene(scene.get());
+        std::size_t faces = 0;
+        for (const PictureItem& item : items) {
+            CheckReach(item.mesh.positions);
+            meshes.push_back({item.mesh, static_cast<std::uint32_t>(faces)});
+            normals.push_back(VertexNormals(item.mesh));
+            faces += item.mesh.faceCount();
+            if (faces >= noFace)
+                throw TopologyError("a picture cannot show {} faces", faces);
+        }
     }
 
-    void add(const PictureItem& item, unsigned id)
+    void makeScene()
     {
-        CheckReach(item.mesh.positions);
-        triangles.push_back(Triangulate(*item.mesh.topology));
-        normals.push_back(VertexNormals(item.mesh));
-        const std::vector<std::uint32_t>& corners = triangles.back().corners;
-        if (corners.empty())
+        std::unique_ptr<RTCSceneTy, SceneReleaser> made(rtcNewScene(EmbreeDevice()));
+        rtcSetSceneFlags(made.get(), RTC_SCENE_FLAG_ROBUST);
+        // A better order of so many faces takes longer than it saves.
+        constexpr std::uint32_t manyFaces = 200000;
+        std::size_t faces = 0;
+        for (const NumberedMesh& one : meshes)
+            faces += one.mesh.faceCount();
+        quadFaces.clear(); // of a try that was cancelled
+        rtcSetSceneBuildQuality(made.get(),
+                                faces > manyFaces ? RTC_BUILD_QUALITY_LOW : RTC_BUILD_QUALITY_MEDIUM);
+        for (std::size_t i = 0; i < meshes.size(); ++i)
+            add(meshes[i].mesh, static_cast<unsigned>(i), made.get());
+        CommitScene(made.get());
+        scene = std::move(made);
+    }
+
+    void add(const PolygonMeshView& mesh, unsigned id, RTCScene to)
+    {
+        Quads quads = CutIntoQuads(*mesh.topology);
+        quadFaces.push_back(std::move(quads.faces));
+        if (quads.corners.empty())
             return;
-        RTCGeometry geometry = rtcNewGeometry(EmbreeDevice(), RTC_GEOMETRY_TYPE_TRIANGLE);
+        RTCGeometry geometry = rtcNewGeometry(EmbreeDevice(), RTC_GEOMETRY_TYPE_QUAD);
         void* vertices = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
-                                                 sizeof(Vec3f), item.mesh.vertexCount());
-        std::copy(item.mesh.positions.begin(), item.mesh.positions.end(), static_cast<Vec3f*>(vertices));
-        void* indices = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
-                                                3 * sizeof(std::uint32_t), corners.size() / 3);
-        std::copy(corners.begin(), corners.end(), static_cast<std::uint32_t*>(indices));
+                                                 sizeof(Vec3f), mesh.vertexCount());
+        std::copy(mesh.positions.begin(), mesh.positions.end(), static_cast<Vec3f*>(vertices));
+        void* indices = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT4,
+                                                4 * sizeof(std::uint32_t), quads.corners.size() / 4);
+        std::copy(quads.corners.begin(), quads.corners.end(), static_cast<std::uint32_t*>(indices));
         rtcCommitGeometry(geometry);
-        rtcAttachGeometryByID(scene.get(), geometry, id);
+        rtcAttachGeometryByID(to, geometry, id);
         rtcReleaseGeometry(geometry);
     }
 
-    Vec3f shadingNormal(const RTCHit& hit, Vec3f faceNormal) const
+    std::size_t itemOf(std::uint32_t number) const
     {
-        const std::uint32_t* corner = triangles[hit.geomID].corners.data() + 3 * std::size_t{hit.primID};
-        const std::vector<Vec3f>& vertexNormals = normals[hit.geomID];
-        const Vec3f normal = Normalized(vertexNormals[corner[0]] * (1.0f - hit.u - hit.v) +
-                                        vertexNormals[corner[1]] * hit.u + vertexNormals[corner[2]] * hit.v);
-        if (normal == Vec3f{})
-            return faceNormal;
-        return Dot(normal, faceNormal) < 0.0f ? -normal : normal;
+        std::size_t item = meshes.size() - 1;
+        while (number < meshes[item].firstFace)
+            --item;
+        return item;
     }
 
-    std::array<float, 3> colorOf(const RTCHit& hit) const
+    std::array<float, 3> colorAt(std::size_t item, const Crossing& at) const
     {
-        const PictureItem& item = items[hit.geomID];
-        if (item.vertexColors.empty())
-            return item.color;
-        const std::uint32_t* corner = triangles[hit.geomID].corners.data() + 3 * std::size_t{hit.primID};
+        const base::Span<const std::array<float, 3>> colors = items[item].vertexColors;
+        if (colors.empty())
+            return items[item].color;
         std::array<float, 3> color;
         for (std::size_t k = 0; k < 3; ++k)
-            color[k] = item.vertexColors[corner[0]][k] * (1.0f - hit.u - hit.v) +
-                       item.vertexColors[corner[1]][k] * hit.u + item.vertexColors[corner[2]][k] * hit.v;
+            color[k] = colors[at.corners[0]][k] * (1.0f - at.u - at.v) + colors[at.corners[1]][k] * at.u +
+                       colors[at.corners[2]][k] * at.v;
         return color;
     }
 
-    Hit hitOf(const Ray& ray, const RTCRayHit& query) const
+    Hit hitAt(std::size_t item, std::uint32_t face, const Crossing& at, const Ray& ray) const
     {
+        const PolygonMeshView& mesh = meshes[item].mesh;
+        const Vec3f a = mesh.positions[at.corners[0]];
         Hit hit;
-        if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID)
-            return hit;
         hit.isValid = true;
-        hit.item = query.hit.geomID;
-        hit.face = triangles[hit.item].faces[query.hit.primID];
-        hit.position = ray.origin + ray.direction * query.ray.tfar;
-        hit.color = colorOf(query.hit);
-        hit.faceNormal = Normalized({query.hit.Ng_x, query.hit.Ng_y, query.hit.Ng_z});
+        hit.item = static_cast<std::uint32_t>(item), hit.face = face;
+        hit.position = Mixed(at, mesh.positions.data());
+        hit.color = colorAt(item, at);
+        hit.faceNormal =
+            Normalized(Cross(mesh.positions[at.corners[1]] - a, mesh.positions[at.corners[2]] - a));
         if (Dot(hit.faceNormal, ray.direction) > 0.0f)
             hit.faceNormal = -hit.faceNormal;
-        hit.normal = shadingNormal(query.hit, hit.faceNormal);
+        hit.normal = Normalized(Mixed(at, normals[item].data()));
+        if (hit.normal == Vec3f{})
+            hit.normal = hit.faceNormal;
+        else if (Dot(hit.normal, hit.faceNormal) < 0.0f)
+            hit.normal = -hit.normal;
         return hit;
     }
 
     base::Span<const PictureItem> items;
-    std::unique_ptr<RTCSceneTy, SceneReleaser> scene;
-    std::vector<Triangles> triangles;
+    std::vector<NumberedMesh> meshes;
     std::vector<std::vector<Vec3f>> normals;
+    std::once_flag isReady;
+    std::unique_ptr<RTCSceneTy, SceneReleaser> scene;
+    std::vector<std::vector<std::uint32_t>> quadFaces;
 };
 
 PictureStage::PictureStage(base::Span<const PictureItem> items) : _impl(new Impl(items)) {}
@@ -120,42 +220,86 @@ PictureStage::~PictureStage() = default;
 PictureStage::PictureStage(PictureStage&&) noexcept = default;
 PictureStage& PictureStage::operator=(PictureStage&&) noexcept = default;
 
+base::Span<const PictureItem> PictureStage::items() const
+{
+    return _impl->items;
+}
+
+base::Span<const NumberedMesh> PictureStage::meshes() const
+{
+    return _impl->meshes;
+}
+
+PictureStage::Hit PictureStage::hitOn(std::uint32_t number, const Ray& ray) const
+{
+    if (number == noFace)
+        return {};
+    const std::size_t item = _impl->itemOf(number);
+    const NumberedMesh& one = _impl->meshes[item];
+    const std::uint32_t f = number - one.firstFace;
+    const base::Span<const std::uint32_t> face = one.mesh.face(f);
+    Crossing best;
+    for (std::size_t i = 2; i < face.size(); ++i) {
+        const Crossing crossing = MeetTriangle(one.mesh, {face[0], face[i - 1], face[i]}, ray);
+        if (crossing.isBetterThan(best))
+            best = crossing;
+    }
+    if (best.inside == -INFINITY)
+        return {};
+    MoveInside(best);
+    return _impl->hitAt(item, f, best, ray);
+}
+
+void PictureStage::prepareToTrace() const
+{
+    std::call_once(_impl->isReady, [this] { _impl->makeScene(); });
+}
+
 PictureStage::Hit PictureStage::trace(const Ray& ray) const
 {
+    prepareToTrace();
     RTCRayHit query;
-    SetQuery(ray, &query);
+    query.ray = {ray.origin.x,
+                 ray.origin.y,
+                 ray.origin.z,
+                 0.0f,
+                 ray.direction.x,
+                 ray.direction.y,
+                 ray.direction.z,
+                 0.0f,
+                 INFINITY,
+                 ~0u,
+                 0,
+                 0};
+    query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
+    query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
     rtcIntersect1(_impl->scene.get(), &context, &query);
-    return _impl->hitOf(ray, query);
+    if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID)
+        return {};
+    return hitOn(_impl->meshes[query.hit.geomID].firstFace +
+                     _impl->quadFaces[query.hit.geomID][query.hit.primID],
+                 ray);
 }
 
-void PictureStage::trace(base::Span<const Ray> rays, Hit* hits) const
+void PictureStage::findFree(base::Span<const Ray> rays, float from, float to, std::uint8_t* areFree) const
 {
-    constexpr std::size_t bundle = 64;
-    std::array<RTCRayHit, bundle> queries;
+    prepareToTrace();
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
-    context.flags = RTC_INTERSECT_CONTEXT_FLAG_COHERENT;
-    for (std::size_t first = 0; first < rays.size(); first += bundle) {
-        const std::size_t count = std::min(bundle, rays.size() - first);
+    for (std::size_t first = 0; first < rays.size(); first += packetSize) {
+        const std::size_t count = std::min(packetSize, rays.size() - first);
+        alignas(32) std::array<int, packetSize> isAsked{};
+        RTCRay8 packet;
+        for (std::size_t i = 0; i < count; ++i) {
+            isAsked[i] = -1;
+            SetRay(rays[first + i], from, to, i, &packet);
+        }
+        rtcOccluded8(isAsked.data(), _impl->scene.get(), &context, &packet);
         for (std::size_t i = 0; i < count; ++i)
-            SetQuery(rays[first + i], &queries[i]);
-        rtcIntersect1M(_impl->scene.get(), &context, queries.data(), static_cast<unsigned>(count),
-                       sizeof(RTCRayHit));
-        for (std::size_t i = 0; i < count; ++i)
-            hits[first + i] = _impl->hitOf(rays[first + i], queries[i]);
+            areFree[first + i] = packet.tfar[i] >= 0.0f;
     }
-}
-
-bool PictureStage::isFree(const Ray& ray, float from, float to) const
-{
-    RTCRay query;
-    SetRay(ray, from, to, &query);
-    RTCIntersectContext context;
-    rtcInitIntersectContext(&context);
-    rtcOccluded1(_impl->scene.get(), &context, &query);
-    return query.tfar >= 0.0f;
 }
 
 } // namespace geometry

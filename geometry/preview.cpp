@@ -4,6 +4,8 @@
 #include "geometry/preview.h"
 
 #include "base/cancellation.h"
+#include "rasterizer.h"
+#include "wires.h"
 
 #include <tbb/parallel_for.h>
 
@@ -14,113 +16,113 @@ namespace geometry {
 
 namespace {
 
-using Pixel = std::array<std::uint8_t, 3>;
-
-/// What a pixel shows besides its colour, to find edges by.
-struct Seen {
-    Pixel color{};
-    std::uint64_t face = UINT64_MAX; ///< item and polygon; all ones for none
-};
-
-std::uint64_t FaceKey(const PictureStage::Hit& hit)
+std::uint32_t Packed(const std::array<std::uint8_t, 3>& rgb)
 {
-    return std::uint64_t{hit.item} << 32 | hit.face;
+    return 0xff000000u | static_cast<std::uint32_t>(rgb[0]) << 16 | static_cast<std::uint32_t>(rgb[1]) << 8 |
+           rgb[2];
 }
 
-/// A lamp at the eye: bright where the surface faces it. The square root stands for the screen's gamma.
-Pixel Shade(const PictureStage::Hit& hit, Vec3f toEye, const PreviewOptions& options)
+/// The square root stands for the screen's gamma.
+std::uint8_t Encoded(float light)
 {
-    if (options.shading == PreviewShading::None)
-        return options.background;
-    const Vec3f normal = options.shading == PreviewShading::Smooth ? hit.normal : hit.faceNormal;
-    const float light = 0.12f + 0.88f * std::max(0.0f, Dot(normal, toEye));
-    Pixel pixel;
-    for (std::size_t k = 0; k < 3; ++k)
-        pixel[k] =
-            static_cast<std::uint8_t>(255.0f * std::sqrt(std::clamp(hit.color[k] * light, 0.0f, 1.0f)));
-    return pixel;
+    return static_cast<std::uint8_t>(255.0f * std::sqrt(std::clamp(light, 0.0f, 1.0f)));
 }
 
 class RowDrawer {
 public:
-    RowDrawer(const PictureStage& stage, const PictureCamera& camera, const PreviewOptions& options)
-        : _stage(stage), _camera(camera), _options(options),
-          _aspect(static_cast<float>(options.width) / static_cast<float>(options.height))
+    RowDrawer(const PictureStage& stage, const PictureCamera& camera, const PreviewOptions& options,
+              const std::vector<std::uint32_t>& faces)
+        : _stage(stage), _camera(camera), _options(options), _grid{options.width, options.height},
+          _faces(faces.data()), _background(Packed(options.background)), _edges(Packed(options.edges))
     {
     }
 
-    void draw(int row, Seen* seen) const
+    void draw(int row, std::uint32_t* pixels) const
     {
-        const float y = 1.0f - 2.0f * (static_cast<float>(row) + 0.5f) / static_cast<float>(_options.height);
-        const std::size_t width = static_cast<std::size_t>(_options.width);
-        std::vector<Ray> rays(width);
-        for (std::size_t column = 0; column < width; ++column)
-            rays[column] = _camera.ray(
-                2.0f * (static_cast<float>(column) + 0.5f) / static_cast<float>(_options.width) - 1.0f, y,
-                _aspect);
-        std::vector<PictureStage::Hit> hits(width);
-        _stage.trace(rays, hits.data());
-        for (std::size_t column = 0; column < width; ++column) {
-            const PictureStage::Hit& hit = hits[column];
-            seen[column] = hit.isValid ? Seen{Shade(hit, -rays[column].direction, _options), FaceKey(hit)}
-                                       : Seen{_options.background, UINT64_MAX};
+        const std::uint32_t* const faces = rowOf(row);
+        const std::uint32_t* const below = row + 1 < _grid.height ? rowOf(row + 1) : faces;
+        for (int column = 0; column < _grid.width; ++column) {
+            const std::uint32_t face = faces[column];
+            pixels[column] = shade(face, column, row);
+            // Where another face begins to the right of a pixel or below it.
+            const std::uint32_t right = faces[std::min(column + 1, _grid.width - 1)];
+            if (_options.drawEdges && (face != right || face != below[column]))
+                pixels[column] = edgeOver(pixels[column]);
         }
     }
 
 private:
+    const std::uint32_t* rowOf(int row) const
+    {
+        return _faces + static_cast<std::size_t>(row) * static_cast<std::size_t>(_grid.width);
+    }
+
+    /// A lamp at the eye: bright where the surface faces it.
+    std::uint32_t shade(std::uint32_t face, int column, int row) const
+    {
+        if (face == noFace || _options.shading == PreviewShading::None)
+            return _background;
+        const Ray ray = _camera.ray(_grid.x(column), _grid.y(row), _grid.aspect());
+        const PictureStage::Hit hit = _stage.hitOn(face, ray);
+        const Vec3f normal = _options.shading == PreviewShading::Smooth ? hit.normal : hit.faceNormal;
+        const float light = 0.12f + 0.88f * std::max(0.0f, -Dot(normal, ray.direction));
+        return Packed(
+            {Encoded(hit.color[0] * light), Encoded(hit.color[1] * light), Encoded(hit.color[2] * light)});
+    }
+
+    /// Edges over shading let it shine through, or dense meshes would be all edge.
+    std::uint32_t edgeOver(std::uint32_t face) const
+    {
+        if (_options.shading == PreviewShading::None)
+            return _edges;
+        std::uint32_t mixed = 0xff000000u;
+        for (const int shift : {0, 8, 16}) {
+            const float from = static_cast<float>(face >> shift & 255u),
+                        to = static_cast<float>(_edges >> shift & 255u);
+            mixed |= static_cast<std::uint32_t>(std::lround(from + _options.edgeOpacity * (to - from)))
+                     << shift;
+        }
+        return mixed;
+    }
+
     const PictureStage& _stage;
     const PictureCamera& _camera;
     const PreviewOptions& _options;
-    float _aspect;
+    SampleGrid _grid;
+    const std::uint32_t* _faces;
+    std::uint32_t _background, _edges;
 };
-
-/// Edges over shading let it shine through, or dense meshes would be all edge.
-Pixel EdgeColor(const Pixel& face, const PreviewOptions& options)
-{
-    if (options.shading == PreviewShading::None)
-        return options.edges;
-    Pixel pixel;
-    for (std::size_t k = 0; k < 3; ++k)
-        pixel[k] = static_cast<std::uint8_t>(std::lround(
-            static_cast<float>(face[k]) +
-            options.edgeOpacity * (static_cast<float>(options.edges[k]) - static_cast<float>(face[k]))));
-    return pixel;
-}
-
-/// Whether another face begins to the right of a pixel or below it.
-bool IsEdge(const std::vector<Seen>& seen, int column, int row, const PreviewOptions& options)
-{
-    const std::size_t width = static_cast<std::size_t>(options.width);
-    const std::size_t here = static_cast<std::size_t>(row) * width + static_cast<std::size_t>(column);
-    const bool toRight = column + 1 < options.width && seen[here].face != seen[here + 1].face;
-    const bool below = row + 1 < options.height && seen[here].face != seen[here + width].face;
-    return toRight || below;
-}
 
 } // namespace
 
-Picture DrawPreview(const PictureStage& stage, const PictureCamera& camera, const PreviewOptions& options)
+PreviewPicture DrawPreview(const PictureStage& stage, const PictureCamera& camera,
+                           const PreviewOptions& options)
 {
     CheckPictureSize(options.width, options.height);
     const std::size_t width = static_cast<std::size_t>(options.width);
-    std::vector<Seen> seen(width * static_cast<std::size_t>(options.height));
-    const RowDrawer drawer(stage, camera, options);
+    std::vector<std::uint32_t> faces(width * static_cast<std::size_t>(options.height));
+    Rasterizer(stage.meshes(), camera, {options.width, options.height}).draw(0, options.height, faces);
+    PreviewPicture picture{options.width, options.height, std::vector<std::uint32_t>(faces.size())};
+    const RowDrawer drawer(stage, camera, options, faces);
     tbb::parallel_for(0, options.height, [&](int row) {
         base::ThrowIfCancelled();
-        drawer.draw(row, seen.data() + width * static_cast<std::size_t>(row));
+        drawer.draw(row, picture.pixels.data() + width * static_cast<std::size_t>(row));
     });
-    Picture picture{options.width, options.height, {}};
-    picture.rgb.resize(3 * seen.size());
-    tbb::parallel_for(0, options.height, [&](int row) {
-        base::ThrowIfCancelled();
-        const std::size_t first = width * static_cast<std::size_t>(row);
-        for (int column = 0; column < options.width; ++column) {
-            const std::size_t i = first + static_cast<std::size_t>(column);
-            const bool isEdge = options.drawEdges && IsEdge(seen, column, row, options);
-            const Pixel pixel = isEdge ? EdgeColor(seen[i].color, options) : seen[i].color;
-            std::copy(pixel.begin(), pixel.end(), picture.rgb.begin() + static_cast<std::ptrdiff_t>(3 * i));
-        }
-    });
+    return picture;
+}
+
+PreviewPicture DrawWires(base::Span<const PictureItem> items, const PictureCamera& camera,
+                         const PreviewOptions& options)
+{
+    CheckPictureSize(options.width, options.height);
+    std::vector<NumberedMesh> meshes;
+    for (const PictureItem& item : items)
+        meshes.push_back({item.mesh});
+    const Projection projection(meshes, camera, {options.width, options.height});
+    PreviewPicture picture{options.width, options.height, {}};
+    picture.pixels.resize(static_cast<std::size_t>(options.width) * static_cast<std::size_t>(options.height),
+                          Packed(options.background));
+    DrawEdges(projection, Packed(options.edges), picture.pixels);
     return picture;
 }
 

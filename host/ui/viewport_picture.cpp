@@ -1,4 +1,4 @@
-// Drawing the scene into a viewport: traced surfaces, drawn lines.
+// Drawing the scene into a viewport.
 // SPDX-License-Identifier: MIT
 
 #include "viewport_picture.h"
@@ -75,43 +75,30 @@ void AddBox(const geometry::Box3f& box, const Projector& projector, QVector<QLin
         }
 }
 
-/// Every edge once, however many faces share it.
-void AddEdges(const geometry::PolygonMeshView& mesh, const Projector& projector, QVector<QLineF>* lines)
+QImage ImageOf(geometry::PreviewPicture picture)
 {
-    std::vector<std::pair<std::uint32_t, std::uint32_t>> edges;
-    edges.reserve(mesh.topology->cornerCount());
-    for (std::size_t f = 0; f < mesh.faceCount(); ++f) {
-        const base::Span<const std::uint32_t> face = mesh.face(f);
-        for (std::size_t i = 0; i < face.size(); ++i)
-            edges.push_back(std::minmax(face[i], face[(i + 1) % face.size()]));
-    }
-    std::sort(edges.begin(), edges.end());
-    edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
-    for (const auto& [a, b] : edges) {
-        QLineF line;
-        if (projector.line(mesh.positions[a], mesh.positions[b], &line))
-            lines->append(line);
-    }
+    auto* const kept = new geometry::PreviewPicture(std::move(picture));
+    return QImage(
+        reinterpret_cast<uchar*>(kept->pixels.data()), kept->width, kept->height, 4 * kept->width,
+        QImage::Format_RGB32, [](void* owned) { delete static_cast<geometry::PreviewPicture*>(owned); },
+        kept);
 }
 
-QImage Traced(const geometry::PictureStage& stage, const PictureCamera& camera, const DrawMethod& method,
-              const QSize& size)
+geometry::PreviewOptions OptionsFor(const DrawMethod& method, const QSize& size)
 {
+    const auto bytes = [](const QColor& color) {
+        return std::array<std::uint8_t, 3>{std::uint8_t(color.red()), std::uint8_t(color.green()),
+                                           std::uint8_t(color.blue())};
+    };
     geometry::PreviewOptions options;
     options.shading = method.isShaded ? geometry::PreviewShading::Smooth : geometry::PreviewShading::None;
     options.drawEdges = method.drawsEdges;
     options.width = size.width();
     options.height = size.height();
-    const auto bytes = [](const QColor& color) {
-        return std::array<std::uint8_t, 3>{std::uint8_t(color.red()), std::uint8_t(color.green()),
-                                           std::uint8_t(color.blue())};
-    };
     options.background = bytes(background);
     if (!method.isShaded)
         options.edges = bytes(lineColor);
-    const geometry::Picture picture = DrawPreview(stage, camera, options);
-    return QImage(picture.rgb.data(), picture.width, picture.height, 3 * picture.width, QImage::Format_RGB888)
-        .convertToFormat(QImage::Format_RGB32);
+    return options;
 }
 
 void DrawLines(QPainter& painter, const QVector<QLineF>& lines, const QColor& color)
@@ -171,23 +158,22 @@ const geometry::PictureStage& ViewportPicture::stage()
 
 QImage ViewportPicture::draw(const PictureCamera& camera, const DrawMethod& method, const QSize& size)
 {
+    const geometry::PreviewOptions options = OptionsFor(method, size);
     QImage image;
     if (method.hidesLines) {
-        image = Traced(stage(), camera, method, size);
+        image = ImageOf(DrawPreview(stage(), camera, options));
+    } else if (method.drawsEdges) {
+        image = ImageOf(DrawWires(scene().items, camera, options));
     } else {
         image = QImage(size, QImage::Format_RGB32);
         image.fill(background);
     }
     QPainter painter(&image);
     const Projector projector(camera, size);
-    if (!method.hidesLines) {
+    if (method.drawsBoxes) {
         QVector<QLineF> lines;
-        for (const geometry::PictureItem& item : scene().items) {
-            if (method.drawsBoxes)
-                AddBox(geometry::BoundingBox(item.mesh.positions), projector, &lines);
-            else
-                AddEdges(item.mesh, projector, &lines);
-        }
+        for (const geometry::PictureItem& item : scene().items)
+            AddBox(geometry::BoundingBox(item.mesh.positions), projector, &lines);
         DrawLines(painter, lines, lineColor);
     }
     DrawSelection(painter, projector);

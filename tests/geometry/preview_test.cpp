@@ -21,13 +21,16 @@ PreviewOptions Small()
     return options;
 }
 
-std::array<std::uint8_t, 3> PixelOf(const Picture& picture, int column, int row)
+using Rgb = std::array<std::uint8_t, 3>;
+
+Rgb PixelOf(const PreviewPicture& picture, int column, int row)
 {
-    const std::size_t i = 3 * (std::size_t(row) * std::size_t(picture.width) + std::size_t(column));
-    return {picture.rgb[i], picture.rgb[i + 1], picture.rgb[i + 2]};
+    const std::uint32_t pixel =
+        picture.pixels[std::size_t(row) * std::size_t(picture.width) + std::size_t(column)];
+    return {std::uint8_t(pixel >> 16), std::uint8_t(pixel >> 8), std::uint8_t(pixel)};
 }
 
-std::size_t CountOf(const Picture& picture, const std::array<std::uint8_t, 3>& color)
+std::size_t CountOf(const PreviewPicture& picture, const std::array<std::uint8_t, 3>& color)
 {
     std::size_t count = 0;
     for (int row = 0; row < picture.height; ++row)
@@ -61,29 +64,6 @@ TEST(PictureCamera, sends_the_middle_ray_forward_and_the_edge_rays_to_the_edges)
     EXPECT_NEAR(corner.direction.x / -corner.direction.z, 1.0f, 1e-6f);
     EXPECT_NEAR(corner.direction.y / -corner.direction.z, 0.5f, 1e-6f);
     EXPECT_EQ(corner.origin, camera.eye);
-}
-
-TEST(PictureStage, sees_the_same_by_many_rays_as_by_each)
-{
-    const BallFixture scene;
-    std::vector<Ray> rays;
-    for (const float y : {-0.61f, -0.2f, 0.03f, 0.4f})
-        for (int i = 0; i < 57; ++i) // not a whole number of bundles
-            rays.push_back(scene.camera.ray(-1.0f + 2.0f * static_cast<float>(i) / 57.0f, y, 1.5f));
-    std::vector<PictureStage::Hit> hits(rays.size());
-    scene.stage.trace(rays, hits.data());
-    int valid = 0;
-    for (std::size_t i = 0; i < rays.size(); ++i) {
-        const PictureStage::Hit one = scene.stage.trace(rays[i]);
-        ASSERT_EQ(hits[i].isValid, one.isValid) << i;
-        EXPECT_EQ(hits[i].face, one.face) << i;
-        EXPECT_LT(Length(hits[i].position - one.position), 1e-4f) << i;
-        EXPECT_LT(Length(hits[i].normal - one.normal), 1e-4f) << i;
-        valid += one.isValid;
-    }
-    EXPECT_GT(valid, 60);
-    EXPECT_LT(valid, 200) << "some pass by";
-    scene.stage.trace({}, nullptr);
 }
 
 TEST(PictureCamera, sends_parallel_rays_without_perspective)
@@ -129,7 +109,7 @@ TEST(PictureCamera, keeps_every_corner_of_a_frame_inside_the_picture)
 TEST(DrawPreview, shades_what_faces_the_eye_brightest)
 {
     const BallFixture fixture;
-    const Picture picture = DrawPreview(fixture.stage, fixture.camera, Small());
+    const PreviewPicture picture = DrawPreview(fixture.stage, fixture.camera, Small());
     const PreviewOptions options = Small();
     EXPECT_EQ(PixelOf(picture, 0, 0), options.background);
     const auto middle = PixelOf(picture, 30, 20), side = PixelOf(picture, 30 + 12, 20);
@@ -142,9 +122,9 @@ TEST(DrawPreview, gives_a_flat_face_one_shade)
     const BallFixture fixture;
     PreviewOptions options = Small();
     std::set<std::array<std::uint8_t, 3>> smooth, flat;
-    const Picture smoothPicture = DrawPreview(fixture.stage, fixture.camera, options);
+    const PreviewPicture smoothPicture = DrawPreview(fixture.stage, fixture.camera, options);
     options.shading = PreviewShading::Flat;
-    const Picture flatPicture = DrawPreview(fixture.stage, fixture.camera, options);
+    const PreviewPicture flatPicture = DrawPreview(fixture.stage, fixture.camera, options);
     for (int row = 0; row < options.height; ++row)
         for (int column = 0; column < options.width; ++column) {
             smooth.insert(PixelOf(smoothPicture, column, row));
@@ -161,7 +141,7 @@ TEST(DrawPreview, hides_lines_behind_a_surface_that_it_does_not_shade)
     const std::size_t pixels = std::size_t(options.width) * std::size_t(options.height);
     EXPECT_EQ(CountOf(DrawPreview(fixture.stage, fixture.camera, options), options.background), pixels);
     options.drawEdges = true;
-    const Picture lines = DrawPreview(fixture.stage, fixture.camera, options);
+    const PreviewPicture lines = DrawPreview(fixture.stage, fixture.camera, options);
     EXPECT_GT(CountOf(lines, options.edges), 50u);
     EXPECT_EQ(CountOf(lines, options.edges) + CountOf(lines, options.background), pixels);
 }
@@ -190,7 +170,7 @@ TEST(Render, takes_a_camera_instead_of_a_view)
     options.height = 60;
     options.camera = fixture.camera;
     const Picture empty = Render({}, options), seen = Render({&fixture.item, 1}, options);
-    EXPECT_NE(PixelOf(seen, 30, 30), PixelOf(empty, 30, 30));
+    EXPECT_NE(seen.rgb, empty.rgb);
     options.camera->forward = {0, 0, 1};
     options.camera->right = {-1, 0, 0};
     EXPECT_EQ(Render({&fixture.item, 1}, options).rgb, Render({}, options).rgb) << "it looks away";
@@ -203,8 +183,67 @@ TEST(DrawPreview, lets_shading_shine_through_its_edges)
     options.drawEdges = true;
     options.edgeOpacity = 0.0f;
     PreviewOptions plain = Small();
-    EXPECT_EQ(DrawPreview(fixture.stage, fixture.camera, options).rgb,
-              DrawPreview(fixture.stage, fixture.camera, plain).rgb);
+    EXPECT_EQ(DrawPreview(fixture.stage, fixture.camera, options).pixels,
+              DrawPreview(fixture.stage, fixture.camera, plain).pixels);
     options.edgeOpacity = 1.0f;
     EXPECT_GT(CountOf(DrawPreview(fixture.stage, fixture.camera, options), options.edges), 50u);
+}
+
+TEST(DrawWires, draws_the_edges_of_a_face_from_corner_to_corner)
+{
+    const PolygonMesh square =
+        shapes::FromFaces({{-3, -2, 0}, {3, -2, 0}, {3, 2, 0}, {-3, 2, 0}}, {{0, 1, 2, 3}});
+    const PictureItem item{square.view()};
+    PictureCamera camera;
+    camera.eye = {0, 0, 10};
+    camera.isPerspective = false;
+    camera.halfHeight = 4.0f; // five pixels a cm
+    const PreviewOptions options = Small();
+    const PreviewPicture picture = DrawWires({&item, 1}, camera, options);
+    EXPECT_EQ(PixelOf(picture, 15, 30), options.edges);
+    EXPECT_EQ(PixelOf(picture, 30, 30), options.edges) << "the bottom";
+    EXPECT_EQ(PixelOf(picture, 15, 20), options.edges) << "the left side";
+    EXPECT_EQ(PixelOf(picture, 30, 20), options.background) << "a face is not filled";
+    EXPECT_EQ(PixelOf(picture, 5, 5), options.background);
+    const std::size_t around = 2 * (6 * 5 + 4 * 5);
+    EXPECT_NEAR(double(CountOf(picture, options.edges)), double(around), 4.0);
+}
+
+TEST(DrawWires, shows_edges_behind_others)
+{
+    const PolygonMesh cube = shapes::Cube(4.0f);
+    const PictureItem item{cube.view()};
+    const PictureStage stage({&item, 1});
+    const PictureCamera camera = CameraAround(BoundingBox(cube.positions), 0.5f, 1.5f);
+    PreviewOptions options = Small();
+    options.shading = PreviewShading::None;
+    options.drawEdges = true;
+    EXPECT_GT(CountOf(DrawWires({&item, 1}, camera, options), options.edges),
+              CountOf(DrawPreview(stage, camera, options), options.edges));
+}
+
+TEST(DrawWires, cuts_edges_at_the_eye_and_at_the_rim)
+{
+    // A ladder that begins behind the eye and ends far off to all sides.
+    PolygonMesh ladder =
+        shapes::FromFaces({{-1, -1, 50}, {1, -1, 50}, {1, -1, -500}, {-1, -1, -500}, {2e6f, 3e6f, -100}},
+                          {{0, 1, 2, 3}, {2, 3, 4}});
+    const PictureItem item{ladder.view()};
+    PictureCamera camera;
+    const PreviewOptions options = Small();
+    const PreviewPicture picture = DrawWires({&item, 1}, camera, options);
+    EXPECT_GT(CountOf(picture, options.edges), 40u);
+    ladder.positions[0].x = NAN;
+    const std::size_t without = CountOf(DrawWires({&item, 1}, camera, options), options.edges);
+    EXPECT_GT(without, 10u) << "the others are drawn";
+    EXPECT_LT(without, CountOf(picture, options.edges));
+}
+
+TEST(DrawWires, draws_parts_of_a_pixel_as_one)
+{
+    const PolygonMesh speck = shapes::Moved(shapes::Cube(1e-3f), {0.01f, 0.01f, 0});
+    const PictureItem item{speck.view()};
+    PictureCamera camera;
+    camera.eye = {0, 0, 10};
+    EXPECT_EQ(CountOf(DrawWires({&item, 1}, camera, Small()), Small().edges), 1u);
 }

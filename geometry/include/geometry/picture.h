@@ -15,6 +15,8 @@
 
 namespace geometry {
 
+class PictureStage;
+
 enum class View { Front, Side, Back, ThreeQuarter, Face };
 
 /// "front", "side", "back", "three-quarter", "face"; nothing for any other text.
@@ -34,7 +36,7 @@ struct PictureItem {
 
 enum class Lighting {
     Studio, ///< a key, a fill and a rim light with soft shadows, ambient occlusion
-    Quick,  ///< the same lights without shadows, some twenty times as fast
+    Quick,  ///< the same lights without shadows, some four times as fast
     Plain   ///< one lamp at the eye and much of all around, so that colours which mean something stay legible
 };
 
@@ -54,6 +56,8 @@ void CheckPictureSize(int width, int height);
 /// @throws base::Error  a size or the number of samples is out of range, or an item has colours for another
 ///                      number of vertices
 Picture Render(base::Span<const PictureItem> items, const PictureOptions& options = {});
+/// The same of what has been made ready, for several pictures of the same items.
+Picture RenderStage(const PictureStage& stage, const PictureOptions& options = {});
 
 /// Side by side, the tallest deciding the height; black below the others.
 Picture Join(base::Span<const Picture> pictures);
@@ -61,9 +65,13 @@ Picture Join(base::Span<const Picture> pictures);
 /// The bytes of a PNG file.
 /// @throws base::Error  the picture is empty or cannot be encoded
 std::vector<std::uint8_t> EncodePng(const Picture& picture);
+/// The same of several, side by side.
+std::vector<std::vector<std::uint8_t>> EncodePngs(base::Span<const Picture> pictures);
 
 /// Writes PNG beside the target and renames it into place.
 /// @throws base::IoError  the file cannot be written
 void WritePng(const std::filesystem::path& file, const Picture& picture);
+/// The same of bytes from EncodePng().
+void WritePng(const std::filesystem::path& file, base::Span<const std::uint8_t> bytes);
 
 } // namespace geometry

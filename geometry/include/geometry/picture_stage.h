@@ -1,4 +1,4 @@
-// The triangles of a picture's items in one ray tracing scene.
+// The items of a picture, made ready to be looked at.
 // SPDX-License-Identifier: MIT
 
 #pragma once
@@ -7,20 +7,32 @@
 #include "geometry/picture_camera.h"
 
 #include <memory>
-#include <vector>
 
 namespace geometry {
+
+/// A mesh whose faces have numbers of their own among those of several.
+struct NumberedMesh {
+    PolygonMeshView mesh;
+    std::uint32_t firstFace = 0;
+};
+
+/// Stands where there is no face.
+constexpr std::uint32_t noFace = UINT32_MAX;
 
 /// Reads the items' positions at construction and their colours later: the items must outlive it. Queries are
 /// const and may be made from several threads at once.
 class PictureStage {
 public:
-    /// @throws base::Error    the ray tracer cannot be started
-    /// @throws TopologyError  a position is beyond farthestPosition
+    /// @throws TopologyError  a position is beyond farthestPosition, or there are too many faces to be
+    /// numbered
     explicit PictureStage(base::Span<const PictureItem> items);
     ~PictureStage();
     PictureStage(PictureStage&&) noexcept;
     PictureStage& operator=(PictureStage&&) noexcept;
+
+    base::Span<const PictureItem> items() const;
+    /// One an item.
+    base::Span<const NumberedMesh> meshes() const;
 
     struct Hit {
         Vec3f position;   ///< cm
@@ -30,13 +42,20 @@ public:
         std::uint32_t item = 0, face = 0; ///< the item, and its polygon
         bool isValid = false;
     };
+    /// Where a ray meets a face of which it is known that it does; the closest point of a triangle's plane
+    /// where it only just does. Not valid for noFace and for a face without area.
+    Hit hitOn(std::uint32_t number, const Ray& ray) const;
+
+    /// Makes ready for tracing, which otherwise the first ray does. That one must not come from a parallel
+    /// loop.
+    /// @throws base::Error  the ray tracer cannot be started
+    void prepareToTrace() const;
     /// The first thing that a ray hits.
     Hit trace(const Ray& ray) const;
-    /// Many rays that go nearly the same way, such as neighbours in a picture: faster than one by one.
-    /// @param hits  one per ray
-    void trace(base::Span<const Ray> rays, Hit* hits) const;
-    /// Whether nothing is in the way between two distances (cm) along a ray.
-    bool isFree(const Ray& ray, float from, float to) const;
+    /// Whether nothing is in the way along each ray between two distances (cm). Rays that go nearly the same
+    /// way are best asked for together.
+    /// @param areFree  one per ray; 1 or 0
+    void findFree(base::Span<const Ray> rays, float from, float to, std::uint8_t* areFree) const;
 
 private:
     struct Impl;

@@ -1,9 +1,13 @@
-// Quick pictures for a viewport: one ray a pixel, lit from the eye.
+// Quick pictures for a viewport: one sample a pixel, lit from the eye.
 // SPDX-License-Identifier: MIT
 
 #pragma once
 
 #include "geometry/picture_stage.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
 
 namespace geometry {
 
@@ -21,8 +25,20 @@ struct PreviewOptions {
     std::array<std::uint8_t, 3> background{58, 60, 64}, edges{20, 22, 24};
 };
 
+struct PreviewPicture {
+    int width = 0, height = 0;
+    std::vector<std::uint32_t> pixels; ///< 0xffRRGGBB, top row first
+};
+
 /// Draws what the stage holds.
 /// @throws base::Error  a size out of range
-Picture DrawPreview(const PictureStage& stage, const PictureCamera& camera, const PreviewOptions& options);
+PreviewPicture DrawPreview(const PictureStage& stage, const PictureCamera& camera,
+                           const PreviewOptions& options);
+
+/// Draws the edges of all polygons, seen or hidden, one pixel wide. Of the options it takes sizes and
+/// colours.
+/// @throws base::Error  a size out of range
+PreviewPicture DrawWires(base::Span<const PictureItem> items, const PictureCamera& camera,
+                         const PreviewOptions& options);
 
 } // namespace geometry
