@@ -8,6 +8,7 @@
 #include "dznumericproperty.h"
 #include "dzscene.h"
 #include "geometry/limits.h"
+#include "geometry/picture_stage.h"
 #include "host_session.h"
 #include "interrupt.h"
 #include "mesh_files.h"
@@ -73,11 +74,12 @@ geometry::Picture RenderViews(const std::vector<geometry::PictureItem>& items,
         options.width = size.width;
         options.height = size.height;
     }
+    const geometry::PictureStage stage(items);
     std::vector<geometry::Picture> pictures;
     for (const std::string& view : arguments.views) {
         progress.stage(view, "Rendering the view " + view);
         options.view = *geometry::ParseView(view);
-        pictures.push_back(geometry::Render(items, options));
+        pictures.push_back(geometry::RenderStage(stage, options));
     }
     return pictures.size() == 1 ? std::move(pictures.front()) : geometry::Join(pictures);
 }

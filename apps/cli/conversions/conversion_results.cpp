@@ -14,7 +14,7 @@
 #include "dzpresentation.h"
 #include "figure_kind.h"
 #include "geometry/obj.h"
-#include "geometry/picture.h"
+#include "geometry/picture_stage.h"
 #include "interrupt.h"
 #include "ks_daz-helpers.h"
 #include "ks_morphlist.h"
@@ -46,8 +46,7 @@ std::vector<std::vector<float>> DistancesOf(const std::vector<geometry::PolygonM
     return distances;
 }
 
-geometry::Picture Draw(const std::vector<geometry::PictureItem>& items, geometry::View view,
-                       const geometry::Box3f& frame)
+geometry::Picture Draw(const geometry::PictureStage& stage, geometry::View view, const geometry::Box3f& frame)
 {
     geometry::PictureOptions options;
     options.view = view;
@@ -55,7 +54,21 @@ geometry::Picture Draw(const std::vector<geometry::PictureItem>& items, geometry
     options.height = view == geometry::View::Face ? 600 : 800;
     if (view != geometry::View::Face)
         options.frame = frame;
-    return geometry::Render(items, options);
+    return geometry::RenderStage(stage, options);
+}
+
+/// In their order, so that it is known what is there when one cannot be written.
+std::vector<fs::path> WritePictures(const fs::path& folder, const std::vector<const char*>& names,
+                                    const std::vector<geometry::Picture>& pictures)
+{
+    const std::vector<std::vector<std::uint8_t>> encoded = geometry::EncodePngs(pictures);
+    std::vector<fs::path> files;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        files.push_back(folder / names[i]);
+        geometry::WritePng(files.back(), encoded[i]);
+        NoteWritten(FileText(files.back()) + " is written");
+    }
+    return files;
 }
 
 } // namespace
@@ -185,22 +198,16 @@ std::vector<fs::path> DrawPictures(const GntOutcome& outcome, const fs::path& fo
         for (const geometry::PictureItem& item : items)
             for (const geometry::Vec3f position : item.mesh.positions)
                 frame.include(position);
-    std::vector<fs::path> files;
-    const auto write = [&](const char* name, const geometry::Picture& picture) {
-        files.push_back(folder / name);
-        geometry::WritePng(files.back(), picture);
-        NoteWritten(FileText(files.back()) + " is written");
-    };
-    const geometry::Picture sourceFront = Draw(a, View::Front, frame),
-                            targetFront = Draw(b, View::Front, frame);
-    write("source.png", sourceFront);
-    write("converted.png", targetFront);
-    const std::vector<geometry::Picture> bodies{sourceFront, targetFront, Draw(a, View::ThreeQuarter, frame),
-                                                Draw(b, View::ThreeQuarter, frame)};
-    write("comparison-body.png", geometry::Join(bodies));
-    const std::vector<geometry::Picture> faces{Draw(a, View::Face, frame), Draw(b, View::Face, frame)};
-    write("comparison-face.png", geometry::Join(faces));
-    return files;
+    const geometry::PictureStage stageA(a), stageB(b);
+    const geometry::Picture frontA = Draw(stageA, View::Front, frame),
+                            frontB = Draw(stageB, View::Front, frame);
+    const std::vector<geometry::Picture> bodies{frontA, frontB, Draw(stageA, View::ThreeQuarter, frame),
+                                                Draw(stageB, View::ThreeQuarter, frame)};
+    const std::vector<geometry::Picture> faces{Draw(stageA, View::Face, frame),
+                                               Draw(stageB, View::Face, frame)};
+    return WritePictures(folder,
+                         {"source.png", "converted.png", "comparison-body.png", "comparison-face.png"},
+                         {frontA, frontB, geometry::Join(bodies), geometry::Join(faces)});
 }
 
 } // namespace cli

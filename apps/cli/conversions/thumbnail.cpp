@@ -5,7 +5,7 @@
 
 #include "conversions/comparison.h"
 #include "dzfigure.h"
-#include "geometry/picture.h"
+#include "geometry/picture_stage.h"
 #include "page/color_scale.h"
 #include "page/picture_box.h"
 
@@ -53,7 +53,7 @@ std::vector<std::vector<LinearRgb>> ColorsOf(const Body& body,
     return colors;
 }
 
-geometry::Picture Draw(const std::vector<geometry::PictureItem>& items, const geometry::Box3f& frame)
+geometry::Picture Draw(const geometry::PictureStage& stage, const geometry::Box3f& frame)
 {
     geometry::PictureOptions options;
     options.width = width;
@@ -61,7 +61,7 @@ geometry::Picture Draw(const std::vector<geometry::PictureItem>& items, const ge
     options.lighting = geometry::Lighting::Plain; // without shadows, which cost more than all else
     if (!frame.isEmpty())
         options.frame = frame;
-    return geometry::Render(items, options);
+    return geometry::RenderStage(stage, options);
 }
 
 /// In 32 steps a channel, which nobody sees at this size, and which makes half of the file.
@@ -82,13 +82,16 @@ std::string DrawThumbnail(const GntOutcome& outcome, const ConversionReport& rep
     geometry::Box3f frame;
     Include(frame, source);
     Include(frame, target);
+    const std::vector<geometry::PictureItem> sourceItems = ItemsOf(source);
     std::vector<geometry::PictureItem> items = ItemsOf(target);
-    std::vector<geometry::Picture> pictures{Draw(ItemsOf(source), frame), Draw(items, frame)};
+    const geometry::PictureStage stage(items);
+    std::vector<geometry::Picture> pictures{Draw(geometry::PictureStage(sourceItems), frame),
+                                            Draw(stage, frame)};
     if (report.distance) {
         const std::vector<std::vector<LinearRgb>> colors = ColorsOf(target, report.distances.target);
         for (std::size_t m = 0; m < items.size(); ++m)
             items[m].vertexColors = colors[m];
-        pictures.push_back(Draw(items, frame));
+        pictures.push_back(Draw(stage, frame));
     }
     const std::vector<std::uint8_t> png = geometry::EncodePng(Coarsened(geometry::Join(pictures)));
     return QByteArray(reinterpret_cast<const char*>(png.data()), static_cast<int>(png.size()))

@@ -3,6 +3,7 @@
 
 #include "page/page_pictures.h"
 
+#include "geometry/picture_stage.h"
 #include "page/picture_box.h"
 
 #include <QByteArray>
@@ -42,16 +43,17 @@ geometry::Box3f HeadOf(const geometry::PictureItem& figure)
     return head;
 }
 
-geometry::Picture Draw(const PictureRow& row, View view, const geometry::Box3f& frame)
+geometry::Picture Draw(const geometry::PictureStage& stage, geometry::Lighting lighting, View view,
+                       const geometry::Box3f& frame)
 {
     geometry::PictureOptions options;
     options.view = view;
     options.width = pagePictureWidth;
     options.height = pagePictureHeight;
-    options.lighting = row.lighting;
+    options.lighting = lighting;
     if (!frame.isEmpty())
         options.frame = frame;
-    return geometry::Render(row.items, options);
+    return geometry::RenderStage(stage, options);
 }
 
 } // namespace
@@ -83,11 +85,12 @@ Json DrawRows(const std::vector<PictureRow>& rows, const PictureFrames& frames)
                                                       {"face", View::Face}};
     Json drawn = Json::array();
     for (const PictureRow& row : rows) {
+        const geometry::PictureStage stage(row.items);
         Json images = Json::array();
         for (const auto& [name, view] : views)
-            images.push_back(
-                {{"view", name},
-                 {"image", DataUri(Draw(row, view, view == View::Face ? frames.head : frames.whole))}});
+            images.push_back({{"view", name},
+                              {"image", DataUri(Draw(stage, row.lighting, view,
+                                                     view == View::Face ? frames.head : frames.whole))}});
         drawn.push_back({{"title", row.title}, {"alt", row.alt}, {"images", images}});
     }
     return drawn;
