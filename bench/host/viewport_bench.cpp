@@ -1,4 +1,4 @@
-// Frames of the viewport with the sample library's Genesis 9 figure at base resolution.
+// Frames of the viewport with the sample library's Genesis 9 figure, at base resolution and subdivided.
 // SPDX-License-Identifier: MIT
 
 #include "bench/sample_host.h"
@@ -6,8 +6,11 @@
 #include "dzapp.h"
 #include "dzcamera.h"
 #include "dzcontentmgr.h"
+#include "dzenumproperty.h"
+#include "dzfacetshape.h"
 #include "dzfigure.h"
 #include "dzfloatproperty.h"
+#include "dzintproperty.h"
 #include "dzmainwindow.h"
 #include "dzmorph.h"
 #include "dzobject.h"
@@ -21,14 +24,15 @@
 
 namespace {
 
-constexpr int width = 1000, height = 760; // pixels, as the desktop application has it on a common screen
+constexpr int width = 1280, height = 800; // pixels
 
 /// The figure in the middle of the viewport, set to a draw style.
 struct Stage {
-    explicit Stage(const char* style)
+    explicit Stage(const char* style, int level)
         : view(dzApp->getInterface()->getViewportMgr()->getActiveViewport()->get3DViewport()),
           figure(qobject_cast<DzFigure*>(dzScene->getPrimarySelection()))
     {
+        setLevel(level);
         view->setUserDrawStyle(QLatin1String(style));
         view->setFixedSize(width, height);
         view->getCamera()->frame(dzScene->getBoundingBox(), float(width) / float(height));
@@ -36,11 +40,19 @@ struct Stage {
     }
     Dz3DViewport* view;
     DzFigure* figure;
+
+private:
+    void setLevel(int level) const
+    {
+        const auto* const shape = qobject_cast<DzFacetShape*>(figure->getObject()->getCurrentShape());
+        shape->getLODControl()->setValue(level > 0 ? 1 : 0); // high or base resolution
+        shape->getSubDLevelControl()->setValue(level);
+    }
 };
 
-void Orbit(benchmark::State& state, const char* style)
+void Orbit(benchmark::State& state, const char* style, int level)
 {
-    const Stage stage(style);
+    const Stage stage(style, level);
     for (auto _ : state) {
         stage.view->getCamera()->orbit(2.0f, 0.0f);
         benchmark::DoNotOptimize(stage.view->grab());
@@ -49,9 +61,9 @@ void Orbit(benchmark::State& state, const char* style)
 }
 
 /// A dial that moves at every frame.
-void Dial(benchmark::State& state)
+void Dial(benchmark::State& state, const char* style, int level)
 {
-    const Stage stage("Smooth Shaded");
+    const Stage stage(style, level);
     auto* const morph = qobject_cast<DzMorph*>(
         stage.figure->getObject()->findModifier(QStringLiteral("body_bs_ProportionHeight")));
     if (!morph) {
@@ -75,11 +87,16 @@ int main(int argc, char** argv)
     dzApp->getInterface()->show();
     DzContentMgr& content = *dzApp->getContentMgr();
     content.openFile(content.getAbsolutePath(QStringLiteral("People/Genesis 9/Genesis 9.duf"), true), true);
-    for (const char* const style : {"Smooth Shaded", "Wire Shaded", "Wireframe"})
-        benchmark::RegisterBenchmark((std::string("viewport/orbit/") + style).c_str(), Orbit, style)
-            ->Unit(benchmark::kMillisecond)
-            ->UseRealTime();
-    benchmark::RegisterBenchmark("viewport/dial", Dial)->Unit(benchmark::kMillisecond)->UseRealTime();
+    for (const int level : {0, 2})
+        for (const char* const style : {"Smooth Shaded", "Wire Shaded", "Hidden Line", "Wireframe"}) {
+            const std::string name = std::string(style) + "/level:" + std::to_string(level);
+            for (const auto& [what, run] :
+                 {std::pair("viewport/orbit/", Orbit), std::pair("viewport/dial/", Dial)})
+                benchmark::RegisterBenchmark((what + name).c_str(), run, style, level)
+                    ->Unit(benchmark::kMillisecond)
+                    ->UseRealTime()
+                    ->MeasureProcessCPUTime();
+        }
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
