@@ -140,7 +140,7 @@ private:
         if (_shadows)
             tbb::parallel_for(std::size_t{0}, rows.size(), [&](std::size_t i) {
                 base::ThrowIfCancelled();
-                _shadows->trace(rows, i);
+                _shadows->trace(rows[i]);
             });
         return rows;
     }

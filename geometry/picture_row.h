@@ -68,9 +68,7 @@ struct PixelSurface {
     Vec3f position;                                 ///< cm, of one of its samples
     Vec3f normal;                                   ///< unit
     std::uint32_t firstSample = 0, sampleCount = 0; ///< of the row's
-    RaySums first;                                  ///< of the pixel's own share
-    RaySums further;                                ///< of those that its neighbours do not have
-    bool takesOver = false;                         ///< it needs the first shares of its neighbours
+    RaySums own;                                    ///< of the pixel's own share
 };
 
 /// Where rays of a surface may begin.

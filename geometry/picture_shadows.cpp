@@ -74,94 +74,67 @@ int ShadowTracer::reach(int samplesPerAxis)
 
 struct ShadowTracer::Start {
     SurfaceSample from;
-    std::uint32_t surface; ///< of the row
     std::uint32_t share;
-    bool isFirst;
+    RaySums* sums; ///< receive what its rays find
+};
 
-    RaySums& sumsIn(PixelRow& row) const
+/// What the own shares of a surface and of those around it that are one with it found.
+struct ShadowTracer::Surroundings {
+    RaySums sums;
+    bool isEven = true; ///< everywhere all is open, and each lamp seen either everywhere or nowhere
+
+    void add(const RaySums& other, float weight)
     {
-        PixelSurface& owner = row.surfaces[surface];
-        return isFirst ? owner.first : owner.further;
+        sums.add(other, weight);
+        isEven = isEven && other.open == other.shares;
+        for (std::size_t l = 0; l < lampCount; ++l)
+            isEven = isEven && (sums.lit[l] == 0.0f || sums.lit[l] == sums.lampShares[l]);
+    }
+    /// Next to an edge, light changes too fast to be taken over from what is left there.
+    bool suffice() const
+    {
+        constexpr float all = 15.0f, some = 8.0f; // of 16
+        return sums.shares >= (isEven ? some : all);
     }
 };
 
-void ShadowTracer::trace(base::Span<PixelRow> rows, std::size_t which) const
+void ShadowTracer::trace(PixelRow& row) const
 {
-    PixelRow& row = rows[which];
-    std::vector<Start> starts = startsOf(rows, which);
+    std::vector<Start> starts;
+    for (int column = 0; column < _view.width; ++column)
+        for (std::uint32_t s = row.firsts[static_cast<std::size_t>(column)];
+             s < row.firsts[static_cast<std::size_t>(column) + 1]; ++s) {
+            PixelSurface& surface = row.surfaces[s];
+            const std::uint32_t share = RayShares::at(column, row.number);
+            starts.push_back({row.samples[surface.firstSample + share % surface.sampleCount],
+                              share % _shares.count(), &surface.own});
+        }
+    trace(starts);
+}
+
+void ShadowTracer::trace(std::vector<Start>& starts) const
+{
     // Neighbours that send the same share, whose rays go nearly the same way, side by side.
     std::stable_sort(starts.begin(), starts.end(),
                      [](const Start& a, const Start& b) { return a.share < b.share; });
-    traceOpenness(starts, row);
+    traceOpenness(starts);
     std::vector<Start> facing;
     for (std::size_t l = 0; l < lampCount; ++l) {
         facing.clear();
         std::copy_if(starts.begin(), starts.end(), std::back_inserter(facing), [&](const Start& start) {
             return Dot(start.from.normal, _view.light.lamps()[l].direction) > 0.0f;
         });
-        traceLamp(l, facing, row);
+        traceLamp(l, facing);
     }
 }
 
-/// Calls visit(surface, weight) for the surface itself and those around it that are one with it. The weights,
-/// which fall off at the rim, give each share as much as a square of four by four does.
-template <class Visit>
-void ShadowTracer::visitLike(base::Span<const PixelRow> rows, std::size_t which, int column,
-                             const PixelSurface& surface, const Visit& visit) const
-{
-    constexpr int reach = 2;
-    constexpr float weights[] = {0.5f, 1.0f, 1.0f, 1.0f, 0.5f};
-    const float slack = _likeness.slackAt(surface.position);
-    const int first = std::max(0, column - reach), last = std::min(_view.width - 1, column + reach);
-    for (int dy = -reach; dy <= reach; ++dy) {
-        const std::ptrdiff_t y = static_cast<std::ptrdiff_t>(which) + dy;
-        if (y < 0 || y >= static_cast<std::ptrdiff_t>(rows.size()))
-            continue;
-        const PixelRow& row = rows[static_cast<std::size_t>(y)];
-        for (int x = first; x <= last; ++x)
-            for (std::uint32_t s = row.firsts[static_cast<std::size_t>(x)];
-                 s < row.firsts[static_cast<std::size_t>(x) + 1]; ++s)
-                if (SurfaceLikeness::areOne(surface, row.surfaces[s], slack))
-                    visit(row.surfaces[s], weights[dy + reach] * weights[x - column + reach]);
-    }
-}
-
-std::vector<ShadowTracer::Start> ShadowTracer::startsOf(base::Span<PixelRow> rows, std::size_t which) const
-{
-    constexpr float enough = 15.0f; // of 16: next to an edge light changes too fast to be taken over
-    PixelRow& row = rows[which];
-    const auto samples = static_cast<std::uint32_t>(_view.samplesPerAxis * _view.samplesPerAxis);
-    std::vector<Start> starts;
-    for (int column = 0; column < _view.width; ++column)
-        for (std::uint32_t s = row.firsts[static_cast<std::size_t>(column)];
-             s < row.firsts[static_cast<std::size_t>(column) + 1]; ++s) {
-            PixelSurface& surface = row.surfaces[s];
-            float like = 0.0f;
-            if (_shares.areTakenOver())
-                visitLike(rows, which, column, surface,
-                          [&](const PixelSurface&, float weight) { like += weight; });
-            surface.takesOver = like >= enough;
-            // A small part of a pixel needs fewer.
-            const std::uint32_t count =
-                surface.takesOver
-                    ? 1
-                    : std::min(_shares.count(),
-                               std::max(1u, 2 * _shares.count() * surface.sampleCount / samples));
-            const std::uint32_t own = RayShares::at(column, row.number), step = _shares.count() / count;
-            for (std::uint32_t i = 0; i < count; ++i)
-                starts.push_back({row.samples[surface.firstSample + (own + i) % surface.sampleCount], s,
-                                  (own + i * step) % _shares.count(), i == 0});
-        }
-    return starts;
-}
-
-void ShadowTracer::traceOpenness(base::Span<const Start> starts, PixelRow& row) const
+void ShadowTracer::traceOpenness(base::Span<const Start> starts) const
 {
     std::vector<Frame> frames;
     frames.reserve(starts.size());
     for (const Start& start : starts) {
         frames.emplace_back(start.from.normal);
-        start.sumsIn(row).shares += 1.0f;
+        start.sums->shares += 1.0f;
     }
     std::vector<Ray> rays(starts.size());
     std::vector<std::uint8_t> areFree(starts.size());
@@ -174,11 +147,11 @@ void ShadowTracer::traceOpenness(base::Span<const Start> starts, PixelRow& row) 
         _view.stage.findFree(rays, _view.rayOffset(), 0.15f * _view.size, areFree.data());
         for (std::size_t i = 0; i < starts.size(); ++i)
             if (areFree[i])
-                starts[i].sumsIn(row).open += 1.0f / raysAround;
+                starts[i].sums->open += 1.0f / raysAround;
     }
 }
 
-void ShadowTracer::traceLamp(std::size_t lamp, base::Span<const Start> starts, PixelRow& row) const
+void ShadowTracer::traceLamp(std::size_t lamp, base::Span<const Start> starts) const
 {
     std::vector<Ray> rays(starts.size());
     std::vector<std::uint8_t> areFree(starts.size());
@@ -186,31 +159,74 @@ void ShadowTracer::traceLamp(std::size_t lamp, base::Span<const Start> starts, P
         rays[i] = {starts[i].from.place, _toLamps[lamp][starts[i].share]};
     _view.stage.findFree(rays, _view.rayOffset(), INFINITY, areFree.data());
     for (std::size_t i = 0; i < starts.size(); ++i) {
-        RaySums& sums = starts[i].sumsIn(row);
-        sums.lampShares[lamp] += 1.0f;
-        sums.lit[lamp] += static_cast<float>(areFree[i]);
+        starts[i].sums->lampShares[lamp] += 1.0f;
+        starts[i].sums->lit[lamp] += static_cast<float>(areFree[i]);
     }
+}
+
+/// Weighted so that each share has as much as in a square of four by four.
+ShadowTracer::Surroundings ShadowTracer::lookAround(base::Span<const PixelRow> rows, std::size_t which,
+                                                    int column, const PixelSurface& surface) const
+{
+    constexpr int reach = 2;
+    constexpr float weights[] = {0.5f, 1.0f, 1.0f, 1.0f, 0.5f};
+    const float slack = _likeness.slackAt(surface.position);
+    const int first = std::max(0, column - reach), last = std::min(_view.width - 1, column + reach);
+    Surroundings found;
+    for (int dy = -reach; dy <= reach; ++dy) {
+        const std::ptrdiff_t y = static_cast<std::ptrdiff_t>(which) + dy;
+        if (y < 0 || y >= static_cast<std::ptrdiff_t>(rows.size()))
+            continue;
+        const PixelRow& row = rows[static_cast<std::size_t>(y)];
+        for (int x = first; x <= last; ++x)
+            for (std::uint32_t s = row.firsts[static_cast<std::size_t>(x)];
+                 s < row.firsts[static_cast<std::size_t>(x) + 1]; ++s)
+                if (SurfaceLikeness::areOne(surface, row.surfaces[s], slack))
+                    found.add(row.surfaces[s].own, weights[dy + reach] * weights[x - column + reach]);
+    }
+    return found;
+}
+
+void ShadowTracer::addOtherShares(const PixelRow& row, int column, std::uint32_t s,
+                                  std::vector<Start>& starts, RaySums* sums) const
+{
+    const PixelSurface& surface = row.surfaces[s];
+    const auto samples = static_cast<std::uint32_t>(_view.samplesPerAxis * _view.samplesPerAxis);
+    // A small part of a pixel needs fewer.
+    const std::uint32_t count =
+        std::min(_shares.count(), std::max(1u, 2 * _shares.count() * surface.sampleCount / samples));
+    const std::uint32_t own = RayShares::at(column, row.number), step = _shares.count() / count;
+    for (std::uint32_t i = 1; i < count; ++i)
+        starts.push_back({row.samples[surface.firstSample + (own + i) % surface.sampleCount],
+                          (own + i * step) % _shares.count(), sums});
 }
 
 void ShadowTracer::light(base::Span<PixelRow> rows, std::size_t which) const
 {
     PixelRow& row = rows[which];
-    for (int column = 0; column < _view.width; ++column) {
-        const auto c = static_cast<std::size_t>(column);
-        for (std::uint32_t s = row.firsts[c]; s < row.firsts[c + 1]; ++s) {
-            const PixelSurface& surface = row.surfaces[s];
-            RaySums sums = surface.further;
-            if (surface.takesOver)
-                visitLike(rows, which, column, surface,
-                          [&](const PixelSurface& other, float weight) { sums.add(other.first, weight); });
-            else
-                sums.add(surface.first, 1.0f);
+    std::vector<RaySums> sums(row.surfaces.size());
+    std::vector<Start> starts;
+    for (int column = 0; column < _view.width; ++column)
+        for (std::uint32_t s = row.firsts[static_cast<std::size_t>(column)];
+             s < row.firsts[static_cast<std::size_t>(column) + 1]; ++s) {
+            sums[s] = row.surfaces[s].own;
+            if (_shares.areTakenOver()) {
+                const Surroundings around = lookAround(rows, which, column, row.surfaces[s]);
+                if (around.suffice()) {
+                    sums[s] = around.sums;
+                    continue;
+                }
+            }
+            addOtherShares(row, column, s, starts, &sums[s]);
+        }
+    trace(starts);
+    for (std::size_t column = 0; column < row.colors.size(); ++column)
+        for (std::uint32_t s = row.firsts[column]; s < row.firsts[column + 1]; ++s) {
             std::array<float, lampCount> lit{};
             for (std::size_t l = 0; l < lampCount; ++l)
-                lit[l] = sums.lampShares[l] > 0.0f ? sums.lit[l] / sums.lampShares[l] : 0.0f;
-            Add(_view.light.light(row.responses[s], sums.open / sums.shares, lit), row.colors[c]);
+                lit[l] = sums[s].lampShares[l] > 0.0f ? sums[s].lit[l] / sums[s].lampShares[l] : 0.0f;
+            Add(_view.light.light(row.responses[s], sums[s].open / sums[s].shares, lit), row.colors[column]);
         }
-    }
 }
 
 } // namespace geometry

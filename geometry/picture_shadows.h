@@ -17,20 +17,22 @@ public:
 
     /// How many rows above and below one are needed for its light.
     static int reach(int samplesPerAxis);
-    /// Sends the rays of all surfaces of a row, for which it looks at the surfaces within reach.
-    /// @param which  of the rows
-    void trace(base::Span<PixelRow> rows, std::size_t which) const;
-    /// Adds the light of a row's surfaces to its colours, after the rows within reach have been traced.
+    /// Sends the own share of each surface of a row.
+    void trace(PixelRow& row) const;
+    /// Adds the light of a row's surfaces to its colours, after the rows within reach have been traced. Sends
+    /// the other shares of those for which the neighbours' will not do.
     void light(base::Span<PixelRow> rows, std::size_t which) const;
 
 private:
     struct Start;
-    std::vector<Start> startsOf(base::Span<PixelRow> rows, std::size_t which) const;
-    void traceOpenness(base::Span<const Start> starts, PixelRow& row) const;
-    void traceLamp(std::size_t lamp, base::Span<const Start> starts, PixelRow& row) const;
-    template <class Visit>
-    void visitLike(base::Span<const PixelRow> rows, std::size_t which, int column,
-                   const PixelSurface& surface, const Visit& visit) const;
+    struct Surroundings;
+    Surroundings lookAround(base::Span<const PixelRow> rows, std::size_t which, int column,
+                            const PixelSurface& surface) const;
+    void addOtherShares(const PixelRow& row, int column, std::uint32_t s, std::vector<Start>& starts,
+                        RaySums* sums) const;
+    void trace(std::vector<Start>& starts) const;
+    void traceOpenness(base::Span<const Start> starts) const;
+    void traceLamp(std::size_t lamp, base::Span<const Start> starts) const;
 
     const PictureView& _view;
     RayShares _shares;
