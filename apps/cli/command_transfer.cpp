@@ -4,6 +4,7 @@
 #include "command_transfer.h"
 
 #include "command.h"
+#include "geometry/crumple.h"
 #include "geometry/deltas.h"
 #include "geometry/errors.h"
 #include "geometry/misfit.h"
@@ -62,11 +63,16 @@ std::vector<Vec3f> Difference(const std::vector<Vec3f>& neutral, const std::vect
     return deltas;
 }
 
-void WriteMoved(const std::string& file, const geometry::ObjContent& target, const std::vector<Vec3f>& deltas)
+std::vector<Vec3f> Moved(std::vector<Vec3f> positions, const std::vector<Vec3f>& deltas)
 {
-    std::vector<Vec3f> positions = target.mesh.positions;
     for (std::size_t v = 0; v < positions.size(); ++v)
         positions[v] += deltas[v];
+    return positions;
+}
+
+void WriteMoved(const std::string& file, const geometry::ObjContent& target,
+                const std::vector<Vec3f>& positions)
+{
     geometry::ObjPart part;
     part.mesh = {target.mesh.topology.get(), positions};
     part.texCoords = &target.texCoords;
@@ -75,6 +81,13 @@ void WriteMoved(const std::string& file, const geometry::ObjContent& target, con
     if (!target.materialLibraries.empty())
         options.materialLibrary = target.materialLibraries.front();
     geometry::WriteObj(file, {&part, 1}, options);
+}
+
+Json Describe(const geometry::Crumple& crumple)
+{
+    return {{"mean_degrees", Rounded(crumple.meanDegrees, 2)},
+            {"p95_degrees", Rounded(crumple.p95Degrees, 2)},
+            {"steep_percent", Rounded(100.0 * crumple.steepShare, 2)}};
 }
 
 Json Report(const TransferArguments& arguments, const TransferInput& input,
@@ -132,9 +145,13 @@ geometry::SurfaceMap MatchWith(const geometry::PolygonMesh& target, const Transf
     }
 }
 
+struct Matched {
+    geometry::SurfaceMap map;
+    bool isTurned = false; ///< the target's faces were taken the other way round
+};
+
 /// @throws geometry::TopologyError  the meshes do not belong together, and nobody said to go on
-geometry::SurfaceMap Match(const TransferArguments& arguments, const TransferInput& input,
-                           base::Diagnostics& met)
+Matched Match(const TransferArguments& arguments, const TransferInput& input, base::Diagnostics& met)
 {
     const auto warn = [&](const std::string& what) {
         met.push_back({base::Severity::Warning, arguments.targetNeutral, {}, what});
@@ -144,21 +161,34 @@ geometry::SurfaceMap Match(const TransferArguments& arguments, const TransferInp
                                       arguments.targetNeutral);
     geometry::SurfaceMap map = MatchWith(input.target.mesh, arguments, input);
     if (!geometry::IsMisfit(map.statistics()))
-        return map;
+        return {std::move(map)};
     // Programs that show both sides of a face let nobody see that a mesh is inside out.
     geometry::SurfaceMap turned = MatchWith(TurnedInsideOut(input.target.mesh), arguments, input);
     if (!geometry::IsMisfit(turned.statistics())) {
         warn(fmt::format(
             "its faces are wound the other way round than those of {}; matched as if they were not",
             arguments.sourceNeutral));
-        return turned;
+        return {std::move(turned), true};
     }
     const std::string reason = geometry::DescribeMisfit(map.statistics(), input.source.mesh.positions,
                                                         input.target.mesh.positions, arguments.sourceNeutral);
     if (!arguments.anyway)
         throw geometry::TopologyError("{}: {} (--anyway goes on)", arguments.targetNeutral, reason);
     warn(reason);
-    return map;
+    return {std::move(map)};
+}
+
+/// The neutral shapes say how much of it the target's own edges make.
+Json DescribeCrumple(const Matched& matched, const TransferInput& input, const std::vector<Vec3f>& moved)
+{
+    const geometry::PolygonMesh turned =
+        matched.isTurned ? TurnedInsideOut(input.target.mesh) : geometry::PolygonMesh{};
+    const geometry::Topology& topology = *(matched.isTurned ? turned : input.target.mesh).topology;
+    const auto measure = [&](const geometry::PolygonMesh& source, const std::vector<Vec3f>& target) {
+        return Describe(geometry::MeasureCrumple(matched.map, source.view(), {&topology, target}));
+    };
+    return {{"neutral", measure(input.source.mesh, input.target.mesh.positions)},
+            {"morphed", measure(input.morphed.mesh, moved)}};
 }
 
 void Transfer(const TransferArguments& arguments)
@@ -170,14 +200,16 @@ void Transfer(const TransferArguments& arguments)
     base::Diagnostics met;
     const TransferInput input = ReadInput(arguments, met);
     progress.stage("match", "Matching the surfaces");
-    const geometry::SurfaceMap map = Match(arguments, input, met);
+    const Matched matched = Match(arguments, input, met);
     progress.stage("transfer", "Carrying the morph over");
     const std::vector<Vec3f> deltas =
-        map.transfer(Difference(input.source.mesh.positions, input.morphed.mesh.positions));
+        matched.map.transfer(Difference(input.source.mesh.positions, input.morphed.mesh.positions));
     progress.stage("write", "Writing " + arguments.out);
-    WriteMoved(arguments.out, input.target, deltas);
+    const std::vector<Vec3f> moved = Moved(input.target.mesh.positions, deltas);
+    WriteMoved(arguments.out, input.target, moved);
     progress.finish();
-    Json report = Report(arguments, input, map.statistics(), deltas, progress);
+    Json report = Report(arguments, input, matched.map.statistics(), deltas, progress);
+    report["crumple"] = DescribeCrumple(matched, input, moved);
     AddDiagnostics(report, met, arguments.json);
     WriteReport(report, arguments.json);
 }

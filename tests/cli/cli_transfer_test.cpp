@@ -117,6 +117,9 @@ TEST_F(TransferCommand, prints_one_json_object)
     EXPECT_EQ(report.at("target_vertices"), 6 * 6 * 6 + 2);
     EXPECT_EQ(report.at("matched_vertices").get<int>() + report.at("filled_vertices").get<int>(),
               6 * 6 * 6 + 2);
+    for (const char* shape : {"neutral", "morphed"}) // corners apart, the cubes' faces lie in each other
+        EXPECT_LT(report.at("crumple").at(shape).at("mean_degrees").get<double>(), 45.0) << shape;
+    EXPECT_EQ(report.at("crumple").at("neutral"), report.at("crumple").at("morphed")); // only lifted
     EXPECT_GE(report.at("slide_mm").at("max").get<double>(), report.at("slide_mm").at("mean").get<double>());
     EXPECT_EQ(report.at("moved_vertices"), 6 * 6 * 6 + 2);
     EXPECT_NEAR(report.at("largest_displacement_mm").get<double>(), 20.0, 1e-2);
@@ -232,6 +235,7 @@ TEST_F(TransferCommand, takes_a_target_that_is_inside_out_and_says_so)
                     "; matched as if they were not"}));
     EXPECT_EQ(report.at("matched_vertices"), 6 * 6 * 6 + 2);
     expectLifted();
+    EXPECT_LT(report.at("crumple").at("morphed").at("mean_degrees").get<double>(), 45.0);
 }
 
 TEST_F(TransferCommand, moves_whatever_lies_on_the_source)

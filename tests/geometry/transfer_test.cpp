@@ -375,7 +375,7 @@ TEST(TransferMorph, finds_places_from_coarse_to_fine_at_least_as_well_as_from_no
     PolygonMesh target = own;
     for (Vec3f& p : target.positions)
         p = {p.x, p.y - turn * p.z, p.z + turn * p.y}; // across the wrinkles
-    ASSERT_GE(target.vertexCount(), 150000u); // below, nothing coarse is needed
+    ASSERT_GE(target.vertexCount(), 150000u);          // below, nothing coarse is needed
     const auto misplaced = [&](const PolygonMesh& mesh) {
         const std::vector<Vec3f> found = MatchSurfaces(source.view(), mesh.view()).transfer(source.positions);
         std::vector<float> distances;
