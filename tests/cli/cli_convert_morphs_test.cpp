@@ -45,7 +45,10 @@ TEST_F(ConvertedMorphs, are_those_that_whole_conversions_make_of_subdivided_figu
                                                "--name", "Bulge", "--resolution", "subd"}))));
     EXPECT_LT(LargestDifference(deltasOf(single, "Bulge"), deltasOf(whole, "Bulge")), hundredthMillimetre);
     ASSERT_FALSE(detailOf(whole, "Bulge").empty());
-    EXPECT_LT(LargestDifference(detailOf(single, "Bulge"), detailOf(whole, "Bulge")), hundredthMillimetre);
+    // Offsets up to that length are dropped, of those about as long perhaps from one of the two only.
+    constexpr float rounding = 1e-5f;
+    EXPECT_LT(LargestDifference(detailOf(single, "Bulge"), detailOf(whole, "Bulge")),
+              hundredthMillimetre + rounding);
 }
 
 TEST_F(ConvertedMorphs, do_not_depend_on_each_other)

@@ -152,9 +152,14 @@ std::vector<geometry::Vec3f> MorphLibraryTest::detailOf(const std::string& saved
 {
     const dson::Document figure = dson::ReadDocument(library("/data/DAZ 3D/Genesis 9/Base/Genesis9.dsf"));
     const std::string file = saved + "/" + savedFolder + "/" + morph + ".dhdm";
+    const geometry::Topology& cage = *figure.geometries.at(0).mesh.topology;
     std::vector<geometry::Vec3f> offsets;
-    for (const geometry::DetailLevel& level :
-         dson::DecodeDhdm(dson::ReadBytes(file), *figure.geometries.at(0).mesh.topology, file).levels)
-        offsets.insert(offsets.end(), level.offsets.begin(), level.offsets.end());
+    std::size_t cornerCount = cage.cornerCount();
+    for (const geometry::DetailLevel& level : dson::DecodeDhdm(dson::ReadBytes(file), cage, file).levels) {
+        const std::size_t first = offsets.size();
+        offsets.resize(first + (cornerCount *= 4));
+        for (std::size_t i = 0; i < level.size(); ++i)
+            offsets.at(first + level.corners[i]) = level.offsets[i];
+    }
     return offsets;
 }

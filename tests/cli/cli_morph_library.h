@@ -39,6 +39,6 @@ protected:
     /// Its modifier as it stands in its file.
     static nlohmann::json morphIn(const std::string& saved, const std::string& morph);
     std::vector<geometry::Vec3f> deltasOf(const std::string& saved, const std::string& morph) const;
-    /// Offsets of all levels, one behind the other.
+    /// Offsets of all corners of all levels, one level behind the other; zero where nothing is moved.
     std::vector<geometry::Vec3f> detailOf(const std::string& saved, const std::string& morph) const;
 };

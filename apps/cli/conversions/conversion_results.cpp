@@ -201,13 +201,16 @@ std::vector<fs::path> DrawPictures(const GntOutcome& outcome, const fs::path& fo
     const geometry::PictureStage stageA(a), stageB(b);
     const geometry::Picture frontA = Draw(stageA, View::Front, frame),
                             frontB = Draw(stageB, View::Front, frame);
+    // What is drawn is written at once: whoever interrupts the rest keeps it.
+    std::vector<fs::path> files = WritePictures(folder, {"source.png", "converted.png"}, {frontA, frontB});
     const std::vector<geometry::Picture> bodies{frontA, frontB, Draw(stageA, View::ThreeQuarter, frame),
                                                 Draw(stageB, View::ThreeQuarter, frame)};
     const std::vector<geometry::Picture> faces{Draw(stageA, View::Face, frame),
                                                Draw(stageB, View::Face, frame)};
-    return WritePictures(folder,
-                         {"source.png", "converted.png", "comparison-body.png", "comparison-face.png"},
-                         {frontA, frontB, geometry::Join(bodies), geometry::Join(faces)});
+    const std::vector<fs::path> joined = WritePictures(folder, {"comparison-body.png", "comparison-face.png"},
+                                                       {geometry::Join(bodies), geometry::Join(faces)});
+    files.insert(files.end(), joined.begin(), joined.end());
+    return files;
 }
 
 } // namespace cli
