@@ -23,16 +23,29 @@ constexpr int spacing = 6;
 /// nothing.
 constexpr int highPasses = 3;
 constexpr int maxSteps = 40;
-constexpr double tolerance = 1e-3; ///< of the squared residual; the next matches move by more
+constexpr double tolerance = 3e-3; ///< of the squared residual; the next matches move by more
+
+template <class Body>
+void ForAll(std::size_t count, std::size_t grain, const Body& body)
+{
+    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, grain), [&](const auto& range) {
+        base::ThrowIfCancelled();
+        for (std::size_t i = range.begin(); i != range.end(); ++i)
+            body(i);
+    });
+}
 
 template <class Body>
 void ForVertices(std::size_t count, const Body& body)
 {
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, 1024), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v)
-            body(v);
-    });
+    ForAll(count, 1024, body);
+}
+
+/// Of which each has hundreds of vertices.
+template <class Body>
+void ForControls(std::size_t count, const Body& body)
+{
+    ForAll(count, 16, body);
 }
 
 /// In order, so that the result is the same on every run; control points are few.
@@ -49,8 +62,7 @@ double DotProduct(const std::vector<Vec3f>& a, const std::vector<Vec3f>& b)
 class HighPass {
 public:
     HighPass(const IndexLists& neighbours, base::Span<const OffsetGoal> goals, int smoothing)
-        : _neighbours(neighbours), _smoothing(smoothing), _offsets(goals.size() + 1), _low(goals.size()),
-          _next(goals.size())
+        : _smoothing(smoothing), _offsets(goals.size() + 1), _low(goals.size()), _next(goals.size())
     {
         for (std::size_t v = 0; v < goals.size(); ++v)
             _offsets[v + 1] = _offsets[v] + static_cast<std::uint32_t>(neighbours[v].size());
@@ -58,8 +70,9 @@ public:
         ForVertices(goals.size(), [&](std::size_t v) {
             std::uint32_t entry = _offsets[v];
             for (const std::uint32_t w : neighbours[v])
-                _weights[entry++] = 0.5f * std::sqrt(goals[v].weight * goals[w].weight) /
-                                    static_cast<float>(std::max(neighbours[v].size(), neighbours[w].size()));
+                _weights[entry++] = {
+                    w, 0.5f * std::sqrt(goals[v].weight * goals[w].weight) /
+                           static_cast<float>(std::max(neighbours[v].size(), neighbours[w].size()))};
         });
     }
 
@@ -67,29 +80,32 @@ public:
     {
         for (int pass = 0; pass < highPasses; ++pass) {
             _low = values;
-            for (int step = 0; step < _smoothing; ++step) {
+            for (int step = 1; step < _smoothing; ++step) {
                 ForVertices(_low.size(), [&](std::size_t v) { _next[v] = averaged(v); });
                 _low.swap(_next);
             }
-            for (std::size_t v = 0; v < values.size(); ++v)
-                values[v] -= _low[v];
+            ForVertices(values.size(), [&](std::size_t v) { values[v] -= averaged(v); });
         }
     }
 
 private:
     float averaged(std::size_t v) const
     {
-        float sum = _low[v];
-        std::uint32_t entry = _offsets[v];
-        for (const std::uint32_t w : _neighbours[v])
-            sum += (_low[w] - _low[v]) * _weights[entry++];
+        const float own = _low[v];
+        float sum = own;
+        for (std::uint32_t entry = _offsets[v]; entry < _offsets[v + 1]; ++entry)
+            sum += (_low[_weights[entry].vertex] - own) * _weights[entry].weight;
         return sum;
     }
 
-    const IndexLists& _neighbours;
+    struct Weight {
+        std::uint32_t vertex;
+        float weight;
+    };
     int _smoothing;
     std::vector<std::uint32_t> _offsets;
-    std::vector<float> _weights, _low, _next;
+    std::vector<Weight> _weights; ///< of the neighbours of each vertex
+    std::vector<float> _low, _next;
 };
 
 /// Distances along the goals' normals that are left after the slides; 0 where no goal is known.
@@ -128,7 +144,7 @@ public:
         : _field(field), _goals(goals), _restraint(restraint),
           _highPass(field._neighbours, goals, restraint.smoothing), _inverses(field._slides.size())
     {
-        ForVertices(_inverses.size(), [&](std::size_t k) { _inverses[k] = ownBlock(k).inverse(); });
+        ForControls(_inverses.size(), [&](std::size_t k) { _inverses[k] = ownBlock(k).inverse(); });
     }
 
     /// What the slides leave of the distances pulls at each control point.
@@ -199,7 +215,7 @@ private:
     {
         _highPass.apply(distances);
         std::vector<Vec3f> result(_inverses.size());
-        ForVertices(result.size(), [&](std::size_t k) {
+        ForControls(result.size(), [&](std::size_t k) {
             for (const Share& share : _field._vertices[k])
                 result[k] += _goals[share.index].normal * (distances[share.index] * share.weight);
         });
@@ -208,7 +224,7 @@ private:
 
     void hold(const std::vector<Vec3f>& slides, std::vector<Vec3f>& result) const
     {
-        ForVertices(slides.size(), [&](std::size_t k) {
+        ForControls(slides.size(), [&](std::size_t k) {
             Vec3f apart;
             for (const std::uint32_t other : _field._adjacent[k])
                 apart += slides[k] - slides[other];
@@ -239,7 +255,7 @@ void SlideField::placeControls()
     const std::size_t count = _edgeLengths.size();
     std::vector<int> nearest(count, reach + 1), distance(count);
     std::vector<std::uint32_t> visitor(count, none), queue, places;
-    std::vector<std::vector<Share>> byVertex(count);
+    std::vector<float> sums(count);
     for (std::uint32_t start = 0; start < count; ++start) {
         if (nearest[start] <= spacing)
             continue;
@@ -253,7 +269,9 @@ void SlideField::placeControls()
             const std::uint32_t v = queue[i];
             nearest[v] = std::min(nearest[v], distance[v]);
             const float nearness = 1.0f - static_cast<float>(distance[v]) / (reach + 1);
-            byVertex[v].push_back({control, nearness * nearness * nearness});
+            const float weight = nearness * nearness * nearness;
+            sums[v] += weight;
+            _vertices.shares.push_back({v, weight});
             if (distance[v] == reach)
                 continue;
             for (const std::uint32_t w : _neighbours[v])
@@ -263,21 +281,37 @@ void SlideField::placeControls()
                     queue.push_back(w);
                 }
         }
+        _vertices.offsets.push_back(static_cast<std::uint32_t>(_vertices.shares.size()));
     }
+    for (Share& share : _vertices.shares)
+        share.weight /= sums[share.index];
+    _controls = Transposed(_vertices, count);
+    findAdjacent(places);
+    _slides.resize(places.size());
+}
 
-    std::vector<std::vector<Share>> byControl(places.size());
-    for (std::uint32_t v = 0; v < count; ++v) {
-        float sum = 0.0f;
-        for (const Share& share : byVertex[v])
-            sum += share.weight;
-        for (Share& share : byVertex[v]) {
-            share.weight /= sum;
-            byControl[share.index].push_back({v, share.weight});
-        }
-    }
+/// The same shares by what they name; ascending.
+SlideField::ShareLists SlideField::Transposed(const ShareLists& lists, std::size_t count)
+{
+    ShareLists result;
+    result.offsets.assign(count + 1, 0);
+    for (const Share& share : lists.shares)
+        ++result.offsets[share.index + 1];
+    for (std::size_t i = 0; i < count; ++i)
+        result.offsets[i + 1] += result.offsets[i];
+    result.shares.resize(lists.shares.size());
+    std::vector<std::uint32_t> next(result.offsets.begin(), result.offsets.end() - 1);
+    for (std::uint32_t list = 0; list + 1 < lists.offsets.size(); ++list)
+        for (const Share& share : lists[list])
+            result.shares[next[share.index]++] = {list, share.weight};
+    return result;
+}
+
+void SlideField::findAdjacent(const std::vector<std::uint32_t>& places)
+{
     _adjacent.resize(places.size());
     for (std::uint32_t k = 0; k < places.size(); ++k)
-        for (const Share& share : byVertex[places[k]])
+        for (const Share& share : _controls[places[k]])
             if (share.index != k) {
                 _adjacent[k].push_back(share.index);
                 _adjacent[share.index].push_back(k);
@@ -286,15 +320,6 @@ void SlideField::placeControls()
         std::sort(others.begin(), others.end());
         others.erase(std::unique(others.begin(), others.end()), others.end());
     }
-    const auto pack = [](const std::vector<std::vector<Share>>& lists, ShareLists& packed) {
-        for (const std::vector<Share>& list : lists) {
-            packed.shares.insert(packed.shares.end(), list.begin(), list.end());
-            packed.offsets.push_back(static_cast<std::uint32_t>(packed.shares.size()));
-        }
-    };
-    pack(byVertex, _controls);
-    pack(byControl, _vertices);
-    _slides.resize(places.size());
 }
 
 Vec3f SlideField::slideAt(std::size_t vertex) const

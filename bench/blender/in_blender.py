@@ -5,6 +5,7 @@ import json
 import sys
 import time
 
+import bmesh
 import bpy
 
 source_file, morphed_file, target_file, out, level = sys.argv[sys.argv.index("--") + 1 :]
@@ -45,6 +46,15 @@ def bind():
         sys.exit("Surface Deform does not bind these meshes")
 
 
+def triangulate(what):
+    """Surface Deform refuses concave faces, which real meshes have; not measured."""
+    mesh = bmesh.new()
+    mesh.from_mesh(what.data)
+    bmesh.ops.triangulate(mesh, faces=mesh.faces)
+    mesh.to_mesh(what.data)
+    mesh.free()
+
+
 def deform():
     places = [0.0] * (3 * len(morphed.data.vertices))
     morphed.data.vertices.foreach_get("co", places)
@@ -61,6 +71,7 @@ def subdivide():
 
 bpy.ops.wm.read_factory_settings(use_empty=True)
 source, morphed, target = measure("read", lambda: [load(file) for file in (source_file, morphed_file, target_file)])
+triangulate(source)
 measure("bind", bind)
 measure("evaluate", deform)
 measure("write", lambda: save(target))
