@@ -19,6 +19,12 @@ namespace {
 
 /// Edges from a control point within which no other one is placed. It reaches twice as far.
 constexpr int spacing = 6;
+/// No control point reaches across a vertex with more neighbours, such as the pole of a sphere: all of its
+/// spokes would be near to each other.
+constexpr std::size_t mostSpokes = 32;
+/// Pieces with fewer control points stay: an eye, a tooth or a lash has too few features to tell where it
+/// belongs beside its like, and nothing around it that would hold it.
+constexpr std::size_t leastControls = 32;
 /// How often the high pass is applied; more than once, so that slow changes of the distance count for
 /// nothing.
 constexpr int highPasses = 3;
@@ -172,6 +178,8 @@ public:
 
     Vec3f precondition(std::size_t k, Vec3f residual) const
     {
+        if (_field._isHeld[k])
+            return {};
         return FromEigen(Eigen::Vector3d(_inverses[k] * ToEigen(residual)));
     }
 
@@ -272,7 +280,7 @@ void SlideField::placeControls()
             const float weight = nearness * nearness * nearness;
             sums[v] += weight;
             _vertices.shares.push_back({v, weight});
-            if (distance[v] == reach)
+            if (distance[v] == reach || _neighbours[v].size() > mostSpokes)
                 continue;
             for (const std::uint32_t w : _neighbours[v])
                 if (visitor[w] != control) {
@@ -287,6 +295,7 @@ void SlideField::placeControls()
         share.weight /= sums[share.index];
     _controls = Transposed(_vertices, count);
     findAdjacent(places);
+    holdSmallPieces();
     _slides.resize(places.size());
 }
 
@@ -322,12 +331,40 @@ void SlideField::findAdjacent(const std::vector<std::uint32_t>& places)
     }
 }
 
+void SlideField::holdSmallPieces()
+{
+    _isHeld.assign(_adjacent.size(), false);
+    std::vector<bool> isReached(_adjacent.size());
+    std::vector<std::uint32_t> piece;
+    for (std::uint32_t start = 0; start < _adjacent.size(); ++start) {
+        if (isReached[start])
+            continue;
+        isReached[start] = true;
+        piece.assign(1, start);
+        for (std::size_t i = 0; i < piece.size(); ++i)
+            for (const std::uint32_t other : _adjacent[piece[i]])
+                if (!isReached[other]) {
+                    isReached[other] = true;
+                    piece.push_back(other);
+                }
+        if (piece.size() < leastControls)
+            for (const std::uint32_t control : piece)
+                _isHeld[control] = true;
+    }
+}
+
+bool SlideField::isHeld(std::size_t vertex) const
+{
+    return _isHeld[_controls[vertex][0].index];
+}
+
 Vec3f SlideField::slideAt(std::size_t vertex) const
 {
     return System::Blend(_controls[vertex], _slides);
 }
 
-std::vector<Vec3f> SlideField::improve(base::Span<const OffsetGoal> goals, const SlideRestraint& restraint)
+void SlideField::improve(base::Span<const OffsetGoal> goals, const SlideRestraint& restraint,
+                         std::vector<Vec3f>& offsets)
 {
     const std::vector<OffsetGoal> trusted = Reweighted(_neighbours, goals, _edgeLengths, restraint);
     System system(*this, trusted, restraint);
@@ -354,10 +391,10 @@ std::vector<Vec3f> SlideField::improve(base::Span<const OffsetGoal> goals, const
     }
 
     const std::vector<float> slow = system.slowDistances();
-    std::vector<Vec3f> offsets = slides(restraint);
+    const std::vector<Vec3f> slides = this->slides(restraint);
     for (std::size_t v = 0; v < offsets.size(); ++v)
-        offsets[v] += goals[v].normal * slow[v];
-    return offsets;
+        if (!isHeld(v))
+            offsets[v] = slides[v] + goals[v].normal * slow[v];
 }
 
 std::vector<Vec3f> SlideField::slides(const SlideRestraint& restraint) const

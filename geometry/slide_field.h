@@ -29,9 +29,10 @@ public:
     SlideField(const IndexLists& neighbours, base::Span<const float> edgeLengths);
 
     /// Improves the slide and tells where each vertex belongs: its slide and the distance's slow part.
-    /// @param goals  one per vertex, as found from where the last call led
-    /// @return       cm, one per vertex
-    std::vector<Vec3f> improve(base::Span<const OffsetGoal> goals, const SlideRestraint& restraint);
+    /// @param goals    one per vertex, as found from where the last call led
+    /// @param offsets  cm, one per vertex; those of small pieces stay as they are
+    void improve(base::Span<const OffsetGoal> goals, const SlideRestraint& restraint,
+                 std::vector<Vec3f>& offsets);
 
     /// The slide of each vertex, not longer than the restraint lets it be; cm.
     std::vector<Vec3f> slides(const SlideRestraint& restraint) const;
@@ -55,6 +56,8 @@ private:
 
     void placeControls();
     void findAdjacent(const std::vector<std::uint32_t>& places);
+    void holdSmallPieces();
+    bool isHeld(std::size_t vertex) const;
     static ShareLists Transposed(const ShareLists& lists, std::size_t count);
     Vec3f slideAt(std::size_t vertex) const;
 
@@ -63,6 +66,7 @@ private:
     ShareLists _controls;                              ///< by vertex; weights sum to 1
     ShareLists _vertices;                              ///< the same by control point
     std::vector<std::vector<std::uint32_t>> _adjacent; ///< control points that share vertices
+    std::vector<bool> _isHeld;                         ///< by control point; its slide stays 0
     std::vector<Vec3f> _slides;                        ///< cm, by control point
 };
 

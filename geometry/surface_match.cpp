@@ -96,7 +96,7 @@ private:
         SlideField field(_target.neighbours, _target.edgeLengths);
         for (int round = 0; round < (_registers ? registrationRounds : 1); ++round) {
             findAll(offsets);
-            offsets = field.improve(goals(), restraint);
+            field.improve(goals(), restraint, offsets);
         }
         double sum = 0.0;
         for (const Vec3f slide : field.slides(restraint)) {

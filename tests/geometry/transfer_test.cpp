@@ -84,6 +84,32 @@ TEST(TransferMorph, registers_features_that_lie_further_beside)
     EXPECT_LT(registered, MeanMismatch(0.6f, {}, statistics) / 2);
 }
 
+TEST(TransferMorph, leaves_small_loose_pieces_where_they_are)
+{
+    // A lash or a tooth: flat over a curved surface, so that its distance changes for reasons of its own.
+    const PolygonMesh source = shapes::Sphere(20.0f, 60, 80);
+    PolygonMesh card = shapes::Grid(6, 3.0f);
+    for (Vec3f& p : card.positions)
+        p += Vec3f{-1.5f, -1.5f, 20.2f};
+    for (const bool registers : {false, true}) {
+        MatchOptions options;
+        options.registersFeatures = registers;
+        const SurfaceMap map = MatchSurfaces(source.view(), card.view(), options);
+        EXPECT_EQ(map.statistics().longestSlide, 0.0f);
+        const std::vector<Vec3f> found = map.transfer(source.positions);
+        for (std::size_t v = 0; v < found.size(); ++v) // straight below, but for the facets' tilt
+            EXPECT_LT(Length(found[v] - Normalized(card.positions[v]) * 20.0f), 0.3f);
+    }
+}
+
+TEST(TransferMorph, copes_with_vertices_of_thousands_of_edges)
+{
+    // Linear in the edges: were all spokes near to each other, this would take minutes and all memory.
+    const PolygonMesh source = shapes::Sphere(20.0f, 20, 30), target = shapes::Sphere(20.1f, 10, 14000);
+    const SurfaceMap map = MatchSurfaces(source.view(), target.view());
+    EXPECT_LT(map.statistics().filled, target.vertexCount() / 100);
+}
+
 TEST(TransferMorph, invents_no_slide_where_no_feature_tells_of_one)
 {
     const PolygonMesh source = shapes::Grid(40, 30.0f);

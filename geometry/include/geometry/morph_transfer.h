@@ -14,7 +14,8 @@ struct MatchOptions {
     float maxDistanceInEdges = 3.0f; ///< in mean edge lengths near the vertex, not in cm
     float maxAngleDegrees = 75.0f;   ///< between the two normals
     /// The target's features may lie beside the source's, not only its vertices: registers them first, by up
-    /// to four mean edge lengths. Takes a few times as long.
+    /// to four mean edge lengths, those of a coarser level where a dense mesh has one. Takes a few times as
+    /// long. For targets that are bent; one that is rough is matched worse.
     bool registersFeatures = false;
 };
 

@@ -5,8 +5,9 @@
 
 namespace openhost {
 
-/// As long as it lives, the Transfer Utility registers the target's neutral shape to the source's before it
-/// matches them (geometry::MatchOptions::registersFeatures), which it does not do by itself.
+/// As long as one lives, anywhere in the process, the Transfer Utility registers the target's neutral shape
+/// to the source's before it matches them (geometry::MatchOptions::registersFeatures), which it does not do
+/// by itself. For the thread of the scene only.
 class RegisteredTransfers {
 public:
     RegisteredTransfers();
