@@ -24,7 +24,7 @@ constexpr int spacing = 6;
 constexpr std::size_t mostSpokes = 32;
 /// Pieces with fewer control points stay: an eye, a tooth or a lash has too few features to tell where it
 /// belongs beside its like, and nothing around it that would hold it.
-constexpr std::size_t leastControls = 32;
+constexpr std::size_t leastControls = 16;
 /// How often the high pass is applied; more than once, so that slow changes of the distance count for
 /// nothing.
 constexpr int highPasses = 3;
