@@ -90,12 +90,10 @@ int main(int argc, char** argv)
     for (const int level : {0, 2})
         for (const char* const style : {"Smooth Shaded", "Wire Shaded", "Hidden Line", "Wireframe"}) {
             const std::string name = std::string(style) + "/level:" + std::to_string(level);
-            for (const auto& [what, run] :
-                 {std::pair("viewport/orbit/", Orbit), std::pair("viewport/dial/", Dial)})
-                benchmark::RegisterBenchmark((what + name).c_str(), run, style, level)
-                    ->Unit(benchmark::kMillisecond)
-                    ->UseRealTime()
-                    ->MeasureProcessCPUTime();
+            for (benchmark::internal::Benchmark* const registered :
+                 {benchmark::RegisterBenchmark(("viewport/orbit/" + name).c_str(), Orbit, style, level),
+                  benchmark::RegisterBenchmark(("viewport/dial/" + name).c_str(), Dial, style, level)})
+                registered->Unit(benchmark::kMillisecond)->UseRealTime()->MeasureProcessCPUTime();
         }
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
