@@ -10,6 +10,7 @@
 
 #include <tbb/parallel_pipeline.h>
 
+#include <array>
 #include <cassert>
 #include <cmath>
 
@@ -354,21 +355,26 @@ private:
 template <class Take>
 void FormatPieces(const Formatter& formatter, const Take& take)
 {
-    constexpr std::size_t inFlight = 16; // texts held in memory at a time
+    constexpr std::size_t inFlight = 16;
+    // Held here, since the pipeline forgets what is on its way when one of its steps throws. They end in
+    // order, so that a place is free again when the next piece for it begins.
+    std::array<std::string, inFlight> texts;
     std::size_t next = 0;
-    tbb::parallel_pipeline(inFlight,
-                           tbb::make_filter<void, std::size_t>(tbb::filter_mode::serial_in_order,
-                                                               [&](tbb::flow_control& flow) -> std::size_t {
-                                                                   if (next == formatter.pieceCount())
-                                                                       flow.stop();
-                                                                   return next++;
-                                                               }) &
-                               tbb::make_filter<std::size_t, std::string>(tbb::filter_mode::parallel,
-                                                                          [&](std::size_t piece) {
-                                                                              base::ThrowIfCancelled();
-                                                                              return formatter.format(piece);
-                                                                          }) &
-                               tbb::make_filter<std::string, void>(tbb::filter_mode::serial_in_order, take));
+    const auto nextPiece = [&](tbb::flow_control& flow) -> std::size_t {
+        if (next == formatter.pieceCount())
+            flow.stop();
+        return next++;
+    };
+    const auto format = [&](std::size_t piece) {
+        base::ThrowIfCancelled();
+        texts[piece % inFlight] = formatter.format(piece);
+        return piece;
+    };
+    const auto handOver = [&](std::size_t piece) { take(texts[piece % inFlight]); };
+    tbb::parallel_pipeline(
+        inFlight, tbb::make_filter<void, std::size_t>(tbb::filter_mode::serial_in_order, nextPiece) &
+                      tbb::make_filter<std::size_t, std::size_t>(tbb::filter_mode::parallel, format) &
+                      tbb::make_filter<std::size_t, void>(tbb::filter_mode::serial_in_order, handOver));
 }
 
 } // namespace
