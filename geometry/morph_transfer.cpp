@@ -30,6 +30,16 @@ void CheckMesh(const PolygonMeshView& mesh, const char* which)
     CheckReach(mesh.positions);
 }
 
+template <class Body>
+void ForVertices(std::size_t count, const Body& body)
+{
+    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, 8192), [&](const auto& range) {
+        base::ThrowIfCancelled();
+        for (std::size_t v = range.begin(); v != range.end(); ++v)
+            body(v);
+    });
+}
+
 /// The source vertices that a target vertex takes its value from.
 struct Stencil {
     std::uint32_t vertices[3] = {0, 0, 0};
@@ -78,22 +88,31 @@ void MatchLonePieces(const SurfaceTree& tree, const MatchTarget& target, std::ve
 
 struct SurfaceMap::Impl {
     std::size_t sourceVertexCount = 0;
-    std::vector<Stencil> stencils; ///< one per target vertex; unused where filled in
-    std::vector<std::uint32_t> sourceFaces;
+    std::vector<Stencil> stencils;          ///< one per target vertex; unused where filled in
+    std::vector<std::uint32_t> sourceFaces; ///< UINT32_MAX where filled in
     MatchStatistics statistics;
     std::unique_ptr<SurfaceExtension> extension;
 
     void takeMatches(const SurfaceTree& tree, const std::vector<SurfacePoint>& matches)
     {
         stencils.resize(matches.size());
-        for (std::size_t v = 0; v < matches.size(); ++v) {
-            if (!matches[v].isValid())
-                continue;
-            for (std::size_t k = 0; k < 3; ++k) {
+        ForVertices(matches.size(), [&](std::size_t v) {
+            for (std::size_t k = 0; k < 3 && matches[v].isValid(); ++k) {
                 stencils[v].vertices[k] = tree.triangles().corners[3 * std::size_t{matches[v].triangle} + k];
                 stencils[v].weights[k] = matches[v].weights[k];
             }
-        }
+        });
+    }
+
+    void takeFaces(const SurfaceTree& tree, const std::vector<SurfacePoint>& matches)
+    {
+        sourceFaces.resize(matches.size());
+        ForVertices(matches.size(), [&](std::size_t v) {
+            sourceFaces[v] = matches[v].isValid() ? tree.triangles().faces[matches[v].triangle] : UINT32_MAX;
+        });
+        const auto filled = std::count(sourceFaces.begin(), sourceFaces.end(), UINT32_MAX);
+        statistics.filled = static_cast<std::size_t>(filled);
+        statistics.matched = matches.size() - statistics.filled;
     }
 
     template <class T>
@@ -103,37 +122,14 @@ struct SurfaceMap::Impl {
             throw TopologyError("source mesh has {} vertices but {} values are given", sourceVertexCount,
                                 values.size());
         std::vector<T> result(stencils.size());
-        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, result.size(), 4096), [&](const auto& range) {
-            base::ThrowIfCancelled();
-            for (std::size_t v = range.begin(); v != range.end(); ++v) {
-                const Stencil& s = stencils[v];
-                // Relative to the first corner, so that a uniform shift arrives to the last digit.
-                const T base = values[s.vertices[0]];
-                result[v] = base + (values[s.vertices[1]] - base) * s.weights[1] +
-                            (values[s.vertices[2]] - base) * s.weights[2];
-            }
+        ForVertices(result.size(), [&](std::size_t v) {
+            const Stencil& s = stencils[v];
+            // Relative to the first corner, so that a uniform shift arrives to the last digit.
+            const T base = values[s.vertices[0]];
+            result[v] = base + (values[s.vertices[1]] - base) * s.weights[1] +
+                        (values[s.vertices[2]] - base) * s.weights[2];
         });
         return result;
-    }
-
-    void extend(std::vector<Vec3f>& values) const
-    {
-        Eigen::MatrixXd columns(static_cast<Eigen::Index>(values.size()), 3);
-        for (std::size_t v = 0; v < values.size(); ++v)
-            columns.row(static_cast<Eigen::Index>(v)) << values[v].x, values[v].y, values[v].z;
-        extension->extend(columns);
-        for (std::size_t v = 0; v < values.size(); ++v)
-            values[v] = FromEigen(columns.row(static_cast<Eigen::Index>(v)));
-    }
-
-    void extend(std::vector<float>& values) const
-    {
-        Eigen::MatrixXd column =
-            Eigen::Map<const Eigen::VectorXf>(values.data(), static_cast<Eigen::Index>(values.size()))
-                .cast<double>();
-        extension->extend(column);
-        for (std::size_t v = 0; v < values.size(); ++v)
-            values[v] = static_cast<float>(column(static_cast<Eigen::Index>(v), 0));
     }
 };
 
@@ -163,7 +159,7 @@ std::vector<Vec3f> SurfaceMap::transfer(base::Span<const Vec3f> values) const
 {
     std::vector<Vec3f> result = _impl->interpolate(values);
     if (_impl->extension)
-        _impl->extend(result);
+        _impl->extension->extend(result);
     return result;
 }
 
@@ -171,7 +167,7 @@ std::vector<float> SurfaceMap::transfer(base::Span<const float> values) const
 {
     std::vector<float> result = _impl->interpolate(values);
     if (_impl->extension)
-        _impl->extend(result);
+        _impl->extension->extend(result);
     return result;
 }
 
@@ -187,14 +183,7 @@ SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMesh
         MatchVertices(MatchSource(tree, sourceNeutral), target, options, impl->statistics);
 
     impl->sourceVertexCount = sourceNeutral.vertexCount();
-    impl->sourceFaces.assign(matches.size(), UINT32_MAX);
-    for (std::size_t v = 0; v < matches.size(); ++v)
-        if (matches[v].isValid()) {
-            impl->sourceFaces[v] = tree.triangles().faces[matches[v].triangle];
-            ++impl->statistics.matched;
-        }
-    impl->statistics.filled = matches.size() - impl->statistics.matched;
-
+    impl->takeFaces(tree, matches);
     MatchLonePieces(tree, target, matches);
     std::vector<bool> isKnown(matches.size());
     for (std::size_t v = 0; v < matches.size(); ++v)

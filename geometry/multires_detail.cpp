@@ -139,8 +139,10 @@ MultiresDetail SplitDetail(const Subdivision& subdivision, base::Span<const Vec3
         positions = subdivision.refine(positions, l - 1, l);
         AddDetails(positions, others, l, topology, frames);
         std::vector<Vec3f>& goal = goals[static_cast<std::size_t>(l)];
-        for (std::size_t v = 0; v < goal.size(); ++v)
-            goal[v] -= positions[v];
+        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, goal.size(), 8192), [&](const auto& range) {
+            for (std::size_t v = range.begin(); v != range.end(); ++v)
+                goal[v] -= positions[v];
+        });
         result.levels.push_back(ToDetail(goal, l, subdivision, frames, tolerance));
         std::vector<Vec3f>().swap(goal);
         AddDetail(positions, result.levels.back(), l, 1.0f, topology, frames);

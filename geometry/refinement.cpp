@@ -6,8 +6,10 @@
 #include "geometry/errors.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <functional>
+#include <memory>
 
 namespace geometry {
 
@@ -21,12 +23,24 @@ std::size_t HashOf(base::Span<const SparseRows::Entry> row)
     return hash;
 }
 
+constexpr std::memory_order relaxed = std::memory_order_relaxed;
+
+template <class Body>
+void ForEachRow(std::size_t count, const Body& body)
+{
+    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, 8192), [&](const auto& range) {
+        base::ThrowIfCancelled();
+        for (std::size_t i = range.begin(); i != range.end(); ++i)
+            body(i);
+    });
+}
+
 } // namespace
 
-std::uint32_t WeightPatterns::find(base::Span<const SparseRows::Entry> row, std::vector<float>& weights)
+std::uint32_t WeightPatterns::find(base::Span<const SparseRows::Entry> row)
 {
     const auto isAt = [&](std::uint32_t place, std::uint32_t length) {
-        return length == row.size() && std::equal(row.begin(), row.end(), weights.begin() + place,
+        return length == row.size() && std::equal(row.begin(), row.end(), _weights.begin() + place,
                                                   [](const SparseRows::Entry& entry, float weight) {
                                                       return entry.weight == weight;
                                                   });
@@ -40,70 +54,120 @@ std::uint32_t WeightPatterns::find(base::Span<const SparseRows::Entry> row, std:
     _lastLength = static_cast<std::uint32_t>(row.size());
     if (found != end)
         return _last = found->second.first;
-    _last = static_cast<std::uint32_t>(weights.size());
+    _last = static_cast<std::uint32_t>(_weights.size());
     for (const SparseRows::Entry& entry : row)
-        weights.push_back(entry.weight);
+        _weights.push_back(entry.weight);
     _known.emplace(hash, std::pair(_last, _lastLength));
     return _last;
 }
 
-SparseRowsMaker::SparseRowsMaker(std::size_t rows, std::size_t entries, std::uint32_t sourceCount)
-{
-    if (entries > UINT32_MAX)
-        throw TopologyError("a refinement of {} vertices is too large", rows);
-    _rows._sourceCount = sourceCount;
-    _rows._offsets.reserve(rows + 1);
-    _rows._patterns.reserve(rows);
-    _rows._sources.reserve(entries);
-}
-
-void SparseRowsMaker::add(base::Span<const SparseRows::Entry> row)
+void RowPiece::add(base::Span<const SparseRows::Entry> row)
 {
     assert(!row.empty());
     for (const SparseRows::Entry& entry : row)
-        _rows._sources.push_back(entry.source);
-    _rows._offsets.push_back(static_cast<std::uint32_t>(_rows._sources.size()));
-    _rows._patterns.push_back(_patterns.find(row, _rows._weights));
+        _sources.push_back(entry.source);
+    _lengths.push_back(static_cast<std::uint32_t>(row.size()));
+    _places.push_back(_patterns.find(row));
 }
 
-SparseRows SparseRowsMaker::finish()
+/// Puts pieces behind one another, with one list of weights for all.
+class RowsJoiner {
+public:
+    RowsJoiner(std::vector<RowPiece>&& pieces, std::uint32_t sourceCount)
+        : _pieces(std::move(pieces)), _starts(_pieces.size())
+    {
+        std::size_t rows = 0, entries = 0;
+        for (std::size_t p = 0; p < _pieces.size(); ++p) {
+            _starts[p] = {rows, entries};
+            rows += _pieces[p].lengths().size();
+            entries += _pieces[p].sources().size();
+        }
+        if (entries > UINT32_MAX)
+            throw TopologyError("a refinement of {} vertices is too large", rows);
+        _rows._sourceCount = sourceCount;
+        _rows._offsets.resize(rows + 1);
+        _rows._patterns.resize(rows);
+        _rows._sources.resize(entries);
+    }
+
+    SparseRows join()
+    {
+        const std::vector<Places> places = commonPlaces();
+        tbb::parallel_for(std::size_t{0}, _pieces.size(), [&](std::size_t p) {
+            base::ThrowIfCancelled();
+            const RowPiece piece = std::move(_pieces[p]);
+            auto [row, entry] = _starts[p];
+            std::copy(piece.sources().begin(), piece.sources().end(),
+                      _rows._sources.begin() + static_cast<std::ptrdiff_t>(entry));
+            for (std::size_t i = 0; i < piece.lengths().size(); ++i, ++row) {
+                entry += piece.lengths()[i];
+                _rows._offsets[row + 1] = static_cast<std::uint32_t>(entry);
+                _rows._patterns[row] = places[p].at(piece.patterns()[i]);
+            }
+        });
+        return std::move(_rows);
+    }
+
+private:
+    struct Start {
+        std::size_t row, entry;
+    };
+    using Places = std::unordered_map<std::uint32_t, std::uint32_t>; ///< from a piece's to the common ones
+
+    std::vector<Places> commonPlaces()
+    {
+        WeightPatterns common;
+        std::vector<Places> places(_pieces.size());
+        std::vector<SparseRows::Entry> row;
+        for (std::size_t p = 0; p < _pieces.size(); ++p)
+            for (std::size_t i = 0; i < _pieces[p].lengths().size(); ++i) {
+                const std::uint32_t place = _pieces[p].patterns()[i];
+                if (places[p].count(place) > 0)
+                    continue;
+                row.clear();
+                for (std::uint32_t k = 0; k < _pieces[p].lengths()[i]; ++k)
+                    row.push_back({0, _pieces[p].weights()[place + k]});
+                places[p].emplace(place, common.find(row));
+            }
+        _rows._weights = common.weights();
+        return places;
+    }
+
+    std::vector<RowPiece> _pieces;
+    std::vector<Start> _starts;
+    SparseRows _rows;
+};
+
+SparseRows JoinRows(std::vector<RowPiece>&& pieces, std::uint32_t sourceCount)
 {
-    return std::move(_rows);
+    return RowsJoiner(std::move(pieces), sourceCount).join();
 }
 
 SparseRows SparseRows::transposed() const
 {
+    std::vector<std::atomic<std::uint32_t>> next(_sourceCount);
+    ForEachRow(_sources.size(), [&](std::size_t i) { next[_sources[i]].fetch_add(1, relaxed); });
     std::vector<std::uint32_t> offsets(_sourceCount + std::size_t{1}, 0);
-    for (const std::uint32_t source : _sources)
-        ++offsets[source + 1];
-    std::size_t unused = 0;
     for (std::size_t s = 0; s < _sourceCount; ++s) {
-        unused += offsets[s + 1] == 0;
-        offsets[s + 1] += offsets[s];
+        offsets[s + 1] = offsets[s] + next[s].load(relaxed);
+        next[s].store(offsets[s], relaxed);
     }
-    std::vector<Entry> entries(_sources.size());
-    std::vector<std::uint32_t> next(offsets.begin(), offsets.end() - 1);
-    for (std::size_t row = 0; row < size(); ++row)
+    // Not set to zero first: that would take one thread longer than all of them take to fill them.
+    const std::unique_ptr<Entry[]> entries(new Entry[_sources.size()]);
+    ForEachRow(size(), [&](std::size_t row) {
         forEachEntry(row, [&](std::uint32_t source, float weight) {
-            entries[next[source]++] = {static_cast<std::uint32_t>(row), weight};
+            entries[next[source].fetch_add(1, relaxed)] = {static_cast<std::uint32_t>(row), weight};
         });
-    // In one order for all, or vertices of the same kind would not have the same pattern.
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, _sourceCount, 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t s = range.begin(); s != range.end(); ++s)
-            std::sort(entries.begin() + offsets[s], entries.begin() + offsets[s + 1],
-                      [](const Entry& a, const Entry& b) {
-                          return a.weight != b.weight ? a.weight > b.weight : a.source < b.source;
-                      });
     });
-    SparseRowsMaker maker(_sourceCount, entries.size() + unused, static_cast<std::uint32_t>(size()));
-    constexpr Entry nothing{0, 0.0f};
-    for (std::size_t s = 0; s < _sourceCount; ++s) {
-        const std::size_t count = offsets[s + 1] - offsets[s];
-        maker.add(count > 0 ? base::Span<const Entry>(entries.data() + offsets[s], count)
-                            : base::Span<const Entry>(&nothing, 1));
-    }
-    return maker.finish();
+    return MakeRows(_sourceCount, static_cast<std::uint32_t>(size()), [&](std::size_t s, auto& row) {
+        row.assign(entries.get() + offsets[s], entries.get() + offsets[s + 1]);
+        // In one order for all, or vertices of the same kind would not have the same pattern.
+        std::sort(row.begin(), row.end(), [](const Entry& a, const Entry& b) {
+            return a.weight != b.weight ? a.weight > b.weight : a.source < b.source;
+        });
+        if (row.empty())
+            row.push_back({0, 0.0f});
+    });
 }
 
 } // namespace geometry

@@ -9,6 +9,7 @@
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
 
+#include <algorithm>
 #include <cassert>
 #include <cstdint>
 #include <unordered_map>
@@ -73,7 +74,7 @@ public:
     SparseRows transposed() const;
 
 private:
-    friend class SparseRowsMaker;
+    friend class RowsJoiner;
 
     std::uint32_t _sourceCount = 0;
     std::vector<std::uint32_t> _offsets{0}; ///< into the sources; rows + 1
@@ -86,26 +87,56 @@ private:
 class WeightPatterns {
 public:
     /// Where the same weights begin in the list, which grows by them when they are new.
-    std::uint32_t find(base::Span<const SparseRows::Entry> row, std::vector<float>& weights);
+    std::uint32_t find(base::Span<const SparseRows::Entry> row);
+
+    const std::vector<float>& weights() const { return _weights; }
 
 private:
+    std::vector<float> _weights;
     std::unordered_multimap<std::size_t, std::pair<std::uint32_t, std::uint32_t>>
         _known;                               ///< by hash: place, length
     std::uint32_t _last = 0, _lastLength = 0; ///< most rows are like the one before
 };
 
-/// Rows one after the other.
-class SparseRowsMaker {
+/// Rows that lie one after the other, made apart from the others.
+class RowPiece {
 public:
-    SparseRowsMaker(std::size_t rows, std::size_t entries, std::uint32_t sourceCount);
-
-    /// @throws TopologyError  there are more entries than can be counted
     void add(base::Span<const SparseRows::Entry> row);
-    SparseRows finish();
+
+    const std::vector<std::uint32_t>& lengths() const { return _lengths; }
+    const std::vector<std::uint32_t>& sources() const { return _sources; }
+    const std::vector<std::uint32_t>& patterns() const { return _places; } ///< where a row's weights begin
+    const std::vector<float>& weights() const { return _patterns.weights(); }
 
 private:
-    SparseRows _rows;
     WeightPatterns _patterns;
+    std::vector<std::uint32_t> _lengths, _sources, _places;
 };
+
+/// @param pieces  all rows in order; used up
+/// @throws TopologyError  there are more entries than can be counted
+SparseRows JoinRows(std::vector<RowPiece>&& pieces, std::uint32_t sourceCount);
+
+/// Makes rows in parallel. Which thread makes which does not show in the result.
+/// @param fill  of which each thread has a copy: called with the index of a row and an empty list, to which
+/// it
+///              adds the row's entries, at least one
+template <class Fill>
+SparseRows MakeRows(std::size_t rows, std::uint32_t sourceCount, const Fill& fill)
+{
+    constexpr std::size_t pieceSize = 16384;
+    std::vector<RowPiece> pieces((rows + pieceSize - 1) / pieceSize);
+    tbb::parallel_for(std::size_t{0}, pieces.size(), [&](std::size_t p) {
+        base::ThrowIfCancelled();
+        Fill own = fill;
+        std::vector<SparseRows::Entry> row;
+        for (std::size_t r = p * pieceSize; r < std::min(rows, (p + 1) * pieceSize); ++r) {
+            row.clear();
+            own(r, row);
+            pieces[p].add(row);
+        }
+    });
+    return JoinRows(std::move(pieces), sourceCount);
+}
 
 } // namespace geometry

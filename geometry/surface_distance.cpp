@@ -24,6 +24,8 @@ constexpr float farAway = std::numeric_limits<float>::infinity();
 struct NearestPlace {
     float distance = farAway;
     Vec3f position;
+    std::size_t surface = 0;
+    std::uint32_t triangle = UINT32_MAX;
 };
 
 class Surfaces {
@@ -40,23 +42,37 @@ public:
     /// @param nearby  any place on the surfaces, from which the answer is faster the nearer it is
     NearestPlace nearest(Vec3f from, const NearestPlace& nearby) const
     {
-        // A hair more, since rounding may take the place itself beyond its distance.
-        const float bound =
-            nearby.distance < farAway ? Length(nearby.position - from) * 1.0001f + 1e-5f : farAway;
-        const NearestPlace found = within(from, bound);
-        return found.distance < farAway || bound == farAway ? found : within(from, farAway);
+        NearestPlace best;
+        if (nearby.triangle != UINT32_MAX)
+            best = on(nearby.surface, from, farAway, nearby.triangle);
+        for (std::size_t s = 0; s < _trees.size(); ++s) {
+            if (nearby.triangle != UINT32_MAX && s == nearby.surface)
+                continue;
+            const NearestPlace found = on(s, from, best.distance, UINT32_MAX);
+            if (found.distance < best.distance)
+                best = found;
+        }
+        return best;
+    }
+
+    /// A place within some distance, or one that is infinitely far where there is none.
+    NearestPlace any(Vec3f from, float within, const NearestPlace& nearby) const
+    {
+        for (std::size_t i = 0; i < _trees.size(); ++i) {
+            const std::size_t surface = (nearby.surface + i) % _trees.size(); // the likeliest first
+            const std::uint32_t start = i == 0 ? nearby.triangle : UINT32_MAX;
+            const SurfacePoint found = _trees[surface].anyPoint(from, within, start);
+            if (found.isValid())
+                return {found.distance, found.position, surface, found.triangle};
+        }
+        return {};
     }
 
 private:
-    NearestPlace within(Vec3f from, float bound) const
+    NearestPlace on(std::size_t surface, Vec3f from, float within, std::uint32_t start) const
     {
-        NearestPlace best;
-        for (const SurfaceTree& tree : _trees) {
-            const SurfacePoint found = tree.closestPoint(from, std::min(bound, best.distance));
-            if (found.isValid() && found.distance < best.distance)
-                best = {found.distance, found.position};
-        }
-        return best;
+        const SurfacePoint found = _trees[surface].closestPoint(from, within, start);
+        return {found.distance, found.position, surface, found.triangle};
     }
 
     std::vector<SurfaceTree> _trees;
@@ -100,13 +116,20 @@ public:
     float largest(const Surfaces& surfaces, float known) const
     {
         std::vector<float> largest(_places.size(), known);
-        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, _places.size(), 256), [&](const auto& range) {
+        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, _places.size(), 64), [&](const auto& range) {
             base::ThrowIfCancelled();
-            for (std::size_t run = range.begin(); run != range.end(); ++run)
-                for (std::size_t v = run * _step; v < std::min((run + 1) * _step, _points.size()); ++v)
-                    if (!(Length(_places[run].position - _points[v]) <= known))
-                        largest[run] =
-                            std::max(largest[run], surfaces.nearest(_points[v], _places[run]).distance);
+            float own = known;
+            for (std::size_t run = range.begin(); run != range.end(); ++run) {
+                NearestPlace nearby = _places[run];
+                for (std::size_t v = run * _step; v < std::min((run + 1) * _step, _points.size()); ++v) {
+                    if (Length(nearby.position - _points[v]) <= own)
+                        continue;
+                    const NearestPlace place = surfaces.any(_points[v], own, nearby);
+                    nearby = place.distance < farAway ? place : surfaces.nearest(_points[v], nearby);
+                    own = std::max(own, nearby.distance);
+                }
+                largest[run] = own;
+            }
         });
         return largest.empty() ? known : *std::max_element(largest.begin(), largest.end());
     }

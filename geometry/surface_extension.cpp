@@ -4,6 +4,7 @@
 #include "surface_extension.h"
 
 #include "geometry/errors.h"
+#include "geometry/transform.h"
 
 namespace geometry {
 
@@ -78,18 +79,38 @@ SurfaceExtension::SurfaceExtension(const IndexLists& neighbours, const std::vect
         throw TopologyError("the values of {} vertices cannot be extended", _unknown.size());
 }
 
-void SurfaceExtension::extend(Eigen::Ref<Eigen::MatrixXd> values) const
+Eigen::MatrixXd SurfaceExtension::solve(Eigen::MatrixXd known) const
+{
+    // Relative to one known value: what is constant then comes out exactly so.
+    const Eigen::RowVectorXd base = known.row(0);
+    known.rowwise() -= base;
+    Eigen::MatrixXd solved = _solver.solve(_fromKnown * known);
+    solved.rowwise() += base;
+    return solved;
+}
+
+void SurfaceExtension::extend(std::vector<Vec3f>& values) const
 {
     if (_unknown.empty())
         return;
-    // Relative to one known value: what is constant then comes out exactly so.
-    const Eigen::RowVectorXd base = values.row(static_cast<Eigen::Index>(_ring.front()));
-    Eigen::MatrixXd known(static_cast<Eigen::Index>(_ring.size()), values.cols());
+    Eigen::MatrixXd known(static_cast<Eigen::Index>(_ring.size()), 3);
     for (std::size_t i = 0; i < _ring.size(); ++i)
-        known.row(static_cast<Eigen::Index>(i)) = values.row(static_cast<Eigen::Index>(_ring[i])) - base;
-    const Eigen::MatrixXd solved = _solver.solve(_fromKnown * known);
+        known.row(static_cast<Eigen::Index>(i)) = ToEigen(values[_ring[i]]).transpose();
+    const Eigen::MatrixXd solved = solve(std::move(known));
     for (std::size_t i = 0; i < _unknown.size(); ++i)
-        values.row(static_cast<Eigen::Index>(_unknown[i])) = solved.row(static_cast<Eigen::Index>(i)) + base;
+        values[_unknown[i]] = FromEigen(solved.row(static_cast<Eigen::Index>(i)));
+}
+
+void SurfaceExtension::extend(std::vector<float>& values) const
+{
+    if (_unknown.empty())
+        return;
+    Eigen::MatrixXd known(static_cast<Eigen::Index>(_ring.size()), 1);
+    for (std::size_t i = 0; i < _ring.size(); ++i)
+        known(static_cast<Eigen::Index>(i), 0) = double(values[_ring[i]]);
+    const Eigen::MatrixXd solved = solve(std::move(known));
+    for (std::size_t i = 0; i < _unknown.size(); ++i)
+        values[_unknown[i]] = static_cast<float>(solved(static_cast<Eigen::Index>(i), 0));
 }
 
 } // namespace geometry

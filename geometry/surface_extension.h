@@ -4,6 +4,7 @@
 #pragma once
 
 #include "geometry/incidence.h"
+#include "geometry/vec3.h"
 
 #include <Eigen/SparseCholesky>
 
@@ -22,10 +23,15 @@ public:
     std::size_t unknownCount() const { return _unknown.size(); }
 
     /// Replaces the values of the unknown vertices.
-    /// @param values  rows by vertex, one column a coordinate
-    void extend(Eigen::Ref<Eigen::MatrixXd> values) const;
+    /// @param values  one per vertex
+    void extend(std::vector<Vec3f>& values) const;
+    void extend(std::vector<float>& values) const;
 
 private:
+    /// @param known  rows by vertex of the ring, one column a coordinate
+    /// @return       rows by unknown vertex
+    Eigen::MatrixXd solve(Eigen::MatrixXd known) const;
+
     std::vector<std::uint32_t> _unknown;
     Eigen::SparseMatrix<double> _fromKnown; ///< rows by unknown, columns by known vertex of the ring
     std::vector<std::uint32_t> _ring;       ///< the known vertices that matter

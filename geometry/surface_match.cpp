@@ -26,9 +26,6 @@ constexpr int registrationRounds = 6;
 constexpr SlideRestraint registration{0.003f, 1e-6f, 4.0f, 1.0f, 8};
 /// Closer than this share of the whole mesh's size is never far, however fine the mesh.
 constexpr float nearShareOfSize = 0.005f;
-/// A place known before bounds the search; the surface's own is never beyond it but for rounding, relative
-/// to the distance and, near zero, in cm.
-constexpr float boundSlack = 1.0001f, boundSlackNearZero = 1e-5f;
 /// A corner with less weight is not what the point lies on, but rounding of a point on the other corners.
 constexpr float leastWeight = 1e-6f;
 /// In mean edge lengths: closer to the rim than half a face, the next vertex inward would match as well.
@@ -127,18 +124,20 @@ private:
         _matches.resize(offsets.size());
         tbb::parallel_for(tbb::blocked_range<std::size_t>(0, offsets.size(), 256), [&](const auto& range) {
             base::ThrowIfCancelled();
-            SurfacePoint nearby; // of the vertex before: as a rule not far
-            for (std::size_t v = range.begin(); v != range.end(); ++v)
-                nearby = _matches[v] = find(v, _target.mesh.positions[v] + offsets[v], nearby);
+            std::uint32_t nearby = UINT32_MAX; // of the vertex before: as a rule not far
+            for (std::size_t v = range.begin(); v != range.end(); ++v) {
+                SurfacePoint& match = _matches[v];
+                match = find(v, _target.mesh.positions[v] + offsets[v],
+                             match.isValid() ? match.triangle : nearby);
+                nearby = match.triangle;
+            }
         });
     }
 
-    /// @param nearby  any place on the source: nothing further away needs to be looked at
-    SurfacePoint find(std::size_t v, Vec3f at, const SurfacePoint& nearby) const
+    /// @param nearby  a triangle from which the search is a short one
+    SurfacePoint find(std::size_t v, Vec3f at, std::uint32_t nearby) const
     {
-        const float bound =
-            nearby.isValid() ? boundSlack * Length(nearby.position - at) + boundSlackNearZero : INFINITY;
-        const SurfacePoint nearest = _tree.closestPoint(at, std::min(bound, _reach[v]));
+        const SurfacePoint nearest = _tree.closestPoint(at, _reach[v], nearby);
         if (!nearest.isValid() || agreement(v, nearest) >= _minCosine)
             return nearest;
         // Between lips or fingers the wrong side is the nearer one.

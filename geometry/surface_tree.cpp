@@ -3,14 +3,10 @@
 
 #include "geometry/surface_tree.h"
 
-#include "base/cancellation.h"
 #include "embree_device.h"
 #include "geometry/transform.h"
+#include "triangle_blocks.h"
 
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
-
-#include <atomic>
 #include <cassert>
 
 namespace geometry {
@@ -79,89 +75,48 @@ SurfacePoint ToSurfacePoint(std::uint32_t triangle, const Closest& closest, doub
     return point;
 }
 
-/// Embree's tree holds runs of so many triangles, which lie together where a mesh was subdivided: the tree is
-/// then a small one, and a step in it is dearer than a look at a triangle.
+/// Embree's tree holds runs of so many blocks, which lie together where a mesh was subdivided: the tree is
+/// then a small one, and a step in it is dearer than a look at a block.
 std::uint32_t RunLengthFor(std::size_t triangles)
 {
     constexpr std::size_t fine = 200000;
-    return triangles < fine ? 2 : 8;
+    return triangles < fine ? 1 : 2;
 }
-
-/// A float rounded down by more than what was lost on the way to it.
-constexpr float surelyBelow = 1.0f - 1e-5f;
 
 } // namespace
 
 struct SurfaceTree::Impl {
-    std::vector<Vec3f> positions;
     Triangles triangles;
-    bool allHaveArea = true;
-    std::vector<std::uint32_t> kept; ///< unless all have an area: those that have
-    std::uint32_t runLength = 1;
-    RTCScene scene = nullptr;
+    TriangleBlocks blocks;
+    std::uint32_t runLength; ///< in blocks
+    std::unique_ptr<RTCSceneTy, decltype(&rtcReleaseScene)> scene{rtcNewScene(EmbreeDevice()),
+                                                                  rtcReleaseScene};
 
-    ~Impl()
+    explicit Impl(const PolygonMeshView& mesh)
+        : triangles(Triangulate(*mesh.topology)), blocks(mesh.positions, triangles),
+          runLength(RunLengthFor(triangles.count()))
     {
-        if (scene)
-            rtcReleaseScene(scene);
+        buildScene();
     }
 
-    Vec3f corner(std::uint32_t triangle, int k) const
-    {
-        return positions[triangles.corners[3 * std::size_t{triangle} + static_cast<std::size_t>(k)]];
-    }
+    Vector3d corner(std::uint32_t triangle, int k) const { return ToEigen(blocks.corner(triangle, k)); }
 
-    bool hasArea(std::uint32_t t) const
-    {
-        const Vector3d a = ToEigen(corner(t, 0)), b = ToEigen(corner(t, 1)), c = ToEigen(corner(t, 2));
-        const double longest =
-            std::max({(b - a).squaredNorm(), (c - b).squaredNorm(), (a - c).squaredNorm()});
-        const double area = (b - a).cross(c - a).norm();
-        return std::isfinite(area) && area > 1e-9 * longest; // false for a point as well
-    }
-
-    bool haveAllAnArea() const
-    {
-        std::atomic<bool> all = true;
-        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, triangles.count(), 8192),
-                          [&](const auto& range) {
-                              base::ThrowIfCancelled();
-                              for (std::size_t t = range.begin(); t != range.end() && all; ++t)
-                                  if (!hasArea(static_cast<std::uint32_t>(t)))
-                                      all = false;
-                          });
-        return all;
-    }
-
-    void keepTrianglesWithArea()
-    {
-        allHaveArea = haveAllAnArea();
-        for (std::uint32_t t = 0; t < triangles.count() && !allHaveArea; ++t)
-            if (hasArea(t))
-                kept.push_back(t);
-    }
-
-    std::size_t keptCount() const { return allHaveArea ? triangles.count() : kept.size(); }
-    bool isEmpty() const { return keptCount() == 0; }
+    std::uint32_t runSize() const { return runLength * TriangleBlocks::blockSize; }
 
     /// Calls with each triangle of a run.
     template <class Visit>
     void forRun(unsigned run, const Visit& visit) const
     {
-        const std::size_t first = std::size_t{run} * runLength,
-                          end = std::min(first + runLength, keptCount());
-        for (std::size_t i = first; i < end; ++i)
-            visit(allHaveArea ? static_cast<std::uint32_t>(i) : kept[i]);
+        const std::uint32_t first = run * runSize(), end = std::min(first + runSize(), blocks.count());
+        for (std::uint32_t t = first; t < end; ++t)
+            visit(t);
     }
 
     static void findBounds(const RTCBoundsFunctionArguments* arguments)
     {
         const auto& self = *static_cast<const Impl*>(arguments->geometryUserPtr);
         Box3f box;
-        self.forRun(arguments->primID, [&](std::uint32_t t) {
-            for (int k = 0; k < 3; ++k)
-                box.include(self.corner(t, k));
-        });
+        self.forRun(arguments->primID, [&](std::uint32_t t) { self.blocks.include(t, box); });
         RTCBounds& bounds = *arguments->bounds_o;
         bounds.lower_x = box.min.x, bounds.lower_y = box.min.y, bounds.lower_z = box.min.z;
         bounds.upper_x = box.max.x, bounds.upper_y = box.max.y, bounds.upper_z = box.max.z;
@@ -173,8 +128,7 @@ struct SurfaceTree::Impl {
     {
         const Vector3d origin(ray.ray.org_x, ray.ray.org_y, ray.ray.org_z),
             direction(ray.ray.dir_x, ray.ray.dir_y, ray.ray.dir_z);
-        const Vector3d a = ToEigen(corner(t, 0)), ab = ToEigen(corner(t, 1)) - a,
-                       ac = ToEigen(corner(t, 2)) - a;
+        const Vector3d a = corner(t, 0), ab = corner(t, 1) - a, ac = corner(t, 2) - a;
         const Vector3d across = direction.cross(ac);
         const double determinant = ab.dot(across);
         if (determinant == 0.0)
@@ -201,21 +155,18 @@ struct SurfaceTree::Impl {
 
     void buildScene()
     {
-        runLength = RunLengthFor(keptCount());
-        scene = rtcNewScene(EmbreeDevice());
-        rtcSetSceneFlags(scene, RTC_SCENE_FLAG_ROBUST);
-        if (!isEmpty()) {
+        rtcSetSceneFlags(scene.get(), RTC_SCENE_FLAG_ROBUST);
+        if (!blocks.isEmpty()) {
             RTCGeometry geometry = rtcNewGeometry(EmbreeDevice(), RTC_GEOMETRY_TYPE_USER);
-            rtcSetGeometryUserPrimitiveCount(
-                geometry, static_cast<unsigned>((keptCount() + runLength - 1) / runLength));
+            rtcSetGeometryUserPrimitiveCount(geometry, (blocks.count() - 1) / runSize() + 1);
             rtcSetGeometryUserData(geometry, this);
             rtcSetGeometryBoundsFunction(geometry, findBounds, nullptr);
             rtcSetGeometryIntersectFunction(geometry, findHit);
             rtcCommitGeometry(geometry);
-            rtcAttachGeometry(scene, geometry);
+            rtcAttachGeometry(scene.get(), geometry);
             rtcReleaseGeometry(geometry);
         }
-        CommitScene(scene);
+        CommitScene(scene.get());
     }
 
     template <class Accept>
@@ -224,30 +175,49 @@ struct SurfaceTree::Impl {
         Vec3f at;
         Vector3d point;
         const Accept* accept;
-        double best; ///< square of the distance to beat
+        double best;  ///< square of the distance to beat
+        bool anyDoes; ///< rather than the closest one
         SurfacePoint found;
 
-        /// Whether the box around the triangle is too far already.
-        bool isBeyond(std::uint32_t t) const
+        /// A hair wider than the best, so that rounding in the box tests cannot hide an equal triangle.
+        float radius() const
         {
-            const Vec3f a = tree->corner(t, 0), b = tree->corner(t, 1), c = tree->corner(t, 2);
-            float square = 0.0f;
-            for (int k = 0; k < 3; ++k) {
-                const float low = std::min({a[k], b[k], c[k]}) - at[k],
-                            high = at[k] - std::max({a[k], b[k], c[k]});
-                const float gap = std::max({low, high, 0.0f});
-                square += gap * gap;
-            }
-            return double(square * surelyBelow) > best;
+            if (anyDoes && found.isValid())
+                return 0.0f;
+            return std::nextafter(static_cast<float>(std::sqrt(best) * (1.0 + 1e-6)), INFINITY);
         }
 
-        /// @return whether the triangle is the best so far
+        /// @return whether one of the run's triangles is the best so far
+        bool considerRun(unsigned run)
+        {
+            if (anyDoes && found.isValid())
+                return false;
+            bool isNearer = false;
+            const std::uint32_t end = (run + 1) * tree->runLength;
+            for (std::uint32_t block = run * tree->runLength; block < end; ++block)
+                isNearer |= considerBlock(block);
+            return isNearer;
+        }
+
+    private:
+        bool considerBlock(std::uint32_t block)
+        {
+            constexpr std::uint32_t size = TriangleBlocks::blockSize;
+            const std::uint32_t first = block * size;
+            if (first >= tree->blocks.count())
+                return false;
+            const Eigen::Array4f squares = tree->blocks.leastSquares(block, at);
+            bool isNearer = false;
+            for (std::uint32_t lane = 0; lane < size; ++lane)
+                if (double(squares[static_cast<Eigen::Index>(lane)]) <= best)
+                    isNearer |= consider(first + lane);
+            return isNearer;
+        }
+
         bool consider(std::uint32_t t)
         {
-            if (isBeyond(t))
-                return false;
-            const Closest closest = ClosestOnTriangle(
-                point, ToEigen(tree->corner(t, 0)), ToEigen(tree->corner(t, 1)), ToEigen(tree->corner(t, 2)));
+            const Closest closest =
+                ClosestOnTriangle(point, tree->corner(t, 0), tree->corner(t, 1), tree->corner(t, 2));
             const double distance = (closest.position - point).squaredNorm();
             // The first of equals wins by index, so that the answer does not hang on the order of the visit.
             const bool better =
@@ -267,13 +237,9 @@ struct SurfaceTree::Impl {
     static bool visit(RTCPointQueryFunctionArguments* arguments)
     {
         auto& query = *static_cast<Query<Accept>*>(arguments->userPtr);
-        bool isNearer = false;
-        query.tree->forRun(arguments->primID, [&](std::uint32_t t) { isNearer |= query.consider(t); });
-        if (!isNearer)
+        if (!query.considerRun(arguments->primID))
             return false;
-        // A hair wider than the best, so that rounding in the box tests cannot hide an equal triangle.
-        const float radius =
-            std::nextafter(static_cast<float>(std::sqrt(query.best) * (1.0 + 1e-6)), INFINITY);
+        const float radius = query.radius();
         if (radius >= arguments->query->radius)
             return false;
         arguments->query->radius = radius;
@@ -281,27 +247,32 @@ struct SurfaceTree::Impl {
     }
 
     template <class Accept>
-    SurfacePoint closest(Vec3f at, float maxDistance, const Accept& accept) const
+    SurfacePoint closest(Vec3f at, float maxDistance, std::uint32_t start, const Accept& accept,
+                         bool anyDoes = false) const
     {
-        if (!IsFinite(at) || !(maxDistance >= 0.0f) || isEmpty())
+        if (!IsFinite(at) || !(maxDistance >= 0.0f) || blocks.isEmpty())
             return {};
-        Query<Accept> state{this, at, ToEigen(at), &accept, double(maxDistance) * double(maxDistance), {}};
-        RTCPointQuery query{at.x, at.y, at.z, 0.0f, maxDistance};
+        Query<Accept> state{this,    at, ToEigen(at), &accept, double(maxDistance) * double(maxDistance),
+                            anyDoes, {}};
+        float radius = maxDistance;
+        if (start < blocks.count() && state.considerRun(start / runSize())) {
+            radius = std::min(radius, state.radius());
+            if (anyDoes)
+                return state.found;
+        }
+        RTCPointQuery query{at.x, at.y, at.z, 0.0f, radius};
         RTCPointQueryContext context;
         rtcInitPointQueryContext(&context);
-        rtcPointQuery(scene, &query, &context, visit<Accept>, &state);
+        rtcPointQuery(scene.get(), &query, &context, visit<Accept>, &state);
         return state.found;
     }
 };
 
-SurfaceTree::SurfaceTree(const PolygonMeshView& mesh) : _impl(std::make_unique<Impl>())
+SurfaceTree::SurfaceTree(const PolygonMeshView& mesh)
 {
     assert(mesh.topology->vertexCount == mesh.vertexCount());
     CheckReach(mesh.positions);
-    _impl->positions.assign(mesh.positions.begin(), mesh.positions.end());
-    _impl->triangles = Triangulate(*mesh.topology);
-    _impl->keepTrianglesWithArea();
-    _impl->buildScene();
+    _impl = std::make_unique<Impl>(mesh);
 }
 
 SurfaceTree::~SurfaceTree() = default;
@@ -315,23 +286,31 @@ const Triangles& SurfaceTree::triangles() const
 
 Vec3f SurfaceTree::triangleNormal(std::uint32_t triangle) const
 {
-    const Vec3f a = _impl->corner(triangle, 0);
-    return Normalized(Cross(_impl->corner(triangle, 1) - a, _impl->corner(triangle, 2) - a));
+    const TriangleBlocks& blocks = _impl->blocks;
+    const Vec3f a = blocks.corner(triangle, 0);
+    return Normalized(Cross(blocks.corner(triangle, 1) - a, blocks.corner(triangle, 2) - a));
 }
 
-SurfacePoint SurfaceTree::closestPoint(Vec3f query, float maxDistance) const
+SurfacePoint SurfaceTree::closestPoint(Vec3f query, float maxDistance, std::uint32_t start) const
 {
-    return _impl->closest(query, maxDistance, [](std::uint32_t, const SurfacePoint&) { return true; });
+    return _impl->closest(query, maxDistance, start, [](std::uint32_t, const SurfacePoint&) { return true; });
+}
+
+SurfacePoint SurfaceTree::anyPoint(Vec3f query, float maxDistance, std::uint32_t start) const
+{
+    constexpr bool anyDoes = true;
+    return _impl->closest(
+        query, maxDistance, start, [](std::uint32_t, const SurfacePoint&) { return true; }, anyDoes);
 }
 
 SurfacePoint SurfaceTree::closestPoint(Vec3f query, float maxDistance, const TriangleFilter& accept) const
 {
-    return _impl->closest(query, maxDistance, accept);
+    return _impl->closest(query, maxDistance, UINT32_MAX, accept);
 }
 
 SurfacePoint SurfaceTree::firstHit(Vec3f origin, Vec3f direction, float minDistance, float maxDistance) const
 {
-    if (!IsFinite(origin) || !IsFinite(direction) || _impl->isEmpty())
+    if (!IsFinite(origin) || !IsFinite(direction) || _impl->blocks.isEmpty())
         return {};
     RTCRayHit ray{};
     ray.ray.org_x = origin.x, ray.ray.org_y = origin.y, ray.ray.org_z = origin.z;
@@ -342,14 +321,13 @@ SurfacePoint SurfaceTree::firstHit(Vec3f origin, Vec3f direction, float minDista
     ray.hit.geomID = RTC_INVALID_GEOMETRY_ID;
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
-    rtcIntersect1(_impl->scene, &context, &ray);
+    rtcIntersect1(_impl->scene.get(), &context, &ray);
     if (ray.hit.geomID == RTC_INVALID_GEOMETRY_ID)
         return {};
     const double u = std::clamp(double(ray.hit.u), 0.0, 1.0), v = std::clamp(double(ray.hit.v), 0.0, 1.0 - u);
     const std::uint32_t t = ray.hit.primID;
-    const Vector3d a = ToEigen(_impl->corner(t, 0));
-    const Vector3d position =
-        a + u * (ToEigen(_impl->corner(t, 1)) - a) + v * (ToEigen(_impl->corner(t, 2)) - a);
+    const Vector3d a = _impl->corner(t, 0);
+    const Vector3d position = a + u * (_impl->corner(t, 1) - a) + v * (_impl->corner(t, 2) - a);
     return ToSurfacePoint(t, {{1.0 - u - v, u, v}, position}, ray.ray.tfar);
 }
 

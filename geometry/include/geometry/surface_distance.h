@@ -33,10 +33,10 @@ struct DistanceEstimate {
 /// Distances as of SurfaceDistances, from the vertices of each body to whichever mesh of the other is the
 /// closest. One vertex of every few is measured, so many as it takes to stay at or below the limit, chosen at
 /// random but the same ones on every run; the errors are those of a simple random sample (Cochran, "Sampling
-/// Techniques", 1977), and nothing where all are measured. For the maximum all vertices count: those that
-/// cannot exceed it, for being close to a measured one's place on the other body, are passed over.
+/// Techniques", 1977), and nothing where all are measured. For the maximum all vertices count: of those that
+/// are near enough to the other body no more than that is found out.
 /// @throws TopologyError  a mesh has no faces
 DistanceEstimate EstimateDistances(base::Span<const PolygonMeshView> a, base::Span<const PolygonMeshView> b,
-                                   std::size_t mostMeasured = 400000);
+                                   std::size_t mostMeasured = 100000);
 
 } // namespace geometry

@@ -38,9 +38,16 @@ public:
     Vec3f triangleNormal(std::uint32_t triangle) const; ///< unit
 
     /// The closest point within maxDistance (cm), or an invalid one.
-    SurfacePoint closestPoint(Vec3f query, float maxDistance = std::numeric_limits<float>::infinity()) const;
+    /// @param start  a triangle that is probably near, such as that of a neighbour's closest point: the search
+    ///               is then a shorter one, with the same result; UINT32_MAX for none
+    SurfacePoint closestPoint(Vec3f query, float maxDistance = std::numeric_limits<float>::infinity(),
+                              std::uint32_t start = UINT32_MAX) const;
 
-    /// As above, over triangles that the filter accepts.
+    /// Some point within maxDistance (cm), or an invalid one where there is none: faster than the closest one
+    /// where only that is the question. Parameters as above.
+    SurfacePoint anyPoint(Vec3f query, float maxDistance, std::uint32_t start = UINT32_MAX) const;
+
+    /// As closestPoint, over triangles that the filter accepts.
     using TriangleFilter = std::function<bool(std::uint32_t triangle, const SurfacePoint& candidate)>;
     SurfacePoint closestPoint(Vec3f query, float maxDistance, const TriangleFilter& accept) const;
 
