@@ -206,8 +206,8 @@ SparseRows CatmarkRows(const Far::TopologyRefiner& refiner, int level)
     const Far::TopologyLevel& before = refiner.GetLevel(level - 1);
     const int count = refiner.GetLevel(level).GetNumVertices();
     const Origins origins(before, count);
-    return MakeRows(static_cast<std::size_t>(count), static_cast<std::uint32_t>(before.GetNumVertices()),
-                    RowFiller(refiner, level, origins));
+    return JoinRows(MakePieces(static_cast<std::size_t>(count), RowFiller(refiner, level, origins)),
+                    static_cast<std::uint32_t>(before.GetNumVertices()));
 }
 
 } // namespace geometry

@@ -153,13 +153,13 @@ SparseRows SparseRows::transposed() const
         next[s].store(offsets[s], relaxed);
     }
     // Not set to zero first: that would take one thread longer than all of them take to fill them.
-    const std::unique_ptr<Entry[]> entries(new Entry[_sources.size()]);
+    std::unique_ptr<Entry[]> entries(new Entry[_sources.size()]);
     ForEachRow(size(), [&](std::size_t row) {
         forEachEntry(row, [&](std::uint32_t source, float weight) {
             entries[next[source].fetch_add(1, relaxed)] = {static_cast<std::uint32_t>(row), weight};
         });
     });
-    return MakeRows(_sourceCount, static_cast<std::uint32_t>(size()), [&](std::size_t s, auto& row) {
+    std::vector<RowPiece> pieces = MakePieces(_sourceCount, [&](std::size_t s, auto& row) {
         row.assign(entries.get() + offsets[s], entries.get() + offsets[s + 1]);
         // In one order for all, or vertices of the same kind would not have the same pattern.
         std::sort(row.begin(), row.end(), [](const Entry& a, const Entry& b) {
@@ -168,6 +168,8 @@ SparseRows SparseRows::transposed() const
         if (row.empty())
             row.push_back({0, 0.0f});
     });
+    entries.reset();
+    return JoinRows(std::move(pieces), static_cast<std::uint32_t>(size()));
 }
 
 } // namespace geometry

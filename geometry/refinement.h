@@ -117,12 +117,12 @@ private:
 /// @throws TopologyError  there are more entries than can be counted
 SparseRows JoinRows(std::vector<RowPiece>&& pieces, std::uint32_t sourceCount);
 
-/// Makes rows in parallel. Which thread makes which does not show in the result.
+/// Works out rows in parallel. Which thread works on which does not show in the result.
 /// @param fill  of which each thread has a copy: called with the index of a row and an empty list, to which
 /// it
 ///              adds the row's entries, at least one
 template <class Fill>
-SparseRows MakeRows(std::size_t rows, std::uint32_t sourceCount, const Fill& fill)
+std::vector<RowPiece> MakePieces(std::size_t rows, const Fill& fill)
 {
     constexpr std::size_t pieceSize = 16384;
     std::vector<RowPiece> pieces((rows + pieceSize - 1) / pieceSize);
@@ -136,7 +136,7 @@ SparseRows MakeRows(std::size_t rows, std::uint32_t sourceCount, const Fill& fil
             pieces[p].add(row);
         }
     });
-    return JoinRows(std::move(pieces), sourceCount);
+    return pieces;
 }
 
 } // namespace geometry

@@ -35,7 +35,8 @@ public:
         for (const PolygonMeshView& mesh : meshes) {
             if (mesh.faceCount() == 0)
                 throw TopologyError("the surface to measure to has no faces");
-            _trees.emplace_back(mesh);
+            constexpr bool keepsTriangles = false;
+            _trees.emplace_back(mesh, keepsTriangles);
         }
     }
 

@@ -4,8 +4,8 @@
 #include "geometry/surface_tree.h"
 
 #include "embree_device.h"
+#include "fan_blocks.h"
 #include "geometry/transform.h"
-#include "triangle_blocks.h"
 
 #include <cassert>
 
@@ -75,48 +75,25 @@ SurfacePoint ToSurfacePoint(std::uint32_t triangle, const Closest& closest, doub
     return point;
 }
 
-/// Embree's tree holds runs of so many blocks, which lie together where a mesh was subdivided: the tree is
-/// then a small one, and a step in it is dearer than a look at a block.
-std::uint32_t RunLengthFor(std::size_t triangles)
-{
-    constexpr std::size_t fine = 200000;
-    return triangles < fine ? 1 : 2;
-}
-
 } // namespace
 
 struct SurfaceTree::Impl {
     Triangles triangles;
-    TriangleBlocks blocks;
-    std::uint32_t runLength; ///< in blocks
+    FanBlocks blocks; ///< each of them is one to Embree, whose steps are dearer than a look at a block
     std::unique_ptr<RTCSceneTy, decltype(&rtcReleaseScene)> scene{rtcNewScene(EmbreeDevice()),
                                                                   rtcReleaseScene};
 
-    explicit Impl(const PolygonMeshView& mesh)
-        : triangles(Triangulate(*mesh.topology)), blocks(mesh.positions, triangles),
-          runLength(RunLengthFor(triangles.count()))
+    Impl(const PolygonMeshView& mesh, bool keepsTriangles)
+        : triangles(Triangulate(*mesh.topology)), blocks(mesh.positions, triangles)
     {
+        if (!keepsTriangles)
+            triangles = {};
         buildScene();
-    }
-
-    Vector3d corner(std::uint32_t triangle, int k) const { return ToEigen(blocks.corner(triangle, k)); }
-
-    std::uint32_t runSize() const { return runLength * TriangleBlocks::blockSize; }
-
-    /// Calls with each triangle of a run.
-    template <class Visit>
-    void forRun(unsigned run, const Visit& visit) const
-    {
-        const std::uint32_t first = run * runSize(), end = std::min(first + runSize(), blocks.count());
-        for (std::uint32_t t = first; t < end; ++t)
-            visit(t);
     }
 
     static void findBounds(const RTCBoundsFunctionArguments* arguments)
     {
-        const auto& self = *static_cast<const Impl*>(arguments->geometryUserPtr);
-        Box3f box;
-        self.forRun(arguments->primID, [&](std::uint32_t t) { self.blocks.include(t, box); });
+        const Box3f box = static_cast<const Impl*>(arguments->geometryUserPtr)->blocks.box(arguments->primID);
         RTCBounds& bounds = *arguments->bounds_o;
         bounds.lower_x = box.min.x, bounds.lower_y = box.min.y, bounds.lower_z = box.min.z;
         bounds.upper_x = box.max.x, bounds.upper_y = box.max.y, bounds.upper_z = box.max.z;
@@ -124,11 +101,12 @@ struct SurfaceTree::Impl {
 
     /// Where a ray meets a triangle (Möller and Trumbore, "Fast, minimum storage ray-triangle intersection",
     /// 1997).
-    void intersect(std::uint32_t t, RTCRayHit& ray) const
+    void intersect(std::uint32_t cell, std::uint32_t half, RTCRayHit& ray) const
     {
+        const std::array<Vec3f, 3> corners = blocks.corners(cell, half);
         const Vector3d origin(ray.ray.org_x, ray.ray.org_y, ray.ray.org_z),
             direction(ray.ray.dir_x, ray.ray.dir_y, ray.ray.dir_z);
-        const Vector3d a = corner(t, 0), ab = corner(t, 1) - a, ac = corner(t, 2) - a;
+        const Vector3d a = ToEigen(corners[0]), ab = ToEigen(corners[1]) - a, ac = ToEigen(corners[2]) - a;
         const Vector3d across = direction.cross(ac);
         const double determinant = ab.dot(across);
         if (determinant == 0.0)
@@ -141,7 +119,7 @@ struct SurfaceTree::Impl {
         ray.ray.tfar = static_cast<float>(distance);
         ray.hit.u = static_cast<float>(u), ray.hit.v = static_cast<float>(v);
         ray.hit.geomID = 0;
-        ray.hit.primID = t;
+        ray.hit.primID = blocks.triangle(cell, half);
     }
 
     static void findHit(const RTCIntersectFunctionNArguments* arguments)
@@ -149,8 +127,12 @@ struct SurfaceTree::Impl {
         assert(arguments->N == 1);
         const auto& self = *static_cast<const Impl*>(arguments->geometryUserPtr);
         auto& ray = *reinterpret_cast<RTCRayHit*>(arguments->rayhit);
-        if (arguments->valid[0] != 0)
-            self.forRun(arguments->primID, [&](std::uint32_t t) { self.intersect(t, ray); });
+        if (arguments->valid[0] == 0)
+            return;
+        const std::uint32_t first = arguments->primID * FanBlocks::blockSize;
+        for (std::uint32_t cell = first; cell < first + FanBlocks::blockSize; ++cell)
+            for (std::uint32_t half = 0; half < 2; ++half)
+                self.intersect(cell, half, ray);
     }
 
     void buildScene()
@@ -158,7 +140,7 @@ struct SurfaceTree::Impl {
         rtcSetSceneFlags(scene.get(), RTC_SCENE_FLAG_ROBUST);
         if (!blocks.isEmpty()) {
             RTCGeometry geometry = rtcNewGeometry(EmbreeDevice(), RTC_GEOMETRY_TYPE_USER);
-            rtcSetGeometryUserPrimitiveCount(geometry, (blocks.count() - 1) / runSize() + 1);
+            rtcSetGeometryUserPrimitiveCount(geometry, blocks.blockCount());
             rtcSetGeometryUserData(geometry, this);
             rtcSetGeometryBoundsFunction(geometry, findBounds, nullptr);
             rtcSetGeometryIntersectFunction(geometry, findHit);
@@ -187,37 +169,28 @@ struct SurfaceTree::Impl {
             return std::nextafter(static_cast<float>(std::sqrt(best) * (1.0 + 1e-6)), INFINITY);
         }
 
-        /// @return whether one of the run's triangles is the best so far
-        bool considerRun(unsigned run)
+        /// @return whether one of the block's triangles is the best so far
+        bool considerBlock(std::uint32_t block)
         {
             if (anyDoes && found.isValid())
                 return false;
             bool isNearer = false;
-            const std::uint32_t end = (run + 1) * tree->runLength;
-            for (std::uint32_t block = run * tree->runLength; block < end; ++block)
-                isNearer |= considerBlock(block);
+            for (std::uint32_t half = 0; half < 2; ++half) {
+                const FanBlocks::Lanes squares = tree->blocks.leastSquares(block, half, at);
+                for (std::uint32_t lane = 0; lane < FanBlocks::blockSize; ++lane)
+                    if (double(squares[static_cast<Eigen::Index>(lane)]) <= best)
+                        isNearer |= consider(block * FanBlocks::blockSize + lane, half);
+            }
             return isNearer;
         }
 
     private:
-        bool considerBlock(std::uint32_t block)
+        bool consider(std::uint32_t cell, std::uint32_t half)
         {
-            constexpr std::uint32_t size = TriangleBlocks::blockSize;
-            const std::uint32_t first = block * size;
-            if (first >= tree->blocks.count())
-                return false;
-            const Eigen::Array4f squares = tree->blocks.leastSquares(block, at);
-            bool isNearer = false;
-            for (std::uint32_t lane = 0; lane < size; ++lane)
-                if (double(squares[static_cast<Eigen::Index>(lane)]) <= best)
-                    isNearer |= consider(first + lane);
-            return isNearer;
-        }
-
-        bool consider(std::uint32_t t)
-        {
+            const std::uint32_t t = tree->blocks.triangle(cell, half);
+            const std::array<Vec3f, 3> corners = tree->blocks.corners(cell, half);
             const Closest closest =
-                ClosestOnTriangle(point, tree->corner(t, 0), tree->corner(t, 1), tree->corner(t, 2));
+                ClosestOnTriangle(point, ToEigen(corners[0]), ToEigen(corners[1]), ToEigen(corners[2]));
             const double distance = (closest.position - point).squaredNorm();
             // The first of equals wins by index, so that the answer does not hang on the order of the visit.
             const bool better =
@@ -237,7 +210,7 @@ struct SurfaceTree::Impl {
     static bool visit(RTCPointQueryFunctionArguments* arguments)
     {
         auto& query = *static_cast<Query<Accept>*>(arguments->userPtr);
-        if (!query.considerRun(arguments->primID))
+        if (!query.considerBlock(arguments->primID))
             return false;
         const float radius = query.radius();
         if (radius >= arguments->query->radius)
@@ -255,7 +228,7 @@ struct SurfaceTree::Impl {
         Query<Accept> state{this,    at, ToEigen(at), &accept, double(maxDistance) * double(maxDistance),
                             anyDoes, {}};
         float radius = maxDistance;
-        if (start < blocks.count() && state.considerRun(start / runSize())) {
+        if (start < blocks.triangleCount() && state.considerBlock(blocks.blockOf(start))) {
             radius = std::min(radius, state.radius());
             if (anyDoes)
                 return state.found;
@@ -268,11 +241,11 @@ struct SurfaceTree::Impl {
     }
 };
 
-SurfaceTree::SurfaceTree(const PolygonMeshView& mesh)
+SurfaceTree::SurfaceTree(const PolygonMeshView& mesh, bool keepsTriangles)
 {
     assert(mesh.topology->vertexCount == mesh.vertexCount());
     CheckReach(mesh.positions);
-    _impl = std::make_unique<Impl>(mesh);
+    _impl = std::make_unique<Impl>(mesh, keepsTriangles);
 }
 
 SurfaceTree::~SurfaceTree() = default;
@@ -286,9 +259,8 @@ const Triangles& SurfaceTree::triangles() const
 
 Vec3f SurfaceTree::triangleNormal(std::uint32_t triangle) const
 {
-    const TriangleBlocks& blocks = _impl->blocks;
-    const Vec3f a = blocks.corner(triangle, 0);
-    return Normalized(Cross(blocks.corner(triangle, 1) - a, blocks.corner(triangle, 2) - a));
+    const auto [a, b, c] = _impl->blocks.cornersOf(triangle);
+    return Normalized(Cross(b - a, c - a));
 }
 
 SurfacePoint SurfaceTree::closestPoint(Vec3f query, float maxDistance, std::uint32_t start) const
@@ -326,8 +298,9 @@ SurfacePoint SurfaceTree::firstHit(Vec3f origin, Vec3f direction, float minDista
         return {};
     const double u = std::clamp(double(ray.hit.u), 0.0, 1.0), v = std::clamp(double(ray.hit.v), 0.0, 1.0 - u);
     const std::uint32_t t = ray.hit.primID;
-    const Vector3d a = _impl->corner(t, 0);
-    const Vector3d position = a + u * (_impl->corner(t, 1) - a) + v * (_impl->corner(t, 2) - a);
+    const std::array<Vec3f, 3> corners = _impl->blocks.cornersOf(t);
+    const Vector3d a = ToEigen(corners[0]);
+    const Vector3d position = a + u * (ToEigen(corners[1]) - a) + v * (ToEigen(corners[2]) - a);
     return ToSurfacePoint(t, {{1.0 - u - v, u, v}, position}, ray.ray.tfar);
 }
 

@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "error_sentence.h"
 #include "interrupt.h"
+#include "memory_need.h"
 #include "report.h"
 
 #include <algorithm>
@@ -100,6 +101,7 @@ void Describe(CLI::App& program, cli::CommandContext& context)
 int main(int argc, char** argv)
 {
     cli::NoteInterrupts();
+    cli::GiveFreedArraysBack();
     cli::CommandContext context;
     CLI::App program("Gantrel: shapes of older figure generations as morphs on Genesis 9.", "gantrel");
     Describe(program, context);

@@ -27,9 +27,12 @@ struct SurfacePoint {
 class SurfaceTree {
 public:
     /// Copies the positions and triangulates the faces; the mesh may go afterwards.
+    /// @param keepsTriangles  false where only distances and positions are asked for: triangles() is empty
+    /// then,
+    ///                        which saves 16 bytes a triangle
     /// @throws base::Error    the ray tracer cannot be started
     /// @throws TopologyError  a position is beyond farthestPosition
-    explicit SurfaceTree(const PolygonMeshView& mesh);
+    explicit SurfaceTree(const PolygonMeshView& mesh, bool keepsTriangles = true);
     ~SurfaceTree();
     SurfaceTree(SurfaceTree&&) noexcept;
     SurfaceTree& operator=(SurfaceTree&&) noexcept;
@@ -38,7 +41,8 @@ public:
     Vec3f triangleNormal(std::uint32_t triangle) const; ///< unit
 
     /// The closest point within maxDistance (cm), or an invalid one.
-    /// @param start  a triangle that is probably near, such as that of a neighbour's closest point: the search
+    /// @param start  a triangle that is probably near, such as that of a neighbour's closest point: the
+    /// search
     ///               is then a shorter one, with the same result; UINT32_MAX for none
     SurfacePoint closestPoint(Vec3f query, float maxDistance = std::numeric_limits<float>::infinity(),
                               std::uint32_t start = UINT32_MAX) const;
