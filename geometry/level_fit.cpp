@@ -45,10 +45,10 @@ double DotProduct(const Values& a, const Values& b)
 }
 
 /// The rows' products among each other, by source: what they make of each other's weights.
-Eigen::SparseMatrix<double> NormalMatrix(const SparseRows& rows, const SparseRows& transposed)
+Eigen::SparseMatrix<float> NormalMatrix(const SparseRows& rows, const SparseRows& transposed)
 {
     const auto count = static_cast<Eigen::Index>(transposed.size());
-    Eigen::SparseMatrix<double> matrix(count, count);
+    Eigen::SparseMatrix<float> matrix(count, count);
     std::vector<double> sums(transposed.size(), 0.0);
     std::vector<std::uint32_t> met;
     for (std::size_t column = 0; column < transposed.size(); ++column) {
@@ -69,7 +69,7 @@ Eigen::SparseMatrix<double> NormalMatrix(const SparseRows& rows, const SparseRow
         for (const std::uint32_t source : met) {
             if (source >= column) // the solver looks at the lower half only
                 matrix.insertBack(static_cast<Eigen::Index>(source), static_cast<Eigen::Index>(column)) =
-                    sums[source];
+                    static_cast<float>(sums[source]);
             sums[source] = 0.0;
         }
     }
@@ -90,17 +90,18 @@ public:
     void apply(const Values& from, Values& to) const
     {
         tbb::parallel_for(0, 3, [&](int axis) {
-            Eigen::VectorXd column(static_cast<Eigen::Index>(from.size()));
+            Eigen::VectorXf column(static_cast<Eigen::Index>(from.size()));
             for (std::size_t v = 0; v < from.size(); ++v)
-                column[static_cast<Eigen::Index>(v)] = double(from[v][axis]);
+                column[static_cast<Eigen::Index>(v)] = from[v][axis];
             column = _solver.solve(column).eval();
             for (std::size_t v = 0; v < from.size(); ++v)
-                to[v][axis] = static_cast<float>(column[static_cast<Eigen::Index>(v)]);
+                to[v][axis] = column[static_cast<Eigen::Index>(v)];
         });
     }
 
 private:
-    Eigen::SimplicialLDLT<Eigen::SparseMatrix<double>> _solver;
+    // Half the memory of doubles; conjugate gradients make up for what is lost.
+    Eigen::SimplicialLDLT<Eigen::SparseMatrix<float>> _solver;
 };
 
 FitStep::FitStep(const SparseRows& rows) : _rows(rows), _transposed(rows.transposed()) {}

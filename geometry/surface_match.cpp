@@ -20,6 +20,8 @@ namespace {
 /// mesh: on the mesh itself they would hardly reach further than the vertex, and features are a hundred edges
 /// wide. One round of smoothing has to do where there is no such level.
 constexpr std::size_t denseVertexCount = 150000;
+/// Below this many vertices a coarser level is not looked for, since features would be lost with it.
+constexpr std::size_t fewVertexCount = 50000;
 /// Rounds of a registration that was asked for: features that are far off come near by and by.
 constexpr int registrationRounds = 6;
 /// A registration has features that are off by more than vertices, and nothing to hold them back.
@@ -234,8 +236,8 @@ std::vector<Vec3f> Averaged(const IndexLists& neighbours, const std::vector<Vec3
     return result;
 }
 
-/// The offsets of a dense mesh through those of the first of its coarser levels that is not dense; nothing
-/// where there is no such level.
+/// The offsets of a mesh through those of the coarsest of its levels that has enough vertices; nothing where
+/// there is none, or that one is dense.
 std::vector<Vec3f> OffsetsFromCoarse(const MatchSource& source, const PolygonMeshView& target,
                                      const IndexLists& neighbours, const MatchOptions& options,
                                      MatchStatistics& statistics)
@@ -246,11 +248,11 @@ std::vector<Vec3f> OffsetsFromCoarse(const MatchSource& source, const PolygonMes
     const std::vector<Vec3f> positions = split->sample(target.positions);
     const PolygonMeshView coarse{&split->coarse(), positions};
     std::vector<Vec3f> offsets;
-    if (positions.size() < denseVertexCount) {
+    if (positions.size() >= fewVertexCount)
+        offsets = OffsetsFromCoarse(source, coarse, VertexNeighbours(split->coarse()), options, statistics);
+    if (offsets.empty() && positions.size() < denseVertexCount) {
         const MatchTarget matched(coarse);
         offsets = Matcher(source, matched, options, statistics).findOffsets();
-    } else {
-        offsets = OffsetsFromCoarse(source, coarse, VertexNeighbours(split->coarse()), options, statistics);
     }
     return offsets.empty() ? offsets : Averaged(neighbours, split->spread(offsets));
 }
@@ -272,7 +274,7 @@ std::vector<SurfacePoint> MatchVertices(const MatchSource& source, const MatchTa
                                         const MatchOptions& options, MatchStatistics& statistics)
 {
     std::vector<Vec3f> offsets;
-    if (target.mesh.vertexCount() >= denseVertexCount)
+    if (target.mesh.vertexCount() >= fewVertexCount)
         offsets = OffsetsFromCoarse(source, target.mesh, target.neighbours, options, statistics);
     Matcher matcher(source, target, options, statistics);
     if (offsets.empty())
