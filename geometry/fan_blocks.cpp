@@ -106,10 +106,10 @@ std::uint32_t FanBlocks::cellOf(std::uint32_t triangle) const
     return static_cast<std::uint32_t>(next - _firstOfCell.begin() - 1);
 }
 
-Box3f FanBlocks::box(std::uint32_t block) const
+Box3f FanBlocks::box(std::uint32_t firstCell, std::uint32_t count) const
 {
     Box3f box;
-    for (std::uint32_t cell = block * blockSize; cell < (block + 1) * blockSize; ++cell)
+    for (std::uint32_t cell = firstCell; cell < firstCell + count; ++cell)
         for (std::uint32_t k = 0; k < 4; ++k)
             if (const Vec3f at = corner(cell, k); at.x == at.x)
                 box.include(at);

@@ -25,14 +25,15 @@ public:
 
     std::uint32_t triangleCount() const { return _triangleCount; }
     std::uint32_t blockCount() const { return static_cast<std::uint32_t>(_blocks.size()); }
-    bool isEmpty() const { return _isEmpty; } ///< no triangle has an area
+    std::uint32_t cellCount() const { return blockCount() * blockSize; } ///< with those that hold nothing
+    bool isEmpty() const { return _isEmpty; }                            ///< no triangle has an area
 
     /// @param half  0 or 1: of a cell's two triangles; the second need not be there
     std::uint32_t triangle(std::uint32_t cell, std::uint32_t half) const
     {
         return (_firstOfCell.empty() ? 2 * cell : _firstOfCell[cell]) + half;
     }
-    std::uint32_t blockOf(std::uint32_t triangle) const { return cellOf(triangle) / blockSize; }
+    std::uint32_t cellOf(std::uint32_t triangle) const;
 
     std::array<Vec3f, 3> corners(std::uint32_t cell, std::uint32_t half) const
     {
@@ -44,8 +45,12 @@ public:
         return corners(cell, triangle - this->triangle(cell, 0));
     }
 
-    /// Around the block's triangles; empty where none has an area.
-    Box3f box(std::uint32_t block) const;
+    /// Around the triangles of some cells; empty where none has an area.
+    Box3f box(std::uint32_t firstCell, std::uint32_t count) const;
+
+    /// Squares of the distances from a point to the boxes around the block's cells. No number where there is
+    /// no triangle; nothing to rely on in the last digits.
+    Lanes boxSquares(std::uint32_t block, Vec3f at) const;
 
     /// Squares of the distances from a point to one triangle of each of the block's cells, each at most the
     /// true one: less by what may have been lost in rounding. No number where there is no triangle.
@@ -65,7 +70,6 @@ private:
         return {axes[0][lane], axes[1][lane], axes[2][lane]};
     }
 
-    std::uint32_t cellOf(std::uint32_t triangle) const;
     void findCells(base::Span<const Vec3f> positions, const Triangles& triangles);
 
     std::vector<Block> _blocks;
@@ -74,25 +78,56 @@ private:
     bool _isEmpty = true;
 };
 
-inline FanBlocks::Lanes FanBlocks::leastSquares(std::uint32_t block, std::uint32_t half, Vec3f at) const
+/// Lanes of vectors. What works on them is inlined, always: as calls they would go through memory.
+struct LaneVectors {
+    FanBlocks::Lanes x, y, z;
+};
+
+EIGEN_ALWAYS_INLINE LaneVectors operator-(const LaneVectors& a, const LaneVectors& b)
 {
-    const std::array<Lanes, 3>&a = _blocks[block][0], &b = _blocks[block][1 + half],
-                            &c = _blocks[block][2 + half];
-    const Lanes way[3] = {at.x - a[0], at.y - a[1], at.z - a[2]};
-    const Lanes ab[3] = {b[0] - a[0], b[1] - a[1], b[2] - a[2]};
-    const Lanes ac[3] = {c[0] - a[0], c[1] - a[1], c[2] - a[2]};
-    const auto dot = [](const Lanes(&u)[3], const Lanes(&v)[3]) -> Lanes {
-        return u[0] * v[0] + u[1] * v[1] + u[2] * v[2];
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+
+EIGEN_ALWAYS_INLINE FanBlocks::Lanes Dot(const LaneVectors& a, const LaneVectors& b)
+{
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+/// The least of u (u length - 2 reach) for u between 0 and 1.
+EIGEN_ALWAYS_INLINE FanBlocks::Lanes LeastAlong(const FanBlocks::Lanes& length, const FanBlocks::Lanes& reach)
+{
+    const FanBlocks::Lanes u = (reach / length).max(0.0f).min(1.0f);
+    return u * (u * length - 2.0f * reach);
+}
+
+EIGEN_ALWAYS_INLINE FanBlocks::Lanes FanBlocks::boxSquares(std::uint32_t block, Vec3f at) const
+{
+    const Block& corners = _blocks[block];
+    Lanes sum = Lanes::Zero();
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        const Lanes last = (corners[3][axis] == corners[3][axis]).select(corners[3][axis], corners[2][axis]);
+        const Lanes low = corners[0][axis].min(corners[1][axis]).min(corners[2][axis]).min(last);
+        const Lanes high = corners[0][axis].max(corners[1][axis]).max(corners[2][axis]).max(last);
+        const float here = at[static_cast<int>(axis)];
+        sum += (low - here).max(here - high).max(0.0f).square();
+    }
+    return sum;
+}
+
+EIGEN_ALWAYS_INLINE FanBlocks::Lanes FanBlocks::leastSquares(std::uint32_t block, std::uint32_t half,
+                                                             Vec3f at) const
+{
+    const auto corners = [&](std::uint32_t k) -> LaneVectors {
+        const std::array<Lanes, 3>& axes = _blocks[block][k];
+        return {axes[0], axes[1], axes[2]};
     };
-    const Lanes ss = dot(ab, ab), st = dot(ab, ac), tt = dot(ac, ac), d = dot(ab, way), e = dot(ac, way),
-                zero = dot(way, way);
-    const auto along = [](const Lanes& length, const Lanes& reach) -> Lanes {
-        const Lanes u = (reach / length).max(0.0f).min(1.0f);
-        return u * (u * length - 2.0f * reach);
-    };
-    const Lanes edges = (zero + along(ss, d))
-                            .min(zero + along(tt, e))
-                            .min(zero + ss - 2.0f * d + along(ss + tt - 2.0f * st, ss + e - d - st));
+    const LaneVectors a = corners(0), way{at.x - a.x, at.y - a.y, at.z - a.z};
+    const LaneVectors ab = corners(1 + half) - a, ac = corners(2 + half) - a;
+    const Lanes ss = Dot(ab, ab), st = Dot(ab, ac), tt = Dot(ac, ac), d = Dot(ab, way), e = Dot(ac, way),
+                zero = Dot(way, way);
+    const Lanes onEnds = LeastAlong(ss, d).min(LeastAlong(tt, e));
+    const Lanes across = ss - 2.0f * d + LeastAlong(ss + tt - 2.0f * st, ss + e - d - st);
+    const Lanes edges = zero + onEnds.min(across);
     const Lanes area = ss * tt - st * st, s = (tt * d - st * e) / area, t = (ss * e - st * d) / area;
     const Lanes inside = s * (s * ss + 2.0f * t * st - 2.0f * d) + t * (t * tt - 2.0f * e) + zero;
     const auto isInside = s >= 0.0f && t >= 0.0f && s + t <= 1.0f;

@@ -75,16 +75,29 @@ SurfacePoint ToSurfacePoint(std::uint32_t triangle, const Closest& closest, doub
     return point;
 }
 
+/// A step in Embree's tree is dearer than a look at a block where many triangles are of a size, as in a mesh
+/// that was subdivided, and the tree is a small one; in a coarse mesh a block's box holds much else.
+std::uint32_t StepSizeFor(std::size_t triangles)
+{
+    constexpr std::size_t fine = 200000;
+    return triangles < fine ? 1 : FanBlocks::blockSize;
+}
+
+/// A float rounded down by more than what was lost on the way to it.
+constexpr float surelyBelow = 1.0f - 1e-5f;
+
 } // namespace
 
 struct SurfaceTree::Impl {
     Triangles triangles;
-    FanBlocks blocks; ///< each of them is one to Embree, whose steps are dearer than a look at a block
+    FanBlocks blocks;
+    std::uint32_t stepSize; ///< cells that are one to Embree
     std::unique_ptr<RTCSceneTy, decltype(&rtcReleaseScene)> scene{rtcNewScene(EmbreeDevice()),
                                                                   rtcReleaseScene};
 
     Impl(const PolygonMeshView& mesh, bool keepsTriangles)
-        : triangles(Triangulate(*mesh.topology)), blocks(mesh.positions, triangles)
+        : triangles(Triangulate(*mesh.topology)), blocks(mesh.positions, triangles),
+          stepSize(StepSizeFor(triangles.count()))
     {
         if (!keepsTriangles)
             triangles = {};
@@ -93,7 +106,8 @@ struct SurfaceTree::Impl {
 
     static void findBounds(const RTCBoundsFunctionArguments* arguments)
     {
-        const Box3f box = static_cast<const Impl*>(arguments->geometryUserPtr)->blocks.box(arguments->primID);
+        const auto& self = *static_cast<const Impl*>(arguments->geometryUserPtr);
+        const Box3f box = self.blocks.box(arguments->primID * self.stepSize, self.stepSize);
         RTCBounds& bounds = *arguments->bounds_o;
         bounds.lower_x = box.min.x, bounds.lower_y = box.min.y, bounds.lower_z = box.min.z;
         bounds.upper_x = box.max.x, bounds.upper_y = box.max.y, bounds.upper_z = box.max.z;
@@ -129,8 +143,8 @@ struct SurfaceTree::Impl {
         auto& ray = *reinterpret_cast<RTCRayHit*>(arguments->rayhit);
         if (arguments->valid[0] == 0)
             return;
-        const std::uint32_t first = arguments->primID * FanBlocks::blockSize;
-        for (std::uint32_t cell = first; cell < first + FanBlocks::blockSize; ++cell)
+        const std::uint32_t first = arguments->primID * self.stepSize;
+        for (std::uint32_t cell = first; cell < first + self.stepSize; ++cell)
             for (std::uint32_t half = 0; half < 2; ++half)
                 self.intersect(cell, half, ray);
     }
@@ -140,7 +154,7 @@ struct SurfaceTree::Impl {
         rtcSetSceneFlags(scene.get(), RTC_SCENE_FLAG_ROBUST);
         if (!blocks.isEmpty()) {
             RTCGeometry geometry = rtcNewGeometry(EmbreeDevice(), RTC_GEOMETRY_TYPE_USER);
-            rtcSetGeometryUserPrimitiveCount(geometry, blocks.blockCount());
+            rtcSetGeometryUserPrimitiveCount(geometry, blocks.cellCount() / stepSize);
             rtcSetGeometryUserData(geometry, this);
             rtcSetGeometryBoundsFunction(geometry, findBounds, nullptr);
             rtcSetGeometryIntersectFunction(geometry, findHit);
@@ -169,10 +183,42 @@ struct SurfaceTree::Impl {
             return std::nextafter(static_cast<float>(std::sqrt(best) * (1.0 + 1e-6)), INFINITY);
         }
 
-        /// @return whether one of the block's triangles is the best so far
-        bool considerBlock(std::uint32_t block)
+        /// @return whether one of the step's triangles is the best so far
+        bool considerStep(std::uint32_t step)
         {
             if (anyDoes && found.isValid())
+                return false;
+            return tree->stepSize == 1 ? considerCell(step) : considerBlock(step);
+        }
+
+    private:
+        bool considerCell(std::uint32_t cell)
+        {
+            bool isNearer = false;
+            for (std::uint32_t half = 0; half < 2; ++half)
+                if (!isBeyond(tree->blocks.corners(cell, half)))
+                    isNearer |= consider(cell, half);
+            return isNearer;
+        }
+
+        /// Whether the box around a triangle is too far already.
+        bool isBeyond(const std::array<Vec3f, 3>& corners) const
+        {
+            const auto& [a, b, c] = corners;
+            float square = 0.0f;
+            for (int k = 0; k < 3; ++k) {
+                const float low = std::min({a[k], b[k], c[k]}) - at[k],
+                            high = at[k] - std::max({a[k], b[k], c[k]});
+                const float gap = std::max({low, high, 0.0f});
+                square += gap * gap;
+            }
+            return double(square * surelyBelow) > best;
+        }
+
+        bool considerBlock(std::uint32_t block)
+        {
+            const FanBlocks::Lanes boxes = tree->blocks.boxSquares(block, at) * surelyBelow;
+            if (!(boxes <= bestAtMost()).any())
                 return false;
             bool isNearer = false;
             for (std::uint32_t half = 0; half < 2; ++half) {
@@ -184,7 +230,9 @@ struct SurfaceTree::Impl {
             return isNearer;
         }
 
-    private:
+        /// Not less than the best in doubles.
+        float bestAtMost() const { return std::nextafter(static_cast<float>(best), INFINITY); }
+
         bool consider(std::uint32_t cell, std::uint32_t half)
         {
             const std::uint32_t t = tree->blocks.triangle(cell, half);
@@ -210,7 +258,7 @@ struct SurfaceTree::Impl {
     static bool visit(RTCPointQueryFunctionArguments* arguments)
     {
         auto& query = *static_cast<Query<Accept>*>(arguments->userPtr);
-        if (!query.considerBlock(arguments->primID))
+        if (!query.considerStep(arguments->primID))
             return false;
         const float radius = query.radius();
         if (radius >= arguments->query->radius)
@@ -228,7 +276,7 @@ struct SurfaceTree::Impl {
         Query<Accept> state{this,    at, ToEigen(at), &accept, double(maxDistance) * double(maxDistance),
                             anyDoes, {}};
         float radius = maxDistance;
-        if (start < blocks.triangleCount() && state.considerBlock(blocks.blockOf(start))) {
+        if (start < blocks.triangleCount() && state.considerStep(blocks.cellOf(start) / stepSize)) {
             radius = std::min(radius, state.radius());
             if (anyDoes)
                 return state.found;
