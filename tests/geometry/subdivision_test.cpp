@@ -3,11 +3,15 @@
 
 #include "geometry/subdivision.h"
 
+#include "catmark_refiner.h"
 #include "geometry/errors.h"
 #include "shapes.h"
 #include "throws.h"
 
+#include <cmath>
 #include <random>
+
+#include <opensubdiv/far/primvarRefiner.h>
 
 using namespace geometry;
 
@@ -125,6 +129,62 @@ TEST(Subdivision, has_rows_that_sum_to_one_on_any_mesh_and_rule)
             for (const float value : subdivision.refine(std::vector<float>(mesh.vertexCount(), 1.0f), 0, 3))
                 EXPECT_NEAR(value, 1.0f, 1e-6f);
         }
+}
+
+/// As OpenSubdiv refines values itself.
+std::vector<float> RefinedByOpenSubdiv(const Topology& cage, int level, BoundaryRule rule,
+                                       base::Span<const Crease> creases, std::vector<float> values)
+{
+    struct Value {
+        float value;
+        void Clear() { value = 0.0f; }
+        void AddWithWeight(const Value& other, float weight) { value += other.value * weight; }
+    };
+    const auto refiner = MakeCatmarkRefiner(cage, level, rule, creases);
+    const OpenSubdiv::Far::PrimvarRefiner interpolation(*refiner);
+    for (int l = 1; l <= level; ++l) {
+        std::vector<Value> from(values.size()),
+            to(static_cast<std::size_t>(refiner->GetLevel(l).GetNumVertices()));
+        for (std::size_t v = 0; v < values.size(); ++v)
+            from[v].value = values[v];
+        interpolation.Interpolate(l, from, to);
+        values.resize(to.size());
+        for (std::size_t v = 0; v < to.size(); ++v)
+            values[v] = to[v].value;
+    }
+    return values;
+}
+
+TEST(Subdivision, gives_what_opensubdiv_gives_along_any_crease_and_rim)
+{
+    PolygonMesh threeWays = shapes::FromFaces(
+        {{0, 0, 0}, {0, 1, 0}, {1, 0, 0}, {1, 1, 0}, {-1, 0, 1}, {-1, 1, 1}, {-1, 0, -1}, {-1, 1, -1}},
+        {{0, 2, 3, 1}, {0, 1, 5, 4}, {1, 0, 6, 7}});
+    const PolygonMesh meshes[] = {shapes::Cube(1),
+                                  shapes::Mixed(),
+                                  shapes::OpenCone(40),
+                                  shapes::Sphere(1, 7, 9),
+                                  shapes::TwoIslands(3, 1, 3),
+                                  threeWays};
+    for (const PolygonMesh& mesh : meshes) {
+        std::vector<float> values;
+        for (std::size_t v = 0; v < mesh.vertexCount(); ++v)
+            values.push_back(std::sin(3.0f * static_cast<float>(v)));
+        for (const float sharpness : {0.0f, 0.4f, 1.0f, 2.7f, 10.0f}) {
+            std::vector<Crease> creases = AllEdges(*mesh.topology, sharpness);
+            creases.resize(creases.size() / 2);
+            for (const BoundaryRule rule :
+                 {BoundaryRule::None, BoundaryRule::EdgeOnly, BoundaryRule::EdgeAndCorner}) {
+                const Subdivision subdivision(mesh.topology, 3, rule, creases);
+                const std::vector<float> found = subdivision.refine(values, 0, 3),
+                                         expected =
+                                             RefinedByOpenSubdiv(*mesh.topology, 3, rule, creases, values);
+                ASSERT_EQ(found.size(), expected.size());
+                for (std::size_t v = 0; v < found.size(); ++v)
+                    EXPECT_NEAR(found[v], expected[v], 1e-6f) << "vertex " << v << ", crease " << sharpness;
+            }
+        }
+    }
 }
 
 TEST(Subdivision, goes_level_by_level_as_it_goes_at_once)

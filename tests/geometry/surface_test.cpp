@@ -64,6 +64,31 @@ TEST(VertexNormals, do_not_hang_on_how_faces_are_cut_up)
         EXPECT_NEAR(std::abs(normal.x), 1.0f / std::sqrt(3.0f), 1e-6f);
 }
 
+TEST(VertexNormals, weigh_faces_by_their_angles)
+{
+    // Around a corner with a pentagon's, a quad's and a triangle's angle, from sharp to blunt.
+    const PolygonMesh mesh = shapes::FromFaces({{0, 0, 0},
+                                                {1, 0, 0},
+                                                {0.9f, 0.4f, 0.3f},
+                                                {-0.6f, 1.1f, 0.2f},
+                                                {-0.9f, 0.1f, -0.5f},
+                                                {0.2f, -0.02f, -0.9f},
+                                                {0.5f, 1, 0.2f},
+                                                {-1, 0.5f, 0.1f}},
+                                               {{0, 1, 2}, {0, 2, 6, 3}, {0, 3, 7, 4}, {0, 4, 5}, {0, 5, 1}});
+    const std::vector<Vec3f> faces = FaceNormals(mesh.view());
+    Eigen::Vector3d expected(0, 0, 0);
+    for (std::size_t f = 0; f < mesh.faceCount(); ++f) {
+        const auto face = mesh.view().face(f);
+        const Eigen::Vector3d a = ToEigen(mesh.positions[face[1]]),
+                              b = ToEigen(mesh.positions[face[face.size() - 1]]);
+        expected += ToEigen(faces[f]) * std::acos(a.dot(b) / (a.norm() * b.norm()));
+    }
+    expected.normalize();
+    const Vec3f found = VertexNormals(mesh.view())[0];
+    EXPECT_NEAR((ToEigen(found) - expected).norm(), 0.0, 1e-6);
+}
+
 TEST(VertexNormals, are_zero_for_a_vertex_that_no_face_uses)
 {
     EXPECT_EQ(VertexNormals(shapes::LooseVertex().view())[3], Vec3f{});
@@ -92,6 +117,96 @@ TEST(ClosestPoint, agrees_with_brute_force)
             EXPECT_NEAR(found.weights[0] + found.weights[1] + found.weights[2], 1.0f, 1e-6f);
             EXPECT_NEAR(Length(found.position - p), found.distance, 1e-5f);
         }
+    }
+}
+
+/// More triangles than are searched one by one: a hilly sheet of quads, a sphere with triangles at its poles,
+/// and the sheet with faces that were squeezed to a line, or to a point, among the others.
+std::vector<PolygonMesh> FineMeshes()
+{
+    PolygonMesh hills = shapes::Grid(330, 2.0f);
+    for (Vec3f& at : hills.positions)
+        at = {at.x - 1.0f, at.y - 1.0f, 0.2f * std::sin(7.0f * at.x) * std::cos(5.0f * at.y)};
+    PolygonMesh squeezed = hills;
+    for (std::size_t f = 0; f < squeezed.faceCount(); f += 5) {
+        const auto face = squeezed.view().face(f);
+        squeezed.positions[face[1]] = squeezed.positions[face[0]];
+        if (f % 15 == 0)
+            squeezed.positions[face[2]] = squeezed.positions[face[3]] = squeezed.positions[face[0]];
+    }
+    return {hills, shapes::Sphere(1.0f, 330, 330), squeezed};
+}
+
+/// Every other face from the first one on, or from the second: half a fine mesh is searched as coarse ones
+/// are.
+PolygonMesh EveryOtherFace(const PolygonMesh& mesh, std::size_t first)
+{
+    auto half = std::make_shared<Topology>();
+    half->vertexCount = mesh.topology->vertexCount;
+    half->faceOffsets.assign(1, 0);
+    for (std::size_t f = first; f < mesh.faceCount(); f += 2) {
+        for (const std::uint32_t corner : mesh.view().face(f))
+            half->cornerVertices.push_back(corner);
+        half->faceOffsets.push_back(static_cast<std::uint32_t>(half->cornerVertices.size()));
+    }
+    return {half, mesh.positions};
+}
+
+TEST(ClosestPoint, is_on_a_fine_mesh_the_nearer_one_of_its_halves)
+{
+    std::mt19937 random(5);
+    std::uniform_real_distribution<float> coordinate(-1.2f, 1.2f);
+    for (const PolygonMesh& mesh : FineMeshes()) {
+        const SurfaceTree tree(mesh.view());
+        ASSERT_GT(tree.triangles().count(), 200000u);
+        const SurfaceTree halves[] = {SurfaceTree(EveryOtherFace(mesh, 0).view()),
+                                      SurfaceTree(EveryOtherFace(mesh, 1).view())};
+        for (int i = 0; i < 500; ++i) {
+            const Vec3f p{coordinate(random), coordinate(random), coordinate(random)};
+            const SurfacePoint found = tree.closestPoint(p);
+            ASSERT_TRUE(found.isValid());
+            EXPECT_EQ(found.distance,
+                      std::min(halves[0].closestPoint(p).distance, halves[1].closestPoint(p).distance));
+        }
+    }
+}
+
+TEST(ClosestPoint, does_not_hang_on_where_the_search_starts)
+{
+    std::vector<PolygonMesh> meshes = FineMeshes();
+    meshes.push_back(shapes::Mixed());
+    meshes.push_back(shapes::Sphere(1.0f, 9, 11));
+    for (const PolygonMesh& mesh : meshes) {
+        const SurfaceTree tree(mesh.view());
+        const auto count = static_cast<std::uint32_t>(tree.triangles().count());
+        for (std::uint32_t i = 0; i < 40; ++i) {
+            const auto step = static_cast<float>(i);
+            const Vec3f p{1.3f * std::cos(0.7f * step), 1.3f * std::sin(1.3f * step), 0.3f + 0.01f * step};
+            const SurfacePoint found = tree.closestPoint(p);
+            for (const std::uint32_t start : {0u, count / 2, count - 1, i % count, count, UINT32_MAX}) {
+                const SurfacePoint again = tree.closestPoint(p, INFINITY, start);
+                EXPECT_EQ(again.triangle, found.triangle);
+                EXPECT_EQ(again.position, found.position);
+            }
+            const float within = found.distance;
+            EXPECT_FALSE(tree.closestPoint(p, within * 0.999f, found.triangle).isValid());
+            EXPECT_FALSE(tree.anyPoint(p, within * 0.999f, found.triangle).isValid());
+            const SurfacePoint some = tree.anyPoint(p, within * 1.5f + 0.1f, i % count);
+            EXPECT_TRUE(some.isValid());
+            EXPECT_LE(some.distance, within * 1.5f + 0.1f);
+        }
+    }
+}
+
+TEST(FirstHit, is_the_same_through_fine_meshes)
+{
+    const SurfaceTree fine(FineMeshes()[1].view());
+    for (int i = 0; i < 50; ++i) {
+        const Vec3f from{3.0f * std::cos(0.4f * i), 3.0f * std::sin(0.4f * i), 0.03f * i};
+        const SurfacePoint hit = fine.firstHit(from, Normalized(from * -1.0f));
+        ASSERT_TRUE(hit.isValid());
+        EXPECT_NEAR(hit.distance, Length(from) - 1.0f, 1e-4f);
+        EXPECT_GT(Dot(fine.triangleNormal(hit.triangle), from), 0.0f);
     }
 }
 
