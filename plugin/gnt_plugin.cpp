@@ -21,7 +21,7 @@
 // would declare a function where a macro wraps it into a string.
 DZ_PLUGIN_DEFINITION(kst::product::TITLE + 0);
 DZ_PLUGIN_AUTHOR("Kestrom");
-DZ_PLUGIN_VERSION(1, 0, 5, 0);
+DZ_PLUGIN_VERSION(GNT_MAJOR, GNT_MINOR, GNT_REVISION, 0);
 // The description's quotation marks around the menu's name are typographic ones.
 DZ_PLUGIN_DESCRIPTION(QString::fromUtf8(
     "\n<p>Gantrel for Genesis 9 is a plugin for Daz Studio 4.20 and above that can convert Genesis 3, 8 and "

@@ -165,7 +165,8 @@ TEST_F(ExecTest, shows_a_failure_in_the_box_of_the_action)
     action.trigger();
     EXPECT_EQ(boxes(), before + 1);
     EXPECT_TRUE(LogText().contains(QStringLiteral(
-        "KeGNT: Critical error message box in Kestrom's Gantrel V1.0.5: Could not convert figure: you must "
+        "KeGNT: Critical error message box in Kestrom's Gantrel V" GANTREL_VERSION
+        ": Could not convert figure: you must "
         "select two figures (a \u201Csource\u201D Genesis 8 or 8.1 and a \u201Ctarget\u201D Genesis 9) in "
         "the "
         "scene\n")));
@@ -206,8 +207,9 @@ TEST_F(ExecTest, shows_any_standard_exception_in_the_box)
     const int before = boxes();
     GntConvertFigureAction().trigger();
     EXPECT_EQ(boxes(), before + 1);
-    EXPECT_TRUE(LogText().contains(QStringLiteral(
-        "Critical error message box in Kestrom's Gantrel V1.0.5: Could not convert figure: too long\n")));
+    EXPECT_TRUE(
+        LogText().contains(QStringLiteral("Critical error message box in Kestrom's Gantrel V" GANTREL_VERSION
+                                          ": Could not convert figure: too long\n")));
 }
 
 TEST_F(ExecDeathTest, ends_the_process_on_what_is_no_standard_exception)

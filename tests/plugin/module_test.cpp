@@ -64,7 +64,7 @@ TEST_F(ModuleTest, says_what_it_is)
 {
     EXPECT_EQ(plugin->getName(), pluginName);
     EXPECT_EQ(plugin->getAuthor(), QLatin1String("Kestrom"));
-    EXPECT_EQ(plugin->getVersionString(), QLatin1String("1.0.5.0"));
+    EXPECT_EQ(plugin->getVersionString(), QLatin1String(GANTREL_VERSION ".0"));
     EXPECT_EQ(
         plugin->getDescription(),
         QString::fromUtf8("\n<p>Gantrel for Genesis 9 is a plugin for Daz Studio 4.20 and above that can "

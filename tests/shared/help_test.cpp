@@ -49,15 +49,15 @@ TEST(HelpTexts, stay_as_they_are_without_a_marker)
 
 TEST(HelpTexts, name_the_version)
 {
-    EXPECT_EQ(kst::daz::MakeVersionStringOnly(), "V1.0.5");
-    EXPECT_EQ(kst::daz::MakeExtendedVersionString(), "V1.0.5 (2023-06-22)");
+    EXPECT_EQ(kst::daz::MakeVersionStringOnly(), "V" GANTREL_VERSION);
+    EXPECT_EQ(kst::daz::MakeExtendedVersionString(), "V" GANTREL_VERSION " (2023-06-22)");
 }
 
 TEST(HelpTexts, title_windows_with_and_without_a_title_of_their_own)
 {
     EXPECT_EQ(kst::daz::MakeWindowTitle("Convert figure"),
-              "Convert figure \xE2\x80\x94 Kestrom's Gantrel V1.0.5 (2023-06-22)");
-    EXPECT_EQ(kst::daz::MakeWindowTitle(nullptr), "Kestrom's Gantrel V1.0.5 (2023-06-22)");
+              "Convert figure \xE2\x80\x94 Kestrom's Gantrel V" GANTREL_VERSION " (2023-06-22)");
+    EXPECT_EQ(kst::daz::MakeWindowTitle(nullptr), "Kestrom's Gantrel V" GANTREL_VERSION " (2023-06-22)");
 }
 
 using ManualTest = HostTest;

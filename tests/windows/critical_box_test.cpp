@@ -22,7 +22,7 @@
 
 namespace {
 
-const char* const boxTitle = "Error \xE2\x80\x94 Kestrom's Gantrel V1.0.5";
+const char* const boxTitle = "Error \xE2\x80\x94 Kestrom's Gantrel V" GANTREL_VERSION;
 
 using kst::str::ToQ;
 using kst::str::ToStd;
@@ -59,8 +59,9 @@ TEST_F(CriticalBox, writes_one_log_line_with_the_texts_as_they_were_given)
 {
     ModalAnswer box(Press("OK"));
     kst::daz::CriticalBox("Could not convert figure", "missing morph name", nullptr, true);
-    const QString line = QStringLiteral("KeGNT: Critical error message box in Kestrom's Gantrel V1.0.5: "
-                                        "Could not convert figure: missing morph name");
+    const QString line =
+        QStringLiteral("KeGNT: Critical error message box in Kestrom's Gantrel V" GANTREL_VERSION ": "
+                       "Could not convert figure: missing morph name");
     EXPECT_EQ(newLogText().count(line), 1) << ToStd(newLogText());
 }
 
@@ -118,7 +119,7 @@ TEST_F(CriticalBox, has_a_friendly_sister_that_tells_what_went_well_as_it_stands
     kst::daz::InfoBox("Morph support assets saved", "The 2 selected morphs have been saved to /library",
                       &parent);
     ASSERT_TRUE(box.seen);
-    EXPECT_EQ(ToStd(box.title), "Kestrom's Gantrel V1.0.5");
+    EXPECT_EQ(ToStd(box.title), "Kestrom's Gantrel V" GANTREL_VERSION);
     EXPECT_EQ(ToStd(box.text), "<p><b>Morph support assets saved</b></p>\n"
                                "<p>The 2 selected morphs have been saved to /library</p>");
     EXPECT_EQ(box.icon, QMessageBox::Information);
@@ -177,7 +178,8 @@ TEST_F(CriticalBox, tells_of_a_manual_that_is_not_there)
             ToStd(dzApp->getDocumentationPath()) +
             "/Plugins/Gantrel for Genesis 9/Gantrel for Genesis 9 Manual.pdf\xE2\x80\x9D does not exist. "
             "Did you install the plugin correctly?</p>");
-    EXPECT_TRUE(newLogText().contains(QStringLiteral("V1.0.5: Could not open PDF file: The file")));
+    EXPECT_TRUE(
+        newLogText().contains(QStringLiteral("V" GANTREL_VERSION ": Could not open PDF file: The file")));
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 

@@ -109,7 +109,7 @@ TEST_F(SuccessDialogSaveTest, saves_one_morph_and_tells_where)
     open({"Vera"});
     clickBox(0);
     save(told);
-    EXPECT_EQ(ToStd(told->title), "Kestrom's Gantrel V1.0.5");
+    EXPECT_EQ(ToStd(told->title), "Kestrom's Gantrel V" GANTREL_VERSION);
     EXPECT_EQ(ToStd(told->text), "<p><b>Morph support assets saved</b></p>\n<p>The selected morph has been "
                                  "saved to " +
                                      ToStd(own()) + "</p>");
@@ -224,7 +224,7 @@ TEST_F(SuccessDialogSaveTest, tells_why_it_could_not_save_and_stays_open)
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly)); // a file where a folder is needed
     save(told);
     EXPECT_EQ(told->icon, QMessageBox::Critical);
-    EXPECT_EQ(ToStd(told->title), "Error \xE2\x80\x94 Kestrom's Gantrel V1.0.5");
+    EXPECT_EQ(ToStd(told->title), "Error \xE2\x80\x94 Kestrom's Gantrel V" GANTREL_VERSION);
     EXPECT_TRUE(told->text.startsWith(QLatin1String(failureHeading))) << ToStd(told->text);
     EXPECT_TRUE(told->text.contains(QStringLiteral("<p>Daz Studio asset IO manager reported: ")))
         << ToStd(told->text);

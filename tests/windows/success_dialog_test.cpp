@@ -74,7 +74,7 @@ TEST_F(SuccessDialogTest, stands_on_its_own_under_its_title_and_blocks_nothing)
     EXPECT_TRUE(dialog->isVisible());
     EXPECT_FALSE(dialog->isModal());
     EXPECT_TRUE(dialog->windowTitle().startsWith(
-        QStringLiteral("Conversion complete \u2014 Kestrom's Gantrel V1.0.5")))
+        QStringLiteral("Conversion complete \u2014 Kestrom's Gantrel V" GANTREL_VERSION)))
         << ToStd(dialog->windowTitle());
     EXPECT_EQ(dialog->layout()->contentsMargins(), QMargins(10, 10, 10, 10));
 }
