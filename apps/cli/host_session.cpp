@@ -13,6 +13,7 @@
 #include "openhost/attendant.h"
 #include "openhost/diagnostics.h"
 #include "openhost/openhost.h"
+#include "program_folders.h"
 #include "report.h"
 
 #include <algorithm>
@@ -156,8 +157,7 @@ HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool v
     openhost::OpenHost::Options options;
     options.settingsFolder = _impl->inFolder("settings");
     options.tempPath = ToQ(_impl->folder.path());
-    options.documentationPath =
-        QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath() + QLatin1String("/documentation");
+    options.documentationPath = ToQ(app::DocumentationFolder());
     options.logFilename = _impl->inFolder("log.txt");
     options.echoLog = verbose;
     options.terminalProgress = false; // the subcommands have their own

@@ -9,6 +9,7 @@
 #include "dropped_files.h"
 #include "folders_dialog.h"
 #include "openhost/script_bounds.h"
+#include "program_folders.h"
 #include "quoted.h"
 
 #include <dzaction.h>
@@ -76,17 +77,6 @@ QStringList UseContentFolders(const QStringList& folders)
     return missing;
 }
 
-QString PluginFolderBesideProgram()
-{
-    return QCoreApplication::applicationDirPath() + QLatin1String("/plugins");
-}
-
-QString DocumentationFolderBesideProgram()
-{
-    // The host wants it at its start, when the toolkit does not yet know the program's place.
-    return QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath() + QLatin1String("/documentation");
-}
-
 DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
     : _window(*dzApp->getInterface()), _log(new LogWindow(&_window)), _files(_window, attendant),
       _view(_window), _panes(tr("&Window"))
@@ -129,8 +119,9 @@ void DesktopWindow::start(const Options& options)
     QStringList troubles;
     for (const QString& folder : takeContentFolders())
         troubles.append(tr("There is no content folder %1.").arg(Quoted(folder)));
-    const QString plugins = QString::fromStdString(options.pluginFolder);
-    troubles += loadPlugins(plugins.isEmpty() ? PluginFolderBesideProgram() : plugins);
+    const std::string plugins =
+        options.pluginFolder.empty() ? app::PluginFolder().u8string() : options.pluginFolder;
+    troubles += loadPlugins(QString::fromStdString(plugins));
     troubles += openFiles(ToQ(options.files));
     if (!troubles.isEmpty())
         QMessageBox::warning(&_window, tr("Missing at the Start"), troubles.join(QLatin1Char('\n')));

@@ -80,9 +80,5 @@ private:
 /// Makes them the host's only ones, as far as they are there.
 /// @return those that are not
 QStringList UseContentFolders(const QStringList& folders);
-/// Where the modules lie that come with the program.
-QString PluginFolderBesideProgram();
-/// Where the manuals of plug-ins lie; known before there is an application, too.
-QString DocumentationFolderBesideProgram();
 
 } // namespace desktop

@@ -5,6 +5,7 @@
 #include "desktop_options.h"
 #include "desktop_window.h"
 #include "openhost/openhost.h"
+#include "program_folders.h"
 
 #include <clocale>
 #include <cstdio>
@@ -51,7 +52,7 @@ int main(int argc, char** argv)
     openhost::OpenHost::Options hostOptions;
     hostOptions.attendant = &attendant;
     hostOptions.headless = false;
-    hostOptions.documentationPath = desktop::DocumentationFolderBesideProgram();
+    hostOptions.documentationPath = QString::fromStdString(app::DocumentationFolder().u8string());
     hostOptions.logFilename = LogFile();
     openhost::OpenHost host(argc, argv, hostOptions);
     std::setlocale(LC_NUMERIC, "C");

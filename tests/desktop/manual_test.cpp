@@ -321,12 +321,6 @@ TEST_F(ManualOpening, by_the_dialog_s_help_button_shows_exactly_that_file)
     expectOpened();
 }
 
-TEST(DesktopPaths, has_the_documentation_beside_the_program)
-{
-    EXPECT_EQ(desktop::DocumentationFolderBesideProgram(),
-              QCoreApplication::applicationDirPath() + QStringLiteral("/documentation"));
-}
-
 } // namespace
 
 #include "manual_test.moc"
