@@ -24,6 +24,7 @@
 #include <dzscene.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QDockWidget>
 #include <QDropEvent>
 #include <QFileInfo>
@@ -63,6 +64,15 @@ void SelectAll()
 
 } // namespace
 
+QIcon ApplicationIcon()
+{
+    QIcon icon;
+    const QString folder = QStringLiteral(":/icon/");
+    for (const QString& picture : QDir(folder).entryList())
+        icon.addFile(folder + picture);
+    return icon;
+}
+
 QStringList UseContentFolders(const QStringList& folders)
 {
     DzContentMgr& content = *dzApp->getContentMgr();
@@ -93,6 +103,7 @@ DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
     arrangeDocks();
     updateTitle();
     _window.setAcceptDrops(true);
+    QApplication::setWindowIcon(ApplicationIcon());
     _window.installEventFilter(this);
 }
 

@@ -10,6 +10,7 @@
 #include "shaper_watch.h"
 #include "view_menu.h"
 
+#include <QIcon>
 #include <QMenu>
 #include <QObject>
 #include <QPointer>
@@ -77,6 +78,8 @@ private:
     QStringList _contentFolders; ///< those that are not there too
 };
 
+/// What windows, task bars and menus show.
+QIcon ApplicationIcon();
 /// Makes them the host's only ones, as far as they are there.
 /// @return those that are not
 QStringList UseContentFolders(const QStringList& folders);

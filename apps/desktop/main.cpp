@@ -12,7 +12,7 @@
 #include <iostream>
 
 #include <QDir>
-#include <QFileInfo>
+#include <QGuiApplication>
 #include <QStandardPaths>
 #include <QTextCodec>
 
@@ -56,6 +56,8 @@ int main(int argc, char** argv)
     hostOptions.logFilename = LogFile();
     openhost::OpenHost host(argc, argv, hostOptions);
     std::setlocale(LC_NUMERIC, "C");
+    // What a desktop without window names tells windows' programs by.
+    QGuiApplication::setDesktopFileName(QStringLiteral("gantrel-desktop"));
     desktop::DesktopWindow window(attendant);
     window.show();
     window.start(options);

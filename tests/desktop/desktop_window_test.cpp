@@ -155,6 +155,14 @@ TEST_F(DesktopWindowTest, tells_what_it_is)
         << box.text.toStdString();
 }
 
+TEST_F(DesktopWindowTest, has_its_icon_in_every_size_that_desktops_ask_for)
+{
+    const QIcon icon = dzApp->getInterface()->windowIcon();
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256})
+        EXPECT_TRUE(icon.availableSizes().contains(QSize(size, size))) << size;
+    EXPECT_LT(icon.pixmap(16).toImage().pixelColor(0, 0).alpha(), 128) << "its corners are round";
+}
+
 TEST_F(DesktopWindowTest, opens_as_it_was_left)
 {
     start();
