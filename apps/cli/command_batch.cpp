@@ -69,7 +69,7 @@ void AddBatchOptions(CLI::App& command, BatchArguments& arguments)
                                    .add_option("--merge", arguments.logs,
                                                "Sum up what logs say, and which rows of the table, where one "
                                                "is named, they lack; convert nothing")
-                                   ->type_name("LOG");
+                                   ->type_name("FILE.jsonl");
     CLI::Option* const init =
         command
             .add_option("--init", arguments.folder,
@@ -336,6 +336,11 @@ void AddBatchCommand(CLI::App& program, CommandContext& context)
 {
     CLI::App* const command =
         program.add_subcommand("batch", "Convert what a table lists, a row a conversion");
+    command->footer("Example:\n"
+                    "  gantrel batch jobs.csv --init ~/library/People\n"
+                    "  gantrel batch jobs.csv --content ~/library \\\n"
+                    "      --target \"$HOME/library/People/Genesis 9/Genesis 9.duf\" \\\n"
+                    "      --save-library ~/library --vendor Me --product \"My Shapes\" --report jobs.html");
     const auto arguments = std::make_shared<BatchArguments>();
     AddBatchOptions(*command, *arguments);
     AddConvertOptions(*command, arguments->ofRows, OptionUse::Defaults);

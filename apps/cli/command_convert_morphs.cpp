@@ -21,6 +21,12 @@ void AddConvertMorphsCommand(CLI::App& program, CommandContext& context)
 {
     CLI::App* const command = program.add_subcommand(
         "convert-morphs", "Turn single morphs of a figure into morphs on a Genesis 9 figure");
+    command->footer("Example:\n"
+                    "  gantrel convert-morphs --source \"$HOME/library/People/Genesis 8 Female/Genesis 8 "
+                    "Female.duf\" \\\n"
+                    "      --target \"$HOME/library/People/Genesis 9/Genesis 9.duf\" --morphs \"PHM*\" "
+                    "--suffix \" G8\" \\\n"
+                    "      --save-library ~/library --vendor Me --product \"My Shapes\"");
     const auto arguments = std::make_shared<ConvertMorphsArguments>();
     const auto asJson = std::make_shared<bool>(false);
     AddConvertMorphsOptions(*command, *arguments);

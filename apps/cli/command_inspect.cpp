@@ -147,6 +147,8 @@ void AddInspectCommand(CLI::App& program, CommandContext& context)
 {
     const auto arguments = std::make_shared<InspectArguments>();
     CLI::App* const command = program.add_subcommand("inspect", "Tell what is in a file");
+    command->footer("Example:\n"
+                    "  gantrel inspect \"$HOME/library/People/Genesis 9/Genesis 9.duf\" --check");
     command->add_option("FILE", arguments->file, "What to look into; of a folder, its morphs")
         ->type_name("FILE.duf|FILE.dsf|FILE.dhdm|FILE.obj|FOLDER")
         ->required();

@@ -179,6 +179,8 @@ void AddListDialsCommand(CLI::App& program, CommandContext& context)
     const auto arguments = std::make_shared<ListDialsArguments>();
     CLI::App* const command =
         program.add_subcommand("list-dials", "Tell what the dials of a figure are called");
+    command->footer("Example:\n"
+                    "  gantrel list-dials Vera.duf --search smile");
     command->add_option("FIGURE", arguments->file, "The figure or character")
         ->type_name("FILE.duf|FILE.dsf")
         ->required();

@@ -30,15 +30,12 @@ struct MakeFigureArguments {
     bool json = false;
 };
 
-std::string CheckKind(const std::string& keyword)
+std::vector<std::string> Kinds()
 {
-    std::string known;
-    for (const content::FigureKindInfo& kind : content::FigureKinds()) {
-        if (kind.keyword == keyword)
-            return {};
-        known += (known.empty() ? "" : ", ") + kind.keyword;
-    }
-    return fmt::format("\"{}\" is none of {}", keyword, known);
+    std::vector<std::string> keywords;
+    for (const content::FigureKindInfo& kind : content::FigureKinds())
+        keywords.push_back(kind.keyword);
+    return keywords;
 }
 
 /// File names hold "=" more often than morphs do, so the first one counts.
@@ -96,13 +93,14 @@ void AddMakeFigureCommand(CLI::App& program, CommandContext& context)
     const auto arguments = std::make_shared<MakeFigureArguments>();
     CLI::App* const command = program.add_subcommand(
         "make-figure", "Make a library figure of a mesh, a skeleton, weights and morphs");
+    command->footer("Example:\n"
+                    "  gantrel make-figure --kind genesis9 --mesh neutral.obj --skeleton bones.json \\\n"
+                    "      --weights weights.json.gz --morph Smile=smile.obj --library ~/library");
     const auto add = [&](const char* option, std::string& text, const char* type, const char* what) {
         return command->add_option(option, text, what)->type_name(type);
     };
-    add("--kind", arguments->kind, "KIND",
-        "Stock figure that it stands in for, such as genesis8female or genesis9")
-        ->required()
-        ->check(CheckKind);
+    AllowWords(*add("--kind", arguments->kind, "KIND", "Stock figure that it stands in for")->required(),
+               Kinds());
     add("--mesh", arguments->mesh, "NEUTRAL.obj", "The neutral shape")->required();
     add("--skeleton", arguments->skeleton, "S.json", "Bones and their places")->required();
     add("--joints", arguments->joints, "SET", "Which of the skeleton's sets of places (by kind)");

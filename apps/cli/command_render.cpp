@@ -58,13 +58,6 @@ std::string CheckSize(const std::string& text)
                                                text, geometry::largestPicture);
 }
 
-std::string CheckView(const std::string& text)
-{
-    return geometry::ParseView(text)
-               ? std::string()
-               : fmt::format("\"{}\" is none of front, side, back, three-quarter and face", text);
-}
-
 geometry::Picture RenderViews(const std::vector<geometry::PictureItem>& items,
                               const RenderArguments& arguments, Progress& progress)
 {
@@ -143,18 +136,22 @@ void AddRenderCommand(CLI::App& program, CommandContext& context)
 {
     const auto arguments = std::make_shared<RenderArguments>();
     CLI::App* const command = program.add_subcommand("render", "Draw what a file shows into a picture");
+    command->footer(
+        "Example:\n"
+        "  gantrel render Vera.duf --dial Smile=1 --view three-quarter --view face --out vera.png");
     command->add_option("FILE", arguments->file, "What to draw")->type_name("FILE.duf|FILE.obj")->required();
     command->add_option("--out", arguments->out, "The picture to write")
         ->type_name("PICTURE.png")
         ->required();
     AddContentOption(*command, arguments->content);
     AddDialOption(*command, arguments->dials);
-    command
-        ->add_option("--view", arguments->views,
-                     "front, side, back, three-quarter or face; again for further ones beside it (front)")
-        ->type_name("VIEW")
-        ->allow_extra_args(false)
-        ->check(CheckView);
+    CLI::Option* const view =
+        command
+            ->add_option("--view", arguments->views,
+                         "Where it is seen from; again for further views beside it (front)")
+            ->type_name("VIEW")
+            ->allow_extra_args(false);
+    AllowWords(*view, {"front", "side", "back", "three-quarter", "face"});
     command->add_option("--size", arguments->size, "Pixels of each view (900x1200)")
         ->type_name("WxH")
         ->check(CheckSize);

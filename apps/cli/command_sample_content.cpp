@@ -41,6 +41,8 @@ void AddSampleContentCommand(CLI::App& program, CommandContext& context)
     CLI::App* const command = program.add_subcommand(
         "sample-content",
         "Write the sample library: stand-ins for the stock figures and characters shaped on them");
+    command->footer("Example:\n"
+                    "  gantrel sample-content ~/sample-library");
     command->add_option("DIR", *directory, "Content directory to write into; other files in it stay")
         ->type_name("DIR")
         ->required();

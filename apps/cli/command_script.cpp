@@ -95,6 +95,8 @@ void AddScriptCommand(CLI::App& program, CommandContext& context)
 {
     const auto arguments = std::make_shared<ScriptArguments>();
     CLI::App* const command = program.add_subcommand("script", "Run a script in the host");
+    command->footer("Example:\n"
+                    "  gantrel script report.dsa --content ~/library --allow-files ~/reports");
     command->add_option("FILE", arguments->file, "The script")->type_name("FILE.dsa|FILE.js")->required();
     command->add_option("ARG", arguments->arguments, "What getArguments() gives the script")
         ->type_name("TEXT");

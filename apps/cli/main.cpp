@@ -3,10 +3,10 @@
 
 #include "base/cancellation.h"
 #include "command.h"
-#include "commands.h"
 #include "error_sentence.h"
 #include "interrupt.h"
 #include "memory_need.h"
+#include "program.h"
 #include "report.h"
 
 #include <algorithm>
@@ -23,8 +23,6 @@
 namespace {
 
 enum ExitCode { success = 0, failure = 1, wrongUse = 2 };
-
-const char* const versionText = "gantrel " GANTREL_VERSION;
 
 int Fail(const std::string& text, ExitCode code, bool asJson)
 {
@@ -70,32 +68,6 @@ bool WantsJson(const CLI::App& program, const std::vector<std::string>& argument
            std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
 }
 
-/// A script's variable that is not set must not quietly mean no file, or the folder one is in.
-void RefuseEmptyNames(CLI::App& command)
-{
-    for (CLI::Option* const option : command.get_options()) {
-        const std::string type = option->get_type_name();
-        const bool isName =
-            type.find("FILE") != type.npos || type.find("DIR") != type.npos || type.find(".png") != type.npos;
-        if (isName)
-            option->check([](const std::string& name) {
-                return name.empty() ? std::string("the name is empty") : std::string();
-            });
-    }
-}
-
-void Describe(CLI::App& program, cli::CommandContext& context)
-{
-    program.require_subcommand(0, 1); // none is found out later, when what was there instead has been named
-    program.set_version_flag("--version", versionText, "Print the version");
-    cli::AddCommands(program, context);
-    for (CLI::App* const command : program.get_subcommands({})) {
-        command->set_version_flag("--version", versionText, "Print the version");
-        command->add_flag("--verbose", context.verbose, "Show the log");
-        RefuseEmptyNames(*command);
-    }
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -103,8 +75,8 @@ int main(int argc, char** argv)
     cli::NoteInterrupts();
     cli::GiveFreedArraysBack();
     cli::CommandContext context;
-    CLI::App program("Gantrel: shapes of older figure generations as morphs on Genesis 9.", "gantrel");
-    Describe(program, context);
+    CLI::App program;
+    cli::DescribeProgram(program, context);
     context.arguments.assign(argv + std::min(argc, 1), argv + argc);
     const bool wantsJson = WantsJson(program, context.arguments);
     try {

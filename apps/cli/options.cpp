@@ -5,9 +5,37 @@
 
 #include "command.h"
 
+#include <algorithm>
+#include <functional>
+
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
 namespace cli {
+
+namespace {
+
+CLI::Validator WordsShown(const std::vector<std::string>& words,
+                          const std::function<std::string(std::string&)>& check)
+{
+    return CLI::Validator(check, fmt::format("{{{}}}", fmt::join(words, ",")));
+}
+
+} // namespace
+
+void AllowWords(CLI::Option& option, const std::vector<std::string>& words)
+{
+    option.check(WordsShown(words, [words](const std::string& text) {
+        return std::find(words.begin(), words.end(), text) != words.end()
+                   ? std::string()
+                   : fmt::format("\"{}\" is none of {}", text, fmt::join(words, ", "));
+    }));
+}
+
+void ListWords(CLI::Option& option, const std::vector<std::string>& words)
+{
+    option.check(WordsShown(words, [](const std::string&) { return std::string(); }));
+}
 
 CLI::Option* AddJsonOption(CLI::App& command, bool& json)
 {

@@ -17,6 +17,11 @@ class Option;
 namespace cli {
 
 CLI::Option* AddJsonOption(CLI::App& command, bool& json);
+/// The option takes these words alone; the help, the manual and completion in shells list them.
+void AllowWords(CLI::Option& option, const std::vector<std::string>& words);
+/// They are listed likewise, of an option that has them in a list or in front of "="; whoever reads it judges
+/// it.
+void ListWords(CLI::Option& option, const std::vector<std::string>& words);
 /// `--content DIR`, once for each directory.
 CLI::Option* AddContentOption(CLI::App& command, std::vector<std::string>& directories);
 /// `--resolution`: "base" or "subd".

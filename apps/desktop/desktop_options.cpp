@@ -22,11 +22,10 @@ std::string RefuseEmpty(const std::string& name)
 
 } // namespace
 
-std::optional<int> ParseOptions(int argc, const char* const* argv, Options& options, std::ostream& out,
-                                std::ostream& err)
+void DescribeProgram(CLI::App& program, Options& options)
 {
-    CLI::App program("Gantrel's desktop application: figures, their dials and the plug-in in one window.",
-                     "gantrel-desktop");
+    program.name("gantrel-desktop");
+    program.description("Gantrel's desktop application: figures, their dials and the plug-in in one window.");
     program.set_version_flag("--version", "gantrel-desktop " GANTREL_VERSION, "Print the version");
     program
         .add_option("--content", options.contentFolders,
@@ -36,7 +35,7 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
         ->check(RefuseEmpty);
     program
         .add_option("--plugins", options.pluginFolder,
-                    "Folder of the plug-ins to load; without it the one beside the program")
+                    "Folder of the plug-ins to load; without it those that come with the program")
         ->type_name("DIR")
         ->check(RefuseEmpty);
     program
@@ -48,6 +47,13 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     program.add_flag("--allow-processes", options.scriptProcesses,
                      "Scripts may start programs, such as one that shows an address");
     program.add_option("files", options.files, "Files to open")->type_name("FILE")->check(RefuseEmpty);
+}
+
+std::optional<int> ParseOptions(int argc, const char* const* argv, Options& options, std::ostream& out,
+                                std::ostream& err)
+{
+    CLI::App program;
+    DescribeProgram(program, options);
     try {
         program.parse(argc, argv);
         return std::nullopt;

@@ -8,6 +8,10 @@
 #include <string>
 #include <vector>
 
+namespace CLI {
+class App;
+} // namespace CLI
+
 namespace desktop {
 
 /// Paths are UTF-8 and as they were given.
@@ -19,6 +23,8 @@ struct Options {
     std::vector<std::string> files;          ///< opened at the start, each added to the one before
 };
 
+/// Makes an empty parser that of the program; parsing fills the options, which have to outlive it.
+void DescribeProgram(CLI::App& program, Options& options);
 /// Reads the command line into the options.
 /// @return the exit code when there is nothing left to do: help was printed, or what is wrong
 std::optional<int> ParseOptions(int argc, const char* const* argv, Options& options, std::ostream& out,

@@ -34,20 +34,24 @@ void AddFigureOptions(CLI::App& command, ConvertArguments& arguments, OptionUse 
     command.add_option("--target", arguments.target, "Genesis 9 figure that receives the morphs")
         ->type_name("FILE.duf")
         ->required(isWhole);
-    command
-        .add_option(
-            "--base", arguments.bases,
-            "Base dial of the target against which the morphs are built: clone, feminine, masculine or "
-            "height; height=auto matches the source; again for each further one")
-        ->type_name("DIAL=VALUE")
-        ->allow_extra_args(false);
+    CLI::Option* const base = command
+                                  .add_option("--base", arguments.bases,
+                                              "Base dial of the target against which the morphs are built; "
+                                              "height=auto matches the source; again for each further one")
+                                  ->type_name("DIAL=VALUE")
+                                  ->allow_extra_args(false);
+    ListWords(*base, {"clone", "feminine", "masculine", "height"});
 }
 
 void AddMorphOptions(CLI::App& command, ConvertArguments& arguments)
 {
-    command.add_option("--jobs", arguments.jobs, "Morphs to create, of full, head and body")
-        ->type_name("LIST")
-        ->capture_default_str();
+    std::vector<std::string> jobs;
+    for (const GntJob& job : GNT_JOBS)
+        jobs.push_back(job.keyword);
+    ListWords(*command.add_option("--jobs", arguments.jobs, "Morphs to create, with commas between them")
+                   ->type_name("LIST")
+                   ->capture_default_str(),
+              jobs);
     command.add_option("--name", arguments.name, "Name of the morphs; head and body have it in front")
         ->type_name("TEXT");
     command.add_option("--path", arguments.path, "Property group of the new dials")

@@ -1,0 +1,47 @@
+// The command line as its parser understands it.
+// SPDX-License-Identifier: MIT
+
+#include "program.h"
+
+#include "command.h"
+#include "commands.h"
+
+#include <CLI/CLI.hpp>
+
+namespace cli {
+
+namespace {
+
+const char* const versionText = "gantrel " GANTREL_VERSION;
+
+/// A script's variable that is not set must not quietly mean no file, or the folder one is in.
+void RefuseEmptyNames(CLI::App& command)
+{
+    for (CLI::Option* const option : command.get_options()) {
+        const std::string type = option->get_type_name();
+        const bool isName =
+            type.find("FILE") != type.npos || type.find("DIR") != type.npos || type.find(".png") != type.npos;
+        if (isName)
+            option->check([](const std::string& name) {
+                return name.empty() ? std::string("the name is empty") : std::string();
+            });
+    }
+}
+
+} // namespace
+
+void DescribeProgram(CLI::App& program, CommandContext& context)
+{
+    program.name("gantrel");
+    program.description("Gantrel: shapes of older figure generations as morphs on Genesis 9.");
+    program.require_subcommand(0, 1); // none is found out later, when what was there instead has been named
+    program.set_version_flag("--version", versionText, "Print the version");
+    AddCommands(program, context);
+    for (CLI::App* const command : program.get_subcommands({})) {
+        command->set_version_flag("--version", versionText, "Print the version");
+        command->add_flag("--verbose", context.verbose, "Show the log");
+        RefuseEmptyNames(*command);
+    }
+}
+
+} // namespace cli
