@@ -12,6 +12,7 @@
 #include "dzobject.h"
 #include "dzskeleton.h"
 #include "openhost/idle_aliases.h"
+#include "option_words.h"
 
 #include <algorithm>
 #include <charconv>
@@ -214,8 +215,8 @@ Dial FindDial(const std::vector<const DzNode*>& nodes, const std::string& name)
         labels += fmt::format("{}\"{}\"", labels.empty() ? "" : ", ", node->getLabel().toStdString());
     }
     if (all.empty())
-        throw std::runtime_error(fmt::format("no dial \"{}\": nothing loaded has dials", name));
-    throw std::runtime_error(
+        throw UnknownDial(fmt::format("no dial \"{}\": nothing loaded has dials", name));
+    throw UnknownDial(
         fmt::format("{} has no dial \"{}\"; the closest are {}", labels, name, ClosestNames(all, name)));
 }
 
@@ -226,7 +227,7 @@ Dial FindDial(const DzNode& node, const std::string& name)
 
 void TurnDial(const Dial& dial, const NameValue& wanted, base::Diagnostics& diagnostics)
 {
-    const std::string argument = fmt::format("--dial {}={}", wanted.name, wanted.value);
+    const std::string argument = fmt::format("{} {}={}", OptionWord("--dial"), wanted.name, wanted.value);
     const DzNumericProperty& target = TargetOf(dial);
     if (const std::string why = openhost::WhyIdle(target); !why.empty())
         throw std::runtime_error(fmt::format("{} turns nothing: \"{}\" {}", argument, NameOf(target), why));

@@ -5,6 +5,7 @@
 
 #include "base/diagnostic.h"
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -43,9 +44,16 @@ std::string NameOf(const DzNumericProperty& property);
 /// For comparing what users type: without case.
 std::string Folded(const std::string& text);
 
+/// No dial is called so.
+class UnknownDial : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 /// By modifier name, then by property name, then by label; exactly first, then ignoring case. Those of bones
 /// come after those of the figure.
-/// @throws std::runtime_error  none is called so (the text lists the closest names), or several labels are
+/// @throws UnknownDial         none is called so; the text lists the closest names
+/// @throws std::runtime_error  several labels are
 Dial FindDial(const DzNode& node, const std::string& name);
 /// As above, on the first of several figures that has it.
 Dial FindDial(const std::vector<const DzNode*>& nodes, const std::string& name);

@@ -4,6 +4,7 @@
 #include "host_session.h"
 
 #include "base/cancellation.h"
+#include "base/errors.h"
 #include "base/reason.h"
 #include "command.h"
 #include "dzapp.h"
@@ -52,7 +53,7 @@ void CheckDirectory(const fs::path& directory)
 {
     std::error_code error;
     if (!fs::is_directory(directory, error))
-        throw std::runtime_error(fmt::format("{}: there is no such content directory", FileText(directory)));
+        throw base::IoError("{}: there is no such content directory", FileText(directory));
 }
 
 void CheckFile(const fs::path& file)
@@ -60,9 +61,9 @@ void CheckFile(const fs::path& file)
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
     if (!fs::exists(status))
-        throw std::runtime_error(fmt::format("cannot open {}: {}", FileText(file), base::ReasonOf(ENOENT)));
+        throw base::IoError("cannot open {}: {}", FileText(file), base::ReasonOf(ENOENT));
     if (fs::is_directory(status))
-        throw std::runtime_error(fmt::format("cannot read {}: {}", FileText(file), base::ReasonOf(EISDIR)));
+        throw base::IoError("cannot read {}: {}", FileText(file), base::ReasonOf(EISDIR));
 }
 
 std::set<const DzNode*> NodesInScene()

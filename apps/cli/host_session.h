@@ -21,7 +21,8 @@ namespace cli {
 class HostSession {
 public:
     /// @param verbose  the host's log goes to stderr
-    /// @throws std::runtime_error  a content directory is none, or the temporary folder cannot be made
+    /// @throws base::IoError       a content directory is none
+    /// @throws std::runtime_error  the temporary folder cannot be made
     HostSession(const std::vector<std::filesystem::path>& contentDirectories, bool verbose,
                 TemporaryFolder::Lasting lasting = TemporaryFolder::Lasting::ForRun);
     ~HostSession();
@@ -30,7 +31,8 @@ public:
 
     /// Adds the file's content to the scene.
     /// @return what came with it: figures first, then root nodes that are none; at least one. The scene's own
-    /// @throws std::runtime_error  the file cannot be opened or adds nothing; the text has the host's reason
+    /// @throws base::IoError       there is no such file
+    /// @throws std::runtime_error  it cannot be read or adds nothing; the text has the host's reason
     /// @throws base::Cancelled     the user asked to end; also while the files are being read
     std::vector<DzNode*> open(const std::filesystem::path& file);
 

@@ -110,6 +110,11 @@ void NoteWritten(const std::string& clause)
     TheAccount().written.push_back(clause);
 }
 
+void ForgetNotes()
+{
+    TheAccount() = {};
+}
+
 void NoteAllWritten(const std::string& clause)
 {
     TheAccount().written = {clause};

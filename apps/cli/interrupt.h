@@ -28,6 +28,8 @@ void ExpectFiles();
 /// Files are in place, also when the run is interrupted later.
 /// @param clause  such as "the morphs are saved: Vera.dsf"
 void NoteWritten(const std::string& clause);
+/// Another run begins in the same process: what was noted of former ones is not its own.
+void ForgetNotes();
 /// Instead of all that was noted as written before.
 void NoteAllWritten(const std::string& clause);
 /// What else is to be said of an interrupted run, behind the files.

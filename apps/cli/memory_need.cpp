@@ -3,6 +3,8 @@
 
 #include "memory_need.h"
 
+#include "option_words.h"
+
 #include <algorithm>
 #include <cmath>
 #include <fstream>
@@ -79,8 +81,8 @@ void CheckMemory(std::size_t cageVertices, int level)
     const std::optional<double> left = MemoryLeft();
     if (left && need > *left)
         throw std::runtime_error(fmt::format("a conversion at subdivision level {} needs about {:.0f} MiB of "
-                                             "memory, and {:.0f} are left; a lower --subd needs less",
-                                             level, need / mebibyte, *left / mebibyte));
+                                             "memory, and {:.0f} are left; a lower {} needs less",
+                                             level, need / mebibyte, *left / mebibyte, OptionWord("--subd")));
 }
 
 void GiveFreedArraysBack()

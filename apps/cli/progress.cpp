@@ -62,6 +62,8 @@ void Progress::begin(const std::string& name, const std::string& text)
     finish();
     _stage = name;
     _stageBegin = Clock::now();
+    if (_listener)
+        _listener(name);
     show((text.empty() ? name : text) + " ...");
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -33,6 +34,12 @@ public:
     /// Ends the last stage.
     void finish();
 
+    /// Hears the name of each stage that begins. Must not throw.
+    void tellStagesTo(std::function<void(const std::string& name)> listener)
+    {
+        _listener = std::move(listener);
+    }
+
     /// Name and seconds of each finished stage, in order.
     const std::vector<std::pair<std::string, double>>& seconds() const { return _seconds; }
     double totalSeconds() const; ///< since the object was made
@@ -46,6 +53,7 @@ private:
     bool _isShown;
     Clock::time_point _begin = Clock::now(), _stageBegin = _begin, _shownAt = _begin;
     std::string _stage;
+    std::function<void(const std::string&)> _listener;
     std::vector<std::pair<std::string, double>> _seconds;
 };
 

@@ -7,6 +7,7 @@
 #include "base/folders.h"
 #include "base/limits.h"
 #include "command.h"
+#include "option_words.h"
 
 #include <algorithm>
 #include <cstring>
@@ -22,7 +23,7 @@ namespace cli {
 namespace {
 
 /// Libraries move between systems; some refuse these characters, and drop a full stop at the end.
-void CheckFolderName(const char* option, const std::string& name)
+void CheckFolderName(const std::string& option, const std::string& name)
 {
     const bool hasBadCharacter = std::any_of(name.begin(), name.end(), [](char c) {
         return static_cast<unsigned char>(c) < 0x20 || std::strchr("/\\:*?\"<>|", c);
@@ -30,7 +31,7 @@ void CheckFolderName(const char* option, const std::string& name)
     // Some drop blanks at the ends as well.
     const bool hasBlankEnd = name.empty() || name.front() == ' ' || name.back() == ' ';
     if (hasBlankEnd || hasBadCharacter || name.back() == '.' || base::IsDeviceName(name))
-        throw UsageError(std::string(option) + " \"" + name + "\" cannot be the name of a folder");
+        throw UsageError(option + " \"" + name + "\" cannot be the name of a folder");
     if (QString::fromStdString(name).toStdString() != name)
         throw UsageError(fmt::format("{} is not UTF-8", option));
     if (name.size() > base::longestName)
@@ -59,8 +60,8 @@ SaveOptionSet AddSaveOptions(CLI::App& command, SaveArguments& arguments)
 
 GntSaveOptions MakeSaveOptions(const SaveArguments& arguments)
 {
-    CheckFolderName("--vendor", arguments.vendor);
-    CheckFolderName("--product", arguments.product);
+    CheckFolderName(OptionWord("--vendor"), arguments.vendor);
+    CheckFolderName(OptionWord("--product"), arguments.product);
     return {arguments.contentDirectory, arguments.vendor, arguments.product, arguments.compress};
 }
 

@@ -26,6 +26,7 @@
 #include "openhost/missing_shapes.h"
 #include "openhost/registered_transfers.h"
 #include "openhost/shapes.h"
+#include "option_words.h"
 #include "progress.h"
 #include "report.h"
 #include "save_options.h"
@@ -118,9 +119,9 @@ GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, const 
         return GntConverter::Convert_X(source, target, request);
     } catch (const GntBaseRangeError& error) {
         const DzFloatProperty& dial = error.dial;
-        throw UsageError(fmt::format("--base {}={} is outside of {} to {}, the range of \"{}\"",
-                                     BaseName(error.base), error.value, dial.getMin(), dial.getMax(),
-                                     dial.getLabel().toStdString()));
+        throw UsageError(fmt::format("{} {}={} is outside of {} to {}, the range of \"{}\"",
+                                     OptionWord("--base"), BaseName(error.base), error.value, dial.getMin(),
+                                     dial.getMax(), dial.getLabel().toStdString()));
     } catch (const kst::Exception& error) {
         throw std::runtime_error(WithFarFile(WithReason(error.what(), met.all(), loaded), met.all(), loaded));
     }
@@ -271,16 +272,11 @@ int LevelOf(DzNode& source, const GntRequest& request)
                      ->getValue();
 }
 
-ConversionReport ConvertIn(HostSession& session, const ConversionRequest& request, Progress& progress)
+/// @param source, target  fit each other; the source's shape is whole
+/// @param report          has what was met so far
+void ConvertChosen(HostSession& session, DzNode& source, DzNode& target, const ConversionRequest& request,
+                   Progress& progress, ConversionReport& report)
 {
-    ConversionReport report;
-    const KeptForError kept(report.diagnostics);
-    DzNode& source =
-        ChooseSource(session.open(request.source), request.dials.empty(), request.source, report.diagnostics);
-    for (const NameValue& dial : request.dials)
-        TurnDialOf(source, dial, session.diagnostics(), report.diagnostics);
-    Append(report.diagnostics, CheckShapesAreWhole(source, request));
-    DzNode& target = ChooseTarget(session.open(request.target), request.target, report.diagnostics);
     Append(report.diagnostics, WarnOfShapers(app::ConvertedFigure::Source, source, request.source));
     Append(report.diagnostics, WarnOfShapers(app::ConvertedFigure::Target, target, request.target));
     report.source = DescribeFigure(kst::daz::ResolveToFigure_X(source));
@@ -332,6 +328,19 @@ ConversionReport ConvertIn(HostSession& session, const ConversionRequest& reques
     AddMet(session.diagnostics(), report.diagnostics);
     if (!request.page.empty())
         WritePageOf(request, std::move(shown), progress, report);
+}
+
+ConversionReport ConvertIn(HostSession& session, const ConversionRequest& request, Progress& progress)
+{
+    ConversionReport report;
+    const KeptForError kept(report.diagnostics);
+    DzNode& source =
+        ChooseSource(session.open(request.source), request.dials.empty(), request.source, report.diagnostics);
+    for (const NameValue& dial : request.dials)
+        TurnDialOf(source, dial, session.diagnostics(), report.diagnostics);
+    Append(report.diagnostics, CheckShapesAreWhole(source, request));
+    DzNode& target = ChooseTarget(session.open(request.target), request.target, report.diagnostics);
+    ConvertChosen(session, source, target, request, progress, report);
     return report;
 }
 
@@ -359,6 +368,23 @@ const char* BaseName(GntBase base)
         break;
     }
     return "height";
+}
+
+ConversionReport ConvertFigures(HostSession& session, DzNode& source, DzNode& target,
+                                const ConversionRequest& request, Progress& progress)
+{
+    CheckPlaces(request);
+    ExpectFiles();
+    session.allowOverwriting(request.mayOverwrite);
+    ConversionRequest own = request;
+    own.morphs.tempFolder = FileText(session.temporaryFolder());
+    ConversionReport report;
+    const KeptForError kept(report.diagnostics);
+    ChooseSource({&source}, false, request.source, report.diagnostics);
+    ChooseTarget({&target}, request.target, report.diagnostics);
+    Append(report.diagnostics, CheckShapesAreWhole(source, own));
+    ConvertChosen(session, source, target, own, progress, report);
+    return report;
 }
 
 ConversionReport Convert(const ConversionRequest& request, Progress& progress)

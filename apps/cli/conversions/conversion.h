@@ -16,8 +16,11 @@
 #include <utility>
 #include <vector>
 
+class DzNode;
+
 namespace cli {
 
+class HostSession;
 class Progress;
 
 /// A request of the product, with the files that it begins and ends with.
@@ -94,5 +97,11 @@ const char* BaseName(GntBase base);
 /// @throws UsageError           a name or folder of the request cannot be used
 /// @throws std::runtime_error   with one phrase for the user; kst::Exception from the conversion likewise
 ConversionReport Convert(const ConversionRequest& request, Progress& progress);
+
+/// The same for figures that are in a session's scene, as they are: content directories and dials of the
+/// request do not count, and its files only name the figures. Both stay in the scene as the conversion leaves
+/// them, the target wearing what was made.
+ConversionReport ConvertFigures(HostSession& session, DzNode& source, DzNode& target,
+                                const ConversionRequest& request, Progress& progress);
 
 } // namespace cli

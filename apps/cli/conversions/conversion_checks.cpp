@@ -18,6 +18,7 @@
 #include "mesh_files.h"
 #include "openhost/missing_shapes.h"
 #include "openhost/shapes.h"
+#include "option_words.h"
 #include "output_name.h"
 #include "page/page_writer.h"
 
@@ -85,7 +86,8 @@ void CheckPlaces(const ConversionRequest& request)
     if (!request.page.empty()) {
         CheckPageFile(request.page, {request.source, request.target});
         if (request.page.lexically_normal() == request.exportObj.lexically_normal())
-            throw UsageError(fmt::format("--report and --export-obj both name {}", FileText(request.page)));
+            throw UsageError(fmt::format("{} and {} both name {}", OptionWord("--report"),
+                                         OptionWord("--export-obj"), FileText(request.page)));
     }
     if (request.exportObj.empty())
         return;
@@ -127,9 +129,8 @@ base::Diagnostics CheckShapesAreWhole(const DzNode& source, const ConversionRequ
     for (const base::Diagnostic& shape : missing)
         names +=
             fmt::format("{}\"{}\" ({}: {})", names.empty() ? "" : ", ", shape.asset, shape.file, shape.what);
-    throw std::runtime_error(
-        fmt::format("{}: worn shapes are missing: {}; --accept-missing converts without them",
-                    FileText(request.source), names));
+    throw std::runtime_error(fmt::format("{}: worn shapes are missing: {}; {} converts without them",
+                                         FileText(request.source), names, OptionWord("--accept-missing")));
 }
 
 } // namespace cli

@@ -21,6 +21,7 @@
 #include "openhost/rig_adjustment.h"
 #include "openhost/scene_picture.h"
 #include "openhost/shapes.h"
+#include "option_words.h"
 #include "report.h"
 
 namespace cli {
@@ -97,7 +98,8 @@ void DescribeOutcome(const GntOutcome& outcome, ConversionReport& report)
             {base::Severity::Warning,
              {},
              {},
-             "--base height=auto: the height dial cannot make the target as tall as the source"});
+             OptionWord("--base") +
+                 " height=auto: the height dial cannot make the target as tall as the source"});
     for (const auto& morph : outcome.missing)
         report.missing.emplace_back(morph.first, morph.second);
 }

@@ -6,6 +6,7 @@
 #include "command.h"
 #include "conversions/new_names.h"
 #include "host_session.h"
+#include "option_words.h"
 #include "options.h"
 #include "save_options.h"
 
@@ -106,7 +107,7 @@ GntJobFlag ParseJob(const std::string& text)
     for (const GntJob& job : GNT_JOBS)
         if (text == job.keyword)
             return job.flag;
-    throw UsageError("--jobs names \"" + text + "\"; the jobs are full, head and body");
+    throw UsageError(OptionWord("--jobs") + " names \"" + text + "\"; the jobs are full, head and body");
 }
 
 GntJobs ParseJobs(const std::string& text)
@@ -133,7 +134,7 @@ void ParseBase(const std::string& text, GntRequest& request)
             request.bases[base] = parsed.value;
             return;
         }
-    throw UsageError("--base names \"" + parsed.name +
+    throw UsageError(OptionWord("--base") + " names \"" + parsed.name +
                      "\"; the bases are clone, feminine, masculine and height");
 }
 
@@ -147,13 +148,13 @@ GntRequest MakeMorphRequest(const ConvertArguments& arguments)
         request.resolution = GntResolution::Subd;
     request.subdLevel = arguments.subdLevel;
     if (request.subdLevel && request.resolution != GntResolution::Subd)
-        throw UsageError("--subd needs --resolution subd");
+        throw UsageError(OptionWord("--subd") + " needs " + OptionWord("--resolution") + " subd");
     if (arguments.name) {
         CheckMorphName(*arguments.name);
         request.names = GntProposedNames(*arguments.name);
     }
     if (QString::fromStdString(arguments.path).toStdString() != arguments.path)
-        throw UsageError("--path is not UTF-8");
+        throw UsageError(OptionWord("--path") + " is not UTF-8");
     request.paths.assign(GNT_JOBS.size(), arguments.path);
     return request;
 }

@@ -9,6 +9,7 @@
 #include "dznode.h"
 #include "dzobject.h"
 #include "openhost/morph_names.h"
+#include "option_words.h"
 
 #include <algorithm>
 
@@ -51,12 +52,12 @@ bool IsWorn(const DzMorph& morph)
 DzMorph* Examine(const openhost::NameConflict& conflict, bool mayOverwrite)
 {
     if (!conflict.isOwnFile)
-        throw std::runtime_error(conflict.text() + "; choose another name with --name");
+        throw std::runtime_error(conflict.text() + "; choose another name with " + OptionWord("--name"));
     if (!mayOverwrite)
-        throw std::runtime_error(conflict.text() + "; --overwrite replaces it");
+        throw std::runtime_error(conflict.text() + "; " + OptionWord("--overwrite") + " replaces it");
     if (conflict.morph && IsWorn(*conflict.morph))
-        throw std::runtime_error(conflict.text() +
-                                 ", and the target wears it; choose another name with --name");
+        throw std::runtime_error(conflict.text() + ", and the target wears it; choose another name with " +
+                                 OptionWord("--name"));
     return conflict.morph;
 }
 
@@ -66,11 +67,11 @@ void CheckMorphName(const std::string& name)
 {
     // Qt reads over it, so that no file would bear the name.
     if (name.rfind("\xEF\xBB\xBF", 0) == 0)
-        throw UsageError("--name begins with a byte order mark (U+FEFF), which nobody sees");
+        throw UsageError(OptionWord("--name") + " begins with a byte order mark (U+FEFF), which nobody sees");
     if (QString::fromStdString(name).toStdString() != name)
-        throw UsageError("--name is not UTF-8");
+        throw UsageError(OptionWord("--name") + " is not UTF-8");
     if (openhost::IsBlankName(QString::fromStdString(name)))
-        throw UsageError("--name is blank");
+        throw UsageError(OptionWord("--name") + " is blank");
 }
 
 void FreeMorphNames(const DzNode& source, DzNode& target, const ConversionRequest& request,
