@@ -16,6 +16,7 @@
 #include "openhost/openhost.h"
 #include "program_folders.h"
 #include "report.h"
+#include "scene_nodes.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -64,14 +65,6 @@ void CheckFile(const fs::path& file)
         throw base::IoError("cannot open {}: {}", FileText(file), base::ReasonOf(ENOENT));
     if (fs::is_directory(status))
         throw base::IoError("cannot read {}: {}", FileText(file), base::ReasonOf(EISDIR));
-}
-
-std::set<const DzNode*> NodesInScene()
-{
-    std::set<const DzNode*> nodes;
-    for (int i = 0; i < dzScene->getNumNodes(); ++i)
-        nodes.insert(dzScene->getNode(i));
-    return nodes;
 }
 
 /// Figures before anything else; what is below a node came with it.

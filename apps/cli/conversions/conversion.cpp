@@ -10,6 +10,7 @@
 #include "conversions/conversion_page.h"
 #include "conversions/conversion_results.h"
 #include "conversions/new_names.h"
+#include "conversions/target_before.h"
 #include "conversions/thumbnail.h"
 #include "dzapp.h"
 #include "dzfigure.h"
@@ -30,9 +31,11 @@
 #include "progress.h"
 #include "report.h"
 #include "save_options.h"
+#include "scene_nodes.h"
 #include "shaper_warnings.h"
 
 #include <algorithm>
+#include <set>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -232,6 +235,9 @@ void TurnDialOf(const DzNode& source, const NameValue& dial, const base::Diagnos
     } catch (const UsageError&) {
         if (!isMissed())
             throw;
+    } catch (const UnknownDial& error) {
+        if (!isMissed())
+            throw UnknownDial(WithReason(error.what(), {}, loaded));
     } catch (const std::runtime_error& error) {
         if (!isMissed())
             throw std::runtime_error(WithReason(error.what(), {}, loaded));
@@ -382,8 +388,17 @@ ConversionReport ConvertFigures(HostSession& session, DzNode& source, DzNode& ta
     const KeptForError kept(report.diagnostics);
     ChooseSource({&source}, false, request.source, report.diagnostics);
     ChooseTarget({&target}, request.target, report.diagnostics);
-    Append(report.diagnostics, CheckShapesAreWhole(source, own));
-    ConvertChosen(session, source, target, own, progress, report);
+    const std::set<const DzNode*> nodes = NodesInScene();
+    const TargetBefore before(kst::daz::ResolveToFigure_X(target));
+    try {
+        Append(report.diagnostics, CheckShapesAreWhole(source, own));
+        ConvertChosen(session, source, target, own, progress, report);
+    } catch (...) {
+        RemoveAllBut(nodes);
+        before.putBack();
+        throw;
+    }
+    RemoveAllBut(nodes);
     return report;
 }
 

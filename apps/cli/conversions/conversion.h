@@ -99,8 +99,8 @@ const char* BaseName(GntBase base);
 ConversionReport Convert(const ConversionRequest& request, Progress& progress);
 
 /// The same for figures that are in a session's scene, as they are: content directories and dials of the
-/// request do not count, and its files only name the figures. Both stay in the scene as the conversion leaves
-/// them, the target wearing what was made.
+/// request do not count, and its files only name the figures. The target wears what was made then; after a
+/// failure both are as they were, but that a morph which was to be replaced is gone.
 ConversionReport ConvertFigures(HostSession& session, DzNode& source, DzNode& target,
                                 const ConversionRequest& request, Progress& progress);
 
