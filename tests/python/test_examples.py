@@ -12,6 +12,7 @@ import numpy as np
 from conftest import files_below, plane
 
 FOLDER = pathlib.Path(os.environ["GANTREL_EXAMPLES"])
+CHAPTER = pathlib.Path(os.environ["GANTREL_CHAPTER"])
 
 
 def run(example, *arguments):
@@ -48,3 +49,22 @@ def test_ages_are_converted_and_their_morphs_described(samples, vera, tmp_path):
     morphs = files_below(tmp_path)
     table = run("morph_statistics.py", *morphs).stdout.splitlines()
     assert table[0] == "name,vertices,mean cm,max cm" and len(table) == 4
+
+
+def test_the_manual_s_code_runs_from_its_beginning_to_its_end(samples, tmp_path, monkeypatch, capsys):
+    monkeypatch.chdir(tmp_path)
+    (tmp_path / "library").symlink_to(samples)
+    vertices, faces = plane(4)
+    gantrel.write_obj("neutral.obj", vertices, faces)
+    gantrel.write_obj("target.obj", *plane(3))
+    for name, lift in (("smile.obj", 0.5), ("frown.obj", -0.5)):
+        gantrel.write_obj(name, vertices + [0, 0, lift], faces)
+    blocks = [block.strip() for block in CHAPTER.read_text().split("```")[1::2]]
+    scripts = [block for block in blocks if not block.startswith("export")]
+    assert len(scripts) == 3
+    known = {}
+    for script in scripts:
+        exec(compile(script, CHAPTER.name, "exec"), known)
+    assert "Vera" in capsys.readouterr().out
+    np.testing.assert_allclose(gantrel.read_obj("carried-frown.obj").vertices[:, 2], -0.5, atol=1e-5)
+    assert [path.name for path in files_below("saved")] == ["Vera.dsf", "Half.dsf"]

@@ -188,7 +188,7 @@ int Pages::paintContents(const std::vector<Entry>& entries, int firstTextPage, b
     y += Millimetres(13);
     for (const Entry& entry : entries) {
         const double gap = Millimetres(entry.level == 1 ? 1.0 : 0.0);
-        const double height = Millimetres(3.8);
+        const double height = Millimetres(3.4);
         if (y + gap + height > _room.bottom()) {
             ++pages;
             y = _room.top();
