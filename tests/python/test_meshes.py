@@ -2,6 +2,11 @@
 
 # SPDX-License-Identifier: MIT
 
+import pathlib
+import re
+import subprocess
+import sys
+
 import gantrel
 import numpy as np
 import pytest
@@ -167,6 +172,18 @@ def test_faces_of_another_mesh_are_refused():
 def test_levels_beyond_what_figures_have_are_refused(level):
     with pytest.raises(gantrel.UsageError, match=f"level: is {level}, not 0 to 5"):
         gantrel.subdivide(*cube(), level)
+
+
+def test_what_the_memory_cannot_hold_is_refused_before_the_work():
+    script = (
+        "import resource, gantrel, conftest\n"
+        "resource.setrlimit(resource.RLIMIT_AS, (3 * 2**30, 3 * 2**30))\n"
+        "try:\n    gantrel.subdivide(*conftest.plane(200), 5)\nexcept MemoryError as error:\n    print(error)\n"
+    )
+    ended = subprocess.run([sys.executable, "-c", script], cwd=pathlib.Path(__file__).parent, capture_output=True,
+                           text=True, check=True)
+    # 40000 quads become 41 million; what is left depends on the machine.
+    assert re.fullmatch(r"Subdivision to level 5 needs about 12500 MiB of memory, and \d+ are left\.\n", ended.stdout)
 
 
 def test_an_empty_mesh_is_written_and_not_read(tmp_path):
