@@ -9,13 +9,13 @@
 #include "geometry/errors.h"
 #include "geometry/misfit.h"
 #include "geometry/morph_transfer.h"
-#include "geometry/normals.h"
 #include "interrupt.h"
 #include "mesh_files.h"
 #include "options.h"
 #include "output_name.h"
 #include "progress.h"
 #include "report.h"
+#include "surface_match.h"
 
 #include <algorithm>
 #include <memory>
@@ -116,74 +116,48 @@ Json Report(const TransferArguments& arguments, const TransferInput& input,
     return report;
 }
 
-/// Whether any face spans one.
-bool HasArea(const geometry::PolygonMesh& mesh)
-{
-    const std::vector<Vec3f> normals = geometry::FaceNormals(mesh.view());
-    return std::any_of(normals.begin(), normals.end(),
-                       [](Vec3f normal) { return geometry::Length(normal) > 0.0f; });
-}
-
-geometry::PolygonMesh TurnedInsideOut(const geometry::PolygonMesh& mesh)
-{
-    geometry::Topology turned = *mesh.topology;
-    for (std::size_t f = 0; f < turned.faceCount(); ++f)
-        std::reverse(turned.cornerVertices.begin() + turned.faceOffsets[f],
-                     turned.cornerVertices.begin() + turned.faceOffsets[f + 1]);
-    return {std::make_shared<geometry::Topology>(std::move(turned)), mesh.positions};
-}
-
-geometry::SurfaceMap MatchWith(const geometry::PolygonMesh& target, const TransferArguments& arguments,
-                               const TransferInput& input)
+EitherWayMatch MatchWith(const TransferArguments& arguments, const TransferInput& input)
 {
     try {
         geometry::MatchOptions options;
         options.registersFeatures = arguments.registers;
-        return geometry::MatchSurfaces(input.source.mesh.view(), target.view(), options);
+        return MatchEitherWay(input.source.mesh.view(), input.target.mesh.view(), options);
     } catch (const geometry::TopologyError& error) {
         throw geometry::TopologyError("{}: {}", arguments.sourceNeutral, error.what());
     }
 }
 
-struct Matched {
-    geometry::SurfaceMap map;
-    bool isTurned = false; ///< the target's faces were taken the other way round
-};
-
 /// @throws geometry::TopologyError  the meshes do not belong together, and nobody said to go on
-Matched Match(const TransferArguments& arguments, const TransferInput& input, base::Diagnostics& met)
+EitherWayMatch Match(const TransferArguments& arguments, const TransferInput& input, base::Diagnostics& met)
 {
     const auto warn = [&](const std::string& what) {
         met.push_back({base::Severity::Warning, arguments.targetNeutral, {}, what});
     };
-    if (!HasArea(input.target.mesh))
+    if (!HasArea(input.target.mesh.view()))
         throw geometry::TopologyError("{}: has no face with an area, so nothing tells which side is out",
                                       arguments.targetNeutral);
-    geometry::SurfaceMap map = MatchWith(input.target.mesh, arguments, input);
-    if (!geometry::IsMisfit(map.statistics()))
-        return {std::move(map)};
-    // Programs that show both sides of a face let nobody see that a mesh is inside out.
-    geometry::SurfaceMap turned = MatchWith(TurnedInsideOut(input.target.mesh), arguments, input);
-    if (!geometry::IsMisfit(turned.statistics())) {
+    EitherWayMatch matched = MatchWith(arguments, input);
+    if (matched.isTurned)
         warn(fmt::format(
             "its faces are wound the other way round than those of {}; matched as if they were not",
             arguments.sourceNeutral));
-        return {std::move(turned), true};
-    }
-    const std::string reason = geometry::DescribeMisfit(map.statistics(), input.source.mesh.positions,
+    if (!matched.isMisfit)
+        return matched;
+    const std::string reason = geometry::DescribeMisfit(matched.map.statistics(), input.source.mesh.positions,
                                                         input.target.mesh.positions, arguments.sourceNeutral);
     if (!arguments.anyway)
         throw geometry::TopologyError("{}: {} (--anyway goes on)", arguments.targetNeutral, reason);
     warn(reason);
-    return {std::move(map)};
+    return matched;
 }
 
 /// The neutral shapes say how much of it the target's own edges make.
-Json DescribeCrumple(const Matched& matched, const TransferInput& input, const std::vector<Vec3f>& moved)
+Json DescribeCrumple(const EitherWayMatch& matched, const TransferInput& input,
+                     const std::vector<Vec3f>& moved)
 {
-    const geometry::PolygonMesh turned =
-        matched.isTurned ? TurnedInsideOut(input.target.mesh) : geometry::PolygonMesh{};
-    const geometry::Topology& topology = *(matched.isTurned ? turned : input.target.mesh).topology;
+    const geometry::Topology& known = *input.target.mesh.topology;
+    const geometry::Topology turned = matched.isTurned ? TurnedInsideOut(known) : geometry::Topology{};
+    const geometry::Topology& topology = matched.isTurned ? turned : known;
     const auto measure = [&](const geometry::PolygonMesh& source, const std::vector<Vec3f>& target) {
         return Describe(geometry::MeasureCrumple(matched.map, source.view(), {&topology, target}));
     };
@@ -200,7 +174,7 @@ void Transfer(const TransferArguments& arguments)
     base::Diagnostics met;
     const TransferInput input = ReadInput(arguments, met);
     progress.stage("match", "Matching the surfaces");
-    const Matched matched = Match(arguments, input, met);
+    const EitherWayMatch matched = Match(arguments, input, met);
     progress.stage("transfer", "Carrying the morph over");
     const std::vector<Vec3f> deltas =
         matched.map.transfer(Difference(input.source.mesh.positions, input.morphed.mesh.positions));

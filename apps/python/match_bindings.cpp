@@ -8,6 +8,7 @@
 #include "geometry/errors.h"
 #include "geometry/misfit.h"
 #include "geometry/morph_transfer.h"
+#include "surface_match.h"
 #include "work.h"
 
 #include <cmath>
@@ -57,17 +58,26 @@ struct GivenMesh {
 SurfaceMap MatchMeshes(const GivenMesh& source, const GivenMesh& target, const MatchArguments& arguments)
 {
     const geometry::MatchOptions options = OptionsOf(arguments);
-    SurfaceMap map =
-        RunFreely([&] { return geometry::MatchSurfaces(source.view(), target.view(), options); });
-    if (!geometry::IsMisfit(map.statistics()))
-        return map;
+    cli::EitherWayMatch matched = RunFreely([&] {
+        if (target.topology->faceCount() > 0 && !cli::HasArea(target.view()))
+            throw TopologyError("target_faces: none has an area, so nothing tells which side is out");
+        return cli::MatchEitherWay(source.view(), target.view(), options);
+    });
+    if (matched.isTurned)
+        Warn(
+            {{base::Severity::Warning,
+              {},
+              {},
+              "target_faces: are wound the other way round than source_faces; matched as if they were not"}});
+    if (!matched.isMisfit)
+        return std::move(matched.map);
     const std::string reason =
-        "target_vertices: " + geometry::DescribeMisfit(map.statistics(), source.positions.span,
+        "target_vertices: " + geometry::DescribeMisfit(matched.map.statistics(), source.positions.span,
                                                        target.positions.span, "the source");
     if (!arguments.anyway)
         throw TopologyError("{}; anyway=True goes on", reason);
     Warn({{base::Severity::Warning, {}, {}, reason}});
-    return map;
+    return std::move(matched.map);
 }
 
 class Match {
@@ -169,7 +179,8 @@ void BindMatches(py::module_& module)
              "register moves the match to where the features of both meet, for targets that are bent; it "
              "takes "
              "a few times as long. anyway goes on, with a Warning, when hardly any of the target lies on the "
-             "source. max_distance is in mean edge lengths near the vertex, max_angle in degrees between the "
+             "source. A target that is inside out is turned for the match, with a Warning. max_distance is "
+             "in mean edge lengths near the vertex, max_angle in degrees between the "
              "normals.\n\n"
              "Raises MeshError or UsageError.")
         .def("transfer", &Match::transfer, py::arg("values"),

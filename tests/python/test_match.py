@@ -108,3 +108,17 @@ def test_shapes_of_a_morph_fit_each_other():
 def test_options_that_cannot_be_meant_are_refused(options):
     with pytest.raises(gantrel.UsageError, match=f"^{next(iter(options))}: is no"):
         gantrel.Match(*cube(), *cube(), **options)
+
+
+def test_a_target_that_is_inside_out_is_turned():
+    source, faces = plane(20)
+    target, target_faces = plane(13)
+    with pytest.warns(gantrel.Warning, match="^target_faces: are wound the other way round than source_faces"):
+        match = gantrel.Match(source, faces, target, target_faces[:, ::-1])
+    assert match.statistics.matched == len(target)
+
+
+def test_a_target_without_an_area_is_refused():
+    vertices, faces = cube()
+    with pytest.raises(gantrel.MeshError, match="target_faces: none has an area"):
+        gantrel.Match(vertices, faces, np.zeros((8, 3)), faces)
