@@ -32,6 +32,9 @@ py::array ToArray(const py::handle& value, const char* what, const char* kinds, 
         PyErr_Clear();
         throw py::type_error(fmt::format("{} cannot be made an array", what));
     }
+    // What a mask hides would come out as if it counted.
+    if (py::hasattr(value, "mask") && py::module_::import("numpy.ma").attr("is_masked")(value).cast<bool>())
+        throw py::type_error(fmt::format("{} has numbers that are masked", what));
     // An empty list has the type of floating-point numbers, and holds none.
     if (array.size() > 0 && std::string(kinds).find(array.dtype().kind()) == std::string::npos)
         throw py::type_error(fmt::format("{} holds no {}", what, wanted));

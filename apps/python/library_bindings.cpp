@@ -345,7 +345,8 @@ void BindLibrary(py::module_& module)
         .def("__enter__", [](const py::object& self) { return self; })
         .def("__exit__", [](OpenLibrary& library, const py::args&) { library.close(); });
     module.def("_close_library", [] {
-        if (const std::shared_ptr<OpenLibrary> library = OpenLibrary::current())
+        if (const std::shared_ptr<OpenLibrary> library = OpenLibrary::current();
+            library && !library->isForked())
             library->close();
     });
 }

@@ -10,6 +10,8 @@
 
 #include <QCoreApplication>
 
+#include <unistd.h>
+
 namespace python {
 
 namespace {
@@ -38,14 +40,26 @@ std::shared_ptr<OpenLibrary> OpenLibrary::open(const std::vector<std::filesystem
     library->_folders = folders;
     library->_session = std::make_unique<cli::HostSession>(folders, false);
     library->_owner = std::this_thread::get_id();
+    library->_process = getpid();
     Current() = library;
     return library;
 }
 
-OpenLibrary::~OpenLibrary() = default;
+OpenLibrary::~OpenLibrary()
+{
+    if (isForked())
+        static_cast<void>(_session.release());
+}
+
+bool OpenLibrary::isForked() const
+{
+    return _session && _process != getpid();
+}
 
 void OpenLibrary::checkFree() const
 {
+    if (isForked())
+        Raise("BusyError", "the library belongs to the process that opened it");
     if (_owner != std::this_thread::get_id())
         Raise("BusyError", "the library belongs to the thread that opened it");
     if (_isInUse)

@@ -31,6 +31,8 @@ public:
     OpenLibrary& operator=(const OpenLibrary&) = delete;
 
     bool isOpen() const { return _session != nullptr; }
+    /// Whether this process is not the one that opened it, but a fork of that: the host is not its to end.
+    bool isForked() const;
     /// Throws a BusyError while it works.
     void close();
     /// Throws a ClosedError, or a BusyError where this call may not use it.
@@ -71,6 +73,7 @@ private:
     std::vector<std::filesystem::path> _folders;
     std::unique_ptr<cli::HostSession> _session;
     std::thread::id _owner;
+    int _process = 0;
     std::set<std::string> _told;
     bool _isInUse = false;
 };

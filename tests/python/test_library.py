@@ -227,6 +227,28 @@ def test_an_interpreter_that_ends_with_an_open_library_ends_well(samples, vera):
     assert (ended.returncode, ended.stdout, ended.stderr) == (0, "", "")
 
 
+def test_a_forked_process_leaves_the_library_alone(samples, vera):
+    script = f"""
+import os, sys, gantrel
+library = gantrel.Library({str(samples)!r})
+figure = library.load({str(vera)!r})
+child = os.fork()
+if child == 0:
+    for work in (lambda: figure.vertices, library.close):
+        try:
+            work()
+        except gantrel.BusyError as error:
+            print(error, flush=True)
+    sys.exit(0)
+os.waitpid(child, 0)
+print(len(figure.vertices) > 0, library.load({str(vera)!r}).kind)
+"""
+    ended = subprocess.run([sys.executable, "-c", script], capture_output=True, text=True, check=False, timeout=60)
+    assert (ended.returncode, ended.stderr) == (0, "")
+    assert ended.stdout.splitlines() == ["The library belongs to the process that opened it."] * 2 + [
+        "True genesis8female"]
+
+
 def test_looking_changes_no_file(samples, vera):
     before = {path: path.stat().st_mtime_ns for path in files_below(samples)}
     with gantrel.Library(samples) as library:

@@ -128,6 +128,7 @@ HOSTILE_VERTICES = [
     (np.full((8, 3), 1e300), gantrel.MeshError, "not finite in single precision"),
     (np.full((8, 3), 2e9), gantrel.MeshError, "row 0 lies farther than 1e\\+09 cm"),
     (np.zeros((8, 3), complex), TypeError, "vertices holds no real numbers"),
+    (np.ma.masked_equal(np.eye(8, 3), 1), TypeError, "vertices has numbers that are masked"),
     ("nonsense", TypeError, "vertices holds no real numbers"),
     ([[0, 0, 0], [1, 2]], TypeError, "vertices"),
     (None, TypeError, "vertices"),
