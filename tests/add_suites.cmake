@@ -24,4 +24,7 @@ foreach(suite IN LISTS suites)
     string(STRIP "${suite}" suite)
     add_test("${name}.${suite}" "${program}" "--gtest_filter=${suite}*")
     set_tests_properties("${name}.${suite}" PROPERTIES TIMEOUT 1200 ENVIRONMENT "${environment}")
+    if(suite MATCHES "Accuracy")
+        set_tests_properties("${name}.${suite}" PROPERTIES LABELS humans) # need the meshes of real people
+    endif()
 endforeach()
