@@ -82,10 +82,15 @@ void CheckOptions(const PictureOptions& options)
 
 void CheckColors(base::Span<const PictureItem> items)
 {
-    for (const PictureItem& item : items)
+    for (const PictureItem& item : items) {
         if (!item.vertexColors.empty() && item.vertexColors.size() != item.mesh.vertexCount())
             throw base::Error(fmt::format("there are {} colours for {} vertices", item.vertexColors.size(),
                                           item.mesh.vertexCount()));
+        const std::size_t surfaces = item.mesh.topology ? item.mesh.topology->surfaceNames.size() : 0;
+        if (!item.surfaceColors.empty() && item.surfaceColors.size() != surfaces)
+            throw base::Error(
+                fmt::format("there are {} colours for {} surfaces", item.surfaceColors.size(), surfaces));
+    }
 }
 
 /// Pixels at a time, which bounds the memory for their samples.

@@ -174,11 +174,19 @@ struct PictureStage::Impl {
         return item;
     }
 
-    std::array<float, 3> colorAt(std::size_t item, const Crossing& at) const
+    std::array<float, 3> colorOf(std::size_t item, std::uint32_t face) const
+    {
+        const PictureItem& shown = items[item];
+        const std::vector<std::uint32_t>& surfaces = shown.mesh.topology->faceSurfaces;
+        return shown.surfaceColors.empty() || surfaces.empty() ? shown.color
+                                                               : shown.surfaceColors[surfaces[face]];
+    }
+
+    std::array<float, 3> colorAt(std::size_t item, std::uint32_t face, const Crossing& at) const
     {
         const base::Span<const std::array<float, 3>> colors = items[item].vertexColors;
         if (colors.empty())
-            return items[item].color;
+            return colorOf(item, face);
         std::array<float, 3> color;
         for (std::size_t k = 0; k < 3; ++k)
             color[k] = colors[at.corners[0]][k] * (1.0f - at.u - at.v) + colors[at.corners[1]][k] * at.u +
@@ -194,7 +202,7 @@ struct PictureStage::Impl {
         hit.isValid = true;
         hit.item = static_cast<std::uint32_t>(item), hit.face = face;
         hit.position = Mixed(at, mesh.positions.data());
-        hit.color = colorAt(item, at);
+        hit.color = colorAt(item, face, at);
         hit.faceNormal =
             Normalized(Cross(mesh.positions[at.corners[1]] - a, mesh.positions[at.corners[2]] - a));
         if (Dot(hit.faceNormal, ray.direction) > 0.0f)

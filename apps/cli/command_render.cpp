@@ -84,6 +84,7 @@ geometry::Picture RenderObj(const RenderArguments& arguments, Progress& progress
     const geometry::ObjContent content = ReadSurfaceFile(arguments.file, met);
     geometry::PictureItem item;
     item.mesh = content.mesh.view();
+    item.surfaceColors = openhost::SurfaceColors(*content.mesh.topology);
     return RenderViews({item}, arguments, progress);
 }
 

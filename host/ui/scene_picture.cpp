@@ -99,6 +99,7 @@ void AddItem(ScenePicture& picture, DzNode& node, Sight& sight, bool isAlone)
         return;
     geometry::PictureItem item;
     item.mesh = MeshWithGrafts(node, sight);
+    item.surfaceColors = SurfaceColors(*item.mesh.topology);
     if (!CanBeDrawn(item.mesh)) {
         Report({base::Severity::Warning,
                 {},

@@ -105,6 +105,27 @@ TEST(Render, refuses_colours_for_another_number_of_vertices)
     EXPECT_THROW_MSG(Render({&item, 1}, Small()), base::Error, "there are 3 colours for 4 vertices");
 }
 
+TEST(Render, gives_each_surface_its_colour)
+{
+    PolygonMesh grid = shapes::Grid(2, 2.0f); // four quads
+    Topology topology = *grid.topology;
+    topology.surfaceNames = {"red", "blue"};
+    topology.faceSurfaces = {0, 1, 0, 1};
+    grid.topology = std::make_shared<Topology>(std::move(topology));
+    PictureItem item{grid.view()};
+    item.surfaceColors = {{0.8f, 0, 0}, {0, 0, 0.8f}};
+    PictureOptions options = Small();
+    options.lighting = Lighting::Plain;
+    const Picture picture = Render({&item, 1}, options);
+    const auto pixel = [&](int column, int row) { return picture.rgb.data() + 3 * (row * 60 + column); };
+    for (const int row : {35, 45}) {
+        EXPECT_GT(pixel(20, row)[0], pixel(20, row)[2] + 100);
+        EXPECT_GT(pixel(40, row)[2], pixel(40, row)[0] + 100);
+    }
+    item.surfaceColors.pop_back();
+    EXPECT_THROW_MSG(Render({&item, 1}, options), base::Error, "there are 1 colours for 2 surfaces");
+}
+
 TEST(Render, leaves_out_shadows_when_it_is_to_be_quick)
 {
     // A large sphere between the lamp and a small one, beyond the picture's edge.

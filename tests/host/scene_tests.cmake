@@ -14,6 +14,7 @@ gantrel_add_tests(host_scene_tests
         scene_node_test.cpp
         scene_property_test.cpp
         scene_settings_faults_test.cpp
+        scene_surface_colors_test.cpp
         scene_settings_test.cpp
         scene_spline_test.cpp
         ${PROJECT_SOURCE_DIR}/tests/base/traced_run.cpp

@@ -31,7 +31,9 @@ struct Picture {
 struct PictureItem {
     PolygonMeshView mesh;
     std::array<float, 3> color{0.80f, 0.66f, 0.58f};     ///< linear RGB, 0..1
-    base::Span<const std::array<float, 3>> vertexColors; ///< likewise; one per vertex, or none for the color
+    std::vector<std::array<float, 3>> surfaceColors;     ///< likewise; one per surface of the topology, or
+                                                         ///< none for the color
+    base::Span<const std::array<float, 3>> vertexColors; ///< instead of either; one per vertex, or none
 };
 
 enum class Lighting {
@@ -54,7 +56,7 @@ void CheckPictureSize(int width, int height);
 
 /// Shades with smooth normals on a plain background. An empty mesh gives the background alone.
 /// @throws base::Error  a size or the number of samples is out of range, or an item has colours for another
-///                      number of vertices
+///                      number of vertices or surfaces
 Picture Render(base::Span<const PictureItem> items, const PictureOptions& options = {});
 /// The same of what has been made ready, for several pictures of the same items.
 Picture RenderStage(const PictureStage& stage, const PictureOptions& options = {});

@@ -5,6 +5,7 @@
 
 #include "geometry/picture.h"
 
+#include <array>
 #include <vector>
 
 class DzNode;
@@ -18,6 +19,10 @@ struct ScenePicture {
     std::vector<geometry::PictureItem> items;
     std::vector<DzNode*> nodes;
 };
+
+/// What surfaces are drawn in, linear RGB, one each: eyes, teeth, lashes, brows and nails by their usual
+/// names, all others like skin. Materials are not evaluated. Empty where all are alike.
+std::vector<std::array<float, 3>> SurfaceColors(const geometry::Topology& topology);
 
 /// The deformed meshes of all visible nodes, in world space. They belong to the scene and change with it.
 ScenePicture VisibleItems(const DzScene& scene);
