@@ -11,8 +11,6 @@ using namespace landmarks;
 
 namespace {
 
-constexpr float lidThickness = 0.2f;
-
 /// The opening seen from the front: negative between the lids' edges, cm.
 float SlitDistance(float x, float y)
 {

@@ -26,6 +26,7 @@ constexpr Vec3f headEnd{0.0f, 170.0f, -1.0f};
 constexpr Vec3f eye{3.1f, 158.5f, 5.75f}; ///< the ball's centre
 constexpr float eyeRadius = 1.2f;
 constexpr float socketGap = 0.04f;                              ///< between the ball and what is around it
+constexpr float lidThickness = 0.2f;                            ///< between the ball and the lid's outside
 constexpr float lidInnerCorner = 1.68f, lidOuterCorner = 4.58f; ///< along x
 constexpr float mouthHalfWidth = 2.45f;
 constexpr float toothOverlap = 0.42f; ///< where the rows of teeth meet, below the lips' line

@@ -1,9 +1,10 @@
-// What lies loose in the canonical body's openings: eyeballs and teeth.
+// What lies loose in the canonical body's openings and on its lids: eyeballs, teeth and lashes.
 // SPDX-License-Identifier: MIT
 
 #include "loose_parts.h"
 
 #include "body_landmarks.h"
+#include "body_lashes.h"
 
 #include <algorithm>
 
@@ -30,7 +31,9 @@ struct PartBuilder {
 
     /// A tube of rings that are all as long, given counter-clockwise seen from where the rings come from,
     /// closed at both ends by strips of quads.
-    void addTube(const PartRings& rings, std::uint32_t surface)
+    /// @param surfaceOf  of what lies between a ring and the next one
+    template <class SurfaceOf>
+    void addTube(const PartRings& rings, const SurfaceOf& surfaceOf)
     {
         const auto first = static_cast<std::uint32_t>(positions.size());
         const auto size = static_cast<std::uint32_t>(rings.front().size());
@@ -43,22 +46,37 @@ struct PartBuilder {
         for (std::uint32_t ring = 0; ring + 1 < count; ++ring)
             for (std::uint32_t i = 0; i < size; ++i)
                 addQuad(vertex(ring, i), vertex(ring, i + 1), vertex(ring + 1, i + 1), vertex(ring + 1, i),
-                        surface);
+                        surfaceOf(ring));
         for (std::uint32_t i = 0; i + 1 < size / 2; ++i) {
             addQuad(vertex(0, i + 1), vertex(0, i), vertex(0, size - 1 - i), vertex(0, size - 2 - i),
-                    surface);
+                    surfaceOf(0));
             addQuad(vertex(count - 1, i), vertex(count - 1, i + 1), vertex(count - 1, size - 2 - i),
-                    vertex(count - 1, size - 1 - i), surface);
+                    vertex(count - 1, size - 1 - i), surfaceOf(count - 1));
         }
     }
 };
 
-enum Surface : std::uint32_t { Skin, Eyes, Teeth };
+enum Surface : std::uint32_t { Skin, Sclera, Irises, Pupils, Teeth, Eyelashes };
+
+/// On both sides, a tube given for the left one.
+template <class SurfaceOf>
+void AddPair(PartRings left, const SurfaceOf& surfaceOf, PartBuilder& builder)
+{
+    builder.addTube(left, surfaceOf);
+    for (std::vector<Vec3f>& ring : left) {
+        std::reverse(ring.begin(), ring.end());
+        for (Vec3f& place : ring)
+            place = Mirrored(place);
+    }
+    builder.addTube(left, surfaceOf);
+}
 
 /// A ball's outline from the back to the pupil's bottom: distance from the line of sight, and along it.
 struct OutlinePoint {
     float out, along;
 };
+
+constexpr std::uint32_t irisRing = 9, pupilRing = 13; ///< the first of the iris, and of the pupil
 
 const std::vector<OutlinePoint>& BallOutline()
 {
@@ -83,7 +101,7 @@ const std::vector<OutlinePoint>& BallOutline()
 
 void AddBalls(int around, PartBuilder& builder)
 {
-    PartRings left, right;
+    PartRings left;
     for (const OutlinePoint& point : BallOutline()) {
         std::vector<Vec3f> ring;
         for (int i = 0; i < around; ++i) {
@@ -91,14 +109,49 @@ void AddBalls(int around, PartBuilder& builder)
             ring.push_back(eye +
                            Vec3f{point.out * std::cos(angle), point.out * std::sin(angle), point.along});
         }
-        left.push_back(ring);
-        std::reverse(ring.begin(), ring.end());
-        for (Vec3f& place : ring)
-            place = Mirrored(place);
-        right.push_back(std::move(ring));
+        left.push_back(std::move(ring));
     }
-    builder.addTube(left, Eyes);
-    builder.addTube(right, Eyes);
+    AddPair(
+        std::move(left),
+        [](std::uint32_t ring) { return ring < irisRing    ? Sclera
+                                        : ring < pupilRing ? Irises
+                                                           : Pupils; },
+        builder);
+}
+
+void AddLash(bool isUpper, float root, float length, const LooseDetail& detail, PartBuilder& builder)
+{
+    constexpr float within = -0.12f; // the lid
+    const auto axis = [&](float share) {
+        return FromLash({isUpper, root, within + (length - within) * share});
+    };
+    PartRings rings;
+    for (int r = 0; r <= detail.alongLash; ++r) {
+        const float share = static_cast<float>(r) / static_cast<float>(detail.alongLash);
+        const float radius = (isUpper ? 0.026f : 0.02f) * (1.0f - 0.75f * share);
+        const Vec3f along = Normalized(axis(share + 0.05f) - axis(share - 0.05f));
+        const Vec3f up = Normalized(Cross(along, Vec3f{1.0f, 0.0f, 0.0f})), side = Cross(up, along);
+        std::vector<Vec3f> ring;
+        for (int i = 0; i < detail.aroundLash; ++i) {
+            const float angle =
+                2.0f * pi * (static_cast<float>(i) + 0.5f) / static_cast<float>(detail.aroundLash);
+            ring.push_back(axis(share) + (side * std::cos(angle) + up * std::sin(angle)) * radius);
+        }
+        rings.push_back(std::move(ring));
+    }
+    AddPair(
+        std::move(rings), [](std::uint32_t) { return Eyelashes; }, builder);
+}
+
+/// @param from, to  roots of the first and the last one, x
+void AddLashes(bool isUpper, float from, float to, int count, const LooseDetail& detail, PartBuilder& builder)
+{
+    for (int i = 0; i < count; ++i) {
+        const float share = static_cast<float>(i) / static_cast<float>(count - 1);
+        // Longest towards the outer corner; every third one is shorter.
+        const float row = 0.5f + 0.5f * SmoothStep(0.0f, 0.7f, share) - 0.2f * SmoothStep(0.8f, 1.0f, share);
+        AddLash(isUpper, from + (to - from) * share, row * (i % 3 == 1 ? 0.85f : 1.0f), detail, builder);
+    }
 }
 
 /// A row of teeth: gums and crowns in one, a tube along the jaw's arch.
@@ -138,7 +191,7 @@ void AddRow(const Row& row, const LooseDetail& detail, PartBuilder& builder)
             rings[steps - s].push_back(Mirrored(place));
         rings[s] = std::move(ring);
     }
-    builder.addTube(rings, Teeth);
+    builder.addTube(rings, [](std::uint32_t) { return Teeth; });
 }
 
 } // namespace
@@ -146,10 +199,12 @@ void AddRow(const Row& row, const LooseDetail& detail, PartBuilder& builder)
 geometry::PolygonMesh MakeLooseParts(const LooseDetail& detail)
 {
     PartBuilder builder;
-    builder.topology.surfaceNames = {"Skin", "Eyes", "Teeth"};
+    builder.topology.surfaceNames = {"Skin", "Sclera", "Irises", "Pupils", "Teeth", "Eyelashes"};
     AddBalls(detail.aroundEye, builder);
     AddRow({152.7f, 151.55f, 7.78f}, detail, builder);
     AddRow({150.7f, 151.46f, 7.62f}, detail, builder);
+    AddLashes(true, 2.0f, 4.35f, 26, detail, builder);
+    AddLashes(false, 2.8f, 4.25f, 12, detail, builder);
     builder.topology.vertexCount = static_cast<std::uint32_t>(builder.positions.size());
     geometry::PolygonMesh mesh;
     mesh.topology = std::make_shared<geometry::Topology>(std::move(builder.topology));

@@ -20,7 +20,7 @@ SampleTopology MakeSampleTopology(FigureKind kind)
     topology.body = MeshBody(isNewest ? NewGenerationRecipe() : OldGenerationRecipe());
     LooseDetail detail;
     if (isNewest)
-        detail = {28, 5, 10};
+        detail = {28, 5, 10, 4, 6};
     topology.canonical = Together(topology.body, MakeLooseParts(detail));
     topology.weights = BodyWeights(topology.canonical.positions);
     return topology;

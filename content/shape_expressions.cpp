@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "body_landmarks.h"
+#include "body_lashes.h"
+#include "body_solid.h"
 #include "shape_blends.h"
 #include "shape_fields.h"
 
@@ -23,27 +25,58 @@ float LidDrop(Vec3f p)
     const LidLine line = LidLineAt(p.x);
     const float upper = line.middle + std::max(line.up, 0.0f),
                 lower = line.middle - std::max(line.down, 0.0f);
-    // The lids meet below the middle, a hair's breadth over each other, so that larger eyes close too.
-    const float meeting = lower + 0.25f * (upper - lower), part = 1.02f;
+    // The lids meet below the middle. Their edges are round, so they come to touch, also around larger eyes,
+    // when the lines along them are past each other.
+    const float meeting = lower + 0.25f * (upper - lower), part = 1.09f;
     if (p.y > 0.5f * (upper + lower))
         return part * (upper - meeting) * SmoothStep(upper + 0.6f, upper, p.y);
     return -part * (meeting - lower) * SmoothStep(lower - 0.5f, lower, p.y);
 }
 
 /// The lids slide over the ball: they keep their distance from its axis.
+Vec3f SlidOver(Vec3f offset, float drop)
+{
+    const float squared = offset.y * offset.y + offset.z * offset.z;
+    const float up = offset.y - drop, front = std::sqrt(std::max(squared - up * up, 0.0f));
+    return {0.0f, up - offset.y, front - std::abs(offset.z)};
+}
+
+/// A lash stays as it is and turns with the piece of lid that it stands on.
+Vec3f LashTurned(Vec3f p)
+{
+    LashPlace place = LashAt(p);
+    place.rise = 0.0f;
+    const Vec3f root = FromLash(place), before = root - eye, after = before + SlidOver(before, LidDrop(root));
+    const float turn = std::atan2(before.y, before.z) - std::atan2(after.y, after.z);
+    const Vec3f offset{0.0f, p.y - eye.y, p.z - eye.z};
+    return TurnedAboutX(offset, turn) - offset;
+}
+
+/// How far a place in front of the lids counts as a lash's: 0 in the skin.
+float LashInfluence(Vec3f p)
+{
+    const Vec3f offset = p - eye;
+    const float distance = std::hypot(offset.y, offset.z);
+    if (offset.z < 0.3f || distance > 2.6f || std::abs(offset.x) > 2.0f ||
+        Length(offset) < eyeRadius + 0.5f * lidThickness)
+        return 0.0f;
+    return SmoothStep(0.0f, 0.06f, BodyDistance(p)) * SmoothStep(2.6f, 2.4f, distance);
+}
+
 Vec3f LeftEyeClosed(Vec3f p)
 {
     const Vec3f offset = p - eye;
     const float distance = Length(offset);
+    if (distance > 3.4f)
+        return {};
+    const float lash = LashInfluence(p);
+    if (lash == 1.0f)
+        return LashTurned(p);
     // The ball itself stays.
     const float strength = SmoothStep(eyeRadius + 0.005f, eyeRadius + socketGap - 0.005f, distance) *
                            SmoothStep(2.8f, 2.2f, distance) * SmoothStep(-0.3f, 0.3f, offset.z);
-    if (strength == 0.0f)
-        return {};
-    const float squared = offset.y * offset.y + offset.z * offset.z;
-    const float up = offset.y - LidDrop(p) * strength;
-    const float front = std::sqrt(std::max(squared - up * up, 0.0f));
-    return {0.0f, up - offset.y, front - std::abs(offset.z)};
+    const Vec3f lid = strength > 0.0f ? SlidOver(offset, LidDrop(p) * strength) : Vec3f{};
+    return lash > 0.0f ? Mix(lid, LashTurned(p), lash) : lid;
 }
 
 /// 1 on what lies loose within the mouth, 0 on its wall.

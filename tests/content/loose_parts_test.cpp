@@ -1,9 +1,10 @@
-// Eyeballs and teeth.
+// Eyeballs, teeth and lashes.
 // SPDX-License-Identifier: MIT
 
 #include "content/loose_parts.h"
 
 #include "content/body_landmarks.h"
+#include "content/body_lashes.h"
 #include "content/body_solid.h"
 #include "tests/content/sample_topologies.h"
 
@@ -44,18 +45,42 @@ TEST(LooseParts, are_closed_and_face_outwards)
     }
     // Two balls of 1.2 cm radius less their pupils; two rows of a few cubic centimetres.
     const double balls = 2.0 * 4.0 / 3.0 * 3.14159 * std::pow(landmarks::eyeRadius, 3.0);
-    EXPECT_LT(VolumeOf(parts, "Eyes"), balls);
-    EXPECT_GT(VolumeOf(parts, "Eyes"), 0.85 * balls);
+    const double volume = VolumeOf(parts, "Sclera") + VolumeOf(parts, "Irises") + VolumeOf(parts, "Pupils");
+    EXPECT_LT(volume, balls);
+    EXPECT_GT(volume, 0.85 * balls);
     EXPECT_GT(VolumeOf(parts, "Teeth"), 1.0);
+    EXPECT_GT(VolumeOf(parts, "Eyelashes"), 0.0);
 }
 
 TEST(LooseParts, lie_outside_the_body_in_its_openings)
 {
     for (const SampleTopology* topology : {&OldTopology(), &NewTopology()})
-        for (const std::uint32_t v : VerticesOf(topology->canonical, "Eyes"))
-            ASSERT_GT(BodyDistance(topology->canonical.positions[v]), 0.01f) << v;
+        for (const char* const surface : {"Sclera", "Irises", "Pupils"})
+            for (const std::uint32_t v : VerticesOf(topology->canonical, surface))
+                ASSERT_GT(BodyDistance(topology->canonical.positions[v]), 0.01f) << v;
     for (const std::uint32_t v : VerticesOf(OldTopology().canonical, "Teeth"))
         ASSERT_GT(BodyDistance(OldTopology().canonical.positions[v]), 0.0f) << v;
+}
+
+TEST(Lashes, have_their_roots_in_the_lids_and_their_tips_outside)
+{
+    for (const bool isUpper : {true, false})
+        for (float root = isUpper ? 2.0f : 2.8f; root < 4.3f; root += 0.1f) {
+            EXPECT_LT(BodyDistance(FromLash({isUpper, root, -0.15f})), 0.0f) << root;
+            EXPECT_GT(BodyDistance(FromLash({isUpper, root, 0.5f})), 0.05f) << root;
+        }
+}
+
+TEST(Lashes, are_found_again_from_any_place_on_them)
+{
+    for (const bool isUpper : {true, false})
+        for (float root = isUpper ? 2.0f : 2.8f; root < 4.35f; root += 0.15f)
+            for (const float rise : {0.0f, 0.3f, 1.0f}) {
+                const LashPlace found = LashAt(FromLash({isUpper, root, rise}));
+                EXPECT_EQ(found.isUpper, isUpper);
+                EXPECT_NEAR(found.root, root, 1e-3f);
+                EXPECT_NEAR(found.rise, rise, 1e-3f);
+            }
 }
 
 } // namespace
