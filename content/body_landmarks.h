@@ -23,6 +23,7 @@ constexpr Vec3f wrist{54.6f, 99.4f, -1.2f};
 constexpr Vec3f neck{0.0f, 141.5f, -3.2f};
 constexpr Vec3f head{0.0f, 152.0f, -1.0f};
 constexpr Vec3f headEnd{0.0f, 170.0f, -1.0f};
+constexpr Vec3f navel{0.0f, 103.4f, 9.15f};
 constexpr Vec3f eye{3.1f, 158.5f, 5.75f}; ///< the ball's centre
 constexpr float eyeRadius = 1.2f;
 constexpr float socketGap = 0.04f;                              ///< between the ball and what is around it
@@ -53,6 +54,14 @@ using FingerChain = std::array<Vec3f, 4>;
 const std::array<FingerChain, fingerCount>& Fingers();
 /// Radii at the places of a chain.
 const std::array<std::array<float, 4>, fingerCount>& FingerRadii();
+
+/// A toe's cone; big one first.
+struct Toe {
+    Vec3f root, tip;
+    float rootRadius, tipRadius;
+};
+constexpr int toeCount = 5;
+const std::array<Toe, toeCount>& Toes();
 
 /// A place given along the hand, across it towards the thumb, and towards the palm's side.
 Vec3f HandPoint(float along, float across, float palmward);

@@ -23,17 +23,8 @@ float MuscleDistance(Vec3f p, Vec3f a, Vec3f b, float radius)
 
 float ToesDistance(Vec3f p)
 {
-    struct Toe {
-        Vec3f root, tip;
-        float rootRadius, tipRadius;
-    };
-    static const Toe toes[5] = {{{8.2f, 1.9f, 10.2f}, {8.6f, 1.25f, 16.6f}, 1.55f, 1.22f},
-                                {{10.4f, 1.8f, 10.6f}, {11.0f, 1.0f, 16.4f}, 1.1f, 0.98f},
-                                {{12.0f, 1.7f, 10.0f}, {12.8f, 0.95f, 15.4f}, 1.05f, 0.92f},
-                                {{13.4f, 1.6f, 9.0f}, {14.4f, 0.9f, 14.0f}, 1.05f, 0.87f},
-                                {{14.6f, 1.5f, 7.6f}, {15.8f, 0.85f, 12.2f}, 1.05f, 0.82f}};
     float d = 1e3f;
-    for (const Toe& toe : toes)
+    for (const Toe& toe : Toes())
         d = Join(d, ConeDistance(p, toe.root, toe.tip, toe.rootRadius, toe.tipRadius), 0.6f);
     return d;
 }

@@ -234,16 +234,19 @@ MirroredMesh WithLoops(const MirroredMesh& closed)
         openings.push_back(left);
         openings.push_back(MirrorImage(left));
     }
-    openings.push_back(MouthOpening());
+    const std::size_t pairs = openings.size();
+    for (Opening& middle : MiddleOpenings())
+        openings.push_back(std::move(middle));
     std::vector<Rings> rings;
     rings.reserve(openings.size());
     for (const Opening& opening : openings)
         rings.push_back(Insert(opening, mesh.topology, mesh.positions));
     if (!mesh.twin.empty()) {
         mesh.twin.resize(mesh.topology.vertexCount, none);
-        for (std::size_t i = 0; i + 1 < rings.size(); i += 2)
+        for (std::size_t i = 0; i < pairs; i += 2)
             PairRings(rings[i], rings[i + 1], mesh.twin);
-        PairRings(rings.back(), rings.back(), mesh.twin);
+        for (std::size_t i = pairs; i < rings.size(); ++i)
+            PairRings(rings[i], rings[i], mesh.twin);
     }
     std::vector<char> marked(mesh.positions.size(), 0);
     for (std::size_t i = 0; i < rings.size(); ++i)

@@ -25,7 +25,8 @@ struct Opening {
 /// Those of the left half, where those of the right have their mirror images.
 std::vector<Opening> LeftOpenings();
 Opening MirrorImage(const Opening& left);
-Opening MouthOpening();
+/// Those on the middle line, which are their own mirror images.
+std::vector<Opening> MiddleOpenings();
 
 /// A mesh whose vertices may have a mirror image.
 struct MirroredMesh {

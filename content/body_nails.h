@@ -1,4 +1,4 @@
-// The canonical body's finger nails, left hand.
+// The canonical body's nails, left side.
 // SPDX-License-Identifier: MIT
 
 #pragma once
@@ -9,7 +9,7 @@
 
 namespace content {
 
-/// A nail's plate over the finger's skin.
+/// A nail's plate over the skin of a finger or a toe.
 struct Nail {
     Vec3f center;            ///< on the skin
     Vec3f along, across, up; ///< unit; towards the tip, to the side, off the skin
@@ -20,7 +20,11 @@ struct Nail {
     /// The place at a part of the border's size; turn 0 is the tip's side.
     Vec3f place(float turn, float size) const;
 };
-const std::array<Nail, landmarks::fingerCount>& Nails();
+constexpr int nailCount = landmarks::fingerCount + landmarks::toeCount;
+const std::array<Nail, nailCount>& Nails(); ///< fingers first
+
+/// Whether a place on the body's skin, of either side, is on a plate.
+bool IsOnNail(Vec3f p);
 
 /// Raises the plates and lowers what is around them.
 float AddNails(Vec3f p, float d);

@@ -1,4 +1,4 @@
-// Where the rings of eyes, mouth, ears and nails lie.
+// Where the rings of eyes, mouth, ears, nails and the navel lie.
 // SPDX-License-Identifier: MIT
 
 #include "body_face.h"
@@ -246,6 +246,44 @@ Opening LeftEarOpening()
     return opening;
 }
 
+Opening MouthOpening()
+{
+    Opening opening;
+    opening.region = [](Vec3f p) {
+        return p.z < 4.5f ? 1.0f : EllipseDistance(p.x - mouthMiddle.x, p.y - mouthMiddle.y, 3.3f, 1.6f);
+    };
+    opening.turnOf = [](Vec3f p) { return TurnOfAngle(p.x - mouthMiddle.x, 1.7f * (p.y - mouthMiddle.y)); };
+    for (const float spread : {0.6f, 0.25f, 0.03f})
+        opening.rings.emplace_back([=](float turn) {
+            const Place2 place = MouthContour(turn, spread);
+            return FromFront(place.x, place.y);
+        });
+    for (const float inward : {0.35f, 0.7f, 0.92f})
+        opening.rings.emplace_back([=](float turn) { return LipPlace(turn, inward); });
+    for (const float depth : {0.15f, 0.3f, 0.45f})
+        opening.rings.emplace_back([=](float turn) { return BetweenLips(turn, depth); });
+    for (const float share : {0.15f, 0.35f, 0.65f, 1.0f})
+        opening.rings.emplace_back([=](float turn) { return PocketPlace(turn, share); });
+    opening.softRings = 2;
+    return opening;
+}
+
+Opening NavelOpening()
+{
+    Opening opening;
+    opening.region = [](Vec3f p) {
+        return p.z < 5.0f ? 1.0f : EllipseDistance(p.x - navel.x, p.y - navel.y, 1.9f, 2.1f);
+    };
+    opening.turnOf = [](Vec3f p) { return TurnOfAngle(p.x - navel.x, p.y - navel.y); };
+    for (const float size : {1.5f, 1.1f, 0.82f, 0.6f, 0.42f, 0.2f})
+        opening.rings.emplace_back([=](float turn) {
+            const float angle = 2.0f * pi * turn;
+            return FromFront(navel.x + size * std::cos(angle), navel.y + 1.2f * size * std::sin(angle));
+        });
+    opening.softRings = 1;
+    return opening;
+}
+
 Opening NailOpening(const Nail& nail)
 {
     Opening opening;
@@ -292,26 +330,9 @@ std::vector<Opening> LeftOpenings()
     return openings;
 }
 
-Opening MouthOpening()
+std::vector<Opening> MiddleOpenings()
 {
-    Opening opening;
-    opening.region = [](Vec3f p) {
-        return p.z < 4.5f ? 1.0f : EllipseDistance(p.x - mouthMiddle.x, p.y - mouthMiddle.y, 3.3f, 1.6f);
-    };
-    opening.turnOf = [](Vec3f p) { return TurnOfAngle(p.x - mouthMiddle.x, 1.7f * (p.y - mouthMiddle.y)); };
-    for (const float spread : {0.6f, 0.25f, 0.03f})
-        opening.rings.emplace_back([=](float turn) {
-            const Place2 place = MouthContour(turn, spread);
-            return FromFront(place.x, place.y);
-        });
-    for (const float inward : {0.35f, 0.7f, 0.92f})
-        opening.rings.emplace_back([=](float turn) { return LipPlace(turn, inward); });
-    for (const float depth : {0.15f, 0.3f, 0.45f})
-        opening.rings.emplace_back([=](float turn) { return BetweenLips(turn, depth); });
-    for (const float share : {0.15f, 0.35f, 0.65f, 1.0f})
-        opening.rings.emplace_back([=](float turn) { return PocketPlace(turn, share); });
-    opening.softRings = 2;
-    return opening;
+    return {MouthOpening(), NavelOpening()};
 }
 
 } // namespace content

@@ -53,8 +53,11 @@ float BodyDistance(Vec3f p)
 {
     float distance = ClosedBodyDistance(p);
     const Vec3f left{std::abs(p.x), p.y, p.z};
-    if (left.x > 55.0f)
+    const bool isAtToes = p.y < 4.0f && p.z > 9.0f;
+    if (left.x > 55.0f || isAtToes)
         return AddNails(left, distance);
+    if (p.y > 99.0f && p.y < 107.0f && p.z > 5.0f)
+        return Navel(p, distance);
     if (p.y < 148.0f || p.z < -7.0f)
         return distance;
     if (left.x > 5.0f)

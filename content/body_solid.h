@@ -11,7 +11,8 @@ namespace content {
 /// mirror-symmetric. Every vertex of every sample mesh's skin lies on its zero set; all other shapes are
 /// displacement fields over it.
 float BodyDistance(Vec3f p);
-/// The same with eyes and mouth closed, without ears and nails: a surface that a coarse grid can follow.
+/// The same with eyes and mouth closed, without ears, nails and navel: a surface that a coarse grid can
+/// follow.
 float ClosedBodyDistance(Vec3f p);
 
 /// One of the two.
@@ -26,6 +27,7 @@ Vec3f Project(Solid solid, Vec3f p);
 /// The parts, each for the left half (x >= 0) unless it spans both.
 float HeadDistance(Vec3f p);
 float TorsoDistance(Vec3f p);
+float Navel(Vec3f p, float d); ///< presses it into a trunk with distance d
 float ArmDistance(Vec3f p);
 float HandDistance(Vec3f p);
 float LegDistance(Vec3f p);

@@ -1,7 +1,9 @@
 // The canonical body's trunk and neck.
 // SPDX-License-Identifier: MIT
 
+#include "body_landmarks.h"
 #include "body_solid.h"
+#include "clay.h"
 
 namespace content {
 
@@ -57,6 +59,14 @@ float TorsoDistance(Vec3f p)
     d = Carve(d, ConeDistance(p, {0.0f, 102.0f, 10.3f}, {0.0f, 118.0f, 9.6f}, 0.3f, 0.3f), 2.6f);
     d = Carve(d, ConeDistance(p, {0.0f, 80.0f, -10.5f}, {0.0f, 93.0f, -13.2f}, 0.9f, 0.5f), 2.6f);
     return d;
+}
+
+float Navel(Vec3f p, float d)
+{
+    const Vec3f middle = landmarks::navel;
+    // Skin hangs a little over it from above.
+    d = Raise(d, p, middle + Vec3f{0.0f, 0.75f, -0.2f}, 1.0f, 0.15f);
+    return Carve(d, EllipsoidDistance(p, middle, {0.48f, 0.62f, 0.8f}), 0.7f);
 }
 
 } // namespace content

@@ -74,16 +74,16 @@ geometry::PolygonMesh WithGroups(const FigureParts& parts)
         topology->groupNames.push_back(bone.id);
     topology->faceGroups = FaceBones(*topology, parts.weights);
     topology->surfaceNames = {"Torso", "Head", "Arms", "Legs"};
-    topology->surfaceNames.insert(topology->surfaceNames.end(), parts.looseNames.begin(),
-                                  parts.looseNames.end());
+    topology->surfaceNames.insert(topology->surfaceNames.end(), parts.partNames.begin(),
+                                  parts.partNames.end());
     topology->faceSurfaces.clear();
     for (const std::uint32_t group : topology->faceGroups) {
         const FigureBone& bone = parts.bones[group];
         topology->faceSurfaces.push_back(bone.inHead ? 1 : bone.inArms ? 2 : bone.inLegs ? 3 : 0);
     }
-    for (std::size_t f = 0; f < parts.faceLoose.size(); ++f)
-        if (parts.faceLoose[f] > 0)
-            topology->faceSurfaces[f] = 3 + parts.faceLoose[f];
+    for (std::size_t f = 0; f < parts.facePart.size(); ++f)
+        if (parts.facePart[f] > 0)
+            topology->faceSurfaces[f] = 3 + parts.facePart[f];
     geometry::PolygonMesh mesh;
     mesh.topology = topology;
     mesh.positions = parts.neutral.positions;

@@ -29,9 +29,9 @@ struct FigureParts {
     geometry::PolygonMesh neutral;
     std::vector<FigureBone> bones;
     std::vector<geometry::JointWeights> weights; ///< one a bone; may be empty lists
-    std::vector<std::string> looseNames;         ///< of the surfaces of what lies loose within the skin
+    std::vector<std::string> partNames;          ///< of the surfaces of eyes, teeth, nails, ...
     std::vector<std::uint32_t>
-        faceLoose; ///< one per face: 0 skin, n the (n - 1)th of those; empty for all skin
+        facePart; ///< one per face: 0 skin, n the (n - 1)th of those; empty for all skin
 };
 
 /// Builds the asset: face groups by the bone with most weight, four surfaces, skin bound to the bones.

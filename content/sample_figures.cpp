@@ -4,14 +4,35 @@
 #include "sample_figures.h"
 
 #include "body_mesher.h"
+#include "body_nails.h"
 #include "loose_parts.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace content {
 
 using base::Span;
 using namespace shapes;
+
+namespace {
+
+/// Gives the plates a surface of their own.
+void MarkNails(geometry::PolygonMesh& mesh)
+{
+    auto topology = std::make_shared<geometry::Topology>(*mesh.topology);
+    const auto nails = static_cast<std::uint32_t>(topology->surfaceNames.size());
+    topology->surfaceNames.emplace_back("Nails");
+    for (std::size_t f = 0; f < topology->faceCount(); ++f) {
+        const base::Span<const std::uint32_t> face = topology->face(f);
+        if (std::all_of(face.begin(), face.end(),
+                        [&](std::uint32_t v) { return IsOnNail(mesh.positions[v]); }))
+            topology->faceSurfaces[f] = nails;
+    }
+    mesh.topology = std::move(topology);
+}
+
+} // namespace
 
 SampleTopology MakeSampleTopology(FigureKind kind)
 {
@@ -22,6 +43,7 @@ SampleTopology MakeSampleTopology(FigureKind kind)
     if (isNewest)
         detail = {28, 5, 10, 4, 6};
     topology.canonical = Together(topology.body, MakeLooseParts(detail));
+    MarkNails(topology.canonical);
     topology.weights = BodyWeights(topology.canonical.positions);
     return topology;
 }

@@ -17,8 +17,8 @@ namespace content {
 
 /// A topology laid over the canonical body, with what is the same for all figures that use it.
 struct SampleTopology {
-    geometry::PolygonMesh body;                  ///< one closed piece
-    geometry::PolygonMesh canonical;             ///< the body first, then what lies loose in its openings
+    geometry::PolygonMesh body;      ///< one closed piece
+    geometry::PolygonMesh canonical; ///< the body first, then what lies loose in its openings; with surfaces
     std::vector<geometry::JointWeights> weights; ///< one a bone of BodyBones()
 };
 SampleTopology MakeSampleTopology(FigureKind kind); ///< of the kind's generation

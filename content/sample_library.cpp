@@ -172,8 +172,8 @@ FigureFiles WritePlainFigure(FigureKind kind, const SampleTopology& topology,
     parts.bones = MakeBones(kind);
     parts.weights = topology.weights;
     const geometry::Topology& surfaces = *topology.canonical.topology;
-    parts.looseNames.assign(surfaces.surfaceNames.begin() + 1, surfaces.surfaceNames.end());
-    parts.faceLoose = surfaces.faceSurfaces;
+    parts.partNames.assign(surfaces.surfaceNames.begin() + 1, surfaces.surfaceNames.end());
+    parts.facePart = surfaces.faceSurfaces;
     return FigureFiles(InfoOf(kind), parts, directory, set);
 }
 

@@ -196,6 +196,27 @@ TEST(BodySolid, has_nails_in_grooves)
         }
 }
 
+TEST(BodySolid, has_a_navel)
+{
+    using landmarks::navel;
+    EXPECT_GT(BodyDistance(navel), ClosedBodyDistance(navel) + 0.3f);
+    for (const Vec3f beside : {Vec3f{2.5f, 0, 0}, Vec3f{0, 2.5f, 0}, Vec3f{0, -2.5f, 0}})
+        EXPECT_EQ(BodyDistance(navel + beside), ClosedBodyDistance(navel + beside));
+}
+
+TEST(Nails, have_a_surface_with_faces_on_every_finger_and_toe)
+{
+    for (const SampleTopology* topology : {&OldTopology(), &NewTopology()}) {
+        const std::vector<std::uint32_t> vertices = VerticesOf(topology->canonical, "Nails");
+        for (const Nail& nail : Nails())
+            for (const float side : {1.0f, -1.0f})
+                EXPECT_TRUE(std::any_of(vertices.begin(), vertices.end(), [&](std::uint32_t v) {
+                    const Vec3f p = topology->canonical.positions[v];
+                    return Length(Vec3f{side * p.x, p.y, p.z} - nail.center) < nail.halfWidth;
+                }));
+    }
+}
+
 TEST(BodySolid, has_a_persons_measures)
 {
     const geometry::Box3f box = geometry::BoundingBox(NewTopology().canonical.positions);

@@ -61,7 +61,7 @@ TEST(SampleLibrary, reads_back_the_newest_figure)
     ASSERT_EQ(figure.geometries.size(), 1u);
     EXPECT_EQ(figure.geometries[0].mesh.positions,
               NeutralPositions(FigureKind::Genesis9, NewTopology().canonical.positions));
-    EXPECT_EQ(figure.geometries[0].mesh.topology->surfaceNames.size(), 9u);
+    EXPECT_EQ(figure.geometries[0].mesh.topology->surfaceNames.size(), 10u);
     ASSERT_EQ(figure.nodes.size(), BodyBones().size() + 1);
     const auto thigh = std::find_if(figure.nodes.begin(), figure.nodes.end(),
                                     [](const dson::Node& node) { return node.id == "l_thigh"; });
