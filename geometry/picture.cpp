@@ -6,6 +6,7 @@
 #include "base/cancellation.h"
 #include "base/errors.h"
 #include "geometry/limits.h"
+#include "geometry/picture_box.h"
 #include "geometry/picture_stage.h"
 #include "picture_row.h"
 #include "picture_shadows.h"
@@ -41,33 +42,24 @@ float Angle(View view)
 
 Box3f WholeBox(base::Span<const PictureItem> items)
 {
-    Box3f box;
+    Box3f whole;
     for (const PictureItem& item : items)
-        for (const Vec3f position : item.mesh.positions)
-            if (IsFinite(position))
-                box.include(position);
-    return box;
-}
-
-/// The upper part of a figure, as wide as the head's vertices there.
-Box3f HeadBox(const PictureItem& figure)
-{
-    constexpr float headShare = 0.145f;
-    const Box3f whole = WholeBox({&figure, 1});
-    Box3f head;
-    for (const Vec3f position : figure.mesh.positions)
-        if (position.y >= whole.max.y - headShare * (whole.max.y - whole.min.y))
-            head.include(position);
-    return head;
+        if (const Box3f box = BoxToShow(item.mesh); !box.isEmpty()) {
+            whole.include(box.min);
+            whole.include(box.max);
+        }
+    return whole;
 }
 
 Box3f FrameOf(base::Span<const PictureItem> items, const PictureOptions& options)
 {
     if (options.frame)
         return *options.frame;
-    Box3f box = WholeBox(items);
-    if (options.view == View::Face && !items.empty() && !items[0].mesh.positions.empty())
-        box = HeadBox(items[0]);
+    Box3f box;
+    if (options.view == View::Face && !items.empty())
+        box = HeadToShow(items[0].mesh);
+    if (box.isEmpty())
+        box = WholeBox(items);
     if (box.isEmpty())
         box = {{-1, -1, -1}, {1, 1, 1}};
     return box;
@@ -107,7 +99,7 @@ public:
 
     Picture draw() const
     {
-        Picture picture{_view.width, _view.height, {}};
+        Picture picture{_view.width, _view.height, {}, true};
         picture.rgb.resize(3 * static_cast<std::size_t>(_view.width) *
                            static_cast<std::size_t>(_view.height));
         const int rows = std::max(1, bandPixels / _view.width);
@@ -121,7 +113,7 @@ private:
     {
         const int reach = _shadows ? ShadowTracer::reach(_view.samplesPerAxis) : 0;
         const int from = std::max(0, first - reach), to = std::min(_view.height, last + reach);
-        std::vector<PixelRow> rows = gatherRows(from, to);
+        std::vector<PixelRow> rows = gatherRows(from, to, picture.isEmpty);
         tbb::parallel_for(first, last, [&](int row) {
             base::ThrowIfCancelled();
             if (_shadows)
@@ -130,13 +122,16 @@ private:
         });
     }
 
-    std::vector<PixelRow> gatherRows(int from, int to) const
+    /// @param isEmpty  becomes false where a face is seen
+    std::vector<PixelRow> gatherRows(int from, int to, bool& isEmpty) const
     {
         const int n = _view.samplesPerAxis;
         const std::size_t samples =
             static_cast<std::size_t>(_view.samples().width) * static_cast<std::size_t>(n);
         std::vector<std::uint32_t> faces(samples * static_cast<std::size_t>(to - from));
         _rasterizer.draw(n * from, n * to, faces);
+        isEmpty = isEmpty &&
+                  std::all_of(faces.begin(), faces.end(), [](std::uint32_t face) { return face == noFace; });
         std::vector<PixelRow> rows(static_cast<std::size_t>(to - from));
         tbb::parallel_for(std::size_t{0}, rows.size(), [&](std::size_t i) {
             base::ThrowIfCancelled();
@@ -212,7 +207,9 @@ Picture Render(base::Span<const PictureItem> items, const PictureOptions& option
 Picture Join(base::Span<const Picture> pictures)
 {
     Picture joined;
+    joined.isEmpty = true;
     for (const Picture& picture : pictures) {
+        joined.isEmpty = joined.isEmpty && picture.isEmpty;
         joined.width += picture.width;
         joined.height = std::max(joined.height, picture.height);
     }

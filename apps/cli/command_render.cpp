@@ -5,9 +5,11 @@
 
 #include "base/errors.h"
 #include "command.h"
+#include "dson/reader.h"
 #include "dznumericproperty.h"
 #include "dzscene.h"
 #include "geometry/limits.h"
+#include "geometry/picture_box.h"
 #include "geometry/picture_stage.h"
 #include "host_session.h"
 #include "interrupt.h"
@@ -58,8 +60,24 @@ std::string CheckSize(const std::string& text)
                                                text, geometry::largestPicture);
 }
 
+base::Diagnostic Warning(const RenderArguments& arguments, std::string what)
+{
+    return {base::Severity::Warning, arguments.file, {}, std::move(what)};
+}
+
+void TellFarOff(const std::vector<geometry::PictureItem>& items, const RenderArguments& arguments,
+                base::Diagnostics& met)
+{
+    std::size_t farOff = 0;
+    for (const geometry::PictureItem& item : items)
+        geometry::BoxToShow(item.mesh, &farOff);
+    if (farOff > 0)
+        met.push_back(Warning(arguments, dson::Counted(farOff, "vertex lies", "vertices lie") +
+                                             " too far off to be in the picture"));
+}
+
 geometry::Picture RenderViews(const std::vector<geometry::PictureItem>& items,
-                              const RenderArguments& arguments, Progress& progress)
+                              const RenderArguments& arguments, Progress& progress, base::Diagnostics& met)
 {
     geometry::PictureOptions options;
     PictureSize size;
@@ -73,7 +91,10 @@ geometry::Picture RenderViews(const std::vector<geometry::PictureItem>& items,
         progress.stage(view, "Rendering the view " + view);
         options.view = *geometry::ParseView(view);
         pictures.push_back(geometry::RenderStage(stage, options));
+        if (pictures.back().isEmpty)
+            met.push_back(Warning(arguments, fmt::format("nothing can be seen in the view {}", view)));
     }
+    TellFarOff(items, arguments, met);
     return pictures.size() == 1 ? std::move(pictures.front()) : geometry::Join(pictures);
 }
 
@@ -85,7 +106,7 @@ geometry::Picture RenderObj(const RenderArguments& arguments, Progress& progress
     geometry::PictureItem item;
     item.mesh = content.mesh.view();
     item.surfaceColors = openhost::SurfaceColors(*content.mesh.topology);
-    return RenderViews({item}, arguments, progress);
+    return RenderViews({item}, arguments, progress, met);
 }
 
 void SetDials(const std::vector<NameValue>& dials, base::Diagnostics& diagnostics)
@@ -109,7 +130,7 @@ geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progre
     met.insert(met.end(), session.diagnostics().begin(), session.diagnostics().end());
     if (items.empty())
         throw std::runtime_error(fmt::format("{}: nothing in it can be seen", arguments.file));
-    return RenderViews(items, arguments, progress);
+    return RenderViews(items, arguments, progress, met);
 }
 
 void Render(const RenderArguments& arguments)

@@ -158,6 +158,38 @@ TEST(RenderCommand, joins_several_views_of_the_wanted_size)
     EXPECT_EQ(size.second, 80u);
 }
 
+TEST(RenderCommand, tells_when_a_picture_shows_nothing)
+{
+    const Workspace workspace;
+    const std::string sheet = workspace.write("sheet.obj", "v 0 0 0\nv 9 0 0\nv 9 9 0\nv 0 9 0\nf 1 2 3 4\n");
+    const std::string picture = workspace.path("a.png");
+    ProgramResult result = RunProgram(
+        {"render", sheet, "--out", picture, "--view", "front", "--view", "side", "--size", "16x16"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "gantrel: warning: " + sheet + ": nothing can be seen in the view side\n");
+    EXPECT_TRUE(workspace.has("a.png"));
+    const std::string point = workspace.write("point.obj", "v 1 1 1\nv 1 1 1\nv 1 1 1\nf 1 2 3\n");
+    result = RunProgram({"render", point, "--out", picture, "--size", "16x16"});
+    EXPECT_EQ(result.err, "gantrel: warning: " + point + ": nothing can be seen in the view front\n");
+}
+
+TEST(RenderCommand, shows_a_mesh_as_large_with_a_vertex_far_off)
+{
+    const Workspace workspace;
+    const auto render = [&](const std::string& text) {
+        const std::string mesh = workspace.write("mesh.obj", text), picture = workspace.path("a.png");
+        const ProgramResult result = RunProgram({"render", mesh, "--out", picture, "--size", "30x40"});
+        EXPECT_EQ(result.exitCode, 0);
+        return std::make_pair(workspace.read("a.png"), result.err);
+    };
+    const auto [plain, nothing] = render(FineCubeText(6));
+    EXPECT_EQ(nothing, "");
+    EXPECT_EQ(render(FineCubeText(6) + "v 100000 0 0\n").first, plain) << "loose";
+    const auto [shown, told] = render(FineCubeText(6) + "v 100000 0 0\nf 1 2 -1\n");
+    EXPECT_NE(told.find("1 vertex lies too far off to be in the picture"), std::string::npos) << told;
+    EXPECT_NE(told.find("gantrel: "), std::string::npos);
+}
+
 TEST(RenderCommand, writes_pictures_under_names_of_pictures_only)
 {
     const Workspace workspace;

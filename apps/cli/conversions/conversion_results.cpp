@@ -14,6 +14,7 @@
 #include "dzpresentation.h"
 #include "figure_kind.h"
 #include "geometry/obj.h"
+#include "geometry/picture_box.h"
 #include "geometry/picture_stage.h"
 #include "interrupt.h"
 #include "ks_daz-helpers.h"
@@ -198,8 +199,10 @@ std::vector<fs::path> DrawPictures(const GntOutcome& outcome, const fs::path& fo
     geometry::Box3f frame;
     for (const auto& items : {a, b})
         for (const geometry::PictureItem& item : items)
-            for (const geometry::Vec3f position : item.mesh.positions)
-                frame.include(position);
+            if (const geometry::Box3f box = geometry::BoxToShow(item.mesh); !box.isEmpty()) {
+                frame.include(box.min);
+                frame.include(box.max);
+            }
     const geometry::PictureStage stageA(a), stageB(b);
     const geometry::Picture frontA = Draw(stageA, View::Front, frame),
                             frontB = Draw(stageB, View::Front, frame);

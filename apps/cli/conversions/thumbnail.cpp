@@ -5,9 +5,9 @@
 
 #include "conversions/comparison.h"
 #include "dzfigure.h"
+#include "geometry/picture_box.h"
 #include "geometry/picture_stage.h"
 #include "page/color_scale.h"
-#include "page/picture_box.h"
 
 #include <algorithm>
 
@@ -34,7 +34,7 @@ std::vector<geometry::PictureItem> ItemsOf(const Body& body)
 void Include(geometry::Box3f& frame, const Body& body)
 {
     for (const geometry::PolygonMeshView& mesh : body.meshes)
-        if (const geometry::Box3f box = BoxToShow(mesh.positions); !box.isEmpty()) {
+        if (const geometry::Box3f box = geometry::BoxToShow(mesh); !box.isEmpty()) {
             frame.include(box.min);
             frame.include(box.max);
         }

@@ -9,13 +9,13 @@
 #include "dzfigure.h"
 #include "dzobject.h"
 #include "dzshape.h"
+#include "geometry/picture_box.h"
 #include "morphs/morph_json.h"
 #include "openhost/shapes.h"
 #include "page/color_scale.h"
 #include "page/page_mesh.h"
 #include "page/page_pictures.h"
 #include "page/page_writer.h"
-#include "page/picture_box.h"
 #include "progress.h"
 
 #include <algorithm>
@@ -58,13 +58,13 @@ geometry::Box3f MovedBox(const std::vector<Vec3f>& positions, const std::vector<
             moved.push_back(positions[v]);
             moved.push_back(positions[v] + deltas[v]);
         }
-    geometry::Box3f figure = BoxToShow(positions);
+    geometry::Box3f figure = geometry::BoxToShow(positions);
     // What moves to the next town is not to be followed there.
     const Vec3f around = figure.size() * 3.0f;
     figure = {figure.min - around, figure.max + around};
     geometry::Box3f box;
     for (const Vec3f position : moved)
-        if (IsInside(position, figure))
+        if (geometry::IsInside(position, figure))
             box.include(position);
     return box;
 }

@@ -3,8 +3,8 @@
 
 #include "page/page_pictures.h"
 
+#include "geometry/picture_box.h"
 #include "geometry/picture_stage.h"
-#include "page/picture_box.h"
 
 #include <QByteArray>
 #include <nlohmann/json.hpp>
@@ -27,20 +27,8 @@ geometry::Box3f BoxOf(const std::vector<geometry::PictureItem>& items, std::size
 {
     geometry::Box3f box;
     for (const geometry::PictureItem& item : items)
-        Include(box, BoxToShow(item.mesh.positions, &farOff));
+        Include(box, geometry::BoxToShow(item.mesh, &farOff));
     return box;
-}
-
-/// What is in the upper part of a figure, without hair that hangs down.
-geometry::Box3f HeadOf(const geometry::PictureItem& figure)
-{
-    constexpr float headShare = 0.145f;
-    const geometry::Box3f whole = BoxToShow(figure.mesh.positions);
-    geometry::Box3f head;
-    for (const geometry::Vec3f position : figure.mesh.positions)
-        if (IsInside(position, whole) && position.y >= whole.max.y - headShare * (whole.max.y - whole.min.y))
-            head.include(position);
-    return head;
 }
 
 geometry::Picture Draw(const geometry::PictureStage& stage, geometry::Lighting lighting, View view,
@@ -71,7 +59,7 @@ PictureFrames FramesOf(const std::vector<std::vector<geometry::PictureItem>>& fi
     for (const auto& items : figures) {
         Include(frames.whole, BoxOf(items, frames.farOff));
         if (!items.empty())
-            Include(frames.head, HeadOf(items.front()));
+            Include(frames.head, geometry::HeadToShow(items.front().mesh));
     }
     return frames;
 }

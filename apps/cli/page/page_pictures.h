@@ -17,7 +17,7 @@ std::string DataUri(const geometry::Picture& picture);
 /// Frames in which several pictures show things alike.
 struct PictureFrames {
     geometry::Box3f whole, head; ///< cm
-    std::size_t farOff = 0;      ///< vertices that lie outside of both; see BoxToShow()
+    std::size_t farOff = 0;      ///< vertices that lie outside of both; see geometry::BoxToShow()
 };
 /// @param figures  the items of each; the head is looked for on the first
 PictureFrames FramesOf(const std::vector<std::vector<geometry::PictureItem>>& figures);

@@ -25,6 +25,7 @@ std::optional<View> ParseView(std::string_view text);
 struct Picture {
     int width = 0, height = 0;
     std::vector<std::uint8_t> rgb; ///< three bytes a pixel, top row first
+    bool isEmpty = false;          ///< no face is seen in it, only background
 };
 
 /// One mesh to draw; its owners must outlive the drawing.
@@ -47,7 +48,7 @@ struct PictureOptions {
     int width = 900, height = 1200; ///< pixels, 1 to 16384
     int samplesPerAxis = 2;         ///< antialiasing: this many squared a pixel; 1 to 16
     Lighting lighting = Lighting::Studio;
-    std::optional<Box3f> frame;          ///< cm; what to fit into the picture, the items' own box without it
+    std::optional<Box3f> frame;          ///< cm; what to fit into the picture, else as by picture_box.h
     std::optional<PictureCamera> camera; ///< instead of view and frame
 };
 
