@@ -4,6 +4,7 @@
 #include "geometry/picture_stage.h"
 
 #include "embree_device.h"
+#include "face_cuts.h"
 #include "geometry/errors.h"
 #include "geometry/normals.h"
 
@@ -11,6 +12,7 @@
 #include <array>
 #include <cassert>
 #include <cmath>
+#include <deque>
 #include <mutex>
 
 namespace geometry {
@@ -41,25 +43,32 @@ void SetRay(const Ray& ray, float from, float to, std::size_t i, RayPacket* pack
 struct Quads {
     std::vector<std::uint32_t> corners; ///< four vertices a quad; the last two are one for a triangle
     std::vector<std::uint32_t> faces;   ///< the polygon that each quad comes from
-};
 
-Quads CutIntoQuads(const Topology& topology)
-{
-    Quads quads;
-    quads.corners.reserve(4 * topology.faceCount());
-    quads.faces.reserve(topology.faceCount());
-    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
-        const base::Span<const std::uint32_t> face = topology.face(f);
+    void addFan(base::Span<const std::uint32_t> face, std::uint32_t number)
+    {
         for (std::size_t c = 2; c < face.size(); c += 2) {
-            const bool isQuad = c + 1 < face.size();
-            const std::uint32_t fourth = isQuad ? face[0] : face[c];
-            if (isQuad)
-                quads.corners.insert(quads.corners.end(), {face[c - 1], face[c], face[c + 1], fourth});
+            if (c + 1 < face.size())
+                corners.insert(corners.end(), {face[c - 1], face[c], face[c + 1], face[0]});
             else
-                quads.corners.insert(quads.corners.end(), {face[0], face[c - 1], face[c], fourth});
-            quads.faces.push_back(static_cast<std::uint32_t>(f));
+                corners.insert(corners.end(), {face[0], face[c - 1], face[c], face[c]});
+            faces.push_back(number);
         }
     }
+};
+
+Quads CutIntoQuads(const NumberedMesh& one)
+{
+    Quads quads;
+    const auto count = static_cast<std::uint32_t>(one.mesh.faceCount());
+    quads.corners.reserve(4 * one.mesh.faceCount());
+    quads.faces.reserve(count);
+    for (std::uint32_t f = 0; f < count; ++f)
+        if (one.cuts && one.cuts->find(f))
+            ForEachTriangle(one, f, [&](const std::array<std::uint32_t, 3>& corners) {
+                quads.addFan({corners.data(), 3}, f);
+            });
+        else
+            quads.addFan(one.mesh.face(f), f);
     return quads;
 }
 
@@ -122,7 +131,8 @@ struct PictureStage::Impl {
         std::size_t faces = 0;
         for (const PictureItem& item : items) {
             CheckReach(item.mesh.positions);
-            meshes.push_back({item.mesh, static_cast<std::uint32_t>(faces)});
+            const FaceCuts& cut = cuts.emplace_back(item.mesh);
+            meshes.push_back({item.mesh, static_cast<std::uint32_t>(faces), cut.isEmpty() ? nullptr : &cut});
             normals.push_back(VertexNormals(item.mesh));
             faces += item.mesh.faceCount();
             if (faces >= noFace)
@@ -143,14 +153,15 @@ struct PictureStage::Impl {
         rtcSetSceneBuildQuality(made.get(),
                                 faces > manyFaces ? RTC_BUILD_QUALITY_LOW : RTC_BUILD_QUALITY_MEDIUM);
         for (std::size_t i = 0; i < meshes.size(); ++i)
-            add(meshes[i].mesh, static_cast<unsigned>(i), made.get());
+            add(meshes[i], static_cast<unsigned>(i), made.get());
         CommitScene(made.get());
         scene = std::move(made);
     }
 
-    void add(const PolygonMeshView& mesh, unsigned id, RTCScene to)
+    void add(const NumberedMesh& one, unsigned id, RTCScene to)
     {
-        Quads quads = CutIntoQuads(*mesh.topology);
+        const PolygonMeshView& mesh = one.mesh;
+        Quads quads = CutIntoQuads(one);
         quadFaces.push_back(std::move(quads.faces));
         if (quads.corners.empty())
             return;
@@ -216,6 +227,7 @@ struct PictureStage::Impl {
     }
 
     base::Span<const PictureItem> items;
+    std::deque<FaceCuts> cuts; ///< stay where they are
     std::vector<NumberedMesh> meshes;
     std::vector<std::vector<Vec3f>> normals;
     std::once_flag isReady;
@@ -245,13 +257,12 @@ PictureStage::Hit PictureStage::hitOn(std::uint32_t number, const Ray& ray) cons
     const std::size_t item = _impl->itemOf(number);
     const NumberedMesh& one = _impl->meshes[item];
     const std::uint32_t f = number - one.firstFace;
-    const base::Span<const std::uint32_t> face = one.mesh.face(f);
     Crossing best;
-    for (std::size_t i = 2; i < face.size(); ++i) {
-        const Crossing crossing = MeetTriangle(one.mesh, {face[0], face[i - 1], face[i]}, ray);
+    ForEachTriangle(one, f, [&](const std::array<std::uint32_t, 3>& corners) {
+        const Crossing crossing = MeetTriangle(one.mesh, corners, ray);
         if (crossing.isBetterThan(best))
             best = crossing;
-    }
+    });
     if (best.inside == -INFINITY)
         return {};
     MoveInside(best);

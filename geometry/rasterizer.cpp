@@ -4,6 +4,7 @@
 #include "rasterizer.h"
 
 #include "base/cancellation.h"
+#include "face_cuts.h"
 
 #include <tbb/parallel_for.h>
 
@@ -124,11 +125,10 @@ void Rasterizer::sort(Chunk& chunk, const Band& band) const
 void Rasterizer::addClipped(Chunk& chunk, std::uint32_t f, std::vector<std::uint64_t>& placed,
                             const Band& band) const
 {
-    const PolygonMeshView& mesh = _projection.meshes()[chunk.mesh].mesh;
-    const base::Span<const std::uint32_t> face = mesh.face(f);
-    for (std::size_t i = 2; i < face.size(); ++i) {
+    const NumberedMesh& one = _projection.meshes()[chunk.mesh];
+    ForEachTriangle(one, f, [&](const std::array<std::uint32_t, 3>& corners) {
         const std::vector<RasterCorner> left = _projection.clipped(
-            {mesh.positions[face[0]], mesh.positions[face[i - 1]], mesh.positions[face[i]]});
+            {one.mesh.positions[corners[0]], one.mesh.positions[corners[1]], one.mesh.positions[corners[2]]});
         for (std::size_t k = 2; k < left.size(); ++k) {
             const RasterCorner &a = left[0], &b = left[k - 1], &c = left[k];
             band.add(std::min({a.x, b.x, c.x}), std::min({a.y, b.y, c.y}), std::max({a.x, b.x, c.x}),
@@ -136,7 +136,7 @@ void Rasterizer::addClipped(Chunk& chunk, std::uint32_t f, std::vector<std::uint
                      placed);
             chunk.clipped.push_back({{a, b, c}, f});
         }
-    }
+    });
 }
 
 void Rasterizer::drawTile(const std::vector<Chunk>& chunks, const Band& band, int tile,
@@ -151,20 +151,19 @@ void Rasterizer::drawTile(const std::vector<Chunk>& chunks, const Band& band, in
         std::fill_n(start + static_cast<std::ptrdiff_t>(row) * band.width, right - left, noFace);
     RasterTile drawn(left, top + band.first, right, bottom + band.first, start, band.width);
     for (const Chunk& chunk : chunks) {
-        const PolygonMeshView& mesh = _projection.meshes()[chunk.mesh].mesh;
-        const std::uint32_t firstFace = _projection.meshes()[chunk.mesh].firstFace;
+        const NumberedMesh& one = _projection.meshes()[chunk.mesh];
         const RasterCorner* const corners = _projection.corners(chunk.mesh).data();
         for (std::uint32_t e = chunk.tileStarts[static_cast<std::size_t>(tile)];
              e < chunk.tileStarts[static_cast<std::size_t>(tile) + 1]; ++e) {
             const std::uint32_t entry = chunk.tileEntries[e];
             if (entry & clippedBit) {
-                const Triangle& one = chunk.clipped[entry & ~clippedBit];
-                drawn.draw(one.corners[0], one.corners[1], one.corners[2], firstFace + one.face);
+                const Triangle& part = chunk.clipped[entry & ~clippedBit];
+                drawn.draw(part.corners[0], part.corners[1], part.corners[2], one.firstFace + part.face);
                 continue;
             }
-            const base::Span<const std::uint32_t> face = mesh.face(entry);
-            for (std::size_t i = 2; i < face.size(); ++i)
-                drawn.draw(corners[face[0]], corners[face[i - 1]], corners[face[i]], firstFace + entry);
+            ForEachTriangle(one, entry, [&](const std::array<std::uint32_t, 3>& three) {
+                drawn.draw(corners[three[0]], corners[three[1]], corners[three[2]], one.firstFace + entry);
+            });
         }
     }
 }

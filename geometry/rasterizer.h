@@ -10,7 +10,7 @@
 
 namespace geometry {
 
-/// Draws faces, as fans of triangles and from both sides, into a buffer of depths. They are sorted into
+/// Draws faces, from both sides, into a buffer of depths. They are sorted into
 /// square tiles first, which are drawn side by side (Molnar, Cox, Ellsworth and Fuchs, "A sorting
 /// classification of parallel rendering", 1994). The result is the same on every run and for any number of
 /// threads.

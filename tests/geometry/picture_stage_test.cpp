@@ -51,6 +51,43 @@ std::vector<std::uint32_t> Drawn(const PictureStage& stage, const PictureCamera&
     return faces;
 }
 
+using Outline = std::vector<std::array<float, 2>>;
+
+bool IsInside(const Outline& outline, float x, float y)
+{
+    bool isInside = false;
+    for (std::size_t i = 0, before = outline.size() - 1; i < outline.size(); before = i++) {
+        const auto [ax, ay] = outline[before];
+        const auto [bx, by] = outline[i];
+        if ((ay > y) != (by > y) && x < ax + (bx - ax) * (y - ay) / (by - ay))
+            isInside = !isInside;
+    }
+    return isInside;
+}
+
+/// One face, whose corners begin with one of the outline's and run either way; leaning, so that no axis is
+/// its normal.
+PolygonMesh FaceOf(const Outline& outline, std::size_t first, bool isBackwards)
+{
+    PolygonMesh mesh;
+    Topology topology;
+    std::vector<std::uint32_t> corners;
+    for (std::uint32_t i = 0; i < outline.size(); ++i) {
+        const auto [x, y] = outline[(first + (isBackwards ? outline.size() - i : i)) % outline.size()];
+        mesh.positions.push_back({x, y, 0.4f * x - 0.3f * y});
+        corners.push_back(i);
+    }
+    topology.vertexCount = static_cast<std::uint32_t>(outline.size());
+    topology.addFace(corners);
+    mesh.topology = std::make_shared<Topology>(std::move(topology));
+    return mesh;
+}
+
+const Outline arrow{{-7, -6}, {0, -1}, {7, -6}, {0, 7}};
+const Outline letter{{-6, -7}, {6, -7}, {6, -3}, {-2, -3}, {-2, 7}, {-6, 7}};
+const Outline comb{{-8, -6}, {8, -6}, {8, 6},   {5, 6},   {5, -4}, {2, -4},
+                   {2, 6},   {-2, 6}, {-2, -4}, {-5, -4}, {-5, 6}, {-8, 6}};
+
 std::uint32_t Traced(const PictureStage& stage, const Ray& ray)
 {
     const PictureStage::Hit hit = stage.trace(ray);
@@ -98,6 +135,46 @@ TEST(Rasterizer, leaves_no_holes_between_faces_and_draws_none_of_them_twice)
         ++counts[face];
     }
     EXPECT_EQ(counts, std::vector<int>(grid.faceCount(), 36));
+}
+
+TEST(Rasterizer, fills_faces_that_are_not_convex_and_nothing_beside_them)
+{
+    const SampleGrid grid{67, 61};
+    PictureCamera camera = CameraAt({0, 0, 40}, false);
+    for (const Outline& outline : {arrow, letter, comb})
+        for (std::size_t first = 0; first < outline.size(); ++first)
+            for (const bool isBackwards : {false, true}) {
+                const PolygonMesh mesh = FaceOf(outline, first, isBackwards);
+                const PictureItem item{mesh.view()};
+                const PictureStage stage({&item, 1});
+                const std::vector<std::uint32_t> drawn = Drawn(stage, camera, grid);
+                int differences = 0, untraced = 0;
+                for (int row = 0; row < grid.height; ++row)
+                    for (int column = 0; column < grid.width; ++column) {
+                        const Ray ray = camera.ray(grid.x(column), grid.y(row), grid.aspect());
+                        const bool isSeen =
+                            drawn[static_cast<std::size_t>(row * grid.width + column)] != noFace;
+                        differences += isSeen != IsInside(outline, ray.origin.x, ray.origin.y);
+                        untraced += isSeen != stage.trace(ray).isValid;
+                        if (isSeen) {
+                            EXPECT_NEAR(stage.hitOn(0, ray).position.x, ray.origin.x, 1e-3f);
+                        }
+                    }
+                EXPECT_LE(differences, 4) << "where a sample lies on an edge";
+                EXPECT_LE(untraced, 4) << "where a sample lies on an edge";
+            }
+}
+
+TEST(Rasterizer, copes_with_faces_that_cross_themselves)
+{
+    const Outline bow{{-5, -5}, {5, 5}, {5, -5}, {-5, 5}}, star{{0, 8}, {5, -7}, {-8, 3}, {8, 3}, {-5, -7}};
+    for (const Outline& outline : {bow, star}) {
+        const PolygonMesh mesh = FaceOf(outline, 0, false);
+        const PictureItem item{mesh.view()};
+        const PictureStage stage({&item, 1});
+        const std::vector<std::uint32_t> drawn = Drawn(stage, CameraAt({0, 0, 40}, false), {40, 40});
+        EXPECT_GT(std::count(drawn.begin(), drawn.end(), 0u), 100);
+    }
 }
 
 TEST(Rasterizer, draws_a_part_of_the_rows_as_it_draws_all)

@@ -46,6 +46,7 @@ TEST(Limits, in_the_table_are_those_of_the_code)
         {"farthestPosition", geometry::farthestPosition},
         {"largestPicture", geometry::largestPicture},
         {"mostCorners", geometry::mostCorners},
+        {"mostCutCorners", geometry::mostCutCorners},
         {"mostObjVertices", geometry::mostObjVertices},
         {"maxTextSize", dson::maxTextSize},
         {"memoryShare", dson::memoryShare},

@@ -18,6 +18,9 @@ constexpr int largestPicture = 16384;
 /// in 16 bits.
 constexpr std::uint32_t mostCorners = 65535;
 
+/// Corners of a face that is drawn as what it is even where it is not convex: the work grows by their cube.
+constexpr std::uint32_t mostCutCorners = 256;
+
 /// Vertices or texture coordinates of an OBJ file: its indices may be negative, so one bit is the sign.
 constexpr std::uint32_t mostObjVertices = INT32_MAX;
 

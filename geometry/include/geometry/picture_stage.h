@@ -10,10 +10,13 @@
 
 namespace geometry {
 
+class FaceCuts;
+
 /// A mesh whose faces have numbers of their own among those of several.
 struct NumberedMesh {
     PolygonMeshView mesh;
     std::uint32_t firstFace = 0;
+    const FaceCuts* cuts = nullptr; ///< of those faces that no fan fills; null where there are none
 };
 
 /// Stands where there is no face.
