@@ -41,9 +41,9 @@ float Cheeks(Vec3f p, float d)
 
 float Brow(Vec3f p, float d)
 {
-    d = RaiseBoth(d, p, {1.4f, 160.7f, 8.1f}, {4.3f, 161.1f, 6.6f}, 2.2f, 0.32f);
+    d = RaiseBoth(d, p, {1.4f, 160.7f, 8.1f}, {4.3f, 161.1f, 6.6f}, 2.7f, 0.34f);
     // The hollow of the eye, deepest beside the nose.
-    d = Raise(d, p, {2.3f, 159.2f, 7.4f}, {4.0f, 158.7f, 6.4f}, 2.1f, -0.75f);
+    d = Raise(d, p, {2.3f, 159.2f, 7.4f}, {4.0f, 158.7f, 6.4f}, 2.5f, -0.75f);
     return Raise(d, p, {1.55f, 158.9f, 7.5f}, 1.3f, -0.45f);
 }
 

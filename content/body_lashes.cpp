@@ -28,7 +28,7 @@ float RootDistance(float root, bool isUpper)
     const float outward = std::max(root - eye.x, 0.0f) / 1.5f;
     const float shell = (eyeRadius + lidThickness) * std::sqrt(std::max(1.0f - outward * outward, 0.05f));
     // Below, the lid passes into the cheek towards the nose.
-    return isUpper ? shell : shell + 0.36f * SmoothStep(3.8f, 2.2f, root);
+    return isUpper ? shell : shell + 0.23f * SmoothStep(3.8f, 2.2f, root);
 }
 
 /// Radians above the level of the ball's centre.

@@ -142,7 +142,7 @@ MeshRecipe OldGenerationRecipe()
         {{{0.0f, 159.5f, 0.0f}, 2.1f, 13.0f, 20.0f, {0.0f, 14.0f, 0.0f}, false},
          {landmarks::HandPoint(9.5f, 0.5f, 0.0f), 3.2f, 10.2f, 24.0f, {21.0f, -18.0f, 0.0f}, true},
          {{11.2f, 2.0f, 6.0f}, 2.1f, 11.5f, 16.0f, {12.0f, -13.0f, 5.0f}, true}},
-        {{{0.0f, 155.2f, 8.2f}, 1.7f, 6.0f, 12.0f, {0.0f, 0.0f, 7.0f}, false},
+        {{{0.0f, 156.2f, 8.0f}, 1.7f, 7.0f, 12.0f, {0.0f, 0.0f, 7.0f}, false},
          {{7.4f, 157.6f, -1.9f}, 1.6f, 3.4f, 8.0f, {6.0f, 0.0f, 0.0f}, true}},
         {{{0.0f, 155.0f, 9.6f}, 1.6f, 2.2f, 8.0f, {0.0f, 0.0f, 3.0f}, false}}};
     recipe.relaxRounds = 12;
@@ -159,7 +159,7 @@ MeshRecipe NewGenerationRecipe()
         {{{0.0f, 159.5f, 0.0f}, 2.2f, 13.0f, 22.0f, {0.0f, 15.0f, 0.0f}, false},
          {landmarks::HandPoint(9.5f, 0.5f, 0.0f), 2.95f, 10.2f, 24.0f, {21.0f, -18.0f, 0.0f}, true},
          {{11.2f, 2.0f, 6.0f}, 1.75f, 11.0f, 15.0f, {10.0f, -11.0f, 4.0f}, true}},
-        {{{0.0f, 155.2f, 8.2f}, 1.65f, 6.0f, 12.0f, {0.0f, 0.0f, 7.0f}, false},
+        {{{0.0f, 156.2f, 8.0f}, 1.65f, 7.0f, 12.0f, {0.0f, 0.0f, 7.0f}, false},
          {{7.4f, 157.6f, -1.9f}, 1.6f, 3.4f, 8.0f, {6.0f, 0.0f, 0.0f}, true}},
         {{{0.0f, 155.0f, 9.6f}, 1.4f, 2.2f, 8.0f, {0.0f, 0.0f, 3.0f}, false}}};
     recipe.relaxRounds = 12;

@@ -32,7 +32,7 @@ Vec3f LongerChin(Vec3f p)
 Vec3f HeavierBrow(Vec3f p)
 {
     return OnBothSides(p, [](Vec3f q) {
-        return Vec3f{0.0f, -0.25f, 0.65f} * Bump(q, {2.6f, 161.0f, 8.2f}, {2.4f, 1.1f, 2.5f});
+        return Vec3f{0.0f, -0.25f, 0.65f} * Bump(q, {2.6f, 161.0f, 8.2f}, {2.4f, 1.4f, 2.5f});
     });
 }
 
