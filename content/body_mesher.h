@@ -34,9 +34,9 @@ struct MeshRecipe {
 /// every valence at least 3. The same bytes for the same recipe, whatever the number of threads.
 geometry::PolygonMesh MeshBody(const MeshRecipe& recipe);
 
-/// Mirror-symmetric, about 17,500 vertices: the older generations' topology.
+/// Mirror-symmetric, about 18,400 vertices: the older generations' topology.
 MeshRecipe OldGenerationRecipe();
-/// Without symmetry, about 28,000 vertices: the newest generation's topology.
+/// Without symmetry, about 29,200 vertices: the newest generation's topology.
 MeshRecipe NewGenerationRecipe();
 
 } // namespace content
