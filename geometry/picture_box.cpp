@@ -35,9 +35,12 @@ Range MiddleOf(std::vector<float>& values)
 Box3f Allowed(base::Span<const Vec3f> positions)
 {
     constexpr float margin = 3.0f;
+    // Of a dense mesh a few thousand tell as much; with that margin it does not come down to a hundredth.
+    constexpr std::size_t enough = 8192;
+    const std::size_t step = 1 + positions.size() / enough;
     std::array<std::vector<float>, 3> values;
-    for (const Vec3f position : positions)
-        if (IsFinite(position)) {
+    for (std::size_t v = 0; v < positions.size(); v += step)
+        if (const Vec3f position = positions[v]; IsFinite(position)) {
             values[0].push_back(position.x);
             values[1].push_back(position.y);
             values[2].push_back(position.z);
@@ -51,17 +54,29 @@ Box3f Allowed(base::Span<const Vec3f> positions)
 }
 
 /// The positions that a face has, once each.
-std::vector<Vec3f> SeenPositions(const PolygonMeshView& mesh)
-{
-    std::vector<char> isSeen(mesh.vertexCount(), 0);
-    for (const std::uint32_t vertex : mesh.topology->cornerVertices)
-        isSeen[vertex] = 1;
-    std::vector<Vec3f> seen;
-    for (std::size_t v = 0; v < isSeen.size(); ++v)
-        if (isSeen[v])
-            seen.push_back(mesh.positions[v]);
-    return seen;
-}
+class SeenPositions {
+public:
+    explicit SeenPositions(const PolygonMeshView& mesh) : _all(mesh.positions)
+    {
+        std::vector<char> isSeen(mesh.vertexCount(), 0);
+        for (const std::uint32_t vertex : mesh.topology->cornerVertices)
+            isSeen[vertex] = 1;
+        if (std::find(isSeen.begin(), isSeen.end(), 0) == isSeen.end())
+            return;
+        for (std::size_t v = 0; v < isSeen.size(); ++v)
+            if (isSeen[v])
+                _some.push_back(mesh.positions[v]);
+        _all = _some;
+    }
+    SeenPositions(const SeenPositions&) = delete;
+    SeenPositions& operator=(const SeenPositions&) = delete;
+
+    base::Span<const Vec3f> all() const { return _all; }
+
+private:
+    base::Span<const Vec3f> _all;
+    std::vector<Vec3f> _some; ///< where not every vertex has a face
+};
 
 bool IsHead(const std::string& name)
 {
@@ -154,20 +169,21 @@ Box3f BoxToShow(base::Span<const Vec3f> positions, std::size_t* farOff)
 
 Box3f BoxToShow(const PolygonMeshView& mesh, std::size_t* farOff)
 {
-    return BoxToShow(SeenPositions(mesh), farOff);
+    return BoxToShow(SeenPositions(mesh).all(), farOff);
 }
 
 Box3f HeadToShow(const PolygonMeshView& figure)
 {
     constexpr float headShare = 0.145f; // of a grown-up, with some of the neck
-    const Box3f whole = BoxToShow(figure);
+    const SeenPositions seen(figure);
+    const Box3f whole = BoxToShow(seen.all());
     Box3f head = HeadGroup(figure, whole);
     if (!head.isEmpty() || whole.isEmpty())
         return head;
     float bottom = Widths(figure, whole).neck();
     if (bottom == whole.max.y)
         bottom = whole.max.y - headShare * (whole.max.y - whole.min.y);
-    for (const Vec3f position : SeenPositions(figure))
+    for (const Vec3f position : seen.all())
         if (IsInside(position, whole) && position.y >= bottom)
             head.include(position);
     return head;
