@@ -3,10 +3,8 @@
 
 #include "geometry/incidence.h"
 
-#include "base/cancellation.h"
+#include "for_each_index.h"
 
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
 #include <tbb/parallel_sort.h>
 
 #include <algorithm>
@@ -19,14 +17,11 @@ namespace {
 IndexLists Compact(IndexLists lists)
 {
     std::vector<std::uint32_t> kept(lists.size());
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, lists.size(), 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t row = range.begin(); row != range.end(); ++row) {
-            const auto first = lists.indices.begin() + lists.offsets[row];
-            const auto last = lists.indices.begin() + lists.offsets[row + 1];
-            std::sort(first, last);
-            kept[row] = static_cast<std::uint32_t>(std::unique(first, last) - first);
-        }
+    ForEachIndex(lists.size(), 4096, [&](std::size_t row) {
+        const auto first = lists.indices.begin() + lists.offsets[row];
+        const auto last = lists.indices.begin() + lists.offsets[row + 1];
+        std::sort(first, last);
+        kept[row] = static_cast<std::uint32_t>(std::unique(first, last) - first);
     });
     std::uint32_t end = 0;
     for (std::size_t row = 0; row < kept.size(); ++row) {
@@ -89,17 +84,14 @@ std::vector<bool> BoundaryVertices(const Topology& topology)
 {
     IndexLists ends = EdgeEnds(topology);
     std::vector<char> isBoundary(ends.size());
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, ends.size(), 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v) {
-            auto end = ends.indices.begin() + ends.offsets[v];
-            const auto last = ends.indices.begin() + ends.offsets[v + 1];
-            std::sort(end, last);
-            while (end != last && !isBoundary[v]) {
-                const auto next = std::upper_bound(end, last, *end);
-                isBoundary[v] = next - end == 1;
-                end = next;
-            }
+    ForEachIndex(ends.size(), 4096, [&](std::size_t v) {
+        auto end = ends.indices.begin() + ends.offsets[v];
+        const auto last = ends.indices.begin() + ends.offsets[v + 1];
+        std::sort(end, last);
+        while (end != last && !isBoundary[v]) {
+            const auto next = std::upper_bound(end, last, *end);
+            isBoundary[v] = next - end == 1;
+            end = next;
         }
     });
     return {isBoundary.begin(), isBoundary.end()};

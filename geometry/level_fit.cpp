@@ -3,6 +3,7 @@
 
 #include "level_fit.h"
 
+#include "for_each_index.h"
 #include "geometry/errors.h"
 
 #include <Eigen/SparseCholesky>
@@ -20,16 +21,6 @@ constexpr int maxSteps = 200;
 constexpr std::size_t mostFactorised = 60000;
 
 using Values = std::vector<Vec3f>;
-
-template <class Body>
-void ForEach(std::size_t count, const Body& body)
-{
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v)
-            body(v);
-    });
-}
 
 /// Partial sums over fixed pieces are added in order, so that the result is the same on every run.
 double DotProduct(const Values& a, const Values& b)
@@ -136,7 +127,7 @@ void LevelFit::applyMatrix(const Values& direction, Values& image)
         _steps[s]->refining().apply(base::Span<const Vec3f>(s == 0 ? direction : _values[s - 1]),
                                     base::Span<Vec3f>(_values[s]));
     gather(image);
-    ForEach(image.size(), [&](std::size_t v) { image[v] += direction[v] * float(restraint); });
+    ForEachIndex(image.size(), 4096, [&](std::size_t v) { image[v] += direction[v] * float(restraint); });
 }
 
 void LevelFit::precondition(const Values& residual, Values& scaled) const
@@ -160,14 +151,14 @@ std::vector<Vec3f> LevelFit::solve(std::vector<Vec3f> misfit, double accuracy)
     for (int step = 0; step < maxSteps && DotProduct(residual, residual) > enough; ++step) {
         applyMatrix(direction, image);
         const auto length = static_cast<float>(error / DotProduct(direction, image));
-        ForEach(count, [&](std::size_t v) {
+        ForEachIndex(count, 4096, [&](std::size_t v) {
             solution[v] += direction[v] * length;
             residual[v] -= image[v] * length;
         });
         precondition(residual, scaled);
         const double next = DotProduct(residual, scaled);
         const auto turn = static_cast<float>(next / error);
-        ForEach(count, [&](std::size_t v) { direction[v] = scaled[v] + direction[v] * turn; });
+        ForEachIndex(count, 4096, [&](std::size_t v) { direction[v] = scaled[v] + direction[v] * turn; });
         error = next;
     }
     return solution;

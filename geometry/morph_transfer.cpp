@@ -5,6 +5,7 @@
 
 #include "base/cancellation.h"
 #include "embree_device.h"
+#include "for_each_index.h"
 #include "geometry/errors.h"
 #include "geometry/transform.h"
 #include "surface_extension.h"
@@ -28,16 +29,6 @@ void CheckMesh(const PolygonMeshView& mesh, const char* which)
         if (!IsFinite(mesh.positions[v]))
             throw TopologyError("{} mesh: position of vertex {} is not finite", which, v);
     CheckReach(mesh.positions);
-}
-
-template <class Body>
-void ForVertices(std::size_t count, const Body& body)
-{
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, 8192), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v)
-            body(v);
-    });
 }
 
 /// The source vertices that a target vertex takes its value from.
@@ -96,7 +87,7 @@ struct SurfaceMap::Impl {
     void takeMatches(const SurfaceTree& tree, const std::vector<SurfacePoint>& matches)
     {
         stencils.resize(matches.size());
-        ForVertices(matches.size(), [&](std::size_t v) {
+        ForEachIndex(matches.size(), 8192, [&](std::size_t v) {
             for (std::size_t k = 0; k < 3 && matches[v].isValid(); ++k) {
                 stencils[v].vertices[k] = tree.triangles().corners[3 * std::size_t{matches[v].triangle} + k];
                 stencils[v].weights[k] = matches[v].weights[k];
@@ -107,7 +98,7 @@ struct SurfaceMap::Impl {
     void takeFaces(const SurfaceTree& tree, const std::vector<SurfacePoint>& matches)
     {
         sourceFaces.resize(matches.size());
-        ForVertices(matches.size(), [&](std::size_t v) {
+        ForEachIndex(matches.size(), 8192, [&](std::size_t v) {
             sourceFaces[v] = matches[v].isValid() ? tree.triangles().faces[matches[v].triangle] : UINT32_MAX;
         });
         const auto filled = std::count(sourceFaces.begin(), sourceFaces.end(), UINT32_MAX);
@@ -122,7 +113,7 @@ struct SurfaceMap::Impl {
             throw TopologyError("source mesh has {} vertices but {} values are given", sourceVertexCount,
                                 values.size());
         std::vector<T> result(stencils.size());
-        ForVertices(result.size(), [&](std::size_t v) {
+        ForEachIndex(result.size(), 8192, [&](std::size_t v) {
             const Stencil& s = stencils[v];
             // Relative to the first corner, so that a uniform shift arrives to the last digit.
             const T base = values[s.vertices[0]];

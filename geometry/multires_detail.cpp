@@ -3,7 +3,7 @@
 
 #include "geometry/multires_detail.h"
 
-#include "base/cancellation.h"
+#include "for_each_index.h"
 #include "geometry/deltas.h"
 #include "geometry/errors.h"
 
@@ -92,23 +92,19 @@ Vec3f CornerFrame::toLocal(Vec3f displacement) const
 std::vector<CornerFrame> CornerFrames(const Topology& cage, base::Span<const Vec3f> positions)
 {
     std::vector<CornerFrame> frames(cage.cornerCount());
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, cage.faceCount(), 2048), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t f = range.begin(); f != range.end(); ++f) {
-            const base::Span<const std::uint32_t> face = cage.face(f);
-            const std::size_t last = face.size() - 1;
-            const Vec3f origin = positions[face[0]];
-            const Vec3f normal =
-                Normalized(Cross(positions[face[1]] - origin, positions[face[last]] - origin));
-            for (std::size_t i = 0; i <= last; ++i) {
-                CornerFrame& frame = frames[cage.faceOffsets[f] + i];
-                frame.x = Normalized(positions[face[i == 0 ? last : i - 1]] - positions[face[i]]);
-                frame.n = normal;
-                frame.z = Normalized(Cross(frame.x, normal));
-                // An edge or a face without extent has no direction.
-                if (Length(frame.x) > 0.5f && Length(frame.n) > 0.5f)
-                    frame.cosine = Dot(frame.x, frame.n);
-            }
+    ForEachIndex(cage.faceCount(), 2048, [&](std::size_t f) {
+        const base::Span<const std::uint32_t> face = cage.face(f);
+        const std::size_t last = face.size() - 1;
+        const Vec3f origin = positions[face[0]];
+        const Vec3f normal = Normalized(Cross(positions[face[1]] - origin, positions[face[last]] - origin));
+        for (std::size_t i = 0; i <= last; ++i) {
+            CornerFrame& frame = frames[cage.faceOffsets[f] + i];
+            frame.x = Normalized(positions[face[i == 0 ? last : i - 1]] - positions[face[i]]);
+            frame.n = normal;
+            frame.z = Normalized(Cross(frame.x, normal));
+            // An edge or a face without extent has no direction.
+            if (Length(frame.x) > 0.5f && Length(frame.n) > 0.5f)
+                frame.cosine = Dot(frame.x, frame.n);
         }
     });
     return frames;

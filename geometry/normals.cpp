@@ -3,11 +3,8 @@
 
 #include "geometry/normals.h"
 
-#include "base/cancellation.h"
+#include "for_each_index.h"
 #include "geometry/incidence.h"
-
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
 
 #include <Eigen/Core>
 
@@ -73,15 +70,12 @@ Lanes AnglesFrom(const PolygonMeshView& mesh, base::Span<const std::uint32_t> fa
 std::vector<float> CornerAngles(const PolygonMeshView& mesh)
 {
     std::vector<float> angles(mesh.topology->cornerCount());
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, mesh.faceCount(), 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t f = range.begin(); f != range.end(); ++f) {
-            const base::Span<const std::uint32_t> face = mesh.face(f);
-            float* const own = angles.data() + mesh.topology->faceOffsets[f];
-            for (std::size_t first = 0; first < face.size(); first += 4) {
-                const Lanes found = AnglesFrom(mesh, face, first);
-                std::copy_n(found.data(), std::min<std::size_t>(4, face.size() - first), own + first);
-            }
+    ForEachIndex(mesh.faceCount(), 4096, [&](std::size_t f) {
+        const base::Span<const std::uint32_t> face = mesh.face(f);
+        float* const own = angles.data() + mesh.topology->faceOffsets[f];
+        for (std::size_t first = 0; first < face.size(); first += 4) {
+            const Lanes found = AnglesFrom(mesh, face, first);
+            std::copy_n(found.data(), std::min<std::size_t>(4, face.size() - first), own + first);
         }
     });
     return angles;
@@ -92,11 +86,7 @@ std::vector<float> CornerAngles(const PolygonMeshView& mesh)
 std::vector<Vec3f> FaceNormals(const PolygonMeshView& mesh)
 {
     std::vector<Vec3f> normals(mesh.faceCount());
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, normals.size(), 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t f = range.begin(); f != range.end(); ++f)
-            normals[f] = NewellNormal(mesh, f);
-    });
+    ForEachIndex(normals.size(), 4096, [&](std::size_t f) { normals[f] = NewellNormal(mesh, f); });
     return normals;
 }
 
@@ -107,20 +97,17 @@ std::vector<Vec3f> VertexNormals(const PolygonMeshView& mesh)
     const std::vector<float> angles = CornerAngles(mesh);
     const IndexLists vertexFaces = VertexFaces(*mesh.topology);
     std::vector<Vec3f> normals(mesh.vertexCount());
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, normals.size(), 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v) {
-            Vec3f sum;
-            std::uint32_t last = UINT32_MAX;
-            for (const std::uint32_t f : vertexFaces[v]) {
-                const base::Span<const std::uint32_t> face = mesh.face(f);
-                for (std::size_t c = 0; c < face.size() && f != last; ++c)
-                    if (face[c] == v)
-                        sum += faceNormals[f] * angles[mesh.topology->faceOffsets[f] + c];
-                last = f; // a face that visits the vertex twice stands twice in a row
-            }
-            normals[v] = Normalized(sum);
+    ForEachIndex(normals.size(), 4096, [&](std::size_t v) {
+        Vec3f sum;
+        std::uint32_t last = UINT32_MAX;
+        for (const std::uint32_t f : vertexFaces[v]) {
+            const base::Span<const std::uint32_t> face = mesh.face(f);
+            for (std::size_t c = 0; c < face.size() && f != last; ++c)
+                if (face[c] == v)
+                    sum += faceNormals[f] * angles[mesh.topology->faceOffsets[f] + c];
+            last = f; // a face that visits the vertex twice stands twice in a row
         }
+        normals[v] = Normalized(sum);
     });
     return normals;
 }

@@ -3,12 +3,9 @@
 
 #include "obj_recall.h"
 
-#include "base/cancellation.h"
+#include "for_each_index.h"
 #include "obj_chunk.h"
 #include "obj_number.h"
-
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
 
 #include <algorithm>
 #include <atomic>
@@ -159,11 +156,9 @@ std::optional<std::vector<Vec3f>> RecallPositions(const WrittenObj& written, con
     const std::vector<Vec3f>& from = written.mesh.positions;
     std::vector<Vec3f> positions(from.size());
     std::atomic<bool> areKnown = true;
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, from.size(), 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v)
-            if (!placement.apply(from[v], positions[v]))
-                areKnown = false;
+    ForEachIndex(from.size(), 4096, [&](std::size_t v) {
+        if (!placement.apply(from[v], positions[v]))
+            areKnown = false;
     });
     if (!areKnown)
         return std::nullopt;

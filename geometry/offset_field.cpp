@@ -3,7 +3,7 @@
 
 #include "offset_field.h"
 
-#include "base/cancellation.h"
+#include "for_each_index.h"
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
@@ -21,16 +21,6 @@ constexpr float stiffness = 16.0f;
 constexpr float slideWeight = 0.5f;
 constexpr int maxSteps = 40;
 constexpr double tolerance = 1e-2; ///< of the residual; the next round moves the goals by more
-
-template <class Body>
-void ForVertices(std::size_t count, const Body& body)
-{
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, 2048), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v)
-            body(v);
-    });
-}
 
 /// Partial sums over fixed pieces are added in order, so that the result is the same on every run.
 double DotProduct(const std::vector<Vec3f>& a, const std::vector<Vec3f>& b)
@@ -58,13 +48,13 @@ public:
     /// goals' part plus stiffness times (Laplacian transposed times Laplacian)
     void apply(const std::vector<Vec3f>& x, std::vector<Vec3f>& result)
     {
-        ForVertices(x.size(), [&](std::size_t v) {
+        ForEachIndex(x.size(), 2048, [&](std::size_t v) {
             Vec3f sum;
             for (const std::uint32_t w : _neighbours[v])
                 sum += x[w];
             _bends[v] = _neighbours[v].empty() ? Vec3f{} : x[v] - sum * _inverseDegrees[v];
         });
-        ForVertices(x.size(), [&](std::size_t v) {
+        ForEachIndex(x.size(), 2048, [&](std::size_t v) {
             Vec3f bend = _bends[v];
             for (const std::uint32_t w : _neighbours[v])
                 bend -= _bends[w] * _inverseDegrees[w];
@@ -105,7 +95,7 @@ std::vector<Vec3f> SmoothOffsets(const IndexLists& neighbours, base::Span<const 
     OffsetSystem system(neighbours, goals);
     std::vector<Vec3f> x = std::move(start), residual(count), scaled(count), direction(count), image(count);
     system.apply(x, image);
-    ForVertices(count, [&](std::size_t v) {
+    ForEachIndex(count, 2048, [&](std::size_t v) {
         residual[v] = system.pullOfGoal(v) - image[v];
         direction[v] = scaled[v] = system.precondition(v, residual[v]);
     });
@@ -114,14 +104,14 @@ std::vector<Vec3f> SmoothOffsets(const IndexLists& neighbours, base::Span<const 
     for (int step = 0; step < maxSteps && error > enough; ++step) {
         system.apply(direction, image);
         const float length = static_cast<float>(error / DotProduct(direction, image));
-        ForVertices(count, [&](std::size_t v) {
+        ForEachIndex(count, 2048, [&](std::size_t v) {
             x[v] += direction[v] * length;
             residual[v] -= image[v] * length;
             scaled[v] = system.precondition(v, residual[v]);
         });
         const double next = DotProduct(residual, scaled);
         const float turn = static_cast<float>(next / error);
-        ForVertices(count, [&](std::size_t v) { direction[v] = scaled[v] + direction[v] * turn; });
+        ForEachIndex(count, 2048, [&](std::size_t v) { direction[v] = scaled[v] + direction[v] * turn; });
         error = next;
     }
     return x;

@@ -3,11 +3,8 @@
 
 #include "geometry/polygon_mesh.h"
 
-#include "base/cancellation.h"
+#include "for_each_index.h"
 #include "geometry/errors.h"
-
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
 
 namespace geometry {
 
@@ -59,17 +56,13 @@ Triangles Triangulate(const Topology& topology)
     const std::size_t count = topology.cornerCount() - 2 * topology.faceCount();
     result.corners.resize(3 * count);
     result.faces.resize(count);
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, topology.faceCount(), 8192), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t f = range.begin(); f != range.end(); ++f) {
-            const base::Span<const std::uint32_t> face = topology.face(f);
-            std::size_t triangle =
-                topology.faceOffsets[f] - 2 * f; // each face before has two fewer than corners
-            for (std::size_t c = 2; c < face.size(); ++c, ++triangle) {
-                std::uint32_t* const corners = result.corners.data() + 3 * triangle;
-                corners[0] = face[0], corners[1] = face[c - 1], corners[2] = face[c];
-                result.faces[triangle] = static_cast<std::uint32_t>(f);
-            }
+    ForEachIndex(topology.faceCount(), 8192, [&](std::size_t f) {
+        const base::Span<const std::uint32_t> face = topology.face(f);
+        std::size_t triangle = topology.faceOffsets[f] - 2 * f; // each face before has two fewer than corners
+        for (std::size_t c = 2; c < face.size(); ++c, ++triangle) {
+            std::uint32_t* const corners = result.corners.data() + 3 * triangle;
+            corners[0] = face[0], corners[1] = face[c - 1], corners[2] = face[c];
+            result.faces[triangle] = static_cast<std::uint32_t>(f);
         }
     });
     return result;

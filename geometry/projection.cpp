@@ -3,10 +3,7 @@
 
 #include "projection.h"
 
-#include "base/cancellation.h"
-
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
+#include "for_each_index.h"
 
 #include <algorithm>
 #include <cmath>
@@ -62,11 +59,8 @@ Projection::Projection(base::Span<const NumberedMesh> meshes, const PictureCamer
     }
     for (const NumberedMesh& one : meshes) {
         std::vector<RasterCorner>& corners = _corners.emplace_back(one.mesh.vertexCount());
-        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, corners.size(), 8192), [&](const auto& range) {
-            base::ThrowIfCancelled();
-            for (std::size_t v = range.begin(); v != range.end(); ++v)
-                corners[v] = project(one.mesh.positions[v]);
-        });
+        ForEachIndex(corners.size(), 8192,
+                     [&](std::size_t v) { corners[v] = project(one.mesh.positions[v]); });
     }
 }
 

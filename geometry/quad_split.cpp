@@ -4,6 +4,7 @@
 #include "geometry/quad_split.h"
 
 #include "base/cancellation.h"
+#include "for_each_index.h"
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
@@ -142,23 +143,20 @@ std::vector<Vec3f> QuadSplit::spread(base::Span<const Vec3f> coarse) const
 {
     assert(coarse.size() == _fineOfCoarse.size());
     std::vector<Vec3f> values(_corners.size());
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, values.size(), 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v) {
-            if (_corners[v] == none)
-                continue;
-            const Place place = PlaceOf(_corners[v]);
-            const auto at = [&](std::uint32_t corner) {
-                return coarse[_coarse.cornerVertices[4 * place.group + (corner & 3)]];
-            };
-            const std::uint32_t i = place.child;
-            if (place.role == Role::Corner)
-                values[v] = at(i);
-            else if (place.role == Role::Center)
-                values[v] = (at(0) + at(1) + at(2) + at(3)) * 0.25f;
-            else
-                values[v] = (at(i) + at(place.role == Role::EdgeAfter ? i + 1 : i + 3)) * 0.5f;
-        }
+    ForEachIndex(values.size(), 4096, [&](std::size_t v) {
+        if (_corners[v] == none)
+            return;
+        const Place place = PlaceOf(_corners[v]);
+        const auto at = [&](std::uint32_t corner) {
+            return coarse[_coarse.cornerVertices[4 * place.group + (corner & 3)]];
+        };
+        const std::uint32_t i = place.child;
+        if (place.role == Role::Corner)
+            values[v] = at(i);
+        else if (place.role == Role::Center)
+            values[v] = (at(0) + at(1) + at(2) + at(3)) * 0.25f;
+        else
+            values[v] = (at(i) + at(place.role == Role::EdgeAfter ? i + 1 : i + 3)) * 0.5f;
     });
     return values;
 }

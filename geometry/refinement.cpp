@@ -3,6 +3,7 @@
 
 #include "refinement.h"
 
+#include "for_each_index.h"
 #include "geometry/errors.h"
 
 #include <algorithm>
@@ -24,16 +25,6 @@ std::size_t HashOf(base::Span<const SparseRows::Entry> row)
 }
 
 constexpr std::memory_order relaxed = std::memory_order_relaxed;
-
-template <class Body>
-void ForEachRow(std::size_t count, const Body& body)
-{
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, 8192), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t i = range.begin(); i != range.end(); ++i)
-            body(i);
-    });
-}
 
 } // namespace
 
@@ -146,7 +137,7 @@ SparseRows JoinRows(std::vector<RowPiece>&& pieces, std::uint32_t sourceCount)
 SparseRows SparseRows::transposed() const
 {
     std::vector<std::atomic<std::uint32_t>> next(_sourceCount);
-    ForEachRow(_sources.size(), [&](std::size_t i) { next[_sources[i]].fetch_add(1, relaxed); });
+    ForEachIndex(_sources.size(), 8192, [&](std::size_t i) { next[_sources[i]].fetch_add(1, relaxed); });
     std::vector<std::uint32_t> offsets(_sourceCount + std::size_t{1}, 0);
     for (std::size_t s = 0; s < _sourceCount; ++s) {
         offsets[s + 1] = offsets[s] + next[s].load(relaxed);
@@ -154,7 +145,7 @@ SparseRows SparseRows::transposed() const
     }
     // Not set to zero first: that would take one thread longer than all of them take to fill them.
     std::unique_ptr<Entry[]> entries(new Entry[_sources.size()]);
-    ForEachRow(size(), [&](std::size_t row) {
+    ForEachIndex(size(), 8192, [&](std::size_t row) {
         forEachEntry(row, [&](std::uint32_t source, float weight) {
             entries[next[source].fetch_add(1, relaxed)] = {static_cast<std::uint32_t>(row), weight};
         });

@@ -4,11 +4,8 @@
 #include "geometry/skinning.h"
 
 #include "axis_turns.h"
-#include "base/cancellation.h"
+#include "for_each_index.h"
 #include "geometry/errors.h"
-
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
 
 #include <cassert>
 #include <optional>
@@ -242,13 +239,10 @@ std::vector<Vec3f> MapVertices(base::Span<const Vec3f> positions, const SkinWeig
     const std::optional<AxisTurns> axes =
         blend.axisWeights ? std::make_optional<AxisTurns>(poses, *blend.axisWeights) : std::nullopt;
     std::vector<Vec3f> result(positions.begin(), positions.end());
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, result.size(), 1024), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v) {
-            const VertexBlend vertex(terms, weights, blend, axes ? &*axes : nullptr, v);
-            if (!vertex.isRest())
-                result[v] = apply(vertex.map(), result[v]);
-        }
+    ForEachIndex(result.size(), 1024, [&](std::size_t v) {
+        const VertexBlend vertex(terms, weights, blend, axes ? &*axes : nullptr, v);
+        if (!vertex.isRest())
+            result[v] = apply(vertex.map(), result[v]);
     });
     return result;
 }

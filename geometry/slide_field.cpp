@@ -4,11 +4,10 @@
 #include "slide_field.h"
 
 #include "base/cancellation.h"
+#include "for_each_index.h"
 #include "geometry/transform.h"
 
 #include <Eigen/LU>
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
 
 #include <algorithm>
 #include <cmath>
@@ -32,26 +31,16 @@ constexpr int maxSteps = 40;
 constexpr double tolerance = 3e-3; ///< of the squared residual; the next matches move by more
 
 template <class Body>
-void ForAll(std::size_t count, std::size_t grain, const Body& body)
-{
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, grain), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t i = range.begin(); i != range.end(); ++i)
-            body(i);
-    });
-}
-
-template <class Body>
 void ForVertices(std::size_t count, const Body& body)
 {
-    ForAll(count, 1024, body);
+    ForEachIndex(count, 1024, body);
 }
 
 /// Of which each has hundreds of vertices.
 template <class Body>
 void ForControls(std::size_t count, const Body& body)
 {
-    ForAll(count, 16, body);
+    ForEachIndex(count, 16, body);
 }
 
 /// In order, so that the result is the same on every run; control points are few.

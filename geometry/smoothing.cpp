@@ -3,11 +3,8 @@
 
 #include "geometry/smoothing.h"
 
-#include "base/cancellation.h"
+#include "for_each_index.h"
 #include "geometry/normals.h"
-
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
 
 #include <algorithm>
 #include <cassert>
@@ -68,11 +65,7 @@ IndexLists SmoothingNeighbours(const Topology& topology)
 template <class Visit>
 void ForEachVertex(std::size_t count, Visit visit)
 {
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v)
-            visit(v);
-    });
+    ForEachIndex(count, 4096, [&](std::size_t v) { visit(v); });
 }
 
 /// A right-angled frame on the surface: its normal and the direction of one neighbour along it.

@@ -3,9 +3,9 @@
 
 #include "geometry/subdivision.h"
 
-#include "base/cancellation.h"
 #include "catmark_refiner.h"
 #include "catmark_rows.h"
+#include "for_each_index.h"
 #include "geometry/errors.h"
 #include "known_fits.h"
 #include "level_fit.h"
@@ -42,19 +42,16 @@ std::shared_ptr<const Topology> LevelTopology(const Far::TopologyLevel& refined,
     topology->surfaceNames = cage.surfaceNames;
     topology->faceGroups.resize(cage.faceGroups.empty() ? 0 : faces);
     topology->faceSurfaces.resize(cage.faceSurfaces.empty() ? 0 : faces);
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, faces, 8192), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t f = range.begin(); f != range.end(); ++f) {
-            const Far::ConstIndexArray corners = refined.GetFaceVertices(static_cast<int>(f));
-            for (int c = 0; c < 4; ++c)
-                topology->cornerVertices[4 * f + static_cast<std::size_t>(c)] =
-                    static_cast<std::uint32_t>(corners[c]);
-            topology->faceOffsets[f + 1] = static_cast<std::uint32_t>(4 * (f + 1));
-            if (!cage.faceGroups.empty())
-                topology->faceGroups[f] = cage.faceGroups[cageFaces[f]];
-            if (!cage.faceSurfaces.empty())
-                topology->faceSurfaces[f] = cage.faceSurfaces[cageFaces[f]];
-        }
+    ForEachIndex(faces, 8192, [&](std::size_t f) {
+        const Far::ConstIndexArray corners = refined.GetFaceVertices(static_cast<int>(f));
+        for (int c = 0; c < 4; ++c)
+            topology->cornerVertices[4 * f + static_cast<std::size_t>(c)] =
+                static_cast<std::uint32_t>(corners[c]);
+        topology->faceOffsets[f + 1] = static_cast<std::uint32_t>(4 * (f + 1));
+        if (!cage.faceGroups.empty())
+            topology->faceGroups[f] = cage.faceGroups[cageFaces[f]];
+        if (!cage.faceSurfaces.empty())
+            topology->faceSurfaces[f] = cage.faceSurfaces[cageFaces[f]];
     });
     return topology;
 }

@@ -4,6 +4,7 @@
 #include "surface_match.h"
 
 #include "base/cancellation.h"
+#include "for_each_index.h"
 #include "geometry/normals.h"
 #include "geometry/quad_split.h"
 #include "offset_field.h"
@@ -39,22 +40,16 @@ constexpr float farthestFromNeighbours = 1.5f;
 std::vector<float> MeanEdgeLengths(base::Span<const Vec3f> positions, const IndexLists& neighbours)
 {
     std::vector<float> own(positions.size()), smoothed(positions.size());
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, own.size(), 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v) {
-            for (const std::uint32_t w : neighbours[v])
-                own[v] += Length(positions[w] - positions[v]);
-            own[v] /= static_cast<float>(std::max<std::size_t>(neighbours[v].size(), 1));
-        }
+    ForEachIndex(own.size(), 4096, [&](std::size_t v) {
+        for (const std::uint32_t w : neighbours[v])
+            own[v] += Length(positions[w] - positions[v]);
+        own[v] /= static_cast<float>(std::max<std::size_t>(neighbours[v].size(), 1));
     });
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, own.size(), 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v) {
-            smoothed[v] = own[v];
-            for (const std::uint32_t w : neighbours[v])
-                smoothed[v] += own[w];
-            smoothed[v] /= static_cast<float>(neighbours[v].size() + 1);
-        }
+    ForEachIndex(own.size(), 4096, [&](std::size_t v) {
+        smoothed[v] = own[v];
+        for (const std::uint32_t w : neighbours[v])
+            smoothed[v] += own[w];
+        smoothed[v] /= static_cast<float>(neighbours[v].size() + 1);
     });
     return smoothed;
 }
@@ -151,14 +146,12 @@ private:
     std::vector<OffsetGoal> goals() const
     {
         std::vector<OffsetGoal> result(_matches.size());
-        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, result.size(), 2048), [&](const auto& range) {
-            base::ThrowIfCancelled();
-            for (std::size_t v = range.begin(); v != range.end(); ++v)
-                if (_matches[v].isValid()) {
-                    const float cosine = std::max(agreement(v, _matches[v]), 0.0f);
-                    result[v] = {_matches[v].position - _target.mesh.positions[v], sourceNormal(_matches[v]),
-                                 cosine * cosine};
-                }
+        ForEachIndex(result.size(), 2048, [&](std::size_t v) {
+            if (_matches[v].isValid()) {
+                const float cosine = std::max(agreement(v, _matches[v]), 0.0f);
+                result[v] = {_matches[v].position - _target.mesh.positions[v], sourceNormal(_matches[v]),
+                             cosine * cosine};
+            }
         });
         return result;
     }
@@ -166,10 +159,8 @@ private:
     void dropDoubtful()
     {
         std::vector<char> doubtful(_matches.size());
-        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, doubtful.size(), 2048), [&](const auto& range) {
-            base::ThrowIfCancelled();
-            for (std::size_t v = range.begin(); v != range.end(); ++v)
-                doubtful[v] = _matches[v].isValid() && (isFar(v) || isOffTheEdge(v) || isAlone(v));
+        ForEachIndex(doubtful.size(), 2048, [&](std::size_t v) {
+            doubtful[v] = _matches[v].isValid() && (isFar(v) || isOffTheEdge(v) || isAlone(v));
         });
         for (std::size_t v = 0; v < _matches.size(); ++v)
             if (doubtful[v])
@@ -223,15 +214,12 @@ private:
 std::vector<Vec3f> Averaged(const IndexLists& neighbours, const std::vector<Vec3f>& values)
 {
     std::vector<Vec3f> result(values.size());
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, values.size(), 4096), [&](const auto& range) {
-        base::ThrowIfCancelled();
-        for (std::size_t v = range.begin(); v != range.end(); ++v) {
-            Vec3f sum;
-            for (const std::uint32_t w : neighbours[v])
-                sum += values[w];
-            const auto count = static_cast<float>(neighbours[v].size());
-            result[v] = count > 0.0f ? (values[v] + sum * (1.0f / count)) * 0.5f : values[v];
-        }
+    ForEachIndex(values.size(), 4096, [&](std::size_t v) {
+        Vec3f sum;
+        for (const std::uint32_t w : neighbours[v])
+            sum += values[w];
+        const auto count = static_cast<float>(neighbours[v].size());
+        result[v] = count > 0.0f ? (values[v] + sum * (1.0f / count)) * 0.5f : values[v];
     });
     return result;
 }
