@@ -11,6 +11,7 @@
 #include "pane_user_files.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QSplitter>
 #include <QTreeWidget>
@@ -20,6 +21,13 @@ namespace {
 
 constexpr int pathRole = Qt::UserRole;
 constexpr int isReadRole = Qt::UserRole + 1;
+constexpr QDir::Filters subfolders = QDir::Dirs | QDir::NoDotAndDotDot;
+
+/// As soon as one is met, however much else the folder holds.
+bool HasSubfolders(const QString& folder)
+{
+    return QDirIterator(folder, subfolders).hasNext();
+}
 
 } // namespace
 
@@ -88,7 +96,8 @@ QTreeWidgetItem* DzContentLibraryPane::addFolder(QTreeWidgetItem& parent, const 
     item->setData(0, pathRole, path);
     item->setToolTip(0, path);
     // What is below is read when it is to be seen.
-    item->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
+    if (HasSubfolders(path))
+        item->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
     return item;
 }
 
@@ -98,8 +107,7 @@ void DzContentLibraryPane::addSubfolders(QTreeWidgetItem* item)
         return;
     item->setData(0, isReadRole, true);
     const QDir folder(item->data(0, pathRole).toString());
-    for (const QString& name :
-         folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase))
+    for (const QString& name : folder.entryList(subfolders, QDir::Name | QDir::IgnoreCase))
         addFolder(*item, name, folder.filePath(name));
     item->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
 }

@@ -99,6 +99,19 @@ TEST_F(ContentPanesTest, show_folders_and_the_user_files_in_them)
     EXPECT_EQ(names(listOf(pane)), "") << "the data behind user files";
 }
 
+TEST_F(ContentPanesTest, have_arrows_on_folders_with_subfolders_alone)
+{
+    auto& pane = show<DzContentLibraryPane>();
+    const auto hasArrow = [&pane](const char* folder) {
+        EXPECT_TRUE(pane.browseToCategory(QLatin1String(folder))) << folder;
+        const QTreeWidgetItem& item = *treeOf(pane).currentItem();
+        return item.childIndicatorPolicy() == QTreeWidgetItem::ShowIndicator || item.childCount() > 0;
+    };
+    EXPECT_TRUE(hasArrow("People/Mini"));
+    EXPECT_FALSE(hasArrow("People/Mini/Poses"));
+    EXPECT_FALSE(hasArrow("Things/Chairs"));
+}
+
 TEST_F(ContentPanesTest, tell_what_is_selected_in_the_lists_order)
 {
     auto& pane = show<DzContentLibraryPane>();
