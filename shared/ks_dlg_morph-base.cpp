@@ -16,6 +16,8 @@
 #include <QTreeWidget>
 #include <QTreeWidgetItem>
 
+#include <fmt/format.h>
+
 #include <dznode.h>
 #include <dzpropertygrouptree.h>
 
@@ -114,6 +116,12 @@ bool MorphPathDialogBase::isPropertyPathValid() const
 {
     const QString path = _pEdit->text();
     return path.size() >= shortestPath && path.startsWith(QLatin1Char('/'));
+}
+
+QString MorphPathDialogBase::propertyPathRule()
+{
+    return str::ToQ(fmt::format("A morph path begins with {} and has at least {} characters.",
+                                str::Quote("/"), shortestPath));
 }
 
 void MorphPathDialogBase::slotTreeWidgetPathsCurrentItemChanged(QTreeWidgetItem* current, QTreeWidgetItem*)

@@ -56,6 +56,7 @@ public:
     void insertPropertyPaths(DzNode& node, const std::vector<std::string>& initialParts);
     /// At least six characters that begin with "/".
     bool isPropertyPathValid() const;
+    static QString propertyPathRule(); ///< the same as a sentence for the user
 
 protected:
     /// Called after each change of the path.

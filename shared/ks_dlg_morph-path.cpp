@@ -4,6 +4,7 @@
 #include "ks_dlg_morph-path.h"
 
 #include "ks_gui_button.h"
+#include "ks_gui_style.h"
 #include "ks_product.h"
 #include "ks_string.h"
 
@@ -13,6 +14,7 @@
 
 #include <QFontMetrics>
 #include <QHeaderView>
+#include <QLabel>
 #include <QList>
 #include <QPushButton>
 
@@ -29,6 +31,7 @@ const int fewestLines = 4;
 class MorphPathDialog::Impl {
 public:
     Ui_MorphPathDialog ui;
+    QLabel* pRule = nullptr; ///< shown while the path breaks it
 };
 
 MorphPathDialog::MorphPathDialog(QWidget* parent, DzNode& node, std::string_view initialPath,
@@ -39,7 +42,9 @@ MorphPathDialog::MorphPathDialog(QWidget* parent, DzNode& node, std::string_view
     ui.setupUi(this);
     const int formWidth = width(); // before a remembered one, which may be wider, takes its place
     initCommon("Morph property path", str::ToQ(product::TITLE), QLatin1String(windowPosKey));
+    addRule();
     makeRoom(formWidth);
+    _pImpl->pRule->hide();
     connectButtonBox(ui.pButtonBox);
     initializePropertyPaths(*ui.pTreeWidgetPropertyPaths, *ui.pledMorphPropertyPath);
     insertPropertyPaths(node, str::ExplodeVector(initialPath, "/", false, false));
@@ -48,6 +53,17 @@ MorphPathDialog::MorphPathDialog(QWidget* parent, DzNode& node, std::string_view
 }
 
 MorphPathDialog::~MorphPathDialog() = default;
+
+void MorphPathDialog::addRule()
+{
+    QLabel* const pRule = new QLabel(propertyPathRule(), this);
+    pRule->setObjectName(QLatin1String("plblPathRule"));
+    pRule->setWordWrap(true);
+    gui::MakeLabelForegroundOrange(*pRule);
+    QVBoxLayout& column = *_pImpl->ui.verticalLayout;
+    column.insertWidget(column.indexOf(_pImpl->ui.pButtonBox), pRule);
+    _pImpl->pRule = pRule;
+}
 
 void MorphPathDialog::makeRoom(int formWidth)
 {
@@ -70,7 +86,9 @@ std::string MorphPathDialog::getPropertyPathFromLineEdit() const
 
 void MorphPathDialog::enableDisableWidgets()
 {
-    _pImpl->ui.pButtonBox->button(QDialogButtonBox::Ok)->setEnabled(isPropertyPathValid());
+    const bool isValid = isPropertyPathValid();
+    _pImpl->ui.pButtonBox->button(QDialogButtonBox::Ok)->setEnabled(isValid);
+    _pImpl->pRule->setVisible(!isValid);
 }
 
 } // namespace kst

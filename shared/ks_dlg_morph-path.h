@@ -28,6 +28,7 @@ protected:
     void enableDisableWidgets() override;
 
 private:
+    void addRule();
     void makeRoom(int formWidth);
 
     class Impl;

@@ -267,6 +267,27 @@ TEST_F(MorphPathDialog, takes_paths_of_six_characters_and_more_that_begin_with_a
     }
 }
 
+TEST_F(MorphPathDialog, says_why_it_refuses_a_path)
+{
+    node.addProperty(new DzFloatProperty(QStringLiteral("Short"), true, false));
+    node.findProperty(QStringLiteral("Short"))->setPath(QStringLiteral("/Head"));
+    open("/Gantrel");
+    const auto& rule = *dialog->findChild<QLabel*>(QStringLiteral("plblPathRule"));
+    EXPECT_FALSE(rule.isVisible());
+    const auto found = tree().findItems(QStringLiteral("Head"), Qt::MatchExactly);
+    ASSERT_EQ(found.size(), 1);
+    tree().setCurrentItem(found.first());
+    EXPECT_FALSE(ok().isEnabled());
+    EXPECT_TRUE(rule.isVisible());
+    EXPECT_EQ(ToStd(rule.text()),
+              "A morph path begins with \xE2\x80\x9C/\xE2\x80\x9D and has at least 6 characters.");
+    QCoreApplication::processEvents();
+    EXPECT_GE(rule.height(), rule.heightForWidth(rule.width())) << "it shows whole";
+    SavePicture(*dialog, "morph-path-refused");
+    type("/Heads");
+    EXPECT_FALSE(rule.isVisible());
+}
+
 TEST_F(MorphPathDialog, gives_the_line_as_it_stands)
 {
     open("/Gantrel");
