@@ -59,6 +59,7 @@ void DzHierarchyPane::build()
     _tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
     _tree->setEditTriggers(QAbstractItemView::EditKeyPressed);
     _tree->setUniformRowHeights(true);
+    _tree->setTextElideMode(Qt::ElideMiddle); // names often differ at their end
     _tree->header()->setStretchLastSection(false);
     _tree->header()->setSectionResizeMode(Label, QHeaderView::Stretch);
     _tree->header()->setSectionResizeMode(Visible, QHeaderView::ResizeToContents);

@@ -46,6 +46,7 @@ AssetList::AssetList(QWidget* parent) : QListWidget(parent)
 {
     setSelectionMode(ExtendedSelection);
     setUniformItemSizes(true);
+    setTextElideMode(Qt::ElideMiddle); // names often differ at their end
     connect(this, SIGNAL(itemActivated(QListWidgetItem*)), SLOT(openSelected()), Qt::QueuedConnection);
 }
 

@@ -21,7 +21,7 @@
 
 namespace openhost {
 
-/// One line of text that ends in dots where it does not fit.
+/// One line of text with dots in its middle where it does not fit: names often differ at their end.
 class PropertyEditor::ShortLabel : public QWidget {
 public:
     explicit ShortLabel(QWidget* parent) : QWidget(parent)
@@ -38,7 +38,7 @@ protected:
     void paintEvent(QPaintEvent*) override
     {
         QPainter painter(this);
-        const QString shown = fontMetrics().elidedText(_text, Qt::ElideRight, width());
+        const QString shown = fontMetrics().elidedText(_text, Qt::ElideMiddle, width());
         style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
                               shown, foregroundRole());
     }

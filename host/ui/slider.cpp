@@ -59,11 +59,10 @@ struct DzSlider::Impl {
 
     QString widestText() const
     {
-        QString widest = QLatin1String("--");
+        // Of all usual limits those of places go furthest; sliders of any usual ones shall line up.
+        QString widest = QLatin1String("-10000.0");
         const QFontMetrics metrics = slider.fontMetrics();
-        // Percentages mostly go to 100 on one side or on both; their sliders shall line up.
-        const double usual = asPercent ? -1.0 : number;
-        for (const double value : {min, max, number, defaultNumber, usual}) {
+        for (const double value : {min, max, number, defaultNumber}) {
             const QString text = format(value);
             if (metrics.horizontalAdvance(text) > metrics.horizontalAdvance(widest))
                 widest = text;

@@ -156,6 +156,18 @@ TEST_F(HierarchyPaneTest, takes_a_new_label)
     EXPECT_NE(item("Stool"), nullptr);
 }
 
+TEST_F(HierarchyPaneTest, shows_both_ends_of_names_that_have_no_room)
+{
+    const std::string longName(80, 'n');
+    addNode((longName + " Head").c_str());
+    addNode((longName + " Body").c_str());
+    settle();
+    const auto pictureOf = [this](int row) {
+        return tree().viewport()->grab(tree().visualItemRect(tree().topLevelItem(row))).toImage();
+    };
+    EXPECT_NE(pictureOf(0), pictureOf(1));
+}
+
 TEST_F(HierarchyPaneTest, looks_well_at_any_font)
 {
     DzNode& figure = addNode("Figure with a label that is too long for the pane to show");

@@ -130,6 +130,40 @@ TEST_F(ParametersPaneTest, shows_the_chosen_groups_properties_and_those_below)
     EXPECT_GT(rows().count(), 10) << "translations and the like";
 }
 
+TEST_F(ParametersPaneTest, shows_both_ends_of_names_that_have_no_room)
+{
+    DzNode& chair = addNode("Chair");
+    const std::string longName(60, 'n');
+    DzFloatProperty& head = addDial(chair, (longName + " Head").c_str());
+    DzFloatProperty& body = addDial(chair, (longName + " Body").c_str());
+    chair.select();
+    settle();
+    tree().setCurrentItem(item("Actor"));
+    ASSERT_NE(rowOf(head), nullptr);
+    ASSERT_NE(rowOf(body), nullptr);
+    EXPECT_NE(rowOf(head)->grab().toImage(), rowOf(body)->grab().toImage());
+}
+
+TEST_F(ParametersPaneTest, has_dials_of_one_length_whatever_their_limits_are)
+{
+    DzNode& chair = addNode("Chair");
+    DzFloatProperty& part = addDial(chair, "Part");
+    part.setDisplayAsPercent(true);
+    DzFloatProperty& angle = addDial(chair, "Angle");
+    angle.setMinMax(-180.0f, 180.0f);
+    DzFloatProperty& place = addDial(chair, "Place");
+    place.setMinMax(-10000.0f, 10000.0f);
+    auto& count = add<DzIntProperty>(chair, "Count", "/Actor");
+    count.setMinMax(0, 4);
+    chair.select();
+    settle();
+    tree().setCurrentItem(item("Actor"));
+    const int width = editorOf<DzFloatSlider>(part).sizeHint().width(); // the bar's wanted length is the same
+    EXPECT_EQ(editorOf<DzFloatSlider>(angle).sizeHint().width(), width);
+    EXPECT_EQ(editorOf<DzFloatSlider>(place).sizeHint().width(), width);
+    EXPECT_EQ(editorOf<DzIntSlider>(count).sizeHint().width(), width);
+}
+
 TEST_F(ParametersPaneTest, follows_a_number_both_ways)
 {
     DzNode& chair = addNode("Chair");
