@@ -56,15 +56,26 @@ void ProgressWindow::setRowCount(std::size_t count)
 
 void ProgressWindow::showLevels(const std::vector<ProgressLevel>& levels, double seconds)
 {
+    const bool hasFewer = levels.size() < _rows.size();
     setRowCount(levels.size());
     for (std::size_t i = 0; i < levels.size(); ++i) {
         _rows[i].label->setText(levels[i].info);
         _rows[i].bar->setRange(0, levels[i].total);
         _rows[i].bar->setValue(levels[i].position);
     }
-    _time->setText(seconds < 0.0 ? QString() : QStringLiteral("%1 s").arg(seconds, 0, 'f', 1));
+    _time->setText(QStringLiteral("%1 s").arg(seconds, 0, 'f', 1));
+    _time->setVisible(seconds >= 0.0);
+    if (hasFewer)
+        fitHeight();
     if (!isVisible())
         show();
+}
+
+/// Work within the work comes and goes; what it leaves behind would be empty.
+void ProgressWindow::fitHeight()
+{
+    layout()->activate();
+    resize(width(), layout()->totalHeightForWidth(width()));
 }
 
 void ProgressWindow::setCancel(std::function<void()> cancel)

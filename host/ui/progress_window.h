@@ -46,6 +46,7 @@ private:
         QProgressBar* bar;
     };
     void setRowCount(std::size_t count);
+    void fitHeight();
 
     std::function<void()> _cancel;
     std::vector<Row> _rows;

@@ -73,6 +73,24 @@ TEST_F(ProgressWindowTest, shows_every_progress_and_goes_with_the_last)
     EXPECT_EQ(window(), nullptr);
 }
 
+TEST_F(ProgressWindowTest, is_as_high_as_what_it_shows)
+{
+    DzProgress outer(QStringLiteral("Converting"), 3);
+    QApplication::processEvents();
+    const int height = window()->height();
+    {
+        const DzProgress inner(QStringLiteral("Loading"), 10);
+        QApplication::processEvents();
+        EXPECT_GT(window()->height(), height);
+    }
+    outer.step();
+    QApplication::processEvents();
+    EXPECT_EQ(window()->height(), height);
+    const QProgressBar& bar = *window()->findChild<QProgressBar*>();
+    EXPECT_LT(window()->height() - bar.geometry().bottom(), bar.height()) << "nothing empty below";
+    SavePicture(*window(), "progress-one");
+}
+
 TEST_F(ProgressWindowTest, goes_when_the_work_fails)
 {
     try {
