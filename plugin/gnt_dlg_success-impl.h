@@ -38,6 +38,8 @@ public:
     /// Makes the window, remembered or not, high enough for its present text.
     void growToFit(GntSuccessDialog& dialog);
     void enableDisableControls();
+    /// Marks the names that saving needs and that are empty.
+    void markMissingNames();
 
     /// The row of a float property, which the sender must be; null for one that is not listed.
     MorphRow* findSender(const QObject* sender) const;

@@ -7,10 +7,15 @@
 #include "ks_critical-box.h"
 #include "ks_daz-adaptation.h"
 #include "ks_exception.h"
+#include "ks_gui.h"
+#include "ks_gui_style.h"
 #include "ks_string.h"
 
 #include <algorithm>
+#include <utility>
 
+#include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 
 #include <fmt/format.h>
@@ -32,6 +37,11 @@ void GntSuccessDialog::Impl::initSaving(GntSuccessDialog& dialog)
     const std::string& vendor = _lastVendorName.get();
     ui.pledVendorName->setText(vendor.empty() ? KsHelpersDaz::GetCurrentAuthorName() : ToQ(vendor));
     ui.pledProductName->setText(ToQ(_lastProductName.get()));
+    for (QLineEdit* const line : {ui.pledVendorName, ui.pledProductName}) {
+        line->setPlaceholderText(QLatin1String("Needed to save"));
+        kst::gui::ConnectLineEditTextChanged(*line, &dialog, SLOT(slotNameChanged()));
+    }
+    markMissingNames();
     QPushButton& button = *ui.pbtnSaveMorphAssets;
     kst::gui::GiveRoomForText(button);
     _saveHandler.connect(
@@ -54,6 +64,18 @@ void GntSuccessDialog::Impl::initContentLibraries()
     const int last = combo.findText(ToQ(_lastContentLibrary.get()));
     if (last >= 0)
         combo.setCurrentIndex(last);
+}
+
+void GntSuccessDialog::Impl::markMissingNames()
+{
+    const std::pair<QLabel*, const QLineEdit*> names[] = {{ui.plblVendorName, ui.pledVendorName},
+                                                          {ui.plblProductName, ui.pledProductName}};
+    for (const auto& [label, line] : names) {
+        if (line->text().trimmed().isEmpty())
+            kst::gui::MakeLabelForegroundOrange(*label);
+        else
+            label->setStyleSheet(QString());
+    }
 }
 
 std::vector<QWidget*> GntSuccessDialog::Impl::saveControls() const

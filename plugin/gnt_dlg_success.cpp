@@ -170,6 +170,11 @@ void GntSuccessDialog::slotPropertyValueChanged()
     _pImpl->followProperty(sender());
 }
 
+void GntSuccessDialog::slotNameChanged()
+{
+    _pImpl->markMissingNames();
+}
+
 void GntSuccessDialog::slotPropertyRemoved()
 {
     if (Impl::MorphRow* const row = _pImpl->findSender(sender()))

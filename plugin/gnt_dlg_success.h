@@ -37,6 +37,7 @@ protected:
 private slots:
     void slotPropertyValueChanged();
     void slotPropertyRemoved();
+    void slotNameChanged();
 
 private:
     GntSuccessDialog(QWidget* parent, std::shared_ptr<GntParams> params,

@@ -5,11 +5,13 @@
 #include "tests/host/content_fixture.h"
 #include "tests/plugin/mini_scene.h"
 #include "tests/windows/modal_answer.h"
+#include "tests/windows/picture.h"
 #include "tests/windows/success_dialog_scene.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QtTest/QTest>
@@ -102,6 +104,26 @@ TEST_F(SuccessDialogSaveTest, proposes_the_hosts_author_and_a_product_the_first_
     EXPECT_EQ(ToStd(vendor().text()), "Ada");
     EXPECT_EQ(ToStd(product().text()), "Product");
     EXPECT_FALSE(compress().isChecked());
+}
+
+TEST_F(SuccessDialogSaveTest, marks_names_that_saving_needs_and_that_are_missing)
+{
+    dzApp->setCurrentAuthor(DzAuthor());
+    open({"Vera"});
+    const auto isMarked = [this](const char* label) {
+        return dialog->findChild<QLabel*>(QLatin1String(label))
+            ->styleSheet()
+            .contains(QLatin1String("#FF9933"));
+    };
+    EXPECT_TRUE(isMarked("plblVendorName"));
+    EXPECT_EQ(ToStd(vendor().placeholderText()), "Needed to save");
+    EXPECT_FALSE(isMarked("plblProductName"));
+    SavePicture(*dialog, "success-no-vendor");
+    clickBox(0);
+    type(vendor(), "Zoe");
+    EXPECT_FALSE(isMarked("plblVendorName"));
+    type(product(), " ");
+    EXPECT_TRUE(isMarked("plblProductName"));
 }
 
 TEST_F(SuccessDialogSaveTest, saves_one_morph_and_tells_where)
