@@ -73,6 +73,13 @@ QIcon ApplicationIcon()
     return icon;
 }
 
+QSize FirstWindowSize(const QSize& available, int lineHeight)
+{
+    // How large the frame is nobody knows before the window is seen: a title of two lines is room enough.
+    const QSize frame(lineHeight, 2 * lineHeight + lineHeight / 2);
+    return QSize(1280, 800).expandedTo(available * 3 / 4).boundedTo(available - frame);
+}
+
 QStringList UseContentFolders(const QStringList& folders)
 {
     DzContentMgr& content = *dzApp->getContentMgr();
@@ -116,7 +123,8 @@ void DesktopWindow::show()
 {
     const bool isRestored = RestoreLayout(_window);
     if (!isRestored)
-        _window.resize(QSize(1280, 800).expandedTo(_window.screen()->availableSize() * 3 / 4));
+        _window.resize(
+            FirstWindowSize(_window.screen()->availableSize(), _window.fontMetrics().lineSpacing()));
     _window.show();
     if (!isRestored)
         sizeDocks();

@@ -78,6 +78,10 @@ private:
     QStringList _contentFolders; ///< those that are not there too
 };
 
+/// Of the window where none is remembered: large, and with its frame on the screen.
+/// @param available   the screen without bars, in pixels
+/// @param lineHeight  of the window's text, in pixels
+QSize FirstWindowSize(const QSize& available, int lineHeight);
 /// What windows, task bars and menus show.
 QIcon ApplicationIcon();
 /// Makes them the host's only ones, as far as they are there.

@@ -5,6 +5,7 @@
 #include "tests/windows/modal_answer.h"
 
 #include <QProcess>
+#include <QScreen>
 #include <QtTest>
 
 #include <dzcontentmgr.h>
@@ -189,6 +190,25 @@ TEST_F(DesktopLogFile, that_cannot_be_renamed_is_written_on)
     leave("desktop-log.txt", "former\n");
     run();
     EXPECT_TRUE(text("desktop-log.txt").startsWith("former\n"));
+}
+
+TEST(DesktopFirstSize, leaves_room_for_the_frame_on_small_screens_and_fills_most_of_large_ones)
+{
+    constexpr int lineHeight = 20;
+    const QSize small = desktop::FirstWindowSize(QSize(1280, 770), lineHeight);
+    EXPECT_LT(small.width(), 1280);
+    EXPECT_LE(small.height(), 770 - 2 * lineHeight) << "a title bar fits above it";
+    EXPECT_GE(small.width(), 1200);
+    EXPECT_GE(small.height(), 700);
+    EXPECT_EQ(desktop::FirstWindowSize(QSize(1600, 1000), lineHeight), QSize(1280, 800));
+    EXPECT_EQ(desktop::FirstWindowSize(QSize(3840, 2160), lineHeight), QSize(2880, 1620));
+}
+
+TEST_F(DesktopTest, fits_on_the_screen_at_its_first_start)
+{
+    start();
+    EXPECT_TRUE(window().screen()->availableGeometry().contains(window().frameGeometry()))
+        << window().width() << " by " << window().height();
 }
 
 TEST_F(DesktopTest, loads_the_plug_ins_of_a_folder_into_its_menus)

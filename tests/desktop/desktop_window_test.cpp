@@ -54,6 +54,7 @@ protected:
 TEST_F(DesktopWindowTest, docks_its_panes_around_the_viewport)
 {
     start();
+    window().resize(1280, 800);
     for (const char* const name : {"DzHierarchyPane", "DzParametersPane", "DzContentLibraryPane"})
         EXPECT_TRUE(inSight(name)) << name;
     const DzViewport& viewport = *window().getViewportMgr()->getActiveViewport();
