@@ -14,6 +14,9 @@ namespace {
 const QLatin1String group("Gantrel Desktop");
 const QLatin1String foldersKey("content_folders");
 const QLatin1String recentKey("recent_files");
+const QLatin1String authorNameKey("author_name");
+const QLatin1String authorEmailKey("author_email");
+const QLatin1String authorUrlKey("author_url");
 const QLatin1String geometryKey("window_geometry");
 const QLatin1String rigKey("adjust_rig");
 const QLatin1String docksKey("window_docks");
@@ -59,6 +62,21 @@ QStringList RememberedRecentFiles()
 void RememberRecentFiles(const QStringList& files)
 {
     SetPaths(recentKey, files);
+}
+
+DzAuthor RememberedAuthor()
+{
+    const DzAppSettings settings(group);
+    return DzAuthor(settings.getStringValue(authorNameKey), settings.getStringValue(authorEmailKey),
+                    settings.getStringValue(authorUrlKey));
+}
+
+void RememberAuthor(const DzAuthor& author)
+{
+    DzAppSettings settings(group);
+    settings.setStringValue(authorNameKey, author.getName());
+    settings.setStringValue(authorEmailKey, author.getEmail());
+    settings.setStringValue(authorUrlKey, author.getURL());
 }
 
 bool RememberedRigAdjusting()

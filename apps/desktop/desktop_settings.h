@@ -5,6 +5,8 @@
 
 #include <QStringList>
 
+#include <dzauthor.h>
+
 class QMainWindow;
 
 namespace desktop {
@@ -16,6 +18,10 @@ void RememberContentFolders(const QStringList& folders);
 /// The files that were opened or saved last, newest first.
 QStringList RememberedRecentFiles();
 void RememberRecentFiles(const QStringList& files);
+
+/// Who saves files; without a name as long as nobody gave one.
+DzAuthor RememberedAuthor();
+void RememberAuthor(const DzAuthor& author);
 
 /// Whether joints follow new morphs; not unless somebody wished it.
 bool RememberedRigAdjusting();

@@ -9,6 +9,7 @@
 #include "dropped_files.h"
 #include "folders_dialog.h"
 #include "openhost/script_bounds.h"
+#include "preferences_dialog.h"
 #include "program_folders.h"
 #include "quoted.h"
 
@@ -132,6 +133,7 @@ void DesktopWindow::show()
 
 void DesktopWindow::start(const Options& options)
 {
+    dzApp->setCurrentAuthor(RememberedAuthor());
     openhost::SetScriptRights({ToQ(options.scriptFolders), options.scriptProcesses});
     const bool isRemembered = options.contentFolders.empty();
     _contentFolders = isRemembered ? RememberedContentFolders() : ToQ(options.contentFolders);
@@ -202,6 +204,10 @@ void DesktopWindow::addActions()
     add({"Select &None", "Selects nothing.", "&Edit", Qt::CTRL + Qt::SHIFT + Qt::Key_A},
         [] { dzScene->selectAllNodes(false); });
     addRigChoice();
+    add({"&Preferences...", "Says who saves files.", "&Edit", QKeySequence(), true},
+        [this] { choosePreferences(); });
+    add({"Gantrel &Manual", "Opens the manual.", "&Help", QKeySequence::HelpContents},
+        [this] { openManual(); });
     add({"&About Gantrel", "Tells what this is.", "&Help", QKeySequence()}, [this] { tellAbout(); });
 }
 
@@ -341,6 +347,25 @@ void DesktopWindow::chooseContentFolders()
     _contentFolders = dialog.folders();
     RememberContentFolders(_contentFolders);
     takeContentFolders();
+}
+
+void DesktopWindow::choosePreferences()
+{
+    PreferencesDialog dialog(&_window, dzApp->getCurrentAuthor());
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    dzApp->setCurrentAuthor(dialog.author());
+    RememberAuthor(dialog.author());
+}
+
+/// The manual is the plug-in's.
+void DesktopWindow::openManual()
+{
+    if (DzAction* const action = _window.getActionMgr()->findAction(QStringLiteral("GntOpenManualAction")))
+        action->trigger();
+    else
+        QMessageBox::information(&_window, tr("Gantrel Manual"),
+                                 tr("The manual comes with the plug-in, which is not loaded."));
 }
 
 void DesktopWindow::tellAbout()

@@ -62,6 +62,8 @@ private:
     /// @return those that are missing
     QStringList takeContentFolders();
     void chooseContentFolders();
+    void choosePreferences();
+    void openManual();
     void tellAbout();
 
     DzMainWindow& _window;

@@ -26,8 +26,8 @@ void DesktopTest::SetUp()
 {
     HostTest::SetUp();
     DzAppSettings settings(QStringLiteral("Gantrel Desktop"));
-    for (const char* const key :
-         {"content_folders", "recent_files", "adjust_rig", "window_geometry", "window_docks"})
+    for (const char* const key : {"content_folders", "recent_files", "adjust_rig", "author_name",
+                                  "author_email", "author_url", "window_geometry", "window_docks"})
         settings.removeValue(QLatin1String(key));
     AddMiniLibrary();
     desktop.reset(new desktop::DesktopWindow(attendant));
@@ -43,6 +43,7 @@ void DesktopTest::TearDown()
     for (const QPointer<QWidget>& dialog : dialogs)
         delete dialog;
     desktop.reset();
+    dzApp->setCurrentAuthor(DzAuthor());
     window().hide();
 }
 

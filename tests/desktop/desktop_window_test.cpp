@@ -7,11 +7,14 @@
 
 #include <QAction>
 #include <QDockWidget>
+#include <QLineEdit>
 #include <QMenu>
+#include <QPushButton>
 #include <QTreeWidget>
 #include <QtTest/QTest>
 
 #include <dzaction.h>
+#include <dzapp.h>
 #include <dzappsettings.h>
 #include <dzbasiccamera.h>
 #include <dzfigure.h>
@@ -145,6 +148,37 @@ TEST_F(DesktopWindowTest, hides_and_shows_panes_from_a_menu)
     EXPECT_FALSE(pane("DzHierarchyPane").isVisible());
     toggle->trigger();
     EXPECT_TRUE(pane("DzHierarchyPane").isVisible());
+}
+
+TEST_F(DesktopWindowTest, knows_who_saves_files_once_the_preferences_have_it)
+{
+    start();
+    EXPECT_FALSE(dzApp->getCurrentAuthor().isValid());
+    {
+        ModalAnswer dialog([](QWidget& preferences) {
+            preferences.findChild<QLineEdit*>(QStringLiteral("AuthorName"))->setText(QStringLiteral(" Ada "));
+            preferences.findChild<QLineEdit*>(QStringLiteral("AuthorUrl"))
+                ->setText(QStringLiteral("https://example.org"));
+            SavePicture(preferences, "desktop-preferences");
+            QTest::mouseClick(FindButton(preferences, "OK"), Qt::LeftButton);
+        });
+        entry("Preferences...")->trigger();
+        EXPECT_TRUE(dialog.seen);
+    }
+    EXPECT_EQ(dzApp->getCurrentAuthor().getName(), QLatin1String("Ada"));
+    const desktop::Options again = smallLibrary();
+    desktop.reset();
+    TestHost().reset();
+    dzApp->setCurrentAuthor(DzAuthor());
+    desktop.reset(new desktop::DesktopWindow(attendant));
+    desktop->start(again);
+    EXPECT_EQ(dzApp->getCurrentAuthor().getName(), QLatin1String("Ada")) << "also the next time";
+    EXPECT_EQ(dzApp->getCurrentAuthor().getURL(), QLatin1String("https://example.org"));
+    {
+        ModalAnswer dialog(PressKey(Qt::Key_Escape));
+        entry("Preferences...")->trigger();
+    }
+    EXPECT_EQ(dzApp->getCurrentAuthor().getName(), QLatin1String("Ada")) << "cancelled";
 }
 
 TEST_F(DesktopWindowTest, tells_what_it_is)

@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 
+#include <dzaction.h>
 #include <dzfigure.h>
 #include <dzfloatproperty.h>
 #include <dzmorph.h>
@@ -298,6 +299,15 @@ TEST_F(ManualOpening, by_the_menu_shows_exactly_that_file)
 {
     QAction* const action = entry("Open Gantrel PDF manual");
     ASSERT_NE(action, nullptr);
+    action->trigger();
+    expectOpened();
+}
+
+TEST_F(ManualOpening, from_the_help_menu_shows_it_too)
+{
+    QAction* const action = entry("Gantrel Manual");
+    ASSERT_NE(action, nullptr);
+    EXPECT_EQ(qobject_cast<const DzAction*>(action)->getDefaultMenuPath(), QLatin1String("&Help"));
     action->trigger();
     expectOpened();
 }
