@@ -3,6 +3,8 @@
 
 #include "pane_refresh.h"
 
+#include "dzprogress.h"
+
 #include <QEvent>
 #include <QWidget>
 
@@ -10,11 +12,16 @@
 
 namespace openhost {
 
+namespace {
+
+constexpr int waitMs = 50; ///< between looks at whether long work has ended
+
+} // namespace
+
 PaneRefresh::PaneRefresh(QWidget& view, std::function<void()> refresh)
     : QObject(&view), _view(view), _refresh(std::move(refresh))
 {
     _timer.setSingleShot(true);
-    _timer.setInterval(0);
     connect(&_timer, SIGNAL(timeout()), SLOT(handleTimeout()));
     view.installEventFilter(this);
 }
@@ -32,19 +39,23 @@ void PaneRefresh::mark()
 {
     _isStale = true;
     if (_view.isVisible())
-        _timer.start();
+        _timer.start(0);
 }
 
 void PaneRefresh::handleTimeout()
 {
-    if (_view.isVisible())
+    if (!_view.isVisible())
+        return;
+    if (DzProgress::getDepth() > 0)
+        _timer.start(waitMs);
+    else
         settle();
 }
 
 bool PaneRefresh::eventFilter(QObject* object, QEvent* event)
 {
     if (event->type() == QEvent::Show && _isStale)
-        _timer.start();
+        _timer.start(0);
     return QObject::eventFilter(object, event);
 }
 

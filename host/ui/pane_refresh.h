@@ -13,7 +13,8 @@ class QWidget;
 namespace openhost {
 
 /// Remembers that a view is out of date, and refreshes it once control returns to the event loop and the view
-/// can be seen; any number of changes cost one refresh. A new view is out of date.
+/// can be seen; any number of changes cost one refresh. A new view is out of date. What long work puts into
+/// the scene and takes out of it again is not shown: while a progress is shown, views stay as they are.
 class PaneRefresh : public QObject {
     Q_OBJECT
 public:

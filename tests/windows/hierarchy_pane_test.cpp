@@ -3,6 +3,7 @@
 
 #include "host/ui/hierarchy_pane.h"
 
+#include "dzprogress.h"
 #include "dzscene.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/picture.h"
@@ -154,6 +155,23 @@ TEST_F(HierarchyPaneTest, takes_a_new_label)
     item("Stool")->setText(0, QStringLiteral("  "));
     EXPECT_EQ(chair.getLabel(), QLatin1String("Stool"));
     EXPECT_NE(item("Stool"), nullptr);
+}
+
+TEST_F(HierarchyPaneTest, shows_nothing_that_comes_and_goes_within_long_work)
+{
+    DzNode& figure = addNode("Figure");
+    settle();
+    {
+        DzProgress progress(QStringLiteral("Converting"), 2);
+        DzNode& helper = addNode("Helper");
+        addNode("Result", &figure);
+        QTest::qWait(200);
+        EXPECT_EQ(item("Helper"), nullptr);
+        dzScene->removeNode(&helper);
+        progress.step();
+    }
+    EXPECT_TRUE(QTest::qWaitFor([this] { return item("Result") != nullptr; }));
+    EXPECT_EQ(item("Helper"), nullptr);
 }
 
 TEST_F(HierarchyPaneTest, shows_both_ends_of_names_that_have_no_room)
