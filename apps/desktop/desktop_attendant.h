@@ -17,6 +17,8 @@ public:
     void serve(SceneFiles* files) { _files = files; }
 
     bool mayReplaceScene(const QString& file) override;
+    /// What long work loads is taken as proposed: a window would flash over the progress.
+    bool chooseDFormOptions(openhost::DFormLoadOptions& options) override;
 
 private:
     SceneFiles* _files = nullptr;

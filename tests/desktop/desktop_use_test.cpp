@@ -23,6 +23,7 @@
 #include <dzmorph.h>
 #include <dzobject.h>
 #include <dzpane.h>
+#include <dzprogress.h>
 #include <dzviewport.h>
 
 namespace {
@@ -108,6 +109,22 @@ TEST_F(DesktopUse, takes_a_pane_out_by_its_title_and_finds_it_there_again)
     QTest::mouseClick(button, Qt::LeftButton);
     EXPECT_FALSE(dock.isFloating());
     EXPECT_FALSE(pane("DzHierarchyPane").visibleRegion().isEmpty());
+}
+
+TEST_F(DesktopUse, asks_how_to_load_a_d_former_unless_long_work_does_it)
+{
+    start();
+    openhost::DFormLoadOptions options{QStringLiteral("Split"), false};
+    {
+        ModalAnswer window(Press("Cancel"));
+        EXPECT_FALSE(attendant.chooseDFormOptions(options));
+        EXPECT_TRUE(window.seen);
+    }
+    const DzProgress progress(QStringLiteral("Converting"), 2);
+    ModalAnswer window(Press("Cancel"));
+    EXPECT_TRUE(attendant.chooseDFormOptions(options));
+    EXPECT_FALSE(window.seen);
+    EXPECT_EQ(options.name, QLatin1String("Split"));
 }
 
 TEST_F(DesktopUse, converts_by_the_shortcut_wherever_the_focus_is)
