@@ -226,7 +226,7 @@ TEST_F(ManualNamesOfTheDesktop, tells_keys_that_the_menus_have)
     for (const QAction* const menu : window().menuBar()->actions())
         for (const QAction* const action : menu->menu()->actions())
             present << action->shortcut().toString(QKeySequence::PortableText);
-    const QString keyboard = ChapterText(QStringLiteral("12-keyboard.md"));
+    const QString keyboard = ChapterText(QStringLiteral("15-keyboard.md"));
     const QRegularExpression told(QStringLiteral("Ctrl\\+[\\w+]+|\\bDel\\b"));
     int seen = 0;
     for (auto found = told.globalMatch(keyboard); found.hasNext(); ++seen) {

@@ -104,7 +104,7 @@ TEST(Manual, has_every_chapter_in_its_contents_with_the_page_that_it_begins_on)
     for (const QString& name : chapters.entryList({QStringLiteral("*.md")}, QDir::Files, QDir::Name)) {
         const QString heading =
             QString::fromUtf8(BytesOf(chapters.filePath(name))).section(QLatin1Char('\n'), 0, 0).mid(2);
-        const auto line = QRegularExpression(QStringLiteral("^ *\\d+ +%1 +(\\d+)$").arg(heading),
+        const auto line = QRegularExpression(QStringLiteral("\\b\\d+ +%1 +(\\d+)( |$)").arg(heading),
                                              QRegularExpression::MultilineOption)
                               .match(pages[1]);
         ASSERT_TRUE(line.hasMatch()) << name.toStdString();
@@ -134,6 +134,42 @@ TEST(Manual, leaves_no_heading_alone_at_the_end_of_a_page)
         lines.removeLast(); // the page's number
         EXPECT_FALSE(headings.contains(lines.last().trimmed())) << "on page " << i + 1;
     }
+}
+
+TEST(Manual, fills_two_thirds_of_every_page_but_the_last)
+{
+    // The letters' boxes, of pages with a height in the same unit; the page's own number stands below the
+    // text.
+    const QString boxes =
+        Output(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), BuiltManual(), QStringLiteral("-")});
+    const QRegularExpression sheet(QStringLiteral("<page width=\"[^\"]*\" height=\"([^\"]*)\">(.*?)</page>"),
+                                   QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpression word(QStringLiteral("yMax=\"([^\"]*)\""));
+    std::vector<double> filled; // shares of the page
+    for (auto page = sheet.globalMatch(boxes); page.hasNext();) {
+        const auto found = page.next();
+        const double height = found.captured(1).toDouble();
+        double lowest = 0;
+        for (auto at = word.globalMatch(found.captured(2)); at.hasNext();)
+            if (const double bottom = at.next().captured(1).toDouble() / height; bottom < 0.93)
+                lowest = std::max(lowest, bottom);
+        filled.push_back(lowest);
+    }
+    ASSERT_GT(filled.size(), 20u);
+    for (std::size_t i = 2; i + 1 < filled.size(); ++i) // behind the title and the contents
+        EXPECT_GT(filled[i], 2.0 / 3.0) << "page " << i + 1;
+}
+
+TEST(Manual, shows_a_source_and_its_result_on_its_title_and_says_so)
+{
+    const QString title = Pages()[0].simplified();
+    EXPECT_TRUE(title.contains(QStringLiteral("Left: Vera, a Genesis 8 Female"))) << title.toStdString();
+    EXPECT_TRUE(title.contains(QStringLiteral("Right: a Genesis 9 figure"))) << title.toStdString();
+    const QImage picture(QStringLiteral(GANTREL_MANUAL "/pictures/source-and-result.png"));
+    EXPECT_GT(picture.width(), 300);
+    // Two figures of different make: the halves are alike and not the same.
+    const int half = picture.width() / 2;
+    EXPECT_NE(picture.copy(0, 0, half, picture.height()), picture.copy(half, 0, half, picture.height()));
 }
 
 TEST(Manual, has_a_bookmark_for_every_heading_that_leads_to_its_page)

@@ -26,10 +26,16 @@ constexpr int kDotsPerInch = 600;
 constexpr double kSideMillimetres = 21.0;
 constexpr double kTopMillimetres = 19.0;
 constexpr double kFootMillimetres = 12.0;    ///< of the page number above the page's end
+constexpr double kContentsLine = 4.6;        ///< millimetres
+constexpr double kContentsGap = 1.6;         ///< millimetres above a chapter
+constexpr int kFirstTextPage = 3;            ///< behind the title and the contents
 constexpr double kHeadroomMillimetres = 3.0; ///< above what a jump leads to
 const QString kTitle = QStringLiteral("Gantrel for Genesis 9");
 const QString kAuthor = QStringLiteral("Kestrom");
-const QString kTitlePicture = QStringLiteral("/pictures/head-and-body.png");
+const QString kTitlePicture = QStringLiteral("/pictures/source-and-result.png");
+const QString kTitleCaption =
+    QStringLiteral("Left: Vera, a Genesis 8 Female of the sample library. Right: a Genesis 9 figure with "
+                   "the morph that was made of her shape, at 100 %.");
 const QColor kAccent(0x1f, 0x4e, 0x79);
 const QColor kGrey(0x60, 0x68, 0x70);
 
@@ -82,8 +88,9 @@ public:
     const QRectF& room() const { return _room; }
 
     void paintTitle(const QString& version, const QImage& picture);
-    /// @return how many pages they take; painted only when wanted
-    int paintContents(const std::vector<Entry>& entries, int firstTextPage, bool isPainted);
+    /// On one page, in two columns.
+    /// @throws std::runtime_error  they do not fit
+    void paintContents(const std::vector<Entry>& entries, int firstTextPage);
     void paintText(QTextDocument& document);
     /// Makes the chapters' numbers in the text lead there.
     void linkText(const QTextDocument& document, const std::vector<Entry>& entries, int firstTextPage);
@@ -94,7 +101,8 @@ public:
 private:
     void next();
     void paintFoot();
-    QRectF paintLine(const Entry& entry, int page, double y, double height);
+    /// @return where it stands
+    QRectF paintLine(const Entry& entry, int page, QRectF line);
     QRectF inPoints(const QRectF& box) const;
 
     QPdfWriter& _writer;
@@ -170,49 +178,53 @@ void Pages::paintTitle(const QString& version, const QImage& picture)
     _painter.drawText(QRectF(_room.left(), third + Millimetres(36), _room.width(), Millimetres(7)),
                       Qt::AlignLeft,
                       QStringLiteral("Kestrom\u2019s Gantrel %1. First edition.").arg(version));
-    const QSizeF size = QSizeF(picture.size()).scaled(_room.size(), Qt::KeepAspectRatio);
-    _painter.drawImage(QRectF(QPointF(_room.left(), third + Millimetres(55)), size), picture);
+    const double top = third + Millimetres(50), captionHeight = Millimetres(12);
+    const QRectF free(_room.left(), top, _room.width(), _room.bottom() - top - captionHeight);
+    const QSizeF size = QSizeF(picture.size()).scaled(free.size(), Qt::KeepAspectRatio);
+    const double left = free.left() + (free.width() - size.width()) / 2;
+    _painter.drawImage(QRectF(QPointF(left, top), size), picture);
+    _painter.setFont(Letters(9));
+    _painter.drawText(QRectF(free.left(), top + size.height() + Millimetres(3), free.width(), captionHeight),
+                      Qt::AlignLeft | Qt::TextWordWrap, kTitleCaption);
 }
 
-int Pages::paintContents(const std::vector<Entry>& entries, int firstTextPage, bool isPainted)
+void Pages::paintContents(const std::vector<Entry>& entries, int firstTextPage)
 {
-    int pages = 1;
-    double y = _room.top();
-    if (isPainted) {
-        next();
-        _painter.setFont(Letters(21, QFont::Bold));
-        _painter.setPen(kAccent);
-        _painter.drawText(QRectF(_room.left(), y, _room.width(), Millimetres(11)), Qt::AlignLeft,
-                          QStringLiteral("Contents"));
-    }
-    y += Millimetres(13);
+    next();
+    _painter.setFont(Letters(21, QFont::Bold));
+    _painter.setPen(kAccent);
+    _painter.drawText(QRectF(_room.left(), _room.top(), _room.width(), Millimetres(11)), Qt::AlignLeft,
+                      QStringLiteral("Contents"));
+    const double gap = Millimetres(8), height = Millimetres(kContentsLine);
+    QRectF column(_room.left(), _room.top() + Millimetres(15), (_room.width() - gap) / 2, 0);
+    column.setBottom(_room.bottom());
+    double y = column.top();
+    std::size_t painted = 0;
     for (const Entry& entry : entries) {
-        const double gap = Millimetres(entry.level == 1 ? 1.0 : 0.0);
-        const double height = Millimetres(3.4);
-        if (y + gap + height > _room.bottom()) {
-            ++pages;
-            y = _room.top();
-            if (isPainted)
-                next();
+        if (entry.level == 1 && y > column.top())
+            y += Millimetres(kContentsGap);
+        // A chapter begins the second column, where about half is painted.
+        if (entry.level == 1 && 2 * painted >= entries.size() && column.left() == _room.left()) {
+            column.moveLeft(column.right() + gap);
+            y = column.top();
         }
-        y += gap;
-        if (isPainted) {
-            const QRectF line = paintLine(entry, firstTextPage + entry.page, y, height);
-            _links.push_back({_number - 1, inPoints(line), placeOf(entry, firstTextPage)});
-        }
+        if (y + height > column.bottom())
+            throw std::runtime_error("the contents do not fit on their page");
+        const QRectF line =
+            paintLine(entry, firstTextPage + entry.page, QRectF(column.left(), y, column.width(), height));
+        _links.push_back({_number - 1, inPoints(line), placeOf(entry, firstTextPage)});
         y += height;
+        ++painted;
     }
-    return pages;
 }
 
-QRectF Pages::paintLine(const Entry& entry, int page, double y, double height)
+QRectF Pages::paintLine(const Entry& entry, int page, QRectF line)
 {
+    line.setLeft(line.left() + Millimetres(entry.level == 1 ? 0 : 6));
     _painter.setPen(Qt::black);
     _painter.setFont(Letters(9, entry.level == 1 ? QFont::Bold : QFont::Normal));
     const QString number = QString::number(page);
     const QFontMetricsF metrics(_painter.font(), &_writer);
-    const QRectF line(_room.left() + Millimetres(entry.level == 1 ? 0 : 6), y,
-                      _room.width() - Millimetres(entry.level == 1 ? 0 : 6), height);
     _painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, entry.text);
     _painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, number);
     const double from = line.left() + metrics.horizontalAdvance(entry.text) + Millimetres(2);
@@ -220,7 +232,7 @@ QRectF Pages::paintLine(const Entry& entry, int page, double y, double height)
     QPen dots(kGrey, Millimetres(0.25), Qt::DotLine);
     dots.setDashPattern({1, 6});
     _painter.setPen(dots);
-    const double base = y + 0.66 * height;
+    const double base = line.top() + 0.66 * line.height();
     if (entry.level > 1 && to > from)
         _painter.drawLine(QPointF(from, base), QPointF(to, base));
     return line;
@@ -273,15 +285,14 @@ void WriteManual(const QString& file, const ManualParts& parts)
     KeepTogether(*text);
     const std::vector<Entry> headings = ListHeadings(*text);
     const std::vector<Entry> contents = OfContents(headings);
-    const int firstTextPage = 2 + pages.paintContents(contents, 0, false);
     pages.paintTitle(parts.version, ReadPicture(parts.pictures + kTitlePicture));
-    pages.paintContents(contents, firstTextPage, true);
+    pages.paintContents(contents, kFirstTextPage);
     pages.paintText(*text);
-    pages.linkText(*text, headings, firstTextPage);
+    pages.linkText(*text, headings, kFirstTextPage);
     painter.end();
     PdfNavigation navigation{kAuthor, "en", {}, pages.links()};
     for (const Entry& entry : headings)
-        navigation.bookmarks.push_back({entry.text, entry.level, pages.placeOf(entry, firstTextPage)});
+        navigation.bookmarks.push_back({entry.text, entry.level, pages.placeOf(entry, kFirstTextPage)});
     Save(WithNavigation(bytes.data(), navigation), file);
 }
 

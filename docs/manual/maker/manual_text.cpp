@@ -14,6 +14,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <cmath>
 #include <stdexcept>
 #include <vector>
 
@@ -29,8 +30,10 @@ constexpr double kParagraphGap = 7.0;
 constexpr double kItemGap = 3.0;
 constexpr double kLineHeight = 118.0; ///< percent
 constexpr double kTallestPicture = 380.0;
-constexpr double kPicturePixel = 0.38; ///< pictures have two pixels for one, and may be a little smaller
-constexpr int kWholeLines = 4;         ///< paragraphs of no more stay on one page
+constexpr double kPicturePixel = 0.38;   ///< pictures have two pixels for one, and may be a little smaller
+constexpr double kSmallerPicture = 0.55; ///< the least that a picture is made smaller for the rest of a page
+constexpr double kLargestGap = 0.25; ///< of a page, that may stay empty for a table to begin on the next one
+constexpr int kWholeLines = 4;       ///< paragraphs of no more stay on one page
 const QColor kAccent(0x1f, 0x4e, 0x79);
 const QColor kCodeGround(0xf1, 0xf3, 0xf5);
 
@@ -310,7 +313,23 @@ bool StandsWithNext(const QTextBlock& block)
            !ImageOf(block).name().isEmpty() || (introduces && !isCodeEnd);
 }
 
-/// Where the block is the first of a table that fits on a page, but not on the rest of this one.
+/// The first block of those that must not be parted from this one.
+QTextBlock FirstOfGroup(QTextBlock block)
+{
+    while (block.previous().isValid() && StandsWithNext(block.previous()))
+        block = block.previous();
+    return block;
+}
+
+/// Of a page, that would stay empty if the block began on the next one.
+double GapBefore(const QTextDocument& document, const QTextBlock& block)
+{
+    const double top = LineBox(document, FirstOfGroup(block), 0).top() / document.pageSize().height();
+    return 1.0 - (top - std::floor(top));
+}
+
+/// Where the block is the first of a table that does not fit on the rest of this page, and little is left of
+/// that.
 bool BeginsTornTable(const QTextDocument& document, const QTextBlock& block)
 {
     const QTextTable* const table = QTextCursor(block).currentTable();
@@ -318,7 +337,8 @@ bool BeginsTornTable(const QTextDocument& document, const QTextBlock& block)
         return false;
     const QRectF box = document.documentLayout()->frameBoundingRect(const_cast<QTextTable*>(table));
     const double height = document.pageSize().height();
-    return static_cast<int>(box.top() / height) != static_cast<int>(box.bottom() / height);
+    return static_cast<int>(box.top() / height) != static_cast<int>(box.bottom() / height) &&
+           GapBefore(document, block) < kLargestGap;
 }
 
 bool IsTornApart(const QTextDocument& document, const QTextBlock& block)
@@ -338,12 +358,27 @@ bool IsTornApart(const QTextDocument& document, const QTextBlock& block)
     return PageOfLine(document, block, lines <= kWholeLines ? lines - 1 : 1) != page;
 }
 
-/// The first block of those that must not be parted from this one.
-QTextBlock FirstOfGroup(QTextBlock block)
+/// Makes a picture that is torn from the block smaller, where it then has room below it.
+/// @return whether that was done
+bool FitPictureBelow(QTextDocument& document, const QTextBlock& block)
 {
-    while (block.previous().isValid() && StandsWithNext(block.previous()))
-        block = block.previous();
-    return block;
+    const QTextBlock below = block.next();
+    QTextImageFormat image = below.isValid() ? ImageOf(below) : QTextImageFormat();
+    if (image.name().isEmpty())
+        return false;
+    const QAbstractTextDocumentLayout& layout = *document.documentLayout();
+    const double height = document.pageSize().height();
+    const double end = (PageOf(document, block) + 1) * height;
+    const double caption = 3 * layout.blockBoundingRect(below.next()).height(); // with the room around both
+    const double shown = LineBox(document, below, 0).height();
+    const double scale = (end - layout.blockBoundingRect(block).bottom() - caption) / shown;
+    if (scale < kSmallerPicture || scale >= 1)
+        return false;
+    image.setWidth(scale * image.width());
+    image.setHeight(scale * image.height());
+    Whole(below).setCharFormat(image);
+    document.markContentsDirty(0, document.characterCount());
+    return true;
 }
 
 void BreakBefore(const QTextBlock& block)
@@ -383,7 +418,8 @@ std::unique_ptr<QTextDocument> MakeDocument(const QStringList& chapters, const Q
 void KeepTogether(QTextDocument& document)
 {
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-        if (!IsTornApart(document, block))
+        if (!IsTornApart(document, block) ||
+            (FitPictureBelow(document, block) && !IsTornApart(document, block)))
             continue;
         BreakBefore(FirstOfGroup(block));
         // All of it: what follows a new break can be left without lines otherwise.

@@ -26,7 +26,8 @@ std::unique_ptr<QTextDocument> MakeDocument(const QStringList& chapters, const Q
                                             QPaintDevice& device, const QSizeF& page);
 
 /// Moves to the next page what must not stand alone at a page's end: headings, what introduces a list, and a
-/// paragraph's first line.
+/// paragraph's first line. No third of a page stays empty for that: tables are parted, and pictures made
+/// smaller.
 void KeepTogether(QTextDocument& document);
 
 /// @throws std::runtime_error  it cannot be read; the text names it

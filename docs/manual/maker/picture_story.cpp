@@ -210,6 +210,7 @@ void PictureStory::tell()
     convert();
     showResult();
     showDials();
+    showSourceAndResult();
     showHeadAndBody();
 }
 
@@ -293,6 +294,23 @@ void PictureStory::showDials()
     QWidget* const pane = dzApp->getInterface()->getPaneMgr()->findPane(QStringLiteral("DzParametersPane"));
     Require(pane, "there is no Parameters pane");
     save(pane->grab(), "parameters");
+}
+
+/// Each for itself, so that both stand in the middle.
+void PictureStory::showSourceAndResult()
+{
+    setDial("Vera", 1.0f);
+    dzScene->selectAllNodes(false);
+    std::vector<QPixmap> views, faces;
+    for (DzFigure* const shown : {_source, _target}) {
+        _source->setVisible(shown == _source);
+        _target->setVisible(shown == _target);
+        Frame(shown->getWSBoundingBox());
+        views.push_back(GrabView());
+        FrameFace(*shown);
+        faces.push_back(GrabView());
+    }
+    save(Below(Beside(views), Beside(faces)), "source-and-result");
 }
 
 void PictureStory::showHeadAndBody()

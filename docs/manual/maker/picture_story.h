@@ -33,6 +33,7 @@ private:
     void convert();
     void showResult();
     void showDials();
+    void showSourceAndResult();
     void showHeadAndBody();
     DzFigure& open(const char* relativePath);
     void setDial(const char* morph, float value);
