@@ -22,8 +22,8 @@ void AddConvertMorphsCommand(CLI::App& program, CommandContext& context)
     CLI::App* const command = program.add_subcommand(
         "convert-morphs", "Turn single morphs of a figure into morphs on a Genesis 9 figure");
     command->footer("Example:\n"
-                    "  gantrel convert-morphs --source \"$HOME/library/People/Genesis 8 Female/Genesis 8 "
-                    "Female.duf\" \\\n"
+                    "  gantrel convert-morphs --content ~/library \\\n"
+                    "      --source \"$HOME/library/People/Genesis 8 Female/Characters/Vera.duf\" \\\n"
                     "      --target \"$HOME/library/People/Genesis 9/Genesis 9.duf\" --morphs \"PHM*\" "
                     "--suffix \" G8\" \\\n"
                     "      --save-library ~/library --vendor Me --product \"My Shapes\"");

@@ -185,7 +185,7 @@ void Pages::paintTitle(const QString& version, const QImage& picture)
     _painter.drawImage(QRectF(QPointF(left, top), size), picture);
     _painter.setFont(Letters(9));
     _painter.drawText(QRectF(free.left(), top + size.height() + Millimetres(3), free.width(), captionHeight),
-                      Qt::AlignLeft | Qt::TextWordWrap, kTitleCaption);
+                      Qt::AlignHCenter | Qt::TextWordWrap, kTitleCaption);
 }
 
 void Pages::paintContents(const std::vector<Entry>& entries, int firstTextPage)
