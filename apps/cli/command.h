@@ -29,8 +29,9 @@ public:
 /// It adds the subcommand with its options and, in CLI11's callback, sets `work`. The work runs after all
 /// arguments have been understood; it returns on success and throws otherwise.
 struct CommandContext {
-    bool verbose = false;               ///< the host's log goes to stderr
-    std::vector<std::string> arguments; ///< as they were given, the subcommand first
+    bool verbose = false; ///< the host's log goes to stderr
+    bool quiet = false;   ///< neither progress nor what people are told beside results and errors
+    std::vector<std::string> arguments; ///< as they were given
     std::function<void()> work;
 };
 

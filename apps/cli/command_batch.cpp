@@ -139,7 +139,7 @@ void Tell(Json summary, base::Diagnostics diagnostics, const std::string& noPage
         diagnostics.push_back({base::Severity::Error, {}, {}, noPage});
     if (asJson || !diagnostics.empty())
         AddDiagnostics(summary, diagnostics, asJson);
-    WriteReport(summary, asJson);
+    WriteSummary(summary, asJson);
     ThrowIfAnyFailed(summary);
     if (!noPage.empty())
         throw ReportedError(noPage);

@@ -37,7 +37,7 @@ void AddConvertCommand(CLI::App& program, CommandContext& context)
             request.command = ShellCommand(context.arguments);
             Progress progress(!*asJson);
             const ConversionReport report = Convert(request, progress);
-            WriteReport(DescribeConversion(report, progress, *asJson), *asJson);
+            WriteSummary(DescribeConversion(report, progress, *asJson), *asJson);
         };
     });
 }

@@ -38,7 +38,7 @@ void AddConvertMorphsCommand(CLI::App& program, CommandContext& context)
             request.command = ShellCommand(context.arguments);
             Progress progress(!*asJson);
             const MorphConversionReport report = ConvertMorphs(request, progress);
-            WriteReport(DescribeMorphConversion(report, progress, *asJson), *asJson);
+            WriteSummary(DescribeMorphConversion(report, progress, *asJson), *asJson);
             if (const std::string failure = FailureOf(report); !failure.empty())
                 throw ReportedError(failure);
         };

@@ -83,7 +83,7 @@ void MakeFigure(const MakeFigureArguments& arguments)
     report["joints"] = made.joints;
     report["seconds"] = Rounded(progress.totalSeconds(), 4);
     AddDiagnostics(report, made.diagnostics, arguments.json);
-    WriteReport(report, arguments.json);
+    WriteSummary(report, arguments.json);
 }
 
 } // namespace

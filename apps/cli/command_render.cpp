@@ -149,7 +149,7 @@ void Render(const RenderArguments& arguments)
     geometry::WritePng(arguments.out, picture);
     progress.finish();
     TellWarnings(met);
-    WriteOutput(fmt::format("{}: {} x {} pixels\n", arguments.out, picture.width, picture.height));
+    WriteSummary(fmt::format("{}: {} x {} pixels\n", arguments.out, picture.width, picture.height));
 }
 
 } // namespace

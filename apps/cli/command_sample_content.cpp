@@ -30,7 +30,7 @@ void WriteSamples(const std::string& directory)
         directory, [&](const std::string& figure) { progress.stage(figure, "Making " + figure); });
     NoteWritten("the sample library is written to " + directory);
     progress.finish();
-    WriteOutput(fmt::format("Sample library written to {}\n", directory));
+    WriteSummary(fmt::format("Sample library written to {}\n", directory));
 }
 
 } // namespace

@@ -185,7 +185,7 @@ void Transfer(const TransferArguments& arguments)
     Json report = Report(arguments, input, matched.map.statistics(), deltas, progress);
     report["crumple"] = DescribeCrumple(matched, input, moved);
     AddDiagnostics(report, met, arguments.json);
-    WriteReport(report, arguments.json);
+    WriteSummary(report, arguments.json);
 }
 
 } // namespace

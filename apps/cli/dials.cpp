@@ -13,11 +13,11 @@
 #include "dzskeleton.h"
 #include "openhost/idle_aliases.h"
 #include "option_words.h"
+#include "spelling.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <numeric>
 
 #include <fmt/format.h>
 
@@ -36,25 +36,6 @@ void AppendDials(std::vector<Dial>& dials, const DzElement& element, DzModifier*
                              (isMorph ? modifier->getName() : property->getName()).toStdString(),
                              property->getLabel().toStdString()});
     }
-}
-
-/// Levenshtein's number of insertions, deletions and replacements that turn `wanted` into the candidate, or
-/// into the part of it that is most like it.
-std::size_t EditDistance(const std::string& wanted, const std::string& candidate, bool isPartEnough)
-{
-    std::vector<std::size_t> row(candidate.size() + 1, 0);
-    if (!isPartEnough)
-        std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < wanted.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (std::size_t j = 0; j < candidate.size(); ++j) {
-            const std::size_t replaced = diagonal + (wanted[i] == candidate[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({row[j] + 1, diagonal + 1, replaced});
-        }
-    }
-    return isPartEnough ? *std::min_element(row.begin(), row.end()) : row.back();
 }
 
 /// Names have prefixes and suffixes that nobody types, so the best part counts; the rest decides between
@@ -253,11 +234,14 @@ NameValue ParseNameValue(const std::string& text)
         throw UsageError(fmt::format("\"{}\" is not of the form NAME=VALUE", text));
     NameValue parsed;
     parsed.name = text.substr(0, equals);
+    const bool isPercentage = text.back() == '%';
     const char* const begin = text.data() + equals + 1;
-    const char* const end = text.data() + text.size();
+    const char* const end = text.data() + text.size() - (isPercentage ? 1 : 0);
     const std::from_chars_result result = std::from_chars(begin, end, parsed.value);
     if (result.ec != std::errc() || result.ptr != end || !std::isfinite(parsed.value))
         throw UsageError(fmt::format("\"{}\" has no number behind the equals sign", text));
+    if (isPercentage)
+        parsed.value /= 100.0; // divided, so that 150 % is as 1.5
     return parsed;
 }
 

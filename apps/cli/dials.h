@@ -69,7 +69,8 @@ struct NameValue {
 /// @throws std::runtime_error  the dial is an alias of nothing that is there
 void TurnDial(const Dial& dial, const NameValue& wanted, base::Diagnostics& diagnostics);
 
-/// "NAME=VALUE"; the name may hold "=" itself. The value is finite, with a decimal point.
+/// "NAME=VALUE"; the name may hold "=" itself. The value is finite, with a decimal point; with "%" behind it,
+/// it is a hundredth.
 /// @throws UsageError  it is not of that form
 NameValue ParseNameValue(const std::string& text);
 

@@ -8,6 +8,7 @@
 #include "memory_need.h"
 #include "program.h"
 #include "report.h"
+#include "wrong_use.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -56,13 +57,19 @@ int Run(const std::function<void()>& work, bool asJson)
     }
 }
 
+std::string NameOfCommand(const std::vector<std::string>& arguments)
+{
+    const auto name = std::find_if(arguments.begin(), arguments.end(),
+                                   [](const std::string& word) { return word.empty() || word[0] != '-'; });
+    return name == arguments.end() ? std::string() : *name;
+}
+
 /// Whether the subcommand has the option, and it is given; also where the arguments make no sense as a whole.
 bool WantsJson(const CLI::App& program, const std::vector<std::string>& arguments)
 {
     const auto commands = program.get_subcommands([](const CLI::App*) { return true; });
-    const auto isNamed = [&](const CLI::App* command) {
-        return !arguments.empty() && command->get_name() == arguments.front();
-    };
+    const std::string name = NameOfCommand(arguments);
+    const auto isNamed = [&](const CLI::App* command) { return command->get_name() == name; };
     const auto command = std::find_if(commands.begin(), commands.end(), isNamed);
     return command != commands.end() && (*command)->get_option_no_throw("--json") &&
            std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
@@ -86,10 +93,14 @@ int main(int argc, char** argv)
         program.exit(request, help, help);
         return Run([&] { cli::WriteOutput(help.str()); }, false);
     } catch (const CLI::ParseError& error) {
-        return Fail(error.what(), wrongUse, wantsJson);
+        return Fail(cli::DescribeWrongUse(program, error), wrongUse, wantsJson);
     }
     if (!context.work)
         return Fail("a subcommand is required; gantrel --help lists them", wrongUse, false);
+    if (context.quiet && context.verbose)
+        return Fail("--quiet excludes --verbose", wrongUse, wantsJson);
+    if (context.quiet)
+        cli::BeQuiet();
     const int code = Run(context.work, wantsJson);
     if (code != success && cli::InterruptSignal() != 0)
         cli::EndBySignal(cli::InterruptSignal());

@@ -79,7 +79,10 @@ CLI::Option* AddDialOption(CLI::App& command, std::vector<std::string>& dials)
             return std::string(error.what());
         }
     };
-    return command.add_option("--dial", dials, "Dial to set, by name or label; again for each further one")
+    return command
+        .add_option(
+            "--dial", dials,
+            "Dial to set, by name or label, such as Smile=0.5 or Smile=50%; again for each further one")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false)
         ->check(check);

@@ -14,6 +14,20 @@ namespace {
 
 const char* const versionText = "gantrel " GANTREL_VERSION;
 
+/// In front of the subcommand and behind it.
+void AddTellingOptions(CLI::App& app, CommandContext& context)
+{
+    app.add_flag("--verbose", context.verbose, "Show the log");
+    app.add_flag("--quiet", context.quiet, "Tell nothing but errors, and what is asked for as output");
+}
+
+void TellExitCodes(CLI::App& app)
+{
+    const std::string example = app.get_footer();
+    app.footer(example + (example.empty() ? "" : "\n\n") +
+               "Exit codes: 0 all went well, 1 something could not be done, 2 wrong use");
+}
+
 /// A script's variable that is not set must not quietly mean no file, or the folder one is in.
 void RefuseEmptyNames(CLI::App& command)
 {
@@ -36,10 +50,13 @@ void DescribeProgram(CLI::App& program, CommandContext& context)
     program.description("Gantrel: shapes of older figure generations as morphs on Genesis 9.");
     program.require_subcommand(0, 1); // none is found out later, when what was there instead has been named
     program.set_version_flag("--version", versionText, "Print the version");
+    AddTellingOptions(program, context);
+    TellExitCodes(program);
     AddCommands(program, context);
     for (CLI::App* const command : program.get_subcommands({})) {
         command->set_version_flag("--version", versionText, "Print the version");
-        command->add_flag("--verbose", context.verbose, "Show the log");
+        AddTellingOptions(*command, context);
+        TellExitCodes(*command);
         RefuseEmptyNames(*command);
     }
 }

@@ -4,6 +4,7 @@
 #include "progress.h"
 
 #include "base/cancellation.h"
+#include "report.h"
 
 #include <cstdio>
 
@@ -34,7 +35,7 @@ std::string FitToTerminal(std::string line)
 
 } // namespace
 
-Progress::Progress(bool wanted) : _isShown(wanted && isatty(STDERR_FILENO) == 1) {}
+Progress::Progress(bool wanted) : _isShown(wanted && !IsQuiet() && isatty(STDERR_FILENO) == 1) {}
 
 Progress::~Progress()
 {

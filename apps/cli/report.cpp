@@ -7,6 +7,7 @@
 #include "progress.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -25,6 +26,8 @@ namespace cli {
 namespace {
 
 constexpr int indentWidth = 2;
+
+std::atomic<bool> isQuiet{false};
 
 std::string Words(std::string key)
 {
@@ -205,6 +208,28 @@ void WriteReport(const Json& report, bool asJson)
                        : ReportText(report));
 }
 
+void BeQuiet()
+{
+    isQuiet = true;
+}
+
+bool IsQuiet()
+{
+    return isQuiet;
+}
+
+void WriteSummary(const Json& summary, bool asJson)
+{
+    if (asJson || !isQuiet)
+        WriteReport(summary, asJson);
+}
+
+void WriteSummary(const std::string& text)
+{
+    if (!isQuiet)
+        WriteOutput(text);
+}
+
 void AddDiagnostics(Json& report, const base::Diagnostics& diagnostics, bool asJson)
 {
     Json lines = Json::array(), all = Json::array();
@@ -228,6 +253,8 @@ void AddDiagnostics(Json& report, const base::Diagnostics& diagnostics, bool asJ
 
 void TellWarnings(const base::Diagnostics& diagnostics)
 {
+    if (isQuiet)
+        return;
     std::set<std::string> told;
     std::string text; // in one piece, as others may write there as well
     for (const base::Diagnostic& diagnostic : diagnostics) {

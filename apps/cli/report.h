@@ -26,6 +26,14 @@ void EndOutput();
 void WriteReport(const Json& report, bool asJson);
 std::string ReportText(const Json& report);
 
+/// From now on, for the whole process: neither progress nor warnings nor summaries.
+void BeQuiet();
+bool IsQuiet();
+/// A report of what has been done, which a command is not there to print: not for people when it is quiet.
+/// @throws std::runtime_error  as above
+void WriteSummary(const Json& summary, bool asJson);
+void WriteSummary(const std::string& text);
+
 /// Adds the list "warnings", a line each; as JSON also "diagnostics", with severity, file, asset and what
 /// apart. Each stands there once; notes do not.
 void AddDiagnostics(Json& report, const base::Diagnostics& diagnostics, bool asJson);
@@ -36,7 +44,8 @@ Json SecondsOf(const Progress& progress);
 /// The most that this process has had.
 double PeakMemoryMebibytes();
 
-/// To stderr, a line each and each once; notes do not. For commands whose output is something else.
+/// To stderr, a line each and each once, unless it is quiet; notes do not. For commands whose output is
+/// something else.
 void TellWarnings(const base::Diagnostics& diagnostics);
 
 /// Told with an error, should an exception end its life. What it refers to must outlive it.

@@ -159,7 +159,9 @@ Command ReadCommand(const CLI::App& app)
     Command command;
     command.name = app.get_name();
     command.description = app.get_description();
-    const std::string footer = app.get_footer(), heading = "Example:\n";
+    // Pages have a section of their own on exit codes.
+    const std::string footer = app.get_footer().substr(0, app.get_footer().find("\n\nExit codes:"));
+    const std::string heading = "Example:\n";
     if (footer.rfind(heading, 0) == 0)
         command.example = WithoutIndent(footer.substr(heading.size()));
     ReadArguments(app, command);

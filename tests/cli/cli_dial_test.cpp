@@ -121,6 +121,26 @@ TEST_F(Dials, can_be_set_by_name_and_by_label_in_any_case)
     EXPECT_EQ(render({"--dial", "tall=1"}), tall);
 }
 
+TEST_F(Dials, take_values_in_percent)
+{
+    EXPECT_EQ(render({"--dial", "Tall=70%"}), render({"--dial", "Tall=0.7"}));
+    EXPECT_NE(render({"--dial", "Tall=70%"}), render({"--dial", "Tall=1"}));
+    for (const char* const dial : {"Tall=%", "Tall=50%%", "Tall=50 %", "Tall=%50", "Tall%"})
+        ExpectWrongUse(RunProgram({"render", character, "--out", workspace.path("a.png"), "--dial", dial}),
+                       dial);
+}
+
+TEST_F(Dials, say_nothing_of_limits_and_pictures_when_quiet)
+{
+    const ProgramResult held = RunProgram({"render", character, "--out", workspace.path("held.png"), "--size",
+                                           "40x60", "--dial", "Tall=5", "--quiet"});
+    ExpectSuccess(held);
+    EXPECT_EQ(held.out, "");
+    EXPECT_EQ(workspace.read("held.png"), render({"--dial", "Tall=1"}));
+    ExpectError(RunProgram({"render", "none.duf", "--out", workspace.path("a.png"), "--quiet"}), 1,
+                "Cannot open none.duf: No such file or directory.");
+}
+
 TEST_F(Dials, hold_values_within_their_limits_and_say_so)
 {
     const std::string picture = workspace.path("held.png");

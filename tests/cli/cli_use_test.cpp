@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "cli_expectations.h"
+#include "cli_workspace.h"
 
 namespace {
 
@@ -39,6 +40,63 @@ TEST(CommandLine, wants_a_subcommand)
 TEST(CommandLine, refuses_an_unknown_subcommand)
 {
     ExpectWrongUse(RunProgram({"transmogrify"}), "transmogrify");
+}
+
+TEST(CommandLine, proposes_the_subcommand_that_was_meant)
+{
+    const auto refused = [](const char* word, const std::string& sentence) {
+        ExpectError(RunProgram({word, "--source", "a.duf"}), 2, sentence);
+    };
+    refused("covnert", "There is no subcommand \"covnert\"; did you mean convert?");
+    refused("inspct", "There is no subcommand \"inspct\"; did you mean inspect?");
+    refused("list", "There is no subcommand \"list\"; did you mean list-dials?");
+    refused("batch-worke", "There is no subcommand \"batch-worke\"."); // one that is nobody's
+    refused("x", "There is no subcommand \"x\".");
+}
+
+TEST(CommandLine, proposes_the_option_that_was_meant)
+{
+    // Also where the parser misses the very option that was misspelt.
+    ExpectError(RunProgram({"convert", "--sorce", "a.duf", "--target", "b.duf"}), 2,
+                "There is no option --sorce for convert; did you mean --source?");
+    ExpectError(RunProgram({"convert", "--source", "a.duf", "--target", "b.duf", "--overwite=1"}), 2,
+                "There is no option --overwite for convert; did you mean --overwrite?");
+    ExpectError(RunProgram({"convert-morphs", "--controlers", "--morphs", "A"}), 2,
+                "There is no option --controlers for convert-morphs; did you mean --controllers?");
+    ExpectError(RunProgram({"inspect", "a.obj", "--" + std::string(100000, 'x')}), 2,
+                "There is no option --" + std::string(100000, 'x') + " for inspect.");
+    ExpectJsonError(RunProgram({"--json", "inspect", "a.obj"}), 2,
+                    "--json is an option of inspect, behind which it belongs.");
+    ExpectError(RunProgram({"--versoin"}), 2,
+                "There is no option --versoin for gantrel; did you mean --version?");
+}
+
+TEST(CommandLine, takes_options_of_the_whole_program_on_both_sides_of_the_subcommand)
+{
+    const Workspace workspace;
+    const std::string file = workspace.write("hello.js", "print('Hello');");
+    for (const char* option : {"--verbose", "--quiet"})
+        for (const std::vector<std::string>& arguments :
+             {std::vector<std::string>{option, "script", file}, {"script", option, file}}) {
+            SCOPED_TRACE(option);
+            const ProgramResult result = RunProgram(arguments);
+            EXPECT_EQ(result.exitCode, 0) << result.err;
+            EXPECT_EQ(result.out, "Hello\n");
+            EXPECT_EQ(result.err.empty(), std::string(option) == "--quiet") << result.err;
+        }
+    ExpectWrongUse(RunProgram({"--quiet", "script", file, "--verbose"}), "--quiet excludes --verbose");
+    ExpectWrongUse(RunProgram({"script", file, "--verbose", "--quiet"}), "--quiet excludes --verbose");
+    // Also where the object is to be on the standard output.
+    ExpectJsonError(RunProgram({"--quiet", "inspect", "--json", "none.obj"}), 1,
+                    "Cannot open none.obj: No such file or directory.");
+}
+
+TEST(CommandLine, tells_exit_codes_in_every_help)
+{
+    EXPECT_NE(RunProgram({"--help"}).out.find("Exit codes: 0 "), std::string::npos);
+    for (const char* subcommand : subcommands)
+        EXPECT_NE(RunProgram({subcommand, "--help"}).out.find("Exit codes: 0 "), std::string::npos)
+            << subcommand;
 }
 
 TEST(CommandLine, refuses_an_unknown_option)
