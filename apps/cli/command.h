@@ -31,7 +31,9 @@ public:
 struct CommandContext {
     bool verbose = false; ///< the host's log goes to stderr
     bool quiet = false;   ///< neither progress nor what people are told beside results and errors
-    std::vector<std::string> arguments; ///< as they were given
+    int threads = 0;      ///< processors to keep busy; 0 for all
+    std::vector<std::string>
+        arguments; ///< as they were given, with settings in place of options that were not
     std::function<void()> work;
 };
 

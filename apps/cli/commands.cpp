@@ -5,6 +5,7 @@
 
 #include "batch/batch_worker.h"
 #include "command_batch.h"
+#include "command_config.h"
 #include "command_convert.h"
 #include "command_convert_morphs.h"
 #include "command_inspect.h"
@@ -29,6 +30,7 @@ void AddCommands(CLI::App& program, CommandContext& context)
     AddListDialsCommand(program, context);
     AddRenderCommand(program, context);
     AddScriptCommand(program, context);
+    AddConfigCommand(program, context);
     AddBatchWorkerCommand(program, context);
 }
 

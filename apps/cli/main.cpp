@@ -8,6 +8,7 @@
 #include "memory_need.h"
 #include "program.h"
 #include "report.h"
+#include "settings_arguments.h"
 #include "wrong_use.h"
 
 #include <algorithm>
@@ -15,11 +16,13 @@
 #include <exception>
 #include <functional>
 #include <new>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
+#include <tbb/global_control.h>
 
 namespace {
 
@@ -57,22 +60,36 @@ int Run(const std::function<void()>& work, bool asJson)
     }
 }
 
-std::string NameOfCommand(const std::vector<std::string>& arguments)
-{
-    const auto name = std::find_if(arguments.begin(), arguments.end(),
-                                   [](const std::string& word) { return word.empty() || word[0] != '-'; });
-    return name == arguments.end() ? std::string() : *name;
-}
-
 /// Whether the subcommand has the option, and it is given; also where the arguments make no sense as a whole.
 bool WantsJson(const CLI::App& program, const std::vector<std::string>& arguments)
 {
-    const auto commands = program.get_subcommands([](const CLI::App*) { return true; });
-    const std::string name = NameOfCommand(arguments);
-    const auto isNamed = [&](const CLI::App* command) { return command->get_name() == name; };
-    const auto command = std::find_if(commands.begin(), commands.end(), isNamed);
-    return command != commands.end() && (*command)->get_option_no_throw("--json") &&
+    const CLI::App* const command = cli::CommandOf(program, arguments);
+    return command && command->get_option_no_throw("--json") &&
            std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
+}
+
+/// @return why there are none, in which case the arguments stay as they are; empty when all is well
+std::string AddSettings(const CLI::App& program, std::vector<std::string>& arguments)
+{
+    try {
+        arguments = cli::WithSettings(program, arguments);
+        return {};
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+}
+
+int Work(const cli::CommandContext& context, bool wantsJson)
+{
+    if (context.quiet && context.verbose)
+        return Fail("--quiet excludes --verbose", wrongUse, wantsJson);
+    if (context.quiet)
+        cli::BeQuiet();
+    std::optional<tbb::global_control> threads;
+    if (context.threads > 0)
+        threads.emplace(tbb::global_control::max_allowed_parallelism,
+                        static_cast<std::size_t>(context.threads));
+    return Run(context.work, wantsJson);
 }
 
 } // namespace
@@ -86,22 +103,23 @@ int main(int argc, char** argv)
     cli::DescribeProgram(program, context);
     context.arguments.assign(argv + std::min(argc, 1), argv + argc);
     const bool wantsJson = WantsJson(program, context.arguments);
+    const std::string noSettings = AddSettings(program, context.arguments);
     try {
-        program.parse(argc, argv);
+        program.parse(std::vector<std::string>(context.arguments.rbegin(), context.arguments.rend()));
     } catch (const CLI::Success& request) {
         std::ostringstream help;
         program.exit(request, help, help);
         return Run([&] { cli::WriteOutput(help.str()); }, false);
     } catch (const CLI::ParseError& error) {
+        if (!noSettings.empty()) // what is missing may be in them
+            return Fail(noSettings, failure, wantsJson);
         return Fail(cli::DescribeWrongUse(program, error), wrongUse, wantsJson);
     }
     if (!context.work)
         return Fail("a subcommand is required; gantrel --help lists them", wrongUse, false);
-    if (context.quiet && context.verbose)
-        return Fail("--quiet excludes --verbose", wrongUse, wantsJson);
-    if (context.quiet)
-        cli::BeQuiet();
-    const int code = Run(context.work, wantsJson);
+    if (!noSettings.empty())
+        return Fail(noSettings, failure, wantsJson);
+    const int code = Work(context, wantsJson);
     if (code != success && cli::InterruptSignal() != 0)
         cli::EndBySignal(cli::InterruptSignal());
     return code;

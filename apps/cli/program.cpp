@@ -21,6 +21,14 @@ void AddTellingOptions(CLI::App& app, CommandContext& context)
     app.add_flag("--quiet", context.quiet, "Tell nothing but errors, and what is asked for as output");
 }
 
+void AddThreadsOption(CLI::App& command, CommandContext& context)
+{
+    command
+        .add_option("--threads", context.threads, "Processors to keep busy; all that there are without it")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1024));
+}
+
 void TellExitCodes(CLI::App& app)
 {
     const std::string example = app.get_footer();
@@ -57,6 +65,9 @@ void DescribeProgram(CLI::App& program, CommandContext& context)
         command->set_version_flag("--version", versionText, "Print the version");
         AddTellingOptions(*command, context);
         TellExitCodes(*command);
+        const bool hasOwn = command->get_option_no_throw("--threads") != nullptr; // batches: of each worker
+        if (!hasOwn && command->get_name() != "config")
+            AddThreadsOption(*command, context);
         RefuseEmptyNames(*command);
     }
 }

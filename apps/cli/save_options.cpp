@@ -20,8 +20,6 @@
 
 namespace cli {
 
-namespace {
-
 /// Libraries move between systems; some refuse these characters, and drop a full stop at the end.
 void CheckFolderName(const std::string& option, const std::string& name)
 {
@@ -38,8 +36,6 @@ void CheckFolderName(const std::string& option, const std::string& name)
         throw UsageError(fmt::format("{} is too long for the name of a folder: {} bytes, of {} at most",
                                      option, name.size(), base::longestName));
 }
-
-} // namespace
 
 SaveOptionSet AddSaveOptions(CLI::App& command, SaveArguments& arguments)
 {

@@ -26,6 +26,10 @@ struct SaveOptionSet {
 
 SaveOptionSet AddSaveOptions(CLI::App& command, SaveArguments& arguments);
 
+/// @param option  or whatever else holds the name, for the text
+/// @throws UsageError  it cannot be the name of a folder
+void CheckFolderName(const std::string& option, const std::string& name);
+
 /// @throws UsageError  vendor or product cannot be the name of a folder
 GntSaveOptions MakeSaveOptions(const SaveArguments& arguments);
 

@@ -307,8 +307,10 @@ TEST_F(Convert, keeps_its_temporary_files_after_a_failure_too)
 TEST_F(Convert, leaves_the_library_as_it_was_without_a_place_to_save)
 {
     const std::vector<std::string> before = workspace.entries();
-    report();
+    const ProgramResult told = convert();
     EXPECT_EQ(workspace.entries(), before);
+    EXPECT_NE(told.out.find("nothing: --save-library, "), std::string::npos) << told.out;
+    EXPECT_EQ(convert({"--export-obj", workspace.path("kept.obj")}).out.find("nothing: "), std::string::npos);
 }
 
 TEST_F(Convert, keeps_morphs_apart_whose_names_are_too_long_for_files)

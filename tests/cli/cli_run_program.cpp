@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <thread>
@@ -19,6 +20,13 @@
 extern char** environ;
 
 namespace {
+
+/// The settings of whoever runs the tests are not theirs.
+const bool hasNoSettings = [] {
+    for (const char* variable : {"GANTREL_CONTENT", "GANTREL_VENDOR", "GANTREL_PRODUCT", "GANTREL_THREADS"})
+        unsetenv(variable);
+    return setenv("XDG_CONFIG_HOME", "/nonexistent", 1) == 0;
+}();
 
 /// A program on its way.
 class RunningProgram {
@@ -37,6 +45,8 @@ public:
         posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", 0, 0);
         posix_spawn_file_actions_adddup2(&actions, _out.descriptor(), STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions, _err.descriptor(), STDERR_FILENO);
+        if (!hasNoSettings)
+            throw std::runtime_error("cannot set an environment variable");
         const int error = posix_spawn(&_child, GANTREL_PROGRAM, &actions, nullptr, argv.data(), environ);
         posix_spawn_file_actions_destroy(&actions);
         if (error != 0)

@@ -28,7 +28,8 @@ expect() {
 figures='My Figures|Old Vera.DUF|Vera.duf|pictures'
 
 expect 'convert|convert-morphs' gantrel conv
-expect '--version' gantrel --v
+expect '--verbose|--version' gantrel --v
+expect 'set|show|unset' gantrel config ''
 expect '' gantrel nonsense --
 expect '--accept-missing|--adjust-rig' gantrel convert --a
 expect 'base|subd' gantrel convert --resolution ''

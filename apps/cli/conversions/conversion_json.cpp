@@ -81,6 +81,8 @@ Json DescribeConversion(const ConversionReport& report, const Progress& progress
     json["files"] = files;
     if (!report.page.empty())
         json["report"] = FileText(report.page);
+    if (!asJson && files.empty() && report.page.empty())
+        json["kept"] = "nothing: --save-library, --export-obj, --pictures or --report say where to";
     if (!report.temporaryFolder.empty())
         json["temporary_folder"] = FileText(report.temporaryFolder);
     json["seconds"] = SecondsOf(progress);

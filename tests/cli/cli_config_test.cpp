@@ -1,0 +1,175 @@
+// `gantrel config`, and the settings where other subcommands take them.
+// SPDX-License-Identifier: MIT
+
+#include "cli_expectations.h"
+#include "cli_workspace.h"
+#include "tests/plugin/mini_library.h"
+
+#include <filesystem>
+
+namespace {
+
+using nlohmann::json;
+
+/// With a folder for settings of its own, which is empty at first.
+struct Config : ::testing::Test {
+    Workspace workspace;
+    ScopedVariable folder{"XDG_CONFIG_HOME", workspace.path("config")};
+    const std::string file = workspace.path("config/gantrel/config.json");
+
+    static json shown()
+    {
+        const ProgramResult result = RunProgram({"config", "--json"});
+        ExpectSuccess(result);
+        const json report = json::parse(result.out);
+        json byName;
+        for (const json& setting : report.at("settings"))
+            byName[setting.at("name").get<std::string>()] = setting;
+        return byName;
+    }
+
+    void writeFile(const std::string& text) const
+    {
+        std::filesystem::create_directories(workspace.path("config/gantrel"));
+        workspace.write("config/gantrel/config.json", text);
+    }
+
+    /// Of a script that tells in which folder a file of the mini library was found.
+    ProgramResult runFinder(const std::vector<std::string>& more = {}) const
+    {
+        const std::string script = workspace.write(
+            "find.js", "print(App.getContentMgr().getAbsolutePath('People/Genesis 9/Genesis 9.duf', true));");
+        std::vector<std::string> arguments{"script", script};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return RunProgram(arguments);
+    }
+
+    std::string library(const std::string& name) const
+    {
+        WriteMiniLibrary(workspace.path(name));
+        return workspace.path(name);
+    }
+};
+
+const std::string figure = "/People/Genesis 9/Genesis 9.duf\n";
+
+} // namespace
+
+TEST_F(Config, shows_what_is_set_and_where)
+{
+    EXPECT_EQ(RunProgram({"config"}).out,
+              "NAME\tVALUE\tFROM\ncontent\t-\tnot set\nvendor\t-\tnot set\nproduct\t-\tnot set\n"
+              "threads\t-\tnot set\n");
+    ExpectSuccess(RunProgram({"config", "set", "vendor", "Me"}));
+    ExpectSuccess(RunProgram({"config", "set", "content", "/a b", "/c"}));
+    ExpectSuccess(RunProgram({"config", "set", "threads", "2"}));
+    const ScopedVariable product("GANTREL_PRODUCT", "Shapes");
+    EXPECT_EQ(RunProgram({"config"}).out, "NAME\tVALUE\tFROM\ncontent\t/a b:/c\t" + file + "\nvendor\tMe\t" +
+                                              file + "\nproduct\tShapes\tGANTREL_PRODUCT\nthreads\t2\t" +
+                                              file + "\n");
+}
+
+TEST_F(Config, takes_settings_out_and_leaves_the_others)
+{
+    writeFile(R"({"vendor": "Me", "someday": [1, {"a": null}], "threads": 3})");
+    const ProgramResult taken = RunProgram({"config", "unset", "vendor"});
+    ExpectSuccess(taken);
+    EXPECT_EQ(json::parse(workspace.read("config/gantrel/config.json")),
+              json::parse(R"({"someday": [1, {"a": null}], "threads": 3})"));
+    ExpectSuccess(RunProgram({"config", "unset", "vendor"})); // it is not there, as is wanted
+    const ProgramResult told = RunProgram({"config"});
+    EXPECT_EQ(told.err, "gantrel: warning: " + file + ": there is no setting \"someday\"\n");
+}
+
+TEST_F(Config, keeps_folders_whole_wherever_it_is_called_from)
+{
+    ExpectSuccess(RunProgram({"config", "set", "content", "some/folder"}));
+    const std::string kept = shown().at("content").at("values").at(0);
+    EXPECT_EQ(kept, (std::filesystem::current_path() / "some/folder").string());
+}
+
+TEST_F(Config, refuses_values_that_cannot_be_meant)
+{
+    ExpectError(RunProgram({"config", "set", "vendor", "a/b"}), 2,
+                "Vendor \"a/b\" cannot be the name of a folder.");
+    ExpectError(RunProgram({"config", "set", "vendor", ""}), 2, "Vendor is empty.");
+    ExpectError(RunProgram({"config", "set", "vendor", "A", "B"}), 2, "Vendor takes one value.");
+    ExpectError(RunProgram({"config", "set", "threads", "many"}), 2,
+                "Threads \"many\" is no number from 1 to 1024.");
+    ExpectError(RunProgram({"config", "set", "threads", "0"}), 2,
+                "Threads \"0\" is no number from 1 to 1024.");
+    ExpectError(RunProgram({"config", "set", "content", "/a\xff"}), 2, "The value is not UTF-8.");
+    ExpectError(RunProgram({"config", "set", "vendor"}), 2, "Set needs a value.");
+    ExpectError(RunProgram({"config", "unset", "vendor", "Me"}), 2, "Unset takes no value.");
+    ExpectError(RunProgram({"config", "set"}), 2, "Set needs the name of a setting.");
+    ExpectWrongUse(RunProgram({"config", "set", "colour", "red"}), "\"colour\" is none of content, ");
+    EXPECT_FALSE(workspace.has("config"));
+}
+
+TEST_F(Config, leaves_a_damaged_file_as_it_is_and_names_it)
+{
+    const std::string damaged = "{\n\"vendor\": \"Me\",\n\"product\": \n";
+    writeFile(damaged);
+    const std::string sentence = file + ": line 4 is no JSON, so that no setting is known.";
+    ExpectError(RunProgram({"config"}), 1, sentence);
+    ExpectError(RunProgram({"config", "set", "vendor", "You"}), 1, sentence);
+    ExpectError(RunProgram({"config", "unset", "vendor"}), 1, sentence);
+    ExpectError(runFinder(), 1, sentence);
+    ExpectJsonError(RunProgram({"inspect", "none.obj", "--json"}), 1, sentence);
+    EXPECT_EQ(workspace.read("config/gantrel/config.json"), damaged);
+    ExpectSuccess(RunProgram({"convert", "--help"})); // which is the way out
+    const std::string vendor = file + ": vendor is neither a text, a number nor a list of texts.";
+    for (const char* text :
+         {R"({"vendor": null})", R"({"vendor": {}})", R"({"vendor": [1]})", R"({"vendor": []})"}) {
+        writeFile(text);
+        ExpectError(RunProgram({"config"}), 1, vendor);
+    }
+    writeFile("[]");
+    ExpectError(RunProgram({"config"}), 1, file + ": is not one JSON object with the settings.");
+    writeFile(std::string(2000000, ' '));
+    ExpectError(RunProgram({"config"}), 1, file + ": is too large for settings.");
+}
+
+TEST_F(Config, gives_way_to_the_environment_and_both_to_the_option)
+{
+    const std::string kept = library("kept"), ofEnvironment = library("env"), given = library("given");
+    ExpectSuccess(RunProgram({"config", "set", "content", workspace.path(""), kept}));
+    EXPECT_EQ(runFinder().out, kept + figure);
+    const ScopedVariable variable("GANTREL_CONTENT", ":" + workspace.path("tmp") + ":" + ofEnvironment + ":");
+    EXPECT_EQ(runFinder().out, ofEnvironment + figure);
+    EXPECT_EQ(runFinder({"--content", given}).out, given + figure);
+    EXPECT_EQ(runFinder({"--content=" + given}).out, given + figure);
+    const ProgramResult told = RunProgram({"config", "set", "content", kept});
+    EXPECT_EQ(told.exitCode, 0);
+    EXPECT_NE(told.out.find("GANTREL_CONTENT is set in the environment"), told.out.npos) << told.out;
+}
+
+TEST_F(Config, says_where_a_wrong_setting_stands)
+{
+    {
+        const ScopedVariable threads("GANTREL_THREADS", "0x2");
+        ExpectError(runFinder(), 1, "GANTREL_THREADS \"0x2\" is no number from 1 to 1024.");
+        ExpectSuccess(RunProgram({"--version"}));
+    }
+    const ScopedVariable empty("GANTREL_THREADS", ""); // as if it were not there
+    ExpectError(RunProgram({"inspect", "none.obj"}), 1, "Cannot open none.obj: No such file or directory.");
+    writeFile(R"({"threads": -1})");
+    ExpectError(RunProgram({"inspect", "none.obj"}), 1,
+                file + ": threads \"-1\" is no number from 1 to 1024.");
+}
+
+TEST_F(Config, stands_for_options_that_are_required_and_for_no_others)
+{
+    const ScopedVariable vendor("GANTREL_VENDOR", "Me"), product("GANTREL_PRODUCT", "Shapes");
+    // Nothing is to be saved, so nothing of it is asked for.
+    ExpectError(RunProgram({"convert", "--source", "none.duf", "--target", "none.duf"}), 1,
+                "Cannot open none.duf: No such file or directory.");
+    ExpectError(RunProgram({"convert", "--source", "none.duf", "--target", "none.duf", "--save-library",
+                            workspace.path("out")}),
+                1, "Cannot open none.duf: No such file or directory.");
+    ExpectError(RunProgram({"convert-morphs", "--source", "none.duf", "--target", "none.duf", "--morphs", "A",
+                            "B", "--save-library", workspace.path("out")}),
+                1, "Cannot open none.duf: No such file or directory.");
+    ExpectWrongUse(RunProgram({"convert", "--source", "a.duf", "--target", "b.duf", "--vendor", "Me"}),
+                   "--save-library");
+}
