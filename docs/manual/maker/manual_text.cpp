@@ -358,20 +358,22 @@ bool IsTornApart(const QTextDocument& document, const QTextBlock& block)
     return PageOfLine(document, block, lines <= kWholeLines ? lines - 1 : 1) != page;
 }
 
-/// Makes a picture that is torn from the block smaller, where it then has room below it.
+/// Makes a picture that is torn from the block, or is the block and torn from its caption, smaller, where it
+/// then has room below what stands before it.
 /// @return whether that was done
 bool FitPictureBelow(QTextDocument& document, const QTextBlock& block)
 {
-    const QTextBlock below = block.next();
+    const bool isPicture = !ImageOf(block).name().isEmpty();
+    const QTextBlock above = isPicture ? block.previous() : block, below = above.next();
     QTextImageFormat image = below.isValid() ? ImageOf(below) : QTextImageFormat();
     if (image.name().isEmpty())
         return false;
     const QAbstractTextDocumentLayout& layout = *document.documentLayout();
     const double height = document.pageSize().height();
-    const double end = (PageOf(document, block) + 1) * height;
+    const double end = (PageOf(document, above) + 1) * height;
     const double caption = 3 * layout.blockBoundingRect(below.next()).height(); // with the room around both
     const double shown = LineBox(document, below, 0).height();
-    const double scale = (end - layout.blockBoundingRect(block).bottom() - caption) / shown;
+    const double scale = (end - layout.blockBoundingRect(above).bottom() - caption) / shown;
     if (scale < kSmallerPicture || scale >= 1)
         return false;
     image.setWidth(scale * image.width());

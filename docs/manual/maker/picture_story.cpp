@@ -9,6 +9,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QDockWidget>
 #include <QElapsedTimer>
 #include <QGridLayout>
 #include <QLineEdit>
@@ -46,6 +47,7 @@ namespace manual {
 
 namespace {
 
+constexpr int kPaneWidth = 315;  ///< as in a window of a desktop's size
 constexpr int kPatience = 60000; ///< milliseconds, far beyond what a loaded machine needs
 constexpr float kApart = 75.0f;  ///< cm, of each figure from the middle
 
@@ -290,9 +292,14 @@ void PictureStory::showResult()
 
 void PictureStory::showDials()
 {
-    QCoreApplication::processEvents();
-    QWidget* const pane = dzApp->getInterface()->getPaneMgr()->findPane(QStringLiteral("DzParametersPane"));
+    DzMainWindow& window = *dzApp->getInterface();
+    QWidget* const pane = window.getPaneMgr()->findPane(QStringLiteral("DzParametersPane"));
     Require(pane, "there is no Parameters pane");
+    QDockWidget* const dock = qobject_cast<QDockWidget*>(pane->parentWidget());
+    Require(dock, "the Parameters pane stands alone");
+    window.resizeDocks({dock}, {kPaneWidth}, Qt::Horizontal);
+    for (int i = 0; i < 3; ++i) // the rows follow the pane, and their places follow the rows
+        QCoreApplication::processEvents();
     save(pane->grab(), "parameters");
 }
 
