@@ -79,6 +79,11 @@ void Configure(const ConfigArguments& arguments)
     if (arguments.action == "show")
         return Show(arguments.json);
     const SettingKind& kind = FindSettingKind(arguments.name);
+    // What the file says of the others is to make sense, or it stays as it is.
+    const Settings before;
+    for (const SettingKind& other : SettingKinds())
+        if (other.name != kind.name)
+            before.find(other);
     KeepSetting(kind, arguments.values);
     const std::optional<Setting> now = Settings().find(kind);
     const std::string file = FileText(SettingsFile());

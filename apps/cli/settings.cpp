@@ -97,6 +97,9 @@ Json ReadSettings(const fs::path& file)
         const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(damage.byte, text.size()));
         throw std::runtime_error(fmt::format("{}: line {} is no JSON, so that no setting is known",
                                              FileText(file), 1 + std::count(text.begin(), end, '\n')));
+    } catch (const Json::out_of_range&) {
+        throw std::runtime_error(
+            fmt::format("{}: holds a number that is too large for any use", FileText(file)));
     }
     if (!settings.is_object())
         throw std::runtime_error(fmt::format("{}: is not one JSON object with the settings", FileText(file)));

@@ -360,6 +360,8 @@ void BindConversion(py::module_& module)
     py::class_<Save>(module, "Save", "Where a conversion saves its morphs.")
         .def(py::init([](const fs::path& library, const std::string& vendor, const std::string& product,
                          bool compress, bool overwrite) {
+                 if (library.empty())
+                     throw cli::UsageError("the library of a Save is empty");
                  return Save{library, vendor, product, compress, overwrite};
              }),
              py::arg("library"), py::arg("vendor"), py::arg("product"), py::kw_only(),

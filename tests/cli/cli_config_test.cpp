@@ -123,7 +123,12 @@ TEST_F(Config, leaves_a_damaged_file_as_it_is_and_names_it)
          {R"({"vendor": null})", R"({"vendor": {}})", R"({"vendor": [1]})", R"({"vendor": []})"}) {
         writeFile(text);
         ExpectError(RunProgram({"config"}), 1, vendor);
+        ExpectError(RunProgram({"config", "set", "product", "Mine"}), 1, vendor);
+        EXPECT_EQ(workspace.read("config/gantrel/config.json"), text);
     }
+    writeFile(R"({"threads": 1e400})");
+    ExpectError(RunProgram({"config", "set", "vendor", "Me"}), 1,
+                file + ": holds a number that is too large for any use.");
     writeFile("[]");
     ExpectError(RunProgram({"config"}), 1, file + ": is not one JSON object with the settings.");
     writeFile(std::string(2000000, ' '));

@@ -311,6 +311,11 @@ TEST_F(Convert, leaves_the_library_as_it_was_without_a_place_to_save)
     EXPECT_EQ(workspace.entries(), before);
     EXPECT_NE(told.out.find("nothing: --save-library, "), std::string::npos) << told.out;
     EXPECT_EQ(convert({"--export-obj", workspace.path("kept.obj")}).out.find("nothing: "), std::string::npos);
+    const std::string library = workspace.path("library of its own");
+    std::filesystem::create_directories(library);
+    const ProgramResult saved = convert({"--save-library", library, "--vendor", "Me", "--product", "Mine"});
+    ASSERT_EQ(saved.exitCode, 0) << saved.err;
+    EXPECT_EQ(saved.out.find("nothing: "), std::string::npos) << saved.out;
 }
 
 TEST_F(Convert, keeps_morphs_apart_whose_names_are_too_long_for_files)

@@ -95,6 +95,11 @@ def test_meshes_and_pages_are_written(vera, genesis9, tmp_path):
     assert gantrel.read_obj(tmp_path / "made.obj").vertices.shape == (made.target.vertex_count, 3)
 
 
+def test_a_save_without_a_library_is_refused():
+    with pytest.raises(gantrel.UsageError, match="library of a Save is empty"):
+        gantrel.Save("", "Me", "My Shapes")
+
+
 @pytest.mark.parametrize("options, error, text", [
     ({"jobs": ["arms"]}, gantrel.UsageError, r'^Jobs names "arms"; the jobs are full, head and body\.$'),
     ({"jobs": []}, gantrel.UsageError, "Jobs names"),

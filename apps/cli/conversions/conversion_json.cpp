@@ -8,6 +8,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+
 namespace cli {
 
 namespace {
@@ -81,7 +83,9 @@ Json DescribeConversion(const ConversionReport& report, const Progress& progress
     json["files"] = files;
     if (!report.page.empty())
         json["report"] = FileText(report.page);
-    if (!asJson && files.empty() && report.page.empty())
+    const bool isSaved = std::any_of(report.created.begin(), report.created.end(),
+                                     [](const MorphReport& morph) { return !morph.savedFile.empty(); });
+    if (!asJson && files.empty() && report.page.empty() && !isSaved)
         json["kept"] = "nothing: --save-library, --export-obj, --pictures or --report say where to";
     if (!report.temporaryFolder.empty())
         json["temporary_folder"] = FileText(report.temporaryFolder);
