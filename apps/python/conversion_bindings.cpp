@@ -195,12 +195,12 @@ Conversion ConvertLoaded(const Figure& source, const Figure& target, const Wishe
     arguments.target = target.file.u8string();
     const cli::ConversionRequest request = cli::MakeRequest(arguments);
     Conversion conversion = [&] {
-        const OpenLibrary::Use use(*source.library);
+        const OpenLibrary::Use use(*source.origin);
         return Run(progressFunction, wishes.writesFiles(), [&](cli::Progress& progress) {
             return cli::ConvertFigures(use.session(), sourceNode, targetNode, request, progress);
         });
     }();
-    source.library->warn(conversion.report.diagnostics);
+    source.origin->warn(conversion.report.diagnostics);
     return conversion;
 }
 

@@ -15,7 +15,7 @@ namespace python {
 
 /// Lasts as long as its library is open.
 struct Figure {
-    std::shared_ptr<OpenLibrary> library;
+    std::shared_ptr<OpenLibrary> origin; ///< that it lies in
     QPointer<DzFigure> node;
     std::filesystem::path file; ///< that it was loaded from
 

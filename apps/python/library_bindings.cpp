@@ -31,7 +31,7 @@ namespace fs = std::filesystem;
 
 DzFigure& Figure::use() const
 {
-    library->checkUsable();
+    origin->checkUsable();
     if (!node)
         Raise("ClosedError", "the figure is no longer in the library's scene");
     return *node;
@@ -47,10 +47,10 @@ auto WorkWith(const Figure& figure, Function&& function)
 {
     DzFigure& node = figure.use();
     auto result = [&] {
-        const OpenLibrary::Use use(*figure.library);
+        const OpenLibrary::Use use(*figure.origin);
         return RunFreely([&] { return function(node); });
     }();
-    figure.library->warn();
+    figure.origin->warn();
     return result;
 }
 
@@ -84,7 +84,7 @@ void Turn(const Dial& dial, double value)
         cli::TurnDial(known, {dial.name, value}, met);
         return true;
     });
-    dial.figure.library->warn(met);
+    dial.figure.origin->warn(met);
 }
 
 /// The dials of a figure, by name.

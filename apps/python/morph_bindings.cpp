@@ -100,7 +100,7 @@ std::vector<Morph> ReadMorphs(const fs::path& path)
 }
 
 struct PlaceForMorph {
-    fs::path library;
+    fs::path contentFolder;
     std::string path, parent, author;
     bool compress, overwrite;
 };
@@ -120,11 +120,11 @@ fs::path WriteMorphFile(const Morph& morph, const PlaceForMorph& place)
     dson::WriteOptions options;
     options.compress = place.compress;
     options.isReplacement = true;
-    const fs::path file = place.library.u8string() + info.id;
+    const fs::path file = place.contentFolder.u8string() + info.id;
     std::error_code error;
     if (!place.overwrite && fs::exists(file, error))
         throw base::IoError("{}: is there already; overwrite=True replaces it", file.u8string());
-    return RunFreely([&] { return dson::WriteMorph(info, modifier, place.library, options); });
+    return RunFreely([&] { return dson::WriteMorph(info, modifier, place.contentFolder, options); });
 }
 
 void BindMorph(py::module_& module)
