@@ -129,7 +129,7 @@ class RowFiller {
 public:
     RowFiller(const Far::TopologyRefiner& refiner, int level, const Origins& origins)
         : _level(refiner.GetLevel(level - 1)), _next(refiner.GetLevel(level)), _origins(origins),
-          _scheme(refiner.GetSchemeOptions())
+          _areQuads(level > 1), _scheme(refiner.GetSchemeOptions())
     {
     }
 
@@ -164,8 +164,51 @@ private:
             add(corner, weight * share, row);
     }
 
+    bool isSmooth(int child) const { return _next.GetVertexRule(child) == Sdc::Crease::RULE_SMOOTH; }
+
+    /// Nearly all there is on fine levels. The weights are OpenSubdiv's, without the way through its masks.
+    bool isRegularEdge(int edge, int child) const
+    {
+        return _areQuads && _level.GetEdgeFaces(edge).size() == 2 && _level.GetEdgeSharpness(edge) <= 0.0f &&
+               isSmooth(child);
+    }
+
+    bool isRegularVertex(int vertex, int child) const
+    {
+        return _areQuads && _level.GetVertexFaces(vertex).size() == 4 &&
+               _level.GetVertexEdges(vertex).size() == 4 &&
+               _level.GetVertexRule(vertex) == Sdc::Crease::RULE_SMOOTH && isSmooth(child);
+    }
+
+    void addRegularEdge(int edge, Row& row) const
+    {
+        for (const int end : _level.GetEdgeVertices(edge))
+            row.push_back({static_cast<std::uint32_t>(end), 3.0f / 8.0f});
+        for (const int face : _level.GetEdgeFaces(edge))
+            for (const int corner : _level.GetFaceVertices(face))
+                if (const auto index = static_cast<std::uint32_t>(corner);
+                    index != row[0].source && index != row[1].source)
+                    add(corner, 1.0f / 16.0f, row);
+    }
+
+    void addRegularVertex(int vertex, Row& row) const
+    {
+        for (const int face : _level.GetVertexFaces(vertex)) {
+            const Far::ConstIndexArray corners = _level.GetFaceVertices(face);
+            for (int i = 0; i < 4; ++i)
+                // Each neighbour is a corner of two of the faces, the vertex of all.
+                add(corners[i],
+                    corners[i] == vertex             ? 9.0f / 64.0f
+                    : corners[(i + 2) % 4] == vertex ? 1.0f / 64.0f
+                                                     : 3.0f / 64.0f,
+                    row);
+        }
+    }
+
     void addEdge(int edge, int child, Row& row)
     {
+        if (isRegularEdge(edge, child))
+            return addRegularEdge(edge, row);
         const Sdc::Crease::Rule rule =
             _level.GetEdgeSharpness(edge) > 0.0f ? Sdc::Crease::RULE_CREASE : Sdc::Crease::RULE_SMOOTH;
         _scheme.ComputeEdgeVertexMask(EdgeSurroundings{_level, edge}, _mask, rule,
@@ -179,6 +222,8 @@ private:
 
     void addVertex(int vertex, int child, Row& row)
     {
+        if (isRegularVertex(vertex, child))
+            return addRegularVertex(vertex, row);
         _scheme.ComputeVertexVertexMask(VertexSurroundings{_level, _next, vertex, child}, _mask,
                                         _level.GetVertexRule(vertex), _next.GetVertexRule(child));
         const Far::ConstIndexArray edges = _level.GetVertexEdges(vertex),
@@ -195,6 +240,7 @@ private:
 
     const Far::TopologyLevel &_level, &_next;
     const Origins& _origins;
+    bool _areQuads;
     Sdc::Scheme<Sdc::SCHEME_CATMARK> _scheme;
     Mask _mask;
 };

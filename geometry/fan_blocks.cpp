@@ -21,6 +21,14 @@ namespace {
 bool HasArea(base::Span<const Vec3f> positions, const Triangles& triangles, std::size_t t)
 {
     const std::uint32_t* const corners = triangles.corners.data() + 3 * t;
+    // What floats are sure of they find in half the time, and it is nearly all triangles.
+    constexpr float surelyWide = 1e-3f, exact = 1e-30f;
+    const Vec3f ab = positions[corners[1]] - positions[corners[0]],
+                ac = positions[corners[2]] - positions[corners[0]];
+    const float extent = Dot(ab, ab) + Dot(ac, ac), wide = surelyWide * extent * extent;
+    if (const float square = Dot(Cross(ab, ac), Cross(ab, ac));
+        square > wide && wide > exact && std::isfinite(square))
+        return true;
     const Eigen::Vector3d a = ToEigen(positions[corners[0]]), b = ToEigen(positions[corners[1]]),
                           c = ToEigen(positions[corners[2]]);
     const double longest = std::max({(b - a).squaredNorm(), (c - b).squaredNorm(), (a - c).squaredNorm()});
@@ -81,8 +89,7 @@ FanBlocks::FanBlocks(base::Span<const Vec3f> positions, const Triangles& triangl
             }
             for (std::size_t k = 0; k < 4; ++k)
                 for (std::size_t axis = 0; axis < 3; ++axis)
-                    _blocks[cell / blockSize][k][axis][static_cast<Eigen::Index>(cell % blockSize)] =
-                        corners[k][static_cast<int>(axis)];
+                    _blocks[cell / blockSize][k][axis][cell % blockSize] = corners[k][static_cast<int>(axis)];
         }
     });
     _isEmpty = isEmpty;

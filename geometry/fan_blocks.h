@@ -4,8 +4,7 @@
 #pragma once
 
 #include "geometry/polygon_mesh.h"
-
-#include <Eigen/Core>
+#include "lanes.h"
 
 #include <array>
 #include <vector>
@@ -19,7 +18,6 @@ namespace geometry {
 class FanBlocks {
 public:
     static constexpr std::uint32_t blockSize = 4; ///< cells
-    using Lanes = Eigen::Array4f;
 
     FanBlocks(base::Span<const Vec3f> positions, const Triangles& triangles);
 
@@ -66,7 +64,7 @@ private:
     Vec3f corner(std::uint32_t cell, std::uint32_t k) const
     {
         const std::array<Lanes, 3>& axes = _blocks[cell / blockSize][k];
-        const auto lane = static_cast<Eigen::Index>(cell % blockSize);
+        const std::uint32_t lane = cell % blockSize;
         return {axes[0][lane], axes[1][lane], axes[2][lane]};
     }
 
@@ -78,44 +76,30 @@ private:
     bool _isEmpty = true;
 };
 
-/// Lanes of vectors. What works on them is inlined, always: as calls they would go through memory.
-struct LaneVectors {
-    FanBlocks::Lanes x, y, z;
-};
-
-EIGEN_ALWAYS_INLINE LaneVectors operator-(const LaneVectors& a, const LaneVectors& b)
-{
-    return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
-
-EIGEN_ALWAYS_INLINE FanBlocks::Lanes Dot(const LaneVectors& a, const LaneVectors& b)
-{
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
 /// The least of u (u length - 2 reach) for u between 0 and 1.
-EIGEN_ALWAYS_INLINE FanBlocks::Lanes LeastAlong(const FanBlocks::Lanes& length, const FanBlocks::Lanes& reach)
+GEOMETRY_INLINED Lanes LeastAlong(Lanes length, Lanes reach)
 {
-    const FanBlocks::Lanes u = (reach / length).max(0.0f).min(1.0f);
+    const Lanes u = Min(Max(reach / length, AllLanes(0.0f)), AllLanes(1.0f));
     return u * (u * length - 2.0f * reach);
 }
 
-EIGEN_ALWAYS_INLINE FanBlocks::Lanes FanBlocks::boxSquares(std::uint32_t block, Vec3f at) const
+GEOMETRY_INLINED Lanes FanBlocks::boxSquares(std::uint32_t block, Vec3f at) const
 {
     const Block& corners = _blocks[block];
-    Lanes sum = Lanes::Zero();
+    Lanes sum{};
     for (std::size_t axis = 0; axis < 3; ++axis) {
-        const Lanes last = (corners[3][axis] == corners[3][axis]).select(corners[3][axis], corners[2][axis]);
-        const Lanes low = corners[0][axis].min(corners[1][axis]).min(corners[2][axis]).min(last);
-        const Lanes high = corners[0][axis].max(corners[1][axis]).max(corners[2][axis]).max(last);
+        const Lanes last = corners[3][axis] == corners[3][axis] ? corners[3][axis] : corners[2][axis];
+        const Lanes low = Min(Min(corners[0][axis], corners[1][axis]), Min(corners[2][axis], last));
+        const Lanes high = Max(Max(corners[0][axis], corners[1][axis]), Max(corners[2][axis], last));
         const float here = at[static_cast<int>(axis)];
-        sum += (low - here).max(here - high).max(0.0f).square();
+        // In this order of the two no number stays one.
+        const Lanes gap = Max(AllLanes(0.0f), Max(low - here, here - high));
+        sum += gap * gap;
     }
     return sum;
 }
 
-EIGEN_ALWAYS_INLINE FanBlocks::Lanes FanBlocks::leastSquares(std::uint32_t block, std::uint32_t half,
-                                                             Vec3f at) const
+GEOMETRY_INLINED Lanes FanBlocks::leastSquares(std::uint32_t block, std::uint32_t half, Vec3f at) const
 {
     const auto corners = [&](std::uint32_t k) -> LaneVectors {
         const std::array<Lanes, 3>& axes = _blocks[block][k];
@@ -125,16 +109,16 @@ EIGEN_ALWAYS_INLINE FanBlocks::Lanes FanBlocks::leastSquares(std::uint32_t block
     const LaneVectors ab = corners(1 + half) - a, ac = corners(2 + half) - a;
     const Lanes ss = Dot(ab, ab), st = Dot(ab, ac), tt = Dot(ac, ac), d = Dot(ab, way), e = Dot(ac, way),
                 zero = Dot(way, way);
-    const Lanes onEnds = LeastAlong(ss, d).min(LeastAlong(tt, e));
+    const Lanes onEnds = Min(LeastAlong(ss, d), LeastAlong(tt, e));
     const Lanes across = ss - 2.0f * d + LeastAlong(ss + tt - 2.0f * st, ss + e - d - st);
-    const Lanes edges = zero + onEnds.min(across);
+    const Lanes edges = zero + Min(onEnds, across);
     const Lanes area = ss * tt - st * st, s = (tt * d - st * e) / area, t = (ss * e - st * d) / area;
     const Lanes inside = s * (s * ss + 2.0f * t * st - 2.0f * d) + t * (t * tt - 2.0f * e) + zero;
-    const auto isInside = s >= 0.0f && t >= 0.0f && s + t <= 1.0f;
+    const LaneMask isInside = (s >= 0.0f) & (t >= 0.0f) & (s + t <= 1.0f);
     // Where the corners are nearly in line, s and t are hardly known.
     constexpr float thin = 1e-3f, rounding = 1e-5f;
-    const Lanes nearest = isInside.select(inside, edges) - rounding * (zero + ss + tt);
-    return (area <= thin * ss * tt).select(0.0f, nearest);
+    const Lanes nearest = (isInside ? inside : edges) - rounding * (zero + ss + tt);
+    return area <= thin * ss * tt ? AllLanes(0.0f) : nearest;
 }
 
 } // namespace geometry

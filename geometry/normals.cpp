@@ -5,8 +5,7 @@
 
 #include "for_each_index.h"
 #include "geometry/incidence.h"
-
-#include <Eigen/Core>
+#include "lanes.h"
 
 #include <algorithm>
 #include <cassert>
@@ -26,44 +25,60 @@ Vec3f NewellNormal(const PolygonMeshView& mesh, std::size_t f)
     return Normalized(sum);
 }
 
-using Lanes = Eigen::Array4f;
-
 /// Angles between pairs of vectors from their dot products and the lengths of their cross products; to 2e-8
 /// by the polynomial of Abramowitz and Stegun, "Handbook of mathematical functions", 1964, 4.4.49.
-Lanes AngleOf(const Lanes& crossLength, const Lanes& dot)
+GEOMETRY_INLINED Lanes AngleOf(Lanes crossLength, Lanes dot)
 {
     constexpr float halfTurn = 3.14159265f, smallest = std::numeric_limits<float>::min();
     constexpr float coefficients[] = {-0.0161657367f, 0.0429096138f, -0.0752896400f, 0.1065626393f,
                                       -0.1420889944f, 0.1999355085f, -0.3333314528f};
-    const Lanes across = dot.abs(), larger = across.max(crossLength).max(smallest);
-    const Lanes ratio = across.min(crossLength) / larger, square = ratio * ratio;
-    Lanes sum = Lanes::Constant(0.0028662257f);
+    const Lanes across = Abs(dot), larger = Max(Max(across, crossLength), AllLanes(smallest));
+    const Lanes ratio = Min(across, crossLength) / larger, square = ratio * ratio;
+    Lanes sum = AllLanes(0.0028662257f);
     for (const float coefficient : coefficients)
         sum = sum * square + coefficient;
     const Lanes acute = (sum * square + 1.0f) * ratio;
-    const Lanes right = (crossLength > across).select(halfTurn / 2.0f - acute, acute);
-    return (dot < 0.0f).select(halfTurn - right, right);
+    const Lanes right = crossLength > across ? halfTurn / 2.0f - acute : acute;
+    return dot < 0.0f ? halfTurn - right : right;
+}
+
+/// Angles between the ways from a corner to the one before it and to the next one.
+GEOMETRY_INLINED Lanes AnglesAt(const LaneVectors& previous, const LaneVectors& here, const LaneVectors& next)
+{
+    const LaneVectors a = previous - here, b = next - here, cross = Cross(a, b);
+    return AngleOf(SquareRoot(Dot(cross, cross)), Dot(a, b));
+}
+
+/// A quad's vectors turned by a corner: each lane has what was in the next one.
+GEOMETRY_INLINED LaneVectors Turned(const LaneVectors& quad)
+{
+    const auto turned = [](Lanes lanes) { return Lanes{lanes[1], lanes[2], lanes[3], lanes[0]}; };
+    return {turned(quad.x), turned(quad.y), turned(quad.z)};
+}
+
+Lanes QuadAngles(const PolygonMeshView& mesh, base::Span<const std::uint32_t> face)
+{
+    const Vec3f a = mesh.positions[face[0]], b = mesh.positions[face[1]], c = mesh.positions[face[2]],
+                d = mesh.positions[face[3]];
+    const LaneVectors here{{a.x, b.x, c.x, d.x}, {a.y, b.y, c.y, d.y}, {a.z, b.z, c.z, d.z}};
+    const LaneVectors next = Turned(here);
+    return AnglesAt(Turned(Turned(next)), here, next);
 }
 
 /// The face's angles at up to four of its corners, from the given one on.
 Lanes AnglesFrom(const PolygonMeshView& mesh, base::Span<const std::uint32_t> face, std::size_t first)
 {
-    Lanes here[3], previous[3], next[3];
-    const auto put = [&](Lanes(&values)[3], Eigen::Index lane, std::size_t corner) {
+    LaneVectors here, previous, next;
+    const auto put = [&](LaneVectors& values, std::size_t lane, std::size_t corner) {
         const Vec3f at = mesh.positions[face[corner % face.size()]];
-        values[0][lane] = at.x, values[1][lane] = at.y, values[2][lane] = at.z;
+        values.x[lane] = at.x, values.y[lane] = at.y, values.z[lane] = at.z;
     };
-    for (Eigen::Index lane = 0; lane < 4; ++lane) {
-        const std::size_t corner = first + static_cast<std::size_t>(lane);
-        put(previous, lane, corner + face.size() - 1);
-        put(here, lane, corner);
-        put(next, lane, corner + 1);
+    for (std::size_t lane = 0; lane < 4; ++lane) {
+        put(previous, lane, first + lane + face.size() - 1);
+        put(here, lane, first + lane);
+        put(next, lane, first + lane + 1);
     }
-    const Lanes a[3] = {previous[0] - here[0], previous[1] - here[1], previous[2] - here[2]};
-    const Lanes b[3] = {next[0] - here[0], next[1] - here[1], next[2] - here[2]};
-    const Lanes cross[3] = {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-    return AngleOf((cross[0].square() + cross[1].square() + cross[2].square()).sqrt(),
-                   a[0] * b[0] + a[1] * b[1] + a[2] * b[2]);
+    return AnglesAt(previous, here, next);
 }
 
 /// The angle of each face at each of its corners, in radians.
@@ -74,8 +89,9 @@ std::vector<float> CornerAngles(const PolygonMeshView& mesh)
         const base::Span<const std::uint32_t> face = mesh.face(f);
         float* const own = angles.data() + mesh.topology->faceOffsets[f];
         for (std::size_t first = 0; first < face.size(); first += 4) {
-            const Lanes found = AnglesFrom(mesh, face, first);
-            std::copy_n(found.data(), std::min<std::size_t>(4, face.size() - first), own + first);
+            const Lanes found = face.size() == 4 ? QuadAngles(mesh, face) : AnglesFrom(mesh, face, first);
+            for (std::size_t lane = 0; lane < std::min<std::size_t>(4, face.size() - first); ++lane)
+                own[first + lane] = found[lane];
         }
     });
     return angles;

@@ -217,14 +217,16 @@ struct SurfaceTree::Impl {
 
         bool considerBlock(std::uint32_t block)
         {
-            const FanBlocks::Lanes boxes = tree->blocks.boxSquares(block, at) * surelyBelow;
-            if (!(boxes <= bestAtMost()).any())
+            const Lanes boxes = tree->blocks.boxSquares(block, at) * surelyBelow;
+            if (!IsAny(boxes <= bestAtMost()))
                 return false;
             bool isNearer = false;
             for (std::uint32_t half = 0; half < 2; ++half) {
-                const FanBlocks::Lanes squares = tree->blocks.leastSquares(block, half, at);
+                const Lanes squares = tree->blocks.leastSquares(block, half, at);
+                if (!IsAny(squares <= bestAtMost()))
+                    continue;
                 for (std::uint32_t lane = 0; lane < FanBlocks::blockSize; ++lane)
-                    if (double(squares[static_cast<Eigen::Index>(lane)]) <= best)
+                    if (double(squares[lane]) <= best)
                         isNearer |= consider(block * FanBlocks::blockSize + lane, half);
             }
             return isNearer;
