@@ -16,9 +16,9 @@
 #include <algorithm>
 #include <cmath>
 
-DzWeightMap::DzWeightMap(int numVertices, const QString& name)
-    : _name(name), _weights(static_cast<std::size_t>(std::max(0, numVertices)))
+DzWeightMap::DzWeightMap(int numVertices, const QString& name) : _name(name), _numWeights(0)
 {
+    setNumWeights(numVertices, false);
 }
 
 DzWeightMap::~DzWeightMap() = default;
@@ -26,8 +26,12 @@ DzWeightMap::~DzWeightMap() = default;
 void DzWeightMap::setNumWeights(int count, bool keep)
 {
     if (!keep)
-        _weights.clear();
-    _weights.resize(static_cast<std::size_t>(std::max(0, count)));
+        _pages.clear();
+    for (int vertex = std::max(0, count); keep && vertex < _numWeights; ++vertex)
+        setWeight(vertex, 0); // or it would be there again when the map grows
+    _numWeights = std::max(0, count);
+    _pages.resize((static_cast<std::size_t>(_numWeights) + pageSize - 1) / pageSize);
+    _inARow.clear();
 }
 
 float DzWeightMap::getFloatWeight(int vertex) const
@@ -43,20 +47,42 @@ void DzWeightMap::setFloatWeight(int vertex, float weight)
 
 unsigned short DzWeightMap::getWeight(int vertex) const
 {
-    return vertex >= 0 && vertex < getNumWeights() ? _weights[static_cast<std::size_t>(vertex)]
-                                                   : static_cast<unsigned short>(0);
+    if (vertex < 0 || vertex >= _numWeights)
+        return 0;
+    const std::unique_ptr<Page>& page = _pages[static_cast<std::size_t>(vertex) / pageSize];
+    return page ? (*page)[static_cast<std::size_t>(vertex) % pageSize] : static_cast<unsigned short>(0);
 }
 
 void DzWeightMap::setWeight(int vertex, unsigned short weight)
 {
-    if (vertex >= 0 && vertex < getNumWeights())
-        _weights[static_cast<std::size_t>(vertex)] = weight;
+    if (vertex < 0 || vertex >= _numWeights)
+        return;
+    std::unique_ptr<Page>& page = _pages[static_cast<std::size_t>(vertex) / pageSize];
+    if (!page && weight == 0)
+        return;
+    if (!page)
+        page = std::make_unique<Page>(Page{});
+    (*page)[static_cast<std::size_t>(vertex) % pageSize] = weight;
+    if (!_inARow.empty())
+        _inARow[static_cast<std::size_t>(vertex)] = weight;
+}
+
+const unsigned short* DzWeightMap::getWeightsPtr() const
+{
+    if (_inARow.empty()) {
+        _inARow.resize(static_cast<std::size_t>(_numWeights));
+        forEachWeight(
+            [&](int vertex, unsigned short weight) { _inARow[static_cast<std::size_t>(vertex)] = weight; });
+    }
+    return _inARow.data();
 }
 
 DzWeightMap* DzWeightMap::makeCopy() const
 {
-    auto* const copy = new DzWeightMap(0, _name);
-    copy->_weights = _weights;
+    auto* const copy = new DzWeightMap(_numWeights, _name);
+    for (std::size_t p = 0; p < _pages.size(); ++p)
+        if (_pages[p])
+            copy->_pages[p] = std::make_unique<Page>(*_pages[p]);
     return copy;
 }
 
@@ -259,13 +285,10 @@ public:
         if (count > _vertexCount)
             throw base::FormatError("weight map has {} weights for {} vertices", count, _vertexCount);
         geometry::JointWeights& weights = _joints[static_cast<std::size_t>(joint)];
-        const unsigned short* const values = map->getWeightsPtr();
-        for (std::size_t v = 0; v < count; ++v) {
-            if (values[v] == 0)
-                continue;
-            weights.vertices.push_back(static_cast<std::uint32_t>(v));
-            weights.weights.push_back(static_cast<float>(values[v]) / static_cast<float>(DZ_USHORT_MAX));
-        }
+        map->forEachWeight([&weights](int vertex, unsigned short weight) {
+            weights.vertices.push_back(static_cast<std::uint32_t>(vertex));
+            weights.weights.push_back(static_cast<float>(weight) / static_cast<float>(DZ_USHORT_MAX));
+        });
     }
 
     geometry::SkinWeights weights() const { return geometry::MakeSkinWeights(_vertexCount, _joints); }
@@ -291,26 +314,28 @@ void SkinAccess::update(const DzSkinBinding& binding, const DzSkeleton& skeleton
     QHash<const DzBone*, int> indices;
     for (int i = 0; i < bones.size(); ++i)
         indices.insert(bones.at(i), i);
-    JointMaps turns(static_cast<std::size_t>(bones.size()), vertexCount), scales(turns), x(turns), y(turns),
-        z(turns);
-    JointMaps* const axes[] = {&x, &y, &z};
-    bool hasAxes = false;
-    for (const auto& boneBinding : skin.bindings) {
-        const int joint = indices.value(boneBinding->getBone(), -1);
-        if (joint < 0)
-            continue;
-        turns.add(joint, boneBinding->getWeights());
-        scales.add(joint, boneBinding->getScaleWeights());
-        const bool isPerAxis = HasAxisWeights(*boneBinding);
-        hasAxes = hasAxes || isPerAxis;
-        for (int axis = 0; axis < 3; ++axis)
-            axes[axis]->add(joint, isPerAxis ? boneBinding->getAxisWeights(axis) : boneBinding->getWeights());
-    }
-    skin.weights = turns.weights();
-    skin.scaleWeights = scales.weights();
+    const auto indexOf = [&](const DzBoneBinding& bone) { return indices.value(bone.getBone(), -1); };
+    // One kind of map after the other, as each takes eight bytes an entry on its way.
+    const auto collected = [&](const auto& mapOf) {
+        JointMaps maps(static_cast<std::size_t>(bones.size()), vertexCount);
+        for (const auto& bone : skin.bindings)
+            if (const int joint = indexOf(*bone); joint >= 0)
+                maps.add(joint, mapOf(*bone));
+        return maps.weights();
+    };
+    const bool hasAxes = std::any_of(skin.bindings.begin(), skin.bindings.end(), [&](const auto& bone) {
+        return indexOf(*bone) >= 0 && HasAxisWeights(*bone);
+    });
+    const auto ofAxis = [&](int axis) {
+        return collected([axis](const DzBoneBinding& bone) {
+            return HasAxisWeights(bone) ? bone.getAxisWeights(axis) : bone.getWeights();
+        });
+    };
+    skin.weights = collected([](const DzBoneBinding& bone) { return bone.getWeights(); });
+    skin.scaleWeights = collected([](const DzBoneBinding& bone) { return bone.getScaleWeights(); });
     skin.axisWeights = geometry::AxisWeights();
     if (hasAxes)
-        skin.axisWeights = {x.weights(), y.weights(), z.weights()};
+        skin.axisWeights = {ofAxis(0), ofAxis(1), ofAxis(2)};
     skin.shares.clear();
     if (const DzWeightMap* const map = skin.blendMap)
         for (std::size_t v = 0; v < vertexCount; ++v)

@@ -7,6 +7,7 @@ gantrel_add_tests(host_scene_tests
         figure_following_test.cpp
         figure_graft_test.cpp
         figure_pipeline_test.cpp
+        figure_weight_map_test.cpp
         log_test.cpp
         scene_camera_test.cpp
         scene_chain_test.cpp
