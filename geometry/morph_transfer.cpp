@@ -7,12 +7,15 @@
 #include "embree_device.h"
 #include "for_each_index.h"
 #include "geometry/errors.h"
-#include "geometry/transform.h"
+#include "geometry/skinning.h"
 #include "surface_extension.h"
 #include "surface_match.h"
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
+
+#include <algorithm>
+#include <array>
 
 namespace geometry {
 
@@ -35,7 +38,91 @@ void CheckMesh(const PolygonMeshView& mesh, const char* which)
 struct Stencil {
     std::uint32_t vertices[3] = {0, 0, 0};
     float weights[3] = {0, 0, 0};
+
+    bool isUsed() const { return weights[0] != 0.0f || weights[1] != 0.0f || weights[2] != 0.0f; }
 };
+
+/// What the joints of a stencil's three vertices have there.
+class JointsMet {
+public:
+    void take(const SkinWeights& rows, const Stencil& stencil)
+    {
+        _joints.clear();
+        for (std::size_t k = 0; k < 3; ++k)
+            for (std::uint32_t i = rows.offsets[stencil.vertices[k]];
+                 i < rows.offsets[stencil.vertices[k] + 1]; ++i)
+                valuesOf(rows.joints[i])[k] = rows.weights[i];
+    }
+
+    template <class Visit>
+    void forEach(const Visit& visit) const
+    {
+        for (const auto& [joint, values] : _joints)
+            visit(joint, values);
+    }
+
+private:
+    using Values = std::array<float, 3>;
+
+    Values& valuesOf(std::uint32_t joint)
+    {
+        for (auto& [known, values] : _joints)
+            if (known == joint)
+                return values;
+        return _joints.emplace_back(joint, Values{}).second;
+    }
+
+    std::vector<std::pair<std::uint32_t, Values>> _joints;
+};
+
+/// The parts, one after the other.
+JointWeights Joined(base::Span<const std::vector<JointWeights>> parts, std::size_t joint)
+{
+    std::size_t count = 0;
+    for (const std::vector<JointWeights>& part : parts)
+        count += part[joint].vertices.size();
+    JointWeights joined;
+    joined.vertices.reserve(count);
+    joined.weights.reserve(count);
+    for (const std::vector<JointWeights>& part : parts) {
+        const JointWeights& list = part[joint];
+        joined.vertices.insert(joined.vertices.end(), list.vertices.begin(), list.vertices.end());
+        joined.weights.insert(joined.weights.end(), list.weights.begin(), list.weights.end());
+    }
+    return joined;
+}
+
+/// Puts the values of the vertices that nothing is known of among the others.
+void Continue(JointWeights& list, const SurfaceExtension& extension)
+{
+    std::vector<float> ring;
+    for (const std::uint32_t v : extension.ring()) {
+        const auto at = std::lower_bound(list.vertices.begin(), list.vertices.end(), v);
+        ring.push_back(at != list.vertices.end() && *at == v
+                           ? list.weights[static_cast<std::size_t>(at - list.vertices.begin())]
+                           : 0.0f);
+    }
+    const std::vector<float> found = extension.continued(ring);
+    if (std::all_of(found.begin(), found.end(), [](float value) { return value == 0.0f; }))
+        return;
+    JointWeights merged;
+    std::size_t known = 0;
+    const auto takeKnownBefore = [&](std::uint32_t v) {
+        for (; known < list.vertices.size() && list.vertices[known] < v; ++known) {
+            merged.vertices.push_back(list.vertices[known]);
+            merged.weights.push_back(list.weights[known]);
+        }
+    };
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        if (found[i] == 0.0f)
+            continue;
+        takeKnownBefore(extension.unknown()[i]);
+        merged.vertices.push_back(extension.unknown()[i]);
+        merged.weights.push_back(found[i]);
+    }
+    takeKnownBefore(UINT32_MAX);
+    list = std::move(merged);
+}
 
 /// Pieces of the target without a single match: each of their vertices takes the source's nearest place,
 /// whatever its normal, for want of anything better.
@@ -106,6 +193,13 @@ struct SurfaceMap::Impl {
         statistics.matched = matches.size() - statistics.filled;
     }
 
+    /// Relative to the first corner, so that a uniform shift arrives to the last digit.
+    template <class T>
+    static T blend(const Stencil& stencil, const T& a, const T& b, const T& c)
+    {
+        return a + (b - a) * stencil.weights[1] + (c - a) * stencil.weights[2];
+    }
+
     template <class T>
     std::vector<T> interpolate(base::Span<const T> values) const
     {
@@ -115,12 +209,33 @@ struct SurfaceMap::Impl {
         std::vector<T> result(stencils.size());
         ForEachIndex(result.size(), 8192, [&](std::size_t v) {
             const Stencil& s = stencils[v];
-            // Relative to the first corner, so that a uniform shift arrives to the last digit.
-            const T base = values[s.vertices[0]];
-            result[v] = base + (values[s.vertices[1]] - base) * s.weights[1] +
-                        (values[s.vertices[2]] - base) * s.weights[2];
+            result[v] = blend(s, values[s.vertices[0]], values[s.vertices[1]], values[s.vertices[2]]);
         });
         return result;
+    }
+
+    /// Of the vertices that have a stencil, in pieces that follow one another.
+    std::vector<std::vector<JointWeights>> interpolate(const SkinWeights& rows, std::size_t joints) const
+    {
+        constexpr std::size_t pieceSize = 16384;
+        std::vector<std::vector<JointWeights>> pieces((stencils.size() + pieceSize - 1) / pieceSize,
+                                                      std::vector<JointWeights>(joints));
+        ForEachIndex(pieces.size(), 1, [&](std::size_t p) {
+            JointsMet met;
+            for (std::size_t v = p * pieceSize; v < std::min(stencils.size(), (p + 1) * pieceSize); ++v) {
+                if (!stencils[v].isUsed())
+                    continue;
+                met.take(rows, stencils[v]);
+                met.forEach([&](std::uint32_t joint, const std::array<float, 3>& values) {
+                    const float value = blend(stencils[v], values[0], values[1], values[2]);
+                    if (value == 0.0f)
+                        return;
+                    pieces[p][joint].vertices.push_back(static_cast<std::uint32_t>(v));
+                    pieces[p][joint].weights.push_back(value);
+                });
+            }
+        });
+        return pieces;
     }
 };
 
@@ -162,6 +277,19 @@ std::vector<float> SurfaceMap::transfer(base::Span<const float> values) const
     return result;
 }
 
+std::vector<JointWeights> SurfaceMap::transfer(base::Span<const JointWeights> perJoint) const
+{
+    const std::vector<std::vector<JointWeights>> pieces =
+        _impl->interpolate(WeightsByVertex(_impl->sourceVertexCount, perJoint), perJoint.size());
+    std::vector<JointWeights> result(perJoint.size());
+    ForEachIndex(result.size(), 1, [&](std::size_t joint) {
+        result[joint] = Joined(pieces, joint);
+        if (_impl->extension)
+            Continue(result[joint], *_impl->extension);
+    });
+    return result;
+}
+
 SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMeshView& targetNeutral,
                          const MatchOptions& options)
 {
@@ -182,6 +310,7 @@ SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMesh
     if (std::find(isKnown.begin(), isKnown.end(), true) == isKnown.end())
         throw TopologyError("source mesh has no face with an area");
     impl->takeMatches(tree, matches);
+    std::vector<SurfacePoint>().swap(matches);
     if (impl->statistics.filled > 0)
         impl->extension = std::make_unique<SurfaceExtension>(target.neighbours, isKnown);
     return SurfaceMap(std::move(impl));
@@ -196,27 +325,30 @@ std::vector<std::uint32_t> TransferLabels(const SurfaceMap& map, const Topology&
     for (const std::uint32_t face : map.sourceFaces())
         if (face != UINT32_MAX && face >= sourceLabels.size())
             throw TopologyError("source face {} has no label; only {} are given", face, sourceLabels.size());
-    std::vector<std::uint32_t> labels(target.faceCount());
-    std::uint32_t previous = 0;
-    std::vector<std::uint32_t> votes;
-    for (std::size_t f = 0; f < target.faceCount(); ++f) {
-        votes.clear();
-        for (const std::uint32_t vertex : target.face(f))
-            if (const std::uint32_t face = map.sourceFaces()[vertex]; face != UINT32_MAX)
-                votes.push_back(sourceLabels[face]);
-        // A face without any match belongs with the faces around it, which mostly stand beside it in the list
-        // too.
-        std::uint32_t best = previous;
+    constexpr std::uint32_t none = UINT32_MAX;
+    std::vector<std::uint32_t> labels(target.faceCount(), none);
+    ForEachIndex(labels.size(), 4096, [&](std::size_t f) {
         std::ptrdiff_t bestCount = 0;
-        for (const std::uint32_t vote : votes) {
-            const std::ptrdiff_t count = std::count(votes.begin(), votes.end(), vote);
-            if (count > bestCount) {
+        const auto labelAt = [&](std::uint32_t vertex) {
+            const std::uint32_t face = map.sourceFaces()[vertex];
+            return face == UINT32_MAX ? none : sourceLabels[face];
+        };
+        const base::Span<const std::uint32_t> corners = target.face(f);
+        for (const std::uint32_t vertex : corners) {
+            const std::uint32_t vote = labelAt(vertex);
+            const std::ptrdiff_t count = std::count_if(
+                corners.begin(), corners.end(), [&](std::uint32_t other) { return labelAt(other) == vote; });
+            if (vote != none && count > bestCount) {
                 bestCount = count;
-                best = vote;
+                labels[f] = vote;
             }
         }
-        labels[f] = previous = best;
-    }
+    });
+    // A face without any match belongs with the faces around it, which mostly stand beside it in the list
+    // too.
+    std::uint32_t previous = 0;
+    for (std::uint32_t& label : labels)
+        label = previous = label == none ? previous : label;
     return labels;
 }
 

@@ -314,7 +314,7 @@ std::vector<JointPose> EvaluateSkeleton(base::Span<const Joint> joints)
     return poses;
 }
 
-SkinWeights MakeSkinWeights(std::size_t vertexCount, base::Span<const JointWeights> perJoint)
+SkinWeights WeightsByVertex(std::size_t vertexCount, base::Span<const JointWeights> perJoint)
 {
     SkinWeights weights;
     CountRows(weights, vertexCount, perJoint);
@@ -329,6 +329,12 @@ SkinWeights MakeSkinWeights(std::size_t vertexCount, base::Span<const JointWeigh
             weights.joints[slot] = static_cast<std::uint32_t>(j);
             weights.weights[slot] = perJoint[j].weights[i];
         }
+    return weights;
+}
+
+SkinWeights MakeSkinWeights(std::size_t vertexCount, base::Span<const JointWeights> perJoint)
+{
+    SkinWeights weights = WeightsByVertex(vertexCount, perJoint);
     Normalize(weights);
     return weights;
 }

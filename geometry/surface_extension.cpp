@@ -6,6 +6,8 @@
 #include "geometry/errors.h"
 #include "geometry/transform.h"
 
+#include <algorithm>
+
 namespace geometry {
 
 namespace {
@@ -103,14 +105,31 @@ void SurfaceExtension::extend(std::vector<Vec3f>& values) const
 
 void SurfaceExtension::extend(std::vector<float>& values) const
 {
-    if (_unknown.empty())
-        return;
-    Eigen::MatrixXd known(static_cast<Eigen::Index>(_ring.size()), 1);
+    std::vector<float> known(_ring.size());
     for (std::size_t i = 0; i < _ring.size(); ++i)
-        known(static_cast<Eigen::Index>(i), 0) = double(values[_ring[i]]);
-    const Eigen::MatrixXd solved = solve(std::move(known));
+        known[i] = values[_ring[i]];
+    const std::vector<float> found = continued(known);
     for (std::size_t i = 0; i < _unknown.size(); ++i)
-        values[_unknown[i]] = static_cast<float>(solved(static_cast<Eigen::Index>(i), 0));
+        values[_unknown[i]] = found[i];
+}
+
+std::vector<float> SurfaceExtension::continued(const std::vector<float>& values) const
+{
+    std::vector<float> found(_unknown.size());
+    if (_unknown.empty())
+        return found;
+    // As a rule the ring is far from where a joint has its weights.
+    if (std::equal(values.begin() + 1, values.end(), values.begin())) {
+        std::fill(found.begin(), found.end(), values.front());
+        return found;
+    }
+    Eigen::MatrixXd known(static_cast<Eigen::Index>(values.size()), 1);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        known(static_cast<Eigen::Index>(i), 0) = double(values[i]);
+    const Eigen::MatrixXd solved = solve(std::move(known));
+    for (std::size_t i = 0; i < found.size(); ++i)
+        found[i] = static_cast<float>(solved(static_cast<Eigen::Index>(i), 0));
+    return found;
 }
 
 } // namespace geometry

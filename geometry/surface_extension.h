@@ -21,11 +21,16 @@ public:
     SurfaceExtension(const IndexLists& neighbours, const std::vector<bool>& isKnown);
 
     std::size_t unknownCount() const { return _unknown.size(); }
+    base::Span<const std::uint32_t> unknown() const { return _unknown; } ///< in ascending order
+    base::Span<const std::uint32_t> ring() const { return _ring; }       ///< the known ones that matter
 
     /// Replaces the values of the unknown vertices.
     /// @param values  one per vertex
     void extend(std::vector<Vec3f>& values) const;
     void extend(std::vector<float>& values) const;
+    /// @param values  one per vertex of the ring
+    /// @return        one per unknown vertex
+    std::vector<float> continued(const std::vector<float>& values) const;
 
 private:
     /// @param known  rows by vertex of the ring, one column a coordinate
@@ -34,7 +39,7 @@ private:
 
     std::vector<std::uint32_t> _unknown;
     Eigen::SparseMatrix<double> _fromKnown; ///< rows by unknown, columns by known vertex of the ring
-    std::vector<std::uint32_t> _ring;       ///< the known vertices that matter
+    std::vector<std::uint32_t> _ring;
     Eigen::SimplicialLDLT<Eigen::SparseMatrix<double>> _solver;
 };
 

@@ -21,6 +21,7 @@
 #include "figure/pipeline.h"
 #include "figure/skin_access.h"
 #include "geometry/deltas.h"
+#include "geometry/skinning.h"
 #include "scene/node_transform.h"
 #include "scene/node_walk.h"
 
@@ -71,31 +72,15 @@ void CopyBones(const DzNode& from, DzNode& to, std::map<const DzNode*, DzBone*>&
     });
 }
 
-struct SparseWeights {
-    std::vector<std::uint32_t> vertices;
-    std::vector<float> weights;
-};
-
-SparseWeights Sparse(const std::vector<float>& dense)
+geometry::JointWeights WeightsOf(const DzWeightMap* map)
 {
-    SparseWeights sparse;
-    // Half a step of the 16 bits in which weights are kept.
-    constexpr float smallest = 0.5f / 65535.0f;
-    for (std::uint32_t v = 0; v < dense.size(); ++v) {
-        if (dense[v] < smallest)
-            continue;
-        sparse.vertices.push_back(v);
-        sparse.weights.push_back(std::min(dense[v], 1.0f));
-    }
-    return sparse;
-}
-
-std::vector<float> Dense(const DzWeightMap& map, std::size_t count)
-{
-    std::vector<float> weights(count);
-    for (std::size_t v = 0; v < count; ++v)
-        weights[v] = map.getFloatWeight(static_cast<int>(v));
-    return weights;
+    geometry::JointWeights list;
+    if (map)
+        map->forEachWeight([&list](int vertex, unsigned short weight) {
+            list.vertices.push_back(static_cast<std::uint32_t>(vertex));
+            list.weights.push_back(static_cast<float>(weight) / static_cast<float>(DZ_USHORT_MAX));
+        });
+    return list;
 }
 
 void BindToOneBone(DzSkinBinding& binding, DzFigure& target)
@@ -116,28 +101,33 @@ void BindLikeSource(DzSkinBinding& binding, const geometry::SurfaceMap& map, con
     CopyBones(source, target, copies);
     const DzSkinBinding& from = *source.getSkinBinding();
     binding.setGeneralMapMode(from.getGeneralMapMode());
+    std::vector<geometry::JointWeights> weights;
+    for (int i = 0; i < from.getNumBoneBindings(); ++i)
+        weights.push_back(WeightsOf(from.getBoneBinding(i)->getWeights()));
+    weights = map.transfer(weights);
     for (int i = 0; i < from.getNumBoneBindings(); ++i) {
-        const DzBoneBinding& joint = *from.getBoneBinding(i);
-        const auto copy = copies.find(joint.getBone());
-        if (copy == copies.end() || !joint.getWeights())
-            continue;
-        const std::vector<float> weights = Dense(*joint.getWeights(), map.sourceVertexCount());
-        const SparseWeights sparse = Sparse(map.transfer(weights));
-        if (!sparse.vertices.empty())
-            SkinAccess::bind(binding, *copy->second, sparse.vertices, sparse.weights);
+        const auto copy = copies.find(from.getBoneBinding(i)->getBone());
+        const geometry::JointWeights& own = weights[static_cast<std::size_t>(i)];
+        // Half a step of the 16 bits in which weights are kept.
+        const bool isFelt = std::any_of(own.weights.begin(), own.weights.end(),
+                                        [](float weight) { return weight >= 0.5f / DZ_USHORT_MAX; });
+        if (copy != copies.end() && isFelt)
+            SkinAccess::bind(binding, *copy->second, own.vertices, own.weights);
     }
 }
 
 } // namespace
 
-std::vector<Vec3f> BasePositionsInWorld(const DzNode& node)
+base::Span<const Vec3f> BasePositionsInWorld(const DzNode& node, std::vector<Vec3f>& moved)
 {
-    std::vector<Vec3f> positions = node.getObject()->pipeline().base().positions;
+    const std::vector<Vec3f>& positions = node.getObject()->pipeline().base().positions;
     const NodeTransform& place = WorldTransform(node);
-    if (!place.isIdentity())
-        for (Vec3f& position : positions)
-            position = geometry::FromEigen(place.apply(geometry::ToEigen(position)));
-    return positions;
+    if (place.isIdentity())
+        return positions;
+    moved = positions;
+    for (Vec3f& position : moved)
+        position = geometry::FromEigen(place.apply(geometry::ToEigen(position)));
+    return moved;
 }
 
 void RequireInvertiblePlace(const DzNode& node)

@@ -12,7 +12,8 @@ class DzNode;
 namespace openhost {
 
 /// Positions of a node's base mesh, neither morphed nor posed, at its place in the world; cm.
-std::vector<geometry::Vec3f> BasePositionsInWorld(const DzNode& node);
+base::Span<const geometry::Vec3f> BasePositionsInWorld(const DzNode& node,
+                                                       std::vector<geometry::Vec3f>& moved);
 
 /// @throws base::Error  the node is scaled to nothing, so nothing can be carried into its own space
 void RequireInvertiblePlace(const DzNode& node);

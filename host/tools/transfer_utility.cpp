@@ -137,8 +137,8 @@ std::unique_ptr<DzObject> CopyObject(const DzNode& prop)
     return object;
 }
 
-void WarnOfMisfit(const geometry::SurfaceMap& map, const std::vector<geometry::Vec3f>& from,
-                  const std::vector<geometry::Vec3f>& to, const DzNode& source, const DzNode& target)
+void WarnOfMisfit(const geometry::SurfaceMap& map, base::Span<const geometry::Vec3f> from,
+                  base::Span<const geometry::Vec3f> to, const DzNode& source, const DzNode& target)
 {
     if (geometry::IsMisfit(map.statistics()))
         openhost::Report(
@@ -225,8 +225,9 @@ bool DzTransferUtility::doTransfer()
         return false;
     return openhost::GuardHostCall({{}, target->getLabel().toStdString()}, [&] {
         openhost::RequireInvertiblePlace(*target);
-        const std::vector<geometry::Vec3f> from = openhost::BasePositionsInWorld(*source);
-        const std::vector<geometry::Vec3f> to = openhost::BasePositionsInWorld(*target);
+        std::vector<geometry::Vec3f> movedSource, movedTarget;
+        const base::Span<const geometry::Vec3f> from = openhost::BasePositionsInWorld(*source, movedSource);
+        const base::Span<const geometry::Vec3f> to = openhost::BasePositionsInWorld(*target, movedTarget);
         const geometry::SurfaceMap map = geometry::MatchSurfaces(
             {source->getObject()->pipeline().base().topology.get(), from},
             {target->getObject()->pipeline().base().topology.get(), to}, MatchingNow());

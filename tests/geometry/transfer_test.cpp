@@ -4,6 +4,7 @@
 #include "geometry/morph_transfer.h"
 
 #include "geometry/errors.h"
+#include "geometry/skinning.h"
 #include "geometry/subdivision.h"
 #include "geometry/surface_distance.h"
 #include "humans.h"
@@ -205,6 +206,50 @@ TEST(TransferMorph, continues_smoothly_where_the_source_ends)
             EXPECT_LE(std::abs(found[v + 1] - found[v]), 1.5f); // no jump: neighbours are 1 cm apart
         }
     }
+}
+
+TEST(TransferWeights, gives_list_by_list_what_it_gives_for_all_vertices)
+{
+    // Longer than the source, so that there are vertices to be filled in as well.
+    const PolygonMesh source = shapes::Grid(20, 10.0f);
+    PolygonMesh target = shapes::Grid(33, 10.0f);
+    for (Vec3f& p : target.positions)
+        p.x *= 1.6f;
+    const SurfaceMap map = MatchSurfaces(source.view(), target.view());
+    ASSERT_GT(map.statistics().filled, 0u);
+    std::vector<std::vector<float>> dense(4, std::vector<float>(source.vertexCount()));
+    std::vector<JointWeights> sparse(dense.size());
+    for (std::uint32_t v = 0; v < source.vertexCount(); ++v) {
+        const Vec3f p = source.positions[v];
+        dense[0][v] = std::max(0.0f, 1.0f - Length(p - Vec3f{2, 2, 0}) / 3.0f);
+        dense[1][v] = std::max(0.0f, p.x / 10.0f); // up to the edge, beyond which is what has no match
+        dense[2][v] = 1.0f;
+        for (std::size_t j = 0; j < dense.size(); ++j)
+            if (dense[j][v] > 0.0f) {
+                sparse[j].vertices.push_back(v);
+                sparse[j].weights.push_back(dense[j][v]);
+            }
+    }
+    const std::vector<JointWeights> found = map.transfer(sparse);
+    ASSERT_EQ(found.size(), dense.size());
+    for (std::size_t j = 0; j < dense.size(); ++j) {
+        EXPECT_TRUE(std::is_sorted(found[j].vertices.begin(), found[j].vertices.end()));
+        std::vector<float> spread(target.vertexCount());
+        for (std::size_t i = 0; i < found[j].vertices.size(); ++i)
+            spread[found[j].vertices[i]] = found[j].weights[i];
+        EXPECT_EQ(spread, map.transfer(dense[j])) << "list " << j;
+    }
+    EXPECT_TRUE(found[3].vertices.empty());
+    EXPECT_LT(found[0].vertices.size(), target.vertexCount() / 2);
+}
+
+TEST(TransferWeights, refuses_lists_of_another_mesh)
+{
+    const PolygonMesh mesh = shapes::Grid(4, 10.0f);
+    const SurfaceMap map = MatchSurfaces(mesh.view(), mesh.view());
+    const std::vector<JointWeights> beyond{{{25}, {1.0f}}}, uneven{{{1, 2}, {1.0f}}};
+    EXPECT_THROW(map.transfer(beyond), TopologyError);
+    EXPECT_THROW(map.transfer(uneven), TopologyError);
 }
 
 TEST(TransferMorph, names_the_source_face_of_each_vertex)

@@ -10,6 +10,8 @@
 
 namespace geometry {
 
+struct JointWeights;
+
 struct MatchOptions {
     float maxDistanceInEdges = 3.0f; ///< in mean edge lengths near the vertex, not in cm
     float maxAngleDegrees = 75.0f;   ///< between the two normals
@@ -47,6 +49,11 @@ public:
     /// @throws TopologyError  the number of values is not the source's vertex count
     std::vector<Vec3f> transfer(base::Span<const Vec3f> values) const;
     std::vector<float> transfer(base::Span<const float> values) const;
+    /// The same values as list by list, in the time that is needed for those that are not 0.
+    /// @param perJoint  by source vertex; what a list does not name is 0
+    /// @return  one list per list, vertices in ascending order
+    /// @throws TopologyError  a vertex index is out of range, or a list's two parts differ in length
+    std::vector<JointWeights> transfer(base::Span<const JointWeights> perJoint) const;
 
 private:
     struct Impl;

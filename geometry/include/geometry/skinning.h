@@ -57,9 +57,11 @@ struct JointWeights {
     std::vector<std::uint32_t> vertices;
     std::vector<float> weights; ///< one per vertex named; those that are not above 0 do not count
 };
-/// By vertex, normalised.
+/// By vertex, as they are.
 /// @param perJoint  in the order of the joints
 /// @throws TopologyError  a vertex index is out of range, or a joint's two lists differ in length
+SkinWeights WeightsByVertex(std::size_t vertexCount, base::Span<const JointWeights> perJoint);
+/// The same, normalised.
 SkinWeights MakeSkinWeights(std::size_t vertexCount, base::Span<const JointWeights> perJoint);
 
 /// Weights of their own for each of the three angles of the joints. All three are for the same vertices.
