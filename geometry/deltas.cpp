@@ -14,12 +14,18 @@ SparseDeltas Collect(std::size_t count, float tolerance, const DeltaOf& deltaOf)
 {
     SparseDeltas result;
     const float squared = tolerance * tolerance;
+    const auto isMoved = [&](std::size_t v) { return !(LengthSquared(deltaOf(v)) <= squared); };
+    // Counted first: lists that grow take up to twice the room.
+    std::size_t moved = 0;
+    for (std::size_t v = 0; v < count; ++v)
+        moved += isMoved(v);
+    result.vertices.reserve(moved);
+    result.deltas.reserve(moved);
     for (std::size_t v = 0; v < count; ++v) {
-        const Vec3f delta = deltaOf(v);
-        if (LengthSquared(delta) <= squared)
+        if (!isMoved(v))
             continue;
         result.vertices.push_back(static_cast<std::uint32_t>(v));
-        result.deltas.push_back(delta);
+        result.deltas.push_back(deltaOf(v));
     }
     return result;
 }

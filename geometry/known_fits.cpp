@@ -44,4 +44,10 @@ std::vector<Vec3f> KnownFits::findOrMake(const FitQuestion& question,
     return answer;
 }
 
+void KnownFits::forget()
+{
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _known.clear();
+}
+
 } // namespace geometry

@@ -29,6 +29,7 @@ class KnownFits {
 public:
     std::vector<Vec3f> findOrMake(const FitQuestion& question,
                                   const std::function<std::vector<Vec3f>()>& make);
+    void forget();
 
 private:
     struct Known {

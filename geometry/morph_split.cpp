@@ -40,12 +40,13 @@ void CheckSize(const Subdivision& subdivision, base::Span<const Vec3f> positions
 }
 
 /// The fine shape without what other morphs add to it, as far as that can be known before the cage is.
+/// @return  nothing where there are none
 std::vector<Vec3f> WithoutOthers(const Subdivision& subdivision, base::Span<const Vec3f> fine, int level,
                                  const PresentShape& present)
 {
-    std::vector<Vec3f> shape = Copy(fine);
     if (present.details.empty())
-        return shape;
+        return {};
+    std::vector<Vec3f> shape = Copy(fine);
     const std::vector<Vec3f> smooth = subdivision.refine(present.posed, 0, level);
     const std::vector<Vec3f> detailed = RefineWithDetail(subdivision, present.posed, level, present.details);
     for (std::size_t v = 0; v < shape.size(); ++v)
@@ -93,7 +94,8 @@ SubdividedMorph SplitMorph(const Subdivision& subdivision, base::Span<const Vec3
     for (const base::Span<const Vec3f> positions : {present.neutral, present.rest, present.posed})
         CheckSize(subdivision, positions, 0);
 
-    const std::vector<Vec3f> shape = WithoutOthers(subdivision, fine, level, present);
+    const std::vector<Vec3f> alone = WithoutOthers(subdivision, fine, level, present);
+    const base::Span<const Vec3f> shape = alone.empty() ? fine : base::Span<const Vec3f>(alone);
     std::vector<Vec3f> cage = options.smoothCage ? subdivision.fit(shape, level, present.posed)
                                                  : SampleCage(subdivision, shape, level, present.posed);
     SubdividedMorph morph;

@@ -52,6 +52,12 @@ std::uint32_t WeightPatterns::find(base::Span<const SparseRows::Entry> row)
     return _last;
 }
 
+RowPiece::RowPiece(std::size_t rows)
+{
+    _lengths.reserve(rows);
+    _places.reserve(rows);
+}
+
 void RowPiece::add(base::Span<const SparseRows::Entry> row)
 {
     assert(!row.empty());

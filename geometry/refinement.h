@@ -101,7 +101,11 @@ private:
 /// Rows that lie one after the other, made apart from the others.
 class RowPiece {
 public:
+    explicit RowPiece(std::size_t rows = 0);
+
     void add(base::Span<const SparseRows::Entry> row);
+    /// Gives back what was taken for rows that did not come.
+    void close() { _sources.shrink_to_fit(); }
 
     const std::vector<std::uint32_t>& lengths() const { return _lengths; }
     const std::vector<std::uint32_t>& sources() const { return _sources; }
@@ -130,11 +134,14 @@ std::vector<RowPiece> MakePieces(std::size_t rows, const Fill& fill)
         base::ThrowIfCancelled();
         Fill own = fill;
         std::vector<SparseRows::Entry> row;
-        for (std::size_t r = p * pieceSize; r < std::min(rows, (p + 1) * pieceSize); ++r) {
+        const std::size_t first = p * pieceSize, end = std::min(rows, first + pieceSize);
+        pieces[p] = RowPiece(end - first);
+        for (std::size_t r = first; r < end; ++r) {
             row.clear();
             own(r, row);
             pieces[p].add(row);
         }
+        pieces[p].close();
     });
     return pieces;
 }

@@ -189,4 +189,11 @@ std::vector<Vec3f> Subdivision::fit(base::Span<const Vec3f> fine, int fineLevel,
     });
 }
 
+void Subdivision::forgetFits() const
+{
+    _impl->knownFits.forget();
+    const std::lock_guard lock(_impl->stepsMutex);
+    _impl->steps.clear();
+}
+
 } // namespace geometry

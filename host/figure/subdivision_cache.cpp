@@ -18,6 +18,18 @@ struct Entry {
     std::weak_ptr<const geometry::Subdivision> refinement;
 };
 
+/// What the morphs of one work share is not worth its memory after it.
+class Fits {
+public:
+    explicit Fits(std::shared_ptr<const geometry::Subdivision> of) : _of(std::move(of)) {}
+    ~Fits() { _of->forgetFits(); }
+    Fits(const Fits&) = delete;
+    Fits& operator=(const Fits&) = delete;
+
+private:
+    std::shared_ptr<const geometry::Subdivision> _of;
+};
+
 } // namespace
 
 std::shared_ptr<const geometry::Subdivision>
@@ -36,7 +48,8 @@ FindSubdivision(const std::shared_ptr<const geometry::Topology>& cage, int level
     }
     const auto made = std::make_shared<const geometry::Subdivision>(cage, levels, rule, creases);
     entries.push_back({cage, rule, creases, made});
-    KeepDuringWork(made); // one step deletes a figure, and a later one subdivides another one of its kind
+    // One step deletes a figure, and a later one subdivides another one of its kind.
+    KeepDuringWork(std::make_shared<const Fits>(made));
     return made;
 }
 

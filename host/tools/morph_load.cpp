@@ -71,13 +71,13 @@ private:
 };
 
 geometry::SubdividedMorph MakePlainMorph(const MorphLoadSettings& settings, DzNode& node,
-                                         base::Span<const Vec3f> file)
+                                         std::vector<Vec3f> file)
 {
     Pipeline& pipeline = node.getObject()->pipeline();
-    std::vector<Vec3f> deltas(file.begin(), file.end());
+    std::vector<Vec3f> deltas = std::move(file);
     base::Span<const Vec3f> neutral = pipeline.base().positions;
     if (settings.reverseDeformations) {
-        deltas = UndoSkin(pipeline, UndoShaping(pipeline, UndoPlace(node, file), 0));
+        deltas = UndoSkin(pipeline, UndoShaping(pipeline, UndoPlace(node, std::move(deltas)), 0));
         neutral = pipeline.formedCage();
     }
     for (std::size_t v = 0; v < deltas.size(); ++v)
@@ -92,13 +92,14 @@ geometry::SubdividedMorph MakePlainMorph(const MorphLoadSettings& settings, DzNo
 }
 
 geometry::SubdividedMorph MakeSubdividedMorph(const MorphLoadSettings& settings, DzNode& node,
-                                              base::Span<const Vec3f> file)
+                                              std::vector<Vec3f> file)
 {
     Pipeline& pipeline = node.getObject()->pipeline();
     if (!settings.reverseDeformations)
         return SplitMorph(settings, pipeline, file);
-    return SplitMorph(settings, pipeline,
-                      UndoShaping(pipeline, UndoPlace(node, file), settings.subdivisionBuiltResolution));
+    return SplitMorph(
+        settings, pipeline,
+        UndoShaping(pipeline, UndoPlace(node, std::move(file)), settings.subdivisionBuiltResolution));
 }
 
 void AttenuateByMap(geometry::SubdividedMorph& made, const MorphLoadSettings& settings, const DzNode& node)
@@ -277,7 +278,7 @@ void CheckLoad(const MorphLoadSettings& settings, const DzNode* node, std::size_
         throw base::Error("the morph was refused");
 }
 
-void MakeMorph(const MorphLoadSettings& settings, DzNode* node, base::Span<const Vec3f> file)
+void MakeMorph(const MorphLoadSettings& settings, DzNode* node, std::vector<Vec3f> file)
 {
     CheckLoad(settings, node, file.size());
     if (settings.loadMode == DzMorphLoader::SingleSkinFigureFromGraft)
@@ -293,8 +294,8 @@ void MakeMorph(const MorphLoadSettings& settings, DzNode* node, base::Span<const
         const bool isReplaced = settings.overwriteExisting != DzMorphLoader::MakeUnique;
         const DialedOut without(settings.reverseDeformations && isReplaced ? present : nullptr);
         made = settings.morphSubdivision && settings.subdivisionBuiltResolution > 0
-                   ? MakeSubdividedMorph(settings, *node, file)
-                   : MakePlainMorph(settings, *node, file);
+                   ? MakeSubdividedMorph(settings, *node, std::move(file))
+                   : MakePlainMorph(settings, *node, std::move(file));
     }
     // After dropping, so that the parts of a map and of its complement add up to the full morph.
     AttenuateByMap(made, settings, *node);
@@ -347,8 +348,8 @@ MorphLoadReport LoadMorphFromFile(const MorphLoadSettings& settings, const DzFil
         geometry::ObjReadOptions options = ReadObjReadOptions(importOptions ? *importOptions : defaults);
         options.readFaces = options.readLines = options.readTexCoords = false;
         options.readGroups = options.readSurfaces = false;
-        const geometry::ObjContent content = ObjsOfThisWork()->read(ToStd(settings.filename), options);
-        MakeMorph(settings, node, content.mesh.positions);
+        geometry::ObjContent content = ObjsOfThisWork()->read(ToStd(settings.filename), options);
+        MakeMorph(settings, node, std::move(content.mesh.positions));
     });
 }
 

@@ -60,7 +60,7 @@ struct MorphMaker::Impl {
     /// In figure space, as the skin leaves it.
     std::vector<Vec3f> posedShape(Span<const Vec3f> world) const
     {
-        std::vector<Vec3f> positions = UndoPlace(place, world);
+        std::vector<Vec3f> positions = UndoPlace(place, {world.begin(), world.end()});
         for (std::size_t v = 0; v < shaping.size(); ++v)
             positions[v] -= shaping[v];
         return positions;

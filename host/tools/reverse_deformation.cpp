@@ -24,9 +24,8 @@ void RequireInvertible(const NodeTransform& place, const DzNode& node)
                           " is scaled to nothing, so its pose cannot be undone");
 }
 
-std::vector<Vec3f> UndoPlace(const NodeTransform& place, base::Span<const Vec3f> world)
+std::vector<Vec3f> UndoPlace(const NodeTransform& place, std::vector<Vec3f> positions)
 {
-    std::vector<Vec3f> positions(world.begin(), world.end());
     if (place.isIdentity())
         return positions;
     const Eigen::Matrix3d inverse = place.linear.inverse();
@@ -38,11 +37,11 @@ std::vector<Vec3f> UndoPlace(const NodeTransform& place, base::Span<const Vec3f>
     return positions;
 }
 
-std::vector<Vec3f> UndoPlace(const DzNode& node, base::Span<const Vec3f> world)
+std::vector<Vec3f> UndoPlace(const DzNode& node, std::vector<Vec3f> positions)
 {
     const NodeTransform& place = WorldTransform(node);
     RequireInvertible(place, node);
-    return UndoPlace(place, world);
+    return UndoPlace(place, std::move(positions));
 }
 
 std::vector<Vec3f> ShapingOffsets(Pipeline& pipeline, int level)

@@ -18,9 +18,9 @@ struct SkinPose;
 
 /// World positions in figure space.
 /// @throws base::Error  the node is scaled to nothing
-std::vector<geometry::Vec3f> UndoPlace(const DzNode& node, base::Span<const geometry::Vec3f> world);
+std::vector<geometry::Vec3f> UndoPlace(const DzNode& node, std::vector<geometry::Vec3f> positions);
 /// The same with a place that can be undone.
-std::vector<geometry::Vec3f> UndoPlace(const NodeTransform& place, base::Span<const geometry::Vec3f> world);
+std::vector<geometry::Vec3f> UndoPlace(const NodeTransform& place, std::vector<geometry::Vec3f> positions);
 /// @throws base::Error  the node is scaled to nothing
 void RequireInvertible(const NodeTransform& place, const DzNode& node);
 

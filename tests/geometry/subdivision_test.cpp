@@ -249,6 +249,8 @@ TEST(FitCage, gives_for_a_shape_what_another_subdivision_gives_for_it)
     EXPECT_EQ(second, alone());
     start[7].z += 1.0f;
     EXPECT_EQ(subdivision.fit(fine, 2, start), alone());
+    subdivision.forgetFits();
+    EXPECT_EQ(subdivision.fit(fine, 2, start), alone());
     EXPECT_EQ(subdivision.fit(fine, 2, start, 0, 1e-2),
               Subdivision(mesh.topology, 2).fit(fine, 2, start, 0, 1e-2));
 }

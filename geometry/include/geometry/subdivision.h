@@ -72,6 +72,9 @@ public:
     /// @throws TopologyError  a number of values is not its level's vertex count
     std::vector<Vec3f> fit(base::Span<const Vec3f> fine, int fineLevel, base::Span<const Vec3f> start,
                            int startLevel = 0, double accuracy = 1e-5) const;
+    /// Gives back what fits have left for the next ones, which is as much again as the rest. Any thread may
+    /// ask, also while others fit.
+    void forgetFits() const;
 
 private:
     struct Impl;
