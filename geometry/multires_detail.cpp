@@ -59,7 +59,7 @@ std::vector<std::uint32_t> NamingCorners(const Topology& topology, int level,
 std::vector<std::vector<Vec3f>> LevelGoals(const Subdivision& subdivision, base::Span<const Vec3f> fine,
                                            int level, base::Span<const Vec3f> cage)
 {
-    constexpr double accuracy = 1e-3; // finer levels make up for the rest
+    constexpr double accuracy = 1e-2; // finer levels make up for the rest
     std::vector<std::vector<Vec3f>> goals(static_cast<std::size_t>(level) + 1);
     goals.back().assign(fine.begin(), fine.end());
     for (int l = level - 1; l >= 1; --l) {
