@@ -5,7 +5,7 @@
 #include "command.h"
 #include "error_sentence.h"
 #include "interrupt.h"
-#include "memory_need.h"
+#include "large_arrays.h"
 #include "program.h"
 #include "report.h"
 #include "settings_arguments.h"
@@ -97,7 +97,7 @@ int Work(const cli::CommandContext& context, bool wantsJson)
 int main(int argc, char** argv)
 {
     cli::NoteInterrupts();
-    cli::GiveFreedArraysBack();
+    app::TreatLargeArraysWell();
     cli::CommandContext context;
     CLI::App program;
     cli::DescribeProgram(program, context);

@@ -12,7 +12,6 @@
 #include <string>
 
 #include <fmt/format.h>
-#include <malloc.h>
 #include <sys/resource.h>
 
 namespace cli {
@@ -83,16 +82,6 @@ void CheckMemory(std::size_t cageVertices, int level)
         throw std::runtime_error(fmt::format("a conversion at subdivision level {} needs about {:.0f} MiB of "
                                              "memory, and {:.0f} are left; a lower {} needs less",
                                              level, need / mebibyte, *left / mebibyte, OptionWord("--subd")));
-}
-
-void GiveFreedArraysBack()
-{
-#ifdef __GLIBC__
-    // The allocator would keep arrays of up to 32 MiB once it has seen one freed: a tenth more memory at
-    // subdivision level 3.
-    constexpr int kept = 8 << 20;
-    mallopt(M_MMAP_THRESHOLD, kept);
-#endif
 }
 
 } // namespace cli

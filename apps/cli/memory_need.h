@@ -19,7 +19,4 @@ std::optional<double> MemoryLeft();
 /// @throws std::runtime_error  the conversion needs more than there is; the text has both and what helps
 void CheckMemory(std::size_t cageVertices, int level);
 
-/// For the start of the program: large arrays that are freed from now on go back to the system, always.
-void GiveFreedArraysBack();
-
 } // namespace cli

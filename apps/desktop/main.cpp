@@ -4,6 +4,7 @@
 #include "desktop_attendant.h"
 #include "desktop_options.h"
 #include "desktop_window.h"
+#include "large_arrays.h"
 #include "openhost/openhost.h"
 #include "program_folders.h"
 
@@ -39,6 +40,7 @@ QString LogFile()
 
 int main(int argc, char** argv)
 {
+    app::TreatLargeArraysWell();
     desktop::Options options;
     if (const std::optional<int> code = desktop::ParseOptions(argc, argv, options, std::cout, std::cerr))
         return *code;
