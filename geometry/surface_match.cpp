@@ -36,6 +36,12 @@ constexpr float farthestBeyondRim = 0.5f;
 /// In mean edge lengths: neighbours are one apart, and a steep but whole surface may take them half an edge
 /// further.
 constexpr float farthestFromNeighbours = 1.5f;
+/// Cosine of 75 degrees: beyond, a face is taken to lie on its back beside its vertex's other ones.
+constexpr float foldedCosine = 0.2588f;
+/// What a folded vertex's own match counts beside others, so that pieces of nothing else still have a field.
+constexpr float foldedWeight = 0.01f;
+/// In mean edge lengths: a folded vertex's normal may not lead it further from where its neighbours went.
+constexpr float farthestByFoldedNormal = 0.3f;
 
 std::vector<float> MeanEdgeLengths(base::Span<const Vec3f> positions, const IndexLists& neighbours)
 {
@@ -73,7 +79,10 @@ public:
         const std::size_t count = _target.mesh.vertexCount();
         findAll(std::vector<Vec3f>(count));
         std::vector<Vec3f> offsets = SmoothOffsets(_target.neighbours, goals(), std::vector<Vec3f>(count));
-        return count < denseVertexCount || _registers ? followSlide(std::move(offsets)) : offsets;
+        if (count < denseVertexCount || _registers)
+            offsets = followSlide(std::move(offsets));
+        carryFolded(offsets);
+        return offsets;
     }
 
     std::vector<SurfacePoint> matchAt(const std::vector<Vec3f>& offsets)
@@ -138,9 +147,30 @@ private:
         if (!nearest.isValid() || agreement(v, nearest) >= _minCosine)
             return nearest;
         // Between lips or fingers the wrong side is the nearer one.
-        return _tree.closestPoint(at, _reach[v], [&](std::uint32_t, const SurfacePoint& candidate) {
-            return agreement(v, candidate) >= _minCosine;
-        });
+        const SurfacePoint agreeing =
+            _tree.closestPoint(at, _reach[v], [&](std::uint32_t, const SurfacePoint& candidate) {
+                return agreement(v, candidate) >= _minCosine;
+            });
+        const float farthest = nearest.distance + farthestByFoldedNormal * _target.edgeLengths[v];
+        return _target.isFolded[v] && agreeing.distance > farthest ? nearest : agreeing;
+    }
+
+    /// Folded vertices go where those around them do.
+    void carryFolded(std::vector<Vec3f>& offsets) const
+    {
+        for (std::size_t v = 0; v < offsets.size(); ++v) {
+            if (!_target.isFolded[v])
+                continue;
+            Vec3f sum;
+            int count = 0;
+            for (const std::uint32_t w : _target.neighbours[v])
+                if (!_target.isFolded[w]) {
+                    sum += offsets[w];
+                    ++count;
+                }
+            if (count > 0)
+                offsets[v] = sum * (1.0f / static_cast<float>(count));
+        }
     }
 
     std::vector<OffsetGoal> goals() const
@@ -150,7 +180,7 @@ private:
             if (_matches[v].isValid()) {
                 const float cosine = std::max(agreement(v, _matches[v]), 0.0f);
                 result[v] = {_matches[v].position - _target.mesh.positions[v], sourceNormal(_matches[v]),
-                             cosine * cosine};
+                             cosine * cosine * (_target.isFolded[v] ? foldedWeight : 1.0f)};
             }
         });
         return result;
@@ -254,8 +284,30 @@ MatchSource::MatchSource(const SurfaceTree& surface, const PolygonMeshView& sour
 
 MatchTarget::MatchTarget(const PolygonMeshView& target)
     : mesh(target), neighbours(VertexNeighbours(*target.topology)),
-      edgeLengths(MeanEdgeLengths(target.positions, neighbours)), normals(VertexNormals(target))
+      edgeLengths(MeanEdgeLengths(target.positions, neighbours)), normals(VertexNormals(target)),
+      isFolded(target.vertexCount())
 {
+    findFolds();
+}
+
+void MatchTarget::findFolds()
+{
+    const std::vector<Vec3f> faceNormals = FaceNormals(mesh);
+    std::vector<std::uint32_t> folded;
+    for (std::size_t f = 0; f < faceNormals.size(); ++f)
+        for (const std::uint32_t v : mesh.face(f))
+            if (Dot(faceNormals[f], normals[v]) < foldedCosine && !isFolded[v] && faceNormals[f] != Vec3f{}) {
+                isFolded[v] = true;
+                folded.push_back(v);
+            }
+    for (const std::uint32_t v : folded) {
+        Vec3f sum;
+        for (const std::uint32_t w : neighbours[v])
+            if (!isFolded[w])
+                sum += normals[w];
+        if (Length(sum) > 0.0f)
+            normals[v] = Normalized(sum);
+    }
 }
 
 std::vector<SurfacePoint> MatchVertices(const MatchSource& source, const MatchTarget& target,

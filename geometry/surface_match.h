@@ -17,8 +17,14 @@ struct MatchTarget {
     IndexLists neighbours;
     std::vector<float> edgeLengths; ///< cm, mean near each vertex
     std::vector<Vec3f> normals;
+    /// Of vertices with a face that turns so far from their normal that neither tells which side is out: the
+    /// mesh folds over there. Their normal is that of the vertices around them.
+    std::vector<bool> isFolded;
 
     explicit MatchTarget(const PolygonMeshView& target);
+
+private:
+    void findFolds();
 };
 
 /// A source mesh and what the matching needs to know about it.

@@ -184,6 +184,31 @@ TEST(TransferMorph, tells_the_lips_apart_by_their_normals)
     EXPECT_EQ(found, isUpper);
 }
 
+TEST(TransferMorph, keeps_the_vertices_of_a_fold_on_their_own_lid)
+{
+    constexpr int cells = 20, row = cells + 1;
+    const PolygonMesh source = shapes::Lips(cells, 4.0f, 0.05f);
+    // The lids lie crosswise, as in the test before, and on each some vertices have slipped past those beside
+    // them, as happens where a rim is remeshed: their normals point into the lid.
+    PolygonMesh target = source;
+    const std::size_t half = target.vertexCount() / 2;
+    for (std::size_t v = 0; v < target.vertexCount(); ++v)
+        target.positions[v].z += v < half ? 0.04f : -0.04f;
+    const float slip = 1.6f * 4.0f / cells;
+    for (const std::size_t lid : {std::size_t{0}, half})
+        for (const std::size_t y : {5, 10, 15})
+            target.positions[lid + y * row + 10] += {-slip, -slip, 0.0f};
+    std::vector<Vec3f> values = source.positions;
+    for (std::size_t v = 0; v < values.size(); ++v)
+        values[v].z = v < half ? 0.0f : 1.0f;
+    const std::vector<Vec3f> found = MatchSurfaces(source.view(), target.view()).transfer(values);
+    for (std::size_t v = 0; v < found.size(); ++v) {
+        EXPECT_NEAR(found[v].z, values[v].z, 1e-5f) << v;
+        EXPECT_LT(std::hypot(found[v].x - target.positions[v].x, found[v].y - target.positions[v].y), 0.1f)
+            << v; // half a cell
+    }
+}
+
 TEST(TransferMorph, continues_smoothly_where_the_source_ends)
 {
     // A sheet twice as long as the source; along it the values grow evenly and then have to go on somehow.
