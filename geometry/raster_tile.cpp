@@ -57,8 +57,7 @@ private:
 /// Those of the whole numbers between two limits, the last outside, that lie between the least and the most.
 struct Range {
     Range(float least, float most, int first, int last)
-        : begin(std::max(first, static_cast<int>(std::ceil(least)))),
-          end(std::min(last, static_cast<int>(std::floor(most)) + 1))
+        : begin(std::max(first, CeilOf(least))), end(std::min(last, FloorOf(most) + 1))
     {
     }
     int begin, end;

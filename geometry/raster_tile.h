@@ -13,6 +13,19 @@ struct RasterCorner {
     float nearness = 0.0f; ///< larger is nearer; even along lines on the picture
 };
 
+/// As std::floor and std::ceil, of what fits: those are calls where the processor's own rounding may not be
+/// counted on, and there are several for each face and edge.
+inline int FloorOf(float value)
+{
+    const int towardsZero = static_cast<int>(value);
+    return towardsZero - (static_cast<float>(towardsZero) > value);
+}
+inline int CeilOf(float value)
+{
+    const int towardsZero = static_cast<int>(value);
+    return towardsZero + (static_cast<float>(towardsZero) < value);
+}
+
 /// A square of samples with their depths.
 class RasterTile {
 public:

@@ -48,10 +48,10 @@ struct Rasterizer::Band {
     void add(float left, float top, float right, float bottom, std::uint32_t entry,
              std::vector<std::uint64_t>& placed) const
     {
-        const int x0 = std::max(0, static_cast<int>(std::ceil(left)));
-        const int x1 = std::min(width - 1, static_cast<int>(std::floor(right)));
-        const int y0 = std::max(first, static_cast<int>(std::ceil(top)));
-        const int y1 = std::min(last - 1, static_cast<int>(std::floor(bottom)));
+        const int x0 = std::max(0, CeilOf(left));
+        const int x1 = std::min(width - 1, FloorOf(right));
+        const int y0 = std::max(first, CeilOf(top));
+        const int y1 = std::min(last - 1, FloorOf(bottom));
         if (x0 > x1 || y0 > y1)
             return;
         for (int row = (y0 - first) / tileSize; row <= (y1 - first) / tileSize; ++row)
