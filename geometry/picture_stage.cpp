@@ -6,7 +6,7 @@
 #include "embree_device.h"
 #include "face_cuts.h"
 #include "geometry/errors.h"
-#include "geometry/normals.h"
+#include "seen_normals.h"
 
 #include <algorithm>
 #include <array>
@@ -126,18 +126,36 @@ Value Mixed(const Crossing& at, const Value* values)
 } // namespace
 
 struct PictureStage::Impl {
-    explicit Impl(base::Span<const PictureItem> shown) : items(shown)
+    Impl(base::Span<const PictureItem> shown, StageNormals wantedNormals)
+        : items(shown), wanted(wantedNormals)
     {
         std::size_t faces = 0;
         for (const PictureItem& item : items) {
             CheckReach(item.mesh.positions);
             const FaceCuts& cut = cuts.emplace_back(item.mesh);
             meshes.push_back({item.mesh, static_cast<std::uint32_t>(faces), cut.isEmpty() ? nullptr : &cut});
-            normals.push_back(VertexNormals(item.mesh));
+            normals.emplace_back(item.mesh);
+            if (wanted == StageNormals::Everywhere)
+                normals.back().findAll();
             faces += item.mesh.faceCount();
             if (faces >= noFace)
                 throw TopologyError("a picture cannot show {} faces", faces);
         }
+    }
+
+    void findNormals(base::Span<const std::uint32_t> faces)
+    {
+        std::vector<std::vector<char>> isSeen(meshes.size());
+        for (std::size_t i = 0; i < meshes.size(); ++i)
+            isSeen[i].resize(meshes[i].mesh.faceCount());
+        for (const std::uint32_t face : faces)
+            if (face != noFace) {
+                const std::size_t item = itemOf(face);
+                isSeen[item][face - meshes[item].firstFace] = 1;
+            }
+        const std::lock_guard<std::mutex> lock(findingNormals);
+        for (std::size_t i = 0; i < meshes.size(); ++i)
+            normals[i].find(isSeen[i]);
     }
 
     void makeScene()
@@ -218,7 +236,7 @@ struct PictureStage::Impl {
             Normalized(Cross(mesh.positions[at.corners[1]] - a, mesh.positions[at.corners[2]] - a));
         if (Dot(hit.faceNormal, ray.direction) > 0.0f)
             hit.faceNormal = -hit.faceNormal;
-        hit.normal = Normalized(Mixed(at, normals[item].data()));
+        hit.normal = Normalized(Mixed(at, normals[item].normals().data()));
         if (hit.normal == Vec3f{})
             hit.normal = hit.faceNormal;
         else if (Dot(hit.normal, hit.faceNormal) < 0.0f)
@@ -227,15 +245,20 @@ struct PictureStage::Impl {
     }
 
     base::Span<const PictureItem> items;
+    StageNormals wanted;
     std::deque<FaceCuts> cuts; ///< stay where they are
     std::vector<NumberedMesh> meshes;
-    std::vector<std::vector<Vec3f>> normals;
+    std::vector<SeenNormals> normals;
+    std::mutex findingNormals;
     std::once_flag isReady;
     std::unique_ptr<RTCSceneTy, SceneReleaser> scene;
     std::vector<std::vector<std::uint32_t>> quadFaces;
 };
 
-PictureStage::PictureStage(base::Span<const PictureItem> items) : _impl(new Impl(items)) {}
+PictureStage::PictureStage(base::Span<const PictureItem> items, StageNormals normals)
+    : _impl(new Impl(items, normals))
+{
+}
 PictureStage::~PictureStage() = default;
 PictureStage::PictureStage(PictureStage&&) noexcept = default;
 PictureStage& PictureStage::operator=(PictureStage&&) noexcept = default;
@@ -248,6 +271,12 @@ base::Span<const PictureItem> PictureStage::items() const
 base::Span<const NumberedMesh> PictureStage::meshes() const
 {
     return _impl->meshes;
+}
+
+void PictureStage::findNormals(base::Span<const std::uint32_t> faces) const
+{
+    if (_impl->wanted == StageNormals::WhereAsked)
+        _impl->findNormals(faces);
 }
 
 PictureStage::Hit PictureStage::hitOn(std::uint32_t number, const Ray& ray) const

@@ -102,6 +102,8 @@ PreviewPicture DrawPreview(const PictureStage& stage, const PictureCamera& camer
     const std::size_t width = static_cast<std::size_t>(options.width);
     std::vector<std::uint32_t> faces(width * static_cast<std::size_t>(options.height));
     Rasterizer(stage.meshes(), camera, {options.width, options.height}).draw(0, options.height, faces);
+    if (options.shading == PreviewShading::Smooth)
+        stage.findNormals(faces);
     PreviewPicture picture{options.width, options.height, std::vector<std::uint32_t>(faces.size())};
     const RowDrawer drawer(stage, camera, options, faces);
     tbb::parallel_for(0, options.height, [&](int row) {

@@ -152,7 +152,7 @@ const ScenePicture& ViewportPicture::scene()
 const geometry::PictureStage& ViewportPicture::stage()
 {
     if (!_stage)
-        _stage.emplace(scene().items);
+        _stage.emplace(scene().items, geometry::StageNormals::WhereAsked);
     return *_stage;
 }
 

@@ -231,6 +231,42 @@ TEST(PictureStage, interpolates_normals_and_colours_where_a_ray_meets_a_face)
     EXPECT_FALSE(stage.hitOn(noFace, {corner, {0, 0, 1}}).isValid);
 }
 
+TEST(PictureStage, knows_the_same_normals_where_it_is_asked_as_everywhere)
+{
+    // Two items, of which the second one's faces have higher numbers; its pole is a vertex of 40 faces.
+    const PolygonMesh meshes[] = {shapes::Cube(2.0f), shapes::Sphere(3.0f, 30, 40)};
+    const PictureItem items[] = {{meshes[0].view()}, {meshes[1].view()}};
+    const PictureStage everywhere({items, 2}), asked({items, 2}, StageNormals::WhereAsked);
+    const std::uint32_t first = everywhere.meshes()[1].firstFace;
+    const auto last = static_cast<std::uint32_t>(first + meshes[1].faceCount() - 1);
+    const auto normalsOn = [&](const PictureStage& stage, std::uint32_t number) {
+        const NumberedMesh& one = stage.meshes()[number < first ? 0 : 1];
+        std::vector<Vec3f> normals;
+        for (const std::uint32_t vertex : one.mesh.face(number - one.firstFace)) {
+            const Vec3f at = one.mesh.positions[vertex];
+            const PictureStage::Hit hit = stage.hitOn(number, {at * 2.0f, Normalized(-at)});
+            normals.push_back(hit.normal);
+            if (&stage == &asked && number == last) {
+                EXPECT_EQ(hit.normal, hit.faceNormal) << "nobody has asked";
+            }
+        }
+        return normals;
+    };
+    normalsOn(asked, last);
+    // Some, some of them again with others, and in the end so many that all are found.
+    std::vector<std::uint32_t> faces{noFace, 2, first, first + 41};
+    for (int round = 0; round < 3; ++round) {
+        asked.findNormals(faces);
+        for (const std::uint32_t face : faces) {
+            if (face != noFace) {
+                EXPECT_EQ(normalsOn(asked, face), normalsOn(everywhere, face)) << face;
+            }
+        }
+        for (std::uint32_t i = 0; i < (round == 0 ? 30u : 900u); ++i)
+            faces.push_back(first + i);
+    }
+}
+
 TEST(PictureStage, finds_the_same_rays_free_together_as_one_by_one)
 {
     const PolygonMesh mesh = shapes::Sphere(3.0f, 12, 12);

@@ -22,13 +22,20 @@ struct NumberedMesh {
 /// Stands where there is no face.
 constexpr std::uint32_t noFace = UINT32_MAX;
 
+/// Where a stage knows the normals that shade its faces smoothly.
+enum class StageNormals {
+    Everywhere,
+    WhereAsked ///< as findNormals() is told: soonest ready for a picture that is drawn once
+};
+
 /// Reads the items' positions at construction and their colours later: the items must outlive it. Queries are
 /// const and may be made from several threads at once.
 class PictureStage {
 public:
     /// @throws TopologyError  a position is beyond farthestPosition, or there are too many faces to be
     /// numbered
-    explicit PictureStage(base::Span<const PictureItem> items);
+    explicit PictureStage(base::Span<const PictureItem> items,
+                          StageNormals normals = StageNormals::Everywhere);
     ~PictureStage();
     PictureStage(PictureStage&&) noexcept;
     PictureStage& operator=(PictureStage&&) noexcept;
@@ -39,12 +46,16 @@ public:
 
     struct Hit {
         Vec3f position;   ///< cm
-        Vec3f normal;     ///< interpolated over the triangle
+        Vec3f normal;     ///< interpolated over the triangle; flat where no normals are known
         Vec3f faceNormal; ///< of the flat triangle; both turned to the viewer's side of the face
         std::array<float, 3> color{};
         std::uint32_t item = 0, face = 0; ///< the item, and its polygon
         bool isValid = false;
     };
+    /// Makes normals known on these faces; noFace may be among them. Does nothing where they are. Hits may be
+    /// asked for meanwhile on faces for which it was called before.
+    void findNormals(base::Span<const std::uint32_t> faces) const;
+
     /// Where a ray meets a face of which it is known that it does; the closest point of a triangle's plane
     /// where it only just does. Not valid for noFace and for a face without area.
     Hit hitOn(std::uint32_t number, const Ray& ray) const;
