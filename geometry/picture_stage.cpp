@@ -126,8 +126,7 @@ Value Mixed(const Crossing& at, const Value* values)
 } // namespace
 
 struct PictureStage::Impl {
-    Impl(base::Span<const PictureItem> shown, StageNormals wantedNormals)
-        : items(shown), wanted(wantedNormals)
+    Impl(base::Span<const PictureItem> shown, StageNormals wanted) : items(shown)
     {
         std::size_t faces = 0;
         for (const PictureItem& item : items) {
@@ -145,6 +144,8 @@ struct PictureStage::Impl {
 
     void findNormals(base::Span<const std::uint32_t> faces)
     {
+        if (std::all_of(normals.begin(), normals.end(), [](const SeenNormals& n) { return n.areAllFound(); }))
+            return;
         std::vector<std::vector<char>> isSeen(meshes.size());
         for (std::size_t i = 0; i < meshes.size(); ++i)
             isSeen[i].resize(meshes[i].mesh.faceCount());
@@ -153,7 +154,6 @@ struct PictureStage::Impl {
                 const std::size_t item = itemOf(face);
                 isSeen[item][face - meshes[item].firstFace] = 1;
             }
-        const std::lock_guard<std::mutex> lock(findingNormals);
         for (std::size_t i = 0; i < meshes.size(); ++i)
             normals[i].find(isSeen[i]);
     }
@@ -245,11 +245,9 @@ struct PictureStage::Impl {
     }
 
     base::Span<const PictureItem> items;
-    StageNormals wanted;
     std::deque<FaceCuts> cuts; ///< stay where they are
     std::vector<NumberedMesh> meshes;
     std::vector<SeenNormals> normals;
-    std::mutex findingNormals;
     std::once_flag isReady;
     std::unique_ptr<RTCSceneTy, SceneReleaser> scene;
     std::vector<std::vector<std::uint32_t>> quadFaces;
@@ -275,8 +273,7 @@ base::Span<const NumberedMesh> PictureStage::meshes() const
 
 void PictureStage::findNormals(base::Span<const std::uint32_t> faces) const
 {
-    if (_impl->wanted == StageNormals::WhereAsked)
-        _impl->findNormals(faces);
+    _impl->findNormals(faces);
 }
 
 PictureStage::Hit PictureStage::hitOn(std::uint32_t number, const Ray& ray) const

@@ -59,44 +59,37 @@ private:
 
 } // namespace
 
-SeenNormals::SeenNormals(const PolygonMeshView& mesh)
-    : _mesh(mesh), _normals(mesh.vertexCount()), _isKnown(mesh.vertexCount())
-{
-}
+SeenNormals::SeenNormals(const PolygonMeshView& mesh) : _mesh(mesh), _normals(mesh.vertexCount()) {}
 
 void SeenNormals::findAll()
 {
     _normals = VertexNormals(_mesh);
-    std::fill(_isKnown.begin(), _isKnown.end(), char{1});
+    _found = Found::All;
 }
 
 void SeenNormals::find(const std::vector<char>& isSeen)
 {
-    const std::vector<char> isWanted = unknownOf(isSeen);
+    if (_found == Found::All)
+        return;
+    std::vector<char> isWanted(_normals.size());
+    for (std::size_t f = 0; f < isSeen.size(); ++f)
+        if (isSeen[f])
+            for (const std::uint32_t v : _mesh.face(f))
+                isWanted[v] = 1;
     const auto count = static_cast<std::size_t>(std::count(isWanted.begin(), isWanted.end(), 1));
     if (count == 0)
         return;
-    if (count > isWanted.size() / 2) { // a part takes longer to be cut out than to be worked out
+    // A large part takes longer to be cut out than to be worked out with the rest.
+    if (_found == Found::Part || count > isWanted.size() / 2) {
         findAll();
         return;
     }
     const Surroundings around(_mesh, isWanted);
     const std::vector<Vec3f> found = around.normals();
     for (std::size_t v = 0; v < found.size(); ++v)
-        if (const std::uint32_t whole = around.vertices()[v]; isWanted[whole]) {
+        if (const std::uint32_t whole = around.vertices()[v]; isWanted[whole])
             _normals[whole] = found[v];
-            _isKnown[whole] = 1;
-        }
-}
-
-std::vector<char> SeenNormals::unknownOf(const std::vector<char>& isSeen) const
-{
-    std::vector<char> isWanted(_isKnown.size());
-    for (std::size_t f = 0; f < isSeen.size(); ++f)
-        if (isSeen[f])
-            for (const std::uint32_t v : _mesh.face(f))
-                isWanted[v] = !_isKnown[v];
-    return isWanted;
+    _found = Found::Part;
 }
 
 } // namespace geometry

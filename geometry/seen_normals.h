@@ -9,8 +9,8 @@
 
 namespace geometry {
 
-/// Vertex normals as VertexNormals() finds them, found face by face when they are wanted: of a dense mesh a
-/// picture shows a part only.
+/// Vertex normals as VertexNormals() finds them, found when they are wanted: of a dense mesh a picture shows
+/// a part only. Who looks a second time, from elsewhere, will look again: then all are found.
 class SeenNormals {
 public:
     /// @param mesh  must outlive it
@@ -19,16 +19,17 @@ public:
     void findAll();
     /// @param isSeen  one a face; the normals of its vertices are wanted where it is not 0
     void find(const std::vector<char>& isSeen);
+    bool areAllFound() const { return _found == Found::All; }
 
     /// One per vertex; zero where nobody has asked.
     const std::vector<Vec3f>& normals() const { return _normals; }
 
 private:
-    std::vector<char> unknownOf(const std::vector<char>& isSeen) const;
+    enum class Found { None, Part, All };
 
     PolygonMeshView _mesh;
     std::vector<Vec3f> _normals;
-    std::vector<char> _isKnown; ///< by vertex
+    Found _found = Found::None;
 };
 
 } // namespace geometry

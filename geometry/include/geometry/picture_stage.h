@@ -25,7 +25,7 @@ constexpr std::uint32_t noFace = UINT32_MAX;
 /// Where a stage knows the normals that shade its faces smoothly.
 enum class StageNormals {
     Everywhere,
-    WhereAsked ///< as findNormals() is told: soonest ready for a picture that is drawn once
+    WhereAsked ///< as findNormals() is told: soonest ready, for one picture at a time
 };
 
 /// Reads the items' positions at construction and their colours later: the items must outlive it. Queries are
@@ -52,8 +52,8 @@ public:
         std::uint32_t item = 0, face = 0; ///< the item, and its polygon
         bool isValid = false;
     };
-    /// Makes normals known on these faces; noFace may be among them. Does nothing where they are. Hits may be
-    /// asked for meanwhile on faces for which it was called before.
+    /// Makes normals known on these faces; noFace may be among them. A stage that knows them everywhere stays
+    /// as it is; one that learns some may not be asked for anything meanwhile.
     void findNormals(base::Span<const std::uint32_t> faces) const;
 
     /// Where a ray meets a face of which it is known that it does; the closest point of a triangle's plane
