@@ -117,10 +117,14 @@ std::vector<Vec3f> VertexNormals(const PolygonMeshView& mesh)
         Vec3f sum;
         std::uint32_t last = UINT32_MAX;
         for (const std::uint32_t f : vertexFaces[v]) {
+            if (f == last)
+                continue;
             const base::Span<const std::uint32_t> face = mesh.face(f);
-            for (std::size_t c = 0; c < face.size() && f != last; ++c)
-                if (face[c] == v)
-                    sum += faceNormals[f] * angles[mesh.topology->faceOffsets[f] + c];
+            const float* const own = angles.data() + mesh.topology->faceOffsets[f];
+            float angle = 0.0f; // which corner it is no processor can foresee
+            for (std::size_t c = 0; c < face.size(); ++c)
+                angle += face[c] == v ? own[c] : 0.0f;
+            sum += faceNormals[f] * angle;
             last = f; // a face that visits the vertex twice stands twice in a row
         }
         normals[v] = Normalized(sum);
