@@ -116,7 +116,8 @@ std::vector<float> Remaining(base::Span<const OffsetGoal> goals, const SlideAt& 
 }
 
 /// Single mistakes of the matching stand out as distances that nothing around them has; they count less (the
-/// weights of Cauchy's distribution).
+/// weights of Cauchy's distribution). So does what is farther off than a slide can be, such as a limb in
+/// another pose: it is known at the wrong places, and featureless parts beside it would slide with it.
 std::vector<OffsetGoal> Reweighted(const IndexLists& neighbours, base::Span<const OffsetGoal> goals,
                                    base::Span<const float> edgeLengths, const SlideRestraint& restraint)
 {
@@ -125,7 +126,8 @@ std::vector<OffsetGoal> Reweighted(const IndexLists& neighbours, base::Span<cons
     std::vector<OffsetGoal> result(goals.begin(), goals.end());
     for (std::size_t v = 0; v < result.size(); ++v) {
         const float share = distances[v] / std::max(restraint.outlier * edgeLengths[v], 1e-12f);
-        result[v].weight /= 1.0f + share * share;
+        const float reach = Length(goals[v].offset) / std::max(restraint.longest * edgeLengths[v], 1e-12f);
+        result[v].weight /= (1.0f + share * share) * (1.0f + reach * reach);
     }
     return result;
 }

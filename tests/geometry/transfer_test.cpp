@@ -85,6 +85,30 @@ TEST(TransferMorph, registers_features_that_lie_further_beside)
     EXPECT_LT(registered, MeanMismatch(0.6f, {}, statistics) / 2);
 }
 
+TEST(TransferMorph, keeps_a_limb_in_another_pose_from_pulling_at_the_rest)
+{
+    // One half is flat and lies in place, with nothing that would hold it; on the other one are hills, which
+    // the target turns away and aside. What seems to be a slide of theirs is none.
+    const auto withLimb = [](int cells, float away, float aside, float lift) {
+        PolygonMesh mesh = shapes::Grid(cells, 30.0f);
+        for (Vec3f& p : mesh.positions) {
+            const float beyond = std::max(p.x - 15.0f, 0.0f);
+            p = {p.x, p.y + beyond * aside,
+                 HillsAt(p.x, p.y) * std::min(beyond, 1.0f) + beyond * away + lift};
+        }
+        return mesh;
+    };
+    const PolygonMesh source = withLimb(110, 0.0f, 0.0f, 0.0f), target = withLimb(90, 0.5f, 0.2f, 0.05f);
+    const std::vector<Vec3f> found = MatchSurfaces(source.view(), target.view()).transfer(source.positions);
+    constexpr float edge = 30.0f / 90.0f;
+    for (std::size_t v = 0; v < found.size(); ++v) {
+        const Vec3f at = target.positions[v];
+        if (at.x < 14.0f) {
+            EXPECT_LT(std::hypot(found[v].x - at.x, found[v].y - at.y), edge / 5) << v;
+        }
+    }
+}
+
 TEST(TransferMorph, leaves_small_loose_pieces_where_they_are)
 {
     // A lash or a tooth: flat over a curved surface, so that its distance changes for reasons of its own.
