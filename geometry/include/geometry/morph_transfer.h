@@ -64,7 +64,8 @@ private:
 
 /// Finds where each target vertex lies on the source's neutral surface: closest point with compatible
 /// normals, seen from where a smooth field of offsets, fitted to all matches at once, carries the vertex, and
-/// then from where the features of both surfaces meet;
+/// then from where the features of both surfaces meet. Where the target folds over, so that a vertex's own
+/// normal says nothing, the vertices around it tell;
 /// far, turned-away or inconsistent matches are dropped and filled by a bi-Laplacian extension over the
 /// target's surface, across disconnected pieces from what is near. For the filling see Abdrashitov et al.,
 /// "Robust skin weights transfer via weight inpainting", 2023.
