@@ -13,6 +13,8 @@
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
 
+#include <algorithm>
+
 namespace geometry {
 
 namespace {
@@ -293,13 +295,25 @@ MatchTarget::MatchTarget(const PolygonMeshView& target)
 void MatchTarget::findFolds()
 {
     const std::vector<Vec3f> faceNormals = FaceNormals(mesh);
+    const auto liesOnItsBack = [&](std::size_t f, std::uint32_t v) {
+        return Dot(faceNormals[f], normals[v]) < foldedCosine && faceNormals[f] != Vec3f{};
+    };
+    std::vector<char> hasFolded(faceNormals.size());
+    ForEachIndex(hasFolded.size(), 4096, [&](std::size_t f) {
+        const base::Span<const std::uint32_t> face = mesh.face(f);
+        hasFolded[f] =
+            std::any_of(face.begin(), face.end(), [&](std::uint32_t v) { return liesOnItsBack(f, v); });
+    });
     std::vector<std::uint32_t> folded;
-    for (std::size_t f = 0; f < faceNormals.size(); ++f)
+    for (std::size_t f = 0; f < hasFolded.size(); ++f) {
+        if (!hasFolded[f])
+            continue;
         for (const std::uint32_t v : mesh.face(f))
-            if (Dot(faceNormals[f], normals[v]) < foldedCosine && !isFolded[v] && faceNormals[f] != Vec3f{}) {
+            if (!isFolded[v] && liesOnItsBack(f, v)) {
                 isFolded[v] = true;
                 folded.push_back(v);
             }
+    }
     for (const std::uint32_t v : folded) {
         Vec3f sum;
         for (const std::uint32_t w : neighbours[v])
