@@ -3,12 +3,15 @@
 
 #include "command_batch.h"
 
+#include "apart_cache.h"
 #include "base/atomic_file.h"
 #include "base/cancellation.h"
+#include "batch/batch_check.h"
 #include "batch/batch_index.h"
 #include "batch/batch_init.h"
 #include "batch/batch_plan.h"
 #include "batch/batch_run.h"
+#include "batch/batch_state.h"
 #include "batch/batch_table_file.h"
 #include "batch/checked_table.h"
 #include "batch/lost_files.h"
@@ -20,6 +23,7 @@
 #include "options.h"
 #include "output_name.h"
 #include "page/page_writer.h"
+#include "planned_files.h"
 #include "report.h"
 #include "shell_command.h"
 
@@ -43,7 +47,7 @@ struct BatchArguments {
     std::optional<std::string> rows; ///< of the table, those that are meant
     int workers = 0, threads = 0, megabytes = 0;
     double timeout = 0.0;
-    bool list = false, resume = false, thumbnails = false, json = false;
+    bool list = false, resume = false, thumbnails = false, json = false, isDryRun = false;
     ConvertArguments ofRows; ///< checked with each row
     ConvertMorphsArguments ofMorphRows;
 };
@@ -98,7 +102,14 @@ void AddBatchOptions(CLI::App& command, BatchArguments& arguments)
                     "share of half of the machine without it")
         ->type_name("MB")
         ->check(CLI::PositiveNumber);
-    command.add_flag("--resume", arguments.resume, "Leave rows out that are done and unchanged");
+    CLI::Option* const resume =
+        command.add_flag("--resume", arguments.resume, "Leave rows out that are done and unchanged");
+    AddDryRunOption(command, arguments.isDryRun,
+                    "each row's figures are loaded and checked, and not converted; rows that are done are "
+                    "looked at like the others")
+        ->excludes(resume)
+        ->excludes(list)
+        ->excludes(merge);
     command.add_option("--log", arguments.log, "Write a line of JSON for each row; added to with --resume")
         ->type_name("FILE.jsonl");
     command
@@ -201,8 +212,13 @@ void WriteTable(const BatchArguments& arguments)
     const bool isFile = !arguments.table.empty() && arguments.table != standardInput;
     if (isFile && fs::exists(arguments.table, error))
         throw std::runtime_error(arguments.table + ": is there already");
+    PlannedFiles planned;
+    if (isFile && arguments.isDryRun)
+        PlanFile(planned, arguments.table);
     const std::string text = TableOfCharacters(arguments.folder, arguments.ofRows.target, diagnostics);
-    if (isFile)
+    if (arguments.isDryRun)
+        WriteReport(DescribePlan(planned, arguments.json), arguments.json);
+    else if (isFile)
         base::WriteFileAtomically(arguments.table, text);
     else
         WriteOutput(text);
@@ -225,20 +241,22 @@ void WriteIndexOfSome(const BatchIndex& index, const BatchArguments& arguments, 
     }
 }
 
-void ConvertRows(const std::vector<BatchRow>& rows, const BatchArguments& arguments, bool verbose)
+void CheckOwnFiles(const BatchArguments& arguments)
 {
     if (!arguments.log.empty())
         CheckOutput(arguments.log, {arguments.table});
     if (!arguments.page.empty())
         CheckPageFile(arguments.page, {arguments.table, arguments.log});
+}
+
+BatchOptions OptionsOf(const BatchArguments& arguments, bool verbose)
+{
     BatchOptions options;
     options.table = arguments.table;
     options.workers = static_cast<std::size_t>(arguments.workers);
     options.threads = static_cast<std::size_t>(arguments.threads);
     options.timeout = arguments.timeout;
     options.megabytes = arguments.megabytes;
-    BatchIndex index;
-    options.index = arguments.page.empty() ? nullptr : &index;
     options.drawsPictures = arguments.thumbnails || !arguments.page.empty();
     options.skipsDone = arguments.resume || arguments.rows.has_value();
     options.hasAllRows = !arguments.rows.has_value();
@@ -247,6 +265,47 @@ void ConvertRows(const std::vector<BatchRow>& rows, const BatchArguments& argume
     options.verbose = verbose;
     options.keepsReports = arguments.json;
     options.showsProgress = !arguments.json;
+    return options;
+}
+
+/// Those of the batch itself. Where nothing can be kept beside the table, a batch goes on without.
+PlannedFiles PlanOwnFiles(const BatchArguments& arguments, base::Diagnostics& diagnostics)
+{
+    PlannedFiles planned;
+    for (const std::string& file : {arguments.log, arguments.page})
+        if (!file.empty())
+            PlanFile(planned, file);
+    if (arguments.table == standardInput)
+        return planned;
+    try {
+        PlanFile(planned, BatchState::PlaceFor(arguments.table));
+        std::error_code error;
+        if (const fs::path locks = RowLocks::PlaceFor(arguments.table); !fs::exists(locks, error))
+            PlanFile(planned, locks); // which nobody writes into later
+    } catch (const std::runtime_error& error) {
+        diagnostics.push_back({base::Severity::Warning, {}, {}, error.what()});
+    }
+    return planned;
+}
+
+void CheckRows(const std::vector<BatchRow>& rows, const BatchArguments& arguments, bool verbose)
+{
+    const ApartCache apart;
+    CheckOwnFiles(arguments);
+    base::Diagnostics diagnostics = FindLostFiles(rows, NameOfTable(arguments.table));
+    const PlannedFiles own = PlanOwnFiles(arguments, diagnostics);
+    Json report = CheckBatch(rows, OptionsOf(arguments, verbose), own, arguments.json);
+    AddDiagnostics(report, diagnostics, arguments.json);
+    WriteReport(report, arguments.json);
+    ThrowIfAnyFailed(report);
+}
+
+void ConvertRows(const std::vector<BatchRow>& rows, const BatchArguments& arguments, bool verbose)
+{
+    CheckOwnFiles(arguments);
+    BatchOptions options = OptionsOf(arguments, verbose);
+    BatchIndex index;
+    options.index = arguments.page.empty() ? nullptr : &index;
     if (!arguments.rows) // of a few rows the first look is as soon
         TellWarnings(FindLostFiles(rows, NameOfTable(arguments.table)));
     BatchOutcome outcome;
@@ -274,7 +333,7 @@ std::vector<BatchRow> PlannedRows(const BatchArguments& arguments, const JobRow&
     const bool isKeptInMind = arguments.table != standardInput && table.rows.size() > small;
     if (!range || !isKeptInMind || !checked.isKnown()) {
         std::vector<BatchRow> all = PlanBatch(table, name, defaults);
-        if (isKeptInMind)
+        if (isKeptInMind && !arguments.isDryRun)
             checked.remember();
         if (!range)
             return all;
@@ -327,7 +386,10 @@ void Work(const BatchArguments& arguments, const JobRow& defaults, bool verbose)
     const std::vector<BatchRow> rows = PlannedRows(arguments, defaults);
     if (arguments.list)
         return ListRows(rows, arguments.json);
-    ConvertRows(rows, arguments, verbose);
+    if (arguments.isDryRun)
+        CheckRows(rows, arguments, verbose);
+    else
+        ConvertRows(rows, arguments, verbose);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 
 #include "command.h"
 #include "options.h"
+#include "planned_files.h"
 #include "report.h"
 #include "settings.h"
 #include "table.h"
@@ -23,7 +24,7 @@ namespace {
 struct ConfigArguments {
     std::string action = "show", name;
     std::vector<std::string> values;
-    bool json = false;
+    bool json = false, isDryRun = false;
 };
 
 base::Diagnostics UnknownNames(const Settings& settings)
@@ -73,6 +74,14 @@ void CheckShape(const ConfigArguments& arguments)
         throw UsageError(isSet ? "set needs a value" : "unset takes no value");
 }
 
+void TellWhatWouldBeKept(const SettingKind& kind, const ConfigArguments& arguments)
+{
+    CheckSetting(kind, arguments.values);
+    PlannedFiles planned;
+    PlanFileWithFolders(planned, SettingsFile());
+    WriteReport(DescribePlan(planned, arguments.json), arguments.json);
+}
+
 void Configure(const ConfigArguments& arguments)
 {
     CheckShape(arguments);
@@ -84,6 +93,8 @@ void Configure(const ConfigArguments& arguments)
     for (const SettingKind& other : SettingKinds())
         if (other.name != kind.name)
             before.find(other);
+    if (arguments.isDryRun)
+        return TellWhatWouldBeKept(kind, arguments);
     KeepSetting(kind, arguments.values);
     const std::optional<Setting> now = Settings().find(kind);
     const std::string file = FileText(SettingsFile());
@@ -124,6 +135,7 @@ void AddConfigCommand(CLI::App& program, CommandContext& context)
                     ->type_name("NAME"),
                names);
     command->add_option("VALUE", arguments->values, "Several of content, each a folder")->type_name("VALUE");
+    AddDryRunOption(*command, arguments->isDryRun, "the setting is checked");
     AddJsonOption(*command, arguments->json);
     command->callback([arguments, &context] { context.work = [arguments] { Configure(*arguments); }; });
 }

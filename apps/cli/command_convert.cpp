@@ -3,6 +3,7 @@
 
 #include "command_convert.h"
 
+#include "apart_cache.h"
 #include "command.h"
 #include "conversions/conversion_json.h"
 #include "conversions/convert_options.h"
@@ -11,6 +12,7 @@
 #include "shell_command.h"
 
 #include <memory>
+#include <optional>
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
@@ -29,15 +31,21 @@ void AddConvertCommand(CLI::App& program, CommandContext& context)
     const auto arguments = std::make_shared<ConvertArguments>();
     const auto asJson = std::make_shared<bool>(false);
     AddConvertOptions(*command, *arguments, OptionUse::Whole);
+    const auto isDryRun = std::make_shared<bool>(false);
+    AddDryRunOption(*command, *isDryRun, "the figures are loaded and checked, and not converted");
     AddJsonOption(*command, *asJson);
-    command->callback([arguments, asJson, &context] {
-        context.work = [arguments, asJson, &context] {
+    command->callback([arguments, asJson, isDryRun, &context] {
+        context.work = [arguments, asJson, isDryRun, &context] {
             ConversionRequest request = MakeRequest(*arguments);
+            request.isDryRun = *isDryRun;
             request.verbose = context.verbose;
             request.command = ShellCommand(context.arguments);
+            std::optional<ApartCache> apart;
+            if (*isDryRun)
+                apart.emplace();
             Progress progress(!*asJson);
             const ConversionReport report = Convert(request, progress);
-            WriteSummary(DescribeConversion(report, progress, *asJson), *asJson);
+            WriteResult(DescribeConversion(report, progress, *asJson), *asJson, *isDryRun);
         };
     });
 }

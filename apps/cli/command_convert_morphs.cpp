@@ -3,6 +3,7 @@
 
 #include "command_convert_morphs.h"
 
+#include "apart_cache.h"
 #include "morphs/morph_json.h"
 #include "morphs/morph_options.h"
 #include "options.h"
@@ -11,6 +12,7 @@
 #include "shell_command.h"
 
 #include <memory>
+#include <optional>
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
@@ -30,15 +32,22 @@ void AddConvertMorphsCommand(CLI::App& program, CommandContext& context)
     const auto arguments = std::make_shared<ConvertMorphsArguments>();
     const auto asJson = std::make_shared<bool>(false);
     AddConvertMorphsOptions(*command, *arguments);
+    const auto isDryRun = std::make_shared<bool>(false);
+    AddDryRunOption(*command, *isDryRun,
+                    "the figures are loaded, the morphs chosen and named, and none is converted");
     AddJsonOption(*command, *asJson);
-    command->callback([arguments, asJson, &context] {
-        context.work = [arguments, asJson, &context] {
+    command->callback([arguments, asJson, isDryRun, &context] {
+        context.work = [arguments, asJson, isDryRun, &context] {
             MorphConversionRequest request = MakeRequest(*arguments);
+            request.isDryRun = *isDryRun;
             request.verbose = context.verbose;
             request.command = ShellCommand(context.arguments);
+            std::optional<ApartCache> apart;
+            if (*isDryRun)
+                apart.emplace();
             Progress progress(!*asJson);
             const MorphConversionReport report = ConvertMorphs(request, progress);
-            WriteSummary(DescribeMorphConversion(report, progress, *asJson), *asJson);
+            WriteResult(DescribeMorphConversion(report, progress, *asJson), *asJson, *isDryRun);
             if (const std::string failure = FailureOf(report); !failure.empty())
                 throw ReportedError(failure);
         };

@@ -6,10 +6,13 @@
 #include "command.h"
 #include "interrupt.h"
 #include "options.h"
+#include "output_name.h"
+#include "planned_files.h"
 #include "progress.h"
 #include "report.h"
 #include "sample_content/figure_kinds.h"
 #include "sample_content/make_figure.h"
+#include "temporary_folder.h"
 
 #include <algorithm>
 #include <memory>
@@ -27,7 +30,7 @@ using NamedFile = std::pair<std::string, std::filesystem::path>;
 struct MakeFigureArguments {
     std::string kind, mesh, skeleton, joints, weights, contentDirectory;
     std::vector<std::string> morphs, weightMaps;
-    bool json = false;
+    bool json = false, isDryRun = false;
 };
 
 std::vector<std::string> Kinds()
@@ -56,11 +59,8 @@ std::vector<NamedFile> NamedFiles(const std::vector<std::string>& texts)
     return files;
 }
 
-void MakeFigure(const MakeFigureArguments& arguments)
+content::MakeFigureOptions OptionsOf(const MakeFigureArguments& arguments)
 {
-    ExpectFiles();
-    Progress progress(!arguments.json);
-    progress.stage("figure", "Making the figure");
     content::MakeFigureOptions options;
     options.kind = arguments.kind;
     options.mesh = arguments.mesh;
@@ -70,8 +70,36 @@ void MakeFigure(const MakeFigureArguments& arguments)
     options.morphs = NamedFiles(arguments.morphs);
     options.weightMaps = NamedFiles(arguments.weightMaps);
     options.contentDirectory = arguments.contentDirectory;
-    const content::MadeFigure made = content::MakeFigure(options);
-    NoteWritten("the figure is written to " + arguments.contentDirectory);
+    return options;
+}
+
+/// Makes it elsewhere, which tells its files.
+content::MadeFigure TryToMake(content::MakeFigureOptions options, PlannedFiles& planned)
+{
+    CheckFolder(options.contentDirectory);
+    const std::filesystem::path library = options.contentDirectory;
+    const TemporaryFolder folder(TemporaryFolder::Lasting::ForRun);
+    options.contentDirectory = folder.path();
+    content::MadeFigure made = content::MakeFigure(options);
+    PlanFilesLike(planned, folder.path(), library);
+    return made;
+}
+
+content::MadeFigure Make(const content::MakeFigureOptions& options)
+{
+    ExpectFiles();
+    content::MadeFigure made = content::MakeFigure(options);
+    NoteWritten("the figure is written to " + FileText(options.contentDirectory));
+    return made;
+}
+
+void MakeFigure(const MakeFigureArguments& arguments)
+{
+    Progress progress(!arguments.json);
+    progress.stage("figure", "Making the figure");
+    const content::MakeFigureOptions options = OptionsOf(arguments);
+    PlannedFiles planned;
+    const content::MadeFigure made = arguments.isDryRun ? TryToMake(options, planned) : Make(options);
     progress.finish();
     Json report;
     report["figure"] = made.label;
@@ -83,7 +111,8 @@ void MakeFigure(const MakeFigureArguments& arguments)
     report["joints"] = made.joints;
     report["seconds"] = Rounded(progress.totalSeconds(), 4);
     AddDiagnostics(report, made.diagnostics, arguments.json);
-    WriteSummary(report, arguments.json);
+    WriteResult(arguments.isDryRun ? WithPlan(planned, report, arguments.json) : report, arguments.json,
+                arguments.isDryRun);
 }
 
 } // namespace
@@ -117,6 +146,7 @@ void AddMakeFigureCommand(CLI::App& program, CommandContext& context)
     addNamed("--weight-map", arguments->weightMaps, "NAME=FILE.csv[.gz]",
              "A weight map; again for each further one");
     add("--library", arguments->contentDirectory, "DIR", "Content directory to write into")->required();
+    AddDryRunOption(*command, arguments->isDryRun, "the figure is made in a temporary folder, which goes");
     AddJsonOption(*command, arguments->json);
     command->callback([arguments, &context] { context.work = [arguments] { MakeFigure(*arguments); }; });
 }

@@ -3,6 +3,7 @@
 
 #include "command_render.h"
 
+#include "apart_cache.h"
 #include "base/errors.h"
 #include "command.h"
 #include "dson/reader.h"
@@ -17,14 +18,17 @@
 #include "openhost/scene_picture.h"
 #include "options.h"
 #include "output_name.h"
+#include "planned_files.h"
 #include "progress.h"
 #include "report.h"
 
 #include <charconv>
 #include <memory>
+#include <optional>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 namespace cli {
 
@@ -33,7 +37,7 @@ namespace {
 struct RenderArguments {
     std::string file, out, size;
     std::vector<std::string> content, dials, views;
-    bool verbose = false;
+    bool verbose = false, isDryRun = false;
 };
 
 struct PictureSize {
@@ -138,13 +142,25 @@ void Render(const RenderArguments& arguments)
     CheckOutput(arguments.out, {arguments.file});
     if (!HasExtension(arguments.out, ".png"))
         throw UsageError(fmt::format("cannot write {}: a picture is a .png file", arguments.out));
-    ExpectFiles();
+    PlannedFiles planned;
+    std::optional<ApartCache> apart;
+    if (arguments.isDryRun) {
+        PlanFile(planned, arguments.out);
+        apart.emplace();
+    } else {
+        ExpectFiles();
+    }
     Progress progress(true);
     progress.stage("read", "Reading " + arguments.file);
     base::Diagnostics met;
     const geometry::Picture picture = HasExtension(arguments.file, ".obj")
                                           ? RenderObj(arguments, progress, met)
                                           : RenderScene(arguments, progress, met);
+    if (arguments.isDryRun) {
+        progress.finish();
+        TellWarnings(met);
+        return WriteReport(DescribePlan(planned, false), false);
+    }
     progress.stage("write", "Writing " + arguments.out);
     geometry::WritePng(arguments.out, picture);
     progress.finish();
@@ -177,6 +193,7 @@ void AddRenderCommand(CLI::App& program, CommandContext& context)
     command->add_option("--size", arguments->size, "Pixels of each view (900x1200)")
         ->type_name("WxH")
         ->check(CheckSize);
+    AddDryRunOption(*command, arguments->isDryRun, "the picture is drawn all the same");
     command->callback([arguments, &context] {
         if (arguments->views.empty())
             arguments->views = {"front"};

@@ -6,18 +6,41 @@
 #include "base/folders.h"
 #include "command.h"
 #include "interrupt.h"
+#include "output_name.h"
+#include "planned_files.h"
 #include "progress.h"
 #include "report.h"
 #include "sample_content/sample_library.h"
+#include "temporary_folder.h"
 
 #include <memory>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 namespace cli {
 
 namespace {
+
+void MakeIn(const std::filesystem::path& folder, Progress& progress)
+{
+    content::WriteSampleLibrary(
+        folder, [&](const std::string& figure) { progress.stage(figure, "Making " + figure); });
+}
+
+/// Makes the library elsewhere, which tells its files.
+void ListSamples(const std::string& directory)
+{
+    CheckFolder(directory);
+    Progress progress(true);
+    const TemporaryFolder folder(TemporaryFolder::Lasting::ForRun);
+    MakeIn(folder.path(), progress);
+    progress.finish();
+    PlannedFiles planned;
+    PlanFilesLike(planned, folder.path(), directory);
+    WriteReport(DescribePlan(planned, false), false);
+}
 
 void WriteSamples(const std::string& directory)
 {
@@ -26,8 +49,7 @@ void WriteSamples(const std::string& directory)
     base::MadeFolders folders;
     folders.make(directory);
     Progress progress(true);
-    content::WriteSampleLibrary(
-        directory, [&](const std::string& figure) { progress.stage(figure, "Making " + figure); });
+    MakeIn(directory, progress);
     NoteWritten("the sample library is written to " + directory);
     progress.finish();
     WriteSummary(fmt::format("Sample library written to {}\n", directory));
@@ -46,7 +68,16 @@ void AddSampleContentCommand(CLI::App& program, CommandContext& context)
     command->add_option("DIR", *directory, "Content directory to write into; other files in it stay")
         ->type_name("DIR")
         ->required();
-    command->callback([directory, &context] { context.work = [directory] { WriteSamples(*directory); }; });
+    const auto isDryRun = std::make_shared<bool>(false);
+    AddDryRunOption(*command, *isDryRun, "the library is made in a temporary folder, which goes");
+    command->callback([directory, isDryRun, &context] {
+        context.work = [directory, isDryRun] {
+            if (*isDryRun)
+                ListSamples(*directory);
+            else
+                WriteSamples(*directory);
+        };
+    });
 }
 
 } // namespace cli

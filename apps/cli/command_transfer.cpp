@@ -13,6 +13,7 @@
 #include "mesh_files.h"
 #include "options.h"
 #include "output_name.h"
+#include "planned_files.h"
 #include "progress.h"
 #include "report.h"
 #include "surface_match.h"
@@ -35,7 +36,7 @@ constexpr float movedTolerance = 1e-4f;
 
 struct TransferArguments {
     std::string sourceNeutral, sourceMorphed, targetNeutral, out;
-    bool anyway = false, registers = false, json = false;
+    bool anyway = false, registers = false, json = false, isDryRun = false;
 };
 
 struct TransferInput {
@@ -168,7 +169,11 @@ Json DescribeCrumple(const EitherWayMatch& matched, const TransferInput& input,
 void Transfer(const TransferArguments& arguments)
 {
     CheckOutput(arguments.out, {arguments.sourceNeutral, arguments.sourceMorphed, arguments.targetNeutral});
-    ExpectFiles();
+    PlannedFiles planned;
+    if (arguments.isDryRun)
+        PlanFile(planned, arguments.out);
+    else
+        ExpectFiles();
     Progress progress(!arguments.json);
     progress.stage("read", "Reading the meshes");
     base::Diagnostics met;
@@ -178,14 +183,17 @@ void Transfer(const TransferArguments& arguments)
     progress.stage("transfer", "Carrying the morph over");
     const std::vector<Vec3f> deltas =
         matched.map.transfer(Difference(input.source.mesh.positions, input.morphed.mesh.positions));
-    progress.stage("write", "Writing " + arguments.out);
     const std::vector<Vec3f> moved = Moved(input.target.mesh.positions, deltas);
-    WriteMoved(arguments.out, input.target, moved);
+    if (!arguments.isDryRun) {
+        progress.stage("write", "Writing " + arguments.out);
+        WriteMoved(arguments.out, input.target, moved);
+    }
     progress.finish();
     Json report = Report(arguments, input, matched.map.statistics(), deltas, progress);
     report["crumple"] = DescribeCrumple(matched, input, moved);
     AddDiagnostics(report, met, arguments.json);
-    WriteSummary(report, arguments.json);
+    WriteResult(arguments.isDryRun ? WithPlan(planned, report, arguments.json) : report, arguments.json,
+                arguments.isDryRun);
 }
 
 } // namespace
@@ -208,6 +216,7 @@ void AddTransferCommand(CLI::App& program, CommandContext& context)
     command->add_flag("--anyway", arguments->anyway,
                       "Go on also when hardly any of the target lies on the source");
     AddRegisterOption(*command, arguments->registers);
+    AddDryRunOption(*command, arguments->isDryRun, "all else is done");
     AddJsonOption(*command, arguments->json);
     command->callback([arguments, &context] { context.work = [arguments] { Transfer(*arguments); }; });
 }

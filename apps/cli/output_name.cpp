@@ -4,6 +4,7 @@
 #include "output_name.h"
 
 #include "base/atomic_file.h"
+#include "base/folders.h"
 #include "base/reason.h"
 #include "command.h"
 
@@ -15,6 +16,25 @@
 namespace cli {
 
 namespace fs = std::filesystem;
+
+namespace {
+
+/// Why the folder can neither be used nor made; zero when it can.
+int FolderError(fs::path folder)
+{
+    std::error_code error;
+    folder = fs::absolute(folder, error);
+    while (!error && !fs::exists(folder, error) && folder.has_relative_path())
+        folder = folder.parent_path();
+    // Below a file there is nothing to look for, which the system tells as an error.
+    if (error)
+        return error.value();
+    if (!fs::is_directory(folder, error))
+        return ENOTDIR;
+    return access(folder.c_str(), W_OK | X_OK) == 0 ? 0 : errno;
+}
+
+} // namespace
 
 void CheckOutput(const fs::path& file, const std::vector<fs::path>& inputs)
 {
@@ -29,6 +49,19 @@ void CheckOutput(const fs::path& file, const std::vector<fs::path>& inputs)
         if (fs::equivalent(file, input, error))
             throw std::runtime_error(fmt::format("cannot write {}: it is the same file as the input {}",
                                                  FileText(file), FileText(input)));
+}
+
+void CheckFolder(const fs::path& folder)
+{
+    std::string reason = base::DescribeLostLink(folder);
+    if (const int error = FolderError(folder); error && reason.empty())
+        reason = base::ReasonOf(error);
+    if (reason.empty())
+        return;
+    std::error_code error;
+    throw std::runtime_error(fmt::format("cannot {} folder {}: {}",
+                                         fs::is_directory(folder, error) ? "write" : "create",
+                                         FileText(folder), reason));
 }
 
 } // namespace cli

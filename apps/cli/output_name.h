@@ -14,4 +14,8 @@ namespace cli {
 ///                             that cannot be replaced, or that is an input
 void CheckOutput(const std::filesystem::path& file, const std::vector<std::filesystem::path>& inputs);
 
+/// That files can be written into a folder, which may have to be made with those above it; makes none.
+/// @throws std::runtime_error  they cannot
+void CheckFolder(const std::filesystem::path& folder);
+
 } // namespace cli

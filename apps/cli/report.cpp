@@ -230,6 +230,14 @@ void WriteSummary(const std::string& text)
         WriteOutput(text);
 }
 
+void WriteResult(const Json& report, bool asJson, bool isDryRun)
+{
+    if (isDryRun)
+        WriteReport(report, asJson);
+    else
+        WriteSummary(report, asJson);
+}
+
 void AddDiagnostics(Json& report, const base::Diagnostics& diagnostics, bool asJson)
 {
     Json lines = Json::array(), all = Json::array();

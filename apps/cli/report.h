@@ -33,6 +33,8 @@ bool IsQuiet();
 /// @throws std::runtime_error  as above
 void WriteSummary(const Json& summary, bool asJson);
 void WriteSummary(const std::string& text);
+/// The same of a run that may be a dry one, whose report is all that it is there for.
+void WriteResult(const Json& report, bool asJson, bool isDryRun);
 
 /// Adds the list "warnings", a line each; as JSON also "diagnostics", with severity, file, asset and what
 /// apart. Each stands there once; notes do not.

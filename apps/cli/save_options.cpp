@@ -61,9 +61,15 @@ GntSaveOptions MakeSaveOptions(const SaveArguments& arguments)
     return {arguments.contentDirectory, arguments.vendor, arguments.product, arguments.compress};
 }
 
-GntSaveOptions PrepareToSave(GntSaveOptions options)
+GntSaveOptions WithWholeFolder(GntSaveOptions options)
 {
     options.contentDirectory = FileText(std::filesystem::absolute(options.contentDirectory));
+    return options;
+}
+
+GntSaveOptions PrepareToSave(GntSaveOptions options)
+{
+    options = WithWholeFolder(std::move(options));
     base::MakeFolders(options.contentDirectory);
     return options;
 }

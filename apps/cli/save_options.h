@@ -33,6 +33,8 @@ void CheckFolderName(const std::string& option, const std::string& name);
 /// @throws UsageError  vendor or product cannot be the name of a folder
 GntSaveOptions MakeSaveOptions(const SaveArguments& arguments);
 
+/// With the content directory's whole path.
+GntSaveOptions WithWholeFolder(GntSaveOptions options);
 /// Makes the content directory and its address absolute: the host saves into libraries that are there only.
 GntSaveOptions PrepareToSave(GntSaveOptions options);
 

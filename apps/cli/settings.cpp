@@ -218,7 +218,10 @@ std::optional<Setting> Settings::find(const SettingKind& kind) const
     return kept;
 }
 
-void KeepSetting(const SettingKind& kind, const std::vector<std::string>& values)
+namespace {
+
+/// What the file is to hold.
+std::string TextWith(const SettingKind& kind, const std::vector<std::string>& values)
 {
     CheckValues(kind, kind.name, values);
     const fs::path file = SettingsFile();
@@ -229,7 +232,20 @@ void KeepSetting(const SettingKind& kind, const std::vector<std::string>& values
         settings.erase(kind.name);
     else
         settings[kind.name] = ToJson(kind, values);
-    const std::string text = Dumped(settings);
+    return Dumped(settings);
+}
+
+} // namespace
+
+void CheckSetting(const SettingKind& kind, const std::vector<std::string>& values)
+{
+    TextWith(kind, values);
+}
+
+void KeepSetting(const SettingKind& kind, const std::vector<std::string>& values)
+{
+    const std::string text = TextWith(kind, values);
+    const fs::path file = SettingsFile();
     base::MakeFolders(file.parent_path());
     base::WriteFileAtomically(file, text);
 }

@@ -54,5 +54,8 @@ private:
 /// @throws UsageError          the values cannot be meant
 /// @throws std::runtime_error  the file is damaged, which leaves it as it is, or cannot be written
 void KeepSetting(const SettingKind& kind, const std::vector<std::string>& values);
+/// Whether that could be done; does nothing.
+/// @throws as above
+void CheckSetting(const SettingKind& kind, const std::vector<std::string>& values);
 
 } // namespace cli

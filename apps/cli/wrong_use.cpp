@@ -61,8 +61,18 @@ std::string WithProposal(const std::string& what, const std::string& meant)
     return meant.empty() ? what : fmt::format("{}; did you mean {}?", what, meant);
 }
 
+/// Of subcommands that cannot say beforehand what they write.
+std::string NoDryRun(const std::string& command)
+{
+    return command == "script"
+               ? "what a script writes is known only when it has run, so script takes no --dry-run"
+               : fmt::format("{} writes nothing, so it takes no --dry-run", command);
+}
+
 std::string NoOption(const CLI::App& app, const std::string& option)
 {
+    if (option == "--dry-run" && app.get_parent())
+        return NoDryRun(app.get_name());
     return WithProposal(fmt::format("there is no option {} for {}", option, app.get_name()),
                         LikelyMeant(option, OptionNames(app)));
 }

@@ -84,8 +84,9 @@ private:
             {"arguments", task->arguments},
             {"may_replace", task->mayReplace},
             {"own_files", task->ownFiles},
-            {"wants_picture",
-             _options.wantsPictures}}.dump());
+            {"wants_picture", _options.wantsPictures},
+            {"dry_run",
+             _options.isDryRun}}.dump());
         worker.task = std::move(task);
         worker.begin = Clock::now();
     }

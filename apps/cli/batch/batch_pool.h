@@ -51,6 +51,7 @@ struct PoolOptions {
     bool verbose = false;
     std::chrono::duration<double> timeout{0}; ///< of a try; 0 for none
     bool wantsPictures = false;               ///< a small one of each row
+    bool isDryRun = false;                    ///< rows are only looked at
     double mostMebibytes = 0; ///< a worker that holds more between two rows makes place for a new one
 };
 

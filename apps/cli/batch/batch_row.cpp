@@ -27,6 +27,7 @@ Json Listed(const FilesUsed& files)
 
 Json Run(ConversionRequest request, const RowTask& task)
 {
+    request.isDryRun = task.isDryRun;
     request.verbose = task.verbose;
     request.tellsFilesUsed = true;
     request.mayOverwrite = request.mayOverwrite || task.mayReplace;
@@ -54,6 +55,7 @@ std::string FirstSkipped(const MorphConversionReport& report)
 
 Json Run(MorphConversionRequest request, const RowTask& task)
 {
+    request.isDryRun = task.isDryRun;
     request.verbose = task.verbose;
     request.tellsFilesUsed = true;
     request.ownFiles.assign(task.ownFiles.begin(), task.ownFiles.end());

@@ -18,6 +18,7 @@ struct RowTask {
     bool mayReplace = false;            ///< a character's morphs that have the names were made by the row
     std::vector<std::string> ownFiles;  ///< of single morphs, those that were
     bool wantsPicture = false;          ///< of a character
+    bool isDryRun = false;              ///< "report" is that of `--dry-run`
     bool verbose = false;
     /// Called when everything is made, before files are put in place; what it throws ends the row.
     /// @param files  of single morphs, those that are to come, or more; of a character none

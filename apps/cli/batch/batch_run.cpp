@@ -360,6 +360,8 @@ private:
     std::size_t _worked = 0; ///< of the results, those that cost time
 };
 
+} // namespace
+
 PoolOptions OptionsOfPool(std::size_t rows, const BatchOptions& options)
 {
     const auto processors = static_cast<std::size_t>(tbb::info::default_concurrency());
@@ -377,8 +379,6 @@ PoolOptions OptionsOfPool(std::size_t rows, const BatchOptions& options)
                              : static_cast<double>(DefaultMegabytes()) / static_cast<double>(pool.workers);
     return pool;
 }
-
-} // namespace
 
 BatchOutcome RunBatch(const std::vector<BatchRow>& rows, const BatchOptions& options)
 {

@@ -5,6 +5,7 @@
 
 #include "batch/batch_index.h"
 #include "batch/batch_plan.h"
+#include "batch/batch_pool.h"
 #include "batch/batch_results.h"
 
 #include <cstddef>
@@ -28,6 +29,9 @@ struct BatchOptions {
     BatchIndex* index = nullptr; ///< hears of all rows; null for none
     bool verbose = false, showsProgress = false;
 };
+
+/// @param rows  how many there are, which is as many workers as can be busy
+PoolOptions OptionsOfPool(std::size_t rows, const BatchOptions& options);
 
 struct BatchOutcome {
     std::vector<RowResult> results;

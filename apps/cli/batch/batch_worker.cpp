@@ -113,6 +113,7 @@ RowTask TaskIn(const Json& line, Lines& lines, bool verbose)
     task.mayReplace = line.at("may_replace").get<bool>();
     task.ownFiles = line.at("own_files").get<std::vector<std::string>>();
     task.wantsPicture = line.at("wants_picture").get<bool>();
+    task.isDryRun = line.at("dry_run").get<bool>();
     task.verbose = verbose;
     task.beforeSaving = [&lines](const std::vector<std::string>& files) {
         lines.write({{"saving", files}});

@@ -16,10 +16,10 @@ namespace cli {
 std::vector<std::string> BatchWorkerArguments(std::size_t threads, bool verbose);
 
 /// A subcommand that no help lists. It reads a line for each row, an object with "arguments", "may_replace",
-/// "own_files" and "wants_picture", and answers with an object on a line: "report", as the row's command has
-/// it with `--json`, "files_used" and "picture", or "error" with "warnings" and "diagnostics", or both;
-/// "peak_memory_mib" of the row, and "held_mib" that it holds behind it. Before files are put in place it
-/// says {"saving":
+/// "own_files", "wants_picture" and "dry_run", and answers with an object on a line: "report", as the row's
+/// command has it with `--json`, "files_used" and "picture", or "error" with "warnings" and "diagnostics", or
+/// both; "peak_memory_mib" of the row, and "held_mib" that it holds behind it. Before files are put in place
+/// it says {"saving":
 /// [...]}, with their names where only it knows them, and waits for {"refusal": ""}, or why it may not.
 void AddBatchWorkerCommand(CLI::App& program, CommandContext& context);
 

@@ -8,6 +8,7 @@
 #include "conversions/conversion_checks.h"
 #include "conversions/conversion_figures.h"
 #include "conversions/conversion_page.h"
+#include "conversions/conversion_plan.h"
 #include "conversions/conversion_results.h"
 #include "conversions/new_names.h"
 #include "conversions/target_before.h"
@@ -113,13 +114,13 @@ std::string WithFarFile(const std::string& sentence, base::Diagnostics met, cons
     return sentence;
 }
 
-GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, const base::Diagnostics& loaded,
-               Progress& progress)
+/// @param work  with the product's own texts for errors
+template <typename Work>
+auto WithReasons(const base::Diagnostics& loaded, const Work& work)
 {
-    const HostStepsAsStages steps(progress);
     const openhost::DiagnosticsCollector met(dzApp->diagnostics());
     try {
-        return GntConverter::Convert_X(source, target, request);
+        return work();
     } catch (const GntBaseRangeError& error) {
         const DzFloatProperty& dial = error.dial;
         throw UsageError(fmt::format("{} {}={} is outside of {} to {}, the range of \"{}\"",
@@ -128,6 +129,13 @@ GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, const 
     } catch (const kst::Exception& error) {
         throw std::runtime_error(WithFarFile(WithReason(error.what(), met.all(), loaded), met.all(), loaded));
     }
+}
+
+GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, const base::Diagnostics& loaded,
+               Progress& progress)
+{
+    const HostStepsAsStages steps(progress);
+    return WithReasons(loaded, [&] { return GntConverter::Convert_X(source, target, request); });
 }
 
 /// For a run that is interrupted later.
@@ -294,10 +302,14 @@ void ConvertChosen(HostSession& session, DzNode& source, DzNode& target, const C
     StandAlone(source, request.source, report.diagnostics);
     StandAlone(target, request.target, report.diagnostics);
     KeepLabelsFree(source, target, report.diagnostics);
-    FreeMorphNames(source, target, request, report.diagnostics);
+    const std::vector<std::string> names = FreeMorphNames(source, target, request, report.diagnostics);
     if (request.tellsFilesUsed) {
         AddFilesOf(source, report.filesUsed);
         AddFilesOf(target, report.filesUsed);
+    }
+    if (request.isDryRun) {
+        WithReasons(session.diagnostics(), [&] { PlanConversion(source, target, request, names, report); });
+        return AddMet(session.diagnostics(), report.diagnostics);
     }
     std::optional<openhost::RegisteredTransfers> registered;
     if (request.registers)
@@ -339,6 +351,7 @@ void ConvertChosen(HostSession& session, DzNode& source, DzNode& target, const C
 ConversionReport ConvertIn(HostSession& session, const ConversionRequest& request, Progress& progress)
 {
     ConversionReport report;
+    report.wasDryRun = request.isDryRun;
     const KeptForError kept(report.diagnostics);
     DzNode& source =
         ChooseSource(session.open(request.source), request.dials.empty(), request.source, report.diagnostics);
@@ -405,16 +418,17 @@ ConversionReport ConvertFigures(HostSession& session, DzNode& source, DzNode& ta
 ConversionReport Convert(const ConversionRequest& request, Progress& progress)
 {
     CheckPlaces(request);
-    ExpectFiles();
+    const bool keepsTemporary = request.keepTemporary && !request.isDryRun;
+    if (!request.isDryRun)
+        ExpectFiles();
     progress.stage("Loading the figures");
     HostSession session(request.contentDirectories, request.verbose,
-                        request.keepTemporary ? TemporaryFolder::Lasting::Kept
-                                              : TemporaryFolder::Lasting::ForRun);
+                        keepsTemporary ? TemporaryFolder::Lasting::Kept : TemporaryFolder::Lasting::ForRun);
     session.allowOverwriting(request.mayOverwrite);
     // Temporary files of the run go with the session, unless they are to be kept.
     ConversionRequest own = request;
     own.morphs.tempFolder = FileText(session.temporaryFolder());
-    if (!request.keepTemporary)
+    if (!keepsTemporary)
         return ConvertIn(session, own, progress);
     NoteForInterrupt("the temporary files are in " + own.morphs.tempFolder);
     try {

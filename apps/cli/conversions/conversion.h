@@ -8,6 +8,7 @@
 #include "files_used.h"
 #include "geometry/surface_distance.h"
 #include "gnt_outcome.h"
+#include "planned_files.h"
 
 #include <filesystem>
 #include <functional>
@@ -40,6 +41,7 @@ struct ConversionRequest {
     bool acceptsMissing = false;     ///< converts without worn shapes whose displacements cannot be had
     bool mayOverwrite = false;       ///< replaces files of morphs that have the new ones' names
     bool keepTemporary = false;      ///< the folder of temporary files stays, also after a failure
+    bool isDryRun = false;           ///< ends before the first step, with the files that would be written
     bool verbose = false;
     bool tellsFilesUsed = false; ///< in the report
     /// Called when everything is made, before morphs are put in place; what it throws ends the conversion.
@@ -87,6 +89,9 @@ struct ConversionReport {
     std::filesystem::path page;               ///< one of them; empty for none
     std::string thumbnail;                    ///< as DrawThumbnail() has it; empty for none
     std::filesystem::path temporaryFolder;    ///< empty unless it was to be kept
+    bool wasDryRun = false;
+    std::vector<std::string> plannedNames; ///< of morphs, of a dry run
+    PlannedFiles planned;                  ///< likewise
     base::Diagnostics diagnostics;
 };
 

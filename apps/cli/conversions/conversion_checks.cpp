@@ -3,7 +3,6 @@
 
 #include "conversions/conversion_checks.h"
 
-#include "base/folders.h"
 #include "base/reason.h"
 #include "command.h"
 #include "dzapp.h"
@@ -26,7 +25,6 @@
 #include <cmath>
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 namespace cli {
 
@@ -39,34 +37,6 @@ std::string FileOf(const DzMorph& morph)
     const QString name = morph.getAssetUri().getFilePath();
     const QString path = dzApp->getContentMgr()->getAbsolutePath(name, true);
     return (path.isEmpty() ? name : path).toStdString();
-}
-
-/// Why the folder can neither be used nor made; zero when it can.
-int FolderError(fs::path folder)
-{
-    std::error_code error;
-    folder = fs::absolute(folder, error);
-    while (!error && !fs::exists(folder, error) && folder.has_relative_path())
-        folder = folder.parent_path();
-    // Below a file there is nothing to look for, which the system tells as an error.
-    if (error)
-        return error.value();
-    if (!fs::is_directory(folder, error))
-        return ENOTDIR;
-    return access(folder.c_str(), W_OK | X_OK) == 0 ? 0 : errno;
-}
-
-void CheckFolder(const fs::path& folder)
-{
-    std::string reason = base::DescribeLostLink(folder);
-    if (const int error = FolderError(folder); error && reason.empty())
-        reason = base::ReasonOf(error);
-    if (reason.empty())
-        return;
-    std::error_code error;
-    throw std::runtime_error(fmt::format("cannot {} folder {}: {}",
-                                         fs::is_directory(folder, error) ? "write" : "create",
-                                         FileText(folder), reason));
 }
 
 } // namespace

@@ -198,4 +198,12 @@ void KeepLabelsFree(const DzNode& source, const DzNode& target, base::Diagnostic
                      changed.size() > 1 ? changed.front() + ", and so on" : changed.front())});
 }
 
+std::shared_ptr<GntParams> ParamsOf(DzNode& source, DzNode& target)
+{
+    dzScene->selectAllNodes(false);
+    source.select(true);
+    target.select(true);
+    return GntConverter::FindSourceAndTargetInSceneSelected_X();
+}
+
 } // namespace cli

@@ -4,8 +4,10 @@
 #pragma once
 
 #include "base/diagnostic.h"
+#include "gnt_outcome.h"
 
 #include <filesystem>
+#include <memory>
 #include <vector>
 
 class DzNode;
@@ -26,6 +28,10 @@ DzNode& ChooseTarget(const std::vector<DzNode*>& came, const std::filesystem::pa
 /// what it hangs on, whose placing would get into the morphs, and shows it. What hangs on it comes along.
 /// @param diagnostics  hears of it where it makes a difference
 void StandAlone(DzNode& figure, const std::filesystem::path& file, base::Diagnostics& diagnostics);
+
+/// The two as a conversion takes them; selects them.
+/// @throws kst::Exception  with the text for the user
+std::shared_ptr<GntParams> ParamsOf(DzNode& source, DzNode& target);
 
 /// A conversion loads figures of its own and knows them by their labels. What is in the scene and has one of
 /// these gets another; the source needs none, since the conversion labels it anew itself.

@@ -57,10 +57,27 @@ Json Describe(const MorphReport& morph, bool asJson)
     return json;
 }
 
+const char* const nothingKept = "nothing: --save-library, --export-obj, --pictures or --report say where to";
+
+Json DescribeDryRun(const ConversionReport& report, bool asJson)
+{
+    Json json = DescribePlan(report.planned, asJson);
+    if (!asJson && report.planned.empty())
+        json["kept"] = nothingKept;
+    json["figures"] = {{"source", Describe(report.source)}, {"target", Describe(report.target)}};
+    json["clone_shape"] = report.cloneShape;
+    json["active_morphs"] = report.activeMorphs;
+    json["morphs"] = report.plannedNames;
+    AddDiagnostics(json, report.diagnostics, asJson);
+    return json;
+}
+
 } // namespace
 
 Json DescribeConversion(const ConversionReport& report, const Progress& progress, bool asJson)
 {
+    if (report.wasDryRun)
+        return DescribeDryRun(report, asJson);
     Json created = Json::array(), missing = Json::array(), files = Json::array();
     for (const MorphReport& morph : report.created)
         created.push_back(Describe(morph, asJson));
@@ -86,7 +103,7 @@ Json DescribeConversion(const ConversionReport& report, const Progress& progress
     const bool isSaved = std::any_of(report.created.begin(), report.created.end(),
                                      [](const MorphReport& morph) { return !morph.savedFile.empty(); });
     if (!asJson && files.empty() && report.page.empty() && !isSaved)
-        json["kept"] = "nothing: --save-library, --export-obj, --pictures or --report say where to";
+        json["kept"] = nothingKept;
     if (!report.temporaryFolder.empty())
         json["temporary_folder"] = FileText(report.temporaryFolder);
     json["seconds"] = SecondsOf(progress);

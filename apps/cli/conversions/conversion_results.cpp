@@ -59,8 +59,13 @@ geometry::Picture Draw(const geometry::PictureStage& stage, geometry::View view,
     return geometry::RenderStage(stage, options);
 }
 
+const char* const sourcePicture = "source.png";
+const char* const convertedPicture = "converted.png";
+const char* const bodyPicture = "comparison-body.png";
+const char* const facePicture = "comparison-face.png";
+
 /// In their order, so that it is known what is there when one cannot be written.
-std::vector<fs::path> WritePictures(const fs::path& folder, const std::vector<const char*>& names,
+std::vector<fs::path> WritePictures(const fs::path& folder, const std::vector<std::string>& names,
                                     const std::vector<geometry::Picture>& pictures)
 {
     const std::vector<std::vector<std::uint8_t>> encoded = geometry::EncodePngs(pictures);
@@ -85,6 +90,15 @@ FigureReport DescribeFigure(DzFigure& figure)
     return report;
 }
 
+void TellOfHeight(base::Diagnostics& diagnostics)
+{
+    diagnostics.push_back({base::Severity::Warning,
+                           {},
+                           {},
+                           OptionWord("--base") +
+                               " height=auto: the height dial cannot make the target as tall as the source"});
+}
+
 void DescribeOutcome(const GntOutcome& outcome, ConversionReport& report)
 {
     report.activeMorphs = outcome.activeMorphCount;
@@ -95,12 +109,7 @@ void DescribeOutcome(const GntOutcome& outcome, ConversionReport& report)
     if (outcome.request.resolution == GntResolution::Subd)
         report.subdLevel = outcome.request.subdLevel;
     if (!outcome.isHeightMatched)
-        report.diagnostics.push_back(
-            {base::Severity::Warning,
-             {},
-             {},
-             OptionWord("--base") +
-                 " height=auto: the height dial cannot make the target as tall as the source"});
+        TellOfHeight(report.diagnostics);
     for (const auto& morph : outcome.missing)
         report.missing.emplace_back(morph.first, morph.second);
 }
@@ -187,6 +196,11 @@ void ExportFigure(DzFigure& figure, const fs::path& file, GntResolution resoluti
     geometry::WriteObj(file, {&part, 1});
 }
 
+std::vector<std::string> PictureNames()
+{
+    return {sourcePicture, convertedPicture, bodyPicture, facePicture};
+}
+
 std::vector<fs::path> DrawPictures(const GntOutcome& outcome, const fs::path& folder)
 {
     using geometry::View;
@@ -207,13 +221,13 @@ std::vector<fs::path> DrawPictures(const GntOutcome& outcome, const fs::path& fo
     const geometry::Picture frontA = Draw(stageA, View::Front, frame),
                             frontB = Draw(stageB, View::Front, frame);
     // What is drawn is written at once: whoever interrupts the rest keeps it.
-    std::vector<fs::path> files = WritePictures(folder, {"source.png", "converted.png"}, {frontA, frontB});
+    std::vector<fs::path> files = WritePictures(folder, {sourcePicture, convertedPicture}, {frontA, frontB});
     const std::vector<geometry::Picture> bodies{frontA, frontB, Draw(stageA, View::ThreeQuarter, frame),
                                                 Draw(stageB, View::ThreeQuarter, frame)};
     const std::vector<geometry::Picture> faces{Draw(stageA, View::Face, frame),
                                                Draw(stageB, View::Face, frame)};
-    const std::vector<fs::path> joined = WritePictures(folder, {"comparison-body.png", "comparison-face.png"},
-                                                       {geometry::Join(bodies), geometry::Join(faces)});
+    const std::vector<fs::path> joined =
+        WritePictures(folder, {bodyPicture, facePicture}, {geometry::Join(bodies), geometry::Join(faces)});
     files.insert(files.end(), joined.begin(), joined.end());
     return files;
 }

@@ -10,6 +10,8 @@ class DzFigure;
 namespace cli {
 
 FigureReport DescribeFigure(DzFigure& figure);
+/// That the height dial cannot do what `height=auto` asks of it.
+void TellOfHeight(base::Diagnostics& diagnostics);
 /// The choices with which it was made, and what is missing.
 void DescribeOutcome(const GntOutcome& outcome, ConversionReport& report);
 MorphReport DescribeMorph(DzFigure& target, const GntCreatedMorph& morph);
@@ -33,6 +35,8 @@ void MeasureDistance(const GntOutcome& outcome, Measuring how, ConversionReport&
 /// @throws base::IoError  the file cannot be written
 void ExportFigure(DzFigure& figure, const std::filesystem::path& file, GntResolution resolution);
 
+/// What DrawPictures() calls its files.
+std::vector<std::string> PictureNames();
 /// Source and target, and both side by side from several directions.
 /// @return the files
 std::vector<std::filesystem::path> DrawPictures(const GntOutcome& outcome,

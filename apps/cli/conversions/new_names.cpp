@@ -74,8 +74,8 @@ void CheckMorphName(const std::string& name)
         throw UsageError(OptionWord("--name") + " is blank");
 }
 
-void FreeMorphNames(const DzNode& source, DzNode& target, const ConversionRequest& request,
-                    base::Diagnostics& diagnostics)
+std::vector<std::string> FreeMorphNames(const DzNode& source, DzNode& target,
+                                        const ConversionRequest& request, base::Diagnostics& diagnostics)
 {
     openhost::MorphFolder folder;
     if (request.save)
@@ -96,6 +96,7 @@ void FreeMorphNames(const DzNode& source, DzNode& target, const ConversionReques
             diagnostics.push_back({base::Severity::Warning, FileText(request.target), name,
                                    fmt::format("the figure has another dial of this label, {}",
                                                dial->getName().toStdString())});
+    return names;
 }
 
 } // namespace cli

@@ -17,8 +17,9 @@ void CheckMorphName(const std::string& name);
 /// name, and no file that a save would replace, unless the request allows it. A morph of the target that is
 /// to be replaced is taken off.
 /// @param diagnostics  hears of dials that look as if they had the name
+/// @return the names
 /// @throws std::runtime_error  a name is not free; the text names what has it
-void FreeMorphNames(const DzNode& source, DzNode& target, const ConversionRequest& request,
-                    base::Diagnostics& diagnostics);
+std::vector<std::string> FreeMorphNames(const DzNode& source, DzNode& target,
+                                        const ConversionRequest& request, base::Diagnostics& diagnostics);
 
 } // namespace cli

@@ -15,7 +15,6 @@
 #include "dzmorph.h"
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
-#include "dzscene.h"
 #include "gnt_convert-figure.h"
 #include "gnt_figure-files.h"
 #include "host_session.h"
@@ -74,14 +73,6 @@ void ShowAtLevel(DzFigure& figure, int level)
     DzIntProperty& control = *kst::daz::FindSubdivisionLevelIntProperty(figure, true);
     control.setMax(std::max(control.getMax(), level));
     control.setValue(level);
-}
-
-std::shared_ptr<GntParams> ParamsOf(DzNode& source, DzNode& target)
-{
-    dzScene->selectAllNodes(false);
-    source.select(true);
-    target.select(true);
-    return GntConverter::FindSourceAndTargetInSceneSelected_X();
 }
 
 MorphCarrier MakeCarrier(HostSession& session, const DzFigure& source, GntCloneShape clone, int level,
@@ -353,6 +344,20 @@ void TellFilesUsed(const std::vector<ShapeDial>& chosen, const DzNode& source, c
         AddFilesOf(dial, files);
 }
 
+/// Some of the morphs may turn out to move nothing, and some to have no detail.
+void PlanFiles(const std::vector<PlannedMorph>& morphs, int level, const MorphConversionRequest& request,
+               MorphConversionReport& report)
+{
+    for (const PlannedMorph& morph : morphs) {
+        fs::path file = fs::u8path(morph.file);
+        PlanFileWithFolders(report.planned, file);
+        if (level > 0)
+            PlanFileWithFolders(report.planned, file.replace_extension(".dhdm"));
+    }
+    if (!request.page.empty())
+        PlanFile(report.planned, request.page);
+}
+
 /// @param gallery  made when anything is converted and a page is to show it
 void ConvertIn(HostSession& session, const MorphConversionRequest& request, Progress& progress,
                MorphConversionReport& report, std::unique_ptr<MorphGallery>& gallery)
@@ -378,6 +383,8 @@ void ConvertIn(HostSession& session, const MorphConversionRequest& request, Prog
     if (level > 0)
         CheckMemory(openhost::CageVertexCount(source) + openhost::CageVertexCount(target), level);
     MorphLinks links(planned, request, report.skipped);
+    if (request.isDryRun)
+        return PlanFiles(planned, level, request, report);
     if (planned.empty())
         return;
 
@@ -409,17 +416,19 @@ MorphConversionReport ConvertMorphs(const MorphConversionRequest& request, Progr
 {
     if (!request.page.empty())
         CheckPageFile(request.page, {request.source, request.target, request.choice.list});
-    ExpectFiles();
+    if (!request.isDryRun)
+        ExpectFiles();
     progress.stage("Loading the figures");
     HostSession session(request.contentDirectories, request.verbose);
     const ReplaceableFiles replaceable(request);
     session.allowReplacing([&replaceable](const fs::path& file) { return replaceable.has(file); });
     MorphConversionRequest own = request;
     MorphConversionReport report;
+    report.wasDryRun = request.isDryRun;
     std::unique_ptr<MorphGallery> gallery;
     const KeptForError kept(report.diagnostics);
     try {
-        own.save = PrepareToSave(request.save);
+        own.save = request.isDryRun ? WithWholeFolder(request.save) : PrepareToSave(request.save);
         ConvertIn(session, own, progress, report, gallery);
     } catch (const kst::Exception& error) {
         throw std::runtime_error(error.what());
@@ -427,7 +436,7 @@ MorphConversionReport ConvertMorphs(const MorphConversionRequest& request, Progr
     progress.finish();
     for (const base::Diagnostic& one : session.diagnostics())
         report.diagnostics.push_back(one);
-    if (!request.page.empty())
+    if (!request.page.empty() && !request.isDryRun)
         WritePageOf(request, gallery.get(), progress, report);
     return report;
 }

@@ -7,6 +7,7 @@
 #include "files_used.h"
 #include "gnt_outcome.h"
 #include "morphs/morph_choice.h"
+#include "planned_files.h"
 
 #include <filesystem>
 #include <functional>
@@ -31,6 +32,7 @@ struct MorphConversionRequest {
     std::string command;        ///< as a shell takes it, for the page
     bool mayOverwrite = false;
     std::vector<std::filesystem::path> ownFiles; ///< saved morphs that may be replaced in any case
+    bool isDryRun = false;                       ///< ends when it is known what would be written
     bool verbose = false;
     bool tellsFilesUsed = false; ///< in the report
     /// Called once, before any morph is put in place; what it throws ends the conversion.
@@ -60,6 +62,8 @@ struct MorphConversionReport {
     std::vector<SkippedMorph> skipped;
     FilesUsed filesUsed;        ///< of the figures and the morphs that were chosen, where that is asked for
     std::filesystem::path page; ///< empty for none
+    bool wasDryRun = false;
+    PlannedFiles planned; ///< of a dry run
     base::Diagnostics diagnostics;
 };
 

@@ -35,17 +35,37 @@ Json Describe(const ConvertedMorph& morph, bool asJson)
     return json;
 }
 
+Json Describe(const std::vector<SkippedMorph>& morphs)
+{
+    Json skipped = Json::array();
+    for (const SkippedMorph& morph : morphs)
+        skipped.push_back({{"name", morph.name}, {"reason", morph.reason}});
+    return skipped;
+}
+
+Json DescribeDryRun(const MorphConversionReport& report, bool asJson)
+{
+    Json json = DescribePlan(report.planned, asJson);
+    json["source"] = report.source;
+    json["target"] = report.target;
+    json["skipped"] = Describe(report.skipped);
+    AddDiagnostics(json, report.diagnostics, asJson);
+    return json;
+}
+
 } // namespace
 
 Json DescribeMorphConversion(const MorphConversionReport& report, const Progress& progress, bool asJson)
 {
-    Json created = Json::array(), skipped = Json::array();
+    if (report.wasDryRun)
+        return DescribeDryRun(report, asJson);
+    Json created = Json::array();
     for (const ConvertedMorph& morph : report.created)
         created.push_back(Describe(morph, asJson));
-    for (const SkippedMorph& morph : report.skipped)
-        skipped.push_back({{"name", morph.name}, {"reason", morph.reason}});
-    Json json{
-        {"source", report.source}, {"target", report.target}, {"created", created}, {"skipped", skipped}};
+    Json json{{"source", report.source},
+              {"target", report.target},
+              {"created", created},
+              {"skipped", Describe(report.skipped)}};
     if (!report.page.empty()) {
         json["files"] = {FileText(report.page)};
         json["report"] = FileText(report.page);
@@ -63,6 +83,8 @@ std::string FailureOf(const MorphConversionReport& report)
         failures += morph.isFailure ? 1 : 0;
     if (failures == 0)
         return {};
+    if (report.wasDryRun)
+        return dson::Counted(failures, "morph would not be converted", "morphs would not be converted");
     return fmt::format("{} converted; {} saved", dson::Counted(failures, "morph was not", "morphs were not"),
                        dson::Counted(report.created.size(), "is", "are"));
 }
