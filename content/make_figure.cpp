@@ -7,6 +7,7 @@
 #include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/file_set.h"
+#include "dson/reader.h"
 #include "figure_files.h"
 #include "geometry/obj.h"
 #include "plain_formats.h"
@@ -148,8 +149,8 @@ std::vector<Vec3f> ReadMorphDeltas(const std::filesystem::path& file, const std:
     options.readFaces = options.readLines = false; // only where its vertices are
     std::vector<Vec3f> deltas = std::move(geometry::ReadObj(file, options).mesh.positions);
     if (deltas.size() != neutral.size())
-        throw base::FormatError("{}: has {} vertices but the neutral mesh has {}", file.string(),
-                                deltas.size(), neutral.size());
+        throw base::FormatError("{}: has {} but the neutral mesh has {}", file.string(),
+                                dson::Counted(deltas.size(), "vertex", "vertices"), neutral.size());
     for (std::size_t v = 0; v < deltas.size(); ++v)
         deltas[v] -= neutral[v];
     return deltas;

@@ -4,6 +4,7 @@
 #include "command_transfer.h"
 
 #include "command.h"
+#include "dson/reader.h"
 #include "geometry/crumple.h"
 #include "geometry/deltas.h"
 #include "geometry/errors.h"
@@ -51,8 +52,9 @@ TransferInput ReadInput(const TransferArguments& arguments, base::Diagnostics& m
     const std::size_t neutralCount = input.source.mesh.vertexCount(),
                       morphedCount = input.morphed.mesh.vertexCount();
     if (neutralCount != morphedCount)
-        throw geometry::TopologyError("{} has {} vertices but {} has {}", arguments.sourceMorphed,
-                                      morphedCount, arguments.sourceNeutral, neutralCount);
+        throw geometry::TopologyError("{} has {} but {} has {}", arguments.sourceMorphed,
+                                      dson::Counted(morphedCount, "vertex", "vertices"),
+                                      arguments.sourceNeutral, neutralCount);
     return input;
 }
 

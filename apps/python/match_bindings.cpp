@@ -4,6 +4,7 @@
 #include "arrays.h"
 #include "bindings.h"
 #include "command.h"
+#include "dson/reader.h"
 #include "errors.h"
 #include "geometry/errors.h"
 #include "geometry/misfit.h"
@@ -124,7 +125,8 @@ py::array Transfer(const py::object& sourceNeutral, const py::object& sourceMorp
     const GivenMesh target{targetNeutral, "target_neutral", targetFaces, "target_faces"};
     const Vectors morphed = ToPositions(sourceMorphed, "source_morphed");
     if (morphed.span.size() != source.positions.span.size())
-        throw TopologyError("source_morphed: has {} vertices but source_neutral has {}", morphed.span.size(),
+        throw TopologyError("source_morphed: has {} but source_neutral has {}",
+                            dson::Counted(morphed.span.size(), "vertex", "vertices"),
                             source.positions.span.size());
     MatchArguments arguments;
     arguments.registers = registers;

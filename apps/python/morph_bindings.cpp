@@ -69,8 +69,9 @@ Morph MakeMorph(const MorphArguments& arguments, const py::object& vertices, con
     const std::vector<std::uint32_t> indices = ToIndices(vertices, "vertices");
     const Vectors moves = ToDeltas(deltas, "deltas");
     if (indices.size() != moves.span.size())
-        throw geometry::TopologyError("there are {} vertices but {} deltas", indices.size(),
-                                      moves.span.size());
+        throw geometry::TopologyError("there are {} but {}",
+                                      dson::Counted(indices.size(), "vertex", "vertices"),
+                                      dson::Counted(moves.span.size(), "delta", "deltas"));
     Morph morph{dson::MakeMorph(arguments.name, arguments.group)};
     morph.modifier.channel.label = arguments.label.value_or(arguments.name);
     morph.modifier.channel.min = arguments.min;
@@ -177,8 +178,8 @@ void BindMorph(py::module_& module)
             "detail_file", [](const Morph& morph) { return Text(morph.data().hdUrl); },
             "Address of the file with detail for subdivided meshes; empty for none.")
         .def("__repr__", [](const Morph& morph) {
-            return Text(fmt::format("<gantrel.Morph \"{}\": {} vertices>", morph.modifier.name,
-                                    morph.data().deltas.size()));
+            return Text(fmt::format("<gantrel.Morph \"{}\": {}>", morph.modifier.name,
+                                    dson::Counted(morph.data().deltas.size(), "vertex", "vertices")));
         });
 }
 

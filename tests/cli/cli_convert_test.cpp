@@ -336,3 +336,24 @@ TEST_F(Convert, keeps_morphs_apart_whose_names_are_too_long_for_files)
     EXPECT_EQ(files.size(), 3u);
     EXPECT_EQ(told.at("warnings").size(), 3u) << told.at("warnings");
 }
+
+TEST_F(Convert, tells_where_the_dials_stood)
+{
+    const json dials = report({"--dial", "Wide=1", "--base", "feminine=0.25"}).at("dials");
+    EXPECT_EQ(dials.at("source"), json::parse(R"([
+        {"name": "Bulge", "label": "Bulge", "value": 0.5, "wanted": 0.5, "clamped": false},
+        {"name": "Wide", "label": "Wide", "value": 1.0, "wanted": 1.0, "clamped": false}])"));
+    EXPECT_EQ(dials.at("target"), json::parse(R"([
+        {"name": "BaseFeminine_figure_ctrl_Character", "label": "BaseFeminine_figure_ctrl_Character",
+         "value": 0.25, "wanted": null, "clamped": false}])"));
+}
+
+TEST_F(Convert, tells_which_dials_their_limits_held)
+{
+    const ProgramResult result = RunProgram(argumentsFor(
+        sourceFile(), targetFile(), {"--json", "--dial", "Wide=150%", "--dial", "Bulge=0", "--dry-run"}));
+    ExpectSuccess(result);
+    EXPECT_EQ(json::parse(result.out).at("dials").at("source"), json::parse(R"([
+        {"name": "Wide", "label": "Wide", "value": 1.0, "wanted": 1.5, "clamped": true},
+        {"name": "Bulge", "label": "Bulge", "value": 0.0, "wanted": 0.0, "clamped": false}])"));
+}

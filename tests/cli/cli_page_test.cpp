@@ -52,8 +52,9 @@ TEST_F(ConversionPage, tells_what_the_command_tells)
 {
     const json shown =
         data(saving(workspace.path("saved"), {"--jobs", "full,head,body", "--base", "feminine=0.5"}));
-    for (const char* const key : {"figures", "created_morphs", "missing_morphs", "surface_distance_mm",
-                                  "warnings", "files", "report", "resolution", "active_morphs"})
+    for (const char* const key :
+         {"figures", "dials", "created_morphs", "missing_morphs", "surface_distance_mm", "warnings", "files",
+          "report", "resolution", "active_morphs"})
         EXPECT_EQ(shown.at("report").at(key), told.at(key)) << key;
     EXPECT_EQ(told.at("report"), page());
     EXPECT_EQ(told.at("files"), json({page()}));

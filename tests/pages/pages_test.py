@@ -352,6 +352,13 @@ class ConversionPage(PageTest):
         self.assertIn("Many399!", text)
         self.assertFalse(self.browser.run(shown))
 
+    def test_dials_say_where_they_stood(self):
+        told = {dial["name"]: dial["value"] for dial in self.browser.run("return Page.data.report.dials.source")}
+        shown = dict(zip(self.column("sourcedials", "Name"), map(self.number, self.column("sourcedials", "Value"))))
+        self.assertEqual(sorted(shown), sorted(told))
+        for name, value in told.items():
+            self.assertAlmostEqual(shown[name], value, 3)
+
     def test_times_are_sorted_on_demand(self):
         self.click_head("steps", "Seconds")
         seconds = [self.number(text) for text in self.column("steps", "Seconds")]

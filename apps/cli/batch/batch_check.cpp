@@ -6,6 +6,7 @@
 #include "batch/batch_pool.h"
 #include "command.h"
 #include "dials.h"
+#include "dson/reader.h"
 #include "error_sentence.h"
 #include "progress.h"
 
@@ -92,7 +93,11 @@ private:
         return answer.said.value("error", std::string());
     }
 
-    void show() { _progress.begin("Checking", fmt::format("{} of {} rows", _answered, _rows.size())); }
+    void show()
+    {
+        _progress.begin("Checking",
+                        fmt::format("{} of {}", _answered, dson::Counted(_rows.size(), "row", "rows")));
+    }
 
     const std::vector<BatchRow>& _rows;
     std::vector<BatchAnswer> _answers;

@@ -12,6 +12,7 @@
 #include "batch/save_libraries.h"
 #include "command.h"
 #include "dials.h"
+#include "dson/reader.h"
 #include "error_sentence.h"
 #include "interrupt.h"
 #include "progress.h"
@@ -183,8 +184,8 @@ public:
     {
         finishFiles();
         const auto isDone = [](const RowResult& result) { return result["status"] != "failed"; };
-        return fmt::format("{} of {} rows are done{}",
-                           std::count_if(_results.begin(), _results.end(), isDone), _rows.size(),
+        return fmt::format("{} of {} done{}", std::count_if(_results.begin(), _results.end(), isDone),
+                           dson::Counted(_rows.size(), "row is", "rows are"),
                            _keeper && _keeper->isReliable() ? "; --resume goes on with the others" : "");
     }
 
@@ -334,7 +335,8 @@ private:
     /// Skipped rows say nothing about how long the others take.
     void show()
     {
-        std::string text = fmt::format("{} of {} rows", _results.size(), _rows.size());
+        std::string text =
+            fmt::format("{} of {}", _results.size(), dson::Counted(_rows.size(), "row", "rows"));
         const double seconds = _progress.totalSeconds();
         if (_worked > 0 && seconds > 0) {
             const double rate = static_cast<double>(_worked) / seconds;

@@ -286,6 +286,16 @@ int LevelOf(DzNode& source, const GntRequest& request)
                      ->getValue();
 }
 
+DialsUsed OthersThan(const std::vector<GntCreatedMorph>& created, DialsUsed dials)
+{
+    const auto isNew = [&](const DialUsed& dial) {
+        return std::any_of(created.begin(), created.end(),
+                           [&](const GntCreatedMorph& morph) { return morph.name == dial.name; });
+    };
+    dials.erase(std::remove_if(dials.begin(), dials.end(), isNew), dials.end());
+    return dials;
+}
+
 /// @param source, target  fit each other; the source's shape is whole
 /// @param report          has what was met so far
 void ConvertChosen(HostSession& session, DzNode& source, DzNode& target, const ConversionRequest& request,
@@ -295,6 +305,7 @@ void ConvertChosen(HostSession& session, DzNode& source, DzNode& target, const C
     Append(report.diagnostics, WarnOfShapers(app::ConvertedFigure::Target, target, request.target));
     report.source = DescribeFigure(kst::daz::ResolveToFigure_X(source));
     report.target = DescribeFigure(kst::daz::ResolveToFigure_X(target));
+    report.sourceDials = FindDialsUsed(source, request.dials);
     CheckShapesAreReal(source);
     CheckShapesAreReal(target);
     if (request.morphs.resolution == GntResolution::Subd)
@@ -316,6 +327,7 @@ void ConvertChosen(HostSession& session, DzNode& source, DzNode& target, const C
         registered.emplace();
     const GntOutcome outcome = Run(source, target, request.morphs, session.diagnostics(), progress);
     DescribeOutcome(outcome, report);
+    report.targetDials = OthersThan(outcome.created, FindDialsUsed(target, {}));
 
     progress.stage("Measuring the result");
     for (const GntCreatedMorph& morph : outcome.created)

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/diagnostic.h"
+#include "conversions/dials_used.h"
 #include "dials.h"
 #include "files_used.h"
 #include "geometry/surface_distance.h"
@@ -72,6 +73,7 @@ struct MeasuredDistances {
 
 struct ConversionReport {
     FigureReport source, target;
+    DialsUsed sourceDials, targetDials; ///< the latter without the new morphs
     std::string cloneShape;
     std::vector<std::string> jobs;
     std::size_t activeMorphs = 0;

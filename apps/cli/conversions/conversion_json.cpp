@@ -59,12 +59,18 @@ Json Describe(const MorphReport& morph, bool asJson)
 
 const char* const nothingKept = "nothing: --save-library, --export-obj, --pictures or --report say where to";
 
+Json DescribeDials(const ConversionReport& report)
+{
+    return {{"source", Describe(report.sourceDials)}, {"target", Describe(report.targetDials)}};
+}
+
 Json DescribeDryRun(const ConversionReport& report, bool asJson)
 {
     Json json = DescribePlan(report.planned, asJson);
     if (!asJson && report.planned.empty())
         json["kept"] = nothingKept;
     json["figures"] = {{"source", Describe(report.source)}, {"target", Describe(report.target)}};
+    json["dials"] = DescribeDials(report);
     json["clone_shape"] = report.cloneShape;
     json["active_morphs"] = report.activeMorphs;
     json["morphs"] = report.plannedNames;
@@ -86,6 +92,7 @@ Json DescribeConversion(const ConversionReport& report, const Progress& progress
     for (const std::filesystem::path& file : report.files)
         files.push_back(FileText(file));
     Json json{{"figures", {{"source", Describe(report.source)}, {"target", Describe(report.target)}}},
+              {"dials", DescribeDials(report)},
               {"kind", report.source.kind},
               {"clone_shape", report.cloneShape},
               {"active_morphs", report.activeMorphs},

@@ -40,6 +40,7 @@ void PlanConversion(DzNode& source, DzNode& target, const ConversionRequest& req
     report.cloneShape = std::string(GntClonePropertyName(params->cloneShape));
     if (!GntSetBases_X(*params, request.morphs))
         TellOfHeight(report.diagnostics);
+    report.targetDials = FindDialsUsed(target, {});
     report.plannedNames = names;
     if (request.save)
         PlanMorphFiles(target, request, names, report.planned);

@@ -113,7 +113,8 @@ private:
         const auto mesh = _figures.meshOf(modifier.parent);
         const dson::MorphData& morph = *modifier.morph;
         if (mesh && morph.vertexCount > 0 && morph.vertexCount != mesh->vertexCount)
-            throw base::FormatError("is for a mesh of {} vertices but the figure has {}", morph.vertexCount,
+            throw base::FormatError("is for a mesh of {} but the figure has {}",
+                                    dson::Counted(morph.vertexCount, "vertex", "vertices"),
                                     mesh->vertexCount);
         if (mesh)
             checkDeltas(modifier.id, morph.deltas.vertices, mesh->vertexCount);

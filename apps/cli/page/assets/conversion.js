@@ -84,6 +84,21 @@
             make("br"), name(file)]];
     }
 
+    function dialsOf(title, id, dials) {
+        const limited = dials.some((dial) => dial.clamped) ? [{ key: "asked", title: "Asked for", kind: "number", decimals: 3 }] : [];
+        return [make("h3", { class: "apart" }, title), dials.length === 0 ? make("p", {}, "All at their defaults.")
+            : Page.table([{ key: "name", title: "Name" }, { key: "label", title: "Label" },
+                { key: "value", title: "Value", kind: "number", decimals: 3 }, ...limited],
+            dials.map((dial) => ({ ...dial, asked: dial.clamped ? dial.wanted : undefined })), { id, label: title })];
+    }
+
+    function dials() {
+        const held = [...report.dials.source, ...report.dials.target].filter((dial) => dial.clamped).length;
+        Page.section("dials", "Dials", make("p", { class: "note" }, "Dials that were not at their defaults, and those that were asked for.",
+            held > 0 ? ` The limits of ${counted(held, "dial", "dials")} hold less than was asked for.` : ""),
+        dialsOf("Source", "sourcedials", report.dials.source), dialsOf("Target, besides the new morphs", "targetdials", report.dials.target));
+    }
+
     function settings() {
         Page.section("settings", "Settings", Page.command(data.command), Page.facts([
             figure("Source", report.figures.source, data.sourceFile),
@@ -112,6 +127,7 @@
     turn();
     distances();
     morphs();
+    dials();
     warnings();
     times();
     settings();
