@@ -62,6 +62,16 @@ void Show(bool asJson)
     WriteReport(report, true);
 }
 
+std::vector<std::string> MissingFolders(const SettingKind& kind, const std::vector<std::string>& values)
+{
+    std::vector<std::string> missing;
+    std::error_code error;
+    for (const std::string& value : values)
+        if (kind.value == SettingKind::Value::Folders && !std::filesystem::is_directory(value, error))
+            missing.push_back(value);
+    return missing;
+}
+
 /// @throws UsageError  there are more or less than the action takes
 void CheckShape(const ConfigArguments& arguments)
 {
@@ -107,6 +117,8 @@ void Configure(const ConfigArguments& arguments)
              {},
              {},
              fmt::format("{} is set in the environment, which goes before the file", kind.variable)});
+    for (const std::string& folder : MissingFolders(kind, arguments.values))
+        met.push_back({base::Severity::Warning, folder, {}, "there is no such folder at the moment"});
     AddDiagnostics(report, met, arguments.json);
     WriteSummary(report, arguments.json);
 }

@@ -8,6 +8,7 @@
 #include "base/reason.h"
 #include "command.h"
 #include "dzapp.h"
+#include "dzauthor.h"
 #include "dzcontentmgr.h"
 #include "dzfigure.h"
 #include "dzscene.h"
@@ -17,6 +18,7 @@
 #include "program_folders.h"
 #include "report.h"
 #include "scene_nodes.h"
+#include "setting_origins.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -54,7 +56,8 @@ void CheckDirectory(const fs::path& directory)
 {
     std::error_code error;
     if (!fs::is_directory(directory, error))
-        throw base::IoError("{}: there is no such content directory", FileText(directory));
+        throw base::IoError("{}: there is no such content directory{}", FileText(directory),
+                            OriginOf(directory.string()));
 }
 
 void CheckFile(const fs::path& file)
@@ -192,6 +195,11 @@ std::vector<DzNode*> HostSession::open(const fs::path& file)
 const base::Diagnostics& HostSession::diagnostics() const
 {
     return _impl->diagnostics->all();
+}
+
+void HostSession::setAuthor(const std::string& name)
+{
+    dzApp->setCurrentAuthor(DzAuthor(QString::fromStdString(name), QString(), QString()));
 }
 
 void HostSession::allowOverwriting(bool isAllowed)

@@ -38,6 +38,8 @@ public:
 
     /// What the host has had to say since the session began, each once.
     const base::Diagnostics& diagnostics() const;
+    /// Whom saved files name; nobody at first, who is known by the vendor.
+    void setAuthor(const std::string& name);
     /// Whether morphs may be saved over files of others; not at first.
     void allowOverwriting(bool isAllowed);
     /// The same for each file by itself.

@@ -68,14 +68,22 @@ bool WantsJson(const CLI::App& program, const std::vector<std::string>& argument
            std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
 }
 
-/// @return why there are none, in which case the arguments stay as they are; empty when all is well
-std::string AddSettings(const CLI::App& program, std::vector<std::string>& arguments)
+/// Why there are no settings, and how that ends; an empty text when all is well.
+struct SettingsFault {
+    std::string text;
+    ExitCode code = failure;
+};
+
+/// Leaves the arguments as they are where there are none.
+SettingsFault AddSettings(const CLI::App& program, std::vector<std::string>& arguments)
 {
     try {
         arguments = cli::WithSettings(program, arguments);
         return {};
+    } catch (const cli::UsageError& error) {
+        return {error.what(), wrongUse};
     } catch (const std::exception& error) {
-        return error.what();
+        return {error.what(), failure};
     }
 }
 
@@ -103,7 +111,7 @@ int main(int argc, char** argv)
     cli::DescribeProgram(program, context);
     context.arguments.assign(argv + std::min(argc, 1), argv + argc);
     const bool wantsJson = WantsJson(program, context.arguments);
-    const std::string noSettings = AddSettings(program, context.arguments);
+    const SettingsFault noSettings = AddSettings(program, context.arguments);
     try {
         program.parse(std::vector<std::string>(context.arguments.rbegin(), context.arguments.rend()));
     } catch (const CLI::Success& request) {
@@ -111,14 +119,14 @@ int main(int argc, char** argv)
         program.exit(request, help, help);
         return Run([&] { cli::WriteOutput(help.str()); }, false);
     } catch (const CLI::ParseError& error) {
-        if (!noSettings.empty()) // what is missing may be in them
-            return Fail(noSettings, failure, wantsJson);
+        if (!noSettings.text.empty()) // what is missing may be in them
+            return Fail(noSettings.text, noSettings.code, wantsJson);
         return Fail(cli::DescribeWrongUse(program, error), wrongUse, wantsJson);
     }
     if (!context.work)
         return Fail("a subcommand is required; gantrel --help lists them", wrongUse, false);
-    if (!noSettings.empty())
-        return Fail(noSettings, failure, wantsJson);
+    if (!noSettings.text.empty())
+        return Fail(noSettings.text, noSettings.code, wantsJson);
     const int code = Work(context, wantsJson);
     if (code != success && cli::InterruptSignal() != 0)
         cli::EndBySignal(cli::InterruptSignal());

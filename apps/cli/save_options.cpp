@@ -37,6 +37,18 @@ void CheckFolderName(const std::string& option, const std::string& name)
                                      option, name.size(), base::longestName));
 }
 
+void CheckAuthor(const std::string& option, const std::string& name)
+{
+    const bool hasControl = std::any_of(
+        name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; });
+    if (hasControl)
+        throw UsageError(fmt::format("{} has characters that nobody can see", option));
+    if (!name.empty() && QString::fromStdString(name).trimmed().isEmpty())
+        throw UsageError(fmt::format("{} is blank", option));
+    if (QString::fromStdString(name).toStdString() != name)
+        throw UsageError(fmt::format("{} is not UTF-8", option));
+}
+
 SaveOptionSet AddSaveOptions(CLI::App& command, SaveArguments& arguments)
 {
     SaveOptionSet set;
@@ -48,6 +60,10 @@ SaveOptionSet AddSaveOptions(CLI::App& command, SaveArguments& arguments)
                      ->type_name("TEXT");
     set.product = command.add_option("--product", arguments.product, "Product folder of the saved morphs")
                       ->type_name("TEXT");
+    set.author = command
+                     .add_option("--author", arguments.author,
+                                 "Author whom the saved morphs name; the vendor without it")
+                     ->type_name("TEXT");
     set.compress = command.add_flag("--compress", arguments.compress, "Compress the saved morphs");
     set.overwrite =
         command.add_flag("--overwrite", arguments.overwrite, "Replace saved morphs that have the same name");
@@ -58,6 +74,7 @@ GntSaveOptions MakeSaveOptions(const SaveArguments& arguments)
 {
     CheckFolderName(OptionWord("--vendor"), arguments.vendor);
     CheckFolderName(OptionWord("--product"), arguments.product);
+    CheckAuthor(OptionWord("--author"), arguments.author);
     return {arguments.contentDirectory, arguments.vendor, arguments.product, arguments.compress};
 }
 

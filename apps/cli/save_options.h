@@ -16,12 +16,12 @@ namespace cli {
 
 /// As they stand on the command line.
 struct SaveArguments {
-    std::string contentDirectory, vendor, product;
+    std::string contentDirectory, vendor, product, author;
     bool compress = false, overwrite = false;
 };
 
 struct SaveOptionSet {
-    CLI::Option *contentDirectory, *vendor, *product, *compress, *overwrite;
+    CLI::Option *contentDirectory, *vendor, *product, *author, *compress, *overwrite;
 };
 
 SaveOptionSet AddSaveOptions(CLI::App& command, SaveArguments& arguments);
@@ -30,7 +30,12 @@ SaveOptionSet AddSaveOptions(CLI::App& command, SaveArguments& arguments);
 /// @throws UsageError  it cannot be the name of a folder
 void CheckFolderName(const std::string& option, const std::string& name);
 
-/// @throws UsageError  vendor or product cannot be the name of a folder
+/// @param option  as above
+/// @throws UsageError  nobody can be called so
+void CheckAuthor(const std::string& option, const std::string& name);
+
+/// @throws UsageError  author, vendor or product cannot be meant, the latter as they cannot be the name of a
+/// folder
 GntSaveOptions MakeSaveOptions(const SaveArguments& arguments);
 
 /// With the content directory's whole path.

@@ -64,6 +64,8 @@ void CheckValues(const SettingKind& kind, const std::string& place, const std::v
             throw UsageError(fmt::format("{} is empty", place));
         if (kind.value == SettingKind::Value::FolderName)
             CheckFolderName(place, value);
+        if (kind.value == SettingKind::Value::Text)
+            CheckAuthor(place, value);
         if (kind.value == SettingKind::Value::Count)
             CheckCount(place, value);
     }
@@ -135,6 +137,7 @@ Json ToJson(const SettingKind& kind, const std::vector<std::string>& values)
     case SettingKind::Value::Count:
         return std::stoi(values.front());
     case SettingKind::Value::FolderName:
+    case SettingKind::Value::Text:
         break;
     }
     return values.front();
@@ -158,6 +161,7 @@ const std::vector<SettingKind>& SettingKinds()
     static const std::vector<SettingKind> kinds{{"content", "GANTREL_CONTENT", Value::Folders},
                                                 {"vendor", "GANTREL_VENDOR", Value::FolderName},
                                                 {"product", "GANTREL_PRODUCT", Value::FolderName},
+                                                {"author", "GANTREL_AUTHOR", Value::Text},
                                                 {"threads", "GANTREL_THREADS", Value::Count}};
     return kinds;
 }

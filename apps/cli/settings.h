@@ -14,7 +14,7 @@ namespace cli {
 struct SettingKind {
     std::string name;     ///< "vendor", of the option "--vendor"
     std::string variable; ///< "GANTREL_VENDOR"
-    enum class Value { FolderName, Folders, Count } value;
+    enum class Value { FolderName, Text, Folders, Count } value;
 };
 
 /// In the order in which they are listed.

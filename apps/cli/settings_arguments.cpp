@@ -3,12 +3,14 @@
 
 #include "settings_arguments.h"
 
+#include "setting_origins.h"
 #include "settings.h"
 
 #include <algorithm>
 #include <optional>
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
 namespace cli {
 
@@ -24,13 +26,15 @@ bool IsGiven(const std::string& option, const std::vector<std::string>& argument
     });
 }
 
-/// Vendor and product say where in a library to save, so that they are nothing without it.
+/// Vendor, product and author tell of what is saved into a library, so that they are nothing without it.
 bool IsWanted(const CLI::App& command, const SettingKind& kind, const std::vector<std::string>& arguments)
 {
     const std::string option = "--" + kind.name;
     if (!command.get_option_no_throw(option) || IsGiven(option, arguments))
         return false;
-    return kind.value != SettingKind::Value::FolderName || IsGiven("--save-library", arguments);
+    const bool isOfSaving =
+        kind.value == SettingKind::Value::FolderName || kind.value == SettingKind::Value::Text;
+    return !isOfSaving || IsGiven("--save-library", arguments);
 }
 
 } // namespace
@@ -58,8 +62,10 @@ std::vector<std::string> WithSettings(const CLI::App& program, std::vector<std::
         if (!settings)
             settings.emplace();
         if (const std::optional<Setting> setting = settings->find(kind))
-            for (const std::string& value : setting->values)
+            for (const std::string& value : setting->values) {
                 more.push_back("--" + kind.name + '=' + value);
+                NoteOrigin(value, fmt::format("the setting {} of {}", kind.name, setting->origin));
+            }
     }
     // Behind lists, which end there.
     arguments.insert(std::find(arguments.begin(), arguments.end(), "--"), more.begin(), more.end());

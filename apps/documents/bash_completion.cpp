@@ -87,11 +87,23 @@ std::string OptionNames(const Command& command)
     return Joined(names, " ");
 }
 
+/// One of words is known to be given where it stands in front; then it is the next one's turn.
+std::string OfferOfPositionals(const Command& command)
+{
+    if (command.positionals.empty())
+        return ":";
+    std::string cases;
+    for (std::size_t i = 0; i + 1 < command.positionals.size(); ++i)
+        if (command.positionals[i].value.kind == Value::Kind::Word)
+            cases += fmt::format("{}) {} ;; ", Joined(command.positionals[i].value.words, "|"),
+                                 Offer(command.positionals[i + 1].value));
+    const std::string first = Offer(command.positionals.front().value);
+    return cases.empty() ? first : fmt::format("case $prev in {}*) {} ;; esac", cases, first);
+}
+
 std::string Arguments(const std::string& function, const Command& command)
 {
-    std::string offer = ":";
-    if (!command.positionals.empty())
-        offer = Offer(command.positionals.front().value);
+    const std::string offer = OfferOfPositionals(command);
     return fmt::format("{}()\n{{\n{}{}    $split && return\n"
                        "    if [[ $cur == -* ]]; then\n"
                        "        COMPREPLY=($(compgen -W '{}' -- \"$cur\"))\n"

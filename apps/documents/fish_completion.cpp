@@ -62,10 +62,18 @@ std::string Lines(const std::string& begin, const Command& command)
     std::string lines;
     for (const Argument& option : command.options)
         lines += begin + Names(option) + Offer(option.value) + " -d " + Quoted(option.description) + '\n';
-    if (!command.positionals.empty()) {
-        const Value& value = command.positionals.front().value;
+    std::string given; // words of a positional that is known to be given
+    for (const Argument& positional : command.positionals) {
+        const Value& value = positional.value;
+        const std::string words = value.kind == Value::Kind::Word ? Joined(value.words, " ") : "";
+        std::string condition = given;
+        if (!words.empty() && positional.positional != command.positionals.back().positional)
+            condition += " -n 'not __fish_seen_subcommand_from " + words + "'";
         if (value.kind != Value::Kind::Text)
-            lines += begin + Offer(value) + '\n';
+            lines += begin + condition + Offer(value) + '\n';
+        if (words.empty())
+            break;
+        given += " -n '__fish_seen_subcommand_from " + words + "'";
     }
     return lines;
 }

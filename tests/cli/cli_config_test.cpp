@@ -59,14 +59,15 @@ TEST_F(Config, shows_what_is_set_and_where)
 {
     EXPECT_EQ(RunProgram({"config"}).out,
               "NAME\tVALUE\tFROM\ncontent\t-\tnot set\nvendor\t-\tnot set\nproduct\t-\tnot set\n"
+              "author\t-\tnot set\n"
               "threads\t-\tnot set\n");
     ExpectSuccess(RunProgram({"config", "set", "vendor", "Me"}));
     ExpectSuccess(RunProgram({"config", "set", "content", "/a b", "/c"}));
     ExpectSuccess(RunProgram({"config", "set", "threads", "2"}));
     const ScopedVariable product("GANTREL_PRODUCT", "Shapes");
-    EXPECT_EQ(RunProgram({"config"}).out, "NAME\tVALUE\tFROM\ncontent\t/a b:/c\t" + file + "\nvendor\tMe\t" +
-                                              file + "\nproduct\tShapes\tGANTREL_PRODUCT\nthreads\t2\t" +
-                                              file + "\n");
+    EXPECT_EQ(RunProgram({"config"}).out,
+              "NAME\tVALUE\tFROM\ncontent\t/a b:/c\t" + file + "\nvendor\tMe\t" + file +
+                  "\nproduct\tShapes\tGANTREL_PRODUCT\nauthor\t-\tnot set\nthreads\t2\t" + file + "\n");
 }
 
 TEST_F(Config, takes_settings_out_and_leaves_the_others)
@@ -153,13 +154,13 @@ TEST_F(Config, says_where_a_wrong_setting_stands)
 {
     {
         const ScopedVariable threads("GANTREL_THREADS", "0x2");
-        ExpectError(runFinder(), 1, "GANTREL_THREADS \"0x2\" is no number from 1 to 1024.");
+        ExpectError(runFinder(), 2, "GANTREL_THREADS \"0x2\" is no number from 1 to 1024.");
         ExpectSuccess(RunProgram({"--version"}));
     }
     const ScopedVariable empty("GANTREL_THREADS", ""); // as if it were not there
     ExpectError(RunProgram({"inspect", "none.obj"}), 1, "Cannot open none.obj: No such file or directory.");
     writeFile(R"({"threads": -1})");
-    ExpectError(RunProgram({"inspect", "none.obj"}), 1,
+    ExpectError(RunProgram({"inspect", "none.obj"}), 2,
                 file + ": threads \"-1\" is no number from 1 to 1024.");
 }
 
@@ -176,5 +177,73 @@ TEST_F(Config, stands_for_options_that_are_required_and_for_no_others)
                             "B", "--save-library", workspace.path("out")}),
                 1, "Cannot open none.duf: No such file or directory.");
     ExpectWrongUse(RunProgram({"convert", "--source", "a.duf", "--target", "b.duf", "--vendor", "Me"}),
+                   "--save-library");
+}
+
+TEST_F(Config, gives_the_same_code_for_a_wrong_variable_everywhere)
+{
+    const ScopedVariable threads("GANTREL_THREADS", "abc");
+    const std::string sentence = "GANTREL_THREADS \"abc\" is no number from 1 to 1024.";
+    for (const char* const command : {"inspect", "list-dials"})
+        ExpectError(RunProgram({command, "none.duf"}), 2, sentence);
+    ExpectError(RunProgram({"config"}), 2, sentence);
+    ExpectError(RunProgram({"sample-content", workspace.path("samples")}), 2, sentence);
+    EXPECT_FALSE(workspace.has("samples"));
+}
+
+TEST_F(Config, tells_of_folders_that_are_not_there_and_later_whose_they_are)
+{
+    const std::string missing = workspace.path("missing");
+    const ProgramResult kept = RunProgram({"config", "set", "content", missing});
+    EXPECT_EQ(kept.exitCode, 0);
+    EXPECT_NE(kept.out.find(missing + ": there is no such folder at the moment"), kept.out.npos) << kept.out;
+    ExpectError(runFinder(), 1,
+                missing + ": there is no such content directory (the setting content of " + file + ").");
+    ExpectError(runFinder({"--content", missing}), 1, missing + ": there is no such content directory.");
+    const ScopedVariable variable("GANTREL_CONTENT", missing);
+    ExpectError(runFinder(), 1,
+                missing + ": there is no such content directory (the setting content of GANTREL_CONTENT).");
+}
+
+TEST_F(Config, keeps_the_author_whom_saved_morphs_name)
+{
+    ExpectError(RunProgram({"config", "set", "author", " "}), 2, "Author is blank.");
+    ExpectError(RunProgram({"config", "set", "author", "A\nB"}), 2,
+                "Author has characters that nobody can see.");
+    const std::string content = library("lib");
+    const auto authorOf = [&](const std::string& name, const std::vector<std::string>& more) {
+        std::vector<std::string> arguments{
+            "convert",
+            "--content",
+            content,
+            "--source",
+            content + "/People/Genesis 8 Female/Developer Kit/Genesis 8 Female Dev Load.duf",
+            "--target",
+            content + "/People/Genesis 9/Genesis 9.duf",
+            "--dial",
+            "Wide=1",
+            "--jobs",
+            "full",
+            "--name",
+            name,
+            "--save-library",
+            workspace.path("saved"),
+            "--vendor",
+            "Acme",
+            "--product",
+            "Heroes"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        ExpectSuccess(RunProgram(arguments));
+        const std::string saved =
+            workspace.read("saved/data/DAZ 3D/Genesis 9/Base/Morphs/Acme/Heroes/" + name + ".dsf");
+        return json::parse(saved).at("asset_info").at("contributor").at("author").get<std::string>();
+    };
+    EXPECT_EQ(authorOf("A", {}), "Acme");
+    ExpectSuccess(RunProgram({"config", "set", "author", "Ida R\u00fchl"}));
+    EXPECT_EQ(authorOf("B", {}), "Ida R\u00fchl");
+    const ScopedVariable variable("GANTREL_AUTHOR", "Ben");
+    EXPECT_EQ(authorOf("C", {}), "Ben");
+    EXPECT_EQ(authorOf("D", {"--author", "Cleo"}), "Cleo");
+    ExpectWrongUse(RunProgram({"convert", "--source", "a.duf", "--target", "b.duf", "--author", "Me"}),
                    "--save-library");
 }

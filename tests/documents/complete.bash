@@ -30,6 +30,8 @@ figures='My Figures|Old Vera.DUF|Vera.duf|pictures'
 expect 'convert|convert-morphs' gantrel conv
 expect '--verbose|--version' gantrel --v
 expect 'set|show|unset' gantrel config ''
+expect 'author|content|product|threads|vendor' gantrel config set ''
+expect 'vendor' gantrel config --json unset v
 expect '' gantrel nonsense --
 expect '--accept-missing|--adjust-rig' gantrel convert --a
 expect 'base|subd' gantrel convert --resolution ''

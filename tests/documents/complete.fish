@@ -23,6 +23,8 @@ expect three-quarter 'gantrel render Vera.duf --view thr'
 expect Vera.duf 'gantrel convert --source V'
 expect pictures/ 'gantrel convert --content p'
 expect clone= 'gantrel convert --base c'
+expect set 'gantrel config se'
+expect vendor 'gantrel config set v'
 expect --plugins 'gantrel-desktop --pl'
 rm -r $folder
 exit $failed

@@ -38,6 +38,7 @@ expect 'base|subd' 'gantrel convert --resolution '
 expect 'three-quarter' 'gantrel render Vera.duf --view thr'
 expect 'Vera.duf' 'gantrel convert --source V'
 expect 'pictures' 'gantrel convert --content p'
+expect 'vendor' 'gantrel config set v'
 expect 'clone' 'gantrel convert --base cl'
 expect '--plugins' 'gantrel-desktop --pl'
 exit $failed

@@ -407,6 +407,7 @@ ConversionReport ConvertFigures(HostSession& session, DzNode& source, DzNode& ta
     CheckPlaces(request);
     ExpectFiles();
     session.allowOverwriting(request.mayOverwrite);
+    session.setAuthor(request.author);
     ConversionRequest own = request;
     own.morphs.tempFolder = FileText(session.temporaryFolder());
     ConversionReport report;
@@ -437,6 +438,7 @@ ConversionReport Convert(const ConversionRequest& request, Progress& progress)
     HostSession session(request.contentDirectories, request.verbose,
                         keepsTemporary ? TemporaryFolder::Lasting::Kept : TemporaryFolder::Lasting::ForRun);
     session.allowOverwriting(request.mayOverwrite);
+    session.setAuthor(request.author);
     // Temporary files of the run go with the session, unless they are to be kept.
     ConversionRequest own = request;
     own.morphs.tempFolder = FileText(session.temporaryFolder());

@@ -34,6 +34,7 @@ struct ConversionRequest {
     bool adjustsRig = false;      ///< the target's joints follow the new morphs
     bool registers = false;       ///< the target's neutral shape has features elsewhere than the source's
     std::optional<GntSaveOptions> save;
+    std::string author;              ///< whom saved files name; empty for the vendor
     std::filesystem::path exportObj; ///< empty for none
     std::filesystem::path pictures;  ///< folder; empty for none
     std::filesystem::path page;      ///< a report to look at; empty for none

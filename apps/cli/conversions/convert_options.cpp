@@ -79,7 +79,7 @@ void AddSaveOptions(CLI::App& command, ConvertArguments& arguments, OptionUse us
     if (use == OptionUse::Defaults)
         return;
     save.contentDirectory->needs(save.vendor)->needs(save.product);
-    for (CLI::Option* const option : {save.vendor, save.product, save.compress, save.overwrite})
+    for (CLI::Option* const option : {save.vendor, save.product, save.author, save.compress, save.overwrite})
         option->needs(save.contentDirectory);
 }
 
@@ -190,6 +190,7 @@ ConversionRequest MakeRequest(const ConvertArguments& arguments)
     request.registers = arguments.registers;
     if (!arguments.contentDirectory.empty())
         request.save = MakeSaveOptions(arguments);
+    request.author = arguments.author;
     request.exportObj = arguments.exportObj;
     request.pictures = arguments.pictures;
     request.page = arguments.page;

@@ -420,6 +420,7 @@ MorphConversionReport ConvertMorphs(const MorphConversionRequest& request, Progr
         ExpectFiles();
     progress.stage("Loading the figures");
     HostSession session(request.contentDirectories, request.verbose);
+    session.setAuthor(request.author);
     const ReplaceableFiles replaceable(request);
     session.allowReplacing([&replaceable](const fs::path& file) { return replaceable.has(file); });
     MorphConversionRequest own = request;

@@ -28,6 +28,7 @@ struct MorphConversionRequest {
     bool takesCorrectives = false;  ///< likewise those that several drive together
     GntResolution resolution = GntResolution::Base;
     GntSaveOptions save;
+    std::string author;         ///< whom saved files name; empty for the vendor
     std::filesystem::path page; ///< a report to look at; empty for none
     std::string command;        ///< as a shell takes it, for the page
     bool mayOverwrite = false;

@@ -137,6 +137,7 @@ MorphConversionRequest MakeRequest(const ConvertMorphsArguments& arguments)
     request.takesCorrectives = arguments.correctives;
     request.resolution = arguments.resolution == "subd" ? GntResolution::Subd : GntResolution::Base;
     request.save = MakeSaveOptions(arguments);
+    request.author = arguments.author;
     request.page = arguments.page;
     request.mayOverwrite = arguments.overwrite;
     return request;
