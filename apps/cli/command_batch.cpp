@@ -223,6 +223,10 @@ void WriteTable(const BatchArguments& arguments)
     else
         WriteOutput(text);
     TellWarnings(diagnostics);
+    if (isFile && !arguments.isDryRun)
+        WriteSummary(fmt::format("{}: {} of characters below {}\n", arguments.table,
+                                 dson::Counted(ReadJobTable(text, RowColumns()).rows.size(), "row", "rows"),
+                                 arguments.folder));
 }
 
 /// What has been done until the user asked to end.

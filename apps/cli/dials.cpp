@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <string_view>
 
 #include <fmt/format.h>
 
@@ -227,6 +228,37 @@ void TurnDial(const Dial& dial, const NameValue& wanted, base::Diagnostics& diag
                          least, most));
 }
 
+namespace {
+
+std::string_view Trimmed(std::string_view text)
+{
+    const std::size_t begin = text.find_first_not_of(' ');
+    return begin == text.npos ? std::string_view()
+                              : text.substr(begin, text.find_last_not_of(' ') - begin + 1);
+}
+
+/// A sign in front may be a plus.
+bool ParseNumber(std::string_view text, double& number)
+{
+    if (text.size() > 1 && text[0] == '+' && text[1] != '-')
+        text.remove_prefix(1);
+    const char* const end = text.data() + text.size();
+    const std::from_chars_result result = std::from_chars(text.data(), end, number);
+    return result.ec == std::errc() && result.ptr == end && std::isfinite(number);
+}
+
+std::string WhyNoNumber(std::string_view text)
+{
+    std::string withPoint(text);
+    std::replace(withPoint.begin(), withPoint.end(), ',', '.');
+    double number = 0.0;
+    return withPoint != text && ParseNumber(withPoint, number)
+               ? fmt::format("has a comma in its number, which takes a point: {}", withPoint)
+               : "has no number behind the equals sign";
+}
+
+} // namespace
+
 NameValue ParseNameValue(const std::string& text)
 {
     const std::size_t equals = text.rfind('=');
@@ -234,12 +266,12 @@ NameValue ParseNameValue(const std::string& text)
         throw UsageError(fmt::format("\"{}\" is not of the form NAME=VALUE", text));
     NameValue parsed;
     parsed.name = text.substr(0, equals);
-    const bool isPercentage = text.back() == '%';
-    const char* const begin = text.data() + equals + 1;
-    const char* const end = text.data() + text.size() - (isPercentage ? 1 : 0);
-    const std::from_chars_result result = std::from_chars(begin, end, parsed.value);
-    if (result.ec != std::errc() || result.ptr != end || !std::isfinite(parsed.value))
-        throw UsageError(fmt::format("\"{}\" has no number behind the equals sign", text));
+    std::string_view number = Trimmed(std::string_view(text).substr(equals + 1));
+    const bool isPercentage = !number.empty() && number.back() == '%';
+    if (isPercentage)
+        number = Trimmed(number.substr(0, number.size() - 1));
+    if (!ParseNumber(number, parsed.value))
+        throw UsageError(fmt::format("\"{}\" {}", text, WhyNoNumber(number)));
     if (isPercentage)
         parsed.value /= 100.0; // divided, so that 150 % is as 1.5
     return parsed;

@@ -70,7 +70,7 @@ struct NameValue {
 void TurnDial(const Dial& dial, const NameValue& wanted, base::Diagnostics& diagnostics);
 
 /// "NAME=VALUE"; the name may hold "=" itself. The value is finite, with a decimal point; with "%" behind it,
-/// it is a hundredth.
+/// it is a hundredth. Blanks may stand around the number.
 /// @throws UsageError  it is not of that form
 NameValue ParseNameValue(const std::string& text);
 

@@ -9,7 +9,8 @@ namespace cli {
 
 /// From now on interrupt, hang-up and termination signals cancel the work (base::ThrowIfCancelled) instead of
 /// ending the program at once, so that no file is left half-written and no folder behind. A second one does
-/// end it at once. A pipe that nobody reads shows up as a write error.
+/// end it at once. A pipe that nobody reads shows up as a write error,
+/// so that what the run has made is cleared away before it ends.
 void NoteInterrupts();
 /// The signal that asked to end; 0 as long as there was none.
 int InterruptSignal();

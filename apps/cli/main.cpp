@@ -12,6 +12,7 @@
 #include "wrong_use.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <functional>
@@ -44,6 +45,8 @@ int Run(const std::function<void()>& work, bool asJson)
     try {
         work();
         return success;
+    } catch (const cli::OutputClosed&) {
+        cli::EndBySignal(SIGPIPE); // without a word, as other programs do
     } catch (const cli::ReportedError& error) {
         return Fail(error.what(), failure, false);
     } catch (const cli::UsageError& error) {

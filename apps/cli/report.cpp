@@ -4,6 +4,7 @@
 #include "report.h"
 
 #include "base/reason.h"
+#include "printable.h"
 #include "progress.h"
 
 #include <algorithm>
@@ -38,7 +39,7 @@ std::string Words(std::string key)
 std::string ScalarText(const Json& value)
 {
     if (value.is_string())
-        return value.get_ref<const std::string&>().empty() ? "-" : value.get<std::string>();
+        return value.get_ref<const std::string&>().empty() ? "-" : app::Printable(value.get<std::string>());
     if (value.is_boolean())
         return value.get<bool>() ? "yes" : "no";
     if (value.is_null())
@@ -178,21 +179,29 @@ base::Diagnostics& AllKeptForError()
     return kept;
 }
 
+/// @param reason  the system's number; 0 where it is no longer known
+[[noreturn]] void RefuseOutput(int reason)
+{
+    if (reason == EPIPE)
+        throw OutputClosed();
+    throw std::runtime_error(
+        fmt::format("cannot write to standard output{}",
+                    reason == 0 ? std::string() : std::string(": ") + base::ReasonOf(reason)));
+}
+
 } // namespace
 
 void WriteOutput(const std::string& text)
 {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-        throw std::runtime_error(fmt::format("cannot write to standard output: {}", base::ReasonOf(errno)));
+        RefuseOutput(errno);
 }
 
 void EndOutput()
 {
     const bool isFlushed = std::fflush(stdout) == 0;
     if (!isFlushed || std::ferror(stdout) != 0)
-        throw std::runtime_error(
-            fmt::format("cannot write to standard output{}",
-                        isFlushed ? std::string() : std::string(": ") + base::ReasonOf(errno)));
+        RefuseOutput(isFlushed ? 0 : errno);
 }
 
 std::string ReportText(const Json& report)
@@ -266,8 +275,8 @@ void TellWarnings(const base::Diagnostics& diagnostics)
     std::set<std::string> told;
     std::string text; // in one piece, as others may write there as well
     for (const base::Diagnostic& diagnostic : diagnostics) {
-        const std::string line =
-            fmt::format("{}: {}", base::NameOf(diagnostic.severity), base::ToLine(diagnostic));
+        const std::string line = fmt::format("{}: {}", base::NameOf(diagnostic.severity),
+                                             app::Printable(base::ToLine(diagnostic)));
         if (diagnostic.severity != base::Severity::Note && told.insert(line).second)
             text += fmt::format("gantrel: {}\n", line);
     }

@@ -14,6 +14,13 @@ namespace cli {
 
 using Json = nlohmann::ordered_json;
 
+/// Whoever reads standard output has gone, as `head` does when it has enough.
+class OutputClosed : public std::runtime_error {
+public:
+    OutputClosed() : std::runtime_error("nobody reads standard output any more") {}
+};
+
+/// @throws OutputClosed        as above
 /// @throws std::runtime_error  the text cannot be written
 void WriteOutput(const std::string& text);
 /// For what others wrote to stdout.

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <regex>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -97,6 +98,19 @@ bool MayBeMisspelt(const CLI::ParseError& error)
     return false;
 }
 
+/// The parser's sentences about how many values an option has, in other words; others as they are.
+std::string DescribeCount(const std::string& text)
+{
+    static const std::regex several("(--[a-z-]+): At Most 1 required but received ([0-9]+)\\.?"),
+        none("(--[a-z-]+): 1 required (\\S+) missing\\.?");
+    std::smatch match;
+    if (std::regex_match(text, match, several))
+        return fmt::format("{} is given {} times, and takes one value", match[1].str(), match[2].str());
+    if (std::regex_match(text, match, none))
+        return fmt::format("{} needs a value behind it: {}", match[1].str(), match[2].str());
+    return text;
+}
+
 } // namespace
 
 std::string DescribeWrongUse(const CLI::App& program, const CLI::ParseError& error)
@@ -104,7 +118,7 @@ std::string DescribeWrongUse(const CLI::App& program, const CLI::ParseError& err
     const std::vector<std::string> own = program.remaining(false);
     const std::vector<CLI::App*> commands = program.get_subcommands();
     if (!MayBeMisspelt(error))
-        return error.what();
+        return DescribeCount(error.what());
     if (commands.empty()) {
         if (own.empty())
             return error.what();

@@ -3,6 +3,8 @@
 
 #include "error_sentence.h"
 
+#include "printable.h"
+
 #include <cctype>
 
 namespace app {
@@ -50,7 +52,7 @@ bool BeginsWithName(const std::string& line)
 
 std::string ErrorSentence(const std::string& text)
 {
-    std::string line = OnOneLine(text);
+    std::string line = Printable(OnOneLine(text));
     if (line.empty())
         line = "unknown error";
     if (!BeginsWithName(line))

@@ -125,7 +125,7 @@ TEST_F(Dials, take_values_in_percent)
 {
     EXPECT_EQ(render({"--dial", "Tall=70%"}), render({"--dial", "Tall=0.7"}));
     EXPECT_NE(render({"--dial", "Tall=70%"}), render({"--dial", "Tall=1"}));
-    for (const char* const dial : {"Tall=%", "Tall=50%%", "Tall=50 %", "Tall=%50", "Tall%"})
+    for (const char* const dial : {"Tall=%", "Tall=50%%", "Tall=%50", "Tall%"})
         ExpectWrongUse(RunProgram({"render", character, "--out", workspace.path("a.png"), "--dial", dial}),
                        dial);
 }

@@ -36,3 +36,11 @@ TEST(ErrorSentence, says_something_when_there_is_nothing_to_say)
 {
     EXPECT_EQ(ErrorSentence(" \n"), "Unknown error.");
 }
+
+TEST(ErrorSentence, shows_control_characters_and_ends_at_none)
+{
+    EXPECT_EQ(ErrorSentence(std::string("a.duf: \"x\0y\x1b[31m\x7f\" is no name", 29)),
+              "a.duf: \"x\\x00y\\x1b[31m\\x7f\" is no name.");
+    EXPECT_EQ(ErrorSentence("a.duf: \xc2\x9b is \xc3\x84"),
+              "a.duf: \\x9b is \xc3\x84."); // of two bytes as well
+}

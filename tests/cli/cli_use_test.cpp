@@ -170,3 +170,56 @@ TEST(CommandLine, tells_errors_as_json_where_that_is_wanted)
     }
     ExpectWrongUse(RunProgram({"render", "a.obj", "--out", "a.png", "--json"}), "--json"); // has none
 }
+
+TEST(WrongUse, of_a_base_names_what_is_wrong_with_it)
+{
+    const auto expect = [](const std::string& base, const std::string& sentence) {
+        ExpectError(RunProgram({"convert", "--source", "a.duf", "--target", "b.duf", "--base", base}), 2,
+                    sentence);
+    };
+    expect("hight=auto",
+           "--base names \"hight\"; the bases are clone, feminine, masculine and height; did you "
+           "mean height?");
+    expect("clone=auto", "--base clone=auto: only height can be auto.");
+    expect("clone=0,5", "\"clone=0,5\" has a comma in its number, which takes a point: 0.5.");
+    expect("clone=", "\"clone=\" has no number behind the equals sign.");
+    expect("clone", "\"clone\" is not of the form NAME=VALUE.");
+}
+
+TEST(WrongUse, of_an_option_that_is_given_twice_or_without_a_value_says_so)
+{
+    ExpectError(RunProgram({"render", "a.duf", "--out", "a.png", "--out", "b.png"}), 2,
+                "--out is given 2 times, and takes one value.");
+    ExpectError(RunProgram({"render", "a.duf", "--out"}), 2, "--out needs a value behind it: PICTURE.png.");
+}
+
+TEST(NumbersOfDials, may_have_blanks_and_a_plus)
+{
+    const Workspace workspace;
+    const std::string out = workspace.path("a.png");
+    for (const char* const dial : {"A=+50%", "A=150 %", "A= 0.5 ", "A=+.5"})
+        ExpectError(RunProgram({"render", "a.duf", "--out", out, "--dial", dial}), 1,
+                    "Cannot open a.duf: No such file or directory.");
+    for (const char* const dial : {"A=+-5", "A=%", "A=1 000", "A=", "A=+"})
+        ExpectWrongUse(RunProgram({"render", "a.duf", "--out", out, "--dial", dial}), "has no number");
+    ExpectWrongUse(RunProgram({"render", "a.duf", "--out", out, "--dial", "A=0,5 %"}), "takes a point: 0.5");
+}
+
+TEST(ClosedOutput, ends_a_command_without_a_word)
+{
+    const Workspace workspace;
+    const std::string cube = workspace.write("cube.obj", CubeText(0.0));
+    // Whoever reads the pipe has gone before the first byte comes.
+    const std::string script = workspace.write("run", R"(mkfifo "$2/gone"
+        (exec 3<"$2/gone"; exec 3<&-; touch "$2/closed") & reader=$!
+        exec 4>"$2/gone"
+        wait $reader
+        "$1" inspect "$3" >&4 2>"$2/told"
+        echo $? >"$2/code")");
+    ASSERT_EQ(std::system(
+                  ("bash '" + script + "' '" GANTREL_PROGRAM "' '" + workspace.path("") + "' '" + cube + "'")
+                      .c_str()),
+              0);
+    EXPECT_EQ(workspace.read("told"), "");
+    EXPECT_EQ(workspace.read("code"), "141\n"); // the shell's number for SIGPIPE
+}

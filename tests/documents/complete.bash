@@ -33,7 +33,7 @@ expect 'set|show|unset' gantrel config ''
 expect 'author|content|product|threads|vendor' gantrel config set ''
 expect 'vendor' gantrel config --json unset v
 expect '' gantrel nonsense --
-expect '--accept-missing|--adjust-rig' gantrel convert --a
+expect '--accept-missing|--adjust-rig|--author' gantrel convert --a
 expect 'base|subd' gantrel convert --resolution ''
 expect 'subd' gantrel convert --source Vera.duf --resolution s
 expect 'subd' gantrel convert --resolution=s

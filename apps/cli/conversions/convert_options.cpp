@@ -9,6 +9,7 @@
 #include "option_words.h"
 #include "options.h"
 #include "save_options.h"
+#include "spelling.h"
 
 #include <algorithm>
 
@@ -122,20 +123,31 @@ GntJobs ParseJobs(const std::string& text)
     return jobs;
 }
 
+GntBase ParseBaseName(const std::string& name)
+{
+    std::vector<std::string> names;
+    for (const GntBase base : {GntBase::Clone, GntBase::Feminine, GntBase::Masculine, GntBase::Height}) {
+        if (name == BaseName(base))
+            return base;
+        names.emplace_back(BaseName(base));
+    }
+    const std::string meant = LikelyMeant(name, names);
+    throw UsageError(fmt::format("{} names \"{}\"; the bases are clone, feminine, masculine and height{}",
+                                 OptionWord("--base"), name,
+                                 meant.empty() ? "" : fmt::format("; did you mean {}?", meant)));
+}
+
 void ParseBase(const std::string& text, GntRequest& request)
 {
     if (text == "height=auto") {
         request.matchHeight = true;
         return;
     }
-    const NameValue parsed = ParseNameValue(text);
-    for (const GntBase base : {GntBase::Clone, GntBase::Feminine, GntBase::Masculine, GntBase::Height})
-        if (parsed.name == BaseName(base)) {
-            request.bases[base] = parsed.value;
-            return;
-        }
-    throw UsageError(OptionWord("--base") + " names \"" + parsed.name +
-                     "\"; the bases are clone, feminine, masculine and height");
+    const std::string name = text.substr(0, text.rfind('='));
+    const GntBase base = ParseBaseName(name);
+    if (text == name + "=auto")
+        throw UsageError(fmt::format("{} {}: only height can be auto", OptionWord("--base"), text));
+    request.bases[base] = ParseNameValue(text).value;
 }
 
 GntRequest MakeMorphRequest(const ConvertArguments& arguments)
