@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "bindings.h"
+#include "classes.h"
 #include "command.h"
 #include "conversions/convert_options.h"
+#include "dson/reader.h"
 #include "errors.h"
 #include "figure.h"
 #include "interrupt.h"
@@ -255,7 +257,11 @@ void BindMeasures(py::module_& module)
                       "In 19 of 20 cases the mean of all is not further from that of the sample.")
         .def_readonly("p95_low", &DistanceEstimate::p95Low, "In 19 of 20 cases the p95 of all is not lower.")
         .def_readonly("p95_high", &DistanceEstimate::p95High,
-                      "In 19 of 20 cases the p95 of all is not higher.");
+                      "In 19 of 20 cases the p95 of all is not higher.")
+        .def("__repr__", [](const DistanceEstimate& d) {
+            return fmt::format("<gantrel.Distances: mean {:.4g} cm, largest {:.4g} cm>", d.summary.mean,
+                               d.summary.max);
+        });
     py::class_<cli::FigureReport>(module, "FigureInfo", "A figure of a conversion.")
         .def_property_readonly(
             "label", [](const cli::FigureReport& figure) { return Text(figure.label); }, "Its label.")
@@ -263,7 +269,10 @@ void BindMeasures(py::module_& module)
         .def_property_readonly(
             "asset", [](const cli::FigureReport& figure) { return Text(figure.assetUri); },
             "The address of its definition.")
-        .def_readonly("vertex_count", &cli::FigureReport::vertices, "Of its own mesh, not subdivided.");
+        .def_readonly("vertex_count", &cli::FigureReport::vertices, "Of its own mesh, not subdivided.")
+        .def("__repr__", [](const cli::FigureReport& figure) {
+            return Text(fmt::format("<gantrel.FigureInfo \"{}\", {}>", figure.label, figure.kind));
+        });
 }
 
 void BindCreatedMorph(py::module_& module)
@@ -296,7 +305,10 @@ void BindCreatedMorph(py::module_& module)
                 return morph.savedFile.empty() ? std::nullopt
                                                : std::optional<fs::path>(fs::u8path(morph.savedFile));
             },
-            "Where it was saved; None if it was not.");
+            "Where it was saved; None if it was not.")
+        .def("__repr__", [](const MorphReport& morph) {
+            return Text(fmt::format("<gantrel.CreatedMorph \"{}\", {}>", morph.name, morph.kind));
+        });
 }
 
 py::list WarningsOf(const Conversion& conversion)
@@ -345,8 +357,11 @@ void BindResult(py::module_& module)
             "What was written besides the morphs.")
         .def_property_readonly("warnings", &WarningsOf, "All that was told as a Warning.")
         .def_property_readonly(
-            "seconds", [](const Conversion& c) { return Dictionary(c.seconds); },
-            "How long each stage took.");
+            "seconds", [](const Conversion& c) { return Dictionary(c.seconds); }, "How long each stage took.")
+        .def("__repr__", [](const Conversion& c) {
+            return Text(fmt::format("<gantrel.Conversion of \"{}\": {}>", c.report.source.label,
+                                    dson::Counted(c.report.created.size(), "morph", "morphs")));
+        });
 }
 
 } // namespace
@@ -357,7 +372,7 @@ void BindConversion(py::module_& module)
     BindMeasures(module);
     BindCreatedMorph(module);
     BindResult(module);
-    py::class_<Save>(module, "Save", "Where a conversion saves its morphs.")
+    py::class_<Save>(module, "Save", "Where a conversion saves its morphs.", CallableClass())
         .def(py::init([](const fs::path& library, const std::string& vendor, const std::string& product,
                          bool compress, bool overwrite) {
                  if (library.empty())
@@ -373,7 +388,17 @@ void BindConversion(py::module_& module)
         .def_readonly("vendor", &Save::vendor, "The vendor folder.")
         .def_readonly("product", &Save::product, "The product folder.")
         .def_readonly("compress", &Save::compress, "Whether the files are compressed.")
-        .def_readonly("overwrite", &Save::overwrite, "Whether morphs of the same names are replaced.");
+        .def_readonly("overwrite", &Save::overwrite, "Whether morphs of the same names are replaced.")
+        .def("__reduce__",
+             [](const Save& save) {
+                 const py::object make = py::module_::import("gantrel").attr("_make_save");
+                 return py::make_tuple(make, py::make_tuple(save.library, save.vendor, save.product,
+                                                            save.compress, save.overwrite));
+             })
+        .def("__repr__", [](const Save& save) {
+            return Text(fmt::format("<gantrel.Save into \"{}\", {}, {}>", save.library.u8string(),
+                                    save.vendor, save.product));
+        });
     module.def(
         "convert",
         [](const py::object& source, const py::object& target,

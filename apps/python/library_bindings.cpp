@@ -4,8 +4,10 @@
 #include "arrays.h"
 #include "base/errors.h"
 #include "bindings.h"
+#include "classes.h"
 #include "command.h"
 #include "dials.h"
+#include "dson/reader.h"
 #include "dzintproperty.h"
 #include "dznumericproperty.h"
 #include "errors.h"
@@ -268,6 +270,10 @@ void BindDials(py::module_& module)
         .def(
             "__contains__", [](const Dials&, const py::object&) { return false; }, py::arg("name"))
         .def("__len__", [](const Dials& dials) { return dials.all().size(); })
+        .def("__repr__",
+             [](const Dials& dials) {
+                 return "<gantrel.Dials: " + dson::Counted(dials.all().size(), "dial", "dials") + ">";
+             })
         .def("__iter__", [](const Dials& dials) { return py::iter(Names(dials.all())); })
         .def(
             "keys", [](const Dials& dials) { return Names(dials.all()); }, "A list of the names.")
@@ -320,7 +326,8 @@ void BindLibrary(py::module_& module)
     py::class_<OpenLibrary, std::shared_ptr<OpenLibrary>>(
         module, "Library",
         "Content folders, and a scene for figures of them. A process has one at a time, used by the thread "
-        "that opened it; a with statement closes it.")
+        "that opened it; a with statement closes it.",
+        CallableClass())
         .def(py::init([](const py::object& folders) { return OpenLibrary::open(ToFolders(folders)); }),
              py::arg("folders"),
              "folders is one path or several, in order: the first that has a file is where it is taken "
@@ -340,6 +347,12 @@ void BindLibrary(py::module_& module)
         .def_property_readonly(
             "closed", [](const OpenLibrary& library) { return !library.isOpen(); },
             "Whether close was called.")
+        .def("__repr__",
+             [](const OpenLibrary& library) {
+                 return Text(fmt::format("<gantrel.Library of {}{}>",
+                                         dson::Counted(library.folders().size(), "folder", "folders"),
+                                         library.isOpen() ? "" : ", closed"));
+             })
         .def("close", &OpenLibrary::close,
              "Ends the host; figures are of no use then. Does nothing the second time.")
         .def("__enter__", [](const py::object& self) { return self; })

@@ -3,6 +3,7 @@
 
 #include "arrays.h"
 #include "bindings.h"
+#include "classes.h"
 #include "command.h"
 #include "dson/reader.h"
 #include "errors.h"
@@ -165,7 +166,8 @@ void BindMatches(py::module_& module)
     py::class_<Match>(module, "Match",
                       "Where each vertex of a target lies on a source's surface. Made once for a pair of "
                       "neutral shapes that lie close to each other, it carries any number of morphs, also on "
-                      "several threads.")
+                      "several threads.",
+                      CallableClass())
         .def(py::init([](const py::object& sourceVertices, const py::object& sourceFaces,
                          const py::object& targetVertices, const py::object& targetFaces, bool registers,
                          bool anyway, float maxDistance, float maxAngle) {
@@ -202,7 +204,12 @@ void BindMatches(py::module_& module)
             "How many values transfer takes.")
         .def_property_readonly(
             "target_vertex_count", [](const Match& match) { return match.map().targetVertexCount(); },
-            "How many values transfer returns.");
+            "How many values transfer returns.")
+        .def("__repr__", [](const Match& match) {
+            return fmt::format("<gantrel.Match: {} to {}>",
+                               dson::Counted(match.map().sourceVertexCount(), "vertex", "vertices"),
+                               match.map().targetVertexCount());
+        });
     module.def("transfer", &Transfer, py::arg("source_neutral"), py::arg("source_morphed"),
                py::arg("source_faces"), py::arg("target_neutral"), py::arg("target_faces"), py::kw_only(),
                py::arg("register") = false, py::arg("anyway") = false,

@@ -4,6 +4,7 @@
 #include "arrays.h"
 #include "bindings.h"
 #include "command.h"
+#include "dson/reader.h"
 #include "errors.h"
 #include "faces.h"
 #include "geometry/errors.h"
@@ -155,7 +156,10 @@ void BindFaces(py::module_& module)
             "Names of the surfaces, or materials.")
         .def_property_readonly(
             "surfaces", [=](const py::object& self) { return labels(self, &Topology::faceSurfaces); },
-            "The surface of each face, an index into surface_names; empty without surfaces.");
+            "The surface of each face, an index into surface_names; empty without surfaces.")
+        .def("__repr__", [](const Faces& faces) {
+            return "<gantrel.Faces: " + dson::Counted(faces.topology->faceCount(), "face", "faces") + ">";
+        });
 }
 
 } // namespace
@@ -165,7 +169,13 @@ void BindMeshes(py::module_& module)
     BindFaces(module);
     py::class_<Mesh>(module, "Mesh", "Vertices and faces.")
         .def_readonly("vertices", &Mesh::vertices, "Positions in cm, shape (n, 3), float32.")
-        .def_readonly("faces", &Mesh::faces, "A Faces object.");
+        .def_readonly("faces", &Mesh::faces, "A Faces object.")
+        .def("__repr__", [](const Mesh& mesh) {
+            return fmt::format(
+                "<gantrel.Mesh: {}, {}>",
+                dson::Counted(static_cast<std::size_t>(mesh.vertices.shape(0)), "vertex", "vertices"),
+                dson::Counted(mesh.faces.topology->faceCount(), "face", "faces"));
+        });
     module.def(
         "read_obj", &ReadObjFile, py::arg("path"),
         "Reads an OBJ file, whose unit is taken for a centimetre; its vertices keep their order.\n\n"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "bindings.h"
+#include "classes.h"
 #include "errors.h"
 #include "work.h"
 
@@ -16,4 +17,5 @@ PYBIND11_MODULE(_gantrel, module)
     python::BindMorphs(module);
     python::BindLibrary(module);
     python::BindConversion(module);
+    python::SealClasses(module);
 }

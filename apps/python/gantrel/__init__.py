@@ -86,3 +86,8 @@ collections.abc.Mapping.register(Dials)
 collections.abc.Sequence.register(Faces)
 # The host has to end before the interpreter does.
 atexit.register(_close_library)
+
+
+def _make_save(library, vendor, product, compress, overwrite):
+    """Of what is pickled."""
+    return Save(library, vendor, product, compress=compress, overwrite=overwrite)
