@@ -22,6 +22,11 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// All that there was to say has been said: the program ends with this code.
+struct ExitRequest {
+    int code;
+};
+
 /// What `main` and the subcommands share. Lives as long as the program.
 ///
 /// A subcommand is registered by a function of this shape, declared in its own header:

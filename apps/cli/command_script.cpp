@@ -4,6 +4,7 @@
 #include "command_script.h"
 
 #include "base/cancellation.h"
+#include "base/reason.h"
 #include "command.h"
 #include "dzscript.h"
 #include "host_session.h"
@@ -13,10 +14,17 @@
 #include "report.h"
 #include "worker_process.h"
 
+#include <QByteArray>
+
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cmath>
 #include <memory>
+#include <optional>
 #include <stdexcept>
+
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -37,9 +45,51 @@ struct ScriptArguments {
     bool verbose = false, overwrite = false;
 };
 
-std::string ErrorOf(const DzScript& script, const std::string& file)
+constexpr const char* standardInput = "-";
+
+/// As sentences have it.
+std::string NameOf(const ScriptArguments& arguments)
+{
+    return arguments.file == standardInput ? "standard input" : arguments.file;
+}
+
+/// Nobody has to wait for the end of a text that is being typed.
+/// @throws std::runtime_error  it cannot be read
+QByteArray ReadStandardInput()
+{
+    QByteArray text;
+    std::array<char, 65536> piece{};
+    for (;;) {
+        const ssize_t count = read(STDIN_FILENO, piece.data(), piece.size());
+        base::ThrowIfCancelled();
+        if (count == 0)
+            return text;
+        if (count > 0)
+            text.append(piece.data(), static_cast<int>(count));
+        else if (errno != EINTR)
+            throw std::runtime_error(
+                fmt::format("standard input: the script cannot be read: {}", base::ReasonOf(errno)));
+    }
+}
+
+/// @param typed  what came on standard input, if that is the script
+/// @throws std::runtime_error  the file cannot be read
+void Load(DzScript& script, const ScriptArguments& arguments, const std::optional<QByteArray>& typed)
+{
+    const QString name = QString::fromStdString(NameOf(arguments));
+    if (typed) {
+        // The toolkit takes a NUL in an array for its end.
+        script.setCode(QString::fromUtf8(typed->constData(), typed->size()));
+        script.setFilename(name);
+    } else if (!script.loadFromFile(name)) {
+        throw std::runtime_error(fmt::format("{}: the script cannot be read", arguments.file));
+    }
+}
+
+std::string ErrorOf(const DzScript& script)
 {
     const std::string message = script.errorMessage().toStdString();
+    const std::string file = script.getFilename().toStdString();
     return script.errorLine() > 0 ? fmt::format("{}, line {}: {}", file, script.errorLine(), message)
                                   : fmt::format("{}: {}", file, message);
 }
@@ -59,9 +109,12 @@ void RunScript(const ScriptArguments& arguments)
     if (std::isnan(arguments.timeout))
         throw UsageError("--timeout is no number");
     const int milliseconds = static_cast<int>(arguments.timeout * millisecondsPerSecond);
+    // A process in the background may not read from the terminal.
+    const std::optional<QByteArray> typed =
+        arguments.file == standardInput ? std::make_optional(ReadStandardInput()) : std::nullopt;
     // What a script can ask of the engine's own functions, nothing inside the process can end.
     const WorkerProcess worker(
-        {arguments.file, std::chrono::milliseconds(milliseconds), arguments.megabytes});
+        {NameOf(arguments), std::chrono::milliseconds(milliseconds), arguments.megabytes});
     HostSession session(ToPaths(arguments.content), arguments.verbose);
     session.allowOverwriting(arguments.overwrite);
     openhost::ScriptRights rights;
@@ -70,8 +123,7 @@ void RunScript(const ScriptArguments& arguments)
     openhost::SetScriptRights(rights);
     const openhost::ScriptBounds bounds;
     DzScript script;
-    if (!script.loadFromFile(QString::fromStdString(arguments.file)))
-        throw std::runtime_error(fmt::format("{}: the script cannot be read", arguments.file));
+    Load(script, arguments, typed);
     script.setTimeLimit(milliseconds);
     QVariantList scriptArguments;
     for (const std::string& argument : arguments.arguments)
@@ -82,9 +134,11 @@ void RunScript(const ScriptArguments& arguments)
     worker.startClock();
     const bool succeeded = script.execute(scriptArguments);
     base::ThrowIfCancelled();
-    const std::string error = succeeded ? std::string() : ErrorOf(script, arguments.file);
+    const std::string error = succeeded ? std::string() : ErrorOf(script);
     TellWarnings(Without(error, session.diagnostics()));
     EndOutput();
+    if (script.exitStatus() != 0)
+        throw ExitRequest{script.exitStatus()};
     if (!succeeded)
         throw std::runtime_error(error);
 }
@@ -97,7 +151,9 @@ void AddScriptCommand(CLI::App& program, CommandContext& context)
     CLI::App* const command = program.add_subcommand("script", "Run a script in the host");
     command->footer("Example:\n"
                     "  gantrel script report.dsa --content ~/library --allow-files ~/reports");
-    command->add_option("FILE", arguments->file, "The script")->type_name("FILE.dsa|FILE.js")->required();
+    command->add_option("FILE", arguments->file, "The script; - reads it from standard input")
+        ->type_name("FILE.dsa|FILE.js")
+        ->required();
     command->add_option("ARG", arguments->arguments, "What getArguments() gives the script")
         ->type_name("TEXT");
     AddContentOption(*command, arguments->content);

@@ -47,6 +47,8 @@ int Run(const std::function<void()>& work, bool asJson)
         return success;
     } catch (const cli::OutputClosed&) {
         cli::EndBySignal(SIGPIPE); // without a word, as other programs do
+    } catch (const cli::ExitRequest& request) {
+        return request.code;
     } catch (const cli::ReportedError& error) {
         return Fail(error.what(), failure, false);
     } catch (const cli::UsageError& error) {

@@ -27,6 +27,8 @@ public:
     /// Takes the file's text as code. False, and nothing changed, when it cannot be read.
     Q_INVOKABLE bool loadFromFile(const QString& filename, bool convert = false);
     Q_INVOKABLE QString getFilename() const; ///< empty for code that came from no file
+    /// What errors call code that came from elsewhere.
+    void setFilename(const QString& filename);
 
     /// False, with errorMessage and errorLine, when the code cannot be parsed.
     Q_INVOKABLE bool checkSyntax();
@@ -43,6 +45,8 @@ public:
     Q_INVOKABLE QString errorMessage() const; ///< empty after a success
     Q_INVOKABLE int errorLine() const;        ///< from 1; -1 for none
     Q_INVOKABLE QStringList stackTrace() const;
+    /// What the script called exit() with; another status than 0 counts as a failure.
+    int exitStatus() const;
 
     /// Runs a piece of code; the object's members can be named without it. Invalid on an error, which is
     /// logged.

@@ -21,6 +21,7 @@ struct DzScript::Impl {
     openhost::ScriptResult result;
     QString errorMessage;
     int errorLine = -1;
+    int exitStatus = 0;
     QStringList stackTrace;
 
     void forget()
@@ -28,6 +29,7 @@ struct DzScript::Impl {
         result = openhost::ScriptResult();
         errorMessage.clear();
         errorLine = -1;
+        exitStatus = 0;
         stackTrace.clear();
     }
 
@@ -36,6 +38,7 @@ struct DzScript::Impl {
         result = openhost::ScriptResult(session.result());
         errorMessage = session.errorMessage();
         errorLine = session.errorLine();
+        exitStatus = session.exitStatus();
         stackTrace = session.stackTrace();
         if (!succeeded)
             logError();
@@ -130,6 +133,11 @@ QString DzScript::getFilename() const
     return _impl->filename;
 }
 
+void DzScript::setFilename(const QString& filename)
+{
+    _impl->filename = filename;
+}
+
 bool DzScript::checkSyntax()
 {
     _impl->forget();
@@ -183,6 +191,11 @@ int DzScript::errorLine() const
 QStringList DzScript::stackTrace() const
 {
     return _impl->stackTrace;
+}
+
+int DzScript::exitStatus() const
+{
+    return _impl->exitStatus;
 }
 
 QVariant DzScript::evaluate(const QString& code, QObject* context)

@@ -17,6 +17,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <memory>
 #include <vector>
@@ -61,6 +62,22 @@ QScriptValue GetArguments(QScriptContext*, QScriptEngine* engine)
 QScriptValue GetErrorMessage(QScriptContext* context, QScriptEngine*)
 {
     return QScriptValue(getErrorMessage(static_cast<DzError>(context->argument(0).toInt32())));
+}
+
+/// Statuses above have a meaning of their own to shells.
+constexpr int highestStatus = 125;
+
+QScriptValue Exit(QScriptContext* context, QScriptEngine* engine)
+{
+    const QScriptValue given = context->argument(0);
+    const double status = given.isUndefined() ? 0.0 : given.toNumber();
+    if (!(status >= 0.0 && status <= highestStatus) || status != std::floor(status))
+        return context->throwError(QScriptContext::RangeError,
+                                   QStringLiteral("%1 is no status; a script can end with 0 to %2")
+                                       .arg(given.toString())
+                                       .arg(highestStatus));
+    ScriptSession::Of(engine).exit(static_cast<int>(status));
+    return engine->undefinedValue();
 }
 
 /// Waits in small pieces, so that a run can be stopped meanwhile.
@@ -169,6 +186,7 @@ const GlobalFunction globalFunctions[] = {
     {"debug", DebugLine},
     {"getArguments", GetArguments},
     {"getErrorMessage", GetErrorMessage},
+    {"exit", Exit},
     {"sleep", Sleep},
     {"processEvents", ProcessEvents},
     {"setBusyCursor", SetBusyCursor},

@@ -18,6 +18,7 @@
 #include "script_functions.h"
 #include "script_limits.h"
 #include "script_result.h"
+#include "thrown_value.h"
 
 #include <csignal>
 
@@ -131,19 +132,42 @@ bool ScriptSession::finish(const QScriptValue& value)
                                : QStringLiteral("the script was stopped after %1 s").arg(_timeLimit / 1000.0);
         return false;
     }
-    if (!_engine.hasUncaughtException()) {
-        if (const char* const why = WhyNotCopied(value))
-            Report(
-                {base::Severity::Warning, {}, "script", fmt::format("its result {} and is left out", why)});
-        else
-            _result = value.toVariant();
-        return true;
+    if (_hasExited)
+        return finishExit();
+    if (_engine.hasUncaughtException()) {
+        noteError();
+        return false;
     }
-    _errorMessage = _engine.uncaughtException().toString();
+    if (const char* const why = WhyNotCopied(value))
+        Report({base::Severity::Warning, {}, "script", fmt::format("its result {} and is left out", why)});
+    else
+        _result = value.toVariant();
+    return true;
+}
+
+bool ScriptSession::finishExit()
+{
+    _engine.clearExceptions();
+    if (_exitStatus != 0)
+        _errorMessage = QStringLiteral("the script ended with the status %1").arg(_exitStatus);
+    return _exitStatus == 0;
+}
+
+void ScriptSession::noteError()
+{
+    const QScriptValue thrown = _engine.uncaughtException();
     _errorLine = _engine.uncaughtExceptionLineNumber();
     _stackTrace = _engine.uncaughtExceptionBacktrace();
+    _engine.clearExceptions(); // what describes it may run the script's code
+    _errorMessage = DescribeThrown(thrown);
     _engine.clearExceptions();
-    return false;
+}
+
+void ScriptSession::exit(int status)
+{
+    _hasExited = true;
+    _exitStatus = status;
+    _engine.abortEvaluation();
 }
 
 void ScriptSession::adopt(QObject* object)

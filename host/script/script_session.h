@@ -38,6 +38,8 @@ public:
     QVariant result() const { return _result; }
     QString errorMessage() const { return _errorMessage; }
     int errorLine() const { return _errorLine; }
+    /// What exit() was called with; 0 as long as it was not.
+    int exitStatus() const { return _exitStatus; }
     QStringList stackTrace() const { return _stackTrace; }
     const QVariantList& arguments() const { return _arguments; }
 
@@ -47,6 +49,9 @@ public:
     void keep(QObject& object) override { adopt(&object); }
 
     SignalGuard& signalGuard() { return _signalGuard; }
+
+    /// Ends the run here and now, past all that would catch an error.
+    void exit(int status);
 
     /// Whether as many scripts as may be run each other now.
     static bool IsNestedTooDeeply();
@@ -60,6 +65,8 @@ public slots:
 
 private:
     bool finish(const QScriptValue& value);
+    bool finishExit();
+    void noteError();
 
     QScriptEngine _engine;
     SignalGuard _signalGuard{_engine};
@@ -68,7 +75,8 @@ private:
     QElapsedTimer _clock;
     int _timeLimit;
     QTimer _watch;
-    bool _wasStopped = false;
+    bool _wasStopped = false, _hasExited = false;
+    int _exitStatus = 0;
     QVariant _result;
     QString _errorMessage;
     int _errorLine = -1;
