@@ -15,6 +15,7 @@
 #include "worker_process.h"
 
 #include <QByteArray>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <array>
@@ -72,6 +73,12 @@ QByteArray ReadStandardInput()
     }
 }
 
+/// What the script is made of is beside it.
+QString OwnFolder(const ScriptArguments& arguments)
+{
+    return QFileInfo(QString::fromStdString(NameOf(arguments))).absolutePath();
+}
+
 /// @param typed  what came on standard input, if that is the script
 /// @throws std::runtime_error  the file cannot be read
 void Load(DzScript& script, const ScriptArguments& arguments, const std::optional<QByteArray>& typed)
@@ -89,7 +96,8 @@ void Load(DzScript& script, const ScriptArguments& arguments, const std::optiona
 std::string ErrorOf(const DzScript& script)
 {
     const std::string message = script.errorMessage().toStdString();
-    const std::string file = script.getFilename().toStdString();
+    const std::string file =
+        (script.errorFile().isEmpty() ? script.getFilename() : script.errorFile()).toStdString();
     return script.errorLine() > 0 ? fmt::format("{}, line {}: {}", file, script.errorLine(), message)
                                   : fmt::format("{}: {}", file, message);
 }
@@ -120,6 +128,7 @@ void RunScript(const ScriptArguments& arguments)
     openhost::ScriptRights rights;
     for (const std::string& folder : arguments.allowedFolders)
         rights.folders.append(QString::fromStdString(folder));
+    rights.toRead << OwnFolder(arguments);
     openhost::SetScriptRights(rights);
     const openhost::ScriptBounds bounds;
     DzScript script;
@@ -159,7 +168,7 @@ void AddScriptCommand(CLI::App& program, CommandContext& context)
     AddContentOption(*command, arguments->content);
     command
         ->add_option("--allow-files", arguments->allowedFolders,
-                     "Folder that the script may write files into besides content folders, once for each")
+                     "Folder that the script may read and write in besides content folders, once for each")
         ->type_name("DIR")
         ->allow_extra_args(false);
     command->add_flag("--overwrite", arguments->overwrite, "Replace saved morphs that have the same name");

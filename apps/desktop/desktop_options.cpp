@@ -40,7 +40,7 @@ void DescribeProgram(CLI::App& program, Options& options)
         ->check(RefuseEmpty);
     program
         .add_option("--allow-files", options.scriptFolders,
-                    "Folder that scripts may write files into besides content folders, once for each")
+                    "Folder that scripts may read and write in besides content folders, once for each")
         ->type_name("DIR")
         ->allow_extra_args(false)
         ->check(RefuseEmpty);

@@ -44,6 +44,8 @@ public:
     Q_INVOKABLE QVariant result() const;
     Q_INVOKABLE QString errorMessage() const; ///< empty after a success
     Q_INVOKABLE int errorLine() const;        ///< from 1; -1 for none
+    /// Whose line it is: of scripts that include others, one of these. Empty for code that has no name.
+    QString errorFile() const;
     Q_INVOKABLE QStringList stackTrace() const;
     /// What the script called exit() with; another status than 0 counts as a failure.
     int exitStatus() const;

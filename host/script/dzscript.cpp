@@ -3,16 +3,19 @@
 
 #include "dzscript.h"
 
+#include "base/errors.h"
 #include "dzapp.h"
 #include "openhost/class_registry.h"
+#include "openhost/diagnostics.h"
 #include "script_limits.h"
 #include "script_result.h"
 #include "script_session.h"
+#include "script_text.h"
 
-#include <QFile>
 #include <QScriptEngine>
 
 #include <algorithm>
+#include <optional>
 
 struct DzScript::Impl {
     QString code;
@@ -21,6 +24,7 @@ struct DzScript::Impl {
     openhost::ScriptResult result;
     QString errorMessage;
     int errorLine = -1;
+    QString errorFile;
     int exitStatus = 0;
     QStringList stackTrace;
 
@@ -29,6 +33,7 @@ struct DzScript::Impl {
         result = openhost::ScriptResult();
         errorMessage.clear();
         errorLine = -1;
+        errorFile.clear();
         exitStatus = 0;
         stackTrace.clear();
     }
@@ -38,6 +43,7 @@ struct DzScript::Impl {
         result = openhost::ScriptResult(session.result());
         errorMessage = session.errorMessage();
         errorLine = session.errorLine();
+        errorFile = session.errorFile();
         exitStatus = session.exitStatus();
         stackTrace = session.stackTrace();
         if (!succeeded)
@@ -49,7 +55,7 @@ struct DzScript::Impl {
     bool begin()
     {
         forget();
-        if (!hasNul() && !openhost::ScriptSession::IsNestedTooDeeply())
+        if (!isFaulty() && !openhost::ScriptSession::IsNestedTooDeeply())
             return true;
         if (errorMessage.isEmpty())
             errorMessage =
@@ -58,23 +64,21 @@ struct DzScript::Impl {
         return false;
     }
 
-    /// The engine takes a NUL for the end of the text, and would run what stands before it as if all were
-    /// well.
-    bool hasNul()
+    bool isFaulty()
     {
-        const int place = code.indexOf(QChar(QChar::Null));
-        if (place < 0)
+        const std::optional<openhost::CodeFault> fault = openhost::FindFault(code);
+        if (!fault)
             return false;
-        const QStringRef before = code.leftRef(place);
-        errorLine = before.count(QLatin1Char('\n')) + 1;
-        errorMessage = QStringLiteral("character %1 is a NUL, which no script can hold")
-                           .arg(place - before.lastIndexOf(QLatin1Char('\n')));
+        errorLine = fault->line;
+        errorMessage = fault->what;
+        errorFile = filename;
         return true;
     }
 
     void logError() const
     {
-        const QString place = filename.isEmpty() ? QStringLiteral("script") : filename;
+        const QString named = errorFile.isEmpty() ? filename : errorFile;
+        const QString place = named.isEmpty() ? QStringLiteral("script") : named;
         dzApp->warning(errorLine > 0
                            ? QStringLiteral("%1, line %2: %3").arg(place).arg(errorLine).arg(errorMessage)
                            : QStringLiteral("%1: %2").arg(place, errorMessage));
@@ -116,14 +120,12 @@ void DzScript::clear()
 
 bool DzScript::loadFromFile(const QString& filename, bool)
 {
-    QFile file(filename);
-    if (!file.open(QIODevice::ReadOnly))
+    try {
+        _impl->code = openhost::ReadScript(filename);
+    } catch (const base::Error& error) {
+        openhost::Report({base::Severity::Warning, {}, {}, error.what()});
         return false;
-    const QByteArray text = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return false;
-    // The toolkit takes a NUL in an array for its end.
-    _impl->code = QString::fromUtf8(text.constData(), text.size());
+    }
     _impl->filename = filename;
     return true;
 }
@@ -141,12 +143,13 @@ void DzScript::setFilename(const QString& filename)
 bool DzScript::checkSyntax()
 {
     _impl->forget();
-    if (_impl->hasNul())
+    if (_impl->isFaulty())
         return false;
     const QScriptSyntaxCheckResult check = QScriptEngine::checkSyntax(_impl->code);
     if (check.state() == QScriptSyntaxCheckResult::Valid)
         return true;
     _impl->errorMessage = check.errorMessage();
+    _impl->errorFile = _impl->filename;
     _impl->errorLine = check.errorLineNumber();
     return false;
 }
@@ -191,6 +194,11 @@ int DzScript::errorLine() const
 QStringList DzScript::stackTrace() const
 {
     return _impl->stackTrace;
+}
+
+QString DzScript::errorFile() const
+{
+    return _impl->errorFile;
 }
 
 int DzScript::exitStatus() const

@@ -4,11 +4,14 @@
 #include "openhost/script_bounds.h"
 
 #include "app/program_ban.h"
+#include "base/errors.h"
 #include "base/write_bounds.h"
 #include "dzapp.h"
 #include "dzcontentmgr.h"
+#include "script_reach.h"
 
 #include <optional>
+#include <utility>
 
 namespace openhost {
 
@@ -20,9 +23,9 @@ ScriptRights& Rights()
     return rights;
 }
 
-std::vector<std::filesystem::path> Folders()
+/// @param names  beside those that every script may use
+std::vector<std::filesystem::path> FoldersWith(QStringList names)
 {
-    QStringList names = Rights().folders;
     names << dzApp->getTempPath();
     const DzContentMgr& content = *dzApp->getContentMgr();
     for (int i = 0; i < content.getNumContentDirectories(); ++i)
@@ -33,12 +36,16 @@ std::vector<std::filesystem::path> Folders()
     return folders;
 }
 
+const base::FolderBounds* g_readable = nullptr;
+
 } // namespace
 
 struct ScriptBounds::Impl {
-    base::WriteBounds files{Folders(),
+    base::WriteBounds files{FoldersWith(Rights().folders),
                             "scripts may write only into content folders, the temporary folder and those "
                             "that --allow-files names"};
+    base::FolderBounds readable{FoldersWith(Rights().folders + Rights().toRead)};
+    const base::FolderBounds* former = std::exchange(g_readable, &readable);
     std::optional<ProgramBan> programs;
 };
 
@@ -53,6 +60,17 @@ ScriptBounds::ScriptBounds() : _impl(new Impl)
         _impl->programs.emplace();
 }
 
-ScriptBounds::~ScriptBounds() = default;
+ScriptBounds::~ScriptBounds()
+{
+    g_readable = _impl->former;
+}
+
+void ThrowIfOutOfReach(const std::filesystem::path& file)
+{
+    if (g_readable && !g_readable->hold(file))
+        throw base::IoError("cannot read {}: scripts may read only in content folders, the script's own, the "
+                            "temporary folder and those that --allow-files names",
+                            file.string());
+}
 
 } // namespace openhost

@@ -11,6 +11,7 @@
 #include "message_box.h"
 #include "script/script_output.h"
 #include "script_classes.h"
+#include "script_include.h"
 #include "script_session.h"
 
 #include <QElapsedTimer>
@@ -186,6 +187,7 @@ const GlobalFunction globalFunctions[] = {
     {"debug", DebugLine},
     {"getArguments", GetArguments},
     {"getErrorMessage", GetErrorMessage},
+    {"include", Include},
     {"exit", Exit},
     {"sleep", Sleep},
     {"processEvents", ProcessEvents},

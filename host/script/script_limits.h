@@ -12,5 +12,7 @@ constexpr unsigned longestScriptArray = 10000000;
 constexpr int deepestScriptResult = 1000;
 /// Scripts that run each other. Each has an engine, which sets gigabytes of address space aside.
 constexpr int mostNestedScripts = 8;
+/// Files that include each other, one in the other. The engine itself can hold little more.
+constexpr int mostIncludedScripts = 8;
 
 } // namespace openhost

@@ -20,6 +20,8 @@
 #include "script_result.h"
 #include "thrown_value.h"
 
+#include <QFileInfo>
+
 #include <csignal>
 
 #include <fmt/format.h>
@@ -107,6 +109,8 @@ ScriptSession& ScriptSession::Of(QScriptEngine* engine)
 bool ScriptSession::evaluate(const QString& code, const QString& filename)
 {
     const ForeignFrames engine;
+    _filename = filename;
+    _running = QStringList(QFileInfo(filename).canonicalFilePath());
     return finish(_engine.evaluate(code, filename));
 }
 
@@ -156,11 +160,39 @@ bool ScriptSession::finishExit()
 void ScriptSession::noteError()
 {
     const QScriptValue thrown = _engine.uncaughtException();
-    _errorLine = _engine.uncaughtExceptionLineNumber();
+    placeError(thrown);
     _stackTrace = _engine.uncaughtExceptionBacktrace();
     _engine.clearExceptions(); // what describes it may run the script's code
     _errorMessage = DescribeThrown(thrown);
     _engine.clearExceptions();
+}
+
+/// The engine writes the place into objects, but not into texts and numbers.
+void ScriptSession::placeError(const QScriptValue& thrown)
+{
+    _errorLine = _engine.uncaughtExceptionLineNumber();
+    _errorFile = _filename;
+    const QScriptValue file = thrown.property(QStringLiteral("fileName"));
+    if (!_hasIncluded)
+        return;
+    if (thrown.isObject() && file.isString()) {
+        _errorFile = file.toString();
+        _errorLine = thrown.property(QStringLiteral("lineNumber")).toInt32();
+    } else if (thrown.strictlyEquals(_fromIncluded.thrown)) {
+        _errorFile = _fromIncluded.file;
+        _errorLine = _fromIncluded.line;
+    } else {
+        _errorFile += QStringLiteral(" or a file that it includes");
+    }
+}
+
+void ScriptSession::noteIncluded(const QString& file)
+{
+    _hasIncluded = true;
+    // The innermost of files that include each other is the first to tell.
+    const QScriptValue thrown = _engine.uncaughtException();
+    if (_engine.hasUncaughtException() && !thrown.strictlyEquals(_fromIncluded.thrown))
+        _fromIncluded = {thrown, file, _engine.uncaughtExceptionLineNumber()};
 }
 
 void ScriptSession::exit(int status)

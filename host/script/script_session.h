@@ -38,6 +38,9 @@ public:
     QVariant result() const { return _result; }
     QString errorMessage() const { return _errorMessage; }
     int errorLine() const { return _errorLine; }
+    /// Where that line is: the script's own name, that of a file it includes, or in words that it may be
+    /// either.
+    QString errorFile() const { return _errorFile; }
     /// What exit() was called with; 0 as long as it was not.
     int exitStatus() const { return _exitStatus; }
     QStringList stackTrace() const { return _stackTrace; }
@@ -47,6 +50,11 @@ public:
     void adopt(QObject* object);
     /// Likewise for one that the host let go of: whoever called the script may still have it in its hands.
     void keep(QObject& object) override { adopt(&object); }
+
+    /// Files whose code is being run, the one that was included last at the end; canonical paths.
+    QStringList& running() { return _running; }
+    /// A file was included. If it threw, the place is kept for what does not know its own.
+    void noteIncluded(const QString& file);
 
     SignalGuard& signalGuard() { return _signalGuard; }
 
@@ -67,6 +75,7 @@ private:
     bool finish(const QScriptValue& value);
     bool finishExit();
     void noteError();
+    void placeError(const QScriptValue& thrown);
 
     QScriptEngine _engine;
     SignalGuard _signalGuard{_engine};
@@ -80,7 +89,16 @@ private:
     QVariant _result;
     QString _errorMessage;
     int _errorLine = -1;
+    QString _errorFile;
     QStringList _stackTrace;
+    QString _filename;
+    QStringList _running;
+    bool _hasIncluded = false;
+    struct {
+        QScriptValue thrown;
+        QString file;
+        int line = -1;
+    } _fromIncluded; ///< what an included file threw last
 };
 
 } // namespace openhost

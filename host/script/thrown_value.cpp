@@ -58,6 +58,8 @@ class Description {
 public:
     QString textOf(const QScriptValue& value, int depth = 0)
     {
+        if (!value.isValid()) // a place of an array that has nothing
+            return QStringLiteral("undefined");
         if (value.isString())
             return Quoted(value.toString());
         if (value.isFunction())

@@ -56,6 +56,7 @@ TEST(Limits, in_the_table_are_those_of_the_code)
         {"deepestDetailLevel", dson::deepestDetailLevel},
         {"mostDetailFaces", dson::mostDetailFaces},
         {"mostNestedScripts", openhost::mostNestedScripts},
+        {"mostIncludedScripts", openhost::mostIncludedScripts},
         {"longestScriptArray", openhost::longestScriptArray},
         {"deepestScriptResult", openhost::deepestScriptResult},
         {"deepestSettings", openhost::deepestSettings},

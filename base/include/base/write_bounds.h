@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "base/folder_bounds.h"
+
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -19,13 +21,13 @@ public:
     WriteBounds(const WriteBounds&) = delete;
     WriteBounds& operator=(const WriteBounds&) = delete;
 
-    bool hold(const std::filesystem::path& file) const;
+    bool hold(const std::filesystem::path& file) const { return _folders.hold(file); }
     const std::string& reason() const { return _reason; }
     /// Null while everything may be written.
     static const WriteBounds* Current();
 
 private:
-    std::vector<std::filesystem::path> _folders;
+    FolderBounds _folders;
     std::string _reason;
     const WriteBounds* _former;
 };
