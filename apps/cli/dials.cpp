@@ -3,6 +3,7 @@
 
 #include "dials.h"
 
+#include "base/spelling.h"
 #include "command.h"
 #include "dzbone.h"
 #include "dzmodifier.h"
@@ -13,7 +14,6 @@
 #include "dzskeleton.h"
 #include "openhost/idle_aliases.h"
 #include "option_words.h"
-#include "spelling.h"
 
 #include <algorithm>
 #include <charconv>
@@ -46,7 +46,7 @@ using Unlikeness = std::pair<std::size_t, std::size_t>;
 Unlikeness CompareNames(const std::string& wanted, const std::string& candidate)
 {
     const std::string folded = Folded(candidate);
-    return {EditDistance(wanted, folded, true), EditDistance(wanted, folded, false)};
+    return {base::EditDistance(wanted, folded, true), base::EditDistance(wanted, folded, false)};
 }
 
 std::string ClosestNames(const std::vector<Dial>& dials, const std::string& name)

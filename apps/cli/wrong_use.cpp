@@ -3,7 +3,7 @@
 
 #include "wrong_use.h"
 
-#include "spelling.h"
+#include "base/spelling.h"
 
 #include <algorithm>
 #include <optional>
@@ -75,7 +75,7 @@ std::string NoOption(const CLI::App& app, const std::string& option)
     if (option == "--dry-run" && app.get_parent())
         return NoDryRun(app.get_name());
     return WithProposal(fmt::format("there is no option {} for {}", option, app.get_name()),
-                        LikelyMeant(option, OptionNames(app)));
+                        base::LikelyMeant(option, OptionNames(app)));
 }
 
 /// Of words in front of the subcommand.
@@ -124,7 +124,7 @@ std::string DescribeWrongUse(const CLI::App& program, const CLI::ParseError& err
             return error.what();
         return IsOption(own.front()) ? NoOption(program, WithoutValue(own.front()))
                                      : WithProposal(fmt::format("there is no subcommand \"{}\"", own.front()),
-                                                    LikelyMeant(own.front(), CommandNames(program)));
+                                                    base::LikelyMeant(own.front(), CommandNames(program)));
     }
     const CLI::App& command = *commands.front();
     if (const auto option = FirstOption(own))

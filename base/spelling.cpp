@@ -1,12 +1,12 @@
 // Words that are meant by others.
 // SPDX-License-Identifier: MIT
 
-#include "spelling.h"
+#include "base/spelling.h"
 
 #include <algorithm>
 #include <numeric>
 
-namespace cli {
+namespace base {
 
 std::size_t EditDistance(const std::string& wanted, const std::string& candidate, bool isPartEnough)
 {
@@ -46,4 +46,4 @@ std::string LikelyMeant(const std::string& word, const std::vector<std::string>&
     return best;
 }
 
-} // namespace cli
+} // namespace base

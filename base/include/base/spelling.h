@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace cli {
+namespace base {
 
 /// Levenshtein's number of insertions, deletions and replacements that turn `wanted` into the candidate, or
 /// into the part of it that is most like it.
@@ -17,4 +17,4 @@ std::size_t EditDistance(const std::string& wanted, const std::string& candidate
 /// begins with it. Empty where there is none.
 std::string LikelyMeant(const std::string& word, const std::vector<std::string>& candidates);
 
-} // namespace cli
+} // namespace base
