@@ -41,7 +41,7 @@ public:
 
     /// Takes ownership. A negative index puts adding links before multiplying ones, each kind in order of
     /// insertion. False for a controller that has an owner.
-    bool insertController(DzNumericController* controller, int index = -1);
+    Q_INVOKABLE bool insertController(DzNumericController* controller, int index = -1);
     /// Deletes the controller.
     bool deleteController(DzNumericController* controller);
 

@@ -56,6 +56,7 @@
 #include "dzviewtool.h"
 #include "dzweightmap.h"
 #include "openhost/class_registry.h"
+#include "script_constructors.h"
 #include "script_session.h"
 #include "tools/morph_loader.h"
 #include "tools/morph_loader_batch.h"
@@ -244,6 +245,11 @@ QScriptValue Construct(QScriptContext* context, QScriptEngine* engine, void* dat
         arguments.append(context->argument(i).toVariant());
     QObject* const object =
         arguments.isEmpty() ? factory.createInstance() : factory.createInstance(arguments);
+    const auto* const takes = dynamic_cast<const TakesArguments*>(&factory);
+    if (!object && takes)
+        return context->throwError(QScriptContext::TypeError,
+                                   QStringLiteral("these arguments make no %1; it is new %1(%2)")
+                                       .arg(factory.className(), QLatin1String(takes->arguments())));
     if (!object)
         return context->throwError(QStringLiteral("%1 cannot be made").arg(factory.className()));
     ScriptSession::Of(engine).adopt(object);
@@ -262,8 +268,7 @@ QScriptValue Inherits(QScriptContext* context, QScriptEngine*)
 }
 
 /// Classes that scripts name for their enumerations only.
-const QMetaObject* const enumerationClasses[] = {&DzERCLink::staticMetaObject, &DzScene::staticMetaObject,
-                                                 &DzSettings::staticMetaObject};
+const QMetaObject* const enumerationClasses[] = {&DzScene::staticMetaObject};
 
 const BuiltInClass<DzNode> nodeRegistration;
 const BuiltInClass<DzMorph> morphRegistration;

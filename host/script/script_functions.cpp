@@ -9,6 +9,7 @@
 #include "dzprogress.h"
 #include "dzscene.h"
 #include "message_box.h"
+#include "openhost/script_function.h"
 #include "script/script_output.h"
 #include "script_classes.h"
 #include "script_include.h"
@@ -20,6 +21,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -177,35 +179,55 @@ QScriptValue FinishProgress(QScriptContext*, QScriptEngine* engine)
     return engine->undefinedValue();
 }
 
-struct GlobalFunction {
-    const char* name;
-    QScriptEngine::FunctionSignature function;
+const ScriptFunction hostFunctions[] = {
+    {"print", "value, ...", "Writes the values as one line to standard output and to the log.", Print},
+    {"debug", "value, ...", "Writes the values as one line to the log, which --verbose shows.", DebugLine},
+    {"include", "file",
+     "Runs another script's code. The file is looked for beside the script that names it, then in the "
+     "content "
+     "folders. Its variables and functions are the whole script's.",
+     Include},
+    {"getArguments", "", "An array of the words behind the script's name.", GetArguments},
+    {"getErrorMessage", "error", "What an error number of the host's functions means.", GetErrorMessage},
+    {"exit", "status = 0", "Ends the script here with a status from 0 to 125. Neither catch nor finally run.",
+     Exit},
+    {"sleep", "milliseconds", "Waits.", Sleep},
+    {"processEvents", "", "Lets windows be drawn and buttons be pressed during long work.", ProcessEvents},
+    {"setBusyCursor", "", "Shows that the program is busy, until clearBusyCursor() is called as often.",
+     SetBusyCursor},
+    {"clearBusyCursor", "", "Takes one setBusyCursor() of this script back.", ClearBusyCursor},
+    {"startProgress", "text, steps, cancellable = false, showsTime = false",
+     "Shows progress until finishProgress(); one may begin within another.", StartProgress},
+    {"stepProgress", "steps = 1", "So many steps are done.", StepProgress},
+    {"setProgressInfo", "text", "Shows another text.", SetProgressInfo},
+    {"progressIsCancelled", "", "Whether the user has cancelled the progress.", ProgressIsCancelled},
+    {"finishProgress", "", "Ends the progress that was begun last.", FinishProgress},
 };
 
-const GlobalFunction globalFunctions[] = {
-    {"print", Print},
-    {"debug", DebugLine},
-    {"getArguments", GetArguments},
-    {"getErrorMessage", GetErrorMessage},
-    {"include", Include},
-    {"exit", Exit},
-    {"sleep", Sleep},
-    {"processEvents", ProcessEvents},
-    {"setBusyCursor", SetBusyCursor},
-    {"clearBusyCursor", ClearBusyCursor},
-    {"startProgress", StartProgress},
-    {"stepProgress", StepProgress},
-    {"setProgressInfo", SetProgressInfo},
-    {"progressIsCancelled", ProgressIsCancelled},
-    {"finishProgress", FinishProgress},
-};
+std::vector<ScriptFunction>& AddedFunctions()
+{
+    static std::vector<ScriptFunction> functions;
+    return functions;
+}
 
 } // namespace
+
+void RegisterScriptFunction(const ScriptFunction& function)
+{
+    AddedFunctions().push_back(function);
+}
+
+std::vector<ScriptFunction> ScriptFunctions()
+{
+    std::vector<ScriptFunction> all(std::begin(hostFunctions), std::end(hostFunctions));
+    all.insert(all.end(), AddedFunctions().begin(), AddedFunctions().end());
+    return all;
+}
 
 void RegisterScriptFunctions(QScriptEngine& engine)
 {
     QScriptValue global = engine.globalObject();
-    for (const GlobalFunction& entry : globalFunctions)
+    for (const ScriptFunction& entry : ScriptFunctions())
         global.setProperty(QLatin1String(entry.name), engine.newFunction(entry.function));
     global.setProperty(QStringLiteral("Scene"), WrapObject(engine, dzScene));
     global.setProperty(QStringLiteral("App"), WrapObject(engine, dzApp));

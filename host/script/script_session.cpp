@@ -5,6 +5,7 @@
 
 #include "app/guard.h"
 #include "array_guard.h"
+#include "base/spelling.h"
 #include "dzcontroller.h"
 #include "dzmodifier.h"
 #include "dznode.h"
@@ -21,6 +22,7 @@
 #include "thrown_value.h"
 
 #include <QFileInfo>
+#include <QScriptValueIterator>
 
 #include <csignal>
 
@@ -165,6 +167,24 @@ void ScriptSession::noteError()
     _engine.clearExceptions(); // what describes it may run the script's code
     _errorMessage = DescribeThrown(thrown);
     _engine.clearExceptions();
+    if (thrown.isError())
+        _errorMessage += likelyMeant(thrown.property(QStringLiteral("message")).toString());
+}
+
+/// Behind the engine's sentence about a name that there is not; empty where no other is like it.
+QString ScriptSession::likelyMeant(const QString& message)
+{
+    const QLatin1String beginning("Can't find variable: ");
+    if (!message.startsWith(beginning))
+        return QString();
+    std::vector<std::string> names;
+    for (QScriptValueIterator global(_engine.globalObject()); global.hasNext();) {
+        global.next();
+        names.push_back(global.name().toStdString());
+    }
+    const std::string meant = base::LikelyMeant(message.mid(beginning.size()).toStdString(), names);
+    return meant.empty() ? QString()
+                         : QStringLiteral("; did you mean %1?").arg(QString::fromStdString(meant));
 }
 
 /// The engine writes the place into objects, but not into texts and numbers.

@@ -75,6 +75,7 @@ private:
     bool finish(const QScriptValue& value);
     bool finishExit();
     void noteError();
+    QString likelyMeant(const QString& message);
     void placeError(const QScriptValue& thrown);
 
     QScriptEngine _engine;

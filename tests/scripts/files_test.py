@@ -1,0 +1,128 @@
+"""What scripts do with files and folders, and may not."""
+
+# SPDX-License-Identifier: MIT
+
+import os
+import unittest
+
+from program import ScriptCase
+
+WHERE_TO_READ = ("scripts may read only in content folders, the script's own, the temporary folder and those that "
+                 "--allow-files names")
+WHERE_TO_WRITE = "scripts may write only into content folders, the temporary folder and those that --allow-files names"
+
+
+class FilesTest(ScriptCase):
+    def setUp(self):
+        super().setUp()
+        self.library = self.folder / "library"
+        self.library.mkdir()
+
+    def out_of(self, text, *arguments):
+        return super().out_of(text, "--content", self.library, *arguments)
+
+    def test_a_file_is_written_and_read_back(self):
+        self.assertEqual(self.out_of("""
+            var file = new DzFile(getArguments()[0]);
+            print(file.exists(), file.open(DzFile.WriteOnly), file.writeLine('Größe'), file.write('a\\r\\nb'), file.exists());
+            print(file.close(), file.exists(), file.isOpen());
+            print(file.open(DzFile.Append), file.write('c'), file.close());
+            print(file.open(), file.readLine(), file.atEnd(), file.readLines().join('+'), file.atEnd(), file.read() == '');
+            file.close(); file.open(DzFile.ReadOnly); print(file.read().length);
+            """, self.library / "a.txt"), "false true true true false\ntrue true false\ntrue true true\n"
+            "true Größe false a+bc true true\n11\n")
+        self.assertEqual((self.library / "a.txt").read_bytes(), "Größe\na\r\nbc".encode())
+
+    def test_what_is_not_closed_is_written_at_the_end(self):
+        self.out_of("var f = new DzFile(getArguments()[0]); f.open(DzFile.WriteOnly); f.write('kept');", self.library / "a.txt")
+        self.assertEqual((self.library / "a.txt").read_text(), "kept")
+
+    def test_failures_are_false_with_a_reason(self):
+        self.write("library/old.txt", "old")
+        self.assertEqual(self.out_of("""
+            var lost = new DzFile(getArguments()[0] + '/lost.txt');
+            print(lost.open(), lost.error());
+            print(lost.remove(), lost.error());
+            print(lost.write('x'), lost.error());
+            print(lost.read() == '', lost.error());
+            var folder = new DzFile(getArguments()[0]);
+            print(folder.open(DzFile.WriteOnly), folder.error());
+            var old = new DzFile(getArguments()[0] + '/old.txt');
+            print(old.open(), old.open(), old.error());
+            print(old.write('x'), old.error(), old.remove(), old.exists());
+            """, self.library), f"""\
+false cannot read {self.library}/lost.txt: No such file or directory
+false cannot remove {self.library}/lost.txt: No such file or directory
+false {self.library}/lost.txt is not open for writing
+true {self.library}/lost.txt is not open for reading
+false cannot write {self.library}: Is a directory
+true false {self.library}/old.txt is open already
+false {self.library}/old.txt is not open for writing true false
+""")
+        self.assertEqual(self.error_of("new DzFile('a').open(7)"), "line 1: RangeError: 7 is no way to open a file.")
+
+    def test_files_and_folders_tell_of_themselves(self):
+        self.write("library/sub/b.duf", "12345")
+        self.write("library/sub/a.duf", "")
+        self.write("library/sub/c.txt", "")
+        self.write("library/sub/below/d.duf", "")
+        self.assertEqual(self.out_of("""
+            var info = new DzFileInfo(getArguments()[0] + '/sub/b.duf');
+            print(info.exists(), info.isFile(), info.isDir(), info.size(), info.fileName(), info.baseName(), info.suffix());
+            print(info.lastModified() instanceof Date, info.path() == getArguments()[0] + '/sub');
+            var dir = new DzDir(getArguments()[0]);
+            print(dir.exists(), dir.exists('sub'), dir.exists('gone'), dir.cd('gone'), dir.cd('sub'), dir.dirName());
+            print(dir.entryList(), '|', dir.entryList(['*.duf'], DzDir.Files), '|', dir.entryList([], DzDir.Dirs));
+            print(dir.cdUp(), dir.mkpath('x/y'), dir.exists('x/y'));
+            """, self.library), "true true false 5 b.duf b duf\ntrue true\ntrue true false false true sub\n"
+            "a.duf,b.duf,below,c.txt | a.duf,b.duf | below\ntrue true true\n")
+        self.assertTrue((self.library / "x/y").is_dir())
+
+    def test_what_lies_elsewhere_is_not_read(self):
+        secret = self.write("secret.txt", "secret")
+        os.symlink(secret, self.library / "link.txt")
+        os.symlink(self.folder, self.library / "away")
+        script = self.write("own/main.js", "print(eval(getArguments()[0]));")
+        for name in (secret, self.library / "link.txt", self.library / "away/secret.txt", self.library / "../secret.txt",
+                     "/etc/passwd", "secret.txt", "/proc/self/environ"):
+            for use in ("new DzFile('{}').open()", "new DzFile('{}').exists()", "new DzFileInfo('{}').exists()",
+                        "new DzFileInfo('{}').size()", "new DzFileInfo('{}').lastModified()", "new DzDir('{}').exists()",
+                        "new DzDir('{}').entryList()", "new DzDir('/').exists('{}')", "new DzDir('/').cd('{}')"):
+                with self.subTest(use=use, name=name):
+                    ended = self.run_script(script, use.format(name), "--content", self.library)
+                    self.assertEqual((ended.returncode, ended.stdout), (1, ""))
+                    self.assertIn(WHERE_TO_READ, ended.stderr)
+
+    def test_what_lies_elsewhere_is_not_written(self):
+        kept = self.write("kept.txt", "kept")
+        os.symlink(kept, self.library / "link.txt")
+        os.symlink(self.folder, self.library / "away")
+        for name in (kept, self.library / "link.txt", self.library / "away/new.txt", self.library / "../new.txt", "new.txt"):
+            for use in ("new DzFile('{}').open(DzFile.WriteOnly)", "new DzFile('{}').open(DzFile.Append)",
+                        "new DzFile('{}').remove()", "new DzDir('/').mkpath('{}')"):
+                with self.subTest(use=use, name=name):
+                    ended = self.run_text("print(eval(getArguments()[0]));", use.format(name), "--content", self.library)
+                    self.assertEqual((ended.returncode, ended.stdout), (1, ""))
+                    self.assertIn(WHERE_TO_WRITE, ended.stderr)
+        self.assertEqual(sorted(os.listdir(self.folder)), ["kept.txt", "library", "script.js"])
+        self.assertEqual((self.folder / "kept.txt").read_text(), "kept")
+
+    def test_its_own_folder_the_temporary_one_and_named_ones_are_in_reach(self):
+        self.write("beside.txt", "beside")
+        named = self.folder / "named"
+        named.mkdir()
+        self.assertEqual(self.out_of("""
+            var beside = new DzFile('beside.txt'); beside.open(); print(beside.read());
+            [App.getTempFilename() + '.txt', getArguments()[0] + '/a.txt'].forEach(function(name) {
+                var file = new DzFile(name);
+                print(file.open(DzFile.WriteOnly), file.write('x'), file.close(), file.exists(), new DzFileInfo(name).size());
+            });""", named, "--allow-files", named), "beside\ntrue true true true 1\ntrue true true true 1\n")
+        self.assertEqual((named / "a.txt").read_text(), "x")
+
+    def test_a_refusal_can_be_caught(self):
+        self.assertEqual(self.out_of("try { new DzFile('/etc/passwd').open(); } catch (error) { print('refused'); }"),
+                         "refused\n")
+
+
+if __name__ == "__main__":
+    unittest.main()
