@@ -12,6 +12,7 @@
 #include "openhost/script_bounds.h"
 #include "options.h"
 #include "report.h"
+#include "script_conversion.h"
 #include "worker_process.h"
 
 #include <QByteArray>
@@ -131,6 +132,7 @@ void RunScript(const ScriptArguments& arguments)
     rights.toRead << OwnFolder(arguments);
     openhost::SetScriptRights(rights);
     const openhost::ScriptBounds bounds;
+    const ScriptConversions conversions(session);
     DzScript script;
     Load(script, arguments, typed);
     script.setTimeLimit(milliseconds);

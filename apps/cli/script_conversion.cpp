@@ -1,0 +1,137 @@
+// Conversions that scripts ask for.
+// SPDX-License-Identifier: MIT
+
+#include "script_conversion.h"
+
+#include "command.h"
+#include "conversions/conversion_json.h"
+#include "conversions/convert_options.h"
+#include "dznode.h"
+#include "error_sentence.h"
+#include "host_session.h"
+#include "openhost/script_function.h"
+#include "progress.h"
+#include "wrong_use.h"
+
+#include <QScriptValueIterator>
+
+#include <algorithm>
+#include <cctype>
+#include <stdexcept>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace cli {
+
+namespace {
+
+HostSession* g_session = nullptr;
+
+/// `--adjust-rig` for adjustRig.
+std::string OptionOf(const std::string& key)
+{
+    std::string option = "--";
+    for (const char letter : key) {
+        if (std::isupper(static_cast<unsigned char>(letter)))
+            option += '-';
+        option += static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+    }
+    return option;
+}
+
+/// A flag, a list with commas, "NAME=VALUE" of each member, or the value.
+void Append(std::vector<std::string>& words, const std::string& option, const QScriptValue& value)
+{
+    if (value.isBool()) {
+        if (value.toBool())
+            words.push_back(option);
+    } else if (value.isArray()) {
+        words.push_back(option + "=" + value.toVariant().toStringList().join(QLatin1Char(',')).toStdString());
+    } else if (value.isObject()) {
+        for (QScriptValueIterator member(value); member.hasNext();) {
+            member.next();
+            words.push_back(fmt::format("{}={}={}", option, member.name().toStdString(),
+                                        member.value().toString().toStdString()));
+        }
+    } else if (!value.isUndefined() && !value.isNull()) {
+        words.push_back(option + "=" + value.toString().toStdString());
+    }
+}
+
+/// The options are those of the subcommand `convert`, which checks them.
+/// @throws UsageError  they cannot be meant
+ConversionRequest RequestOf(const DzNode& source, const DzNode& target, const QScriptValue& options)
+{
+    std::vector<std::string> words{"--source=" + source.getLabel().toStdString(),
+                                   "--target=" + target.getLabel().toStdString()};
+    for (QScriptValueIterator option(options); option.hasNext();) {
+        option.next();
+        const std::string name = OptionOf(option.name().toStdString());
+        for (const char* const own : {"--source", "--target", "--content", "--dial", "--keep-temp"})
+            if (name == own)
+                throw UsageError(fmt::format("{} is no option for figures of a scene", name));
+        Append(words, name, option.value());
+    }
+    CLI::App parser;
+    ConvertArguments arguments;
+    AddConvertOptions(parser, arguments, OptionUse::Whole);
+    std::reverse(words.begin(), words.end());
+    try {
+        parser.parse(words);
+    } catch (const CLI::ParseError& error) {
+        throw UsageError(DescribeWrongUse(parser, error));
+    }
+    ConversionRequest request = MakeRequest(arguments);
+    request.contentDirectories.clear();
+    return request;
+}
+
+QScriptValue FromJson(QScriptEngine& engine, const Json& json)
+{
+    QScriptValue parser = engine.globalObject().property(QStringLiteral("JSON"));
+    return parser.property(QStringLiteral("parse"))
+        .call(parser, QScriptValueList{QScriptValue(QString::fromStdString(json.dump()))});
+}
+
+QScriptValue Convert(QScriptContext* context, QScriptEngine* engine)
+{
+    auto* const source = qobject_cast<DzNode*>(context->argument(0).toQObject());
+    auto* const target = qobject_cast<DzNode*>(context->argument(1).toQObject());
+    try {
+        if (!source || !target)
+            throw UsageError("convert: it takes two figures of the scene, and options");
+        const ConversionRequest request = RequestOf(*source, *target, context->argument(2));
+        Progress progress(false);
+        const ConversionReport report = ConvertFigures(*g_session, *source, *target, request, progress);
+        return FromJson(*engine, DescribeConversion(report, progress, true));
+    } catch (const std::exception& error) {
+        return context->throwError(QString::fromStdString(error.what()));
+    }
+}
+
+} // namespace
+
+ScriptConversions::ScriptConversions(HostSession& session)
+{
+    g_session = &session;
+    openhost::RegisterScriptFunction(
+        {"convert", "source, target, options = {}",
+         "Converts a figure of the scene, as it is dialed, to morphs on a Genesis 9 figure of the scene, "
+         "which "
+         "wears them afterwards. The options are called as those of `gantrel convert`, with capitals for "
+         "hyphens: jobs, name, path, base, resolution, subd, adjustRig, register, saveLibrary, vendor, "
+         "product, "
+         "compress, overwrite, exportObj, pictures, report, acceptMissing. The result is what that prints "
+         "with "
+         "--json. Only `gantrel script` has this function.",
+         Convert});
+}
+
+ScriptConversions::~ScriptConversions()
+{
+    g_session = nullptr;
+}
+
+} // namespace cli
