@@ -10,8 +10,8 @@
 #include <QScriptable>
 #include <QStringList>
 
-/// What lies outside of the folders that scripts may use is an error of the script, wherever `..` and links
-/// lead; other failures are answered with false and error().
+/// A file of text, which is UTF-8. What lies outside of the folders that scripts may use is an error of the
+/// script, wherever `..` and links lead; other failures are answered with false and error().
 class DzFile : public QObject, protected QScriptable {
     Q_OBJECT
     Q_ENUMS(OpenMode)
@@ -24,18 +24,19 @@ public:
 
     Q_INVOKABLE QString fileName() const { return _name; }
     Q_INVOKABLE bool exists() const;
-    /// The file appears with close(), whole or not at all.
+    /// A file that is written appears with close(), whole or not at all; Append writes what was there before
+    /// it.
     Q_INVOKABLE bool open(int mode = ReadOnly);
     Q_INVOKABLE bool isOpen() const { return _mode != 0; }
     Q_INVOKABLE bool close();
-    Q_INVOKABLE bool atEnd() const;
-    Q_INVOKABLE QString read();
-    Q_INVOKABLE QString readLine();
-    Q_INVOKABLE QStringList readLines();
+    Q_INVOKABLE bool atEnd() const;      ///< all has been read
+    Q_INVOKABLE QString read();          ///< what has not been read yet
+    Q_INVOKABLE QString readLine();      ///< without its end; empty at the end of the file
+    Q_INVOKABLE QStringList readLines(); ///< those that have not been read yet
     Q_INVOKABLE bool write(const QString& text);
     Q_INVOKABLE bool writeLine(const QString& text);
     Q_INVOKABLE bool remove();
-    Q_INVOKABLE QString error() const { return _error; }
+    Q_INVOKABLE QString error() const { return _error; } ///< why the last call failed
 
 private:
     bool fail(const QString& why);
@@ -46,6 +47,7 @@ private:
     int _mode = 0, _place = 0;
 };
 
+/// Names, size and time of a file or folder.
 class DzFileInfo : public QObject, protected QScriptable {
     Q_OBJECT
 public:
@@ -53,8 +55,8 @@ public:
 
     Q_INVOKABLE QString filePath() const { return _info.filePath(); }
     Q_INVOKABLE QString fileName() const { return _info.fileName(); }
-    Q_INVOKABLE QString baseName() const { return _info.baseName(); }
-    Q_INVOKABLE QString completeBaseName() const { return _info.completeBaseName(); }
+    Q_INVOKABLE QString baseName() const { return _info.baseName(); }                 ///< to the first dot
+    Q_INVOKABLE QString completeBaseName() const { return _info.completeBaseName(); } ///< to the last dot
     Q_INVOKABLE QString suffix() const { return _info.suffix(); }
     Q_INVOKABLE QString path() const { return _info.path(); }
     Q_INVOKABLE QString absolutePath() const { return _info.absolutePath(); }
@@ -71,6 +73,7 @@ private:
     QFileInfo _info;
 };
 
+/// A folder.
 class DzDir : public QObject, protected QScriptable {
     Q_OBJECT
     Q_ENUMS(Filter)

@@ -56,6 +56,7 @@
 #include "dzviewtool.h"
 #include "dzweightmap.h"
 #include "openhost/class_registry.h"
+#include "openhost/script_reference.h"
 #include "script_constructors.h"
 #include "script_session.h"
 #include "tools/morph_loader.h"
@@ -65,6 +66,10 @@
 #include <QMetaEnum>
 #include <QSize>
 #include <QWidget>
+
+#include <algorithm>
+#include <iterator>
+#include <map>
 
 Q_DECLARE_METATYPE(QObjectList) // under the name that the engine gives it
 Q_DECLARE_METATYPE(DzVec3)
@@ -106,10 +111,27 @@ void PointerFromScript(const QScriptValue& value, T*& object)
 }
 
 template <class... Classes>
-void RegisterPointers(QScriptEngine& engine)
-{
-    (qScriptRegisterMetaType<Classes*>(&engine, PointerToScript<Classes>, PointerFromScript<Classes>), ...);
-}
+struct ClassList {
+    static void registerPointers(QScriptEngine& engine)
+    {
+        (qScriptRegisterMetaType<Classes*>(&engine, PointerToScript<Classes>, PointerFromScript<Classes>),
+         ...);
+    }
+    static std::vector<const QMetaObject*> metaObjects() { return {&Classes::staticMetaObject...}; }
+};
+
+/// What methods take and give.
+using PassedClasses =
+    ClassList<DzBase, DzElement, DzNode, DzSkeleton, DzFigure, DzBone, DzObject, DzShape, DzFacetShape,
+              DzModifier, DzMorph, DzSkinBinding, DzDForm, DzDFormModifier, DzCamera, DzBasicCamera,
+              DzProperty, DzNumericProperty, DzFloatProperty, DzIntProperty, DzBoolProperty, DzEnumProperty,
+              DzStringProperty, DzPropertyGroup, DzPropertyGroupTree, DzController, DzNumericController,
+              DzERCLink, DzGeometry, DzVertexMesh, DzFacetMesh, DzMorphDeltas, DzWeightMap, DzScene,
+              DzMainWindow, DzActionMgr, DzAction, DzPaneMgr, DzPane, DzViewportMgr, DzContentMgr,
+              DzContentFolder, DzAsset, DzAssetMgr, DzAssetIOMgr, DzAssetIOFilter, DzExportMgr, DzExporter,
+              DzImportMgr, DzImporter, DzPluginMgr, DzViewport, Dz3DViewport, DzViewTool, DzDrawStyle,
+              DzUserDrawStyle, DzRenderMgr, DzRenderOptions, DzRenderer, DzSettings, DzFileIOSettings,
+              DzMorphLoader, DzMorphLoaderBatch, DzTransferUtility>;
 
 QScriptValue VectorToScript(QScriptEngine* engine, const DzVec3& vector)
 {
@@ -209,21 +231,8 @@ void EnumerationFromScript(const QScriptValue& number, Enumeration& value)
 void RegisterTypes(QScriptEngine& engine)
 {
     // The engine's own ways of wrapping leave deletion and signals open.
-    RegisterPointers<QObject, QWidget>(engine);
-    RegisterPointers<DzBase, DzElement, DzNode, DzSkeleton, DzFigure, DzBone, DzObject, DzShape, DzFacetShape,
-                     DzModifier, DzMorph, DzSkinBinding, DzDForm, DzDFormModifier, DzCamera, DzBasicCamera>(
-        engine);
-    RegisterPointers<DzProperty, DzNumericProperty, DzFloatProperty, DzIntProperty, DzBoolProperty,
-                     DzEnumProperty, DzStringProperty, DzPropertyGroup, DzPropertyGroupTree, DzController,
-                     DzNumericController, DzERCLink>(engine);
-    RegisterPointers<DzGeometry, DzVertexMesh, DzFacetMesh, DzMorphDeltas, DzWeightMap>(engine);
-    RegisterPointers<DzScene, DzMainWindow, DzActionMgr, DzAction, DzPaneMgr, DzPane, DzViewportMgr,
-                     DzContentMgr, DzContentFolder, DzAsset, DzAssetMgr, DzAssetIOMgr, DzAssetIOFilter,
-                     DzExportMgr, DzExporter, DzImportMgr, DzImporter, DzPluginMgr>(engine);
-    RegisterPointers<DzViewport, Dz3DViewport, DzViewTool, DzDrawStyle, DzUserDrawStyle, DzRenderMgr,
-                     DzRenderOptions, DzRenderer>(engine);
-    RegisterPointers<DzSettings, DzFileIOSettings, DzMorphLoader, DzMorphLoaderBatch, DzTransferUtility>(
-        engine);
+    ClassList<QObject, QWidget>::registerPointers(engine);
+    PassedClasses::registerPointers(engine);
     qScriptRegisterMetaType<QObjectList>(&engine, ListToScript, ListFromScript);
     qScriptRegisterMetaType<DzVec3>(&engine, VectorToScript, VectorFromScript);
     qScriptRegisterMetaType<DzBox3>(&engine, BoxToScript, BoxFromScript);
@@ -285,6 +294,30 @@ QScriptValue WrapObject(QScriptEngine& engine, QObject* object)
                           QScriptEngine::PreferExistingWrapperObject | QScriptEngine::ExcludeDeleteLater);
     ScriptSession::Of(&engine).signalGuard().guard(wrapper);
     return wrapper;
+}
+
+std::vector<ScriptClass> ScriptClasses()
+{
+    std::map<QString, ScriptClass> classes;
+    const auto add = [&classes](const QMetaObject* metaObject) {
+        for (; metaObject && metaObject != &QObject::staticMetaObject; metaObject = metaObject->superClass())
+            if (const QString name = QLatin1String(metaObject->className());
+                name.startsWith(QLatin1String("Dz")))
+                classes[name].metaObject = metaObject;
+    };
+    for (const QMetaObject* const metaObject : PassedClasses::metaObjects())
+        add(metaObject);
+    add(dzApp->metaObject());
+    for (const DzClassFactory* const factory : BuiltInClassFactories()) {
+        add(factory->metaObject());
+        const auto* const takes = dynamic_cast<const TakesArguments*>(factory);
+        classes[factory->className()].arguments = QLatin1String(takes ? takes->arguments() : "");
+        classes[factory->className()].isMade = true;
+    }
+    std::vector<ScriptClass> all;
+    std::transform(classes.begin(), classes.end(), std::back_inserter(all),
+                   [](const auto& entry) { return entry.second; });
+    return all;
 }
 
 void RegisterScriptClasses(QScriptEngine& engine)

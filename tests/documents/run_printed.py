@@ -19,7 +19,7 @@ import tempfile
 SOURCE, BUILD, GANTREL, DESKTOP = sys.argv[1:5]
 
 # What a block of a document begins with that is no command.
-DATA = ("{", "vertex,", "source,", "import ", "with gantrel", "source = gantrel", "data/", '"Kestrom')
+DATA = ("{", "vertex,", "source,", "import ", "with gantrel", "source = gantrel", "data/", "var ", '"Kestrom')
 
 # Commands that are not run here, by the pattern that they match, and why. Files that they name have to be there.
 NOT_RUN = [

@@ -139,7 +139,7 @@ class ExamplesTest(ScriptCase):
 
     def test_measures_are_written_as_a_table(self):
         table = self.out / "measures.csv"
-        self.assertEqual(self.run_example("measures.dsa", table, self.vera, self.nine), "2 figures\n")
+        self.assertEqual(self.run_example("measures.dsa", table, self.vera, self.nine), "figures: 2\n")
         lines = table.read_text().splitlines()
         self.assertEqual(lines[0], "figure,height cm,width cm,depth cm")
         self.assertEqual([line.split(",")[0] for line in lines[1:]], ["Vera", "Genesis 9"])
