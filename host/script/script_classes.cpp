@@ -59,6 +59,7 @@
 #include "openhost/script_reference.h"
 #include "script_constructors.h"
 #include "script_session.h"
+#include "script_values.h"
 #include "tools/morph_loader.h"
 #include "tools/morph_loader_batch.h"
 #include "tools/transfer_utility.h"
@@ -132,40 +133,6 @@ using PassedClasses =
               DzImportMgr, DzImporter, DzPluginMgr, DzViewport, Dz3DViewport, DzViewTool, DzDrawStyle,
               DzUserDrawStyle, DzRenderMgr, DzRenderOptions, DzRenderer, DzSettings, DzFileIOSettings,
               DzMorphLoader, DzMorphLoaderBatch, DzTransferUtility>;
-
-QScriptValue VectorToScript(QScriptEngine* engine, const DzVec3& vector)
-{
-    QScriptValue value = engine->newObject();
-    value.setProperty(QStringLiteral("x"), double(vector.m_x));
-    value.setProperty(QStringLiteral("y"), double(vector.m_y));
-    value.setProperty(QStringLiteral("z"), double(vector.m_z));
-    return value;
-}
-
-void VectorFromScript(const QScriptValue& value, DzVec3& vector)
-{
-    const auto coordinate = [&](const char* name) {
-        return static_cast<float>(value.property(QLatin1String(name)).toNumber());
-    };
-    vector = DzVec3(coordinate("x"), coordinate("y"), coordinate("z"));
-}
-
-QScriptValue BoxToScript(QScriptEngine* engine, const DzBox3& box)
-{
-    QScriptValue value = engine->newObject();
-    value.setProperty(QStringLiteral("min"), VectorToScript(engine, box.getMin()));
-    value.setProperty(QStringLiteral("max"), VectorToScript(engine, box.getMax()));
-    return value;
-}
-
-void BoxFromScript(const QScriptValue& value, DzBox3& box)
-{
-    DzVec3 min;
-    DzVec3 max;
-    VectorFromScript(value.property(QStringLiteral("min")), min);
-    VectorFromScript(value.property(QStringLiteral("max")), max);
-    box = DzBox3(min, max);
-}
 
 QScriptValue SizeToScript(QScriptEngine* engine, const QSize& size)
 {
@@ -323,6 +290,7 @@ std::vector<ScriptClass> ScriptClasses()
 void RegisterScriptClasses(QScriptEngine& engine)
 {
     RegisterTypes(engine);
+    RegisterScriptValues(engine);
     // All wrapped objects share one prototype, which is an object of Qt's itself.
     QScriptValue prototype = WrapObject(engine, dzScene).prototype();
     prototype.setProperty(QStringLiteral("inherits"), engine.newFunction(Inherits),

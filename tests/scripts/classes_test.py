@@ -39,11 +39,37 @@ class ClassesTest(ScriptCase):
             var settings = new DzSettings(); settings.setIntValue('a', 3); print(settings.getIntValue('a'), DzSettings.IntValue);
             """), "true 1\n3 1\n")
 
+    def test_places_and_boxes_are_values_with_functions(self):
+        self.assertEqual(self.out_of("""
+            var a = new DzVec3(3, 4, 0), b = new DzVec3();
+            print(a.length(), a.lengthSquared(), a.normalized(), b.normalized(), a.dot(new DzVec3(1, 2, 3)));
+            print(new DzVec3(1, 0, 0).cross({x: 0, y: 1, z: 0}), a.add(a), a.subtract(a), a.multiply(2), a);
+            var box = new DzBox3(); print(box.isValid(), box.getSize());
+            box.include(a); box.include(b); print(box.isValid(), box, box.getSize(), box.getCenter(), box.getMax());
+            print(new DzBox3(b, a).min.x, new DzBox3(b, a).getMin() instanceof DzVec3);
+            """), """5 25 (0.6000000000000001, 0.8, 0) (0, 0, 0) 11
+(0, 0, 1) (6, 8, 0) (0, 0, 0) (6, 8, 0) (3, 4, 0)
+false (0, 0, 0)
+true (0, 0, 0) to (3, 4, 0) (3, 4, 0) (1.5, 2, 0) (3, 4, 0)
+0 true
+""")
+
+    def test_the_host_gives_such_values_and_takes_them(self):
+        self.assertEqual(self.out_of("""
+            var node = new DzNode(); Scene.addNode(node); node.getXPosControl().setValue(3);
+            var place = node.getWSPos(), members = []; for (var name in place) members.push(name);
+            print(place instanceof DzVec3, place.add(new DzVec3(1, 0, 0)), members, JSON.stringify(place));
+            var camera = new DzBasicCamera(); Scene.addNode(camera);
+            camera.aimAt(new DzVec3(0, 0, -10)); camera.frame(new DzBox3(new DzVec3(-1, -1, -1), new DzVec3(1, 1, 1)), 1);
+            print(camera.getWSPos() instanceof DzVec3, Scene.getBoundingBox() instanceof DzBox3);
+            """), 'true (4, 0, 0) x,y,z {"x":3,"y":0,"z":0}\ntrue true\n')
+
     def test_arguments_that_make_nothing_are_refused_with_what_is_wanted(self):
         link = "it is new DzERCLink(type = DzERCLink.ERCDeltaAdd, property, scalar = 1, addend = 0)."
         for made, said in (("DzERCLink()", link), ("DzERCLink(9, new DzFloatProperty('a'))", link), ("DzERCLink(Scene)", link),
                            ("DzERCLink(0, new DzNode())", link), ("DzFile()", "it is new DzFile(name)."),
-                           ("DzFile('a', 'b')", "it is new DzFile(name)."), ("DzDir('')", "it is new DzDir(name)."),
+                           ("DzFile('a', 'b')", "it is new DzFile(name)."), ("DzVec3(1)", "it is new DzVec3(x = 0, y = 0, z = 0)."), ("DzVec3('a', 1, 2)", "it is new DzVec3(x = 0, y = 0, z = 0)."),
+                           ("DzBox3(1, 2)", "it is new DzBox3(min, max)."), ("DzDir('')", "it is new DzDir(name)."),
                            ("DzFloatProperty()", "it is new DzFloatProperty(name, canAnimate = true, isUserProperty = true, defaultValue).")):
             with self.subTest(made):
                 name = made.split("(")[0]

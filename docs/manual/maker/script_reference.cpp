@@ -24,11 +24,11 @@ namespace {
 QString TypeName(QString type)
 {
     static const std::map<QString, QString> words{
-        {"QString", "String"},    {"bool", "Boolean"},          {"int", "Number"},
-        {"float", "Number"},      {"double", "Number"},         {"DzError", "Number"},
-        {"QStringList", "Array"}, {"QObjectList", "Array"},     {"QVariantList", "Array"},
-        {"QDateTime", "Date"},    {"QVariant", "any value"},    {"DzVec3", "{x, y, z}"},
-        {"DzBox3", "{min, max}"}, {"QSize", "{width, height}"}, {"DzUri", "{filePath, id}"}};
+        {"QString", "String"},      {"bool", "Boolean"},       {"int", "Number"},
+        {"float", "Number"},        {"double", "Number"},      {"DzError", "Number"},
+        {"QStringList", "Array"},   {"QObjectList", "Array"},  {"QVariantList", "Array"},
+        {"QDateTime", "Date"},      {"QVariant", "any value"}, {"QSize", "{width, height}"},
+        {"DzUri", "{filePath, id}"}};
     type.remove(QStringLiteral("const ")).remove(QLatin1Char('*')).remove(QLatin1Char('&'));
     const auto word = words.find(type.trimmed());
     return word == words.end() ? type.trimmed() : word->second;
@@ -152,6 +152,17 @@ QString ClassText(const openhost::ScriptClass& one, const HeaderTexts& texts)
            Part("Signals", Methods(metaObject, true, texts)) + Part("Values", Enumerations(metaObject));
 }
 
+QString ValueText(const openhost::ScriptValueClass& one)
+{
+    QString methods;
+    for (const openhost::ScriptValueMethod& method : one.methods)
+        methods +=
+            Item(QStringLiteral("%1(%2)").arg(QLatin1String(method.name), QLatin1String(method.arguments)),
+                 QString(), QLatin1String(method.what));
+    return QStringLiteral("### %1\n\n%3 `new %1(%2)` makes one.\n\n").arg(one.name, one.arguments, one.what) +
+           Part("Methods", methods);
+}
+
 const char* const beginning =
     "# Reference for scripts\n\n"
     "This chapter is made of the program itself: it has what its scripts see, and nothing else. A question "
@@ -186,6 +197,9 @@ QString ScriptReference(const HeaderTexts& texts)
     text += QLatin1String(objects);
     for (const openhost::ScriptClass& one : openhost::ScriptClasses())
         text += ClassText(one, texts);
+    text += QLatin1String("## Values\n\n");
+    for (const openhost::ScriptValueClass& one : openhost::ScriptValueClasses())
+        text += ValueText(one);
     return text;
 }
 

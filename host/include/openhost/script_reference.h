@@ -20,4 +20,19 @@ struct ScriptClass {
 /// The host's classes that scripts meet, with those that they are kinds of; by name.
 std::vector<ScriptClass> ScriptClasses();
 
+struct ScriptValueMethod {
+    const char* name;
+    const char* arguments; ///< as one would write them; one at most
+    const char* what;
+    const char* code; ///< its argument is called a
+};
+
+/// What is a script's own value rather than an object of the host.
+struct ScriptValueClass {
+    QString name, arguments, what;
+    std::vector<ScriptValueMethod> methods;
+};
+
+std::vector<ScriptValueClass> ScriptValueClasses();
+
 } // namespace openhost
