@@ -132,7 +132,7 @@ void RunScript(const ScriptArguments& arguments)
     rights.toRead << OwnFolder(arguments);
     openhost::SetScriptRights(rights);
     const openhost::ScriptBounds bounds;
-    const ScriptConversions conversions(session);
+    const ScriptConversions conversions(session, arguments.overwrite);
     DzScript script;
     Load(script, arguments, typed);
     script.setTimeLimit(milliseconds);

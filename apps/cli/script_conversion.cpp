@@ -3,6 +3,7 @@
 
 #include "script_conversion.h"
 
+#include "base/cancellation.h"
 #include "command.h"
 #include "conversions/conversion_json.h"
 #include "conversions/convert_options.h"
@@ -28,6 +29,7 @@ namespace cli {
 namespace {
 
 HostSession* g_session = nullptr;
+bool g_mayOverwrite = false;
 
 /// `--adjust-rig` for adjustRig.
 std::string OptionOf(const std::string& key)
@@ -74,7 +76,7 @@ ConversionRequest RequestOf(const DzNode& source, const DzNode& target, const QS
                 throw UsageError(fmt::format("{} is no option for figures of a scene", name));
         Append(words, name, option.value());
     }
-    CLI::App parser;
+    CLI::App parser("", "convert");
     ConvertArguments arguments;
     AddConvertOptions(parser, arguments, OptionUse::Whole);
     std::reverse(words.begin(), words.end());
@@ -85,8 +87,18 @@ ConversionRequest RequestOf(const DzNode& source, const DzNode& target, const QS
     }
     ConversionRequest request = MakeRequest(arguments);
     request.contentDirectories.clear();
+    request.mayOverwrite = request.mayOverwrite || g_mayOverwrite;
     return request;
 }
+
+/// A conversion sets what the session may overwrite for itself.
+class SessionsOverwriting {
+public:
+    SessionsOverwriting() = default;
+    ~SessionsOverwriting() { g_session->allowOverwriting(g_mayOverwrite); }
+    SessionsOverwriting(const SessionsOverwriting&) = delete;
+    SessionsOverwriting& operator=(const SessionsOverwriting&) = delete;
+};
 
 QScriptValue FromJson(QScriptEngine& engine, const Json& json)
 {
@@ -104,8 +116,11 @@ QScriptValue Convert(QScriptContext* context, QScriptEngine* engine)
             throw UsageError("convert: it takes two figures of the scene, and options");
         const ConversionRequest request = RequestOf(*source, *target, context->argument(2));
         Progress progress(false);
+        const SessionsOverwriting restored;
         const ConversionReport report = ConvertFigures(*g_session, *source, *target, request, progress);
         return FromJson(*engine, DescribeConversion(report, progress, true));
+    } catch (const base::Cancelled&) {
+        return context->throwError(QStringLiteral("the conversion was interrupted")); // and so is the script
     } catch (const std::exception& error) {
         return context->throwError(QString::fromStdString(error.what()));
     }
@@ -113,9 +128,10 @@ QScriptValue Convert(QScriptContext* context, QScriptEngine* engine)
 
 } // namespace
 
-ScriptConversions::ScriptConversions(HostSession& session)
+ScriptConversions::ScriptConversions(HostSession& session, bool mayOverwrite)
 {
     g_session = &session;
+    g_mayOverwrite = mayOverwrite;
     openhost::RegisterScriptFunction(
         {"convert", "source, target, options = {}",
          "Converts a figure of the scene, as it is dialed, to morphs on a Genesis 9 figure of the scene, "

@@ -11,7 +11,8 @@ class HostSession;
 /// scene. One at a time.
 class ScriptConversions {
 public:
-    explicit ScriptConversions(HostSession& session);
+    /// @param mayOverwrite  also without being asked to by the options
+    ScriptConversions(HostSession& session, bool mayOverwrite);
     ~ScriptConversions();
     ScriptConversions(const ScriptConversions&) = delete;
     ScriptConversions& operator=(const ScriptConversions&) = delete;

@@ -213,7 +213,9 @@ bool DzDir::exists(const QString& name) const
 
 bool DzDir::cd(const QString& name)
 {
-    return MayRead(context(), _dir.filePath(name)) && _dir.cd(name);
+    // The toolkit takes back a step through a link by its name, the system by where the link leads.
+    const QString place = _dir.filePath(name);
+    return MayRead(context(), place) && MayRead(context(), QDir::cleanPath(place)) && _dir.cd(name);
 }
 
 QStringList DzDir::entryList(const QStringList& patterns, int filters) const

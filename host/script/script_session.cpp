@@ -118,6 +118,8 @@ bool ScriptSession::evaluate(const QString& code, const QString& filename)
 
 bool ScriptSession::call(const QString& function, const QVariantList& arguments)
 {
+    if (_hasExited)
+        return finishExit();
     QScriptValue callee = _engine.globalObject().property(function);
     if (!callee.isFunction()) {
         _errorMessage = QStringLiteral("there is no function %1").arg(function);
@@ -202,7 +204,8 @@ void ScriptSession::placeError(const QScriptValue& thrown)
         _errorFile = _fromIncluded.file;
         _errorLine = _fromIncluded.line;
     } else {
-        _errorFile += QStringLiteral(" or a file that it includes");
+        _errorFile = (_filename.isEmpty() ? QStringLiteral("the script") : _filename) +
+                     QStringLiteral(" or a file that it includes");
     }
 }
 

@@ -130,10 +130,15 @@ bool DzScriptPane::run()
     _run->setEnabled(true);
     _stop->setEnabled(false);
     if (!succeeded) {
-        const QString where =
-            script.errorLine() > 0 ? QStringLiteral("line %1: ").arg(script.errorLine()) : QString();
+        // Of a file that the code includes.
+        const QString file =
+            script.errorFile().isEmpty() ? QString() : script.errorFile() + QStringLiteral(", ");
+        const QString where = script.errorLine() > 0
+                                  ? QStringLiteral("%1line %2: ").arg(file).arg(script.errorLine())
+                                  : QString();
         _output->appendPlainText(where + script.errorMessage());
-        markLine(script.errorLine());
+        if (file.isEmpty())
+            markLine(script.errorLine());
     } else if (script.result().isValid()) {
         _output->appendPlainText(QStringLiteral("= ") + script.result().toString());
     }

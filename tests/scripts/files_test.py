@@ -93,6 +93,14 @@ false {self.library}/old.txt is not open for writing true false
                     self.assertEqual((ended.returncode, ended.stdout), (1, ""))
                     self.assertIn(WHERE_TO_READ, ended.stderr)
 
+    def test_a_step_back_from_a_link_leads_nowhere_else(self):
+        (self.library / "a" / "b").mkdir(parents=True)
+        os.symlink(self.library / "a" / "b", self.library / "deep")
+        script = self.write("own/main.js", "var dir = new DzDir(getArguments()[0]); print(dir.cd('deep/../..'), dir.path());")
+        ended = self.run_script(script, self.library, "--content", self.library)
+        self.assertEqual((ended.returncode, ended.stdout), (1, ""))
+        self.assertIn(WHERE_TO_READ, ended.stderr)
+
     def test_what_lies_elsewhere_is_not_written(self):
         kept = self.write("kept.txt", "kept")
         os.symlink(kept, self.library / "link.txt")

@@ -22,7 +22,7 @@ try {
     for (int i = 2; i < argc; ++i)
         folders << QFile::decodeName(argv[i]);
     cli::HostSession session({}, false);
-    const cli::ScriptConversions conversions(session);
+    const cli::ScriptConversions conversions(session, false);
     const QByteArray text = manual::ScriptReference(manual::HeaderTexts(folders)).toUtf8();
     QFile file(QFile::decodeName(argv[1]));
     if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush())
