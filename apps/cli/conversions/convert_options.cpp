@@ -3,13 +3,13 @@
 
 #include "conversions/convert_options.h"
 
+#include "base/spelling.h"
 #include "command.h"
 #include "conversions/new_names.h"
 #include "host_session.h"
 #include "option_words.h"
 #include "options.h"
 #include "save_options.h"
-#include "spelling.h"
 
 #include <algorithm>
 
@@ -131,7 +131,7 @@ GntBase ParseBaseName(const std::string& name)
             return base;
         names.emplace_back(BaseName(base));
     }
-    const std::string meant = LikelyMeant(name, names);
+    const std::string meant = base::LikelyMeant(name, names);
     throw UsageError(fmt::format("{} names \"{}\"; the bases are clone, feminine, masculine and height{}",
                                  OptionWord("--base"), name,
                                  meant.empty() ? "" : fmt::format("; did you mean {}?", meant)));
