@@ -4,6 +4,7 @@
 #include "arrays.h"
 #include "base/errors.h"
 #include "bindings.h"
+#include "classes.h"
 #include "command.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
@@ -130,7 +131,7 @@ fs::path WriteMorphFile(const Morph& morph, const PlaceForMorph& place)
 
 void BindMorph(py::module_& module)
 {
-    py::class_<Morph>(module, "Morph", "What a dial does to the vertices of a mesh.")
+    py::class_<Morph>(module, "Morph", "What a dial does to the vertices of a mesh.", CallableClass())
         .def(py::init([](const std::string& name, const py::object& vertices, const py::object& deltas,
                          const std::optional<std::string>& label, const std::string& group,
                          std::int64_t vertexCount, double min, double max, bool isClamped) {

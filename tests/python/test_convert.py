@@ -107,7 +107,7 @@ def test_a_save_without_a_library_is_refused():
     ({"jobs": [5]}, TypeError, "jobs are texts"),
     ({"name": " "}, gantrel.UsageError, r"^Name is blank\.$"),
     ({"base": {"arms": 1}}, gantrel.UsageError, 'Base names "arms"'),
-    ({"base": {"clone": "auto"}}, gantrel.UsageError, "no number"),
+    ({"base": {"clone": "auto"}}, gantrel.UsageError, "only height can be auto"),
     ({"base": {"clone": float("nan")}}, gantrel.UsageError, "no number"),
     ({"base": {"height": 1e9}}, gantrel.UsageError, "outside of"),
     ({"base": 5}, TypeError, ""),

@@ -74,7 +74,7 @@ def test_dials_that_move_nothing_are_no_morphs(tmp_path):
 @pytest.mark.parametrize("arguments, error, text", [
     (("", [0], [[0, 0, 0]]), gantrel.UsageError, "name: is empty"),
     (("N", [0, 0], [[0, 0, 0], [1, 1, 1]]), gantrel.MeshError, "vertices: has 0 twice"),
-    (("N", [0], np.zeros((2, 3))), gantrel.MeshError, "1 vertices but 2 deltas"),
+    (("N", [0], np.zeros((2, 3))), gantrel.MeshError, "1 vertex but 2 deltas"),
     (("N", [-1], [[0, 0, 0]]), gantrel.MeshError, "index -1"),
     (("N", [0.5], [[0, 0, 0]]), TypeError, "vertices holds no whole numbers"),
     (("N", [0], [[0, 0, np.nan]]), gantrel.MeshError, "deltas: row 0"),
