@@ -121,8 +121,8 @@ class ConversionPage(PageTest):
 
     def test_has_every_part(self):
         titles = [title.text for title in self.browser.find_all("h2")]
-        self.assertEqual(titles, ["Summary", "Pictures", "The figure", "Distances", "Morphs", "Warnings", "Times",
-                                  "Settings"])
+        self.assertEqual(titles, ["Summary", "Pictures", "The figure", "Distances", "Morphs", "Dials",
+                                  "Warnings", "Times", "Settings"])
         images = self.browser.pictures()
         self.assertEqual(len(images), 15)
         self.assertEqual(len({alt for alt, width in images}), 15, "each picture says what it shows")
