@@ -20,6 +20,11 @@ const QLatin1String authorUrlKey("author_url");
 const QLatin1String geometryKey("window_geometry");
 const QLatin1String rigKey("adjust_rig");
 const QLatin1String docksKey("window_docks");
+// The plug-in's, so that a place that is given in one dialog is proposed in the other.
+const QLatin1String productGroup("Kestrom's Gantrel");
+const QLatin1String morphFolderKey("save_last_content_library");
+const QLatin1String morphVendorKey("save_last_vendor_name");
+const QLatin1String morphProductKey("save_last_product_name");
 const QLatin1Char between('\n'); // in no sensible path
 
 QStringList Paths(const QString& key)
@@ -87,6 +92,21 @@ bool RememberedRigAdjusting()
 void RememberRigAdjusting(bool isWanted)
 {
     DzAppSettings(group).setBoolValue(rigKey, isWanted);
+}
+
+MorphPlace RememberedMorphPlace()
+{
+    const DzAppSettings settings(productGroup);
+    return {settings.getStringValue(morphFolderKey), settings.getStringValue(morphVendorKey),
+            settings.getStringValue(morphProductKey, QStringLiteral("Product"))};
+}
+
+void RememberMorphPlace(const MorphPlace& place)
+{
+    DzAppSettings settings(productGroup);
+    settings.setStringValue(morphFolderKey, place.contentFolder);
+    settings.setStringValue(morphVendorKey, place.vendor);
+    settings.setStringValue(morphProductKey, place.product);
 }
 
 bool RestoreLayout(QMainWindow& window)

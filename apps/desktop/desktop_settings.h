@@ -27,6 +27,13 @@ void RememberAuthor(const DzAuthor& author);
 bool RememberedRigAdjusting();
 void RememberRigAdjusting(bool isWanted);
 
+/// Where morphs were saved to last, in the product's own dialog or in that of the desktop.
+struct MorphPlace {
+    QString contentFolder, vendor, product;
+};
+MorphPlace RememberedMorphPlace();
+void RememberMorphPlace(const MorphPlace& place);
+
 /// Size, place and docks. False when there is nothing to restore.
 bool RestoreLayout(QMainWindow& window);
 void RememberLayout(const QMainWindow& window);

@@ -29,10 +29,8 @@
 #include <QDockWidget>
 #include <QDropEvent>
 #include <QFileInfo>
-#include <QLabel>
 #include <QMessageBox>
 #include <QScreen>
-#include <QStatusBar>
 
 #include <algorithm>
 
@@ -97,7 +95,7 @@ QStringList UseContentFolders(const QStringList& folders)
 
 DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
     : _window(*dzApp->getInterface()), _log(new LogWindow(&_window)), _files(_window, attendant),
-      _view(_window), _panes(tr("&Window"))
+      _view(_window), _panes(tr("&Window")), _status(_window), _unsaved(_window, _status)
 {
     for (QDockWidget* const dock : _window.findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))
         _panes.addAction(dock->toggleViewAction());
@@ -105,6 +103,7 @@ DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
     _panes.addAction(tr("&Log"), _log, SLOT(bringUp()));
     connect(_window.getActionMgr(), SIGNAL(actionListChanged()), SLOT(arrangeMenus()));
     connect(&_files, SIGNAL(stateChanged()), SLOT(updateTitle()));
+    connect(&_files, SIGNAL(morphsSaved()), &_unsaved, SLOT(update()));
     connect(&_files, SIGNAL(fileUsed(QString)), &_recent, SLOT(note(QString)));
     connect(&_recent, SIGNAL(chosen(QString)), SLOT(openRecent(QString)));
     addActions();
@@ -180,9 +179,11 @@ QStringList DesktopWindow::openFiles(const QStringList& files)
     return troubles;
 }
 
-void DesktopWindow::add(const ActionTexts& texts, std::function<void()> work)
+DzAction& DesktopWindow::add(const ActionTexts& texts, std::function<void()> work)
 {
-    _window.getActionMgr()->addAction(new MenuAction(texts, std::move(work)));
+    auto* const action = new MenuAction(texts, std::move(work));
+    _window.getActionMgr()->addAction(action);
+    return *action;
 }
 
 void DesktopWindow::addActions()
@@ -197,6 +198,9 @@ void DesktopWindow::addActions()
         [this] { _files.save(); });
     add({"Save Scene &As...", "Writes the scene to another file.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_S},
         [this] { _files.saveAs(); });
+    _unsaved.serve(
+        add({"Save Mor&phs...", "Writes new morphs to files of their own.", "&File", QKeySequence()},
+            [this] { _files.saveMorphs(); }));
     add({"Content &Folders...", "Chooses where figures are looked for.", "&File", QKeySequence(), true},
         [this] { chooseContentFolders(); });
     add({"&Quit", "Ends the program.", "&File", Qt::CTRL + Qt::Key_Q, true}, [this] { _window.close(); });
@@ -331,11 +335,9 @@ void DesktopWindow::openWaiting()
 QStringList DesktopWindow::takeContentFolders()
 {
     const QStringList missing = UseContentFolders(_contentFolders);
-    _window.setStatusBar(nullptr);
-    // A widget, since messages vanish when the pointer is on a menu.
-    if (dzApp->getContentMgr()->getNumContentDirectories() == 0)
-        _window.statusBar()->addWidget(
-            new QLabel(tr("Choose File > Content Folders to say where your figures are.")));
+    const bool isAny = dzApp->getContentMgr()->getNumContentDirectories() > 0;
+    _status.tell(StatusLine::Folders,
+                 isAny ? QString() : tr("Choose File > Content Folders to say where your figures are."));
     return missing;
 }
 

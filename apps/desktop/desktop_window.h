@@ -8,6 +8,8 @@
 #include "rig_follower.h"
 #include "scene_files.h"
 #include "shaper_watch.h"
+#include "status_line.h"
+#include "unsaved_notice.h"
 #include "view_menu.h"
 
 #include <QIcon>
@@ -16,6 +18,7 @@
 #include <QPointer>
 #include <QStringList>
 
+class DzAction;
 class DzMainWindow;
 
 namespace desktop {
@@ -53,7 +56,7 @@ private slots:
 private:
     bool mayClose();
     void addActions();
-    void add(const ActionTexts& texts, std::function<void()> work);
+    DzAction& add(const ActionTexts& texts, std::function<void()> work);
     void addRigChoice();
     void arrangeDocks();
     void sizeDocks();
@@ -75,6 +78,8 @@ private:
     ShaperWatch _shapers;
     ViewMenu _view;
     QMenu _panes;
+    StatusLine _status;
+    UnsavedNotice _unsaved;
     QStringList _waiting; ///< files that were dropped
     bool _isOpening = false;
     QStringList _contentFolders; ///< those that are not there too

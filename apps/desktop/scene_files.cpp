@@ -5,6 +5,8 @@
 
 #include "desktop_attendant.h"
 #include "quoted.h"
+#include "save_morphs_dialog.h"
+#include "unsaved_morphs.h"
 
 #include <dzapp.h>
 #include <dzcontentmgr.h>
@@ -50,6 +52,38 @@ Overwriting AskAboutOverwriting(QWidget& window, const QString& reason)
     if (question.clickedButton() == elsewhere)
         return Overwriting::Elsewhere;
     return question.clickedButton() == overwrite ? Overwriting::Wanted : Overwriting::Refused;
+}
+
+enum class Losing { Refused, Wanted, SaveScene, SaveMorphs };
+
+/// @param morphs  labels of those that go; none where only the scene does
+Losing AskBeforeLosing(QWidget& window, bool isSceneLost, const QStringList& morphs)
+{
+    QMessageBox question(QMessageBox::Question,
+                         isSceneLost ? SceneFiles::tr("Unsaved Scene") : SceneFiles::tr("Unsaved Morphs"),
+                         QString(), QMessageBox::Discard | QMessageBox::Cancel, &window);
+    question.setTextFormat(Qt::PlainText);
+    if (isSceneLost)
+        question.setText(SceneFiles::tr("The scene has been changed. Would you like to save it?"));
+    else
+        question.setText(SceneFiles::tr("New morphs are not saved. Would you like to save them?"));
+    if (!morphs.isEmpty())
+        question.setInformativeText(
+            SceneFiles::tr("Morphs in no file of their own: %1.").arg(Enumerated(morphs)));
+    const QAbstractButton* const scene = isSceneLost ? question.addButton(QMessageBox::Save) : nullptr;
+    QPushButton* const saveMorphs =
+        morphs.isEmpty() ? nullptr
+                         : question.addButton(SceneFiles::tr("Save &Morphs..."), QMessageBox::AcceptRole);
+    question.setDefaultButton(saveMorphs ? saveMorphs
+                                         : qobject_cast<QPushButton*>(question.button(QMessageBox::Save)));
+    question.setEscapeButton(QMessageBox::Cancel);
+    const int answer = question.exec();
+    const QAbstractButton* const clicked = question.clickedButton();
+    if (clicked && clicked == scene)
+        return Losing::SaveScene;
+    if (clicked && clicked == saveMorphs)
+        return Losing::SaveMorphs;
+    return answer == QMessageBox::Discard ? Losing::Wanted : Losing::Refused;
 }
 
 } // namespace
@@ -213,18 +247,41 @@ bool SceneFiles::write(const QString& file)
     return false;
 }
 
-bool SceneFiles::mayLoseScene()
+bool SceneFiles::saveMorphs()
+{
+    if (UnsavedMorphs().empty()) {
+        QMessageBox::information(&_window, tr("Save Morphs"), tr("Every morph is in a file of its own."));
+        return false;
+    }
+    SaveMorphsDialog dialog(&_window);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    emit morphsSaved();
+    QMessageBox::information(
+        &_window, tr("Save Morphs"),
+        tr("Saved to %1: %2.").arg(Quoted(dialog.contentFolder()), Enumerated(dialog.saved())));
+    return true;
+}
+
+bool SceneFiles::isSceneLost() const
 {
     const bool wasNeverThere = isEmpty() && _file.name.isEmpty();
-    if (!isChanged() || wasNeverThere)
-        return true;
-    QMessageBox question(QMessageBox::Question, tr("Unsaved Scene"),
-                         tr("The scene has been changed. Would you like to save it?"),
-                         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, &_window);
-    question.setDefaultButton(QMessageBox::Save);
-    question.setEscapeButton(QMessageBox::Cancel);
-    const int answer = question.exec();
-    return answer == QMessageBox::Discard || (answer == QMessageBox::Save && save());
+    return isChanged() && !wasNeverThere;
+}
+
+bool SceneFiles::mayLoseScene()
+{
+    // Each answer saves one of the two, and says nothing of the other.
+    for (;;) {
+        const QStringList morphs = MorphsAtRisk(!isChanged());
+        if (!isSceneLost() && morphs.isEmpty())
+            return true;
+        const Losing answer = AskBeforeLosing(_window, isSceneLost(), morphs);
+        const bool isSaved =
+            (answer == Losing::SaveScene && save()) || (answer == Losing::SaveMorphs && saveMorphs());
+        if (!isSaved)
+            return answer == Losing::Wanted;
+    }
 }
 
 void SceneFiles::setFile(const File& file)

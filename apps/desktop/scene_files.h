@@ -38,17 +38,21 @@ public:
     /// could not be read from the file, or what somebody else has written to it since.
     bool save();
     bool saveAs();
+    /// Morphs, to files of their own, as the user chooses.
+    bool saveMorphs();
     /// What is no scene is added; a scene replaces the present one, after a question if that was changed, as
     /// it does when it is opened elsewhere in the program.
     bool openFile(const QString& file);
     /// As mayLoseScene(); the file is the scene's own once it is loaded.
     bool mayReplaceScene(const QString& file);
-    /// Asks what is to become of changes that are not saved. False when the user would rather go on.
+    /// Asks what is to become of changes and of morphs that are not saved. False when the user would rather
+    /// go on.
     bool mayLoseScene();
 
 signals:
     void stateChanged();                ///< of the file or of the changes
     void fileUsed(const QString& file); ///< opened or saved
+    void morphsSaved();
 
 private slots:
     void handleSceneCleared();
@@ -64,6 +68,7 @@ private:
     };
 
     bool isEmpty() const;
+    bool isSceneLost() const; ///< when it goes now
     bool saveTo(const QString& file);
     bool write(const QString& file);
     QString reasonAgainstOverwriting() const;
