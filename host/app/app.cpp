@@ -3,6 +3,7 @@
 
 #include "dzapp.h"
 
+#include "address_opening.h"
 #include "app/app_access.h"
 #include "app/app_parts.h"
 #include "app/host_log.h"
@@ -15,7 +16,6 @@
 #include "openhost/events.h"
 
 #include <QDateTime>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -260,7 +260,7 @@ void DzApp::showURL(const QString& url)
         warning(QLatin1String("not shown, since scripts may start programs only with --allow-processes: ") +
                 url);
     else
-        QDesktopServices::openUrl(QUrl(url));
+        openhost::OpenAddress(QUrl(url));
 }
 
 void DzApp::setBusyCursor()

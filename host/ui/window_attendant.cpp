@@ -8,6 +8,7 @@
 #include "options_dialog.h"
 #include "save_file_dialog.h"
 
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QListWidget>
@@ -73,7 +74,10 @@ void WindowAttendant::tellOpenError(const QString& file, const QString& reason)
                     QStringLiteral("The file could not be opened.\n\n") + text, QMessageBox::Ok,
                     dzApp->getDialogParent());
     box.setTextFormat(Qt::PlainText);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    QApplication::setOverrideCursor(Qt::ArrowCursor); // whatever work waits behind the box
     box.exec();
+    QApplication::restoreOverrideCursor();
 }
 
 void WindowAttendant::tellDuplicateFormulas(const QStringList& outputs)
