@@ -7,9 +7,12 @@
 #include "pane_refresh.h"
 #include "scene/node_walk.h"
 
+#include <QEvent>
 #include <QHeaderView>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -61,13 +64,40 @@ void DzHierarchyPane::build()
     _tree->setUniformRowHeights(true);
     _tree->setTextElideMode(Qt::ElideMiddle); // names often differ at their end
     _tree->header()->setStretchLastSection(false);
-    _tree->header()->setSectionResizeMode(Label, QHeaderView::Stretch);
+    _tree->header()->setSectionResizeMode(Label, QHeaderView::Fixed);
     _tree->header()->setSectionResizeMode(Visible, QHeaderView::ResizeToContents);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(_tree);
+    _tree->viewport()->installEventFilter(this);
+    connect(_tree, SIGNAL(itemExpanded(QTreeWidgetItem*)), SLOT(fitColumns()));
+    connect(_tree, SIGNAL(itemCollapsed(QTreeWidgetItem*)), SLOT(fitColumns()));
     connect(_tree, SIGNAL(itemSelectionChanged()), SLOT(takeSelection()));
     connect(_tree, SIGNAL(itemChanged(QTreeWidgetItem*, int)), SLOT(takeChange(QTreeWidgetItem*, int)));
+}
+
+bool DzHierarchyPane::eventFilter(QObject* object, QEvent* event)
+{
+    if (event->type() == QEvent::Resize)
+        fitColumns();
+    return DzPane::eventFilter(object, event);
+}
+
+/// As wide as there is room, but never so narrow that deep rows have no name.
+void DzHierarchyPane::fitColumns()
+{
+    constexpr int readableCharacters = 12;
+    int deepest = 0;
+    for (const QTreeWidgetItem* item = _tree->topLevelItem(0); item; item = _tree->itemBelow(item)) {
+        int depth = 1;
+        for (const QTreeWidgetItem* above = item->parent(); above; above = above->parent())
+            ++depth;
+        deepest = std::max(deepest, depth);
+    }
+    const int needed =
+        deepest * _tree->indentation() + readableCharacters * _tree->fontMetrics().averageCharWidth();
+    const int room = _tree->viewport()->width() - _tree->header()->sectionSize(Visible);
+    _tree->header()->resizeSection(Label, std::max(needed, room));
 }
 
 void DzHierarchyPane::fillTree()
@@ -94,6 +124,7 @@ void DzHierarchyPane::fillTree()
     }
     for (auto it = _items.constBegin(); it != _items.constEnd(); ++it)
         it.value()->setExpanded(expanded.value(it.key(), false));
+    fitColumns();
     showSelection();
 }
 

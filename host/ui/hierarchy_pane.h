@@ -28,7 +28,12 @@ public:
 
     void refresh() override;
 
+protected:
+    /// The tree's resizing.
+    bool eventFilter(QObject* object, QEvent* event) override;
+
 private slots:
+    void fitColumns();
     void markStale();
     void followSelection();
     void takeSelection();

@@ -9,6 +9,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDockWidget>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -89,6 +90,29 @@ TEST_F(DesktopUse, has_room_in_a_small_window_for_large_texts)
     const QWidget& view = *window().getViewportMgr()->getActiveViewport()->get3DViewport();
     EXPECT_GE(view.width(), view.height() / 3) << "a standing figure is narrower than a third of its height";
     EXPECT_NE(convert(), nullptr);
+}
+
+TEST_F(DesktopUse, reads_the_names_of_deep_rows_in_a_narrow_scene_pane)
+{
+    start();
+    loadBoth();
+    window().resizeDocks({&dockOf("DzHierarchyPane")}, {60}, Qt::Horizontal);
+    sceneItem(*target);
+    sceneTree().expandAll();
+    QCoreApplication::processEvents();
+    SavePicture(window(), "desktop-narrow-scene-pane");
+    const QTreeWidgetItem* row = sceneTree().topLevelItem(0);
+    ASSERT_GT(row->child(0)->childCount(), 0);
+    for (; row; row = sceneTree().itemBelow(row)) {
+        const int width = sceneTree().visualItemRect(row).width();
+        EXPECT_GE(width, sceneTree().fontMetrics().averageCharWidth() * 8) << row->text(0).toStdString();
+    }
+    sceneTree().collapseAll();
+    QCoreApplication::processEvents();
+    sceneTree().header()->resizeSection(0, 0);
+    window().resizeDocks({&dockOf("DzHierarchyPane")}, {300}, Qt::Horizontal);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(sceneTree().header()->length(), sceneTree().viewport()->width()) << "all the room is used";
 }
 
 TEST_F(DesktopUse, takes_a_pane_out_by_its_title_and_finds_it_there_again)
