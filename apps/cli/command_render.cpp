@@ -15,6 +15,7 @@
 #include "host_session.h"
 #include "interrupt.h"
 #include "mesh_files.h"
+#include "openhost/picture_file.h"
 #include "openhost/scene_picture.h"
 #include "options.h"
 #include "output_name.h"
@@ -137,11 +138,19 @@ geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progre
     return RenderViews(items, arguments, progress, met);
 }
 
+void CheckName(const std::string& out)
+{
+    try {
+        openhost::CheckPictureName(out);
+    } catch (const base::FormatError& error) {
+        throw UsageError(error.what());
+    }
+}
+
 void Render(const RenderArguments& arguments)
 {
     CheckOutput(arguments.out, {arguments.file});
-    if (!HasExtension(arguments.out, ".png"))
-        throw UsageError(fmt::format("cannot write {}: a picture is a .png file", arguments.out));
+    CheckName(arguments.out);
     PlannedFiles planned;
     std::optional<ApartCache> apart;
     if (arguments.isDryRun) {
@@ -162,7 +171,7 @@ void Render(const RenderArguments& arguments)
         return WriteReport(DescribePlan(planned, false), false);
     }
     progress.stage("write", "Writing " + arguments.out);
-    geometry::WritePng(arguments.out, picture);
+    openhost::WritePicture(arguments.out, picture);
     progress.finish();
     TellWarnings(met);
     WriteSummary(fmt::format("{}: {} x {} pixels\n", arguments.out, picture.width, picture.height));
@@ -178,8 +187,8 @@ void AddRenderCommand(CLI::App& program, CommandContext& context)
         "Example:\n"
         "  gantrel render Vera.duf --dial Smile=1 --view three-quarter --view face --out vera.png");
     command->add_option("FILE", arguments->file, "What to draw")->type_name("FILE.duf|FILE.obj")->required();
-    command->add_option("--out", arguments->out, "The picture to write")
-        ->type_name("PICTURE.png")
+    command->add_option("--out", arguments->out, "The picture to write, PNG or JPEG as its name ends")
+        ->type_name("FILE.png|FILE.jpg")
         ->required();
     AddContentOption(*command, arguments->content);
     AddDialOption(*command, arguments->dials);

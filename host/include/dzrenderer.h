@@ -15,7 +15,7 @@ public:
     explicit DzRenderer(const QString& name);
     ~DzRenderer();
 
-    /// Writes a PNG file, beside its place first.
+    /// Writes a PNG or JPEG file, as its name ends, beside its place first.
     /// @return false, with the reason in the log, when it cannot be written
     virtual bool render(const DzCamera& camera, const DzRenderOptions& options, const QString& filename) = 0;
 };

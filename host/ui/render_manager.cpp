@@ -13,12 +13,14 @@
 #include "dzscene.h"
 #include "dzviewport.h"
 #include "dzviewportmgr.h"
+#include "openhost/picture_file.h"
 #include "openhost/scene_picture.h"
 #include "scene/camera_optics.h"
 
 #include <QPointer>
 
 #include <algorithm>
+#include <filesystem>
 
 namespace {
 
@@ -34,8 +36,9 @@ public:
         picture.height = options.getImageSize().height();
         picture.camera = openhost::OpticsOf(camera, static_cast<float>(options.getAspect()));
         return openhost::GuardHostCall({filename.toStdString()}, [&] {
-            geometry::WritePng(filename.toStdString(),
-                               geometry::Render(openhost::VisibleItems(*dzScene).items, picture));
+            const std::filesystem::path file = std::filesystem::u8path(filename.toStdString());
+            openhost::CheckPictureName(file);
+            openhost::WritePicture(file, geometry::Render(openhost::VisibleItems(*dzScene).items, picture));
             return true;
         });
     }

@@ -4,6 +4,8 @@
 #include "cli_expectations.h"
 #include "cli_workspace.h"
 
+#include <map>
+
 #include <nlohmann/json.hpp>
 
 namespace {
@@ -194,13 +196,37 @@ TEST(RenderCommand, writes_pictures_under_names_of_pictures_only)
 {
     const Workspace workspace;
     const std::string mesh = workspace.write("cube.obj", CubeText(0.0));
-    for (const char* const name : {"out.duf", "out.dsf", "out.dhdm", "out.jpg", "out", "png"}) {
+    for (const char* const name :
+         {"out.duf", "out.dsf", "out.dhdm", "out.jp", "out.gif", "out.png.txt", "out", "png", ".jpg"}) {
         const std::string out = workspace.path(name);
         ExpectError(RunProgram({"render", mesh, "--out", out}), 2,
-                    "Cannot write " + out + ": a picture is a .png file.");
+                    "Cannot write " + out + ": a picture is a .png, .jpg or .jpeg file.");
         EXPECT_FALSE(workspace.has(name));
     }
-    ExpectSuccess(RunProgram({"render", mesh, "--out", workspace.path("out.PNG"), "--size", "16x16"}));
+}
+
+TEST(RenderCommand, writes_the_format_that_the_name_ends_with)
+{
+    const Workspace workspace;
+    const std::string mesh = workspace.write("cube.obj", CubeText(0.0));
+    const std::string png = "\x89PNG\r\n", jpeg = "\xFF\xD8\xFF";
+    for (const auto& [name, magic] : std::map<std::string, std::string>{{"a.png", png},
+                                                                        {"b.PNG", png},
+                                                                        {"c.jpg", jpeg},
+                                                                        {"d.JPG", jpeg},
+                                                                        {"e.Jpeg", jpeg},
+                                                                        {"f.png.jpeg", jpeg}}) {
+        SCOPED_TRACE(name);
+        ExpectSuccess(RunProgram({"render", mesh, "--out", workspace.path(name), "--size", "50x30"}));
+        EXPECT_EQ(workspace.read(name).substr(0, magic.size()), magic);
+    }
+    // A JPEG ends with a marker too, so that nothing of it is missing.
+    const std::string whole = workspace.read("c.jpg");
+    EXPECT_EQ(whole.substr(whole.size() - 2), "\xFF\xD9");
+    EXPECT_EQ(whole, workspace.read("d.JPG"));
+    const std::string nowhere = workspace.path("no/such/folder/a.jpg");
+    ExpectError(RunProgram({"render", mesh, "--out", nowhere}), 1,
+                "Cannot write " + nowhere + ": No such file or directory.");
 }
 
 TEST(RenderCommand, names_a_file_that_is_missing)

@@ -190,7 +190,8 @@ TEST(WrongUse, of_an_option_that_is_given_twice_or_without_a_value_says_so)
 {
     ExpectError(RunProgram({"render", "a.duf", "--out", "a.png", "--out", "b.png"}), 2,
                 "--out is given 2 times, and takes one value.");
-    ExpectError(RunProgram({"render", "a.duf", "--out"}), 2, "--out needs a value behind it: PICTURE.png.");
+    ExpectError(RunProgram({"render", "a.duf", "--out"}), 2,
+                "--out needs a value behind it: FILE.png|FILE.jpg.");
 }
 
 TEST(NumbersOfDials, may_have_blanks_and_a_plus)
