@@ -4,6 +4,7 @@
 #include "interrupt.h"
 
 #include "base/cancellation.h"
+#include "color.h"
 #include "error_sentence.h"
 
 #include <atomic>
@@ -54,7 +55,8 @@ void Note(int signal)
 {
     if (InterruptSignal() == 0)
         std::abort();
-    std::fprintf(stderr, "gantrel: %s\n", app::ErrorSentence(InterruptSentence()).c_str());
+    std::fprintf(stderr, "%s%s\n", ProgramPrefix(Color::Error).c_str(),
+                 app::ErrorSentence(InterruptSentence()).c_str());
     EndBySignal(InterruptSignal());
 }
 

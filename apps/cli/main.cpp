@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "base/cancellation.h"
+#include "color.h"
 #include "command.h"
 #include "error_sentence.h"
 #include "interrupt.h"
@@ -32,7 +33,7 @@ enum ExitCode { success = 0, failure = 1, wrongUse = 2 };
 int Fail(const std::string& text, ExitCode code, bool asJson)
 {
     const std::string sentence = app::ErrorSentence(text);
-    std::fprintf(stderr, "gantrel: %s\n", sentence.c_str());
+    std::fprintf(stderr, "%s%s\n", cli::ProgramPrefix(cli::Color::Error).c_str(), sentence.c_str());
     if (asJson)
         cli::WriteError(sentence);
     return code;
@@ -98,6 +99,8 @@ int Work(const cli::CommandContext& context, bool wantsJson)
         return Fail("--quiet excludes --verbose", wrongUse, wantsJson);
     if (context.quiet)
         cli::BeQuiet();
+    if (context.verbose)
+        cli::LeaveOutProgress();
     std::optional<tbb::global_control> threads;
     if (context.threads > 0)
         threads.emplace(tbb::global_control::max_allowed_parallelism,

@@ -3,8 +3,10 @@
 
 #include "program.h"
 
+#include "color.h"
 #include "command.h"
 #include "commands.h"
+#include "options.h"
 
 #include <CLI/CLI.hpp>
 
@@ -19,6 +21,16 @@ void AddTellingOptions(CLI::App& app, CommandContext& context)
 {
     app.add_flag("--verbose", context.verbose, "Show the log");
     app.add_flag("--quiet", context.quiet, "Tell nothing but errors, and what is asked for as output");
+    CLI::Option* const color = app.add_option_function<std::string>(
+        "--color",
+        [](const std::string& when) {
+            UseColor(when == "always"  ? ColorUse::Always
+                     : when == "never" ? ColorUse::Never
+                                       : ColorUse::Auto);
+        },
+        "Colour what is told; auto, on a terminal alone (auto)");
+    color->type_name("WHEN");
+    AllowWords(*color, {"auto", "always", "never"});
 }
 
 void AddThreadsOption(CLI::App& command, CommandContext& context)
@@ -41,8 +53,7 @@ void RefuseEmptyNames(CLI::App& command)
 {
     for (CLI::Option* const option : command.get_options()) {
         const std::string type = option->get_type_name();
-        const bool isName =
-            type.find("FILE") != type.npos || type.find("DIR") != type.npos || type.find(".png") != type.npos;
+        const bool isName = type.find("FILE") != type.npos || type.find("DIR") != type.npos;
         if (isName)
             option->check([](const std::string& name) {
                 return name.empty() ? std::string("the name is empty") : std::string();

@@ -6,10 +6,7 @@
 #include "base/cancellation.h"
 #include "report.h"
 
-#include <cstdio>
-
-#include <sys/ioctl.h>
-#include <unistd.h>
+#include <fmt/format.h>
 
 namespace cli {
 
@@ -20,35 +17,28 @@ double SecondsSince(std::chrono::steady_clock::time_point begin)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-/// A line that the terminal breaks cannot be taken back as a whole.
-std::string FitToTerminal(std::string line)
-{
-    winsize size{};
-    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || line.size() < size.ws_col)
-        return line;
-    std::size_t end = size.ws_col - 1u;
-    while (end > 0 && (static_cast<unsigned char>(line[end]) & 0xC0) == 0x80)
-        --end; // not within a character
-    line.resize(end);
-    return line;
-}
-
 } // namespace
 
-Progress::Progress(bool wanted) : _isShown(wanted && !IsQuiet() && isatty(STDERR_FILENO) == 1) {}
-
-Progress::~Progress()
+Progress::Progress(bool wanted)
 {
-    if (!_stage.empty())
-        clearLine();
+    if (wanted && HasProgress() && ProgressLine::isPossible())
+        _line.emplace();
 }
 
-void Progress::clearLine() const
+std::string Progress::line()
 {
-    if (!_isShown)
-        return;
-    std::fputs("\r\x1b[K", stderr);
-    std::fflush(stderr);
+    const ProgressEstimate::Told told = _estimate.tell(totalSeconds());
+    if (!told.percent)
+        return _text + " ...";
+    const std::string left =
+        told.secondsLeft ? fmt::format("about {} left  ", RoughTime(*told.secondsLeft)) : std::string();
+    return fmt::format("{} %  {}{}", *told.percent, left, _text);
+}
+
+void Progress::expect(std::vector<ExpectedStep> stages)
+{
+    if (_line)
+        _line->change([&] { _estimate.expect(std::move(stages)); });
 }
 
 void Progress::stage(const std::string& name, const std::string& text)
@@ -65,26 +55,23 @@ void Progress::begin(const std::string& name, const std::string& text)
     _stageBegin = Clock::now();
     if (_listener)
         _listener(name);
-    show((text.empty() ? name : text) + " ...");
+    if (!_line)
+        return;
+    _line->change([&] {
+        _estimate.begin(name, totalSeconds());
+        _text = text.empty() ? name : text;
+    });
+    _line->show([this] { return line(); });
 }
 
-void Progress::show(const std::string& text) const
+void Progress::count(const CountedWork& work, const std::string& text)
 {
-    if (!_isShown)
+    if (!_line)
         return;
-    clearLine();
-    std::fputs(FitToTerminal(text).c_str(), stderr);
-    std::fflush(stderr);
-}
-
-void Progress::update(const std::string& text)
-{
-    base::ThrowIfCancelled();
-    constexpr double readable = 0.2; // seconds
-    if (!_isShown || SecondsSince(_shownAt) < readable)
-        return;
-    _shownAt = Clock::now();
-    show(text);
+    _line->change([&] {
+        _estimate.count(work, totalSeconds());
+        _text = text;
+    });
 }
 
 void Progress::finish()
@@ -93,7 +80,8 @@ void Progress::finish()
         return;
     _seconds.emplace_back(_stage, SecondsSince(_stageBegin));
     _stage.clear();
-    clearLine();
+    if (_line)
+        _line->clear();
 }
 
 double Progress::totalSeconds() const

@@ -4,6 +4,7 @@
 #include "report.h"
 
 #include "base/reason.h"
+#include "color.h"
 #include "printable.h"
 #include "progress.h"
 
@@ -28,7 +29,7 @@ namespace {
 
 constexpr int indentWidth = 2;
 
-std::atomic<bool> isQuiet{false};
+std::atomic<bool> isQuiet{false}, hasProgress{true};
 
 std::string Words(std::string key)
 {
@@ -227,6 +228,16 @@ bool IsQuiet()
     return isQuiet;
 }
 
+void LeaveOutProgress()
+{
+    hasProgress = false;
+}
+
+bool HasProgress()
+{
+    return hasProgress && !isQuiet;
+}
+
 void WriteSummary(const Json& summary, bool asJson)
 {
     if (asJson || !isQuiet)
@@ -275,10 +286,12 @@ void TellWarnings(const base::Diagnostics& diagnostics)
     std::set<std::string> told;
     std::string text; // in one piece, as others may write there as well
     for (const base::Diagnostic& diagnostic : diagnostics) {
-        const std::string line = fmt::format("{}: {}", base::NameOf(diagnostic.severity),
+        const Color color = diagnostic.severity == base::Severity::Error ? Color::Error : Color::Warning;
+        const std::string word = fmt::format("{}:", base::NameOf(diagnostic.severity));
+        const std::string line = fmt::format("{} {}", Colored(word, color, Stream::Errors),
                                              app::Printable(base::ToLine(diagnostic)));
         if (diagnostic.severity != base::Severity::Note && told.insert(line).second)
-            text += fmt::format("gantrel: {}\n", line);
+            text += ProgramPrefix(color) + line + '\n';
     }
     std::fwrite(text.data(), 1, text.size(), stderr);
 }

@@ -36,6 +36,10 @@ std::string ReportText(const Json& report);
 /// From now on, for the whole process: neither progress nor warnings nor summaries.
 void BeQuiet();
 bool IsQuiet();
+/// No progress from now on, for the whole process: a log has its place, and one line would end up in the
+/// other.
+void LeaveOutProgress();
+bool HasProgress();
 /// A report of what has been done, which a command is not there to print: not for people when it is quiet.
 /// @throws std::runtime_error  as above
 void WriteSummary(const Json& summary, bool asJson);

@@ -3,6 +3,8 @@
 
 #include "table.h"
 
+#include "color.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -102,10 +104,12 @@ std::string TableText(const Table& table, std::size_t columns)
     std::transform(table.rows.begin(), table.rows.end(), std::back_inserter(rows), Cells);
     std::vector<int> widths = Widths(rows);
     Narrow(widths, static_cast<int>(columns));
-    QString text;
-    for (const Row& row : rows)
-        text += (columns > 0 ? AlignedLine(row, widths) : TabbedLine(row)) + QLatin1Char('\n');
-    return text.toStdString();
+    std::string text;
+    for (const Row& row : rows) {
+        const std::string line = (columns > 0 ? AlignedLine(row, widths) : TabbedLine(row)).toStdString();
+        text += (&row == &rows.front() ? Colored(line, Color::Heading, Stream::Output) : line) + '\n';
+    }
+    return text;
 }
 
 } // namespace cli

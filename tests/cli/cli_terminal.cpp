@@ -14,7 +14,8 @@
 
 namespace {
 
-/// The few things that a terminal does for this program: lines, carriage returns, and clearing a line's rest.
+/// The few things that a terminal does for this program: lines, carriage returns, colours, and clearing a
+/// line's rest.
 class Screen {
 public:
     void show(const std::string& bytes)
@@ -26,6 +27,8 @@ public:
                 _column = 0;
             else if (bytes.compare(i, 3, "\x1b[K") == 0)
                 clearRest(i);
+            else if (bytes.compare(i, 2, "\x1b[") == 0)
+                i = std::min(bytes.find('m', i), bytes.size()); // a colour
             else
                 put(bytes[i]);
         }
@@ -75,7 +78,8 @@ std::string ReadToEnd(int terminal)
 
 } // namespace
 
-TerminalResult RunOnTerminal(const std::vector<std::string>& arguments, unsigned short columns)
+TerminalResult RunOnTerminal(const std::vector<std::string>& arguments, unsigned short columns,
+                             const std::vector<std::pair<std::string, std::string>>& environment)
 {
     std::vector<std::string> owned{GANTREL_PROGRAM};
     owned.insert(owned.end(), arguments.begin(), arguments.end());
@@ -92,6 +96,10 @@ TerminalResult RunOnTerminal(const std::vector<std::string>& arguments, unsigned
     if (child < 0)
         throw std::runtime_error("cannot open a pseudo terminal");
     if (child == 0) {
+        unsetenv("NO_COLOR");
+        setenv("TERM", "xterm", 1);
+        for (const auto& [name, value] : environment)
+            setenv(name.c_str(), value.c_str(), 1);
         execv(GANTREL_PROGRAM, argv.data());
         _exit(127);
     }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 struct TerminalResult {
@@ -13,5 +14,7 @@ struct TerminalResult {
     std::size_t longestCleared = 0;  ///< columns of the longest text that was cleared again
 };
 
-/// Runs the program under test with a pseudo terminal of so many columns as its output and error output.
-TerminalResult RunOnTerminal(const std::vector<std::string>& arguments, unsigned short columns);
+/// Runs the program under test with a pseudo terminal of so many columns as its output and error output. It
+/// knows colours, unless the environment says otherwise.
+TerminalResult RunOnTerminal(const std::vector<std::string>& arguments, unsigned short columns,
+                             const std::vector<std::pair<std::string, std::string>>& environment = {});

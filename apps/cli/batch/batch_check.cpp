@@ -23,8 +23,10 @@ namespace {
 class Check : public BatchSource {
 public:
     Check(const std::vector<BatchRow>& rows, const BatchOptions& options)
-        : _rows(rows), _answers(rows.size()), _progress(options.showsProgress)
+        : _rows(rows), _answers(rows.size()), _progress(options.showsProgress),
+          _workers(OptionsOfPool(rows.size(), options).workers)
     {
+        _progress.begin("Checking", "Looking at the rows");
         show();
     }
 
@@ -95,13 +97,14 @@ private:
 
     void show()
     {
-        _progress.begin("Checking",
-                        fmt::format("{} of {}", _answered, dson::Counted(_rows.size(), "row", "rows")));
+        _progress.count({_answered, _rows.size(), _answered, _workers},
+                        fmt::format("Looking at the rows: {} of {}", _answered, _rows.size()));
     }
 
     const std::vector<BatchRow>& _rows;
     std::vector<BatchAnswer> _answers;
     Progress _progress;
+    const std::size_t _workers;
     std::size_t _begun = 0, _answered = 0;
 };
 

@@ -76,14 +76,6 @@ KeptFiles Expected(const std::vector<std::string>& files)
     return expected;
 }
 
-std::string TimeText(double seconds)
-{
-    const auto whole = static_cast<long>(seconds + 0.5);
-    return whole < 120    ? fmt::format("{} s", whole)
-           : whole < 7200 ? fmt::format("{} min", whole / 60)
-                          : fmt::format("{} h", whole / 3600);
-}
-
 class Run : public BatchSource {
 public:
     Run(const std::vector<BatchRow>& rows, const BatchOptions& options)
@@ -98,6 +90,7 @@ public:
         if (options.table != standardInput)
             _keeper.emplace(options.table,
                             options.needsState ? RowKeeper::Need::Required : RowKeeper::Need::Wanted);
+        _progress.begin("Converting", "Converting the rows");
         show();
     }
 
@@ -335,17 +328,8 @@ private:
     /// Skipped rows say nothing about how long the others take.
     void show()
     {
-        std::string text =
-            fmt::format("{} of {}", _results.size(), dson::Counted(_rows.size(), "row", "rows"));
-        const double seconds = _progress.totalSeconds();
-        if (_worked > 0 && seconds > 0) {
-            const double rate = static_cast<double>(_worked) / seconds;
-            text += rate < 1 ? fmt::format(", {:.1f} a minute", 60 * rate)
-                             : fmt::format(", {:.1f} a second", rate);
-            text += fmt::format(", {} left",
-                                TimeText(static_cast<double>(_rows.size() - _results.size()) / rate));
-        }
-        _progress.begin("Converting", text);
+        _progress.count({_results.size(), _rows.size(), _worked, _workers},
+                        fmt::format("Converting the rows: {} of {}", _results.size(), _rows.size()));
     }
 
     const std::vector<BatchRow>& _rows;
@@ -359,6 +343,7 @@ private:
     MorphClaims _claims;
     SaveLibraries _libraries;
     std::vector<RowResult> _results;
+    const std::size_t _workers = OptionsOfPool(_rows.size(), _options).workers;
     std::size_t _worked = 0; ///< of the results, those that cost time
 };
 

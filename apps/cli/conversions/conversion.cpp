@@ -10,6 +10,7 @@
 #include "conversions/conversion_page.h"
 #include "conversions/conversion_plan.h"
 #include "conversions/conversion_results.h"
+#include "conversions/conversion_steps.h"
 #include "conversions/new_names.h"
 #include "conversions/target_before.h"
 #include "conversions/thumbnail.h"
@@ -189,18 +190,18 @@ Json WriteExtras(const ConversionRequest& request, const GntOutcome& outcome, Pr
     Json shown;
     DoBesidesMorphs(request, [&] {
         if (!request.exportObj.empty()) {
-            progress.stage("Writing the OBJ file");
+            progress.stage(steps::writingObj);
             ExportFigure(outcome.params->figTarget, request.exportObj, outcome.request.resolution);
             report.files.push_back(request.exportObj);
             NoteWritten(FileText(request.exportObj) + " is written");
         }
         if (!request.pictures.empty()) {
-            progress.stage("Drawing the pictures");
+            progress.stage(steps::drawingPictures);
             const std::vector<fs::path> pictures = DrawPictures(outcome, request.pictures);
             report.files.insert(report.files.end(), pictures.begin(), pictures.end());
         }
         if (!request.page.empty()) {
-            progress.stage("Drawing the report");
+            progress.stage(steps::drawingReport);
             shown = ShowConversion(outcome, report);
         }
     });
@@ -308,8 +309,9 @@ void ConvertChosen(HostSession& session, DzNode& source, DzNode& target, const C
     report.sourceDials = FindDialsUsed(source, request.dials);
     CheckShapesAreReal(source);
     CheckShapesAreReal(target);
-    if (request.morphs.resolution == GntResolution::Subd)
-        CheckMemory(report.source.vertices + report.target.vertices, LevelOf(source, request.morphs));
+    const int level = request.morphs.resolution == GntResolution::Subd ? LevelOf(source, request.morphs) : 0;
+    if (level > 0)
+        CheckMemory(report.source.vertices + report.target.vertices, level);
     StandAlone(source, request.source, report.diagnostics);
     StandAlone(target, request.target, report.diagnostics);
     KeepLabelsFree(source, target, report.diagnostics);
@@ -325,11 +327,12 @@ void ConvertChosen(HostSession& session, DzNode& source, DzNode& target, const C
     std::optional<openhost::RegisteredTransfers> registered;
     if (request.registers)
         registered.emplace();
+    progress.expect(StepsOf(request, level));
     const GntOutcome outcome = Run(source, target, request.morphs, session.diagnostics(), progress);
     DescribeOutcome(outcome, report);
     report.targetDials = OthersThan(outcome.created, FindDialsUsed(target, {}));
 
-    progress.stage("Measuring the result");
+    progress.stage(steps::measuring);
     for (const GntCreatedMorph& morph : outcome.created)
         report.created.push_back(DescribeMorph(outcome.params->figTarget, morph));
     // Joints that follow a morph turn the posed legs about other places, which says nothing of the shape.
@@ -338,13 +341,13 @@ void ConvertChosen(HostSession& session, DzNode& source, DzNode& target, const C
                         request.page.empty() && !request.drawsThumbnail ? Measuring::Sample : Measuring::All,
                         report);
     if (request.adjustsRig) {
-        progress.stage("Adjusting the rig");
+        progress.stage(steps::adjustingRig);
         AdjustRig(outcome, report);
     }
     if (request.save) {
         if (request.beforeSaving)
             request.beforeSaving();
-        progress.stage("Saving the morphs");
+        progress.stage(steps::saving);
         Save(*request.save, outcome);
         AddSavedFiles(outcome.params->figTarget, request.save->contentDirectory, report);
     }
@@ -434,7 +437,7 @@ ConversionReport Convert(const ConversionRequest& request, Progress& progress)
     const bool keepsTemporary = request.keepTemporary && !request.isDryRun;
     if (!request.isDryRun)
         ExpectFiles();
-    progress.stage("Loading the figures");
+    progress.stage(steps::loading);
     HostSession session(request.contentDirectories, request.verbose,
                         keepsTemporary ? TemporaryFolder::Lasting::Kept : TemporaryFolder::Lasting::ForRun);
     session.allowOverwriting(request.mayOverwrite);

@@ -3,6 +3,7 @@
 
 #include "morphs/morph_conversion.h"
 
+#include "base/cancellation.h"
 #include "command.h"
 #include "conversions/conversion_figures.h"
 #include "dson/reader.h"
@@ -37,7 +38,6 @@
 #include "shaper_warnings.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <map>
 #include <memory>
@@ -280,10 +280,9 @@ private:
 
     void showProgress()
     {
-        const double seconds =
-            std::chrono::duration<double>(std::chrono::steady_clock::now() - _beginning).count();
-        _progress.update(fmt::format("Converting the morphs: {} of {}, {:.0f} a second ...", _begun, _total,
-                                     seconds > 0.0 ? static_cast<double>(_begun) / seconds : 0.0));
+        base::ThrowIfCancelled();
+        _progress.count({_begun, _total, _begun},
+                        fmt::format("Converting the morphs: {} of {}", _begun, _total));
     }
 
     void tellHeld()
@@ -324,7 +323,6 @@ private:
     std::vector<std::string> _lostIcons;
     std::string _folder;
     std::size_t _total = 0, _begun = 0;
-    const std::chrono::steady_clock::time_point _beginning = std::chrono::steady_clock::now();
 };
 
 void TellOfShapers(const DzFigure& source, const fs::path& file, base::Diagnostics& diagnostics)
