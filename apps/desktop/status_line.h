@@ -14,7 +14,7 @@ namespace desktop {
 /// no line.
 class StatusLine {
 public:
-    enum Subject { Folders, Morphs, Places };
+    enum Subject { Folders, Morphs };
 
     /// @param window  borrowed
     explicit StatusLine(QMainWindow& window) : _window(window) {}
