@@ -37,6 +37,9 @@ FolderBounds::FolderBounds(const std::vector<fs::path>& folders)
 
 bool FolderBounds::hold(const fs::path& file) const
 {
+    // The system takes a NUL for the end of the name, and would go to another place than the one looked at.
+    if (file.native().find('\0') != fs::path::string_type::npos)
+        return false;
     const fs::path place = Real(file);
     return std::any_of(_folders.begin(), _folders.end(),
                        [&place](const fs::path& folder) { return IsBelow(place, folder); });

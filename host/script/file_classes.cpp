@@ -37,14 +37,35 @@ bool Holds(QScriptContext* context, const QString& name, const Check& check)
     }
 }
 
+/// Of sentences, such a name would be the end.
+void ThrowIfCut(const std::filesystem::path& file)
+{
+    if (file.native().find('\0') != std::string::npos)
+        throw base::IoError("a NUL is in the name that begins with {}", file.c_str());
+}
+
 bool MayRead(QScriptContext* context, const QString& name)
 {
-    return Holds(context, name, openhost::ThrowIfOutOfReach);
+    return Holds(context, name, [](const std::filesystem::path& file) {
+        ThrowIfCut(file);
+        openhost::ThrowIfOutOfReach(file);
+    });
 }
 
 bool MayWrite(QScriptContext* context, const QString& name)
 {
-    return Holds(context, name, base::ThrowIfOutOfBounds);
+    return Holds(context, name, [](const std::filesystem::path& file) {
+        ThrowIfCut(file);
+        base::ThrowIfOutOfBounds(file);
+    });
+}
+
+/// A link is removed itself, wherever it leads, so that it has to be within the bounds as well.
+bool MayRemove(QScriptContext* context, const QString& name)
+{
+    const std::filesystem::path folder = ToPath(name).parent_path();
+    return MayWrite(context, name) &&
+           MayWrite(context, folder.empty() ? QStringLiteral(".") : QString::fromStdString(folder.string()));
 }
 
 } // namespace
@@ -70,6 +91,10 @@ bool DzFile::exists() const
 
 void DzFile::load()
 {
+    // Whoever opens a pipe or a device may wait for ever.
+    if (const QFileInfo info(_name); info.exists() && !info.isFile() && !info.isDir())
+        throw base::IoError("cannot read {}: it is no file, but a device, pipe or socket",
+                            _name.toStdString());
     _text = openhost::ReadScript(_name);
     _place = 0;
 }
@@ -165,7 +190,7 @@ bool DzFile::writeLine(const QString& text)
 
 bool DzFile::remove()
 {
-    if (!MayWrite(context(), _name))
+    if (!MayRemove(context(), _name))
         return false;
     QFile file(_name);
     return file.remove() || fail(QStringLiteral("cannot remove %1: %2").arg(_name, file.errorString()));

@@ -12,6 +12,8 @@ constexpr unsigned longestScriptArray = 10000000;
 constexpr int deepestScriptResult = 1000;
 /// Scripts that run each other. Each has an engine, which sets gigabytes of address space aside.
 constexpr int mostNestedScripts = 8;
+/// Bytes of a file that is read. Of one of 2 GB the toolkit gives nothing, as if it were empty.
+constexpr long long longestScriptFile = 512LL << 20;
 /// Files that include each other, one in the other. The engine itself can hold little more.
 constexpr int mostIncludedScripts = 8;
 

@@ -4,6 +4,7 @@
 #include "script_text.h"
 
 #include "base/errors.h"
+#include "script_limits.h"
 #include "script_reach.h"
 
 #include <QFile>
@@ -15,6 +16,9 @@ QString ReadScript(const QString& name)
     ThrowIfOutOfReach(name.toStdString());
     QFile file(name);
     const bool isOpen = file.open(QIODevice::ReadOnly);
+    if (isOpen && file.size() > longestScriptFile)
+        throw base::IoError("cannot read {}: {} bytes are too much for a script, which can read {}",
+                            name.toStdString(), file.size(), longestScriptFile);
     const QByteArray text = isOpen ? file.readAll() : QByteArray();
     if (!isOpen || file.error() != QFileDevice::NoError)
         throw base::IoError("cannot read {}: {}", name.toStdString(), file.errorString().toStdString());

@@ -24,6 +24,17 @@ TEST(FolderBounds, hold_what_is_below_their_folders_and_these_themselves)
     EXPECT_FALSE(base::FolderBounds().hold(place.path()));
 }
 
+TEST(FolderBounds, hold_no_name_that_the_system_would_cut)
+{
+    const ScratchFolder place;
+    fs::create_directories(place.path() / "in");
+    const base::FolderBounds bounds({place.path() / "in"});
+    // Its steps lead inside, but what the system makes of it is a file beside.
+    const std::string name = (place.path() / "out").string() + '\0' + "/../in/a";
+    EXPECT_FALSE(bounds.hold(name));
+    EXPECT_FALSE(bounds.hold((place.path() / "in" / "a").string() + '\0'));
+}
+
 TEST(FolderBounds, follow_links_to_where_they_lead)
 {
     const ScratchFolder place;

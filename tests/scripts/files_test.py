@@ -115,6 +115,44 @@ false {self.library}/old.txt is not open for writing true false
         self.assertEqual(sorted(os.listdir(self.folder)), ["kept.txt", "library", "script.js"])
         self.assertEqual((self.folder / "kept.txt").read_text(), "kept")
 
+    def test_a_name_with_a_nul_leads_nowhere(self):
+        name = f"{self.folder}/new.txt\\0/../library/a"
+        for use in ("new DzFile('{}').open(DzFile.WriteOnly)", "new DzFile('{}').open()", "new DzFile('{}').remove()",
+                    "new DzFileInfo('{}').exists()", "new DzDir('{}').entryList()", "new DzDir('/').mkpath('{}')"):
+            with self.subTest(use=use):
+                self.assertEqual(self.error_of(use.format(name), "--content", self.library),
+                                 f"line 1: Error: a NUL is in the name that begins with {self.folder}/new.txt.")
+        self.assertEqual(sorted(os.listdir(self.folder)), ["library", "script.js"])
+
+    def test_a_link_that_lies_elsewhere_is_not_removed(self):
+        kept = self.write("library/kept.txt", "kept")
+        os.symlink(kept, self.folder / "link.txt")
+        self.assertIn(WHERE_TO_WRITE, self.error_of(f"new DzFile('{self.folder}/link.txt').remove()",
+                                                    "--content", self.library))
+        self.assertTrue((self.folder / "link.txt").is_symlink())
+        os.symlink(kept, self.library / "inside.txt")
+        self.assertEqual(self.out_of(f"print(new DzFile('{self.library}/inside.txt').remove())"), "true\n")
+        self.assertEqual(os.listdir(self.library), ["kept.txt"])
+
+    def test_nobody_waits_for_a_pipe(self):
+        os.mkfifo(self.library / "pipe")
+        self.assertEqual(self.out_of("""
+            var pipe = new DzFile(getArguments()[0]);
+            print(pipe.open(), pipe.error());
+            print(pipe.open(DzFile.Append), pipe.error());
+            """, self.library / "pipe"),
+            f"false cannot read {self.library}/pipe: it is no file, but a device, pipe or socket\n"
+            f"false cannot read {self.library}/pipe: it is no file, but a device, pipe or socket\n")
+
+    def test_what_is_too_large_is_not_read_as_nothing(self):
+        with open(self.library / "large", "wb") as file:
+            file.truncate(3 << 30)
+        reason = f"cannot read {self.library}/large: 3221225472 bytes are too much for a script, which can read 536870912"
+        self.assertEqual(self.out_of("var f = new DzFile(getArguments()[0]); print(f.open(), f.error());",
+                                     self.library / "large"), f"false {reason}\n")
+        self.assertEqual(self.error_of(f"include('{self.library}/large')", "--content", self.library),
+                         f"line 1: Error: include: {reason}.")
+
     def test_its_own_folder_the_temporary_one_and_named_ones_are_in_reach(self):
         self.write("beside.txt", "beside")
         named = self.folder / "named"

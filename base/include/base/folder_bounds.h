@@ -15,7 +15,8 @@ public:
     /// Each as it is now: a link that leads elsewhere later changes nothing.
     explicit FolderBounds(const std::vector<std::filesystem::path>& folders);
 
-    /// Of a file, also one that is not there yet, or a folder; each of the folders holds itself.
+    /// Of a file, also one that is not there yet, or a folder; each of the folders holds itself. A name with
+    /// a NUL is nobody's.
     bool hold(const std::filesystem::path& file) const;
 
 private:
