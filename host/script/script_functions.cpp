@@ -23,27 +23,33 @@
 #include <cstdio>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace openhost {
 
 namespace {
 
-QString JoinedArguments(const QScriptContext& context)
+/// Nothing where one of them cannot be made a text.
+std::optional<QString> JoinedArguments(const QScriptContext& context, QScriptEngine* engine)
 {
+    ScriptSession& session = ScriptSession::Of(engine);
     QStringList texts;
     for (int i = 0; i < context.argumentCount(); ++i)
-        texts.append(context.argument(i).toString());
+        if (!session.isConverted([&] { texts.append(context.argument(i).toString()); }))
+            return std::nullopt;
     return texts.join(QLatin1Char(' '));
 }
 
 QScriptValue Print(QScriptContext* context, QScriptEngine* engine)
 {
-    const QString line = JoinedArguments(*context);
-    dzApp->log(line);
-    ScriptOutput::Tell(line);
+    const std::optional<QString> line = JoinedArguments(*context, engine);
+    if (!line)
+        return engine->undefinedValue();
+    dzApp->log(*line);
+    ScriptOutput::Tell(*line);
     if (dzApp->isHeadless()) {
-        std::fprintf(stdout, "%s\n", line.toUtf8().constData());
+        std::fprintf(stdout, "%s\n", line->toUtf8().constData());
         std::fflush(stdout);
     }
     return engine->undefinedValue();
@@ -51,9 +57,11 @@ QScriptValue Print(QScriptContext* context, QScriptEngine* engine)
 
 QScriptValue DebugLine(QScriptContext* context, QScriptEngine* engine)
 {
-    const QString line = JoinedArguments(*context);
-    dzApp->debug(line);
-    ScriptOutput::Tell(line);
+    const std::optional<QString> line = JoinedArguments(*context, engine);
+    if (!line)
+        return engine->undefinedValue();
+    dzApp->debug(*line);
+    ScriptOutput::Tell(*line);
     return engine->undefinedValue();
 }
 
@@ -73,7 +81,9 @@ constexpr int highestStatus = 125;
 QScriptValue Exit(QScriptContext* context, QScriptEngine* engine)
 {
     const QScriptValue given = context->argument(0);
-    const double status = given.isUndefined() ? 0.0 : given.toNumber();
+    double status = 0.0;
+    if (!given.isUndefined() && !ScriptSession::Of(engine).isConverted([&] { status = given.toNumber(); }))
+        return engine->undefinedValue();
     if (!(status >= 0.0 && status <= highestStatus) || status != std::floor(status))
         return context->throwError(QScriptContext::RangeError,
                                    QStringLiteral("%1 is no status; a script can end with 0 to %2")

@@ -48,6 +48,7 @@ QScriptValue Run(QScriptContext& context, QScriptEngine& engine, const QString& 
     engine.evaluate(code, file);
     session.running().removeLast();
     session.noteIncluded(file);
+    session.passOnEnd();
     return engine.undefinedValue();
 }
 
@@ -63,7 +64,9 @@ QString FindIncluded(const QString& name, const QString& fromFile)
 
 QScriptValue Include(QScriptContext* context, QScriptEngine* engine)
 {
-    const QString name = context->argument(0).toString();
+    QString name;
+    if (!ScriptSession::Of(engine).isConverted([&] { name = context->argument(0).toString(); }))
+        return engine->undefinedValue();
     if (context->argumentCount() != 1 || name.isEmpty())
         return Fail(*context, QStringLiteral("it takes the name of one file"));
     const QString from = QScriptContextInfo(context->parentContext()).fileName();

@@ -225,6 +225,12 @@ void ScriptSession::exit(int status)
     _engine.abortEvaluation();
 }
 
+void ScriptSession::passOnEnd()
+{
+    if (_hasExited || _wasStopped)
+        _engine.abortEvaluation();
+}
+
 void ScriptSession::adopt(QObject* object)
 {
     _made.emplace_back(object);

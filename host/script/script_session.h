@@ -60,6 +60,18 @@ public:
 
     /// Ends the run here and now, past all that would catch an error.
     void exit(int status);
+    /// The engine forgets that it is to end when it comes back from code that was run within other code.
+    void passOnEnd();
+    /// False when the value's own code, such as toString, has thrown or ended the run: then nothing is to be
+    /// done with what came out.
+    template <class Conversion>
+    bool isConverted(const Conversion& convert)
+    {
+        _engine.clearExceptions(); // one that was caught long since
+        convert();
+        passOnEnd();
+        return !_hasExited && !_wasStopped && !_engine.hasUncaughtException();
+    }
 
     /// Whether as many scripts as may be run each other now.
     static bool IsNestedTooDeeply();

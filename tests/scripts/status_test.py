@@ -49,6 +49,36 @@ class StatusTest(ScriptCase):
                 self.assertEqual(self.error_of(f"exit('{given}')"),
                                  f"line 1: RangeError: {given} is no status; a script can end with 0 to 125.")
 
+    def test_an_end_in_a_part_ends_the_whole(self):
+        self.write("part.js", "print('part'); exit(3); print('a');")
+        for use in ("include('part.js')", "try { include('part.js'); } finally { print('b'); }",
+                    "[1].forEach(function() { include('part.js'); })"):
+            with self.subTest(use):
+                ended = self.run_text(f"{use}; print('c');")
+                self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (3, "part\n", ""))
+
+    def test_an_end_in_a_text_that_is_printed_ends_the_whole(self):
+        for use in ("print({toString: function() { exit(3); }})", "debug({toString: function() { exit(3); }})",
+                    "include({toString: function() { exit(3); }})", "exit({valueOf: function() { exit(3); }})"):
+            with self.subTest(use):
+                ended = self.run_text(f"{use}; print('c');")
+                self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (3, "", ""))
+
+    def test_what_a_value_throws_is_not_taken_for_the_value(self):
+        for use in ("print('a', {toString: function() { throw 'no text'; }})",
+                    "debug({toString: function() { throw 'no text'; }})",
+                    "include({toString: function() { throw 'no text'; }})",
+                    "exit({valueOf: function() { throw 'no text'; }})"):
+            with self.subTest(use):
+                self.assertEqual(self.error_of(use), "line 1: no text.")
+        self.assertEqual(self.out_of("try { include('none.js'); } catch (error) { print('caught'); } print('on');"),
+                         "caught\non\n")
+
+    def test_a_script_that_is_stopped_in_a_part_goes_on_nowhere(self):
+        self.write("part.js", "print('part'); for (;;) ;")
+        out, err, status = self.interrupt("include('part.js'); print('after');")
+        self.assertEqual((out, err, status), ("part\n", "gantrel: Interrupted.\n", -signal.SIGINT))
+
     def test_a_script_that_another_runs_ends_alone(self):
         ended = self.run_text("var s = new DzScript(); s.setCode('exit(4)'); print(s.execute(), s.errorMessage());")
         self.assertEqual((ended.returncode, ended.stdout), (0, "false the script ended with the status 4\n"))
