@@ -188,7 +188,22 @@ Conversion Run(const py::object& progressFunction, bool writesFiles, Function&& 
     }
 }
 
-Conversion ConvertLoaded(const Figure& source, const Figure& target, const Wishes& wishes,
+/// A warning that the program turns into an exception does not take along what is made, or saved, already.
+template <class Tell>
+py::object TellWith(Conversion conversion, const Tell& tell)
+{
+    const base::Diagnostics met = conversion.report.diagnostics;
+    const py::object result = py::cast(std::move(conversion));
+    try {
+        tell(met);
+    } catch (const py::error_already_set& raised) {
+        raised.value().attr("result") = result;
+        throw;
+    }
+    return result;
+}
+
+py::object ConvertLoaded(const Figure& source, const Figure& target, const Wishes& wishes,
                          const py::object& progressFunction)
 {
     DzFigure &sourceNode = source.use(), &targetNode = target.use();
@@ -202,11 +217,11 @@ Conversion ConvertLoaded(const Figure& source, const Figure& target, const Wishe
             return cli::ConvertFigures(use.session(), sourceNode, targetNode, request, progress);
         });
     }();
-    source.origin->warn(conversion.report.diagnostics);
-    return conversion;
+    return TellWith(std::move(conversion),
+                    [&source](const base::Diagnostics& met) { source.origin->warn(met); });
 }
 
-Conversion ConvertFiles(const fs::path& source, const fs::path& target, const std::vector<fs::path>& content,
+py::object ConvertFiles(const fs::path& source, const fs::path& target, const std::vector<fs::path>& content,
                         const py::dict& dials, const Wishes& wishes, const py::object& progressFunction)
 {
     cli::ConvertArguments arguments = ArgumentsOf(wishes);
@@ -219,11 +234,10 @@ Conversion ConvertFiles(const fs::path& source, const fs::path& target, const st
     const OpenLibrary::Reservation reservation;
     Conversion conversion = Run(progressFunction, wishes.writesFiles(),
                                 [&](cli::Progress& progress) { return cli::Convert(request, progress); });
-    Warn(conversion.report.diagnostics);
-    return conversion;
+    return TellWith(std::move(conversion), Warn);
 }
 
-Conversion Convert(const py::object& source, const py::object& target, const std::vector<fs::path>& content,
+py::object Convert(const py::object& source, const py::object& target, const std::vector<fs::path>& content,
                    const py::dict& dials, const Wishes& wishes, const py::object& progressFunction)
 {
     const bool isLoaded = py::isinstance<Figure>(source);
@@ -436,7 +450,9 @@ void BindConversion(py::module_& module)
         "no morph is saved. progress is called with the name of each stage; what it raises ends the "
         "conversion, "
         "as Ctrl+C does, and nothing is half saved.\n\n"
-        "Raises UsageError, FileError, BusyError or Error.");
+        "Raises UsageError, FileError, BusyError or Error. Where warnings are turned into exceptions, the "
+        "Warning "
+        "has as its result the Conversion, of which all is in place.");
 }
 
 } // namespace python

@@ -238,6 +238,17 @@ def test_handlers_of_signals_run_while_work_goes_on():
     assert met == [signal.SIGALRM]
 
 
+def test_a_warning_that_is_raised_has_the_result(vera, genesis9, tmp_path):
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        with pytest.raises(gantrel.Warning, match="beyond the limits") as raised:
+            gantrel.convert(vera, genesis9, dials={"PHMSmile": 5}, save=save_into(tmp_path))
+    made = raised.value.result
+    assert isinstance(made, gantrel.Conversion)
+    assert files_below(tmp_path) == sorted(morph.file for morph in made.created) != []
+    assert gantrel.Warning("of something else").result is None
+
+
 def test_warnings_of_a_conversion_stand_in_its_result_too(samples, vera, genesis9):
     with warnings.catch_warnings(record=True) as told:
         warnings.simplefilter("always")

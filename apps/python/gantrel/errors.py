@@ -43,4 +43,10 @@ class Cancelled(Error):
 
 
 class Warning(UserWarning):  # pylint: disable=redefined-builtin
-    """Something was left out, changed or taken otherwise, and the work went on."""
+    """Something was left out, changed or taken otherwise, and the work went on.
+
+    Raised as an exception, which the filters of warnings can ask for, that of a conversion has the Conversion as its
+    ``result``: it is made, and saved, by then.
+    """
+
+    result = None
