@@ -147,7 +147,7 @@ void RunScript(const ScriptArguments& arguments)
     base::ThrowIfCancelled();
     const std::string error = succeeded ? std::string() : ErrorOf(script);
     TellWarnings(Without(error, session.diagnostics()));
-    EndOutput();
+    EndOutput(DzScript::outputError());
     if (script.exitStatus() != 0)
         throw ExitRequest{script.exitStatus()};
     if (!succeeded)

@@ -198,11 +198,11 @@ void WriteOutput(const std::string& text)
         RefuseOutput(errno);
 }
 
-void EndOutput()
+void EndOutput(int formerReason)
 {
     const bool isFlushed = std::fflush(stdout) == 0;
     if (!isFlushed || std::ferror(stdout) != 0)
-        RefuseOutput(isFlushed ? 0 : errno);
+        RefuseOutput(isFlushed ? formerReason : errno);
 }
 
 std::string ReportText(const Json& report)

@@ -24,8 +24,10 @@ public:
 /// @throws std::runtime_error  the text cannot be written
 void WriteOutput(const std::string& text);
 /// For what others wrote to stdout.
+/// @param formerReason         the errno with which they failed to, where it is known
+/// @throws OutputClosed        as above
 /// @throws std::runtime_error  some of it could not be written
-void EndOutput();
+void EndOutput(int formerReason = 0);
 
 /// As one JSON object, or as aligned lines: underscores in keys become spaces, objects are indented, lists of
 /// objects become tables. Text that is not UTF-8 is written with replacement characters.

@@ -156,7 +156,8 @@ void Limit(int resource, std::uint64_t value)
 /// @throws std::runtime_error  it had no time to say why it ended
 void ThrowIfKilled(int status, bool wasLate, const WorkerProcess::Options& options)
 {
-    if (!WIFSIGNALED(status) || WTERMSIG(status) == InterruptSignal())
+    // Of a pipe that nobody reads it has nothing to say.
+    if (!WIFSIGNALED(status) || WTERMSIG(status) == InterruptSignal() || WTERMSIG(status) == SIGPIPE)
         return;
     base::ThrowIfCancelled();
     if (wasLate)

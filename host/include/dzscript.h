@@ -58,6 +58,8 @@ public:
     void setTimeLimit(int milliseconds);
     /// Ends every run, now and until the next one begins. May be called from a signal handler.
     static void stopAll();
+    /// The errno with which a script's print() failed, which ends every run; 0 for none.
+    static int outputError();
 
 private:
     struct Impl;

@@ -7,6 +7,7 @@
 #include "dzapp.h"
 #include "openhost/class_registry.h"
 #include "openhost/diagnostics.h"
+#include "script_functions.h"
 #include "script_limits.h"
 #include "script_result.h"
 #include "script_session.h"
@@ -229,6 +230,11 @@ void DzScript::setTimeLimit(int milliseconds)
 void DzScript::stopAll()
 {
     openhost::ScriptSession::StopAll();
+}
+
+int DzScript::outputError()
+{
+    return openhost::OutputError();
 }
 
 namespace {

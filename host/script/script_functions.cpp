@@ -19,6 +19,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <iterator>
@@ -41,6 +42,8 @@ std::optional<QString> JoinedArguments(const QScriptContext& context, QScriptEng
     return texts.join(QLatin1Char(' '));
 }
 
+int g_outputError = 0;
+
 QScriptValue Print(QScriptContext* context, QScriptEngine* engine)
 {
     const std::optional<QString> line = JoinedArguments(*context, engine);
@@ -50,7 +53,12 @@ QScriptValue Print(QScriptContext* context, QScriptEngine* engine)
     ScriptOutput::Tell(*line);
     if (dzApp->isHeadless()) {
         std::fprintf(stdout, "%s\n", line->toUtf8().constData());
-        std::fflush(stdout);
+        // Nobody may be left who reads, and a script that prints for ever would go on for nobody.
+        if (std::fflush(stdout) != 0) {
+            g_outputError = errno;
+            ScriptSession::StopAll();
+            ScriptSession::Of(engine).checkStop();
+        }
     }
     return engine->undefinedValue();
 }
@@ -221,6 +229,11 @@ std::vector<ScriptFunction>& AddedFunctions()
 }
 
 } // namespace
+
+int OutputError()
+{
+    return g_outputError;
+}
 
 void RegisterScriptFunction(const ScriptFunction& function)
 {

@@ -3,9 +3,10 @@
 # SPDX-License-Identifier: MIT
 
 import signal
+import subprocess
 import unittest
 
-from program import ScriptCase
+from program import GANTREL, ScriptCase
 
 
 class StatusTest(ScriptCase):
@@ -73,6 +74,25 @@ class StatusTest(ScriptCase):
                 self.assertEqual(self.error_of(use), "line 1: no text.")
         self.assertEqual(self.out_of("try { include('none.js'); } catch (error) { print('caught'); } print('on');"),
                          "caught\non\n")
+
+    def test_a_script_that_prints_for_ever_ends_with_its_reader(self):
+        running = subprocess.Popen([GANTREL, "script", self.write("script.js", "for (;;) print('line');")],
+                                   cwd=self.folder, text=True, env=self.environment(), stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        self.assertEqual(running.stdout.readline(), "line\n")
+        running.stdout.close()
+        self.assertEqual(running.stderr.read(), "")
+        running.stderr.close()
+        self.assertNotEqual(running.wait(), 0)
+
+    def test_a_script_that_prints_for_ever_ends_with_a_full_disk(self):
+        with open("/dev/full", "w", encoding="utf-8") as full:
+            ended = subprocess.run([GANTREL, "script", self.write("script.js", "for (;;) print('line');")],
+                                   cwd=self.folder, text=True, env=self.environment(), stdin=subprocess.DEVNULL,
+                                   stdout=full, stderr=subprocess.PIPE, check=False)
+        self.assertEqual(ended.returncode, 1)
+        self.assertIn("No space left on device", ended.stderr)
+        self.assertEqual(ended.stderr.count("\n"), 1, ended.stderr)
 
     def test_a_script_that_is_stopped_in_a_part_goes_on_nowhere(self):
         self.write("part.js", "print('part'); for (;;) ;")
