@@ -72,6 +72,9 @@ void Progress::count(const CountedWork& work, const std::string& text)
         _estimate.count(work, totalSeconds());
         _text = text;
     });
+    const std::size_t percent = work.total > 0 ? 100 * work.done / work.total : 0;
+    if (std::exchange(_percent, percent) != percent)
+        _line->show([this] { return line(); });
 }
 
 void Progress::finish()

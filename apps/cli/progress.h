@@ -60,6 +60,7 @@ private:
     std::function<void(const std::string&)> _listener;
     std::vector<std::pair<std::string, double>> _seconds;
     std::string _text;
+    std::size_t _percent = 0; ///< of what is counted; each new one is shown at once
     ProgressEstimate _estimate;
     std::optional<ProgressLine> _line; ///< goes first, as it looks at the others
 };
