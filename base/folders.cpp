@@ -5,6 +5,7 @@
 
 #include "base/errors.h"
 #include "base/reason.h"
+#include "base/write_bounds.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -18,6 +19,9 @@ namespace fs = std::filesystem;
 void MakeFolders(const fs::path& folder)
 {
     std::error_code error, ignored;
+    if (fs::is_directory(folder, ignored))
+        return;
+    ThrowIfOutOfBounds(folder);
     fs::create_directories(folder, error);
     // Another program may have come first.
     if (fs::is_directory(folder, ignored))
@@ -42,6 +46,8 @@ void MadeFolders::make(const fs::path& folder)
     for (fs::path at = folder; !at.empty() && !fs::exists(fs::symlink_status(at, error));
          at = at.parent_path())
         missing.push_back(at);
+    if (!missing.empty())
+        ThrowIfOutOfBounds(folder);
     for (auto at = missing.rbegin(); at != missing.rend(); ++at)
         if (fs::create_directory(*at, error))
             _made.push_back(*at);

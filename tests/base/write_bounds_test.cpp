@@ -6,6 +6,7 @@
 #include "base/atomic_file.h"
 #include "base/errors.h"
 #include "base/file_set.h"
+#include "base/folders.h"
 #include "tests/base/refusal.h"
 #include "tests/base/scratch_folder.h"
 
@@ -27,6 +28,26 @@ TEST(WriteBounds, let_files_be_put_below_their_folders_only)
     }
     EXPECT_EQ(outside.contents(), (std::map<std::string, std::string>{{"Vera.dsf", "old"}}));
     EXPECT_EQ(Refusal(file), "");
+}
+
+TEST(WriteBounds, let_folders_be_made_below_their_folders_only)
+{
+    const ScratchFolder inside, outside;
+    const fs::path taken = outside.path() / "there";
+    base::MakeFolders(taken);
+    {
+        const base::WriteBounds bounds({inside.path()}, "the house is closed");
+        base::MakeFolders(inside.path() / "a" / "b");
+        EXPECT_TRUE(fs::is_directory(inside.path() / "a" / "b"));
+        base::MakeFolders(taken); // nothing to be made
+        EXPECT_THROW(base::MakeFolders(outside.path() / "c" / "d"), base::IoError);
+        base::MadeFolders made;
+        EXPECT_THROW(made.make(outside.path() / "e" / "f"), base::IoError);
+        made.make(taken);
+    }
+    EXPECT_FALSE(fs::exists(outside.path() / "c"));
+    EXPECT_FALSE(fs::exists(outside.path() / "e"));
+    EXPECT_TRUE(fs::exists(taken));
 }
 
 TEST(WriteBounds, hold_where_a_path_really_leads)

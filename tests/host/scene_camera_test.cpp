@@ -18,7 +18,9 @@
 #include "scene/camera_optics.h"
 #include "tests/host/host_fixture.h"
 
+#include <QFile>
 #include <QImage>
+#include <QImageReader>
 #include <QSignalSpy>
 
 #include <cmath>
@@ -266,6 +268,14 @@ TEST_F(ViewportTest, is_rendered_into_a_picture_file)
     EXPECT_NE(image.pixel(32, 24), image.pixel(1, 1));
     EXPECT_FALSE(render.doRender(TestFolder() + QStringLiteral("/no/such/folder/render.png")));
     EXPECT_TRUE(LogText().contains(QLatin1String("no/such/folder")));
+    const QString jpeg = TestFolder() + QStringLiteral("/render.JPG");
+    ASSERT_TRUE(render.doRender(jpeg));
+    EXPECT_EQ(QImageReader::imageFormat(jpeg), QByteArray("jpeg"));
+    EXPECT_EQ(QImage(jpeg).size(), QSize(64, 48));
+    const QString other = TestFolder() + QStringLiteral("/render.bmp");
+    EXPECT_FALSE(render.doRender(other));
+    EXPECT_FALSE(QFile::exists(other));
+    EXPECT_TRUE(LogText().contains(QLatin1String("a picture is a .png, .jpg or .jpeg file")));
     render.getRenderOptions()->setImageSize(QSize(0, 99999));
     EXPECT_EQ(render.getRenderOptions()->getImageSize(), QSize(1, 16384));
 }
