@@ -91,6 +91,6 @@ TEST_F(SubdividedConversion, is_refused_before_it_begins_where_memory_does_not_d
     const ProgramResult refused = convert({"--resolution", "subd", "--subd", "5", "--jobs", "full"});
     const ProgramResult smaller = convert({"--resolution", "subd", "--subd", "1", "--jobs", "full"});
     ASSERT_EQ(setrlimit(RLIMIT_AS, &former), 0);
-    expectFailureWith(refused, 1, "A conversion at subdivision level 5 needs about 582 MiB of memory, and ");
+    expectFailureWith(refused, 1, "A conversion at subdivision level 5 needs about 529 MiB of memory, and ");
     ExpectSuccess(smaller);
 }
