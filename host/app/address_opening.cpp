@@ -48,7 +48,8 @@ void OpenAddress(const QUrl& url)
     }
     const QString file = QDir::cleanPath(url.toLocalFile()); // one slash at its beginning is enough
     for (const QString& edition : Editions(file))
-        if (MayHaveProgram(edition) && QDesktopServices::openUrl(QUrl::fromLocalFile(edition)))
+        if (MayHaveProgram(edition) &&
+            QDesktopServices::openUrl(edition == file ? url : QUrl::fromLocalFile(edition)))
             return;
     CurrentAttendant().tellOpenError(file,
                                      QLatin1String("there is no program on this computer that shows it"));

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/desktop/desktop_fixture.h"
-#include "tests/host/content_fixture.h"
+#include "tests/desktop/viewer_register.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"
 
@@ -11,7 +11,6 @@
 #include <QDir>
 #include <QFile>
 #include <QLabel>
-#include <QTemporaryDir>
 #include <QUrl>
 
 #include <dzapp.h>
@@ -26,7 +25,7 @@ public:
     QStringList taken;
 
 public slots:
-    void take(const QUrl& url) { taken.append(url.toLocalFile()); }
+    void take(const QUrl& url) { taken.append(QDir::cleanPath(url.toLocalFile())); }
 };
 
 namespace {
@@ -49,18 +48,9 @@ protected:
     {
         QFile::remove(pdf);
         QFile::remove(page);
-        qputenv("PATH", _path);
         DesktopTest::TearDown();
     }
-    /// A system whose register knows programs for these types alone.
-    void haveProgramsFor(const std::string& types)
-    {
-        const QString program = _programs.filePath(QStringLiteral("xdg-mime"));
-        WriteBytes(program.toStdString(),
-                   "#!/bin/sh\ncase $3 in " + types + ") echo viewer.desktop;; esac\n");
-        QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        qputenv("PATH", _programs.path().toUtf8() + ":" + _path);
-    }
+    void haveProgramsFor(const std::string& types) { _register.haveProgramsFor(types); }
     /// @return what the user is told; empty for nothing
     static QString askForManual()
     {
@@ -78,8 +68,7 @@ protected:
     FileTaker files;
 
 private:
-    const QByteArray _path = qgetenv("PATH");
-    QTemporaryDir _programs;
+    ViewerRegister _register;
 };
 
 } // namespace

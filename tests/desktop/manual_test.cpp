@@ -3,6 +3,7 @@
 
 #include "tests/desktop/desktop_fixture.h"
 #include "tests/desktop/manual_reading.h"
+#include "tests/desktop/viewer_register.h"
 #include "tests/windows/modal_answer.h"
 
 #include <QAbstractButton>
@@ -312,6 +313,7 @@ protected:
         _installed = dzApp->getDocumentationPath() + ManualPlace();
         ASSERT_TRUE(QDir().mkpath(QFileInfo(_installed).absolutePath()));
         ASSERT_TRUE(QFile::copy(BuiltManual(), _installed));
+        _register.haveProgramsFor("application/pdf");
     }
     void TearDown() override
     {
@@ -327,6 +329,7 @@ protected:
     }
 
 private:
+    ViewerRegister _register;
     UrlCatcher _catcher;
     QString _installed;
 };
