@@ -59,7 +59,7 @@ std::optional<double> LeftOfAddresses()
 
 double SubdividedConversionNeed(std::size_t cageVertices, int level)
 {
-    // Measured with the sample figures at levels 2 to 4: 265 to 300 bytes for each vertex of the finest
+    // Measured with the sample figures at levels 2 to 5: 265 to 300 bytes for each vertex of the finest
     // meshes, and 340 where pictures are drawn, besides what the program takes without any.
     constexpr double bytesForVertex = 400.0;
     return bytesForVertex * static_cast<double>(cageVertices) * std::pow(4.0, level);
