@@ -16,7 +16,8 @@ offer() {
     zpty -w shell 'autoload -Uz compinit && compinit -u -D'
     # What is added to the list of matches goes to a file beside it.
     zpty -w shell 'compadd() { local -a found; builtin compadd -O found "$@"; print -l -- $found >>'$folder'.offered; builtin compadd "$@" }'
-    zpty -w shell 'bindkey "^I" complete-word; echo rea""dy'
+    # Not before the line editor reads: until then the terminal itself takes a control character for its own.
+    zpty -w shell 'zle-line-init() { print -n "rea""dy" }; zle -N zle-line-init; bindkey "^I" complete-word'
     local said
     zpty -r shell said '*ready*'
     : >$folder.offered
