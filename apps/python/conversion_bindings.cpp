@@ -34,7 +34,7 @@ struct Conversion {
 };
 
 struct Save {
-    fs::path library;
+    fs::path contentFolder;
     std::string vendor, product;
     bool compress, overwrite;
 };
@@ -122,7 +122,7 @@ cli::ConvertArguments ArgumentsOf(const Wishes& wishes)
     arguments.registers = wishes.registers;
     arguments.acceptMissing = wishes.acceptMissing;
     if (wishes.save) {
-        arguments.contentDirectory = wishes.save->library.u8string();
+        arguments.contentDirectory = wishes.save->contentFolder.u8string();
         arguments.vendor = wishes.save->vendor;
         arguments.product = wishes.save->product;
         arguments.compress = wishes.save->compress;
@@ -398,7 +398,7 @@ void BindConversion(py::module_& module)
              "library is a content folder, vendor and product are folders of the morphs in it. overwrite "
              "replaces "
              "morphs that were saved there by the same names.")
-        .def_readonly("library", &Save::library, "The content folder.")
+        .def_readonly("library", &Save::contentFolder, "The content folder.")
         .def_readonly("vendor", &Save::vendor, "The vendor folder.")
         .def_readonly("product", &Save::product, "The product folder.")
         .def_readonly("compress", &Save::compress, "Whether the files are compressed.")
@@ -406,11 +406,11 @@ void BindConversion(py::module_& module)
         .def("__reduce__",
              [](const Save& save) {
                  const py::object make = py::module_::import("gantrel").attr("_make_save");
-                 return py::make_tuple(make, py::make_tuple(save.library, save.vendor, save.product,
+                 return py::make_tuple(make, py::make_tuple(save.contentFolder, save.vendor, save.product,
                                                             save.compress, save.overwrite));
              })
         .def("__repr__", [](const Save& save) {
-            return Text(fmt::format("<gantrel.Save into \"{}\", {}, {}>", save.library.u8string(),
+            return Text(fmt::format("<gantrel.Save into \"{}\", {}, {}>", save.contentFolder.u8string(),
                                     save.vendor, save.product));
         });
     module.def(

@@ -61,7 +61,7 @@ def test_calls_are_checked_as_ever():
 def test_a_save_can_be_pickled_and_copied():
     save = gantrel.Save("/lib", "Acme", "Heroes", compress=True)
     for again in (pickle.loads(pickle.dumps(save)), copy.copy(save), copy.deepcopy(save)):
-        assert (str(again.library), again.vendor, again.product) == ("/lib", "Acme", "Heroes")
+        assert [str(getattr(again, name)) for name in ("library", "vendor", "product")] == ["/lib", "Acme", "Heroes"]
         assert (again.compress, again.overwrite) == (True, False)
 
 

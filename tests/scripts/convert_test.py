@@ -24,12 +24,12 @@ class ConvertTest(ScriptCase):
 
     def setUp(self):
         super().setUp()
-        self.library = self.folder / "library"
-        subprocess.run([GANTREL, "sample-content", self.library], check=True, stdout=subprocess.DEVNULL,
+        self.content = self.folder / "library"
+        subprocess.run([GANTREL, "sample-content", self.content], check=True, stdout=subprocess.DEVNULL,
                        env=self.environment_of_program)
 
     def convert(self, text, *options):
-        return self.run_text(OPENING + text, self.library, "--content", self.library, *options)
+        return self.run_text(OPENING + text, self.content, "--content", self.content, *options)
 
     def test_wrong_use_is_an_error_of_the_script(self):
         for call, said in (
@@ -66,7 +66,7 @@ class ConvertTest(ScriptCase):
 
     def test_a_conversion_can_be_interrupted(self):
         script = self.write("script.js", OPENING + "print('begun'); while (true) convert(source, target, {jobs: 'full'});")
-        running = subprocess.Popen([GANTREL, "script", script, self.library, "--content", self.library], text=True,
+        running = subprocess.Popen([GANTREL, "script", script, self.content, "--content", self.content], text=True,
                                    env=self.environment_of_program, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         self.assertEqual(running.stdout.readline(), "begun\n")
         running.send_signal(signal.SIGINT)

@@ -19,17 +19,17 @@ EXAMPLES = pathlib.Path(os.environ["GANTREL_SOURCE"]) / "examples" / "scripts"
 class ExamplesTest(ScriptCase):
     def setUp(self):
         super().setUp()
-        self.library = self.folder / "library"
-        subprocess.run([GANTREL, "sample-content", self.library], check=True, stdout=subprocess.DEVNULL,
+        self.content = self.folder / "library"
+        subprocess.run([GANTREL, "sample-content", self.content], check=True, stdout=subprocess.DEVNULL,
                        env=self.environment())
-        self.vera = self.library / "People/Genesis 8 Female/Characters/Vera.duf"
-        self.nine = self.library / "People/Genesis 9/Genesis 9.duf"
+        self.vera = self.content / "People/Genesis 8 Female/Characters/Vera.duf"
+        self.nine = self.content / "People/Genesis 9/Genesis 9.duf"
         self.out = self.folder / "out"
         self.out.mkdir()
 
     def run_example(self, name, *arguments):
         """What it prints."""
-        ended = self.run_script(EXAMPLES / name, *arguments, "--content", self.library, "--allow-files", self.out)
+        ended = self.run_script(EXAMPLES / name, *arguments, "--content", self.content, "--allow-files", self.out)
         self.assertEqual((ended.returncode, ended.stderr), (0, ""), ended.stdout)
         return ended.stdout
 
@@ -66,7 +66,7 @@ class ExamplesTest(ScriptCase):
         self.assertIn("0.500", values.values())
         self.assertIn("0.250", values.values())
         self.assertGreater(len(turned), len(at_rest))
-        ended = self.run_script(EXAMPLES / "set_dials.dsa", self.vera, "Nose=1", "--content", self.library)
+        ended = self.run_script(EXAMPLES / "set_dials.dsa", self.vera, "Nose=1", "--content", self.content)
         self.assertIn("Error: Vera has no dial Nose.", ended.stderr)
 
     def test_a_character_is_converted_and_its_morphs_are_saved(self):
@@ -94,14 +94,14 @@ class ExamplesTest(ScriptCase):
             self.assertAlmostEqual(z, 0, delta=1e-3)
 
     def test_the_figures_of_a_folder_are_listed(self):
-        folder = self.library / "People/Genesis 8 Female"
+        folder = self.content / "People/Genesis 8 Female"
         lines = self.run_example("folder_of_figures.dsa", folder).splitlines()
         self.assertEqual(sorted(line.split("\t")[0] for line in lines), sorted(path.name for path in folder.rglob("*.duf")))
         for line in lines:
             self.assertRegex(line, r"\t1\d\d\.\d cm$")
 
     def test_clothes_follow_a_figure(self):
-        garment = self.library / "People/Genesis 8 Female/Developer Kit/Genesis 8 Female Dev Load.duf"
+        garment = self.content / "People/Genesis 8 Female/Developer Kit/Genesis 8 Female Dev Load.duf"
         scene = self.out / "dressed.duf"
         said = re.fullmatch(r"Genesis 8 Female follows Vera with (\d+) bones\n",
                             self.run_example("fit_clothes.dsa", self.vera, garment, scene))
@@ -114,7 +114,7 @@ class ExamplesTest(ScriptCase):
         self.assertEqual(self.run_example("pose.dsa", self.vera, posed, "lHand:Z=20").split()[-1], "20.00")
         script = self.write("look.js", "App.getContentMgr().openFile(getArguments()[0], true);"
                             "print(Scene.getSkeleton(0).findBone('lHand').getZRotControl().getValue().toFixed(2));")
-        look = lambda: self.run_script(script, posed, "--content", self.library).stdout
+        look = lambda: self.run_script(script, posed, "--content", self.content).stdout
         self.assertEqual(look(), "20.00\n")
         pose = self.write("out/pose.duf", json.dumps({"file_version": "0.6.0.0", "asset_info": {"type": "preset_pose"}, "scene": {
             "animations": [{"url": "name://@selection/lHand:?rotation/z/value", "keys": [[0, 35]]}]}}))
