@@ -15,11 +15,11 @@ WHERE_TO_WRITE = "scripts may write only into content folders, the temporary fol
 class FilesTest(ScriptCase):
     def setUp(self):
         super().setUp()
-        self.library = self.folder / "library"
-        self.library.mkdir()
+        self.content = self.folder / "library"
+        self.content.mkdir()
 
     def out_of(self, text, *arguments):
-        return super().out_of(text, "--content", self.library, *arguments)
+        return super().out_of(text, "--content", self.content, *arguments)
 
     def test_a_file_is_written_and_read_back(self):
         self.assertEqual(self.out_of("""
@@ -29,13 +29,13 @@ class FilesTest(ScriptCase):
             print(file.open(DzFile.Append), file.write('c'), file.close());
             print(file.open(), file.readLine(), file.atEnd(), file.readLines().join('+'), file.atEnd(), file.read() == '');
             file.close(); file.open(DzFile.ReadOnly); print(file.read().length);
-            """, self.library / "a.txt"), "false true true true false\ntrue true false\ntrue true true\n"
+            """, self.content / "a.txt"), "false true true true false\ntrue true false\ntrue true true\n"
             "true Größe false a+bc true true\n11\n")
-        self.assertEqual((self.library / "a.txt").read_bytes(), "Größe\na\r\nbc".encode())
+        self.assertEqual((self.content / "a.txt").read_bytes(), "Größe\na\r\nbc".encode())
 
     def test_what_is_not_closed_is_written_at_the_end(self):
-        self.out_of("var f = new DzFile(getArguments()[0]); f.open(DzFile.WriteOnly); f.write('kept');", self.library / "a.txt")
-        self.assertEqual((self.library / "a.txt").read_text(), "kept")
+        self.out_of("var f = new DzFile(getArguments()[0]); f.open(DzFile.WriteOnly); f.write('kept');", self.content / "a.txt")
+        self.assertEqual((self.content / "a.txt").read_text(), "kept")
 
     def test_failures_are_false_with_a_reason(self):
         self.write("library/old.txt", "old")
@@ -50,14 +50,14 @@ class FilesTest(ScriptCase):
             var old = new DzFile(getArguments()[0] + '/old.txt');
             print(old.open(), old.open(), old.error());
             print(old.write('x'), old.error(), old.remove(), old.exists());
-            """, self.library), f"""\
-false cannot read {self.library}/lost.txt: No such file or directory
-false cannot remove {self.library}/lost.txt: No such file or directory
-false {self.library}/lost.txt is not open for writing
-true {self.library}/lost.txt is not open for reading
-false cannot write {self.library}: Is a directory
-true false {self.library}/old.txt is open already
-false {self.library}/old.txt is not open for writing true false
+            """, self.content), f"""\
+false cannot read {self.content}/lost.txt: No such file or directory
+false cannot remove {self.content}/lost.txt: No such file or directory
+false {self.content}/lost.txt is not open for writing
+true {self.content}/lost.txt is not open for reading
+false cannot write {self.content}: Is a directory
+true false {self.content}/old.txt is open already
+false {self.content}/old.txt is not open for writing true false
 """)
         self.assertEqual(self.error_of("new DzFile('a').open(7)"), "line 1: RangeError: 7 is no way to open a file.")
 
@@ -74,42 +74,42 @@ false {self.library}/old.txt is not open for writing true false
             print(dir.exists(), dir.exists('sub'), dir.exists('gone'), dir.cd('gone'), dir.cd('sub'), dir.dirName());
             print(dir.entryList(), '|', dir.entryList(['*.duf'], DzDir.Files), '|', dir.entryList([], DzDir.Dirs));
             print(dir.cdUp(), dir.mkpath('x/y'), dir.exists('x/y'));
-            """, self.library), "true true false 5 b.duf b duf\ntrue true\ntrue true false false true sub\n"
+            """, self.content), "true true false 5 b.duf b duf\ntrue true\ntrue true false false true sub\n"
             "a.duf,b.duf,below,c.txt | a.duf,b.duf | below\ntrue true true\n")
-        self.assertTrue((self.library / "x/y").is_dir())
+        self.assertTrue((self.content / "x/y").is_dir())
 
     def test_what_lies_elsewhere_is_not_read(self):
         secret = self.write("secret.txt", "secret")
-        os.symlink(secret, self.library / "link.txt")
-        os.symlink(self.folder, self.library / "away")
+        os.symlink(secret, self.content / "link.txt")
+        os.symlink(self.folder, self.content / "away")
         script = self.write("own/main.js", "print(eval(getArguments()[0]));")
-        for name in (secret, self.library / "link.txt", self.library / "away/secret.txt", self.library / "../secret.txt",
+        for name in (secret, self.content / "link.txt", self.content / "away/secret.txt", self.content / "../secret.txt",
                      "/etc/passwd", "secret.txt", "/proc/self/environ"):
             for use in ("new DzFile('{}').open()", "new DzFile('{}').exists()", "new DzFileInfo('{}').exists()",
                         "new DzFileInfo('{}').size()", "new DzFileInfo('{}').lastModified()", "new DzDir('{}').exists()",
                         "new DzDir('{}').entryList()", "new DzDir('/').exists('{}')", "new DzDir('/').cd('{}')"):
                 with self.subTest(use=use, name=name):
-                    ended = self.run_script(script, use.format(name), "--content", self.library)
+                    ended = self.run_script(script, use.format(name), "--content", self.content)
                     self.assertEqual((ended.returncode, ended.stdout), (1, ""))
                     self.assertIn(WHERE_TO_READ, ended.stderr)
 
     def test_a_step_back_from_a_link_leads_nowhere_else(self):
-        (self.library / "a" / "b").mkdir(parents=True)
-        os.symlink(self.library / "a" / "b", self.library / "deep")
+        (self.content / "a" / "b").mkdir(parents=True)
+        os.symlink(self.content / "a" / "b", self.content / "deep")
         script = self.write("own/main.js", "var dir = new DzDir(getArguments()[0]); print(dir.cd('deep/../..'), dir.path());")
-        ended = self.run_script(script, self.library, "--content", self.library)
+        ended = self.run_script(script, self.content, "--content", self.content)
         self.assertEqual((ended.returncode, ended.stdout), (1, ""))
         self.assertIn(WHERE_TO_READ, ended.stderr)
 
     def test_what_lies_elsewhere_is_not_written(self):
         kept = self.write("kept.txt", "kept")
-        os.symlink(kept, self.library / "link.txt")
-        os.symlink(self.folder, self.library / "away")
-        for name in (kept, self.library / "link.txt", self.library / "away/new.txt", self.library / "../new.txt", "new.txt"):
+        os.symlink(kept, self.content / "link.txt")
+        os.symlink(self.folder, self.content / "away")
+        for name in (kept, self.content / "link.txt", self.content / "away/new.txt", self.content / "../new.txt", "new.txt"):
             for use in ("new DzFile('{}').open(DzFile.WriteOnly)", "new DzFile('{}').open(DzFile.Append)",
                         "new DzFile('{}').remove()", "new DzDir('/').mkpath('{}')"):
                 with self.subTest(use=use, name=name):
-                    ended = self.run_text("print(eval(getArguments()[0]));", use.format(name), "--content", self.library)
+                    ended = self.run_text("print(eval(getArguments()[0]));", use.format(name), "--content", self.content)
                     self.assertEqual((ended.returncode, ended.stdout), (1, ""))
                     self.assertIn(WHERE_TO_WRITE, ended.stderr)
         self.assertEqual(sorted(os.listdir(self.folder)), ["kept.txt", "library", "script.js"])
@@ -120,7 +120,7 @@ false {self.library}/old.txt is not open for writing true false
         for use in ("new DzFile('{}').open(DzFile.WriteOnly)", "new DzFile('{}').open()", "new DzFile('{}').remove()",
                     "new DzFileInfo('{}').exists()", "new DzDir('{}').entryList()", "new DzDir('/').mkpath('{}')"):
             with self.subTest(use=use):
-                self.assertEqual(self.error_of(use.format(name), "--content", self.library),
+                self.assertEqual(self.error_of(use.format(name), "--content", self.content),
                                  f"line 1: Error: a NUL is in the name that begins with {self.folder}/new.txt.")
         self.assertEqual(sorted(os.listdir(self.folder)), ["library", "script.js"])
 
@@ -128,29 +128,29 @@ false {self.library}/old.txt is not open for writing true false
         kept = self.write("library/kept.txt", "kept")
         os.symlink(kept, self.folder / "link.txt")
         self.assertIn(WHERE_TO_WRITE, self.error_of(f"new DzFile('{self.folder}/link.txt').remove()",
-                                                    "--content", self.library))
+                                                    "--content", self.content))
         self.assertTrue((self.folder / "link.txt").is_symlink())
-        os.symlink(kept, self.library / "inside.txt")
-        self.assertEqual(self.out_of(f"print(new DzFile('{self.library}/inside.txt').remove())"), "true\n")
-        self.assertEqual(os.listdir(self.library), ["kept.txt"])
+        os.symlink(kept, self.content / "inside.txt")
+        self.assertEqual(self.out_of(f"print(new DzFile('{self.content}/inside.txt').remove())"), "true\n")
+        self.assertEqual(os.listdir(self.content), ["kept.txt"])
 
     def test_nobody_waits_for_a_pipe(self):
-        os.mkfifo(self.library / "pipe")
+        os.mkfifo(self.content / "pipe")
         self.assertEqual(self.out_of("""
             var pipe = new DzFile(getArguments()[0]);
             print(pipe.open(), pipe.error());
             print(pipe.open(DzFile.Append), pipe.error());
-            """, self.library / "pipe"),
-            f"false cannot read {self.library}/pipe: it is no file, but a device, pipe or socket\n"
-            f"false cannot read {self.library}/pipe: it is no file, but a device, pipe or socket\n")
+            """, self.content / "pipe"),
+            f"false cannot read {self.content}/pipe: it is no file, but a device, pipe or socket\n"
+            f"false cannot read {self.content}/pipe: it is no file, but a device, pipe or socket\n")
 
     def test_what_is_too_large_is_not_read_as_nothing(self):
-        with open(self.library / "large", "wb") as file:
+        with open(self.content / "large", "wb") as file:
             file.truncate(3 << 30)
-        reason = f"cannot read {self.library}/large: 3221225472 bytes are too much for a script, which can read 536870912"
+        reason = f"cannot read {self.content}/large: 3221225472 bytes are too much for a script, which can read 536870912"
         self.assertEqual(self.out_of("var f = new DzFile(getArguments()[0]); print(f.open(), f.error());",
-                                     self.library / "large"), f"false {reason}\n")
-        self.assertEqual(self.error_of(f"include('{self.library}/large')", "--content", self.library),
+                                     self.content / "large"), f"false {reason}\n")
+        self.assertEqual(self.error_of(f"include('{self.content}/large')", "--content", self.content),
                          f"line 1: Error: include: {reason}.")
 
     def test_its_own_folder_the_temporary_one_and_named_ones_are_in_reach(self):
