@@ -284,11 +284,7 @@ public:
         const auto count = static_cast<std::size_t>(map->getNumWeights());
         if (count > _vertexCount)
             throw base::FormatError("weight map has {} weights for {} vertices", count, _vertexCount);
-        geometry::JointWeights& weights = _joints[static_cast<std::size_t>(joint)];
-        map->forEachWeight([&weights](int vertex, unsigned short weight) {
-            weights.vertices.push_back(static_cast<std::uint32_t>(vertex));
-            weights.weights.push_back(static_cast<float>(weight) / static_cast<float>(DZ_USHORT_MAX));
-        });
+        SkinAccess::append(*map, _joints[static_cast<std::size_t>(joint)]);
     }
 
     geometry::SkinWeights weights() const { return geometry::MakeSkinWeights(_vertexCount, _joints); }
@@ -304,6 +300,14 @@ bool HasAxisWeights(const DzBoneBinding& binding)
 }
 
 } // namespace
+
+void SkinAccess::append(const DzWeightMap& map, geometry::JointWeights& list)
+{
+    map.forEachWeight([&list](int vertex, unsigned short weight) {
+        list.vertices.push_back(static_cast<std::uint32_t>(vertex));
+        list.weights.push_back(static_cast<float>(weight) / static_cast<float>(DZ_USHORT_MAX));
+    });
+}
 
 void SkinAccess::update(const DzSkinBinding& binding, const DzSkeleton& skeleton, std::size_t vertexCount)
 {

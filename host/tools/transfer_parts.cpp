@@ -72,17 +72,6 @@ void CopyBones(const DzNode& from, DzNode& to, std::map<const DzNode*, DzBone*>&
     });
 }
 
-geometry::JointWeights WeightsOf(const DzWeightMap* map)
-{
-    geometry::JointWeights list;
-    if (map)
-        map->forEachWeight([&list](int vertex, unsigned short weight) {
-            list.vertices.push_back(static_cast<std::uint32_t>(vertex));
-            list.weights.push_back(static_cast<float>(weight) / static_cast<float>(DZ_USHORT_MAX));
-        });
-    return list;
-}
-
 void BindToOneBone(DzSkinBinding& binding, DzFigure& target)
 {
     auto* const bone = new DzBone;
@@ -101,9 +90,10 @@ void BindLikeSource(DzSkinBinding& binding, const geometry::SurfaceMap& map, con
     CopyBones(source, target, copies);
     const DzSkinBinding& from = *source.getSkinBinding();
     binding.setGeneralMapMode(from.getGeneralMapMode());
-    std::vector<geometry::JointWeights> weights;
+    std::vector<geometry::JointWeights> weights(static_cast<std::size_t>(from.getNumBoneBindings()));
     for (int i = 0; i < from.getNumBoneBindings(); ++i)
-        weights.push_back(WeightsOf(from.getBoneBinding(i)->getWeights()));
+        if (const DzWeightMap* const own = from.getBoneBinding(i)->getWeights())
+            SkinAccess::append(*own, weights[static_cast<std::size_t>(i)]);
     weights = map.transfer(weights);
     for (int i = 0; i < from.getNumBoneBindings(); ++i) {
         const auto copy = copies.find(from.getBoneBinding(i)->getBone());

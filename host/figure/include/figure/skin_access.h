@@ -7,6 +7,7 @@
 #include "geometry/skinning.h"
 
 class DzSkeleton;
+class DzWeightMap;
 
 namespace openhost {
 
@@ -19,6 +20,8 @@ public:
     /// How the binding's modes and maps say that poses are blended. Valid until the binding changes.
     static geometry::SkinBlend blend(const DzSkinBinding& binding, const DzSkeleton& skeleton,
                                      std::size_t vertexCount);
+    /// Adds what of a map is not 0, as 0..1, vertices in ascending order.
+    static void append(const DzWeightMap& map, geometry::JointWeights& list);
     /// A binding of the bone with sparse weights 0..1; it is owned by the skin.
     static DzBoneBinding& bind(DzSkinBinding& binding, DzBone& bone,
                                const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights);
