@@ -220,16 +220,23 @@ struct SurfaceTree::Impl {
             const Lanes boxes = tree->blocks.boxSquares(block, at) * surelyBelow;
             if (!IsAny(boxes <= bestAtMost()))
                 return false;
+            // The most promising one first: as a rule it makes the others too far.
+            Lanes squares[2] = {tree->blocks.leastSquares(block, 0, at),
+                                tree->blocks.leastSquares(block, 1, at)};
             bool isNearer = false;
-            for (std::uint32_t half = 0; half < 2; ++half) {
-                const Lanes squares = tree->blocks.leastSquares(block, half, at);
-                if (!IsAny(squares <= bestAtMost()))
-                    continue;
-                for (std::uint32_t lane = 0; lane < FanBlocks::blockSize; ++lane)
-                    if (double(squares[lane]) <= best)
-                        isNearer |= consider(block * FanBlocks::blockSize + lane, half);
+            for (;;) {
+                std::uint32_t least = 0;
+                float square = INFINITY;
+                for (std::uint32_t k = 0; k < 2 * FanBlocks::blockSize; ++k)
+                    if (const float own = squares[k % 2][k / 2]; own < square) {
+                        square = own;
+                        least = k;
+                    }
+                if (!(double(square) <= best))
+                    return isNearer;
+                squares[least % 2][least / 2] = INFINITY;
+                isNearer |= consider(block * FanBlocks::blockSize + least / 2, least % 2);
             }
-            return isNearer;
         }
 
         /// Not less than the best in doubles.
