@@ -13,9 +13,11 @@
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
+#include <tbb/parallel_invoke.h>
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 namespace geometry {
 
@@ -295,24 +297,25 @@ SurfaceMap MatchSurfaces(const PolygonMeshView& sourceNeutral, const PolygonMesh
 {
     CheckMesh(sourceNeutral, "source");
     CheckMesh(targetNeutral, "target");
-    const SurfaceTree tree(sourceNeutral);
-    const MatchTarget target(targetNeutral);
+    // Each has parts that keep one thread only.
+    std::optional<MatchSource> source;
+    std::optional<MatchTarget> target;
+    tbb::parallel_invoke([&] { source.emplace(sourceNeutral); }, [&] { target.emplace(targetNeutral); });
     auto impl = std::make_unique<SurfaceMap::Impl>();
-    std::vector<SurfacePoint> matches =
-        MatchVertices(MatchSource(tree, sourceNeutral), target, options, impl->statistics);
+    std::vector<SurfacePoint> matches = MatchVertices(*source, *target, options, impl->statistics);
 
     impl->sourceVertexCount = sourceNeutral.vertexCount();
-    impl->takeFaces(tree, matches);
-    MatchLonePieces(tree, target, matches);
+    impl->takeFaces(source->tree, matches);
+    MatchLonePieces(source->tree, *target, matches);
     std::vector<bool> isKnown(matches.size());
     for (std::size_t v = 0; v < matches.size(); ++v)
         isKnown[v] = matches[v].isValid();
     if (std::find(isKnown.begin(), isKnown.end(), true) == isKnown.end())
         throw TopologyError("source mesh has no face with an area");
-    impl->takeMatches(tree, matches);
+    impl->takeMatches(source->tree, matches);
     std::vector<SurfacePoint>().swap(matches);
     if (impl->statistics.filled > 0)
-        impl->extension = std::make_unique<SurfaceExtension>(target.neighbours, isKnown);
+        impl->extension = std::make_unique<SurfaceExtension>(target->neighbours, isKnown);
     return SurfaceMap(std::move(impl));
 }
 

@@ -12,6 +12,7 @@
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
+#include <tbb/parallel_invoke.h>
 
 #include <algorithm>
 
@@ -279,16 +280,20 @@ std::vector<Vec3f> OffsetsFromCoarse(const MatchSource& source, const PolygonMes
 
 } // namespace
 
-MatchSource::MatchSource(const SurfaceTree& surface, const PolygonMeshView& source)
-    : tree(surface), normals(VertexNormals(source)), isBoundary(BoundaryVertices(*source.topology))
+MatchSource::MatchSource(const PolygonMeshView& source) : tree(source)
 {
+    tbb::parallel_invoke([&] { normals = VertexNormals(source); },
+                         [&] { isBoundary = BoundaryVertices(*source.topology); });
 }
 
-MatchTarget::MatchTarget(const PolygonMeshView& target)
-    : mesh(target), neighbours(VertexNeighbours(*target.topology)),
-      edgeLengths(MeanEdgeLengths(target.positions, neighbours)), normals(VertexNormals(target)),
-      isFolded(target.vertexCount())
+MatchTarget::MatchTarget(const PolygonMeshView& target) : mesh(target), isFolded(target.vertexCount())
 {
+    tbb::parallel_invoke(
+        [&] {
+            neighbours = VertexNeighbours(*target.topology);
+            edgeLengths = MeanEdgeLengths(target.positions, neighbours);
+        },
+        [&] { normals = VertexNormals(target); });
     findFolds();
 }
 

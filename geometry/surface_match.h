@@ -29,12 +29,11 @@ private:
 
 /// A source mesh and what the matching needs to know about it.
 struct MatchSource {
-    const SurfaceTree& tree;
+    SurfaceTree tree;
     std::vector<Vec3f> normals;
     std::vector<bool> isBoundary; ///< of vertices on an edge that only one face uses
 
-    /// @param tree  of the same mesh; must outlive this
-    MatchSource(const SurfaceTree& tree, const PolygonMeshView& source);
+    explicit MatchSource(const PolygonMeshView& source);
 };
 
 /// A place on the source for each target vertex, invalid where none can be trusted.
