@@ -6,11 +6,13 @@
 #include "for_each_index.h"
 #include "geometry/errors.h"
 
+#include <tbb/task_arena.h>
+
 #include <algorithm>
-#include <atomic>
-#include <cstring>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <utility>
 
 namespace geometry {
 
@@ -24,7 +26,119 @@ std::size_t HashOf(base::Span<const SparseRows::Entry> row)
     return hash;
 }
 
-constexpr std::memory_order relaxed = std::memory_order_relaxed;
+/// The entries of rows by source, in the order of the rows.
+class Transposition {
+public:
+    explicit Transposition(const SparseRows& rows)
+        : _rows(rows), _parts(partCount()), _starts(_parts, std::vector<std::uint32_t>(rows.sourceCount())),
+          _offsets(rows.sourceCount() + std::size_t{1})
+    {
+        eachPart([](std::uint32_t& count, std::uint32_t, float) { ++count; });
+        std::uint32_t end = 0;
+        for (std::size_t s = 0; s < rows.sourceCount(); ++s) {
+            for (std::vector<std::uint32_t>& starts : _starts)
+                end += std::exchange(starts[s], end);
+            _offsets[s + 1] = end;
+        }
+        // Not set to zero first: that would take one thread longer than all of them take to fill them.
+        _entries.reset(new SparseRows::Entry[end]);
+        eachPart([this](std::uint32_t& place, std::uint32_t row, float weight) {
+            _entries[place++] = {row, weight};
+        });
+        _starts.clear();
+    }
+
+    base::Span<const SparseRows::Entry> of(std::size_t source) const
+    {
+        return {_entries.get() + _offsets[source], _offsets[source + 1] - _offsets[source]};
+    }
+
+private:
+    /// Each has numbers of its own for all sources.
+    static std::size_t partCount()
+    {
+        constexpr int most = 8;
+        return static_cast<std::size_t>(std::clamp(tbb::this_task_arena::max_concurrency(), 1, most));
+    }
+
+    template <class Visit>
+    void eachPart(const Visit& visit)
+    {
+        tbb::parallel_for(std::size_t{0}, _parts, [&](std::size_t part) {
+            std::uint32_t* const own = _starts[part].data();
+            const std::size_t end = _rows.size() * (part + 1) / _parts;
+            for (std::size_t row = _rows.size() * part / _parts; row < end; ++row) {
+                if (row % 65536 == 0)
+                    base::ThrowIfCancelled();
+                _rows.forEachEntry(row, [&](std::uint32_t source, float weight) {
+                    visit(own[source], static_cast<std::uint32_t>(row), weight);
+                });
+            }
+        });
+    }
+
+    const SparseRows& _rows;
+    std::size_t _parts;
+    std::vector<std::vector<std::uint32_t>> _starts; ///< of each part of the rows by source: where it goes on
+    std::vector<std::uint32_t> _offsets;
+    std::unique_ptr<SparseRows::Entry[]> _entries;
+};
+
+/// Brings entries into one order for all rows, or vertices of the same kind would not have the same pattern:
+/// heavy ones first, equals as they come. There are but few weights.
+class WeightOrder {
+public:
+    void sort(base::Span<const SparseRows::Entry> entries, std::vector<SparseRows::Entry>& sorted)
+    {
+        for (const SparseRows::Entry& entry : entries) {
+            std::size_t k = 0;
+            while (k < _count && _weights[k] != entry.weight)
+                ++k;
+            if (k == most)
+                return sortMany(entries, sorted);
+            if (k == _count) {
+                _weights[_count] = entry.weight;
+                _ends[_count++] = 0;
+            }
+            ++_ends[k];
+        }
+        placeWeights();
+        sorted.resize(entries.size());
+        for (const SparseRows::Entry& entry : entries) {
+            std::size_t k = 0;
+            while (_weights[k] != entry.weight)
+                ++k;
+            sorted[_ends[k]++] = entry;
+        }
+    }
+
+private:
+    static constexpr std::size_t most = 16;
+
+    static void sortMany(base::Span<const SparseRows::Entry> entries, std::vector<SparseRows::Entry>& sorted)
+    {
+        sorted.assign(entries.begin(), entries.end());
+        std::stable_sort(sorted.begin(), sorted.end(),
+                         [](const auto& a, const auto& b) { return a.weight > b.weight; });
+    }
+
+    /// From how many there are of each to where the first of them goes.
+    void placeWeights()
+    {
+        for (std::size_t i = 1; i < _count; ++i)
+            for (std::size_t k = i; k > 0 && _weights[k - 1] < _weights[k]; --k) {
+                std::swap(_weights[k - 1], _weights[k]);
+                std::swap(_ends[k - 1], _ends[k]);
+            }
+        std::uint32_t first = 0;
+        for (std::size_t k = 0; k < _count; ++k)
+            first += std::exchange(_ends[k], first);
+    }
+
+    float _weights[most];
+    std::uint32_t _ends[most];
+    std::size_t _count = 0;
+};
 
 } // namespace
 
@@ -142,30 +256,13 @@ SparseRows JoinRows(std::vector<RowPiece>&& pieces, std::uint32_t sourceCount)
 
 SparseRows SparseRows::transposed() const
 {
-    std::vector<std::atomic<std::uint32_t>> next(_sourceCount);
-    ForEachIndex(_sources.size(), 8192, [&](std::size_t i) { next[_sources[i]].fetch_add(1, relaxed); });
-    std::vector<std::uint32_t> offsets(_sourceCount + std::size_t{1}, 0);
-    for (std::size_t s = 0; s < _sourceCount; ++s) {
-        offsets[s + 1] = offsets[s] + next[s].load(relaxed);
-        next[s].store(offsets[s], relaxed);
-    }
-    // Not set to zero first: that would take one thread longer than all of them take to fill them.
-    std::unique_ptr<Entry[]> entries(new Entry[_sources.size()]);
-    ForEachIndex(size(), 8192, [&](std::size_t row) {
-        forEachEntry(row, [&](std::uint32_t source, float weight) {
-            entries[next[source].fetch_add(1, relaxed)] = {static_cast<std::uint32_t>(row), weight};
-        });
-    });
+    std::optional<Transposition> entries(*this);
     std::vector<RowPiece> pieces = MakePieces(_sourceCount, [&](std::size_t s, auto& row) {
-        row.assign(entries.get() + offsets[s], entries.get() + offsets[s + 1]);
-        // In one order for all, or vertices of the same kind would not have the same pattern.
-        std::sort(row.begin(), row.end(), [](const Entry& a, const Entry& b) {
-            return a.weight != b.weight ? a.weight > b.weight : a.source < b.source;
-        });
+        WeightOrder().sort(entries->of(s), row);
         if (row.empty())
             row.push_back({0, 0.0f});
     });
-    entries.reset();
+    entries.reset(); // as much as what comes now
     return JoinRows(std::move(pieces), static_cast<std::uint32_t>(size()));
 }
 
