@@ -192,9 +192,9 @@ const geometry::PolygonMesh& Pipeline::grafted(const std::vector<DzSkeleton*>& g
 
 void Pipeline::refineGrafted()
 {
-    _grafted->subdivision =
-        FindSubdivision(_grafted->joined.topology, level(),
-                        MeshAccess::boundaryRule(*shape()->getFacetMesh()), _grafted->creases);
+    _grafted->subdivision = FindSubdivision(
+        {_grafted->joined.topology, MeshAccess::boundaryRule(*shape()->getFacetMesh()), _grafted->creases},
+        level());
     std::vector<Vec3f> positions = _grafted->subdivision->refine(_grafted->mesh.positions, 0, level());
     if (!activeDetails().empty()) {
         // The detail counts the figure's own fine vertices.

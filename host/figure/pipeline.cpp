@@ -469,14 +469,17 @@ std::vector<Vec3f> Pipeline::refinedInWorld(const geometry::Subdivision& refinem
 
 std::shared_ptr<const geometry::Subdivision> Pipeline::subdivision(int levels) const
 {
-    const geometry::PolygonMesh& cage = base();
-    if (!_subdivision || _subdivision->levels() < levels || _subdivision->topology(0) != cage.topology) {
-        const DzFacetMesh& mesh = *shape()->getFacetMesh();
-        const MeshExtras* const extras = MeshAccess::extras(mesh);
-        _subdivision = FindSubdivision(cage.topology, levels, MeshAccess::boundaryRule(mesh),
-                                       extras ? extras->creases : std::vector<geometry::Crease>());
-    }
+    if (!_subdivision || _subdivision->levels() < levels || _subdivision->topology(0) != base().topology)
+        _subdivision = FindSubdivision(refinedCage(), levels);
     return _subdivision;
+}
+
+RefinedCage Pipeline::refinedCage() const
+{
+    const DzFacetMesh& mesh = *shape()->getFacetMesh();
+    const MeshExtras* const extras = MeshAccess::extras(mesh);
+    return {base().topology, MeshAccess::boundaryRule(mesh),
+            extras ? extras->creases : std::vector<geometry::Crease>()};
 }
 
 void Pipeline::updateWorld()

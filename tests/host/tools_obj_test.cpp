@@ -19,8 +19,11 @@
 #include "figure/fitting.h"
 #include "figure/mesh_access.h"
 #include "figure/pipeline.h"
+#include "geometry/errors.h"
+#include "openhost/refined_ahead.h"
 #include "tests/host/tools_fixture.h"
 
+#include <optional>
 #include <set>
 #include <sstream>
 
@@ -179,6 +182,66 @@ TEST(WorkMemory, keeps_a_refinement_for_a_later_mesh_of_the_same_topology)
     }
     EXPECT_TRUE(first.expired());
     EXPECT_TRUE(refineAndDelete().expired());
+}
+
+TEST(RefinedAhead, hands_out_what_it_made_as_long_as_it_lives)
+{
+    TestHost().reset();
+    DzNode* const one = AddProp("One", Tube(2));
+    DzNode* const other = AddProp("Other", Tube(3));
+    std::weak_ptr<const geometry::Subdivision> first, second;
+    {
+        const openhost::RefinedAhead ahead({one, other}, 2);
+        first = one->getObject()->pipeline().subdivision(2);
+        second = other->getObject()->pipeline().subdivision(1);
+        EXPECT_EQ(second.lock()->levels(), 2);
+        dzScene->removeNode(one);
+        dzScene->removeNode(other);
+        EXPECT_FALSE(first.expired());
+        EXPECT_FALSE(second.expired());
+    }
+    EXPECT_TRUE(first.expired());
+    EXPECT_TRUE(second.expired());
+}
+
+TEST(RefinedAhead, is_kept_by_the_work_that_uses_it)
+{
+    TestHost().reset();
+    DzNode* const prop = AddProp("Tube", Tube(2));
+    std::optional<openhost::RefinedAhead> ahead(std::in_place, std::vector<const DzNode*>{prop}, 1);
+    std::weak_ptr<const geometry::Subdivision> used;
+    {
+        const DzProgress work(QStringLiteral("Work"));
+        used = prop->getObject()->pipeline().subdivision(1);
+        dzScene->removeNode(prop);
+        ahead.reset();
+        EXPECT_FALSE(used.expired());
+    }
+    EXPECT_TRUE(used.expired());
+}
+
+TEST(RefinedAhead, makes_one_for_nodes_of_one_topology)
+{
+    TestHost().reset();
+    const geometry::PolygonMesh mesh = Tube(2);
+    DzNode* const one = AddProp("One", mesh);
+    DzNode* const other = AddProp("Other", mesh);
+    const openhost::RefinedAhead ahead({one, other}, 1);
+    EXPECT_EQ(one->getObject()->pipeline().subdivision(1), other->getObject()->pipeline().subdivision(1));
+}
+
+TEST(RefinedAhead, leaves_what_cannot_be_refined_to_whoever_needs_it)
+{
+    TestHost().reset();
+    geometry::PolygonMesh points = Tube(2);
+    auto faceless = std::make_shared<geometry::Topology>();
+    faceless->vertexCount = points.topology->vertexCount;
+    points.topology = faceless;
+    DzNode* const prop = AddProp("Points", points);
+    DzNode* const empty = new DzNode;
+    dzScene->addNode(empty);
+    const openhost::RefinedAhead ahead({prop, empty}, 1);
+    EXPECT_THROW(prop->getObject()->pipeline().subdivision(1), geometry::TopologyError);
 }
 
 TEST_F(ObjFiles, scale_is_centimetres_per_file_unit_and_axes_are_those_of_the_scene)

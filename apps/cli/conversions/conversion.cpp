@@ -27,6 +27,7 @@
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
 #include "openhost/missing_shapes.h"
+#include "openhost/refined_ahead.h"
 #include "openhost/registered_transfers.h"
 #include "openhost/shapes.h"
 #include "option_words.h"
@@ -132,9 +133,13 @@ auto WithReasons(const base::Diagnostics& loaded, const Work& work)
     }
 }
 
-GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, const base::Diagnostics& loaded,
-               Progress& progress)
+/// @param level  0 for the base resolution
+GntOutcome Run(DzNode& source, DzNode& target, const GntRequest& request, int level,
+               const base::Diagnostics& loaded, Progress& progress)
 {
+    std::optional<openhost::RefinedAhead> refined;
+    if (level > 0)
+        refined.emplace(std::vector<const DzNode*>{&source, &target}, level);
     const HostStepsAsStages steps(progress);
     return WithReasons(loaded, [&] { return GntConverter::Convert_X(source, target, request); });
 }
@@ -328,7 +333,7 @@ void ConvertChosen(HostSession& session, DzNode& source, DzNode& target, const C
     if (request.registers)
         registered.emplace();
     progress.expect(StepsOf(request, level));
-    const GntOutcome outcome = Run(source, target, request.morphs, session.diagnostics(), progress);
+    const GntOutcome outcome = Run(source, target, request.morphs, level, session.diagnostics(), progress);
     DescribeOutcome(outcome, report);
     report.targetDials = OthersThan(outcome.created, FindDialsUsed(target, {}));
 

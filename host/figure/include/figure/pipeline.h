@@ -31,6 +31,7 @@ namespace openhost {
 class CageModifier;
 struct GraftedMesh;
 struct MeshExtras;
+struct RefinedCage;
 
 /// How a figure's skin is posed at the moment.
 struct SkinPose {
@@ -116,6 +117,7 @@ public:
     SkinPose skinPose() const;
     /// The refinement of the base mesh to at least this level, shared by all objects with the same topology.
     std::shared_ptr<const geometry::Subdivision> subdivision(int levels) const;
+    RefinedCage refinedCage() const; ///< what that is made of
 
 private:
     enum Stage { Morphs, Following, Forming, Skinning, Shaping, Place, Result, StageCount };
