@@ -75,7 +75,7 @@ KeptObjs::~KeptObjs() = default;
 void KeptObjs::write(const fs::path& file, base::Span<const ObjPart> parts,
                      const std::shared_ptr<const Topology>& topology, const ObjWriteOptions& options)
 {
-    constexpr std::size_t most = 4;
+    constexpr std::size_t most = 2; // a conversion goes back no further
     _impl->forget(file);
     if (parts.size() != 1) {
         WriteObj(file, parts, options);

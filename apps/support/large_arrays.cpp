@@ -26,6 +26,9 @@ void TreatLargeArraysWell()
     // subdivision level 3.
     constexpr int kept = 8 << 20;
     mallopt(M_MMAP_THRESHOLD, kept);
+    // Places that each thread takes for itself would not be given to another one when they are free: as much
+    // again.
+    mallopt(M_ARENA_MAX, 1);
 #endif
 }
 
