@@ -10,6 +10,8 @@
 #include "obj_recall.h"
 #include "obj_writer.h"
 
+#include <tbb/parallel_invoke.h>
+
 #include <algorithm>
 #include <list>
 #include <optional>
@@ -54,18 +56,16 @@ struct KeptObjs::Impl {
         kept.remove_if([&](const Kept& one) { return one.file == file; });
     }
 
-    /// The file as it was written; null where it is another one by now.
+    /// The file of that name as it was written; null where it is clearly another one by now.
     const Kept* find(const fs::path& file) const
     {
         const auto found =
             std::find_if(kept.begin(), kept.end(), [&](const Kept& one) { return one.file == file; });
         std::error_code error;
         // The size alone tells most changes; and a pipe can be read but once.
-        if (found == kept.end() || !fs::is_regular_file(file, error) ||
-            fs::file_size(file, error) != found->size)
-            return nullptr;
-        const std::optional<Fingerprint> content = FingerprintOf(file);
-        return content && *content == found->content ? &*found : nullptr;
+        const bool isLikely = found != kept.end() && fs::is_regular_file(file, error) &&
+                              fs::file_size(file, error) == found->size;
+        return isLikely ? &*found : nullptr;
     }
 };
 
@@ -101,11 +101,17 @@ void KeptObjs::write(const fs::path& file, base::Span<const ObjPart> parts,
 
 ObjContent KeptObjs::read(const fs::path& file, const ObjReadOptions& options) const
 {
-    if (const Kept* const kept = _impl->find(file))
-        if (std::optional<ObjContent> content = Recall(kept->written, options)) {
+    if (const Kept* const kept = _impl->find(file)) {
+        std::optional<Fingerprint> content;
+        std::optional<ObjContent> recalled;
+        // As a rule the file is still the same, and what was recalled meanwhile is not in vain.
+        tbb::parallel_invoke([&] { content = FingerprintOf(file); },
+                             [&] { recalled = Recall(kept->written, options); });
+        if (recalled && content && *content == kept->content) {
             ++_impl->recalled;
-            return std::move(*content);
+            return std::move(*recalled);
         }
+    }
     return ReadObj(file, options);
 }
 

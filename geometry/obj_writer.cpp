@@ -13,6 +13,7 @@
 #include <array>
 #include <cassert>
 #include <cmath>
+#include <cstring>
 
 namespace geometry {
 
@@ -54,10 +55,9 @@ public:
 
     void index(std::uint64_t value)
     {
-        char buffer[20];
-        char* const end = buffer + sizeof buffer;
-        const char* const first = whole(end, value);
-        put({first, static_cast<std::size_t>(end - first)});
+        Digits digits;
+        digits.first = whole(digits.first, value);
+        put(digits);
     }
 
     void number(double value)
@@ -70,6 +70,22 @@ public:
     }
 
 private:
+    /// What is written from its end on. The numbers here have fewer characters than are copied, and copying
+    /// always as many takes no call.
+    struct Digits {
+        static constexpr std::size_t most = 24;
+        char text[2 * most];
+        char* first = text + most;
+
+        std::size_t count() const { return static_cast<std::size_t>(text + most - first); }
+    };
+
+    void put(const Digits& digits)
+    {
+        std::memcpy(place(Digits::most), digits.first, Digits::most);
+        _used += digits.count();
+    }
+
     /// Room for so many characters behind the end.
     char* place(std::size_t count)
     {
@@ -98,9 +114,8 @@ private:
 
     void fixed(bool negative, std::uint64_t scaled)
     {
-        char buffer[32];
-        char* const end = buffer + sizeof buffer;
-        char* first = end;
+        Digits digits;
+        char*& first = digits.first;
         std::uint64_t fraction = scaled % _decimal.wholePower();
         int open = _decimal.decimals();
         for (; open >= 2; open -= 2, fraction /= 100)
@@ -112,7 +127,7 @@ private:
         first = whole(first, scaled / _decimal.wholePower());
         if (negative)
             *--first = '-';
-        put({first, static_cast<std::size_t>(end - first)});
+        put(digits);
     }
 
     std::string& _text;
@@ -267,15 +282,16 @@ private:
         const Topology& topology = *part.mesh.topology;
         text.reserve((piece.last - piece.first) * 64);
         TextEnd end(text, 0);
+        const CornerIndices corners = cornersOf(piece.part);
         for (std::size_t f = piece.first; f < piece.last; ++f) {
             formatNames(end, part, f);
             const std::uint32_t first = topology.faceOffsets[f], behind = topology.faceOffsets[f + 1];
             if (!_options.triangulate || behind - first <= 4) {
-                formatFace(end, piece.part, first, first + 1, behind);
+                formatFace(end, corners, first, first + 1, behind);
                 continue;
             }
             for (std::uint32_t c = first + 1; c + 1 < behind; ++c)
-                formatFace(end, piece.part, first, c, c + 2);
+                formatFace(end, corners, first, c, c + 2);
         }
     }
 
@@ -292,31 +308,48 @@ private:
         }
     }
 
+    /// What the corners of a part name; null what they do not.
+    struct CornerIndices {
+        const std::uint32_t *vertices = nullptr, *uvs = nullptr;
+        bool hasNormals = false;
+        Numbering behind; ///< the last of the parts before
+    };
+
+    CornerIndices cornersOf(std::size_t p) const
+    {
+        const ObjPart& part = _parts[p];
+        CornerIndices corners;
+        corners.vertices = part.mesh.topology->cornerVertices.data();
+        if (hasTexCoords(part) && !part.texCoords->cornerIndices.empty())
+            corners.uvs = part.texCoords->cornerIndices.data();
+        corners.hasNormals = hasNormals(part);
+        corners.behind = _bases[p];
+        return corners;
+    }
+
     /// One face of the corner `pivot` and the corners [from, to).
-    void formatFace(TextEnd& end, std::size_t part, std::uint32_t pivot, std::uint32_t from,
-                    std::uint32_t to) const
+    static void formatFace(TextEnd& end, const CornerIndices& corners, std::uint32_t pivot,
+                           std::uint32_t from, std::uint32_t to)
     {
         end.put('f');
-        formatCorner(end, part, pivot);
+        formatCorner(end, corners, pivot);
         for (std::uint32_t c = from; c < to; ++c)
-            formatCorner(end, part, c);
+            formatCorner(end, corners, c);
         end.put('\n');
     }
 
-    void formatCorner(TextEnd& end, std::size_t p, std::uint32_t corner) const
+    static void formatCorner(TextEnd& end, const CornerIndices& corners, std::uint32_t corner)
     {
-        const ObjPart& part = _parts[p];
-        const std::uint32_t vertex = part.mesh.topology->cornerVertices[corner];
+        const std::uint32_t vertex = corners.vertices[corner];
         end.put(' ');
-        end.index(_bases[p].vertices + vertex + 1);
-        const bool withUv = hasTexCoords(part) && !part.texCoords->cornerIndices.empty();
-        if (withUv) {
+        end.index(corners.behind.vertices + vertex + 1);
+        if (corners.uvs) {
             end.put('/');
-            end.index(_bases[p].texCoords + part.texCoords->cornerIndices[corner] + 1);
+            end.index(corners.behind.texCoords + corners.uvs[corner] + 1);
         }
-        if (hasNormals(part)) {
-            end.put(withUv ? "/" : "//");
-            end.index(_bases[p].normals + vertex + 1);
+        if (corners.hasNormals) {
+            end.put(corners.uvs ? "/" : "//");
+            end.index(corners.behind.normals + vertex + 1);
         }
     }
 
