@@ -4,12 +4,10 @@
 #include "level_fit.h"
 
 #include "for_each_index.h"
-#include "geometry/errors.h"
 
-#include <Eigen/SparseCholesky>
 #include <tbb/parallel_reduce.h>
 
-#include <cassert>
+#include <algorithm>
 
 namespace geometry {
 
@@ -17,8 +15,11 @@ namespace {
 
 constexpr double restraint = 1e-6; ///< beside diagonal entries of about one and more
 constexpr int maxSteps = 200;
-/// Beyond this many unknowns the factor costs more time than it saves, and memory besides.
-constexpr std::size_t mostFactorised = 60000;
+/// Least of the eigenvalues of a step's scaled normal matrix beside the largest: where vertices take turns to
+/// lie up and down, which four faces at each do not refine to much.
+constexpr float leastShare = 1.0f / 64.0f;
+/// Each costs as much as the step there and back, which is little beside the finer steps.
+constexpr int inverseIterations = 8;
 
 using Values = std::vector<Vec3f>;
 
@@ -35,80 +36,61 @@ double DotProduct(const Values& a, const Values& b)
         std::plus<>());
 }
 
-/// The rows' products among each other, by source: what they make of each other's weights.
-Eigen::SparseMatrix<float> NormalMatrix(const SparseRows& rows, const SparseRows& transposed)
-{
-    const auto count = static_cast<Eigen::Index>(transposed.size());
-    Eigen::SparseMatrix<float> matrix(count, count);
-    std::vector<double> sums(transposed.size(), 0.0);
-    std::vector<std::uint32_t> met;
-    for (std::size_t column = 0; column < transposed.size(); ++column) {
-        if (column % 4096 == 0)
-            base::ThrowIfCancelled();
-        met.assign(1, static_cast<std::uint32_t>(column));
-        sums[column] = restraint;
-        transposed.forEachEntry(column, [&](std::uint32_t row, float weight) {
-            rows.forEachEntry(row, [&](std::uint32_t source, float other) {
-                if (sums[source] == 0.0)
-                    met.push_back(source);
-                sums[source] += double(weight) * double(other);
-            });
-        });
-        std::sort(met.begin(), met.end());
-        met.erase(std::unique(met.begin(), met.end()), met.end());
-        matrix.startVec(static_cast<Eigen::Index>(column));
-        for (const std::uint32_t source : met) {
-            if (source >= column) // the solver looks at the lower half only
-                matrix.insertBack(static_cast<Eigen::Index>(source), static_cast<Eigen::Index>(column)) =
-                    static_cast<float>(sums[source]);
-            sums[source] = 0.0;
-        }
-    }
-    matrix.finalize();
-    return matrix;
-}
-
 } // namespace
 
-class FitStep::Inverse {
-public:
-    Inverse(const SparseRows& rows, const SparseRows& transposed) : _solver(NormalMatrix(rows, transposed))
-    {
-        if (_solver.info() != Eigen::Success)
-            throw TopologyError("the fit of {} vertices has no solution", transposed.size());
-    }
-
-    void apply(const Values& from, Values& to) const
-    {
-        tbb::parallel_for(0, 3, [&](int axis) {
-            Eigen::VectorXf column(static_cast<Eigen::Index>(from.size()));
-            for (std::size_t v = 0; v < from.size(); ++v)
-                column[static_cast<Eigen::Index>(v)] = from[v][axis];
-            column = _solver.solve(column).eval();
-            for (std::size_t v = 0; v < from.size(); ++v)
-                to[v][axis] = column[static_cast<Eigen::Index>(v)];
-        });
-    }
-
-private:
-    // Half the memory of doubles; conjugate gradients make up for what is lost.
-    Eigen::SimplicialLDLT<Eigen::SparseMatrix<float>> _solver;
-};
-
 FitStep::FitStep(const SparseRows& rows) : _rows(rows), _transposed(rows.transposed()) {}
-FitStep::~FitStep() = default;
 
-const FitStep::Inverse* FitStep::inverse() const
+StepInverse::StepInverse(const FitStep& step, int iterations)
+    : _step(step), _iterations(iterations), _inverseDiagonal(step.gathering().size())
 {
-    if (_transposed.size() > mostFactorised)
-        return nullptr;
-    std::call_once(_isFactorised, [&] { _inverse = std::make_unique<const Inverse>(_rows, _transposed); });
-    return _inverse.get();
+    // The weights of a row add up to 1, so the sum of a source's weights is that of its row in the matrix.
+    for (std::size_t s = 0; s < _inverseDiagonal.size(); ++s) {
+        double sum = restraint, diagonal = restraint;
+        step.gathering().forEachEntry(s, [&](std::uint32_t, float weight) {
+            sum += double(weight);
+            diagonal += double(weight) * double(weight);
+        });
+        _inverseDiagonal[s] = static_cast<float>(1.0 / diagonal);
+        _largest = std::max(_largest, static_cast<float>(sum / diagonal));
+    }
+    for (Values* const values : {&_way, &_image})
+        values->resize(_inverseDiagonal.size());
+    _fine.resize(step.refining().size());
 }
 
-LevelFit::LevelFit(std::vector<std::shared_ptr<const FitStep>> steps) : _steps(std::move(steps))
+void StepInverse::subtractImage()
 {
-    assert(!_steps.empty());
+    _step.refining().apply(base::Span<const Vec3f>(_way), base::Span<Vec3f>(_fine));
+    _step.gathering().apply(base::Span<const Vec3f>(_fine), base::Span<Vec3f>(_image));
+    ForEachIndex(_rest.size(), 4096,
+                 [&](std::size_t v) { _rest[v] -= _image[v] + _way[v] * float(restraint); });
+}
+
+void StepInverse::apply(const Values& from, Values& to)
+{
+    const float center = _largest * (1.0f + leastShare) / 2.0f, reach = _largest * (1.0f - leastShare) / 2.0f;
+    const float first = reach / center;
+    _rest = from;
+    ForEachIndex(from.size(), 4096, [&](std::size_t v) {
+        _way[v] = from[v] * (_inverseDiagonal[v] / center);
+        to[v] = _way[v];
+    });
+    float share = first;
+    for (int i = 1; i < _iterations; ++i) {
+        subtractImage();
+        const float next = 1.0f / (2.0f / first - share);
+        ForEachIndex(from.size(), 4096, [&](std::size_t v) {
+            _way[v] = _way[v] * (next * share) + _rest[v] * (_inverseDiagonal[v] * 2.0f * next / reach);
+            to[v] += _way[v];
+        });
+        share = next;
+    }
+}
+
+LevelFit::LevelFit(std::vector<std::shared_ptr<const FitStep>> steps)
+    : _steps(std::move(steps)), // Of one step alone conjugate gradients make the same without help.
+      _inverse(*_steps.at(0), _steps.size() > 1 ? inverseIterations : 1)
+{
     for (const std::shared_ptr<const FitStep>& step : _steps)
         _values.emplace_back(step->refining().size());
 }
@@ -130,14 +112,6 @@ void LevelFit::applyMatrix(const Values& direction, Values& image)
     ForEachIndex(image.size(), 4096, [&](std::size_t v) { image[v] += direction[v] * float(restraint); });
 }
 
-void LevelFit::precondition(const Values& residual, Values& scaled) const
-{
-    if (const FitStep::Inverse* const inverse = _steps.front()->inverse())
-        inverse->apply(residual, scaled);
-    else
-        scaled = residual;
-}
-
 std::vector<Vec3f> LevelFit::solve(std::vector<Vec3f> misfit, double accuracy)
 {
     const std::size_t count = _steps.front()->gathering().size();
@@ -145,22 +119,25 @@ std::vector<Vec3f> LevelFit::solve(std::vector<Vec3f> misfit, double accuracy)
     Values residual(count), solution(count), scaled(count), image(count);
     gather(residual);
     const double enough = DotProduct(residual, residual) * accuracy * accuracy;
-    precondition(residual, scaled);
+    _inverse.apply(residual, scaled);
     Values direction = scaled;
     double error = DotProduct(residual, scaled);
+    int steps = 0;
     for (int step = 0; step < maxSteps && DotProduct(residual, residual) > enough; ++step) {
+        ++steps;
         applyMatrix(direction, image);
         const auto length = static_cast<float>(error / DotProduct(direction, image));
         ForEachIndex(count, 4096, [&](std::size_t v) {
             solution[v] += direction[v] * length;
             residual[v] -= image[v] * length;
         });
-        precondition(residual, scaled);
+        _inverse.apply(residual, scaled);
         const double next = DotProduct(residual, scaled);
         const auto turn = static_cast<float>(next / error);
         ForEachIndex(count, 4096, [&](std::size_t v) { direction[v] = scaled[v] + direction[v] * turn; });
         error = next;
     }
+    fprintf(stderr, "fit %zu from %zu acc %g: %d\n", count, _values.back().size(), accuracy, steps);
     return solution;
 }
 

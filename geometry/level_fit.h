@@ -7,7 +7,7 @@
 #include "refinement.h"
 
 #include <memory>
-#include <mutex>
+#include <vector>
 
 namespace geometry {
 
@@ -16,21 +16,36 @@ class FitStep {
 public:
     /// @param rows  that make the finer level; must outlive this
     explicit FitStep(const SparseRows& rows);
-    ~FitStep();
 
     const SparseRows& refining() const { return _rows; }
     const SparseRows& gathering() const { return _transposed; }
 
-    /// What multiplies with the inverse of this step's own normal matrix; null where the factor would be too
-    /// large.
-    class Inverse;
-    const Inverse* inverse() const;
-
 private:
     const SparseRows& _rows;
     SparseRows _transposed;
-    mutable std::once_flag _isFactorised;
-    mutable std::unique_ptr<const Inverse> _inverse;
+};
+
+/// About the inverse of the normal matrix of one step, by a fixed number of Chebyshev iterations scaled by
+/// the diagonal (Saad, "Iterative methods for sparse linear systems", 2003, algorithm 12.1): symmetric and
+/// positive definite, as conjugate gradients want it, and without a factor, which would cost more than all
+/// the rest.
+class StepInverse {
+public:
+    /// @param step        must outlive this
+    /// @param iterations  1 or more; 1 is the diagonal alone
+    StepInverse(const FitStep& step, int iterations);
+
+    /// @param from  one per coarse vertex
+    void apply(const std::vector<Vec3f>& from, std::vector<Vec3f>& to);
+
+private:
+    void subtractImage(); ///< of the way from the rest
+
+    const FitStep& _step;
+    int _iterations;
+    std::vector<float> _inverseDiagonal;
+    float _largest = 1.0f; ///< no eigenvalue of the scaled matrix is above
+    std::vector<Vec3f> _rest, _way, _image, _fine;
 };
 
 /// The normal equations of "the refined shape comes closest to the fine one", for a correction of the start.
@@ -42,8 +57,7 @@ public:
     explicit LevelFit(std::vector<std::shared_ptr<const FitStep>> steps);
 
     /// Conjugate gradients. The normal matrix of several steps is near a multiple of the first one's alone,
-    /// as to what it does to waves of any length, so the inverse of that, where there is one, leaves few
-    /// iterations to do.
+    /// as to what it does to waves of any length, so the inverse of that leaves few iterations to do.
     /// @param misfit    one per fine vertex
     /// @param accuracy  of the residual, at which to stop
     /// @return          one per coarse vertex
@@ -54,9 +68,9 @@ private:
 
     void gather(Values& coarse);
     void applyMatrix(const Values& direction, Values& image);
-    void precondition(const Values& residual, Values& scaled) const;
 
     std::vector<std::shared_ptr<const FitStep>> _steps;
+    StepInverse _inverse;
     std::vector<Values> _values; ///< of each step's finer level
 };
 

@@ -109,8 +109,6 @@ struct Subdivision::Impl {
             tbb::parallel_for(first, static_cast<std::size_t>(fine) + 1, [&](std::size_t i) {
                 if (!steps[i])
                     steps[i] = std::make_shared<const FitStep>(levels[i].rows);
-                if (i == first)
-                    steps[i]->inverse(); // now, beside the other levels' work
             });
         });
         return {steps.begin() + coarse + 1, steps.begin() + fine + 1};
