@@ -57,17 +57,21 @@ double DotProduct(const std::vector<Vec3f>& a, const std::vector<Vec3f>& b)
 class HighPass {
 public:
     HighPass(const IndexLists& neighbours, base::Span<const OffsetGoal> goals, int smoothing)
-        : _smoothing(smoothing), _offsets(goals.size() + 1), _low(goals.size()), _next(goals.size())
+        : _smoothing(smoothing), _offsets(goals.size() + 1), _ownWeights(goals.size()), _low(goals.size()),
+          _next(goals.size())
     {
         for (std::size_t v = 0; v < goals.size(); ++v)
             _offsets[v + 1] = _offsets[v] + static_cast<std::uint32_t>(neighbours[v].size());
         _weights.resize(_offsets.back());
         ForVertices(goals.size(), [&](std::size_t v) {
             std::uint32_t entry = _offsets[v];
-            for (const std::uint32_t w : neighbours[v])
-                _weights[entry++] = {
-                    w, 0.5f * std::sqrt(goals[v].weight * goals[w].weight) /
-                           static_cast<float>(std::max(neighbours[v].size(), neighbours[w].size()))};
+            _ownWeights[v] = 1.0f;
+            for (const std::uint32_t w : neighbours[v]) {
+                const float weight = 0.5f * std::sqrt(goals[v].weight * goals[w].weight) /
+                                     static_cast<float>(std::max(neighbours[v].size(), neighbours[w].size()));
+                _weights[entry++] = {w, weight};
+                _ownWeights[v] -= weight;
+            }
         });
     }
 
@@ -86,10 +90,9 @@ public:
 private:
     float averaged(std::size_t v) const
     {
-        const float own = _low[v];
-        float sum = own;
+        float sum = _low[v] * _ownWeights[v];
         for (std::uint32_t entry = _offsets[v]; entry < _offsets[v + 1]; ++entry)
-            sum += (_low[_weights[entry].vertex] - own) * _weights[entry].weight;
+            sum += _low[_weights[entry].vertex] * _weights[entry].weight;
         return sum;
     }
 
@@ -100,7 +103,7 @@ private:
     int _smoothing;
     std::vector<std::uint32_t> _offsets;
     std::vector<Weight> _weights; ///< of the neighbours of each vertex
-    std::vector<float> _low, _next;
+    std::vector<float> _ownWeights, _low, _next;
 };
 
 /// Distances along the goals' normals that are left after the slides; 0 where no goal is known.
@@ -139,7 +142,8 @@ class SlideField::System {
 public:
     System(const SlideField& field, base::Span<const OffsetGoal> goals, const SlideRestraint& restraint)
         : _field(field), _goals(goals), _restraint(restraint),
-          _highPass(field._neighbours, goals, restraint.smoothing), _inverses(field._slides.size())
+          _highPass(field._neighbours, goals, restraint.smoothing), _inverses(field._slides.size()),
+          _pulls(goals.size())
     {
         ForControls(_inverses.size(), [&](std::size_t k) { _inverses[k] = ownBlock(k).inverse(); });
     }
@@ -213,10 +217,13 @@ private:
     std::vector<Vec3f> gathered(std::vector<float>& distances)
     {
         _highPass.apply(distances);
+        ForVertices(distances.size(), [&](std::size_t v) { _pulls[v] = _goals[v].normal * distances[v]; });
         std::vector<Vec3f> result(_inverses.size());
         ForControls(result.size(), [&](std::size_t k) {
+            Vec3f sum;
             for (const Share& share : _field._vertices[k])
-                result[k] += _goals[share.index].normal * (distances[share.index] * share.weight);
+                sum += _pulls[share.index] * share.weight;
+            result[k] = sum;
         });
         return result;
     }
@@ -237,6 +244,7 @@ private:
     const SlideRestraint& _restraint;
     HighPass _highPass;
     std::vector<Eigen::Matrix3d> _inverses;
+    std::vector<Vec3f> _pulls; ///< by vertex; packed, since each is looked at for many control points
 };
 
 SlideField::SlideField(const IndexLists& neighbours, base::Span<const float> edgeLengths)

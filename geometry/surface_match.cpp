@@ -15,6 +15,7 @@
 #include <tbb/parallel_invoke.h>
 
 #include <algorithm>
+#include <optional>
 
 namespace geometry {
 
@@ -80,10 +81,20 @@ public:
     std::vector<Vec3f> findOffsets()
     {
         const std::size_t count = _target.mesh.vertexCount();
-        findAll(std::vector<Vec3f>(count));
-        std::vector<Vec3f> offsets = SmoothOffsets(_target.neighbours, goals(), std::vector<Vec3f>(count));
-        if (count < denseVertexCount || _registers)
-            offsets = followSlide(std::move(offsets));
+        std::optional<SlideField> field;
+        std::vector<Vec3f> offsets;
+        // Placing the control points keeps one thread only.
+        tbb::parallel_invoke(
+            [&] {
+                if (count < denseVertexCount || _registers)
+                    field.emplace(_target.neighbours, _target.edgeLengths);
+            },
+            [&] {
+                findAll(std::vector<Vec3f>(count));
+                offsets = SmoothOffsets(_target.neighbours, goals(), std::vector<Vec3f>(count));
+            });
+        if (field)
+            offsets = followSlide(*field, std::move(offsets));
         carryFolded(offsets);
         return offsets;
     }
@@ -96,10 +107,9 @@ public:
     }
 
 private:
-    std::vector<Vec3f> followSlide(std::vector<Vec3f> offsets)
+    std::vector<Vec3f> followSlide(SlideField& field, std::vector<Vec3f> offsets)
     {
         const SlideRestraint restraint = _registers ? registration : SlideRestraint{};
-        SlideField field(_target.neighbours, _target.edgeLengths);
         for (int round = 0; round < (_registers ? registrationRounds : 1); ++round) {
             findAll(offsets);
             field.improve(goals(), restraint, offsets);
