@@ -4,6 +4,7 @@
 #include "geometry/incidence.h"
 
 #include "for_each_index.h"
+#include "inversion.h"
 
 #include <tbb/parallel_sort.h>
 
@@ -35,44 +36,38 @@ IndexLists Compact(IndexLists lists)
     return lists;
 }
 
-IndexLists ListsWithRoom(const Topology& topology, std::uint32_t perCorner)
+template <class Row>
+IndexLists Inverted(std::size_t rows, std::size_t targets, const Row& row)
 {
+    Inversion inversion(rows, targets, row);
     IndexLists lists;
-    lists.offsets.assign(topology.vertexCount + std::size_t{1}, 0);
-    for (const std::uint32_t vertex : topology.cornerVertices)
-        lists.offsets[vertex + 1] += perCorner;
-    for (std::size_t v = 0; v < topology.vertexCount; ++v)
-        lists.offsets[v + 1] += lists.offsets[v];
-    lists.indices.resize(lists.offsets.back());
+    lists.indices.resize(inversion.size());
+    inversion.fill(lists.indices.data());
+    lists.offsets = inversion.takeOffsets();
     return lists;
 }
 
 /// The other end of each edge at a vertex, once for every face that uses the edge.
 IndexLists EdgeEnds(const Topology& topology)
 {
-    IndexLists lists = ListsWithRoom(topology, 2);
-    std::vector<std::uint32_t> next(lists.offsets.begin(), lists.offsets.end() - 1);
-    for (std::size_t f = 0; f < topology.faceCount(); ++f) {
+    return Inverted(topology.faceCount(), topology.vertexCount, [&](std::size_t f, const auto& visit) {
         const base::Span<const std::uint32_t> face = topology.face(f);
         for (std::size_t c = 0; c < face.size(); ++c) {
             const std::uint32_t a = face[c], b = face[c + 1 == face.size() ? 0 : c + 1];
-            lists.indices[next[a]++] = b;
-            lists.indices[next[b]++] = a;
+            visit(a, b);
+            visit(b, a);
         }
-    }
-    return lists;
+    });
 }
 
 } // namespace
 
 IndexLists VertexFaces(const Topology& topology)
 {
-    IndexLists lists = ListsWithRoom(topology, 1);
-    std::vector<std::uint32_t> next(lists.offsets.begin(), lists.offsets.end() - 1);
-    for (std::size_t f = 0; f < topology.faceCount(); ++f)
+    return Inverted(topology.faceCount(), topology.vertexCount, [&](std::size_t f, const auto& visit) {
         for (const std::uint32_t vertex : topology.face(f))
-            lists.indices[next[vertex]++] = static_cast<std::uint32_t>(f);
-    return lists;
+            visit(vertex, static_cast<std::uint32_t>(f));
+    });
 }
 
 IndexLists VertexNeighbours(const Topology& topology)

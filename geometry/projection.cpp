@@ -5,6 +5,8 @@
 
 #include "for_each_index.h"
 
+#include <tbb/parallel_reduce.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -15,6 +17,19 @@ namespace {
 /// Samples from the picture's corner; farther out, single precision no longer tells neighbouring samples
 /// apart.
 constexpr float farthestCorner = 524288.0f;
+
+/// Of the farthest point.
+float DepthOf(base::Span<const Vec3f> positions, const PictureCamera& camera)
+{
+    return tbb::parallel_reduce(
+        tbb::blocked_range<std::size_t>(0, positions.size(), 16384), -INFINITY,
+        [&](const auto& range, float farthest) {
+            for (std::size_t v = range.begin(); v != range.end(); ++v)
+                farthest = std::max(farthest, Dot(positions[v] - camera.eye, camera.forward));
+            return farthest;
+        },
+        [](float a, float b) { return std::max(a, b); });
+}
 
 } // namespace
 
@@ -46,15 +61,16 @@ struct Projection::Plane {
 };
 
 Projection::Projection(base::Span<const NumberedMesh> meshes, const PictureCamera& camera, SampleGrid grid)
-    : _meshes(meshes), _camera(camera), _grid(grid)
+    : _meshes(meshes), _camera(camera), _grid(grid),
+      _across(camera.right * (1.0f / (camera.halfHeight * grid.aspect()))),
+      _upwards(camera.up * (1.0f / camera.halfHeight))
 {
     if (camera.isPerspective) {
         // So near that it is never missed, and not so near that depths lose their digits.
         constexpr float nearestShare = 1e-4f;
         float farthest = 1.0f;
         for (const NumberedMesh& one : meshes)
-            for (const Vec3f position : one.mesh.positions)
-                farthest = std::max(farthest, Dot(position - camera.eye, camera.forward));
+            farthest = std::max(farthest, DepthOf(one.mesh.positions, camera));
         _nearest = nearestShare * farthest;
     }
     for (const NumberedMesh& one : meshes) {
@@ -68,8 +84,7 @@ Projection::Projection(base::Span<const NumberedMesh> meshes, const PictureCamer
 Vec3f Projection::fromEye(Vec3f point) const
 {
     const Vec3f from = point - _camera.eye;
-    return {Dot(from, _camera.right) / (_camera.halfHeight * _grid.aspect()),
-            Dot(from, _camera.up) / _camera.halfHeight, Dot(from, _camera.forward)};
+    return {Dot(from, _across), Dot(from, _upwards), Dot(from, _camera.forward)};
 }
 
 RasterCorner Projection::place(Vec3f seen) const

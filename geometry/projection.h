@@ -54,7 +54,8 @@ private:
     base::Span<const NumberedMesh> _meshes;
     PictureCamera _camera;
     SampleGrid _grid;
-    float _nearest = 0.0f; ///< cm along the view; what is closer to the eye is cut off
+    Vec3f _across, _upwards; ///< by which a point's way from the eye becomes a share of the picture
+    float _nearest = 0.0f;   ///< cm along the view; what is closer to the eye is cut off
     std::vector<std::vector<RasterCorner>> _corners;
 };
 

@@ -5,13 +5,11 @@
 
 #include "for_each_index.h"
 #include "geometry/errors.h"
-
-#include <tbb/task_arena.h>
+#include "inversion.h"
 
 #include <algorithm>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <utility>
 
 namespace geometry {
@@ -25,64 +23,6 @@ std::size_t HashOf(base::Span<const SparseRows::Entry> row)
         hash = hash * 1000003 + std::hash<float>()(entry.weight);
     return hash;
 }
-
-/// The entries of rows by source, in the order of the rows.
-class Transposition {
-public:
-    explicit Transposition(const SparseRows& rows)
-        : _rows(rows), _parts(partCount()), _starts(_parts, std::vector<std::uint32_t>(rows.sourceCount())),
-          _offsets(rows.sourceCount() + std::size_t{1})
-    {
-        eachPart([](std::uint32_t& count, std::uint32_t, float) { ++count; });
-        std::uint32_t end = 0;
-        for (std::size_t s = 0; s < rows.sourceCount(); ++s) {
-            for (std::vector<std::uint32_t>& starts : _starts)
-                end += std::exchange(starts[s], end);
-            _offsets[s + 1] = end;
-        }
-        // Not set to zero first: that would take one thread longer than all of them take to fill them.
-        _entries.reset(new SparseRows::Entry[end]);
-        eachPart([this](std::uint32_t& place, std::uint32_t row, float weight) {
-            _entries[place++] = {row, weight};
-        });
-        _starts.clear();
-    }
-
-    base::Span<const SparseRows::Entry> of(std::size_t source) const
-    {
-        return {_entries.get() + _offsets[source], _offsets[source + 1] - _offsets[source]};
-    }
-
-private:
-    /// Each has numbers of its own for all sources.
-    static std::size_t partCount()
-    {
-        constexpr int most = 8;
-        return static_cast<std::size_t>(std::clamp(tbb::this_task_arena::max_concurrency(), 1, most));
-    }
-
-    template <class Visit>
-    void eachPart(const Visit& visit)
-    {
-        tbb::parallel_for(std::size_t{0}, _parts, [&](std::size_t part) {
-            std::uint32_t* const own = _starts[part].data();
-            const std::size_t end = _rows.size() * (part + 1) / _parts;
-            for (std::size_t row = _rows.size() * part / _parts; row < end; ++row) {
-                if (row % 65536 == 0)
-                    base::ThrowIfCancelled();
-                _rows.forEachEntry(row, [&](std::uint32_t source, float weight) {
-                    visit(own[source], static_cast<std::uint32_t>(row), weight);
-                });
-            }
-        });
-    }
-
-    const SparseRows& _rows;
-    std::size_t _parts;
-    std::vector<std::vector<std::uint32_t>> _starts; ///< of each part of the rows by source: where it goes on
-    std::vector<std::uint32_t> _offsets;
-    std::unique_ptr<SparseRows::Entry[]> _entries;
-};
 
 /// Brings entries into one order for all rows, or vertices of the same kind would not have the same pattern:
 /// heavy ones first, equals as they come. There are but few weights.
@@ -256,9 +196,18 @@ SparseRows JoinRows(std::vector<RowPiece>&& pieces, std::uint32_t sourceCount)
 
 SparseRows SparseRows::transposed() const
 {
-    std::optional<Transposition> entries(*this);
+    const auto entriesOf = [this](std::size_t row, const auto& visit) {
+        forEachEntry(row, [&](std::uint32_t source, float weight) {
+            visit(source, Entry{static_cast<std::uint32_t>(row), weight});
+        });
+    };
+    Inversion bySource(size(), _sourceCount, entriesOf);
+    // Not set to zero first: that would take one thread longer than all of them take to fill them.
+    std::unique_ptr<Entry[]> entries(new Entry[bySource.size()]);
+    bySource.fill(entries.get());
+    const std::vector<std::uint32_t> offsets = bySource.takeOffsets();
     std::vector<RowPiece> pieces = MakePieces(_sourceCount, [&](std::size_t s, auto& row) {
-        WeightOrder().sort(entries->of(s), row);
+        WeightOrder().sort({entries.get() + offsets[s], offsets[s + 1] - offsets[s]}, row);
         if (row.empty())
             row.push_back({0, 0.0f});
     });

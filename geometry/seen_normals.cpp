@@ -3,32 +3,42 @@
 
 #include "seen_normals.h"
 
+#include "chosen_indices.h"
 #include "for_each_index.h"
 #include "geometry/normals.h"
 
 #include <algorithm>
+#include <atomic>
 
 namespace geometry {
 
 namespace {
 
+/// By vertex; set from several threads.
+using VertexMarks = std::vector<std::atomic<char>>;
+
+void Mark(base::Span<const std::uint32_t> vertices, VertexMarks& marks)
+{
+    for (const std::uint32_t v : vertices)
+        marks[v].store(1, std::memory_order_relaxed);
+}
+
 /// Faces that have a vertex in question. All of its faces are among them, in their order, so that its normal
 /// comes out as that of the whole mesh.
 class Surroundings {
 public:
-    Surroundings(const PolygonMeshView& mesh, const std::vector<char>& isWanted)
-        : _mesh(mesh), _part(mesh.vertexCount(), UINT32_MAX)
+    /// @param isWanted  by vertex
+    Surroundings(const PolygonMeshView& mesh, const VertexMarks& isWanted)
     {
-        std::vector<char> isNear(mesh.faceCount());
-        ForEachIndex(isNear.size(), 8192, [&](std::size_t f) {
+        const std::vector<std::uint32_t> faces = ChosenIndices(mesh.faceCount(), [&](std::size_t f) {
             const base::Span<const std::uint32_t> face = mesh.face(f);
-            isNear[f] =
-                std::any_of(face.begin(), face.end(), [&](std::uint32_t v) { return isWanted[v] != 0; });
+            return std::any_of(face.begin(), face.end(), [&](std::uint32_t v) { return isWanted[v] != 0; });
         });
-        for (std::size_t f = 0; f < isNear.size(); ++f)
-            if (isNear[f])
-                add(mesh.face(f));
-        _topology.vertexCount = static_cast<std::uint32_t>(_whole.size());
+        VertexMarks isUsed(mesh.vertexCount());
+        ForEachIndex(faces.size(), 4096, [&](std::size_t i) { Mark(mesh.face(faces[i]), isUsed); });
+        _whole = ChosenIndices(mesh.vertexCount(), [&](std::size_t v) { return isUsed[v] != 0; });
+        takeVertices(mesh);
+        takeFaces(mesh, faces);
     }
 
     std::vector<Vec3f> normals() const { return VertexNormals({&_topology, _positions}); }
@@ -36,25 +46,34 @@ public:
     const std::vector<std::uint32_t>& vertices() const { return _whole; }
 
 private:
-    void add(base::Span<const std::uint32_t> face)
+    void takeVertices(const PolygonMeshView& mesh)
     {
-        _corners.clear();
-        for (const std::uint32_t v : face) {
-            if (_part[v] == UINT32_MAX) {
-                _part[v] = static_cast<std::uint32_t>(_whole.size());
-                _whole.push_back(v);
-                _positions.push_back(_mesh.positions[v]);
-            }
-            _corners.push_back(_part[v]);
-        }
-        _topology.addFace(_corners);
+        _topology.vertexCount = static_cast<std::uint32_t>(_whole.size());
+        _positions.resize(_whole.size());
+        _part.resize(mesh.vertexCount());
+        ForEachIndex(_whole.size(), 8192, [&](std::size_t v) {
+            _positions[v] = mesh.positions[_whole[v]];
+            _part[_whole[v]] = static_cast<std::uint32_t>(v);
+        });
     }
 
-    const PolygonMeshView& _mesh;
+    void takeFaces(const PolygonMeshView& mesh, const std::vector<std::uint32_t>& faces)
+    {
+        _topology.faceOffsets.resize(faces.size() + 1);
+        for (std::size_t i = 0; i < faces.size(); ++i)
+            _topology.faceOffsets[i + 1] =
+                _topology.faceOffsets[i] + static_cast<std::uint32_t>(mesh.face(faces[i]).size());
+        _topology.cornerVertices.resize(_topology.faceOffsets.back());
+        ForEachIndex(faces.size(), 4096, [&](std::size_t i) {
+            std::uint32_t* corner = _topology.cornerVertices.data() + _topology.faceOffsets[i];
+            for (const std::uint32_t v : mesh.face(faces[i]))
+                *corner++ = _part[v];
+        });
+    }
+
     Topology _topology;
     std::vector<Vec3f> _positions;
     std::vector<std::uint32_t> _part, _whole; ///< numbers of vertices here and there
-    std::vector<std::uint32_t> _corners;
 };
 
 } // namespace
@@ -71,11 +90,11 @@ void SeenNormals::find(const std::vector<char>& isSeen)
 {
     if (_found == Found::All)
         return;
-    std::vector<char> isWanted(_normals.size());
-    for (std::size_t f = 0; f < isSeen.size(); ++f)
+    VertexMarks isWanted(_normals.size());
+    ForEachIndex(isSeen.size(), 8192, [&](std::size_t f) {
         if (isSeen[f])
-            for (const std::uint32_t v : _mesh.face(f))
-                isWanted[v] = 1;
+            Mark(_mesh.face(f), isWanted);
+    });
     const auto count = static_cast<std::size_t>(std::count(isWanted.begin(), isWanted.end(), 1));
     if (count == 0)
         return;
@@ -86,9 +105,10 @@ void SeenNormals::find(const std::vector<char>& isSeen)
     }
     const Surroundings around(_mesh, isWanted);
     const std::vector<Vec3f> found = around.normals();
-    for (std::size_t v = 0; v < found.size(); ++v)
+    ForEachIndex(found.size(), 8192, [&](std::size_t v) {
         if (const std::uint32_t whole = around.vertices()[v]; isWanted[whole])
             _normals[whole] = found[v];
+    });
     _found = Found::Part;
 }
 
