@@ -30,13 +30,19 @@ public:
     /// @param isWanted  by vertex
     Surroundings(const PolygonMeshView& mesh, const VertexMarks& isWanted)
     {
-        const std::vector<std::uint32_t> faces = ChosenIndices(mesh.faceCount(), [&](std::size_t f) {
-            const base::Span<const std::uint32_t> face = mesh.face(f);
-            return std::any_of(face.begin(), face.end(), [&](std::uint32_t v) { return isWanted[v] != 0; });
+        std::vector<char> isNear(mesh.faceCount());
+        ForEachIndex(isNear.size(), 8192, [&](std::size_t f) {
+            char any = 0; // which corner it is no processor can foresee
+            for (const std::uint32_t v : mesh.face(f))
+                any |= isWanted[v].load(std::memory_order_relaxed);
+            isNear[f] = any;
         });
+        const std::vector<std::uint32_t> faces =
+            ChosenIndices(isNear.size(), [&](std::size_t f) { return isNear[f] != 0; });
         VertexMarks isUsed(mesh.vertexCount());
         ForEachIndex(faces.size(), 4096, [&](std::size_t i) { Mark(mesh.face(faces[i]), isUsed); });
-        _whole = ChosenIndices(mesh.vertexCount(), [&](std::size_t v) { return isUsed[v] != 0; });
+        _whole = ChosenIndices(mesh.vertexCount(),
+                               [&](std::size_t v) { return isUsed[v].load(std::memory_order_relaxed) != 0; });
         takeVertices(mesh);
         takeFaces(mesh, faces);
     }
