@@ -122,9 +122,7 @@ std::vector<Vec3f> LevelFit::solve(std::vector<Vec3f> misfit, double accuracy)
     _inverse.apply(residual, scaled);
     Values direction = scaled;
     double error = DotProduct(residual, scaled);
-    int steps = 0;
     for (int step = 0; step < maxSteps && DotProduct(residual, residual) > enough; ++step) {
-        ++steps;
         applyMatrix(direction, image);
         const auto length = static_cast<float>(error / DotProduct(direction, image));
         ForEachIndex(count, 4096, [&](std::size_t v) {
@@ -137,7 +135,6 @@ std::vector<Vec3f> LevelFit::solve(std::vector<Vec3f> misfit, double accuracy)
         ForEachIndex(count, 4096, [&](std::size_t v) { direction[v] = scaled[v] + direction[v] * turn; });
         error = next;
     }
-    fprintf(stderr, "fit %zu from %zu acc %g: %d\n", count, _values.back().size(), accuracy, steps);
     return solution;
 }
 
