@@ -106,6 +106,8 @@ DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
     connect(&_files, SIGNAL(morphsSaved()), &_unsaved, SLOT(update()));
     connect(&_files, SIGNAL(fileUsed(QString)), &_recent, SLOT(note(QString)));
     connect(&_recent, SIGNAL(chosen(QString)), SLOT(openRecent(QString)));
+    // Of a file that comes with the start, the view has its size only then.
+    connect(&_room, SIGNAL(figurePlaced()), &_view, SLOT(frameAll()), Qt::QueuedConnection);
     addActions();
     arrangeDocks();
     updateTitle();
@@ -239,6 +241,7 @@ void DesktopWindow::arrangeMenus()
     for (int i = 0; i < actions.getNumActions(); ++i) {
         _rig.watch(*actions.getAction(i));
         _shapers.watch(*actions.getAction(i));
+        _room.watch(*actions.getAction(i));
     }
     ArrangeMenus(_window, _view, _panes);
 }

@@ -8,6 +8,7 @@
 #include "rig_follower.h"
 #include "scene_files.h"
 #include "shaper_watch.h"
+#include "standing_room.h"
 #include "status_line.h"
 #include "unsaved_notice.h"
 #include "view_menu.h"
@@ -76,6 +77,7 @@ private:
     RecentFilesMenu _recent;
     RigFollower _rig;
     ShaperWatch _shapers;
+    StandingRoom _room;
     ViewMenu _view;
     QMenu _panes;
     StatusLine _status;

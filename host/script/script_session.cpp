@@ -3,6 +3,8 @@
 
 #include "script_session.h"
 
+#include "openhost/script_function.h"
+
 #include "app/guard.h"
 #include "array_guard.h"
 #include "base/spelling.h"
@@ -253,6 +255,11 @@ bool ScriptSession::IsNestedTooDeeply()
 void ScriptSession::StopAll()
 {
     g_stop = 1;
+}
+
+bool IsScriptRunning()
+{
+    return g_running > 0;
 }
 
 } // namespace openhost

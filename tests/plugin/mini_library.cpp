@@ -111,6 +111,7 @@ dson::FigureAsset MakeFigure(const Kind& kind)
     figure.geometry.name = kind.id;
     figure.geometry.mesh = MakeBlob(kind.quadsPerSide);
     figure.nodes.push_back(dson::MakeNode(kind.id, kind.label, "figure"));
+    figure.nodes.back().presentationType = "Actor/Character";
     figure.skin.vertexCount = static_cast<std::uint32_t>(figure.geometry.mesh.vertexCount());
     for (const BoneSpec& spec : boneSpecs) {
         dson::Node bone = dson::MakeNode(spec.name, spec.name, "bone");

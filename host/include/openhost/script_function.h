@@ -23,4 +23,7 @@ void RegisterScriptFunction(const ScriptFunction& function);
 /// The host's own first.
 std::vector<ScriptFunction> ScriptFunctions();
 
+/// Whether what happens now is a script's doing.
+bool IsScriptRunning();
+
 } // namespace openhost

@@ -1,0 +1,52 @@
+// Figures that are loaded one after the other.
+// SPDX-License-Identifier: MIT
+
+#include "tests/desktop/desktop_fixture.h"
+
+#include <dzbox3.h>
+#include <dzfigure.h>
+#include <dzfloatproperty.h>
+#include <dzscene.h>
+#include <dzscript.h>
+
+
+namespace {
+
+class DesktopRoom : public DesktopTest {
+protected:
+    void SetUp() override
+    {
+        DesktopTest::SetUp();
+        start();
+    }
+    static float placeOf(const DzNode& node) { return node.getXPosControl()->getValue(); }
+};
+
+TEST_F(DesktopRoom, a_second_figure_stands_beside_the_first_and_both_are_seen)
+{
+    DzFigure& first = openFigure(sourceFile);
+    EXPECT_EQ(placeOf(first), 0.0f);
+    DzFigure& second = openFigure(targetFile);
+    EXPECT_GT(second.getWSBoundingBox().getMin().m_x, first.getWSBoundingBox().getMax().m_x);
+    DzFigure& third = openFigure(targetFile);
+    EXPECT_GT(third.getWSBoundingBox().getMin().m_x, second.getWSBoundingBox().getMax().m_x);
+}
+
+TEST_F(DesktopRoom, a_figure_with_room_or_a_place_of_its_own_stays)
+{
+    DzFigure& first = openFigure(sourceFile);
+    first.getXPosControl()->setValue(500.0f);
+    EXPECT_EQ(placeOf(openFigure(targetFile)), 0.0f);
+}
+
+TEST_F(DesktopRoom, scripts_find_their_figures_where_they_load_them)
+{
+    openFigure(sourceFile);
+    DzScript script;
+    script.setCode(QStringLiteral("App.getContentMgr().openFile('%1', true);").arg(pathOf(targetFile)));
+    ASSERT_TRUE(script.execute());
+    ASSERT_EQ(dzScene->getNumSkeletons(), 2);
+    EXPECT_EQ(placeOf(*dzScene->getSkeleton(1)), 0.0f);
+}
+
+} // namespace
