@@ -6,6 +6,7 @@
 #include "base/errors.h"
 #include "base/file_set.h"
 #include "base/folder_search.h"
+#include "base/folders.h"
 #include "base/limits.h"
 #include "base/process_mark.h"
 #include "base/reason.h"
@@ -207,6 +208,22 @@ void CheckReplaceable(const fs::path& file)
     // The system lets its administrator write to all files, but a file that is protected is so for a reason.
     if ((present.st_mode & anybodyWrites) == 0 || access(target.c_str(), W_OK) != 0)
         throw IoError("cannot write {}: it is write-protected", file.string());
+}
+
+void CheckWritable(const fs::path& file)
+{
+    CheckReplaceable(file);
+    const fs::path target = Followed(file);
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    std::error_code error;
+    if (!fs::exists(folder, error)) {
+        const std::string lost = DescribeLostLink(file);
+        throw IoError("cannot write {}: {}", file.string(), lost.empty() ? ReasonOf(ENOENT) : lost);
+    }
+    if (!fs::is_directory(folder, error))
+        Fail(file, ENOTDIR);
+    if (access(folder.c_str(), W_OK | X_OK) != 0)
+        Fail(file, errno);
 }
 
 bool IsUnfinishedName(const std::string& name)

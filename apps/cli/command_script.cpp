@@ -6,9 +6,11 @@
 #include "base/cancellation.h"
 #include "base/reason.h"
 #include "command.h"
+#include "dzapp.h"
 #include "dzscript.h"
 #include "host_session.h"
 #include "interrupt.h"
+#include "openhost/diagnostics.h"
 #include "openhost/script_bounds.h"
 #include "options.h"
 #include "report.h"
@@ -81,7 +83,7 @@ QString OwnFolder(const ScriptArguments& arguments)
 }
 
 /// @param typed  what came on standard input, if that is the script
-/// @throws std::runtime_error  the file cannot be read
+/// @throws std::runtime_error  the file cannot be read; the text has the host's reason
 void Load(DzScript& script, const ScriptArguments& arguments, const std::optional<QByteArray>& typed)
 {
     const QString name = QString::fromStdString(NameOf(arguments));
@@ -89,9 +91,11 @@ void Load(DzScript& script, const ScriptArguments& arguments, const std::optiona
         // The toolkit takes a NUL in an array for its end.
         script.setCode(QString::fromUtf8(typed->constData(), typed->size()));
         script.setFilename(name);
-    } else if (!script.loadFromFile(name)) {
-        throw std::runtime_error(fmt::format("{}: the script cannot be read", arguments.file));
+        return;
     }
+    const openhost::DiagnosticsCollector reasons(dzApp->diagnostics());
+    if (!script.loadFromFile(name))
+        throw std::runtime_error(base::ToLine(reasons.all().at(0)));
 }
 
 std::string ErrorOf(const DzScript& script)

@@ -57,8 +57,14 @@ public:
     {
         object = qobject_cast<T*>(value.toQObject());
     }
-    static QScriptValue objectCreateFromScript(QScriptContext*, QScriptEngine* engine)
+    static QScriptValue objectCreateFromScript(QScriptContext* context, QScriptEngine* engine)
     {
+        if (context->argumentCount() > 0) {
+            const QLatin1String name(T::staticMetaObject.className());
+            return context->throwError(
+                QScriptContext::TypeError,
+                QString::fromLatin1("these arguments make no %1; it is new %1()").arg(name));
+        }
         return engine->newQObject(new T, QScriptEngine::ScriptOwnership);
     }
 };

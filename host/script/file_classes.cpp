@@ -115,7 +115,7 @@ bool DzFile::open(int mode)
         if (mode == ReadOnly || (mode == Append && QFileInfo::exists(_name)))
             load();
         if (mode != ReadOnly)
-            base::CheckReplaceable(ToPath(_name));
+            base::CheckWritable(ToPath(_name));
     } catch (const base::Error& error) {
         return fail(QString::fromStdString(error.what()));
     }

@@ -8,8 +8,12 @@
 #include "base/write_bounds.h"
 #include "dzapp.h"
 #include "dzcontentmgr.h"
+#include "openhost/diagnostics.h"
 #include "script_reach.h"
 
+#include <QFileInfo>
+
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -38,6 +42,18 @@ std::vector<std::filesystem::path> FoldersWith(QStringList names)
 
 const base::FolderBounds* g_readable = nullptr;
 
+/// A name that is mistyped would show as a refusal of the right one only.
+void TellIfNoFolder(const QString& name)
+{
+    const QFileInfo folder(name);
+    if (!folder.isDir())
+        Report({base::Severity::Warning,
+                name.toStdString(),
+                {},
+                folder.exists() ? "it is no folder, in which scripts may read and write"
+                                : "there is no such folder, in which scripts may read and write"});
+}
+
 } // namespace
 
 struct ScriptBounds::Impl {
@@ -52,6 +68,7 @@ struct ScriptBounds::Impl {
 void SetScriptRights(const ScriptRights& rights)
 {
     Rights() = rights;
+    std::for_each(rights.folders.begin(), rights.folders.end(), TellIfNoFolder);
 }
 
 ScriptBounds::ScriptBounds() : _impl(new Impl)

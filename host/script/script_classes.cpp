@@ -216,16 +216,16 @@ void RegisterTypes(QScriptEngine& engine)
 QScriptValue Construct(QScriptContext* context, QScriptEngine* engine, void* data)
 {
     const auto& factory = *static_cast<const DzClassFactory*>(data);
+    const auto* const takes = dynamic_cast<const TakesArguments*>(&factory);
+    if (!takes && context->argumentCount() > 0)
+        return RefuseArguments(*context, factory.className(), QString());
     QVariantList arguments;
     for (int i = 0; i < context->argumentCount(); ++i)
         arguments.append(context->argument(i).toVariant());
     QObject* const object =
         arguments.isEmpty() ? factory.createInstance() : factory.createInstance(arguments);
-    const auto* const takes = dynamic_cast<const TakesArguments*>(&factory);
     if (!object && takes)
-        return context->throwError(QScriptContext::TypeError,
-                                   QStringLiteral("these arguments make no %1; it is new %1(%2)")
-                                       .arg(factory.className(), QLatin1String(takes->arguments())));
+        return RefuseArguments(*context, factory.className(), QLatin1String(takes->arguments()));
     if (!object)
         return context->throwError(QStringLiteral("%1 cannot be made").arg(factory.className()));
     ScriptSession::Of(engine).adopt(object);

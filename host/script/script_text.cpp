@@ -4,16 +4,21 @@
 #include "script_text.h"
 
 #include "base/errors.h"
+#include "base/reason.h"
 #include "script_limits.h"
 #include "script_reach.h"
 
-#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
 
 namespace openhost {
 
 QString ReadScript(const QString& name)
 {
     ThrowIfOutOfReach(name.toStdString());
+    if (QFileInfo(name).isDir())
+        throw base::IoError("cannot read {}: {}", name.toStdString(), base::ReasonOf(EISDIR));
     QFile file(name);
     const bool isOpen = file.open(QIODevice::ReadOnly);
     if (isOpen && file.size() > longestScriptFile)

@@ -4,6 +4,7 @@
 #include "script_values.h"
 
 #include "openhost/script_reference.h"
+#include "script_constructors.h"
 
 #include <QScriptEngine>
 
@@ -61,9 +62,7 @@ QScriptValue Refuse(QScriptContext& context, const char* name)
 {
     for (const ScriptValueClass& one : ScriptValueClasses())
         if (one.name == QLatin1String(name))
-            return context.throwError(
-                QScriptContext::TypeError,
-                QStringLiteral("these arguments make no %1; it is new %1(%2)").arg(one.name, one.arguments));
+            return RefuseArguments(context, one.name, one.arguments);
     return QScriptValue();
 }
 

@@ -62,7 +62,7 @@ public:
             return QStringLiteral("undefined");
         if (value.isString())
             return Quoted(value.toString());
-        if (value.isFunction())
+        if (value.isFunction() && !value.isRegExp()) // which can be called as well
             return QStringLiteral("a function");
         if (!NeedsMembers(value))
             return value.toString();

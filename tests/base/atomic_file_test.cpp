@@ -57,6 +57,31 @@ TEST(AtomicFile, replaces_nothing_but_files)
     EXPECT_TRUE(fs::is_character_file("/dev/full"));
 }
 
+TEST(AtomicFile, tells_before_it_is_made_where_it_cannot_be)
+{
+    const ScratchFolder folder;
+    const auto refusal = [](const fs::path& file) -> std::string {
+        try {
+            base::CheckWritable(file);
+            return {};
+        } catch (const base::IoError& error) {
+            return error.what();
+        }
+    };
+    EXPECT_EQ(refusal(folder.path() / "new"), "");
+    EXPECT_EQ(refusal(folder.write("old", "")), "");
+    const fs::path below = folder.path() / "old" / "new", lost = folder.path() / "gone" / "new";
+    EXPECT_EQ(refusal(below), ThatItCannot(below, "Not a directory"));
+    EXPECT_EQ(refusal(lost), ThatItCannot(lost, "No such file or directory"));
+    const fs::path link = folder.path() / "link", nearby = folder.path() / "nearby";
+    fs::create_symlink("gone/new", link);
+    fs::create_symlink("new", nearby);
+    const std::string said = "the link " + link.string() + " leads to gone/new, which is not there";
+    EXPECT_EQ(refusal(link), ThatItCannot(link, said.c_str()));
+    EXPECT_EQ(refusal(nearby), "");
+    EXPECT_FALSE(fs::exists(lost.parent_path()) || fs::exists(folder.path() / "new"));
+}
+
 TEST(AtomicFile, writes_through_links)
 {
     const ScratchFolder folder, elsewhere;

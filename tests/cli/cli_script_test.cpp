@@ -64,7 +64,7 @@ TEST(ScriptCommand, names_the_file_and_the_line_of_an_error)
     ExpectError(RunProgram({"script", file}), 1,
                 file + ", line 2: ReferenceError: Can't find variable: missing.");
     const std::string absent = workspace.path("absent.js");
-    ExpectError(RunProgram({"script", absent}), 1, absent + ": the script cannot be read.");
+    ExpectError(RunProgram({"script", absent}), 1, "Cannot read " + absent + ": No such file or directory.");
 }
 
 TEST(ScriptCommand, ends_a_script_that_takes_too_long)

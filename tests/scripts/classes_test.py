@@ -69,7 +69,8 @@ true (0, 0, 0) to (3, 4, 0) (3, 4, 0) (1.5, 2, 0) (3, 4, 0)
         for made, said in (("DzERCLink()", link), ("DzERCLink(9, new DzFloatProperty('a'))", link), ("DzERCLink(Scene)", link),
                            ("DzERCLink(0, new DzNode())", link), ("DzFile()", "it is new DzFile(name)."),
                            ("DzFile('a', 'b')", "it is new DzFile(name)."), ("DzVec3(1)", "it is new DzVec3(x = 0, y = 0, z = 0)."), ("DzVec3('a', 1, 2)", "it is new DzVec3(x = 0, y = 0, z = 0)."),
-                           ("DzBox3(1, 2)", "it is new DzBox3(min, max)."), ("DzDir('')", "it is new DzDir(name)."),
+                           ("DzBone(5)", "it is new DzBone()."), ("DzNode('a', 'b')", "it is new DzNode()."),
+                           ("DzMorphLoader(null)", "it is new DzMorphLoader()."), ("DzBox3(1, 2)", "it is new DzBox3(min, max)."), ("DzDir('')", "it is new DzDir(name)."),
                            ("DzFloatProperty()", "it is new DzFloatProperty(name, canAnimate = true, isUserProperty = true, defaultValue).")):
             with self.subTest(made):
                 name = made.split("(")[0]

@@ -61,6 +61,31 @@ false {self.content}/old.txt is not open for writing true false
 """)
         self.assertEqual(self.error_of("new DzFile('a').open(7)"), "line 1: RangeError: 7 is no way to open a file.")
 
+    def test_where_nothing_can_be_written_is_told_when_a_file_is_opened(self):
+        os.symlink("gone/new.txt", self.content / "lost.txt")
+        os.symlink("new.txt", self.content / "link.txt")
+        self.write("library/plain", "")
+        self.assertEqual(self.out_of("""
+            ['lost.txt', 'gone/new.txt', 'plain/new.txt'].forEach(function(name) {
+                [DzFile.WriteOnly, DzFile.Append].forEach(function(mode) {
+                    var file = new DzFile(getArguments()[0] + '/' + name);
+                    print(file.open(mode), file.isOpen(), file.error());
+                });
+            });
+            var made = new DzFile(getArguments()[0] + '/link.txt');
+            print(made.open(DzFile.WriteOnly), made.write('x'), made.close());
+            """, self.content), f"""\
+false false cannot write {self.content}/lost.txt: the link {self.content}/lost.txt leads to gone/new.txt, which is not there
+false false cannot write {self.content}/lost.txt: the link {self.content}/lost.txt leads to gone/new.txt, which is not there
+false false cannot write {self.content}/gone/new.txt: No such file or directory
+false false cannot write {self.content}/gone/new.txt: No such file or directory
+false false cannot write {self.content}/plain/new.txt: Not a directory
+false false cannot write {self.content}/plain/new.txt: Not a directory
+true true true
+""")
+        self.assertEqual((self.content / "new.txt").read_text(), "x")
+        self.assertTrue((self.content / "link.txt").is_symlink())
+
     def test_files_and_folders_tell_of_themselves(self):
         self.write("library/sub/b.duf", "12345")
         self.write("library/sub/a.duf", "")
@@ -164,6 +189,22 @@ false {self.content}/old.txt is not open for writing true false
                 print(file.open(DzFile.WriteOnly), file.write('x'), file.close(), file.exists(), new DzFileInfo(name).size());
             });""", named, "--allow-files", named), "beside\ntrue true true true 1\ntrue true true true 1\n")
         self.assertEqual((named / "a.txt").read_text(), "x")
+
+    def test_a_folder_that_is_not_there_is_told(self):
+        plain = self.write("plain", "")
+        for given, said in (("gone", "there is no such folder"), (plain, "it is no folder")):
+            with self.subTest(given):
+                ended = self.run_text("print('ran');", "--allow-files", given)
+                self.assertEqual((ended.returncode, ended.stdout, ended.stderr), (
+                    0, "ran\n", f"gantrel: warning: {given}: {said}, in which scripts may read and write\n"))
+
+    def test_a_folder_is_no_script(self):
+        for given, said in ((self.content, "Is a directory"), ("gone.js", "No such file or directory"),
+                            (f"{self.write('plain', '')}/a.js", "Not a directory")):
+            with self.subTest(given):
+                ended = self.run_script(given)
+                self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
+                                 (1, "", f"gantrel: Cannot read {given}: {said}.\n"))
 
     def test_a_refusal_can_be_caught(self):
         self.assertEqual(self.out_of("try { new DzFile('/etc/passwd').open(); } catch (error) { print('refused'); }"),

@@ -26,6 +26,11 @@ class StatusTest(ScriptCase):
                 ("{toString: function() { return 'by itself'; }}", "by itself."),
                 ("{toString: function() { throw 'twice'; }}", "twice."),
                 ("function() {}", "a function."),
+                ("/a+/gi", "/a+/gi."),
+                ("[/x/, new DzVec3(1, 2, 3)]", "[/x/, (1, 2, 3)]."),
+                ("new Date('never')", "Invalid Date."),
+                ("new Array(1, 'b')", '[1, "b"].'),
+                ("new Object()", "{}."),
                 ("{a: {b: {c: {d: {}}}}}", '{"a": {"b": {"c": {"d": ...}}}}.')):
             with self.subTest(thrown):
                 self.assertEqual(self.error_of(f"var a;\n\nthrow {thrown};"), "line 3: " + shown)

@@ -67,6 +67,9 @@ void WriteFileAtomically(const std::filesystem::path& file, std::string_view con
 /// something to write.
 /// @throws IoError  as AtomicFile's constructor
 void CheckReplaceable(const std::filesystem::path& file);
+/// That an AtomicFile could be made now: the same, and where nothing is yet, its folder takes new files.
+/// @throws IoError  as above
+void CheckWritable(const std::filesystem::path& file);
 
 /// Whether a file of the name may be an unfinished one.
 bool IsUnfinishedName(const std::string& name);

@@ -16,7 +16,8 @@ struct ScriptRights {
     QStringList toRead;     ///< files may be read below these too
 };
 
-/// What all scripts may that users run; nothing more at first.
+/// What all scripts may that users run; nothing more at first. Of its folders to write in, those that are not
+/// there are told.
 void SetScriptRights(const ScriptRights& rights);
 
 /// As long as it lives, the host writes files below the folders only that it has as content directories when
