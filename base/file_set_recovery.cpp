@@ -4,6 +4,7 @@
 #include "file_set_recovery.h"
 
 #include "base/atomic_file.h"
+#include "base/counted.h"
 #include "base/errors.h"
 #include "base/file_set.h"
 #include "base/reason.h"
@@ -97,11 +98,10 @@ void Tell(const LeftSet& set, const Tally& tally, FinishedSets& left)
     };
     if (tally.done > 0)
         tell(fmt::format("a save was interrupted here and is finished now: {} changed",
-                         tally.done == 1 ? "1 file has" : fmt::format("{} files have", tally.done)));
+                         Counted(tally.done, "file has", "files have")));
     if (tally.others > 0)
         tell(fmt::format("{} than an interrupted save knew and {} as {}, such as {}",
-                         tally.others == 1 ? "1 file is another"
-                                           : fmt::format("{} files are others", tally.others),
+                         Counted(tally.others, "file is another", "files are others"),
                          tally.others == 1 ? "stays" : "stay", tally.others == 1 ? "it is" : "they are",
                          tally.example.string()));
 }

@@ -5,6 +5,7 @@
 
 #include "base/ascii.h"
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "base/errors.h"
 #include "base/file_set.h"
 #include "dson/reader.h"
@@ -150,7 +151,7 @@ std::vector<Vec3f> ReadMorphDeltas(const std::filesystem::path& file, const std:
     std::vector<Vec3f> deltas = std::move(geometry::ReadObj(file, options).mesh.positions);
     if (deltas.size() != neutral.size())
         throw base::FormatError("{}: has {} but the neutral mesh has {}", file.string(),
-                                dson::Counted(deltas.size(), "vertex", "vertices"), neutral.size());
+                                base::Counted(deltas.size(), "vertex", "vertices"), neutral.size());
     for (std::size_t v = 0; v < deltas.size(); ++v)
         deltas[v] -= neutral[v];
     return deltas;

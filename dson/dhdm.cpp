@@ -3,6 +3,7 @@
 
 #include "dson/dhdm.h"
 
+#include "base/counted.h"
 #include "base/errors.h"
 #include "dson/limits.h"
 
@@ -118,7 +119,8 @@ public:
         for (std::uint32_t i = 0; i < count; ++i)
             detail.levels.push_back(level(static_cast<int>(i) + 1));
         if (_reader.remaining() > 0)
-            throw base::FormatError("{}: {} bytes follow behind the last level", _name, _reader.remaining());
+            throw base::FormatError("{}: {} behind the last level", _name,
+                                    base::Counted(_reader.remaining(), "byte follows", "bytes follow"));
         return detail;
     }
 
@@ -127,8 +129,8 @@ private:
     {
         const std::uint32_t faces = _reader.take<std::uint32_t>(), number = _reader.take<std::uint32_t>();
         if (faces != _cage.faceCount())
-            throw base::FormatError("{}: is for {} faces but the figure has {}", _name, faces,
-                                    _cage.faceCount());
+            throw base::FormatError("{}: is for {} but the figure has {}", _name,
+                                    base::Counted(faces, "face", "faces"), _cage.faceCount());
         const double finest = static_cast<double>(_cage.cornerCount()) * std::pow(4.0, expected);
         if (number != static_cast<std::uint32_t>(expected) || expected > deepestDetailLevel ||
             finest > 4294967295.0)
@@ -143,8 +145,8 @@ private:
         while (result.size() < edits)
             face(expected, edits, result);
         if (_reader.position() - start != size)
-            throw base::FormatError("{}: level {} has {} bytes instead of {}", _name, expected,
-                                    _reader.position() - start, size);
+            throw base::FormatError("{}: level {} has {} instead of {}", _name, expected,
+                                    base::Counted(_reader.position() - start, "byte", "bytes"), size);
         Sort(result);
         return result;
     }
@@ -153,7 +155,8 @@ private:
     {
         const std::uint32_t index = _reader.take<std::uint32_t>(), count = _reader.take<std::uint32_t>();
         if (index >= _cage.faceCount() || count == 0 || count > edits - result.size())
-            throw base::FormatError("{}: level {} holds {} edits of face {}", _name, level, count, index);
+            throw base::FormatError("{}: level {} holds {} of face {}", _name, level,
+                                    base::Counted(count, "edit", "edits"), index);
         for (std::uint32_t i = 0; i < count; ++i) {
             Vec3f offset;
             offset.x = _reader.take<float>();

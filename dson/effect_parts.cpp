@@ -1,6 +1,7 @@
 // Turning the members of a DSON file into values: modifiers that are neither morphs nor dials.
 // SPDX-License-Identifier: MIT
 
+#include "base/counted.h"
 #include "channel_parts.h"
 #include "json_rows.h"
 #include "parts.h"
@@ -145,8 +146,9 @@ std::vector<std::array<double, 2>> Knots(const Element& extra, const std::string
             ++strange;
     });
     if (strange > 0)
-        context.warn(id, fmt::format("{} not a distance and a strength and left out",
-                                     Counted(strange, "row of its falloff is", "rows of its falloff are")));
+        context.warn(id,
+                     fmt::format("{} not a distance and a strength and left out",
+                                 base::Counted(strange, "row of its falloff is", "rows of its falloff are")));
     return knots;
 }
 

@@ -4,6 +4,7 @@
 #include "emit.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "base/errors.h"
 #include "dson/uri.h"
 #include "kept_parts.h"
@@ -268,7 +269,8 @@ Json EmitFormulas(const std::vector<Formula>& formulas)
 Json EmitWeights(const std::vector<std::uint32_t>& vertices, const std::vector<float>& weights)
 {
     if (vertices.size() != weights.size())
-        throw base::FormatError("weight map has {} vertices but {} weights", vertices.size(), weights.size());
+        throw base::FormatError("weight map has {} but {}", base::CountedVertices(vertices.size()),
+                                base::Counted(weights.size(), "weight", "weights"));
     Json rows = Json::array();
     for (std::size_t i = 0; i < vertices.size(); ++i)
         rows.push_back(Json::array({vertices[i], Finite(weights[i], "weight", i)}));

@@ -1,6 +1,7 @@
 // Turning the members of a DSON file into values: faces.
 // SPDX-License-Identifier: MIT
 
+#include "base/counted.h"
 #include "json_rows.h"
 #include "parts.h"
 
@@ -32,8 +33,8 @@ struct FaceOddities {
     {
         const auto say = [&](const FaceTally& tally, const char* one, const char* many, const char* what) {
             if (tally.count > 0)
-                context.warn(id, fmt::format("{} {}: the first is {}", Counted(tally.count, one, many), what,
-                                             tally.first));
+                context.warn(id, fmt::format("{} {}: the first is {}", base::Counted(tally.count, one, many),
+                                             what, tally.first));
         };
         say(leftOut, "face is", "faces are",
             "not two labels and three corners that the mesh has, and left out");

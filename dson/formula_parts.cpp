@@ -1,6 +1,7 @@
 // Turning the members of a DSON file into values: formulas.
 // SPDX-License-Identifier: MIT
 
+#include "base/counted.h"
 #include "parts.h"
 
 #include <map>
@@ -91,7 +92,7 @@ struct FormulaOddities {
                                      strange, example));
         const auto say = [&](std::size_t count, const char* one, const char* many) {
             if (count > 0)
-                context.warn(id, Counted(count, one, many));
+                context.warn(id, base::Counted(count, one, many));
         };
         say(unknownStages, "formula is of an unknown stage and added",
             "formulas are of an unknown stage and added");

@@ -1,6 +1,7 @@
 // Turning the members of a DSON file into values: grafts.
 // SPDX-License-Identifier: MIT
 
+#include "base/counted.h"
 #include "json_rows.h"
 #include "parts.h"
 
@@ -51,7 +52,7 @@ geometry::Graft ParseGraft(const Element& json, const std::string& id, ParseCont
     });
     if (strange > 0)
         context.warn(id, fmt::format("{} of the graft that are no numbers of vertices or faces, left out",
-                                     Counted(strange, "entry", "entries")));
+                                     base::Counted(strange, "entry", "entries")));
     if (graft.vertexPairs.empty() && !graft.hiddenFaces.empty())
         context.warn(id, "has a graft that hides faces but joins no vertices; nothing is hidden");
     return graft;

@@ -1,6 +1,7 @@
 // Turning the members of a DSON file into values: the large numeric lists.
 // SPDX-License-Identifier: MIT
 
+#include "base/counted.h"
 #include "base/errors.h"
 #include "dson/uri.h"
 #include "geometry/limits.h"
@@ -36,7 +37,7 @@ struct FarVertices {
     {
         if (count > 0)
             context.warn(id, fmt::format("{} farther than {:g} cm, which is nothing real: the first is {}",
-                                         Counted(count, one, many), geometry::farthestPosition, first));
+                                         base::Counted(count, one, many), geometry::farthestPosition, first));
     }
 };
 
@@ -59,10 +60,10 @@ std::vector<Vec3f> ParsePositions(const Element& json, const std::string& id, Pa
     far.tell(id, "vertex lies", "vertices lie", context);
     if (spoilt > 0)
         context.warn(id, fmt::format("{} with coordinates that are no numbers, taken as 0: the first is {}",
-                                     Counted(spoilt, "vertex", "vertices"), first));
+                                     base::Counted(spoilt, "vertex", "vertices"), first));
     if (uneven > 0)
         context.warn(id, fmt::format("{} not three numbers, what lacks taken as 0: the first is {}",
-                                     Counted(uneven, "vertex is", "vertices are"), firstUneven));
+                                     base::Counted(uneven, "vertex is", "vertices are"), firstUneven));
     return positions;
 }
 
@@ -106,7 +107,7 @@ std::vector<geometry::Crease> ParseCreases(const Element& json, const std::strin
     });
     if (strange > 0)
         context.warn(id, fmt::format("{} not two vertices of the mesh and a sharpness and left out",
-                                     Counted(strange, "crease is", "creases are")));
+                                     base::Counted(strange, "crease is", "creases are")));
     return creases;
 }
 
@@ -132,7 +133,7 @@ void SortDeltas(geometry::SparseDeltas& deltas, const std::string& id, ParseCont
     }
     if (sorted.size() != deltas.size())
         context.warn(id, fmt::format("{} replaced by later ones of the same vertices",
-                                     Counted(deltas.size() - sorted.size(), "delta is", "deltas are")));
+                                     base::Counted(deltas.size() - sorted.size(), "delta is", "deltas are")));
     deltas = std::move(sorted);
 }
 
@@ -190,10 +191,10 @@ geometry::SparseDeltas ParseDeltas(const Element& morph, const std::string& id, 
     far.tell(id, "vertex is moved", "vertices are moved", context);
     if (strange > 0)
         context.warn(id, fmt::format("{} not four numbers and left out",
-                                     Counted(strange, "row of deltas is", "rows of deltas are")));
+                                     base::Counted(strange, "row of deltas is", "rows of deltas are")));
     if (outside > 0)
         context.warn(id, fmt::format("{} of vertices that the mesh does not have and left out",
-                                     Counted(outside, "delta is", "deltas are")));
+                                     base::Counted(outside, "delta is", "deltas are")));
     SortDeltas(result, id, context);
     return result;
 }

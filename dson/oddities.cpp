@@ -3,6 +3,7 @@
 
 #include "oddities.h"
 
+#include "base/counted.h"
 #include "dson/reader.h"
 #include "lenient_json.h"
 
@@ -41,7 +42,7 @@ constexpr Wording wordings[] = {
 
 std::string Phrase(const Wording& wording, std::size_t count, const TextPlace& place)
 {
-    return fmt::format("has {}, {}: {}line {}, column {}", Counted(count, wording.one, wording.many),
+    return fmt::format("has {}, {}: {}line {}, column {}", base::Counted(count, wording.one, wording.many),
                        wording.done, count == 1 ? "" : "the first at ", place.line, place.column);
 }
 

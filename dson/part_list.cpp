@@ -4,6 +4,7 @@
 #include "part_list.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "dson/reader.h"
 
 #include <algorithm>
@@ -106,7 +107,7 @@ std::vector<std::string> OddLists::phrases() const
     for (std::size_t kind = 0; kind < _tallies.size(); ++kind)
         if (const Tally& tally = _tallies[kind]; tally.count > 0)
             phrases.push_back(fmt::format("{}: {}",
-                                          Counted(tally.count, wordings[kind].one, wordings[kind].many),
+                                          base::Counted(tally.count, wordings[kind].one, wordings[kind].many),
                                           fmt::join(tally.names, ", ")));
     return phrases;
 }

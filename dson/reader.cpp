@@ -3,6 +3,7 @@
 
 #include "dson/reader.h"
 
+#include "base/counted.h"
 #include "base/errors.h"
 #include "dson/file_text.h"
 #include "dson/uri.h"
@@ -110,9 +111,9 @@ void TellNameless(const Document& document, ParseContext& context)
     const auto count = std::count_if(document.modifiers.begin(), document.modifiers.end(),
                                      [](const Modifier& modifier) { return modifier.name.empty(); });
     if (count > 0)
-        context.warn({}, Counted(static_cast<std::size_t>(count),
-                                 "modifier has neither id nor name and is left out",
-                                 "modifiers have neither id nor name and are left out"));
+        context.warn({}, base::Counted(static_cast<std::size_t>(count),
+                                       "modifier has neither id nor name and is left out",
+                                       "modifiers have neither id nor name and are left out"));
 }
 
 /// Counts the ids of one library that an earlier part has already.
@@ -136,12 +137,12 @@ void CheckIds(const Document& document, ParseContext& context)
     CountRepeated(document.modifiers, count, example);
     if (count > 0)
         context.warn({}, fmt::format("{} given more than once, such as {}; the first counts",
-                                     Counted(count, "id is", "ids are"), example));
+                                     base::Counted(count, "id is", "ids are"), example));
     count = 0;
     CountRepeated(document.nodeInstances, count, example);
     if (count > 0)
         context.warn({}, fmt::format("{} given more than once, such as {}; what names {} means the first",
-                                     Counted(count, "id of a node is", "ids of nodes are"), example,
+                                     base::Counted(count, "id of a node is", "ids of nodes are"), example,
                                      count == 1 ? "it" : "them"));
 }
 
@@ -166,8 +167,8 @@ std::size_t CountProjections(const Element& scene)
 
 std::string CountedScripts(const std::vector<std::string>& scripts)
 {
-    return fmt::format("{} to be run after loading, such as {}", Counted(scripts.size(), "script", "scripts"),
-                       scripts.front());
+    return fmt::format("{} to be run after loading, such as {}",
+                       base::Counted(scripts.size(), "script", "scripts"), scripts.front());
 }
 
 /// Parts that have no bearing on shapes and poses.
@@ -175,12 +176,12 @@ std::string CountedScripts(const std::vector<std::string>& scripts)
 void NoteLeftOut(const Element& scene, Document& document, std::vector<std::string>& idle)
 {
     if (const std::size_t count = CountItems(scene, "materials"))
-        idle.push_back(Counted(count, "material", "materials"));
+        idle.push_back(base::Counted(count, "material", "materials"));
     if (const std::size_t count = CountItems(scene, "uvs"))
-        idle.push_back(Counted(count, "UV set", "UV sets"));
+        idle.push_back(base::Counted(count, "UV set", "UV sets"));
     if (const std::size_t count = CountProjections(scene))
-        idle.push_back(Counted(count, "choice of how a follower takes shapes over",
-                               "choices of how followers take shapes over"));
+        idle.push_back(base::Counted(count, "choice of how a follower takes shapes over",
+                                     "choices of how followers take shapes over"));
     const std::vector<std::string> besideAddOns = CollectScripts(scene, true);
     const std::vector<std::string> scripts = CollectScripts(scene, false);
     if (!besideAddOns.empty())
@@ -224,8 +225,8 @@ void TellUnkept(const Element& root, const Element& scene, ParseContext& context
             count += CountUnkept(json);
     if (count > 0)
         context.warn({}, fmt::format("{} more than is read, which saving will leave out",
-                                     Counted(count, "formula, joint or list of deltas holds",
-                                             "formulas, joints or lists of deltas hold")));
+                                     base::Counted(count, "formula, joint or list of deltas holds",
+                                                   "formulas, joints or lists of deltas hold")));
 }
 
 void ReadAnimations(const Element& scene, bool isKept, Document& document, ParseContext& context,
@@ -244,10 +245,11 @@ void ReadAnimations(const Element& scene, bool isKept, Document& document, Parse
         document.animations.push_back(std::move(*animation));
     }
     if (strangeKeys > 0)
-        context.warn({}, fmt::format("{} not a time and a number and left out",
-                                     Counted(strangeKeys, "key of animations is", "keys of animations are")));
+        context.warn(
+            {}, fmt::format("{} not a time and a number and left out",
+                            base::Counted(strangeKeys, "key of animations is", "keys of animations are")));
     if (strange > 0)
-        idle.push_back(Counted(strange, "value that is no number", "values that are no numbers"));
+        idle.push_back(base::Counted(strange, "value that is no number", "values that are no numbers"));
 }
 
 /// What it has beside nodes is kept where it is no preset for others.
@@ -284,11 +286,6 @@ void TellOfLists(const ParsedText& text, ParseContext& context)
 }
 
 } // namespace
-
-std::string Counted(std::size_t count, const char* one, const char* many)
-{
-    return fmt::format("{} {}", count, count == 1 ? one : many);
-}
 
 Document ReadDocument(const std::filesystem::path& file, const ReadOptions& options)
 {

@@ -3,6 +3,7 @@
 
 #include "reading_tally.h"
 
+#include "base/counted.h"
 #include "parts.h"
 
 #include <charconv>
@@ -72,7 +73,7 @@ void ReadingTally::tell(ParseContext& context) const
 {
     if (_texts.count > 0)
         context.warn({}, fmt::format("has {} as texts, read as what they say, such as \"{}\"",
-                                     Counted(_texts.count, "number", "numbers"), _texts.example));
+                                     base::Counted(_texts.count, "number", "numbers"), _texts.example));
     tellSpoilt(context);
     if (!_noLists.empty())
         context.warn(
@@ -88,10 +89,11 @@ void ReadingTally::tellSpoilt(ParseContext& context) const
     std::string example = _spoilt.example.empty() ? std::string() : ", such as of " + _spoilt.example;
     if (_spoilt.count > 1 && !example.empty() && !_spoilt.part.empty())
         example += " of " + _spoilt.part;
-    context.warn(_spoilt.count == 1 ? _spoilt.part : std::string(),
-                 fmt::format("has {}, not taken over{}",
-                             Counted(_spoilt.count, "value that is no number", "values that are no numbers"),
-                             example));
+    context.warn(
+        _spoilt.count == 1 ? _spoilt.part : std::string(),
+        fmt::format("has {}, not taken over{}",
+                    base::Counted(_spoilt.count, "value that is no number", "values that are no numbers"),
+                    example));
 }
 
 std::optional<double> NumberInText(std::string_view text)

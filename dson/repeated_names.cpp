@@ -4,6 +4,7 @@
 #include "repeated_names.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "dson/reader.h"
 #include "lenient_json.h"
 
@@ -105,8 +106,8 @@ std::string RepeatedNames::phrase(std::string_view text) const
     std::vector<std::string> places;
     for (const Repeated& repeated : _first)
         places.push_back(fmt::format("\"{}\" in line {}", repeated.name, PlaceOf(text, repeated.at).line));
-    return fmt::format("has {} more than once; the first counts: {}", Counted(_count, "member", "members"),
-                       fmt::join(places, ", "));
+    return fmt::format("has {} more than once; the first counts: {}",
+                       base::Counted(_count, "member", "members"), fmt::join(places, ", "));
 }
 
 bool HasRepeatedNames(const Element& element)

@@ -1,6 +1,7 @@
 // Turning the members of a DSON file into values: skins.
 // SPDX-License-Identifier: MIT
 
+#include "base/counted.h"
 #include "dson/uri.h"
 #include "json_rows.h"
 #include "kept_parts.h"
@@ -139,7 +140,7 @@ void SettleTurning(SkinBinding& binding, const AxisCounts& counts, ParseContext&
 {
     const auto warn = [&](std::size_t joints, const char* singular, const char* plural, const char* then) {
         if (joints > 0)
-            context.warn(binding.id, fmt::format("{} {}", Counted(joints, singular, plural), then));
+            context.warn(binding.id, fmt::format("{} {}", base::Counted(joints, singular, plural), then));
     };
     using Turning = SkinBinding::Turning;
     if (counts.with == 0)
@@ -164,9 +165,9 @@ std::uint32_t BoundVertices(std::uint32_t said, const SkinDefinition& definition
             continue;
         const auto present = static_cast<std::uint32_t>(geometry.mesh.vertexCount());
         if (said != 0 && said != present)
-            context.warn(
-                definition.binding.id,
-                fmt::format("is for {} vertices but its mesh has {}; what fits is used", said, present));
+            context.warn(definition.binding.id,
+                         fmt::format("is for {} but its mesh has {}; what fits is used",
+                                     base::CountedVertices(said), present));
         return present;
     }
     return said;

@@ -3,6 +3,7 @@
 
 #include "uv.h"
 
+#include "base/counted.h"
 #include "base/errors.h"
 #include "json_rows.h"
 
@@ -51,9 +52,9 @@ UvSet ParseUvSet(const Element& json, ParseContext& context)
         set.values.push_back({static_cast<float>(uv[0]), static_cast<float>(uv[1])});
     });
     if (spoilt > 0)
-        context.warn(set.id,
-                     fmt::format("{}, taken as 0", Counted(spoilt, "texture coordinate that is no numbers",
-                                                           "texture coordinates that are no numbers")));
+        context.warn(set.id, fmt::format("{}, taken as 0",
+                                         base::Counted(spoilt, "texture coordinate that is no numbers",
+                                                       "texture coordinates that are no numbers")));
     ForEachValue(json, "polygon_vertex_indices", [&](const Element& row) {
         double n[3];
         if (ReadRow(row, n, 3) == 3 && std::all_of(n, n + 3, [](double x) { return IsIndex(x, unlimited); }))
@@ -64,7 +65,7 @@ UvSet ParseUvSet(const Element& json, ParseContext& context)
     });
     if (broken > 0)
         context.warn(set.id, fmt::format("{} not a face, a vertex and a coordinate and left out",
-                                         Counted(broken, "corner is", "corners are")));
+                                         base::Counted(broken, "corner is", "corners are")));
     return set;
 }
 
@@ -89,8 +90,8 @@ TexCoords CornersOf(const UvSet& set, const geometry::Topology& topology,
         strange += !isCorner;
     }
     if (strange > 0)
-        context.warn(set.id, Counted(strange, "corner of the UV set is not there and left out",
-                                     "corners of the UV set are not there and left out"));
+        context.warn(set.id, base::Counted(strange, "corner of the UV set is not there and left out",
+                                           "corners of the UV set are not there and left out"));
     const bool isWhole = std::all_of(result.cornerIndices.begin(), result.cornerIndices.end(),
                                      [&](std::uint32_t index) { return index < set.values.size(); });
     if (isWhole)
@@ -123,8 +124,8 @@ std::vector<std::vector<std::uint32_t>> ParsePolylines(const Element& json, std:
     });
     if (broken > 0)
         context.warn(Text(json, "id"),
-                     Counted(broken, "line names vertices that are not there and is left out",
-                             "lines name vertices that are not there and are left out"));
+                     base::Counted(broken, "line names vertices that are not there and is left out",
+                                   "lines name vertices that are not there and are left out"));
     return lines;
 }
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/counted.h"
 #include "parts.h"
 
 #include <algorithm>
@@ -30,13 +31,13 @@ struct WeightLosses {
     {
         if (rows > 0)
             context.warn(owner, fmt::format("{} not two numbers and left out",
-                                            Counted(rows, "row of weights is", "rows of weights are")));
+                                            base::Counted(rows, "row of weights is", "rows of weights are")));
         if (vertices > 0)
             context.warn(owner, fmt::format("{} of vertices that the mesh does not have and left out",
-                                            Counted(vertices, "weight is", "weights are")));
+                                            base::Counted(vertices, "weight is", "weights are")));
         if (beyond > 0)
             context.warn(owner, fmt::format("{} not between 0 and 1 and taken as the nearer of them",
-                                            Counted(beyond, "weight is", "weights are")));
+                                            base::Counted(beyond, "weight is", "weights are")));
     }
 };
 

@@ -3,6 +3,7 @@
 
 #include "catmark_refiner.h"
 
+#include "base/counted.h"
 #include "geometry/errors.h"
 #include "geometry/limits.h"
 
@@ -60,8 +61,9 @@ struct CreaseLists {
         }
         for (const Crease& crease : creases) {
             if (crease.a >= cage.vertexCount || crease.b >= cage.vertexCount)
-                throw TopologyError("a crease names vertex {} but only {} are defined",
-                                    std::max(crease.a, crease.b), cage.vertexCount);
+                throw TopologyError("a crease names vertex {} but only {} defined",
+                                    std::max(crease.a, crease.b),
+                                    base::Counted(cage.vertexCount, "is", "are"));
             if (edges.count(KeyOf(crease.a, crease.b)) == 0)
                 continue;
             vertices.push_back(static_cast<int>(crease.a));
@@ -85,7 +87,8 @@ void CheckRefinedSize(const Topology& cage, int levels)
     for (int level = 1; level <= levels; ++level)
         corners *= 4.0;
     if (corners > 2147483648.0)
-        throw TopologyError("subdivision level {} of {} faces is too large", levels, cage.faceCount());
+        throw TopologyError("subdivision level {} of {} is too large", levels,
+                            base::Counted(cage.faceCount(), "face", "faces"));
 }
 
 std::unique_ptr<Far::TopologyRefiner> MakeCatmarkRefiner(const Topology& cage, int levels, BoundaryRule rule,

@@ -4,6 +4,7 @@
 #include "geometry/crumple.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "geometry/errors.h"
 #include "geometry/normals.h"
 
@@ -57,8 +58,8 @@ std::vector<Leaning> Leanings(const PolygonMeshView& target, const std::vector<V
 Crumple MeasureCrumple(const SurfaceMap& map, const PolygonMeshView& source, const PolygonMeshView& target)
 {
     if (target.vertexCount() != map.targetVertexCount())
-        throw TopologyError("the map is for {} vertices but the mesh has {}", map.targetVertexCount(),
-                            target.vertexCount());
+        throw TopologyError("the map is for {} but the mesh has {}",
+                            base::CountedVertices(map.targetVertexCount()), target.vertexCount());
     std::vector<Leaning> leanings = Leanings(target, map.transfer(VertexNormals(source)));
     std::sort(leanings.begin(), leanings.end(),
               [](const Leaning& a, const Leaning& b) { return a.degrees < b.degrees; });

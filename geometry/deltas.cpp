@@ -3,6 +3,7 @@
 
 #include "geometry/deltas.h"
 
+#include "base/counted.h"
 #include "geometry/errors.h"
 
 namespace geometry {
@@ -49,8 +50,8 @@ void KeepIf(SparseDeltas& deltas, const Condition& isKept)
 SparseDeltas MakeDeltas(base::Span<const Vec3f> neutral, base::Span<const Vec3f> morphed, float tolerance)
 {
     if (neutral.size() != morphed.size())
-        throw TopologyError("neutral shape has {} vertices but morphed shape has {}", neutral.size(),
-                            morphed.size());
+        throw TopologyError("neutral shape has {} but morphed shape has {}",
+                            base::CountedVertices(neutral.size()), morphed.size());
     return Collect(neutral.size(), tolerance, [&](std::size_t v) { return morphed[v] - neutral[v]; });
 }
 
@@ -71,7 +72,8 @@ void AddDeltas(base::Span<Vec3f> positions, const SparseDeltas& deltas, float va
     // Checked before the first change, so that a bad morph leaves the shape alone.
     for (const std::uint32_t vertex : deltas.vertices)
         if (vertex >= positions.size())
-            throw TopologyError("delta names vertex {} but only {} are defined", vertex, positions.size());
+            throw TopologyError("delta names vertex {} but only {} defined", vertex,
+                                base::Counted(positions.size(), "is", "are"));
     for (std::size_t i = 0; i < deltas.size(); ++i)
         positions[deltas.vertices[i]] += deltas.deltas[i] * value;
 }

@@ -3,6 +3,7 @@
 
 #include "geometry/grafting.h"
 
+#include "base/counted.h"
 #include "geometry/errors.h"
 
 #include <algorithm>
@@ -11,10 +12,11 @@ namespace geometry {
 
 namespace {
 
-void CheckCount(const char* what, std::uint32_t wanted, std::size_t count)
+void CheckCount(const char* one, const char* many, std::uint32_t wanted, std::size_t count)
 {
     if (wanted != 0 && wanted != count)
-        throw TopologyError("the graft is for {} {} but the mesh has {}", wanted, what, count);
+        throw TopologyError("the graft is for {} but the mesh has {}", base::Counted(wanted, one, many),
+                            count);
 }
 
 void CheckPairs(const Graft& graft, int side, const char* whose, std::uint32_t vertexCount)
@@ -78,8 +80,8 @@ void AddFaces(const GraftPart& part, const std::vector<std::uint32_t>& vertices,
 
 void CheckGraft(const Graft& graft, const Topology& own, const Topology& other)
 {
-    CheckCount("vertices", graft.vertexCount, other.vertexCount);
-    CheckCount("faces", graft.faceCount, other.faceCount());
+    CheckCount("vertex", "vertices", graft.vertexCount, other.vertexCount);
+    CheckCount("face", "faces", graft.faceCount, other.faceCount());
     CheckPairs(graft, 0, "its own", own.vertexCount);
     CheckPairs(graft, 1, "the other mesh", other.vertexCount);
     for (const std::uint32_t face : graft.hiddenFaces)
@@ -90,8 +92,8 @@ void CheckGraft(const Graft& graft, const Topology& own, const Topology& other)
 Graft UsableGraft(const Graft& graft, const Topology& own, const Topology& other,
                   const LeftOutFaces& otherLacks, GraftLosses& losses)
 {
-    CheckCount("vertices", graft.vertexCount, other.vertexCount);
-    CheckCount("faces", graft.faceCount, other.faceCount() + otherLacks.count());
+    CheckCount("vertex", "vertices", graft.vertexCount, other.vertexCount);
+    CheckCount("face", "faces", graft.faceCount, other.faceCount() + otherLacks.count());
     Graft usable;
     std::vector<bool> isPaired[2] = {std::vector<bool>(own.vertexCount),
                                      std::vector<bool>(other.vertexCount)};
@@ -113,8 +115,8 @@ Graft UsableGraft(const Graft& graft, const Topology& own, const Topology& other
             ++losses.hiddenFaces; // what the mesh lacks is not to be seen anyway
     }
     if (usable.empty())
-        throw TopologyError("none of the {} pairs of vertices of the graft can be joined",
-                            graft.vertexPairs.size());
+        throw TopologyError("the graft has {} of vertices, none of which can be joined",
+                            base::Counted(graft.vertexPairs.size(), "pair", "pairs"));
     return usable;
 }
 

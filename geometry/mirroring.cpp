@@ -3,6 +3,7 @@
 
 #include "geometry/mirroring.h"
 
+#include "base/counted.h"
 #include "geometry/errors.h"
 
 #include <algorithm>
@@ -67,8 +68,8 @@ private:
 void MirrorDeltas(base::Span<Vec3f> deltas, base::Span<const Vec3f> neutral, const Mirroring& how)
 {
     if (deltas.size() != neutral.size())
-        throw TopologyError("neutral shape has {} vertices but {} deltas are given", neutral.size(),
-                            deltas.size());
+        throw TopologyError("neutral shape has {} but {} given", base::CountedVertices(neutral.size()),
+                            base::Counted(deltas.size(), "delta is", "deltas are"));
     const auto [axis, side] = how;
     const VertexGrid grid(neutral);
     const std::vector<Vec3f> original(deltas.begin(), deltas.end());

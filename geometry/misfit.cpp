@@ -3,6 +3,8 @@
 
 #include "geometry/misfit.h"
 
+#include "base/counted.h"
+
 #include <algorithm>
 
 #include <fmt/format.h>
@@ -86,8 +88,9 @@ bool IsMisfit(const MatchStatistics& statistics)
 std::string DescribeMisfit(const MatchStatistics& statistics, base::Span<const Vec3f> source,
                            base::Span<const Vec3f> target, const std::string& sourceName)
 {
-    return fmt::format("only {} of its {} vertices have a place on {}; it {}", statistics.matched,
-                       target.size(), sourceName, LikelyMisfit(BoundingBox(source), BoundingBox(target)));
+    return fmt::format("only {} of its {} a place on {}; it {}", statistics.matched,
+                       base::Counted(target.size(), "vertex has", "vertices have"), sourceName,
+                       LikelyMisfit(BoundingBox(source), BoundingBox(target)));
 }
 
 std::string LikelyMisfit(const Box3f& source, const Box3f& target)

@@ -3,6 +3,7 @@
 
 #include "geometry/morph_split.h"
 
+#include "base/counted.h"
 #include "geometry/errors.h"
 
 namespace geometry {
@@ -35,8 +36,8 @@ void CheckSize(const Subdivision& subdivision, base::Span<const Vec3f> positions
 {
     const std::size_t count = subdivision.topology(level)->vertexCount;
     if (positions.size() != count)
-        throw TopologyError("subdivision level {} has {} vertices but {} values are given", level, count,
-                            positions.size());
+        throw TopologyError("subdivision level {} has {} but {} given", level, base::CountedVertices(count),
+                            base::Counted(positions.size(), "value is", "values are"));
 }
 
 /// The fine shape without what other morphs add to it, as far as that can be known before the cage is.

@@ -4,6 +4,7 @@
 #include "geometry/morph_transfer.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "embree_device.h"
 #include "for_each_index.h"
 #include "geometry/errors.h"
@@ -28,8 +29,9 @@ void CheckMesh(const PolygonMeshView& mesh, const char* which)
     if (mesh.faceCount() == 0)
         throw TopologyError("{} mesh has no faces", which);
     if (mesh.vertexCount() != mesh.topology->vertexCount)
-        throw TopologyError("{} mesh has {} positions but its faces are for {} vertices", which,
-                            mesh.vertexCount(), mesh.topology->vertexCount);
+        throw TopologyError("{} mesh has {} but its faces are for {}", which,
+                            base::Counted(mesh.vertexCount(), "position", "positions"),
+                            base::CountedVertices(mesh.topology->vertexCount));
     for (std::size_t v = 0; v < mesh.vertexCount(); ++v)
         if (!IsFinite(mesh.positions[v]))
             throw TopologyError("{} mesh: position of vertex {} is not finite", which, v);
@@ -206,8 +208,8 @@ struct SurfaceMap::Impl {
     std::vector<T> interpolate(base::Span<const T> values) const
     {
         if (values.size() != sourceVertexCount)
-            throw TopologyError("source mesh has {} vertices but {} values are given", sourceVertexCount,
-                                values.size());
+            throw TopologyError("source mesh has {} but {} given", base::CountedVertices(sourceVertexCount),
+                                base::Counted(values.size(), "value is", "values are"));
         std::vector<T> result(stencils.size());
         ForEachIndex(result.size(), 8192, [&](std::size_t v) {
             const Stencil& s = stencils[v];
@@ -323,11 +325,12 @@ std::vector<std::uint32_t> TransferLabels(const SurfaceMap& map, const Topology&
                                           base::Span<const std::uint32_t> sourceLabels)
 {
     if (target.vertexCount != map.targetVertexCount())
-        throw TopologyError("the map is for {} vertices but the mesh has {}", map.targetVertexCount(),
-                            target.vertexCount);
+        throw TopologyError("the map is for {} but the mesh has {}",
+                            base::CountedVertices(map.targetVertexCount()), target.vertexCount);
     for (const std::uint32_t face : map.sourceFaces())
         if (face != UINT32_MAX && face >= sourceLabels.size())
-            throw TopologyError("source face {} has no label; only {} are given", face, sourceLabels.size());
+            throw TopologyError("source face {} has no label; only {} given", face,
+                                base::Counted(sourceLabels.size(), "is", "are"));
     constexpr std::uint32_t none = UINT32_MAX;
     std::vector<std::uint32_t> labels(target.faceCount(), none);
     ForEachIndex(labels.size(), 4096, [&](std::size_t f) {

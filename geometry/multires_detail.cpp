@@ -3,6 +3,7 @@
 
 #include "geometry/multires_detail.h"
 
+#include "base/counted.h"
 #include "for_each_index.h"
 #include "geometry/deltas.h"
 #include "geometry/errors.h"
@@ -207,8 +208,9 @@ DetailLevel ToDetail(base::Span<const Vec3f> displacements, int level, const Sub
 {
     const Topology& topology = *subdivision.topology(level);
     if (displacements.size() != topology.vertexCount)
-        throw TopologyError("subdivision level {} has {} vertices but {} values are given", level,
-                            topology.vertexCount, displacements.size());
+        throw TopologyError("subdivision level {} has {} but {} given", level,
+                            base::CountedVertices(topology.vertexCount),
+                            base::Counted(displacements.size(), "value is", "values are"));
     const std::vector<std::uint32_t> naming = NamingCorners(topology, level, frames);
     DetailLevel detail;
     for (std::size_t corner = 0; corner < topology.cornerCount(); ++corner) {

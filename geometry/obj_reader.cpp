@@ -1,6 +1,7 @@
 // Reading OBJ text: cut into chunks at record ends, parsed in parallel, put together in order.
 // SPDX-License-Identifier: MIT
 
+#include "base/counted.h"
 #include "geometry/obj.h"
 
 #include "base/cancellation.h"
@@ -209,8 +210,8 @@ private:
     {
         if (static_cast<std::int32_t>(index) < 0)
             return fmt::format("{} names a {} before the first", record, kind);
-        return fmt::format("{} names {} {} but only {} are defined", record, kind, std::uint64_t{index} + 1,
-                           count);
+        return fmt::format("{} names {} {} but only {} defined", record, kind, std::uint64_t{index} + 1,
+                           base::Counted(count, "is", "are"));
     }
 
     /// Only once something is wrong: walks the text again to the n-th record (from 1) of the keyword that has

@@ -4,6 +4,7 @@
 #include "geometry/picture.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "base/errors.h"
 #include "geometry/limits.h"
 #include "geometry/picture_box.h"
@@ -76,12 +77,14 @@ void CheckColors(base::Span<const PictureItem> items)
 {
     for (const PictureItem& item : items) {
         if (!item.vertexColors.empty() && item.vertexColors.size() != item.mesh.vertexCount())
-            throw base::Error(fmt::format("there are {} colours for {} vertices", item.vertexColors.size(),
-                                          item.mesh.vertexCount()));
+            throw base::Error(fmt::format("{} given for {}",
+                                          base::Counted(item.vertexColors.size(), "colour is", "colours are"),
+                                          base::CountedVertices(item.mesh.vertexCount())));
         const std::size_t surfaces = item.mesh.topology ? item.mesh.topology->surfaceNames.size() : 0;
         if (!item.surfaceColors.empty() && item.surfaceColors.size() != surfaces)
-            throw base::Error(
-                fmt::format("there are {} colours for {} surfaces", item.surfaceColors.size(), surfaces));
+            throw base::Error(fmt::format(
+                "{} given for {}", base::Counted(item.surfaceColors.size(), "colour is", "colours are"),
+                base::Counted(surfaces, "surface", "surfaces")));
     }
 }
 

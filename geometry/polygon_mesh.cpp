@@ -3,6 +3,7 @@
 
 #include "geometry/polygon_mesh.h"
 
+#include "base/counted.h"
 #include "for_each_index.h"
 #include "geometry/errors.h"
 
@@ -16,11 +17,12 @@ void CheckFaceLabels(const std::vector<std::uint32_t>& labels, const std::vector
     if (labels.empty())
         return;
     if (labels.size() != faceCount)
-        throw TopologyError("mesh has {} faces but {} {} entries", faceCount, labels.size(), kind);
+        throw TopologyError("mesh has {} but {} {} {}", base::Counted(faceCount, "face", "faces"),
+                            labels.size(), kind, labels.size() == 1 ? "entry" : "entries");
     for (std::size_t f = 0; f < faceCount; ++f)
         if (labels[f] >= names.size())
-            throw TopologyError("face {} names {} {} but only {} are defined", f, kind, labels[f],
-                                names.size());
+            throw TopologyError("face {} names {} {} but only {} defined", f, kind, labels[f],
+                                base::Counted(names.size(), "is", "are"));
 }
 
 } // namespace
@@ -35,8 +37,8 @@ void Validate(const Topology& topology)
             throw TopologyError("face {} has fewer than three corners", f);
         for (const std::uint32_t vertex : topology.face(f))
             if (vertex >= topology.vertexCount)
-                throw TopologyError("face {} names vertex {} but only {} are defined", f, vertex,
-                                    topology.vertexCount);
+                throw TopologyError("face {} names vertex {} but only {} defined", f, vertex,
+                                    base::Counted(topology.vertexCount, "is", "are"));
     }
     CheckFaceLabels(topology.faceGroups, topology.groupNames, topology.faceCount(), "group");
     CheckFaceLabels(topology.faceSurfaces, topology.surfaceNames, topology.faceCount(), "surface");

@@ -4,6 +4,7 @@
 #include "geometry/rig_fit.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "geometry/errors.h"
 #include "geometry/normals.h"
 #include "geometry/surface_distance.h"
@@ -284,8 +285,8 @@ void CheckFinite(base::Span<const Vec3f> values, const char* what)
 void CheckDisplacements(std::size_t vertexCount, base::Span<const Vec3f> displacements)
 {
     if (displacements.size() != vertexCount)
-        throw TopologyError("the mesh has {} vertices but {} displacements are given", vertexCount,
-                            displacements.size());
+        throw TopologyError("the mesh has {} but {} given", base::CountedVertices(vertexCount),
+                            base::Counted(displacements.size(), "displacement is", "displacements are"));
     CheckFinite(displacements, "displacement");
 }
 
@@ -301,8 +302,8 @@ std::vector<std::vector<Vec3f>> FitRig(const PolygonMeshView& neutral, const Ski
     for (const std::vector<Vec3f>& part : parts)
         CheckDisplacements(neutral.vertexCount(), part);
     if (!weights.joints.empty() && weights.vertexCount() != neutral.vertexCount())
-        throw TopologyError("the mesh has {} vertices but the weights are for {}", neutral.vertexCount(),
-                            weights.vertexCount());
+        throw TopologyError("the mesh has {} but the weights are for {}",
+                            base::CountedVertices(neutral.vertexCount()), weights.vertexCount());
 
     Surroundings all{neutral, weights, whole, options, VertexAreas(neutral), VertexNormals(neutral), {}};
     for (const std::uint32_t vertex : AlongCurve(neutral.positions))

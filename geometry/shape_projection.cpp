@@ -4,6 +4,7 @@
 #include "geometry/shape_projection.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "geometry/errors.h"
 #include "geometry/incidence.h"
 #include "geometry/transform.h"
@@ -236,8 +237,8 @@ void ShapeProjection::projectPiece(const Piece& piece, base::Span<const Vec3f> d
 std::vector<Vec3f> ShapeProjection::project(base::Span<const Vec3f> displacements) const
 {
     if (displacements.size() != _sourceVertexCount)
-        throw TopologyError("source mesh has {} vertices but {} displacements are given", _sourceVertexCount,
-                            displacements.size());
+        throw TopologyError("source mesh has {} but {} given", base::CountedVertices(_sourceVertexCount),
+                            base::Counted(displacements.size(), "displacement is", "displacements are"));
     std::vector<Vec3f> result(targetVertexCount());
     tbb::parallel_for(std::size_t{0}, result.size(), [&](std::size_t v) {
         base::ThrowIfCancelled();

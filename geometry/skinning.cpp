@@ -4,6 +4,7 @@
 #include "geometry/skinning.h"
 
 #include "axis_turns.h"
+#include "base/counted.h"
 #include "for_each_index.h"
 #include "geometry/errors.h"
 
@@ -188,13 +189,14 @@ Vec3f ApplyInverse(const AffineMap& map, Vec3f posed)
 void CheckWeights(std::size_t vertexCount, const SkinWeights& weights, std::size_t jointCount)
 {
     if (vertexCount != weights.vertexCount())
-        throw TopologyError("shape has {} vertices but the weights are for {}", vertexCount,
+        throw TopologyError("shape has {} but the weights are for {}", base::CountedVertices(vertexCount),
                             weights.vertexCount());
     if (weights.offsets.back() != weights.joints.size() || weights.joints.size() != weights.weights.size())
         throw TopologyError("the weight offsets do not span the weights");
     for (const std::uint32_t joint : weights.joints)
         if (joint >= jointCount)
-            throw TopologyError("weight names joint {} but only {} are defined", joint, jointCount);
+            throw TopologyError("weight names joint {} but only {} defined", joint,
+                                base::Counted(jointCount, "is", "are"));
 }
 
 void CheckSkin(base::Span<const Vec3f> positions, const SkinWeights& weights,
@@ -208,8 +210,9 @@ void CheckSkin(base::Span<const Vec3f> positions, const SkinWeights& weights,
             CheckWeights(positions.size(), *axis, poses.size());
     for (const std::size_t shares : {blend.dualQuaternionShares.size(), blend.generalShares.size()})
         if (shares != 0 && shares != positions.size())
-            throw TopologyError("shape has {} vertices but {} say how they are blended", positions.size(),
-                                shares);
+            throw TopologyError("shape has {} but {} how they are blended",
+                                base::CountedVertices(positions.size()),
+                                base::Counted(shares, "says", "say"));
 }
 
 /// A joint's own rotation in the figure's axes; exactly none without angles, so that the bind pose moves
@@ -270,12 +273,12 @@ void CountRows(SkinWeights& weights, std::size_t vertexCount, base::Span<const J
     for (std::size_t j = 0; j < perJoint.size(); ++j) {
         const JointWeights& list = perJoint[j];
         if (list.vertices.size() != list.weights.size())
-            throw TopologyError("joint {} has {} vertices but {} weights", j, list.vertices.size(),
-                                list.weights.size());
+            throw TopologyError("joint {} has {} but {}", j, base::CountedVertices(list.vertices.size()),
+                                base::Counted(list.weights.size(), "weight", "weights"));
         for (std::size_t i = 0; i < list.vertices.size(); ++i) {
             if (list.vertices[i] >= vertexCount)
-                throw TopologyError("joint {} weighs vertex {} but only {} are defined", j, list.vertices[i],
-                                    vertexCount);
+                throw TopologyError("joint {} weighs vertex {} but only {} defined", j, list.vertices[i],
+                                    base::Counted(vertexCount, "is", "are"));
             weights.offsets[list.vertices[i] + 1] += Counts(list.weights[i]);
         }
     }

@@ -3,6 +3,7 @@
 
 #include "geometry/subdivision.h"
 
+#include "base/counted.h"
 #include "catmark_refiner.h"
 #include "catmark_rows.h"
 #include "for_each_index.h"
@@ -89,8 +90,9 @@ struct Subdivision::Impl {
     {
         assert(0 <= from && from <= to && to < static_cast<int>(levels.size()));
         if (values.size() != vertexCount(from))
-            throw TopologyError("subdivision level {} has {} vertices but {} values are given", from,
-                                vertexCount(from), values.size());
+            throw TopologyError("subdivision level {} has {} but {} given", from,
+                                base::CountedVertices(vertexCount(from)),
+                                base::Counted(values.size(), "value is", "values are"));
         std::vector<T> result;
         for (int level = from + 1; level <= to; ++level)
             result = levels[static_cast<std::size_t>(level)].rows.apply(
@@ -166,11 +168,13 @@ std::vector<Vec3f> Subdivision::fit(base::Span<const Vec3f> fine, int fineLevel,
                                     base::Span<const Vec3f> start, int startLevel, double accuracy) const
 {
     if (start.size() != _impl->vertexCount(startLevel))
-        throw TopologyError("subdivision level {} has {} vertices but {} values are given", startLevel,
-                            _impl->vertexCount(startLevel), start.size());
+        throw TopologyError("subdivision level {} has {} but {} given", startLevel,
+                            base::CountedVertices(_impl->vertexCount(startLevel)),
+                            base::Counted(start.size(), "value is", "values are"));
     if (fine.size() != _impl->vertexCount(fineLevel))
-        throw TopologyError("subdivision level {} has {} vertices but {} values are given", fineLevel,
-                            _impl->vertexCount(fineLevel), fine.size());
+        throw TopologyError("subdivision level {} has {} but {} given", fineLevel,
+                            base::CountedVertices(_impl->vertexCount(fineLevel)),
+                            base::Counted(fine.size(), "value is", "values are"));
     if (startLevel == fineLevel)
         return {fine.begin(), fine.end()};
     return _impl->knownFits.findOrMake({fine, fineLevel, start, startLevel, accuracy}, [&] {

@@ -3,6 +3,7 @@
 
 #include "surface_extension.h"
 
+#include "base/counted.h"
 #include "geometry/errors.h"
 #include "geometry/transform.h"
 
@@ -78,7 +79,7 @@ SurfaceExtension::SurfaceExtension(const IndexLists& neighbours, const std::vect
         _solver.compute(unknowns);
     }
     if (_solver.info() != Eigen::Success)
-        throw TopologyError("the values of {} vertices cannot be extended", _unknown.size());
+        throw TopologyError("the values of {} cannot be extended", base::CountedVertices(_unknown.size()));
 }
 
 Eigen::MatrixXd SurfaceExtension::solve(Eigen::MatrixXd known) const

@@ -3,6 +3,7 @@
 
 #include "geometry/texcoords.h"
 
+#include "base/counted.h"
 #include "catmark_refiner.h"
 #include "geometry/errors.h"
 
@@ -29,12 +30,14 @@ struct Sum : TexCoords::Uv {
 void CheckIndices(const TexCoords& texCoords, const Topology& cage)
 {
     if (texCoords.cornerIndices.size() != cage.cornerCount())
-        throw TopologyError("{} texture coordinates are given for {} corners", texCoords.cornerIndices.size(),
-                            cage.cornerCount());
+        throw TopologyError(
+            "{} given for {}",
+            base::Counted(texCoords.cornerIndices.size(), "texture coordinate is", "texture coordinates are"),
+            base::Counted(cage.cornerCount(), "corner", "corners"));
     for (const std::uint32_t index : texCoords.cornerIndices)
         if (index >= texCoords.coordinates.size())
-            throw TopologyError("a corner names texture coordinate {} but only {} are defined", index,
-                                texCoords.coordinates.size());
+            throw TopologyError("a corner names texture coordinate {} but only {} defined", index,
+                                base::Counted(texCoords.coordinates.size(), "is", "are"));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "apart_cache.h"
 #include "base/atomic_file.h"
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "batch/batch_check.h"
 #include "batch/batch_index.h"
 #include "batch/batch_init.h"
@@ -225,7 +226,7 @@ void WriteTable(const BatchArguments& arguments)
     TellWarnings(diagnostics);
     if (isFile && !arguments.isDryRun)
         WriteSummary(fmt::format("{}: {} of characters below {}\n", arguments.table,
-                                 dson::Counted(ReadJobTable(text, RowColumns()).rows.size(), "row", "rows"),
+                                 base::Counted(ReadJobTable(text, RowColumns()).rows.size(), "row", "rows"),
                                  arguments.folder));
 }
 
@@ -374,7 +375,7 @@ void MergeLogs(const BatchArguments& arguments, const JobRow& defaults)
         summary["missing"] = missing;
     Tell(std::move(summary), diagnostics, noPage, arguments.json);
     if (missing > 0)
-        throw ReportedError(fmt::format("{} in no log", dson::Counted(missing, "row is", "rows are")));
+        throw ReportedError(fmt::format("{} in no log", base::Counted(missing, "row is", "rows are")));
 }
 
 void Work(const BatchArguments& arguments, const JobRow& defaults, bool verbose)

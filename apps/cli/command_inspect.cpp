@@ -4,6 +4,7 @@
 #include "command_inspect.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "base/file_failure.h"
 #include "command.h"
 #include "dson/reader.h"
@@ -115,7 +116,7 @@ void InspectMorphs(const InspectArguments& arguments, Progress& progress)
     base::ThrowIfCancelled();
     const std::size_t unusable = survey.unusable.size();
     Json facts = MorphFacts(survey, arguments.morphs, arguments.check, arguments.json);
-    const std::string failure = fmt::format("{} cannot be used", dson::Counted(unusable, "file", "files"));
+    const std::string failure = fmt::format("{} cannot be used", base::Counted(unusable, "file", "files"));
     const bool hasFailed = arguments.check && unusable > 0;
     if (hasFailed && arguments.json)
         facts["error"] = app::ErrorSentence(failure);

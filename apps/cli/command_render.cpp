@@ -4,6 +4,7 @@
 #include "command_render.h"
 
 #include "apart_cache.h"
+#include "base/counted.h"
 #include "base/errors.h"
 #include "command.h"
 #include "dson/reader.h"
@@ -77,7 +78,7 @@ void TellFarOff(const std::vector<geometry::PictureItem>& items, const RenderArg
     for (const geometry::PictureItem& item : items)
         geometry::BoxToShow(item.mesh, &farOff);
     if (farOff > 0)
-        met.push_back(Warning(arguments, dson::Counted(farOff, "vertex lies", "vertices lie") +
+        met.push_back(Warning(arguments, base::Counted(farOff, "vertex lies", "vertices lie") +
                                              " too far off to be in the picture"));
 }
 

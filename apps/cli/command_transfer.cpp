@@ -3,6 +3,7 @@
 
 #include "command_transfer.h"
 
+#include "base/counted.h"
 #include "command.h"
 #include "dson/reader.h"
 #include "geometry/crumple.h"
@@ -53,7 +54,7 @@ TransferInput ReadInput(const TransferArguments& arguments, base::Diagnostics& m
                       morphedCount = input.morphed.mesh.vertexCount();
     if (neutralCount != morphedCount)
         throw geometry::TopologyError("{} has {} but {} has {}", arguments.sourceMorphed,
-                                      dson::Counted(morphedCount, "vertex", "vertices"),
+                                      base::Counted(morphedCount, "vertex", "vertices"),
                                       arguments.sourceNeutral, neutralCount);
     return input;
 }

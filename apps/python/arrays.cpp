@@ -3,6 +3,7 @@
 
 #include "arrays.h"
 
+#include "base/counted.h"
 #include "faces.h"
 #include "geometry/errors.h"
 #include "geometry/limits.h"
@@ -183,8 +184,8 @@ std::shared_ptr<const Topology> ToTopology(const py::handle& value, std::size_t 
         const auto& known = value.cast<const Faces&>().topology;
         if (known->vertexCount == vertexCount)
             return known;
-        throw TopologyError("{}: are for {} vertices but there are {}", what, known->vertexCount,
-                            vertexCount);
+        throw TopologyError("{}: are for {} but {} given", what, base::CountedVertices(known->vertexCount),
+                            base::Counted(vertexCount, "is", "are"));
     }
     Topology topology;
     topology.vertexCount = static_cast<std::uint32_t>(vertexCount);

@@ -1,6 +1,7 @@
 // Conversions.
 // SPDX-License-Identifier: MIT
 
+#include "base/counted.h"
 #include "bindings.h"
 #include "classes.h"
 #include "command.h"
@@ -374,7 +375,7 @@ void BindResult(py::module_& module)
             "seconds", [](const Conversion& c) { return Dictionary(c.seconds); }, "How long each stage took.")
         .def("__repr__", [](const Conversion& c) {
             return Text(fmt::format("<gantrel.Conversion of \"{}\": {}>", c.report.source.label,
-                                    dson::Counted(c.report.created.size(), "morph", "morphs")));
+                                    base::Counted(c.report.created.size(), "morph", "morphs")));
         });
 }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "arrays.h"
+#include "base/counted.h"
 #include "base/errors.h"
 #include "bindings.h"
 #include "classes.h"
@@ -272,7 +273,7 @@ void BindDials(py::module_& module)
         .def("__len__", [](const Dials& dials) { return dials.all().size(); })
         .def("__repr__",
              [](const Dials& dials) {
-                 return "<gantrel.Dials: " + dson::Counted(dials.all().size(), "dial", "dials") + ">";
+                 return "<gantrel.Dials: " + base::Counted(dials.all().size(), "dial", "dials") + ">";
              })
         .def("__iter__", [](const Dials& dials) { return py::iter(Names(dials.all())); })
         .def(
@@ -350,7 +351,7 @@ void BindLibrary(py::module_& module)
         .def("__repr__",
              [](const OpenLibrary& library) {
                  return Text(fmt::format("<gantrel.Library of {}{}>",
-                                         dson::Counted(library.folders().size(), "folder", "folders"),
+                                         base::Counted(library.folders().size(), "folder", "folders"),
                                          library.isOpen() ? "" : ", closed"));
              })
         .def("close", &OpenLibrary::close,

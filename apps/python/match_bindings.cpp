@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "arrays.h"
+#include "base/counted.h"
 #include "bindings.h"
 #include "classes.h"
 #include "command.h"
@@ -127,7 +128,7 @@ py::array Transfer(const py::object& sourceNeutral, const py::object& sourceMorp
     const Vectors morphed = ToPositions(sourceMorphed, "source_morphed");
     if (morphed.span.size() != source.positions.span.size())
         throw TopologyError("source_morphed: has {} but source_neutral has {}",
-                            dson::Counted(morphed.span.size(), "vertex", "vertices"),
+                            base::Counted(morphed.span.size(), "vertex", "vertices"),
                             source.positions.span.size());
     MatchArguments arguments;
     arguments.registers = registers;
@@ -207,7 +208,7 @@ void BindMatches(py::module_& module)
             "How many values transfer returns.")
         .def("__repr__", [](const Match& match) {
             return fmt::format("<gantrel.Match: {} to {}>",
-                               dson::Counted(match.map().sourceVertexCount(), "vertex", "vertices"),
+                               base::Counted(match.map().sourceVertexCount(), "vertex", "vertices"),
                                match.map().targetVertexCount());
         });
     module.def("transfer", &Transfer, py::arg("source_neutral"), py::arg("source_morphed"),

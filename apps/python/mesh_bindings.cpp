@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "arrays.h"
+#include "base/counted.h"
 #include "bindings.h"
 #include "command.h"
 #include "dson/reader.h"
@@ -104,7 +105,7 @@ py::array FaceAt(const py::object& self, py::ssize_t index)
     const Topology& topology = *self.cast<const Faces&>().topology;
     const auto count = static_cast<py::ssize_t>(topology.faceCount());
     if (index < -count || index >= count)
-        throw py::index_error(fmt::format("there are {} faces", count));
+        throw py::index_error("the mesh has " + base::Counted(topology.faceCount(), "face", "faces"));
     return ViewOf(topology.face(static_cast<std::size_t>(index < 0 ? index + count : index)), self);
 }
 
@@ -158,7 +159,7 @@ void BindFaces(py::module_& module)
             "surfaces", [=](const py::object& self) { return labels(self, &Topology::faceSurfaces); },
             "The surface of each face, an index into surface_names; empty without surfaces.")
         .def("__repr__", [](const Faces& faces) {
-            return "<gantrel.Faces: " + dson::Counted(faces.topology->faceCount(), "face", "faces") + ">";
+            return "<gantrel.Faces: " + base::Counted(faces.topology->faceCount(), "face", "faces") + ">";
         });
 }
 
@@ -173,8 +174,8 @@ void BindMeshes(py::module_& module)
         .def("__repr__", [](const Mesh& mesh) {
             return fmt::format(
                 "<gantrel.Mesh: {}, {}>",
-                dson::Counted(static_cast<std::size_t>(mesh.vertices.shape(0)), "vertex", "vertices"),
-                dson::Counted(mesh.faces.topology->faceCount(), "face", "faces"));
+                base::Counted(static_cast<std::size_t>(mesh.vertices.shape(0)), "vertex", "vertices"),
+                base::Counted(mesh.faces.topology->faceCount(), "face", "faces"));
         });
     module.def(
         "read_obj", &ReadObjFile, py::arg("path"),

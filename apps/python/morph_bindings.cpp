@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "arrays.h"
+#include "base/counted.h"
 #include "base/errors.h"
 #include "bindings.h"
 #include "classes.h"
@@ -71,8 +72,8 @@ Morph MakeMorph(const MorphArguments& arguments, const py::object& vertices, con
     const Vectors moves = ToDeltas(deltas, "deltas");
     if (indices.size() != moves.span.size())
         throw geometry::TopologyError("there are {} but {}",
-                                      dson::Counted(indices.size(), "vertex", "vertices"),
-                                      dson::Counted(moves.span.size(), "delta", "deltas"));
+                                      base::Counted(indices.size(), "vertex", "vertices"),
+                                      base::Counted(moves.span.size(), "delta", "deltas"));
     Morph morph{dson::MakeMorph(arguments.name, arguments.group)};
     morph.modifier.channel.label = arguments.label.value_or(arguments.name);
     morph.modifier.channel.min = arguments.min;
@@ -180,7 +181,7 @@ void BindMorph(py::module_& module)
             "Address of the file with detail for subdivided meshes; empty for none.")
         .def("__repr__", [](const Morph& morph) {
             return Text(fmt::format("<gantrel.Morph \"{}\": {}>", morph.modifier.name,
-                                    dson::Counted(morph.data().deltas.size(), "vertex", "vertices")));
+                                    base::Counted(morph.data().deltas.size(), "vertex", "vertices")));
         });
 }
 

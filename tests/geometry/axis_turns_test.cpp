@@ -169,5 +169,5 @@ TEST(AxisTurns, refuse_weights_for_another_mesh)
     blend.axisWeights = &axes;
     const std::vector<JointPose> poses = EvaluateSkeleton(std::vector<Joint>(1));
     EXPECT_THROW_MSG(Skin(std::vector<Vec3f>{{1, 2, 3}}, one, poses, blend), TopologyError,
-                     "shape has 1 vertices but the weights are for 2");
+                     "shape has 1 vertex but the weights are for 2");
 }

@@ -116,7 +116,7 @@ TEST(Grafting, of_which_nothing_fits_or_for_another_mesh_cannot_be_used)
         [](Graft& g) {
             g.vertexPairs = {{9, 0}, {0, 9}};
         },
-        "none of the 2 pairs of vertices of the graft can be joined");
+        "the graft has 2 pairs of vertices, none of which can be joined");
 }
 
 TEST(Grafting, counts_the_faces_that_the_other_mesh_lacks)

@@ -263,17 +263,17 @@ TEST(ParseObj, names_file_line_and_fault)
     EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1 99999999999\n"), base::FormatError,
                      "body.obj:2: index \"99999999999\" is too large");
     EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1 1\nf 1 2 1\n"), base::FormatError,
-                     "body.obj:3: face names vertex 2 but only 1 are defined");
+                     "body.obj:3: face names vertex 2 but only 1 is defined");
     EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 -2 1\n"), base::FormatError,
                      "body.obj:2: face names a vertex before the first");
     EXPECT_THROW_MSG(Parse("v 0 0 0\nvt 0 0\nf 1/1 1/2 1/1\n"), base::FormatError,
-                     "body.obj:3: face names texture coordinate 2 but only 1 are defined");
+                     "body.obj:3: face names texture coordinate 2 but only 1 is defined");
     EXPECT_THROW_MSG(Parse("v 0 0 0\nl 1 5\n"), base::FormatError,
-                     "body.obj:2: line names vertex 5 but only 1 are defined");
+                     "body.obj:2: line names vertex 5 but only 1 is defined");
     EXPECT_THROW_MSG(Parse("v 0 0 0\nf 1 1\nf 1 1 1\nl 1\nf 1 2\nf 1 1 3\n"), base::FormatError,
-                     "body.obj:6: face names vertex 3 but only 1 are defined");
+                     "body.obj:6: face names vertex 3 but only 1 is defined");
     EXPECT_THROW_MSG(Parse("v 0 0 0\nl 1\nl 1 1\nl 1 2\n"), base::FormatError,
-                     "body.obj:4: line names vertex 2 but only 1 are defined");
+                     "body.obj:4: line names vertex 2 but only 1 is defined");
 }
 
 TEST(ParseObj, gives_the_same_mesh_however_many_chunks_the_text_has)

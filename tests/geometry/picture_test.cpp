@@ -102,7 +102,7 @@ TEST(Render, refuses_colours_for_another_number_of_vertices)
     const std::array<float, 3> colors[3] = {};
     PictureItem item{square.view()};
     item.vertexColors = {colors, 3};
-    EXPECT_THROW_MSG(Render({&item, 1}, Small()), base::Error, "there are 3 colours for 4 vertices");
+    EXPECT_THROW_MSG(Render({&item, 1}, Small()), base::Error, "3 colours are given for 4 vertices");
 }
 
 TEST(Render, gives_each_surface_its_colour)
@@ -123,7 +123,7 @@ TEST(Render, gives_each_surface_its_colour)
         EXPECT_GT(pixel(40, row)[2], pixel(40, row)[0] + 100);
     }
     item.surfaceColors.pop_back();
-    EXPECT_THROW_MSG(Render({&item, 1}, options), base::Error, "there are 1 colours for 2 surfaces");
+    EXPECT_THROW_MSG(Render({&item, 1}, options), base::Error, "1 colour is given for 2 surfaces");
 }
 
 TEST(Render, leaves_out_shadows_when_it_is_to_be_quick)

@@ -268,7 +268,7 @@ TEST(MakeSkinWeights, sums_to_one_and_refuses_a_vertex_out_of_range)
     const SkinWeights weights = MakeSkinWeights(1, std::vector<JointWeights>{{{0}, {3.0f}}, {{0}, {1.0f}}});
     EXPECT_EQ(weights.weights, (std::vector<float>{0.75f, 0.25f}));
     EXPECT_THROW_MSG(MakeSkinWeights(1, std::vector<JointWeights>{{{1}, {1.0f}}}), TopologyError,
-                     "joint 0 weighs vertex 1 but only 1 are defined");
+                     "joint 0 weighs vertex 1 but only 1 is defined");
 }
 
 TEST(Skin, refuses_lengths_and_joints_that_do_not_fit)
@@ -277,5 +277,5 @@ TEST(Skin, refuses_lengths_and_joints_that_do_not_fit)
     EXPECT_THROW_MSG(Skin(std::vector<Vec3f>(2), weights, std::vector<JointPose>(2), SkinMode::Linear),
                      TopologyError, "shape has 2 vertices but the weights are for 1");
     EXPECT_THROW_MSG(Skin(std::vector<Vec3f>(1), weights, std::vector<JointPose>(1), SkinMode::Linear),
-                     TopologyError, "weight names joint 1 but only 1 are defined");
+                     TopologyError, "weight names joint 1 but only 1 is defined");
 }

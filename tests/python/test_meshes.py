@@ -165,7 +165,7 @@ def test_faces_that_cannot_be_meant_are_refused(faces, error, text):
 
 def test_faces_of_another_mesh_are_refused():
     other = gantrel.subdivide(*plane(1), 0).faces
-    with pytest.raises(gantrel.MeshError, match="faces: are for 4 vertices but there are 8"):
+    with pytest.raises(gantrel.MeshError, match="faces: are for 4 vertices but 8 are given"):
         gantrel.subdivide(cube()[0], other, 1)
 
 

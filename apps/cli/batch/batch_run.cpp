@@ -4,6 +4,7 @@
 #include "batch/batch_run.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "batch/batch_brief.h"
 #include "batch/batch_pool.h"
 #include "batch/batch_table_file.h"
@@ -178,7 +179,7 @@ public:
         finishFiles();
         const auto isDone = [](const RowResult& result) { return result["status"] != "failed"; };
         return fmt::format("{} of {} done{}", std::count_if(_results.begin(), _results.end(), isDone),
-                           dson::Counted(_rows.size(), "row is", "rows are"),
+                           base::Counted(_rows.size(), "row is", "rows are"),
                            _keeper && _keeper->isReliable() ? "; --resume goes on with the others" : "");
     }
 

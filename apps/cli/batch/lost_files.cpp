@@ -4,6 +4,7 @@
 #include "batch/lost_files.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "command.h"
 #include "dson/reader.h"
 
@@ -66,7 +67,7 @@ base::Diagnostics FindLostFiles(const std::vector<BatchRow>& rows, const std::st
              fmt::format("line {}: {} is not there{}", one->second.line, FileText(one->first),
                          others == 0 ? ""
                                      : fmt::format("; the same of {}",
-                                                   dson::Counted(others, "more row", "more rows")))});
+                                                   base::Counted(others, "more row", "more rows")))});
     }
     return told;
 }

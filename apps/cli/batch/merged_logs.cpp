@@ -3,6 +3,7 @@
 
 #include "batch/merged_logs.h"
 
+#include "base/counted.h"
 #include "batch/log_lines.h"
 #include "dson/reader.h"
 #include "shell_command.h"
@@ -98,7 +99,7 @@ private:
     static std::string andOthers(std::size_t count, const char* one, const char* many)
     {
         return count == 1 ? std::string()
-                          : fmt::format("; the same of {}", dson::Counted(count - 1, one, many));
+                          : fmt::format("; the same of {}", base::Counted(count - 1, one, many));
     }
 
     void warn(const std::string& file, const std::string& what)
@@ -130,7 +131,7 @@ std::string Ranges(const std::vector<std::size_t>& numbers)
         i = last + 1;
     }
     if (shown < numbers.size())
-        text += fmt::format(" and {}", dson::Counted(numbers.size() - shown, "other", "others"));
+        text += fmt::format(" and {}", base::Counted(numbers.size() - shown, "other", "others"));
     return text;
 }
 
@@ -172,9 +173,9 @@ std::size_t CompareWithTable(std::vector<RowResult>& results, const std::vector<
     };
     if (!others.empty())
         warn(fmt::format("the logs have {} of other commands than the table, left out: {}",
-                         dson::Counted(others.size(), "row", "rows"), Ranges(others)));
+                         base::Counted(others.size(), "row", "rows"), Ranges(others)));
     if (!missing.empty())
-        warn(fmt::format("{} in no log: {}", dson::Counted(missing.size(), "row is", "rows are"),
+        warn(fmt::format("{} in no log: {}", base::Counted(missing.size(), "row is", "rows are"),
                          Ranges(missing)));
     return missing.size();
 }

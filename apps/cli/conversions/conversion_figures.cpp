@@ -3,6 +3,7 @@
 
 #include "conversions/conversion_figures.h"
 
+#include "base/counted.h"
 #include "command.h"
 #include "dson/reader.h"
 #include "dzmatrix3.h"
@@ -194,7 +195,7 @@ void KeepLabelsFree(const DzNode& source, const DzNode& target, base::Diagnostic
          {},
          {},
          fmt::format("{} the label of a figure that the conversion loads: {}",
-                     dson::Counted(changed.size(), "node has", "nodes have"),
+                     base::Counted(changed.size(), "node has", "nodes have"),
                      changed.size() > 1 ? changed.front() + ", and so on" : changed.front())});
 }
 

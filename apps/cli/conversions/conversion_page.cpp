@@ -3,6 +3,7 @@
 
 #include "conversions/conversion_page.h"
 
+#include "base/counted.h"
 #include "command.h"
 #include "conversions/comparison.h"
 #include "conversions/conversion_json.h"
@@ -146,7 +147,7 @@ void DrawFigures(const GntOutcome& outcome, const Difference& difference, Json& 
     shown["pictures"] = DrawRows({source, target, map}, frames);
     if (frames.farOff > 0)
         shown["picturesNote"] = fmt::format("{} too far off to be in the pictures.",
-                                            dson::Counted(frames.farOff, "vertex lies", "vertices lie"));
+                                            base::Counted(frames.farOff, "vertex lies", "vertices lie"));
 }
 
 Json HistogramOf(const ConversionReport& report)

@@ -4,6 +4,7 @@
 #include "facts/morph_check.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "base/errors.h"
 #include "base/file_failure.h"
 #include "dson/dhdm.h"
@@ -114,7 +115,7 @@ private:
         const dson::MorphData& morph = *modifier.morph;
         if (mesh && morph.vertexCount > 0 && morph.vertexCount != mesh->vertexCount)
             throw base::FormatError("is for a mesh of {} but the figure has {}",
-                                    dson::Counted(morph.vertexCount, "vertex", "vertices"),
+                                    base::Counted(morph.vertexCount, "vertex", "vertices"),
                                     mesh->vertexCount);
         if (mesh)
             checkDeltas(modifier.id, morph.deltas.vertices, mesh->vertexCount);
@@ -133,7 +134,7 @@ private:
         const auto beyond = std::lower_bound(vertices.begin(), vertices.end(), vertexCount);
         _survey.diagnostics.push_back(
             {base::Severity::Warning, _file.string(), id,
-             dson::Counted(static_cast<std::size_t>(vertices.end() - beyond),
+             base::Counted(static_cast<std::size_t>(vertices.end() - beyond),
                            "delta is of a vertex that the figure does not have and is left out",
                            "deltas are of vertices that the figure does not have and are left out")});
     }

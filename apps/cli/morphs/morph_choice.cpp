@@ -3,6 +3,7 @@
 
 #include "morphs/morph_choice.h"
 
+#include "base/counted.h"
 #include "base/errors.h"
 #include "command.h"
 #include "dials.h"
@@ -160,7 +161,7 @@ Fit NamedIn(const std::filesystem::path& file, const std::vector<ShapeDial>& all
     const std::string others =
         unknown.size() == 1 ? std::string()
                             : fmt::format("; the same of {} behind it",
-                                          dson::Counted(unknown.size() - 1, "further line", "further lines"));
+                                          base::Counted(unknown.size() - 1, "further line", "further lines"));
     throw base::FormatError("{}:{}: {} has no morph \"{}\"{}", FileText(file), unknown.front().line,
                             Quoted(figure), unknown.front().name, others);
 }

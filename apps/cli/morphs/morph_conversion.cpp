@@ -4,6 +4,7 @@
 #include "morphs/morph_conversion.h"
 
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "command.h"
 #include "conversions/conversion_figures.h"
 #include "dson/reader.h"
@@ -274,7 +275,7 @@ private:
     {
         if (_report.created.empty())
             return "nothing was saved";
-        return fmt::format("{} saved in {}", dson::Counted(_report.created.size(), "morph is", "morphs are"),
+        return fmt::format("{} saved in {}", base::Counted(_report.created.size(), "morph is", "morphs are"),
                            _folder);
     }
 
@@ -294,7 +295,7 @@ private:
                  {},
                  fmt::format(
                      "--value {:g} is beyond the limits of {}, which are taken at their limits: \"{}\"{}",
-                     _request.value, dson::Counted(_held.size(), "dial", "dials"), *_held.begin(),
+                     _request.value, base::Counted(_held.size(), "dial", "dials"), *_held.begin(),
                      _held.size() > 1 ? ", and so on" : "")});
     }
 
@@ -306,7 +307,7 @@ private:
                  FileText(_request.source),
                  {},
                  fmt::format("{} in no content directory and left out: {}{}",
-                             dson::Counted(_lostIcons.size(), "icon is", "icons are"), _lostIcons.front(),
+                             base::Counted(_lostIcons.size(), "icon is", "icons are"), _lostIcons.front(),
                              _lostIcons.size() > 1 ? ", and so on" : "")});
     }
 
@@ -404,7 +405,7 @@ void WritePageOf(const MorphConversionRequest& request, const MorphGallery* gall
         WriteMorphPage(request, report, std::move(shown), progress);
     } catch (const std::exception& error) {
         throw std::runtime_error(fmt::format("{}; {} saved", error.what(),
-                                             dson::Counted(report.created.size(), "morph is", "morphs are")));
+                                             base::Counted(report.created.size(), "morph is", "morphs are")));
     }
 }
 

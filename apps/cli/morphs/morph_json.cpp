@@ -3,6 +3,7 @@
 
 #include "morphs/morph_json.h"
 
+#include "base/counted.h"
 #include "command.h"
 #include "dson/reader.h"
 #include "progress.h"
@@ -84,9 +85,9 @@ std::string FailureOf(const MorphConversionReport& report)
     if (failures == 0)
         return {};
     if (report.wasDryRun)
-        return dson::Counted(failures, "morph would not be converted", "morphs would not be converted");
-    return fmt::format("{} converted; {} saved", dson::Counted(failures, "morph was not", "morphs were not"),
-                       dson::Counted(report.created.size(), "is", "are"));
+        return base::Counted(failures, "morph would not be converted", "morphs would not be converted");
+    return fmt::format("{} converted; {} saved", base::Counted(failures, "morph was not", "morphs were not"),
+                       base::Counted(report.created.size(), "is", "are"));
 }
 
 } // namespace cli

@@ -3,6 +3,7 @@
 
 #include "morphs/morph_links.h"
 
+#include "base/counted.h"
 #include "base/errors.h"
 #include "command.h"
 #include "dials.h"
@@ -260,7 +261,7 @@ void MorphLinks::Lost::tell(const MorphConversionRequest& request, const char* w
             {base::Severity::Warning,
              FileText(request.source),
              {},
-             fmt::format("{} behind, {}: {}{}", dson::Counted(count, "link stays", "links stay"), why, first,
+             fmt::format("{} behind, {}: {}{}", base::Counted(count, "link stays", "links stay"), why, first,
                          count > 1 ? ", and so on" : "")});
 }
 

@@ -3,6 +3,7 @@
 
 #include "morphs/morph_plan.h"
 
+#include "base/counted.h"
 #include "command.h"
 #include "dials.h"
 #include "dson/reader.h"
@@ -63,7 +64,7 @@ void TellOfSameLabels(const std::vector<PlannedMorph>& planned, const DzNode& ta
         diagnostics.push_back({base::Severity::Warning, FileText(request.target),
                                target.getLabel().toStdString(),
                                fmt::format("{} the label of another dial of the figure: \"{}\"{}",
-                                           dson::Counted(taken.size(), "new morph has", "new morphs have"),
+                                           base::Counted(taken.size(), "new morph has", "new morphs have"),
                                            taken.front(), taken.size() > 1 ? ", and so on" : "")});
 }
 

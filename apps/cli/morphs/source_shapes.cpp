@@ -3,6 +3,7 @@
 
 #include "morphs/source_shapes.h"
 
+#include "base/counted.h"
 #include "dials.h"
 #include "dson/reader.h"
 #include "dzapp.h"
@@ -138,7 +139,7 @@ SourceShapes::SourceShapes(DzFigure& figure, const std::string& file, base::Diag
     if (const std::size_t count = SetAside(figure))
         diagnostics.push_back({base::Severity::Warning, file, figure.getLabel().toStdString(),
                                fmt::format("its own shape and pose are set aside: {} not at rest",
-                                           dson::Counted(count, "dial is", "dials are"))});
+                                           base::Counted(count, "dial is", "dials are"))});
     _rest = Positions(figure);
 }
 

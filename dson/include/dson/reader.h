@@ -110,9 +110,6 @@ struct Document {
     bool hasDeltas = true;                   ///< morphs came with their displacements
 };
 
-/// An entry of Document::leftOut: "1 material", "3 materials".
-std::string Counted(std::size_t count, const char* one, const char* many);
-
 struct ReadOptions {
     bool deltas = true; ///< off: morphs come without their displacements, which are read later by ReadDeltas
 };

@@ -3,6 +3,7 @@
 
 #include "add_ons.h"
 
+#include "base/counted.h"
 #include "base/errors.h"
 #include "base/file_failure.h"
 #include "dson/uri.h"
@@ -63,14 +64,14 @@ public:
             Report({base::Severity::Note,
                     file,
                     {},
-                    fmt::format("{} loaded with it{}", dson::Counted(_loaded.size(), "file is", "files are"),
+                    fmt::format("{} loaded with it{}", base::Counted(_loaded.size(), "file is", "files are"),
                                 Examples(_loaded))});
         if (!_missing.empty())
             Report({base::Severity::Warning,
                     file,
                     {},
                     fmt::format("{} to be loaded with it and in no content library{}",
-                                dson::Counted(_missing.size(), "file is", "files are"), Examples(_missing))});
+                                base::Counted(_missing.size(), "file is", "files are"), Examples(_missing))});
     }
 
 private:

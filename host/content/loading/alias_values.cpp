@@ -3,6 +3,7 @@
 
 #include "alias_values.h"
 
+#include "base/counted.h"
 #include "dson/reader.h"
 #include "dznumericproperty.h"
 #include "load_report.h"
@@ -37,11 +38,11 @@ void AliasValues::apply(LoadReport& report)
     }
     _waiting.clear();
     if (!blind.empty())
-        report.warnLeftOut(dson::Counted(blind.size(), "value is set on an alias that stands for nothing",
+        report.warnLeftOut(base::Counted(blind.size(), "value is set on an alias that stands for nothing",
                                          "values are set on aliases that stand for nothing") +
                            Examples(blind));
     if (!overruled.empty())
-        report.warn(dson::Counted(overruled.size(),
+        report.warn(base::Counted(overruled.size(),
                                   "alias is set otherwise than what it stands for, which counts",
                                   "aliases are set otherwise than what they stand for, which counts") +
                     Examples(overruled));

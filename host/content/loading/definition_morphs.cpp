@@ -4,6 +4,7 @@
 #include "definition_morphs.h"
 
 #include "app/texts.h"
+#include "base/counted.h"
 #include "base/errors.h"
 #include "definition_nodes.h"
 #include "dson/dhdm.h"
@@ -37,7 +38,7 @@ geometry::SparseDeltas WithinMesh(geometry::SparseDeltas deltas, int vertexCount
     if (kept < deltas.size())
         lost.push_back(
             {base::Severity::Warning, file, id,
-             dson::Counted(deltas.size() - kept,
+             base::Counted(deltas.size() - kept,
                            "delta is of a vertex that the figure does not have and is left out",
                            "deltas are of vertices that the figure does not have and are left out")});
     deltas.vertices.resize(kept);

@@ -4,6 +4,7 @@
 #include "effect_maker.h"
 
 #include "app/texts.h"
+#include "base/counted.h"
 #include "dzdformmodifier.h"
 #include "dzenumproperty.h"
 #include "dznumericproperty.h"
@@ -300,7 +301,7 @@ void EffectMaker::omit(const std::string& one, const std::string& many, const st
 void EffectMaker::report()
 {
     for (const auto& [many, omission] : _omitted)
-        _warn(dson::Counted(omission.count, omission.one.c_str(), many.c_str()) +
+        _warn(base::Counted(omission.count, omission.one.c_str(), many.c_str()) +
               Examples({omission.example}));
     _omitted.clear();
 }

@@ -3,6 +3,7 @@
 
 #include "figure_assembly.h"
 
+#include "base/counted.h"
 #include "dznumericproperty.h"
 #include "figure_dials.h"
 #include "figure_file.h"
@@ -80,7 +81,7 @@ struct FigureAssembly::Impl {
     void warn(const std::vector<std::string>& which, const char* one, const char* many) const
     {
         if (!which.empty())
-            file.warn(dson::Counted(which.size(), one, many) + Examples(which));
+            file.warn(base::Counted(which.size(), one, many) + Examples(which));
     }
 
     void report(const FigureDials::HiddenAliases& hidden) const

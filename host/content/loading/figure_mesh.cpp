@@ -4,6 +4,7 @@
 #include "figure_mesh.h"
 
 #include "app/texts.h"
+#include "base/counted.h"
 #include "definition_nodes.h"
 #include "dzbone.h"
 #include "dzbonebinding.h"
@@ -83,7 +84,7 @@ void ReportFurtherSkins(const FigureFile& file, const dson::SkinDefinition& used
         if (&skin != &used && !skin.node.empty() && skin.node == used.node)
             further.push_back(skin.binding.id);
     if (!further.empty())
-        file.warn(dson::Counted(further.size(), "skin binds what another one binds already and is left out",
+        file.warn(base::Counted(further.size(), "skin binds what another one binds already and is left out",
                                 "skins bind what another one binds already and are left out") +
                   Examples(further));
 }
@@ -145,7 +146,7 @@ dson::SkinBinding Within(dson::SkinBinding skin, std::size_t vertexCount, const 
     if (auto& shares = skin.dualQuaternionShares)
         lost += LeaveOutBeyond(shares->vertices, shares->weights, vertexCount);
     file.warn(fmt::format("{} of vertices beyond the {} of the mesh and left out",
-                          dson::Counted(lost, "weight of the skin is", "weights of the skin are"),
+                          base::Counted(lost, "weight of the skin is", "weights of the skin are"),
                           vertexCount));
     return skin;
 }
@@ -167,12 +168,12 @@ void ReportJoints(const FigureFile& file, const dson::SkinBinding& skin, const F
     if (!homeless.empty())
         file.warn(
             fmt::format("{} for no bone of the figure and left out{}",
-                        dson::Counted(homeless.size(), "joint of the skin is", "joints of the skin are"),
+                        base::Counted(homeless.size(), "joint of the skin is", "joints of the skin are"),
                         Examples(homeless)));
     if (!repeated.empty())
         file.warn(
             fmt::format("{} for a bone that has one, and both count{}",
-                        dson::Counted(repeated.size(), "joint of the skin is", "joints of the skin are"),
+                        base::Counted(repeated.size(), "joint of the skin is", "joints of the skin are"),
                         Examples(repeated)));
     if (!bindsAny)
         file.warn(fmt::format("the skin {} binds no vertex to any bone", skin.id));

@@ -4,6 +4,7 @@
 #include "figure_modifiers.h"
 
 #include "app/current_attendant.h"
+#include "base/counted.h"
 #include "definition_morphs.h"
 #include "dzmorph.h"
 #include "dzobject.h"
@@ -105,12 +106,12 @@ void FigureModifiers::tellDuplicates(const std::vector<std::filesystem::path>& l
     for (const std::filesystem::path& file : leftOut)
         (places.count(FoldCase(file.native())) ? inOtherCase : elsewhere).push_back(file.string());
     if (!elsewhere.empty())
-        _figure.warn(dson::Counted(elsewhere.size(), "morph file is", "morph files are") +
+        _figure.warn(base::Counted(elsewhere.size(), "morph file is", "morph files are") +
                      " in more than one content library; the first is used instead of " + elsewhere.front() +
                      (elsewhere.size() > 1 ? ", and so on" : ""));
     if (!inOtherCase.empty())
         _figure.warn(
-            dson::Counted(inOtherCase.size(),
+            base::Counted(inOtherCase.size(),
                           "morph file differs in case alone from another beside it and is left out",
                           "morph files differ in case alone from others beside them and are left out") +
             Examples({inOtherCase.front()}));
@@ -295,7 +296,7 @@ void FigureModifiers::reportOmissions()
 {
     const auto report = [this](Omission& omission, const char* one, const char* many) {
         if (omission.count > 0)
-            _figure.warn(dson::Counted(omission.count, one, many) + Examples({omission.example}));
+            _figure.warn(base::Counted(omission.count, one, many) + Examples({omission.example}));
         omission = {};
     };
     report(_forOtherMeshes, "morph is for a mesh of another size and is left out",
@@ -311,7 +312,7 @@ void FigureModifiers::reportOmissions()
     report(_ofEqualNames, "morph has a name that is taken and gets another",
            "morphs have names that are taken and get others");
     if (const std::vector<std::string>& aliases = _dials.renamedAliases(); !aliases.empty())
-        _figure.note(dson::Counted(aliases.size(), "alias has the name of a dial beside it and gets another",
+        _figure.note(base::Counted(aliases.size(), "alias has the name of a dial beside it and gets another",
                                    "aliases have the names of dials beside them and get others") +
                      Examples(aliases));
     if (const std::vector<std::string>& cut = _dials.cutPaths(); !cut.empty())

@@ -3,6 +3,7 @@
 
 #include "figure_nodes.h"
 
+#include "base/counted.h"
 #include "base/errors.h"
 #include "definition_nodes.h"
 #include "library/asset_origin.h"
@@ -80,7 +81,7 @@ void FigureNodes::adopt(const dson::Node& top, Waiting& waiting, PendingFormulas
             make(*source, root(), waiting, formulas);
         }
         if (!hung.empty())
-            _file.warn(dson::Counted(hung.size(), one, many) + Examples(hung));
+            _file.warn(base::Counted(hung.size(), one, many) + Examples(hung));
     };
     hang(_file.tree().orphans(), "bone hangs on nothing that is there and is hung on the figure itself",
          "bones hang on nothing that is there and are hung on the figure itself");
@@ -133,13 +134,13 @@ void FigureNodes::reportOddities() const
 {
     if (!_otherSpellings.empty())
         _file.warn(
-            dson::Counted(
+            base::Counted(
                 _otherSpellings.size(),
                 "name of a node differs from the figure's in letter case alone and is taken for it",
                 "names of nodes differ from the figure's in letter case alone and are taken for them") +
             Examples({_otherSpellings.begin(), _otherSpellings.end()}));
     if (!_beyondLimits.empty())
-        _file.warn(dson::Counted(_beyondLimits.size(),
+        _file.warn(base::Counted(_beyondLimits.size(),
                                  "node has limits beyond single precision and gets the nearest",
                                  "nodes have limits beyond single precision and get the nearest") +
                    Examples(_beyondLimits));

@@ -4,6 +4,7 @@
 #include "instance_dials.h"
 
 #include "app/texts.h"
+#include "base/counted.h"
 #include "base/errors.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
@@ -143,7 +144,7 @@ void InstanceDials::tellOddities()
         _load.report.warn(TellCutPaths(cut));
     if (!_numbersInTexts.empty())
         _load.report.warn(fmt::format("has {} as texts, read as what they say, such as \"{}\"",
-                                      dson::Counted(_numbersInTexts.size(), "number", "numbers"),
+                                      base::Counted(_numbersInTexts.size(), "number", "numbers"),
                                       _numbersInTexts.front()));
 }
 
@@ -184,7 +185,7 @@ void InstanceDials::dialSelection()
     }
     if (!missing.empty())
         _load.report.warnLeftOut(
-            dson::Counted(missing.size(),
+            base::Counted(missing.size(),
                           "shape or control is set on what is selected, which has none of its name",
                           "shapes and controls are set on what is selected, which has none of them") +
             Examples(missing));

@@ -4,6 +4,7 @@
 #include "kept_instances.h"
 
 #include "app/texts.h"
+#include "base/counted.h"
 #include "dson/uri.h"
 #include "dzfacetmesh.h"
 #include "dzfacetshape.h"
@@ -147,7 +148,7 @@ void KeptInstances::tellUnclaimed() const
         Report({base::Severity::Warning,
                 _document.file.string(),
                 {},
-                dson::Counted(lost.size(), "definition that no instance in the scene names says",
+                base::Counted(lost.size(), "definition that no instance in the scene names says",
                               "definitions that no instances in the scene name say") +
                     " more than is read, which saving will leave out" + Examples(lost)});
 }

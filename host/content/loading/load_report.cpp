@@ -5,6 +5,7 @@
 
 #include "app/current_attendant.h"
 #include "app/texts.h"
+#include "base/counted.h"
 #include "base/file_failure.h"
 #include "dson/reader.h"
 #include "openhost/diagnostics.h"
@@ -49,7 +50,7 @@ std::string Examples(const std::vector<std::string>& texts)
 std::string TellCutPaths(const std::vector<std::string>& names)
 {
     return fmt::format("{} deeper than {} groups in each other and {} left in the last of them{}",
-                       dson::Counted(names.size(), "dial lies", "dials lie"), deepestGroups,
+                       base::Counted(names.size(), "dial lies", "dials lie"), deepestGroups,
                        names.size() == 1 ? "is" : "are", Examples(names));
 }
 
@@ -98,12 +99,12 @@ void LoadReport::sumUp(const std::vector<std::string>& leftOut)
         warnLeftOut(fmt::format("{} files are in no content library, such as {}", _missing.size(),
                                 *_missing.begin()));
     if (!_replaced.empty())
-        warn(dson::Counted(_replaced.size(),
+        warn(base::Counted(_replaced.size(),
                            "file is in no content library, and the dial of its name is turned",
                            "files are in no content library, and the dials of their names are turned") +
              ", such as for " + *_replaced.begin());
     if (!_homeless.empty())
-        warnLeftOut(dson::Counted(_homeless.size(),
+        warnLeftOut(base::Counted(_homeless.size(),
                                   "shape or control is set on what is not there and is left out",
                                   "shapes and controls are set on what is not there and are left out") +
                     Examples(_homeless));
@@ -118,22 +119,22 @@ void LoadReport::sumUp(const std::vector<std::string>& leftOut)
         warnLeftOut(fmt::format("left out: {}", fmt::join(leftOut, ", ")));
     if (!_duplicates.empty())
         warn(fmt::format("formulas drive {} in the same way more than once, such as {}",
-                         dson::Counted(_duplicates.size(), "property", "properties"), *_duplicates.begin()));
+                         base::Counted(_duplicates.size(), "property", "properties"), *_duplicates.begin()));
 }
 
 void LoadReport::sumUpDials()
 {
     if (!_absent.empty())
-        warnLeftOut(dson::Counted(_absent.size(), "shape or control is not in its file and is left out",
+        warnLeftOut(base::Counted(_absent.size(), "shape or control is not in its file and is left out",
                                   "shapes and controls are not in their files and are left out") +
                     Examples(_absent));
     if (!_withoutUrl.empty())
-        warnLeftOut(dson::Counted(_withoutUrl.size(),
+        warnLeftOut(base::Counted(_withoutUrl.size(),
                                   "modifier does not say what it is of and is kept for saving only",
                                   "modifiers do not say what they are of and are kept for saving only") +
                     Examples(_withoutUrl));
     if (!_repeatedDials.empty())
-        warn(dson::Counted(_repeatedDials.size(), "dial is set once more, and the last value counts",
+        warn(base::Counted(_repeatedDials.size(), "dial is set once more, and the last value counts",
                            "dials are set once more, and the last values count") +
              Examples(_repeatedDials));
 }
@@ -141,34 +142,34 @@ void LoadReport::sumUpDials()
 void LoadReport::sumUpNodes()
 {
     if (!_otherGeometries.empty())
-        warnLeftOut(dson::Counted(_otherGeometries.size(),
+        warnLeftOut(base::Counted(_otherGeometries.size(),
                                   "geometry is not its node's, which has that of its definition",
                                   "geometries are not their nodes', which have those of their definitions") +
                     Examples(_otherGeometries));
     if (!_loneBones.empty())
-        warn(dson::Counted(_loneBones.size(), "bone hangs on no figure and is a node by itself",
+        warn(base::Counted(_loneBones.size(), "bone hangs on no figure and is a node by itself",
                            "bones hang on no figure and are nodes by themselves") +
              Examples(_loneBones));
     if (!_repeatedBones.empty())
-        warnLeftOut(dson::Counted(_repeatedBones.size(),
+        warnLeftOut(base::Counted(_repeatedBones.size(),
                                   "bone is listed once more and counts as it was first",
                                   "bones are listed once more and count as they were first") +
                     Examples(_repeatedBones));
     if (!_strayBones.empty())
-        warn(dson::Counted(_strayBones.size(),
+        warn(base::Counted(_strayBones.size(),
                            "bone hangs on no figure and is given to the only one that lacks it",
                            "bones hang on no figure and are given to the only ones that lack them") +
              Examples(_strayBones));
     if (!_unknownBones.empty())
-        warnLeftOut(dson::Counted(_unknownBones.size(), "bone is none that its figure has and is left out",
+        warnLeftOut(base::Counted(_unknownBones.size(), "bone is none that its figure has and is left out",
                                   "bones are none that their figures have and are left out") +
                     Examples(_unknownBones));
     if (!_unlistedBones.empty())
-        warn(dson::Counted(_unlistedBones.size(), "bone is not listed and is taken from the figure",
+        warn(base::Counted(_unlistedBones.size(), "bone is not listed and is taken from the figure",
                            "bones are not listed and are taken from the figures") +
              Examples({_unlistedBones.begin(), _unlistedBones.end()}));
     if (!_withoutParents.empty())
-        warnLeftOut(dson::Counted(_withoutParents.size(),
+        warnLeftOut(base::Counted(_withoutParents.size(),
                                   "node hangs on nothing that is there and is at the root",
                                   "nodes hang on nothing that is there and are at the root") +
                     Examples(_withoutParents));
@@ -178,18 +179,18 @@ void LoadReport::sumUpUnshown()
 {
     if (!_furtherGeometries.empty())
         warnLeftOut(
-            dson::Counted(_furtherGeometries.size(),
+            base::Counted(_furtherGeometries.size(),
                           "geometry is not the first of its node and is kept for saving only",
                           "geometries are not the first of their nodes and are kept for saving only") +
             Examples(_furtherGeometries));
     if (!_withoutMesh.empty())
         warnLeftOut(
-            dson::Counted(_withoutMesh.size(),
+            base::Counted(_withoutMesh.size(),
                           "geometry is on a bone or on a node without a mesh and is kept for saving only",
                           "geometries are on bones or on nodes without meshes and are kept for saving only") +
             Examples(_withoutMesh));
     if (!_repeating.empty())
-        warnLeftOut(dson::Counted(_repeating.size(),
+        warnLeftOut(base::Counted(_repeating.size(),
                                   "node repeats another, which is not drawn, and is kept for saving only",
                                   "nodes repeat others, which is not drawn, and are kept for saving only") +
                     Examples(_repeating));

@@ -6,6 +6,7 @@
 #include "app/current_attendant.h"
 #include "app/operations.h"
 #include "app/texts.h"
+#include "base/counted.h"
 #include "base/errors.h"
 #include "dson/uri.h"
 #include "dznode.h"
@@ -88,7 +89,7 @@ std::vector<PresetValue> FindValues(const dson::Document& preset, const PresetTa
             Report(Warning(
                 preset,
                 fmt::format("{} from those of {} in letter case alone and {} taken for them{}",
-                            dson::Counted(names.size(), one, many), target.node().getLabel().toStdString(),
+                            base::Counted(names.size(), one, many), target.node().getLabel().toStdString(),
                             names.size() == 1 ? "is" : "are", Examples({names.begin(), names.end()}))));
     };
     tellSpellings(target.otherSpellings(), "name of a node differs", "names of nodes differ");
@@ -142,7 +143,7 @@ std::vector<std::string> LeftOutOf(const dson::Document& preset)
         preset.animations.begin(), preset.animations.end(),
         [](const dson::AnimatedValue& entry) { return IsOfMaterial(dson::ParseUri(entry.url)); });
     if (count > 0)
-        parts.push_back(dson::Counted(std::size_t(count), "value of materials", "values of materials"));
+        parts.push_back(base::Counted(std::size_t(count), "value of materials", "values of materials"));
     return parts;
 }
 

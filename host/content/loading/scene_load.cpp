@@ -3,6 +3,7 @@
 
 #include "scene_load.h"
 
+#include "base/counted.h"
 #include "dznode.h"
 #include "dznumericproperty.h"
 #include "preset_target.h"
@@ -46,7 +47,7 @@ void SceneLoad::noteBeyondLimits(const std::vector<std::string>& labels)
 void SceneLoad::tellBeyondLimits()
 {
     if (!_beyondLimits.empty())
-        report.warn(dson::Counted(_beyondLimits.size(),
+        report.warn(base::Counted(_beyondLimits.size(),
                                   "value is beyond the limits of its dial, which holds it",
                                   "values are beyond the limits of their dials, which hold them") +
                     Examples(_beyondLimits));

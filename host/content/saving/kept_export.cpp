@@ -3,6 +3,7 @@
 
 #include "kept_export.h"
 
+#include "base/counted.h"
 #include "channel_export.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
@@ -517,7 +518,7 @@ void KeptExport::report() const
     const auto tell = [](base::Severity severity, std::size_t count, const char* one, const char* many,
                          const char* what) {
         if (count > 0)
-            Report({severity, {}, {}, fmt::format("{} {}", dson::Counted(count, one, many), what)});
+            Report({severity, {}, {}, fmt::format("{} {}", base::Counted(count, one, many), what)});
     };
     tell(base::Severity::Note, _renamed, "image, UV set or material", "images, UV sets and materials",
          "had an id that something else has and got another one");

@@ -9,6 +9,7 @@
 #include "app/current_attendant.h"
 #include "app/guard.h"
 #include "base/cancellation.h"
+#include "base/counted.h"
 #include "base/device_name.h"
 #include "base/errors.h"
 #include "base/file_set.h"
@@ -212,7 +213,7 @@ std::string DetailBytes(const Wanted& wanted)
                           wanted.morph->getName().toStdString(),
                           fmt::format("{} behind the fourth corner of a face, where files have no place for "
                                       "them, left out",
-                                      dson::Counted(leftOut, "displacement", "displacements"))});
+                                      base::Counted(leftOut, "displacement", "displacements"))});
     return bytes;
 }
 
@@ -272,7 +273,7 @@ void AddLinks(Draft& draft, const Wanted& wanted, const std::vector<Wanted>& all
                           {},
                           wanted.morph->getName().toStdString(),
                           fmt::format("{} cannot be kept in a file",
-                                      dson::Counted(joints.lost, "link to a joint", "links to joints"))});
+                                      base::Counted(joints.lost, "link to a joint", "links to joints"))});
 }
 
 Draft Describe(const Wanted& wanted, const std::vector<Wanted>& all, const DzFileIOSettings& options)

@@ -3,6 +3,7 @@
 
 #include "scene_export.h"
 
+#include "base/counted.h"
 #include "channel_export.h"
 #include "dson/reader.h"
 #include "dson/uri.h"
@@ -115,7 +116,7 @@ private:
                 Report({base::Severity::Warning,
                         {},
                         {},
-                        dson::Counted(count, one, many) + " cannot be kept in a file"});
+                        base::Counted(count, one, many) + " cannot be kept in a file"});
         };
         tell(_lostLinks, "link between properties", "links between properties");
         tell(_lostFormers, "D-Former that is no part of it", "D-Formers that are no part of it");
