@@ -27,6 +27,7 @@
 #include "planned_files.h"
 #include "report.h"
 #include "shell_command.h"
+#include "standard_streams.h"
 
 #include <memory>
 #include <optional>
@@ -127,7 +128,7 @@ void AddBatchOptions(CLI::App& command, BatchArguments& arguments)
 
 std::string NameOfTable(const std::string& table)
 {
-    return table == standardInput ? "standard input" : table;
+    return table == standardStream ? "standard input" : table;
 }
 
 void ListRows(const std::vector<BatchRow>& rows, bool asJson)
@@ -210,7 +211,7 @@ void WriteTable(const BatchArguments& arguments)
 {
     base::Diagnostics diagnostics;
     std::error_code error;
-    const bool isFile = !arguments.table.empty() && arguments.table != standardInput;
+    const bool isFile = !arguments.table.empty() && arguments.table != standardStream;
     if (isFile && fs::exists(arguments.table, error))
         throw std::runtime_error(arguments.table + ": is there already");
     PlannedFiles planned;
@@ -280,7 +281,7 @@ PlannedFiles PlanOwnFiles(const BatchArguments& arguments, base::Diagnostics& di
     for (const std::string& file : {arguments.log, arguments.page})
         if (!file.empty())
             PlanFile(planned, file);
-    if (arguments.table == standardInput)
+    if (arguments.table == standardStream)
         return planned;
     try {
         PlanFile(planned, BatchState::PlaceFor(arguments.table));
@@ -335,7 +336,7 @@ std::vector<BatchRow> PlannedRows(const BatchArguments& arguments, const JobRow&
     const std::string text = ReadTableFile(arguments.table);
     const JobTable table = ReadJobTable(text, RowColumns());
     const CheckedTable checked(arguments.table, text, defaults);
-    const bool isKeptInMind = arguments.table != standardInput && table.rows.size() > small;
+    const bool isKeptInMind = arguments.table != standardStream && table.rows.size() > small;
     if (!range || !isKeptInMind || !checked.isKnown()) {
         std::vector<BatchRow> all = PlanBatch(table, name, defaults);
         if (isKeptInMind && !arguments.isDryRun)
@@ -386,7 +387,7 @@ void Work(const BatchArguments& arguments, const JobRow& defaults, bool verbose)
         return WriteTable(arguments);
     if (arguments.table.empty())
         throw UsageError("a table is required");
-    if (arguments.table == standardInput && arguments.resume)
+    if (arguments.table == standardStream && arguments.resume)
         throw UsageError("--resume needs a table that is a file, beside which it is kept what is done");
     const std::vector<BatchRow> rows = PlannedRows(arguments, defaults);
     if (arguments.list)

@@ -10,14 +10,54 @@
 #include "options.h"
 #include "progress.h"
 #include "shell_command.h"
+#include "standard_streams.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 namespace cli {
+
+namespace {
+
+/// Nobody finds it under the name that it was made with.
+void NoteSent(ConversionReport& report, const std::filesystem::path& file)
+{
+    const std::filesystem::path where = "standard output";
+    std::replace(report.files.begin(), report.files.end(), file, where);
+    if (report.page == file)
+        report.page = where;
+}
+
+void RunConversion(ConversionRequest request, bool asJson)
+{
+    CheckOneAtMost({{"--export-obj", request.exportObj.u8string()}, {"--report", request.page.u8string()}});
+    const OutputFile obj("--export-obj", request.exportObj.u8string(), "figure.obj", asJson);
+    const OutputFile page("--report", request.page.u8string(), "page.html", asJson);
+    const auto divert = [&request](std::filesystem::path& file, const OutputFile& output) {
+        if (output.isStandardOutput())
+            file = request.isDryRun ? std::filesystem::path() : output.path();
+    };
+    divert(request.exportObj, obj);
+    divert(request.page, page);
+    std::optional<ApartCache> apart;
+    if (request.isDryRun)
+        apart.emplace();
+    Progress progress(!asJson);
+    ConversionReport report = Convert(request, progress);
+    for (const OutputFile* const made : {&obj, &page})
+        if (made->isStandardOutput() && !request.isDryRun) {
+            made->send();
+            NoteSent(report, made->path());
+        }
+    WriteResult(DescribeConversion(report, progress, asJson), asJson, request.isDryRun);
+}
+
+} // namespace
 
 void AddConvertCommand(CLI::App& program, CommandContext& context)
 {
@@ -40,12 +80,7 @@ void AddConvertCommand(CLI::App& program, CommandContext& context)
             request.isDryRun = *isDryRun;
             request.verbose = context.verbose;
             request.command = ShellCommand(context.arguments);
-            std::optional<ApartCache> apart;
-            if (*isDryRun)
-                apart.emplace();
-            Progress progress(!*asJson);
-            const ConversionReport report = Convert(request, progress);
-            WriteResult(DescribeConversion(report, progress, *asJson), *asJson, *isDryRun);
+            RunConversion(std::move(request), *asJson);
         };
     });
 }

@@ -17,6 +17,7 @@
 #include "mesh_files.h"
 #include "options.h"
 #include "progress.h"
+#include "standard_streams.h"
 #include "temporary_folder.h"
 
 #include <memory>
@@ -101,7 +102,7 @@ Json MeshFacts(const InspectArguments& arguments)
 
 Json FileFacts(const InspectArguments& arguments, Progress& progress)
 {
-    if (HasExtension(arguments.file, ".obj"))
+    if (HasExtension(arguments.file, ".obj") || IsStandardStream(arguments.file))
         return MeshFacts(arguments);
     if (HasExtension(arguments.file, ".dhdm"))
         return DhdmFacts(arguments.file, ContentFor(arguments));
@@ -129,8 +130,10 @@ void Inspect(const InspectArguments& arguments)
 {
     TemporaryFolder::removeThoseOfEndedRuns();
     Progress progress(!arguments.json);
-    progress.stage("read", "Reading " + arguments.file);
+    progress.stage("read", "Reading " + InputText(arguments.file));
     std::error_code error;
+    if (IsStandardStream(arguments.file) && (arguments.check || !arguments.morphs.empty()))
+        throw UsageError("standard input has no morphs, which are files beside a figure's");
     if (arguments.check || !arguments.morphs.empty() ||
         std::filesystem::is_directory(arguments.file, error)) {
         InspectMorphs(arguments, progress);
@@ -150,7 +153,9 @@ void AddInspectCommand(CLI::App& program, CommandContext& context)
     CLI::App* const command = program.add_subcommand("inspect", "Tell what is in a file");
     command->footer("Example:\n"
                     "  gantrel inspect \"$HOME/library/People/Genesis 9/Genesis 9.duf\" --check");
-    command->add_option("FILE", arguments->file, "What to look into; of a folder, its morphs")
+    command
+        ->add_option("FILE", arguments->file,
+                     "What to look into; of a folder, its morphs; - for an OBJ file's text on standard input")
         ->type_name("FILE.duf|FILE.dsf|FILE.dhdm|FILE.obj|FOLDER")
         ->required();
     command

@@ -12,6 +12,7 @@
 #include "report.h"
 #include "sample_content/figure_kinds.h"
 #include "sample_content/make_figure.h"
+#include "standard_streams.h"
 #include "temporary_folder.h"
 
 #include <algorithm>
@@ -93,11 +94,24 @@ content::MadeFigure Make(const content::MakeFigureOptions& options)
     return made;
 }
 
+/// They belong together, and one that has no name could not be told from another.
+void CheckAreFiles(const content::MakeFigureOptions& options)
+{
+    std::vector<std::filesystem::path> files{options.mesh, options.skeleton, options.weights};
+    for (const std::vector<NamedFile>& list : {options.morphs, options.weightMaps})
+        std::transform(list.begin(), list.end(), std::back_inserter(files),
+                       [](const NamedFile& one) { return one.second; });
+    if (std::any_of(files.begin(), files.end(), IsStandardStream))
+        throw UsageError(
+            "a figure is made of files alone, none of them standard input; ./- is a file of that name");
+}
+
 void MakeFigure(const MakeFigureArguments& arguments)
 {
     Progress progress(!arguments.json);
     progress.stage("figure", "Making the figure");
     const content::MakeFigureOptions options = OptionsOf(arguments);
+    CheckAreFiles(options);
     PlannedFiles planned;
     const content::MadeFigure made = arguments.isDryRun ? TryToMake(options, planned) : Make(options);
     progress.finish();

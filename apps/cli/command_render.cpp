@@ -23,10 +23,13 @@
 #include "planned_files.h"
 #include "progress.h"
 #include "report.h"
+#include "standard_streams.h"
 
 #include <charconv>
 #include <memory>
 #include <optional>
+
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -68,7 +71,7 @@ std::string CheckSize(const std::string& text)
 
 base::Diagnostic Warning(const RenderArguments& arguments, std::string what)
 {
-    return {base::Severity::Warning, arguments.file, {}, std::move(what)};
+    return {base::Severity::Warning, InputText(arguments.file), {}, std::move(what)};
 }
 
 void TellFarOff(const std::vector<geometry::PictureItem>& items, const RenderArguments& arguments,
@@ -107,7 +110,7 @@ geometry::Picture RenderViews(const std::vector<geometry::PictureItem>& items,
 geometry::Picture RenderObj(const RenderArguments& arguments, Progress& progress, base::Diagnostics& met)
 {
     if (!arguments.dials.empty())
-        throw UsageError(fmt::format("{}: an OBJ file has no dials to set", arguments.file));
+        throw UsageError(fmt::format("{}: an OBJ file has no dials to set", InputText(arguments.file)));
     const geometry::ObjContent content = ReadSurfaceFile(arguments.file, met);
     geometry::PictureItem item;
     item.mesh = content.mesh.view();
@@ -139,7 +142,7 @@ geometry::Picture RenderScene(const RenderArguments& arguments, Progress& progre
     return RenderViews(items, arguments, progress, met);
 }
 
-void CheckName(const std::string& out)
+void CheckName(const std::filesystem::path& out)
 {
     try {
         openhost::CheckPictureName(out);
@@ -148,22 +151,33 @@ void CheckName(const std::string& out)
     }
 }
 
+void CheckIsNoTerminal()
+{
+    if (isatty(STDOUT_FILENO) != 0)
+        throw UsageError("--out - writes a picture, which a terminal cannot show");
+}
+
 void Render(const RenderArguments& arguments)
 {
-    CheckOutput(arguments.out, {arguments.file});
-    CheckName(arguments.out);
+    const OutputFile out("--out", arguments.out, "picture.png", false);
+    if (out.isStandardOutput())
+        CheckIsNoTerminal();
+    else
+        CheckOutput(arguments.out, {arguments.file});
+    CheckName(out.path());
     PlannedFiles planned;
     std::optional<ApartCache> apart;
     if (arguments.isDryRun) {
-        PlanFile(planned, arguments.out);
+        if (!out.isStandardOutput())
+            PlanFile(planned, arguments.out);
         apart.emplace();
     } else {
         ExpectFiles();
     }
     Progress progress(true);
-    progress.stage("read", "Reading " + arguments.file);
+    progress.stage("read", "Reading " + InputText(arguments.file));
     base::Diagnostics met;
-    const geometry::Picture picture = HasExtension(arguments.file, ".obj")
+    const geometry::Picture picture = HasExtension(arguments.file, ".obj") || IsStandardStream(arguments.file)
                                           ? RenderObj(arguments, progress, met)
                                           : RenderScene(arguments, progress, met);
     if (arguments.isDryRun) {
@@ -172,10 +186,13 @@ void Render(const RenderArguments& arguments)
         return WriteReport(DescribePlan(planned, false), false);
     }
     progress.stage("write", "Writing " + arguments.out);
-    openhost::WritePicture(arguments.out, picture);
+    openhost::WritePicture(out.path(), picture);
     progress.finish();
+    out.send();
     TellWarnings(met);
-    WriteSummary(fmt::format("{}: {} x {} pixels\n", arguments.out, picture.width, picture.height));
+    WriteSummary(fmt::format("{}: {} x {} pixels\n",
+                             out.isStandardOutput() ? "standard output" : arguments.out, picture.width,
+                             picture.height));
 }
 
 } // namespace
@@ -187,8 +204,12 @@ void AddRenderCommand(CLI::App& program, CommandContext& context)
     command->footer(
         "Example:\n"
         "  gantrel render Vera.duf --dial Smile=1 --view three-quarter --view face --out vera.png");
-    command->add_option("FILE", arguments->file, "What to draw")->type_name("FILE.duf|FILE.obj")->required();
-    command->add_option("--out", arguments->out, "The picture to write, PNG or JPEG as its name ends")
+    command->add_option("FILE", arguments->file, "What to draw; - for an OBJ file's text on standard input")
+        ->type_name("FILE.duf|FILE.obj")
+        ->required();
+    command
+        ->add_option("--out", arguments->out,
+                     "The picture to write, PNG or JPEG as its name ends; - for PNG on standard output")
         ->type_name("FILE.png|FILE.jpg")
         ->required();
     AddContentOption(*command, arguments->content);

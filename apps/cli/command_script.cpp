@@ -4,7 +4,6 @@
 #include "command_script.h"
 
 #include "base/cancellation.h"
-#include "base/reason.h"
 #include "command.h"
 #include "dzapp.h"
 #include "dzscript.h"
@@ -15,20 +14,17 @@
 #include "options.h"
 #include "report.h"
 #include "script_conversion.h"
+#include "standard_streams.h"
 #include "worker_process.h"
 
 #include <QByteArray>
 #include <QFileInfo>
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <cmath>
 #include <memory>
 #include <optional>
 #include <stdexcept>
-
-#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -49,44 +45,24 @@ struct ScriptArguments {
     bool verbose = false, overwrite = false;
 };
 
-constexpr const char* standardInput = "-";
-
-/// As sentences have it.
-std::string NameOf(const ScriptArguments& arguments)
+QByteArray ReadScriptText()
 {
-    return arguments.file == standardInput ? "standard input" : arguments.file;
-}
-
-/// Nobody has to wait for the end of a text that is being typed.
-/// @throws std::runtime_error  it cannot be read
-QByteArray ReadStandardInput()
-{
-    QByteArray text;
-    std::array<char, 65536> piece{};
-    for (;;) {
-        const ssize_t count = read(STDIN_FILENO, piece.data(), piece.size());
-        base::ThrowIfCancelled();
-        if (count == 0)
-            return text;
-        if (count > 0)
-            text.append(piece.data(), static_cast<int>(count));
-        else if (errno != EINTR)
-            throw std::runtime_error(
-                fmt::format("standard input: the script cannot be read: {}", base::ReasonOf(errno)));
-    }
+    constexpr std::size_t longestScript = std::size_t{1} << 29; // as much as of a file
+    const std::string text = ReadStandardInput(longestScript);
+    return QByteArray(text.data(), static_cast<int>(text.size()));
 }
 
 /// What the script is made of is beside it.
 QString OwnFolder(const ScriptArguments& arguments)
 {
-    return QFileInfo(QString::fromStdString(NameOf(arguments))).absolutePath();
+    return QFileInfo(QString::fromStdString(InputText(arguments.file))).absolutePath();
 }
 
 /// @param typed  what came on standard input, if that is the script
 /// @throws std::runtime_error  the file cannot be read; the text has the host's reason
 void Load(DzScript& script, const ScriptArguments& arguments, const std::optional<QByteArray>& typed)
 {
-    const QString name = QString::fromStdString(NameOf(arguments));
+    const QString name = QString::fromStdString(InputText(arguments.file));
     if (typed) {
         // The toolkit takes a NUL in an array for its end.
         script.setCode(QString::fromUtf8(typed->constData(), typed->size()));
@@ -124,10 +100,10 @@ void RunScript(const ScriptArguments& arguments)
     const int milliseconds = static_cast<int>(arguments.timeout * millisecondsPerSecond);
     // A process in the background may not read from the terminal.
     const std::optional<QByteArray> typed =
-        arguments.file == standardInput ? std::make_optional(ReadStandardInput()) : std::nullopt;
+        IsStandardStream(arguments.file) ? std::make_optional(ReadScriptText()) : std::nullopt;
     // What a script can ask of the engine's own functions, nothing inside the process can end.
     const WorkerProcess worker(
-        {NameOf(arguments), std::chrono::milliseconds(milliseconds), arguments.megabytes});
+        {InputText(arguments.file), std::chrono::milliseconds(milliseconds), arguments.megabytes});
     HostSession session(ToPaths(arguments.content), arguments.verbose);
     session.allowOverwriting(arguments.overwrite);
     openhost::ScriptRights rights;

@@ -18,6 +18,7 @@
 #include "planned_files.h"
 #include "progress.h"
 #include "report.h"
+#include "standard_streams.h"
 #include "surface_match.h"
 
 #include <algorithm>
@@ -53,9 +54,9 @@ TransferInput ReadInput(const TransferArguments& arguments, base::Diagnostics& m
     const std::size_t neutralCount = input.source.mesh.vertexCount(),
                       morphedCount = input.morphed.mesh.vertexCount();
     if (neutralCount != morphedCount)
-        throw geometry::TopologyError("{} has {} but {} has {}", arguments.sourceMorphed,
+        throw geometry::TopologyError("{} has {} but {} has {}", InputText(arguments.sourceMorphed),
                                       base::Counted(morphedCount, "vertex", "vertices"),
-                                      arguments.sourceNeutral, neutralCount);
+                                      InputText(arguments.sourceNeutral), neutralCount);
     return input;
 }
 
@@ -74,13 +75,13 @@ std::vector<Vec3f> Moved(std::vector<Vec3f> positions, const std::vector<Vec3f>&
     return positions;
 }
 
-void WriteMoved(const std::string& file, const geometry::ObjContent& target,
+void WriteMoved(const std::filesystem::path& file, const geometry::ObjContent& target,
                 const std::vector<Vec3f>& positions)
 {
     geometry::ObjPart part;
     part.mesh = {target.mesh.topology.get(), positions};
     part.texCoords = &target.texCoords;
-    part.name = std::filesystem::path(file).stem().u8string();
+    part.name = file.stem().u8string();
     geometry::ObjWriteOptions options;
     if (!target.materialLibraries.empty())
         options.materialLibrary = target.materialLibraries.front();
@@ -127,7 +128,7 @@ EitherWayMatch MatchWith(const TransferArguments& arguments, const TransferInput
         options.registersFeatures = arguments.registers;
         return MatchEitherWay(input.source.mesh.view(), input.target.mesh.view(), options);
     } catch (const geometry::TopologyError& error) {
-        throw geometry::TopologyError("{}: {}", arguments.sourceNeutral, error.what());
+        throw geometry::TopologyError("{}: {}", InputText(arguments.sourceNeutral), error.what());
     }
 }
 
@@ -135,22 +136,24 @@ EitherWayMatch MatchWith(const TransferArguments& arguments, const TransferInput
 EitherWayMatch Match(const TransferArguments& arguments, const TransferInput& input, base::Diagnostics& met)
 {
     const auto warn = [&](const std::string& what) {
-        met.push_back({base::Severity::Warning, arguments.targetNeutral, {}, what});
+        met.push_back({base::Severity::Warning, InputText(arguments.targetNeutral), {}, what});
     };
     if (!HasArea(input.target.mesh.view()))
         throw geometry::TopologyError("{}: has no face with an area, so nothing tells which side is out",
-                                      arguments.targetNeutral);
+                                      InputText(arguments.targetNeutral));
     EitherWayMatch matched = MatchWith(arguments, input);
     if (matched.isTurned)
         warn(fmt::format(
             "its faces are wound the other way round than those of {}; matched as if they were not",
-            arguments.sourceNeutral));
+            InputText(arguments.sourceNeutral)));
     if (!matched.isMisfit)
         return matched;
-    const std::string reason = geometry::DescribeMisfit(matched.map.statistics(), input.source.mesh.positions,
-                                                        input.target.mesh.positions, arguments.sourceNeutral);
+    const std::string reason =
+        geometry::DescribeMisfit(matched.map.statistics(), input.source.mesh.positions,
+                                 input.target.mesh.positions, InputText(arguments.sourceNeutral));
     if (!arguments.anyway)
-        throw geometry::TopologyError("{}: {} (--anyway goes on)", arguments.targetNeutral, reason);
+        throw geometry::TopologyError("{}: {} (--anyway goes on)", InputText(arguments.targetNeutral),
+                                      reason);
     warn(reason);
     return matched;
 }
@@ -169,14 +172,25 @@ Json DescribeCrumple(const EitherWayMatch& matched, const TransferInput& input,
             {"morphed", measure(input.morphed.mesh, moved)}};
 }
 
+void CheckFiles(const TransferArguments& arguments)
+{
+    CheckOneAtMost({{"--source-neutral", arguments.sourceNeutral},
+                    {"--source-morphed", arguments.sourceMorphed},
+                    {"--target-neutral", arguments.targetNeutral}});
+    if (!IsStandardStream(arguments.out))
+        CheckOutput(arguments.out,
+                    {arguments.sourceNeutral, arguments.sourceMorphed, arguments.targetNeutral});
+}
+
 void Transfer(const TransferArguments& arguments)
 {
-    CheckOutput(arguments.out, {arguments.sourceNeutral, arguments.sourceMorphed, arguments.targetNeutral});
+    CheckFiles(arguments);
+    const OutputFile out("--out", arguments.out, "standard output.obj", arguments.json);
     PlannedFiles planned;
-    if (arguments.isDryRun)
-        PlanFile(planned, arguments.out);
-    else
+    if (!arguments.isDryRun)
         ExpectFiles();
+    else if (!out.isStandardOutput())
+        PlanFile(planned, arguments.out);
     Progress progress(!arguments.json);
     progress.stage("read", "Reading the meshes");
     base::Diagnostics met;
@@ -189,9 +203,11 @@ void Transfer(const TransferArguments& arguments)
     const std::vector<Vec3f> moved = Moved(input.target.mesh.positions, deltas);
     if (!arguments.isDryRun) {
         progress.stage("write", "Writing " + arguments.out);
-        WriteMoved(arguments.out, input.target, moved);
+        WriteMoved(out.path(), input.target, moved);
     }
     progress.finish();
+    if (!arguments.isDryRun)
+        out.send();
     Json report = Report(arguments, input, matched.map.statistics(), deltas, progress);
     report["crumple"] = DescribeCrumple(matched, input, moved);
     AddDiagnostics(report, met, arguments.json);
@@ -212,10 +228,11 @@ void AddTransferCommand(CLI::App& program, CommandContext& context)
     const auto addFile = [&](const char* option, std::string& file, const char* what) {
         command->add_option(option, file, what)->type_name("FILE.obj")->required();
     };
-    addFile("--source-neutral", arguments->sourceNeutral, "The source's neutral shape");
+    addFile("--source-neutral", arguments->sourceNeutral,
+            "The source's neutral shape; - reads one of the three from standard input");
     addFile("--source-morphed", arguments->sourceMorphed, "The source's morphed shape, same vertices");
     addFile("--target-neutral", arguments->targetNeutral, "The target's neutral shape");
-    addFile("--out", arguments->out, "The target's morphed shape, to be written");
+    addFile("--out", arguments->out, "The target's morphed shape, to be written; - for standard output");
     command->add_flag("--anyway", arguments->anyway,
                       "Go on also when hardly any of the target lies on the source");
     AddRegisterOption(*command, arguments->registers);

@@ -19,6 +19,7 @@
 #include "report.h"
 #include "scene_nodes.h"
 #include "setting_origins.h"
+#include "standard_streams.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -62,6 +63,9 @@ void CheckDirectory(const fs::path& directory)
 
 void CheckFile(const fs::path& file)
 {
+    if (IsStandardStream(file))
+        throw UsageError("content is no text on standard input, since it lies in a folder with all that it "
+                         "names; ./- is a file of that name");
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
     if (!fs::exists(status))

@@ -9,6 +9,7 @@
 
 namespace cli {
 
+/// @param file  - for the text on standard input
 /// @throws base::IoError, base::FormatError  it cannot be read, holds no vertex, or a position is not
 /// finite or farther out than anything that can be traced
 /// @param met  receives what was left out

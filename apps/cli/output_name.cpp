@@ -7,6 +7,7 @@
 #include "base/folders.h"
 #include "base/reason.h"
 #include "command.h"
+#include "standard_streams.h"
 
 #include <cerrno>
 
@@ -38,6 +39,8 @@ int FolderError(fs::path folder)
 
 void CheckOutput(const fs::path& file, const std::vector<fs::path>& inputs)
 {
+    if (IsStandardStream(file))
+        throw UsageError("standard output cannot have this file; ./- is a file of that name");
     const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
     const long most = pathconf(folder.c_str(), _PC_NAME_MAX); // negative where that is open
     if (most > 0 && file.filename().native().size() > static_cast<std::size_t>(most))

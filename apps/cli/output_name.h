@@ -10,6 +10,7 @@ namespace cli {
 
 /// Told before the work rather than behind it, when there is nowhere to put what has been made.
 /// @param inputs               of the same run, under whatever names
+/// @throws UsageError          the name stands for standard output
 /// @throws std::runtime_error  the name is longer than those that its folder can hold, or something is there
 ///                             that cannot be replaced, or that is an input
 void CheckOutput(const std::filesystem::path& file, const std::vector<std::filesystem::path>& inputs);

@@ -29,7 +29,7 @@ namespace {
 
 constexpr int indentWidth = 2;
 
-std::atomic<bool> isQuiet{false}, hasProgress{true};
+std::atomic<bool> isQuiet{false}, hasProgress{true}, isOutputGiven{false};
 
 std::string Words(std::string key)
 {
@@ -192,7 +192,7 @@ base::Diagnostics& AllKeptForError()
 
 } // namespace
 
-void WriteOutput(const std::string& text)
+void WriteOutput(std::string_view text)
 {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
         RefuseOutput(errno);
@@ -205,6 +205,19 @@ void EndOutput(int formerReason)
         RefuseOutput(isFlushed ? formerReason : errno);
 }
 
+namespace {
+
+/// Where people read.
+void Tell(const std::string& text)
+{
+    if (isOutputGiven)
+        std::fwrite(text.data(), 1, text.size(), stderr);
+    else
+        WriteOutput(text);
+}
+
+} // namespace
+
 std::string ReportText(const Json& report)
 {
     std::string text;
@@ -214,8 +227,8 @@ std::string ReportText(const Json& report)
 
 void WriteReport(const Json& report, bool asJson)
 {
-    WriteOutput(asJson ? report.dump(indentWidth, ' ', false, Json::error_handler_t::replace) + '\n'
-                       : ReportText(report));
+    Tell(asJson ? report.dump(indentWidth, ' ', false, Json::error_handler_t::replace) + '\n'
+                : ReportText(report));
 }
 
 void BeQuiet()
@@ -226,6 +239,11 @@ void BeQuiet()
 bool IsQuiet()
 {
     return isQuiet;
+}
+
+void GiveOutputAway()
+{
+    isOutputGiven = true;
 }
 
 void LeaveOutProgress()
@@ -247,7 +265,7 @@ void WriteSummary(const Json& summary, bool asJson)
 void WriteSummary(const std::string& text)
 {
     if (!isQuiet)
-        WriteOutput(text);
+        Tell(text);
 }
 
 void WriteResult(const Json& report, bool asJson, bool isDryRun)

@@ -7,6 +7,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -22,7 +23,7 @@ public:
 
 /// @throws OutputClosed        as above
 /// @throws std::runtime_error  the text cannot be written
-void WriteOutput(const std::string& text);
+void WriteOutput(std::string_view text);
 /// For what others wrote to stdout.
 /// @param formerReason         the errno with which they failed to, where it is known
 /// @throws OutputClosed        as above
@@ -38,6 +39,8 @@ std::string ReportText(const Json& report);
 /// From now on, for the whole process: neither progress nor warnings nor summaries.
 void BeQuiet();
 bool IsQuiet();
+/// From now on, for the whole process: standard output has a file, and what people are told goes to stderr.
+void GiveOutputAway();
 /// No progress from now on, for the whole process: a log has its place, and one line would end up in the
 /// other.
 void LeaveOutProgress();

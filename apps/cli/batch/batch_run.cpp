@@ -7,7 +7,6 @@
 #include "base/counted.h"
 #include "batch/batch_brief.h"
 #include "batch/batch_pool.h"
-#include "batch/batch_table_file.h"
 #include "batch/morph_claims.h"
 #include "batch/row_keeper.h"
 #include "batch/save_libraries.h"
@@ -17,6 +16,7 @@
 #include "error_sentence.h"
 #include "interrupt.h"
 #include "progress.h"
+#include "standard_streams.h"
 #include "worker_process.h"
 
 #include <algorithm>
@@ -88,7 +88,7 @@ public:
         if (!options.log.empty())
             _log.emplace(options.log,
                          options.skipsDone ? BatchLog::Beginning::AtEnd : BatchLog::Beginning::Anew);
-        if (options.table != standardInput)
+        if (options.table != standardStream)
             _keeper.emplace(options.table,
                             options.needsState ? RowKeeper::Need::Required : RowKeeper::Need::Wanted);
         _progress.begin("Converting", "Converting the rows");

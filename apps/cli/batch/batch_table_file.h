@@ -7,9 +7,7 @@
 
 namespace cli {
 
-/// What stands for standard input instead of a file's name.
-constexpr const char* standardInput = "-";
-
+/// @param name  - for standard input
 /// @throws base::IoError, base::FormatError  it cannot be read, or is too large for a table
 /// @throws base::Cancelled                   while it was waited for
 std::string ReadTableFile(const std::string& name);

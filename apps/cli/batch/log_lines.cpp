@@ -5,7 +5,7 @@
 
 #include "base/errors.h"
 #include "base/limits.h"
-#include "batch/batch_table_file.h"
+#include "standard_streams.h"
 
 #include <algorithm>
 #include <vector>
@@ -13,7 +13,7 @@
 namespace cli {
 
 LogLines::LogLines(const std::string& name)
-    : _name(name), _file(name == standardInput ? "/dev/stdin" : name, "cannot open")
+    : _name(name), _file(name == standardStream ? "/dev/stdin" : name, "cannot open")
 {
 }
 

@@ -86,7 +86,8 @@ void AddSaveOptions(CLI::App& command, ConvertArguments& arguments, OptionUse us
 
 void AddExtraOptions(CLI::App& command, ConvertArguments& arguments, OptionUse use)
 {
-    command.add_option("--export-obj", arguments.exportObj, "Also write the converted figure")
+    const std::string stream = use == OptionUse::Whole ? "; - for standard output" : "";
+    command.add_option("--export-obj", arguments.exportObj, "Also write the converted figure" + stream)
         ->type_name("FILE.obj");
     command
         .add_option("--pictures", arguments.pictures, "Also draw source and converted figure into a folder")
@@ -94,7 +95,8 @@ void AddExtraOptions(CLI::App& command, ConvertArguments& arguments, OptionUse u
     if (use == OptionUse::Whole)
         command
             .add_option("--report", arguments.page,
-                        "Also write a page to look at: pictures, the figure to turn, all that is told")
+                        "Also write a page to look at: pictures, the figure to turn, all that is told" +
+                            stream)
             ->type_name("FILE.html");
     command.add_flag(
         "--accept-missing", arguments.acceptMissing,

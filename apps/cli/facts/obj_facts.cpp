@@ -1,10 +1,10 @@
 // What is in an OBJ file.
 // SPDX-License-Identifier: MIT
 
-#include "command.h"
 #include "facts/file_facts.h"
 #include "geometry/incidence.h"
 #include "mesh_files.h"
+#include "standard_streams.h"
 
 #include <map>
 
@@ -62,7 +62,7 @@ Json ObjFacts(const std::filesystem::path& file, base::Diagnostics& met)
     const geometry::Topology& topology = *content.mesh.topology;
     const geometry::Box3f box = geometry::BoundingBox(content.mesh.positions);
     Json facts;
-    facts["file"] = FileText(file);
+    facts["file"] = InputText(file);
     facts["vertices"] = content.mesh.vertexCount();
     facts["faces"] = FacesByCorners(topology);
     facts["texture_coordinates"] = content.texCoords.coordinates.size();

@@ -5,7 +5,7 @@
 
 #include "base/counted.h"
 #include "base/errors.h"
-#include "command.h"
+#include "base/limits.h"
 #include "dials.h"
 #include "dson/file_text.h"
 #include "dson/reader.h"
@@ -15,6 +15,7 @@
 #include "dznumericproperty.h"
 #include "morph_files.h"
 #include "openhost/missing_shapes.h"
+#include "standard_streams.h"
 
 #include <algorithm>
 #include <set>
@@ -57,7 +58,7 @@ std::string Trimmed(const std::string& text)
 
 std::vector<ListedName> ReadList(const std::filesystem::path& file)
 {
-    std::string text = dson::ReadBytes(file);
+    std::string text = IsStandardStream(file) ? ReadStandardInput(base::longestTable) : dson::ReadBytes(file);
     const std::string byteOrderMark = "\xEF\xBB\xBF";
     if (text.compare(0, byteOrderMark.size(), byteOrderMark) == 0)
         text.erase(0, byteOrderMark.size());
@@ -71,11 +72,11 @@ std::vector<ListedName> ReadList(const std::filesystem::path& file)
         if (name.empty() || name.front() == '#')
             continue;
         if (QString::fromStdString(name).toStdString() != name)
-            throw base::FormatError("{}:{}: the name is not UTF-8", FileText(file), line);
+            throw base::FormatError("{}:{}: the name is not UTF-8", InputText(file), line);
         names.push_back({line, name});
     }
     if (names.empty())
-        throw base::FormatError("{}: names no morphs", FileText(file));
+        throw base::FormatError("{}: names no morphs", InputText(file));
     return names;
 }
 
@@ -154,7 +155,7 @@ Fit NamedIn(const std::filesystem::path& file, const std::vector<ShapeDial>& all
     }
     if (!fit.dials.empty()) {
         for (const ListedName& listed : unknown)
-            fit.missing.push_back({listed.name, fmt::format("{}:{}: {}", FileText(file), listed.line,
+            fit.missing.push_back({listed.name, fmt::format("{}:{}: {}", InputText(file), listed.line,
                                                             absences.why(listed.name))});
         return fit;
     }
@@ -162,7 +163,7 @@ Fit NamedIn(const std::filesystem::path& file, const std::vector<ShapeDial>& all
         unknown.size() == 1 ? std::string()
                             : fmt::format("; the same of {} behind it",
                                           base::Counted(unknown.size() - 1, "further line", "further lines"));
-    throw base::FormatError("{}:{}: {} has no morph \"{}\"{}", FileText(file), unknown.front().line,
+    throw base::FormatError("{}:{}: {} has no morph \"{}\"{}", InputText(file), unknown.front().line,
                             Quoted(figure), unknown.front().name, others);
 }
 

@@ -46,8 +46,9 @@ void AddChoiceOptions(CLI::App& command, ConvertMorphsArguments& arguments)
     CLI::Option_group* const choice = command.add_option_group("Morphs", "Which morphs to convert");
     AddPatternOption(*choice, arguments);
     choice
-        ->add_option("--list", arguments.list,
-                     "File with a name or label a line; a line that begins with # is a remark")
+        ->add_option(
+            "--list", arguments.list,
+            "File with a name or label a line; a line that begins with # is a remark; - reads standard input")
         ->type_name("FILE");
     choice->require_option(1);
 }
