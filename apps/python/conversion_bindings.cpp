@@ -66,16 +66,43 @@ std::vector<std::string> Assignments(const py::dict& values)
     return texts;
 }
 
-/// Of any mapping; empty for None.
-py::dict ToDictionary(const py::object& mapping)
+/// For sentences about a value of the wrong kind.
+std::string Shown(const py::handle& value)
 {
-    return mapping.is_none() ? py::dict() : py::dict(mapping);
+    constexpr std::size_t longest = 60;
+    const auto text = py::repr(value).cast<std::string>();
+    return text.size() > longest ? text.substr(0, longest) + "..." : text;
+}
+
+/// Of any mapping; empty for None.
+py::dict ToDictionary(const py::object& mapping, const char* name)
+{
+    if (mapping.is_none())
+        return py::dict();
+    try {
+        return py::dict(mapping);
+    } catch (const py::error_already_set&) {
+        throw py::type_error(
+            fmt::format("convert: {} is {}, not a mapping of texts to numbers", name, Shown(mapping)));
+    }
+}
+
+fs::path ToFile(const py::object& value, const char* name)
+{
+    try {
+        return value.cast<fs::path>();
+    } catch (const py::cast_error&) {
+        throw py::type_error(
+            fmt::format("convert: {} is {}, neither the name of a file nor a Figure", name, Shown(value)));
+    }
 }
 
 std::string JobsText(const py::object& jobs)
 {
     if (py::isinstance<py::str>(jobs))
         return jobs.cast<std::string>();
+    if (!py::isinstance<py::iterable>(jobs))
+        throw py::type_error(fmt::format("convert: jobs is {}, not a list of texts", Shown(jobs)));
     std::string text;
     for (const py::handle job : py::iter(jobs)) {
         if (!py::isinstance<py::str>(job))
@@ -96,6 +123,7 @@ struct Wishes {
     bool adjustRig, registers, acceptMissing;
     std::optional<Save> save;
     std::optional<fs::path> exportObj, pictures, report;
+    std::optional<std::string> author;
 
     bool writesFiles() const { return save || exportObj || pictures || report; }
 };
@@ -122,6 +150,9 @@ cli::ConvertArguments ArgumentsOf(const Wishes& wishes)
     arguments.adjustRig = wishes.adjustRig;
     arguments.registers = wishes.registers;
     arguments.acceptMissing = wishes.acceptMissing;
+    if (wishes.author && !wishes.save)
+        throw cli::UsageError("author is for saved morphs, and save is not given");
+    arguments.author = wishes.author.value_or(std::string());
     if (wishes.save) {
         arguments.contentDirectory = wishes.save->contentFolder.u8string();
         arguments.vendor = wishes.save->vendor;
@@ -140,6 +171,8 @@ void TellStages(cli::Progress& progress, const py::object& function)
 {
     if (function.is_none())
         return;
+    if (PyCallable_Check(function.ptr()) == 0)
+        throw py::type_error(fmt::format("convert: progress is {}, not a function", Shown(function)));
     progress.tellStagesTo([caller = py::handle(function)](const std::string& stage) {
         const py::gil_scoped_acquire lock;
         try {
@@ -245,7 +278,7 @@ py::object Convert(const py::object& source, const py::object& target, const std
     if (isLoaded != py::isinstance<Figure>(target))
         throw cli::UsageError("source and target are to be two figures or two files");
     if (!isLoaded)
-        return ConvertFiles(source.cast<fs::path>(), target.cast<fs::path>(), content, dials, wishes,
+        return ConvertFiles(ToFile(source, "source"), ToFile(target, "target"), content, dials, wishes,
                             progressFunction);
     if (!content.empty() || !dials.empty())
         throw cli::UsageError("content: it and dials are for files; figures have both already");
@@ -421,21 +454,23 @@ void BindConversion(py::module_& module)
            const py::object& jobs, const std::optional<std::string>& name, const std::string& path,
            const py::object& base, const std::string& resolution, std::optional<int> subd, bool adjustRig,
            bool registers, bool acceptMissing, const std::optional<Save>& save,
-           const std::optional<fs::path>& exportObj, const std::optional<fs::path>& pictures,
-           const std::optional<fs::path>& report, const py::object& progress) {
-            const Wishes wishes{jobs,      name,      path,      ToDictionary(base), resolution,
-                                subd,      adjustRig, registers, acceptMissing,      save,
-                                exportObj, pictures,  report};
-            return Convert(source, target, content.value_or(std::vector<fs::path>()), ToDictionary(dials),
-                           wishes, progress);
+           const std::optional<std::string>& author, const std::optional<fs::path>& exportObj,
+           const std::optional<fs::path>& pictures, const std::optional<fs::path>& report,
+           const py::object& progress) {
+            const Wishes wishes{jobs,          name,  path,      ToDictionary(base, "base"),
+                                resolution,    subd,  adjustRig, registers,
+                                acceptMissing, save,  exportObj, pictures,
+                                report,        author};
+            return Convert(source, target, content.value_or(std::vector<fs::path>()),
+                           ToDictionary(dials, "dials"), wishes, progress);
         },
         py::arg("source"), py::arg("target"), py::kw_only(), py::arg("content") = py::none(),
         py::arg("dials") = py::none(), py::arg("jobs") = py::none(), py::arg("name") = py::none(),
         py::arg("path") = GNT_DEFAULT_MORPH_PATH, py::arg("base") = py::none(),
         py::arg("resolution") = "base", py::arg("subd") = py::none(), py::arg("adjust_rig") = false,
         py::arg("register") = false, py::arg("accept_missing") = false, py::arg("save") = py::none(),
-        py::arg("export_obj") = py::none(), py::arg("pictures") = py::none(), py::arg("report") = py::none(),
-        py::arg("progress") = py::none(),
+        py::arg("author") = py::none(), py::arg("export_obj") = py::none(), py::arg("pictures") = py::none(),
+        py::arg("report") = py::none(), py::arg("progress") = py::none(),
         "Turns the shape of a Genesis 3, 8 or 8.1 figure into morphs on a Genesis 9 figure.\n\n"
         "source and target are two files, or two figures of a library: these are converted as they are "
         "dialed, "
@@ -448,7 +483,8 @@ void BindConversion(py::module_& module)
         "values, the "
         "height also \"auto\"; resolution is \"base\" or \"subd\", subd the level. Without save, a Save "
         "object, "
-        "no morph is saved. progress is called with the name of each stage; what it raises ends the "
+        "no morph is saved; author is whom saved morphs name, the vendor without it. progress is called with "
+        "the name of each stage; what it raises ends the "
         "conversion, "
         "as Ctrl+C does, and nothing is half saved.\n\n"
         "Raises UsageError, FileError, BusyError or Error. Where warnings are turned into exceptions, the "

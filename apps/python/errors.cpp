@@ -72,6 +72,20 @@ void Raise(const char* kind, const std::string& text)
     throw py::error_already_set();
 }
 
+namespace {
+
+/// A warning is about the caller's line, which calls by way of a frame of our own where arguments are
+/// checked.
+Py_ssize_t StackLevel()
+{
+    PyObject* const globals = PyEval_GetGlobals();
+    PyObject* const name = globals ? PyDict_GetItemString(globals, "__name__") : nullptr;
+    const bool isOurs = name && PyUnicode_CompareWithASCIIString(name, "gantrel._arguments") == 0;
+    return isOurs ? 2 : 1;
+}
+
+} // namespace
+
 void Warn(const base::Diagnostics& diagnostics)
 {
     const py::object category = py::module_::import("gantrel.errors").attr("Warning");
@@ -79,7 +93,7 @@ void Warn(const base::Diagnostics& diagnostics)
         if (one.severity == base::Severity::Note)
             continue;
         const std::string line = py::str(Text(base::ToLine(one))).cast<std::string>();
-        if (PyErr_WarnEx(category.ptr(), line.c_str(), 1) != 0)
+        if (PyErr_WarnEx(category.ptr(), line.c_str(), StackLevel()) != 0)
             throw py::error_already_set();
     }
 }

@@ -2,8 +2,11 @@
 
 # SPDX-License-Identifier: MIT
 
+import json
 import os
 import signal
+import subprocess
+import sys
 import threading
 import warnings
 
@@ -103,14 +106,26 @@ def test_a_save_without_a_library_is_refused():
 @pytest.mark.parametrize("options, error, text", [
     ({"jobs": ["arms"]}, gantrel.UsageError, r'^Jobs names "arms"; the jobs are full, head and body\.$'),
     ({"jobs": []}, gantrel.UsageError, "Jobs names"),
-    ({"jobs": 5}, TypeError, "not iterable"),
+    ({"jobs": 5}, TypeError, "^convert: jobs is 5, not a list of texts$"),
     ({"jobs": [5]}, TypeError, "jobs are texts"),
     ({"name": " "}, gantrel.UsageError, r"^Name is blank\.$"),
     ({"base": {"arms": 1}}, gantrel.UsageError, 'Base names "arms"'),
     ({"base": {"clone": "auto"}}, gantrel.UsageError, "only height can be auto"),
     ({"base": {"clone": float("nan")}}, gantrel.UsageError, "no number"),
     ({"base": {"height": 1e9}}, gantrel.UsageError, "outside of"),
-    ({"base": 5}, TypeError, ""),
+    ({"base": 5}, TypeError, "^convert: base is 5, not a mapping of texts to numbers$"),
+    ({"dials": "Smile"}, TypeError, "^convert: dials is 'Smile', not a mapping of texts to numbers$"),
+    ({"author": "Jo"}, gantrel.UsageError, r"^Author is for saved morphs, and save is not given\.$"),
+    ({"author": 5}, TypeError, "^convert: author is 5, not a text or None$"),
+    ({"author": "a\nb", "save": gantrel.Save("/tmp", "a", "b")}, gantrel.UsageError, "[Aa]uthor"),
+    ({"name": 5}, TypeError, "^convert: name is 5, not a text or None$"),
+    ({"subd": "two"}, TypeError, "^convert: subd is 'two', not a whole number or None$"),
+    ({"subd": 1.5}, TypeError, "^convert: subd is 1.5, not a whole number or None$"),
+    ({"adjust_rig": "yes"}, TypeError, "^convert: adjust_rig is 'yes', not True or False$"),
+    ({"save": "/lib"}, TypeError, "^convert: save is '/lib', not a Save or None$"),
+    ({"export_obj": 5}, TypeError, "^convert: export_obj is 5, not the name of a file or folder or None$"),
+    ({"content": [5]}, TypeError, r"^convert: content is \[5\], not a list, each the name of a file or folder or None$"),
+    ({"dails": {}}, TypeError, r"^convert: there is no argument dails; did you mean dials\?$"),
     ({"dials": {"Nothing": 1.0}}, KeyError, 'no dial "Nothing"; the closest are'),
     ({"dials": {"PHMSmile": None}}, TypeError, "texts with numbers"),
     ({"dials": {5: 1.0}}, TypeError, "texts with numbers"),
@@ -120,11 +135,53 @@ def test_a_save_without_a_library_is_refused():
     ({"content": ["/no/such/folder"]}, gantrel.FileError, "no such content directory"),
     ({"save": gantrel.Save("/tmp", "a/b", "c")}, gantrel.UsageError, 'Vendor "a/b" cannot be the name of a folder'),
     ({"export_obj": "/no/such/folder/a.obj"}, gantrel.Error, "there is no folder"),
-    ({"progress": 5}, TypeError, "not callable"),
+    ({"progress": 5}, TypeError, "^convert: progress is 5, not a function$"),
 ])
 def test_options_that_cannot_be_meant_are_refused(vera, genesis9, options, error, text):
     with pytest.raises(error, match=text):
         gantrel.convert(vera, genesis9, **options)
+
+
+def test_what_is_neither_file_nor_figure_is_told(vera):
+    with pytest.raises(TypeError, match="^convert: source is 1, neither the name of a file nor a Figure$"):
+        gantrel.convert(1, vera)
+    with pytest.raises(TypeError, match="^convert: target is None, neither the name of a file nor a Figure$"):
+        gantrel.convert(vera, None)
+    with pytest.raises(TypeError, match="^convert: target is missing$"):
+        gantrel.convert(vera)
+    with pytest.raises(TypeError, match="^convert: 3 arguments are given without their names, and 2 can be$"):
+        gantrel.convert(vera, vera, vera)
+
+
+def test_saved_morphs_name_their_author(samples, vera, genesis9, tmp_path):
+    def author_in(folder, **options):
+        made = gantrel.convert(vera, genesis9, content=[samples], jobs="full", save=save_into(tmp_path / folder), **options)
+        return json.loads(made.created[0].file.read_text())["asset_info"]["contributor"]["author"]
+
+    assert author_in("named", author="Jo Bloggs") == "Jo Bloggs"
+    assert author_in("unnamed") == "Me"
+
+
+def test_ctrl_c_from_outside_ends_the_conversion(samples, vera, genesis9, tmp_path):
+    code = """if True:
+        import signal, sys, gantrel
+        signal.signal(signal.SIGINT, signal.default_int_handler)
+        source, target, folder = sys.argv[1:]
+        try:
+            gantrel.convert(source, target, save=gantrel.Save(folder, "Me", "Mine"), report=folder + "/page.html",
+                            resolution="subd", subd=3, progress=lambda stage: print(stage, flush=True))
+        except KeyboardInterrupt:
+            print("interrupted")
+        """
+    running = subprocess.Popen([sys.executable, "-W", "ignore", "-c", code, vera, genesis9, tmp_path], text=True,
+                               stdout=subprocess.PIPE)
+    for stage in running.stdout:
+        if stage.startswith("Creating"):
+            break
+    running.send_signal(signal.SIGINT)
+    rest = running.communicate()[0]
+    assert running.returncode == 0 and rest.endswith("interrupted\n") and "Saving the morphs" not in rest
+    assert files_below(tmp_path) == []
 
 
 def test_figures_and_files_are_not_mixed(samples, vera, genesis9):

@@ -22,7 +22,11 @@ from gantrel.errors import (
     UsageError,
     Warning,  # pylint: disable=redefined-builtin
 )
-from gantrel._gantrel import (
+from gantrel import _arguments, _gantrel
+
+_arguments.check(_gantrel)
+# What is checked is another object than what was there before.
+from gantrel._gantrel import (  # noqa: E402  pylint: disable=wrong-import-position
     Conversion,
     CreatedMorph,
     Dial,

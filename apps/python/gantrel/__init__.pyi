@@ -321,6 +321,7 @@ def convert(
     register: bool = False,
     accept_missing: bool = False,
     save: Optional[Save] = None,
+    author: Optional[str] = None,
     export_obj: Optional[_Path] = None,
     pictures: Optional[_Path] = None,
     report: Optional[_Path] = None,
