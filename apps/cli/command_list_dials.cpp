@@ -159,6 +159,14 @@ void WriteJson(const std::vector<ListedDial>& dials, const base::Diagnostics& di
     WriteReport(report, true);
 }
 
+/// Why a list is empty, which could be taken for one that was not written.
+std::string WhyNone(const ListDialsArguments& arguments)
+{
+    return arguments.search.empty()
+               ? "there is nothing with dials in it"
+               : fmt::format("no dial has \"{}\" in label, name or group", arguments.search);
+}
+
 void ListDials(const ListDialsArguments& arguments)
 {
     Progress progress(!arguments.json);
@@ -169,7 +177,10 @@ void ListDials(const ListDialsArguments& arguments)
     const std::vector<ListedDial> dials = WantedDials(arguments);
     progress.finish();
     base::ThrowIfCancelled();
-    (arguments.json ? WriteJson : WriteTable)(dials, session.diagnostics());
+    base::Diagnostics met = session.diagnostics();
+    if (dials.empty() && !arguments.changed)
+        met.push_back({base::Severity::Warning, arguments.file, {}, WhyNone(arguments)});
+    (arguments.json ? WriteJson : WriteTable)(dials, met);
 }
 
 } // namespace

@@ -52,13 +52,12 @@ CLI::Option* AddContentOption(CLI::App& command, std::vector<std::string>& direc
 
 CLI::Option* AddResolutionOption(CLI::App& command, std::string& resolution)
 {
-    return command
-        .add_option(
-            "--resolution", resolution,
-            "Resolution of the morphs: base, or subd for those with detail of the source's subdivision "
-            "level, which take longer")
-        ->check(CLI::IsMember({"base", "subd"}))
-        ->capture_default_str();
+    CLI::Option* const option = command.add_option(
+        "--resolution", resolution,
+        "Resolution of the morphs: base, or subd for those with detail of the source's subdivision "
+        "level, which take longer");
+    AllowWords(*option, {"base", "subd"});
+    return option->capture_default_str();
 }
 
 CLI::Option* AddRegisterOption(CLI::App& command, bool& registers)

@@ -98,12 +98,20 @@ bool MayBeMisspelt(const CLI::ParseError& error)
     return false;
 }
 
-/// The parser's sentences about how many values an option has, in other words; others as they are.
-std::string DescribeCount(const std::string& text)
+} // namespace
+
+std::string DescribeCount(const CLI::ParseError& error)
 {
+    const std::string text = error.what();
     static const std::regex several("(--[a-z-]+): At Most 1 required but received ([0-9]+)\\.?"),
         none("(--[a-z-]+): 1 required (\\S+) missing\\.?");
+    static const std::regex oneOf(
+        "Exactly 1 option from \\[(\\S+),(\\S+)\\] is required( and [0-9]+ were given)?");
     std::smatch match;
+    if (std::regex_match(text, match, oneOf))
+        return match[3].matched
+                   ? fmt::format("{} and {} cannot both be given", match[1].str(), match[2].str())
+                   : fmt::format("{} or {} is required", match[1].str(), match[2].str());
     if (std::regex_match(text, match, several))
         return fmt::format("{} is given {} times, and takes one value", match[1].str(), match[2].str());
     if (std::regex_match(text, match, none))
@@ -111,27 +119,29 @@ std::string DescribeCount(const std::string& text)
     return text;
 }
 
-} // namespace
-
 std::string DescribeWrongUse(const CLI::App& program, const CLI::ParseError& error)
 {
     const std::vector<std::string> own = program.remaining(false);
     const std::vector<CLI::App*> commands = program.get_subcommands();
     if (!MayBeMisspelt(error))
-        return DescribeCount(error.what());
+        return DescribeCount(error);
     if (commands.empty()) {
         if (own.empty())
             return error.what();
+        if (own.front() == "help")
+            return "there is no subcommand \"help\"; --help lists those that there are";
         return IsOption(own.front()) ? NoOption(program, WithoutValue(own.front()))
                                      : WithProposal(fmt::format("there is no subcommand \"{}\"", own.front()),
                                                     base::LikelyMeant(own.front(), CommandNames(program)));
     }
     const CLI::App& command = *commands.front();
+    if (!own.empty() && own.front() == "help")
+        return fmt::format("there is no subcommand \"help\"; {0} --help tells of {0}", command.get_name());
     if (const auto option = FirstOption(own))
         return NoOptionOfAll(program, command, *option);
     if (const auto option = FirstOption(program.remaining(true)))
         return NoOption(command, *option);
-    return error.what();
+    return DescribeCount(error);
 }
 
 } // namespace cli

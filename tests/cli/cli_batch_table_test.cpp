@@ -149,8 +149,7 @@ TEST_F(BatchTable, is_refused_with_cells_that_a_row_has_no_use_for)
                          Saving({"--target", "t"})),
                   {"line 2: name is nothing that convert-morphs knows, which this row is of",
                    "line 2: subd is nothing that convert-morphs knows, which this row is of",
-                   "line 3: Exactly 1 option from [--morphs,--list] is required",
-                   "line 4: morphs and list exclude each other",
+                   "line 3: --morphs or --list is required", "line 4: morphs and list exclude each other",
                    "line 5: morphs is nothing that convert knows, which this row is of",
                    "line 6: the command is \"frob\"; it can be convert or convert-morphs"});
 }

@@ -93,7 +93,11 @@ TEST_F(ListDials, searches_label_name_and_group_ignoring_case)
     EXPECT_EQ(lines({character, "--search", "phm"}), (Strings{headings, tall}));
     EXPECT_EQ(lines({character, "--search", "pose/a"}), (Strings{headings, bend}));
     EXPECT_EQ(lines({character, "--search", "ZO\xC3\x84"}), (Strings{headings, bend}));
-    EXPECT_EQ(lines({character, "--search", "nothing"}), Strings{headings});
+    const ProgramResult none = run({character, "--search", "nothing"});
+    EXPECT_EQ(none.exitCode, 0);
+    EXPECT_EQ(none.out.compare(0, 6, "LABEL\t"), 0) << none.out;
+    EXPECT_EQ(none.err,
+              "gantrel: warning: " + character + ": no dial has \"nothing\" in label, name or group\n");
 }
 
 TEST_F(ListDials, tells_those_alone_that_were_changed)

@@ -51,7 +51,28 @@ TEST(CommandLine, proposes_the_subcommand_that_was_meant)
     refused("inspct", "There is no subcommand \"inspct\"; did you mean inspect?");
     refused("list", "There is no subcommand \"list\"; did you mean list-dials?");
     refused("batch-worke", "There is no subcommand \"batch-worke\"."); // one that is nobody's
+    refused("help", "There is no subcommand \"help\"; --help lists those that there are.");
     refused("x", "There is no subcommand \"x\".");
+}
+
+TEST(CommandLine, leads_to_its_help)
+{
+    ExpectError(RunProgram({"help", "convert"}), 2,
+                "There is no subcommand \"help\"; convert --help tells of convert.");
+    ExpectError(RunProgram({"help", "inspect", "a.obj"}), 2,
+                "There is no subcommand \"help\"; inspect --help tells of inspect.");
+}
+
+TEST(CommandLine, names_the_words_and_the_options_of_which_one_is_wanted)
+{
+    ExpectError(RunProgram({"convert", "--source", "a", "--target", "b", "--resolution", "high"}), 2,
+                "--resolution: \"high\" is none of base, subd.");
+    std::vector<std::string> morphs{
+        "convert-morphs", "--source", "a",         "--target", "b", "--save-library", "c",
+        "--vendor",       "d",        "--product", "e"};
+    ExpectError(RunProgram(morphs), 2, "--morphs or --list is required.");
+    morphs.insert(morphs.end(), {"--morphs", "*", "--list", "f"});
+    ExpectError(RunProgram(morphs), 2, "--morphs and --list cannot both be given.");
 }
 
 TEST(CommandLine, proposes_the_option_that_was_meant)

@@ -7,6 +7,7 @@
 #include "conversions/convert_options.h"
 #include "morphs/morph_options.h"
 #include "shell_command.h"
+#include "wrong_use.h"
 
 #include <algorithm>
 
@@ -133,7 +134,7 @@ Arguments Parsed(const std::vector<std::string>& arguments, const AddOptions& ad
     try {
         app.parse(static_cast<int>(texts.size()), texts.data());
     } catch (const CLI::ParseError& error) {
-        throw UsageError(error.what());
+        throw UsageError(DescribeCount(error));
     }
     return parsed;
 }
