@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "cli_batch.h"
+#include "cli_traced_program.h"
 
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <regex>
 #include <sstream>
 #include <tuple>
@@ -19,6 +21,17 @@ using nlohmann::json;
 
 /// Inode, time and size of every file and folder; a file that is written anew has another inode.
 using Tree = std::map<std::string, std::tuple<ino_t, time_t, long, off_t>>;
+
+/// A device, a pipe, what the system tells of the process, or what the test reads its output from.
+bool IsNoFile(const std::string& path)
+{
+    const std::string nameless = " (deleted)";
+    if (path.size() > nameless.size() &&
+        path.compare(path.size() - nameless.size(), nameless.size(), nameless) == 0)
+        return true;
+    return path.compare(0, 5, "/dev/") == 0 || path.compare(0, 6, "/proc/") == 0 ||
+           path.find(":[") != std::string::npos;
+}
 
 class DryRun : public BatchTest {
 protected:
@@ -79,6 +92,25 @@ protected:
         EXPECT_FALSE(foretold(told.out).empty());
     }
 
+    /// Every call that could change something, anywhere, is about the run's own temporary files.
+    /// @return how many there were; none where nobody may trace
+    std::optional<std::size_t> expectNoChanges(std::vector<std::string> arguments) const
+    {
+        arguments.push_back("--dry-run");
+        const TracedProgram run = RunProgramTraced("/", arguments);
+        if (!run.isPossible)
+            return std::nullopt;
+        EXPECT_EQ(run.exitCode, 0) << run.err;
+        EXPECT_EQ(run.out.compare(0, 7, "dry run"), 0) << run.out;
+        const std::string temporary = workspace.path("tmp/");
+        for (const std::string& call : run.calls) {
+            const std::string path = call.substr(call.find(' ') + 1);
+            EXPECT_TRUE(path.compare(0, temporary.size(), temporary) == 0 || IsNoFile(path)) << call;
+        }
+        expectNoTraces();
+        return run.calls.size();
+    }
+
     /// It ends as the run does.
     void expectSameFailure(const std::vector<std::string>& arguments) const
     {
@@ -112,6 +144,35 @@ protected:
 };
 
 } // namespace
+
+TEST_F(DryRun, makes_and_changes_nothing_meanwhile)
+{
+    const std::string cube = workspace.write("cube.obj", CubeText(0.0));
+    writeTable(2);
+    std::vector<std::string> page = morphs("*");
+    page.insert(page.end(), {"--report", workspace.path("page.html")});
+    const std::vector<std::vector<std::string>> commands{
+        {"transfer", "--source-neutral", cube, "--source-morphed", cube, "--target-neutral", cube, "--out",
+         workspace.path("new.obj")},
+        arguments(saving(workspace.path("saved"),
+                         {"--export-obj", workspace.path("vera.obj"), "--pictures",
+                          workspace.path("pictures"), "--report", workspace.path("vera.html")})),
+        page,
+        batchArguments({"--log", workspace.path("log.jsonl"), "--report", workspace.path("all.html")}),
+        figure(cube),
+        {"render", sourceFile(), "--out", workspace.path("vera.png"), "--size", "8x8"}};
+    std::size_t calls = 0;
+    for (const std::vector<std::string>& command : commands) {
+        SCOPED_TRACE(command.front());
+        const Tree before = tree();
+        const std::optional<std::size_t> seen = expectNoChanges(command);
+        if (!seen)
+            GTEST_SKIP() << "nobody may trace here";
+        calls += *seen;
+        EXPECT_EQ(tree(), before);
+    }
+    EXPECT_GT(calls, 0u) << "the host has temporary files";
+}
 
 TEST_F(DryRun, of_a_conversion_tells_its_files)
 {
