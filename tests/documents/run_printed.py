@@ -1,7 +1,7 @@
 """Runs every command line that the documents print, as a reader would who copies it into a shell.
 
-run_printed.py SOURCE BUILD GANTREL GANTREL_DESKTOP: README.md, the pages in docs, the chapters of the manual and the
-examples of --help, which pages for man are to have too. A reader has a home folder with the sample library, and a checkout
+run_printed.py SOURCE BUILD GANTREL GANTREL_DESKTOP: README.md, the pages in docs, the chapters of the manual, in blocks and
+in running text, and the examples of --help, which pages for man are to have too. A reader has a home folder with the sample library, and a checkout
 with its build. What would change the machine is not run; it is named, with who runs it instead.
 """
 
@@ -15,6 +15,8 @@ import shutil
 import subprocess
 import sys
 import tempfile
+
+import running_text
 
 SOURCE, BUILD, GANTREL, DESKTOP = sys.argv[1:5]
 
@@ -106,7 +108,7 @@ exit 1
     def environment(self, home):
         kept = {name: os.environ[name] for name in ("LANG", "LC_ALL", "ASAN_OPTIONS", "TSAN_OPTIONS") if name in os.environ}
         return dict(kept, HOME=home, PATH=f"{self.folder}/bin:/usr/bin:/bin", QT_QPA_PLATFORM="offscreen",
-                    TMPDIR=self.folder, XDG_CACHE_HOME=f"{self.folder}/cache", XDG_RUNTIME_DIR=self.folder)
+                    TMPDIR=self.folder, MANPATH=":".join(running_text.man_folders(BUILD)), MANPAGER="cat", XDG_CACHE_HOME=f"{self.folder}/cache", XDG_RUNTIME_DIR=self.folder)
 
     def copy_samples(self, folder):
         """Files are linked, which is quick; whoever changes one puts another into its place."""
@@ -139,7 +141,7 @@ exit 1
                 "neutral.obj": square + faces, "old.obj": square + faces, "new.obj": square + faces,
                 "smile.obj": smile, "old-smile.obj": smile + faces,
                 "bones.json": bones, "weights.json": weights, "frown.csv": deltas.split("\n")[0] + "\n2,0,1,0\n",
-                "head.csv": head, "make.dsa": "print('made');\n", "report.dsa": "print('reported');\n"}.items():
+                "head.csv": head, "listed.csv": JOBS, "make.dsa": "print('made');\n", "report.dsa": "print('reported');\n"}.items():
             with open(os.path.join(folder, name), "w", encoding="utf-8") as file:
                 file.write(text)
         subprocess.run(["gzip", "--keep", os.path.join(folder, "weights.json")], check=True)
@@ -159,6 +161,10 @@ def figure_formats():
     return pick('{\n  "bones"'), pick('{\n  "vertex_count"'), pick("vertex,dx"), pick("vertex,weight")
 
 
+JOBS = ("source,jobs,name\n"
+        "library/People/Genesis 8 Female/Characters/Vera.duf,full,Vera\n")
+
+
 def files_are_there(command):
     """Whatever of the sources a command names that is not run."""
     named = re.findall(r"(?:scripts|examples|bench)/[\w./-]+", command)
@@ -168,6 +174,7 @@ def files_are_there(command):
 class Run:
     def __init__(self, reader):
         self.reader, self.failures, self.ran, self.left = reader, [], 0, {}
+        self.inline, self.options = 0, 0  # in running text
 
     def document(self, name, blocks):
         self.reader.begin()
@@ -183,6 +190,17 @@ class Run:
             commands = [command for command in commands if re.match(RUN, command)]
             if commands:
                 self.expect(name, commands)
+
+    def text(self, name, file, known):
+        """What stands in sentences: commands run by themselves, options and scripts have to be there."""
+        spans = running_text.spans_of(file)
+        wrong, options = running_text.wrong_options(spans, known)
+        self.options += options
+        self.failures += [f"{name}: no program has {option}" for option in wrong]
+        self.failures += [f"{name}: {what}" for what in running_text.lost_scripts(spans, SOURCE)]
+        for command in sorted({running_text.to_run(span) for span in spans} - {None}):
+            self.inline += 1
+            self.expect(name, [command])
 
     def table(self, name, lines):
         """The table that the chapter about batches shows, with the figures that it names."""
@@ -213,20 +231,27 @@ class Run:
 def main():
     with tempfile.TemporaryDirectory() as folder:
         run = Run(Reader(folder))
+        known = running_text.options_of_help(help_of, DESKTOP)
         pages = sorted(glob.glob(f"{SOURCE}/docs/*.md") + glob.glob(f"{SOURCE}/docs/manual/*.md"))
         for file in [os.path.join(SOURCE, "README.md"), *pages]:
             # The Python in that chapter has a test of its own.
             run.document(os.path.relpath(file, SOURCE), blocks_of(file))
+            run.text(os.path.relpath(file, SOURCE), file, known)
+        run.reader.begin()
+        run.text("CONTRIBUTING.md", os.path.join(SOURCE, "CONTRIBUTING.md"), known)
         examples = examples_of_help()
         for name, lines in examples.items():
             run.document(f"gantrel {name} --help", [lines])
             if examples_of_man(name) != lines:
                 run.failures.append(f"the page gantrel-{name} has other examples than --help")
+        told, man_pages = running_text.wrong_in_man(BUILD, running_text.subcommands(help_of), known)
+        run.failures += told
     for reason, commands in run.left.items():
         print(f"not run, {reason}:\n    " + "\n    ".join(commands))
-    print(f"{run.ran} commands were run")
+    print(f"{run.ran} commands were run, {run.inline} of them of running text, which names {run.options} options")
     print("\n".join(run.failures))
-    return 1 if run.failures or run.ran < 30 or len(examples) < 10 else 0
+    few = run.ran < 30 or len(examples) < 10 or run.inline < 15 or run.options < 100 or man_pages < 10
+    return 1 if run.failures or few else 0
 
 
 sys.exit(main())
