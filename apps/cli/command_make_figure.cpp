@@ -77,7 +77,6 @@ content::MakeFigureOptions OptionsOf(const MakeFigureArguments& arguments)
 /// Makes it elsewhere, which tells its files.
 content::MadeFigure TryToMake(content::MakeFigureOptions options, PlannedFiles& planned)
 {
-    CheckFolder(options.contentDirectory);
     const std::filesystem::path library = options.contentDirectory;
     const TemporaryFolder folder(TemporaryFolder::Lasting::ForRun);
     options.contentDirectory = folder.path();
@@ -112,6 +111,7 @@ void MakeFigure(const MakeFigureArguments& arguments)
     progress.stage("figure", "Making the figure");
     const content::MakeFigureOptions options = OptionsOf(arguments);
     CheckAreFiles(options);
+    CheckFolder(options.contentDirectory);
     PlannedFiles planned;
     const content::MadeFigure made = arguments.isDryRun ? TryToMake(options, planned) : Make(options);
     progress.finish();

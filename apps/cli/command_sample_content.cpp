@@ -32,7 +32,6 @@ void MakeIn(const std::filesystem::path& folder, Progress& progress)
 /// Makes the library elsewhere, which tells its files.
 void ListSamples(const std::string& directory)
 {
-    CheckFolder(directory);
     Progress progress(true);
     const TemporaryFolder folder(TemporaryFolder::Lasting::ForRun);
     MakeIn(folder.path(), progress);
@@ -72,6 +71,7 @@ void AddSampleContentCommand(CLI::App& program, CommandContext& context)
     AddDryRunOption(*command, *isDryRun, "the library is made in a temporary folder, which goes");
     command->callback([directory, isDryRun, &context] {
         context.work = [directory, isDryRun] {
+            CheckFolder(*directory);
             if (*isDryRun)
                 ListSamples(*directory);
             else

@@ -56,6 +56,8 @@ void CheckOutput(const fs::path& file, const std::vector<fs::path>& inputs)
 
 void CheckFolder(const fs::path& folder)
 {
+    if (IsStandardStream(folder))
+        throw UsageError("standard output is no folder; ./- is one of that name");
     std::string reason = base::DescribeLostLink(folder);
     if (const int error = FolderError(folder); error && reason.empty())
         reason = base::ReasonOf(error);

@@ -16,6 +16,7 @@ namespace cli {
 void CheckOutput(const std::filesystem::path& file, const std::vector<std::filesystem::path>& inputs);
 
 /// That files can be written into a folder, which may have to be made with those above it; makes none.
+/// @throws UsageError          the name stands for standard output
 /// @throws std::runtime_error  they cannot
 void CheckFolder(const std::filesystem::path& folder);
 

@@ -371,6 +371,19 @@ TEST_F(ConvertedMorphs, need_arguments_that_make_sense)
     EXPECT_FALSE(workspace.has("saved"));
 }
 
+TEST_F(ConvertedMorphs, leave_no_library_behind_when_a_figure_is_not_there)
+{
+    expectFailureWith(convertMorphs({"--morphs", "Nothing*"}, workspace.path("saved/library")), 1,
+                      "Nothing*");
+    EXPECT_FALSE(workspace.has("saved"));
+    const std::string lost = workspace.path("none.duf");
+    const std::vector<std::string> arguments =
+        saving(workspace.path("saved"), {"convert-morphs", "--content", library(), "--source", lost,
+                                         "--target", targetFile(), "--morphs", "*"});
+    ExpectError(RunProgram(arguments), 1, "Cannot open " + lost + ": No such file or directory.");
+    EXPECT_FALSE(workspace.has("saved"));
+}
+
 TEST_F(ConvertedMorphs, are_named_when_the_run_is_interrupted)
 {
     const std::string saved = workspace.path("saved");

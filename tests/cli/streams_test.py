@@ -116,6 +116,13 @@ class StreamsTest(unittest.TestCase):
         self.refused(self.run_program("make-figure", "--kind", "genesis9", "--mesh", "-", "--skeleton", "s.json",
                                       "--weights", "w.json", "--library", "made"),
                      "A figure is made of files alone, none of them standard input; ./- is a file of that name.")
+        folder = "Standard output is no folder; ./- is one of that name."
+        self.refused(self.run_program("sample-content", "-"), folder)
+        figures = ("--source", self.vera, "--target", self.genesis9)
+        saving = ("--save-library", "-", "--vendor", "Me", "--product", "Mine")
+        self.refused(self.run_program("convert", *figures, *saving), folder)
+        self.refused(self.run_program("convert", *figures, "--pictures", "-"), folder)
+        self.refused(self.run_program("convert-morphs", *figures, *saving, "--morphs", "*"), folder)
         self.assertEqual(sorted(os.listdir(self.folder)), ["jobs.csv", "morphed.obj", "neutral.obj", "target.obj"])
 
     def test_a_file_of_that_name_is_one(self):

@@ -5,6 +5,7 @@
 
 #include "base/cancellation.h"
 #include "base/counted.h"
+#include "base/folders.h"
 #include "command.h"
 #include "conversions/conversion_figures.h"
 #include "dson/reader.h"
@@ -32,6 +33,7 @@
 #include "morphs/source_shapes.h"
 #include "openhost/diagnostics.h"
 #include "openhost/shapes.h"
+#include "output_name.h"
 #include "page/page_writer.h"
 #include "progress.h"
 #include "report.h"
@@ -415,8 +417,10 @@ MorphConversionReport ConvertMorphs(const MorphConversionRequest& request, Progr
 {
     if (!request.page.empty())
         CheckPageFile(request.page, {request.source, request.target, request.choice.list});
+    CheckFolder(request.save.contentDirectory);
     if (!request.isDryRun)
         ExpectFiles();
+    base::MadeFolders made; // go again where nothing is saved
     progress.stage("Loading the figures");
     HostSession session(request.contentDirectories, request.verbose);
     session.setAuthor(request.author);
@@ -428,7 +432,9 @@ MorphConversionReport ConvertMorphs(const MorphConversionRequest& request, Progr
     std::unique_ptr<MorphGallery> gallery;
     const KeptForError kept(report.diagnostics);
     try {
-        own.save = request.isDryRun ? WithWholeFolder(request.save) : PrepareToSave(request.save);
+        own.save = WithWholeFolder(request.save);
+        if (!request.isDryRun)
+            made.make(own.save.contentDirectory);
         ConvertIn(session, own, progress, report, gallery);
     } catch (const kst::Exception& error) {
         throw std::runtime_error(error.what());
