@@ -1,7 +1,8 @@
-"""Carries a morph from one OBJ mesh to another: carry_morph.py NEUTRAL.obj MORPHED.obj TARGET.obj OUT.obj"""
+"""Carries a morph from one OBJ mesh to another."""
 
 # SPDX-License-Identifier: MIT
 
+import argparse
 import sys
 
 import gantrel
@@ -18,7 +19,10 @@ def main(neutral, morphed, target, out):
 
 
 if __name__ == "__main__":
+    parser = argparse.ArgumentParser(description=__doc__)
+    for name in ("NEUTRAL.obj", "MORPHED.obj", "TARGET.obj", "OUT.obj"):
+        parser.add_argument(name)
     try:
-        main(*sys.argv[1:5])
+        main(*vars(parser.parse_args()).values())
     except gantrel.Error as error:
         sys.exit(str(error))

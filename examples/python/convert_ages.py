@@ -1,10 +1,11 @@
-"""Converts a character at several values of a dial: convert_ages.py LIBRARY CHARACTER.duf DIAL FOLDER
+"""Converts a character at several values of a dial.
 
 Each shape becomes a morph of its own on the Genesis 9 figure, saved in FOLDER.
 """
 
 # SPDX-License-Identifier: MIT
 
+import argparse
 import sys
 
 import gantrel
@@ -23,7 +24,10 @@ def main(library_folder, character, dial, folder):
 
 
 if __name__ == "__main__":
+    parser = argparse.ArgumentParser(description=__doc__)
+    for name in ("LIBRARY", "CHARACTER.duf", "DIAL", "FOLDER"):
+        parser.add_argument(name)
     try:
-        main(*sys.argv[1:5])
+        main(*vars(parser.parse_args()).values())
     except gantrel.Error as error:
         sys.exit(str(error))

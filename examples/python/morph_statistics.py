@@ -1,7 +1,8 @@
-"""Tells what the morphs of files do, as comma-separated values: morph_statistics.py FILE.dsf..."""
+"""Tells what the morphs of files do, as comma-separated values."""
 
 # SPDX-License-Identifier: MIT
 
+import argparse
 import csv
 import sys
 
@@ -19,7 +20,9 @@ def main(files):
 
 
 if __name__ == "__main__":
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("files", metavar="FILE.dsf", nargs="+")
     try:
-        main(sys.argv[1:])
+        main(parser.parse_args().files)
     except gantrel.Error as error:
         sys.exit(str(error))

@@ -35,6 +35,14 @@ def test_a_morph_is_carried(tmp_path):
     np.testing.assert_allclose(gantrel.read_obj(files[3]).vertices[:, 2], 0.5, atol=1e-5)
 
 
+def test_each_tells_what_it_wants():
+    for example, words in (("carry_morph.py", "NEUTRAL.obj MORPHED.obj TARGET.obj OUT.obj"),
+                           ("convert_ages.py", "LIBRARY CHARACTER.duf DIAL FOLDER"), ("morph_statistics.py", "FILE.dsf")):
+        ended = run(example)
+        assert (ended.returncode, ended.stdout) == (2, "") and words in ended.stderr and "Traceback" not in ended.stderr
+        assert words in run(example, "--help").stdout
+
+
 def test_an_error_is_one_sentence(tmp_path):
     ended = run("carry_morph.py", tmp_path / "nothing.obj", "b", "c", "d")
     assert ended.returncode == 1

@@ -122,9 +122,10 @@ class ExamplesTest(ScriptCase):
         self.assertEqual(look(), "35.00\n")
 
     def test_pictures_are_drawn(self):
-        self.assertEqual(self.run_example("render.dsa", self.vera, self.out, "front", "left"),
-                         f"{self.out}/front.png\n{self.out}/left.png\n")
-        pictures = [(self.out / name).read_bytes() for name in ("front.png", "left.png")]
+        folder = self.out / "new" / "pictures"
+        self.assertEqual(self.run_example("render.dsa", self.vera, folder, "front", "left"),
+                         f"{folder}/front.png\n{folder}/left.png\n")
+        pictures = [(folder / name).read_bytes() for name in ("front.png", "left.png")]
         for picture in pictures:
             self.assertEqual(struct.unpack(">II", picture[16:24]), (400, 600))
         self.assertNotEqual(*pictures)
