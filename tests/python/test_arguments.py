@@ -3,6 +3,7 @@
 # SPDX-License-Identifier: MIT
 
 import inspect
+import pickle
 
 import gantrel
 import gantrel._gantrel as compiled
@@ -88,3 +89,4 @@ def test_functions_keep_what_they_are_called_and_tell():
         function = getattr(gantrel, name)
         assert function is getattr(compiled, name) and function.__name__ == name
         assert function.__doc__.startswith(name + "(")
+        assert pickle.loads(pickle.dumps(function)) is function

@@ -129,6 +129,7 @@ def _plainly(function, called):
             sentence = f"{called}: {_misfit(function, args, kwargs) or 'these arguments do not fit'}"
         raise TypeError(sentence)
 
+    call.__qualname__ = called  # by which other processes find it
     return call
 
 
