@@ -8,6 +8,8 @@
 #include "figure_files.h"
 #include "sample_figures.h"
 
+#include <exception>
+
 #include <tbb/parallel_for.h>
 #include <tbb/parallel_invoke.h>
 
@@ -217,6 +219,19 @@ void WriteTarget(const SampleTopology& topology, const std::filesystem::path& di
     WriteHeadSplit(head, directory, set);
 }
 
+/// What an exception of one side cancels of the other, loops within it, ends in silence and half done.
+template <class Work>
+auto Kept(Work work, std::exception_ptr& failure)
+{
+    return [work, &failure] {
+        try {
+            work();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+    };
+}
+
 } // namespace
 
 void WriteSampleLibrary(const std::filesystem::path& directory,
@@ -228,8 +243,12 @@ void WriteSampleLibrary(const std::filesystem::path& directory,
     };
     tell("Shaping the bodies");
     SampleTopology older, newest;
-    tbb::parallel_invoke([&] { older = MakeSampleTopology(FigureKind::Genesis8Female); },
-                         [&] { newest = MakeSampleTopology(FigureKind::Genesis9); });
+    std::exception_ptr failures[2];
+    tbb::parallel_invoke(Kept([&] { older = MakeSampleTopology(FigureKind::Genesis8Female); }, failures[0]),
+                         Kept([&] { newest = MakeSampleTopology(FigureKind::Genesis9); }, failures[1]));
+    for (const std::exception_ptr& failure : failures)
+        if (failure)
+            std::rethrow_exception(failure);
     base::FileSet set(Folders(directory));
     for (const FigureKindInfo& info : FigureKinds()) {
         tell("Writing " + info.label);
