@@ -8,10 +8,13 @@
 #include "desktop_settings.h"
 #include "dropped_files.h"
 #include "folders_dialog.h"
+#include "guided_conversion.h"
 #include "openhost/script_bounds.h"
+#include "picture_drawing.h"
 #include "preferences_dialog.h"
 #include "program_folders.h"
 #include "quoted.h"
+#include "sample_library_work.h"
 
 #include <dzaction.h>
 #include <dzactionmgr.h>
@@ -23,6 +26,7 @@
 #include <dzplugin.h>
 #include <dzpluginmgr.h>
 #include <dzscene.h>
+#include <dzviewportmgr.h>
 
 #include <QApplication>
 #include <QDir>
@@ -109,6 +113,7 @@ DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
     // Of a file that comes with the start, the view has its size only then.
     connect(&_room, SIGNAL(figurePlaced()), &_view, SLOT(frameAll()), Qt::QueuedConnection);
     addActions();
+    addStartPage();
     arrangeDocks();
     updateTitle();
     _window.setAcceptDrops(true);
@@ -118,6 +123,7 @@ DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
 
 DesktopWindow::~DesktopWindow()
 {
+    delete _start;
     delete _log;
 }
 
@@ -135,6 +141,7 @@ void DesktopWindow::show()
 void DesktopWindow::start(const Options& options)
 {
     dzApp->setCurrentAuthor(RememberedAuthor());
+    openhost::ContentPictures::Shared().setDrawing(DrawingOfPictures());
     openhost::SetScriptRights({ToQ(options.scriptFolders), options.scriptProcesses});
     const bool isRemembered = options.contentFolders.empty();
     _contentFolders = isRemembered ? RememberedContentFolders() : ToQ(options.contentFolders);
@@ -193,6 +200,9 @@ void DesktopWindow::addActions()
     add({"&New", "Begins with an empty scene.", "&File", QKeySequence::New}, [this] { _files.newScene(); });
     add({"&Open...", "Opens a scene, or adds a figure to the present one.", "&File", QKeySequence::Open},
         [this] { _files.open(); });
+    add({"&Convert a Figure...", "Chooses a figure and the one that gets its shape, and loads both.", "&File",
+         QKeySequence()},
+        [this] { convertFigure(); });
     add({"&Merge...", "Adds what a file holds to the scene.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_O,
          false, &_recent},
         [this] { _files.merge(); });
@@ -270,6 +280,44 @@ void DesktopWindow::sizeDocks()
         return;
     _window.resizeDocks(sides, {width, width}, Qt::Horizontal);
     _window.resizeDocks(right, {_window.height() / 3, _window.height() * 2 / 3}, Qt::Vertical);
+}
+
+void DesktopWindow::addStartPage()
+{
+    _start = new StartPage(*_window.getViewportMgr());
+    _start->showRecent(_recent.files());
+    connect(_start, SIGNAL(conversionWanted()), SLOT(convertFigure()));
+    connect(_start, SIGNAL(openWanted()), SLOT(openFile()));
+    connect(_start, SIGNAL(samplesWanted()), SLOT(makeSamples()));
+    connect(_start, SIGNAL(manualWanted()), SLOT(openManual()));
+    connect(_start, SIGNAL(fileChosen(QString)), SLOT(openRecent(QString)));
+    connect(&_recent, SIGNAL(listChanged(QStringList)), _start, SLOT(showRecent(QStringList)));
+}
+
+void DesktopWindow::convertFigure()
+{
+    GuideConversion(_window);
+}
+
+void DesktopWindow::openFile()
+{
+    _files.open();
+}
+
+void DesktopWindow::makeSamples()
+{
+    const QString folder = MakeSampleLibrary(_window);
+    if (folder.isEmpty())
+        return;
+    if (!_contentFolders.contains(folder))
+        _contentFolders.append(folder);
+    RememberContentFolders(_contentFolders);
+    takeContentFolders();
+    QMessageBox::information(
+        &_window, tr("Make the Sample Library"),
+        tr("The sample library is in %1, which is a content folder now. Convert a Figure "
+           "finds its figures.")
+            .arg(Quoted(folder)));
 }
 
 void DesktopWindow::updateTitle()

@@ -9,6 +9,7 @@
 #include "scene_files.h"
 #include "shaper_watch.h"
 #include "standing_room.h"
+#include "start_page.h"
 #include "status_line.h"
 #include "unsaved_notice.h"
 #include "view_menu.h"
@@ -53,10 +54,15 @@ private slots:
     void openRecent(const QString& file);
     void openWaiting();
     void adjustRig(bool isWanted);
+    void convertFigure();
+    void openFile();
+    void makeSamples();
+    void openManual();
 
 private:
     bool mayClose();
     void addActions();
+    void addStartPage();
     DzAction& add(const ActionTexts& texts, std::function<void()> work);
     void addRigChoice();
     void arrangeDocks();
@@ -67,12 +73,12 @@ private:
     QStringList takeContentFolders();
     void chooseContentFolders();
     void choosePreferences();
-    void openManual();
     void tellAbout();
 
     DzMainWindow& _window;
     /// Goes with the window if that goes first. Before all that read settings, which may be damaged.
     QPointer<LogWindow> _log;
+    QPointer<StartPage> _start; ///< the viewport manager's
     SceneFiles _files;
     RecentFilesMenu _recent;
     RigFollower _rig;

@@ -36,6 +36,11 @@ RecentFilesMenu::RecentFilesMenu() : QMenu(tr("Open &Recent"))
     fill(RememberedRecentFiles());
 }
 
+QStringList RecentFilesMenu::files() const
+{
+    return RememberedRecentFiles();
+}
+
 void RecentFilesMenu::note(const QString& file)
 {
     QStringList files = RememberedRecentFiles();
@@ -67,6 +72,7 @@ void RecentFilesMenu::remember(const QStringList& files)
 {
     RememberRecentFiles(files);
     fill(files);
+    emit listChanged(files);
 }
 
 void RecentFilesMenu::fill(const QStringList& files)

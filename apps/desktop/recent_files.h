@@ -15,6 +15,8 @@ class RecentFilesMenu : public QMenu {
 public:
     RecentFilesMenu();
 
+    QStringList files() const;
+
     static constexpr int most = 8;
 
 public slots:
@@ -24,6 +26,7 @@ public slots:
     void forget(const QString& file);
 
 signals:
+    void listChanged(const QStringList& files);
     void chosen(const QString& file); ///< which may be gone
 
 private slots:

@@ -3,38 +3,13 @@
 
 #include "pane_user_files.h"
 
-#include "dzapp.h"
-#include "dzcontentmgr.h"
-
 #include <QDir>
-#include <QFile>
-#include <QRegularExpression>
-
-#include <zlib.h>
 
 #include <algorithm>
 
 namespace openhost {
 
-const char* const userFilePattern = "*.duf";
-
 namespace {
-
-/// The block that tells what a file is stands at its beginning; a preview's text may come before it.
-constexpr unsigned headSize = 1 << 16;
-
-/// The first bytes of a file, expanded if they are compressed.
-QByteArray HeadOf(const QString& file)
-{
-    QByteArray head(int(headSize), '\0');
-    const gzFile stream = gzopen(QFile::encodeName(file).constData(), "rb");
-    if (!stream)
-        return QByteArray();
-    const int count = gzread(stream, head.data(), headSize);
-    gzclose(stream);
-    head.truncate(std::max(0, count));
-    return head;
-}
 
 const QStringList& DataFolders()
 {
@@ -55,26 +30,9 @@ bool ComesBefore(const QString& one, const QString& other)
 
 } // namespace
 
-QString AssetTypeOf(const QString& file)
-{
-    static const QRegularExpression pattern(
-        QStringLiteral("\"asset_info\"\\s*:\\s*\\{.*?\"type\"\\s*:\\s*\"([^\"]*)\""),
-        QRegularExpression::DotMatchesEverythingOption);
-    return pattern.match(QString::fromUtf8(HeadOf(file))).captured(1);
-}
-
 bool SuitsSelection(const QString& assetType, bool isAnythingSelected)
 {
     return isAnythingSelected || !assetType.startsWith(QLatin1String("preset_"));
-}
-
-QStringList ContentDirectories()
-{
-    QStringList directories;
-    const DzContentMgr* const content = dzApp->getContentMgr();
-    for (int i = 0; content && i < content->getNumContentDirectories(); ++i)
-        directories.append(QDir(content->getContentDirectoryPath(i)).absolutePath());
-    return directories;
 }
 
 QStringList UserFilesIn(const QString& folder)
@@ -102,7 +60,7 @@ bool UserFileScan::step(int files)
                                                        QDir::Files, QDirIterator::Subdirectories);
         }
         const QString file = _iterator->next();
-        _files.push_back({file, AssetTypeOf(file)});
+        _files.push_back({file, AssetTypeOf(file), QString()});
     }
     return true;
 }

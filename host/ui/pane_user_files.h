@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "openhost/content_files.h"
+
 #include <QDirIterator>
 #include <QString>
 #include <QStringList>
@@ -12,24 +14,8 @@
 
 namespace openhost {
 
-/// A file that people open.
-struct UserFile {
-    QString path; ///< absolute
-    QString type; ///< as the file says, such as "scene" or "preset_pose"; empty when it says none
-};
-
-/// People open these; files of other extensions are the data behind them.
-extern const char* const userFilePattern;
-
-/// What kind of asset a file says it is, read from its first bytes alone, compressed or not; empty when it
-/// cannot be told.
-QString AssetTypeOf(const QString& file);
-
 /// Whether a file of that type can be used now: presets go onto nodes that are selected.
 bool SuitsSelection(const QString& assetType, bool isAnythingSelected);
-
-/// The content directories that the host knows, in order, without slashes at the end.
-QStringList ContentDirectories();
 
 /// The files directly in a folder, in order of their names.
 QStringList UserFilesIn(const QString& folder);

@@ -1,0 +1,134 @@
+// Choosing one of the figures in the content folders.
+// SPDX-License-Identifier: MIT
+
+#include "figure_list.h"
+
+#include "openhost/content_files.h"
+#include "openhost/content_pictures.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace desktop {
+
+namespace {
+
+constexpr int fileRole = Qt::UserRole;
+
+/// What stands in the picture's place, so that texts line up.
+QIcon Blank(const QSize& size)
+{
+    QPixmap blank(size);
+    blank.fill(Qt::transparent);
+    return QIcon(blank);
+}
+
+} // namespace
+
+FigureList::FigureList(const QString& title)
+    : QGroupBox(title), _search(new QLineEdit), _list(new QListWidget)
+{
+    const int edge = 3 * fontMetrics().height();
+    _search->setPlaceholderText(tr("Search"));
+    _search->setAccessibleName(tr("Search: %1").arg(title));
+    _search->setClearButtonEnabled(true);
+    _list->setAccessibleName(title);
+    _list->setIconSize(QSize(edge, edge));
+    _list->setTextElideMode(Qt::ElideMiddle);
+    _list->setUniformItemSizes(true);
+    _list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    _list->setMinimumWidth(36 * fontMetrics().averageCharWidth());
+    auto* const browse = new QPushButton(tr("Browse..."));
+    browse->setAccessibleName(tr("Browse: %1").arg(title));
+    browse->setAutoDefault(false);
+    auto* const column = new QVBoxLayout(this);
+    column->addWidget(_search);
+    column->addWidget(_list, 1);
+    column->addWidget(browse, 0, Qt::AlignLeft);
+    connect(browse, SIGNAL(clicked()), SLOT(browse()));
+    connect(_search, SIGNAL(textChanged(QString)), SLOT(filter()));
+    connect(_list, SIGNAL(itemSelectionChanged()), SIGNAL(choiceChanged()));
+    connect(_list, SIGNAL(itemActivated(QListWidgetItem*)), SIGNAL(activated()));
+    connect(&openhost::ContentPictures::Shared(), SIGNAL(pictureReady(QString)), SLOT(showPicture(QString)));
+    setFocusProxy(_list);
+}
+
+void FigureList::add(const openhost::UserFile& file)
+{
+    const QString name = QFileInfo(file.path).completeBaseName();
+    const QString text = file.note.isEmpty() ? name : name + QLatin1Char('\n') + file.note;
+    auto* const item = new QListWidgetItem(Blank(_list->iconSize()), text);
+    item->setData(fileRole, file.path);
+    item->setToolTip(file.path);
+    int row = 0;
+    while (row < _list->count() && _list->item(row)->text().compare(text, Qt::CaseInsensitive) <= 0)
+        ++row;
+    _list->insertItem(row, item);
+    showPicture(file.path);
+    filter();
+}
+
+QString FigureList::chosenFile() const
+{
+    const QList<QListWidgetItem*> chosen = _list->selectedItems();
+    return chosen.isEmpty() ? QString() : chosen.first()->data(fileRole).toString();
+}
+
+void FigureList::proposePlain()
+{
+    for (int row = 0; row < _list->count() && chosenFile().isEmpty(); ++row) {
+        const QStringList lines = _list->item(row)->text().split(QLatin1Char('\n'));
+        if (lines.first() == lines.last())
+            _list->setCurrentRow(row);
+    }
+}
+
+int FigureList::count() const
+{
+    return _list->count();
+}
+
+void FigureList::browse()
+{
+    const QString file =
+        QFileDialog::getOpenFileName(this, title(), QString(), tr("Figures (*.duf *.dsf);;All files (*)"));
+    if (file.isEmpty())
+        return;
+    _search->clear();
+    add({file, QString(), QString()});
+    for (int row = 0; row < _list->count(); ++row)
+        if (_list->item(row)->data(fileRole).toString() == file)
+            _list->setCurrentRow(row);
+}
+
+void FigureList::filter()
+{
+    const QStringList words = _search->text().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (int row = 0; row < _list->count(); ++row) {
+        QListWidgetItem& item = *_list->item(row);
+        const bool suits = std::all_of(words.begin(), words.end(), [&](const QString& word) {
+            return item.text().contains(word, Qt::CaseInsensitive);
+        });
+        item.setHidden(!suits);
+        if (!suits)
+            item.setSelected(false);
+    }
+}
+
+void FigureList::showPicture(const QString& file)
+{
+    for (int row = 0; row < _list->count(); ++row)
+        if (_list->item(row)->data(fileRole).toString() == file) {
+            const QPixmap picture = openhost::ContentPictures::Shared().picture(file);
+            if (!picture.isNull())
+                _list->item(row)->setIcon(QIcon(picture));
+        }
+}
+
+} // namespace desktop
