@@ -7,8 +7,8 @@
 
 namespace desktop {
 
-/// The command line's program, which comes with this one, and a folder of the user's cache. Without that program
-/// nothing is drawn.
+/// The command line's program, which comes with this one, and a folder of the user's cache. Without that
+/// program nothing is drawn.
 openhost::PictureDrawing DrawingOfPictures();
 
 } // namespace desktop

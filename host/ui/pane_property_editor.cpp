@@ -3,12 +3,14 @@
 
 #include "pane_property_editor.h"
 
+#include "dial_quantity.h"
 #include "dzboolproperty.h"
 #include "dzenumproperty.h"
 #include "dzfloatproperty.h"
 #include "dzfloatslider.h"
 #include "dzintslider.h"
 #include "dzstringproperty.h"
+#include "slider_access.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -72,9 +74,17 @@ void PropertyEditor::setWidget(QWidget* widget)
     static_cast<QHBoxLayout*>(layout())->addWidget(widget, 3);
 }
 
+int PropertyEditor::LeastWidth(const QWidget& widget)
+{
+    const QFontMetrics metrics = widget.fontMetrics();
+    return metrics.horizontalAdvance(QLatin1String("-10000.0 cm")) + 5 * metrics.height();
+}
+
 void PropertyEditor::setStacked(bool onOff)
 {
     const bool isStacked = onOff && !qobject_cast<QCheckBox*>(_widget);
+    if (_widget)
+        _widget->setMinimumWidth(isStacked ? 0 : LeastWidth(*this));
     static_cast<QHBoxLayout*>(layout())->setDirection(isStacked ? QBoxLayout::TopToBottom
                                                                 : QBoxLayout::LeftToRight);
 }
@@ -135,6 +145,7 @@ public:
     {
         _slider->setTextEditable(true);
         _slider->setShowLabel(false);
+        DzSliderAccess::setQuantity(*_slider, QuantityOf(property));
         setWidget(_slider);
         connect(_slider, &Slider::valueChanged, this,
                 [this](Number value) { write([&] { _number.setValue(value); }); });

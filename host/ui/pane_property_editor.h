@@ -20,6 +20,8 @@ public:
     static PropertyEditor* Make(DzProperty& property, QWidget* parent);
     ~PropertyEditor() override;
 
+    /// What a slider needs beside its label to be moved and read, in pixels; labels are cut before it is.
+    static int LeastWidth(const QWidget& widget);
     /// The label above the widget instead of before it; a check box stays beside its label.
     void setStacked(bool onOff);
 

@@ -3,15 +3,22 @@
 
 #include "pane_property_row.h"
 
+#include "dial_values.h"
+#include "dzboolproperty.h"
+#include "dzenumproperty.h"
 #include "dzfloatslider.h"
+#include "dznumericproperty.h"
 #include "dzproperty.h"
+#include "limits_dialog.h"
 #include "pane_property_editor.h"
 
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolButton>
@@ -25,6 +32,13 @@ namespace {
 
 constexpr int margin = 3;
 
+/// Not for switches and choices, which are numbers too.
+bool HasLimits(const DzProperty& property)
+{
+    return qobject_cast<const DzNumericProperty*>(&property) &&
+           !qobject_cast<const DzBoolProperty*>(&property) && !qobject_cast<const DzEnumProperty*>(&property);
+}
+
 QPolygonF StarShape(double size)
 {
     constexpr double pi = 3.14159265358979323846;
@@ -37,7 +51,8 @@ QPolygonF StarShape(double size)
     return star;
 }
 
-/// A star as high as the widget's text, filled for a favourite.
+} // namespace
+
 QIcon Star(const QWidget& widget, bool isFilled)
 {
     const int size = widget.fontMetrics().height();
@@ -51,8 +66,6 @@ QIcon Star(const QWidget& widget, bool isFilled)
     painter.drawPolygon(StarShape(size));
     return QIcon(picture);
 }
-
-} // namespace
 
 PropertyRow::PropertyRow(DzProperty& property, QWidget* parent)
     : QWidget(parent), _property(&property), _editor(PropertyEditor::Make(property, this))
@@ -79,6 +92,7 @@ void PropertyRow::addStar(QHBoxLayout& layout)
     _star->setAutoRaise(true);
     _star->setCheckable(true);
     _star->setToolTip(QStringLiteral("Favorite"));
+    _star->setAccessibleName(tr("Favorite: %1").arg(_property->getLabel()));
     _star->setFocusPolicy(Qt::TabFocus);
     const int size = fontMetrics().height();
     _star->setIconSize(QSize(size, size));
@@ -127,6 +141,10 @@ void PropertyRow::setPicked(bool onOff)
 
 bool PropertyRow::eventFilter(QObject* object, QEvent* event)
 {
+    if (event->type() == QEvent::ContextMenu && !qobject_cast<QLineEdit*>(object)) {
+        showMenu(static_cast<QContextMenuEvent*>(event)->globalPos());
+        return true;
+    }
     if (event->type() == QEvent::MouseButtonPress)
         emit picked(static_cast<QMouseEvent*>(event)->modifiers());
     // The wheel scrolls the list, not the value that happens to be under it.
@@ -135,6 +153,60 @@ bool PropertyRow::eventFilter(QObject* object, QEvent* event)
         return true;
     }
     return QWidget::eventFilter(object, event);
+}
+
+void PropertyRow::contextMenuEvent(QContextMenuEvent* event)
+{
+    showMenu(event->globalPos());
+}
+
+void PropertyRow::showMenu(const QPoint& place)
+{
+    if (!_property)
+        return;
+    auto* const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (qobject_cast<DzNumericProperty*>(_property.data())) {
+        menu->addAction(tr("&Reset"), this, SLOT(resetDial()))->setEnabled(IsChanged(*_property));
+        menu->addAction(tr("&Memorize"), this, SLOT(memorizeDial()));
+        menu->addAction(tr("Restore Memor&ized"), this, SLOT(restoreDial()))
+            ->setEnabled(IsMemorized(*_property));
+        menu->addSeparator();
+    }
+    if (HasLimits(*_property))
+        menu->addAction(tr("&Limits..."), this, SLOT(editLimits()));
+    QAction* const lock = menu->addAction(tr("Loc&ked"), this, SLOT(toggleLock()));
+    lock->setCheckable(true);
+    lock->setChecked(_property->isLocked());
+    menu->popup(place);
+}
+
+void PropertyRow::resetDial()
+{
+    if (_property)
+        emit told(ResetDials({_property}).text());
+}
+
+void PropertyRow::memorizeDial()
+{
+    MemorizeDials({_property});
+}
+
+void PropertyRow::restoreDial()
+{
+    emit told(RestoreDials({_property}).text());
+}
+
+void PropertyRow::editLimits()
+{
+    if (auto* const dial = qobject_cast<DzNumericProperty*>(_property.data()))
+        LimitsDialog(*dial, window()).exec();
+}
+
+void PropertyRow::toggleLock()
+{
+    if (_property)
+        _property->lock(!_property->isLocked());
 }
 
 void PropertyRow::mousePressEvent(QMouseEvent* event)

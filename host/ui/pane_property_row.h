@@ -4,6 +4,7 @@
 #pragma once
 
 #include "dzproperty.h"
+#include <QIcon>
 #include <QPointer>
 #include <QWidget>
 
@@ -13,6 +14,9 @@ class QToolButton;
 namespace openhost {
 
 class PropertyEditor;
+
+/// A star as high as the widget's text, filled for a favourite.
+QIcon Star(const QWidget& widget, bool isFilled);
 
 /// An editor, with a star for favourites. A property that goes away leaves a row that does nothing.
 class PropertyRow : public QWidget {
@@ -32,17 +36,26 @@ public:
 signals:
     /// Pressed with the mouse, anywhere.
     void picked(Qt::KeyboardModifiers modifiers);
+    /// Something was done to the property that the user is to know.
+    void told(const QString& text);
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private slots:
     void letGo();
     void setFavorite(bool onOff);
+    void resetDial();
+    void memorizeDial();
+    void restoreDial();
+    void editLimits();
+    void toggleLock();
 
 private:
+    void showMenu(const QPoint& place);
     void addStar(QHBoxLayout& layout);
 
     QPointer<DzProperty> _property;

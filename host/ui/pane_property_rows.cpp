@@ -4,6 +4,7 @@
 #include "pane_property_rows.h"
 
 #include "dzproperty.h"
+#include "pane_property_editor.h"
 #include "pane_property_row.h"
 
 #include <QEvent>
@@ -102,6 +103,13 @@ void PropertyRows::changeEvent(QEvent* event)
     layOut();
 }
 
+/// The star, the number and a bar that can be moved.
+QSize PropertyRows::minimumSizeHint() const
+{
+    const int number = fontMetrics().horizontalAdvance(QLatin1String("-10000.0 cm"));
+    return QSize(number + 6 * fontMetrics().height(), 3 * _rowHeight);
+}
+
 void PropertyRows::resizeEvent(QResizeEvent* event)
 {
     QAbstractScrollArea::resizeEvent(event);
@@ -114,8 +122,9 @@ void PropertyRows::resizeEvent(QResizeEvent* event)
 /// there.
 void PropertyRows::arrangeForWidth()
 {
-    constexpr int least = 30; // characters; two fifths of it are the label's
-    const bool isStacked = width() < least * fontMetrics().averageCharWidth();
+    constexpr int label = 12, star = 5; // characters
+    const int least = PropertyEditor::LeastWidth(*this) + (label + star) * fontMetrics().averageCharWidth();
+    const bool isStacked = width() < least;
     if (isStacked == _isStacked)
         return;
     _isStacked = isStacked;
@@ -163,6 +172,7 @@ PropertyRow& PropertyRows::rowFor(DzProperty& property)
     if (PropertyRow* const row = rowOf(property))
         return *row;
     auto* const row = new PropertyRow(property, viewport());
+    connect(row, SIGNAL(told(QString)), SIGNAL(told(QString)));
     connect(row, SIGNAL(picked(Qt::KeyboardModifiers)), SLOT(handlePicked(Qt::KeyboardModifiers)));
     return *row;
 }

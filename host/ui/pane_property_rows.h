@@ -30,8 +30,12 @@ public:
     /// The property's row; null when it is out of sight.
     PropertyRow* rowOf(const DzProperty& property) const;
 
+    QSize minimumSizeHint() const override;
+
 signals:
     void pickedChanged();
+    /// Something was done to dials of the list that the user is to know.
+    void told(const QString& text);
 
 protected:
     void changeEvent(QEvent* event) override;

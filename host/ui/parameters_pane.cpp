@@ -3,15 +3,19 @@
 
 #include "parameters_pane.h"
 
+#include "dial_menu.h"
 #include "dznode.h"
 #include "dzproperty.h"
 #include "dzpropertygroup.h"
 #include "dzpropertygrouptree.h"
 #include "dzscene.h"
+#include "pane_property_row.h"
 #include "pane_property_rows.h"
 #include "pane_refresh.h"
 
+#include <QAccessible>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QSet>
 #include <QSplitter>
@@ -96,11 +100,21 @@ void ParametersWidget::build()
     _favorites = new QToolButton;
     _favorites->setText(QStringLiteral("Favorites"));
     _favorites->setCheckable(true);
+    const int size = fontMetrics().height();
+    QIcon star;
+    star.addPixmap(Star(*this, false).pixmap(size), QIcon::Normal, QIcon::Off);
+    star.addPixmap(Star(*this, true).pixmap(size), QIcon::Normal, QIcon::On);
+    _favorites->setIcon(star);
+    _favorites->setToolTip(QStringLiteral("Favorites only"));
+    _favorites->setAccessibleName(_favorites->text());
     auto* const bar = new QHBoxLayout;
     bar->addWidget(_search, 1);
     bar->addWidget(_favorites);
+    bar->addWidget(makeMenuButton());
     _tree = new QTreeWidget;
     _tree->setHeaderHidden(true);
+    _tree->setAccessibleName(tr("Groups of dials"));
+    _search->setAccessibleName(tr("Search dials"));
     _rows = new PropertyRows(nullptr);
     _splitter = new QSplitter(Qt::Vertical);
     _splitter->addWidget(_tree);
@@ -112,9 +126,40 @@ void ParametersWidget::build()
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addLayout(bar);
     layout->addWidget(_splitter, 1);
+    _notice = new QLabel;
+    _notice->setTextFormat(Qt::PlainText);
+    _notice->setWordWrap(true);
+    _notice->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    _notice->hide();
+    layout->addWidget(_notice);
+    connect(_rows, SIGNAL(told(QString)), SLOT(tell(QString)));
+    connect(_menu, SIGNAL(told(QString)), SLOT(tell(QString)));
+    connect(_menu, SIGNAL(filterChanged()), SLOT(showRows()));
     connect(_tree, SIGNAL(currentItemChanged(QTreeWidgetItem*, QTreeWidgetItem*)), SLOT(showRows()));
     connect(_search, SIGNAL(textChanged(QString)), SLOT(showRows()));
     connect(_favorites, SIGNAL(toggled(bool)), SLOT(showRows()));
+}
+
+QToolButton* ParametersWidget::makeMenuButton()
+{
+    _menu = new DialMenu([this] { return _shown; },
+                         [this] { return _tree ? nodeOf(_tree->currentItem()) : nullptr; }, this);
+    auto* const button = new QToolButton;
+    button->setObjectName(QStringLiteral("DialMenu"));
+    button->setText(tr("Dials"));
+    button->setToolTip(tr("All dials that are shown"));
+    button->setPopupMode(QToolButton::InstantPopup);
+    button->setFocusPolicy(Qt::StrongFocus);
+    button->setMenu(_menu);
+    return button;
+}
+
+void ParametersWidget::tell(const QString& text)
+{
+    _notice->setText(text);
+    _notice->setVisible(!text.isEmpty());
+    QAccessibleEvent alert(_notice, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 QSize ParametersWidget::sizeHint() const
@@ -267,14 +312,17 @@ void ParametersWidget::showRows()
     if (const QTreeWidgetItem* const item = _tree->currentItem())
         properties = propertiesOf(*item);
     const QStringList words = _search->text().split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    const bool favoritesOnly = _favorites->isChecked();
+    const bool favoritesOnly = _favorites->isChecked(), changedOnly = _menu->showsChangedOnly();
     properties.erase(std::remove_if(properties.begin(), properties.end(),
                                     [&](const auto& property) {
                                         return !Suits(*property, words) ||
-                                               (favoritesOnly && !property->isFavorite());
+                                               (favoritesOnly && !property->isFavorite()) ||
+                                               (changedOnly && !IsChanged(*property));
                                     }),
                      properties.end());
+    _shown = properties;
     _rows->setProperties(std::move(properties));
+    tell(QString());
 }
 
 void ParametersWidget::jumpTo(DzProperty* property)
@@ -291,6 +339,7 @@ void ParametersWidget::jumpTo(DzProperty* property)
         return; // the selection was refused
     _search->clear();
     _favorites->setChecked(false);
+    _menu->showAll();
     for (QTreeWidgetItem* above = item->parent(); above; above = above->parent())
         above->setExpanded(true);
     _tree->setCurrentItem(item);

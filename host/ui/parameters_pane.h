@@ -13,6 +13,7 @@
 #include <vector>
 
 class DzNode;
+class QLabel;
 class QLineEdit;
 class QSplitter;
 class QToolButton;
@@ -21,6 +22,7 @@ class QTreeWidgetItem;
 
 namespace openhost {
 
+class DialMenu;
 class PaneRefresh;
 class PropertyRows;
 
@@ -48,8 +50,10 @@ public:
 private slots:
     void markStale();
     void showRows();
+    void tell(const QString& text);
 
 private:
+    QToolButton* makeMenuButton();
     void build();
     void fillTree();
     void watch(DzNode& node);
@@ -60,10 +64,13 @@ private:
     std::vector<QPointer<DzProperty>> propertiesOf(const QTreeWidgetItem& item) const;
 
     PaneRefresh* _refresh;
+    std::vector<QPointer<DzProperty>> _shown;
     std::vector<QPointer<DzNode>> _nodes; ///< one for each item at the top
     std::unique_ptr<QObject> _watch;      ///< receives what the shown nodes and their properties tell
     QLineEdit* _search = nullptr;         ///< this and the rest are null until there is something to show
     QToolButton* _favorites = nullptr;
+    DialMenu* _menu = nullptr;
+    QLabel* _notice = nullptr; ///< what was done last
     QSplitter* _splitter = nullptr;
     QTreeWidget* _tree = nullptr;
     PropertyRows* _rows = nullptr;

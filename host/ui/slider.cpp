@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
+#include <QToolTip>
 
 #include <algorithm>
 #include <cmath>
@@ -47,8 +48,9 @@ struct DzSlider::Impl {
     int wheelRest = 0;           ///< of a notch, for wheels that turn more finely
     QLineEdit* editor = nullptr; ///< a child, made when it is first needed
     bool isTyping = false;
+    openhost::Quantity quantity = openhost::Quantity::Plain;
 
-    openhost::NumberStyle style() const { return {isWhole, asPercent, max - min}; }
+    openhost::NumberStyle style() const { return {isWhole, asPercent, max - min, quantity}; }
     QString format(double value) const { return openhost::FormatNumber(value, style()); }
 
     /// Of the bar; a range of nothing has all values at its left end.
@@ -60,7 +62,8 @@ struct DzSlider::Impl {
     QString widestText() const
     {
         // Of all usual limits those of places go furthest; sliders of any usual ones shall line up.
-        QString widest = QLatin1String("-10000.0");
+        QString widest =
+            quantity == openhost::Quantity::Plain ? QStringLiteral("-10000.0") : format(-10000.0);
         const QFontMetrics metrics = slider.fontMetrics();
         for (const double value : {min, max, number, defaultNumber}) {
             const QString text = format(value);
@@ -159,20 +162,51 @@ struct DzSlider::Impl {
             return;
         isTyping = false;
         const QString typed = editor->text();
+        double value = 0.0;
+        const QString refusal = accept ? openhost::ParseNumber(typed, style(), value) : QString();
         if (editor->hasFocus())
             slider.setFocus(Qt::OtherFocusReason);
         editor->hide();
-        double value = 0.0;
-        if (!accept || !openhost::ParseNumber(typed, style(), value)) {
+        if (!accept || !refusal.isEmpty()) {
             emit slider.editCancelled();
+            tell(refusal);
             return;
         }
         // The text is rounded: left as it was, it shall not round the value too.
         if (typed != format(number) || isIndeterminate)
             slider.setNumber(value);
+        if (isClamped && (value < min || value > max))
+            tell(DzSlider::tr("The dial goes from %1 to %2.").arg(format(min), format(max)));
         emit slider.editEnd();
     }
+
+    /// Return on what is no number leaves it to be put right.
+    bool isRefused()
+    {
+        double value = 0.0;
+        const QString refusal = openhost::ParseNumber(editor->text(), style(), value);
+        tell(refusal);
+        return !refusal.isEmpty();
+    }
+
+    /// In place, and to screen readers.
+    void tell(const QString& sentence)
+    {
+        if (editor)
+            editor->setAccessibleDescription(sentence);
+        if (sentence.isEmpty())
+            return;
+        QToolTip::showText(slider.mapToGlobal(QPoint(0, slider.height())), sentence, &slider);
+        QAccessibleEvent alert(isTyping ? static_cast<QWidget*>(editor) : &slider, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
 };
+
+void DzSliderAccess::setQuantity(DzSlider& slider, openhost::Quantity quantity)
+{
+    slider._impl->quantity = quantity;
+    slider._impl->relay();
+}
 
 DzSlider::DzSlider(QWidget* parent, const QString& label, bool isWhole)
     : QWidget(parent), _impl(new Impl(*this, label, isWhole))
@@ -389,7 +423,7 @@ bool DzSlider::eventFilter(QObject* object, QEvent* event)
         return QWidget::eventFilter(object, event);
     // These keys would also press a button of the dialog around.
     event->accept();
-    if (event->type() == QEvent::KeyPress)
+    if (event->type() == QEvent::KeyPress && !(accepts && _impl->isRefused()))
         _impl->closeEditor(accepts);
     return true;
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "dzslider.h"
+#include "slider_text.h"
 
 class DzSliderAccess {
 public:
@@ -11,6 +12,8 @@ public:
     static double minimum(const DzSlider& slider) { return slider.minimum(); }
     static double maximum(const DzSlider& slider) { return slider.maximum(); }
     static double step(const DzSlider& slider) { return slider.step(); }
+    /// What the number counts; nothing in particular at first.
+    static void setQuantity(DzSlider& slider, openhost::Quantity quantity);
     static void setNumber(DzSlider& slider, double number) { slider.setNumber(number); }
 };
 

@@ -40,6 +40,18 @@ int TextWidth(const QWidget& slider, const SliderLook& look)
     return slider.fontMetrics().horizontalAdvance(look.widestText) + 2 * Gap(slider);
 }
 
+/// Of a narrow slider the number has no more than it needs, and leaves the bar enough to be moved.
+int TextWidthIn(int room, const QWidget& slider, const SliderLook& look)
+{
+    const int least = 2 * slider.fontMetrics().height();
+    const int left = std::max(0, room - least - Gap(slider));
+    const int wanted = TextWidth(slider, look);
+    if (wanted <= left)
+        return wanted;
+    const int own = slider.fontMetrics().horizontalAdvance(look.text) + 2 * Gap(slider);
+    return std::min(wanted, std::max(left, std::min(own, room)));
+}
+
 QSize SizeWithBar(const QWidget& slider, const SliderLook& look, int barWidth)
 {
     int width = 2 * frameWidth + barWidth;
@@ -129,7 +141,7 @@ SliderParts LayOutSlider(const QWidget& slider, const SliderLook& look)
         parts.label = QRect(room.left(), room.top(), width, room.height());
         room.setLeft(room.left() + width + gap);
     }
-    if (const int width = TextWidth(slider, look)) {
+    if (const int width = TextWidthIn(room.width(), slider, look)) {
         parts.text = QRect(room.right() - width + 1, room.top(), width, room.height());
         room.setRight(room.right() - width - gap);
     }
