@@ -21,13 +21,24 @@ namespace {
 
 constexpr int fileRole = Qt::UserRole;
 
-/// What stands in the picture's place, so that texts line up.
-QIcon Blank(const QSize& size)
-{
-    QPixmap blank(size);
-    blank.fill(Qt::transparent);
-    return QIcon(blank);
-}
+/// Asked for its picture only while it is in sight.
+class FigureItem : public QListWidgetItem {
+public:
+    using QListWidgetItem::QListWidgetItem;
+
+    QVariant data(int role) const override
+    {
+        if (role != Qt::DecorationRole)
+            return QListWidgetItem::data(role);
+        const QPixmap picture =
+            openhost::ContentPictures::Shared().picture(QListWidgetItem::data(fileRole).toString());
+        if (!picture.isNull())
+            return QIcon(picture);
+        QPixmap blank(listWidget()->iconSize()); // so that texts line up
+        blank.fill(Qt::transparent);
+        return blank;
+    }
+};
 
 } // namespace
 
@@ -55,7 +66,8 @@ FigureList::FigureList(const QString& title)
     connect(_search, SIGNAL(textChanged(QString)), SLOT(filter()));
     connect(_list, SIGNAL(itemSelectionChanged()), SIGNAL(choiceChanged()));
     connect(_list, SIGNAL(itemActivated(QListWidgetItem*)), SIGNAL(activated()));
-    connect(&openhost::ContentPictures::Shared(), SIGNAL(pictureReady(QString)), SLOT(showPicture(QString)));
+    connect(&openhost::ContentPictures::Shared(), SIGNAL(pictureReady(QString)), _list->viewport(),
+            SLOT(update()));
     setFocusProxy(_list);
 }
 
@@ -63,14 +75,13 @@ void FigureList::add(const openhost::UserFile& file)
 {
     const QString name = QFileInfo(file.path).completeBaseName();
     const QString text = file.note.isEmpty() ? name : name + QLatin1Char('\n') + file.note;
-    auto* const item = new QListWidgetItem(Blank(_list->iconSize()), text);
+    auto* const item = new FigureItem(text);
     item->setData(fileRole, file.path);
     item->setToolTip(file.path);
     int row = 0;
     while (row < _list->count() && _list->item(row)->text().compare(text, Qt::CaseInsensitive) <= 0)
         ++row;
     _list->insertItem(row, item);
-    showPicture(file.path);
     filter();
 }
 
@@ -119,16 +130,6 @@ void FigureList::filter()
         if (!suits)
             item.setSelected(false);
     }
-}
-
-void FigureList::showPicture(const QString& file)
-{
-    for (int row = 0; row < _list->count(); ++row)
-        if (_list->item(row)->data(fileRole).toString() == file) {
-            const QPixmap picture = openhost::ContentPictures::Shared().picture(file);
-            if (!picture.isNull())
-                _list->item(row)->setIcon(QIcon(picture));
-        }
 }
 
 } // namespace desktop

@@ -37,7 +37,6 @@ signals:
 private slots:
     void browse();
     void filter();
-    void showPicture(const QString& file);
 
 private:
     QLineEdit* _search;

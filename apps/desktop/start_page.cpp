@@ -88,6 +88,7 @@ StartPage::StartPage(QWidget& covered) : QScrollArea(&covered)
 QWidget* StartPage::makeTasks()
 {
     auto* const part = new QWidget;
+    part->setMaximumWidth(60 * fontMetrics().averageCharWidth());
     auto* const column = new QVBoxLayout(part);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(MakeHeading(tr("Start")));

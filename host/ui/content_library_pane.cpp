@@ -6,6 +6,7 @@
 #include "dzapp.h"
 #include "dzasset.h"
 #include "dzcontentmgr.h"
+#include "file_finder.h"
 #include "pane_asset_list.h"
 #include "pane_refresh.h"
 #include "pane_user_files.h"
@@ -57,6 +58,8 @@ void DzContentLibraryPane::build()
     _tree = new QTreeWidget;
     _tree->setHeaderHidden(true);
     _tree->setUniformRowHeights(true);
+    _tree->setAccessibleName(tr("Content folders"));
+    _finder = new openhost::FileFinder;
     _list = new openhost::AssetList;
     auto* const splitter = new QSplitter(Qt::Vertical);
     splitter->addWidget(_tree);
@@ -64,9 +67,13 @@ void DzContentLibraryPane::build()
     splitter->setChildrenCollapsible(false);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
-    layout->addWidget(splitter);
+    layout->addWidget(_finder);
+    layout->addWidget(splitter, 1);
+    connect(_finder, SIGNAL(changed()), SLOT(showFiles()));
+    connect(_list, SIGNAL(favoritesChanged()), _finder, SLOT(refilter()));
+    connect(_list, SIGNAL(folderWanted(QString)), SLOT(showFolderOf(QString)));
     connect(_tree, SIGNAL(itemExpanded(QTreeWidgetItem*)), SLOT(addSubfolders(QTreeWidgetItem*)));
-    connect(_tree, SIGNAL(currentItemChanged(QTreeWidgetItem*, QTreeWidgetItem*)), SLOT(showFolder()));
+    connect(_tree, SIGNAL(currentItemChanged(QTreeWidgetItem*, QTreeWidgetItem*)), SLOT(showFiles()));
     // The manager is made after the panes.
     if (const DzContentMgr* const content = dzApp->getContentMgr())
         connect(content, SIGNAL(contentDirectoryListChanged()), SLOT(markStale()));
@@ -86,7 +93,8 @@ void DzContentLibraryPane::fillTree()
     if (!chosen.isEmpty() && browseTo(chosen))
         _list->selectFiles(selected);
     else
-        showFolder();
+        showFiles();
+    _finder->rescan();
 }
 
 QTreeWidgetItem* DzContentLibraryPane::addFolder(QTreeWidgetItem& parent, const QString& name,
@@ -112,8 +120,13 @@ void DzContentLibraryPane::addSubfolders(QTreeWidgetItem* item)
     item->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
 }
 
-void DzContentLibraryPane::showFolder()
+void DzContentLibraryPane::showFiles()
 {
+    _tree->setVisible(!_finder->isActive());
+    if (_finder->isActive()) {
+        _list->setFiles(_finder->files());
+        return;
+    }
     const QTreeWidgetItem* const item = _tree->currentItem();
     _list->setFiles(item ? openhost::UserFilesIn(item->data(0, pathRole).toString()) : QStringList());
 }
@@ -141,8 +154,14 @@ bool DzContentLibraryPane::browseTo(const QString& folder)
     for (QTreeWidgetItem* above = item->parent(); above; above = above->parent())
         above->setExpanded(true);
     _tree->setCurrentItem(item);
-    showFolder();
+    _finder->clear(); // shows the files
     return true;
+}
+
+void DzContentLibraryPane::showFolderOf(const QString& file)
+{
+    if (browseTo(QFileInfo(file).absolutePath()))
+        _list->selectFiles({file});
 }
 
 QObjectList DzContentLibraryPane::getSelectedAssets()

@@ -11,10 +11,12 @@ class QTreeWidgetItem;
 
 namespace openhost {
 class AssetList;
+class FileFinder;
 class PaneRefresh;
 } // namespace openhost
 
-/// The folders of every content directory as a tree, and the user files of the chosen one.
+/// The folders of every content directory as a tree, and the user files of the chosen one; or those that are
+/// looked for in all of them.
 class DzContentLibraryPane : public DzPane {
     Q_OBJECT
 public:
@@ -35,7 +37,8 @@ public:
 
 private slots:
     void addSubfolders(QTreeWidgetItem* item);
-    void showFolder();
+    void showFiles();
+    void showFolderOf(const QString& file);
     void markStale();
 
 private:
@@ -48,4 +51,5 @@ private:
     openhost::PaneRefresh* _refresh;
     QTreeWidget* _tree = nullptr; ///< null until it is needed, as the list
     openhost::AssetList* _list = nullptr;
+    openhost::FileFinder* _finder = nullptr;
 };

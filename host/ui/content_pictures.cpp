@@ -81,9 +81,10 @@ struct ContentPictures::Impl {
 
     void draw(const QString& file)
     {
-        QStringList arguments{QStringLiteral("render"), QFileInfo(file).absoluteFilePath(),
-                              cache->placeOf(file), QStringLiteral("--size"),
-                              QStringLiteral("%1x%1").arg(size)};
+        QStringList arguments{QStringLiteral("render"),    QFileInfo(file).absoluteFilePath(),
+                              QStringLiteral("--out"),     cache->placeOf(file),
+                              QStringLiteral("--size"),    QStringLiteral("%1x%1").arg(size),
+                              QStringLiteral("--threads"), QStringLiteral("1")};
         for (const QString& directory : ContentDirectories())
             arguments << QStringLiteral("--content") << directory;
         drawn = file;
@@ -146,12 +147,6 @@ QPixmap ContentPictures::picture(const QString& file)
     if (!_impl->requests.isEmpty())
         _impl->next.start();
     return QPixmap();
-}
-
-void ContentPictures::dropRequests()
-{
-    _impl->requests.clear();
-    _impl->toDraw.clear();
 }
 
 bool ContentPictures::isBusy() const

@@ -6,11 +6,19 @@
 #include "dzapp.h"
 #include "dzasset.h"
 #include "dzcontentmgr.h"
+#include "favorite_files.h"
+#include "openhost/content_pictures.h"
+#include "pane_property_row.h"
 
 #include <QContextMenuEvent>
 #include <QFileInfo>
 #include <QMenu>
+#include <QMimeData>
+#include <QPainter>
 #include <QSet>
+#include <QUrl>
+
+#include <algorithm>
 
 DzAsset::DzAsset(const QString& localFile, const QString& relativePath)
     : _localFile(localFile), _relativePath(relativePath)
@@ -40,6 +48,51 @@ void Open(const QStringList& files, bool merge)
             content->openFile(file, merge || content->shouldMerge(file));
 }
 
+/// Asked for pictures and places only while it is in sight.
+class AssetItem : public QListWidgetItem {
+public:
+    AssetItem(const QString& file, QListWidget* list)
+        : QListWidgetItem(QFileInfo(file).completeBaseName(), list)
+    {
+        setData(fileRole, file);
+    }
+
+    QVariant data(int role) const override
+    {
+        if (role == Qt::ToolTipRole)
+            return RelativePath(file());
+        if (role == Qt::DecorationRole)
+            return picture();
+        if (role == Qt::AccessibleDescriptionRole && IsFavoriteFile(file()))
+            return AssetList::tr("Favorite");
+        return QListWidgetItem::data(role);
+    }
+
+private:
+    QString file() const { return QListWidgetItem::data(fileRole).toString(); }
+
+    /// As large for all, so that names line up; with a star in its corner for a favourite.
+    QPixmap picture() const
+    {
+        const QListWidget& list = *listWidget();
+        const qreal ratio = list.devicePixelRatioF();
+        QPixmap whole(list.iconSize() * ratio);
+        whole.setDevicePixelRatio(ratio);
+        whole.fill(Qt::transparent);
+        QPainter painter(&whole);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        const QPixmap own = ContentPictures::Shared().picture(file());
+        if (!own.isNull()) {
+            const QSize size = own.size().scaled(list.iconSize(), Qt::KeepAspectRatio);
+            const QSize rest = (list.iconSize() - size) / 2;
+            painter.drawPixmap(QRect(QPoint(rest.width(), rest.height()), size), own);
+        }
+        if (IsFavoriteFile(file()))
+            painter.drawPixmap(0, 0, Star(list, true).pixmap(list.fontMetrics().height()));
+        return whole;
+    }
+};
+
 } // namespace
 
 AssetList::AssetList(QWidget* parent) : QListWidget(parent)
@@ -47,7 +100,13 @@ AssetList::AssetList(QWidget* parent) : QListWidget(parent)
     setSelectionMode(ExtendedSelection);
     setUniformItemSizes(true);
     setTextElideMode(Qt::ElideMiddle); // names often differ at their end
+    setAccessibleName(tr("Files"));
+    setDragEnabled(true);
+    setAcceptDrops(true); // of its own, to drop them
+    fitPictures();
+    ReadFavoriteFiles();
     connect(this, SIGNAL(itemActivated(QListWidgetItem*)), SLOT(openSelected()), Qt::QueuedConnection);
+    connect(&ContentPictures::Shared(), SIGNAL(pictureReady(QString)), viewport(), SLOT(update()));
 }
 
 AssetList::~AssetList() = default;
@@ -56,12 +115,10 @@ void AssetList::setFiles(const QStringList& files)
 {
     const QStringList selected = selectedFiles();
     clear();
-    for (const QString& file : files) {
-        auto* const item = new QListWidgetItem(QFileInfo(file).completeBaseName(), this);
-        item->setData(fileRole, file);
-        item->setToolTip(RelativePath(file));
-    }
-    selectFiles(selected);
+    for (const QString& file : files)
+        new AssetItem(file, this);
+    if (!selected.isEmpty())
+        selectFiles(selected);
 }
 
 QStringList AssetList::files() const
@@ -121,6 +178,77 @@ void AssetList::mergeSelected()
     Open(selectedFiles(), true);
 }
 
+void AssetList::showFolder()
+{
+    const QString file = selectedFiles().value(0);
+    if (!file.isEmpty())
+        emit folderWanted(file);
+}
+
+void AssetList::toggleFavorite()
+{
+    const QStringList files = selectedFiles();
+    const bool areAll = std::all_of(files.begin(), files.end(), IsFavoriteFile);
+    for (const QString& file : files)
+        SetFavoriteFile(file, !areAll);
+    viewport()->update();
+    emit favoritesChanged();
+}
+
+void AssetList::fitPictures()
+{
+    const int edge = 5 * fontMetrics().height() / 2;
+    setIconSize(QSize(edge, edge));
+}
+
+void AssetList::changeEvent(QEvent* event)
+{
+    QListWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        fitPictures();
+}
+
+QStringList AssetList::mimeTypes() const
+{
+    return {QStringLiteral("text/uri-list")};
+}
+
+Qt::DropActions AssetList::supportedDropActions() const
+{
+    return Qt::CopyAction;
+}
+
+QMimeData* AssetList::mimeData(const QList<QListWidgetItem*> items) const
+{
+    QList<QUrl> urls;
+    for (const QListWidgetItem* const item : items)
+        urls.append(QUrl::fromLocalFile(item->data(fileRole).toString()));
+    auto* const dragged = new QMimeData;
+    dragged->setUrls(urls);
+    return dragged;
+}
+
+// What is let go over the list itself has not gone anywhere; the window around would open it.
+void AssetList::dragEnterEvent(QDragEnterEvent* event)
+{
+    dragMoveEvent(event);
+}
+
+void AssetList::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (event->source() != this) {
+        event->ignore();
+        return;
+    }
+    event->setDropAction(Qt::IgnoreAction);
+    event->accept();
+}
+
+void AssetList::dropEvent(QDropEvent* event)
+{
+    event->setAccepted(event->source() == this);
+}
+
 void AssetList::contextMenuEvent(QContextMenuEvent* event)
 {
     if (selectedItems().isEmpty())
@@ -128,6 +256,13 @@ void AssetList::contextMenuEvent(QContextMenuEvent* event)
     QMenu menu;
     menu.addAction(QStringLiteral("Open"), this, SLOT(openSelected()));
     menu.addAction(QStringLiteral("Merge into Scene"), this, SLOT(mergeSelected()));
+    menu.addSeparator();
+    if (receivers(SIGNAL(folderWanted(QString))) > 0)
+        menu.addAction(QStringLiteral("Show Folder"), this, SLOT(showFolder()));
+    const QStringList files = selectedFiles();
+    QAction* const favorite = menu.addAction(QStringLiteral("Favorite"), this, SLOT(toggleFavorite()));
+    favorite->setCheckable(true);
+    favorite->setChecked(std::all_of(files.begin(), files.end(), IsFavoriteFile));
     menu.exec(event->globalPos());
 }
 

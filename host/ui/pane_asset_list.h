@@ -10,7 +10,8 @@ class DzAsset;
 
 namespace openhost {
 
-/// Files by name. A double click, Return and the context menu open what is selected.
+/// Files by name, with their pictures as far as they are in sight. A double click, Return and the context
+/// menu open what is selected; it can be dragged elsewhere as files.
 class AssetList : public QListWidget {
     Q_OBJECT
 public:
@@ -26,7 +27,19 @@ public:
     /// As DzAsset objects, which the list owns and keeps.
     QObjectList selectedAssets();
 
+signals:
+    void folderWanted(const QString& file); ///< the one that the file is in
+    void favoritesChanged();
+
 protected:
+    void changeEvent(QEvent* event) override;
+    QStringList mimeTypes() const override;
+    /// Copies alone: whoever moves files here would delete them there.
+    Qt::DropActions supportedDropActions() const override;
+    QMimeData* mimeData(const QList<QListWidgetItem*> items) const override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private slots:
@@ -34,8 +47,12 @@ private slots:
     void openSelected();
     /// Adds to the scene.
     void mergeSelected();
+    void showFolder();
+    void toggleFavorite();
 
 private:
+    void fitPictures();
+
     QHash<QString, DzAsset*> _assets; ///< by file
 };
 

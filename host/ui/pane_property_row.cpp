@@ -67,6 +67,15 @@ QIcon Star(const QWidget& widget, bool isFilled)
     return QIcon(picture);
 }
 
+QIcon OnOffStar(const QWidget& widget)
+{
+    const int size = widget.fontMetrics().height();
+    QIcon star;
+    star.addPixmap(Star(widget, false).pixmap(size), QIcon::Normal, QIcon::Off);
+    star.addPixmap(Star(widget, true).pixmap(size), QIcon::Normal, QIcon::On);
+    return star;
+}
+
 PropertyRow::PropertyRow(DzProperty& property, QWidget* parent)
     : QWidget(parent), _property(&property), _editor(PropertyEditor::Make(property, this))
 {

@@ -100,11 +100,7 @@ void ParametersWidget::build()
     _favorites = new QToolButton;
     _favorites->setText(QStringLiteral("Favorites"));
     _favorites->setCheckable(true);
-    const int size = fontMetrics().height();
-    QIcon star;
-    star.addPixmap(Star(*this, false).pixmap(size), QIcon::Normal, QIcon::Off);
-    star.addPixmap(Star(*this, true).pixmap(size), QIcon::Normal, QIcon::On);
-    _favorites->setIcon(star);
+    _favorites->setIcon(OnOffStar(*this));
     _favorites->setToolTip(QStringLiteral("Favorites only"));
     _favorites->setAccessibleName(_favorites->text());
     auto* const bar = new QHBoxLayout;

@@ -39,8 +39,6 @@ public:
     /// At most `size` pixels wide and high; null as long as there is none. What is asked for last comes
     /// first.
     QPixmap picture(const QString& file);
-    /// Of those that were asked for nothing more is done.
-    void dropRequests();
     bool isBusy() const;
 
     /// The one beside the file; empty where there is none.
