@@ -3,12 +3,14 @@
 
 #pragma once
 
-#include <dzaction.h>
+#include <QMenu>
+#include <QPointer>
 
 #include <functional>
 
+#include <dzaction.h>
+
 class QMainWindow;
-class QMenu;
 
 namespace desktop {
 
@@ -31,7 +33,7 @@ public:
     QString getDefaultMenuPath() const override { return _menu; }
     QKeySequence getDefaultAccel() const override { return _keys; }
     bool startsGroup() const { return _startsGroup; }
-    QMenu* above() const { return _above; }
+    QMenu* above() const { return _above; } ///< null when it is gone
 
 protected:
     void executeAction() override;
@@ -40,7 +42,7 @@ private:
     QString _menu;
     QKeySequence _keys;
     bool _startsGroup;
-    QMenu* _above;
+    QPointer<QMenu> _above; ///< which may go first
     std::function<void()> _work;
 };
 
