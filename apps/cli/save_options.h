@@ -26,14 +26,6 @@ struct SaveOptionSet {
 
 SaveOptionSet AddSaveOptions(CLI::App& command, SaveArguments& arguments);
 
-/// @param option  or whatever else holds the name, for the text
-/// @throws UsageError  it cannot be the name of a folder
-void CheckFolderName(const std::string& option, const std::string& name);
-
-/// @param option  as above
-/// @throws UsageError  nobody can be called so
-void CheckAuthor(const std::string& option, const std::string& name);
-
 /// @throws UsageError  author, vendor or product cannot be meant, the latter as they cannot be the name of a
 /// folder
 GntSaveOptions MakeSaveOptions(const SaveArguments& arguments);

@@ -7,7 +7,7 @@
 #include "base/folders.h"
 #include "base/input_file.h"
 #include "command.h"
-#include "save_options.h"
+#include "name_checks.h"
 
 #include <algorithm>
 #include <charconv>

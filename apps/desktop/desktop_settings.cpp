@@ -17,6 +17,8 @@ const QLatin1String recentKey("recent_files");
 const QLatin1String authorNameKey("author_name");
 const QLatin1String authorEmailKey("author_email");
 const QLatin1String authorUrlKey("author_url");
+const QLatin1String lengthUnitKey("length_unit");
+const QLatin1String pictureCacheKey("picture_cache_mib");
 const QLatin1String geometryKey("window_geometry");
 const QLatin1String rigKey("adjust_rig");
 const QLatin1String docksKey("window_docks");
@@ -82,6 +84,21 @@ void RememberAuthor(const DzAuthor& author)
     settings.setStringValue(authorNameKey, author.getName());
     settings.setStringValue(authorEmailKey, author.getEmail());
     settings.setStringValue(authorUrlKey, author.getURL());
+}
+
+OwnPreferences RememberedOwnPreferences()
+{
+    const DzAppSettings settings(group);
+    const OwnPreferences usual;
+    return {settings.getIntValue(lengthUnitKey, usual.lengthUnit),
+            settings.getIntValue(pictureCacheKey, usual.pictureCacheMiB)};
+}
+
+void RememberOwnPreferences(const OwnPreferences& preferences)
+{
+    DzAppSettings settings(group);
+    settings.setIntValue(lengthUnitKey, preferences.lengthUnit);
+    settings.setIntValue(pictureCacheKey, preferences.pictureCacheMiB);
 }
 
 bool RememberedRigAdjusting()

@@ -11,7 +11,7 @@ class QMainWindow;
 
 namespace desktop {
 
-/// In the user's order.
+/// In the user's order. Of earlier versions: those of all programs are kept elsewhere.
 QStringList RememberedContentFolders();
 void RememberContentFolders(const QStringList& folders);
 
@@ -22,6 +22,14 @@ void RememberRecentFiles(const QStringList& files);
 /// Who saves files; without a name as long as nobody gave one.
 DzAuthor RememberedAuthor();
 void RememberAuthor(const DzAuthor& author);
+
+/// What no other program has.
+struct OwnPreferences {
+    int lengthUnit = 0; ///< openhost::LengthUnit
+    int pictureCacheMiB = 64;
+};
+OwnPreferences RememberedOwnPreferences();
+void RememberOwnPreferences(const OwnPreferences& preferences);
 
 /// Whether joints follow new morphs; not unless somebody wished it.
 bool RememberedRigAdjusting();

@@ -10,7 +10,6 @@
 #include "folders_dialog.h"
 #include "guided_conversion.h"
 #include "openhost/script_bounds.h"
-#include "picture_drawing.h"
 #include "preferences_dialog.h"
 #include "program_folders.h"
 #include "quoted.h"
@@ -140,12 +139,13 @@ void DesktopWindow::show()
 
 void DesktopWindow::start(const Options& options)
 {
-    dzApp->setCurrentAuthor(RememberedAuthor());
-    openhost::ContentPictures::Shared().setDrawing(DrawingOfPictures());
+    QStringList troubles;
+    const Preferences preferences = RememberedPreferences(&troubles);
+    dzApp->setCurrentAuthor(preferences.author);
+    ApplyPreferences(preferences);
     openhost::SetScriptRights({ToQ(options.scriptFolders), options.scriptProcesses});
     const bool isRemembered = options.contentFolders.empty();
-    _contentFolders = isRemembered ? RememberedContentFolders() : ToQ(options.contentFolders);
-    QStringList troubles;
+    _contentFolders = isRemembered ? preferences.contentFolders : ToQ(options.contentFolders);
     for (const QString& folder : takeContentFolders())
         troubles.append(tr("There is no content folder %1.").arg(Quoted(folder)));
     const std::string plugins =
@@ -220,7 +220,8 @@ void DesktopWindow::addActions()
     add({"Select &None", "Selects nothing.", "&Edit", Qt::CTRL + Qt::SHIFT + Qt::Key_A},
         [] { dzScene->selectAllNodes(false); });
     addRigChoice();
-    add({"&Preferences...", "Says who saves files.", "&Edit", QKeySequence(), true},
+    add({"&Preferences...", "Content folders, author, units, memory and threads.", "&Edit", QKeySequence(),
+         true},
         [this] { choosePreferences(); });
     add({"Gantrel &Manual", "Opens the manual.", "&Help", QKeySequence::HelpContents},
         [this] { openManual(); });
@@ -309,10 +310,10 @@ void DesktopWindow::makeSamples()
     const QString folder = MakeSampleLibrary(_window);
     if (folder.isEmpty())
         return;
-    if (!_contentFolders.contains(folder))
-        _contentFolders.append(folder);
-    RememberContentFolders(_contentFolders);
-    takeContentFolders();
+    Preferences now = preferences();
+    if (!now.contentFolders.contains(folder))
+        now.contentFolders.append(folder);
+    setPreferences(now);
     QMessageBox::information(
         &_window, tr("Make the Sample Library"),
         tr("The sample library is in %1, which is a content folder now. Convert a Figure "
@@ -397,18 +398,40 @@ void DesktopWindow::chooseContentFolders()
     FoldersDialog dialog(&_window, _contentFolders);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    _contentFolders = dialog.folders();
-    RememberContentFolders(_contentFolders);
-    takeContentFolders();
+    Preferences now = preferences();
+    now.contentFolders = dialog.folders();
+    setPreferences(now);
+}
+
+/// With the content folders that this run has.
+Preferences DesktopWindow::preferences() const
+{
+    Preferences all = RememberedPreferences();
+    all.contentFolders = _contentFolders;
+    all.author = dzApp->getCurrentAuthor();
+    return all;
+}
+
+void DesktopWindow::setPreferences(const Preferences& wanted)
+{
+    const QStringList troubles = RememberPreferences(preferences(), wanted);
+    dzApp->setCurrentAuthor(wanted.author);
+    ApplyPreferences(wanted);
+    if (wanted.contentFolders != _contentFolders) {
+        _contentFolders = wanted.contentFolders;
+        takeContentFolders();
+    }
+    if (!troubles.isEmpty())
+        QMessageBox::warning(&_window, tr("Preferences"),
+                             tr("Not everything could be kept for the next time.\n\n%1")
+                                 .arg(troubles.join(QLatin1Char('\n'))));
 }
 
 void DesktopWindow::choosePreferences()
 {
-    PreferencesDialog dialog(&_window, dzApp->getCurrentAuthor());
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    dzApp->setCurrentAuthor(dialog.author());
-    RememberAuthor(dialog.author());
+    PreferencesDialog dialog(&_window, preferences());
+    if (dialog.exec() == QDialog::Accepted)
+        setPreferences(dialog.preferences());
 }
 
 /// The manual is the plug-in's.

@@ -27,6 +27,7 @@ namespace desktop {
 
 struct Options;
 struct ActionTexts;
+struct Preferences;
 
 /// Menus, docks and questions around the window of the running host, which has to outlive it. One at a time.
 class DesktopWindow : public QObject {
@@ -73,6 +74,8 @@ private:
     QStringList takeContentFolders();
     void chooseContentFolders();
     void choosePreferences();
+    Preferences preferences() const;
+    void setPreferences(const Preferences& wanted);
     void tellAbout();
 
     DzMainWindow& _window;

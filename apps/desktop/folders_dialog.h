@@ -6,10 +6,9 @@
 #include <QDialog>
 #include <QStringList>
 
-class QListWidget;
-class QPushButton;
-
 namespace desktop {
+
+class FoldersEditor;
 
 /// The folders in their order, which decides whose file is taken where two have the same.
 class FoldersDialog : public QDialog {
@@ -20,21 +19,8 @@ public:
 
     QStringList folders() const;
 
-private slots:
-    void add();
-    void remove();
-    void moveUp();
-    void moveDown();
-    void updateButtons();
-
 private:
-    QPushButton* makeButton(const char* text, const char* slot);
-    void move(int by);
-
-    QListWidget* _list;
-    QPushButton* _remove;
-    QPushButton* _up;
-    QPushButton* _down;
+    FoldersEditor* _editor;
 };
 
 } // namespace desktop

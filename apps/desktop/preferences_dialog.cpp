@@ -1,56 +1,201 @@
-// What the user wishes of the desktop application.
+// Choosing what the user wishes of all runs.
 // SPDX-License-Identifier: MIT
 
 #include "preferences_dialog.h"
 
+#include "folders_editor.h"
+
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
-#include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QStackedWidget>
+#include <QThread>
 #include <QVBoxLayout>
 
 namespace desktop {
 
-PreferencesDialog::PreferencesDialog(QWidget* parent, const DzAuthor& author) : QDialog(parent)
+namespace {
+
+enum Page { Folders, Author, Units, Memory, Threads, count };
+
+QLabel* MakeText(const QString& text)
+{
+    auto* const label = new QLabel(text);
+    label->setWordWrap(true);
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+} // namespace
+
+PreferencesDialog::PreferencesDialog(QWidget* parent, const Preferences& preferences)
+    : QDialog(parent), _titles(new QListWidget), _pages(new QStackedWidget)
 {
     setObjectName(QStringLiteral("PreferencesDialog"));
     setWindowTitle(tr("Preferences"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
-    auto* const group = new QGroupBox(tr("Author"), this);
-    auto* const form = new QFormLayout(group);
-    form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-    auto* const text = new QLabel(tr("Files that you save name their author. New morphs are saved under this "
-                                     "name too, unless you give another vendor there."));
-    text->setWordWrap(true);
-    form->addRow(text);
-    _name = addLine(*form, "&Name:", "AuthorName", author.getName());
-    _email = addLine(*form, "&E-mail:", "AuthorEmail", author.getEmail());
-    _url = addLine(*form, "&Web site:", "AuthorUrl", author.getURL());
+    _titles->setObjectName(QStringLiteral("Pages"));
+    _titles->setAccessibleName(tr("Pages"));
+    addFolders();
+    addAuthor();
+    addUnits();
+    addMemory();
+    addThreads();
+    for (int page = 0; page < Page::count; ++page)
+        fill(preferences, page);
+    _titles->setFixedWidth(_titles->sizeHintForColumn(0) + 4 * fontMetrics().averageCharWidth());
 
-    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel |
+                                               QDialogButtonBox::RestoreDefaults);
+    QPushButton* const defaults = buttons->button(QDialogButtonBox::RestoreDefaults);
+    defaults->setText(tr("Reset to &Defaults"));
+    defaults->setToolTip(tr("The page that is shown"));
+    connect(defaults, SIGNAL(clicked()), SLOT(resetPage()));
     connect(buttons, SIGNAL(accepted()), SLOT(accept()));
     connect(buttons, SIGNAL(rejected()), SLOT(reject()));
+    connect(_titles, SIGNAL(currentRowChanged(int)), _pages, SLOT(setCurrentIndex(int)));
+    auto* const row = new QHBoxLayout;
+    row->addWidget(_titles);
+    row->addWidget(_pages, 1);
     auto* const column = new QVBoxLayout(this);
-    column->addWidget(group);
-    column->addStretch();
+    column->addLayout(row, 1);
     column->addWidget(buttons);
-    _name->setFocus();
+    _titles->setCurrentRow(0);
+    _titles->setFocus();
 }
 
-QLineEdit* PreferencesDialog::addLine(QFormLayout& form, const char* label, const char* name,
-                                      const QString& text)
+QFormLayout* PreferencesDialog::addPage(const QString& title, const QString& text)
 {
-    auto* const line = new QLineEdit(text);
+    auto* const page = new QWidget;
+    auto* const form = new QFormLayout(page);
+    form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    if (!text.isEmpty())
+        form->addRow(MakeText(text));
+    _titles->addItem(title);
+    _pages->addWidget(page);
+    return form;
+}
+
+void PreferencesDialog::addFolders()
+{
+    QFormLayout& form = *addPage(tr("Content Folders"), QString());
+    _folders = new FoldersEditor({});
+    form.addRow(_folders);
+    tellVariable(form, "content", *_folders);
+}
+
+void PreferencesDialog::addAuthor()
+{
+    QFormLayout& form = *addPage(
+        tr("Author"), tr("Files that you save name their author. New morphs are saved under this name "
+                         "too, unless you give another vendor there."));
+    _name = addLine(form, "&Name:", "AuthorName");
+    _email = addLine(form, "&E-mail:", "AuthorEmail");
+    _url = addLine(form, "&Web site:", "AuthorUrl");
+    tellVariable(form, "author", *_name);
+}
+
+void PreferencesDialog::addUnits()
+{
+    QFormLayout& form = *addPage(
+        tr("Units"), tr("Dials show lengths in this unit, and take numbers without a unit in it. Files "
+                        "and morphs stay as they are."));
+    _lengths = new QComboBox;
+    _lengths->setObjectName(QStringLiteral("LengthUnit"));
+    _lengths->addItems({tr("Centimetres"), tr("Metres"), tr("Inches")});
+    form.addRow(tr("&Lengths:"), _lengths);
+}
+
+void PreferencesDialog::addMemory()
+{
+    QFormLayout& form = *addPage(
+        tr("Memory"), tr("Pictures that are drawn of figures are kept on the disk. When there is no more "
+                         "room, those that were used longest ago go."));
+    _cache = new QSpinBox;
+    _cache->setObjectName(QStringLiteral("PictureCache"));
+    _cache->setRange(1, mostPictureCacheMiB);
+    _cache->setSuffix(tr(" MiB"));
+    form.addRow(tr("&Pictures at most:"), _cache);
+}
+
+void PreferencesDialog::addThreads()
+{
+    QFormLayout& form = *addPage(
+        tr("Threads"), tr("How many processors conversions and drawing may keep busy. This computer has %1.")
+                           .arg(QThread::idealThreadCount()));
+    _threads = new QSpinBox;
+    _threads->setObjectName(QStringLiteral("Threads"));
+    _threads->setRange(0, mostThreads);
+    _threads->setSpecialValueText(tr("All"));
+    form.addRow(tr("P&rocessors:"), _threads);
+    tellVariable(form, "threads", *_threads);
+}
+
+QLineEdit* PreferencesDialog::addLine(QFormLayout& form, const char* label, const char* name)
+{
+    auto* const line = new QLineEdit;
     line->setObjectName(QLatin1String(name));
     line->setMinimumWidth(36 * fontMetrics().averageCharWidth());
     form.addRow(tr(label), line);
     return line;
 }
 
-DzAuthor PreferencesDialog::author() const
+/// Whoever changed it here would not see anything come of it.
+void PreferencesDialog::tellVariable(QFormLayout& form, const char* setting, QWidget& field)
 {
-    return DzAuthor(_name->text().trimmed(), _email->text().trimmed(), _url->text().trimmed());
+    const QString variable = VariableBefore(setting);
+    if (variable.isEmpty())
+        return;
+    field.setEnabled(false);
+    form.addRow(
+        MakeText(tr("%1 is set in the environment, which goes before what is chosen here.").arg(variable)));
+}
+
+void PreferencesDialog::fill(const Preferences& preferences, int page)
+{
+    switch (page) {
+    case Page::Folders:
+        return _folders->setFolders(preferences.contentFolders);
+    case Page::Author:
+        _name->setText(preferences.author.getName());
+        _email->setText(preferences.author.getEmail());
+        _url->setText(preferences.author.getURL());
+        break;
+    case Page::Units:
+        _lengths->setCurrentIndex(int(preferences.lengths));
+        break;
+    case Page::Memory:
+        _cache->setValue(preferences.pictureCacheMiB);
+        break;
+    case Page::Threads:
+        _threads->setValue(preferences.threads);
+        break;
+    default:
+        break;
+    }
+}
+
+void PreferencesDialog::resetPage()
+{
+    const int page = _pages->currentIndex();
+    fill(Preferences(), page);
+}
+
+Preferences PreferencesDialog::preferences() const
+{
+    Preferences chosen;
+    chosen.contentFolders = _folders->folders();
+    chosen.author = DzAuthor(_name->text().trimmed(), _email->text().trimmed(), _url->text().trimmed());
+    chosen.lengths = openhost::LengthUnit(_lengths->currentIndex());
+    chosen.pictureCacheMiB = _cache->value();
+    chosen.threads = _threads->value();
+    return chosen;
 }
 
 } // namespace desktop

@@ -1,32 +1,56 @@
-// What the user wishes of the desktop application.
+// Choosing what the user wishes of all runs.
 // SPDX-License-Identifier: MIT
 
 #pragma once
 
+#include "preferences.h"
+
 #include <QDialog>
 
-#include <dzauthor.h>
-
+class QComboBox;
 class QFormLayout;
+class QLabel;
 class QLineEdit;
+class QListWidget;
+class QSpinBox;
+class QStackedWidget;
 
 namespace desktop {
 
-/// Changes nothing by itself.
+class FoldersEditor;
+
+/// Pages with a list of them at the side. Changes nothing by itself.
 class PreferencesDialog : public QDialog {
     Q_OBJECT
 
 public:
-    PreferencesDialog(QWidget* parent, const DzAuthor& author);
+    PreferencesDialog(QWidget* parent, const Preferences& preferences);
 
-    DzAuthor author() const; ///< without blanks around its texts
+    Preferences preferences() const; ///< texts without blanks around them
+
+private slots:
+    void resetPage();
 
 private:
-    QLineEdit* addLine(QFormLayout& form, const char* label, const char* name, const QString& text);
+    QFormLayout* addPage(const QString& title, const QString& text);
+    void addFolders();
+    void addAuthor();
+    void addUnits();
+    void addMemory();
+    void addThreads();
+    QLineEdit* addLine(QFormLayout& form, const char* label, const char* name);
+    void tellVariable(QFormLayout& form, const char* setting, QWidget& field);
+    void fill(const Preferences& preferences, int page);
 
-    QLineEdit* _name;
-    QLineEdit* _email;
-    QLineEdit* _url;
+    QListWidget* _titles;
+    QStackedWidget* _pages;
+    FoldersEditor* _folders = nullptr;
+    QLineEdit* _name = nullptr;
+    QLineEdit* _email = nullptr;
+    QLineEdit* _url = nullptr;
+    QComboBox* _lengths = nullptr;
+    QSpinBox* _cache = nullptr;
+    QSpinBox* _threads = nullptr;
 };
 
 } // namespace desktop

@@ -3,6 +3,7 @@
 
 #include "apps/desktop/desktop_settings.h"
 #include "apps/desktop/folders_dialog.h"
+#include "apps/desktop/preferences.h"
 #include "tests/desktop/desktop_fixture.h"
 #include "tests/host/content_fixture.h"
 #include "tests/windows/modal_answer.h"
@@ -220,7 +221,7 @@ TEST_F(DesktopFilesTest, remembers_the_content_folders_that_are_chosen)
     });
     entry("Content Folders...")->trigger();
     EXPECT_TRUE(dialog.seen);
-    EXPECT_EQ(desktop::RememberedContentFolders().size(), 1);
+    EXPECT_EQ(desktop::RememberedPreferences().contentFolders.size(), 1);
     EXPECT_EQ(dzApp->getContentMgr()->getNumContentDirectories(), 1);
     EXPECT_FALSE(pathOf(sourceFile).isEmpty());
 }
@@ -228,10 +229,10 @@ TEST_F(DesktopFilesTest, remembers_the_content_folders_that_are_chosen)
 TEST_F(DesktopFilesTest, uses_given_content_folders_without_remembering_them)
 {
     start();
-    EXPECT_TRUE(desktop::RememberedContentFolders().isEmpty());
+    EXPECT_TRUE(desktop::RememberedPreferences().contentFolders.isEmpty());
     ModalAnswer dialog(Press("Cancel"));
     entry("Content Folders...")->trigger();
-    EXPECT_TRUE(desktop::RememberedContentFolders().isEmpty());
+    EXPECT_TRUE(desktop::RememberedPreferences().contentFolders.isEmpty());
     EXPECT_EQ(dzApp->getContentMgr()->getNumContentDirectories(), 1);
 }
 

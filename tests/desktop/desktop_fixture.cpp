@@ -6,6 +6,7 @@
 #include "tests/plugin/mini_scene.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -26,8 +27,12 @@ void DesktopTest::SetUp()
 {
     HostTest::SetUp();
     DzAppSettings settings(QStringLiteral("Gantrel Desktop"));
-    for (const char* const key : {"content_folders", "recent_files", "adjust_rig", "author_name",
-                                  "author_email", "author_url", "window_geometry", "window_docks"})
+    // What all programs share is kept in a folder of its own.
+    qputenv("XDG_CONFIG_HOME", (TestFolder() + QStringLiteral("/shared settings")).toUtf8());
+    QDir(TestFolder() + QStringLiteral("/shared settings")).removeRecursively();
+    for (const char* const key :
+         {"length_unit", "picture_cache_mib", "content_folders", "recent_files", "adjust_rig", "author_name",
+          "author_email", "author_url", "window_geometry", "window_docks"})
         settings.removeValue(QLatin1String(key));
     AddMiniLibrary();
     desktop.reset(new desktop::DesktopWindow(attendant));

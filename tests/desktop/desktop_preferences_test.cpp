@@ -1,0 +1,211 @@
+// The preferences: what each does, and what is left of it in another run and in other programs.
+// SPDX-License-Identifier: MIT
+
+#include "apps/desktop/desktop_settings.h"
+#include "apps/desktop/preferences.h"
+#include "openhost/length_unit.h"
+#include "tests/desktop/desktop_fixture.h"
+#include "tests/windows/modal_answer.h"
+#include "tests/windows/picture.h"
+
+#include <tbb/global_control.h>
+
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProcess>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QSpinBox>
+#include <QtTest/QTest>
+
+#include <dzapp.h>
+#include <dzcontentmgr.h>
+
+namespace {
+
+enum Page { Folders, Author, Units, Memory, Threads };
+
+class PreferencesTest : public DesktopTest {
+protected:
+    void TearDown() override
+    {
+        desktop::ApplyPreferences({});
+        qunsetenv("GANTREL_THREADS");
+        DesktopTest::TearDown();
+    }
+    /// In the dialog; OK afterwards.
+    static void change(const std::function<void(QWidget&)>& choose)
+    {
+        ModalAnswer dialog([&](QWidget& preferences) {
+            choose(preferences);
+            QTest::mouseClick(FindButton(preferences, "OK"), Qt::LeftButton);
+        });
+        entry("Preferences...")->trigger();
+        EXPECT_TRUE(dialog.seen);
+    }
+    template <class Widget>
+    static Widget& named(QWidget& dialog, const char* name)
+    {
+        return *dialog.findChild<Widget*>(QLatin1String(name));
+    }
+    static void open(QWidget& dialog, Page page)
+    {
+        named<QListWidget>(dialog, "Pages").setCurrentRow(page);
+        QCoreApplication::processEvents();
+    }
+    void restart()
+    {
+        const desktop::Options options = smallLibrary();
+        desktop.reset();
+        TestHost().reset();
+        dzApp->setCurrentAuthor(DzAuthor());
+        desktop::ApplyPreferences({});
+        desktop.reset(new desktop::DesktopWindow(attendant));
+        start(options);
+    }
+    static std::size_t threads()
+    {
+        return tbb::global_control::active_value(tbb::global_control::max_allowed_parallelism);
+    }
+    /// What the command line's program says, or does.
+    static QString config(const QStringList& arguments)
+    {
+        QProcess program;
+        program.start(QStringLiteral(GANTREL_CLI), QStringList(QStringLiteral("config")) + arguments);
+        EXPECT_TRUE(program.waitForFinished(60000));
+        EXPECT_EQ(program.exitCode(), 0) << program.readAllStandardError().toStdString();
+        return QString::fromUtf8(program.readAllStandardOutput());
+    }
+    static QString sharedFile()
+    {
+        return QString::fromLocal8Bit(qgetenv("XDG_CONFIG_HOME")) + QStringLiteral("/gantrel/config.json");
+    }
+};
+
+TEST_F(PreferencesTest, take_effect_and_survive_a_restart)
+{
+    start();
+    const std::size_t all = threads();
+    change([](QWidget& dialog) {
+        named<QComboBox>(dialog, "LengthUnit").setCurrentIndex(2);
+        named<QSpinBox>(dialog, "PictureCache").setValue(7);
+        named<QSpinBox>(dialog, "Threads").setValue(1);
+        named<QLineEdit>(dialog, "AuthorName").setText(QStringLiteral("Ada"));
+        named<QLineEdit>(dialog, "AuthorEmail").setText(QStringLiteral("ada@example.org"));
+    });
+    const auto check = [](const char* when) {
+        EXPECT_EQ(openhost::ShownLengthUnit(), openhost::LengthUnit::Inch) << when;
+        EXPECT_EQ(threads(), 1u) << when;
+        EXPECT_EQ(dzApp->getCurrentAuthor().getName(), QLatin1String("Ada")) << when;
+        EXPECT_EQ(dzApp->getCurrentAuthor().getEmail(), QLatin1String("ada@example.org")) << when;
+        EXPECT_EQ(desktop::RememberedPreferences().pictureCacheMiB, 7) << when;
+    };
+    check("at once");
+    restart();
+    check("after a restart");
+    change([](QWidget& dialog) {
+        for (const Page page : {Units, Memory, Threads, Author}) {
+            open(dialog, page);
+            QTest::mouseClick(FindButton(dialog, "Reset to Defaults"), Qt::LeftButton);
+        }
+    });
+    EXPECT_EQ(openhost::ShownLengthUnit(), openhost::LengthUnit::Centimetre);
+    EXPECT_EQ(threads(), all);
+    EXPECT_EQ(dzApp->getCurrentAuthor().getName(), QString());
+    EXPECT_EQ(desktop::RememberedPreferences().pictureCacheMiB, 64);
+}
+
+TEST_F(PreferencesTest, are_those_of_the_command_line_where_it_has_them)
+{
+    start();
+    change([](QWidget& dialog) {
+        named<QSpinBox>(dialog, "Threads").setValue(3);
+        named<QLineEdit>(dialog, "AuthorName").setText(QStringLiteral("Ada"));
+    });
+    const QString shown = config({});
+    EXPECT_TRUE(shown.contains(QStringLiteral("Ada"))) << shown.toStdString();
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("threads\\s+3")).match(shown).hasMatch())
+        << shown.toStdString();
+    config({QStringLiteral("set"), QStringLiteral("threads"), QStringLiteral("2")});
+    config({QStringLiteral("set"), QStringLiteral("content"), TestFolder()});
+    config({QStringLiteral("set"), QStringLiteral("author"), QStringLiteral("Bea")});
+    const desktop::Preferences all = desktop::RememberedPreferences();
+    EXPECT_EQ(all.threads, 2);
+    EXPECT_EQ(all.author.getName(), QLatin1String("Bea"));
+    EXPECT_EQ(all.contentFolders, QStringList{TestFolder()});
+}
+
+TEST_F(PreferencesTest, have_what_earlier_versions_kept_apart)
+{
+    desktop::RememberContentFolders({QStringLiteral("/old/library")});
+    desktop::RememberAuthor(DzAuthor(QStringLiteral("Ada"), QStringLiteral("ada@example.org"), QString()));
+    EXPECT_EQ(desktop::RememberedPreferences().contentFolders, QStringList{QStringLiteral("/old/library")});
+    EXPECT_EQ(desktop::RememberedPreferences().author.getName(), QLatin1String("Ada"));
+    start();
+    change([](QWidget& dialog) { named<QSpinBox>(dialog, "PictureCache").setValue(9); });
+    EXPECT_EQ(desktop::RememberedPreferences().author.getName(), QLatin1String("Ada")) << "still";
+    EXPECT_EQ(desktop::RememberedPreferences().contentFolders, QStringList{QStringLiteral("/old/library")});
+}
+
+TEST_F(PreferencesTest, tell_that_the_environment_goes_before_them)
+{
+    qputenv("GANTREL_THREADS", "2");
+    start();
+    EXPECT_EQ(threads(), 2u);
+    change([](QWidget& dialog) {
+        EXPECT_FALSE(named<QSpinBox>(dialog, "Threads").isEnabled());
+        EXPECT_EQ(named<QSpinBox>(dialog, "Threads").value(), 2);
+        open(dialog, Threads);
+        SavePicture(dialog, "preferences-environment");
+    });
+    EXPECT_FALSE(QFile::exists(sharedFile())) << "nothing was changed";
+}
+
+TEST_F(PreferencesTest, tell_of_a_damaged_file_and_leave_it_as_it_is)
+{
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(sharedFile()).path()));
+    QFile file(sharedFile());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("{ broken");
+    file.close();
+    {
+        ModalAnswer box(Press("OK"));
+        start();
+        EXPECT_TRUE(box.text.contains(QStringLiteral("config.json"))) << box.text.toStdString();
+    }
+    std::unique_ptr<ModalAnswer> box;
+    change([&box](QWidget& dialog) {
+        named<QSpinBox>(dialog, "Threads").setValue(1);
+        box = std::make_unique<ModalAnswer>(Press("OK"));
+    });
+    EXPECT_TRUE(box->text.contains(QStringLiteral("could be kept"))) << box->text.toStdString();
+    EXPECT_EQ(threads(), 1u) << "for this run";
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), QByteArray("{ broken"));
+}
+
+TEST_F(PreferencesTest, look_well)
+{
+    start();
+    for (const bool isLarge : {false, true}) {
+        const auto large = isLarge ? std::make_unique<LargeFont>() : nullptr;
+        ModalAnswer dialog([&](QWidget& preferences) {
+            const auto& pages = named<QListWidget>(preferences, "Pages");
+            EXPECT_EQ(pages.count(), 5);
+            for (int page = 0; page < pages.count(); ++page) {
+                open(preferences, Page(page));
+                SavePicture(preferences, qPrintable(QStringLiteral("preferences-%1%2")
+                                                        .arg(page)
+                                                        .arg(isLarge ? QStringLiteral("-18pt") : QString())));
+            }
+            QTest::keyClick(&preferences, Qt::Key_Escape);
+        });
+        entry("Preferences...")->trigger();
+        EXPECT_TRUE(dialog.seen);
+    }
+}
+
+} // namespace
