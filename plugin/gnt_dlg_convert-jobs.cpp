@@ -5,6 +5,7 @@
 #include "gnt_request.h"
 
 #include "ks_dlg_morph-path.h"
+#include "ks_qt-compat.h"
 #include "ks_string.h"
 
 #include <dzfigure.h>
@@ -29,6 +30,12 @@ const char* const bodyHelp = "%%: Causes a morph to be created that contains the
                              "``HeadSplit'' D-former weight map. "
                              "This ships with the Daz Studio Genesis 9 development kit.";
 
+/// To those who do not see the grid: what stands above the field and beside it.
+void NameField(QLineEdit& field, const QLabel& above, const QCheckBox& beside)
+{
+    kst::qt::SetAccessibleName(field, above.text() + QLatin1String(": ") + beside.text());
+}
+
 } // namespace
 
 void GntConvertDialog::Impl::initJobs()
@@ -40,6 +47,12 @@ void GntConvertDialog::Impl::initJobs()
     addMorphPath(*ui.phorzFullFigureMorphPath, *ui.pledFullFigureMorphPath, GNT_JOBS[GntFull].keyword);
     addMorphPath(*ui.phorzHeadMorphPath, *ui.pledHeadMorphPath, GNT_JOBS[GntHead].keyword);
     addMorphPath(*ui.phorzBodyMorphPath, *ui.pledBodyMorphPath, GNT_JOBS[GntBody].keyword);
+    NameField(*ui.pledFullFigureMorphPath, *ui.plblHeadingMorphPath, *ui.pchkCreateFullFigureMorph);
+    NameField(*ui.pledFullFigureMorphName, *ui.plblHeadingMorphName, *ui.pchkCreateFullFigureMorph);
+    NameField(*ui.pledHeadMorphPath, *ui.plblHeadingMorphPath, *ui.pchkCreateHeadMorph);
+    NameField(*ui.pledHeadMorphName, *ui.plblHeadingMorphName, *ui.pchkCreateHeadMorph);
+    NameField(*ui.pledBodyMorphPath, *ui.plblHeadingMorphPath, *ui.pchkCreateBodyMorph);
+    NameField(*ui.pledBodyMorphName, *ui.plblHeadingMorphName, *ui.pchkCreateBodyMorph);
 }
 
 void GntConvertDialog::Impl::enableConvert()

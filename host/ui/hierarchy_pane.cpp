@@ -58,6 +58,7 @@ void DzHierarchyPane::build()
     if (_tree)
         return;
     _tree = new QTreeWidget;
+    _tree->setAccessibleName(tr("Nodes of the scene"));
     _tree->setHeaderLabels({QStringLiteral("Node"), QStringLiteral("Visible")});
     _tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
     _tree->setEditTriggers(QAbstractItemView::EditKeyPressed);

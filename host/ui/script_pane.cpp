@@ -31,6 +31,7 @@ QPlainTextEdit* MakeTextField(const char* name)
 {
     auto* const field = new QPlainTextEdit;
     field->setObjectName(QLatin1String(name));
+    field->setAccessibleName(DzScriptPane::tr(name));
     field->setFont(CodeFont());
     return field;
 }

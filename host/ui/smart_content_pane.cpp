@@ -77,6 +77,7 @@ void DzFileContentTab::build()
         return;
     _search = new QLineEdit;
     _search->setPlaceholderText(QStringLiteral("Search"));
+    _search->setAccessibleName(tr("Search files"));
     _search->setClearButtonEnabled(true);
     _list = new openhost::AssetList;
     auto* const layout = new QVBoxLayout(this);
@@ -181,6 +182,7 @@ void DzProductContentTab::build()
     if (_products)
         return;
     _products = new QListWidget;
+    _products->setAccessibleName(tr("Products"));
     _products->setSelectionMode(QAbstractItemView::ExtendedSelection);
     _list = new openhost::AssetList;
     auto* const splitter = new QSplitter(Qt::Vertical);

@@ -46,7 +46,8 @@ protected:
         picture.fill(color);
         ASSERT_TRUE(picture.save(file, "PNG"));
     }
-    /// A program that notes its calls and, as `gantrel render`, writes the picture that its fourth word names.
+    /// A program that notes its calls and, as `gantrel render`, writes the picture that its fourth word
+    /// names.
     QString writeProgram(const QByteArray& last)
     {
         paint(at("drawn.png"), Qt::blue);
