@@ -68,7 +68,8 @@ private:
     std::optional<cli::Settings> _settings;
 };
 
-void Keep(const char* name, const QStringList& values, QStringList& troubles)
+/// @return whether it is kept
+bool Keep(const char* name, const QStringList& values, QStringList& troubles)
 {
     std::vector<std::string> texts;
     for (const QString& value : values)
@@ -76,8 +77,10 @@ void Keep(const char* name, const QStringList& values, QStringList& troubles)
             texts.push_back(Utf8(value));
     try {
         cli::KeepSetting(cli::FindSettingKind(name), texts);
+        return true;
     } catch (const std::exception& error) {
         troubles.append(Sentence(error));
+        return false;
     }
 }
 
@@ -104,15 +107,12 @@ Preferences RememberedPreferences(QStringList* troubles)
 QStringList RememberPreferences(const Preferences& before, const Preferences& now)
 {
     QStringList troubles;
-    if (now.contentFolders != before.contentFolders) {
-        RememberContentFolders({}); // what was kept apart
-        Keep("content", now.contentFolders, troubles);
-    }
+    // What earlier versions kept apart goes once it is kept for all.
+    if (now.contentFolders != before.contentFolders && Keep("content", now.contentFolders, troubles))
+        RememberContentFolders({});
     QString keptApart = RememberedAuthor().getName();
-    if (now.author.getName() != before.author.getName()) {
-        Keep("author", {now.author.getName()}, troubles);
+    if (now.author.getName() != before.author.getName() && Keep("author", {now.author.getName()}, troubles))
         keptApart.clear();
-    }
     RememberAuthor(DzAuthor(keptApart, now.author.getEmail(), now.author.getURL()));
     if (now.threads != before.threads)
         Keep("threads", {now.threads > 0 ? QString::number(now.threads) : QString()}, troubles);

@@ -171,6 +171,7 @@ TEST_F(PreferencesTest, tell_of_a_damaged_file_and_leave_it_as_it_is)
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("{ broken");
     file.close();
+    desktop::RememberContentFolders({QStringLiteral("/old/library")});
     {
         ModalAnswer box(Press("OK"));
         start();
@@ -179,10 +180,12 @@ TEST_F(PreferencesTest, tell_of_a_damaged_file_and_leave_it_as_it_is)
     std::unique_ptr<ModalAnswer> box;
     change([&box](QWidget& dialog) {
         named<QSpinBox>(dialog, "Threads").setValue(1);
+        QTest::mouseClick(FindButton(dialog, "Remove"), Qt::LeftButton);
         box = std::make_unique<ModalAnswer>(Press("OK"));
     });
     EXPECT_TRUE(box->text.contains(QStringLiteral("could be kept"))) << box->text.toStdString();
     EXPECT_EQ(threads(), 1u) << "for this run";
+    EXPECT_EQ(desktop::RememberedContentFolders(), QStringList{QStringLiteral("/old/library")});
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(), QByteArray("{ broken"));
 }
