@@ -25,6 +25,7 @@
 #include <dzplugin.h>
 #include <dzpluginmgr.h>
 #include <dzscene.h>
+#include <dzundostack.h>
 #include <dzviewportmgr.h>
 
 #include <QApplication>
@@ -98,7 +99,7 @@ QStringList UseContentFolders(const QStringList& folders)
 
 DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
     : _window(*dzApp->getInterface()), _log(new LogWindow(&_window)), _files(_window, attendant),
-      _view(_window), _panes(tr("&Window")), _status(_window), _unsaved(_window, _status)
+      _view(_window), _panes(tr("&Window")), _status(_window), _unsaved(_window, _status), _undo(_status)
 {
     for (QDockWidget* const dock : _window.findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))
         _panes.addAction(dock->toggleViewAction());
@@ -216,6 +217,12 @@ void DesktopWindow::addActions()
     add({"Content &Folders...", "Chooses where figures are looked for.", "&File", QKeySequence(), true},
         [this] { chooseContentFolders(); });
     add({"&Quit", "Ends the program.", "&File", Qt::CTRL + Qt::Key_Q, true}, [this] { _window.close(); });
+    DzAction& undo =
+        add({"&Undo", "Takes the last step back.", "&Edit", QKeySequence::Undo}, [] { dzUndoStack->undo(); });
+    DzAction& redo =
+        add({"&Redo", "Does again what was taken back.", "&Edit", Qt::CTRL + Qt::SHIFT + Qt::Key_Z},
+            [] { dzUndoStack->redo(); });
+    _undo.serve(undo, redo);
     add({"Select &All", "Selects every figure and prop.", "&Edit", QKeySequence::SelectAll, true}, SelectAll);
     add({"Select &None", "Selects nothing.", "&Edit", Qt::CTRL + Qt::SHIFT + Qt::Key_A},
         [] { dzScene->selectAllNodes(false); });

@@ -11,6 +11,7 @@
 #include "standing_room.h"
 #include "start_page.h"
 #include "status_line.h"
+#include "undo_menu.h"
 #include "unsaved_notice.h"
 #include "view_menu.h"
 
@@ -91,6 +92,7 @@ private:
     QMenu _panes;
     StatusLine _status;
     UnsavedNotice _unsaved;
+    UndoMenu _undo;
     QStringList _waiting; ///< files that were dropped
     bool _isOpening = false;
     QStringList _contentFolders; ///< those that are not there too

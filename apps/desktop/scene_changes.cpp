@@ -7,6 +7,7 @@
 #include <dzcamera.h>
 #include <dzmainwindow.h>
 #include <dzscene.h>
+#include <dzundostack.h>
 
 namespace desktop {
 
@@ -28,13 +29,25 @@ SceneChanges::SceneChanges()
     connect(dzScene, SIGNAL(nodeRemoved(DzNode*)), SLOT(handleNodes()));
     connect(&openhost::Events(), SIGNAL(sceneEdited(openhost::SceneEdit, DzElement*)),
             SLOT(handleEdit(openhost::SceneEdit, DzElement*)));
+    connect(dzUndoStack, SIGNAL(cleanChanged(bool)), SLOT(followSteps(bool)));
 }
 
 void SceneChanges::setChanged(bool isChanged)
 {
+    if (!isChanged)
+        dzUndoStack->setClean();
     if (isChanged == _isChanged)
         return;
     _isChanged = isChanged;
+    emit toggled();
+}
+
+// Every step since is taken back, or done again.
+void SceneChanges::followSteps(bool isClean)
+{
+    if (isClean != _isChanged)
+        return;
+    _isChanged = !isClean;
     emit toggled();
 }
 

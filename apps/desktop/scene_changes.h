@@ -23,6 +23,7 @@ signals:
     void toggled(); ///< there are changes now, or none any more
 
 private slots:
+    void followSteps(bool isClean);
     void handleNodes();
     void handleEdit(openhost::SceneEdit edit, DzElement* element);
 

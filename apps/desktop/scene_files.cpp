@@ -11,6 +11,7 @@
 #include <dzapp.h>
 #include <dzcontentmgr.h>
 #include <dzscene.h>
+#include <dzundostack.h>
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -109,6 +110,7 @@ bool SceneFiles::newScene()
         return false;
     _replacing = File();
     dzScene->clear();
+    dzUndoStack->clear();
     setFile(File());
     return true;
 }
@@ -155,8 +157,10 @@ void SceneFiles::handleSceneLoaded()
 {
     // Also after a load that failed before the old scene went.
     const File file = std::exchange(_replacing, File());
-    if (std::exchange(_isReplaced, false))
-        setFile(file);
+    if (!std::exchange(_isReplaced, false))
+        return;
+    dzUndoStack->clear();
+    setFile(file);
 }
 
 void SceneFiles::handleLeftOut(const QString&, const QString& what)

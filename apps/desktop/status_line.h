@@ -14,7 +14,7 @@ namespace desktop {
 /// no line.
 class StatusLine {
 public:
-    enum Subject { Folders, Morphs };
+    enum Subject { Folders, Morphs, Undo };
 
     /// @param window  borrowed
     explicit StatusLine(QMainWindow& window) : _window(window) {}

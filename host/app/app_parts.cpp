@@ -14,6 +14,7 @@
 #include "dzrendermgr.h"
 #include "dzscene.h"
 #include "dzstyle.h"
+#include "dzundostack.h"
 
 namespace openhost {
 
@@ -63,6 +64,7 @@ void AppParts::clear()
     assetMgr.reset();
     importMgr.reset();
     exportMgr.reset();
+    undoStack.reset();
     scene.reset();
 }
 

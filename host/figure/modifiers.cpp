@@ -13,7 +13,9 @@
 #include "figure/pipeline.h"
 #include "geometry/deform_field.h"
 #include "modifier_impl.h"
+#include "openhost/events.h"
 #include "scene/own_property.h"
+#include "scene/undo_recording.h"
 
 DzModifier::DzModifier() : _modifier(new ModifierImpl) {}
 DzModifier::~DzModifier() = default;
@@ -41,6 +43,10 @@ void DzModifier::setPresentation(DzPresentation* presentation)
 
 void DzModifier::renamed(const QString& oldName)
 {
+    openhost::RecordValue(
+        this, *this, oldName,
+        [](DzModifier& modifier, QString& other) { openhost::SwapName(modifier, other); },
+        openhost::ChangeRank::Look, "Rename %1");
     if (_modifier->object)
         _modifier->object->modifierRenamed(this, oldName);
 }
@@ -103,6 +109,15 @@ void DzMorph::setDeltas(DzMorphDeltas* deltas)
 {
     if (!deltas || deltas == _morph->deltas)
         return;
+    openhost::RecordValue(
+        this, *this, _morph->deltas,
+        [](DzMorph& morph, DzMorphDeltasPtr& other) {
+            const DzMorphDeltasPtr former = morph._morph->deltas;
+            morph.setDeltas(other);
+            other = former;
+            emit openhost::Events().sceneEdited(openhost::SceneEdit::Morph, morph.getObject());
+        },
+        openhost::ChangeRank::Morph, "Change Morph %1");
     if (_morph->deltas)
         disconnect(_morph->deltas, SIGNAL(deltasChanged()), this, SLOT(handleDeltasChanged()));
     _morph->deltas = deltas;
@@ -153,6 +168,14 @@ void DzMorph::setHDLimit(int level)
 {
     if (level == _morph->hdLimit)
         return;
+    openhost::RecordValue(
+        this, *this, _morph->hdLimit,
+        [](DzMorph& morph, int& other) {
+            const int former = morph._morph->hdLimit;
+            morph.setHDLimit(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _morph->hdLimit = level;
     if (DzObject* const object = getObject())
         object->pipeline().resolutionChanged();
@@ -248,8 +271,10 @@ DzDFormModifier* DzDForm::applyToNode(DzNode* node)
 
 void DzDForm::leftScene()
 {
+    // What was taken from others then is given back and taken again by changes of its own.
+    const bool isTaken = openhost::IsReplaying();
     for (DzDFormModifier* modifier : QList<DzDFormModifier*>(_modifiers)) {
-        if (modifier->getObject())
+        if (modifier->getObject() && !isTaken)
             modifier->getObject()->removeModifier(modifier);
     }
     DzNode::leftScene();

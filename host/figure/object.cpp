@@ -18,13 +18,17 @@
 #include "modifier_impl.h"
 #include "openhost/events.h"
 #include "scene/changes_together.h"
+#include "scene/undo_recording.h"
 
 #include <QHash>
 #include <QPointer>
 
+#include <algorithm>
 #include <vector>
 
 struct DzObject::Impl {
+    class Stacking;
+
     DzNode* node = nullptr;
     QList<DzShape*> shapes;
     QList<DzModifier*> modifiers;
@@ -53,7 +57,8 @@ void DropLinksOf(const DzModifier& modifier)
              link.hasNext();)
             links.emplace_back(link.next());
         for (const QPointer<DzController>& link : links)
-            delete link.data();
+            if (link)
+                openhost::DropLink(*link);
     }
 }
 
@@ -142,6 +147,66 @@ int DzObject::findModifierIndex(const DzModifier* modifier) const
     return _impl->modifiers.indexOf(const_cast<DzModifier*>(modifier));
 }
 
+/// That a modifier is in the object's stack.
+class DzObject::Impl::Stacking : public openhost::Change {
+public:
+    Stacking(DzObject& object, DzModifier& modifier, bool isEntry)
+        : _object(&object), _modifier(&modifier), _isEntry(isEntry)
+    {
+        if (!isEntry)
+            takeOut();
+    }
+    ~Stacking() override
+    {
+        if (!_isOut || !_modifier)
+            return;
+        openhost::SetHeldByUndo(*_modifier, false);
+        openhost::LetGoOf(_modifier);
+    }
+    void undo() override { _isEntry ? takeOut() : putBack(); }
+    void redo() override { _isEntry ? putBack() : takeOut(); }
+    openhost::ChangeRank rank() const override
+    {
+        return isMorph() ? openhost::ChangeRank::Morph : openhost::ChangeRank::Look;
+    }
+    QString caption() const override
+    {
+        return (isMorph()  ? QLatin1String(_isEntry ? "Create Morph " : "Delete Morph ")
+                : _isEntry ? QLatin1String("Add ")
+                           : QLatin1String("Delete ")) +
+               (_modifier ? _modifier->getLabel() : QString());
+    }
+    const QObject* held() const override { return _isEntry ? nullptr : _modifier.data(); }
+
+private:
+    bool isMorph() const { return qobject_cast<DzMorph*>(_modifier.data()); }
+
+    void takeOut()
+    {
+        if (!_object || !_modifier || _modifier->getObject() != _object)
+            return;
+        _place = _object->findModifierIndex(_modifier);
+        _isOut = true;
+        openhost::SetHeldByUndo(*_modifier, true);
+        _object->detach(*_modifier);
+        if (openhost::IsReplaying() && isMorph())
+            emit openhost::Events().sceneEdited(openhost::SceneEdit::Morph, _object);
+    }
+    void putBack()
+    {
+        if (!_isOut || !_object || !_modifier)
+            return;
+        _isOut = false;
+        openhost::SetHeldByUndo(*_modifier, false);
+        _object->insert(*_modifier, std::min(_place, _object->getNumModifiers()));
+    }
+
+    QPointer<DzObject> _object;
+    QPointer<DzModifier> _modifier;
+    bool _isEntry, _isOut = false;
+    int _place = 0;
+};
+
 DzError DzObject::addModifier(DzModifier* modifier, int index)
 {
     if (!modifier)
@@ -158,40 +223,60 @@ DzError DzObject::addModifier(DzModifier* modifier, int index)
         while (position > 0 && SectionOf(_impl->modifiers.at(position - 1)) > section)
             --position;
     }
-    _impl->modifiers.insert(position, modifier);
-    _impl->byName[modifier->getName()].append(modifier);
-    modifier->_modifier->object = this;
+    if (openhost::IsRecording(this))
+        openhost::Record(std::make_unique<Impl::Stacking>(*this, *modifier, true));
+    if (morph)
+        _impl->pipeline->numberMorph(*morph);
+    insert(*modifier, position);
+    return DZ_NO_ERROR;
+}
+
+void DzObject::insert(DzModifier& modifier, int position)
+{
+    _impl->modifiers.insert(position, &modifier);
+    _impl->byName[modifier.getName()].append(&modifier);
+    modifier._modifier->object = this;
+    auto* const morph = qobject_cast<DzMorph*>(&modifier);
     if (morph)
         _impl->pipeline->morphAdded(*morph);
     else
         _impl->pipeline->stackChanged();
     propertyPathChanged();
-    emit modifier->added();
-    emit modifierAdded(modifier);
+    emit modifier.added();
+    emit modifierAdded(&modifier);
     emit modifierStackChanged();
     if (morph)
         emit openhost::Events().sceneEdited(openhost::SceneEdit::Morph, this);
-    return DZ_NO_ERROR;
 }
 
 DzError DzObject::removeModifier(DzModifier* modifier)
 {
     if (!modifier || modifier->_modifier->object != this)
         return DZ_NOT_FOUND_ERROR;
-    _impl->modifiers.removeOne(modifier);
-    if (auto* const morph = qobject_cast<DzMorph*>(modifier))
-        _impl->pipeline->morphRemoved(*morph);
-    else
-        _impl->pipeline->stackChanged();
-    modifierRenamed(modifier, modifier->getName());
-    modifier->_modifier->object = nullptr;
-    propertyPathChanged();
-    emit modifier->removed();
-    emit modifierRemoved(modifier);
-    emit modifierStackChanged();
+    if (openhost::IsRecording(this)) {
+        openhost::CutOff(openhost::PropertiesOf({modifier}));
+        openhost::Record(std::make_unique<Impl::Stacking>(*this, *modifier, false));
+        return DZ_NO_ERROR;
+    }
+    detach(*modifier);
     DropLinksOf(*modifier);
     openhost::LetGoOf(modifier);
     return DZ_NO_ERROR;
+}
+
+void DzObject::detach(DzModifier& modifier)
+{
+    _impl->modifiers.removeOne(&modifier);
+    if (auto* const morph = qobject_cast<DzMorph*>(&modifier))
+        _impl->pipeline->morphRemoved(*morph);
+    else
+        _impl->pipeline->stackChanged();
+    modifierRenamed(&modifier, modifier.getName());
+    modifier._modifier->object = nullptr;
+    propertyPathChanged();
+    emit modifier.removed();
+    emit modifierRemoved(&modifier);
+    emit modifierStackChanged();
 }
 
 void DzObject::modifierRenamed(DzModifier* modifier, const QString& oldName)
@@ -215,6 +300,7 @@ DzError DzObject::addShape(DzShape* shape, int index)
         return DZ_NULL_POINTER_ERROR;
     if (shape->_object)
         return DZ_ILLEGAL_ARGUMENT_ERROR;
+    openhost::RecordBeyondUndo(this, QStringLiteral("Change the Shape of %1").arg(getLabel()));
     const bool append = index < 0 || index > _impl->shapes.size();
     _impl->shapes.insert(append ? _impl->shapes.size() : index, shape);
     shape->_object = this;

@@ -139,9 +139,13 @@ void Pipeline::resolutionChanged()
     invalidate(Result);
 }
 
-void Pipeline::morphAdded(DzMorph& morph)
+void Pipeline::numberMorph(DzMorph& morph)
 {
     morph._morph->sequence = ++_lastSequence;
+}
+
+void Pipeline::morphAdded(DzMorph& morph)
+{
     morph._morph->applied = 0.0f;
     morphChanged(morph, false);
 }

@@ -77,6 +77,7 @@ private:
     friend class DzPropertyGroupTree;
     DzError insertProperty(DzProperty* property, bool isPrivate);
     void propertyRenamed(DzProperty* property, const QString& oldName);
+    void detach(DzProperty& property);
 
     struct Impl;
     std::unique_ptr<Impl> _impl;

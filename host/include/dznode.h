@@ -24,6 +24,7 @@ class DzSkeleton;
 namespace openhost {
 struct NodeTransform;
 const NodeTransform& WorldTransform(const DzNode& node);
+void CutOff(DzNode& root);
 } // namespace openhost
 
 typedef DzTListIterator<DzNode> DzNodeListIterator;
@@ -159,6 +160,7 @@ protected:
 private:
     friend class DzScene;
     friend const openhost::NodeTransform& openhost::WorldTransform(const DzNode& node);
+    friend void openhost::CutOff(DzNode& root);
     void makeProperties();
     void invalidateTransform();
     void announceHierarchyChange();

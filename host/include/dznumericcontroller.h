@@ -35,6 +35,7 @@ protected:
     double inputValue(const DzNumericProperty& input) const;
 
 private:
+    friend class DzProperty;
     void inputDeleted(DzProperty* input) override;
 
     std::vector<DzNumericProperty*> _inputs;

@@ -72,6 +72,8 @@ private:
     virtual void setNode(DzNode* node);
     virtual void nodeMoved();
     virtual void nodeLeftScene();
+    void insert(DzModifier& modifier, int position);
+    void detach(DzModifier& modifier);
     void modifierRenamed(DzModifier* modifier, const QString& oldName);
 
     struct Impl;

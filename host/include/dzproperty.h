@@ -8,11 +8,21 @@
 #include "dztime.h"
 
 #include <memory>
+#include <vector>
+
+template <class T>
+class QSet;
 
 class DzController;
 class DzElement;
 class DzPresentation;
+class DzProperty;
 class DzPropertyGroup;
+
+namespace openhost {
+void DropLink(DzController& link);
+void CutOff(const std::vector<DzProperty*>& leaving);
+} // namespace openhost
 
 typedef DzTListIterator<DzController> DzControllerListIterator;
 
@@ -108,6 +118,8 @@ protected:
     void dropDependants();
 
 private:
+    friend void openhost::DropLink(DzController& link);
+    friend void openhost::CutOff(const std::vector<DzProperty*>& leaving);
     friend class DzElement;
     friend class DzController;
     friend class DzNumericController;
@@ -115,6 +127,10 @@ private:
     void addSlaveController(DzController* controller);
     void removeSlaveController(DzController* controller);
     void removeController(DzController* controller);
+    /// Ends a link, which is kept where that may be taken back.
+    static void drop(DzController& link);
+    /// Ends what ties this property to others than those.
+    void cutOff(const QSet<DzProperty*>& leaving);
 
     struct Impl;
     std::unique_ptr<Impl> _impl;

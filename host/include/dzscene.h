@@ -14,6 +14,10 @@
 
 class DzSkeleton;
 
+namespace openhost {
+class UndoAccess;
+}
+
 /// All nodes, flat and in order of entry, and the selection in order of selection.
 class DzScene : public DzBase {
     Q_OBJECT
@@ -39,6 +43,8 @@ public:
     /// Selects it too. False if it is not in the scene or primary already. Null clears the selection.
     Q_INVOKABLE bool setPrimarySelection(DzNode* node);
     Q_INVOKABLE void selectAllNodes(bool onOff);
+    /// These alone, told once. The last one is primary where none is named.
+    void setSelection(const QList<DzNode*>& nodes, DzNode* primary = nullptr);
 
     Q_INVOKABLE DzNode* findNode(const QString& name) const;
     Q_INVOKABLE DzNode* findNodeByLabel(const QString& label) const;
@@ -92,12 +98,15 @@ signals:
 
 private:
     friend class DzNode;
+    friend class openhost::UndoAccess;
     void enter(DzNode* node);
     void leave(DzNode* node);
     void leave(const QList<DzNode*>& nodes);
     /// Which nodes are roots, or what they are called.
     void rootsChanged();
     void expel(DzNode* node);
+    /// It has left the scene, and is deleted when control returns to the event loop.
+    void discard(DzNode* node);
     QList<DzNode*> rootNodes() const;
     void setSelected(DzNode* node, bool onOff);
     void makePrimary(DzNode* node);

@@ -19,6 +19,8 @@ public:
     void setDefaultValue(const QString& value);
 
 private:
+    void swapValue(QString& other);
+
     QString _value;
     QString _default;
 };

@@ -7,8 +7,19 @@
 
 #include "dznumericproperty.h"
 #include "scene/link_knots.h"
+#include "scene/undo_recording.h"
 
 #include <algorithm>
+#include <utility>
+
+namespace {
+
+const DzElement* OwnerOf(const DzController& link)
+{
+    return link.getOwner() ? link.getOwner()->getOwner() : nullptr;
+}
+
+} // namespace
 
 DzController::DzController()
     : _owner(nullptr), _active(true), _userLink(false), _autoOverride(false), _saveWithOutput(true)
@@ -25,6 +36,14 @@ void DzController::setActive(bool onOff)
 {
     if (onOff == _active)
         return;
+    openhost::RecordValue(
+        OwnerOf(*this), *this, _active,
+        [](DzController& link, bool& other) {
+            const bool former = link.isActive();
+            link.setActive(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _active = onOff;
     changed();
 }
@@ -74,6 +93,18 @@ struct DzERCLink::Impl {
     double addend = 0.0;
     ERCKeyInterpolation interpolation = LINEAR_INTERP;
     std::vector<openhost::SplineKnot> knots;
+
+    /// To be called before one of these is set.
+    static void record(DzERCLink& link)
+    {
+        openhost::RecordValue(
+            OwnerOf(link), link, *link._impl,
+            [](DzERCLink& changed, Impl& other) {
+                std::swap(*changed._impl, other);
+                changed.changed();
+            },
+            openhost::ChangeRank::Detail, "Change the Link of %1");
+    }
 };
 
 DzERCLink::DzERCLink(ERCType type, DzNumericProperty* controller, double scalar, double addend)
@@ -99,6 +130,7 @@ int DzERCLink::getType() const
 
 void DzERCLink::setType(ERCType type)
 {
+    Impl::record(*this);
     _impl->type = type;
     changed();
 }
@@ -110,6 +142,7 @@ double DzERCLink::getScalar() const
 
 void DzERCLink::setScalar(double scalar)
 {
+    Impl::record(*this);
     _impl->scalar = scalar;
     changed();
 }
@@ -121,6 +154,7 @@ double DzERCLink::getAddend() const
 
 void DzERCLink::setAddend(double addend)
 {
+    Impl::record(*this);
     _impl->addend = addend;
     changed();
 }

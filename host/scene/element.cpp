@@ -7,14 +7,19 @@
 #include "app/letting_go.h"
 #include "dzproperty.h"
 #include "dzpropertygrouptree.h"
+#include "openhost/events.h"
 #include "scene/changes_together.h"
 #include "scene/own_property.h"
+#include "scene/undo_recording.h"
 
 #include <QHash>
+#include <QPointer>
 
 #include <unordered_set>
 
 struct DzElement::Impl {
+    class Ownership;
+
     QString label;
     int id = 0;
     QList<DzProperty*> properties;
@@ -72,6 +77,15 @@ DzError DzElement::setLabel(const QString& label)
 {
     if (label == _impl->label)
         return DZ_NO_ERROR;
+    openhost::RecordValue(
+        this, *this, _impl->label,
+        [](DzElement& element, QString& other) {
+            const QString former = element._impl->label;
+            element.DzElement::setLabel(other);
+            other = former;
+            emit openhost::Events().sceneEdited(openhost::SceneEdit::Label, &element);
+        },
+        openhost::ChangeRank::Look, "Rename %1");
     _impl->label = label;
     emit labelChanged(getLabel());
     return DZ_NO_ERROR;
@@ -162,6 +176,72 @@ DzError DzElement::addPrivateProperty(DzProperty* property)
     return insertProperty(property, true);
 }
 
+/// That a property is one of the element's.
+class DzElement::Impl::Ownership : public openhost::Change {
+public:
+    Ownership(DzElement& element, DzProperty& property, bool isEntry)
+        : _element(&element), _property(&property), _isEntry(isEntry), _isPrivate(property.isPrivate())
+    {
+        if (!isEntry)
+            takeOut();
+    }
+    ~Ownership() override
+    {
+        if (!_isOut || !_property)
+            return;
+        openhost::SetHeldByUndo(*_property, false);
+        openhost::LetGoOf(_property);
+    }
+    void undo() override { _isEntry ? takeOut() : putBack(); }
+    void redo() override { _isEntry ? putBack() : takeOut(); }
+    openhost::ChangeRank rank() const override { return openhost::ChangeRank::Look; }
+    QString caption() const override
+    {
+        return QLatin1String(_isEntry ? "Add " : "Remove ") + (_property ? _property->getLabel() : QString());
+    }
+
+private:
+    void takeOut()
+    {
+        if (!_element || !_property || _property->getOwner() != _element)
+            return;
+        Impl& impl = *_element->_impl;
+        _place = list(impl).indexOf(_property);
+        _names = impl.byName.keys(_property);
+        _isKept = openhost::IsKept(*_property);
+        _isOut = true;
+        openhost::SetHeldByUndo(*_property, true);
+        _element->detach(*_property);
+    }
+    void putBack()
+    {
+        if (!_isOut || !_element || !_property)
+            return;
+        Impl& impl = *_element->_impl;
+        _isOut = false;
+        openhost::SetHeldByUndo(*_property, false);
+        openhost::PutBackAt(list(impl), _place, _property.data());
+        for (const QString& name : std::as_const(_names))
+            impl.byName.insert(name, _property);
+        if (_isKept)
+            openhost::KeepProperty(*_property);
+        _property->setOwner(_element, _isPrivate);
+        _element->propertyPathChanged();
+        emit _element->propertyAdded(_property);
+        emit _element->propertyListChanged();
+    }
+    QList<DzProperty*>& list(Impl& impl) const
+    {
+        return _isPrivate ? impl.privateProperties : impl.properties;
+    }
+
+    QPointer<DzElement> _element;
+    QPointer<DzProperty> _property;
+    bool _isEntry, _isPrivate, _isOut = false, _isKept = false;
+    int _place = 0;
+    QStringList _names;
+};
+
 DzError DzElement::insertProperty(DzProperty* property, bool isPrivate)
 {
     if (!property)
@@ -173,6 +253,8 @@ DzError DzElement::insertProperty(DzProperty* property, bool isPrivate)
     (isPrivate ? _impl->privateProperties : _impl->properties).append(property);
     _impl->byName.insert(property->getName(), property);
     property->setOwner(this, isPrivate);
+    if (openhost::IsRecording(this))
+        openhost::Record(std::make_unique<Impl::Ownership>(*this, *property, true));
     propertyPathChanged();
     emit propertyAdded(property);
     emit propertyListChanged();
@@ -200,19 +282,29 @@ DzError DzElement::removeProperty(DzProperty* property)
     // Programs may, and know what they do.
     if (openhost::ForeignFrames::areAround() && openhost::IsKept(*property))
         return DZ_ILLEGAL_ARGUMENT_ERROR;
-    (property->isPrivate() ? _impl->privateProperties : _impl->properties).removeOne(property);
-    if (KeptProperties().erase(property) > 0)
-        for (const QString& name : _impl->byName.keys(property))
-            _impl->byName.remove(name);
-    _impl->byName.remove(property->getName());
-    property->setOwner(nullptr, property->isPrivate());
-    propertyPathChanged();
-    emit property->removed();
-    emit propertyRemoved(property);
-    emit propertyListChanged();
+    if (openhost::IsRecording(this)) {
+        openhost::CutOff({property});
+        openhost::Record(std::make_unique<Impl::Ownership>(*this, *property, false));
+        return DZ_NO_ERROR;
+    }
+    detach(*property);
     property->dropDependants();
     openhost::LetGoOf(property);
     return DZ_NO_ERROR;
+}
+
+void DzElement::detach(DzProperty& property)
+{
+    (property.isPrivate() ? _impl->privateProperties : _impl->properties).removeOne(&property);
+    if (KeptProperties().erase(&property) > 0)
+        for (const QString& name : _impl->byName.keys(&property))
+            _impl->byName.remove(name);
+    _impl->byName.remove(property.getName());
+    property.setOwner(nullptr, property.isPrivate());
+    propertyPathChanged();
+    emit property.removed();
+    emit propertyRemoved(&property);
+    emit propertyListChanged();
 }
 
 void DzElement::propertyRenamed(DzProperty* property, const QString& oldName)
@@ -254,6 +346,27 @@ void DzElement::propertyValueChanged(DzProperty*) {}
 
 void DzElement::appendTreeMembers(QList<const DzElement*>*) const {}
 
-void DzElement::beginEdit() {}
-void DzElement::finishEdit() {}
-void DzElement::cancelEdit() {}
+void DzElement::beginEdit()
+{
+    openhost::BeginEdit(*this);
+}
+void DzElement::finishEdit()
+{
+    openhost::FinishEdit(*this);
+}
+void DzElement::cancelEdit()
+{
+    openhost::CancelEdit(*this);
+}
+
+std::vector<DzProperty*> openhost::PropertiesOf(const QList<const DzElement*>& elements)
+{
+    std::vector<DzProperty*> all;
+    for (const DzElement* const element : elements) {
+        for (int i = 0; i < element->getNumProperties(); ++i)
+            all.push_back(element->getProperty(i));
+        for (int i = 0; i < element->getNumPrivateProperties(); ++i)
+            all.push_back(element->getPrivateProperty(i));
+    }
+    return all;
+}

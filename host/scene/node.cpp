@@ -15,6 +15,7 @@
 #include "openhost/events.h"
 #include "scene/changes_together.h"
 #include "scene/node_walk.h"
+#include "scene/undo_recording.h"
 
 #include <vector>
 
@@ -26,6 +27,8 @@ DzNode::DzNode() : _impl(new Impl)
 DzNode::~DzNode()
 {
     emit aboutToDelete(this);
+    if (_impl->inScene)
+        openhost::RecordBeyondUndo(this, QStringLiteral("Delete %1 at once").arg(getLabel()));
     if (_impl->inScene && dzScene)
         dzScene->leave(this);
     detachFromParent();
@@ -79,6 +82,7 @@ void DzNode::setObject(DzObject* object)
 {
     if (object == _impl->object)
         return;
+    openhost::RecordBeyondUndo(this, QStringLiteral("Replace the Shape of %1").arg(getLabel()));
     DzObject* const old = _impl->object;
     _impl->object = object;
     if (object)
@@ -164,6 +168,7 @@ DzError DzNode::addNodeChild(DzNode* child, bool inPlace)
         return DZ_NO_ERROR;
     const DzVec3 position = inPlace ? child->getWSPos() : DzVec3();
     const DzQuat rotation = inPlace ? child->getWSRot() : DzQuat();
+    Impl::recordMove(*child);
     child->detachFromParent();
     child->rootChanged();
     child->_impl->parent = this;
@@ -184,6 +189,7 @@ DzError DzNode::removeNodeChild(DzNode* child, bool inPlace)
         return DZ_NOT_FOUND_ERROR;
     const DzVec3 position = child->getWSPos();
     const DzQuat rotation = child->getWSRot();
+    Impl::recordMove(*child);
     child->detachFromParent();
     child->invalidateTransform();
     if (inPlace)
@@ -259,8 +265,12 @@ void DzNode::setVisible(bool onOff)
     if (openhost::IsWatched() &&
         !openhost::Allows(openhost::Operation::Show, getLabel() + QLatin1String(onOff ? "=true" : "=false")))
         return;
+    const bool wasVisible = isVisible();
     _impl->visible->setBoolValue(onOff);
     _impl->visibleInSimulation->setBoolValue(onOff);
+    if (wasVisible != isVisible() && openhost::IsRecording(this))
+        openhost::Record(std::make_unique<openhost::Naming>(
+            openhost::ChangeRank::Look, QLatin1String(onOff ? "Show " : "Hide ") + getLabel()));
 }
 
 bool DzNode::isVisible() const
@@ -275,8 +285,11 @@ void DzNode::rootChanged()
         dzScene->rootsChanged();
 }
 
-void DzNode::renamed(const QString&)
+void DzNode::renamed(const QString& oldName)
 {
+    openhost::RecordValue(
+        this, *this, oldName, [](DzNode& node, QString& other) { openhost::SwapName(node, other); },
+        openhost::ChangeRank::Look, "Rename %1");
     rootChanged();
     announceHierarchyChange();
 }

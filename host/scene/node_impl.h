@@ -13,7 +13,20 @@
 #include <algorithm>
 #include <array>
 
+namespace openhost {
+class Change;
+}
+
 struct DzNode::Impl {
+    /// What is to be recorded of a node that has just come into the scene with all below it, or is about to
+    /// go.
+    static std::unique_ptr<openhost::Change> entryOf(DzNode& root);
+    static std::unique_ptr<openhost::Change> departureOf(DzNode& root);
+    /// It is about to hang elsewhere.
+    static void recordMove(DzNode& node);
+    class Presence;
+    class Move;
+
     /// Three properties named X..., Y..., Z...
     using Axes = std::array<DzFloatProperty*, 3>;
 

@@ -9,6 +9,7 @@
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
 #include "scene/changes_together.h"
+#include "scene/undo_recording.h"
 
 #include <QPointer>
 
@@ -103,6 +104,14 @@ double DzNumericProperty::getDoubleDefaultValue() const
 }
 void DzNumericProperty::setDoubleDefaultValue(double value)
 {
+    openhost::RecordValue(
+        getOwner(), *this, _impl->defaultValue,
+        [](DzNumericProperty& property, auto& other) {
+            const auto former = property._impl->defaultValue;
+            property.setDoubleDefaultValue(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->defaultValue = value;
 }
 double DzNumericProperty::getDoubleRawValue() const
@@ -114,6 +123,14 @@ void DzNumericProperty::setDoubleRawValue(double value)
 {
     if (!std::isfinite(value) || value == _impl->raw)
         return;
+    openhost::RecordValue(
+        getOwner(), *this, _impl->raw,
+        [](DzNumericProperty& property, double& other) {
+            std::swap(property._impl->raw, other);
+            property.changed();
+            emit openhost::Events().sceneEdited(openhost::SceneEdit::Value, property.getOwner());
+        },
+        openhost::ChangeRank::Value, "Set %1");
     _impl->raw = value;
     changed();
 }
@@ -161,6 +178,14 @@ void DzNumericProperty::setDoubleMinMax(double min, double max)
         std::swap(min, max);
     if (min == _impl->min && max == _impl->max)
         return;
+    openhost::RecordValue(
+        getOwner(), *this, std::make_pair(_impl->min, _impl->max),
+        [](DzNumericProperty& property, std::pair<double, double>& other) {
+            const std::pair<double, double> former(property._impl->min, property._impl->max);
+            property.setDoubleMinMax(other.first, other.second);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->min = min;
     _impl->max = max;
     emit minMaxChanged();
@@ -177,6 +202,14 @@ void DzNumericProperty::setIsClamped(bool onOff)
 {
     if (onOff == _impl->clamped)
         return;
+    openhost::RecordValue(
+        getOwner(), *this, _impl->clamped,
+        [](DzNumericProperty& property, auto& other) {
+            const auto former = property._impl->clamped;
+            property.setIsClamped(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->clamped = onOff;
     changed();
 }
@@ -190,6 +223,14 @@ void DzNumericProperty::setIsModulo(bool onOff)
 {
     if (onOff == _impl->modulo)
         return;
+    openhost::RecordValue(
+        getOwner(), *this, _impl->modulo,
+        [](DzNumericProperty& property, auto& other) {
+            const auto former = property._impl->modulo;
+            property.setIsModulo(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->modulo = onOff;
     changed();
 }
@@ -200,6 +241,14 @@ bool DzNumericProperty::getDisplayAsPercent() const
 }
 void DzNumericProperty::setDisplayAsPercent(bool onOff)
 {
+    openhost::RecordValue(
+        getOwner(), *this, _impl->percent,
+        [](DzNumericProperty& property, auto& other) {
+            const auto former = property._impl->percent;
+            property.setDisplayAsPercent(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->percent = onOff;
 }
 double DzNumericProperty::sensitivity() const
@@ -208,6 +257,14 @@ double DzNumericProperty::sensitivity() const
 }
 void DzNumericProperty::setDoubleSensitivity(double value)
 {
+    openhost::RecordValue(
+        getOwner(), *this, _impl->sensitivity,
+        [](DzNumericProperty& property, auto& other) {
+            const auto former = property._impl->sensitivity;
+            property.setDoubleSensitivity(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->sensitivity = value;
 }
 
@@ -231,7 +288,7 @@ bool DzNumericProperty::deleteController(DzNumericController* controller)
 {
     if (!controller || controller->getOwner() != this)
         return false;
-    delete controller;
+    openhost::DropLink(*controller);
     return true;
 }
 

@@ -4,23 +4,56 @@
 #include "dzproperty.h"
 
 #include "app/operations.h"
-#include "dzcontroller.h"
 #include "dzelement.h"
+#include "dznumericcontroller.h"
+#include "dznumericproperty.h"
 #include "dzpresentation.h"
 #include "dzpropertygrouptree.h"
 #include "dzstringproperty.h"
 #include "openhost/diagnostics.h"
 #include "openhost/events.h"
+#include "scene/changes_together.h"
 #include "scene/group_paths.h"
 #include "scene/scene_limits.h"
+#include "scene/undo_recording.h"
 
 #include <QPointer>
+#include <QSet>
 
+#include <algorithm>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
 
+namespace {
+
+/// Whose second dial a property is, and which of them.
+struct AliasPlace {
+    QPointer<DzProperty> target;
+    int index = 0;
+};
+
+} // namespace
+
 struct DzProperty::Impl {
+    class Link;
+
+    static AliasPlace placeAsAlias(DzProperty& alias)
+    {
+        DzProperty* const target = alias._impl->aliasTarget;
+        return {target, target ? target->_impl->aliases.indexOf(&alias) : 0};
+    }
+    static void setPlaceAsAlias(DzProperty& alias, const AliasPlace& place)
+    {
+        if (DzProperty* const former = alias._impl->aliasTarget)
+            former->_impl->aliases.removeOne(&alias);
+        alias._impl->aliasTarget = place.target;
+        if (place.target)
+            openhost::PutBackAt(place.target->_impl->aliases, place.index, &alias);
+        alias.inputsChanged();
+    }
+
     DzElement* owner = nullptr;
     QString label;
     QString path = QStringLiteral("/General");
@@ -82,6 +115,14 @@ void DzProperty::setLabel(const QString& label)
 {
     if (label == _impl->label)
         return;
+    openhost::RecordValue(
+        getOwner(), *this, _impl->label,
+        [](DzProperty& property, QString& other) {
+            const QString former = property._impl->label;
+            property.setLabel(other);
+            other = former;
+        },
+        openhost::ChangeRank::Look, "Rename %1");
     _impl->label = label;
     emit labelChanged(getLabel());
 }
@@ -99,6 +140,10 @@ void DzProperty::setOwner(DzElement* owner, bool isPrivate)
 
 void DzProperty::renamed(const QString& oldName)
 {
+    openhost::RecordValue(
+        getOwner(), *this, oldName,
+        [](DzProperty& property, QString& other) { openhost::SwapName(property, other); },
+        openhost::ChangeRank::Look, "Rename %1");
     if (_impl->owner)
         _impl->owner->propertyRenamed(this, oldName);
 }
@@ -120,6 +165,14 @@ void DzProperty::setPath(const QString& path)
     const QString normal = QLatin1Char('/') + names.mid(0, openhost::deepestGroups).join(QLatin1Char('/'));
     if (normal == _impl->path)
         return;
+    openhost::RecordValue(
+        getOwner(), *this, _impl->path,
+        [](DzProperty& property, auto& other) {
+            const auto former = property._impl->path;
+            property.setPath(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->path = normal;
     if (_impl->owner)
         _impl->owner->propertyPathChanged();
@@ -168,6 +221,14 @@ void DzProperty::setHidden(bool onOff)
 {
     if (onOff == _impl->hidden)
         return;
+    openhost::RecordValue(
+        getOwner(), *this, _impl->hidden,
+        [](DzProperty& property, auto& other) {
+            const auto former = property._impl->hidden;
+            property.setHidden(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->hidden = onOff;
     emit hiddenChanged(onOff);
 }
@@ -181,6 +242,14 @@ void DzProperty::lock(bool onOff)
 {
     if (onOff == _impl->locked)
         return;
+    openhost::RecordValue(
+        getOwner(), *this, _impl->locked,
+        [](DzProperty& property, auto& other) {
+            const auto former = property._impl->locked;
+            property.lock(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->locked = onOff;
     emit lockStateChanged();
 }
@@ -191,6 +260,14 @@ bool DzProperty::isFavorite() const
 }
 void DzProperty::setIsFavorite(bool onOff)
 {
+    openhost::RecordValue(
+        getOwner(), *this, _impl->favorite,
+        [](DzProperty& property, auto& other) {
+            const auto former = property._impl->favorite;
+            property.setIsFavorite(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->favorite = onOff;
 }
 bool DzProperty::isUserProperty() const
@@ -199,6 +276,14 @@ bool DzProperty::isUserProperty() const
 }
 void DzProperty::setIsUserProperty(bool onOff)
 {
+    openhost::RecordValue(
+        getOwner(), *this, _impl->userProperty,
+        [](DzProperty& property, auto& other) {
+            const auto former = property._impl->userProperty;
+            property.setIsUserProperty(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->userProperty = onOff;
 }
 bool DzProperty::isPrivate() const
@@ -211,6 +296,14 @@ bool DzProperty::canAnimate() const
 }
 void DzProperty::setCanAnimate(bool onOff)
 {
+    openhost::RecordValue(
+        getOwner(), *this, _impl->canAnimate,
+        [](DzProperty& property, auto& other) {
+            const auto former = property._impl->canAnimate;
+            property.setCanAnimate(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->canAnimate = onOff;
 }
 bool DzProperty::canAutoFollow() const
@@ -219,6 +312,14 @@ bool DzProperty::canAutoFollow() const
 }
 void DzProperty::setCanAutoFollow(bool onOff)
 {
+    openhost::RecordValue(
+        getOwner(), *this, _impl->canAutoFollow,
+        [](DzProperty& property, auto& other) {
+            const auto former = property._impl->canAutoFollow;
+            property.setCanAutoFollow(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->canAutoFollow = onOff;
 }
 bool DzProperty::isManipulator() const
@@ -227,12 +328,29 @@ bool DzProperty::isManipulator() const
 }
 void DzProperty::setIsManipulator(bool onOff)
 {
+    openhost::RecordValue(
+        getOwner(), *this, _impl->manipulator,
+        [](DzProperty& property, auto& other) {
+            const auto former = property._impl->manipulator;
+            property.setIsManipulator(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->manipulator = onOff;
 }
 
-void DzProperty::beginEdit() {}
-void DzProperty::finishEdit() {}
-void DzProperty::cancelEdit() {}
+void DzProperty::beginEdit()
+{
+    openhost::BeginEdit(*this);
+}
+void DzProperty::finishEdit()
+{
+    openhost::FinishEdit(*this);
+}
+void DzProperty::cancelEdit()
+{
+    openhost::CancelEdit(*this);
+}
 
 int DzProperty::getNumControllers() const
 {
@@ -273,6 +391,14 @@ void DzProperty::setOverrideControllers(bool onOff)
 {
     if (onOff == _impl->overridesControllers)
         return;
+    openhost::RecordValue(
+        getOwner(), *this, _impl->overridesControllers,
+        [](DzProperty& property, auto& other) {
+            const auto former = property._impl->overridesControllers;
+            property.setOverrideControllers(other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->overridesControllers = onOff;
     inputsChanged();
 }
@@ -305,12 +431,15 @@ bool DzProperty::setAliasTarget(DzProperty* target)
     }
     if (target == _impl->aliasTarget)
         return true;
-    if (_impl->aliasTarget)
-        _impl->aliasTarget->_impl->aliases.removeOne(this);
-    _impl->aliasTarget = target;
-    if (target)
-        target->_impl->aliases.append(this);
-    inputsChanged();
+    openhost::RecordValue(
+        getOwner(), *this, Impl::placeAsAlias(*this),
+        [](DzProperty& property, AliasPlace& other) {
+            const AliasPlace former = Impl::placeAsAlias(property);
+            Impl::setPlaceAsAlias(property, other);
+            other = former;
+        },
+        openhost::ChangeRank::Detail, "Change %1");
+    Impl::setPlaceAsAlias(*this, {target, target ? target->_impl->aliases.size() : 0});
     return true;
 }
 
@@ -345,8 +474,135 @@ const QList<DzProperty*>& DzProperty::aliases() const
     return _impl->aliases;
 }
 
+/// That a controller drives the property.
+class DzProperty::Impl::Link : public openhost::Change {
+public:
+    Link(DzProperty& driven, DzController& link, bool isEntry)
+        : _driven(&driven), _link(&link), _isEntry(isEntry)
+    {
+        if (!isEntry)
+            takeOut();
+    }
+    ~Link() override
+    {
+        if (!_isOut || !_link)
+            return;
+        openhost::SetHeldByUndo(*_link, false);
+        delete _link;
+    }
+    void undo() override { _isEntry ? takeOut() : putBack(); }
+    void redo() override { _isEntry ? putBack() : takeOut(); }
+    openhost::ChangeRank rank() const override { return openhost::ChangeRank::Detail; }
+    QString caption() const override
+    {
+        return QLatin1String(_isEntry ? "Link " : "Unlink ") + (_driven ? _driven->getLabel() : QString());
+    }
+
+private:
+    /// A property that drives, and which of what it drives the link is.
+    struct Input {
+        QPointer<DzNumericProperty> property;
+        int place;
+    };
+
+    static QList<DzController*>& drivenBy(DzProperty& property) { return property._impl->slaves; }
+
+    void takeOut()
+    {
+        // One that lost what drives it did not come back.
+        if (!_driven || !_link || _link->getOwner() != _driven)
+            return;
+        _place = _driven->_impl->controllers.indexOf(_link);
+        _inputs.clear();
+        if (auto* const numeric = qobject_cast<DzNumericController*>(_link.data())) {
+            for (int i = 0; i < numeric->getNumInputs(); ++i)
+                _inputs.push_back({numeric->getInput(i), drivenBy(*numeric->getInput(i)).indexOf(_link)});
+            numeric->setInputs({});
+        }
+        _isOut = true;
+        openhost::SetHeldByUndo(*_link, true);
+        _driven->removeController(_link);
+    }
+    void putBack()
+    {
+        std::vector<DzNumericProperty*> inputs;
+        for (const Input& input : _inputs)
+            inputs.push_back(input.property);
+        const bool isComplete = std::find(inputs.begin(), inputs.end(), nullptr) == inputs.end();
+        if (!_isOut || !_driven || !_link || !isComplete)
+            return;
+        if (auto* const numeric = qobject_cast<DzNumericController*>(_link.data())) {
+            numeric->setInputs(inputs);
+            for (const Input& input : _inputs) {
+                QList<DzController*>& driven = drivenBy(*input.property);
+                driven.removeAt(driven.lastIndexOf(_link));
+                openhost::PutBackAt(driven, input.place, _link.data());
+            }
+        }
+        _isOut = false;
+        openhost::SetHeldByUndo(*_link, false);
+        _driven->insertControllerAt(_link, std::min(_place, _driven->getNumControllers()));
+    }
+
+    QPointer<DzProperty> _driven;
+    QPointer<DzController> _link;
+    bool _isEntry, _isOut = false;
+    int _place = 0;
+    std::vector<Input> _inputs;
+};
+
+void DzProperty::drop(DzController& link)
+{
+    DzProperty* const driven = link._owner;
+    if (driven && openhost::IsRecording(driven->getOwner()))
+        openhost::Record(std::make_unique<Impl::Link>(*driven, link, false));
+    else
+        delete &link;
+}
+
+void DzProperty::cutOff(const QSet<DzProperty*>& leaving)
+{
+    for (DzProperty* alias : QList<DzProperty*>(_impl->aliases))
+        if (!leaving.contains(alias))
+            alias->setAliasTarget(nullptr);
+    if (_impl->aliasTarget && !leaving.contains(_impl->aliasTarget))
+        setAliasTarget(nullptr);
+    std::vector<QPointer<DzController>> ending;
+    for (DzController* const slave : std::as_const(_impl->slaves))
+        if (!leaving.contains(slave->getOwner()))
+            ending.emplace_back(slave);
+    for (DzController* const own : std::as_const(_impl->controllers)) {
+        const auto* const numeric = qobject_cast<const DzNumericController*>(own);
+        for (int i = 0; numeric && i < numeric->getNumInputs(); ++i)
+            if (!leaving.contains(numeric->getInput(i))) {
+                ending.emplace_back(own);
+                break;
+            }
+    }
+    for (const QPointer<DzController>& link : ending)
+        if (link)
+            drop(*link);
+}
+
+void openhost::DropLink(DzController& link)
+{
+    DzProperty::drop(link);
+}
+
+void openhost::CutOff(const std::vector<DzProperty*>& leaving)
+{
+    const ChangesTogether together;
+    QSet<DzProperty*> all;
+    for (DzProperty* const property : leaving)
+        all.insert(property);
+    for (DzProperty* const property : leaving)
+        property->cutOff(all);
+}
+
 void DzProperty::insertControllerAt(DzController* controller, int index)
 {
+    if (openhost::IsRecording(getOwner()))
+        openhost::Record(std::make_unique<Impl::Link>(*this, *controller, true));
     _impl->controllers.insert(index, controller);
     controller->_owner = this;
     inputsChanged();
@@ -394,10 +650,20 @@ bool DzStringProperty::setValue(const QString& value)
         return false;
     if (value == _value)
         return true;
-    _value = value;
+    openhost::RecordValue(
+        getOwner(), *this, _value,
+        [](DzStringProperty& property, QString& other) { property.swapValue(other); },
+        openhost::ChangeRank::Value, "Set %1");
+    QString other = value;
+    swapValue(other);
+    return true;
+}
+
+void DzStringProperty::swapValue(QString& other)
+{
+    std::swap(_value, other);
     announceChange();
     emit openhost::Events().sceneEdited(openhost::SceneEdit::Value, getOwner());
-    return true;
 }
 
 QString DzStringProperty::getDefaultValue() const

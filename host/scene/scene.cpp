@@ -6,62 +6,18 @@
 #include "app/letting_go.h"
 #include "app/operations.h"
 #include "dzskeleton.h"
+#include "dzundostack.h"
 #include "node_impl.h"
 #include "scene/changes_together.h"
+#include "scene/undo_recording.h"
+#include "scene_impl.h"
 
-#include <QHash>
-#include <QPointer>
 #include <QRegularExpression>
-#include <QSet>
 
 #include <algorithm>
 #include <vector>
 
 DzScene* dzScene = nullptr;
-
-namespace {
-
-/// What the roots are called, gathered once for many that come: a scene may hold thousands of one name.
-struct RootTexts {
-    QSet<QString> taken;
-    mutable QHash<QString, int> firstFree; ///< by pattern and stem; below it all are taken
-    bool isGathered = false;
-
-    QString freeText(const QString& stem, const QString& pattern) const
-    {
-        int& number = firstFree[pattern + stem];
-        for (number = std::max(number, 2);; ++number) {
-            const QString candidate = pattern.arg(stem, QString::number(number));
-            if (!taken.contains(candidate))
-                return candidate;
-        }
-    }
-};
-
-} // namespace
-
-struct DzScene::Impl {
-    const RootTexts& textsOfRoots(RootTexts& texts, QString (*textOf)(const DzNode&)) const
-    {
-        if (texts.isGathered)
-            return texts;
-        texts = {};
-        for (const DzNode* node : nodes)
-            if (node->isRootNode())
-                texts.taken.insert(textOf(*node));
-        texts.isGathered = true;
-        return texts;
-    }
-
-    QList<DzNode*> nodes;
-    QList<DzNode*> selection;
-    DzNode* primary = nullptr;
-    std::vector<QPointer<DzNode>> removed; ///< roots whose deletion is due
-    std::vector<const DzNode*> leaving;    ///< roots of what is just being removed
-    DzTime time = 0;
-    int loading = 0;
-    RootTexts labels, names;
-};
 
 namespace {
 
@@ -177,16 +133,22 @@ void DzScene::setSelected(DzNode* node, bool onOff)
 
 void DzScene::selectAllNodes(bool onOff)
 {
-    QList<DzNode*> selection;
-    if (onOff)
-        selection = _impl->nodes;
-    if (selection == _impl->selection)
-        return;
-    for (DzNode* node : std::as_const(_impl->nodes))
-        node->_impl->selected = onOff;
-    _impl->selection = selection;
-    makePrimary(selection.isEmpty() ? nullptr : selection.last());
-    emit nodeSelectionListChanged();
+    const QList<DzNode*> selection = onOff ? _impl->nodes : QList<DzNode*>();
+    if (selection != _impl->selection)
+        setSelection(selection);
+}
+
+void DzScene::setSelection(const QList<DzNode*>& nodes, DzNode* primary)
+{
+    const bool isOther = nodes != _impl->selection;
+    for (DzNode* node : std::as_const(_impl->selection))
+        node->_impl->selected = false;
+    for (DzNode* node : nodes)
+        node->_impl->selected = true;
+    _impl->selection = nodes;
+    makePrimary(primary || nodes.isEmpty() ? primary : nodes.last());
+    if (isOther)
+        emit nodeSelectionListChanged();
 }
 
 DzNode* DzScene::findNode(const QString& name) const
@@ -274,6 +236,12 @@ void DzScene::enter(DzNode* node)
         one->_impl->inScene = true;
         _impl->nodes.append(one);
     }
+    if (openhost::IsRecording()) {
+        // What comes into a figure that came with this step goes with it.
+        const DzNode* const parent = node->getNodeParent();
+        openhost::NoteEntered(
+            entering, !parent || openhost::IsRecording(parent) ? DzNode::Impl::entryOf(*node) : nullptr);
+    }
     // Whoever hears of one may take others away again.
     for (DzNode* one : std::as_const(entering))
         if (one->isInScene())
@@ -333,6 +301,12 @@ void DzScene::expel(DzNode* node)
     for (DzNode* one : std::as_const(leaving))
         emit aboutToRemoveNode(one);
     _impl->leaving.erase(std::find(_impl->leaving.begin(), _impl->leaving.end(), node));
+    const bool isRecording = openhost::IsRecording();
+    const bool isHeld = isRecording && openhost::IsToBeHeld(leaving);
+    if (isHeld)
+        openhost::Record(DzNode::Impl::departureOf(*node));
+    if (isRecording)
+        openhost::NoteLeft(*node);
     node->detachFromParent();
     leave(leaving);
     for (DzNode* one : std::as_const(leaving)) {
@@ -341,6 +315,12 @@ void DzScene::expel(DzNode* node)
         emit one->removed();
     }
     emit nodeListChanged();
+    if (!isHeld)
+        discard(node);
+}
+
+void DzScene::discard(DzNode* node)
+{
     if (openhost::Keeper* const keeper = openhost::CurrentKeeper())
         return keeper->keep(*node);
     std::vector<QPointer<DzNode>>& removed = _impl->removed;
@@ -370,6 +350,7 @@ void DzScene::purgeRemoved()
 
 void DzScene::clear()
 {
+    const openhost::UndoPause nothingIsTakenBack;
     selectAllNodes(false);
     for (DzNode* const root : rootNodes())
         removeNode(root);
@@ -388,7 +369,7 @@ QList<DzNode*> DzScene::rootNodes() const
 
 QString DzScene::getUniqueTopLevelLabel(const QString& label) const
 {
-    const RootTexts& texts =
+    const openhost::RootTexts& texts =
         _impl->textsOfRoots(_impl->labels, [](const DzNode& node) { return node.getLabel(); });
     return texts.taken.contains(label) ? texts.freeText(stripLabelNumber(label), QStringLiteral("%1 (%2)"))
                                        : label;
@@ -396,7 +377,7 @@ QString DzScene::getUniqueTopLevelLabel(const QString& label) const
 
 QString DzScene::getUniqueTopLevelName(const QString& name) const
 {
-    const RootTexts& texts =
+    const openhost::RootTexts& texts =
         _impl->textsOfRoots(_impl->names, [](const DzNode& node) { return node.getName(); });
     return texts.taken.contains(name) ? texts.freeText(name, QStringLiteral("%1 %2")) : name;
 }
@@ -437,6 +418,10 @@ bool DzScene::isLoading() const
 
 void DzScene::beginLoad()
 {
+    if (dzUndoStack && dzUndoStack->isRecording()) {
+        dzUndoStack->beginHold();
+        ++_impl->heldLoads;
+    }
     if (_impl->loading++ == 0)
         emit sceneLoadStarting();
 }
@@ -444,6 +429,10 @@ void DzScene::beginLoad()
 void DzScene::endLoad()
 {
     Q_ASSERT(_impl->loading > 0);
+    if (_impl->heldLoads > 0) {
+        --_impl->heldLoads;
+        dzUndoStack->accept();
+    }
     if (--_impl->loading == 0)
         emit sceneLoaded();
 }

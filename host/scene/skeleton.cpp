@@ -4,9 +4,20 @@
 #include "dzbone.h"
 #include "dzskeleton.h"
 #include "scene/node_walk.h"
+#include "scene/undo_recording.h"
 
 #include <QHash>
 #include <QPointer>
+
+namespace {
+
+/// Whom a skeleton follows, and which of those that do.
+struct FollowerPlace {
+    QPointer<DzSkeleton> target;
+    int index = 0;
+};
+
+} // namespace
 
 struct DzSkeleton::SkeletonImpl {
     QList<DzBone*> bones; ///< as of the last look, valid unless stale
@@ -14,6 +25,21 @@ struct DzSkeleton::SkeletonImpl {
     bool stale = true;
     QPointer<DzSkeleton> followTarget;
     QList<DzSkeleton*> followers;
+
+    static FollowerPlace placeOf(DzSkeleton& follower)
+    {
+        DzSkeleton* const target = follower._skeleton->followTarget;
+        return {target, target ? target->_skeleton->followers.indexOf(&follower) : 0};
+    }
+    static void setPlaceOf(DzSkeleton& follower, const FollowerPlace& place)
+    {
+        if (DzSkeleton* const former = follower._skeleton->followTarget)
+            former->_skeleton->followers.removeOne(&follower);
+        follower._skeleton->followTarget = place.target;
+        if (place.target)
+            openhost::PutBackAt(place.target->_skeleton->followers, place.index, &follower);
+        follower.followTargetChanged();
+    }
 };
 
 DzSkeleton::DzSkeleton() : _skeleton(new SkeletonImpl) {}
@@ -79,12 +105,15 @@ void DzSkeleton::setFollowTarget(DzSkeleton* target)
 {
     if (target == this || target == _skeleton->followTarget)
         return;
-    if (_skeleton->followTarget)
-        _skeleton->followTarget->_skeleton->followers.removeOne(this);
-    _skeleton->followTarget = target;
-    if (target)
-        target->_skeleton->followers.append(this);
-    followTargetChanged();
+    openhost::RecordValue(
+        this, *this, SkeletonImpl::placeOf(*this),
+        [](DzSkeleton& follower, FollowerPlace& other) {
+            const FollowerPlace former = SkeletonImpl::placeOf(follower);
+            SkeletonImpl::setPlaceOf(follower, other);
+            other = former;
+        },
+        openhost::ChangeRank::Look, "Fit %1");
+    SkeletonImpl::setPlaceOf(*this, {target, target ? target->getNumFollowSkeletons() : 0});
 }
 
 int DzSkeleton::getNumFollowSkeletons() const

@@ -50,6 +50,7 @@
 #include "dzscene.h"
 #include "dzskinbinding.h"
 #include "dzstringproperty.h"
+#include "dzundostack.h"
 #include "dzuri.h"
 #include "dzviewport.h"
 #include "dzviewportmgr.h"
@@ -132,7 +133,7 @@ using PassedClasses =
               DzContentFolder, DzAsset, DzAssetMgr, DzAssetIOMgr, DzAssetIOFilter, DzExportMgr, DzExporter,
               DzImportMgr, DzImporter, DzPluginMgr, DzViewport, Dz3DViewport, DzViewTool, DzDrawStyle,
               DzUserDrawStyle, DzRenderMgr, DzRenderOptions, DzRenderer, DzSettings, DzFileIOSettings,
-              DzMorphLoader, DzMorphLoaderBatch, DzTransferUtility>;
+              DzMorphLoader, DzMorphLoaderBatch, DzTransferUtility, DzUndoStack>;
 
 QScriptValue SizeToScript(QScriptEngine* engine, const QSize& size)
 {

@@ -8,6 +8,7 @@
 #include "dzmainwindow.h"
 #include "dzprogress.h"
 #include "dzscene.h"
+#include "dzundostack.h"
 #include "message_box.h"
 #include "openhost/script_function.h"
 #include "script/script_output.h"
@@ -197,6 +198,23 @@ QScriptValue FinishProgress(QScriptContext*, QScriptEngine* engine)
     return engine->undefinedValue();
 }
 
+QScriptValue BeginUndo(QScriptContext*, QScriptEngine* engine)
+{
+    dzUndoStack->beginHold();
+    return engine->undefinedValue();
+}
+
+QScriptValue AcceptUndo(QScriptContext* context, QScriptEngine*)
+{
+    const QScriptValue caption = context->argument(0);
+    return QScriptValue(dzUndoStack->accept(caption.isUndefined() ? QString() : caption.toString()));
+}
+
+QScriptValue CancelUndo(QScriptContext*, QScriptEngine*)
+{
+    return QScriptValue(dzUndoStack->cancel());
+}
+
 const ScriptFunction hostFunctions[] = {
     {"print", "value, ...", "Writes the values as one line to standard output and to the log.", Print},
     {"debug", "value, ...", "Writes the values as one line to the log, which --verbose shows.", DebugLine},
@@ -220,6 +238,10 @@ const ScriptFunction hostFunctions[] = {
     {"setProgressInfo", "text", "Shows another text.", SetProgressInfo},
     {"progressIsCancelled", "", "Whether the user has cancelled the progress.", ProgressIsCancelled},
     {"finishProgress", "", "Ends the progress that was begun last.", FinishProgress},
+    {"beginUndo", "", "What is done to the scene until acceptUndo() or cancelUndo() is one step.", BeginUndo},
+    {"acceptUndo", "caption = \"\"", "Ends the step, which the Edit menu then offers to undo by that name.",
+     AcceptUndo},
+    {"cancelUndo", "", "Takes back what was done since beginUndo().", CancelUndo},
 };
 
 std::vector<ScriptFunction>& AddedFunctions()
@@ -254,6 +276,7 @@ void RegisterScriptFunctions(QScriptEngine& engine)
         global.setProperty(QLatin1String(entry.name), engine.newFunction(entry.function));
     global.setProperty(QStringLiteral("Scene"), WrapObject(engine, dzScene));
     global.setProperty(QStringLiteral("App"), WrapObject(engine, dzApp));
+    global.setProperty(QStringLiteral("UndoStack"), WrapObject(engine, dzUndoStack));
     if (dzApp->getInterface())
         global.setProperty(QStringLiteral("MainWindow"), WrapObject(engine, dzApp->getInterface()));
     auto* const messageBox = new ScriptMessageBox;

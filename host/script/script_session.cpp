@@ -15,8 +15,10 @@
 #include "dzproperty.h"
 #include "dzrefcounteditem.h"
 #include "dzshape.h"
+#include "dzundostack.h"
 #include "openhost/diagnostics.h"
 #include "scene/changes_together.h"
+#include "scene/undo_recording.h"
 #include "script_classes.h"
 #include "script_functions.h"
 #include "script_limits.h"
@@ -43,7 +45,7 @@ int g_running = 0;
 /// Whether the host holds the object by now.
 bool IsTaken(const QObject& object)
 {
-    if (object.parent())
+    if (object.parent() || IsHeldByUndo(object))
         return true;
     if (const auto* const node = qobject_cast<const DzNode*>(&object))
         return node->isInScene() || node->getNodeParent();
@@ -74,7 +76,7 @@ void LetGo(QObject* object)
 } // namespace
 
 ScriptSession::ScriptSession(const QVariantList& arguments, int timeLimit)
-    : _arguments(arguments), _timeLimit(timeLimit)
+    : _arguments(arguments), _timeLimit(timeLimit), _holds(OpenHolds())
 {
     // A script may run another; a stop ends them all, and only a run of its own takes it back.
     if (g_running++ == 0)
@@ -94,6 +96,11 @@ ScriptSession::ScriptSession(const QVariantList& arguments, int timeLimit)
 ScriptSession::~ScriptSession()
 {
     --g_running;
+    if (OpenHolds() > _holds)
+        Report(
+            {base::Severity::Warning, {}, "script", "began a step to undo and did not end it; it ends here"});
+    while (OpenHolds() > _holds)
+        dzUndoStack->accept();
     if (CurrentKeeper() == this)
         SetCurrentKeeper(nullptr);
     // The engine lets go of its wrappers first, so that no script value points to what is deleted.

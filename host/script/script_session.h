@@ -96,6 +96,7 @@ private:
     std::vector<QPointer<QObject>> _made; ///< by the script, or let go of by the host meanwhile
     QElapsedTimer _clock;
     int _timeLimit;
+    int _holds; ///< of the undo stack, open before it began
     QTimer _watch;
     bool _wasStopped = false, _hasExited = false;
     int _exitStatus = 0;

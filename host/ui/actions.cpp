@@ -11,8 +11,20 @@
 #include "dzviewportmgr.h"
 #include "main_panes.h"
 #include "menus.h"
+#include "scene/undo_recording.h"
 
 #include <memory>
+
+namespace {
+
+/// Of a menu's entry: without its underlined letter and the dots before a question.
+QString WithoutMarks(QString text)
+{
+    text.remove(QLatin1Char('&'));
+    return text.endsWith(QLatin1String("...")) ? text.chopped(3) : text;
+}
+
+} // namespace
 
 DzAction::DzAction(const QString& text, const QString& description, bool isToggle)
     : QAction(nullptr), _description(description)
@@ -41,6 +53,7 @@ void DzAction::executeAction() {}
 
 void DzAction::handleTriggered()
 {
+    const openhost::UserStep step(WithoutMarks(text()));
     emit preExecute();
     executeAction();
 }

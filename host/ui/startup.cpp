@@ -17,6 +17,8 @@
 #include "dzrendermgr.h"
 #include "dzscene.h"
 #include "dzstyle.h"
+#include "dzundostack.h"
+#include "figure/held_memory.h"
 #include "headless_dialogs.h"
 #include "look.h"
 #include "progress_window.h"
@@ -55,6 +57,8 @@ void Dress(DzApp& app, AppParts& parts)
 void Furnish(AppParts& parts)
 {
     parts.scene = std::make_unique<DzScene>();
+    parts.undoStack = std::make_unique<DzUndoStack>();
+    parts.undoStack->setMeasure(&HeldMemory);
     parts.exportMgr = std::make_unique<DzExportMgr>();
     parts.importMgr = std::make_unique<DzImportMgr>();
     parts.assetMgr = std::make_unique<DzAssetMgr>();

@@ -35,7 +35,7 @@ function tell(object) {
     for (var member in object)
         if (typeof object[member] == 'function') print('method', name, member.replace(/\\(.*/, ''));
 }
-[Scene, App, MainWindow, new DzNode(), new DzFigure(), new DzBone(), new DzMorph(), new DzMorphDeltas(), new DzBasicCamera(),
+[Scene, App, UndoStack, MainWindow, new DzNode(), new DzFigure(), new DzBone(), new DzMorph(), new DzMorphDeltas(), new DzBasicCamera(),
  new DzFileIOSettings(), new DzMorphLoader(), new DzMorphLoaderBatch(), new DzTransferUtility(), new DzScript(), new DzFile('a'),
  new DzFileInfo('a'), new DzDir('a'), new DzFloatProperty('a'), new DzEnumProperty('a'), new DzStringProperty('a'),
  new DzERCLink(new DzFloatProperty('b')), App.getContentMgr(), App.getRenderMgr(), App.getRenderMgr().getRenderOptions(),

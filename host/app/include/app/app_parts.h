@@ -17,6 +17,7 @@ class DzPluginMgr;
 class DzRenderMgr;
 class DzScene;
 class DzStyle;
+class DzUndoStack;
 
 namespace openhost {
 
@@ -41,6 +42,7 @@ struct AppParts {
     std::unique_ptr<ProgressDisplay> progressDisplay; ///< none headless
     std::unique_ptr<DzPluginMgr> pluginMgr;
     std::unique_ptr<DzScene> scene;
+    std::unique_ptr<DzUndoStack> undoStack;
     std::unique_ptr<DzExportMgr> exportMgr;
     std::unique_ptr<DzImportMgr> importMgr;
     std::unique_ptr<DzAssetMgr> assetMgr;

@@ -51,6 +51,8 @@ public:
     explicit Pipeline(DzObject& object);
     ~Pipeline();
 
+    /// Gives a new morph its place in the sum of all; one that comes back has its own.
+    void numberMorph(DzMorph& morph);
     void morphAdded(DzMorph& morph);
     void morphRemoved(DzMorph& morph);
     void morphChanged(DzMorph& morph, bool deltasToo);
