@@ -429,12 +429,13 @@ void DzScene::beginLoad()
 void DzScene::endLoad()
 {
     Q_ASSERT(_impl->loading > 0);
+    if (--_impl->loading == 0)
+        emit sceneLoaded();
+    // Also what listeners do with what came is part of the step.
     if (_impl->heldLoads > 0) {
         --_impl->heldLoads;
         dzUndoStack->accept();
     }
-    if (--_impl->loading == 0)
-        emit sceneLoaded();
 }
 
 DzTime DzScene::getTime() const

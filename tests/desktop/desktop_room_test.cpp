@@ -8,7 +8,9 @@
 #include <dzfloatproperty.h>
 #include <dzscene.h>
 #include <dzscript.h>
+#include <dzundostack.h>
 
+#include <QApplication>
 
 namespace {
 
@@ -37,6 +39,19 @@ TEST_F(DesktopRoom, a_figure_with_room_or_a_place_of_its_own_stays)
     DzFigure& first = openFigure(sourceFile);
     first.getXPosControl()->setValue(500.0f);
     EXPECT_EQ(placeOf(openFigure(targetFile)), 0.0f);
+}
+
+TEST_F(DesktopRoom, one_step_back_takes_the_second_figure_away)
+{
+    openFigure(sourceFile);
+    QApplication::processEvents();
+    openFigure(targetFile);
+    QApplication::processEvents();
+    dzUndoStack->undo();
+    EXPECT_EQ(dzScene->getNumSkeletons(), 1);
+    dzUndoStack->redo();
+    ASSERT_EQ(dzScene->getNumSkeletons(), 2);
+    EXPECT_GT(placeOf(*dzScene->getSkeleton(1)), 0.0f);
 }
 
 TEST_F(DesktopRoom, scripts_find_their_figures_where_they_load_them)
