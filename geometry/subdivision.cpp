@@ -106,13 +106,16 @@ struct Subdivision::Impl {
         const std::lock_guard lock(stepsMutex);
         steps.resize(levels.size());
         const auto first = static_cast<std::size_t>(coarse) + 1;
+        // Kept when all are whole: work that is cancelled ends within them, too.
+        std::vector<std::shared_ptr<const FitStep>> made = steps;
         // A thread that waits meanwhile must not take up other work, which could want the same lock.
         tbb::this_task_arena::isolate([&] {
             tbb::parallel_for(first, static_cast<std::size_t>(fine) + 1, [&](std::size_t i) {
-                if (!steps[i])
-                    steps[i] = std::make_shared<const FitStep>(levels[i].rows);
+                if (!made[i])
+                    made[i] = std::make_shared<const FitStep>(levels[i].rows);
             });
         });
+        steps = std::move(made);
         return {steps.begin() + coarse + 1, steps.begin() + fine + 1};
     }
 };

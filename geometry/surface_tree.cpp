@@ -232,7 +232,8 @@ struct SurfaceTree::Impl {
                         square = own;
                         least = k;
                     }
-                if (!(double(square) <= best))
+                // With no bound, infinity would not be too far.
+                if (std::isinf(square) || !(double(square) <= best))
                     return isNearer;
                 squares[least % 2][least / 2] = INFINITY;
                 isNearer |= consider(block * FanBlocks::blockSize + least / 2, least % 2);

@@ -183,8 +183,16 @@ void PreferencesDialog::fill(const Preferences& preferences, int page)
 
 void PreferencesDialog::resetPage()
 {
-    const int page = _pages->currentIndex();
-    fill(Preferences(), page);
+    // What a variable of the environment sets is not to be changed here.
+    Preferences defaults;
+    const Preferences present = preferences();
+    if (!_folders->isEnabled())
+        defaults.contentFolders = present.contentFolders;
+    if (!_name->isEnabled())
+        defaults.author = present.author;
+    if (!_threads->isEnabled())
+        defaults.threads = present.threads;
+    fill(defaults, _pages->currentIndex());
 }
 
 Preferences PreferencesDialog::preferences() const

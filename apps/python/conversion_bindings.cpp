@@ -70,8 +70,10 @@ std::vector<std::string> Assignments(const py::dict& values)
 std::string Shown(const py::handle& value)
 {
     constexpr std::size_t longest = 60;
-    const auto text = py::repr(value).cast<std::string>();
-    return text.size() > longest ? text.substr(0, longest) + "..." : text;
+    const py::str text = py::repr(value);
+    if (py::len(text) <= longest)
+        return text;
+    return text[py::slice(0, longest, 1)].cast<std::string>() + "..."; // of characters, not of bytes
 }
 
 /// Of any mapping; empty for None.

@@ -161,7 +161,8 @@ public:
         if (!_isOut || !_modifier)
             return;
         openhost::SetHeldByUndo(*_modifier, false);
-        openhost::LetGoOf(_modifier);
+        if (!_modifier->getObject()) // somebody may have put it back by hand
+            openhost::LetGoOf(_modifier);
     }
     void undo() override { _isEntry ? takeOut() : putBack(); }
     void redo() override { _isEntry ? putBack() : takeOut(); }
@@ -194,7 +195,7 @@ private:
     }
     void putBack()
     {
-        if (!_isOut || !_object || !_modifier)
+        if (!_isOut || !_object || !_modifier || _modifier->getObject())
             return;
         _isOut = false;
         openhost::SetHeldByUndo(*_modifier, false);
@@ -213,6 +214,7 @@ DzError DzObject::addModifier(DzModifier* modifier, int index)
         return DZ_NULL_POINTER_ERROR;
     if (modifier->_modifier->object)
         return DZ_ILLEGAL_ARGUMENT_ERROR;
+    openhost::SetHeldByUndo(*modifier, false);
     auto* const morph = qobject_cast<DzMorph*>(modifier);
     if (morph && openhost::IsWatched() && !openhost::Allows(openhost::Operation::AddMorph, morph->getName()))
         return DZ_OPERATION_FAILED_ERROR;

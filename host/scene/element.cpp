@@ -190,7 +190,8 @@ public:
         if (!_isOut || !_property)
             return;
         openhost::SetHeldByUndo(*_property, false);
-        openhost::LetGoOf(_property);
+        if (!_property->getOwner()) // somebody may have put it back by hand
+            openhost::LetGoOf(_property);
     }
     void undo() override { _isEntry ? takeOut() : putBack(); }
     void redo() override { _isEntry ? putBack() : takeOut(); }
@@ -215,7 +216,7 @@ private:
     }
     void putBack()
     {
-        if (!_isOut || !_element || !_property)
+        if (!_isOut || !_element || !_property || _property->getOwner())
             return;
         Impl& impl = *_element->_impl;
         _isOut = false;
@@ -250,6 +251,7 @@ DzError DzElement::insertProperty(DzProperty* property, bool isPrivate)
         return DZ_ILLEGAL_ARGUMENT_ERROR;
     if (_impl->byName.contains(property->getName()))
         return DZ_DUPLICATE_NAME_ERROR;
+    openhost::SetHeldByUndo(*property, false);
     (isPrivate ? _impl->privateProperties : _impl->properties).append(property);
     _impl->byName.insert(property->getName(), property);
     property->setOwner(this, isPrivate);

@@ -42,7 +42,8 @@ public:
         if (!_isOut || !_root)
             return;
         setOut(false);
-        if (dzScene)
+        // Somebody may have put it back by hand.
+        if (dzScene && !_root->isInScene() && !_root->getNodeParent())
             dzScene->discard(_root);
     }
     void undo() override { _isEntry ? takeOut() : putBack(); }
@@ -102,7 +103,7 @@ private:
 
     void putBack()
     {
-        if (!_isOut || !_root || (_hadParent && !_parent))
+        if (!_isOut || !_root || (_hadParent && !_parent) || _root->isInScene())
             return;
         setOut(false);
         if (_parent) {

@@ -47,6 +47,19 @@ struct Level {
     QString beyond;                             ///< what cannot be taken back
 };
 
+/// As long as it lives; put back also when something is thrown.
+class Replaying {
+public:
+    Replaying(bool& state, bool is) : _state(state), _was(std::exchange(state, is)) {}
+    ~Replaying() { _state = _was; }
+    Replaying(const Replaying&) = delete;
+    Replaying& operator=(const Replaying&) = delete;
+
+private:
+    bool& _state;
+    bool _was;
+};
+
 } // namespace
 
 struct DzUndoStack::Impl {
@@ -55,7 +68,8 @@ struct DzUndoStack::Impl {
     int runningActions = 0;
     bool isRecording = false;
     bool isReplaying = false;
-    bool isSettling = false; ///< settle() is due
+    bool isSettling = false;    ///< settle() is due
+    bool isToBeCleared = false; ///< when the replay has ended
     int pauses = 0;
     std::shared_ptr<const Selection> selection; ///< the present one; null when it is to be read again
     QSet<const QObject*> held;
@@ -120,15 +134,14 @@ public:
     {
         DzUndoStack::Impl& impl = *Of();
         Q_ASSERT(impl.levels.size() == 1);
-        // What is cut off is part of the step.
-        for (const QPointer<DzNode>& root : std::exchange(impl.levels.front().left, {}))
-            if (root)
-                CutOff(*root);
+        CutOffLeft(impl.levels.front()); // part of the step
         Level level = std::move(impl.levels.front());
         impl.levels.clear();
+        if (!impl.isRecording)
+            return;
         if (!level.beyond.isEmpty())
             return Restart(std::move(level));
-        if (level.changes.empty() || !impl.isRecording)
+        if (level.changes.empty())
             return;
         Push(std::move(level), caption);
     }
@@ -147,27 +160,29 @@ public:
     static void Replay(const std::function<void()>& replay)
     {
         DzUndoStack::Impl& impl = *Of();
-        impl.isReplaying = true;
-        replay();
-        dzScene->rootsChanged();
-        impl.isReplaying = false;
+        {
+            const Replaying replaying(impl.isReplaying, true);
+            replay();
+            dzScene->rootsChanged();
+        }
+        // Listeners may have asked for it meanwhile.
+        if (std::exchange(impl.isToBeCleared, false))
+            dzUndoStack->clear();
     }
 
     /// Takes back what the innermost level has done, and closes it.
     static void Cancel()
     {
         DzUndoStack::Impl& impl = *Of();
-        for (const QPointer<DzNode>& root : std::exchange(impl.levels.back().left, {}))
-            if (root)
-                CutOff(*root);
-        const Level level = std::move(impl.levels.back());
+        CutOffLeft(impl.levels.back());
+        Level level = std::move(impl.levels.back());
         impl.levels.pop_back();
         Replay([&level] {
             UndoAll(level.changes);
             level.selection->restore();
         });
         if (!level.beyond.isEmpty())
-            Tell(level.beyond, "this is not taken back");
+            PassOn(std::move(level));
         emit dzUndoStack->changed();
     }
 
@@ -187,7 +202,29 @@ public:
             outer.beyond = inner.beyond;
     }
 
+    /// What has come back to the scene meanwhile keeps its links.
+    static void CutOffLeft(Level& level)
+    {
+        for (const QPointer<DzNode>& root : std::exchange(level.left, {}))
+            if (root && !root->isInScene())
+                CutOff(*root);
+    }
+
 private:
+    /// Of a level that was taken back, as far as that could be.
+    static void PassOn(Level level)
+    {
+        DzUndoStack::Impl& impl = *Of();
+        if (!impl.levels.empty()) {
+            if (impl.levels.back().beyond.isEmpty())
+                impl.levels.back().beyond = level.beyond;
+        } else if (impl.isRecording) {
+            Restart(std::move(level));
+        } else {
+            Tell(level.beyond, "this is not taken back");
+        }
+    }
+
     static void Tell(const QString& what, const char* how)
     {
         Report({base::Severity::Note, {}, what.toStdString(), how});
@@ -287,12 +324,16 @@ void RecordBeyondUndo(const DzElement* element, const QString& what)
 Changes Captured(const std::function<void()>& work)
 {
     auto& impl = *UndoAccess::Of();
-    const bool wasReplaying = std::exchange(impl.isReplaying, false);
+    const Replaying paused(impl.isReplaying, false);
     UndoAccess::Open(Level::Hold);
-    work();
+    try {
+        work();
+    } catch (...) {
+        impl.levels.pop_back();
+        throw;
+    }
     Changes changes = std::move(impl.levels.back().changes);
     impl.levels.pop_back();
-    impl.isReplaying = wasReplaying;
     return changes;
 }
 
@@ -561,15 +602,16 @@ bool DzUndoStack::redo()
 
 void DzUndoStack::clear()
 {
+    if (_impl->isReplaying) {
+        _impl->isToBeCleared = true;
+        return;
+    }
     for (Level& level : _impl->levels) {
-        for (const QPointer<DzNode>& root : std::exchange(level.left, {}))
-            if (root)
-                openhost::CutOff(*root);
+        UndoAccess::CutOffLeft(level);
         Level emptied;
         emptied.kind = level.kind;
         emptied.caption = level.caption;
         emptied.edited = level.edited;
-        emptied.beyond = level.beyond;
         emptied.selection = level.selection;
         level = std::move(emptied);
     }

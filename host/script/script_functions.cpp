@@ -204,15 +204,17 @@ QScriptValue BeginUndo(QScriptContext*, QScriptEngine* engine)
     return engine->undefinedValue();
 }
 
-QScriptValue AcceptUndo(QScriptContext* context, QScriptEngine*)
+QScriptValue AcceptUndo(QScriptContext* context, QScriptEngine* engine)
 {
+    if (!ScriptSession::Of(engine).hasHold())
+        return QScriptValue(false);
     const QScriptValue caption = context->argument(0);
     return QScriptValue(dzUndoStack->accept(caption.isUndefined() ? QString() : caption.toString()));
 }
 
-QScriptValue CancelUndo(QScriptContext*, QScriptEngine*)
+QScriptValue CancelUndo(QScriptContext*, QScriptEngine* engine)
 {
-    return QScriptValue(dzUndoStack->cancel());
+    return QScriptValue(ScriptSession::Of(engine).hasHold() && dzUndoStack->cancel());
 }
 
 const ScriptFunction hostFunctions[] = {

@@ -264,6 +264,11 @@ void ScriptSession::StopAll()
     g_stop = 1;
 }
 
+bool ScriptSession::hasHold() const
+{
+    return OpenHolds() > _holds;
+}
+
 bool IsScriptRunning()
 {
     return g_running > 0;

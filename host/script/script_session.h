@@ -58,6 +58,9 @@ public:
 
     SignalGuard& signalGuard() { return _signalGuard; }
 
+    /// Of the undo stack, begun by the script itself and still open.
+    bool hasHold() const;
+
     /// Ends the run here and now, past all that would catch an error.
     void exit(int status);
     /// The engine forgets that it is to end when it comes back from code that was run within other code.

@@ -81,10 +81,13 @@ struct ContentScan::Impl {
     void run()
     {
         for (const QString& directory : directories) {
-            QDirIterator iterator(directory, QStringList(QLatin1String(userFilePattern)), QDir::Files,
-                                  QDirIterator::Subdirectories);
+            // All files, since to the next one of a pattern it may be far, and the end is asked for in
+            // between.
+            QDirIterator iterator(directory, QDir::Files, QDirIterator::Subdirectories);
             while (!isToEnd && iterator.hasNext())
-                add(iterator.next());
+                if (const QString path = iterator.next();
+                    QDir::match(QLatin1String(userFilePattern), iterator.fileName()))
+                    add(path);
         }
         tell([this] { isThrough = true; });
     }

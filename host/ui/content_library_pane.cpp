@@ -90,7 +90,7 @@ void DzContentLibraryPane::fillTree()
         addFolder(*_tree->invisibleRootItem(), QFileInfo(directory).fileName(), directory);
     if (_tree->topLevelItemCount() == 1)
         _tree->topLevelItem(0)->setExpanded(true);
-    if (!chosen.isEmpty() && browseTo(chosen))
+    if (!chosen.isEmpty() && chooseFolder(chosen))
         _list->selectFiles(selected);
     else
         showFiles();
@@ -144,6 +144,14 @@ QTreeWidgetItem* DzContentLibraryPane::childOf(QTreeWidgetItem& item, const QStr
 
 bool DzContentLibraryPane::browseTo(const QString& folder)
 {
+    if (!chooseFolder(folder))
+        return false;
+    _finder->clear(); // shows the files
+    return true;
+}
+
+bool DzContentLibraryPane::chooseFolder(const QString& folder)
+{
     QTreeWidgetItem* item = childOf(*_tree->invisibleRootItem(), folder);
     while (item && item->data(0, pathRole).toString() != folder) {
         addSubfolders(item);
@@ -154,7 +162,6 @@ bool DzContentLibraryPane::browseTo(const QString& folder)
     for (QTreeWidgetItem* above = item->parent(); above; above = above->parent())
         above->setExpanded(true);
     _tree->setCurrentItem(item);
-    _finder->clear(); // shows the files
     return true;
 }
 

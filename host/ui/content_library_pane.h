@@ -47,6 +47,7 @@ private:
     QTreeWidgetItem* addFolder(QTreeWidgetItem& parent, const QString& name, const QString& path);
     QTreeWidgetItem* childOf(QTreeWidgetItem& item, const QString& path);
     bool browseTo(const QString& folder);
+    bool chooseFolder(const QString& folder);
 
     openhost::PaneRefresh* _refresh;
     QTreeWidget* _tree = nullptr; ///< null until it is needed, as the list

@@ -45,9 +45,9 @@ void DialMenu::update()
 
 void DialMenu::memorize()
 {
-    const Dials dials = _dials();
-    MemorizeDials(dials);
-    emit told(tr("The values of %1 dials are memorized.").arg(dials.size()));
+    const int count = MemorizeDials(_dials());
+    emit told(count == 1 ? tr("The value of 1 dial is memorized.")
+                         : tr("The values of %1 dials are memorized.").arg(count));
 }
 
 void DialMenu::restore()

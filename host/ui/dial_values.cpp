@@ -7,6 +7,7 @@
 #include "dznode.h"
 #include "dznumericproperty.h"
 #include "dzpropertygrouptree.h"
+#include "dzundostack.h"
 
 #include <QCoreApplication>
 #include <QHash>
@@ -58,7 +59,29 @@ void Set(DzNumericProperty& dial, double raw, DialReport& report)
     dial.setDoubleRawValue(raw);
     dial.finishEdit();
     ++report.set;
+    if (dial.getDoubleRawValue() != raw)
+        report.held.append(dial.getLabel());
 }
+
+/// What is done to many dials, as one step to take back.
+class OneStep {
+public:
+    explicit OneStep(const QString& caption) : _caption(caption)
+    {
+        if (dzUndoStack)
+            dzUndoStack->beginHold();
+    }
+    ~OneStep()
+    {
+        if (dzUndoStack)
+            dzUndoStack->accept(_caption);
+    }
+    OneStep(const OneStep&) = delete;
+    OneStep& operator=(const OneStep&) = delete;
+
+private:
+    QString _caption;
+};
 
 /// What another figure's dial of the same meaning is called too.
 QString NameOf(const DzProperty& dial)
@@ -67,14 +90,21 @@ QString NameOf(const DzProperty& dial)
     return modifier ? modifier->getName() : dial.getName();
 }
 
+/// Its place, and how it is shown.
+bool IsOfNodeItself(const DzProperty& dial)
+{
+    const QString path = dial.getPath();
+    return qobject_cast<const DzNode*>(dial.getOwner()) &&
+           (path.startsWith(QLatin1String("/General")) || path.startsWith(QLatin1String("/Display")));
+}
+
 /// Those that make up the node's shape.
 std::vector<DzNumericProperty*> ShapeDials(const DzNode& node)
 {
     std::vector<DzNumericProperty*> dials;
     for (QObject* const object : node.getPropertyGroups()->getAllProperties()) {
         auto* const dial = qobject_cast<DzNumericProperty*>(object);
-        const bool isPlace = dial && dial->getPath().startsWith(QLatin1String("/General"));
-        if (dial && !isPlace && !dial->isPrivate())
+        if (dial && !dial->isPrivate() && !IsOfNodeItself(*dial))
             dials.push_back(dial);
     }
     return dials;
@@ -108,6 +138,8 @@ QString DialReport::text() const
     QStringList sentences{set == 1 ? Tr("1 dial was set.") : Tr("%1 dials were set.").arg(set)};
     if (!locked.isEmpty())
         sentences << Tr("Locked, and left as they are: %1.").arg(Listed(locked));
+    if (!held.isEmpty())
+        sentences << Tr("Held within their limits: %1.").arg(Listed(held));
     if (!missing.isEmpty())
         sentences << Tr("Not on this figure: %1.").arg(Listed(missing));
     return sentences.join(QLatin1Char(' '));
@@ -115,6 +147,7 @@ QString DialReport::text() const
 
 DialReport ResetDials(const Dials& dials)
 {
+    const OneStep step(Tr("Reset Dials"));
     DialReport report;
     for (const QPointer<DzProperty>& property : dials)
         if (auto* const dial = qobject_cast<DzNumericProperty*>(property.data()))
@@ -122,11 +155,15 @@ DialReport ResetDials(const Dials& dials)
     return report;
 }
 
-void MemorizeDials(const Dials& dials)
+int MemorizeDials(const Dials& dials)
 {
+    int count = 0;
     for (const QPointer<DzProperty>& property : dials)
-        if (const DzNumericProperty* const dial = Number(property))
+        if (const DzNumericProperty* const dial = Number(property)) {
             AllMemorized()[dial] = {dial, dial->getDoubleRawValue()};
+            ++count;
+        }
+    return count;
 }
 
 bool IsMemorized(const DzProperty& property)
@@ -137,6 +174,7 @@ bool IsMemorized(const DzProperty& property)
 
 DialReport RestoreDials(const Dials& dials)
 {
+    const OneStep step(Tr("Restore Dials"));
     DialReport report;
     for (const QPointer<DzProperty>& property : dials) {
         auto* const dial = qobject_cast<DzNumericProperty*>(property.data());
@@ -166,6 +204,7 @@ bool IsShape(const QByteArray& text)
 
 DialReport PasteShape(const QByteArray& text, DzNode& node)
 {
+    const OneStep step(Tr("Paste Shape"));
     DialReport report;
     QHash<QString, double> values;
     QHash<QString, QString> labels;

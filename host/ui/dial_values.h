@@ -24,6 +24,7 @@ bool IsChanged(const DzProperty& property);
 struct DialReport {
     int set = 0;
     QStringList locked;  ///< labels
+    QStringList held;    ///< labels of those that did not get the whole value
     QStringList missing; ///< labels of a shape's dials that the figure does not have
     QString text() const;
 };
@@ -31,7 +32,8 @@ struct DialReport {
 /// To the values that the dials have by themselves.
 DialReport ResetDials(const Dials& dials);
 /// Kept until the program ends or the dial goes.
-void MemorizeDials(const Dials& dials);
+/// @return how many there are
+int MemorizeDials(const Dials& dials);
 bool IsMemorized(const DzProperty& property);
 /// Those that were memorized; the others stay.
 DialReport RestoreDials(const Dials& dials);

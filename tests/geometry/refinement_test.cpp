@@ -17,7 +17,7 @@ constexpr std::uint32_t sourceCount = 400;
 std::vector<std::vector<SparseRows::Entry>> RandomRows(unsigned seed, int kinds)
 {
     std::mt19937 random(seed);
-    std::vector<std::vector<SparseRows::Entry>> rows(5000);
+    std::vector<std::vector<SparseRows::Entry>> rows(40000); // for several threads
     for (auto& row : rows)
         for (std::uint32_t k = 0; k < 1 + random() % 9; ++k)
             // The last source is one that nothing uses.

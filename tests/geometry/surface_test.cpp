@@ -198,6 +198,18 @@ TEST(ClosestPoint, does_not_hang_on_where_the_search_starts)
     }
 }
 
+TEST(SurfaceTree, finds_what_a_filter_leaves_of_a_dense_mesh_without_a_bound)
+{
+    const PolygonMesh grid = shapes::Grid(330, 10.0f);
+    const SurfaceTree tree(grid.view());
+    const std::uint32_t last = static_cast<std::uint32_t>(tree.triangles().count()) - 1;
+    const auto accept = [last](std::uint32_t triangle, const SurfacePoint&) { return triangle == last; };
+    EXPECT_EQ(tree.closestPoint({5, 5, 5}, INFINITY, accept).triangle, last);
+    EXPECT_FALSE(
+        tree.closestPoint({5, 5, 5}, INFINITY, [](std::uint32_t, const SurfacePoint&) { return false; })
+            .isValid());
+}
+
 TEST(FirstHit, is_the_same_through_fine_meshes)
 {
     const SurfaceTree fine(FineMeshes()[1].view());

@@ -163,7 +163,7 @@ TEST(DetailFile, that_is_damaged_is_refused_with_a_sentence)
     EXPECT_EQ(RefusalOf(With(good, 20, 2)), "x.dhdm: level 1 is numbered 2 or too fine");
     EXPECT_EQ(RefusalOf(With(good, 24, 0xFFFFFFFF)), "x.dhdm: level 1 is larger than the file");
     EXPECT_EQ(RefusalOf(With(good, 28, 21)), "x.dhdm: level 1 has 22 bytes instead of 21");
-    EXPECT_EQ(RefusalOf(With(good, 32, 4)), "x.dhdm: level 1 holds 1 edits of face 4");
+    EXPECT_EQ(RefusalOf(With(good, 32, 4)), "x.dhdm: level 1 holds 1 edit of face 4");
     EXPECT_EQ(RefusalOf(With(good, 36, 2)), "x.dhdm: level 1 holds 2 edits of face 1");
     EXPECT_EQ(RefusalOf(With(good, 40, 0x7F800000)), "x.dhdm: level 1 has a broken edit of face 1");
     std::string longer = good;

@@ -396,6 +396,87 @@ TEST_F(Undo, knows_when_the_scene_is_as_it_was_saved)
     EXPECT_FALSE(dzUndoStack->isClean());
 }
 
+TEST_F(Undo, leaves_alone_what_somebody_put_back_by_hand)
+{
+    DzNode* const figure = AddShaped("Figure");
+    DzNode* const other = AddNode("Other");
+    DzObject& object = *figure->getObject();
+    DzMorph* const morph = NewMorph("Wide", 3);
+    DzFloatProperty* const dial = AddDial(*figure, "Height");
+    object.addModifier(morph);
+    EndStep();
+    object.removeModifier(morph);
+    figure->removeProperty(dial);
+    dzScene->removeNode(other);
+    EndStep();
+    object.addModifier(morph);
+    figure->addProperty(dial);
+    figure->addNodeChild(other);
+    EndStep();
+    for (int k = 0; k < 2; ++k)
+        ASSERT_TRUE(dzUndoStack->undo());
+    EXPECT_EQ(morph->getObject(), &object);
+    EXPECT_FALSE(other->getNodeParent());
+    for (int k = 0; k < 2; ++k)
+        ASSERT_TRUE(dzUndoStack->redo());
+    dzUndoStack->clear();
+    TestHost().purge();
+    EXPECT_EQ(object.findModifier(QStringLiteral("Wide")), morph);
+    EXPECT_EQ(figure->findProperty(QStringLiteral("Height")), dial);
+    EXPECT_EQ(dzScene->findNodeByLabel(QStringLiteral("Other")), other);
+}
+
+TEST_F(Undo, keeps_the_links_of_what_goes_and_comes_back_in_one_step)
+{
+    DzFloatProperty* const driver = AddDial(*AddNode("Driver"), "Drive");
+    DzFloatProperty* const driven = AddDial(*AddNode("Driven"), "Follow");
+    driven->insertController(new DzERCLink(driver, 2.0, 0.0));
+    driver->setValue(1.0f);
+    EndStep();
+    DzNode* const node = static_cast<DzNode*>(driver->getOwner());
+    dzScene->removeNode(node);
+    dzScene->addNode(node);
+    EndStep();
+    driver->setValue(0.25f);
+    EXPECT_FLOAT_EQ(driven->getValue(), 0.5f);
+}
+
+TEST_F(Undo, can_be_told_to_forget_while_a_step_is_taken_back)
+{
+    DzScript script;
+    script.setCode(QStringLiteral("Scene.addNode(new DzNode()); UndoStack.beginHold(); UndoStack.accept();"
+                                  "Scene.nodeRemoved.connect(function() { UndoStack.clear(); });"
+                                  "var undone = UndoStack.undo();"
+                                  "[undone, UndoStack.canUndo(), UndoStack.canRedo()].join()"));
+    ASSERT_TRUE(script.execute()) << script.errorMessage().toStdString();
+    EXPECT_EQ(script.result().toString(), QStringLiteral("true,false,false"));
+}
+
+TEST_F(Undo, takes_nothing_back_over_what_cannot_be)
+{
+    DzNode* const figure = AddShaped("Figure");
+    figure->getObject()->addModifier(NewMorph("Wide", 3));
+    EndStep();
+    dzUndoStack->beginHold();
+    figure->setObject(new DzObject);
+    dzUndoStack->cancel();
+    EXPECT_FALSE(dzUndoStack->canUndo());
+}
+
+TEST_F(Undo, leaves_the_holds_of_others_to_them)
+{
+    DzFloatProperty* const dial = AddDial(*AddNode("Figure"), "Height");
+    EndStep();
+    dzUndoStack->beginHold();
+    dial->setValue(0.5f);
+    DzScript script;
+    script.setCode(QStringLiteral("[acceptUndo(), cancelUndo()].join()"));
+    ASSERT_TRUE(script.execute());
+    EXPECT_EQ(script.result().toString(), QStringLiteral("false,false"));
+    EXPECT_TRUE(dzUndoStack->cancel());
+    EXPECT_EQ(dial->getValue(), 0.0f);
+}
+
 TEST_F(Undo, serves_scripts)
 {
     DzFloatProperty* const dial = AddDial(*AddNode("Figure"), "Height");
