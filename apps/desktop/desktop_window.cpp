@@ -56,6 +56,18 @@ QDockWidget* DockOf(DzMainWindow& window, const char* paneClass)
     return pane ? qobject_cast<QDockWidget*>(pane->parentWidget()) : nullptr;
 }
 
+/// The list with what was added to another one, and without what was taken out of that.
+QStringList WithChanges(QStringList list, const QStringList& before, const QStringList& after)
+{
+    for (const QString& entry : before)
+        if (!after.contains(entry))
+            list.removeAll(entry);
+    for (const QString& entry : after)
+        if (!before.contains(entry) && !list.contains(entry))
+            list.append(entry);
+    return list;
+}
+
 /// Figures and props, not their bones.
 void SelectAll()
 {
@@ -317,10 +329,11 @@ void DesktopWindow::makeSamples()
     const QString folder = MakeSampleLibrary(_window);
     if (folder.isEmpty())
         return;
-    Preferences now = preferences();
+    const Preferences before = preferences();
+    Preferences now = before;
     if (!now.contentFolders.contains(folder))
         now.contentFolders.append(folder);
-    setPreferences(now);
+    setPreferences(before, now);
     QMessageBox::information(
         &_window, tr("Make the Sample Library"),
         tr("The sample library is in %1, which is a content folder now. Convert a Figure "
@@ -402,12 +415,13 @@ QStringList DesktopWindow::takeContentFolders()
 
 void DesktopWindow::chooseContentFolders()
 {
+    const Preferences before = preferences();
     FoldersDialog dialog(&_window, _contentFolders);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    Preferences now = preferences();
+    Preferences now = before;
     now.contentFolders = dialog.folders();
-    setPreferences(now);
+    setPreferences(before, now);
 }
 
 /// With the content folders that this run has.
@@ -419,9 +433,15 @@ Preferences DesktopWindow::preferences() const
     return all;
 }
 
-void DesktopWindow::setPreferences(const Preferences& wanted)
+void DesktopWindow::setPreferences(Preferences before, const Preferences& wanted)
 {
-    const QStringList troubles = RememberPreferences(preferences(), wanted);
+    // The folders that only this run was started with are not kept for others.
+    Preferences kept = wanted;
+    const QStringList keptFolders = RememberedPreferences().contentFolders;
+    if (before.contentFolders != keptFolders)
+        kept.contentFolders = WithChanges(keptFolders, before.contentFolders, wanted.contentFolders);
+    before.contentFolders = keptFolders;
+    const QStringList troubles = RememberPreferences(before, kept);
     dzApp->setCurrentAuthor(wanted.author);
     ApplyPreferences(wanted);
     if (wanted.contentFolders != _contentFolders) {
@@ -436,9 +456,10 @@ void DesktopWindow::setPreferences(const Preferences& wanted)
 
 void DesktopWindow::choosePreferences()
 {
-    PreferencesDialog dialog(&_window, preferences());
+    const Preferences before = preferences();
+    PreferencesDialog dialog(&_window, before);
     if (dialog.exec() == QDialog::Accepted)
-        setPreferences(dialog.preferences());
+        setPreferences(before, dialog.preferences());
 }
 
 /// The manual is the plug-in's.

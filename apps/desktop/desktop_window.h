@@ -76,7 +76,8 @@ private:
     void chooseContentFolders();
     void choosePreferences();
     Preferences preferences() const;
-    void setPreferences(const Preferences& wanted);
+    /// @param before  what was shown when it was changed
+    void setPreferences(Preferences before, const Preferences& wanted);
     void tellAbout();
 
     DzMainWindow& _window;
