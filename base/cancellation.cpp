@@ -3,6 +3,8 @@
 
 #include "base/cancellation.h"
 
+#include "told_to_end.h"
+
 #include <atomic>
 
 namespace base {
@@ -35,10 +37,15 @@ CancellationSource SetCancellationSource(CancellationSource source) noexcept
     return currentSource.exchange(source);
 }
 
-bool IsCancelled() noexcept
+bool IsToldToEnd() noexcept
 {
     const CancellationSource source = currentSource.load(std::memory_order_relaxed);
-    return source && source() && onTheirWay == 0;
+    return source && source();
+}
+
+bool IsCancelled() noexcept
+{
+    return IsToldToEnd() && onTheirWay == 0;
 }
 
 void ThrowIfCancelled()

@@ -6,6 +6,7 @@
 #include "base/cancellation.h"
 #include "base/errors.h"
 #include "base/reason.h"
+#include "told_to_end.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -60,7 +61,8 @@ void InputFile::waitForBytes() const
 {
     pollfd wanted{_descriptor, POLLIN, 0};
     do
-        ThrowIfCancelled();
+        if (IsToldToEnd())
+            throw Cancelled();
     while (poll(&wanted, 1, static_cast<int>(pause.count())) == 0);
 }
 

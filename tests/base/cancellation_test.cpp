@@ -139,3 +139,19 @@ TEST(FileSet, leaves_all_files_as_they_were_when_it_is_cancelled)
 }
 
 } // namespace
+
+TEST(Cancellation, ends_the_wait_for_bytes_that_may_never_come_also_beside_another_end)
+{
+    const ScratchFolder folder;
+    const std::filesystem::path pipe = folder.path() / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    base::InputFile file(pipe);
+    const int writer = open(pipe.c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_GE(writer, 0);
+    const auto before = base::SetCancellationSource([] { return true; });
+    const base::Cancelled ofAnotherThread;
+    char byte = 0;
+    EXPECT_THROW(file.read(&byte, 1), base::Cancelled);
+    base::SetCancellationSource(before);
+    close(writer);
+}

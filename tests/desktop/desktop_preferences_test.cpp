@@ -138,6 +138,22 @@ TEST_F(PreferencesTest, are_those_of_the_command_line_where_it_has_them)
     EXPECT_EQ(all.contentFolders, QStringList{TestFolder()});
 }
 
+TEST_F(PreferencesTest, keep_no_folders_for_others_that_one_run_was_started_with)
+{
+    config({QStringLiteral("set"), QStringLiteral("content"), TestFolder()});
+    start();
+    ASSERT_EQ(smallLibrary().contentFolders.size(), 1u);
+    change([](QWidget& dialog) {
+        open(dialog, Folders);
+        for (QListWidget* const list : dialog.findChildren<QListWidget*>())
+            if (list->objectName() != QLatin1String("Pages"))
+                list->setCurrentRow(0);
+        QTest::mouseClick(FindButton(dialog, "Remove"), Qt::LeftButton);
+    });
+    EXPECT_EQ(dzApp->getContentMgr()->getNumContentDirectories(), 0);
+    EXPECT_EQ(desktop::RememberedPreferences().contentFolders, QStringList{TestFolder()});
+}
+
 TEST_F(PreferencesTest, have_what_earlier_versions_kept_apart)
 {
     desktop::RememberContentFolders({QStringLiteral("/old/library")});
