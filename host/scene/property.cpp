@@ -488,7 +488,8 @@ public:
         if (!_isOut || !_link)
             return;
         openhost::SetHeldByUndo(*_link, false);
-        delete _link;
+        if (!_link->getOwner()) // somebody may have put it back by hand
+            delete _link;
     }
     void undo() override { _isEntry ? takeOut() : putBack(); }
     void redo() override { _isEntry ? putBack() : takeOut(); }

@@ -426,6 +426,21 @@ TEST_F(Undo, leaves_alone_what_somebody_put_back_by_hand)
     EXPECT_EQ(dzScene->findNodeByLabel(QStringLiteral("Other")), other);
 }
 
+TEST_F(Undo, leaves_a_link_alone_that_somebody_put_back_by_hand)
+{
+    DzFloatProperty* const driver = AddDial(*AddNode("Driver"), "Drive");
+    DzFloatProperty* const driven = AddDial(*AddNode("Driven"), "Follow");
+    auto* const link = new DzERCLink(driver, 2.0, 0.0);
+    driven->insertController(link);
+    EndStep();
+    driven->deleteController(link);
+    EndStep();
+    driven->insertController(link);
+    EndStep();
+    dzUndoStack->clear();
+    EXPECT_EQ(driven->getController(0), link);
+}
+
 TEST_F(Undo, keeps_the_links_of_what_goes_and_comes_back_in_one_step)
 {
     DzFloatProperty* const driver = AddDial(*AddNode("Driver"), "Drive");
