@@ -337,10 +337,10 @@ void PictureStage::findFree(base::Span<const Ray> rays, float from, float to, st
         const std::size_t count = std::min(packetSize, rays.size() - first);
         alignas(32) std::array<int, packetSize> isAsked{};
         RTCRay8 packet;
-        for (std::size_t i = 0; i < count; ++i) {
-            isAsked[i] = -1;
-            SetRay(rays[first + i], from, to, i, &packet);
-        }
+        std::fill_n(isAsked.begin(), count, -1);
+        // Where a processor has no packets as large, Embree looks at the places not asked about as well.
+        for (std::size_t i = 0; i < packetSize; ++i)
+            SetRay(rays[first + std::min(i, count - 1)], from, to, i, &packet);
         rtcOccluded8(isAsked.data(), _impl->scene.get(), &context, &packet);
         for (std::size_t i = 0; i < count; ++i)
             areFree[first + i] = packet.tfar[i] >= 0.0f;
