@@ -58,6 +58,31 @@ std::vector<Vec3f> HemisphereDirections(std::uint32_t count)
 
 } // namespace
 
+/// Of what is asked about a surface.
+struct ShadowTracer::WantedRays {
+    bool around;
+    std::array<bool, lampCount> toLamps;
+
+    bool any() const
+    {
+        return around || std::any_of(toLamps.begin(), toLamps.end(), [](bool b) { return b; });
+    }
+    static WantedRays All()
+    {
+        WantedRays all{true, {}};
+        all.toLamps.fill(true);
+        return all;
+    }
+    /// Where not all rays found the same.
+    static WantedRays WhereUneven(const RaySums& found)
+    {
+        WantedRays uneven{found.open != found.shares, {}};
+        for (std::size_t l = 0; l < lampCount; ++l)
+            uneven.toLamps[l] = found.lit[l] != 0.0f && found.lit[l] != found.lampShares[l];
+        return uneven;
+    }
+};
+
 ShadowTracer::ShadowTracer(const PictureView& view)
     : _view(view), _shares(view.samplesPerAxis), _likeness(view),
       _hemisphere(HemisphereDirections(_shares.count() * raysAround))
@@ -76,26 +101,21 @@ struct ShadowTracer::Start {
     SurfaceSample from;
     std::uint32_t share;
     RaySums* sums; ///< receive what its rays find
+    WantedRays wanted;
 };
 
-/// What the own shares of a surface and of those around it that are one with it found.
-struct ShadowTracer::Surroundings {
-    RaySums sums;
-    bool isEven = true; ///< everywhere all is open, and each lamp seen either everywhere or nowhere
+/// Next to an edge, light changes too fast to be taken over from what is left there.
+bool ShadowTracer::Suffice(const RaySums& around)
+{
+    constexpr float all = 15.0f, some = 8.0f; // of 16
+    return around.shares >= (WantedRays::WhereUneven(around).any() ? all : some);
+}
 
-    void add(const RaySums& other, float weight)
-    {
-        sums.add(other, weight);
-        isEven = isEven && other.open == other.shares;
-        for (std::size_t l = 0; l < lampCount; ++l)
-            isEven = isEven && (sums.lit[l] == 0.0f || sums.lit[l] == sums.lampShares[l]);
-    }
-    /// Next to an edge, light changes too fast to be taken over from what is left there.
-    bool suffice() const
-    {
-        constexpr float all = 15.0f, some = 8.0f; // of 16
-        return sums.shares >= (isEven ? some : all);
-    }
+/// A surface whose light cannot be told from its neighbours', and what these found.
+struct ShadowTracer::Alone {
+    int column;
+    std::uint32_t surface; ///< of the row's
+    RaySums around;        ///< own share included
 };
 
 void ShadowTracer::trace(PixelRow& row) const
@@ -107,7 +127,7 @@ void ShadowTracer::trace(PixelRow& row) const
             PixelSurface& surface = row.surfaces[s];
             const std::uint32_t share = RayShares::at(column, row.number);
             starts.push_back({row.samples[surface.firstSample + share % surface.sampleCount],
-                              share % _shares.count(), &surface.own});
+                              share % _shares.count(), &surface.own, WantedRays::All()});
         }
     trace(starts);
 }
@@ -117,14 +137,16 @@ void ShadowTracer::trace(std::vector<Start>& starts) const
     // Neighbours that send the same share, whose rays go nearly the same way, side by side.
     std::stable_sort(starts.begin(), starts.end(),
                      [](const Start& a, const Start& b) { return a.share < b.share; });
-    traceOpenness(starts);
-    std::vector<Start> facing;
+    std::vector<Start> chosen;
+    std::copy_if(starts.begin(), starts.end(), std::back_inserter(chosen),
+                 [](const Start& start) { return start.wanted.around; });
+    traceOpenness(chosen);
     for (std::size_t l = 0; l < lampCount; ++l) {
-        facing.clear();
-        std::copy_if(starts.begin(), starts.end(), std::back_inserter(facing), [&](const Start& start) {
-            return Dot(start.from.normal, _view.light.lamps()[l].direction) > 0.0f;
+        chosen.clear();
+        std::copy_if(starts.begin(), starts.end(), std::back_inserter(chosen), [&](const Start& start) {
+            return start.wanted.toLamps[l] && Dot(start.from.normal, _view.light.lamps()[l].direction) > 0.0f;
         });
-        traceLamp(l, facing);
+        traceLamp(l, chosen);
     }
 }
 
@@ -164,15 +186,16 @@ void ShadowTracer::traceLamp(std::size_t lamp, base::Span<const Start> starts) c
     }
 }
 
-/// Weighted so that each share has as much as in a square of four by four.
-ShadowTracer::Surroundings ShadowTracer::lookAround(base::Span<const PixelRow> rows, std::size_t which,
-                                                    int column, const PixelSurface& surface) const
+/// What the own shares of a surface and of those around it that are one with it found; weighted so that each
+/// share has as much as in a square of four by four.
+RaySums ShadowTracer::lookAround(base::Span<const PixelRow> rows, std::size_t which, int column,
+                                 const PixelSurface& surface) const
 {
     constexpr int reach = 2;
     constexpr float weights[] = {0.5f, 1.0f, 1.0f, 1.0f, 0.5f};
     const float slack = _likeness.slackAt(surface.position);
     const int first = std::max(0, column - reach), last = std::min(_view.width - 1, column + reach);
-    Surroundings found;
+    RaySums found;
     for (int dy = -reach; dy <= reach; ++dy) {
         const std::ptrdiff_t y = static_cast<std::ptrdiff_t>(which) + dy;
         if (y < 0 || y >= static_cast<std::ptrdiff_t>(rows.size()))
@@ -187,39 +210,62 @@ ShadowTracer::Surroundings ShadowTracer::lookAround(base::Span<const PixelRow> r
     return found;
 }
 
-void ShadowTracer::addOtherShares(const PixelRow& row, int column, std::uint32_t s,
-                                  std::vector<Start>& starts, RaySums* sums) const
+void ShadowTracer::addOtherShares(const PixelRow& row, const Alone& one, Part part, WantedRays wanted,
+                                  RaySums* sums, std::vector<Start>& starts) const
 {
-    const PixelSurface& surface = row.surfaces[s];
+    const PixelSurface& surface = row.surfaces[one.surface];
     const auto samples = static_cast<std::uint32_t>(_view.samplesPerAxis * _view.samplesPerAxis);
     // A small part of a pixel needs fewer.
     const std::uint32_t count =
         std::min(_shares.count(), std::max(1u, 2 * _shares.count() * surface.sampleCount / samples));
-    const std::uint32_t own = RayShares::at(column, row.number), step = _shares.count() / count;
-    for (std::uint32_t i = 1; i < count; ++i)
+    const std::uint32_t own = RayShares::at(one.column, row.number), step = _shares.count() / count;
+    const std::uint32_t stride = part == Part::All ? 1 : 2;
+    for (std::uint32_t i = part == Part::Even ? 2 : 1; i < count; i += stride)
         starts.push_back({row.samples[surface.firstSample + (own + i) % surface.sampleCount],
-                          (own + i * step) % _shares.count(), sums});
+                          (own + i * step) % _shares.count(), sums, wanted});
+}
+
+/// Half of the shares tell whether the other half would find anything else.
+void ShadowTracer::traceAlone(const PixelRow& row, std::vector<Alone>& alone,
+                              std::vector<RaySums>& sums) const
+{
+    const Part first = _shares.areTakenOver() ? Part::Even : Part::All;
+    std::vector<Start> starts;
+    for (const Alone& one : alone)
+        addOtherShares(row, one, first, WantedRays::All(), &sums[one.surface], starts);
+    trace(starts);
+    if (first == Part::All)
+        return;
+    starts.clear();
+    for (Alone& one : alone) {
+        one.around.add(sums[one.surface], 1.0f);
+        const WantedRays uneven = WantedRays::WhereUneven(one.around);
+        if (uneven.any())
+            addOtherShares(row, one, Part::Odd, uneven, &sums[one.surface], starts);
+    }
+    trace(starts);
 }
 
 void ShadowTracer::light(base::Span<PixelRow> rows, std::size_t which) const
 {
     PixelRow& row = rows[which];
     std::vector<RaySums> sums(row.surfaces.size());
-    std::vector<Start> starts;
+    std::vector<Alone> alone;
     for (int column = 0; column < _view.width; ++column)
         for (std::uint32_t s = row.firsts[static_cast<std::size_t>(column)];
              s < row.firsts[static_cast<std::size_t>(column) + 1]; ++s) {
             sums[s] = row.surfaces[s].own;
+            RaySums around;
             if (_shares.areTakenOver()) {
-                const Surroundings around = lookAround(rows, which, column, row.surfaces[s]);
-                if (around.suffice()) {
-                    sums[s] = around.sums;
+                around = lookAround(rows, which, column, row.surfaces[s]);
+                if (Suffice(around)) {
+                    sums[s] = around;
                     continue;
                 }
             }
-            addOtherShares(row, column, s, starts, &sums[s]);
+            alone.push_back({column, s, around});
         }
-    trace(starts);
+    traceAlone(row, alone, sums);
     for (std::size_t column = 0; column < row.colors.size(); ++column)
         for (std::uint32_t s = row.firsts[column]; s < row.firsts[column + 1]; ++s) {
             std::array<float, lampCount> lit{};

@@ -24,12 +24,17 @@ public:
     void light(base::Span<PixelRow> rows, std::size_t which) const;
 
 private:
+    struct WantedRays;
     struct Start;
-    struct Surroundings;
-    Surroundings lookAround(base::Span<const PixelRow> rows, std::size_t which, int column,
-                            const PixelSurface& surface) const;
-    void addOtherShares(const PixelRow& row, int column, std::uint32_t s, std::vector<Start>& starts,
-                        RaySums* sums) const;
+    struct Alone;
+    enum class Part { All, Even, Odd }; ///< of a surface's other shares, counted from its own
+
+    static bool Suffice(const RaySums& around);
+    RaySums lookAround(base::Span<const PixelRow> rows, std::size_t which, int column,
+                       const PixelSurface& surface) const;
+    void addOtherShares(const PixelRow& row, const Alone& one, Part part, WantedRays wanted, RaySums* sums,
+                        std::vector<Start>& starts) const;
+    void traceAlone(const PixelRow& row, std::vector<Alone>& alone, std::vector<RaySums>& sums) const;
     void trace(std::vector<Start>& starts) const;
     void traceOpenness(base::Span<const Start> starts) const;
     void traceLamp(std::size_t lamp, base::Span<const Start> starts) const;
