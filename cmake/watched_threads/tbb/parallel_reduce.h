@@ -23,4 +23,10 @@ Value parallel_deterministic_reduce(const Range& range, const Value& identity, c
     return sum;
 }
 
+template <typename Range, typename Value, typename Body, typename Join>
+Value parallel_reduce(const Range& range, const Value& identity, const Body& body, const Join& join)
+{
+    return parallel_deterministic_reduce(range, identity, body, join);
+}
+
 } // namespace tbb
