@@ -8,6 +8,7 @@
 #include "base/input_file.h"
 #include "command.h"
 #include "name_checks.h"
+#include "settings_lock.h"
 
 #include <algorithm>
 #include <charconv>
@@ -248,10 +249,13 @@ void CheckSetting(const SettingKind& kind, const std::vector<std::string>& value
 
 void KeepSetting(const SettingKind& kind, const std::vector<std::string>& values)
 {
-    const std::string text = TextWith(kind, values);
+    CheckSetting(kind, values); // before a folder is made for it
     const fs::path file = SettingsFile();
     base::MakeFolders(file.parent_path());
-    base::WriteFileAtomically(file, text);
+    base::CheckWritable(file);
+    // What others keep meanwhile is in the file that is read now.
+    const SettingsLock lock(file);
+    base::WriteFileAtomically(file, TextWith(kind, values));
 }
 
 } // namespace cli

@@ -50,9 +50,11 @@ private:
     std::vector<std::string> _unknownNames;
 };
 
-/// Puts it into the file, where everything else stays. No values take the setting out.
+/// Puts it into the file, where everything else stays, also what other programs put there at the same time.
+/// No values take the setting out.
 /// @throws UsageError          the values cannot be meant
-/// @throws std::runtime_error  the file is damaged, which leaves it as it is, or cannot be written
+/// @throws std::runtime_error  the file is damaged, which leaves it as it is, or cannot be written, or others
+///                             have been changing it for some seconds
 void KeepSetting(const SettingKind& kind, const std::vector<std::string>& values);
 /// Whether that could be done; does nothing.
 /// @throws as above

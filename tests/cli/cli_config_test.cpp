@@ -2,12 +2,29 @@
 // SPDX-License-Identifier: MIT
 
 #include "cli_expectations.h"
+#include "cli_held_file.h"
 #include "cli_workspace.h"
 #include "tests/plugin/mini_library.h"
 
+#include <chrono>
+#include <csignal>
 #include <filesystem>
+#include <future>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
+
+/// Has the lock of a file until its process ends.
+int HoldLock(const std::string& file)
+{
+    const int descriptor = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    return flock(descriptor, LOCK_EX | LOCK_NB) == 0 ? descriptor : -1;
+}
 
 using nlohmann::json;
 
@@ -32,6 +49,14 @@ struct Config : ::testing::Test {
     {
         std::filesystem::create_directories(workspace.path("config/gantrel"));
         workspace.write("config/gantrel/config.json", text);
+    }
+
+    std::vector<std::string> filesBeside() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(workspace.path("config/gantrel")))
+            names.push_back(entry.path().filename());
+        return names;
     }
 
     /// Of a script that tells in which folder a file of the mini library was found.
@@ -246,4 +271,72 @@ TEST_F(Config, keeps_the_author_whom_saved_morphs_name)
     EXPECT_EQ(authorOf("D", {"--author", "Cleo"}), "Cleo");
     ExpectWrongUse(RunProgram({"convert", "--source", "a.duf", "--target", "b.duf", "--author", "Me"}),
                    "--save-library");
+}
+
+TEST_F(Config, keeps_what_two_programs_set_at_once)
+{
+    writeFile("{}");
+    const auto set = [](const char* name, const std::string& value) {
+        return RunProgram({"config", "set", name, value});
+    };
+    for (int i = 1; i <= 20; ++i) {
+        SCOPED_TRACE(i);
+        const std::string value = std::to_string(i);
+        // Both have started before either can read, so that they go on at the same moment.
+        HeldFile held(file);
+        std::future<ProgramResult> one = std::async(std::launch::async, set, "vendor", value);
+        std::future<ProgramResult> other = std::async(std::launch::async, set, "product", value);
+        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
+        while (std::chrono::steady_clock::now() < end || !held.isWaitedFor())
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        held.letGo();
+        ExpectSuccess(one.get());
+        ExpectSuccess(other.get());
+        const json kept = json::parse(workspace.read("config/gantrel/config.json"));
+        EXPECT_EQ(kept, (json{{"vendor", value}, {"product", value}}));
+    }
+    EXPECT_EQ(filesBeside(), std::vector<std::string>{"config.json"});
+}
+
+TEST_F(Config, does_not_change_what_another_program_is_changing)
+{
+    const std::string text = R"({"vendor": "Me"})";
+    writeFile(text);
+    const int other = HoldLock(file + ".lock");
+    ASSERT_GE(other, 0);
+    ExpectError(RunProgram({"config", "set", "product", "Shapes"}), 1,
+                "Cannot write " + file + ": another program is changing it.");
+    EXPECT_EQ(workspace.read("config/gantrel/config.json"), text);
+    EXPECT_TRUE(workspace.has("config/gantrel/config.json.lock")); // which is the other's
+    EXPECT_EQ(RunProgram({"config", "set", "product", "Shapes", "--dry-run"}).exitCode, 0);
+    EXPECT_EQ(RunProgram({"config"}).exitCode, 0);
+    close(other);
+    ExpectSuccess(RunProgram({"config", "set", "product", "Shapes"}));
+    EXPECT_EQ(filesBeside(), std::vector<std::string>{"config.json"});
+}
+
+TEST_F(Config, goes_on_where_a_program_was_killed_while_it_changed_the_settings)
+{
+    writeFile("{}");
+    const pid_t killed = fork();
+    if (killed == 0) {
+        if (HoldLock(file + ".lock") >= 0)
+            std::raise(SIGKILL);
+        _exit(1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(killed, &status, 0), killed);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    ASSERT_TRUE(workspace.has("config/gantrel/config.json.lock"));
+    ExpectSuccess(RunProgram({"config", "set", "vendor", "Me"}));
+    EXPECT_EQ(filesBeside(), std::vector<std::string>{"config.json"});
+}
+
+TEST_F(Config, says_what_lies_where_its_lock_would)
+{
+    writeFile("{}");
+    std::filesystem::create_directory(file + ".lock");
+    ExpectError(RunProgram({"config", "set", "vendor", "Me"}), 1,
+                "Cannot write " + file + ".lock: Is a directory.");
+    EXPECT_EQ(workspace.read("config/gantrel/config.json"), "{}");
 }

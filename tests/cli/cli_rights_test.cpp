@@ -113,3 +113,20 @@ TEST_F(FewRights, to_the_vendors_folder_are_told_with_its_name)
                   "Cannot save the morphs: cannot create folder " + folder.string() + ": Permission denied.");
     fs::permissions(folder.parent_path(), fs::perms(0755));
 }
+
+TEST_F(FewRights, to_the_settings_are_told_in_one_sentence)
+{
+    const ScopedVariable folder("XDG_CONFIG_HOME", workspace.path("config"));
+    const fs::path kept = workspace.path("config/gantrel");
+    fs::create_directories(kept);
+    workspace.write("config/gantrel/config.json", "{}");
+    const auto set = [] {
+        const WithoutPrivileges here;
+        return RunProgram({"config", "set", "vendor", "Me"});
+    };
+    ExpectError(set(), 1, "Cannot write " + kept.string() + "/config.json: it is write-protected.");
+    fs::remove(kept / "config.json");
+    ExpectError(set(), 1, "Cannot write " + kept.string() + "/config.json: Permission denied.");
+    fs::remove(kept);
+    ExpectError(set(), 1, "Cannot create folder " + kept.string() + ": Permission denied.");
+}
