@@ -217,6 +217,8 @@ void WriteTable(const BatchArguments& arguments)
     PlannedFiles planned;
     if (isFile && arguments.isDryRun)
         PlanFile(planned, arguments.table);
+    else if (arguments.isDryRun)
+        PlanStandardOutput(planned);
     const std::string text = TableOfCharacters(arguments.folder, arguments.ofRows.target, diagnostics);
     if (arguments.isDryRun)
         WriteReport(DescribePlan(planned, arguments.json), arguments.json);

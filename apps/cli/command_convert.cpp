@@ -27,7 +27,7 @@ namespace {
 /// Nobody finds it under the name that it was made with.
 void NoteSent(ConversionReport& report, const std::filesystem::path& file)
 {
-    const std::filesystem::path where = "standard output";
+    const std::filesystem::path where = standardOutputText;
     std::replace(report.files.begin(), report.files.end(), file, where);
     if (report.page == file)
         report.page = where;
@@ -50,7 +50,9 @@ void RunConversion(ConversionRequest request, bool asJson)
     Progress progress(!asJson);
     ConversionReport report = Convert(request, progress);
     for (const OutputFile* const made : {&obj, &page})
-        if (made->isStandardOutput() && !request.isDryRun) {
+        if (made->isStandardOutput() && request.isDryRun) {
+            PlanStandardOutput(report.planned);
+        } else if (made->isStandardOutput()) {
             made->send();
             NoteSent(report, made->path());
         }

@@ -168,7 +168,9 @@ void Render(const RenderArguments& arguments)
     PlannedFiles planned;
     std::optional<ApartCache> apart;
     if (arguments.isDryRun) {
-        if (!out.isStandardOutput())
+        if (out.isStandardOutput())
+            PlanStandardOutput(planned);
+        else
             PlanFile(planned, arguments.out);
         apart.emplace();
     } else {
@@ -191,7 +193,7 @@ void Render(const RenderArguments& arguments)
     out.send();
     TellWarnings(met);
     WriteSummary(fmt::format("{}: {} x {} pixels\n",
-                             out.isStandardOutput() ? "standard output" : arguments.out, picture.width,
+                             out.isStandardOutput() ? standardOutputText : arguments.out, picture.width,
                              picture.height));
 }
 

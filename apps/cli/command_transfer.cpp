@@ -189,7 +189,9 @@ void Transfer(const TransferArguments& arguments)
     PlannedFiles planned;
     if (!arguments.isDryRun)
         ExpectFiles();
-    else if (!out.isStandardOutput())
+    else if (out.isStandardOutput())
+        PlanStandardOutput(planned);
+    else
         PlanFile(planned, arguments.out);
     Progress progress(!arguments.json);
     progress.stage("read", "Reading the meshes");

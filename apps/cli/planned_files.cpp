@@ -5,6 +5,7 @@
 
 #include "command.h"
 #include "output_name.h"
+#include "standard_streams.h"
 
 #include <algorithm>
 
@@ -57,6 +58,11 @@ void PlanFilesLike(PlannedFiles& planned, const fs::path& made, const fs::path& 
     std::sort(files.begin(), files.end());
     for (const fs::path& file : files)
         PlanFileWithFolders(planned, folder / file);
+}
+
+void PlanStandardOutput(PlannedFiles& planned)
+{
+    planned.push_back({standardOutputText, false});
 }
 
 Json DescribePlan(const PlannedFiles& planned, bool asJson)

@@ -34,6 +34,9 @@ void PlanFileWithFolders(PlannedFiles& planned, const std::filesystem::path& fil
 void PlanFilesLike(PlannedFiles& planned, const std::filesystem::path& made,
                    const std::filesystem::path& folder);
 
+/// The same for a file that an option sends there.
+void PlanStandardOutput(PlannedFiles& planned);
+
 /// A report that begins with "dry_run" and what would be written, for others to be added.
 Json DescribePlan(const PlannedFiles& planned, bool asJson);
 /// The same with what there is to tell already.

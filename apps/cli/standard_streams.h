@@ -15,6 +15,9 @@ namespace cli {
 /// What stands for standard input or output instead of a file's name.
 constexpr const char* standardStream = "-";
 
+/// What reports say in place of the name of a file that went there.
+constexpr const char* standardOutputText = "standard output";
+
 inline bool IsStandardStream(const std::filesystem::path& file)
 {
     return file == standardStream;

@@ -350,6 +350,8 @@ TEST_F(Batch, writes_a_table_of_all_characters_that_it_can_read)
                               ',' + targetFile() + ",\"Vera, tall converted to G9 2\"\n");
     EXPECT_EQ(result.err.find("gantrel: warning: " + workspace.path("people/Broken.duf")), 0u) << result.err;
     const std::string file = workspace.path("new.csv");
+    const ProgramResult dry = RunProgram({"batch", "--init", workspace.path("people"), "--dry-run"});
+    EXPECT_TRUE(std::regex_search(dry.out, std::regex("\\n +no +standard output\\n"))) << dry.out << dry.err;
     EXPECT_EQ(RunProgram({"batch", file, "--init", workspace.path("people")}).exitCode, 0);
     EXPECT_EQ(workspace.read("new.csv").compare(0, 12, "source,name\n"), 0);
     ExpectError(RunProgram({"batch", file, "--init", workspace.path("people")}), 1,

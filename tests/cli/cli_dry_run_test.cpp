@@ -259,6 +259,28 @@ TEST_F(DryRun, of_a_figure_or_picture_tells_its_files)
     expectSameFailure({"render", sourceFile(), "--dial", "Wibe=1", "--out", workspace.path("cube.png")});
 }
 
+TEST_F(DryRun, tells_what_would_go_to_standard_output)
+{
+    const std::string cube = workspace.write("cube.obj", CubeText(0.0));
+    const std::regex line("\n +no +standard output\n");
+    for (const std::vector<std::string>& command :
+         std::vector<std::vector<std::string>>{arguments({"--export-obj", "-"}),
+                                               arguments({"--report", "-"}),
+                                               {"render", cube, "--out", "-", "--size", "8x8"},
+                                               {"transfer", "--source-neutral", cube, "--source-morphed",
+                                                cube, "--target-neutral", cube, "--out", "-"}}) {
+        SCOPED_TRACE(command.front());
+        std::vector<std::string> dry = command;
+        dry.push_back("--dry-run");
+        const ProgramResult told = RunProgram(dry);
+        EXPECT_EQ(told.exitCode, 0);
+        EXPECT_EQ(told.out, ""); // which is for the file alone
+        EXPECT_TRUE(std::regex_search(told.err, line)) << told.err;
+        EXPECT_EQ(told.err.find("kept"), told.err.npos) << told.err;
+        EXPECT_NE(RunProgram(command).out, "");
+    }
+}
+
 TEST_F(DryRun, of_the_samples_tells_their_files)
 {
     expectForetold({"sample-content", workspace.path("samples")});
