@@ -10,6 +10,7 @@
 #include "dzmorphdeltas.h"
 #include "dzobject.h"
 #include "dzpresentation.h"
+#include "figure/deltas_access.h"
 #include "figure/pipeline.h"
 #include "geometry/deform_field.h"
 #include "modifier_impl.h"
@@ -118,9 +119,12 @@ void DzMorph::setDeltas(DzMorphDeltas* deltas)
             emit openhost::Events().sceneEdited(openhost::SceneEdit::Morph, morph.getObject());
         },
         openhost::ChangeRank::Morph, "Change Morph %1");
-    if (_morph->deltas)
+    if (_morph->deltas) {
         disconnect(_morph->deltas, SIGNAL(deltasChanged()), this, SLOT(handleDeltasChanged()));
+        openhost::DeltasAccess::setWorn(*_morph->deltas, *this, false);
+    }
     _morph->deltas = deltas;
+    openhost::DeltasAccess::setWorn(*deltas, *this, true);
     connect(deltas, SIGNAL(deltasChanged()), this, SLOT(handleDeltasChanged()));
     handleDeltasChanged();
 }

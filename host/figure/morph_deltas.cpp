@@ -5,13 +5,20 @@
 
 #include "app/guard.h"
 #include "base/errors.h"
+#include "dzmorph.h"
+#include "dzobject.h"
 #include "dzvertexmesh.h"
 #include "figure/deltas_access.h"
 #include "figure/mesh_access.h"
 #include "openhost/diagnostics.h"
+#include "openhost/events.h"
+#include "scene/undo_recording.h"
+
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -27,6 +34,7 @@ public:
     bool isLoaded() const { return _isLoaded; }
     bool isReadable() const { return _isReadable; } ///< the last try to load succeeded
     const base::Diagnostics& lost() const { return _lost; }
+    const T& present() const { return _value; } ///< empty where it is yet to be read
 
     T& get(const DzUri& uri)
     {
@@ -88,6 +96,13 @@ struct DzMorphDeltas::Impl {
     Lazy<geometry::MultiresDetail> detail{"cannot load the detail for subdivided meshes"};
     int vertexCount = 0;
     DzUri uri;
+    std::vector<QPointer<DzMorph>> wearers; ///< the morphs whose displacements they are
+
+    template <class Value>
+    class Edit;
+    /// To be called before one of the two values is changed.
+    template <class Value>
+    static void record(DzMorphDeltas& target, Lazy<Value> Impl::*value);
 
     geometry::SparseDeltas& get() { return deltas.get(uri); }
     std::size_t place(int vertex)
@@ -102,6 +117,70 @@ struct DzMorphDeltas::Impl {
         return at < get().size() && get().vertices[at] == static_cast<std::uint32_t>(vertex);
     }
 };
+
+namespace {
+
+std::size_t BytesOf(const geometry::SparseDeltas& deltas)
+{
+    return deltas.size() * (sizeof(std::uint32_t) + sizeof(geometry::Vec3f));
+}
+
+std::size_t BytesOf(const geometry::MultiresDetail& detail)
+{
+    std::size_t bytes = 0;
+    for (const geometry::DetailLevel& level : detail.levels)
+        bytes += level.size() * (sizeof(std::uint32_t) + sizeof(geometry::Vec3f));
+    return bytes;
+}
+
+} // namespace
+
+/// The displacements or the detail in exchange for those that are there.
+template <class Value>
+class DzMorphDeltas::Impl::Edit : public openhost::Change {
+public:
+    Edit(DzMorphDeltas& target, DzMorph& wearer, Lazy<Value> Impl::*value)
+        : _target(&target), _wearer(&wearer), _value(value), _other(target._impl.get()->*value)
+    {
+    }
+    void undo() override { exchange(); }
+    void redo() override { exchange(); }
+    openhost::ChangeRank rank() const override { return openhost::ChangeRank::Morph; }
+    QString caption() const override
+    {
+        return QLatin1String("Change Morph ") + (_wearer ? _wearer->getLabel() : QString());
+    }
+    std::size_t ownBytes() const override { return BytesOf(_other.present()); }
+
+private:
+    void exchange()
+    {
+        std::swap(_target->_impl.get()->*_value, _other);
+        emit _target->deltasChanged();
+        if (_wearer)
+            emit openhost::Events().sceneEdited(openhost::SceneEdit::Morph, _wearer->getObject());
+    }
+
+    DzMorphDeltasPtr _target;
+    QPointer<DzMorph> _wearer;
+    Lazy<Value> Impl::*_value;
+    Lazy<Value> _other;
+};
+
+template <class Value>
+void DzMorphDeltas::Impl::record(DzMorphDeltas& target, Lazy<Value> Impl::*value)
+{
+    static const char kind = 0;
+    for (const QPointer<DzMorph>& wearer : target._impl->wearers) {
+        if (!wearer || !openhost::IsRecording(wearer))
+            continue;
+        // Their file may say something else by the time at which the step is taken back.
+        (target._impl.get()->*value).get(target._impl->uri);
+        if (openhost::IsFirstOf(&target, &kind))
+            openhost::Record(std::make_unique<Edit<Value>>(target, *wearer, value));
+        return;
+    }
+}
 
 DzMorphDeltas::DzMorphDeltas() : _impl(new Impl) {}
 DzMorphDeltas::~DzMorphDeltas() = default;
@@ -123,6 +202,7 @@ int DzMorphDeltas::addDelta(int vertex, const DzVec3& delta, bool)
     const geometry::Vec3f value = openhost::FromDz(delta);
     if (vertex < 0 || !geometry::IsFinite(value))
         return -1;
+    Impl::record(*this, &Impl::deltas);
     const std::size_t at = _impl->place(vertex);
     geometry::SparseDeltas& deltas = _impl->get();
     if (_impl->holds(at, vertex)) {
@@ -193,6 +273,7 @@ DzError DzMorphDeltas::setDelta(int index, const DzVec3& delta)
     const geometry::Vec3f value = openhost::FromDz(delta);
     if (index < 0 || index >= getNumDeltas() || !geometry::IsFinite(value))
         return DZ_ILLEGAL_ARGUMENT_ERROR;
+    Impl::record(*this, &Impl::deltas);
     _impl->get().deltas[static_cast<std::size_t>(index)] = value;
     emit deltasChanged();
     return DZ_NO_ERROR;
@@ -203,6 +284,7 @@ DzError DzMorphDeltas::removeVertex(int vertex)
     const int index = getVertexDeltaIndex(vertex);
     if (index < 0)
         return DZ_NOT_FOUND_ERROR;
+    Impl::record(*this, &Impl::deltas);
     geometry::SparseDeltas& deltas = _impl->get();
     deltas.vertices.erase(deltas.vertices.begin() + index);
     deltas.deltas.erase(deltas.deltas.begin() + index);
@@ -271,6 +353,7 @@ DzMorphDeltas* DeltasAccess::create(geometry::SparseDeltas deltas, int vertexCou
 
 void DeltasAccess::assign(DzMorphDeltas& target, geometry::SparseDeltas deltas, base::Diagnostics lost)
 {
+    DzMorphDeltas::Impl::record(target, &DzMorphDeltas::Impl::deltas);
     target._impl->deltas.assign(std::move(deltas), std::move(lost));
     emit target.deltasChanged();
 }
@@ -293,6 +376,20 @@ void DeltasAccess::setLoader(DzMorphDeltas& target, Loader<geometry::SparseDelta
     emit target.deltasChanged();
 }
 
+void DeltasAccess::setWorn(DzMorphDeltas& target, DzMorph& wearer, bool isWorn)
+{
+    std::vector<QPointer<DzMorph>>& wearers = target._impl->wearers;
+    const auto goes = [&](const QPointer<DzMorph>& other) { return !other || other == &wearer; };
+    wearers.erase(std::remove_if(wearers.begin(), wearers.end(), goes), wearers.end());
+    if (isWorn)
+        wearers.emplace_back(&wearer);
+}
+
+std::size_t DeltasAccess::bytes(const DzMorphDeltas& deltas)
+{
+    return BytesOf(deltas._impl->deltas.present()) + BytesOf(deltas._impl->detail.present());
+}
+
 const geometry::MultiresDetail& DeltasAccess::detail(const DzMorphDeltas& deltas)
 {
     return deltas._impl->detail.get(deltas._impl->uri);
@@ -300,6 +397,7 @@ const geometry::MultiresDetail& DeltasAccess::detail(const DzMorphDeltas& deltas
 
 void DeltasAccess::assignDetail(DzMorphDeltas& target, geometry::MultiresDetail detail)
 {
+    DzMorphDeltas::Impl::record(target, &DzMorphDeltas::Impl::detail);
     target._impl->detail.assign(std::move(detail));
     emit target.deltasChanged();
 }

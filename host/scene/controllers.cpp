@@ -6,6 +6,7 @@
 #include "dznumericcontroller.h"
 
 #include "dznumericproperty.h"
+#include "scene/changes_together.h"
 #include "scene/link_knots.h"
 #include "scene/undo_recording.h"
 
@@ -130,6 +131,8 @@ int DzERCLink::getType() const
 
 void DzERCLink::setType(ERCType type)
 {
+    if (type == _impl->type)
+        return;
     Impl::record(*this);
     _impl->type = type;
     changed();
@@ -142,6 +145,8 @@ double DzERCLink::getScalar() const
 
 void DzERCLink::setScalar(double scalar)
 {
+    if (scalar == _impl->scalar)
+        return;
     Impl::record(*this);
     _impl->scalar = scalar;
     changed();
@@ -154,6 +159,8 @@ double DzERCLink::getAddend() const
 
 void DzERCLink::setAddend(double addend)
 {
+    if (addend == _impl->addend)
+        return;
     Impl::record(*this);
     _impl->addend = addend;
     changed();
@@ -166,8 +173,22 @@ DzNumericProperty* DzERCLink::getProperty() const
 
 void DzERCLink::setProperty(DzNumericProperty* controller)
 {
+    if (controller == getProperty())
+        return;
+    auto* const driven = static_cast<DzNumericProperty*>(getOwner());
+    if (!openhost::IsRecording(OwnerOf(*this))) {
+        setInputs({controller});
+        changed();
+        return;
+    }
+    // As if it ended and came anew, so that a step brings it back among the others that its driver had.
+    const openhost::ChangesTogether together;
+    int place = 0;
+    while (driven->getController(place) != this)
+        ++place;
+    driven->deleteController(this);
     setInputs({controller});
-    changed();
+    driven->insertController(this, place);
 }
 
 DzNumericProperty* DzERCLink::getCurrentProperty() const
@@ -182,6 +203,9 @@ int DzERCLink::getKeyInterpolation() const
 
 void DzERCLink::setKeyInterpolation(ERCKeyInterpolation interpolation)
 {
+    if (interpolation == _impl->interpolation)
+        return;
+    Impl::record(*this);
     _impl->interpolation = interpolation;
     changed();
 }
@@ -205,6 +229,7 @@ int DzERCLink::addKeyValue(double key, double value)
 
 int DzERCLink::addKeyValue(double key, double value, double tension, double continuity, double bias)
 {
+    Impl::record(*this);
     const openhost::SplineKnot knot{key, value, tension, continuity, bias};
     const auto place = std::lower_bound(_impl->knots.begin(), _impl->knots.end(), key,
                                         [](const openhost::SplineKnot& k, double in) { return k.in < in; });

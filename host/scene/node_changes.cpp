@@ -53,7 +53,8 @@ public:
     {
         return QLatin1String(_isEntry ? "Add " : "Delete ") + (_root ? _root->getLabel() : QString());
     }
-    const QObject* held() const override { return _root; }
+    /// What has come is there without the step.
+    const QObject* held() const override { return _isEntry ? nullptr : _root.data(); }
     bool isEntryOf(const DzNode& node) const override { return _isEntry && _root == &node; }
 
 private:

@@ -7,6 +7,7 @@
 #include "dzobject.h"
 #include "node_impl.h"
 #include "scene/own_property.h"
+#include "scene/undo_recording.h"
 
 #include <utility>
 #include <vector>
@@ -243,6 +244,16 @@ DzRotationOrder DzNode::getRotationOrder() const
 
 void DzNode::setRotationOrder(const DzRotationOrder& order)
 {
+    if (order.order() == _impl->order.order())
+        return;
+    openhost::RecordValue(
+        this, *this, _impl->order,
+        [](DzNode& node, DzRotationOrder& other) {
+            const DzRotationOrder former = node._impl->order;
+            node.setRotationOrder(other);
+            other = former;
+        },
+        openhost::ChangeRank::Look, "Change %1");
     _impl->order = order;
     invalidateTransform();
     announceHierarchyChange();
@@ -255,6 +266,16 @@ bool DzNode::inheritsScale() const
 
 void DzNode::setInheritsScale(bool onOff)
 {
+    if (onOff == _impl->inheritsScale)
+        return;
+    openhost::RecordValue(
+        this, *this, _impl->inheritsScale,
+        [](DzNode& node, bool& other) {
+            const bool former = node._impl->inheritsScale;
+            node.setInheritsScale(other);
+            other = former;
+        },
+        openhost::ChangeRank::Look, "Change %1");
     _impl->inheritsScale = onOff;
     invalidateTransform();
     announceHierarchyChange();

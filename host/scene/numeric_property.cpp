@@ -21,6 +21,12 @@
 namespace {
 
 using Properties = std::vector<QPointer<DzNumericProperty>>;
+using RawExchange = openhost::Exchange<DzNumericProperty, double, void (*)(DzNumericProperty&, double&)>;
+
+bool IsSameToTheBit(double a, double b)
+{
+    return a == b && std::signbit(a) == std::signbit(b);
+}
 
 /// What has changed and is yet to be told.
 struct Untold {
@@ -49,6 +55,8 @@ struct DzNumericProperty::Impl {
     bool cycleReported = false;
     bool untold = false; ///< is among those that have changed together
     unsigned visit = 0;  ///< the last change that reached this property
+
+    class RawChange;
 
     template <class Visit>
     static void forEachDependant(const DzNumericProperty& property, const Visit& visit);
@@ -104,6 +112,8 @@ double DzNumericProperty::getDoubleDefaultValue() const
 }
 void DzNumericProperty::setDoubleDefaultValue(double value)
 {
+    if (value == _impl->defaultValue)
+        return;
     openhost::RecordValue(
         getOwner(), *this, _impl->defaultValue,
         [](DzNumericProperty& property, auto& other) {
@@ -119,18 +129,30 @@ double DzNumericProperty::getDoubleRawValue() const
     return _impl->raw;
 }
 
+class DzNumericProperty::Impl::RawChange : public RawExchange {
+public:
+    explicit RawChange(DzNumericProperty& property)
+        : RawExchange(property, property._impl->raw, &swap, openhost::ChangeRank::Value, "Set %1")
+    {
+    }
+    bool isVain() const override { return !object() || IsSameToTheBit(object()->_impl->raw, other()); }
+
+private:
+    static void swap(DzNumericProperty& property, double& other)
+    {
+        std::swap(property._impl->raw, other);
+        property.changed();
+        emit openhost::Events().sceneEdited(openhost::SceneEdit::Value, property.getOwner());
+    }
+};
+
 void DzNumericProperty::setDoubleRawValue(double value)
 {
+    static const char kind = 0;
     if (!std::isfinite(value) || value == _impl->raw)
         return;
-    openhost::RecordValue(
-        getOwner(), *this, _impl->raw,
-        [](DzNumericProperty& property, double& other) {
-            std::swap(property._impl->raw, other);
-            property.changed();
-            emit openhost::Events().sceneEdited(openhost::SceneEdit::Value, property.getOwner());
-        },
-        openhost::ChangeRank::Value, "Set %1");
+    if (openhost::IsRecording(getOwner()) && openhost::IsFirstOf(this, &kind))
+        openhost::Record(std::make_unique<Impl::RawChange>(*this));
     _impl->raw = value;
     changed();
 }
@@ -241,6 +263,8 @@ bool DzNumericProperty::getDisplayAsPercent() const
 }
 void DzNumericProperty::setDisplayAsPercent(bool onOff)
 {
+    if (onOff == _impl->percent)
+        return;
     openhost::RecordValue(
         getOwner(), *this, _impl->percent,
         [](DzNumericProperty& property, auto& other) {
@@ -257,6 +281,8 @@ double DzNumericProperty::sensitivity() const
 }
 void DzNumericProperty::setDoubleSensitivity(double value)
 {
+    if (value == _impl->sensitivity)
+        return;
     openhost::RecordValue(
         getOwner(), *this, _impl->sensitivity,
         [](DzNumericProperty& property, auto& other) {

@@ -197,6 +197,12 @@ QString DzProperty::getRegion() const
 }
 void DzProperty::setRegion(const QString& region)
 {
+    if (region == _impl->region)
+        return;
+    openhost::RecordValue(
+        getOwner(), *this, _impl->region,
+        [](DzProperty& property, QString& other) { property._impl->region.swap(other); },
+        openhost::ChangeRank::Detail, "Change %1");
     _impl->region = region;
 }
 
@@ -260,6 +266,8 @@ bool DzProperty::isFavorite() const
 }
 void DzProperty::setIsFavorite(bool onOff)
 {
+    if (onOff == _impl->favorite)
+        return;
     openhost::RecordValue(
         getOwner(), *this, _impl->favorite,
         [](DzProperty& property, auto& other) {
@@ -276,6 +284,8 @@ bool DzProperty::isUserProperty() const
 }
 void DzProperty::setIsUserProperty(bool onOff)
 {
+    if (onOff == _impl->userProperty)
+        return;
     openhost::RecordValue(
         getOwner(), *this, _impl->userProperty,
         [](DzProperty& property, auto& other) {
@@ -296,6 +306,8 @@ bool DzProperty::canAnimate() const
 }
 void DzProperty::setCanAnimate(bool onOff)
 {
+    if (onOff == _impl->canAnimate)
+        return;
     openhost::RecordValue(
         getOwner(), *this, _impl->canAnimate,
         [](DzProperty& property, auto& other) {
@@ -312,6 +324,8 @@ bool DzProperty::canAutoFollow() const
 }
 void DzProperty::setCanAutoFollow(bool onOff)
 {
+    if (onOff == _impl->canAutoFollow)
+        return;
     openhost::RecordValue(
         getOwner(), *this, _impl->canAutoFollow,
         [](DzProperty& property, auto& other) {
@@ -328,6 +342,8 @@ bool DzProperty::isManipulator() const
 }
 void DzProperty::setIsManipulator(bool onOff)
 {
+    if (onOff == _impl->manipulator)
+        return;
     openhost::RecordValue(
         getOwner(), *this, _impl->manipulator,
         [](DzProperty& property, auto& other) {

@@ -8,6 +8,7 @@
 #include "openhost/diagnostics.h"
 #include "undo_step.h"
 
+#include <QHash>
 #include <QSet>
 #include <QUndoStack>
 
@@ -72,7 +73,7 @@ struct DzUndoStack::Impl {
     bool isToBeCleared = false; ///< when the replay has ended
     int pauses = 0;
     std::shared_ptr<const Selection> selection; ///< the present one; null when it is to be read again
-    QSet<const QObject*> held;
+    QHash<const QObject*, QPointer<const QObject>> held; ///< another may stand where one was that is gone
     std::size_t (*measure)(const QObject& held) = nullptr;
 
     bool isActive() const { return !isReplaying && pauses == 0 && (isRecording || isHolding()); }
@@ -143,6 +144,11 @@ public:
             return Restart(std::move(level));
         if (level.changes.empty())
             return;
+        // Such as a drag of a dial back to where it began.
+        if (AreVain(level.changes)) {
+            emit dzUndoStack->changed();
+            return;
+        }
         Push(std::move(level), caption);
     }
 
@@ -237,7 +243,7 @@ private:
         const QString caption = isNamed ? given : CaptionOf(level.changes);
         std::size_t size = 0;
         for (const auto& change : level.changes) {
-            size += bytesOfAChange;
+            size += bytesOfAChange + change->ownBytes();
             if (impl.measure && change->held())
                 size += impl.measure(*change->held());
         }
@@ -394,7 +400,7 @@ void NoteLeft(DzNode& root)
 
 bool IsHeldByUndo(const QObject& object)
 {
-    return dzUndoStack && UndoAccess::Of()->held.contains(&object);
+    return dzUndoStack && UndoAccess::Of()->held.value(&object);
 }
 
 void SetHeldByUndo(const QObject& object, bool isHeld)
@@ -402,7 +408,7 @@ void SetHeldByUndo(const QObject& object, bool isHeld)
     if (!dzUndoStack)
         return;
     if (isHeld)
-        UndoAccess::Of()->held.insert(&object);
+        UndoAccess::Of()->held.insert(&object, &object);
     else
         UndoAccess::Of()->held.remove(&object);
 }

@@ -79,6 +79,11 @@ QString CaptionOf(const Changes& changes)
                : QStringLiteral("%1 and %2 More").arg(captions.first()).arg(captions.size() - 1);
 }
 
+bool AreVain(const Changes& changes)
+{
+    return std::all_of(changes.begin(), changes.end(), [](const auto& change) { return change->isVain(); });
+}
+
 bool AreAboutNodes(const Changes& changes)
 {
     return std::any_of(changes.begin(), changes.end(),

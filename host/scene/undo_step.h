@@ -28,6 +28,8 @@ void UndoAll(const Changes& changes);
 void RedoAll(const Changes& changes);
 /// Made of the changes that weigh most; empty for none.
 QString CaptionOf(const Changes& changes);
+/// Whether all of them together change nothing.
+bool AreVain(const Changes& changes);
 /// Whether nodes came or went, which says more than what somebody did for it.
 bool AreAboutNodes(const Changes& changes);
 

@@ -21,5 +21,5 @@ gantrel_add_tests(host_scene_tests
         ${PROJECT_SOURCE_DIR}/tests/base/traced_run.cpp
     LIBRARIES host_rooms geometry Qt5::Test)
 gantrel_add_tests(host_undo_tests
-    SOURCES host_fixture.cpp undo_scene.cpp undo_sequence_test.cpp undo_test.cpp
+    SOURCES host_fixture.cpp undo_edits_test.cpp undo_scene.cpp undo_sequence_test.cpp undo_test.cpp
     LIBRARIES host_rooms rapidcheck_gtest)

@@ -30,9 +30,14 @@ std::string FullName(const DzProperty* property)
 std::string LinkText(const DzController& controller)
 {
     const auto* const link = qobject_cast<const DzERCLink*>(&controller);
-    return link ? fmt::format(" <{} {:a} {:a} {}>", FullName(link->getProperty()), link->getScalar(),
-                              link->getAddend(), link->isActive())
-                : " <?>";
+    if (!link)
+        return " <?>";
+    std::string text =
+        fmt::format(" <{} {} {:a} {:a} {} {}", FullName(link->getProperty()), link->getType(),
+                    link->getScalar(), link->getAddend(), link->isActive(), link->getKeyInterpolation());
+    for (int i = 0; i < link->getNumKeyValues(); ++i)
+        text += fmt::format(" {:a}:{:a}", link->getKey(i), link->getKeyValue(i));
+    return text + ">";
 }
 
 std::string PropertyText(const DzProperty& property)
@@ -41,9 +46,14 @@ std::string PropertyText(const DzProperty& property)
         fmt::format("    {} '{}' {}{}{}", FullName(&property), property.getLabel().toStdString(),
                     property.getPath().toStdString(), property.isLocked() ? " locked" : "",
                     property.isHidden() ? " hidden" : "");
+    text +=
+        fmt::format(" {}{}{}{} {}", property.isFavorite(), property.canAnimate(), property.canAutoFollow(),
+                    property.isManipulator(), property.getRegion().toStdString());
     if (const auto* const number = qobject_cast<const DzNumericProperty*>(&property))
-        text += fmt::format(" {:a} {:a} {:a}..{:a} {}", number->getDoubleRawValue(), number->getDoubleValue(),
-                            number->getDoubleMin(), number->getDoubleMax(), number->isClamped());
+        text +=
+            fmt::format(" {:a} {:a} {:a}..{:a} {} {:a} {}", number->getDoubleRawValue(),
+                        number->getDoubleValue(), number->getDoubleMin(), number->getDoubleMax(),
+                        number->isClamped(), number->getDoubleDefaultValue(), number->getDisplayAsPercent());
     if (const auto* const words = qobject_cast<const DzStringProperty*>(&property))
         text += " " + words->getValue().toStdString();
     for (DzControllerListIterator link = property.controllerListIterator(); link.hasNext();)
@@ -78,7 +88,9 @@ std::string ModifierText(const DzModifier& modifier)
 
 std::string NodeText(const DzNode& node)
 {
-    std::string text = ElementText(node) + "  below " + Id(node.getNodeParent()) + ", above";
+    std::string text = ElementText(node) + "  " + node.getRotationOrder().toString().toStdString() +
+                       (node.inheritsScale() ? ", scaled" : "") + ", below " + Id(node.getNodeParent()) +
+                       ", above";
     for (int i = 0; i < node.getNumNodeChildren(); ++i)
         text += " " + Id(node.getNodeChild(i));
     if (const auto* const skeleton = qobject_cast<const DzSkeleton*>(&node)) {

@@ -31,7 +31,7 @@ std::ostream& operator<<(std::ostream& out, const Deed& deed)
     return out << fmt::format("{{{}, {}, {}, {}}}", deed.kind, deed.where, deed.which, deed.number);
 }
 
-constexpr int kinds = 14;
+constexpr int kinds = 18;
 
 /// The first line that differs, of both; empty for the same texts.
 std::string Difference(const std::string& one, const std::string& other)
@@ -93,6 +93,29 @@ void Unlink(const DzNode& node, int which)
         dial->deleteController(static_cast<DzNumericController*>(dial->getController(0)));
 }
 
+void EditLink(const DzNode& node, const DzNode& other, const Deed& deed)
+{
+    const DzFloatProperty* const dial = DialAt(node, deed.which);
+    auto* const link = dial ? qobject_cast<DzERCLink*>(dial->getController(0)) : nullptr;
+    if (!link)
+        return;
+    if (deed.which % 2 == 0)
+        link->setProperty(DialAt(other, deed.which + 2));
+    else
+        link->addKeyValue(deed.which % 7, deed.number);
+}
+
+void EditMorph(DzModifier& modifier, const Deed& deed)
+{
+    auto* const morph = qobject_cast<DzMorph*>(&modifier);
+    if (!morph)
+        return;
+    if (deed.which % 3 == 0)
+        morph->getDeltas()->removeVertex(deed.where % 5);
+    else
+        morph->getDeltas()->addDelta(deed.where % 5, DzVec3(deed.number, 0.0f, 1.0f));
+}
+
 void Follow(DzNode& node, DzNode* other)
 {
     if (auto* const figure = qobject_cast<DzSkeleton*>(&node))
@@ -146,6 +169,19 @@ void Do(const Deed& deed)
         break;
     case 12:
         node->select(deed.which % 2 == 0);
+        break;
+    case 13:
+        EditLink(*node, *other, deed);
+        break;
+    case 14:
+        if (object && object->getNumModifiers() > 0)
+            EditMorph(*object->getModifier(deed.which % object->getNumModifiers()), deed);
+        break;
+    case 15:
+        node->setInheritsScale(deed.which % 2 == 0);
+        break;
+    case 16:
+        node->setRotationOrder(static_cast<DzRotationOrder::Order>(deed.which % 6));
         break;
     default:
         if (object && object->getNumModifiers() > 0)

@@ -13,66 +13,15 @@
 #include "dzobject.h"
 #include "dzscript.h"
 #include "dzstringproperty.h"
-#include "tests/host/host_fixture.h"
-#include "tests/host/undo_scene.h"
+#include "tests/host/undo_fixture.h"
 
-#include <QCoreApplication>
 #include <QPointer>
 
 #include <limits>
 
 namespace {
 
-/// An event loop's turn ends a step.
-void EndStep()
-{
-    QCoreApplication::processEvents();
-}
-
-class Undo : public HostTest {
-protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        dzUndoStack->setRecording(true);
-    }
-
-    /// Does it as one step; its caption, taking back and doing again are as told.
-    template <class Work>
-    void expectStep(const char* caption, Work work)
-    {
-        EndStep();
-        const std::string before = SceneText();
-        work();
-        EndStep();
-        const std::string after = SceneText();
-        EXPECT_NE(before, after) << "the work shows in nothing";
-        EXPECT_EQ(dzUndoStack->getUndoCaption().toStdString(), caption);
-        EXPECT_TRUE(dzUndoStack->undo());
-        EXPECT_EQ(SceneText(), before);
-        EXPECT_EQ(dzUndoStack->getRedoCaption().toStdString(), caption);
-        EXPECT_TRUE(dzUndoStack->redo());
-        EXPECT_EQ(SceneText(), after);
-        EXPECT_TRUE(dzUndoStack->undo());
-        EXPECT_EQ(SceneText(), before);
-        EXPECT_TRUE(dzUndoStack->redo());
-    }
-};
-
-DzFloatProperty* AddDial(DzElement& element, const char* name)
-{
-    auto* const dial = new DzFloatProperty(QLatin1String(name), true, true);
-    element.addProperty(dial);
-    return dial;
-}
-
-DzMorph* NewMorph(const char* name, int vertex)
-{
-    auto* const morph = new DzMorph;
-    morph->setName(QLatin1String(name));
-    morph->getDeltas()->addDelta(vertex, DzVec3(0.1f, 0.2f, 0.3f));
-    return morph;
-}
+class Undo : public UndoTest {};
 
 DzNode* AddShaped(const char* label)
 {

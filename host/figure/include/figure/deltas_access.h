@@ -10,6 +10,8 @@
 
 #include <functional>
 
+class DzMorph;
+
 namespace openhost {
 
 class DeltasAccess {
@@ -27,6 +29,11 @@ public:
     static void setLoader(DzMorphDeltas& target, Loader<geometry::SparseDeltas> loader);
     /// What of them could not be had; they are read for that. Empty when they are whole.
     static const base::Diagnostics& lostDeltas(const DzMorphDeltas& deltas);
+
+    /// Whose they are, so that what is done to them is recorded with the morph's other changes.
+    static void setWorn(DzMorphDeltas& target, DzMorph& wearer, bool isWorn);
+    /// What is read of both takes in memory.
+    static std::size_t bytes(const DzMorphDeltas& deltas);
 
     /// What the morph adds to the subdivided mesh. Read now if it is still in its file; empty, and reported
     /// once, when that fails.

@@ -35,9 +35,13 @@ public:
     virtual QString caption() const = 0;
     /// What this change alone keeps alive; null for nothing.
     virtual const QObject* held() const { return nullptr; }
+    /// And how much memory beside it, in bytes.
+    virtual std::size_t ownBytes() const { return 0; }
     virtual bool isEntryOf(const DzNode&) const { return false; }
     /// Only values of properties, which can be told together.
     virtual bool isValue() const { return false; }
+    /// All is as it was before it, so that taking it back would show nothing.
+    virtual bool isVain() const { return false; }
 };
 
 /// Whether anything is recorded now; quick, for those who are called often.
@@ -140,6 +144,7 @@ public:
     void redo() override {}
     ChangeRank rank() const override { return _rank; }
     QString caption() const override { return _caption; }
+    bool isVain() const override { return true; }
 
 private:
     ChangeRank _rank;
@@ -163,6 +168,10 @@ public:
         return _object ? QString::fromLatin1(_verb).arg(ShownLabel(*_object)) : QString();
     }
     bool isValue() const override { return _rank == ChangeRank::Value; }
+
+protected:
+    const Object* object() const { return _object; }
+    const Value& other() const { return _other; } ///< which is not the object's at the moment
 
 private:
     void exchange()
