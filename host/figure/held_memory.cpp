@@ -26,10 +26,7 @@ std::size_t OfModifier(const DzModifier& modifier)
 {
     std::size_t bytes = OfElement(modifier);
     const auto* const morph = qobject_cast<const DzMorph*>(&modifier);
-    if (!morph || !morph->getDeltas()->areDeltasLoaded())
-        return bytes;
-    const geometry::SparseDeltas& deltas = DeltasAccess::deltas(*morph->getDeltas());
-    return bytes + deltas.size() * (sizeof(deltas.vertices.front()) + sizeof(deltas.deltas.front()));
+    return morph ? bytes + DeltasAccess::bytes(*morph->getDeltas()) : bytes;
 }
 
 std::size_t OfNode(const DzNode& node)
@@ -43,7 +40,7 @@ std::size_t OfNode(const DzNode& node)
     if (object->pipeline().hasMesh()) {
         const geometry::PolygonMesh& mesh = object->pipeline().base();
         bytes += mesh.vertexCount() * sizeof(geometry::Vec3f) +
-                 mesh.topology->cornerCount() * sizeof(std::uint32_t);
+                 mesh.topology->cornerCount() * sizeof(std::uint32_t) + object->pipeline().keptBytes();
     }
     return bytes;
 }

@@ -75,6 +75,51 @@ void Pipeline::release()
     _result = nullptr;
 }
 
+namespace {
+
+std::size_t BytesOf(const geometry::Topology& topology)
+{
+    return sizeof(std::uint32_t) * (topology.faceOffsets.size() + topology.cornerVertices.size() +
+                                    topology.faceGroups.size() + topology.faceSurfaces.size());
+}
+
+/// The cage's topology is its figure's.
+std::size_t BytesOf(const geometry::Subdivision& refinement)
+{
+    // Of the rules' sums over four to nine vertices, as many new ones as a regular cage has of each kind.
+    constexpr std::size_t weightsOfVertex = 6;
+    constexpr std::size_t ofVertex = weightsOfVertex * (sizeof(float) + sizeof(std::uint32_t));
+    std::size_t bytes = 0;
+    for (int level = 1; level <= refinement.levels(); ++level)
+        bytes += BytesOf(*refinement.topology(level)) +
+                 refinement.topology(level)->faceCount() * sizeof(std::uint32_t) +
+                 refinement.topology(level)->vertexCount * ofVertex;
+    return bytes;
+}
+
+std::size_t BytesOfOwn(const std::shared_ptr<const geometry::Subdivision>& refinement)
+{
+    return refinement.use_count() == 1 ? BytesOf(*refinement) : 0;
+}
+
+} // namespace
+
+std::size_t Pipeline::keptBytes() const
+{
+    std::size_t vertices = 0;
+    for (const std::vector<Vec3f>* const stage :
+         {&_others, &_morphed, &_following, &_formed, &_posed, &_shaped, &_placed})
+        vertices += stage->size();
+    if (_result)
+        vertices += static_cast<std::size_t>(_result->getNumVertices());
+    std::size_t bytes = BytesOfOwn(_subdivision);
+    if (_grafted) {
+        vertices += _grafted->mesh.vertexCount();
+        bytes += BytesOf(*_grafted->mesh.topology) + BytesOfOwn(_grafted->subdivision);
+    }
+    return bytes + vertices * sizeof(Vec3f);
+}
+
 void Pipeline::invalidate(Stage first)
 {
     const bool wasFresh = !_stale[Result];

@@ -6,6 +6,7 @@ gantrel_add_tests(host_scene_tests
         figure_fitting_test.cpp
         figure_following_test.cpp
         figure_graft_test.cpp
+        figure_memory_test.cpp
         figure_pipeline_test.cpp
         figure_weight_map_test.cpp
         log_test.cpp

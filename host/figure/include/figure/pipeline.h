@@ -67,6 +67,8 @@ public:
     void followedChanged(); ///< the figure that is followed, or its shape
     /// Gives the memory of all results back.
     void release();
+    /// What all results take in memory, in bytes; about. Of a refinement that others use as well, nothing.
+    std::size_t keptBytes() const;
 
     /// False without a facet shape that has a mesh; the rest is not to be called then.
     bool hasMesh() const;
