@@ -28,12 +28,40 @@ std::uint8_t Encoded(float light)
     return static_cast<std::uint8_t>(255.0f * std::sqrt(std::clamp(light, 0.0f, 1.0f)));
 }
 
+/// How much light a surface sends, from lamps that go with the camera.
+class PreviewLamps {
+public:
+    PreviewLamps(const PictureCamera& camera, PreviewLight light) : _light(light)
+    {
+        const Vec3f right = camera.right, up = camera.up, back = -camera.forward;
+        _key = Normalized(back + up * 0.8f - right * 0.8f);
+        _fill = Normalized(back + up * 0.1f + right);
+        _rim = Normalized(back * -0.7f + up * 0.7f + right * 0.6f);
+    }
+
+    float on(Vec3f normal, Vec3f direction) const
+    {
+        const float facing = std::max(0.0f, -Dot(normal, direction));
+        if (_light == PreviewLight::Plain)
+            return 0.5f + 0.45f * facing;
+        // The lamp at the eye that is left keeps what the others miss from being lost in the dark.
+        return 0.07f + 0.30f * facing + 0.58f * std::max(0.0f, Dot(normal, _key)) +
+               0.18f * std::max(0.0f, Dot(normal, _fill)) + 0.35f * std::max(0.0f, Dot(normal, _rim));
+    }
+
+private:
+    PreviewLight _light;
+    Vec3f _key, _fill, _rim;
+};
+
 class RowDrawer {
 public:
     RowDrawer(const PictureStage& stage, const PictureCamera& camera, const PreviewOptions& options,
               const std::vector<std::uint32_t>& faces)
-        : _stage(stage), _camera(camera), _options(options), _grid{options.width, options.height},
-          _faces(faces.data()), _background(Packed(options.background)), _edges(Packed(options.edges))
+        : _stage(stage), _camera(camera), _options(options),
+          _lamps(camera, options.light), _grid{options.width, options.height}, _faces(faces.data()),
+          _background(Packed(options.background)), _unshaded(Packed(options.unshaded)),
+          _edges(Packed(options.edges))
     {
     }
 
@@ -57,15 +85,16 @@ private:
         return _faces + static_cast<std::size_t>(row) * static_cast<std::size_t>(_grid.width);
     }
 
-    /// A lamp at the eye: bright where the surface faces it.
     std::uint32_t shade(std::uint32_t face, int column, int row) const
     {
-        if (face == noFace || _options.shading == PreviewShading::None)
+        if (face == noFace)
             return _background;
+        if (_options.shading == PreviewShading::None)
+            return _unshaded;
         const Ray ray = _camera.ray(_grid.x(column), _grid.y(row), _grid.aspect());
         const PictureStage::Hit hit = _stage.hitOn(face, ray);
         const Vec3f normal = _options.shading == PreviewShading::Smooth ? hit.normal : hit.faceNormal;
-        const float light = 0.12f + 0.88f * std::max(0.0f, -Dot(normal, ray.direction));
+        const float light = _lamps.on(normal, ray.direction);
         return Packed(
             {Encoded(hit.color[0] * light), Encoded(hit.color[1] * light), Encoded(hit.color[2] * light)});
     }
@@ -88,9 +117,10 @@ private:
     const PictureStage& _stage;
     const PictureCamera& _camera;
     const PreviewOptions& _options;
+    PreviewLamps _lamps;
     SampleGrid _grid;
     const std::uint32_t* _faces;
-    std::uint32_t _background, _edges;
+    std::uint32_t _background, _unshaded, _edges;
 };
 
 } // namespace

@@ -13,8 +13,14 @@ class DzDrawStyle;
 class DzNode;
 class DzObject;
 
-/// Draws the scene through a camera. Dragging with the left button turns the camera about its focal point,
-/// with the right or middle button shifts it; the wheel goes nearer or farther. A click is the active tool's.
+namespace openhost {
+class ViewportPicture;
+}
+
+/// Draws the scene through a camera. Dragging with the left button turns the camera about the place that is
+/// held, or about its focal point where that is only background; with the right or middle button it shifts
+/// it. The wheel goes nearer to what is under the pointer or farther from it, a double click frames that. A
+/// click is the active tool's.
 class Dz3DViewport : public QWidget {
     Q_OBJECT
 public:
@@ -34,6 +40,9 @@ public:
     /// The node that is seen at a pixel; null where only the background is.
     DzNode* findNodeAt(const QPoint& position) const;
 
+    /// The open host's own: what it draws and keeps.
+    openhost::ViewportPicture& picture() const;
+
 signals:
     void cameraChanged(DzCamera* camera);
     void drawStyleChanged();
@@ -43,6 +52,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 
 private slots:
@@ -52,6 +62,8 @@ private slots:
     void handleCameraDestroyed(QObject* camera);
 
 private:
+    void hold(const QPoint& position);
+
     struct Impl;
     std::unique_ptr<Impl> _impl;
 };

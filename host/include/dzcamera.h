@@ -37,10 +37,16 @@ public:
     Q_INVOKABLE void frame(const DzBox3& box, float aspect);
     /// Turns the camera about its focal point; degrees. It stops short of looking straight up or down.
     void orbit(float turn, float tilt);
+    /// The same about any point of the world (cm), which stays where it is in the picture.
+    void orbitAbout(const DzVec3& point, float turn, float tilt);
     /// Shifts camera and focal point along the picture; cm.
     void pan(float right, float up);
     /// Multiplies the distance to the focal point by a factor above 0.
     void dolly(float factor);
+    /// The same towards any point of the world (cm), which stays where it is in the picture.
+    void dollyTo(const DzVec3& point, float factor);
+    /// Turns the camera about its focal point until it looks along a direction of the world, upright.
+    void lookAlong(const DzVec3& direction);
 
 private:
     void stand(const DzVec3& position, double turn, double tilt);

@@ -156,15 +156,22 @@ void DzCamera::frame(const DzBox3& box, float aspect)
 
 void DzCamera::orbit(float turn, float tilt)
 {
+    orbitAbout(getFocalPoint(), turn, tilt);
+}
+
+void DzCamera::orbitAbout(const DzVec3& point, float turn, float tilt)
+{
     constexpr double steepest = 89.0 * degree;
     const geometry::Vec3f forward = Forward(*this);
-    const geometry::Vec3f point = FromDz(getFocalPoint());
     const double newTurn = TurnOf(forward) + double(turn) * degree;
     const double newTilt = std::clamp(TiltOf(forward) + double(tilt) * degree, -steepest, steepest);
-    const geometry::Vec3f newForward{static_cast<float>(-std::sin(newTurn) * std::cos(newTilt)),
-                                     static_cast<float>(std::sin(newTilt)),
-                                     static_cast<float>(-std::cos(newTurn) * std::cos(newTilt))};
-    stand(ToDz(point - newForward * getFocalDistance()), newTurn, newTilt);
+    const geometry::PictureCamera before = openhost::OpticsOf(*this, 1.0f);
+    const geometry::Vec3f way = FromDz(point) - before.eye;
+    stand(getWSPos(), newTurn, newTilt);
+    const geometry::PictureCamera now = openhost::OpticsOf(*this, 1.0f);
+    const geometry::Vec3f newWay = now.right * Dot(way, before.right) + now.up * Dot(way, before.up) +
+                                   now.forward * Dot(way, before.forward);
+    stand(ToDz(FromDz(point) - newWay), newTurn, newTilt);
 }
 
 void DzCamera::pan(float right, float up)
@@ -175,11 +182,27 @@ void DzCamera::pan(float right, float up)
 
 void DzCamera::dolly(float factor)
 {
+    dollyTo(getFocalPoint(), factor);
+}
+
+void DzCamera::dollyTo(const DzVec3& point, float factor)
+{
     if (!(factor > 0.0f))
         return;
-    const geometry::Vec3f point = FromDz(getFocalPoint());
-    _focalDistance->setValue(getFocalDistance() * factor);
-    placeAt(ToDz(point - Forward(*this) * getFocalDistance()), getWSRot());
+    const float before = getFocalDistance();
+    _focalDistance->setValue(before * factor);
+    const float shorter = getFocalDistance() / before; // within the limits of the property
+    const geometry::Vec3f to = FromDz(point);
+    placeAt(ToDz(to + (FromDz(getWSPos()) - to) * shorter), getWSRot());
+}
+
+void DzCamera::lookAlong(const DzVec3& direction)
+{
+    const float length = Length(FromDz(direction));
+    if (!(length > 0.0f) || !std::isfinite(length))
+        return;
+    const geometry::Vec3f forward = FromDz(direction) * (1.0f / length), point = FromDz(getFocalPoint());
+    stand(ToDz(point - forward * getFocalDistance()), TurnOf(forward), TiltOf(forward));
 }
 
 geometry::PictureCamera openhost::OpticsOf(const DzCamera& camera, float aspect)

@@ -5,6 +5,7 @@
 #include "dzapp.h"
 #include "dzcamera.h"
 #include "dzdrawstyle.h"
+#include "dzfloatproperty.h"
 #include "dzmainwindow.h"
 #include "dznode.h"
 #include "dzobject.h"
@@ -12,6 +13,7 @@
 #include "dzviewport.h"
 #include "dzviewportmgr.h"
 #include "dzviewtool.h"
+#include "openhost/viewport_extras.h"
 #include "scene/camera_optics.h"
 #include "viewport_picture.h"
 
@@ -33,11 +35,6 @@ DzViewportMgr* ManagerOf(const QWidget& view)
     return nullptr;
 }
 
-float Aspect(const QSize& size)
-{
-    return float(std::max(1, size.width())) / float(std::max(1, size.height()));
-}
-
 } // namespace
 
 struct Dz3DViewport::Impl {
@@ -46,6 +43,16 @@ struct Dz3DViewport::Impl {
     openhost::ViewportPicture picture;
     QPoint pressed, last;
     bool isDragging = false;
+    DzVec3 held; ///< what the camera turns about
+
+    geometry::PictureCamera optics(const QSize& size) const
+    {
+        return openhost::OpticsOf(*camera, picture.aspect(size));
+    }
+    openhost::ViewportPicture::Place placeAt(const QPoint& position, const QSize& size)
+    {
+        return picture.placeAt(optics(size), position, size);
+    }
 };
 
 Dz3DViewport::Dz3DViewport(QWidget* parent) : QWidget(parent), _impl(new Impl)
@@ -114,7 +121,12 @@ DzNode* Dz3DViewport::findNodeAt(const QPoint& position) const
 {
     if (!_impl->camera || !rect().contains(position))
         return nullptr;
-    return _impl->picture.nodeAt(openhost::OpticsOf(*_impl->camera, Aspect(size())), position, size());
+    return _impl->placeAt(position, size()).node;
+}
+
+openhost::ViewportPicture& Dz3DViewport::picture() const
+{
+    return _impl->picture;
 }
 
 void Dz3DViewport::handleNodeAdded(DzNode* node)
@@ -148,10 +160,16 @@ void Dz3DViewport::paintEvent(QPaintEvent*)
     const openhost::DrawMethod& method =
         openhost::FindDrawMethod(_impl->style ? _impl->style->getDescription() : QString());
     const QSize pixels = size() * devicePixelRatioF();
-    painter.drawImage(
-        rect(), _impl->picture.draw(openhost::OpticsOf(*_impl->camera, Aspect(pixels)), method, pixels));
+    painter.drawImage(rect(), _impl->picture.draw(_impl->optics(pixels), method, pixels));
     painter.setPen(QColor(200, 204, 210));
-    painter.drawText(rect().adjusted(8, 6, -8, -6), Qt::AlignTop | Qt::AlignRight, _impl->camera->getLabel());
+    const QRect texts = rect().adjusted(8, 6, -8, -6);
+    const QStringList captions = _impl->picture.captions();
+    if (captions.isEmpty())
+        painter.drawText(texts, Qt::AlignTop | Qt::AlignRight, _impl->camera->getLabel());
+    const int each = width() / std::max(1, captions.size());
+    for (int i = 0; i < captions.size(); ++i)
+        painter.drawText(QRect(i * each + 8, 6, each - 16, height()), Qt::AlignTop | Qt::AlignLeft,
+                         fontMetrics().elidedText(captions[i], Qt::ElideRight, each - 16));
 }
 
 void Dz3DViewport::mousePressEvent(QMouseEvent* event)
@@ -162,23 +180,40 @@ void Dz3DViewport::mousePressEvent(QMouseEvent* event)
         manager->setActiveViewport(qobject_cast<DzViewport*>(parentWidget()));
 }
 
+/// What is under the pointer stays there, however the camera moves; it turns about its focal point otherwise.
+void Dz3DViewport::hold(const QPoint& position)
+{
+    DzCamera& camera = *_impl->camera;
+    const openhost::ViewportPicture::Place place = _impl->placeAt(position, size());
+    const geometry::PictureCamera optics = _impl->optics(size());
+    // Without perspective, the focal distance is how much is seen.
+    if (place.isValid() && optics.isPerspective)
+        camera.getFocalDistanceControl()->setValue(Dot(place.position - optics.eye, optics.forward));
+    _impl->held = place.isValid() ? DzVec3(place.position.x, place.position.y, place.position.z)
+                                  : camera.getFocalPoint();
+}
+
 void Dz3DViewport::mouseMoveEvent(QMouseEvent* event)
 {
     constexpr int slack = 4;     // pixels that a click may wander
     constexpr float turn = 0.4f; // degrees a pixel
-    if ((event->pos() - _impl->pressed).manhattanLength() > slack)
+    if (!_impl->camera)
+        return;
+    if (!_impl->isDragging && (event->pos() - _impl->pressed).manhattanLength() > slack) {
         _impl->isDragging = true;
-    if (!_impl->isDragging || !_impl->camera)
+        hold(_impl->pressed);
+    }
+    if (!_impl->isDragging)
         return;
     const QPoint moved = event->pos() - _impl->last;
     _impl->last = event->pos();
     DzCamera& camera = *_impl->camera;
     if (event->buttons() & Qt::LeftButton) {
-        camera.orbit(-turn * float(moved.x()), -turn * float(moved.y()));
+        camera.orbitAbout(_impl->held, -turn * float(moved.x()), -turn * float(moved.y()));
         return;
     }
     // What lies at the focal distance stays under the pointer.
-    const geometry::PictureCamera optics = openhost::OpticsOf(camera, Aspect(size()));
+    const geometry::PictureCamera optics = _impl->optics(size());
     const float half = optics.halfHeight * (optics.isPerspective ? camera.getFocalDistance() : 1.0f);
     const float cmPerPixel = 2.0f * half / float(std::max(1, height()));
     camera.pan(-cmPerPixel * float(moved.x()), cmPerPixel * float(moved.y()));
@@ -192,11 +227,31 @@ void Dz3DViewport::mouseReleaseEvent(QMouseEvent* event)
         tool->clicked(*this, event->pos(), (event->modifiers() & Qt::ControlModifier) != 0);
 }
 
+void Dz3DViewport::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    if (const DzNode* const node = findNodeAt(event->pos()))
+        openhost::FrameInView(*this, openhost::BoxInView(*this, *node));
+}
+
 void Dz3DViewport::wheelEvent(QWheelEvent* event)
 {
     constexpr double notch = 120.0, nearer = 0.9;
-    if (_impl->camera)
-        _impl->camera->dolly(float(std::pow(nearer, double(event->angleDelta().y()) / notch)));
+    if (!_impl->camera)
+        return;
+    const auto factor = float(std::pow(nearer, double(event->angleDelta().y()) / notch));
+    const QPoint pointer = event->position().toPoint();
+    const geometry::PictureCamera optics = _impl->optics(size());
+    const openhost::ViewportPicture::Place place = _impl->placeAt(pointer, size());
+    if (!place.isValid()) {
+        _impl->camera->dolly(factor);
+        return;
+    }
+    // As far as that is now, which the camera comes nearer to or goes farther from.
+    if (optics.isPerspective)
+        _impl->camera->getFocalDistanceControl()->setValue(Dot(place.position - optics.eye, optics.forward));
+    _impl->camera->dollyTo(DzVec3(place.position.x, place.position.y, place.position.z), factor);
 }
 
 DzViewport::DzViewport(QWidget* parent) : QWidget(parent), _view(new Dz3DViewport(this))

@@ -5,9 +5,10 @@
 
 #include "dznode.h"
 #include "dzscene.h"
+#include "dzskeleton.h"
 #include "geometry/preview.h"
+#include "viewport_lines.h"
 
-#include <QLineF>
 #include <QPainter>
 
 #include <algorithm>
@@ -19,61 +20,10 @@ using geometry::Vec3f;
 
 namespace {
 
-const QColor background(58, 60, 64), lineColor(188, 192, 198), selection(226, 152, 60);
-
-/// Places points on the picture and cuts lines at the eye.
-class Projector {
-public:
-    Projector(const PictureCamera& camera, const QSize& size)
-        : _camera(camera), _size(size), _aspect(float(size.width()) / float(size.height()))
-    {
-    }
-
-    /// False when the line lies behind the eye.
-    bool line(Vec3f a, Vec3f b, QLineF* result) const
-    {
-        constexpr float nearest = 0.1f;
-        const float depthA = depth(a), depthB = depth(b);
-        if (_camera.isPerspective) {
-            if (depthA < nearest && depthB < nearest)
-                return false;
-            if (depthA < nearest)
-                a = a + (b - a) * ((nearest - depthA) / (depthB - depthA));
-            else if (depthB < nearest)
-                b = b + (a - b) * ((nearest - depthB) / (depthA - depthB));
-        }
-        *result = QLineF(place(a), place(b));
-        return true;
-    }
-
-private:
-    float depth(Vec3f p) const { return Dot(p - _camera.eye, _camera.forward); }
-
-    QPointF place(Vec3f p) const
-    {
-        const Vec3f at = _camera.project(p, _aspect);
-        return QPointF(0.5 * (double(at.x) + 1.0) * _size.width(),
-                       0.5 * (1.0 - double(at.y)) * _size.height());
-    }
-
-    const PictureCamera& _camera;
-    QSize _size;
-    float _aspect;
-};
-
-void AddBox(const geometry::Box3f& box, const Projector& projector, QVector<QLineF>* lines)
-{
-    const auto corner = [&](int i) {
-        return Vec3f{i & 1 ? box.max.x : box.min.x, i & 2 ? box.max.y : box.min.y,
-                     i & 4 ? box.max.z : box.min.z};
-    };
-    for (int from = 0; from < 8; ++from)
-        for (const int axis : {1, 2, 4}) {
-            QLineF line;
-            if (!(from & axis) && projector.line(corner(from), corner(from | axis), &line))
-                lines->append(line);
-        }
-}
+const QColor background(58, 60, 64), lineColor(188, 192, 198), groundColor(96, 99, 104),
+    selection(226, 152, 60);
+/// No light makes it of any surface's colour.
+const QColor nothing(0, 0, 1);
 
 QImage ImageOf(geometry::PreviewPicture picture)
 {
@@ -84,40 +34,39 @@ QImage ImageOf(geometry::PreviewPicture picture)
         kept);
 }
 
-geometry::PreviewOptions OptionsFor(const DrawMethod& method, const QSize& size)
+std::array<std::uint8_t, 3> Bytes(const QColor& color)
 {
-    const auto bytes = [](const QColor& color) {
-        return std::array<std::uint8_t, 3>{std::uint8_t(color.red()), std::uint8_t(color.green()),
-                                           std::uint8_t(color.blue())};
-    };
-    geometry::PreviewOptions options;
-    options.shading = method.isShaded ? geometry::PreviewShading::Smooth : geometry::PreviewShading::None;
-    options.drawEdges = method.drawsEdges;
-    options.width = size.width();
-    options.height = size.height();
-    options.background = bytes(background);
-    if (!method.isShaded)
-        options.edges = bytes(lineColor);
-    return options;
+    return {std::uint8_t(color.red()), std::uint8_t(color.green()), std::uint8_t(color.blue())};
 }
 
-void DrawLines(QPainter& painter, const QVector<QLineF>& lines, const QColor& color)
+Vec3f ToVec(const DzVec3& v)
 {
-    painter.setPen(QPen(color, 1.0));
-    painter.drawLines(lines);
+    return {v.m_x, v.m_y, v.m_z};
 }
 
-void DrawSelection(QPainter& painter, const Projector& projector)
+geometry::Box3f ToBox(const DzBox3& box)
 {
-    QVector<QLineF> lines;
-    for (int i = 0; i < dzScene->getNumSelectedNodes(); ++i) {
-        const DzBox3 box = dzScene->getSelectedNode(i)->getWSBoundingBox();
-        if (box.isValid())
-            AddBox({{box.getMin().m_x, box.getMin().m_y, box.getMin().m_z},
-                    {box.getMax().m_x, box.getMax().m_y, box.getMax().m_z}},
-                   projector, &lines);
+    return {ToVec(box.getMin()), ToVec(box.getMax())};
+}
+
+/// Puts the ground where nothing was drawn.
+void LayOver(QImage& ground, const QImage& drawn, QRgb left)
+{
+    for (int row = 0; row < ground.height(); ++row) {
+        auto* const to = reinterpret_cast<QRgb*>(ground.scanLine(row));
+        const auto* const from = reinterpret_cast<const QRgb*>(drawn.constScanLine(row));
+        for (int column = 0; column < ground.width(); ++column)
+            if (from[column] != left)
+                to[column] = from[column];
     }
-    DrawLines(painter, lines, selection);
+}
+
+bool IsBelow(const DzNode& node, const DzNode& above)
+{
+    const DzNode* one = &node;
+    while (one && one != &above)
+        one = one->getNodeParent();
+    return one != nullptr;
 }
 
 } // namespace
@@ -136,57 +85,226 @@ const DrawMethod& FindDrawMethod(const QString& description)
     return drawMethods.front();
 }
 
+ViewportPicture::ViewportPicture() : _parts(1) {}
+
 void ViewportPicture::sceneChanged()
 {
-    _stage.reset();
-    _scene.reset();
+    for (Part& part : _parts) {
+        part.stage.reset();
+        part.scene.reset();
+    }
 }
 
-const ScenePicture& ViewportPicture::scene()
+void ViewportPicture::setColors(NodeColors colors)
 {
-    if (!_scene)
-        _scene = VisibleItems(*dzScene);
-    return *_scene;
+    _colors = std::move(colors);
+    for (Part& part : _parts)
+        if (part.scene)
+            color(*part.scene);
 }
 
-const geometry::PictureStage& ViewportPicture::stage()
+void ViewportPicture::showSideBySide(DzSkeleton* left, DzSkeleton* right)
 {
-    if (!_stage)
-        _stage.emplace(scene().items, geometry::StageNormals::WhereAsked);
-    return *_stage;
+    _parts.clear();
+    _parts.resize(left && right ? 2 : 1);
+    if (left && right) {
+        _parts[0].figure = left;
+        _parts[1].figure = right;
+    }
+}
+
+bool ViewportPicture::isDivided() const
+{
+    return _parts.size() == 2 && _parts[0].figure && _parts[1].figure;
+}
+
+QSize ViewportPicture::partSize(const QSize& size) const
+{
+    return QSize(std::max(1, isDivided() ? size.width() / 2 : size.width()), std::max(1, size.height()));
+}
+
+QStringList ViewportPicture::captions() const
+{
+    return isDivided() ? QStringList{_parts[0].figure->getLabel(), _parts[1].figure->getLabel()}
+                       : QStringList();
+}
+
+float ViewportPicture::aspect(const QSize& size) const
+{
+    const QSize part = partSize(size);
+    return float(part.width()) / float(part.height());
+}
+
+/// From where the left figure stands.
+Vec3f ViewportPicture::offsetOf(const Part& part) const
+{
+    return part.figure ? ToVec(part.figure->getWSPos()) - ToVec(_parts.front().figure->getWSPos()) : Vec3f{};
+}
+
+const ViewportPicture::Part* ViewportPicture::partOf(const DzNode& node) const
+{
+    if (!isDivided())
+        return &_parts.front();
+    const auto isIn = [&node](const Part& part) {
+        if (IsBelow(node, *part.figure))
+            return true;
+        const std::vector<DzNode*>& nodes = part.scene ? part.scene->nodes : std::vector<DzNode*>();
+        return std::find(nodes.begin(), nodes.end(), &node) != nodes.end();
+    };
+    const auto part = std::find_if(_parts.begin(), _parts.end(), isIn);
+    return part != _parts.end() ? &*part : nullptr;
+}
+
+void ViewportPicture::color(ScenePicture& scene) const
+{
+    for (std::size_t i = 0; i < scene.items.size(); ++i) {
+        const auto colors = _colors.find(scene.nodes[i]);
+        const bool fits =
+            colors != _colors.end() && colors->second.size() == scene.items[i].mesh.vertexCount();
+        scene.items[i].vertexColors = fits ? base::Span<const std::array<float, 3>>(colors->second)
+                                           : base::Span<const std::array<float, 3>>();
+    }
+}
+
+ScenePicture& ViewportPicture::sceneOf(Part& part) const
+{
+    if (!part.scene) {
+        part.scene = isDivided() ? FigureItems(*part.figure) : VisibleItems(*dzScene);
+        color(*part.scene);
+    }
+    return *part.scene;
+}
+
+const geometry::PictureStage& ViewportPicture::stageOf(Part& part) const
+{
+    if (!part.stage)
+        part.stage.emplace(sceneOf(part).items, geometry::StageNormals::WhereAsked);
+    return *part.stage;
+}
+
+geometry::PreviewOptions ViewportPicture::optionsFor(const DrawMethod& method, const QSize& size) const
+{
+    geometry::PreviewOptions options;
+    options.shading = method.isShaded ? geometry::PreviewShading::Smooth : geometry::PreviewShading::None;
+    options.light = _colors.empty() ? geometry::PreviewLight::ThreePoint : geometry::PreviewLight::Plain;
+    options.drawEdges = method.drawsEdges;
+    options.width = size.width();
+    options.height = size.height();
+    options.background = Bytes(_showsGround ? nothing : background);
+    options.unshaded = Bytes(background);
+    if (!method.isShaded)
+        options.edges = Bytes(lineColor);
+    return options;
+}
+
+QImage ViewportPicture::drawPart(Part& part, const PictureCamera& camera, const DrawMethod& method,
+                                 const QSize& size) const
+{
+    PictureCamera own = camera;
+    own.eye = own.eye + offsetOf(part);
+    const geometry::PreviewOptions options = optionsFor(method, size);
+    QImage image;
+    if (method.hidesLines) {
+        image = ImageOf(DrawPreview(stageOf(part), own, options));
+    } else if (method.drawsEdges) {
+        image = ImageOf(DrawWires(sceneOf(part).items, own, options));
+    } else {
+        image = QImage(size, QImage::Format_RGB32);
+        image.fill(_showsGround ? nothing : background);
+    }
+    if (_showsGround)
+        image = overGround(std::move(image), camera);
+    QPainter painter(&image);
+    const Projector projector(own, size);
+    if (method.drawsBoxes) {
+        QVector<QLineF> lines;
+        for (const geometry::PictureItem& item : sceneOf(part).items)
+            AddBox(geometry::BoundingBox(item.mesh.positions), projector, &lines);
+        DrawLines(painter, lines, lineColor);
+    }
+    drawSelection(painter, part, projector);
+    return image;
+}
+
+/// What stands on the floor hides it from above, and is hidden by it nowhere; from below it is seen through.
+QImage ViewportPicture::overGround(QImage drawn, const PictureCamera& camera) const
+{
+    QImage ground(drawn.size(), QImage::Format_RGB32);
+    ground.fill(background);
+    const auto drawGround = [&] {
+        QPainter painter(&ground);
+        DrawGround(painter, Projector(camera, ground.size()), groundColor);
+    };
+    const bool isAbove = camera.eye.y >= 0.0f;
+    if (isAbove)
+        drawGround();
+    LayOver(ground, drawn, nothing.rgb());
+    if (!isAbove)
+        drawGround();
+    return ground;
+}
+
+void ViewportPicture::drawSelection(QPainter& painter, const Part& part, const Projector& projector) const
+{
+    QVector<QLineF> lines;
+    for (int i = 0; i < dzScene->getNumSelectedNodes(); ++i) {
+        const DzNode& node = *dzScene->getSelectedNode(i);
+        const DzBox3 box = node.getWSBoundingBox();
+        if (box.isValid() && partOf(node) == &part)
+            AddBox(ToBox(box), projector, &lines);
+    }
+    DrawLines(painter, lines, selection);
 }
 
 QImage ViewportPicture::draw(const PictureCamera& camera, const DrawMethod& method, const QSize& size)
 {
-    const geometry::PreviewOptions options = OptionsFor(method, size);
-    QImage image;
-    if (method.hidesLines) {
-        image = ImageOf(DrawPreview(stage(), camera, options));
-    } else if (method.drawsEdges) {
-        image = ImageOf(DrawWires(scene().items, camera, options));
-    } else {
-        image = QImage(size, QImage::Format_RGB32);
-        image.fill(background);
-    }
+    if (_parts.size() == 2 && !isDivided())
+        showSideBySide(nullptr, nullptr); // a figure has gone
+    const QSize each = partSize(size);
+    if (!isDivided())
+        return drawPart(_parts.front(), camera, method, each);
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(background);
     QPainter painter(&image);
-    const Projector projector(camera, size);
-    if (method.drawsBoxes) {
-        QVector<QLineF> lines;
-        for (const geometry::PictureItem& item : scene().items)
-            AddBox(geometry::BoundingBox(item.mesh.positions), projector, &lines);
-        DrawLines(painter, lines, lineColor);
-    }
-    DrawSelection(painter, projector);
+    painter.drawImage(0, 0, drawPart(_parts[0], camera, method, each));
+    painter.drawImage(size.width() - each.width(), 0, drawPart(_parts[1], camera, method, each));
+    painter.setPen(lineColor);
+    painter.drawLine(each.width(), 0, each.width(), size.height());
     return image;
 }
 
-DzNode* ViewportPicture::nodeAt(const PictureCamera& camera, const QPoint& pixel, const QSize& size)
+ViewportPicture::Place ViewportPicture::placeAt(const PictureCamera& camera, const QPoint& pixel,
+                                                const QSize& size)
 {
-    const float x = 2.0f * (float(pixel.x()) + 0.5f) / float(size.width()) - 1.0f;
-    const float y = 1.0f - 2.0f * (float(pixel.y()) + 0.5f) / float(size.height());
-    const geometry::PictureStage::Hit hit =
-        stage().trace(camera.ray(x, y, float(size.width()) / float(size.height())));
-    return hit.isValid ? scene().nodes[hit.item] : nullptr;
+    const QSize each = partSize(size);
+    const bool isRight = isDivided() && pixel.x() >= each.width();
+    Part& part = _parts[isRight ? 1 : 0];
+    const int column = isRight ? pixel.x() - (size.width() - each.width()) : pixel.x();
+    const float x = 2.0f * (float(column) + 0.5f) / float(each.width()) - 1.0f;
+    const float y = 1.0f - 2.0f * (float(pixel.y()) + 0.5f) / float(each.height());
+    const Vec3f offset = isDivided() ? offsetOf(part) : Vec3f{};
+    geometry::Ray ray = camera.ray(x, y, aspect(size));
+    ray.origin = ray.origin + offset;
+    const geometry::PictureStage::Hit hit = stageOf(part).trace(ray);
+    return hit.isValid ? Place{sceneOf(part).nodes[hit.item], hit.position - offset} : Place();
+}
+
+DzBox3 ViewportPicture::box() const
+{
+    if (!isDivided())
+        return dzScene->getBoundingBox();
+    DzBox3 both = boxOf(*_parts[0].figure);
+    both.include(boxOf(*_parts[1].figure));
+    return both;
+}
+
+DzBox3 ViewportPicture::boxOf(const DzNode& node) const
+{
+    DzBox3 box = node.getWSBoundingBox();
+    const Part* const part = partOf(node);
+    const Vec3f offset = part && isDivided() ? offsetOf(*part) : Vec3f{};
+    box.translate(DzVec3(-offset.x, -offset.y, -offset.z));
+    return box;
 }
 
 } // namespace openhost

@@ -9,12 +9,16 @@
 #include "dzobject.h"
 #include "dzviewport.h"
 #include "dzviewportmgr.h"
+#include "openhost/viewport_extras.h"
+#include "scene/camera_optics.h"
 #include "tests/host/host_fixture.h"
 #include "tests/windows/picture.h"
 
 #include <QApplication>
 #include <QMouseEvent>
 #include <QWheelEvent>
+
+#include <cmath>
 
 namespace {
 
@@ -54,9 +58,9 @@ protected:
         QMouseEvent event(type, at, button, buttons, modifiers);
         QApplication::sendEvent(view, &event);
     }
-    void drag(Qt::MouseButton button, const QPoint& by)
+    void drag(Qt::MouseButton button, const QPoint& by) { drag(button, by, view->rect().center()); }
+    void drag(Qt::MouseButton button, const QPoint& by, const QPoint& from)
     {
-        const QPoint from = view->rect().center();
         send(QEvent::MouseButtonPress, from, button, button);
         send(QEvent::MouseMove, from + by, Qt::NoButton, button);
         send(QEvent::MouseButtonRelease, from + by, button, Qt::NoButton);
@@ -66,6 +70,34 @@ protected:
         send(QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton, modifiers);
         send(QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton, modifiers);
     }
+    void wheel(const QPoint& at, int eighthsOfDegrees)
+    {
+        QWheelEvent event(QPointF(at), view->mapToGlobal(at), QPoint(), QPoint(0, eighthsOfDegrees),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view, &event);
+    }
+    geometry::Ray rayAt(const QPoint& pixel) const
+    {
+        const float aspect = float(view->width()) / float(view->height());
+        return openhost::OpticsOf(*camera, aspect)
+            .ray(2.0f * (float(pixel.x()) + 0.5f) / float(view->width()) - 1.0f,
+                 1.0f - 2.0f * (float(pixel.y()) + 0.5f) / float(view->height()), aspect);
+    }
+    /// Of the front of the box, in its plane.
+    DzVec3 placeAt(const QPoint& pixel) const
+    {
+        const geometry::Ray ray = rayAt(pixel);
+        const geometry::Vec3f place = ray.origin + ray.direction * ((20.0f - ray.origin.z) / ray.direction.z);
+        return DzVec3(place.x, place.y, place.z);
+    }
+    /// The point on the pixel's ray that is nearest to another one.
+    DzVec3 seenAt(const QPoint& pixel, const DzVec3& near) const
+    {
+        const geometry::Ray ray = rayAt(pixel);
+        const float along = Dot(geometry::Vec3f{near.m_x, near.m_y, near.m_z} - ray.origin, ray.direction);
+        const geometry::Vec3f place = ray.origin + ray.direction * along;
+        return DzVec3(place.x, place.y, place.z);
+    }
     static float distance(const DzVec3& a, const DzVec3& b) { return (a - b).length(); }
 
     DzMainWindow* window = nullptr;
@@ -74,15 +106,76 @@ protected:
     DzNode* box = nullptr;
 };
 
-TEST_F(ViewportMouseTest, turns_about_the_focal_point_with_the_left_button)
+TEST_F(ViewportMouseTest, turns_about_the_focal_point_where_nothing_is_held)
 {
     const DzVec3 point = camera->getFocalPoint(), place = camera->getWSPos();
-    drag(Qt::LeftButton, QPoint(100, 30));
+    drag(Qt::LeftButton, QPoint(100, 30), QPoint(10, 10));
     EXPECT_GT(distance(camera->getWSPos(), place), 50.0f);
     EXPECT_LT(distance(camera->getFocalPoint(), point), 0.05f);
     EXPECT_LT(camera->getWSPos().m_x, place.m_x) << "the scene turns with the hand";
     EXPECT_EQ(dzScene->getNumSelectedNodes(), 0) << "dragging selects nothing";
     SavePicture(*window, "viewport-turned");
+}
+
+TEST_F(ViewportMouseTest, turns_about_the_place_that_is_held)
+{
+    const QPoint corner = view->rect().center() + QPoint(30, -20);
+    const DzVec3 held = placeAt(corner);
+    EXPECT_NEAR(held.m_z, 20.0f, 0.1f) << "on the box's front";
+    drag(Qt::LeftButton, QPoint(100, 30), corner);
+    EXPECT_LT(distance(seenAt(corner, held), held), 0.1f) << "it is where it was in the picture";
+    EXPECT_GT(std::abs(camera->getWSPos().m_x), 50.0f);
+}
+
+TEST_F(ViewportMouseTest, comes_nearer_to_what_is_under_the_pointer)
+{
+    const QPoint corner = view->rect().center() + QPoint(30, -20);
+    const DzVec3 place = placeAt(corner);
+    const float before = distance(camera->getWSPos(), place);
+    wheel(corner, 240);
+    EXPECT_NEAR(distance(camera->getWSPos(), place), 0.81f * before, 0.1f);
+    EXPECT_LT(distance(placeAt(corner), place), 0.1f) << "it stays under the pointer";
+}
+
+TEST_F(ViewportMouseTest, frames_what_is_clicked_twice)
+{
+    camera->pan(15.0f, 5.0f);
+    wheel(QPoint(5, 5), -600);
+    const float far = camera->getFocalDistance();
+    send(QEvent::MouseButtonDblClick, view->rect().center() - QPoint(8, -4), Qt::LeftButton, Qt::LeftButton);
+    EXPECT_LT(camera->getFocalDistance(), far);
+    EXPECT_LT(distance(camera->getFocalPoint(), box->getWSBoundingBox().getCenter()), 0.1f);
+    const DzVec3 place = camera->getWSPos();
+    send(QEvent::MouseButtonDblClick, QPoint(3, 3), Qt::LeftButton, Qt::LeftButton);
+    EXPECT_LT(distance(camera->getWSPos(), place), 1e-3f) << "nothing is there to be framed";
+}
+
+TEST_F(ViewportMouseTest, shows_the_ground_behind_what_stands_on_it)
+{
+    dzScene->selectAllNodes(false);
+    const QImage without = view->grab().toImage();
+    openhost::ShowGround(*view, true);
+    const QImage with = view->grab().toImage();
+    const QPoint middle = view->rect().center();
+    EXPECT_NE(with, without);
+    EXPECT_EQ(with.pixel(middle), without.pixel(middle));
+    SavePicture(*window, "viewport-ground");
+    view->setUserDrawStyle(QStringLiteral("Hidden Line"));
+    EXPECT_EQ(view->grab().toImage().pixelColor(middle + QPoint(3, 3)), QColor(58, 60, 64))
+        << "faces without shading hide it too";
+    openhost::ShowGround(*view, false);
+    view->setUserDrawStyle(QStringLiteral("Smooth Shaded"));
+    EXPECT_EQ(view->grab().toImage(), without);
+}
+
+TEST_F(ViewportMouseTest, lights_from_the_camera_so_that_no_side_is_dark)
+{
+    for (int turn = 0; turn < 8; ++turn) {
+        camera->orbit(45.0f, 0.0f);
+        const QColor seen = view->grab().toImage().pixelColor(view->rect().center());
+        EXPECT_GT(seen.red(), 130) << turn;
+        EXPECT_LT(seen.red(), 255) << turn << ": light is not lost in white";
+    }
 }
 
 TEST_F(ViewportMouseTest, keeps_what_it_holds_under_the_pointer_with_the_right_button)
@@ -97,9 +190,7 @@ TEST_F(ViewportMouseTest, keeps_what_it_holds_under_the_pointer_with_the_right_b
 TEST_F(ViewportMouseTest, goes_nearer_with_the_wheel)
 {
     const float far = camera->getFocalDistance();
-    QWheelEvent wheel(QPointF(50, 50), view->mapToGlobal(QPoint(50, 50)), QPoint(), QPoint(0, 240),
-                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(view, &wheel);
+    wheel(QPoint(50, 50), 240);
     EXPECT_NEAR(camera->getFocalDistance(), far * 0.81f, 0.01f);
 }
 

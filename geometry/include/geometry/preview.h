@@ -1,4 +1,4 @@
-// Quick pictures for a viewport: one sample a pixel, lit from the eye.
+// Quick pictures for a viewport: one sample a pixel, without shadows.
 // SPDX-License-Identifier: MIT
 
 #pragma once
@@ -14,15 +14,22 @@ namespace geometry {
 enum class PreviewShading {
     Smooth, ///< over interpolated normals
     Flat,   ///< one shade a face
-    None    ///< the background's colour: hides what lies behind
+    None    ///< one colour: hides what lies behind
+};
+
+enum class PreviewLight {
+    ThreePoint, ///< a key, a fill and a rim light that go with the camera
+    Plain ///< one lamp at the eye and much of all around, so that colours which mean something stay legible
 };
 
 struct PreviewOptions {
     PreviewShading shading = PreviewShading::Smooth;
+    PreviewLight light = PreviewLight::ThreePoint;
     bool drawEdges = false;        ///< of polygons, where they can be seen
     float edgeOpacity = 0.45f;     ///< over shaded faces; 0 to 1
     int width = 640, height = 480; ///< pixels, 1 to 16384
     std::array<std::uint8_t, 3> background{58, 60, 64}, edges{20, 22, 24};
+    std::array<std::uint8_t, 3> unshaded{58, 60, 64}; ///< of faces without shading
 };
 
 struct PreviewPicture {
