@@ -3,18 +3,18 @@
 
 #include "view_menu.h"
 
+#include "comparison_view.h"
+
 #include <dzbox3.h>
-#include <dzcamera.h>
 #include <dzdrawstyle.h>
 #include <dzmainwindow.h>
 #include <dznode.h>
 #include <dzscene.h>
 #include <dzskeleton.h>
 #include <dzviewport.h>
+#include <openhost/viewport_extras.h>
 
 #include <QActionGroup>
-
-#include <algorithm>
 
 namespace desktop {
 
@@ -33,12 +33,11 @@ QString WithMnemonic(const QString& text, QString& taken)
     return text;
 }
 
-/// Of the node's shape; a bone has that of its figure.
-DzBox3 BoxOf(const DzNode& node)
+/// A bone has the shape of its figure.
+const DzNode& NodeWithShape(const DzNode& node)
 {
-    const DzBox3 box = node.getWSBoundingBox();
     const DzSkeleton* const figure = node.getSkeleton();
-    return box.isValid() || !figure ? box : figure->getWSBoundingBox();
+    return node.getWSBoundingBox().isValid() || !figure ? node : *figure;
 }
 
 } // namespace
@@ -51,6 +50,11 @@ ViewMenu::ViewMenu(DzMainWindow& window)
     addSeparator();
     _frameAll = addAction(tr("Frame &All"), this, SLOT(frameAll()), Qt::CTRL + Qt::SHIFT + Qt::Key_F);
     _frameSelection = addAction(tr("&Frame Selection"), this, SLOT(frameSelection()), Qt::CTRL + Qt::Key_F);
+    addSeparator();
+    _comparison = std::make_unique<ComparisonView>(*view());
+    addAction(_comparison->differenceEntry());
+    addAction(_comparison->sideBySideEntry());
+    connect(_comparison.get(), SIGNAL(placesChanged()), SLOT(frameAll()));
     connect(_styles, SIGNAL(triggered(QAction*)), SLOT(setStyle(QAction*)));
     connect(_window.getViewportMgr(), SIGNAL(activeViewportChanged(DzViewport*)), SLOT(watchViewport()));
     connect(dzScene, SIGNAL(nodeListChanged()), SLOT(updateFrames()));
@@ -59,10 +63,12 @@ ViewMenu::ViewMenu(DzMainWindow& window)
     updateFrames();
 }
 
+ViewMenu::~ViewMenu() = default;
+
 void ViewMenu::addStyles()
 {
     const DzViewportMgr& manager = *_window.getViewportMgr();
-    QString taken = QStringLiteral("af"); // by the entries below
+    QString taken = QStringLiteral("afdb"); // by the entries below
     for (int i = 0; i < manager.getNumUserDrawStyles(); ++i) {
         const QString style = manager.getUserDrawStyle(i)->getDescription();
         QAction* const entry = addAction(WithMnemonic(style, taken));
@@ -106,23 +112,19 @@ void ViewMenu::updateFrames()
     _frameSelection->setEnabled(dzScene->getNumSelectedNodes() > 0);
 }
 
-void ViewMenu::frame(const DzBox3& box)
-{
-    if (view() && view()->getCamera())
-        view()->getCamera()->frame(box, float(view()->width()) / float(std::max(1, view()->height())));
-}
-
 void ViewMenu::frameAll()
 {
-    frame(dzScene->getBoundingBox());
+    if (view())
+        openhost::FrameInView(*view(), openhost::BoxInView(*view()));
 }
 
 void ViewMenu::frameSelection()
 {
     DzBox3 all;
-    for (int i = 0; i < dzScene->getNumSelectedNodes(); ++i)
-        all.include(BoxOf(*dzScene->getSelectedNode(i)));
-    frame(all);
+    for (int i = 0; view() && i < dzScene->getNumSelectedNodes(); ++i)
+        all.include(openhost::BoxInView(*view(), NodeWithShape(*dzScene->getSelectedNode(i))));
+    if (view())
+        openhost::FrameInView(*view(), all);
 }
 
 } // namespace desktop

@@ -5,12 +5,15 @@
 
 #include <QMenu>
 
+#include <memory>
+
 class Dz3DViewport;
-class DzBox3;
 class DzMainWindow;
 class QActionGroup;
 
 namespace desktop {
+
+class ComparisonView;
 
 /// The draw styles of the active viewport, and what is brought into its sight.
 class ViewMenu : public QMenu {
@@ -19,6 +22,7 @@ class ViewMenu : public QMenu {
 public:
     /// @param window  borrowed; it has to outlive the menu
     explicit ViewMenu(DzMainWindow& window);
+    ~ViewMenu() override;
 
 private slots:
     void watchViewport();
@@ -31,12 +35,12 @@ private slots:
 private:
     void addStyles();
     Dz3DViewport* view() const;
-    void frame(const DzBox3& box);
 
     DzMainWindow& _window;
     QActionGroup* _styles;
     QAction* _frameAll;
     QAction* _frameSelection;
+    std::unique_ptr<ComparisonView> _comparison;
 };
 
 } // namespace desktop
