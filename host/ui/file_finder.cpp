@@ -70,7 +70,7 @@ FileFinder::FileFinder(QWidget* parent)
     _favorites->setAccessibleName(tr("Favorites only"));
     _favorites->setFocusPolicy(Qt::StrongFocus);
     _favorites->setCheckable(true);
-    _favorites->setIcon(OnOffStar(*this));
+    _favorites->setIcon(OnOffStar());
     _state->setWordWrap(true);
     _state->hide();
     auto* const row = new QHBoxLayout;

@@ -3,8 +3,11 @@
 
 #include "look.h"
 
+#include "openhost/look.h"
+
 #include <QApplication>
 #include <QFontMetrics>
+#include <QLabel>
 #include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
@@ -35,6 +38,46 @@ QPalette DarkPalette()
     return palette;
 }
 
+QPalette LightPalette()
+{
+    const QColor window(238, 239, 241);
+    const QColor base(255, 255, 255);
+    const QColor text(24, 26, 29);
+    const QColor dimmed(140, 143, 148);
+    QPalette palette(text, QColor(226, 228, 231), QColor(255, 255, 255), QColor(150, 153, 158),
+                     QColor(84, 87, 92), text, Qt::black, base, window);
+    palette.setColor(QPalette::Midlight, QColor(132, 136, 142)); // of boxes that are checked
+    palette.setColor(QPalette::AlternateBase, QColor(244, 245, 247));
+    palette.setColor(QPalette::Highlight, QColor(30, 94, 168));
+    palette.setColor(QPalette::HighlightedText, QColor(255, 255, 255));
+    palette.setColor(QPalette::Link, QColor(0, 84, 166));
+    palette.setColor(QPalette::ToolTipBase, QColor(255, 255, 230));
+    palette.setColor(QPalette::ToolTipText, text);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, dimmed);
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(196, 199, 204));
+    palette.setColor(QPalette::Disabled, QPalette::HighlightedText, QColor(90, 93, 98));
+    return palette;
+}
+
+Look current = Look::Dark;
+
+/// Some widgets bring a colour of their own, chosen for dark windows: it is read on dark ones alone.
+bool BringsColor(const QWidget& widget)
+{
+    return widget.styleSheet().contains(QLatin1String("color:"));
+}
+
+void SetGround(QWidget& widget)
+{
+    if (!BringsColor(widget))
+        return;
+    const bool isDarkAmongLight = current == Look::Light;
+    widget.setPalette(isDarkAmongLight ? DarkPalette() : QPalette());
+    if (qobject_cast<QLabel*>(&widget))
+        widget.setAutoFillBackground(isDarkAmongLight);
+}
+
 /// The style draws the frames of boxes darker than the window, where dark windows swallow them; it marks the
 /// default button and the one with the focus alike; it clips the titles of groups at the ink of their
 /// letters, which is less than what drawing them takes; its boxes to check stay small beside large letters;
@@ -42,6 +85,15 @@ QPalette DarkPalette()
 class OutlinedStyle : public QProxyStyle {
 public:
     OutlinedStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    using QProxyStyle::polish;
+
+    void polish(QWidget* widget) override
+    {
+        QProxyStyle::polish(widget);
+        if (current == Look::Light)
+            SetGround(*widget);
+    }
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override
     {
@@ -118,10 +170,23 @@ public:
 
 } // namespace
 
-void ApplyLook(QApplication& application)
+void DressWindows(QApplication& application)
 {
     application.setStyle(new OutlinedStyle);
-    application.setPalette(DarkPalette());
+    SetLook(Look::Dark);
+}
+
+void SetLook(Look look)
+{
+    current = look;
+    QApplication::setPalette(look == Look::Dark ? DarkPalette() : LightPalette());
+    for (QWidget* const widget : QApplication::allWidgets())
+        SetGround(*widget);
+}
+
+Look CurrentLook()
+{
+    return current;
 }
 
 } // namespace openhost

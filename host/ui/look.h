@@ -7,7 +7,7 @@ class QApplication;
 
 namespace openhost {
 
-/// A dark look in which figures stand out.
-void ApplyLook(QApplication& application);
+/// The style of all windows, in a dark look.
+void DressWindows(QApplication& application);
 
 } // namespace openhost

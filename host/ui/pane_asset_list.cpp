@@ -88,7 +88,7 @@ private:
             painter.drawPixmap(QRect(QPoint(rest.width(), rest.height()), size), own);
         }
         if (IsFavoriteFile(file()))
-            painter.drawPixmap(0, 0, Star(list, true).pixmap(list.fontMetrics().height()));
+            painter.drawPixmap(0, 0, Star(true).pixmap(list.fontMetrics().height()));
         return whole;
     }
 };

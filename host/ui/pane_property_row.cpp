@@ -10,6 +10,7 @@
 #include "dznumericproperty.h"
 #include "dzproperty.h"
 #include "limits_dialog.h"
+#include "openhost/palette_icon.h"
 #include "pane_property_editor.h"
 
 #include <QComboBox>
@@ -51,29 +52,28 @@ QPolygonF StarShape(double size)
     return star;
 }
 
-} // namespace
-
-QIcon Star(const QWidget& widget, bool isFilled)
+void DrawStar(QPainter& painter, const QRect& rect, const QPalette& palette, bool isFilled)
 {
-    const int size = widget.fontMetrics().height();
-    QPixmap picture(size, size);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QColor highlight = widget.palette().color(QPalette::Highlight);
-    painter.setPen(isFilled ? highlight : widget.palette().color(QPalette::Mid).lighter(130));
+    const QColor& highlight = palette.color(QPalette::Highlight);
+    painter.setPen(isFilled ? highlight : palette.color(QPalette::Mid).lighter(130));
     painter.setBrush(isFilled ? QBrush(highlight) : QBrush(Qt::NoBrush));
-    painter.drawPolygon(StarShape(size));
-    return QIcon(picture);
+    painter.drawPolygon(StarShape(std::min(rect.width(), rect.height())).translated(rect.topLeft()));
 }
 
-QIcon OnOffStar(const QWidget& widget)
+} // namespace
+
+QIcon Star(bool isFilled)
 {
-    const int size = widget.fontMetrics().height();
-    QIcon star;
-    star.addPixmap(Star(widget, false).pixmap(size), QIcon::Normal, QIcon::Off);
-    star.addPixmap(Star(widget, true).pixmap(size), QIcon::Normal, QIcon::On);
-    return star;
+    return MakePaletteIcon([isFilled](QPainter& painter, const QRect& rect, const QPalette& palette,
+                                      QPalette::ColorGroup,
+                                      QIcon::State) { DrawStar(painter, rect, palette, isFilled); });
+}
+
+QIcon OnOffStar()
+{
+    return MakePaletteIcon([](QPainter& painter, const QRect& rect, const QPalette& palette,
+                              QPalette::ColorGroup,
+                              QIcon::State state) { DrawStar(painter, rect, palette, state == QIcon::On); });
 }
 
 PropertyRow::PropertyRow(DzProperty& property, QWidget* parent)
@@ -106,7 +106,7 @@ void PropertyRow::addStar(QHBoxLayout& layout)
     const int size = fontMetrics().height();
     _star->setIconSize(QSize(size, size));
     _star->setChecked(_property->isFavorite());
-    _star->setIcon(Star(*this, _property->isFavorite()));
+    _star->setIcon(Star(_property->isFavorite()));
     connect(_star, SIGNAL(toggled(bool)), SLOT(setFavorite(bool)));
     layout.addWidget(_star);
 }
@@ -137,7 +137,7 @@ void PropertyRow::setFavorite(bool onOff)
     if (!_property)
         return;
     _property->setIsFavorite(onOff);
-    _star->setIcon(Star(*this, onOff));
+    _star->setIcon(Star(onOff));
 }
 
 void PropertyRow::setPicked(bool onOff)

@@ -16,9 +16,9 @@ namespace openhost {
 class PropertyEditor;
 
 /// A star as high as the widget's text, filled for a favourite.
-QIcon Star(const QWidget& widget, bool isFilled);
+QIcon Star(bool isFilled);
 /// For a button that can be checked.
-QIcon OnOffStar(const QWidget& widget);
+QIcon OnOffStar();
 
 /// An editor, with a star for favourites. A property that goes away leaves a row that does nothing.
 class PropertyRow : public QWidget {

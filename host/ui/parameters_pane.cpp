@@ -100,7 +100,7 @@ void ParametersWidget::build()
     _favorites = new QToolButton;
     _favorites->setText(QStringLiteral("Favorites"));
     _favorites->setCheckable(true);
-    _favorites->setIcon(OnOffStar(*this));
+    _favorites->setIcon(OnOffStar());
     _favorites->setToolTip(QStringLiteral("Favorites only"));
     _favorites->setAccessibleName(_favorites->text());
     auto* const bar = new QHBoxLayout;

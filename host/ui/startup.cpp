@@ -48,7 +48,7 @@ void Dress(DzApp& app, AppParts& parts)
     if (app.isHeadless()) {
         app.installEventFilter(new HeadlessDialogs(&app));
     } else {
-        ApplyLook(app);
+        DressWindows(app);
         parts.progressDisplay = std::make_unique<ProgressWindows>();
     }
     parts.style = std::make_unique<DzStyle>();

@@ -3,6 +3,7 @@
 
 #include "dzstyle.h"
 
+#include "openhost/palette_icon.h"
 #include "style_pictures.h"
 
 #include <QAbstractButton>
@@ -15,16 +16,20 @@
 
 namespace {
 
-/// The picture's shape in one colour.
-QPixmap Tinted(const QPixmap& shape, const QColor& color)
+/// The picture's shape in one colour, in the middle and not larger than it is.
+void DrawTinted(QPainter& painter, const QRect& rect, const QPixmap& shape, const QColor& color)
 {
-    QPixmap tinted(shape.size());
-    tinted.fill(Qt::transparent);
-    QPainter painter(&tinted);
-    painter.drawPixmap(0, 0, shape);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(tinted.rect(), color);
-    return tinted;
+    QPixmap tinted(shape);
+    {
+        QPainter tint(&tinted);
+        tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        tint.fillRect(tinted.rect(), color);
+    }
+    const QSize size = tinted.size().scaled(rect.size().boundedTo(tinted.size()), Qt::KeepAspectRatio);
+    const QRect place(rect.x() + (rect.width() - size.width()) / 2,
+                      rect.y() + (rect.height() - size.height()) / 2, size.width(), size.height());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(place, tinted);
 }
 
 } // namespace
@@ -37,11 +42,11 @@ bool DzStyle::setStyledIcon(QAbstractButton* button, const QString& pixmapName) 
     const QPixmap shape = standardPixmap(pixmapName);
     if (!button || shape.isNull())
         return false;
-    const QPalette colors = button->palette();
-    QIcon icon;
-    icon.addPixmap(Tinted(shape, colors.color(QPalette::Active, QPalette::ButtonText)), QIcon::Normal);
-    icon.addPixmap(Tinted(shape, colors.color(QPalette::Disabled, QPalette::ButtonText)), QIcon::Disabled);
-    button->setIcon(icon);
+    button->setIcon(
+        openhost::MakePaletteIcon([shape](QPainter& painter, const QRect& rect, const QPalette& palette,
+                                          QPalette::ColorGroup group, QIcon::State) {
+            DrawTinted(painter, rect, shape, palette.color(group, QPalette::ButtonText));
+        }));
     return true;
 }
 

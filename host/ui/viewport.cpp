@@ -154,14 +154,14 @@ void Dz3DViewport::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     if (!_impl->camera) {
-        painter.fillRect(rect(), Qt::black);
+        painter.fillRect(rect(), openhost::CurrentViewColors().background);
         return;
     }
     const openhost::DrawMethod& method =
         openhost::FindDrawMethod(_impl->style ? _impl->style->getDescription() : QString());
     const QSize pixels = size() * devicePixelRatioF();
     painter.drawImage(rect(), _impl->picture.draw(_impl->optics(pixels), method, pixels));
-    painter.setPen(QColor(200, 204, 210));
+    painter.setPen(openhost::CurrentViewColors().text);
     const QRect texts = rect().adjusted(8, 6, -8, -6);
     const QStringList captions = _impl->picture.captions();
     if (captions.isEmpty())

@@ -7,6 +7,7 @@
 #include "dzscene.h"
 #include "dzskeleton.h"
 #include "geometry/preview.h"
+#include "openhost/look.h"
 #include "viewport_lines.h"
 
 #include <QPainter>
@@ -20,8 +21,6 @@ using geometry::Vec3f;
 
 namespace {
 
-const QColor background(58, 60, 64), lineColor(188, 192, 198), groundColor(96, 99, 104),
-    selection(226, 152, 60);
 /// No light makes it of any surface's colour.
 const QColor nothing(0, 0, 1);
 
@@ -83,6 +82,16 @@ const DrawMethod& FindDrawMethod(const QString& description)
         if (description.compare(QLatin1String(method.description), Qt::CaseInsensitive) == 0)
             return method;
     return drawMethods.front();
+}
+
+const ViewColors& CurrentViewColors()
+{
+    static const ViewColors dark{QColor(58, 60, 64), QColor(188, 192, 198), QColor(96, 99, 104),
+                                 QColor(226, 152, 60), QColor(200, 204, 210)};
+    // In the middle, so that light and dark colours of a difference stand out both.
+    static const ViewColors light{QColor(156, 159, 164), QColor(30, 33, 38), QColor(128, 131, 136),
+                                  QColor(122, 56, 0), QColor(16, 18, 20)};
+    return CurrentLook() == Look::Dark ? dark : light;
 }
 
 ViewportPicture::ViewportPicture() : _parts(1) {}
@@ -184,16 +193,17 @@ const geometry::PictureStage& ViewportPicture::stageOf(Part& part) const
 
 geometry::PreviewOptions ViewportPicture::optionsFor(const DrawMethod& method, const QSize& size) const
 {
+    const ViewColors& colors = CurrentViewColors();
     geometry::PreviewOptions options;
     options.shading = method.isShaded ? geometry::PreviewShading::Smooth : geometry::PreviewShading::None;
     options.light = _colors.empty() ? geometry::PreviewLight::ThreePoint : geometry::PreviewLight::Plain;
     options.drawEdges = method.drawsEdges;
     options.width = size.width();
     options.height = size.height();
-    options.background = Bytes(_showsGround ? nothing : background);
-    options.unshaded = Bytes(background);
+    options.background = Bytes(_showsGround ? nothing : colors.background);
+    options.unshaded = Bytes(colors.background);
     if (!method.isShaded)
-        options.edges = Bytes(lineColor);
+        options.edges = Bytes(colors.lines);
     return options;
 }
 
@@ -210,7 +220,7 @@ QImage ViewportPicture::drawPart(Part& part, const PictureCamera& camera, const 
         image = ImageOf(DrawWires(sceneOf(part).items, own, options));
     } else {
         image = QImage(size, QImage::Format_RGB32);
-        image.fill(_showsGround ? nothing : background);
+        image.fill(_showsGround ? nothing : CurrentViewColors().background);
     }
     if (_showsGround)
         image = overGround(std::move(image), camera);
@@ -220,7 +230,7 @@ QImage ViewportPicture::drawPart(Part& part, const PictureCamera& camera, const 
         QVector<QLineF> lines;
         for (const geometry::PictureItem& item : sceneOf(part).items)
             AddBox(geometry::BoundingBox(item.mesh.positions), projector, &lines);
-        DrawLines(painter, lines, lineColor);
+        DrawLines(painter, lines, CurrentViewColors().lines);
     }
     drawSelection(painter, part, projector);
     return image;
@@ -230,10 +240,10 @@ QImage ViewportPicture::drawPart(Part& part, const PictureCamera& camera, const 
 QImage ViewportPicture::overGround(QImage drawn, const PictureCamera& camera) const
 {
     QImage ground(drawn.size(), QImage::Format_RGB32);
-    ground.fill(background);
+    ground.fill(CurrentViewColors().background);
     const auto drawGround = [&] {
         QPainter painter(&ground);
-        DrawGround(painter, Projector(camera, ground.size()), groundColor);
+        DrawGround(painter, Projector(camera, ground.size()), CurrentViewColors().ground);
     };
     const bool isAbove = camera.eye.y >= 0.0f;
     if (isAbove)
@@ -253,7 +263,7 @@ void ViewportPicture::drawSelection(QPainter& painter, const Part& part, const P
         if (box.isValid() && partOf(node) == &part)
             AddBox(ToBox(box), projector, &lines);
     }
-    DrawLines(painter, lines, selection);
+    DrawLines(painter, lines, CurrentViewColors().selection);
 }
 
 QImage ViewportPicture::draw(const PictureCamera& camera, const DrawMethod& method, const QSize& size)
@@ -264,11 +274,11 @@ QImage ViewportPicture::draw(const PictureCamera& camera, const DrawMethod& meth
     if (!isDivided())
         return drawPart(_parts.front(), camera, method, each);
     QImage image(size, QImage::Format_RGB32);
-    image.fill(background);
+    image.fill(CurrentViewColors().background);
     QPainter painter(&image);
     painter.drawImage(0, 0, drawPart(_parts[0], camera, method, each));
     painter.drawImage(size.width() - each.width(), 0, drawPart(_parts[1], camera, method, each));
-    painter.setPen(lineColor);
+    painter.setPen(CurrentViewColors().lines);
     painter.drawLine(each.width(), 0, each.width(), size.height());
     return image;
 }

@@ -10,6 +10,7 @@
 #include "openhost/scene_picture.h"
 #include "openhost/viewport_extras.h"
 
+#include <QColor>
 #include <QImage>
 #include <QPointer>
 #include <QStringList>
@@ -31,6 +32,12 @@ struct DrawMethod {
 extern const std::vector<DrawMethod> drawMethods;
 /// Smooth shading for an unknown description.
 const DrawMethod& FindDrawMethod(const QString& description);
+
+/// Of the present look.
+struct ViewColors {
+    QColor background, lines, ground, selection, text;
+};
+const ViewColors& CurrentViewColors();
 
 /// Keeps what takes long to make until the scene has changed. Draws the whole scene, or two figures in a half
 /// each: then places and boxes are as if the right one stood where the left one does.
