@@ -37,8 +37,8 @@ ColorBar::ColorBar(QWidget* parent) : QWidget(parent)
 void ColorBar::setTop(double millimetres)
 {
     _top = millimetres;
-    setAccessibleName(
-        tr("Colors from 0 to %1 mm, from light to dark, and blue-green beyond").arg(NumberText(millimetres)));
+    setAccessibleName(tr("Colours from 0 to %1 mm, from light to dark, and blue-green beyond")
+                          .arg(NumberText(millimetres)));
     update();
 }
 

@@ -9,7 +9,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
-#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QSignalBlocker>
@@ -47,7 +46,7 @@ QString NumbersOf(const DifferenceAnswer& answer, double top)
                               .arg(all);
     if (answer.unknown > 0)
         text += QLatin1Char('\n') +
-                ComparisonPanel::tr("%1 vertices could not be measured, in gray.").arg(answer.unknown);
+                ComparisonPanel::tr("%1 vertices could not be measured, in grey.").arg(answer.unknown);
     return text;
 }
 
@@ -63,12 +62,11 @@ QComboBox* MakeChoice(const char* objectName)
 } // namespace
 
 ComparisonPanel::ComparisonPanel(QWidget& view, ComparedFigures& figures)
-    : QFrame(&view), _figures(figures), _source(MakeChoice("ComparedSource")),
-      _result(MakeChoice("ComparedResult"))
+    : Overlay(view, Qt::AlignBottom | Qt::AlignLeft), _figures(figures),
+      _source(MakeChoice("ComparedSource")), _result(MakeChoice("ComparedResult"))
 {
     setObjectName(QStringLiteral("ComparisonPanel"));
-    setFrameShape(QFrame::StyledPanel);
-    setAutoFillBackground(true);
+    setPreferredSize(QSize(42 * fontMetrics().averageCharWidth(), 0));
     setAccessibleName(tr("Compared figures"));
     auto* const grid = new QGridLayout(this);
     const int margin = fontMetrics().height() / 2;
@@ -89,7 +87,6 @@ ComparisonPanel::ComparisonPanel(QWidget& view, ComparedFigures& figures)
     connect(_source, SIGNAL(activated(int)), SLOT(chooseSource(int)));
     connect(_result, SIGNAL(activated(int)), SLOT(chooseResult(int)));
     connect(&_figures, SIGNAL(changed()), SLOT(showFigures()));
-    view.installEventFilter(this);
     showFigures();
 }
 
@@ -185,23 +182,6 @@ void ComparisonPanel::chooseSource(int index)
 void ComparisonPanel::chooseResult(int index)
 {
     _figures.setResult(_figures.all().value(index));
-}
-
-void ComparisonPanel::takeCorner()
-{
-    layout()->activate();
-    const int margin = fontMetrics().height() / 2;
-    const int width = std::min(42 * fontMetrics().averageCharWidth(), parentWidget()->width() - 2 * margin);
-    const int height = std::max(layout()->hasHeightForWidth() ? layout()->heightForWidth(width) : 0,
-                                layout()->minimumSize().height());
-    setGeometry(margin, parentWidget()->height() - height - margin, width, height);
-}
-
-bool ComparisonPanel::eventFilter(QObject* object, QEvent* event)
-{
-    if (event->type() == QEvent::Resize && object == parent())
-        takeCorner();
-    return QFrame::eventFilter(object, event);
 }
 
 } // namespace desktop

@@ -4,8 +4,7 @@
 #pragma once
 
 #include "difference_work.h"
-
-#include <QFrame>
+#include "overlay.h"
 
 class QCheckBox;
 class QComboBox;
@@ -18,7 +17,7 @@ class ColorBar;
 class ComparedFigures;
 
 /// Chooses the two figures; for the difference, shows the scale of colours and the numbers.
-class ComparisonPanel : public QFrame {
+class ComparisonPanel : public Overlay {
     Q_OBJECT
 
 public:
@@ -36,9 +35,6 @@ public:
 signals:
     void scaleChanged();
 
-protected:
-    bool eventFilter(QObject* object, QEvent* event) override;
-
 private slots:
     void showFigures();
     void chooseSource(int index);
@@ -47,7 +43,6 @@ private slots:
 
 private:
     QWidget* makeDifference();
-    void takeCorner();
 
     ComparedFigures& _figures;
     QComboBox* _source;

@@ -21,6 +21,9 @@ const QLatin1String lengthUnitKey("length_unit");
 const QLatin1String pictureCacheKey("picture_cache_mib");
 const QLatin1String geometryKey("window_geometry");
 const QLatin1String rigKey("adjust_rig");
+const QLatin1String groundKey("view_ground");
+const QLatin1String viewButtonsKey("view_buttons");
+const QLatin1String lookKey("light_look");
 const QLatin1String docksKey("window_docks");
 // The plug-in's, so that a place that is given in one dialog is proposed in the other.
 const QLatin1String productGroup("Kestrom's Gantrel");
@@ -109,6 +112,31 @@ bool RememberedRigAdjusting()
 void RememberRigAdjusting(bool isWanted)
 {
     DzAppSettings(group).setBoolValue(rigKey, isWanted);
+}
+
+ViewChoices RememberedViewChoices()
+{
+    const DzAppSettings settings(group);
+    const ViewChoices usual;
+    return {settings.getBoolValue(groundKey, usual.showsGround),
+            settings.getBoolValue(viewButtonsKey, usual.showsButtons)};
+}
+
+void RememberViewChoices(const ViewChoices& choices)
+{
+    DzAppSettings settings(group);
+    settings.setBoolValue(groundKey, choices.showsGround);
+    settings.setBoolValue(viewButtonsKey, choices.showsButtons);
+}
+
+bool RememberedLightLook()
+{
+    return DzAppSettings(group).getBoolValue(lookKey, false);
+}
+
+void RememberLightLook(bool isLight)
+{
+    DzAppSettings(group).setBoolValue(lookKey, isLight);
 }
 
 MorphPlace RememberedMorphPlace()

@@ -35,6 +35,18 @@ void RememberOwnPreferences(const OwnPreferences& preferences);
 bool RememberedRigAdjusting();
 void RememberRigAdjusting(bool isWanted);
 
+/// What stands in the view besides the scene.
+struct ViewChoices {
+    bool showsGround = false;
+    bool showsButtons = true;
+};
+ViewChoices RememberedViewChoices();
+void RememberViewChoices(const ViewChoices& choices);
+
+/// Whether windows are light; dark unless somebody wished it.
+bool RememberedLightLook();
+void RememberLightLook(bool isLight);
+
 /// Where morphs were saved to last, in the product's own dialog or in that of the desktop.
 struct MorphPlace {
     QString contentFolder, vendor, product;

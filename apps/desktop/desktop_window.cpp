@@ -6,6 +6,7 @@
 #include "desktop_menus.h"
 #include "desktop_options.h"
 #include "desktop_settings.h"
+#include "drawn_icons.h"
 #include "dropped_files.h"
 #include "folders_dialog.h"
 #include "guided_conversion.h"
@@ -111,11 +112,13 @@ QStringList UseContentFolders(const QStringList& folders)
 
 DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
     : _window(*dzApp->getInterface()), _log(new LogWindow(&_window)), _files(_window, attendant),
-      _view(_window), _panes(tr("&Window")), _status(_window), _unsaved(_window, _status), _undo(_status)
+      _view(_window), _tools(new ToolBar(_window)), _panes(tr("&Window")), _status(_window),
+      _unsaved(_window, _status), _undo(_status)
 {
     for (QDockWidget* const dock : _window.findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))
         _panes.addAction(dock->toggleViewAction());
     _panes.addSeparator();
+    _panes.addAction(_tools->toggleViewAction());
     _panes.addAction(tr("&Log"), _log, SLOT(bringUp()));
     connect(_window.getActionMgr(), SIGNAL(actionListChanged()), SLOT(arrangeMenus()));
     connect(&_files, SIGNAL(stateChanged()), SLOT(updateTitle()));
@@ -136,6 +139,7 @@ DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
 DesktopWindow::~DesktopWindow()
 {
     delete _start;
+    delete _tools;
     delete _log;
 }
 
@@ -211,16 +215,18 @@ DzAction& DesktopWindow::add(const ActionTexts& texts, std::function<void()> wor
 void DesktopWindow::addActions()
 {
     add({"&New", "Begins with an empty scene.", "&File", QKeySequence::New}, [this] { _files.newScene(); });
-    add({"&Open...", "Opens a scene, or adds a figure to the present one.", "&File", QKeySequence::Open},
-        [this] { _files.open(); });
-    add({"&Convert a Figure...", "Chooses a figure and the one that gets its shape, and loads both.", "&File",
-         QKeySequence()},
-        [this] { convertFigure(); });
+    DzAction& open =
+        add({"&Open...", "Opens a scene, or adds a figure to the present one.", "&File", QKeySequence::Open},
+            [this] { _files.open(); });
+    DzAction& convert =
+        add({"&Convert a Figure...", "Chooses a figure and the one that gets its shape, and loads both.",
+             "&File", QKeySequence()},
+            [this] { convertFigure(); });
     add({"&Merge...", "Adds what a file holds to the scene.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_O,
          false, &_recent},
         [this] { _files.merge(); });
-    add({"&Save Scene", "Writes the scene to its file.", "&File", QKeySequence::Save, true},
-        [this] { _files.save(); });
+    DzAction& save = add({"&Save Scene", "Writes the scene to its file.", "&File", QKeySequence::Save, true},
+                         [this] { _files.save(); });
     add({"Save Scene &As...", "Writes the scene to another file.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_S},
         [this] { _files.saveAs(); });
     _unsaved.serve(
@@ -235,6 +241,11 @@ void DesktopWindow::addActions()
         add({"&Redo", "Does again what was taken back.", "&Edit", Qt::CTRL + Qt::SHIFT + Qt::Key_Z},
             [] { dzUndoStack->redo(); });
     _undo.serve(undo, redo);
+    fillToolBar({{open, DrawnIcon::Open},
+                 {save, DrawnIcon::Save},
+                 {convert, DrawnIcon::Convert},
+                 {undo, DrawnIcon::Undo},
+                 {redo, DrawnIcon::Redo}});
     add({"Select &All", "Selects every figure and prop.", "&Edit", QKeySequence::SelectAll, true}, SelectAll);
     add({"Select &None", "Selects nothing.", "&Edit", Qt::CTRL + Qt::SHIFT + Qt::Key_A},
         [] { dzScene->selectAllNodes(false); });
@@ -245,6 +256,20 @@ void DesktopWindow::addActions()
     add({"Gantrel &Manual", "Opens the manual.", "&Help", QKeySequence::HelpContents},
         [this] { openManual(); });
     add({"&About Gantrel", "Tells what this is.", "&Help", QKeySequence()}, [this] { tellAbout(); });
+}
+
+void DesktopWindow::fillToolBar(const std::vector<std::pair<DzAction&, DrawnIcon>>& entries)
+{
+    for (const auto& [entry, icon] : entries) {
+        if (icon == DrawnIcon::Undo)
+            _tools->addSeparator();
+        _tools->addEntry(entry, icon);
+    }
+    _tools->addSeparator();
+    _tools->addEntry(*_view.frameAllEntry(), DrawnIcon::FrameAll);
+    _tools->addEntry(*_view.frameSelectionEntry(), DrawnIcon::FrameSelection);
+    _tools->addMenu(_view.viewpoints(), DrawnIcon::Views);
+    _tools->addMenu(_view.styles(), DrawnIcon::Styles);
 }
 
 void DesktopWindow::addRigChoice()

@@ -11,6 +11,7 @@
 #include "standing_room.h"
 #include "start_page.h"
 #include "status_line.h"
+#include "tool_bar.h"
 #include "undo_menu.h"
 #include "unsaved_notice.h"
 #include "view_menu.h"
@@ -20,6 +21,9 @@
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
+
+#include <utility>
+#include <vector>
 
 class DzAction;
 class DzMainWindow;
@@ -67,6 +71,7 @@ private:
     void addStartPage();
     DzAction& add(const ActionTexts& texts, std::function<void()> work);
     void addRigChoice();
+    void fillToolBar(const std::vector<std::pair<DzAction&, DrawnIcon>>& entries);
     void arrangeDocks();
     void sizeDocks();
     QStringList loadPlugins(const QString& folder);
@@ -90,6 +95,7 @@ private:
     ShaperWatch _shapers;
     StandingRoom _room;
     ViewMenu _view;
+    QPointer<ToolBar> _tools; ///< the window's
     QMenu _panes;
     StatusLine _status;
     UnsavedNotice _unsaved;

@@ -4,6 +4,10 @@
 #include "view_menu.h"
 
 #include "comparison_view.h"
+#include "desktop_settings.h"
+#include "look_menu.h"
+#include "mouse_help.h"
+#include "viewpoints.h"
 
 #include <dzbox3.h>
 #include <dzdrawstyle.h>
@@ -43,18 +47,14 @@ const DzNode& NodeWithShape(const DzNode& node)
 } // namespace
 
 ViewMenu::ViewMenu(DzMainWindow& window)
-    : QMenu(tr("&View")), _window(window), _styles(new QActionGroup(this)), _frameAll(nullptr),
-      _frameSelection(nullptr)
+    : QMenu(tr("&View")), _window(window), _styles(new QActionGroup(this)), _styleMenu(tr("Draw Style")),
+      _frameAll(nullptr), _frameSelection(nullptr)
 {
     addStyles();
     addSeparator();
     _frameAll = addAction(tr("Frame &All"), this, SLOT(frameAll()), Qt::CTRL + Qt::SHIFT + Qt::Key_F);
     _frameSelection = addAction(tr("&Frame Selection"), this, SLOT(frameSelection()), Qt::CTRL + Qt::Key_F);
-    addSeparator();
-    _comparison = std::make_unique<ComparisonView>(*view());
-    addAction(_comparison->differenceEntry());
-    addAction(_comparison->sideBySideEntry());
-    connect(_comparison.get(), SIGNAL(placesChanged()), SLOT(frameAll()));
+    addExtras();
     connect(_styles, SIGNAL(triggered(QAction*)), SLOT(setStyle(QAction*)));
     connect(_window.getViewportMgr(), SIGNAL(activeViewportChanged(DzViewport*)), SLOT(watchViewport()));
     connect(dzScene, SIGNAL(nodeListChanged()), SLOT(updateFrames()));
@@ -63,12 +63,58 @@ ViewMenu::ViewMenu(DzMainWindow& window)
     updateFrames();
 }
 
-ViewMenu::~ViewMenu() = default;
+ViewMenu::~ViewMenu()
+{
+    delete _viewButtons;
+    delete _mouseHelp; // they know the entries
+}
+
+QMenu& ViewMenu::viewpoints() const
+{
+    return *_viewpoints;
+}
+
+void ViewMenu::addExtras()
+{
+    _viewpoints = std::make_unique<ViewpointsMenu>(*view());
+    addMenu(_viewpoints.get());
+    addSeparator();
+    _comparison = std::make_unique<ComparisonView>(*view());
+    addAction(_comparison->differenceEntry());
+    addAction(_comparison->sideBySideEntry());
+    connect(_comparison.get(), SIGNAL(placesChanged()), SLOT(frameAll()));
+    addSeparator();
+    _ground = addAction(tr("&Ground Grid"));
+    _buttons = addAction(tr("View B&uttons"));
+    _viewButtons = MakeViewButtons(*view(), *_viewpoints);
+    const ViewChoices choices = RememberedViewChoices();
+    for (QAction* const entry : {_ground, _buttons}) {
+        entry->setCheckable(true);
+        entry->setChecked(entry == _ground ? choices.showsGround : choices.showsButtons);
+        connect(entry, SIGNAL(triggered()), SLOT(showExtras()));
+    }
+    _look = std::make_unique<LookMenu>();
+    addMenu(_look.get());
+    addSeparator();
+    QAction* const help = addAction(tr("&Mouse and Keys"));
+    help->setShortcut(Qt::SHIFT + Qt::Key_F1);
+    _mouseHelp = MakeMouseHelp(*view(), *help, *this);
+    showExtras();
+}
+
+void ViewMenu::showExtras()
+{
+    if (!view())
+        return;
+    openhost::ShowGround(*view(), _ground->isChecked());
+    _viewButtons->setVisible(_buttons->isChecked());
+    RememberViewChoices({_ground->isChecked(), _buttons->isChecked()});
+}
 
 void ViewMenu::addStyles()
 {
     const DzViewportMgr& manager = *_window.getViewportMgr();
-    QString taken = QStringLiteral("afdb"); // by the entries below
+    QString taken = QStringLiteral("afvdbguml"); // by the entries below
     for (int i = 0; i < manager.getNumUserDrawStyles(); ++i) {
         const QString style = manager.getUserDrawStyle(i)->getDescription();
         QAction* const entry = addAction(WithMnemonic(style, taken));
@@ -78,6 +124,7 @@ void ViewMenu::addStyles()
             entry->setShortcut(Qt::CTRL + Qt::Key_1 + i);
         _styles->addAction(entry);
     }
+    _styleMenu.addActions(_styles->actions());
 }
 
 Dz3DViewport* ViewMenu::view() const

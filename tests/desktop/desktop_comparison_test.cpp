@@ -217,6 +217,7 @@ TEST_F(DesktopComparison, lets_the_figures_be_chosen_and_swaps_them)
 TEST_F(DesktopComparison, shows_each_figure_in_its_half_through_one_camera)
 {
     openTwo();
+    entry("View Buttons")->trigger(); // which lie over the right half
     entry("Side by Side")->trigger();
     settle();
     const QPoint left(view().width() / 4, view().height() / 2), right = left + QPoint(view().width() / 2, 0);
@@ -229,7 +230,14 @@ TEST_F(DesktopComparison, shows_each_figure_in_its_half_through_one_camera)
     dzScene->selectAllNodes(false);
     const QImage clear = view().grab().toImage();
     const QRect middle(both.width() / 8, both.height() / 3, both.width() / 4, both.height() / 4);
-    EXPECT_EQ(clear.copy(middle), clear.copy(middle.translated(half + both.width() % 2, 0)));
+    int different = 0;
+    for (int y = middle.top(); y <= middle.bottom(); ++y)
+        for (int x = middle.left(); x <= middle.right(); ++x) {
+            const QColor a = clear.pixelColor(x, y), b = clear.pixelColor(x + half + both.width() % 2, y);
+            different += std::abs(a.red() - b.red()) > 2;
+        }
+    // The figures stand 75 cm apart, where the floats of places have other last digits.
+    EXPECT_LE(different, middle.width() * middle.height() / 100);
     SavePicture(window(), "desktop-side-by-side");
     entry("Side by Side")->trigger();
     settle();

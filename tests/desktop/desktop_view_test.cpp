@@ -1,15 +1,19 @@
 // The viewport's menu, and what can be read and reached in the window.
 // SPDX-License-Identifier: MIT
 
+#include "apps/desktop/desktop_settings.h"
 #include "tests/desktop/desktop_fixture.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
 #include <QRegularExpression>
 #include <QTabBar>
+#include <QTextBrowser>
+#include <QToolButton>
 #include <QtTest/QTest>
 
 #include <dzcamera.h>
@@ -129,6 +133,82 @@ TEST_F(DesktopView, frames_the_figure_of_a_selected_bone)
     dzScene->setPrimarySelection(figure.getNodeChild(0));
     entry("Frame Selection")->trigger();
     EXPECT_NEAR(view().getCamera()->getFocalPoint().m_x, 300.0f, 50.0f) << "about the figure";
+}
+
+TEST_F(DesktopView, looks_from_all_sides_by_keys)
+{
+    start();
+    click(openFigure(sourceFile));
+    const DzVec3 point = view().getCamera()->getFocalPoint();
+    const struct {
+        Qt::Key key;
+        DzVec3 place; ///< of the camera, seen from the focal point
+    } views[] = {{Qt::Key_1, {0, 0, 1}},
+                 {Qt::Key_2, {0, 0, -1}},
+                 {Qt::Key_3, {-1, 0, 0}},
+                 {Qt::Key_4, {1, 0, 0}},
+                 {Qt::Key_5, {0, 1, 0}}};
+    for (const auto& one : views) {
+        QTest::keyClick(&window(), one.key, Qt::AltModifier);
+        const DzVec3 place = (view().getCamera()->getWSPos() - point) * (1.0f / distance());
+        EXPECT_LT((place - one.place).length(), 0.01f) << one.key;
+        EXPECT_LT((view().getCamera()->getFocalPoint() - point).length(), 0.1f) << one.key;
+    }
+    QTest::keyClick(&window(), Qt::Key_7, Qt::AltModifier);
+    const DzBox3 box = dzScene->getPrimarySelection()->getWSBoundingBox();
+    EXPECT_GT(view().getCamera()->getFocalPoint().m_y, box.getCenter().m_y) << "the head is above the middle";
+}
+
+TEST_F(DesktopView, has_its_views_as_buttons_too)
+{
+    start();
+    openFigure(sourceFile);
+    auto* const buttons = view().findChild<QWidget*>(QStringLiteral("ViewButtons"));
+    ASSERT_NE(buttons, nullptr);
+    EXPECT_TRUE(buttons->isVisible());
+    const QList<QToolButton*> all = buttons->findChildren<QToolButton*>();
+    ASSERT_EQ(all.size(), 7);
+    all[1]->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(all[1], Qt::Key_Space);
+    EXPECT_LT(view().getCamera()->getWSPos().m_z, 0.0f) << "from the back";
+    EXPECT_EQ(all[1]->accessibleName().toStdString(), "View from the back");
+    EXPECT_EQ(all[1]->toolTip().toStdString(), "View from the back (Alt+2)");
+    entry("View Buttons")->trigger();
+    EXPECT_FALSE(buttons->isVisible());
+    desktop.reset(new desktop::DesktopWindow(attendant));
+    EXPECT_FALSE(view().findChild<QWidget*>(QStringLiteral("ViewButtons"))->isVisibleTo(&view()))
+        << "remembered";
+}
+
+TEST_F(DesktopView, shows_the_ground_by_choice_and_remembers_it)
+{
+    start();
+    openFigure(sourceFile);
+    const QImage without = view().grab().toImage();
+    entry("Ground Grid")->trigger();
+    EXPECT_NE(view().grab().toImage(), without);
+    desktop.reset(new desktop::DesktopWindow(attendant));
+    EXPECT_TRUE(entry("Ground Grid")->isChecked());
+    entry("Ground Grid")->trigger();
+    EXPECT_FALSE(desktop::RememberedViewChoices().showsGround);
+}
+
+TEST_F(DesktopView, tells_what_mouse_and_keys_do_when_asked)
+{
+    start();
+    openFigure(sourceFile);
+    auto* const help = view().findChild<QWidget*>(QStringLiteral("MouseHelp"));
+    ASSERT_NE(help, nullptr);
+    EXPECT_FALSE(help->isVisible());
+    QTest::keyClick(&window(), Qt::Key_F1, Qt::ShiftModifier);
+    EXPECT_TRUE(help->isVisible());
+    EXPECT_TRUE(view().rect().contains(help->geometry()));
+    const QString text = help->findChild<QTextBrowser*>()->toPlainText();
+    for (const char* const word : {"Wheel", "Double click", "Ctrl+Shift+F", "Alt+7", "Difference"})
+        EXPECT_TRUE(text.contains(QLatin1String(word))) << word;
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    EXPECT_FALSE(help->isVisible()) << "its button has the focus";
+    EXPECT_FALSE(entry("Mouse and Keys")->isChecked());
 }
 
 TEST_F(DesktopView, has_every_letter_and_key_once)
