@@ -17,6 +17,7 @@
 #include "dzscene.h"
 #include "dzviewport.h"
 #include "dzviewportmgr.h"
+#include "openhost/viewport_extras.h"
 
 #include <benchmark/benchmark.h>
 
@@ -79,6 +80,40 @@ void Dial(benchmark::State& state, const char* style, int level)
     state.SetItemsProcessed(state.iterations());
 }
 
+/// Twice the figure, or the figure on the ground.
+enum class Extra { SideBySide, Ground };
+
+void OrbitWith(benchmark::State& state, Extra extra, int level)
+{
+    const Stage stage("Smooth Shaded", level);
+    if (extra == Extra::Ground)
+        openhost::ShowGround(*stage.view, true);
+    else
+        openhost::ShowSideBySide(*stage.view, stage.figure, stage.figure);
+    stage.view->grab();
+    for (auto _ : state) {
+        stage.view->getCamera()->orbit(2.0f, 0.0f);
+        benchmark::DoNotOptimize(stage.view->grab());
+    }
+    openhost::ShowGround(*stage.view, false);
+    openhost::ShowSideBySide(*stage.view, nullptr, nullptr);
+    state.SetItemsProcessed(state.iterations());
+}
+
+/// What lies under the pointer, found for the first time after a change.
+void Hold(benchmark::State& state, int level)
+{
+    const Stage stage("Smooth Shaded", level);
+    for (auto _ : state) {
+        state.PauseTiming();
+        emit dzScene->drawnDataChanged();
+        stage.view->grab();
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(stage.view->findNodeAt(QPoint(width / 2, height / 2)));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -95,6 +130,16 @@ int main(int argc, char** argv)
                   benchmark::RegisterBenchmark(("viewport/dial/" + name).c_str(), Dial, style, level)})
                 registered->Unit(benchmark::kMillisecond)->UseRealTime()->MeasureProcessCPUTime();
         }
+    for (const int level : {0, 2}) {
+        const std::string name = "/level:" + std::to_string(level);
+        for (benchmark::internal::Benchmark* const registered :
+             {benchmark::RegisterBenchmark(("viewport/orbit/Side by Side" + name).c_str(), OrbitWith,
+                                           Extra::SideBySide, level),
+              benchmark::RegisterBenchmark(("viewport/orbit/Ground" + name).c_str(), OrbitWith, Extra::Ground,
+                                           level),
+              benchmark::RegisterBenchmark(("viewport/hold" + name).c_str(), Hold, level)})
+            registered->Unit(benchmark::kMillisecond)->UseRealTime()->MeasureProcessCPUTime();
+    }
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
