@@ -8,6 +8,7 @@
 #include "dzskeleton.h"
 #include "geometry/preview.h"
 #include "openhost/look.h"
+#include "viewport_hit.h"
 #include "viewport_lines.h"
 
 #include <QPainter>
@@ -295,7 +296,7 @@ ViewportPicture::Place ViewportPicture::placeAt(const PictureCamera& camera, con
     const Vec3f offset = isDivided() ? offsetOf(part) : Vec3f{};
     geometry::Ray ray = camera.ray(x, y, aspect(size));
     ray.origin = ray.origin + offset;
-    const geometry::PictureStage::Hit hit = stageOf(part).trace(ray);
+    const geometry::PictureStage::Hit hit = FirstHit(stageOf(part), ray);
     return hit.isValid ? Place{sceneOf(part).nodes[hit.item], hit.position - offset} : Place();
 }
 

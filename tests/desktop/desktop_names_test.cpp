@@ -130,6 +130,25 @@ TEST_F(NamesTest, are_there_in_the_main_window_with_and_without_figures)
     }
 }
 
+TEST_F(NamesTest, are_there_on_what_stands_in_the_view)
+{
+    start();
+    openFigure(sourceFile);
+    openFigure(targetFile);
+    QCoreApplication::processEvents();
+    for (const char* const text : {"Difference", "Mouse and Keys"}) {
+        entry(text)->trigger();
+        QCoreApplication::processEvents();
+        ExpectNames(window(), 25);
+    }
+    for (const char* const one : {"ComparisonPanel", "MouseHelp", "ViewButtons", "ToolBar"}) {
+        auto* const part = window().findChild<QWidget*>(QLatin1String(one));
+        ASSERT_NE(part, nullptr) << one;
+        ExpectNames(*part, 1);
+        EXPECT_FALSE(part->accessibleName().isEmpty()) << one;
+    }
+}
+
 TEST_F(NamesTest, are_there_in_the_dialogs_of_the_menus)
 {
     start();

@@ -9,6 +9,8 @@
 #include "dzobject.h"
 #include "dzviewport.h"
 #include "dzviewportmgr.h"
+#include "geometry/picture_stage.h"
+#include "openhost/scene_picture.h"
 #include "openhost/viewport_extras.h"
 #include "scene/camera_optics.h"
 #include "tests/host/host_fixture.h"
@@ -19,8 +21,26 @@
 #include <QWheelEvent>
 
 #include <cmath>
+#include <map>
 
 namespace {
+
+/// About the middle of a figure.
+DzObject* MakeBox(float half, float z)
+{
+    auto* const mesh = new DzFacetMesh;
+    for (int i = 0; i < 8; ++i)
+        mesh->addVertex(i & 1 ? half : -half, 90.0f + (i & 2 ? half : -half), z + (i & 4 ? half : -half));
+    const int faces[6][4] = {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4},
+                             {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}};
+    for (const int(&face)[4] : faces)
+        mesh->addFacet(face);
+    auto* const shape = new DzFacetShape;
+    shape->setFacetMesh(mesh);
+    auto* const object = new DzObject;
+    object->addShape(shape);
+    return object;
+}
 
 /// A box of a hand's breadth before the perspective view.
 class ViewportMouseTest : public HostTest {
@@ -34,20 +54,9 @@ protected:
         QApplication::processEvents();
         view = window->getViewportMgr()->getActiveViewport()->get3DViewport();
         camera = view->getCamera();
-        auto* const mesh = new DzFacetMesh;
-        for (int i = 0; i < 8; ++i)
-            mesh->addVertex(i & 1 ? 20.0f : -20.0f, i & 2 ? 110.0f : 70.0f, i & 4 ? 20.0f : -20.0f);
-        const int faces[6][4] = {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4},
-                                 {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}};
-        for (const int(&face)[4] : faces)
-            mesh->addFacet(face);
-        auto* const shape = new DzFacetShape;
-        shape->setFacetMesh(mesh);
-        auto* const object = new DzObject;
-        object->addShape(shape);
         box = new DzNode;
         box->setLabel(QStringLiteral("Box"));
-        box->setObject(object);
+        box->setObject(MakeBox(20.0f, 0.0f));
         dzScene->addNode(box);
         dzScene->selectAllNodes(false);
     }
@@ -148,6 +157,26 @@ TEST_F(ViewportMouseTest, frames_what_is_clicked_twice)
     const DzVec3 place = camera->getWSPos();
     send(QEvent::MouseButtonDblClick, QPoint(3, 3), Qt::LeftButton, Qt::LeftButton);
     EXPECT_LT(distance(camera->getWSPos(), place), 1e-3f) << "nothing is there to be framed";
+}
+
+TEST_F(ViewportMouseTest, finds_under_each_pixel_what_a_traced_ray_meets)
+{
+    auto* const behind = new DzNode;
+    behind->setLabel(QStringLiteral("Behind"));
+    behind->setObject(MakeBox(60.0f, -80.0f));
+    dzScene->addNode(behind);
+    camera->orbit(25.0f, -15.0f);
+    const openhost::ScenePicture scene = openhost::VisibleItems(*dzScene);
+    const geometry::PictureStage stage(scene.items);
+    std::map<const DzNode*, int> seen;
+    for (int y = 5; y < view->height(); y += 23)
+        for (int x = 5; x < view->width(); x += 23) {
+            const geometry::PictureStage::Hit hit = stage.trace(rayAt(QPoint(x, y)));
+            const DzNode* const node = hit.isValid ? scene.nodes[hit.item] : nullptr;
+            EXPECT_EQ(view->findNodeAt(QPoint(x, y)), node) << x << ", " << y;
+            ++seen[node];
+        }
+    EXPECT_EQ(seen.size(), 3u) << "both boxes, and what is beside them";
 }
 
 TEST_F(ViewportMouseTest, shows_the_ground_behind_what_stands_on_it)
