@@ -186,8 +186,7 @@ void ComparisonView::endDifference()
     _soon.stop();
     _work.drop();
     _answer.reset();
-    _measuredFrom.clear();
-    _measuredTo.clear();
+    _asked.reset();
     _askedNodes.clear();
     openhost::SetNodeColors(*_view, {});
 }
@@ -208,13 +207,13 @@ void ComparisonView::measure()
     if (!_figures.areThere() || !_view)
         return;
     std::vector<QPointer<DzNode>> nodes, others;
-    DifferenceQuestion question;
-    question.from = SurfacesOf(*_figures.result(), &nodes);
-    question.to = SurfacesOf(*_figures.source(), &others);
-    if (AreAlike(question.from, _measuredFrom) && AreAlike(question.to, _measuredTo) && nodes == _askedNodes)
+    auto question = std::make_shared<DifferenceQuestion>();
+    question->from = SurfacesOf(*_figures.result(), &nodes);
+    question->to = SurfacesOf(*_figures.source(), &others);
+    if (_asked && nodes == _askedNodes && AreAlike(question->from, _asked->from) &&
+        AreAlike(question->to, _asked->to))
         return;
-    _measuredFrom = question.from;
-    _measuredTo = question.to;
+    _asked = question;
     if (nodes != _askedNodes) {
         _work.drop(); // an earlier answer is about other surfaces
         _askedNodes = nodes;
@@ -225,9 +224,9 @@ void ComparisonView::measure()
     _work.ask(std::move(question));
 }
 
-void ComparisonView::showAnswer(const DifferenceAnswer& answer)
+void ComparisonView::showAnswer(std::shared_ptr<const DifferenceAnswer> answer)
 {
-    _answer = std::make_unique<const DifferenceAnswer>(answer);
+    _answer = std::move(answer);
     recolor();
 }
 

@@ -40,7 +40,7 @@ private slots:
     void handleToggled();
     void watchScene();
     void measure();
-    void showAnswer(const DifferenceAnswer& answer);
+    void showAnswer(std::shared_ptr<const desktop::DifferenceAnswer> answer);
     void recolor();
 
 private:
@@ -56,9 +56,9 @@ private:
     QAction* _sideBySide;
     DifferenceWork _work;
     QTimer _soon;
-    Surfaces _measuredFrom, _measuredTo;             ///< of the latest question
-    std::vector<QPointer<DzNode>> _askedNodes;       ///< of the latest question; of each surface
-    std::unique_ptr<const DifferenceAnswer> _answer; ///< null for none that is shown
+    std::shared_ptr<const DifferenceQuestion> _asked; ///< the latest one; null for none
+    std::vector<QPointer<DzNode>> _askedNodes;        ///< of each of its surfaces
+    std::shared_ptr<const DifferenceAnswer> _answer;  ///< null for none that is shown
 };
 
 } // namespace desktop

@@ -70,10 +70,10 @@ DifferenceWork::~DifferenceWork()
     _thread.waitForDone();
 }
 
-void DifferenceWork::ask(DifferenceQuestion question)
+void DifferenceWork::ask(std::shared_ptr<const DifferenceQuestion> question)
 {
     if (_isBusy)
-        _next = std::make_unique<DifferenceQuestion>(std::move(question));
+        _next = std::move(question);
     else
         start(std::move(question));
 }
@@ -84,28 +84,25 @@ void DifferenceWork::drop()
     _next.reset();
 }
 
-void DifferenceWork::start(DifferenceQuestion question)
+void DifferenceWork::start(std::shared_ptr<const DifferenceQuestion> question)
 {
     _isBusy = true;
-    const auto kept = std::make_shared<const DifferenceQuestion>(std::move(question));
-    _thread.start(QRunnable::create([this, kept, round = _round] {
-        const auto answer = std::make_shared<const DifferenceAnswer>(MeasureOrTell(*kept));
+    _thread.start(QRunnable::create([this, question = std::move(question), round = _round] {
+        auto answer = std::make_shared<const DifferenceAnswer>(MeasureOrTell(*question));
         // Not delivered once this object has gone.
         QMetaObject::invokeMethod(
-            this, [this, answer, round] { finish(*answer, round); }, Qt::QueuedConnection);
+            this, [this, answer = std::move(answer), round] { finish(answer, round); }, Qt::QueuedConnection);
     }));
 }
 
-void DifferenceWork::finish(const DifferenceAnswer& answer, int round)
+void DifferenceWork::finish(std::shared_ptr<const DifferenceAnswer> answer, int round)
 {
     _isBusy = false;
     if (round == _round)
-        emit answered(answer);
+        emit answered(std::move(answer));
     // Whoever was told may have asked again.
-    if (!_isBusy && _next) {
-        const std::unique_ptr<DifferenceQuestion> next = std::move(_next);
-        start(std::move(*next));
-    }
+    if (!_isBusy && _next)
+        start(std::move(_next));
 }
 
 } // namespace desktop

@@ -45,19 +45,19 @@ public:
     ~DifferenceWork() override; ///< waits for the one under way
 
     bool isBusy() const { return _isBusy; }
-    void ask(DifferenceQuestion question);
+    void ask(std::shared_ptr<const DifferenceQuestion> question);
     /// What is under way or waits is not answered any more.
     void drop();
 
 signals:
-    void answered(const DifferenceAnswer& answer);
+    void answered(std::shared_ptr<const desktop::DifferenceAnswer> answer);
 
 private:
-    void start(DifferenceQuestion question);
-    void finish(const DifferenceAnswer& answer, int round);
+    void start(std::shared_ptr<const DifferenceQuestion> question);
+    void finish(std::shared_ptr<const DifferenceAnswer> answer, int round);
 
     QThreadPool _thread;
-    std::unique_ptr<DifferenceQuestion> _next;
+    std::shared_ptr<const DifferenceQuestion> _next;
     bool _isBusy = false;
     int _round = 0; ///< answers of earlier ones do not count
 };

@@ -70,7 +70,7 @@ QWidget* MakeMouseHelp(QWidget& view, QAction& entry, const QMenu& menu)
     auto* const column = new QVBoxLayout(help);
     column->addWidget(text);
     column->addWidget(close);
-    help->setPreferredSize(QSize(66 * character, int(text->document()->size().height()) + 5 * line));
+    help->setPreferredSize(QSize(66 * character, int(text->document()->size().height()) + 9 * line));
     help->hide();
     entry.setCheckable(true);
     QObject::connect(close, &QDialogButtonBox::rejected, &entry, [&entry] { entry.setChecked(false); });

@@ -39,6 +39,12 @@ geometry::PolygonMesh Square(float height)
     return mesh;
 }
 
+std::shared_ptr<const desktop::DifferenceQuestion> Question(float height)
+{
+    desktop::DifferenceQuestion question{{Square(0.0f)}, {Square(height)}};
+    return std::make_shared<const desktop::DifferenceQuestion>(std::move(question));
+}
+
 class DesktopComparison : public DesktopTest {
 protected:
     static Dz3DViewport& view() { return *window().getViewportMgr()->getActiveViewport()->get3DViewport(); }
@@ -106,14 +112,15 @@ TEST(DifferenceWork, answers_the_newest_of_many_questions_last)
 {
     desktop::DifferenceWork work;
     std::vector<double> heard;
-    QObject::connect(
-        &work, &desktop::DifferenceWork::answered,
-        [&heard](const desktop::DifferenceAnswer& answer) { heard.push_back(answer.summary.max); });
+    QObject::connect(&work, &desktop::DifferenceWork::answered,
+                     [&heard](const std::shared_ptr<const desktop::DifferenceAnswer>& answer) {
+                         heard.push_back(answer->summary.max);
+                     });
     for (int i = 1; i <= 20; ++i)
-        work.ask({{Square(0.0f)}, {Square(float(i))}});
+        work.ask(Question(float(i)));
     ASSERT_TRUE(QTest::qWaitFor([&] { return !heard.empty() && heard.back() == 20.0; }));
     EXPECT_LE(heard.size(), 2u) << "what nobody waits for any more is left out";
-    work.ask({{Square(0.0f)}, {Square(1.0f)}});
+    work.ask(Question(1.0f));
     work.drop();
     ASSERT_TRUE(QTest::qWaitFor([&] { return !work.isBusy(); }));
     EXPECT_EQ(heard.back(), 20.0);
