@@ -49,7 +49,8 @@ struct BatchArguments {
     std::optional<std::string> rows; ///< of the table, those that are meant
     int workers = 0, threads = 0, megabytes = 0;
     double timeout = 0.0;
-    bool list = false, resume = false, thumbnails = false, json = false, isDryRun = false;
+    bool list = false, resume = false, thumbnails = false, progressLines = false, json = false,
+         isDryRun = false;
     ConvertArguments ofRows; ///< checked with each row
     ConvertMorphsArguments ofMorphRows;
 };
@@ -123,6 +124,8 @@ void AddBatchOptions(CLI::App& command, BatchArguments& arguments)
     command.add_flag(
         "--thumbnails", arguments.thumbnails,
         "Draw a small picture of each row, as --report does, for a page of logs that are merged");
+    // For the program that starts this one; no help lists it.
+    command.add_flag("--progress-lines", arguments.progressLines)->group("");
     AddJsonOption(command, arguments.json);
 }
 
@@ -272,7 +275,8 @@ BatchOptions OptionsOf(const BatchArguments& arguments, bool verbose)
     options.log = arguments.log;
     options.verbose = verbose;
     options.keepsReports = arguments.json;
-    options.showsProgress = !arguments.json;
+    options.tellsProgress = arguments.progressLines;
+    options.showsProgress = !arguments.json && !arguments.progressLines;
     return options;
 }
 

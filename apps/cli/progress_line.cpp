@@ -18,6 +18,8 @@ namespace cli {
 
 namespace {
 
+bool isInLines = false;
+
 /// A line that the terminal breaks cannot be taken back as a whole.
 std::string FitToTerminal(std::string line)
 {
@@ -67,12 +69,12 @@ struct ProgressLine::Impl {
 
     void draw()
     {
-        if (!text || !IsInForeground())
+        if (!text || (!isInLines && !IsInForeground()))
             return;
-        std::string line = FitToTerminal(text());
+        std::string line = isInLines ? text() : FitToTerminal(text());
         if (line == shown)
             return;
-        std::fprintf(stderr, "\r\x1b[K%s", line.c_str());
+        std::fprintf(stderr, isInLines ? "progress: %s\n" : "\r\x1b[K%s", line.c_str());
         std::fflush(stderr);
         shown = std::move(line);
     }
@@ -82,8 +84,10 @@ struct ProgressLine::Impl {
         text = nullptr;
         if (shown.empty())
             return;
-        std::fputs("\r\x1b[K", stderr);
-        std::fflush(stderr);
+        if (!isInLines) {
+            std::fputs("\r\x1b[K", stderr);
+            std::fflush(stderr);
+        }
         shown.clear();
     }
 
@@ -113,9 +117,14 @@ ProgressLine::~ProgressLine()
     _impl->thread.join();
 }
 
+void ProgressLine::tellInLines()
+{
+    isInLines = true;
+}
+
 bool ProgressLine::isPossible()
 {
-    return isatty(STDERR_FILENO) == 1;
+    return isInLines || isatty(STDERR_FILENO) == 1;
 }
 
 void ProgressLine::change(const std::function<void()>& work)

@@ -18,7 +18,10 @@ public:
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
 
-    /// Whether a person sees standard error as it is written.
+    /// From now on, for the whole process: as lines of their own, "progress: 42 %  ...", for a program that
+    /// reads them.
+    static void tellInLines();
+    /// Whether a person sees standard error as it is written, or a program wants the lines.
     static bool isPossible();
 
     /// Changes what `text` looks at, never while that runs.

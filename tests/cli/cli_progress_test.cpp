@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <regex>
+#include <sstream>
 
 namespace {
 
@@ -106,4 +107,25 @@ TEST_F(ProgressOnTerminal, is_not_shown_to_a_pipe)
     ExpectSuccess(result);
     EXPECT_EQ(result.out.find('\x1b'), std::string::npos);
     EXPECT_EQ(result.err, "");
+}
+
+TEST_F(ProgressOnTerminal, is_told_in_lines_to_a_program_that_wants_them)
+{
+    const std::string table = workspace.write("told.json", "[{\"name\": \"Told\"}]");
+    std::vector<std::string> words = arguments();
+    words.erase(words.begin()); // "convert", whose options stand for those of rows
+    words.insert(words.begin(), {"batch", table, "--row", "1", "--progress-lines", "--json"});
+    const ProgramResult result = RunProgram(words);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    std::istringstream lines(result.err);
+    std::vector<int> told;
+    for (std::string line; std::getline(lines, line);) {
+        std::smatch found;
+        ASSERT_TRUE(std::regex_match(line, found, std::regex(R"(progress: ((\d+) %  )?.*)"))) << line;
+        if (found[2].matched)
+            told.push_back(std::stoi(found[2]));
+    }
+    EXPECT_GT(told.size(), 10u);
+    EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+    EXPECT_TRUE(nlohmann::json::accept(result.out)) << result.out;
 }

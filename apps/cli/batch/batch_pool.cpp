@@ -78,8 +78,8 @@ private:
         if (!task)
             return;
         if (!worker.process)
-            worker.process =
-                std::make_unique<BatchProcess>(BatchWorkerArguments(_options.threads, _options.verbose));
+            worker.process = std::make_unique<BatchProcess>(
+                BatchWorkerArguments({_options.threads, _options.tellsProgress, _options.verbose}));
         worker.process->writeLine(Json{
             {"arguments", task->arguments},
             {"may_replace", task->mayReplace},

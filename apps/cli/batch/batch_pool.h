@@ -49,6 +49,7 @@ struct PoolOptions {
     std::size_t workers = 1;
     std::size_t threads = 1; ///< of each worker
     bool verbose = false;
+    bool tellsProgress = false;               ///< of each row, in lines to standard error
     std::chrono::duration<double> timeout{0}; ///< of a try; 0 for none
     bool wantsPictures = false;               ///< a small one of each row
     bool isDryRun = false;                    ///< rows are only looked at

@@ -33,7 +33,7 @@ Json Run(ConversionRequest request, const RowTask& task)
     request.mayOverwrite = request.mayOverwrite || task.mayReplace;
     request.drawsThumbnail = task.wantsPicture;
     request.beforeSaving = [&task] { task.beforeSaving({}); };
-    Progress progress(false);
+    Progress progress(task.tellsProgress);
     const ConversionReport report = Convert(request, progress);
     Json answer{{"report", DescribeConversion(report, progress, true)},
                 {"files_used", Listed(report.filesUsed)}};
@@ -60,7 +60,7 @@ Json Run(MorphConversionRequest request, const RowTask& task)
     request.tellsFilesUsed = true;
     request.ownFiles.assign(task.ownFiles.begin(), task.ownFiles.end());
     request.beforeSaving = task.beforeSaving;
-    Progress progress(false);
+    Progress progress(task.tellsProgress);
     const MorphConversionReport report = ConvertMorphs(request, progress);
     Json answer{{"report", DescribeMorphConversion(report, progress, true)},
                 {"files_used", Listed(report.filesUsed)}};

@@ -19,6 +19,7 @@ struct RowTask {
     std::vector<std::string> ownFiles;  ///< of single morphs, those that were
     bool wantsPicture = false;          ///< of a character
     bool isDryRun = false;              ///< "report" is that of `--dry-run`
+    bool tellsProgress = false;         ///< of the row itself
     bool verbose = false;
     /// Called when everything is made, before files are put in place; what it throws ends the row.
     /// @param files  of single morphs, those that are to come, or more; of a character none

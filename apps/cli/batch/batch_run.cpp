@@ -359,6 +359,7 @@ PoolOptions OptionsOfPool(std::size_t rows, const BatchOptions& options)
     const std::size_t share = options.workers > 0 ? 1 : std::max<std::size_t>(processors / pool.workers, 1);
     pool.threads = options.threads > 0 ? options.threads : share;
     pool.verbose = options.verbose;
+    pool.tellsProgress = options.tellsProgress;
     pool.wantsPictures = options.drawsPictures;
     pool.timeout = std::chrono::duration<double>(options.timeout);
     // All of them together stay within half of the machine between rows.

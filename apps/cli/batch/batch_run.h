@@ -27,6 +27,7 @@ struct BatchOptions {
     bool keepsReports = false;   ///< in the results; otherwise only their warnings, since there may be many
     bool drawsPictures = false;  ///< small ones, for an index
     BatchIndex* index = nullptr; ///< hears of all rows; null for none
+    bool tellsProgress = false;  ///< of each row, in lines for a program that reads them
     bool verbose = false, showsProgress = false;
 };
 

@@ -9,6 +9,7 @@
 #include "batch/batch_row.h"
 #include "error_sentence.h"
 #include "interrupt.h"
+#include "progress_line.h"
 #include "report.h"
 
 #include <cerrno>
@@ -32,9 +33,11 @@ namespace cli {
 namespace {
 
 const char* const workerCommand = "batch-worker";
+const char* const progressOption = "--progress-lines";
 
 struct WorkerArguments {
     int parent = 0, threads = 1;
+    bool tellsProgress = false;
 };
 
 /// Standard input and what was standard output, which is for nobody else.
@@ -106,7 +109,7 @@ Json Failure(const std::string& text)
     return answer;
 }
 
-RowTask TaskIn(const Json& line, Lines& lines, bool verbose)
+RowTask TaskIn(const Json& line, Lines& lines, const WorkerTraits& traits)
 {
     RowTask task;
     task.arguments = line.at("arguments").get<std::vector<std::string>>();
@@ -114,7 +117,8 @@ RowTask TaskIn(const Json& line, Lines& lines, bool verbose)
     task.ownFiles = line.at("own_files").get<std::vector<std::string>>();
     task.wantsPicture = line.at("wants_picture").get<bool>();
     task.isDryRun = line.at("dry_run").get<bool>();
-    task.verbose = verbose;
+    task.tellsProgress = traits.tellsProgress;
+    task.verbose = traits.verbose;
     task.beforeSaving = [&lines](const std::vector<std::string>& files) {
         lines.write({{"saving", files}});
         const std::optional<std::string> reply = lines.next();
@@ -127,10 +131,10 @@ RowTask TaskIn(const Json& line, Lines& lines, bool verbose)
     return task;
 }
 
-Json Answer(const Json& task, Lines& lines, bool verbose)
+Json Answer(const Json& task, Lines& lines, const WorkerTraits& traits)
 {
     try {
-        return ConvertRow(TaskIn(task, lines, verbose));
+        return ConvertRow(TaskIn(task, lines, traits));
     } catch (const std::bad_alloc&) {
         return Failure("there is not enough memory");
     } catch (const std::exception& error) {
@@ -152,12 +156,15 @@ void Work(const WorkerArguments& arguments, bool verbose)
         return;
     const tbb::global_control threads(tbb::global_control::max_allowed_parallelism,
                                       static_cast<std::size_t>(arguments.threads));
+    const WorkerTraits traits{static_cast<std::size_t>(arguments.threads), arguments.tellsProgress, verbose};
+    if (traits.tellsProgress)
+        ProgressLine::tellInLines();
     base::SearchFoldersOnce(); // a folder may come to hold the morphs of all rows
     Lines lines;
     try {
         while (const std::optional<std::string> line = lines.next()) {
             ForgetPeakMemory();
-            Json answer = Answer(Json::parse(*line), lines, verbose);
+            Json answer = Answer(Json::parse(*line), lines, traits);
             answer["peak_memory_mib"] = Rounded(PeakMemoryMebibytes(), 1);
             answer["held_mib"] = HeldMebibytes();
             lines.write(answer);
@@ -171,11 +178,13 @@ void Work(const WorkerArguments& arguments, bool verbose)
 
 } // namespace
 
-std::vector<std::string> BatchWorkerArguments(std::size_t threads, bool verbose)
+std::vector<std::string> BatchWorkerArguments(const WorkerTraits& traits)
 {
     std::vector<std::string> arguments{workerCommand, fmt::format("--parent={}", getpid()),
-                                       fmt::format("--threads={}", threads)};
-    if (verbose)
+                                       fmt::format("--threads={}", traits.threads)};
+    if (traits.tellsProgress)
+        arguments.push_back(progressOption);
+    if (traits.verbose)
         arguments.push_back("--verbose");
     return arguments;
 }
@@ -186,6 +195,7 @@ void AddBatchWorkerCommand(CLI::App& program, CommandContext& context)
     const auto arguments = std::make_shared<WorkerArguments>();
     command->add_option("--parent", arguments->parent)->required();
     command->add_option("--threads", arguments->threads)->required()->check(CLI::PositiveNumber);
+    command->add_flag(progressOption, arguments->tellsProgress);
     command->callback([arguments, &context] {
         context.work = [arguments, &context] { Work(*arguments, context.verbose); };
     });

@@ -12,8 +12,12 @@
 namespace cli {
 
 /// Arguments of the program that make it such a process, a child of this one.
-/// @param threads  that it computes with
-std::vector<std::string> BatchWorkerArguments(std::size_t threads, bool verbose);
+struct WorkerTraits {
+    std::size_t threads = 1;    ///< that it computes with
+    bool tellsProgress = false; ///< of each row, in lines to standard error
+    bool verbose = false;
+};
+std::vector<std::string> BatchWorkerArguments(const WorkerTraits& traits);
 
 /// A subcommand that no help lists. It reads a line for each row, an object with "arguments", "may_replace",
 /// "own_files", "wants_picture" and "dry_run", and answers with an object on a line: "report", as the row's
