@@ -3,6 +3,7 @@
 
 #include "desktop_settings.h"
 
+#include <QJsonDocument>
 #include <QMainWindow>
 
 #include <dzappsettings.h>
@@ -25,6 +26,7 @@ const QLatin1String groundKey("view_ground");
 const QLatin1String viewButtonsKey("view_buttons");
 const QLatin1String lookKey("light_look");
 const QLatin1String docksKey("window_docks");
+const QLatin1String jobCellsKey("job_settings");
 // The plug-in's, so that a place that is given in one dialog is proposed in the other.
 const QLatin1String productGroup("Kestrom's Gantrel");
 const QLatin1String morphFolderKey("save_last_content_library");
@@ -152,6 +154,17 @@ void RememberMorphPlace(const MorphPlace& place)
     settings.setStringValue(morphFolderKey, place.contentFolder);
     settings.setStringValue(morphVendorKey, place.vendor);
     settings.setStringValue(morphProductKey, place.product);
+}
+
+QJsonObject RememberedJobCells()
+{
+    return QJsonDocument::fromJson(DzAppSettings(group).getStringValue(jobCellsKey).toUtf8()).object();
+}
+
+void RememberJobCells(const QJsonObject& cells)
+{
+    DzAppSettings(group).setStringValue(
+        jobCellsKey, QString::fromUtf8(QJsonDocument(cells).toJson(QJsonDocument::Compact)));
 }
 
 bool RestoreLayout(QMainWindow& window)

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QJsonObject>
 #include <QStringList>
 
 #include <dzauthor.h>
@@ -53,6 +54,10 @@ struct MorphPlace {
 };
 MorphPlace RememberedMorphPlace();
 void RememberMorphPlace(const MorphPlace& place);
+
+/// What was chosen for a job of the list last, as a row of a batch's table has it.
+QJsonObject RememberedJobCells();
+void RememberJobCells(const QJsonObject& cells);
 
 /// Size, place and docks. False when there is nothing to restore.
 bool RestoreLayout(QMainWindow& window);

@@ -10,6 +10,7 @@
 #include "dropped_files.h"
 #include "folders_dialog.h"
 #include "guided_conversion.h"
+#include "jobs/job_result.h"
 #include "openhost/script_bounds.h"
 #include "preferences_dialog.h"
 #include "program_folders.h"
@@ -111,9 +112,10 @@ QStringList UseContentFolders(const QStringList& folders)
 }
 
 DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
-    : _window(*dzApp->getInterface()), _log(new LogWindow(&_window)), _files(_window, attendant),
-      _view(_window), _tools(new ToolBar(_window)), _panes(tr("&Window")), _status(_window),
-      _unsaved(_window, _status), _undo(_status)
+    : _window(*dzApp->getInterface()), _log(new LogWindow(&_window)),
+      _jobs(new JobsWindow(&_window, CommandLineProgram(), std::make_unique<JobStore>())),
+      _files(_window, attendant), _view(_window), _tools(new ToolBar(_window)), _panes(tr("&Window")),
+      _status(_window), _unsaved(_window, _status), _undo(_status)
 {
     for (QDockWidget* const dock : _window.findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))
         _panes.addAction(dock->toggleViewAction());
@@ -129,6 +131,7 @@ DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
     connect(&_room, SIGNAL(figurePlaced()), &_view, SLOT(frameAll()), Qt::QueuedConnection);
     addActions();
     addStartPage();
+    connect(_jobs, SIGNAL(resultWanted(QString, QStringList)), SLOT(openResult(QString, QStringList)));
     arrangeDocks();
     updateTitle();
     _window.setAcceptDrops(true);
@@ -138,6 +141,7 @@ DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
 
 DesktopWindow::~DesktopWindow()
 {
+    delete _jobs;
     delete _start;
     delete _tools;
     delete _log;
@@ -222,6 +226,9 @@ void DesktopWindow::addActions()
         add({"&Convert a Figure...", "Chooses a figure and the one that gets its shape, and loads both.",
              "&File", QKeySequence()},
             [this] { convertFigure(); });
+    add({"Conversion &Jobs...", "Converts many figures, one after the other, beside other work.", "&File",
+         QKeySequence()},
+        [this] { _jobs->bringUp(); });
     add({"&Merge...", "Adds what a file holds to the scene.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_O,
          false, &_recent},
         [this] { _files.merge(); });
@@ -366,6 +373,12 @@ void DesktopWindow::makeSamples()
             .arg(Quoted(folder)));
 }
 
+void DesktopWindow::openResult(const QString& target, const QStringList& dials)
+{
+    if (_files.openFile(target))
+        ShowResult(_window, dials);
+}
+
 void DesktopWindow::updateTitle()
 {
     const QString name = QFileInfo(_files.filename()).fileName();
@@ -398,8 +411,10 @@ bool DesktopWindow::eventFilter(QObject* object, QEvent* event)
 bool DesktopWindow::mayClose()
 {
     // A dialog is not to lose what it stands for.
-    if (QApplication::activeModalWidget() || !_files.mayLoseScene())
+    if (QApplication::activeModalWidget() || !_jobs->mayQuit() || !_files.mayLoseScene())
         return false;
+    _jobs->queue().end();
+    _jobs->hide();
     RememberLayout(_window);
     return true;
 }
@@ -432,6 +447,7 @@ void DesktopWindow::openWaiting()
 QStringList DesktopWindow::takeContentFolders()
 {
     const QStringList missing = UseContentFolders(_contentFolders);
+    _jobs->queue().setContentFolders(_contentFolders);
     const bool isAny = dzApp->getContentMgr()->getNumContentDirectories() > 0;
     _status.tell(StatusLine::Folders,
                  isAny ? QString() : tr("Choose File > Content Folders to say where your figures are."));

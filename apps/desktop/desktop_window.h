@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "jobs/jobs_window.h"
 #include "log_window.h"
 #include "recent_files.h"
 #include "rig_follower.h"
@@ -49,6 +50,7 @@ public:
     void start(const Options& options);
 
     SceneFiles& files() { return _files; }
+    JobsWindow& jobs() { return *_jobs; }
 
 protected:
     /// The window's closing, and files that are dropped on it.
@@ -64,6 +66,7 @@ private slots:
     void openFile();
     void makeSamples();
     void openManual();
+    void openResult(const QString& target, const QStringList& dials);
 
 private:
     bool mayClose();
@@ -88,6 +91,7 @@ private:
     DzMainWindow& _window;
     /// Goes with the window if that goes first. Before all that read settings, which may be damaged.
     QPointer<LogWindow> _log;
+    QPointer<JobsWindow> _jobs; ///< likewise
     QPointer<StartPage> _start; ///< the viewport manager's
     SceneFiles _files;
     RecentFilesMenu _recent;

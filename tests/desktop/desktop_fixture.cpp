@@ -30,10 +30,12 @@ void DesktopTest::SetUp()
     // What all programs share is kept in a folder of its own.
     qputenv("XDG_CONFIG_HOME", (TestFolder() + QStringLiteral("/shared settings")).toUtf8());
     QDir(TestFolder() + QStringLiteral("/shared settings")).removeRecursively();
+    qputenv("XDG_DATA_HOME", (TestFolder() + QStringLiteral("/data of the account")).toUtf8());
+    QDir(TestFolder() + QStringLiteral("/data of the account")).removeRecursively();
     for (const char* const key :
          {"length_unit", "picture_cache_mib", "content_folders", "recent_files", "adjust_rig", "author_name",
           "author_email", "author_url", "window_geometry", "window_docks", "view_ground", "view_buttons",
-          "light_look"})
+          "light_look", "job_settings"})
         settings.removeValue(QLatin1String(key));
     AddMiniLibrary();
     desktop.reset(new desktop::DesktopWindow(attendant));

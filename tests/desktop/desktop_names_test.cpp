@@ -1,6 +1,7 @@
 // Names for screen readers: whatever people can use is told by one.
 // SPDX-License-Identifier: MIT
 
+#include "apps/desktop/jobs/job_dialog.h"
 #include "apps/desktop/preferences_dialog.h"
 #include "tests/desktop/desktop_fixture.h"
 #include "tests/plugin/mini_scene.h"
@@ -157,6 +158,17 @@ TEST_F(NamesTest, are_there_in_the_dialogs_of_the_menus)
     expectNamesInDialog("Content Folders...", 6);
     expectNamesInDialog("Preferences...", 5);
     expectNamesInDialog("About Gantrel", 1);
+}
+
+TEST_F(NamesTest, are_there_in_the_window_of_jobs_and_in_their_settings)
+{
+    start();
+    entry("Conversion Jobs...")->trigger();
+    ASSERT_TRUE(desktop->jobs().isVisible());
+    ExpectNames(desktop->jobs(), 13);
+    desktop::JobDialog settings(nullptr, {pathOf(sourceFile)});
+    settings.show();
+    ExpectNames(settings, 18);
 }
 
 TEST_F(NamesTest, are_there_on_each_page_of_the_preferences)

@@ -101,7 +101,8 @@ QStringList SourcesOfChapter(const QString& chapter)
     if (isOneOf({QStringLiteral("08")}))
         sources << QStringLiteral("host/figure/shape.cpp");
     if (isOneOf({QStringLiteral("02"), QStringLiteral("09")}))
-        sources << QStringLiteral("apps/desktop/*.cpp") << QStringLiteral("host/ui/*.cpp");
+        sources << QStringLiteral("apps/desktop/*.cpp") << QStringLiteral("apps/desktop/jobs/*.cpp")
+                << QStringLiteral("host/ui/*.cpp");
     return sources;
 }
 

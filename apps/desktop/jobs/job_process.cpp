@@ -1,0 +1,195 @@
+// A conversion, or another run of the command line's program, in a process of its own.
+// SPDX-License-Identifier: MIT
+
+#include "job_process.h"
+
+#include "program_folders.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRegularExpression>
+
+#include <csignal>
+
+#include <sys/prctl.h>
+#include <unistd.h>
+
+namespace desktop {
+
+namespace {
+
+const QLatin1String progressMark("progress: ");
+const QLatin1String programMark("gantrel: ");
+constexpr int patienceMs = 10000;
+
+/// Morphs whose dials show the whole shape: the full one, or its parts.
+QStringList ShownDials(const QJsonArray& created)
+{
+    QStringList full, all;
+    for (const QJsonValue& value : created) {
+        const QJsonObject morph = value.toObject();
+        const QString name = morph.value(QLatin1String("name")).toString();
+        all.append(name);
+        if (morph.value(QLatin1String("kind")).toString() == QLatin1String("full"))
+            full.append(name);
+    }
+    return full.isEmpty() ? all : full;
+}
+
+QString NewMorphs(const QJsonArray& created)
+{
+    QStringList labels;
+    for (const QJsonValue& morph : created)
+        labels.append(morph.toObject().value(QLatin1String("label")).toString());
+    return labels.join(QStringLiteral(", "));
+}
+
+void TakeReport(Job& job, const QJsonObject& report)
+{
+    const QJsonArray created = report.value(QLatin1String("created_morphs")).toArray();
+    job.dials = ShownDials(created);
+    QStringList told{NewMorphs(created)};
+    for (const QJsonValue& warning : report.value(QLatin1String("warnings")).toArray())
+        told.append(warning.toString());
+    told.removeAll(QString());
+    job.message = told.join(QLatin1Char('\n'));
+}
+
+} // namespace
+
+void DependentProcess::setupChildProcess()
+{
+    const pid_t parent = getppid();
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (getppid() != parent)
+        raise(SIGTERM);
+}
+
+QString CommandLineProgram()
+{
+    const std::filesystem::path folder = app::ProgramFolder();
+    for (const char* const place : {"gantrel", "../cli/gantrel"}) {
+        const QFileInfo file(QString::fromStdString((folder / place).lexically_normal().u8string()));
+        if (file.isFile() && file.isExecutable())
+            return file.absoluteFilePath();
+    }
+    return QString();
+}
+
+JobProcess::JobProcess(QObject* parent) : QObject(parent)
+{
+    _process.setInputChannelMode(QProcess::ManagedInputChannel);
+    connect(&_process, SIGNAL(readyReadStandardError()), SLOT(readErrors()));
+    connect(&_process, SIGNAL(finished(int, QProcess::ExitStatus)), SLOT(handleEnd()));
+    connect(&_process, SIGNAL(errorOccurred(QProcess::ProcessError)),
+            SLOT(handleError(QProcess::ProcessError)));
+}
+
+JobProcess::~JobProcess()
+{
+    end();
+}
+
+void JobProcess::start(const QString& program, const QStringList& arguments, const QString& folder)
+{
+    _process.setWorkingDirectory(folder);
+    _process.start(program, arguments, QIODevice::ReadOnly);
+}
+
+void JobProcess::cancel()
+{
+    if (_wasCancelled)
+        _process.kill();
+    else
+        _process.terminate();
+    _wasCancelled = true;
+}
+
+void JobProcess::end()
+{
+    _process.disconnect(this);
+    if (_process.state() == QProcess::NotRunning)
+        return;
+    cancel();
+    if (!_process.waitForFinished(patienceMs)) {
+        _process.kill();
+        _process.waitForFinished();
+    }
+}
+
+void JobProcess::readErrors()
+{
+    _line += _process.readAllStandardError();
+    int percent = -1;
+    QString step;
+    for (int end; (end = _line.indexOf('\n')) >= 0; _line.remove(0, end + 1)) {
+        const QString line = QString::fromUtf8(_line.left(end));
+        if (!line.startsWith(progressMark)) {
+            _told.append(line);
+            continue;
+        }
+        static const QRegularExpression form(QStringLiteral("^(?:(\\d+) %  )?(.*)$"));
+        const QRegularExpressionMatch found = form.match(line.mid(progressMark.size()));
+        percent = found.captured(1).isEmpty() ? -1 : found.captured(1).toInt();
+        step = found.captured(2);
+    }
+    if (!step.isEmpty())
+        emit moved(percent, step);
+}
+
+void JobProcess::handleEnd()
+{
+    readErrors();
+    _report = QJsonDocument::fromJson(_process.readAllStandardOutput()).object();
+    emit ended();
+}
+
+void JobProcess::handleError(QProcess::ProcessError error)
+{
+    if (error != QProcess::FailedToStart)
+        return; // its end is told as well
+    _notStarted = JobProcess::tr("%1 cannot be started: %2.").arg(_process.program(), _process.errorString());
+    // Who starts it may not be ready yet to hear of its end.
+    QMetaObject::invokeMethod(this, "ended", Qt::QueuedConnection);
+}
+
+QString JobProcess::failure() const
+{
+    if (!_notStarted.isEmpty())
+        return _notStarted;
+    if (const QString error = _report.value(QLatin1String("error")).toString(); !error.isEmpty())
+        return error;
+    if (!_report.isEmpty())
+        return QString();
+    if (_process.exitStatus() == QProcess::CrashExit)
+        return JobProcess::tr("The process that converts came to an unexpected end.");
+    const QString last = _told.isEmpty() ? QString() : _told.last();
+    return last.startsWith(programMark) ? last.mid(programMark.size())
+                                        : JobProcess::tr("The process that converts said nothing.");
+}
+
+void TakeResult(Job& job, const JobProcess& process)
+{
+    const QJsonObject result = process.report().value(QLatin1String("results")).toArray().first().toObject();
+    const QString status = result.value(QLatin1String("status")).toString();
+    job.seconds = result.value(QLatin1String("seconds")).toDouble(job.seconds);
+    if (status == QLatin1String("done") || status == QLatin1String("skipped")) {
+        job.state = Job::State::Done;
+        if (status == QLatin1String("done"))
+            TakeReport(job, result.value(QLatin1String("report")).toObject());
+        else
+            job.message = JobProcess::tr("It was done before, and nothing has changed since.");
+        return;
+    }
+    if (process.wasCancelled()) {
+        job.state = Job::State::Stopped;
+        job.message = JobProcess::tr("It was stopped.");
+        return;
+    }
+    job.state = Job::State::Failed;
+    const QString reason = result.value(QLatin1String("error")).toString();
+    job.message = reason.isEmpty() ? process.failure() : reason;
+}
+
+} // namespace desktop

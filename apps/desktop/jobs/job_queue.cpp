@@ -1,0 +1,261 @@
+// Conversions that wait for their turn.
+// SPDX-License-Identifier: MIT
+
+#include "job_queue.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace desktop {
+
+namespace {
+
+constexpr int keepAfterMs = 300;
+
+bool IsOver(const Job& job)
+{
+    return job.state != Job::State::Waiting && job.state != Job::State::Running;
+}
+
+} // namespace
+
+JobQueue::JobQueue(QString program, std::unique_ptr<JobStore> store)
+    : _program(std::move(program)), _store(std::move(store))
+{
+    _jobs = _store->load(_trouble);
+    _soon.setSingleShot(true);
+    _soon.setInterval(keepAfterMs);
+    connect(&_soon, SIGNAL(timeout()), SLOT(keep()));
+}
+
+JobQueue::~JobQueue()
+{
+    end();
+}
+
+QStringList JobQueue::contentOptions() const
+{
+    QStringList options;
+    for (const QString& folder : _contentFolders)
+        options << QStringLiteral("--content=") + folder;
+    return options;
+}
+
+int JobQueue::count(Job::State state) const
+{
+    return int(
+        std::count_if(_jobs.begin(), _jobs.end(), [state](const Job& job) { return job.state == state; }));
+}
+
+double JobQueue::seconds() const
+{
+    return isRunning() ? double(_clock.elapsed()) / 1000.0 : 0.0;
+}
+
+void JobQueue::add(const QVector<Job>& jobs)
+{
+    emit listChanging();
+    _jobs += jobs;
+    changed();
+}
+
+void JobQueue::remove(QVector<int> rows)
+{
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    emit listChanging();
+    for (auto row = rows.crbegin(); row != rows.crend(); ++row) {
+        if (*row == _running)
+            continue;
+        _store->removeReport(_jobs[*row].report);
+        _jobs.remove(*row);
+        _running -= _running > *row;
+    }
+    changed();
+}
+
+void JobQueue::changed()
+{
+    emit listChanged();
+    emit stateChanged();
+    _soon.start();
+}
+
+void JobQueue::setCells(int row, const QJsonObject& cells)
+{
+    Job& job = _jobs[row];
+    if (row == _running || !job.isOwn())
+        return;
+    job.cells = cells;
+    retry({row});
+    emit jobChanged(row);
+    _soon.start();
+}
+
+void JobQueue::retry(const QVector<int>& rows)
+{
+    for (const int row : rows) {
+        Job& job = _jobs[row];
+        if (!IsOver(job))
+            continue;
+        job.state = Job::State::Waiting;
+        job.message.clear();
+        emit jobChanged(row);
+    }
+    emit stateChanged();
+    _soon.start();
+}
+
+void JobQueue::retryFailed()
+{
+    QVector<int> rows;
+    for (int row = 0; row < _jobs.size(); ++row)
+        if (_jobs[row].state == Job::State::Failed || _jobs[row].state == Job::State::Stopped)
+            rows.append(row);
+    retry(rows);
+    start();
+}
+
+void JobQueue::start()
+{
+    _isStopping = false;
+    if (!isRunning())
+        startNext();
+    emit stateChanged();
+}
+
+void JobQueue::stopAfterThis()
+{
+    _isStopping = isRunning();
+    emit stateChanged();
+}
+
+void JobQueue::cancel()
+{
+    stopAfterThis();
+    if (_process)
+        _process->cancel();
+}
+
+void JobQueue::end()
+{
+    if (_process) {
+        _process->end();
+        Job& job = _jobs[_running];
+        job.state = Job::State::Stopped;
+        job.message = tr("It was stopped.");
+        _process.reset();
+        _running = -1;
+    }
+    if (_soon.isActive())
+        keep();
+}
+
+void JobQueue::startNext()
+{
+    const auto next = std::find_if(_jobs.begin(), _jobs.end(),
+                                   [](const Job& job) { return job.state == Job::State::Waiting; });
+    if (_isStopping || next == _jobs.end() || isRunning()) {
+        _isStopping = _isStopping && isRunning();
+        emit stateChanged();
+        return;
+    }
+    run(int(next - _jobs.begin()));
+}
+
+void JobQueue::run(int row)
+{
+    Job& job = _jobs[row];
+    _running = row;
+    job.state = Job::State::Running;
+    job.percent = -1;
+    job.step.clear();
+    job.message.clear();
+    job.dials.clear();
+    _clock.start();
+    _process = std::make_unique<JobProcess>();
+    connect(_process.get(), SIGNAL(moved(int, QString)), SLOT(handleMoved(int, QString)));
+    // Later, since the one that tells it goes then.
+    connect(_process.get(), SIGNAL(ended()), SLOT(handleEnded()), Qt::QueuedConnection);
+    QString reason;
+    try {
+        if (_program.isEmpty())
+            reason = tr("The program \"gantrel\", which converts, is not beside this one.");
+        else if (!job.isOwn() && SumOf(job.table) != job.tableSum)
+            reason = tr("The table %1 has changed since it was opened; open it again.").arg(job.table);
+        else
+            _process->start(_program, optionsFor(job),
+                            job.isOwn() ? QDir::homePath() : QFileInfo(job.table).absolutePath());
+    } catch (const std::exception& error) {
+        reason = tr("The job cannot be handed on: %1.").arg(QString::fromStdString(error.what()));
+    }
+    if (!reason.isEmpty()) {
+        job.state = Job::State::Failed;
+        job.message = reason;
+        finish(row);
+        return;
+    }
+    emit jobChanged(row);
+    emit stateChanged();
+}
+
+QStringList JobQueue::optionsFor(Job& job) const
+{
+    if (job.report.isEmpty())
+        job.report = _store->newReport();
+    QStringList options{QStringLiteral("batch"), QStringLiteral("--progress-lines"),
+                        QStringLiteral("--json")};
+    if (!job.isOwn())
+        return options << job.table << QStringLiteral("--row=%1").arg(job.row)
+                       << QStringLiteral("--report=") + job.report << job.options;
+    Job told = job;
+    told.cells.insert(QStringLiteral("report"), job.report);
+    return options << _store->writeTableOf(told) << QStringLiteral("--row=1") << contentOptions();
+}
+
+void JobQueue::handleMoved(int percent, const QString& step)
+{
+    if (!isRunning())
+        return;
+    Job& job = _jobs[_running];
+    job.percent = percent;
+    job.step = step;
+    emit jobChanged(_running);
+}
+
+void JobQueue::handleEnded()
+{
+    if (!isRunning() || sender() != _process.get())
+        return;
+    Job& job = _jobs[_running];
+    job.seconds = seconds();
+    TakeResult(job, *_process);
+    finish(_running);
+}
+
+/// Of a job that is over; the next one begins when what is waiting has been told of it.
+void JobQueue::finish(int row)
+{
+    if (!QFileInfo::exists(_jobs[row].report))
+        _jobs[row].report.clear();
+    _process.reset();
+    _running = -1;
+    emit jobChanged(row);
+    emit stateChanged();
+    keep();
+    QMetaObject::invokeMethod(this, "startNext", Qt::QueuedConnection);
+}
+
+void JobQueue::keep()
+{
+    _soon.stop();
+    const QString trouble = _store->keep(_jobs);
+    if (trouble != _trouble && !trouble.isEmpty()) {
+        _trouble = trouble;
+        emit stateChanged();
+    }
+}
+
+} // namespace desktop

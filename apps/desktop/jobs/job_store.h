@@ -1,0 +1,44 @@
+// Where the list of jobs is kept.
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "job.h"
+
+#include <QLockFile>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace desktop {
+
+/// A folder of the account, which one window at a time has; a second one keeps its list only as long as it
+/// lives.
+class JobStore {
+public:
+    explicit JobStore(const QString& folder = usualFolder());
+    static QString usualFolder();
+
+    QString place() const { return _place; } ///< where the list is, and how long: a sentence
+
+    /// @param trouble  receives why there is no list where one was kept: a sentence
+    QVector<Job> load(QString& trouble) const;
+    /// @return why it could not be kept: a sentence; empty where it is
+    QString keep(const QVector<Job>& jobs) const;
+
+    /// A table of this one job, whose name is the same for all, so that what is known of former ones is
+    /// beside it.
+    /// @throws std::exception  it cannot be written
+    QString writeTableOf(const Job& job) const;
+    QString newReport() const; ///< a name that no file has
+    void removeReport(const QString& report) const;
+
+private:
+    QString path(const char* name) const;
+
+    QString _folder, _place;
+    std::unique_ptr<QLockFile> _lock;
+    std::unique_ptr<QTemporaryDir> _temporary;
+};
+
+} // namespace desktop

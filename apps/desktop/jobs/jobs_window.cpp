@@ -1,0 +1,381 @@
+// The window of conversions that are done one after the other.
+// SPDX-License-Identifier: MIT
+
+#include "jobs_window.h"
+
+#include "../quoted.h"
+#include "base/atomic_file.h"
+#include "job_dialog.h"
+#include "job_model.h"
+#include "job_views.h"
+
+#include <dzapp.h>
+#include <dzcontentmgr.h>
+
+#include <QCloseEvent>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTableView>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace desktop {
+
+namespace {
+
+bool HasSuffix(const QString& file, const QStringList& suffixes)
+{
+    return suffixes.contains(QFileInfo(file).suffix(), Qt::CaseInsensitive);
+}
+
+bool IsTable(const QString& file)
+{
+    return HasSuffix(file, {QStringLiteral("csv"), QStringLiteral("json")});
+}
+
+QStringList FilesIn(const QMimeData& data)
+{
+    QStringList files;
+    for (const QUrl& url : data.urls())
+        if (url.isLocalFile() &&
+            (IsTable(url.toLocalFile()) ||
+             HasSuffix(url.toLocalFile(), {QStringLiteral("duf"), QStringLiteral("dsf")})))
+            files.append(url.toLocalFile());
+    return files;
+}
+
+QString FirstContentFolder()
+{
+    const DzContentMgr& content = *dzApp->getContentMgr();
+    return content.getNumContentDirectories() > 0 ? content.getContentDirectoryPath(0) : QDir::homePath();
+}
+
+/// Options of a batch that say the same as the cells.
+QStringList OptionsOf(const QJsonObject& cells)
+{
+    QStringList options;
+    for (auto cell = cells.begin(); cell != cells.end(); ++cell)
+        options << (cell.value().toString() == QLatin1String("yes")
+                        ? QStringLiteral("--%1").arg(cell.key())
+                        : QStringLiteral("--%1=%2").arg(cell.key(), cell.value().toString()));
+    return options;
+}
+
+} // namespace
+
+JobsWindow::JobsWindow(QWidget* parent, const QString& program, std::unique_ptr<JobStore> store)
+    : QDialog(parent), _queue(program, std::move(store)), _table(MakeJobTable(_queue, *this)),
+      _state(new QLabel), _message(new QLabel)
+{
+    setObjectName(QStringLiteral("JobsWindow"));
+    setWindowTitle(tr("Conversion Jobs"));
+    setWindowFlags((windowFlags() & ~Qt::WindowContextHelpButtonHint) | Qt::WindowMaximizeButtonHint);
+    setAcceptDrops(true);
+    _add = addButton(tr("&Add..."), "AddJobs", SLOT(add()), this);
+    _open = addButton(tr("&Open Table..."), "OpenJobTable", SLOT(openTable()), this);
+    _save = addButton(tr("Save as &Table..."), "SaveJobTable", SLOT(saveTable()), this);
+    _settings = addButton(tr("S&ettings..."), "JobSettings", SLOT(changeSettings()), this);
+    _remove = addButton(tr("Re&move"), "RemoveJobs", SLOT(removeChosen()), this);
+    _report = addButton(tr("Show &Report"), "ShowJobReport", SLOT(showReport()), this);
+    _result = addButton(tr("Open Res&ult"), "OpenJobResult", SLOT(openResult()), this);
+    _start = addButton(tr("&Start"), "StartJobs", SLOT(start()), &_queue);
+    _stopAfter = addButton(tr("Stop After This O&ne"), "StopJobsAfter", SLOT(stopAfterThis()), &_queue);
+    _cancel = addButton(tr("&Cancel"), "CancelJobs", SLOT(cancel()), &_queue);
+    _retry = addButton(tr("Retr&y Failed"), "RetryJobs", SLOT(retryFailed()), &_queue);
+    arrange();
+    connect(&_queue, SIGNAL(stateChanged()), SLOT(updateButtons()));
+    connect(&_queue, SIGNAL(jobChanged(int)), SLOT(updateButtons()));
+    connect(&_queue, SIGNAL(listChanged()), SLOT(updateButtons()));
+    connect(_table->selectionModel(), SIGNAL(selectionChanged(QItemSelection, QItemSelection)),
+            SLOT(updateButtons()));
+    connect(_table, SIGNAL(activated(QModelIndex)), SLOT(changeSettings()));
+    updateButtons();
+}
+
+QPushButton* JobsWindow::addButton(const QString& text, const char* name, const char* slot, QObject* receiver)
+{
+    auto* const button = new QPushButton(text, this);
+    button->setObjectName(QLatin1String(name));
+    button->setAutoDefault(false);
+    connect(button, SIGNAL(clicked()), receiver, slot);
+    return button;
+}
+
+void JobsWindow::arrange()
+{
+    auto* const work = new QHBoxLayout;
+    for (QPushButton* const button : {_start, _stopAfter, _cancel, _retry})
+        work->addWidget(button);
+    work->addStretch();
+    auto* const close = new QPushButton(tr("Close"));
+    close->setAutoDefault(false);
+    connect(close, SIGNAL(clicked()), SLOT(reject()));
+    work->addWidget(close);
+    auto* const list = new QVBoxLayout;
+    for (QPushButton* const button : {_add, _open, _save, _settings, _remove, _report, _result})
+        list->addWidget(button);
+    list->addStretch();
+    auto* const middle = new QHBoxLayout;
+    middle->addWidget(_table, 1);
+    middle->addLayout(list);
+    _message->setObjectName(QStringLiteral("JobMessage"));
+    _state->setObjectName(QStringLiteral("JobsState"));
+    for (QLabel* const label : {_message, _state}) {
+        label->setWordWrap(true);
+        label->setTextFormat(Qt::PlainText);
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    }
+    _message->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    auto* const column = new QVBoxLayout(this);
+    column->addLayout(middle, 1);
+    column->addWidget(_message);
+    column->addWidget(_state);
+    column->addLayout(work);
+    resize(130 * fontMetrics().averageCharWidth(), 26 * fontMetrics().lineSpacing());
+}
+
+void JobsWindow::bringUp()
+{
+    show();
+    raise();
+    activateWindow();
+    _table->setFocus();
+}
+
+bool JobsWindow::mayQuit()
+{
+    if (!_queue.isRunning())
+        return true;
+    QMessageBox box(QMessageBox::Question, windowTitle(),
+                    tr("A conversion is running. It is stopped when you quit; the others stay in the list."),
+                    QMessageBox::Cancel, isVisible() ? this : parentWidget());
+    QPushButton* const quit = box.addButton(tr("Stop and &Quit"), QMessageBox::DestructiveRole);
+    box.setDefaultButton(QMessageBox::Cancel);
+    box.exec();
+    return box.clickedButton() == quit;
+}
+
+bool JobsWindow::mayClose()
+{
+    if (!_queue.isRunning())
+        return true;
+    QMessageBox box(QMessageBox::Question, windowTitle(), tr("Conversions are running. Keep them running?"),
+                    QMessageBox::Cancel, this);
+    QPushButton* const keep = box.addButton(tr("&Keep Running"), QMessageBox::AcceptRole);
+    QPushButton* const stop = box.addButton(tr("&Stop Them"), QMessageBox::DestructiveRole);
+    box.setDefaultButton(keep);
+    box.exec();
+    if (box.clickedButton() == stop)
+        _queue.cancel();
+    return box.clickedButton() == keep || box.clickedButton() == stop;
+}
+
+void JobsWindow::reject()
+{
+    if (mayClose())
+        QDialog::reject();
+}
+
+void JobsWindow::closeEvent(QCloseEvent* event)
+{
+    // The toolkit's own calls reject() as well.
+    event->ignore();
+    reject();
+}
+
+void JobsWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!FilesIn(*event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void JobsWindow::dropEvent(QDropEvent* event)
+{
+    _dropped = FilesIn(*event->mimeData());
+    event->acceptProposedAction();
+    // Later: who dropped them waits, and settings are asked for.
+    QMetaObject::invokeMethod(this, "takeDropped", Qt::QueuedConnection);
+}
+
+void JobsWindow::takeDropped()
+{
+    QStringList sources;
+    for (const QString& file : _dropped)
+        if (IsTable(file))
+            openTable(file, _queue.contentOptions());
+        else
+            sources.append(file);
+    if (!sources.isEmpty())
+        addSources(sources);
+}
+
+void JobsWindow::add()
+{
+    const QStringList files = QFileDialog::getOpenFileNames(
+        this, tr("Figures to Convert"), FirstContentFolder(), tr("Figures (*.duf *.dsf);;All files (*)"));
+    if (!files.isEmpty())
+        addSources(files);
+}
+
+void JobsWindow::addSources(const QStringList& files)
+{
+    JobDialog dialog(this, files);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    QVector<Job> jobs;
+    for (const QString& file : files) {
+        Job job;
+        job.cells = dialog.cells();
+        job.cells.insert(QStringLiteral("source"), QFileInfo(file).absoluteFilePath());
+        jobs.append(job);
+    }
+    _queue.add(jobs);
+}
+
+void JobsWindow::openTable()
+{
+    const QString file =
+        QFileDialog::getOpenFileName(this, tr("Open a Table of Conversions"), QDir::homePath(),
+                                     tr("Tables (*.csv *.json);;All files (*)"));
+    if (!file.isEmpty())
+        openTable(file, _queue.contentOptions());
+}
+
+void JobsWindow::openTable(const QString& file, const QStringList& options)
+{
+    if (_queue.program().isEmpty()) {
+        QMessageBox::warning(this, windowTitle(),
+                             tr("The program \"gantrel\", which converts, is not beside this one."));
+        return;
+    }
+    _opening = std::make_unique<JobTableOpening>(_queue.program(), file, options);
+    connect(_opening.get(), SIGNAL(read(QVector<desktop::Job>)), SLOT(takeRows(QVector<desktop::Job>)));
+    connect(_opening.get(), SIGNAL(failed(QString)), SLOT(tellNoTable(QString)));
+}
+
+void JobsWindow::takeRows(const QVector<Job>& jobs)
+{
+    _queue.add(jobs);
+}
+
+/// Often a row leaves something open that the command line would say.
+void JobsWindow::tellNoTable(const QString& reason)
+{
+    const QString table = _opening->table();
+    QMessageBox box(QMessageBox::Warning, windowTitle(),
+                    tr("The table %1 cannot be worked on.\n\n%2").arg(Quoted(table), reason),
+                    QMessageBox::Close, this);
+    box.setTextFormat(Qt::PlainText);
+    QPushButton* const settings = box.addButton(tr("&Say What Rows Leave Open..."), QMessageBox::AcceptRole);
+    box.exec();
+    if (box.clickedButton() != settings)
+        return;
+    JobDialog dialog(this, {});
+    if (dialog.exec() == QDialog::Accepted)
+        openTable(table, _queue.contentOptions() + OptionsOf(dialog.cells()));
+}
+
+void JobsWindow::saveTable()
+{
+    QString file = QFileDialog::getSaveFileName(this, tr("Save as Table"),
+                                                QDir::homePath() + QStringLiteral("/jobs.csv"),
+                                                tr("Tables (*.csv *.json)"));
+    if (file.isEmpty())
+        return;
+    if (!IsTable(file))
+        file += QStringLiteral(".csv");
+    try {
+        const QByteArray text = TableOf(_queue.jobs(), file);
+        base::WriteFileAtomically(file.toStdString(), {text.constData(), std::size_t(text.size())});
+    } catch (const std::exception& error) {
+        QMessageBox::warning(
+            this, windowTitle(),
+            tr("The table could not be written: %1.").arg(QString::fromStdString(error.what())));
+    }
+}
+
+void JobsWindow::changeSettings()
+{
+    const Job* const job = onlyChosen();
+    if (!job || !_settings->isEnabled())
+        return;
+    const QVector<int> rows = chosen();
+    JobDialog dialog(this, {FileOf(*job, "source")});
+    dialog.setCells(job->cells);
+    // What runs meanwhile may have come to this one.
+    if (dialog.exec() == QDialog::Accepted && rows == chosen())
+        _queue.setCells(rows.first(), dialog.cells());
+}
+
+void JobsWindow::removeChosen()
+{
+    _queue.remove(chosen());
+}
+
+void JobsWindow::showReport()
+{
+    if (const Job* const job = onlyChosen())
+        dzApp->showURL(QUrl::fromLocalFile(job->report).toString());
+}
+
+void JobsWindow::openResult()
+{
+    if (const Job* const job = onlyChosen())
+        emit resultWanted(FileOf(*job, "target"), job->dials);
+}
+
+QVector<int> JobsWindow::chosen() const
+{
+    QVector<int> rows;
+    for (const QModelIndex& index : _table->selectionModel()->selectedRows())
+        rows.append(index.row());
+    return rows;
+}
+
+const Job* JobsWindow::onlyChosen() const
+{
+    const QVector<int> rows = chosen();
+    return rows.size() == 1 ? &_queue.jobs()[rows.first()] : nullptr;
+}
+
+QString JobsWindow::stateText() const
+{
+    QStringList parts{tr("%1 of %2 done").arg(_queue.count(Job::State::Done)).arg(_queue.jobs().size())};
+    if (const int failed = _queue.count(Job::State::Failed); failed > 0)
+        parts.append(tr("%n failed", nullptr, failed));
+    if (_queue.isStopping())
+        parts.append(tr("stopping after this one"));
+    QStringList sentences{parts.join(QStringLiteral(", ")) + QLatin1Char('.')};
+    sentences.append(_queue.store().place());
+    if (!_queue.trouble().isEmpty())
+        sentences.append(_queue.trouble());
+    return sentences.join(QLatin1Char(' '));
+}
+
+void JobsWindow::updateButtons()
+{
+    const Job* const job = onlyChosen();
+    const bool isRunning = _queue.isRunning();
+    const int failed = _queue.count(Job::State::Failed) + _queue.count(Job::State::Stopped);
+    _save->setEnabled(!_queue.jobs().isEmpty());
+    _settings->setEnabled(job && job->isOwn() && job->state != Job::State::Running);
+    _settings->setToolTip(job && !job->isOwn() ? tr("This is a row of %1; change it there.").arg(job->table)
+                                               : QString());
+    _remove->setEnabled(!chosen().isEmpty() && !(job && job->state == Job::State::Running));
+    _report->setEnabled(job && !job->report.isEmpty() && job->state != Job::State::Running);
+    _result->setEnabled(job && job->state == Job::State::Done);
+    _start->setEnabled(_queue.count(Job::State::Waiting) > 0 && (!isRunning || _queue.isStopping()));
+    _stopAfter->setEnabled(isRunning && !_queue.isStopping());
+    _cancel->setEnabled(isRunning);
+    _retry->setEnabled(failed > 0);
+    _message->setText(!job ? QString() : job->state == Job::State::Running ? job->step : job->message);
+    _state->setText(stateText());
+}
+
+} // namespace desktop

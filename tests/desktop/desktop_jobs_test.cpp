@@ -1,0 +1,425 @@
+// The window of conversion jobs: what becomes of them, and of everything else meanwhile.
+// SPDX-License-Identifier: MIT
+
+#include "apps/desktop/desktop_settings.h"
+#include "apps/desktop/jobs/jobs_window.h"
+#include "tests/cli/cli_held_file.h"
+#include "tests/desktop/desktop_fixture.h"
+#include "tests/windows/modal_answer.h"
+#include "tests/windows/picture.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QtTest/QTest>
+
+#include <dzapp.h>
+#include <dzcontentmgr.h>
+#include <dzfigure.h>
+#include <dzfloatproperty.h>
+#include <dzmainwindow.h>
+#include <dzmorph.h>
+#include <dzobject.h>
+
+namespace {
+
+using State = desktop::Job::State;
+
+constexpr int longestMs = 60000;
+
+QString Text(const char* text)
+{
+    return QString::fromUtf8(text);
+}
+
+class JobsTest : public DesktopTest {
+protected:
+    void SetUp() override
+    {
+        DesktopTest::SetUp();
+        start();
+        QDir(library()).removeRecursively();
+        QDir().mkpath(library());
+        makeWindow();
+    }
+    void TearDown() override
+    {
+        jobs.reset();
+        DesktopTest::TearDown();
+    }
+
+    void makeWindow(const QString& program = QStringLiteral(GANTREL_CLI))
+    {
+        jobs.reset();
+        jobs.reset(new desktop::JobsWindow(
+            nullptr, program, std::make_unique<desktop::JobStore>(TestFolder() + Text("/job store"))));
+        queue().remove(all());
+        queue().setContentFolders({dzApp->getContentMgr()->getContentDirectoryPath(0)});
+    }
+    desktop::JobQueue& queue() const { return jobs->queue(); }
+    const desktop::Job& job(int row) const { return queue().jobs()[row]; }
+    QVector<int> all() const
+    {
+        QVector<int> rows;
+        for (int row = 0; row < queue().jobs().size(); ++row)
+            rows.append(row);
+        return rows;
+    }
+
+    static QString library() { return TestFolder() + Text("/saved by jobs"); }
+    static QJsonObject cells(const char* name, const QString& source = pathOf(sourceFile))
+    {
+        return {
+            {Text("source"), source},          {Text("target"), pathOf(targetFile)},
+            {Text("name"), Text(name)},        {Text("dial"), QJsonArray{Text("Wide=1"), Text("Bulge=0.5")}},
+            {Text("save-library"), library()}, {Text("vendor"), Text("Me")},
+            {Text("product"), Text("Jobs")}};
+    }
+    void add(const QVector<QJsonObject>& rows) const
+    {
+        QVector<desktop::Job> added;
+        for (const QJsonObject& row : rows) {
+            desktop::Job one;
+            one.cells = row;
+            added.append(one);
+        }
+        queue().add(added);
+    }
+    void press(const char* name) const
+    {
+        auto& button = *jobs->findChild<QPushButton*>(QLatin1String(name));
+        ASSERT_TRUE(button.isEnabled()) << name;
+        button.click();
+    }
+    bool isEnabled(const char* name) const
+    {
+        return jobs->findChild<QPushButton*>(QLatin1String(name))->isEnabled();
+    }
+    void choose(int row) const { jobs->findChild<QTableView*>()->selectRow(row); }
+    bool waitForEnd() const
+    {
+        return QTest::qWaitFor(
+            [this] { return !queue().isRunning() && (queue().count(State::Waiting) == 0); }, longestMs);
+    }
+    static QStringList saved()
+    {
+        return QDir(library() + Text("/data/DAZ 3D/Genesis 9/Base/Morphs/Me/Jobs"))
+            .entryList({Text("*.dsf")}, QDir::Files, QDir::Name);
+    }
+    static QString writeTable(const QByteArray& text)
+    {
+        const QString folder = TestFolder() + Text("/tables");
+        QDir(folder).removeRecursively();
+        QDir().mkpath(folder);
+        QFile file(folder + Text("/jobs.csv"));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        return file.fileName();
+    }
+
+    std::unique_ptr<desktop::JobsWindow> jobs;
+};
+
+TEST_F(JobsTest, are_done_one_after_the_other_also_behind_one_that_fails)
+{
+    add({cells("One"), cells("Two", TestFolder() + Text("/nowhere.duf")), cells("Three")});
+    jobs->show();
+    SavePicture(*jobs, "jobs-waiting");
+    press("StartJobs");
+    EXPECT_TRUE(queue().isRunning());
+    ASSERT_TRUE(waitForEnd());
+    SavePicture(*jobs, "jobs-done");
+    EXPECT_EQ(job(0).state, State::Done);
+    EXPECT_EQ(job(1).state, State::Failed);
+    EXPECT_EQ(job(2).state, State::Done) << job(2).message.toStdString();
+    EXPECT_TRUE(job(1).message.contains(Text("nowhere.duf"))) << job(1).message.toStdString();
+    EXPECT_EQ(job(0).message.section(QLatin1Char('\n'), 0, 0), Text("One Head, One Body"));
+    EXPECT_EQ(saved(), QStringList({Text("One Body.dsf"), Text("One Head.dsf"), Text("Three Body.dsf"),
+                                    Text("Three Head.dsf")}));
+    EXPECT_TRUE(QFile::exists(job(0).report));
+    choose(1);
+    EXPECT_FALSE(isEnabled("ShowJobReport"));
+    EXPECT_EQ(jobs->findChild<QLabel*>(Text("JobMessage"))->text(), job(1).message);
+    choose(0);
+    EXPECT_TRUE(isEnabled("ShowJobReport"));
+    const QString report = job(0).report;
+    press("RemoveJobs");
+    EXPECT_EQ(queue().jobs().size(), 2);
+    EXPECT_FALSE(QFile::exists(report)) << "goes with its job";
+}
+
+TEST_F(JobsTest, that_are_cancelled_leave_nothing_and_can_be_begun_again)
+{
+    add({cells("One"), cells("Two")});
+    HeldFile held(pathOf("data/DAZ 3D/Genesis 9/Base/Genesis9.dsf").toStdString());
+    press("StartJobs");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return held.isWaitedFor(); }, longestMs));
+    press("CancelJobs");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !queue().isRunning(); }, longestMs));
+    held.letGo();
+    EXPECT_EQ(job(0).state, State::Stopped);
+    EXPECT_EQ(job(1).state, State::Waiting) << "nothing more is begun";
+    EXPECT_EQ(saved(), QStringList());
+    press("RetryJobs");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(queue().count(State::Done), 2);
+    EXPECT_EQ(saved().size(), 4);
+}
+
+TEST_F(JobsTest, stop_after_the_present_one_where_that_is_wanted)
+{
+    add({cells("One"), cells("Two")});
+    HeldFile held(pathOf("data/DAZ 3D/Genesis 9/Base/Genesis9.dsf").toStdString());
+    press("StartJobs");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return held.isWaitedFor(); }, longestMs));
+    press("StopJobsAfter");
+    held.letGo();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !queue().isRunning(); }, longestMs));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(job(0).state, State::Done);
+    EXPECT_EQ(job(1).state, State::Waiting);
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(job(1).state, State::Done);
+}
+
+TEST_F(JobsTest, tell_how_far_they_are)
+{
+    add({cells("One")});
+    QList<int> told;
+    QObject::connect(&queue(), &desktop::JobQueue::jobChanged, [&] {
+        if (job(0).state == State::Running && job(0).percent >= 0)
+            told.append(job(0).percent);
+    });
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_GT(told.size(), 3);
+    EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+}
+
+TEST_F(JobsTest, whose_process_falls_are_failed_and_the_others_go_on)
+{
+    const QString program = TestFolder() + Text("/falls");
+    QFile script(program);
+    ASSERT_TRUE(script.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    // The first call falls; the others do what they are asked.
+    script.write(("#!/bin/sh\nif mkdir '" + program + ".once' 2>/dev/null; then kill -9 $$; fi\nexec '" +
+                  Text(GANTREL_CLI) + "' \"$@\"\n")
+                     .toUtf8());
+    script.close();
+    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    makeWindow(program);
+    add({cells("One"), cells("Two")});
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(job(0).state, State::Failed);
+    EXPECT_EQ(job(0).message, Text("The process that converts came to an unexpected end."));
+    EXPECT_EQ(job(1).state, State::Done) << job(1).message.toStdString();
+}
+
+TEST_F(JobsTest, say_that_the_program_which_converts_is_missing)
+{
+    for (const QString& program : {QString(), TestFolder() + Text("/no such program")}) {
+        makeWindow(program);
+        add({cells("One")});
+        press("StartJobs");
+        ASSERT_TRUE(waitForEnd());
+        EXPECT_EQ(job(0).state, State::Failed);
+        EXPECT_TRUE(job(0).message.contains(program.isEmpty() ? Text("gantrel") : program))
+            << job(0).message.toStdString();
+    }
+}
+
+TEST_F(JobsTest, are_kept_with_what_became_of_them)
+{
+    add({cells("One"), cells("Two", TestFolder() + Text("/nowhere.duf")), cells("Three")});
+    HeldFile held(pathOf("data/DAZ 3D/Genesis 9/Base/Genesis9.dsf").toStdString());
+    press("StartJobs");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return held.isWaitedFor(); }, longestMs));
+    queue().end();
+    held.letGo();
+    jobs.reset();
+    const desktop::JobStore store(TestFolder() + Text("/job store"));
+    QString trouble;
+    const QVector<desktop::Job> kept = store.load(trouble);
+    ASSERT_EQ(kept.size(), 3) << trouble.toStdString();
+    EXPECT_EQ(kept[0].state, State::Stopped);
+    EXPECT_EQ(kept[1].state, State::Waiting);
+    EXPECT_EQ(kept[2].cells, cells("Three"));
+}
+
+TEST_F(JobsTest, of_a_list_that_cannot_be_read_are_put_aside)
+{
+    jobs.reset();
+    const QString folder = TestFolder() + Text("/job store");
+    QFile file(folder + Text("/list.json"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("{ broken");
+    file.close();
+    QString trouble;
+    const desktop::JobStore store(folder);
+    EXPECT_TRUE(store.load(trouble).isEmpty());
+    EXPECT_TRUE(trouble.contains(Text("list-unreadable.json"))) << trouble.toStdString();
+    EXPECT_TRUE(QFile::exists(folder + Text("/list-unreadable.json")));
+}
+
+TEST_F(JobsTest, have_one_window_that_keeps_them)
+{
+    const desktop::JobStore second(TestFolder() + Text("/job store"));
+    EXPECT_TRUE(second.place().contains(Text("Another window"))) << second.place().toStdString();
+}
+
+TEST_F(JobsTest, come_from_a_batchs_table_beside_which_it_is_known_what_is_done)
+{
+    const QString table =
+        writeTable(("source,target,name,dial,save-library,vendor,product\n\"" + pathOf(sourceFile) + "\",\"" +
+                    pathOf(targetFile) + "\",Row,Wide=1,\"" + library() + "\",Me,Jobs\n")
+                       .toUtf8());
+    jobs->openTable(table, queue().contentOptions());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return queue().jobs().size() == 1; }, longestMs));
+    EXPECT_EQ(desktop::NameOf(job(0)), Text("Row"));
+    choose(0);
+    EXPECT_FALSE(isEnabled("JobSettings"));
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(job(0).state, State::Done) << job(0).message.toStdString();
+    EXPECT_TRUE(QFile::exists(table + Text(".gantrel-batch")));
+    queue().retry({0});
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(job(0).message, Text("It was done before, and nothing has changed since."));
+    QFile changed(table);
+    ASSERT_TRUE(changed.open(QIODevice::Append));
+    changed.write("\n\n");
+    changed.close();
+    queue().retry({0});
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(job(0).state, State::Failed);
+    EXPECT_TRUE(job(0).message.contains(Text("open it again"))) << job(0).message.toStdString();
+}
+
+TEST_F(JobsTest, ask_for_what_the_rows_of_a_table_leave_open)
+{
+    const QString table =
+        writeTable(("source,name,dial\n\"" + pathOf(sourceFile) + "\",Open,Wide=1\n").toUtf8());
+    desktop::RememberJobCells(cells("not taken"));
+    std::unique_ptr<ModalAnswer> settings;
+    ModalAnswer box([&](QWidget& window) {
+        settings = std::make_unique<ModalAnswer>(
+            [](QWidget& dialog) { QTest::mouseClick(FindButton(dialog, "OK"), Qt::LeftButton); });
+        QTest::mouseClick(FindButton(window, "Say What Rows Leave Open..."), Qt::LeftButton);
+    });
+    jobs->openTable(table, queue().contentOptions());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return queue().jobs().size() == 1; }, longestMs));
+    EXPECT_TRUE(box.text.contains(Text("target"))) << box.text.toStdString();
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(job(0).state, State::Done) << job(0).message.toStdString();
+    EXPECT_EQ(saved(), QStringList({Text("Open Body.dsf"), Text("Open Head.dsf")}));
+}
+
+TEST_F(JobsTest, can_be_written_as_a_table_that_means_the_same)
+{
+    QJsonObject odd = cells("A \"name\", with ; all");
+    odd.insert(Text("dial"), QJsonArray{Text("Wide=1"), Text("Bulge=0.5")});
+    add({odd, cells("Plain")});
+    for (const char* const suffix : {"csv", "json"}) {
+        const QString table =
+            writeTable(desktop::TableOf(queue().jobs(), Text("x.") + QLatin1String(suffix)));
+        jobs->openTable(table, {});
+        ASSERT_TRUE(QTest::qWaitFor([this] { return queue().jobs().size() == 4; }, longestMs)) << suffix;
+        QJsonObject read = job(2).cells;
+        read.remove(Text("command"));
+        EXPECT_EQ(read, odd) << suffix;
+        queue().remove({2, 3});
+    }
+    odd.insert(Text("dial"), QJsonArray{Text("Odd;dial=1")});
+    queue().setCells(0, odd);
+    EXPECT_THROW(desktop::TableOf(queue().jobs(), Text("x.csv")), std::runtime_error);
+    EXPECT_NO_THROW(desktop::TableOf(queue().jobs(), Text("x.json")));
+}
+
+TEST_F(JobsTest, are_added_with_settings_that_are_proposed_again)
+{
+    desktop::RememberJobCells({});
+    ModalAnswer first([&](QWidget& dialog) {
+        const auto line = [&dialog](const char* name) {
+            return dialog.findChild<QLineEdit*>(QLatin1String(name));
+        };
+        EXPECT_FALSE(FindButton(dialog, "OK")->isEnabled()) << "no target";
+        line("Target")->setText(pathOf(targetFile));
+        line("Vendor")->setText(Text("Me"));
+        line("Product")->setText(Text("Jobs"));
+        SavePicture(dialog, "job-settings");
+        QTest::mouseClick(FindButton(dialog, "OK"), Qt::LeftButton);
+    });
+    jobs->addSources({pathOf(sourceFile)});
+    ASSERT_TRUE(first.seen);
+    ModalAnswer second([](QWidget& dialog) { QTest::mouseClick(FindButton(dialog, "OK"), Qt::LeftButton); });
+    jobs->addSources({pathOf(sourceFile), pathOf(targetFile)});
+    ASSERT_EQ(queue().jobs().size(), 3);
+    EXPECT_EQ(desktop::FileOf(job(2), "source"), pathOf(targetFile));
+    EXPECT_EQ(desktop::FileOf(job(2), "target"), pathOf(targetFile));
+    EXPECT_EQ(job(2).cells.value(Text("vendor")).toString(), Text("Me"));
+}
+
+TEST_F(JobsTest, ask_before_the_window_closes_while_one_runs)
+{
+    add({cells("One")});
+    jobs->show();
+    HeldFile held(pathOf("data/DAZ 3D/Genesis 9/Base/Genesis9.dsf").toStdString());
+    press("StartJobs");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return held.isWaitedFor(); }, longestMs));
+    {
+        ModalAnswer box(Press("Cancel"));
+        jobs->close();
+        EXPECT_TRUE(box.seen);
+    }
+    EXPECT_TRUE(jobs->isVisible());
+    {
+        ModalAnswer box(Press("Keep Running"));
+        jobs->close();
+    }
+    EXPECT_FALSE(jobs->isVisible());
+    EXPECT_TRUE(queue().isRunning());
+    {
+        ModalAnswer box(Press("Cancel"));
+        EXPECT_FALSE(jobs->mayQuit());
+    }
+    {
+        ModalAnswer box(Press("Stop and Quit"));
+        EXPECT_TRUE(jobs->mayQuit());
+    }
+    held.letGo();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_TRUE(jobs->mayQuit());
+}
+
+TEST_F(JobsTest, show_their_result_in_the_scene)
+{
+    QJsonObject into = cells("Shown");
+    into.insert(Text("save-library"), dzApp->getContentMgr()->getContentDirectoryPath(0));
+    into.insert(Text("overwrite"), Text("yes"));
+    add({into});
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    ASSERT_EQ(job(0).state, State::Done) << job(0).message.toStdString();
+    choose(0);
+    QObject::connect(jobs.get(), SIGNAL(resultWanted(QString, QStringList)), desktop.get(),
+                     SLOT(openResult(QString, QStringList)));
+    press("OpenJobResult");
+    ASSERT_EQ(dzScene->getNumSkeletons(), 1);
+    auto* const head =
+        qobject_cast<DzMorph*>(dzScene->getSkeleton(0)->getObject()->findModifier(Text("Shown Head")));
+    ASSERT_NE(head, nullptr);
+    EXPECT_EQ(head->getValueChannel()->getValue(), 1.0f);
+    QDir(into.value(Text("save-library")).toString() + Text("/data/DAZ 3D/Genesis 9/Base/Morphs/Me"))
+        .removeRecursively();
+}
+
+} // namespace
