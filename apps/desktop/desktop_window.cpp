@@ -114,8 +114,8 @@ QStringList UseContentFolders(const QStringList& folders)
 DesktopWindow::DesktopWindow(DesktopAttendant& attendant)
     : _window(*dzApp->getInterface()), _log(new LogWindow(&_window)),
       _jobs(new JobsWindow(&_window, CommandLineProgram(), std::make_unique<JobStore>())),
-      _files(_window, attendant), _view(_window), _tools(new ToolBar(_window)), _panes(tr("&Window")),
-      _status(_window), _unsaved(_window, _status), _undo(_status)
+      _files(_window, attendant), _places(_window), _view(_window), _tools(new ToolBar(_window)),
+      _panes(tr("&Window")), _status(_window), _unsaved(_window, _status), _undo(_status)
 {
     for (QDockWidget* const dock : _window.findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))
         _panes.addAction(dock->toggleViewAction());

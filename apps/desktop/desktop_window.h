@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "dialog_places.h"
 #include "jobs/jobs_window.h"
 #include "log_window.h"
 #include "recent_files.h"
@@ -98,6 +99,7 @@ private:
     RigFollower _rig;
     ShaperWatch _shapers;
     StandingRoom _room;
+    DialogPlaces _places;
     ViewMenu _view;
     QPointer<ToolBar> _tools; ///< the window's
     QMenu _panes;

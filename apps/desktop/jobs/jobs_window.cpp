@@ -346,6 +346,9 @@ const Job* JobsWindow::onlyChosen() const
 
 QString JobsWindow::stateText() const
 {
+    if (_queue.jobs().isEmpty())
+        return tr("There are no jobs yet: add figures, open a table, or drop files here.") +
+               QLatin1Char(' ') + _queue.store().place();
     QStringList parts{tr("%1 of %2 done").arg(_queue.count(Job::State::Done)).arg(_queue.jobs().size())};
     if (const int failed = _queue.count(Job::State::Failed); failed > 0)
         parts.append(tr("%n failed", nullptr, failed));

@@ -1,0 +1,102 @@
+// Where dialogs open: beside the figures, on the screen.
+// SPDX-License-Identifier: MIT
+
+#include "apps/desktop/dialog_places.h"
+#include "openhost/figure_area.h"
+#include "tests/desktop/desktop_fixture.h"
+#include "tests/plugin/mini_scene.h"
+
+#include <QDialog>
+#include <QMessageBox>
+#include <QScreen>
+
+#include <dz3dviewport.h>
+#include <dzfigure.h>
+#include <dzmainwindow.h>
+#include <dznode.h>
+#include <dzviewport.h>
+#include <dzviewportmgr.h>
+
+namespace {
+
+const QRect screen(0, 0, 1280, 800);
+
+QRect Placed(const QRect& dialog, const QRect& figures)
+{
+    return {desktop::PlaceBeside(dialog, figures, screen), dialog.size()};
+}
+
+TEST(PlaceBeside, leaves_a_dialog_alone_that_covers_nothing)
+{
+    EXPECT_EQ(Placed({10, 20, 300, 200}, {500, 100, 200, 600}), QRect(10, 20, 300, 200));
+}
+
+TEST(PlaceBeside, chooses_a_side_of_the_figures_that_has_room)
+{
+    for (const QRect& figures : {QRect(400, 100, 200, 600), QRect(700, 100, 200, 600)}) {
+        const QRect place = Placed(QRect(540, 300, 350, 200), figures);
+        EXPECT_FALSE(place.intersects(figures)) << figures.left();
+        EXPECT_TRUE(screen.contains(place)) << figures.left();
+    }
+}
+
+TEST(PlaceBeside, covers_as_little_as_can_be_where_there_is_no_room)
+{
+    const QRect place = Placed(QRect(190, 100, 900, 500), QRect(300, 100, 200, 600));
+    EXPECT_TRUE(screen.contains(place));
+    EXPECT_EQ(place.right(), screen.right());
+}
+
+TEST(PlaceBeside, shows_the_upper_left_corner_of_a_dialog_that_is_larger_than_the_screen)
+{
+    EXPECT_EQ(Placed(QRect(-100, -50, 1500, 900), QRect(500, 100, 200, 600)).topLeft(), QPoint(0, 0));
+}
+
+class PlacesTest : public DesktopTest {
+protected:
+    static const Dz3DViewport& view()
+    {
+        return *window().getViewportMgr()->getActiveViewport()->get3DViewport();
+    }
+    static QRect figures() { return openhost::FigureArea(view()).translated(view().mapToGlobal(QPoint())); }
+};
+
+TEST_F(PlacesTest, of_dialogs_are_beside_the_figures)
+{
+    start();
+    window().resize(780, 500);
+    window().move(0, 0);
+    QDialog dialog(&window());
+    dialog.resize(120, 100);
+    EXPECT_TRUE(figures().isEmpty()) << "nothing is in the scene";
+    openFigure(targetFile);
+    QCoreApplication::processEvents();
+    ASSERT_FALSE(figures().isEmpty());
+    ASSERT_TRUE(figures().contains(window().frameGeometry().center())) << "else this shows nothing";
+    dialog.show();
+    EXPECT_NEAR(dialog.geometry().center().y(), window().frameGeometry().center().y(), 10) << "only aside";
+    EXPECT_FALSE(figures().intersects(dialog.geometry()));
+    EXPECT_TRUE(window().screen()->availableGeometry().contains(dialog.geometry()));
+    QMessageBox box(&window());
+    box.show();
+    EXPECT_TRUE(figures().intersects(box.geometry())) << "a question is where people look";
+    QDialog other(&window());
+    other.setGeometry(figures());
+    other.show();
+    EXPECT_EQ(other.geometry(), figures()) << "has a place of its own";
+}
+
+TEST_F(PlacesTest, hang_on_figures_that_are_seen)
+{
+    start();
+    DzFigure& figure = openFigure(targetFile);
+    QCoreApplication::processEvents();
+    const QRect before = openhost::FigureArea(view());
+    EXPECT_TRUE(view().rect().contains(before));
+    EXPECT_EQ(view().findNodeAt(before.center()), &figure);
+    EXPECT_EQ(view().findNodeAt(QPoint(before.left() - 3, before.center().y())), nullptr);
+    figure.setVisible(false);
+    EXPECT_TRUE(openhost::FigureArea(view()).isEmpty());
+}
+
+} // namespace
