@@ -54,14 +54,7 @@ protected:
         pane.reset();
     }
 
-    static DzNode& addNode(const char* label)
-    {
-        auto* const node = new DzNode;
-        node->setName(QLatin1String(label));
-        node->setLabel(QLatin1String(label));
-        dzScene->addNode(node);
-        return *node;
-    }
+    static DzNode& addNode(const char* label) { return *AddNode(label); }
     static DzFloatProperty& addDial(DzNode& node, const char* name)
     {
         auto* const dial = new DzFloatProperty(QLatin1String(name), true, true);

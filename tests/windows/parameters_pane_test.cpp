@@ -43,14 +43,7 @@ protected:
     }
     void TearDown() override { pane.reset(); }
 
-    static DzNode& addNode(const char* label)
-    {
-        auto* const node = new DzNode;
-        node->setName(QLatin1String(label));
-        node->setLabel(QLatin1String(label));
-        dzScene->addNode(node);
-        return *node;
-    }
+    static DzNode& addNode(const char* label) { return *AddNode(label); }
 
     template <class Property>
     static Property& add(DzNode& node, const char* name, const char* path)

@@ -81,7 +81,7 @@ int OpenToWrite(const fs::path& file)
 }
 
 /// SQLite tries to read what it may not write, and tells why that failed.
-void CheckWritable(const fs::path& file)
+void CheckOpensToWrite(const fs::path& file)
 {
     close(OpenToWrite(file));
 }
@@ -290,7 +290,7 @@ fs::path BatchState::PlaceFor(const fs::path& table)
 
 BatchState::BatchState(const fs::path& file) : _impl(std::make_unique<Impl>(file))
 {
-    CheckWritable(file);
+    CheckOpensToWrite(file);
     _impl->check(sqlite3_open_v2(file.c_str(), &_impl->database,
                                  SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr));
     sqlite3_busy_handler(_impl->database, WaitForOthers, nullptr);
