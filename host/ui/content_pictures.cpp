@@ -13,6 +13,7 @@
 #include <QPointer>
 #include <QProcess>
 #include <QSet>
+#include <QThreadPool>
 #include <QTimer>
 
 #include <optional>
@@ -46,15 +47,20 @@ struct ContentPictures::Impl {
     QStringList toDraw;    ///< likewise
     QSet<QString> without; ///< as keys: files that have no picture, and of which none can be drawn
     BackgroundProcess process;
-    QString drawn; ///< the file whose picture the process draws
+    QString drawn;      ///< the file whose picture the process draws
+    QString lookedFor;  ///< the one whose picture the thread looks for
+    QThreadPool thread; ///< since a large picture takes seconds
     QTimer next, patience;
 
     bool isDrawing() const { return !drawn.isEmpty(); }
 
-    /// Of the file as it is now.
+    /// Of the file as it is now, and of the picture that somebody has put beside it.
     static QString KeyOf(const QString& file)
     {
-        return file + QLatin1Char('\n') + QString::number(QFileInfo(file).lastModified().toMSecsSinceEpoch());
+        QString key = file;
+        for (const QString& one : {file, OwnPicture(file)})
+            key += QLatin1Char('\n') + QString::number(QFileInfo(one).lastModified().toMSecsSinceEpoch());
+        return key;
     }
 
     static void ask(QStringList& queue, const QString& file)
@@ -65,8 +71,8 @@ struct ContentPictures::Impl {
             queue.removeFirst();
     }
 
-    /// What can be had without drawing.
-    QImage find(const QString& file) const
+    /// What can be had without drawing. On any thread.
+    static QImage Find(const QString& file, const std::optional<PictureCache>& cache)
     {
         const QString own = OwnPicture(file);
         const QImage picture = own.isEmpty() ? QImage() : ReadSmallPicture(own, size);
@@ -99,6 +105,7 @@ struct ContentPictures::Impl {
 ContentPictures::ContentPictures() : _impl(new Impl)
 {
     _impl->next.setInterval(0);
+    _impl->thread.setMaxThreadCount(1);
     _impl->patience.setSingleShot(true);
     connect(&_impl->next, SIGNAL(timeout()), SLOT(work()));
     connect(&_impl->patience, SIGNAL(timeout()), &_impl->process, SLOT(kill()));
@@ -110,6 +117,7 @@ ContentPictures::~ContentPictures()
 {
     constexpr int shortWaitMs = 3000;
     _impl->process.disconnect(this);
+    _impl->thread.waitForDone();
     if (!_impl->isDrawing())
         return;
     _impl->process.kill();
@@ -142,7 +150,8 @@ QPixmap ContentPictures::picture(const QString& file)
     const QString key = Impl::KeyOf(file);
     if (const QPixmap* const picture = _impl->ready.object(key))
         return *picture;
-    if (!_impl->without.contains(key) && file != _impl->drawn && !_impl->toDraw.contains(file))
+    if (!_impl->without.contains(key) && file != _impl->drawn && file != _impl->lookedFor &&
+        !_impl->toDraw.contains(file))
         _impl->ask(_impl->requests, file);
     if (!_impl->requests.isEmpty())
         _impl->next.start();
@@ -151,7 +160,8 @@ QPixmap ContentPictures::picture(const QString& file)
 
 bool ContentPictures::isBusy() const
 {
-    return _impl->isDrawing() || !_impl->requests.isEmpty() || !_impl->toDraw.isEmpty();
+    return _impl->isDrawing() || !_impl->lookedFor.isEmpty() || !_impl->requests.isEmpty() ||
+           !_impl->toDraw.isEmpty();
 }
 
 QString ContentPictures::OwnPicture(const QString& file)
@@ -172,19 +182,31 @@ bool ContentPictures::CanBeDrawn(const QString& assetType)
     return false;
 }
 
-/// One file at a time, so that the window stays quick.
+/// One file at a time, the one that was asked for last.
 void ContentPictures::work()
 {
+    _impl->next.stop();
+    if (!_impl->lookedFor.isEmpty())
+        return;
     if (!_impl->requests.isEmpty())
         return look(_impl->requests.takeLast());
-    _impl->next.stop();
     if (!_impl->isDrawing() && !_impl->toDraw.isEmpty())
         _impl->draw(_impl->toDraw.takeLast());
 }
 
 void ContentPictures::look(const QString& file)
 {
-    const QImage picture = _impl->find(file);
+    _impl->lookedFor = file;
+    _impl->thread.start([this, file, cache = _impl->cache] {
+        const QImage picture = Impl::Find(file, cache);
+        QMetaObject::invokeMethod(this, "handleFound", Qt::QueuedConnection, Q_ARG(QString, file),
+                                  Q_ARG(QImage, picture));
+    });
+}
+
+void ContentPictures::handleFound(const QString& file, const QImage& picture)
+{
+    _impl->lookedFor.clear();
     if (!picture.isNull()) {
         _impl->keep(file, picture);
         emit pictureReady(file);
@@ -193,6 +215,7 @@ void ContentPictures::look(const QString& file)
     } else {
         _impl->without.insert(Impl::KeyOf(file));
     }
+    _impl->next.start(); // for what is waiting
 }
 
 void ContentPictures::handleDrawn()

@@ -8,6 +8,7 @@
 #include "pane_property_row.h"
 
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -83,6 +84,8 @@ FileFinder::FileFinder(QWidget* parent)
     column->addWidget(_state);
     _soon.setSingleShot(true);
     _soon.setInterval(pauseMs);
+    _rest.setSingleShot(true);
+    connect(&_rest, SIGNAL(timeout()), SLOT(refilter()));
     connect(&_soon, SIGNAL(timeout()), SLOT(refilter()));
     connect(_words, SIGNAL(textChanged(QString)), &_soon, SLOT(start()));
     connect(_kind, SIGNAL(currentIndexChanged(int)), &_soon, SLOT(start()));
@@ -112,16 +115,21 @@ void FileFinder::rescan()
         refilter();
 }
 
-/// While files are still being found, not more often than after each pause.
+/// While files are still being found. Each time all of them are gone through, so that the pause grows with
+/// them: the window has most of the time for other things.
 void FileFinder::filterSoon()
 {
-    if (!_soon.isActive())
-        _soon.start();
+    constexpr int share = 10;
+    if (!_soon.isActive() && !_rest.isActive())
+        _rest.start(std::max(pauseMs, share * _lastMs));
 }
 
 void FileFinder::refilter()
 {
+    QElapsedTimer clock;
+    clock.start();
     _soon.stop();
+    _rest.stop();
     _files.clear();
     if (isActive()) {
         if (!_scan) {
@@ -136,6 +144,7 @@ void FileFinder::refilter()
     }
     tell();
     emit changed();
+    _lastMs = int(clock.elapsed());
 }
 
 void FileFinder::takeFound()
@@ -144,11 +153,13 @@ void FileFinder::takeFound()
     if (_known.size() == found.size())
         return;
     const QStringList folders = ContentDirectories();
+    const auto sorted = std::ptrdiff_t(_known.size());
     for (std::size_t i = _known.size(); i < found.size(); ++i)
         _known.push_back({found[i].path, PlaceIn(folders, found[i].path),
                           QFileInfo(found[i].path).completeBaseName().toLower(), found[i].type});
-    std::stable_sort(_known.begin(), _known.end(),
-                     [](const Known& one, const Known& other) { return one.name < other.name; });
+    const auto isBefore = [](const Known& one, const Known& other) { return one.name < other.name; };
+    std::stable_sort(_known.begin() + sorted, _known.end(), isBefore);
+    std::inplace_merge(_known.begin(), _known.begin() + sorted, _known.end(), isBefore);
 }
 
 bool FileFinder::suits(const Known& file) const

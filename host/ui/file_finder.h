@@ -55,7 +55,8 @@ private:
     QComboBox* _kind;
     QToolButton* _favorites;
     QLabel* _state;
-    QTimer _soon;
+    QTimer _soon, _rest; ///< after a key, and between two looks at what was found meanwhile
+    int _lastMs = 0;     ///< that the last look took
     std::unique_ptr<ContentScan> _scan;
     std::vector<Known> _known;
     QStringList _wanted; ///< words

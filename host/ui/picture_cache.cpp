@@ -22,8 +22,11 @@ QImage ReadSmallPicture(const QString& file, int edge)
     const QSize whole = reader.size();
     if (!whole.isValid() || whole.width() > largest || whole.height() > largest)
         return QImage();
+    const bool isSmall = whole.width() <= edge && whole.height() <= edge;
+    if (!isSmall) // formats that can be read coarsely are; twice as large, so that it stays smooth
+        reader.setScaledSize(whole.scaled(2 * edge, 2 * edge, Qt::KeepAspectRatio).boundedTo(whole));
     const QImage picture = reader.read();
-    if (picture.isNull() || (picture.width() <= edge && picture.height() <= edge))
+    if (picture.isNull() || isSmall)
         return picture;
     return picture.scaled(edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }

@@ -5,6 +5,7 @@
 #include "openhost/content_pictures.h"
 #include "tests/host/host_fixture.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -91,6 +92,39 @@ TEST_F(ContentPicturesTest, prefer_the_picture_beside_the_file)
     paint(at("Vera.png"), Qt::yellow);
     EXPECT_EQ(ContentPictures::OwnPicture(file), at("Vera.png"));
     EXPECT_EQ(calls(), 0);
+}
+
+TEST_F(ContentPicturesTest, beside_a_file_are_seen_when_they_come_later_or_change)
+{
+    const QString file = writeAsset("Late.duf", "preset_pose");
+    EXPECT_EQ(colorOf(file), QColor()) << "nothing can be had";
+    paint(at("Late.png"), Qt::red);
+    EXPECT_EQ(colorOf(file), QColor(Qt::red));
+    paint(at("Late.png"), Qt::green);
+    QFile changed(at("Late.png"));
+    ASSERT_TRUE(changed.open(QIODevice::ReadWrite));
+    changed.setFileTime(QDateTime::currentDateTime().addSecs(60), QFileDevice::FileModificationTime);
+    EXPECT_EQ(colorOf(file), QColor(Qt::green));
+    ASSERT_TRUE(QFile::remove(at("Late.png")));
+    EXPECT_EQ(colorOf(file), QColor());
+}
+
+TEST_F(ContentPicturesTest, are_read_outside_of_the_windows_thread_and_in_the_end_all)
+{
+    QStringList files;
+    for (const char* const name : {"A", "B", "C"}) {
+        files << writeAsset(qPrintable(QString::fromLatin1(name) + QStringLiteral(".duf")), "preset_pose");
+        paint(at(qPrintable(QString::fromLatin1(name) + QStringLiteral(".png"))), Qt::red, 2000);
+    }
+    for (const QString& file : files)
+        EXPECT_TRUE(pictures->picture(file).isNull()) << "comes later";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !pictures->isBusy(); }, 20000));
+    for (const QString& file : files) {
+        EXPECT_EQ(pictures->picture(file).width(), ContentPictures::size);
+        EXPECT_FALSE(pictures->isBusy()) << "is had";
+    }
+    pictures->picture(writeAsset("Other.duf", "preset_pose"));
+    pictures.reset(); // also while one is read
 }
 
 TEST_F(ContentPicturesTest, are_drawn_of_figures_without_one_and_kept_until_these_change)

@@ -10,6 +10,8 @@
 
 #include <memory>
 
+class QImage;
+
 namespace openhost {
 
 /// How pictures are made of files that have none.
@@ -52,6 +54,7 @@ signals:
 private slots:
     void work();
     void handleDrawn();
+    void handleFound(const QString& file, const QImage& picture);
 
 private:
     void look(const QString& file);
