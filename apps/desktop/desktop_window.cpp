@@ -482,17 +482,18 @@ void DesktopWindow::setPreferences(Preferences before, const Preferences& wanted
     if (before.contentFolders != keptFolders)
         kept.contentFolders = WithChanges(keptFolders, before.contentFolders, wanted.contentFolders);
     before.contentFolders = keptFolders;
-    const QStringList troubles = RememberPreferences(before, kept);
+    QStringList troubles = RememberPreferences(before, kept);
+    if (!troubles.isEmpty())
+        troubles.prepend(tr("Not everything could be kept for the next time.") + QLatin1Char('\n'));
     dzApp->setCurrentAuthor(wanted.author);
     ApplyPreferences(wanted);
     if (wanted.contentFolders != _contentFolders) {
         _contentFolders = wanted.contentFolders;
-        takeContentFolders();
+        for (const QString& folder : takeContentFolders())
+            troubles.append(tr("There is no content folder %1.").arg(Quoted(folder)));
     }
     if (!troubles.isEmpty())
-        QMessageBox::warning(&_window, tr("Preferences"),
-                             tr("Not everything could be kept for the next time.\n\n%1")
-                                 .arg(troubles.join(QLatin1Char('\n'))));
+        QMessageBox::warning(&_window, tr("Preferences"), troubles.join(QLatin1Char('\n')));
 }
 
 void DesktopWindow::choosePreferences()

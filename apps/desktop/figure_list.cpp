@@ -79,10 +79,15 @@ void FigureList::add(const openhost::UserFile& file)
     item->setData(fileRole, file.path);
     item->setToolTip(file.path);
     int row = 0;
-    while (row < _list->count() && _list->item(row)->text().compare(text, Qt::CaseInsensitive) <= 0)
-        ++row;
+    for (int end = _list->count(); row < end;) {
+        const int middle = (row + end) / 2;
+        if (_list->item(middle)->text().compare(text, Qt::CaseInsensitive) <= 0)
+            row = middle + 1;
+        else
+            end = middle;
+    }
     _list->insertItem(row, item);
-    filter();
+    filter(*item);
 }
 
 QString FigureList::chosenFile() const
@@ -95,7 +100,7 @@ void FigureList::proposePlain()
 {
     for (int row = 0; row < _list->count() && chosenFile().isEmpty(); ++row) {
         const QStringList lines = _list->item(row)->text().split(QLatin1Char('\n'));
-        if (lines.first() == lines.last())
+        if (lines.first() == lines.last() && !_list->item(row)->isHidden())
             _list->setCurrentRow(row);
     }
 }
@@ -120,16 +125,19 @@ void FigureList::browse()
 
 void FigureList::filter()
 {
+    for (int row = 0; row < _list->count(); ++row)
+        filter(*_list->item(row));
+}
+
+void FigureList::filter(QListWidgetItem& item)
+{
     const QStringList words = _search->text().split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    for (int row = 0; row < _list->count(); ++row) {
-        QListWidgetItem& item = *_list->item(row);
-        const bool suits = std::all_of(words.begin(), words.end(), [&](const QString& word) {
-            return item.text().contains(word, Qt::CaseInsensitive);
-        });
-        item.setHidden(!suits);
-        if (!suits)
-            item.setSelected(false);
-    }
+    const bool suits = std::all_of(words.begin(), words.end(), [&](const QString& word) {
+        return item.text().contains(word, Qt::CaseInsensitive);
+    });
+    item.setHidden(!suits);
+    if (!suits)
+        item.setSelected(false);
 }
 
 } // namespace desktop

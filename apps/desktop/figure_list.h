@@ -9,6 +9,7 @@
 class QLabel;
 class QLineEdit;
 class QListWidget;
+class QListWidgetItem;
 
 namespace openhost {
 struct UserFile;
@@ -39,6 +40,8 @@ private slots:
     void filter();
 
 private:
+    void filter(QListWidgetItem& item);
+
     QLineEdit* _search;
     QListWidget* _list;
 };

@@ -11,6 +11,7 @@
 #include <dzscene.h>
 #include <dzskeleton.h>
 #include <openhost/diagnostics.h>
+#include <openhost/length_unit.h>
 #include <openhost/script_function.h>
 
 #include <algorithm>
@@ -49,6 +50,19 @@ bool AreInOneAnother(const DzBox3& a, const DzBox3& b)
 {
     return a.getMin().m_x < b.getMax().m_x && b.getMin().m_x < a.getMax().m_x &&
            a.getMin().m_z < b.getMax().m_z && b.getMin().m_z < a.getMax().m_z;
+}
+
+/// In the unit that the user has chosen.
+QString ShownLength(float centimetres)
+{
+    switch (openhost::ShownLengthUnit()) {
+    case openhost::LengthUnit::Metre:
+        return StandingRoom::tr("%1 m").arg(double(centimetres) / 100.0, 0, 'f', 2);
+    case openhost::LengthUnit::Inch:
+        return StandingRoom::tr("%1 in").arg(double(centimetres) / 2.54, 0, 'f', 1);
+    default:
+        return StandingRoom::tr("%1 cm").arg(centimetres);
+    }
 }
 
 } // namespace
@@ -105,11 +119,12 @@ void StandingRoom::handleLoaded()
         return;
     const float way = std::ceil(right + gap - box.getMin().m_x);
     added.first()->getXPosControl()->setValue(way);
-    openhost::Report(
-        {base::Severity::Note,
-         {},
-         added.first()->getLabel().toStdString(),
-         tr("was put %1 cm to the right, beside the figure that stood there").arg(way).toStdString()});
+    openhost::Report({base::Severity::Note,
+                      {},
+                      added.first()->getLabel().toStdString(),
+                      tr("was put %1 to the right, beside the figure that stood there")
+                          .arg(ShownLength(way))
+                          .toStdString()});
     emit figurePlaced();
 }
 

@@ -75,8 +75,11 @@ StartPage::StartPage(QWidget& covered) : QScrollArea(&covered)
     setAutoFillBackground(true);
     arrange();
 
-    _soon.setSingleShot(true);
-    connect(&_soon, SIGNAL(timeout()), SLOT(follow()));
+    _later.setInterval(afterWorkMs);
+    for (QTimer* const timer : {&_soon, &_later}) {
+        timer->setSingleShot(true);
+        connect(timer, SIGNAL(timeout()), SLOT(follow()));
+    }
     connect(dzScene, SIGNAL(nodeListChanged()), &_soon, SLOT(start()));
     connect(&openhost::ContentPictures::Shared(), SIGNAL(pictureReady(QString)), SLOT(showPicture(QString)));
     covered.installEventFilter(this);
@@ -181,7 +184,7 @@ void StartPage::follow()
 {
     // Work that is under way fills the scene, and may take it away before.
     if (DzProgress::getDepth() > 0) {
-        QTimer::singleShot(afterWorkMs, this, SLOT(follow()));
+        _later.start();
         return;
     }
     setVisible(dzScene->getNumNodes() == 0);

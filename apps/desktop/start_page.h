@@ -53,7 +53,8 @@ private:
     QWidget* _tasks = nullptr;
     QWidget* _recentPart = nullptr;
     QListWidget* _recent = nullptr;
-    QTimer _soon; ///< since what loads a figure tells of each of its nodes
+    QTimer _soon;  ///< since what loads a figure tells of each of its nodes
+    QTimer _later; ///< while work is under way
 };
 
 } // namespace desktop

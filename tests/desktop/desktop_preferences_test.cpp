@@ -154,6 +154,27 @@ TEST_F(PreferencesTest, keep_no_folders_for_others_that_one_run_was_started_with
     EXPECT_EQ(desktop::RememberedPreferences().contentFolders, QStringList{TestFolder()});
 }
 
+TEST_F(PreferencesTest, tell_of_a_chosen_folder_that_is_not_there)
+{
+    config({QStringLiteral("set"), QStringLiteral("content"), TestFolder()});
+    desktop::Options options = smallLibrary();
+    options.contentFolders.emplace_back("/nowhere at all");
+    {
+        ModalAnswer box(Press("OK"));
+        start(options);
+    }
+    std::unique_ptr<ModalAnswer> box;
+    change([&box](QWidget& dialog) {
+        open(dialog, Folders);
+        for (QListWidget* const list : dialog.findChildren<QListWidget*>())
+            if (list->objectName() != QLatin1String("Pages"))
+                list->setCurrentRow(0);
+        QTest::mouseClick(FindButton(dialog, "Remove"), Qt::LeftButton);
+        box = std::make_unique<ModalAnswer>(Press("OK"));
+    });
+    EXPECT_TRUE(box->text.contains(QStringLiteral("/nowhere at all"))) << box->text.toStdString();
+}
+
 TEST_F(PreferencesTest, have_what_earlier_versions_kept_apart)
 {
     desktop::RememberContentFolders({QStringLiteral("/old/library")});

@@ -1,8 +1,11 @@
 // Figures that are loaded one after the other.
 // SPDX-License-Identifier: MIT
 
+#include "openhost/diagnostics.h"
+#include "openhost/length_unit.h"
 #include "tests/desktop/desktop_fixture.h"
 
+#include <dzapp.h>
 #include <dzbox3.h>
 #include <dzfigure.h>
 #include <dzfloatproperty.h>
@@ -39,6 +42,24 @@ TEST_F(DesktopRoom, a_figure_with_room_or_a_place_of_its_own_stays)
     DzFigure& first = openFigure(sourceFile);
     first.getXPosControl()->setValue(500.0f);
     EXPECT_EQ(placeOf(openFigure(targetFile)), 0.0f);
+}
+
+TEST_F(DesktopRoom, tells_how_far_in_the_unit_that_is_chosen)
+{
+    openhost::ShowLengthsIn(openhost::LengthUnit::Inch);
+    const openhost::DiagnosticsCollector told(dzApp->diagnostics());
+    openFigure(sourceFile);
+    const float way = placeOf(openFigure(targetFile));
+    openhost::ShowLengthsIn(openhost::LengthUnit::Centimetre);
+    ASSERT_GT(way, 0.0f);
+    const std::string expected =
+        QStringLiteral("was put %1 in to the right, beside the figure that stood there")
+            .arg(double(way) / 2.54, 0, 'f', 1)
+            .toStdString();
+    std::vector<std::string> notes;
+    for (const base::Diagnostic& one : told.all())
+        notes.push_back(one.what);
+    EXPECT_NE(std::find(notes.begin(), notes.end(), expected), notes.end()) << expected;
 }
 
 TEST_F(DesktopRoom, one_step_back_takes_the_second_figure_away)

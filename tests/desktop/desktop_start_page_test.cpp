@@ -7,6 +7,8 @@
 #include "tests/windows/picture.h"
 
 #include "apps/desktop/convertible_figures.h"
+#include "apps/desktop/figure_list.h"
+#include "openhost/content_files.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -15,6 +17,7 @@
 #include <QFile>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
@@ -242,6 +245,22 @@ TEST_F(StartPageTest, leaves_nothing_of_a_sample_library_that_is_cancelled)
         QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).join(QLatin1Char(' ')),
         QString());
     EXPECT_EQ(dzApp->getContentMgr()->getNumContentDirectories(), folders);
+}
+
+TEST_F(StartPageTest, lists_figures_in_order_and_proposes_none_that_a_search_hides)
+{
+    desktop::FigureList list(QStringLiteral("Figures"));
+    for (const char* const name : {"Vera", "Anna", "Otto", "anna 2", "Zoe"})
+        list.add({QStringLiteral("/x/%1.duf").arg(QLatin1String(name)), {}, {}});
+    auto& shown = *list.findChild<QListWidget*>();
+    QStringList names;
+    for (int row = 0; row < shown.count(); ++row)
+        names << shown.item(row)->text();
+    EXPECT_EQ(names.join(QLatin1Char(' ')), QStringLiteral("Anna anna 2 Otto Vera Zoe"));
+    list.findChild<QLineEdit*>()->setText(QStringLiteral("o"));
+    list.add({QStringLiteral("/x/Berta.duf"), {}, {}});
+    list.proposePlain();
+    EXPECT_EQ(list.chosenFile(), QStringLiteral("/x/Otto.duf"));
 }
 
 TEST(ConvertibleFigures, are_told_apart_by_the_data_that_their_file_names)
