@@ -78,6 +78,13 @@ std::string NoOption(const CLI::App& app, const std::string& option)
                         base::LikelyMeant(option, OptionNames(app)));
 }
 
+std::string NoCommand(const std::string& word, const std::vector<std::string>& names)
+{
+    const std::string meant = base::LikelyMeant(word, names);
+    const std::string what = fmt::format("there is no subcommand \"{}\"", word);
+    return meant.empty() ? what + "; --help lists those that there are" : WithProposal(what, meant);
+}
+
 /// Of words in front of the subcommand.
 std::string NoOptionOfAll(const CLI::App& program, const CLI::App& command, const std::string& option)
 {
@@ -128,11 +135,8 @@ std::string DescribeWrongUse(const CLI::App& program, const CLI::ParseError& err
     if (commands.empty()) {
         if (own.empty())
             return error.what();
-        if (own.front() == "help")
-            return "there is no subcommand \"help\"; --help lists those that there are";
         return IsOption(own.front()) ? NoOption(program, WithoutValue(own.front()))
-                                     : WithProposal(fmt::format("there is no subcommand \"{}\"", own.front()),
-                                                    base::LikelyMeant(own.front(), CommandNames(program)));
+                                     : NoCommand(own.front(), CommandNames(program));
     }
     const CLI::App& command = *commands.front();
     if (!own.empty() && own.front() == "help")

@@ -50,9 +50,10 @@ TEST(CommandLine, proposes_the_subcommand_that_was_meant)
     refused("covnert", "There is no subcommand \"covnert\"; did you mean convert?");
     refused("inspct", "There is no subcommand \"inspct\"; did you mean inspect?");
     refused("list", "There is no subcommand \"list\"; did you mean list-dials?");
-    refused("batch-worke", "There is no subcommand \"batch-worke\"."); // one that is nobody's
-    refused("help", "There is no subcommand \"help\"; --help lists those that there are.");
-    refused("x", "There is no subcommand \"x\".");
+    const std::string helps = "; --help lists those that there are.";
+    refused("batch-worke", "There is no subcommand \"batch-worke\"" + helps); // one that is nobody's
+    refused("help", "There is no subcommand \"help\"" + helps);
+    refused("x", "There is no subcommand \"x\"" + helps);
 }
 
 TEST(CommandLine, leads_to_its_help)
