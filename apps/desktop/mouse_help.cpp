@@ -74,6 +74,7 @@ QWidget* MakeMouseHelp(QWidget& view, QAction& entry, const QMenu& menu)
     help->hide();
     entry.setCheckable(true);
     QObject::connect(close, &QDialogButtonBox::rejected, &entry, [&entry] { entry.setChecked(false); });
+    QObject::connect(help, &Overlay::dismissed, &entry, [&entry] { entry.setChecked(false); });
     QObject::connect(&entry, &QAction::toggled, help, [help, close](bool isShown) {
         help->setVisible(isShown);
         help->raise();

@@ -4,6 +4,7 @@
 #include "overlay.h"
 
 #include <QEvent>
+#include <QKeyEvent>
 #include <QLayout>
 #include <QStyle>
 
@@ -16,6 +17,7 @@ Overlay::Overlay(QWidget& view, Qt::Alignment corner) : QFrame(&view), _corner(c
     setFrameShape(QFrame::StyledPanel);
     setAutoFillBackground(true);
     setCursor(Qt::ArrowCursor);
+    setAttribute(Qt::WA_NoMousePropagation); // the view is not to turn and select behind it
     view.installEventFilter(this);
 }
 
@@ -53,6 +55,14 @@ void Overlay::showEvent(QShowEvent* event)
 {
     QFrame::showEvent(event);
     takeCorner();
+}
+
+void Overlay::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape)
+        emit dismissed();
+    else
+        QFrame::keyPressEvent(event);
 }
 
 } // namespace desktop

@@ -19,6 +19,10 @@ public:
     /// Where there is room; a side of 0 is what its contents wish.
     void setPreferredSize(const QSize& size);
 
+signals:
+    /// By the key Esc, while the focus is in it.
+    void dismissed();
+
 public slots:
     /// Again, after its contents have changed.
     void takeCorner();
@@ -26,6 +30,7 @@ public slots:
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     Qt::Alignment _corner;

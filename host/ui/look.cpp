@@ -173,6 +173,7 @@ public:
 void DressWindows(QApplication& application)
 {
     application.setStyle(new OutlinedStyle);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps); // icons are sharp on dense screens
     SetLook(Look::Dark);
 }
 

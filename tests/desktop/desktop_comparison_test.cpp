@@ -7,10 +7,12 @@
 #include "tests/windows/picture.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QLabel>
+#include <QWheelEvent>
 #include <QtTest/QTest>
 
 #include <cmath>
@@ -249,6 +251,22 @@ TEST_F(DesktopComparison, shows_each_figure_in_its_half_through_one_camera)
     entry("Side by Side")->trigger();
     settle();
     EXPECT_NE(view().grab().toImage(), clear);
+}
+
+TEST_F(DesktopComparison, keeps_clicks_on_the_panel_from_the_view_behind_it)
+{
+    openTwo();
+    entry("Side by Side")->trigger();
+    settle();
+    auto* const panel = view().findChild<QWidget*>(QStringLiteral("ComparisonPanel"));
+    click(*first);
+    const DzVec3 place = view().getCamera()->getWSPos();
+    QTest::mouseClick(panel, Qt::LeftButton, Qt::NoModifier, QPoint(3, 3));
+    QWheelEvent wheel(QPointF(3, 3), panel->mapToGlobal(QPoint(3, 3)), QPoint(), QPoint(0, 240), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(panel, &wheel);
+    EXPECT_EQ(dzScene->getPrimarySelection(), first);
+    EXPECT_LT((view().getCamera()->getWSPos() - place).length(), 1e-4f);
 }
 
 TEST_F(DesktopComparison, can_be_both_at_once)

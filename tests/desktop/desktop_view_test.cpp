@@ -209,6 +209,9 @@ TEST_F(DesktopView, tells_what_mouse_and_keys_do_when_asked)
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
     EXPECT_FALSE(help->isVisible()) << "its button has the focus";
     EXPECT_FALSE(entry("Mouse and Keys")->isChecked());
+    entry("Mouse and Keys")->trigger();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    EXPECT_FALSE(help->isVisible());
 }
 
 TEST_F(DesktopView, has_every_letter_and_key_once)
