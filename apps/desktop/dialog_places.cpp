@@ -69,14 +69,16 @@ bool DialogPlaces::eventFilter(QObject* object, QEvent* event)
     if (!dialog || !dialog->parentWidget() || dialog->parentWidget()->window() != &_window ||
         HasOwnPlace(*dialog))
         return false;
+    // Nobody knows a window's frame before it is seen; that of the main window is as wide.
+    const QSize frame = _window.frameGeometry().size() - _window.geometry().size();
+    const QRect screen = _window.screen()->availableGeometry();
+    dialog->resize(dialog->size().boundedTo(screen.size() - frame)); // with large texts it may be larger
     const QRect area = figures();
     if (area.isEmpty())
         return false;
-    // Nobody knows a window's frame before it is seen; that of the main window is as wide.
-    const QRect frame = _window.frameGeometry(), inside = _window.geometry();
-    QRect outer(QPoint(), dialog->size() + frame.size() - inside.size());
-    outer.moveCenter(frame.center()); // where the toolkit would put it
-    dialog->move(PlaceBeside(outer, area, _window.screen()->availableGeometry()));
+    QRect outer(QPoint(), dialog->size() + frame);
+    outer.moveCenter(_window.frameGeometry().center()); // where the toolkit would put it
+    dialog->move(PlaceBeside(outer, area, screen));
     // Until it has taken the event in, it would go where the toolkit puts it; the next time the figures may
     // stand elsewhere.
     QTimer::singleShot(0, dialog, [dialog] { dialog->setAttribute(Qt::WA_Moved, false); });

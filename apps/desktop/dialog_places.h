@@ -15,7 +15,8 @@ namespace desktop {
 QPoint PlaceBeside(const QRect& dialog, const QRect& figures, const QRect& screen);
 
 /// Moves each dialog over the main window that opens without a place of its own, such as one that it
-/// remembers. Questions stay where they are, and so do the dialogs of plug-ins, which see to that themselves.
+/// remembers, and keeps it as small as the screen. Questions stay where they are, and so do the dialogs of
+/// plug-ins, which see to that themselves.
 class DialogPlaces : public QObject {
     Q_OBJECT
 

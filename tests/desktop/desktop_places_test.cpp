@@ -86,6 +86,21 @@ TEST_F(PlacesTest, of_dialogs_are_beside_the_figures)
     EXPECT_EQ(other.geometry(), figures()) << "has a place of its own";
 }
 
+TEST_F(PlacesTest, are_on_the_screen_also_of_dialogs_that_would_be_larger)
+{
+    start();
+    const QRect all = window().screen()->availableGeometry();
+    for (const bool hasFigure : {false, true}) {
+        if (hasFigure)
+            openFigure(targetFile);
+        QCoreApplication::processEvents();
+        QDialog dialog(&window());
+        dialog.resize(all.size() * 2);
+        dialog.show();
+        EXPECT_TRUE(all.contains(dialog.frameGeometry())) << hasFigure;
+    }
+}
+
 TEST_F(PlacesTest, hang_on_figures_that_are_seen)
 {
     start();

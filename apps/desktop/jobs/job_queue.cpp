@@ -199,6 +199,7 @@ void JobQueue::run(int row)
     }
     emit jobChanged(row);
     emit stateChanged();
+    _soon.start(); // so that it is known as one that was interrupted, should the program fall
 }
 
 QStringList JobQueue::optionsFor(Job& job) const
