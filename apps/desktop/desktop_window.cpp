@@ -218,51 +218,81 @@ DzAction& DesktopWindow::add(const ActionTexts& texts, std::function<void()> wor
 
 void DesktopWindow::addActions()
 {
-    add({"&New", "Begins with an empty scene.", "&File", QKeySequence::New}, [this] { _files.newScene(); });
+    add({QT_TRANSLATE_NOOP("desktop::MenuAction", "&New"),
+         QT_TRANSLATE_NOOP("desktop::MenuAction", "Begins with an empty scene."), "&File", QKeySequence::New},
+        [this] { _files.newScene(); });
     DzAction& open =
-        add({"&Open...", "Opens a scene, or adds a figure to the present one.", "&File", QKeySequence::Open},
+        add({QT_TRANSLATE_NOOP("desktop::MenuAction", "&Open..."),
+             QT_TRANSLATE_NOOP("desktop::MenuAction", "Opens a scene, or adds a figure to the present one."),
+             "&File", QKeySequence::Open},
             [this] { _files.open(); });
     DzAction& convert =
-        add({"&Convert a Figure...", "Chooses a figure and the one that gets its shape, and loads both.",
+        add({QT_TRANSLATE_NOOP("desktop::MenuAction", "&Convert a Figure..."),
+             QT_TRANSLATE_NOOP("desktop::MenuAction",
+                               "Chooses a figure and the one that gets its shape, and loads both."),
              "&File", QKeySequence()},
             [this] { convertFigure(); });
-    add({"Conversion &Jobs...", "Converts many figures, one after the other, beside other work.", "&File",
-         QKeySequence()},
+    add({QT_TRANSLATE_NOOP("desktop::MenuAction", "Conversion &Jobs..."),
+         QT_TRANSLATE_NOOP("desktop::MenuAction",
+                           "Converts many figures, one after the other, beside other work."),
+         "&File", QKeySequence()},
         [this] { _jobs->bringUp(); });
-    add({"&Merge...", "Adds what a file holds to the scene.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_O,
-         false, &_recent},
+    add({QT_TRANSLATE_NOOP("desktop::MenuAction", "&Merge..."),
+         QT_TRANSLATE_NOOP("desktop::MenuAction", "Adds what a file holds to the scene."), "&File",
+         Qt::CTRL + Qt::SHIFT + Qt::Key_O, false, &_recent},
         [this] { _files.merge(); });
-    DzAction& save = add({"&Save Scene", "Writes the scene to its file.", "&File", QKeySequence::Save, true},
+    DzAction& save = add({QT_TRANSLATE_NOOP("desktop::MenuAction", "&Save Scene"),
+                          QT_TRANSLATE_NOOP("desktop::MenuAction", "Writes the scene to its file."), "&File",
+                          QKeySequence::Save, true},
                          [this] { _files.save(); });
-    add({"Save Scene &As...", "Writes the scene to another file.", "&File", Qt::CTRL + Qt::SHIFT + Qt::Key_S},
+    add({QT_TRANSLATE_NOOP("desktop::MenuAction", "Save Scene &As..."),
+         QT_TRANSLATE_NOOP("desktop::MenuAction", "Writes the scene to another file."), "&File",
+         Qt::CTRL + Qt::SHIFT + Qt::Key_S},
         [this] { _files.saveAs(); });
-    _unsaved.serve(
-        add({"Save Mor&phs...", "Writes new morphs to files of their own.", "&File", QKeySequence()},
-            [this] { _files.saveMorphs(); }));
-    add({"Content &Folders...", "Chooses where figures are looked for.", "&File", QKeySequence(), true},
+    _unsaved.serve(add({QT_TRANSLATE_NOOP("desktop::MenuAction", "Save Mor&phs..."),
+                        QT_TRANSLATE_NOOP("desktop::MenuAction", "Writes new morphs to files of their own."),
+                        "&File", QKeySequence()},
+                       [this] { _files.saveMorphs(); }));
+    add({QT_TRANSLATE_NOOP("desktop::MenuAction", "Content &Folders..."),
+         QT_TRANSLATE_NOOP("desktop::MenuAction", "Chooses where figures are looked for."), "&File",
+         QKeySequence(), true},
         [this] { chooseContentFolders(); });
-    add({"&Quit", "Ends the program.", "&File", Qt::CTRL + Qt::Key_Q, true}, [this] { _window.close(); });
-    DzAction& undo =
-        add({"&Undo", "Takes the last step back.", "&Edit", QKeySequence::Undo}, [] { dzUndoStack->undo(); });
-    DzAction& redo =
-        add({"&Redo", "Does again what was taken back.", "&Edit", Qt::CTRL + Qt::SHIFT + Qt::Key_Z},
-            [] { dzUndoStack->redo(); });
+    add({QT_TRANSLATE_NOOP("desktop::MenuAction", "&Quit"),
+         QT_TRANSLATE_NOOP("desktop::MenuAction", "Ends the program."), "&File", Qt::CTRL + Qt::Key_Q, true},
+        [this] { _window.close(); });
+    DzAction& undo = add({QT_TRANSLATE_NOOP("desktop::MenuAction", "&Undo"),
+                          QT_TRANSLATE_NOOP("desktop::MenuAction", "Takes the last step back."), "&Edit",
+                          QKeySequence::Undo},
+                         [] { dzUndoStack->undo(); });
+    DzAction& redo = add({QT_TRANSLATE_NOOP("desktop::MenuAction", "&Redo"),
+                          QT_TRANSLATE_NOOP("desktop::MenuAction", "Does again what was taken back."),
+                          "&Edit", Qt::CTRL + Qt::SHIFT + Qt::Key_Z},
+                         [] { dzUndoStack->redo(); });
     _undo.serve(undo, redo);
     fillToolBar({{open, DrawnIcon::Open},
                  {save, DrawnIcon::Save},
                  {convert, DrawnIcon::Convert},
                  {undo, DrawnIcon::Undo},
                  {redo, DrawnIcon::Redo}});
-    add({"Select &All", "Selects every figure and prop.", "&Edit", QKeySequence::SelectAll, true}, SelectAll);
-    add({"Select &None", "Selects nothing.", "&Edit", Qt::CTRL + Qt::SHIFT + Qt::Key_A},
+    add({QT_TRANSLATE_NOOP("desktop::MenuAction", "Select &All"),
+         QT_TRANSLATE_NOOP("desktop::MenuAction", "Selects every figure and prop."), "&Edit",
+         QKeySequence::SelectAll, true},
+        SelectAll);
+    add({QT_TRANSLATE_NOOP("desktop::MenuAction", "Select &None"),
+         QT_TRANSLATE_NOOP("desktop::MenuAction", "Selects nothing."), "&Edit",
+         Qt::CTRL + Qt::SHIFT + Qt::Key_A},
         [] { dzScene->selectAllNodes(false); });
     addRigChoice();
-    add({"&Preferences...", "Content folders, author, units, memory and threads.", "&Edit", QKeySequence(),
-         true},
+    add({QT_TRANSLATE_NOOP("desktop::MenuAction", "&Preferences..."),
+         QT_TRANSLATE_NOOP("desktop::MenuAction", "Content folders, author, units, memory and threads."),
+         "&Edit", QKeySequence(), true},
         [this] { choosePreferences(); });
-    add({"Gantrel &Manual", "Opens the manual.", "&Help", QKeySequence::HelpContents},
+    add({QT_TRANSLATE_NOOP("desktop::MenuAction", "Gantrel &Manual"),
+         QT_TRANSLATE_NOOP("desktop::MenuAction", "Opens the manual."), "&Help", QKeySequence::HelpContents},
         [this] { openManual(); });
-    add({"&About Gantrel", "Tells what this is.", "&Help", QKeySequence()}, [this] { tellAbout(); });
+    add({QT_TRANSLATE_NOOP("desktop::MenuAction", "&About Gantrel"),
+         QT_TRANSLATE_NOOP("desktop::MenuAction", "Tells what this is."), "&Help", QKeySequence()},
+        [this] { tellAbout(); });
 }
 
 void DesktopWindow::fillToolBar(const std::vector<std::pair<DzAction&, DrawnIcon>>& entries)
@@ -281,9 +311,11 @@ void DesktopWindow::fillToolBar(const std::vector<std::pair<DzAction&, DrawnIcon
 
 void DesktopWindow::addRigChoice()
 {
-    const ActionTexts texts{"&Joints Follow New Morphs",
-                            "Lets a figure bend in the right places with the shape that it is given.",
-                            "&Edit", QKeySequence(), true};
+    const ActionTexts texts{
+        QT_TRANSLATE_NOOP("desktop::MenuAction", "&Joints Follow New Morphs"),
+        QT_TRANSLATE_NOOP("desktop::MenuAction",
+                          "Lets a figure bend in the right places with the shape that it is given."),
+        "&Edit", QKeySequence(), true};
     auto* const choice = new MenuAction(texts, [] {});
     choice->setCheckable(true);
     connect(choice, SIGNAL(toggled(bool)), SLOT(adjustRig(bool)));
@@ -382,8 +414,7 @@ void DesktopWindow::openResult(const QString& target, const QStringList& dials)
 void DesktopWindow::updateTitle()
 {
     const QString name = QFileInfo(_files.filename()).fileName();
-    _window.setWindowTitle(
-        QStringLiteral("%1[*] \u2014 Gantrel").arg(name.isEmpty() ? tr("Untitled") : name));
+    _window.setWindowTitle(tr("%1[*] \u2014 Gantrel").arg(name.isEmpty() ? tr("Untitled") : name));
     _window.setWindowModified(_files.isChanged());
 }
 

@@ -23,10 +23,10 @@ FoldersEditor::FoldersEditor(const QStringList& folders) : _list(new QListWidget
     _list->setMinimumWidth(60 * fontMetrics().averageCharWidth());
 
     auto* const beside = new QVBoxLayout;
-    beside->addWidget(makeButton("&Add...", SLOT(add())));
-    beside->addWidget(_remove = makeButton("&Remove", SLOT(remove())));
-    beside->addWidget(_up = makeButton("Move &Up", SLOT(moveUp())));
-    beside->addWidget(_down = makeButton("Move &Down", SLOT(moveDown())));
+    beside->addWidget(makeButton(tr("&Add..."), SLOT(add())));
+    beside->addWidget(_remove = makeButton(tr("&Remove"), SLOT(remove())));
+    beside->addWidget(_up = makeButton(tr("Move &Up"), SLOT(moveUp())));
+    beside->addWidget(_down = makeButton(tr("Move &Down"), SLOT(moveDown())));
     beside->addStretch();
 
     auto* const grid = new QGridLayout(this);
@@ -46,9 +46,9 @@ void FoldersEditor::setFolders(const QStringList& folders)
     updateButtons();
 }
 
-QPushButton* FoldersEditor::makeButton(const char* text, const char* slot)
+QPushButton* FoldersEditor::makeButton(const QString& text, const char* slot)
 {
-    auto* const button = new QPushButton(tr(text), this);
+    auto* const button = new QPushButton(text, this);
     button->setAutoDefault(false);
     connect(button, SIGNAL(clicked()), slot);
     return button;

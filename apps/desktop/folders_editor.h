@@ -29,7 +29,7 @@ private slots:
     void updateButtons();
 
 private:
-    QPushButton* makeButton(const char* text, const char* slot);
+    QPushButton* makeButton(const QString& text, const char* slot);
     void move(int by);
 
     QListWidget* _list;

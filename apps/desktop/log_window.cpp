@@ -70,8 +70,9 @@ LogWindow::LogWindow(QWidget* parent) : QDialog(parent), _table(new QTableWidget
     _table->horizontalHeader()->setStretchLastSection(true);
 
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-    buttons->addButton(_copy = makeButton("C&opy", "CopyLog", SLOT(copy())), QDialogButtonBox::ActionRole);
-    buttons->addButton(_clear = makeButton("C&lear", "ClearLog", SLOT(clear())),
+    buttons->addButton(_copy = makeButton(tr("C&opy"), "CopyLog", SLOT(copy())),
+                       QDialogButtonBox::ActionRole);
+    buttons->addButton(_clear = makeButton(tr("C&lear"), "ClearLog", SLOT(clear())),
                        QDialogButtonBox::ActionRole);
     connect(buttons, SIGNAL(rejected()), SLOT(reject()));
     auto* const column = new QVBoxLayout(this);
@@ -82,9 +83,9 @@ LogWindow::LogWindow(QWidget* parent) : QDialog(parent), _table(new QTableWidget
     connect(&dzApp->diagnostics(), SIGNAL(reported(base::Diagnostic)), SLOT(add(base::Diagnostic)));
 }
 
-QPushButton* LogWindow::makeButton(const char* text, const char* name, const char* slot)
+QPushButton* LogWindow::makeButton(const QString& text, const char* name, const char* slot)
 {
-    auto* const button = new QPushButton(tr(text), this);
+    auto* const button = new QPushButton(text, this);
     button->setObjectName(QLatin1String(name));
     button->setAutoDefault(false);
     connect(button, SIGNAL(clicked()), slot);

@@ -31,7 +31,7 @@ private slots:
     void copy();
 
 private:
-    QPushButton* makeButton(const char* text, const char* name, const char* slot);
+    QPushButton* makeButton(const QString& text, const char* name, const char* slot);
     void updateButtons();
 
     QTableWidget* _table;

@@ -95,9 +95,9 @@ void PreferencesDialog::addAuthor()
     QFormLayout& form = *addPage(
         tr("Author"), tr("Files that you save name their author. New morphs are saved under this name "
                          "too, unless you give another vendor there."));
-    _name = addLine(form, "&Name:", "AuthorName");
-    _email = addLine(form, "&E-mail:", "AuthorEmail");
-    _url = addLine(form, "&Web site:", "AuthorUrl");
+    _name = addLine(form, tr("&Name:"), "AuthorName");
+    _email = addLine(form, tr("&E-mail:"), "AuthorEmail");
+    _url = addLine(form, tr("&Web site:"), "AuthorUrl");
     tellVariable(form, "author", *_name);
 }
 
@@ -137,12 +137,12 @@ void PreferencesDialog::addThreads()
     tellVariable(form, "threads", *_threads);
 }
 
-QLineEdit* PreferencesDialog::addLine(QFormLayout& form, const char* label, const char* name)
+QLineEdit* PreferencesDialog::addLine(QFormLayout& form, const QString& label, const char* name)
 {
     auto* const line = new QLineEdit;
     line->setObjectName(QLatin1String(name));
     line->setMinimumWidth(36 * fontMetrics().averageCharWidth());
-    form.addRow(tr(label), line);
+    form.addRow(label, line);
     return line;
 }
 

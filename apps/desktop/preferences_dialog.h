@@ -38,7 +38,7 @@ private:
     void addUnits();
     void addMemory();
     void addThreads();
-    QLineEdit* addLine(QFormLayout& form, const char* label, const char* name);
+    QLineEdit* addLine(QFormLayout& form, const QString& label, const char* name);
     void tellVariable(QFormLayout& form, const char* setting, QWidget& field);
     void fill(const Preferences& preferences, int page);
 

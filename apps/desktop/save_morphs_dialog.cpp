@@ -116,20 +116,20 @@ void SaveMorphsDialog::addPlace(QFormLayout& form)
     const MorphPlace last = RememberedMorphPlace();
     _folder->setCurrentIndex(std::max(0, _folder->findText(last.contentFolder)));
     form.addRow(tr("Content &library:"), _folder);
-    _vendor = addLine(form, "&Vendor name:", "Vendor",
+    _vendor = addLine(form, tr("&Vendor name:"), "Vendor",
                       last.vendor.isEmpty() ? dzApp->getCurrentAuthor().getName() : last.vendor);
-    _product = addLine(form, "&Product name:", "Product", last.product);
+    _product = addLine(form, tr("&Product name:"), "Product", last.product);
     form.addRow(QString(), _compress);
 }
 
-QLineEdit* SaveMorphsDialog::addLine(QFormLayout& form, const char* label, const char* name,
+QLineEdit* SaveMorphsDialog::addLine(QFormLayout& form, const QString& label, const char* name,
                                      const QString& text)
 {
     auto* const line = new QLineEdit(text);
     line->setObjectName(QLatin1String(name));
     line->setPlaceholderText(tr("Needed to save"));
     connect(line, SIGNAL(textChanged(QString)), SLOT(updateButtons()));
-    form.addRow(tr(label), line);
+    form.addRow(label, line);
     return line;
 }
 

@@ -44,7 +44,7 @@ private slots:
 private:
     void addMorphs();
     void addPlace(QFormLayout& form);
-    QLineEdit* addLine(QFormLayout& form, const char* label, const char* name, const QString& text);
+    QLineEdit* addLine(QFormLayout& form, const QString& label, const char* name, const QString& text);
     std::vector<UnsavedMorph> ticked() const;
     void fillOptions(DzFileIOSettings& options) const;
 

@@ -12,22 +12,21 @@
 DzDFormPresetLoadOptionsDlg::DzDFormPresetLoadOptionsDlg(QWidget* parent,
                                                          const openhost::DFormLoadOptions& options)
     : QDialog(parent), _name(new QLineEdit(options.name)),
-      _replace(new QCheckBox(QStringLiteral("&Replace D-Formers of this name")))
+      _replace(new QCheckBox(tr("&Replace D-Formers of this name")))
 {
     setObjectName(QStringLiteral("DzDFormPresetLoadOptionsDlg"));
-    setWindowTitle(QStringLiteral("D-Former Load Options"));
+    setWindowTitle(tr("D-Former Load Options"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setModal(true);
     _name->setObjectName(QStringLiteral("nameEdit"));
     _name->setMinimumWidth(20 * fontMetrics().averageCharWidth());
     _replace->setObjectName(QStringLiteral("replaceCheckBox"));
     _replace->setChecked(options.replaceSameName);
-    _replace->setToolTip(
-        QStringLiteral("Removes those that deform the figure already; otherwise the new one is added."));
+    _replace->setToolTip(tr("Removes those that deform the figure already; otherwise the new one is added."));
 
     auto* const buttons = new QDialogButtonBox;
-    QPushButton* const accept = buttons->addButton(QStringLiteral("Accept"), QDialogButtonBox::AcceptRole);
-    buttons->addButton(QStringLiteral("Cancel"), QDialogButtonBox::RejectRole);
+    QPushButton* const accept = buttons->addButton(tr("Accept"), QDialogButtonBox::AcceptRole);
+    buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(_name, &QLineEdit::textChanged, accept,
@@ -35,7 +34,7 @@ DzDFormPresetLoadOptionsDlg::DzDFormPresetLoadOptionsDlg(QWidget* parent,
     accept->setDefault(true);
 
     auto* const form = new QFormLayout(this);
-    form->addRow(QStringLiteral("&Name:"), _name);
+    form->addRow(tr("&Name:"), _name);
     form->addRow(_replace);
     form->addRow(buttons);
 }

@@ -59,7 +59,7 @@ void DzHierarchyPane::build()
         return;
     _tree = new QTreeWidget;
     _tree->setAccessibleName(tr("Nodes of the scene"));
-    _tree->setHeaderLabels({QStringLiteral("Node"), QStringLiteral("Visible")});
+    _tree->setHeaderLabels({tr("Node"), tr("Visible")});
     _tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
     _tree->setEditTriggers(QAbstractItemView::EditKeyPressed);
     _tree->setUniformRowHeights(true);

@@ -114,8 +114,8 @@ OptionsDialog::OptionsDialog(const QString& title, const std::vector<OptionRow>&
         one->addStretch();
 
     auto* const buttons = new QDialogButtonBox(this);
-    buttons->addButton(QStringLiteral("Accept"), QDialogButtonBox::AcceptRole)->setDefault(true);
-    buttons->addButton(QStringLiteral("Cancel"), QDialogButtonBox::RejectRole);
+    buttons->addButton(tr("Accept"), QDialogButtonBox::AcceptRole)->setDefault(true);
+    buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole);
     connect(buttons, SIGNAL(accepted()), SLOT(accept()));
     connect(buttons, SIGNAL(rejected()), SLOT(reject()));
     layout->addWidget(buttons);

@@ -254,13 +254,13 @@ void AssetList::contextMenuEvent(QContextMenuEvent* event)
     if (selectedItems().isEmpty())
         return;
     QMenu menu;
-    menu.addAction(QStringLiteral("Open"), this, SLOT(openSelected()));
-    menu.addAction(QStringLiteral("Merge into Scene"), this, SLOT(mergeSelected()));
+    menu.addAction(tr("Open"), this, SLOT(openSelected()));
+    menu.addAction(tr("Merge into Scene"), this, SLOT(mergeSelected()));
     menu.addSeparator();
     if (receivers(SIGNAL(folderWanted(QString))) > 0)
-        menu.addAction(QStringLiteral("Show Folder"), this, SLOT(showFolder()));
+        menu.addAction(tr("Show Folder"), this, SLOT(showFolder()));
     const QStringList files = selectedFiles();
-    QAction* const favorite = menu.addAction(QStringLiteral("Favorite"), this, SLOT(toggleFavorite()));
+    QAction* const favorite = menu.addAction(tr("Favorite"), this, SLOT(toggleFavorite()));
     favorite->setCheckable(true);
     favorite->setChecked(std::all_of(files.begin(), files.end(), IsFavoriteFile));
     menu.exec(event->globalPos());

@@ -97,10 +97,10 @@ PropertyRow::~PropertyRow() = default;
 void PropertyRow::addStar(QHBoxLayout& layout)
 {
     _star = new QToolButton(this);
-    _star->setObjectName(QStringLiteral("Favorite"));
+    _star->setObjectName(tr("Favorite"));
     _star->setAutoRaise(true);
     _star->setCheckable(true);
-    _star->setToolTip(QStringLiteral("Favorite"));
+    _star->setToolTip(tr("Favorite"));
     _star->setAccessibleName(tr("Favorite: %1").arg(_property->getLabel()));
     _star->setFocusPolicy(Qt::TabFocus);
     const int size = fontMetrics().height();

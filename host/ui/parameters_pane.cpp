@@ -95,13 +95,13 @@ void ParametersWidget::build()
     if (_tree)
         return;
     _search = new QLineEdit;
-    _search->setPlaceholderText(QStringLiteral("Search"));
+    _search->setPlaceholderText(tr("Search"));
     _search->setClearButtonEnabled(true);
     _favorites = new QToolButton;
-    _favorites->setText(QStringLiteral("Favorites"));
+    _favorites->setText(tr("Favorites"));
     _favorites->setCheckable(true);
     _favorites->setIcon(OnOffStar());
-    _favorites->setToolTip(QStringLiteral("Favorites only"));
+    _favorites->setToolTip(tr("Favorites only"));
     _favorites->setAccessibleName(_favorites->text());
     auto* const bar = new QHBoxLayout;
     bar->addWidget(_search, 1);

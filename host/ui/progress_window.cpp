@@ -20,7 +20,7 @@ ProgressWindow::ProgressWindow(QWidget* parent)
     : QDialog(parent), _rowLayout(new QVBoxLayout), _time(new QLabel), _button(new QPushButton)
 {
     setObjectName(QStringLiteral("ProgressWindow"));
-    setWindowTitle(QStringLiteral("Progress"));
+    setWindowTitle(tr("Progress"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     auto* const bottom = new QHBoxLayout;
     bottom->addWidget(_time);
@@ -81,7 +81,7 @@ void ProgressWindow::fitHeight()
 void ProgressWindow::setCancel(std::function<void()> cancel)
 {
     _cancel = std::move(cancel);
-    _button->setText(QStringLiteral("Cancel"));
+    _button->setText(tr("Cancel"));
     _button->setVisible(_cancel != nullptr);
     if (!isVisible())
         setModal(_cancel != nullptr);
@@ -94,7 +94,7 @@ void ProgressWindow::stayOpen()
         row.bar->setRange(0, 1);
         row.bar->setValue(1);
     }
-    _button->setText(QStringLiteral("Close"));
+    _button->setText(tr("Close"));
     _button->setEnabled(true);
     _button->show();
     setAttribute(Qt::WA_DeleteOnClose);

@@ -5,6 +5,7 @@
 
 #include "dzapp.h"
 
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 
@@ -24,8 +25,11 @@ QString NearestFolder(QString folder)
 
 QString AskForSaveFile(const QString& title, const QString& startingDir)
 {
-    QFileDialog dialog(dzApp->getDialogParent(), QStringLiteral("Save ") + title, NearestFolder(startingDir),
-                       QStringLiteral("Scene and preset files (*.duf)"));
+    QFileDialog dialog(
+        dzApp->getDialogParent(),
+        QCoreApplication::translate("openhost::SaveFileDialog", "Save %1").arg(title),
+        NearestFolder(startingDir),
+        QCoreApplication::translate("openhost::SaveFileDialog", "Scene and preset files (*.duf)"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(QStringLiteral("duf"));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())

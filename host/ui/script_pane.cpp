@@ -53,7 +53,7 @@ void DzScriptPane::build()
         return;
     _output = MakeTextField("Output");
     _output->setReadOnly(true);
-    _output->setPlaceholderText(QStringLiteral("Output"));
+    _output->setPlaceholderText(tr("Output"));
     auto* const splitter = new QSplitter(Qt::Vertical);
     splitter->addWidget(makeEditor());
     splitter->addWidget(_output);
@@ -71,8 +71,8 @@ QWidget* DzScriptPane::makeEditor()
     _editor = MakeTextField("Code");
     _editor->setLineWrapMode(QPlainTextEdit::NoWrap);
     _editor->setTabStopDistance(4.0 * _editor->fontMetrics().horizontalAdvance(QLatin1Char(' ')));
-    _run = new QPushButton(QStringLiteral("Run"));
-    _stop = new QPushButton(QStringLiteral("Stop"));
+    _run = new QPushButton(tr("Run"));
+    _stop = new QPushButton(tr("Stop"));
     _stop->setEnabled(false);
     auto* const buttons = new QHBoxLayout;
     buttons->addWidget(_run);

@@ -76,7 +76,7 @@ void DzFileContentTab::build()
     if (_list)
         return;
     _search = new QLineEdit;
-    _search->setPlaceholderText(QStringLiteral("Search"));
+    _search->setPlaceholderText(tr("Search"));
     _search->setAccessibleName(tr("Search files"));
     _search->setClearButtonEnabled(true);
     _list = new openhost::AssetList;
@@ -266,8 +266,8 @@ DzSmartContentPane::DzSmartContentPane()
     : DzPane(QStringLiteral("Smart Content")), _tabs(new QTabWidget(this)),
       _files(new DzFileContentTab(_tabs)), _products(new DzProductContentTab(_tabs))
 {
-    _tabs->addTab(_files, QStringLiteral("Files"));
-    _tabs->addTab(_products, QStringLiteral("Products"));
+    _tabs->addTab(_files, tr("Files"));
+    _tabs->addTab(_products, tr("Products"));
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 4, 0, 0);
     layout->addWidget(_tabs);

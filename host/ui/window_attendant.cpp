@@ -9,6 +9,7 @@
 #include "save_file_dialog.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QListWidget>
@@ -20,13 +21,17 @@ namespace openhost {
 
 namespace {
 
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(openhost::WindowAttendant)
+};
+
 /// As many lines as a box has room for; the log has them all.
 QString FirstLines(const QStringList& lines)
 {
     constexpr int shown = 10;
     QString text = QStringList(lines.mid(0, shown)).join(QLatin1Char('\n'));
     if (lines.size() > shown)
-        text += QStringLiteral("\nand %1 more").arg(lines.size() - shown);
+        text += QLatin1Char('\n') + Texts::tr("and %n more", nullptr, int(lines.size() - shown));
     return text;
 }
 
@@ -37,11 +42,11 @@ public:
     MissingFilesDialog(QWidget* parent, const QStringList& files) : QDialog(parent)
     {
         setObjectName(QStringLiteral("MissingAssetsDialog"));
-        setWindowTitle(QStringLiteral("Missing Files"));
+        setWindowTitle(Texts::tr("Missing Files"));
         setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
         setModal(true);
-        auto* const text = new QLabel(
-            QStringLiteral("These files are in no content library. What refers to them is left out."));
+        auto* const text =
+            new QLabel(Texts::tr("These files are in no content library. What refers to them is left out."));
         text->setWordWrap(true);
         auto* const list = new QListWidget;
         list->addItems(files);
@@ -70,8 +75,8 @@ void WindowAttendant::tellMissingFiles(const QStringList& files)
 void WindowAttendant::tellOpenError(const QString& file, const QString& reason)
 {
     const QString text = reason.contains(file) ? reason : file + QLatin1String(": ") + reason;
-    QMessageBox box(QMessageBox::Warning, QStringLiteral("Error opening file"),
-                    QStringLiteral("The file could not be opened.\n\n") + text, QMessageBox::Ok,
+    QMessageBox box(QMessageBox::Warning, Texts::tr("Error opening file"),
+                    Texts::tr("The file could not be opened.\n\n") + text, QMessageBox::Ok,
                     dzApp->getDialogParent());
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -83,8 +88,8 @@ void WindowAttendant::tellOpenError(const QString& file, const QString& reason)
 void WindowAttendant::tellDuplicateFormulas(const QStringList& outputs)
 {
     QMessageBox box(
-        QMessageBox::Warning, QStringLiteral("Duplicate Formulas Found"),
-        QStringLiteral("Formulas that say the same more than once drive:\n\n%1").arg(FirstLines(outputs)),
+        QMessageBox::Warning, Texts::tr("Duplicate Formulas Found"),
+        Texts::tr("Formulas that say the same more than once drive:\n\n%1").arg(FirstLines(outputs)),
         QMessageBox::Ok, dzApp->getDialogParent());
     box.setTextFormat(Qt::PlainText);
     box.exec();
@@ -93,16 +98,15 @@ void WindowAttendant::tellDuplicateFormulas(const QStringList& outputs)
 std::optional<bool> WindowAttendant::mayReplaceFiles(const QStringList& files)
 {
     const bool isOne = files.size() == 1;
-    const QString told = isOne ? QStringLiteral("There is a file for a morph of this name already:")
-                               : QStringLiteral("There are files for morphs of these names already:");
-    const QString loss = isOne ? QStringLiteral("Replacing it loses the morph that it holds.")
-                               : QStringLiteral("Replacing them loses the morphs that they hold.");
-    QMessageBox box(QMessageBox::Warning, QStringLiteral("Replace Morph Files"),
+    const QString told = isOne ? Texts::tr("There is a file for a morph of this name already:")
+                               : Texts::tr("There are files for morphs of these names already:");
+    const QString loss = isOne ? Texts::tr("Replacing it loses the morph that it holds.")
+                               : Texts::tr("Replacing them loses the morphs that they hold.");
+    QMessageBox box(QMessageBox::Warning, Texts::tr("Replace Morph Files"),
                     QStringList{told, FirstLines(files), loss}.join(QLatin1String("\n\n")),
                     QMessageBox::NoButton, dzApp->getDialogParent());
     box.setTextFormat(Qt::PlainText);
-    const QAbstractButton* const replace =
-        box.addButton(QStringLiteral("Replace"), QMessageBox::DestructiveRole);
+    const QAbstractButton* const replace = box.addButton(Texts::tr("Replace"), QMessageBox::DestructiveRole);
     QPushButton* const cancel = box.addButton(QMessageBox::Cancel);
     box.setDefaultButton(cancel);
     box.setEscapeButton(cancel);
@@ -113,13 +117,12 @@ std::optional<bool> WindowAttendant::mayReplaceFiles(const QStringList& files)
 bool WindowAttendant::mayExceedLimits(const QStringList& dials)
 {
     QMessageBox box(
-        QMessageBox::Question, QStringLiteral("Preset Exceeds Limits"),
-        QStringLiteral("The preset goes beyond the limits of these dials:\n\n%1").arg(FirstLines(dials)),
+        QMessageBox::Question, Texts::tr("Preset Exceeds Limits"),
+        Texts::tr("The preset goes beyond the limits of these dials:\n\n%1").arg(FirstLines(dials)),
         QMessageBox::NoButton, dzApp->getDialogParent());
     box.setTextFormat(Qt::PlainText);
-    const QAbstractButton* const off =
-        box.addButton(QStringLiteral("Turn Limits Off"), QMessageBox::AcceptRole);
-    QPushButton* const keep = box.addButton(QStringLiteral("Keep Limits"), QMessageBox::RejectRole);
+    const QAbstractButton* const off = box.addButton(Texts::tr("Turn Limits Off"), QMessageBox::AcceptRole);
+    QPushButton* const keep = box.addButton(Texts::tr("Keep Limits"), QMessageBox::RejectRole);
     box.setDefaultButton(keep);
     box.setEscapeButton(keep);
     box.exec();

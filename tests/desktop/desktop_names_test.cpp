@@ -9,7 +9,10 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QListWidget>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QtTest/QTest>
 
@@ -196,6 +199,30 @@ TEST_F(NamesTest, are_there_in_the_plug_ins_dialogs)
     source.select();
     target.select();
     expectNamesInDialog("Convert selected Genesis 3 / 8 / 8.1 figure...", 10);
+}
+
+/// What stands on widgets, such as setText(QStringLiteral("Close")).
+TEST(TextsOfTheHouse, go_through_their_translation)
+{
+    const QRegularExpression shown(QStringLiteral(
+        "\\b(setText|setWindowTitle|setToolTip|setStatusTip|setPlaceholderText|addAction|addButton|"
+        "setAccessibleName|setAccessibleDescription|addRow|addTab|addItem|QPushButton|QCheckBox|"
+        "QLabel|QGroupBox|setHeaderLabels|setTitle|setSuffix)\\s*\\(\\s*\\{?\\s*(QStringLiteral|"
+        "QLatin1String|QString::fromUtf8)?\\(?\"[^\"]*[A-Za-z]{2}"));
+    int seen = 0;
+    for (const char* const folder : {"apps/desktop", "apps/desktop/jobs", "host/ui"}) {
+        QDir sources(QStringLiteral(GANTREL_SOURCE "/") + QLatin1String(folder));
+        for (const QString& name : sources.entryList({QStringLiteral("*.cpp")}, QDir::Files)) {
+            QFile file(sources.filePath(name));
+            ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+            const QString code = QString::fromUtf8(file.readAll());
+            seen += code.count(QRegularExpression(QStringLiteral("\\btr\\(\\s*\"")));
+            for (auto found = shown.globalMatch(code); found.hasNext();)
+                ADD_FAILURE() << folder << '/' << name.toStdString() << ": "
+                              << found.next().captured(0).toStdString();
+        }
+    }
+    EXPECT_GT(seen, 200) << "the sources are elsewhere";
 }
 
 } // namespace
