@@ -42,6 +42,13 @@ public:
             load(uri);
         return _value;
     }
+    /// To change it: then its file does not tell any more what it is.
+    T& edit(const DzUri& uri)
+    {
+        get(uri);
+        _loader = nullptr;
+        return _value;
+    }
     /// What is read from a file no longer counts.
     void assign(T value, base::Diagnostics lost = {})
     {
@@ -104,7 +111,8 @@ struct DzMorphDeltas::Impl {
     template <class Value>
     static void record(DzMorphDeltas& target, Lazy<Value> Impl::*value);
 
-    geometry::SparseDeltas& get() { return deltas.get(uri); }
+    const geometry::SparseDeltas& get() { return deltas.get(uri); }
+    geometry::SparseDeltas& edit() { return deltas.edit(uri); }
     std::size_t place(int vertex)
     {
         const std::vector<std::uint32_t>& vertices = get().vertices;
@@ -204,7 +212,7 @@ int DzMorphDeltas::addDelta(int vertex, const DzVec3& delta, bool)
         return -1;
     Impl::record(*this, &Impl::deltas);
     const std::size_t at = _impl->place(vertex);
-    geometry::SparseDeltas& deltas = _impl->get();
+    geometry::SparseDeltas& deltas = _impl->edit();
     if (_impl->holds(at, vertex)) {
         deltas.deltas[at] = value;
     } else {
@@ -274,7 +282,7 @@ DzError DzMorphDeltas::setDelta(int index, const DzVec3& delta)
     if (index < 0 || index >= getNumDeltas() || !geometry::IsFinite(value))
         return DZ_ILLEGAL_ARGUMENT_ERROR;
     Impl::record(*this, &Impl::deltas);
-    _impl->get().deltas[static_cast<std::size_t>(index)] = value;
+    _impl->edit().deltas[static_cast<std::size_t>(index)] = value;
     emit deltasChanged();
     return DZ_NO_ERROR;
 }
@@ -285,7 +293,7 @@ DzError DzMorphDeltas::removeVertex(int vertex)
     if (index < 0)
         return DZ_NOT_FOUND_ERROR;
     Impl::record(*this, &Impl::deltas);
-    geometry::SparseDeltas& deltas = _impl->get();
+    geometry::SparseDeltas& deltas = _impl->edit();
     deltas.vertices.erase(deltas.vertices.begin() + index);
     deltas.deltas.erase(deltas.deltas.begin() + index);
     emit deltasChanged();

@@ -315,6 +315,26 @@ TEST_F(FigurePipeline, morph_data_is_read_when_a_dial_moves)
     EXPECT_EQ(reads, 2);
 }
 
+TEST_F(FigurePipeline, morph_data_that_was_changed_is_not_let_go_of)
+{
+    const std::function<void(DzMorphDeltas&)> changes[] = {
+        [](DzMorphDeltas& deltas) { deltas.addDelta(3, DzVec3(0, 1, 0)); },
+        [](DzMorphDeltas& deltas) { deltas.setDelta(0, DzVec3(0, 1, 0)); },
+        [](DzMorphDeltas& deltas) { deltas.removeVertex(2); }};
+    for (const auto& change : changes) {
+        const DzMorphDeltasPtr deltas(new DzMorphDeltas);
+        openhost::DeltasAccess::setLoader(*deltas, [](base::Diagnostics&) {
+            return geometry::SparseDeltas{{2}, {{0, 0, 2}}};
+        });
+        change(*deltas);
+        const geometry::SparseDeltas before = openhost::DeltasAccess::deltas(*deltas);
+        EXPECT_TRUE(before.vertices != std::vector<std::uint32_t>{2} || before.deltas[0].y == 1.0f);
+        deltas->unLoadDeltas();
+        EXPECT_EQ(openhost::DeltasAccess::deltas(*deltas).vertices, before.vertices);
+        EXPECT_EQ(openhost::DeltasAccess::deltas(*deltas).deltas, before.deltas);
+    }
+}
+
 TEST_F(FigurePipeline, data_that_does_not_fit_or_cannot_be_read_is_left_out_and_logged)
 {
     TestFigure test;

@@ -124,7 +124,7 @@ def test_a_save_without_a_library_is_refused():
     ({"adjust_rig": "yes"}, TypeError, "^convert: adjust_rig is 'yes', not True or False$"),
     ({"save": "/lib"}, TypeError, "^convert: save is '/lib', not a Save or None$"),
     ({"export_obj": 5}, TypeError, "^convert: export_obj is 5, not the name of a file or folder or None$"),
-    ({"content": [5]}, TypeError, r"^convert: content is \[5\], not a list, each the name of a file or folder or None$"),
+    ({"content": [5]}, TypeError, r"^convert: content is \[5\], not a list of names of files or folders or None$"),
     ({"dails": {}}, TypeError, r"^convert: there is no argument dails; did you mean dials\?$"),
     ({"dials": {"Nothing": 1.0}}, KeyError, 'no dial "Nothing"; the closest are'),
     ({"dials": {"PHMSmile": None}}, TypeError, "texts with numbers"),

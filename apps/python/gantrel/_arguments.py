@@ -76,13 +76,18 @@ def _fits(value, kind):
     return not kind.startswith("gantrel.") or kind.rpartition(".")[2] in [cls.__name__ for cls in type(value).__mro__]
 
 
+_ONE = {"str": "a text", "bool": "True or False", "int": "a whole number", "float": "a number",
+        "os.PathLike": "the name of a file or folder"}
+_MANY = {"str": "texts", "bool": "True or False", "int": "whole numbers", "float": "numbers",
+         "os.PathLike": "names of files or folders"}
+
+
 def _words(kind):
-    for name, words in (("Optional", "{} or None"), ("List", "a list, each {}")):
-        if (inner := _inner(kind, name)) is not None:
-            return words.format(_words(inner))
-    known = {"str": "a text", "bool": "True or False", "int": "a whole number", "float": "a number",
-             "os.PathLike": "the name of a file or folder"}
-    return known.get(kind, f"a {kind.rpartition('.')[2]}")
+    if (inner := _inner(kind, "Optional")) is not None:
+        return f"{_words(inner)} or None"
+    if (inner := _inner(kind, "List")) is not None:
+        return "a list of " + _MANY.get(inner, f"{inner.rpartition('.')[2]} objects")
+    return _ONE.get(kind, f"a {kind.rpartition('.')[2]}")
 
 
 def _shown(value):
