@@ -124,8 +124,9 @@ void AddBatchOptions(CLI::App& command, BatchArguments& arguments)
     command.add_flag(
         "--thumbnails", arguments.thumbnails,
         "Draw a small picture of each row, as --report does, for a page of logs that are merged");
-    // For the program that starts this one; no help lists it.
-    command.add_flag("--progress-lines", arguments.progressLines)->group("");
+    command.add_flag(
+        "--progress-lines", arguments.progressLines,
+        "Tell on standard error, line by line, how far each row is, for a program that reads it");
     AddJsonOption(command, arguments.json);
 }
 
