@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QLayout>
+#include <QMetaMethod>
 #include <QStyle>
 
 #include <algorithm>
@@ -59,7 +60,8 @@ void Overlay::showEvent(QShowEvent* event)
 
 void Overlay::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape)
+    static const QMetaMethod heard = QMetaMethod::fromSignal(&Overlay::dismissed);
+    if (event->key() == Qt::Key_Escape && isSignalConnected(heard))
         emit dismissed();
     else
         QFrame::keyPressEvent(event);

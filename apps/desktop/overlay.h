@@ -20,7 +20,7 @@ public:
     void setPreferredSize(const QSize& size);
 
 signals:
-    /// By the key Esc, while the focus is in it.
+    /// By the key Esc, while the focus is in it; where nobody listens, the key goes on to the view.
     void dismissed();
 
 public slots:

@@ -5,6 +5,7 @@
 
 #include "geometry/picture_camera.h"
 #include "scene/camera_optics.h"
+#include "viewport_picture.h"
 
 #include "dz3dviewport.h"
 #include "dzbox3.h"
@@ -54,6 +55,8 @@ QRect FigureArea(const Dz3DViewport& viewport)
     if (!camera || size.isEmpty())
         return QRect();
     const geometry::PictureCamera optics = OpticsOf(*camera, float(size.width()) / float(size.height()));
+    if (viewport.picture().isDivided())
+        return viewport.rect();
     QRectF all;
     for (int i = 0; i < dzScene->getNumNodes(); ++i) {
         const DzNode& node = *dzScene->getNode(i);

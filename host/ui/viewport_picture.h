@@ -53,6 +53,7 @@ public:
 
     /// Of the figures that are side by side; empty otherwise.
     QStringList captions() const;
+    bool isDivided() const;
     /// Width through height of each part of the picture.
     float aspect(const QSize& size) const;
     /// Draws the visible scene and boxes around what is selected.
@@ -77,7 +78,6 @@ private:
         std::optional<ScenePicture> scene;
         std::optional<geometry::PictureStage> stage;
     };
-    bool isDivided() const;
     QSize partSize(const QSize& size) const;
     const Part* partOf(const DzNode& node) const;
     geometry::Vec3f offsetOf(const Part& part) const;
