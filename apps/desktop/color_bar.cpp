@@ -6,6 +6,7 @@
 #include "distance_colors.h"
 
 #include <QPainter>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <cmath>
@@ -21,9 +22,11 @@ QColor OnScreen(const app::LinearRgb& color)
     return QColor(encoded(color[0]), encoded(color[1]), encoded(color[2]));
 }
 
+/// With as many places as half of an end has that is given in thousandths.
 QString NumberText(double millimetres)
 {
-    return QString::number(millimetres, 'g', 3);
+    static const QRegularExpression needless(QStringLiteral("\\.?0+$"));
+    return QString::number(millimetres, 'f', 4).remove(needless);
 }
 
 } // namespace

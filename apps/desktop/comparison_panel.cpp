@@ -19,23 +19,29 @@ namespace desktop {
 
 namespace {
 
-constexpr double millimetresPerCentimetre = 10.0;
-
 QString Millimetres(double centimetres)
 {
-    return ComparisonPanel::tr("%1 mm").arg(QString::number(millimetresPerCentimetre * centimetres, 'f', 2));
+    return ComparisonPanel::tr("%1 mm").arg(
+        QString::number(app::millimetresPerCentimetre * centimetres, 'f', 2));
 }
 
 QString NumbersOf(const DifferenceAnswer& answer, double top)
 {
+    const app::ColorScale scale{top};
     std::size_t beyond = 0, all = 0;
     for (const std::vector<float>& distances : answer.distances) {
         all += distances.size();
-        beyond +=
-            static_cast<std::size_t>(std::count_if(distances.begin(), distances.end(), [top](float distance) {
-                return std::isfinite(distance) && millimetresPerCentimetre * double(distance) > top;
+        beyond += static_cast<std::size_t>(
+            std::count_if(distances.begin(), distances.end(), [&scale](float distance) {
+                return std::isfinite(distance) && scale.position(distance) > 1.0;
             }));
     }
+    const QString unknown =
+        answer.unknown == 0
+            ? QString()
+            : ComparisonPanel::tr("%1 vertices could not be measured, in grey.").arg(answer.unknown);
+    if (answer.unknown == all)
+        return all == 0 ? ComparisonPanel::tr("There is nothing to measure.") : unknown;
     QString text = ComparisonPanel::tr("Mean %1, p95 %2, max %3")
                        .arg(Millimetres(answer.summary.mean), Millimetres(answer.summary.p95),
                             Millimetres(answer.summary.max));
@@ -44,10 +50,7 @@ QString NumbersOf(const DifferenceAnswer& answer, double top)
                         : ComparisonPanel::tr("%1 of %2 vertices lie beyond the scale, in blue-green.")
                               .arg(beyond)
                               .arg(all);
-    if (answer.unknown > 0)
-        text += QLatin1Char('\n') +
-                ComparisonPanel::tr("%1 vertices could not be measured, in grey.").arg(answer.unknown);
-    return text;
+    return unknown.isEmpty() ? text : text + QLatin1Char('\n') + unknown;
 }
 
 QComboBox* MakeChoice(const char* objectName)
@@ -104,7 +107,7 @@ QWidget* ComparisonPanel::makeDifference()
     _top = new QDoubleSpinBox;
     _top->setObjectName(QStringLiteral("DifferenceScale"));
     _top->setAccessibleName(tr("End of the scale"));
-    _top->setDecimals(2);
+    _top->setDecimals(3); // an automatic end may be 0.015
     _top->setRange(0.01, 10000.0);
     _top->setStepType(QAbstractSpinBox::AdaptiveDecimalStepType);
     _top->setSuffix(tr(" mm"));

@@ -4,10 +4,10 @@
 #include "comparison_view.h"
 
 #include "comparison_panel.h"
+#include "shape_changes.h"
 
 #include <dz3dviewport.h>
 #include <dznode.h>
-#include <dzobject.h>
 #include <dzpresentation.h>
 #include <dzscene.h>
 #include <openhost/scene_picture.h>
@@ -73,7 +73,7 @@ bool AreAlike(const Surfaces& a, const Surfaces& b)
 /// The colours in small steps: each takes a while.
 class Palette {
 public:
-    explicit Palette(double topMm) : _topMm(topMm)
+    explicit Palette(double topMm) : _scale{topMm}
     {
         for (std::size_t i = 0; i < _colors.size(); ++i)
             _colors[i] = app::ColorAt(static_cast<double>(i) / static_cast<double>(_colors.size() - 1));
@@ -83,14 +83,14 @@ public:
     {
         if (!std::isfinite(centimetres))
             return app::ColorOfNothing();
-        const double share = 10.0 * static_cast<double>(centimetres) / _topMm;
-        return share > 1.0
+        const double at = _scale.position(centimetres);
+        return at > 1.0
                    ? app::ColorBeyond()
-                   : _colors[static_cast<std::size_t>(share * static_cast<double>(_colors.size() - 1) + 0.5)];
+                   : _colors[static_cast<std::size_t>(at * static_cast<double>(_colors.size() - 1) + 0.5)];
     }
 
 private:
-    double _topMm;
+    app::ColorScale _scale;
     std::array<app::LinearRgb, 512> _colors;
 };
 
@@ -108,8 +108,6 @@ ComparisonView::ComparisonView(Dz3DViewport& view)
     : _view(&view), _difference(MakeEntry(tr("&Difference"), Qt::CTRL + Qt::Key_D, this)),
       _sideBySide(MakeEntry(tr("Side &by Side"), Qt::CTRL + Qt::Key_B, this))
 {
-    _soon.setSingleShot(true);
-    connect(&_soon, SIGNAL(timeout()), SLOT(measure()));
     connect(&_work, &DifferenceWork::answered, this, &ComparisonView::showAnswer);
     connect(&_figures, SIGNAL(changed()), SLOT(handleFigures()));
     connect(_difference, SIGNAL(toggled(bool)), SLOT(handleToggled()));
@@ -145,7 +143,7 @@ void ComparisonView::handleToggled()
     divide();
     showPanel();
     if (_difference->isChecked())
-        watchScene();
+        beginDifference();
     else
         endDifference();
 }
@@ -176,30 +174,22 @@ void ComparisonView::showPanel()
     _panel->setVisible(isNeeded);
 }
 
+/// Whatever changes a shape: what has not moved in the end is not measured again.
+void ComparisonView::beginDifference()
+{
+    _changes = std::make_unique<ShapeChanges>();
+    connect(_changes.get(), SIGNAL(changed()), SLOT(measure()));
+}
+
 void ComparisonView::endDifference()
 {
-    disconnect(dzScene, nullptr, this, nullptr);
-    disconnect(dzScene, nullptr, &_soon, nullptr);
-    for (int i = 0; i < dzScene->getNumNodes(); ++i)
-        if (const DzObject* const object = dzScene->getNode(i)->getObject())
-            disconnect(object, nullptr, &_soon, nullptr);
-    _soon.stop();
+    _changes.reset();
     _work.drop();
     _answer.reset();
     _asked.reset();
     _askedNodes.clear();
+    _askedOthers.clear();
     openhost::SetNodeColors(*_view, {});
-}
-
-/// Whatever changes a shape: what has not moved in the end is not measured again.
-void ComparisonView::watchScene()
-{
-    connect(dzScene, SIGNAL(nodeListChanged()), SLOT(watchScene()), Qt::UniqueConnection);
-    connect(dzScene, SIGNAL(drawnDataChanged()), &_soon, SLOT(start()), Qt::UniqueConnection);
-    for (int i = 0; i < dzScene->getNumNodes(); ++i)
-        if (const DzObject* const object = dzScene->getNode(i)->getObject())
-            connect(object, SIGNAL(cachedGeomInvalidated()), &_soon, SLOT(start()), Qt::UniqueConnection);
-    _soon.start();
 }
 
 void ComparisonView::measure()
@@ -210,13 +200,14 @@ void ComparisonView::measure()
     auto question = std::make_shared<DifferenceQuestion>();
     question->from = SurfacesOf(*_figures.result(), &nodes);
     question->to = SurfacesOf(*_figures.source(), &others);
-    if (_asked && nodes == _askedNodes && AreAlike(question->from, _asked->from) &&
-        AreAlike(question->to, _asked->to))
+    const bool isOfTheSame = nodes == _askedNodes && others == _askedOthers;
+    if (_asked && isOfTheSame && AreAlike(question->from, _asked->from) && AreAlike(question->to, _asked->to))
         return;
     _asked = question;
-    if (nodes != _askedNodes) {
+    if (!isOfTheSame) {
         _work.drop(); // an earlier answer is about other surfaces
-        _askedNodes = nodes;
+        _askedNodes = std::move(nodes);
+        _askedOthers = std::move(others);
         _answer.reset();
         openhost::SetNodeColors(*_view, {});
         _panel->showText(tr("The difference is being measured."));
@@ -227,6 +218,8 @@ void ComparisonView::measure()
 void ComparisonView::showAnswer(std::shared_ptr<const DifferenceAnswer> answer)
 {
     _answer = std::move(answer);
+    if (!_answer->trouble.isEmpty())
+        _asked.reset(); // what failed is tried again with the next change
     recolor();
 }
 

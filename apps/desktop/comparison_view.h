@@ -8,7 +8,8 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QTimer>
+
+#include <memory>
 
 class Dz3DViewport;
 class QAction;
@@ -16,6 +17,7 @@ class QAction;
 namespace desktop {
 
 class ComparisonPanel;
+class ShapeChanges;
 
 /// Costs nothing as long as neither is chosen. Ends by itself when there are no two figures any more.
 class ComparisonView : public QObject {
@@ -38,7 +40,6 @@ signals:
 private slots:
     void handleFigures();
     void handleToggled();
-    void watchScene();
     void measure();
     void showAnswer(std::shared_ptr<const desktop::DifferenceAnswer> answer);
     void recolor();
@@ -46,6 +47,7 @@ private slots:
 private:
     void divide();
     void showPanel();
+    void beginDifference();
     void endDifference();
 
     QPointer<Dz3DViewport> _view;
@@ -55,10 +57,10 @@ private:
     QAction* _difference;
     QAction* _sideBySide;
     DifferenceWork _work;
-    QTimer _soon;
-    std::shared_ptr<const DifferenceQuestion> _asked; ///< the latest one; null for none
-    std::vector<QPointer<DzNode>> _askedNodes;        ///< of each of its surfaces
-    std::shared_ptr<const DifferenceAnswer> _answer;  ///< null for none that is shown
+    std::unique_ptr<ShapeChanges> _changes;                  ///< while the difference is shown
+    std::shared_ptr<const DifferenceQuestion> _asked;        ///< the latest one; null for none
+    std::vector<QPointer<DzNode>> _askedNodes, _askedOthers; ///< of each of its surfaces
+    std::shared_ptr<const DifferenceAnswer> _answer;         ///< null for none that is shown
 };
 
 } // namespace desktop

@@ -12,7 +12,6 @@ namespace app {
 
 namespace {
 
-constexpr double millimetresPerCentimetre = 10.0;
 constexpr double smallestTopMm = 0.01; // below it there is nothing to see
 constexpr double pi = 3.14159265358979;
 
@@ -66,12 +65,17 @@ LinearRgb ColorOfNothing()
     return {0.48f, 0.48f, 0.48f};
 }
 
+double ColorScale::position(float cm) const
+{
+    return millimetresPerCentimetre * cm / topMm;
+}
+
 LinearRgb ColorScale::color(float cm) const
 {
     if (!std::isfinite(cm))
         return ColorOfNothing();
-    const double mm = millimetresPerCentimetre * cm;
-    return mm > topMm ? ColorBeyond() : ColorAt(mm / topMm);
+    const double at = position(cm);
+    return at > 1.0 ? ColorBeyond() : ColorAt(at);
 }
 
 std::uint8_t ColorScale::step(float cm) const

@@ -11,6 +11,8 @@
 
 namespace app {
 
+constexpr double millimetresPerCentimetre = 10.0;
+
 using LinearRgb = std::array<float, 3>;
 
 /// From light for nothing through orange and red to dark violet: lightness falls evenly, as the eye sees it,
@@ -29,6 +31,8 @@ struct ColorScale {
     double largestMm = 0.0;
     std::size_t count = 0, beyondCount = 0;
 
+    /// 0 for none, 1 for the end, more beyond it.
+    double position(float cm) const;
     LinearRgb color(float cm) const;
     /// As "viewer.js" has it: 0 to 253, 255 beyond the end, 254 for what is no number.
     std::uint8_t step(float cm) const;

@@ -1,7 +1,11 @@
 // Two figures against each other: the difference in colours, and side by side.
 // SPDX-License-Identifier: MIT
 
+#include "apps/desktop/color_bar.h"
+#include "apps/desktop/compared_figures.h"
+#include "apps/desktop/comparison_panel.h"
 #include "apps/desktop/difference_work.h"
+#include "openhost/figure_area.h"
 #include "tests/desktop/desktop_fixture.h"
 #include "tests/plugin/mini_scene.h"
 #include "tests/windows/picture.h"
@@ -11,11 +15,13 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QWheelEvent>
 #include <QtTest/QTest>
 
 #include <cmath>
+#include <cstring>
 
 #include <dz3dviewport.h>
 #include <dzcamera.h>
@@ -24,6 +30,7 @@
 #include <dzmainwindow.h>
 #include <dzmorph.h>
 #include <dzobject.h>
+#include <dzpresentation.h>
 #include <dzundostack.h>
 #include <dzviewport.h>
 #include <dzviewportmgr.h>
@@ -172,6 +179,75 @@ TEST_F(DesktopComparison, follows_a_dial_and_does_not_mind_where_the_figures_sta
     EXPECT_TRUE(comesTo("Mean 0.00 mm, p95 0.00 mm, max 0.00 mm")) << numbers().toStdString();
 }
 
+TEST_F(DesktopComparison, hears_nothing_of_a_figure_that_comes_back_after_it_ended)
+{
+    openTwo();
+    entry("Difference")->trigger();
+    ASSERT_TRUE(comesTo("Mean"));
+    dzScene->selectAllNodes(false);
+    second->select();
+    QTest::keyClick(&window(), Qt::Key_Delete);
+    settle();
+    ASSERT_FALSE(entry("Difference")->isChecked());
+    QTest::keyClick(&window(), Qt::Key_Z, Qt::ControlModifier);
+    settle();
+    ASSERT_EQ(dzScene->getNumSkeletons(), 2);
+    dzScene->selectAllNodes(false);
+    wide(*second).setValue(1.0f);
+    const QImage plain = view().grab().toImage();
+    QTest::qWait(100);
+    EXPECT_EQ(view().grab().toImage(), plain) << "the surfaces keep their own colours";
+}
+
+TEST_F(DesktopComparison, measures_again_when_a_part_of_the_body_is_hidden_or_shown)
+{
+    openTwo();
+    DzFigure& part = openFigure(targetFile);
+    auto* const presentation = new DzPresentation;
+    presentation->setType(QStringLiteral("Follower/Attachment/Head/Face/Eyes"));
+    part.setPresentation(presentation);
+    part.setFollowTarget(second);
+    settle();
+    entry("Difference")->trigger();
+    ASSERT_TRUE(comesTo("Mean"));
+    EXPECT_FALSE(numbers().contains(QLatin1String("max 0.00 mm"))) << numbers().toStdString();
+    part.setVisible(false);
+    EXPECT_TRUE(comesTo("Mean 0.00 mm, p95 0.00 mm, max 0.00 mm")) << numbers().toStdString();
+    part.setVisible(true);
+    EXPECT_TRUE(QTest::qWaitFor([] { return !numbers().contains(QLatin1String("max 0.00 mm")); }));
+}
+
+TEST_F(DesktopComparison, gives_no_numbers_where_nothing_was_measured)
+{
+    openTwo();
+    desktop::ComparedFigures figures;
+    desktop::ComparisonPanel panel(view(), figures);
+    const auto* const text = panel.findChild<QLabel*>(QStringLiteral("DifferenceNumbers"));
+    panel.showAnswer(desktop::Measure({{Square(0.0f)}, {}}));
+    EXPECT_EQ(text->text().toStdString(), "4 vertices could not be measured, in grey.");
+    panel.showAnswer(desktop::Measure({{}, {Square(0.0f)}}));
+    EXPECT_EQ(text->text().toStdString(), "There is nothing to measure.");
+    panel.showAnswer(desktop::Measure({{Square(0.0f)}, {Square(0.0f)}}));
+    EXPECT_TRUE(text->text().startsWith(QLatin1String("Mean 0.00 mm"))) << text->text().toStdString();
+}
+
+TEST_F(DesktopComparison, never_shows_the_answer_about_one_source_as_that_of_another)
+{
+    openTwo();
+    DzFigure& third = openFigure(sourceFile);
+    wide(third).setValue(1.0f);
+    settle();
+    entry("Difference")->trigger();
+    ASSERT_TRUE(comesTo("Mean 0.00 mm"));
+    auto* const source = view().findChild<QComboBox*>(QStringLiteral("ComparedSource"));
+    source->setFocus();
+    QTest::keyClick(source, Qt::Key_End);
+    ASSERT_EQ(source->currentIndex(), 2);
+    EXPECT_TRUE(comesTo("The difference is being measured.")) << numbers().toStdString();
+    ASSERT_TRUE(comesTo("Mean"));
+    EXPECT_FALSE(numbers().contains(QLatin1String("max 0.00 mm"))) << numbers().toStdString();
+}
+
 TEST_F(DesktopComparison, takes_a_scale_and_tells_what_lies_beyond_it)
 {
     openTwo();
@@ -182,6 +258,8 @@ TEST_F(DesktopComparison, takes_a_scale_and_tells_what_lies_beyond_it)
     EXPECT_FALSE(top->isEnabled());
     view().findChild<QCheckBox*>(QStringLiteral("DifferenceScaleAutomatic"))->setChecked(false);
     ASSERT_TRUE(top->isEnabled());
+    top->setValue(0.015);
+    EXPECT_EQ(top->value(), 0.015);
     top->setValue(0.01);
     EXPECT_TRUE(numbers().contains(QLatin1String("lie beyond the scale, in blue-green")))
         << numbers().toStdString();
@@ -267,6 +345,36 @@ TEST_F(DesktopComparison, keeps_clicks_on_the_panel_from_the_view_behind_it)
     QApplication::sendEvent(panel, &wheel);
     EXPECT_EQ(dzScene->getPrimarySelection(), first);
     EXPECT_LT((view().getCamera()->getWSPos() - place).length(), 1e-4f);
+}
+
+TEST_F(DesktopComparison, keeps_dialogs_from_the_whole_of_a_divided_view)
+{
+    openTwo();
+    ASSERT_NE(openhost::FigureArea(view()), view().rect());
+    entry("Side by Side")->trigger();
+    EXPECT_EQ(openhost::FigureArea(view()), view().rect());
+}
+
+TEST_F(DesktopComparison, leaves_the_key_esc_of_its_panel_to_the_window)
+{
+    openTwo();
+    entry("Side by Side")->trigger();
+    auto* const panel = view().findChild<QWidget*>(QStringLiteral("ComparisonPanel"));
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    escape.setAccepted(true);
+    static_cast<QObject*>(panel)->event(&escape);
+    EXPECT_FALSE(escape.isAccepted());
+}
+
+TEST(ColorBar, writes_its_end_in_full)
+{
+    desktop::ColorBar bar(nullptr);
+    for (const auto& [end, text] :
+         {std::pair(1000.0, "Colours from 0 to 1000 mm,"), std::pair(0.015, "Colours from 0 to 0.015 mm,"),
+          std::pair(0.0075, "Colours from 0 to 0.0075 mm,"), std::pair(2.5, "Colours from 0 to 2.5 mm,")}) {
+        bar.setTop(end);
+        EXPECT_EQ(bar.accessibleName().left(int(std::strlen(text))).toStdString(), text);
+    }
 }
 
 TEST_F(DesktopComparison, can_be_both_at_once)
