@@ -60,8 +60,8 @@ public:
               const std::vector<std::uint32_t>& faces)
         : _stage(stage), _camera(camera), _options(options),
           _lamps(camera, options.light), _grid{options.width, options.height}, _faces(faces.data()),
-          _background(Packed(options.background)), _unshaded(Packed(options.unshaded)),
-          _edges(Packed(options.edges))
+          _background(Packed(options.background)), _empty(options.emptyPixel.value_or(_background)),
+          _unshaded(Packed(options.unshaded)), _edges(Packed(options.edges))
     {
     }
 
@@ -71,11 +71,12 @@ public:
         const std::uint32_t* const below = row + 1 < _grid.height ? rowOf(row + 1) : faces;
         for (int column = 0; column < _grid.width; ++column) {
             const std::uint32_t face = faces[column];
-            pixels[column] = shade(face, column, row);
             // Where another face begins to the right of a pixel or below it.
             const std::uint32_t right = faces[std::min(column + 1, _grid.width - 1)];
             if (_options.drawEdges && (face != right || face != below[column]))
-                pixels[column] = edgeOver(pixels[column]);
+                pixels[column] = edgeOver(shade(face, column, row));
+            else
+                pixels[column] = face == noFace ? _empty : shade(face, column, row);
         }
     }
 
@@ -120,7 +121,7 @@ private:
     PreviewLamps _lamps;
     SampleGrid _grid;
     const std::uint32_t* _faces;
-    std::uint32_t _background, _unshaded, _edges;
+    std::uint32_t _background, _empty, _unshaded, _edges;
 };
 
 } // namespace
@@ -153,7 +154,7 @@ PreviewPicture DrawWires(base::Span<const PictureItem> items, const PictureCamer
     const Projection projection(meshes, camera, {options.width, options.height});
     PreviewPicture picture{options.width, options.height, {}};
     picture.pixels.resize(static_cast<std::size_t>(options.width) * static_cast<std::size_t>(options.height),
-                          Packed(options.background));
+                          options.emptyPixel.value_or(Packed(options.background)));
     DrawEdges(projection, Packed(options.edges), picture.pixels);
     return picture;
 }

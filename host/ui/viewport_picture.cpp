@@ -22,8 +22,8 @@ using geometry::Vec3f;
 
 namespace {
 
-/// No light makes it of any surface's colour.
-const QColor nothing(0, 0, 1);
+/// Transparent, as nothing is that is drawn.
+constexpr QRgb nothing = 0;
 
 QImage ImageOf(geometry::PreviewPicture picture)
 {
@@ -50,13 +50,13 @@ geometry::Box3f ToBox(const DzBox3& box)
 }
 
 /// Puts the ground where nothing was drawn.
-void LayOver(QImage& ground, const QImage& drawn, QRgb left)
+void LayOver(QImage& ground, const QImage& drawn)
 {
     for (int row = 0; row < ground.height(); ++row) {
         auto* const to = reinterpret_cast<QRgb*>(ground.scanLine(row));
         const auto* const from = reinterpret_cast<const QRgb*>(drawn.constScanLine(row));
         for (int column = 0; column < ground.width(); ++column)
-            if (from[column] != left)
+            if (from[column] != nothing)
                 to[column] = from[column];
     }
 }
@@ -201,7 +201,9 @@ geometry::PreviewOptions ViewportPicture::optionsFor(const DrawMethod& method, c
     options.drawEdges = method.drawsEdges;
     options.width = size.width();
     options.height = size.height();
-    options.background = Bytes(_showsGround ? nothing : colors.background);
+    options.background = Bytes(colors.background);
+    if (_showsGround)
+        options.emptyPixel = nothing;
     options.unshaded = Bytes(colors.background);
     if (!method.isShaded)
         options.edges = Bytes(colors.lines);
@@ -221,7 +223,7 @@ QImage ViewportPicture::drawPart(Part& part, const PictureCamera& camera, const 
         image = ImageOf(DrawWires(sceneOf(part).items, own, options));
     } else {
         image = QImage(size, QImage::Format_RGB32);
-        image.fill(_showsGround ? nothing : CurrentViewColors().background);
+        image.fill(_showsGround ? nothing : CurrentViewColors().background.rgb());
     }
     if (_showsGround)
         image = overGround(std::move(image), camera);
@@ -249,7 +251,7 @@ QImage ViewportPicture::overGround(QImage drawn, const PictureCamera& camera) co
     const bool isAbove = camera.eye.y >= 0.0f;
     if (isAbove)
         drawGround();
-    LayOver(ground, drawn, nothing.rgb());
+    LayOver(ground, drawn);
     if (!isAbove)
         drawGround();
     return ground;

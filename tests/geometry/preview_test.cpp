@@ -146,6 +146,24 @@ TEST(DrawPreview, hides_lines_behind_a_surface_that_it_does_not_shade)
     EXPECT_EQ(CountOf(lines, options.edges) + CountOf(lines, options.background), pixels);
 }
 
+TEST(DrawPreview, leaves_out_what_is_empty_and_nothing_else)
+{
+    const BallFixture fixture;
+    PreviewOptions options = Small();
+    options.drawEdges = true;
+    const PreviewPicture whole = DrawPreview(fixture.stage, fixture.camera, options);
+    options.emptyPixel = 0;
+    const PreviewPicture cut = DrawPreview(fixture.stage, fixture.camera, options);
+    std::size_t empty = 0;
+    for (std::size_t i = 0; i < whole.pixels.size(); ++i) {
+        empty += cut.pixels[i] == 0;
+        if (cut.pixels[i] != 0) {
+            EXPECT_EQ(cut.pixels[i], whole.pixels[i]) << i;
+        }
+    }
+    EXPECT_EQ(empty, CountOf(whole, options.background));
+}
+
 TEST(DrawPreview, shows_an_empty_stage_as_background)
 {
     const PictureStage stage({});

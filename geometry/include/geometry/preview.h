@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace geometry {
@@ -30,6 +31,8 @@ struct PreviewOptions {
     int width = 640, height = 480; ///< pixels, 1 to 16384
     std::array<std::uint8_t, 3> background{58, 60, 64}, edges{20, 22, 24};
     std::array<std::uint8_t, 3> unshaded{58, 60, 64}; ///< of faces without shading
+    /// Where nothing is drawn, for what is laid beneath; the background where unset.
+    std::optional<std::uint32_t> emptyPixel;
 };
 
 struct PreviewPicture {
