@@ -68,11 +68,14 @@ bool BringsColor(const QWidget& widget)
     return widget.styleSheet().contains(QLatin1String("color:"));
 }
 
+/// Also takes the dark ground back once the colour has gone.
 void SetGround(QWidget& widget)
 {
-    if (!BringsColor(widget))
+    constexpr const char* mark = "openhostDarkAmongLight";
+    const bool isDarkAmongLight = current == Look::Light && BringsColor(widget);
+    if (isDarkAmongLight == widget.property(mark).toBool())
         return;
-    const bool isDarkAmongLight = current == Look::Light;
+    widget.setProperty(mark, isDarkAmongLight);
     widget.setPalette(isDarkAmongLight ? DarkPalette() : QPalette());
     if (qobject_cast<QLabel*>(&widget))
         widget.setAutoFillBackground(isDarkAmongLight);
@@ -91,8 +94,7 @@ public:
     void polish(QWidget* widget) override
     {
         QProxyStyle::polish(widget);
-        if (current == Look::Light)
-            SetGround(*widget);
+        SetGround(*widget);
     }
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override

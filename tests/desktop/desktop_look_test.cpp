@@ -266,6 +266,24 @@ TEST_F(DesktopLook, gives_widgets_with_a_colour_of_their_own_the_ground_for_it)
     });
 }
 
+TEST_F(DesktopLook, takes_the_ground_back_with_the_colour)
+{
+    start();
+    take(openhost::Look::Light);
+    QWidget box;
+    QLabel label(QStringLiteral("Vendor Name"), &box);
+    label.setStyleSheet(QStringLiteral("QLabel { color:#FF9933; }"));
+    box.show();
+    QCoreApplication::processEvents();
+    const auto groundOf = [&label] { return Luminance(label.grab().toImage().pixel(0, 0)); };
+    ASSERT_LT(groundOf(), 0.1);
+    label.setStyleSheet(QString());
+    QCoreApplication::processEvents();
+    EXPECT_GT(groundOf(), 0.7);
+    EXPECT_FALSE(label.autoFillBackground());
+    EXPECT_LT(Luminance(label.palette().color(QPalette::WindowText).rgb()), 0.1);
+}
+
 TEST_F(DesktopLook, changes_icons_that_were_made_before)
 {
     start();
