@@ -161,8 +161,9 @@ void DzCamera::orbit(float turn, float tilt)
 
 void DzCamera::orbitAbout(const DzVec3& point, float turn, float tilt)
 {
-    constexpr double steepest = 89.0 * degree;
     const geometry::Vec3f forward = Forward(*this);
+    // Whoever looks down more steeply already does not jump.
+    const double steepest = std::max(89.0 * degree, std::abs(TiltOf(forward)));
     const double newTurn = TurnOf(forward) + double(turn) * degree;
     const double newTilt = std::clamp(TiltOf(forward) + double(tilt) * degree, -steepest, steepest);
     const geometry::PictureCamera before = openhost::OpticsOf(*this, 1.0f);

@@ -43,7 +43,8 @@ struct Dz3DViewport::Impl {
     openhost::ViewportPicture picture;
     QPoint pressed, last;
     bool isDragging = false;
-    DzVec3 held; ///< what the camera turns about
+    bool hasFramed = false; ///< by the press that is not released yet
+    DzVec3 held;            ///< what the camera turns about
 
     geometry::PictureCamera optics(const QSize& size) const
     {
@@ -175,7 +176,7 @@ void Dz3DViewport::paintEvent(QPaintEvent*)
 void Dz3DViewport::mousePressEvent(QMouseEvent* event)
 {
     _impl->pressed = _impl->last = event->pos();
-    _impl->isDragging = false;
+    _impl->isDragging = _impl->hasFramed = false;
     if (DzViewportMgr* const manager = ManagerOf(*this))
         manager->setActiveViewport(qobject_cast<DzViewport*>(parentWidget()));
 }
@@ -223,22 +224,27 @@ void Dz3DViewport::mouseReleaseEvent(QMouseEvent* event)
 {
     const DzViewportMgr* const manager = ManagerOf(*this);
     DzViewTool* const tool = manager ? manager->getActiveTool() : nullptr;
-    if (!_impl->isDragging && tool && event->button() == Qt::LeftButton)
+    // After framing something else is under the pointer than what was clicked.
+    const bool isClick = !_impl->isDragging && !_impl->hasFramed;
+    if (isClick && tool && event->button() == Qt::LeftButton)
         tool->clicked(*this, event->pos(), (event->modifiers() & Qt::ControlModifier) != 0);
 }
 
 void Dz3DViewport::mouseDoubleClickEvent(QMouseEvent* event)
 {
+    mousePressEvent(event); // which it comes instead of
     if (event->button() != Qt::LeftButton)
         return;
-    if (const DzNode* const node = findNodeAt(event->pos()))
+    if (const DzNode* const node = findNodeAt(event->pos())) {
         openhost::FrameInView(*this, openhost::BoxInView(*this, *node));
+        _impl->hasFramed = true;
+    }
 }
 
 void Dz3DViewport::wheelEvent(QWheelEvent* event)
 {
     constexpr double notch = 120.0, nearer = 0.9;
-    if (!_impl->camera)
+    if (!_impl->camera || event->angleDelta().y() == 0) // turned sideways
         return;
     const auto factor = float(std::pow(nearer, double(event->angleDelta().y()) / notch));
     const QPoint pointer = event->position().toPoint();

@@ -107,6 +107,15 @@ protected:
         const geometry::Vec3f place = ray.origin + ray.direction * along;
         return DzVec3(place.x, place.y, place.z);
     }
+    /// Darker than edges over the background.
+    static int darkPixels(const QImage& image)
+    {
+        int dark = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                dark += image.pixelColor(x, y).lightness() < 35;
+        return dark;
+    }
     static float distance(const DzVec3& a, const DzVec3& b) { return (a - b).length(); }
 
     DzMainWindow* window = nullptr;
@@ -159,6 +168,58 @@ TEST_F(ViewportMouseTest, frames_what_is_clicked_twice)
     EXPECT_LT(distance(camera->getWSPos(), place), 1e-3f) << "nothing is there to be framed";
 }
 
+TEST_F(ViewportMouseTest, keeps_the_selection_when_it_frames_what_is_clicked_twice)
+{
+    camera->dolly(4.0f);
+    QPoint at = view->rect().center();
+    for (int i = 0; i < 100 && at.x() > view->width() / 10; ++i) {
+        camera->pan(10.0f, 0.0f);
+        while (at.x() > 0 && view->findNodeAt(at) != box)
+            at.rx() -= 1;
+    }
+    ASSERT_EQ(view->findNodeAt(at), box) << "near the left edge";
+    click(at);
+    ASSERT_EQ(dzScene->getPrimarySelection(), box);
+    send(QEvent::MouseButtonDblClick, at, Qt::LeftButton, Qt::LeftButton);
+    ASSERT_NE(view->findNodeAt(at), box) << "something else is there afterwards";
+    send(QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(dzScene->getPrimarySelection(), box);
+    click(at);
+    EXPECT_EQ(dzScene->getNumSelectedNodes(), 0) << "the next click is one again";
+}
+
+TEST_F(ViewportMouseTest, drags_on_from_where_it_was_clicked_twice)
+{
+    send(QEvent::MouseButtonDblClick, QPoint(10, 10), Qt::LeftButton, Qt::LeftButton);
+    const DzVec3 place = camera->getWSPos();
+    send(QEvent::MouseMove, QPoint(12, 11), Qt::NoButton, Qt::LeftButton);
+    EXPECT_LT(distance(camera->getWSPos(), place), 1e-3f) << "a small wobble";
+}
+
+TEST_F(ViewportMouseTest, does_not_mind_a_wheel_that_is_turned_sideways)
+{
+    const float focus = camera->getFocalDistance();
+    const QPoint at = view->rect().center();
+    QWheelEvent event(QPointF(at), view->mapToGlobal(at), QPoint(), QPoint(120, 0), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(view, &event);
+    EXPECT_EQ(camera->getFocalDistance(), focus);
+}
+
+TEST_F(ViewportMouseTest, turns_on_from_the_steepest_view_without_a_jump)
+{
+    camera->lookAlong(DzVec3(0.0f, -1.0f, -0.001f));
+    const DzVec3 place = camera->getWSPos();
+    const auto moved = [&] { return distance(camera->getWSPos(), place) / camera->getFocalDistance(); };
+    camera->orbit(0.0f, -0.4f);
+    EXPECT_LT(moved(), 1e-3f) << "no steeper than it is";
+    camera->orbit(0.0f, 0.4f);
+    EXPECT_NEAR(moved(), 0.4f * 3.14159f / 180.0f, 1e-3f);
+    camera->orbit(0.0f, 10.0f);
+    camera->orbit(0.0f, -40.0f);
+    EXPECT_GT(moved(), 0.9f * 3.14159f / 180.0f) << "by the mouse, no steeper than 89 degrees";
+}
+
 TEST_F(ViewportMouseTest, finds_under_each_pixel_what_a_traced_ray_meets)
 {
     auto* const behind = new DzNode;
@@ -192,6 +253,11 @@ TEST_F(ViewportMouseTest, shows_the_ground_behind_what_stands_on_it)
     view->setUserDrawStyle(QStringLiteral("Hidden Line"));
     EXPECT_EQ(view->grab().toImage().pixelColor(middle + QPoint(3, 3)), QColor(58, 60, 64))
         << "faces without shading hide it too";
+    openhost::ShowGround(*view, false);
+    view->setUserDrawStyle(QStringLiteral("Wire Shaded"));
+    const QImage plain = view->grab().toImage();
+    openhost::ShowGround(*view, true);
+    EXPECT_EQ(darkPixels(view->grab().toImage()), darkPixels(plain)) << "no outline is darker than it was";
     openhost::ShowGround(*view, false);
     view->setUserDrawStyle(QStringLiteral("Smooth Shaded"));
     EXPECT_EQ(view->grab().toImage(), without);
