@@ -16,7 +16,7 @@
 
 namespace {
 
-/// The picture's shape in one colour, in the middle and not larger than it is.
+/// The picture's shape in one colour, in the middle and as large as there is room.
 void DrawTinted(QPainter& painter, const QRect& rect, const QPixmap& shape, const QColor& color)
 {
     QPixmap tinted(shape);
@@ -25,11 +25,18 @@ void DrawTinted(QPainter& painter, const QRect& rect, const QPixmap& shape, cons
         tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
         tint.fillRect(tinted.rect(), color);
     }
-    const QSize size = tinted.size().scaled(rect.size().boundedTo(tinted.size()), Qt::KeepAspectRatio);
+    const QSize size = tinted.size().scaled(rect.size(), Qt::KeepAspectRatio);
     const QRect place(rect.x() + (rect.width() - size.width()) / 2,
                       rect.y() + (rect.height() - size.height()) / 2, size.width(), size.height());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawPixmap(place, tinted);
+}
+
+/// One of the style's own pictures with all the pixels of a place; none for other names.
+QPixmap OwnPicture(const QString& name, const QRect& rect, const QPainter& painter)
+{
+    const double pixels = painter.device()->devicePixelRatioF() * qMin(rect.width(), rect.height());
+    return openhost::DrawStylePicture(name, qMax(1, qRound(pixels)));
 }
 
 } // namespace
@@ -42,11 +49,12 @@ bool DzStyle::setStyledIcon(QAbstractButton* button, const QString& pixmapName) 
     const QPixmap shape = standardPixmap(pixmapName);
     if (!button || shape.isNull())
         return false;
-    button->setIcon(
-        openhost::MakePaletteIcon([shape](QPainter& painter, const QRect& rect, const QPalette& palette,
-                                          QPalette::ColorGroup group, QIcon::State) {
-            DrawTinted(painter, rect, shape, palette.color(group, QPalette::ButtonText));
-        }));
+    button->setIcon(openhost::MakePaletteIcon([shape, pixmapName](QPainter& painter, const QRect& rect,
+                                                                  const QPalette& palette,
+                                                                  QPalette::ColorGroup group, QIcon::State) {
+        const QPixmap own = OwnPicture(pixmapName, rect, painter);
+        DrawTinted(painter, rect, own.isNull() ? shape : own, palette.color(group, QPalette::ButtonText));
+    }));
     return true;
 }
 

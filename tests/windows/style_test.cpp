@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
+#include <QPainter>
 #include <QSignalSpy>
 #include <QStyle>
 #include <QToolButton>
@@ -16,6 +17,16 @@ namespace {
 
 class StyleTest : public HostTest {
 protected:
+    static QRect inkOf(const QPixmap& picture)
+    {
+        const QImage image = picture.toImage();
+        QRegion ink;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                if (qAlpha(image.pixel(x, y)) > 64)
+                    ink += QRect(x, y, 1, 1);
+        return ink.boundingRect();
+    }
     const DzStyle& style = *dzApp->getStyle();
 };
 
@@ -42,6 +53,26 @@ TEST_F(StyleTest, tints_a_pictures_shape_with_the_buttons_text_colours)
             }
         }
         EXPECT_GT(opaque, 0);
+    }
+}
+
+/// Which asks for the picture of a place with twice its pixels.
+TEST_F(StyleTest, fills_the_place_of_an_icon_on_a_dense_screen_too)
+{
+    for (const char* const name : {":/bootstrap/24/magic.png", "add", "restore"}) {
+        QToolButton button;
+        ASSERT_TRUE(style.setStyledIcon(&button, QLatin1String(name)));
+        const QRect once = inkOf(button.icon().pixmap(24, 24)), twice = inkOf(button.icon().pixmap(48, 48));
+        EXPECT_NEAR(twice.width(), 2 * once.width(), 3) << name;
+        EXPECT_NEAR(twice.height(), 2 * once.height(), 3) << name;
+        EXPECT_GT(twice.width(), 24) << name;
+        QPixmap dense(48, 48);
+        dense.setDevicePixelRatio(2.0);
+        dense.fill(Qt::transparent);
+        QPainter painter(&dense);
+        button.icon().paint(&painter, QRect(0, 0, 24, 24));
+        painter.end();
+        EXPECT_NEAR(inkOf(dense).width(), twice.width(), 2) << name;
     }
 }
 
