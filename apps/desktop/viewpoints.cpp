@@ -7,6 +7,7 @@
 
 #include <dz3dviewport.h>
 #include <dzcamera.h>
+#include <dzmatrix3.h>
 #include <dzscene.h>
 #include <dzskeleton.h>
 #include <geometry/picture_box.h>
@@ -56,6 +57,15 @@ DzSkeleton* FigureToLookAt()
     return nullptr;
 }
 
+/// Into the figure's face. A camera that looks straight up or down has the figure's head above.
+DzVec3 DirectionToFace(const DzNode& figure)
+{
+    const DzMatrix3 turned = figure.getWSTransform();
+    const DzVec3 direction = turned.multVec(DzVec3(0.0f, 0.0f, -1.0f)).normalized();
+    const DzVec3 up = turned.multVec(DzVec3(0.0f, 1.0f, 0.0f)).normalized();
+    return direction - up * (0.001f * direction.m_y);
+}
+
 } // namespace
 
 ViewpointsMenu::ViewpointsMenu(Dz3DViewport& view) : QMenu(tr("&View From")), _view(&view)
@@ -92,7 +102,7 @@ void ViewpointsMenu::lookAtFace()
     DzBox3 box(DzVec3(head.min.x, head.min.y, head.min.z), DzVec3(head.max.x, head.max.y, head.max.z));
     // Where the view shows the figure.
     box.translate(openhost::BoxInView(*_view, *figure).getMin() - figure->getWSBoundingBox().getMin());
-    _view->getCamera()->lookAlong(DzVec3(0.0f, 0.0f, -1.0f));
+    _view->getCamera()->lookAlong(DirectionToFace(*figure));
     openhost::FrameInView(*_view, box);
 }
 
