@@ -24,6 +24,7 @@ const QLatin1String geometryKey("window_geometry");
 const QLatin1String rigKey("adjust_rig");
 const QLatin1String groundKey("view_ground");
 const QLatin1String viewButtonsKey("view_buttons");
+const QLatin1String viewStyleKey("view_style");
 const QLatin1String lookKey("light_look");
 const QLatin1String docksKey("window_docks");
 const QLatin1String jobCellsKey("job_settings");
@@ -121,7 +122,8 @@ ViewChoices RememberedViewChoices()
     const DzAppSettings settings(group);
     const ViewChoices usual;
     return {settings.getBoolValue(groundKey, usual.showsGround),
-            settings.getBoolValue(viewButtonsKey, usual.showsButtons)};
+            settings.getBoolValue(viewButtonsKey, usual.showsButtons),
+            settings.getStringValue(viewStyleKey, usual.drawStyle)};
 }
 
 void RememberViewChoices(const ViewChoices& choices)
@@ -129,6 +131,7 @@ void RememberViewChoices(const ViewChoices& choices)
     DzAppSettings settings(group);
     settings.setBoolValue(groundKey, choices.showsGround);
     settings.setBoolValue(viewButtonsKey, choices.showsButtons);
+    settings.setStringValue(viewStyleKey, choices.drawStyle);
 }
 
 bool RememberedLightLook()

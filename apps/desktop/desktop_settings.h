@@ -36,10 +36,11 @@ void RememberOwnPreferences(const OwnPreferences& preferences);
 bool RememberedRigAdjusting();
 void RememberRigAdjusting(bool isWanted);
 
-/// What stands in the view besides the scene.
+/// What stands in the view besides the scene, and how the scene is drawn.
 struct ViewChoices {
     bool showsGround = false;
     bool showsButtons = true;
+    QString drawStyle; ///< its description; empty for the view's own
 };
 ViewChoices RememberedViewChoices();
 void RememberViewChoices(const ViewChoices& choices);

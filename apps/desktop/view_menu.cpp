@@ -99,6 +99,8 @@ void ViewMenu::addExtras()
     QAction* const help = addAction(tr("&Mouse and Keys"));
     help->setShortcut(Qt::SHIFT + Qt::Key_F1);
     _mouseHelp = MakeMouseHelp(*view(), *help, *this);
+    if (!choices.drawStyle.isEmpty())
+        view()->setUserDrawStyle(choices.drawStyle);
     showExtras();
 }
 
@@ -108,7 +110,14 @@ void ViewMenu::showExtras()
         return;
     openhost::ShowGround(*view(), _ground->isChecked());
     _viewButtons->setVisible(_buttons->isChecked());
-    RememberViewChoices({_ground->isChecked(), _buttons->isChecked()});
+    remember();
+}
+
+void ViewMenu::remember() const
+{
+    const DzDrawStyle* const style = view()->getDrawStyle();
+    RememberViewChoices(
+        {_ground->isChecked(), _buttons->isChecked(), style ? style->getDescription() : QString()});
 }
 
 void ViewMenu::addStyles()
@@ -142,8 +151,10 @@ void ViewMenu::watchViewport()
 
 void ViewMenu::setStyle(QAction* entry)
 {
-    if (view())
-        view()->setUserDrawStyle(entry->data().toString());
+    if (!view())
+        return;
+    view()->setUserDrawStyle(entry->data().toString());
+    remember();
 }
 
 void ViewMenu::showStyle()

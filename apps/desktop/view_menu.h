@@ -46,6 +46,7 @@ private slots:
 private:
     void addExtras();
     void addStyles();
+    void remember() const;
     Dz3DViewport* view() const;
 
     DzMainWindow& _window;

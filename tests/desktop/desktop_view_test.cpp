@@ -193,6 +193,39 @@ TEST_F(DesktopView, shows_the_ground_by_choice_and_remembers_it)
     EXPECT_FALSE(desktop::RememberedViewChoices().showsGround);
 }
 
+TEST_F(DesktopView, remembers_how_the_scene_is_drawn)
+{
+    start();
+    entry("Wireframe")->trigger();
+    desktop.reset();
+    view().setUserDrawStyle(QStringLiteral("Smooth Shaded"));
+    desktop.reset(new desktop::DesktopWindow(attendant));
+    EXPECT_EQ(checkedStyles(), QStringList(QStringLiteral("Wireframe")));
+    entry("Ground Grid")->trigger();
+    EXPECT_EQ(desktop::RememberedViewChoices().drawStyle.toStdString(), "Wireframe");
+    entry("Smooth Shaded")->trigger();
+    EXPECT_EQ(desktop::RememberedViewChoices().drawStyle.toStdString(), "Smooth Shaded");
+}
+
+TEST_F(DesktopView, looks_into_the_face_of_a_figure_however_it_lies)
+{
+    start();
+    DzFigure& figure = openFigure(sourceFile);
+    const auto place = [] {
+        QTest::keyClick(&window(), Qt::Key_7, Qt::AltModifier);
+        return (view().getCamera()->getWSPos() - view().getCamera()->getFocalPoint()) * (1.0f / distance());
+    };
+    EXPECT_LT((place() - DzVec3(0, 0, 1)).length(), 0.01f);
+    figure.getYRotControl()->setValue(90.0f);
+    EXPECT_LT((place() - DzVec3(1, 0, 0)).length(), 0.01f) << "before the face";
+    figure.getYRotControl()->setValue(0.0f);
+    figure.getXRotControl()->setValue(-90.0f); // on its back
+    EXPECT_LT((place() - DzVec3(0, 1, 0)).length(), 0.01f);
+    const DzVec3 face = view().getCamera()->getFocalPoint();
+    view().getCamera()->pan(0.0f, 10.0f);
+    EXPECT_NEAR(view().getCamera()->getFocalPoint().m_z, face.m_z - 10.0f, 0.1f) << "with the head above";
+}
+
 TEST_F(DesktopView, tells_what_mouse_and_keys_do_when_asked)
 {
     start();
