@@ -394,6 +394,7 @@ void DzSlider::openEditor()
     if (!_impl->editor) {
         _impl->editor = new QLineEdit(this);
         _impl->editor->setAlignment(Qt::AlignRight);
+        _impl->editor->setLayoutDirection(Qt::LeftToRight);
         _impl->editor->installEventFilter(this);
     }
     emit editStart();

@@ -125,6 +125,8 @@ void PaintText(QPainter& painter, const QWidget& slider, const SliderLook& look,
         ink = colours.palette.color(colours.group, QPalette::Text);
     }
     painter.setPen(ink);
+    // Numbers and their units read from left to right in every language.
+    painter.setLayoutDirection(Qt::LeftToRight);
     const QRect room = parts.text.adjusted(gap, 0, -gap, 0);
     painter.drawText(room, Qt::AlignVCenter | Qt::AlignRight,
                      slider.fontMetrics().elidedText(look.text, Qt::ElideLeft, room.width()));
