@@ -13,14 +13,14 @@ namespace desktop {
 
 namespace {
 
-/// File and Edit come first and Help comes last; what plug-ins bring stands between.
+/// File and Edit come first and Help comes last; what plug-ins bring stands between. The host's menus are
+/// told apart by their data, since titles are translated.
 int Rank(const QAction* menu)
 {
-    const QString title = menu->text().remove(QLatin1Char('&'));
     const QStringList order{QStringLiteral("File"),   QStringLiteral("Edit"),
                             QStringLiteral("View"),   QString(),
                             QStringLiteral("Window"), QStringLiteral("Help")};
-    const int place = order.indexOf(title);
+    const int place = order.indexOf(menu->data().toString());
     return place >= 0 ? place : order.indexOf(QString());
 }
 
@@ -53,6 +53,8 @@ void ArrangeMenus(QMainWindow& window, QMenu& view, QMenu& panes)
     QMenuBar& bar = *window.menuBar();
     for (const QAction* const menu : bar.actions())
         Divide(*menu->menu());
+    view.menuAction()->setData(QStringLiteral("View"));
+    panes.menuAction()->setData(QStringLiteral("Window"));
     QList<QAction*> menus = bar.actions() + QList<QAction*>{view.menuAction(), panes.menuAction()};
     std::stable_sort(menus.begin(), menus.end(),
                      [](const QAction* a, const QAction* b) { return Rank(a) < Rank(b); });

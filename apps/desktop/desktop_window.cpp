@@ -284,7 +284,8 @@ void DesktopWindow::addActions()
         [] { dzScene->selectAllNodes(false); });
     addRigChoice();
     add({QT_TRANSLATE_NOOP("desktop::MenuAction", "&Preferences..."),
-         QT_TRANSLATE_NOOP("desktop::MenuAction", "Content folders, author, units, memory and threads."),
+         QT_TRANSLATE_NOOP("desktop::MenuAction",
+                           "Content folders, author, units, memory, threads and language."),
          "&Edit", QKeySequence(), true},
         [this] { choosePreferences(); });
     add({QT_TRANSLATE_NOOP("desktop::MenuAction", "Gantrel &Manual"),

@@ -4,6 +4,7 @@
 #include "desktop_attendant.h"
 #include "desktop_options.h"
 #include "desktop_window.h"
+#include "languages.h"
 #include "large_arrays.h"
 #include "openhost/openhost.h"
 #include "program_folders.h"
@@ -12,6 +13,7 @@
 #include <cstdio>
 #include <iostream>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QGuiApplication>
 #include <QStandardPaths>
@@ -56,6 +58,8 @@ int main(int argc, char** argv)
     hostOptions.headless = false;
     hostOptions.documentationPath = QString::fromStdString(app::DocumentationFolder().u8string());
     hostOptions.logFilename = LogFile();
+    // The host makes the first windows as soon as there is an application.
+    qAddPreRoutine([] { desktop::Translate(desktop::RememberedLanguage()); });
     openhost::OpenHost host(argc, argv, hostOptions);
     std::setlocale(LC_NUMERIC, "C");
     // What a desktop without window names tells windows' programs by.

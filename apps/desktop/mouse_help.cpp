@@ -18,10 +18,9 @@ namespace desktop {
 
 namespace {
 
-QString Text(const char* text)
-{
-    return QCoreApplication::translate("desktop::MouseHelp", text);
-}
+struct MouseHelp {
+    Q_DECLARE_TR_FUNCTIONS(MouseHelp)
+};
 
 QString Row(const QString& what, const QString& does)
 {
@@ -44,12 +43,16 @@ QString KeyRows(const QMenu& menu)
 QString Table(const QMenu& menu)
 {
     return QStringLiteral("<table>") +
-           Row(Text("Left button"), Text("Turns the view about the place that you hold")) +
-           Row(Text("Middle or right button"), Text("Moves the view up, down and sideways")) +
-           Row(Text("Wheel"), Text("Comes nearer to what is under the pointer, or goes farther away")) +
-           Row(Text("Click"), Text("Selects the figure under the pointer; with Ctrl, one more")) +
-           Row(Text("Double click"), Text("Brings the figure under the pointer into view")) + KeyRows(menu) +
-           QStringLiteral("</table>");
+           Row(MouseHelp::tr("Left button"), MouseHelp::tr("Turns the view about the place that you hold")) +
+           Row(MouseHelp::tr("Middle or right button"),
+               MouseHelp::tr("Moves the view up, down and sideways")) +
+           Row(MouseHelp::tr("Wheel"),
+               MouseHelp::tr("Comes nearer to what is under the pointer, or goes farther away")) +
+           Row(MouseHelp::tr("Click"),
+               MouseHelp::tr("Selects the figure under the pointer; with Ctrl, one more")) +
+           Row(MouseHelp::tr("Double click"),
+               MouseHelp::tr("Brings the figure under the pointer into view")) +
+           KeyRows(menu) + QStringLiteral("</table>");
 }
 
 } // namespace
@@ -58,9 +61,9 @@ QWidget* MakeMouseHelp(QWidget& view, QAction& entry, const QMenu& menu)
 {
     auto* const help = new Overlay(view, Qt::AlignCenter);
     help->setObjectName(QStringLiteral("MouseHelp"));
-    help->setAccessibleName(Text("Mouse and keys"));
+    help->setAccessibleName(MouseHelp::tr("Mouse and keys"));
     auto* const text = new QTextBrowser;
-    text->setAccessibleName(Text("Mouse and keys"));
+    text->setAccessibleName(MouseHelp::tr("Mouse and keys"));
     text->setHtml(Table(menu));
     text->setFrameShape(QFrame::NoFrame);
     const int character = help->fontMetrics().averageCharWidth(), line = help->fontMetrics().lineSpacing();

@@ -4,6 +4,7 @@
 #include <tbb/global_control.h> // before the toolkit, which makes "emit" a word of its own
 
 #include "desktop_settings.h"
+#include "languages.h"
 #include "openhost/content_pictures.h"
 #include "picture_drawing.h"
 #include "preferences.h"
@@ -101,6 +102,7 @@ Preferences RememberedPreferences(QStringList* troubles)
     const OwnPreferences own = RememberedOwnPreferences();
     all.lengths = openhost::LengthUnit(std::clamp(own.lengthUnit, 0, int(openhost::LengthUnit::Inch)));
     all.pictureCacheMiB = std::clamp(own.pictureCacheMiB, 1, mostPictureCacheMiB);
+    all.language = RememberedLanguage();
     return all;
 }
 
@@ -117,6 +119,9 @@ QStringList RememberPreferences(const Preferences& before, const Preferences& no
     if (now.threads != before.threads)
         Keep("threads", {now.threads > 0 ? QString::number(now.threads) : QString()}, troubles);
     RememberOwnPreferences({int(now.lengths), now.pictureCacheMiB});
+    const QString trouble = now.language != before.language ? RememberLanguage(now.language) : QString();
+    if (!trouble.isEmpty())
+        troubles.append(trouble);
     return troubles;
 }
 

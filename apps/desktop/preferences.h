@@ -17,7 +17,8 @@ struct Preferences {
     DzAuthor author; ///< without a name as long as nobody gave one
     openhost::LengthUnit lengths = openhost::LengthUnit::Centimetre;
     int pictureCacheMiB = 64;
-    int threads = 0; ///< processors to keep busy; 0 for all
+    int threads = 0;  ///< processors to keep busy; 0 for all
+    QString language; ///< from the next start; as RememberedLanguage has it
 };
 
 constexpr int mostPictureCacheMiB = 4096;

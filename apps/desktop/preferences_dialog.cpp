@@ -4,6 +4,7 @@
 #include "preferences_dialog.h"
 
 #include "folders_editor.h"
+#include "languages.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -12,17 +13,20 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QLocale>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStackedWidget>
 #include <QThread>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace desktop {
 
 namespace {
 
-enum Page { Folders, Author, Units, Memory, Threads, count };
+enum Page { Folders, Author, Units, Memory, Threads, Language, count };
 
 QLabel* MakeText(const QString& text)
 {
@@ -47,6 +51,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent, const Preferences& prefere
     addUnits();
     addMemory();
     addThreads();
+    addLanguage();
     for (int page = 0; page < Page::count; ++page)
         fill(preferences, page);
     _titles->setFixedWidth(_titles->sizeHintForColumn(0) + 4 * fontMetrics().averageCharWidth());
@@ -137,6 +142,21 @@ void PreferencesDialog::addThreads()
     tellVariable(form, "threads", *_threads);
 }
 
+void PreferencesDialog::addLanguage()
+{
+    QFormLayout& form = *addPage(
+        tr("Language"), tr("The language of windows and messages. It holds from the next start of Gantrel."));
+    _language = new QComboBox;
+    _language->setObjectName(QStringLiteral("Language"));
+    _language->addItem(tr("System"), QString());
+    // By their own names, which people find who cannot read the others.
+    for (const QString& code : QStringList(QStringLiteral("en")) + TranslatedLanguages())
+        _language->addItem(code == QLatin1String("en") ? QStringLiteral("English")
+                                                       : QLocale(code).nativeLanguageName(),
+                           code);
+    form.addRow(tr("&Language:"), _language);
+}
+
 QLineEdit* PreferencesDialog::addLine(QFormLayout& form, const QString& label, const char* name)
 {
     auto* const line = new QLineEdit;
@@ -176,6 +196,9 @@ void PreferencesDialog::fill(const Preferences& preferences, int page)
     case Page::Threads:
         _threads->setValue(preferences.threads);
         break;
+    case Page::Language:
+        _language->setCurrentIndex(std::max(0, _language->findData(preferences.language)));
+        break;
     default:
         break;
     }
@@ -203,6 +226,7 @@ Preferences PreferencesDialog::preferences() const
     chosen.lengths = openhost::LengthUnit(_lengths->currentIndex());
     chosen.pictureCacheMiB = _cache->value();
     chosen.threads = _threads->value();
+    chosen.language = _language->currentData().toString();
     return chosen;
 }
 

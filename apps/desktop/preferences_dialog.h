@@ -38,6 +38,7 @@ private:
     void addUnits();
     void addMemory();
     void addThreads();
+    void addLanguage();
     QLineEdit* addLine(QFormLayout& form, const QString& label, const char* name);
     void tellVariable(QFormLayout& form, const char* setting, QWidget& field);
     void fill(const Preferences& preferences, int page);
@@ -51,6 +52,7 @@ private:
     QComboBox* _lengths = nullptr;
     QSpinBox* _cache = nullptr;
     QSpinBox* _threads = nullptr;
+    QComboBox* _language = nullptr;
 };
 
 } // namespace desktop

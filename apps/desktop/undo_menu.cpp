@@ -14,9 +14,9 @@ namespace desktop {
 namespace {
 
 /// Labels may hold what a menu takes for an underlined letter.
-QString Named(const QString& word, QString caption)
+QString AsEntry(QString caption)
 {
-    return caption.isEmpty() ? word : word + QLatin1Char(' ') + caption.replace('&', QLatin1String("&&"));
+    return caption.replace('&', QLatin1String("&&"));
 }
 
 } // namespace
@@ -39,9 +39,11 @@ void UndoMenu::update()
 {
     if (!_undo)
         return;
-    _undo->setText(Named(tr("&Undo"), dzUndoStack->getUndoCaption()));
+    const QString undo = AsEntry(dzUndoStack->getUndoCaption()),
+                  redo = AsEntry(dzUndoStack->getRedoCaption());
+    _undo->setText(undo.isEmpty() ? tr("&Undo") : tr("&Undo %1").arg(undo));
     _undo->setEnabled(dzUndoStack->canUndo());
-    _redo->setText(Named(tr("&Redo"), dzUndoStack->getRedoCaption()));
+    _redo->setText(redo.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(redo));
     _redo->setEnabled(dzUndoStack->canRedo());
     if (dzUndoStack->canUndo())
         forgetRestart();

@@ -66,7 +66,8 @@ QString Enumerated(const QStringList& names)
         quoted.append(QStringLiteral("\u201C%1\u201D").arg(names[i]));
     QString all = quoted.join(QLatin1String(", "));
     if (shown < names.size())
-        all += QCoreApplication::translate("UnsavedMorphs", " and %1 more").arg(names.size() - shown);
+        all +=
+            QCoreApplication::translate("desktop::UnsavedMorphs", " and %1 more").arg(names.size() - shown);
     return all;
 }
 

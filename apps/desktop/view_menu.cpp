@@ -24,6 +24,17 @@ namespace desktop {
 
 namespace {
 
+/// The letters that entries have underlined, in lower case.
+QString UnderlinedLetters(const QMenu& menu)
+{
+    QString letters;
+    for (const QAction* const entry : menu.actions()) {
+        const int mark = entry->text().indexOf(QLatin1Char('&'));
+        letters += entry->text().mid(mark + 1, mark < 0 ? 0 : 1).toLower();
+    }
+    return letters;
+}
+
 /// With the first letter underlined that no entry before has; it is added to those.
 QString WithMnemonic(const QString& text, QString& taken)
 {
@@ -55,6 +66,7 @@ ViewMenu::ViewMenu(DzMainWindow& window)
     _frameAll = addAction(tr("Frame &All"), this, SLOT(frameAll()), Qt::CTRL + Qt::SHIFT + Qt::Key_F);
     _frameSelection = addAction(tr("&Frame Selection"), this, SLOT(frameSelection()), Qt::CTRL + Qt::Key_F);
     addExtras();
+    underlineStyles();
     connect(_styles, SIGNAL(triggered(QAction*)), SLOT(setStyle(QAction*)));
     connect(_window.getViewportMgr(), SIGNAL(activeViewportChanged(DzViewport*)), SLOT(watchViewport()));
     connect(dzScene, SIGNAL(nodeListChanged()), SLOT(updateFrames()));
@@ -123,10 +135,9 @@ void ViewMenu::remember() const
 void ViewMenu::addStyles()
 {
     const DzViewportMgr& manager = *_window.getViewportMgr();
-    QString taken = QStringLiteral("afvdbguml"); // by the entries below
     for (int i = 0; i < manager.getNumUserDrawStyles(); ++i) {
         const QString style = manager.getUserDrawStyle(i)->getDescription();
-        QAction* const entry = addAction(WithMnemonic(style, taken));
+        QAction* const entry = addAction(style);
         entry->setData(style);
         entry->setCheckable(true);
         if (i < 9)
@@ -134,6 +145,14 @@ void ViewMenu::addStyles()
         _styles->addAction(entry);
     }
     _styleMenu.addActions(_styles->actions());
+}
+
+/// Last, since the other entries have letters of their own.
+void ViewMenu::underlineStyles()
+{
+    QString taken = UnderlinedLetters(*this);
+    for (QAction* const entry : _styles->actions())
+        entry->setText(WithMnemonic(entry->text(), taken));
 }
 
 Dz3DViewport* ViewMenu::view() const

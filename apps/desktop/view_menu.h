@@ -47,6 +47,7 @@ private:
     void addExtras();
     void addStyles();
     void remember() const;
+    void underlineStyles();
     Dz3DViewport* view() const;
 
     DzMainWindow& _window;

@@ -6,6 +6,7 @@
 #include "dzaction.h"
 #include "dzactionmgr.h"
 
+#include <QCoreApplication>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -19,14 +20,28 @@ QString WithoutMnemonic(QString text)
     return text.remove(QLatin1Char('&'));
 }
 
+/// Paths have English titles whatever the language is. Those of plug-ins are shown as they are.
+QString ShownTitle(const QString& title)
+{
+    const char* const context = "openhost::Menus";
+    for (const char* const known :
+         {QT_TRANSLATE_NOOP("openhost::Menus", "&File"), QT_TRANSLATE_NOOP("openhost::Menus", "&Edit"),
+          QT_TRANSLATE_NOOP("openhost::Menus", "&Help")})
+        if (WithoutMnemonic(QLatin1String(known)) == WithoutMnemonic(title))
+            return QCoreApplication::translate(context, known);
+    return title;
+}
+
 /// The menu of that title on a bar or in a menu, made if it is missing.
 template <class Owner>
 QMenu& MenuIn(Owner& owner, const QString& title)
 {
     for (const QAction* const action : owner.actions())
-        if (action->menu() && WithoutMnemonic(action->menu()->title()) == WithoutMnemonic(title))
+        if (action->menu() && action->data().toString() == WithoutMnemonic(title))
             return *action->menu();
-    return *owner.addMenu(title);
+    QMenu& menu = *owner.addMenu(ShownTitle(title));
+    menu.menuAction()->setData(WithoutMnemonic(title));
+    return menu;
 }
 
 } // namespace

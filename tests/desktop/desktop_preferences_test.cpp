@@ -234,7 +234,7 @@ TEST_F(PreferencesTest, look_well)
         const auto large = isLarge ? std::make_unique<LargeFont>() : nullptr;
         ModalAnswer dialog([&](QWidget& preferences) {
             const auto& pages = named<QListWidget>(preferences, "Pages");
-            EXPECT_EQ(pages.count(), 5);
+            EXPECT_EQ(pages.count(), 6);
             for (int page = 0; page < pages.count(); ++page) {
                 open(preferences, Page(page));
                 SavePicture(preferences, qPrintable(QStringLiteral("preferences-%1%2")
