@@ -170,6 +170,65 @@ TEST_F(JobsTest, that_are_cancelled_leave_nothing_and_can_be_begun_again)
     EXPECT_EQ(saved().size(), 4);
 }
 
+TEST_F(JobsTest, replace_nothing_that_another_one_of_their_name_has_saved)
+{
+    QJsonObject other = cells("One");
+    other.insert(Text("dial"), QJsonArray{Text("Bulge=1")});
+    add({cells("One"), other});
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    ASSERT_EQ(job(0).state, State::Done) << job(0).message.toStdString();
+    EXPECT_EQ(job(1).state, State::Failed) << "replacing was not asked for";
+    queue().retry({0});
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(job(0).message, Text("It was done before, and nothing has changed since."));
+    EXPECT_EQ(job(0).dials, QStringList({Text("One Head"), Text("One Body")}));
+    queue().remove({0, 1});
+    const QDir store(TestFolder() + Text("/job store"));
+    for (const char* const folder : {"/tables", "/reports"})
+        EXPECT_EQ(QDir(store.path() + QLatin1String(folder)).entryList(QDir::Files), QStringList())
+            << "goes with its job";
+}
+
+TEST_F(JobsTest, that_fail_show_no_page_of_an_earlier_run)
+{
+    add({cells("One")});
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    ASSERT_FALSE(job(0).report.isEmpty());
+    QJsonObject wrong = cells("One");
+    wrong.insert(Text("target"), Text("/nowhere.duf"));
+    ASSERT_TRUE(queue().setCells(job(0).id, wrong));
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(job(0).state, State::Failed);
+    EXPECT_EQ(job(0).report, QString());
+    EXPECT_FALSE(queue().setCells(Text("no such job"), wrong));
+}
+
+TEST_F(JobsTest, come_from_each_of_several_tables_and_leave_the_choice_alone)
+{
+    add({cells("Chosen")});
+    choose(0);
+    const QByteArray line = ("\nconvert,\"" + pathOf(sourceFile) + "\",\"" + pathOf(targetFile) + "\",\"" +
+                             library() + "\",Me,Jobs,")
+                                .toUtf8();
+    const QByteArray names = "command,source,target,save-library,vendor,product,name";
+    const QString first = writeTable(names + line + "First\n");
+    const QString second = QFileInfo(first).path() + Text("/second.csv");
+    QFile file(second);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(names + line + "Second\n");
+    file.close();
+    jobs->openTable(first, queue().contentOptions());
+    jobs->openTable(second, queue().contentOptions());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return queue().jobs().size() == 3; }, longestMs));
+    EXPECT_EQ(desktop::NameOf(job(1)), Text("First"));
+    EXPECT_EQ(desktop::NameOf(job(2)), Text("Second"));
+    EXPECT_TRUE(isEnabled("JobSettings")) << "the first one is chosen still";
+}
+
 TEST_F(JobsTest, stop_after_the_present_one_where_that_is_wanted)
 {
     add({cells("One"), cells("Two")});
@@ -265,6 +324,11 @@ TEST_F(JobsTest, of_a_list_that_cannot_be_read_are_put_aside)
     EXPECT_TRUE(store.load(trouble).isEmpty());
     EXPECT_TRUE(trouble.contains(Text("list-unreadable.json"))) << trouble.toStdString();
     EXPECT_TRUE(QFile::exists(folder + Text("/list-unreadable.json")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("{ broken again");
+    file.close();
+    EXPECT_TRUE(store.load(trouble).isEmpty());
+    EXPECT_TRUE(QFile::exists(folder + Text("/list-unreadable-2.json"))) << trouble.toStdString();
 }
 
 TEST_F(JobsTest, have_one_window_that_keeps_them)
@@ -339,7 +403,7 @@ TEST_F(JobsTest, can_be_written_as_a_table_that_means_the_same)
         queue().remove({2, 3});
     }
     odd.insert(Text("dial"), QJsonArray{Text("Odd;dial=1")});
-    queue().setCells(0, odd);
+    ASSERT_TRUE(queue().setCells(job(0).id, odd));
     EXPECT_THROW(desktop::TableOf(queue().jobs(), Text("x.csv")), std::runtime_error);
     EXPECT_NO_THROW(desktop::TableOf(queue().jobs(), Text("x.json")));
 }

@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QUuid>
 
 #include <stdexcept>
 
@@ -128,7 +129,9 @@ QString NameOf(const Job& job)
 
 QJsonObject KeptOf(const Job& job)
 {
-    QJsonObject kept{{QStringLiteral("cells"), job.cells}, {QStringLiteral("state"), StateName(job.state)}};
+    QJsonObject kept{{QStringLiteral("id"), job.id},
+                     {QStringLiteral("cells"), job.cells},
+                     {QStringLiteral("state"), StateName(job.state)}};
     if (!job.isOwn()) {
         kept.insert(QStringLiteral("table"), job.table);
         kept.insert(QStringLiteral("row"), job.row);
@@ -145,6 +148,9 @@ QJsonObject KeptOf(const Job& job)
 Job JobFrom(const QJsonObject& kept)
 {
     Job job;
+    // It becomes a part of file names: whatever else stands there is none.
+    if (const QUuid id(kept.value(QLatin1String("id")).toString()); !id.isNull())
+        job.id = id.toString(QUuid::WithoutBraces);
     job.cells = kept.value(QLatin1String("cells")).toObject();
     job.table = kept.value(QLatin1String("table")).toString();
     job.row = kept.value(QLatin1String("row")).toInt();

@@ -14,6 +14,8 @@ namespace desktop {
 struct Job {
     enum class State { Waiting, Running, Done, Failed, Stopped };
 
+    QString id; ///< no two jobs have the same, in the names of its files; given by the list
+
     /// What a row of a batch's table says, by the column's name: texts, or lists of texts.
     QJsonObject cells;
     QString table;       ///< the one that it is a row of; empty for a job of the list's own

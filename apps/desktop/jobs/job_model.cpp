@@ -46,8 +46,10 @@ QString TimeText(double seconds)
 
 JobModel::JobModel(JobQueue& queue, QObject* parent) : QAbstractTableModel(parent), _queue(queue)
 {
-    connect(&queue, SIGNAL(listChanging()), SLOT(handleChanging()));
-    connect(&queue, SIGNAL(listChanged()), SLOT(handleChanged()));
+    connect(&queue, SIGNAL(adding(int, int)), SLOT(handleAdding(int, int)));
+    connect(&queue, SIGNAL(added()), SLOT(handleAdded()));
+    connect(&queue, SIGNAL(removing(int, int)), SLOT(handleRemoving(int, int)));
+    connect(&queue, SIGNAL(removed()), SLOT(handleRemoved()));
     connect(&queue, SIGNAL(jobChanged(int)), SLOT(handleJobChanged(int)));
     auto* const clock = new QTimer(this);
     clock->start(1000);
@@ -114,14 +116,24 @@ QVariant JobModel::headerData(int section, Qt::Orientation orientation, int role
     return titles[section];
 }
 
-void JobModel::handleChanging()
+void JobModel::handleAdding(int first, int last)
 {
-    beginResetModel();
+    beginInsertRows({}, first, last);
 }
 
-void JobModel::handleChanged()
+void JobModel::handleAdded()
 {
-    endResetModel();
+    endInsertRows();
+}
+
+void JobModel::handleRemoving(int first, int last)
+{
+    beginRemoveRows({}, first, last);
+}
+
+void JobModel::handleRemoved()
+{
+    endRemoveRows();
 }
 
 void JobModel::handleJobChanged(int row)

@@ -25,8 +25,10 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private slots:
-    void handleChanging();
-    void handleChanged();
+    void handleAdding(int first, int last);
+    void handleAdded();
+    void handleRemoving(int first, int last);
+    void handleRemoved();
     void handleJobChanged(int row);
     void updateTime();
 

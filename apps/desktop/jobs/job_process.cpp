@@ -21,7 +21,7 @@ namespace {
 
 const QLatin1String progressMark("progress: ");
 const QLatin1String programMark("gantrel: ");
-constexpr int patienceMs = 10000;
+constexpr int patienceMs = 10000; ///< within which a conversion puts away what it has begun
 
 /// Morphs whose dials show the whole shape: the full one, or its parts.
 QStringList ShownDials(const QJsonArray& created)
@@ -47,9 +47,18 @@ QString NewMorphs(const QJsonArray& created)
 
 void TakeReport(Job& job, const QJsonObject& report)
 {
-    const QJsonArray created = report.value(QLatin1String("created_morphs")).toArray();
-    job.dials = ShownDials(created);
+    const bool isOfMorphs = report.contains(QLatin1String("created")); // each by itself
+    const QJsonArray created =
+        report.value(isOfMorphs ? QLatin1String("created") : QLatin1String("created_morphs")).toArray();
+    // All of a figure's single morphs at once show no shape that anybody has made.
+    job.dials = isOfMorphs ? QStringList() : ShownDials(created);
     QStringList told{NewMorphs(created)};
+    for (const QJsonValue& value : report.value(QLatin1String("skipped")).toArray()) {
+        const QJsonObject morph = value.toObject();
+        told.append(JobProcess::tr("%1 was left out: %2.")
+                        .arg(morph.value(QLatin1String("name")).toString(),
+                             morph.value(QLatin1String("reason")).toString()));
+    }
     for (const QJsonValue& warning : report.value(QLatin1String("warnings")).toArray())
         told.append(warning.toString());
     told.removeAll(QString());
@@ -60,9 +69,8 @@ void TakeReport(Job& job, const QJsonObject& report)
 
 void DependentProcess::setupChildProcess()
 {
-    const pid_t parent = getppid();
     prctl(PR_SET_PDEATHSIG, SIGTERM);
-    if (getppid() != parent)
+    if (getppid() != _parent) // has gone before it was asked for
         raise(SIGTERM);
 }
 
@@ -99,10 +107,12 @@ void JobProcess::start(const QString& program, const QStringList& arguments, con
 
 void JobProcess::cancel()
 {
-    if (_wasCancelled)
-        _process.kill();
-    else
+    if (!_wasCancelled) {
         _process.terminate();
+        _sinceCancelled.start();
+    } else if (_sinceCancelled.hasExpired(patienceMs)) {
+        _process.kill();
+    }
     _wasCancelled = true;
 }
 
@@ -111,7 +121,7 @@ void JobProcess::end()
     _process.disconnect(this);
     if (_process.state() == QProcess::NotRunning)
         return;
-    cancel();
+    _process.terminate();
     if (!_process.waitForFinished(patienceMs)) {
         _process.kill();
         _process.waitForFinished();
@@ -184,10 +194,12 @@ void TakeResult(Job& job, const JobProcess& process)
     }
     if (process.wasCancelled()) {
         job.state = Job::State::Stopped;
+        job.dials.clear();
         job.message = JobProcess::tr("It was stopped.");
         return;
     }
     job.state = Job::State::Failed;
+    job.dials.clear();
     const QString reason = result.value(QLatin1String("error")).toString();
     job.message = reason.isEmpty() ? process.failure() : reason;
 }

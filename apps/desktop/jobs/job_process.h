@@ -5,6 +5,8 @@
 
 #include "job.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QObject>
 #include <QProcess>
 
@@ -19,6 +21,9 @@ public:
 
 protected:
     void setupChildProcess() override;
+
+private:
+    const qint64 _parent = QCoreApplication::applicationPid();
 };
 
 /// Where the command line's program is: beside this one, or where a build has it. Empty where it is nowhere.
@@ -35,7 +40,7 @@ public:
 
     /// @param folder  that names count from
     void start(const QString& program, const QStringList& arguments, const QString& folder);
-    /// Nothing is left half-written; asked again, it ends at once.
+    /// Nothing is left half-written; asked again after some seconds, it ends at once.
     void cancel();
     /// Cancels, and ends it after a while in any case.
     void end();
@@ -61,6 +66,7 @@ private:
     QJsonObject _report;
     QString _notStarted;
     bool _wasCancelled = false;
+    QElapsedTimer _sinceCancelled;
 };
 
 /// Takes over what the report of a batch of one row says.

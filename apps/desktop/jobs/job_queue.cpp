@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace desktop {
 
@@ -24,7 +25,7 @@ bool IsOver(const Job& job)
 JobQueue::JobQueue(QString program, std::unique_ptr<JobStore> store)
     : _program(std::move(program)), _store(std::move(store))
 {
-    _jobs = _store->load(_trouble);
+    _jobs = _store->load(_unread);
     _soon.setSingleShot(true);
     _soon.setInterval(keepAfterMs);
     connect(&_soon, SIGNAL(timeout()), SLOT(keep()));
@@ -49,6 +50,13 @@ int JobQueue::count(Job::State state) const
         std::count_if(_jobs.begin(), _jobs.end(), [state](const Job& job) { return job.state == state; }));
 }
 
+QString JobQueue::trouble() const
+{
+    QStringList sentences{_unread, _unkept};
+    sentences.removeAll(QString());
+    return sentences.join(QLatin1Char(' '));
+}
+
 double JobQueue::seconds() const
 {
     return isRunning() ? double(_clock.elapsed()) / 1000.0 : 0.0;
@@ -56,8 +64,14 @@ double JobQueue::seconds() const
 
 void JobQueue::add(const QVector<Job>& jobs)
 {
-    emit listChanging();
-    _jobs += jobs;
+    if (jobs.isEmpty())
+        return;
+    emit adding(int(_jobs.size()), int(_jobs.size() + jobs.size()) - 1);
+    for (Job job : jobs) {
+        job.id = JobStore::newId();
+        _jobs.append(job);
+    }
+    emit added();
     changed();
 }
 
@@ -65,15 +79,26 @@ void JobQueue::remove(QVector<int> rows)
 {
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-    emit listChanging();
-    for (auto row = rows.crbegin(); row != rows.crend(); ++row) {
-        if (*row == _running)
-            continue;
-        _store->removeReport(_jobs[*row].report);
-        _jobs.remove(*row);
-        _running -= _running > *row;
+    rows.removeAll(_running);
+    for (int behind = int(rows.size()); behind > 0;) {
+        int first = behind - 1;
+        while (first > 0 && rows[first - 1] == rows[first] - 1)
+            --first;
+        removeRun(rows[first], rows[behind - 1]);
+        behind = first;
     }
     changed();
+}
+
+void JobQueue::removeRun(int first, int last)
+{
+    for (int row = first; row <= last; ++row)
+        _store->removeFilesOf(_jobs[row]);
+    emit removing(first, last);
+    _jobs.remove(first, last - first + 1);
+    if (_running > last)
+        _running -= last - first + 1;
+    emit removed();
 }
 
 void JobQueue::changed()
@@ -83,15 +108,18 @@ void JobQueue::changed()
     _soon.start();
 }
 
-void JobQueue::setCells(int row, const QJsonObject& cells)
+bool JobQueue::setCells(const QString& id, const QJsonObject& cells)
 {
-    Job& job = _jobs[row];
-    if (row == _running || !job.isOwn())
-        return;
-    job.cells = cells;
+    const auto found =
+        std::find_if(_jobs.begin(), _jobs.end(), [&id](const Job& job) { return job.id == id; });
+    if (found == _jobs.end() || found->state == Job::State::Running || !found->isOwn())
+        return false;
+    const int row = int(found - _jobs.begin());
+    found->cells = cells;
     retry({row});
     emit jobChanged(row);
     _soon.start();
+    return true;
 }
 
 void JobQueue::retry(const QVector<int>& rows)
@@ -146,6 +174,7 @@ void JobQueue::end()
         Job& job = _jobs[_running];
         job.state = Job::State::Stopped;
         job.message = tr("It was stopped.");
+        takeNewReport(job);
         _process.reset();
         _running = -1;
     }
@@ -173,7 +202,9 @@ void JobQueue::run(int row)
     job.percent = -1;
     job.step.clear();
     job.message.clear();
-    job.dials.clear();
+    // Should the program fall, it is no page of this run.
+    job.report.clear();
+    _reportBefore = SumOf(_store->reportOf(job));
     _clock.start();
     _process = std::make_unique<JobProcess>();
     connect(_process.get(), SIGNAL(moved(int, QString)), SLOT(handleMoved(int, QString)));
@@ -194,6 +225,7 @@ void JobQueue::run(int row)
     if (!reason.isEmpty()) {
         job.state = Job::State::Failed;
         job.message = reason;
+        job.dials.clear();
         finish(row);
         return;
     }
@@ -202,17 +234,16 @@ void JobQueue::run(int row)
     _soon.start(); // so that it is known as one that was interrupted, should the program fall
 }
 
-QStringList JobQueue::optionsFor(Job& job) const
+QStringList JobQueue::optionsFor(const Job& job) const
 {
-    if (job.report.isEmpty())
-        job.report = _store->newReport();
+    const QString report = _store->reportOf(job);
     QStringList options{QStringLiteral("batch"), QStringLiteral("--progress-lines"),
                         QStringLiteral("--json")};
     if (!job.isOwn())
         return options << job.table << QStringLiteral("--row=%1").arg(job.row)
-                       << QStringLiteral("--report=") + job.report << job.options;
+                       << QStringLiteral("--report=") + report << job.options;
     Job told = job;
-    told.cells.insert(QStringLiteral("report"), job.report);
+    told.cells.insert(QStringLiteral("report"), report);
     return options << _store->writeTableOf(told) << QStringLiteral("--row=1") << contentOptions();
 }
 
@@ -236,11 +267,19 @@ void JobQueue::handleEnded()
     finish(_running);
 }
 
+/// One that has failed may have left the page of an earlier run.
+void JobQueue::takeNewReport(Job& job) const
+{
+    const QString report = _store->reportOf(job);
+    const QByteArray sum = SumOf(report);
+    if (!sum.isEmpty() && (job.state == Job::State::Done || sum != _reportBefore))
+        job.report = report;
+}
+
 /// Of a job that is over; the next one begins when what is waiting has been told of it.
 void JobQueue::finish(int row)
 {
-    if (!QFileInfo::exists(_jobs[row].report))
-        _jobs[row].report.clear();
+    takeNewReport(_jobs[row]);
     _process.reset();
     _running = -1;
     emit jobChanged(row);
@@ -253,10 +292,8 @@ void JobQueue::keep()
 {
     _soon.stop();
     const QString trouble = _store->keep(_jobs);
-    if (trouble != _trouble && !trouble.isEmpty()) {
-        _trouble = trouble;
+    if (trouble != std::exchange(_unkept, trouble))
         emit stateChanged();
-    }
 }
 
 } // namespace desktop

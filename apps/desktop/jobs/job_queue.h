@@ -35,12 +35,13 @@ public:
     int count(Job::State state) const;
     double seconds() const; ///< since the present one began
     /// Since the list was read: why it is not there, or could not be kept.
-    QString trouble() const { return _trouble; }
+    QString trouble() const;
 
     void add(const QVector<Job>& jobs);
     /// But not one that runs.
     void remove(QVector<int> rows);
-    void setCells(int row, const QJsonObject& cells);
+    /// @return  false, and nothing has changed, for one that runs, is a table's, or is there no more
+    bool setCells(const QString& id, const QJsonObject& cells);
     void retry(const QVector<int>& rows); ///< those that are neither waiting nor running
     /// Ends what runs, also when that takes a while, and keeps the list.
     void end();
@@ -52,8 +53,11 @@ public slots:
     void retryFailed();
 
 signals:
-    void listChanging();
-    void listChanged();
+    void adding(int first, int last);
+    void added();
+    void removing(int first, int last);
+    void removed();
+    void listChanged(); ///< behind all of these
     void jobChanged(int row);
     void stateChanged(); ///< running or not, or what can be told of it
 
@@ -64,8 +68,10 @@ private slots:
     void keep();
 
 private:
+    void removeRun(int first, int last);
     void run(int row);
-    QStringList optionsFor(Job& job) const;
+    QStringList optionsFor(const Job& job) const;
+    void takeNewReport(Job& job) const;
     void finish(int row);
     void changed();
 
@@ -73,7 +79,8 @@ private:
     std::unique_ptr<JobStore> _store;
     QStringList _contentFolders;
     QVector<Job> _jobs;
-    QString _trouble;
+    QString _unread, _unkept; ///< why there is no list, and why it is not kept
+    QByteArray _reportBefore; ///< the sum of what the running one had
     int _running = -1;
     bool _isStopping = false;
     QElapsedTimer _clock;

@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSet>
 #include <QStandardPaths>
 #include <QUuid>
 
@@ -25,6 +26,17 @@ void Write(const QString& file, const QByteArray& bytes)
                               base::Durability::Temporary);
 }
 
+/// Those of lists that were kept before jobs had any, or of which one was copied, get others.
+void GiveIds(QVector<Job>& jobs)
+{
+    QSet<QString> taken;
+    for (Job& job : jobs) {
+        if (job.id.isEmpty() || taken.contains(job.id))
+            job.id = JobStore::newId();
+        taken.insert(job.id);
+    }
+}
+
 } // namespace
 
 QString JobStore::usualFolder()
@@ -35,8 +47,8 @@ QString JobStore::usualFolder()
 
 JobStore::JobStore(const QString& folder) : _folder(folder)
 {
-    QDir().mkpath(path("reports"));
-    _lock = std::make_unique<QLockFile>(path("lock"));
+    makeFolders();
+    _lock = std::make_unique<QLockFile>(path(QStringLiteral("lock")));
     _lock->setStaleLockTime(0); // a run may take days
     if (_lock->tryLock()) {
         _place = QCoreApplication::translate("desktop::JobStore", "The list and its reports are kept in %1.")
@@ -53,29 +65,48 @@ JobStore::JobStore(const QString& folder) : _folder(folder)
                            .arg(QDir::toNativeSeparators(_folder));
     _temporary = std::make_unique<QTemporaryDir>();
     _folder = _temporary->path();
-    QDir().mkpath(path("reports"));
+    makeFolders();
+}
+
+void JobStore::makeFolders() const
+{
+    for (const char* const name : {"reports", "tables"})
+        QDir().mkpath(path(QLatin1String(name)));
 }
 
 QVector<Job> JobStore::load(QString& trouble) const
 {
     QVector<Job> jobs;
-    QFile file(path("list.json"));
+    QFile file(path(QStringLiteral("list.json")));
     if (!file.exists())
         return jobs;
     QJsonParseError error{};
     const bool isOpen = file.open(QIODevice::ReadOnly);
     const QJsonDocument kept = QJsonDocument::fromJson(file.readAll(), &error);
     if (!isOpen || !kept.isArray()) {
-        // Somebody may want to look into it.
-        QFile::rename(file.fileName(), path("list-unreadable.json"));
-        trouble = QCoreApplication::translate("desktop::JobStore",
-                                              "The list of jobs could not be read: %1. It is kept as %2.")
-                      .arg(isOpen ? error.errorString() : file.errorString(), path("list-unreadable.json"));
+        trouble = putAside(isOpen ? error.errorString() : file.errorString());
         return jobs;
     }
     for (const QJsonValue& one : kept.array())
         jobs.append(JobFrom(one.toObject()));
+    GiveIds(jobs);
     return jobs;
+}
+
+QString JobStore::putAside(const QString& reason) const
+{
+    // Somebody may want to look into it, and into those before it.
+    QString aside = path(QStringLiteral("list-unreadable.json"));
+    for (int number = 2; QFileInfo::exists(aside); ++number)
+        aside = path(QStringLiteral("list-unreadable-%1.json").arg(number));
+    if (QFile::rename(path(QStringLiteral("list.json")), aside))
+        return QCoreApplication::translate("desktop::JobStore",
+                                           "The list of jobs could not be read: %1. It is kept as %2.")
+            .arg(reason, aside);
+    return QCoreApplication::translate("desktop::JobStore",
+                                       "The list of jobs could not be read: %1. It cannot be put aside, and "
+                                       "the next change replaces it.")
+        .arg(reason);
 }
 
 QString JobStore::keep(const QVector<Job>& jobs) const
@@ -84,7 +115,7 @@ QString JobStore::keep(const QVector<Job>& jobs) const
     for (const Job& job : jobs)
         kept.append(KeptOf(job));
     try {
-        Write(path("list.json"), QJsonDocument(kept).toJson(QJsonDocument::Compact));
+        Write(path(QStringLiteral("list.json")), QJsonDocument(kept).toJson(QJsonDocument::Compact));
         return QString();
     } catch (const std::exception& error) {
         return QCoreApplication::translate("desktop::JobStore", "The list of jobs cannot be kept: %1.")
@@ -92,27 +123,35 @@ QString JobStore::keep(const QVector<Job>& jobs) const
     }
 }
 
+QString JobStore::newId()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces);
+}
+
 QString JobStore::writeTableOf(const Job& job) const
 {
-    const QString file = path("running.json");
+    const QString file = path(QStringLiteral("tables/%1.json").arg(job.id));
     Write(file, TableOf({job}, file));
     return file;
 }
 
-QString JobStore::newReport() const
+QString JobStore::reportOf(const Job& job) const
 {
-    return path("reports/") + QUuid::createUuid().toString(QUuid::WithoutBraces) + QStringLiteral(".html");
+    return path(QStringLiteral("reports/%1.html").arg(job.id));
 }
 
-void JobStore::removeReport(const QString& report) const
+void JobStore::removeFilesOf(const Job& job) const
 {
-    if (QFileInfo(report).absolutePath() == QFileInfo(path("reports")).absoluteFilePath())
-        QFile::remove(report);
+    QFile::remove(reportOf(job));
+    // The batch's own ones begin with the table's name.
+    const QDir tables(path(QStringLiteral("tables")));
+    for (const QString& file : tables.entryList({job.id + QStringLiteral(".json*")}, QDir::Files))
+        QFile::remove(tables.filePath(file));
 }
 
-QString JobStore::path(const char* name) const
+QString JobStore::path(const QString& name) const
 {
-    return _folder + QLatin1Char('/') + QLatin1String(name);
+    return _folder + QLatin1Char('/') + name;
 }
 
 } // namespace desktop

@@ -26,15 +26,18 @@ public:
     /// @return why it could not be kept: a sentence; empty where it is
     QString keep(const QVector<Job>& jobs) const;
 
-    /// A table of this one job, whose name is the same for all, so that what is known of former ones is
-    /// beside it.
+    static QString newId(); ///< of a job
+    /// A table of this one job, beside which a batch keeps what it knows of the job's earlier runs. Another
+    /// job has another one: what that has saved is not this one's to replace.
     /// @throws std::exception  it cannot be written
     QString writeTableOf(const Job& job) const;
-    QString newReport() const; ///< a name that no file has
-    void removeReport(const QString& report) const;
+    QString reportOf(const Job& job) const; ///< its page's name
+    void removeFilesOf(const Job& job) const;
 
 private:
-    QString path(const char* name) const;
+    void makeFolders() const;
+    QString putAside(const QString& reason) const; ///< the list; what is told of it
+    QString path(const QString& name) const;
 
     QString _folder, _place;
     std::unique_ptr<QLockFile> _lock;

@@ -10,6 +10,15 @@ namespace desktop {
 
 namespace {
 
+/// Where a text means several values, divided by semicolons.
+bool IsList(const QString& column)
+{
+    for (const char* const list : {"base", "content", "dial", "morphs"})
+        if (column == QLatin1String(list))
+            return true;
+    return false;
+}
+
 /// @param arguments  a command, and options as "--name=value" or "--name"
 QJsonObject CellsOf(const QJsonArray& arguments)
 {
@@ -20,7 +29,8 @@ QJsonObject CellsOf(const QJsonArray& arguments)
         const QString name = argument.left(end);
         const QJsonValue value = end < 0 ? QStringLiteral("yes") : argument.mid(end + 1);
         if (!cells.contains(name)) {
-            cells.insert(name, value);
+            const bool isDivided = IsList(name) && value.toString().contains(QLatin1Char(';'));
+            cells.insert(name, isDivided ? QJsonArray{value} : value);
             continue;
         }
         QJsonArray all =

@@ -254,14 +254,31 @@ void JobsWindow::openTable(const QString& file, const QStringList& options)
                              tr("The program \"gantrel\", which converts, is not beside this one."));
         return;
     }
+    _toOpen.append({file, options});
+    openNext();
+}
+
+/// One at a time, in the order of the files; the others wait also while a box is answered.
+void JobsWindow::openNext()
+{
+    if (_opening || _toOpen.isEmpty())
+        return;
+    const auto [file, options] = _toOpen.takeFirst();
     _opening = std::make_unique<JobTableOpening>(_queue.program(), file, options);
     connect(_opening.get(), SIGNAL(read(QVector<desktop::Job>)), SLOT(takeRows(QVector<desktop::Job>)));
     connect(_opening.get(), SIGNAL(failed(QString)), SLOT(tellNoTable(QString)));
 }
 
+void JobsWindow::endOpening()
+{
+    _opening.release()->deleteLater(); // it is what calls
+    openNext();
+}
+
 void JobsWindow::takeRows(const QVector<Job>& jobs)
 {
     _queue.add(jobs);
+    endOpening();
 }
 
 /// Often a row leaves something open that the command line would say.
@@ -274,11 +291,12 @@ void JobsWindow::tellNoTable(const QString& reason)
     box.setTextFormat(Qt::PlainText);
     QPushButton* const settings = box.addButton(tr("&Say What Rows Leave Open..."), QMessageBox::AcceptRole);
     box.exec();
-    if (box.clickedButton() != settings)
-        return;
-    JobDialog dialog(this, {});
-    if (dialog.exec() == QDialog::Accepted)
-        openTable(table, _queue.contentOptions() + OptionsOf(dialog.cells()));
+    if (box.clickedButton() == settings) {
+        JobDialog dialog(this, {});
+        if (dialog.exec() == QDialog::Accepted)
+            _toOpen.prepend({table, _queue.contentOptions() + OptionsOf(dialog.cells())});
+    }
+    endOpening();
 }
 
 void JobsWindow::saveTable()
@@ -305,12 +323,13 @@ void JobsWindow::changeSettings()
     const Job* const job = onlyChosen();
     if (!job || !_settings->isEnabled())
         return;
-    const QVector<int> rows = chosen();
+    const QString id = job->id;
     JobDialog dialog(this, {FileOf(*job, "source")});
     dialog.setCells(job->cells);
     // What runs meanwhile may have come to this one.
-    if (dialog.exec() == QDialog::Accepted && rows == chosen())
-        _queue.setCells(rows.first(), dialog.cells());
+    if (dialog.exec() == QDialog::Accepted && !_queue.setCells(id, dialog.cells()))
+        QMessageBox::warning(this, windowTitle(),
+                             tr("The job has begun meanwhile; its settings are as they were."));
 }
 
 void JobsWindow::removeChosen()

@@ -60,6 +60,8 @@ private slots:
 private:
     QPushButton* addButton(const QString& text, const char* name, const char* slot, QObject* receiver);
     void arrange();
+    void openNext();
+    void endOpening();
     bool mayClose();
     QVector<int> chosen() const;
     const Job* onlyChosen() const; ///< null for none, or several
@@ -72,6 +74,7 @@ private:
     QPushButton *_add, *_open, *_save, *_settings, *_remove, *_report, *_result;
     QPushButton *_start, *_stopAfter, *_cancel, *_retry;
     std::unique_ptr<JobTableOpening> _opening;
+    QVector<std::pair<QString, QStringList>> _toOpen; ///< tables, with their options
     QStringList _dropped;
 };
 
