@@ -299,6 +299,10 @@
         <source>The difference could not be measured: %1.</source>
         <translation>Der Unterschied konnte nicht gemessen werden: %1.</translation>
     </message>
+    <message>
+        <source>There is nothing to measure.</source>
+        <translation>Es gibt nichts zu messen.</translation>
+    </message>
 </context>
 <context>
     <name>desktop::ComparisonView</name>
@@ -700,6 +704,10 @@
         <source>It was stopped.</source>
         <translation>Die Konvertierung wurde angehalten.</translation>
     </message>
+    <message>
+        <source>%1 was left out: %2.</source>
+        <translation>%1 wurde ausgelassen: %2.</translation>
+    </message>
 </context>
 <context>
     <name>desktop::JobQueue</name>
@@ -741,6 +749,10 @@
     <message>
         <source>The list of jobs cannot be kept: %1.</source>
         <translation>Die Liste der Aufträge kann nicht aufbewahrt werden: %1.</translation>
+    </message>
+    <message>
+        <source>The list of jobs could not be read: %1. It cannot be put aside, and the next change replaces it.</source>
+        <translation>Die Liste der Aufträge konnte nicht gelesen werden: %1. Sie lässt sich nicht beiseitelegen, und die nächste Änderung ersetzt sie.</translation>
     </message>
 </context>
 <context>
@@ -883,6 +895,10 @@
     <message>
         <source>This is a row of %1; change it there.</source>
         <translation>Dies ist eine Zeile von %1; ändern Sie sie dort.</translation>
+    </message>
+    <message>
+        <source>The job has begun meanwhile; its settings are as they were.</source>
+        <translation>Der Auftrag hat inzwischen begonnen; seine Einstellungen sind wie zuvor.</translation>
     </message>
 </context>
 <context>
