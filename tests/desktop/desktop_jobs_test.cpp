@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "apps/desktop/desktop_settings.h"
+#include "apps/desktop/jobs/job_dialog.h"
 #include "apps/desktop/jobs/jobs_window.h"
 #include "tests/cli/cli_held_file.h"
 #include "tests/desktop/desktop_fixture.h"
@@ -123,6 +124,16 @@ protected:
 
     std::unique_ptr<desktop::JobsWindow> jobs;
 };
+
+TEST_F(JobsTest, name_their_files_so_that_another_folder_does_not_matter)
+{
+    desktop::JobDialog dialog(nullptr, {QStringLiteral("Anna.duf")});
+    dialog.setCells({{QStringLiteral("target"), QStringLiteral("G9.duf")},
+                     {QStringLiteral("save-library"), QStringLiteral("out")}});
+    for (const auto& [cell, name] : {std::pair{"target", "G9.duf"}, std::pair{"save-library", "out"}})
+        EXPECT_EQ(dialog.cells().value(QLatin1String(cell)).toString(),
+                  QDir::current().filePath(QLatin1String(name)));
+}
 
 TEST_F(JobsTest, are_done_one_after_the_other_also_behind_one_that_fails)
 {

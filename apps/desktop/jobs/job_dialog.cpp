@@ -34,6 +34,13 @@ QString FirstContentFolder()
     return content.getNumContentDirectories() > 0 ? content.getContentDirectoryPath(0) : QDir::homePath();
 }
 
+/// As this program sees it: the conversion runs in another folder.
+QString AbsoluteName(const QString& typed)
+{
+    const QString name = typed.trimmed();
+    return name.isEmpty() ? name : QFileInfo(name).absoluteFilePath();
+}
+
 bool IsYes(const QJsonObject& cells, const char* name)
 {
     return cells.value(QLatin1String(name)).toString() == QLatin1String("yes");
@@ -213,7 +220,7 @@ QJsonObject JobDialog::cells() const
         if (box->isChecked())
             jobs.append(QLatin1String(keyword));
     const bool isSubdivided = _resolution->currentIndex() == 1;
-    put("target", _target->text().trimmed());
+    put("target", AbsoluteName(_target->text()));
     if (_name)
         put("name", _name->text());
     put("jobs", jobs.join(QLatin1Char(',')));
@@ -221,7 +228,7 @@ QJsonObject JobDialog::cells() const
     put("subd", isSubdivided && _level->value() > 0 ? QString::number(_level->value()) : QString());
     put("adjust-rig", yes(*_joints));
     put("register", yes(*_registers));
-    put("save-library", _library->currentText().trimmed());
+    put("save-library", AbsoluteName(_library->currentText()));
     put("vendor", _vendor->text().trimmed());
     put("product", _product->text().trimmed());
     put("compress", yes(*_compress));
