@@ -52,8 +52,9 @@ double DotProduct(const std::vector<Vec3f>& a, const std::vector<Vec3f>& b)
     return sum;
 }
 
-/// Averages over edges between vertices whose goals are known. Symmetric, with eigenvalues from 0 to 1, so
-/// that what it takes away is never negative.
+/// Averages over edges between vertices whose goals are known. Symmetric, with eigenvalues from -1 to 1, so
+/// that what an even number of steps takes away is never negative. A vertex has no part in its own average:
+/// on a surface half as many steps reach as far as they would with one.
 class HighPass {
 public:
     HighPass(const IndexLists& neighbours, base::Span<const OffsetGoal> goals, int smoothing)
@@ -67,7 +68,7 @@ public:
             std::uint32_t entry = _offsets[v];
             _ownWeights[v] = 1.0f;
             for (const std::uint32_t w : neighbours[v]) {
-                const float weight = 0.5f * std::sqrt(goals[v].weight * goals[w].weight) /
+                const float weight = std::sqrt(goals[v].weight * goals[w].weight) /
                                      static_cast<float>(std::max(neighbours[v].size(), neighbours[w].size()));
                 _weights[entry++] = {w, weight};
                 _ownWeights[v] -= weight;
@@ -78,21 +79,21 @@ public:
     void apply(std::vector<float>& values)
     {
         for (int pass = 0; pass < highPasses; ++pass) {
-            _low = values;
-            for (int step = 1; step < _smoothing; ++step) {
-                ForVertices(_low.size(), [&](std::size_t v) { _next[v] = averaged(v); });
+            ForVertices(values.size(), [&](std::size_t v) { _low[v] = averaged(values, v); });
+            for (int step = 2; step < _smoothing; ++step) {
+                ForVertices(_low.size(), [&](std::size_t v) { _next[v] = averaged(_low, v); });
                 _low.swap(_next);
             }
-            ForVertices(values.size(), [&](std::size_t v) { values[v] -= averaged(v); });
+            ForVertices(values.size(), [&](std::size_t v) { values[v] -= averaged(_low, v); });
         }
     }
 
 private:
-    float averaged(std::size_t v) const
+    float averaged(const std::vector<float>& values, std::size_t v) const
     {
-        float sum = _low[v] * _ownWeights[v];
+        float sum = values[v] * _ownWeights[v];
         for (std::uint32_t entry = _offsets[v]; entry < _offsets[v + 1]; ++entry)
-            sum += _low[_weights[entry].vertex] * _weights[entry].weight;
+            sum += values[_weights[entry].vertex] * _weights[entry].weight;
         return sum;
     }
 

@@ -13,7 +13,7 @@ struct SlideRestraint {
     float rest = 1e-5f;    ///< against leaving the place, for each vertex
     float longest = 1.0f;  ///< of a slide, in mean edge lengths
     float outlier = 0.25f; ///< in mean edge lengths: what remains as distance and counts half
-    int smoothing = 4;     ///< steps of averaging, 1 or more; what they leave is the shapes' own distance
+    int smoothing = 2; ///< steps of averaging, an even number; what they leave is the shapes' own distance
 };
 
 /// A surface that follows another one closely has a distance from it that changes slowly. Where its features

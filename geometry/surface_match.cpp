@@ -30,7 +30,7 @@ constexpr std::size_t fewVertexCount = 50000;
 /// Rounds of a registration that was asked for: features that are far off come near by and by.
 constexpr int registrationRounds = 6;
 /// A registration has features that are off by more than vertices, and nothing to hold them back.
-constexpr SlideRestraint registration{0.003f, 1e-6f, 4.0f, 1.0f, 8};
+constexpr SlideRestraint registration{0.003f, 1e-6f, 4.0f, 1.0f, 4};
 /// Closer than this share of the whole mesh's size is never far, however fine the mesh.
 constexpr float nearShareOfSize = 0.005f;
 /// A corner with less weight is not what the point lies on, but rounding of a point on the other corners.
