@@ -39,10 +39,13 @@
 #include <QScreen>
 
 #include <algorithm>
+#include <utility>
 
 namespace desktop {
 
 namespace {
+
+const QStringList openedKinds{QStringLiteral("duf"), QStringLiteral("dsf"), QStringLiteral("obj")};
 
 QStringList ToQ(const std::vector<std::string>& texts)
 {
@@ -429,15 +432,24 @@ bool DesktopWindow::eventFilter(QObject* object, QEvent* event)
         return !event->isAccepted();
     case QEvent::DragEnter:
     case QEvent::DragMove:
-        return TakeFiles(static_cast<QDropEvent&>(*event));
+        return TakeFiles(static_cast<QDropEvent&>(*event), openedKinds);
     case QEvent::Drop:
-        _waiting += DroppedFiles(*static_cast<QDropEvent*>(event)->mimeData());
-        // Later: who dropped them waits, and a file may need an answer.
-        QMetaObject::invokeMethod(this, "openWaiting", Qt::QueuedConnection);
-        return TakeFiles(static_cast<QDropEvent&>(*event));
+        return takeDrop(static_cast<QDropEvent&>(*event));
     default:
         return false;
     }
+}
+
+bool DesktopWindow::takeDrop(QDropEvent& event)
+{
+    if (!TakeFiles(event, openedKinds))
+        return false;
+    const DroppedFiles files = FilesIn(*event.mimeData(), openedKinds);
+    _waiting += files.wanted;
+    _leftOut += files.others;
+    // Later: who dropped them waits, and a file may need an answer.
+    QMetaObject::invokeMethod(this, "openWaiting", Qt::QueuedConnection);
+    return true;
 }
 
 bool DesktopWindow::mayClose()
@@ -472,6 +484,8 @@ void DesktopWindow::openWaiting()
     while (!_waiting.isEmpty())
         troubles += openFiles({_waiting.takeFirst()});
     _isOpening = false;
+    if (const QStringList leftOut = std::exchange(_leftOut, {}); !leftOut.isEmpty())
+        troubles.append(tr("Only .duf, .dsf and .obj files can be opened, not %1.").arg(Enumerated(leftOut)));
     if (!troubles.isEmpty())
         QMessageBox::warning(&_window, tr("Open"), troubles.join(QLatin1Char('\n')));
 }

@@ -29,6 +29,7 @@
 
 class DzAction;
 class DzMainWindow;
+class QDropEvent;
 
 namespace desktop {
 
@@ -71,6 +72,7 @@ private slots:
 
 private:
     bool mayClose();
+    bool takeDrop(QDropEvent& event); ///< as an event filter
     void addActions();
     void addStartPage();
     DzAction& add(const ActionTexts& texts, std::function<void()> work);
@@ -107,6 +109,7 @@ private:
     UnsavedNotice _unsaved;
     UndoMenu _undo;
     QStringList _waiting; ///< files that were dropped
+    QStringList _leftOut; ///< likewise, of other kinds
     bool _isOpening = false;
     QStringList _contentFolders; ///< those that are not there too
 };

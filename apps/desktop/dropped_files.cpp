@@ -3,6 +3,7 @@
 
 #include "dropped_files.h"
 
+#include <QDir>
 #include <QDropEvent>
 #include <QFileInfo>
 #include <QMimeData>
@@ -10,28 +11,23 @@
 
 namespace desktop {
 
-namespace {
-
-bool CanBeOpened(const QString& file)
+DroppedFiles FilesIn(const QMimeData& data, const QStringList& suffixes)
 {
-    static const QStringList kinds{QStringLiteral("duf"), QStringLiteral("dsf"), QStringLiteral("obj")};
-    return kinds.contains(QFileInfo(file).suffix(), Qt::CaseInsensitive);
-}
-
-} // namespace
-
-QStringList DroppedFiles(const QMimeData& data)
-{
-    QStringList files;
-    for (const QUrl& url : data.urls())
-        if (url.isLocalFile() && CanBeOpened(url.toLocalFile()))
-            files.append(url.toLocalFile());
+    DroppedFiles files;
+    for (const QUrl& url : data.urls()) {
+        const QString file = url.toLocalFile();
+        if (url.isLocalFile() && suffixes.contains(QFileInfo(file).suffix(), Qt::CaseInsensitive))
+            files.wanted.append(file);
+        else
+            files.others.append(url.isLocalFile() ? QFileInfo(QDir::cleanPath(file)).fileName()
+                                                  : url.toDisplayString());
+    }
     return files;
 }
 
-bool TakeFiles(QDropEvent& event)
+bool TakeFiles(QDropEvent& event, const QStringList& suffixes)
 {
-    if (DroppedFiles(*event.mimeData()).isEmpty())
+    if (FilesIn(*event.mimeData(), suffixes).wanted.isEmpty())
         return false;
     event.setDropAction(Qt::CopyAction);
     event.accept();

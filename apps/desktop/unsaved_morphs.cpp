@@ -10,8 +10,6 @@
 #include <dzskeleton.h>
 #include <openhost/shapes.h>
 
-#include <QCoreApplication>
-
 #include <algorithm>
 
 namespace desktop {
@@ -56,19 +54,6 @@ QStringList MorphsAtRisk(bool isSceneKept)
         if (IsMadeInScene(*one.morph) && (!isSceneKept || !openhost::MorphDetail(*one.morph).empty()))
             labels.append(one.morph->getLabel());
     return labels;
-}
-
-QString Enumerated(const QStringList& names)
-{
-    const int shown = names.size() > 6 ? 5 : names.size();
-    QStringList quoted;
-    for (int i = 0; i < shown; ++i)
-        quoted.append(QStringLiteral("\u201C%1\u201D").arg(names[i]));
-    QString all = quoted.join(QLatin1String(", "));
-    if (shown < names.size())
-        all +=
-            QCoreApplication::translate("desktop::UnsavedMorphs", " and %1 more").arg(names.size() - shown);
-    return all;
 }
 
 } // namespace desktop

@@ -24,11 +24,7 @@ std::vector<UnsavedMorph> UnsavedMorphs();
 
 /// Labels of those that go when the scene goes.
 /// @param isSceneKept  the scene is in its file as it is now; that keeps their shapes, without what they add
-/// to a
-///                     subdivided mesh
+///                     to a subdivided mesh
 QStringList MorphsAtRisk(bool isSceneKept);
-
-/// For a sentence: in quotation marks, and only the first ones of many.
-QString Enumerated(const QStringList& names);
 
 } // namespace desktop

@@ -3,6 +3,7 @@
 
 #include "unsaved_notice.h"
 
+#include "quoted.h"
 #include "status_line.h"
 #include "unsaved_morphs.h"
 

@@ -10,12 +10,15 @@
 #include "tests/windows/picture.h"
 
 #include <QDir>
+#include <QDropEvent>
 #include <QFile>
 #include <QJsonArray>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPushButton>
 #include <QTableView>
+#include <QUrl>
 #include <QtTest/QTest>
 
 #include <dzapp.h>
@@ -238,6 +241,30 @@ TEST_F(JobsTest, come_from_each_of_several_tables_and_leave_the_choice_alone)
     EXPECT_EQ(desktop::NameOf(job(1)), Text("First"));
     EXPECT_EQ(desktop::NameOf(job(2)), Text("Second"));
     EXPECT_TRUE(isEnabled("JobSettings")) << "the first one is chosen still";
+}
+
+TEST_F(JobsTest, come_from_dropped_files_and_what_is_left_out_is_told)
+{
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(pathOf(sourceFile)), QUrl::fromLocalFile(Text("/Notes.txt")),
+                  QUrl(Text("https://example.org/Far.duf"))});
+    QDragEnterEvent coming(QPoint(9, 9), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
+                           Qt::NoModifier);
+    QDropEvent event(QPoint(9, 9), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    event.setDropAction(Qt::MoveAction);
+    desktop::RememberJobCells(cells("not taken"));
+    std::unique_ptr<ModalAnswer> settings;
+    ModalAnswer box([&](QWidget& told) {
+        settings = std::make_unique<ModalAnswer>(Press("OK"));
+        QTest::mouseClick(FindButton(told, "OK"), Qt::LeftButton);
+    });
+    QCoreApplication::sendEvent(jobs.get(), &coming);
+    QCoreApplication::sendEvent(jobs.get(), &event);
+    EXPECT_EQ(event.dropAction(), Qt::CopyAction) << "else the file would be deleted where it was";
+    ASSERT_TRUE(QTest::qWaitFor([this] { return queue().jobs().size() == 1; }, longestMs));
+    EXPECT_EQ(box.text, Text("Only figures (.duf, .dsf) and tables (.csv, .json) can be added, not "
+                             "\u201CNotes.txt\u201D, \u201Chttps://example.org/Far.duf\u201D."));
+    EXPECT_EQ(desktop::FileOf(job(0), "source"), pathOf(sourceFile));
 }
 
 TEST_F(JobsTest, stop_after_the_present_one_where_that_is_wanted)

@@ -198,6 +198,18 @@ TEST_F(DesktopOpen, tells_in_one_box_of_what_was_dropped_and_is_no_file)
                             .arg(file("Folder.duf"), file("Gone.duf")));
 }
 
+TEST_F(DesktopOpen, tells_what_it_leaves_out_of_files_that_are_dropped_together)
+{
+    ASSERT_TRUE(QDir(_folder.path()).mkdir(QStringLiteral("Maps")));
+    WriteBytes(file("Skin.png").toStdString(), "no picture");
+    ModalAnswer box(Press("OK"));
+    EXPECT_TRUE(drop({file("Skin.png"), figure(QStringLiteral("A.duf")), file("Maps/")}));
+    EXPECT_TRUE(hasFigures(1));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return box.seen; }, patienceMilliseconds));
+    EXPECT_EQ(box.text, QStringLiteral("Only .duf, .dsf and .obj files can be opened, not "
+                                       "\u201CSkin.png\u201D, \u201CMaps\u201D."));
+}
+
 TEST_F(DesktopOpen, opens_what_is_dropped_during_a_question_after_its_answer)
 {
     {

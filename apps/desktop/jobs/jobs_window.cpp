@@ -19,35 +19,23 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
-#include <QMimeData>
 #include <QPushButton>
 #include <QTableView>
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace desktop {
 
 namespace {
 
-bool HasSuffix(const QString& file, const QStringList& suffixes)
-{
-    return suffixes.contains(QFileInfo(file).suffix(), Qt::CaseInsensitive);
-}
+const QStringList tableKinds{QStringLiteral("csv"), QStringLiteral("json")};
+const QStringList droppedKinds = tableKinds + QStringList{QStringLiteral("duf"), QStringLiteral("dsf")};
 
 bool IsTable(const QString& file)
 {
-    return HasSuffix(file, {QStringLiteral("csv"), QStringLiteral("json")});
-}
-
-QStringList FilesIn(const QMimeData& data)
-{
-    QStringList files;
-    for (const QUrl& url : data.urls())
-        if (url.isLocalFile() &&
-            (IsTable(url.toLocalFile()) ||
-             HasSuffix(url.toLocalFile(), {QStringLiteral("duf"), QStringLiteral("dsf")})))
-            files.append(url.toLocalFile());
-    return files;
+    return tableKinds.contains(QFileInfo(file).suffix(), Qt::CaseInsensitive);
 }
 
 QString FirstContentFolder()
@@ -191,22 +179,29 @@ void JobsWindow::closeEvent(QCloseEvent* event)
 
 void JobsWindow::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!FilesIn(*event->mimeData()).isEmpty())
-        event->acceptProposedAction();
+    TakeFiles(*event, droppedKinds);
 }
 
 void JobsWindow::dropEvent(QDropEvent* event)
 {
-    _dropped = FilesIn(*event->mimeData());
-    event->acceptProposedAction();
+    if (!TakeFiles(*event, droppedKinds))
+        return;
+    const DroppedFiles files = FilesIn(*event->mimeData(), droppedKinds);
+    _dropped.wanted += files.wanted;
+    _dropped.others += files.others;
     // Later: who dropped them waits, and settings are asked for.
     QMetaObject::invokeMethod(this, "takeDropped", Qt::QueuedConnection);
 }
 
 void JobsWindow::takeDropped()
 {
+    const DroppedFiles dropped = std::exchange(_dropped, {});
+    if (!dropped.others.isEmpty())
+        QMessageBox::warning(this, windowTitle(),
+                             tr("Only figures (.duf, .dsf) and tables (.csv, .json) can be added, not %1.")
+                                 .arg(Enumerated(dropped.others)));
     QStringList sources;
-    for (const QString& file : _dropped)
+    for (const QString& file : dropped.wanted)
         if (IsTable(file))
             openTable(file, _queue.contentOptions());
         else

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "../dropped_files.h"
 #include "job_queue.h"
 #include "job_table_opening.h"
 
@@ -75,7 +76,7 @@ private:
     QPushButton *_start, *_stopAfter, *_cancel, *_retry;
     std::unique_ptr<JobTableOpening> _opening;
     QVector<std::pair<QString, QStringList>> _toOpen; ///< tables, with their options
-    QStringList _dropped;
+    DroppedFiles _dropped;                            ///< what has not been looked at yet
 };
 
 } // namespace desktop
