@@ -3,6 +3,8 @@
 
 #include "log_window.h"
 
+#include "path_delegate.h"
+
 #include <dzapp.h>
 #include <openhost/diagnostics.h>
 
@@ -11,7 +13,6 @@
 #include <QHeaderView>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QStyledItemDelegate>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -32,19 +33,6 @@ QString SeverityText(base::Severity severity)
         return LogWindow::tr("Error");
     }
 }
-
-/// The end of a path says most.
-class PathDelegate : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-protected:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        option->textElideMode = Qt::ElideLeft;
-    }
-};
 
 QTableWidgetItem* MakeItem(const QString& text)
 {

@@ -16,7 +16,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableView>
 #include <QUrl>
 #include <QtTest/QTest>
@@ -104,6 +106,7 @@ protected:
         return jobs->findChild<QPushButton*>(QLatin1String(name))->isEnabled();
     }
     void choose(int row) const { jobs->findChild<QTableView*>()->selectRow(row); }
+    QPlainTextEdit& message() const { return *jobs->findChild<QPlainTextEdit*>(Text("JobMessage")); }
     bool waitForEnd() const
     {
         return QTest::qWaitFor(
@@ -113,6 +116,17 @@ protected:
     {
         return QDir(library() + Text("/data/DAZ 3D/Genesis 9/Base/Morphs/Me/Jobs"))
             .entryList({Text("*.dsf")}, QDir::Files, QDir::Name);
+    }
+    /// In place of the command line's.
+    static QString writeProgram(const QString& commands)
+    {
+        static int number = 0;
+        QFile script(TestFolder() + Text("/program %1").arg(++number));
+        EXPECT_TRUE(script.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        script.write(("#!/bin/sh\n" + commands).toUtf8());
+        script.close();
+        EXPECT_TRUE(script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        return script.fileName();
     }
     static QString writeTable(const QByteArray& text)
     {
@@ -157,7 +171,7 @@ TEST_F(JobsTest, are_done_one_after_the_other_also_behind_one_that_fails)
     EXPECT_TRUE(QFile::exists(job(0).report));
     choose(1);
     EXPECT_FALSE(isEnabled("ShowJobReport"));
-    EXPECT_EQ(jobs->findChild<QLabel*>(Text("JobMessage"))->text(), job(1).message);
+    EXPECT_EQ(message().toPlainText(), job(1).message);
     choose(0);
     EXPECT_TRUE(isEnabled("ShowJobReport"));
     const QString report = job(0).report;
@@ -294,22 +308,90 @@ TEST_F(JobsTest, tell_how_far_they_are)
     });
     press("StartJobs");
     ASSERT_TRUE(waitForEnd());
-    EXPECT_GT(told.size(), 3);
+    EXPECT_FALSE(told.isEmpty());
     EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+}
+
+TEST_F(JobsTest, tell_each_step_as_it_comes)
+{
+    makeWindow(writeProgram("for step in 10 60; do\n"
+                            "  echo \"progress: $step %  Step $step\" >&2\n"
+                            "  while ! [ -e \"$0.$step\" ]; do sleep 0.01; done\n"
+                            "done\n"));
+    add({cells("One")});
+    press("StartJobs");
+    for (const int step : {10, 60}) {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return job(0).percent == step; }, longestMs)) << step;
+        EXPECT_EQ(job(0).step, Text("Step %1").arg(step));
+        QFile sign(queue().program() + Text(".%1").arg(step));
+        ASSERT_TRUE(sign.open(QIODevice::WriteOnly));
+    }
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(job(0).message, Text("The process that converts said nothing."));
+}
+
+TEST_F(JobsTest, that_are_stopped_keep_what_the_program_said_then)
+{
+    const QString program = writeProgram(
+        "trap 'echo \"{\\\"error\\\": \\\"Interrupted; 2 morphs are saved in /x.\\\"}\"; kill -9 $$' "
+        "TERM\necho \"progress: Begun\" >&2\nwhile true; do sleep 0.01; done\n");
+    const QString expected = Text("It was stopped.\nInterrupted; 2 morphs are saved in /x.");
+    const auto begin = [&] {
+        makeWindow(program);
+        add({cells("One")});
+        press("StartJobs");
+        return QTest::qWaitFor([&] { return job(0).step == Text("Begun"); }, longestMs);
+    };
+    ASSERT_TRUE(begin());
+    press("CancelJobs");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(job(0).message, expected);
+    ASSERT_TRUE(begin());
+    queue().end();
+    EXPECT_EQ(job(0).state, State::Stopped);
+    EXPECT_EQ(job(0).message, expected) << "also at the end of the window";
+}
+
+TEST_F(JobsTest, that_fail_in_part_tell_what_is_saved)
+{
+    makeWindow(writeProgram(
+        "cat <<'END'\n{\"results\": [{\"status\": \"failed\", \"error\": \"The page cannot be written.\",\n"
+        "\"report\": {\"created\": [{\"name\": \"A\", \"label\": \"Smile\"}],\n"
+        "\"skipped\": [{\"name\": \"B\", \"reason\": \"moves nothing\"}], \"warnings\": []}}]}\nEND\n"));
+    add({cells("One")});
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(job(0).state, State::Failed);
+    EXPECT_EQ(job(0).message, Text("The page cannot be written.\nSaved before that: Smile.\n"
+                                   "B was left out: moves nothing."));
+}
+
+TEST_F(JobsTest, with_many_warnings_leave_the_buttons_where_they_are)
+{
+    QStringList warnings{Text("the first")};
+    for (int i = 0; i < 300; ++i)
+        warnings.append(Text("warning %1").arg(i));
+    makeWindow(writeProgram("echo '{\"error\": \"" + warnings.join(Text("\\n")) + "\"}'\n"));
+    add({cells("One")});
+    jobs->show();
+    const QSize before = jobs->size();
+    press("StartJobs");
+    ASSERT_TRUE(waitForEnd());
+    choose(0);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(message().toPlainText(), warnings.join(QLatin1Char('\n')));
+    EXPECT_EQ(jobs->size(), before);
+    EXPECT_LT(jobs->minimumSizeHint().height(), before.height());
+    EXPECT_GT(message().verticalScrollBar()->maximum(), 200) << "all of them can be read";
+    EXPECT_TRUE(jobs->rect().contains(jobs->findChild<QPushButton*>(Text("StartJobs"))->geometry()));
+    SavePicture(*jobs, "jobs-many-warnings");
 }
 
 TEST_F(JobsTest, whose_process_falls_are_failed_and_the_others_go_on)
 {
-    const QString program = TestFolder() + Text("/falls");
-    QFile script(program);
-    ASSERT_TRUE(script.open(QIODevice::WriteOnly | QIODevice::Truncate));
     // The first call falls; the others do what they are asked.
-    script.write(("#!/bin/sh\nif mkdir '" + program + ".once' 2>/dev/null; then kill -9 $$; fi\nexec '" +
-                  Text(GANTREL_CLI) + "' \"$@\"\n")
-                     .toUtf8());
-    script.close();
-    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    makeWindow(program);
+    makeWindow(writeProgram("if mkdir \"$0.once\" 2>/dev/null; then kill -9 $$; fi\nexec '" +
+                            Text(GANTREL_CLI) + "' \"$@\"\n"));
     add({cells("One"), cells("Two")});
     press("StartJobs");
     ASSERT_TRUE(waitForEnd());
@@ -347,32 +429,6 @@ TEST_F(JobsTest, are_kept_with_what_became_of_them)
     EXPECT_EQ(kept[0].state, State::Stopped);
     EXPECT_EQ(kept[1].state, State::Waiting);
     EXPECT_EQ(kept[2].cells, cells("Three"));
-}
-
-TEST_F(JobsTest, of_a_list_that_cannot_be_read_are_put_aside)
-{
-    jobs.reset();
-    const QString folder = TestFolder() + Text("/job store");
-    QFile file(folder + Text("/list.json"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write("{ broken");
-    file.close();
-    QString trouble;
-    const desktop::JobStore store(folder);
-    EXPECT_TRUE(store.load(trouble).isEmpty());
-    EXPECT_TRUE(trouble.contains(Text("list-unreadable.json"))) << trouble.toStdString();
-    EXPECT_TRUE(QFile::exists(folder + Text("/list-unreadable.json")));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write("{ broken again");
-    file.close();
-    EXPECT_TRUE(store.load(trouble).isEmpty());
-    EXPECT_TRUE(QFile::exists(folder + Text("/list-unreadable-2.json"))) << trouble.toStdString();
-}
-
-TEST_F(JobsTest, have_one_window_that_keeps_them)
-{
-    const desktop::JobStore second(TestFolder() + Text("/job store"));
-    EXPECT_TRUE(second.place().contains(Text("Another window"))) << second.place().toStdString();
 }
 
 TEST_F(JobsTest, come_from_a_batchs_table_beside_which_it_is_known_what_is_done)
@@ -423,6 +479,52 @@ TEST_F(JobsTest, ask_for_what_the_rows_of_a_table_leave_open)
     ASSERT_TRUE(waitForEnd());
     EXPECT_EQ(job(0).state, State::Done) << job(0).message.toStdString();
     EXPECT_EQ(saved(), QStringList({Text("Open Body.dsf"), Text("Open Head.dsf")}));
+}
+
+TEST_F(JobsTest, give_a_batch_words_as_words_and_flags_as_flags)
+{
+    const QJsonObject open{{Text("vendor"), Text("yes")},
+                           {Text("compress"), Text("yes")},
+                           {Text("suffix"), QString()},
+                           {Text("dial"), QJsonArray{Text("Wide=1"), Text("Odd;dial=1")}}};
+    EXPECT_EQ(desktop::OptionsOf(open), QStringList({Text("--compress"), Text("--dial=Wide=1"),
+                                                     Text("--dial=Odd;dial=1"), Text("--vendor=yes")}));
+    const QString table = writeTable(("source,target,name,dial\n\"" + pathOf(sourceFile) + "\",\"" +
+                                      pathOf(targetFile) + "\",Row,Wide=1\n")
+                                         .toUtf8());
+    QJsonObject all{
+        {Text("product"), Text("yes")}, {Text("vendor"), Text("yes")}, {Text("save-library"), library()}};
+    for (const char* const flag :
+         {"accept-missing", "adjust-rig", "compress", "keep-temp", "overwrite", "register"})
+        all.insert(QLatin1String(flag), Text("yes"));
+    jobs->openTable(table, queue().contentOptions() + desktop::OptionsOf(all));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return queue().jobs().size() == 1; }, longestMs));
+    for (auto cell = all.begin(); cell != all.end(); ++cell)
+        EXPECT_EQ(job(0).cells.value(cell.key()), cell.value()) << cell.key().toStdString();
+}
+
+TEST_F(JobsTest, take_the_dials_of_their_source)
+{
+    desktop::RememberJobCells({});
+    desktop::JobDialog dialog(nullptr, {QStringLiteral("Anna.duf")});
+    dialog.setCells({{Text("target"), pathOf(targetFile)},
+                     {Text("save-library"), library()},
+                     {Text("vendor"), Text("Me")},
+                     {Text("product"), Text("Jobs")},
+                     {Text("dial"), QJsonArray{Text("Odd;dial=1")}}});
+    auto& dials = *dialog.findChild<QPlainTextEdit*>(Text("SourceDials"));
+    EXPECT_EQ(dials.toPlainText(), Text("Odd;dial=1"));
+    EXPECT_TRUE(FindButton(dialog, "OK")->isEnabled());
+    dials.setPlainText(Text("Wide"));
+    EXPECT_FALSE(FindButton(dialog, "OK")->isEnabled()) << "no value";
+    dials.setPlainText(Text("\n Wide=1\n\nBulge=50% "));
+    EXPECT_EQ(dialog.cells().value(Text("dial")), QJsonArray({Text("Wide=1"), Text("Bulge=50%")}));
+    FindButton(dialog, "OK")->click();
+    EXPECT_FALSE(desktop::RememberedJobCells().contains(Text("dial"))) << "another figure has other dials";
+    dials.clear();
+    EXPECT_FALSE(dialog.cells().contains(Text("dial")));
+    dialog.setCells({{Text("dial"), Text("A=1;B=2")}});
+    EXPECT_EQ(dialog.cells().value(Text("dial")), QJsonArray({Text("A=1"), Text("B=2")}));
 }
 
 TEST_F(JobsTest, can_be_written_as_a_table_that_means_the_same)

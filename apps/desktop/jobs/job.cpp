@@ -12,6 +12,8 @@
 #include <QJsonDocument>
 #include <QUuid>
 
+#include <algorithm>
+#include <iterator>
 #include <stdexcept>
 
 #include <csv.h>
@@ -20,17 +22,10 @@ namespace desktop {
 
 namespace {
 
+/// Columns that say "yes" or nothing; any other may have that word for a value.
+const char* const flags[] = {"accept-missing", "adjust-rig", "compress",  "controllers",
+                             "correctives",    "keep-temp",  "overwrite", "register"};
 const char* const files[] = {"source", "target", "save-library", "export-obj", "pictures", "report", "list"};
-
-QStringList TextsIn(const QJsonValue& value)
-{
-    QStringList texts;
-    if (!value.isArray())
-        return value.toString().isEmpty() ? texts : QStringList{value.toString()};
-    for (const QJsonValue& one : value.toArray())
-        texts.append(one.toString());
-    return texts;
-}
 
 QString CellText(const QJsonValue& value)
 {
@@ -115,6 +110,16 @@ Job::State StateNamed(const QString& name)
 
 } // namespace
 
+QStringList TextsIn(const QJsonValue& value)
+{
+    QStringList texts;
+    if (!value.isArray())
+        return value.toString().isEmpty() ? texts : QStringList{value.toString()};
+    for (const QJsonValue& one : value.toArray())
+        texts.append(one.toString());
+    return texts;
+}
+
 QString FileOf(const Job& job, const char* column)
 {
     const QString file = TextsIn(job.cells.value(QLatin1String(column))).value(0);
@@ -125,6 +130,18 @@ QString NameOf(const Job& job)
 {
     const QString name = job.cells.value(QLatin1String("name")).toString();
     return name.isEmpty() ? QFileInfo(FileOf(job, "source")).completeBaseName() : name;
+}
+
+QStringList OptionsOf(const QJsonObject& cells)
+{
+    QStringList options;
+    for (auto cell = cells.begin(); cell != cells.end(); ++cell) {
+        const QString option = QStringLiteral("--") + cell.key();
+        const bool isFlag = std::find(std::begin(flags), std::end(flags), cell.key()) != std::end(flags);
+        for (const QString& text : TextsIn(cell.value()))
+            options.append(isFlag ? option : option + QLatin1Char('=') + text);
+    }
+    return options;
 }
 
 QJsonObject KeptOf(const Job& job)

@@ -34,10 +34,15 @@ struct Job {
     bool isOwn() const { return table.isEmpty(); }
 };
 
+/// Of a cell: one, several or none.
+QStringList TextsIn(const QJsonValue& cell);
 /// A file as the job names it, from the folder that its names count from.
 QString FileOf(const Job& job, const char* column);
 /// What the morphs are called; the file's name where the figure's own is taken.
 QString NameOf(const Job& job);
+
+/// Options of a batch that say the same as the cells.
+QStringList OptionsOf(const QJsonObject& cells);
 
 /// What is kept between runs of the program. One that ran then was interrupted.
 QJsonObject KeptOf(const Job& job);
@@ -50,3 +55,6 @@ QByteArray TableOf(const QVector<Job>& jobs, const QString& name);
 QByteArray SumOf(const QString& file);
 
 } // namespace desktop
+
+/// Lists of thousands change in their middles.
+Q_DECLARE_TYPEINFO(desktop::Job, Q_MOVABLE_TYPE);

@@ -3,7 +3,9 @@
 
 #include "job_dialog.h"
 
+#include "../content_folders.h"
 #include "../desktop_settings.h"
+#include "job.h"
 
 #include <dzapp.h>
 #include <dzcontentmgr.h>
@@ -16,8 +18,10 @@
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QHBoxLayout>
+#include <QJsonArray>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
@@ -27,12 +31,6 @@ namespace desktop {
 namespace {
 
 constexpr int mostLevels = 5; ///< as the command line takes them
-
-QString FirstContentFolder()
-{
-    const DzContentMgr& content = *dzApp->getContentMgr();
-    return content.getNumContentDirectories() > 0 ? content.getContentDirectoryPath(0) : QDir::homePath();
-}
 
 /// As this program sees it: the conversion runs in another folder.
 QString AbsoluteName(const QString& typed)
@@ -101,6 +99,7 @@ void JobDialog::addFigures(QFormLayout& form, const QStringList& sources)
         shown->setText(fontMetrics().elidedText(shown->text(), Qt::ElideLeft, shown->minimumWidth()));
         form.addRow(tr("Source:"), shown);
     }
+    addDials(form);
     _target = new QLineEdit;
     _target->setObjectName(QStringLiteral("Target"));
     auto* const label = new QLabel(tr("&Target:"));
@@ -110,6 +109,20 @@ void JobDialog::addFigures(QFormLayout& form, const QStringList& sources)
         return;
     _name = addLine(form, tr("&Name:"), "Name");
     _name->setPlaceholderText(tr("That of the figure"));
+}
+
+void JobDialog::addDials(QFormLayout& form)
+{
+    _dials = new QPlainTextEdit;
+    _dials->setObjectName(QStringLiteral("SourceDials"));
+    _dials->setPlaceholderText(tr("Name=value, each on a line, such as Smile=50%"));
+    _dials->setTabChangesFocus(true);
+    const int around = 2 * (_dials->frameWidth() + int(_dials->document()->documentMargin()));
+    _dials->setFixedHeight(2 * fontMetrics().lineSpacing() + around);
+    connect(_dials, SIGNAL(textChanged()), SLOT(showMissing()));
+    auto* const label = new QLabel(tr("Source's &dials:"));
+    label->setBuddy(_dials);
+    form.addRow(label, _dials);
 }
 
 QHBoxLayout* JobDialog::withBrowsing(QWidget& field, const QString& name, const char* slot)
@@ -185,6 +198,9 @@ void JobDialog::setCells(const QJsonObject& cells)
     const auto text = [&cells](const char* name) { return cells.value(QLatin1String(name)).toString(); };
     _others = cells;
     _target->setText(text("target"));
+    const QJsonValue dials = cells.value(QLatin1String("dial"));
+    _dials->setPlainText(dials.isArray() ? TextsIn(dials).join(QLatin1Char('\n'))
+                                         : dials.toString().replace(QLatin1Char(';'), QLatin1Char('\n')));
     if (_name)
         _name->setText(text("name"));
     const QString jobs = cells.contains(QLatin1String("jobs")) ? text("jobs") : QStringLiteral("head,body");
@@ -219,6 +235,10 @@ QJsonObject JobDialog::cells() const
          {std::pair{_full, "full"}, std::pair{_head, "head"}, std::pair{_body, "body"}})
         if (box->isChecked())
             jobs.append(QLatin1String(keyword));
+    if (const QStringList set = dials(); set.isEmpty())
+        cells.remove(QStringLiteral("dial"));
+    else
+        cells.insert(QStringLiteral("dial"), QJsonArray::fromStringList(set));
     const bool isSubdivided = _resolution->currentIndex() == 1;
     put("target", AbsoluteName(_target->text()));
     if (_name)
@@ -234,6 +254,15 @@ QJsonObject JobDialog::cells() const
     put("compress", yes(*_compress));
     put("overwrite", yes(*_overwrite));
     return cells;
+}
+
+QStringList JobDialog::dials() const
+{
+    QStringList dials;
+    for (const QString& line : _dials->toPlainText().split(QLatin1Char('\n')))
+        if (!line.trimmed().isEmpty())
+            dials.append(line.trimmed());
+    return dials;
 }
 
 void JobDialog::browseTarget()
@@ -258,6 +287,9 @@ QString JobDialog::missing() const
 {
     if (!QFileInfo(_target->text().trimmed()).isFile())
         return tr("Choose the target, a Genesis 9 figure's file.");
+    for (const QString& dial : dials())
+        if (dial.indexOf(QLatin1Char('=')) < 1)
+            return tr("\u201C%1\u201D sets no dial: give its name and a value, such as Smile=50%.").arg(dial);
     if (!_full->isChecked() && !_head->isChecked() && !_body->isChecked())
         return tr("Choose at least one morph.");
     if (_library->currentText().trimmed().isEmpty())
@@ -279,7 +311,7 @@ void JobDialog::showMissing()
 void JobDialog::takeChoice()
 {
     QJsonObject kept = cells();
-    for (const char* const own : {"name", "source"})
+    for (const char* const own : {"name", "source", "dial"})
         kept.remove(QLatin1String(own));
     RememberJobCells(kept);
     accept();

@@ -13,6 +13,7 @@ class QFormLayout;
 class QHBoxLayout;
 class QLabel;
 class QLineEdit;
+class QPlainTextEdit;
 class QPushButton;
 class QSpinBox;
 
@@ -40,14 +41,17 @@ private slots:
 
 private:
     void addFigures(QFormLayout& form, const QStringList& sources);
+    void addDials(QFormLayout& form);
     void addMorphs(QFormLayout& form);
     void addSaving(QFormLayout& form);
     QLineEdit* addLine(QFormLayout& form, const QString& label, const char* name);
     QHBoxLayout* withBrowsing(QWidget& field, const QString& name, const char* slot);
-    QString missing() const; ///< a sentence; empty for nothing
+    QStringList dials() const; ///< as they were typed, without lines that say nothing
+    QString missing() const;   ///< a sentence; empty for nothing
 
     QLineEdit* _target = nullptr;
     QLineEdit* _name = nullptr; ///< null where the settings are for several
+    QPlainTextEdit* _dials;     ///< of the source, one a line
     QCheckBox* _full = nullptr;
     QCheckBox* _head = nullptr;
     QCheckBox* _body = nullptr;

@@ -9,6 +9,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
+#include <QSignalBlocker>
 
 #include <csignal>
 
@@ -45,14 +46,22 @@ QString NewMorphs(const QJsonArray& created)
     return labels.join(QStringLiteral(", "));
 }
 
-void TakeReport(Job& job, const QJsonObject& report)
+/// Of single morphs, each by itself, or of a character.
+bool IsOfMorphs(const QJsonObject& report)
 {
-    const bool isOfMorphs = report.contains(QLatin1String("created")); // each by itself
-    const QJsonArray created =
-        report.value(isOfMorphs ? QLatin1String("created") : QLatin1String("created_morphs")).toArray();
-    // All of a figure's single morphs at once show no shape that anybody has made.
-    job.dials = isOfMorphs ? QStringList() : ShownDials(created);
-    QStringList told{NewMorphs(created)};
+    return report.contains(QLatin1String("created"));
+}
+
+QJsonArray CreatedIn(const QJsonObject& report)
+{
+    return report.value(IsOfMorphs(report) ? QLatin1String("created") : QLatin1String("created_morphs"))
+        .toArray();
+}
+
+/// What was left out, and what else there is to know.
+QStringList NotesIn(const QJsonObject& report)
+{
+    QStringList told;
     for (const QJsonValue& value : report.value(QLatin1String("skipped")).toArray()) {
         const QJsonObject morph = value.toObject();
         told.append(JobProcess::tr("%1 was left out: %2.")
@@ -61,8 +70,33 @@ void TakeReport(Job& job, const QJsonObject& report)
     }
     for (const QJsonValue& warning : report.value(QLatin1String("warnings")).toArray())
         told.append(warning.toString());
+    return told;
+}
+
+QString Lines(QStringList told)
+{
     told.removeAll(QString());
-    job.message = told.join(QLatin1Char('\n'));
+    told.removeDuplicates();
+    return told.join(QLatin1Char('\n'));
+}
+
+void TakeReport(Job& job, const QJsonObject& report)
+{
+    const QJsonArray created = CreatedIn(report);
+    // All of a figure's single morphs at once show no shape that anybody has made.
+    job.dials = IsOfMorphs(report) ? QStringList() : ShownDials(created);
+    job.message = Lines(QStringList{NewMorphs(created)} + NotesIn(report));
+}
+
+/// Also one that has failed may have saved something.
+QString WhatIsLeftOf(const QJsonObject& result)
+{
+    const QJsonObject report = result.value(QLatin1String("report")).toObject();
+    const QString created = NewMorphs(CreatedIn(report));
+    QStringList told;
+    if (!created.isEmpty())
+        told.append(JobProcess::tr("Saved before that: %1.").arg(created));
+    return Lines(told + NotesIn(report) + NotesIn(result));
 }
 
 } // namespace
@@ -121,11 +155,14 @@ void JobProcess::end()
     _process.disconnect(this);
     if (_process.state() == QProcess::NotRunning)
         return;
+    _wasCancelled = true;
     _process.terminate();
     if (!_process.waitForFinished(patienceMs)) {
         _process.kill();
         _process.waitForFinished();
     }
+    const QSignalBlocker quiet(this);
+    takeOutput();
 }
 
 void JobProcess::readErrors()
@@ -148,10 +185,15 @@ void JobProcess::readErrors()
         emit moved(percent, step);
 }
 
-void JobProcess::handleEnd()
+void JobProcess::takeOutput()
 {
     readErrors();
     _report = QJsonDocument::fromJson(_process.readAllStandardOutput()).object();
+}
+
+void JobProcess::handleEnd()
+{
+    takeOutput();
     emit ended();
 }
 
@@ -168,15 +210,19 @@ QString JobProcess::failure() const
 {
     if (!_notStarted.isEmpty())
         return _notStarted;
-    if (const QString error = _report.value(QLatin1String("error")).toString(); !error.isEmpty())
-        return error;
     if (!_report.isEmpty())
-        return QString();
+        return _report.value(QLatin1String("error")).toString();
     if (_process.exitStatus() == QProcess::CrashExit)
         return JobProcess::tr("The process that converts came to an unexpected end.");
+    const QString last = lastWords();
+    return last.isEmpty() ? JobProcess::tr("The process that converts said nothing.") : last;
+}
+
+QString JobProcess::lastWords() const
+{
+    const QString error = _report.value(QLatin1String("error")).toString();
     const QString last = _told.isEmpty() ? QString() : _told.last();
-    return last.startsWith(programMark) ? last.mid(programMark.size())
-                                        : JobProcess::tr("The process that converts said nothing.");
+    return error.isEmpty() && last.startsWith(programMark) ? last.mid(programMark.size()) : error;
 }
 
 void TakeResult(Job& job, const JobProcess& process)
@@ -192,16 +238,16 @@ void TakeResult(Job& job, const JobProcess& process)
             job.message = JobProcess::tr("It was done before, and nothing has changed since.");
         return;
     }
-    if (process.wasCancelled()) {
-        job.state = Job::State::Stopped;
-        job.dials.clear();
-        job.message = JobProcess::tr("It was stopped.");
-        return;
-    }
-    job.state = Job::State::Failed;
     job.dials.clear();
     const QString reason = result.value(QLatin1String("error")).toString();
-    job.message = reason.isEmpty() ? process.failure() : reason;
+    if (process.wasCancelled()) {
+        job.state = Job::State::Stopped;
+        job.message = Lines({JobProcess::tr("It was stopped."),
+                             reason.isEmpty() ? process.lastWords() : reason, WhatIsLeftOf(result)});
+    } else {
+        job.state = Job::State::Failed;
+        job.message = Lines({reason.isEmpty() ? process.failure() : reason, WhatIsLeftOf(result)});
+    }
 }
 
 } // namespace desktop

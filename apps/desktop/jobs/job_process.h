@@ -42,13 +42,15 @@ public:
     void start(const QString& program, const QStringList& arguments, const QString& folder);
     /// Nothing is left half-written; asked again after some seconds, it ends at once.
     void cancel();
-    /// Cancels, and ends it after a while in any case.
+    /// Cancels, and ends it after a while in any case. What it said is there then; nothing is signalled.
     void end();
 
     bool wasCancelled() const { return _wasCancelled; }
     QJsonObject report() const { return _report; } ///< what it said; empty for nothing
     /// Why there is no report, or one of an error: a sentence.
     QString failure() const;
+    /// What it said last of its own failure: a sentence; empty for nothing.
+    QString lastWords() const;
 
 signals:
     void moved(int percent, const QString& step); ///< -1 where the share is not known
@@ -60,6 +62,8 @@ private slots:
     void handleError(QProcess::ProcessError error);
 
 private:
+    void takeOutput();
+
     DependentProcess _process;
     QByteArray _line;  ///< of standard error, the last one as far as it has come
     QStringList _told; ///< of standard error, what is no progress

@@ -33,6 +33,7 @@ JobQueue::JobQueue(QString program, std::unique_ptr<JobStore> store)
 
 JobQueue::~JobQueue()
 {
+    blockSignals(true); // who listens goes as well
     end();
 }
 
@@ -80,6 +81,10 @@ void JobQueue::remove(QVector<int> rows)
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     rows.removeAll(_running);
+    QVector<Job> gone;
+    for (const int row : rows)
+        gone.append(_jobs[row]);
+    _store->removeFilesOf(gone);
     for (int behind = int(rows.size()); behind > 0;) {
         int first = behind - 1;
         while (first > 0 && rows[first - 1] == rows[first] - 1)
@@ -92,8 +97,6 @@ void JobQueue::remove(QVector<int> rows)
 
 void JobQueue::removeRun(int first, int last)
 {
-    for (int row = first; row <= last; ++row)
-        _store->removeFilesOf(_jobs[row]);
     emit removing(first, last);
     _jobs.remove(first, last - first + 1);
     if (_running > last)
@@ -172,8 +175,8 @@ void JobQueue::end()
     if (_process) {
         _process->end();
         Job& job = _jobs[_running];
-        job.state = Job::State::Stopped;
-        job.message = tr("It was stopped.");
+        job.seconds = seconds();
+        TakeResult(job, *_process);
         takeNewReport(job);
         _process.reset();
         _running = -1;

@@ -26,6 +26,12 @@ void Write(const QString& file, const QByteArray& bytes)
                               base::Durability::Temporary);
 }
 
+/// Of the job that a file belongs to, with whose id the file's name begins.
+QString IdIn(const QString& file)
+{
+    return file.section(QLatin1Char('.'), 0, 0);
+}
+
 /// Those of lists that were kept before jobs had any, or of which one was copied, get others.
 void GiveIds(QVector<Job>& jobs)
 {
@@ -78,8 +84,10 @@ QVector<Job> JobStore::load(QString& trouble) const
 {
     QVector<Job> jobs;
     QFile file(path(QStringLiteral("list.json")));
-    if (!file.exists())
+    if (!file.exists()) {
+        removeFilesOfOthers(jobs);
         return jobs;
+    }
     QJsonParseError error{};
     const bool isOpen = file.open(QIODevice::ReadOnly);
     const QJsonDocument kept = QJsonDocument::fromJson(file.readAll(), &error);
@@ -90,6 +98,7 @@ QVector<Job> JobStore::load(QString& trouble) const
     for (const QJsonValue& one : kept.array())
         jobs.append(JobFrom(one.toObject()));
     GiveIds(jobs);
+    removeFilesOfOthers(jobs);
     return jobs;
 }
 
@@ -140,13 +149,39 @@ QString JobStore::reportOf(const Job& job) const
     return path(QStringLiteral("reports/%1.html").arg(job.id));
 }
 
-void JobStore::removeFilesOf(const Job& job) const
+/// @param isToGo  of a file's name
+template <class Condition>
+void JobStore::removeFiles(const Condition& isToGo) const
 {
-    QFile::remove(reportOf(job));
-    // The batch's own ones begin with the table's name.
-    const QDir tables(path(QStringLiteral("tables")));
-    for (const QString& file : tables.entryList({job.id + QStringLiteral(".json*")}, QDir::Files))
-        QFile::remove(tables.filePath(file));
+    for (const char* const name : {"reports", "tables"}) {
+        const QDir folder(path(QLatin1String(name)));
+        for (const QString& file : folder.entryList(QDir::Files | QDir::Hidden))
+            if (isToGo(file))
+                QFile::remove(folder.filePath(file));
+    }
+}
+
+void JobStore::removeFilesOf(const QVector<Job>& jobs) const
+{
+    QSet<QString> ids;
+    for (const Job& job : jobs)
+        ids.insert(job.id);
+    removeFiles([&ids](const QString& file) { return ids.contains(IdIn(file)); });
+}
+
+void JobStore::removeFilesOfOthers(const QVector<Job>& jobs) const
+{
+    if (_temporary || !QDir(_folder).entryList({QStringLiteral("list-unreadable*")}, QDir::Files).isEmpty())
+        return;
+    QSet<QString> ids, reports;
+    for (const Job& job : jobs) {
+        ids.insert(job.id);
+        reports.insert(QFileInfo(job.report).fileName()); // named otherwise before jobs had ids
+    }
+    removeFiles([&](const QString& file) { return !ids.contains(IdIn(file)) && !reports.contains(file); });
+    // The one table that all jobs once had, with what a batch kept beside it.
+    for (const QString& file : QDir(_folder).entryList({QStringLiteral("running.json*")}, QDir::Files))
+        QFile::remove(path(file));
 }
 
 QString JobStore::path(const QString& name) const

@@ -21,6 +21,7 @@ public:
 
     QString place() const { return _place; } ///< where the list is, and how long: a sentence
 
+    /// Files of jobs that the list has no more go, unless somebody may still want to look into another list.
     /// @param trouble  receives why there is no list where one was kept: a sentence
     QVector<Job> load(QString& trouble) const;
     /// @return why it could not be kept: a sentence; empty where it is
@@ -32,10 +33,13 @@ public:
     /// @throws std::exception  it cannot be written
     QString writeTableOf(const Job& job) const;
     QString reportOf(const Job& job) const; ///< its page's name
-    void removeFilesOf(const Job& job) const;
+    void removeFilesOf(const QVector<Job>& jobs) const;
 
 private:
     void makeFolders() const;
+    void removeFilesOfOthers(const QVector<Job>& jobs) const;
+    template <class Condition>
+    void removeFiles(const Condition& isToGo) const;
     QString putAside(const QString& reason) const; ///< the list; what is told of it
     QString path(const QString& name) const;
 

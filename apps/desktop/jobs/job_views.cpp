@@ -3,6 +3,7 @@
 
 #include "job_views.h"
 
+#include "../path_delegate.h"
 #include "job_model.h"
 
 #include <QApplication>
@@ -13,19 +14,6 @@
 namespace desktop {
 
 namespace {
-
-/// The end of a path says most.
-class PathDelegate : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-protected:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        option->textElideMode = Qt::ElideLeft;
-    }
-};
 
 class ProgressDelegate : public QStyledItemDelegate {
 public:

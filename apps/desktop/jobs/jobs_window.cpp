@@ -3,6 +3,7 @@
 
 #include "jobs_window.h"
 
+#include "../content_folders.h"
 #include "../quoted.h"
 #include "base/atomic_file.h"
 #include "job_dialog.h"
@@ -10,7 +11,6 @@
 #include "job_views.h"
 
 #include <dzapp.h>
-#include <dzcontentmgr.h>
 
 #include <QCloseEvent>
 #include <QDir>
@@ -19,6 +19,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTableView>
 #include <QUrl>
@@ -38,28 +39,11 @@ bool IsTable(const QString& file)
     return tableKinds.contains(QFileInfo(file).suffix(), Qt::CaseInsensitive);
 }
 
-QString FirstContentFolder()
-{
-    const DzContentMgr& content = *dzApp->getContentMgr();
-    return content.getNumContentDirectories() > 0 ? content.getContentDirectoryPath(0) : QDir::homePath();
-}
-
-/// Options of a batch that say the same as the cells.
-QStringList OptionsOf(const QJsonObject& cells)
-{
-    QStringList options;
-    for (auto cell = cells.begin(); cell != cells.end(); ++cell)
-        options << (cell.value().toString() == QLatin1String("yes")
-                        ? QStringLiteral("--%1").arg(cell.key())
-                        : QStringLiteral("--%1=%2").arg(cell.key(), cell.value().toString()));
-    return options;
-}
-
 } // namespace
 
 JobsWindow::JobsWindow(QWidget* parent, const QString& program, std::unique_ptr<JobStore> store)
     : QDialog(parent), _queue(program, std::move(store)), _table(MakeJobTable(_queue, *this)),
-      _state(new QLabel), _message(new QLabel)
+      _state(new QLabel), _message(new QPlainTextEdit)
 {
     setObjectName(QStringLiteral("JobsWindow"));
     setWindowTitle(tr("Conversion Jobs"));
@@ -78,7 +62,9 @@ JobsWindow::JobsWindow(QWidget* parent, const QString& program, std::unique_ptr<
     _retry = addButton(tr("Retr&y Failed"), "RetryJobs", SLOT(retryFailed()), &_queue);
     arrange();
     connect(&_queue, SIGNAL(stateChanged()), SLOT(updateButtons()));
-    connect(&_queue, SIGNAL(jobChanged(int)), SLOT(updateButtons()));
+    _soon.setSingleShot(true);
+    connect(&_queue, SIGNAL(jobChanged(int)), &_soon, SLOT(start()));
+    connect(&_soon, SIGNAL(timeout()), SLOT(updateButtons()));
     connect(&_queue, SIGNAL(listChanged()), SLOT(updateButtons()));
     connect(_table->selectionModel(), SIGNAL(selectionChanged(QItemSelection, QItemSelection)),
             SLOT(updateButtons()));
@@ -112,20 +98,29 @@ void JobsWindow::arrange()
     auto* const middle = new QHBoxLayout;
     middle->addWidget(_table, 1);
     middle->addLayout(list);
-    _message->setObjectName(QStringLiteral("JobMessage"));
+    arrangeMessage();
     _state->setObjectName(QStringLiteral("JobsState"));
-    for (QLabel* const label : {_message, _state}) {
-        label->setWordWrap(true);
-        label->setTextFormat(Qt::PlainText);
-        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    }
-    _message->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    _state->setWordWrap(true);
+    _state->setTextFormat(Qt::PlainText);
+    _state->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* const column = new QVBoxLayout(this);
     column->addLayout(middle, 1);
     column->addWidget(_message);
     column->addWidget(_state);
     column->addLayout(work);
     resize(130 * fontMetrics().averageCharWidth(), 26 * fontMetrics().lineSpacing());
+}
+
+/// Some lines high, however many there are: a list of warnings is not to push the buttons off the screen.
+void JobsWindow::arrangeMessage()
+{
+    _message->setObjectName(QStringLiteral("JobMessage"));
+    _message->setAccessibleName(tr("What became of the job"));
+    _message->setReadOnly(true);
+    _message->setTabChangesFocus(true);
+    const int shown = 3 * fontMetrics().lineSpacing();
+    const int around = 2 * (_message->frameWidth() + int(_message->document()->documentMargin()));
+    _message->setFixedHeight(shown + around);
 }
 
 void JobsWindow::bringUp()
@@ -391,7 +386,9 @@ void JobsWindow::updateButtons()
     _stopAfter->setEnabled(isRunning && !_queue.isStopping());
     _cancel->setEnabled(isRunning);
     _retry->setEnabled(failed > 0);
-    _message->setText(!job ? QString() : job->state == Job::State::Running ? job->step : job->message);
+    const QString message = !job ? QString() : job->state == Job::State::Running ? job->step : job->message;
+    if (message != _message->toPlainText()) // who has scrolled down in it wants to stay there
+        _message->setPlainText(message);
     _state->setText(stateText());
 }
 

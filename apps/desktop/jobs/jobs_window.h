@@ -8,9 +8,11 @@
 #include "job_table_opening.h"
 
 #include <QDialog>
+#include <QTimer>
 
 class QGridLayout;
 class QLabel;
+class QPlainTextEdit;
 class QPushButton;
 class QTableView;
 
@@ -61,6 +63,7 @@ private slots:
 private:
     QPushButton* addButton(const QString& text, const char* name, const char* slot, QObject* receiver);
     void arrange();
+    void arrangeMessage();
     void openNext();
     void endOpening();
     bool mayClose();
@@ -71,9 +74,10 @@ private:
     JobQueue _queue;
     QTableView* _table;
     QLabel* _state;
-    QLabel* _message; ///< of the job that is chosen, whole
+    QPlainTextEdit* _message; ///< of the job that is chosen, whole
     QPushButton *_add, *_open, *_save, *_settings, *_remove, *_report, *_result;
     QPushButton *_start, *_stopAfter, *_cancel, *_retry;
+    QTimer _soon; ///< tells of many changes at once
     std::unique_ptr<JobTableOpening> _opening;
     QVector<std::pair<QString, QStringList>> _toOpen; ///< tables, with their options
     DroppedFiles _dropped;                            ///< what has not been looked at yet
