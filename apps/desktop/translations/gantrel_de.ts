@@ -190,6 +190,10 @@
         <source>The library could not be written to %1: %2.</source>
         <translation>Die Bibliothek konnte nicht nach %1 geschrieben werden: %2.</translation>
     </message>
+    <message>
+        <source> and %1 more</source>
+        <translation> und %1 weitere</translation>
+    </message>
 </context>
 <context>
     <name>desktop::ChooseFiguresDialog</name>
@@ -409,6 +413,10 @@
         <source>&lt;p&gt;&lt;b&gt;Gantrel %1&lt;/b&gt;&lt;/p&gt;&lt;p&gt;Shapes of older figure generations as morphs on Genesis 9, in a window of its own.&lt;/p&gt;</source>
         <translation>&lt;p&gt;&lt;b&gt;Gantrel %1&lt;/b&gt;&lt;/p&gt;&lt;p&gt;Formen älterer Figurengenerationen als Morphs auf Genesis 9, in einem eigenen Fenster.&lt;/p&gt;</translation>
     </message>
+    <message>
+        <source>Only .duf, .dsf and .obj files can be opened, not %1.</source>
+        <translation>Nur Dateien mit .duf, .dsf und .obj können geöffnet werden, nicht %1.</translation>
+    </message>
 </context>
 <context>
     <name>desktop::DifferenceWork</name>
@@ -622,6 +630,18 @@
         <source>Give vendor and product, which name the folders of the saved morphs.</source>
         <translation>Geben Sie Hersteller und Produkt an; nach ihnen heißen die Ordner der gespeicherten Morphs.</translation>
     </message>
+    <message>
+        <source>Name=value, each on a line, such as Smile=50%</source>
+        <translation>Name=Wert, je einer auf einer Zeile, etwa Smile=50%</translation>
+    </message>
+    <message>
+        <source>Source&apos;s &amp;dials:</source>
+        <translation>&amp;Regler der Quelle:</translation>
+    </message>
+    <message>
+        <source>“%1” sets no dial: give its name and a value, such as Smile=50%.</source>
+        <translation>„%1“ stellt keinen Regler: Geben Sie Namen und Wert an, etwa Smile=50%.</translation>
+    </message>
 </context>
 <context>
     <name>desktop::JobModel</name>
@@ -708,13 +728,13 @@
         <source>%1 was left out: %2.</source>
         <translation>%1 wurde ausgelassen: %2.</translation>
     </message>
+    <message>
+        <source>Saved before that: %1.</source>
+        <translation>Davor gespeichert: %1.</translation>
+    </message>
 </context>
 <context>
     <name>desktop::JobQueue</name>
-    <message>
-        <source>It was stopped.</source>
-        <translation>Die Konvertierung wurde angehalten.</translation>
-    </message>
     <message>
         <source>The program &quot;gantrel&quot;, which converts, is not beside this one.</source>
         <translation>Das Programm „gantrel“, das konvertiert, liegt nicht neben diesem.</translation>
@@ -899,6 +919,14 @@
     <message>
         <source>The job has begun meanwhile; its settings are as they were.</source>
         <translation>Der Auftrag hat inzwischen begonnen; seine Einstellungen sind wie zuvor.</translation>
+    </message>
+    <message>
+        <source>What became of the job</source>
+        <translation>Was aus dem Auftrag geworden ist</translation>
+    </message>
+    <message>
+        <source>Only figures (.duf, .dsf) and tables (.csv, .json) can be added, not %1.</source>
+        <translation>Nur Figuren (.duf, .dsf) und Tabellen (.csv, .json) können hinzugefügt werden, nicht %1.</translation>
     </message>
 </context>
 <context>
@@ -1498,13 +1526,6 @@
     <message>
         <source>Cannot be undone: %1, and what was done before it.</source>
         <translation>Nicht rückgängig zu machen: %1, und was davor getan wurde.</translation>
-    </message>
-</context>
-<context>
-    <name>desktop::UnsavedMorphs</name>
-    <message>
-        <source> and %1 more</source>
-        <translation> und %1 weitere</translation>
     </message>
 </context>
 <context>
