@@ -24,7 +24,7 @@ QPalette DarkPalette()
     const QColor text(224, 226, 229);
     const QColor dimmed(128, 131, 136);
     const QColor highlight(226, 152, 60);
-    QPalette palette(text, QColor(72, 75, 80), QColor(104, 108, 114), QColor(26, 27, 29), QColor(88, 91, 97),
+    QPalette palette(text, QColor(64, 67, 72), QColor(104, 108, 114), QColor(26, 27, 29), QColor(88, 91, 97),
                      text, Qt::white, base, window);
     palette.setColor(QPalette::AlternateBase, QColor(43, 45, 49));
     palette.setColor(QPalette::Highlight, highlight);

@@ -12,12 +12,15 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QPainter>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QStyleOptionButton>
 #include <QToolBar>
 #include <QToolButton>
 #include <QtTest/QTest>
@@ -82,14 +85,34 @@ QString TextOn(const QWidget& widget)
     return QString();
 }
 
+/// Without the frame around it, which may differ from the ground as letters do not.
+QRect PlaceOfText(const QWidget& widget)
+{
+    constexpr int frame = 6;
+    QStyleOptionButton option;
+    option.initFrom(&widget);
+    if (qobject_cast<const QCheckBox*>(&widget))
+        return widget.style()->subElementRect(QStyle::SE_CheckBoxContents, &option, &widget);
+    if (qobject_cast<const QRadioButton*>(&widget))
+        return widget.style()->subElementRect(QStyle::SE_RadioButtonContents, &option, &widget);
+    const auto* const label = qobject_cast<const QLabel*>(&widget);
+    if (label)
+        return label->contentsRect();
+    const int above = std::max(0, (widget.height() - widget.fontMetrics().height()) / 2);
+    return widget.rect().adjusted(std::min(frame, widget.width() / 4), above,
+                                  -std::min(frame, widget.width() / 4), -above);
+}
+
 /// @param least  so many texts at least are to be met
 void ExpectReadable(QWidget& window, int least, const char* where)
 {
+    if (QWidget* const focus = window.focusWidget())
+        focus->clearFocus(); // its caret is no letter
     QCoreApplication::processEvents();
     const QImage picture = window.grab().toImage();
     int texts = 0;
     for (const QWidget* const widget : window.findChildren<QWidget*>()) {
-        const QRect place(widget->mapTo(&window, QPoint()), widget->size());
+        const QRect place = PlaceOfText(*widget).translated(widget->mapTo(&window, QPoint()));
         if (!widget->isVisible() || !widget->isEnabled() || TextOn(*widget).trimmed().isEmpty() ||
             widget->visibleRegion().boundingRect().size() != widget->size())
             continue;
@@ -142,6 +165,24 @@ TEST(Contrast, is_that_of_ink_and_ground)
     EXPECT_EQ(ContrastIn(picture), 1.0);
     picture.setPixel(2, 2, qRgb(119, 119, 119));
     EXPECT_LT(ContrastIn(picture), 4.5);
+}
+
+TEST_F(DesktopLook, is_not_judged_by_frames)
+{
+    start();
+    QWidget box;
+    QLineEdit pale(QStringLiteral("Pale"), &box);
+    pale.setFocusPolicy(Qt::NoFocus); // or the caret differs too
+    QPalette palette = pale.palette();
+    palette.setColor(QPalette::Base, qRgb(60, 60, 60));
+    palette.setColor(QPalette::Text, qRgb(70, 70, 70));
+    pale.setPalette(palette);
+    pale.setStyleSheet(QStringLiteral("QLineEdit { border: 2px solid white; }"));
+    box.show();
+    QCoreApplication::processEvents();
+    const QImage picture = pale.grab().toImage();
+    EXPECT_GT(ContrastIn(picture), 4.5);
+    EXPECT_LT(ContrastIn(picture.copy(PlaceOfText(pale))), 4.5);
 }
 
 TEST_F(DesktopLook, changes_at_once_and_is_remembered)
