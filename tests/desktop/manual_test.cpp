@@ -173,6 +173,22 @@ TEST(Manual, shows_a_source_and_its_result_on_its_title_and_says_so)
     EXPECT_NE(picture.copy(0, 0, half, picture.height()), picture.copy(half, 0, half, picture.height()));
 }
 
+TEST(Manual, shows_figures_by_themselves_without_what_lies_over_the_view)
+{
+    for (const auto& [name, columns] : {std::pair("source-and-result", 2), std::pair("head-and-body", 3)}) {
+        const QImage picture(QStringLiteral(GANTREL_MANUAL "/pictures/%1.png").arg(QLatin1String(name)));
+        const int width = picture.width() / columns, height = picture.height() / 2;
+        for (int i = 0; i < 2 * columns; ++i) {
+            // Beside a head there is nothing but the ground.
+            QImage corner = picture.copy(width * (i % columns) + width * 3 / 4, height * (i / columns),
+                                         width / 4, height / 5);
+            QImage ground = corner;
+            ground.fill(corner.pixel(0, 0));
+            EXPECT_EQ(corner, ground) << name << ", view " << i;
+        }
+    }
+}
+
 TEST(Manual, has_a_bookmark_for_every_heading_that_leads_to_its_page)
 {
     const QStringList pages = Pages();

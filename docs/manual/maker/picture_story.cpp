@@ -135,22 +135,24 @@ Dz3DViewport& Viewport()
     return *viewport;
 }
 
-/// Looks at it from the front, with a margin around it.
-void Frame(DzBox3 box)
+constexpr float kUsualReach = 0.6f; ///< of a box from its middle, with a margin; 0.5 would be none
+
+/// Looks at it from the front.
+void Frame(DzBox3 box, float shown = kUsualReach)
 {
-    const DzVec3 reach = box.getSize() * 0.6f;
+    const DzVec3 reach = box.getSize() * shown;
     box.include(DzBox3(box.getCenter() - reach, box.getCenter() + reach));
     const QSizeF size = Viewport().size();
     Viewport().getCamera()->frame(box, static_cast<float>(size.width() / size.height()));
 }
 
-void FrameAll()
+void FrameAll(float shown = kUsualReach)
 {
     DzBox3 all;
     for (int i = 0; i < dzScene->getNumNodes(); ++i)
         if (auto* const figure = qobject_cast<DzFigure*>(dzScene->getNode(i)); figure && figure->isVisible())
             all.include(figure->getWSBoundingBox());
-    Frame(all);
+    Frame(all, shown);
 }
 
 /// Looks at a standing figure's face.
@@ -212,6 +214,7 @@ void PictureStory::tell()
     convert();
     showResult();
     showDials();
+    Named<QWidget>(Viewport(), "ViewButtons").hide(); // the next pictures are of figures alone
     showSourceAndResult();
     showHeadAndBody();
 }
@@ -224,7 +227,7 @@ void PictureStory::start()
     letters.setPointSize(9);
     window.setFont(letters);
     _desktop.show();
-    window.resize(1040, 620);
+    window.resize(1120, 620);
     desktop::Options options;
     options.contentFolders = {_library.toStdString()};
     options.pluginFolder = _plugins.toStdString();
@@ -233,7 +236,7 @@ void PictureStory::start()
     _target = &open("People/Genesis 9/Genesis 9.duf");
     _source->getXPosControl()->setValue(-kApart);
     _target->getXPosControl()->setValue(kApart);
-    FrameAll();
+    FrameAll(0.85f); // away from the view's buttons
 }
 
 void PictureStory::showMistake()
