@@ -11,6 +11,7 @@
 #include "error_sentence.h"
 #include "host_session.h"
 #include "openhost/script_function.h"
+#include "option_words.h"
 #include "progress.h"
 #include "wrong_use.h"
 
@@ -18,6 +19,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <regex>
 #include <stdexcept>
 
 #include <CLI/CLI.hpp>
@@ -43,9 +45,48 @@ std::string OptionOf(const std::string& key)
     return option;
 }
 
+/// adjustRig for `--adjust-rig`; a flag with what turns it on.
+std::string KeyOf(const std::string& option)
+{
+    std::string key;
+    bool isCapital = false;
+    for (const char letter : option.substr(2)) {
+        if (letter != '-')
+            key += static_cast<char>(isCapital ? std::toupper(static_cast<unsigned char>(letter)) : letter);
+        isCapital = letter == '-';
+    }
+    const bool isFlag = option == "--accept-missing" || option == "--overwrite";
+    return isFlag ? key + ": true" : key;
+}
+
+/// What the parser says, of keys.
+std::string WithKeys(const std::string& text)
+{
+    static const std::regex option("--[a-z]+(-[a-z]+)*");
+    std::string told;
+    auto end = text.begin();
+    for (std::sregex_iterator found(text.begin(), text.end(), option), none; found != none; ++found) {
+        told.append(end, text.begin() + found->position());
+        told += KeyOf(found->str());
+        end = text.begin() + found->position() + found->length();
+    }
+    return told.append(end, text.end());
+}
+
+/// While it lives, texts name options as scripts do.
+class ScriptWords {
+public:
+    ScriptWords() { SetOptionWords(&KeyOf); }
+    ~ScriptWords() { SetOptionWords(nullptr); }
+    ScriptWords(const ScriptWords&) = delete;
+    ScriptWords& operator=(const ScriptWords&) = delete;
+};
+
 /// A flag, a list with commas, "NAME=VALUE" of each member, or the value.
 void Append(std::vector<std::string>& words, const std::string& option, const QScriptValue& value)
 {
+    if (value.isFunction())
+        throw UsageError(KeyOf(option) + " is a function, which is no value of an option");
     if (value.isBool()) {
         if (value.toBool())
             words.push_back(option);
@@ -73,7 +114,7 @@ ConversionRequest RequestOf(const DzNode& source, const DzNode& target, const QS
         const std::string name = OptionOf(option.name().toStdString());
         for (const char* const own : {"--source", "--target", "--content", "--dial", "--keep-temp"})
             if (name == own)
-                throw UsageError(fmt::format("{} is no option for figures of a scene", name));
+                throw UsageError(KeyOf(name) + " is no option for figures of a scene");
         Append(words, name, option.value());
     }
     CLI::App parser("", "convert");
@@ -83,7 +124,7 @@ ConversionRequest RequestOf(const DzNode& source, const DzNode& target, const QS
     try {
         parser.parse(words);
     } catch (const CLI::ParseError& error) {
-        throw UsageError(DescribeWrongUse(parser, error));
+        throw UsageError(WithKeys(DescribeWrongUse(parser, error)));
     }
     ConversionRequest request = MakeRequest(arguments);
     request.contentDirectories.clear();
@@ -111,10 +152,13 @@ QScriptValue Convert(QScriptContext* context, QScriptEngine* engine)
 {
     auto* const source = qobject_cast<DzNode*>(context->argument(0).toQObject());
     auto* const target = qobject_cast<DzNode*>(context->argument(1).toQObject());
+    const QScriptValue options = context->argument(2);
+    const ScriptWords words;
     try {
-        if (!source || !target)
-            throw UsageError("convert: it takes two figures of the scene, and options");
-        const ConversionRequest request = RequestOf(*source, *target, context->argument(2));
+        if (!source || !target || !(options.isObject() || options.isUndefined()))
+            throw UsageError(
+                "convert: it takes two figures of the scene, and options such as {name: \"Vera\"}");
+        const ConversionRequest request = RequestOf(*source, *target, options);
         Progress progress(false);
         const SessionsOverwriting restored;
         const ConversionReport report = ConvertFigures(*g_session, *source, *target, request, progress);

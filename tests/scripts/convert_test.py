@@ -34,11 +34,13 @@ class ConvertTest(ScriptCase):
     def test_wrong_use_is_an_error_of_the_script(self):
         for call, said in (
                 ("convert(source)", "convert: it takes two figures of the scene, and options"),
-                ("convert(source, target, {jobs: 'nose'})", "--jobs names \"nose\"; the jobs are full, head and body"),
-                ("convert(source, target, {job: 'full'})", "there is no option --job for convert; did you mean --jobs?"),
-                ("convert(source, target, {base: {hight: 1}})", "--base names \"hight\""),
-                ("convert(source, target, {dial: {a: 1}})", "--dial is no option for figures of a scene"),
-                ("convert(source, target, {saveLibrary: words[0]})", "--save-library"),
+                ("convert(source, target, 'Vera')", "and options such as {name: \"Vera\"}"),
+                ("convert(source, target, {jobs: 'nose'})", ": jobs names \"nose\"; the jobs are full, head and body"),
+                ("convert(source, target, {job: 'full'})", ": there is no option job for convert; did you mean jobs?"),
+                ("convert(source, target, {base: {hight: 1}})", ": base names \"hight\""),
+                ("convert(source, target, {dial: {a: 1}})", ": dial is no option for figures of a scene"),
+                ("convert(source, target, {name: print})", ": name is a function"),
+                ("convert(source, target, {saveLibrary: words[0]})", ": saveLibrary requires vendor"),
                 ("convert(target, source, {})", "")):
             with self.subTest(call):
                 ended = self.convert(call)
@@ -56,6 +58,15 @@ class ConvertTest(ScriptCase):
         self.assertEqual(self.convert(f"print(convert(source, target, {SAVE}).created_morphs.length);", "--overwrite").stdout, "1\n")
         asked = SAVE.replace("{", "{overwrite: true, ")
         self.assertEqual(self.convert(f"print(convert(source, target, {asked}).created_morphs.length);").stdout, "1\n")
+
+    def test_names_options_as_scripts_do_where_it_tells_what_would_help(self):
+        other = SAVE.replace("Mine", "Other")
+        for call, said in ((SAVE, "; overwrite: true replaces it."), (other, "; choose another name with name.")):
+            ended = self.convert(f"convert(source, target, {SAVE});" * (call == SAVE) + """
+                Scene.removeNode(target); files.openFile(words[0] + '/People/Genesis 9/Genesis 9.duf', true);
+                """ + f"convert(source, Scene.getSkeleton(1), {call});")
+            self.assertEqual(ended.returncode, 1)
+            self.assertTrue(ended.stderr.endswith(said + "\n"), ended.stderr)
 
     def test_nothing_is_written_out_of_bounds(self):
         outside = self.folder / "outside"
