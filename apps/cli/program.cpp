@@ -44,8 +44,10 @@ void AddThreadsOption(CLI::App& command, CommandContext& context)
 void TellExitCodes(CLI::App& app)
 {
     const std::string example = app.get_footer();
-    app.footer(example + (example.empty() ? "" : "\n\n") +
-               "Exit codes: 0 all went well, 1 something could not be done, 2 wrong use");
+    app.footer(
+        example + (example.empty() ? "" : "\n\n") +
+        "Exit codes: 0 all went well, 1 something could not be done, 2 wrong use, 130 ended by Ctrl+C, 143 "
+        "ended by the system");
 }
 
 /// A script's variable that is not set must not quietly mean no file, or the folder one is in.

@@ -154,7 +154,8 @@ std::string Example(const Command& command)
 
 const char* const exitStatus =
     ".SH EXIT STATUS\n.TP\n.B 0\nAll went well.\n.TP\n.B 1\nSomething could not be done; one sentence on "
-    "standard error says what.\n.TP\n.B 2\nThe arguments make no sense.\n";
+    "standard error says what.\n.TP\n.B 2\nThe arguments make no sense.\n.TP\n.BR 130 \", \" 143\n"
+    "Ended by Ctrl+C, or by the system's wish to end (SIGTERM); nothing is left half written.\n";
 
 std::string SeeAlso(const std::vector<std::string>& names)
 {
