@@ -63,7 +63,8 @@ DialogPlaces::DialogPlaces(DzMainWindow& window) : _window(window)
 
 bool DialogPlaces::eventFilter(QObject* object, QEvent* event)
 {
-    if (event->type() != QEvent::Show)
+    // From outside it comes when a window is restored, which stays where it was.
+    if (event->type() != QEvent::Show || event->spontaneous())
         return false;
     auto* const dialog = qobject_cast<QDialog*>(object);
     if (!dialog || !dialog->parentWidget() || dialog->parentWidget()->window() != &_window ||
@@ -72,7 +73,9 @@ bool DialogPlaces::eventFilter(QObject* object, QEvent* event)
     // Nobody knows a window's frame before it is seen; that of the main window is as wide.
     const QSize frame = _window.frameGeometry().size() - _window.geometry().size();
     const QRect screen = _window.screen()->availableGeometry();
-    dialog->resize(dialog->size().boundedTo(screen.size() - frame)); // with large texts it may be larger
+    const QSize most = dialog->size().boundedTo(screen.size() - frame);
+    if (most != dialog->size()) // with large texts it may be larger
+        dialog->resize(most);
     const QRect area = figures();
     if (area.isEmpty())
         return false;

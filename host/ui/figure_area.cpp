@@ -14,6 +14,7 @@
 #include "dzscene.h"
 
 #include <cmath>
+#include <optional>
 
 namespace openhost {
 
@@ -27,20 +28,24 @@ Vec3f Corner(const DzBox3& box, int i)
     return {i & 1 ? max.m_x : min.m_x, i & 2 ? max.m_y : min.m_y, i & 4 ? max.m_z : min.m_z};
 }
 
-/// Empty where a corner lies behind the eye.
-QRectF AreaOf(const DzBox3& box, const geometry::PictureCamera& camera, const QSize& size)
+/// Empty where some corners lie behind the eye; nothing where all do.
+std::optional<QRectF> AreaOf(const DzBox3& box, const geometry::PictureCamera& camera, const QSize& size)
 {
     const float aspect = float(size.width()) / float(size.height());
     float left = INFINITY, right = -INFINITY, bottom = INFINITY, top = -INFINITY;
+    int behind = 0;
     for (int i = 0; i < 8; ++i) {
         const Vec3f at = camera.project(Corner(box, i), aspect);
-        if (camera.isPerspective && at.z <= 0.0f)
-            return QRectF();
+        behind += camera.isPerspective && at.z <= 0.0f;
         left = std::min(left, at.x);
         right = std::max(right, at.x);
         bottom = std::min(bottom, at.y);
         top = std::max(top, at.y);
     }
+    if (behind == 8)
+        return std::nullopt;
+    if (behind > 0)
+        return QRectF();
     const auto across = [&size](float x) { return 0.5 * (double(x) + 1.0) * size.width(); };
     const auto down = [&size](float y) { return 0.5 * (1.0 - double(y)) * size.height(); };
     return QRectF(QPointF(across(left), down(top)), QPointF(across(right), down(bottom)));
@@ -63,10 +68,12 @@ QRect FigureArea(const Dz3DViewport& viewport)
         const DzBox3 box = node.isRootNode() && node.isVisible() ? node.getWSBoundingBox() : DzBox3();
         if (!box.isValid())
             continue;
-        const QRectF area = AreaOf(box, optics, size);
-        if (area.isEmpty())
+        const std::optional<QRectF> area = AreaOf(box, optics, size);
+        if (!area)
+            continue;
+        if (area->isEmpty())
             return viewport.rect();
-        all |= area;
+        all |= *area;
     }
     return all.toAlignedRect() & viewport.rect();
 }

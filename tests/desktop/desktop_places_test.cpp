@@ -6,12 +6,16 @@
 #include "tests/desktop/desktop_fixture.h"
 #include "tests/plugin/mini_scene.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QMessageBox>
 #include <QScreen>
+#include <QShowEvent>
+#include <QtTest/qtestspontaneevent.h>
 
 #include <dz3dviewport.h>
 #include <dzfigure.h>
+#include <dzfloatproperty.h>
 #include <dzmainwindow.h>
 #include <dznode.h>
 #include <dzviewport.h>
@@ -112,6 +116,36 @@ TEST_F(PlacesTest, hang_on_figures_that_are_seen)
     EXPECT_EQ(view().findNodeAt(QPoint(before.left() - 3, before.center().y())), nullptr);
     figure.setVisible(false);
     EXPECT_TRUE(openhost::FigureArea(view()).isEmpty());
+}
+
+TEST_F(PlacesTest, do_not_hang_on_what_is_behind_the_camera)
+{
+    start();
+    openFigure(targetFile);
+    QCoreApplication::processEvents();
+    const QRect before = openhost::FigureArea(view());
+    ASSERT_NE(before, view().rect());
+    DzFigure& other = openFigure(targetFile);
+    other.getZPosControl()->setValue(1e5f);
+    EXPECT_EQ(openhost::FigureArea(view()), before);
+}
+
+TEST_F(PlacesTest, are_kept_by_dialogs_that_are_restored)
+{
+    start();
+    openFigure(targetFile);
+    QCoreApplication::processEvents();
+    QDialog dialog(&window());
+    dialog.resize(120, 100);
+    dialog.show();
+    QCoreApplication::processEvents();
+    const QPoint moved = figures().center();
+    dialog.move(moved);
+    dialog.setAttribute(Qt::WA_Moved, false); // as after a window manager moved it
+    QShowEvent restored;
+    QSpontaneKeyEvent::setSpontaneous(&restored);
+    qApp->notify(&dialog, &restored); // sendEvent() would take it for one of our own
+    EXPECT_EQ(dialog.pos(), moved);
 }
 
 } // namespace

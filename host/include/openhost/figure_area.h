@@ -10,8 +10,8 @@ class Dz3DViewport;
 namespace openhost {
 
 /// The part of the viewport that the boxes around visible figures and props cover, in its pixels; empty where
-/// none of them is seen. All of the viewport when the camera stands within or beside one, and when figures
-/// are side by side.
+/// none of them is seen. All of the viewport when the camera stands within or close beside one, and when
+/// figures are side by side.
 QRect FigureArea(const Dz3DViewport& viewport);
 
 } // namespace openhost
