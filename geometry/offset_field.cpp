@@ -20,7 +20,7 @@ constexpr float stiffness = 16.0f;
 /// the neighbourhood's shape then says more than the closest point does.
 constexpr float slideWeight = 0.5f;
 constexpr int maxSteps = 40;
-constexpr double tolerance = 1e-2; ///< of the residual; the next round moves the goals by more
+constexpr double tolerance = 0.1; ///< of the residual; the next matches move by more than what is left
 
 /// Partial sums over fixed pieces are added in order, so that the result is the same on every run.
 double DotProduct(const std::vector<Vec3f>& a, const std::vector<Vec3f>& b)
@@ -40,9 +40,10 @@ public:
     OffsetSystem(const IndexLists& neighbours, base::Span<const OffsetGoal> goals)
         : _neighbours(neighbours), _goals(goals), _bends(goals.size()), _inverseDegrees(goals.size())
     {
-        for (std::size_t v = 0; v < goals.size(); ++v)
+        ForEachIndex(goals.size(), 4096, [&](std::size_t v) {
             _inverseDegrees[v] =
                 neighbours[v].empty() ? 0.0f : 1.0f / static_cast<float>(neighbours[v].size());
+        });
     }
 
     /// goals' part plus stiffness times (Laplacian transposed times Laplacian)
@@ -88,15 +89,13 @@ private:
 
 } // namespace
 
-std::vector<Vec3f> SmoothOffsets(const IndexLists& neighbours, base::Span<const OffsetGoal> goals,
-                                 std::vector<Vec3f> start)
+std::vector<Vec3f> SmoothOffsets(const IndexLists& neighbours, base::Span<const OffsetGoal> goals)
 {
     const std::size_t count = goals.size();
     OffsetSystem system(neighbours, goals);
-    std::vector<Vec3f> x = std::move(start), residual(count), scaled(count), direction(count), image(count);
-    system.apply(x, image);
+    std::vector<Vec3f> x(count), residual(count), scaled(count), direction(count), image(count);
     ForEachIndex(count, 2048, [&](std::size_t v) {
-        residual[v] = system.pullOfGoal(v) - image[v];
+        residual[v] = system.pullOfGoal(v);
         direction[v] = scaled[v] = system.precondition(v, residual[v]);
     });
     double error = DotProduct(residual, scaled);

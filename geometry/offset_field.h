@@ -18,8 +18,6 @@ struct OffsetGoal {
 
 /// The offsets that come close to the goals while bending little from vertex to vertex: the least squares of
 /// the goals and of the field's graph Laplacian, by conjugate gradients.
-/// @param start  one per vertex; what to begin at, for example the field of the round before
-std::vector<Vec3f> SmoothOffsets(const IndexLists& neighbours, base::Span<const OffsetGoal> goals,
-                                 std::vector<Vec3f> start);
+std::vector<Vec3f> SmoothOffsets(const IndexLists& neighbours, base::Span<const OffsetGoal> goals);
 
 } // namespace geometry

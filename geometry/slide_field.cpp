@@ -128,11 +128,11 @@ std::vector<OffsetGoal> Reweighted(const IndexLists& neighbours, base::Span<cons
     std::vector<float> distances = Remaining(goals, [](std::size_t) { return Vec3f{}; });
     HighPass(neighbours, goals, restraint.smoothing).apply(distances);
     std::vector<OffsetGoal> result(goals.begin(), goals.end());
-    for (std::size_t v = 0; v < result.size(); ++v) {
+    ForVertices(result.size(), [&](std::size_t v) {
         const float share = distances[v] / std::max(restraint.outlier * edgeLengths[v], 1e-12f);
         const float reach = Length(goals[v].offset) / std::max(restraint.longest * edgeLengths[v], 1e-12f);
         result[v].weight /= (1.0f + share * share) * (1.0f + reach * reach);
-    }
+    });
     return result;
 }
 
@@ -185,8 +185,7 @@ public:
         std::vector<float> slow = Remaining(_goals, [this](std::size_t v) { return _field.slideAt(v); });
         std::vector<float> quick = slow;
         _highPass.apply(quick);
-        for (std::size_t v = 0; v < slow.size(); ++v)
-            slow[v] -= quick[v];
+        ForVertices(slow.size(), [&](std::size_t v) { slow[v] -= quick[v]; });
         return slow;
     }
 
@@ -392,9 +391,10 @@ void SlideField::improve(base::Span<const OffsetGoal> goals, const SlideRestrain
 
     const std::vector<float> slow = system.slowDistances();
     const std::vector<Vec3f> slides = this->slides(restraint);
-    for (std::size_t v = 0; v < offsets.size(); ++v)
+    ForVertices(offsets.size(), [&](std::size_t v) {
         if (!isHeld(v))
             offsets[v] = slides[v] + goals[v].normal * slow[v];
+    });
 }
 
 std::vector<Vec3f> SlideField::slides(const SlideRestraint& restraint) const

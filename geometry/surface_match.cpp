@@ -91,7 +91,7 @@ public:
             },
             [&] {
                 findAll(std::vector<Vec3f>(count));
-                offsets = SmoothOffsets(_target.neighbours, goals(), std::vector<Vec3f>(count));
+                offsets = SmoothOffsets(_target.neighbours, goals());
             });
         if (field)
             offsets = followSlide(*field, std::move(offsets));
