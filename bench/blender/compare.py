@@ -23,6 +23,7 @@ if not shutil.which("blender"):
 
 
 def timed(command):
+    os.sync()  # or what the process before has still to write takes this one's time
     begin = time.monotonic()
     done = subprocess.run(list(map(str, command)), stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
     if done.returncode:
