@@ -43,6 +43,19 @@ void ForControls(std::size_t count, const Body& body)
     ForEachIndex(count, 16, body);
 }
 
+/// Three coordinates and a 0, which are worked on at once.
+using Wide = Eigen::Vector4f;
+
+Wide ToWide(Vec3f a)
+{
+    return {a.x, a.y, a.z, 0.0f};
+}
+
+Vec3f FromWide(const Wide& a)
+{
+    return {a[0], a[1], a[2]};
+}
+
 /// In order, so that the result is the same on every run; control points are few.
 double DotProduct(const std::vector<Vec3f>& a, const std::vector<Vec3f>& b)
 {
@@ -144,7 +157,7 @@ public:
     System(const SlideField& field, base::Span<const OffsetGoal> goals, const SlideRestraint& restraint)
         : _field(field), _goals(goals), _restraint(restraint),
           _highPass(field._neighbours, goals, restraint.smoothing), _inverses(field._slides.size()),
-          _pulls(goals.size())
+          _wideSlides(field._slides.size()), _pulls(goals.size())
     {
         ForControls(_inverses.size(), [&](std::size_t k) { _inverses[k] = ownBlock(k).inverse(); });
     }
@@ -162,10 +175,11 @@ public:
 
     std::vector<Vec3f> apply(const std::vector<Vec3f>& slides)
     {
+        std::transform(slides.begin(), slides.end(), _wideSlides.begin(), ToWide);
         std::vector<float> along(_goals.size());
         ForVertices(along.size(), [&](std::size_t v) {
             if (_goals[v].weight > 0.0f)
-                along[v] = Dot(_goals[v].normal, Blend(_field._controls[v], slides));
+                along[v] = Dot(_goals[v].normal, BlendWide(_field._controls[v], _wideSlides));
         });
         std::vector<Vec3f> result = gathered(along);
         hold(slides, result);
@@ -189,11 +203,12 @@ public:
         return slow;
     }
 
-    static Vec3f Blend(base::Span<const Share> shares, const std::vector<Vec3f>& slides)
+    /// @param sum  zero
+    template <class Value>
+    static Value Blend(base::Span<const Share> shares, const std::vector<Value>& values, Value sum)
     {
-        Vec3f sum;
         for (const Share& share : shares)
-            sum += slides[share.index] * share.weight;
+            sum += values[share.index] * share.weight;
         return sum;
     }
 
@@ -214,17 +229,19 @@ private:
         return block;
     }
 
+    static Vec3f BlendWide(base::Span<const Share> shares, const std::vector<Wide>& values)
+    {
+        return FromWide(Blend<Wide>(shares, values, Wide::Zero()));
+    }
+
     std::vector<Vec3f> gathered(std::vector<float>& distances)
     {
         _highPass.apply(distances);
-        ForVertices(distances.size(), [&](std::size_t v) { _pulls[v] = _goals[v].normal * distances[v]; });
+        ForVertices(distances.size(),
+                    [&](std::size_t v) { _pulls[v] = ToWide(_goals[v].normal * distances[v]); });
         std::vector<Vec3f> result(_inverses.size());
-        ForControls(result.size(), [&](std::size_t k) {
-            Vec3f sum;
-            for (const Share& share : _field._vertices[k])
-                sum += _pulls[share.index] * share.weight;
-            result[k] = sum;
-        });
+        ForControls(result.size(),
+                    [&](std::size_t k) { result[k] = BlendWide(_field._vertices[k], _pulls); });
         return result;
     }
 
@@ -244,7 +261,8 @@ private:
     const SlideRestraint& _restraint;
     HighPass _highPass;
     std::vector<Eigen::Matrix3d> _inverses;
-    std::vector<Vec3f> _pulls; ///< by vertex; packed, since each is looked at for many control points
+    std::vector<Wide> _wideSlides; ///< by control point
+    std::vector<Wide> _pulls;      ///< by vertex; packed, since each is looked at for many control points
 };
 
 SlideField::SlideField(const IndexLists& neighbours, base::Span<const float> edgeLengths)
@@ -359,7 +377,7 @@ bool SlideField::isHeld(std::size_t vertex) const
 
 Vec3f SlideField::slideAt(std::size_t vertex) const
 {
-    return System::Blend(_controls[vertex], _slides);
+    return System::Blend(_controls[vertex], _slides, Vec3f{});
 }
 
 void SlideField::improve(base::Span<const OffsetGoal> goals, const SlideRestraint& restraint,
