@@ -7,6 +7,7 @@
 #include "base/errors.h"
 #include "base/reason.h"
 #include "command.h"
+#include "content_places.h"
 #include "dzapp.h"
 #include "dzauthor.h"
 #include "dzcontentmgr.h"
@@ -125,7 +126,10 @@ public:
             });
         return mayReplaceAll ? std::optional<bool>(true) : std::nullopt;
     }
+    void tellMissingFiles(const QStringList& files) override { missing = files; }
+
     std::function<bool(const fs::path&)> mayReplace;
+    QStringList missing; ///< when something was last loaded
 };
 
 } // namespace
@@ -135,6 +139,7 @@ struct HostSession::Impl {
 
     QString inFolder(const char* file) const { return ToQ(folder.path() / file); }
 
+    std::vector<fs::path> contentDirectories;
     TemporaryFolder folder;
     RuntimeFolder runtimeFolder{ToQ(folder.path())};
     QtMessageHandler formerHandler = nullptr;
@@ -152,6 +157,7 @@ HostSession::HostSession(const std::vector<fs::path>& contentDirectories, bool v
 {
     std::for_each(contentDirectories.begin(), contentDirectories.end(), CheckDirectory);
     _impl = std::make_unique<Impl>(lasting);
+    _impl->contentDirectories = contentDirectories;
     _impl->formerHandler = qInstallMessageHandler(LogToolkitMessage);
     // Content's file names are UTF-8 whatever the locale is, and numbers in files have decimal points.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
@@ -184,14 +190,19 @@ std::vector<DzNode*> HostSession::open(const fs::path& file)
     CheckFile(file);
     const std::set<const DzNode*> before = NodesInScene();
     const openhost::DiagnosticsCollector met(dzApp->diagnostics());
+    _impl->attendant.missing.clear();
     const bool isOpened = dzApp->getContentMgr()->openFile(ToQ(fs::absolute(file)), true);
     base::ThrowIfCancelled();
     std::vector<DzNode*> came = isOpened ? NewNodes(before) : std::vector<DzNode*>();
     if (!came.empty())
         return came;
     const base::Diagnostic* const reason = base::FirstError(met.all());
-    if (!isOpened && reason)
-        throw std::runtime_error(base::ToLine(*reason));
+    if (!isOpened && reason) {
+        const QStringList& missing = _impl->attendant.missing;
+        throw std::runtime_error(
+            base::ToLine(*reason) +
+            (missing.isEmpty() ? "" : WhereLooked(_impl->contentDirectories, missing.first())));
+    }
     throw std::runtime_error(
         fmt::format(isOpened ? "{}: adds nothing to the scene" : "{}: cannot be opened", FileText(file)));
 }

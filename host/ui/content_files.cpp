@@ -3,8 +3,10 @@
 
 #include "openhost/content_files.h"
 
+#include "dson/uri.h"
 #include "dzapp.h"
 #include "dzcontentmgr.h"
+#include "library/content_paths.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -15,6 +17,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -37,6 +40,16 @@ QStringList ContentDirectories()
     for (int i = 0; content && i < content->getNumContentDirectories(); ++i)
         directories.append(QDir(content->getContentDirectoryPath(i)).absolutePath());
     return directories;
+}
+
+QString FileBelow(const QString& folder, const QString& path)
+{
+    int begin = 0;
+    while (begin < path.size() && path[begin] == QLatin1Char('/'))
+        ++begin;
+    const std::filesystem::path found =
+        FindIgnoringCase(folder.toStdString(), dson::NormalPath(path.mid(begin).toStdString()));
+    return QString::fromStdString(found.u8string());
 }
 
 QByteArray HeadOf(const QString& file, int most)

@@ -93,7 +93,17 @@ TEST_F(ConvertChoice, misses_content_of_a_directory_that_is_not_given)
 {
     splitLibrary();
     expectFailureWith(convertFromSplit({"--content", workspace.path("people")}), 1,
-                      "Genesis8Female.dsf is in no content library.");
+                      "Genesis8Female.dsf is in no content library; looked in " + workspace.path("people") +
+                          ".");
+}
+
+TEST_F(ConvertChoice, names_the_content_folder_for_who_is_in_the_wrong_one)
+{
+    const std::string lib = library(), above = std::filesystem::path(lib).parent_path();
+    for (const std::string& wrong : {lib + "/People", lib + "/People/Genesis 9", above})
+        expectFailureWith(
+            RunProgram({"convert", "--content", wrong, "--source", sourceFile(), "--target", targetFile()}),
+            1, "; looked in " + wrong + "; " + lib + " has it, and is the content folder to name.");
 }
 
 TEST_F(ConvertChoice, refuses_a_content_directory_that_is_not_there)

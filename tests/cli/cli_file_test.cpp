@@ -256,7 +256,9 @@ TEST(RenderCommand, leaves_the_old_picture_when_the_content_is_missing)
     const ProgramResult result = RunProgram({"render", file, "--out", picture});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "gantrel: " + file + ": /data/Acme/Box/Box.dsf is in no content library.\n");
+    EXPECT_EQ(result.err,
+              "gantrel: " + file +
+                  ": /data/Acme/Box/Box.dsf is in no content library; no content folder is named.\n");
     EXPECT_EQ(workspace.read("a.png"), "old");
 }
 

@@ -25,6 +25,10 @@ extern const char* const userFilePattern;
 /// The content directories that the host knows, in order, without slashes at the end.
 QStringList ContentDirectories();
 
+/// The file below a folder as it would be found were that a content directory: the path may begin with a
+/// slash and be in another case than on disk. Empty where there is none.
+QString FileBelow(const QString& folder, const QString& path);
+
 /// The first bytes of a file, expanded if they are compressed; empty where it cannot be read. Any thread may
 /// ask.
 QByteArray HeadOf(const QString& file, int most);
