@@ -180,10 +180,18 @@ public:
         const auto isDone = [](const RowResult& result) { return result["status"] != "failed"; };
         return fmt::format("{} of {} done{}", std::count_if(_results.begin(), _results.end(), isDone),
                            base::Counted(_rows.size(), "row is", "rows are"),
-                           _keeper && _keeper->isReliable() ? "; --resume goes on with the others" : "");
+                           _keeper && _keeper->isReliable() ? howToGoOn() : "");
     }
 
 private:
+    /// Rows that are named are left out without being asked, too, once they are done.
+    const char* howToGoOn() const
+    {
+        if (_options.hasAllRows)
+            return "; --resume goes on with the others";
+        return _rows.size() > 1 ? "; the same command goes on with the others" : "";
+    }
+
     base::Diagnostics finishFiles()
     {
         base::Diagnostics told;
