@@ -17,6 +17,7 @@
 #include "batch/checked_table.h"
 #include "batch/lost_files.h"
 #include "batch/merged_logs.h"
+#include "batch/row_command.h"
 #include "conversions/convert_options.h"
 #include "dson/reader.h"
 #include "interrupt.h"
@@ -31,6 +32,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -147,6 +149,25 @@ void ListRows(const std::vector<BatchRow>& rows, bool asJson)
         WriteReport({{"rows", commands}}, true);
     else
         WriteOutput(text);
+}
+
+/// Where everything is that the batch leaves.
+void AddPlaces(Json& summary, const std::vector<BatchRow>& rows, const BatchArguments& arguments,
+               bool hasPage)
+{
+    Json libraries = Json::array();
+    std::set<std::string> told;
+    for (const BatchRow& row : rows)
+        if (const std::string library = ValueIn(row.arguments, "save-library"); told.insert(library).second)
+            libraries.push_back(library);
+    if (libraries.size() == 1 && !arguments.json)
+        summary["save_library"] = libraries.front();
+    else
+        summary["save_libraries"] = libraries;
+    if (!arguments.log.empty())
+        summary["log"] = arguments.log;
+    if (hasPage)
+        summary["report"] = arguments.page;
 }
 
 /// @param noPage  why there is none where one was wanted; it takes nothing from what is told of the rows
@@ -329,8 +350,9 @@ void ConvertRows(const std::vector<BatchRow>& rows, const BatchArguments& argume
         throw;
     }
     const std::string noPage = TryToWriteIndex(index, arguments, {outcome.seconds, outcome.diagnostics});
-    Tell(Summarize(std::move(outcome.results), outcome.seconds, arguments.json), outcome.diagnostics, noPage,
-         arguments.json);
+    Json summary = Summarize(std::move(outcome.results), outcome.seconds, arguments.json);
+    AddPlaces(summary, rows, arguments, !arguments.page.empty() && noPage.empty());
+    Tell(std::move(summary), outcome.diagnostics, noPage, arguments.json);
 }
 
 /// Those that are to be worked on. Small tables are checked as a whole each time.
@@ -381,6 +403,8 @@ void MergeLogs(const BatchArguments& arguments, const JobRow& defaults)
     Json summary = Summarize(std::move(results), seconds, arguments.json);
     if (!arguments.table.empty())
         summary["missing"] = missing;
+    if (!arguments.page.empty() && noPage.empty())
+        summary["report"] = arguments.page;
     Tell(std::move(summary), diagnostics, noPage, arguments.json);
     if (missing > 0)
         throw ReportedError(fmt::format("{} in no log", base::Counted(missing, "row is", "rows are")));

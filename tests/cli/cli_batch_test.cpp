@@ -87,6 +87,25 @@ TEST_F(Batch, saves_what_single_conversions_do)
     }
 }
 
+TEST_F(Batch, says_where_morphs_log_and_page_are)
+{
+    const std::string page = workspace.path("jobs.html"), other = workspace.path("other");
+    workspace.write("jobs.csv", "name,dial,save-library\nA,Wide=1,\nB,Wide=1," + other + "\n");
+    const auto tells = [](const ProgramResult& result, const std::string& lines) {
+        return result.out.find("\n" + lines + "\n") != std::string::npos;
+    };
+    const ProgramResult both = batch({"--log", log(), "--report", page});
+    EXPECT_TRUE(tells(both, "save libraries\n  " + workspace.path("saved") + "\n  " + other)) << both.out;
+    EXPECT_TRUE(tells(both, "log              " + log())) << both.out;
+    EXPECT_TRUE(tells(both, "report           " + page)) << both.out;
+    const ProgramResult first = batch({"--row", "1"});
+    EXPECT_TRUE(tells(first, "save library     " + workspace.path("saved"))) << first.out;
+    EXPECT_EQ(first.out.find("log "), std::string::npos) << "there is none: " << first.out;
+    EXPECT_EQ(batch({"--quiet", "--overwrite", "--log", log()}).out, "");
+    const ProgramResult merged = RunProgram({"batch", "--merge", log(), "--report", page});
+    EXPECT_TRUE(tells(merged, "report           " + page)) << merged.out;
+}
+
 TEST_F(Batch, goes_on_when_a_row_fails)
 {
     workspace.write("jobs.csv", "name,dial,source\nA,Wide=1,\nB,Slim=1,\nC,Wide=1,/none.duf\nD,Bulge=1,\n");
@@ -290,6 +309,17 @@ TEST_F(Batch, tells_each_row_when_the_library_has_gone)
     EXPECT_EQ(report["failures"][1]["error"], library() + ": there is no such content directory.");
     EXPECT_EQ(report["failures"][2]["error"], library() + ": there is no such content directory.");
     expectNoTraces();
+}
+
+TEST_F(Batch, of_named_rows_goes_on_by_the_same_command)
+{
+    const auto toldWhenInterrupted = [this](const char* rows) {
+        const HeldFile file(library(heldPath));
+        return InterruptProgram(batchArguments({"--row", rows}), [&file] { return file.isWaitedFor(); }).err;
+    };
+    EXPECT_EQ(toldWhenInterrupted("2"), "gantrel: Interrupted; 0 of 1 row is done.\n");
+    EXPECT_EQ(toldWhenInterrupted("2-3"),
+              "gantrel: Interrupted; 0 of 2 rows are done; the same command goes on with the others.\n");
 }
 
 TEST_F(Batch, drops_what_runs_when_it_is_interrupted_and_goes_on_later)
