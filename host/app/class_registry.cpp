@@ -76,3 +76,14 @@ QString DzClassFactory::className() const
 {
     return QLatin1String(_metaObject->className());
 }
+
+QScriptValue DzClassFactory::refuseArguments(QScriptContext& context, const QString& className,
+                                             const QString& arguments)
+{
+    const bool isNameless = context.argumentCount() == 1 && context.argument(0).isString() &&
+                            context.argument(0).toString().isEmpty();
+    const QString what =
+        isNameless ? QStringLiteral("an empty text makes") : QStringLiteral("these arguments make");
+    return context.throwError(QScriptContext::TypeError,
+                              QStringLiteral("%1 no %2; it is new %2(%3)").arg(what, className, arguments));
+}

@@ -24,6 +24,10 @@ public:
     QString className() const;
     const QMetaObject* metaObject() const { return _metaObject; }
     DzGuid guid() const { return _guid; }
+    /// Throws a TypeError in the script.
+    /// @param arguments  that `new` of the class takes, as one would write them; empty for none
+    static QScriptValue refuseArguments(QScriptContext& context, const QString& className,
+                                        const QString& arguments);
     bool matches(const QMetaObject* metaObject) const { return _metaObject == metaObject; }
 
 private:
@@ -59,12 +63,8 @@ public:
     }
     static QScriptValue objectCreateFromScript(QScriptContext* context, QScriptEngine* engine)
     {
-        if (context->argumentCount() > 0) {
-            const QLatin1String name(T::staticMetaObject.className());
-            return context->throwError(
-                QScriptContext::TypeError,
-                QString::fromLatin1("these arguments make no %1; it is new %1()").arg(name));
-        }
+        if (context->argumentCount() > 0)
+            return refuseArguments(*context, QLatin1String(T::staticMetaObject.className()), QString());
         return engine->newQObject(new T, QScriptEngine::ScriptOwnership);
     }
 };

@@ -219,14 +219,15 @@ QScriptValue Construct(QScriptContext* context, QScriptEngine* engine, void* dat
     const auto& factory = *static_cast<const DzClassFactory*>(data);
     const auto* const takes = dynamic_cast<const TakesArguments*>(&factory);
     if (!takes && context->argumentCount() > 0)
-        return RefuseArguments(*context, factory.className(), QString());
+        return DzClassFactory::refuseArguments(*context, factory.className(), QString());
     QVariantList arguments;
     for (int i = 0; i < context->argumentCount(); ++i)
         arguments.append(context->argument(i).toVariant());
     QObject* const object =
         arguments.isEmpty() ? factory.createInstance() : factory.createInstance(arguments);
     if (!object && takes)
-        return RefuseArguments(*context, factory.className(), QLatin1String(takes->arguments()));
+        return DzClassFactory::refuseArguments(*context, factory.className(),
+                                               QLatin1String(takes->arguments()));
     if (!object)
         return context->throwError(QStringLiteral("%1 cannot be made").arg(factory.className()));
     ScriptSession::Of(engine).adopt(object);

@@ -95,11 +95,4 @@ const BuiltInClass<DzSettings> settings;
 
 } // namespace
 
-QScriptValue RefuseArguments(QScriptContext& context, const QString& className, const QString& arguments)
-{
-    return context.throwError(
-        QScriptContext::TypeError,
-        QStringLiteral("these arguments make no %1; it is new %1(%2)").arg(className, arguments));
-}
-
 } // namespace openhost

@@ -3,8 +3,8 @@
 
 #include "script_values.h"
 
+#include "dzclassfactory.h"
 #include "openhost/script_reference.h"
-#include "script_constructors.h"
 
 #include <QScriptEngine>
 
@@ -62,7 +62,7 @@ QScriptValue Refuse(QScriptContext& context, const char* name)
 {
     for (const ScriptValueClass& one : ScriptValueClasses())
         if (one.name == QLatin1String(name))
-            return RefuseArguments(context, one.name, one.arguments);
+            return DzClassFactory::refuseArguments(context, one.name, one.arguments);
     return QScriptValue();
 }
 

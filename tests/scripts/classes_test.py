@@ -70,11 +70,16 @@ true (0, 0, 0) to (3, 4, 0) (3, 4, 0) (1.5, 2, 0) (3, 4, 0)
                            ("DzERCLink(0, new DzNode())", link), ("DzFile()", "it is new DzFile(name)."),
                            ("DzFile('a', 'b')", "it is new DzFile(name)."), ("DzVec3(1)", "it is new DzVec3(x = 0, y = 0, z = 0)."), ("DzVec3('a', 1, 2)", "it is new DzVec3(x = 0, y = 0, z = 0)."),
                            ("DzBone(5)", "it is new DzBone()."), ("DzNode('a', 'b')", "it is new DzNode()."),
-                           ("DzMorphLoader(null)", "it is new DzMorphLoader()."), ("DzBox3(1, 2)", "it is new DzBox3(min, max)."), ("DzDir('')", "it is new DzDir(name)."),
+                           ("DzMorphLoader(null)", "it is new DzMorphLoader()."), ("DzBox3(1, 2)", "it is new DzBox3(min, max)."),
                            ("DzFloatProperty()", "it is new DzFloatProperty(name, canAnimate = true, isUserProperty = true, defaultValue).")):
             with self.subTest(made):
                 name = made.split("(")[0]
                 self.assertEqual(self.error_of("new " + made), f"line 1: TypeError: these arguments make no {name}; {said}")
+
+    def test_an_empty_name_is_refused_as_what_it_is(self):
+        for name in ("DzDir", "DzFile", "DzFileInfo"):
+            self.assertEqual(self.error_of(f"new {name}('')"),
+                             f"line 1: TypeError: an empty text makes no {name}; it is new {name}(name).")
 
     def test_names_that_there_are_not_get_the_ones_that_were_meant(self):
         for code, said in (("new DzMorfLoader()", "DzMorfLoader; did you mean DzMorphLoader?"),
