@@ -29,9 +29,12 @@ class ExamplesTest(ScriptCase):
 
     def run_example(self, name, *arguments):
         """What it prints."""
-        ended = self.run_script(EXAMPLES / name, *arguments, "--content", self.content, "--allow-files", self.out)
+        ended = self.end_example(name, *arguments)
         self.assertEqual((ended.returncode, ended.stderr), (0, ""), ended.stdout)
         return ended.stdout
+
+    def end_example(self, name, *arguments):
+        return self.run_script(EXAMPLES / name, *arguments, "--content", self.content, "--allow-files", self.out)
 
     def vertices_of(self, file):
         return [tuple(map(float, line.split()[1:4])) for line in file.read_text().splitlines() if line.startswith("v ")]
@@ -92,6 +95,22 @@ class ExamplesTest(ScriptCase):
             self.assertAlmostEqual(x, 0, delta=1e-3)
             self.assertAlmostEqual(y, 2, delta=1e-3)
             self.assertAlmostEqual(z, 0, delta=1e-3)
+
+    def test_a_saved_morph_is_replaced_where_it_is_the_figures_own_or_that_is_wanted(self):
+        mesh = self.out / "neutral.obj"
+        self.run_example("export_obj.dsa", self.nine, mesh)
+        shape = self.out / "shape.obj"
+        shape.write_text(re.sub(r"^v (\S+) (\S+) ", lambda v: f"v {v[1]} {float(v[2]) + 2} ", mesh.read_text(), flags=re.M))
+        words = (self.nine, shape, "Raised", self.out, "Me", "Shapes")
+        self.run_example("save_morph.dsa", *words)
+        [file] = self.out.rglob("Raised.dsf")
+        file.write_text("mine")
+        refused = self.end_example("save_morph.dsa", *words)
+        self.assertEqual((refused.returncode, file.read_text()), (1, "mine"))
+        self.assertIn("there is a morph of this name already", refused.stderr)
+        self.assertEqual(self.run_example("save_morph.dsa", *words, "--overwrite"), "Raised is saved\n")
+        self.assertIn("deltas", file.read_text())
+        self.assertEqual(self.run_example("save_morph.dsa", *words, "--content", self.out), "Raised is saved\n")
 
     def test_the_figures_of_a_folder_are_listed(self):
         folder = self.content / "People/Genesis 8 Female"
