@@ -60,7 +60,7 @@ struct BatchArguments {
 void AddBatchOptions(CLI::App& command, BatchArguments& arguments)
 {
     command
-        .add_option("table", arguments.table,
+        .add_option("TABLE", arguments.table,
                     "CSV with a line of column names, or a JSON list of objects; columns are called as the "
                     "options of conversions below are, which count for rows that say nothing; a row with a "
                     "cell in morphs, or the name of a file in list, is of convert-morphs; - reads standard "

@@ -8,6 +8,10 @@
 #include "commands.h"
 #include "options.h"
 
+#include <memory>
+#include <string>
+#include <utility>
+
 #include <CLI/CLI.hpp>
 
 namespace cli {
@@ -15,6 +19,19 @@ namespace cli {
 namespace {
 
 const char* const versionText = "gantrel " GANTREL_VERSION;
+
+/// A subcommand is required, although the parser leaves it to others to say so.
+class HelpFormatter : public CLI::Formatter {
+public:
+    std::string make_usage(const CLI::App* app, std::string name) const override
+    {
+        std::string usage = CLI::Formatter::make_usage(app, std::move(name));
+        const std::string optional = "[SUBCOMMAND]";
+        if (const std::size_t at = usage.find(optional); at != usage.npos)
+            usage.replace(at, optional.size(), "SUBCOMMAND");
+        return usage;
+    }
+};
 
 /// In front of the subcommand and behind it.
 void AddTellingOptions(CLI::App& app, CommandContext& context)
@@ -69,6 +86,7 @@ void DescribeProgram(CLI::App& program, CommandContext& context)
 {
     program.name("gantrel");
     program.description("Gantrel: shapes of older figure generations as morphs on Genesis 9.");
+    program.formatter(std::make_shared<HelpFormatter>()); // its subcommands take it over
     program.require_subcommand(0, 1); // none is found out later, when what was there instead has been named
     program.set_version_flag("--version", versionText, "Print the version");
     AddTellingOptions(program, context);

@@ -246,3 +246,15 @@ TEST(ClosedOutput, ends_a_command_without_a_word)
     EXPECT_EQ(workspace.read("told"), "");
     EXPECT_EQ(workspace.read("code"), "141\n"); // the shell's number for SIGPIPE
 }
+
+TEST(Usage, names_what_is_required_without_brackets)
+{
+    const auto usage = [](const std::vector<std::string>& arguments) {
+        const std::string help = RunProgram(arguments).out;
+        const std::size_t at = help.find("Usage: ");
+        return help.substr(at, help.find('\n', at) - at);
+    };
+    EXPECT_EQ(usage({"--help"}), "Usage: gantrel [OPTIONS] SUBCOMMAND");
+    EXPECT_EQ(usage({"batch", "--help"}), "Usage: gantrel batch [OPTIONS] [TABLE]") << "--merge needs none";
+    EXPECT_EQ(usage({"render", "--help"}), "Usage: gantrel render [OPTIONS] FILE");
+}
