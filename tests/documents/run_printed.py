@@ -30,6 +30,7 @@ NOT_RUN = [
     (r"scripts/(setup|demo|test|build|package|release-sources)\b",
      "builds or packs the whole; done before a test run, or by a test of its own"),
     (r"cmake |build/carry_morph/", "the tests of the installation build the examples"),
+    (r"cp -r /usr/share/doc/gantrel/examples", "wants the package; scripts/test-install runs it"),
     (r"(examples/clusters|seq|snakemake) ?.*SETTINGS|snakemake ", "the tests of clusters run the recipes"),
 ]
 RUN = r"gantrel(-desktop)? |export |mkdir |options=|python3 |PYTHONPATH="
