@@ -161,6 +161,28 @@ TEST(Manual, fills_two_thirds_of_every_page_but_the_last)
         EXPECT_GT(filled[i], 2.0 / 3.0) << "page " << i + 1;
 }
 
+TEST(Manual, keeps_each_line_of_commands_on_one_line)
+{
+    QString shown;
+    for (const QString& page : Pages())
+        for (const QString& line : page.split(QLatin1Char('\n')))
+            shown += line.simplified() + QLatin1Char('\n');
+    int lines = 0;
+    for (const QString& chapter : ChapterFiles()) {
+        bool isInside = false;
+        for (const QString& line : ChapterText(chapter).split(QLatin1Char('\n'))) {
+            if (line.startsWith(QStringLiteral("```"))) {
+                isInside = !isInside;
+            } else if (isInside && !line.trimmed().isEmpty()) {
+                ++lines;
+                EXPECT_TRUE(shown.contains(line.simplified() + QLatin1Char('\n')))
+                    << "too long for the page: " << line.toStdString();
+            }
+        }
+    }
+    EXPECT_GT(lines, 50);
+}
+
 TEST(Manual, shows_a_source_and_its_result_on_its_title_and_says_so)
 {
     const QString title = Pages()[0].simplified();
