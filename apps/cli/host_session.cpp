@@ -13,6 +13,7 @@
 #include "dzcontentmgr.h"
 #include "dzfigure.h"
 #include "dzscene.h"
+#include "name_checks.h"
 #include "openhost/attendant.h"
 #include "openhost/diagnostics.h"
 #include "openhost/openhost.h"
@@ -56,6 +57,7 @@ void LogToolkitMessage(QtMsgType, const QMessageLogContext&, const QString& text
 
 void CheckDirectory(const fs::path& directory)
 {
+    CheckContentName(directory);
     std::error_code error;
     if (!fs::is_directory(directory, error))
         throw base::IoError("{}: there is no such content directory{}", FileText(directory),
@@ -71,6 +73,7 @@ void CheckFile(const fs::path& file)
     const fs::file_status status = fs::status(file, error);
     if (!fs::exists(status))
         throw base::IoError("cannot open {}: {}", FileText(file), base::ReasonOf(ENOENT));
+    CheckContentName(fs::absolute(file));
     if (fs::is_directory(status))
         throw base::IoError("cannot read {}: {}", FileText(file), base::ReasonOf(EISDIR));
 }

@@ -4,6 +4,7 @@
 #include "name_checks.h"
 
 #include "base/device_name.h"
+#include "base/errors.h"
 #include "base/limits.h"
 #include "command.h"
 
@@ -31,6 +32,13 @@ void CheckFolderName(const std::string& option, const std::string& name)
     if (name.size() > base::longestName)
         throw UsageError(fmt::format("{} is too long for the name of a folder: {} bytes, of {} at most",
                                      option, name.size(), base::longestName));
+}
+
+void CheckContentName(const std::filesystem::path& path)
+{
+    const std::string text = path.u8string();
+    if (QString::fromStdString(text).toStdString() != text)
+        throw base::IoError("{}: the name is not UTF-8, as those of content have to be", FileText(path));
 }
 
 void CheckAuthor(const std::string& option, const std::string& name)

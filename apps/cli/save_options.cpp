@@ -7,6 +7,7 @@
 #include "command.h"
 #include "name_checks.h"
 #include "option_words.h"
+#include "output_name.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -45,6 +46,12 @@ GntSaveOptions MakeSaveOptions(const SaveArguments& arguments)
     CheckFolderName(OptionWord("--product"), arguments.product);
     CheckAuthor(OptionWord("--author"), arguments.author);
     return {arguments.contentDirectory, arguments.vendor, arguments.product, arguments.compress};
+}
+
+void CheckSaveLibrary(const std::string& contentDirectory)
+{
+    CheckContentName(std::filesystem::absolute(contentDirectory));
+    CheckFolder(contentDirectory);
 }
 
 GntSaveOptions WithWholeFolder(GntSaveOptions options)

@@ -30,6 +30,10 @@ SaveOptionSet AddSaveOptions(CLI::App& command, SaveArguments& arguments);
 /// folder
 GntSaveOptions MakeSaveOptions(const SaveArguments& arguments);
 
+/// That morphs can be saved below the folder, which may have to be made; makes none.
+/// @throws std::exception  they cannot
+void CheckSaveLibrary(const std::string& contentDirectory);
+
 /// With the content directory's whole path.
 GntSaveOptions WithWholeFolder(GntSaveOptions options);
 /// Makes the content directory and its address absolute: the host saves into libraries that are there only.

@@ -106,6 +106,22 @@ TEST_F(ConvertChoice, names_the_content_folder_for_who_is_in_the_wrong_one)
             1, "; looked in " + wrong + "; " + lib + " has it, and is the content folder to name.");
 }
 
+TEST_F(ConvertChoice, refuses_content_whose_name_is_no_text)
+{
+    const std::string odd = workspace.path("li\xFF"
+                                           "b");
+    const std::string reason = "b: the name is not UTF-8, as those of content have to be.";
+    std::filesystem::rename(library(), odd);
+    expectFailureWith(
+        RunProgram({"convert", "--content", odd, "--source", odd + sourcePath, "--target", odd + targetPath}),
+        1, reason);
+    expectFailureWith(RunProgram({"list-dials", odd + sourcePath, "--content", workspace.path("")}), 1,
+                      ".duf: the name is not UTF-8, as those of content have to be.");
+    std::filesystem::rename(odd, library());
+    expectFailureWith(convert(saving(odd)), 1, reason);
+    EXPECT_FALSE(std::filesystem::exists(odd));
+}
+
 TEST_F(ConvertChoice, refuses_a_content_directory_that_is_not_there)
 {
     expectFailure(convert({"--content", workspace.path("none")}), 1,

@@ -20,6 +20,7 @@
 #include "option_words.h"
 #include "output_name.h"
 #include "page/page_writer.h"
+#include "save_options.h"
 
 #include <cerrno>
 #include <cmath>
@@ -52,7 +53,7 @@ void CheckPlaces(const ConversionRequest& request)
     if (!request.pictures.empty())
         CheckFolder(request.pictures);
     if (request.save)
-        CheckFolder(request.save->contentDirectory);
+        CheckSaveLibrary(request.save->contentDirectory);
     if (!request.page.empty()) {
         CheckPageFile(request.page, {request.source, request.target});
         if (request.page.lexically_normal() == request.exportObj.lexically_normal())

@@ -417,7 +417,7 @@ MorphConversionReport ConvertMorphs(const MorphConversionRequest& request, Progr
 {
     if (!request.page.empty())
         CheckPageFile(request.page, {request.source, request.target, request.choice.list});
-    CheckFolder(request.save.contentDirectory);
+    CheckSaveLibrary(request.save.contentDirectory);
     if (!request.isDryRun)
         ExpectFiles();
     base::MadeFolders made; // go again where nothing is saved
