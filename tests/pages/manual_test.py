@@ -110,6 +110,39 @@ class TheManual(unittest.TestCase):
         self.window.resize(1280)
         self.assertLessEqual(wider, 0)
 
+    def test_breaks_no_word_at_the_beginning_of_a_table_s_row(self):
+        for width in (420, 1100, 1280):
+            self.window.resize(width)
+            broken = self.window.run("""
+                const words = [];
+                for (const cell of document.querySelectorAll('main th:first-child, main td:first-child')) {
+                    const texts = document.createTreeWalker(cell, NodeFilter.SHOW_TEXT);
+                    while (texts.nextNode())
+                        for (const word of texts.currentNode.data.matchAll(/(?<![^\\s/-])[^\\s/-]{2,16}(?=[\\s/-]|$)/g)) {
+                            const range = document.createRange();
+                            range.setStart(texts.currentNode, word.index);
+                            range.setEnd(texts.currentNode, word.index + word[0].length);
+                            const lines = new Set([...range.getClientRects()].map((box) => Math.round(box.top)));
+                            if (lines.size > 1)
+                                words.push(word[0]);
+                        }
+                }
+                return words;""")
+            with self.subTest(width):
+                self.assertEqual(broken, [])
+        self.window.resize(1280)
+
+    def test_keeps_options_in_one_piece_where_there_is_room(self):
+        for width in (1100, 1280):
+            self.window.resize(width)
+            broken = self.window.run("return [...document.querySelectorAll('td:first-child code')]"
+                                     ".filter((code) => code.getClientRects().length > 1).map((code) => code.textContent)")
+            wider = self.window.run("return document.documentElement.scrollWidth - window.innerWidth")
+            with self.subTest(width):
+                self.assertEqual(broken, [])
+                self.assertLessEqual(wider, 0)
+        self.window.resize(1280)
+
 
 if __name__ == "__main__":
     MANUAL, *CHAPTERS = sys.argv[1:]
