@@ -13,6 +13,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QProcess>
+#include <QRectF>
 #include <QRegularExpression>
 #include <QUrl>
 
@@ -181,6 +182,34 @@ TEST(Manual, keeps_each_line_of_commands_on_one_line)
         }
     }
     EXPECT_GT(lines, 50);
+}
+
+TEST(Manual, has_no_word_over_another)
+{
+    const QString boxes =
+        Output(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), BuiltManual(), QStringLiteral("-")});
+    const QRegularExpression word(QStringLiteral(
+        "<word xMin=\"([^\"]*)\" yMin=\"([^\"]*)\" xMax=\"([^\"]*)\" yMax=\"([^\"]*)\">([^<]*)</word>"));
+    int count = 0;
+    for (const QString& page : boxes.split(QStringLiteral("</page>"))) {
+        std::vector<std::pair<QRectF, QString>> words;
+        for (auto at = word.globalMatch(page); at.hasNext();) {
+            const auto found = at.next();
+            const auto number = [&found](int which) { return found.captured(which).toDouble(); };
+            words.emplace_back(QRectF(QPointF(number(1), number(2)), QPointF(number(3), number(4))),
+                               found.captured(5));
+        }
+        count += static_cast<int>(words.size());
+        for (std::size_t i = 0; i < words.size(); ++i)
+            for (std::size_t j = i + 1; j < words.size(); ++j) {
+                // Boxes of letters are higher than the letters, so that those of two lines may touch.
+                const QRectF both = words[i].first.intersected(words[j].first);
+                const double height = std::min(words[i].first.height(), words[j].first.height());
+                EXPECT_FALSE(both.width() > 1.0 && both.height() > height / 3)
+                    << words[i].second.toStdString() << " and " << words[j].second.toStdString();
+            }
+    }
+    EXPECT_GT(count, 5000);
 }
 
 TEST(Manual, shows_a_source_and_its_result_on_its_title_and_says_so)

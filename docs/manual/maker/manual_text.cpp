@@ -383,6 +383,21 @@ bool FitPictureBelow(QTextDocument& document, const QTextBlock& block)
     return true;
 }
 
+/// A table that ends on the next page with nothing but the room below it would have its header painted there
+/// again, over the text.
+void EndTableOnPageOf(QTextDocument& document, const QTextBlock& last)
+{
+    QTextTable& table = *QTextCursor(last).currentTable();
+    const QRectF box = document.documentLayout()->frameBoundingRect(&table);
+    const int page = PageOfLine(document, last, std::max(last.layout()->lineCount() - 1, 0));
+    if (static_cast<int>(box.bottom() / document.pageSize().height()) == page)
+        return;
+    QTextTableFormat format = table.format();
+    format.setBottomMargin(0);
+    table.setFormat(format);
+    document.markContentsDirty(0, document.characterCount());
+}
+
 void BreakBefore(const QTextBlock& block)
 {
     if (QTextTable* const table = QTextCursor(block).currentTable()) {
@@ -420,6 +435,8 @@ std::unique_ptr<QTextDocument> MakeDocument(const QStringList& chapters, const Q
 void KeepTogether(QTextDocument& document)
 {
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        if (!IsInTable(block) && block.previous().isValid() && IsInTable(block.previous()))
+            EndTableOnPageOf(document, block.previous());
         if (!IsTornApart(document, block) ||
             (FitPictureBelow(document, block) && !IsTornApart(document, block)))
             continue;
