@@ -48,6 +48,7 @@ struct ContentPictures::Impl {
     QSet<QString> without; ///< as keys: files that have no picture, and of which none can be drawn
     BackgroundProcess process;
     QString drawn;      ///< the file whose picture the process draws
+    QString drawnKey;   ///< of that file as it was before
     QString lookedFor;  ///< the one whose picture the thread looks for
     QThreadPool thread; ///< since a large picture takes seconds
     QTimer next, patience;
@@ -79,14 +80,17 @@ struct ContentPictures::Impl {
         return picture.isNull() && cache ? cache->find(file, size) : picture;
     }
 
-    void keep(const QString& file, const QImage& picture)
+    /// @param key  from before the picture was read, so that one of a file that changed meanwhile is no
+    /// answer
+    void keep(const QString& key, const QImage& picture)
     {
         auto* const pixmap = new QPixmap(QPixmap::fromImage(picture));
-        ready.insert(KeyOf(file), pixmap, 1 + picture.width() * picture.height() * 4 / 1024);
+        ready.insert(key, pixmap, 1 + picture.width() * picture.height() * 4 / 1024);
     }
 
     void draw(const QString& file)
     {
+        drawnKey = KeyOf(file);
         QStringList arguments{QStringLiteral("render"),    QFileInfo(file).absoluteFilePath(),
                               QStringLiteral("--out"),     cache->placeOf(file),
                               QStringLiteral("--size"),    QStringLiteral("%1x%1").arg(size),
@@ -197,23 +201,23 @@ void ContentPictures::work()
 void ContentPictures::look(const QString& file)
 {
     _impl->lookedFor = file;
-    _impl->thread.start([this, file, cache = _impl->cache] {
+    _impl->thread.start([this, file, key = Impl::KeyOf(file), cache = _impl->cache] {
         const QImage picture = Impl::Find(file, cache);
         QMetaObject::invokeMethod(this, "handleFound", Qt::QueuedConnection, Q_ARG(QString, file),
-                                  Q_ARG(QImage, picture));
+                                  Q_ARG(QString, key), Q_ARG(QImage, picture));
     });
 }
 
-void ContentPictures::handleFound(const QString& file, const QImage& picture)
+void ContentPictures::handleFound(const QString& file, const QString& key, const QImage& picture)
 {
     _impl->lookedFor.clear();
     if (!picture.isNull()) {
-        _impl->keep(file, picture);
+        _impl->keep(key, picture);
         emit pictureReady(file);
     } else if (_impl->cache && !_impl->drawing.program.isEmpty() && CanBeDrawn(AssetTypeOf(file))) {
         _impl->ask(_impl->toDraw, file);
     } else {
-        _impl->without.insert(Impl::KeyOf(file));
+        _impl->without.insert(key);
     }
     _impl->next.start(); // for what is waiting
 }
@@ -227,9 +231,9 @@ void ContentPictures::handleDrawn()
     _impl->drawn.clear();
     const QImage picture = _impl->cache ? _impl->cache->find(file, size) : QImage();
     if (picture.isNull())
-        _impl->without.insert(Impl::KeyOf(file));
+        _impl->without.insert(_impl->drawnKey);
     else
-        _impl->keep(file, picture);
+        _impl->keep(_impl->drawnKey, picture);
     if (_impl->cache)
         _impl->cache->trim();
     _impl->next.start(); // for what is waiting

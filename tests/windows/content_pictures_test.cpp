@@ -143,6 +143,35 @@ TEST_F(ContentPicturesTest, are_drawn_of_figures_without_one_and_kept_until_thes
     EXPECT_EQ(calls(), 2);
 }
 
+TEST_F(ContentPicturesTest, of_files_that_change_while_they_are_drawn_are_drawn_again)
+{
+    const QString file = writeAsset("Vera.duf", "character");
+    pictures->setDrawing({writeProgram("if [ ! -e '" + at("changed").toUtf8() + "' ]; then touch '" +
+                                       at("changed").toUtf8() + "'; touch -d '1 hour' '" + file.toUtf8() +
+                                       "'; fi; cp '" + at("drawn.png").toUtf8() + "' \"$4\""),
+                          cacheFolder()});
+    colorOf(file);
+    EXPECT_EQ(colorOf(file), QColor(Qt::blue)) << "what was drawn first is of the file before";
+    EXPECT_EQ(calls(), 2);
+}
+
+TEST_F(ContentPicturesTest, that_change_while_they_are_read_are_read_again)
+{
+    const QString file = writeAsset("Vera.duf", "preset_pose");
+    paint(at("Vera.png"), Qt::red, 4000);
+    paint(at("next"), Qt::green, 4000);
+    QFile next(at("next"));
+    ASSERT_TRUE(next.open(QIODevice::ReadWrite));
+    next.setFileTime(QDateTime::currentDateTime().addSecs(60), QFileDevice::FileModificationTime);
+    next.close();
+    pictures->picture(file);
+    QCoreApplication::processEvents(); // the reading begins, which takes a while
+    ASSERT_TRUE(pictures->isBusy());
+    ASSERT_TRUE(QFile::remove(at("Vera.png")) && QFile::rename(at("next"), at("Vera.png")));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !pictures->isBusy(); }, 20000));
+    EXPECT_EQ(colorOf(file), QColor(Qt::green));
+}
+
 TEST_F(ContentPicturesTest, are_drawn_anew_where_the_kept_one_is_damaged)
 {
     pictures->setDrawing({drawer(), cacheFolder()});

@@ -54,7 +54,7 @@ signals:
 private slots:
     void work();
     void handleDrawn();
-    void handleFound(const QString& file, const QImage& picture);
+    void handleFound(const QString& file, const QString& key, const QImage& picture);
 
 private:
     void look(const QString& file);
