@@ -31,6 +31,8 @@
 #include <dzmorph.h>
 #include <dzobject.h>
 
+#include <memory>
+
 namespace {
 
 using State = desktop::Job::State;
@@ -570,6 +572,31 @@ TEST_F(JobsTest, are_added_with_settings_that_are_proposed_again)
     EXPECT_EQ(desktop::FileOf(job(2), "source"), pathOf(targetFile));
     EXPECT_EQ(desktop::FileOf(job(2), "target"), pathOf(targetFile));
     EXPECT_EQ(job(2).cells.value(Text("vendor")).toString(), Text("Me"));
+}
+
+TEST_F(JobsTest, keep_their_settings_when_they_begin_while_these_are_changed)
+{
+    const QString go = TestFolder() + Text("/go on");
+    QFile::remove(go);
+    makeWindow(writeProgram(Text("while [ ! -e '%1' ]; do sleep 0.01; done\n").arg(go)));
+    add({cells("One"), cells("Two")});
+    press("StartJobs");
+    ASSERT_EQ(job(0).state, State::Running);
+    choose(1);
+    std::unique_ptr<ModalAnswer> box;
+    ModalAnswer settings([&](QWidget& dialog) {
+        dialog.findChild<QLineEdit*>(Text("Vendor"))->setText(Text("Somebody else"));
+        QFile file(go);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return job(1).state != State::Waiting; }, longestMs));
+        box = std::make_unique<ModalAnswer>();
+        QTest::mouseClick(FindButton(dialog, "OK"), Qt::LeftButton);
+    });
+    press("JobSettings");
+    ASSERT_TRUE(settings.seen && box && box->seen);
+    EXPECT_EQ(box->text, Text("The job has begun meanwhile; its settings are as they were."));
+    EXPECT_EQ(job(1).cells, cells("Two"));
+    EXPECT_TRUE(waitForEnd());
 }
 
 TEST_F(JobsTest, ask_before_the_window_closes_while_one_runs)
