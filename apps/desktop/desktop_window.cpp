@@ -562,11 +562,14 @@ void DesktopWindow::openManual()
 
 void DesktopWindow::tellAbout()
 {
-    QMessageBox::about(
-        &_window, tr("About Gantrel"),
+    const QString text =
         tr("<p><b>Gantrel %1</b></p><p>Shapes of older figure generations as morphs on Genesis "
            "9, in a window of its own.</p>")
-            .arg(QLatin1String(GANTREL_VERSION)));
+            .arg(QLatin1String(GANTREL_VERSION));
+    QMessageBox box(QMessageBox::NoIcon, tr("About Gantrel"), text, QMessageBox::Ok, &_window);
+    box.setTextFormat(Qt::RichText);
+    box.setIconPixmap(ApplicationIcon().pixmap(64));
+    box.exec();
 }
 
 } // namespace desktop

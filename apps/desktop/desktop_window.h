@@ -6,6 +6,7 @@
 #include "dialog_places.h"
 #include "jobs/jobs_window.h"
 #include "log_window.h"
+#include "plain_boxes.h"
 #include "recent_files.h"
 #include "rig_follower.h"
 #include "scene_files.h"
@@ -92,6 +93,7 @@ private:
     void tellAbout();
 
     DzMainWindow& _window;
+    PlainBoxes _boxes; ///< from the first question on
     /// Goes with the window if that goes first. Before all that read settings, which may be damaged.
     QPointer<LogWindow> _log;
     QPointer<JobsWindow> _jobs; ///< likewise

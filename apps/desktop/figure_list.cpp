@@ -5,6 +5,7 @@
 
 #include "openhost/content_files.h"
 #include "openhost/content_pictures.h"
+#include "openhost/plain_tip.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -77,7 +78,7 @@ void FigureList::add(const openhost::UserFile& file)
     const QString text = file.note.isEmpty() ? name : name + QLatin1Char('\n') + file.note;
     auto* const item = new FigureItem(text);
     item->setData(fileRole, file.path);
-    item->setToolTip(file.path);
+    item->setToolTip(openhost::PlainTip(file.path));
     int row = 0;
     for (int end = _list->count(); row < end;) {
         const int middle = (row + end) / 2;

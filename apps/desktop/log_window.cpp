@@ -3,6 +3,7 @@
 
 #include "log_window.h"
 
+#include "openhost/plain_tip.h"
 #include "path_delegate.h"
 
 #include <dzapp.h>
@@ -37,7 +38,7 @@ QString SeverityText(base::Severity severity)
 QTableWidgetItem* MakeItem(const QString& text)
 {
     auto* const item = new QTableWidgetItem(text);
-    item->setToolTip(text);
+    item->setToolTip(openhost::PlainTip(text));
     return item;
 }
 

@@ -4,6 +4,7 @@
 #include "recent_files.h"
 
 #include "desktop_settings.h"
+#include "openhost/plain_tip.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -89,7 +90,7 @@ void RecentFilesMenu::fill(const QStringList& files)
         text.replace(QLatin1Char('&'), QLatin1String("&&"));
         QAction* const entry = addAction(QStringLiteral("&%1 %2").arg(i + 1).arg(text));
         entry->setData(files[i]);
-        entry->setToolTip(QDir::toNativeSeparators(files[i]));
+        entry->setToolTip(openhost::PlainTip(QDir::toNativeSeparators(files[i])));
     }
     addSeparator();
     addAction(tr("&Clear List"), this, SLOT(clearList()));

@@ -4,6 +4,7 @@
 #include "save_morphs_dialog.h"
 
 #include "desktop_settings.h"
+#include "openhost/plain_tip.h"
 
 #include <dzapp.h>
 #include <dzassetiofilter.h>
@@ -97,7 +98,7 @@ void SaveMorphsDialog::addMorphs()
         const QString label = one.morph->getLabel();
         auto* const item = new QListWidgetItem(
             isOneFigure ? label : tr("%1 (%2)").arg(label, one.figure->getLabel()), _list);
-        item->setToolTip(tr("A morph of %1").arg(one.figure->getLabel()));
+        item->setToolTip(openhost::PlainTip(tr("A morph of %1").arg(one.figure->getLabel())));
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
         item->setCheckState(Qt::Checked);
     }

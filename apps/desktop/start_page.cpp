@@ -4,6 +4,7 @@
 #include "start_page.h"
 
 #include "openhost/content_pictures.h"
+#include "openhost/plain_tip.h"
 
 #include <dzprogress.h>
 #include <dzscene.h>
@@ -161,7 +162,7 @@ void StartPage::showRecent(const QStringList& files)
                                                        QDir::toNativeSeparators(QFileInfo(file).path())));
         item->setData(fileRole, file);
         item->setData(Qt::AccessibleTextRole, QFileInfo(file).fileName());
-        item->setToolTip(QDir::toNativeSeparators(file));
+        item->setToolTip(openhost::PlainTip(QDir::toNativeSeparators(file)));
         _recent->addItem(item);
         showPicture(file);
     }

@@ -3,6 +3,8 @@
 
 #include "status_line.h"
 
+#include "openhost/plain_tip.h"
+
 #include <QLabel>
 #include <QMainWindow>
 #include <QStatusBar>
@@ -20,7 +22,7 @@ void StatusLine::tell(Subject subject, const QString& text)
     for (const QString& one : qAsConst(_texts)) {
         auto* const label = new QLabel(one);
         label->setTextFormat(Qt::PlainText);
-        label->setToolTip(one.toHtmlEscaped());
+        label->setToolTip(openhost::PlainTip(one));
         // A long text is cut, and does not make the window wider.
         label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         _window.statusBar()->addWidget(label, 1);

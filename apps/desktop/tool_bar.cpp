@@ -4,6 +4,7 @@
 #include "tool_bar.h"
 
 #include "drawn_icons.h"
+#include "openhost/plain_tip.h"
 
 #include <QMainWindow>
 #include <QMenu>
@@ -45,7 +46,7 @@ void ToolBar::addEntry(QAction& entry, DrawnIcon icon)
     addAction(&entry);
     widgetForAction(&entry)->setFocusPolicy(Qt::TabFocus);
     connect(&entry, SIGNAL(changed()), SLOT(updateTip()), Qt::UniqueConnection);
-    entry.setToolTip(TipOf(entry));
+    entry.setToolTip(openhost::PlainTip(TipOf(entry)));
 }
 
 void ToolBar::addMenu(QMenu& menu, DrawnIcon icon)
@@ -65,7 +66,7 @@ void ToolBar::updateTip()
 {
     auto* const entry = qobject_cast<QAction*>(sender());
     if (entry && entry->toolTip() != TipOf(*entry))
-        entry->setToolTip(TipOf(*entry));
+        entry->setToolTip(openhost::PlainTip(TipOf(*entry)));
 }
 
 } // namespace desktop

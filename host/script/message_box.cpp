@@ -6,6 +6,7 @@
 #include "dzapp.h"
 
 #include <QPushButton>
+#include <QTextDocument>
 
 namespace openhost {
 
@@ -38,6 +39,7 @@ int ScriptMessageBox::ask(QMessageBox::Icon icon, const QString& text, const QSt
 {
     buttons.removeAll(QString());
     QMessageBox box(icon, title, text, QMessageBox::NoButton, dzApp->getDialogParent());
+    box.setTextFormat(Qt::mightBeRichText(text) ? Qt::RichText : Qt::PlainText); // scripts may use markup
     QList<QAbstractButton*> pushButtons;
     for (const QString& button : buttons)
         pushButtons.append(box.addButton(button, QMessageBox::AcceptRole));

@@ -7,6 +7,7 @@
 #include "dzasset.h"
 #include "dzcontentmgr.h"
 #include "file_finder.h"
+#include "openhost/plain_tip.h"
 #include "pane_asset_list.h"
 #include "pane_refresh.h"
 #include "pane_user_files.h"
@@ -102,7 +103,7 @@ QTreeWidgetItem* DzContentLibraryPane::addFolder(QTreeWidgetItem& parent, const 
 {
     auto* const item = new QTreeWidgetItem(&parent, {name});
     item->setData(0, pathRole, path);
-    item->setToolTip(0, path);
+    item->setToolTip(0, openhost::PlainTip(path));
     // What is below is read when it is to be seen.
     if (HasSubfolders(path))
         item->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);

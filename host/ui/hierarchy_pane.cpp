@@ -4,6 +4,7 @@
 #include "hierarchy_pane.h"
 
 #include "dzscene.h"
+#include "openhost/plain_tip.h"
 #include "pane_refresh.h"
 #include "scene/node_walk.h"
 
@@ -151,7 +152,7 @@ void DzHierarchyPane::showNode(const DzNode& node)
     const Raised showing(_isShowing);
     QTreeWidgetItem& item = *_items.value(&node);
     item.setText(Label, node.getLabel());
-    item.setToolTip(Label, node.getName());
+    item.setToolTip(Label, openhost::PlainTip(node.getName()));
     item.setCheckState(Visible, node.isVisible() ? Qt::Checked : Qt::Unchecked);
 }
 

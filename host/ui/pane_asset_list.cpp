@@ -8,6 +8,7 @@
 #include "dzcontentmgr.h"
 #include "favorite_files.h"
 #include "openhost/content_pictures.h"
+#include "openhost/plain_tip.h"
 #include "pane_property_row.h"
 
 #include <QContextMenuEvent>
@@ -60,7 +61,7 @@ public:
     QVariant data(int role) const override
     {
         if (role == Qt::ToolTipRole)
-            return RelativePath(file());
+            return openhost::PlainTip(RelativePath(file()));
         if (role == Qt::DecorationRole)
             return picture();
         if (role == Qt::AccessibleDescriptionRole && IsFavoriteFile(file()))

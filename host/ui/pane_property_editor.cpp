@@ -10,6 +10,7 @@
 #include "dzfloatslider.h"
 #include "dzintslider.h"
 #include "dzstringproperty.h"
+#include "openhost/plain_tip.h"
 #include "slider_access.h"
 
 #include <QCheckBox>
@@ -116,7 +117,7 @@ void PropertyEditor::readLook()
         return;
     const QString label = _property->getLabel();
     _label->setText(label);
-    setToolTip(_property->isLocked() ? label + QStringLiteral(" (locked)") : label);
+    setToolTip(openhost::PlainTip(_property->isLocked() ? label + QStringLiteral(" (locked)") : label));
     setEnabled(!_property->isLocked());
     if (_widget)
         _widget->setAccessibleName(label);

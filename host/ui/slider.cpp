@@ -3,6 +3,7 @@
 
 #include "dzslider.h"
 
+#include "openhost/plain_tip.h"
 #include "slider_access.h"
 #include "slider_picture.h"
 #include "slider_text.h"
@@ -196,7 +197,8 @@ struct DzSlider::Impl {
             editor->setAccessibleDescription(sentence);
         if (sentence.isEmpty())
             return;
-        QToolTip::showText(slider.mapToGlobal(QPoint(0, slider.height())), sentence, &slider);
+        QToolTip::showText(slider.mapToGlobal(QPoint(0, slider.height())), openhost::PlainTip(sentence),
+                           &slider);
         QAccessibleEvent alert(isTyping ? static_cast<QWidget*>(editor) : &slider, QAccessible::Alert);
         QAccessible::updateAccessibility(&alert);
     }

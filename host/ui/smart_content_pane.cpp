@@ -6,6 +6,7 @@
 #include "dzapp.h"
 #include "dzcontentmgr.h"
 #include "dzscene.h"
+#include "openhost/plain_tip.h"
 #include "pane_asset_list.h"
 #include "pane_refresh.h"
 #include "pane_user_files.h"
@@ -211,7 +212,7 @@ void DzProductContentTab::fillProducts()
             new QListWidgetItem(QStringLiteral("%1 (%2)").arg(product.name, product.category), _products);
         item->setData(pathRole, product.path);
         item->setData(categoryRole, product.category);
-        item->setToolTip(product.path);
+        item->setToolTip(openhost::PlainTip(product.path));
         item->setSelected(selected.contains(product.path));
     }
 }

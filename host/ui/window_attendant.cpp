@@ -5,6 +5,7 @@
 
 #include "dform_load_options.h"
 #include "dzapp.h"
+#include "openhost/plain_tip.h"
 #include "options_dialog.h"
 #include "save_file_dialog.h"
 
@@ -51,7 +52,7 @@ public:
         auto* const list = new QListWidget;
         list->addItems(files);
         for (int i = 0; i < files.size(); ++i)
-            list->item(i)->setToolTip(files.at(i));
+            list->item(i)->setToolTip(PlainTip(files.at(i)));
         // Of a long path the beginning and the file's name tell most.
         list->setTextElideMode(Qt::ElideMiddle);
         list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -6,6 +6,7 @@
 #include "../content_folders.h"
 #include "../desktop_settings.h"
 #include "job.h"
+#include "openhost/plain_tip.h"
 
 #include <dzapp.h>
 #include <dzcontentmgr.h>
@@ -94,7 +95,7 @@ void JobDialog::addFigures(QFormLayout& form, const QStringList& sources)
                                                            : tr("%n figures", nullptr, sources.size()));
         shown->setTextFormat(Qt::PlainText);
         shown->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        shown->setToolTip(sources.join(QLatin1Char('\n')));
+        shown->setToolTip(openhost::PlainTip(sources.join(QLatin1Char('\n'))));
         shown->setMinimumWidth(60 * fontMetrics().averageCharWidth());
         shown->setText(fontMetrics().elidedText(shown->text(), Qt::ElideLeft, shown->minimumWidth()));
         form.addRow(tr("Source:"), shown);

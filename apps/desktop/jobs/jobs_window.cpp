@@ -9,6 +9,7 @@
 #include "job_dialog.h"
 #include "job_model.h"
 #include "job_views.h"
+#include "openhost/plain_tip.h"
 
 #include <dzapp.h>
 
@@ -377,8 +378,8 @@ void JobsWindow::updateButtons()
     const int failed = _queue.count(Job::State::Failed) + _queue.count(Job::State::Stopped);
     _save->setEnabled(!_queue.jobs().isEmpty());
     _settings->setEnabled(job && job->isOwn() && job->state != Job::State::Running);
-    _settings->setToolTip(job && !job->isOwn() ? tr("This is a row of %1; change it there.").arg(job->table)
-                                               : QString());
+    _settings->setToolTip(openhost::PlainTip(
+        job && !job->isOwn() ? tr("This is a row of %1; change it there.").arg(job->table) : QString()));
     _remove->setEnabled(!chosen().isEmpty() && !(job && job->state == Job::State::Running));
     _report->setEnabled(job && !job->report.isEmpty() && job->state != Job::State::Running);
     _result->setEnabled(job && job->state == Job::State::Done);
