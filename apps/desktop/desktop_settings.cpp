@@ -5,6 +5,7 @@
 
 #include <QJsonDocument>
 #include <QMainWindow>
+#include <QVector>
 
 #include <dzappsettings.h>
 
@@ -28,6 +29,7 @@ const QLatin1String viewStyleKey("view_style");
 const QLatin1String lookKey("light_look");
 const QLatin1String docksKey("window_docks");
 const QLatin1String jobCellsKey("job_settings");
+const QLatin1String dialogGroup("Gantrel Desktop/Dialog Places");
 // The plug-in's, so that a place that is given in one dialog is proposed in the other.
 const QLatin1String productGroup("Kestrom's Gantrel");
 const QLatin1String morphFolderKey("save_last_content_library");
@@ -168,6 +170,24 @@ void RememberJobCells(const QJsonObject& cells)
 {
     DzAppSettings(group).setStringValue(
         jobCellsKey, QString::fromUtf8(QJsonDocument(cells).toJson(QJsonDocument::Compact)));
+}
+
+QRect RememberedDialogPlace(const QString& dialog)
+{
+    QVector<int> numbers;
+    for (const QString& text : DzAppSettings(dialogGroup).getStringValue(dialog).split(QLatin1Char(' ')))
+        numbers.append(text.toInt());
+    return numbers.size() == 4 ? QRect(numbers[0], numbers[1], numbers[2], numbers[3]) : QRect();
+}
+
+void RememberDialogPlace(const QString& dialog, const QRect& place)
+{
+    DzAppSettings(dialogGroup)
+        .setStringValue(dialog, QStringLiteral("%1 %2 %3 %4")
+                                    .arg(place.x())
+                                    .arg(place.y())
+                                    .arg(place.width())
+                                    .arg(place.height()));
 }
 
 bool RestoreLayout(QMainWindow& window)

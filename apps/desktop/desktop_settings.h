@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QRect>
 #include <QStringList>
 
 #include <dzauthor.h>
@@ -59,6 +60,12 @@ void RememberMorphPlace(const MorphPlace& place);
 /// What was chosen for a job of the list last, as a row of a batch's table has it.
 QJsonObject RememberedJobCells();
 void RememberJobCells(const QJsonObject& cells);
+
+/// Where a dialog stood, with its frame's corner, and its size without frame, in pixels of the screen. Null
+/// where nobody has moved it.
+/// @param dialog  its object's name
+QRect RememberedDialogPlace(const QString& dialog);
+void RememberDialogPlace(const QString& dialog, const QRect& place);
 
 /// Size, place and docks. False when there is nothing to restore.
 bool RestoreLayout(QMainWindow& window);

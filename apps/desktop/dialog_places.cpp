@@ -3,6 +3,8 @@
 
 #include "dialog_places.h"
 
+#include "desktop_settings.h"
+
 #include <dz3dviewport.h>
 #include <dzmainwindow.h>
 #include <dzviewport.h>
@@ -12,6 +14,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
 
@@ -21,7 +24,8 @@ namespace desktop {
 
 namespace {
 
-constexpr int gap = 8; ///< pixels between a dialog and the figures
+constexpr int gap = 8;    ///< pixels between a dialog and the figures
+constexpr int frame = 40; ///< pixels; one that becomes known late looks like a move
 
 int AreaOf(const QRect& rect)
 {
@@ -36,10 +40,36 @@ QPoint Within(QPoint place, const QSize& size, const QRect& screen)
     return place;
 }
 
-bool HasOwnPlace(const QWidget& dialog)
+/// Questions, and dialogs of plug-ins.
+bool IsLeftAlone(const QWidget& dialog)
 {
-    return dialog.testAttribute(Qt::WA_Moved) || dialog.inherits("kst::DialogBase") ||
-           dialog.inherits("QMessageBox") || dialog.inherits("QFileDialog");
+    return dialog.inherits("kst::DialogBase") || dialog.inherits("QMessageBox") ||
+           dialog.inherits("QFileDialog");
+}
+
+/// The one that tells of progress is as large as it has something to tell.
+bool IsRemembered(const QWidget& dialog)
+{
+    return !dialog.objectName().isEmpty() && dialog.objectName() != QLatin1String("ProgressWindow") &&
+           !IsLeftAlone(dialog);
+}
+
+QRect PlaceOf(const QWidget& dialog)
+{
+    return {dialog.pos(), dialog.size()};
+}
+
+/// False where there is none, or none of the screens of today shows it.
+bool Restore(QWidget& dialog)
+{
+    const QRect place = IsRemembered(dialog) ? RememberedDialogPlace(dialog.objectName()) : QRect();
+    const QScreen* const screen = place.isValid() ? QGuiApplication::screenAt(place.center()) : nullptr;
+    if (!screen)
+        return false;
+    const QRect available = screen->availableGeometry();
+    dialog.resize(place.size().boundedTo(available.size()));
+    dialog.move(Within(place.topLeft(), dialog.size(), available));
+    return true;
 }
 
 } // namespace
@@ -63,29 +93,50 @@ DialogPlaces::DialogPlaces(DzMainWindow& window) : _window(window)
 
 bool DialogPlaces::eventFilter(QObject* object, QEvent* event)
 {
-    // From outside it comes when a window is restored, which stays where it was.
-    if (event->type() != QEvent::Show || event->spontaneous())
+    auto* const dialog = object->isWidgetType() ? qobject_cast<QDialog*>(object) : nullptr;
+    if (!dialog)
         return false;
-    auto* const dialog = qobject_cast<QDialog*>(object);
-    if (!dialog || !dialog->parentWidget() || dialog->parentWidget()->window() != &_window ||
-        HasOwnPlace(*dialog))
+    // Before that, who manages windows may have moved it.
+    if (event->type() == QEvent::WindowActivate && !_begun.contains(dialog))
+        _begun.insert(dialog, PlaceOf(*dialog));
+    if (event->spontaneous()) // from outside a window is hidden and restored where it was
         return false;
+    if (event->type() == QEvent::Show && !Restore(*dialog))
+        place(*dialog);
+    if (event->type() == QEvent::Hide)
+        keep(*dialog);
+    return false;
+}
+
+void DialogPlaces::keep(const QDialog& dialog)
+{
+    const QRect now = PlaceOf(dialog), before = _begun.value(&dialog, now);
+    _begun.remove(&dialog);
+    const bool isMoved = (now.topLeft() - before.topLeft()).manhattanLength() > frame;
+    if ((isMoved || now.size() != before.size()) && !dialog.isMaximized() && IsRemembered(dialog))
+        RememberDialogPlace(dialog.objectName(), now);
+}
+
+void DialogPlaces::place(QDialog& dialog) const
+{
+    if (!dialog.parentWidget() || dialog.parentWidget()->window() != &_window ||
+        dialog.testAttribute(Qt::WA_Moved) || IsLeftAlone(dialog))
+        return;
     // Nobody knows a window's frame before it is seen; that of the main window is as wide.
-    const QSize frame = _window.frameGeometry().size() - _window.geometry().size();
+    const QSize edges = _window.frameGeometry().size() - _window.geometry().size();
     const QRect screen = _window.screen()->availableGeometry();
-    const QSize most = dialog->size().boundedTo(screen.size() - frame);
-    if (most != dialog->size()) // with large texts it may be larger
-        dialog->resize(most);
+    const QSize most = dialog.size().boundedTo(screen.size() - edges);
+    if (most != dialog.size()) // with large texts it may be larger
+        dialog.resize(most);
     const QRect area = figures();
     if (area.isEmpty())
-        return false;
-    QRect outer(QPoint(), dialog->size() + frame);
+        return;
+    QRect outer(QPoint(), dialog.size() + edges);
     outer.moveCenter(_window.frameGeometry().center()); // where the toolkit would put it
-    dialog->move(PlaceBeside(outer, area, screen));
+    dialog.move(PlaceBeside(outer, area, screen));
     // Until it has taken the event in, it would go where the toolkit puts it; the next time the figures may
     // stand elsewhere.
-    QTimer::singleShot(0, dialog, [dialog] { dialog->setAttribute(Qt::WA_Moved, false); });
-    return false;
+    QTimer::singleShot(0, &dialog, [dialog = &dialog] { dialog->setAttribute(Qt::WA_Moved, false); });
 }
 
 QRect DialogPlaces::figures() const

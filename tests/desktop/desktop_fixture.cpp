@@ -37,6 +37,7 @@ void DesktopTest::SetUp()
           "author_email", "author_url", "window_geometry", "window_docks", "view_ground", "view_buttons",
           "view_style", "light_look", "job_settings"})
         settings.removeValue(QLatin1String(key));
+    settings.removeKey(QStringLiteral("Dialog Places"));
     AddMiniLibrary();
     desktop.reset(new desktop::DesktopWindow(attendant));
 }

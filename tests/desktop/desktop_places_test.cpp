@@ -1,6 +1,7 @@
 // Where dialogs open: beside the figures, on the screen.
 // SPDX-License-Identifier: MIT
 
+#include "apps/desktop/desktop_settings.h"
 #include "apps/desktop/dialog_places.h"
 #include "openhost/figure_area.h"
 #include "tests/desktop/desktop_fixture.h"
@@ -11,6 +12,7 @@
 #include <QMessageBox>
 #include <QScreen>
 #include <QShowEvent>
+#include <QtTest/QTest>
 #include <QtTest/qtestspontaneevent.h>
 
 #include <dz3dviewport.h>
@@ -146,6 +148,50 @@ TEST_F(PlacesTest, are_kept_by_dialogs_that_are_restored)
     QSpontaneKeyEvent::setSpontaneous(&restored);
     qApp->notify(&dialog, &restored); // sendEvent() would take it for one of our own
     EXPECT_EQ(dialog.pos(), moved);
+}
+
+/// As the user sees it, who then moves it.
+QRect Shown(DzMainWindow& window, const char* name, const QRect& moved = QRect())
+{
+    QDialog dialog(&window);
+    dialog.setObjectName(QLatin1String(name));
+    dialog.resize(120, 100);
+    dialog.show();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    QRect place(dialog.pos(), dialog.size());
+    if (moved.isValid()) {
+        dialog.resize(moved.size());
+        dialog.move(moved.topLeft());
+    }
+    return place;
+}
+
+TEST_F(PlacesTest, are_those_that_the_user_chose_the_last_time)
+{
+    start();
+    const QRect usual = Shown(window(), "First");
+    EXPECT_EQ(desktop::RememberedDialogPlace(QStringLiteral("First")), QRect()) << "nobody moved it";
+    const QRect wanted(usual.topLeft() + QPoint(70, 50), QSize(310, 222));
+    Shown(window(), "First", wanted);
+    EXPECT_EQ(Shown(window(), "First"), wanted);
+    EXPECT_EQ(Shown(window(), "Second"), usual) << "is another one";
+    EXPECT_EQ(Shown(window(), ""), usual);
+}
+
+TEST_F(PlacesTest, of_the_last_time_are_forgotten_where_no_screen_shows_them)
+{
+    start();
+    const QRect usual = Shown(window(), "First");
+    for (const QRect& gone :
+         {QRect(90000, 20, 300, 200), QRect(-5000, -5000, 300, 200), QRect(10, 10, -4, 7)}) {
+        desktop::RememberDialogPlace(QStringLiteral("First"), gone);
+        EXPECT_EQ(Shown(window(), "First"), usual);
+    }
+    const QRect all = window().screen()->availableGeometry();
+    desktop::RememberDialogPlace(QStringLiteral("First"), all.adjusted(-50, -50, 900, 900));
+    if (QGuiApplication::screenAt(all.adjusted(-50, -50, 900, 900).center())) {
+        EXPECT_TRUE(all.contains(Shown(window(), "First"))) << "as much of it as can be";
+    }
 }
 
 } // namespace
