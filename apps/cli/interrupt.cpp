@@ -112,6 +112,11 @@ void NoteWritten(const std::string& clause)
     TheAccount().written.push_back(clause);
 }
 
+const std::vector<std::string>& WrittenSoFar()
+{
+    return TheAccount().written;
+}
+
 void ForgetNotes()
 {
     TheAccount() = {};

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace cli {
 
@@ -29,6 +30,8 @@ void ExpectFiles();
 /// Files are in place, also when the run is interrupted later.
 /// @param clause  such as "the morphs are saved: Vera.dsf"
 void NoteWritten(const std::string& clause);
+/// All that was noted so, for who tells it elsewhere.
+const std::vector<std::string>& WrittenSoFar();
 /// Another run begins in the same process: what was noted of former ones is not its own.
 void ForgetNotes();
 /// Instead of all that was noted as written before.

@@ -405,3 +405,23 @@ TEST_F(ConvertedMorphs, are_named_when_the_run_is_interrupted)
     EXPECT_LT(count, 300u);
     expectNoTraces();
 }
+
+TEST_F(ConvertedMorphs, of_a_batchs_row_are_named_when_the_batch_is_interrupted)
+{
+    const std::string saved = workspace.path("saved");
+    for (int i = 0; i < 300; ++i)
+        writeMorph("Shape" + std::to_string(i));
+    workspace.write("jobs.csv", "morphs\nShape*\n");
+    const ProgramResult result =
+        InterruptProgram(saving(saved, {"batch", workspace.path("jobs.csv"), "--content", library(),
+                                        "--source", sourceFile(), "--target", targetFile()}),
+                         [&] { return std::filesystem::exists(fileOf(saved, "Shape0")); });
+    EXPECT_EQ(result.signal, SIGINT) << result.err;
+    std::size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(saved + "/" + savedFolder))
+        count += entry.path().extension() == ".dsf" ? 1 : 0;
+    EXPECT_EQ(result.err, "gantrel: Interrupted; " + std::to_string(count) + " morphs are saved in " + saved +
+                              "/" + savedFolder +
+                              "; 0 of 1 row is done; --resume goes on with the others.\n");
+    EXPECT_LT(count, 300u);
+}

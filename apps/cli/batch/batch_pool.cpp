@@ -194,13 +194,26 @@ private:
         const Clock::time_point end = Clock::now() + patience;
         const auto isThere = [](const Worker& worker) { return worker.process != nullptr; };
         while (std::any_of(_workers.begin(), _workers.end(), isThere)) {
-            for (const std::size_t i : withNews(100))
-                if (!_workers[i].process->read())
+            for (const std::size_t i : withNews(100)) {
+                const bool goesOn = _workers[i].process->read();
+                noteWritten(*_workers[i].process);
+                if (!goesOn)
                     _workers[i].process.reset();
+            }
             if (Clock::now() > end)
                 for (const Worker& worker : _workers)
                     if (worker.process)
                         worker.process->kill();
+        }
+    }
+
+    /// What they have put in place of rows that will not come to their end.
+    static void noteWritten(BatchProcess& process)
+    {
+        while (const std::optional<std::string> line = process.nextLine()) {
+            const Json said = Json::parse(*line);
+            for (const Json& clause : said.value("written", Json::array()))
+                NoteWritten(clause.get<std::string>());
         }
     }
 

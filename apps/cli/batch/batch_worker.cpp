@@ -164,13 +164,16 @@ void Work(const WorkerArguments& arguments, bool verbose)
     try {
         while (const std::optional<std::string> line = lines.next()) {
             ForgetPeakMemory();
+            ForgetNotes();
             Json answer = Answer(Json::parse(*line), lines, traits);
             answer["peak_memory_mib"] = Rounded(PeakMemoryMebibytes(), 1);
             answer["held_mib"] = HeldMebibytes();
             lines.write(answer);
         }
     } catch (const base::Cancelled&) {
-        // The first process says what is to be said.
+        // The first process says what is to be said, where it is still there.
+        if (!WrittenSoFar().empty())
+            lines.write({{"written", WrittenSoFar()}});
         if (InterruptSignal() != 0)
             EndBySignal(InterruptSignal());
     }
