@@ -13,6 +13,10 @@
 #include <QTreeWidget>
 #include <QtTest/QTest>
 
+#include <random>
+#include <string>
+#include <vector>
+
 #include <dzfigure.h>
 #include <dzfloatproperty.h>
 #include <dzfloatslider.h>
@@ -20,6 +24,8 @@
 #include <dzmorph.h>
 #include <dzobject.h>
 #include <dzpane.h>
+#include <dzscene.h>
+#include <dzskeleton.h>
 #include <dzundostack.h>
 
 namespace {
@@ -49,6 +55,79 @@ private:
         return {};
     }
 };
+
+/// Goes any way through steps that can be undone, and knows what the scene was at each of them.
+class StepWalk {
+public:
+    explicit StepWalk(unsigned seed) : _random(seed), _states{SceneText()} {}
+
+    unsigned below(unsigned end) { return std::uniform_int_distribution<unsigned>(0, end - 1)(_random); }
+
+    void note()
+    {
+        QCoreApplication::processEvents();
+        const std::string now = SceneText();
+        if (now == _states[_at])
+            return; // what is as it was is no step
+        ++_made;
+        _states.resize(++_at);
+        _states.push_back(now);
+    }
+    void goBack()
+    {
+        if (_at == 0)
+            return;
+        EXPECT_TRUE(dzUndoStack->undo());
+        QCoreApplication::processEvents();
+        EXPECT_EQ(SceneText(), _states[--_at]);
+    }
+    void goOn()
+    {
+        if (_at + 1 == _states.size())
+            return;
+        EXPECT_TRUE(dzUndoStack->redo());
+        QCoreApplication::processEvents();
+        EXPECT_EQ(SceneText(), _states[++_at]);
+    }
+    int made() const { return _made; } ///< steps, those too that were taken back and given up
+    void goAllTheWay()
+    {
+        while (_at > 0 && !testing::Test::HasFailure())
+            goBack();
+        while (_at + 1 < _states.size() && !testing::Test::HasFailure())
+            goOn();
+    }
+
+private:
+    std::mt19937 _random;
+    std::vector<std::string> _states;
+    std::size_t _at = 0;
+    int _made = 0;
+};
+
+/// One of the things that people do to a figure, each in one go.
+void ChangeFigure(StepWalk& walk, DzSkeleton& figure)
+{
+    const auto number = float(1 + walk.below(90));
+    switch (walk.below(6)) {
+    case 0:
+        figure.setLabel(QStringLiteral("Vera %1").arg(double(number)));
+        return;
+    case 1:
+        return figure.setVisible(!figure.isVisible());
+    case 2:
+        return figure.getXPosControl()->setValue(number);
+    case 3:
+        return figure.getYRotControl()->setValue(number);
+    case 4:
+        if (auto* const wide =
+                qobject_cast<DzMorph*>(figure.getObject()->findModifier(QStringLiteral("Wide"))))
+            wide->getValueChannel()->setValue(number / 100);
+        return;
+    default:
+        dzScene->removeNode(&figure);
+    }
+}
 
 } // namespace
 
@@ -154,6 +233,33 @@ TEST_F(DesktopUndo, takes_a_whole_conversion_back_and_does_it_again)
     EXPECT_EQ(SceneText(), after);
     undo();
     EXPECT_EQ(SceneText(), before);
+}
+
+TEST_F(DesktopUndo, goes_any_way_through_files_and_changes)
+{
+    start();
+    for (unsigned seed = 1; seed <= 6 && !HasFailure(); ++seed) {
+        SCOPED_TRACE(seed);
+        dzUndoStack->clear();
+        StepWalk walk(seed);
+        for (int step = 0; step < 60 && !HasFailure(); ++step) {
+            const unsigned choice = walk.below(10);
+            if (choice < 3) {
+                walk.goBack();
+            } else if (choice < 5) {
+                walk.goOn();
+            } else {
+                const int figures = dzScene->getNumSkeletons();
+                if (figures == 0 || (figures < 4 && walk.below(5) == 0))
+                    openFigure(walk.below(2) == 0 ? sourceFile : targetFile);
+                else
+                    ChangeFigure(walk, *dzScene->getSkeleton(int(walk.below(unsigned(figures)))));
+                walk.note();
+            }
+        }
+        walk.goAllTheWay();
+        EXPECT_GT(walk.made(), 10) << "else this shows little";
+    }
 }
 
 TEST_F(DesktopUndo, begins_anew_with_a_new_scene)
