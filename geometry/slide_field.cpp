@@ -203,7 +203,7 @@ public:
         return slow;
     }
 
-    /// @param sum  zero
+    /// Adds to the sum what the shares take of the values.
     template <class Value>
     static Value Blend(base::Span<const Share> shares, const std::vector<Value>& values, Value sum)
     {

@@ -24,7 +24,7 @@ QString TipOf(const QAction& entry)
 {
     const QString name = WithoutMarks(entry.text());
     const QString keys = entry.shortcut().toString(QKeySequence::NativeText);
-    return keys.isEmpty() ? name : QStringLiteral("%1 (%2)").arg(name, keys);
+    return openhost::PlainTip(keys.isEmpty() ? name : QStringLiteral("%1 (%2)").arg(name, keys));
 }
 
 } // namespace
@@ -46,7 +46,7 @@ void ToolBar::addEntry(QAction& entry, DrawnIcon icon)
     addAction(&entry);
     widgetForAction(&entry)->setFocusPolicy(Qt::TabFocus);
     connect(&entry, SIGNAL(changed()), SLOT(updateTip()), Qt::UniqueConnection);
-    entry.setToolTip(openhost::PlainTip(TipOf(entry)));
+    entry.setToolTip(TipOf(entry));
 }
 
 void ToolBar::addMenu(QMenu& menu, DrawnIcon icon)
@@ -66,7 +66,7 @@ void ToolBar::updateTip()
 {
     auto* const entry = qobject_cast<QAction*>(sender());
     if (entry && entry->toolTip() != TipOf(*entry))
-        entry->setToolTip(openhost::PlainTip(TipOf(*entry)));
+        entry->setToolTip(TipOf(*entry));
 }
 
 } // namespace desktop
