@@ -5,13 +5,13 @@
 
 #include "dzapp.h"
 #include "openhost/content_files.h"
+#include "openhost/dependent_process.h"
 #include "picture_cache.h"
 
 #include <QCache>
 #include <QDateTime>
 #include <QFileInfo>
 #include <QPointer>
-#include <QProcess>
 #include <QSet>
 #include <QThreadPool>
 #include <QTimer>
@@ -28,10 +28,11 @@ constexpr int mostRequests = 200;      ///< what was asked for before them has b
 constexpr int longestDrawingMs = 120000;
 
 /// Gives way to everything else on the machine.
-class BackgroundProcess : public QProcess {
+class BackgroundProcess : public DependentProcess {
 protected:
     void setupChildProcess() override
     {
+        DependentProcess::setupChildProcess();
         constexpr int lowest = 19;
         [[maybe_unused]] const int before = nice(lowest);
     }
@@ -101,7 +102,7 @@ struct ContentPictures::Impl {
         process.setStandardInputFile(QProcess::nullDevice());
         process.setStandardOutputFile(QProcess::nullDevice());
         process.setStandardErrorFile(QProcess::nullDevice());
-        process.start(drawing.program, arguments);
+        process.begin(drawing.program, arguments);
         patience.start(longestDrawingMs);
     }
 };

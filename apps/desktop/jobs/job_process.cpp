@@ -11,11 +11,6 @@
 #include <QRegularExpression>
 #include <QSignalBlocker>
 
-#include <csignal>
-
-#include <sys/prctl.h>
-#include <unistd.h>
-
 namespace desktop {
 
 namespace {
@@ -101,13 +96,6 @@ QString WhatIsLeftOf(const QJsonObject& result)
 
 } // namespace
 
-void DependentProcess::setupChildProcess()
-{
-    prctl(PR_SET_PDEATHSIG, SIGTERM);
-    if (getppid() != _parent) // has gone before it was asked for
-        raise(SIGTERM);
-}
-
 QString CommandLineProgram()
 {
     const std::filesystem::path folder = app::ProgramFolder();
@@ -136,7 +124,7 @@ JobProcess::~JobProcess()
 void JobProcess::start(const QString& program, const QStringList& arguments, const QString& folder)
 {
     _process.setWorkingDirectory(folder);
-    _process.start(program, arguments, QIODevice::ReadOnly);
+    _process.begin(program, arguments, QIODevice::ReadOnly);
 }
 
 void JobProcess::cancel()

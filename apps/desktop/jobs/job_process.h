@@ -4,27 +4,12 @@
 #pragma once
 
 #include "job.h"
+#include "openhost/dependent_process.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QObject>
-#include <QProcess>
 
 namespace desktop {
-
-/// Goes when this program goes, however that ends.
-class DependentProcess : public QProcess {
-    Q_OBJECT
-
-public:
-    using QProcess::QProcess;
-
-protected:
-    void setupChildProcess() override;
-
-private:
-    const qint64 _parent = QCoreApplication::applicationPid();
-};
 
 /// Where the command line's program is: beside this one, or where a build has it. Empty where it is nowhere.
 QString CommandLineProgram();
@@ -64,7 +49,7 @@ private slots:
 private:
     void takeOutput();
 
-    DependentProcess _process;
+    openhost::DependentProcess _process;
     QByteArray _line;  ///< of standard error, the last one as far as it has come
     QStringList _told; ///< of standard error, what is no progress
     QJsonObject _report;
