@@ -165,8 +165,6 @@ TEST_F(SeveralFolders, are_made_and_go_again_when_nothing_comes)
 TEST_F(SeveralFolders, killed_at_any_call_have_all_old_files_or_all_new_ones_after_a_look_at_any_of_them)
 {
     const TracedRun whole = traced();
-    if (!whole.isPossible)
-        GTEST_SKIP() << "this system lets nobody trace a process";
     ASSERT_EQ(whole.exitCode, 0);
     ASSERT_GE(whole.calls.size(), 50u);
     std::size_t keptOld = 0, keptNew = 0;
@@ -193,8 +191,6 @@ TEST_F(SeveralFolders, killed_at_any_call_have_all_old_files_or_all_new_ones_aft
 TEST_F(SeveralFolders, with_a_call_that_fails_have_all_old_files_or_all_new_ones)
 {
     const TracedRun whole = traced();
-    if (!whole.isPossible)
-        GTEST_SKIP() << "this system lets nobody trace a process";
     for (const bool isLasting : {false, true})
         for (std::size_t at = 1; at <= whole.calls.size(); ++at) {
             fill();
@@ -213,8 +209,6 @@ TEST_F(SeveralFolders, with_a_call_that_fails_have_all_old_files_or_all_new_ones
 
 TEST_F(SeveralFolders, are_finished_whenever_who_finishes_them_is_stopped)
 {
-    if (!traced().isPossible)
-        GTEST_SKIP() << "this system lets nobody trace a process";
     const auto finish = [this] { return base::FinishFileSet(path("data/Vera/Morphs")) ? 0 : 1; };
     leaveDecided();
     const TracedRun whole = RunTraced(library.path(), finish);
@@ -231,8 +225,6 @@ TEST_F(SeveralFolders, are_finished_whenever_who_finishes_them_is_stopped)
 
 TEST_F(SeveralFolders, are_not_taken_back_because_something_cannot_be_read)
 {
-    if (!traced().isPossible)
-        GTEST_SKIP() << "this system lets nobody trace a process";
     const auto look = [this] {
         base::FinishFileSet(path("data/Vera"));
         return 0;
@@ -251,8 +243,6 @@ TEST_F(SeveralFolders, are_not_taken_back_because_something_cannot_be_read)
 
 TEST_F(SeveralFolders, are_finished_before_anything_newer_is_written)
 {
-    if (!traced().isPossible)
-        GTEST_SKIP() << "this system lets nobody trace a process";
     leaveDecided();
     base::WriteFileAtomically(path("data/Vera/Morphs/Otto.dsf"), "newer");
     base::FinishFileSet(path("People"));
@@ -273,8 +263,6 @@ TEST_F(SeveralFolders, are_finished_before_anything_newer_is_written)
 
 TEST_F(SeveralFolders, are_left_alone_while_a_program_works_on_one_of_them)
 {
-    if (!traced().isPossible)
-        GTEST_SKIP() << "this system lets nobody trace a process";
     leaveDecided();
     const Contents before = contents();
     int ready[2], done[2];
@@ -350,8 +338,6 @@ bool IsFinishedByAnother(const fs::path& folder)
 
 TEST_F(SeveralFolders, are_not_begun_with_where_one_of_them_may_not_be_changed)
 {
-    if (!traced().isPossible)
-        GTEST_SKIP() << "this system lets nobody trace a process";
     leaveDecided();
     fs::permissions(library.path(), fs::perms(0755));
     fs::permissions(path("People"), fs::perms(0777));

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <map>
 #include <set>
+#include <stdexcept>
 
 #include <fcntl.h>
 #include <sys/ptrace.h>
@@ -154,8 +155,12 @@ public:
     TracedRun run()
     {
         int status = 0;
-        if (waitpid(_process, &status, 0) < 0 || !WIFSTOPPED(status))
-            return {false, {}, false, -1};
+        if (waitpid(_process, &status, 0) < 0)
+            throw std::runtime_error(std::string("A process cannot be waited for: ") + std::strerror(errno));
+        if (!WIFSTOPPED(status))
+            throw std::runtime_error(
+                "This system lets nobody trace a process (" + reasonOf(status) +
+                "), which the tests of interrupted saves need; a container has to allow it.");
         ptrace(PTRACE_SETOPTIONS, _process, nullptr,
                PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL | PTRACE_O_TRACECLONE | PTRACE_O_TRACEFORK |
                    PTRACE_O_TRACEVFORK | PTRACE_O_TRACEEXEC);
@@ -172,6 +177,11 @@ public:
     }
 
 private:
+    /// Of a process that came to its end instead of a stop.
+    static std::string reasonOf(int status)
+    {
+        return WIFEXITED(status) ? std::strerror(WEXITSTATUS(status)) : strsignal(WTERMSIG(status));
+    }
     static void resume(pid_t process, int signal) { ptrace(PTRACE_SYSCALL, process, nullptr, signal); }
     void ended(int status)
     {
@@ -241,9 +251,11 @@ TracedRun RunTraced(const fs::path& folder, const std::function<int()>& work,
                     const Interference& interference, Counted counted)
 {
     const pid_t process = fork();
+    if (process < 0)
+        throw std::runtime_error(std::string("A process cannot be started: ") + std::strerror(errno));
     if (process == 0) {
         if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
-            _exit(127);
+            _exit(errno);
         raise(SIGSTOP);
         _exit(work());
     }
@@ -254,7 +266,7 @@ TracedRun RunTraced(const fs::path& folder, const std::function<int()>& work,
 
 TracedRun RunTraced(const std::filesystem::path&, const std::function<int()>&, const Interference&, Counted)
 {
-    return {false, {}, false, -1};
+    throw std::runtime_error("The tests of interrupted saves know the calls of x86-64 processors alone.");
 }
 
 #endif

@@ -24,7 +24,6 @@ enum class Counted {
 };
 
 struct TracedRun {
-    bool isPossible = true;         ///< false where the system lets nobody trace
     std::vector<std::string> calls; ///< name and path of each, in order
     bool wasKilled = false;
     int exitCode = -1;
@@ -33,5 +32,7 @@ struct TracedRun {
 /// Runs work in a process of its own.
 /// @param folder  calls for what is below it count; others are let through
 /// @param work    its result is the exit code; may have threads and run programs
+/// @throws std::runtime_error  where nobody may trace, or the calls of the processor are not known here.
+///         No other test shows that a save loses nothing, so it fails instead of being left out.
 TracedRun RunTraced(const std::filesystem::path& folder, const std::function<int()>& work,
                     const Interference& interference = {}, Counted counted = Counted::Changes);

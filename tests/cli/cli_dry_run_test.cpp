@@ -6,7 +6,6 @@
 
 #include <filesystem>
 #include <map>
-#include <optional>
 #include <regex>
 #include <sstream>
 #include <tuple>
@@ -93,13 +92,11 @@ protected:
     }
 
     /// Every call that could change something, anywhere, is about the run's own temporary files.
-    /// @return how many there were; none where nobody may trace
-    std::optional<std::size_t> expectNoChanges(std::vector<std::string> arguments) const
+    /// @return how many there were
+    std::size_t expectNoChanges(std::vector<std::string> arguments) const
     {
         arguments.push_back("--dry-run");
         const TracedProgram run = RunProgramTraced("/", arguments);
-        if (!run.isPossible)
-            return std::nullopt;
         EXPECT_EQ(run.exitCode, 0) << run.err;
         EXPECT_EQ(run.out.compare(0, 7, "dry run"), 0) << run.out;
         const std::string temporary = workspace.path("tmp/");
@@ -165,10 +162,7 @@ TEST_F(DryRun, makes_and_changes_nothing_meanwhile)
     for (const std::vector<std::string>& command : commands) {
         SCOPED_TRACE(command.front());
         const Tree before = tree();
-        const std::optional<std::size_t> seen = expectNoChanges(command);
-        if (!seen)
-            GTEST_SKIP() << "nobody may trace here";
-        calls += *seen;
+        calls += expectNoChanges(command);
         EXPECT_EQ(tree(), before);
     }
     EXPECT_GT(calls, 0u) << "the host has temporary files";

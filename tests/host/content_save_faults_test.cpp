@@ -77,8 +77,6 @@ TEST_F(SceneFaults, leave_the_old_scene_or_the_new_one)
 {
     restore();
     const TracedRun whole = run();
-    if (!whole.isPossible)
-        GTEST_SKIP() << "this system lets nobody trace a process";
     ASSERT_EQ(whole.exitCode, saved);
     ASSERT_TRUE(isNew());
     ASSERT_GE(whole.calls.size(), 6u);
@@ -100,8 +98,6 @@ TEST_F(SceneFaults, that_end_the_program_leave_nothing_for_ever)
 {
     restore();
     const TracedRun whole = run();
-    if (!whole.isPossible)
-        GTEST_SKIP() << "this system lets nobody trace a process";
     std::size_t unfinished = 0;
     for (std::size_t at = 1; at <= whole.calls.size(); ++at) {
         restore();
