@@ -217,7 +217,7 @@ void ShadowTracer::addOtherShares(const PixelRow& row, const Alone& one, Part pa
     const auto samples = static_cast<std::uint32_t>(_view.samplesPerAxis * _view.samplesPerAxis);
     // A small part of a pixel needs fewer.
     const std::uint32_t count =
-        std::min(_shares.count(), std::max(1u, 2 * _shares.count() * surface.sampleCount / samples));
+        std::min(_shares.count(), std::max(1u, _shares.count() * surface.sampleCount / samples));
     const std::uint32_t own = RayShares::at(one.column, row.number), step = _shares.count() / count;
     const std::uint32_t stride = part == Part::All ? 1 : 2;
     for (std::uint32_t i = part == Part::Even ? 2 : 1; i < count; i += stride)

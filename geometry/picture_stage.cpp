@@ -161,7 +161,8 @@ struct PictureStage::Impl {
     void makeScene()
     {
         std::unique_ptr<RTCSceneTy, SceneReleaser> made(rtcNewScene(EmbreeDevice()));
-        rtcSetSceneFlags(made.get(), RTC_SCENE_FLAG_ROBUST);
+        // Not robust: a ray that slips through an edge is one of the hundred or so that a pixel's light comes
+        // from, and the tests against it cost a fifteenth of a picture.
         // A better order of so many faces takes longer than it saves.
         constexpr std::uint32_t manyFaces = 200000;
         std::size_t faces = 0;
