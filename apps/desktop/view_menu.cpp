@@ -19,6 +19,7 @@
 #include <openhost/viewport_extras.h>
 
 #include <QActionGroup>
+#include <QCoreApplication>
 
 namespace desktop {
 
@@ -137,7 +138,9 @@ void ViewMenu::addStyles()
     const DzViewportMgr& manager = *_window.getViewportMgr();
     for (int i = 0; i < manager.getNumUserDrawStyles(); ++i) {
         const QString style = manager.getUserDrawStyle(i)->getDescription();
-        QAction* const entry = addAction(style);
+        // The description tells styles apart in any language.
+        QAction* const entry =
+            addAction(QCoreApplication::translate("openhost::DrawStyles", style.toUtf8().constData()));
         entry->setData(style);
         entry->setCheckable(true);
         if (i < 9)

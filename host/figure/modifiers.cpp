@@ -47,7 +47,7 @@ void DzModifier::renamed(const QString& oldName)
     openhost::RecordValue(
         this, *this, oldName,
         [](DzModifier& modifier, QString& other) { openhost::SwapName(modifier, other); },
-        openhost::ChangeRank::Look, "Rename %1");
+        openhost::ChangeRank::Look, openhost::captions::rename);
     if (_modifier->object)
         _modifier->object->modifierRenamed(this, oldName);
 }
@@ -118,7 +118,7 @@ void DzMorph::setDeltas(DzMorphDeltas* deltas)
             other = former;
             emit openhost::Events().sceneEdited(openhost::SceneEdit::Morph, morph.getObject());
         },
-        openhost::ChangeRank::Morph, "Change Morph %1");
+        openhost::ChangeRank::Morph, openhost::captions::changeMorph);
     if (_morph->deltas) {
         disconnect(_morph->deltas, SIGNAL(deltasChanged()), this, SLOT(handleDeltasChanged()));
         openhost::DeltasAccess::setWorn(*_morph->deltas, *this, false);
@@ -179,7 +179,7 @@ void DzMorph::setHDLimit(int level)
             morph.setHDLimit(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _morph->hdLimit = level;
     if (DzObject* const object = getObject())
         object->pipeline().resolutionChanged();

@@ -156,7 +156,8 @@ public:
     openhost::ChangeRank rank() const override { return openhost::ChangeRank::Morph; }
     QString caption() const override
     {
-        return QLatin1String("Change Morph ") + (_wearer ? _wearer->getLabel() : QString());
+        return openhost::Captioned(openhost::captions::changeMorph,
+                                   _wearer ? _wearer->getLabel() : QString());
     }
     std::size_t ownBytes() const override { return BytesOf(_other.present()); }
 

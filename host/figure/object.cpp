@@ -172,10 +172,10 @@ public:
     }
     QString caption() const override
     {
-        return (isMorph()  ? QLatin1String(_isEntry ? "Create Morph " : "Delete Morph ")
-                : _isEntry ? QLatin1String("Add ")
-                           : QLatin1String("Delete ")) +
-               (_modifier ? _modifier->getLabel() : QString());
+        return openhost::Captioned(
+            isMorph() ? (_isEntry ? openhost::captions::createMorph : openhost::captions::deleteMorph)
+                      : (_isEntry ? openhost::captions::add : openhost::captions::remove),
+            _modifier ? _modifier->getLabel() : QString());
     }
     const QObject* held() const override { return _isEntry ? nullptr : _modifier.data(); }
 
@@ -302,7 +302,7 @@ DzError DzObject::addShape(DzShape* shape, int index)
         return DZ_NULL_POINTER_ERROR;
     if (shape->_object)
         return DZ_ILLEGAL_ARGUMENT_ERROR;
-    openhost::RecordBeyondUndo(this, QStringLiteral("Change the Shape of %1").arg(getLabel()));
+    openhost::RecordBeyondUndo(this, openhost::Captioned(openhost::captions::changeShape, getLabel()));
     const bool append = index < 0 || index > _impl->shapes.size();
     _impl->shapes.insert(append ? _impl->shapes.size() : index, shape);
     shape->_object = this;

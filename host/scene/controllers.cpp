@@ -44,7 +44,7 @@ void DzController::setActive(bool onOff)
             link.setActive(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _active = onOff;
     changed();
 }
@@ -104,7 +104,7 @@ struct DzERCLink::Impl {
                 std::swap(*changed._impl, other);
                 changed.changed();
             },
-            openhost::ChangeRank::Detail, "Change the Link of %1");
+            openhost::ChangeRank::Detail, openhost::captions::changeLink);
     }
 };
 

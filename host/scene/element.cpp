@@ -85,7 +85,7 @@ DzError DzElement::setLabel(const QString& label)
             other = former;
             emit openhost::Events().sceneEdited(openhost::SceneEdit::Label, &element);
         },
-        openhost::ChangeRank::Look, "Rename %1");
+        openhost::ChangeRank::Look, openhost::captions::rename);
     _impl->label = label;
     emit labelChanged(getLabel());
     return DZ_NO_ERROR;
@@ -198,7 +198,8 @@ public:
     openhost::ChangeRank rank() const override { return openhost::ChangeRank::Look; }
     QString caption() const override
     {
-        return QLatin1String(_isEntry ? "Add " : "Remove ") + (_property ? _property->getLabel() : QString());
+        return openhost::Captioned(_isEntry ? openhost::captions::add : openhost::captions::takeAway,
+                                   _property ? _property->getLabel() : QString());
     }
 
 private:

@@ -28,7 +28,7 @@ DzNode::~DzNode()
 {
     emit aboutToDelete(this);
     if (_impl->inScene)
-        openhost::RecordBeyondUndo(this, QStringLiteral("Delete %1 at once").arg(getLabel()));
+        openhost::RecordBeyondUndo(this, openhost::Captioned(openhost::captions::removeAtOnce, getLabel()));
     if (_impl->inScene && dzScene)
         dzScene->leave(this);
     detachFromParent();
@@ -82,7 +82,7 @@ void DzNode::setObject(DzObject* object)
 {
     if (object == _impl->object)
         return;
-    openhost::RecordBeyondUndo(this, QStringLiteral("Replace the Shape of %1").arg(getLabel()));
+    openhost::RecordBeyondUndo(this, openhost::Captioned(openhost::captions::replaceShape, getLabel()));
     DzObject* const old = _impl->object;
     _impl->object = object;
     if (object)
@@ -270,7 +270,8 @@ void DzNode::setVisible(bool onOff)
     _impl->visibleInSimulation->setBoolValue(onOff);
     if (wasVisible != isVisible() && openhost::IsRecording(this))
         openhost::Record(std::make_unique<openhost::Naming>(
-            openhost::ChangeRank::Look, QLatin1String(onOff ? "Show " : "Hide ") + getLabel()));
+            openhost::ChangeRank::Look,
+            openhost::Captioned(onOff ? openhost::captions::show : openhost::captions::hide, getLabel())));
 }
 
 bool DzNode::isVisible() const
@@ -289,7 +290,7 @@ void DzNode::renamed(const QString& oldName)
 {
     openhost::RecordValue(
         this, *this, oldName, [](DzNode& node, QString& other) { openhost::SwapName(node, other); },
-        openhost::ChangeRank::Look, "Rename %1");
+        openhost::ChangeRank::Look, openhost::captions::rename);
     rootChanged();
     announceHierarchyChange();
 }

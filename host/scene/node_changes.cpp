@@ -51,7 +51,8 @@ public:
     openhost::ChangeRank rank() const override { return openhost::ChangeRank::Node; }
     QString caption() const override
     {
-        return QLatin1String(_isEntry ? "Add " : "Delete ") + (_root ? _root->getLabel() : QString());
+        return openhost::Captioned(_isEntry ? openhost::captions::add : openhost::captions::remove,
+                                   _root ? _root->getLabel() : QString());
     }
     /// What has come is there without the step.
     const QObject* held() const override { return _isEntry ? nullptr : _root.data(); }
@@ -161,7 +162,7 @@ public:
     openhost::ChangeRank rank() const override { return openhost::ChangeRank::Look; }
     QString caption() const override
     {
-        return _node ? QLatin1String("Move ") + _node->getLabel() : QString();
+        return _node ? openhost::Captioned(openhost::captions::move, _node->getLabel()) : QString();
     }
 
 private:

@@ -253,7 +253,7 @@ void DzNode::setRotationOrder(const DzRotationOrder& order)
             node.setRotationOrder(other);
             other = former;
         },
-        openhost::ChangeRank::Look, "Change %1");
+        openhost::ChangeRank::Look, openhost::captions::change);
     _impl->order = order;
     invalidateTransform();
     announceHierarchyChange();
@@ -275,7 +275,7 @@ void DzNode::setInheritsScale(bool onOff)
             node.setInheritsScale(other);
             other = former;
         },
-        openhost::ChangeRank::Look, "Change %1");
+        openhost::ChangeRank::Look, openhost::captions::change);
     _impl->inheritsScale = onOff;
     invalidateTransform();
     announceHierarchyChange();

@@ -121,7 +121,7 @@ void DzNumericProperty::setDoubleDefaultValue(double value)
             property.setDoubleDefaultValue(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->defaultValue = value;
 }
 double DzNumericProperty::getDoubleRawValue() const
@@ -132,7 +132,8 @@ double DzNumericProperty::getDoubleRawValue() const
 class DzNumericProperty::Impl::RawChange : public RawExchange {
 public:
     explicit RawChange(DzNumericProperty& property)
-        : RawExchange(property, property._impl->raw, &swap, openhost::ChangeRank::Value, "Set %1")
+        : RawExchange(property, property._impl->raw, &swap, openhost::ChangeRank::Value,
+                      openhost::captions::set)
     {
     }
     bool isVain() const override { return !object() || IsSameToTheBit(object()->_impl->raw, other()); }
@@ -207,7 +208,7 @@ void DzNumericProperty::setDoubleMinMax(double min, double max)
             property.setDoubleMinMax(other.first, other.second);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->min = min;
     _impl->max = max;
     emit minMaxChanged();
@@ -231,7 +232,7 @@ void DzNumericProperty::setIsClamped(bool onOff)
             property.setIsClamped(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->clamped = onOff;
     changed();
 }
@@ -252,7 +253,7 @@ void DzNumericProperty::setIsModulo(bool onOff)
             property.setIsModulo(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->modulo = onOff;
     changed();
 }
@@ -272,7 +273,7 @@ void DzNumericProperty::setDisplayAsPercent(bool onOff)
             property.setDisplayAsPercent(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->percent = onOff;
 }
 double DzNumericProperty::sensitivity() const
@@ -290,7 +291,7 @@ void DzNumericProperty::setDoubleSensitivity(double value)
             property.setDoubleSensitivity(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->sensitivity = value;
 }
 

@@ -122,7 +122,7 @@ void DzProperty::setLabel(const QString& label)
             property.setLabel(other);
             other = former;
         },
-        openhost::ChangeRank::Look, "Rename %1");
+        openhost::ChangeRank::Look, openhost::captions::rename);
     _impl->label = label;
     emit labelChanged(getLabel());
 }
@@ -143,7 +143,7 @@ void DzProperty::renamed(const QString& oldName)
     openhost::RecordValue(
         getOwner(), *this, oldName,
         [](DzProperty& property, QString& other) { openhost::SwapName(property, other); },
-        openhost::ChangeRank::Look, "Rename %1");
+        openhost::ChangeRank::Look, openhost::captions::rename);
     if (_impl->owner)
         _impl->owner->propertyRenamed(this, oldName);
 }
@@ -172,7 +172,7 @@ void DzProperty::setPath(const QString& path)
             property.setPath(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->path = normal;
     if (_impl->owner)
         _impl->owner->propertyPathChanged();
@@ -202,7 +202,7 @@ void DzProperty::setRegion(const QString& region)
     openhost::RecordValue(
         getOwner(), *this, _impl->region,
         [](DzProperty& property, QString& other) { property._impl->region.swap(other); },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->region = region;
 }
 
@@ -234,7 +234,7 @@ void DzProperty::setHidden(bool onOff)
             property.setHidden(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->hidden = onOff;
     emit hiddenChanged(onOff);
 }
@@ -255,7 +255,7 @@ void DzProperty::lock(bool onOff)
             property.lock(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->locked = onOff;
     emit lockStateChanged();
 }
@@ -275,7 +275,7 @@ void DzProperty::setIsFavorite(bool onOff)
             property.setIsFavorite(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->favorite = onOff;
 }
 bool DzProperty::isUserProperty() const
@@ -293,7 +293,7 @@ void DzProperty::setIsUserProperty(bool onOff)
             property.setIsUserProperty(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->userProperty = onOff;
 }
 bool DzProperty::isPrivate() const
@@ -315,7 +315,7 @@ void DzProperty::setCanAnimate(bool onOff)
             property.setCanAnimate(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->canAnimate = onOff;
 }
 bool DzProperty::canAutoFollow() const
@@ -333,7 +333,7 @@ void DzProperty::setCanAutoFollow(bool onOff)
             property.setCanAutoFollow(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->canAutoFollow = onOff;
 }
 bool DzProperty::isManipulator() const
@@ -351,7 +351,7 @@ void DzProperty::setIsManipulator(bool onOff)
             property.setIsManipulator(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->manipulator = onOff;
 }
 
@@ -414,7 +414,7 @@ void DzProperty::setOverrideControllers(bool onOff)
             property.setOverrideControllers(other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     _impl->overridesControllers = onOff;
     inputsChanged();
 }
@@ -454,7 +454,7 @@ bool DzProperty::setAliasTarget(DzProperty* target)
             Impl::setPlaceAsAlias(property, other);
             other = former;
         },
-        openhost::ChangeRank::Detail, "Change %1");
+        openhost::ChangeRank::Detail, openhost::captions::change);
     Impl::setPlaceAsAlias(*this, {target, target ? target->_impl->aliases.size() : 0});
     return true;
 }
@@ -512,7 +512,8 @@ public:
     openhost::ChangeRank rank() const override { return openhost::ChangeRank::Detail; }
     QString caption() const override
     {
-        return QLatin1String(_isEntry ? "Link " : "Unlink ") + (_driven ? _driven->getLabel() : QString());
+        return openhost::Captioned(_isEntry ? openhost::captions::link : openhost::captions::unlink,
+                                   _driven ? _driven->getLabel() : QString());
     }
 
 private:
@@ -670,7 +671,7 @@ bool DzStringProperty::setValue(const QString& value)
     openhost::RecordValue(
         getOwner(), *this, _value,
         [](DzStringProperty& property, QString& other) { property.swapValue(other); },
-        openhost::ChangeRank::Value, "Set %1");
+        openhost::ChangeRank::Value, openhost::captions::set);
     QString other = value;
     swapValue(other);
     return true;

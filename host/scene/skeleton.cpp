@@ -112,7 +112,7 @@ void DzSkeleton::setFollowTarget(DzSkeleton* target)
             SkeletonImpl::setPlaceOf(follower, other);
             other = former;
         },
-        openhost::ChangeRank::Look, "Fit %1");
+        openhost::ChangeRank::Look, openhost::captions::fit);
     SkeletonImpl::setPlaceOf(*this, {target, target ? target->getNumFollowSkeletons() : 0});
 }
 

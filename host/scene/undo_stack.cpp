@@ -423,7 +423,7 @@ UndoPause::UndoPause()
     ++impl.pauses;
     for (Level& level : impl.levels)
         if (level.kind == Level::Hold)
-            level.beyond = QStringLiteral("Clear the Scene");
+            level.beyond = QCoreApplication::translate("openhost::Undo", "Clear the Scene");
 }
 
 UndoPause::~UndoPause()

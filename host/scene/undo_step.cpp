@@ -7,6 +7,8 @@
 #include "dzscene.h"
 #include "scene/changes_together.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <optional>
 #include <utility>
@@ -73,10 +75,11 @@ QString CaptionOf(const Changes& changes)
     captions.removeDuplicates();
     captions.removeAll(QString());
     if (captions.isEmpty())
-        return QStringLiteral("Change");
-    return captions.size() == 1
-               ? captions.first()
-               : QStringLiteral("%1 and %2 More").arg(captions.first()).arg(captions.size() - 1);
+        return QCoreApplication::translate("openhost::Undo", "Change");
+    return captions.size() == 1 ? captions.first()
+                                : QCoreApplication::translate("openhost::Undo", "%1 and %2 More")
+                                      .arg(captions.first())
+                                      .arg(captions.size() - 1);
 }
 
 bool AreVain(const Changes& changes)

@@ -124,8 +124,7 @@ void DzActionMgr::removeActions(const DzPlugin& plugin)
 }
 
 DzDeleteAction::DzDeleteAction()
-    : DzAction(QStringLiteral("&Delete Selected Items"),
-               QStringLiteral("Deletes the selected items from the scene."))
+    : DzAction(tr("&Delete Selected Items"), tr("Deletes the selected items from the scene."))
 {
     connect(dzScene, SIGNAL(nodeSelectionListChanged()), SLOT(updateEnabled()));
     updateEnabled();

@@ -4,10 +4,29 @@
 #include "dzpane.h"
 #include "dzpanemgr.h"
 
+#include <QCoreApplication>
 #include <QDockWidget>
 #include <QMainWindow>
 
 #include <algorithm>
+
+namespace {
+
+/// Panes are known by English labels whatever the language is. Those of plug-ins are shown as they are.
+QString ShownTitle(const QString& label)
+{
+    const char* const context = "openhost::Panes";
+    for (const char* const known :
+         {QT_TRANSLATE_NOOP("openhost::Panes", "Content Library"),
+          QT_TRANSLATE_NOOP("openhost::Panes", "Smart Content"),
+          QT_TRANSLATE_NOOP("openhost::Panes", "Script IDE"), QT_TRANSLATE_NOOP("openhost::Panes", "Scene"),
+          QT_TRANSLATE_NOOP("openhost::Panes", "Parameters")})
+        if (label == QLatin1String(known))
+            return QCoreApplication::translate(context, known);
+    return label;
+}
+
+} // namespace
 
 DzPaneMgr::DzPaneMgr(QWidget* parent) : QWidget(parent)
 {
@@ -67,7 +86,7 @@ QDockWidget* DockAt(const QMainWindow& window, Qt::DockWidgetArea area)
 void Dock(DzPane& pane, QMainWindow& window, Qt::DockWidgetArea area)
 {
     QDockWidget* const neighbour = DockAt(window, area);
-    auto* const dock = new QDockWidget(pane.getLabel(), &window);
+    auto* const dock = new QDockWidget(pane.windowTitle(), &window);
     // The window's layout is saved under this name.
     dock->setObjectName(QLatin1String(pane.metaObject()->className()) + QLatin1String("Dock"));
     dock->setWidget(&pane);
@@ -99,7 +118,7 @@ void DzPaneMgr::handlePaneDestroyed(QObject* pane)
 
 DzPane::DzPane(const QString& label) : _label(label)
 {
-    setWindowTitle(label);
+    setWindowTitle(ShownTitle(label));
 }
 DzPane::~DzPane() = default;
 

@@ -117,7 +117,7 @@ void PropertyEditor::readLook()
         return;
     const QString label = _property->getLabel();
     _label->setText(label);
-    setToolTip(openhost::PlainTip(_property->isLocked() ? label + QStringLiteral(" (locked)") : label));
+    setToolTip(openhost::PlainTip(_property->isLocked() ? tr("%1 (locked)").arg(label) : label));
     setEnabled(!_property->isLocked());
     if (_widget)
         _widget->setAccessibleName(label);

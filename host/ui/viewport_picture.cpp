@@ -72,9 +72,11 @@ bool IsBelow(const DzNode& node, const DzNode& above)
 } // namespace
 
 const std::vector<DrawMethod> drawMethods{
-    {"Smooth Shaded", true, false, false, true},      {"Wire Shaded", true, true, false, true},
-    {"Hidden Line", false, true, false, true},        {"Wireframe", false, true, false, false},
-    {"Wire Bounding Box", false, false, true, false},
+    {QT_TRANSLATE_NOOP("openhost::DrawStyles", "Smooth Shaded"), true, false, false, true},
+    {QT_TRANSLATE_NOOP("openhost::DrawStyles", "Wire Shaded"), true, true, false, true},
+    {QT_TRANSLATE_NOOP("openhost::DrawStyles", "Hidden Line"), false, true, false, true},
+    {QT_TRANSLATE_NOOP("openhost::DrawStyles", "Wireframe"), false, true, false, false},
+    {QT_TRANSLATE_NOOP("openhost::DrawStyles", "Wire Bounding Box"), false, false, true, false},
 };
 
 const DrawMethod& FindDrawMethod(const QString& description)

@@ -36,6 +36,17 @@
     </message>
 </context>
 <context>
+    <name>DzDeleteAction</name>
+    <message>
+        <source>&amp;Delete Selected Items</source>
+        <translation>Ausgewähltes &amp;löschen</translation>
+    </message>
+    <message>
+        <source>Deletes the selected items from the scene.</source>
+        <translation>Löscht, was ausgewählt ist, aus der Szene.</translation>
+    </message>
+</context>
+<context>
     <name>DzFileContentTab</name>
     <message>
         <source>Search</source>
@@ -1700,6 +1711,29 @@
     </message>
 </context>
 <context>
+    <name>openhost::DrawStyles</name>
+    <message>
+        <source>Smooth Shaded</source>
+        <translation>Glatt schattiert</translation>
+    </message>
+    <message>
+        <source>Wire Shaded</source>
+        <translation>Schattiert mit Netz</translation>
+    </message>
+    <message>
+        <source>Hidden Line</source>
+        <translation>Netz ohne Verdecktes</translation>
+    </message>
+    <message>
+        <source>Wireframe</source>
+        <translation>Drahtgitter</translation>
+    </message>
+    <message>
+        <source>Wire Bounding Box</source>
+        <translation>Umgebender Quader</translation>
+    </message>
+</context>
+<context>
     <name>openhost::FileFinder</name>
     <message>
         <source>All Kinds</source>
@@ -1800,6 +1834,29 @@
     </message>
 </context>
 <context>
+    <name>openhost::Panes</name>
+    <message>
+        <source>Content Library</source>
+        <translation>Inhaltsbibliothek</translation>
+    </message>
+    <message>
+        <source>Smart Content</source>
+        <translation>Smart Content</translation>
+    </message>
+    <message>
+        <source>Script IDE</source>
+        <translation>Skripte</translation>
+    </message>
+    <message>
+        <source>Scene</source>
+        <translation>Szene</translation>
+    </message>
+    <message>
+        <source>Parameters</source>
+        <translation>Parameter</translation>
+    </message>
+</context>
+<context>
     <name>openhost::ParametersWidget</name>
     <message>
         <source>Search</source>
@@ -1846,6 +1903,13 @@
     </message>
 </context>
 <context>
+    <name>openhost::PropertyEditor</name>
+    <message>
+        <source>%1 (locked)</source>
+        <translation>%1 (gesperrt)</translation>
+    </message>
+</context>
+<context>
     <name>openhost::PropertyRow</name>
     <message>
         <source>Favorite</source>
@@ -1885,6 +1949,97 @@
     <message>
         <source>Scene and preset files (*.duf)</source>
         <translation>Szenen- und Voreinstellungsdateien (*.duf)</translation>
+    </message>
+</context>
+<context>
+    <name>openhost::Undo</name>
+    <message>
+        <source>Set %1</source>
+        <translation>%1 einstellen</translation>
+    </message>
+    <message>
+        <source>Change %1</source>
+        <translation>%1 ändern</translation>
+    </message>
+    <message>
+        <source>Change the Link of %1</source>
+        <translation>Verknüpfung von %1 ändern</translation>
+    </message>
+    <message>
+        <source>Rename %1</source>
+        <translation>%1 umbenennen</translation>
+    </message>
+    <message>
+        <source>Fit %1</source>
+        <translation>%1 anpassen</translation>
+    </message>
+    <message>
+        <source>Change Morph %1</source>
+        <translation>Morph %1 ändern</translation>
+    </message>
+    <message>
+        <source>Create Morph %1</source>
+        <translation>Morph %1 erzeugen</translation>
+    </message>
+    <message>
+        <source>Delete Morph %1</source>
+        <translation>Morph %1 löschen</translation>
+    </message>
+    <message>
+        <source>Add %1</source>
+        <translation>%1 hinzufügen</translation>
+    </message>
+    <message>
+        <source>Delete %1</source>
+        <translation>%1 löschen</translation>
+    </message>
+    <message>
+        <source>Remove %1</source>
+        <translation>%1 entfernen</translation>
+    </message>
+    <message>
+        <source>Link %1</source>
+        <translation>%1 verknüpfen</translation>
+    </message>
+    <message>
+        <source>Unlink %1</source>
+        <translation>Verknüpfung von %1 lösen</translation>
+    </message>
+    <message>
+        <source>Move %1</source>
+        <translation>%1 verschieben</translation>
+    </message>
+    <message>
+        <source>Show %1</source>
+        <translation>%1 zeigen</translation>
+    </message>
+    <message>
+        <source>Hide %1</source>
+        <translation>%1 ausblenden</translation>
+    </message>
+    <message>
+        <source>Delete %1 at once</source>
+        <translation>%1 sofort löschen</translation>
+    </message>
+    <message>
+        <source>Replace the Shape of %1</source>
+        <translation>Form von %1 ersetzen</translation>
+    </message>
+    <message>
+        <source>Change the Shape of %1</source>
+        <translation>Form von %1 ändern</translation>
+    </message>
+    <message>
+        <source>Clear the Scene</source>
+        <translation>Szene leeren</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Änderung</translation>
+    </message>
+    <message>
+        <source>%1 and %2 More</source>
+        <translation>%1 und %2 weitere</translation>
     </message>
 </context>
 <context>

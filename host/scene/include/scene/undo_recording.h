@@ -6,6 +6,7 @@
 #include "dzcontroller.h"
 #include "dzelement.h"
 #include "dzproperty.h"
+#include "scene/undo_captions.h"
 
 #include <QPointer>
 #include <QString>
@@ -156,8 +157,8 @@ private:
 template <class Object, class Value, class Swap>
 class Exchange : public Change {
 public:
-    Exchange(Object& object, Value former, Swap swap, ChangeRank rank, const char* verb)
-        : _object(&object), _other(std::move(former)), _swap(std::move(swap)), _rank(rank), _verb(verb)
+    Exchange(Object& object, Value former, Swap swap, ChangeRank rank, const char* pattern)
+        : _object(&object), _other(std::move(former)), _swap(std::move(swap)), _rank(rank), _pattern(pattern)
     {
     }
     void undo() override { exchange(); }
@@ -165,7 +166,7 @@ public:
     ChangeRank rank() const override { return _rank; }
     QString caption() const override
     {
-        return _object ? QString::fromLatin1(_verb).arg(ShownLabel(*_object)) : QString();
+        return _object ? Captioned(_pattern, ShownLabel(*_object)) : QString();
     }
     bool isValue() const override { return _rank == ChangeRank::Value; }
 
@@ -184,7 +185,7 @@ private:
     Value _other;
     Swap _swap;
     ChangeRank _rank;
-    const char* _verb;
+    const char* _pattern;
 };
 
 inline void SwapName(DzBase& named, QString& other)
@@ -196,16 +197,16 @@ inline void SwapName(DzBase& named, QString& other)
 
 /// Records the value that is about to be replaced, once in a step: each place that calls this with a function
 /// of its own stands for one kind of value.
-/// @param owner  decides whether anything is recorded
-/// @param verb   of the caption, with %1 for the object's label
+/// @param owner    decides whether anything is recorded
+/// @param pattern  of the caption
 template <class Object, class Value, class Swap>
 void RecordValue(const DzElement* owner, Object& object, Value former, Swap swap, ChangeRank rank,
-                 const char* verb)
+                 const char* pattern)
 {
     static const char kind = 0;
     if (IsRecording(owner) && IsFirstOf(&object, &kind))
         Record(std::make_unique<Exchange<Object, Value, Swap>>(object, std::move(former), std::move(swap),
-                                                               rank, verb));
+                                                               rank, pattern));
 }
 
 } // namespace openhost
