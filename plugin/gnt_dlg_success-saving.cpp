@@ -51,6 +51,8 @@ void GntSuccessDialog::Impl::initSaving(GntSuccessDialog& dialog)
 void GntSuccessDialog::Impl::initContentLibraries()
 {
     QComboBox& combo = *ui.pcboContentLibrary;
+    // Among letters that are written from right to left, a path's first slash would come to stand at its end.
+    combo.setLayoutDirection(Qt::LeftToRight);
     int longest = 0;
     for (int i = 0; i < _contentManager.getNumContentDirectories(); ++i) {
         const QString path = _contentManager.getContentDirectoryPath(i);

@@ -46,6 +46,8 @@ void DescribeProgram(CLI::App& program, Options& options)
         ->check(RefuseEmpty);
     program.add_flag("--allow-processes", options.scriptProcesses,
                      "Scripts may start programs, such as one that shows an address");
+    program.add_flag("--right-to-left", options.rightToLeft,
+                     "Mirror the windows, for languages that are written from right to left");
     program.add_option("files", options.files, "Files to open")->type_name("FILE")->check(RefuseEmpty);
 }
 

@@ -20,6 +20,7 @@ struct Options {
     std::string pluginFolder;                ///< empty: the one beside the program
     std::vector<std::string> scriptFolders;  ///< which scripts may write into besides content folders
     bool scriptProcesses = false;            ///< scripts may start programs
+    bool rightToLeft = false;                ///< windows are mirrored
     std::vector<std::string> files;          ///< opened at the start, each added to the one before
 };
 

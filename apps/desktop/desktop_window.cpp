@@ -351,9 +351,10 @@ void DesktopWindow::arrangeDocks()
     if (!scene || !parameters)
         return;
     // One under the other, since both are needed at once. What was taken out of the tabs does not go back.
+    const Qt::DockWidgetArea side = _window.dockWidgetArea(scene);
     for (QDockWidget* const dock : {scene, parameters}) {
         _window.removeDockWidget(dock);
-        _window.addDockWidget(Qt::RightDockWidgetArea, dock, Qt::Vertical);
+        _window.addDockWidget(side, dock, Qt::Vertical);
         dock->show();
     }
 }

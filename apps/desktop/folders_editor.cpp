@@ -20,6 +20,7 @@ FoldersEditor::FoldersEditor(const QStringList& folders) : _list(new QListWidget
     text->setWordWrap(true);
     _list->setAccessibleName(tr("Content folders"));
     _list->setTextElideMode(Qt::ElideMiddle);
+    _list->setLayoutDirection(Qt::LeftToRight); // as paths are written everywhere
     _list->setMinimumWidth(60 * fontMetrics().averageCharWidth());
 
     auto* const beside = new QVBoxLayout;

@@ -60,6 +60,8 @@ int main(int argc, char** argv)
     hostOptions.logFilename = LogFile();
     // The host makes the first windows as soon as there is an application.
     qAddPreRoutine([] { desktop::Translate(desktop::RememberedLanguage()); });
+    if (options.rightToLeft)
+        qAddPreRoutine([] { QGuiApplication::setLayoutDirection(Qt::RightToLeft); });
     openhost::OpenHost host(argc, argv, hostOptions);
     std::setlocale(LC_NUMERIC, "C");
     // What a desktop without window names tells windows' programs by.

@@ -72,6 +72,12 @@ TEST(DesktopOptions, take_what_scripts_may)
     EXPECT_EQ(parsed.options.files, Texts{"one.duf"});
 }
 
+TEST(DesktopOptions, take_which_way_windows_read)
+{
+    EXPECT_TRUE(Parse({"--right-to-left"}).options.rightToLeft);
+    EXPECT_FALSE(Parse({"one.duf"}).options.rightToLeft);
+}
+
 TEST(DesktopOptions, may_all_be_left_out)
 {
     const Parsed parsed = Parse({});
