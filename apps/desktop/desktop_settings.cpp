@@ -26,7 +26,8 @@ const QLatin1String rigKey("adjust_rig");
 const QLatin1String groundKey("view_ground");
 const QLatin1String viewButtonsKey("view_buttons");
 const QLatin1String viewStyleKey("view_style");
-const QLatin1String lookKey("light_look");
+const QLatin1String lookKey("look");
+const QLatin1String lightLookKey("light_look"); // of earlier versions
 const QLatin1String docksKey("window_docks");
 const QLatin1String jobCellsKey("job_settings");
 const QLatin1String dialogGroup("Gantrel Desktop/Dialog Places");
@@ -136,14 +137,18 @@ void RememberViewChoices(const ViewChoices& choices)
     settings.setStringValue(viewStyleKey, choices.drawStyle);
 }
 
-bool RememberedLightLook()
+LookChoice RememberedLook()
 {
-    return DzAppSettings(group).getBoolValue(lookKey, false);
+    const DzAppSettings settings(group);
+    const LookChoice usual =
+        settings.getBoolValue(lightLookKey, false) ? LookChoice::Light : LookChoice::Dark;
+    const int kept = settings.getIntValue(lookKey, int(usual));
+    return kept >= 0 && kept <= int(LookChoice::System) ? LookChoice(kept) : usual;
 }
 
-void RememberLightLook(bool isLight)
+void RememberLook(LookChoice choice)
 {
-    DzAppSettings(group).setBoolValue(lookKey, isLight);
+    DzAppSettings(group).setIntValue(lookKey, int(choice));
 }
 
 MorphPlace RememberedMorphPlace()

@@ -46,9 +46,10 @@ struct ViewChoices {
 ViewChoices RememberedViewChoices();
 void RememberViewChoices(const ViewChoices& choices);
 
-/// Whether windows are light; dark unless somebody wished it.
-bool RememberedLightLook();
-void RememberLightLook(bool isLight);
+enum class LookChoice { Dark, Light, System };
+/// Of the windows; dark unless somebody wished another one.
+LookChoice RememberedLook();
+void RememberLook(LookChoice choice);
 
 /// Where morphs were saved to last, in the product's own dialog or in that of the desktop.
 struct MorphPlace {

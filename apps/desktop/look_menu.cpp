@@ -8,28 +8,46 @@
 
 #include <QActionGroup>
 
+#include <utility>
+
 namespace desktop {
+
+void TakeLook(LookChoice choice)
+{
+    using openhost::Look;
+    openhost::SetLook(choice == LookChoice::System  ? openhost::SystemLook()
+                      : choice == LookChoice::Light ? Look::Light
+                                                    : Look::Dark);
+}
 
 LookMenu::LookMenu() : QMenu(tr("&Look"))
 {
-    using openhost::Look;
-    openhost::SetLook(RememberedLightLook() ? Look::Light : Look::Dark);
     auto* const looks = new QActionGroup(this);
-    for (const Look look : {Look::Dark, Look::Light}) {
-        QAction* const entry = addAction(look == Look::Dark ? tr("&Dark") : tr("&Light"));
+    for (const auto& [text, choice] : {std::pair{tr("&Dark"), LookChoice::Dark},
+                                       {tr("&Light"), LookChoice::Light},
+                                       {tr("&System"), LookChoice::System}}) {
+        QAction* const entry = addAction(text);
         entry->setCheckable(true);
-        entry->setChecked(look == openhost::CurrentLook());
-        entry->setData(look == Look::Light);
+        entry->setData(int(choice));
         looks->addAction(entry);
     }
+    TakeLook(RememberedLook());
+    showChoice();
     connect(looks, SIGNAL(triggered(QAction*)), SLOT(choose(QAction*)));
+    connect(this, SIGNAL(aboutToShow()), SLOT(showChoice()));
 }
 
 void LookMenu::choose(QAction* entry)
 {
-    const bool isLight = entry->data().toBool();
-    openhost::SetLook(isLight ? openhost::Look::Light : openhost::Look::Dark);
-    RememberLightLook(isLight);
+    const auto choice = LookChoice(entry->data().toInt());
+    TakeLook(choice);
+    RememberLook(choice);
+}
+
+void LookMenu::showChoice()
+{
+    for (QAction* const entry : actions())
+        entry->setChecked(LookChoice(entry->data().toInt()) == RememberedLook());
 }
 
 } // namespace desktop

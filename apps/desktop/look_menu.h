@@ -7,6 +7,11 @@
 
 namespace desktop {
 
+enum class LookChoice;
+
+/// Of all windows, at once.
+void TakeLook(LookChoice choice);
+
 /// Takes the remembered look at once.
 class LookMenu : public QMenu {
     Q_OBJECT
@@ -16,6 +21,7 @@ public:
 
 private slots:
     void choose(QAction* entry);
+    void showChoice(); ///< which the preferences may have changed
 };
 
 } // namespace desktop

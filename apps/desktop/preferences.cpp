@@ -3,8 +3,8 @@
 
 #include <tbb/global_control.h> // before the toolkit, which makes "emit" a word of its own
 
-#include "desktop_settings.h"
 #include "languages.h"
+#include "look_menu.h"
 #include "openhost/content_pictures.h"
 #include "picture_drawing.h"
 #include "preferences.h"
@@ -102,6 +102,7 @@ Preferences RememberedPreferences(QStringList* troubles)
     const OwnPreferences own = RememberedOwnPreferences();
     all.lengths = openhost::LengthUnit(std::clamp(own.lengthUnit, 0, int(openhost::LengthUnit::Inch)));
     all.pictureCacheMiB = std::clamp(own.pictureCacheMiB, 1, mostPictureCacheMiB);
+    all.look = RememberedLook();
     all.language = RememberedLanguage();
     return all;
 }
@@ -119,6 +120,7 @@ QStringList RememberPreferences(const Preferences& before, const Preferences& no
     if (now.threads != before.threads)
         Keep("threads", {now.threads > 0 ? QString::number(now.threads) : QString()}, troubles);
     RememberOwnPreferences({int(now.lengths), now.pictureCacheMiB});
+    RememberLook(now.look);
     const QString trouble = now.language != before.language ? RememberLanguage(now.language) : QString();
     if (!trouble.isEmpty())
         troubles.append(trouble);
@@ -137,6 +139,7 @@ void ApplyPreferences(const Preferences& preferences)
     openhost::PictureDrawing drawing = DrawingOfPictures();
     drawing.mostBytes = qint64(preferences.pictureCacheMiB) << 20;
     openhost::ContentPictures::Shared().setDrawing(drawing);
+    TakeLook(preferences.look);
     static std::optional<tbb::global_control> threads;
     threads.reset();
     if (preferences.threads > 0)

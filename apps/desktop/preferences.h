@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "desktop_settings.h"
 #include "openhost/length_unit.h"
 
 #include <QString>
@@ -17,7 +18,8 @@ struct Preferences {
     DzAuthor author; ///< without a name as long as nobody gave one
     openhost::LengthUnit lengths = openhost::LengthUnit::Centimetre;
     int pictureCacheMiB = 64;
-    int threads = 0;  ///< processors to keep busy; 0 for all
+    int threads = 0; ///< processors to keep busy; 0 for all
+    LookChoice look = LookChoice::Dark;
     QString language; ///< from the next start; as RememberedLanguage has it
 };
 
@@ -37,7 +39,7 @@ QStringList RememberPreferences(const Preferences& before, const Preferences& no
 /// @return its name; empty where it is not set
 QString VariableBefore(const char* setting);
 
-/// Units, pictures and threads: from now on.
+/// Units, pictures, threads and look: from now on.
 void ApplyPreferences(const Preferences& preferences);
 
 } // namespace desktop

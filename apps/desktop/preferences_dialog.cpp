@@ -26,7 +26,7 @@ namespace desktop {
 
 namespace {
 
-enum Page { Folders, Author, Units, Memory, Threads, Language, count };
+enum Page { Folders, Author, Units, Memory, Threads, Look, Language, count };
 
 QLabel* MakeText(const QString& text)
 {
@@ -51,6 +51,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent, const Preferences& prefere
     addUnits();
     addMemory();
     addThreads();
+    addLook();
     addLanguage();
     for (int page = 0; page < Page::count; ++page)
         fill(preferences, page);
@@ -142,6 +143,19 @@ void PreferencesDialog::addThreads()
     tellVariable(form, "threads", *_threads);
 }
 
+void PreferencesDialog::addLook()
+{
+    QFormLayout& form =
+        *addPage(tr("Look"),
+                 tr("The colours of all windows. System takes those that are closer to the desktop's own."));
+    _look = new QComboBox;
+    _look->setObjectName(QStringLiteral("Look"));
+    _look->addItem(tr("Dark"), int(LookChoice::Dark));
+    _look->addItem(tr("Light"), int(LookChoice::Light));
+    _look->addItem(tr("System"), int(LookChoice::System));
+    form.addRow(tr("&Colours:"), _look);
+}
+
 void PreferencesDialog::addLanguage()
 {
     QFormLayout& form = *addPage(
@@ -196,6 +210,9 @@ void PreferencesDialog::fill(const Preferences& preferences, int page)
     case Page::Threads:
         _threads->setValue(preferences.threads);
         break;
+    case Page::Look:
+        _look->setCurrentIndex(_look->findData(int(preferences.look)));
+        break;
     case Page::Language:
         _language->setCurrentIndex(std::max(0, _language->findData(preferences.language)));
         break;
@@ -226,6 +243,7 @@ Preferences PreferencesDialog::preferences() const
     chosen.lengths = openhost::LengthUnit(_lengths->currentIndex());
     chosen.pictureCacheMiB = _cache->value();
     chosen.threads = _threads->value();
+    chosen.look = LookChoice(_look->currentData().toInt());
     chosen.language = _language->currentData().toString();
     return chosen;
 }

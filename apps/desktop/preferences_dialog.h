@@ -38,6 +38,7 @@ private:
     void addUnits();
     void addMemory();
     void addThreads();
+    void addLook();
     void addLanguage();
     QLineEdit* addLine(QFormLayout& form, const QString& label, const char* name);
     void tellVariable(QFormLayout& form, const char* setting, QWidget& field);
@@ -52,6 +53,7 @@ private:
     QComboBox* _lengths = nullptr;
     QSpinBox* _cache = nullptr;
     QSpinBox* _threads = nullptr;
+    QComboBox* _look = nullptr;
     QComboBox* _language = nullptr;
 };
 

@@ -60,7 +60,7 @@ QPalette LightPalette()
     return palette;
 }
 
-Look current = Look::Dark;
+Look current = Look::Dark, ofSystem = Look::Light;
 
 /// Some widgets bring a colour of their own, chosen for dark windows: it is read on dark ones alone.
 bool BringsColor(const QWidget& widget)
@@ -174,6 +174,10 @@ public:
 
 void DressWindows(QApplication& application)
 {
+    // Before the program has colours of its own.
+    constexpr int middle = 128;
+    ofSystem =
+        QApplication::palette().color(QPalette::Window).lightness() < middle ? Look::Dark : Look::Light;
     application.setStyle(new OutlinedStyle);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps); // icons are sharp on dense screens
     SetLook(Look::Dark);
@@ -190,6 +194,11 @@ void SetLook(Look look)
 Look CurrentLook()
 {
     return current;
+}
+
+Look SystemLook()
+{
+    return ofSystem;
 }
 
 } // namespace openhost

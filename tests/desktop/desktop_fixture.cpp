@@ -35,7 +35,7 @@ void DesktopTest::SetUp()
     for (const char* const key :
          {"length_unit", "picture_cache_mib", "content_folders", "recent_files", "adjust_rig", "author_name",
           "author_email", "author_url", "window_geometry", "window_docks", "view_ground", "view_buttons",
-          "view_style", "light_look", "job_settings"})
+          "view_style", "look", "light_look", "job_settings"})
         settings.removeValue(QLatin1String(key));
     settings.removeKey(QStringLiteral("Dialog Places"));
     AddMiniLibrary();

@@ -4,6 +4,7 @@
 #include "apps/desktop/desktop_settings.h"
 #include "apps/desktop/preferences.h"
 #include "openhost/length_unit.h"
+#include "openhost/look.h"
 #include "tests/desktop/desktop_fixture.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"
@@ -15,6 +16,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -22,11 +24,12 @@
 #include <QtTest/QTest>
 
 #include <dzapp.h>
+#include <dzappsettings.h>
 #include <dzcontentmgr.h>
 
 namespace {
 
-enum Page { Folders, Author, Units, Memory, Threads };
+enum Page { Folders, Author, Units, Memory, Threads, Look };
 
 class PreferencesTest : public DesktopTest {
 protected:
@@ -116,6 +119,41 @@ TEST_F(PreferencesTest, take_effect_and_survive_a_restart)
     EXPECT_EQ(threads(), all);
     EXPECT_EQ(dzApp->getCurrentAuthor().getName(), QString());
     EXPECT_EQ(desktop::RememberedPreferences().pictureCacheMiB, 64);
+}
+
+TEST_F(PreferencesTest, have_the_look_that_the_menu_shows)
+{
+    start();
+    change([](QWidget& dialog) { named<QComboBox>(dialog, "Look").setCurrentIndex(1); });
+    EXPECT_EQ(openhost::CurrentLook(), openhost::Look::Light);
+    const auto isChecked = [](const char* text) {
+        QMenu* const menu = entry("Look")->menu();
+        emit menu->aboutToShow();
+        for (const QAction* const action : menu->actions())
+            if (action->text().remove(QLatin1Char('&')) == QLatin1String(text))
+                return action->isChecked();
+        return false;
+    };
+    EXPECT_TRUE(isChecked("Light"));
+    restart();
+    EXPECT_EQ(openhost::CurrentLook(), openhost::Look::Light);
+    change([](QWidget& dialog) { named<QComboBox>(dialog, "Look").setCurrentIndex(2); });
+    EXPECT_EQ(openhost::CurrentLook(), openhost::SystemLook());
+    EXPECT_TRUE(isChecked("System"));
+    for (QAction* const action : entry("Look")->menu()->actions())
+        if (action->text().contains(QLatin1String("Dark")))
+            action->trigger();
+    EXPECT_EQ(desktop::RememberedPreferences().look, desktop::LookChoice::Dark);
+    EXPECT_EQ(openhost::CurrentLook(), openhost::Look::Dark);
+}
+
+TEST_F(PreferencesTest, have_the_look_of_earlier_versions)
+{
+    DzAppSettings settings(QStringLiteral("Gantrel Desktop"));
+    settings.setBoolValue(QStringLiteral("light_look"), true);
+    EXPECT_EQ(desktop::RememberedLook(), desktop::LookChoice::Light);
+    settings.setIntValue(QStringLiteral("look"), 77);
+    EXPECT_EQ(desktop::RememberedLook(), desktop::LookChoice::Light) << "no look has this number";
 }
 
 TEST_F(PreferencesTest, are_those_of_the_command_line_where_it_has_them)
@@ -234,7 +272,7 @@ TEST_F(PreferencesTest, look_well)
         const auto large = isLarge ? std::make_unique<LargeFont>() : nullptr;
         ModalAnswer dialog([&](QWidget& preferences) {
             const auto& pages = named<QListWidget>(preferences, "Pages");
-            EXPECT_EQ(pages.count(), 6);
+            EXPECT_EQ(pages.count(), 7);
             for (int page = 0; page < pages.count(); ++page) {
                 open(preferences, Page(page));
                 SavePicture(preferences, qPrintable(QStringLiteral("preferences-%1%2")

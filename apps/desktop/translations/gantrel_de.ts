@@ -1004,6 +1004,10 @@
         <source>&amp;Light</source>
         <translation>&amp;Hell</translation>
     </message>
+    <message>
+        <source>&amp;System</source>
+        <translation>&amp;System</translation>
+    </message>
 </context>
 <context>
     <name>desktop::MenuAction</name>
@@ -1269,6 +1273,26 @@
     <message>
         <source>%1 is set in the environment, which goes before what is chosen here.</source>
         <translation>%1 ist in der Umgebung gesetzt und geht dem vor, was hier gewählt wird.</translation>
+    </message>
+    <message>
+        <source>Look</source>
+        <translation>Aussehen</translation>
+    </message>
+    <message>
+        <source>The colours of all windows. System takes those that are closer to the desktop&apos;s own.</source>
+        <translation>Die Farben aller Fenster. System nimmt die, die denen der Arbeitsfläche näher sind.</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>&amp;Colours:</source>
+        <translation>&amp;Farben:</translation>
     </message>
 </context>
 <context>

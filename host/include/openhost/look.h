@@ -13,5 +13,7 @@ enum class Look {
 /// Of all windows, those that are open too; dark at first.
 void SetLook(Look look);
 Look CurrentLook();
+/// Which of the two the system's own colours are closer to, as they were when the program began.
+Look SystemLook();
 
 } // namespace openhost
