@@ -21,6 +21,7 @@ const QLatin1String authorEmailKey("author_email");
 const QLatin1String authorUrlKey("author_url");
 const QLatin1String lengthUnitKey("length_unit");
 const QLatin1String pictureCacheKey("picture_cache_mib");
+const QLatin1String undoKey("undo_mib");
 const QLatin1String geometryKey("window_geometry");
 const QLatin1String rigKey("adjust_rig");
 const QLatin1String groundKey("view_ground");
@@ -100,7 +101,8 @@ OwnPreferences RememberedOwnPreferences()
     const DzAppSettings settings(group);
     const OwnPreferences usual;
     return {settings.getIntValue(lengthUnitKey, usual.lengthUnit),
-            settings.getIntValue(pictureCacheKey, usual.pictureCacheMiB)};
+            settings.getIntValue(pictureCacheKey, usual.pictureCacheMiB),
+            settings.getIntValue(undoKey, usual.undoMiB)};
 }
 
 void RememberOwnPreferences(const OwnPreferences& preferences)
@@ -108,6 +110,7 @@ void RememberOwnPreferences(const OwnPreferences& preferences)
     DzAppSettings settings(group);
     settings.setIntValue(lengthUnitKey, preferences.lengthUnit);
     settings.setIntValue(pictureCacheKey, preferences.pictureCacheMiB);
+    settings.setIntValue(undoKey, preferences.undoMiB);
 }
 
 bool RememberedRigAdjusting()

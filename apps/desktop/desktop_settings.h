@@ -29,6 +29,7 @@ void RememberAuthor(const DzAuthor& author);
 struct OwnPreferences {
     int lengthUnit = 0; ///< openhost::LengthUnit
     int pictureCacheMiB = 64;
+    int undoMiB = 512;
 };
 OwnPreferences RememberedOwnPreferences();
 void RememberOwnPreferences(const OwnPreferences& preferences);

@@ -10,6 +10,8 @@
 #include "preferences.h"
 #include "settings.h"
 
+#include <dzundostack.h>
+
 #include <algorithm>
 #include <optional>
 #include <stdexcept>
@@ -102,6 +104,7 @@ Preferences RememberedPreferences(QStringList* troubles)
     const OwnPreferences own = RememberedOwnPreferences();
     all.lengths = openhost::LengthUnit(std::clamp(own.lengthUnit, 0, int(openhost::LengthUnit::Inch)));
     all.pictureCacheMiB = std::clamp(own.pictureCacheMiB, 1, mostPictureCacheMiB);
+    all.undoMiB = std::clamp(own.undoMiB, leastUndoMiB, mostUndoMiB);
     all.look = RememberedLook();
     all.language = RememberedLanguage();
     return all;
@@ -119,7 +122,7 @@ QStringList RememberPreferences(const Preferences& before, const Preferences& no
     RememberAuthor(DzAuthor(keptApart, now.author.getEmail(), now.author.getURL()));
     if (now.threads != before.threads)
         Keep("threads", {now.threads > 0 ? QString::number(now.threads) : QString()}, troubles);
-    RememberOwnPreferences({int(now.lengths), now.pictureCacheMiB});
+    RememberOwnPreferences({int(now.lengths), now.pictureCacheMiB, now.undoMiB});
     RememberLook(now.look);
     const QString trouble = now.language != before.language ? RememberLanguage(now.language) : QString();
     if (!trouble.isEmpty())
@@ -139,6 +142,7 @@ void ApplyPreferences(const Preferences& preferences)
     openhost::PictureDrawing drawing = DrawingOfPictures();
     drawing.mostBytes = qint64(preferences.pictureCacheMiB) << 20;
     openhost::ContentPictures::Shared().setDrawing(drawing);
+    dzUndoStack->setMostBytes(std::size_t(preferences.undoMiB) << 20);
     TakeLook(preferences.look);
     static std::optional<tbb::global_control> threads;
     threads.reset();

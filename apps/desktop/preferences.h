@@ -18,12 +18,14 @@ struct Preferences {
     DzAuthor author; ///< without a name as long as nobody gave one
     openhost::LengthUnit lengths = openhost::LengthUnit::Centimetre;
     int pictureCacheMiB = 64;
-    int threads = 0; ///< processors to keep busy; 0 for all
+    int undoMiB = 512; ///< of steps that can be undone
+    int threads = 0;   ///< processors to keep busy; 0 for all
     LookChoice look = LookChoice::Dark;
     QString language; ///< from the next start; as RememberedLanguage has it
 };
 
 constexpr int mostPictureCacheMiB = 4096;
+constexpr int leastUndoMiB = 16, mostUndoMiB = 65536;
 constexpr int mostThreads = 1024; ///< as the command line takes them
 
 /// Content folders, the author's name and the threads are those of `gantrel config`; where that has none,
@@ -39,7 +41,7 @@ QStringList RememberPreferences(const Preferences& before, const Preferences& no
 /// @return its name; empty where it is not set
 QString VariableBefore(const char* setting);
 
-/// Units, pictures, threads and look: from now on.
+/// Units, pictures, steps, threads and look: from now on.
 void ApplyPreferences(const Preferences& preferences);
 
 } // namespace desktop

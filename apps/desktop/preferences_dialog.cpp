@@ -123,11 +123,21 @@ void PreferencesDialog::addMemory()
     QFormLayout& form = *addPage(
         tr("Memory"), tr("Pictures that are drawn of figures are kept on the disk. When there is no more "
                          "room, those that were used longest ago go."));
-    _cache = new QSpinBox;
-    _cache->setObjectName(QStringLiteral("PictureCache"));
-    _cache->setRange(1, mostPictureCacheMiB);
-    _cache->setSuffix(tr(" MiB"));
-    form.addRow(tr("&Pictures at most:"), _cache);
+    _cache = addMebibytes(form, tr("&Pictures at most:"), "PictureCache", 1, mostPictureCacheMiB);
+    form.addRow(MakeText(tr("Steps that can be undone are kept in memory. Those beyond go, the oldest first; "
+                            "the last one stays.")));
+    _undo = addMebibytes(form, tr("&Steps at most:"), "UndoMemory", leastUndoMiB, mostUndoMiB);
+}
+
+QSpinBox* PreferencesDialog::addMebibytes(QFormLayout& form, const QString& label, const char* name,
+                                          int least, int most)
+{
+    auto* const box = new QSpinBox;
+    box->setObjectName(QLatin1String(name));
+    box->setRange(least, most);
+    box->setSuffix(tr(" MiB"));
+    form.addRow(label, box);
+    return box;
 }
 
 void PreferencesDialog::addThreads()
@@ -206,6 +216,7 @@ void PreferencesDialog::fill(const Preferences& preferences, int page)
         break;
     case Page::Memory:
         _cache->setValue(preferences.pictureCacheMiB);
+        _undo->setValue(preferences.undoMiB);
         break;
     case Page::Threads:
         _threads->setValue(preferences.threads);
@@ -242,6 +253,7 @@ Preferences PreferencesDialog::preferences() const
     chosen.author = DzAuthor(_name->text().trimmed(), _email->text().trimmed(), _url->text().trimmed());
     chosen.lengths = openhost::LengthUnit(_lengths->currentIndex());
     chosen.pictureCacheMiB = _cache->value();
+    chosen.undoMiB = _undo->value();
     chosen.threads = _threads->value();
     chosen.look = LookChoice(_look->currentData().toInt());
     chosen.language = _language->currentData().toString();

@@ -40,6 +40,7 @@ private:
     void addThreads();
     void addLook();
     void addLanguage();
+    QSpinBox* addMebibytes(QFormLayout& form, const QString& label, const char* name, int least, int most);
     QLineEdit* addLine(QFormLayout& form, const QString& label, const char* name);
     void tellVariable(QFormLayout& form, const char* setting, QWidget& field);
     void fill(const Preferences& preferences, int page);
@@ -52,6 +53,7 @@ private:
     QLineEdit* _url = nullptr;
     QComboBox* _lengths = nullptr;
     QSpinBox* _cache = nullptr;
+    QSpinBox* _undo = nullptr;
     QSpinBox* _threads = nullptr;
     QComboBox* _look = nullptr;
     QComboBox* _language = nullptr;

@@ -21,7 +21,8 @@ class DzUndoStack : public DzBase {
     Q_OBJECT
 public:
     static constexpr int mostSteps = 200;
-    /// Of what the steps alone keep, about; beyond it the oldest are forgotten. The newest one never is.
+    /// Of what the steps alone keep, about, as long as nobody sets another bound; beyond it the oldest are
+    /// forgotten. The newest one never is.
     static constexpr std::size_t mostBytes = std::size_t(512) << 20;
 
     DzUndoStack();
@@ -54,6 +55,8 @@ public:
     bool isClean() const;
     /// How much a node with all below it, or a modifier, takes in memory, in bytes; about.
     void setMeasure(std::size_t (*measure)(const QObject& held));
+    /// How much the steps may take together, in bytes, from now on; the last one stays in any case.
+    void setMostBytes(std::size_t bytes);
 
 signals:
     void changed(); ///< what can be taken back or done again

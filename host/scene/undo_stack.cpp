@@ -64,6 +64,7 @@ private:
 } // namespace
 
 struct DzUndoStack::Impl {
+    std::size_t mostBytes = DzUndoStack::mostBytes;
     QUndoStack steps;
     std::vector<Level> levels; ///< open, the outermost first
     int runningActions = 0;
@@ -216,6 +217,18 @@ public:
                 CutOff(*root);
     }
 
+    static void ForgetOldest()
+    {
+        DzUndoStack::Impl& impl = *Of();
+        std::size_t kept = 0;
+        for (int i = impl.steps.count() - 1; i >= 0; --i) {
+            auto* const step = const_cast<UndoStep*>(static_cast<const UndoStep*>(impl.steps.command(i)));
+            kept += step->size();
+            if (kept > impl.mostBytes && i != impl.steps.count() - 1)
+                step->forget();
+        }
+    }
+
 private:
     /// Of a level that was taken back, as far as that could be.
     static void PassOn(Level level)
@@ -251,18 +264,6 @@ private:
             new UndoStep(caption, std::move(level.changes), level.selection, impl.presentSelection(), size));
         ForgetOldest();
         emit dzUndoStack->changed();
-    }
-
-    static void ForgetOldest()
-    {
-        DzUndoStack::Impl& impl = *Of();
-        std::size_t kept = 0;
-        for (int i = impl.steps.count() - 1; i >= 0; --i) {
-            auto* const step = const_cast<UndoStep*>(static_cast<const UndoStep*>(impl.steps.command(i)));
-            kept += step->size();
-            if (kept > DzUndoStack::mostBytes && i != impl.steps.count() - 1)
-                step->forget();
-        }
     }
 
     static void Restart(Level level)
@@ -650,6 +651,13 @@ void DzUndoStack::setClean()
 bool DzUndoStack::isClean() const
 {
     return _impl->steps.isClean();
+}
+
+void DzUndoStack::setMostBytes(std::size_t bytes)
+{
+    _impl->mostBytes = bytes;
+    UndoAccess::ForgetOldest();
+    emit changed();
 }
 
 void DzUndoStack::setMeasure(std::size_t (*measure)(const QObject& held))

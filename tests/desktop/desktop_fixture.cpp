@@ -33,9 +33,9 @@ void DesktopTest::SetUp()
     qputenv("XDG_DATA_HOME", (TestFolder() + QStringLiteral("/data of the account")).toUtf8());
     QDir(TestFolder() + QStringLiteral("/data of the account")).removeRecursively();
     for (const char* const key :
-         {"length_unit", "picture_cache_mib", "content_folders", "recent_files", "adjust_rig", "author_name",
-          "author_email", "author_url", "window_geometry", "window_docks", "view_ground", "view_buttons",
-          "view_style", "look", "light_look", "job_settings"})
+         {"length_unit", "picture_cache_mib", "undo_mib", "content_folders", "recent_files", "adjust_rig",
+          "author_name", "author_email", "author_url", "window_geometry", "window_docks", "view_ground",
+          "view_buttons", "view_style", "look", "light_look", "job_settings"})
         settings.removeValue(QLatin1String(key));
     settings.removeKey(QStringLiteral("Dialog Places"));
     AddMiniLibrary();

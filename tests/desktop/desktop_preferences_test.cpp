@@ -26,6 +26,9 @@
 #include <dzapp.h>
 #include <dzappsettings.h>
 #include <dzcontentmgr.h>
+#include <dzfigure.h>
+#include <dzscene.h>
+#include <dzundostack.h>
 
 namespace {
 
@@ -119,6 +122,35 @@ TEST_F(PreferencesTest, take_effect_and_survive_a_restart)
     EXPECT_EQ(threads(), all);
     EXPECT_EQ(dzApp->getCurrentAuthor().getName(), QString());
     EXPECT_EQ(desktop::RememberedPreferences().pictureCacheMiB, 64);
+}
+
+TEST_F(PreferencesTest, bound_the_memory_of_steps_that_can_be_undone)
+{
+    start();
+    DzFigure& figure = openFigure(sourceFile);
+    dzUndoStack->setMeasure([](const QObject&) { return std::size_t(10) << 20; });
+    const auto steps = [] {
+        int count = 0;
+        while (dzUndoStack->undo())
+            ++count;
+        while (dzUndoStack->redo()) {
+        }
+        return count;
+    };
+    for (int i = 0; i < 3; ++i) {
+        auto* const node = new DzNode;
+        dzScene->addNode(node);
+        QCoreApplication::processEvents();
+        dzScene->removeNode(node);
+        QCoreApplication::processEvents();
+    }
+    const int before = steps();
+    EXPECT_TRUE(figure.isInScene());
+    change([](QWidget& dialog) { named<QSpinBox>(dialog, "UndoMemory").setValue(16); });
+    EXPECT_LT(steps(), before) << "at once";
+    EXPECT_GT(steps(), 0) << "the last one stays";
+    restart();
+    EXPECT_EQ(desktop::RememberedPreferences().undoMiB, 16);
 }
 
 TEST_F(PreferencesTest, have_the_look_that_the_menu_shows)

@@ -1294,6 +1294,14 @@
         <source>&amp;Colours:</source>
         <translation>&amp;Farben:</translation>
     </message>
+    <message>
+        <source>Steps that can be undone are kept in memory. Those beyond go, the oldest first; the last one stays.</source>
+        <translation>Schritte, die rückgängig zu machen sind, bleiben im Speicher. Was darüber geht, fällt weg, das Älteste zuerst; der letzte Schritt bleibt.</translation>
+    </message>
+    <message>
+        <source>&amp;Steps at most:</source>
+        <translation>&amp;Schritte höchstens:</translation>
+    </message>
 </context>
 <context>
     <name>desktop::RecentFilesMenu</name>
