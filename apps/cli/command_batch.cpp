@@ -439,7 +439,8 @@ void AddBatchCommand(CLI::App& program, CommandContext& context)
                     "  gantrel batch jobs.csv --init ~/library/People\n"
                     "  gantrel batch jobs.csv --content ~/library \\\n"
                     "      --target \"$HOME/library/People/Genesis 9/Genesis 9.duf\" \\\n"
-                    "      --save-library ~/library --vendor Me --product \"My Shapes\" --report jobs.html");
+                    "      --save-library ~/library --vendor Me --product \"My Shapes\" \\\n"
+                    "      --report jobs.html");
     const auto arguments = std::make_shared<BatchArguments>();
     AddBatchOptions(*command, *arguments);
     AddConvertOptions(*command, arguments->ofRows, OptionUse::Defaults);

@@ -67,9 +67,9 @@ void AddConvertCommand(CLI::App& program, CommandContext& context)
         program.add_subcommand("convert", "Turn a figure's shape into morphs on a Genesis 9 figure");
     command->footer("Example:\n"
                     "  gantrel convert --content ~/library \\\n"
-                    "      --source \"$HOME/library/People/Genesis 8 Female/Characters/Vera.duf\" \\\n"
-                    "      --target \"$HOME/library/People/Genesis 9/Genesis 9.duf\" --name Vera \\\n"
-                    "      --save-library ~/library --vendor Me --product \"My Shapes\"");
+                    "    --source \"$HOME/library/People/Genesis 8 Female/Characters/Vera.duf\" \\\n"
+                    "    --target \"$HOME/library/People/Genesis 9/Genesis 9.duf\" --name Vera \\\n"
+                    "    --save-library ~/library --vendor Me --product \"My Shapes\"");
     const auto arguments = std::make_shared<ConvertArguments>();
     const auto asJson = std::make_shared<bool>(false);
     AddConvertOptions(*command, *arguments, OptionUse::Whole);

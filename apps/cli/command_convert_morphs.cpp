@@ -25,10 +25,10 @@ void AddConvertMorphsCommand(CLI::App& program, CommandContext& context)
         "convert-morphs", "Turn single morphs of a figure into morphs on a Genesis 9 figure");
     command->footer("Example:\n"
                     "  gantrel convert-morphs --content ~/library \\\n"
-                    "      --source \"$HOME/library/People/Genesis 8 Female/Characters/Vera.duf\" \\\n"
-                    "      --target \"$HOME/library/People/Genesis 9/Genesis 9.duf\" --morphs \"PHM*\" "
-                    "--suffix \" G8\" \\\n"
-                    "      --save-library ~/library --vendor Me --product \"My Shapes\"");
+                    "    --source \"$HOME/library/People/Genesis 8 Female/Characters/Vera.duf\" \\\n"
+                    "    --target \"$HOME/library/People/Genesis 9/Genesis 9.duf\" \\\n"
+                    "    --morphs \"PHM*\" --suffix \" G8\" \\\n"
+                    "    --save-library ~/library --vendor Me --product \"My Shapes\"");
     const auto arguments = std::make_shared<ConvertMorphsArguments>();
     const auto asJson = std::make_shared<bool>(false);
     AddConvertMorphsOptions(*command, *arguments);

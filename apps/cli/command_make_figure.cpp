@@ -137,8 +137,9 @@ void AddMakeFigureCommand(CLI::App& program, CommandContext& context)
     CLI::App* const command = program.add_subcommand(
         "make-figure", "Make a library figure of a mesh, a skeleton, weights and morphs");
     command->footer("Example:\n"
-                    "  gantrel make-figure --kind genesis9 --mesh neutral.obj --skeleton bones.json \\\n"
-                    "      --weights weights.json.gz --morph Smile=smile.obj --library ~/library");
+                    "  gantrel make-figure --kind genesis9 --mesh neutral.obj \\\n"
+                    "      --skeleton bones.json --weights weights.json.gz \\\n"
+                    "      --morph Smile=smile.obj --library ~/library");
     const auto add = [&](const char* option, std::string& text, const char* type, const char* what) {
         return command->add_option(option, text, what)->type_name(type);
     };

@@ -203,9 +203,9 @@ void AddRenderCommand(CLI::App& program, CommandContext& context)
 {
     const auto arguments = std::make_shared<RenderArguments>();
     CLI::App* const command = program.add_subcommand("render", "Draw what a file shows into a picture");
-    command->footer(
-        "Example:\n"
-        "  gantrel render Vera.duf --dial Smile=1 --view three-quarter --view face --out vera.png");
+    command->footer("Example:\n"
+                    "  gantrel render Vera.duf --dial Smile=1 --out vera.png \\\n"
+                    "      --view three-quarter --view face");
     command->add_option("FILE", arguments->file, "What to draw; - for an OBJ file's text on standard input")
         ->type_name("FILE.duf|FILE.obj")
         ->required();

@@ -225,7 +225,8 @@ void AddTransferCommand(CLI::App& program, CommandContext& context)
     CLI::App* const command = program.add_subcommand(
         "transfer", "Carry a morph from one mesh to another one that lies close to it");
     command->footer("Example:\n"
-                    "  gantrel transfer --source-neutral old.obj --source-morphed old-smile.obj \\\n"
+                    "  gantrel transfer \\\n"
+                    "      --source-neutral old.obj --source-morphed old-smile.obj \\\n"
                     "      --target-neutral new.obj --out new-smile.obj");
     const auto addFile = [&](const char* option, std::string& file, const char* what) {
         command->add_option(option, file, what)->type_name("FILE.obj")->required();

@@ -90,6 +90,15 @@ void DescribeProgram(CLI::App& program, CommandContext& context)
     program.require_subcommand(0, 1); // none is found out later, when what was there instead has been named
     program.set_version_flag("--version", versionText, "Print the version");
     AddTellingOptions(program, context);
+    program.footer("Example:\n"
+                   "  gantrel sample-content ~/sample-library\n"
+                   "  figures=~/sample-library/People\n"
+                   "  gantrel list-dials --content ~/sample-library \\\n"
+                   "      \"$figures/Genesis 8 Female/Characters/Vera.duf\"\n"
+                   "  gantrel convert --content ~/sample-library --name Vera \\\n"
+                   "      --source \"$figures/Genesis 8 Female/Characters/Vera.duf\" \\\n"
+                   "      --target \"$figures/Genesis 9/Genesis 9.duf\" \\\n"
+                   "      --save-library ~/sample-library --vendor Me --product Shapes");
     TellExitCodes(program);
     AddCommands(program, context);
     for (CLI::App* const command : program.get_subcommands({})) {

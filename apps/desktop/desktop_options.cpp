@@ -26,6 +26,9 @@ void DescribeProgram(CLI::App& program, Options& options)
 {
     program.name("gantrel-desktop");
     program.description("Gantrel's desktop application: figures, their dials and the plug-in in one window.");
+    program.footer("Example:\n"
+                   "  gantrel-desktop --content ~/library \\\n"
+                   "      \"$HOME/library/People/Genesis 9/Genesis 9.duf\"");
     program.set_version_flag("--version", "gantrel-desktop " GANTREL_VERSION, "Print the version");
     program
         .add_option("--content", options.contentFolders,

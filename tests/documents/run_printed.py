@@ -33,7 +33,8 @@ NOT_RUN = [
     (r"cp -r /usr/share/doc/gantrel/examples", "wants the package; scripts/test-install runs it"),
     (r"(examples/clusters|seq|snakemake) ?.*SETTINGS|snakemake ", "the tests of clusters run the recipes"),
 ]
-RUN = r"gantrel(-desktop)? |export |mkdir |options=|python3 |PYTHONPATH="
+COLUMNS_OF_PAGE = 80 - 7  # beside its margin
+RUN = r"gantrel(-desktop)? |export |mkdir |options=|figures=|python3 |PYTHONPATH="
 
 
 def commands_of(lines):
@@ -64,14 +65,16 @@ def help_of(*subcommand):
 
 
 def examples_of_help():
-    """Of each subcommand, the lines that are set in below the heading."""
-    names = re.findall(r"^  ([a-z-]+) ", help_of().split("Subcommands:")[1], re.MULTILINE)
-    found = {name: re.search(r"^Example:\n((?:  .*\n?)+)", help_of(name), re.MULTILINE) for name in names}
-    return {name: [line[2:] for line in example.group(1).splitlines()] for name, example in found.items() if example}
+    """Of both programs and each subcommand, by the name of its page: the lines that are set in below the heading."""
+    names = re.findall(r"^  ([a-z-]+) ", help_of().split("Subcommands:")[1].split("\n\n")[0], re.MULTILINE)
+    desktop = subprocess.run([DESKTOP, "--help"], capture_output=True, text=True, check=True).stdout
+    helps = {"gantrel": help_of(), "gantrel-desktop": desktop, **{f"gantrel-{name}": help_of(name) for name in names}}
+    found = {page: re.search(r"^Example:\n((?:  .*\n?)+)", text, re.MULTILINE) for page, text in helps.items()}
+    return {page: [line[2:] for line in example.group(1).splitlines()] if example else [] for page, example in found.items()}
 
 
-def examples_of_man(name):
-    [page] = glob.glob(f"{BUILD}/apps/documents/made/*/man/man1/gantrel-{name}.1")
+def examples_of_man(page):
+    [page] = glob.glob(f"{BUILD}/apps/documents/made/*/man/man1/{page}.1")
     with open(page, encoding="utf-8") as file:
         text = re.search(r"\.EX\n(.*?)\n\.EE", file.read(), re.DOTALL).group(1)
     for written, meant in (("\\-", "-"), ("\\e", "\\"), ("\\&", "")):
@@ -241,10 +244,15 @@ def main():
         run.reader.begin()
         run.text("CONTRIBUTING.md", os.path.join(SOURCE, "CONTRIBUTING.md"), known)
         examples = examples_of_help()
-        for name, lines in examples.items():
-            run.document(f"gantrel {name} --help", [lines])
-            if examples_of_man(name) != lines:
-                run.failures.append(f"the page gantrel-{name} has other examples than --help")
+        for page, lines in examples.items():
+            if not lines:
+                run.failures.append(f"the help of {page} has no example")
+                continue
+            run.document(f"the help of {page}", [lines])
+            if examples_of_man(page) != lines:
+                run.failures.append(f"the page {page} has other examples than --help")
+            run.failures += [f"the page {page} has an example that 80 columns do not hold:\n    {line}"
+                             for line in lines if len(line) > COLUMNS_OF_PAGE]
         told, man_pages = running_text.wrong_in_man(BUILD, running_text.subcommands(help_of), known)
         run.failures += told
     for reason, commands in run.left.items():

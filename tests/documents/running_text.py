@@ -32,7 +32,7 @@ def spans_of(file):
 
 
 def subcommands(help_of):
-    return re.findall(r"^  ([a-z-]+) ", help_of().split("Subcommands:")[1], re.MULTILINE)
+    return re.findall(r"^  ([a-z-]+) ", help_of().split("Subcommands:")[1].split("\n\n")[0], re.MULTILINE)
 
 
 def options_of_help(help_of, desktop):
