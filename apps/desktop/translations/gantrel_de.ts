@@ -2075,6 +2075,13 @@
     </message>
 </context>
 <context>
+    <name>openhost::Views</name>
+    <message>
+        <source>Perspective View</source>
+        <translation>Perspektive</translation>
+    </message>
+</context>
+<context>
     <name>openhost::WindowAttendant</name>
     <message numerus="yes">
         <source>and %n more</source>
