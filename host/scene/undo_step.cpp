@@ -78,8 +78,7 @@ QString CaptionOf(const Changes& changes)
         return QCoreApplication::translate("openhost::Undo", "Change");
     return captions.size() == 1 ? captions.first()
                                 : QCoreApplication::translate("openhost::Undo", "%1 and %2 More")
-                                      .arg(captions.first())
-                                      .arg(captions.size() - 1);
+                                      .arg(captions.first(), QString::number(captions.size() - 1));
 }
 
 bool AreVain(const Changes& changes)

@@ -331,6 +331,18 @@ TEST_F(Undo, forgets_the_oldest_of_what_takes_much_memory)
     EXPECT_EQ(dzUndoStack->getUndoCaption(), QString());
 }
 
+TEST_F(Undo, names_several_things_by_the_first_whatever_it_is_called)
+{
+    DzNode& odd = *AddNode("Figure");
+    odd.setLabel(QStringLiteral("%2 of %1"));
+    DzNode& other = *AddNode("Other");
+    EndStep();
+    odd.setVisible(false);
+    other.setVisible(false);
+    EndStep();
+    EXPECT_EQ(dzUndoStack->getUndoCaption().toStdString(), "Hide %2 of %1 and 1 More");
+}
+
 TEST_F(Undo, knows_when_the_scene_is_as_it_was_saved)
 {
     DzFloatProperty* const dial = AddDial(*AddNode("Figure"), "Height");
