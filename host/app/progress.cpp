@@ -49,7 +49,9 @@ QString Described(const DzProgress& progress)
 {
     const int total = progress.getTotalSteps();
     const QString info = progress.getInfo();
-    return total > 0 ? QStringLiteral("%1 (%2/%3)").arg(info).arg(progress.getPosition()).arg(total) : info;
+    return total > 0 ? QStringLiteral("%1 (%2/%3)")
+                           .arg(info, QString::number(progress.getPosition()), QString::number(total))
+                     : info;
 }
 
 // One line, written over each time; cleared with the last progress.
@@ -155,8 +157,7 @@ void DzProgress::finish()
     stack.erase(std::remove(stack.begin(), stack.end(), this), stack.end());
     if (_impl->showTime && dzApp)
         dzApp->log(QStringLiteral("%1: %2 s")
-                       .arg(_impl->info)
-                       .arg(double(_impl->timer.elapsed()) / 1000.0, 0, 'f', 1));
+                       .arg(_impl->info, QString::number(double(_impl->timer.elapsed()) / 1000.0, 'f', 1)));
     show();
     if (!stack.empty())
         return;

@@ -80,9 +80,10 @@ struct DzScript::Impl {
     {
         const QString named = errorFile.isEmpty() ? filename : errorFile;
         const QString place = named.isEmpty() ? QStringLiteral("script") : named;
-        dzApp->warning(errorLine > 0
-                           ? QStringLiteral("%1, line %2: %3").arg(place).arg(errorLine).arg(errorMessage)
-                           : QStringLiteral("%1: %2").arg(place, errorMessage));
+        dzApp->warning(
+            errorLine > 0
+                ? QStringLiteral("%1, line %2: %3").arg(place, QString::number(errorLine), errorMessage)
+                : QStringLiteral("%1: %2").arg(place, errorMessage));
     }
 };
 

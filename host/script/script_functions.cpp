@@ -96,8 +96,7 @@ QScriptValue Exit(QScriptContext* context, QScriptEngine* engine)
     if (!(status >= 0.0 && status <= highestStatus) || status != std::floor(status))
         return context->throwError(QScriptContext::RangeError,
                                    QStringLiteral("%1 is no status; a script can end with 0 to %2")
-                                       .arg(given.toString())
-                                       .arg(highestStatus));
+                                       .arg(given.toString(), QString::number(highestStatus)));
     ScriptSession::Of(engine).exit(static_cast<int>(status));
     return engine->undefinedValue();
 }

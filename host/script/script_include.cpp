@@ -39,7 +39,8 @@ QScriptValue Run(QScriptContext& context, QScriptEngine& engine, const QString& 
 {
     const QString code = ReadScript(file);
     if (const std::optional<CodeFault> fault = FindFault(code))
-        return Fail(context, QStringLiteral("%1, line %2: %3").arg(file).arg(fault->line).arg(fault->what));
+        return Fail(context,
+                    QStringLiteral("%1, line %2: %3").arg(file, QString::number(fault->line), fault->what));
     // Its variables and functions are everybody's.
     context.setActivationObject(engine.globalObject());
     context.setThisObject(engine.globalObject());

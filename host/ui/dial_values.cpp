@@ -122,7 +122,8 @@ QString Listed(const QStringList& labels)
 {
     constexpr int most = 5;
     const QString some = QStringList(labels.mid(0, most)).join(QLatin1String(", "));
-    return labels.size() > most ? Tr("%1 and %2 more").arg(some).arg(labels.size() - most) : some;
+    return labels.size() > most ? Tr("%1 and %2 more").arg(some, QString::number(labels.size() - most))
+                                : some;
 }
 
 } // namespace

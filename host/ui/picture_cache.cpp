@@ -41,9 +41,8 @@ QString PictureCache::placeOf(const QString& file) const
     QDir().mkpath(_folder);
     const QFileInfo info(file);
     const QString key = QStringLiteral("%1\n%2\n%3")
-                            .arg(info.absoluteFilePath())
-                            .arg(info.size())
-                            .arg(info.lastModified().toMSecsSinceEpoch());
+                            .arg(info.absoluteFilePath(), QString::number(info.size()),
+                                 QString::number(info.lastModified().toMSecsSinceEpoch()));
     const QByteArray name = QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Sha1).toHex();
     return _folder + QLatin1Char('/') + QString::fromLatin1(name) + QLatin1String(".png");
 }

@@ -134,9 +134,10 @@ bool DzScriptPane::run()
         // Of a file that the code includes.
         const QString file =
             script.errorFile().isEmpty() ? QString() : script.errorFile() + QStringLiteral(", ");
-        const QString where = script.errorLine() > 0
-                                  ? QStringLiteral("%1line %2: ").arg(file).arg(script.errorLine())
-                                  : QString();
+        const QString where =
+            script.errorLine() > 0
+                ? QStringLiteral("%1line %2: ").arg(file, QString::number(script.errorLine()))
+                : QString();
         _output->appendPlainText(where + script.errorMessage());
         if (file.isEmpty())
             markLine(script.errorLine());

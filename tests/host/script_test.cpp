@@ -186,17 +186,19 @@ TEST_F(ScriptTest, hands_arguments_to_the_whole_script)
 
 TEST_F(ScriptTest, is_read_from_a_file_and_named_by_it_in_errors)
 {
-    const QString path = TestFolder() + QLatin1String("/broken.dsa");
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("throw 'no luck';");
-    file.close();
-    DzScript script;
-    EXPECT_FALSE(script.loadFromFile(TestFolder() + QLatin1String("/missing.dsa")));
-    ASSERT_TRUE(script.loadFromFile(path));
-    EXPECT_FALSE(script.execute());
-    EXPECT_EQ(script.errorMessage().toStdString(), "no luck");
-    EXPECT_TRUE(LogText().contains(path + QLatin1String(", line 1: no luck")));
+    for (const char* const name : {"/broken.dsa", "/50%2 off, %3.dsa"}) {
+        const QString path = TestFolder() + QLatin1String(name);
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("throw 'no luck';");
+        file.close();
+        DzScript script;
+        EXPECT_FALSE(script.loadFromFile(TestFolder() + QLatin1String("/missing.dsa")));
+        ASSERT_TRUE(script.loadFromFile(path));
+        EXPECT_FALSE(script.execute());
+        EXPECT_EQ(script.errorMessage().toStdString(), "no luck");
+        EXPECT_TRUE(LogText().contains(path + QLatin1String(", line 1: no luck"))) << LogText().toStdString();
+    }
 }
 
 TEST_F(ScriptTest, that_never_ends_is_ended_by_its_time_limit_and_leaves_the_host_working)

@@ -121,7 +121,7 @@ public:
         int& number = _numbers[taken];
         QString label;
         do {
-            label = QStringLiteral("%1 (%2)").arg(taken).arg(number++ + 2);
+            label = QStringLiteral("%1 (%2)").arg(taken, QString::number(number++ + 2));
         } while (_taken.count(label) > 0);
         return label;
     }
