@@ -15,9 +15,11 @@ namespace desktop {
 void TakeLook(LookChoice choice)
 {
     using openhost::Look;
-    openhost::SetLook(choice == LookChoice::System  ? openhost::SystemLook()
-                      : choice == LookChoice::Light ? Look::Light
-                                                    : Look::Dark);
+    const Look wanted = choice == LookChoice::System  ? openhost::SystemLook()
+                        : choice == LookChoice::Light ? Look::Light
+                                                      : Look::Dark;
+    if (wanted != openhost::CurrentLook())
+        openhost::SetLook(wanted);
 }
 
 LookMenu::LookMenu() : QMenu(tr("&Look"))
@@ -46,8 +48,9 @@ void LookMenu::choose(QAction* entry)
 
 void LookMenu::showChoice()
 {
+    const LookChoice remembered = RememberedLook();
     for (QAction* const entry : actions())
-        entry->setChecked(LookChoice(entry->data().toInt()) == RememberedLook());
+        entry->setChecked(LookChoice(entry->data().toInt()) == remembered);
 }
 
 } // namespace desktop

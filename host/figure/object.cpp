@@ -174,7 +174,7 @@ public:
     {
         return openhost::Captioned(
             isMorph() ? (_isEntry ? openhost::captions::createMorph : openhost::captions::deleteMorph)
-                      : (_isEntry ? openhost::captions::add : openhost::captions::remove),
+                      : (_isEntry ? openhost::captions::add : openhost::captions::deleteWhole),
             _modifier ? _modifier->getLabel() : QString());
     }
     const QObject* held() const override { return _isEntry ? nullptr : _modifier.data(); }

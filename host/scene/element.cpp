@@ -198,7 +198,7 @@ public:
     openhost::ChangeRank rank() const override { return openhost::ChangeRank::Look; }
     QString caption() const override
     {
-        return openhost::Captioned(_isEntry ? openhost::captions::add : openhost::captions::takeAway,
+        return openhost::Captioned(_isEntry ? openhost::captions::add : openhost::captions::remove,
                                    _property ? _property->getLabel() : QString());
     }
 

@@ -28,7 +28,7 @@ DzNode::~DzNode()
 {
     emit aboutToDelete(this);
     if (_impl->inScene)
-        openhost::RecordBeyondUndo(this, openhost::Captioned(openhost::captions::removeAtOnce, getLabel()));
+        openhost::RecordBeyondUndo(this, openhost::Captioned(openhost::captions::deleteAtOnce, getLabel()));
     if (_impl->inScene && dzScene)
         dzScene->leave(this);
     detachFromParent();

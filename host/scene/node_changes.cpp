@@ -51,7 +51,7 @@ public:
     openhost::ChangeRank rank() const override { return openhost::ChangeRank::Node; }
     QString caption() const override
     {
-        return openhost::Captioned(_isEntry ? openhost::captions::add : openhost::captions::remove,
+        return openhost::Captioned(_isEntry ? openhost::captions::add : openhost::captions::deleteWhole,
                                    _root ? _root->getLabel() : QString());
     }
     /// What has come is there without the step.

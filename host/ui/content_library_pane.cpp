@@ -34,7 +34,7 @@ bool HasSubfolders(const QString& folder)
 } // namespace
 
 DzContentLibraryPane::DzContentLibraryPane()
-    : DzPane(QStringLiteral("Content Library")),
+    : DzPane(QLatin1String(QT_TRANSLATE_NOOP("openhost::Panes", "Content Library"))),
       _refresh(new openhost::PaneRefresh(*this, [this] { fillTree(); }))
 {
 }

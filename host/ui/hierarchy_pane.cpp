@@ -35,7 +35,8 @@ private:
 } // namespace
 
 DzHierarchyPane::DzHierarchyPane()
-    : DzPane(QStringLiteral("Scene")), _refresh(new openhost::PaneRefresh(*this, [this] { fillTree(); }))
+    : DzPane(QLatin1String(QT_TRANSLATE_NOOP("openhost::Panes", "Scene"))),
+      _refresh(new openhost::PaneRefresh(*this, [this] { fillTree(); }))
 {
     connect(dzScene, SIGNAL(nodeListChanged()), SLOT(markStale()));
     connect(dzScene, SIGNAL(nodeSelectionListChanged()), SLOT(followSelection()));

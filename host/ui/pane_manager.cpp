@@ -10,24 +10,6 @@
 
 #include <algorithm>
 
-namespace {
-
-/// Panes are known by English labels whatever the language is. Those of plug-ins are shown as they are.
-QString ShownTitle(const QString& label)
-{
-    const char* const context = "openhost::Panes";
-    for (const char* const known :
-         {QT_TRANSLATE_NOOP("openhost::Panes", "Content Library"),
-          QT_TRANSLATE_NOOP("openhost::Panes", "Smart Content"),
-          QT_TRANSLATE_NOOP("openhost::Panes", "Script IDE"), QT_TRANSLATE_NOOP("openhost::Panes", "Scene"),
-          QT_TRANSLATE_NOOP("openhost::Panes", "Parameters")})
-        if (label == QLatin1String(known))
-            return QCoreApplication::translate(context, known);
-    return label;
-}
-
-} // namespace
-
 DzPaneMgr::DzPaneMgr(QWidget* parent) : QWidget(parent)
 {
     hide();
@@ -118,7 +100,8 @@ void DzPaneMgr::handlePaneDestroyed(QObject* pane)
 
 DzPane::DzPane(const QString& label) : _label(label)
 {
-    setWindowTitle(ShownTitle(label));
+    // Its label tells it apart in any language.
+    setWindowTitle(QCoreApplication::translate("openhost::Panes", label.toUtf8().constData()));
 }
 DzPane::~DzPane() = default;
 

@@ -346,7 +346,8 @@ void ParametersWidget::jumpTo(DzProperty* property)
 } // namespace openhost
 
 DzParametersPane::DzParametersPane()
-    : DzPane(QStringLiteral("Parameters")), _widget(new openhost::ParametersWidget(this))
+    : DzPane(QLatin1String(QT_TRANSLATE_NOOP("openhost::Panes", "Parameters"))),
+      _widget(new openhost::ParametersWidget(this))
 {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

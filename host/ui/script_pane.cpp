@@ -38,7 +38,7 @@ QPlainTextEdit* MakeTextField(const char* name)
 
 } // namespace
 
-DzScriptPane::DzScriptPane() : DzPane(QStringLiteral("Script IDE")) {}
+DzScriptPane::DzScriptPane() : DzPane(QLatin1String(QT_TRANSLATE_NOOP("openhost::Panes", "Script IDE"))) {}
 DzScriptPane::~DzScriptPane() = default;
 
 void DzScriptPane::showEvent(QShowEvent* event)

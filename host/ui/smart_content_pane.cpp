@@ -264,8 +264,9 @@ QStringList DzProductContentTab::getSelectedProducts()
 }
 
 DzSmartContentPane::DzSmartContentPane()
-    : DzPane(QStringLiteral("Smart Content")), _tabs(new QTabWidget(this)),
-      _files(new DzFileContentTab(_tabs)), _products(new DzProductContentTab(_tabs))
+    : DzPane(QLatin1String(QT_TRANSLATE_NOOP("openhost::Panes", "Smart Content"))),
+      _tabs(new QTabWidget(this)), _files(new DzFileContentTab(_tabs)),
+      _products(new DzProductContentTab(_tabs))
 {
     _tabs->addTab(_files, tr("Files"));
     _tabs->addTab(_products, tr("Products"));

@@ -27,14 +27,6 @@
 
 namespace {
 
-/// The view's own camera is known by its English label; others are shown as they are called.
-QString ShownLabel(const DzCamera& camera)
-{
-    const char* const known = QT_TRANSLATE_NOOP("openhost::Views", "Perspective View");
-    const QString label = camera.getLabel();
-    return label == QLatin1String(known) ? QCoreApplication::translate("openhost::Views", known) : label;
-}
-
 /// The viewport manager that a view belongs to; null for a view of its own.
 DzViewportMgr* ManagerOf(const QWidget& view)
 {
@@ -175,7 +167,9 @@ void Dz3DViewport::paintEvent(QPaintEvent*)
     const QRect texts = rect().adjusted(8, 6, -8, -6);
     const QStringList captions = _impl->picture.captions();
     if (captions.isEmpty())
-        painter.drawText(texts, Qt::AlignTop | Qt::AlignRight, ShownLabel(*_impl->camera));
+        painter.drawText(
+            texts, Qt::AlignTop | Qt::AlignRight,
+            QCoreApplication::translate("openhost::Views", _impl->camera->getLabel().toUtf8().constData()));
     const int each = width() / std::max(1, captions.size());
     for (int i = 0; i < captions.size(); ++i)
         painter.drawText(QRect(i * each + 8, 6, each - 16, height()), Qt::AlignTop | Qt::AlignLeft,

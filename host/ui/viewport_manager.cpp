@@ -27,8 +27,9 @@ T* At(const std::vector<std::unique_ptr<T>>& list, int index)
 /// Stands before a figure's middle and looks at it.
 void Arrange(DzCamera& camera)
 {
-    camera.setName(QStringLiteral("Perspective View"));
-    camera.setLabel(QStringLiteral("Perspective View"));
+    const QString name = QLatin1String(QT_TRANSLATE_NOOP("openhost::Views", "Perspective View"));
+    camera.setName(name);
+    camera.setLabel(name);
     camera.getYPosControl()->setDoubleValue(110.0);
     camera.getZPosControl()->setDoubleValue(400.0);
     camera.aimAt(DzVec3(0.0f, 90.0f, 0.0f));

@@ -50,7 +50,7 @@ protected:
         setWritable(false);
         const WithoutPrivileges here;
         if (access(GANTREL_PROGRAM, X_OK) != 0)
-            GTEST_SKIP() << "another user cannot reach the program";
+            GTEST_SKIP() << "the program lies where its owner alone may go, so that nobody else can start it";
     }
     void TearDown() override { setWritable(true); }
 

@@ -85,6 +85,15 @@ void DesktopTest::start(const desktop::Options& options)
     QCoreApplication::processEvents();
 }
 
+void DesktopTest::restart()
+{
+    const desktop::Options options = smallLibrary();
+    desktop.reset();
+    TestHost().reset();
+    desktop.reset(new desktop::DesktopWindow(attendant));
+    start(options);
+}
+
 DzMainWindow& DesktopTest::window()
 {
     return *dzApp->getInterface();

@@ -32,6 +32,8 @@ protected:
     void start();
     void start(const desktop::Options& options);
     desktop::Options smallLibrary() const;
+    /// Another run of the program, which finds what this one remembers.
+    void restart();
 
     /// Into the scene.
     /// @param file  of the small library

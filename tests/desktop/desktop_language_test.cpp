@@ -1,10 +1,8 @@
 // Other languages: their catalogues, the choice of one, and the window in it.
 // SPDX-License-Identifier: MIT
 
-#include "apps/desktop/languages.h"
-#include "tests/desktop/desktop_fixture.h"
+#include "tests/desktop/german_desktop.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QMenu>
@@ -12,7 +10,6 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
-#include <QTranslator>
 #include <QXmlStreamReader>
 
 #include <dzmainwindow.h>
@@ -79,8 +76,8 @@ TEST(Catalogue, has_every_text_with_the_same_place_holders)
 
 TEST(Catalogue, has_what_the_sources_have)
 {
-    if (QStandardPaths::findExecutable(QStringLiteral("lupdate")).isEmpty())
-        GTEST_SKIP() << "lupdate is not installed";
+    ASSERT_FALSE(QStandardPaths::findExecutable(QStringLiteral("lupdate")).isEmpty())
+        << "lupdate is missing, which scripts/setup installs";
     const QString fresh = QDir::temp().filePath(QStringLiteral("fresh catalogue_de.ts"));
     QFile::remove(fresh);
     QProcess program;
@@ -96,32 +93,11 @@ TEST(Catalogue, has_what_the_sources_have)
     QFile::remove(fresh);
 }
 
-class LanguageTest : public DesktopTest {
-protected:
-    void TearDown() override
-    {
-        for (QTranslator* const translator : qApp->findChildren<QTranslator*>())
-            delete translator; // which takes it out
-        DesktopTest::TearDown();
-    }
-    void startInGerman()
-    {
-        if (!desktop::TranslatedLanguages().contains(QStringLiteral("de")))
-            GTEST_SKIP() << "built without lrelease";
-        desktop::Translate(QStringLiteral("de"));
-        const desktop::Options options = smallLibrary();
-        desktop.reset();
-        TestHost().reset(); // its menus still have the entries of the window before
-        desktop.reset(new desktop::DesktopWindow(attendant));
-        start(options);
-    }
-};
+using LanguageTest = GermanDesktop;
 
 TEST_F(LanguageTest, titles_of_menus_are_translated_and_keep_their_order)
 {
-    ASSERT_NO_FATAL_FAILURE(startInGerman());
-    if (IsSkipped())
-        return;
+    ASSERT_NO_FATAL_FAILURE(restartInGerman());
     QStringList titles = menuTitles();
     titles.replaceInStrings(QStringLiteral("&"), QString());
     EXPECT_EQ(titles.join(' ').toStdString(), "Datei Bearbeiten Ansicht Convert Fenster Hilfe");
@@ -129,9 +105,7 @@ TEST_F(LanguageTest, titles_of_menus_are_translated_and_keep_their_order)
 
 TEST_F(LanguageTest, no_two_entries_of_a_menu_have_one_mnemonic)
 {
-    ASSERT_NO_FATAL_FAILURE(startInGerman());
-    if (IsSkipped())
-        return;
+    ASSERT_NO_FATAL_FAILURE(restartInGerman());
     QList<QList<QAction*>> menus{window().menuBar()->actions()};
     int seen = 0;
     while (!menus.isEmpty()) {

@@ -6,7 +6,6 @@
 #include "apps/desktop/preferences_dialog.h"
 #include "apps/desktop/save_morphs_dialog.h"
 #include "tests/desktop/desktop_fixture.h"
-#include "tests/plugin/mini_scene.h"
 #include "tests/windows/modal_answer.h"
 #include "tests/windows/picture.h"
 
@@ -25,6 +24,8 @@
 #include <dzpane.h>
 #include <dzscene.h>
 
+#include <algorithm>
+
 namespace {
 
 class MirroredTest : public DesktopTest {
@@ -33,19 +34,14 @@ protected:
     {
         QApplication::setLayoutDirection(Qt::RightToLeft);
         DesktopTest::SetUp();
-        desktop.reset();
-        restartHost();
-        AddMiniLibrary();
-        desktop.reset(new desktop::DesktopWindow(attendant));
+        restart(); // the panes take their sides when they are made
     }
     void TearDown() override
     {
         DesktopTest::TearDown();
         QApplication::setLayoutDirection(Qt::LeftToRight);
-        restartHost();
+        TestHost().reset();
     }
-    /// The panes take their sides when they are made.
-    static void restartHost() { TestHost().reset(); }
     static int leftOf(const QWidget& widget) { return widget.mapTo(&window(), QPoint()).x(); }
     static void show(QDialog& dialog, const char* picture)
     {
@@ -58,7 +54,6 @@ protected:
 
 TEST_F(MirroredTest, has_menus_tools_and_panes_the_other_way_round)
 {
-    start();
     window().resize(1280, 800);
     QCoreApplication::processEvents();
     const QMenuBar& bar = *window().menuBar();
@@ -74,7 +69,6 @@ TEST_F(MirroredTest, has_menus_tools_and_panes_the_other_way_round)
 
 TEST_F(MirroredTest, has_dialogs_the_other_way_round)
 {
-    start();
     desktop::PreferencesDialog preferences(&window(), {});
     show(preferences, "mirrored-preferences");
     EXPECT_GT(preferences.findChild<QListWidget*>(QStringLiteral("Pages"))->x(),
@@ -89,7 +83,6 @@ TEST_F(MirroredTest, has_dialogs_the_other_way_round)
 
 TEST_F(MirroredTest, converts)
 {
-    start();
     DzFigure& source = openFigure(sourceFile);
     qobject_cast<DzMorph*>(source.getObject()->findModifier(QStringLiteral("Wide")))
         ->getValueChannel()
@@ -104,12 +97,14 @@ TEST_F(MirroredTest, converts)
     });
     QTest::keyClick(&window(), Qt::Key_C, Qt::ControlModifier | Qt::AltModifier);
     EXPECT_TRUE(dialog.seen);
-    for (QWidget* const widget : QApplication::topLevelWidgets())
-        if (widget->isVisible() && widget->objectName() == QLatin1String("SuccessDialog")) {
-            EXPECT_EQ(widget->layoutDirection(), Qt::RightToLeft);
-            SavePicture(*widget, "mirrored-success");
-        }
-    EXPECT_GT(target.getObject()->getNumModifiers(), 0);
+    EXPECT_EQ(target.getLabel().toStdString(), source.getLabel().toStdString() + " converted to G9");
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto success = std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
+        return window->isVisible() && window->objectName() == QLatin1String("SuccessDialog");
+    });
+    ASSERT_NE(success, windows.end());
+    EXPECT_EQ((*success)->layoutDirection(), Qt::RightToLeft);
+    SavePicture(**success, "mirrored-success");
 }
 
 } // namespace

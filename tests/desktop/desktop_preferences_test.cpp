@@ -26,7 +26,6 @@
 #include <dzapp.h>
 #include <dzappsettings.h>
 #include <dzcontentmgr.h>
-#include <dzfigure.h>
 #include <dzscene.h>
 #include <dzundostack.h>
 
@@ -64,13 +63,10 @@ protected:
     }
     void restart()
     {
-        const desktop::Options options = smallLibrary();
         desktop.reset();
-        TestHost().reset();
         dzApp->setCurrentAuthor(DzAuthor());
         desktop::ApplyPreferences({});
-        desktop.reset(new desktop::DesktopWindow(attendant));
-        start(options);
+        DesktopTest::restart();
     }
     static std::size_t threads()
     {
@@ -127,7 +123,6 @@ TEST_F(PreferencesTest, take_effect_and_survive_a_restart)
 TEST_F(PreferencesTest, bound_the_memory_of_steps_that_can_be_undone)
 {
     start();
-    DzFigure& figure = openFigure(sourceFile);
     dzUndoStack->setMeasure([](const QObject&) { return std::size_t(10) << 20; });
     const auto steps = [] {
         int count = 0;
@@ -145,7 +140,6 @@ TEST_F(PreferencesTest, bound_the_memory_of_steps_that_can_be_undone)
         QCoreApplication::processEvents();
     }
     const int before = steps();
-    EXPECT_TRUE(figure.isInScene());
     change([](QWidget& dialog) { named<QSpinBox>(dialog, "UndoMemory").setValue(16); });
     EXPECT_LT(steps(), before) << "at once";
     EXPECT_GT(steps(), 0) << "the last one stays";
@@ -169,8 +163,10 @@ TEST_F(PreferencesTest, have_the_look_that_the_menu_shows)
     EXPECT_TRUE(isChecked("Light"));
     restart();
     EXPECT_EQ(openhost::CurrentLook(), openhost::Look::Light);
+    const openhost::Look ofSystem = openhost::SystemLook();
+    openhost::SetLook(ofSystem == openhost::Look::Dark ? openhost::Look::Light : openhost::Look::Dark);
     change([](QWidget& dialog) { named<QComboBox>(dialog, "Look").setCurrentIndex(2); });
-    EXPECT_EQ(openhost::CurrentLook(), openhost::SystemLook());
+    EXPECT_EQ(openhost::CurrentLook(), ofSystem);
     EXPECT_TRUE(isChecked("System"));
     for (QAction* const action : entry("Look")->menu()->actions())
         if (action->text().contains(QLatin1String("Dark")))

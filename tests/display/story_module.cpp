@@ -11,6 +11,7 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QGuiApplication>
 
 #include <dzfigure.h>
 #include <dzfloatslider.h>
@@ -129,6 +130,16 @@ void ConvertByKeysAlone(ScreenUser& user)
     QuitWithoutSaving(user);
 }
 
+void ConvertInMirroredWindows(ScreenUser& user)
+{
+    user.waitUntil("mirrored windows", [] { return QGuiApplication::isRightToLeft(); });
+    user.waitUntil("panes that have changed sides", [] {
+        return PlaceOf(Pane("DzHierarchyPane")).center().x() <
+               PlaceOf(Pane("DzContentLibraryPane")).center().x();
+    });
+    ConvertByKeysAlone(user);
+}
+
 void FindAgain(ScreenUser& user)
 {
     OpenFromMenu(user, Setting("GANTREL_STORY_TARGET"));
@@ -170,9 +181,10 @@ protected:
     void startup() override
     {
         const std::string story = Setting("GANTREL_STORY");
-        _user = std::thread(Tell, story == "find"   ? FindAgain
-                                  : story == "keys" ? ConvertByKeysAlone
-                                                    : ConvertAndSave);
+        _user = std::thread(Tell, story == "find"       ? FindAgain
+                                  : story == "keys"     ? ConvertByKeysAlone
+                                  : story == "mirrored" ? ConvertInMirroredWindows
+                                                        : ConvertAndSave);
     }
 
 private:

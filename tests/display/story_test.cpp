@@ -84,7 +84,7 @@ protected:
     }
 
     /// @return what the program wrote, for the message of a failure
-    std::string run(const char* story, const char* extent) const
+    std::string run(const char* story, const char* extent, const QStringList& more = {}) const
     {
         QProcessEnvironment told = environment();
         told.insert(QStringLiteral("GANTREL_STORY"), QLatin1String(story));
@@ -96,13 +96,26 @@ protected:
         QProcess program;
         program.setProcessEnvironment(told);
         program.setProcessChannelMode(QProcess::MergedChannels);
-        program.start(QStringLiteral(GANTREL_DESKTOP), {"--content", path("sample"), "--content",
-                                                        path("saved"), "--plugins", path("plugins")});
+        program.start(QStringLiteral(GANTREL_DESKTOP),
+                      QStringList{"--content", path("sample"), "--content", path("saved"), "--plugins",
+                                  path("plugins")} +
+                          more);
         const bool hasEnded = program.waitForFinished(runMilliseconds);
         EXPECT_TRUE(hasEnded);
         EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
         EXPECT_EQ(program.exitCode(), 0);
         return program.readAll().toStdString();
+    }
+
+    /// Of the vendor that the stories by keys name.
+    std::string savedMorphs() const
+    {
+        QDirIterator saved(path("sample/data"), {"*.dsf"}, QDir::Files, QDirIterator::Subdirectories);
+        QStringList names;
+        while (saved.hasNext())
+            if (saved.next().contains(QStringLiteral("/Acme/Product/")))
+                names.append(saved.fileName());
+        return names.join(QLatin1Char('|')).toStdString();
     }
 
     std::vector<double> numbersIn(const char* relative) const
@@ -144,12 +157,14 @@ TEST_F(DisplayStory, by_keys_alone_saves_a_morph)
 {
     const std::string output = run("keys", "unused.txt");
     ASSERT_FALSE(HasFailure()) << output;
-    QDirIterator saved(path("sample/data"), {"*.dsf"}, QDir::Files, QDirIterator::Subdirectories);
-    QStringList ofVendor;
-    while (saved.hasNext())
-        if (saved.next().contains(QStringLiteral("/Acme/Product/")))
-            ofVendor.append(saved.fileName());
-    EXPECT_EQ(ofVendor.join(QLatin1Char('|')).toStdString(), "Gina converted to G9 Body.dsf");
+    EXPECT_EQ(savedMorphs(), "Gina converted to G9 Body.dsf");
+}
+
+TEST_F(DisplayStory, by_keys_alone_in_mirrored_windows_saves_a_morph)
+{
+    const std::string output = run("mirrored", "unused.txt", {"--right-to-left"});
+    ASSERT_FALSE(HasFailure()) << output;
+    EXPECT_EQ(savedMorphs(), "Gina converted to G9 Body.dsf");
 }
 
 int main(int argc, char** argv)

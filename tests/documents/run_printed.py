@@ -66,9 +66,8 @@ def help_of(*subcommand):
 
 def examples_of_help():
     """Of both programs and each subcommand, by the name of its page: the lines that are set in below the heading."""
-    names = re.findall(r"^  ([a-z-]+) ", help_of().split("Subcommands:")[1].split("\n\n")[0], re.MULTILINE)
     desktop = subprocess.run([DESKTOP, "--help"], capture_output=True, text=True, check=True).stdout
-    helps = {"gantrel": help_of(), "gantrel-desktop": desktop, **{f"gantrel-{name}": help_of(name) for name in names}}
+    helps = {"gantrel": help_of(), "gantrel-desktop": desktop, **{f"gantrel-{name}": help_of(name) for name in running_text.subcommands(help_of)}}
     found = {page: re.search(r"^Example:\n((?:  .*\n?)+)", text, re.MULTILINE) for page, text in helps.items()}
     return {page: [line[2:] for line in example.group(1).splitlines()] if example else [] for page, example in found.items()}
 

@@ -5,7 +5,7 @@
 
 #include <atomic>
 
-#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#if COUNTS_ALLOCATIONS
 
 namespace {
 

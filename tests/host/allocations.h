@@ -10,5 +10,11 @@ struct Allocations {
     std::size_t bytes = 0;
 };
 
-/// Of all threads since the program began. Always zero where another watcher has the allocator.
+#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#define COUNTS_ALLOCATIONS true
+#else
+#define COUNTS_ALLOCATIONS false // a sanitizer has the allocator
+#endif
+
+/// Of all threads since the program began. Always zero where none are counted.
 Allocations AllocationsSoFar();

@@ -19,14 +19,14 @@ constexpr const char* changeMorph = QT_TRANSLATE_NOOP("openhost::Undo", "Change 
 constexpr const char* createMorph = QT_TRANSLATE_NOOP("openhost::Undo", "Create Morph %1");
 constexpr const char* deleteMorph = QT_TRANSLATE_NOOP("openhost::Undo", "Delete Morph %1");
 constexpr const char* add = QT_TRANSLATE_NOOP("openhost::Undo", "Add %1");
-constexpr const char* remove = QT_TRANSLATE_NOOP("openhost::Undo", "Delete %1");
-constexpr const char* takeAway = QT_TRANSLATE_NOOP("openhost::Undo", "Remove %1");
+constexpr const char* deleteWhole = QT_TRANSLATE_NOOP("openhost::Undo", "Delete %1");
+constexpr const char* remove = QT_TRANSLATE_NOOP("openhost::Undo", "Remove %1");
 constexpr const char* link = QT_TRANSLATE_NOOP("openhost::Undo", "Link %1");
 constexpr const char* unlink = QT_TRANSLATE_NOOP("openhost::Undo", "Unlink %1");
 constexpr const char* move = QT_TRANSLATE_NOOP("openhost::Undo", "Move %1");
 constexpr const char* show = QT_TRANSLATE_NOOP("openhost::Undo", "Show %1");
 constexpr const char* hide = QT_TRANSLATE_NOOP("openhost::Undo", "Hide %1");
-constexpr const char* removeAtOnce = QT_TRANSLATE_NOOP("openhost::Undo", "Delete %1 at once");
+constexpr const char* deleteAtOnce = QT_TRANSLATE_NOOP("openhost::Undo", "Delete %1 at once");
 constexpr const char* replaceShape = QT_TRANSLATE_NOOP("openhost::Undo", "Replace the Shape of %1");
 constexpr const char* changeShape = QT_TRANSLATE_NOOP("openhost::Undo", "Change the Shape of %1");
 } // namespace captions
